@@ -1,0 +1,35 @@
+# Language, warnings and sanitizers: the same for every target.
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_C_STANDARD_REQUIRED ON)
+set(CMAKE_C_EXTENSIONS OFF)
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_SCAN_FOR_MODULES OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# fopencookie and the dynamic loader's calls are GNU extensions of libc.
+add_compile_definitions(_GNU_SOURCE)
+
+# Every float is rounded where the source says so: no contraction to fused operations.
+add_compile_options(-ffp-contract=off)
+
+# What our own targets promise; headers of other projects are exempt as system headers.
+set(PMCLI_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  # Two callees of one name must not differ in what they accept from a C caller; the edge is C++ by design.
+  list(APPEND PMCLI_WARNINGS -Wno-return-type-c-linkage)
+elseif(CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # gcc 12 sees overlaps and overflows in std::string and std::vector that are not there, once it optimises.
+  list(APPEND PMCLI_WARNINGS -Wno-restrict -Wno-stringop-overflow)
+endif()
+
+if(PMCLI_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# Everything below build/<preset>/ that runs together lies in bin/ and lib/.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)

@@ -1,0 +1,47 @@
+#!/usr/bin/env bash
+# Checks which folder includes which: check_arrows.sh [SOURCE_TREE]
+#
+# Each rule is a folder and the folders of ours that it may include. The library and the platform include nothing of other
+# projects but the headers of the language and of libc. ARCHITECTURE.md draws the same arrows.
+set -eu
+cd "${1:-.}"
+
+library="platform pm pmcli support command config interface counters transceiver vlan module"
+rules="
+infra/platform:     platform
+infra/port_manager: $library
+host/switch:        platform switch
+host/source:        platform switch source
+host/transport:     platform transport
+host/service:       platform switch transport service
+host/client:        platform switch transport service client
+host/shell:         platform switch source transport service client shell
+host/sibling:       platform pm pmcli sibling
+"
+ours="$library switch source transport service client shell sibling"
+libc='assert|arpa/inet|dlfcn|errno|fcntl|net/if|netinet/in|stdbool|stddef|stdint|sys/ioctl|sys/socket|unistd'
+
+awk -v rules="$rules" -v ours="$ours" -v libc="$libc" '
+  BEGIN {
+    count = split(rules, lines, "\n")
+    for (i = 1; i <= count; i++) {
+      if (split(lines[i], part, ": *") < 2) continue
+      may = split(part[2], names, " ")
+      for (j = 1; j <= may; j++) allowed[part[1], names[j]] = 1
+    }
+    split(ours, names, " ")
+    for (i in names) our[names[i]] = 1
+  }
+  FNR == 1 { split(FILENAME, path, "/"); folder = path[1] "/" path[2] }
+  /^[ \t]*#[ \t]*include/ {
+    name = $0
+    sub(/^[^<"]*[<"]/, "", name)
+    sub(/[>"].*/, "", name)
+    top = name
+    sub(/\/.*/, "", top)
+    if (name ~ /\// && top in our) good = (folder, top) in allowed
+    else good = folder !~ /^infra\// || name ~ "^(" libc ")\\.h$" || name ~ /^[a-z_]+$/
+    if (!good) { print FILENAME ":" FNR ": " folder " may not include " name; failed = 1 }
+  }
+  END { exit failed }
+' $(find infra host -name '*.h' -o -name '*.c' -o -name '*.cpp')
