@@ -1,0 +1,30 @@
+/* The port-channel services: members of a channel, and its multi-chassis status. */
+#ifndef PLATFORM_PORT_CHANNEL_H
+#define PLATFORM_PORT_CHANNEL_H
+
+#include "platform/types.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* A list of members is padded with zeros to this many entries of 8 bytes behind its 32 bytes of head. */
+enum { PORT_CHANNEL_MAX_MEMBERS = 256, PORT_CHANNEL_MEMBERS_BYTES = 32 + 8 * PORT_CHANNEL_MAX_MEMBERS };
+
+/*
+ * The members of a channel. Returns 0 and stores a heap block of PORT_CHANNEL_MEMBERS_BYTES that the caller frees, all
+ * of it big-endian and unaligned: Ethernet-switch chassis: count (32 bits) at byte 18, entries of 7 bytes from byte 26;
+ *   others:                  count (32 bits) at byte 8, entries of 8 bytes from byte 32;
+ * each entry beginning with the member's interface index (32 bits). Otherwise a system error.
+ */
+int32 get_port_channel_members(uint32 chassis_type, if_index_t if_index, void** response);
+
+enum { MCEC_STATUS_BYTES = 256 };
+
+/* The multi-chassis status of a channel as a text into the caller's zeroed buffer of MCEC_STATUS_BYTES; empty: none. */
+int32 mcecm_api_sdb_sh_int_po(if_index_t if_index, char* status);
+
+#ifdef __cplusplus
+}
+#endif
+#endif
