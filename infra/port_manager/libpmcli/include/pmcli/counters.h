@@ -1,0 +1,230 @@
+/*
+ * Counters: fetching them from their providers, normalising them, and showing them.
+ *
+ * Records are the caller's, zeroed before a fetch. Providers are opened by name for each request and closed again.
+ */
+#ifndef PMCLI_COUNTERS_H
+#define PMCLI_COUNTERS_H
+
+#include "platform/cmd_channel.h"
+#include "platform/eth_statistics.h"
+#include "platform/ip_statistics.h"
+#include "platform/port_manager.h"
+#include "platform/types.h"
+#include "platform/wire.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Forwarding statistics of the platform, layer 2. Wire format. */
+typedef struct pfstat_l2_cntrs_t {
+  be64 l2_ipv4_ucast_bytes;
+  be64 l2_ipv4_ucast_pkts;
+  be64 l2_ipv4_mcast_bytes;
+  be64 l2_ipv4_mcast_pkts;
+  be64 l2_ipv6_ucast_bytes;
+  be64 l2_ipv6_ucast_pkts;
+  be64 l2_ipv6_mcast_bytes;
+  be64 l2_ipv6_mcast_pkts;
+  be64 l2_ucast_bytes;
+  be64 l2_ucast_pkts;
+  be64 l2_mcast_bytes;
+  be64 l2_mcast_pkts;
+  be64 l2_bcast_bytes;
+  be64 l2_bcast_pkts;
+  be64 unknown_ucast_bytes;
+  be64 unknown_ucast_pkts;
+  be64 recv_l3_routed_bytes;
+  be64 recv_l3_routed_pkts;
+  be64 sent_l3_routed_bytes;
+  be64 sent_l3_routed_pkts;
+  be64 recv_l3_mcast_bytes;
+  be64 recv_l3_mcast_pkts;
+  be64 sent_l3_mcast_bytes;
+  be64 sent_l3_mcast_pkts;
+  be64 recv_l3_ucast_bytes;
+  be64 recv_l3_ucast_pkts;
+  be64 sent_l3_ucast_bytes;
+  be64 sent_l3_ucast_pkts;
+  be64 last_cleared; /* timestamp_t */
+} pfstat_l2_cntrs_t;
+static_assert(sizeof(pfstat_l2_cntrs_t) == 232, "wire size");
+
+/* Forwarding statistics of the platform, layer 3. Wire format. */
+typedef struct pfstat_l3_cntrs_t {
+  be64 l3_routed_bytes_in;
+  be64 l3_routed_pkts_in;
+  be64 l3_ipv4_ucast_bytes_in;
+  be64 l3_ipv4_ucast_pkts_in;
+  be64 l3_ipv4_mcast_bytes_in;
+  be64 l3_ipv4_mcast_pkts_in;
+  be64 l3_ipv6_ucast_bytes_in;
+  be64 l3_ipv6_ucast_pkts_in;
+  be64 l3_ipv6_mcast_bytes_in;
+  be64 l3_ipv6_mcast_pkts_in;
+  be64 l3_ucast_bytes_in;
+  be64 l3_ucast_pkts_in;
+  be64 l3_mcast_bytes_in;
+  be64 l3_mcast_pkts_in;
+  be64 l3_routed_bytes_out;
+  be64 l3_routed_pkts_out;
+  be64 l3_ipv4_ucast_bytes_out;
+  be64 l3_ipv4_ucast_pkts_out;
+  be64 l3_ipv4_mcast_bytes_out;
+  be64 l3_ipv4_mcast_pkts_out;
+  be64 l3_ipv6_ucast_bytes_out;
+  be64 l3_ipv6_ucast_pkts_out;
+  be64 l3_ipv6_mcast_bytes_out;
+  be64 l3_ipv6_mcast_pkts_out;
+  be64 l3_ucast_bytes_out;
+  be64 l3_ucast_pkts_out;
+  be64 l3_mcast_bytes_out;
+  be64 l3_mcast_pkts_out;
+  be64 l3_average_input_bytes;
+  be64 l3_average_input_packets;
+  be64 l3_average_output_bytes;
+  be64 l3_average_output_packets;
+  be32 sample_rate;
+  be64 last_cleared; /* timestamp_t */
+  be64 l3_valid_bits;
+} pfstat_l3_cntrs_t;
+static_assert(sizeof(pfstat_l3_cntrs_t) == 276, "wire size");
+
+/* Forwarding statistics of what was dropped. Wire format. */
+typedef struct pfstat_null_cntrs_t {
+  be64 null_dropped_bytes;
+  be64 null_dropped_pkts;
+  be64 last_cleared; /* timestamp_t */
+} pfstat_null_cntrs_t;
+
+/* What the counters belong to. Wire format. */
+typedef struct pfstat_key_t {
+  be32 key_flags; /* 1 layer 2, 2 layer 3, 3 both */
+  union {
+    be32 ifidx;
+    be32 vlan_id;
+  } id;
+} pfstat_key_t;
+
+/* Forwarding statistics for one key. Wire format. */
+typedef struct pfstat_key_cntrs_t {
+  pfstat_key_t key;
+  be32 status;
+  union {
+    pfstat_l2_cntrs_t l2_cntrs;
+    pfstat_l3_cntrs_t l3_cntrs;
+    pfstat_null_cntrs_t null_cntrs;
+  } cntrs;
+} pfstat_key_cntrs_t;
+static_assert(sizeof(pfstat_key_cntrs_t) == 288, "wire size");
+
+/* Error counters in the terms of every medium; a counter whose flag is 0 does not exist there. Native. */
+typedef struct pm_cli_common_error_stat_t {
+  uint64 rx_align;
+  uint64 rx_frames;
+  uint64 tx_errors;
+  uint64 rx_errors;
+  uint64 undersize;
+  uint64 tx_dropped;
+  uint64 single_coll;
+  uint64 multi_coll;
+  uint64 late_coll;
+  uint64 excess_coll;
+  uint64 carrier;
+  uint64 runts;
+  uint64 giant;
+  uint64 SQEtest;
+  uint64 deferred;
+  uint64 rx_int_mac_errors;
+  uint64 tx_int_mac_errors;
+  uint64 symbol;
+  boolean have_rx_align;
+  boolean have_rx_frames;
+  boolean have_tx_errors;
+  boolean have_rx_errors;
+  boolean have_undersize;
+  boolean have_tx_dropped;
+  boolean have_single_coll;
+  boolean have_multi_coll;
+  boolean have_late_coll;
+  boolean have_excess_coll;
+  boolean have_carrier;
+  boolean have_runts;
+  boolean have_giant;
+  boolean have_SQEtest;
+  boolean have_deferred;
+  boolean have_rx_int_mac_errors;
+  boolean have_tx_int_mac_errors;
+  boolean have_symbol;
+} pm_cli_common_error_stat_t;
+
+/* Trunk counters in the terms of every medium. Native. */
+typedef struct pm_cli_common_trunk_stat_t {
+  uint64 trunk_rx;
+  uint64 trunk_tx;
+  uint64 wrong_encap;
+  boolean have_trunk_rx;
+  boolean have_trunk_tx;
+  boolean have_wrong_encap;
+} pm_cli_common_trunk_stat_t;
+
+/* ---- Fetching --------------------------------------------------------------------------------------------------- */
+
+/*
+ * Statistics of an Ethernet port from the statistics client; the SNMP ones when `snmp_values` is exactly 1. The record
+ * is zeroed first. Returns 0 or -1; a missing library or function is printed.
+ */
+syserr_t pm_cli_get_common_eth_stat_info(if_index_t if_index, statscl_portcl_stats_msg_t* eth_stats,
+                                         boolean snmp_values);
+syserr_t pm_cli_get_eth_stat_info(if_index_t if_index, statscl_portcl_stats_msg_t* eth_stats);
+syserr_t pm_cli_get_snmp_eth_stat_info(if_index_t if_index, statscl_portcl_stats_msg_t* eth_stats);
+
+/* Counters of a loopback from the IP statistics library. The record is not zeroed here. Returns 0 or -1. */
+syserr_t pm_cli_get_loopback_counters(if_index_t if_index, mts_q_handle_t src_q, ip_if_stats* loopback_stats);
+
+/* Forwarding statistics: no provider is asked; the first 276 bytes of the record are zeroed. Returns 0. */
+syserr_t pm_cli_get_pfstat_counters(if_index_t if_index, mts_q_handle_t q, pfstat_key_cntrs_t* stats,
+                                    boolean snmp_values);
+
+/* ---- Normalising; members that a medium does not mention keep their value, so start from a zeroed record ----------
+ */
+
+void pm_cli_copy_eth_to_common_ctr_err(pm_cli_common_error_stat_t* common, statscl_portcl_stats_msg_t* eth_stats);
+void pm_cli_copy_eth_to_common_trunk_ctr(pm_cli_common_trunk_stat_t* common, statscl_portcl_stats_msg_t* eth_stats);
+void pm_cli_copy_ip_to_common_ctr_err(pm_cli_common_error_stat_t* common, ip_if_stats* ip_stats);
+void pm_cli_copy_mgmt_to_common_ctr_err(pm_cli_common_error_stat_t* common, pm_if_stat* stats);
+
+/* ---- Lists ------------------------------------------------------------------------------------------------------ */
+
+/* One line of a list of non-zero counters; prints nothing when the value is 0. */
+void nzero_prt(cmd_rx_handle_t* rx_handle, const uint64* value, const char* desc, int tuple);
+void nzero_prt_uint32(cmd_rx_handle_t* rx_handle, const uint32* value, const char* desc, int tuple);
+
+void pm_cli_show_common_eth_counters_detailed(cmd_rx_handle_t* rx_handle, pfstat_key_cntrs_t* pfstats,
+                                              statscl_portcl_stats_msg_t* stats);
+void pm_cli_show_loopback_counters_detailed_all(cmd_rx_handle_t* rx_handle, ip_if_stats* stats, if_index_t if_index);
+int32 pm_cli_show_mgmt_counters(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, uint32 command, if_index_t if_index);
+
+/* ---- Tables, one row for each interface ------------------------------------------------------------------------- */
+
+void pm_cli_show_port_1st_counters_errors_table(cmd_rx_handle_t* rx_handle, if_index_t if_index,
+                                                pm_cli_common_error_stat_t* stats);
+void pm_cli_show_port_2nd_counters_errors_table(cmd_rx_handle_t* rx_handle, if_index_t if_index,
+                                                pm_cli_common_error_stat_t* stats);
+void pm_cli_show_port_3rd_counters_errors_table(cmd_rx_handle_t* rx_handle, if_index_t if_index,
+                                                pm_cli_common_error_stat_t* stats);
+void pm_cli_show_port_counters_trunk(cmd_rx_handle_t* rx_handle, pm_cli_common_trunk_stat_t* stats,
+                                     if_index_t if_index);
+void pm_cli_show_eth_port_stats_rx(cmd_rx_handle_t* rx_handle, statscl_portcl_stats_msg_t* stats);
+void pm_cli_show_eth_port_stats_tx(cmd_rx_handle_t* rx_handle, statscl_portcl_stats_msg_t* stats);
+void pm_cli_show_port_flow_ctrl(cmd_rx_handle_t* rx_handle, const pm_port_info_t* port_info,
+                                statscl_portcl_stats_msg_t* stats);
+void pm_cli_show_eth_port_counters_brief(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, if_index_t if_index,
+                                         vsh_user_mode_state_t user_mode);
+void pm_cli_show_loopback_port_counters(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, if_index_t if_index);
+
+#ifdef __cplusplus
+}
+#endif
+#endif

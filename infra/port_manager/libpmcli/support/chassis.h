@@ -1,0 +1,20 @@
+// Families of chassis that display something of their own.
+#pragma once
+
+#include "platform/platform_data.h"
+
+namespace pmcli {
+
+// The Ethernet-switch family.
+constexpr bool is_eth_switch_chassis(uint32 chassis_type) {
+  return chassis_type == CHASSIS_10 || chassis_type == CHASSIS_11 || chassis_type == CHASSIS_17 ||
+         (chassis_type >= CHASSIS_19 && chassis_type <= CHASSIS_24);
+}
+
+// The chassis type, or CHASSIS_UNKNOWN when it cannot be read.
+inline uint32 read_chassis_type() {
+  uint32 type = CHASSIS_UNKNOWN;
+  return pdb_get_chassis_type(&type) == 0 ? type : static_cast<uint32>(CHASSIS_UNKNOWN);
+}
+
+}  // namespace pmcli

@@ -1,0 +1,38 @@
+// What a command id selects: lists of ids beside an action.
+#pragma once
+
+#include <cstddef>
+
+#include "platform/types.h"
+
+namespace pmcli {
+
+// Consecutive command ids that do the same.
+template <typename Action>
+struct command_ids {
+  uint32 first;
+  uint32 last;
+  Action action;
+};
+
+// The action of the row that holds the id, or the default.
+template <typename Action, std::size_t Rows>
+constexpr Action find_action(const command_ids<Action> (&rows)[Rows], uint32 command, Action fallback) {
+  for (const command_ids<Action>& row : rows)
+    if (command >= row.first && command <= row.last) return row.action;
+  return fallback;
+}
+
+struct command_id_range {
+  uint32 first;
+  uint32 last;
+};
+
+template <std::size_t Ranges>
+constexpr bool holds(const command_id_range (&ranges)[Ranges], uint32 command) {
+  for (const command_id_range& range : ranges)
+    if (command >= range.first && command <= range.last) return true;
+  return false;
+}
+
+}  // namespace pmcli

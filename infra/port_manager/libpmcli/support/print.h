@@ -1,0 +1,75 @@
+// Printing values on the output channel.
+//
+// Each helper binds a native local of exactly the width that the tuple's type code promises; a tuple id of another type
+// does not compile. Nothing else in the library calls cmd_tuple().
+#pragma once
+
+#include "platform/cmd_channel.h"
+#include "platform/types.h"
+
+namespace pmcli {
+
+// A tuple id whose values are of one type.
+template <uint32 Type>
+struct tuple_id {
+  consteval tuple_id(uint32 tuple) : id(tuple) {
+    if (tuple >> 24 != Type) throw "the tuple id is of another type";
+  }
+  uint32 id;
+};
+
+template <uint32 Type, typename Value>
+void print_value(cmd_rx_handle_t* rx, const char* format, tuple_id<Type> tuple, Value value) {
+  cmd_prt(rx, format, cmd_tuple(tuple.id, &value));
+}
+
+inline void print_enum(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYPE_ENUM> tuple, uint32 value) {
+  print_value(rx, format, tuple, value);
+}
+
+inline void print_if_index(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYPE_IF_INDEX> tuple,
+                           if_index_t value) {
+  print_value(rx, format, tuple, value);
+}
+
+inline void print_u32(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYPE_UINT32> tuple, uint32 value) {
+  print_value(rx, format, tuple, value);
+}
+
+inline void print_hex32(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYPE_HEX32> tuple, uint32 value) {
+  print_value(rx, format, tuple, value);
+}
+
+inline void print_u64(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYPE_UINT64> tuple, uint64 value) {
+  print_value(rx, format, tuple, value);
+}
+
+// `bytes`: the six of a MAC address.
+inline void print_mac(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYPE_MAC> tuple, const uint8* bytes) {
+  cmd_prt(rx, format, cmd_tuple(tuple.id, bytes));
+}
+
+// `bytes`: the four of an IPv4 address, in network order.
+inline void print_ipv4(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYPE_IPV4> tuple, const uint8* bytes) {
+  cmd_prt(rx, format, cmd_tuple(tuple.id, bytes));
+}
+
+// `text` is terminated.
+inline void print_text(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYPE_STRING> tuple, const char* text) {
+  cmd_prt(rx, format, cmd_tuple(tuple.id, text));
+}
+
+// A text under an id whose type code says number: the id is part of the contract, and the schema reads it as a text.
+inline void print_text_as_number(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYPE_UINT32> tuple,
+                                 const char* text) {
+  cmd_prt(rx, format, cmd_tuple(tuple.id, text));
+}
+
+// A counter under an id of either width, known only at run time: a 32-bit id takes the low 32 bits.
+inline void print_counter(cmd_rx_handle_t* rx, const char* format, uint32 tuple, uint64 value) {
+  const auto low_bits = static_cast<uint32>(value);
+  const bool is_wide = tuple >> 24 == CMD_TYPE_UINT64;
+  cmd_prt(rx, format, cmd_tuple(tuple, is_wide ? static_cast<const void*>(&value) : &low_bits));
+}
+
+}  // namespace pmcli
