@@ -1,0 +1,82 @@
+#include "interface/management.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "platform/ip_statistics.h"
+#include "platform/platform_data.h"
+#include "pmcli/interface.h"
+#include "support/chassis.h"
+#include "support/counter_pieces.h"
+#include "support/text.h"
+
+using namespace pmcli;
+
+namespace {
+
+using kernel_stats = pm_proc_net_dev_stats_t;
+
+// Overrun and underrun show the dropped packets, which is intended.
+constexpr counter_piece<kernel_stats, be32> kKernelCounters[] = {
+    {"    %s packets input", &kernel_stats::rx_packets, 0x142a01e4},
+    {", %s bytes\n", &kernel_stats::rx_bytes, 0x142a01e5},
+    {"    %s multicast frames", &kernel_stats::rx_multicast, 0x142a01e6},
+    {", %s compressed\n", &kernel_stats::rx_compressed, 0x142a01e7},
+    {"    %s input errors", &kernel_stats::rx_errors, 0x142a01e8},
+    {", %s frame", &kernel_stats::rx_frame_errors, 0x142a01e9},
+    {", %s overrun", &kernel_stats::rx_dropped, 0x142a01ea},
+    {", %s fifo\n", &kernel_stats::rx_fifo_errors, 0x142a01eb},
+    {"    %s packets output", &kernel_stats::tx_packets, 0x142a01ec},
+    {", %s bytes\n", &kernel_stats::tx_bytes, 0x142a01ed},
+    {"    %s underrun", &kernel_stats::tx_dropped, 0x142a01ee},
+    {", %s output errors", &kernel_stats::tx_errors, 0x142a01ef},
+    {", %s collisions\n", &kernel_stats::tx_collisions, 0x142a01f0},
+    {"    %s fifo", &kernel_stats::tx_fifo_errors, 0x142a01f1},
+    {", %s carrier errors\n", &kernel_stats::tx_carrier_errors, 0x142a01f2},
+};
+
+constexpr uint32 kDeviceNameBytes = sizeof platform_runtime_param_t::mgmt_eth_intf_name;
+
+// A chassis type that is read once; negative until then.
+using cached_chassis_type = int32;
+
+bool is_chassis(cached_chassis_type& cache, int32 type) {
+  if (cache < 0) cache = static_cast<int32>(read_chassis_type());
+  return cache == type;
+}
+
+// Counted from 0.
+uint32 port_number(if_index_t if_index) {
+  uint32 port = 0;
+  if_index_get_port(if_index, &port);
+  return port;
+}
+
+}  // namespace
+
+void pmcli::pm_get_mgmt_kernel_ifname(if_index_t if_index, char* buf, uint32 size) {
+  static cached_chassis_type type_for_count = -1;
+  static cached_chassis_type type_for_second = -1;
+
+  if (is_chassis(type_for_count, CHASSIS_17)) {
+    const auto number = static_cast<int32>(port_number(if_index) + 1);
+    std::snprintf(buf, std::min(size, kDeviceNameBytes - 1), "%s%d", "eth", number);
+    return;
+  }
+  const uint32 platform = get_platform_runtime_index();
+  const platform_runtime_param_t devices =
+      platform < PLATFORM_RUNTIME_PARAMS ? platform_runtime_param_array[platform] : platform_runtime_param_t{};
+  const bool is_second = is_chassis(type_for_second, CHASSIS_22) && port_number(if_index) == 1;
+  copy_text(buf, std::min(size, kDeviceNameBytes),
+            is_second ? devices.mgmt_eth_intf_name2 : devices.mgmt_eth_intf_name);
+}
+
+void print_eth_port_counters(cmd_rx_handle_t* rx_handle, pm_proc_net_dev_stats_t* stats) {
+  if (stats != nullptr) print_counters(rx_handle, kKernelCounters, *stats);
+}
+
+// Prints nothing yet: the management port's views come with the counter displays.
+int32 pm_cli_show_mgmt_info(cmd_rx_handle_t*, mts_q_handle_t, uint32, if_index_t) { return 0; }
+
+// Prints nothing yet, and stores nothing: the kernel is asked when the management port's views come.
+void print_mgmt_port_config(cmd_rx_handle_t*, boolean, mts_q_handle_t, if_index_t, char*, int*, int*, char*) {}
