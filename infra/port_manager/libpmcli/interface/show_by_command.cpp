@@ -1,0 +1,233 @@
+// One interface's display by command id: the port record is fetched, shown and freed.
+
+#include <cstdio>
+
+#include "interface/port_record.h"
+#include "platform/if_index.h"
+#include "platform/vlan_manager.h"
+#include "pm/port_attributes.h"
+#include "pmcli/counters.h"
+#include "pmcli/interface.h"
+#include "pmcli/transceiver.h"
+#include "pmcli/vlan.h"
+#include "support/command_ids.h"
+#include "support/scope.h"
+
+using namespace pmcli;
+
+namespace {
+
+struct shown_port {
+  cmd_rx_handle_t* rx;
+  mts_q_handle_t q;
+  if_index_t if_index;
+  if_index_type_t type;
+  pm_port_info_t* record;
+
+  bool is_trunk() const { return record->admin_port_mode == PM_PORT_MODE_TRUNK; }
+};
+
+void show_nothing(const shown_port&) {}
+
+void print_tracked_ports(const shown_port& port) {
+  if (port.type == IF_TYPE_ETHERNET || port.type == IF_TYPE_PORT_CHANNEL || port.type == IF_TYPE_ETH_PORT_CHANNEL)
+    pm_show_tracked_port_info(port.q, port.if_index);
+}
+
+// Statistics of the port; false after that they are unavailable was printed.
+bool fetch_statistics(const shown_port& port, statscl_portcl_stats_msg_t* stats) {
+  if (pm_cli_get_eth_stat_info(port.if_index, stats) == 0) return true;
+  std::puts("stats unavailable");
+  return false;
+}
+
+void show_detail(const shown_port& port) {
+  pm_cli_common_show_intf_data_t data;
+  pm_cli_get_port_data(port.if_index, port.q, &data);
+  pm_cli_show_port_info(port.rx, port.record, &data);
+  // The statistics only decide whether the tracked ports follow; no line shows them here.
+  statscl_portcl_stats_msg_t stats;
+  if (fetch_statistics(port, &stats)) print_tracked_ports(port);
+}
+
+void show_status(const shown_port& port) { print_eth_port_status_line(port.rx, port.record, port.q); }
+
+void show_status_admin_down(const shown_port& port) {
+  if (port.record->oper_state_reason == PM_REASON_ADMIN_DOWN) show_status(port);
+}
+
+void show_status_inactive(const shown_port& port) {
+  if (port.record->oper_state_reason == PM_REASON_INACTIVE) show_status(port);
+}
+
+void show_status_up(const shown_port& port) {
+  if (port.record->oper_port_state == PM_PORT_STATE_UP) show_status(port);
+}
+
+void show_error_status(const shown_port& port) { print_eth_port_err_status_line(port.rx, port.record, port.q); }
+
+void show_error_disabled(const shown_port& port) {
+  if (port_state_reason_unique_enum(port.record->oper_state_reason) == PM_REASON_ERROR_DISABLED)
+    show_error_status(port);
+}
+
+void show_description(const shown_port& port) { print_eth_port_description(port.rx, port.record); }
+
+void show_brief(const shown_port& port) { print_eth_port_info_brief(port.rx, port.record, port.q); }
+
+void show_mac_address(const shown_port& port) { print_eth_port_mac_address(port.rx, port.record); }
+
+void show_debounce(const shown_port& port) {
+  if (port.type == IF_TYPE_ETHERNET) print_port_debounce(port.rx, port.record);
+}
+
+void show_if_index(const shown_port& port) {
+  if (port.type == IF_TYPE_ETHERNET) print_port_ifindex(port.rx, port.record);
+}
+
+using diagnostics_printer = void (*)(mts_get_sfp_diag_info_t*, sfp_diag_info_ddm_tlvs_t*, boolean);
+
+template <diagnostics_printer Print>
+void show_transceiver(const shown_port& port) {
+  if (print_port_fcot_info(port.q, port.record, 1) != 0) return;
+  mts_get_sfp_diag_info_t diagnostics{};
+  sfp_diag_info_ddm_tlvs_t further_values{};
+  if (pm_get_sfp_diag_info_and_print_err(port.q, port.if_index, &diagnostics, &further_values) != 0) return;
+  Print(&diagnostics, &further_values, 1);
+}
+
+// Ethernet ports show nothing here.
+void show_capabilities(const shown_port& port) {
+  pm_cli_common_capability_t capability{};
+  if (port.type == IF_TYPE_MGMT) {
+    pm_cli_get_mgmt_capability(port.if_index, &capability);
+    pm_cli_show_port_capabities(port.rx, &capability);
+  } else if (port.type == IF_TYPE_ETH_PORT_CHANNEL) {
+    if (pm_cli_get_port_capability(port.if_index, &capability) == 0) pm_cli_show_port_capabities(port.rx, &capability);
+  }
+}
+
+using errors_row = void (*)(cmd_rx_handle_t*, if_index_t, pm_cli_common_error_stat_t*);
+
+template <errors_row Print>
+void show_errors(const shown_port& port) {
+  statscl_portcl_stats_msg_t stats;
+  if (!fetch_statistics(port, &stats)) return;
+  pm_cli_common_error_stat_t errors{};
+  pm_cli_copy_eth_to_common_ctr_err(&errors, &stats);
+  Print(port.rx, port.if_index, &errors);
+}
+
+void show_trunk_counters(const shown_port& port) {
+  statscl_portcl_stats_msg_t stats;
+  if (!fetch_statistics(port, &stats)) return;
+  pm_cli_common_trunk_stat_t trunk{};
+  pm_cli_copy_eth_to_common_trunk_ctr(&trunk, &stats);
+  pm_cli_show_port_counters_trunk(port.rx, &trunk, port.if_index);
+}
+
+void show_flow_control(const shown_port& port) {
+  statscl_portcl_stats_msg_t stats;
+  if (fetch_statistics(port, &stats)) pm_cli_show_port_flow_ctrl(port.rx, port.record, &stats);
+}
+
+void show_received(const shown_port& port) {
+  statscl_portcl_stats_msg_t stats;
+  if (fetch_statistics(port, &stats)) pm_cli_show_eth_port_stats_rx(port.rx, &stats);
+}
+
+void show_sent(const shown_port& port) {
+  statscl_portcl_stats_msg_t stats;
+  if (fetch_statistics(port, &stats)) pm_cli_show_eth_port_stats_tx(port.rx, &stats);
+}
+
+void show_detailed_counters(const shown_port& port) {
+  statscl_portcl_stats_msg_t stats;
+  if (!fetch_statistics(port, &stats)) return;
+  pfstat_key_cntrs_t forwarding{};
+  pm_cli_get_pfstat_counters(port.if_index, port.q, &forwarding, 0);
+  pm_cli_show_common_eth_counters_detailed(port.rx, &forwarding, &stats);
+}
+
+void print_vlan_membership(const shown_port& port) {
+  service_library vlan_manager(VLAN_MGR_LIBRARY, RTLD_LAZY);
+  if (!vlan_manager) {
+    std::puts("libvlan_mgr.so missing");
+    return;
+  }
+  trunk_port_memb_t membership{};
+  const syserr_t error = pm_cli_get_vlan_memb_info(vlan_manager.handle(), port.q, port.if_index, &membership);
+  if (error != 0) std::puts("Couldn't call pm_cli_get_vlan_memb_info");
+  vlan_manager.close();
+  if (error == 0) print_vlan_memb_info(port.rx, &membership);
+}
+
+void show_trunk_detail(const shown_port& port) {
+  if (!port.is_trunk()) return;
+  print_eth_port_info(port.rx, port.q, port.record);
+  print_tracked_ports(port);
+  print_vlan_membership(port);
+}
+
+using trunk_row = void (*)(cmd_rx_handle_t*, const pm_port_info_t*, mts_q_handle_t);
+
+template <trunk_row Print>
+void show_trunk(const shown_port& port) {
+  if (port.type != IF_TYPE_MGMT && port.is_trunk()) Print(port.rx, port.record, port.q);
+}
+
+using display = void (*)(const shown_port& port);
+
+constexpr command_ids<display> kDisplays[] = {
+    {1, 1, show_detail},
+    {2, 2, show_status},
+    {3, 3, show_nothing},
+    {4, 4, show_description},
+    {5, 5, show_brief},
+    {6, 6, show_transceiver<pm_print_sfp_diag_info>},
+    {9, 9, show_transceiver<pm_print_sfp_calibration_info>},
+    {10, 10, show_transceiver<pm_print_sfp_diag_detail_info>},
+    {13, 13, show_capabilities},
+    {18, 18, show_errors<pm_cli_show_port_1st_counters_errors_table>},
+    {20, 20, show_trunk_counters},
+    {22, 22, show_debounce},
+    {23, 23, show_flow_control},
+    {24, 24, show_status_admin_down},
+    {25, 25, show_error_disabled},
+    {26, 26, show_status_inactive},
+    {27, 27, show_status},
+    {28, 28, show_status_up},
+    {29, 31, show_trunk_detail},
+    {32, 32, show_status},
+    {33, 33, show_trunk_detail},
+    {34, 35, show_flow_control},
+    {36, 36, show_mac_address},
+    {38, 38, show_trunk<pm_cli_print_eth_trunk_brief>},
+    {39, 39, show_trunk<pm_cli_print_eth_trunk_allowed_vlans>},
+    {40, 40, show_trunk<pm_cli_print_eth_trunk_stp_forwarding>},
+    {42, 43, show_nothing},
+    {44, 46, show_received},
+    {47, 49, show_sent},
+    {50, 51, show_errors<pm_cli_show_port_1st_counters_errors_table>},
+    {52, 54, show_errors<pm_cli_show_port_2nd_counters_errors_table>},
+    {55, 57, show_errors<pm_cli_show_port_3rd_counters_errors_table>},
+    {58, 58, show_detailed_counters},
+    {59, 59, show_nothing},
+    {60, 60, show_error_status},
+    {104, 104, show_if_index},
+};
+
+}  // namespace
+
+void pm_cli_show_eth_port_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, uint32 command, if_index_t if_index) {
+  if_index_type_t type = IF_TYPE_NONE;
+  if_index_get_type(if_index, &type);
+  const heap_block<pm_port_info_t> record = fetch_port_record(src_q, if_index);
+  if (record == nullptr) return;
+  const auto show = find_action<display>(kDisplays, command, nullptr);
+  if (show == nullptr) {
+    std::puts("Option not supported");
+    return;
+  }
+  show({rx_handle, src_q, if_index, type, record.get()});
+}
