@@ -1,0 +1,45 @@
+/* The public headers and the platform headers, as a C program sees them. */
+#include "c_headers.h"
+
+#include "platform/bitset.h"
+#include "platform/card_config.h"
+#include "platform/cmd_channel.h"
+#include "platform/eth_statistics.h"
+#include "platform/if_index.h"
+#include "platform/interface_manager.h"
+#include "platform/ip_config.h"
+#include "platform/ip_statistics.h"
+#include "platform/mts.h"
+#include "platform/paraminfo.h"
+#include "platform/platform_data.h"
+#include "platform/port_channel.h"
+#include "platform/port_manager.h"
+#include "platform/startup_config.h"
+#include "platform/syserr.h"
+#include "platform/transceiver.h"
+#include "platform/types.h"
+#include "platform/vlan_manager.h"
+#include "platform/vsan.h"
+#include "platform/vsh.h"
+#include "platform/wire.h"
+#include "pm/port_attributes.h"
+#include "pmcli/command.h"
+#include "pmcli/counters.h"
+#include "pmcli/interface.h"
+#include "pmcli/transceiver.h"
+#include "pmcli/vlan.h"
+
+uint32 c_reads_be16(const void* bytes) { return be16_get(((const pm_port_info_t*)bytes)->admin_rxbufsize); }
+
+uint32 c_reads_be32(const void* bytes) { return be32_get(((const pm_port_info_t*)bytes)->if_index); }
+
+uint64 c_reads_be64(const void* bytes) {
+  return be64_get(((const statscl_portcl_stats_msg_t*)bytes)->mac.errors.input_errors);
+}
+
+size_t c_size_of_port_record(void) { return sizeof(pm_port_info_t); }
+size_t c_size_of_display_data(void) { return sizeof(pm_cli_common_show_intf_data_t); }
+size_t c_size_of_parameter_block(void) { return sizeof(paraminfo_t); }
+
+uint32 c_calls_the_library(const char* answer) { return pm_verify_yn(answer); }
+const char* c_port_mode(uint32 mode) { return port_mode_string(mode); }

@@ -1,0 +1,79 @@
+// What the recording platform keeps between the calls of the library. For tests/support only.
+#pragma once
+
+#include <deque>
+
+#include "support/recording_platform.h"
+
+// The opaque types of the output channel.
+struct cmd_rx_handle_t {};
+struct cmd_tuple_t {
+  uint32 id;
+  const void* value;
+};
+
+namespace pmcli_test {
+
+struct message {
+  std::string what;
+  octets payload;
+  bool is_rejection = false;
+  bool is_dropped = false;
+};
+
+// The answer to a request, waiting to be received.
+struct waiting_answer {
+  mts_rr_token_t token;
+  mts_reply reply;
+};
+
+struct open_library {
+  std::string name;
+  bool is_open = true;
+};
+
+struct heap_entry {
+  std::string label;
+  std::size_t size;
+};
+
+struct RecordingPlatform::state {
+  std::FILE* stream = nullptr;  // stands in for stdout
+  std::FILE* stdout_before = nullptr;
+
+  cmd_rx_handle_t rx;
+  std::deque<cmd_tuple_t> tuples;  // bound, not yet printed
+  bool is_short_row = false;
+
+  std::map<std::string, int32> forced_results;
+  uint32 fallible_calls = 0;
+  uint32 failing_call = 0;
+  int32 failing_result = 0;
+  int32 last_mts_errno = 0;
+
+  std::deque<message> messages;  // message n has id n + 1
+  std::deque<waiting_answer> answers;
+
+  std::deque<open_library> open_libraries;  // handles point into it
+  std::string loader_text;                  // what dlerror() returned last
+
+  std::map<void*, heap_entry> blocks;
+  std::map<syserr_t, std::string> error_texts;
+  std::deque<std::vector<vsh_intf_mono_range_t>> ranges;  // behind the records of cmd_mrange_create()
+  std::deque<paraminfo_t> params;
+  std::deque<param_arg_t> arguments;
+  std::deque<if_index_t> argument_values;
+};
+
+// The platform that lives. A platform function that is called without one ends the program with its name.
+RecordingPlatform& platform_for(const char* function);
+
+std::string interface_text(const RecordingPlatform& platform, if_index_t if_index, bool is_short);
+
+// Puts a received message among those that must be dropped, and gives its reference.
+mts_msg_ref_t receive_message(RecordingPlatform& platform, const std::string& what, const mts_reply& reply);
+
+// The payload of a message that is not dropped; empty, and a failure of the test, without one.
+octets message_payload(const mts_msg_ref_t* reference);
+
+}  // namespace pmcli_test
