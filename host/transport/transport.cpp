@@ -1,0 +1,334 @@
+#include "transport/transport.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <new>
+#include <utility>
+
+#include "transport/cancellation.h"
+
+// Everything but transport_cancel() belongs to one thread: the one that runs commands.
+
+namespace host {
+namespace {
+
+constexpr uint32 kNone = 0xFFFFFFFF;
+
+enum class stage : uint8 { unused, sent, waiting, received };
+
+// A message, or room for one. `next` joins the unused ones, and the answers that wait on a queue.
+struct message {
+  stage at = stage::unused;
+  bool rejected = false;
+  uint32 generation = 1;
+  uint32 next = kNone;
+  mts_q_handle_t q = 0;
+  mts_rr_token_t token = 0;
+  uint32 service = 0;  // that answered
+  std::vector<std::byte> payload;
+};
+
+struct queue {
+  bool open = false;
+  int32 generation = 0;
+  int32 error = 0;
+  uint32 waiting = kNone;  // first answer that was not received yet
+};
+
+struct registered_service {
+  service what;
+  provocation provoked;
+};
+
+struct transport {
+  std::vector<message> messages;
+  uint32 unused = kNone;
+  std::vector<queue> queues;
+  std::vector<registered_service> services;
+  mts_rr_token_t last_token = 0;
+  uint32 longest_wait_sec = 0;
+  transport_account account;
+};
+
+transport the_transport;
+
+// A queue handle is the queue's place, counted from 1, below its generation: a closed queue's handle finds nothing.
+constexpr int32 kQueueBits = 12;
+constexpr int32 kMaxQueues = (1 << kQueueBits) - 1;
+constexpr int32 kMaxQueueGeneration = 0x7FFFFFFF >> kQueueBits;
+
+queue* find_queue(mts_q_handle_t q) {
+  const auto place = static_cast<std::size_t>((q & kMaxQueues) - 1);
+  if (q <= 0 || place >= the_transport.queues.size()) return nullptr;
+  queue& found = the_transport.queues[place];
+  return found.open && found.generation == q >> kQueueBits ? &found : nullptr;
+}
+
+int32 fail(queue& on, int32 error) {
+  on.error = error;
+  return -1;
+}
+
+uint32 find_service(uint32 sap) {
+  const auto& services = the_transport.services;
+  for (uint32 i = 0; i < services.size(); ++i)
+    if (services[i].what.sap == sap) return i;
+  return kNone;
+}
+
+// The message of a reference; null for an empty reference and for one that was dropped.
+message* find_message(const mts_msg_ref_t* reference) {
+  if (reference == nullptr || reference->id == 0 || reference->id > the_transport.messages.size()) return nullptr;
+  message& found = the_transport.messages[reference->id - 1];
+  const bool handed_out = found.at == stage::sent || found.at == stage::received;
+  return handed_out && found.generation == reference->generation ? &found : nullptr;
+}
+
+const message* find_received(const mts_msg_ref_t* reference) {
+  const message* const found = find_message(reference);
+  return found != nullptr && found->at == stage::received ? found : nullptr;
+}
+
+mts_msg_ref_t reference_of(uint32 index) { return {index + 1, the_transport.messages[index].generation}; }
+
+// Room for a request and its answer: what follows cannot fail.
+void make_room() {
+  auto& messages = the_transport.messages;
+  while (the_transport.unused == kNone || messages[the_transport.unused].next == kNone) {
+    messages.emplace_back().next = the_transport.unused;
+    the_transport.unused = static_cast<uint32>(messages.size() - 1);
+  }
+}
+
+uint32 take_message(stage at, mts_q_handle_t q, mts_rr_token_t token) {
+  const uint32 index = the_transport.unused;
+  message& taken = the_transport.messages[index];
+  the_transport.unused = taken.next;
+  taken.at = at;
+  taken.rejected = false;
+  taken.next = kNone;
+  taken.q = q;
+  taken.token = token;
+  return index;
+}
+
+void release_message(uint32 index) {
+  message& released = the_transport.messages[index];
+  released.at = stage::unused;
+  ++released.generation;
+  released.payload = {};
+  released.next = the_transport.unused;
+  the_transport.unused = index;
+}
+
+// Takes the answer to a request off the queue; kNone when there is none.
+uint32 unlink_answer(queue& from, mts_rr_token_t token) {
+  auto& messages = the_transport.messages;
+  for (uint32* link = &from.waiting; *link != kNone; link = &messages[*link].next) {
+    const uint32 index = *link;
+    if (messages[index].token != token) continue;
+    *link = messages[index].next;
+    return index;
+  }
+  return kNone;
+}
+
+void link_answer(queue& to, uint32 index) {
+  the_transport.messages[index].next = to.waiting;
+  to.waiting = index;
+}
+
+// What a service says, with what was provoked. A service that throws has rejected the request.
+reply serve(const registered_service& service, mts_opc_t opcode, std::span<const std::byte> request) {
+  switch (service.provoked.what) {
+    case provocation::kind::reject: return {reply::kind::reject, {}};
+    case provocation::kind::silent: return {reply::kind::silence, {}};
+    default: break;
+  }
+  try {
+    reply said = service.what.serve(opcode, request);
+    if (service.provoked.what == provocation::kind::cut && said.payload.size() > service.provoked.number)
+      said.payload.resize(service.provoked.number);
+    return said;
+  } catch (...) {
+    return {reply::kind::reject, {}};
+  }
+}
+
+mts_rr_token_t next_token() {
+  if (++the_transport.last_token == 0) ++the_transport.last_token;
+  return the_transport.last_token;
+}
+
+mts_msg_ref_t deliver(mts_q_handle_t q, queue& from, uint32 service, mts_opc_t opcode,
+                      std::span<const std::byte> request) {
+  make_room();
+  reply said = serve(the_transport.services[service], opcode, request);
+  const mts_rr_token_t token = next_token();
+  const uint32 sent = take_message(stage::sent, q, token);
+  ++the_transport.account.sent;
+  if (said.what == reply::kind::silence) return reference_of(sent);
+
+  const uint32 answer = take_message(stage::waiting, q, token);
+  message& waiting = the_transport.messages[answer];
+  waiting.rejected = said.what == reply::kind::reject;
+  waiting.service = service;
+  waiting.payload = std::move(said.payload);
+  link_answer(from, answer);
+  return reference_of(sent);
+}
+
+// True as often as it was provoked for this service.
+bool is_interrupted(uint32 service) {
+  provocation& provoked = the_transport.services[service].provoked;
+  if (provoked.what != provocation::kind::interrupt || provoked.number == 0) return false;
+  --provoked.number;
+  return true;
+}
+
+uint32 wait_in_seconds(int32 asked) {
+  const uint32 wait = asked < 0 ? 0 : static_cast<uint32>(asked);
+  const uint32 limit = the_transport.longest_wait_sec;
+  return limit == 0 ? wait : std::min(wait, limit);
+}
+
+}  // namespace
+
+void transport_register(std::span<const service> services) {
+  for (const service& added : services) {
+    const uint32 earlier = find_service(added.sap);
+    if (earlier == kNone)
+      the_transport.services.push_back({added, {}});
+    else
+      the_transport.services[earlier] = {added, {}};
+  }
+}
+
+mts_q_handle_t transport_open_queue() {
+  auto& queues = the_transport.queues;
+  auto place = std::find_if(queues.begin(), queues.end(), [](const queue& q) { return !q.open; });
+  if (place == queues.end()) {
+    if (queues.size() == kMaxQueues) return -1;
+    place = queues.emplace(place);
+  }
+  const int32 generation = place->generation < kMaxQueueGeneration ? place->generation + 1 : 1;
+  *place = {.open = true, .generation = generation};
+  return generation << kQueueBits | static_cast<int32>(place - queues.begin() + 1);
+}
+
+void transport_close_queue(mts_q_handle_t q) {
+  queue* const closed = find_queue(q);
+  if (closed == nullptr) return;
+  closed->open = false;
+  for (uint32 i = 0; i < the_transport.messages.size(); ++i) {
+    const message& left = the_transport.messages[i];
+    if (left.at == stage::unused || left.q != q) continue;
+    if (left.at != stage::waiting) ++the_transport.account.never_dropped;
+    release_message(i);
+  }
+}
+
+bool transport_provoke(std::string_view service_name, provocation what) {
+  bool known = false;
+  for (registered_service& service : the_transport.services) {
+    if (service.what.name != service_name) continue;
+    service.provoked = what;
+    known = true;
+  }
+  return known;
+}
+
+void transport_limit_waits(uint32 seconds) { the_transport.longest_wait_sec = seconds; }
+
+transport_account transport_accounts() { return the_transport.account; }
+
+}  // namespace host
+
+using namespace host;
+
+int32 mts_send(mts_q_handle_t q, const mts_addr_t* to, mts_opc_t opcode, void* payload, uint32 size,
+               mts_msg_ref_t* sent, uint32, uint32) {
+  if (sent != nullptr) *sent = {};
+  queue* const from = find_queue(q);
+  if (from == nullptr) return -1;
+  if (to == nullptr || sent == nullptr || (payload == nullptr && size != 0)) return fail(*from, EINVAL);
+  if (to->node != MTS_NODE_LOCAL) return fail(*from, EHOSTUNREACH);
+  const uint32 service = find_service(to->sap);
+  if (service == kNone || the_transport.services[service].provoked.what == provocation::kind::lost)
+    return fail(*from, ECONNREFUSED);
+  try {
+    *sent = deliver(q, *from, service, opcode, {static_cast<const std::byte*>(payload), size});
+  } catch (const std::bad_alloc&) {
+    return fail(*from, ENOMEM);
+  }
+  from->error = 0;
+  return 0;
+}
+
+mts_rr_token_t mts_rr_token_get(const mts_msg_ref_t* sent) {
+  const message* const found = find_message(sent);
+  return found == nullptr ? 0 : found->token;
+}
+
+int32 mts_recv(mts_q_handle_t q, mts_msg_ref_t* got, mts_recv_options_t* options) {
+  if (got != nullptr) *got = {};
+  queue* const on = find_queue(q);
+  if (on == nullptr) return -1;
+  if (got == nullptr || options == nullptr || options->version != 1 || options->rr_token == 0) return fail(*on, EINVAL);
+
+  const uint32 answer = unlink_answer(*on, options->rr_token);
+  if (waits_are_cancelled()) {
+    if (answer != kNone) release_message(answer);  // nobody will ask for it again
+    return fail(*on, ECANCELED);
+  }
+  if (answer == kNone) {
+    // Services answer when their request is sent: an answer that is not here will not come.
+    if (options->non_blocking != 0) return fail(*on, EAGAIN);
+    return fail(*on, sleep_interruptibly(wait_in_seconds(options->timeout)));
+  }
+  message& received = the_transport.messages[answer];
+  if (is_interrupted(received.service)) {
+    link_answer(*on, answer);
+    return fail(*on, MTS_ERRNO_INTERRUPTED);
+  }
+  received.at = stage::received;
+  received.next = kNone;
+  *got = reference_of(answer);
+  ++the_transport.account.received;
+  on->error = 0;
+  return 0;
+}
+
+int32 mts_errno_get(mts_q_handle_t q) {
+  const queue* const asked = find_queue(q);
+  return asked == nullptr ? EBADF : asked->error;
+}
+
+void* mts_payload_get(const mts_msg_ref_t* got) {
+  const message* const found = find_received(got);
+  if (found == nullptr || found->payload.empty()) return nullptr;
+  return const_cast<std::byte*>(found->payload.data());
+}
+
+uint32 mts_payload_size(const mts_msg_ref_t* got) {
+  const message* const found = find_received(got);
+  return found == nullptr ? 0 : static_cast<uint32>(found->payload.size());
+}
+
+boolean mts_is_reject(const mts_msg_ref_t* got) {
+  const message* const found = find_received(got);
+  return found != nullptr && found->rejected ? 1 : 0;
+}
+
+// The error of an earlier call stays readable behind a drop that succeeds.
+int32 mts_drop(mts_q_handle_t q, mts_msg_ref_t* reference) {
+  queue* const on = find_queue(q);
+  if (reference == nullptr || reference->id == 0) return 0;
+  const message* const dropped = find_message(reference);
+  if (dropped == nullptr) ++the_transport.account.dropped_twice;
+  if (on == nullptr) return -1;
+  if (dropped == nullptr || dropped->q != q) return fail(*on, EINVAL);
+  release_message(reference->id - 1);
+  ++the_transport.account.dropped;
+  return 0;
+}

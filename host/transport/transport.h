@@ -1,0 +1,70 @@
+// The message transport in one process: what platform/mts.h declares, and how services join it.
+//
+// A service is a function from request bytes to an answer. It runs when its request is sent; the answer waits on the
+// sender's queue until it is received. Every message is accounted for: what was sent, received, dropped, dropped twice,
+// never dropped. Lost services, rejections, short answers, silence and interruptions can be provoked on purpose.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/mts.h"
+#include "platform/types.h"
+
+namespace host {
+
+// What a service says to a request.
+struct reply {
+  enum class kind { answer, reject, silence };
+  kind what = kind::answer;
+  std::vector<std::byte> payload;
+};
+
+// `request` is the payload as it was sent, unchecked.
+using service_function = reply (*)(mts_opc_t opcode, std::span<const std::byte> request);
+
+struct service {
+  uint32 sap;
+  std::string_view name;  // such as "port-manager", for provocations and reports
+  service_function serve;
+};
+
+// Makes services reachable on the local node. Later ones of the same access point replace earlier ones.
+void transport_register(std::span<const service> services);
+
+// A queue for a command or a client, -1 when there are too many; and its end. Closing frees what was not dropped, and
+// counts it.
+mts_q_handle_t transport_open_queue();
+void transport_close_queue(mts_q_handle_t q);
+
+// What happens to requests of a service from now on.
+struct provocation {
+  enum class kind { none, lost, reject, silent, cut, interrupt };
+  kind what = kind::none;
+  uint32 number = 0;  // cut: bytes that are left of an answer; interrupt: how many waits are interrupted first
+};
+
+// Returns false when no service has this name.
+bool transport_provoke(std::string_view service_name, provocation what);
+
+// The longest time in seconds that a wait lasts, whatever the waiter asked for; 0 is no limit of ours.
+void transport_limit_waits(uint32 seconds);
+
+// Ends every wait, now and from now on, with error ECANCELED, until it is called with false; the answer that was waited
+// for is given up. Safe in a signal handler.
+void transport_cancel(bool cancelled);
+
+// Messages since the start of the process.
+struct transport_account {
+  uint64 sent = 0;
+  uint64 received = 0;
+  uint64 dropped = 0;
+  uint64 dropped_twice = 0;
+  uint64 never_dropped = 0;  // of queues that were closed
+};
+transport_account transport_accounts();
+
+}  // namespace host
