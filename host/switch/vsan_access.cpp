@@ -1,0 +1,31 @@
+#include "switch/vsan_access.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace host {
+namespace {
+
+constexpr uint32 kTrunkingModes = 0x00000008     // TE
+                                  | 0x00100000   // trunk
+                                  | 0x04000000   // TF
+                                  | 0x08000000;  // TNP
+
+bool holds(const vsan_bitset_t& set, uint32 vsan) {
+  return vsan / 8 < BITSET_BYTES && (set.bits[vsan / 8] & 0x80U >> vsan % 8) != 0;
+}
+
+bool share_any(const vsan_bitset_t& a, const vsan_bitset_t& b) {
+  return !std::equal(std::begin(a.bits), std::end(a.bits), std::begin(b.bits),
+                     [](uint8 left, uint8 right) { return (left & right) == 0; });
+}
+
+}  // namespace
+
+bool is_trunking_mode(uint32 port_mode) { return (port_mode & kTrunkingModes) != 0; }
+
+bool may_see_port(const vsan_bitset_t& user_vsans, const port_vsans& port) {
+  return holds(user_vsans, port.vsan) || (port.is_trunking && share_any(user_vsans, port.carried));
+}
+
+}  // namespace host
