@@ -1,0 +1,168 @@
+// The words and short notations of switch files for what the model holds as numbers.
+#pragma once
+
+#include <vector>
+
+#include "platform/card_config.h"
+#include "platform/port_manager.h"
+#include "platform/transceiver.h"
+#include "source/chassis/yaml_value.h"
+#include "switch/model.h"
+
+namespace host {
+
+// Port modes (PM_PORT_MODE_*).
+inline constexpr word_value kModeWords[] = {
+    {"access", PM_PORT_MODE_ACCESS},
+    {"trunk", PM_PORT_MODE_TRUNK},
+    {"ips", PM_PORT_MODE_IPS},
+    {"fabric", 0x2000000},
+    {"private-vlan host", 0x400000},
+    {"private-vlan promiscuous", 0x800000},
+    {"auto", 0x1},
+    {"sd", 0x2},
+    {"e", 0x4},
+    {"te", 0x8},
+    {"tl", 0x10},
+    {"f", 0x20},
+    {"fl", 0x40},
+    {"fx", 0x60},
+    {"iscsi", 0x400},
+    {"np", 0x4000},
+    {"st", 0x8000},
+    {"tf", 0x4000000},
+    {"tnp", 0x8000000},
+};
+
+// Mbit/s; 0 is auto.
+inline constexpr word_value kSpeedWords[] = {
+    {"auto", 0},    {"10", 10},       {"100", 100},     {"1000", 1000},     {"2000", 2000},   {"4000", 4000},
+    {"8000", 8000}, {"10000", 10000}, {"40000", 40000}, {"100000", 100000}, {"1G", 1000},     {"2G", 2000},
+    {"4G", 4000},   {"8G", 8000},     {"10G", 10000},   {"40G", 40000},     {"100G", 100000},
+};
+
+inline constexpr word_value kDuplexWords[] = {
+    {"full", PM_PORT_DUPLEX_FULL}, {"half", PM_PORT_DUPLEX_HALF}, {"auto", PM_PORT_DUPLEX_AUTO}};
+// Flow control of the sending side; the receiving side's values are twice these.
+inline constexpr word_value kFlowWords[] = {{"off", 0}, {"on", 1}, {"desired", 4}};
+inline constexpr word_value kRateModeWords[] = {{"dedicated", 1}, {"shared", 2}, {"default", 3}};
+inline constexpr word_value kSubtypeWords[] = {{"ordinary", PC_SUBTYPE_ORDINARY}, {"xgfc", PC_SUBTYPE_XGFC}};
+
+// Media of transceivers with their form (FCOT_TYPE_*).
+inline constexpr word_value kModuleWords[] = {
+    {"1000base-T", FCOT_TYPE_SFP},      {"1000base-SX", FCOT_TYPE_SFP},     {"1000base-LH", FCOT_TYPE_SFP},
+    {"10Gbase-SR", FCOT_TYPE_SFP_PLUS}, {"10Gbase-LR", FCOT_TYPE_SFP_PLUS}, {"10Gbase-CU", FCOT_TYPE_SFP_PLUS},
+    {"10Gbase-LX4", FCOT_TYPE_X2},      {"10Gbase-ZR", FCOT_TYPE_X2},       {"4GFC-SW", FCOT_TYPE_SFP},
+    {"4GFC-LW", FCOT_TYPE_SFP},         {"8GFC-SW", FCOT_TYPE_SFP_PLUS},    {"8GFC-LW", FCOT_TYPE_SFP_PLUS},
+};
+
+enum : uint8 { kReasonNone = 2, kReasonAdminDown = 12, kReasonSfpAbsent = 29 };
+
+// Words of our own first, then the short word of each family of reasons with the family's first reason.
+inline constexpr word_value kReasonWords[] = {
+    {"up", 2},
+    {"admin-down", 12},
+    {"not-connected", 7},
+    {"error-disabled", 5},
+    {"sfp-absent", 29},
+    {"inactive", 11},
+    {"suspended", 14},
+    {"no-members", 43},
+    {"parent-down", 26},
+    {"down", 1},
+    {"none", 2},
+    {"hwFailure", 3},
+    {"diagFailure", 4},
+    {"errDisabled", 5},
+    {"swFailure", 6},
+    {"notConnected", 7},
+    {"offline", 8},
+    {"nonPcpt", 9},
+    {"init", 10},
+    {"channelDown", 13},
+    {"channelUpdate", 15},
+    {"rcfInProgress", 16},
+    {"isolated", 17},
+    {"parentDown", 26},
+    {"srcUnbound", 27},
+    {"ifRemoved", 28},
+    {"sfpAbsent", 29},
+    {"modUpgrade", 40},
+    {"noOperMembers", 43},
+    {"peerDown", 47},
+    {"tcpDown", 49},
+    {"parentEthDown", 52},
+    {"adminCfgChange", 54},
+    {"srcPortRemoved", 55},
+    {"srcModNotOnline", 56},
+    {"invalidCfg", 57},
+    {"ficonDown", 61},
+    {"invalidAttach", 62},
+    {"portBlocked", 63},
+    {"invalidFlogis", 65},
+    {"invalidBinding", 66},
+    {"sfpErr", 99},
+    {"noFiconPortNum", 104},
+    {"ficonEnabled", 105},
+    {"ficonProhibit", 106},
+    {"gracefulShutdown", 107},
+    {"some", 108},
+    {"trackedPortDown", 115},
+    {"outOfServc", 122},
+    {"authFail", 123},
+    {"sfpConnTypeErr", 125},
+    {"ficonDupPortNum", 127},
+    {"localRcf", 128},
+    {"extDisabled", 138},
+    {"npmExtLinkDown", 139},
+    {"npmPrefPathNotAvail", 140},
+    {"authPend", 147},
+    {"VIFadminDown", 175},
+    {"BoundIfDown", 176},
+    {"maxVifs", 177},
+    {"VIFholdDown", 178},
+    {"noFCOE", 179},
+    {"notBound", 182},
+    {"fabricIfDown", 184},
+    {"invalidFabIf", 185},
+    {"noRemChassis", 186},
+    {"vicEnableNotRcvd", 187},
+    {"vicDisableRcvd", 188},
+    {"noVlanVsanMap", 189},
+    {"STPdownInVlan", 190},
+    {"lcoffline", 191},
+    {"fexFabSfpInv", 202},
+    {"modRemoved", 255},
+};
+
+// Bits of capabilities (CRDCFG_*).
+inline constexpr word_value kSpeedBits[] = {{"10", CRDCFG_SPEED_10M},
+                                            {"100", CRDCFG_SPEED_100M},
+                                            {"1000", CRDCFG_SPEED_1G},
+                                            {"10000", CRDCFG_SPEED_10G},
+                                            {"auto", CRDCFG_SPEED_AUTO}};
+inline constexpr word_value kDuplexBits[] = {
+    {"full", CRDCFG_DUPLEX_FULL}, {"half", CRDCFG_DUPLEX_HALF}, {"auto", CRDCFG_DUPLEX_AUTO}};
+inline constexpr word_value kFlowBits[] = {
+    {"on", CRDCFG_FLOW_ON}, {"off", CRDCFG_FLOW_OFF}, {"desired", CRDCFG_FLOW_DESIRED}};
+inline constexpr word_value kRateModeBits[] = {{"dedicated", CRDCFG_RATE_DEDICATED}, {"shared", CRDCFG_RATE_SHARED}};
+
+// Seconds of "3d4h30m10s"; weeks ("w") too.
+uint32 read_duration_sec(const yaml_value& value);
+
+// A moment as seconds since 1970: "never" (0), such a number, or a duration that looks back from `now_sec`.
+uint32 read_moment_sec(const yaml_value& value, uint32 now_sec);
+
+mac_address read_mac(const yaml_value& value);
+
+// "10.1.2.3/24" or "2001:db8::1/64".
+ip_address read_ip(const yaml_value& value);
+
+std::vector<uint16> all_vlans();
+
+// One VLAN or VSAN, or a sorted list of them such as "1-10,20", "all" or "none".
+uint16 read_vlan(const yaml_value& value);
+std::vector<uint16> read_vlan_list(const yaml_value& value);
+std::vector<uint16> read_vsan_list(const yaml_value& value);
+
+}  // namespace host

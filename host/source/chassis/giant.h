@@ -1,0 +1,18 @@
+// A switch of many ports without a file, for tests and measurements.
+#pragma once
+
+#include <ctime>
+
+#include "switch/model.h"
+
+namespace host {
+
+enum { MAX_GIANT_PORTS = 10000 };
+
+// A switch of this many Ethernet ports (at most MAX_GIANT_PORTS), of kind 2 on cards in odd slots and of kind 26 on
+// the others, as they are found in service: up, down for every usual reason, switched, trunking, routed, in
+// port-channels. With them come the management port and the port-channels. The same number always gives the same
+// switch; `now` (seconds since 1970) is the moment to which its times look back.
+machine make_giant(uint32 ports, std::time_t now = std::time(nullptr));
+
+}  // namespace host

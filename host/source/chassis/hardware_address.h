@@ -1,0 +1,11 @@
+// Hardware addresses of interfaces whose file gives them none.
+#pragma once
+
+#include "switch/model.h"
+
+namespace host {
+
+// The address of an interface, counted from the base address of its switch. Sub-interfaces have their parent's.
+mac_address hardware_address(const mac_address& base, if_index_t if_index);
+
+}  // namespace host

@@ -1,0 +1,425 @@
+#include "source/chassis/schema.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "source/chassis/attribute_words.h"
+
+namespace host {
+namespace {
+
+// Longest texts that the records of the services carry.
+constexpr std::size_t kMaxDescription = 80;
+constexpr std::size_t kMaxCapabilityText = 31;
+constexpr std::size_t kMaxDeviceName = 15;
+constexpr std::size_t kMaxStatus = 255;
+constexpr std::size_t kMaxSwitchName = 63;
+constexpr std::size_t kMaxUserName = 31;
+
+template <class>
+struct member;
+template <class Owner, class Value>
+struct member<Value Owner::*> {
+  using owner = Owner;
+  using value = Value;
+};
+template <auto Member>
+using owner_of = typename member<decltype(Member)>::owner;
+template <auto Member>
+using value_of = typename member<decltype(Member)>::value;
+
+// Readers of one member each, for the tables below.
+template <auto Member, uint64 kLow, uint64 kHigh>
+void number(const yaml_value& value, owner_of<Member>& target) {
+  target.*Member = static_cast<value_of<Member>>(value.number(kLow, kHigh));
+}
+
+template <auto Member>
+void flag(const yaml_value& value, owner_of<Member>& target) {
+  target.*Member = value.yes_or_no();
+}
+
+template <auto Member, std::size_t kMaxLength>
+void text(const yaml_value& value, owner_of<Member>& target) {
+  target.*Member = value.text_of_at_most(kMaxLength);
+}
+
+template <auto Member, const auto& kWords>
+void word(const yaml_value& value, owner_of<Member>& target) {
+  target.*Member = static_cast<value_of<Member>>(value.word(kWords));
+}
+
+template <auto Member, const auto& kWords>
+void bits(const yaml_value& value, owner_of<Member>& target) {
+  value.for_each([&](const yaml_value& item) { target.*Member |= static_cast<uint8>(item.word(kWords)); });
+}
+
+template <auto Member>
+void counter(const yaml_value& value, owner_of<Member>& target) {
+  target.*Member = value.number(0, UINT64_MAX);
+}
+
+template <auto Member>
+void reference(const yaml_value& value, owner_of<Member>& target) {
+  target.*Member = {value.text(), value.line()};
+}
+
+// A member with a notation of its own.
+template <auto Member, auto kRead>
+void notation(const yaml_value& value, owner_of<Member>& target) {
+  target.*Member = kRead(value);
+}
+
+// A map whose keys have rules of their own.
+template <class Target, const auto& kRules>
+void map(const yaml_value& value, Target& target) {
+  read_map(value, kRules, target);
+}
+
+// What reads a part, for the whole.
+template <auto Part, auto kRead>
+void in(const yaml_value& value, owner_of<Part>& target) {
+  kRead(value, target.*Part);
+}
+
+// "absent", "unsupported" or the medium of a supported transceiver.
+void read_transceiver(const yaml_value& value, transceiver_choice& choice) {
+  choice.is_given = true;
+  if (value.text() == "absent") return;
+  const bool is_supported = value.text() != "unsupported";
+  const uint32 type = is_supported ? value.word(kModuleWords) : uint32{FCOT_TYPE_SFP};
+  choice.module = transceiver{.supported = is_supported, .type = static_cast<uint8>(type), .eeprom = {}};
+  if (is_supported) choice.media = value.text();
+}
+
+// "no", "yes" (ports are empty unless they say otherwise), or what every port holds unless it says otherwise.
+void read_transceiver_capability(const yaml_value& value, capability_profile& profile) {
+  profile.capabilities.transceiver = value.text() != "no";
+  if (profile.capabilities.transceiver && value.text() != "yes") read_transceiver(value, profile.module);
+}
+
+// Counts such as "1p3q4t": priorities, queues, thresholds.
+struct qos_counts {
+  uint8 priorities = 0, queues = 0, thresholds = 0;
+};
+
+qos_counts read_qos(const yaml_value& value) {
+  const std::string& written = value.text();
+  qos_counts counts;
+  const char* at = written.data();
+  const char* const end = at + written.size();
+  while (at != end) {
+    uint8 count = 0;
+    const auto [next, error] = std::from_chars(at, end, count);
+    const char unit = next != end ? *next : '\0';
+    uint8* const wanted = unit == 'p'   ? &counts.priorities
+                          : unit == 'q' ? &counts.queues
+                          : unit == 't' ? &counts.thresholds
+                                        : nullptr;
+    if (error != std::errc() || wanted == nullptr) value.fail_with_value("is not a queue structure such as 1p3q4t");
+    *wanted = count;
+    at = next + 1;
+  }
+  return counts;
+}
+
+constexpr key_rule<port_capabilities> kQosRules[] = {
+    {"receive",
+     [](const yaml_value& value, port_capabilities& port) {
+       const auto [priorities, queues, thresholds] = read_qos(value);
+       port.rx_qos_priorities = priorities;
+       port.rx_qos_queues = queues;
+       port.rx_qos_thresholds = thresholds;
+     }},
+    {"send",
+     [](const yaml_value& value, port_capabilities& port) {
+       const auto [priorities, queues, thresholds] = read_qos(value);
+       port.tx_qos_priorities = priorities;
+       port.tx_qos_queues = queues;
+       port.tx_qos_thresholds = thresholds;
+     }},
+};
+
+using caps = port_capabilities;
+constexpr key_rule<caps> kFlowCapabilityRules[] = {
+    {"receive", bits<&caps::rx_flow_control, kFlowBits>},
+    {"send", bits<&caps::tx_flow_control, kFlowBits>},
+};
+
+template <auto kRead>
+constexpr auto capability = in<&capability_profile::capabilities, kRead>;
+
+constexpr key_rule<capability_profile> kProfileRules[] = {
+    {"model", capability<text<&caps::model, kMaxCapabilityText>>},
+    {"media", capability<text<&caps::type, kMaxCapabilityText>>},
+    {"speeds", capability<bits<&caps::speeds, kSpeedBits>>},
+    {"duplex", capability<bits<&caps::duplexes, kDuplexBits>>},
+    {"flow-control", capability<map<caps, kFlowCapabilityRules>>},
+    {"rate-modes", capability<bits<&caps::rate_modes, kRateModeBits>>},
+    {"qos", capability<map<caps, kQosRules>>},
+    {"trunk", capability<flag<&caps::trunk_encapsulation>>},
+    {"channel", capability<flag<&caps::channel>>},
+    {"suppression", capability<flag<&caps::suppression>>},
+    {"cos-rewrite", capability<flag<&caps::cos_rewrite>>},
+    {"tos-rewrite", capability<flag<&caps::tos_rewrite>>},
+    {"span", capability<flag<&caps::span>>},
+    {"udld", capability<flag<&caps::udld>>},
+    {"debounce", capability<flag<&caps::debounce>>},
+    {"mdix", capability<flag<&caps::mdix>>},
+    {"transceiver", read_transceiver_capability},
+};
+
+// Slots count from 1 in the file.
+uint32 read_slot(const yaml_value& value) { return static_cast<uint32>(value.number(1, MAX_SLOT + 1)) - 1; }
+
+constexpr key_rule<card_draft> kCardRules[] = {
+    {"slot", in<&card_draft::data, notation<&card::slot, read_slot>>},
+    {"model", in<&card_draft::data, text<&card::model, kMaxCapabilityText>>},
+    {"type", in<&card_draft::data, number<&card::card_type, 0, UINT32_MAX>>},
+    {"profile", reference<&card_draft::profile>},
+};
+
+constexpr key_rule<switch_draft> kSwitchRules[] = {
+    {"name", in<&switch_draft::data, text<&machine::name, kMaxSwitchName>>},
+    {"chassis-type", in<&switch_draft::data, number<&machine::chassis_type, 0, UINT32_MAX>>},
+    {"slots", in<&switch_draft::data, number<&machine::num_slots, 1, MAX_SLOT + 1>>},
+    {"management-device", in<&switch_draft::data, text<&machine::mgmt_device, kMaxDeviceName>>},
+    {"management-device2", in<&switch_draft::data, text<&machine::mgmt_device2, kMaxDeviceName>>},
+    {"base-mac", notation<&switch_draft::base_mac, read_mac>},
+    {"uptime", notation<&switch_draft::uptime_sec, read_duration_sec>},
+};
+
+// Traffic.
+
+uint32 read_percent_thousandths(const yaml_value& value) { return static_cast<uint32>(value.thousandths(100)); }
+
+// Mbit/s with decimals.
+uint64 read_rate_kbps(const yaml_value& value) { return value.thousandths(1'000'000); }
+
+constexpr key_rule<traffic_flow> kFlowRules[] = {
+    {"mbps", notation<&traffic_flow::rate_kbps, read_rate_kbps>},
+    {"packet-bytes", number<&traffic_flow::packet_bytes, 64, 65535>},
+    {"multicast-percent", notation<&traffic_flow::multicast_percent_thousandths, read_percent_thousandths>},
+    {"broadcast-percent", notation<&traffic_flow::broadcast_percent_thousandths, read_percent_thousandths>},
+    {"bytes", counter<&traffic_flow::bytes>},
+    {"unicast", counter<&traffic_flow::unicast_packets>},
+    {"multicast", counter<&traffic_flow::multicast_packets>},
+    {"broadcast", counter<&traffic_flow::broadcast_packets>},
+    {"errors", counter<&traffic_flow::errors>},
+    {"discards", counter<&traffic_flow::discards>},
+};
+
+constexpr key_rule<error_counters> kErrorRules[] = {
+    {"crc", counter<&error_counters::crc>},
+    {"runts", counter<&error_counters::runts>},
+    {"giants", counter<&error_counters::giants>},
+    {"jabber", counter<&error_counters::jabber>},
+    {"overruns", counter<&error_counters::overruns>},
+    {"underruns", counter<&error_counters::underruns>},
+    {"collisions", counter<&error_counters::collisions>},
+    {"late-collisions", counter<&error_counters::late_collisions>},
+    {"deferred", counter<&error_counters::deferred>},
+    {"lost-carrier", counter<&error_counters::lost_carrier>},
+    {"no-carrier", counter<&error_counters::no_carrier>},
+    {"pause-received", counter<&error_counters::pause_received>},
+    {"pause-sent", counter<&error_counters::pause_sent>},
+};
+
+void read_flow(const yaml_value& value, traffic_flow& flow) {
+  read_map(value, kFlowRules, flow);
+  if (flow.multicast_percent_thousandths + flow.broadcast_percent_thousandths > 100'000)
+    value.fail("multicast and broadcast are more than 100 percent");
+}
+
+constexpr key_rule<traffic_plan> kTrafficRules[] = {
+    {"uptime", notation<&traffic_plan::uptime_sec, read_duration_sec>},
+    {"in", in<&traffic_plan::in, read_flow>},
+    {"out", in<&traffic_plan::out, read_flow>},
+    {"errors", in<&traffic_plan::errors, map<error_counters, kErrorRules>>},
+};
+
+// Interfaces.
+
+// An attribute that every interface of the range has.
+template <auto kRead>
+constexpr auto port = in<&interface_draft::attributes, kRead>;
+
+constexpr key_rule<interface_draft> kVlanRules[] = {
+    {"access", port<notation<&interface::access_vlan, read_vlan>>},
+    {"native", port<notation<&interface::native_vlan, read_vlan>>},
+    {"allowed", notation<&interface_draft::allowed_vlans, read_vlan_list>},
+};
+
+// The receiving side's bits are the sending side's, one place higher.
+template <unsigned kShift>
+void flow_control(const yaml_value& value, interface& target) {
+  target.admin_flow_control |= static_cast<uint16>(value.word(kFlowWords) << kShift);
+}
+
+constexpr key_rule<interface> kFlowControlRules[] = {
+    {"receive", flow_control<1>},
+    {"send", flow_control<0>},
+};
+
+template <std::size_t kClass>
+void storm_level(const yaml_value& value, interface& target) {
+  if (value.text() == "off") return;
+  const uint64 percent_thousandths = value.thousandths(100);
+  target.storm_control[kClass] = {.mode = 1,
+                                  .percent = static_cast<uint8>(percent_thousandths / 1000),
+                                  .hundredths = static_cast<uint16>(percent_thousandths % 1000 / 10)};
+}
+
+constexpr key_rule<interface> kStormRules[] = {
+    {"broadcast", storm_level<PM_STORM_BROADCAST>},
+    {"multicast", storm_level<PM_STORM_MULTICAST>},
+    {"unicast", storm_level<PM_STORM_UNICAST>},
+};
+
+bool is_number(const std::string& written) {
+  return !written.empty() && written.find_first_not_of("0123456789") == std::string::npos;
+}
+
+void read_state(const yaml_value& value, interface& target) {
+  const bool is_up = value.text() == "up";
+  const uint32 reason = is_number(value.text()) ? static_cast<uint32>(value.number(1, 255)) : value.word(kReasonWords);
+  target.oper_state = is_up ? PM_PORT_STATE_UP : PM_PORT_STATE_DOWN;
+  target.admin_state = reason == kReasonAdminDown ? PM_PORT_STATE_DOWN : PM_PORT_STATE_UP;
+  target.state_reason = static_cast<uint8>(reason);
+}
+
+void read_range(const yaml_value& value, interface_draft& entry) {
+  if (const auto error = parse_interface_range(value.text(), entry.spans)) value.fail(error->message);
+}
+
+void read_addresses(const yaml_value& value, interface& target) {
+  value.for_each([&](const yaml_value& item) { target.addresses.push_back(read_ip(item)); });
+}
+
+void read_link_change(const yaml_value& value, interface_draft& entry) {
+  entry.attributes.link_change_sec = read_moment_sec(value, entry.now_sec);
+}
+
+void read_last_clear(const yaml_value& value, interface_draft& entry) {
+  entry.attributes.stats.last_clear_sec = read_moment_sec(value, entry.now_sec);
+}
+
+constexpr key_rule<interface_draft> kInterfaceRules[] = {
+    {"range", read_range},
+    {"kind", number<&interface_draft::kind, 1, 254>},
+    {"subtype", word<&interface_draft::subtype, kSubtypeWords>},
+    {"profile", reference<&interface_draft::profile>},
+    {"description", port<text<&interface::description, kMaxDescription>>},
+    {"state", port<read_state>},
+    {"link-change", read_link_change},
+    {"mode", port<word<&interface::admin_mode, kModeWords>>},
+    {"oper-mode", word<&interface_draft::oper_mode, kModeWords>},
+    {"speed", port<word<&interface::admin_speed_mbps, kSpeedWords>>},
+    {"oper-speed", word<&interface_draft::oper_speed_mbps, kSpeedWords>},
+    {"duplex", port<word<&interface::admin_duplex, kDuplexWords>>},
+    {"oper-duplex", word<&interface_draft::oper_duplex, kDuplexWords>},
+    {"flow-control", port<map<interface, kFlowControlRules>>},
+    {"mtu", port<number<&interface::mtu_bytes, 64, 65535>>},
+    {"bandwidth", port<number<&interface::bandwidth_kbps, 1, UINT32_MAX>>},
+    {"delay", port<number<&interface::delay_usec, 0, UINT32_MAX>>},
+    {"debounce", port<number<&interface::debounce_ms, 0, 65535>>},
+    {"rate-mode", port<word<&interface::rate_mode, kRateModeWords>>},
+    {"mdix", port<flag<&interface::mdix_on>>},
+    {"beacon", port<flag<&interface::beacon_on>>},
+    {"span-monitor", port<flag<&interface::span_monitor_on>>},
+    {"resets", port<number<&interface::resets, 0, UINT32_MAX>>},
+    {"vsan", port<number<&interface::vsan, 1, 4094>>},
+    {"trunk-vsans", port<notation<&interface::trunk_vsans, read_vsan_list>>},
+    {"service-state", port<number<&interface::service_state, 0, UINT32_MAX>>},
+    {"fc-layer", port<number<&interface::fc_layer, 0, 255>>},
+    {"record-error", port<number<&interface::record_error, 0, UINT32_MAX>>},
+    {"mac", port<notation<&interface::burned_in_mac, read_mac>>},
+    {"router-mac", port<notation<&interface::router_mac, read_mac>>},
+    {"layer", number<&interface_draft::layer, 2, 3>},
+    {"vlan", map<interface_draft, kVlanRules>},
+    {"dot1q", port<notation<&interface::encapsulation_vlan, read_vlan>>},
+    {"addresses", port<read_addresses>},
+    {"channel", reference<&interface_draft::channel>},
+    {"bound-to", reference<&interface_draft::bound_to>},
+    {"tracked", reference<&interface_draft::tracked>},
+    {"unit", port<number<&interface::satellite_unit, 100, MAX_UNIT>>},
+    {"multi-chassis", port<text<&interface::multi_chassis_status, kMaxStatus>>},
+    {"storm-control", port<map<interface, kStormRules>>},
+    {"transceiver", in<&interface_draft::module, read_transceiver>},
+    {"traffic", in<&interface_draft::traffic, map<traffic_plan, kTrafficRules>>},
+    {"last-clear", read_last_clear},
+};
+static_assert(std::size(kInterfaceRules) <= 64);
+
+// The lists of the top level.
+
+void read_profiles(const yaml_value& value, switch_draft& draft) {
+  require_map(value);
+  for (const auto& entry : value.node()) {
+    const yaml_value key(entry.first, "profile", value.path());
+    const std::string& name = key.text();
+    const auto same_name = [&](const capability_profile& it) { return it.name == name; };
+    if (std::any_of(draft.profiles.begin(), draft.profiles.end(), same_name))
+      key.fail("profile '" + name + "' is given twice");
+    draft.profiles.push_back({.name = name, .line = key.line(), .capabilities = {}, .module = {}});
+    read_map(yaml_value(entry.second, name, value.path()), kProfileRules, draft.profiles.back());
+  }
+}
+
+void read_cards(const yaml_value& value, switch_draft& draft) {
+  value.for_each([&](const yaml_value& item) {
+    card_draft& card = draft.cards.emplace_back();
+    card.line = item.line();
+    card.data.slot = UINT32_MAX;
+    read_map(yaml_value(item.node(), "a card", item.path()), kCardRules, card);
+    if (card.data.slot == UINT32_MAX) item.fail("a card needs a 'slot'");
+  });
+}
+
+// Without a list a user sees all VSANs; the word says so too.
+void read_user_vsans(const yaml_value& value, user& target) {
+  if (value.text() != "all") target.vsans = read_vsan_list(value);
+}
+
+constexpr key_rule<user> kUserRules[] = {
+    {"name", text<&user::name, kMaxUserName>},
+    {"vsans", read_user_vsans},
+    {"counters", flag<&user::sees_counters>},
+    {"clear-in-band", flag<&user::may_clear_inband>},
+};
+
+void read_users(const yaml_value& value, switch_draft& draft) {
+  value.for_each([&](const yaml_value& item) {
+    user read;
+    read_map(yaml_value(item.node(), "a user", item.path()), kUserRules, read);
+    if (read.name.empty()) item.fail("a user needs a 'name'");
+    if (draft.data.find_user(read.name) != nullptr) item.fail("user '" + read.name + "' is given twice");
+    draft.data.users.push_back(std::move(read));
+  });
+}
+
+void read_interfaces(const yaml_value& value, switch_draft& draft) {
+  value.for_each([&](const yaml_value& item) {
+    interface_draft& entry = draft.interfaces.emplace_back();
+    entry.line = item.line();
+    entry.now_sec = draft.now_sec;
+    entry.attributes.oper_state = PM_PORT_STATE_UP;
+    entry.attributes.state_reason = kReasonNone;
+    read_map(yaml_value(item.node(), "an interface", item.path()), kInterfaceRules, entry);
+    if (entry.spans.empty()) item.fail("an interface needs a 'range'");
+  });
+}
+
+constexpr key_rule<switch_draft> kFileRules[] = {
+    {"switch", map<switch_draft, kSwitchRules>},
+    {"profiles", read_profiles},
+    {"cards", read_cards},
+    {"users", read_users},
+    {"interfaces", read_interfaces},
+};
+
+}  // namespace
+
+void read_switch(const yaml_value& file, switch_draft& draft) { read_map(file, kFileRules, draft); }
+
+}  // namespace host

@@ -1,0 +1,128 @@
+#include "source/chassis/yaml_value.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <charconv>
+#include <numeric>
+#include <optional>
+
+#include "source/chassis/switch_file.h"
+
+namespace host {
+namespace {
+
+constexpr word_value kYesOrNo[] = {{"yes", 1}, {"on", 1}, {"true", 1}, {"no", 0}, {"off", 0}, {"false", 0}};
+
+const char* type_of(const YAML::Node& node) {
+  if (node.IsMap()) return "a map";
+  if (node.IsSequence()) return "a list";
+  return node.IsScalar() ? "a value" : "nothing";
+}
+
+std::string quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
+
+std::optional<uint64> to_number(std::string_view digits) {
+  uint64 value = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
+  return value;
+}
+
+// Single edits (insert, drop, replace a character) between two words.
+std::size_t edits_between(std::string_view from, std::string_view to) {
+  std::vector<std::size_t> row(to.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < from.size(); ++i) {
+    std::size_t diagonal = row[0];
+    row[0] = i + 1;
+    for (std::size_t j = 0; j < to.size(); ++j) {
+      const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+    }
+  }
+  return row.back();
+}
+
+// The word that was probably meant, as an addition to a message.
+std::string suggestion(std::string_view written, const std::vector<std::string_view>& known) {
+  std::string_view nearest;
+  std::size_t fewest = std::max<std::size_t>(written.size() / 3, 1) + 1;
+  for (const std::string_view word : known) {
+    const std::size_t edits = edits_between(written, word);
+    if (edits >= fewest) continue;
+    fewest = edits;
+    nearest = word;
+  }
+  return nearest.empty() ? "" : ", did you mean " + quoted(nearest) + "?";
+}
+
+}  // namespace
+
+const std::string& yaml_value::text() const {
+  if (!node_.IsScalar()) fail(quoted(name_) + " needs a value, not " + type_of(node_));
+  return node_.Scalar();
+}
+
+std::string yaml_value::text_of_at_most(std::size_t max_length) const {
+  if (text().size() > max_length) fail(quoted(name_) + " is longer than " + std::to_string(max_length) + " characters");
+  return text();
+}
+
+uint64 yaml_value::number(uint64 low, uint64 high) const {
+  const std::optional<uint64> value = to_number(text());
+  if (!value) fail_with_value("is not a whole number");
+  if (*value < low || *value > high)
+    fail_with_value("is not from " + std::to_string(low) + " to " + std::to_string(high));
+  return *value;
+}
+
+uint64 yaml_value::thousandths(uint64 highest) const {
+  const std::string_view written = text();
+  const std::size_t dot = written.find('.');
+  std::string decimals(dot == std::string_view::npos ? "" : written.substr(dot + 1));
+  const bool is_cut_short = dot != std::string_view::npos && (decimals.empty() || decimals.size() > 3);
+  decimals.resize(3, '0');
+  const std::optional<uint64> whole = to_number(written.substr(0, dot));
+  const std::optional<uint64> fraction = to_number(decimals);
+  if (is_cut_short || !whole || !fraction) fail_with_value("is not a number of at most three decimals");
+  if (*whole > highest || *whole * 1000 + *fraction > highest * 1000)
+    fail_with_value("is more than " + std::to_string(highest));
+  return *whole * 1000 + *fraction;
+}
+
+bool yaml_value::yes_or_no() const {
+  for (const auto& [word, value] : kYesOrNo)
+    if (word == text()) return value != 0;
+  fail_with_value("is neither yes nor no");
+}
+
+uint32 yaml_value::word(std::span<const word_value> words) const {
+  const std::string& written = text();
+  for (const auto& [word, value] : words)
+    if (word.size() == written.size() && strncasecmp(word.data(), written.data(), word.size()) == 0) return value;
+  std::vector<std::string_view> known;
+  for (const word_value& it : words) known.push_back(it.word);
+  fail_with_value("is not known" + suggestion(written, known));
+}
+
+void yaml_value::fail(const std::string& reason) const { fail_at(path_, line(), reason); }
+
+void yaml_value::fail_with_value(const std::string& reason) const {
+  fail(std::string(name_) + " " + quoted(text()) + " " + reason);
+}
+
+void fail_at(const std::string& path, uint32 line, const std::string& reason) {
+  throw switch_file_error(path + ":" + std::to_string(line) + ": " + reason);
+}
+
+void require_map(const yaml_value& value) {
+  if (!value.is_map()) value.fail(quoted(value.name()) + " needs keys with values, not " + type_of(value.node()));
+}
+
+void fail_for_unknown_key(const yaml_value& key, std::string_view owner, const std::vector<std::string_view>& known) {
+  key.fail("unknown key " + quoted(key.text()) + " in " + quoted(owner) + suggestion(key.text(), known));
+}
+
+}  // namespace host

@@ -1,0 +1,92 @@
+// One value of a switch file with the place where it stands, and the walk over a map by a table of its keys.
+#pragma once
+
+#include <yaml-cpp/yaml.h>
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "platform/types.h"
+
+namespace host {
+
+// A word of the file and the number that it stands for.
+struct word_value {
+  std::string_view word;
+  uint32 value;
+};
+
+class yaml_value {
+ public:
+  // `name` is what messages call the value: its key, or what it is.
+  yaml_value(const YAML::Node& node, std::string_view name, const std::string& path)
+      : node_(node), name_(name), path_(path) {}
+
+  uint32 line() const { return static_cast<uint32>(node_.Mark().line + 1); }
+  const YAML::Node& node() const { return node_; }
+  std::string_view name() const { return name_; }
+  const std::string& path() const { return path_; }
+  bool is_map() const { return node_.IsMap(); }
+
+  // Each throws switch_file_error when the value is of another type or outside of the bounds.
+  const std::string& text() const;
+  std::string text_of_at_most(std::size_t max_length) const;
+  uint64 number(uint64 low, uint64 high) const;
+  uint64 thousandths(uint64 highest) const;  // "12.5" is 12500; the bound counts in whole units
+  bool yes_or_no() const;
+  uint32 word(std::span<const word_value> words) const;
+
+  // A single value counts as a list of one.
+  template <class Visit>
+  void for_each(Visit visit) const {
+    if (!node_.IsSequence()) return visit(*this);
+    for (const YAML::Node& item : node_) visit(yaml_value(item, name_, path_));
+  }
+
+  // Throws switch_file_error with "FILE:LINE: reason".
+  [[noreturn]] void fail(const std::string& reason) const;
+  [[noreturn]] void fail_with_value(const std::string& reason) const;  // reason preceded by name and value
+
+ private:
+  const YAML::Node& node_;
+  std::string_view name_;
+  const std::string& path_;
+};
+
+// What a key means: how its value is read into the target.
+template <class Target>
+struct key_rule {
+  std::string_view key;
+  void (*read)(const yaml_value& value, Target& target);
+};
+
+[[noreturn]] void fail_at(const std::string& path, uint32 line, const std::string& reason);
+
+void require_map(const yaml_value& value);
+[[noreturn]] void fail_for_unknown_key(const yaml_value& key, std::string_view owner,
+                                       const std::vector<std::string_view>& known);
+
+// Reads every key of a map by its rule, in the order of the file. Keys without a rule and keys given twice are errors.
+template <class Target>
+void read_map(const yaml_value& map, std::type_identity_t<std::span<const key_rule<Target>>> rules, Target& target) {
+  require_map(map);
+  uint64 seen = 0;  // a bit for each rule, of which there are at most 64
+  for (const auto& entry : map.node()) {
+    const yaml_value key(entry.first, "key", map.path());
+    const std::string& text = key.text();
+    std::size_t at = 0;
+    while (at < rules.size() && rules[at].key != text) ++at;
+    if (at == rules.size()) {
+      std::vector<std::string_view> known;
+      for (const auto& rule : rules) known.push_back(rule.key);
+      fail_for_unknown_key(key, map.name(), known);
+    }
+    if ((seen >> at & 1) != 0) key.fail("'" + text + "' is given twice");
+    seen |= uint64{1} << at;
+    rules[at].read(yaml_value(entry.second, rules[at].key, map.path()), target);
+  }
+}
+
+}  // namespace host
