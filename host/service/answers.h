@@ -1,0 +1,90 @@
+// How services read requests and write answers.
+#pragma once
+
+#include <cstring>
+#include <optional>
+#include <span>
+#include <type_traits>
+#include <utility>
+
+#include "service/messages.h"
+#include "switch/model.h"
+#include "transport/transport.h"
+
+namespace host {
+
+template <typename Record>
+concept wire_record = std::is_trivially_copyable_v<Record> && alignof(Record) == 1;
+
+inline reply reject() { return {reply::kind::reject, {}}; }
+
+template <wire_record Record>
+void append_bytes(reply& to, const Record& record) {
+  const auto* const bytes = reinterpret_cast<const std::byte*>(&record);
+  to.payload.insert(to.payload.end(), bytes, bytes + sizeof record);
+}
+
+// An answer under construction: the head, then as many records as were appended.
+class answer_writer {
+ public:
+  explicit answer_writer(std::size_t expected_bytes) {
+    answer_.payload.reserve(sizeof(reply_head) + expected_bytes);
+    append_bytes(answer_, reply_head{0, 0});
+  }
+
+  template <wire_record Record>
+  void append(const Record& record) {
+    append_bytes(answer_, record);
+    ++count_;
+  }
+
+  reply finish() {
+    const reply_head head{0, count_};
+    std::memcpy(answer_.payload.data(), &head, sizeof head);
+    return std::move(answer_);
+  }
+
+ private:
+  reply answer_;
+  uint32 count_ = 0;
+};
+
+inline reply answer_error(syserr_t error) {
+  reply answer;
+  append_bytes(answer, reply_head{error, 0});
+  return answer;
+}
+
+template <wire_record Record>
+reply answer_record(const Record& record) {
+  answer_writer answer(sizeof record);
+  answer.append(record);
+  return answer.finish();
+}
+
+// The request, when it has exactly its size.
+template <wire_record Request>
+std::optional<Request> read_request(std::span<const std::byte> bytes) {
+  if (bytes.size() != sizeof(Request)) return std::nullopt;
+  Request request;
+  std::memcpy(&request, bytes.data(), sizeof request);
+  return request;
+}
+
+// Answers a question about one interface with what `answer` makes of that interface.
+template <typename Answer>
+reply answer_for_interface(std::span<const std::byte> bytes, Answer answer) {
+  const auto request = read_request<interface_request>(bytes);
+  if (!request) return reject();
+  const interface* const found = std::as_const(the_machine()).find(request->if_index);
+  return found == nullptr ? answer_error(PM_ERR_NO_SUCH_INTERFACE) : answer(*found);
+}
+
+// The interfaces of a range, or why there are none.
+struct interface_run {
+  syserr_t error;
+  std::span<interface> interfaces;
+};
+interface_run find_range(const range_request& range);
+
+}  // namespace host

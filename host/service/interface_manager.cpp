@@ -1,0 +1,29 @@
+#include "service/answers.h"
+#include "service/interface_manager_messages.h"
+#include "service/services.h"
+
+namespace host {
+namespace {
+
+// An unknown interface is an error of its own record, not of the request.
+template <typename Member>
+reply answer_value(std::span<const std::byte> bytes, Member interface::*member) {
+  const auto request = read_request<interface_request>(bytes);
+  if (!request) return reject();
+  const interface* const found = std::as_const(the_machine()).find(request->if_index);
+  if (found == nullptr) return answer_record(if_value{PM_ERR_NO_SUCH_INTERFACE, 0});
+  return answer_record(if_value{0, found->*member});
+}
+
+}  // namespace
+
+reply serve_interface_manager(mts_opc_t opcode, std::span<const std::byte> request) {
+  switch (opcode) {
+    case IM_OPC_LAYER_MODE: return answer_value(request, &interface::layer);
+    case IM_OPC_NATIVE_VLAN: return answer_value(request, &interface::native_vlan);
+    case IM_OPC_ACCESS_VLAN: return answer_value(request, &interface::access_vlan);
+    default: return reject();
+  }
+}
+
+}  // namespace host

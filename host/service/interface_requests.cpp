@@ -1,0 +1,215 @@
+#include "service/interface_requests.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "platform/interface_manager.h"
+#include "service/answers.h"
+#include "service/port_manager_messages.h"
+#include "switch/if_index_layout.h"
+
+namespace host {
+namespace {
+
+struct index_range {
+  if_index_t low;
+  if_index_t high;
+};
+
+struct verification {
+  bool is_create;
+  bool is_delete;
+  std::vector<index_range> ranges;
+};
+
+std::optional<verification> read_verification(std::span<const std::byte> bytes) {
+  pm_cli_if_index_verify_req_payload_t head;
+  if (bytes.size() < sizeof head) return std::nullopt;
+  std::memcpy(&head, bytes.data(), sizeof head);
+  const auto pairs = bytes.subspan(sizeof head);
+  if (pairs.size() % sizeof(pm_port_range_t) != 0 || pairs.size() / sizeof(pm_port_range_t) != head.num_range)
+    return std::nullopt;
+  verification request{head.is_create != 0, head.is_delete != 0, {}};
+  request.ranges.reserve(head.num_range);
+  for (std::size_t at = 0; at < pairs.size(); at += sizeof(pm_port_range_t)) {
+    pm_port_range_t pair;
+    std::memcpy(&pair, pairs.data() + at, sizeof pair);
+    request.ranges.push_back({pair.if_index_low, pair.if_index_high});
+  }
+  return request;
+}
+
+bool exists(if_index_t if_index) { return std::as_const(the_machine()).find(if_index) != nullptr; }
+
+bool is_sub_interface(if_index_t if_index) { return if_index_is_sub_intf(if_index) != 0; }
+
+// Bounds in order and of one kind; a sub-interface only with another one of the same parent.
+bool spans_a_range(const index_range& range) {
+  if_index_type_t low_type = IF_TYPE_NONE;
+  if_index_type_t high_type = IF_TYPE_NONE;
+  if (if_index_get_type(range.low, &low_type) != 0 || if_index_get_type(range.high, &high_type) != 0) return false;
+  if (range.low > range.high || low_type != high_type) return false;
+  if (!is_sub_interface(range.low) && !is_sub_interface(range.high)) return true;
+  return is_sub_interface(range.low) && is_sub_interface(range.high) && parent_of(range.low) == parent_of(range.high);
+}
+
+// Indexes of the range's numbers that no interface has. Such ranges count in the last field of an index.
+uint32 count_missing(const index_range& range) {
+  uint32 missing = 0;
+  for (uint64 it = range.low; it <= range.high; ++it) missing += exists(static_cast<if_index_t>(it)) ? 0 : 1;
+  return missing;
+}
+
+template <class Matches>
+uint32 count_interfaces(Matches matches) {
+  const auto& all = the_machine().interfaces;
+  return static_cast<uint32>(std::count_if(all.begin(), all.end(), matches));
+}
+
+// What speaks against the sub-interfaces of a range; 0 is nothing.
+syserr_t refusal_of_sub_interfaces(const index_range& range) {
+  const interface* const parent = std::as_const(the_machine()).find(parent_of(range.low));
+  if (parent == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
+  uint16 highest = 0;
+  if_index_get_sub_intf(range.high, &highest);
+  if (highest == MAX_SUB_INTERFACE) return PM_ERR_SUB_INTERFACE_INTERNAL;
+  if (parent->channel != 0) return PM_ERR_PORT_IN_CHANNEL;
+  return parent->layer == IF_LAYER_2 ? PM_ERR_SUB_INTERFACE_ON_L2 : 0;
+}
+
+// The status of a request that creates sub-interfaces, as far as it can be told before they are looked up.
+syserr_t refusal_of_creation(std::span<const index_range> ranges) {
+  uint32 missing = 0;
+  for (const index_range& range : ranges) {
+    if (!is_sub_interface(range.low)) continue;
+    if (const syserr_t refusal = refusal_of_sub_interfaces(range); refusal != 0) return refusal;
+    missing += count_missing(range);
+  }
+  if (missing == 0) return 0;
+  const uint32 present = count_interfaces([](const interface& it) { return is_sub_interface(it.if_index); });
+  return present + missing > MAX_SUB_INTERFACES ? PM_ERR_TOO_MANY_SUB_INTERFACES : 0;
+}
+
+syserr_t status_of(const verification& request) {
+  if (!std::all_of(request.ranges.begin(), request.ranges.end(), spans_a_range)) return PM_ERR_INVALID_RANGE;
+  if (request.is_create) {
+    if (const syserr_t refusal = refusal_of_creation(request.ranges); refusal != 0) return refusal;
+  }
+  for (const index_range& range : request.ranges) {
+    if (!exists(range.low) || !exists(range.high)) return PM_ERR_NO_SUCH_INTERFACE;
+    if (request.is_create && is_sub_interface(range.low) && count_missing(range) != 0) return PM_ERR_NO_SUCH_INTERFACE;
+  }
+  return 0;
+}
+
+// Configuration.
+
+enum : uint8 { kReasonNone = PM_REASON_NONE, kReasonParentDown = 26 };
+
+// A new sub-interface works as its parent does.
+interface new_sub_interface(const interface& parent, if_index_t if_index) {
+  interface made;
+  made.if_index = if_index;
+  made.layer = IF_LAYER_3;
+  made.oper_state = parent.oper_state;
+  made.state_reason = parent.oper_state == PM_PORT_STATE_UP ? kReasonNone : kReasonParentDown;
+  made.admin_speed_mbps = parent.admin_speed_mbps;
+  made.oper_speed_mbps = parent.oper_speed_mbps;
+  made.admin_duplex = parent.admin_duplex;
+  made.oper_duplex = parent.oper_duplex;
+  made.mtu_bytes = parent.mtu_bytes;
+  made.bandwidth_kbps = parent.bandwidth_kbps;
+  made.delay_usec = parent.delay_usec;
+  made.burned_in_mac = parent.burned_in_mac;
+  made.router_mac = parent.router_mac;
+  return made;
+}
+
+interface new_loopback(if_index_t if_index) {
+  interface made;
+  made.if_index = if_index;
+  made.layer = IF_LAYER_3;
+  made.oper_state = PM_PORT_STATE_UP;
+  made.state_reason = kReasonNone;
+  made.bandwidth_kbps = 8'000'000;
+  made.delay_usec = 5000;
+  return made;
+}
+
+// A kind of interface that commands create and delete.
+struct configurable {
+  bool (*is_one)(if_index_t if_index);
+  syserr_t (*refusal)(std::span<const index_range> ranges);
+  interface (*make)(if_index_t if_index);
+};
+
+bool is_loopback(if_index_t if_index) { return take_apart(if_index).type == IF_TYPE_LOOPBACK; }
+
+syserr_t refusal_of_loopbacks(std::span<const index_range> ranges) {
+  uint64 wanted = count_interfaces([](const interface& it) { return is_loopback(it.if_index); });
+  for (const index_range& range : ranges) {
+    if (range.high - range.low >= MAX_LOOPBACKS) return PM_ERR_INVALID_RANGE;
+    wanted += count_missing(range);
+  }
+  return wanted > MAX_LOOPBACKS ? PM_ERR_INVALID_RANGE : 0;
+}
+
+constexpr configurable kSubInterfaces = {is_sub_interface, refusal_of_creation, [](if_index_t if_index) {
+                                           return new_sub_interface(*the_machine().find(parent_of(if_index)), if_index);
+                                         }};
+constexpr configurable kLoopbacks = {is_loopback, refusal_of_loopbacks, new_loopback};
+
+void create(const index_range& range, const configurable& kind) {
+  for (uint64 it = range.low; it <= range.high; ++it) {
+    const auto if_index = static_cast<if_index_t>(it);
+    if (!exists(if_index)) the_machine().add(kind.make(if_index));
+  }
+}
+
+syserr_t remove(std::span<const index_range> ranges) {
+  std::vector<if_index_t> doomed;
+  for (const index_range& range : ranges) {
+    const auto [error, interfaces] = find_range({range.low, range.high});
+    if (error != 0) return error;
+    for (const interface& it : interfaces) doomed.push_back(it.if_index);
+  }
+  for (const if_index_t if_index : doomed) the_machine().remove(if_index);
+  return 0;
+}
+
+syserr_t configure(const verification& request, const configurable& kind) {
+  for (const index_range& range : request.ranges) {
+    if (!spans_a_range(range)) return PM_ERR_INVALID_RANGE;
+    if (!kind.is_one(range.low)) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
+  }
+  if (request.is_delete) return remove(request.ranges);
+  if (const syserr_t refusal = kind.refusal(request.ranges); refusal != 0) return refusal;
+  for (const index_range& range : request.ranges) create(range, kind);
+  return 0;
+}
+
+reply answer_configuration(std::span<const std::byte> bytes, const configurable& kind) {
+  const auto request = read_verification(bytes);
+  if (!request || request->is_create == request->is_delete) return reject();
+  const syserr_t error = configure(*request, kind);
+  return error != 0 ? answer_error(error) : answer_writer(0).finish();
+}
+
+}  // namespace
+
+reply answer_verification(std::span<const std::byte> bytes) {
+  const auto request = read_verification(bytes);
+  if (!request) return reject();
+  reply answer;
+  append_bytes(answer, pm_cli_if_index_verify_res_payload_t{static_cast<uint32>(status_of(*request))});
+  return answer;
+}
+
+reply configure_sub_interfaces(std::span<const std::byte> request) {
+  return answer_configuration(request, kSubInterfaces);
+}
+
+reply configure_loopbacks(std::span<const std::byte> request) { return answer_configuration(request, kLoopbacks); }
+
+}  // namespace host

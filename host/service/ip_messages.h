@@ -1,0 +1,21 @@
+// Messages of the service that keeps IP addresses.
+#pragma once
+
+#include "platform/ip_config.h"
+#include "platform/mts.h"
+#include "service/messages.h"
+
+namespace host {
+
+enum { SAP_IP = 192 };
+
+// Opcode               request             records of the answer
+enum ip_opcode : mts_opc_t {
+  IP_OPC_ADDRESSES = 1  // interface_request   ipconf_if_inet_addr_info_t each
+};
+
+// The head of this answer is the head of the list that the client hands out.
+static_assert(sizeof(reply_head) == sizeof(ipconf_if_inet_addrs_t));
+static_assert(offsetof(reply_head, count) == offsetof(ipconf_if_inet_addrs_t, num_inet_addrs));
+
+}  // namespace host

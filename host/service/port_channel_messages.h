@@ -1,0 +1,23 @@
+// Messages of the port-channel manager.
+#pragma once
+
+#include "platform/mts.h"
+#include "platform/port_channel.h"
+#include "service/messages.h"
+
+namespace host {
+
+enum { SAP_PORT_CHANNEL = 194 };
+
+// Opcode                         request             records of the answer
+enum port_channel_opcode : mts_opc_t {
+  PC_OPC_MEMBERS = 1,              // interface_request   be32, an interface index each
+  PC_OPC_MULTI_CHASSIS_STATUS = 2  // interface_request   multi_chassis_status
+};
+
+struct multi_chassis_status {
+  char text[MCEC_STATUS_BYTES];  // terminated; empty is none
+};
+static_assert(sizeof(multi_chassis_status) == 256);
+
+}  // namespace host

@@ -1,0 +1,168 @@
+#include "service/port_record.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/card_config.h"
+#include "platform/syserr.h"
+#include "switch/vsan_access.h"
+
+namespace host {
+namespace {
+
+// On and off, as most attributes of the port manager count them.
+enum : uint8 { kOn = 1, kOff = 2 };
+// Trunking mode counts the other way round.
+enum : uint8 { kTrunkingOff = 1, kTrunkingOn = 2 };
+enum : uint8 { kEncapsulationNormal = 1 };
+enum : uint8 { kPortReserved = 1, kPortUnreserved = 2 };
+enum : uint32 { kPortTypeExternal = 1 };
+
+// First byte of a world-wide name that is made of a MAC address (network address authority 2).
+constexpr uint8 kWwnOfMac = 0x20;
+
+constexpr uint32 kMicrosecondsPerDelayUnit = 10;
+
+constexpr uint8 on_off(bool on) { return on ? kOn : kOff; }
+
+uint8 trunking_mode(uint32 port_mode) { return is_trunking_mode(port_mode) ? kTrunkingOn : kTrunkingOff; }
+
+uint32 port_number(const interface& port) {
+  uint32 number = 0;
+  if_index_get_port(port.if_index, &number);
+  return number;
+}
+
+void fill_identity(const interface& port, pm_port_info_t& record) {
+  record.if_index = port.if_index;
+  record.status = port.record_error;
+  std::memcpy(record.port_name, port.description.data(), std::min(port.description.size(), sizeof record.port_name));
+  record.phy_port_index = static_cast<uint16>(port_number(port));
+  record.phy_port_layer = port.fc_layer;
+  record.port_type = kPortTypeExternal;
+  record.port_wwn[0] = kWwnOfMac;
+  std::copy(port.burned_in_mac.begin(), port.burned_in_mac.end(), record.port_wwn + PM_WWN_BYTES - PM_MAC_BYTES);
+  std::copy(port.router_mac.begin(), port.router_mac.end(), record.router_mac);
+}
+
+void fill_configured(const interface& port, pm_port_info_t& record) {
+  record.admin_port_mode = port.admin_mode;
+  record.admin_port_speed = port.admin_speed_mbps;
+  record.admin_port_flow_ctrl = port.admin_flow_control;
+  record.admin_port_state = port.admin_state;
+  record.admin_trunking_mode = trunking_mode(port.admin_mode);
+  record.admin_beacon_mode = on_off(port.beacon_on);
+  record.admin_port_encap = kEncapsulationNormal;
+  record.admin_port_link_debounce = port.debounce_ms;
+  record.admin_rxbufsize = port.mtu_bytes;
+  record.snmp_link_up_down_trap_enable = kOn;
+  record.admin_port_promiscuous_mode = kOff;
+  record.admin_port_auto_negotiate = on_off(port.admin_speed_mbps == 0);
+  record.admin_port_duplex = port.admin_duplex;
+  record.admin_port_rate_mode = port.rate_mode;
+  record.service_state = port.service_state;
+  record.admin_port_delay = port.delay_usec / kMicrosecondsPerDelayUnit;
+  record.admin_port_bandwidth = port.bandwidth_kbps;
+  record.admin_si_vlan_id = port.encapsulation_vlan;
+  record.admin_mdix_mode = static_cast<uint16>(port.mdix_on ? PM_PORT_MDIX_ON : 0);
+  record.span_mode = port.span_monitor_on ? 1 : 0;
+  record.bound_ifindex = port.bound_to;
+  record.vfc_bind_data.vfc_eth_ifindex = port.bound_to;
+  record.admin_port_reserve_state = kPortUnreserved;
+  for (std::size_t i = 0; i < port.storm_control.size(); ++i)
+    record.admin_port_storm_control[i] = {port.storm_control[i].mode, port.storm_control[i].percent,
+                                          port.storm_control[i].hundredths};
+}
+
+void fill_operational(const interface& port, pm_port_info_t& record) {
+  record.oper_port_mode = port.oper_mode;
+  record.oper_port_speed = port.oper_speed_mbps;
+  record.oper_port_flow_ctrl = port.oper_flow_control;
+  record.oper_port_state = port.oper_state;
+  record.oper_state_reason = port.state_reason;
+  record.oper_trunking_mode = trunking_mode(port.oper_mode);
+  record.oper_phy_port_enable_state = port.admin_state == PM_PORT_STATE_UP ? 1 : 0;
+  record.oper_port_duplex = port.oper_duplex;
+  record.oper_port_rate_mode = port.rate_mode;
+  record.reset_cntr = port.resets;
+  record.is_part_of_bundle = port.channel != 0 ? 1 : 0;
+  record.bundle_if_index = port.channel;
+  record.link_status_last_change_sec = port.link_change_sec;
+  record.not_first_time_port_bringup = port.link_change_sec != 0 ? 1 : 0;
+  record.is_fcot_present = port.module_in_port ? 1 : 0;
+  record.port_vsan = port.vsan;
+  record.cfg_port_vsan = port.vsan;
+  record.oper_port_vsan = port.vsan;
+}
+
+struct speed_bit {
+  uint8 bit;
+  uint32 mbps;
+};
+constexpr speed_bit kSpeeds[] = {
+    {CRDCFG_SPEED_10M, 10}, {CRDCFG_SPEED_100M, 100}, {CRDCFG_SPEED_1G, 1000}, {CRDCFG_SPEED_10G, 10000}};
+
+uint32 slowest_mbps(uint8 speeds) {
+  const auto found = std::find_if(std::begin(kSpeeds), std::end(kSpeeds), [=](speed_bit s) { return s.bit & speeds; });
+  return found == std::end(kSpeeds) ? 0 : found->mbps;
+}
+
+uint32 fastest_mbps(uint8 speeds) {
+  const auto found =
+      std::find_if(std::rbegin(kSpeeds), std::rend(kSpeeds), [=](speed_bit s) { return s.bit & speeds; });
+  return found == std::rend(kSpeeds) ? 0 : found->mbps;
+}
+
+// Copies the image up to the trailer, which is the port manager's own.
+void copy_image(const transceiver& module, void* image, std::size_t trailer_offset) {
+  if (!module.eeprom.empty()) std::memcpy(image, module.eeprom.data(), std::min(module.eeprom.size(), trailer_offset));
+}
+
+void fill_sfp(const interface& port, lc_fcot_info_t& info) {
+  copy_image(*port.module_in_port, &info, offsetof(lc_fcot_info_t, maxSpeed));
+  info.maxSpeed = fastest_mbps(port.capabilities.speeds);
+  info.minSpeed = slowest_mbps(port.capabilities.speeds);
+  info.fcotNum = static_cast<port_num_t>(port_number(port));
+  info.fcotType = port.module_in_port->type;
+  info.gigaEthCC = info.xcvrCode[3];
+}
+
+void fill_x2(const interface& port, lc_fcot_x2_info_t& info) {
+  copy_image(*port.module_in_port, &info, offsetof(lc_fcot_x2_info_t, max_speed));
+  info.max_speed = fastest_mbps(port.capabilities.speeds);
+  info.min_speed = slowest_mbps(port.capabilities.speeds);
+  info.fcot_num = static_cast<port_num_t>(port_number(port));
+  info.fcot_type = port.module_in_port->type;
+  info.giga_eth_cc = info.xg_eth_code[0];
+}
+
+constexpr uint8 kPresentNotSupported = 2;
+
+}  // namespace
+
+pm_port_info_t port_record(const interface& port) {
+  pm_port_info_t record{};
+  fill_identity(port, record);
+  fill_configured(port, record);
+  fill_operational(port, record);
+  return record;
+}
+
+pm_fcot_res_t transceiver_record(const interface& port) {
+  pm_fcot_res_t record{};
+  record.if_index = port.if_index;
+  if (!port.module_in_port) {
+    record.status = PM_ERR_NO_TRANSCEIVER;
+    return record;
+  }
+  const transceiver& module = *port.module_in_port;
+  record.is_fcot_supported = module.supported ? uint8{FCOT_SUPPORTED} : kPresentNotSupported;
+  record.fcot_type = module.type;
+  if (module.type == FCOT_TYPE_X2)
+    fill_x2(port, record.fi.x2_fcot_info);
+  else
+    fill_sfp(port, record.fi.fcot_info);
+  return record;
+}
+
+}  // namespace host

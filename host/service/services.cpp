@@ -1,0 +1,27 @@
+#include "service/services.h"
+
+#include "service/card_config_messages.h"
+#include "service/interface_manager_messages.h"
+#include "service/ip_messages.h"
+#include "service/port_channel_messages.h"
+#include "service/statistics_messages.h"
+#include "service/vsan_messages.h"
+
+namespace host {
+namespace {
+
+constexpr service kServices[] = {
+    {MTS_SAP_PORT_MANAGER, "port-manager", serve_port_manager},
+    {SAP_INTERFACE_MANAGER, "interface-manager", serve_interface_manager},
+    {SAP_STATISTICS, "statistics", serve_statistics},
+    {SAP_IP, "ip", serve_ip},
+    {SAP_CARD_CONFIG, "card-config", serve_card_config},
+    {SAP_PORT_CHANNEL, "port-channel", serve_port_channel},
+    {SAP_VSAN_MANAGER, "vsan-manager", serve_vsan_manager},
+};
+
+}  // namespace
+
+std::span<const service> all_services() { return kServices; }
+
+}  // namespace host

@@ -1,0 +1,22 @@
+// The services of the switch: each a function from request bytes to an answer over the model.
+#pragma once
+
+#include <span>
+
+#include "transport/transport.h"
+
+namespace host {
+
+// Each rejects an opcode that it does not know and a request of another size than its opcode's.
+reply serve_port_manager(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_interface_manager(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_statistics(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_ip(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_card_config(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_port_channel(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_vsan_manager(mts_opc_t opcode, std::span<const std::byte> request);
+
+// All of them, to be registered with the transport.
+std::span<const service> all_services();
+
+}  // namespace host
