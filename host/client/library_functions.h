@@ -1,0 +1,21 @@
+// What the client libraries that are opened by name call: they hold nothing themselves, the program that loaded them
+// does.
+#pragma once
+
+#include "platform/card_config.h"
+#include "platform/eth_statistics.h"
+#include "platform/ip_statistics.h"
+
+namespace host {
+
+// Fills the caller's record, `ifidx` included. Returns 0 or an error.
+int32 get_port_statistics(if_index_t if_index, statscl_portcl_stats_msg_t* stats);
+int32 get_port_snmp_statistics(if_index_t if_index, statscl_portcl_stats_msg_t* stats);
+
+// Fills the caller's record. Returns 1, or 0 on failure.
+int32 get_loopback_counters(mts_q_handle_t q, if_index_t if_index, ip_if_stats* stats);
+
+// Fills the caller's response, as far as its `size` bytes reach. Returns 0 or a system error.
+syserr_t get_port_capability(const if_index_range_t* range, uint32 size, uint8* response);
+
+}  // namespace host

@@ -1,0 +1,93 @@
+// The road of every client function: a request to a service, and its answer.
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include "platform/mts.h"
+#include "platform/syserr.h"
+#include "platform/types.h"
+
+namespace host {
+
+enum { ANSWER_TIMEOUT_SEC = 60 };
+
+// Where a request goes, and how long its answer may take.
+struct call {
+  mts_q_handle_t q;
+  uint32 sap;
+  mts_opc_t opcode;
+  int32 timeout_sec = ANSWER_TIMEOUT_SEC;
+};
+
+// The queue of client functions that are not given one.
+mts_q_handle_t client_queue();
+
+template <typename Record>
+std::span<const std::byte> bytes_of(const Record& record) {
+  return std::as_bytes(std::span(&record, 1));
+}
+
+template <typename Record>
+std::span<std::byte> writable_bytes_of(Record& record) {
+  return std::as_writable_bytes(std::span(&record, 1));
+}
+
+// Sends a request and waits for its answer; interrupted waits are taken up again. On success returns 0 and fills `got`,
+// which the caller drops. Otherwise `got` is empty: -1 is a transport failure with the reason in mts_errno_get(),
+// PM_ERR_GENERAL a rejected request.
+syserr_t exchange(const call& to, std::span<const std::byte> request, mts_msg_ref_t* got);
+
+// The payload of a received message, owned by it.
+std::span<const std::byte> payload_of(const mts_msg_ref_t& got);
+
+// The error that an answer reports, PM_ERR_GENERAL for one that is too short to say.
+syserr_t reported_error(std::span<const std::byte> payload);
+
+// The records of an answer, as many as it says. It is not believed further than its payload reaches: then the error is
+// PM_ERR_GENERAL and there are no records.
+struct counted_records {
+  syserr_t error = 0;
+  uint32 count = 0;
+  std::span<const std::byte> records = {};
+};
+counted_records records_of(std::span<const std::byte> payload, std::size_t record_size);
+
+// Asks, and holds the answer's records until its scope ends.
+class answer {
+ public:
+  answer(const call& to, std::span<const std::byte> request, std::size_t record_size);
+  ~answer();
+  answer(const answer&) = delete;
+  answer& operator=(const answer&) = delete;
+
+  // 0, the errors of exchange(), the error that the service reports, or PM_ERR_GENERAL for an answer that does not hold
+  // what it promises. Without error 0 there are no records.
+  syserr_t error() const { return held_.error; }
+  uint32 count() const { return held_.count; }
+  std::span<const std::byte> records() const { return held_.records; }
+
+ private:
+  mts_q_handle_t q_;
+  mts_msg_ref_t got_{};
+  counted_records held_;
+};
+
+// Copies the one record of the answer to `record`, which stays as it was on failure. Returns the answer's error, or
+// PM_ERR_GENERAL for an answer without a record.
+syserr_t ask_record(const call& to, std::span<const std::byte> request, std::span<std::byte> record);
+
+// How a list without a length of its own lies in its block: the number of entries as 32 bits, then the entries, each
+// beginning with four bytes of an interface index.
+struct list_layout {
+  std::size_t block_bytes;
+  std::size_t count_offset;
+  std::size_t first_entry;
+  std::size_t entry_bytes;
+};
+
+// Asks for interface indexes. On success stores a heap block that the caller frees, zero where it is not used, with as
+// many entries as there is room for. On failure stores null and returns the answer's error.
+syserr_t ask_list(const call& to, std::span<const std::byte> request, const list_layout& layout, void** block);
+
+}  // namespace host

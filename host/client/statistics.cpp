@@ -1,0 +1,66 @@
+#include <array>
+#include <cstdio>
+
+#include "client/library_functions.h"
+#include "client/request.h"
+#include "service/statistics_messages.h"
+
+namespace host {
+namespace {
+
+template <typename Record>
+syserr_t ask_statistics(mts_q_handle_t q, statistics_opcode opcode, if_index_t if_index, Record* record) {
+  if (record == nullptr) return PM_ERR_GENERAL;
+  return ask_record({q, SAP_STATISTICS, opcode}, bytes_of(interface_request{if_index}), writable_bytes_of(*record));
+}
+
+// One line of plain text. `format` holds as many %llu as there are numbers; the line has no percent sign left.
+template <typename... Numbers>
+void print_line(cmd_rx_handle_t* rx_handle, const char* format, Numbers... numbers) {
+  std::array<char, 160> line;
+  std::snprintf(line.data(), line.size(), format, static_cast<unsigned long long>(numbers)...);
+  cmd_prt(rx_handle, line.data());
+}
+
+constexpr uint64 kBitsPerByte = 8;
+
+}  // namespace
+
+int32 get_port_statistics(if_index_t if_index, statscl_portcl_stats_msg_t* stats) {
+  return ask_statistics(client_queue(), STATS_OPC_PORT, if_index, stats);
+}
+
+int32 get_port_snmp_statistics(if_index_t if_index, statscl_portcl_stats_msg_t* stats) {
+  return ask_statistics(client_queue(), STATS_OPC_PORT_SNMP, if_index, stats);
+}
+
+int32 get_loopback_counters(mts_q_handle_t q, if_index_t if_index, ip_if_stats* stats) {
+  return ask_statistics(q, STATS_OPC_LOOPBACK, if_index, stats) == 0 ? 1 : 0;
+}
+
+}  // namespace host
+
+void pm_cli_ethernet_intf_stats_print(cmd_rx_handle_t* rx_handle, statscl_portcl_stats_msg_t* stats, uint32 detail) {
+  if (stats == nullptr) return;
+  using host::print_line;
+  const statscl_portcl_mac_pktflow_stats_t& flow = stats->mac.pktflow;
+  const statscl_portcl_mac_error_stats_t& errors = stats->mac.errors;
+  print_line(rx_handle, "    30 seconds input rate %llu bits/sec, %llu packets/sec\n",
+             flow.byte_rate_rx * host::kBitsPerByte, flow.pkt_rate_rx);
+  print_line(rx_handle, "    30 seconds output rate %llu bits/sec, %llu packets/sec\n",
+             flow.byte_rate_tx * host::kBitsPerByte, flow.pkt_rate_tx);
+  print_line(rx_handle, "    %llu packets input, %llu bytes, %llu input errors\n", flow.ingress_pkts, flow.bytes_pkts,
+             errors.input_errors);
+  print_line(rx_handle, "      %llu unicast, %llu multicast, %llu broadcast\n", flow.unicast_pkts, flow.multicast_pkts,
+             flow.broadcast_pkts);
+  if (detail != 0)
+    print_line(rx_handle, "      %llu runts, %llu giants, %llu CRC, %llu overrun, %llu dropped\n", errors.runt,
+               errors.giants_rx, errors.crc, errors.overrun, errors.in_discard);
+  print_line(rx_handle, "    %llu packets output, %llu bytes, %llu output errors\n", flow.egress_pkts, flow.bytes_tx,
+             errors.output_errors);
+  print_line(rx_handle, "      %llu unicast, %llu multicast, %llu broadcast\n", flow.unicast_pkts_tx,
+             flow.multicast_pkts_tx, flow.broadcast_pkts_tx);
+  if (detail != 0)
+    print_line(rx_handle, "      %llu collisions, %llu late collisions, %llu underrun, %llu dropped\n",
+               errors.collision, errors.late_collision, errors.underrun, errors.tx_dropped);
+}

@@ -1,0 +1,35 @@
+#include "platform/syserr.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+struct error_text {
+  syserr_t error;
+  const char* text;
+};
+
+constexpr error_text kTexts[] = {
+    {0, "success"},
+    {-1, "message transport failed"},
+    {PM_ERR_GENERAL, "general failure"},
+    {PM_ERR_NOT_ALLOWED_ON_INTERFACE, "operation not allowed on the interface"},
+    {PM_ERR_UNKNOWN_TLV, "unknown port attribute"},
+    {PM_ERR_INVALID_RANGE, "invalid interface range"},
+    {PM_ERR_PORT_IN_CHANNEL, "port belongs to a port-channel"},
+    {PM_ERR_NO_TRANSCEIVER, "no transceiver present"},
+    {PM_ERR_NO_SUCH_INTERFACE, "no such interface"},
+    {PM_ERR_TOO_MANY_SUB_INTERFACES, "too many sub-interfaces"},
+    {PM_ERR_SUB_INTERFACE_ON_L2, "no sub-interfaces on a layer 2 port"},
+    {PM_ERR_SUB_INTERFACE_INTERNAL, "sub-interface 4095 is internal"},
+};
+
+}  // namespace
+
+const char* syserr2str(syserr_t error) {
+  const auto* const end = std::end(kTexts);
+  const auto* const found =
+      std::find_if(std::begin(kTexts), end, [=](const error_text& it) { return it.error == error; });
+  return found == end ? nullptr : found->text;
+}
