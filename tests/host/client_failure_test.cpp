@@ -1,0 +1,395 @@
+// Every client function while its service is lost, rejects, is silent, or answers short.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "client/library_functions.h"
+#include "client/request.h"
+#include "host/alarm_soon.h"
+#include "host/small_machine.h"
+#include "platform/interface_manager.h"
+#include "platform/ip_config.h"
+#include "platform/port_channel.h"
+#include "platform/port_manager.h"
+#include "platform/transceiver.h"
+#include "platform/vsan.h"
+#include "service/services.h"
+
+namespace host {
+namespace {
+
+// How a client reports failures.
+enum class convention { error, only_minus_one, zero_is_failure };
+
+struct outcome {
+  int32 result;
+  bool delivered;  // a block or a message came out
+};
+
+// One client function, called for an interface for which its service has a full answer. What comes out is freed.
+struct client_call {
+  const char* name;
+  const char* service;
+  std::size_t answer_bytes;  // the shortest answer that serves the caller
+  convention failures;
+  mts_q_handle_t (*queue)(mts_q_handle_t command_queue);
+  outcome (*call)(const small_machine& names, mts_q_handle_t q);
+};
+
+mts_q_handle_t of_command(mts_q_handle_t q) { return q; }
+mts_q_handle_t of_process(mts_q_handle_t) { return client_queue(); }
+
+outcome take_block(int32 result, void* block) {
+  std::free(block);
+  return {result, block != nullptr};
+}
+
+// A pointer that must not survive a failure.
+template <typename T>
+T* stale() {
+  return reinterpret_cast<T*>(std::uintptr_t{16});
+}
+
+outcome call_port_config(const small_machine& names, mts_q_handle_t q) {
+  const if_index_range_t range{names.first_port, names.second_port};
+  uint32 count = 99;
+  auto* records = stale<pm_port_info_t>();
+  const int32 result = pm_cmi_get_port_config(q, 1, 1, &range, &count, &records, 60);
+  EXPECT_EQ(count, result == 0 ? 2u : 0u);
+  return take_block(result, records);
+}
+
+outcome call_transceiver(const small_machine& names, mts_q_handle_t q) {
+  const if_index_range_t range{names.first_port, names.first_port};
+  uint32 length = 99;
+  auto* response = stale<pm_fcot_res_t>();
+  const int32 result = pm_cmi_get_fcot_info(q, 1, 1, &range, &length, &response, 60);
+  EXPECT_EQ(length, result == 0 ? 267u : 0u);
+  return take_block(result, response);
+}
+
+outcome call_tracked(const small_machine& names, mts_q_handle_t q) {
+  auto* list = stale<void>();
+  const int32 result = pm_cmi_get_tracked_port_if_list(q, names.first_port, &list, 60);
+  return take_block(result, list);
+}
+
+outcome call_listing(const small_machine&, mts_q_handle_t q) {
+  mts_msg_ref_t message{7, 7};
+  const int32 result = pm_get_if_index_listing(IF_TYPE_ETHERNET, q, &message, 60);
+  const bool delivered = message.id != 0;
+  EXPECT_EQ(mts_drop(q, &message), 0);
+  return {result, delivered};
+}
+
+outcome call_startup_listing(const small_machine&, mts_q_handle_t q) {
+  mts_msg_ref_t message{7, 7};
+  const int32 result = pm_get_startup_if_index_listing("/startup", IF_TYPE_ETHERNET, q, &message, 60);
+  const bool delivered = message.id != 0;
+  EXPECT_EQ(mts_drop(q, &message), 0);
+  return {result, delivered};
+}
+
+// Asking and reading the answer are two functions that callers use one after the other.
+outcome call_port_info(const small_machine& names, mts_q_handle_t q) {
+  mts_msg_ref_t message{7, 7};
+  auto* ports = stale<pm_port_info_t>();
+  uint32 num_ports = 99;
+  int32 result = pm_get_port_info_range(q, names.first_port, names.second_port, &message);
+  EXPECT_EQ(message.id != 0, result == 0);
+  if (result != 0) return {result, false};
+  result = pm_parse_get_port_info_range(&message, &num_ports, &ports);
+  EXPECT_EQ(num_ports == 0, ports == nullptr);
+  EXPECT_EQ(mts_drop(q, &message), 0);
+  return take_block(result, ports);
+}
+
+outcome call_trunk_membership(const small_machine& names, mts_q_handle_t q) {
+  vsan_bitset_t carried{};
+  const int32 result = vsan_get_port_trunking_membership(q, names.old_channel, &carried);
+  EXPECT_EQ(carried.size, result == 0 ? 512u : 0u) << "a failure leaves the set alone";
+  return {result, false};
+}
+
+outcome call_config_sub_interface(const small_machine& names, mts_q_handle_t q) {
+  intf_range_t ranges{};
+  ranges.range_count = 1;
+  ranges.range[0] = {names.sub_port + 1, names.sub_port + 2};
+  return {static_cast<int32>(pm_cli_config_sub_interface(q, 1, 0x800000, &ranges, 120)), false};
+}
+
+outcome call_config_loopback(const small_machine& names, mts_q_handle_t q) {
+  intf_range_t ranges{};
+  ranges.range_count = 1;
+  ranges.range[0] = {names.loopback + 1, names.loopback + 1};
+  return {static_cast<int32>(pm_cli_config_loopback_interface(q, 1, 0x4000, &ranges, 120)), false};
+}
+
+outcome call_statistics(const small_machine& names, mts_q_handle_t q) {
+  show_eth_intf_resp_t stats;
+  return {pm_get_clear_eth_stats(q, names.first_port, names.first_port, 1, &stats), false};
+}
+
+outcome call_clear(const small_machine& names, mts_q_handle_t q) {
+  return {pm_get_clear_eth_stats(q, names.first_port, names.first_port, 0, nullptr), false};
+}
+
+outcome call_channel_statistics(const small_machine& names, mts_q_handle_t q) {
+  show_eth_intf_resp_t stats;
+  return {pm_port_channel_get_clear_eth_stats(q, names.old_channel, 1, &stats), false};
+}
+
+outcome call_counters(const small_machine& names, mts_q_handle_t q) {
+  pm_if_stat stats;
+  return {pm_get_interface_counters(names.mgmt, q, &stats), false};
+}
+
+outcome call_addresses(const small_machine& names, mts_q_handle_t q) {
+  auto* list = stale<ipconf_if_inet_addrs_t>();
+  const int32 result = ipconf_get_if_inet_addrs(q, names.routed_port, &list);
+  return take_block(result, list);
+}
+
+template <int32 (*Query)(if_info_t*, uint32)>
+outcome call_interface_manager(const small_machine& names, mts_q_handle_t) {
+  if_info_t record{};
+  record.ifindex = names.first_port;
+  return {Query(&record, 1), false};
+}
+
+outcome call_members(const small_machine& names, mts_q_handle_t) {
+  auto* response = stale<void>();
+  const int32 result = get_port_channel_members(11, names.channel, &response);
+  return take_block(result, response);
+}
+
+outcome call_multi_chassis(const small_machine& names, mts_q_handle_t) {
+  char status[MCEC_STATUS_BYTES] = {};
+  const int32 result = mcecm_api_sdb_sh_int_po(names.channel, status);
+  EXPECT_STREQ(status, result == 0 ? "peer is alive" : "");
+  return {result, false};
+}
+
+template <int32 (*Query)(if_index_t, statscl_portcl_stats_msg_t*)>
+outcome call_port_statistics(const small_machine& names, mts_q_handle_t) {
+  statscl_portcl_stats_msg_t stats{};
+  const int32 result = Query(names.first_port, &stats);
+  EXPECT_EQ(stats.ifidx, result == 0 ? names.first_port : 0u);
+  return {result, false};
+}
+
+outcome call_loopback(const small_machine& names, mts_q_handle_t q) {
+  ip_if_stats stats{};
+  return {get_loopback_counters(q, names.loopback, &stats), false};
+}
+
+outcome call_capability(const small_machine& names, mts_q_handle_t) {
+  const if_index_range_t range{names.first_port, names.first_port};
+  uint8 response[sizeof(crdcfg_port_cap_t)] = {};
+  return {get_port_capability(&range, sizeof response, response), false};
+}
+
+using enum convention;
+constexpr std::size_t kHead = 8;
+const client_call kCalls[] = {
+    {"pm_cmi_get_port_config", "port-manager", kHead + 2 * 328, error, of_command, call_port_config},
+    {"pm_cmi_get_fcot_info", "port-manager", kHead + 267, error, of_command, call_transceiver},
+    {"pm_cmi_get_tracked_port_if_list", "port-manager", kHead + 2 * 4, error, of_command, call_tracked},
+    {"pm_get_if_index_listing", "port-manager", 4 + 3 * 4, only_minus_one, of_command, call_listing},
+    {"pm_get_clear_eth_stats, get", "port-manager", kHead + 320, error, of_command, call_statistics},
+    {"pm_get_clear_eth_stats, clear", "port-manager", kHead, error, of_command, call_clear},
+    {"pm_port_channel_get_clear_eth_stats", "port-manager", kHead + 320, error, of_command, call_channel_statistics},
+    {"pm_get_interface_counters", "port-manager", kHead + 528, zero_is_failure, of_command, call_counters},
+    {"ipconf_get_if_inet_addrs", "ip", kHead + 2 * 28, error, of_command, call_addresses},
+    {"im_get_ifindex_layermode_list", "interface-manager", kHead + 8, error, of_process,
+     call_interface_manager<im_get_ifindex_layermode_list>},
+    {"im_get_ifindex_native_vlan_list", "interface-manager", kHead + 8, error, of_process,
+     call_interface_manager<im_get_ifindex_native_vlan_list>},
+    {"im_get_ifindex_access_vlan_list", "interface-manager", kHead + 8, error, of_process,
+     call_interface_manager<im_get_ifindex_access_vlan_list>},
+    {"get_port_channel_members", "port-channel", kHead + 2 * 4, error, of_process, call_members},
+    {"mcecm_api_sdb_sh_int_po", "port-channel", kHead + 256, error, of_process, call_multi_chassis},
+    {"get_port_statistics", "statistics", kHead + 688, error, of_process, call_port_statistics<get_port_statistics>},
+    {"get_port_snmp_statistics", "statistics", kHead + 688, error, of_process,
+     call_port_statistics<get_port_snmp_statistics>},
+    {"get_loopback_counters", "statistics", kHead + 200, zero_is_failure, of_command, call_loopback},
+    {"pm_get_startup_if_index_listing", "port-manager", 4 + 3 * 4, only_minus_one, of_command, call_startup_listing},
+    {"pm_get_port_info_range", "port-manager", kHead + 2 * 328, error, of_command, call_port_info},
+    {"vsan_get_port_trunking_membership", "vsan-manager", kHead + 516, error, of_command, call_trunk_membership},
+    {"pm_cli_config_sub_interface", "port-manager", kHead, error, of_command, call_config_sub_interface},
+    {"pm_cli_config_loopback_interface", "port-manager", kHead, error, of_command, call_config_loopback},
+    {"get_port_capability", "card-config", kHead + 124, error, of_process, call_capability},
+};
+
+void PrintTo(const client_call& tested, std::ostream* out) { *out << tested.name; }
+
+class ClientFailures : public testing::TestWithParam<client_call> {
+ protected:
+  ClientFailures() {
+    transport_register(all_services());
+    before_ = transport_accounts();
+    q_ = transport_open_queue();
+  }
+  ~ClientFailures() override {
+    provoke(provocation::kind::none);
+    transport_cancel(false);
+    transport_close_queue(q_);
+    const transport_account now = transport_accounts();
+    EXPECT_EQ(now.sent - before_.sent + now.received - before_.received, now.dropped - before_.dropped);
+    EXPECT_EQ(now.dropped_twice, before_.dropped_twice);
+    EXPECT_EQ(now.never_dropped, before_.never_dropped);
+  }
+
+  static void provoke(provocation::kind what, std::size_t number = 0) {
+    ASSERT_TRUE(transport_provoke(GetParam().service, {what, static_cast<uint32>(number)}));
+  }
+
+  outcome call() const { return GetParam().call(names_, q_); }
+  int32 error_of_transport() const { return mts_errno_get(GetParam().queue(q_)); }
+
+  // The result that stands for a failure, by the function's convention.
+  static int32 failure(int32 error) {
+    switch (GetParam().failures) {
+      case only_minus_one: return -1;
+      case zero_is_failure: return 0;
+      default: return error;
+    }
+  }
+
+  static int32 success() { return GetParam().failures == zero_is_failure ? 1 : 0; }
+
+  small_machine names_ = install_small_machine();
+  transport_account before_;
+  mts_q_handle_t q_;
+};
+
+TEST_P(ClientFailures, NothingProvokedSucceeds) { EXPECT_EQ(call().result, success()); }
+
+TEST_P(ClientFailures, LostServiceIsATransportFailure) {
+  provoke(provocation::kind::lost);
+
+  const outcome got = call();
+
+  EXPECT_EQ(got.result, failure(-1));
+  EXPECT_FALSE(got.delivered);
+  EXPECT_EQ(error_of_transport(), ECONNREFUSED);
+}
+
+TEST_P(ClientFailures, SilentServiceIsWaitedForUntilTheUserGivesUp) {
+  provoke(provocation::kind::silent);
+  const alarm_soon alarm([](int) { transport_cancel(true); });
+
+  const outcome got = call();
+
+  EXPECT_EQ(got.result, failure(-1));
+  EXPECT_FALSE(got.delivered);
+  EXPECT_EQ(error_of_transport(), ECANCELED);
+}
+
+TEST_P(ClientFailures, CancelledWaitIsATransportFailure) {
+  transport_cancel(true);
+
+  const outcome got = call();
+
+  EXPECT_EQ(got.result, failure(-1));
+  EXPECT_FALSE(got.delivered);
+  EXPECT_EQ(error_of_transport(), ECANCELED);
+}
+
+TEST_P(ClientFailures, RejectedRequestIsAGeneralFailure) {
+  provoke(provocation::kind::reject);
+
+  const outcome got = call();
+
+  EXPECT_EQ(got.result, failure(PM_ERR_GENERAL));
+  EXPECT_FALSE(got.delivered);
+}
+
+TEST_P(ClientFailures, InterruptionsDoNotShow) {
+  provoke(provocation::kind::interrupt, 5);
+
+  EXPECT_EQ(call().result, success());
+}
+
+TEST_P(ClientFailures, AnswerCutAtAnyByteIsAGeneralFailure) {
+  const std::size_t whole = GetParam().answer_bytes;
+  for (std::size_t left = 0; left < whole; ++left) {
+    provoke(provocation::kind::cut, left);
+    const outcome got = call();
+    EXPECT_EQ(got.result, failure(PM_ERR_GENERAL)) << "cut to " << left;
+    EXPECT_FALSE(got.delivered) << "cut to " << left;
+  }
+  provoke(provocation::kind::cut, whole);
+  EXPECT_EQ(call().result, success()) << "the whole answer has " << whole << " bytes";
+}
+
+std::string name_of(const testing::TestParamInfo<client_call>& instance) {
+  std::string name = instance.param.name;
+  std::erase_if(name, [](unsigned char c) { return !std::isalnum(c) && c != '_'; });
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryClient, ClientFailures, testing::ValuesIn(kCalls), name_of);
+
+// A service that promises more records than it sends, for the clients whose answers are counted.
+reply promise_more(mts_opc_t, std::span<const std::byte>) {
+  reply answer;
+  answer.payload.assign(16, std::byte{0});
+  std::memset(answer.payload.data() + 4, 0xFF, 4);
+  return answer;
+}
+
+// The same in the form of a listing.
+reply list_more(mts_opc_t, std::span<const std::byte>) {
+  reply answer;
+  answer.payload.assign(16, std::byte{0xFF});
+  return answer;
+}
+
+// A service that reports success and has nothing to say.
+reply say_nothing(mts_opc_t, std::span<const std::byte>) {
+  reply answer;
+  answer.payload.assign(8, std::byte{0});
+  return answer;
+}
+
+class ClientsOfBrokenServices : public ClientFailures {
+ protected:
+  static void replace(service_function broken) {
+    for (service replaced : all_services()) {
+      if (replaced.name != std::string_view(GetParam().service)) continue;
+      replaced.serve = broken;
+      transport_register({&replaced, 1});
+    }
+  }
+  ~ClientsOfBrokenServices() override { transport_register(all_services()); }
+};
+
+TEST_P(ClientsOfBrokenServices, CountIsBelievedOnlyAsFarAsThePayloadReaches) {
+  const bool is_listing = GetParam().failures == only_minus_one;
+  replace(is_listing ? list_more : promise_more);
+
+  const outcome got = call();
+
+  EXPECT_EQ(got.result, failure(PM_ERR_GENERAL));
+  EXPECT_FALSE(got.delivered);
+}
+
+TEST_P(ClientsOfBrokenServices, SuccessWithoutARecordIsNotBelieved) {
+  const bool needs_no_record = GetParam().call == call_tracked || GetParam().call == call_members ||
+                               GetParam().call == call_addresses || GetParam().call == call_clear ||
+                               GetParam().call == call_listing || GetParam().call == call_startup_listing ||
+                               GetParam().call == call_port_info || GetParam().call == call_config_sub_interface ||
+                               GetParam().call == call_config_loopback;
+  replace(say_nothing);
+
+  EXPECT_EQ(call().result, needs_no_record ? success() : failure(PM_ERR_GENERAL));
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryClient, ClientsOfBrokenServices, testing::ValuesIn(kCalls), name_of);
+
+}  // namespace
+}  // namespace host

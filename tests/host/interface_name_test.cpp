@@ -1,0 +1,255 @@
+// Names and ranges of interfaces as people write them.
+#include "switch/interface_name.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace host {
+namespace {
+
+std::string text_of(const std::vector<interface_span>& spans) {
+  std::string text;
+  for (const interface_span& it : spans)
+    text += interface_text(*it.word, it.low) + " to " + interface_text(*it.word, it.high) + "\n";
+  return text;
+}
+
+std::string parsed(std::string_view text) {
+  std::vector<interface_span> spans;
+  const auto error = parse_interface_range(text, spans);
+  return error ? "error: " + error->message : text_of(spans);
+}
+
+TEST(InterfaceRange, ReadsPortsOfOneSlot) {
+  EXPECT_EQ(parsed("ethernet 1/1"), "ethernet 1/1 to ethernet 1/1\n");
+  EXPECT_EQ(parsed("ethernet 1/1-4, 1/7, 1/9.10-20"),
+            "ethernet 1/1 to ethernet 1/4\n"
+            "ethernet 1/7 to ethernet 1/7\n"
+            "ethernet 1/9.10 to ethernet 1/9.20\n");
+}
+
+TEST(InterfaceRange, AWordHoldsUntilTheNext) {
+  EXPECT_EQ(parsed("port-channel 1-3, ethernet 2/1"),
+            "port-channel 1 to port-channel 3\n"
+            "ethernet 2/1 to ethernet 2/1\n");
+  EXPECT_EQ(parsed("loopback 0,5,mgmt 0"),
+            "loopback 0 to loopback 0\n"
+            "loopback 5 to loopback 5\n"
+            "mgmt 0 to mgmt 0\n");
+}
+
+TEST(InterfaceRange, WordsAreAbbreviatedInAnyCaseAndBlanksAreFree) {
+  EXPECT_EQ(parsed("eth1/1"), "ethernet 1/1 to ethernet 1/1\n");
+  EXPECT_EQ(parsed("  E 1/1 - 1/4 ,  Po12.5-7  "),
+            "ethernet 1/1 to ethernet 1/4\n"
+            "port-channel 12.5 to port-channel 12.7\n");
+  EXPECT_EQ(parsed("Vethernet7"), "vethernet 7 to vethernet 7\n");
+  EXPECT_EQ(parsed("sup-fc0"), "sup-fc 0 to sup-fc 0\n");
+  EXPECT_EQ(parsed("fc1/1"), "fc 1/1 to fc 1/1\n");
+  EXPECT_EQ(parsed("GigabitEthernet1/1.5"), "gigabitethernet 1/1.5 to gigabitethernet 1/1.5\n");
+}
+
+TEST(InterfaceRange, ReadsFibreChannelPortsThatAreNamedByANumber) {
+  EXPECT_EQ(parsed("bay 1-14, b20"), "bay 1 to bay 14\nbay 20 to bay 20\n");
+  EXPECT_EQ(parsed("ext1,ex 256"), "ext 1 to ext 1\next 256 to ext 256\n");
+  EXPECT_EQ(parsed("external1/1, exte 1/2"), "external 1/1 to external 1/1\nexternal 1/2 to external 1/2\n");
+}
+
+TEST(InterfaceRange, ReadsPortsOfSatellites) {
+  EXPECT_EQ(parsed("ethernet 101/1/1-4"), "ethernet 101/1/1 to ethernet 101/1/4\n");
+  EXPECT_EQ(parsed("ethernet 101/1/47-102/1/2"), "ethernet 101/1/47 to ethernet 102/1/2\n");
+}
+
+TEST(InterfaceRange, SpansSlotsWhenSimple) {
+  EXPECT_EQ(parsed("ethernet 1/47-2/2"), "ethernet 1/47 to ethernet 2/2\n");
+  EXPECT_EQ(parsed("ethernet 1/9.10-1/9.20"), "ethernet 1/9.10 to ethernet 1/9.20\n");
+  EXPECT_EQ(parsed("ethernet 1/9.10-1/10.20"),
+            "error: range over more than the sub-interfaces of one port '1/9.10-1/10.20' at character 10");
+  EXPECT_EQ(parsed("ethernet 1/9.10-1/10"),
+            "error: range over more than the sub-interfaces of one port '1/9.10-1/10' at character 10");
+  EXPECT_EQ(parsed("ethernet 1/9-101/1/4"),
+            "error: range over more than the sub-interfaces of one port '1/9-101/1/4' at character 10");
+}
+
+struct wrong_range {
+  const char* text;
+  range_fault fault;
+  std::size_t position;
+  const char* message;
+};
+
+TEST(InterfaceRange, EveryFaultNamesTextAndPosition) {
+  using enum range_fault;
+  const wrong_range kWrong[] = {
+      {"ethernot 1/1", kUnknownWord, 0, "unknown interface 'ethernot' at character 1"},
+      {"ethernet 1/1, foo 2", kUnknownWord, 14, "unknown interface 'foo' at character 15"},
+      {"s 1", kAmbiguousWord, 0, "ambiguous interface 's' at character 1"},
+      {"f 1/1", kAmbiguousWord, 0, "ambiguous interface 'f' at character 1"},
+      {"1/1", kMissingWord, 0, "no kind of interface in front of '1/1' at character 1"},
+      {"ethernet", kMissingNumber, 8, "no number for ethernet at character 9"},
+      {"ethernet foo", kMissingNumber, 9, "no number for ethernet 'foo' at character 10"},
+      {"ethernet 1/1-", kMissingNumber, 13, "no number for ethernet at character 14"},
+      {"ethernet 1/1 - , 1/2", kMissingNumber, 15, "no number for ethernet ',' at character 16"},
+      {"ethernet 1", kBadNumber, 9, "not a number of ethernet '1' at character 10"},
+      {"ethernet 1/", kBadNumber, 9, "not a number of ethernet '1/' at character 10"},
+      {"ethernet 0/1", kBadNumber, 9, "not a number of ethernet '0/1' at character 10"},
+      {"ethernet 65/1", kBadNumber, 9, "not a number of ethernet '65/1' at character 10"},
+      {"ethernet 1/257", kBadNumber, 9, "not a number of ethernet '1/257' at character 10"},
+      {"ethernet 1/1.0", kBadNumber, 9, "not a number of ethernet '1/1.0' at character 10"},
+      {"ethernet 1/1.4096", kBadNumber, 9, "not a number of ethernet '1/1.4096' at character 10"},
+      {"ethernet 1/1.", kBadNumber, 9, "not a number of ethernet '1/1.' at character 10"},
+      {"ethernet 99/1/1", kBadNumber, 9, "not a number of ethernet '99/1/1' at character 10"},
+      {"ethernet 0/1/1", kBadNumber, 9, "not a number of ethernet '0/1/1' at character 10"},
+      {"ethernet 101/1/1.5", kBadNumber, 9, "not a number of ethernet '101/1/1.5' at character 10"},
+      {"ethernet 1/2/3/4", kBadNumber, 9, "not a number of ethernet '1/2/3/4' at character 10"},
+      {"ethernet 1/99999999999", kBadNumber, 9, "not a number of ethernet '1/99999999999' at character 10"},
+      {"ethernet 1/1-300", kBadNumber, 13, "not a number of ethernet '300' at character 14"},
+      {"ethernet 1/1.5-4096", kBadNumber, 15, "not a number of ethernet '4096' at character 16"},
+      {"port-channel 0", kBadNumber, 13, "not a number of port-channel '0' at character 14"},
+      {"port-channel 4096", kBadNumber, 13, "not a number of port-channel '4096' at character 14"},
+      {"port-channel 1/2", kBadNumber, 13, "not a number of port-channel '1/2' at character 14"},
+      {"bay 0", kBadNumber, 4, "not a number of bay '0' at character 5"},
+      {"bay 257", kBadNumber, 4, "not a number of bay '257' at character 5"},
+      {"ext 1/1", kBadNumber, 4, "not a number of ext '1/1' at character 5"},
+      {"fc 63/1", kBadNumber, 3, "not a number of fc '63/1' at character 4"},
+      {"bay 4-2", kReversed, 4, "reversed range '4-2' at character 5"},
+      {"loopback 1.5", kBadNumber, 9, "not a number of loopback '1.5' at character 10"},
+      {"ethernet 1/4-1", kReversed, 9, "reversed range '1/4-1' at character 10"},
+      {"ethernet 2/1-1/4", kReversed, 9, "reversed range '2/1-1/4' at character 10"},
+      {"ethernet 1/1.20 - 10", kReversed, 9, "reversed range '1/1.20 - 10' at character 10"},
+      {"", kEmpty, 0, "empty range at character 1"},
+      {"   ", kEmpty, 3, "empty range at character 4"},
+      {"ethernet 1/1,", kEmpty, 13, "empty range at character 14"},
+      {"ethernet 1/1,,1/2", kEmpty, 13, "empty range at character 14"},
+      {"ethernet 1/1 brief", kTrailingText, 13, "unexpected text 'brief' at character 14"},
+      {"ethernet 1/1-4-5", kTrailingText, 14, "unexpected text '-5' at character 15"},
+      {"ethernet 1/1;1/2 x", kTrailingText, 12, "unexpected text ';1/2' at character 13"},
+  };
+  for (const wrong_range& it : kWrong) {
+    std::vector<interface_span> spans;
+    const auto error = parse_interface_range(it.text, spans);
+    ASSERT_TRUE(error) << it.text;
+    EXPECT_EQ(error->fault, it.fault) << it.text;
+    EXPECT_EQ(error->position, it.position) << it.text;
+    EXPECT_EQ(error->message, it.message);
+  }
+}
+
+TEST(InterfaceRange, SpansInFrontOfAFaultAreKept) {
+  std::vector<interface_span> spans;
+  EXPECT_TRUE(parse_interface_range("ethernet 1/1-4, port-channel 2 brief", spans));
+  EXPECT_EQ(text_of(spans),
+            "ethernet 1/1 to ethernet 1/4\n"
+            "port-channel 2 to port-channel 2\n");
+}
+
+// Which of a small switch's interfaces a range takes, by name; and what it says of missing ends.
+std::string matching(std::string_view text) {
+  std::vector<if_index_t> existing = {
+      ethernet_index(IF_TYPE_ETHERNET, 0, 0),
+      ethernet_index(IF_TYPE_ETHERNET, 0, 2),
+      ethernet_index(IF_TYPE_ETHERNET, 0, 9),
+      ethernet_index(IF_TYPE_ETHERNET_L3, 0, 1),
+      ethernet_index(IF_TYPE_ETHERNET_L3, 0, 1, 5),
+      ethernet_index(IF_TYPE_ETHERNET_L3, 0, 1, 20),
+      ethernet_index(IF_TYPE_ETHERNET_L3, 1, 0),
+      satellite_index(101, 0, 0),
+      satellite_index(101, 0, 1),
+      channel_index(IF_TYPE_PORT_CHANNEL, 4),
+      channel_index(IF_TYPE_ETH_PORT_CHANNEL, 3),
+      channel_index(IF_TYPE_ETH_PORT_CHANNEL, 5, PC_SUBTYPE_XGFC),
+      channel_index(IF_TYPE_ETH_PORT_CHANNEL, 10),
+      channel_index(IF_TYPE_ETH_PORT_CHANNEL, 3, PC_SUBTYPE_ORDINARY, 7),
+      numbered_index(IF_TYPE_LOOPBACK, 0),
+      ethernet_index(IF_TYPE_MGMT, 0, 0),
+      ethernet_index(IF_TYPE_FC, 0, 0),
+      ethernet_index(IF_TYPE_FC, 0, 1),
+      ethernet_index(IF_TYPE_FC, MAX_FC_SLOT, 0),
+      named_fc_index(name_family::kBay, 0),
+      named_fc_index(name_family::kBay, 9),
+      named_fc_index(name_family::kExternal, 0),
+      named_fc_index(name_family::kExternal, 1),
+  };
+  std::sort(existing.begin(), existing.end());
+  std::vector<interface_span> spans;
+  EXPECT_FALSE(parse_interface_range(text, spans));
+  std::string result;
+  for (const interface_span& span : spans) {
+    std::vector<if_index_t> matches;
+    const span_ends ends = append_matching(span, existing, matches);
+    for (const if_index_t it : matches) {
+      char buffer[40];
+      snprintf_if_index_short(buffer, sizeof buffer, it);
+      result += std::string(buffer) + " ";
+    }
+    if (!ends.low_exists) result += "(no " + interface_text(*span.word, span.low) + ") ";
+    if (!ends.high_exists) result += "(no " + interface_text(*span.word, span.high) + ") ";
+  }
+  return result;
+}
+
+TEST(MatchingInterfaces, ComeInNaturalOrderOverAllKindsOfTheWord) {
+  EXPECT_EQ(matching("ethernet 1/1-3"), "Eth1/1 Eth1/2 Eth1/3 ");
+  EXPECT_EQ(matching("port-channel 3-10"), "Po3 Po4 Po5 Po10 ");
+  EXPECT_EQ(matching("ethernet 1/3-2/1"), "Eth1/3 Eth1/10 Eth2/1 ");
+}
+
+TEST(MatchingInterfaces, SubInterfacesAreTakenOnlyByNumber) {
+  EXPECT_EQ(matching("ethernet 1/2"), "Eth1/2 ");
+  EXPECT_EQ(matching("ethernet 1/2.5-20"), "Eth1/2.5 Eth1/2.20 ");
+  EXPECT_EQ(matching("port-channel 3.7"), "Po3.7 ");
+}
+
+TEST(MatchingInterfaces, SatellitesAreTakenOnlyByUnit) {
+  EXPECT_EQ(matching("ethernet 101/1/1-2"), "Eth101/1/1 Eth101/1/2 ");
+  EXPECT_EQ(matching("ethernet 1/1"), "Eth1/1 ");
+}
+
+TEST(MatchingInterfaces, FibreChannelPortsAreTakenByTheFamilyOfTheirName) {
+  EXPECT_EQ(matching("fc 1/1-62/1"), "fc1/1 fc1/2 fc62/1 ");
+  EXPECT_EQ(matching("bay 1-10"), "bay1 bay10 ");
+  EXPECT_EQ(matching("ext 1-2"), "ext1 ext2 ");
+  EXPECT_EQ(matching("ext 3"), "(no ext 3) (no ext 3) ");
+}
+
+TEST(MatchingInterfaces, OtherKinds) { EXPECT_EQ(matching("mgmt 0, loopback 0"), "mgmt0 Lo0 "); }
+
+TEST(MatchingInterfaces, MissingEndsAreTold) {
+  EXPECT_EQ(matching("ethernet 1/1-4"), "Eth1/1 Eth1/2 Eth1/3 (no ethernet 1/4) ");
+  EXPECT_EQ(matching("ethernet 1/4-10"), "Eth1/10 (no ethernet 1/4) ");
+  EXPECT_EQ(matching("loopback 1-3"), "(no loopback 1) (no loopback 3) ");
+  EXPECT_EQ(matching("ethernet 1/2.6"), "(no ethernet 1/2.6) (no ethernet 1/2.6) ");
+}
+
+TEST(InterfaceNumber, GoesToAnIndexAndBack) {
+  const if_index_t kIndexes[] = {
+      ethernet_index(IF_TYPE_ETHERNET, 63, 255, 4095),
+      satellite_index(101, 3, 40),
+      channel_index(IF_TYPE_PORT_CHANNEL, 9, PC_SUBTYPE_ORDINARY, 3),
+      numbered_index(IF_TYPE_VETHERNET, 900),
+      ethernet_index(IF_TYPE_MGMT, 0, 1),
+      ethernet_index(IF_TYPE_EXTERNAL, 2, 3),
+      ethernet_index(IF_TYPE_FC, 2, 3),
+      named_fc_index(name_family::kBay, 13),
+      named_fc_index(name_family::kExternal, 0),
+  };
+  for (const if_index_t it : kIndexes) EXPECT_EQ(index_of(take_apart(it).type, number_of(it)), it);
+}
+
+TEST(InterfaceWord, EveryKindHasAWord) {
+  constexpr if_index_type_t kKinds[] = {1, 2, 4, 5, 10, 11, 13, 20, 22, 26, 29, 30, 31, 32, 254};
+  for (const if_index_type_t kind : kKinds) EXPECT_NE(word_of(kind), nullptr) << int{kind};
+  EXPECT_EQ(word_of(IF_TYPE_NONE), nullptr);
+  EXPECT_EQ(word_of(200), nullptr);
+  EXPECT_EQ(word_of(IF_TYPE_PORT_CHANNEL), word_of(IF_TYPE_ETH_PORT_CHANNEL));
+  EXPECT_EQ(word_of(IF_TYPE_FC)->word, "fc");
+  EXPECT_EQ(word_of(IF_TYPE_FC, name_family::kBay)->word, "bay");
+  EXPECT_EQ(word_of(IF_TYPE_FC, name_family::kExternal)->word, "ext");
+  EXPECT_EQ(word_of(IF_TYPE_EXTERNAL)->word, "external");
+}
+
+}  // namespace
+}  // namespace host

@@ -1,0 +1,96 @@
+// The client libraries as displays use them: opened by name, looked up, called, closed.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "client/resident_libraries.h"
+#include "host/small_machine.h"
+#include "platform/card_config.h"
+#include "platform/eth_statistics.h"
+#include "platform/ip_statistics.h"
+#include "platform/vlan_manager.h"
+#include "service/services.h"
+
+namespace host {
+namespace {
+
+class ClientLibraries : public testing::Test {
+ protected:
+  ClientLibraries() {
+    transport_register(all_services());
+    keep_libraries_resident(PMCLI_LIBRARY_DIRECTORY);
+  }
+  ~ClientLibraries() override {
+    if (library_ != nullptr) dlclose(library_);
+  }
+
+  template <typename Function>
+  Function find(const char* library, const char* symbol) {
+    library_ = dlopen(library, RTLD_LAZY);
+    if (library_ == nullptr) {
+      ADD_FAILURE() << dlerror();
+      return nullptr;
+    }
+    return reinterpret_cast<Function>(dlsym(library_, symbol));
+  }
+
+  small_machine names_ = install_small_machine();
+  void* library_ = nullptr;
+};
+
+TEST_F(ClientLibraries, StatisticsClientFillsTheRecord) {
+  const auto get = find<statcl_get_port_client_stats_fn>("libstatcl.so", "statcl_get_port_client_stats");
+  ASSERT_NE(get, nullptr);
+  statscl_portcl_stats_msg_t stats{};
+
+  EXPECT_EQ(get(names_.first_port, &stats), 0);
+  EXPECT_EQ(stats.ifidx, names_.first_port);
+  EXPECT_EQ(stats.mac.pktflow.egress_pkts, 9123u);
+  EXPECT_NE(get(names_.nobody, &stats), 0);
+}
+
+TEST_F(ClientLibraries, StatisticsClientHasTheSnmpVariant) {
+  const auto get = find<statcl_get_port_client_stats_fn>("libstatcl.so", "statcl_get_port_client_snmp_stats");
+  ASSERT_NE(get, nullptr);
+  statscl_portcl_stats_msg_t stats{};
+
+  EXPECT_EQ(get(names_.routed_port, &stats), 0);
+  EXPECT_EQ(stats.ifidx, names_.routed_port);
+}
+
+TEST_F(ClientLibraries, LoopbackCountersReportSuccessAsOne) {
+  const auto get = find<ip_get_loopback_counters_fn>("libip_stats.so", "ip_get_loopback_counters");
+  ASSERT_NE(get, nullptr);
+  const mts_q_handle_t q = transport_open_queue();
+  ip_if_stats stats{};
+
+  EXPECT_EQ(get(q, names_.loopback, &stats), 1);
+  EXPECT_EQ(stats.out_pkts, 9123u);
+  EXPECT_EQ(get(q, names_.first_port, &stats), 0);
+  transport_close_queue(q);
+}
+
+TEST_F(ClientLibraries, CardConfigurationFillsTheResponse) {
+  const auto get = find<crdcfg_get_port_cap_fn>("libcrdcfg.so", "crdcfg_get_port_cap");
+  ASSERT_NE(get, nullptr);
+  const if_index_range_t range{names_.first_port, names_.first_port};
+  uint8 response[124] = {};
+
+  EXPECT_EQ(get(&range, 124, response), 0);
+  EXPECT_EQ(response[4], 2 | 4 | 16);
+  EXPECT_STREQ(reinterpret_cast<char*>(response + 29), "MODEL-48X");
+}
+
+TEST_F(ClientLibraries, VlanManagerCanBeOpened) {
+  EXPECT_NE(find<const unsigned*>("libvlan_mgr.so", "vlan_mgr_library_version"), nullptr);
+}
+
+TEST_F(ClientLibraries, MissingLibraryStaysMissing) {
+  keep_libraries_resident("/nowhere");
+
+  EXPECT_EQ(dlopen("libpvlan.so", RTLD_LAZY), nullptr);
+}
+
+}  // namespace
+}  // namespace host
