@@ -1,0 +1,73 @@
+// The small commands of the shell itself.
+#include "shell/commands.h"
+
+#include <algorithm>
+
+#include "platform/cmd_channel.h"
+#include "shell/output/command_output.h"
+#include "shell/output/schema.h"
+#include "shell/shell.h"
+#include "transport/transport.h"
+
+namespace host {
+namespace {
+
+struct account_line {
+  const char* format;
+  uint16 tag;
+  uint64 transport_account::*count;
+};
+
+constexpr account_line kAccountLines[] = {
+    {"Messages sent:           %10s\n", kTagMessagesSent, &transport_account::sent},
+    {"Messages received:       %10s\n", kTagMessagesReceived, &transport_account::received},
+    {"Messages dropped:        %10s\n", kTagMessagesDropped, &transport_account::dropped},
+    {"  dropped twice:         %10s\n", kTagMessagesDroppedTwice, &transport_account::dropped_twice},
+    {"  never dropped:         %10s\n", kTagMessagesNeverDropped, &transport_account::never_dropped},
+};
+
+// The channel's handle is asked of a parameter block, also by the shell's own displays.
+cmd_rx_handle_t* channel() {
+  paraminfo_t block{};
+  return cmd_paraminfo_to_rxhandle(&block);
+}
+
+std::string padded(std::string_view text, std::size_t width) {
+  std::string cell(text);
+  cell.resize(std::max(width, text.size() + 1), ' ');
+  return cell;
+}
+
+}  // namespace
+
+int show_transport(const invocation&) {
+  const transport_account account = transport_accounts();
+  cmd_rx_handle_t* const rx = channel();
+  for (const account_line& line : kAccountLines) {
+    const uint64 count = account.*line.count;
+    cmd_prt(rx, line.format, cmd_tuple(static_cast<uint32>(CMD_TYPE_UINT64) << 24 | line.tag, &count));
+  }
+  return kDone;
+}
+
+int help(const invocation& run) {
+  constexpr std::size_t kWidth = 28;
+  for (const command& entry : all_commands())
+    run.output.text("  " + padded(entry.syntax.text, kWidth) + std::string(entry.help) + "\n");
+  run.output.text(
+      "\n"
+      "Words may be abbreviated. TAB completes a word, ? lists what may come next.\n"
+      "A RANGE looks like 'ethernet 1/1-4, 1/7' or 'port-channel 1-3'. Output goes through any number of\n");
+  for (const pipe_word& word : kPipeWords) {
+    const std::string written = "| " + std::string(word.word) + (word.takes_expression ? " EXPRESSION" : "");
+    run.output.text("  " + padded(written, kWidth) + std::string(word.help) + "\n");
+  }
+  return kDone;
+}
+
+int leave(const invocation& run) {
+  run.session.is_leaving = true;
+  return kDone;
+}
+
+}  // namespace host

@@ -1,0 +1,24 @@
+// The commands of the shell.
+#pragma once
+
+#include "shell/exit_codes.h"
+#include "shell/grammar.h"
+
+namespace host {
+
+struct shell;
+class command_output;
+
+// A command that runs.
+struct invocation {
+  const command_line& line;
+  shell& session;
+  command_output& output;
+};
+
+int show_interface(const invocation& run);
+int show_transport(const invocation& run);
+int help(const invocation& run);
+int leave(const invocation& run);
+
+}  // namespace host

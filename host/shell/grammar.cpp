@@ -1,0 +1,412 @@
+#include "shell/grammar.h"
+
+#include <algorithm>
+#include <cctype>
+#include <functional>
+
+#include "shell/words.h"
+
+namespace host {
+namespace {
+
+// Where a line may stand in the table.
+
+// What the range that a line is in ends with.
+enum class range_end : uint8 { none, word, number, comma, dash };
+
+struct position {
+  const command* what;
+  std::size_t next = 0;  // word of the syntax that comes next
+  range_end range = range_end::none;
+};
+
+bool is_digit(char character) { return std::isdigit(static_cast<unsigned char>(character)) != 0; }
+bool is_letter(char character) { return std::isalpha(static_cast<unsigned char>(character)) != 0; }
+
+range_end end_of_range(std::string_view text) {
+  if (text.back() == ',') return range_end::comma;
+  const std::string_view item = text.substr(text.find_last_of(", ") + 1);  // npos + 1 is 0
+  if (item.empty() || item.find_first_of("0123456789") == std::string_view::npos)
+    return !item.empty() && is_letter(item.front()) ? range_end::word : range_end::dash;
+  return text.back() == '-' ? range_end::dash : range_end::number;
+}
+
+// The interface words that the letters at the start of `text` name or abbreviate.
+std::vector<const interface_word*> interface_words(std::string_view text) {
+  const std::size_t letters = std::min(text.find_first_of("0123456789/,"), text.size());
+  std::vector<const interface_word*> found;
+  range_fault fault{};
+  const interface_word* const named = letters == 0 ? nullptr : parse_interface_word(text.substr(0, letters), fault);
+  if (named != nullptr) return {named};
+  if (letters == 0 || fault != range_fault::kAmbiguousWord) return found;
+  for (const interface_word& word : kInterfaceWords) {
+    if (starts_with_ignoring_case(word.word, text.substr(0, letters))) found.push_back(&word);
+  }
+  return found;
+}
+
+// True when a word goes on with a range that ends so far with `end`.
+bool continues_range(range_end end, std::string_view word) {
+  switch (end) {
+    case range_end::none: return false;
+    case range_end::word:
+    case range_end::dash: return is_digit(word.front());
+    case range_end::comma: return is_digit(word.front()) || !interface_words(word).empty();
+    case range_end::number: return word.front() == ',' || word.front() == '-';
+  }
+  return false;
+}
+
+bool may_leave_range(range_end end) { return end == range_end::none || end == range_end::number; }
+
+// The words of the syntax that may come next, up to the first that must.
+template <typename Visit>
+void for_each_next_word(const position& at, Visit visit) {
+  if (!may_leave_range(at.range)) return;
+  for (std::size_t i = at.next; i < at.what->syntax.num_words; ++i) {
+    const syntax_word& word = at.what->syntax.words[i];
+    visit(word, i);
+    if (!word.is_optional) return;
+  }
+}
+
+bool is_complete(const position& at) {
+  bool only_optional = may_leave_range(at.range);
+  for_each_next_word(at, [&](const syntax_word& word, std::size_t) { only_optional &= word.is_optional; });
+  return only_optional;
+}
+
+std::vector<position> all_positions() {
+  std::vector<position> positions;
+  for (const command& what : all_commands()) positions.push_back({&what});
+  return positions;
+}
+
+// One word further.
+
+struct step {
+  std::string_view name;  // the word in full
+  position to;
+};
+
+// Every way in which a word can be read at these positions.
+std::vector<step> readings(const std::vector<position>& positions, std::string_view word) {
+  std::vector<step> steps;
+  for (const position& at : positions) {
+    if (continues_range(at.range, word)) {
+      steps.push_back({word, {at.what, at.next, end_of_range(word)}});
+      continue;
+    }
+    for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
+      if (expected.is_range) {
+        for (const interface_word* const kind : interface_words(word))
+          steps.push_back({kind->word, {at.what, index + 1, end_of_range(word)}});
+      } else if (starts_with_ignoring_case(expected.text, word)) {
+        steps.push_back({expected.text, {at.what, index + 1}});
+      }
+    });
+  }
+  return steps;
+}
+
+// Only the readings of a word that is written in full, when there are any.
+void prefer_exact(std::vector<step>& steps, std::string_view word) {
+  const auto is_exact = [word](const step& reading) {
+    return reading.name.size() == word.size() && starts_with_ignoring_case(reading.name, word);
+  };
+  if (std::any_of(steps.begin(), steps.end(), is_exact))
+    steps.erase(std::remove_if(steps.begin(), steps.end(), std::not_fn(is_exact)), steps.end());
+}
+
+std::vector<std::string_view> names_of(const std::vector<step>& steps) {
+  std::vector<std::string_view> names;
+  for (const step& reading : steps) {
+    if (std::find(names.begin(), names.end(), reading.name) == names.end()) names.push_back(reading.name);
+  }
+  return names;
+}
+
+// The words that may come next, to name them to the user.
+std::vector<std::string_view> expected_words(const std::vector<position>& positions) {
+  std::vector<std::string_view> words;
+  const auto add = [&words](std::string_view word) {
+    if (std::find(words.begin(), words.end(), word) == words.end()) words.push_back(word);
+  };
+  for (const position& at : positions) {
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
+      if (!word.is_range) return add(word.text);
+      for (const interface_word& kind : kInterfaceWords) add(kind.word);
+    });
+  }
+  return words;
+}
+
+std::string type_help(std::string_view in_front) {
+  std::string text = "Type '";
+  if (!in_front.empty()) text.append(in_front).append(" ");
+  return text + "?' for the list.";
+}
+
+std::string unknown_word(const std::vector<position>& positions, std::string_view word, std::string_view in_front) {
+  const std::vector<std::string_view> expected = expected_words(positions);
+  if (expected.empty()) return quoted(word) + " is too much: the command ends with " + quoted(in_front) + ".";
+  const std::string_view meant = closest_word(word, expected);
+  std::string text = "unknown word " + quoted(word);
+  if (!meant.empty()) text += ": did you mean " + quoted(meant) + "?";
+  return text + (meant.empty() ? ". " : " ") + type_help(in_front);
+}
+
+struct reading_state {
+  std::vector<position> positions = all_positions();
+  std::vector<std::string_view> path;  // words in full
+  std::string error;
+};
+
+// Reads a word; returns false and says why when it fits nowhere or in too many ways.
+bool read_word(reading_state& state, std::string_view word) {
+  std::vector<step> steps = readings(state.positions, word);
+  prefer_exact(steps, word);
+  const std::vector<std::string_view> names = names_of(steps);
+  if (names.empty()) {
+    state.error = unknown_word(state.positions, word, join(state.path, " "));
+    return false;
+  }
+  if (names.size() > 1) {
+    state.error = "ambiguous word " + quoted(word) + ": " + join(names, ", ") + ". Type one more letter.";
+    return false;
+  }
+  state.positions.clear();
+  for (const step& reading : steps) state.positions.push_back(reading.to);
+  const bool in_range = steps.front().to.range != range_end::none;
+  state.path.push_back(in_range ? word : names.front());
+  return true;
+}
+
+std::string incomplete_command(const reading_state& state) {
+  const std::string path = join(state.path, " ");
+  if (path.empty()) return "no command in front of '|'. " + type_help({});
+  const bool lacks_number = !may_leave_range(state.positions.front().range);
+  return (lacks_number ? "a number is missing after '" : "incomplete command '") + path + "'. " + type_help(path);
+}
+
+// Pipes.
+
+std::vector<std::string_view> pipe_names() {
+  std::vector<std::string_view> names;
+  for (const pipe_word& word : kPipeWords) names.push_back(word.word);
+  return names;
+}
+
+const pipe_word* find_pipe(std::string_view written) {
+  const pipe_word* found = nullptr;
+  for (const pipe_word& word : kPipeWords) {
+    if (!starts_with_ignoring_case(word.word, written)) continue;
+    if (found != nullptr) return nullptr;
+    found = &word;
+  }
+  return found;
+}
+
+std::string unknown_pipe(std::string_view written) {
+  const std::string_view meant = closest_word(written, pipe_names());
+  std::string text = "unknown word " + quoted(written) + " after '|'";
+  text += meant.empty() ? "." : ": did you mean " + quoted(meant) + "?";
+  return text + " It is one of " + join(pipe_names(), ", ") + ".";
+}
+
+// Reads what stands behind a "|"; returns what is wrong with it.
+std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
+  part = trim(part);
+  if (part.empty()) return "nothing after '|': it takes one of " + join(pipe_names(), ", ") + ".";
+  const std::string_view written = part.substr(0, part.find_first_of(" \t"));
+  const pipe_word* const word = find_pipe(written);
+  if (word == nullptr) return unknown_pipe(written);
+  const std::string_view rest = trim(part.substr(written.size()));
+  const std::string name(word->word);
+  if (word->takes_expression && rest.empty())
+    return "'| " + name + "' needs an expression, such as '| " + name + " up'.";
+  if (!word->takes_expression && !rest.empty()) return quoted(rest) + " is too much after '| " + name + "'.";
+  if (word->kind == pipe_kind::json && !pipes.empty()) return "'| json' must be the first '|' of the command.";
+  pipes.push_back({word->kind, std::string(unquote(rest))});
+  return {};
+}
+
+// Suggestions.
+
+void add_word(suggestions& found, std::string_view word, std::string_view help) {
+  const auto same = [word](const suggestion& known) { return known.word == word; };
+  if (std::none_of(found.words.begin(), found.words.end(), same))
+    found.words.push_back({std::string(word), std::string(help)});
+}
+
+void suggest_interface_words(suggestions& found, std::string_view begun) {
+  for (const interface_word& word : kInterfaceWords) {
+    if (starts_with_ignoring_case(word.word, begun)) add_word(found, word.word, word.help);
+  }
+}
+
+// The interface word to which a number at the end of a range belongs.
+const interface_word* word_of_number(std::string_view range) {
+  const std::size_t last = range.find_last_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ");
+  if (last == std::string_view::npos) return nullptr;
+  const std::size_t start = range.find_last_of(" ,", last) + 1;  // npos + 1 is 0
+  const auto words = interface_words(range.substr(start, last + 1 - start));
+  return words.size() == 1 ? words.front() : nullptr;
+}
+
+// The last word is in a range and a number may stand at its end: where it begins, and whose it is.
+void suggest_numbers(suggestions& found, std::string_view range, const word_token& begun) {
+  const std::size_t separator = begun.text.find_last_of(",-");
+  std::size_t number = separator == std::string_view::npos ? 0 : separator + 1;
+  if (separator == std::string_view::npos) {
+    number = std::min(begun.text.find_first_of("0123456789"), begun.text.size());
+  } else if (number < begun.text.size() && is_letter(begun.text[number])) {
+    found.start = begun.start + number;
+    return suggest_interface_words(found, begun.text.substr(number));
+  }
+  found.start = begun.start + number;
+  found.numbers_of = word_of_number(range);
+  if (begun.text.ends_with(',')) suggest_interface_words(found, {});
+}
+
+void suggest_next_words(suggestions& found, const std::vector<position>& positions, std::string_view begun) {
+  for (const position& at : positions) {
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
+      if (word.is_range) return suggest_interface_words(found, begun);
+      if (starts_with_ignoring_case(word.text, begun)) add_word(found, word.text, help_of_word(word.text));
+    });
+  }
+  std::sort(found.words.begin(), found.words.end(),
+            [](const suggestion& left, const suggestion& right) { return left.word < right.word; });
+}
+
+void suggest_hints(suggestions& found, const std::vector<position>& positions) {
+  const bool in_number =
+      std::any_of(positions.begin(), positions.end(), [](const position& at) { return at.range == range_end::number; });
+  if (in_number) {
+    found.hints.push_back({",", "Another interface or range"});
+    found.hints.push_back({"-", "The last number of a range"});
+  }
+  if (std::none_of(positions.begin(), positions.end(), is_complete)) return;
+  found.hints.push_back({"|", "Filter the output"});
+  found.hints.push_back({"<Enter>", "Run the command"});
+}
+
+// True when a word can be read as a part of a range that has come to a number.
+bool begins_number(const std::vector<position>& positions, std::string_view word) {
+  const std::vector<step> steps = readings(positions, word);
+  return std::any_of(steps.begin(), steps.end(), [](const step& reading) {
+    return reading.to.range != range_end::none && reading.to.range != range_end::word;
+  });
+}
+
+suggestions suggest_pipe(const word_token& part) {
+  suggestions found;
+  const std::vector<word_token> words = split_words(part.text, part.start);
+  const bool in_first = words.size() == 1 && words[0].text.end() == part.text.end();
+  if (words.empty() || in_first) {
+    found.start = words.empty() ? part.start + part.text.size() : words[0].start;
+    const std::string_view begun = words.empty() ? "" : words[0].text;
+    for (const pipe_word& word : kPipeWords) {
+      if (starts_with_ignoring_case(word.word, begun)) add_word(found, word.word, word.help);
+    }
+    return found;
+  }
+  found.start = part.start + part.text.size();
+  const pipe_word* const word = find_pipe(words[0].text);
+  if (word == nullptr)
+    found.error = unknown_pipe(words[0].text);
+  else if (word->takes_expression)
+    found.hints.push_back({"EXPRESSION", "A regular expression; in quotes when it contains '|'"});
+  else
+    found.hints.push_back({"<Enter>", "Run the command"});
+  return found;
+}
+
+}  // namespace
+
+std::optional<command_line> parse_command(std::string_view line, std::string& error) {
+  const std::vector<word_token> parts = split_pipes(line);
+  const std::vector<word_token> words = split_words(parts[0].text);
+  command_line parsed;
+  if (words.empty() && parts.size() == 1) return parsed;
+
+  reading_state state;
+  for (const word_token& word : words) {
+    if (!read_word(state, word.text)) {
+      error = state.error;
+      return std::nullopt;
+    }
+    if (state.positions.front().range == range_end::none) continue;
+    if (!parsed.range.empty()) parsed.range += ' ';
+    parsed.range += word.text;
+  }
+  const auto complete = std::find_if(state.positions.begin(), state.positions.end(), is_complete);
+  if (complete == state.positions.end()) {
+    error = incomplete_command(state);
+    return std::nullopt;
+  }
+  parsed.what = complete->what;
+  parsed.text = join(state.path, " ");
+  if (!parsed.range.empty()) {
+    if (const auto fault = parse_interface_range(parsed.range, parsed.spans)) {
+      error = fault->message + " of " + quoted(parsed.range) + ". A range looks like 'ethernet 1/1-4, 1/7'.";
+      return std::nullopt;
+    }
+  }
+  for (std::size_t i = 1; i < parts.size(); ++i) {
+    error = read_pipe(parts[i].text, parsed.pipes);
+    if (!error.empty()) return std::nullopt;
+  }
+  return parsed;
+}
+
+suggestions suggest(std::string_view line) {
+  const std::vector<word_token> parts = split_pipes(line);
+  if (parts.size() > 1) return suggest_pipe(parts.back());
+
+  std::vector<word_token> words = split_words(line);
+  const bool has_begun = !words.empty() && words.back().text.end() == line.end();
+  const word_token begun = has_begun ? words.back() : word_token{line.substr(line.size()), line.size()};
+  if (has_begun) words.pop_back();
+
+  suggestions found;
+  found.start = begun.start;
+  reading_state state;
+  std::size_t range_start = begun.start;
+  for (const word_token& word : words) {
+    if (!read_word(state, word.text)) {
+      found.error = state.error;
+      return found;
+    }
+    if (state.positions.front().range == range_end::none)
+      range_start = begun.start;
+    else
+      range_start = std::min(range_start, word.start);
+  }
+  const range_end end = state.positions.front().range;
+  if (has_begun ? begins_number(state.positions, begun.text) : !may_leave_range(end)) {
+    suggest_numbers(found, line.substr(range_start), begun);
+    if (end == range_end::comma && !has_begun) suggest_interface_words(found, {});
+    return found;
+  }
+  if (end == range_end::comma) {
+    suggest_interface_words(found, begun.text);
+    return found;
+  }
+  suggest_next_words(found, state.positions, begun.text);
+  if (!has_begun) suggest_hints(found, state.positions);
+  if (has_begun && found.words.empty()) found.error = unknown_word(state.positions, begun.text, join(state.path, " "));
+  return found;
+}
+
+bool is_in_expression(std::string_view line) {
+  const std::vector<word_token> parts = split_pipes(line);
+  if (parts.size() == 1) return false;
+  const std::vector<word_token> words = split_words(parts.back().text);
+  if (words.empty() || (words.size() == 1 && words[0].text.end() == parts.back().text.end())) return false;
+  const pipe_word* const word = find_pipe(words[0].text);
+  return word != nullptr && word->takes_expression;
+}
+
+}  // namespace host

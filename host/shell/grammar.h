@@ -1,0 +1,90 @@
+// The grammar of the shell: one table of commands, and what is derived from it: parsing, help, completion, the command
+// reference.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "shell/output/document.h"
+#include "shell/output/pipes.h"
+#include "switch/interface_name.h"
+
+namespace host {
+
+struct invocation;
+
+// One word of a syntax: "show" stands for itself, "RANGE" for interfaces. In brackets it may be left out.
+struct syntax_word {
+  std::string_view text;
+  bool is_range = false;
+  bool is_optional = false;
+};
+
+enum { MAX_SYNTAX_WORDS = 8 };
+
+struct command_syntax {
+  std::string_view text;
+  std::array<syntax_word, MAX_SYNTAX_WORDS> words{};
+  std::size_t num_words = 0;
+
+  consteval command_syntax(const char* written) : text(written) {
+    std::string_view left = text;
+    while (!left.empty()) {
+      std::string_view word = left.substr(0, left.find(' '));
+      left.remove_prefix(word.size() < left.size() ? word.size() + 1 : word.size());
+      const bool is_optional = word.front() == '[';
+      if (is_optional) word = word.substr(1, word.size() - 2);
+      words[num_words++] = {word, word == "RANGE", is_optional};
+    }
+  }
+};
+
+// A command: how it is written, what it is for, what runs.
+struct command {
+  command_syntax syntax;
+  std::string_view help;
+  int (*run)(const invocation&);  // returns an exit code
+  display shown{};                // of its structured form
+  uint32 command_id = 0;          // of a display of the command library
+};
+
+// The table, and the help of each word in it.
+std::span<const command> all_commands();
+std::string_view help_of_word(std::string_view word);
+
+// A command as the user wrote it.
+struct command_line {
+  const command* what = nullptr;  // null: an empty line
+  std::string text;               // with all words in full, without pipes
+  std::string range;              // as written; empty: none
+  std::vector<interface_span> spans;
+  std::vector<pipe_stage> pipes;
+};
+
+// Parses a line. On an error `error` is one line that says what to do next.
+std::optional<command_line> parse_command(std::string_view line, std::string& error);
+
+struct suggestion {
+  std::string word;
+  std::string help;
+};
+
+// What may stand at the end of a line, where the last word may have begun.
+struct suggestions {
+  std::size_t start = 0;  // where the word begins that they would replace
+  std::vector<suggestion> words;
+  std::vector<suggestion> hints;               // what is no word: numbers, expressions, the end of the line
+  const interface_word* numbers_of = nullptr;  // a number of this word may stand there
+  std::string error;                           // of what stands in front
+};
+suggestions suggest(std::string_view line);
+
+// True when a "?" at the end of the line belongs to an expression and asks for no help.
+bool is_in_expression(std::string_view line);
+
+}  // namespace host

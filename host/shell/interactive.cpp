@@ -1,0 +1,182 @@
+// The interactive shell: line editing, history, help and completion by keys.
+#include <dlfcn.h>
+#include <histedit.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "shell/grammar.h"
+#include "shell/shell.h"
+#include "shell/words.h"
+
+namespace host {
+namespace {
+
+// libedit is loaded when a user sits at the shell: one-shot commands start without it.
+struct editing_library {
+  decltype(&::el_init) el_init = nullptr;
+  decltype(&::el_end) el_end = nullptr;
+  decltype(&::el_set) el_set = nullptr;
+  decltype(&::el_wset) el_wset = nullptr;
+  decltype(&::el_gets) el_gets = nullptr;
+  decltype(&::el_line) el_line = nullptr;
+  decltype(&::el_insertstr) el_insertstr = nullptr;
+  decltype(&::history_init) history_init = nullptr;
+  decltype(&::history_end) history_end = nullptr;
+  decltype(&::history) history = nullptr;
+
+  bool load() {
+    void* const library = dlopen("libedit.so.2", RTLD_LAZY);
+    return library != nullptr && find(library, "el_init", el_init) && find(library, "el_end", el_end) &&
+           find(library, "el_set", el_set) && find(library, "el_wset", el_wset) && find(library, "el_gets", el_gets) &&
+           find(library, "el_line", el_line) && find(library, "el_insertstr", el_insertstr) &&
+           find(library, "history_init", history_init) && find(library, "history_end", history_end) &&
+           find(library, "history", history);
+  }
+
+ private:
+  template <typename Function>
+  static bool find(void* library, const char* name, Function& function) {
+    function = reinterpret_cast<Function>(dlsym(library, name));
+    return function != nullptr;
+  }
+};
+
+// One user, one terminal: libedit's callbacks carry no argument of ours.
+struct {
+  editing_library edit;
+  std::string prompt;
+  bool line_abandoned = false;
+} editor;
+
+enum { HISTORY_LINES = 1000 };
+
+char* prompt_of(EditLine*) { return editor.prompt.data(); }
+
+// The line up to the cursor.
+std::string begun_line(EditLine* line) {
+  const LineInfo* const info = editor.edit.el_line(line);
+  return {info->buffer, info->cursor};
+}
+
+unsigned char show_help(EditLine* line, wint_t) {
+  const std::string begun = begun_line(line);
+  if (is_in_expression(begun)) {
+    editor.edit.el_insertstr(line, "?");
+    return CC_REFRESH;
+  }
+  std::printf("?\n%s", help_text(begun).c_str());
+  std::fflush(stdout);
+  return CC_REDISPLAY;
+}
+
+unsigned char complete_word(EditLine* line, wint_t) {
+  const completion found = complete(begun_line(line));
+  if (!found.addition.empty()) {
+    editor.edit.el_insertstr(line, found.addition.c_str());
+    return CC_REFRESH;
+  }
+  if (found.choices.empty()) return CC_REFRESH_BEEP;
+  std::printf("\n%s", found.choices.c_str());
+  std::fflush(stdout);
+  return CC_REDISPLAY;
+}
+
+unsigned char abandon_line(EditLine*, wint_t) {
+  editor.line_abandoned = true;
+  std::fputs("^C", stdout);
+  std::fflush(stdout);
+  return CC_NEWLINE;
+}
+
+// Creates the directories of a path in front of its last part.
+void make_directories(const std::string& path) {
+  for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
+    mkdir(path.substr(0, slash).c_str(), 0700);
+}
+
+// Empty when there is no place for it.
+std::string history_path() {
+  const char* const state = std::getenv("XDG_STATE_HOME");
+  if (state != nullptr && state[0] == '/') return std::string(state) + "/pmsh/history";
+  const char* const home = std::getenv("HOME");
+  return home == nullptr || home[0] != '/' ? "" : std::string(home) + "/.local/state/pmsh/history";
+}
+
+struct line_history {
+  line_history() : lines(editor.edit.history_init()), path(history_path()) {
+    HistEvent event;
+    editor.edit.history(lines, &event, H_SETSIZE, HISTORY_LINES);
+    editor.edit.history(lines, &event, H_SETUNIQUE, 1);
+    if (!path.empty()) editor.edit.history(lines, &event, H_LOAD, path.c_str());
+  }
+  ~line_history() {
+    HistEvent event;
+    if (!path.empty()) {
+      make_directories(path);
+      editor.edit.history(lines, &event, H_SAVE, path.c_str());
+    }
+    editor.edit.history_end(lines);
+  }
+  line_history(const line_history&) = delete;
+  line_history& operator=(const line_history&) = delete;
+
+  void add(const char* line) {
+    HistEvent event;
+    editor.edit.history(lines, &event, H_ENTER, line);
+  }
+
+  History* lines;
+  std::string path;
+};
+
+void bind_keys(EditLine* line) {
+  const auto& set = editor.edit.el_set;
+  set(line, EL_EDITOR, "emacs");
+  const auto& add = editor.edit.el_wset;  // unlike the narrow call it keeps these constants and copies nothing
+  add(line, EL_ADDFN, L"shell-help", L"Help for the next word", show_help);
+  add(line, EL_ADDFN, L"shell-complete", L"Complete the word", complete_word);
+  add(line, EL_ADDFN, L"shell-abandon", L"Abandon the line", abandon_line);
+  set(line, EL_BIND, "?", "shell-help", nullptr);
+  set(line, EL_BIND, "^I", "shell-complete", nullptr);
+  set(line, EL_BIND, "^C", "shell-abandon", nullptr);
+  set(line, EL_BIND, "^R", "em-inc-search-prev", nullptr);
+  set(line, EL_SETTY, "-d", "-isig", nullptr);  // Ctrl-C is a key while a line is edited
+}
+
+}  // namespace
+
+int run_interactively(shell& session) {
+  if (!editor.edit.load()) return run_input(session);
+  std::signal(SIGINT, SIG_IGN);
+  editor.prompt = session.switch_name + "# ";
+  line_history history;
+  EditLine* const line = editor.edit.el_init("pmsh", stdin, stdout, stderr);
+  if (line == nullptr) return run_input(session);
+  editor.edit.el_set(line, EL_PROMPT, prompt_of);
+  editor.edit.el_set(line, EL_HIST, editor.edit.history, history.lines);
+  bind_keys(line);
+  while (!session.is_leaving) {
+    int length = 0;
+    editor.line_abandoned = false;
+    const char* const typed = editor.edit.el_gets(line, &length);
+    if (typed == nullptr || length <= 0) {
+      std::fputs("\n", stdout);
+      break;
+    }
+    const std::string text(typed, static_cast<std::size_t>(length));
+    if (editor.line_abandoned || trim(text).empty()) {
+      if (editor.line_abandoned) std::fputs("\n", stdout);
+      continue;
+    }
+    history.add(typed);
+    run_line(session, text);
+  }
+  editor.edit.el_end(line);
+  return kDone;
+}
+
+}  // namespace host

@@ -1,0 +1,18 @@
+// Ctrl-C while a command runs.
+#pragma once
+
+namespace host {
+
+// True when the command that runs, or ran last, was interrupted.
+bool was_interrupted();
+
+// While it lives, Ctrl-C interrupts the command: the transport gives up, further output is discarded.
+class interrupt_scope {
+ public:
+  interrupt_scope();
+  ~interrupt_scope();
+  interrupt_scope(const interrupt_scope&) = delete;
+  interrupt_scope& operator=(const interrupt_scope&) = delete;
+};
+
+}  // namespace host

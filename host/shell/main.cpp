@@ -1,0 +1,91 @@
+// pmsh: the shell of a switch.
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+
+#include "client/resident_libraries.h"
+#include "service/services.h"
+#include "shell/library.h"
+#include "shell/options.h"
+#include "shell/print_error.h"
+#include "shell/shell.h"
+#include "source/chassis/switch_file.h"
+#include "switch/model.h"
+#include "transport/transport.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path program_directory() {
+  std::error_code error;
+  return fs::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+// The demonstration switch: in the source tree when the program was built there, else beside the program.
+std::string demonstration_switch() {
+  std::error_code error;
+  for (const char* const place : {PMCLI_SWITCHES, "../switches", "../share/pmcli/switches"}) {
+    const fs::path file = program_directory() / place / "campus.yaml";
+    if (fs::exists(file, error)) return fs::weakly_canonical(file, error).string();
+  }
+  return "campus.yaml";
+}
+
+bool provoke(const options& wanted) {
+  transport_limit_waits(wanted.longest_wait_sec);
+  for (const wanted_provocation& provoked : wanted.provocations) {
+    if (transport_provoke(provoked.service, provoked.what)) continue;
+    std::string names;
+    for (const service& known : all_services()) names.append(names.empty() ? "" : ", ").append(known.name);
+    print_error("unknown service '" + provoked.service + "' in --provoke. It is one of " + names + ".");
+    return false;
+  }
+  return true;
+}
+
+int run(const options& wanted) {
+  const std::string libraries = (program_directory() / "../lib").lexically_normal().string();
+  the_machine() = load_switch_file(wanted.switch_file.empty() ? demonstration_switch() : wanted.switch_file);
+  transport_register(all_services());
+  if (!provoke(wanted)) return kUsage;
+  keep_libraries_resident(libraries);
+  shell session;
+  session.library = load_command_library(libraries);
+  session.switch_name = the_machine().name;
+
+  if (wanted.commands.empty()) {
+    session.is_interactive = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
+    return session.is_interactive ? run_interactively(session) : run_input(session);
+  }
+  int result = kDone;
+  for (const std::string& command : wanted.commands) {
+    const int code = run_line(session, command);
+    if (result == kDone) result = code;
+    if (code == kInterrupted || session.is_leaving) break;
+  }
+  return result;
+}
+
+}  // namespace
+}  // namespace host
+
+int main(int argc, char** argv) {
+  int exit_code = host::kDone;
+  const auto wanted = host::read_options(argc, argv, exit_code);
+  if (!wanted) return exit_code;
+  try {
+    return host::run(*wanted);
+  } catch (const host::switch_file_error& error) {
+    host::print_error(error.what());
+    return host::kUsage;
+  } catch (const host::library_error& error) {
+    host::print_error(error.what());
+    return host::kServiceFailed;
+  } catch (const std::exception& error) {
+    host::print_error(error.what());
+    return host::kServiceFailed;
+  }
+}

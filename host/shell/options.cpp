@@ -1,0 +1,93 @@
+#include "shell/options.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <string_view>
+
+#include "shell/exit_codes.h"
+
+namespace host {
+namespace {
+
+using kind = provocation::kind;
+
+struct provocation_word {
+  std::string_view word;
+  kind what;
+  bool takes_number;
+};
+
+constexpr provocation_word kProvocations[] = {
+    {"lost", kind::lost, false}, {"reject", kind::reject, false},      {"silent", kind::silent, false},
+    {"cut", kind::cut, true},    {"interrupt", kind::interrupt, true},
+};
+
+constexpr char kFooter[] =
+    "Without -c the shell reads commands from the terminal or from standard input.\n"
+    "With several -c all of them run; the first exit code that is not 0 is the program's.\n"
+    "\n"
+    "Exit codes:\n"
+    "  0  done\n"
+    "  1  wrong command, option or switch file\n"
+    "  2  a service failed, or the command library is missing\n"
+    "  3  some interfaces failed\n"
+    "  4  no such interface\n"
+    "  5  not permitted\n"
+    "  130  interrupted with Ctrl-C";
+
+std::string check_provocation(const std::string& text) {
+  const std::size_t sign = text.find('=');
+  if (sign != std::string::npos && sign > 0 && parse_provocation(text.substr(sign + 1))) return {};
+  return "'" + text + "' is not SERVICE=lost, reject, silent, cut:N or interrupt:N";
+}
+
+void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provocations) {
+  app.add_option("-c,--command", wanted.commands, "Run a command and exit; may be repeated")
+      ->type_name("COMMAND")
+      ->allow_extra_args(false);
+  app.add_option("--switch", wanted.switch_file, "Switch file; without it the demonstration switch")->type_name("FILE");
+  app.add_option("--provoke", provocations, "Disturb a service: SERVICE=lost, reject, silent, cut:N or interrupt:N")
+      ->type_name("SERVICE=HOW")
+      ->allow_extra_args(false)
+      ->check(check_provocation);
+  app.add_option("--wait", wanted.longest_wait_sec, "Longest wait for a service")->type_name("SECONDS");
+  app.set_version_flag("--version", "pmsh " PMCLI_VERSION);
+  app.footer(kFooter);
+}
+
+}  // namespace
+
+std::optional<provocation> parse_provocation(const std::string& text) {
+  const std::size_t colon = text.find(':');
+  const std::string word = text.substr(0, colon);
+  for (const provocation_word& known : kProvocations) {
+    if (known.word != word || known.takes_number != (colon != std::string::npos)) continue;
+    provocation found{known.what};
+    if (!known.takes_number) return found;
+    const char* const digits = text.data() + colon + 1;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(digits, end, found.number);
+    if (read.ec == std::errc{} && read.ptr == end) return found;
+  }
+  return std::nullopt;
+}
+
+std::optional<options> read_options(int argc, char** argv, int& exit_code) {
+  CLI::App app("A switch shell: shows and configures the interfaces of a switch.", "pmsh");
+  options wanted;
+  std::vector<std::string> provocations;
+  add_options(app, wanted, provocations);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    exit_code = app.exit(error) == 0 ? kDone : kUsage;
+    return std::nullopt;
+  }
+  for (const std::string& text : provocations) {
+    const std::size_t sign = text.find('=');
+    wanted.provocations.push_back({text.substr(0, sign), *parse_provocation(text.substr(sign + 1))});
+  }
+  return wanted;
+}
+
+}  // namespace host

@@ -1,0 +1,31 @@
+// What the command line of the program says.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "transport/transport.h"
+
+namespace host {
+
+struct wanted_provocation {
+  std::string service;
+  provocation what;
+};
+
+struct options {
+  std::vector<std::string> commands;  // empty: a user, or standard input
+  std::string switch_file;            // empty: the demonstration switch
+  std::vector<wanted_provocation> provocations;
+  uint32 longest_wait_sec = 0;  // 0: what the services' clients ask for
+};
+
+// Reads the options. When the program is done already (help, version, a wrong option) that is printed and `exit_code`
+// set.
+std::optional<options> read_options(int argc, char** argv, int& exit_code);
+
+// "reject", "cut:10" and so on; nothing when the text is no provocation.
+std::optional<provocation> parse_provocation(const std::string& text);
+
+}  // namespace host

@@ -1,0 +1,149 @@
+// The output channel: what platform/cmd_channel.h declares of printing.
+#include <algorithm>
+#include <array>
+#include <cstdarg>
+#include <string_view>
+
+#include "platform/cmd_channel.h"
+#include "shell/output/command_output.h"
+#include "shell/output/printable.h"
+#include "shell/output/rendering.h"
+
+// One command runs at a time, and this is its handle.
+struct cmd_rx_handle_t {};
+
+namespace host {
+namespace {
+
+cmd_rx_handle_t the_handle;
+
+// More than one cmd_prt() may bind.
+constexpr std::size_t kTupleSlots = 32;
+
+// A placeholder: "%", optional "-", digits, optional "." and digits, "s".
+struct placeholder {
+  bool left = false;
+  std::size_t width = 0;
+  std::size_t precision = std::string_view::npos;  // npos: no cut
+  std::size_t length = 0;                          // of its text in the format; 0: none
+};
+
+bool is_digit(char character) { return character >= '0' && character <= '9'; }
+
+std::size_t read_digits(const char*& at) {
+  constexpr std::size_t kLargest = 100'000;
+  std::size_t number = 0;
+  for (; is_digit(*at); ++at) {
+    if (number < kLargest) number = number * 10 + static_cast<std::size_t>(*at - '0');
+  }
+  return number;
+}
+
+// `text` points to a "%".
+placeholder read_placeholder(const char* text) {
+  placeholder found;
+  const char* at = text + 1;
+  found.left = *at == '-';
+  if (found.left) ++at;
+  found.width = read_digits(at);
+  if (*at == '.' && is_digit(at[1])) {
+    ++at;
+    found.precision = read_digits(at);
+  }
+  if (*at == 's') found.length = static_cast<std::size_t>(at + 1 - text);
+  return found;
+}
+
+// Cuts and pads the cell that starts at `start` of the line.
+void fit_cell(std::string& line, std::size_t start, const placeholder& cell) {
+  if (cell.width == 0 && cell.precision == std::string_view::npos) return;
+  const std::string_view text = std::string_view(line).substr(start);
+  std::size_t characters = count_characters(text);
+  if (characters > cell.precision) {
+    line.resize(start + first_characters(text, cell.precision).size());
+    characters = cell.precision;
+  }
+  if (characters >= cell.width) return;
+  const std::size_t missing = cell.width - characters;
+  line.insert(cell.left ? line.size() : start, missing, ' ');
+}
+
+void print_cell(command_output& output, const placeholder& cell, const cmd_tuple_t* tuple) {
+  std::string& line = output.line();
+  const std::size_t start = line.size();
+  if (tuple != nullptr) {
+    append_tuple_text(line, *tuple, output.short_names, cell.precision);
+    output.bind(*tuple);
+  }
+  fit_cell(line, start, cell);
+}
+
+void print(command_output& output, const char* format, std::va_list tuples) {
+  while (*format != '\0') {
+    const std::size_t literal = std::string_view(format).find_first_of("%\n");
+    output.line().append(format, std::min(literal, std::char_traits<char>::length(format)));
+    if (literal == std::string_view::npos) return;
+    format += literal;
+    if (*format == '\n') {
+      output.end_line();
+      ++format;
+      continue;
+    }
+    const placeholder cell = read_placeholder(format);
+    if (cell.length > 0)
+      print_cell(output, cell, va_arg(tuples, const cmd_tuple_t*));
+    else
+      output.line() += '%';
+    format += std::max<std::size_t>(cell.length, 1);
+  }
+}
+
+command_output* output_of(const cmd_rx_handle_t* handle) {
+  return handle == &the_handle ? command_output::running() : nullptr;
+}
+
+}  // namespace
+}  // namespace host
+
+using host::command_output;
+
+cmd_rx_handle_t* cmd_paraminfo_to_rxhandle(paraminfo_t* param) {
+  return param == nullptr || command_output::running() == nullptr ? nullptr : &host::the_handle;
+}
+
+cmd_tuple_t* cmd_tuple(uint32 tuple_value, const void* value) {
+  static std::array<cmd_tuple_t, host::kTupleSlots> slots;
+  static std::size_t next = 0;
+  cmd_tuple_t& slot = slots[next++ % slots.size()];
+  slot = {tuple_value, value};
+  return &slot;
+}
+
+void cmd_prt(cmd_rx_handle_t* rx_handle, const char* format, ...) {
+  command_output* const output = host::output_of(rx_handle);
+  if (output == nullptr || format == nullptr) return;
+  std::va_list tuples;
+  va_start(tuples, format);
+  host::print(*output, format, tuples);
+  va_end(tuples);
+}
+
+void cmd_print_short(cmd_rx_handle_t* rx_handle) {
+  if (command_output* const output = host::output_of(rx_handle)) output->short_names = true;
+}
+
+// Lines are shown as the command's output leaves; there is nothing to wait for here but text in the library's own
+// buffer.
+void cmd_prt_send(cmd_rx_handle_t* rx_handle) {
+  if (command_output* const output = host::output_of(rx_handle)) output->line();
+}
+
+void cmd_rsp_send_nok(cmd_rx_handle_t* rx_handle, uint32, const char* text) {
+  command_output* const output = host::output_of(rx_handle);
+  if (output == nullptr) return;
+  output->note_failure();
+  if (text != nullptr) {
+    output->line();
+    output->text(text);
+  }
+}

@@ -1,0 +1,178 @@
+#include "shell/output/command_output.h"
+
+#include <stdio_ext.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "shell/output/failed_ranges.h"
+#include "shell/output/printable.h"
+#include "shell/print_error.h"
+
+namespace host {
+namespace {
+
+command_output* the_running_output = nullptr;
+
+ssize_t write_printed(void*, const char* data, std::size_t size) {
+  if (the_running_output != nullptr) the_running_output->text({data, size});
+  return static_cast<ssize_t>(size);
+}
+
+// The stream that stands in for stdout; made once.
+std::FILE* stand_in() {
+  static std::FILE* const stream = [] {
+    std::FILE* const made = fopencookie(nullptr, "w", {nullptr, write_printed, nullptr, nullptr});
+    if (made != nullptr) setvbuf(made, nullptr, _IOFBF, 8192);
+    return made;
+  }();
+  return stream;
+}
+
+// How lines begin with which the library says that a service failed it.
+constexpr std::string_view kFailureTexts[] = {
+    "error: ",
+    "stats unavailable",
+    "couldn't get crdcfg_get_port_cap()",
+    "crdcfg_get_port_cap failed",
+    "im_ext_sbcr_init failed",
+    "im_get_ifindex_layermode_list failed",
+};
+
+bool tells_failure(std::string_view line) {
+  return std::any_of(std::begin(kFailureTexts), std::end(kFailureTexts),
+                     [line](std::string_view text) { return line.starts_with(text); });
+}
+
+}  // namespace
+
+command_output::command_output(const output_settings& settings, line_filters& filters)
+    : settings_(settings), filters_(filters), writer_(settings.descriptor), stream_(stand_in()), real_stdout_(stdout) {
+  if (settings.paged) pager_.emplace(settings.descriptor);
+  if (settings.structured) document_.emplace(settings.shown, settings.command);
+  std::fflush(stdout);
+  if (stream_ != nullptr) stdout = stream_;
+  the_running_output = this;
+}
+
+command_output::~command_output() {
+  take_printed();
+  if (!line_.empty()) end_line();
+  stdout = real_stdout_;
+  release_failed_ranges();
+  the_running_output = nullptr;
+  if (document_) {
+    document_->end();
+    show_ready_document();
+  }
+  filters_.finish([this](std::string_view line) { show(line); });
+  writer_.flush();
+}
+
+command_output* command_output::running() { return the_running_output; }
+
+bool command_output::has_printed_text() const { return stream_ != nullptr && __fpending(stream_) > 0; }
+
+std::string& command_output::line() {
+  take_printed();
+  return line_;
+}
+
+void command_output::end_line() {
+  deliver(line_);
+  line_.clear();
+  line_is_bound_ = false;
+  short_names = false;
+}
+
+void command_output::bind(const cmd_tuple_t& tuple) {
+  if (document_ && document_->bind(tuple)) line_is_bound_ = true;
+}
+
+void command_output::text(std::string_view text) {
+  for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+    line_ += text.substr(0, end);
+    end_line();
+    text.remove_prefix(end + 1);
+  }
+  line_ += text;
+}
+
+// A complete line, without its newline.
+void command_output::deliver(std::string_view line) {
+  if (tells_failure(line)) failed_ = true;
+  if (is_discarding()) return;
+  if (!is_plain_ascii(line)) {
+    safe_line_.clear();
+    append_printable(safe_line_, line, "\t");
+    line = safe_line_;
+  }
+  if (!document_) return filter(line);
+  if (!line_is_bound_ && line.find_first_not_of(" \t") != std::string_view::npos) document_->add_message(line);
+}
+
+void command_output::filter(std::string_view line) {
+  if (filters_.empty() || filters_.pass(line)) show(line);
+}
+
+void command_output::show(std::string_view line) {
+  if (is_discarding()) return;
+  if (pager_ && !pager_->make_room(line)) {
+    left_pager_ = true;
+    return;
+  }
+  writer_.line(line);
+  if (settings_.to_terminal) writer_.flush();
+}
+
+void command_output::show_ready_document() {
+  std::string_view text = document_->ready();
+  for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+    filter(text.substr(0, end));
+    text.remove_prefix(end + 1);
+  }
+  document_->ready().erase(0, document_->ready().size() - text.size());
+}
+
+void command_output::complain(std::string_view text) {
+  if (document_) {
+    document_->add_message(text);
+    return;
+  }
+  flush();
+  print_error(text);
+}
+
+void command_output::flush() {
+  take_printed();
+  if (!line_.empty() && !document_ && filters_.empty() && !is_discarding()) {
+    safe_line_.clear();
+    append_printable(safe_line_, line_, "\t");
+    writer_.text(safe_line_);
+    line_.clear();
+  }
+  writer_.flush();
+}
+
+void command_output::begin_interface(std::string_view name) {
+  take_printed();
+  if (!line_.empty()) end_line();
+  failed_ = false;
+  if (document_) document_->begin_record(name);
+}
+
+bool command_output::end_interface() {
+  take_printed();
+  if (!line_.empty()) end_line();
+  if (document_) {
+    document_->end_record();
+    show_ready_document();
+  }
+  return failed_;
+}
+
+bool command_output::is_discarding() const {
+  return left_pager_ || (settings_.is_cancelled != nullptr && settings_.is_cancelled());
+}
+
+}  // namespace host

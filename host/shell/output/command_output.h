@@ -1,0 +1,98 @@
+// The output of one command, from the first byte to the last.
+//
+// While it lives, a stream of the host stands in for `stdout`: what the library prints with printf and puts, and what
+// it prints on the output channel, pass through it in order. Line by line it is made safe for a terminal, looked
+// through for failures, and shown, filtered, paged, or turned into the structured form.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "shell/output/block_writer.h"
+#include "shell/output/document.h"
+#include "shell/output/pager.h"
+#include "shell/output/pipes.h"
+
+namespace host {
+
+struct output_settings {
+  int descriptor = 1;
+  bool to_terminal = false;          // lines are shown as soon as they are complete
+  bool paged = false;                // stops at the end of each screen
+  bool structured = false;           // as a document
+  display shown{};                   // of the command; used by the structured form
+  std::string_view command{};        // for the document
+  bool (*is_cancelled)() = nullptr;  // further output is discarded once it returns true
+};
+
+class command_output {
+ public:
+  // `filters` were made of the command's pipes and outlive this.
+  command_output(const output_settings& settings, line_filters& filters);
+  ~command_output();
+  command_output(const command_output&) = delete;
+  command_output& operator=(const command_output&) = delete;
+
+  // The output of the running command; null when none runs.
+  static command_output* running();
+
+  // ---- Text, in the order in which it is printed.
+
+  // The line that is being printed, after all that the library printed so far.
+  std::string& line();
+  // Ends the line. In the structured form a line that is not `bound` to a field of the record is a message.
+  void end_line();
+  // Binds a value; it is stored when the output is structured.
+  void bind(const cmd_tuple_t& tuple);
+  // Plain text with any number of lines.
+  void text(std::string_view text);
+
+  // An error of the shell itself, one line: to standard error, or into the document.
+  void complain(std::string_view text);
+
+  // Shows what is printed so far, also when its line is not complete.
+  void flush();
+
+  // ---- Interfaces.
+
+  void begin_interface(std::string_view name);
+  // Returns true when something failed since begin_interface().
+  bool end_interface();
+  void note_failure() { failed_ = true; }
+  bool failed() const { return failed_; }
+
+  // True when nothing more will be shown: the command was cancelled, or the user left the pager.
+  bool is_discarding() const;
+
+  // ---- For the channel.
+
+  bool short_names = false;  // until the end of the line
+
+ private:
+  void take_printed() {
+    if (__builtin_expect(has_printed_text(), 0)) std::fflush(stream_);
+  }
+  bool has_printed_text() const;
+  void deliver(std::string_view line);
+  void show(std::string_view line);
+  void filter(std::string_view line);
+  void show_ready_document();
+
+  output_settings settings_;
+  line_filters& filters_;
+  block_writer writer_;
+  std::optional<pager> pager_;
+  std::optional<document> document_;
+  std::FILE* stream_;
+  std::FILE* real_stdout_;
+  std::string line_;
+  std::string safe_line_;
+  bool line_is_bound_ = false;
+  bool failed_ = false;
+  bool left_pager_ = false;
+};
+
+}  // namespace host

@@ -1,0 +1,191 @@
+#include "shell/output/document.h"
+
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <algorithm>
+#include <charconv>
+#include <ctime>
+
+#include "shell/output/printable.h"
+
+namespace host {
+namespace {
+
+using json_writer = rapidjson::Writer<rapidjson::StringBuffer>;
+
+constexpr uint8 kNotShown = 0xFF;
+
+// The first field of a record for an interface.
+constexpr field kNameOfRecord = {0, "interface", field_type::interface_name};
+
+// Control bytes that JSON itself escapes: they keep their value there.
+constexpr char kEscapedByJson[] =
+    "\x01\x02\x03\x04\x05\x06\x07\x08\t\n\x0b\x0c\r\x0e\x0f\x10\x11\x12\x13\x14\x15\x16\x17\x18\x19\x1a\x1b\x1c\x1d\x1e"
+    "\x1f";
+
+void write_key(json_writer& json, std::string_view name) {
+  json.Key(name.data(), static_cast<rapidjson::SizeType>(name.size()));
+}
+
+void write_string(json_writer& json, std::string_view text) {
+  json.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+}
+
+std::string utc_now() {
+  const std::time_t now = std::time(nullptr);
+  std::tm parts{};
+  gmtime_r(&now, &parts);
+  char text[32];
+  return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts)};
+}
+
+// The number that a text consists of; false for any other text.
+bool read_number(const std::string& text, uint64& number) {
+  const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
+  return end.ec == std::errc{} && end.ptr == text.data() + text.size() && !text.empty();
+}
+
+// What the library prints for a value that is absent.
+bool is_placeholder(std::string_view text) { return text.empty() || text == "--"; }
+
+void write_text_or_null(json_writer& json, std::string_view text) {
+  if (is_placeholder(text))
+    json.Null();
+  else
+    write_string(json, text);
+}
+
+void write_number_or_null(json_writer& json, bool known, uint64 number) {
+  if (known)
+    json.Uint64(number);
+  else
+    json.Null();
+}
+
+void write_cell(json_writer& json, const document_cell& value) {
+  if (value.meaning == nullptr) {
+    json.Null();
+    return;
+  }
+  switch (value.meaning->type) {
+    case field_type::number: return write_number_or_null(json, true, value.number);
+    case field_type::number_or_auto: return write_number_or_null(json, value.number != 0, value.number);
+    case field_type::number_from_text: {
+      uint64 number = 0;
+      const bool known = read_number(value.text, number);
+      return write_number_or_null(json, known, number);
+    }
+    case field_type::decimal: json.Double(value.decimal); return;
+    default: return write_text_or_null(json, value.text);
+  }
+}
+
+}  // namespace
+
+document::document(const display& shown, std::string_view command) : shown_(shown) {
+  cell_of_row_.fill(kNotShown);
+  const auto fields = schema();
+  for (std::size_t row = 0; row < fields.size(); ++row) {
+    if ((fields[row].displays & shown.bit) == 0) continue;
+    const auto known = std::find(names_.begin(), names_.end(), fields[row].name);
+    cell_of_row_[row] = static_cast<uint8>(known - names_.begin());
+    if (known == names_.end()) names_.push_back(fields[row].name);
+  }
+  cells_.resize(names_.size());
+  begin(command);
+  if (!shown_.section.empty()) begin_record({});
+}
+
+void document::begin(std::string_view command) {
+  rapidjson::StringBuffer buffer;
+  json_writer json(buffer);
+  json.StartObject();
+  write_key(json, "schema_version");
+  json.Int(kSchemaVersion);
+  write_key(json, "command");
+  write_string(json, command);
+  write_key(json, "time");
+  write_string(json, utc_now());
+  ready_.append(buffer.GetString(), buffer.GetSize());
+  ready_ += ",\"interfaces\":[";
+}
+
+void document::begin_record(std::string_view interface_name) {
+  for (document_cell& value : cells_) value.meaning = nullptr;
+  record_name_ = interface_name;
+  record_open_ = true;
+  if (interface_name.empty()) return;
+  cells_[0].meaning = &kNameOfRecord;
+  cells_[0].text = interface_name;
+}
+
+bool document::bind(const cmd_tuple_t& tuple) {
+  const field* const meaning = find_field(tag_of(tuple));
+  if (meaning == nullptr || !record_open_ || tuple.id == 0 || tuple.value == nullptr) return false;
+  const uint8 position = cell_of_row_[static_cast<std::size_t>(meaning - schema().data())];
+  if (position == kNotShown) return false;
+  document_cell& value = cells_[position];
+  value.meaning = meaning;
+  value.text.clear();
+  switch (meaning->type) {
+    case field_type::number:
+    case field_type::number_or_auto: value.number = value_of_64(tuple); break;
+    case field_type::decimal: value.decimal = value_of_float(tuple); break;
+    case field_type::string:
+    case field_type::number_from_text:
+      append_printable(value.text, static_cast<const char*>(tuple.value), kEscapedByJson);
+      break;
+    default: append_tuple_text(value.text, tuple, false, std::string::npos);
+  }
+  return true;
+}
+
+void document::write_record() {
+  static rapidjson::StringBuffer buffer;
+  buffer.Clear();
+  json_writer json(buffer);
+  json.StartObject();
+  for (std::size_t i = 0; i < names_.size(); ++i) {
+    write_key(json, names_[i]);
+    write_cell(json, cells_[i]);
+  }
+  json.EndObject();
+  ready_.append(buffer.GetString(), buffer.GetSize());
+}
+
+void document::end_record() {
+  if (!record_open_ || !shown_.section.empty()) return;
+  ready_ += first_record_ ? "\n" : ",\n";
+  first_record_ = false;
+  write_record();
+  record_open_ = false;
+}
+
+void document::add_message(std::string_view text) {
+  rapidjson::StringBuffer buffer;
+  json_writer json(buffer);
+  json.StartObject();
+  write_key(json, "interface");
+  write_text_or_null(json, record_open_ ? record_name_ : std::string());
+  write_key(json, "text");
+  write_string(json, text);
+  json.EndObject();
+  messages_ += messages_.empty() ? "\n" : ",\n";
+  messages_.append(buffer.GetString(), buffer.GetSize());
+}
+
+void document::end() {
+  ready_ += first_record_ ? "],\"messages\":[" : "\n],\"messages\":[";
+  ready_ += messages_;
+  ready_ += messages_.empty() ? "]" : "\n]";
+  if (!shown_.section.empty()) {
+    ready_ += ",\"";
+    ready_ += shown_.section;
+    ready_ += "\":";
+    write_record();
+  }
+  ready_ += "}\n";
+}
+
+}  // namespace host

@@ -1,0 +1,67 @@
+// The structured form of a command's output: one JSON document, a record on a line.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/types.h"
+#include "shell/output/rendering.h"
+#include "shell/output/schema.h"
+
+namespace host {
+
+enum { kSchemaVersion = 1 };
+
+// What a document is made for.
+struct display {
+  display_bit bit;
+  std::string_view
+      section;  // name of its only record in the document; empty: a record for each interface, its name first
+};
+
+// A field of a record.
+struct document_cell {
+  const field* meaning;  // null: not bound
+  uint64 number;
+  double decimal;
+  std::string text;
+};
+
+class document {
+ public:
+  // `command` without its pipes.
+  document(const display& shown, std::string_view command);
+
+  // Lines of the document that are complete; whoever takes them clears them.
+  std::string& ready() { return ready_; }
+
+  void begin_record(std::string_view interface_name);
+  void end_record();
+
+  // Stores a value in the record. False when the display has no field for it.
+  bool bind(const cmd_tuple_t& tuple);
+
+  // A line that bound no value; it belongs to the record that is open, if any.
+  void add_message(std::string_view text);
+
+  // Writes what is left: messages, and the end.
+  void end();
+
+ private:
+  void begin(std::string_view command);
+  void write_record();
+
+  display shown_;
+  std::vector<std::string_view> names_;   // of the fields, in order
+  std::vector<document_cell> cells_;      // one for each name
+  std::array<uint8, 0x100> cell_of_row_;  // by row of the schema; 0xFF: not in this display
+  std::string record_name_;
+  bool record_open_ = false;
+  bool first_record_ = true;
+  std::string ready_;
+  std::string messages_;
+};
+
+}  // namespace host

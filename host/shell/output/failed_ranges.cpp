@@ -1,0 +1,68 @@
+// Records of the ranges that failed: what platform/cmd_channel.h declares of them.
+#include "shell/output/failed_ranges.h"
+
+#include <cstdio>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "platform/cmd_channel.h"
+#include "platform/if_index.h"
+
+namespace {
+
+struct range_record {
+  mrange_handle_t head{};  // what the library holds; must stay first
+  std::vector<if_index_range_t> ranges;
+};
+
+range_record* record_of(mrange_handle_t* handle) { return reinterpret_cast<range_record*>(handle); }
+
+std::string text_of(const if_index_range_t& range) {
+  char name[64];
+  std::string text = sprintf_if_index(name, range.low);
+  if (range.high != range.low) text.append("-").append(sprintf_if_index(name, range.high));
+  return text;
+}
+
+std::vector<mrange_handle_t*> handed_over;
+
+}  // namespace
+
+void host::release_failed_ranges() {
+  for (mrange_handle_t* const ranges : handed_over) cmd_mrange_free(ranges);
+  handed_over.clear();
+}
+
+mrange_handle_t* cmd_mrange_create(uint32 token_id) {
+  auto* const record = new (std::nothrow) range_record;
+  if (record == nullptr) return nullptr;
+  record->head.tid = static_cast<int32>(token_id);
+  return &record->head;
+}
+
+void cmd_mrange_range_add(mrange_handle_t* ranges, if_index_t first, if_index_t last) {
+  if (ranges == nullptr) return;
+  range_record* const record = record_of(ranges);
+  record->ranges.push_back({first, last});
+  record->head.list = record->ranges.data();
+  record->head.len = static_cast<int32>(record->ranges.size());
+}
+
+// They stay until the command ends: whoever handed them over may still render them.
+void cmd_mrange_error_set(mrange_handle_t* ranges) {
+  if (ranges != nullptr) handed_over.push_back(ranges);
+}
+
+int32 cmd_mrange_snprintf(char* buffer, uint32 size, const mrange_handle_t* ranges) {
+  std::string text;
+  if (ranges != nullptr) {
+    for (const if_index_range_t& range : reinterpret_cast<const range_record*>(ranges)->ranges) {
+      if (!text.empty()) text += ", ";
+      text += text_of(range);
+    }
+  }
+  return std::snprintf(buffer, size, "%s", text.c_str());
+}
+
+void cmd_mrange_free(mrange_handle_t* ranges) { delete record_of(ranges); }

@@ -1,0 +1,28 @@
+// Stops the output at the end of each screen until a key is pressed.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace host {
+
+// Reads a character from the terminal without waiting for the end of a line and without showing it; -1 when there is
+// none or a signal came first.
+int read_key(int terminal);
+
+class pager {
+ public:
+  // `terminal` takes the output, keys come from standard input.
+  explicit pager(int terminal) : terminal_(terminal) {}
+
+  // To be called in front of each line. Asks at the end of a screen; false when the user wants no more.
+  bool make_room(std::string_view line);
+
+ private:
+  bool ask();
+
+  int terminal_;
+  std::size_t rows_used_ = 0;
+};
+
+}  // namespace host

@@ -1,0 +1,156 @@
+#include "shell/output/rendering.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstring>
+
+#include "platform/if_index.h"
+#include "shell/output/printable.h"
+#include "shell/output/schema.h"
+
+namespace host {
+namespace {
+
+vocabulary the_vocabulary{};
+
+template <typename Number>
+void append_number(std::string& to, Number number, int base = 10) {
+  char digits[24];
+  const auto end = std::to_chars(digits, digits + sizeof digits, number, base);
+  to.append(digits, end.ptr);
+}
+
+template <typename Value>
+Value read_value(const cmd_tuple_t& tuple) {
+  Value value;
+  std::memcpy(&value, tuple.value, sizeof value);
+  return value;
+}
+
+// A text of a table that starts at value `first`; null outside of it.
+template <std::size_t Size>
+const char* word_at(const char* const (&words)[Size], uint32 first, uint32 value) {
+  return value >= first && value - first < Size ? words[value - first] : nullptr;
+}
+
+constexpr const char* kPortStates[] = {"up", "down"};
+constexpr const char* kDuplexes[] = {"full", "half", "auto"};
+constexpr const char* kOnOff[] = {"off", "on"};
+constexpr const char* kYesNo[] = {"no", "yes"};
+constexpr const char* kMarks[] = {"++", "+", "-", "--", ""};
+
+const char* reason_text(uint32 value, boolean short_name) {
+  if (the_vocabulary.state_reason == nullptr || value > 0xFF) return nullptr;
+  return the_vocabulary.state_reason(static_cast<uint8>(value), short_name);
+}
+
+// The text of an enumerated value, or null for one that has none.
+const char* enum_text(enum_words words, uint32 value) {
+  const vocabulary& known = the_vocabulary;
+  switch (words) {
+    case enum_words::number: return nullptr;
+    case enum_words::port_state: return word_at(kPortStates, 1, value);
+    case enum_words::state_reason: return reason_text(value, 0);
+    case enum_words::state_reason_short: return reason_text(value, 1);
+    case enum_words::duplex: return word_at(kDuplexes, 1, value);
+    case enum_words::speed_mbps: return value == 0 ? "auto" : nullptr;
+    case enum_words::port_mode: return known.port_mode == nullptr ? nullptr : known.port_mode(value);
+    case enum_words::rate_mode:
+      return known.rate_mode == nullptr || value > 0xFF ? nullptr : known.rate_mode(static_cast<uint8>(value));
+    case enum_words::flow_control:
+      return known.flow_control == nullptr || value > 0xFFFF ? nullptr : known.flow_control(static_cast<uint16>(value));
+    case enum_words::on_off: return word_at(kOnOff, 0, value);
+    case enum_words::yes_no: return word_at(kYesNo, 0, value);
+    case enum_words::mark: return word_at(kMarks, 1, value);
+  }
+  return nullptr;
+}
+
+void append_enum(std::string& to, const cmd_tuple_t& tuple) {
+  const uint32 value = value_of_32(tuple);
+  const field* const meaning = find_field(tag_of(tuple));
+  const char* const text = meaning == nullptr ? nullptr : enum_text(meaning->words, value);
+  if (text == nullptr) return append_number(to, value);
+  append_printable(to, text);
+}
+
+void append_interface_name(std::string& to, if_index_t if_index, bool short_name, std::size_t fit) {
+  char name[64] = {};
+  if (!short_name) sprintf_if_index(name, if_index);
+  if (short_name || std::strlen(name) > fit) snprintf_if_index_short(name, sizeof name, if_index);
+  append_printable(to, name);
+}
+
+void append_mac(std::string& to, const uint8* bytes) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  for (int i = 0; i < 6; ++i) {
+    if (i == 2 || i == 4) to += '.';
+    to += kDigits[bytes[i] >> 4];
+    to += kDigits[bytes[i] & 0xF];
+  }
+}
+
+void append_ipv4(std::string& to, const uint8* bytes) {
+  for (int i = 0; i < 4; ++i) {
+    if (i > 0) to += '.';
+    append_number(to, bytes[i]);
+  }
+}
+
+void append_float(std::string& to, const cmd_tuple_t& tuple) {
+  const auto value = read_value<cmd_float_t>(tuple);
+  const cmd_float_3ints_t& digits = value.u.ti;
+  if (value.fval < 0 && digits.whole == 0) to += '-';
+  append_number(to, digits.whole);
+  if (digits.nb_decimals <= 0) return;
+  to += '.';
+  const std::size_t start = to.size();
+  append_number(to, digits.decimal);
+  const std::size_t written = to.size() - start;
+  const auto wanted = static_cast<std::size_t>(digits.nb_decimals);
+  if (written < wanted) to.insert(start, wanted - written, '0');
+}
+
+void append_string(std::string& to, const char* text) {
+  if (text != nullptr) append_printable(to, text);
+}
+
+}  // namespace
+
+void set_vocabulary(const vocabulary& words) { the_vocabulary = words; }
+
+uint32 value_of_32(const cmd_tuple_t& tuple) { return read_value<uint32>(tuple); }
+
+uint64 value_of_64(const cmd_tuple_t& tuple) {
+  return type_code(tuple) == CMD_TYPE_UINT64 ? read_value<uint64>(tuple) : value_of_32(tuple);
+}
+
+double value_of_float(const cmd_tuple_t& tuple) {
+  const auto value = read_value<cmd_float_t>(tuple);
+  const cmd_float_3ints_t& digits = value.u.ti;
+  const double size = std::abs(static_cast<double>(digits.whole)) + digits.decimal / std::pow(10.0, digits.nb_decimals);
+  return value.fval < 0 ? -size : size;
+}
+
+bool is_string(const cmd_tuple_t& tuple) {
+  if (type_code(tuple) == CMD_TYPE_STRING || tuple.id == 0) return true;
+  const field* const meaning = find_field(tag_of(tuple));
+  return meaning != nullptr && meaning->type == field_type::string;
+}
+
+void append_tuple_text(std::string& to, const cmd_tuple_t& tuple, bool short_names, std::size_t fit) {
+  if (is_string(tuple)) return append_string(to, static_cast<const char*>(tuple.value));
+  if (tuple.value == nullptr) return;
+  switch (type_code(tuple)) {
+    case CMD_TYPE_ENUM: return append_enum(to, tuple);
+    case CMD_TYPE_IF_INDEX: return append_interface_name(to, value_of_32(tuple), short_names, fit);
+    case CMD_TYPE_MAC: return append_mac(to, static_cast<const uint8*>(tuple.value));
+    case CMD_TYPE_UINT64: return append_number(to, value_of_64(tuple));
+    case CMD_TYPE_IPV4: return append_ipv4(to, static_cast<const uint8*>(tuple.value));
+    case CMD_TYPE_HEX32: to += "0x"; return append_number(to, value_of_32(tuple), 16);
+    case CMD_TYPE_FLOAT: return append_float(to, tuple);
+    default: return append_number(to, value_of_32(tuple));
+  }
+}
+
+}  // namespace host

@@ -1,0 +1,75 @@
+// The schema: what each tag means. One table gives a field its name in the structured form, its type there, the words
+// of an enumerated value, and the displays that have the field.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+#include "platform/types.h"
+
+namespace host {
+
+// How a field stands in the structured form. All but the number types are JSON strings.
+enum class field_type : uint8 {
+  enumeration,       // the text of the value
+  interface_name,    // full name
+  mac,               // "xxxx.xxxx.xxxx"
+  ipv4,              // dotted
+  string,            // a text; also where the tuple's code says otherwise
+  number,            // an integer
+  number_or_auto,    // an integer; 0 is automatic and null here
+  number_from_text,  // an integer that is bound as a text
+  decimal,           // a number with a fraction
+};
+
+// Which texts the values of an enumerated field have.
+enum class enum_words : uint8 {
+  number,  // none: the number itself
+  port_state,
+  state_reason,
+  state_reason_short,
+  duplex,
+  speed_mbps,
+  port_mode,
+  rate_mode,
+  flow_control,
+  on_off,
+  yes_no,
+  mark,
+};
+
+// A display, as a bit so that a field can belong to several.
+enum display_bit : uint32 {
+  kNoDisplay = 0,
+  kDetailedDisplay = 1 << 0,
+  kCapabilityDisplay = 1 << 1,
+  kSwitchportDisplay = 1 << 2,
+  kBriefDisplay = 1 << 3,
+  kTransportDisplay = 1 << 4,
+};
+
+struct field {
+  uint16 tag;
+  std::string_view name;  // several tags may share a name: they are one field
+  field_type type;
+  enum_words words = enum_words::number;
+  uint32 displays = kNoDisplay;
+};
+
+// Tags of the shell's own displays; the library's end below.
+enum : uint16 {
+  kTagMessagesSent = 0x07F0,
+  kTagMessagesReceived,
+  kTagMessagesDropped,
+  kTagMessagesDroppedTwice,
+  kTagMessagesNeverDropped,
+};
+
+// All fields, in the order in which they stand in a record.
+std::span<const field> schema();
+
+// The field of a tag, or null.
+const field* find_field(uint16 tag);
+
+}  // namespace host

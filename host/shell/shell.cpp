@@ -1,0 +1,104 @@
+#include "shell/shell.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "shell/commands.h"
+#include "shell/interrupt.h"
+#include "shell/output/command_output.h"
+#include "shell/print_error.h"
+#include "shell/words.h"
+#include "transport/transport.h"
+
+namespace host {
+namespace {
+
+bool has_stage(const command_line& line, pipe_kind kind) {
+  for (const pipe_stage& stage : line.pipes) {
+    if (stage.kind == kind) return true;
+  }
+  return false;
+}
+
+bool terminal_can_page() {
+  const char* const terminal = std::getenv("TERM");
+  return isatty(STDIN_FILENO) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb";
+}
+
+output_settings settings_for(const shell& session, const command_line& line) {
+  output_settings settings;
+  settings.to_terminal = isatty(STDOUT_FILENO) != 0;
+  settings.paged =
+      session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(line, pipe_kind::no_more);
+  settings.structured = has_stage(line, pipe_kind::json);
+  settings.shown = line.what->shown;
+  settings.command = line.text;
+  settings.is_cancelled = was_interrupted;
+  return settings;
+}
+
+int run_command(shell& session, const command_line& line) {
+  line_filters filters;
+  for (const pipe_stage& stage : line.pipes) {
+    if (const auto fault = filters.add(stage)) {
+      print_error("bad expression '" + stage.expression + "': " + *fault +
+                  ". Quote it, and put '\\' before special signs.");
+      return kUsage;
+    }
+  }
+  if (has_stage(line, pipe_kind::json) && line.what->shown.bit == kNoDisplay) {
+    print_error("'" + line.text + "' has no structured form. Leave '| json' away.");
+    return kUsage;
+  }
+  const interrupt_scope interrupts;
+  int result = kDone;
+  {
+    command_output output(settings_for(session, line), filters);
+    result = line.what->run({line, session, output});
+  }
+  return was_interrupted() ? kInterrupted : result;
+}
+
+// What stands in front of a "?" at the end; null when the line asks for no help.
+std::string_view question_of(std::string_view line) {
+  const std::string_view text = trim(line);
+  if (text.empty() || text.back() != '?' || is_in_expression(text)) return {};
+  return line.substr(0, line.rfind('?') + 1);
+}
+
+}  // namespace
+
+command_queue::command_queue() : handle(transport_open_queue()) {}
+command_queue::~command_queue() { transport_close_queue(handle); }
+
+int run_line(shell& session, std::string_view line) {
+  if (const std::string_view question = question_of(line); !question.empty()) {
+    std::fputs(help_text(question.substr(0, question.size() - 1)).c_str(), stdout);
+    std::fflush(stdout);
+    return kDone;
+  }
+  std::string error;
+  const auto parsed = parse_command(line, error);
+  if (!parsed) {
+    print_error(error);
+    return kUsage;
+  }
+  return parsed->what == nullptr ? kDone : run_command(session, *parsed);
+}
+
+int run_input(shell& session) {
+  int result = kDone;
+  char* line = nullptr;
+  std::size_t size = 0;
+  while (!session.is_leaving && getline(&line, &size, stdin) >= 0) {
+    const int code = run_line(session, line);
+    if (result == kDone) result = code;
+    if (code == kInterrupted) break;
+  }
+  std::free(line);
+  return result;
+}
+
+}  // namespace host

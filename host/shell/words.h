@@ -1,0 +1,36 @@
+// Lines of commands, cut into words and pipes.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+struct word_token {
+  std::string_view text;
+  std::size_t start;  // in the line
+};
+
+// The words between blanks.
+std::vector<word_token> split_words(std::string_view text, std::size_t start = 0);
+
+// The parts of a line between "|"; one in quotes does not count.
+std::vector<word_token> split_pipes(std::string_view line);
+
+// Without blanks at both ends, and without the quotes around the whole.
+std::string_view trim(std::string_view text);
+std::string_view unquote(std::string_view text);
+
+bool starts_with_ignoring_case(std::string_view word, std::string_view beginning);
+
+// The word that was probably meant; empty when none is close.
+std::string_view closest_word(std::string_view written, const std::vector<std::string_view>& known);
+
+// The text in single quotes, as messages name what was written.
+std::string quoted(std::string_view text);
+
+std::string join(const std::vector<std::string_view>& words, std::string_view separator);
+
+}  // namespace host
