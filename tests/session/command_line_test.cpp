@@ -1,0 +1,126 @@
+// Words, help, pipes and options, by arguments.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "session/program.h"
+
+namespace session {
+namespace {
+
+std::string error_of(const std::string& command) {
+  const outcome result = run_command(command);
+  EXPECT_EQ(result.exit_code, 1) << command;
+  EXPECT_EQ(result.out, "") << command;
+  return result.err;
+}
+
+TEST(CommandLine, UnknownWordNamesTheOneThatWasMeant) {
+  EXPECT_EQ(error_of("show interfce"),
+            "pmsh: unknown word 'interfce': did you mean 'interface'? Type 'show ?' for the list.\n");
+  EXPECT_EQ(error_of("xyzzy"), "pmsh: unknown word 'xyzzy'. Type '?' for the list.\n");
+}
+
+TEST(CommandLine, AmbiguousWordListsTheCandidates) {
+  EXPECT_EQ(error_of("show interface s 1"), "pmsh: ambiguous word 's': server, sup-fc. Type one more letter.\n");
+}
+
+TEST(CommandLine, IncompleteCommandSaysHowToGoOn) {
+  EXPECT_EQ(error_of("show"), "pmsh: incomplete command 'show'. Type 'show ?' for the list.\n");
+  EXPECT_EQ(
+      error_of("show interface ethernet"),
+      "pmsh: a number is missing after 'show interface ethernet'. Type 'show interface ethernet ?' for the list.\n");
+}
+
+TEST(CommandLine, WordsBehindTheEndAreTooMuch) {
+  EXPECT_EQ(error_of("exit now"), "pmsh: 'now' is too much: the command ends with 'exit'.\n");
+}
+
+TEST(CommandLine, ControlBytesOfATypedWordAreShownAsText) {
+  EXPECT_EQ(error_of("\x1b[2Jshow"), "pmsh: unknown word '\\x1b[2Jshow'. Type '?' for the list.\n");
+}
+
+TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
+  EXPECT_EQ(run_command("show ?").out,
+            "  interface     Interfaces: settings, state and traffic\n"
+            "  transport     Messages between this shell and the services\n");
+}
+
+TEST(CommandLine, QuestionMarkInAWordListsItsCompletions) {
+  EXPECT_EQ(run_command("show in?").out, "  interface     Interfaces: settings, state and traffic\n");
+}
+
+TEST(CommandLine, QuestionMarkBehindAnInterfaceWordListsTheNumbersThatExist) {
+  EXPECT_NE(run_command("show interface ethernet 1/?").out.find("1/1, 1/2, 1/3, 1/4, 1/5, 1/10\n"), std::string::npos);
+}
+
+TEST(CommandLine, HelpNamesEveryCommand) {
+  const outcome result = run_command("help");
+
+  for (const char* const syntax : {"show interface [RANGE]", "show transport", "help", "exit", "quit"})
+    EXPECT_NE(result.out.find(std::string("  ") + syntax), std::string::npos) << syntax;
+  EXPECT_EQ(result.exit_code, 0);
+}
+
+TEST(Pipes, IncludeExcludeBeginAndCountAreChained) {
+  EXPECT_EQ(run_command("show interface ethernet 1/1 | include duplex").out, "  full-duplex, 1000\n");
+  EXPECT_EQ(run_command("show interface ethernet 1/1 | begin Auto-mdix").out,
+            "  Auto-mdix is turned on\n  Switchport monitor is off \n");
+  EXPECT_EQ(run_command("show interface ethernet 1/1 | begin Encaps | exclude \"mdix|monitor\" | count").out, "4\n");
+  EXPECT_EQ(run_command("show interface ethernet 1/1 | inc DLY|no-more").out,
+            "  MTU 1500 bytes, BW 1000000 Kbit, DLY 20 usec,\n");
+}
+
+TEST(Pipes, CountOfNothingIsZero) { EXPECT_EQ(run_command("show interface | include nowhere | count").out, "0\n"); }
+
+TEST(Pipes, MistakesAreNamed) {
+  EXPECT_NE(error_of("show transport | includ (").find("bad expression '('"), std::string::npos);
+  EXPECT_NE(error_of("show transport | include").find("needs an expression"), std::string::npos);
+  EXPECT_NE(error_of("show transport | jsn").find("did you mean 'json'?"), std::string::npos);
+  EXPECT_NE(error_of("show transport | count | json").find("must be the first"), std::string::npos);
+  EXPECT_NE(error_of("help | json").find("no structured form"), std::string::npos);
+}
+
+TEST(Options, SeveralCommandsRunAndTheFirstFailureIsTheExitCode) {
+  const outcome result =
+      run_shell({"-c", "show interface ethernet 9/9", "-c", "bad", "-c", "show interface ethernet 1/1"});
+
+  EXPECT_EQ(result.exit_code, 4);
+  EXPECT_EQ(result.out.find("Ethernet1/1 is up\n"), 0U);
+}
+
+TEST(Options, CommandsAreReadFromStandardInputToo) {
+  const outcome result = run_shell({}, "show interface ethernet 1/1 | include Desc\nexit\nshow interface\n");
+
+  EXPECT_EQ(result.out, "  Description: Desk 1\n");
+  EXPECT_EQ(result.exit_code, 0);
+}
+
+TEST(Options, WrongOptionsAreUsageErrors) {
+  EXPECT_EQ(run_shell({"--wrong"}).exit_code, 1);
+  EXPECT_EQ(run_shell({"--provoke", "port-manager=cut"}).exit_code, 1);
+  const outcome result = run_shell({"--provoke", "nobody=lost", "-c", "help"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_NE(result.err.find("port-manager"), std::string::npos) << result.err;
+}
+
+TEST(Options, HelpAndVersionAreDone) {
+  EXPECT_EQ(run_shell({"--version"}).exit_code, 0);
+  const outcome result = run_shell({"--help"});
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_NE(result.out.find("first exit code that is not 0"), std::string::npos);
+}
+
+TEST(Options, BadSwitchFileIsNamedWithItsLine) {
+  const outcome missing = run_program(PMSH_PROGRAM, {"--switch", "/nowhere.yaml", "-c", "help"});
+  EXPECT_EQ(missing.exit_code, 1);
+  EXPECT_EQ(missing.err.find("pmsh: /nowhere.yaml: "), 0U) << missing.err;
+
+  const std::string file = test_file("wrong.yaml");
+  const outcome wrong = run_program(PMSH_PROGRAM, {"--switch", file, "-c", "help"});
+  EXPECT_EQ(wrong.exit_code, 1);
+  EXPECT_EQ(wrong.err.find("pmsh: " + file + ":5: "), 0U) << wrong.err;
+}
+
+}  // namespace
+}  // namespace session

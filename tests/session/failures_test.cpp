@@ -1,0 +1,134 @@
+// Services that fail, in every way, and what the shell says and returns.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "session/json.h"
+#include "session/program.h"
+
+namespace session {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kOnePort[] = "show interface ethernet 1/1";
+
+class PortManagerFails : public testing::TestWithParam<const char*> {};
+
+TEST_P(PortManagerFails, CommandSaysSoAndReturnsTwo) {
+  const outcome result =
+      run_shell({"--wait", "1", "--provoke", std::string("port-manager=") + GetParam(), "-c", kOnePort});
+
+  EXPECT_EQ(result.out.find("error: "), 0U) << result.out;
+  EXPECT_EQ(result.out.find("Ethernet1/1"), std::string::npos);
+  EXPECT_EQ(result.exit_code, 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, PortManagerFails,
+                         testing::Values("lost", "reject", "silent", "cut:0", "cut:3", "cut:9"));
+
+TEST(Failures, InterruptedWaitsAreTakenUpAgain) {
+  const outcome result = run_shell({"--provoke", "port-manager=interrupt:3", "-c", kOnePort});
+
+  EXPECT_EQ(result.out.find("Ethernet1/1 is up\n"), 0U);
+  EXPECT_EQ(result.exit_code, 0);
+}
+
+TEST(Failures, ServiceThatFailsForSomeInterfacesReturnsThree) {
+  const outcome result = run_shell({"--provoke", "card-config=lost", "-c", "show interface ethernet 1/1, vethernet 1"});
+
+  EXPECT_EQ(result.out.find("crdcfg_get_port_cap failed with "), 0U);
+  EXPECT_NE(result.out.find("Vethernet1 is up\n"), std::string::npos);
+  EXPECT_EQ(result.exit_code, 3);
+}
+
+// Messages of one command, as "show transport" accounts for them afterwards.
+struct account {
+  uint64_t sent, received, dropped, twice, never;
+};
+
+account account_after(std::vector<std::string> arguments) {
+  arguments.insert(arguments.end(), {"-c", "show transport | json"});
+  const std::string out = run_shell(arguments).out;
+  rapidjson::Document document;
+  document.Parse(out.c_str() + out.rfind("{\"schema_version\""));
+  const auto& counts = document["transport"];
+  return {counts["sent"].GetUint64(), counts["received"].GetUint64(), counts["dropped"].GetUint64(),
+          counts["dropped_twice"].GetUint64(), counts["never_dropped"].GetUint64()};
+}
+
+TEST(Accounts, EveryMessageIsDroppedOnceAfterShowInterface) {
+  const account messages = account_after({"-c", "show interface"});
+
+  EXPECT_GT(messages.sent, 20U);
+  EXPECT_EQ(messages.received, messages.sent);
+  EXPECT_EQ(messages.dropped, messages.sent + messages.received);
+  EXPECT_EQ(messages.twice, 0U);
+  EXPECT_EQ(messages.never, 0U);
+}
+
+class AccountsOfFailures : public testing::TestWithParam<const char*> {};
+
+TEST_P(AccountsOfFailures, AreBalanced) {
+  const account messages = account_after({"--wait", "1", "--provoke", GetParam(), "-c", kOnePort});
+
+  EXPECT_EQ(messages.dropped, messages.sent + messages.received);
+  EXPECT_EQ(messages.twice, 0U);
+  EXPECT_EQ(messages.never, 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, AccountsOfFailures,
+                         testing::Values("port-manager=reject", "port-manager=silent", "port-manager=cut:2",
+                                         "interface-manager=reject", "statistics=reject", "statistics=cut:7",
+                                         "card-config=reject", "card-config=silent", "ip=cut:1", "port-channel=lost"));
+
+// The program and its libraries in a directory of their own, less one library.
+class InstalledWithout {
+ public:
+  explicit InstalledWithout(const std::string& library) : root_(fs::path(state_directory()) / ("without-" + library)) {
+    const fs::path program = PMSH_PROGRAM;
+    fs::remove_all(root_);
+    fs::create_directories(root_ / "bin");
+    fs::create_directories(root_ / "lib");
+    fs::copy_file(program, root_ / "bin/pmsh");
+    for (const fs::path& entry : fs::directory_iterator(program.parent_path().parent_path() / "lib")) {
+      if (entry.extension() == ".so" && entry.filename() != library)
+        fs::copy_file(entry, root_ / "lib" / entry.filename());
+    }
+  }
+  ~InstalledWithout() { fs::remove_all(state_directory()); }
+
+  outcome run(const std::string& command) const {
+    return run_program((root_ / "bin/pmsh").string(), {"--switch", test_file("lab.yaml"), "-c", command});
+  }
+
+ private:
+  fs::path root_;
+};
+
+TEST(RemovedLibrary, OfTheStatisticsLeavesTheRestOfTheDisplay) {
+  const outcome result = InstalledWithout("libstatcl.so").run(kOnePort);
+
+  EXPECT_NE(result.out.find("Ethernet1/1 is up\n"), std::string::npos);
+  EXPECT_NE(result.out.find("stats unavailable\n"), std::string::npos);
+  EXPECT_EQ(result.exit_code, 2);
+}
+
+TEST(RemovedLibrary, OfTheCommandsIsAClearError) {
+  const outcome result = InstalledWithout("libpmcli_common.so").run(kOnePort);
+
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err.find("pmsh: cannot load the command library: "), 0U) << result.err;
+  EXPECT_NE(result.err.find("libpmcli_common.so"), std::string::npos) << result.err;
+  EXPECT_EQ(result.exit_code, 2);
+}
+
+TEST(MovedProgram, FindsItsLibrariesWhereItLies) {
+  const outcome result = InstalledWithout("nothing").run(kOnePort);
+
+  EXPECT_EQ(result.out.find("Ethernet1/1 is up\n"), 0U) << result.err;
+  EXPECT_EQ(result.exit_code, 0);
+}
+
+}  // namespace
+}  // namespace session

@@ -1,0 +1,172 @@
+// The grammar table, walked: every command, every abbreviation, every place for help.
+#include "shell/grammar.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "shell/words.h"
+
+namespace session {
+namespace {
+
+using host::command;
+using host::parse_command;
+using host::suggest;
+
+// A line of a command: all its words, and an interface where a range may stand.
+std::string line_of(const command& what, bool with_optional) {
+  std::string line;
+  for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
+    const host::syntax_word& word = what.syntax.words[i];
+    if (word.is_optional && !with_optional) continue;
+    if (!line.empty()) line += ' ';
+    line += word.is_range ? "ethernet 1/1-4, 1/7" : std::string(word.text);
+  }
+  return line;
+}
+
+const command* command_of(const std::string& line) {
+  std::string error;
+  const auto parsed = parse_command(line, error);
+  EXPECT_TRUE(parsed) << line << ": " << error;
+  return parsed ? parsed->what : nullptr;
+}
+
+std::string error_of(const std::string& line) {
+  std::string error;
+  EXPECT_FALSE(parse_command(line, error)) << line;
+  return error;
+}
+
+bool suggests(const std::string& line, std::string_view word) {
+  const auto found = suggest(line).words;
+  return std::any_of(found.begin(), found.end(), [word](const auto& choice) { return choice.word == word; });
+}
+
+TEST(Grammar, EveryCommandIsReadAsItIsWritten) {
+  for (const command& what : host::all_commands()) {
+    EXPECT_EQ(command_of(line_of(what, true)), &what);
+    EXPECT_EQ(command_of(line_of(what, false)), &what);
+  }
+}
+
+TEST(Grammar, EveryUniqueAbbreviationIsReadAndEveryOtherIsCalledAmbiguous) {
+  for (const command& what : host::all_commands()) {
+    std::string in_front;
+    for (std::size_t i = 0; i < what.syntax.num_words && !what.syntax.words[i].is_range; ++i) {
+      const std::string word(what.syntax.words[i].text);
+      for (std::size_t length = 1; length <= word.size(); ++length) {
+        const std::string begun = in_front + word.substr(0, length);
+        const bool is_unique = suggest(begun).words.size() == 1 || length == word.size();
+        std::string error;
+        parse_command(begun, error);
+        EXPECT_EQ(error.find("ambiguous") == std::string::npos, is_unique) << begun << ": " << error;
+      }
+      in_front += word + " ";
+    }
+  }
+}
+
+TEST(Grammar, HelpNamesEachWordWhereItMayStandAndInItsMiddle) {
+  for (const command& what : host::all_commands()) {
+    std::string in_front;
+    for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
+      const host::syntax_word& word = what.syntax.words[i];
+      const std::string name = word.is_range ? "ethernet" : std::string(word.text);
+      for (std::size_t length = 0; length <= name.size(); ++length)
+        EXPECT_TRUE(suggests(in_front + name.substr(0, length), name)) << in_front << name.substr(0, length);
+      in_front += name + (word.is_range ? " 1/1 " : " ");
+    }
+  }
+}
+
+TEST(Grammar, EverySuggestionHasAHelpText) {
+  for (const char* const line : {"", "show ", "show interface ", "show interface | "}) {
+    for (const auto& choice : suggest(line).words) EXPECT_FALSE(choice.help.empty()) << line << choice.word;
+  }
+}
+
+TEST(Grammar, RangeIsHandedOnWithItsSpans) {
+  std::string error;
+  const auto parsed = parse_command("sh int e 1/1-4 , 1/7,port-channel 3", error);
+
+  ASSERT_TRUE(parsed) << error;
+  EXPECT_EQ(parsed->text, "show interface e 1/1-4 , 1/7,port-channel 3");
+  ASSERT_EQ(parsed->spans.size(), 3U);
+  EXPECT_EQ(parsed->spans[0].high.port, 4U);
+  EXPECT_EQ(parsed->spans[1].low.port, 7U);
+  EXPECT_EQ(parsed->spans[2].word->word, "port-channel");
+}
+
+TEST(Grammar, EveryInterfaceWordStartsARange) {
+  for (const host::interface_word& word : host::kInterfaceWords) {
+    const char* const number = word.form == host::number_form::kSlotPort ? "1/1" : "1";
+    EXPECT_NE(command_of("show interface " + std::string(word.word) + " " + number), nullptr);
+    EXPECT_NE(command_of("show interface " + std::string(word.word) + number), nullptr);
+  }
+}
+
+TEST(Grammar, MistakesAreNamedWithTheNextStep) {
+  EXPECT_EQ(error_of("shwo"), "unknown word 'shwo': did you mean 'show'? Type '?' for the list.");
+  EXPECT_EQ(error_of("show | json"), "incomplete command 'show'. Type 'show ?' for the list.");
+  EXPECT_EQ(error_of("| json"), "no command in front of '|'. Type '?' for the list.");
+  EXPECT_EQ(
+      error_of("show interface ethernet 1/1,"),
+      "a number is missing after 'show interface ethernet 1/1,'. Type 'show interface ethernet 1/1, ?' for the list.");
+  EXPECT_EQ(error_of("show transport |"),
+            "nothing after '|': it takes one of begin, count, exclude, include, json, no-more.");
+  EXPECT_EQ(error_of("show interface ethernet 1/1 1/2"),
+            "'1/2' is too much: the command ends with 'show interface ethernet 1/1'.");
+}
+
+TEST(Grammar, EmptyLineIsNoCommandAndNoError) {
+  std::string error;
+  const auto parsed = parse_command("  \t", error);
+
+  ASSERT_TRUE(parsed);
+  EXPECT_EQ(parsed->what, nullptr);
+  EXPECT_EQ(error, "");
+}
+
+TEST(Grammar, PipesKeepTheirOrderAndTheirExpressions) {
+  std::string error;
+  const auto parsed = parse_command("show transport | inc a b|exc 'x|y' | count", error);
+
+  ASSERT_TRUE(parsed) << error;
+  ASSERT_EQ(parsed->pipes.size(), 3U);
+  EXPECT_EQ(parsed->pipes[0].expression, "a b");
+  EXPECT_EQ(parsed->pipes[1].expression, "x|y");
+  EXPECT_EQ(parsed->pipes[2].kind, host::pipe_kind::count);
+}
+
+TEST(Suggestions, NumberBelongsToTheLastInterfaceWord) {
+  const auto numbers_of = [](const char* line) {
+    const auto* const word = suggest(line).numbers_of;
+    return word == nullptr ? std::string() : std::string(word->word);
+  };
+  EXPECT_EQ(numbers_of("show interface ethernet "), "ethernet");
+  EXPECT_EQ(numbers_of("show interface eth 1/"), "ethernet");
+  EXPECT_EQ(numbers_of("show interface ethernet1/"), "ethernet");
+  EXPECT_EQ(numbers_of("show interface ethernet 1/1, 1/"), "ethernet");
+  EXPECT_EQ(numbers_of("show interface ethernet 1/1, port 1"), "port-channel");
+  EXPECT_EQ(numbers_of("show interface "), "");
+  EXPECT_EQ(suggest("show interface ethernet 1/1,2/").start, std::string("show interface ethernet 1/1,").size());
+}
+
+TEST(Suggestions, EndOfACommandIsHinted) {
+  const auto hints = suggest("show transport ").hints;
+  EXPECT_TRUE(std::any_of(hints.begin(), hints.end(), [](const auto& hint) { return hint.word == "<Enter>"; }));
+  EXPECT_TRUE(suggest("show ").hints.empty());
+}
+
+TEST(Expressions, QuestionMarksBelongToThem) {
+  EXPECT_FALSE(host::is_in_expression("show interface "));
+  EXPECT_FALSE(host::is_in_expression("show interface | inc"));
+  EXPECT_TRUE(host::is_in_expression("show interface | inc "));
+  EXPECT_TRUE(host::is_in_expression("show interface | include ab"));
+  EXPECT_FALSE(host::is_in_expression("show interface | count "));
+}
+
+}  // namespace
+}  // namespace session

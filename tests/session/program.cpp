@@ -1,0 +1,169 @@
+#include "session/program.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <cstdlib>
+
+namespace session {
+namespace {
+
+using clock = std::chrono::steady_clock;
+
+constexpr int kPatienceMs = 20'000;  // sanitizers and a busy machine included
+
+std::vector<char*> argument_vector(const std::string& program, std::vector<std::string>& arguments) {
+  arguments.insert(arguments.begin(), program);
+  std::vector<char*> pointers;
+  for (std::string& argument : arguments) pointers.push_back(argument.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+std::array<int, 2> make_pipe() {
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) std::abort();
+  return ends;
+}
+
+int exit_code_of(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status); }
+
+// Reads both until their writers have closed them.
+void read_all(int out, int err, outcome& result) {
+  std::array<pollfd, 2> sources = {{{out, POLLIN, 0}, {err, POLLIN, 0}}};
+  std::array<std::string*, 2> texts = {&result.out, &result.err};
+  for (int open = 2; open > 0;) {
+    poll(sources.data(), sources.size(), -1);
+    for (std::size_t i = 0; i < sources.size(); ++i) {
+      if (sources[i].fd < 0 || sources[i].revents == 0) continue;
+      char part[4096];
+      const ssize_t size = read(sources[i].fd, part, sizeof part);
+      if (size > 0) {
+        texts[i]->append(part, static_cast<std::size_t>(size));
+      } else {
+        sources[i].fd = -1;
+        --open;
+      }
+    }
+  }
+}
+
+}  // namespace
+
+outcome run_program(const std::string& program, const std::vector<std::string>& arguments, const std::string& input) {
+  std::vector<std::string> copies = arguments;
+  std::vector<char*> pointers = argument_vector(program, copies);
+  const auto in = make_pipe();
+  const auto out = make_pipe();
+  const auto err = make_pipe();
+  const pid_t child = fork();
+  if (child == 0) {
+    dup2(in[0], 0);
+    dup2(out[1], 1);
+    dup2(err[1], 2);
+    execv(pointers[0], pointers.data());
+    _exit(127);
+  }
+  for (const int end : {in[0], out[1], err[1]}) close(end);
+  if (write(in[1], input.data(), input.size()) != static_cast<ssize_t>(input.size())) std::abort();
+  close(in[1]);
+  outcome result;
+  read_all(out[0], err[0], result);
+  close(out[0]);
+  close(err[0]);
+  int status = 0;
+  waitpid(child, &status, 0);
+  result.exit_code = exit_code_of(status);
+  return result;
+}
+
+std::string test_file(const std::string& name) { return std::string(PMSH_TEST_FILES) + "/" + name; }
+
+std::string state_directory() { return std::string(PMSH_STATE_DIRECTORY) + "/" + std::to_string(getpid()); }
+
+outcome run_shell(std::vector<std::string> arguments, const std::string& input) {
+  arguments.insert(arguments.begin(), {"--switch", test_file("lab.yaml")});
+  return run_program(PMSH_PROGRAM, arguments, input);
+}
+
+outcome run_command(const std::string& command) { return run_shell({"-c", command}); }
+
+terminal::terminal(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), {"--switch", test_file("lab.yaml")});
+  std::vector<char*> pointers = argument_vector(PMSH_PROGRAM, arguments);
+  winsize size{};
+  size.ws_row = 24;
+  size.ws_col = 80;
+  const std::string state = state_directory();
+  child_ = forkpty(&screen_, nullptr, nullptr, &size);
+  if (child_ == 0) {
+    setenv("TERM", "vt100", 1);
+    setenv("XDG_STATE_HOME", state.c_str(), 1);
+    execv(pointers[0], pointers.data());
+    _exit(127);
+  }
+}
+
+terminal::~terminal() {
+  close(screen_);  // hangs the terminal up: a shell that still runs ends
+  if (child_ > 0) waitpid(child_, nullptr, 0);
+}
+
+void terminal::type(const std::string& keys) {
+  if (write(screen_, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) std::abort();
+}
+
+bool terminal::shows_prompt() {
+  if (!shows("lab# ")) return false;
+  const auto deadline = clock::now() + std::chrono::milliseconds(kPatienceMs);
+  termios modes{};
+  while (tcgetattr(screen_, &modes) == 0 && (modes.c_lflag & ICANON) != 0) {
+    if (clock::now() > deadline) return false;
+    usleep(1000);
+  }
+  return true;
+}
+
+bool terminal::read_more(int milliseconds) {
+  pollfd source{screen_, POLLIN, 0};
+  if (poll(&source, 1, milliseconds) <= 0) return false;
+  char part[4096];
+  const ssize_t size = read(screen_, part, sizeof part);
+  if (size <= 0) return false;
+  unread_.append(part, static_cast<std::size_t>(size));
+  return true;
+}
+
+bool terminal::shows(const std::string& text) {
+  const auto deadline = clock::now() + std::chrono::milliseconds(kPatienceMs);
+  while (true) {
+    if (const std::size_t at = unread_.find(text); at != std::string::npos) {
+      seen_ = unread_.substr(0, at + text.size());
+      unread_.erase(0, seen_.size());
+      return true;
+    }
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - clock::now()).count();
+    if (left <= 0 || !read_more(static_cast<int>(left))) return unread_.find(text) != std::string::npos;
+  }
+}
+
+int terminal::exit_code() {
+  const auto deadline = clock::now() + std::chrono::milliseconds(kPatienceMs);
+  int status = 0;
+  while (clock::now() < deadline) {
+    read_more(20);
+    if (waitpid(child_, &status, WNOHANG) == child_) {
+      child_ = -1;
+      return exit_code_of(status);
+    }
+  }
+  return -1;
+}
+
+}  // namespace session

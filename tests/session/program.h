@@ -1,0 +1,63 @@
+// The real shell as a program: by its arguments, and by keystrokes on a pseudo-terminal.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace session {
+
+struct outcome {
+  int exit_code = -1;  // 128 + signal for a program that a signal ended
+  std::string out;
+  std::string err;
+};
+
+// Runs a program to its end. `input` is its standard input.
+outcome run_program(const std::string& program, const std::vector<std::string>& arguments,
+                    const std::string& input = {});
+
+// The shell that was built, on the switch of these tests.
+outcome run_shell(std::vector<std::string> arguments, const std::string& input = {});
+
+// One command on it.
+outcome run_command(const std::string& command);
+
+// The path of a file of these tests.
+std::string test_file(const std::string& name);
+
+// A directory of this test program, for what shells keep.
+std::string state_directory();
+
+// A shell at a pseudo-terminal of 24 rows and 80 columns.
+class terminal {
+ public:
+  explicit terminal(std::vector<std::string> arguments);
+  ~terminal();
+  terminal(const terminal&) = delete;
+  terminal& operator=(const terminal&) = delete;
+
+  void type(const std::string& keys);
+
+  // Waits for the prompt, and until the shell reads key by key.
+  bool shows_prompt();
+
+  // Waits until `text` has been shown since the last call that found its text. False when it does not come in time.
+  bool shows(const std::string& text);
+
+  // What the last shows() that found its text read up to there, and all that was shown since.
+  const std::string& seen() const { return seen_; }
+  const std::string& unread() const { return unread_; }
+
+  // Waits for the end of the program: its exit code, or -1 when it does not end in time.
+  int exit_code();
+
+ private:
+  bool read_more(int milliseconds);
+
+  int child_ = -1;
+  int screen_ = -1;
+  std::string seen_;
+  std::string unread_;
+};
+
+}  // namespace session
