@@ -46,9 +46,13 @@ configure() {
   }
 }
 
-# Builds a preset; prints nothing when there is nothing to do.
+# Builds a preset: with its progress the first time, and without a word when there is nothing to do.
 build() {
-  local preset=$1
-  shift
-  ninja -C "$root/build/$preset" --quiet "$@" >&2 || exit 1
+  local preset=$1 built="$root/build/$1/built"
+  if [ -f "$built" ]; then
+    (set -o pipefail && ninja -C "$root/build/$preset" --quiet | { grep -v '^ninja: no work to do' || true; } >&2)
+  else
+    ninja -C "$root/build/$preset" >&2
+    touch "$built"
+  fi
 }
