@@ -75,6 +75,12 @@ int32 if_index_set_channel_num(if_index_t* if_index, uint32 channel);
 int32 if_index_set_tunnel(if_index_t* if_index, uint32 tunnel);
 int32 if_index_set_sif_num(if_index_t* if_index, uint32 number);
 
+/*
+ * The interface with the next number of the same kind and place, whether it exists or not. Returns 0, or a system error
+ * and stores nothing behind the last number and for a kind without numbers.
+ */
+int32 if_index_next(if_index_t if_index, if_index_t* next);
+
 /* The in-band interface of the active supervisor. */
 if_index_t if_index_inband_get_active_sup_priority_hi(void);
 

@@ -106,6 +106,8 @@ static_assert(offsetof(lc_fcot_x2_info_t, writable_area) == 108, "NVR address");
 static_assert(offsetof(lc_fcot_x2_info_t, extnd_vendor_specific) == 156, "NVR address");
 static_assert(offsetof(lc_fcot_x2_info_t, max_speed) == 245, "wire offset");
 
+enum { X2_EXTENDED_CODE = 206 - 156 }; /* index of the vendor's extended module code in extnd_vendor_specific */
+
 enum { FCOT_NONE = 0, FCOT_SUPPORTED = 1 }; /* is_fcot_supported; others: present, not supported */
 enum { FCOT_TYPE_SFP = 1, FCOT_TYPE_X2 = 2, FCOT_TYPE_SFP_PLUS = 4 }; /* fcot_type; others: unsupported */
 
