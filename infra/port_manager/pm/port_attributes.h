@@ -11,6 +11,7 @@
 
 #include "platform/if_index.h"
 #include "platform/port_manager.h"
+#include "platform/transceiver.h"
 #include "platform/types.h"
 
 #ifdef __cplusplus
@@ -58,11 +59,25 @@ const char* port_state_reason_string(pm_port_state_reason_t port_state_reason, b
 /* The first reason of the family to which a reason belongs, or the reason itself. */
 pm_port_state_reason_t port_state_reason_unique_enum(pm_port_state_reason_t port_state_reason);
 
-/* A 10-gigabit Fibre-Channel channel: kind 4 or 22 with subtype 1. False when the kind cannot be read. */
-bool pm_is_xgfc_interface(if_index_t if_index);
+/* Predicates on interfaces. The first three are false when the kind cannot be read. */
+bool pm_is_xgfc_interface(if_index_t if_index);   /* kind 4 or 22 with subtype 1: 10-gigabit Fibre Channel */
+bool pm_is_bundle_port_type(if_index_t if_index); /* any other port-channel of either family              */
+bool pm_is_fcsif_port_type(if_index_t if_index);  /* a server (Fibre-Channel SIF) interface               */
+bool pm_is_beacon_mode_supported(if_index_t if_index);
+bool pm_is_bbcredit_supported(if_index_t if_index);
+bool pm_is_transceiver_supported(if_index_t if_index);
 
-/* A port-channel of either family that is not a 10-gigabit Fibre-Channel one. False when the kind cannot be read. */
-bool pm_is_bundle_port_type(if_index_t if_index);
+/* Predicates on kinds. */
+bool pm_is_port_mode_supported(if_index_type_t type);
+bool pm_is_trunk_mode_supported(if_index_type_t type);
+bool pm_is_port_speed_supported(if_index_type_t type);
+bool pm_is_duplex_mode_supported(if_index_type_t type);
+
+/* A DWDM module, told by its NVR image. False for null. */
+bool pm_is_x2_dwdm(lc_fcot_x2_info_t* x2);
+
+/* The port manager's code for SNMP: as it is. */
+int32 pm_map_snmp_error_code(int32 ret_val);
 
 #ifdef __cplusplus
 }
