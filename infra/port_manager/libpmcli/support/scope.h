@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <memory>
 
+#include "platform/mts.h"
+
 namespace pmcli {
 
 struct free_block {
@@ -49,6 +51,31 @@ class service_library {
 
  private:
   void* handle_;
+};
+
+// A message that was sent or received; dropped exactly once.
+class message {
+ public:
+  explicit message(mts_q_handle_t q) : q_(q) {}
+  ~message() { drop(); }
+  message(const message&) = delete;
+  message& operator=(const message&) = delete;
+
+  // To be filled by the transport or by a client function; when that has succeeded, hold() is told.
+  mts_msg_ref_t* ref() { return &ref_; }
+  void hold() { is_held_ = true; }
+
+  // Returns the transport's result; 0 when there was nothing to drop.
+  int32 drop() {
+    if (!is_held_) return 0;
+    is_held_ = false;
+    return mts_drop(q_, &ref_);
+  }
+
+ private:
+  mts_q_handle_t q_;
+  mts_msg_ref_t ref_{};
+  bool is_held_ = false;
 };
 
 }  // namespace pmcli

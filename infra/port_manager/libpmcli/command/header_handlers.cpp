@@ -1,0 +1,162 @@
+// The header handlers: which header a command id prints, for each kind of table.
+
+#include <cstddef>
+
+#include "command/frame.h"
+#include "command/table_headers.h"
+#include "platform/if_index.h"
+#include "pmcli/headers.h"
+#include "support/command_ids.h"
+
+using namespace pmcli;
+
+namespace {
+
+// Whether the header is also printed when the command's first interface is a sub-interface.
+enum class sub_interfaces { with, without };
+
+struct header {
+  void (*print)(cmd_rx_handle_t* rx);
+  sub_interfaces first_is_sub_interface;
+};
+
+constexpr auto kWith = sub_interfaces::with;
+constexpr auto kWithout = sub_interfaces::without;
+
+// A framed header that no other table shares.
+template <const auto& Lines>
+void print_framed(cmd_rx_handle_t* rx) {
+  print_framed_header(rx, Lines);
+}
+
+constexpr char kErrorsFormat[] = "%-8.8s %11s %11s %11s %11s %11s %11s\n";
+constexpr char kTrafficFormat[] = "%-8.8s %19s %17s %16s %16s\n";
+constexpr char kVlansFormat[] = "%-11.11s%s\n";
+
+constexpr header_line kErrors1[] = {
+    {kErrorsFormat, {"Port", "Align-Err", "FCS-Err", "Xmit-Err", "Rcv-Err", "UnderSize", "OutDiscards"}}};
+constexpr header_line kErrors2[] = {
+    {kErrorsFormat, {"Port", "Single-Col", "Multi-Col", "Late-Col", "Exces-Col", "Carri-Sen", "Runts"}}};
+constexpr header_line kErrors3[] = {
+    {kErrorsFormat, {"Port", "Giants", "SQETest-Err", "Deferred-Tx", "IntMacTx-Er", "IntMacRx-Er", "Symbol-Err"}}};
+constexpr header_line kReceived[] = {
+    {kTrafficFormat, {"Port", "InOctets", "InUcastPkts", "InMcastPkts", "InBcastPkts"}}};
+constexpr header_line kSent[] = {
+    {kTrafficFormat, {"Port", "OutOctets", "OutUcastPkts", "OutMcastPkts", "OutBcastPkts"}}};
+constexpr header_line kAllowedVlans[] = {{kVlansFormat, {"Port", "Vlans Allowed on Trunk"}}};
+constexpr header_line kForwardingVlans[] = {{kVlansFormat, {"Port", "STP Forwarding"}}};
+constexpr header_line kErroredVlans[] = {{kVlansFormat, {"Port", "Vlans Err-disabled on Trunk"}}};
+constexpr header_line kDebounce[] = {{"Port          Debounce time   Value(ms)\n", {}}};
+constexpr header_line kFlowControl[] = {
+    {"Port       Send FlowControl  Receive FlowControl  RxPause TxPause\n", {}},
+    {"           admin    oper     admin    oper\n", {}},
+};
+constexpr header_line kIfIndex[] = {{"Port             IFMIB Ifindex (hex)\n", {}}};
+
+constexpr command_ids<header> kCommonHeaders[] = {
+    {2, 2, {pm_cli_print_status_header, kWith}},
+    {7, 7, {pm_cli_print_eth_port_counters_brief_header, kWithout}},
+    {18, 18, {print_framed<kErrors1>, kWithout}},
+    {19, 19, {pm_cli_print_ethernet_storm_ctrl_header, kWithout}},
+    {22, 22, {print_framed<kDebounce>, kWithout}},
+    {23, 23, {print_framed<kFlowControl>, kWithout}},
+    {24, 24, {pm_cli_print_status_header, kWith}},
+    {25, 25, {pm_cli_print_eth_err_disabled_status_header, kWith}},
+    {26, 28, {pm_cli_print_status_header, kWith}},
+    {32, 32, {pm_cli_print_status_header, kWith}},
+    {34, 35, {print_framed<kFlowControl>, kWithout}},
+    {36, 36, {pm_cli_print_eth_mac_address_header, kWithout}},
+    {37, 38, {pm_cli_print_trunk_brief_status_header, kWithout}},
+    {39, 39, {print_framed<kAllowedVlans>, kWithout}},
+    {40, 40, {print_framed<kForwardingVlans>, kWithout}},
+    {44, 46, {print_framed<kReceived>, kWithout}},
+    {47, 49, {print_framed<kSent>, kWithout}},
+    {50, 51, {print_framed<kErrors1>, kWithout}},
+    {52, 54, {print_framed<kErrors2>, kWithout}},
+    {55, 57, {print_framed<kErrors3>, kWithout}},
+    {60, 60, {pm_cli_print_eth_err_disabled_status_header, kWith}},
+    {67, 69, {print_framed<kErrors1>, kWithout}},
+    {70, 72, {print_framed<kErrors2>, kWithout}},
+    {73, 75, {print_framed<kErrors3>, kWithout}},
+    {76, 78, {print_framed<kReceived>, kWithout}},
+    {79, 81, {print_framed<kSent>, kWithout}},
+    {83, 84, {pm_cli_print_ethernet_storm_ctrl_header, kWithout}},
+    {85, 85, {pm_cli_print_trunk_brief_status_header, kWithout}},
+    {86, 86, {print_framed<kAllowedVlans>, kWithout}},
+    {87, 87, {print_framed<kForwardingVlans>, kWithout}},
+    {88, 88, {pm_cli_print_trunk_brief_status_header, kWithout}},
+    {89, 89, {print_framed<kAllowedVlans>, kWithout}},
+    {90, 90, {print_framed<kForwardingVlans>, kWithout}},
+    {91, 91, {pm_cli_print_trunk_brief_status_header, kWithout}},
+    {92, 92, {print_framed<kAllowedVlans>, kWithout}},
+    {93, 93, {print_framed<kForwardingVlans>, kWithout}},
+    {94, 94, {pm_cli_print_trunk_brief_status_header, kWithout}},
+    {95, 95, {print_framed<kAllowedVlans>, kWithout}},
+    {96, 96, {print_framed<kForwardingVlans>, kWithout}},
+    {97, 100, {print_framed<kErroredVlans>, kWithout}},
+    {101, 102, {pm_cli_print_eth_errored_vlan_status_header, kWith}},
+    {104, 104, {print_framed<kIfIndex>, kWith}},
+};
+
+constexpr command_ids<header> kEthHeaders[] = {
+    {5, 5, {pm_cli_print_eth_brief_header, kWith}},
+    {7, 7, {pm_cli_print_eth_port_counters_brief_header, kWithout}},
+    {20, 20, {pm_cli_show_port_counters_trunk_header, kWithout}},
+    {60, 60, {pm_cli_print_eth_err_disabled_status_header, kWith}},
+};
+
+constexpr command_ids<header> kChannelHeaders[] = {
+    {4, 4, {pm_cli_print_description_header, kWith}},
+    {5, 5, {pm_pcm_cli_print_eth_brief_header, kWith}},
+    {7, 7, {pm_cli_print_eth_port_counters_brief_header, kWithout}},
+    {20, 20, {pm_cli_show_port_counters_trunk_header, kWithout}},
+    {102, 102, {pm_cli_print_eth_errored_vlan_status_header, kWith}},
+};
+
+constexpr command_ids<header> kLoopbackHeaders[] = {
+    {4, 4, {pm_cli_print_description_header, kWith}},
+    {5, 5, {pm_cli_print_loop_brief_header, kWith}},
+};
+
+constexpr command_ids<header> kMgmtHeaders[] = {
+    {4, 4, {pm_cli_print_description_header, kWith}},
+    {5, 5, {pm_cli_print_mgmt_brief_header_for_lumar, kWith}},
+};
+
+// The first interface that the command names, or 0.
+if_index_t first_interface(const paraminfo_t* param) {
+  if (param->parameter_count == 0) return 0;
+  const param_arg_t* const argument = find_argument(param, 0);
+  if (argument == nullptr) return 0;
+  const auto* const ranges = static_cast<const intf_range_t*>(argument->arg);
+  return ranges->range_count != 0 ? ranges->range[0].lower_if_index : 0;
+}
+
+template <std::size_t Rows>
+uint32 show_header(paraminfo_t* param, const command_ids<header> (&rows)[Rows]) {
+  if (param == nullptr) return 0;
+  cmd_rx_handle_t* const rx = obtain_output(param);
+  if (rx == nullptr) return 0;
+  const header found = find_action(rows, param->command_id, header{nullptr, kWith});
+  const bool is_skipped = found.first_is_sub_interface == kWithout && if_index_is_sub_intf(first_interface(param)) != 0;
+  if (found.print != nullptr && !is_skipped) found.print(rx);
+  cmd_prt_send(rx);
+  return 0;
+}
+
+}  // namespace
+
+uint32 pm_cli_show_common_header(paraminfo_t* param) { return show_header(param, kCommonHeaders); }
+
+uint32 pm_cli_show_eth_header(paraminfo_t* param) { return show_header(param, kEthHeaders); }
+
+uint32 pm_pcm_cli_show_header(paraminfo_t* param) { return show_header(param, kChannelHeaders); }
+
+uint32 pm_cli_show_loopback_header(paraminfo_t* param) { return show_header(param, kLoopbackHeaders); }
+
+uint32 pm_cli_show_mgmt_header(paraminfo_t* param) { return show_header(param, kMgmtHeaders); }
+
+uint32 pm_cli_show_inband_header(paraminfo_t* param) {
+  if (param != nullptr && param->command_id == 5) pm_cli_print_inband_brief_header();
+  return 0;
+}

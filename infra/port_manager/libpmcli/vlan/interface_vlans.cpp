@@ -1,0 +1,30 @@
+// What the interface manager knows of a port's layer and VLANs.
+
+#include "pmcli/vlan.h"
+#include "support/interface_manager.h"
+
+using namespace pmcli;
+
+namespace {
+
+constexpr interface_query kLayerMode = {
+    im_get_ifindex_layermode_list,
+    "layermode query on if_idx 0x%x failed: \nstatus: 0x%x - %s\nif_info_status: 0x%x\n"};
+
+constexpr interface_query kAccessVlan = {
+    im_get_ifindex_access_vlan_list,
+    "im_get_ifindex_access_vlan_list failed for 0x%x \nstatus: 0x%x - %s\nif_info_status: 0x%x\n"};
+
+}  // namespace
+
+syserr_t pm_cli_get_layer_mode_access_vlan(if_index_t if_index, mts_q_handle_t, if_info_t* if_info,
+                                           vlan_id_t* vlan_id) {
+  syserr_t error = prepare_interface_manager();
+  if (error != 0) return error;
+  if (!ask_interface_manager(kLayerMode, if_index, if_info, &error)) return error;
+  if (if_info->val.layer != IF_LAYER_2) return 0;
+  if_info_t access;
+  if (!ask_interface_manager(kAccessVlan, if_index, &access, &error)) return error;
+  *vlan_id = access.val.vlan.vlan_id;
+  return 0;
+}
