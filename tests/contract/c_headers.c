@@ -22,10 +22,13 @@
 #include "platform/vsan.h"
 #include "platform/vsh.h"
 #include "platform/wire.h"
+#include "pm/interface_ranges.h"
 #include "pm/port_attributes.h"
 #include "pmcli/command.h"
 #include "pmcli/counters.h"
+#include "pmcli/headers.h"
 #include "pmcli/interface.h"
+#include "pmcli/selection.h"
 #include "pmcli/transceiver.h"
 #include "pmcli/vlan.h"
 

@@ -20,8 +20,24 @@ std::string shown(RecordingPlatform& platform, uint32 command, if_index_t if_ind
   return platform.text();
 }
 
-// What a command id shows. Rows and lists that say "silent" here are not built yet: they print nothing.
-enum class display { detail, silent, statistics_row, transceiver, capabilities, trunk_detail, not_supported };
+// What a command id shows. "Silent" are also the rows that the state of the tests' port does not select, and the trunk
+// tables, which are not built yet.
+enum class display {
+  detail,
+  silent,
+  status_row,
+  error_row,
+  description_row,
+  brief_row,
+  mac_row,
+  if_index_row,
+  debounce_row,
+  statistics_row,
+  transceiver,
+  capabilities,
+  trunk_detail,
+  not_supported
+};
 
 struct command_case {
   uint32 command;
@@ -30,25 +46,19 @@ struct command_case {
 
 // Ids that are not here are not supported.
 constexpr command_case kCommands[] = {
-    {1, display::detail},          {2, display::silent},  // status row
-    {3, display::silent},                                 // for good
-    {4, display::silent},                                 // description row
-    {5, display::silent},                                 // brief row
-    {6, display::transceiver},     {9, display::transceiver},     {10, display::transceiver},
-    {13, display::capabilities},   {18, display::statistics_row},  // first error table
+    {1, display::detail},          {2, display::status_row},      {3, display::silent},  // for good
+    {4, display::description_row}, {5, display::brief_row},       {6, display::transceiver},
+    {9, display::transceiver},     {10, display::transceiver},    {13, display::capabilities},
+    {18, display::statistics_row},                                 // first error table
     {20, display::statistics_row},                                 // trunk counters
-    {22, display::silent},                                         // debounce row
-    {23, display::statistics_row},                                 // flow-control row
+    {22, display::debounce_row},   {23, display::statistics_row},  // flow-control row
     {24, display::silent},                                         // status row of what is administratively down
     {25, display::silent},                                         // error-status row of what is error-disabled
     {26, display::silent},                                         // status row of what is inactive
-    {27, display::silent},                                         // status row
-    {28, display::silent},                                         // status row of what is up
+    {27, display::status_row},     {28, display::status_row},      // of what is up
     {29, display::trunk_detail},   {30, display::trunk_detail},   {31, display::trunk_detail},
-    {32, display::silent},                                                                        // status row
-    {33, display::trunk_detail},   {34, display::statistics_row},                                 // flow-control row
-    {35, display::statistics_row}, {36, display::silent},                                         // MAC address row
-    {38, display::silent},                                                                        // trunk brief
+    {32, display::status_row},     {33, display::trunk_detail},   {34, display::statistics_row},  // flow-control row
+    {35, display::statistics_row}, {36, display::mac_row},        {38, display::silent},          // trunk brief
     {39, display::silent},                                                                        // allowed VLANs
     {40, display::silent},                                                                        // forwarding VLANs
     {42, display::silent},                                                                        // for good
@@ -60,8 +70,7 @@ constexpr command_case kCommands[] = {
     {53, display::statistics_row}, {54, display::statistics_row}, {55, display::statistics_row},  // third error table
     {56, display::statistics_row}, {57, display::statistics_row}, {58, display::statistics_row},  // detailed counters
     {59, display::silent},                                                                        // for good
-    {60, display::silent},                                                                        // error-status row
-    {104, display::silent},                                                                       // interface-index row
+    {60, display::error_row},      {104, display::if_index_row},
 };
 
 display display_of(uint32 command) {
@@ -81,6 +90,27 @@ std::vector<uint32> all_commands() {
 
 const Events kOneStatisticsFetch = {"open libstatcl.so lazy", "find statcl_get_port_client_stats",
                                     "close libstatcl.so"};
+const Events kOneCapabilityFetch = {"open libcrdcfg.so lazy", "find crdcfg_get_port_cap", "close libcrdcfg.so"};
+
+// The row of an Ethernet port that is up and whose card says "SFP"; empty for other displays.
+std::string row_text(display shows) {
+  switch (shows) {
+    case display::status_row: return "Eth1/1         --                 1        11      1000    SFP        \n";
+    case display::error_row: return "Eth1/1     --                 1        2\n";
+    case display::description_row: return "Ethernet1/1              --\n";
+    case display::brief_row: return "Ethernet1/1              1          --                1000     1500  \n";
+    case display::mac_row: return "Ethernet1/1                02aa.bbcc.ddee  0210.2030.4050\n";
+    case display::if_index_row: return "Eth1/1          134217728  (0x8000000 )\n";
+    case display::debounce_row: return "Eth1/1        disable                0\n";
+    case display::not_supported: return kNotSupported;
+    default: return "";
+  }
+}
+
+Events loader_events_of(display shows) {
+  if (shows == display::statistics_row) return kOneStatisticsFetch;
+  return shows == display::status_row ? kOneCapabilityFetch : Events{};
+}
 
 // ---- The table -----------------------------------------------------------------------------------------------------
 
@@ -91,12 +121,11 @@ TEST(ShowByCommand, EachIdOfAnAccessPortWithoutStatistics) {
     if (expected == display::detail) continue;  // below
     RecordingPlatform platform;
     platform.ports[kPort] = port_record();
+    platform.capabilities[kPort] = port_capabilities("SFP");
     const bool asks_statistics = expected == display::statistics_row;
-    EXPECT_EQ(shown(platform, command, kPort), expected == display::not_supported ? kNotSupported
-                                               : asks_statistics                  ? kNoStatistics
-                                                                                  : "");
-    EXPECT_EQ(platform.terminal(), platform.text());
-    EXPECT_EQ(platform.loader_events, asks_statistics ? kOneStatisticsFetch : Events{});
+    EXPECT_EQ(shown(platform, command, kPort), asks_statistics ? kNoStatistics : row_text(expected));
+    EXPECT_EQ(platform.terminal(), platform.pieces.empty() ? platform.text() : "");
+    EXPECT_EQ(platform.loader_events, loader_events_of(expected));
     EXPECT_EQ(platform.count("pm_cmi_get_port_config"), 1U);
     EXPECT_EQ(platform.sends, 0U);
   }
@@ -109,22 +138,73 @@ TEST(ShowByCommand, EachIdOfATrunkWithStatistics) {
     if (expected == display::detail || expected == display::trunk_detail) continue;  // below
     RecordingPlatform platform;
     platform.ports[kPort] = port_record_in_mode(PM_PORT_MODE_TRUNK);
+    platform.capabilities[kPort] = port_capabilities("SFP");
     platform.port_stats[kPort] = {};
-    EXPECT_EQ(shown(platform, command, kPort), expected == display::not_supported ? kNotSupported : "");
-    EXPECT_EQ(platform.loader_events, expected == display::statistics_row ? kOneStatisticsFetch : Events{});
+    EXPECT_EQ(shown(platform, command, kPort), row_text(expected));
+    EXPECT_EQ(platform.loader_events, loader_events_of(expected));
   }
 }
 
-// Rows that are shown for some states or kinds only are silent for the others for good.
-TEST(ShowByCommand, SelectiveRowsAskForNothingButTheRecord) {
-  for (const uint32 command : {22U, 24U, 25U, 26U, 28U, 38U, 39U, 40U, 104U}) {
-    for (const uint8 reason : {uint8{5}, uint8{11}, uint8{12}, uint8{30}, uint8{7}}) {
-      for (const if_index_t if_index : {kPort, kRoutablePort, kChannel, mgmt()}) {
-        RecordingPlatform platform;
-        platform.ports[if_index] = down_port_record();
-        platform.ports[if_index].oper_state_reason = reason;
-        EXPECT_EQ(shown(platform, command, if_index), "") << command;
-        EXPECT_TRUE(platform.loader_events.empty());
+// Which row an interface gets whose state and kind a command selects; the first cell tells the row.
+enum class selected_row { none, status, error, debounce, if_index };
+
+selected_row row_selected_by(uint32 command, const pm_port_info_t& port, if_index_type_t type) {
+  const uint32 reason = port.oper_state_reason;
+  const bool is_error_disabled = reason == 5 || reason == 30;  // of the reasons below
+  bool is_selected = false;
+  switch (command) {
+    case 22: return type == 2 ? selected_row::debounce : selected_row::none;
+    case 104: return type == 2 ? selected_row::if_index : selected_row::none;
+    case 25: return is_error_disabled ? selected_row::error : selected_row::none;
+    case 60: return selected_row::error;
+    case 24: is_selected = reason == 12; break;
+    case 26: is_selected = reason == 11; break;
+    case 28: is_selected = port.oper_port_state == 1; break;
+    case 2:
+    case 27:
+    case 32: is_selected = true; break;
+    default: break;
+  }
+  return is_selected ? selected_row::status : selected_row::none;
+}
+
+selected_row row_shown(const RecordingPlatform& platform) {
+  const Tuples tuples = platform.tuples();
+  if (tuples.empty()) return selected_row::none;
+  switch (tuples.front().id) {
+    case 0x0C2A0612: return selected_row::status;
+    case 0x0C2A0619: return selected_row::error;
+    case 0x0C2A05E6: return selected_row::debounce;
+    case 0x0C2A05E9: return selected_row::if_index;
+    default: ADD_FAILURE() << "a row that begins with " << testing::PrintToString(tuples.front());
+  }
+  return selected_row::none;
+}
+
+TEST(ShowByCommand, RowsAreSelectedByStateReasonAndKind) {
+  for (const uint32 command : {2U, 22U, 24U, 25U, 26U, 27U, 28U, 32U, 38U, 39U, 40U, 60U, 104U}) {
+    for (const uint8 state : {uint8{1}, uint8{2}, uint8{0}}) {
+      for (const uint8 reason : {uint8{5}, uint8{11}, uint8{12}, uint8{30}, uint8{7}, uint8{1}}) {
+        for (const if_index_t if_index :
+             {kPort, kRoutablePort, kChannel, kOldChannel, mgmt(), loopback(0), satellite(100, 1, 1)}) {
+          RecordingPlatform platform;
+          pm_port_info_t& port = platform.ports[if_index] = port_record();
+          port.oper_port_state = state;
+          port.oper_state_reason = reason;
+          platform.capabilities[if_index] = port_capabilities("SFP");
+          if_index_type_t type = IF_TYPE_NONE;
+          if_index_get_type(if_index, &type);
+          shown(platform, command, if_index);
+          const selected_row expected = row_selected_by(command, port, type);
+          EXPECT_EQ(row_shown(platform), expected)
+              << "id " << command << ", reason " << int{reason} << ", state " << int{state} << ", kind " << int{type};
+          EXPECT_EQ(platform.short_rows, expected == selected_row::none ? 0U : 1U);
+          EXPECT_EQ(platform.terminal(), "");
+          if (expected == selected_row::none) {
+            EXPECT_EQ(platform.text(), "");
+            EXPECT_TRUE(platform.loader_events.empty());
+          }
+        }
       }
     }
   }

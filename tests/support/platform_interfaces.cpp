@@ -212,6 +212,8 @@ if_index_t if_index_inband_get_active_sup_priority_hi(void) { return numbered(IF
 int compare_intf_bay_ext_aliases(const void* left, const void* right) {
   const if_index_t a = *static_cast<const if_index_t*>(left);
   const if_index_t b = *static_cast<const if_index_t*>(right);
+  const auto& compare = platform_for("compare_intf_bay_ext_aliases").compare_aliases;
+  if (compare) return compare(a, b);
   return a < b ? -1 : a > b;
 }
 

@@ -117,7 +117,7 @@ int32 mts_drop(mts_q_handle_t, mts_msg_ref_t* dropped) {
   found->is_dropped = true;
   octets().swap(found->payload);  // a later read of it is an error that the sanitizer sees
   platform_for("mts_drop").drops.push_back(dropped->id);
-  return 0;
+  return platform_for("mts_drop").failure_of("mts_drop");
 }
 
 }  // extern "C"

@@ -110,11 +110,11 @@ int32 answer_listing(const char* function, const std::map<if_index_type_t, octet
   return 0;
 }
 
-uint32 configure(const char* function, if_index_type_t type, uint32 create, interface_mask_t mask,
+uint32 configure(const char* function, if_index_type_t type, mts_q_handle_t q, uint32 create, interface_mask_t mask,
                  const intf_range_t* ranges, uint32 timeout) {
   RecordingPlatform& platform = platform_for(function);
   platform.interface_configurations.push_back(
-      {type, create, mask, {ranges->range, ranges->range + ranges->range_count}, timeout});
+      {type, q, create, mask, {ranges->range, ranges->range + ranges->range_count}, timeout});
   return static_cast<uint32>(platform.failure_of(function));
 }
 
@@ -126,7 +126,8 @@ int32 answer_each(const char* function, const std::map<if_index_t, Value>& value
   for (uint32 i = 0; i < count; ++i) {
     const auto known = values.find(records[i].ifindex);
     put(records[i], known == values.end() ? otherwise : known->second);
-    records[i].status = platform.interface_manager_status;
+    const auto status = platform.record_statuses.find(function);
+    records[i].status = status == platform.record_statuses.end() ? platform.interface_manager_status : status->second;
   }
   return 0;
 }
@@ -220,14 +221,16 @@ int32 pm_cmi_get_tracked_port_if_list(mts_q_handle_t, if_index_t if_index, void*
                    tracked_block);
 }
 
-int32 pm_get_if_index_listing(if_index_type_t type, mts_q_handle_t, mts_msg_ref_t* answer, int32) {
-  return answer_listing("pm_get_if_index_listing", platform_for("pm_get_if_index_listing").listings, type, answer);
+int32 pm_get_if_index_listing(if_index_type_t type, mts_q_handle_t q, mts_msg_ref_t* answer, int32 timeout) {
+  RecordingPlatform& platform = platform_for("pm_get_if_index_listing");
+  platform.listing_queries.push_back({type, q, timeout, std::nullopt});
+  return answer_listing("pm_get_if_index_listing", platform.listings, type, answer);
 }
 
-int32 pm_get_startup_if_index_listing(const char* uri_prefix, if_index_type_t type, mts_q_handle_t,
-                                      mts_msg_ref_t* answer, int32) {
+int32 pm_get_startup_if_index_listing(const char* uri_prefix, if_index_type_t type, mts_q_handle_t q,
+                                      mts_msg_ref_t* answer, int32 timeout) {
   RecordingPlatform& platform = platform_for("pm_get_startup_if_index_listing");
-  platform.startup_uris_asked.emplace_back(uri_prefix);
+  platform.listing_queries.push_back({type, q, timeout, uri_prefix});
   return answer_listing("pm_get_startup_if_index_listing", platform.startup_listings, type, answer);
 }
 
@@ -243,8 +246,10 @@ uint32 pm_get_mts_sap(if_index_t if_index) {
   return known == saps.end() ? static_cast<uint32>(MTS_SAP_PORT_MANAGER) : known->second;
 }
 
-int32 pm_get_port_info_range(mts_q_handle_t, if_index_t low, if_index_t high, mts_msg_ref_t* answer) {
+int32 pm_get_port_info_range(mts_q_handle_t q, if_index_t low, if_index_t high, mts_msg_ref_t* answer) {
   RecordingPlatform& platform = platform_for("pm_get_port_info_range");
+  platform.port_ranges_asked.push_back({low, high});
+  platform.permission_queues.push_back(q);
   if (const int32 error = platform.failure_of("pm_get_port_info_range"); error != 0) return error;
   *answer = receive_message(platform, "ports of a range", {.payload = records_in(platform.ports, {low, high}).second});
   return 0;
@@ -255,14 +260,20 @@ int32 pm_parse_get_port_info_range(const mts_msg_ref_t* answer, uint32* num_port
   *ports = nullptr;
   if (const int32 error = platform.failure_of("pm_parse_get_port_info_range"); error != 0) return error;
   const octets records = message_payload(answer);
+  if (platform.port_range) {
+    *num_ports = platform.port_range->count;
+    if (platform.port_range->block) give(platform, "pm_parse_get_port_info_range", *platform.port_range->block, ports);
+    return 0;
+  }
   *num_ports = static_cast<uint32>(records.size() / sizeof(pm_port_info_t));
   if (*num_ports != 0) give(platform, "pm_parse_get_port_info_range", records, ports);
   return 0;
 }
 
-int32 vsan_get_port_trunking_membership(mts_q_handle_t, if_index_t if_index, vsan_bitset_t* vsans) {
-  const auto& entries = platform_for("vsan_get_port_trunking_membership").port_vsans;
-  return answer_from("vsan_get_port_trunking_membership", entries, if_index, vsans);
+int32 vsan_get_port_trunking_membership(mts_q_handle_t q, if_index_t if_index, vsan_bitset_t* vsans) {
+  RecordingPlatform& platform = platform_for("vsan_get_port_trunking_membership");
+  platform.permission_queues.push_back(q);
+  return answer_from("vsan_get_port_trunking_membership", platform.port_vsans, if_index, vsans);
 }
 
 boolean vsh_fc_intf_perm_check(const vsh_fc_intf_perm_check_info_t* info) {
@@ -271,14 +282,14 @@ boolean vsh_fc_intf_perm_check(const vsh_fc_intf_perm_check_info_t* info) {
   return platform.is_permitted ? platform.is_permitted(*info) : 1;
 }
 
-uint32 pm_cli_config_sub_interface(mts_q_handle_t, uint32 create, interface_mask_t mask, const intf_range_t* ranges,
+uint32 pm_cli_config_sub_interface(mts_q_handle_t q, uint32 create, interface_mask_t mask, const intf_range_t* ranges,
                                    uint32 timeout) {
-  return configure("pm_cli_config_sub_interface", IF_TYPE_ETHERNET, create, mask, ranges, timeout);
+  return configure("pm_cli_config_sub_interface", IF_TYPE_ETHERNET, q, create, mask, ranges, timeout);
 }
 
-uint32 pm_cli_config_loopback_interface(mts_q_handle_t, uint32 create, interface_mask_t mask,
+uint32 pm_cli_config_loopback_interface(mts_q_handle_t q, uint32 create, interface_mask_t mask,
                                         const intf_range_t* ranges, uint32 timeout) {
-  return configure("pm_cli_config_loopback_interface", IF_TYPE_LOOPBACK, create, mask, ranges, timeout);
+  return configure("pm_cli_config_loopback_interface", IF_TYPE_LOOPBACK, q, create, mask, ranges, timeout);
 }
 
 int32 get_port_channel_members(uint32 chassis_type, if_index_t if_index, void** response) {
@@ -289,8 +300,9 @@ int32 get_port_channel_members(uint32 chassis_type, if_index_t if_index, void** 
 
 int32 ipconf_get_if_inet_addrs(mts_q_handle_t, if_index_t if_index, ipconf_if_inet_addrs_t** list) {
   const RecordingPlatform& platform = platform_for("ipconf_get_if_inet_addrs");
-  return give_list("ipconf_get_if_inet_addrs", platform.address_block, platform.addresses, if_index, list,
-                   address_block);
+  const int32 error =
+      give_list("ipconf_get_if_inet_addrs", platform.address_block, platform.addresses, if_index, list, address_block);
+  return error != 0 ? error : platform.address_result;
 }
 
 int32 mcecm_api_sdb_sh_int_po(if_index_t if_index, char* status) {

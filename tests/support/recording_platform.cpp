@@ -52,6 +52,7 @@ constexpr std::string_view kFallible[] = {
     "ipconf_get_if_inet_addrs",
     "malloc",
     "mcecm_api_sdb_sh_int_po",
+    "mts_drop",
     "mts_is_reject",
     "mts_payload_get",
     "mts_payload_size",

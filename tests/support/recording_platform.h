@@ -175,8 +175,8 @@ class RecordingPlatform {
   // -- Failing --
 
   // From now on this function fails with this result and stores nothing. Functions that return a pointer fail with
-  // null, whatever `result` is; "mts_is_reject" says yes, "mts_payload_size" gives 0. A result of -1 makes `mts_errno`
-  // the reason that mts_errno_get() gives.
+  // null, whatever `result` is; "mts_is_reject" says yes, "mts_payload_size" gives 0, and the message of a failed
+  // "mts_drop" is gone all the same. A result of -1 makes `mts_errno` the reason that mts_errno_get() gives.
   void fail_with(const std::string& function, int32 result = -1);
   int32 mts_errno = 110;
 
@@ -217,11 +217,13 @@ class RecordingPlatform {
   std::optional<octets> tracked_block;
   std::optional<octets> member_block;
   std::optional<octets> address_block;
+  int32 address_result = 0;  // of ipconf_get_if_inet_addrs(), which hands its list over whatever this is
 
   std::map<if_index_t, uint32> layers;                // without an entry: IF_LAYER_2
   std::map<if_index_t, uint16> native_vlans;          // without an entry: 1
   std::map<if_index_t, uint16> access_vlans;          // without an entry: 1
   int32 interface_manager_status = 0;                 // the status in each answered record
+  std::map<std::string, int32> record_statuses;       // the same by function, in its place
   std::vector<std::string> interface_manager_starts;  // arguments of im_ext_sbcr_init(), as "262 0 clish"
 
   std::map<if_index_t, show_eth_intf_resp_t> eth_stats;           // pm_get_clear_eth_stats()
@@ -235,12 +237,24 @@ class RecordingPlatform {
   uint32 config_type = ACFG_RUNNING;
   std::string startup_uri = "startup:";
   std::map<if_index_type_t, octets> startup_listings;  // payloads of pm_get_startup_if_index_listing()
-  std::vector<std::string> startup_uris_asked;
-  std::map<if_index_t, uint32> port_manager_saps;  // without an entry: MTS_SAP_PORT_MANAGER
+  struct listing_query {
+    if_index_type_t type;
+    mts_q_handle_t q;
+    int32 timeout;
+    std::optional<std::string> startup_uri;  // none: the running configuration was asked for
+    bool operator==(const listing_query&) const = default;
+  };
+  std::vector<listing_query> listing_queries;
+  std::function<int(if_index_t, if_index_t)> compare_aliases;  // without it by number
+  std::map<if_index_t, uint32> port_manager_saps;              // without an entry: MTS_SAP_PORT_MANAGER
+  std::optional<port_config_answer> port_range;     // takes the place of `ports` in pm_parse_get_port_info_range()
+  std::vector<if_index_range_t> port_ranges_asked;  // of pm_get_port_info_range()
   std::map<if_index_t, vsan_bitset_t> port_vsans;
+  std::vector<mts_q_handle_t> permission_queues;  // of each call of the service in a permission check
   std::function<boolean(const vsh_fc_intf_perm_check_info_t&)> is_permitted;  // without it all is
   struct interface_configuration {
     if_index_type_t type;  // IF_TYPE_LOOPBACK, or IF_TYPE_ETHERNET for sub-interfaces
+    mts_q_handle_t q;
     uint32 create;
     interface_mask_t mask;
     std::vector<vsh_intf_mono_range_t> ranges;
