@@ -15,6 +15,10 @@ int32 get_port_snmp_statistics(if_index_t if_index, statscl_portcl_stats_msg_t* 
 // Fills the caller's record. Returns 1, or 0 on failure.
 int32 get_loopback_counters(mts_q_handle_t q, if_index_t if_index, ip_if_stats* stats);
 
+// Each clears one interface. The first returns 0 or an error, the second 1, or 0 on failure.
+int32 clear_port_statistics(if_index_t if_index);
+int32 clear_loopback_counters(if_index_t if_index);
+
 // Fills the caller's response, as far as its `size` bytes reach. Returns 0 or a system error.
 syserr_t get_port_capability(const if_index_range_t* range, uint32 size, uint8* response);
 

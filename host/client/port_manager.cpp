@@ -131,7 +131,7 @@ int32 pm_parse_get_port_info_range(const mts_msg_ref_t* message, uint32* num_por
   if (ports != nullptr) *ports = nullptr;
   if (message == nullptr || num_ports == nullptr || ports == nullptr) return PM_ERR_GENERAL;
   const counted_records found = records_of(payload_of(*message), sizeof **ports);
-  if (found.error != 0 || found.count == 0) return found.error;
+  if (found.count == 0) return found.error;
   *ports = copy_of<pm_port_info_t>(found.records);
   if (*ports == nullptr) return PM_ERR_GENERAL;
   *num_ports = found.count;

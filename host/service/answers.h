@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "service/messages.h"
+#include "switch/live_statistics.h"
 #include "switch/model.h"
 #include "transport/transport.h"
 
@@ -76,8 +77,21 @@ template <typename Answer>
 reply answer_for_interface(std::span<const std::byte> bytes, Answer answer) {
   const auto request = read_request<interface_request>(bytes);
   if (!request) return reject();
-  const interface* const found = std::as_const(the_machine()).find(request->if_index);
+  interface* const found = the_machine().find(request->if_index);
   return found == nullptr ? answer_error(PM_ERR_NO_SUCH_INTERFACE) : answer(*found);
+}
+
+// The same, with the interface's statistics brought up to this moment.
+template <typename Answer>
+reply answer_with_statistics(std::span<const std::byte> bytes, Answer answer) {
+  return answer_for_interface(bytes, [=](interface& it) {
+    return refresh_statistics(it) ? answer(it) : answer_error(PM_ERR_NO_SUCH_INTERFACE);
+  });
+}
+
+// Clears an interface's counters; the answer has no record.
+inline reply answer_clear_of(interface& it) {
+  return clear_statistics(it) ? answer_writer(0).finish() : answer_error(PM_ERR_NO_SUCH_INTERFACE);
 }
 
 // The interfaces of a range, or why there are none.

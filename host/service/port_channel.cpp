@@ -22,12 +22,29 @@ reply answer_multi_chassis_status(const interface& channel) {
   return answer_record(record);
 }
 
+bool is_whole_channel(const interface& it) {
+  if_index_type_t type = IF_TYPE_NONE;
+  if_index_get_type(it.if_index, &type);
+  return (type == IF_TYPE_PORT_CHANNEL || type == IF_TYPE_ETH_PORT_CHANNEL) && if_index_is_sub_intf(it.if_index) == 0;
+}
+
+reply answer_next(std::span<const std::byte> bytes) {
+  const auto request = read_request<interface_request>(bytes);
+  if (!request) return reject();
+  const if_index_t current = request->if_index;
+  const auto& all = the_machine().interfaces;
+  const auto next = std::find_if(all.begin(), all.end(),
+                                 [=](const interface& it) { return it.if_index > current && is_whole_channel(it); });
+  return next == all.end() ? answer_error(PM_ERR_NO_SUCH_INTERFACE) : answer_record(be32(next->if_index));
+}
+
 }  // namespace
 
 reply serve_port_channel(mts_opc_t opcode, std::span<const std::byte> request) {
   switch (opcode) {
     case PC_OPC_MEMBERS: return answer_for_interface(request, answer_members);
     case PC_OPC_MULTI_CHASSIS_STATUS: return answer_for_interface(request, answer_multi_chassis_status);
+    case PC_OPC_NEXT: return answer_next(request);
     default: return reject();
   }
 }

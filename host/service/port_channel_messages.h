@@ -11,8 +11,9 @@ enum { SAP_PORT_CHANNEL = 194 };
 
 // Opcode                         request             records of the answer
 enum port_channel_opcode : mts_opc_t {
-  PC_OPC_MEMBERS = 1,              // interface_request   be32, an interface index each
-  PC_OPC_MULTI_CHASSIS_STATUS = 2  // interface_request   multi_chassis_status
+  PC_OPC_MEMBERS = 1,               // interface_request   be32, an interface index each
+  PC_OPC_MULTI_CHASSIS_STATUS = 2,  // interface_request   multi_chassis_status
+  PC_OPC_NEXT = 3,                  // interface_request   be32, the first port-channel behind this index
 };
 
 struct multi_chassis_status {

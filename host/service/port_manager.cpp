@@ -1,5 +1,3 @@
-#include <ctime>
-
 #include "service/answers.h"
 #include "service/interface_requests.h"
 #include "service/port_manager_messages.h"
@@ -54,13 +52,14 @@ reply answer_tracked_ports(const interface& port) {
   return answer.finish();
 }
 
-// Rates go on; what counts up starts again.
-void clear(statistics& stats) {
-  stats.in = {};
-  stats.out = {};
-  stats.errors = {};
-  stats.rate_ring = {};
-  stats.last_clear_sec = static_cast<uint32>(std::time(nullptr));
+// Clears what was asked for: the interfaces themselves, or sub-interfaces when the first one is such.
+reply clear_range(std::span<interface> interfaces) {
+  const boolean of_subs = if_index_is_sub_intf(interfaces.front().if_index);
+  reply answer = answer_writer(0).finish();
+  for (interface& it : interfaces)
+    if (if_index_is_sub_intf(it.if_index) == of_subs && !clear_statistics(it))
+      answer = answer_error(PM_ERR_NO_SUCH_INTERFACE);
+  return answer;
 }
 
 reply answer_eth_statistics(std::span<const std::byte> bytes, bool of_channel) {
@@ -71,9 +70,37 @@ reply answer_eth_statistics(std::span<const std::byte> bytes, bool of_channel) {
   const bool is_channel = is_of_type(interfaces.front().if_index, IF_TYPE_PORT_CHANNEL) ||
                           is_of_type(interfaces.front().if_index, IF_TYPE_ETH_PORT_CHANNEL);
   if (of_channel && !is_channel) return answer_error(PM_ERR_NOT_ALLOWED_ON_INTERFACE);
-  if (request->get != 0) return answer_record(eth_statistics_record(interfaces.front()));
-  for (interface& it : interfaces) clear(it.stats);
-  return answer_writer(0).finish();
+  if (request->get == 0) return clear_range(interfaces);
+  if (!refresh_statistics(interfaces.front())) return answer_error(PM_ERR_NO_SUCH_INTERFACE);
+  return answer_record(eth_statistics_record(interfaces.front()));
+}
+
+// The in-band interface has its counters in the kernel, where the port manager does not reach.
+syserr_t clear_counters(if_index_t if_index) {
+  if (is_of_type(if_index, IF_TYPE_INBAND)) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
+  interface* const found = the_machine().find(if_index);
+  return found != nullptr && clear_statistics(*found) ? 0 : PM_ERR_NO_SUCH_INTERFACE;
+}
+
+reply answer_clear(std::span<const std::byte> bytes) {
+  clear_request request;
+  if (bytes.size() < sizeof request) return reject();
+  std::memcpy(&request, bytes.data(), sizeof request);
+  const std::span wanted = bytes.subspan(sizeof request);
+  if (request.count > MAX_CLEARED_AT_ONCE || wanted.size() != request.count * sizeof(be32)) return reject();
+  reply answer;
+  append_bytes(answer, static_cast<uint8>(request.count));
+  for (std::size_t at = 0; at < wanted.size(); at += sizeof(be32)) {
+    be32 if_index;
+    std::memcpy(&if_index, wanted.data() + at, sizeof if_index);
+    append_bytes(answer, pm_clear_status_t{if_index, clear_counters(if_index)});
+  }
+  return answer;
+}
+
+reply answer_clear_management(interface& port) {
+  return is_of_type(port.if_index, IF_TYPE_MGMT) ? answer_clear_of(port)
+                                                 : answer_error(PM_ERR_NOT_ALLOWED_ON_INTERFACE);
 }
 
 }  // namespace
@@ -91,8 +118,10 @@ reply serve_port_manager(mts_opc_t opcode, std::span<const std::byte> request) {
     case PM_OPC_ETH_STATISTICS: return answer_eth_statistics(request, false);
     case PM_OPC_CHANNEL_STATISTICS: return answer_eth_statistics(request, true);
     case PM_OPC_INTERFACE_COUNTERS:
-      return answer_for_interface(request,
-                                  [](const interface& it) { return answer_record(interface_counters_record(it)); });
+      return answer_with_statistics(request,
+                                    [](const interface& it) { return answer_record(interface_counters_record(it)); });
+    case PM_OPC_CLEAR_COUNTERS: return answer_clear(request);
+    case PM_OPC_CLEAR_MANAGEMENT: return answer_for_interface(request, answer_clear_management);
     default: return reject();
   }
 }

@@ -1,6 +1,7 @@
 // Messages of the port manager.
 #pragma once
 
+#include "platform/clear_counters.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
 #include "platform/port_manager.h"
@@ -14,12 +15,14 @@ namespace host {
 enum port_manager_opcode : mts_opc_t {
   PM_OPC_PORT_CONFIG = 301,        // range_request            pm_port_info_t, one for each interface of the range
   PM_OPC_TRANSCEIVER = 302,        // range_request            pm_fcot_res_t, one for each interface of the range
-  PM_OPC_LISTING = 303,            // listing_request          no head: pm_if_index_listing_res_payload_t, then be32 each
+  PM_OPC_LISTING = 303,            // listing_request          no head: pm_if_index_listing_res_payload_t, be32 each
   PM_OPC_TRACKED_PORTS = 304,      // interface_request        be32, an interface index each
-  PM_OPC_ETH_STATISTICS = 305,     // eth_statistics_request   show_eth_intf_resp_t of the first interface; none for a clear
+  PM_OPC_ETH_STATISTICS = 305,     // eth_statistics_request   show_eth_intf_resp_t of the first; none for a clear
   PM_OPC_CHANNEL_STATISTICS = 306, // the same, for a port-channel
   PM_OPC_INTERFACE_COUNTERS = 307, // interface_request        pm_if_stat
   PM_OPC_STARTUP_LISTING = 308,    // listing_request          as PM_OPC_LISTING
+  PM_OPC_CLEAR_COUNTERS = 309,     // clear_request            no head: count byte, pm_clear_status_t each
+  PM_OPC_CLEAR_MANAGEMENT = 310,   // interface_request        none
   PM_OPC_VERIFY = 330,             // verification             no head: pm_cli_if_index_verify_res_payload_t
   PM_OPC_SUB_INTERFACES = 331,     // verification             none
   PM_OPC_LOOPBACKS = 332,          // verification             none
@@ -34,10 +37,20 @@ struct listing_request {
 };
 static_assert(sizeof(listing_request) == 4);
 
+// A clear of a range of ports or channels leaves their sub-interfaces alone; one that begins with a sub-interface
+// clears these.
 struct eth_statistics_request {
   range_request range;
   be32 get;  // 1 reads, 0 clears
 };
 static_assert(sizeof(eth_statistics_request) == 12);
+
+// `count` interface indexes follow, no more than the byte of the answer can count.
+struct clear_request {
+  be32 count;
+};
+static_assert(sizeof(clear_request) == 4);
+
+enum { MAX_CLEARED_AT_ONCE = 255 };
 
 }  // namespace host

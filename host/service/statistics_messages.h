@@ -15,6 +15,11 @@ enum statistics_opcode : mts_opc_t {
   STATS_OPC_PORT = 1,       // interface_request   statscl_portcl_stats_msg_t
   STATS_OPC_PORT_SNMP = 2,  // interface_request   statscl_portcl_stats_msg_t
   STATS_OPC_LOOPBACK = 3,   // interface_request   ip_if_stats
+
+  // Clearing; the answers have no record.
+  STATS_OPC_CLEAR_PORT = 4,      // interface_request
+  STATS_OPC_CLEAR_LOOPBACK = 5,  // interface_request
+  STATS_OPC_CLEAR_CHANNEL = 6,   // interface_request
 };
 
 }  // namespace host

@@ -1,6 +1,8 @@
 #include "service/statistics_records.h"
 
 #include <algorithm>
+#include <iterator>
+#include <tuple>
 
 #include "platform/interface_manager.h"
 #include "platform/port_manager.h"
@@ -10,7 +12,20 @@ namespace {
 
 uint32 low_32_bits(uint64 counter) { return static_cast<uint32>(counter); }
 
-void fill_packet_flow(const interface& port, statscl_portcl_mac_pktflow_stats_t& flow) {
+using flow_stats = statscl_portcl_mac_pktflow_stats_t;
+using error_stats = statscl_portcl_mac_error_stats_t;
+
+// Members of the record in the order of the model's size classes.
+constexpr be64 flow_stats::*kReceivedBySize[] = {
+    &flow_stats::b64_rx,       &flow_stats::b65_127_rx,    &flow_stats::b128_255_rx,   &flow_stats::b256_511_rx,
+    &flow_stats::b512_1023_rx, &flow_stats::b1024_1518_rx, &flow_stats::b1519_1548_rx, &flow_stats::jumbo_pkts};
+constexpr be64 flow_stats::*kSentBySize[] = {
+    &flow_stats::b64_tx,       &flow_stats::b65_127_tx,    &flow_stats::b128_255_tx,   &flow_stats::b256_511_tx,
+    &flow_stats::b512_1023_tx, &flow_stats::b1024_1518_tx, &flow_stats::b1519_1548_tx, &flow_stats::jumbo_pkts_tx};
+static_assert(std::size(kReceivedBySize) == std::tuple_size_v<size_classes>);
+static_assert(std::size(kSentBySize) == std::tuple_size_v<size_classes>);
+
+void fill_packet_flow(const interface& port, flow_stats& flow) {
   const traffic_counters& in = port.stats.in;
   const traffic_counters& out = port.stats.out;
   flow.ingress_pkts = in.packets();
@@ -18,6 +33,7 @@ void fill_packet_flow(const interface& port, statscl_portcl_mac_pktflow_stats_t&
   flow.multicast_pkts = in.multicast_packets;
   flow.broadcast_pkts = in.broadcast_packets;
   flow.bytes_pkts = in.bytes;
+  flow.storm_supression = port.stats.errors.storm_suppressed;
   flow.pkt_rate_rx = port.stats.in_packets_per_second;
   flow.byte_rate_rx = port.stats.in_bytes_per_second;
   flow.egress_pkts = out.packets();
@@ -27,26 +43,65 @@ void fill_packet_flow(const interface& port, statscl_portcl_mac_pktflow_stats_t&
   flow.bytes_tx = out.bytes;
   flow.pkt_rate_tx = port.stats.out_packets_per_second;
   flow.byte_rate_tx = port.stats.out_bytes_per_second;
+  for (std::size_t i = 0; i < std::size(kReceivedBySize); ++i) {
+    flow.*kReceivedBySize[i] = in.packets_by_size[i];
+    flow.*kSentBySize[i] = out.packets_by_size[i];
+  }
   if (port.oper_mode != PM_PORT_MODE_TRUNK) return;
   flow.trunk_rx = in.packets();
   flow.trunk_tx = out.packets();
 }
 
-void fill_errors(const statistics& stats, statscl_portcl_mac_error_stats_t& errors) {
-  errors.runt = stats.errors.runts;
-  errors.crc = stats.errors.crc;
-  errors.overrun = stats.errors.overruns;
-  errors.underrun = stats.errors.underruns;
-  errors.collision = stats.errors.collisions;
-  errors.late_collision = stats.errors.late_collisions;
-  errors.lost_carrier = stats.errors.lost_carrier;
-  errors.no_carrier = stats.errors.no_carrier;
+struct error_member {
+  be64 error_stats::*member;
+  uint64 error_counters::*counter;
+};
+
+constexpr error_member kErrorMembers[] = {
+    {&error_stats::no_buffer, &error_counters::no_buffer},
+    {&error_stats::runt, &error_counters::runts},
+    {&error_stats::crc, &error_counters::crc},
+    {&error_stats::ecc, &error_counters::ecc},
+    {&error_stats::overrun, &error_counters::overruns},
+    {&error_stats::underrun, &error_counters::underruns},
+    {&error_stats::ignored, &error_counters::ignored},
+    {&error_stats::bad_etype_drop, &error_counters::bad_ethertype},
+    {&error_stats::bad_proto_drop, &error_counters::bad_protocol},
+    {&error_stats::if_down_drop, &error_counters::dropped_while_down},
+    {&error_stats::collision, &error_counters::collisions},
+    {&error_stats::late_collision, &error_counters::late_collisions},
+    {&error_stats::lost_carrier, &error_counters::lost_carrier},
+    {&error_stats::no_carrier, &error_counters::no_carrier},
+    {&error_stats::babble, &error_counters::babble},
+    {&error_stats::watchdog, &error_counters::watchdog},
+    {&error_stats::input_dribble, &error_counters::dribble},
+    {&error_stats::deferred, &error_counters::deferred},
+    {&error_stats::jabber, &error_counters::jabber},
+    {&error_stats::shortframe, &error_counters::short_frames},
+    {&error_stats::single_collision, &error_counters::single_collisions},
+    {&error_stats::multi_collision, &error_counters::multiple_collisions},
+    {&error_stats::excessive_collision, &error_counters::excessive_collisions},
+    {&error_stats::bad_encap, &error_counters::bad_encapsulation},
+    {&error_stats::crc_tx, &error_counters::crc_sent},
+    {&error_stats::bpdu_outlost, &error_counters::bpdu_lost},
+    {&error_stats::cos0_outlost, &error_counters::cos0_lost},
+    {&error_stats::cos1_outlost, &error_counters::cos1_lost},
+    {&error_stats::cos2_outlost, &error_counters::cos2_lost},
+    {&error_stats::cos3_outlost, &error_counters::cos3_lost},
+    {&error_stats::cos4_outlost, &error_counters::cos4_lost},
+    {&error_stats::cos5_outlost, &error_counters::cos5_lost},
+    {&error_stats::cos6_outlost, &error_counters::cos6_lost},
+    {&error_stats::cos7_outlost, &error_counters::cos7_lost},
+    {&error_stats::giants_rx, &error_counters::giants},
+    {&error_stats::symbol_err, &error_counters::symbol},
+    {&error_stats::deffered, &error_counters::deferred_long},
+};
+
+void fill_errors(const statistics& stats, error_stats& errors) {
+  for (const auto& [member, counter] : kErrorMembers) errors.*member = stats.errors.*counter;
   errors.input_errors = stats.in.errors;
   errors.output_errors = stats.out.errors;
-  errors.deferred = stats.errors.deferred;
-  errors.jabber = stats.errors.jabber;
   errors.in_discard = stats.in.discards;
-  errors.giants_rx = stats.errors.giants;
   errors.tx_dropped = stats.out.discards;
 }
 
@@ -71,12 +126,16 @@ void fill_totals(const statistics& stats, eth_intf_if_data_t& data) {
   data.ifi_oerrors = low_32_bits(stats.out.errors);
   data.ifi_collisions = low_32_bits(stats.errors.collisions);
   data.ifi_iqdrops = low_32_bits(stats.in.discards);
+  data.ifi_idowndrops = low_32_bits(stats.errors.dropped_while_down);
+  data.ifi_badetype = low_32_bits(stats.errors.bad_ethertype);
+  data.ifi_noproto = low_32_bits(stats.errors.bad_protocol);
 }
 
 // What the records of the IP stack and of the management port have in common.
 template <typename Record>
 void fill_traffic(const statistics& stats, Record& record) {
   record.interval_start_time = stats.last_clear_sec;
+  record.interval = stats.counted_sec;
   record.in_pkts = stats.in.packets();
   record.in_bytes = stats.in.bytes;
   record.in_pkts_ucast = stats.in.unicast_packets;
@@ -87,6 +146,24 @@ void fill_traffic(const statistics& stats, Record& record) {
   record.out_pkts_ucast = stats.out.unicast_packets;
   record.out_pkts_mcast = stats.out.multicast_packets;
   record.out_pkts_bcast = stats.out.broadcast_packets;
+}
+
+// What the ring says of the last minutes, the newest first.
+void fill_history(const statistics& stats, pm_if_stat& record) {
+  const auto slots = static_cast<uint32>(stats.rate_ring.size());
+  for (uint32 age = 0; age + 1 < slots; ++age) {
+    const rate_sample& end = stats.rate_ring[(stats.rate_index + slots - 1 - age) % slots];
+    const rate_sample& begin = stats.rate_ring[(stats.rate_index + slots - 2 - age) % slots];
+    record.interval_in_bytes_prev[age] = end.in_bytes - begin.in_bytes;
+    record.interval_out_bytes_prev[age] = end.out_bytes - begin.out_bytes;
+    record.interval_in_pkts_prev[age] = end.in_frames - begin.in_frames;
+    record.interval_out_pkts_prev[age] = end.out_frames - begin.out_frames;
+    record.interval_secs_prev[age] = ETH_RATE_SAMPLE_SECONDS;
+  }
+  record.interval_in_bytes = record.interval_in_bytes_prev[0];
+  record.interval_out_bytes = record.interval_out_bytes_prev[0];
+  record.interval_in_pkts = record.interval_in_pkts_prev[0];
+  record.interval_out_pkts = record.interval_out_pkts_prev[0];
 }
 
 }  // namespace
@@ -100,6 +177,7 @@ statscl_portcl_stats_msg_t port_statistics_record(const interface& port) {
   record.mac.ctrl.rx_pause = port.stats.errors.pause_received;
   record.mac.ctrl.tx_pause = port.stats.errors.pause_sent;
   record.mac.ctrl.reset = port.resets;
+  record.mac.ctrl.sqetest = port.stats.errors.sqe_test;
   statscl_portcl_lu_layer_stats_t& looked_up = port.layer == IF_LAYER_2 ? record.lu.l2 : record.lu.l3;
   looked_up.ucast = port.stats.in.unicast_packets;
   looked_up.bcast = port.stats.in.broadcast_packets;
@@ -121,15 +199,19 @@ ip_if_stats ip_statistics_record(const interface& port) {
   const statistics& stats = port.stats;
   ip_if_stats record{};
   fill_traffic(stats, record);
+  record.in_compressed = stats.errors.compressed;
   record.in_errors = stats.in.errors;
   record.in_frames = stats.errors.crc;
   record.in_overrun = stats.errors.overruns;
+  record.in_fifo = stats.errors.receive_fifo;
   record.out_underruns = stats.errors.underruns;
   record.out_errors = stats.out.errors;
   record.out_collisions = stats.errors.collisions;
+  record.out_fifo = stats.errors.send_fifo;
   record.out_carrier_errors = stats.errors.lost_carrier + stats.errors.no_carrier;
   record.in_pkts_discard = stats.in.discards;
   record.out_pkts_discard = stats.out.discards;
+  record.unknown_proto_pkts = stats.errors.bad_protocol;
   return record;
 }
 
@@ -141,6 +223,7 @@ pm_if_stat interface_counters_record(const interface& port) {
   record.out_bps = stats.out_bytes_per_second;
   record.in_pps = low_32_bits(stats.in_packets_per_second);
   record.out_pps = low_32_bits(stats.out_packets_per_second);
+  fill_history(stats, record);
   return record;
 }
 

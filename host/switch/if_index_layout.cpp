@@ -172,6 +172,17 @@ bool has(if_index_t if_index, field wanted) { return (kind_of(if_index).fields &
 
 bool is(if_index_t if_index, if_index_type_t type) { return if_index >> kKindShift == stored_kind(type); }
 
+// Where the number lies that tells an interface from its neighbours.
+bit_field place_of_number(if_index_t if_index) {
+  if (if_index_is_sub_intf(if_index)) return kSubInterfaceField;
+  switch (kind_of(if_index).shape) {
+    case kSlotPort: return kPortField;
+    case kSatellite: return kUnitPortField;
+    case kChannel: return kChannelField;
+    default: return kNumberField;
+  }
+}
+
 // Replaces a field when the interface has it.
 int32 put(bool has_field, if_index_t* if_index, bit_field place, uint32 value) {
   if (!has_field) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
@@ -319,6 +330,14 @@ int32 if_index_set_tunnel(if_index_t* if_index, uint32 tunnel) {
 
 int32 if_index_set_sif_num(if_index_t* if_index, uint32 number) {
   return host::put(host::is(*if_index, IF_TYPE_SERVER), if_index, host::kNumberField, number);
+}
+
+int32 if_index_next(if_index_t if_index, if_index_t* next) {
+  if (next == nullptr || host::kind_of(if_index).shape == host::kNone) return PM_ERR_NO_SUCH_INTERFACE;
+  const host::bit_field number = host::place_of_number(if_index);
+  if (number.get(if_index) == number.highest()) return PM_ERR_INVALID_RANGE;
+  *next = number.set(if_index, number.get(if_index) + 1);
+  return 0;
 }
 
 // Each supervisor has one attachment, and the active one's is the first.

@@ -52,10 +52,10 @@ inline constexpr interface_word kInterfaceWords[] = {
     {"gigabitethernet", 1, number_form::kSlotPort, true,  0, 0,           {IF_TYPE_GIG_ETHERNET}, "Gigabit port"},
     {"server",          1, number_form::kNumber,   false, 0, MAX_NUMBER,  {IF_TYPE_SERVER},       "Server interface"},
     {"sup-fc",          1, number_form::kNumber,   false, 0, MAX_NUMBER,  {IF_TYPE_INBAND},       "In-band interface"},
-    {"bay",             1, number_form::kNumber,   false, 1, MAX_PORT + 1, {IF_TYPE_FC},         "Fibre-Channel port to a bay",
-                                                                                                  name_family::kBay},
-    {"ext",             2, number_form::kNumber,   false, 1, MAX_PORT + 1, {IF_TYPE_FC},         "Fibre-Channel port outwards",
-                                                                                                  name_family::kExternal},
+    {"bay",             1, number_form::kNumber,   false, 1, MAX_PORT + 1, {IF_TYPE_FC}, "Fibre-Channel port to a bay",
+                                                                           name_family::kBay},
+    {"ext",             2, number_form::kNumber,   false, 1, MAX_PORT + 1, {IF_TYPE_FC}, "Fibre-Channel port outwards",
+                                                                           name_family::kExternal},
     {"external",        4, number_form::kSlotPort, false, 0, 0,           {IF_TYPE_EXTERNAL},     "External port"},
 };
 // clang-format on

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -54,6 +55,10 @@ struct transceiver {
   std::vector<uint8> eeprom;  // identity page as it was read
 };
 
+// Packets by their size in bytes: up to 64, 127, 255, 511, 1023, 1518, 1548, and what is longer.
+inline constexpr std::array<uint32, 7> kLargestOfSizeClass = {64, 127, 255, 511, 1023, 1518, 1548};
+using size_classes = std::array<uint64, kLargestOfSizeClass.size() + 1>;
+
 // Totals since the counters were cleared.
 struct traffic_counters {
   uint64 bytes = 0;
@@ -62,6 +67,7 @@ struct traffic_counters {
   uint64 broadcast_packets = 0;
   uint64 errors = 0;
   uint64 discards = 0;
+  size_classes packets_by_size{};
 
   uint64 packets() const { return unicast_packets + multicast_packets + broadcast_packets; }
 };
@@ -80,6 +86,33 @@ struct error_counters {
   uint64 no_carrier = 0;
   uint64 pause_received = 0;
   uint64 pause_sent = 0;
+
+  uint64 short_frames = 0;
+  uint64 no_buffer = 0;
+  uint64 ecc = 0;
+  uint64 ignored = 0;
+  uint64 bad_ethertype = 0;
+  uint64 bad_protocol = 0;
+  uint64 bad_encapsulation = 0;
+  uint64 dropped_while_down = 0;
+  uint64 dribble = 0;
+  uint64 watchdog = 0;
+  uint64 symbol = 0;
+  uint64 storm_suppressed = 0;
+  uint64 compressed = 0;
+  uint64 receive_fifo = 0;
+
+  uint64 crc_sent = 0;
+  uint64 single_collisions = 0;
+  uint64 multiple_collisions = 0;
+  uint64 excessive_collisions = 0;
+  uint64 deferred_long = 0;
+  uint64 babble = 0;
+  uint64 sqe_test = 0;
+  uint64 send_fifo = 0;
+  uint64 bpdu_lost = 0;
+  uint64 cos0_lost = 0, cos1_lost = 0, cos2_lost = 0, cos3_lost = 0;  // by class of service
+  uint64 cos4_lost = 0, cos5_lost = 0, cos6_lost = 0, cos7_lost = 0;
 };
 
 // One sample of the rate ring.
@@ -94,6 +127,7 @@ struct statistics {
   traffic_counters in;
   traffic_counters out;
   error_counters errors;
+  // Averages of the last half minute, of a management port of the last minute.
   uint64 in_bytes_per_second = 0;
   uint64 out_bytes_per_second = 0;
   uint64 in_packets_per_second = 0;
@@ -101,7 +135,12 @@ struct statistics {
   std::array<rate_sample, 8> rate_ring{};  // one sample a minute
   uint32 rate_index = 0;                   // slot that will be written next
   uint32 last_clear_sec = 0;               // seconds since 1970; 0 is never
+  uint32 counted_sec = 0;                  // how long the totals have been counting
+  bool is_cleared_here = false;            // the totals began with a clear that the source did not make itself
 };
+
+// What a source makes the statistics of an interface from; only the source knows what it is.
+struct traffic_source;
 
 // Any kind of interface. What a kind does not have keeps its default.
 struct interface {
@@ -163,7 +202,8 @@ struct interface {
 
   port_capabilities capabilities;
   std::optional<transceiver> module_in_port;
-  statistics stats;
+  statistics stats;  // as they were last brought up to date, see switch/live_statistics.h
+  std::shared_ptr<const traffic_source> traffic;
 };
 
 // A line card or supervisor. Slots count from 0.
@@ -191,6 +231,10 @@ struct machine {
   std::vector<interface> interfaces;  // sorted by if_index
   std::vector<if_index_t> startup;    // interfaces of the startup configuration, sorted
   std::vector<user> users;
+
+  // How the source brings the statistics of an interface up to a moment (seconds since 1970). It returns false when it
+  // has none to give. Without it the statistics are as they stand.
+  bool (*follow_traffic)(interface& port, uint32 now_sec) = nullptr;
 
   // The interface with this index, or null.
   interface* find(if_index_t if_index);

@@ -11,4 +11,6 @@ int32 statcl_get_port_client_snmp_stats(if_index_t if_index, statscl_portcl_stat
   return host::get_port_snmp_statistics(if_index, stats);
 }
 
+int32 statscl_clear_port_client_stats(if_index_t if_index) { return host::clear_port_statistics(if_index); }
+
 }  // extern "C"

@@ -68,6 +68,9 @@ class builder {
     refuse_mixed_channels();
     for (interface& port : result().interfaces) derive_bandwidth(port);
     for (interface& port : result().interfaces) inherit_from_parent(port);
+    result().follow_traffic = follow_traffic;
+    for (std::size_t i = 0; i < placed_.size(); ++i)
+      start_traffic(draft_.interfaces[placed_[i].entry], result().interfaces[i]);
     result().save_startup();
     return std::move(draft_.data);
   }
@@ -121,8 +124,6 @@ class builder {
     set_operation(entry, port);
     set_addresses(port);
     set_references(entry, targets_[placed.entry], port);
-    port.stats = follow_traffic(entry.traffic, counted_sec(entry));
-    port.stats.last_clear_sec = entry.attributes.stats.last_clear_sec;
     return port;
   }
 
@@ -205,10 +206,25 @@ class builder {
 
   // The counters run since they were cleared, at most as long as the traffic flows.
   uint32 counted_sec(const interface_draft& entry) const {
-    const uint32 flowing_sec = entry.traffic.uptime_sec.value_or(draft_.uptime_sec);
+    const uint32 flowing_sec = entry.traffic->uptime_sec.value_or(draft_.uptime_sec);
     const uint32 last_clear_sec = entry.attributes.stats.last_clear_sec;
     if (last_clear_sec == 0 || last_clear_sec > draft_.now_sec) return flowing_sec;
     return std::min(flowing_sec, draft_.now_sec - last_clear_sec);
+  }
+
+  void start_traffic(const interface_draft& entry, interface& port) {
+    if (entry.traffic == nullptr) return;
+    port.traffic = std::make_shared<traffic_source>(traffic_source{.plan = entry.traffic,
+                                                                   .line_kbps = line_kbps(port),
+                                                                   .is_up = port.oper_state == PM_PORT_STATE_UP,
+                                                                   .started_sec = draft_.now_sec,
+                                                                   .counting_sec = counted_sec(entry)});
+    follow_traffic(port, draft_.now_sec);
+  }
+
+  uint64 line_kbps(const interface& port) {
+    const bool is_whole_channel = is_channel(port.if_index) && !if_index_is_sub_intf(port.if_index);
+    return uint64{is_whole_channel ? members_mbps(port.if_index) : port.oper_speed_mbps} * 1000;
   }
 
   // References

@@ -119,18 +119,21 @@ void set_capabilities(interface& port) {
   if (port.state_reason != kSfpAbsent) port.module_in_port = transceiver{.type = FCOT_TYPE_SFP_PLUS, .eeprom = {}};
 }
 
-void set_traffic(interface& port, const duty& does, uint32 number) {
-  traffic_plan plan;
-  if (port.oper_state == PM_PORT_STATE_UP) {
-    plan.in.rate_kbps = does.in_kbps + number;
-    plan.out.rate_kbps = does.out_kbps + number;
-  }
-  plan.in.packet_bytes = 700;
-  plan.in.multicast_percent_thousandths = 1500;
-  plan.out.packet_bytes = 820;
-  plan.out.broadcast_percent_thousandths = 800;
-  plan.in.errors = plan.errors.crc = does.crc_errors;
-  port.stats = follow_traffic(plan, kDaySec);
+void set_traffic(interface& port, const duty& does, uint32 number, uint32 now_sec) {
+  const auto plan = std::make_shared<traffic_plan>();
+  plan->in.rate.value = does.in_kbps + number;
+  plan->in.sizes = {{700, 100'000}};
+  plan->in.multicast_percent_thousandths = 1500;
+  plan->out.rate.value = does.out_kbps + number;
+  plan->out.sizes = {{820, 100'000}};
+  plan->out.broadcast_percent_thousandths = 800;
+  if (does.crc_errors != 0) plan->errors = {{.counter = &error_counters::crc, .start = does.crc_errors}};
+  port.traffic = std::make_shared<traffic_source>(traffic_source{.plan = plan,
+                                                                 .line_kbps = uint64{port.oper_speed_mbps} * 1000,
+                                                                 .is_up = port.oper_state == PM_PORT_STATE_UP,
+                                                                 .started_sec = now_sec,
+                                                                 .counting_sec = kDaySec});
+  follow_traffic(port, now_sec);
 }
 
 interface make_port(const grid& size, uint32 slot, uint32 port, uint32 now_sec) {
@@ -148,7 +151,7 @@ interface make_port(const grid& size, uint32 slot, uint32 port, uint32 now_sec) 
   set_layer(made, does.mode, number);
   set_speed(made, does.admin_speed_mbps);
   set_capabilities(made);
-  set_traffic(made, does, number);
+  set_traffic(made, does, number, now_sec);
   made.burned_in_mac = hardware_address(kBaseMac, made.if_index);
   made.router_mac = kBaseMac;
   made.link_change_sec = now_sec - kDaySec - number;
@@ -202,6 +205,7 @@ machine make_giant(uint32 ports, std::time_t now) {
   giant.name = "giant-" + std::to_string(ports);
   giant.chassis_type = CHASSIS_10;
   giant.num_slots = std::max(size.slots(), 1U);
+  giant.follow_traffic = follow_traffic;
   giant.mgmt_device = "eth0";
   for (uint32 slot = 0; slot < size.slots(); ++slot)
     giant.cards.push_back({.slot = slot, .card_type = 100, .model = "LC-GIANT"});

@@ -3,6 +3,7 @@
 
 #include <ctime>
 
+#include "switch/clock.h"
 #include "switch/model.h"
 
 namespace host {
@@ -13,6 +14,6 @@ enum { MAX_GIANT_PORTS = 10000 };
 // the others, as they are found in service: up, down for every usual reason, switched, trunking, routed, in
 // port-channels. With them come the management port and the port-channels. The same number always gives the same
 // switch; `now` (seconds since 1970) is the moment to which its times look back.
-machine make_giant(uint32 ports, std::time_t now = std::time(nullptr));
+machine make_giant(uint32 ports, std::time_t now = clock_now());
 
 }  // namespace host

@@ -1,7 +1,9 @@
 #include "source/chassis/schema.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <utility>
 
 #include "source/chassis/attribute_words.h"
 
@@ -196,11 +198,77 @@ uint32 read_percent_thousandths(const yaml_value& value) { return static_cast<ui
 // Mbit/s with decimals.
 uint64 read_rate_kbps(const yaml_value& value) { return value.thousandths(1'000'000); }
 
+constexpr uint64 kMostPacketsPerSecond = 2'000'000'000;
+
+template <rate_unit kUnit>
+void read_rate(const yaml_value& value, traffic_rate& rate) {
+  if constexpr (kUnit == rate_unit::kPackets)
+    rate.value = value.number(0, kMostPacketsPerSecond);
+  else
+    rate.value = kUnit == rate_unit::kKbps ? read_rate_kbps(value) : read_percent_thousandths(value);
+  rate.unit = kUnit;
+}
+
+// Keys of a map that say the same thing in different ways.
+void refuse_several(const yaml_value& value, std::initializer_list<std::string_view> keys) {
+  std::string given;
+  for (const std::string_view key : keys) {
+    if (!value.is_map() || !value.node()[std::string(key)].IsDefined()) continue;
+    if (!given.empty()) value.fail("'" + given + "' and '" + std::string(key) + "' exclude each other");
+    given = key;
+  }
+}
+
+void refuse_several_rates(const yaml_value& value) { refuse_several(value, {"mbps", "pps", "line-rate-percent"}); }
+
+constexpr key_rule<traffic_burst> kBurstRules[] = {
+    {"every", notation<&traffic_burst::period_sec, read_duration_sec>},
+    {"for", notation<&traffic_burst::length_sec, read_duration_sec>},
+    {"mbps", in<&traffic_burst::rate, read_rate<rate_unit::kKbps>>},
+    {"pps", in<&traffic_burst::rate, read_rate<rate_unit::kPackets>>},
+    {"line-rate-percent", in<&traffic_burst::rate, read_rate<rate_unit::kLineRate>>},
+};
+
+void read_burst(const yaml_value& value, traffic_flow& flow) {
+  traffic_burst burst;
+  read_map(value, kBurstRules, burst);
+  refuse_several_rates(value);
+  if (burst.period_sec == 0 || burst.length_sec == 0) value.fail("a burst needs 'every' and 'for'");
+  if (burst.length_sec > burst.period_sec) value.fail("a burst lasts longer than the time from one to the next");
+  flow.burst = burst;
+}
+
+constexpr uint64 kSmallestPacket = 64, kLargestPacket = 65535;
+
+void read_packet_bytes(const yaml_value& value, traffic_flow& flow) {
+  flow.sizes = {{static_cast<uint32>(value.number(kSmallestPacket, kLargestPacket)), 100'000}};
+}
+
+// Sizes in bytes with their shares in percent.
+void read_packet_sizes(const yaml_value& value, traffic_flow& flow) {
+  require_map(value);
+  flow.sizes.clear();
+  uint32 sum = 0;
+  for (const auto& entry : value.node()) {
+    const yaml_value size(entry.first, "packet size", value.path());
+    const yaml_value share(entry.second, size.text(), value.path());
+    flow.sizes.push_back(
+        {static_cast<uint32>(size.number(kSmallestPacket, kLargestPacket)), read_percent_thousandths(share)});
+    sum += flow.sizes.back().percent_thousandths;
+  }
+  if (sum != 100'000) value.fail("the shares of the packet sizes are not 100 percent together");
+}
+
 constexpr key_rule<traffic_flow> kFlowRules[] = {
-    {"mbps", notation<&traffic_flow::rate_kbps, read_rate_kbps>},
-    {"packet-bytes", number<&traffic_flow::packet_bytes, 64, 65535>},
+    {"mbps", in<&traffic_flow::rate, read_rate<rate_unit::kKbps>>},
+    {"pps", in<&traffic_flow::rate, read_rate<rate_unit::kPackets>>},
+    {"line-rate-percent", in<&traffic_flow::rate, read_rate<rate_unit::kLineRate>>},
+    {"packet-bytes", read_packet_bytes},
+    {"packet-sizes", read_packet_sizes},
     {"multicast-percent", notation<&traffic_flow::multicast_percent_thousandths, read_percent_thousandths>},
     {"broadcast-percent", notation<&traffic_flow::broadcast_percent_thousandths, read_percent_thousandths>},
+    {"burst", read_burst},
+    {"discards-per-million", number<&traffic_flow::discards_per_million, 0, 1'000'000>},
     {"bytes", counter<&traffic_flow::bytes>},
     {"unicast", counter<&traffic_flow::unicast_packets>},
     {"multicast", counter<&traffic_flow::multicast_packets>},
@@ -209,34 +277,72 @@ constexpr key_rule<traffic_flow> kFlowRules[] = {
     {"discards", counter<&traffic_flow::discards>},
 };
 
-constexpr key_rule<error_counters> kErrorRules[] = {
-    {"crc", counter<&error_counters::crc>},
-    {"runts", counter<&error_counters::runts>},
-    {"giants", counter<&error_counters::giants>},
-    {"jabber", counter<&error_counters::jabber>},
-    {"overruns", counter<&error_counters::overruns>},
-    {"underruns", counter<&error_counters::underruns>},
-    {"collisions", counter<&error_counters::collisions>},
-    {"late-collisions", counter<&error_counters::late_collisions>},
-    {"deferred", counter<&error_counters::deferred>},
-    {"lost-carrier", counter<&error_counters::lost_carrier>},
-    {"no-carrier", counter<&error_counters::no_carrier>},
-    {"pause-received", counter<&error_counters::pause_received>},
-    {"pause-sent", counter<&error_counters::pause_sent>},
-};
-
 void read_flow(const yaml_value& value, traffic_flow& flow) {
   read_map(value, kFlowRules, flow);
+  refuse_several_rates(value);
+  refuse_several(value, {"packet-bytes", "packet-sizes"});
   if (flow.multicast_percent_thousandths + flow.broadcast_percent_thousandths > 100'000)
     value.fail("multicast and broadcast are more than 100 percent");
 }
+
+using error_sources = std::vector<error_source>;
+
+error_source& source_of(error_sources& errors, uint64 error_counters::*counter) {
+  const auto found =
+      std::find_if(errors.begin(), errors.end(), [=](const error_source& it) { return it.counter == counter; });
+  if (found != errors.end()) return *found;
+  errors.push_back({.counter = counter, .start = {}});
+  return errors.back();
+}
+
+template <std::size_t kKind>
+void error_start(const yaml_value& value, error_sources& errors) {
+  source_of(errors, kErrorKinds[kKind].counter).start = value.number(0, UINT64_MAX);
+}
+
+template <std::size_t kKind>
+void error_rate(const yaml_value& value, error_sources& errors) {
+  source_of(errors, kErrorKinds[kKind].counter).per_million = static_cast<uint32>(value.number(0, 1'000'000));
+}
+
+using error_rules = std::array<key_rule<error_sources>, std::size(kErrorKinds)>;
+static_assert(std::size(kErrorKinds) <= 64);
+
+constexpr error_rules kErrorStartRules = []<std::size_t... kKind>(std::index_sequence<kKind...>) {
+  return error_rules{{{kErrorKinds[kKind].word, error_start<kKind>}...}};
+}
+(std::make_index_sequence<std::size(kErrorKinds)>());
+
+constexpr error_rules kErrorRateRules = []<std::size_t... kKind>(std::index_sequence<kKind...>) {
+  return error_rules{{{kErrorKinds[kKind].word, error_rate<kKind>}...}};
+}
+(std::make_index_sequence<std::size(kErrorKinds)>());
 
 constexpr key_rule<traffic_plan> kTrafficRules[] = {
     {"uptime", notation<&traffic_plan::uptime_sec, read_duration_sec>},
     {"in", in<&traffic_plan::in, read_flow>},
     {"out", in<&traffic_plan::out, read_flow>},
-    {"errors", in<&traffic_plan::errors, map<error_counters, kErrorRules>>},
+    {"errors", in<&traffic_plan::errors, map<error_sources, kErrorStartRules>>},
+    {"errors-per-million", in<&traffic_plan::errors, map<error_sources, kErrorRateRules>>},
+    {"profile", [](const yaml_value&, traffic_plan&) {}},  // what the other keys change
 };
+
+const traffic_plan& traffic_profile_named(const yaml_value& value, const std::vector<traffic_profile>& profiles) {
+  for (const traffic_profile& it : profiles)
+    if (it.name == value.text()) return it.plan;
+  value.fail("there is no traffic profile '" + value.text() + "'");
+}
+
+// A profile by its name alone, or a map that may begin with a profile.
+void read_traffic(const yaml_value& value, const std::vector<traffic_profile>& profiles, traffic_plan& plan) {
+  if (!value.is_map()) {
+    plan = traffic_profile_named(value, profiles);
+    return;
+  }
+  const YAML::Node named = value.node()["profile"];
+  if (named.IsDefined()) plan = traffic_profile_named(yaml_value(named, "profile", value.path()), profiles);
+  read_map(value, kTrafficRules, plan);
+}
 
 // Interfaces.
 
@@ -304,6 +410,11 @@ void read_last_clear(const yaml_value& value, interface_draft& entry) {
   entry.attributes.stats.last_clear_sec = read_moment_sec(value, entry.now_sec);
 }
 
+void read_interface_traffic(const yaml_value& value, interface_draft& entry) {
+  entry.traffic = std::make_shared<traffic_plan>();
+  read_traffic(value, *entry.traffic_profiles, *entry.traffic);
+}
+
 constexpr key_rule<interface_draft> kInterfaceRules[] = {
     {"range", read_range},
     {"kind", number<&interface_draft::kind, 1, 254>},
@@ -346,7 +457,7 @@ constexpr key_rule<interface_draft> kInterfaceRules[] = {
     {"multi-chassis", port<text<&interface::multi_chassis_status, kMaxStatus>>},
     {"storm-control", port<map<interface, kStormRules>>},
     {"transceiver", in<&interface_draft::module, read_transceiver>},
-    {"traffic", in<&interface_draft::traffic, map<traffic_plan, kTrafficRules>>},
+    {"traffic", read_interface_traffic},
     {"last-clear", read_last_clear},
 };
 static_assert(std::size(kInterfaceRules) <= 64);
@@ -363,6 +474,20 @@ void read_profiles(const yaml_value& value, switch_draft& draft) {
       key.fail("profile '" + name + "' is given twice");
     draft.profiles.push_back({.name = name, .line = key.line(), .capabilities = {}, .module = {}});
     read_map(yaml_value(entry.second, name, value.path()), kProfileRules, draft.profiles.back());
+  }
+}
+
+// A profile may begin with one that stands above it.
+void read_traffic_profiles(const yaml_value& value, switch_draft& draft) {
+  require_map(value);
+  for (const auto& entry : value.node()) {
+    const yaml_value key(entry.first, "traffic profile", value.path());
+    const auto same_name = [&](const traffic_profile& it) { return it.name == key.text(); };
+    if (std::any_of(draft.traffic_profiles.begin(), draft.traffic_profiles.end(), same_name))
+      key.fail("traffic profile '" + key.text() + "' is given twice");
+    traffic_profile profile{.name = key.text(), .plan = {}};
+    read_traffic(yaml_value(entry.second, profile.name, value.path()), draft.traffic_profiles, profile.plan);
+    draft.traffic_profiles.push_back(std::move(profile));
   }
 }
 
@@ -403,6 +528,7 @@ void read_interfaces(const yaml_value& value, switch_draft& draft) {
     interface_draft& entry = draft.interfaces.emplace_back();
     entry.line = item.line();
     entry.now_sec = draft.now_sec;
+    entry.traffic_profiles = &draft.traffic_profiles;
     entry.attributes.oper_state = PM_PORT_STATE_UP;
     entry.attributes.state_reason = kReasonNone;
     read_map(yaml_value(item.node(), "an interface", item.path()), kInterfaceRules, entry);
@@ -410,8 +536,17 @@ void read_interfaces(const yaml_value& value, switch_draft& draft) {
   });
 }
 
+constexpr key_rule<machine> kManagementRules[] = {
+    {"device", text<&machine::mgmt_device, kMaxDeviceName>},
+    {"second-device", text<&machine::mgmt_device2, kMaxDeviceName>},
+};
+
+constexpr std::string_view kTrafficProfilesKey = "traffic-profiles";
+
 constexpr key_rule<switch_draft> kFileRules[] = {
     {"switch", map<switch_draft, kSwitchRules>},
+    {"management", in<&switch_draft::data, map<machine, kManagementRules>>},
+    {kTrafficProfilesKey, [](const yaml_value&, switch_draft&) {}},  // read before all others
     {"profiles", read_profiles},
     {"cards", read_cards},
     {"users", read_users},
@@ -420,6 +555,12 @@ constexpr key_rule<switch_draft> kFileRules[] = {
 
 }  // namespace
 
-void read_switch(const yaml_value& file, switch_draft& draft) { read_map(file, kFileRules, draft); }
+void read_switch(const yaml_value& file, switch_draft& draft) {
+  require_map(file);
+  // Interfaces refer to these, wherever in the file they stand.
+  const YAML::Node profiles = file.node()[std::string(kTrafficProfilesKey)];
+  if (profiles.IsDefined()) read_traffic_profiles(yaml_value(profiles, kTrafficProfilesKey, file.path()), draft);
+  read_map(file, kFileRules, draft);
+}
 
 }  // namespace host

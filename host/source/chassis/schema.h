@@ -1,6 +1,7 @@
 // What a switch file says, key by key, before interfaces are told apart and references are followed.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,6 +34,12 @@ struct capability_profile {
   transceiver_choice module;
 };
 
+// Traffic that interfaces refer to by name.
+struct traffic_profile {
+  std::string name;
+  traffic_plan plan;
+};
+
 struct card_draft {
   uint32 line = 0;
   card data;
@@ -57,7 +64,8 @@ struct interface_draft {
   file_reference channel;
   file_reference bound_to;
   file_reference tracked;
-  traffic_plan traffic;
+  const std::vector<traffic_profile>* traffic_profiles = nullptr;
+  std::shared_ptr<traffic_plan> traffic;  // null when the file says nothing about it
 };
 
 struct switch_draft {
@@ -65,6 +73,7 @@ struct switch_draft {
   mac_address base_mac{0x02, 0x00, 0x00, 0x00, 0x00, 0x00};
   uint32 uptime_sec = 0;
   std::vector<capability_profile> profiles;
+  std::vector<traffic_profile> traffic_profiles;
   std::vector<card_draft> cards;
   std::vector<interface_draft> interfaces;
   uint32 now_sec = 0;

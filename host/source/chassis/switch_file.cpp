@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "source/chassis/build_machine.h"
+#include "switch/kernel_device.h"
 
 namespace host {
 namespace {
@@ -41,6 +42,7 @@ machine load_switch_file(const std::string& path, std::time_t now) {
   draft.now_sec = static_cast<uint32>(now);
   read_switch(yaml_value(document, "the switch file", path), draft);
   if (draft.data.name.empty()) fail_at(path, 1, "a switch file needs a 'switch' with a 'name'");
+  if (draft.data.mgmt_device.empty()) draft.data.mgmt_device = first_kernel_device();
   return build_machine(std::move(draft), path);
 }
 

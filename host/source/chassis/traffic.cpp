@@ -1,60 +1,268 @@
 #include "source/chassis/traffic.h"
 
+#include <algorithm>
+#include <numeric>
+
+#include "platform/port_manager.h"
+#include "switch/if_index_layout.h"
+
 namespace host {
 namespace {
 
 constexpr uint32 kSampleSeconds = 60;
-constexpr uint64 kWholeInThousandths = 100'000;  // of a percent
+constexpr uint32 kUsualAverageSeconds = 30;
+constexpr uint32 kManagementAverageSeconds = 60;
+constexpr uint64 kWhole = 100'000;  // 100 percent in thousandths of a percent
+constexpr uint64 kGapBytes = 20;    // preamble and gap between two packets on a line
+constexpr uint64 kMillion = 1'000'000;
 
-struct flow_rate {
-  uint64 bytes_per_second;
-  uint64 packets_per_second;
+struct speed {
+  uint64 bytes_per_second = 0;
+  uint64 packets_per_second = 0;
 };
 
-flow_rate rate_of(const traffic_flow& flow) {
-  const uint64 bytes_per_second = flow.rate_kbps * 125;
-  return {bytes_per_second, bytes_per_second / flow.packet_bytes};
+// Thousandths of a percent of a byte.
+uint64 mean_size(const traffic_flow& flow) {
+  return std::accumulate(flow.sizes.begin(), flow.sizes.end(), uint64{0}, [](uint64 sum, const packet_share& it) {
+    return sum + uint64{it.bytes} * it.percent_thousandths;
+  });
 }
 
-traffic_counters totals_of(const traffic_flow& flow, uint32 counted_sec) {
-  const auto [bytes_per_second, packets_per_second] = rate_of(flow);
-  const uint64 packets = packets_per_second * counted_sec;
-  const uint64 multicast = packets * flow.multicast_percent_thousandths / kWholeInThousandths;
-  const uint64 broadcast = packets * flow.broadcast_percent_thousandths / kWholeInThousandths;
-  return {.bytes = flow.bytes.value_or(bytes_per_second * counted_sec),
-          .unicast_packets = flow.unicast_packets.value_or(packets - multicast - broadcast),
-          .multicast_packets = flow.multicast_packets.value_or(multicast),
-          .broadcast_packets = flow.broadcast_packets.value_or(broadcast),
-          .errors = flow.errors,
-          .discards = flow.discards};
+speed of_packets(uint64 packets_per_second, uint64 mean) {
+  return {packets_per_second * mean / kWhole, packets_per_second};
+}
+
+speed speed_of(const traffic_rate& rate, uint64 mean, uint64 line_kbps) {
+  if (rate.unit == rate_unit::kPackets) return of_packets(rate.value, mean);
+  if (rate.unit == rate_unit::kLineRate) {
+    const uint64 bits_per_second = line_kbps * rate.value / 100;
+    return of_packets(bits_per_second * kWhole / (8 * (mean + kGapBytes * kWhole)), mean);
+  }
+  const uint64 bytes_per_second = rate.value * 125;
+  return {bytes_per_second, bytes_per_second * kWhole / mean};
+}
+
+// All that has passed since 1970, modulo 2^64. Only differences mean something.
+struct position {
+  uint64 bytes = 0;
+  uint64 packets = 0;
+};
+
+// One direction on its line.
+struct course {
+  speed steady;
+  speed burst;
+  uint32 burst_period_sec = 1;
+  uint32 burst_length_sec = 0;
+
+  position at(uint32 moment_sec) const {
+    const uint64 bursting_sec = uint64{moment_sec / burst_period_sec} * burst_length_sec +
+                                std::min(moment_sec % burst_period_sec, burst_length_sec);
+    return {steady.bytes_per_second * moment_sec + burst.bytes_per_second * bursting_sec,
+            steady.packets_per_second * moment_sec + burst.packets_per_second * bursting_sec};
+  }
+};
+
+course course_of(const traffic_flow& flow, uint64 line_kbps) {
+  const uint64 mean = mean_size(flow);
+  course made{.steady = speed_of(flow.rate, mean, line_kbps), .burst = {}};
+  if (!flow.burst) return made;
+  made.burst = speed_of(flow.burst->rate, mean, line_kbps);
+  made.burst_period_sec = flow.burst->period_sec;
+  made.burst_length_sec = flow.burst->length_sec;
+  return made;
+}
+
+// Of every `period` packets in a row, those from the `first` on, `length` of them: how many of the first `packets`.
+struct turn {
+  uint64 first;
+  uint64 length;
+  uint64 period;
+
+  uint64 among(uint64 packets) const {
+    return packets / period * length + std::clamp(packets % period, first, first + length) - first;
+  }
+};
+
+uint64 per_million_of(uint64 packets, uint64 parts) {
+  return packets / kMillion * parts + packets % kMillion * parts / kMillion;
+}
+
+// What passed between two moments, one kind of it after the other.
+struct passage {
+  position from;
+  position to;
+
+  uint64 bytes() const { return to.bytes - from.bytes; }
+  uint64 packets() const { return to.packets - from.packets; }
+  uint64 of(const turn& kind) const { return kind.among(to.packets) - kind.among(from.packets); }
+  uint64 per_million(uint64 parts) const {
+    return per_million_of(to.packets, parts) - per_million_of(from.packets, parts);
+  }
+};
+
+// A moment so long ago, but not before 1970.
+uint32 before(uint32 moment_sec, uint32 seconds) { return moment_sec - std::min(moment_sec, seconds); }
+
+std::size_t size_class_of(uint32 bytes) {
+  const auto found = std::lower_bound(kLargestOfSizeClass.begin(), kLargestOfSizeClass.end(), bytes);
+  return static_cast<std::size_t>(found - kLargestOfSizeClass.begin());
+}
+
+void add_by_size(const traffic_flow& flow, const passage& passed, size_classes& counted) {
+  uint64 period = kWhole;
+  for (const packet_share& it : flow.sizes) period = std::gcd(period, uint64{it.percent_thousandths});
+  uint64 first = 0;
+  for (const packet_share& it : flow.sizes) {
+    const uint64 length = it.percent_thousandths / period;
+    counted[size_class_of(it.bytes)] += passed.of({first, length, kWhole / period});
+    first += length;
+  }
+}
+
+void add_flow(const traffic_flow& flow, const passage& passed, traffic_counters& counted) {
+  const uint64 unit = std::gcd(std::gcd(kWhole, uint64{flow.multicast_percent_thousandths}),
+                               uint64{flow.broadcast_percent_thousandths});
+  const uint64 period = kWhole / unit;
+  const uint64 multicast = flow.multicast_percent_thousandths / unit;
+  const uint64 broadcast = flow.broadcast_percent_thousandths / unit;
+  const uint64 unicast = period - multicast - broadcast;
+  counted.bytes += passed.bytes();
+  counted.unicast_packets += passed.of({0, unicast, period});
+  counted.multicast_packets += passed.of({unicast, multicast, period});
+  counted.broadcast_packets += passed.of({unicast + multicast, broadcast, period});
+  counted.discards += passed.per_million(flow.discards_per_million);
+  add_by_size(flow, passed, counted.packets_by_size);
+}
+
+const error_kind& kind_of(const error_source& source) {
+  return *std::find_if(std::begin(kErrorKinds), std::end(kErrorKinds),
+                       [&](const error_kind& it) { return it.counter == source.counter; });
+}
+
+// What passed in both directions.
+struct both_ways {
+  passage in;
+  passage out;
+};
+
+void add_errors(const traffic_plan& plan, const both_ways& passed, statistics& stats) {
+  for (const error_source& source : plan.errors) {
+    const error_kind& kind = kind_of(source);
+    const uint64 more = (kind.is_sent ? passed.out : passed.in).per_million(source.per_million);
+    stats.errors.*source.counter += more;
+    if (kind.is_error) (kind.is_sent ? stats.out : stats.in).errors += more;
+  }
+}
+
+void add_passage(const traffic_plan& plan, const both_ways& passed, statistics& stats) {
+  add_flow(plan.in, passed.in, stats.in);
+  add_flow(plan.out, passed.out, stats.out);
+  add_errors(plan, passed, stats);
+}
+
+void put_totals(const traffic_flow& flow, traffic_counters& counted) {
+  const auto put = [](const std::optional<uint64>& given, uint64& counter) { counter = given.value_or(counter); };
+  const bool has_packets = flow.unicast_packets || flow.multicast_packets || flow.broadcast_packets;
+  put(flow.bytes, counted.bytes);
+  put(flow.unicast_packets, counted.unicast_packets);
+  put(flow.multicast_packets, counted.multicast_packets);
+  put(flow.broadcast_packets, counted.broadcast_packets);
+  put(flow.errors, counted.errors);
+  put(flow.discards, counted.discards);
+  if (!has_packets) return;
+  counted.packets_by_size = {};
+  add_by_size(flow, {{}, {0, counted.packets()}}, counted.packets_by_size);
+}
+
+// Totals that a file gives hold instead of what has passed; errors that it gives one by one are errors of their
+// direction unless it gives those, too.
+void put_given_totals(const traffic_plan& plan, statistics& stats) {
+  for (const error_source& source : plan.errors) {
+    if (!source.start) continue;
+    const error_kind& kind = kind_of(source);
+    if (kind.is_error) (kind.is_sent ? stats.out : stats.in).errors += *source.start - stats.errors.*source.counter;
+    stats.errors.*source.counter = *source.start;
+  }
+  put_totals(plan.in, stats.in);
+  put_totals(plan.out, stats.out);
+}
+
+// The two courses of an interface, which stand still while there is no link.
+class line_in_use {
+ public:
+  line_in_use(const interface& port, uint32 now_sec) {
+    const traffic_source& source = *port.traffic;
+    const bool is_up = port.oper_state == PM_PORT_STATE_UP;
+    if (!is_up && !source.is_up) return;
+    in_ = course_of(source.plan->in, source.line_kbps);
+    out_ = course_of(source.plan->out, source.line_kbps);
+    if (is_up == source.is_up) return;
+    (is_up ? flows_from_ : flows_until_) = std::clamp(port.link_change_sec, source.started_sec, now_sec);
+  }
+
+  both_ways between(uint32 from_sec, uint32 to_sec) const {
+    const uint32 from = while_flowing(from_sec);
+    const uint32 to = while_flowing(to_sec);
+    return {{in_.at(from), in_.at(to)}, {out_.at(from), out_.at(to)}};
+  }
+
+ private:
+  uint32 while_flowing(uint32 moment_sec) const { return std::clamp(moment_sec, flows_from_, flows_until_); }
+
+  course in_;
+  course out_;
+  uint32 flows_from_ = 0;
+  uint32 flows_until_ = UINT32_MAX;
+};
+
+void take_averages(const both_ways& passed, uint32 seconds, statistics& stats) {
+  stats.in_bytes_per_second = passed.in.bytes() / seconds;
+  stats.in_packets_per_second = passed.in.packets() / seconds;
+  stats.out_bytes_per_second = passed.out.bytes() / seconds;
+  stats.out_packets_per_second = passed.out.packets() / seconds;
+}
+
+// A sample for each whole minute since the start. Differences of samples count: those from before the counters began
+// to count go on below 0, so that rates do not change when counters are cleared.
+void fill_ring(const line_in_use& line, uint32 started_sec, uint32 now_sec, statistics& stats) {
+  const uint32 minutes = (now_sec - started_sec) / kSampleSeconds;
+  const uint32 newest_sec = started_sec + minutes * kSampleSeconds;
+  const auto slots = static_cast<uint32>(stats.rate_ring.size());
+  stats.rate_index = (minutes + 1) % slots;
+  for (uint32 age = 0; age < slots; ++age) {
+    const both_ways since = line.between(before(newest_sec, age * kSampleSeconds), now_sec);
+    stats.rate_ring[(minutes - age) % slots] = {stats.in.bytes - since.in.bytes(), stats.out.bytes - since.out.bytes(),
+                                                static_cast<uint32>(stats.in.packets() - since.in.packets()),
+                                                static_cast<uint32>(stats.out.packets() - since.out.packets())};
+  }
 }
 
 }  // namespace
 
-statistics follow_traffic(const traffic_plan& plan, uint32 counted_sec) {
-  const flow_rate in = rate_of(plan.in);
-  const flow_rate out = rate_of(plan.out);
-  statistics stats;
-  stats.in = totals_of(plan.in, counted_sec);
-  stats.out = totals_of(plan.out, counted_sec);
-  stats.errors = plan.errors;
-  stats.in_bytes_per_second = in.bytes_per_second;
-  stats.out_bytes_per_second = out.bytes_per_second;
-  stats.in_packets_per_second = in.packets_per_second;
-  stats.out_packets_per_second = out.packets_per_second;
+bool follow_traffic(interface& port, uint32 now_sec) {
+  const bool is_management = take_apart(port.if_index).type == IF_TYPE_MGMT;
+  if (port.traffic == nullptr) return !is_management;
+  const traffic_source& source = *port.traffic;
+  statistics& stats = port.stats;
+  const uint32 since_sec = stats.is_cleared_here ? stats.last_clear_sec : source.started_sec;
+  now_sec = std::max({now_sec, since_sec, source.started_sec});
+  const line_in_use line(port, now_sec);
 
-  // The ring goes back from the totals at the given rates. Differences of samples count, so that totals which are
-  // smaller than the traffic of the last minutes may wrap.
-  stats.rate_index = counted_sec / kSampleSeconds % static_cast<uint32>(stats.rate_ring.size());
-  for (uint32 age = 0; age < stats.rate_ring.size(); ++age) {
-    const uint64 seconds_ago = uint64{age} * kSampleSeconds;
-    rate_sample& sample = stats.rate_ring[(stats.rate_index - 1 - age) % stats.rate_ring.size()];
-    sample.in_bytes = stats.in.bytes - in.bytes_per_second * seconds_ago;
-    sample.out_bytes = stats.out.bytes - out.bytes_per_second * seconds_ago;
-    sample.in_frames = static_cast<uint32>(stats.in.packets() - in.packets_per_second * seconds_ago);
-    sample.out_frames = static_cast<uint32>(stats.out.packets() - out.packets_per_second * seconds_ago);
+  stats.in = {};
+  stats.out = {};
+  stats.errors = {};
+  stats.counted_sec = now_sec - since_sec;
+  if (!stats.is_cleared_here) {
+    add_passage(*source.plan, line.between(before(since_sec, source.counting_sec), since_sec), stats);
+    put_given_totals(*source.plan, stats);
+    stats.counted_sec += source.counting_sec;
   }
-  return stats;
+  add_passage(*source.plan, line.between(since_sec, now_sec), stats);
+  const uint32 averaged_sec = is_management ? kManagementAverageSeconds : kUsualAverageSeconds;
+  take_averages(line.between(before(now_sec, averaged_sec), now_sec), averaged_sec, stats);
+  fill_ring(line, source.started_sec, now_sec, stats);
+  return true;
 }
 
 }  // namespace host

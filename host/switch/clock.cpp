@@ -1,0 +1,43 @@
+#include "switch/clock.h"
+
+#include <time.h>
+
+#include <optional>
+
+namespace host {
+namespace {
+
+struct host_clock {
+  std::optional<std::time_t> stopped_at;
+  std::time_t ahead = 0;  // seconds that a running clock is ahead of the machine's
+};
+
+host_clock& the_clock() {
+  static host_clock only;
+  return only;
+}
+
+// Not time(): a program may define that by this clock.
+std::time_t machine_time() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  return now.tv_sec;
+}
+
+}  // namespace
+
+std::time_t clock_now() {
+  const host_clock& clock = the_clock();
+  return clock.stopped_at ? *clock.stopped_at : machine_time() + clock.ahead;
+}
+
+void clock_set(std::time_t seconds_since_1970) { the_clock().stopped_at = seconds_since_1970; }
+
+void clock_advance(std::time_t seconds) {
+  host_clock& clock = the_clock();
+  (clock.stopped_at ? *clock.stopped_at : clock.ahead) += seconds;
+}
+
+void clock_follow_machine() { the_clock() = {}; }
+
+}  // namespace host

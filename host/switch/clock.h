@@ -1,0 +1,21 @@
+// The clock of the host. Whatever depends on time asks it: the model, traffic, services, times of clearing.
+#pragma once
+
+#include <ctime>
+
+namespace host {
+
+// Seconds since 1970: the machine's time, until the clock is set.
+std::time_t clock_now();
+
+// Stops the clock at this moment. It stands there until it is moved, so that all that follows from time is known.
+void clock_set(std::time_t seconds_since_1970);
+
+// Moves the clock on; a negative number moves it back. A stopped clock stands at the new moment, a running one runs on
+// from it.
+void clock_advance(std::time_t seconds);
+
+// Back to the machine's time.
+void clock_follow_machine();
+
+}  // namespace host

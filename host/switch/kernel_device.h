@@ -1,0 +1,74 @@
+// Network devices of the kernel: which there are, and what they count.
+//
+// The kernel's counters cannot be set to 0. Clearing a device remembers what it had counted; this process then shows
+// what has come since.
+#pragma once
+
+#include <cstdio>
+#include <ctime>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/types.h"
+
+namespace host {
+
+struct device_counters {
+  uint64 rx_bytes = 0, rx_packets = 0, rx_errors = 0, rx_dropped = 0;
+  uint64 rx_fifo_errors = 0, rx_frame_errors = 0, rx_compressed = 0, rx_multicast = 0;
+  uint64 tx_bytes = 0, tx_packets = 0, tx_errors = 0, tx_dropped = 0;
+  uint64 tx_fifo_errors = 0, tx_collisions = 0, tx_carrier_errors = 0, tx_compressed = 0;
+
+  bool operator==(const device_counters&) const = default;
+};
+
+// A device's row in a table in the form of /proc/net/dev; nothing when it has none or its row is not complete.
+std::optional<device_counters> read_device_counters(std::FILE* table, std::string_view device);
+
+// The first device of such a table that is not the loopback, empty when there is none.
+std::string first_device_of(std::FILE* table);
+
+// The same of the running kernel.
+std::string first_kernel_device();
+
+struct device_rates {
+  uint64 rx_bytes = 0, rx_packets = 0, tx_bytes = 0, tx_packets = 0;  // per second
+};
+
+// What is remembered of one device from look to look. One that has counted less than at the last look was made anew:
+// it counts from its own start.
+class device_memory {
+ public:
+  // Takes in what the device has counted at this moment.
+  void look(std::time_t now, const device_counters& counted);
+
+  // What is counted up to the last look counts no more.
+  void clear() { cleared_ = last_; }
+
+  device_counters since_clear() const;
+
+  // Averages of the minute before the last look; of less while the first look is not as old, 0 after one look alone.
+  device_rates rates() const;
+
+ private:
+  struct sample {
+    std::time_t at;
+    device_counters counted;
+  };
+  device_counters last_;
+  device_counters cleared_;
+  std::deque<sample> samples_;  // of the last minute, and one that is older
+};
+
+// What a device of the running kernel has counted since it was cleared here; nothing when there is no such device.
+std::optional<device_counters> kernel_counters(const std::string& device);
+
+// Its rates by the looks that this process took at it, the last of them in kernel_counters().
+device_rates kernel_rates(const std::string& device);
+
+// Lets a device count from 0 again, for this process. False when there is no such device.
+bool clear_kernel_counters(const std::string& device);
+
+}  // namespace host

@@ -1,0 +1,20 @@
+// Statistics at this moment.
+#pragma once
+
+#include <string>
+
+#include "switch/model.h"
+
+namespace host {
+
+// Brings the statistics of one interface of the machine up to this moment. A management port counts what its kernel
+// device counts; everything else is the source's. False when there is nobody who counts: the device is gone.
+bool refresh_statistics(interface& port);
+
+// Lets its counters start from 0 at this moment and notes when that was. Rates go on. False as above.
+bool clear_statistics(interface& port);
+
+// The kernel device of a management port: what the machine says, on chassis type 17 "eth" and the port's number from 1.
+std::string management_device(const machine& of, if_index_t if_index);
+
+}  // namespace host
