@@ -10,6 +10,7 @@
 #include "client/request.h"
 #include "host/alarm_soon.h"
 #include "host/small_machine.h"
+#include "platform/clear_counters.h"
 #include "platform/interface_manager.h"
 #include "platform/ip_config.h"
 #include "platform/port_channel.h"
@@ -22,7 +23,7 @@ namespace host {
 namespace {
 
 // How a client reports failures.
-enum class convention { error, only_minus_one, zero_is_failure };
+enum class convention { error, only_minus_one, zero_is_failure, one_is_failure };
 
 struct outcome {
   int32 result;
@@ -77,20 +78,23 @@ outcome call_tracked(const small_machine& names, mts_q_handle_t q) {
   return take_block(result, list);
 }
 
-outcome call_listing(const small_machine&, mts_q_handle_t q) {
-  mts_msg_ref_t message{7, 7};
-  const int32 result = pm_get_if_index_listing(IF_TYPE_ETHERNET, q, &message, 60);
+// What became of a message that a client function was to fill; it is dropped.
+outcome take_message(int32 result, mts_q_handle_t q, mts_msg_ref_t& message) {
   const bool delivered = message.id != 0;
   EXPECT_EQ(mts_drop(q, &message), 0);
   return {result, delivered};
 }
 
+outcome call_listing(const small_machine&, mts_q_handle_t q) {
+  mts_msg_ref_t message{7, 7};
+  const int32 result = pm_get_if_index_listing(IF_TYPE_ETHERNET, q, &message, 60);
+  return take_message(result, q, message);
+}
+
 outcome call_startup_listing(const small_machine&, mts_q_handle_t q) {
   mts_msg_ref_t message{7, 7};
   const int32 result = pm_get_startup_if_index_listing("/startup", IF_TYPE_ETHERNET, q, &message, 60);
-  const bool delivered = message.id != 0;
-  EXPECT_EQ(mts_drop(q, &message), 0);
-  return {result, delivered};
+  return take_message(result, q, message);
 }
 
 // Asking and reading the answer are two functions that callers use one after the other.
@@ -192,6 +196,55 @@ outcome call_capability(const small_machine& names, mts_q_handle_t) {
   return {get_port_capability(&range, sizeof response, response), false};
 }
 
+outcome call_clear_ports(const small_machine& names, mts_q_handle_t q) {
+  const if_index_t ports[] = {names.first_port, names.nobody};
+  auto* list = stale<uint8>();
+  const int32 result = pm_clear_port_counters(q, 2, ports, 1, &list, 1);
+  return take_block(result, list);
+}
+
+outcome call_clear_management(const small_machine& names, mts_q_handle_t q) {
+  return {pm_clear_interface_counters("eth0", names.mgmt, q), false};
+}
+
+outcome call_clear_channel(const small_machine& names, mts_q_handle_t q) {
+  return {dstats_clear_counters(q, names.channel, 1, 1, 5), false};
+}
+
+outcome call_next_channel(const small_machine& names, mts_q_handle_t) {
+  if_index_t next = 4711;
+  const int32 result = pcmap_get_next_port_channel(0, &next);
+  EXPECT_EQ(next, result == 0 ? names.old_channel : 4711u) << "a failure stores nothing";
+  return {result, false};
+}
+
+outcome call_clear_port_statistics(const small_machine& names, mts_q_handle_t) {
+  return {clear_port_statistics(names.first_port), false};
+}
+
+outcome call_clear_loopback(const small_machine& names, mts_q_handle_t) {
+  return {clear_loopback_counters(names.loopback), false};
+}
+
+// The only client that says on the terminal what went wrong.
+outcome call_clear_channel_ranges(const small_machine& names, mts_q_handle_t q) {
+  intf_range_t ranges{};
+  ranges.range_count = 1;
+  ranges.range[0] = {names.channel, names.channel};
+  param_arg_t argument{};
+  argument.type = PARAM_TYPE_INTERFACES;
+  argument.arg = &ranges;
+  paraminfo_t param{};
+  param.parameter_count = 1;
+  param.q = q;
+  param.arg_list[0] = &argument;
+  testing::internal::CaptureStdout();
+  const int32 result = pm_cli_clear_ethernet_channel_counters(&param);
+  std::fflush(stdout);
+  EXPECT_EQ(testing::internal::GetCapturedStdout().empty(), result == 0);
+  return {result, false};
+}
+
 using enum convention;
 constexpr std::size_t kHead = 8;
 const client_call kCalls[] = {
@@ -221,6 +274,14 @@ const client_call kCalls[] = {
     {"vsan_get_port_trunking_membership", "vsan-manager", kHead + 516, error, of_command, call_trunk_membership},
     {"pm_cli_config_sub_interface", "port-manager", kHead, error, of_command, call_config_sub_interface},
     {"pm_cli_config_loopback_interface", "port-manager", kHead, error, of_command, call_config_loopback},
+    {"pm_clear_port_counters", "port-manager", 1 + 2 * 8, error, of_command, call_clear_ports},
+    {"pm_clear_interface_counters", "port-manager", kHead, zero_is_failure, of_command, call_clear_management},
+    {"dstats_clear_counters", "statistics", kHead, error, of_command, call_clear_channel},
+    {"pcmap_get_next_port_channel", "port-channel", kHead + 4, error, of_process, call_next_channel},
+    {"clear_port_statistics", "statistics", kHead, error, of_process, call_clear_port_statistics},
+    {"clear_loopback_counters", "statistics", kHead, zero_is_failure, of_process, call_clear_loopback},
+    {"pm_cli_clear_ethernet_channel_counters", "port-manager", kHead, one_is_failure, of_command,
+     call_clear_channel_ranges},
     {"get_port_capability", "card-config", kHead + 124, error, of_process, call_capability},
 };
 
@@ -255,6 +316,7 @@ class ClientFailures : public testing::TestWithParam<client_call> {
     switch (GetParam().failures) {
       case only_minus_one: return -1;
       case zero_is_failure: return 0;
+      case one_is_failure: return 1;
       default: return error;
     }
   }
@@ -369,8 +431,8 @@ class ClientsOfBrokenServices : public ClientFailures {
 };
 
 TEST_P(ClientsOfBrokenServices, CountIsBelievedOnlyAsFarAsThePayloadReaches) {
-  const bool is_listing = GetParam().failures == only_minus_one;
-  replace(is_listing ? list_more : promise_more);
+  const bool begins_with_the_count = GetParam().failures == only_minus_one || GetParam().call == call_clear_ports;
+  replace(begins_with_the_count ? list_more : promise_more);
 
   const outcome got = call();
 
@@ -383,7 +445,10 @@ TEST_P(ClientsOfBrokenServices, SuccessWithoutARecordIsNotBelieved) {
                                GetParam().call == call_addresses || GetParam().call == call_clear ||
                                GetParam().call == call_listing || GetParam().call == call_startup_listing ||
                                GetParam().call == call_port_info || GetParam().call == call_config_sub_interface ||
-                               GetParam().call == call_config_loopback;
+                               GetParam().call == call_config_loopback || GetParam().call == call_clear_ports ||
+                               GetParam().call == call_clear_management || GetParam().call == call_clear_channel ||
+                               GetParam().call == call_clear_port_statistics ||
+                               GetParam().call == call_clear_loopback || GetParam().call == call_clear_channel_ranges;
   replace(say_nothing);
 
   EXPECT_EQ(call().result, needs_no_record ? success() : failure(PM_ERR_GENERAL));

@@ -11,13 +11,12 @@
 #include "client/library_functions.h"
 #include "client/request.h"
 #include "host/captured_output.h"
-#include "host/small_machine.h"
+#include "host/client_fixture.h"
 #include "platform/interface_manager.h"
 #include "platform/ip_config.h"
 #include "platform/port_channel.h"
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
-#include "service/services.h"
 #include "switch/if_index_layout.h"
 
 namespace host {
@@ -34,22 +33,6 @@ uint32 word_at(const void* block, std::size_t offset) {
   std::memcpy(&word, static_cast<const char*>(block) + offset, sizeof word);
   return word;
 }
-
-class Clients : public testing::Test {
- protected:
-  Clients() { transport_register(all_services()); }
-  ~Clients() override {
-    transport_close_queue(q_);
-    const transport_account now = transport_accounts();
-    EXPECT_EQ(now.sent - before_.sent + now.received - before_.received, now.dropped - before_.dropped);
-    EXPECT_EQ(now.dropped_twice, before_.dropped_twice);
-    EXPECT_EQ(now.never_dropped, before_.never_dropped);
-  }
-
-  small_machine names_ = install_small_machine();
-  transport_account before_ = transport_accounts();
-  mts_q_handle_t q_ = transport_open_queue();
-};
 
 TEST_F(Clients, PortConfigIsABlockOfRecords) {
   const if_index_range_t range{names_.first_port, names_.third_port};

@@ -237,5 +237,38 @@ TEST(InterfaceIndex, SortsInNaturalOrder) {
   EXPECT_TRUE(std::is_sorted(in_order.begin(), in_order.end()));
 }
 
+TEST(InterfaceIndex, NextHasTheNextNumberOfTheSameKindAndPlace) {
+  const std::pair<if_index_t, if_index_t> kSteps[] = {
+      {ethernet_index(IF_TYPE_ETHERNET, 2, 7), ethernet_index(IF_TYPE_ETHERNET, 2, 8)},
+      {ethernet_index(IF_TYPE_ETHERNET_L3, 2, 7, 100), ethernet_index(IF_TYPE_ETHERNET_L3, 2, 7, 101)},
+      {satellite_index(101, 3, 255), satellite_index(101, 3, 256)},
+      {channel_index(IF_TYPE_ETH_PORT_CHANNEL, 9), channel_index(IF_TYPE_ETH_PORT_CHANNEL, 10)},
+      {channel_index(IF_TYPE_PORT_CHANNEL, 9, PC_SUBTYPE_XGFC),
+       channel_index(IF_TYPE_PORT_CHANNEL, 10, PC_SUBTYPE_XGFC)},
+      {channel_index(IF_TYPE_ETH_PORT_CHANNEL, 9, PC_SUBTYPE_ORDINARY, 1),
+       channel_index(IF_TYPE_ETH_PORT_CHANNEL, 9, PC_SUBTYPE_ORDINARY, 2)},
+      {numbered_index(IF_TYPE_LOOPBACK, 0), numbered_index(IF_TYPE_LOOPBACK, 1)},
+      {numbered_index(IF_TYPE_VETHERNET, 4095), numbered_index(IF_TYPE_VETHERNET, 4096)},
+      {ethernet_index(IF_TYPE_MGMT, 0, 0), ethernet_index(IF_TYPE_MGMT, 0, 1)},
+      {named_fc_index(name_family::kBay, 0), named_fc_index(name_family::kBay, 1)},
+  };
+  for (const auto& [from, to] : kSteps) {
+    if_index_t next = 0;
+    EXPECT_EQ(if_index_next(from, &next), 0) << name(from);
+    EXPECT_EQ(next, to) << name(from);
+  }
+}
+
+TEST(InterfaceIndex, NothingFollowsTheLastNumber) {
+  for (const if_index_t last :
+       {ethernet_index(IF_TYPE_ETHERNET, 2, MAX_PORT), ethernet_index(IF_TYPE_ETHERNET_L3, 2, 7, MAX_SUB_INTERFACE),
+        satellite_index(101, 3, MAX_UNIT_PORT), channel_index(IF_TYPE_ETH_PORT_CHANNEL, MAX_CHANNEL),
+        numbered_index(IF_TYPE_LOOPBACK, MAX_NUMBER), if_index_t{0}, if_index_t{0xF8000000}}) {
+    if_index_t next = 4711;
+    EXPECT_NE(if_index_next(last, &next), 0) << name(last);
+    EXPECT_EQ(next, 4711u) << name(last);
+  }
+}
+
 }  // namespace
 }  // namespace host

@@ -7,8 +7,10 @@
 #include "client/resident_libraries.h"
 #include "host/small_machine.h"
 #include "platform/card_config.h"
+#include "platform/clear_counters.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
+#include "platform/syserr.h"
 #include "platform/vlan_manager.h"
 #include "service/services.h"
 
@@ -69,6 +71,27 @@ TEST_F(ClientLibraries, LoopbackCountersReportSuccessAsOne) {
   EXPECT_EQ(stats.out_pkts, 9123u);
   EXPECT_EQ(get(q, names_.first_port, &stats), 0);
   transport_close_queue(q);
+}
+
+TEST_F(ClientLibraries, StatisticsClientClearsAPort) {
+  const auto clear = find<statscl_clear_port_client_stats_fn>("libstatcl.so", "statscl_clear_port_client_stats");
+  ASSERT_NE(clear, nullptr);
+
+  EXPECT_EQ(clear(names_.first_port), 0);
+  EXPECT_EQ(the_machine().find(names_.first_port)->stats.out.packets(), 0u);
+  EXPECT_EQ(clear(names_.nobody), PM_ERR_NO_SUCH_INTERFACE);
+  EXPECT_EQ(clear(names_.loopback), PM_ERR_NOT_ALLOWED_ON_INTERFACE);
+}
+
+TEST_F(ClientLibraries, LoopbacksAreClearedAndReportSuccessAsOne) {
+  const auto clear = find<ip_clear_loopback_counters_fn>("libip_stats.so", "ip_clear_loopback_counters");
+  ASSERT_NE(clear, nullptr);
+
+  EXPECT_EQ(clear(0, names_.loopback), 1);
+  EXPECT_EQ(the_machine().find(names_.loopback)->stats.out.packets(), 0u);
+  EXPECT_EQ(clear(0, names_.nobody), 0);
+  EXPECT_EQ(clear(0, names_.first_port), 0);
+  EXPECT_NE(the_machine().find(names_.first_port)->stats.out.packets(), 0u);
 }
 
 TEST_F(ClientLibraries, CardConfigurationFillsTheResponse) {

@@ -87,6 +87,11 @@ constexpr question kQuestions[] = {
     {"Ethernet statistics", serve_port_manager, PM_OPC_ETH_STATISTICS, 12},
     {"channel statistics", serve_port_manager, PM_OPC_CHANNEL_STATISTICS, 12},
     {"interface counters", serve_port_manager, PM_OPC_INTERFACE_COUNTERS, 4},
+    {"clear of management", serve_port_manager, PM_OPC_CLEAR_MANAGEMENT, 4},
+    {"clear of a port", serve_statistics, STATS_OPC_CLEAR_PORT, 4},
+    {"clear of a loopback", serve_statistics, STATS_OPC_CLEAR_LOOPBACK, 4},
+    {"clear of a channel", serve_statistics, STATS_OPC_CLEAR_CHANNEL, 4},
+    {"next channel", serve_port_channel, PC_OPC_NEXT, 4},
     {"layer mode", serve_interface_manager, IM_OPC_LAYER_MODE, 4},
     {"native VLAN", serve_interface_manager, IM_OPC_NATIVE_VLAN, 4},
     {"access VLAN", serve_interface_manager, IM_OPC_ACCESS_VLAN, 4},
@@ -137,7 +142,8 @@ TEST_F(Services, HaveNamesAndAccessPointsOfTheirOwn) {
 TEST_F(Services, ReportAnUnknownInterface) {
   for (const question& asked : kQuestions) {
     const bool is_listing = asked.opcode == PM_OPC_LISTING || asked.opcode == PM_OPC_STARTUP_LISTING;
-    if (asked.serve == serve_interface_manager || is_listing) continue;
+    const bool is_walk = asked.serve == serve_port_channel && asked.opcode == PC_OPC_NEXT;
+    if (asked.serve == serve_interface_manager || is_listing || is_walk) continue;
     std::vector<std::byte> request(asked.request_bytes);
     const be32 nobody = names_.nobody;
     std::memcpy(request.data(), &nobody, 4);
@@ -509,6 +515,128 @@ TEST_F(Services, PortStatisticsCarryErrors) {
   EXPECT_EQ(errors.tx_dropped, 3005u);
 }
 
+TEST_F(Services, PortStatisticsCarryEveryCounterOfTheModel) {
+  statistics& stats = the_machine().find(names_.first_port)->stats;
+  stats.in.packets_by_size = {101, 102, 103, 104, 105, 106, 107, 108};
+  stats.out.packets_by_size = {201, 202, 203, 204, 205, 206, 207, 208};
+  stats.errors = {.short_frames = 301,
+                  .no_buffer = 302,
+                  .ecc = 303,
+                  .ignored = 304,
+                  .bad_ethertype = 305,
+                  .bad_protocol = 306,
+                  .bad_encapsulation = 307,
+                  .dropped_while_down = 308,
+                  .dribble = 309,
+                  .watchdog = 310,
+                  .symbol = 311,
+                  .storm_suppressed = 312,
+                  .crc_sent = 313,
+                  .single_collisions = 314,
+                  .multiple_collisions = 315,
+                  .excessive_collisions = 316,
+                  .deferred_long = 317,
+                  .babble = 318,
+                  .sqe_test = 319,
+                  .bpdu_lost = 320,
+                  .cos0_lost = 400,
+                  .cos1_lost = 401,
+                  .cos2_lost = 402,
+                  .cos3_lost = 403,
+                  .cos4_lost = 404,
+                  .cos5_lost = 405,
+                  .cos6_lost = 406,
+                  .cos7_lost = 407};
+
+  const auto record =
+      only_record<statscl_portcl_stats_msg_t>(serve_statistics(STATS_OPC_PORT, bytes(about(names_.first_port))));
+
+  const statscl_portcl_mac_pktflow_stats_t& flow = record.mac.pktflow;
+  EXPECT_EQ(flow.b64_rx, 101u);
+  EXPECT_EQ(flow.b65_127_rx, 102u);
+  EXPECT_EQ(flow.b128_255_rx, 103u);
+  EXPECT_EQ(flow.b256_511_rx, 104u);
+  EXPECT_EQ(flow.b512_1023_rx, 105u);
+  EXPECT_EQ(flow.b1024_1518_rx, 106u);
+  EXPECT_EQ(flow.b1519_1548_rx, 107u);
+  EXPECT_EQ(flow.jumbo_pkts, 108u);
+  EXPECT_EQ(flow.b64_tx, 201u);
+  EXPECT_EQ(flow.b65_127_tx, 202u);
+  EXPECT_EQ(flow.b128_255_tx, 203u);
+  EXPECT_EQ(flow.b256_511_tx, 204u);
+  EXPECT_EQ(flow.b512_1023_tx, 205u);
+  EXPECT_EQ(flow.b1024_1518_tx, 206u);
+  EXPECT_EQ(flow.b1519_1548_tx, 207u);
+  EXPECT_EQ(flow.jumbo_pkts_tx, 208u);
+  EXPECT_EQ(flow.storm_supression, 312u);
+  const statscl_portcl_mac_error_stats_t& errors = record.mac.errors;
+  EXPECT_EQ(errors.shortframe, 301u);
+  EXPECT_EQ(errors.no_buffer, 302u);
+  EXPECT_EQ(errors.ecc, 303u);
+  EXPECT_EQ(errors.ignored, 304u);
+  EXPECT_EQ(errors.bad_etype_drop, 305u);
+  EXPECT_EQ(errors.bad_proto_drop, 306u);
+  EXPECT_EQ(errors.bad_encap, 307u);
+  EXPECT_EQ(errors.if_down_drop, 308u);
+  EXPECT_EQ(errors.input_dribble, 309u);
+  EXPECT_EQ(errors.watchdog, 310u);
+  EXPECT_EQ(errors.symbol_err, 311u);
+  EXPECT_EQ(errors.crc_tx, 313u);
+  EXPECT_EQ(errors.single_collision, 314u);
+  EXPECT_EQ(errors.multi_collision, 315u);
+  EXPECT_EQ(errors.excessive_collision, 316u);
+  EXPECT_EQ(errors.deffered, 317u);
+  EXPECT_EQ(errors.deferred, 0u);
+  EXPECT_EQ(errors.babble, 318u);
+  EXPECT_EQ(errors.bpdu_outlost, 320u);
+  EXPECT_EQ(errors.cos0_outlost, 400u);
+  EXPECT_EQ(errors.cos1_outlost, 401u);
+  EXPECT_EQ(errors.cos2_outlost, 402u);
+  EXPECT_EQ(errors.cos3_outlost, 403u);
+  EXPECT_EQ(errors.cos4_outlost, 404u);
+  EXPECT_EQ(errors.cos5_outlost, 405u);
+  EXPECT_EQ(errors.cos6_outlost, 406u);
+  EXPECT_EQ(errors.cos7_outlost, 407u);
+  EXPECT_EQ(record.mac.ctrl.sqetest, 319u);
+
+  const auto totals =
+      only_record<show_eth_intf_resp_t>(
+          serve_port_manager(PM_OPC_ETH_STATISTICS, bytes(eth_statistics_request{one(names_.first_port), 1})))
+          .if_data;
+  EXPECT_EQ(totals.ifi_badetype, 305u);
+  EXPECT_EQ(totals.ifi_noproto, 306u);
+  EXPECT_EQ(totals.ifi_idowndrops, 308u);
+}
+
+TEST_F(Services, InterfaceCountersCarryTheLastMinutes) {
+  statistics& stats = the_machine().find(names_.mgmt)->stats;
+  stats.rate_ring = {{{800, 8000, 80, 8},
+                      {900, 9000, 90, 9},
+                      {100, 0, 0, 0},
+                      {200, 1000, 10, 1},
+                      {350, 2500, 25, 2},
+                      {400, 3000, 30, 3},
+                      {500, 4000, 40, 4},
+                      {700, 6000, 60, 6}}};
+  stats.rate_index = 2;
+  stats.counted_sec = 77;
+
+  const auto record = only_record<pm_if_stat>(serve_port_manager(PM_OPC_INTERFACE_COUNTERS, bytes(about(names_.mgmt))));
+
+  EXPECT_EQ(record.interval, 77u);
+  EXPECT_EQ(record.interval_in_bytes, 100u) << "slot 1 less slot 0";
+  EXPECT_EQ(record.interval_out_bytes, 1000u);
+  EXPECT_EQ(record.interval_in_pkts, 10u);
+  EXPECT_EQ(record.interval_out_pkts, 1u);
+  EXPECT_EQ(record.interval_in_bytes_prev[0], 100u);
+  EXPECT_EQ(record.interval_in_bytes_prev[1], 100u) << "slot 0 less slot 7";
+  EXPECT_EQ(record.interval_in_bytes_prev[2], 200u) << "slot 7 less slot 6";
+  EXPECT_EQ(record.interval_in_bytes_prev[6], 100u) << "slot 3 less slot 2, the oldest";
+  EXPECT_EQ(record.interval_secs_prev[6], 60);
+  EXPECT_EQ(record.interval_in_bytes_prev[7], 0u) << "there are no more samples";
+  EXPECT_EQ(record.interval_secs_prev[7], 0);
+}
+
 TEST_F(Services, LookedUpPacketsCountForTheLayerOfThePort) {
   const auto stats_of = [](if_index_t if_index) {
     return only_record<statscl_portcl_stats_msg_t>(
@@ -536,6 +664,16 @@ TEST_F(Services, LoopbackStatisticsAreForLoopbacksOnly) {
   EXPECT_EQ(stats.out_underruns, 4006u);
   EXPECT_EQ(stats.out_collisions, 4007u);
   EXPECT_EQ(stats.out_carrier_errors, 8021u);
+  EXPECT_EQ(stats.in_pkts_discard, 2003u);
+  EXPECT_EQ(stats.out_pkts_discard, 3005u);
+
+  the_machine().find(names_.loopback)->stats.errors = {
+      .bad_protocol = 501, .compressed = 502, .receive_fifo = 503, .send_fifo = 504};
+  const auto rarer = only_record<ip_if_stats>(serve_statistics(STATS_OPC_LOOPBACK, bytes(about(names_.loopback))));
+  EXPECT_EQ(rarer.unknown_proto_pkts, 501u);
+  EXPECT_EQ(rarer.in_compressed, 502u);
+  EXPECT_EQ(rarer.in_fifo, 503u);
+  EXPECT_EQ(rarer.out_fifo, 504u);
   EXPECT_EQ(error_of(serve_statistics(STATS_OPC_LOOPBACK, bytes(about(names_.first_port)))),
             PM_ERR_NOT_ALLOWED_ON_INTERFACE);
 }

@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 
+#include "host/vsan_set.h"
 #include "platform/port_manager.h"
 #include "source/chassis/switch_file.h"
 #include "switch/if_index_layout.h"
@@ -127,16 +128,10 @@ TEST_F(StorageSwitch, UsersSeeTheirVsans) {
 }
 
 TEST_F(StorageSwitch, RestrictedUserSeesSomePortsOfEveryTestedKind) {
-  const auto set_of = [](const std::vector<uint16>& vsans) {
-    vsan_bitset_t set{};
-    set.size = BITSET_BYTES;
-    for (const uint16 vsan : vsans) set.bits[vsan / 8] |= static_cast<uint8>(0x80 >> vsan % 8);
-    return set;
-  };
-  const vsan_bitset_t mine = set_of(*storage_.find_user("storage-a")->vsans);
+  const vsan_bitset_t mine = vsan_set(*storage_.find_user("storage-a")->vsans);
   const auto sees = [&](std::string_view text) {
     const interface& it = named(text);
-    return may_see_port(mine, {it.vsan, is_trunking_mode(it.oper_mode), set_of(it.trunk_vsans)});
+    return may_see_port(mine, {it.vsan, is_trunking_mode(it.oper_mode), vsan_set(it.trunk_vsans)});
   };
   EXPECT_TRUE(sees("fc 1/1"));
   EXPECT_FALSE(sees("fc 1/9"));

@@ -2,17 +2,16 @@
 #include "source/chassis/switch_file.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <set>
 #include <span>
 #include <string>
 
+#include "host/temporary_file.h"
 #include "platform/card_config.h"
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
@@ -23,23 +22,6 @@ namespace {
 
 constexpr std::time_t kNow = 1'700'000'000;
 constexpr if_index_t kNothing = 0;
-
-// A file that lives as long as its test.
-class temporary_file {
- public:
-  explicit temporary_file(const std::string& content)
-      : path_(std::filesystem::temp_directory_path() / ("switch_file_test_" + std::to_string(getpid()) + ".yaml")) {
-    std::ofstream(path_) << content;
-  }
-  ~temporary_file() { std::filesystem::remove(path_); }
-  temporary_file(const temporary_file&) = delete;
-  temporary_file& operator=(const temporary_file&) = delete;
-
-  std::string path() const { return path_.string(); }
-
- private:
-  std::filesystem::path path_;
-};
 
 machine load(const std::string& content) {
   const temporary_file file(content);
@@ -580,6 +562,30 @@ TEST(WrongSwitchFile, AttributesAreChecked) {
       {"- {range: ethernet 1/1, traffic: {in: {packet-bytes: 0}}}\n", "5: packet-bytes '0' is not from 64 to 65535"},
       {"- {range: ethernet 1/1, traffic: {in: {multicast-percent: 60, broadcast-percent: 41}}}\n",
        "5: multicast and broadcast are more than 100 percent"},
+      {"- {range: ethernet 1/1, traffic: {in: {mbps: 1, pps: 2}}}\n", "5: 'mbps' and 'pps' exclude each other"},
+      {"- {range: ethernet 1/1, traffic: {in: {packet-bytes: 64, packet-sizes: {64: 100}}}}\n",
+       "5: 'packet-bytes' and 'packet-sizes' exclude each other"},
+      {"- {range: ethernet 1/1, traffic: {in: {pps: 2000000001}}}\n",
+       "5: pps '2000000001' is not from 0 to 2000000000"},
+      {"- {range: ethernet 1/1, traffic: {in: {line-rate-percent: 101}}}\n",
+       "5: line-rate-percent '101' is more than 100"},
+      {"- {range: ethernet 1/1, traffic: {in: {packet-sizes: {64: 50, 512: 49.9}}}}\n",
+       "5: the shares of the packet sizes are not 100 percent together"},
+      {"- {range: ethernet 1/1, traffic: {in: {packet-sizes: {63: 100}}}}\n",
+       "5: packet size '63' is not from 64 to 65535"},
+      {"- {range: ethernet 1/1, traffic: {in: {packet-sizes: []}}}\n",
+       "5: 'packet-sizes' needs keys with values, not a list"},
+      {"- {range: ethernet 1/1, traffic: {in: {burst: {every: 5m, mbps: 1}}}}\n", "5: a burst needs 'every' and 'for'"},
+      {"- {range: ethernet 1/1, traffic: {in: {burst: {every: 5m, for: 5m1s}}}}\n",
+       "5: a burst lasts longer than the time from one to the next"},
+      {"- {range: ethernet 1/1, traffic: {in: {burst: {every: 5m, for: 1m, mbps: 1, line-rate-percent: 5}}}}\n",
+       "5: 'mbps' and 'line-rate-percent' exclude each other"},
+      {"- {range: ethernet 1/1, traffic: {in: {discards-per-million: 1000001}}}\n",
+       "5: discards-per-million '1000001' is not from 0 to 1000000"},
+      {"- {range: ethernet 1/1, traffic: {errors-per-million: {crcs: 1}}}\n",
+       "5: unknown key 'crcs' in 'errors-per-million', did you mean 'crc'?"},
+      {"- {range: ethernet 1/1, traffic: {profile: office}}\n", "5: there is no traffic profile 'office'"},
+      {"- {range: ethernet 1/1, traffic: office}\n", "5: there is no traffic profile 'office'"},
       {"- {range: ethernet 1/1, traffic: {errors: {crcs: 1}}}\n",
        "5: unknown key 'crcs' in 'errors', did you mean 'crc'?"},
       {"- {range: ethernet 1/1, link-change: yesterday}\n",
@@ -661,6 +667,28 @@ TEST(WrongSwitchFile, ReferencesAreChecked) {
   expect_refusals(kHead, kWrong);
 }
 
+// The first row of the kernel's table that is not the loopback's; empty when there is none.
+std::string first_device_of_this_machine() {
+  std::ifstream table("/proc/net/dev");
+  std::string line;
+  while (std::getline(table, line)) {
+    const std::size_t colon = line.find(':');
+    if (colon == std::string::npos) continue;
+    const std::size_t begin = line.find_first_not_of(' ');
+    if (const std::string device = line.substr(begin, colon - begin); device != "lo") return device;
+  }
+  return "";
+}
+
+TEST(SwitchFile, ManagementDeviceIsTheFirstOfTheMachineUnlessTheFileNamesOne) {
+  EXPECT_EQ(load("switch: {name: a}\n").mgmt_device, first_device_of_this_machine());
+  EXPECT_EQ(load("switch: {name: a}\n").mgmt_device2, "");
+
+  const machine named = load("switch: {name: a}\nmanagement: {device: veth0, second-device: veth1}\n");
+  EXPECT_EQ(named.mgmt_device, "veth0");
+  EXPECT_EQ(named.mgmt_device2, "veth1");
+}
+
 // The demonstration switch.
 
 class CampusSwitch : public testing::Test {
@@ -678,7 +706,7 @@ class CampusSwitch : public testing::Test {
 TEST_F(CampusSwitch, IsAModularEthernetSwitch) {
   EXPECT_EQ(campus_.chassis_type, 10U);
   EXPECT_GE(campus_.cards.size(), 2U);
-  EXPECT_FALSE(campus_.mgmt_device.empty());
+  EXPECT_EQ(campus_.mgmt_device, first_device_of_this_machine());
   EXPECT_TRUE(std::is_sorted(campus_.interfaces.begin(), campus_.interfaces.end(),
                              [](const interface& a, const interface& b) { return a.if_index < b.if_index; }));
 }

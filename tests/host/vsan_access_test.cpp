@@ -3,15 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+
+#include "host/vsan_set.h"
+
 namespace host {
 namespace {
 
-vsan_bitset_t set_of(std::initializer_list<uint32> vsans) {
-  vsan_bitset_t set{};
-  set.size = BITSET_BYTES;
-  for (const uint32 vsan : vsans) set.bits[vsan / 8] |= static_cast<uint8>(0x80 >> vsan % 8);
-  return set;
-}
+vsan_bitset_t set_of(std::initializer_list<uint16> vsans) { return vsan_set({vsans.begin(), vsans.size()}); }
 
 TEST(VsanAccess, PortOfAVsanOfTheUserIsSeen) {
   const vsan_bitset_t user = set_of({10, 11, 4095});

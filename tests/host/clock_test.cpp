@@ -1,0 +1,45 @@
+// The host's clock.
+#include "switch/clock.h"
+
+#include <gtest/gtest.h>
+
+namespace host {
+namespace {
+
+class Clock : public testing::Test {
+ protected:
+  ~Clock() override { clock_follow_machine(); }
+};
+
+TEST_F(Clock, ShowsTheTimeOfTheMachine) {
+  const std::time_t before = std::time(nullptr);
+  const std::time_t shown = clock_now();
+  EXPECT_GE(shown, before - 1);
+  EXPECT_LE(shown, std::time(nullptr) + 1);
+}
+
+TEST_F(Clock, StandsStillWhereItWasSet) {
+  clock_set(1'700'000'000);
+  EXPECT_EQ(clock_now(), 1'700'000'000);
+
+  clock_advance(90);
+  EXPECT_EQ(clock_now(), 1'700'000'090);
+
+  clock_advance(-100);
+  EXPECT_EQ(clock_now(), 1'699'999'990);
+}
+
+TEST_F(Clock, RunsAheadWhenItWasNotSet) {
+  clock_advance(100'000);
+  EXPECT_GE(clock_now(), std::time(nullptr) + 99'999);
+  EXPECT_LE(clock_now(), std::time(nullptr) + 100'001);
+}
+
+TEST_F(Clock, GoesBackToTheTimeOfTheMachine) {
+  clock_set(5);
+  clock_follow_machine();
+  EXPECT_GE(clock_now(), std::time(nullptr) - 1);
+}
+
+}  // namespace
+}  // namespace host
