@@ -12,10 +12,11 @@ namespace {
 // The numbers of the interfaces of a word that begin with `begun`.
 std::vector<std::string> numbers_of(const interface_word* word, std::string_view begun) {
   const command_queue q;
-  const auto interfaces = expand_words(q.handle, {&word, 1});
+  const auto interfaces = list_word(q.handle, *word);
   std::vector<std::string> numbers;
   if (!interfaces) return numbers;
   for (const if_index_t if_index : *interfaces) {
+    if (number_of(if_index).family != word->family) continue;
     std::string number = interface_text(*word, number_of(if_index)).substr(word->word.size() + 1);
     if (number.starts_with(begun)) numbers.push_back(std::move(number));
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <functional>
 
 #include "shell/words.h"
@@ -18,6 +19,7 @@ struct position {
   const command* what;
   std::size_t next = 0;  // word of the syntax that comes next
   range_end range = range_end::none;
+  std::optional<uint32> number = {};  // that the line has named
 };
 
 bool is_digit(char character) { return std::isdigit(static_cast<unsigned char>(character)) != 0; }
@@ -82,6 +84,19 @@ std::vector<position> all_positions() {
   return positions;
 }
 
+const number_argument& number_argument_of(const syntax_word& word) {
+  return *std::find_if(std::begin(kNumberArguments), std::end(kNumberArguments),
+                       [&word](const number_argument& known) { return known.name == word.text; });
+}
+
+// The number that a word is, within its bounds.
+std::optional<uint32> read_number(const number_argument& wanted, std::string_view word) {
+  uint32 number = 0;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+  if (error != std::errc{} || end != word.data() + word.size()) return std::nullopt;
+  return number >= wanted.lowest && number <= wanted.highest ? std::optional(number) : std::nullopt;
+}
+
 // One word further.
 
 struct step {
@@ -94,15 +109,18 @@ std::vector<step> readings(const std::vector<position>& positions, std::string_v
   std::vector<step> steps;
   for (const position& at : positions) {
     if (continues_range(at.range, word)) {
-      steps.push_back({word, {at.what, at.next, end_of_range(word)}});
+      steps.push_back({word, {at.what, at.next, end_of_range(word), at.number}});
       continue;
     }
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
       if (expected.is_range) {
         for (const interface_word* const kind : interface_words(word))
-          steps.push_back({kind->word, {at.what, index + 1, end_of_range(word)}});
+          steps.push_back({kind->word, {at.what, index + 1, end_of_range(word), at.number}});
+      } else if (expected.is_number) {
+        if (const auto number = read_number(number_argument_of(expected), word))
+          steps.push_back({word, {at.what, index + 1, range_end::none, number}});
       } else if (starts_with_ignoring_case(expected.text, word)) {
-        steps.push_back({expected.text, {at.what, index + 1}});
+        steps.push_back({expected.text, {at.what, index + 1, range_end::none, at.number}});
       }
     });
   }
@@ -134,11 +152,27 @@ std::vector<std::string_view> expected_words(const std::vector<position>& positi
   };
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
+      if (word.is_number) return;
       if (!word.is_range) return add(word.text);
       for (const interface_word& kind : kInterfaceWords) add(kind.word);
     });
   }
   return words;
+}
+
+// The number that may come next, if any.
+const number_argument* expected_number(const std::vector<position>& positions) {
+  const number_argument* wanted = nullptr;
+  for (const position& at : positions) {
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
+      if (word.is_number) wanted = &number_argument_of(word);
+    });
+  }
+  return wanted;
+}
+
+std::string bounds_of(const number_argument& number) {
+  return std::to_string(number.lowest) + " to " + std::to_string(number.highest);
 }
 
 std::string type_help(std::string_view in_front) {
@@ -148,6 +182,9 @@ std::string type_help(std::string_view in_front) {
 }
 
 std::string unknown_word(const std::vector<position>& positions, std::string_view word, std::string_view in_front) {
+  if (const number_argument* const number = expected_number(positions))
+    return quoted(word) + " is no " + std::string(number->name) + ": it takes a number from " + bounds_of(*number) +
+           ".";
   const std::vector<std::string_view> expected = expected_words(positions);
   if (expected.empty()) return quoted(word) + " is too much: the command ends with " + quoted(in_front) + ".";
   const std::string_view meant = closest_word(word, expected);
@@ -273,11 +310,17 @@ void suggest_next_words(suggestions& found, const std::vector<position>& positio
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
       if (word.is_range) return suggest_interface_words(found, begun);
+      if (word.is_number) return;
       if (starts_with_ignoring_case(word.text, begun)) add_word(found, word.text, help_of_word(word.text));
     });
   }
   std::sort(found.words.begin(), found.words.end(),
             [](const suggestion& left, const suggestion& right) { return left.word < right.word; });
+}
+
+void suggest_number_argument(suggestions& found, const std::vector<position>& positions) {
+  if (const number_argument* const number = expected_number(positions))
+    found.hints.push_back({std::string(number->name), std::string(number->help) + ", " + bounds_of(*number)});
 }
 
 void suggest_hints(suggestions& found, const std::vector<position>& positions) {
@@ -287,6 +330,7 @@ void suggest_hints(suggestions& found, const std::vector<position>& positions) {
     found.hints.push_back({",", "Another interface or range"});
     found.hints.push_back({"-", "The last number of a range"});
   }
+  suggest_number_argument(found, positions);
   if (std::none_of(positions.begin(), positions.end(), is_complete)) return;
   found.hints.push_back({"|", "Filter the output"});
   found.hints.push_back({"<Enter>", "Run the command"});
@@ -347,6 +391,7 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
     return std::nullopt;
   }
   parsed.what = complete->what;
+  parsed.number = complete->number;
   parsed.text = join(state.path, " ");
   if (!parsed.range.empty()) {
     if (const auto fault = parse_interface_range(parsed.range, parsed.spans)) {
@@ -395,8 +440,12 @@ suggestions suggest(std::string_view line) {
     return found;
   }
   suggest_next_words(found, state.positions, begun.text);
-  if (!has_begun) suggest_hints(found, state.positions);
-  if (has_begun && found.words.empty()) found.error = unknown_word(state.positions, begun.text, join(state.path, " "));
+  if (!has_begun)
+    suggest_hints(found, state.positions);
+  else if (!readings(state.positions, begun.text).empty())
+    suggest_number_argument(found, state.positions);
+  else
+    found.error = unknown_word(state.positions, begun.text, join(state.path, " "));
   return found;
 }
 

@@ -18,11 +18,31 @@ namespace host {
 
 struct invocation;
 
-// One word of a syntax: "show" stands for itself, "RANGE" for interfaces. In brackets it may be left out.
+// A number that a command takes, by the name that stands for it in a syntax.
+struct number_argument {
+  std::string_view name;
+  uint32 lowest, highest;
+  std::string_view help;
+};
+
+inline constexpr number_argument kNumberArguments[] = {
+    {"MODULE", 1, MAX_SLOT + 1, "Number of a module"},
+};
+
+constexpr bool is_number_argument(std::string_view word) {
+  for (const number_argument& known : kNumberArguments) {
+    if (known.name == word) return true;
+  }
+  return false;
+}
+
+// One word of a syntax: "show" stands for itself, "RANGE" for interfaces, the name of a number for it. In brackets it
+// may be left out.
 struct syntax_word {
   std::string_view text;
   bool is_range = false;
   bool is_optional = false;
+  bool is_number = false;
 };
 
 enum { MAX_SYNTAX_WORDS = 8 };
@@ -39,7 +59,7 @@ struct command_syntax {
       left.remove_prefix(word.size() < left.size() ? word.size() + 1 : word.size());
       const bool is_optional = word.front() == '[';
       if (is_optional) word = word.substr(1, word.size() - 2);
-      words[num_words++] = {word, word == "RANGE", is_optional};
+      words[num_words++] = {word, word == "RANGE", is_optional, is_number_argument(word)};
     }
   }
 };
@@ -63,6 +83,7 @@ struct command_line {
   std::string text;               // with all words in full, without pipes
   std::string range;              // as written; empty: none
   std::vector<interface_span> spans;
+  std::optional<uint32> number;
   std::vector<pipe_stage> pipes;
 };
 

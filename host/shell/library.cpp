@@ -7,40 +7,77 @@
 namespace host {
 namespace {
 
-constexpr char kLibraryName[] = "libpmcli_common.so";
+struct named_handler {
+  const char* name;
+  command_handler command_library::*handler;
+};
+
+constexpr named_handler kHandlers[] = {
+    {"pm_cli_show_eth_port_config", &command_library::show_ethernet},
+    {"pm_cli_show_sat_eth_port_config", &command_library::show_satellite},
+    {"pm_cli_show_mgmt_port_config", &command_library::show_management},
+    {"pm_cli_show_loopback_config", &command_library::show_loopback},
+    {"pm_cli_show_eth_stat_info", &command_library::show_statistics},
+    {"pm_cli_show_common_header", &command_library::common_header},
+    {"pm_cli_show_eth_header", &command_library::ethernet_header},
+    {"pm_pcm_cli_show_header", &command_library::channel_header},
+    {"pm_cli_show_mgmt_header", &command_library::management_header},
+    {"pm_cli_show_loopback_header", &command_library::loopback_header},
+    {"pm_cli_show_inband_header", &command_library::inband_header},
+};
 
 std::string loader_error() {
   const char* const text = dlerror();
   return text == nullptr ? "(null)" : text;
 }
 
-template <typename Function>
-void find_function(void* library, const char* name, Function& function) {
-  dlerror();
-  function = reinterpret_cast<Function>(dlsym(library, name));
-  if (function == nullptr) throw library_error(std::string(kLibraryName) + " has no " + name + ": " + loader_error());
+class loaded_library {
+ public:
+  loaded_library(const std::string& directory, const char* name) : name_(name) {
+    library_ = dlopen((directory + "/" + name).c_str(), RTLD_LAZY | RTLD_LOCAL);
+    if (library_ == nullptr) throw library_error("cannot load the command library: " + loader_error());
+  }
+
+  template <typename Function>
+  void find_if_there(const char* name, Function& function) const {
+    function = reinterpret_cast<Function>(dlsym(library_, name));
+  }
+
+  template <typename Function>
+  void find(const char* name, Function& function) const {
+    dlerror();
+    find_if_there(name, function);
+    if (function == nullptr) throw library_error(std::string(name_) + " has no " + name + ": " + loader_error());
+  }
+
+ private:
+  const char* name_;
+  void* library_;
+};
+
+void take_vocabulary(const loaded_library& library) {
+  vocabulary words{};
+  library.find("port_mode_string", words.port_mode);
+  library.find("port_rate_mode_string", words.rate_mode);
+  library.find("port_flowctrl_mode_string", words.flow_control);
+  library.find("port_state_reason_string", words.state_reason);
+  set_vocabulary(words);
 }
 
 }  // namespace
 
-command_library load_command_library(const std::string& directory) {
-  const std::string path = directory + "/" + kLibraryName;
-  void* const library = dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL);
-  if (library == nullptr) throw library_error("cannot load the command library: " + loader_error());
-
+command_library load_command_libraries(const std::string& directory) {
   command_library found;
-  find_function(library, "pm_cli_show_eth_port_config", found.show_ethernet);
-  find_function(library, "pm_cli_show_sat_eth_port_config", found.show_satellite);
-  find_function(library, "pm_cli_show_mgmt_port_config", found.show_management);
-  find_function(library, "pm_cli_show_loopback_config", found.show_loopback);
-  find_function(library, "pm_cli_show_eth_stat_info", found.show_statistics);
+  const loaded_library common(directory, "libpmcli_common.so");
+  for (const named_handler& wanted : kHandlers) common.find(wanted.name, found.*wanted.handler);
+  common.find_if_there("pm_cli_show_inband_port_config", found.show_inband);
+  common.find("pm_cli_if_index_enum_func", found.enumerate);
+  common.find("pm_cli_if_index_verification_func", found.verify);
+  common.find("pm_cli_check_if_index_for_vsan_perm", found.check_vsans);
+  take_vocabulary(common);
 
-  vocabulary words{};
-  find_function(library, "port_mode_string", words.port_mode);
-  find_function(library, "port_rate_mode_string", words.rate_mode);
-  find_function(library, "port_flowctrl_mode_string", words.flow_control);
-  find_function(library, "port_state_reason_string", words.state_reason);
-  set_vocabulary(words);
+  const loaded_library sibling(directory, "libpmcli_sibling.so");
+  sibling.find("sibling_show_port_capabilities", found.show_port_capabilities);
   return found;
 }
 

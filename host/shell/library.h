@@ -1,4 +1,4 @@
-// The command library: loaded by name, its handlers looked up by name, as any shell does.
+// The command libraries: loaded by name, their functions looked up by name, as any shell does.
 #pragma once
 
 #include <stdexcept>
@@ -11,22 +11,44 @@ namespace host {
 
 using command_handler = uint32 (*)(paraminfo_t*);
 
-// Handlers of the displays, by kind of interface.
+// Interfaces as the enumeration callback hands them over: a heap block, null when there are none.
+struct interface_list {
+  uint32 length;
+  if_index_t* list;
+};
+
+// What the shell calls. A display that the libraries do not have is null.
 struct command_library {
+  // Rows and blocks, by kind of interface.
   command_handler show_ethernet = nullptr;
   command_handler show_satellite = nullptr;
   command_handler show_management = nullptr;
   command_handler show_loopback = nullptr;
+  command_handler show_inband = nullptr;
   command_handler show_statistics = nullptr;
+  command_handler show_port_capabilities = nullptr;  // of the sibling library
+
+  // Headers of tables.
+  command_handler common_header = nullptr;
+  command_handler ethernet_header = nullptr;
+  command_handler channel_header = nullptr;
+  command_handler management_header = nullptr;
+  command_handler loopback_header = nullptr;
+  command_handler inband_header = nullptr;
+
+  // Which interfaces exist (1: the list is filled), and whether the command may use them (0: yes).
+  int32 (*enumerate)(paraminfo_t*, interface_list*) = nullptr;
+  int32 (*verify)(interface_mask_t, paraminfo_t*) = nullptr;
+  uint32 (*check_vsans)(paraminfo_t*, if_index_t) = nullptr;
 };
 
-// Why the library cannot be used: one line.
+// Why a library cannot be used: one line.
 struct library_error : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Loads libpmcli_common.so from `directory` for the rest of the process, and takes the texts of port attributes from
-// it. Throws library_error when the library or one of its functions is missing.
-command_library load_command_library(const std::string& directory);
+// Loads the libraries from `directory` for the rest of the process, and takes the texts of port attributes from them.
+// Throws library_error when one of them or a function is missing.
+command_library load_command_libraries(const std::string& directory);
 
 }  // namespace host

@@ -46,52 +46,26 @@ std::vector<if_index_t> decode_listing(std::span<const std::byte> answer) {
   return entries;
 }
 
-std::optional<std::vector<if_index_t>> list_interfaces(mts_q_handle_t q, std::span<const interface_word* const> words) {
-  std::vector<if_index_t> found;
-  for (const interface_word* const word : words) {
-    for (const if_index_type_t kind : word->kinds) {
-      if (kind == IF_TYPE_NONE) continue;
-      received_message answer(q);
-      if (pm_get_if_index_listing(kind, q, &answer.reference, kTimeoutSec) != 0) return std::nullopt;
-      const std::vector<if_index_t> entries = decode_listing(answer.payload());
-      found.insert(found.end(), entries.begin(), entries.end());
-    }
-  }
-  std::sort(found.begin(), found.end());
-  found.erase(std::unique(found.begin(), found.end()), found.end());
-  return found;
+std::optional<std::vector<if_index_t>> list_kind(mts_q_handle_t q, if_index_type_t kind) {
+  received_message answer(q);
+  if (pm_get_if_index_listing(kind, q, &answer.reference, kTimeoutSec) != 0) return std::nullopt;
+  return decode_listing(answer.payload());
 }
 
-std::optional<expansion> expand_spans(mts_q_handle_t q, std::span<const interface_span> spans) {
-  std::vector<const interface_word*> words;
-  for (const interface_span& span : spans) {
-    if (std::find(words.begin(), words.end(), span.word) == words.end()) words.push_back(span.word);
-  }
-  const auto existing = list_interfaces(q, words);
-  if (!existing) return std::nullopt;
-
-  expansion expanded;
-  const auto miss = [&expanded](const interface_word& word, const interface_number& number) {
-    if (!expanded.missing.empty()) expanded.missing += ", ";
-    expanded.missing += interface_text(word, number);
-  };
-  for (const interface_span& span : spans) {
-    const span_ends ends = append_matching(span, *existing, expanded.interfaces);
-    if (!ends.low_exists) miss(*span.word, span.low);
-    if (!ends.high_exists && span.high != span.low) miss(*span.word, span.high);
-  }
-  return expanded;
+void sort_naturally(std::vector<if_index_t>& interfaces) {
+  std::stable_sort(interfaces.begin(), interfaces.end(),
+                   [](if_index_t left, if_index_t right) { return number_of(left) < number_of(right); });
 }
 
-std::optional<std::vector<if_index_t>> expand_words(mts_q_handle_t q, std::span<const interface_word* const> words) {
+std::optional<std::vector<if_index_t>> list_word(mts_q_handle_t q, const interface_word& word) {
   std::vector<if_index_t> interfaces;
-  for (const interface_word* const word : words) {
-    auto found = list_interfaces(q, {&word, 1});
+  for (const if_index_type_t kind : word.kinds) {
+    if (kind == IF_TYPE_NONE) continue;
+    const auto found = list_kind(q, kind);
     if (!found) return std::nullopt;
-    std::stable_sort(found->begin(), found->end(),
-                     [](if_index_t left, if_index_t right) { return number_of(left) < number_of(right); });
     interfaces.insert(interfaces.end(), found->begin(), found->end());
   }
+  sort_naturally(interfaces);
   return interfaces;
 }
 

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <optional>
 #include <span>
-#include <string>
 #include <vector>
 
 #include "platform/if_index.h"
@@ -16,18 +15,14 @@ namespace host {
 // The entries of a listing answer, in host order; as many as the answer counts and its bytes hold.
 std::vector<if_index_t> decode_listing(std::span<const std::byte> answer);
 
-// The interfaces of the kinds of these words, sorted by index; nothing when the port manager does not answer, for the
-// reason in mts_errno_get().
-std::optional<std::vector<if_index_t>> list_interfaces(mts_q_handle_t q, std::span<const interface_word* const> words);
+// The interfaces of a kind, in the listing's order; nothing when the port manager does not answer, for the reason in
+// mts_errno_get().
+std::optional<std::vector<if_index_t>> list_kind(mts_q_handle_t q, if_index_type_t kind);
 
-// The interfaces of some spans in the order of the spans. Those that do not exist are named in `missing`.
-struct expansion {
-  std::vector<if_index_t> interfaces;
-  std::string missing;  // such as "ethernet 9/9"; empty: none
-};
-std::optional<expansion> expand_spans(mts_q_handle_t q, std::span<const interface_span> spans);
+// Natural order; sub-interfaces stand behind their port.
+void sort_naturally(std::vector<if_index_t>& interfaces);
 
-// All interfaces of these words, in natural order within each word; sub-interfaces stand behind their port.
-std::optional<std::vector<if_index_t>> expand_words(mts_q_handle_t q, std::span<const interface_word* const> words);
+// All interfaces of a word, in natural order.
+std::optional<std::vector<if_index_t>> list_word(mts_q_handle_t q, const interface_word& word);
 
 }  // namespace host

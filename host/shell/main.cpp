@@ -10,6 +10,7 @@
 #include "shell/options.h"
 #include "shell/print_error.h"
 #include "shell/shell.h"
+#include "source/chassis/giant.h"
 #include "source/chassis/switch_file.h"
 #include "switch/model.h"
 #include "transport/transport.h"
@@ -34,6 +35,27 @@ std::string demonstration_switch() {
   return "campus.yaml";
 }
 
+machine build_machine(const options& wanted) {
+  if (wanted.giant_ports != 0) return make_giant(wanted.giant_ports);
+  return load_switch_file(wanted.switch_file.empty() ? demonstration_switch() : wanted.switch_file);
+}
+
+// Chooses the user of the session: the one with this name, or else the first. False when there is no such user.
+bool choose_user(const std::string& name, shell& session) {
+  const std::vector<user>& users = the_machine().users;
+  if (name.empty()) {
+    session.who = users.empty() ? nullptr : &users.front();
+    return true;
+  }
+  session.who = the_machine().find_user(name);
+  if (session.who != nullptr) return true;
+  std::string names;
+  for (const user& known : users) names.append(names.empty() ? "" : ", ").append(known.name);
+  print_error("unknown user '" + name + "' in --user. " +
+              (names.empty() ? "This switch has no users." : "It is one of " + names + "."));
+  return false;
+}
+
 bool provoke(const options& wanted) {
   transport_limit_waits(wanted.longest_wait_sec);
   for (const wanted_provocation& provoked : wanted.provocations) {
@@ -48,12 +70,13 @@ bool provoke(const options& wanted) {
 
 int run(const options& wanted) {
   const std::string libraries = (program_directory() / "../lib").lexically_normal().string();
-  the_machine() = load_switch_file(wanted.switch_file.empty() ? demonstration_switch() : wanted.switch_file);
+  the_machine() = build_machine(wanted);
   transport_register(all_services());
   if (!provoke(wanted)) return kUsage;
   keep_libraries_resident(libraries);
   shell session;
-  session.library = load_command_library(libraries);
+  if (!choose_user(wanted.user, session)) return kUsage;
+  session.library = load_command_libraries(libraries);
   session.switch_name = the_machine().name;
 
   if (wanted.commands.empty()) {

@@ -2,9 +2,12 @@
 
 #include <CLI/CLI.hpp>
 #include <charconv>
+#include <cstdio>
 #include <string_view>
 
 #include "shell/exit_codes.h"
+#include "shell/published.h"
+#include "source/chassis/giant.h"
 
 namespace host {
 namespace {
@@ -41,16 +44,35 @@ std::string check_provocation(const std::string& text) {
   return "'" + text + "' is not SERVICE=lost, reject, silent, cut:N or interrupt:N";
 }
 
+// A hidden option that prints a text of the published documents and is done.
+void add_printer(CLI::App& app, const char* name, std::string (*text)()) {
+  app.add_flag_callback(name,
+                        [text] {
+                          std::fputs(text().c_str(), stdout);
+                          throw CLI::Success();
+                        })
+      ->group("");
+}
+
 void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provocations) {
   app.add_option("-c,--command", wanted.commands, "Run a command and exit; may be repeated")
       ->type_name("COMMAND")
       ->allow_extra_args(false);
-  app.add_option("--switch", wanted.switch_file, "Switch file; without it the demonstration switch")->type_name("FILE");
+  CLI::Option* const file =
+      app.add_option("--switch", wanted.switch_file, "Switch file; without it the demonstration switch");
+  file->type_name("FILE");
+  app.add_option("--giant", wanted.giant_ports, "A switch of N Ethernet ports in place of a file")
+      ->type_name("N")
+      ->check(CLI::Range(1U, uint32{MAX_GIANT_PORTS}))
+      ->excludes(file);
+  app.add_option("--user", wanted.user, "User of the switch; without it the first one")->type_name("NAME");
   app.add_option("--provoke", provocations, "Disturb a service: SERVICE=lost, reject, silent, cut:N or interrupt:N")
       ->type_name("SERVICE=HOW")
       ->allow_extra_args(false)
       ->check(check_provocation);
   app.add_option("--wait", wanted.longest_wait_sec, "Longest wait for a service")->type_name("SECONDS");
+  add_printer(app, "--print-command-reference", command_reference);
+  add_printer(app, "--print-json-schema", json_schema);
   app.set_version_flag("--version", "pmsh " PMCLI_VERSION);
   app.footer(kFooter);
 }

@@ -17,6 +17,8 @@ struct wanted_provocation {
 struct options {
   std::vector<std::string> commands;  // empty: a user, or standard input
   std::string switch_file;            // empty: the demonstration switch
+  uint32 giant_ports = 0;             // not 0: a switch of so many ports in place of a file
+  std::string user;                   // empty: the first of the switch
   std::vector<wanted_provocation> provocations;
   uint32 longest_wait_sec = 0;  // 0: what the services' clients ask for
 };

@@ -7,12 +7,14 @@
 #include "platform/mts.h"
 #include "shell/exit_codes.h"
 #include "shell/library.h"
+#include "switch/model.h"
 
 namespace host {
 
 struct shell {
   command_library library;
   std::string switch_name;
+  const user* who = nullptr;  // null: nobody in particular, with all rights
   bool is_interactive = false;
   bool is_leaving = false;  // set by "exit"
 };

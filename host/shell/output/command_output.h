@@ -64,6 +64,8 @@ class command_output {
   void note_failure() { failed_ = true; }
   bool failed() const { return failed_; }
 
+  bool is_structured() const { return document_.has_value(); }
+
   // True when nothing more will be shown: the command was cancelled, or the user left the pager.
   bool is_discarding() const;
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <ctime>
 
 #include "shell/output/printable.h"
@@ -63,6 +64,15 @@ void write_number_or_null(json_writer& json, bool known, uint64 number) {
     json.Null();
 }
 
+void write_decimal_or_null(json_writer& json, const std::string& text) {
+  double number = 0;
+  const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (end.ec == std::errc{} && end.ptr == text.data() + text.size() && std::isfinite(number))
+    json.Double(number);
+  else
+    json.Null();
+}
+
 void write_cell(json_writer& json, const document_cell& value) {
   if (value.meaning == nullptr) {
     json.Null();
@@ -77,6 +87,7 @@ void write_cell(json_writer& json, const document_cell& value) {
       return write_number_or_null(json, known, number);
     }
     case field_type::decimal: json.Double(value.decimal); return;
+    case field_type::decimal_from_text: return write_decimal_or_null(json, value.text);
     default: return write_text_or_null(json, value.text);
   }
 }
@@ -84,8 +95,8 @@ void write_cell(json_writer& json, const document_cell& value) {
 }  // namespace
 
 document::document(const display& shown, std::string_view command) : shown_(shown) {
-  cell_of_row_.fill(kNotShown);
   const auto fields = schema();
+  cell_of_row_.assign(fields.size(), kNotShown);
   for (std::size_t row = 0; row < fields.size(); ++row) {
     if ((fields[row].displays & shown.bit) == 0) continue;
     const auto known = std::find(names_.begin(), names_.end(), fields[row].name);
@@ -115,6 +126,7 @@ void document::begin_record(std::string_view interface_name) {
   for (document_cell& value : cells_) value.meaning = nullptr;
   record_name_ = interface_name;
   record_open_ = true;
+  record_is_empty_ = true;
   if (interface_name.empty()) return;
   cells_[0].meaning = &kNameOfRecord;
   cells_[0].text = interface_name;
@@ -125,6 +137,7 @@ bool document::bind(const cmd_tuple_t& tuple) {
   if (meaning == nullptr || !record_open_ || tuple.id == 0 || tuple.value == nullptr) return false;
   const uint8 position = cell_of_row_[static_cast<std::size_t>(meaning - schema().data())];
   if (position == kNotShown) return false;
+  record_is_empty_ = false;
   document_cell& value = cells_[position];
   value.meaning = meaning;
   value.text.clear();
@@ -134,6 +147,7 @@ bool document::bind(const cmd_tuple_t& tuple) {
     case field_type::decimal: value.decimal = value_of_float(tuple); break;
     case field_type::string:
     case field_type::number_from_text:
+    case field_type::decimal_from_text:
       append_printable(value.text, static_cast<const char*>(tuple.value), kEscapedByJson);
       break;
     default: append_tuple_text(value.text, tuple, false, std::string::npos);
@@ -156,13 +170,15 @@ void document::write_record() {
 
 void document::end_record() {
   if (!record_open_ || !shown_.section.empty()) return;
+  record_open_ = false;
+  if (record_is_empty_) return;
   ready_ += first_record_ ? "\n" : ",\n";
   first_record_ = false;
   write_record();
-  record_open_ = false;
 }
 
 void document::add_message(std::string_view text) {
+  record_is_empty_ = false;
   rapidjson::StringBuffer buffer;
   json_writer json(buffer);
   json.StartObject();

@@ -1,7 +1,6 @@
 // The structured form of a command's output: one JSON document, a record on a line.
 #pragma once
 
-#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,8 +16,8 @@ enum { kSchemaVersion = 1 };
 // What a document is made for.
 struct display {
   display_bit bit;
-  std::string_view
-      section;  // name of its only record in the document; empty: a record for each interface, its name first
+  std::string_view section;    // of its only record in the document; empty: a record for each interface, its name first
+  std::string_view name = {};  // in the published schema
 };
 
 // A field of a record.
@@ -38,6 +37,7 @@ class document {
   std::string& ready() { return ready_; }
 
   void begin_record(std::string_view interface_name);
+  // Writes the record, unless nothing at all was said of its interface.
   void end_record();
 
   // Stores a value in the record. False when the display has no field for it.
@@ -56,9 +56,10 @@ class document {
   display shown_;
   std::vector<std::string_view> names_;   // of the fields, in order
   std::vector<document_cell> cells_;      // one for each name
-  std::array<uint8, 0x100> cell_of_row_;  // by row of the schema; 0xFF: not in this display
+  std::vector<uint8> cell_of_row_;        // by row of the schema; 0xFF: not in this display
   std::string record_name_;
   bool record_open_ = false;
+  bool record_is_empty_ = true;
   bool first_record_ = true;
   std::string ready_;
   std::string messages_;

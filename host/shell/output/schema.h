@@ -16,11 +16,13 @@ enum class field_type : uint8 {
   interface_name,    // full name
   mac,               // "xxxx.xxxx.xxxx"
   ipv4,              // dotted
+  hexadecimal,       // an integer as "0x..."
   string,            // a text; also where the tuple's code says otherwise
   number,            // an integer
   number_or_auto,    // an integer; 0 is automatic and null here
   number_from_text,  // an integer that is bound as a text
   decimal,           // a number with a fraction
+  decimal_from_text, // one that is bound as a text
 };
 
 // Which texts the values of an enumerated field have.
@@ -47,6 +49,20 @@ enum display_bit : uint32 {
   kSwitchportDisplay = 1 << 2,
   kBriefDisplay = 1 << 3,
   kTransportDisplay = 1 << 4,
+  kStatusDisplay = 1 << 5,
+  kErrorStatusDisplay = 1 << 6,
+  kDescriptionDisplay = 1 << 7,
+  kMacAddressDisplay = 1 << 8,
+  kIfIndexDisplay = 1 << 9,
+  kDebounceDisplay = 1 << 10,
+  kCountersDisplay = 1 << 11,
+  kRatesDisplay = 1 << 12,
+  kErrorCountersDisplay = 1 << 13,
+  kTrunkCountersDisplay = 1 << 14,
+  kStormControlDisplay = 1 << 15,
+  kFlowControlDisplay = 1 << 16,
+  kDetailedCountersDisplay = 1 << 17,
+  kAllCountersDisplay = 1 << 18,
 };
 
 struct field {

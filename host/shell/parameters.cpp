@@ -1,0 +1,72 @@
+#include "shell/parameters.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace host {
+namespace {
+
+constexpr sysmgr_supstate_t kSupervisorActive = 1;
+constexpr uint32 kShowCommand = 3;
+constexpr uint32 kLastVsan = 4093;
+
+const char* name_of(const user* who) {
+  if (who != nullptr) return who->name.c_str();
+  const char* const name = std::getenv("USER");
+  return name == nullptr ? "" : name;
+}
+
+void set_vsans(vsan_bitset_t& set, const user* who) {
+  bitset_clear_all(&set);
+  if (who != nullptr && who->vsans) {
+    for (const uint16 vsan : *who->vsans) bitset_set(&set, vsan);
+    return;
+  }
+  for (uint32 vsan = 1; vsan <= kLastVsan; ++vsan) bitset_set(&set, vsan);
+}
+
+}  // namespace
+
+command_parameters::command_parameters(const user* who, mts_q_handle_t q, uint32 command_id) {
+  block_.parameter_count = 1;
+  block_.q = q;
+  block_.command_id = command_id;
+  block_.vtyname = isatty(STDIN_FILENO) != 0 ? ttyname(STDIN_FILENO) : nullptr;
+  block_.username = name_of(who);
+  block_.session_id = static_cast<uint32>(getpid());
+  block_.sup_state = kSupervisorActive;
+  block_.user_mode_state = who != nullptr && !who->sees_counters ? VSH_USER_MODE_RESTRICTED : 0;
+  block_.prc_mode = kShowCommand;
+  set_vsans(block_.vsan_mask, who);
+  interfaces_.type = PARAM_TYPE_INTERFACES;
+  block_.arg_list[0] = &interfaces_;
+  ranges_.size = sizeof ranges_;
+}
+
+void command_parameters::add_number(uint32 number) {
+  number_ = number;
+  number_argument_.type = PARAM_TYPE_UINT32;
+  number_argument_.arg = &number_;
+  block_.arg_list[1] = &number_argument_;
+  block_.parameter_count = 2;
+}
+
+paraminfo_t* command_parameters::for_interface(interface_mask_t mask, if_index_t if_index) {
+  if_index_ = if_index;
+  interfaces_.interface_mask = mask;
+  interfaces_.arg = &if_index_;
+  return &block_;
+}
+
+paraminfo_t* command_parameters::for_ranges(interface_mask_t mask, std::span<const vsh_intf_mono_range_t> ranges) {
+  const std::size_t count = std::min<std::size_t>(ranges.size(), PARAM_MAX_RANGES);
+  std::copy_n(ranges.begin(), count, ranges_.range);
+  ranges_.range_count = static_cast<uint32>(count);
+  interfaces_.interface_mask = mask;
+  interfaces_.arg = &ranges_;
+  return &block_;
+}
+
+}  // namespace host

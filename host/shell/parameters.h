@@ -1,0 +1,37 @@
+// The parameter block with which the shell calls the functions of the command library.
+#pragma once
+
+#include <span>
+
+#include "platform/mts.h"
+#include "platform/paraminfo.h"
+#include "switch/model.h"
+
+namespace host {
+
+// One block for a command; argument 0 is set for each call. A null user has all rights.
+class command_parameters {
+ public:
+  command_parameters(const user* who, mts_q_handle_t q, uint32 command_id);
+  command_parameters(const command_parameters&) = delete;
+  command_parameters& operator=(const command_parameters&) = delete;
+
+  // Argument 1: a number.
+  void add_number(uint32 number);
+
+  // The block for one interface, or for at most PARAM_MAX_RANGES ranges of a kind.
+  paraminfo_t* for_interface(interface_mask_t mask, if_index_t if_index);
+  paraminfo_t* for_ranges(interface_mask_t mask, std::span<const vsh_intf_mono_range_t> ranges);
+
+  mts_q_handle_t queue() const { return block_.q; }
+
+ private:
+  paraminfo_t block_{};
+  param_arg_t interfaces_{};
+  param_arg_t number_argument_{};
+  if_index_t if_index_ = 0;
+  intf_range_t ranges_{};
+  uint32 number_ = 0;
+};
+
+}  // namespace host

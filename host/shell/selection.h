@@ -1,0 +1,29 @@
+// Which interfaces a command is about: resolved, expanded and checked with the command library's callbacks.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "shell/exit_codes.h"
+#include "shell/parameters.h"
+#include "shell/shell.h"
+#include "switch/interface_name.h"
+
+namespace host {
+
+struct selection {
+  int code = kDone;  // exit code; otherwise nothing is to be shown
+  std::string complaint;
+  std::vector<if_index_t> interfaces;
+};
+
+// The interfaces that the user named, in the order of the spans, in natural order within each. All of their ends must
+// exist, and the user must be allowed to see all of them.
+selection select_named(const shell& session, command_parameters& parameters, std::span<const interface_span> spans);
+
+// All interfaces of some kinds that the user may see, word by word in natural order; sub-interfaces stand behind their
+// port.
+selection select_all(const shell& session, command_parameters& parameters, std::span<const if_index_type_t> kinds);
+
+}  // namespace host
