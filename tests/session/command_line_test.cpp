@@ -22,7 +22,8 @@ TEST(CommandLine, UnknownWordNamesTheOneThatWasMeant) {
 }
 
 TEST(CommandLine, AmbiguousWordListsTheCandidates) {
-  EXPECT_EQ(error_of("show interface s 1"), "pmsh: ambiguous word 's': server, sup-fc. Type one more letter.\n");
+  EXPECT_EQ(error_of("show interface s 1"),
+            "pmsh: ambiguous word 's': server, sup-fc, status. Type one more letter.\n");
 }
 
 TEST(CommandLine, IncompleteCommandSaysHowToGoOn) {
@@ -57,7 +58,8 @@ TEST(CommandLine, QuestionMarkBehindAnInterfaceWordListsTheNumbersThatExist) {
 TEST(CommandLine, HelpNamesEveryCommand) {
   const outcome result = run_command("help");
 
-  for (const char* const syntax : {"show interface [RANGE]", "show transport", "help", "exit", "quit"})
+  for (const char* const syntax : {"show interface [RANGE]", "show interface [RANGE] status module MODULE",
+                                   "show transport", "help", "exit", "quit"})
     EXPECT_NE(result.out.find(std::string("  ") + syntax), std::string::npos) << syntax;
   EXPECT_EQ(result.exit_code, 0);
 }
@@ -102,6 +104,16 @@ TEST(Options, WrongOptionsAreUsageErrors) {
   const outcome result = run_shell({"--provoke", "nobody=lost", "-c", "help"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.err.find("port-manager"), std::string::npos) << result.err;
+}
+
+TEST(Options, GiantIsASwitchOfThatManyPorts) {
+  const outcome counted =
+      run_program(PMSH_PROGRAM, {"--giant", "96", "-c", "show interface | include ^Ethernet | count"});
+  EXPECT_EQ(counted.out, "96\n");
+  EXPECT_EQ(counted.exit_code, 0);
+  for (const char* const wrong : {"0", "10001", "-1", "many"})
+    EXPECT_EQ(run_program(PMSH_PROGRAM, {"--giant", wrong, "-c", "help"}).exit_code, 1) << wrong;
+  EXPECT_EQ(run_shell({"--giant", "96", "-c", "help"}).exit_code, 1) << "and a file";
 }
 
 TEST(Options, HelpAndVersionAreDone) {

@@ -33,7 +33,7 @@ rapidjson::Document document_of(Print print) {
 }
 
 TEST(Document, EveryFieldOfTheDisplayIsListedAndNullWhenItIsNotBound) {
-  const auto document = document_of([](cmd_rx_handle_t*) {});
+  const auto document = document_of([](cmd_rx_handle_t* rx) { cmd_prt(rx, "only a message\n"); });
   const auto& record = document["interfaces"][0];
 
   EXPECT_STREQ(record["interface"].GetString(), "Ethernet1/1");
@@ -42,6 +42,11 @@ TEST(Document, EveryFieldOfTheDisplayIsListedAndNullWhenItIsNotBound) {
     ASSERT_TRUE(record.HasMember(field.name.data())) << field.name;
     EXPECT_TRUE(record[field.name.data()].IsNull()) << field.name;
   }
+}
+
+TEST(Document, InterfaceOfWhichNothingIsSaidHasNoRecord) {
+  EXPECT_EQ(document_of([](cmd_rx_handle_t*) {})["interfaces"].Size(), 0U);
+  EXPECT_EQ(document_of([](cmd_rx_handle_t* rx) { cmd_prt(rx, "\n"); })["interfaces"].Size(), 0U);
 }
 
 TEST(Document, ValuesHaveTheTypeOfTheirField) {
@@ -101,6 +106,7 @@ TEST(Document, ValuesOfOneRecordDoNotReachTheNext) {
   cmd_prt(command.channel(), "%s\n", cmd_tuple(0x142A0278, &mtu));
   command.output().end_interface();
   command.output().begin_interface("Ethernet1/2");
+  cmd_prt(command.channel(), "%s\n", cmd_tuple(0x142A0279, &mtu));
   command.output().end_interface();
   rapidjson::Document document;
   document.Parse(command.finish().c_str());
@@ -115,7 +121,7 @@ TEST(Schema, NamesNumbersWithUnitsAndNoTagTwice) {
     for (const char letter : field.name)
       EXPECT_TRUE((letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9') || letter == '_') << field.name;
   }
-  EXPECT_EQ(host::find_field(0x0001), nullptr);
+  EXPECT_EQ(host::find_field(0x0003), nullptr);
   EXPECT_EQ(host::find_field(0xFFFF), nullptr);
 }
 

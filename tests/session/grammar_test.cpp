@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "shell/shell.h"
+#include "shell/views.h"
 #include "shell/words.h"
 
 namespace session {
@@ -21,7 +23,7 @@ std::string line_of(const command& what, bool with_optional) {
     const host::syntax_word& word = what.syntax.words[i];
     if (word.is_optional && !with_optional) continue;
     if (!line.empty()) line += ' ';
-    line += word.is_range ? "ethernet 1/1-4, 1/7" : std::string(word.text);
+    line += word.is_range ? "ethernet 1/1-4, 1/7" : word.is_number ? "7" : std::string(word.text);
   }
   return line;
 }
@@ -73,6 +75,12 @@ TEST(Grammar, HelpNamesEachWordWhereItMayStandAndInItsMiddle) {
     std::string in_front;
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
       const host::syntax_word& word = what.syntax.words[i];
+      if (word.is_number) {
+        const auto hints = suggest(in_front).hints;
+        EXPECT_TRUE(std::any_of(hints.begin(), hints.end(), [&](const auto& hint) { return hint.word == word.text; }));
+        in_front += "7 ";
+        continue;
+      }
       const std::string name = word.is_range ? "ethernet" : std::string(word.text);
       for (std::size_t length = 0; length <= name.size(); ++length)
         EXPECT_TRUE(suggests(in_front + name.substr(0, length), name)) << in_front << name.substr(0, length);
@@ -81,8 +89,35 @@ TEST(Grammar, HelpNamesEachWordWhereItMayStandAndInItsMiddle) {
   }
 }
 
+// What TAB adds to a begun word: its rest, as soon as no other word begins alike.
+TEST(Grammar, TabCompletesEachWordFromItsMiddle) {
+  for (const command& what : host::all_commands()) {
+    std::string in_front;
+    for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
+      const host::syntax_word& word = what.syntax.words[i];
+      if (word.is_optional) continue;
+      const std::string name(word.is_number ? "7" : word.text);
+      for (std::size_t length = 1; length < name.size(); ++length) {
+        const std::string begun = in_front + name.substr(0, length);
+        if (suggest(begun).words.size() > 1) continue;
+        EXPECT_EQ(host::complete(begun).addition, name.substr(length) + " ") << begun;
+      }
+      in_front += name + " ";
+    }
+  }
+}
+
+TEST(Grammar, EveryDisplayOfTheLibraryHasAView) {
+  for (const command& what : host::all_commands()) {
+    if (what.command_id == 0) continue;
+    EXPECT_EQ(host::view_of(what.command_id).command_id, what.command_id) << what.syntax.text;
+    EXPECT_FALSE(host::view_of(what.command_id).kinds.empty()) << what.syntax.text;
+    EXPECT_FALSE(what.shown.name.empty()) << what.syntax.text;
+  }
+}
+
 TEST(Grammar, EverySuggestionHasAHelpText) {
-  for (const char* const line : {"", "show ", "show interface ", "show interface | "}) {
+  for (const char* const line : {"", "show ", "show interface ", "show interface status ", "show interface | "}) {
     for (const auto& choice : suggest(line).words) EXPECT_FALSE(choice.help.empty()) << line << choice.word;
   }
 }
@@ -117,7 +152,44 @@ TEST(Grammar, MistakesAreNamedWithTheNextStep) {
   EXPECT_EQ(error_of("show transport |"),
             "nothing after '|': it takes one of begin, count, exclude, include, json, no-more.");
   EXPECT_EQ(error_of("show interface ethernet 1/1 1/2"),
-            "'1/2' is too much: the command ends with 'show interface ethernet 1/1'.");
+            "unknown word '1/2'. Type 'show interface ethernet 1/1 ?' for the list.");
+  EXPECT_EQ(error_of("show interface ethernet 1/1 brief 1/2"),
+            "'1/2' is too much: the command ends with 'show interface ethernet 1/1 brief'.");
+}
+
+TEST(Grammar, WordsBehindARangeMakeAnotherCommand) {
+  const command* const all = command_of("show interface brief");
+
+  EXPECT_EQ(all->command_id, 5U);
+  EXPECT_EQ(command_of("sh int e1/1-4,1/7 b"), all);
+  EXPECT_EQ(command_of("show interface ethernet 1/1 - 4 , 1/7 brief"), all);
+  EXPECT_NE(command_of("show interface ethernet 1/1-4"), all);
+}
+
+TEST(Grammar, NumberArgumentIsReadWithinItsBounds) {
+  std::string error;
+  const auto parsed = parse_command("show interface status module 64", error);
+
+  ASSERT_TRUE(parsed) << error;
+  EXPECT_EQ(parsed->number, 64U);
+  EXPECT_EQ(parsed->text, "show interface status module 64");
+  EXPECT_EQ(parse_command("show interface status", error)->number, std::nullopt);
+  for (const char* const word : {"0", "65", "-1", "4294967297", "2x", "two"})
+    EXPECT_EQ(error_of(std::string("show interface status module ") + word),
+              "'" + std::string(word) + "' is no MODULE: it takes a number from 1 to 64.");
+  EXPECT_EQ(error_of("show interface status module"),
+            "incomplete command 'show interface status module'. Type 'show interface status module ?' for the list.");
+}
+
+TEST(Suggestions, NumberArgumentIsNamedWithItsBoundsAndKeptWhileItIsTyped) {
+  for (const char* const line : {"show interface status module ", "show interface status module 6"}) {
+    const auto found = suggest(line);
+    ASSERT_EQ(found.hints.size(), 1U) << line;
+    EXPECT_EQ(found.hints[0].word, "MODULE");
+    EXPECT_EQ(found.hints[0].help, "Number of a module, 1 to 64");
+    EXPECT_EQ(found.error, "");
+  }
+  EXPECT_NE(suggest("show interface status module 65").error, "");
 }
 
 TEST(Grammar, EmptyLineIsNoCommandAndNoError) {

@@ -63,6 +63,29 @@ TEST_F(AtThePrompt, QuestionMarkHelpsInTheMiddleOfAWordAndKeepsTheLine) {
   EXPECT_TRUE(screen.shows("Messages sent:")) << screen.unread();
 }
 
+TEST_F(AtThePrompt, TabCompletesTheWordsBehindARange) {
+  screen.type("sh\tint\tethernet 1/1 stat\tmod\t1?");
+  EXPECT_TRUE(screen.shows("lab# show interface ethernet 1/1 status module 1")) << screen.unread();
+  screen.type("\r");
+  EXPECT_TRUE(screen.shows("Eth1/1         Desk 1             up")) << screen.unread();
+}
+
+TEST_F(AtThePrompt, QuestionMarkBehindARangeListsTheTables) {
+  screen.type("show interface ethernet 1/1 de?");
+  EXPECT_TRUE(
+      screen.shows("  debounce      How long a link must be down to count\r\n"
+                   "  description   Descriptions\r\n"))
+      << screen.unread();
+  EXPECT_TRUE(screen.shows("lab# show interface ethernet 1/1 de")) << screen.unread();
+  screen.type("s\r");
+  EXPECT_TRUE(screen.shows("Ethernet1/1              Desk 1\r\n")) << screen.unread();
+}
+
+TEST_F(AtThePrompt, TabNamesTheTablesThatBeginAlike) {
+  screen.type("show interface de\t");
+  EXPECT_TRUE(screen.shows("debounce     description\r\n")) << screen.unread();
+}
+
 TEST_F(AtThePrompt, QuestionMarkInAnExpressionIsAnOrdinarySign) {
   screen.type("show interface ethernet 1/1 | include Desx?k\r");
   EXPECT_TRUE(screen.shows("  Description: Desk 1\r\n")) << screen.unread();
@@ -126,6 +149,13 @@ TEST_F(AtThePrompt, TallOutputStopsAtTheEndOfAScreen) {
   EXPECT_TRUE(screen.shows_prompt()) << screen.unread();
   screen.type("exit\r");
   EXPECT_EQ(screen.exit_code(), 0);
+}
+
+TEST_F(AtThePrompt, TableThatFitsTheScreenDoesNotStop) {
+  screen.type("show interface status\r");
+  ASSERT_TRUE(screen.shows("Veth1 ")) << screen.unread();
+  ASSERT_TRUE(screen.shows("lab# ")) << screen.unread();
+  EXPECT_EQ(screen.seen().find("--More--"), std::string::npos);
 }
 
 TEST_F(AtThePrompt, ShortOutputDoesNotStop) {

@@ -6,6 +6,8 @@
 
 #include "platform/bitset.h"
 #include "platform/cmd_channel.h"
+#include "platform/startup_config.h"
+#include "platform/vsan.h"
 #include "platform/vsh.h"
 #include "session/captured_command.h"
 #include "shell/listing.h"
@@ -96,6 +98,36 @@ TEST(TransportError, IsALineThatCountsAsAFailure) {
   EXPECT_EQ(command.finish(),
             "error: no answer to the port manager's record: no answer in time. "
             "Type 'show transport' for the messages so far.\n");
+}
+
+TEST(StartupConfig, CommandsAreAboutTheRunningOne) {
+  const paraminfo_t block{};
+  EXPECT_EQ(acfg_pinfo_cfg_type_get(&block), uint32{ACFG_RUNNING});
+  EXPECT_STRNE(acfg_pinfo_startup_cfg_uri_prefix_get(&block), nullptr);
+}
+
+TEST(VsanPermission, FollowsTheVsansOfUserAndPort) {
+  constexpr pm_port_mode_t kF = 0x20;
+  constexpr pm_port_mode_t kTe = 0x8;
+  const vsan_bitset_t user = set_of({10, 11});
+  const vsan_bitset_t carried = set_of({11, 20});
+  const auto allowed = [&](pm_port_mode_t oper_mode, uint32 port_vsan) {
+    vsh_fc_intf_perm_check_info_t question{};
+    question.vsan_mask = &user;
+    question.oper_port_mode = oper_mode;
+    question.port_vsan = port_vsan;
+    question.trunk_vsan_list = &carried;
+    return vsh_fc_intf_perm_check(&question);
+  };
+  EXPECT_EQ(allowed(kF, 10), 1U);
+  EXPECT_EQ(allowed(kF, 20), 0U);
+  EXPECT_EQ(allowed(kTe, 20), 1U) << "by what it carries";
+}
+
+TEST(VsanPermission, QuestionWithoutItsSetsIsRefused) {
+  const vsh_fc_intf_perm_check_info_t nothing{};
+  EXPECT_EQ(vsh_fc_intf_perm_check(&nothing), 0U);
+  EXPECT_EQ(vsh_fc_intf_perm_check(nullptr), 0U);
 }
 
 std::vector<if_index_t> decode(std::initializer_list<unsigned char> bytes) {

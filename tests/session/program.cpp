@@ -87,9 +87,15 @@ std::string test_file(const std::string& name) { return std::string(PMSH_TEST_FI
 
 std::string state_directory() { return std::string(PMSH_STATE_DIRECTORY) + "/" + std::to_string(getpid()); }
 
-outcome run_shell(std::vector<std::string> arguments, const std::string& input) {
-  arguments.insert(arguments.begin(), {"--switch", test_file("lab.yaml")});
+std::string shipped_switch(const std::string& name) { return std::string(PMSH_SWITCHES) + "/" + name; }
+
+outcome run_shell_on(const std::string& switch_file, std::vector<std::string> arguments, const std::string& input) {
+  arguments.insert(arguments.begin(), {"--switch", switch_file});
   return run_program(PMSH_PROGRAM, arguments, input);
+}
+
+outcome run_shell(std::vector<std::string> arguments, const std::string& input) {
+  return run_shell_on(test_file("lab.yaml"), std::move(arguments), input);
 }
 
 outcome run_command(const std::string& command) { return run_shell({"-c", command}); }

@@ -16,14 +16,18 @@ struct outcome {
 outcome run_program(const std::string& program, const std::vector<std::string>& arguments,
                     const std::string& input = {});
 
-// The shell that was built, on the switch of these tests.
+// The shell that was built, on a switch file.
+outcome run_shell_on(const std::string& switch_file, std::vector<std::string> arguments, const std::string& input = {});
+
+// The same on the switch of these tests.
 outcome run_shell(std::vector<std::string> arguments, const std::string& input = {});
 
 // One command on it.
 outcome run_command(const std::string& command);
 
-// The path of a file of these tests.
+// The path of a file of these tests, and of a switch that comes with the shell.
 std::string test_file(const std::string& name);
+std::string shipped_switch(const std::string& name);
 
 // A directory of this test program, for what shells keep.
 std::string state_directory();
