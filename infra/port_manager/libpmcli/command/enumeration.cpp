@@ -13,7 +13,7 @@
 #include "pmcli/selection.h"
 #include "support/heap.h"
 #include "support/interface_masks.h"
-#include "support/reader.h"
+#include "support/listing.h"
 #include "support/scope.h"
 
 using namespace pmcli;
@@ -62,29 +62,6 @@ const intf_range_t* named_ranges(const paraminfo_t* param) {
   return ranges->range_count != 0 ? ranges : nullptr;
 }
 
-// A listing answer of the port manager, believed only as far as its payload reaches.
-class listing {
- public:
-  explicit listing(const mts_msg_ref_t* answer) : entries_(mts_payload_get(answer), mts_payload_size(answer)) {
-    const uint32 counted = entries_.u32();
-    count_ = static_cast<uint32>(std::min<std::size_t>(counted, entries_.left() / sizeof(be32)));
-  }
-
-  uint32 count() const { return count_; }
-  uint32 size() const { return count_ * static_cast<uint32>(sizeof(if_index_t)); }  // bytes
-
-  // Calls `visit` with each interface, in the listing's order.
-  template <typename Visitor>
-  void for_each(Visitor visit) const {
-    reader entries = entries_;
-    for (uint32 i = 0; i < count_; ++i) visit(entries.u32());
-  }
-
- private:
-  reader entries_;
-  uint32 count_;
-};
-
 using index_block = heap_block<if_index_t>;
 
 void hand_over(if_index_list_t* list, index_block block, uint32 length) {
@@ -94,7 +71,8 @@ void hand_over(if_index_list_t* list, index_block block, uint32 length) {
 
 // Calls `visit` with each listed interface once for each range that it lies in.
 template <typename Visitor>
-void for_each_in_ranges(const listing& listed, const intf_range_t& ranges, paraminfo_t* param, Visitor visit) {
+void for_each_in_ranges(const interface_listing& listed, const intf_range_t& ranges, paraminfo_t* param,
+                        Visitor visit) {
   const uint32 range_count = std::min<uint32>(ranges.range_count, PARAM_MAX_RANGES);
   listed.for_each([&](if_index_t if_index) {
     for (const vsh_intf_mono_range_t* range = ranges.range; range != ranges.range + range_count; ++range)
@@ -120,7 +98,8 @@ index_block allocate_indexes(uint32 count, int line = __builtin_LINE()) {
   return allocate_indexes(count, count * static_cast<uint32>(sizeof(if_index_t)), line);
 }
 
-int32 list_ranges(const listing& listed, const intf_range_t& ranges, paraminfo_t* param, if_index_list_t* list) {
+int32 list_ranges(const interface_listing& listed, const intf_range_t& ranges, paraminfo_t* param,
+                  if_index_list_t* list) {
   uint32 count = 0;
   for_each_in_ranges(listed, ranges, param, [&](if_index_t) { ++count; });
   if (count == 0) return kSuccess;
@@ -134,7 +113,7 @@ int32 list_ranges(const listing& listed, const intf_range_t& ranges, paraminfo_t
   return kSuccess;
 }
 
-int32 list_all(const listing& listed, paraminfo_t* param, if_index_list_t* list) {
+int32 list_all(const interface_listing& listed, paraminfo_t* param, if_index_list_t* list) {
   if (listed.count() == 0) return kSuccess;
   const index_block accepted = allocate_indexes(listed.count());
   if (accepted == nullptr) return kFailure;
@@ -172,7 +151,7 @@ int32 list_kind(paraminfo_t* param, uint32 config_type, interface_mask_t mask, i
     return kFailure;
   }
   answer.hold();
-  const listing listed(answer.ref());
+  const interface_listing listed(answer.ref());
   const intf_range_t* const ranges = named_ranges(param);
   const int32 result = ranges != nullptr ? list_ranges(listed, *ranges, param, list) : list_all(listed, param, list);
   if (result != kSuccess) return result;

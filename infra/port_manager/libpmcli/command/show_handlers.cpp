@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "command/frame.h"
+#include "counters/loopback_lists.h"
 #include "interface/port_record.h"
 #include "platform/if_index.h"
 #include "platform/vlan_manager.h"
@@ -13,7 +14,6 @@
 #include "pmcli/vlan.h"
 #include "support/chassis.h"
 #include "support/command_ids.h"
-#include "support/print.h"
 #include "support/scope.h"
 #include "support/text.h"
 
@@ -143,42 +143,10 @@ uint32 show_mgmt(const shown_interface& shown) {
   return 0;
 }
 
-struct loopback_counter {
-  be64 ip_if_stats::*value;
-  const char* label;
-  uint32 tuple;
-};
-
-constexpr loopback_counter kLoopbackCounters[] = {
-    {&ip_if_stats::in_pkts, "Input Packets:", 0x142A00A7},
-    {&ip_if_stats::in_bytes, "Input Bytes:", 0x142A00A8},
-    {&ip_if_stats::in_pkts_mcast, "Input Multicast:", 0x142A00A9},
-    {&ip_if_stats::in_compressed, "Input Compressed:", 0x142A00AA},
-    {&ip_if_stats::in_errors, "Input Errors:", 0x142A00AB},
-    {&ip_if_stats::in_frames, "Input Frame Errors:", 0x142A00AC},
-    {&ip_if_stats::in_overrun, "Input Overruns:", 0x142A00AD},
-    {&ip_if_stats::in_fifo, "Input FIFOs:", 0x142A00AE},
-    {&ip_if_stats::out_pkts, "Output Packets:", 0x142A00AF},
-    {&ip_if_stats::out_bytes, "Output Bytes:", 0x142A00B0},
-    {&ip_if_stats::out_underruns, "Output Underruns:", 0x142A00B1},
-    {&ip_if_stats::out_errors, "Output Errors:", 0x142A00B2},
-    {&ip_if_stats::out_collisions, "Output Collisions:", 0x142A00B3},
-};
-
-// The counters that are not 0, under the interface's name; nothing at all when there is none.
 void show_loopback_nonzero(const shown_interface& shown) {
   ip_if_stats stats{};
   pm_cli_get_loopback_counters(shown.if_index, shown.q(), &stats);  // a failed fetch leaves zeros: nothing to show
-  bool any = false;
-  for (const loopback_counter& counter : kLoopbackCounters) any = any || stats.*counter.value != 0;
-  if (!any) return;
-
-  print_if_index(shown.rx, "%s\n", 0x0C2A0085, shown.if_index);
-  for (const loopback_counter& counter : kLoopbackCounters) {
-    const uint64 value = stats.*counter.value;
-    nzero_prt(shown.rx, &value, counter.label, static_cast<int>(counter.tuple));
-  }
-  cmd_prt(shown.rx, "\n");
+  print_loopback_nonzero(shown.rx, stats, shown.if_index);
 }
 
 // The block fetches its own counters, so an unreachable provider is reported twice, which is intended.

@@ -52,6 +52,11 @@ uint32 port_number(if_index_t if_index) {
   return port;
 }
 
+struct device_name {
+  explicit device_name(if_index_t if_index) { pm_get_mgmt_kernel_ifname(if_index, text, sizeof text); }
+  char text[kDeviceNameBytes] = "";
+};
+
 }  // namespace
 
 void pmcli::pm_get_mgmt_kernel_ifname(if_index_t if_index, char* buf, uint32 size) {
@@ -71,12 +76,22 @@ void pmcli::pm_get_mgmt_kernel_ifname(if_index_t if_index, char* buf, uint32 siz
             is_second ? devices.mgmt_eth_intf_name2 : devices.mgmt_eth_intf_name);
 }
 
+bool pmcli::fetch_kernel_counters(if_index_t if_index, pm_proc_net_dev_stats_t* statistics) {
+  return pm_get_proc_net_dev_stats(device_name(if_index).text, statistics) == 0;
+}
+
+void pmcli::show_device_counters(cmd_rx_handle_t* rx, const char* device) {
+  pm_proc_net_dev_stats_t statistics{};
+  if (pm_get_proc_net_dev_stats(device, &statistics) == 0)
+    print_eth_port_counters(rx, &statistics);
+  else
+    std::puts("No counters available.");
+}
+
+void pmcli::show_management_counters(cmd_rx_handle_t* rx, if_index_t if_index) {
+  show_device_counters(rx, device_name(if_index).text);
+}
+
 void print_eth_port_counters(cmd_rx_handle_t* rx_handle, pm_proc_net_dev_stats_t* stats) {
   if (stats != nullptr) print_counters(rx_handle, kKernelCounters, *stats);
 }
-
-// Prints nothing yet: the management port's views come with the counter displays.
-int32 pm_cli_show_mgmt_info(cmd_rx_handle_t*, mts_q_handle_t, uint32, if_index_t) { return 0; }
-
-// Prints nothing yet, and stores nothing: the kernel is asked when the management port's views come.
-void print_mgmt_port_config(cmd_rx_handle_t*, boolean, mts_q_handle_t, if_index_t, char*, int*, int*, char*) {}

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "interface/ips_statistics.h"
+#include "interface/eth_statistics.h"
 #include "interface/management.h"
 #include "interface/port_fields.h"
 #include "platform/eth_statistics.h"
@@ -47,7 +47,7 @@ void print_channel(cmd_rx_handle_t* rx, mts_q_handle_t q, pm_port_info_t* record
   const pm_port_info_t& port = *record;
   print_eth_port_common_info(rx, record);
   show_eth_intf_resp_t statistics{};
-  if (is_ips(port) && !fetch_ips_statistics(q, port.if_index, type, &statistics)) return;
+  if (is_ips(port) && !fetch_eth_statistics(q, port.if_index, type, &statistics)) return;
 
   print_mac(rx, "    Hardware is GigabitEthernet, address is %s\n", 0x0f2a0274, burned_in_mac(port));
   uint16 sub_interface = 0;

@@ -26,13 +26,6 @@ if_index_type_t type_of(const pm_port_info_t& port) {
   return type;
 }
 
-// A cell without a value, as wide as `format` makes it.
-void print_absent(cmd_rx_handle_t* rx, const char* format) {
-  char cell[32];
-  std::snprintf(cell, sizeof cell, format, "--");
-  cmd_prt(rx, cell);
-}
-
 bool shows_brief_row(if_index_type_t type) {
   switch (type) {
     case IF_TYPE_ETHERNET:

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "interface/ips_statistics.h"
+#include "interface/eth_statistics.h"
 #include "interface/management.h"
 #include "platform/eth_statistics.h"
 #include "platform/if_index.h"
@@ -18,7 +18,7 @@ namespace {
 
 void show_ips(cmd_rx_handle_t* rx, mts_q_handle_t q, if_index_t if_index, if_index_type_t type) {
   show_eth_intf_resp_t statistics{};
-  if (!fetch_ips_statistics(q, if_index, type, &statistics)) return;
+  if (!fetch_eth_statistics(q, if_index, type, &statistics)) return;
   pm_cli_eth_intf_stats_print(rx, &statistics, 0);
   const bool is_channel = type == IF_TYPE_PORT_CHANNEL || type == IF_TYPE_ETH_PORT_CHANNEL;
   if (is_channel && !if_index_is_sub_intf(if_index)) print_eth_port_channel_members(rx, if_index);
@@ -56,21 +56,6 @@ void show_loopback(cmd_rx_handle_t* rx, mts_q_handle_t q, if_index_t if_index) {
   pm_cli_loopback_intf_stats_print(rx, &statistics, 0);
 }
 
-void show_management(cmd_rx_handle_t* rx, if_index_t if_index) {
-  char device[16] = "";
-  pm_get_mgmt_kernel_ifname(if_index, device, sizeof device);
-  pm_proc_net_dev_stats_t statistics{};
-  if (pm_get_proc_net_dev_stats(device, &statistics) == 0)
-    print_eth_port_counters(rx, &statistics);
-  else
-    std::puts("No counters available.");
-}
-
-// The Ethernet-switch family but chassis 17.
-bool has_statistics_client(uint32 chassis_type) {
-  return is_eth_switch_chassis(chassis_type) && chassis_type != CHASSIS_17;
-}
-
 }  // namespace
 
 void print_eth_stat_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t mts_q, pm_port_info_t* port_info) {
@@ -94,7 +79,7 @@ void print_eth_stat_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t mts_q, pm_po
       if (has_statistics_client(read_chassis_type())) show_port(rx_handle, if_index);
       return;
     case IF_TYPE_LOOPBACK: return show_loopback(rx_handle, mts_q, if_index);
-    case IF_TYPE_MGMT: return show_management(rx_handle, if_index);
+    case IF_TYPE_MGMT: return show_management_counters(rx_handle, if_index);
     default: return;
   }
 }

@@ -4,6 +4,8 @@
 // does not compile. Nothing else in the library calls cmd_tuple().
 #pragma once
 
+#include <cstdio>
+
 #include "platform/cmd_channel.h"
 #include "platform/types.h"
 
@@ -59,6 +61,11 @@ inline void print_text(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYP
   cmd_prt(rx, format, cmd_tuple(tuple.id, text));
 }
 
+// A text without a tag. `text` is terminated.
+inline void print_untagged(cmd_rx_handle_t* rx, const char* format, const char* text) {
+  cmd_prt(rx, format, cmd_tuple(0, text));
+}
+
 // A text under an id whose type code says number: the id is part of the contract, and the schema reads it as a text.
 inline void print_text_as_number(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYPE_UINT32> tuple,
                                  const char* text) {
@@ -70,6 +77,13 @@ inline void print_counter(cmd_rx_handle_t* rx, const char* format, uint32 tuple,
   const auto low_bits = static_cast<uint32>(value);
   const bool is_wide = tuple >> 24 == CMD_TYPE_UINT64;
   cmd_prt(rx, format, cmd_tuple(tuple, is_wide ? static_cast<const void*>(&value) : &low_bits));
+}
+
+// The cell of a value that there is none of: "--", as wide as `format` makes it (at most 79 columns).
+inline void print_absent(cmd_rx_handle_t* rx, const char* format) {
+  char cell[80];
+  std::snprintf(cell, sizeof cell, format, "--");
+  cmd_prt(rx, cell);
 }
 
 }  // namespace pmcli

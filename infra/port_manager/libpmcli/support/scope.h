@@ -2,6 +2,7 @@
 #pragma once
 
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <memory>
@@ -17,6 +18,23 @@ struct free_block {
 // A heap block that a service handed over.
 template <typename T>
 using heap_block = std::unique_ptr<T, free_block>;
+
+// A file descriptor of the kernel; one below 0 is none.
+class file_descriptor {
+ public:
+  explicit file_descriptor(int descriptor) : descriptor_(descriptor) {}
+  ~file_descriptor() {
+    if (descriptor_ >= 0) ::close(descriptor_);
+  }
+  file_descriptor(const file_descriptor&) = delete;
+  file_descriptor& operator=(const file_descriptor&) = delete;
+
+  explicit operator bool() const { return descriptor_ >= 0; }
+  int get() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
 
 // A function found in a library; `error` is the loader's text or null, good until the next call of the loader.
 template <typename Function>

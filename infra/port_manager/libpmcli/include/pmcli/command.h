@@ -27,6 +27,9 @@ uint32 pm_cli_show_sat_eth_port_config(paraminfo_t* param); /* Ethernet ports of
 uint32 pm_cli_show_mgmt_port_config(paraminfo_t* param);    /* the management port; 1 when its record is missing */
 uint32 pm_cli_show_loopback_config(paraminfo_t* param);     /* loopback interfaces                           */
 
+/* The same for the in-band interface, of which there is one: the arguments are not looked at. */
+int32 pm_cli_show_inband_port_config(paraminfo_t* param);
+
 /*
  * Show handler of the traffic lines (command id 1 only; others print nothing). Declines port-channels and virtual
  * interfaces of the Ethernet-switch chassis family. Tests no standby state and leaves the flush to the shell.

@@ -195,19 +195,51 @@ void pm_cli_copy_eth_to_common_trunk_ctr(pm_cli_common_trunk_stat_t* common, sta
 void pm_cli_copy_ip_to_common_ctr_err(pm_cli_common_error_stat_t* common, ip_if_stats* ip_stats);
 void pm_cli_copy_mgmt_to_common_ctr_err(pm_cli_common_error_stat_t* common, pm_if_stat* stats);
 
-/* ---- Lists ------------------------------------------------------------------------------------------------------ */
+/* ---- Lists, one counter a line; without a handle or a record nothing is printed -----------------------------------
+ */
 
-/* One line of a list of non-zero counters; prints nothing when the value is 0. */
+/*
+ * One line. Of a list of non-zero counters: prints nothing when the value is 0. Of a list of all counters: numbered
+ * with `ctr`. `tuple` is an id of an unsigned integer of 32 or 64 bits, whatever the width of the value.
+ */
 void nzero_prt(cmd_rx_handle_t* rx_handle, const uint64* value, const char* desc, int tuple);
 void nzero_prt_uint32(cmd_rx_handle_t* rx_handle, const uint32* value, const char* desc, int tuple);
+void numlist_prt(cmd_rx_handle_t* rx_handle, const uint64* value, const char* desc, int ctr, int tuple);
+void numlist_prt_uint32(cmd_rx_handle_t* rx_handle, const uint32* value, const char* desc, int ctr, int tuple);
 
+/* Whether a layer-3 counter of the lists is not 0, whatever the key says; 0 for null. */
+boolean pm_cli_is_nonzero_pfstats(pfstat_key_cntrs_t* pfstats);
+
+/*
+ * An Ethernet port's counters that are not 0, under its name; nothing at all when all are 0. Layer-3 counters follow by
+ * the key of `pfstats`, which may be null. A sub-interface has those only.
+ */
 void pm_cli_show_common_eth_counters_detailed(cmd_rx_handle_t* rx_handle, pfstat_key_cntrs_t* pfstats,
                                               statscl_portcl_stats_msg_t* stats);
+void pm_cli_show_L3_eth_counters_detailed(cmd_rx_handle_t* rx_handle, pfstat_key_cntrs_t* pfstats);
+
+/* All of them. The layer-3 list counts on from `linecount`. */
+void pm_cli_show_eth_counters_detailed_all(cmd_rx_handle_t* rx_handle, pfstat_key_cntrs_t* pfstats,
+                                           statscl_portcl_stats_msg_t* stats);
+void pm_cli_show_eth_L3_counters_detailed_all(cmd_rx_handle_t* rx_handle, int linecount, pfstat_key_cntrs_t* pfstats);
+
+/* The management port's counters, of the port manager and of the kernel: either may be null and is then left out. */
+void pm_cli_mgmt_counters_detailed(cmd_rx_handle_t* rx_handle, pm_if_stat* stats, pm_proc_net_dev_stats_t* system_stats,
+                                   if_index_t if_index);
+void pm_cli_mgmt_counters_detailed_all(cmd_rx_handle_t* rx_handle, pm_if_stat* stats,
+                                       pm_proc_net_dev_stats_t* system_stats, if_index_t if_index);
+
 void pm_cli_show_loopback_counters_detailed_all(cmd_rx_handle_t* rx_handle, ip_if_stats* stats, if_index_t if_index);
+
+/*
+ * The management port's counter display with this command id: fetches what it shows. Flushes, also when the id has no
+ * display. Returns 0.
+ */
 int32 pm_cli_show_mgmt_counters(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, uint32 command, if_index_t if_index);
 
 /* ---- Tables, one row for each interface ------------------------------------------------------------------------- */
 
+/* Errors, and trunk frames: a counter that the medium lacks shows "--". */
 void pm_cli_show_port_1st_counters_errors_table(cmd_rx_handle_t* rx_handle, if_index_t if_index,
                                                 pm_cli_common_error_stat_t* stats);
 void pm_cli_show_port_2nd_counters_errors_table(cmd_rx_handle_t* rx_handle, if_index_t if_index,
@@ -216,12 +248,34 @@ void pm_cli_show_port_3rd_counters_errors_table(cmd_rx_handle_t* rx_handle, if_i
                                                 pm_cli_common_error_stat_t* stats);
 void pm_cli_show_port_counters_trunk(cmd_rx_handle_t* rx_handle, pm_cli_common_trunk_stat_t* stats,
                                      if_index_t if_index);
+
+/* Traffic, received and sent. */
 void pm_cli_show_eth_port_stats_rx(cmd_rx_handle_t* rx_handle, statscl_portcl_stats_msg_t* stats);
 void pm_cli_show_eth_port_stats_tx(cmd_rx_handle_t* rx_handle, statscl_portcl_stats_msg_t* stats);
+void pm_cli_show_mgmt_stats_rx(cmd_rx_handle_t* rx_handle, if_index_t if_index, pm_if_stat* stats);
+void pm_cli_show_mgmt_stats_tx(cmd_rx_handle_t* rx_handle, if_index_t if_index, pm_if_stat* stats);
+void pm_cli_show_loopback_stats_rx(cmd_rx_handle_t* rx_handle, if_index_t if_index, ip_if_stats* stats);
+void pm_cli_show_loopback_stats_tx(cmd_rx_handle_t* rx_handle, if_index_t if_index, ip_if_stats* stats);
+
 void pm_cli_show_port_flow_ctrl(cmd_rx_handle_t* rx_handle, const pm_port_info_t* port_info,
                                 statscl_portcl_stats_msg_t* stats);
+
+/* Storm control: suppression levels in percent, and discards. */
+void pm_cli_show_port_storm_ctrl_counters(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info,
+                                          statscl_portcl_stats_msg_t* stats);
+
+/* Rates in brief: from the record's own rates, and as plain text from the five-minute rates that are fetched. */
+void pm_cli_show_common_counters_brief(cmd_rx_handle_t* rx_handle, statscl_portcl_stats_msg_t* stats);
 void pm_cli_show_eth_port_counters_brief(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, if_index_t if_index,
                                          vsh_user_mode_state_t user_mode);
+
+/* ---- Blocks, the counters of one interface under its name ------------------------------------------------------- */
+
+/* Of an Ethernet port, a port-channel of the older family or the management port, fetched; of a fetched response. */
+void pm_cli_show_eth_port_counters(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, if_index_t if_index);
+void pm_cli_show_eth_port_stats(cmd_rx_handle_t* rx_handle, show_eth_intf_resp_t* stats, if_index_t if_index);
+
+/* Of a loopback, fetched; a failed fetch shows zeros. */
 void pm_cli_show_loopback_port_counters(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, if_index_t if_index);
 
 #ifdef __cplusplus

@@ -180,16 +180,42 @@ void print_eth_port_counters(cmd_rx_handle_t* rx_handle, pm_proc_net_dev_stats_t
 /* The traffic lines of a loopback; `detail` changes nothing. */
 void pm_cli_loopback_intf_stats_print(cmd_rx_handle_t* rx_handle, ip_if_stats* stats, uint32 detail);
 
-/* The management port's view by command id. Returns 1 when the port record could not be had, else 0. */
+/* The management port's view by command id; flushes. Returns 1 when the port record could not be had, else 0. */
 int32 pm_cli_show_mgmt_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, uint32 command, if_index_t if_index);
 
-/* The management port's address, speed and MTU: printed, or stored for a caller that prints its own table. */
+/* The management port's row of the brief table. */
+void print_mgmt_info_brief(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, pm_port_info_t* port_info);
+
+/*
+ * What the kernel says of the device `name` behind a management port. With `print_info` its hardware, address, MTU,
+ * speed and duplex are printed. Without, nothing is: "--" goes into `ipaddr` (4 bytes), the speed in Mbit/s and the MTU
+ * in bytes into `speedMbit` and `mtu`; each may be null, and keeps its value when the kernel does not answer.
+ */
 void print_mgmt_port_config(cmd_rx_handle_t* rx_handle, boolean print_info, mts_q_handle_t src_q, if_index_t if_index,
                             char* ipaddr, int* speedMbit, int* mtu, char* name);
+
+/* The rates and counters that the port manager keeps of the management port. */
+void pm_cli_show_mgmt_vdc_counters(cmd_rx_handle_t* rx_handle, pm_if_stat* stats);
 
 /* A loopback's view by command id. */
 void pm_cli_show_loopback_port_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, uint32 command,
                                     if_index_t if_index);
+
+/* A loopback's row of the brief table. */
+void print_loop_intf_brief(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info);
+
+/* ---- The in-band interface: a kernel device without a port record. But for its counters, plain text with printf ----
+ */
+
+/* Its view by command id. */
+void pm_cli_show_inband_port_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, uint32 command);
+
+/* Whether it is up: a line, or with `brief_mode` not zero a table row without an end. Nothing when the kernel is
+ * silent. */
+void print_inband_port_status(int brief_mode);
+void print_inband_port_config(void);
+void print_inband_port_description(void); /* a hook that prints nothing */
+void pm_cli_print_inband_brief_info(void);
 
 /* ---- Tables, one row for each interface ------------------------------------------------------------------------- */
 

@@ -1,0 +1,331 @@
+// The lists of an Ethernet port's counters, and of the layer-3 counters behind them.
+
+#include "counters/counter_list.h"
+#include "platform/if_index.h"
+#include "pmcli/counters.h"
+#include "support/print.h"
+
+using namespace pmcli;
+
+namespace {
+
+using port_stats = statscl_portcl_stats_msg_t;
+using flow_t = statscl_portcl_mac_pktflow_stats_t;
+using errors_t = statscl_portcl_mac_error_stats_t;
+using ctrl_t = statscl_portcl_mac_ctrl_stats_t;
+using layer_t = statscl_portcl_lu_layer_stats_t;
+
+// Where the values of the rows come from.
+template <auto Member>
+uint64 flow(const port_stats& stats) {
+  return stats.mac.pktflow.*Member;
+}
+
+template <auto Member>
+uint64 error(const port_stats& stats) {
+  return stats.mac.errors.*Member;
+}
+
+template <auto Member>
+uint64 ctrl(const port_stats& stats) {
+  return stats.mac.ctrl.*Member;
+}
+
+template <auto Member>
+uint64 l2(const port_stats& stats) {
+  return stats.lu.l2.*Member;
+}
+
+template <auto Member>
+uint64 l3(const port_stats& stats) {
+  return stats.lu.l3.*Member;
+}
+
+template <auto Member>
+uint64 l3(const pfstat_key_cntrs_t& stats) {
+  return stats.cntrs.l3_cntrs.*Member;
+}
+
+// "Output Errors:" stands twice, "SQETest" has no colon: both are intended.
+constexpr counter_row<port_stats> kNonzero[] = {
+    {"Rx Packets:", 0x152A00D0, flow<&flow_t::ingress_pkts>},
+    {"Rx Unicast Packets:", 0x152A00D5, flow<&flow_t::unicast_pkts>},
+    {"Rx Multicast Packets:", 0x152A00D4, flow<&flow_t::multicast_pkts>},
+    {"Rx Broadcast Packets:", 0x152A00D3, flow<&flow_t::broadcast_pkts>},
+    {"Rx Jumbo Packets:", 0x152A0181, flow<&flow_t::jumbo_pkts>},
+    {"Rx Bytes:", 0x152A00D1, flow<&flow_t::bytes_pkts>},
+    {"Rx Storm Suppression:", 0x152A00DB, flow<&flow_t::storm_supression>},
+    {"Rx Packets from 0 to 64 bytes:", 0x152A01B5, flow<&flow_t::b64_rx>},
+    {"Rx Packets from 65 to 127 bytes:", 0x152A01B6, flow<&flow_t::b65_127_rx>},
+    {"Rx Packets from 128 to 255 bytes:", 0x152A01B7, flow<&flow_t::b128_255_rx>},
+    {"Rx Packets from 256 to 511 bytes:", 0x152A01B8, flow<&flow_t::b256_511_rx>},
+    {"Rx Packets from 512 to 1023 bytes:", 0x152A01B9, flow<&flow_t::b512_1023_rx>},
+    {"Rx Packets from 1024 to 1518 bytes:", 0x152A01BA, flow<&flow_t::b1024_1518_rx>},
+    {"Rx Packets from 1519 to 1548 bytes:", 0x152A01BB, flow<&flow_t::b1519_1548_rx>},
+    {"Rx Trunk Packets:", 0x152A01BC, flow<&flow_t::trunk_rx>},
+    {"Tx Packets:", 0x152A00EC, flow<&flow_t::egress_pkts>},
+    {"Tx Unicast Packets:", 0x152A00E6, flow<&flow_t::unicast_pkts_tx>},
+    {"Tx Multicast Packets:", 0x152A00E5, flow<&flow_t::multicast_pkts_tx>},
+    {"Tx Broadcast Packets:", 0x152A00E4, flow<&flow_t::broadcast_pkts_tx>},
+    {"Tx Jumbo Packets:", 0x152A0192, flow<&flow_t::jumbo_pkts_tx>},
+    {"Tx Bytes:", 0x152A00ED, flow<&flow_t::bytes_tx>},
+    {"Tx Packets from 0 to 64 bytes:", 0x152A01BD, flow<&flow_t::b64_tx>},
+    {"Tx Packets from 65 to 127 bytes:", 0x152A01BE, flow<&flow_t::b65_127_tx>},
+    {"Tx Packets from 128 to 255 bytes:", 0x152A01BF, flow<&flow_t::b128_255_tx>},
+    {"Tx Packets from 256 to 511 bytes:", 0x152A01C0, flow<&flow_t::b256_511_tx>},
+    {"Tx Packets from 512 to 1023 bytes:", 0x152A01C1, flow<&flow_t::b512_1023_tx>},
+    {"Tx Packets from 1024 to 1518 bytes:", 0x152A01C2, flow<&flow_t::b1024_1518_tx>},
+    {"Tx Packets from 1519 to 1548 bytes:", 0x152A01C3, flow<&flow_t::b1519_1548_tx>},
+    {"Tx Trunk Packets:", 0x152A01C4, flow<&flow_t::trunk_tx>},
+    {"No Buffer Errors:", 0x152A00D2, error<&errors_t::no_buffer>},
+    {"Runt Errors:", 0x152A00D9, error<&errors_t::runt>},
+    {"Input CRC Errors:", 0x152A00DE, error<&errors_t::crc>},
+    {"ECC Errors:", 0x152A00DF, error<&errors_t::ecc>},
+    {"Overrun Errors:", 0x152A00E1, error<&errors_t::overrun>},
+    {"Underrun Errors:", 0x152A00EE, error<&errors_t::underrun>},
+    {"Ignored Errors:", 0x152A00E2, error<&errors_t::ignored>},
+    {"Bad Etype Drop Errors:", 0x152A00EA, error<&errors_t::bad_etype_drop>},
+    {"Bad Proto Drop Errors:", 0x152A00EB, error<&errors_t::bad_proto_drop>},
+    {"If Down Drop Errors:", 0x152A00E9, error<&errors_t::if_down_drop>},
+    {"Collision Errors:", 0x152A00F2, error<&errors_t::collision>},
+    {"Late Collision Errors:", 0x152A00F5, error<&errors_t::late_collision>},
+    {"Lost Carrier Errors:", 0x152A00F7, error<&errors_t::lost_carrier>},
+    {"No Carrier Errors:", 0x152A00F8, error<&errors_t::no_carrier>},
+    {"Babble Errors:", 0x152A00F4, error<&errors_t::babble>},
+    {"Watchdog Errors:", 0x152A00E3, error<&errors_t::watchdog>},
+    {"Dribble Errors:", 0x152A00E8, error<&errors_t::input_dribble>},
+    {"Input Errors:", 0x152A00DD, error<&errors_t::input_errors>},
+    {"Output Errors:", 0x152A00F1, error<&errors_t::output_errors>},
+    {"Deferred Errors:", 0x152A00F6, error<&errors_t::deferred>},
+    {"Jabber Errors:", 0x152A0101, error<&errors_t::jabber>},
+    {"Short Frame Errors:", 0x152A01AE, error<&errors_t::shortframe>},
+    {"Single Collision Errors:", 0x152A00FE, error<&errors_t::single_collision>},
+    {"Multi-Collision Errors:", 0x152A00FF, error<&errors_t::multi_collision>},
+    {"Excess Collision Errors:", 0x152A0100, error<&errors_t::excessive_collision>},
+    {"Input Discard Errors:", 0x152A0102, error<&errors_t::in_discard>},
+    {"Bad Encapsulation Errors:", 0x152A0103, error<&errors_t::bad_encap>},
+    {"Output Errors:", 0x152A0104, error<&errors_t::crc_tx>},
+    {"Symbol Errors:", 0x152A01B2, error<&errors_t::symbol_err>},
+    {"Output Dropped Errors:", 0x152A01B3, error<&errors_t::tx_dropped>},
+    {"Output BPDU Lost:", 0x152A01C5, error<&errors_t::bpdu_outlost>},
+    {"Output COS0 Lost:", 0x152A01C6, error<&errors_t::cos0_outlost>},
+    {"Output COS1 Lost:", 0x152A01C7, error<&errors_t::cos1_outlost>},
+    {"Output COS2 Lost:", 0x152A01C8, error<&errors_t::cos2_outlost>},
+    {"Output COS3 Lost:", 0x152A01C9, error<&errors_t::cos3_outlost>},
+    {"Output COS4 Lost:", 0x152A01CA, error<&errors_t::cos4_outlost>},
+    {"Output COS5 Lost:", 0x152A01CB, error<&errors_t::cos5_outlost>},
+    {"Output COS6 Lost:", 0x152A01CC, error<&errors_t::cos6_outlost>},
+    {"Output COS7 Lost:", 0x152A01CD, error<&errors_t::cos7_outlost>},
+    {"Rx Pause:", 0x152A00E7, ctrl<&ctrl_t::rx_pause>},
+    {"Tx Pause:", 0x152A00F9, ctrl<&ctrl_t::tx_pause>},
+    {"Resets:", 0x152A00F3, ctrl<&ctrl_t::reset>},
+    {"SQETest", 0x152A01B4, ctrl<&ctrl_t::sqetest>},
+    {"Layer 2 Unicast:", 0x152A00BA, l2<&layer_t::ucast>},
+    {"Layer 2 Multicast:", 0x152A00BE, l2<&layer_t::mcast>},
+    {"Layer 2 Broadcast:", 0x152A00BC, l2<&layer_t::bcast>},
+    {"Layer 3 Unicast:", 0x152A00C0, l3<&layer_t::ucast>},
+    {"Layer 3 Multicast:", 0x152A00C2, l3<&layer_t::mcast>},
+    {"Layer 3 Broadcast:", 0x152A00C4, l3<&layer_t::bcast>},
+};
+
+// Some ids stand in the list above, too, which is intended.
+constexpr counter_row<pfstat_key_cntrs_t> kNonzeroL3[] = {
+    {"Layer 3 Routed Input Packets", 0x152A00CC, l3<&pfstat_l3_cntrs_t::l3_routed_pkts_in>},
+    {"Layer 3 Routed Input Bytes", 0x152A00CD, l3<&pfstat_l3_cntrs_t::l3_routed_bytes_in>},
+    {"Layer 3 Routed Output Packets", 0x152A00CE, l3<&pfstat_l3_cntrs_t::l3_routed_pkts_out>},
+    {"Layer 3 Routed Output Bytes", 0x152A00CF, l3<&pfstat_l3_cntrs_t::l3_routed_bytes_out>},
+    {"Layer 3 Unicast Input Packets", 0x152A00C0, l3<&pfstat_l3_cntrs_t::l3_ucast_pkts_in>},
+    {"Layer 3 Unicast Input Bytes", 0x152A00C1, l3<&pfstat_l3_cntrs_t::l3_ucast_bytes_in>},
+    {"Layer 3 Multicast Input Packets", 0x152A00C2, l3<&pfstat_l3_cntrs_t::l3_mcast_pkts_in>},
+    {"Layer 3 Multicast Input Bytes", 0x152A00C3, l3<&pfstat_l3_cntrs_t::l3_mcast_bytes_in>},
+    {"Layer 3 Unicast Output Packets", 0x152A00C6, l3<&pfstat_l3_cntrs_t::l3_ucast_pkts_out>},
+    {"Layer 3 Unicast Output Bytes", 0x152A00C7, l3<&pfstat_l3_cntrs_t::l3_ucast_bytes_out>},
+    {"Layer 3 Multicast Output Packets", 0x152A00C8, l3<&pfstat_l3_cntrs_t::l3_mcast_pkts_out>},
+    {"Layer 3 Multicast Output Bytes", 0x152A00C9, l3<&pfstat_l3_cntrs_t::l3_mcast_bytes_out>},
+    {"InLayer3AveragePackets", 0x152A0178, l3<&pfstat_l3_cntrs_t::l3_average_input_packets>},
+    {"InLayer3AverageOctets", 0x152A0177, l3<&pfstat_l3_cntrs_t::l3_average_input_bytes>},
+    {"OutLayer3AveragePackets", 0x152A017A, l3<&pfstat_l3_cntrs_t::l3_average_output_packets>},
+    {"OutLayer3AverageOctets", 0x152A0179, l3<&pfstat_l3_cntrs_t::l3_average_output_bytes>},
+};
+
+// "txHCTotalPks" and the mixed capitals are intended.
+constexpr counter_row<port_stats> kHighCapacity[] = {
+    {"rxHCTotalPkts", 0x152A0439, flow<&flow_t::ingress_pkts>},
+    {"txHCTotalPks", 0x152A043A, flow<&flow_t::egress_pkts>},
+    {"rxHCUnicastPkts", 0x152A043B, flow<&flow_t::unicast_pkts>},
+    {"txHCUnicastPkts", 0x152A0440, flow<&flow_t::unicast_pkts_tx>},
+    {"rxHCMulticastPkts", 0x152A043C, flow<&flow_t::multicast_pkts>},
+    {"txHCMulticastPkts", 0x152A0441, flow<&flow_t::multicast_pkts_tx>},
+    {"rxHCBroadcastPkts", 0x152A043D, flow<&flow_t::broadcast_pkts>},
+    {"txHCBroadcastPkts", 0x152A0442, flow<&flow_t::broadcast_pkts_tx>},
+    {"rxHCOctets", 0x152A043E, flow<&flow_t::bytes_pkts>},
+    {"txHCOctets", 0x152A0443, flow<&flow_t::bytes_tx>},
+    {"rxTxHCPkts64Octets", 0x152A0444, sum<flow<&flow_t::b64_rx>, flow<&flow_t::b64_tx>>},
+    {"rxTxHCpkts65to127Octets", 0x152A0445, sum<flow<&flow_t::b65_127_rx>, flow<&flow_t::b65_127_tx>>},
+    {"rxTxHCpkts128to255Octets", 0x152A0446, sum<flow<&flow_t::b128_255_rx>, flow<&flow_t::b128_255_tx>>},
+    {"rxTxHCpkts256to511Octets", 0x152A0447, sum<flow<&flow_t::b256_511_rx>, flow<&flow_t::b256_511_tx>>},
+    {"rxTxHCpkts512to1023Octets", 0x152A0448, sum<flow<&flow_t::b512_1023_rx>, flow<&flow_t::b512_1023_tx>>},
+    {"rxTxHCpkts1024to1518Octets", 0x152A0449, sum<flow<&flow_t::b1024_1518_rx>, flow<&flow_t::b1024_1518_tx>>},
+    {"rxTxHCpkts1519to1548Octets", 0x152A044A, sum<flow<&flow_t::b1519_1548_rx>, flow<&flow_t::b1519_1548_tx>>},
+    {"rxHCTrunkFrames", 0x152A044B, flow<&flow_t::trunk_rx>},
+    {"txHCTrunkFrames", 0x152A043F, flow<&flow_t::trunk_tx>},
+    {"rxHCDropEvents", 0x152A044C,
+     sum<error<&errors_t::bad_etype_drop>, error<&errors_t::bad_proto_drop>, error<&errors_t::if_down_drop>>},
+};
+
+// "txErrors" shows crc_tx, "InUnknownProtos" bad_proto_drop: both are intended.
+constexpr counter_row<port_stats> kAll[] = {
+    {"InPackets", 0x152A046C, flow<&flow_t::ingress_pkts>},
+    {"InOctets", 0x152A046D, flow<&flow_t::bytes_pkts>},
+    {"InUcastPkts", 0x152A0471, flow<&flow_t::unicast_pkts>},
+    {"InMcastPkts", 0x152A0470, flow<&flow_t::multicast_pkts>},
+    {"InBcastPkts", 0x152A046F, flow<&flow_t::broadcast_pkts>},
+    {"InJumboPkts", 0x152A0472, flow<&flow_t::jumbo_pkts>},
+    {"StormSuppressPkts", 0x152A0477, flow<&flow_t::storm_supression>},
+    {"OutPackets", 0x152A0489, flow<&flow_t::egress_pkts>},
+    {"OutOctets", 0x152A048A, flow<&flow_t::bytes_tx>},
+    {"OutUcastPkts", 0x152A0482, flow<&flow_t::unicast_pkts_tx>},
+    {"OutMcastPkts", 0x152A0481, flow<&flow_t::multicast_pkts_tx>},
+    {"OutBcastPkts", 0x152A0480, flow<&flow_t::broadcast_pkts_tx>},
+    {"OutJumboPkts", 0x152A0483, flow<&flow_t::jumbo_pkts_tx>},
+    {"rxHCPkts64Octets", 0x152A04A6, flow<&flow_t::b64_rx>},
+    {"rxHCPkts65to127Octets", 0x152A04A7, flow<&flow_t::b65_127_rx>},
+    {"rxHCPkts128to255Octets", 0x152A04A8, flow<&flow_t::b128_255_rx>},
+    {"rxHCPkts256to511Octets", 0x152A04A9, flow<&flow_t::b256_511_rx>},
+    {"rxHCpkts512to1023Octets", 0x152A04AA, flow<&flow_t::b512_1023_rx>},
+    {"rxHCpkts1024to1518Octets", 0x152A04AB, flow<&flow_t::b1024_1518_rx>},
+    {"rxHCpkts1519to1548Octets", 0x152A04AC, flow<&flow_t::b1519_1548_rx>},
+    {"txHCPkts64Octets", 0x152A04AE, flow<&flow_t::b64_tx>},
+    {"txHCPkts65to127Octets", 0x152A04AF, flow<&flow_t::b65_127_tx>},
+    {"txHCPkts128to255Octets", 0x152A04B0, flow<&flow_t::b128_255_tx>},
+    {"txHCPkts256to511Octets", 0x152A04B1, flow<&flow_t::b256_511_tx>},
+    {"txHCpkts512to1023Octets", 0x152A04B2, flow<&flow_t::b512_1023_tx>},
+    {"txHCpkts1024to1518Octets", 0x152A04B3, flow<&flow_t::b1024_1518_tx>},
+    {"txHCpkts1519to1548Octets", 0x152A04B4, flow<&flow_t::b1519_1548_tx>},
+    {"ShortFrames", 0x152A049F, error<&errors_t::shortframe>},
+    {"Collisions", 0x152A048F, error<&errors_t::collision>},
+    {"SingleCol", 0x152A049B, error<&errors_t::single_collision>},
+    {"MultiCol", 0x152A049C, error<&errors_t::multi_collision>},
+    {"LateCol", 0x152A0492, error<&errors_t::late_collision>},
+    {"ExcessiveCol", 0x152A049D, error<&errors_t::excessive_collision>},
+    {"LostCarrier", 0x152A0494, error<&errors_t::lost_carrier>},
+    {"NoCarrier", 0x152A0495, error<&errors_t::no_carrier>},
+    {"Runts", 0x152A0476, error<&errors_t::runt>},
+    {"Giants", 0x152A044D, error<&errors_t::giants_rx>},
+    {"InErrors", 0x152A0479, error<&errors_t::input_errors>},
+    {"OutErrors", 0x152A048E, error<&errors_t::output_errors>},
+    {"InputDiscards", 0x152A04A0, error<&errors_t::in_discard>},
+    {"BadEtypeDrops", 0x152A0487, error<&errors_t::bad_etype_drop>},
+    {"IfDownDrops", 0x152A0486, error<&errors_t::if_down_drop>},
+    {"InUnknownProtos", 0x152A0488, error<&errors_t::bad_proto_drop>},
+    {"txErrors", 0x152A04A2, error<&errors_t::crc_tx>},
+    {"rxCRC", 0x152A047A, error<&errors_t::crc>},
+    {"Symbol", 0x152A04A3, error<&errors_t::symbol_err>},
+    {"txDropped", 0x152A04A4, error<&errors_t::tx_dropped>},
+    {"TrunkFramesTx", 0x152A04B5, flow<&flow_t::trunk_tx>},
+    {"TrunkFramesRx", 0x152A04AD, flow<&flow_t::trunk_rx>},
+    {"WrongEncap", 0x152A04A1, error<&errors_t::bad_encap>},
+    {"Babbles", 0x152A0491, error<&errors_t::babble>},
+    {"Watchdogs", 0x152A047F, error<&errors_t::watchdog>},
+    {"ECC", 0x152A047B, error<&errors_t::ecc>},
+    {"Overruns", 0x152A047D, error<&errors_t::overrun>},
+    {"Underruns", 0x152A048B, error<&errors_t::underrun>},
+    {"Dribbles", 0x152A0485, error<&errors_t::input_dribble>},
+    {"Deferred", 0x152A0493, error<&errors_t::deferred>},
+    {"Jabbers", 0x152A049E, error<&errors_t::jabber>},
+    {"NoBuffer", 0x152A046E, error<&errors_t::no_buffer>},
+    {"Ignored", 0x152A047E, error<&errors_t::ignored>},
+    {"bpduOutLost", 0x152A04B6, error<&errors_t::bpdu_outlost>},
+    {"cos0OutLost", 0x152A04B7, error<&errors_t::cos0_outlost>},
+    {"cos1OutLost", 0x152A04B8, error<&errors_t::cos1_outlost>},
+    {"cos2OutLost", 0x152A04B9, error<&errors_t::cos2_outlost>},
+    {"cos3OutLost", 0x152A04BA, error<&errors_t::cos3_outlost>},
+    {"cos4OutLost", 0x152A04BB, error<&errors_t::cos4_outlost>},
+    {"cos5OutLost", 0x152A04BC, error<&errors_t::cos5_outlost>},
+    {"cos6OutLost", 0x152A04BD, error<&errors_t::cos6_outlost>},
+    {"cos7OutLost", 0x152A04BE, error<&errors_t::cos7_outlost>},
+    {"RxPause", 0x152A0484, ctrl<&ctrl_t::rx_pause>},
+    {"TxPause", 0x152A0496, ctrl<&ctrl_t::tx_pause>},
+    {"Resets", 0x152A0490, ctrl<&ctrl_t::reset>},
+    {"SQETest", 0x152A04A5, ctrl<&ctrl_t::sqetest>},
+};
+
+constexpr counter_row<pfstat_key_cntrs_t> kAllL3[] = {
+    {"InLayer3Routed", 0x152A0464, l3<&pfstat_l3_cntrs_t::l3_routed_pkts_in>},
+    {"InLayer3RoutedOctets", 0x152A0465, l3<&pfstat_l3_cntrs_t::l3_routed_bytes_in>},
+    {"OutLayer3Routed", 0x152A0466, l3<&pfstat_l3_cntrs_t::l3_routed_pkts_out>},
+    {"OutLayer3RoutedOctets", 0x152A0467, l3<&pfstat_l3_cntrs_t::l3_routed_bytes_out>},
+    {"OutLayer3Unicast", 0x152A045E, l3<&pfstat_l3_cntrs_t::l3_ucast_pkts_out>},
+    {"OutLayer3UnicastOctets", 0x152A045F, l3<&pfstat_l3_cntrs_t::l3_ucast_bytes_out>},
+    {"OutLayer3Multicast", 0x152A0460, l3<&pfstat_l3_cntrs_t::l3_mcast_pkts_out>},
+    {"OutLayer3MulticastOctets", 0x152A0461, l3<&pfstat_l3_cntrs_t::l3_mcast_bytes_out>},
+    {"InLayer3Unicast", 0x152A0458, l3<&pfstat_l3_cntrs_t::l3_ucast_pkts_in>},
+    {"InLayer3UnicastOctets", 0x152A0459, l3<&pfstat_l3_cntrs_t::l3_ucast_bytes_in>},
+    {"InLayer3Multicast", 0x152A045A, l3<&pfstat_l3_cntrs_t::l3_mcast_pkts_in>},
+    {"InLayer3MulticastOctets", 0x152A045B, l3<&pfstat_l3_cntrs_t::l3_mcast_bytes_in>},
+    {"InLayer3AverageOctets", 0x152A0468, l3<&pfstat_l3_cntrs_t::l3_average_input_bytes>},
+    {"InLayer3AveragePackets", 0x152A0469, l3<&pfstat_l3_cntrs_t::l3_average_input_packets>},
+    {"OutLayer3AverageOctets", 0x152A046A, l3<&pfstat_l3_cntrs_t::l3_average_output_bytes>},
+    {"OutLayer3AveragePackets", 0x152A046B, l3<&pfstat_l3_cntrs_t::l3_average_output_packets>},
+};
+
+// What the key of forwarding statistics says of its counters.
+enum key_flags : uint32 { LAYER_2_ONLY = 1, LAYER_3 = 2, BOTH_LAYERS = 3 };
+
+// Whether there are layer-3 counters that are not 0.
+bool shows_layer3(pfstat_key_cntrs_t* pfstats) {
+  if (pfstats == nullptr) return false;
+  const uint32 flags = pfstats->key.key_flags;
+  return (flags == LAYER_3 || flags == BOTH_LAYERS) && pm_cli_is_nonzero_pfstats(pfstats);
+}
+
+// Behind a list the layer-3 counters follow for every key but the one of layer 2 alone; this is not the test above.
+bool follows_layer3(const pfstat_key_cntrs_t* pfstats) {
+  return pfstats != nullptr && pfstats->key.key_flags != LAYER_2_ONLY;
+}
+
+}  // namespace
+
+boolean pm_cli_is_nonzero_pfstats(pfstat_key_cntrs_t* pfstats) {
+  if (pfstats == nullptr) return 0;
+  return any_nonzero<pfstat_key_cntrs_t>(kNonzeroL3, *pfstats) ? 1 : 0;
+}
+
+void pm_cli_show_L3_eth_counters_detailed(cmd_rx_handle_t* rx_handle, pfstat_key_cntrs_t* pfstats) {
+  if (rx_handle != nullptr && pfstats != nullptr) print_nonzero<pfstat_key_cntrs_t>(rx_handle, kNonzeroL3, *pfstats);
+}
+
+void pm_cli_show_common_eth_counters_detailed(cmd_rx_handle_t* rx_handle, pfstat_key_cntrs_t* pfstats,
+                                              statscl_portcl_stats_msg_t* stats) {
+  if (rx_handle == nullptr || stats == nullptr) return;
+  const bool is_sub_interface = if_index_is_sub_intf(stats->ifidx) != 0;
+  const bool shows_port = !is_sub_interface && any_nonzero<port_stats>(kNonzero, *stats);
+  if (!shows_port && !shows_layer3(pfstats)) return;
+
+  print_if_index(rx_handle, "%s\n", 0x0C2A0085, stats->ifidx);
+  if (!is_sub_interface) print_nonzero<port_stats>(rx_handle, kNonzero, *stats);
+  if (follows_layer3(pfstats)) pm_cli_show_L3_eth_counters_detailed(rx_handle, pfstats);
+  cmd_prt(rx_handle, "\n");
+}
+
+void pm_cli_show_eth_L3_counters_detailed_all(cmd_rx_handle_t* rx_handle, int linecount, pfstat_key_cntrs_t* pfstats) {
+  if (rx_handle != nullptr && pfstats != nullptr)
+    print_numbered<pfstat_key_cntrs_t>(rx_handle, linecount, kAllL3, *pfstats);
+}
+
+void pm_cli_show_eth_counters_detailed_all(cmd_rx_handle_t* rx_handle, pfstat_key_cntrs_t* pfstats,
+                                           statscl_portcl_stats_msg_t* stats) {
+  if (rx_handle == nullptr || stats == nullptr) return;
+  if (pfstats != nullptr && if_index_is_sub_intf(stats->ifidx)) {
+    print_if_index(rx_handle, "%s\n  All Sub-Interface Port counters:\n", 0x0C2A0408, stats->ifidx);
+    pm_cli_show_eth_L3_counters_detailed_all(rx_handle, 0, pfstats);
+    cmd_prt(rx_handle, "\n");
+    return;
+  }
+  print_if_index(rx_handle, "%s\n  64 bit counters:\n", 0x0C2A0408, stats->ifidx);
+  print_numbered<port_stats>(rx_handle, 0, kHighCapacity, *stats);
+  cmd_prt(rx_handle, "\n  All Port Counters:\n");
+  const int next = print_numbered<port_stats>(rx_handle, 0, kAll, *stats);
+  if (follows_layer3(pfstats)) pm_cli_show_eth_L3_counters_detailed_all(rx_handle, next, pfstats);
+  cmd_prt(rx_handle, "\n");
+}
