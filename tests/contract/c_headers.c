@@ -3,6 +3,7 @@
 
 #include "platform/bitset.h"
 #include "platform/card_config.h"
+#include "platform/clear_counters.h"
 #include "platform/cmd_channel.h"
 #include "platform/eth_statistics.h"
 #include "platform/if_index.h"
@@ -24,6 +25,7 @@
 #include "platform/wire.h"
 #include "pm/interface_ranges.h"
 #include "pm/port_attributes.h"
+#include "pmcli/clear.h"
 #include "pmcli/command.h"
 #include "pmcli/counters.h"
 #include "pmcli/headers.h"

@@ -71,6 +71,52 @@ TEST(NonZeroLine, IsShownWhenOnlyTheHighHalfIsNotZero) {
   EXPECT_EQ(platform.tuples(), (Tuples{{0x142A00A7, 0}}));
 }
 
+TEST(NumberedLine, AlignsNumberAndLabelRight) {
+  RecordingPlatform platform;
+  const uint64 value = 42;
+
+  numlist_prt(platform.output(), &value, "InPackets", 7, 0x152A046C);
+
+  EXPECT_EQ(platform.text(), "   7.                          InPackets = 42\n");
+  EXPECT_EQ(platform.tuples(), (Tuples{{0x152A046C, 42}}));
+  EXPECT_EQ(platform.terminal(), "");
+}
+
+TEST(NumberedLine, IsShownForZeroToo) {
+  RecordingPlatform platform;
+  const uint64 wide = 0;
+  const uint32 narrow = 0;
+
+  numlist_prt(platform.output(), &wide, "InPackets", 72, 0x152A046C);
+  numlist_prt_uint32(platform.output(), &narrow, "InOctets", 9, 0x142A041C);
+
+  EXPECT_EQ(platform.text(),
+            "  72.                          InPackets = 0\n"
+            "   9.                           InOctets = 0\n");
+}
+
+TEST(NumberedLine, LongNumbersAndLabelsAreNotCut) {
+  RecordingPlatform platform;
+  const uint64 value = 0xFFFFFFFFFFFFFFFF;
+
+  numlist_prt(platform.output(), &value, "1234567890123456789012345678901234567890", 100, 0x152A046C);
+
+  EXPECT_EQ(platform.text(), "  100. 1234567890123456789012345678901234567890 = 18446744073709551615\n");
+}
+
+TEST(NumberedLine, OfAThirtyTwoBitCounter) {
+  RecordingPlatform platform;
+  const uint32 value = 0xFFFFFFFF;
+
+  numlist_prt_uint32(platform.output(), &value, "InPackets", 0, 0x142A041B);
+  numlist_prt_uint32(platform.output(), &value, "VDCLevelInPktsPerSec:", 6, 0x152A040F);
+
+  EXPECT_EQ(platform.text(),
+            "   0.                          InPackets = 4294967295\n"
+            "   6.              VDCLevelInPktsPerSec: = 4294967295\n");
+  EXPECT_EQ(platform.tuples(), (Tuples{{0x142A041B, 0xFFFFFFFFU}, {0x152A040F, 0xFFFFFFFFU}}));
+}
+
 TEST(NonZeroLine, OfAThirtyTwoBitCounter) {
   RecordingPlatform platform;
   const uint32 value = 0xFFFFFFFF;

@@ -131,6 +131,32 @@ TEST(ShowByCommand, EachIdOfAnAccessPortWithoutStatistics) {
   }
 }
 
+// The row that a record without traffic gives under a statistics id. The names of the traffic rows are cut to 8
+// columns.
+std::string row_without_traffic(uint32 command) {
+  constexpr char kErrors[] = "Eth1/1             0           0           0           0           0           0\n";
+  constexpr char kCarrierErrors[] = "Eth1/1             0           0           0           0          0           0\n";
+  constexpr char kNoSqeTest[] = "Eth1/1             0          --           0           0           0           0\n";
+  constexpr char kTraffic[] = "Ethernet                   0                 0                0                0\n";
+  switch (command) {
+    case 18:
+    case 50:
+    case 51: return kErrors;
+    case 20: return "Eth1/1                      0               0               0\n";
+    case 23:
+    case 34:
+    case 35: return "Eth1/1     1        0        8        0           0       0      \n";
+    case 52:
+    case 53:
+    case 54: return kCarrierErrors;
+    case 55:
+    case 56:
+    case 57: return kNoSqeTest;
+    case 58: return "";  // a list of what is not 0
+    default: return command >= 44 && command <= 49 ? kTraffic : "";
+  }
+}
+
 TEST(ShowByCommand, EachIdOfATrunkWithStatistics) {
   for (const uint32 command : all_commands()) {
     SCOPED_TRACE(command);
@@ -140,7 +166,8 @@ TEST(ShowByCommand, EachIdOfATrunkWithStatistics) {
     platform.ports[kPort] = port_record_in_mode(PM_PORT_MODE_TRUNK);
     platform.capabilities[kPort] = port_capabilities("SFP");
     platform.port_stats[kPort] = {};
-    EXPECT_EQ(shown(platform, command, kPort), row_text(expected));
+    const bool is_statistics = expected == display::statistics_row;
+    EXPECT_EQ(shown(platform, command, kPort), is_statistics ? row_without_traffic(command) : row_text(expected));
     EXPECT_EQ(platform.loader_events, loader_events_of(expected));
   }
 }

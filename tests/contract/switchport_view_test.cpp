@@ -94,13 +94,17 @@ TEST(SwitchportView, LoopbackShowsItsStatusTwice) {
 
 TEST(SwitchportView, ManagementPortShowsItsStatusTwice) {
   RecordingPlatform platform;
+  platform.ports[mgmt()] = port_record();
+  platform.kernel_interfaces["eth1"] = {.hardware_address = {0x02, 0, 0, 0x12, 0x34, 0x56}, .mtu_bytes = 1400};
   pm_port_info_t port = port_record();
   set_description(port, "console");
-  // The lines of the kernel device follow when they are built.
   EXPECT_EQ(view_of(platform, mgmt(), port),
             "mgmt0 is 1\n"
             "mgmt0 is 1\n"
-            "    Port description is console\n");
+            "    Port description is console\n"
+            "    Hardware is GigabitEthernet\n"
+            "    Address is 0200.0012.3456\n"
+            "    MTU 1400 bytes Speed 1000 Mbps 11 Duplex\n");
 }
 
 // ---- Port-channels -------------------------------------------------------------------------------------------------

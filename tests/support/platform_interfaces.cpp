@@ -98,6 +98,9 @@ int32 get_field(const char* function, bool has_field, uint32 value, Field* field
   return 0;
 }
 
+// The lowest bits of an index that count the interfaces of one kind and place.
+uint32 counting_bits(if_index_t if_index) { return is_satellite(if_index) ? 14 : 26; }
+
 }  // namespace
 
 if_index_t ethernet(uint32 module, uint32 port, if_index_type_t type) {
@@ -205,6 +208,12 @@ int32 if_index_set_tunnel(if_index_t* if_index, uint32 tunnel) {
 
 int32 if_index_set_sif_num(if_index_t* if_index, uint32 number) {
   return set_field("if_index_set_sif_num", kind_of(*if_index) == IF_TYPE_SERVER, if_index, 0, 0x3FFFFFF, number);
+}
+
+int32 if_index_next(if_index_t if_index, if_index_t* next) {
+  const uint32 mask = (1U << counting_bits(if_index)) - 1;
+  const bool has_next = !is_place(if_index) && !is_channel(if_index) && (if_index & mask) != mask;
+  return get_field("if_index_next", has_next, if_index + 1, next);
 }
 
 if_index_t if_index_inband_get_active_sup_priority_hi(void) { return numbered(IF_TYPE_INBAND, 0); }

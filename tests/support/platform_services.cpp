@@ -169,8 +169,10 @@ syserr_t crdcfg_get_port_cap(const if_index_range_t* range, uint32 size, uint8* 
 
 void RecordingPlatform::add_default_libraries() {
   libraries[STATCL_LIBRARY] = {{"statcl_get_port_client_stats", statcl_get_port_client_stats},
-                               {"statcl_get_port_client_snmp_stats", statcl_get_port_client_snmp_stats}};
-  libraries[IP_STATS_LIBRARY] = {{"ip_get_loopback_counters", ip_get_loopback_counters}};
+                               {"statcl_get_port_client_snmp_stats", statcl_get_port_client_snmp_stats},
+                               {"statscl_clear_port_client_stats", statscl_clear_port_client_stats}};
+  libraries[IP_STATS_LIBRARY] = {{"ip_get_loopback_counters", ip_get_loopback_counters},
+                                 {"ip_clear_loopback_counters", ip_clear_loopback_counters}};
   libraries[CRDCFG_LIBRARY] = {{"crdcfg_get_port_cap", crdcfg_get_port_cap}};
   libraries[VLAN_MGR_LIBRARY] = {};
 }
@@ -338,18 +340,15 @@ int32 pm_get_clear_eth_stats(mts_q_handle_t, if_index_t low, if_index_t high, ui
                              show_eth_intf_resp_t* response) {
   EXPECT_EQ(low, high);
   EXPECT_EQ(get != 0, response != nullptr);
-  show_eth_intf_resp_t nothing;
-  return answer_from("pm_get_clear_eth_stats", platform_for("pm_get_clear_eth_stats").eth_stats, low,
-                     response == nullptr ? &nothing : response);
+  if (get == 0) return clear_at("pm_get_clear_eth_stats", low);
+  return answer_from("pm_get_clear_eth_stats", platform_for("pm_get_clear_eth_stats").eth_stats, low, response);
 }
 
 int32 pm_port_channel_get_clear_eth_stats(mts_q_handle_t, if_index_t if_index, uint32 get,
                                           show_eth_intf_resp_t* response) {
-  EXPECT_EQ(get != 0, response != nullptr);
-  show_eth_intf_resp_t nothing;
+  EXPECT_EQ(get, 1U);
   return answer_from("pm_port_channel_get_clear_eth_stats",
-                     platform_for("pm_port_channel_get_clear_eth_stats").channel_eth_stats, if_index,
-                     response == nullptr ? &nothing : response);
+                     platform_for("pm_port_channel_get_clear_eth_stats").channel_eth_stats, if_index, response);
 }
 
 void pm_cli_ethernet_intf_stats_print(cmd_rx_handle_t* rx_handle, statscl_portcl_stats_msg_t* stats, uint32 detail) {

@@ -21,6 +21,7 @@ constexpr std::string_view kFallible[] = {
     "cmd_mrange_create",
     "cmd_paraminfo_to_rxhandle",
     "crdcfg_get_port_cap",
+    "dstats_clear_counters",
     "dlopen",
     "dlsym",
     "get_card_module_info",
@@ -33,6 +34,7 @@ constexpr std::string_view kFallible[] = {
     "if_index_get_slot",
     "if_index_get_sub_intf",
     "if_index_get_type",
+    "if_index_next",
     "if_index_phy_eth_get_sub_intf",
     "if_index_phy_fc_get_port",
     "if_index_phy_fc_get_slot",
@@ -48,6 +50,8 @@ constexpr std::string_view kFallible[] = {
     "im_get_ifindex_access_vlan_list",
     "im_get_ifindex_layermode_list",
     "im_get_ifindex_native_vlan_list",
+    "ioctl",
+    "ip_clear_loopback_counters",
     "ip_get_loopback_counters",
     "ipconf_get_if_inet_addrs",
     "malloc",
@@ -58,7 +62,11 @@ constexpr std::string_view kFallible[] = {
     "mts_payload_size",
     "mts_recv",
     "mts_send",
+    "pcmap_get_next_port_channel",
     "pdb_get_chassis_type",
+    "pm_clear_interface_counters",
+    "pm_clear_port_counters",
+    "pm_cli_clear_ethernet_channel_counters",
     "pm_cli_config_loopback_interface",
     "pm_cli_config_sub_interface",
     "pm_cmi_get_fcot_info",
@@ -73,8 +81,11 @@ constexpr std::string_view kFallible[] = {
     "pm_parse_get_port_info_range",
     "pm_port_channel_get_clear_eth_stats",
     "realloc",
+    "socket",
     "statcl_get_port_client_snmp_stats",
     "statcl_get_port_client_stats",
+    "statscl_clear_port_client_stats",
+    "system",
     "vsan_get_port_trunking_membership",
     "vsh_fc_intf_perm_check",
     "vsh_util_user_input_get",
@@ -221,6 +232,8 @@ std::vector<std::string> RecordingPlatform::unreleased() const {
       found.push_back("message " + std::to_string(i + 1) + ", " + state_->messages[i].what + ", was not dropped");
   for (const open_library& library : state_->open_libraries)
     if (library.is_open) found.push_back("library " + library.name + " was not closed");
+  for (std::size_t i = 0; i < state_->sockets.size(); ++i)
+    if (state_->sockets[i].is_open) found.push_back("socket " + std::to_string(i + 1) + " was not closed");
   for (const auto& [address, block] : state_->blocks)
     found.push_back("block of " + std::to_string(block.size) + " bytes from " + block.label + " was not freed");
   return found;
@@ -230,6 +243,7 @@ void RecordingPlatform::expect_all_released() {
   for (const std::string& text : unreleased()) ADD_FAILURE() << text;
   for (message& left : state_->messages) left.is_dropped = true;
   for (open_library& left : state_->open_libraries) left.is_open = false;
+  for (open_socket& left : state_->sockets) left.is_open = false;
   for (const auto& [address, block] : state_->blocks) std::free(address);
   state_->blocks.clear();
 }

@@ -19,6 +19,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -28,6 +29,7 @@
 
 #include "platform/bitset.h"
 #include "platform/card_config.h"
+#include "platform/clear_counters.h"
 #include "platform/cmd_channel.h"
 #include "platform/eth_statistics.h"
 #include "platform/if_index.h"
@@ -232,6 +234,31 @@ class RecordingPlatform {
   std::map<std::string, pm_proc_net_dev_stats_t> kernel_devices;  // pm_get_proc_net_dev_stats(); without: -1
   std::vector<std::string> kernel_devices_asked;
 
+  // -- Clearing counters --
+
+  // What was cleared, in order: "OWNER INTERFACE", where OWNER is the function that was called and INTERFACE the name;
+  // for the kernel device of a management port the name of the device stands behind it.
+  std::vector<std::string> cleared;
+  std::map<if_index_t, int32> clear_errors;  // what clearing an interface gives at any owner; without an entry: success
+  std::vector<std::vector<if_index_t>> clear_requests;  // of pm_clear_port_counters()
+  // Takes the place of its list of results, which has an entry for each interface; empty: a null list.
+  std::optional<octets> clear_block;
+  std::vector<if_index_t> channel_map;  // the answers of pcmap_get_next_port_channel(), one after the other
+  std::vector<const paraminfo_t*> channel_clearings;  // of pm_cli_clear_ethernet_channel_counters()
+
+  // -- The kernel --
+
+  struct kernel_interface {
+    std::vector<uint8> hardware_address;  // six bytes
+    int mtu_bytes = 1500;
+    bool is_up = true;
+  };
+  std::map<std::string, kernel_interface> kernel_interfaces;  // by device name; others are unknown to the kernel
+  std::set<std::string> silent_requests;                      // interface requests that fail, as "SIOCGIFMTU"
+  // "socket 1", "SIOCGIFMTU eth1", "close 1", in order; a socket that fails is "no socket".
+  std::vector<std::string> kernel_events;
+  std::vector<std::string> shell_commands;  // of system(), which runs nothing
+
   // -- Listing and permissions --
 
   uint32 config_type = ACFG_RUNNING;
@@ -294,7 +321,7 @@ class RecordingPlatform {
 
   // -- Libraries opened by name. The statistics client, the IP statistics and the card configuration are there,
   // answering
-  //    from the maps below; the VLAN manager is there without symbols. --
+  //    from the maps below and from `clear_errors`; the VLAN manager is there without symbols. --
 
   std::map<std::string, library_symbols> libraries;
   std::map<if_index_t, statscl_portcl_stats_msg_t> port_stats;  // ifidx is filled in when it is 0

@@ -32,6 +32,10 @@ struct open_library {
   bool is_open = true;
 };
 
+struct open_socket {
+  bool is_open = true;
+};
+
 struct heap_entry {
   std::string label;
   std::size_t size;
@@ -57,6 +61,8 @@ struct RecordingPlatform::state {
   std::deque<open_library> open_libraries;  // handles point into it
   std::string loader_text;                  // what dlerror() returned last
 
+  std::deque<open_socket> sockets;  // socket n has descriptor kFirstSocket + n
+
   std::map<void*, heap_entry> blocks;
   std::map<syserr_t, std::string> error_texts;
   std::deque<std::vector<vsh_intf_mono_range_t>> ranges;  // behind the records of cmd_mrange_create()
@@ -65,10 +71,20 @@ struct RecordingPlatform::state {
   std::deque<if_index_t> argument_values;
 };
 
+// Descriptors of sockets, far away from those of the process; the first is this one plus 1.
+inline constexpr int kFirstSocket = 1000;
+
 // The platform that lives. A platform function that is called without one ends the program with its name.
 RecordingPlatform& platform_for(const char* function);
 
 std::string interface_text(const RecordingPlatform& platform, if_index_t if_index, bool is_short);
+
+// Records that this owner was asked to clear the counters of an interface, and gives what the test programmed.
+int32 clear_at(const char* owner, if_index_t if_index, const std::string& device = "");
+
+// What the libraries opened by name offer for clearing.
+int32 statscl_clear_port_client_stats(if_index_t if_index);
+int32 ip_clear_loopback_counters(uint32 zero, if_index_t if_index);
 
 // Puts a received message among those that must be dropped, and gives its reference.
 mts_msg_ref_t receive_message(RecordingPlatform& platform, const std::string& what, const mts_reply& reply);
