@@ -10,6 +10,7 @@
 #include "platform/syserr.h"
 #include "platform/vsan.h"
 #include "pmcli/selection.h"
+#include "support/kind.h"
 #include "support/scope.h"
 
 using namespace pmcli;
@@ -19,8 +20,7 @@ namespace {
 enum : uint32 { ALLOWED = 0, DENIED = static_cast<uint32>(-13), FAILED = static_cast<uint32>(-1) };
 
 bool carries_vsans(if_index_t if_index) {
-  if_index_type_t type = IF_TYPE_NONE;
-  if_index_get_type(if_index, &type);
+  const if_index_type_t type = kind_of(if_index);
   return type == IF_TYPE_FC || type == IF_TYPE_PORT_CHANNEL || type == IF_TYPE_FCIP;
 }
 

@@ -9,6 +9,7 @@
 #include "platform/eth_statistics.h"
 #include "pmcli/clear.h"
 #include "support/chassis.h"
+#include "support/kind.h"
 #include "support/library_messages.h"
 #include "support/listing.h"
 
@@ -30,12 +31,6 @@ void clear_at_port_manager(mts_q_handle_t q, if_index_t if_index) {
 // intended.
 bool is_kept_by_client(uint32 chassis_type, if_index_type_t kind) {
   return kind == IF_TYPE_VETHERNET ? is_eth_switch_chassis(chassis_type) : has_statistics_client(chassis_type);
-}
-
-if_index_type_t kind_of(const vsh_intf_mono_range_t& range) {
-  if_index_type_t kind = IF_TYPE_NONE;
-  if_index_get_type(range.lower_if_index, &kind);
-  return kind;
 }
 
 // Null when the library is missing, and after a missing function was printed.
@@ -77,7 +72,7 @@ int32 pm_cli_eth_clear_counters(paraminfo_t* param) {
   if (!ranges) return 1;
   const uint32 chassis_type = read_chassis_type();
   const auto is_at_client = [=](const vsh_intf_mono_range_t& range) {
-    return is_kept_by_client(chassis_type, kind_of(range));
+    return is_kept_by_client(chassis_type, kind_of(range.lower_if_index));
   };
 
   std::optional<service_library> client;

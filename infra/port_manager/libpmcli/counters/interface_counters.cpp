@@ -9,18 +9,13 @@
 #include "platform/if_index.h"
 #include "pmcli/counters.h"
 #include "pmcli/interface.h"
+#include "support/kind.h"
 #include "support/print.h"
 #include "support/text.h"
 
 using namespace pmcli;
 
 namespace {
-
-if_index_type_t type_of(if_index_t if_index) {
-  if_index_type_t type = IF_TYPE_NONE;
-  if_index_get_type(if_index, &type);
-  return type;
-}
 
 // A line of at most 99 characters, built from fields. A field begins at its column, or where a longer one before it
 // ends.
@@ -78,7 +73,7 @@ void show_management(cmd_rx_handle_t* rx, if_index_t if_index) {
 
 void pm_cli_show_eth_port_counters_brief(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, if_index_t if_index,
                                          vsh_user_mode_state_t user_mode) {
-  const if_index_type_t type = type_of(if_index);
+  const if_index_type_t type = kind_of(if_index);
   if (type != IF_TYPE_ETHERNET && type != IF_TYPE_PORT_CHANNEL && type != IF_TYPE_ETH_PORT_CHANNEL) return;
   if (user_mode == VSH_USER_MODE_RESTRICTED) {
     std::puts("    Counters not available");
@@ -94,7 +89,7 @@ void pm_cli_show_eth_port_stats(cmd_rx_handle_t* rx_handle, show_eth_intf_resp_t
 }
 
 void pm_cli_show_eth_port_counters(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, if_index_t if_index) {
-  const if_index_type_t type = type_of(if_index);
+  const if_index_type_t type = kind_of(if_index);
   if (type == IF_TYPE_MGMT) return show_management(rx_handle, if_index);
   if (type != IF_TYPE_ETHERNET && type != IF_TYPE_PORT_CHANNEL) return;
   show_eth_intf_resp_t statistics{};

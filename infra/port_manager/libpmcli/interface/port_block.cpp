@@ -7,6 +7,7 @@
 #include "platform/if_index.h"
 #include "platform/port_channel.h"
 #include "pmcli/interface.h"
+#include "support/kind.h"
 #include "support/print.h"
 #include "support/text.h"
 
@@ -18,9 +19,7 @@ using intf_data = pm_cli_common_show_intf_data_t;
 
 // What a virtual Ethernet interface is bound to.
 void print_binding(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
-  if_index_type_t type = IF_TYPE_NONE;
-  if_index_get_type(port.if_index, &type);
-  if (type != IF_TYPE_VETHERNET) return;
+  if (kind_of(port.if_index) != IF_TYPE_VETHERNET) return;
   if (port.bound_ifindex != 0)
     print_if_index(rx, "    Bound Interface is %s \n", 0x0c2a0239, port.bound_ifindex);
   else

@@ -10,6 +10,7 @@
 #include "pmcli/interface.h"
 #include "support/chassis.h"
 #include "support/interface_manager.h"
+#include "support/kind.h"
 #include "support/scope.h"
 #include "support/text.h"
 
@@ -96,9 +97,7 @@ syserr_t pm_cli_get_layer(if_index_t if_index, mts_q_handle_t, if_info_t* if_inf
 
 void pm_cli_get_port_data(if_index_t if_index, mts_q_handle_t mts_q, pm_cli_common_show_intf_data_t* port_data) {
   *port_data = {};
-  if_index_type_t type = IF_TYPE_NONE;
-  if_index_get_type(if_index, &type);
-  switch (type) {
+  switch (kind_of(if_index)) {
     case IF_TYPE_ETHERNET:
     case IF_TYPE_SATELLITE:
       fill_ethernet(port_data, if_index, mts_q);

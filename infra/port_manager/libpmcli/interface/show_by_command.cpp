@@ -11,6 +11,7 @@
 #include "pmcli/transceiver.h"
 #include "pmcli/vlan.h"
 #include "support/command_ids.h"
+#include "support/kind.h"
 #include "support/scope.h"
 
 using namespace pmcli;
@@ -220,8 +221,7 @@ constexpr command_ids<display> kDisplays[] = {
 }  // namespace
 
 void pm_cli_show_eth_port_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, uint32 command, if_index_t if_index) {
-  if_index_type_t type = IF_TYPE_NONE;
-  if_index_get_type(if_index, &type);
+  const if_index_type_t type = kind_of(if_index);
   const heap_block<pm_port_info_t> record = fetch_port_record(src_q, if_index);
   if (record == nullptr) return;
   const auto show = find_action<display>(kDisplays, command, nullptr);

@@ -10,6 +10,7 @@
 #include "pm/port_attributes.h"
 #include "pmcli/interface.h"
 #include "support/errors.h"
+#include "support/kind.h"
 #include "support/print.h"
 #include "support/text.h"
 
@@ -94,8 +95,7 @@ void print_eth_mtu_bw_dly(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info,
 }
 
 void print_eth_port_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t mts_q, pm_port_info_t* port_info) {
-  if_index_type_t type = IF_TYPE_NONE;
-  if_index_get_type(port_info->if_index, &type);
+  const if_index_type_t type = kind_of(port_info->if_index);
   switch (type) {
     case IF_TYPE_ETHERNET:
     case IF_TYPE_LOOPBACK:

@@ -12,6 +12,7 @@
 #include "pm/port_attributes.h"
 #include "pmcli/interface.h"
 #include "pmcli/vlan.h"
+#include "support/kind.h"
 #include "support/print.h"
 #include "support/scope.h"
 #include "support/text.h"
@@ -19,12 +20,6 @@
 using namespace pmcli;
 
 namespace {
-
-if_index_type_t type_of(const pm_port_info_t& port) {
-  if_index_type_t type = IF_TYPE_NONE;
-  if_index_get_type(port.if_index, &type);
-  return type;
-}
 
 bool shows_brief_row(if_index_type_t type) {
   switch (type) {
@@ -124,7 +119,7 @@ type_text find_media_type(const pm_port_info_t& port, if_index_type_t type, mts_
 
 void print_eth_port_info_brief(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info, mts_q_handle_t mts_q) {
   const pm_port_info_t& port = *port_info;
-  const if_index_type_t type = type_of(port);
+  const if_index_type_t type = kind_of(port.if_index);
   if (!shows_brief_row(type)) {
     std::printf("error: invalid if index type(%d)\n", type);
     return;
@@ -145,7 +140,7 @@ void print_eth_port_info_brief(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_
 
 void print_eth_port_status_line(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info, mts_q_handle_t mts_q) {
   const pm_port_info_t& port = *port_info;
-  const if_index_type_t type = type_of(port);
+  const if_index_type_t type = kind_of(port.if_index);
   const bool is_ips = port.oper_port_mode == PM_PORT_MODE_IPS;
   const bool is_up = port.oper_port_state == PM_PORT_STATE_UP;
 

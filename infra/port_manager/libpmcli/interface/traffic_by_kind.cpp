@@ -9,6 +9,7 @@
 #include "platform/ip_statistics.h"
 #include "pmcli/interface.h"
 #include "support/chassis.h"
+#include "support/kind.h"
 #include "support/library_messages.h"
 #include "support/scope.h"
 
@@ -60,8 +61,7 @@ void show_loopback(cmd_rx_handle_t* rx, mts_q_handle_t q, if_index_t if_index) {
 
 void print_eth_stat_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t mts_q, pm_port_info_t* port_info) {
   const if_index_t if_index = port_info->if_index;
-  if_index_type_t type = IF_TYPE_NONE;
-  if_index_get_type(if_index, &type);
+  const if_index_type_t type = kind_of(if_index);
   switch (type) {
     case IF_TYPE_ETHERNET:
     case IF_TYPE_ETHERNET_L3:
