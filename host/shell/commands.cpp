@@ -7,6 +7,7 @@
 #include "shell/output/command_output.h"
 #include "shell/output/schema.h"
 #include "shell/shell.h"
+#include "switch/clock.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -39,6 +40,11 @@ std::string padded(std::string_view text, std::size_t width) {
 }
 
 }  // namespace
+
+int advance_clock(const invocation& run) {
+  clock_advance(*run.line.number);
+  return kDone;
+}
 
 int show_transport(const invocation&) {
   const transport_account account = transport_accounts();

@@ -17,6 +17,14 @@ struct invocation {
 };
 
 int show_interface(const invocation& run);
+int clear_all(const invocation& run);
+int clear_range(const invocation& run);
+int clear_ethernet(const invocation& run);
+int clear_port_channels(const invocation& run);
+int clear_loopbacks(const invocation& run);
+int clear_inband(const invocation& run);
+int clear_management(const invocation& run);
+int advance_clock(const invocation& run);
 int show_transport(const invocation& run);
 int help(const invocation& run);
 int leave(const invocation& run);

@@ -27,6 +27,8 @@ struct number_argument {
 
 inline constexpr number_argument kNumberArguments[] = {
     {"MODULE", 1, MAX_SLOT + 1, "Number of a module"},
+    {"PORT", 0, MAX_PORT, "Number of a management port"},
+    {"SECONDS", 1, 4'000'000'000, "How far the clock moves on, in seconds"},
 };
 
 constexpr bool is_number_argument(std::string_view word) {

@@ -4,6 +4,7 @@
 
 #include "shell/commands.h"
 #include "shell/grammar.h"
+#include "shell/views.h"
 
 namespace host {
 namespace {
@@ -17,6 +18,14 @@ constexpr display kMacAddress = {kMacAddressDisplay, {}, "mac_address"};
 constexpr display kIfIndex = {kIfIndexDisplay, {}, "ifindex"};
 constexpr display kDebounce = {kDebounceDisplay, {}, "debounce"};
 constexpr display kCapabilities = {kCapabilityDisplay, {}, "capabilities"};
+constexpr display kCounters = {kCountersDisplay, {}, "counters"};
+constexpr display kRates = {kRatesDisplay, {}, "rates"};
+constexpr display kDetailedCounters = {kDetailedCountersDisplay, {}, "detailed_counters"};
+constexpr display kAllCounters = {kAllCountersDisplay, {}, "all_counters"};
+constexpr display kErrorCounters = {kErrorCountersDisplay, {}, "error_counters"};
+constexpr display kTrunkCounters = {kTrunkCountersDisplay, {}, "trunk_counters"};
+constexpr display kStormControl = {kStormControlDisplay, {}, "storm_control"};
+constexpr display kFlowControl = {kFlowControlDisplay, {}, "flow_control"};
 constexpr display kTransport = {kTransportDisplay, "transport", "transport"};
 constexpr display kText = {kNoDisplay, {}};
 
@@ -35,6 +44,26 @@ constexpr command kCommands[] = {
     {"show interface [RANGE] ifindex", "Interface indexes", show_interface, kIfIndex, 104},
     {"show interface [RANGE] debounce", "How long a link must be down to count", show_interface, kDebounce, 22},
     {"show interface [RANGE] capabilities", "What the ports can do", show_interface, kCapabilities, 13},
+    {"show interface [RANGE] detailed", "Settings, state and traffic, with loads and times computed", show_interface, kDetailed, COMPUTED_DETAILED_VIEW},
+    {"show interface [RANGE] counters", "Bytes and packets received and sent", show_interface, kCounters, 44},
+    {"show interface [RANGE] counters brief", "Rates of bytes and packets", show_interface, kRates, 7},
+    {"show interface [RANGE] counters detailed", "The counters that are not 0", show_interface, kDetailedCounters, 58},
+    {"show interface [RANGE] counters detailed all", "Every counter", show_interface, kAllCounters, 59},
+    {"show interface [RANGE] counters errors", "Errors in three tables", show_interface, kErrorCounters, 18},
+    {"show interface [RANGE] counters errors module MODULE", "The first table of the ports of a module", show_interface, kErrorCounters, 50},
+    {"show interface [RANGE] counters trunk", "Packets on trunks", show_interface, kTrunkCounters, 20},
+    {"show interface [RANGE] counters storm-control", "Storm control: levels and what was discarded", show_interface, kStormControl, 19},
+    {"show interface [RANGE] flowcontrol", "Flow control: settings and pause frames", show_interface, kFlowControl, 23},
+    {"show interface [RANGE] flowcontrol module MODULE", "The same of the ports of a module", show_interface, kFlowControl, 34},
+    {"clear counters", "Let the counters of Ethernet ports, port-channels, loopbacks and management ports start from 0", clear_all, kText},
+    {"clear counters all", "The same", clear_all, kText},
+    {"clear counters interface RANGE", "Those of some interfaces", clear_range, kText},
+    {"clear counters ethernet", "Those of all Ethernet ports", clear_ethernet, kText},
+    {"clear counters port-channel", "Those of all port-channels", clear_port_channels, kText},
+    {"clear counters loopback", "Those of all loopbacks", clear_loopbacks, kText},
+    {"clear counters in-band", "Those of the in-band interface, when the user may", clear_inband, kText},
+    {"clear counters mgmt PORT", "Those of a management port", clear_management, kText},
+    {"clock advance SECONDS", "Move the shell's clock on, and the traffic with it", advance_clock, kText},
     {"show transport", "Messages between this shell and the services", show_transport, kTransport},
     {"help", "All commands", help, kText},
     {"exit", "Leave the shell", leave, kText},
@@ -48,23 +77,38 @@ struct word_help {
 };
 
 constexpr word_help kWords[] = {
-    {"brief", "A line for each: state, address, speed, MTU"},
+    {"advance", "Move it on"},
+    {"all", "Every one of them"},
+    {"brief", "A line for each"},
     {"capabilities", "What the ports can do"},
+    {"clear", "Let counters start from 0"},
+    {"clock", "The clock of this shell"},
+    {"counters", "Counters of interfaces"},
     {"debounce", "How long a link must be down to count"},
     {"description", "Descriptions"},
+    {"detailed", "In detail"},
     {"down", "Only interfaces that are switched off"},
     {"err-disabled", "Only ports shut by an error"},
+    {"errors", "Only errors"},
+    {"ethernet", "All Ethernet ports"},
     {"exit", "Leave the shell"},
+    {"flowcontrol", "Flow control and pause frames"},
     {"help", "Show all commands"},
     {"ifindex", "Interface indexes"},
+    {"in-band", "The in-band interface"},
     {"inactive", "Only interfaces that are inactive"},
     {"interface", "Interfaces: settings, state and traffic"},
+    {"loopback", "All loopbacks"},
     {"mac-address", "Hardware addresses"},
+    {"mgmt", "A management port"},
     {"module", "Only the ports of a module"},
+    {"port-channel", "All port-channels"},
     {"quit", "Leave the shell"},
     {"show", "Show what the switch knows"},
     {"status", "A line for each: state, VLAN, duplex, speed, type"},
+    {"storm-control", "Levels of storm control and what was discarded"},
     {"transport", "Messages between this shell and the services"},
+    {"trunk", "Only packets on trunks"},
     {"up", "Only interfaces that are up"},
 };
 

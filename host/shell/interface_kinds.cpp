@@ -10,19 +10,17 @@ using enum name_family;
 using lib = command_library;
 using head = table_headers;
 
-constexpr bool kPort = true;
-constexpr bool kNoPort = false;
 constexpr bool kStats = true;
 
 // clang-format off
 constexpr interface_kind kKinds[] = {
-    {IF_TYPE_ETHERNET,         kUsual,    0x2,        true,  &lib::show_ethernet,   &head::ethernet, kPort, kStats},
-    {IF_TYPE_ETHERNET_L3,      kUsual,    0x800000,   true,  &lib::show_ethernet,   &head::ethernet, kPort, kStats},
-    {IF_TYPE_SATELLITE,        kUsual,    0x10000000, true,  &lib::show_satellite,  &head::ethernet, kPort},
-    {IF_TYPE_PORT_CHANNEL,     kUsual,    0x10,       false, &lib::show_ethernet,   &head::ethernet, kNoPort, kStats},
-    {IF_TYPE_ETH_PORT_CHANNEL, kUsual,    0x100000,   false, &lib::show_ethernet,   &head::ethernet, kNoPort, kStats},
+    {IF_TYPE_ETHERNET,         kUsual,    0x2,        true,  &lib::show_ethernet,   &head::ethernet, kStats},
+    {IF_TYPE_ETHERNET_L3,      kUsual,    0x800000,   true,  &lib::show_ethernet,   &head::ethernet, kStats},
+    {IF_TYPE_SATELLITE,        kUsual,    0x10000000, true,  &lib::show_satellite,  &head::ethernet},
+    {IF_TYPE_PORT_CHANNEL,     kUsual,    0x10,       false, &lib::show_ethernet,   &head::ethernet, kStats},
+    {IF_TYPE_ETH_PORT_CHANNEL, kUsual,    0x100000,   false, &lib::show_ethernet,   &head::ethernet, kStats},
     {IF_TYPE_VETHERNET,        kUsual,    0x200000,   false, &lib::show_ethernet,   &head::ethernet},
-    {IF_TYPE_MGMT,             kUsual,    0x80,       true,  &lib::show_management, &head::management, kNoPort, kStats},
+    {IF_TYPE_MGMT,             kUsual,    0x80,       true,  &lib::show_management, &head::management, kStats},
     {IF_TYPE_LOOPBACK,         kUsual,    0x4000,     true,  &lib::show_loopback,   &head::loopback},
     {IF_TYPE_INBAND,           kUsual,    0x800,      true,  &lib::show_inband,     &head::inband},
     {IF_TYPE_FC,               kUsual,    0x1,        true,  nullptr,               nullptr},

@@ -23,7 +23,6 @@ struct interface_kind {
   bool is_enumerated;                      // by the library's callback; else by the port manager's listing
   command_handler command_library::*show;  // null: there is no display of this kind
   command_handler command_library::*table_headers::*header;
-  bool is_port = false;         // an Ethernet port: capabilities come from its line card
   bool has_statistics = false;  // the detailed view continues with the traffic lines
 };
 

@@ -17,6 +17,7 @@ constexpr named_handler kHandlers[] = {
     {"pm_cli_show_sat_eth_port_config", &command_library::show_satellite},
     {"pm_cli_show_mgmt_port_config", &command_library::show_management},
     {"pm_cli_show_loopback_config", &command_library::show_loopback},
+    {"pm_cli_show_inband_port_config", &command_library::show_inband},
     {"pm_cli_show_eth_stat_info", &command_library::show_statistics},
     {"pm_cli_show_common_header", &command_library::common_header},
     {"pm_cli_show_eth_header", &command_library::ethernet_header},
@@ -24,6 +25,14 @@ constexpr named_handler kHandlers[] = {
     {"pm_cli_show_mgmt_header", &command_library::management_header},
     {"pm_cli_show_loopback_header", &command_library::loopback_header},
     {"pm_cli_show_inband_header", &command_library::inband_header},
+};
+
+constexpr named_handler kSiblingHandlers[] = {
+    {"sibling_show_port_capabilities", &command_library::show_port_capabilities},
+    {"sibling_show_detailed", &command_library::show_computed},
+    {"sibling_show_rates", &command_library::show_rates},
+    {"sibling_show_storm_control", &command_library::show_storm_control},
+    {"sibling_show_all_counters", &command_library::show_all_counters},
 };
 
 std::string loader_error() {
@@ -39,14 +48,9 @@ class loaded_library {
   }
 
   template <typename Function>
-  void find_if_there(const char* name, Function& function) const {
-    function = reinterpret_cast<Function>(dlsym(library_, name));
-  }
-
-  template <typename Function>
   void find(const char* name, Function& function) const {
     dlerror();
-    find_if_there(name, function);
+    function = reinterpret_cast<Function>(dlsym(library_, name));
     if (function == nullptr) throw library_error(std::string(name_) + " has no " + name + ": " + loader_error());
   }
 
@@ -54,6 +58,19 @@ class loaded_library {
   const char* name_;
   void* library_;
 };
+
+void find_clearing(const loaded_library& library, command_library& found) {
+  library.find("pm_cli_eth_clear_counters", found.clear_ethernet);
+  library.find("pm_cli_clear_port_channel_counters", found.clear_port_channels);
+  library.find("pm_cli_clear_counters", found.clear_others);
+  library.find("pm_cli_loopback_clear_counters", found.clear_loopbacks);
+  library.find("pm_cli_clear_all_eth_counters", found.clear_all_ethernet);
+  library.find("pm_cli_clear_all_loopback_counters", found.clear_all_loopbacks);
+  library.find("pm_clear_all_port_channel_counters", found.clear_all_port_channels);
+  library.find("pm_cli_clear_all_counters", found.clear_all_others);
+  library.find("pm_cli_mgmt_clear_counters", found.clear_management);
+  library.find("pm_cli_inband_clear_counters", found.clear_inband);
+}
 
 void take_vocabulary(const loaded_library& library) {
   vocabulary words{};
@@ -70,14 +87,14 @@ command_library load_command_libraries(const std::string& directory) {
   command_library found;
   const loaded_library common(directory, "libpmcli_common.so");
   for (const named_handler& wanted : kHandlers) common.find(wanted.name, found.*wanted.handler);
-  common.find_if_there("pm_cli_show_inband_port_config", found.show_inband);
   common.find("pm_cli_if_index_enum_func", found.enumerate);
   common.find("pm_cli_if_index_verification_func", found.verify);
   common.find("pm_cli_check_if_index_for_vsan_perm", found.check_vsans);
+  find_clearing(common, found);
   take_vocabulary(common);
 
   const loaded_library sibling(directory, "libpmcli_sibling.so");
-  sibling.find("sibling_show_port_capabilities", found.show_port_capabilities);
+  for (const named_handler& wanted : kSiblingHandlers) sibling.find(wanted.name, found.*wanted.handler);
   return found;
 }
 

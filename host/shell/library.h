@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "platform/mts.h"
 #include "platform/paraminfo.h"
 #include "platform/types.h"
 
@@ -26,7 +27,13 @@ struct command_library {
   command_handler show_loopback = nullptr;
   command_handler show_inband = nullptr;
   command_handler show_statistics = nullptr;
-  command_handler show_port_capabilities = nullptr;  // of the sibling library
+
+  // The same, of the sibling library.
+  command_handler show_port_capabilities = nullptr;
+  command_handler show_computed = nullptr;  // the detailed block with what is computed from statistics
+  command_handler show_rates = nullptr;
+  command_handler show_storm_control = nullptr;
+  command_handler show_all_counters = nullptr;
 
   // Headers of tables.
   command_handler common_header = nullptr;
@@ -40,6 +47,18 @@ struct command_library {
   int32 (*enumerate)(paraminfo_t*, interface_list*) = nullptr;
   int32 (*verify)(interface_mask_t, paraminfo_t*) = nullptr;
   uint32 (*check_vsans)(paraminfo_t*, if_index_t) = nullptr;
+
+  // Clearing counters: of what the first argument names, and all of a kind.
+  int32 (*clear_ethernet)(paraminfo_t*) = nullptr;
+  int32 (*clear_port_channels)(paraminfo_t*) = nullptr;
+  int32 (*clear_others)(paraminfo_t*) = nullptr;
+  void (*clear_loopbacks)(paraminfo_t*) = nullptr;
+  void (*clear_all_ethernet)(mts_q_handle_t) = nullptr;
+  void (*clear_all_loopbacks)(mts_q_handle_t) = nullptr;
+  int32 (*clear_all_port_channels)(mts_q_handle_t) = nullptr;
+  int32 (*clear_all_others)(paraminfo_t*) = nullptr;  // loopbacks and port-channels
+  void (*clear_management)(if_index_t, mts_q_handle_t) = nullptr;
+  void (*clear_inband)() = nullptr;
 };
 
 // Why a library cannot be used: one line.

@@ -12,6 +12,7 @@
 #include "shell/shell.h"
 #include "source/chassis/giant.h"
 #include "source/chassis/switch_file.h"
+#include "switch/clock.h"
 #include "switch/model.h"
 #include "transport/transport.h"
 
@@ -70,6 +71,7 @@ bool provoke(const options& wanted) {
 
 int run(const options& wanted) {
   const std::string libraries = (program_directory() / "../lib").lexically_normal().string();
+  if (wanted.clock) clock_set(static_cast<std::time_t>(*wanted.clock));
   the_machine() = build_machine(wanted);
   transport_register(all_services());
   if (!provoke(wanted)) return kUsage;

@@ -70,6 +70,7 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provo
       ->type_name("SERVICE=HOW")
       ->allow_extra_args(false)
       ->check(check_provocation);
+  app.add_option("--clock", wanted.clock, "Stop the clock at this moment, in seconds since 1970")->type_name("SECONDS");
   app.add_option("--wait", wanted.longest_wait_sec, "Longest wait for a service")->type_name("SECONDS");
   add_printer(app, "--print-command-reference", command_reference);
   add_printer(app, "--print-json-schema", json_schema);

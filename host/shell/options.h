@@ -20,6 +20,7 @@ struct options {
   uint32 giant_ports = 0;             // not 0: a switch of so many ports in place of a file
   std::string user;                   // empty: the first of the switch
   std::vector<wanted_provocation> provocations;
+  std::optional<uint32> clock;  // seconds since 1970 at which the clock stands
   uint32 longest_wait_sec = 0;  // 0: what the services' clients ask for
 };
 

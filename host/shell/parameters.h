@@ -23,6 +23,9 @@ class command_parameters {
   paraminfo_t* for_interface(interface_mask_t mask, if_index_t if_index);
   paraminfo_t* for_ranges(interface_mask_t mask, std::span<const vsh_intf_mono_range_t> ranges);
 
+  // What the display that comes next is about.
+  void set_command_id(uint32 command_id) { block_.command_id = command_id; }
+
   mts_q_handle_t queue() const { return block_.q; }
 
  private:

@@ -57,7 +57,9 @@ std::string ask(const vsh_user_input_info_t& question) {
 
 int32 vsh_util_user_input_get(vsh_user_input_info_t* question, char* answer) {
   if (question == nullptr || answer == nullptr || question->max_len < 0) return -1;
-  if (host::command_output* const output = host::command_output::running()) output->flush();
+  host::command_output* const output = host::command_output::running();
+  if (output != nullptr) output->flush();
+  const auto quiet = output == nullptr ? std::nullopt : output->hold_progress();
   const bool has_terminal = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
   const std::string assumed = question->notty_input == nullptr ? "" : question->notty_input;
   const std::string given = has_terminal ? ask(*question) : assumed;

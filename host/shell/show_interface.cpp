@@ -1,6 +1,7 @@
 // "show interface" in all its views: calls the library's handlers, once for each interface.
 #include <algorithm>
 #include <cstdio>
+#include <span>
 
 #include "platform/if_index.h"
 #include "shell/commands.h"
@@ -31,23 +32,29 @@ struct headed_group {
   std::vector<if_index_t> interfaces;
 };
 
-// A view that is being shown.
+// A view that is being shown, and those whose tables follow it.
 struct showing {
   const invocation& run;
-  const view& shown;
+  std::span<const view* const> shown;
   command_parameters& parameters;
 
   const command_library& library() const { return run.session.library; }
 
+  bool is_replaced(const view& in, const interface_kind& kind) const {
+    const replacement& by = in.replaced;
+    return by.handler != nullptr && std::find(by.kinds.begin(), by.kinds.end(), kind.type) != by.kinds.end() &&
+           (!by.only_structured || run.output.is_structured());
+  }
+
   // Null: there is no such display.
-  command_handler handler_of(const interface_kind& kind) const {
-    const auto handler = kind.is_port && shown.show_port != nullptr ? shown.show_port : kind.show;
+  command_handler handler_of(const view& in, const interface_kind& kind) const {
+    const auto handler = is_replaced(in, kind) ? in.replaced.handler : kind.show;
     return handler == nullptr ? nullptr : library().*handler;
   }
 
   command_handler header_of(const interface_kind& kind) const {
-    if (kind.header == nullptr || handler_of(kind) == nullptr) return nullptr;
-    const auto header = shown.headers.*kind.header;
+    if (kind.header == nullptr || handler_of(*shown.front(), kind) == nullptr) return nullptr;
+    const auto header = shown.front()->headers.*kind.header;
     return header == nullptr ? nullptr : library().*header;
   }
 };
@@ -69,7 +76,25 @@ std::vector<headed_group> group_by_header(const showing& view, const std::vector
 void show_header(const showing& view, const headed_group& group) {
   const if_index_t first = group.interfaces.front();
   const vsh_intf_mono_range_t range{first, group.interfaces.back()};
+  view.parameters.set_command_id(view.shown.front()->command_id());
   group.header(view.parameters.for_ranges(kind_of(first).mask, {&range, 1}));
+}
+
+uint32 command_id_for(const view& shown, const interface_kind& kind) {
+  return kind.type == IF_TYPE_INBAND && shown.inband != INBAND_SAME ? shown.inband : shown.command_id();
+}
+
+// False when there is no such display of the interface.
+bool show_in(const showing& view, const host::view& in, if_index_t if_index) {
+  const interface_kind& kind = kind_of(if_index);
+  const command_handler handler = view.handler_of(in, kind);
+  if (handler == nullptr) return false;
+  view.parameters.set_command_id(command_id_for(in, kind));
+  paraminfo_t* const block = view.parameters.for_interface(kind.mask, if_index);
+  handler(block);
+  const bool has_traffic_lines = kind.has_statistics && in.command_id() == DETAILED_VIEW && !view.is_replaced(in, kind);
+  if (has_traffic_lines) view.library().show_statistics(block);
+  return true;
 }
 
 void show_one(const showing& view, if_index_t if_index, tally& count) {
@@ -77,42 +102,50 @@ void show_one(const showing& view, if_index_t if_index, tally& count) {
   command_output& output = view.run.output;
   output.begin_interface(sprintf_if_index(name, if_index));
   ++count.shown;
-  const interface_kind& kind = kind_of(if_index);
-  if (const command_handler handler = view.handler_of(kind)) {
-    paraminfo_t* const block = view.parameters.for_interface(kind.mask, if_index);
-    handler(block);
-    if (kind.has_statistics && view.shown.command_id == DETAILED_VIEW) view.library().show_statistics(block);
-  } else {
+  for (const host::view* const in : view.shown) {
+    if (show_in(view, *in, if_index)) continue;
     ++count.without_display;
     std::printf("%s: there is no such display of this kind of interface\n", name);
+    break;
   }
   count.failed += output.end_interface();
 }
 
-int show_all(const showing& view, const std::vector<if_index_t>& interfaces) {
-  tally count;
+void show_all(const showing& view, const std::vector<if_index_t>& interfaces, tally& count) {
   for (const headed_group& group : group_by_header(view, interfaces)) {
     if (group.header != nullptr && !view.run.output.is_structured()) show_header(view, group);
     for (const if_index_t if_index : group.interfaces) {
-      if (view.run.output.is_discarding()) return count.result();
+      if (view.run.output.is_discarding()) return;
       show_one(view, if_index, count);
     }
   }
-  return count.result();
+}
+
+// A view and those that follow it.
+std::vector<const view*> views_from(const view& first) {
+  std::vector<const view*> views{&first};
+  while (views.back()->followed_by != 0) views.push_back(&view_of(views.back()->followed_by));
+  return views;
 }
 
 }  // namespace
 
 int show_interface(const invocation& run) {
   const command_queue q;
-  const view& shown = view_of(run.line.what->command_id);
-  command_parameters parameters(run.session.who, q.handle, shown.command_id);
+  const std::vector<const view*> views = views_from(view_of(run.line.what->command_id));
+  command_parameters parameters(run.session.who, q.handle, views.front()->command_id());
   if (run.line.number) parameters.add_number(*run.line.number);
-  const selection chosen = run.line.spans.empty() ? select_all(run.session, parameters, shown.kinds)
+  const selection chosen = run.line.spans.empty() ? select_all(run.session, parameters, views.front()->kinds)
                                                   : select_named(run.session, parameters, run.line.spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
-  return show_all({run, shown, parameters}, chosen.interfaces);
+
+  // Tables stand one below the other; a structured record holds all that they say of its interface.
+  const std::size_t at_once = run.output.is_structured() ? views.size() : 1;
+  tally count;
+  for (std::size_t first = 0; first < views.size(); first += at_once)
+    show_all({run, std::span(views).subspan(first, at_once), parameters}, chosen.interfaces, count);
+  return count.result();
 }
 
 }  // namespace host

@@ -21,6 +21,12 @@ constexpr if_index_type_t kEthernet[] = {IF_TYPE_ETHERNET};
 constexpr if_index_type_t kWithCapabilities[] = {IF_TYPE_MGMT, IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE,
                                                  IF_TYPE_ETH_PORT_CHANNEL};
 
+constexpr if_index_type_t kPorts[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE};
+constexpr if_index_type_t kWithRates[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE,
+                                          IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
+constexpr if_index_type_t kCounted[] = {IF_TYPE_ETHERNET,         IF_TYPE_ETHERNET_L3,  IF_TYPE_SATELLITE,
+                                        IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL, IF_TYPE_VETHERNET};
+
 constexpr table_headers kNone = {};
 constexpr table_headers kCommon = {&library::common_header, &library::common_header, &library::common_header,
                                    &library::common_header};
@@ -29,27 +35,47 @@ constexpr table_headers kDescription = {&library::channel_header, &library::mana
 constexpr table_headers kBrief = {&library::ethernet_header, &library::management_header, &library::loopback_header,
                                   &library::inband_header};
 
+// Nothing stands below them of loopbacks and of the in-band interface.
+constexpr table_headers kCounters = {&library::common_header, &library::common_header, nullptr, nullptr};
+constexpr table_headers kPortCounters = {&library::common_header, nullptr, nullptr, nullptr};
+constexpr table_headers kTrunkCounters = {&library::ethernet_header, nullptr, nullptr, nullptr};
+
+// clang-format off
 constexpr view kViews[] = {
     {DETAILED_VIEW, kAll, kNone},
+    {COMPUTED_DETAILED_VIEW, kAll, kNone, INBAND_SAME, {&library::show_computed, kCounted}},
     {2, kAll, kCommon},
     {4, kAll, kDescription},
     {5, kBriefRows, kBrief},
-    {13, kWithCapabilities, kNone, &library::show_port_capabilities},
-    {22, kEthernet, kCommon},
-    {24, kAll, kCommon},
-    {25, kButLoopbacks, kCommon},
-    {26, kAll, kCommon},
-    {27, kInModules, kCommon},
-    {28, kAll, kCommon},
-    {36, kButLoopbacks, kCommon},
-    {104, kEthernet, kCommon},
+    {7, kWithRates, kPortCounters, INBAND_SAME, {&library::show_rates, kWithRates, true}},
+    {13, kWithCapabilities, kNone, INBAND_NOTHING, {&library::show_port_capabilities, kPorts}},
+    {18, kButLoopbacks, kCounters, INBAND_NOTHING, {}, 52},
+    {19, kCounted, kPortCounters, INBAND_NOTHING, {&library::show_storm_control, kCounted}},
+    {20, kCounted, kTrunkCounters, INBAND_NOTHING},
+    {22, kEthernet, kCommon, INBAND_NOTHING},
+    {23, kCounted, kPortCounters, INBAND_NOTHING},
+    {24, kAll, kCommon, INBAND_NOTHING},
+    {25, kButLoopbacks, kCommon, INBAND_NOTHING},
+    {26, kAll, kCommon, INBAND_NOTHING},
+    {27, kInModules, kCommon, INBAND_NOTHING},
+    {28, kAll, kCommon, INBAND_NOTHING},
+    {34, kInModules, kPortCounters, INBAND_NOTHING},
+    {36, kButLoopbacks, kCommon, INBAND_NOTHING},
+    {44, kButLoopbacks, kCounters, INBAND_COUNTERS, {}, 47},
+    {47, kButLoopbacks, kCounters, INBAND_NOTHING},
+    {50, kInModules, kPortCounters, INBAND_NOTHING},
+    {52, kButLoopbacks, kCounters, INBAND_NOTHING, {}, 55},
+    {55, kButLoopbacks, kCounters, INBAND_NOTHING},
+    {58, kAll, kNone, INBAND_COUNTERS},
+    {59, kAll, kNone, INBAND_SAME, {&library::show_all_counters, kCounted}},
+    {104, kEthernet, kCommon, INBAND_NOTHING},
 };
+// clang-format on
 
 }  // namespace
 
-const view& view_of(uint32 command_id) {
-  return *std::find_if(std::begin(kViews), std::end(kViews),
-                       [command_id](const view& known) { return known.command_id == command_id; });
+const view& view_of(uint32 id) {
+  return *std::find_if(std::begin(kViews), std::end(kViews), [id](const view& known) { return known.id == id; });
 }
 
 }  // namespace host

@@ -68,7 +68,19 @@ void fit_cell(std::string& line, std::size_t start, const placeholder& cell) {
   line.insert(cell.left ? line.size() : start, missing, ' ');
 }
 
+// A text without a meaning of its own that is shown as it is may be a whole line. Its newline ends the line; every
+// other one is made visible like anything that is not printable.
+bool print_whole_line(command_output& output, const placeholder& cell, const cmd_tuple_t* tuple) {
+  if (tuple == nullptr || tuple->id != 0 || tuple->value == nullptr || cell.length != 2) return false;
+  const std::string_view text = static_cast<const char*>(tuple->value);
+  if (!text.ends_with('\n')) return false;
+  append_printable(output.line(), text.substr(0, text.size() - 1));
+  output.end_line();
+  return true;
+}
+
 void print_cell(command_output& output, const placeholder& cell, const cmd_tuple_t* tuple) {
+  if (print_whole_line(output, cell, tuple)) return;
   std::string& line = output.line();
   const std::size_t start = line.size();
   if (tuple != nullptr) {

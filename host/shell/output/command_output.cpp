@@ -49,6 +49,7 @@ bool tells_failure(std::string_view line) {
 command_output::command_output(const output_settings& settings, line_filters& filters)
     : settings_(settings), filters_(filters), writer_(settings.descriptor), stream_(stand_in()), real_stdout_(stdout) {
   if (settings.paged) pager_.emplace(settings.descriptor);
+  if (settings.to_terminal) progress_.emplace(settings.descriptor);
   if (settings.structured) document_.emplace(settings.shown, settings.command);
   std::fflush(stdout);
   if (stream_ != nullptr) stdout = stream_;
@@ -66,6 +67,7 @@ command_output::~command_output() {
     show_ready_document();
   }
   filters_.finish([this](std::string_view line) { show(line); });
+  progress_.reset();
   writer_.flush();
 }
 
@@ -117,6 +119,7 @@ void command_output::filter(std::string_view line) {
 
 void command_output::show(std::string_view line) {
   if (is_discarding()) return;
+  const auto quiet = hold_progress();
   if (pager_ && !pager_->make_room(line)) {
     left_pager_ = true;
     return;
@@ -145,6 +148,7 @@ void command_output::complain(std::string_view text) {
 
 void command_output::flush() {
   take_printed();
+  const auto quiet = hold_progress();
   if (!line_.empty() && !document_ && filters_.empty() && !is_discarding()) {
     safe_line_.clear();
     append_printable(safe_line_, line_, "\t");
@@ -152,6 +156,10 @@ void command_output::flush() {
     line_.clear();
   }
   writer_.flush();
+}
+
+std::optional<progress_line::pause> command_output::hold_progress() {
+  return progress_ ? std::optional<progress_line::pause>(std::in_place, *progress_) : std::nullopt;
 }
 
 void command_output::begin_interface(std::string_view name) {

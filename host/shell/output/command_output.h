@@ -15,6 +15,7 @@
 #include "shell/output/document.h"
 #include "shell/output/pager.h"
 #include "shell/output/pipes.h"
+#include "shell/output/progress_line.h"
 
 namespace host {
 
@@ -56,6 +57,9 @@ class command_output {
   // Shows what is printed so far, also when its line is not complete.
   void flush();
 
+  // While the result lives, nothing of progress is shown: the user is asked something.
+  std::optional<progress_line::pause> hold_progress();
+
   // ---- Interfaces.
 
   void begin_interface(std::string_view name);
@@ -87,6 +91,7 @@ class command_output {
   line_filters& filters_;
   block_writer writer_;
   std::optional<pager> pager_;
+  std::optional<progress_line> progress_;
   std::optional<document> document_;
   std::FILE* stream_;
   std::FILE* real_stdout_;

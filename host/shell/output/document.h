@@ -54,9 +54,9 @@ class document {
   void write_record();
 
   display shown_;
-  std::vector<std::string_view> names_;   // of the fields, in order
-  std::vector<document_cell> cells_;      // one for each name
-  std::vector<uint8> cell_of_row_;        // by row of the schema; 0xFF: not in this display
+  std::vector<std::string_view> names_;  // of the fields, in order
+  std::vector<document_cell> cells_;     // one for each name
+  std::vector<uint8> cell_of_row_;       // by row of the schema; 0xFF: not in this display
   std::string record_name_;
   bool record_open_ = false;
   bool record_is_empty_ = true;

@@ -12,17 +12,17 @@ namespace host {
 
 // How a field stands in the structured form. All but the number types are JSON strings.
 enum class field_type : uint8 {
-  enumeration,       // the text of the value
-  interface_name,    // full name
-  mac,               // "xxxx.xxxx.xxxx"
-  ipv4,              // dotted
-  hexadecimal,       // an integer as "0x..."
-  string,            // a text; also where the tuple's code says otherwise
-  number,            // an integer
-  number_or_auto,    // an integer; 0 is automatic and null here
-  number_from_text,  // an integer that is bound as a text
-  decimal,           // a number with a fraction
-  decimal_from_text, // one that is bound as a text
+  enumeration,        // the text of the value
+  interface_name,     // full name
+  mac,                // "xxxx.xxxx.xxxx"
+  ipv4,               // dotted
+  hexadecimal,        // an integer as "0x..."
+  string,             // a text; also where the tuple's code says otherwise
+  number,             // an integer
+  number_or_auto,     // an integer; 0 is automatic and null here
+  number_from_text,   // an integer that is bound as a text
+  decimal,            // a number with a fraction
+  decimal_from_text,  // one that is bound as a text
 };
 
 // Which texts the values of an enumerated field have.

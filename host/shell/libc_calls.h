@@ -1,0 +1,12 @@
+// What the command libraries asked the machine's shell to do.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace host {
+
+// The commands that were given to system() in this process. None of them is run.
+std::vector<std::string>& system_commands();
+
+}  // namespace host
