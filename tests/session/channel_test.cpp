@@ -255,5 +255,12 @@ TEST(Channel, OutputLeavesInBlocksOfAtLeastFourKilobytes) {
   EXPECT_LE(small, 2U);  // the rest of a large block, and the end
 }
 
+// The newline of a text that is a line of its own ends that line; others show.
+TEST(Texts, OneWithoutAMeaningMayBeAWholeLine) {
+  EXPECT_EQ(print_text("%s", 0, "one line\n"), "one line\n");
+  EXPECT_EQ(print_text("%s", 0, "two\nhalves\n"), "two\\x0ahalves\n");
+  EXPECT_EQ(print_text("%s\n", 0x302A01DC, "a description\n"), "a description\\x0a\n");
+}
+
 }  // namespace
 }  // namespace session

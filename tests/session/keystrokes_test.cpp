@@ -83,7 +83,7 @@ TEST_F(AtThePrompt, QuestionMarkBehindARangeListsTheTables) {
 
 TEST_F(AtThePrompt, TabNamesTheTablesThatBeginAlike) {
   screen.type("show interface de\t");
-  EXPECT_TRUE(screen.shows("debounce     description\r\n")) << screen.unread();
+  EXPECT_TRUE(screen.shows("debounce     description  detailed\r\n")) << screen.unread();
 }
 
 TEST_F(AtThePrompt, QuestionMarkInAnExpressionIsAnOrdinarySign) {

@@ -238,7 +238,7 @@ TEST(Tables, AbbreviationsMeanTheSame) {
       {"show interface mac-address", "sh int ma"},
       {"show interface ifindex", "sh int if"},
       {"show interface debounce", "sh int deb"},
-      {"show interface capabilities", "sh int c"},
+      {"show interface capabilities", "sh int ca"},
       {"show interface ethernet 1/1-4 brief", "sh int e1/1-4 b"},
   };
   for (const auto& [full, abbreviated] : pairs) EXPECT_EQ(text_of(full), text_of(abbreviated)) << abbreviated;
