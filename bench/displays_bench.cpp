@@ -26,9 +26,16 @@ constexpr uint32 kPorts = 512;
 
 // Lines that show every Ethernet port of the switch.
 constexpr const char* kLines[] = {
-    "show interface",         "show interface | json",      "show interface brief",
-    "show interface status",  "show interface description", "show interface mac-address",
+    "show interface",
+    "show interface | json",
+    "show interface brief",
+    "show interface status",
+    "show interface description",
+    "show interface mac-address",
     "show interface ifindex",
+    "show interface counters",
+    "show interface counters errors",
+    "show interface counters detailed",
 };
 
 host::shell& session() {
