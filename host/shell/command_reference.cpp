@@ -59,7 +59,8 @@ void add_interfaces(std::string& page) {
   for (const interface_word& word : kInterfaceWords) {
     std::string number = word.form == number_form::kSlotPort ? "SLOT/PORT" : "NUMBER";
     if (word.has_sub_interfaces) number += "[.SUB-INTERFACE]";
-    row(page, std::string(word.word) + " " + number, word.help);
+    if (names_one_interface(word)) number = "";
+    row(page, std::string(word.word) + (number.empty() ? "" : " ") + number, word.help);
   }
   page += "\nA port of a satellite unit is written `ethernet UNIT/SLOT/PORT`.\n";
 }

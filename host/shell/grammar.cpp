@@ -28,8 +28,12 @@ bool is_letter(char character) { return std::isalpha(static_cast<unsigned char>(
 range_end end_of_range(std::string_view text) {
   if (text.back() == ',') return range_end::comma;
   const std::string_view item = text.substr(text.find_last_of(", ") + 1);  // npos + 1 is 0
-  if (item.empty() || item.find_first_of("0123456789") == std::string_view::npos)
-    return !item.empty() && is_letter(item.front()) ? range_end::word : range_end::dash;
+  if (item.empty() || item.find_first_of("0123456789") == std::string_view::npos) {
+    if (item.empty() || !is_letter(item.front())) return range_end::dash;
+    range_fault fault{};
+    const interface_word* const word = parse_interface_word(item, fault);
+    return word != nullptr && names_one_interface(*word) ? range_end::number : range_end::word;
+  }
   return text.back() == '-' ? range_end::dash : range_end::number;
 }
 

@@ -141,6 +141,10 @@ class range_parser {
 
   std::optional<range_error> numbers(const interface_word& word) {
     const std::string_view low_token = take(is_number_char);
+    if (low_token.empty() && names_one_interface(word)) {
+      spans_.push_back({&word, {}, {}});
+      return std::nullopt;
+    }
     if (low_token.empty()) return missing_number(word);
     const std::optional<written_number> low_written = split_number(low_token);
     const std::optional<interface_number> low = low_written ? whole_number(word, *low_written) : std::nullopt;
@@ -211,6 +215,8 @@ class range_parser {
 };
 
 }  // namespace
+
+bool names_one_interface(const interface_word& word) { return word.form == number_form::kNumber && word.highest == 0; }
 
 const interface_word* parse_interface_word(std::string_view text, range_fault& fault) {
   const interface_word* found = nullptr;

@@ -31,7 +31,7 @@ struct interface_word {
   uint8 shortest;         // characters that an abbreviation needs
   number_form form;
   bool has_sub_interfaces;
-  uint32 lowest, highest;                // of kNumber
+  uint32 lowest, highest;                // of kNumber; when both are 0 the number may be left out
   std::array<if_index_type_t, 3> kinds;  // filled up with IF_TYPE_NONE
   std::string_view help;
   name_family family = name_family::kUsual;
@@ -52,6 +52,7 @@ inline constexpr interface_word kInterfaceWords[] = {
     {"gigabitethernet", 1, number_form::kSlotPort, true,  0, 0,           {IF_TYPE_GIG_ETHERNET}, "Gigabit port"},
     {"server",          1, number_form::kNumber,   false, 0, MAX_NUMBER,  {IF_TYPE_SERVER},       "Server interface"},
     {"sup-fc",          1, number_form::kNumber,   false, 0, MAX_NUMBER,  {IF_TYPE_INBAND},       "In-band interface"},
+    {"in-band",         2, number_form::kNumber,   false, 0, 0,           {IF_TYPE_INBAND},       "In-band interface"},
     {"bay",             1, number_form::kNumber,   false, 1, MAX_PORT + 1, {IF_TYPE_FC}, "Fibre-Channel port to a bay",
                                                                            name_family::kBay},
     {"ext",             2, number_form::kNumber,   false, 1, MAX_PORT + 1, {IF_TYPE_FC}, "Fibre-Channel port outwards",
@@ -97,6 +98,9 @@ struct range_error {
 
 // Appends the spans of a range text. After an error `spans` holds those in front of the offending text.
 std::optional<range_error> parse_interface_range(std::string_view text, std::vector<interface_span>& spans);
+
+// Whether the word names one interface only, whose number may be left out.
+bool names_one_interface(const interface_word& word);
 
 // The word that `text` names or abbreviates, or null with the reason (unknown or ambiguous) in `fault`.
 const interface_word* parse_interface_word(std::string_view text, range_fault& fault);

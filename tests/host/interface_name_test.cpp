@@ -58,6 +58,12 @@ TEST(InterfaceRange, ReadsFibreChannelPortsThatAreNamedByANumber) {
   EXPECT_EQ(parsed("external1/1, exte 1/2"), "external 1/1 to external 1/1\nexternal 1/2 to external 1/2\n");
 }
 
+TEST(InterfaceRange, TheInBandInterfaceNeedsNoNumber) {
+  EXPECT_EQ(parsed("in-band"), "in-band 0 to in-band 0\n");
+  EXPECT_EQ(parsed("in-b, mgmt 0"), "in-band 0 to in-band 0\nmgmt 0 to mgmt 0\n");
+  EXPECT_EQ(parsed("in-band 0"), "in-band 0 to in-band 0\n");
+}
+
 TEST(InterfaceRange, ReadsPortsOfSatellites) {
   EXPECT_EQ(parsed("ethernet 101/1/1-4"), "ethernet 101/1/1 to ethernet 101/1/4\n");
   EXPECT_EQ(parsed("ethernet 101/1/47-102/1/2"), "ethernet 101/1/47 to ethernet 102/1/2\n");

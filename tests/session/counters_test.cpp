@@ -327,6 +327,10 @@ TEST(Clearing, RangeWithTheInbandInterfaceNeedsTheSameRight) {
 // The device behind it is eth2, which a test machine seldom has: the lines that do not depend on it.
 TEST(Inband, FixedLinesAreShown) {
   EXPECT_EQ(
+      run_shell_on(shipped_switch("storage.yaml"), {"-c", "show interface in-band | include '(Hardware|Speed)'"}).out,
+      "    Hardware is Fibre Channel\n"
+      "    Speed is 1 Gbps\n");
+  EXPECT_EQ(
       run_shell_on(shipped_switch("storage.yaml"), {"-c", "show interface sup-fc 0 | include '(Hardware|Speed)'"}).out,
       "    Hardware is Fibre Channel\n"
       "    Speed is 1 Gbps\n");

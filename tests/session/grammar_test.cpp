@@ -138,6 +138,10 @@ TEST(Grammar, RangeIsHandedOnWithItsSpans) {
 
 TEST(Grammar, EveryInterfaceWordStartsARange) {
   for (const host::interface_word& word : host::kInterfaceWords) {
+    if (host::names_one_interface(word)) {
+      EXPECT_NE(command_of("show interface " + std::string(word.word)), nullptr);
+      continue;
+    }
     const char* const number = word.form == host::number_form::kSlotPort ? "1/1" : "1";
     EXPECT_NE(command_of("show interface " + std::string(word.word) + " " + number), nullptr);
     EXPECT_NE(command_of("show interface " + std::string(word.word) + number), nullptr);
