@@ -51,6 +51,16 @@ typedef struct card_module_info_t {
 /* The card that carries an interface. Returns 0 or a system error. */
 int32 get_card_module_info(if_index_t if_index, card_module_info_t* info);
 
+/* Whether a card type belongs to a family of line cards: not zero is yes. */
+boolean pm_is_tamber_lindo_linecard(uint32 card_type);
+boolean pm_is_corvid_linecard(uint32 card_type);
+
+/* Whether the module in a slot shares out resources. The key is slot * 256 + 2. Not zero is yes. */
+boolean pdb_is_module_tamber(uint32 module_key);
+
+/* The virtual device context of the running command. */
+uint32 sysmgr_vdc_get(void);
+
 #ifdef __cplusplus
 }
 #endif

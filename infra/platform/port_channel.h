@@ -3,6 +3,7 @@
 #define PLATFORM_PORT_CHANNEL_H
 
 #include "platform/types.h"
+#include "platform/wire.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -18,6 +19,14 @@ enum { PORT_CHANNEL_MAX_MEMBERS = 256, PORT_CHANNEL_MEMBERS_BYTES = 32 + 8 * POR
  * each entry beginning with the member's interface index (32 bits). Otherwise a system error.
  */
 int32 get_port_channel_members(uint32 chassis_type, if_index_t if_index, void** response);
+
+/* The channel of a member. Wire format. */
+typedef struct port_channel_info_t {
+  be32 if_index; /* the port-channel; 0 when the port is in none */
+} port_channel_info_t;
+
+/* Fills the caller's zeroed record. Returns 0 or a system error. */
+int32 get_port_channel_info(if_index_t if_index, port_channel_info_t* info);
 
 enum { MCEC_STATUS_BYTES = 256 };
 

@@ -133,6 +133,15 @@ static_assert(offsetof(pm_fcot_res_t, fcot_type) == 266, "wire offset");
 int32 pm_cmi_get_fcot_info(mts_q_handle_t q, uint32 version, uint32 instance, const if_index_range_t* range,
                            uint32* length, pm_fcot_res_t** response, int32 timeout);
 
+/* Texts of the vendor's extended module code; the second argument is 0. Constant texts. */
+const char* pm_get_sfp_tarno_gbic_type(uint8 code, int32 unused);
+const char* pm_get_x2_sfp_tarno_xenpak_type(uint8 code, int32 unused);
+
+/* Print the Fibre-Channel transmitter lines of an image; `sfp_sprom` holds a whole lc_fcot_info_t or lc_fcot_x2_info_t.
+ */
+void print_sfp_fc_transmitter(uint8* sfp_sprom);
+void print_x2_sfp_fc_info(uint8* sfp_sprom);
+
 /*
  * Diagnostics of one transceiver. Values are unusable unless calib_type is 1 (internal) or 2 (external); a power of 0
  * is not available. Wire format.
@@ -194,6 +203,18 @@ typedef struct sfp_diag_info_ddm_tlvs_t {
   be32 length; /* bytes used */
   uint8 tlvs[SFP_DDM_TLV_BYTES];
 } sfp_diag_info_ddm_tlvs_t;
+
+/* Results of a diagnostics query that are told apart; 0 is success. */
+#define PM_ERR_SFP_NO_PORT 0x4029000B
+#define PM_ERR_SFP_NOT_PRESENT 0x4029002A
+#define PM_ERR_SFP_NO_DIAGNOSTICS 0x40290041
+#define PM_ERR_SFP_NO_INFORMATION 0x40290042
+#define PM_ERR_SFP_READ 0x40290043
+
+/* Diagnostics of a port's transceiver from the port manager, into the caller's zeroed records. Returns 0 or one above.
+ */
+int32 pm_get_sfp_diag_info(mts_q_handle_t q, if_index_t if_index, mts_get_sfp_diag_info_t* diag_info,
+                           sfp_diag_info_ddm_tlvs_t* sfp_ddm_info);
 
 #ifdef __cplusplus
 }

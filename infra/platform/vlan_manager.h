@@ -30,6 +30,45 @@ static_assert(sizeof(trunk_port_memb_t) == 1050, "wire size");
 static_assert(offsetof(trunk_port_memb_t, allowed_vlan_list) == 8, "wire offset");
 static_assert(offsetof(trunk_port_memb_t, reserved) == 524, "wire offset");
 
+enum { VLAN_NAME_BYTES = 33 };
+
+/* Kinds of VLAN that are told apart. */
+enum {
+  VLAN_TYPE_PRIMARY = 3,
+  VLAN_TYPE_SECONDARY_ISOLATED = 4,
+  VLAN_TYPE_SECONDARY_COMMUNITY = 5,
+  VLAN_TYPE_INTERNAL_RESERVED = 6,
+  VLAN_TYPE_PRIVATE = 7,
+  VLAN_TYPE_INVALID = 8
+};
+
+/* Attributes of a VLAN. Wire format. */
+typedef struct vlan_info_resp_t {
+  vdc_vlan_id_t vdc_vlan;
+  be32 vstate;
+  be32 vtype; /* VLAN_TYPE_... */
+  be32 oper;
+  be32 mtu; /* bytes */
+  be32 shut_state;
+  char vlan_name[VLAN_NAME_BYTES]; /* not terminated when all are used */
+} vlan_info_resp_t;
+static_assert(sizeof(vlan_info_resp_t) == 57, "wire size");
+
+enum { MTS_OPC_VLAN_INFO = 23556, MTS_OPC_VLAN_TRUNKING_MEMBERSHIP = 23562 };
+
+/*
+ * Functions of the client library. Builders store a heap block that the caller frees, and its size in bytes; the parser
+ * of memberships stores a heap block of records that the caller frees, and their number; the parser of attributes fills
+ * the caller's record. 0 is success.
+ * "vlan_get_vlan_info_build_mts", "vlan_get_vlan_info_parse_reply",
+ * "vlan_get_port_trunking_memb_build_mts", "vlan_get_port_trunking_memb_parse_reply".
+ */
+typedef int32 (*vlan_get_vlan_info_build_fn)(vdc_vlan_id_t* vlan, void** payload, uint32* size);
+typedef int32 (*vlan_get_vlan_info_parse_fn)(vlan_info_resp_t* info, void* payload, uint32 size);
+typedef int32 (*vlan_get_port_trunking_memb_build_fn)(if_index_t* ports, uint32 count, void** payload, uint32* size);
+typedef int32 (*vlan_get_port_trunking_memb_parse_fn)(void* payload, uint32 size, trunk_port_memb_t** records,
+                                                      uint32* count);
+
 /* The VLAN manager's client library, opened by name. */
 #define VLAN_MGR_LIBRARY "libvlan_mgr.so"
 

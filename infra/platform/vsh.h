@@ -31,6 +31,9 @@ typedef struct vsh_user_input_info_t {
 /* Asks the user; the answer, terminated, goes into `answer` (max_len + 1 bytes). Returns 0 when one was read. */
 int32 vsh_util_user_input_get(vsh_user_input_info_t* question, char* answer);
 
+/* Exactly 1 when the user of the command is restricted to some VSANs. */
+uint32 vsh_is_user_vsan_restricted(const paraminfo_t* param);
+
 enum {
   VSH_MTS_ERROR_REQUEST = 1,    /* a listing or a clear request failed  */
   VSH_MTS_ERROR_PORT_CONFIG = 2 /* a port-configuration query failed */

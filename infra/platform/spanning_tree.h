@@ -1,0 +1,33 @@
+/* The spanning-tree service's client library, opened by name: in which VLANs a port forwards. */
+#ifndef PLATFORM_SPANNING_TREE_H
+#define PLATFORM_SPANNING_TREE_H
+
+#include "platform/bitset.h"
+#include "platform/mts.h"
+#include "platform/types.h"
+#include "platform/wire.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#define STP_LIBRARY "libstp.so"
+
+/* One port of the answer. Wire format. */
+typedef struct stp_port_state_t {
+  be32 if_index;
+  vlan_bitset_t forwarding;
+} stp_port_state_t;
+static_assert(sizeof(stp_port_state_t) == 520, "wire size");
+
+/* "stp_send_get_port_state": asks for `count` ports of a virtual device context; fills `sent`. 0 is success. */
+typedef int32 (*stp_send_get_port_state_fn)(mts_q_handle_t q, uint32 vdc, uint32 count, if_index_t* ports,
+                                            mts_msg_ref_t* sent);
+
+/* "stp_parse_get_port_state": takes the ports out of the answer: a heap block that the caller frees. 0 is success. */
+typedef int32 (*stp_parse_get_port_state_fn)(mts_msg_ref_t* got, stp_port_state_t** ports, uint32* count);
+
+#ifdef __cplusplus
+}
+#endif
+#endif
