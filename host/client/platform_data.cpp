@@ -58,6 +58,10 @@ int32 get_card_module_info(if_index_t if_index, card_module_info_t* info) {
   return 0;
 }
 
+// The simulated switches carry no line card of these two families.
+boolean pm_is_tamber_lindo_linecard(uint32) { return 0; }
+boolean pm_is_corvid_linecard(uint32) { return 0; }
+
 // Line cards are nodes of their own, numbered by slot from 1.
 int32 idxmap_node_by_if_index(if_index_t if_index, uint32* node) {
   const card* const carrier = card_of(if_index);

@@ -18,6 +18,8 @@ constexpr error_text kTexts[] = {
     {PM_ERR_UNKNOWN_TLV, "unknown port attribute"},
     {PM_ERR_INVALID_RANGE, "invalid interface range"},
     {PM_ERR_PORT_IN_CHANNEL, "port belongs to a port-channel"},
+    {PM_ERR_SPEED_NOT_SUPPORTED, "speed not supported by the port"},
+    {PM_ERR_VALUE_OUT_OF_RANGE, "value out of range"},
     {PM_ERR_NO_TRANSCEIVER, "no transceiver present"},
     {PM_ERR_NO_SUCH_INTERFACE, "no such interface"},
     {PM_ERR_TOO_MANY_SUB_INTERFACES, "too many sub-interfaces"},

@@ -1,5 +1,6 @@
 #include "service/answers.h"
 #include "service/interface_requests.h"
+#include "service/port_config.h"
 #include "service/port_manager_messages.h"
 #include "service/port_record.h"
 #include "service/services.h"
@@ -120,6 +121,7 @@ reply serve_port_manager(mts_opc_t opcode, std::span<const std::byte> request) {
     case PM_OPC_INTERFACE_COUNTERS:
       return answer_with_statistics(request,
                                     [](const interface& it) { return answer_record(interface_counters_record(it)); });
+    case PM_OPC_SET_CONFIG: return configure_ports(request);
     case PM_OPC_CLEAR_COUNTERS: return answer_clear(request);
     case PM_OPC_CLEAR_MANAGEMENT: return answer_for_interface(request, answer_clear_management);
     default: return reject();

@@ -23,6 +23,7 @@ enum port_manager_opcode : mts_opc_t {
   PM_OPC_STARTUP_LISTING = 308,    // listing_request          as PM_OPC_LISTING
   PM_OPC_CLEAR_COUNTERS = 309,     // clear_request            no head: count byte, pm_clear_status_t each
   PM_OPC_CLEAR_MANAGEMENT = 310,   // interface_request        none
+  PM_OPC_SET_CONFIG = 311,         // setting_request          pm_port_cfg_status_t each
   PM_OPC_VERIFY = 330,             // verification             no head: pm_cli_if_index_verify_res_payload_t
   PM_OPC_SUB_INTERFACES = 331,     // verification             none
   PM_OPC_LOOPBACKS = 332,          // verification             none
@@ -50,6 +51,14 @@ struct clear_request {
   be32 count;
 };
 static_assert(sizeof(clear_request) == 4);
+
+// cfg_length bytes of value follow, then `num_ranges` range_requests.
+struct setting_request {
+  be32 num_ranges;
+  uint8 cfg_type;  // PM_CFG_...
+  uint8 cfg_length;
+};
+static_assert(sizeof(setting_request) == 6);
 
 enum { MAX_CLEARED_AT_ONCE = 255 };
 

@@ -1,6 +1,14 @@
-// What platform/vsan.h asks of the shell: whether its user may see a port.
+// What the platform asks of the shell: whether its user may see a port, and whether some VSANs are all that he sees.
 #include "platform/vsan.h"
+#include "platform/vsh.h"
+#include "switch/model.h"
 #include "switch/vsan_access.h"
+
+uint32 vsh_is_user_vsan_restricted(const paraminfo_t* param) {
+  if (param == nullptr || param->username == nullptr) return 0;
+  const host::user* const who = host::the_machine().find_user(param->username);
+  return who != nullptr && who->vsans ? 1 : 0;
+}
 
 boolean vsh_fc_intf_perm_check(const vsh_fc_intf_perm_check_info_t* info) {
   if (info == nullptr || info->vsan_mask == nullptr || info->trunk_vsan_list == nullptr) return 0;

@@ -159,6 +159,11 @@ struct interface {
   uint8 admin_state = 1;
   uint8 oper_state = 2;
   uint8 state_reason = 1;
+  struct link {
+    uint8 state;
+    uint8 reason;
+  };
+  std::optional<link> link_before_shutdown;  // what the port returns to
   uint16 mtu_bytes = 1500;
   uint32 bandwidth_kbps = 0;
   uint32 delay_usec = 10;

@@ -15,7 +15,9 @@ enum {
   PM_ERR_UNKNOWN_TLV = 0x40290004,
   PM_ERR_INVALID_RANGE = 0x4029000A,   /* the two ends do not span a range of ports */
   PM_ERR_PORT_IN_CHANNEL = 0x40290015, /* the port belongs to a port-channel */
-  PM_ERR_NO_TRANSCEIVER = 0x4029002A,  /* nothing is plugged into the port */
+  PM_ERR_SPEED_NOT_SUPPORTED = 0x40290020,
+  PM_ERR_VALUE_OUT_OF_RANGE = 0x40290021,
+  PM_ERR_NO_TRANSCEIVER = 0x4029002A, /* nothing is plugged into the port */
   PM_ERR_NO_SUCH_INTERFACE = 0x40290037,
   PM_ERR_TOO_MANY_SUB_INTERFACES = 0x4029003C,
   PM_ERR_SUB_INTERFACE_ON_L2 = 0x402900EE,    /* sub-interfaces need a routed port */

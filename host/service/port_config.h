@@ -1,0 +1,14 @@
+// The port manager applies settings of ports to the model.
+#pragma once
+
+#include <span>
+
+#include "transport/transport.h"
+
+namespace host {
+
+// Answers a setting_request with a pm_port_cfg_status_t for each port of its ranges; a range without any gives one for
+// its low end. A request that is not what it says is rejected.
+reply configure_ports(std::span<const std::byte> request);
+
+}  // namespace host

@@ -1,0 +1,171 @@
+// Settings of ports through the client function: what the port manager applies, and what it refuses.
+#include "platform/port_config.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "host/client_fixture.h"
+#include "host/stopped_clock.h"
+#include "platform/card_config.h"
+#include "platform/syserr.h"
+#include "service/port_manager_messages.h"
+#include "switch/if_index_layout.h"
+
+namespace host {
+namespace {
+
+struct free_block {
+  void operator()(void* block) const { std::free(block); }
+};
+
+struct outcome {
+  int32 error = 0;
+  std::vector<std::pair<if_index_t, uint32>> ports;
+};
+
+using Ports = std::vector<std::pair<if_index_t, uint32>>;
+using Octets = std::vector<uint8>;
+
+class PortConfig : public Clients {
+ protected:
+  outcome set(const std::vector<if_index_range_t>& ranges, uint8 type, const Octets& value) {
+    pm_port_cfg_status_t* block = nullptr;
+    uint32 count = 99;
+    outcome got;
+    got.error = pm_cmi_set_port_config(q_, "operator", 1, static_cast<uint32>(ranges.size()), ranges.data(), type,
+                                       static_cast<uint8>(value.size()), value.data(), &block, &count, 60);
+    const std::unique_ptr<pm_port_cfg_status_t, free_block> results(block);
+    for (uint32 i = 0; i < count; ++i) got.ports.emplace_back(block[i].if_index, block[i].status);
+    return got;
+  }
+  uint32 set_one(if_index_t port, uint8 type, const Octets& value) {
+    const outcome got = set({{port, port}}, type, value);
+    EXPECT_EQ(got.error, 0);
+    EXPECT_EQ(got.ports.size(), 1U);
+    return got.ports.empty() ? 0xFFFFFFFF : got.ports[0].second;
+  }
+  const interface& port(if_index_t if_index) { return *the_machine().find(if_index); }
+};
+
+TEST_F(PortConfig, ShutdownTakesThePortDownAndBackToWhatItWas) {
+  const stopped_clock at(1'800'000'000);
+  const uint8 state_before = port(names_.routed_port).oper_state;
+  const uint8 reason_before = port(names_.routed_port).state_reason;
+  EXPECT_EQ(set_one(names_.routed_port, PM_CFG_PORT_STATE, {2}), 0U);
+  EXPECT_EQ(port(names_.routed_port).admin_state, PM_PORT_STATE_DOWN);
+  EXPECT_EQ(port(names_.routed_port).oper_state, PM_PORT_STATE_DOWN);
+  EXPECT_EQ(port(names_.routed_port).state_reason, PM_REASON_ADMIN_DOWN);
+  EXPECT_EQ(set_one(names_.routed_port, PM_CFG_PORT_STATE, {2}), 0U);
+  EXPECT_EQ(set_one(names_.routed_port, PM_CFG_PORT_STATE, {1}), 0U);
+  EXPECT_EQ(port(names_.routed_port).admin_state, PM_PORT_STATE_UP);
+  EXPECT_EQ(port(names_.routed_port).oper_state, state_before);
+  EXPECT_EQ(port(names_.routed_port).state_reason, reason_before);
+  EXPECT_EQ(set_one(names_.routed_port, PM_CFG_PORT_STATE, {3}), uint32{PM_ERR_VALUE_OUT_OF_RANGE});
+}
+
+TEST_F(PortConfig, SettingsReachTheModel) {
+  const if_index_t it = names_.third_port;
+  the_machine().find(it)->capabilities.speeds = CRDCFG_SPEED_100M | CRDCFG_SPEED_1G;
+  Octets name(81);
+  std::memcpy(name.data(), "to the lab", 10);
+  EXPECT_EQ(set_one(it, PM_CFG_NAME, name), 0U);
+  EXPECT_EQ(set_one(it, PM_CFG_PORT_MODE, {0, 0x10, 0, 0}), 0U);
+  EXPECT_EQ(set_one(it, PM_CFG_SPEED, {0, 0, 0, 100}), 0U);
+  EXPECT_EQ(set_one(it, PM_CFG_DUPLEX, {2}), 0U);
+  EXPECT_EQ(set_one(it, PM_CFG_BEACON, {1}), 0U);
+  EXPECT_EQ(set_one(it, PM_CFG_MTU, {0, 0, 0x23, 0x28}), 0U);
+  EXPECT_EQ(set_one(it, PM_CFG_MONITOR, {0, 0, 0, 1}), 0U);
+  EXPECT_EQ(set_one(it, PM_CFG_SERVICE_STATE, {0, 0, 0, 1}), 0U);
+  EXPECT_EQ(set_one(it, PM_CFG_SWITCHPORT, {0, 0, 0, 3}), 0U);
+  const interface& changed = port(it);
+  EXPECT_EQ(changed.description, "to the lab");
+  EXPECT_EQ(changed.admin_mode, 0x100000U);
+  EXPECT_EQ(changed.admin_speed_mbps, 100U);
+  EXPECT_EQ(changed.oper_speed_mbps, 100U);
+  EXPECT_EQ(changed.admin_duplex, PM_PORT_DUPLEX_HALF);
+  EXPECT_TRUE(changed.beacon_on);
+  EXPECT_EQ(changed.mtu_bytes, 9000);
+  EXPECT_TRUE(changed.span_monitor_on);
+  EXPECT_EQ(changed.service_state, 1U);
+  EXPECT_EQ(changed.layer, 3U);
+}
+
+TEST_F(PortConfig, RefusalsNameTheirReasonAndChangeNothing) {
+  the_machine().find(names_.third_port)->capabilities.speeds = CRDCFG_SPEED_1G;
+  const uint16 mtu = port(names_.third_port).mtu_bytes;
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_SPEED, {0, 0, 0, 100}), uint32{PM_ERR_SPEED_NOT_SUPPORTED});
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_SPEED, {0, 0, 0, 7}), uint32{PM_ERR_SPEED_NOT_SUPPORTED});
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 1, 0, 0}), uint32{PM_ERR_VALUE_OUT_OF_RANGE});
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_DUPLEX, {4}), uint32{PM_ERR_VALUE_OUT_OF_RANGE});
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_BEACON, {0}), uint32{PM_ERR_VALUE_OUT_OF_RANGE});
+  EXPECT_EQ(set_one(names_.loopback, PM_CFG_MTU, {0, 0, 5, 220}), uint32{PM_ERR_NOT_ALLOWED_ON_INTERFACE});
+  EXPECT_EQ(set_one(names_.mgmt, PM_CFG_BEACON, {1}), uint32{PM_ERR_NOT_ALLOWED_ON_INTERFACE});
+  EXPECT_EQ(set_one(names_.second_port, PM_CFG_MTU, {0, 0, 5, 220}), uint32{PM_ERR_PORT_IN_CHANNEL});
+  EXPECT_EQ(set_one(names_.nobody, PM_CFG_PORT_STATE, {1}), uint32{PM_ERR_NO_SUCH_INTERFACE});
+  EXPECT_EQ(port(names_.third_port).mtu_bytes, mtu);
+  EXPECT_FALSE(port(names_.third_port).beacon_on);
+}
+
+TEST_F(PortConfig, EveryPortOfEveryRangeIsAnsweredInOrder) {
+  const outcome got =
+      set({{names_.first_port, names_.third_port}, {names_.routed_port, names_.routed_port}}, PM_CFG_BEACON, {1});
+  EXPECT_EQ(got.error, 0);
+  EXPECT_EQ(got.ports,
+            (Ports{{names_.first_port, 0}, {names_.second_port, 0}, {names_.third_port, 0}, {names_.routed_port, 0}}));
+}
+
+TEST_F(PortConfig, NoRangesGiveNoResults) {
+  const outcome got = set({}, PM_CFG_BEACON, {1});
+  EXPECT_EQ(got.error, 0);
+  EXPECT_TRUE(got.ports.empty());
+}
+
+TEST_F(PortConfig, SettingsThatNobodyKnowsAreAnError) {
+  EXPECT_EQ(set({{names_.third_port, names_.third_port}}, 255, {1}).error, PM_ERR_UNKNOWN_TLV);
+}
+
+TEST_F(PortConfig, ValuesOfAnotherLengthAreRejected) {
+  EXPECT_NE(set({{names_.third_port, names_.third_port}}, PM_CFG_MTU, {5, 220}).error, 0);
+  EXPECT_NE(set({{names_.third_port, names_.third_port}}, PM_CFG_PORT_STATE, {}).error, 0);
+}
+
+TEST_F(PortConfig, LyingRequestsAreRejected) {
+  const auto is_rejected = [](const std::vector<std::byte>& request) {
+    return serve_port_manager(PM_OPC_SET_CONFIG, request).what == reply::kind::reject;
+  };
+  std::vector<std::byte> request(6 + 1 + 8);
+  request[3] = std::byte{1};  // one range
+  request[4] = std::byte{PM_CFG_BEACON};
+  request[5] = std::byte{1};  // one byte of value
+  EXPECT_FALSE(is_rejected(request));
+  for (std::size_t size = 0; size < request.size(); ++size)
+    EXPECT_TRUE(is_rejected({request.begin(), request.begin() + static_cast<std::ptrdiff_t>(size)})) << size;
+  request[0] = std::byte{0xFF};
+  EXPECT_TRUE(is_rejected(request));
+}
+
+TEST_F(PortConfig, FailedRequestsLeaveNoResults) {
+  ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::lost}));
+  const outcome got = set({{names_.third_port, names_.third_port}}, PM_CFG_BEACON, {1});
+  ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::none}));
+  EXPECT_EQ(got.error, -1);
+  EXPECT_TRUE(got.ports.empty());
+  EXPECT_FALSE(port(names_.third_port).beacon_on);
+}
+
+TEST_F(PortConfig, ShortAnswersAreFailures) {
+  for (const uint32 bytes : {0U, 4U, 8U, 15U}) {
+    ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::cut, bytes}));
+    const outcome got = set({{names_.third_port, names_.third_port}}, PM_CFG_BEACON, {1});
+    ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::none}));
+    EXPECT_NE(got.error, 0) << bytes;
+    EXPECT_TRUE(got.ports.empty()) << bytes;
+  }
+}
+
+}  // namespace
+}  // namespace host
