@@ -34,6 +34,7 @@
 #include "pm/port_attributes.h"
 #include "pmcli/clear.h"
 #include "pmcli/command.h"
+#include "pmcli/config.h"
 #include "pmcli/counters.h"
 #include "pmcli/headers.h"
 #include "pmcli/interface.h"

@@ -72,6 +72,7 @@ constexpr std::string_view kFallible[] = {
     "pm_cmi_get_fcot_info",
     "pm_cmi_get_port_config",
     "pm_cmi_get_tracked_port_if_list",
+    "pm_cmi_set_port_config",
     "pm_get_clear_eth_stats",
     "pm_get_if_index_listing",
     "pm_get_interface_counters",

@@ -40,6 +40,7 @@
 #include "platform/paraminfo.h"
 #include "platform/platform_data.h"
 #include "platform/port_channel.h"
+#include "platform/port_config.h"
 #include "platform/port_manager.h"
 #include "platform/startup_config.h"
 #include "platform/syserr.h"
@@ -245,6 +246,26 @@ class RecordingPlatform {
   std::optional<octets> clear_block;
   std::vector<if_index_t> channel_map;  // the answers of pcmap_get_next_port_channel(), one after the other
   std::vector<const paraminfo_t*> channel_clearings;  // of pm_cli_clear_ethernet_channel_counters()
+
+  // -- Settings of ports --
+
+  struct setting_request {  // of pm_cmi_set_port_config()
+    mts_q_handle_t q;
+    std::string username;
+    uint32 session_id;
+    std::vector<std::pair<if_index_t, if_index_t>> ranges;
+    uint8 type;
+    octets value;
+    int32 timeout;
+  };
+  std::vector<setting_request> setting_requests;
+  // Interfaces and statuses of the answer, in order; without it the low end of each range with 0.
+  std::optional<std::vector<std::pair<if_index_t, uint32>>> setting_results;
+  std::optional<uint32> null_results;  // answers with this count and no list
+  std::optional<std::vector<std::pair<if_index_t, uint32>>> results_in_spite_of_failure;  // a failing call leaves these
+  uint32 vsan_restricted = 0;  // of vsh_is_user_vsan_restricted()
+  std::set<uint32> tamber_lindo_cards;
+  std::set<uint32> corvid_cards;
 
   // -- The kernel --
 

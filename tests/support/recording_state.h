@@ -74,6 +74,10 @@ struct RecordingPlatform::state {
 // Descriptors of sockets, far away from those of the process; the first is this one plus 1.
 inline constexpr int kFirstSocket = 1000;
 
+// Results by port as a block for the library to free, and their number.
+void hand_over_results(RecordingPlatform& platform, const std::vector<std::pair<if_index_t, uint32>>& results,
+                       pm_port_cfg_status_t** block, uint32* count);
+
 // The platform that lives. A platform function that is called without one ends the program with its name.
 RecordingPlatform& platform_for(const char* function);
 
