@@ -139,6 +139,19 @@ TEST(PortSetting, TakesTheKeywordFromTheRangeThatHasNoRangeToken) {
   EXPECT_EQ(platform.setting_requests[0].type, 31);
 }
 
+TEST(PortSetting, CountsPlacesFromTheRangeWhereverTheKeywordStands) {
+  RecordingPlatform platform;
+  config_command command(platform, kFibre);
+  command.range_argument->token_id = kSwitchport;
+  command.tokens({5, 99});  // the sub-command is the second word behind the range
+  EXPECT_EQ(pm_cli_set_port_config(command.param), 1);
+  EXPECT_EQ(platform.text(), "error: invalid switchport config 16973826\n");
+  command.param->arg_list[2]->token_id = 15;
+  EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
+  ASSERT_EQ(platform.setting_requests.size(), 1U);
+  EXPECT_EQ(platform.setting_requests[0].type, 5);
+}
+
 TEST(PortSetting, TrustsNoMoreRangesThanTheRecordHolds) {
   RecordingPlatform platform;
   config_command command(platform, kPort);

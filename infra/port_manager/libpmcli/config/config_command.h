@@ -34,6 +34,9 @@ struct config_command {
     return found != nullptr ? found->token_id : 0;
   }
 
+  // The keyword stands behind the range; a range without the range's token carries it itself.
+  uint32 keyword() const { return token(0) == TOKEN_CONF_INTERFACES ? token(1) : token(0); }
+
   // The shell's value behind that argument, which need not be aligned; none when it has none.
   template <typename Value>
   std::optional<Value> value(uint32 distance) const {

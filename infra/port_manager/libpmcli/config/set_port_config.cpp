@@ -20,12 +20,6 @@ using namespace pmcli;
 
 namespace {
 
-// The keyword is the argument behind the range; a command without a range token carries it in the range's argument.
-uint32 keyword_of(const config_command& command) {
-  const uint32 token = command.token(0);
-  return token == TOKEN_CONF_INTERFACES ? command.token(1) : token;
-}
-
 bool is_keyword_last(const config_command& command) { return command.num_behind() == 1; }
 
 struct keyword;
@@ -105,7 +99,7 @@ constexpr keyword kKeywords[] = {
 };
 
 outcome read_keyword(const config_command& command) {
-  const uint32 token = keyword_of(command);
+  const uint32 token = command.keyword();
   const auto found = std::find_if(std::begin(kKeywords), std::end(kKeywords),
                                   [token](const keyword& row) { return row.token == token; });
   if (found != std::end(kKeywords)) return found->rule(command, *found);

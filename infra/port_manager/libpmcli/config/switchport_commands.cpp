@@ -16,8 +16,8 @@ namespace pmcli {
 
 namespace {
 
-// Arguments behind the range: the keyword, the sub-command, and what follows it.
-enum : uint32 { KEYWORD = 1, SUB_COMMAND = 2, NEXT = 3, AFTER_NEXT = 4, LAST = 5 };
+// Arguments behind the range and the keyword: the sub-command, and what follows it.
+enum : uint32 { SUB_COMMAND = 2, NEXT = 3, AFTER_NEXT = 4, LAST = 5 };
 
 constexpr const char* kNoIsNotSupported = "'no' option is not supported with this command";
 constexpr const char* kModeNotAllowed = "error: port mode configuration not allowed";
@@ -298,7 +298,7 @@ outcome read_switchport_command(const config_command& command) {
   const auto found =
       std::find_if(std::begin(kRows), std::end(kRows), [token](const row& r) { return r.token == token; });
   if (found != std::end(kRows)) return found->rule(command, *found);
-  std::printf("error: invalid switchport config %d\n", static_cast<int32>(command.token(KEYWORD)));
+  std::printf("error: invalid switchport config %d\n", static_cast<int32>(command.keyword()));
   return end_command(1);
 }
 
