@@ -5,6 +5,8 @@
 #include "platform/card_config.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
+#include "platform/paraminfo.h"
+#include "platform/port_config.h"
 
 namespace host {
 
@@ -21,5 +23,10 @@ int32 clear_loopback_counters(if_index_t if_index);
 
 // Fills the caller's response, as far as its `size` bytes reach. Returns 0 or a system error.
 syserr_t get_port_capability(const if_index_range_t* range, uint32 size, uint8* response);
+
+// Steps of a configuration macro, over the command's range: the ports leave their channels; spanning tree takes them
+// for ports to hosts. Each stores a heap block of results by port that the caller frees. Returns 0 or a system error.
+int32 leave_channels(const paraminfo_t* param, pm_port_cfg_status_t** cfg_status, uint32* num_ports);
+int32 make_edge_ports(const paraminfo_t* param, pm_port_cfg_status_t** cfg_status, uint32* num_ports);
 
 }  // namespace host

@@ -4,8 +4,12 @@
 #include <cstring>
 #include <vector>
 
+#include "client/library_functions.h"
 #include "client/request.h"
+#include "client/setting_results.h"
+#include "service/port_channel_messages.h"
 #include "service/port_manager_messages.h"
+#include "service/spanning_tree_messages.h"
 
 using namespace host;
 
@@ -13,6 +17,39 @@ namespace {
 
 void append(std::vector<std::byte>* to, std::span<const std::byte> bytes) {
   to->insert(to->end(), bytes.begin(), bytes.end());
+}
+
+// Asks for a status of each port. On success the caller frees the block.
+int32 ask_statuses(const call& to, std::span<const std::byte> request, pm_port_cfg_status_t** cfg_status,
+                   uint32* num_ports) {
+  const answer got(to, request, sizeof **cfg_status);
+  if (got.error() != 0) note_failed_request();
+  if (got.error() != 0 || got.count() == 0) return got.error();
+  *cfg_status = static_cast<pm_port_cfg_status_t*>(std::malloc(got.records().size()));
+  if (*cfg_status == nullptr) return PM_ERR_GENERAL;
+  std::memcpy(*cfg_status, got.records().data(), got.records().size());
+  *num_ports = got.count();
+  note_results({*cfg_status, *num_ports});
+  return 0;
+}
+
+// The interface range of a configuration command; null without one.
+const intf_range_t* range_of(const paraminfo_t* param) {
+  for (const param_arg_t* const argument : std::span(param->arg_list, param->parameter_count))
+    if (argument != nullptr && argument->token_id == TOKEN_CONF_INTERFACES)
+      return static_cast<const intf_range_t*>(argument->arg);
+  return nullptr;
+}
+
+int32 ask_for_range(const call& to, const paraminfo_t* param, pm_port_cfg_status_t** cfg_status, uint32* num_ports) {
+  *cfg_status = nullptr;
+  *num_ports = 0;
+  const intf_range_t* const ranges = range_of(param);
+  if (ranges == nullptr) return PM_ERR_INVALID_RANGE;
+  std::vector<std::byte> request;
+  for (const vsh_intf_mono_range_t& range : std::span(ranges->range, ranges->range_count))
+    append(&request, bytes_of(range_request{range.lower_if_index, range.upper_if_index}));
+  return ask_statuses(to, request, cfg_status, num_ports);
 }
 
 }  // namespace
@@ -29,13 +66,13 @@ int32 pm_cmi_set_port_config(mts_q_handle_t q, const char*, uint32, uint32 num_r
   append(&request, {static_cast<const std::byte*>(value), cfg_length});
   for (const if_index_range_t& range : std::span(ranges, num_ranges))
     append(&request, bytes_of(range_request{range.low, range.high}));
+  return ask_statuses({q, MTS_SAP_PORT_MANAGER, PM_OPC_SET_CONFIG, timeout}, request, cfg_status, num_ports);
+}
 
-  const answer got({q, MTS_SAP_PORT_MANAGER, PM_OPC_SET_CONFIG, timeout}, request, sizeof **cfg_status);
-  if (got.error() != 0) return got.error();
-  if (got.count() == 0) return 0;
-  *cfg_status = static_cast<pm_port_cfg_status_t*>(std::malloc(got.records().size()));
-  if (*cfg_status == nullptr) return PM_ERR_GENERAL;
-  std::memcpy(*cfg_status, got.records().data(), got.records().size());
-  *num_ports = got.count();
-  return 0;
+int32 host::leave_channels(const paraminfo_t* param, pm_port_cfg_status_t** cfg_status, uint32* num_ports) {
+  return ask_for_range({param->q, SAP_PORT_CHANNEL, PC_OPC_LEAVE}, param, cfg_status, num_ports);
+}
+
+int32 host::make_edge_ports(const paraminfo_t* param, pm_port_cfg_status_t** cfg_status, uint32* num_ports) {
+  return ask_for_range({param->q, SAP_SPANNING_TREE, STP_OPC_EDGE}, param, cfg_status, num_ports);
 }

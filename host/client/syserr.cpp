@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/port_config.h"
+
 namespace {
 
 struct error_text {
@@ -20,7 +22,9 @@ constexpr error_text kTexts[] = {
     {PM_ERR_PORT_IN_CHANNEL, "port belongs to a port-channel"},
     {PM_ERR_SPEED_NOT_SUPPORTED, "speed not supported by the port"},
     {PM_ERR_VALUE_OUT_OF_RANGE, "value out of range"},
+    {PM_ERR_PORT_LOCKED, "port is locked"},
     {PM_ERR_NO_TRANSCEIVER, "no transceiver present"},
+    {static_cast<syserr_t>(PM_ERR_MODE_E_OUTSIDE_FIRST_PORT), "mode E allowed only on the first port of the group"},
     {PM_ERR_NO_SUCH_INTERFACE, "no such interface"},
     {PM_ERR_TOO_MANY_SUB_INTERFACES, "too many sub-interfaces"},
     {PM_ERR_SUB_INTERFACE_ON_L2, "no sub-interfaces on a layer 2 port"},

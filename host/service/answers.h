@@ -7,6 +7,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "platform/port_config.h"
 #include "service/messages.h"
 #include "switch/live_statistics.h"
 #include "switch/model.h"
@@ -100,5 +101,21 @@ struct interface_run {
   std::span<interface> interfaces;
 };
 interface_run find_range(const range_request& range);
+
+// Answers a list of range_requests with a pm_port_cfg_status_t for each port of them: what `apply` returns. A range
+// without any port gives one for its low end.
+template <typename Apply>
+reply answer_statuses(std::span<const std::byte> ranges, Apply apply) {
+  if (ranges.size() % sizeof(range_request) != 0) return reject();
+  answer_writer answer(ranges.size());
+  for (; !ranges.empty(); ranges = ranges.subspan(sizeof(range_request))) {
+    range_request range;
+    std::memcpy(&range, ranges.data(), sizeof range);
+    const auto [error, ports] = find_range(range);
+    if (error != 0) answer.append(pm_port_cfg_status_t{range.low, static_cast<uint32>(error)});
+    for (interface& port : ports) answer.append(pm_port_cfg_status_t{port.if_index, apply(port)});
+  }
+  return answer.finish();
+}
 
 }  // namespace host

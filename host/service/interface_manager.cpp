@@ -7,7 +7,7 @@ namespace {
 
 // An unknown interface is an error of its own record, not of the request.
 template <typename Member>
-reply answer_value(std::span<const std::byte> bytes, Member interface::*member) {
+reply answer_value(std::span<const std::byte> bytes, Member member) {
   const auto request = read_request<interface_request>(bytes);
   if (!request) return reject();
   const interface* const found = std::as_const(the_machine()).find(request->if_index);

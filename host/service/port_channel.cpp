@@ -4,6 +4,7 @@
 #include "service/answers.h"
 #include "service/port_channel_messages.h"
 #include "service/services.h"
+#include "switch/change_journal.h"
 
 namespace host {
 namespace {
@@ -38,6 +39,15 @@ reply answer_next(std::span<const std::byte> bytes) {
   return next == all.end() ? answer_error(PM_ERR_NO_SUCH_INTERFACE) : answer_record(be32(next->if_index));
 }
 
+// A port that leaves its channel keeps the settings that it took over.
+uint32 leave(interface& port) {
+  if (port.refusal != 0) return port.refusal;
+  if (port.is_locked) return PM_ERR_PORT_LOCKED;
+  note_change(port);
+  port.channel = 0;
+  return 0;
+}
+
 }  // namespace
 
 reply serve_port_channel(mts_opc_t opcode, std::span<const std::byte> request) {
@@ -45,6 +55,7 @@ reply serve_port_channel(mts_opc_t opcode, std::span<const std::byte> request) {
     case PC_OPC_MEMBERS: return answer_for_interface(request, answer_members);
     case PC_OPC_MULTI_CHASSIS_STATUS: return answer_for_interface(request, answer_multi_chassis_status);
     case PC_OPC_NEXT: return answer_next(request);
+    case PC_OPC_LEAVE: return answer_statuses(request, leave);
     default: return reject();
   }
 }

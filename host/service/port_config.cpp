@@ -2,14 +2,20 @@
 
 #include <algorithm>
 #include <iterator>
+#include <numeric>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <vector>
 
 #include "platform/card_config.h"
+#include "platform/interface_manager.h"
 #include "platform/port_config.h"
 #include "service/answers.h"
 #include "service/port_manager_messages.h"
-#include "switch/clock.h"
+#include "switch/change_journal.h"
+#include "switch/if_index_layout.h"
+#include "switch/link.h"
 
 namespace host {
 namespace {
@@ -54,18 +60,12 @@ bool is_port(if_index_type_t kind) {
   return kind == IF_TYPE_ETHERNET || kind == IF_TYPE_ETHERNET_L3 || kind == IF_TYPE_SATELLITE || kind == IF_TYPE_FC;
 }
 
-bool has_service_state(if_index_type_t kind) { return is_port(kind); }
+bool is_fibre_channel(if_index_type_t kind) { return kind == IF_TYPE_FC || kind == IF_TYPE_PORT_CHANNEL; }
 
 // ---- What each setting does -----------------------------------------------------------------------------------------
 
 // Each returns the port's status and changes nothing when that is not 0.
 using apply_function = uint32 (*)(interface& port, const setting_value& value);
-
-void set_link(interface& port, uint8 state, uint8 reason) {
-  if (port.oper_state != state) port.link_change_sec = static_cast<uint32>(clock_now());
-  port.oper_state = state;
-  port.state_reason = reason;
-}
 
 uint32 apply_state(interface& port, const setting_value& value) {
   const uint32 state = value.number();
@@ -82,25 +82,54 @@ uint32 apply_state(interface& port, const setting_value& value) {
   return 0;
 }
 
+std::vector<uint16> every_vlan() {
+  std::vector<uint16> vlans(4094);
+  std::iota(vlans.begin(), vlans.end(), uint16{1});
+  return vlans;
+}
+
+bool is_outside_first_of_group(const interface& port) {
+  constexpr uint32 kPortsOfGroup = 4;
+  return port.capabilities.e_mode_on_first_only && take_apart(port.if_index).port % kPortsOfGroup != 0;
+}
+
 uint32 apply_mode(interface& port, const setting_value& value) {
-  port.admin_mode = value.number();
-  if (port.admin_mode != 0x80000000) port.oper_mode = port.admin_mode;  // that bit asks for the default
+  constexpr uint32 kDefaultWanted = 0x80000000, kModeE = 0x4;
+  const bool is_default = value.number() == kDefaultWanted;
+  const uint32 mode = is_default ? default_port_mode(kind_of(port), port.layer) : value.number();
+  if (mode == kModeE && is_outside_first_of_group(port)) return PM_ERR_MODE_E_OUTSIDE_FIRST_PORT;
+  port.admin_mode = mode;
+  port.oper_mode = mode;
+  if (mode == PM_PORT_MODE_TRUNK && port.allowed_vlans.empty()) port.allowed_vlans = every_vlan();
   return 0;
 }
 
+struct speed {
+  uint32 mbps;
+  uint8 capability;
+};
+constexpr speed kEthernetSpeeds[] = {
+    {0, 0}, {10, CRDCFG_SPEED_10M}, {100, CRDCFG_SPEED_100M}, {1000, CRDCFG_SPEED_1G}, {10000, CRDCFG_SPEED_10G}};
+// 1 and 2 are auto up to 2000 and 4000.
+constexpr speed kFibreChannelSpeeds[] = {{0, 0}, {1, 0}, {2, 0}, {1000, 0}, {2000, 0}, {4000, 0}, {8000, 0}};
+
+bool supports(const interface& port, uint32 mbps) {
+  const std::span<const speed> known = kind_of(port) == IF_TYPE_FC ? std::span<const speed>(kFibreChannelSpeeds)
+                                                                   : std::span<const speed>(kEthernetSpeeds);
+  const auto found = std::find_if(known.begin(), known.end(), [=](const speed& s) { return s.mbps == mbps; });
+  return found != known.end() && (found->capability == 0 || (port.capabilities.speeds & found->capability) != 0);
+}
+
 uint32 apply_speed(interface& port, const setting_value& value) {
-  struct speed {
-    uint32 mbps;
-    uint8 capability;
-  };
-  constexpr speed kSpeeds[] = {
-      {0, 0}, {10, CRDCFG_SPEED_10M}, {100, CRDCFG_SPEED_100M}, {1000, CRDCFG_SPEED_1G}, {10000, CRDCFG_SPEED_10G}};
+  constexpr uint32 kLastAutomatic = 2;
   const uint32 wanted = value.number();
-  const auto found = std::find_if(std::begin(kSpeeds), std::end(kSpeeds), [=](speed s) { return s.mbps == wanted; });
-  if (found == std::end(kSpeeds)) return PM_ERR_SPEED_NOT_SUPPORTED;
-  if (found->capability != 0 && (port.capabilities.speeds & found->capability) == 0) return PM_ERR_SPEED_NOT_SUPPORTED;
+  if (!supports(port, wanted)) return PM_ERR_SPEED_NOT_SUPPORTED;
   port.admin_speed_mbps = wanted;
-  if (wanted != 0) port.oper_speed_mbps = wanted;
+  const uint32 fastest = fastest_mbps(port.capabilities.speeds);
+  if (wanted > kLastAutomatic)
+    port.oper_speed_mbps = wanted;
+  else if (port.oper_speed_mbps != 0 && fastest != 0)
+    port.oper_speed_mbps = fastest;
   return 0;
 }
 
@@ -108,7 +137,7 @@ uint32 apply_duplex(interface& port, const setting_value& value) {
   const uint32 duplex = value.number();
   if (duplex < PM_PORT_DUPLEX_FULL || duplex > PM_PORT_DUPLEX_AUTO) return PM_ERR_VALUE_OUT_OF_RANGE;
   port.admin_duplex = static_cast<uint8>(duplex);
-  if (duplex != PM_PORT_DUPLEX_AUTO) port.oper_duplex = port.admin_duplex;
+  port.oper_duplex = duplex == PM_PORT_DUPLEX_AUTO ? uint8{PM_PORT_DUPLEX_FULL} : port.admin_duplex;
   return 0;
 }
 
@@ -131,22 +160,34 @@ uint32 apply_mtu(interface& port, const setting_value& value) {
   return 0;
 }
 
-uint32 apply_service_state(interface& port, const setting_value& value) {
-  if (value.number() > 1) return PM_ERR_VALUE_OUT_OF_RANGE;
-  port.service_state = value.number();
-  return 0;
-}
-
 // 2 is switched, 3 is routed.
 uint32 apply_switchport(interface& port, const setting_value& value) {
-  if (value.number() != 2 && value.number() != 3) return PM_ERR_VALUE_OUT_OF_RANGE;
+  if (value.number() != IF_LAYER_2 && value.number() != IF_LAYER_3) return PM_ERR_VALUE_OUT_OF_RANGE;
   port.layer = value.number();
+  if (port.admin_mode == 0) port.admin_mode = port.oper_mode = default_port_mode(kind_of(port), port.layer);
   return 0;
 }
 
-uint32 apply_monitor(interface& port, const setting_value& value) {
-  if (value.number() > 3) return PM_ERR_VALUE_OUT_OF_RANGE;
-  port.span_monitor_on = value.number() != 0;
+uint32 apply_receive_buffer(interface& port, const setting_value& value) {
+  constexpr uint32 kSmallest = 256, kLargest = 2112;  // bytes
+  if (value.number() < kSmallest || value.number() > kLargest) return PM_ERR_VALUE_OUT_OF_RANGE;
+  port.receive_buffer_bytes = static_cast<uint16>(value.number());
+  return 0;
+}
+
+// The count, and in the two highest bits for which mode it is.
+uint32 apply_receive_credit(interface& port, const setting_value& value) {
+  constexpr uint32 kModeBits = 0xC0000000, kMost = 255;
+  if ((value.number() & ~kModeBits) > kMost) return PM_ERR_VALUE_OUT_OF_RANGE;
+  port.receive_credit = value.number();
+  return 0;
+}
+
+// A number that is kept as it is when it lies within its bounds.
+template <auto Member, uint32 kLowest, uint32 kHighest>
+uint32 apply_number(interface& port, const setting_value& value) {
+  if (value.number() < kLowest || value.number() > kHighest) return PM_ERR_VALUE_OUT_OF_RANGE;
+  port.*Member = static_cast<std::remove_reference_t<decltype(port.*Member)>>(value.number());
   return 0;
 }
 
@@ -158,33 +199,73 @@ struct setting_rule {
   apply_function apply;
 };
 
-constexpr setting_rule kRules[] = {
-    {PM_CFG_PORT_STATE, 1, is_any, false, apply_state},
-    {PM_CFG_PORT_MODE, 4, has_mode, true, apply_mode},
-    {PM_CFG_SPEED, 4, has_speed, true, apply_speed},
-    {PM_CFG_BEACON, 1, is_port, false, apply_beacon},
-    {PM_CFG_NAME, PM_PORT_NAME_BYTES, is_any, false, apply_name},
-    {PM_CFG_DUPLEX, 1, has_speed, true, apply_duplex},
-    {PM_CFG_MTU, 4, is_ethernet_or_channel, true, apply_mtu},
-    {PM_CFG_SERVICE_STATE, 4, has_service_state, false, apply_service_state},
-    {PM_CFG_SWITCHPORT, 4, is_ethernet_or_channel, true, apply_switchport},
-    {PM_CFG_MONITOR, 4, is_ethernet_or_channel, false, apply_monitor},
-};
+using set = port_settings;
 
-uint32 apply_to(interface& port, const setting_rule& rule, const setting_value& value) {
-  if (!rule.has_it(kind_of(port))) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
-  if (rule.of_channel && port.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
-  return rule.apply(port, value);
+// clang-format off
+constexpr setting_rule kRules[] = {
+    {PM_CFG_PORT_STATE,                1, is_any,                 false, apply_state},
+    {PM_CFG_PORT_MODE,                 4, has_mode,               true,  apply_mode},
+    {PM_CFG_SPEED,                     4, has_speed,              true,  apply_speed},
+    {PM_CFG_TRUNKING_MODE,             1, has_mode,               true,  apply_number<&set::trunking_mode, 1, 3>},
+    {PM_CFG_BEACON,                    1, is_port,                false, apply_beacon},
+    {PM_CFG_NAME, PM_PORT_NAME_BYTES,     is_any,                 false, apply_name},
+    {PM_CFG_RXBUFSIZE,                 2, is_fibre_channel,       true,  apply_receive_buffer},
+    {PM_CFG_DUPLEX,                    1, has_speed,              true,  apply_duplex},
+    {PM_CFG_ENCAP,                     1, has_mode,               true,  apply_number<&set::encapsulation, 1, 3>},
+    {PM_CFG_PROMISCUOUS,               4, has_mode,               false, apply_number<&set::promiscuous_mode, 1, 2>},
+    {PM_CFG_RX_BB_CREDIT,              4, is_fibre_channel,       true,  apply_receive_credit},
+    {PM_CFG_PERFORMANCE_BUFFERS,       4, is_fibre_channel,       true,  apply_number<&set::performance_buffers, 0, UINT32_MAX>},
+    {PM_CFG_MTU,                       4, is_ethernet_or_channel, true,  apply_mtu},
+    {PM_CFG_31,                        4, is_any,                 false, apply_number<&set::attribute_31, 1, 2>},
+    {PM_CFG_36,                        4, has_mode,               false, apply_number<&set::attribute_36, 1, 2>},
+    {PM_CFG_BB_CREDIT_EXTENDED,        4, is_fibre_channel,       true,  apply_number<&set::extended_credit, 0, 4095>},
+    {PM_CFG_BB_CREDIT_MULTIPLIER,      4, is_fibre_channel,       true,  apply_number<&set::credit_multiplier, 0, 255>},
+    {PM_CFG_IGNORE,                    1, is_fibre_channel,       false, apply_number<&set::ignore_bit_errors, 1, 2>},
+    {PM_CFG_44,                        1, has_mode,               false, apply_number<&set::attribute_44, 0, 3>},
+    {PM_CFG_SERVICE_STATE,             4, is_port,                false, apply_number<&set::service_state, 0, 1>},
+    {PM_CFG_BB_SCN,                    1, is_fibre_channel,       true,  apply_number<&set::bb_scn, 1, 2>},
+    {PM_CFG_SWITCHPORT,                4, is_ethernet_or_channel, true,  apply_switchport},
+    {PM_CFG_MONITOR,                   4, is_ethernet_or_channel, false, apply_number<&set::span_monitor, 0, 3>},
+    {PM_CFG_PORT_DOWN_ON_LINK_FAILURE, 4, is_port,                true,  apply_number<&set::down_on_link_failure, 3, 4>},
+    {PM_CFG_84,                        1, is_port,                false, apply_number<&set::attribute_84, 1, 2>},
+    {PM_CFG_85,                        1, is_any,                 false, apply_number<&set::attribute_85, 0, 1>},
+};
+// clang-format on
+
+// A member takes what it can of its channel's setting.
+void hand_to_members(const interface& channel, const setting_rule& rule, const setting_value& value) {
+  for (const if_index_t member : the_machine().members_of(channel.if_index)) {
+    interface& port = *the_machine().find(member);
+    note_change(port);
+    rule.apply(port, value);
+  }
 }
 
-void apply_to_range(const range_request& range, const setting_rule& rule, const setting_value& value,
-                    answer_writer* answer) {
-  const auto [error, ports] = find_range(range);
-  if (error != 0) return answer->append(pm_port_cfg_status_t{range.low, static_cast<uint32>(error)});
-  for (interface& port : ports) answer->append(pm_port_cfg_status_t{port.if_index, apply_to(port, rule, value)});
+uint32 apply_to(interface& port, const setting_rule& rule, const setting_value& value) {
+  if (port.refusal != 0) return port.refusal;
+  if (port.is_locked) return PM_ERR_PORT_LOCKED;
+  if (!rule.has_it(kind_of(port))) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
+  if (rule.of_channel && port.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
+  note_change(port);
+  const uint32 status = rule.apply(port, value);
+  if (status != 0) return status;
+  port.configured.set(rule.type);
+  if (rule.of_channel) hand_to_members(port, rule, value);
+  return 0;
+}
+
+const setting_rule* rule_of(uint8 type) {
+  const auto* const found = std::find_if(std::begin(kRules), std::end(kRules),
+                                         [type](const setting_rule& candidate) { return candidate.type == type; });
+  return found == std::end(kRules) ? nullptr : found;
 }
 
 }  // namespace
+
+bool has_setting_of_its_own(const interface& port, uint8 type) {
+  const setting_rule* const rule = rule_of(type);
+  return rule != nullptr && rule->has_it(kind_of(port)) && !(rule->of_channel && port.channel != 0);
+}
 
 reply configure_ports(octets bytes) {
   setting_request head;
@@ -194,20 +275,12 @@ reply configure_ports(octets bytes) {
   if (bytes.size() < head.cfg_length) return reject();
   const setting_value value{bytes.first(head.cfg_length)};
   const octets ranges = bytes.subspan(head.cfg_length);
-  if (ranges.size() % sizeof(range_request) != 0 || ranges.size() / sizeof(range_request) != head.num_ranges)
-    return reject();
+  if (ranges.size() != head.num_ranges * sizeof(range_request)) return reject();
 
-  const auto rule = std::find_if(std::begin(kRules), std::end(kRules),
-                                 [&head](const setting_rule& candidate) { return candidate.type == head.cfg_type; });
-  if (rule == std::end(kRules)) return answer_error(PM_ERR_UNKNOWN_TLV);
+  const setting_rule* const rule = rule_of(head.cfg_type);
+  if (rule == nullptr) return answer_error(PM_ERR_UNKNOWN_TLV);
   if (rule->length != head.cfg_length) return reject();
-  answer_writer answer(head.num_ranges * sizeof(pm_port_cfg_status_t));
-  for (std::size_t at = 0; at < ranges.size(); at += sizeof(range_request)) {
-    range_request range;
-    std::memcpy(&range, ranges.data() + at, sizeof range);
-    apply_to_range(range, *rule, value, &answer);
-  }
-  return answer.finish();
+  return answer_statuses(ranges, [&](interface& port) { return apply_to(port, *rule, value); });
 }
 
 }  // namespace host

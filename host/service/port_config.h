@@ -3,6 +3,7 @@
 
 #include <span>
 
+#include "switch/model.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -10,5 +11,8 @@ namespace host {
 // Answers a setting_request with a pm_port_cfg_status_t for each port of its ranges; a range without any gives one for
 // its low end. A request that is not what it says is rejected.
 reply configure_ports(std::span<const std::byte> request);
+
+// Whether a port of its kind has the setting (PM_CFG_...), and has it itself: a member's may be its channel's.
+bool has_setting_of_its_own(const interface& port, uint8 type);
 
 }  // namespace host

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/card_config.h"
 #include "platform/syserr.h"
 #include "switch/vsan_access.h"
 
@@ -14,7 +13,6 @@ namespace {
 enum : uint8 { kOn = 1, kOff = 2 };
 // Trunking mode counts the other way round.
 enum : uint8 { kTrunkingOff = 1, kTrunkingOn = 2 };
-enum : uint8 { kEncapsulationNormal = 1 };
 enum : uint8 { kPortReserved = 1, kPortUnreserved = 2 };
 enum : uint32 { kPortTypeExternal = 1 };
 
@@ -50,13 +48,15 @@ void fill_configured(const interface& port, pm_port_info_t& record) {
   record.admin_port_speed = port.admin_speed_mbps;
   record.admin_port_flow_ctrl = port.admin_flow_control;
   record.admin_port_state = port.admin_state;
-  record.admin_trunking_mode = trunking_mode(port.admin_mode);
+  record.admin_trunking_mode = port.trunking_mode != 0 ? port.trunking_mode : trunking_mode(port.admin_mode);
   record.admin_beacon_mode = on_off(port.beacon_on);
-  record.admin_port_encap = kEncapsulationNormal;
+  record.admin_port_encap = port.encapsulation;
   record.admin_port_link_debounce = port.debounce_ms;
   record.admin_rxbufsize = port.mtu_bytes;
   record.snmp_link_up_down_trap_enable = kOn;
-  record.admin_port_promiscuous_mode = kOff;
+  record.admin_port_promiscuous_mode = port.promiscuous_mode;
+  record.admin_rxbbcredit = port.receive_credit;
+  record.admin_rxbuf_performance_buffers = port.performance_buffers;
   record.admin_port_auto_negotiate = on_off(port.admin_speed_mbps == 0);
   record.admin_port_duplex = port.admin_duplex;
   record.admin_port_rate_mode = port.rate_mode;
@@ -65,7 +65,7 @@ void fill_configured(const interface& port, pm_port_info_t& record) {
   record.admin_port_bandwidth = port.bandwidth_kbps;
   record.admin_si_vlan_id = port.encapsulation_vlan;
   record.admin_mdix_mode = static_cast<uint16>(port.mdix_on ? PM_PORT_MDIX_ON : 0);
-  record.span_mode = port.span_monitor_on ? 1 : 0;
+  record.span_mode = port.span_monitor != 0 ? 1 : 0;
   record.bound_ifindex = port.bound_to;
   record.vfc_bind_data.vfc_eth_ifindex = port.bound_to;
   record.admin_port_reserve_state = kPortUnreserved;
@@ -93,24 +93,6 @@ void fill_operational(const interface& port, pm_port_info_t& record) {
   record.port_vsan = port.vsan;
   record.cfg_port_vsan = port.vsan;
   record.oper_port_vsan = port.vsan;
-}
-
-struct speed_bit {
-  uint8 bit;
-  uint32 mbps;
-};
-constexpr speed_bit kSpeeds[] = {
-    {CRDCFG_SPEED_10M, 10}, {CRDCFG_SPEED_100M, 100}, {CRDCFG_SPEED_1G, 1000}, {CRDCFG_SPEED_10G, 10000}};
-
-uint32 slowest_mbps(uint8 speeds) {
-  const auto found = std::find_if(std::begin(kSpeeds), std::end(kSpeeds), [=](speed_bit s) { return s.bit & speeds; });
-  return found == std::end(kSpeeds) ? 0 : found->mbps;
-}
-
-uint32 fastest_mbps(uint8 speeds) {
-  const auto found =
-      std::find_if(std::rbegin(kSpeeds), std::rend(kSpeeds), [=](speed_bit s) { return s.bit & speeds; });
-  return found == std::rend(kSpeeds) ? 0 : found->mbps;
 }
 
 // Copies the image up to the trailer, which is the port manager's own.

@@ -4,6 +4,7 @@
 #include "service/interface_manager_messages.h"
 #include "service/ip_messages.h"
 #include "service/port_channel_messages.h"
+#include "service/spanning_tree_messages.h"
 #include "service/statistics_messages.h"
 #include "service/vsan_messages.h"
 
@@ -17,6 +18,7 @@ constexpr service kServices[] = {
     {SAP_IP, "ip", serve_ip},
     {SAP_CARD_CONFIG, "card-config", serve_card_config},
     {SAP_PORT_CHANNEL, "port-channel", serve_port_channel},
+    {SAP_SPANNING_TREE, "spanning-tree", serve_spanning_tree},
     {SAP_VSAN_MANAGER, "vsan-manager", serve_vsan_manager},
 };
 

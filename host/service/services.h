@@ -14,6 +14,7 @@ reply serve_statistics(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_ip(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_card_config(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_port_channel(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_spanning_tree(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_vsan_manager(mts_opc_t opcode, std::span<const std::byte> request);
 
 // All of them, to be registered with the transport.

@@ -14,6 +14,7 @@
 
 #include "platform/if_index.h"
 #include "platform/types.h"
+#include "switch/port_settings.h"
 
 namespace host {
 
@@ -44,6 +45,7 @@ struct port_capabilities {
   bool debounce = true;
   bool mdix = false;
   bool transceiver = false;
+  bool e_mode_on_first_only = false;  // mode E only on the first of each four Fibre-Channel ports
   uint8 rx_qos_priorities = 0, rx_qos_queues = 0, rx_qos_thresholds = 0;
   uint8 tx_qos_priorities = 0, tx_qos_queues = 0, tx_qos_thresholds = 0;
 };
@@ -143,56 +145,41 @@ struct statistics {
 struct traffic_source;
 
 // Any kind of interface. What a kind does not have keeps its default.
-struct interface {
+struct interface : port_settings {
   if_index_t if_index = 0;
-  std::string description;
 
   // Configured and operational attributes in the port manager's numbers (platform/port_manager.h).
-  uint32 admin_mode = 0;
-  uint32 oper_mode = 0;
-  uint32 admin_speed_mbps = 0;  // 0 is auto
-  uint32 oper_speed_mbps = 0;
-  uint8 admin_duplex = 3;
-  uint8 oper_duplex = 3;
   uint16 admin_flow_control = 0;
   uint16 oper_flow_control = 0;
-  uint8 admin_state = 1;
-  uint8 oper_state = 2;
-  uint8 state_reason = 1;
-  struct link {
-    uint8 state;
-    uint8 reason;
-  };
-  std::optional<link> link_before_shutdown;  // what the port returns to
-  uint16 mtu_bytes = 1500;
   uint32 bandwidth_kbps = 0;
   uint32 delay_usec = 10;
   uint16 debounce_ms = 0;
   uint8 rate_mode = 1;
   bool mdix_on = true;
-  bool beacon_on = false;
-  bool span_monitor_on = false;
   uint32 resets = 0;
   uint32 link_change_sec = 0;  // seconds since 1970; 0 is never
+  struct link_change {
+    uint32 at_sec;
+    uint8 state;
+  };
+  std::vector<link_change> link_changes;  // since the switch started, in their order
+  bool is_locked = false;                 // the port takes no settings
+  uint32 refusal = 0;                     // the status with which it refuses every setting; 0: it does not
   uint32 vsan = 1;
   std::vector<uint16> trunk_vsans;  // what a trunking port carries, ascending
-  uint32 service_state = 0;
-  uint8 fc_layer = 0;       // phy_port_layer: 1 for a channel that carries no Ethernet
-  uint32 record_error = 0;  // status of the port's record; 0 is good
+  uint8 fc_layer = 0;               // phy_port_layer: 1 for a channel that carries no Ethernet
+  uint32 record_error = 0;          // status of the port's record; 0 is good
 
   mac_address burned_in_mac{};
   mac_address router_mac{};
 
   // Layer and VLANs.
-  uint32 layer = 2;
   uint16 access_vlan = 1;
   uint16 native_vlan = 1;
   uint16 encapsulation_vlan = 0;  // of a sub-interface; 0 is none
-  std::vector<uint16> allowed_vlans;
   std::vector<ip_address> addresses;
 
   // Other interfaces; 0 is none.
-  if_index_t channel = 0;  // the port-channel it belongs to
   if_index_t bound_to = 0;
   uint32 satellite_unit = 0;  // of a satellite's port, or the unit that a fabric port leads to; 0 is none
   std::vector<if_index_t> tracked;

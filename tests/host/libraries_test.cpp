@@ -2,7 +2,12 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <initializer_list>
+#include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "client/resident_libraries.h"
 #include "host/small_machine.h"
@@ -10,6 +15,8 @@
 #include "platform/clear_counters.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
+#include "platform/paraminfo.h"
+#include "platform/port_config.h"
 #include "platform/syserr.h"
 #include "platform/vlan_manager.h"
 #include "service/services.h"
@@ -113,6 +120,72 @@ TEST_F(ClientLibraries, MissingLibraryStaysMissing) {
   keep_libraries_resident("/nowhere");
 
   EXPECT_EQ(dlopen("libpvlan.so", RTLD_LAZY), nullptr);
+}
+
+struct free_block {
+  void operator()(void* block) const { std::free(block); }
+};
+
+// A command about some interfaces, as the shell hands it to a step of a macro.
+struct step_command {
+  explicit step_command(std::initializer_list<if_index_t> interfaces) {
+    for (const if_index_t it : interfaces) ranges.range[ranges.range_count++] = {it, it};
+    range.token_id = TOKEN_CONF_INTERFACES;
+    range.arg = &ranges;
+    block.parameter_count = 1;
+    block.arg_list[0] = &range;
+    block.q = transport_open_queue();
+  }
+  ~step_command() { transport_close_queue(block.q); }
+  step_command(const step_command&) = delete;
+  step_command& operator=(const step_command&) = delete;
+
+  intf_range_t ranges{};
+  param_arg_t range{};
+  paraminfo_t block{};
+};
+
+using macro_step = int32 (*)(paraminfo_t*, pm_port_cfg_status_t**, uint32*);
+using Statuses = std::vector<std::pair<if_index_t, uint32>>;
+
+Statuses run_step(macro_step step, step_command& command, int32 expected_result = 0) {
+  pm_port_cfg_status_t* block = nullptr;
+  uint32 count = 99;
+  EXPECT_EQ(step(&command.block, &block, &count), expected_result);
+  const std::unique_ptr<pm_port_cfg_status_t, free_block> owned(block);
+  Statuses statuses;
+  for (uint32 i = 0; i < count; ++i) statuses.emplace_back(block[i].if_index, block[i].status);
+  return statuses;
+}
+
+TEST_F(ClientLibraries, PortsLeaveTheirChannels) {
+  const auto step = find<macro_step>("libethpcmcli.so", "pcm_switchport_host_func");
+  ASSERT_NE(step, nullptr);
+  step_command command{names_.first_port, names_.nobody};
+  EXPECT_EQ(run_step(step, command),
+            (Statuses{{names_.first_port, 0}, {names_.nobody, uint32{PM_ERR_NO_SUCH_INTERFACE}}}));
+  EXPECT_EQ(the_machine().find(names_.first_port)->channel, 0U);
+  EXPECT_EQ(the_machine().members_of(names_.channel), std::vector{names_.second_port});
+}
+
+TEST_F(ClientLibraries, SwitchedPortsBecomeEdges) {
+  const auto step = find<macro_step>("libstp.so", "stp_switchport_host_func");
+  ASSERT_NE(step, nullptr);
+  the_machine().find(names_.third_port)->layer = 2;
+  the_machine().find(names_.routed_port)->layer = 3;
+  step_command command{names_.third_port, names_.routed_port};
+  EXPECT_EQ(run_step(step, command),
+            (Statuses{{names_.third_port, 0}, {names_.routed_port, uint32{PM_ERR_NOT_ALLOWED_ON_INTERFACE}}}));
+  EXPECT_TRUE(the_machine().find(names_.third_port)->is_edge);
+  EXPECT_FALSE(the_machine().find(names_.routed_port)->is_edge);
+}
+
+TEST_F(ClientLibraries, AStepWithoutARangeFails) {
+  const auto step = find<macro_step>("libstp.so", "stp_switchport_host_func");
+  ASSERT_NE(step, nullptr);
+  step_command command{};
+  command.range.token_id = 0;
+  EXPECT_TRUE(run_step(step, command, PM_ERR_INVALID_RANGE).empty());
 }
 
 }  // namespace

@@ -13,7 +13,9 @@
 #include "platform/card_config.h"
 #include "platform/syserr.h"
 #include "service/port_manager_messages.h"
+#include "switch/change_journal.h"
 #include "switch/if_index_layout.h"
+#include "switch/interface_name.h"
 
 namespace host {
 namespace {
@@ -89,7 +91,7 @@ TEST_F(PortConfig, SettingsReachTheModel) {
   EXPECT_EQ(changed.admin_duplex, PM_PORT_DUPLEX_HALF);
   EXPECT_TRUE(changed.beacon_on);
   EXPECT_EQ(changed.mtu_bytes, 9000);
-  EXPECT_TRUE(changed.span_monitor_on);
+  EXPECT_EQ(changed.span_monitor, 1U);
   EXPECT_EQ(changed.service_state, 1U);
   EXPECT_EQ(changed.layer, 3U);
 }
@@ -116,6 +118,112 @@ TEST_F(PortConfig, EveryPortOfEveryRangeIsAnsweredInOrder) {
   EXPECT_EQ(got.error, 0);
   EXPECT_EQ(got.ports,
             (Ports{{names_.first_port, 0}, {names_.second_port, 0}, {names_.third_port, 0}, {names_.routed_port, 0}}));
+}
+
+TEST_F(PortConfig, MembersFollowTheirChannel) {
+  EXPECT_EQ(set_one(names_.channel, PM_CFG_MTU, {0, 0, 0x23, 0x28}), 0U);
+  EXPECT_EQ(port(names_.first_port).mtu_bytes, 9000);
+  EXPECT_EQ(port(names_.second_port).mtu_bytes, 9000);
+  EXPECT_EQ(set_one(names_.channel, PM_CFG_PORT_STATE, {2}), 0U);
+  EXPECT_EQ(port(names_.first_port).admin_state, PM_PORT_STATE_UP) << "a member has its own state";
+}
+
+TEST_F(PortConfig, LockedPortsTakeNothing) {
+  the_machine().find(names_.third_port)->is_locked = true;
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_BEACON, {1}), uint32{PM_ERR_PORT_LOCKED});
+  EXPECT_FALSE(port(names_.third_port).beacon_on);
+}
+
+TEST_F(PortConfig, APortRefusesWithTheStatusOfItsFile) {
+  the_machine().find(names_.third_port)->refusal = 0x402900F4;
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_BEACON, {1}), 0x402900F4U);
+  EXPECT_FALSE(port(names_.third_port).beacon_on);
+}
+
+TEST_F(PortConfig, ModeEIsForTheFirstPortOfAGroupWhereTheCardSaysSo) {
+  interface fibre;
+  for (const uint32 number : {4U, 5U}) {
+    fibre.if_index = index_of(IF_TYPE_FC, {.slot = 3, .port = number + 1});
+    fibre.capabilities.e_mode_on_first_only = true;
+    the_machine().add(fibre);
+  }
+  const if_index_t first = index_of(IF_TYPE_FC, {.slot = 3, .port = 5});
+  EXPECT_EQ(set_one(first, PM_CFG_PORT_MODE, {0, 0, 0, 4}), 0U);
+  EXPECT_EQ(set_one(fibre.if_index, PM_CFG_PORT_MODE, {0, 0, 0, 4}), uint32{PM_ERR_MODE_E_OUTSIDE_FIRST_PORT});
+  EXPECT_EQ(port(fibre.if_index).admin_mode, 0U);
+  the_machine().find(fibre.if_index)->capabilities.e_mode_on_first_only = false;
+  EXPECT_EQ(set_one(fibre.if_index, PM_CFG_PORT_MODE, {0, 0, 0, 4}), 0U);
+}
+
+struct kept_setting {
+  uint8 type;
+  Octets lowest, highest, below, above;  // empty: there is none
+};
+
+TEST_F(PortConfig, KeptNumbersHaveBounds) {
+  interface fibre;
+  fibre.if_index = index_of(IF_TYPE_FC, {.slot = 3, .port = 5});
+  the_machine().add(fibre);
+  const kept_setting kSettings[] = {
+      {PM_CFG_TRUNKING_MODE, {1}, {3}, {0}, {4}},
+      {PM_CFG_RXBUFSIZE, {1, 0}, {8, 0x40}, {0, 0xFF}, {8, 0x41}},
+      {PM_CFG_ENCAP, {1}, {3}, {0}, {4}},
+      {PM_CFG_PROMISCUOUS, {0, 0, 0, 1}, {0, 0, 0, 2}, {0, 0, 0, 0}, {0, 0, 0, 3}},
+      {PM_CFG_RX_BB_CREDIT, {0, 0, 0, 0}, {0xC0, 0, 0, 255}, {}, {0x80, 0, 1, 0}},
+      {PM_CFG_PERFORMANCE_BUFFERS, {0, 0, 0, 0}, {0xFF, 0xFF, 0xFF, 0xFF}, {}, {}},
+      {PM_CFG_BB_CREDIT_EXTENDED, {0, 0, 0, 0}, {0, 0, 0x0F, 0xFF}, {}, {0, 0, 0x10, 0}},
+      {PM_CFG_BB_CREDIT_MULTIPLIER, {0, 0, 0, 0}, {0, 0, 0, 255}, {}, {0, 0, 1, 0}},
+      {PM_CFG_IGNORE, {1}, {2}, {0}, {3}},
+      {PM_CFG_BB_SCN, {1}, {2}, {0}, {3}},
+      {PM_CFG_31, {0, 0, 0, 1}, {0, 0, 0, 2}, {0, 0, 0, 0}, {0, 0, 0, 3}},
+      {PM_CFG_36, {0, 0, 0, 1}, {0, 0, 0, 2}, {0, 0, 0, 0}, {0, 0, 0, 3}},
+      {PM_CFG_44, {0}, {3}, {}, {4}},
+      {PM_CFG_PORT_DOWN_ON_LINK_FAILURE, {0, 0, 0, 3}, {0, 0, 0, 4}, {0, 0, 0, 2}, {0, 0, 0, 5}},
+      {PM_CFG_84, {1}, {2}, {0}, {3}},
+      {PM_CFG_85, {0}, {1}, {}, {2}},
+  };
+  for (const kept_setting& it : kSettings) {
+    const port_settings before = port(fibre.if_index);
+    for (const Octets& outside : {it.below, it.above}) {
+      if (outside.empty()) continue;
+      EXPECT_EQ(set_one(fibre.if_index, it.type, outside), uint32{PM_ERR_VALUE_OUT_OF_RANGE}) << int{it.type};
+    }
+    EXPECT_EQ(static_cast<const port_settings&>(port(fibre.if_index)), before) << int{it.type};
+    EXPECT_EQ(set_one(fibre.if_index, it.type, it.lowest), 0U) << int{it.type};
+    const port_settings lowest = port(fibre.if_index);
+    EXPECT_EQ(set_one(fibre.if_index, it.type, it.highest), 0U) << int{it.type};
+    EXPECT_NE(static_cast<const port_settings&>(port(fibre.if_index)), lowest) << int{it.type};
+  }
+  EXPECT_EQ(port(fibre.if_index).receive_credit, 0xC00000FFU);
+  EXPECT_EQ(port(fibre.if_index).receive_buffer_bytes, 2112);
+  EXPECT_EQ(port(fibre.if_index).down_on_link_failure, 4U);
+}
+
+TEST_F(PortConfig, TheLastCommandIsTakenBackAsAWhole) {
+  const stopped_clock at(1'800'000'000);
+  const port_settings third = port(names_.third_port);
+  const port_settings routed = port(names_.routed_port);
+  begin_changes();
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 5, 221}), 0U);
+  begin_changes();
+  const port_settings with_mtu = port(names_.third_port);
+  EXPECT_NE(with_mtu, third);
+  set({{names_.third_port, names_.third_port}, {names_.routed_port, names_.routed_port}}, PM_CFG_PORT_STATE, {2});
+  set({{names_.routed_port, names_.routed_port}}, PM_CFG_PORT_STATE, {2});
+  set({{names_.mgmt, names_.mgmt}}, PM_CFG_BEACON, {1});  // refused
+  EXPECT_EQ(take_changes_back(the_machine()), (std::vector<if_index_t>{names_.third_port, names_.routed_port}));
+  EXPECT_EQ(static_cast<const port_settings&>(port(names_.third_port)), with_mtu);
+  EXPECT_EQ(static_cast<const port_settings&>(port(names_.routed_port)), routed);
+  EXPECT_TRUE(take_changes_back(the_machine()).empty());
+}
+
+TEST_F(PortConfig, ACommandThatChangesNothingForgetsNothing) {
+  begin_changes();
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_BEACON, {1}), 0U);
+  begin_changes();
+  EXPECT_EQ(set_one(names_.mgmt, PM_CFG_BEACON, {1}), uint32{PM_ERR_NOT_ALLOWED_ON_INTERFACE});
+  EXPECT_EQ(take_changes_back(the_machine()), (std::vector<if_index_t>{names_.third_port}));
+  EXPECT_FALSE(port(names_.third_port).beacon_on);
 }
 
 TEST_F(PortConfig, NoRangesGiveNoResults) {

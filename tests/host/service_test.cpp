@@ -131,8 +131,9 @@ TEST_F(Services, HaveNamesAndAccessPointsOfTheirOwn) {
     service_names.push_back(it.name);
     saps.push_back(it.sap);
   }
-  EXPECT_EQ(service_names, (std::vector<std::string_view>{"port-manager", "interface-manager", "statistics", "ip",
-                                                          "card-config", "port-channel", "vsan-manager"}));
+  EXPECT_EQ(service_names,
+            (std::vector<std::string_view>{"port-manager", "interface-manager", "statistics", "ip", "card-config",
+                                           "port-channel", "spanning-tree", "vsan-manager"}));
   EXPECT_EQ(saps.front(), 179u);
   std::sort(saps.begin(), saps.end());
   EXPECT_EQ(std::adjacent_find(saps.begin(), saps.end()), saps.end());

@@ -75,7 +75,7 @@ interface trunk_port(const small_machine& names) {
   port.debounce_ms = 300;
   port.rate_mode = 2;
   port.beacon_on = true;
-  port.span_monitor_on = true;
+  port.span_monitor = 1;
   port.resets = 11;
   port.link_change_sec = 1'600'000'000;
   port.vsan = 17;

@@ -160,7 +160,7 @@ TEST(SwitchFile, EveryInterfaceOfARangeHasTheAttributes) {
   EXPECT_EQ(ninth->rate_mode, 2);
   EXPECT_FALSE(ninth->mdix_on);
   EXPECT_TRUE(ninth->beacon_on);
-  EXPECT_TRUE(ninth->span_monitor_on);
+  EXPECT_TRUE(ninth->span_monitor);
   EXPECT_EQ(ninth->resets, 5U);
   EXPECT_EQ(ninth->vsan, 3U);
   EXPECT_EQ(ninth->service_state, 1U);

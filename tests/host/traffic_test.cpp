@@ -11,6 +11,7 @@
 #include "platform/port_manager.h"
 #include "source/chassis/switch_file.h"
 #include "switch/if_index_layout.h"
+#include "switch/link.h"
 #include "switch/live_statistics.h"
 
 namespace host {
@@ -282,6 +283,21 @@ TEST_F(Traffic, ALinkThatComesUpStartsTheCounters) {
   port().oper_state = PM_PORT_STATE_UP;
   port().link_change_sec = kStart + 20;
   EXPECT_EQ(after(3).in.packets(), 30u);
+}
+
+TEST_F(Traffic, FollowsEveryChangeOfTheLink) {
+  install_port("traffic: {in: {pps: 10, packet-bytes: 100}}");
+  EXPECT_EQ(after(10).in.packets(), 100u);
+  set_link(port(), PM_PORT_STATE_DOWN, PM_REASON_ADMIN_DOWN);
+  EXPECT_EQ(after(20).in.packets(), 100u);
+  EXPECT_EQ(port().stats.in_packets_per_second, 3u) << "10 of the last 30 seconds: 3.3";
+  set_link(port(), PM_PORT_STATE_UP, PM_REASON_NONE);
+  EXPECT_EQ(after(5).in.packets(), 150u);
+  set_link(port(), PM_PORT_STATE_UP, PM_REASON_NONE);
+  set_link(port(), PM_PORT_STATE_DOWN, PM_REASON_ADMIN_DOWN);
+  EXPECT_EQ(after(7).in.packets(), 150u);
+  set_link(port(), PM_PORT_STATE_UP, PM_REASON_NONE);
+  EXPECT_EQ(after(1).in.bytes, 16'000u);
 }
 
 TEST_F(Traffic, ProfilesAreWrittenOnce) {

@@ -30,12 +30,6 @@ bool is_always_layer_2(if_index_t if_index) {
   return is_kind(if_index, {IF_TYPE_ETHERNET, IF_TYPE_SATELLITE, IF_TYPE_VETHERNET});
 }
 
-constexpr uint32 kModeAuto = 0x1;
-
-bool is_fibre_channel(if_index_t if_index) {
-  return is_kind(if_index, {IF_TYPE_FC, IF_TYPE_FCIP, IF_TYPE_SERVER, IF_TYPE_INBAND});
-}
-
 // Whether an interface stands in a slot that holds a card.
 bool needs_card(if_index_t if_index) {
   const index_fields fields = take_apart(if_index);
@@ -153,8 +147,7 @@ class builder {
     port.layer = entry.layer.value_or(is_routed ? IF_LAYER_3 : IF_LAYER_2);
     if (is_always_layer_2(port.if_index) && !is_sub_interface && port.layer != IF_LAYER_2)
       fail(entry.line, name_of(port.if_index) + " is of a kind that is never routed");
-    if (port.admin_mode == 0 && port.layer == IF_LAYER_2)
-      port.admin_mode = is_fibre_channel(port.if_index) ? kModeAuto : uint32{PM_PORT_MODE_ACCESS};
+    if (port.admin_mode == 0) port.admin_mode = default_port_mode(take_apart(port.if_index).type, port.layer);
     if (entry.allowed_vlans)
       port.allowed_vlans = *entry.allowed_vlans;
     else if (port.admin_mode == PM_PORT_MODE_TRUNK)
@@ -183,20 +176,13 @@ class builder {
   void set_operation(const interface_draft& entry, interface& port) const {
     const bool is_up = port.oper_state == PM_PORT_STATE_UP;
     const bool is_auto_duplex = port.admin_duplex == PM_PORT_DUPLEX_AUTO;
-    const uint32 speed = is_up && port.admin_speed_mbps == 0 ? fastest_mbps(port) : port.admin_speed_mbps;
+    const uint32 speed =
+        is_up && port.admin_speed_mbps == 0 ? fastest_mbps(port.capabilities.speeds) : port.admin_speed_mbps;
     const uint8 duplex = is_up && is_auto_duplex ? uint8{PM_PORT_DUPLEX_FULL} : port.admin_duplex;
     port.oper_mode = entry.oper_mode.value_or(port.admin_mode);
     port.oper_speed_mbps = entry.oper_speed_mbps.value_or(speed);
     port.oper_duplex = static_cast<uint8>(entry.oper_duplex.value_or(duplex));
     port.oper_flow_control = is_up ? port.admin_flow_control : uint16{0};
-  }
-
-  static uint32 fastest_mbps(const interface& port) {
-    constexpr std::pair<uint8, uint32> kSpeeds[] = {
-        {CRDCFG_SPEED_10G, 10000}, {CRDCFG_SPEED_1G, 1000}, {CRDCFG_SPEED_100M, 100}, {CRDCFG_SPEED_10M, 10}};
-    for (const auto& [bit, mbps] : kSpeeds)
-      if ((port.capabilities.speeds & bit) != 0) return mbps;
-    return 0;
   }
 
   void set_addresses(interface& port) const {
@@ -313,7 +299,7 @@ class builder {
       for (const if_index_t member : result().members_of(port.if_index))
         port.oper_speed_mbps = std::max(port.oper_speed_mbps, result().find(member)->oper_speed_mbps);
     if (port.bandwidth_kbps != 0) return;
-    uint32 mbps = port.oper_speed_mbps != 0 ? port.oper_speed_mbps : fastest_mbps(port);
+    uint32 mbps = port.oper_speed_mbps != 0 ? port.oper_speed_mbps : fastest_mbps(port.capabilities.speeds);
     if (is_whole_channel) mbps = members_mbps(port.if_index);
     port.bandwidth_kbps = mbps * 1000;
   }

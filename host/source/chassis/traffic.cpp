@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <vector>
 
 #include "platform/port_manager.h"
 #include "switch/if_index_layout.h"
@@ -193,27 +194,46 @@ class line_in_use {
  public:
   line_in_use(const interface& port, uint32 now_sec) {
     const traffic_source& source = *port.traffic;
-    const bool is_up = port.oper_state == PM_PORT_STATE_UP;
-    if (!is_up && !source.is_up) return;
     in_ = course_of(source.plan->in, source.line_kbps);
     out_ = course_of(source.plan->out, source.line_kbps);
-    if (is_up == source.is_up) return;
-    (is_up ? flows_from_ : flows_until_) = std::clamp(port.link_change_sec, source.started_sec, now_sec);
+    bool is_up = source.is_up;
+    uint32 from = 0;
+    const auto change_to = [&](bool up, uint32 at_sec) {
+      if (is_up && !up) flowing_.push_back({from, at_sec});
+      if (is_up != up) from = at_sec;
+      is_up = up;
+    };
+    for (const interface::link_change& change : port.link_changes)
+      change_to(change.state == PM_PORT_STATE_UP, change.at_sec);
+    change_to(port.oper_state == PM_PORT_STATE_UP, std::clamp(port.link_change_sec, source.started_sec, now_sec));
+    if (is_up) flowing_.push_back({from, UINT32_MAX});
   }
 
   both_ways between(uint32 from_sec, uint32 to_sec) const {
-    const uint32 from = while_flowing(from_sec);
-    const uint32 to = while_flowing(to_sec);
-    return {{in_.at(from), in_.at(to)}, {out_.at(from), out_.at(to)}};
+    return {{at(in_, from_sec), at(in_, to_sec)}, {at(out_, from_sec), at(out_, to_sec)}};
   }
 
  private:
-  uint32 while_flowing(uint32 moment_sec) const { return std::clamp(moment_sec, flows_from_, flows_until_); }
+  // Seconds in which there was a link, the end not included.
+  struct stretch {
+    uint32 from_sec;
+    uint32 until_sec;
+  };
+
+  position at(const course& along, uint32 moment_sec) const {
+    position passed = flowing_.empty() ? position{} : along.at(flowing_.front().from_sec);
+    for (const stretch& it : flowing_) {
+      const position begin = along.at(it.from_sec);
+      const position end = along.at(std::clamp(moment_sec, it.from_sec, it.until_sec));
+      passed.bytes += end.bytes - begin.bytes;
+      passed.packets += end.packets - begin.packets;
+    }
+    return passed;
+  }
 
   course in_;
   course out_;
-  uint32 flows_from_ = 0;
-  uint32 flows_until_ = UINT32_MAX;
+  std::vector<stretch> flowing_;
 };
 
 void take_averages(const both_ways& passed, uint32 seconds, statistics& stats) {

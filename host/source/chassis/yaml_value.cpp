@@ -22,9 +22,9 @@ const char* type_of(const YAML::Node& node) {
 
 std::string quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
 
-std::optional<uint64> to_number(std::string_view digits) {
+std::optional<uint64> to_number(std::string_view digits, int base = 10) {
   uint64 value = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
   if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
   return value;
 }
@@ -71,7 +71,9 @@ std::string yaml_value::text_of_at_most(std::size_t max_length) const {
 }
 
 uint64 yaml_value::number(uint64 low, uint64 high) const {
-  const std::optional<uint64> value = to_number(text());
+  const std::string_view written = text();
+  const bool is_hexadecimal = written.starts_with("0x");
+  const std::optional<uint64> value = is_hexadecimal ? to_number(written.substr(2), 16) : to_number(written);
   if (!value) fail_with_value("is not a whole number");
   if (*value < low || *value > high)
     fail_with_value("is not from " + std::to_string(low) + " to " + std::to_string(high));

@@ -1,0 +1,16 @@
+#include "switch/link.h"
+
+#include "switch/clock.h"
+
+namespace host {
+
+void set_link(interface& port, uint8 state, uint8 reason) {
+  if (port.oper_state != state) {
+    port.link_change_sec = static_cast<uint32>(clock_now());
+    port.link_changes.push_back({port.link_change_sec, state});
+  }
+  port.oper_state = state;
+  port.state_reason = reason;
+}
+
+}  // namespace host

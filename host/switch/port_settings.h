@@ -1,0 +1,72 @@
+// What a port is set to, and the operation that follows from it at once. Plain data, so that it can be kept and put
+// back as a whole.
+#pragma once
+
+#include <bitset>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/if_index.h"
+#include "platform/types.h"
+
+namespace host {
+
+// Numbers are the port manager's (platform/port_manager.h, platform/port_config.h).
+struct port_settings {
+  std::string description;
+  uint32 admin_mode = 0;
+  uint32 oper_mode = 0;
+  uint32 admin_speed_mbps = 0;  // 0 is auto
+  uint32 oper_speed_mbps = 0;
+  uint8 admin_duplex = 3;
+  uint8 oper_duplex = 3;
+  uint8 admin_state = 1;
+  uint8 oper_state = 2;
+  uint8 state_reason = 1;
+  struct link {
+    uint8 state;
+    uint8 reason;
+    bool operator==(const link&) const = default;
+  };
+  std::optional<link> link_before_shutdown;  // what the port returns to
+  uint16 mtu_bytes = 1500;
+  bool beacon_on = false;
+  uint32 span_monitor = 0;  // 0 is off
+  uint32 service_state = 0;
+  uint32 layer = 2;
+  if_index_t channel = 0;  // the port-channel it belongs to; 0 is none
+  std::vector<uint16> allowed_vlans;
+  bool is_edge = false;  // spanning tree takes the port for one to a host
+
+  // Kept and reported; nothing of the switch depends on them.
+  uint8 trunking_mode = 0;  // 0: as the port mode says
+  uint8 encapsulation = 1;
+  uint16 receive_buffer_bytes = 2112;
+  uint32 promiscuous_mode = 2;
+  uint32 receive_credit = 0;
+  uint32 performance_buffers = 0xFFFFFFFF;  // the card's own number
+  uint32 extended_credit = 0;
+  uint32 credit_multiplier = 0;
+  uint8 ignore_bit_errors = 2;
+  uint8 bb_scn = 2;
+  uint32 down_on_link_failure = 4;
+  uint32 attribute_31 = 2;
+  uint32 attribute_36 = 2;
+  uint8 attribute_44 = 3;
+  uint8 attribute_84 = 2;
+  uint8 attribute_85 = 0;
+
+  std::bitset<128> configured;  // types of setting that a command gave a value, also the default
+
+  bool operator==(const port_settings&) const = default;
+};
+
+// The mode that a port of a kind and layer has when none is set.
+uint32 default_port_mode(if_index_type_t kind, uint32 layer);
+
+// The fastest and the slowest of CRDCFG_SPEED_* bits, in Mbit/s; 0 without any.
+uint32 fastest_mbps(uint8 speeds);
+uint32 slowest_mbps(uint8 speeds);
+
+}  // namespace host
