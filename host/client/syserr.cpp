@@ -23,6 +23,7 @@ constexpr error_text kTexts[] = {
     {PM_ERR_SPEED_NOT_SUPPORTED, "speed not supported by the port"},
     {PM_ERR_VALUE_OUT_OF_RANGE, "value out of range"},
     {PM_ERR_PORT_LOCKED, "port is locked"},
+    {static_cast<syserr_t>(PM_ERR_TEXT_ONLY), "operation not possible at the moment"},
     {PM_ERR_NO_TRANSCEIVER, "no transceiver present"},
     {static_cast<syserr_t>(PM_ERR_MODE_E_OUTSIDE_FIRST_PORT), "mode E allowed only on the first port of the group"},
     {PM_ERR_NO_SUCH_INTERFACE, "no such interface"},

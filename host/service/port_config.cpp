@@ -117,7 +117,8 @@ bool supports(const interface& port, uint32 mbps) {
   const std::span<const speed> known = kind_of(port) == IF_TYPE_FC ? std::span<const speed>(kFibreChannelSpeeds)
                                                                    : std::span<const speed>(kEthernetSpeeds);
   const auto found = std::find_if(known.begin(), known.end(), [=](const speed& s) { return s.mbps == mbps; });
-  return found != known.end() && (found->capability == 0 || (port.capabilities.speeds & found->capability) != 0);
+  const uint8 own = port.capabilities.speeds;  // 0: nothing is known of it
+  return found != known.end() && (found->capability == 0 || own == 0 || (own & found->capability) != 0);
 }
 
 uint32 apply_speed(interface& port, const setting_value& value) {

@@ -29,17 +29,37 @@ void row(std::string& page, std::string_view left, std::string_view right) {
   page.append("</code> | ").append(right).append(" |\n");
 }
 
+// A section of the page: the commands whose first mode it is.
+struct command_section {
+  std::string_view title;
+  bool (*has)(uint8 modes);
+  std::string_view remark;
+};
+
+constexpr command_section kSections[] = {
+    {"Commands", [](uint8 modes) { return (modes & kExecMode) != 0; },
+     "The last column names the definition in [schema.json](schema.json) that the output of `| json` follows.\n"
+     "Without a RANGE a command shows all interfaces that have its display and that the user may see.\n"},
+    {"In the configuration", [](uint8 modes) { return (modes & (kExecMode | kConfigureMode)) == kConfigureMode; },
+     "The commands above can be typed here, too, except `configure`.\n"},
+    {"Settings of the chosen interfaces", [](uint8 modes) { return modes == kInterfaceMode; },
+     "They follow `interface RANGE` and are for all of it. What refuses is reported by error, with `| json` as a "
+     "record "
+     "for\neach port.\n"},
+};
+
 void add_commands(std::string& page) {
-  heading(page, "Commands");
-  page += "| Command | What it shows or does | JSON |\n|---|---|---|\n";
-  for (const command& entry : all_commands()) {
-    page.append("| `").append(entry.syntax.text).append("` | ").append(entry.help).append(" | ");
-    if (!entry.shown.name.empty()) page.append("`").append(entry.shown.name).append("`");
-    page += " |\n";
+  for (const command_section& section : kSections) {
+    heading(page, section.title);
+    page += "| Command | What it shows or does | JSON |\n|---|---|---|\n";
+    for (const command& entry : all_commands()) {
+      if (!section.has(entry.modes)) continue;
+      page.append("| `").append(entry.syntax.text).append("` | ").append(entry.help).append(" | ");
+      if (!entry.shown.name.empty()) page.append("`").append(entry.shown.name).append("`");
+      page += " |\n";
+    }
+    page.append("\n").append(section.remark);
   }
-  page +=
-      "\nThe last column names the definition in [schema.json](schema.json) that the output of `| json` follows.\n"
-      "Without a RANGE a command shows all interfaces that have its display and that the user may see.\n";
 }
 
 void add_arguments(std::string& page) {
@@ -48,6 +68,8 @@ void add_arguments(std::string& page) {
   row(page, "RANGE",
       "Interfaces: `ethernet 1/1-4, 1/7` or `port-channel 1-3`; a number without a word belongs to the "
       "word in front of it");
+  row(page, "FILE", "Name of a file");
+  row(page, "TEXT", "The rest of the line; in quotes when it contains `|`");
   for (const number_argument& number : kNumberArguments)
     row(page, number.name,
         std::string(number.help) + ", " + std::to_string(number.lowest) + " to " + std::to_string(number.highest));

@@ -59,9 +59,14 @@ int show_transport(const invocation&) {
 int help(const invocation& run) {
   constexpr std::size_t kWidth = 28;
   std::size_t syntax_width = kWidth;
-  for (const command& entry : all_commands()) syntax_width = std::max(syntax_width, entry.syntax.text.size() + 2);
-  for (const command& entry : all_commands())
-    run.output.text("  " + padded(entry.syntax.text, syntax_width) + std::string(entry.help) + "\n");
+  const auto is_here = [&run](const command& entry) { return (entry.modes & run.session.mode) != 0; };
+  for (const command& entry : all_commands()) {
+    if (is_here(entry)) syntax_width = std::max(syntax_width, entry.syntax.text.size() + 2);
+  }
+  for (const command& entry : all_commands()) {
+    if (is_here(entry))
+      run.output.text("  " + padded(entry.syntax.text, syntax_width) + std::string(entry.help) + "\n");
+  }
   run.output.text(
       "\n"
       "Words may be abbreviated. TAB completes a word, ? lists what may come next.\n"

@@ -29,4 +29,14 @@ int show_transport(const invocation& run);
 int help(const invocation& run);
 int leave(const invocation& run);
 
+// The configuration.
+int configure(const invocation& run);
+int choose_interfaces(const invocation& run);
+int set_ports(const invocation& run);
+int undo(const invocation& run);
+int leave_mode(const invocation& run);
+int leave_configuration(const invocation& run);
+int show_running_config(const invocation& run);
+int copy_running_config(const invocation& run);
+
 }  // namespace host

@@ -75,8 +75,8 @@ std::string columns(const std::vector<std::string>& words) {
 
 }  // namespace
 
-std::string help_text(std::string_view line) {
-  const suggestions found = suggest(line);
+std::string help_text(std::string_view line, shell_mode mode) {
+  const suggestions found = suggest(line, mode);
   if (!found.error.empty()) return found.error + "\n";
   std::vector<suggestion> rows = found.words;
   if (found.numbers_of != nullptr) {
@@ -87,8 +87,8 @@ std::string help_text(std::string_view line) {
   return table(rows);
 }
 
-completion complete(std::string_view line) {
-  const suggestions found = suggest(line);
+completion complete(std::string_view line, shell_mode mode) {
+  const suggestions found = suggest(line, mode);
   if (!found.error.empty()) return {{}, found.error + "\n"};
   const std::string_view begun = line.substr(found.start);
   std::vector<std::string> words;

@@ -82,9 +82,11 @@ bool is_complete(const position& at) {
   return only_optional;
 }
 
-std::vector<position> all_positions() {
+std::vector<position> all_positions(uint8 modes) {
   std::vector<position> positions;
-  for (const command& what : all_commands()) positions.push_back({&what});
+  for (const command& what : all_commands()) {
+    if ((what.modes & modes) != 0) positions.push_back({&what});
+  }
   return positions;
 }
 
@@ -108,6 +110,15 @@ struct step {
   position to;
 };
 
+// A file is any word that is nothing else.
+void add_free_readings(const std::vector<position>& positions, std::string_view word, std::vector<step>& steps) {
+  for (const position& at : positions) {
+    for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
+      if (expected.is_file) steps.push_back({word, {at.what, index + 1, range_end::none, at.number}});
+    });
+  }
+}
+
 // Every way in which a word can be read at these positions.
 std::vector<step> readings(const std::vector<position>& positions, std::string_view word) {
   std::vector<step> steps;
@@ -123,11 +134,12 @@ std::vector<step> readings(const std::vector<position>& positions, std::string_v
       } else if (expected.is_number) {
         if (const auto number = read_number(number_argument_of(expected), word))
           steps.push_back({word, {at.what, index + 1, range_end::none, number}});
-      } else if (starts_with_ignoring_case(expected.text, word)) {
+      } else if (expected.is_literal() && starts_with_ignoring_case(expected.text, word)) {
         steps.push_back({expected.text, {at.what, index + 1, range_end::none, at.number}});
       }
     });
   }
+  if (steps.empty()) add_free_readings(positions, word, steps);
   return steps;
 }
 
@@ -156,8 +168,8 @@ std::vector<std::string_view> expected_words(const std::vector<position>& positi
   };
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
-      if (word.is_number) return;
-      if (!word.is_range) return add(word.text);
+      if (word.is_literal()) return add(word.text);
+      if (!word.is_range) return;
       for (const interface_word& kind : kInterfaceWords) add(kind.word);
     });
   }
@@ -197,11 +209,48 @@ std::string unknown_word(const std::vector<position>& positions, std::string_vie
   return text + (meant.empty() ? ". " : " ") + type_help(in_front);
 }
 
+// True when the rest of the line is a text.
+bool takes_text(const std::vector<position>& positions) {
+  bool found = false;
+  for (const position& at : positions)
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.is_text; });
+  return found;
+}
+
+// The commands whose text has been read.
+std::vector<position> behind_text(const std::vector<position>& positions) {
+  std::vector<position> behind;
+  for (const position& at : positions) {
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t index) {
+      if (word.is_text) behind.push_back({at.what, index + 1});
+    });
+  }
+  return behind;
+}
+
 struct reading_state {
-  std::vector<position> positions = all_positions();
+  explicit reading_state(shell_mode typed_in) : mode(typed_in), positions(all_positions(typed_in)) {}
+
+  shell_mode mode;
+  std::vector<position> positions;
   std::vector<std::string_view> path;  // words in full
   std::string error;
 };
+
+// What to do when a line begins with a word of another mode; empty when it does not.
+std::string hint_of_mode(std::string_view word, shell_mode mode) {
+  const auto begins_line_in = [word](shell_mode other) {
+    std::vector<step> steps = readings(all_positions(other), word);
+    prefer_exact(steps, word);
+    return names_of(steps).size() == 1;
+  };
+  if (mode == kExecMode && begins_line_in(kConfigureMode))
+    return quoted(word) + " belongs to the configuration. Type 'configure' first.";
+  if (mode != kInterfaceMode && begins_line_in(kInterfaceMode))
+    return quoted(word) + " is a setting of interfaces. Type '" +
+           (mode == kExecMode ? "configure' and then 'interface RANGE' first." : "interface RANGE' first.");
+  return {};
+}
 
 // Reads a word; returns false and says why when it fits nowhere or in too many ways.
 bool read_word(reading_state& state, std::string_view word) {
@@ -209,7 +258,8 @@ bool read_word(reading_state& state, std::string_view word) {
   prefer_exact(steps, word);
   const std::vector<std::string_view> names = names_of(steps);
   if (names.empty()) {
-    state.error = unknown_word(state.positions, word, join(state.path, " "));
+    if (state.path.empty()) state.error = hint_of_mode(word, state.mode);
+    if (state.error.empty()) state.error = unknown_word(state.positions, word, join(state.path, " "));
     return false;
   }
   if (names.size() > 1) {
@@ -314,8 +364,8 @@ void suggest_next_words(suggestions& found, const std::vector<position>& positio
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
       if (word.is_range) return suggest_interface_words(found, begun);
-      if (word.is_number) return;
-      if (starts_with_ignoring_case(word.text, begun)) add_word(found, word.text, help_of_word(word.text));
+      if (word.is_literal() && starts_with_ignoring_case(word.text, begun))
+        add_word(found, word.text, help_of_word(word.text));
     });
   }
   std::sort(found.words.begin(), found.words.end(),
@@ -327,6 +377,15 @@ void suggest_number_argument(suggestions& found, const std::vector<position>& po
     found.hints.push_back({std::string(number->name), std::string(number->help) + ", " + bounds_of(*number)});
 }
 
+void suggest_free_argument(suggestions& found, const std::vector<position>& positions) {
+  for (const position& at : positions) {
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
+      if (word.is_file) found.hints.push_back({"FILE", "Name of a file"});
+      if (word.is_text) found.hints.push_back({"TEXT", "The rest of the line; in quotes when it contains '|'"});
+    });
+  }
+}
+
 void suggest_hints(suggestions& found, const std::vector<position>& positions) {
   const bool in_number =
       std::any_of(positions.begin(), positions.end(), [](const position& at) { return at.range == range_end::number; });
@@ -335,6 +394,7 @@ void suggest_hints(suggestions& found, const std::vector<position>& positions) {
     found.hints.push_back({"-", "The last number of a range"});
   }
   suggest_number_argument(found, positions);
+  suggest_free_argument(found, positions);
   if (std::none_of(positions.begin(), positions.end(), is_complete)) return;
   found.hints.push_back({"|", "Filter the output"});
   found.hints.push_back({"<Enter>", "Run the command"});
@@ -371,20 +431,38 @@ suggestions suggest_pipe(const word_token& part) {
   return found;
 }
 
+bool is_behind_file(const position& at) { return at.what->syntax.words[at.next - 1].is_file; }
+
+// True when the line has come to a text that was begun.
+bool is_in_text(std::string_view line, shell_mode mode) {
+  reading_state state(mode);
+  for (const word_token& word : split_words(line)) {
+    if (takes_text(state.positions)) return word.text != "?";
+    if (!read_word(state, word.text)) return false;
+  }
+  return false;
+}
+
 }  // namespace
 
-std::optional<command_line> parse_command(std::string_view line, std::string& error) {
+std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode) {
   const std::vector<word_token> parts = split_pipes(line);
   const std::vector<word_token> words = split_words(parts[0].text);
   command_line parsed;
   if (words.empty() && parts.size() == 1) return parsed;
 
-  reading_state state;
+  reading_state state(mode);
   for (const word_token& word : words) {
+    if (takes_text(state.positions)) {
+      parsed.argument = unquote(trim(line.substr(word.start, parts[0].text.size() - word.start)));
+      state.positions = behind_text(state.positions);
+      break;
+    }
     if (!read_word(state, word.text)) {
       error = state.error;
       return std::nullopt;
     }
+    if (state.positions.front().next > 0 && is_behind_file(state.positions.front())) parsed.argument = word.text;
     if (state.positions.front().range == range_end::none) continue;
     if (!parsed.range.empty()) parsed.range += ' ';
     parsed.range += word.text;
@@ -396,6 +474,7 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
   }
   parsed.what = complete->what;
   parsed.number = complete->number;
+  parsed.is_no = !state.path.empty() && state.path.front() == "no";
   parsed.text = join(state.path, " ");
   if (!parsed.range.empty()) {
     if (const auto fault = parse_interface_range(parsed.range, parsed.spans)) {
@@ -410,7 +489,7 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
   return parsed;
 }
 
-suggestions suggest(std::string_view line) {
+suggestions suggest(std::string_view line, shell_mode mode) {
   const std::vector<word_token> parts = split_pipes(line);
   if (parts.size() > 1) return suggest_pipe(parts.back());
 
@@ -421,9 +500,10 @@ suggestions suggest(std::string_view line) {
 
   suggestions found;
   found.start = begun.start;
-  reading_state state;
+  reading_state state(mode);
   std::size_t range_start = begun.start;
   for (const word_token& word : words) {
+    if (takes_text(state.positions)) return found;
     if (!read_word(state, word.text)) {
       found.error = state.error;
       return found;
@@ -446,6 +526,8 @@ suggestions suggest(std::string_view line) {
   suggest_next_words(found, state.positions, begun.text);
   if (!has_begun)
     suggest_hints(found, state.positions);
+  else if (takes_text(state.positions) && found.words.empty())
+    suggest_free_argument(found, state.positions);
   else if (!readings(state.positions, begun.text).empty())
     suggest_number_argument(found, state.positions);
   else
@@ -453,9 +535,9 @@ suggestions suggest(std::string_view line) {
   return found;
 }
 
-bool is_in_expression(std::string_view line) {
+bool is_in_expression(std::string_view line, shell_mode mode) {
   const std::vector<word_token> parts = split_pipes(line);
-  if (parts.size() == 1) return false;
+  if (parts.size() == 1) return is_in_text(line, mode);
   const std::vector<word_token> words = split_words(parts.back().text);
   if (words.empty() || (words.size() == 1 && words[0].text.end() == parts.back().text.end())) return false;
   const pipe_word* const word = find_pipe(words[0].text);

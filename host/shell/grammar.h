@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
 #include <span>
 #include <string>
@@ -29,6 +30,8 @@ inline constexpr number_argument kNumberArguments[] = {
     {"MODULE", 1, MAX_SLOT + 1, "Number of a module"},
     {"PORT", 0, MAX_PORT, "Number of a management port"},
     {"SECONDS", 1, 4'000'000'000, "How far the clock moves on, in seconds"},
+    {"BYTES", 1, 65535, "A size in bytes"},
+    {"COUNT", 0, 65535, "A number of credits or buffers"},
 };
 
 constexpr bool is_number_argument(std::string_view word) {
@@ -38,13 +41,18 @@ constexpr bool is_number_argument(std::string_view word) {
   return false;
 }
 
-// One word of a syntax: "show" stands for itself, "RANGE" for interfaces, the name of a number for it. In brackets it
-// may be left out.
+// One word of a syntax: "show" stands for itself, "RANGE" for interfaces, the name of a number for it, "FILE" for any
+// word, "TEXT" for the rest of the line. In brackets it may be left out.
 struct syntax_word {
   std::string_view text;
   bool is_range = false;
   bool is_optional = false;
   bool is_number = false;
+  bool is_file = false;
+  bool is_text = false;
+
+  // Whether it stands for itself.
+  constexpr bool is_literal() const { return !is_range && !is_number && !is_file && !is_text; }
 };
 
 enum { MAX_SYNTAX_WORDS = 8 };
@@ -61,8 +69,37 @@ struct command_syntax {
       left.remove_prefix(word.size() < left.size() ? word.size() + 1 : word.size());
       const bool is_optional = word.front() == '[';
       if (is_optional) word = word.substr(1, word.size() - 2);
-      words[num_words++] = {word, word == "RANGE", is_optional, is_number_argument(word)};
+      words[num_words++] = {word,           word == "RANGE", is_optional, is_number_argument(word),
+                            word == "FILE", word == "TEXT"};
     }
+  }
+};
+
+// What a line is typed in: commands belong to some of these.
+enum shell_mode : uint8 { kExecMode = 1, kConfigureMode = 2, kInterfaceMode = 4 };
+enum : uint8 { kEveryMode = kExecMode | kConfigureMode | kInterfaceMode };
+
+// What a token of a setting carries besides its id.
+enum class token_value : uint8 { none, fixed, number, half_number, text };
+
+// A token that a setting hands to the command library behind the interface range. A value without a word of its own has
+// the id 0.
+struct setting_token {
+  uint32 id = 0;
+  token_value holds = token_value::none;
+  uint32 fixed = 0;
+};
+
+enum { MAX_SETTING_TOKENS = 5 };
+
+// The tokens of a setting, and how many there are.
+struct setting_tokens {
+  std::array<setting_token, MAX_SETTING_TOKENS> token{};
+  std::size_t count = 0;
+
+  constexpr setting_tokens() = default;
+  constexpr setting_tokens(std::initializer_list<setting_token> given) {
+    for (const setting_token& it : given) token[count++] = it;
   }
 };
 
@@ -73,6 +110,8 @@ struct command {
   int (*run)(const invocation&);  // returns an exit code
   display shown{};                // of its structured form
   uint32 command_id = 0;          // of a display of the command library
+  uint8 modes = kEveryMode;       // in which it can be typed
+  setting_tokens tokens{};        // of a setting
 };
 
 // The table, and the help of each word in it.
@@ -86,11 +125,13 @@ struct command_line {
   std::string range;              // as written; empty: none
   std::vector<interface_span> spans;
   std::optional<uint32> number;
+  std::string argument;  // a file, or a text
+  bool is_no = false;    // begins with "no"
   std::vector<pipe_stage> pipes;
 };
 
-// Parses a line. On an error `error` is one line that says what to do next.
-std::optional<command_line> parse_command(std::string_view line, std::string& error);
+// Parses a line that was typed in a mode. On an error `error` is one line that says what to do next.
+std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode = kExecMode);
 
 struct suggestion {
   std::string word;
@@ -105,9 +146,9 @@ struct suggestions {
   const interface_word* numbers_of = nullptr;  // a number of this word may stand there
   std::string error;                           // of what stands in front
 };
-suggestions suggest(std::string_view line);
+suggestions suggest(std::string_view line, shell_mode mode = kExecMode);
 
-// True when a "?" at the end of the line belongs to an expression and asks for no help.
-bool is_in_expression(std::string_view line);
+// True when a "?" at the end of the line belongs to an expression or a text and asks for no help.
+bool is_in_expression(std::string_view line, shell_mode mode = kExecMode);
 
 }  // namespace host

@@ -1,9 +1,12 @@
 // The table of commands.
 #include <algorithm>
+#include <array>
 #include <iterator>
+#include <utility>
 
 #include "shell/commands.h"
 #include "shell/grammar.h"
+#include "shell/setting_commands.h"
 #include "shell/views.h"
 
 namespace host {
@@ -30,7 +33,7 @@ constexpr display kTransport = {kTransportDisplay, "transport", "transport"};
 constexpr display kText = {kNoDisplay, {}};
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kGeneralCommands[] = {
     {"show interface [RANGE]", "Settings, state and traffic, in detail", show_interface, kDetailed, 1},
     {"show interface [RANGE] brief", "State, address, speed and MTU", show_interface, kBrief, 5},
     {"show interface [RANGE] status", "State, VLAN, duplex, speed and type", show_interface, kStatus, 2},
@@ -64,12 +67,30 @@ constexpr command kCommands[] = {
     {"clear counters in-band", "Those of the in-band interface, when the user may", clear_inband, kText},
     {"clear counters mgmt PORT", "Those of a management port", clear_management, kText},
     {"clock advance SECONDS", "Move the shell's clock on, and the traffic with it", advance_clock, kText},
+    {"show running-config", "The commands that make the settings of all interfaces", show_running_config, kText},
+    {"show running-config interface RANGE", "Those of some interfaces", show_running_config, kText},
+    {"copy running-config startup-config", "Keep the settings under the name of the switch", copy_running_config, kText},
+    {"copy running-config FILE", "Write the settings to a file", copy_running_config, kText},
+    {"configure [terminal]", "Go to the configuration", configure, kText, 0, kExecMode},
+    {"interface RANGE", "Choose the interfaces that the next settings are for", choose_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
+    {"undo", "Take back what the last setting changed", undo, kSettingShown},
     {"show transport", "Messages between this shell and the services", show_transport, kTransport},
     {"help", "All commands", help, kText},
-    {"exit", "Leave the shell", leave, kText},
+    {"end", "Leave the configuration", leave_configuration, kText, 0, kConfigureMode | kInterfaceMode},
+    {"exit", "Leave the configuration of interfaces, the configuration, the shell", leave_mode, kText},
     {"quit", "Leave the shell", leave, kText},
 };
 // clang-format on
+
+// All of them: those of the interface mode last.
+constexpr auto kCommands = [] {
+  constexpr std::size_t kGeneral = std::size(kGeneralCommands);
+  return [&]<std::size_t... kIndex>(std::index_sequence<kIndex...>) {
+    return std::array{(kIndex < kGeneral ? kGeneralCommands[kIndex < kGeneral ? kIndex : 0]
+                                         : kSettingCommands[kIndex < kGeneral ? 0 : kIndex - kGeneral])...};
+  }
+  (std::make_index_sequence<kGeneral + std::size(kSettingCommands)>());
+}();
 
 struct word_help {
   std::string_view word;
@@ -77,38 +98,102 @@ struct word_help {
 };
 
 constexpr word_help kWords[] = {
+    {"10", "10 Mbit/s"},
+    {"100", "100 Mbit/s"},
+    {"1000", "1 Gbit/s"},
+    {"2000", "2 Gbit/s"},
+    {"4000", "4 Gbit/s"},
+    {"8000", "8 Gbit/s"},
+    {"access", "Ports of one VLAN"},
     {"advance", "Move it on"},
     {"all", "Every one of them"},
+    {"auto", "As both ends agree"},
+    {"bb-credit", "Credits for frames received"},
+    {"bb-scn", "Count credits that were lost"},
+    {"beacon", "Let the ports blink"},
+    {"bit-errors", "Bit errors"},
     {"brief", "A line for each"},
     {"capabilities", "What the ports can do"},
     {"clear", "Let counters start from 0"},
     {"clock", "The clock of this shell"},
+    {"configure", "Go to the configuration"},
+    {"copy", "Write settings to a file"},
     {"counters", "Counters of interfaces"},
     {"debounce", "How long a link must be down to count"},
+    {"default", "The usual value"},
     {"description", "Descriptions"},
     {"detailed", "In detail"},
-    {"down", "Only interfaces that are switched off"},
+    {"dot1q", "Tags of VLANs"},
+    {"down", "Interfaces that are switched off, or stay down"},
+    {"duplex", "Full, half or auto"},
+    {"e", "Fibre-Channel ports to switches"},
+    {"eisl", "Frames with their VSAN"},
+    {"encapsulation", "How frames are packed"},
+    {"end", "Leave the configuration"},
     {"err-disabled", "Only ports shut by an error"},
     {"errors", "Only errors"},
     {"ethernet", "All Ethernet ports"},
-    {"exit", "Leave the shell"},
+    {"ethertype", "The number of VLAN tags"},
+    {"exit", "Leave the mode, or the shell"},
+    {"extended", "Credits for long distances"},
+    {"f", "Fibre-Channel ports to hosts"},
+    {"fabric", "Ports to satellite units"},
+    {"failure", "The link fails"},
+    {"fl", "Fibre-Channel ports to loops"},
     {"flowcontrol", "Flow control and pause frames"},
+    {"full", "Both directions at once"},
+    {"fx", "Fibre-Channel ports to hosts or loops"},
+    {"half", "One direction at a time"},
     {"help", "Show all commands"},
+    {"host", "Ports to hosts"},
     {"ifindex", "Interface indexes"},
+    {"ignore", "Leave a port up in spite of errors"},
     {"in-band", "The in-band interface"},
     {"inactive", "Only interfaces that are inactive"},
+    {"ingress", "They also take packets"},
     {"interface", "Interfaces: settings, state and traffic"},
+    {"internal", "Frames as the switch carries them"},
+    {"learning", "They also learn addresses"},
+    {"link", "The link of a port"},
     {"loopback", "All loopbacks"},
     {"mac-address", "Hardware addresses"},
+    {"max", "The fastest speed"},
     {"mgmt", "A management port"},
+    {"mode", "What kind of port it is"},
     {"module", "Only the ports of a module"},
+    {"monitor", "Ports that copies of packets are sent to"},
+    {"mtu", "The largest packet"},
+    {"multiplier", "A credit for so many frames"},
+    {"name", "The description of the ports"},
+    {"no", "Take a setting back"},
+    {"normal", "Frames as they are"},
+    {"np", "Fibre-Channel ports to a switch that logs in for them"},
+    {"off", "Off"},
+    {"on", "On"},
+    {"out-of-service", "Take the ports out of service"},
+    {"performance-buffers", "Buffers for fast ports"},
+    {"port", "What a port does"},
     {"port-channel", "All port-channels"},
+    {"private-vlan", "Ports in a private VLAN"},
+    {"promiscuous", "Ports that all of a private VLAN reach"},
+    {"promiscuous-mode", "Whose packets the ports take"},
     {"quit", "Leave the shell"},
+    {"receive-buffer-size", "The largest frame"},
+    {"running-config", "The settings as they are now"},
+    {"sd", "Fibre-Channel ports that copies are sent to"},
     {"show", "Show what the switch knows"},
+    {"shutdown", "Switch the interfaces off"},
+    {"speed", "Mbit/s, or auto"},
+    {"st", "Ends of tunnels for such copies"},
+    {"startup-config", "The settings that were kept"},
     {"status", "A line for each: state, VLAN, duplex, speed, type"},
     {"storm-control", "Levels of storm control and what was discarded"},
+    {"switchport", "Switched ports and their settings"},
+    {"terminal", "By typing"},
+    {"tl", "Fibre-Channel ports to private loops"},
     {"transport", "Messages between this shell and the services"},
-    {"trunk", "Only packets on trunks"},
+    {"trunk", "Trunks"},
+    {"undo", "Take back what the last setting changed"},
     {"up", "Only interfaces that are up"},
 };
 
@@ -123,7 +208,7 @@ constexpr bool every_word_has_help() {
   for (const command& entry : kCommands) {
     for (std::size_t i = 0; i < entry.syntax.num_words; ++i) {
       const syntax_word& word = entry.syntax.words[i];
-      if (!word.is_range && !word.is_number && find_help(word.text).empty()) return false;
+      if (word.is_literal() && find_help(word.text).empty()) return false;
     }
   }
   return true;

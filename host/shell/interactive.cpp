@@ -10,6 +10,7 @@
 
 #include "shell/grammar.h"
 #include "shell/shell.h"
+#include "shell/state_directory.h"
 #include "shell/words.h"
 
 namespace host {
@@ -48,13 +49,17 @@ struct editing_library {
 // One user, one terminal: libedit's callbacks carry no argument of ours.
 struct {
   editing_library edit;
+  const shell* session = nullptr;
   std::string prompt;
   bool line_abandoned = false;
 } editor;
 
 enum { HISTORY_LINES = 1000 };
 
-char* prompt_of(EditLine*) { return editor.prompt.data(); }
+char* shown_prompt(EditLine*) {
+  editor.prompt = prompt_of(*editor.session);
+  return editor.prompt.data();
+}
 
 // The line up to the cursor.
 std::string begun_line(EditLine* line) {
@@ -64,17 +69,17 @@ std::string begun_line(EditLine* line) {
 
 unsigned char show_help(EditLine* line, wint_t) {
   const std::string begun = begun_line(line);
-  if (is_in_expression(begun)) {
+  if (is_in_expression(begun, editor.session->mode)) {
     editor.edit.el_insertstr(line, "?");
     return CC_REFRESH;
   }
-  std::printf("?\n%s", help_text(begun).c_str());
+  std::printf("?\n%s", help_text(begun, editor.session->mode).c_str());
   std::fflush(stdout);
   return CC_REDISPLAY;
 }
 
 unsigned char complete_word(EditLine* line, wint_t) {
-  const completion found = complete(begun_line(line));
+  const completion found = complete(begun_line(line), editor.session->mode);
   if (!found.addition.empty()) {
     editor.edit.el_insertstr(line, found.addition.c_str());
     return CC_REFRESH;
@@ -92,22 +97,8 @@ unsigned char abandon_line(EditLine*, wint_t) {
   return CC_NEWLINE;
 }
 
-// Creates the directories of a path in front of its last part.
-void make_directories(const std::string& path) {
-  for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
-    mkdir(path.substr(0, slash).c_str(), 0700);
-}
-
-// Empty when there is no place for it.
-std::string history_path() {
-  const char* const state = std::getenv("XDG_STATE_HOME");
-  if (state != nullptr && state[0] == '/') return std::string(state) + "/pmsh/history";
-  const char* const home = std::getenv("HOME");
-  return home == nullptr || home[0] != '/' ? "" : std::string(home) + "/.local/state/pmsh/history";
-}
-
 struct line_history {
-  line_history() : lines(editor.edit.history_init()), path(history_path()) {
+  line_history() : lines(editor.edit.history_init()), path(state_file("history")) {
     HistEvent event;
     editor.edit.history(lines, &event, H_SETSIZE, HISTORY_LINES);
     editor.edit.history(lines, &event, H_SETUNIQUE, 1);
@@ -116,7 +107,7 @@ struct line_history {
   ~line_history() {
     HistEvent event;
     if (!path.empty()) {
-      make_directories(path);
+      make_directories_of(path);
       editor.edit.history(lines, &event, H_SAVE, path.c_str());
     }
     editor.edit.history_end(lines);
@@ -152,11 +143,11 @@ void bind_keys(EditLine* line) {
 int run_interactively(shell& session) {
   if (!editor.edit.load()) return run_input(session);
   std::signal(SIGINT, SIG_IGN);
-  editor.prompt = session.switch_name + "# ";
+  editor.session = &session;
   line_history history;
   EditLine* const line = editor.edit.el_init("pmsh", stdin, stdout, stderr);
   if (line == nullptr) return run_input(session);
-  editor.edit.el_set(line, EL_PROMPT, prompt_of);
+  editor.edit.el_set(line, EL_PROMPT, shown_prompt);
   editor.edit.el_set(line, EL_HIST, editor.edit.history, history.lines);
   bind_keys(line);
   while (!session.is_leaving) {

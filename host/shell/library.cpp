@@ -90,6 +90,7 @@ command_library load_command_libraries(const std::string& directory) {
   common.find("pm_cli_if_index_enum_func", found.enumerate);
   common.find("pm_cli_if_index_verification_func", found.verify);
   common.find("pm_cli_check_if_index_for_vsan_perm", found.check_vsans);
+  common.find("pm_cli_set_port_config", found.set_port_config);
   find_clearing(common, found);
   take_vocabulary(common);
 

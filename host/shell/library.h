@@ -48,6 +48,10 @@ struct command_library {
   int32 (*verify)(interface_mask_t, paraminfo_t*) = nullptr;
   uint32 (*check_vsans)(paraminfo_t*, if_index_t) = nullptr;
 
+  // One setting for the range in the first argument, by the tokens behind it (0: some port took it, or there was
+  // nothing to do; -12: the user may not).
+  int32 (*set_port_config)(paraminfo_t*) = nullptr;
+
   // Clearing counters: of what the first argument names, and all of a kind.
   int32 (*clear_ethernet)(paraminfo_t*) = nullptr;
   int32 (*clear_port_channels)(paraminfo_t*) = nullptr;

@@ -9,6 +9,7 @@
 #include "shell/library.h"
 #include "shell/options.h"
 #include "shell/print_error.h"
+#include "shell/prompts.h"
 #include "shell/shell.h"
 #include "source/chassis/giant.h"
 #include "source/chassis/switch_file.h"
@@ -69,6 +70,16 @@ bool provoke(const options& wanted) {
   return true;
 }
 
+// Makes the settings of a file before anything else happens; its last mode does not stay.
+int begin_with(const std::string& configuration, shell& session) {
+  if (configuration.empty()) return kDone;
+  const int code = run_file(session, configuration, false);
+  session.mode = kExecMode;
+  session.is_leaving = false;
+  session.configured.clear();
+  return code;
+}
+
 int run(const options& wanted) {
   const std::string libraries = (program_directory() / "../lib").lexically_normal().string();
   if (wanted.clock) clock_set(static_cast<std::time_t>(*wanted.clock));
@@ -81,11 +92,18 @@ int run(const options& wanted) {
   session.library = load_command_libraries(libraries);
   session.switch_name = the_machine().name;
 
-  if (wanted.commands.empty()) {
+  if (wanted.assume_yes) assume_yes();
+  if (const int code = begin_with(wanted.configuration, session); code != kDone) return code;
+  int result = kDone;
+  for (const std::string& file : wanted.files) {
+    const int code = run_file(session, file, wanted.keep_going);
+    if (result == kDone) result = code;
+    if (session.is_leaving || (code != kDone && !wanted.keep_going)) return result;
+  }
+  if (wanted.commands.empty() && wanted.files.empty()) {
     session.is_interactive = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
     return session.is_interactive ? run_interactively(session) : run_input(session);
   }
-  int result = kDone;
   for (const std::string& command : wanted.commands) {
     const int code = run_line(session, command);
     if (result == kDone) result = code;

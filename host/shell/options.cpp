@@ -27,7 +27,9 @@ constexpr provocation_word kProvocations[] = {
 
 constexpr char kFooter[] =
     "Without -c the shell reads commands from the terminal or from standard input.\n"
-    "With several -c all of them run; the first exit code that is not 0 is the program's.\n"
+    "With several -c all of them run; the first exit code that is not 0 is the program's. Files run before them; a "
+    "file\n"
+    "ends with the first command that fails.\n"
     "\n"
     "Exit codes:\n"
     "  0  done\n"
@@ -58,6 +60,14 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provo
   app.add_option("-c,--command", wanted.commands, "Run a command and exit; may be repeated")
       ->type_name("COMMAND")
       ->allow_extra_args(false);
+  app.add_option("-f,--file", wanted.files, "Run the commands of a file and exit; '-' is standard input")
+      ->type_name("FILE")
+      ->allow_extra_args(false);
+  app.add_flag("--keep-going", wanted.keep_going, "Go on with a file behind a command that failed");
+  app.add_flag("-y,--yes", wanted.assume_yes, "Answer every question with yes");
+  app.add_option("--config", wanted.configuration,
+                 "Begin with the settings of a file; 'startup-config' is what was kept")
+      ->type_name("FILE");
   CLI::Option* const file =
       app.add_option("--switch", wanted.switch_file, "Switch file; without it the demonstration switch");
   file->type_name("FILE");

@@ -16,6 +16,10 @@ struct wanted_provocation {
 
 struct options {
   std::vector<std::string> commands;  // empty: a user, or standard input
+  std::string configuration;          // file of commands that run first; empty: none
+  std::vector<std::string> files;     // of commands
+  bool keep_going = false;            // also behind a command that failed
+  bool assume_yes = false;            // to questions
   std::string switch_file;            // empty: the demonstration switch
   uint32 giant_ports = 0;             // not 0: a switch of so many ports in place of a file
   std::string user;                   // empty: the first of the switch

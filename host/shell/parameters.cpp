@@ -10,6 +10,7 @@ namespace {
 
 constexpr sysmgr_supstate_t kSupervisorActive = 1;
 constexpr uint32 kShowCommand = 3;
+constexpr uint32 kSettingCommand = 1;
 constexpr uint32 kLastVsan = 4093;
 
 const char* name_of(const user* who) {
@@ -51,6 +52,20 @@ void command_parameters::add_number(uint32 number) {
   number_argument_.arg = &number_;
   block_.arg_list[1] = &number_argument_;
   block_.parameter_count = 2;
+}
+
+void command_parameters::begin_setting(bool is_no) {
+  block_.prc_mode = kSettingCommand;
+  block_.no_flag = is_no ? 1 : 0;
+  interfaces_.type = PARAM_TYPE_CONF_INTERFACES;
+  interfaces_.token_id = TOKEN_CONF_INTERFACES;
+}
+
+void command_parameters::add_token(uint32 token_id, void* value) {
+  param_arg_t& token = tokens_.at(block_.parameter_count - 1U);
+  token.token_id = token_id;
+  token.arg = value;
+  block_.arg_list[block_.parameter_count++] = &token;
 }
 
 paraminfo_t* command_parameters::for_interface(interface_mask_t mask, if_index_t if_index) {

@@ -1,10 +1,12 @@
 // The parameter block with which the shell calls the functions of the command library.
 #pragma once
 
+#include <array>
 #include <span>
 
 #include "platform/mts.h"
 #include "platform/paraminfo.h"
+#include "shell/grammar.h"
 #include "switch/model.h"
 
 namespace host {
@@ -19,6 +21,10 @@ class command_parameters {
   // Argument 1: a number.
   void add_number(uint32 number);
 
+  // The block is for a setting, or for its "no" form: argument 0 are the interfaces, the tokens follow.
+  void begin_setting(bool is_no);
+  void add_token(uint32 token_id, void* value);  // the value is the caller's; null: none
+
   // The block for one interface, or for at most PARAM_MAX_RANGES ranges of a kind.
   paraminfo_t* for_interface(interface_mask_t mask, if_index_t if_index);
   paraminfo_t* for_ranges(interface_mask_t mask, std::span<const vsh_intf_mono_range_t> ranges);
@@ -32,6 +38,7 @@ class command_parameters {
   paraminfo_t block_{};
   param_arg_t interfaces_{};
   param_arg_t number_argument_{};
+  std::array<param_arg_t, MAX_SETTING_TOKENS> tokens_{};
   if_index_t if_index_ = 0;
   intf_range_t ranges_{};
   uint32 number_ = 0;

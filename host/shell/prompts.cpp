@@ -1,4 +1,6 @@
 // What platform/vsh.h declares: questions to the user, and the shell's texts for transport failures.
+#include "shell/prompts.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -53,7 +55,11 @@ std::string ask(const vsh_user_input_info_t& question) {
   return answer;
 }
 
+bool is_yes_assumed = false;
+
 }  // namespace
+
+void host::assume_yes() { is_yes_assumed = true; }
 
 int32 vsh_util_user_input_get(vsh_user_input_info_t* question, char* answer) {
   if (question == nullptr || answer == nullptr || question->max_len < 0) return -1;
@@ -62,7 +68,7 @@ int32 vsh_util_user_input_get(vsh_user_input_info_t* question, char* answer) {
   const auto quiet = output == nullptr ? std::nullopt : output->hold_progress();
   const bool has_terminal = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
   const std::string assumed = question->notty_input == nullptr ? "" : question->notty_input;
-  const std::string given = has_terminal ? ask(*question) : assumed;
+  const std::string given = is_yes_assumed ? "y" : has_terminal ? ask(*question) : assumed;
   const auto length = std::min(given.size(), static_cast<std::size_t>(question->max_len));
   std::memcpy(answer, given.data(), length);
   answer[length] = '\0';

@@ -199,6 +199,17 @@ std::optional<interfaces> all_of_word(const selecting& command, const interface_
   return found;
 }
 
+// Appends the interfaces of a word's kinds that are wanted and that the user may see.
+void append_word(const selecting& command, const interface_word& word, std::span<const if_index_type_t> wanted,
+                 selection& chosen) {
+  auto found = all_of_word(command, word, wanted);
+  if (!found || !take_hidden(command, *found)) {
+    chosen.code = kServiceFailed;
+    return;
+  }
+  chosen.interfaces.insert(chosen.interfaces.end(), found->begin(), found->end());
+}
+
 }  // namespace
 
 selection select_named(const shell& session, command_parameters& parameters, std::span<const interface_span> spans) {
@@ -226,13 +237,21 @@ selection select_named(const shell& session, command_parameters& parameters, std
 }
 
 selection select_all(const shell& session, command_parameters& parameters, std::span<const if_index_type_t> kinds) {
-  const selecting command{session, parameters};
   selection chosen;
   for (const std::string_view name : kWordsInOrder) {
     range_fault fault{};
-    auto found = all_of_word(command, *parse_interface_word(name, fault), kinds);
-    if (!found || !take_hidden(command, *found)) return {kServiceFailed, {}, {}};
-    chosen.interfaces.insert(chosen.interfaces.end(), found->begin(), found->end());
+    append_word({session, parameters}, *parse_interface_word(name, fault), kinds, chosen);
+    if (chosen.code != kDone) return {chosen.code, {}, {}};
+  }
+  return chosen;
+}
+
+selection select_every(const shell& session, command_parameters& parameters) {
+  selection chosen;
+  for (const interface_word& word : kInterfaceWords) {
+    if (&word != word_of(word.kinds.front(), word.family)) continue;  // another word for the same interfaces
+    append_word({session, parameters}, word, word.kinds, chosen);
+    if (chosen.code != kDone) return {chosen.code, {}, {}};
   }
   return chosen;
 }

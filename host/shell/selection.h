@@ -26,4 +26,7 @@ selection select_named(const shell& session, command_parameters& parameters, std
 // port.
 selection select_all(const shell& session, command_parameters& parameters, std::span<const if_index_type_t> kinds);
 
+// Every interface that the user may see, also of kinds that have no display.
+selection select_every(const shell& session, command_parameters& parameters);
+
 }  // namespace host

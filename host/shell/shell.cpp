@@ -62,9 +62,9 @@ int run_command(shell& session, const command_line& line) {
 }
 
 // What stands in front of a "?" at the end; null when the line asks for no help.
-std::string_view question_of(std::string_view line) {
+std::string_view question_of(std::string_view line, shell_mode mode) {
   const std::string_view text = trim(line);
-  if (text.empty() || text.back() != '?' || is_in_expression(text)) return {};
+  if (text.empty() || text.back() != '?' || is_in_expression(text, mode)) return {};
   return line.substr(0, line.rfind('?') + 1);
 }
 
@@ -74,18 +74,23 @@ command_queue::command_queue() : handle(transport_open_queue()) {}
 command_queue::~command_queue() { transport_close_queue(handle); }
 
 int run_line(shell& session, std::string_view line) {
-  if (const std::string_view question = question_of(line); !question.empty()) {
-    std::fputs(help_text(question.substr(0, question.size() - 1)).c_str(), stdout);
+  if (const std::string_view question = question_of(line, session.mode); !question.empty()) {
+    std::fputs(help_text(question.substr(0, question.size() - 1), session.mode).c_str(), stdout);
     std::fflush(stdout);
     return kDone;
   }
   std::string error;
-  const auto parsed = parse_command(line, error);
+  const auto parsed = parse_command(line, error, session.mode);
   if (!parsed) {
     print_error(error);
     return kUsage;
   }
   return parsed->what == nullptr ? kDone : run_command(session, *parsed);
+}
+
+std::string prompt_of(const shell& session) {
+  const char* const mode = session.mode == kExecMode ? "" : session.mode == kConfigureMode ? "(config)" : "(config-if)";
+  return session.switch_name + mode + "# ";
 }
 
 int run_input(shell& session) {

@@ -3,13 +3,23 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/mts.h"
+#include "platform/paraminfo.h"
 #include "shell/exit_codes.h"
+#include "shell/grammar.h"
+#include "shell/interface_kinds.h"
 #include "shell/library.h"
 #include "switch/model.h"
 
 namespace host {
+
+// The interfaces of the interface mode: ranges of each kind, as the library takes them.
+struct configured_ranges {
+  const interface_kind* kind;
+  std::vector<vsh_intf_mono_range_t> ranges;
+};
 
 struct shell {
   command_library library;
@@ -17,6 +27,8 @@ struct shell {
   const user* who = nullptr;  // null: nobody in particular, with all rights
   bool is_interactive = false;
   bool is_leaving = false;  // set by "exit"
+  shell_mode mode = kExecMode;
+  std::vector<configured_ranges> configured;  // what the settings of the interface mode are for
 };
 
 // A transport queue for one command.
@@ -33,17 +45,24 @@ struct command_queue {
 int run_line(shell& session, std::string_view line);
 
 // Text for a "?" at the end of a line, and the text that completes the line's last word as far as it is clear.
-std::string help_text(std::string_view line);
+std::string help_text(std::string_view line, shell_mode mode = kExecMode);
 struct completion {
   std::string addition;  // to be inserted
   std::string choices;   // to be shown, one line each, when there is more than one
 };
-completion complete(std::string_view line);
+completion complete(std::string_view line, shell_mode mode = kExecMode);
+
+// "switch# ", "switch(config)# " and so on.
+std::string prompt_of(const shell& session);
 
 // Reads commands from the user until the end of the input. Returns an exit code.
 int run_interactively(shell& session);
 
 // Reads commands line by line from standard input. Returns the first exit code that is not 0.
 int run_input(shell& session);
+
+// Runs the commands of a file; "-" is standard input. Lines that begin with "!" or "#" are comments. It stops at the
+// first command that fails and says where, unless it is to keep going. Returns the first exit code that is not 0.
+int run_file(shell& session, const std::string& path, bool keep_going);
 
 }  // namespace host

@@ -43,8 +43,9 @@ TEST(CommandLine, ControlBytesOfATypedWordAreShownAsText) {
 
 TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
   EXPECT_EQ(run_command("show ?").out,
-            "  interface     Interfaces: settings, state and traffic\n"
-            "  transport     Messages between this shell and the services\n");
+            "  interface       Interfaces: settings, state and traffic\n"
+            "  running-config  The settings as they are now\n"
+            "  transport       Messages between this shell and the services\n");
 }
 
 TEST(CommandLine, QuestionMarkInAWordListsItsCompletions) {

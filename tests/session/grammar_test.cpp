@@ -23,14 +23,26 @@ std::string line_of(const command& what, bool with_optional) {
     const host::syntax_word& word = what.syntax.words[i];
     if (word.is_optional && !with_optional) continue;
     if (!line.empty()) line += ' ';
-    line += word.is_range ? "ethernet 1/1-4, 1/7" : word.is_number ? "7" : std::string(word.text);
+    line += word.is_range    ? "ethernet 1/1-4, 1/7"
+            : word.is_number ? "7"
+            : word.is_file   ? "lab/site.cfg"
+            : word.is_text   ? "some words"
+                             : std::string(word.text);
   }
   return line;
 }
 
-const command* command_of(const std::string& line) {
+// A mode in which a command may be typed.
+host::shell_mode mode_of(const command& what) {
+  for (const host::shell_mode mode : {host::kExecMode, host::kConfigureMode}) {
+    if ((what.modes & mode) != 0) return mode;
+  }
+  return host::kInterfaceMode;
+}
+
+const command* command_of(const std::string& line, host::shell_mode mode = host::kExecMode) {
   std::string error;
-  const auto parsed = parse_command(line, error);
+  const auto parsed = parse_command(line, error, mode);
   EXPECT_TRUE(parsed) << line << ": " << error;
   return parsed ? parsed->what : nullptr;
 }
@@ -41,15 +53,15 @@ std::string error_of(const std::string& line) {
   return error;
 }
 
-bool suggests(const std::string& line, std::string_view word) {
-  const auto found = suggest(line).words;
+bool suggests(const std::string& line, std::string_view word, host::shell_mode mode = host::kExecMode) {
+  const auto found = suggest(line, mode).words;
   return std::any_of(found.begin(), found.end(), [word](const auto& choice) { return choice.word == word; });
 }
 
 TEST(Grammar, EveryCommandIsReadAsItIsWritten) {
   for (const command& what : host::all_commands()) {
-    EXPECT_EQ(command_of(line_of(what, true)), &what);
-    EXPECT_EQ(command_of(line_of(what, false)), &what);
+    EXPECT_EQ(command_of(line_of(what, true), mode_of(what)), &what);
+    EXPECT_EQ(command_of(line_of(what, false), mode_of(what)), &what);
   }
 }
 
@@ -57,13 +69,14 @@ TEST(Grammar, EveryUniqueAbbreviationIsReadAndEveryOtherIsCalledAmbiguous) {
   for (const command& what : host::all_commands()) {
     std::string in_front;
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
-      if (what.syntax.words[i].is_range || what.syntax.words[i].is_number) break;
+      if (!what.syntax.words[i].is_literal()) break;
       const std::string word(what.syntax.words[i].text);
       for (std::size_t length = 1; length <= word.size(); ++length) {
         const std::string begun = in_front + word.substr(0, length);
-        const bool is_unique = suggest(begun).words.size() == 1 || length == word.size();
+        const bool is_unique =
+            suggest(begun, mode_of(what)).words.size() == 1 || suggests(begun, word.substr(0, length), mode_of(what));
         std::string error;
-        parse_command(begun, error);
+        parse_command(begun, error, mode_of(what));
         EXPECT_EQ(error.find("ambiguous") == std::string::npos, is_unique) << begun << ": " << error;
       }
       in_front += word + " ";
@@ -76,15 +89,16 @@ TEST(Grammar, HelpNamesEachWordWhereItMayStandAndInItsMiddle) {
     std::string in_front;
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
       const host::syntax_word& word = what.syntax.words[i];
-      if (word.is_number) {
-        const auto hints = suggest(in_front).hints;
+      if (!word.is_literal() && !word.is_range) {
+        const auto hints = suggest(in_front, mode_of(what)).hints;
         EXPECT_TRUE(std::any_of(hints.begin(), hints.end(), [&](const auto& hint) { return hint.word == word.text; }));
         in_front += "7 ";
         continue;
       }
       const std::string name = word.is_range ? "ethernet" : std::string(word.text);
       for (std::size_t length = 0; length <= name.size(); ++length)
-        EXPECT_TRUE(suggests(in_front + name.substr(0, length), name)) << in_front << name.substr(0, length);
+        EXPECT_TRUE(suggests(in_front + name.substr(0, length), name, mode_of(what)))
+            << in_front << name.substr(0, length);
       in_front += name + (word.is_range ? " 1/1 " : " ");
     }
   }
@@ -97,12 +111,12 @@ TEST(Grammar, TabCompletesEachWordFromItsMiddle) {
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
       const host::syntax_word& word = what.syntax.words[i];
       if (word.is_optional) continue;
-      if (word.is_range) break;
+      if (word.is_range || word.is_file || word.is_text) break;
       const std::string name(word.is_number ? "7" : word.text);
       for (std::size_t length = 1; length < name.size(); ++length) {
         const std::string begun = in_front + name.substr(0, length);
-        if (suggest(begun).words.size() > 1) continue;
-        EXPECT_EQ(host::complete(begun).addition, name.substr(length) + " ") << begun;
+        if (suggest(begun, mode_of(what)).words.size() > 1) continue;
+        EXPECT_EQ(host::complete(begun, mode_of(what)).addition, name.substr(length) + " ") << begun;
       }
       in_front += name + " ";
     }
@@ -116,6 +130,42 @@ TEST(Grammar, EveryDisplayOfTheLibraryHasAView) {
     EXPECT_FALSE(host::view_of(what.command_id).kinds.empty()) << what.syntax.text;
     EXPECT_FALSE(what.shown.name.empty()) << what.syntax.text;
   }
+}
+
+TEST(Grammar, CommandsBelongToModes) {
+  EXPECT_EQ(error_of("shutdown"),
+            "'shutdown' is a setting of interfaces. Type 'configure' and then 'interface RANGE' first.");
+  EXPECT_EQ(error_of("interface ethernet 1/1"), "'interface' belongs to the configuration. Type 'configure' first.");
+  EXPECT_NE(command_of("show transport", host::kInterfaceMode), nullptr);
+  std::string error;
+  EXPECT_FALSE(parse_command("configure", error, host::kInterfaceMode));
+  EXPECT_FALSE(parse_command("no shutdown", error, host::kConfigureMode));
+  EXPECT_EQ(error, "'no' is a setting of interfaces. Type 'interface RANGE' first.");
+}
+
+TEST(Grammar, TheRestOfALineIsAText) {
+  const auto text_of = [](const std::string& line) {
+    std::string error;
+    const auto parsed = parse_command(line, error, host::kInterfaceMode);
+    return parsed ? parsed->argument : "error: " + error;
+  };
+  EXPECT_EQ(text_of("description  to the  lab "), "to the  lab");
+  EXPECT_EQ(text_of("desc 'a | b'"), "a | b");
+  EXPECT_EQ(text_of("switchport name what? why"), "what? why");
+  EXPECT_TRUE(host::is_in_expression("description what", host::kInterfaceMode));
+  EXPECT_FALSE(host::is_in_expression("description ", host::kInterfaceMode));
+}
+
+TEST(Grammar, NoIsTheFormThatTakesBack) {
+  std::string error;
+  EXPECT_TRUE(parse_command("no shutdown", error, host::kInterfaceMode)->is_no);
+  EXPECT_FALSE(parse_command("shutdown", error, host::kInterfaceMode)->is_no);
+}
+
+TEST(Grammar, AFileIsAnyWordThatIsNothingElse) {
+  std::string error;
+  EXPECT_EQ(parse_command("copy running-config /tmp/a.cfg", error)->argument, "/tmp/a.cfg");
+  EXPECT_EQ(parse_command("copy running-config start", error)->argument, "");
 }
 
 TEST(Grammar, EverySuggestionHasAHelpText) {

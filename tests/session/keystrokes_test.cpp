@@ -51,7 +51,7 @@ TEST_F(AtThePrompt, TabCompletesTheNumbersOfInterfacesThatExist) {
 
 TEST_F(AtThePrompt, TabListsTheChoicesWhenThereIsMoreThanOne) {
   screen.type("show \t");
-  EXPECT_TRUE(screen.shows("interface  transport\r\n")) << screen.unread();
+  EXPECT_TRUE(screen.shows("interface       running-config  transport\r\n")) << screen.unread();
   EXPECT_TRUE(screen.shows("lab# show ")) << screen.unread();
 }
 

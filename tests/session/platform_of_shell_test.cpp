@@ -65,11 +65,24 @@ TEST(FailedRanges, AreRenderedWithNames) {
   cmd_mrange_range_add(ranges, first, first);
   cmd_mrange_range_add(ranges, first, fourth);
   char text[64];
-  EXPECT_EQ(cmd_mrange_snprintf(text, sizeof text, ranges), 36);
-  EXPECT_STREQ(text, "Ethernet1/1, Ethernet1/1-Ethernet1/4");
-  EXPECT_EQ(cmd_mrange_snprintf(text, 9, ranges), 36);
+  EXPECT_EQ(cmd_mrange_snprintf(text, sizeof text, ranges), 26);
+  EXPECT_STREQ(text, "Ethernet1/1, Ethernet1/1-4");
+  EXPECT_EQ(cmd_mrange_snprintf(text, 9, ranges), 26);
   EXPECT_STREQ(text, "Ethernet");
   EXPECT_EQ(ranges->len, 2);
+  cmd_mrange_free(ranges);
+}
+
+TEST(FailedRanges, PortsThatFollowEachOtherAreOneRange) {
+  mrange_handle_t* const ranges = cmd_mrange_create(0x0D030001);
+  for (const uint32 port : {0U, 1U, 2U, 5U, 4U})
+    cmd_mrange_range_add(ranges, host::ethernet_index(IF_TYPE_ETHERNET, 0, port),
+                         host::ethernet_index(IF_TYPE_ETHERNET, 0, port));
+  cmd_mrange_range_add(ranges, host::ethernet_index(IF_TYPE_ETHERNET, 1, 5),
+                       host::ethernet_index(IF_TYPE_ETHERNET, 1, 5));
+  char text[64];
+  cmd_mrange_snprintf(text, sizeof text, ranges);
+  EXPECT_STREQ(text, "Ethernet1/1-3, Ethernet1/6, Ethernet1/5, Ethernet2/6");
   cmd_mrange_free(ranges);
 }
 

@@ -62,8 +62,10 @@ outcome run_program(const std::string& program, const std::vector<std::string>& 
   const auto in = make_pipe();
   const auto out = make_pipe();
   const auto err = make_pipe();
+  const std::string state = state_directory();
   const pid_t child = fork();
   if (child == 0) {
+    setenv("XDG_STATE_HOME", state.c_str(), 1);
     dup2(in[0], 0);
     dup2(out[1], 1);
     dup2(err[1], 2);

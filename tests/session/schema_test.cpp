@@ -48,7 +48,7 @@ class EveryCommand : public testing::TestWithParam<const char*> {};
 
 TEST_P(EveryCommand, FollowsThePublishedSchema) {
   for (const host::command& what : host::all_commands()) {
-    if (what.shown.bit == host::kNoDisplay) continue;
+    if (what.shown.bit == host::kNoDisplay || what.shown.bit == host::kSettingDisplay) continue;
     const std::string line = line_of(what);
     const outcome result = run_shell_on(shipped_switch(GetParam()), {"-c", line + " | json"});
     EXPECT_EQ(result.exit_code, 0) << line << result.err;
@@ -63,6 +63,14 @@ INSTANTIATE_TEST_SUITE_P(Switches, EveryCommand, testing::Values("campus.yaml", 
 TEST(PublishedSchema, ErrorsFollowItToo) {
   const rapidjson::Document document = parse(run_command("show interface ethernet 9/9 brief | json").out);
   EXPECT_EQ(fault_of(document, "brief"), "");
+}
+
+TEST(PublishedSchema, SettingsFollowItWhetherTheyAreTakenOrRefused) {
+  for (const char* const range : {"ethernet 1/1", "ethernet 1/9"}) {
+    const std::string lines = std::string("configure\ninterface ") + range + "\nshutdown | json\n";
+    const rapidjson::Document document = parse(run_shell_on(test_file("configuration.yaml"), {}, lines).out);
+    EXPECT_EQ(fault_of(document, "settings"), "") << range;
+  }
 }
 
 TEST(PublishedSchema, DocumentFollowsTheWholeWhenItFollowsOneDefinition) {

@@ -8,6 +8,8 @@
 
 #include "platform/cmd_channel.h"
 #include "platform/if_index.h"
+#include "shell/interface_ranges.h"
+#include "switch/interface_name.h"
 
 namespace {
 
@@ -18,11 +20,30 @@ struct range_record {
 
 range_record* record_of(mrange_handle_t* handle) { return reinterpret_cast<range_record*>(handle); }
 
+bool differ_in_port_alone(const host::interface_number& low, const host::interface_number& high) {
+  return low.sub_interface == 0 && high.sub_interface == 0 && low.unit == high.unit && low.slot == high.slot;
+}
+
+// "Ethernet1/1-4"; both names when the two ends differ in more than the port.
 std::string text_of(const if_index_range_t& range) {
   char name[64];
   std::string text = sprintf_if_index(name, range.low);
-  if (range.high != range.low) text.append("-").append(sprintf_if_index(name, range.high));
-  return text;
+  if (range.high == range.low) return text;
+  const host::interface_number low = host::number_of(range.low), high = host::number_of(range.high);
+  return text + "-" +
+         (differ_in_port_alone(low, high) ? std::to_string(high.port) : sprintf_if_index(name, range.high));
+}
+
+// Ranges that follow each other are one.
+std::vector<if_index_range_t> joined(const std::vector<if_index_range_t>& ranges) {
+  std::vector<if_index_range_t> found;
+  for (const if_index_range_t& range : ranges) {
+    if (!found.empty() && host::is_next(found.back().high, range.low))
+      found.back().high = range.high;
+    else
+      found.push_back(range);
+  }
+  return found;
 }
 
 std::vector<mrange_handle_t*> handed_over;
@@ -57,7 +78,7 @@ void cmd_mrange_error_set(mrange_handle_t* ranges) {
 int32 cmd_mrange_snprintf(char* buffer, uint32 size, const mrange_handle_t* ranges) {
   std::string text;
   if (ranges != nullptr) {
-    for (const if_index_range_t& range : reinterpret_cast<const range_record*>(ranges)->ranges) {
+    for (const if_index_range_t& range : joined(reinterpret_cast<const range_record*>(ranges)->ranges)) {
       if (!text.empty()) text += ", ";
       text += text_of(range);
     }

@@ -525,6 +525,11 @@ constexpr field kFields[] = {
     {kTagMessagesDropped, "dropped", number, kPlain, kTransportDisplay},
     {kTagMessagesDroppedTwice, "dropped_twice", number, kPlain, kTransportDisplay},
     {kTagMessagesNeverDropped, "never_dropped", number, kPlain, kTransportDisplay},
+
+    // A port that refused a setting.
+    {kTagSettingInterface, "interface", interface_name, kPlain, kSettingDisplay},
+    {kTagSettingStatus, "status", number, kPlain, kSettingDisplay},
+    {kTagSettingText, "text", string, kPlain, kSettingDisplay},
 };
 
 constexpr std::size_t kTags = 0x800;

@@ -63,6 +63,7 @@ enum display_bit : uint32 {
   kFlowControlDisplay = 1 << 16,
   kDetailedCountersDisplay = 1 << 17,
   kAllCountersDisplay = 1 << 18,
+  kSettingDisplay = 1 << 19,
 };
 
 struct field {
@@ -80,6 +81,9 @@ enum : uint16 {
   kTagMessagesDropped,
   kTagMessagesDroppedTwice,
   kTagMessagesNeverDropped,
+  kTagSettingInterface,
+  kTagSettingStatus,
+  kTagSettingText,
 };
 
 // All fields, in the order in which they stand in a record.

@@ -1,0 +1,145 @@
+// Settings in files: written, and read back as commands.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "shell/commands.h"
+#include "shell/interface_kinds.h"
+#include "shell/output/command_output.h"
+#include "shell/print_error.h"
+#include "shell/running_config.h"
+#include "shell/selection.h"
+#include "shell/shell.h"
+#include "shell/state_directory.h"
+#include "shell/words.h"
+
+namespace host {
+namespace {
+
+constexpr uint32 kNoDisplayId = 0;
+constexpr std::string_view kStartupConfig = "startup-config";
+
+// The text of the interfaces that were named, or of all that the user may see.
+struct configuration {
+  int code = kDone;
+  std::string text;
+};
+
+configuration configuration_of(const invocation& run) {
+  const command_queue q;
+  command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
+  const selection chosen = run.line.spans.empty() ? select_every(run.session, parameters)
+                                                  : select_named(run.session, parameters, run.line.spans);
+  if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
+  if (chosen.code != kDone) return {chosen.code, {}};
+  return {kDone, running_config(the_machine(), chosen.interfaces)};
+}
+
+bool write_all(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(descriptor, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+// Whoever reads the file sees all of the text or what was there before. Returns an errno, 0 when it is written.
+int write_file(const std::string& path, std::string_view text) {
+  std::string made = path + ".XXXXXX";
+  const int descriptor = mkostemp(made.data(), O_CLOEXEC);
+  if (descriptor < 0) return errno;
+  const mode_t mask = umask(0);
+  umask(mask);
+  const bool is_written =
+      write_all(descriptor, text) && fchmod(descriptor, 0666 & ~mask) == 0 && fsync(descriptor) == 0;
+  int error = is_written ? 0 : errno;
+  close(descriptor);
+  if (error == 0 && std::rename(made.c_str(), path.c_str()) != 0) error = errno;
+  if (error != 0) unlink(made.c_str());
+  return error;
+}
+
+std::string startup_file(const shell& session) {
+  return state_file(session.switch_name + "." + std::string(kStartupConfig));
+}
+
+// Closes what it did not get from the process.
+struct input_file {
+  explicit input_file(const std::string& path) : stream(path == "-" ? stdin : std::fopen(path.c_str(), "re")) {}
+  ~input_file() {
+    if (stream != nullptr && stream != stdin) std::fclose(stream);
+    std::free(line);
+  }
+  input_file(const input_file&) = delete;
+  input_file& operator=(const input_file&) = delete;
+
+  bool next_line() { return getline(&line, &size, stream) >= 0; }
+
+  std::FILE* stream;
+  char* line = nullptr;
+  std::size_t size = 0;
+};
+
+bool is_comment(std::string_view text) { return text.empty() || text.front() == '!' || text.front() == '#'; }
+
+}  // namespace
+
+int show_running_config(const invocation& run) {
+  const configuration found = configuration_of(run);
+  run.output.text(found.text);
+  return found.code;
+}
+
+int copy_running_config(const invocation& run) {
+  const bool is_startup = run.line.argument.empty();
+  const std::string path = is_startup ? startup_file(run.session) : run.line.argument;
+  if (path.empty()) {
+    run.output.complain("there is no place for the startup-config: neither XDG_STATE_HOME nor HOME is set.");
+    return kUsage;
+  }
+  const configuration found = configuration_of(run);
+  if (found.code != kDone) return found.code;
+  if (is_startup) make_directories_of(path);
+  if (const int error = write_file(path, found.text); error != 0) {
+    run.output.complain("cannot write '" + path + "': " + std::strerror(error) + ".");
+    return kUsage;
+  }
+  if (is_startup) the_machine().save_startup();
+  run.output.text("Written to " + path + ".\n");
+  return kDone;
+}
+
+int run_file(shell& session, const std::string& name, bool keep_going) {
+  const std::string path = name == kStartupConfig ? startup_file(session) : name;
+  const std::string shown = name == "-" ? "standard input" : path;
+  input_file file(path);
+  if (file.stream == nullptr) {
+    print_error("cannot read '" + shown + "': " + std::strerror(errno) + ".");
+    return kUsage;
+  }
+  int result = kDone;
+  for (uint32 number = 1; !session.is_leaving && file.next_line(); ++number) {
+    const std::string_view text = trim(file.line);
+    if (is_comment(text)) continue;
+    const int code = run_line(session, text);
+    if (result == kDone) result = code;
+    if (code == kDone) continue;
+    const std::string place = shown + ":" + std::to_string(number) + ": ";
+    if (code == kInterrupted || !keep_going) {
+      print_error(place + quoted(text) + " failed, and nothing behind it was run. Use --keep-going to go on.");
+      break;
+    }
+    print_error(place + quoted(text) + " failed.");
+  }
+  return result;
+}
+
+}  // namespace host

@@ -1,0 +1,27 @@
+// Interfaces as ranges: what follows each other is one.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/if_index.h"
+
+namespace host {
+
+// The first and the last of interfaces of one kind whose numbers follow each other.
+struct number_run {
+  if_index_t first;
+  if_index_t last;
+};
+
+// Whether two interfaces may stand in one run: the second has the number behind the first's.
+bool is_next(if_index_t first, if_index_t second);
+
+// The runs in some interfaces, in their order. A sub-interface is a run of its own.
+std::vector<number_run> runs_of(std::span<const if_index_t> interfaces);
+
+// A range as the shell reads it: "ethernet 1/1-4, ethernet 1/7".
+std::string range_text(std::span<const if_index_t> interfaces);
+
+}  // namespace host

@@ -1,0 +1,180 @@
+#include "shell/running_config.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <vector>
+
+#include "platform/interface_manager.h"
+#include "platform/port_config.h"
+#include "service/port_config.h"
+#include "shell/interface_ranges.h"
+#include "switch/if_index_layout.h"
+
+namespace host {
+namespace {
+
+// ---- Commands for values.
+
+struct word_of_value {
+  uint32 value;
+  const char* word;
+};
+
+template <std::size_t Count>
+std::string with_word(const char* command, const word_of_value (&words)[Count], uint32 value) {
+  const auto* const found =
+      std::find_if(std::begin(words), std::end(words), [value](const word_of_value& it) { return it.value == value; });
+  if (found != std::end(words)) return std::string(command) + " " + found->word;
+  return "! no command for: " + std::string(command) + " " + std::to_string(value);
+}
+
+std::string on_or_no(bool is_on, const char* command) { return (is_on ? "" : "no ") + std::string(command); }
+
+std::string with_number(const char* command, uint64 number) {
+  return std::string(command) + " " + std::to_string(number);
+}
+
+constexpr word_of_value kModes[] = {
+    {0x80000, "access"},
+    {0x100000, "trunk"},
+    {0x2000000, "fabric"},
+    {0x400000, "private-vlan host"},
+    {0x800000, "private-vlan promiscuous"},
+    {0x1, "auto"},
+    {0x4, "e"},
+    {0x20, "f"},
+    {0x40, "fl"},
+    {0x60, "fx"},
+    {0x4000, "np"},
+    {0x2, "sd"},
+    {0x8000, "st"},
+    {0x10, "tl"},
+};
+constexpr word_of_value kSpeeds[] = {{0, "auto"},    {1, "auto max 2000"}, {2, "auto max 4000"},
+                                     {10, "10"},     {100, "100"},         {1000, "1000"},
+                                     {2000, "2000"}, {4000, "4000"},       {8000, "8000"}};
+constexpr word_of_value kDuplexes[] = {{1, "full"}, {2, "half"}, {3, "auto"}};
+constexpr word_of_value kTrunkingModes[] = {{1, "off"}, {2, "on"}, {3, "auto"}};
+constexpr word_of_value kEncapsulations[] = {{1, "normal"}, {2, "eisl"}, {3, "internal"}};
+constexpr word_of_value kMonitors[] = {{1, ""}, {2, "ingress"}, {3, "ingress learning"}};
+
+// A text as an argument: in quotes when it would be read otherwise.
+std::string quoted_text(const std::string& text) {
+  const bool is_plain = text.find_first_of("|\"'?") == std::string::npos && text.front() != ' ' && text.back() != ' ';
+  if (is_plain) return text;
+  const char quote = text.find('"') == std::string::npos ? '"' : '\'';
+  return quote + text + quote;
+}
+
+std::string describe(const interface& port) {
+  return port.description.empty() ? "no description" : "description " + quoted_text(port.description);
+}
+
+std::string credit(const interface& port) {
+  constexpr uint32 kModeFx = 0x80000000, kModeE = 0x40000000;
+  const std::string text = with_number("switchport bb-credit", port.receive_credit & ~(kModeFx | kModeE));
+  if ((port.receive_credit & kModeFx) != 0) return text + " mode fx";
+  return (port.receive_credit & kModeE) != 0 ? text + " mode e" : text;
+}
+
+std::string buffers(const interface& port) {
+  return port.performance_buffers == UINT32_MAX
+             ? "switchport bb-credit performance-buffers default"
+             : with_number("switchport bb-credit performance-buffers", port.performance_buffers);
+}
+
+std::string monitor(const interface& port) {
+  if (port.span_monitor == 0) return "no switchport monitor";
+  std::string text = with_word("switchport monitor", kMonitors, port.span_monitor);
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+// ---- Defaults.
+
+bool is_usually_routed(const interface& port) {
+  const if_index_type_t kind = take_apart(port.if_index).type;
+  return !port.addresses.empty() || if_index_is_sub_intf(port.if_index) != 0 || kind == IF_TYPE_LOOPBACK ||
+         kind == IF_TYPE_MGMT;
+}
+
+// A port of one speed has it, whatever it is set to.
+bool has_usual_speed(const interface& port) {
+  const uint8 speeds = port.capabilities.speeds;
+  return port.admin_speed_mbps == 0 || (speeds != 0 && fastest_mbps(speeds) == slowest_mbps(speeds));
+}
+
+template <auto Member>
+bool is_as_made(const interface& port) {
+  return port.*Member == port_settings{}.*Member;
+}
+
+// ---- The settings, in the order in which they must be made.
+
+struct setting_in_words {
+  uint8 type;  // PM_CFG_...
+  bool (*is_usual)(const interface& port);
+  std::string (*command)(const interface& port);
+};
+
+using set = port_settings;
+using port = const interface&;
+
+// clang-format off
+constexpr setting_in_words kSettings[] = {
+    {PM_CFG_NAME, is_as_made<&set::description>, describe},
+    {PM_CFG_SWITCHPORT, [](port it) { return (it.layer == IF_LAYER_3) == is_usually_routed(it); },
+                        [](port it) { return on_or_no(it.layer == IF_LAYER_2, "switchport"); }},
+    {PM_CFG_PORT_MODE, [](port it) { return it.admin_mode == default_port_mode(take_apart(it.if_index).type, it.layer); },
+                       [](port it) { return it.admin_mode == 0 ? "no switchport mode" : with_word("switchport mode", kModes, it.admin_mode); }},
+    {PM_CFG_SPEED, has_usual_speed, [](port it) { return with_word("switchport speed", kSpeeds, it.admin_speed_mbps); }},
+    {PM_CFG_DUPLEX, is_as_made<&set::admin_duplex>, [](port it) { return with_word("switchport duplex", kDuplexes, it.admin_duplex); }},
+    {PM_CFG_MTU, is_as_made<&set::mtu_bytes>, [](port it) { return with_number("switchport mtu", it.mtu_bytes); }},
+    {PM_CFG_TRUNKING_MODE, is_as_made<&set::trunking_mode>, [](port it) { return with_word("switchport trunk mode", kTrunkingModes, it.trunking_mode); }},
+    {PM_CFG_ENCAP, is_as_made<&set::encapsulation>, [](port it) { return with_word("switchport encapsulation", kEncapsulations, it.encapsulation); }},
+    {PM_CFG_BEACON, is_as_made<&set::beacon_on>, [](port it) { return on_or_no(it.beacon_on, "switchport beacon"); }},
+    {PM_CFG_RX_BB_CREDIT, is_as_made<&set::receive_credit>, credit},
+    {PM_CFG_PERFORMANCE_BUFFERS, is_as_made<&set::performance_buffers>, buffers},
+    {PM_CFG_BB_CREDIT_EXTENDED, is_as_made<&set::extended_credit>, [](port it) { return with_number("switchport bb-credit extended", it.extended_credit); }},
+    {PM_CFG_BB_CREDIT_MULTIPLIER, is_as_made<&set::credit_multiplier>, [](port it) { return with_number("switchport bb-credit multiplier", it.credit_multiplier); }},
+    {PM_CFG_BB_SCN, is_as_made<&set::bb_scn>, [](port it) { return on_or_no(it.bb_scn == 1, "switchport bb-scn"); }},
+    {PM_CFG_RXBUFSIZE, is_as_made<&set::receive_buffer_bytes>, [](port it) { return with_number("switchport receive-buffer-size", it.receive_buffer_bytes); }},
+    {PM_CFG_PROMISCUOUS, is_as_made<&set::promiscuous_mode>, [](port it) { return std::string("switchport promiscuous-mode ") + (it.promiscuous_mode == 1 ? "on" : "off"); }},
+    {PM_CFG_IGNORE, is_as_made<&set::ignore_bit_errors>, [](port it) { return on_or_no(it.ignore_bit_errors == 1, "switchport ignore bit-errors"); }},
+    {PM_CFG_MONITOR, is_as_made<&set::span_monitor>, monitor},
+    {PM_CFG_PORT_DOWN_ON_LINK_FAILURE, is_as_made<&set::down_on_link_failure>, [](port it) { return on_or_no(it.down_on_link_failure == 3, "port down on link failure"); }},
+    {PM_CFG_SERVICE_STATE, is_as_made<&set::service_state>, [](port it) { return on_or_no(it.service_state == 1, "out-of-service"); }},
+    {PM_CFG_PORT_STATE, is_as_made<&set::admin_state>, [](port it) { return on_or_no(it.admin_state == 2, "shutdown"); }},
+};
+// clang-format on
+
+// The lines of one interface.
+std::string lines_of(const interface& it) {
+  std::string lines;
+  if (it.is_edge) lines += "  switchport host\n";
+  for (const setting_in_words& row : kSettings) {
+    if (!has_setting_of_its_own(it, row.type)) continue;
+    if (row.is_usual(it) && !it.configured.test(row.type)) continue;
+    lines += "  " + row.command(it) + "\n";
+  }
+  return lines;
+}
+
+}  // namespace
+
+std::string running_config(const machine& of, std::span<const if_index_t> interfaces) {
+  std::string text = "! Settings of " + of.name + "\nconfigure\n";
+  for (std::size_t first = 0; first < interfaces.size();) {
+    const interface* const it = of.find(interfaces[first]);
+    const std::string lines = it != nullptr ? lines_of(*it) : std::string();
+    std::size_t end = first + 1;
+    while (end < interfaces.size() && is_next(interfaces[end - 1], interfaces[end]) &&
+           of.find(interfaces[end]) != nullptr && lines_of(*of.find(interfaces[end])) == lines)
+      ++end;
+    if (!lines.empty()) text += "interface " + range_text(interfaces.subspan(first, end - first)) + "\n" + lines;
+    first = end;
+  }
+  return text + "end\n";
+}
+
+}  // namespace host

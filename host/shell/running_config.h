@@ -1,0 +1,15 @@
+// The settings of interfaces as the commands that make them.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "switch/model.h"
+
+namespace host {
+
+// The commands for some interfaces of a machine, in their order, as lines that the shell runs from a file. Settings
+// that have their default appear only when a command gave them. What no command can set stands there as a comment.
+std::string running_config(const machine& of, std::span<const if_index_t> interfaces);
+
+}  // namespace host

@@ -1,0 +1,102 @@
+// The settings of interfaces: how each is written, and the tokens that the command library gets for it.
+//
+// The command library finds its settings by these numbers, counted from the range: the keyword, for switchport the
+// sub-command, then words and values.
+#pragma once
+
+#include "shell/commands.h"
+#include "shell/grammar.h"
+
+namespace host {
+
+inline constexpr display kSettingShown = {kSettingDisplay, {}, "settings"};
+
+inline constexpr uint32 kSwitchport = 0x01030002;
+inline constexpr setting_token kNumber = {0, token_value::number};
+
+// A mode of ports, as the value without a word.
+constexpr setting_token port_mode(uint32 mode) { return {0, token_value::fixed, mode}; }
+
+constexpr command setting(command_syntax syntax, std::string_view help, setting_tokens tokens) {
+  return {syntax, help, set_ports, kSettingShown, 0, kInterfaceMode, tokens};
+}
+
+// clang-format off
+inline constexpr command kSettingCommands[] = {
+    setting("[no] shutdown", "Switch the interfaces off", {{3}}),
+    setting("[no] out-of-service", "Take the ports out of service", {{5}}),
+    setting("[no] port down on link failure", "A port whose link fails stays down", {{127}}),
+    setting("description TEXT", "Describe the interfaces", {{kSwitchport}, {2}, {0, token_value::text}}),
+    setting("no description", "Take the description away", {{kSwitchport}, {2}}),
+    setting("[no] switchport", "Switched ports; with 'no' routed ones", {{kSwitchport}}),
+    setting("switchport name TEXT", "The same as 'description'", {{kSwitchport}, {2}, {0, token_value::text}}),
+    setting("no switchport name", "The same as 'no description'", {{kSwitchport}, {2}}),
+    setting("switchport mode access", "Ports of one VLAN", {{kSwitchport}, {4}, port_mode(0x80000)}),
+    setting("switchport mode trunk", "Ports of many VLANs", {{kSwitchport}, {4}, port_mode(0x100000)}),
+    setting("switchport mode fabric", "Ports to satellite units", {{kSwitchport}, {4}, port_mode(0x2000000)}),
+    setting("switchport mode private-vlan host", "Ports to hosts in a private VLAN", {{kSwitchport}, {4}, {109}, port_mode(0x400000)}),
+    setting("switchport mode private-vlan promiscuous", "Ports that all of a private VLAN reach", {{kSwitchport}, {4}, {109}, port_mode(0x800000)}),
+    setting("switchport mode auto", "Let the Fibre-Channel ports find their mode", {{kSwitchport}, {4}, port_mode(0x1)}),
+    setting("switchport mode e", "Fibre-Channel ports to switches", {{kSwitchport}, {4}, port_mode(0x4)}),
+    setting("switchport mode f", "Fibre-Channel ports to hosts", {{kSwitchport}, {4}, port_mode(0x20)}),
+    setting("switchport mode fl", "Fibre-Channel ports to loops", {{kSwitchport}, {4}, port_mode(0x40)}),
+    setting("switchport mode fx", "Fibre-Channel ports to hosts or loops", {{kSwitchport}, {4}, port_mode(0x60)}),
+    setting("switchport mode np", "Fibre-Channel ports to a switch that logs in for them", {{kSwitchport}, {4}, port_mode(0x4000)}),
+    setting("switchport mode sd", "Fibre-Channel ports that copies are sent to", {{kSwitchport}, {4}, port_mode(0x2)}),
+    setting("switchport mode st", "Ends of tunnels for such copies", {{kSwitchport}, {4}, port_mode(0x8000)}),
+    setting("switchport mode tl", "Fibre-Channel ports to private loops", {{kSwitchport}, {4}, port_mode(0x10)}),
+    setting("no switchport mode", "The usual mode", {{kSwitchport}, {4}}),
+    setting("[no] switchport beacon", "Let the ports blink", {{kSwitchport}, {15}}),
+    setting("switchport speed 10", "10 Mbit/s", {{kSwitchport}, {16}, {18}}),
+    setting("switchport speed 100", "100 Mbit/s", {{kSwitchport}, {16}, {19}}),
+    setting("switchport speed 1000", "1 Gbit/s", {{kSwitchport}, {16}, {20}}),
+    setting("switchport speed 2000", "2 Gbit/s", {{kSwitchport}, {16}, {21}}),
+    setting("switchport speed 4000", "4 Gbit/s", {{kSwitchport}, {16}, {67}}),
+    setting("switchport speed 8000", "8 Gbit/s", {{kSwitchport}, {16}, {75}}),
+    setting("switchport speed auto", "The fastest that both ends have", {{kSwitchport}, {16}, {17}}),
+    setting("switchport speed auto max 2000", "The same, up to 2 Gbit/s", {{kSwitchport}, {16}, {17}, {71}, {72}}),
+    setting("switchport speed auto max 4000", "The same, up to 4 Gbit/s", {{kSwitchport}, {16}, {17}, {71}, {76}}),
+    setting("no switchport speed", "The usual speed", {{kSwitchport}, {16}}),
+    setting("switchport duplex auto", "The better that both ends have", {{kSwitchport}, {56}, {57}}),
+    setting("switchport duplex full", "Both directions at once", {{kSwitchport}, {56}, {58}}),
+    setting("switchport duplex half", "One direction at a time", {{kSwitchport}, {56}, {59}}),
+    setting("no switchport duplex", "The usual duplex", {{kSwitchport}, {56}}),
+    setting("switchport mtu BYTES", "The largest packet", {{kSwitchport}, {39}, {40, token_value::number}}),
+    setting("no switchport mtu", "The usual 1500 bytes", {{kSwitchport}, {39}}),
+    setting("switchport trunk mode", "The same as 'switchport trunk mode on'", {{kSwitchport}, {22}, {23}}),
+    setting("switchport trunk mode off", "No trunk of VSANs", {{kSwitchport}, {22}, {23}, {0, token_value::fixed, 1}}),
+    setting("switchport trunk mode on", "A trunk of VSANs", {{kSwitchport}, {22}, {23}, {0, token_value::fixed, 2}}),
+    setting("switchport trunk mode auto", "A trunk when the other end has one", {{kSwitchport}, {22}, {23}, {0, token_value::fixed, 3}}),
+    setting("switchport trunk encapsulation dot1q", "VLAN tags on trunks", {{kSwitchport}, {22}, {107}}),
+    setting("switchport dot1q ethertype", "The number of VLAN tags", {{kSwitchport}, {77}}),
+    setting("switchport encapsulation normal", "Frames as they are", {{kSwitchport}, {34}, {35}}),
+    setting("switchport encapsulation eisl", "Frames with their VSAN", {{kSwitchport}, {34}, {36}}),
+    setting("switchport encapsulation internal", "Frames as the switch carries them", {{kSwitchport}, {34}, {37}}),
+    setting("no switchport encapsulation", "The usual encapsulation", {{kSwitchport}, {34}}),
+    setting("switchport bb-credit COUNT", "Credits for frames received", {{kSwitchport}, {29}, {31, token_value::number}}),
+    setting("switchport bb-credit COUNT mode e", "The same, of ports to switches", {{kSwitchport}, {29}, {31, token_value::number}, {}, {48}}),
+    setting("switchport bb-credit COUNT mode fx", "The same, of ports to hosts", {{kSwitchport}, {29}, {31, token_value::number}, {}, {47}}),
+    setting("switchport bb-credit default", "The usual credits", {{kSwitchport}, {29}, {30}}),
+    setting("switchport bb-credit performance-buffers COUNT", "Buffers for fast ports", {{kSwitchport}, {29}, {49}, kNumber}),
+    setting("switchport bb-credit performance-buffers default", "The card's own number of them", {{kSwitchport}, {29}, {50}}),
+    setting("switchport bb-credit extended COUNT", "Credits for long distances", {{kSwitchport}, {29}, {53}, {55, token_value::number}}),
+    setting("switchport bb-credit multiplier COUNT", "A credit for so many frames", {{kSwitchport}, {29}, {64}, kNumber}),
+    setting("no switchport bb-credit", "The usual credits", {{kSwitchport}, {29}}),
+    setting("no switchport bb-credit performance-buffers", "The card's own number of them", {{kSwitchport}, {29}, {52}}),
+    setting("no switchport bb-credit extended", "None for long distances", {{kSwitchport}, {29}, {53}}),
+    setting("no switchport bb-credit multiplier", "A credit for each frame", {{kSwitchport}, {29}, {64}}),
+    setting("[no] switchport bb-scn", "Count credits that were lost", {{kSwitchport}, {73}}),
+    setting("switchport receive-buffer-size BYTES", "The largest frame, a multiple of 4", {{kSwitchport}, {32}, {33, token_value::half_number}}),
+    setting("no switchport receive-buffer-size", "The usual 2112 bytes", {{kSwitchport}, {32}}),
+    setting("switchport promiscuous-mode on", "Take packets for anybody", {{kSwitchport}, {41}, {42}}),
+    setting("switchport promiscuous-mode off", "Take packets for the port", {{kSwitchport}, {41}, {43}}),
+    setting("no switchport promiscuous-mode", "Take packets for the port", {{kSwitchport}, {41}}),
+    setting("[no] switchport ignore bit-errors", "Leave a port up that has bit errors", {{kSwitchport}, {65}, {66}}),
+    setting("[no] switchport host", "Ports to hosts: no channel, access mode, edge of the spanning tree", {{kSwitchport}, {80}}),
+    setting("[no] switchport monitor", "Ports that copies of packets are sent to", {{kSwitchport}, {123}}),
+    setting("switchport monitor ingress", "The same; they also take packets", {{kSwitchport}, {123}, {}}),
+    setting("switchport monitor ingress learning", "The same; they also learn addresses", {{kSwitchport}, {123}, {}, {}}),
+};
+// clang-format on
+
+}  // namespace host

@@ -1,0 +1,16 @@
+// Where the shell keeps what outlives it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// The path of a file in the user's state directory: $XDG_STATE_HOME/pmsh, else ~/.local/state/pmsh. Empty when there is
+// no place for it.
+std::string state_file(std::string_view name);
+
+// Creates the directories in front of the last part of a path.
+void make_directories_of(const std::string& path);
+
+}  // namespace host

@@ -1,0 +1,387 @@
+// The configuration: modes, settings, what refused, taking back, and files.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <sstream>
+
+#include "session/json.h"
+#include "session/program.h"
+
+namespace session {
+namespace {
+
+const std::string kSwitch = test_file("configuration.yaml");
+
+// Runs lines of commands on the switch; `options` in front.
+outcome run_lines(const std::string& lines, std::vector<std::string> options = {}) {
+  return run_shell_on(kSwitch, std::move(options), lines);
+}
+
+// Settings of some interfaces, then one command.
+outcome configured(const std::string& range, const std::string& settings, const std::string& then = "") {
+  return run_lines("configure\ninterface " + range + "\n" + settings + "\nend\n" + then + "\n");
+}
+
+std::string running(const std::string& lines) {
+  const outcome result = run_lines(lines + "\nshow running-config\n");
+  EXPECT_EQ(result.err, "");
+  return result.out.substr(result.out.find("! Settings"));
+}
+
+// A file that is gone at the end.
+struct file_of_test {
+  explicit file_of_test(const std::string& text) : path(state_directory() + "-" + std::to_string(rand()) + ".cfg") {
+    std::ofstream(path) << text;
+  }
+  ~file_of_test() { std::remove(path.c_str()); }
+  file_of_test(const file_of_test&) = delete;
+  file_of_test& operator=(const file_of_test&) = delete;
+
+  std::string text() const {
+    std::ostringstream all;
+    all << std::ifstream(path).rdbuf();
+    return all.str();
+  }
+
+  std::string path;
+};
+
+TEST(Configure, WhatWasAppliedIsShown) {
+  EXPECT_EQ(configured("ethernet 1/1-2", "shutdown\nswitchport mtu 9000", "show interface ethernet 1/1 brief").out,
+            "\n--------------------------------------------------------------------------------\n"
+            "Interface                Status     IP Address        Speed    MTU   Port\n"
+            "                                                                     Channel\n"
+            "--------------------------------------------------------------------------------\n"
+            "Ethernet1/1              down       --                1000     9000  \n");
+}
+
+TEST(Configure, EverySettingWithAWordIsInTheRunningConfig) {
+  const std::string ethernet =
+      "  description to the lab\n"
+      "  no switchport\n"
+      "  switchport mode trunk\n"
+      "  switchport duplex full\n"
+      "  switchport mtu 9000\n"
+      "  switchport trunk mode auto\n"
+      "  switchport encapsulation eisl\n"
+      "  switchport beacon\n"
+      "  switchport promiscuous-mode on\n"
+      "  switchport monitor ingress learning\n"
+      "  port down on link failure\n"
+      "  out-of-service\n"
+      "  shutdown\n";
+  const std::string fibre =
+      "  description storage\n"
+      "  switchport mode fl\n"
+      "  switchport speed auto max 4000\n"
+      "  switchport bb-credit 12 mode fx\n"
+      "  switchport bb-credit performance-buffers 6\n"
+      "  switchport bb-credit extended 300\n"
+      "  switchport bb-credit multiplier 5\n"
+      "  switchport bb-scn\n"
+      "  switchport receive-buffer-size 1024\n"
+      "  switchport ignore bit-errors\n";
+  EXPECT_EQ(
+      running("configure\ninterface ethernet 2/1-2\n" + ethernet + "interface fc 3/5\n" + fibre + "end"),
+      "! Settings of lab\nconfigure\ninterface ethernet 2/1-2\n" + ethernet + "interface fc 3/5\n" + fibre + "end\n");
+}
+
+TEST(Configure, SettingsThatWereTakenBackAreSaidSo) {
+  EXPECT_EQ(running("configure\ninterface ethernet 1/1\nno shutdown\nno description\nno switchport mtu\n"
+                    "no switchport mode\nno switchport speed\nno switchport duplex\nend"),
+            "! Settings of lab\nconfigure\ninterface ethernet 1/1\n"
+            "  no description\n"
+            "  switchport mode access\n"
+            "  switchport speed auto\n"
+            "  switchport duplex auto\n"
+            "  switchport mtu 1500\n"
+            "  no shutdown\n"
+            "end\n");
+}
+
+TEST(Configure, EveryModeHasItsWord) {
+  for (const char* const mode :
+       {"access", "trunk", "fabric", "private-vlan host", "private-vlan promiscuous", "sd", "tl"}) {
+    const std::string line = std::string("  switchport mode ") + mode + "\n";
+    EXPECT_EQ(running("configure\ninterface ethernet 1/3\n" + line + "end"),
+              "! Settings of lab\nconfigure\ninterface ethernet 1/3\n" + line + "end\n");
+  }
+  for (const char* const mode : {"auto", "e", "f", "fl", "fx", "np", "st"}) {
+    const std::string line = std::string("  switchport mode ") + mode + "\n";
+    EXPECT_EQ(running("configure\ninterface fc 3/1\n" + line + "end"),
+              "! Settings of lab\nconfigure\ninterface fc 3/1\n" + line + "end\n");
+  }
+}
+
+TEST(Configure, EverySpeedHasItsWord) {
+  for (const char* const speed : {"10", "100", "1000"}) {
+    const std::string line = std::string("  switchport speed ") + speed + "\n";
+    EXPECT_EQ(running("configure\ninterface ethernet 1/3\n" + line + "end"),
+              "! Settings of lab\nconfigure\ninterface ethernet 1/3\n" + line + "end\n");
+  }
+  for (const char* const speed : {"2000", "4000", "8000", "auto", "auto max 2000"}) {
+    const std::string line = std::string("  switchport speed ") + speed + "\n";
+    EXPECT_EQ(running("configure\ninterface fc 3/1\n" + line + "end"),
+              "! Settings of lab\nconfigure\ninterface fc 3/1\n" + line + "end\n");
+  }
+}
+
+TEST(Configure, TheRunningConfigRebuildsTheState) {
+  const std::string lines =
+      "configure\ninterface ethernet 1/1-4, ethernet 2/3\nswitchport mode trunk\ndescription \"a | b\"\nshutdown\n"
+      "interface ethernet 1/2\nno shutdown\ninterface fc 3/1-8\nswitchport speed 4000\nshutdown\n"
+      "interface port-channel 7\nswitchport mtu 9000\ninterface ethernet 1/5\nswitchport host\nend\n";
+  const std::string first = running(lines);
+  const file_of_test file(first);
+  const std::string show = "show interface | exclude rate\nshow interface status\n";
+  EXPECT_EQ(
+      run_shell_on(kSwitch, {"--config", file.path, "-c", "show running-config"})
+          .out.substr(
+              std::string(" Warning: portfast should only be enabled on ports connected to a single\n host. Connecting "
+                          "hubs, concentrators, switches, bridges, etc... to this\n interface  when portfast is "
+                          "enabled, can cause temporary bridging loops.\n Use with CAUTION\n\n\n\n")
+                  .size()),
+      first);
+  const std::string before = run_lines(lines + show, {"--clock", "1800000000"}).out;
+  const std::string after = run_shell_on(kSwitch, {"--clock", "1800000000", "--config", file.path}, show).out;
+  EXPECT_EQ(before, after);
+}
+
+TEST(Configure, ShippedSwitchesRunFromTheirRunningConfig) {
+  for (const char* const name : {"campus.yaml", "storage.yaml"}) {
+    const std::string first = run_shell_on(shipped_switch(name), {"-c", "show running-config"}).out;
+    const file_of_test file(first);
+    const outcome second =
+        run_shell_on(shipped_switch(name), {"--yes", "--config", file.path, "-c", "show running-config"});
+    EXPECT_EQ(second.err, "") << name;
+    EXPECT_EQ(second.out, first) << name;
+  }
+}
+
+TEST(Configure, RefusalsAreReportedByError) {
+  const outcome result = configured("ethernet 1/7-12", "switchport mtu 9000", "show interface ethernet 1/7-12 brief");
+  EXPECT_EQ(result.exit_code, 3);
+  EXPECT_EQ(result.err, "");
+  // Port 10 has a status whose text says all; groups stand in the opposite order of their first port.
+  EXPECT_EQ(result.out.substr(0, result.out.find("\n\n")),
+            "Ethernet1/11-12: port belongs to a port-channel\n"
+            "operation not possible at the moment\n"
+            "Ethernet1/9: port is locked");
+  EXPECT_NE(result.out.find("Ethernet1/8              up         --                1000     9000"), std::string::npos);
+  EXPECT_NE(result.out.find("Ethernet1/9              up         --                1000     1500"), std::string::npos);
+}
+
+TEST(Configure, AllRefusedIsAnExitCodeToo) {
+  EXPECT_EQ(configured("ethernet 1/9", "shutdown").exit_code, 3);
+  EXPECT_EQ(configured("ethernet 1/1", "shutdown").exit_code, 0);
+}
+
+TEST(Configure, RefusalsAreRecordsInTheStructuredForm) {
+  const outcome result = configured("ethernet 1/8-9, ethernet 1/11", "switchport mtu 9000 | json");
+  EXPECT_EQ(result.exit_code, 3);
+  rapidjson::Document document;
+  document.Parse(result.out.c_str());
+  ASSERT_FALSE(document.HasParseError()) << result.out;
+  const auto& interfaces = document["interfaces"];
+  ASSERT_EQ(interfaces.Size(), 2U) << result.out;
+  EXPECT_STREQ(interfaces[0]["interface"].GetString(), "Ethernet1/9");
+  EXPECT_EQ(interfaces[0]["status"].GetUint(), 0x40290022U);
+  EXPECT_STREQ(interfaces[0]["text"].GetString(), "port is locked");
+  EXPECT_STREQ(interfaces[1]["interface"].GetString(), "Ethernet1/11");
+  EXPECT_EQ(interfaces[1]["status"].GetUint(), 0x40290015U);
+}
+
+TEST(Configure, AFailedRequestIsAnotherExitCode) {
+  const outcome result = run_lines("configure\ninterface ethernet 1/1\n", {"-f", "-", "--provoke", "statistics=lost"});
+  EXPECT_EQ(result.exit_code, 0);
+  const outcome lost =
+      run_lines("configure\ninterface ethernet 1/1\nshutdown\n", {"-f", "-", "--provoke", "port-manager=interrupt:0"});
+  EXPECT_EQ(lost.exit_code, 0) << lost.out;
+  EXPECT_EQ(run_lines("configure\ninterface ethernet 1/1\nshutdown\n", {"-f", "-", "--provoke", "port-manager=reject"})
+                .exit_code,
+            2);
+}
+
+TEST(Configure, WhatIsWrongWithACommandIsSaidBeforeAnythingIsSent) {
+  const outcome result = configured("fc 3/1", "switchport receive-buffer-size 2110", "show running-config");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.out,
+            "error: invalid receive buffer size (not a multiple of 4)\n! Settings of lab\nconfigure\nend\n");
+  EXPECT_EQ(configured("ethernet 1/1", "switchport").out, "Error: command not supported on interface type\n");
+  EXPECT_EQ(configured("port-channel 7", "switchport beacon").out, "Beacon mode not supported for port channels\n");
+  EXPECT_EQ(configured("ethernet 1/1", "no switchport host").out,
+            "The 'no' form of this command has no effect on the system\n");
+  EXPECT_EQ(configured("ethernet 1/1", "switchport trunk encapsulation dot1q").out,
+            "Command - switchport trunk encapsulation dot1q - is not implemented yet\n");
+}
+
+TEST(Configure, NamesOfEightyCharactersAreTheLongest) {
+  const std::string longest(80, 'n');
+  EXPECT_EQ(configured("ethernet 1/1", "description " + longest).exit_code, 0);
+  for (const std::size_t length : {81U, 10'000U}) {
+    const outcome result = configured("ethernet 1/1", "description " + std::string(length, 'n'));
+    EXPECT_EQ(result.exit_code, 1);
+    EXPECT_EQ(result.out, "error: name too long. max size allowed is 80\n");
+  }
+  const outcome strange =
+      configured("ethernet 1/1", "description %s%n \x1b[31m", "show interface ethernet 1/1 description");
+  EXPECT_NE(strange.out.find("%s%n \\x1b[31m"), std::string::npos) << strange.out;
+}
+
+TEST(Configure, ModeEBelongsToTheFirstPortOfAGroup) {
+  const outcome result = configured("fc 3/1-3", "switchport mode e");
+  EXPECT_EQ(result.exit_code, 3);
+  EXPECT_EQ(result.out,
+            "fc3/2: (error) mode E allowed only for interface fc3/1 in group fc3/1-4\n"
+            "fc3/3: (error) mode E allowed only for interface fc3/1 in group fc3/1-4\n");
+}
+
+TEST(Configure, AUserOfSomeVsansMayNotChangeModes) {
+  const outcome result =
+      run_lines("configure\ninterface ethernet 1/1\nswitchport mode trunk\n", {"--user", "guest", "-f", "-"});
+  EXPECT_EQ(result.exit_code, 5);
+  EXPECT_EQ(result.out, "error: port mode configuration not allowed\n");
+}
+
+TEST(Configure, OfTheManagementPortOnlyTheConsoleSetsTheSpeedOfSuchCards) {
+  EXPECT_EQ(configured("mgmt 0", "switchport duplex half").exit_code, 0);
+}
+
+TEST(Configure, HostRunsItsThreeSteps) {
+  const outcome result = configured("ethernet 1/11", "switchport host", "show running-config interface ethernet 1/11");
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(
+      result.out,
+      " Warning: portfast should only be enabled on ports connected to a single\n"
+      " host. Connecting hubs, concentrators, switches, bridges, etc... to this\n"
+      " interface  when portfast is enabled, can cause temporary bridging loops.\n"
+      " Use with CAUTION\n\n\n\n"
+      "! Settings of lab\nconfigure\ninterface ethernet 1/11\n  switchport host\n  switchport mode access\nend\n");
+}
+
+TEST(Configure, HostSaysWhichStepFailedWhere) {
+  const outcome result = configured("ethernet 1/8-9", "switchport host");
+  EXPECT_EQ(result.exit_code, 3);
+  EXPECT_NE(result.out.find("Command failed for following interfaces:\n"
+                            "Ethernet1/9 failed for removing port from port-channel with port is locked\n\n"
+                            "Command failed for following interfaces:\n"
+                            "Ethernet1/9 failed for setting port to switchport mode access with port is locked\n\n"
+                            "Command failed for following interfaces:\n"
+                            "Ethernet1/9 failed for setting stp port type to edge with port is locked\n\n"),
+            std::string::npos)
+      << result.out;
+}
+
+TEST(Configure, TheLastChangeIsTakenBack) {
+  const outcome result = configured("ethernet 1/1-3, ethernet 2/2",
+                                    "switchport mtu 9000\nswitchport mtu 4000\nundo\nundo", "show running-config");
+  EXPECT_EQ(result.out,
+            "Taken back for ethernet 1/1-3, ethernet 2/2.\n"
+            "! Settings of lab\nconfigure\ninterface ethernet 1/1-3\n  switchport mtu 9000\ninterface ethernet 2/2\n"
+            "  switchport mtu 9000\nend\n");
+  EXPECT_EQ(result.err, "pmsh: there is no setting to take back.\n");
+}
+
+TEST(Configure, AFileEndsWithTheFirstFailure) {
+  const file_of_test file("! a comment\nconfigure\n\ninterface ethernet 1/1\nswitchport mtu 99999\nshutdown\n");
+  const outcome result = run_shell_on(kSwitch, {"-f", file.path, "-c", "show running-config"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "pmsh: '99999' is no BYTES: it takes a number from 1 to 65535.\npmsh: " + file.path +
+                            ":5: 'switchport mtu 99999' failed, and nothing behind it was run. Use --keep-going to go "
+                            "on.\n");
+}
+
+TEST(Configure, AFileGoesOnWhenItIsTo) {
+  const file_of_test file("configure\ninterface ethernet 1/1\nswitchport mtu 99999\nshutdown\nend\n");
+  const outcome result = run_shell_on(kSwitch, {"--keep-going", "-f", file.path, "-c", "show running-config"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.out, "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\nend\n");
+  EXPECT_NE(result.err.find(":3: 'switchport mtu 99999' failed.\n"), std::string::npos);
+}
+
+TEST(Configure, FilesThatCannotBeReadAreNamed) {
+  const outcome result = run_shell_on(kSwitch, {"-f", "/nowhere/site.cfg"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "pmsh: cannot read '/nowhere/site.cfg': No such file or directory.\n");
+}
+
+TEST(Configure, SettingsAreWrittenToFiles) {
+  const file_of_test file("what was there before");
+  const outcome result = configured("ethernet 1/1", "shutdown", "copy running-config " + file.path);
+  EXPECT_EQ(result.out, "Written to " + file.path + ".\n");
+  EXPECT_EQ(file.text(), "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\nend\n");
+  const outcome failed = run_lines("copy running-config /nowhere/site.cfg\n");
+  EXPECT_EQ(failed.exit_code, 1);
+  EXPECT_EQ(failed.err, "pmsh: cannot write '/nowhere/site.cfg': No such file or directory.\n");
+}
+
+TEST(Configure, TheStartupConfigIsKeptUnderTheNameOfTheSwitch) {
+  EXPECT_EQ(configured("ethernet 1/1", "shutdown", "copy running-config startup-config").exit_code, 0);
+  EXPECT_EQ(run_shell_on(kSwitch, {"-c", "show running-config"}).out, "! Settings of lab\nconfigure\nend\n");
+  EXPECT_EQ(run_shell_on(kSwitch, {"--config", "startup-config", "-c", "show running-config"}).out,
+            "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\nend\n");
+}
+
+// The last port of each slot, from the names of a table.
+std::map<int, int> ports_by_slot(const std::string& table) {
+  std::map<int, int> last;
+  const std::regex name("Ethernet([0-9]+)/([0-9]+) ");
+  for (std::sregex_iterator it(table.begin(), table.end(), name), end; it != end; ++it)
+    last[std::stoi((*it)[1])] = std::max(last[std::stoi((*it)[1])], std::stoi((*it)[2]));
+  return last;
+}
+
+TEST(Configure, TwoThousandPortsInOneCommand) {
+  std::string range;
+  for (const auto& [slot, port] :
+       ports_by_slot(run_program(PMSH_PROGRAM, {"--giant", "2000", "-c", "show interface description"}).out))
+    range += (range.empty() ? "" : ", ") + ("ethernet " + std::to_string(slot) + "/1-" + std::to_string(port));
+  const outcome result =
+      run_program(PMSH_PROGRAM, {"--giant", "2000", "-f", "-"},
+                  "configure\ninterface " + range +
+                      "\ndescription of two thousand\nend\nshow interface description | include thousand | count\n");
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.out, "2000\n");
+}
+
+TEST(ConfigureAtThePrompt, PromptsNameTheModeAndQuestionsWait) {
+  terminal shell({});
+  ASSERT_TRUE(shell.shows_prompt()) << shell.unread();
+  shell.type("configure terminal\r");
+  ASSERT_TRUE(shell.shows("lab(config)# "));
+  shell.type("interface mgmt 0\r");
+  ASSERT_TRUE(shell.shows("lab(config-if)# "));
+  shell.type("shutdown\r");
+  ASSERT_TRUE(shell.shows("Shutting down this interface will drop all telnet and SSH sessions."));
+  ASSERT_TRUE(shell.shows("Do you wish to continue(y/n)?"));
+  shell.type("n\r");
+  ASSERT_TRUE(shell.shows("lab(config-if)# "));
+  shell.type("do\r");
+  ASSERT_TRUE(shell.shows("unknown word 'do'"));
+  shell.type("exit\r");
+  ASSERT_TRUE(shell.shows("lab(config)# "));
+  shell.type("end\r");
+  ASSERT_TRUE(shell.shows("lab# "));
+  shell.type("show running-config interface mgmt 0\r");
+  ASSERT_TRUE(shell.shows("interface mgmt 0\r\n  description Out of band\r\nend\r\n")) << shell.unread();
+  ASSERT_TRUE(shell.shows_prompt());
+  shell.type("exit\r");
+  EXPECT_EQ(shell.exit_code(), 0);
+}
+
+TEST(ConfigureAtThePrompt, YesAnswersQuestions) {
+  terminal shell({"--yes"});
+  ASSERT_TRUE(shell.shows_prompt()) << shell.unread();
+  shell.type("configure\rinterface ethernet 1/1\rout-of-service\r");
+  ASSERT_TRUE(shell.shows("revert to default"));
+  shell.type("show running-config interface ethernet 1/1\r");
+  ASSERT_TRUE(shell.shows("  out-of-service\r\n")) << shell.unread();
+}
+
+}  // namespace
+}  // namespace session
