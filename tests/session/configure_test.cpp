@@ -1,5 +1,6 @@
 // The configuration: modes, settings, what refused, taking back, and files.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -34,7 +35,8 @@ std::string running(const std::string& lines) {
 
 // A file that is gone at the end.
 struct file_of_test {
-  explicit file_of_test(const std::string& text) : path(state_directory() + "-" + std::to_string(rand()) + ".cfg") {
+  explicit file_of_test(const std::string& text)
+      : path(testing::TempDir() + "pmsh-" + std::to_string(getpid()) + ".cfg") {
     std::ofstream(path) << text;
   }
   ~file_of_test() { std::remove(path.c_str()); }
