@@ -38,6 +38,7 @@
 #include "pmcli/counters.h"
 #include "pmcli/headers.h"
 #include "pmcli/interface.h"
+#include "pmcli/module.h"
 #include "pmcli/selection.h"
 #include "pmcli/transceiver.h"
 #include "pmcli/vlan.h"

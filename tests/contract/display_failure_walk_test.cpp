@@ -180,7 +180,9 @@ void show_ips_trunk(RecordingPlatform& platform) {
 TEST(FailureWalk, TrunkDetailOfAnIpsChannel) {
   constexpr char kStatus[] = "port-channel4 is 1\nport-channel4 is 1\n";
   constexpr char kMember[] = "    Member[1] : Ethernet1/2\n";
-  constexpr char kNoMembership[] = "Couldn't call pm_cli_get_vlan_memb_info\n";
+  constexpr char kNoMembership[] =
+      "error: undefined symbol in dlsym for vlan_get_port_trunking_memb_build_mts\n"
+      "Couldn't call pm_cli_get_vlan_memb_info\n";
   const std::string lines =
       "    Hardware is GigabitEthernet, address is 0210.2030.4050\n"
       "    MTU 1500 bytes, BW 1000000 Kbit, DLY 200 usec\n"

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "contract/sample_ports.h"
+#include "contract/transceiver_images.h"
 #include "pmcli/interface.h"
 
 namespace pmcli_test {
@@ -13,15 +14,16 @@ using Events = std::vector<std::string>;
 
 constexpr char kNotSupported[] = "Option not supported\n";
 constexpr char kNoStatistics[] = "stats unavailable\n";
-constexpr char kNoMembership[] = "Couldn't call pm_cli_get_vlan_memb_info\n";
+constexpr char kNoMembership[] =
+    "error: undefined symbol in dlsym for vlan_get_port_trunking_memb_build_mts\n"
+    "Couldn't call pm_cli_get_vlan_memb_info\n";
 
 std::string shown(RecordingPlatform& platform, uint32 command, if_index_t if_index) {
   pm_cli_show_eth_port_info(platform.output(), RecordingPlatform::q(), command, if_index);
   return platform.text();
 }
 
-// What a command id shows. "Silent" are also the rows that the state of the tests' port does not select, and the trunk
-// tables, which are not built yet.
+// What a command id shows. "Silent" are also the rows that the state of the tests' port does not select.
 enum class display {
   detail,
   silent,
@@ -36,6 +38,9 @@ enum class display {
   transceiver,
   capabilities,
   trunk_detail,
+  trunk_brief,
+  allowed_vlans,
+  forwarding_vlans,
   not_supported
 };
 
@@ -46,31 +51,55 @@ struct command_case {
 
 // Ids that are not here are not supported.
 constexpr command_case kCommands[] = {
-    {1, display::detail},          {2, display::status_row},      {3, display::silent},  // for good
-    {4, display::description_row}, {5, display::brief_row},       {6, display::transceiver},
-    {9, display::transceiver},     {10, display::transceiver},    {13, display::capabilities},
-    {18, display::statistics_row},                                 // first error table
-    {20, display::statistics_row},                                 // trunk counters
-    {22, display::debounce_row},   {23, display::statistics_row},  // flow-control row
-    {24, display::silent},                                         // status row of what is administratively down
-    {25, display::silent},                                         // error-status row of what is error-disabled
-    {26, display::silent},                                         // status row of what is inactive
-    {27, display::status_row},     {28, display::status_row},      // of what is up
-    {29, display::trunk_detail},   {30, display::trunk_detail},   {31, display::trunk_detail},
-    {32, display::status_row},     {33, display::trunk_detail},   {34, display::statistics_row},  // flow-control row
-    {35, display::statistics_row}, {36, display::mac_row},        {38, display::silent},          // trunk brief
-    {39, display::silent},                                                                        // allowed VLANs
-    {40, display::silent},                                                                        // forwarding VLANs
-    {42, display::silent},                                                                        // for good
-    {43, display::silent},                                                                        // for good
-    {44, display::statistics_row},                                                                // receive table
-    {45, display::statistics_row}, {46, display::statistics_row}, {47, display::statistics_row},  // transmit table
-    {48, display::statistics_row}, {49, display::statistics_row}, {50, display::statistics_row},  // first error table
-    {51, display::statistics_row}, {52, display::statistics_row},                                 // second error table
-    {53, display::statistics_row}, {54, display::statistics_row}, {55, display::statistics_row},  // third error table
-    {56, display::statistics_row}, {57, display::statistics_row}, {58, display::statistics_row},  // detailed counters
-    {59, display::silent},                                                                        // for good
-    {60, display::error_row},      {104, display::if_index_row},
+    {1, display::detail},
+    {2, display::status_row},
+    {3, display::silent},  // for good
+    {4, display::description_row},
+    {5, display::brief_row},
+    {6, display::transceiver},
+    {9, display::transceiver},
+    {10, display::transceiver},
+    {13, display::capabilities},
+    {18, display::statistics_row},  // first error table
+    {20, display::statistics_row},  // trunk counters
+    {22, display::debounce_row},
+    {23, display::statistics_row},  // flow-control row
+    {24, display::silent},          // status row of what is administratively down
+    {25, display::silent},          // error-status row of what is error-disabled
+    {26, display::silent},          // status row of what is inactive
+    {27, display::status_row},
+    {28, display::status_row},  // of what is up
+    {29, display::trunk_detail},
+    {30, display::trunk_detail},
+    {31, display::trunk_detail},
+    {32, display::status_row},
+    {33, display::trunk_detail},
+    {34, display::statistics_row},  // flow-control row
+    {35, display::statistics_row},
+    {36, display::mac_row},
+    {38, display::trunk_brief},       // trunk brief
+    {39, display::allowed_vlans},     // allowed VLANs
+    {40, display::forwarding_vlans},  // forwarding VLANs
+    {42, display::silent},            // for good
+    {43, display::silent},            // for good
+    {44, display::statistics_row},    // receive table
+    {45, display::statistics_row},
+    {46, display::statistics_row},
+    {47, display::statistics_row},  // transmit table
+    {48, display::statistics_row},
+    {49, display::statistics_row},
+    {50, display::statistics_row},  // first error table
+    {51, display::statistics_row},
+    {52, display::statistics_row},  // second error table
+    {53, display::statistics_row},
+    {54, display::statistics_row},
+    {55, display::statistics_row},  // third error table
+    {56, display::statistics_row},
+    {57, display::statistics_row},
+    {58, display::statistics_row},  // detailed counters
+    {59, display::silent},          // for good
+    {60, display::error_row},
+    {104, display::if_index_row},
 };
 
 display display_of(uint32 command) {
@@ -102,14 +131,32 @@ std::string row_text(display shows) {
     case display::mac_row: return "Ethernet1/1                02aa.bbcc.ddee  0210.2030.4050\n";
     case display::if_index_row: return "Eth1/1          134217728  (0x8000000 )\n";
     case display::debounce_row: return "Eth1/1        disable                0\n";
+    case display::transceiver: return "Ethernet1/1 error in retrieving sfp information - <system error 40290037>\n";
     case display::not_supported: return kNotSupported;
     default: return "";
+  }
+}
+
+// The row of a trunk, where neither the VLAN manager's library nor the spanning tree's has what it takes.
+std::string trunk_row_text(display shows) {
+  switch (shows) {
+    case display::trunk_brief: return "Eth1/1     1       trunking      --\n";
+    case display::allowed_vlans: return "error: undefined symbol in dlsym for vlan_get_port_trunking_memb_build_mts\n";
+    case display::forwarding_vlans: return "Eth1/1     error: couldn't open libstp.so\n--\n";
+    default: return row_text(shows);
   }
 }
 
 Events loader_events_of(display shows) {
   if (shows == display::statistics_row) return kOneStatisticsFetch;
   return shows == display::status_row ? kOneCapabilityFetch : Events{};
+}
+
+Events loader_events_of_trunk(display shows) {
+  if (shows == display::allowed_vlans)
+    return {"open libvlan_mgr.so lazy", "find vlan_get_port_trunking_memb_build_mts", "close libvlan_mgr.so"};
+  if (shows == display::forwarding_vlans) return {"miss libstp.so lazy"};
+  return loader_events_of(shows);
 }
 
 // ---- The table -----------------------------------------------------------------------------------------------------
@@ -126,7 +173,7 @@ TEST(ShowByCommand, EachIdOfAnAccessPortWithoutStatistics) {
     EXPECT_EQ(shown(platform, command, kPort), asks_statistics ? kNoStatistics : row_text(expected));
     EXPECT_EQ(platform.terminal(), platform.pieces.empty() ? platform.text() : "");
     EXPECT_EQ(platform.loader_events, loader_events_of(expected));
-    EXPECT_EQ(platform.count("pm_cmi_get_port_config"), 1U);
+    EXPECT_EQ(platform.count("pm_cmi_get_port_config"), expected == display::transceiver ? 2U : 1U);
     EXPECT_EQ(platform.sends, 0U);
   }
 }
@@ -167,8 +214,8 @@ TEST(ShowByCommand, EachIdOfATrunkWithStatistics) {
     platform.capabilities[kPort] = port_capabilities("SFP");
     platform.port_stats[kPort] = {};
     const bool is_statistics = expected == display::statistics_row;
-    EXPECT_EQ(shown(platform, command, kPort), is_statistics ? row_without_traffic(command) : row_text(expected));
-    EXPECT_EQ(platform.loader_events, loader_events_of(expected));
+    EXPECT_EQ(shown(platform, command, kPort), is_statistics ? row_without_traffic(command) : trunk_row_text(expected));
+    EXPECT_EQ(platform.loader_events, loader_events_of_trunk(expected));
   }
 }
 
@@ -426,14 +473,35 @@ TEST(DetailedView, OlderPortChannelIsUnknownHardware) {
 
 // ---- 6, 9, 10: the transceiver -------------------------------------------------------------------------------------
 
-// The display is not built yet and says that no diagnostics follow.
-TEST(TransceiverView, PrintsNothingYet) {
-  for (const uint32 command : {6U, 9U, 10U}) {
+constexpr char kNoState[] = "MTS send failed for xcvr misc info.\n";
+
+TEST(TransceiverView, DiagnosticsFollowTheIdentity) {
+  const std::pair<uint32, const char*> kTitles[] = {
+      {6, "           SFP Diagnostics Information (internal calibration)\n"},
+      {9, "           SFP Calibration Information (internal calibration)\n"},
+      {10, "           SFP Detail Diagnostics Information (internal calibration)\n"},
+  };
+  for (const auto& [command, title] : kTitles) {
     RecordingPlatform platform;
     platform.ports[kPort] = port_record();
-    platform.transceivers[kPort] = {};
-    EXPECT_EQ(shown(platform, command, kPort), "");
+    platform.transceivers[kPort] = sfp_record();
+    platform.diagnostics[kPort] = healthy_diagnostics();
+    platform.on_request = [](const mts_request&) { return mts_reply{misc_info(kPort, state_entry(kGoodState))}; };
+    const std::string text = shown(platform, command, kPort);
+    const std::size_t identity = text.find("    name is LIGHTWORKS"), diagnostics = text.find(title);
+    EXPECT_NE(identity, std::string::npos) << command;
+    EXPECT_NE(diagnostics, std::string::npos) << command;
+    EXPECT_LT(identity, diagnostics) << command;
   }
+}
+
+TEST(TransceiverView, NothingFollowsAnIdentityThatFailed) {
+  RecordingPlatform platform;
+  platform.ports[kPort] = port_record();
+  platform.transceivers[kPort] = sfp_record();
+  platform.diagnostics[kPort] = healthy_diagnostics();
+  platform.fail_with("mts_send");
+  EXPECT_TRUE(shown(platform, 10, kPort).ends_with(kNoState));
 }
 
 // ---- 13: capabilities ----------------------------------------------------------------------------------------------
@@ -488,7 +556,7 @@ TEST(TrunkDetail, OtherModesShowNothing) {
   }
 }
 
-// The membership query is not built yet: it fails, as a query does that finds none.
+// The tests' VLAN manager has no functions: the query for the membership fails.
 TEST(TrunkDetail, ViewIsFollowedByTrackedPortsAndVlans) {
   for (const uint32 command : kTrunkDetail) {
     RecordingPlatform platform;

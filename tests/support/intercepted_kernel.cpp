@@ -96,6 +96,15 @@ int __wrap_ioctl(int descriptor, unsigned long number, ...) {
   return -1;
 }
 
+int __wrap_open(const char* path, int, ...) {
+  RecordingPlatform& platform = platform_for("open");
+  if (!platform.files.contains(path)) return -1;
+  auto& descriptors = platform.internals().sockets;
+  descriptors.emplace_back();
+  platform.kernel_events.push_back("open " + std::string(path));
+  return kFirstSocket + static_cast<int>(descriptors.size());
+}
+
 int __wrap_close(int descriptor) {
   RecordingPlatform& platform = platform_for("close");
   const std::size_t number = find_socket(platform, descriptor, "close");

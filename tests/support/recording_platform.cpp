@@ -90,6 +90,21 @@ constexpr std::string_view kFallible[] = {
     "vsan_get_port_trunking_membership",
     "vsh_fc_intf_perm_check",
     "vsh_util_user_input_get",
+    "get_port_channel_info",
+    "pm_get_module_resources",
+    "pm_get_sat_sfp_diag_info",
+    "pm_get_sfp_diag_info",
+    "satmgr_get_fport_info",
+    "satmgr_get_slot_info",
+    "stp_parse_get_port_state",
+    "stp_send_get_port_state",
+    "uri_map_targetfs_path_get",
+    "vlan_get_vlan_info_build_mts",
+    "vlan_get_vlan_info_parse_reply",
+    "vlan_get_port_trunking_memb_build_mts",
+    "vlan_get_port_trunking_memb_parse_reply",
+    "pvlan_build_get_switchport_info_req",
+    "pvlan_parse_get_switchport_info_rsp",
 };
 
 ssize_t write_terminal(void*, const char* bytes, size_t size) {

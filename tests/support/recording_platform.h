@@ -42,6 +42,7 @@
 #include "platform/port_channel.h"
 #include "platform/port_config.h"
 #include "platform/port_manager.h"
+#include "platform/satellite.h"
 #include "platform/startup_config.h"
 #include "platform/syserr.h"
 #include "platform/transceiver.h"
@@ -267,6 +268,26 @@ class RecordingPlatform {
   std::set<uint32> tamber_lindo_cards;
   std::set<uint32> corvid_cards;
 
+  // -- Transceivers --
+
+  std::map<if_index_t, mts_get_sfp_diag_info_t> diagnostics;  // without an entry: PM_ERR_SFP_NO_DIAGNOSTICS
+  std::map<if_index_t, satmgr_fport_info_t> fabric_ports;     // identifiers of slots are 1000 times their number
+  std::vector<std::pair<uint32, uint32>> satellite_queries;   // unit and slot of pm_get_sat_sfp_diag_info()
+  std::map<std::string, std::string> paths;                   // of uri_map_targetfs_path_get(), by name
+
+  // -- Trunks and modules --
+
+  std::map<if_index_t, if_index_t> channel_of;  // of members; without an entry in none
+  uint32 vdc = 1;                               // the virtual device context
+  std::set<uint32> resource_modules;            // keys of modules that share out resources
+  octets resources;                             // payload of pm_get_module_resources()
+  struct resource_query {
+    mts_q_handle_t q;
+    uint32 count, category, id, types, module_key;
+    bool operator==(const resource_query&) const = default;
+  };
+  std::vector<resource_query> resource_queries;
+
   // -- The kernel --
 
   struct kernel_interface {
@@ -278,6 +299,7 @@ class RecordingPlatform {
   std::set<std::string> silent_requests;                      // interface requests that fail, as "SIOCGIFMTU"
   // "socket 1", "SIOCGIFMTU eth1", "close 1", in order; a socket that fails is "no socket".
   std::vector<std::string> kernel_events;
+  std::set<std::string> files;              // that open() finds
   std::vector<std::string> shell_commands;  // of system(), which runs nothing
 
   // -- Listing and permissions --

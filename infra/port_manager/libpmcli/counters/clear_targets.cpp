@@ -51,13 +51,4 @@ bool step(const vsh_intf_mono_range_t& range, if_index_t* if_index) {
   return true;
 }
 
-int32 request_listing(if_index_type_t kind, mts_q_handle_t q, message* answer) {
-  const int32 error = pm_get_if_index_listing(kind, q, answer->ref(), kPortManagerTimeout);
-  if (error == 0)
-    answer->hold();
-  else
-    vsh_print_mts_error_message(VSH_MTS_ERROR_REQUEST, mts_errno_get(q));
-  return error;
-}
-
 }  // namespace pmcli

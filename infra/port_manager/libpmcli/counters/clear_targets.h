@@ -7,7 +7,7 @@
 #include "platform/if_index.h"
 #include "platform/paraminfo.h"
 #include "pm/interface_ranges.h"
-#include "support/scope.h"
+#include "support/listing.h"
 
 namespace pmcli {
 
@@ -42,8 +42,5 @@ void for_each_interface(const vsh_intf_mono_range_t& range, Clear clear) {
     if (pm_get_if_index_in_range(range.lower_if_index, range.upper_if_index, &if_index, position) == 0) clear(if_index);
   }
 }
-
-// Asks the port manager for the interfaces of a kind; a failure is printed. Returns 0 and fills `answer`, or the error.
-int32 request_listing(if_index_type_t kind, mts_q_handle_t q, message* answer);
 
 }  // namespace pmcli

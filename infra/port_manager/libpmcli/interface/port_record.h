@@ -2,12 +2,10 @@
 #pragma once
 
 #include "platform/port_manager.h"
+#include "support/port_manager.h"
 #include "support/scope.h"
 
 namespace pmcli {
-
-// Seconds that the port manager has to answer.
-inline constexpr int32 kPortManagerTimeout = 60;
 
 // What the port manager says of one port: its record, or a null one and the error.
 struct port_answer {

@@ -4,8 +4,12 @@
 #include <algorithm>
 
 #include "platform/mts.h"
+#include "platform/port_manager.h"
 #include "platform/types.h"
+#include "platform/vsh.h"
+#include "support/port_manager.h"
 #include "support/reader.h"
+#include "support/scope.h"
 
 namespace pmcli {
 
@@ -33,5 +37,15 @@ class interface_listing {
   reader entries_;
   uint32 count_;
 };
+
+// Asks the port manager for the interfaces of a kind; a failure is printed. Returns 0 and fills `answer`, or the error.
+inline int32 request_listing(if_index_type_t kind, mts_q_handle_t q, message* answer) {
+  const int32 error = pm_get_if_index_listing(kind, q, answer->ref(), kPortManagerTimeout);
+  if (error == 0)
+    answer->hold();
+  else
+    vsh_print_mts_error_message(VSH_MTS_ERROR_REQUEST, mts_errno_get(q));
+  return error;
+}
 
 }  // namespace pmcli

@@ -8,6 +8,7 @@
 
 #include "platform/cmd_channel.h"
 #include "platform/types.h"
+#include "pmcli/command.h"
 
 namespace pmcli {
 
@@ -64,6 +65,15 @@ inline void print_text(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYP
 // A text without a tag. `text` is terminated.
 inline void print_untagged(cmd_rx_handle_t* rx, const char* format, const char* text) {
   cmd_prt(rx, format, cmd_tuple(0, text));
+}
+
+// Decimals of every measured value.
+inline constexpr uint8 kDecimals = 2;
+
+inline void print_decimal(cmd_rx_handle_t* rx, const char* format, tuple_id<CMD_TYPE_FLOAT> tuple, float value) {
+  cmd_float_t parts;
+  float2cmdfloat(&parts, value, kDecimals);
+  cmd_prt(rx, format, cmd_tuple(tuple.id, &parts));
 }
 
 // A text under an id whose type code says number: the id is part of the contract, and the schema reads it as a text.

@@ -83,6 +83,9 @@ class message {
   mts_msg_ref_t* ref() { return &ref_; }
   void hold() { is_held_ = true; }
 
+  // Leaves it to the transport, which frees it with the queue.
+  void leave() { is_held_ = false; }
+
   // Returns the transport's result; 0 when there was nothing to drop.
   int32 drop() {
     if (!is_held_) return 0;

@@ -1,0 +1,229 @@
+// The transceivers of all ports, and the cabling test.
+#include <gtest/gtest.h>
+
+#include <set>
+#include <sstream>
+
+#include "contract/sample_ports.h"
+#include "contract/transceiver_images.h"
+#include "pmcli/transceiver.h"
+#include "support/failure_walk.h"
+
+namespace pmcli_test {
+namespace {
+
+const if_index_t kFibre = fibre_channel(1, 1);
+const if_index_t kSecondPort = ethernet(1, 5);
+
+octets listing(const std::vector<if_index_t>& interfaces) {
+  octets payload;
+  const auto put = [&payload](uint32 value) {
+    for (const int shift : {24, 16, 8, 0}) payload.push_back(static_cast<uint8>(value >> shift));
+  };
+  put(static_cast<uint32>(interfaces.size()));
+  for (const if_index_t it : interfaces) put(it);
+  return payload;
+}
+
+// The line card answers about whichever port it is asked.
+mts_reply good_state(const mts_request& request) {
+  octets answer = misc_info(0, state_entry(kGoodState));
+  std::copy_n(request.payload.begin() + 2, 4, answer.begin() + 2);
+  return {answer};
+}
+
+void equip(RecordingPlatform& platform, if_index_t if_index) {
+  platform.ports[if_index] = port_record();
+  platform.transceivers[if_index] = sfp_record();
+  platform.diagnostics[if_index] = healthy_diagnostics();
+}
+
+class Listing : public testing::Test {
+ protected:
+  Listing() {
+    for (const if_index_t port : {kFibre, kPort, kSecondPort}) equip(platform, port);
+    platform.listings[IF_TYPE_FC] = listing({kFibre});
+    platform.listings[IF_TYPE_ETHERNET] = listing({kPort, kSecondPort});
+    platform.on_request = good_state;
+  }
+
+  // Which ports were shown, with the title of what followed.
+  std::vector<std::string> shown() {
+    std::vector<std::string> lines;
+    std::istringstream text(platform.text());
+    for (std::string line; std::getline(text, line);)
+      if (line.find(" sfp is ") != std::string::npos || line.find("Information (") != std::string::npos)
+        lines.push_back(line.substr(line.find_first_not_of(' ')));
+    return lines;
+  }
+
+  RecordingPlatform platform;
+  paraminfo_t* param = platform.show_command(0, kPort);
+};
+
+using Lines = std::vector<std::string>;
+
+TEST_F(Listing, ShowsBothKindsWithDiagnosticsInShort) {
+  EXPECT_EQ(pm_show_interface_tranceiver(param), 0);
+  EXPECT_EQ(shown(), (Lines{"fc1/1 sfp is present ", "SFP Diagnostics Information (internal calibration)",
+                            "Ethernet1/1 sfp is present ", "SFP Diagnostics Information (internal calibration)",
+                            "Ethernet1/5 sfp is present ", "SFP Diagnostics Information (internal calibration)"}));
+}
+
+TEST_F(Listing, ShowsDetails) {
+  EXPECT_EQ(pm_show_interface_tranceiver_details(param), 0);
+  EXPECT_EQ(shown().size(), 6U);
+  EXPECT_EQ(shown().back(), "SFP Detail Diagnostics Information (internal calibration)");
+}
+
+// The answers stay with the transport, which is intended; the test drops them.
+TEST_F(Listing, ShowsCalibrationsAndLeavesTheAnswers) {
+  EXPECT_EQ(pm_show_interface_tranceiver_calibrations(param), 0);
+  EXPECT_EQ(shown().size(), 6U);
+  EXPECT_EQ(shown().back(), "SFP Calibration Information (internal calibration)");
+  const std::vector<std::string> left = platform.unreleased();
+  EXPECT_EQ(left.size(), 2U) << "one for each kind";
+  const std::set<uint32> dropped(platform.drops.begin(), platform.drops.end());
+  for (uint32 id = 1; id <= dropped.size() + left.size(); ++id) {
+    mts_msg_ref_t reference{id, 1};
+    if (dropped.count(id) == 0) mts_drop(RecordingPlatform::q(), &reference);
+  }
+}
+
+TEST_F(Listing, DiagnosticsThatThereAreNoneEndWithTheIdentity) {
+  platform.fail_with("pm_get_sfp_diag_info", PM_ERR_SFP_NOT_PRESENT);
+  EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0);
+  EXPECT_TRUE(platform.text().ends_with("Diag mon type 104\n")) << platform.text();
+  platform.clear_output();
+  platform.fail_with("pm_get_sfp_diag_info", PM_ERR_SFP_NO_DIAGNOSTICS);
+  EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0);
+  EXPECT_TRUE(platform.text().ends_with("Diag mon type 104\n    Digital diagnostics feature not supported in SFP\n\n"));
+}
+
+TEST_F(Listing, PassesPortsThatMayNotBeSeenOrHaveNoRecord) {
+  platform.ports.erase(kPort);
+  EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_ETHERNET), 0);
+  EXPECT_EQ(shown(), (Lines{"Ethernet1/5 sfp is present ", "SFP Diagnostics Information (internal calibration)"}));
+}
+
+TEST_F(Listing, HidesWhatTheUserMayNotSee) {
+  vsan_bitset_t vsans;
+  bitset_clear_all(&vsans);
+  platform.port_vsans[kFibre] = vsans;
+  platform.is_permitted = [](const vsh_fc_intf_perm_check_info_t&) { return boolean{0}; };
+  EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0);
+  EXPECT_TRUE(shown().empty());
+}
+
+TEST_F(Listing, AFailedListingIsToldAndTheOtherKindShown) {
+  platform.listings.erase(IF_TYPE_FC);
+  EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 1);
+  EXPECT_EQ(pm_show_interface_tranceiver_details_for_if_type(param, IF_TYPE_FC), 1);
+  EXPECT_EQ(pm_show_interface_tranceiver_calibrations_for_if_type(param, IF_TYPE_FC), 1);
+  EXPECT_EQ(platform.mts_errors.size(), 3U);
+  EXPECT_EQ(platform.mts_errors.front().first, 1);
+  platform.clear_output();
+  EXPECT_EQ(pm_show_interface_tranceiver(param), 0);
+  EXPECT_EQ(shown().size(), 4U);
+}
+
+TEST_F(Listing, AnAnswerThatCannotBeDroppedIsToldOfTwo) {
+  platform.listings[IF_TYPE_FC] = listing({});
+  platform.fail_with("mts_drop");
+  EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), -1);
+  EXPECT_EQ(pm_show_interface_tranceiver_details_for_if_type(param, IF_TYPE_FC), -1);
+  EXPECT_EQ(platform.mts_errors.size(), 2U);
+}
+
+TEST_F(Listing, HostileListingsShowWhatTheyHold) {
+  for (const std::size_t size : {0U, 3U, 4U}) {
+    octets payload = listing({kFibre});
+    payload.resize(size);
+    platform.listings[IF_TYPE_FC] = payload;
+    EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0) << size;
+  }
+  octets lying = listing({kFibre});
+  std::fill_n(lying.begin(), 4, uint8{0xFF});
+  platform.listings[IF_TYPE_FC] = lying;
+  EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0);
+  EXPECT_EQ(shown().size(), 2U);
+}
+
+TEST_F(Listing, NeedsAParameterBlock) {
+  EXPECT_EQ(pm_show_interface_transceiver_for_if_type(nullptr, IF_TYPE_FC), 1);
+  EXPECT_EQ(pm_show_interface_tranceiver_details_for_if_type(nullptr, IF_TYPE_FC), 1);
+  EXPECT_EQ(pm_show_interface_tranceiver_calibrations_for_if_type(nullptr, IF_TYPE_FC), 1);
+  EXPECT_EQ(pm_show_interface_tranceiver(nullptr), 0);
+  EXPECT_EQ(pm_show_interface_tranceiver_details(nullptr), 0);
+  EXPECT_EQ(pm_show_interface_tranceiver_calibrations(nullptr), 0);
+}
+
+TEST_F(Listing, EthernetPortsAreLeftOutWhereAMultiplexerIs) {
+  for (const char* const path : {"/tmp/fc_nport_mux", "/mnt/pss/fc_nport_mux"}) {
+    platform.files = {path};
+    platform.clear_output();
+    EXPECT_EQ(pm_show_interface_tranceiver(param), 0);
+    EXPECT_EQ(shown().size(), 2U) << path;
+    platform.clear_output();
+    EXPECT_EQ(pm_show_interface_tranceiver_details(param), 0);
+    EXPECT_EQ(shown().size(), 6U) << path;
+  }
+}
+
+TEST(ListingWalk, EveryCallMayFail) {
+  const auto scenario = [](RecordingPlatform& platform) {
+    equip(platform, kPort);
+    platform.listings[IF_TYPE_ETHERNET] = listing({kPort});
+    platform.on_request = good_state;
+    pm_show_interface_tranceiver_details_for_if_type(platform.show_command(0, kPort), IF_TYPE_ETHERNET);
+  };
+  EXPECT_GE(walk_failures(scenario), 10U);
+}
+
+// ---- The cabling test ---------------------------------------------------------------------------------------------
+
+class CablingTest : public testing::Test {
+ protected:
+  paraminfo_t* command(char* name) {
+    paraminfo_t* const param = platform.show_command(0, kPort);
+    param->arg_list[0]->arg = name;
+    return param;
+  }
+
+  RecordingPlatform platform;
+};
+
+using Commands = std::vector<std::string>;
+
+TEST_F(CablingTest, RunsOnTheFileThatIsNamed) {
+  platform.paths["bootflash:cable.txt"] = "/bootflash/cable.txt";
+  char name[] = "bootflash:cable.txt";
+  EXPECT_EQ(pm_cli_test_snake(command(name)), 0);
+  EXPECT_EQ(platform.shell_commands, (Commands{"/vexa/bin/test_snake /bootflash/cable.txt"}));
+}
+
+TEST_F(CablingTest, RunsWithoutAFile) {
+  EXPECT_EQ(pm_cli_test_snake(command(nullptr)), 0);
+  paraminfo_t* const param = command(nullptr);
+  param->parameter_count = 0;
+  EXPECT_EQ(pm_cli_test_snake(param), 0);
+  EXPECT_EQ(platform.shell_commands, (Commands{"/vexa/bin/test_snake ", "/vexa/bin/test_snake "}));
+}
+
+TEST_F(CablingTest, RefusesNamesThatCannotBeMapped) {
+  char name[] = "ftp:cable.txt";
+  EXPECT_EQ(pm_cli_test_snake(command(name)), 1);
+  EXPECT_EQ(platform.text(), "Unknown URI scheme\n");
+  EXPECT_TRUE(platform.shell_commands.empty());
+  EXPECT_EQ(pm_cli_test_snake(nullptr), 1);
+}
+
+TEST_F(CablingTest, CutsACommandThatIsTooLong) {
+  platform.paths["long"] = std::string(120, 'x');
+  char name[] = "long";
+  EXPECT_EQ(pm_cli_test_snake(command(name)), 0);
+  EXPECT_EQ(platform.shell_commands, (Commands{"/vexa/bin/test_snake " + std::string(127 - 21, 'x')}));
+}
+
+}  // namespace
+}  // namespace pmcli_test
