@@ -7,6 +7,9 @@
 #include "platform/ip_statistics.h"
 #include "platform/paraminfo.h"
 #include "platform/port_config.h"
+#include "platform/private_vlan.h"
+#include "platform/spanning_tree.h"
+#include "platform/vlan_manager.h"
 
 namespace host {
 
@@ -28,5 +31,17 @@ syserr_t get_port_capability(const if_index_range_t* range, uint32 size, uint8* 
 // for ports to hosts. Each stores a heap block of results by port that the caller frees. Returns 0 or a system error.
 int32 leave_channels(const paraminfo_t* param, pm_port_cfg_status_t** cfg_status, uint32* num_ports);
 int32 make_edge_ports(const paraminfo_t* param, pm_port_cfg_status_t** cfg_status, uint32* num_ports);
+
+// Questions to the VLAN services and their answers. Builders store a heap block that the caller frees, and its size;
+// parsers fill the caller's record, or store a heap block of records that the caller frees, and their number. 0 is
+// success.
+int32 build_vlan_question(const vdc_vlan_id_t* vlan, void** payload, uint32* size);
+int32 parse_vlan(vlan_info_resp_t* info, const void* payload, uint32 size);
+int32 build_membership_question(const if_index_t* ports, uint32 count, void** payload, uint32* size);
+int32 parse_memberships(const void* payload, uint32 size, trunk_port_memb_t** records, uint32* count);
+int32 build_private_vlan_question(const pvlan_get_switchport_info_req_t* request, void** payload, uint32* size);
+int32 parse_private_vlans(const void* payload, uint32 size, pvlan_switchport_info_t* info);
+int32 send_forwarding_question(mts_q_handle_t q, uint32 count, const if_index_t* ports, mts_msg_ref_t* sent);
+int32 parse_forwarding(const mts_msg_ref_t* got, stp_port_state_t** ports, uint32* count);
 
 }  // namespace host

@@ -62,6 +62,16 @@ int32 get_card_module_info(if_index_t if_index, card_module_info_t* info) {
 boolean pm_is_tamber_lindo_linecard(uint32) { return 0; }
 boolean pm_is_corvid_linecard(uint32) { return 0; }
 
+boolean pdb_is_module_tamber(uint32 module_key) {
+  const auto& cards = the_machine().cards;
+  return std::any_of(cards.begin(), cards.end(), [module_key](const card& it) {
+    return (it.slot + 1) * 256 + 2 == module_key && it.shares_resources;
+  });
+}
+
+// This machine is one context.
+uint32 sysmgr_vdc_get(void) { return 1; }
+
 // Line cards are nodes of their own, numbered by slot from 1.
 int32 idxmap_node_by_if_index(if_index_t if_index, uint32* node) {
   const card* const carrier = card_of(if_index);

@@ -31,6 +31,12 @@ int32 get_port_channel_members(uint32 chassis_type, if_index_t if_index, void** 
                   layout_of(chassis_type), response);
 }
 
+int32 get_port_channel_info(if_index_t if_index, port_channel_info_t* info) {
+  if (info == nullptr) return PM_ERR_GENERAL;
+  return ask_record({client_queue(), SAP_PORT_CHANNEL, PC_OPC_CHANNEL_OF}, bytes_of(interface_request{if_index}),
+                    writable_bytes_of(*info));
+}
+
 int32 mcecm_api_sdb_sh_int_po(if_index_t if_index, char* status) {
   if (status == nullptr) return PM_ERR_GENERAL;
   multi_chassis_status answered;

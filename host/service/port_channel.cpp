@@ -23,6 +23,8 @@ reply answer_multi_chassis_status(const interface& channel) {
   return answer_record(record);
 }
 
+reply answer_channel_of(const interface& port) { return answer_record(port_channel_info_t{port.channel}); }
+
 bool is_whole_channel(const interface& it) {
   if_index_type_t type = IF_TYPE_NONE;
   if_index_get_type(it.if_index, &type);
@@ -55,6 +57,7 @@ reply serve_port_channel(mts_opc_t opcode, std::span<const std::byte> request) {
     case PC_OPC_MEMBERS: return answer_for_interface(request, answer_members);
     case PC_OPC_MULTI_CHASSIS_STATUS: return answer_for_interface(request, answer_multi_chassis_status);
     case PC_OPC_NEXT: return answer_next(request);
+    case PC_OPC_CHANNEL_OF: return answer_for_interface(request, answer_channel_of);
     case PC_OPC_LEAVE: return answer_statuses(request, leave);
     default: return reject();
   }

@@ -1,5 +1,7 @@
 #include "service/answers.h"
 #include "service/interface_requests.h"
+#include "service/module_resources.h"
+#include "service/optics.h"
 #include "service/port_config.h"
 #include "service/port_manager_messages.h"
 #include "service/port_record.h"
@@ -122,6 +124,8 @@ reply serve_port_manager(mts_opc_t opcode, std::span<const std::byte> request) {
       return answer_with_statistics(request,
                                     [](const interface& it) { return answer_record(interface_counters_record(it)); });
     case PM_OPC_SET_CONFIG: return configure_ports(request);
+    case PM_OPC_DIAGNOSTICS: return answer_with_statistics(request, answer_diagnostics);
+    case PM_OPC_MODULE_RESOURCES: return answer_module_resources(request);
     case PM_OPC_CLEAR_COUNTERS: return answer_clear(request);
     case PM_OPC_CLEAR_MANAGEMENT: return answer_for_interface(request, answer_clear_management);
     default: return reject();

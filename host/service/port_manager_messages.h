@@ -24,6 +24,8 @@ enum port_manager_opcode : mts_opc_t {
   PM_OPC_CLEAR_COUNTERS = 309,     // clear_request            no head: count byte, pm_clear_status_t each
   PM_OPC_CLEAR_MANAGEMENT = 310,   // interface_request        none
   PM_OPC_SET_CONFIG = 311,         // setting_request          pm_port_cfg_status_t each
+  PM_OPC_DIAGNOSTICS = 312,        // interface_request        sfp_diagnostics
+  PM_OPC_MODULE_RESOURCES = 313,   // module_request           no head: as platform/module_resources.h
   PM_OPC_VERIFY = 330,             // verification             no head: pm_cli_if_index_verify_res_payload_t
   PM_OPC_SUB_INTERFACES = 331,     // verification             none
   PM_OPC_LOOPBACKS = 332,          // verification             none
@@ -59,6 +61,18 @@ struct setting_request {
   uint8 cfg_length;
 };
 static_assert(sizeof(setting_request) == 6);
+
+struct sfp_diagnostics {
+  mts_get_sfp_diag_info_t values;
+  sfp_diag_info_ddm_tlvs_t further;
+};
+static_assert(sizeof(sfp_diagnostics) == 172 + 260);
+
+// The resources of the module in a slot, from 0.
+struct module_request {
+  be32 slot;
+};
+static_assert(sizeof(module_request) == 4);
 
 enum { MAX_CLEARED_AT_ONCE = 255 };
 

@@ -90,6 +90,7 @@ void fill_operational(const interface& port, pm_port_info_t& record) {
   record.link_status_last_change_sec = port.link_change_sec;
   record.not_first_time_port_bringup = port.link_change_sec != 0 ? 1 : 0;
   record.is_fcot_present = port.module_in_port ? 1 : 0;
+  record.sfp_initializing_state = port.module_in_port && port.module_in_port->is_initializing ? 1 : 0;
   record.port_vsan = port.vsan;
   record.cfg_port_vsan = port.vsan;
   record.oper_port_vsan = port.vsan;

@@ -1,11 +1,13 @@
 #include "service/services.h"
 
+#include "platform/misc_info.h"
 #include "service/card_config_messages.h"
 #include "service/interface_manager_messages.h"
 #include "service/ip_messages.h"
 #include "service/port_channel_messages.h"
 #include "service/spanning_tree_messages.h"
 #include "service/statistics_messages.h"
+#include "service/vlan_messages.h"
 #include "service/vsan_messages.h"
 
 namespace host {
@@ -20,6 +22,10 @@ constexpr service kServices[] = {
     {SAP_PORT_CHANNEL, "port-channel", serve_port_channel},
     {SAP_SPANNING_TREE, "spanning-tree", serve_spanning_tree},
     {SAP_VSAN_MANAGER, "vsan-manager", serve_vsan_manager},
+    {MTS_SAP_VLAN_MANAGER, "vlan-manager", serve_vlan_manager},
+    {MTS_SAP_PVLAN, "private-vlans", serve_private_vlans},
+    {SAP_SATELLITE_MANAGER, "satellite-manager", serve_satellite_manager},
+    {MTS_SAP_PORT_MISC_INFO, "line-card", serve_line_card, true},
 };
 
 }  // namespace

@@ -17,6 +17,11 @@ reply serve_port_channel(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_spanning_tree(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_vsan_manager(mts_opc_t opcode, std::span<const std::byte> request);
 
+reply serve_vlan_manager(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_private_vlans(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_satellite_manager(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_line_card(mts_opc_t opcode, std::span<const std::byte> request);
+
 // All of them, to be registered with the transport.
 std::span<const service> all_services();
 

@@ -1,4 +1,9 @@
+#include "platform/spanning_tree.h"
+
+#include <algorithm>
+
 #include "platform/interface_manager.h"
+#include "platform/port_manager.h"
 #include "service/answers.h"
 #include "service/services.h"
 #include "service/spanning_tree_messages.h"
@@ -15,10 +20,47 @@ uint32 become_edge(interface& port) {
   return 0;
 }
 
+std::vector<uint16> carried_by(const interface& port) {
+  if (port.oper_mode == PM_PORT_MODE_TRUNK) return port.allowed_vlans;
+  return {port.access_vlan};
+}
+
+// A port that is up forwards where it carries a VLAN, unless spanning tree or an error says otherwise.
+stp_port_state_t state_of(const interface& port) {
+  stp_port_state_t state{};
+  state.if_index = port.if_index;
+  state.forwarding.size = BITSET_BYTES;
+  if (port.oper_state != PM_PORT_STATE_UP || port.layer != IF_LAYER_2) return state;
+  const auto holds = [](const std::vector<uint16>& vlans, uint16 id) {
+    return std::find(vlans.begin(), vlans.end(), id) != vlans.end();
+  };
+  for (const uint16 id : carried_by(port)) {
+    if (holds(port.blocked_vlans, id) || holds(port.errored_vlans, id)) continue;
+    state.forwarding.bits[id / 8] |= static_cast<uint8>(0x80U >> (id % 8));
+  }
+  return state;
+}
+
+reply answer_states(std::span<const std::byte> bytes) {
+  if (bytes.size() % sizeof(be32) != 0) return reject();
+  reply answer;
+  for (; !bytes.empty(); bytes = bytes.subspan(sizeof(be32))) {
+    be32 if_index;
+    std::memcpy(&if_index, bytes.data(), sizeof if_index);
+    if (const interface* const port = std::as_const(the_machine()).find(if_index))
+      append_bytes(answer, state_of(*port));
+  }
+  return answer;
+}
+
 }  // namespace
 
 reply serve_spanning_tree(mts_opc_t opcode, std::span<const std::byte> request) {
-  return opcode == STP_OPC_EDGE ? answer_statuses(request, become_edge) : reject();
+  switch (opcode) {
+    case STP_OPC_EDGE: return answer_statuses(request, become_edge);
+    case STP_OPC_PORT_STATE: return answer_states(request);
+    default: return reject();
+  }
 }
 
 }  // namespace host

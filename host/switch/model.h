@@ -14,6 +14,7 @@
 
 #include "platform/if_index.h"
 #include "platform/types.h"
+#include "switch/optics.h"
 #include "switch/port_settings.h"
 
 namespace host {
@@ -54,7 +55,10 @@ struct port_capabilities {
 struct transceiver {
   bool supported = true;
   uint8 type = 0;             // FCOT_TYPE_*
-  std::vector<uint8> eeprom;  // identity page as it was read
+  std::vector<uint8> eeprom = {};  // identity page as it was read
+  bool is_initializing = false;
+  bool has_tx_fault = false;
+  optical_diagnostics diagnostics = {};
 };
 
 // Packets by their size in bytes: up to 64, 127, 255, 511, 1023, 1518, 1548, and what is longer.
@@ -176,7 +180,14 @@ struct interface : port_settings {
   // Layer and VLANs.
   uint16 access_vlan = 1;
   uint16 native_vlan = 1;
-  uint16 encapsulation_vlan = 0;  // of a sub-interface; 0 is none
+  uint16 encapsulation_vlan = 0;      // of a sub-interface; 0 is none
+  std::vector<uint16> errored_vlans;  // carried, but shut by an error
+  std::vector<uint16> blocked_vlans;  // of those that it carries: where spanning tree does not let it forward
+  struct private_vlans {
+    uint16 host_primary = 0, host_secondary = 0, mapping_primary = 0;  // 0 is none
+    std::vector<uint16> mapping_secondary;
+  };
+  private_vlans private_vlan;
   std::vector<ip_address> addresses;
 
   // Other interfaces; 0 is none.
@@ -203,6 +214,15 @@ struct card {
   uint32 slot = 0;
   uint32 card_type = 0;
   std::string model;
+  bool shares_resources = false;  // buffers and bandwidth are shared out among groups of its ports
+};
+
+// A VLAN that has a name or a kind of its own.
+struct vlan {
+  uint16 id = 0;
+  std::string name;
+  uint32 kind = 0;  // VLAN_TYPE_*; 0 is an ordinary one
+  bool is_shut = false;
 };
 
 // Who may use the shell, and how far.
@@ -223,6 +243,7 @@ struct machine {
   std::vector<interface> interfaces;  // sorted by if_index
   std::vector<if_index_t> startup;    // interfaces of the startup configuration, sorted
   std::vector<user> users;
+  std::vector<vlan> vlans;  // sorted by id
 
   // How the source brings the statistics of an interface up to a moment (seconds since 1970). It returns false when it
   // has none to give. Without it the statistics are as they stand.

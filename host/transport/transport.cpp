@@ -69,12 +69,15 @@ int32 fail(queue& on, int32 error) {
   return -1;
 }
 
-uint32 find_service(uint32 sap) {
+uint32 find_service(uint32 sap, bool is_on_line_cards) {
   const auto& services = the_transport.services;
   for (uint32 i = 0; i < services.size(); ++i)
-    if (services[i].what.sap == sap) return i;
+    if (services[i].what.sap == sap && services[i].what.is_on_line_cards == is_on_line_cards) return i;
   return kNone;
 }
+
+// Line cards are numbered by slot from 1.
+bool is_line_card(uint32 node) { return node >= 1 && node <= 255; }
 
 // The message of a reference; null for an empty reference and for one that was dropped.
 message* find_message(const mts_msg_ref_t* reference) {
@@ -196,7 +199,7 @@ uint32 wait_in_seconds(int32 asked) {
 
 void transport_register(std::span<const service> services) {
   for (const service& added : services) {
-    const uint32 earlier = find_service(added.sap);
+    const uint32 earlier = find_service(added.sap, added.is_on_line_cards);
     if (earlier == kNone)
       the_transport.services.push_back({added, {}});
     else
@@ -252,8 +255,8 @@ int32 mts_send(mts_q_handle_t q, const mts_addr_t* to, mts_opc_t opcode, void* p
   queue* const from = find_queue(q);
   if (from == nullptr) return -1;
   if (to == nullptr || sent == nullptr || (payload == nullptr && size != 0)) return fail(*from, EINVAL);
-  if (to->node != MTS_NODE_LOCAL) return fail(*from, EHOSTUNREACH);
-  const uint32 service = find_service(to->sap);
+  if (to->node != MTS_NODE_LOCAL && !is_line_card(to->node)) return fail(*from, EHOSTUNREACH);
+  const uint32 service = find_service(to->sap, is_line_card(to->node));
   if (service == kNone || the_transport.services[service].provoked.what == provocation::kind::lost)
     return fail(*from, ECONNREFUSED);
   try {

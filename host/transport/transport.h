@@ -30,9 +30,10 @@ struct service {
   uint32 sap;
   std::string_view name;  // such as "port-manager", for provocations and reports
   service_function serve;
+  bool is_on_line_cards = false;  // reachable at the nodes of line cards, not on the local one
 };
 
-// Makes services reachable on the local node. Later ones of the same access point replace earlier ones.
+// Makes services reachable. Later ones of the same access point and place replace earlier ones.
 void transport_register(std::span<const service> services);
 
 // A queue for a command or a client, -1 when there are too many; and its end. Closing frees what was not dropped, and

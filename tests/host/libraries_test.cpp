@@ -113,13 +113,14 @@ TEST_F(ClientLibraries, CardConfigurationFillsTheResponse) {
 }
 
 TEST_F(ClientLibraries, VlanManagerCanBeOpened) {
-  EXPECT_NE(find<const unsigned*>("libvlan_mgr.so", "vlan_mgr_library_version"), nullptr);
+  EXPECT_NE(find<vlan_get_port_trunking_memb_parse_fn>("libvlan_mgr.so", "vlan_get_port_trunking_memb_parse_reply"),
+            nullptr);
 }
 
 TEST_F(ClientLibraries, MissingLibraryStaysMissing) {
   keep_libraries_resident("/nowhere");
 
-  EXPECT_EQ(dlopen("libpvlan.so", RTLD_LAZY), nullptr);
+  EXPECT_EQ(dlopen("libnobody.so", RTLD_LAZY), nullptr);
 }
 
 struct free_block {

@@ -289,7 +289,7 @@ TEST(SwitchFile, TransceiversAreThoseOfTheProfileUnlessThePortSaysOtherwise) {
       "- {range: ethernet 2/1.5, kind: 26}\n");
   const auto at = [&](uint32 number) -> const interface& { return *it.find(port(IF_TYPE_ETHERNET_L3, 2, number)); };
   ASSERT_TRUE(at(1).module_in_port);
-  EXPECT_EQ(at(1).module_in_port->type, FCOT_TYPE_SFP_PLUS);
+  EXPECT_EQ(at(1).module_in_port->type, FCOT_TYPE_SFP);
   EXPECT_EQ(at(1).capabilities.type, "10Gbase-SR");
   ASSERT_TRUE(at(2).module_in_port);
   EXPECT_EQ(at(2).module_in_port->type, FCOT_TYPE_X2);

@@ -272,7 +272,7 @@ TEST_F(Transport, NobodyListensAtAnUnknownAccessPointOrNode) {
   EXPECT_EQ(send("anybody", &request, kUnknownSap), -1);
   EXPECT_EQ(error(), ECONNREFUSED);
 
-  const mts_addr_t elsewhere{7, kEchoSap};
+  const mts_addr_t elsewhere{0x1000, kEchoSap};
   EXPECT_EQ(mts_send(q_, &elsewhere, 1, nullptr, 0, &request, 0, 0), -1);
   EXPECT_EQ(error(), EHOSTUNREACH);
 }

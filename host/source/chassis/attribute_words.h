@@ -48,12 +48,12 @@ inline constexpr word_value kFlowWords[] = {{"off", 0}, {"on", 1}, {"desired", 4
 inline constexpr word_value kRateModeWords[] = {{"dedicated", 1}, {"shared", 2}, {"default", 3}};
 inline constexpr word_value kSubtypeWords[] = {{"ordinary", PC_SUBTYPE_ORDINARY}, {"xgfc", PC_SUBTYPE_XGFC}};
 
-// Media of transceivers with their form (FCOT_TYPE_*).
+// Media of transceivers with the layout of their identity page (FCOT_TYPE_*). SFP+ modules have that of an SFP.
 inline constexpr word_value kModuleWords[] = {
-    {"1000base-T", FCOT_TYPE_SFP},      {"1000base-SX", FCOT_TYPE_SFP},     {"1000base-LH", FCOT_TYPE_SFP},
-    {"10Gbase-SR", FCOT_TYPE_SFP_PLUS}, {"10Gbase-LR", FCOT_TYPE_SFP_PLUS}, {"10Gbase-CU", FCOT_TYPE_SFP_PLUS},
-    {"10Gbase-LX4", FCOT_TYPE_X2},      {"10Gbase-ZR", FCOT_TYPE_X2},       {"4GFC-SW", FCOT_TYPE_SFP},
-    {"4GFC-LW", FCOT_TYPE_SFP},         {"8GFC-SW", FCOT_TYPE_SFP_PLUS},    {"8GFC-LW", FCOT_TYPE_SFP_PLUS},
+    {"1000base-T", FCOT_TYPE_SFP}, {"1000base-SX", FCOT_TYPE_SFP}, {"1000base-LH", FCOT_TYPE_SFP},
+    {"10Gbase-SR", FCOT_TYPE_SFP}, {"10Gbase-LR", FCOT_TYPE_SFP},  {"10Gbase-CU", FCOT_TYPE_SFP},
+    {"10Gbase-LX4", FCOT_TYPE_X2}, {"10Gbase-ZR", FCOT_TYPE_X2},   {"4GFC-SW", FCOT_TYPE_SFP},
+    {"4GFC-LW", FCOT_TYPE_SFP},    {"8GFC-SW", FCOT_TYPE_SFP},     {"8GFC-LW", FCOT_TYPE_SFP},
 };
 
 enum : uint8 { kReasonNone = 2, kReasonAdminDown = 12, kReasonSfpAbsent = 29 };

@@ -10,6 +10,7 @@
 #include "platform/port_manager.h"
 #include "source/chassis/attribute_words.h"
 #include "source/chassis/hardware_address.h"
+#include "source/chassis/module_image.h"
 #include "source/chassis/place_interfaces.h"
 
 namespace host {
@@ -170,7 +171,15 @@ class builder {
     if (!port.capabilities.transceiver || if_index_is_sub_intf(port.if_index)) return;
     if (port.state_reason == kReasonSfpAbsent) module = {};
     port.module_in_port = module.module;
+    if (port.module_in_port) finish_module(port, module);
     if (port.capabilities.type.empty()) port.capabilities.type = module.media;
+  }
+
+  // A module without a page of its own has that of its medium, and diagnostics when the page says so.
+  static void finish_module(interface& port, const transceiver_choice& chosen) {
+    transceiver& module = *port.module_in_port;
+    if (module.eeprom.empty()) module.eeprom = module_image(chosen.media, port.if_index);
+    if (module.diagnostics.calibration == 0 && has_diagnostics(module.eeprom)) module.diagnostics.calibration = 1;
   }
 
   void set_operation(const interface_draft& entry, interface& port) const {

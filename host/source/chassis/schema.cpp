@@ -3,9 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <filesystem>
+#include <stdexcept>
 #include <utility>
 
+#include "platform/vlan_manager.h"
 #include "source/chassis/attribute_words.h"
+#include "source/chassis/module_image.h"
 
 namespace host {
 namespace {
@@ -84,20 +88,68 @@ void in(const yaml_value& value, owner_of<Part>& target) {
   kRead(value, target.*Part);
 }
 
-// "absent", "unsupported" or the medium of a supported transceiver.
+constexpr word_value kCalibrationWords[] = {{"none", 0}, {"internal", 1}, {"external", 2}};
+
+// A file beside the switch file.
+void read_eeprom(const yaml_value& value, transceiver& module) {
+  const std::filesystem::path file = std::filesystem::path(value.path()).parent_path() / value.text();
+  try {
+    module.eeprom = read_image(file.string());
+  } catch (const std::runtime_error& error) {
+    value.fail("'" + value.text() + "' " + error.what());
+  }
+}
+
+template <auto Member, uint64 kScale>
+void scaled(const yaml_value& value, owner_of<Member>& target) {
+  target.*Member = static_cast<value_of<Member>>(value.thousandths(1'000'000) * kScale);
+}
+
+using optics = optical_diagnostics;
+constexpr key_rule<transceiver> kTransceiverRules[] = {
+    {"media", [](const yaml_value&, transceiver&) {}},  // read before all others
+    {"supported", flag<&transceiver::supported>},
+    {"eeprom", read_eeprom},
+    {"initializing", flag<&transceiver::is_initializing>},
+    {"tx-fault", flag<&transceiver::has_tx_fault>},
+    {"calibration", in<&transceiver::diagnostics, word<&optics::calibration, kCalibrationWords>>},
+    {"temperature", in<&transceiver::diagnostics, scaled<&optics::temperature_mc, 1>>},
+    {"drift", in<&transceiver::diagnostics, scaled<&optics::drift_mc, 1>>},
+    {"load-drift", in<&transceiver::diagnostics, scaled<&optics::load_drift_mc, 1>>},
+    {"voltage", in<&transceiver::diagnostics, scaled<&optics::voltage_uv, 1000>>},
+    {"bias", in<&transceiver::diagnostics, scaled<&optics::bias_ua, 1>>},
+    {"tx-power", in<&transceiver::diagnostics, number<&optics::tx_uw, 0, UINT32_MAX>>},
+    {"rx-power", in<&transceiver::diagnostics, number<&optics::rx_uw, 0, UINT32_MAX>>},
+};
+
+// A supported module of a medium.
+void choose_medium(const yaml_value& value, transceiver_choice& choice) {
+  choice.module = transceiver{.supported = true, .type = static_cast<uint8>(value.word(kModuleWords))};
+  choice.media = value.text();
+}
+
+// "absent", "unsupported", the medium of a supported transceiver, or a map that says more of it.
 void read_transceiver(const yaml_value& value, transceiver_choice& choice) {
   choice.is_given = true;
+  if (value.is_map()) {
+    const YAML::Node media = value.node()["media"];
+    if (!media.IsDefined()) value.fail("a transceiver needs a 'media'");
+    choose_medium(yaml_value(media, "media", value.path()), choice);
+    read_map(value, kTransceiverRules, *choice.module);
+    return;
+  }
   if (value.text() == "absent") return;
-  const bool is_supported = value.text() != "unsupported";
-  const uint32 type = is_supported ? value.word(kModuleWords) : uint32{FCOT_TYPE_SFP};
-  choice.module = transceiver{.supported = is_supported, .type = static_cast<uint8>(type), .eeprom = {}};
-  if (is_supported) choice.media = value.text();
+  if (value.text() == "unsupported")
+    choice.module = transceiver{.supported = false, .type = FCOT_TYPE_SFP};
+  else
+    choose_medium(value, choice);
 }
 
 // "no", "yes" (ports are empty unless they say otherwise), or what every port holds unless it says otherwise.
 void read_transceiver_capability(const yaml_value& value, capability_profile& profile) {
-  profile.capabilities.transceiver = value.text() != "no";
-  if (profile.capabilities.transceiver && value.text() != "yes") read_transceiver(value, profile.module);
+  profile.capabilities.transceiver = value.is_map() || value.text() != "no";
+  if (value.is_map() || (profile.capabilities.transceiver && value.text() != "yes"))
+    read_transceiver(value, profile.module);
 }
 
 // Counts such as "1p3q4t": priorities, queues, thresholds.
@@ -180,6 +232,7 @@ constexpr key_rule<card_draft> kCardRules[] = {
     {"model", in<&card_draft::data, text<&card::model, kMaxCapabilityText>>},
     {"type", in<&card_draft::data, number<&card::card_type, 0, UINT32_MAX>>},
     {"profile", reference<&card_draft::profile>},
+    {"shares-resources", in<&card_draft::data, flag<&card::shares_resources>>},
 };
 
 constexpr key_rule<switch_draft> kSwitchRules[] = {
@@ -351,10 +404,20 @@ void read_traffic(const yaml_value& value, const std::vector<traffic_profile>& p
 template <auto kRead>
 constexpr auto port = in<&interface_draft::attributes, kRead>;
 
+using private_vlans = interface::private_vlans;
+template <auto kRead>
+constexpr auto private_vlan = port<in<&interface::private_vlan, kRead>>;
+
 constexpr key_rule<interface_draft> kVlanRules[] = {
     {"access", port<notation<&interface::access_vlan, read_vlan>>},
     {"native", port<notation<&interface::native_vlan, read_vlan>>},
     {"allowed", notation<&interface_draft::allowed_vlans, read_vlan_list>},
+    {"errored", port<notation<&interface::errored_vlans, read_vlan_list>>},
+    {"blocked", port<notation<&interface::blocked_vlans, read_vlan_list>>},
+    {"host-primary", private_vlan<notation<&private_vlans::host_primary, read_vlan>>},
+    {"host-secondary", private_vlan<notation<&private_vlans::host_secondary, read_vlan>>},
+    {"mapping-primary", private_vlan<notation<&private_vlans::mapping_primary, read_vlan>>},
+    {"mapping-secondary", private_vlan<notation<&private_vlans::mapping_secondary, read_vlan_list>>},
 };
 
 // The receiving side's bits are the sending side's, one place higher.
@@ -539,6 +602,31 @@ void read_interfaces(const yaml_value& value, switch_draft& draft) {
   });
 }
 
+constexpr word_value kVlanKinds[] = {{"ordinary", 0},
+                                     {"primary", VLAN_TYPE_PRIMARY},
+                                     {"isolated", VLAN_TYPE_SECONDARY_ISOLATED},
+                                     {"community", VLAN_TYPE_SECONDARY_COMMUNITY},
+                                     {"internal", VLAN_TYPE_INTERNAL_RESERVED}};
+
+constexpr std::size_t kMaxVlanName = VLAN_NAME_BYTES - 1;
+
+constexpr key_rule<vlan> kVlanTableRules[] = {
+    {"id", notation<&vlan::id, read_vlan>},
+    {"name", text<&vlan::name, kMaxVlanName>},
+    {"kind", word<&vlan::kind, kVlanKinds>},
+    {"shut", flag<&vlan::is_shut>},
+};
+
+void read_vlans(const yaml_value& value, switch_draft& draft) {
+  value.for_each([&](const yaml_value& item) {
+    vlan read;
+    read_map(yaml_value(item.node(), "a VLAN", item.path()), kVlanTableRules, read);
+    if (read.id == 0) item.fail("a VLAN needs an 'id'");
+    draft.data.vlans.push_back(std::move(read));
+  });
+  std::sort(draft.data.vlans.begin(), draft.data.vlans.end(), [](const vlan& a, const vlan& b) { return a.id < b.id; });
+}
+
 constexpr key_rule<machine> kManagementRules[] = {
     {"device", text<&machine::mgmt_device, kMaxDeviceName>},
     {"second-device", text<&machine::mgmt_device2, kMaxDeviceName>},
@@ -553,6 +641,7 @@ constexpr key_rule<switch_draft> kFileRules[] = {
     {"profiles", read_profiles},
     {"cards", read_cards},
     {"users", read_users},
+    {"vlans", read_vlans},
     {"interfaces", read_interfaces},
 };
 

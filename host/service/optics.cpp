@@ -1,0 +1,117 @@
+#include "service/optics.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "platform/misc_info.h"
+#include "platform/port_manager.h"
+#include "service/answers.h"
+#include "service/port_manager_messages.h"
+#include "service/services.h"
+#include "switch/clock.h"
+
+namespace host {
+namespace {
+
+// ---- Diagnostics ----------------------------------------------------------------------------------------------------
+
+using diagnostics_t = mts_get_sfp_diag_info_t;
+
+void fill_limits(const optical_diagnostics& module, diagnostics_t& to) {
+  const auto put = [](const auto& limits, auto& high_alarm, auto& low_alarm, auto& high_warning, auto& low_warning) {
+    high_alarm = limits[0];
+    low_alarm = limits[1];
+    high_warning = limits[2];
+    low_warning = limits[3];
+  };
+  put(module.temperature_limits_mc, to.temp_hi_alarm, to.temp_lo_alarm, to.temp_hi_warn, to.temp_lo_warn);
+  put(module.voltage_limits_uv, to.volt_hi_alarm, to.volt_lo_alarm, to.volt_hi_warn, to.volt_lo_warn);
+  put(module.bias_limits_ua, to.current_hi_alarm, to.current_lo_alarm, to.current_hi_warn, to.current_lo_warn);
+  put(module.tx_limits_uw, to.tx_pwr_hi_alarm, to.tx_pwr_lo_alarm, to.tx_pwr_hi_warn, to.tx_pwr_lo_warn);
+  put(module.rx_limits_uw, to.rx_pwr_hi_alarm, to.rx_pwr_lo_alarm, to.rx_pwr_hi_warn, to.rx_pwr_lo_warn);
+}
+
+// Slopes as 256ths, offsets in units of the page: those of a module that measures right.
+void fill_constants(diagnostics_t& to) {
+  to.calib_temp_slope = to.calib_volt_slope = to.calib_current_slope = to.calib_tx_pwr_slope = 256;
+  to.calib_rx_pwr_1 = 1;
+}
+
+void fill_reading(const optical_reading& reading, diagnostics_t& to) {
+  to.temp = reading.temperature_mc;
+  to.volt = reading.voltage_uv;
+  to.curr = reading.bias_ua;
+  to.tx_pwr = reading.tx_uw;
+  to.rx_pwr = reading.rx_uw;
+  to.alarm_flags = reading.alarms;
+  to.warn_flags = reading.warnings;
+}
+
+// ---- Run-time state -------------------------------------------------------------------------------------------------
+
+// Whether the byte at `at` is the sum of those from `from` up to it. What the page lacks is 0.
+uint8 is_sum_right(const std::vector<uint8>& page, std::size_t from, std::size_t at) {
+  const auto byte = [&page](std::size_t place) { return place < page.size() ? page[place] : uint8{0}; };
+  uint8 sum = 0;
+  for (std::size_t place = from; place < at; ++place) sum = static_cast<uint8>(sum + byte(place));
+  return sum == byte(at) ? 1 : 0;
+}
+
+port_xcvr_info_t state_of(const interface& port) {
+  constexpr std::size_t kMonitoringType = 92;
+  port_xcvr_info_t state{};
+  if (!port.module_in_port) {
+    state.op_status = 1;
+    return state;
+  }
+  const transceiver& module = *port.module_in_port;
+  const bool has_link = port.oper_state == PM_PORT_STATE_UP;
+  const bool is_sfp = module.type != FCOT_TYPE_X2;
+  state.xcvr_present = 1;
+  state.rx_loss = has_link ? 0 : 1;
+  state.tx_fault = module.has_tx_fault ? 1 : 0;
+  state.sync_state = has_link ? 1 : 0;
+  state.read_ok = 1;
+  state.csum_base_ok = is_sfp ? is_sum_right(module.eeprom, 0, 63) : uint8{1};
+  state.csum_ext_ok = is_sfp ? is_sum_right(module.eeprom, 64, 95) : uint8{1};
+  state.diag_mon_type = is_sfp && module.eeprom.size() > kMonitoringType ? module.eeprom[kMonitoringType] : uint8{0};
+  return state;
+}
+
+// One port, one entry: the state. Its layout is the line card's own.
+reply answer_misc_info(std::span<const std::byte> bytes) {
+  const auto request = read_request<port_misc_info_req_t>(bytes);
+  if (!request || request->num_ports != 1 || request->num_type != 1) return reject();
+  const interface* const port = std::as_const(the_machine()).find(request->if_index);
+  const bool is_known = port != nullptr && request->type_list[0] == MISC_INFO_TRANSCEIVER_STATE;
+  reply answer;
+  append_bytes(answer, port_misc_info_rsp_t{request->port_misc_info_fsm_flag, 1});
+  append_bytes(answer, port_misc_info_port_t{request->if_index, port != nullptr ? 0 : int32{PM_ERR_NO_SUCH_INTERFACE},
+                                             static_cast<uint16>(is_known ? 1 : 0)});
+  if (!is_known) return answer;
+  append_bytes(answer, port_misc_info_entry_t{MISC_INFO_TRANSCEIVER_STATE, sizeof(port_xcvr_info_t)});
+  append_bytes(answer, state_of(*port));
+  return answer;
+}
+
+}  // namespace
+
+reply answer_diagnostics(const interface& port) {
+  if (!port.module_in_port) return answer_error(PM_ERR_SFP_NOT_PRESENT);
+  const transceiver& module = *port.module_in_port;
+  if (module.diagnostics.calibration == 0) return answer_error(PM_ERR_SFP_NO_DIAGNOSTICS);
+  if (module.is_initializing) return answer_error(PM_ERR_SFP_NO_INFORMATION);
+  sfp_diagnostics record{};
+  record.values.if_index = port.if_index;
+  record.values.calib_type = module.diagnostics.calibration;
+  fill_reading(read_optics(port, static_cast<uint32>(clock_now())), record.values);
+  fill_limits(module.diagnostics, record.values);
+  fill_constants(record.values);
+  return answer_record(record);
+}
+
+reply serve_line_card(mts_opc_t opcode, std::span<const std::byte> request) {
+  return opcode == MTS_OPC_PORT_MISC_INFO ? answer_misc_info(request) : reject();
+}
+
+}  // namespace host

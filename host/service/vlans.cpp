@@ -1,0 +1,114 @@
+// The VLAN manager and the private VLANs of ports.
+#include <algorithm>
+#include <iterator>
+
+#include "platform/port_manager.h"
+#include "service/answers.h"
+#include "service/services.h"
+#include "service/vlan_messages.h"
+
+namespace host {
+namespace {
+
+vlan_bitset_t set_of(const std::vector<uint16>& vlans) {
+  vlan_bitset_t set{};
+  set.size = BITSET_BYTES;
+  for (const uint16 id : vlans) set.bits[id / 8] |= static_cast<uint8>(0x80U >> (id % 8));
+  return set;
+}
+
+// ---- VLANs ----------------------------------------------------------------------------------------------------------
+
+bool is_trunk(const interface& port) { return port.oper_mode == PM_PORT_MODE_TRUNK; }
+
+// A VLAN is there when it is described, and when a port has it for access or as native.
+bool is_used(uint16 id) {
+  const auto& ports = the_machine().interfaces;
+  return std::any_of(ports.begin(), ports.end(), [id](const interface& port) {
+    return port.layer == 2 && (is_trunk(port) ? port.native_vlan : port.access_vlan) == id;
+  });
+}
+
+std::string usual_name(uint16 id) {
+  const std::string number = std::to_string(id);
+  return id == 1 ? "default" : "VLAN" + std::string(4 - std::min<std::size_t>(4, number.size()), '0') + number;
+}
+
+reply answer_vlan(std::span<const std::byte> bytes) {
+  enum : uint32 { ACTIVE = 1, ORDINARY = 1, UP = 1, NOT_SHUT = 1, SHUT = 2, USUAL_MTU = 1500 };
+  const auto request = read_request<vdc_vlan_id_t>(bytes);
+  if (!request) return reject();
+  const auto& described = the_machine().vlans;
+  const auto found = std::find_if(described.begin(), described.end(),
+                                  [&request](const vlan& it) { return it.id == request->vlan_id; });
+  const bool is_described = found != described.end();
+  if (!is_described && !is_used(request->vlan_id)) return reject();
+  vlan_info_resp_t record{};
+  record.vdc_vlan = *request;
+  record.vstate = ACTIVE;
+  record.vtype = is_described && found->kind != 0 ? found->kind : uint32{ORDINARY};
+  record.oper = UP;
+  record.mtu = USUAL_MTU;
+  record.shut_state = is_described && found->is_shut ? SHUT : NOT_SHUT;
+  const std::string name = is_described && !found->name.empty() ? found->name : usual_name(request->vlan_id);
+  std::memcpy(record.vlan_name, name.data(), std::min(name.size(), sizeof record.vlan_name));
+  reply answer;
+  append_bytes(answer, record);
+  return answer;
+}
+
+reply answer_memberships(std::span<const std::byte> bytes) {
+  if (bytes.size() % sizeof(be32) != 0) return reject();
+  reply answer;
+  for (; !bytes.empty(); bytes = bytes.subspan(sizeof(be32))) {
+    be32 if_index;
+    std::memcpy(&if_index, bytes.data(), sizeof if_index);
+    const interface* const port = std::as_const(the_machine()).find(if_index);
+    if (port == nullptr) continue;
+    trunk_port_memb_t record{};
+    record.port = if_index;
+    record.native_trunk.vdc_id = 1;
+    record.native_trunk.vlan_id = port->native_vlan;
+    record.allowed_vlan_list = set_of(port->allowed_vlans);
+    append_bytes(answer, record);
+  }
+  return answer;
+}
+
+// ---- Private VLANs --------------------------------------------------------------------------------------------------
+
+reply answer_private_vlans(std::span<const std::byte> bytes) {
+  const auto request = read_request<interface_request>(bytes);
+  const interface* const port = request ? std::as_const(the_machine()).find(request->if_index) : nullptr;
+  if (port == nullptr) return reject();
+  const interface::private_vlans& configured = port->private_vlan;
+  pvlan_switchport_info_t record{};
+  record.host_primary = configured.host_primary;
+  record.host_secondary = configured.host_secondary;
+  record.mapping_primary = configured.mapping_primary;
+  record.mapping_secondary = set_of(configured.mapping_secondary);
+  std::vector<uint16> operational;
+  if (port->oper_state == PM_PORT_STATE_UP) operational = configured.mapping_secondary;
+  for (const uint16 id : {configured.host_primary, configured.host_secondary, configured.mapping_primary})
+    if (id != 0 && port->oper_state == PM_PORT_STATE_UP) operational.push_back(id);
+  record.operational = set_of(operational);
+  reply answer;
+  append_bytes(answer, record);
+  return answer;
+}
+
+}  // namespace
+
+reply serve_vlan_manager(mts_opc_t opcode, std::span<const std::byte> request) {
+  switch (opcode) {
+    case MTS_OPC_VLAN_INFO: return answer_vlan(request);
+    case MTS_OPC_VLAN_TRUNKING_MEMBERSHIP: return answer_memberships(request);
+    default: return reject();
+  }
+}
+
+reply serve_private_vlans(mts_opc_t opcode, std::span<const std::byte> request) {
+  return opcode == MTS_OPC_PVLAN_GET_SWITCHPORT_INFO ? answer_private_vlans(request) : reject();
+}
+
+}  // namespace host

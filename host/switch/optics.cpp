@@ -1,0 +1,57 @@
+#include "switch/optics.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "platform/port_manager.h"
+#include "switch/model.h"
+
+namespace host {
+namespace {
+
+constexpr uint32 kDriftPeriodSec = 6 * 3600;
+
+// How much of the line both directions use together, 0 to 1.
+double load_of(const interface& port) {
+  const double line_bytes = static_cast<double>(port.oper_speed_mbps) * 125'000 * 2;
+  const uint64 used = port.stats.in_bytes_per_second + port.stats.out_bytes_per_second;
+  return line_bytes > 0 ? std::min(1.0, static_cast<double>(used) / line_bytes) : 0;
+}
+
+int32 temperature_of(const interface& port, const optical_diagnostics& module, uint32 now_sec) {
+  const double angle = 2 * std::numbers::pi * (now_sec % kDriftPeriodSec) / kDriftPeriodSec;
+  return module.temperature_mc + static_cast<int32>(module.drift_mc * std::sin(angle)) +
+         static_cast<int32>(module.load_drift_mc * load_of(port));
+}
+
+// The bits of one quantity: high is 1, low is 2.
+template <typename Number>
+void compare(Number value, const optical_limits<Number>& limits, uint32 shift, optical_reading& reading) {
+  const auto bits = [value](Number high, Number low) { return (value > high ? 1U : 0U) | (value < low ? 2U : 0U); };
+  reading.alarms |= bits(limits[0], limits[1]) << shift;
+  reading.warnings |= bits(limits[2], limits[3]) << shift;
+}
+
+}  // namespace
+
+optical_reading read_optics(const interface& port, uint32 now_sec) {
+  const optical_diagnostics& module = port.module_in_port->diagnostics;
+  const bool is_lit = port.admin_state == PM_PORT_STATE_UP;
+  const bool has_link = port.oper_state == PM_PORT_STATE_UP;
+  optical_reading reading{.temperature_mc = temperature_of(port, module, now_sec),
+                          .voltage_uv = module.voltage_uv,
+                          .bias_ua = is_lit ? module.bias_ua : 0,
+                          .tx_uw = is_lit ? module.tx_uw : 0,
+                          .rx_uw = has_link ? module.rx_uw : 0,
+                          .alarms = 0,
+                          .warnings = 0};
+  compare(reading.temperature_mc, module.temperature_limits_mc, 0, reading);
+  compare(reading.voltage_uv, module.voltage_limits_uv, 2, reading);
+  compare(reading.bias_ua, module.bias_limits_ua, 4, reading);
+  compare(reading.tx_uw, module.tx_limits_uw, 6, reading);
+  compare(reading.rx_uw, module.rx_limits_uw, 8, reading);
+  return reading;
+}
+
+}  // namespace host

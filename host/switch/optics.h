@@ -1,0 +1,49 @@
+// What the module in a port measures, and within which limits.
+#pragma once
+
+#include <array>
+
+#include "platform/types.h"
+
+namespace host {
+
+struct interface;
+
+// High alarm, low alarm, high warning, low warning.
+template <typename Number>
+using optical_limits = std::array<Number, 4>;
+
+// Optical diagnostics of a module: what it measures at rest, and what changes it.
+struct optical_diagnostics {
+  uint32 calibration = 0;         // 0: the module has no diagnostics; 1 internal, 2 external
+  int32 temperature_mc = 34'000;  // thousandths of a degree Celsius
+  int32 drift_mc = 2'500;         // how far the room takes it, up and down in six hours
+  int32 load_drift_mc = 6'000;    // how far a full line warms it
+  uint32 voltage_uv = 3'295'000;
+  uint32 bias_ua = 6'600;
+  uint32 tx_uw = 590;
+  uint32 rx_uw = 420;  // while there is a link
+  optical_limits<int32> temperature_limits_mc = {75'000, -5'000, 70'000, 0};
+  optical_limits<uint32> voltage_limits_uv = {3'630'000, 2'970'000, 3'465'000, 3'135'000};
+  optical_limits<uint32> bias_limits_ua = {11'800, 4'000, 10'800, 5'000};
+  optical_limits<uint32> tx_limits_uw = {1'479, 117, 741, 186};
+  optical_limits<uint32> rx_limits_uw = {1'584, 25, 794, 63};
+};
+
+// A measurement, with a bit for each limit that is passed: two for each of temperature, voltage, bias, transmit and
+// receive power, the high one first.
+struct optical_reading {
+  int32 temperature_mc;
+  uint32 voltage_uv;
+  uint32 bias_ua;
+  uint32 tx_uw;
+  uint32 rx_uw;
+  uint32 alarms;
+  uint32 warnings;
+};
+
+// What the module of a port measures at a moment (seconds since 1970). It is warmer under load: the port's statistics
+// must have been brought up to that moment.
+optical_reading read_optics(const interface& port, uint32 now_sec);
+
+}  // namespace host
