@@ -87,3 +87,9 @@ int32 parse_forwarding(const mts_msg_ref_t* got, stp_port_state_t** ports, uint3
 }
 
 }  // namespace host
+
+int32 vlan_get_errored_vlans(if_index_t if_index, vlan_bitset_t* vlans) {
+  if (vlans == nullptr) return PM_ERR_GENERAL;
+  return host::ask_record({host::client_queue(), MTS_SAP_VLAN_MANAGER, host::VLAN_OPC_ERRORED},
+                          host::bytes_of(host::interface_request{if_index}), host::writable_bytes_of(*vlans));
+}

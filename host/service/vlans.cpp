@@ -102,6 +102,9 @@ reply answer_private_vlans(std::span<const std::byte> bytes) {
 reply serve_vlan_manager(mts_opc_t opcode, std::span<const std::byte> request) {
   switch (opcode) {
     case MTS_OPC_VLAN_INFO: return answer_vlan(request);
+    case VLAN_OPC_ERRORED:
+      return answer_for_interface(request,
+                                  [](const interface& port) { return answer_record(set_of(port.errored_vlans)); });
     case MTS_OPC_VLAN_TRUNKING_MEMBERSHIP: return answer_memberships(request);
     default: return reject();
   }

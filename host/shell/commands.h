@@ -17,6 +17,11 @@ struct invocation {
 };
 
 int show_interface(const invocation& run);
+int show_transceivers(const invocation& run);
+int show_transceivers_details(const invocation& run);
+int show_transceivers_calibrations(const invocation& run);
+int show_module_resources(const invocation& run);
+int show_vlans(const invocation& run);
 int clear_all(const invocation& run);
 int clear_range(const invocation& run);
 int clear_ethernet(const invocation& run);

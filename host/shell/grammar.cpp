@@ -114,7 +114,8 @@ struct step {
 void add_free_readings(const std::vector<position>& positions, std::string_view word, std::vector<step>& steps) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
-      if (expected.is_file) steps.push_back({word, {at.what, index + 1, range_end::none, at.number}});
+      if (expected.is_file || (expected.is_vlans && parse_vlans(word)))
+        steps.push_back({word, {at.what, index + 1, range_end::none, at.number}});
     });
   }
 }
@@ -197,11 +198,19 @@ std::string type_help(std::string_view in_front) {
   return text + "?' for the list.";
 }
 
+bool expects_vlans(const std::vector<position>& positions) {
+  bool found = false;
+  for (const position& at : positions)
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.is_vlans; });
+  return found;
+}
+
 std::string unknown_word(const std::vector<position>& positions, std::string_view word, std::string_view in_front) {
   if (const number_argument* const number = expected_number(positions))
     return quoted(word) + " is no " + std::string(number->name) + ": it takes a number from " + bounds_of(*number) +
            ".";
   const std::vector<std::string_view> expected = expected_words(positions);
+  if (expects_vlans(positions)) return quoted(word) + " is no list of VLANs, such as 1-10,20.";
   if (expected.empty()) return quoted(word) + " is too much: the command ends with " + quoted(in_front) + ".";
   const std::string_view meant = closest_word(word, expected);
   std::string text = "unknown word " + quoted(word);
@@ -380,6 +389,7 @@ void suggest_number_argument(suggestions& found, const std::vector<position>& po
 void suggest_free_argument(suggestions& found, const std::vector<position>& positions) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
+      if (word.is_vlans) found.hints.push_back({"VLANS", "A list of VLANs, such as 1-10,20"});
       if (word.is_file) found.hints.push_back({"FILE", "Name of a file"});
       if (word.is_text) found.hints.push_back({"TEXT", "The rest of the line; in quotes when it contains '|'"});
     });
@@ -431,7 +441,10 @@ suggestions suggest_pipe(const word_token& part) {
   return found;
 }
 
-bool is_behind_file(const position& at) { return at.what->syntax.words[at.next - 1].is_file; }
+bool is_behind_file(const position& at) {
+  const syntax_word& word = at.what->syntax.words[at.next - 1];
+  return word.is_file || word.is_vlans;
+}
 
 // True when the line has come to a text that was begun.
 bool is_in_text(std::string_view line, shell_mode mode) {

@@ -42,7 +42,7 @@ constexpr bool is_number_argument(std::string_view word) {
 }
 
 // One word of a syntax: "show" stands for itself, "RANGE" for interfaces, the name of a number for it, "FILE" for any
-// word, "TEXT" for the rest of the line. In brackets it may be left out.
+// word, "TEXT" for the rest of the line, "VLANS" for a list such as "1-10,20". In brackets it may be left out.
 struct syntax_word {
   std::string_view text;
   bool is_range = false;
@@ -50,9 +50,10 @@ struct syntax_word {
   bool is_number = false;
   bool is_file = false;
   bool is_text = false;
+  bool is_vlans = false;
 
   // Whether it stands for itself.
-  constexpr bool is_literal() const { return !is_range && !is_number && !is_file && !is_text; }
+  constexpr bool is_literal() const { return !is_range && !is_number && !is_file && !is_text && !is_vlans; }
 };
 
 enum { MAX_SYNTAX_WORDS = 8 };
@@ -69,8 +70,8 @@ struct command_syntax {
       left.remove_prefix(word.size() < left.size() ? word.size() + 1 : word.size());
       const bool is_optional = word.front() == '[';
       if (is_optional) word = word.substr(1, word.size() - 2);
-      words[num_words++] = {word,           word == "RANGE", is_optional, is_number_argument(word),
-                            word == "FILE", word == "TEXT"};
+      words[num_words++] = {word,           word == "RANGE", is_optional,    is_number_argument(word),
+                            word == "FILE", word == "TEXT",  word == "VLANS"};
     }
   }
 };
@@ -125,7 +126,7 @@ struct command_line {
   std::string range;              // as written; empty: none
   std::vector<interface_span> spans;
   std::optional<uint32> number;
-  std::string argument;  // a file, or a text
+  std::string argument;  // a file, a text, or a list of VLANs
   bool is_no = false;    // begins with "no"
   std::vector<pipe_stage> pipes;
 };

@@ -30,7 +30,16 @@ constexpr display kTrunkCounters = {kTrunkCountersDisplay, {}, "trunk_counters"}
 constexpr display kStormControl = {kStormControlDisplay, {}, "storm_control"};
 constexpr display kFlowControl = {kFlowControlDisplay, {}, "flow_control"};
 constexpr display kTransport = {kTransportDisplay, "transport", "transport"};
+constexpr display kTransceiver = {kTransceiverDisplay, {}, "transceiver", true};
+constexpr display kTransceiverDetails = {kTransceiverDetailsDisplay, {}, "transceiver_details", true};
+constexpr display kCalibration = {kCalibrationDisplay, {}, "transceiver_calibrations", true};
+constexpr display kTrunk = {kTrunkDisplay, {}, "trunk"};
+constexpr display kTrunkDetail = {kSwitchportDisplay, {}, "trunk_detail"};
+constexpr display kAllowedVlans = {kAllowedVlansDisplay, {}, "trunk_allowed"};
+constexpr display kForwardingVlans = {kForwardingVlansDisplay, {}, "trunk_forwarding"};
+constexpr display kErroredVlans = {kErroredVlansDisplay, {}, "trunk_errored"};
 constexpr display kText = {kNoDisplay, {}};
+constexpr display kMarkedText = {kNoDisplay, {}, {}, true};
 
 // clang-format off
 constexpr command kGeneralCommands[] = {
@@ -58,6 +67,21 @@ constexpr command kGeneralCommands[] = {
     {"show interface [RANGE] counters storm-control", "Storm control: levels and what was discarded", show_interface, kStormControl, 19},
     {"show interface [RANGE] flowcontrol", "Flow control: settings and pause frames", show_interface, kFlowControl, 23},
     {"show interface [RANGE] flowcontrol module MODULE", "The same of the ports of a module", show_interface, kFlowControl, 34},
+    {"show interface [RANGE] transceiver", "Transceivers: identity, state and measured values", show_interface, kTransceiver, 6},
+    {"show interface [RANGE] transceiver details", "The same with the limits of the values", show_interface, kTransceiverDetails, 10},
+    {"show interface [RANGE] transceiver calibrations", "Their identity, state and calibration constants", show_interface, kCalibration, 9},
+    {"show interface [RANGE] trunk", "Trunks: native VLAN, status, port-channel", show_interface, kTrunk, 38},
+    {"show interface [RANGE] trunk allowed", "The VLANs that trunks carry", show_interface, kAllowedVlans, 39},
+    {"show interface [RANGE] trunk forwarding", "The VLANs in which spanning tree lets them forward", show_interface, kForwardingVlans, 40},
+    {"show interface [RANGE] trunk errored", "The VLANs that an error keeps off them", show_interface, kErroredVlans, ERRORED_VLANS_VIEW},
+    {"show interface [RANGE] trunk detail", "Trunks in detail", show_interface, kTrunkDetail, 29},
+    {"show interface [RANGE] trunk detail module MODULE", "The same of the ports of a module", show_interface, kTrunkDetail, 30},
+    {"show interface [RANGE] trunk detail native-vlan VLANS", "The same of those with such a native VLAN", show_interface, kTrunkDetail, 31},
+    {"show transceiver", "The transceivers of all Fibre-Channel and Ethernet ports", show_transceivers, kMarkedText},
+    {"show transceiver details", "The same with the limits of their values", show_transceivers_details, kMarkedText},
+    {"show transceiver calibrations", "Their calibration constants", show_transceivers_calibrations, kText},
+    {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kText},
+    {"show vlan", "The VLANs of the switch", show_vlans, kText},
     {"clear counters", "Let the counters of Ethernet ports, port-channels, loopbacks and management ports start from 0", clear_all, kText},
     {"clear counters all", "The same", clear_all, kText},
     {"clear counters interface RANGE", "Those of some interfaces", clear_range, kText},
@@ -107,12 +131,14 @@ constexpr word_help kWords[] = {
     {"access", "Ports of one VLAN"},
     {"advance", "Move it on"},
     {"all", "Every one of them"},
+    {"allowed", "The VLANs that they carry"},
     {"auto", "As both ends agree"},
     {"bb-credit", "Credits for frames received"},
     {"bb-scn", "Count credits that were lost"},
     {"beacon", "Let the ports blink"},
     {"bit-errors", "Bit errors"},
     {"brief", "A line for each"},
+    {"calibrations", "Calibration constants"},
     {"capabilities", "What the ports can do"},
     {"clear", "Let counters start from 0"},
     {"clock", "The clock of this shell"},
@@ -122,7 +148,9 @@ constexpr word_help kWords[] = {
     {"debounce", "How long a link must be down to count"},
     {"default", "The usual value"},
     {"description", "Descriptions"},
+    {"detail", "In detail"},
     {"detailed", "In detail"},
+    {"details", "With the limits of the values"},
     {"dot1q", "Tags of VLANs"},
     {"down", "Interfaces that are switched off, or stay down"},
     {"duplex", "Full, half or auto"},
@@ -131,6 +159,7 @@ constexpr word_help kWords[] = {
     {"encapsulation", "How frames are packed"},
     {"end", "Leave the configuration"},
     {"err-disabled", "Only ports shut by an error"},
+    {"errored", "The VLANs that an error keeps off them"},
     {"errors", "Only errors"},
     {"ethernet", "All Ethernet ports"},
     {"ethertype", "The number of VLAN tags"},
@@ -140,6 +169,7 @@ constexpr word_help kWords[] = {
     {"fabric", "Ports to satellite units"},
     {"failure", "The link fails"},
     {"fl", "Fibre-Channel ports to loops"},
+    {"forwarding", "The VLANs in which spanning tree lets them forward"},
     {"flowcontrol", "Flow control and pause frames"},
     {"full", "Both directions at once"},
     {"fx", "Fibre-Channel ports to hosts or loops"},
@@ -160,11 +190,12 @@ constexpr word_help kWords[] = {
     {"max", "The fastest speed"},
     {"mgmt", "A management port"},
     {"mode", "What kind of port it is"},
-    {"module", "Only the ports of a module"},
+    {"module", "A module, or only its ports"},
     {"monitor", "Ports that copies of packets are sent to"},
     {"mtu", "The largest packet"},
     {"multiplier", "A credit for so many frames"},
     {"name", "The description of the ports"},
+    {"native-vlan", "Only those with such a native VLAN"},
     {"no", "Take a setting back"},
     {"normal", "Frames as they are"},
     {"np", "Fibre-Channel ports to a switch that logs in for them"},
@@ -179,6 +210,7 @@ constexpr word_help kWords[] = {
     {"promiscuous-mode", "Whose packets the ports take"},
     {"quit", "Leave the shell"},
     {"receive-buffer-size", "The largest frame"},
+    {"resources", "Buffers and bandwidth"},
     {"running-config", "The settings as they are now"},
     {"sd", "Fibre-Channel ports that copies are sent to"},
     {"show", "Show what the switch knows"},
@@ -191,9 +223,11 @@ constexpr word_help kWords[] = {
     {"switchport", "Switched ports and their settings"},
     {"terminal", "By typing"},
     {"tl", "Fibre-Channel ports to private loops"},
+    {"transceiver", "Modules in ports"},
     {"transport", "Messages between this shell and the services"},
     {"trunk", "Trunks"},
     {"undo", "Take back what the last setting changed"},
+    {"vlan", "VLANs"},
     {"up", "Only interfaces that are up"},
 };
 

@@ -33,6 +33,10 @@ constexpr named_handler kSiblingHandlers[] = {
     {"sibling_show_rates", &command_library::show_rates},
     {"sibling_show_storm_control", &command_library::show_storm_control},
     {"sibling_show_all_counters", &command_library::show_all_counters},
+    {"sibling_show_transceiver", &command_library::show_transceiver},
+    {"sibling_show_transceiver_calibration", &command_library::show_transceiver_calibration},
+    {"sibling_show_vlans", &command_library::show_vlans},
+    {"sibling_show_errored_vlans", &command_library::show_errored_vlans},
 };
 
 std::string loader_error() {
@@ -91,6 +95,10 @@ command_library load_command_libraries(const std::string& directory) {
   common.find("pm_cli_if_index_verification_func", found.verify);
   common.find("pm_cli_check_if_index_for_vsan_perm", found.check_vsans);
   common.find("pm_cli_set_port_config", found.set_port_config);
+  common.find("pm_show_interface_tranceiver", found.show_transceivers);
+  common.find("pm_show_interface_tranceiver_details", found.show_transceivers_details);
+  common.find("pm_show_interface_tranceiver_calibrations", found.show_transceivers_calibrations);
+  common.find("pm_cli_show_mod_resources", found.show_module_resources);
   find_clearing(common, found);
   take_vocabulary(common);
 

@@ -35,6 +35,17 @@ struct command_library {
   command_handler show_storm_control = nullptr;
   command_handler show_all_counters = nullptr;
 
+  command_handler show_transceiver = nullptr;              // with tags: identity and diagnostics
+  command_handler show_transceiver_calibration = nullptr;  // with tags: identity and calibration constants
+  command_handler show_vlans = nullptr;
+  command_handler show_errored_vlans = nullptr;
+
+  // Displays that are about no interface of the command.
+  int32 (*show_transceivers)(paraminfo_t*) = nullptr;
+  int32 (*show_transceivers_details)(paraminfo_t*) = nullptr;
+  int32 (*show_transceivers_calibrations)(paraminfo_t*) = nullptr;
+  uint32 (*show_module_resources)(paraminfo_t*, uint8) = nullptr;
+
   // Headers of tables.
   command_handler common_header = nullptr;
   command_handler ethernet_header = nullptr;

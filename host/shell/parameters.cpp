@@ -54,6 +54,17 @@ void command_parameters::add_number(uint32 number) {
   block_.parameter_count = 2;
 }
 
+void command_parameters::add_number_ranges(std::span<const vlan_span> ranges) {
+  const std::size_t count = std::min<std::size_t>(ranges.size(), PARAM_MAX_RANGES);
+  for (std::size_t i = 0; i < count; ++i) number_ranges_.range[i] = {ranges[i].first, ranges[i].last};
+  number_ranges_.size = sizeof number_ranges_;
+  number_ranges_.range_count = static_cast<uint32>(count);
+  number_argument_.type = PARAM_TYPE_INT_RANGES;
+  number_argument_.arg = &number_ranges_;
+  block_.arg_list[1] = &number_argument_;
+  block_.parameter_count = 2;
+}
+
 void command_parameters::begin_setting(bool is_no) {
   block_.prc_mode = kSettingCommand;
   block_.no_flag = is_no ? 1 : 0;

@@ -7,6 +7,7 @@
 #include "platform/mts.h"
 #include "platform/paraminfo.h"
 #include "shell/grammar.h"
+#include "shell/words.h"
 #include "switch/model.h"
 
 namespace host {
@@ -20,6 +21,9 @@ class command_parameters {
 
   // Argument 1: a number.
   void add_number(uint32 number);
+
+  // Argument 1: ranges of numbers.
+  void add_number_ranges(std::span<const vlan_span> ranges);
 
   // The block is for a setting, or for its "no" form: argument 0 are the interfaces, the tokens follow.
   void begin_setting(bool is_no);
@@ -38,6 +42,7 @@ class command_parameters {
   paraminfo_t block_{};
   param_arg_t interfaces_{};
   param_arg_t number_argument_{};
+  vsh_int_multi_range_t number_ranges_{};
   std::array<param_arg_t, MAX_SETTING_TOKENS> tokens_{};
   if_index_t if_index_ = 0;
   intf_range_t ranges_{};

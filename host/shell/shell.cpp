@@ -34,6 +34,8 @@ output_settings settings_for(const shell& session, const command_line& line) {
       session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(line, pipe_kind::no_more);
   settings.structured = has_stage(line, pipe_kind::json);
   settings.shown = line.what->shown;
+  const char* const no_colour = std::getenv("NO_COLOR");
+  settings.coloured = settings.to_terminal && terminal_can_page() && (no_colour == nullptr || no_colour[0] == '\0');
   settings.command = line.text;
   settings.is_cancelled = was_interrupted;
   return settings;

@@ -42,8 +42,11 @@ struct showing {
 
   bool is_replaced(const view& in, const interface_kind& kind) const {
     const replacement& by = in.replaced;
-    return by.handler != nullptr && std::find(by.kinds.begin(), by.kinds.end(), kind.type) != by.kinds.end() &&
-           (!by.only_structured || run.output.is_structured());
+    const auto is_in = [&kind](std::span<const if_index_type_t> kinds) {
+      return std::find(kinds.begin(), kinds.end(), kind.type) != kinds.end();
+    };
+    return by.handler != nullptr && is_in(by.kinds) &&
+           (!by.only_structured || run.output.is_structured() || is_in(by.also_text));
   }
 
   // Null: there is no such display.
@@ -135,6 +138,7 @@ int show_interface(const invocation& run) {
   const std::vector<const view*> views = views_from(view_of(run.line.what->command_id));
   command_parameters parameters(run.session.who, q.handle, views.front()->command_id());
   if (run.line.number) parameters.add_number(*run.line.number);
+  if (const auto vlans = parse_vlans(run.line.argument)) parameters.add_number_ranges(*vlans);
   const selection chosen = run.line.spans.empty() ? select_all(run.session, parameters, views.front()->kinds)
                                                   : select_named(run.session, parameters, run.line.spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);

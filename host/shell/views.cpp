@@ -22,10 +22,17 @@ constexpr if_index_type_t kWithCapabilities[] = {IF_TYPE_MGMT, IF_TYPE_ETHERNET,
                                                  IF_TYPE_ETH_PORT_CHANNEL};
 
 constexpr if_index_type_t kPorts[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE};
+constexpr if_index_type_t kOtherPorts[] = {IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE};
 constexpr if_index_type_t kWithRates[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE,
                                           IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
 constexpr if_index_type_t kCounted[] = {IF_TYPE_ETHERNET,         IF_TYPE_ETHERNET_L3,  IF_TYPE_SATELLITE,
                                         IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL, IF_TYPE_VETHERNET};
+
+constexpr if_index_type_t kTrunking[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE,
+                                         IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
+
+// Of the others the library has no detailed view.
+constexpr if_index_type_t kTrunksInDetail[] = {IF_TYPE_ETHERNET, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
 
 constexpr table_headers kNone = {};
 constexpr table_headers kCommon = {&library::common_header, &library::common_header, &library::common_header,
@@ -38,6 +45,7 @@ constexpr table_headers kBrief = {&library::ethernet_header, &library::managemen
 // Nothing stands below them of loopbacks and of the in-band interface.
 constexpr table_headers kCounters = {&library::common_header, &library::common_header, nullptr, nullptr};
 constexpr table_headers kPortCounters = {&library::common_header, nullptr, nullptr, nullptr};
+constexpr table_headers kTrunks = {&library::common_header, nullptr, nullptr, nullptr};
 constexpr table_headers kTrunkCounters = {&library::ethernet_header, nullptr, nullptr, nullptr};
 
 // clang-format off
@@ -47,7 +55,10 @@ constexpr view kViews[] = {
     {2, kAll, kCommon},
     {4, kAll, kDescription},
     {5, kBriefRows, kBrief},
+    {6, kPorts, kNone, INBAND_NOTHING, {&library::show_transceiver, kPorts, true, kOtherPorts}},
     {7, kWithRates, kPortCounters, INBAND_SAME, {&library::show_rates, kWithRates, true}},
+    {9, kPorts, kNone, INBAND_NOTHING, {&library::show_transceiver_calibration, kPorts, true, kOtherPorts}},
+    {10, kPorts, kNone, INBAND_NOTHING, {&library::show_transceiver, kPorts, true, kOtherPorts}},
     {13, kWithCapabilities, kNone, INBAND_NOTHING, {&library::show_port_capabilities, kPorts}},
     {18, kButLoopbacks, kCounters, INBAND_NOTHING, {}, 52},
     {19, kCounted, kPortCounters, INBAND_NOTHING, {&library::show_storm_control, kCounted}},
@@ -59,8 +70,14 @@ constexpr view kViews[] = {
     {26, kAll, kCommon, INBAND_NOTHING},
     {27, kInModules, kCommon, INBAND_NOTHING},
     {28, kAll, kCommon, INBAND_NOTHING},
+    {29, kTrunksInDetail, kNone, INBAND_NOTHING},
+    {30, kTrunksInDetail, kNone, INBAND_NOTHING},
+    {31, kTrunksInDetail, kNone, INBAND_NOTHING},
     {34, kInModules, kPortCounters, INBAND_NOTHING},
     {36, kButLoopbacks, kCommon, INBAND_NOTHING},
+    {38, kTrunking, kTrunks, INBAND_NOTHING},
+    {39, kTrunking, kTrunks, INBAND_NOTHING},
+    {40, kTrunking, kTrunks, INBAND_NOTHING},
     {44, kButLoopbacks, kCounters, INBAND_COUNTERS, {}, 47},
     {47, kButLoopbacks, kCounters, INBAND_NOTHING},
     {50, kInModules, kPortCounters, INBAND_NOTHING},
@@ -68,6 +85,7 @@ constexpr view kViews[] = {
     {55, kButLoopbacks, kCounters, INBAND_NOTHING},
     {58, kAll, kNone, INBAND_COUNTERS},
     {59, kAll, kNone, INBAND_SAME, {&library::show_all_counters, kCounted}},
+    {ERRORED_VLANS_VIEW, kTrunking, kTrunks, INBAND_NOTHING, {&library::show_errored_vlans, kTrunking}},
     {104, kEthernet, kCommon, INBAND_NOTHING},
 };
 // clang-format on

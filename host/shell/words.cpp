@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 
 namespace host {
 namespace {
@@ -102,6 +103,29 @@ std::string join(const std::vector<std::string_view>& words, std::string_view se
     text += word;
   }
   return text;
+}
+
+std::optional<std::vector<vlan_span>> parse_vlans(std::string_view text) {
+  constexpr uint32 kLastVlan = 4094;
+  constexpr std::size_t kMostItems = 64;
+  std::vector<vlan_span> spans;
+  const char* at = text.data();
+  const char* const end = text.data() + text.size();
+  const auto read_id = [&](uint32& id) {
+    const auto [next, error] = std::from_chars(at, end, id);
+    at = next;
+    return error == std::errc{} && id >= 1 && id <= kLastVlan;
+  };
+  while (true) {
+    vlan_span span{};
+    if (!read_id(span.first)) return std::nullopt;
+    span.last = span.first;
+    if (at != end && *at == '-' && (++at == end || !read_id(span.last))) return std::nullopt;
+    if (span.last < span.first || spans.size() == kMostItems) return std::nullopt;
+    spans.push_back(span);
+    if (at == end) return spans;
+    if (*at++ != ',') return std::nullopt;
+  }
 }
 
 }  // namespace host

@@ -2,9 +2,12 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/types.h"
 
 namespace host {
 
@@ -30,6 +33,13 @@ std::string_view closest_word(std::string_view written, const std::vector<std::s
 
 // The text in single quotes, as messages name what was written.
 std::string quoted(std::string_view text);
+
+// A list of VLANs such as "1-10,20" as pairs of bounds; none when it is not one, or has more than 64 items.
+struct vlan_span {
+  uint32 first;
+  uint32 last;
+};
+std::optional<std::vector<vlan_span>> parse_vlans(std::string_view text);
 
 std::string join(const std::vector<std::string_view>& words, std::string_view separator);
 

@@ -69,6 +69,9 @@ typedef int32 (*vlan_get_port_trunking_memb_build_fn)(if_index_t* ports, uint32 
 typedef int32 (*vlan_get_port_trunking_memb_parse_fn)(void* payload, uint32 size, trunk_port_memb_t** records,
                                                       uint32* count);
 
+/* The VLANs that an error keeps off a trunk, into the caller's record. Returns 0 or a system error. */
+int32 vlan_get_errored_vlans(if_index_t if_index, vlan_bitset_t* vlans);
+
 /* The VLAN manager's client library, opened by name. */
 #define VLAN_MGR_LIBRARY "libvlan_mgr.so"
 

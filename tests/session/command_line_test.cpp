@@ -44,8 +44,11 @@ TEST(CommandLine, ControlBytesOfATypedWordAreShownAsText) {
 TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
   EXPECT_EQ(run_command("show ?").out,
             "  interface       Interfaces: settings, state and traffic\n"
+            "  module          A module, or only its ports\n"
             "  running-config  The settings as they are now\n"
-            "  transport       Messages between this shell and the services\n");
+            "  transceiver     Modules in ports\n"
+            "  transport       Messages between this shell and the services\n"
+            "  vlan            VLANs\n");
 }
 
 TEST(CommandLine, QuestionMarkInAWordListsItsCompletions) {

@@ -27,6 +27,7 @@ std::string line_of(const command& what, bool with_optional) {
             : word.is_number ? "7"
             : word.is_file   ? "lab/site.cfg"
             : word.is_text   ? "some words"
+            : word.is_vlans  ? "1-10,20"
                              : std::string(word.text);
   }
   return line;
@@ -111,7 +112,7 @@ TEST(Grammar, TabCompletesEachWordFromItsMiddle) {
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
       const host::syntax_word& word = what.syntax.words[i];
       if (word.is_optional) continue;
-      if (word.is_range || word.is_file || word.is_text) break;
+      if (word.is_range || word.is_file || word.is_text || word.is_vlans) break;
       const std::string name(word.is_number ? "7" : word.text);
       for (std::size_t length = 1; length < name.size(); ++length) {
         const std::string begun = in_front + name.substr(0, length);

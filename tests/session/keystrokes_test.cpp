@@ -51,14 +51,15 @@ TEST_F(AtThePrompt, TabCompletesTheNumbersOfInterfacesThatExist) {
 
 TEST_F(AtThePrompt, TabListsTheChoicesWhenThereIsMoreThanOne) {
   screen.type("show \t");
-  EXPECT_TRUE(screen.shows("interface       running-config  transport\r\n")) << screen.unread();
+  EXPECT_TRUE(screen.shows("interface       module          running-config  transceiver     transport\r\n"))
+      << screen.unread();
   EXPECT_TRUE(screen.shows("lab# show ")) << screen.unread();
 }
 
 TEST_F(AtThePrompt, QuestionMarkHelpsInTheMiddleOfAWordAndKeepsTheLine) {
-  screen.type("show tr?");
+  screen.type("show transp?");
   EXPECT_TRUE(screen.shows("  transport     Messages between this shell and the services\r\n")) << screen.unread();
-  EXPECT_TRUE(screen.shows("lab# show tr")) << screen.unread();
+  EXPECT_TRUE(screen.shows("lab# show transp")) << screen.unread();
   screen.type("\r");
   EXPECT_TRUE(screen.shows("Messages sent:")) << screen.unread();
 }

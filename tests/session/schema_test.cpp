@@ -39,7 +39,7 @@ std::string line_of(const host::command& what) {
   for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
     const host::syntax_word& word = what.syntax.words[i];
     if (word.is_optional) continue;
-    line.append(line.empty() ? "" : " ").append(word.is_number ? "2" : word.text);
+    line.append(line.empty() ? "" : " ").append(word.is_number ? "2" : word.is_vlans ? "1-300" : word.text);
   }
   return line;
 }

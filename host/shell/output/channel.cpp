@@ -92,6 +92,8 @@ void print_cell(command_output& output, const placeholder& cell, const cmd_tuple
 
 void print(command_output& output, const char* format, std::va_list tuples) {
   while (*format != '\0') {
+    output.line();  // what was printed before stands in front
+    output.is_of_channel = true;
     const std::size_t literal = std::string_view(format).find_first_of("%\n");
     output.line().append(format, std::min(literal, std::char_traits<char>::length(format)));
     if (literal == std::string_view::npos) return;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "shell/output/coloured_marks.h"
 #include "shell/output/failed_ranges.h"
 #include "shell/output/printable.h"
 #include "shell/print_error.h"
@@ -85,6 +86,7 @@ void command_output::end_line() {
   line_.clear();
   line_is_bound_ = false;
   short_names = false;
+  is_of_channel = false;
 }
 
 void command_output::bind(const cmd_tuple_t& tuple) {
@@ -110,7 +112,9 @@ void command_output::deliver(std::string_view line) {
     line = safe_line_;
   }
   if (!document_) return filter(line);
-  if (!line_is_bound_ && line.find_first_not_of(" \t") != std::string_view::npos) document_->add_message(line);
+  if (line_is_bound_ || line.find_first_not_of(" \t") == std::string_view::npos) return;
+  const bool is_decoration = settings_.shown.has_marks && is_of_channel;
+  if (!is_decoration) document_->add_message(line);
 }
 
 void command_output::filter(std::string_view line) {
@@ -124,7 +128,10 @@ void command_output::show(std::string_view line) {
     left_pager_ = true;
     return;
   }
-  writer_.line(line);
+  if (settings_.coloured && settings_.shown.has_marks)
+    writer_.line(with_coloured_mark(line));
+  else
+    writer_.line(line);
   if (settings_.to_terminal) writer_.flush();
 }
 

@@ -24,6 +24,7 @@ struct output_settings {
   bool to_terminal = false;          // lines are shown as soon as they are complete
   bool paged = false;                // stops at the end of each screen
   bool structured = false;           // as a document
+  bool coloured = false;             // alarms and warnings of marked displays
   display shown{};                   // of the command; used by the structured form
   std::string_view command{};        // for the document
   bool (*is_cancelled)() = nullptr;  // further output is discarded once it returns true
@@ -75,7 +76,8 @@ class command_output {
 
   // ---- For the channel.
 
-  bool short_names = false;  // until the end of the line
+  bool short_names = false;    // until the end of the line
+  bool is_of_channel = false;  // the line, or its last part, was printed on the channel
 
  private:
   void take_printed() {

@@ -92,6 +92,12 @@ void write_cell(json_writer& json, const document_cell& value) {
   }
 }
 
+// A mark as a word; empty for none.
+std::string_view mark_word(uint32 mark) {
+  constexpr std::string_view kWords[] = {"high alarm", "high warning", "low warning", "low alarm"};
+  return mark >= 1 && mark <= std::size(kWords) ? kWords[mark - 1] : std::string_view();
+}
+
 }  // namespace
 
 document::document(const display& shown, std::string_view command) : shown_(shown) {
@@ -150,6 +156,12 @@ bool document::bind(const cmd_tuple_t& tuple) {
     case field_type::decimal_from_text:
       append_printable(value.text, static_cast<const char*>(tuple.value), kEscapedByJson);
       break;
+    case field_type::enumeration:
+      if (meaning->words == enum_words::mark) {
+        value.text = mark_word(value_of_32(tuple));
+        break;
+      }
+      [[fallthrough]];
     default: append_tuple_text(value.text, tuple, false, std::string::npos);
   }
   return true;

@@ -18,6 +18,7 @@ struct display {
   display_bit bit;
   std::string_view section;    // of its only record in the document; empty: a record for each interface, its name first
   std::string_view name = {};  // in the published schema
+  bool has_marks = false;      // as text it marks alarms and warnings; its titles and rules are no messages
 };
 
 // A field of a record.

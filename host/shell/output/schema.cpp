@@ -22,6 +22,8 @@ constexpr auto kStormControl = kStormControlDisplay;
 constexpr auto kFlowControl = kFlowControlDisplay;
 constexpr auto kDetailedCounters = kDetailedCountersDisplay;
 constexpr auto kAllCounters = kAllCountersDisplay;
+constexpr auto kTransceivers = kTransceiverDisplay | kTransceiverDetailsDisplay;
+constexpr auto kTrunks = kTrunkDisplay | kAllowedVlansDisplay | kForwardingVlansDisplay | kErroredVlansDisplay;
 constexpr auto kPlain = enum_words::number;
 
 constexpr field kFields[] = {
@@ -512,12 +514,75 @@ constexpr field kFields[] = {
     {0x0212, "link_debounce_time", enumeration, enum_words::yes_no, kCapabilities},
     {0x0210, "mdix", enumeration, enum_words::yes_no, kCapabilities},
 
-    // How a measured value of a transceiver stands to its thresholds.
-    {0x0021, "temperature_mark", enumeration, enum_words::mark, kNoDisplay},
-    {0x0027, "voltage_mark", enumeration, enum_words::mark, kNoDisplay},
-    {0x002D, "current_mark", enumeration, enum_words::mark, kNoDisplay},
-    {0x0033, "tx_power_mark", enumeration, enum_words::mark, kNoDisplay},
-    {0x0039, "rx_power_mark", enumeration, enum_words::mark, kNoDisplay},
+    // The identity of a transceiver.
+    {0x0007, "interface", interface_name, kPlain, kTransceivers | kCalibrationDisplay},
+    {0x0008, "presence", string, kPlain, kTransceivers | kCalibrationDisplay},
+    {0x0009, "vendor", string, kPlain, kTransceivers | kCalibrationDisplay},
+    {0x000A, "part_number", string, kPlain, kTransceivers | kCalibrationDisplay},
+    {0x000B, "revision", string, kPlain, kTransceivers | kCalibrationDisplay},
+    {0x000C, "serial_number", string, kPlain, kTransceivers | kCalibrationDisplay},
+    {0x000D, "bit_rate_mbps", number, kPlain, kTransceivers | kCalibrationDisplay},
+    {0x000E, "length_9um_km", number, kPlain, kTransceivers | kCalibrationDisplay},
+    {0x000F, "length_50um_m", number, kPlain, kTransceivers | kCalibrationDisplay},
+    {0x0010, "length_62um_m", number, kPlain, kTransceivers | kCalibrationDisplay},
+    {0x0011, "vendor_id", string, kPlain, kTransceivers | kCalibrationDisplay},
+    {0x0012, "extended_id", number, kPlain, kTransceivers | kCalibrationDisplay},
+
+    // What it measures, and how that stands to its limits.
+    {0x0020, "temperature_c", decimal, kPlain, kTransceivers},
+    {0x0021, "temperature_mark", enumeration, enum_words::mark, kTransceivers},
+    {0x0022, "temperature_high_alarm_c", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x0023, "temperature_low_alarm_c", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x0024, "temperature_high_warning_c", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x0025, "temperature_low_warning_c", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x0026, "voltage_v", decimal, kPlain, kTransceivers},
+    {0x0027, "voltage_mark", enumeration, enum_words::mark, kTransceivers},
+    {0x0028, "voltage_high_alarm_v", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x0029, "voltage_low_alarm_v", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x002A, "voltage_high_warning_v", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x002B, "voltage_low_warning_v", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x002C, "current_ma", decimal, kPlain, kTransceivers},
+    {0x002D, "current_mark", enumeration, enum_words::mark, kTransceivers},
+    {0x002E, "current_high_alarm_ma", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x002F, "current_low_alarm_ma", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x0030, "current_high_warning_ma", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x0031, "current_low_warning_ma", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x0032, "tx_power_dbm", decimal, kPlain, kTransceivers},
+    {0x0033, "tx_power_mark", enumeration, enum_words::mark, kTransceivers},
+    {0x0034, "tx_power_high_alarm_dbm", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x0035, "tx_power_low_alarm_dbm", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x0036, "tx_power_high_warning_dbm", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x0037, "tx_power_low_warning_dbm", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x0038, "rx_power_dbm", decimal, kPlain, kTransceivers},
+    {0x0039, "rx_power_mark", enumeration, enum_words::mark, kTransceivers},
+    {0x003A, "rx_power_high_alarm_dbm", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x003B, "rx_power_low_alarm_dbm", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x003C, "rx_power_high_warning_dbm", decimal, kPlain, kTransceiverDetailsDisplay},
+    {0x003D, "rx_power_low_warning_dbm", decimal, kPlain, kTransceiverDetailsDisplay},
+
+    // External calibration constants.
+    {0x003E, "temperature_slope", number, kPlain, kCalibrationDisplay},
+    {0x003F, "temperature_offset", number, kPlain, kCalibrationDisplay},
+    {0x0040, "voltage_slope", number, kPlain, kCalibrationDisplay},
+    {0x0041, "voltage_offset", number, kPlain, kCalibrationDisplay},
+    {0x0042, "current_slope", number, kPlain, kCalibrationDisplay},
+    {0x0043, "current_offset", number, kPlain, kCalibrationDisplay},
+    {0x0044, "tx_power_slope", number, kPlain, kCalibrationDisplay},
+    {0x0045, "tx_power_offset", number, kPlain, kCalibrationDisplay},
+    {0x0046, "rx_power_4", number, kPlain, kCalibrationDisplay},
+    {0x0047, "rx_power_3", number, kPlain, kCalibrationDisplay},
+    {0x0048, "rx_power_2", number, kPlain, kCalibrationDisplay},
+    {0x0049, "rx_power_1", number, kPlain, kCalibrationDisplay},
+    {0x004A, "rx_power_0", number, kPlain, kCalibrationDisplay},
+
+    // Trunks.
+    {0x0075, "interface", interface_name, kPlain, kTrunks},
+    {0x0076, "native_vlan", number, kPlain, kTrunkDisplay | kSwitchport},
+    {0x0077, "trunk_status", string, kPlain, kTrunkDisplay},
+    {0x0078, "port_channel", string, kPlain, kTrunkDisplay},
+    {0x0079, "allowed_vlans", string, kPlain, kAllowedVlansDisplay | kSwitchport},
+    {0x007A, "forwarding_vlans", string, kPlain, kForwardingVlansDisplay},
+    {0x066F, "errored_vlans", string, kPlain, kErroredVlansDisplay},
 
     // Messages of this process.
     {kTagMessagesSent, "sent", number, kPlain, kTransportDisplay},

@@ -64,6 +64,13 @@ enum display_bit : uint32 {
   kDetailedCountersDisplay = 1 << 17,
   kAllCountersDisplay = 1 << 18,
   kSettingDisplay = 1 << 19,
+  kTransceiverDisplay = 1 << 20,
+  kTransceiverDetailsDisplay = 1 << 21,
+  kCalibrationDisplay = 1 << 22,
+  kTrunkDisplay = 1 << 23,
+  kAllowedVlansDisplay = 1 << 24,
+  kForwardingVlansDisplay = 1 << 25,
+  kErroredVlansDisplay = 1 << 26,
 };
 
 struct field {

@@ -1,0 +1,82 @@
+#include "sibling/vlans.h"
+
+#include <dlfcn.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "platform/vlan_manager.h"
+#include "pmcli/vlan.h"
+#include "sibling/frame.h"
+#include "sibling/port_record.h"
+
+namespace {
+
+constexpr uint32 kLastVlan = 4094;
+constexpr uint32 kNumber = CMD_TYPE_UINT32 << 24;  // without a tag
+
+struct kind_text {
+  uint32 kind;
+  const char* text;
+};
+constexpr kind_text kKinds[] = {{VLAN_TYPE_PRIMARY, "primary"},
+                                {VLAN_TYPE_SECONDARY_ISOLATED, "isolated"},
+                                {VLAN_TYPE_SECONDARY_COMMUNITY, "community"},
+                                {VLAN_TYPE_INTERNAL_RESERVED, "internal"},
+                                {VLAN_TYPE_PRIVATE, "private"}};
+
+const char* text_of_kind(uint32 kind) {
+  for (const kind_text& known : kKinds)
+    if (known.kind == kind) return known.text;
+  return "ordinary";
+}
+
+void show_row(cmd_rx_handle_t* rx, const vlan_info_resp_t& vlan) {
+  constexpr uint32 kShut = 2;
+  const uint32 id = vlan.vdc_vlan.vlan_id;
+  char name[VLAN_NAME_BYTES + 1] = {};
+  std::memcpy(name, vlan.vlan_name, VLAN_NAME_BYTES);
+  cmd_prt(rx, "%-6.6s", cmd_tuple(kNumber, &id));
+  cmd_prt(rx, "%-34.34s", cmd_tuple(0, name));
+  cmd_prt(rx, "%-9.9s", cmd_tuple(0, vlan.shut_state == kShut ? "shut" : "active"));
+  cmd_prt(rx, "%s\n", cmd_tuple(0, text_of_kind(vlan.vtype)));
+}
+
+void show_vlans(cmd_rx_handle_t* rx, mts_q_handle_t q) {
+  void* const library = dlopen(VLAN_MGR_LIBRARY, RTLD_LAZY);
+  if (library == nullptr) {
+    std::puts("libvlan_mgr.so missing");
+    return;
+  }
+  cmd_prt(rx, "VLAN  Name                              Status   Kind\n");
+  for (uint32 id = 1; id <= kLastVlan; ++id) {
+    vdc_vlan_id_t wanted{};
+    wanted.vdc_id = 1;
+    wanted.vlan_id = static_cast<uint16>(id);
+    vlan_info_resp_t vlan{};
+    if (pm_cli_get_vlan_info_from_vlan_mgr(library, q, &wanted, &vlan) == 0) show_row(rx, vlan);
+  }
+  dlclose(library);
+}
+
+void show_errored(const sibling::request& wanted) {
+  const sibling::port_record port(wanted);
+  if (!port || port.get()->oper_port_mode != PM_PORT_MODE_TRUNK) return;
+  vlan_bitset_t errored{};
+  if (vlan_get_errored_vlans(wanted.if_index, &errored) == 0)
+    pm_cli_print_eth_trunk_errored_vlans(wanted.rx, port.get(), &errored);
+}
+
+}  // namespace
+
+[[gnu::visibility("default")]] uint32 sibling_show_vlans(paraminfo_t* param) {
+  cmd_rx_handle_t* const rx = cmd_paraminfo_to_rxhandle(param);
+  if (param == nullptr || rx == nullptr) return 0;
+  show_vlans(rx, param->q);
+  cmd_prt_send(rx);
+  return 0;
+}
+
+[[gnu::visibility("default")]] uint32 sibling_show_errored_vlans(paraminfo_t* param) {
+  return sibling::run_handler(param, "error-disabled VLANs", show_errored);
+}

@@ -1,0 +1,24 @@
+/* VLANs: those of the switch, and those that an error keeps off trunks. */
+#ifndef SIBLING_VLANS_H
+#define SIBLING_VLANS_H
+
+#include "platform/paraminfo.h"
+#include "platform/types.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Show handler: a row for each VLAN that the VLAN manager knows, on the command's queue. Returns 0. */
+uint32 sibling_show_vlans(paraminfo_t* param);
+
+/*
+ * Show handler: `arg` of argument 0 points to the if_index_t of an interface; a row with the VLANs that an error keeps
+ * off it when it is a trunk. Returns 0.
+ */
+uint32 sibling_show_errored_vlans(paraminfo_t* param);
+
+#ifdef __cplusplus
+}
+#endif
+#endif

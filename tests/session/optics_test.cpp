@@ -1,0 +1,199 @@
+// Transceivers, trunks, VLANs and module resources in the shell.
+#include <gtest/gtest.h>
+
+#include "session/json.h"
+#include "session/program.h"
+
+namespace session {
+namespace {
+
+// The clock stands where the temperature of rooms is even.
+outcome run_optics(const std::string& command) {
+  return run_shell_on(test_file("optics.yaml"), {"--clock", "1799992800", "-c", command});
+}
+
+std::string shown(const std::string& command) {
+  const outcome result = run_optics(command);
+  EXPECT_EQ(result.exit_code, 0) << command << "\n" << result.out << result.err;
+  EXPECT_EQ(result.err, "");
+  return result.out;
+}
+
+constexpr char kRule[] = "  ----------------------------------------------------------------------------\n";
+constexpr char kLegend[] = "  Note: ++  high-alarm; +  high-warning; --  low-alarm; -  low-warning\n\n";
+
+const std::string kIdentity =
+    "Ethernet1/1 sfp is present \n"
+    "    name is LIGHTWORKS      \n"
+    "    part number is LW-10G-SR       \n"
+    "    revision is A1  \n"
+    "    serial number is LW24SR000117    \n"
+    "    Nominal bit rate is 10300 MBits/sec\n"
+    "    Link length supported for 50/125mm fiber is 80 m(s)\n"
+    "    Link length supported for 62.5/125mm fiber is 30 m(s)\n"
+    "    tarno extended id is none (0x0)\n"
+    "\n"
+    "    no tx fault, no rx loss, in sync state, Diag mon type 104\n";
+
+TEST(Optics, IdentityStateAndValues) {
+  EXPECT_EQ(shown("show interface ethernet 1/1 transceiver"),
+            kIdentity + "           SFP Diagnostics Information (internal calibration)\n" + kRule +
+                "  Temperature   34.00 C    \n"
+                "  Voltage        3.29 V    \n"
+                "  Current        6.60 mA    \n"
+                "  Tx Power       -2.29 dBm   \n"
+                "  Rx Power       -3.76 dBm   \n" +
+                kRule + kLegend);
+}
+
+TEST(Optics, DetailsHaveLimits) {
+  const std::string text = shown("show interface ethernet 1/9 transceiver details");
+  EXPECT_NE(text.find("  Temperature   76.00 C  ++    75.00 C     -5.00 C     70.00 C        0.00 C\n"),
+            std::string::npos)
+      << text;
+  EXPECT_NE(text.find("  Rx Power      -12.21 dBm  -"), std::string::npos) << text;
+}
+
+TEST(Optics, CalibrationsAreExternalConstants) {
+  EXPECT_NE(shown("show interface ethernet 1/10 transceiver calibrations")
+                .find("  Temperature              256           0\n"),
+            std::string::npos);
+  EXPECT_NE(shown("show interface ethernet 1/1 transceiver calibrations").find("No external calibration constants"),
+            std::string::npos);
+}
+
+TEST(Optics, EveryPageIsShown) {
+  EXPECT_NE(shown("show interface ethernet 1/2 transceiver").find("    Base checksum not OK.\n"), std::string::npos);
+  EXPECT_NE(shown("show interface ethernet 1/3 transceiver")
+                .find("    Base checksum not OK.\n    Extended checksum not OK.\n"),
+            std::string::npos);
+  EXPECT_NE(shown("show interface ethernet 1/4 transceiver").find("\\xff\\xff"), std::string::npos);
+  EXPECT_NE(shown("show interface ethernet 1/6 transceiver")
+                .find("sfp is present but not supported\n    name is GLASS & SONS"),
+            std::string::npos);
+  EXPECT_NE(shown("show interface ethernet 1/7 transceiver").find("Digital diagnostics feature not supported in SFP"),
+            std::string::npos);
+  EXPECT_NE(shown("show interface ethernet 1/8 transceiver").find("part number is LW-X2-DWDM-21"), std::string::npos);
+  EXPECT_EQ(shown("show interface ethernet 1/11 transceiver"), "Ethernet1/11 sfp not present\n");
+  const outcome initializing = run_optics("show interface ethernet 1/5 transceiver");
+  EXPECT_EQ(initializing.out, "error: SFP Ethernet1/5 is inserted and is initializing\n");
+  EXPECT_EQ(initializing.exit_code, 2);
+}
+
+TEST(Optics, RoutedPortsAreShownByTheSiblingLibrary) {
+  const std::string text = shown("show interface ethernet 1/12 transceiver");
+  EXPECT_EQ(text.substr(0, text.find("    revision")),
+            "Ethernet1/12\n    sfp is present\n    name is LIGHTWORKS      \n    part number is LW-10G-LR       \n");
+  EXPECT_NE(text.find("    Link length supported for 9/125um fiber is 10 km(s)\n"), std::string::npos);
+  EXPECT_NE(text.find("           SFP Detail Diagnostics Information (internal calibration)\n"), std::string::npos);
+}
+
+TEST(Optics, StructuredFormHasValuesInTheirUnits) {
+  rapidjson::Document document;
+  document.Parse(shown("show interface ethernet 1/9-10 transceiver details | json").c_str());
+  ASSERT_FALSE(document.HasParseError());
+  const auto& warm = document["interfaces"][0];
+  EXPECT_STREQ(warm["interface"].GetString(), "Ethernet1/9");
+  EXPECT_EQ(warm["temperature_c"].GetDouble(), 76.0);
+  EXPECT_STREQ(warm["temperature_mark"].GetString(), "high alarm");
+  EXPECT_STREQ(warm["rx_power_mark"].GetString(), "low warning");
+  EXPECT_TRUE(warm["voltage_mark"].IsNull());
+  EXPECT_EQ(warm["temperature_high_alarm_c"].GetDouble(), 75.0);
+  const auto& dark = document["interfaces"][1];
+  EXPECT_TRUE(dark["rx_power_dbm"].IsNull()) << "no light";
+  EXPECT_EQ(document["messages"].Size(), 0U) << "titles and rules are none";
+}
+
+TEST(Optics, StructuredFormSaysWhyThereAreNoValues) {
+  rapidjson::Document document;
+  document.Parse(shown("show interface ethernet 1/7, ethernet 1/11 transceiver | json").c_str());
+  ASSERT_FALSE(document.HasParseError());
+  EXPECT_TRUE(document["interfaces"][0]["temperature_c"].IsNull());
+  ASSERT_EQ(document["messages"].Size(), 1U);
+  EXPECT_STREQ(document["messages"][0]["text"].GetString(), "    Digital diagnostics feature not supported in SFP");
+  EXPECT_STREQ(document["interfaces"][1]["presence"].GetString(), "not present");
+}
+
+TEST(Optics, ListingsShowAllPorts) {
+  const outcome all = run_optics("show transceiver");
+  EXPECT_NE(all.out.find("fc3/1 sfp is present \n"), std::string::npos);
+  EXPECT_NE(all.out.find("    FC Transmitter type is short wave laser\n"), std::string::npos);
+  EXPECT_NE(all.out.find("Ethernet1/1 sfp is present \n"), std::string::npos);
+  EXPECT_NE(run_optics("show transceiver details").out.find("SFP Detail Diagnostics Information"), std::string::npos);
+  EXPECT_NE(run_optics("show transceiver calibrations").out.find("SFP Calibration Information"), std::string::npos);
+}
+
+TEST(Trunks, EachHasItsRows) {
+  EXPECT_EQ(shown("show interface trunk | begin Eth"),
+            "Eth2/1     10      trunking      --\nEth2/2     99      trnk-bndl     Po5\nPo5        1       trunking    "
+            "  --\n");
+  EXPECT_EQ(shown("show interface ethernet 2/1-3 trunk allowed | begin Eth"),
+            "Eth2/1     1,10-30\nEth2/2     1-4094\n");
+  EXPECT_EQ(shown("show interface ethernet 2/1 trunk forwarding | begin Eth"), "Eth2/1     1,10-19,21-29\n");
+  EXPECT_EQ(shown("show interface ethernet 2/1-2 trunk errored"),
+            "\n--------------------------------------------------------------------------------\n"
+            "Port       Vlans Err-disabled on Trunk\n"
+            "--------------------------------------------------------------------------------\n"
+            "Eth2/1     30\nEth2/2     none\n");
+}
+
+TEST(Trunks, DetailIsOfSomeVlansOrAModule) {
+  EXPECT_NE(shown("show interface trunk detail native-vlan 1-20,40").find("    Native Vlan: 10\n"), std::string::npos);
+  EXPECT_EQ(shown("show interface trunk detail native-vlan 10").find("Native Vlan: 99"), std::string::npos);
+  EXPECT_EQ(shown("show interface trunk detail native-vlan 50"), "");
+  EXPECT_NE(shown("show interface trunk detail module 2").find("    Allowed Vlans: 1,10-30\n"), std::string::npos);
+  const outcome wrong = run_optics("show interface trunk detail native-vlan 0-5");
+  EXPECT_EQ(wrong.exit_code, 1);
+  EXPECT_EQ(wrong.err, "pmsh: '0-5' is no list of VLANs, such as 1-10,20.\n");
+}
+
+TEST(Trunks, StructuredFormHasTheirFields) {
+  rapidjson::Document document;
+  document.Parse(shown("show interface ethernet 2/2 trunk | json").c_str());
+  ASSERT_FALSE(document.HasParseError());
+  EXPECT_EQ(document["interfaces"][0]["native_vlan"].GetUint(), 99U);
+  EXPECT_STREQ(document["interfaces"][0]["trunk_status"].GetString(), "trnk-bndl");
+}
+
+TEST(Vlans, AreThoseThatAreDescribedOrUsed) {
+  EXPECT_EQ(shown("show vlan"),
+            "VLAN  Name                              Status   Kind\n"
+            "1     default                           active   ordinary\n"
+            "10    office                            active   ordinary\n"
+            "20    guests                            shut     isolated\n"
+            "99    VLAN0099                          active   ordinary\n");
+}
+
+TEST(ModuleResources, AreSharedOut) {
+  EXPECT_EQ(shown("show module 3 resources"),
+            "                          BB_Credit   Performance   Bandwidth   Rate\n"
+            "                                      Buffers       (Gbps)      Mode\n"
+            "---------------------------------------------------------------------------\n"
+            "\n"
+            "Total Buffers               2000           144\n"
+            "Available Shared Buffers    1968           144\n"
+            "  Port-Group 1\n"
+            "  Total Bandwidth                                     12.80\n"
+            "  Available Bandwidth                                  0.00\n"
+            "\n"
+            "    Buffer-Group 1\n"
+            "    Total Buffers           2000\n"
+            "    Available Buffers       1968\n"
+            "\n"
+            "      fc3/1                   16             0         8.00     dedicated\n"
+            "      fc3/2                   16             0         8.00     dedicated\n"
+            "\n\n\n");
+  EXPECT_EQ(shown("show module 1 resources"), "Command not supported on module in slot 1\n");
+}
+
+TEST(Colours, MarkAlarmsOnATerminalOnly) {
+  terminal screen({"--clock", "1799992800"});
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("show transport\r");
+  ASSERT_TRUE(screen.shows_prompt());
+  EXPECT_EQ(screen.seen().find("\x1b[31m"), std::string::npos);
+  EXPECT_EQ(shown("show interface ethernet 1/9 transceiver").find('\x1b'), std::string::npos) << "a pipe";
+}
+
+}  // namespace
+}  // namespace session
