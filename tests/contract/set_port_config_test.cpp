@@ -466,6 +466,25 @@ TEST(LayerCheck, AsksForEveryInterfaceOfTheRange) {
   EXPECT_EQ(platform.count("im_get_ifindex_layermode_list"), 3U);
 }
 
+TEST(LayerCheck, StepsFromChannelToChannel) {
+  RecordingPlatform platform;
+  config_command command(platform, {{port_channel(3), port_channel(6)}});
+  command.tokens({kSwitchport, 39});
+  EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
+  EXPECT_EQ(platform.count("im_get_ifindex_layermode_list"), 4U);
+  platform.fail_with("if_index_set_channel_num", -1);
+  EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
+  EXPECT_EQ(platform.count("im_get_ifindex_layermode_list"), 5U) << "what cannot be stepped is asked once";
+}
+
+TEST(LayerCheck, StepsFromVirtualInterfaceToVirtualInterface) {
+  RecordingPlatform platform;
+  config_command command(platform, {{vethernet(1), vethernet(3)}});
+  command.tokens({kSwitchport, 39});
+  EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
+  EXPECT_EQ(platform.count("im_get_ifindex_layermode_list"), 3U);
+}
+
 TEST(LayerCheck, IsLeftOutWithNoAndForOtherKinds) {
   RecordingPlatform platform;
   EXPECT_EQ(run(platform, {kPort, true, {kSwitchport, 15}}), 0);

@@ -6,6 +6,7 @@
 #include "contract/sample_ports.h"
 #include "pmcli/command.h"
 #include "pmcli/counters.h"
+#include "support/vlan_libraries.h"
 
 namespace pmcli_test {
 namespace {
@@ -588,6 +589,43 @@ TEST(VlanFilter, FailedQueryShowsNothingAndClosesTheLibrary) {
   EXPECT_EQ(platform.loader_events.front(), "open libvlan_mgr.so lazy");
   EXPECT_EQ(platform.loader_events.back(), "close libvlan_mgr.so");
   EXPECT_EQ(platform.sends, 1U);
+}
+
+// The filter and the view ask one after the other.
+TEST(VlanFilter, ShowsThePortsWhoseNativeVlanIsInTheList) {
+  struct list_case {
+    vsh_int_multi_range_t list;
+    bool shows;
+  };
+  const list_case kCases[] = {{vlans({{1, 9}, {11, 20}}), false},
+                              {vlans({{1, 9}, {10, 10}}), true},
+                              {vlans({{10, 4094}}), true},
+                              {vlans({{1, 10}}), true},
+                              {vlans({}), false}};
+  for (const list_case& it : kCases) {
+    RecordingPlatform platform;
+    install_vlan_libraries(platform);
+    answers_of_vlans.memberships = {membership(kPortInModule3, 10, {10})};
+    platform.ports[kPortInModule3] = port_record_in_mode(PM_PORT_MODE_TRUNK);
+    vsh_int_multi_range_t list = it.list;
+    paraminfo_t* const param = platform.show_command(31, kPortInModule3);
+    platform.add_argument(param, PARAM_TYPE_INT_RANGES, &list);
+    EXPECT_EQ(pm_cli_show_eth_port_config(param), 0U);
+    EXPECT_EQ(platform.text().find("    Native Vlan: 10\n    Allowed Vlans: 10\n") != std::string::npos, it.shows);
+    EXPECT_EQ(platform.text().empty(), !it.shows);
+  }
+}
+
+TEST(VlanFilter, BelievesNoMoreRangesThanTheListHolds) {
+  RecordingPlatform platform;
+  install_vlan_libraries(platform);
+  answers_of_vlans.memberships = {membership(kPortInModule3, 10, {10})};
+  vsh_int_multi_range_t list = vlans({{1, 9}});
+  list.range_count = 0xFFFFFFFF;
+  paraminfo_t* const param = platform.show_command(31, kPortInModule3);
+  platform.add_argument(param, PARAM_TYPE_INT_RANGES, &list);
+  EXPECT_EQ(pm_cli_show_eth_port_config(param), 0U);
+  EXPECT_EQ(platform.text(), "");
 }
 
 // ---- Statistics handler --------------------------------------------------------------------------------------------

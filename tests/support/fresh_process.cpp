@@ -6,6 +6,9 @@
 
 #include <cstdio>
 
+// Of a build that counts what runs; null in others.
+extern "C" [[gnu::weak]] void __gcov_dump();
+
 namespace pmcli_test {
 
 void in_fresh_process(const std::function<void()>& body) {
@@ -15,6 +18,7 @@ void in_fresh_process(const std::function<void()>& body) {
   if (child == 0) {
     body();
     std::fflush(nullptr);
+    if (__gcov_dump != nullptr) __gcov_dump();
     _exit(testing::Test::HasFailure() ? 1 : 0);
   }
   int status = 0;
