@@ -30,6 +30,12 @@ if(PMCLI_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(PMCLI_COVERAGE)
+  add_compile_options(--coverage -fprofile-abs-path)
+  add_link_options(--coverage)
+  add_compile_definitions(PMCLI_COVERAGE)
+endif()
+
 # Everything below build/<preset>/ that runs together lies in bin/ and lib/.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)

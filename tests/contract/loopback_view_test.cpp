@@ -169,6 +169,14 @@ TEST(LoopbackBriefRow, RowWithoutADescription) {
   EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A01F4, kLoopback}, {0x022A01F8, 2}}));
 }
 
+TEST(LoopbackBriefRow, IsMadeOfARecordAlone) {
+  RecordingPlatform platform;
+  pm_port_info_t record = named(kLoopback, port_record());
+  set_description(record, "identity");
+  print_loop_intf_brief(platform.output(), &record);
+  EXPECT_EQ(platform.text(), "loopback4     1          identity\n");
+}
+
 TEST(LoopbackBriefRow, CellsAreCutAndADescriptionEndsWithItsField) {
   pm_port_info_t record = port_record();
   set_description(record, std::string(sizeof record.port_name, 'd'));
