@@ -54,7 +54,7 @@ struct port_capabilities {
 // The module in a port. An absent one is no transceiver at all.
 struct transceiver {
   bool supported = true;
-  uint8 type = 0;             // FCOT_TYPE_*
+  uint8 type = 0;                  // FCOT_TYPE_*
   std::vector<uint8> eeprom = {};  // identity page as it was read
   bool is_initializing = false;
   bool has_tx_fault = false;

@@ -1,6 +1,8 @@
 // Transceivers, trunks, VLANs and module resources in the shell.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "session/json.h"
 #include "session/program.h"
 
@@ -186,13 +188,32 @@ TEST(ModuleResources, AreSharedOut) {
   EXPECT_EQ(shown("show module 1 resources"), "Command not supported on module in slot 1\n");
 }
 
-TEST(Colours, MarkAlarmsOnATerminalOnly) {
-  terminal screen({"--clock", "1799992800"});
-  ASSERT_TRUE(screen.shows_prompt());
-  screen.type("show transport\r");
-  ASSERT_TRUE(screen.shows_prompt());
-  EXPECT_EQ(screen.seen().find("\x1b[31m"), std::string::npos);
-  EXPECT_EQ(shown("show interface ethernet 1/9 transceiver").find('\x1b'), std::string::npos) << "a pipe";
+// What a terminal shows of the temperature of a hot module.
+std::string temperature_at_terminal() {
+  terminal screen({});
+  EXPECT_TRUE(screen.shows_prompt());
+  screen.type("show interface ethernet 2/1 transceiver | include Temperature\r");
+  EXPECT_TRUE(screen.shows("  Temperature "));
+  EXPECT_TRUE(screen.shows("75.00 C"));
+  return screen.seen();
+}
+
+TEST(Colours, AlarmsAreRedAtATerminal) {
+  EXPECT_NE(temperature_at_terminal().find(" \x1b[31m++\x1b[0m "), std::string::npos);
+}
+
+TEST(Colours, AreLeftOutWhenTheUserSaysSo) {
+  setenv("NO_COLOR", "1", 1);
+  const std::string text = temperature_at_terminal();
+  unsetenv("NO_COLOR");
+  EXPECT_NE(text.find(" ++ "), std::string::npos);
+  EXPECT_EQ(text.find("\x1b[31m"), std::string::npos);
+}
+
+TEST(Colours, AreLeftOutOfAPipe) {
+  const std::string text = shown("show interface ethernet 1/9 transceiver");
+  EXPECT_NE(text.find(" ++"), std::string::npos);
+  EXPECT_EQ(text.find('\x1b'), std::string::npos);
 }
 
 }  // namespace

@@ -155,6 +155,7 @@ bool document::bind(const cmd_tuple_t& tuple) {
     case field_type::number_from_text:
     case field_type::decimal_from_text:
       append_printable(value.text, static_cast<const char*>(tuple.value), kEscapedByJson);
+      if (shown_.has_marks) value.text.resize(value.text.find_last_not_of(' ') + 1);  // fields of identity pages
       break;
     case field_type::enumeration:
       if (meaning->words == enum_words::mark) {
