@@ -22,6 +22,7 @@ int show_transceivers_details(const invocation& run);
 int show_transceivers_calibrations(const invocation& run);
 int show_module_resources(const invocation& run);
 int show_vlans(const invocation& run);
+int show_kernel_map(const invocation& run);
 int clear_all(const invocation& run);
 int clear_range(const invocation& run);
 int clear_ethernet(const invocation& run);

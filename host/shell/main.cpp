@@ -13,6 +13,7 @@
 #include "shell/shell.h"
 #include "source/chassis/giant.h"
 #include "source/chassis/switch_file.h"
+#include "source/kernel/kernel_source.h"
 #include "switch/clock.h"
 #include "switch/model.h"
 #include "transport/transport.h"
@@ -38,6 +39,8 @@ std::string demonstration_switch() {
 }
 
 machine build_machine(const options& wanted) {
+  if (wanted.is_kernel)
+    return read_kernel_machine(wanted.map_file.empty() ? wanted_interfaces{} : read_map_file(wanted.map_file));
   if (wanted.giant_ports != 0) return make_giant(wanted.giant_ports);
   return load_switch_file(wanted.switch_file.empty() ? demonstration_switch() : wanted.switch_file);
 }
@@ -70,6 +73,12 @@ bool provoke(const options& wanted) {
   return true;
 }
 
+std::vector<kernel_device> kernel_devices() {
+  std::vector<kernel_device> devices;
+  for (const mapped_device& it : kernel_map()) devices.push_back({it.device, it.if_index});
+  return devices;
+}
+
 // Makes the settings of a file before anything else happens; its last mode does not stay.
 int begin_with(const std::string& configuration, shell& session) {
   if (configuration.empty()) return kDone;
@@ -91,6 +100,10 @@ int run(const options& wanted) {
   if (!choose_user(wanted.user, session)) return kUsage;
   session.library = load_command_libraries(libraries);
   session.switch_name = the_machine().name;
+  if (wanted.is_kernel) {
+    session.refresh = refresh_kernel_machine;
+    session.kernel_devices = kernel_devices;
+  }
 
   if (wanted.assume_yes) assume_yes();
   if (const int code = begin_with(wanted.configuration, session); code != kDone) return code;
@@ -124,6 +137,9 @@ int main(int argc, char** argv) {
   } catch (const host::switch_file_error& error) {
     host::print_error(error.what());
     return host::kUsage;
+  } catch (const host::kernel_error& error) {
+    host::print_error(error.what());
+    return host::kServiceFailed;
   } catch (const host::library_error& error) {
     host::print_error(error.what());
     return host::kServiceFailed;

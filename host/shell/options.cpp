@@ -75,6 +75,12 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provo
       ->type_name("N")
       ->check(CLI::Range(1U, uint32{MAX_GIANT_PORTS}))
       ->excludes(file);
+  CLI::Option* const kernel =
+      app.add_flag("--kernel", wanted.is_kernel, "The network devices of this machine in place of a file")
+          ->excludes(file);
+  app.add_option("--map", wanted.map_file, "File that says which interface a device is")
+      ->type_name("FILE")
+      ->needs(kernel);
   app.add_option("--user", wanted.user, "User of the switch; without it the first one")->type_name("NAME");
   app.add_option("--provoke", provocations, "Disturb a service: SERVICE=lost, reject, silent, cut:N or interrupt:N")
       ->type_name("SERVICE=HOW")

@@ -54,6 +54,7 @@ int run_command(shell& session, const command_line& line) {
     print_error("'" + line.text + "' has no structured form. Leave '| json' away.");
     return kUsage;
   }
+  if (session.refresh != nullptr) session.refresh();
   const interrupt_scope interrupts;
   int result = kDone;
   {

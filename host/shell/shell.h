@@ -21,10 +21,18 @@ struct configured_ranges {
   std::vector<vsh_intf_mono_range_t> ranges;
 };
 
+// A network device of the kernel and its interface.
+struct kernel_device {
+  std::string name;
+  if_index_t if_index;
+};
+
 struct shell {
   command_library library;
   std::string switch_name;
-  const user* who = nullptr;  // null: nobody in particular, with all rights
+  const user* who = nullptr;    // null: nobody in particular, with all rights
+  void (*refresh)() = nullptr;  // brings the model up to date for a command; null: it stays as it is
+  std::vector<kernel_device> (*kernel_devices)() = nullptr;  // null: the switch is not the kernel's
   bool is_interactive = false;
   bool is_leaving = false;  // set by "exit"
   shell_mode mode = kExecMode;

@@ -1,5 +1,8 @@
 // Displays of the whole machine: transceivers of all ports, VLANs, resources of modules.
+#include <algorithm>
+
 #include "shell/commands.h"
+#include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
 #include "shell/parameters.h"
 #include "shell/shell.h"
@@ -38,5 +41,18 @@ int show_module_resources(const invocation& run) {
 }
 
 int show_vlans(const invocation& run) { return run_display(run, run.session.library.show_vlans); }
+
+int show_kernel_map(const invocation& run) {
+  if (run.session.kernel_devices == nullptr) {
+    run.output.complain("this switch is not the kernel's. Start the shell with --kernel.");
+    return kUsage;
+  }
+  constexpr std::size_t kWidth = 18;
+  for (const kernel_device& it : run.session.kernel_devices()) {
+    const std::size_t blanks = std::max(kWidth, it.name.size() + 2) - it.name.size();
+    run.output.text(it.name + std::string(blanks, ' ') + range_text({&it.if_index, 1}) + "\n");
+  }
+  return kDone;
+}
 
 }  // namespace host

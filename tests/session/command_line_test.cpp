@@ -44,6 +44,7 @@ TEST(CommandLine, ControlBytesOfATypedWordAreShownAsText) {
 TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
   EXPECT_EQ(run_command("show ?").out,
             "  interface       Interfaces: settings, state and traffic\n"
+            "  kernel-map      Devices of the kernel\n"
             "  module          A module, or only its ports\n"
             "  running-config  The settings as they are now\n"
             "  transceiver     Modules in ports\n"

@@ -1,0 +1,210 @@
+#include "source/kernel/kernel_source.h"
+
+#include <linux/if_bridge.h>
+#include <linux/rtnetlink.h>
+#include <net/if.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <numeric>
+
+#include "platform/interface_manager.h"
+#include "platform/platform_data.h"
+#include "platform/port_manager.h"
+#include "switch/if_index_layout.h"
+
+namespace host {
+namespace {
+
+// The kernel's IF_OPER_* values; its header of that name clashes with libc's.
+enum : uint8 { kOperUnknown = 0, kOperNotPresent = 1, kOperLowerLayerDown = 3, kOperDormant = 5, kOperUp = 6 };
+enum : uint8 {
+  kReasonNotConnected = 7,
+  kReasonInit = 10,
+  kReasonInactive = 11,
+  kReasonSuspended = 14,
+  kReasonParentDown = 26
+};
+constexpr uint32 kCardType = 1;
+
+struct remembered {
+  device_memory counters;
+  uint32 last_clear_sec = 0;
+};
+
+struct {
+  wanted_interfaces wanted;
+  std::vector<mapped_device> mapped;
+  std::map<if_index_t, device_counters> counted;  // as the kernel told it last
+  std::map<if_index_t, remembered> memory;
+  bool is_fresh = false;
+} the_kernel;
+
+// ---- State ----------------------------------------------------------------------------------------------------------
+
+bool has_carrier(const kernel_link& link) {
+  return link.operation == kOperUp || (link.operation == kOperUnknown && (link.flags & IFF_RUNNING) != 0);
+}
+
+uint8 reason_of(const kernel_link& link) {
+  if ((link.flags & IFF_UP) == 0) return PM_REASON_ADMIN_DOWN;
+  switch (link.operation) {
+    case kOperNotPresent: return kReasonInactive;
+    case kOperLowerLayerDown: return kReasonParentDown;
+    case kOperDormant: return kReasonInit;
+    default: break;
+  }
+  if (!has_carrier(link)) return kReasonNotConnected;
+  if (link.bridge_state == BR_STATE_DISABLED) return kReasonSuspended;
+  return PM_REASON_NONE;
+}
+
+void set_state(const kernel_link& link, interface& port) {
+  port.admin_state = (link.flags & IFF_UP) != 0 ? uint8{PM_PORT_STATE_UP} : uint8{PM_PORT_STATE_DOWN};
+  port.state_reason = reason_of(link);
+  port.oper_state = port.state_reason == PM_REASON_NONE ? uint8{PM_PORT_STATE_UP} : uint8{PM_PORT_STATE_DOWN};
+}
+
+// ---- VLANs ----------------------------------------------------------------------------------------------------------
+
+// A port of a bridge: a trunk when it carries more than one VLAN.
+void set_vlans(const kernel_link& link, interface& port) {
+  const bool is_trunk = link.vlans.size() > 1;
+  port.layer = link.slave_kind == "bridge" || take_apart(port.if_index).type == IF_TYPE_ETHERNET ? uint32{IF_LAYER_2}
+                                                                                                 : uint32{IF_LAYER_3};
+  port.admin_mode = port.oper_mode =
+      is_trunk ? uint32{PM_PORT_MODE_TRUNK} : default_port_mode(take_apart(port.if_index).type, port.layer);
+  port.native_vlan = port.access_vlan = link.native_vlan != 0 ? link.native_vlan : uint16{1};
+  port.allowed_vlans = link.vlans;
+  if (link.bridge_state && *link.bridge_state != BR_STATE_FORWARDING) port.blocked_vlans = link.vlans;
+  port.encapsulation_vlan = static_cast<uint16>(link.vlan);
+}
+
+// ---- Interfaces -----------------------------------------------------------------------------------------------------
+
+const mapped_device* find_device(const std::vector<mapped_device>& mapped, uint32 number) {
+  const auto found = std::lower_bound(mapped.begin(), mapped.end(), number,
+                                      [](const mapped_device& it, uint32 wanted) { return it.number < wanted; });
+  return found != mapped.end() && found->number == number ? &*found : nullptr;
+}
+
+interface interface_of(const kernel_link& link, const std::vector<mapped_device>& mapped, if_index_t if_index) {
+  constexpr std::size_t kLongest = PM_PORT_NAME_BYTES - 1;
+  interface port;
+  port.if_index = if_index;
+  port.description = link.alias.substr(0, kLongest);
+  port.mtu_bytes = static_cast<uint16>(std::min<uint32>(link.mtu_bytes, UINT16_MAX));
+  port.burned_in_mac = port.router_mac = link.mac;
+  port.oper_speed_mbps = link.speed_mbps.value_or(0);
+  port.bandwidth_kbps = port.oper_speed_mbps * 1000;
+  if (link.is_full_duplex)
+    port.oper_duplex = *link.is_full_duplex ? uint8{PM_PORT_DUPLEX_FULL} : uint8{PM_PORT_DUPLEX_HALF};
+  port.addresses = link.addresses;
+  set_state(link, port);
+  set_vlans(link, port);
+  const mapped_device* const master = find_device(mapped, link.master);
+  if (link.slave_kind == "bond" && master != nullptr && take_apart(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
+    port.channel = master->if_index;
+  return port;
+}
+
+// ---- Counters -------------------------------------------------------------------------------------------------------
+
+void take_counters(const device_counters& counted, const device_rates& rates, statistics& stats) {
+  const uint64 multicast = std::min(counted.rx_multicast, counted.rx_packets);
+  stats.in = {.bytes = counted.rx_bytes,
+              .unicast_packets = counted.rx_packets - multicast,
+              .multicast_packets = multicast,
+              .errors = counted.rx_errors,
+              .discards = counted.rx_dropped};
+  stats.out = {.bytes = counted.tx_bytes,
+               .unicast_packets = counted.tx_packets,
+               .errors = counted.tx_errors,
+               .discards = counted.tx_dropped};
+  stats.errors = {.crc = counted.rx_frame_errors,
+                  .collisions = counted.tx_collisions,
+                  .lost_carrier = counted.tx_carrier_errors,
+                  .compressed = counted.rx_compressed,
+                  .receive_fifo = counted.rx_fifo_errors,
+                  .send_fifo = counted.tx_fifo_errors};
+  stats.in_bytes_per_second = rates.rx_bytes;
+  stats.in_packets_per_second = rates.rx_packets;
+  stats.out_bytes_per_second = rates.tx_bytes;
+  stats.out_packets_per_second = rates.tx_packets;
+}
+
+// What the device has counted since it was cleared in this process.
+bool follow_device(interface& port, uint32 now_sec) {
+  const auto counted = the_kernel.counted.find(port.if_index);
+  if (counted == the_kernel.counted.end()) return false;
+  remembered& memory = the_kernel.memory[port.if_index];
+  memory.counters.look(now_sec, counted->second);
+  const bool was_cleared = port.stats.is_cleared_here && port.stats.last_clear_sec != memory.last_clear_sec;
+  if (was_cleared) {
+    memory.counters.clear();
+    memory.last_clear_sec = port.stats.last_clear_sec;
+  }
+  port.stats.last_clear_sec = memory.last_clear_sec;
+  port.stats.is_cleared_here = memory.last_clear_sec != 0;
+  take_counters(memory.counters.since_clear(), memory.counters.rates(), port.stats);
+  return true;
+}
+
+std::string host_name() {
+  std::array<char, 256> name{};
+  return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "linux";
+}
+
+machine read_machine() {
+  const std::vector<kernel_link> links = read_links();
+  the_kernel.mapped = map_devices(links, default_route_device(), the_kernel.wanted);
+  the_kernel.counted.clear();
+  for (const mapped_device& it : the_kernel.mapped) {
+    const auto link =
+        std::find_if(links.begin(), links.end(), [&](const kernel_link& l) { return l.number == it.number; });
+    the_kernel.counted[it.if_index] = link->counted;
+  }
+  machine made = machine_of_devices(links, the_kernel.mapped);
+  made.follow_traffic = follow_device;
+  return made;
+}
+
+}  // namespace
+
+machine machine_of_devices(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped) {
+  machine made;
+  made.name = host_name();
+  made.chassis_type = CHASSIS_10;
+  made.interfaces.reserve(mapped.size());
+  std::size_t place = 0;
+  for (const mapped_device& it : mapped) {
+    while (links[place].number != it.number) ++place;  // both are sorted by number
+    made.interfaces.push_back(interface_of(links[place], mapped, it.if_index));
+    const index_fields fields = take_apart(it.if_index);
+    if (fields.type == IF_TYPE_MGMT) made.mgmt_device = it.device;
+    if (fields.shape == index_shape::kSlotPort) made.num_slots = std::max(made.num_slots, fields.slot + 1);
+  }
+  std::sort(made.interfaces.begin(), made.interfaces.end(),
+            [](const interface& a, const interface& b) { return a.if_index < b.if_index; });
+  for (uint32 slot = 0; slot < made.num_slots; ++slot)
+    made.cards.push_back({.slot = slot, .card_type = kCardType, .model = "kernel"});
+  made.save_startup();
+  return made;
+}
+
+machine read_kernel_machine(const wanted_interfaces& wanted) {
+  the_kernel.wanted = wanted;
+  the_kernel.is_fresh = true;
+  return read_machine();
+}
+
+void refresh_kernel_machine() {
+  if (!the_kernel.is_fresh) the_machine() = read_machine();
+  the_kernel.is_fresh = false;
+}
+
+const std::vector<mapped_device>& kernel_map() { return the_kernel.mapped; }
+
+}  // namespace host

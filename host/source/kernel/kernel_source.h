@@ -1,0 +1,25 @@
+// The machine that the shell runs on, as a switch: its devices, addresses and counters from the kernel.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "source/kernel/device_map.h"
+#include "switch/model.h"
+
+namespace host {
+
+// Makes a machine of devices. What the kernel does not tell keeps the default that is shown as absent.
+machine machine_of_devices(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped);
+
+// Reads the kernel; `wanted` is kept for the refreshes. Throws kernel_error.
+machine read_kernel_machine(const wanted_interfaces& wanted);
+
+// Reads it anew for another command and keeps what belongs to this process (when counters were cleared). The first call
+// after read_kernel_machine() leaves the machine as it was just read.
+void refresh_kernel_machine();
+
+// The devices as they were last read.
+const std::vector<mapped_device>& kernel_map();
+
+}  // namespace host

@@ -1,0 +1,58 @@
+// The network devices of the kernel, as its dumps tell them.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/types.h"
+#include "source/kernel/netlink.h"
+#include "switch/kernel_device.h"
+#include "switch/model.h"
+
+namespace host {
+
+struct kernel_link {
+  uint32 number = 0;  // the kernel's index
+  std::string name;
+  std::string kind;        // such as "veth" or "bridge"; empty for a physical device and the loopback
+  std::string slave_kind;  // kind of its master
+  std::string alias;
+  std::array<uint8, 6> mac{};
+  uint32 flags = 0;     // IFF_*
+  uint8 operation = 0;  // IF_OPER_*
+  uint32 mtu_bytes = 0;
+  uint32 master = 0;  // index of the bridge or bond; 0 is none
+  uint32 parent = 0;  // index of the device below; 0 is none, or one of another namespace
+  uint32 vlan = 0;    // of a VLAN device
+  uint32 carrier_changes = 0;
+  std::optional<uint8> bridge_state;  // BR_STATE_*
+  device_counters counted;
+
+  // Of a port of a bridge that knows VLANs.
+  uint16 native_vlan = 0;
+  std::vector<uint16> vlans;
+
+  std::optional<uint32> speed_mbps;
+  std::optional<bool> is_full_duplex;
+  std::vector<ip_address> addresses;
+};
+
+// Decoders of single messages; each takes what is whole of it.
+std::optional<kernel_link> decode_link(const nlmsghdr& message);
+void decode_bridge_vlans(const nlmsghdr& message, std::vector<kernel_link>& links);
+void decode_address(const nlmsghdr& message, std::vector<kernel_link>& links);
+void decode_link_modes(const nlmsghdr& message, std::vector<kernel_link>& links);
+
+// The device of a route; 0 when the route is not for every address.
+uint32 decode_default_route(const nlmsghdr& message);
+
+// All devices, sorted by number: one dump for each sort of message. Throws kernel_error when the devices cannot be had;
+// what else the kernel does not tell is left out.
+std::vector<kernel_link> read_links();
+
+// The device that the default route leads to; 0 when there is none.
+uint32 default_route_device();
+
+}  // namespace host

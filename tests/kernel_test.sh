@@ -1,0 +1,135 @@
+#!/usr/bin/env bash
+# The machine's own devices as a switch: kernel_test.sh PMSH
+#
+# In network namespaces of its own, with veth pairs and, where the kernel has them, bridges, VLAN devices, bonds and dummies;
+# what was left out is said. Figures must be those that ip(8) tells. Exits with 77 where namespaces are not allowed.
+set -u
+pmsh=$1
+
+skip() {
+  printf '*** SKIPPED: %s. The devices of the kernel were NOT tested. ***\n' "$1"
+  exit 77
+}
+
+fail() {
+  printf 'FAILED: %s\n' "$*"
+  exit 1
+}
+
+command -v ip >/dev/null || skip "ip(8) is missing"
+here=pmclikernel$$
+ip netns add "$here" 2>/dev/null || skip "network namespaces are not allowed here"
+trap 'ip netns del "$here"; rm -f "$map"' EXIT
+map=$(mktemp)
+dev() { ip -n "$here" link "$@" 2>/dev/null; }
+dev add left type veth peer name right || skip "veth devices are not allowed here"
+
+run() { ip netns exec "$here" "$pmsh" --kernel "$@"; }
+has() { grep -qF -- "$2" <<<"$1" || fail "no '$2' in: $1"; }
+has_line() { grep -qxF -- "$2" <<<"$1" || fail "no line '$2' in: $1"; }
+
+# The name of a device's interface in the map.
+interface() { run -c "show kernel-map" | awk -v device="$1" '$1 == device { print $2, $3 }'; }
+show() { run -c "show interface $(interface "$1")"; }
+
+# ---- Names and states ----
+[ "$(interface lo)" = "loopback 0" ] || fail "lo is '$(interface lo)'"
+left=$(interface left)
+[[ $left == ethernet\ 1/* ]] || fail "a veth device is '$left'"
+has "$(show left)" " is down (Administratively down)"
+dev set left up
+has "$(show left)" " is down (Parent interface down)"
+dev set right up
+grep -q "^Ethernet1/[0-9]* is up$" <<<"$(show left)" || fail "not up: $(show left)"
+dev set right down
+has "$(show left)" " is down (Parent interface down)"
+dev set right up
+
+# A device keeps its interface under another name, and when others come and go.
+dev set left down && dev set left name renamed && dev set renamed up
+[ "$(interface renamed)" = "$left" ] || fail "renamed from $left to $(interface renamed)"
+dev set renamed down && dev set renamed name left && dev set left up
+
+# ---- What is told of a device ----
+dev set left mtu 4000
+has "$(show left)" "  MTU 4000 bytes"
+dev set left alias 'to the lab, 100% of it %s %n'
+has_line "$(show left)" "  Description: to the lab, 100% of it %s %n"
+ip -n "$here" addr add 198.51.100.1/24 dev left
+has_line "$(show left)" "  Internet Address is 198.51.100.1/24"
+
+# Names with odd characters.
+if dev add '<a>"b$;' type veth peer name odd; then
+  has "$(run -c 'show kernel-map')" '<a>"b$; '
+else
+  printf 'left out: names with odd characters\n'
+fi
+
+# ---- Counters ----
+for _ in $(seq 20); do
+  ip netns exec "$here" bash -c 'for i in 1 2 3 4 5; do echo $i >/dev/udp/198.51.100.2/9; done' 2>/dev/null
+done
+printf 'left: {routed: yes}\n' >"$map"  # the view of a routed port has its counters
+counted() { ip -n "$here" -j -s link show left | jq -r '.[0].stats64 | "\(.rx.packets) \(.rx.bytes) \(.tx.packets) \(.tx.bytes)"'; }
+for _ in $(seq 20); do
+  before=$(counted)
+  shown=$(run --map "$map" -c "show interface $left")
+  [ "$before" = "$(counted)" ] && break
+done
+read -r rx_packets rx_bytes tx_packets tx_bytes <<<"$before"
+[ "$tx_packets" -gt 0 ] || fail "the kernel sent nothing on left"
+has "$shown" "$rx_packets packets input, $rx_bytes bytes"
+has "$shown" "$tx_packets packets output, $tx_bytes bytes"
+
+# Absent, not made up: a veth device has no module.
+[ "$(run -c "show interface $left transceiver | json" | jq -r '.interfaces[0].temperature_c')" = null ] ||
+  fail "a temperature of a device without a module"
+
+# ---- The default route ----
+ip -n "$here" route add default dev left || fail "no default route"
+[ "$(interface left)" = "mgmt 0" ] || fail "the device of the default route is '$(interface left)'"
+printf 'left: ethernet 4/1\n' >"$map"
+[ "$(run --map "$map" -c 'show kernel-map' | awk '$1 == "left" { print $2, $3 }')" = "ethernet 4/1" ] || fail "the map file"
+printf 'left: nowhere 4/1\n' >"$map"
+said=$(run --map "$map" -c 'show kernel-map' 2>&1) && fail "a wrong map file is taken"
+has "$said" "$map:1"
+ip -n "$here" route del default dev left
+
+# ---- Other kinds of devices ----
+if { dev add br0 type bridge vlan_filtering 1 || dev add br0 type bridge; } && dev add in type veth peer name out; then
+  dev set in master br0 && dev set in up && dev set out up && dev set br0 up
+  has "$(run -c "show interface $(interface in) status")" " up "
+  [[ $(interface br0) == vethernet\ * ]] || fail "a bridge is '$(interface br0)'"
+  if ip netns exec "$here" bridge vlan add dev in vid 20-22 2>/dev/null; then
+    has "$(run -c "show interface $(interface in) trunk")" "trunking"
+  else
+    printf 'left out: VLANs of a bridge\n'
+  fi
+else
+  printf 'left out: bridges\n'
+fi
+if dev add link left name left.10 type vlan id 10; then
+  [ "$(interface left.10)" = "$left.10" ] || fail "a VLAN device is '$(interface left.10)'"
+else
+  printf 'left out: VLAN devices\n'
+fi
+if dev add bond7 type bond; then
+  [[ $(interface bond7) == port-channel\ * ]] || fail "a bond is '$(interface bond7)'"
+else
+  printf 'left out: bonds\n'
+fi
+if dev add dummy7 type dummy; then
+  [[ $(interface dummy7) == loopback\ * ]] || fail "a dummy is '$(interface dummy7)'"
+else
+  printf 'left out: dummies\n'
+fi
+
+# ---- A device that vanishes between two commands, and 2,000 of them ----
+dev del left
+[ -z "$(interface left)" ] || fail "a device that is gone is in the map"
+run -c "show interface $left" 2>/dev/null && fail "an interface that is gone is shown"
+for i in $(seq 1000); do printf 'link add many%s type veth peer name other%s\n' "$i" "$i"; done |
+  ip -n "$here" -batch - || fail "2,000 devices"
+shown=$(run -c "show interface brief" | grep -c '^Ethernet')
+[ "$shown" -ge 2000 ] || fail "$shown ports of 2,000"
+printf 'tested over devices of the kernel\n'
