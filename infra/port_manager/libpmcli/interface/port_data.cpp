@@ -3,16 +3,14 @@
 #include <cstdio>
 
 #include "interface/ip_address.h"
-#include "interface/port_record.h"
 #include "platform/card_config.h"
 #include "platform/if_index.h"
-#include "platform/transceiver.h"
 #include "pmcli/interface.h"
 #include "support/chassis.h"
 #include "support/interface_manager.h"
 #include "support/kind.h"
-#include "support/scope.h"
 #include "support/text.h"
+#include "transceiver/transceiver_record.h"
 
 using namespace pmcli;
 
@@ -25,14 +23,8 @@ void set_texts(pm_cli_common_show_intf_data_t* data, const char* hardware, const
 
 // Whether a transceiver can be present: not zero in the response's support byte.
 boolean ask_transceiver_support(if_index_t if_index, mts_q_handle_t q) {
-  const if_index_range_t range{if_index, if_index};
-  uint32 length = 0;
-  pm_fcot_res_t* response = nullptr;
-  const int32 error = pm_cmi_get_fcot_info(q, 1, 1, &range, &length, &response, kPortManagerTimeout);
-  const heap_block<pm_fcot_res_t> block(response);
-  if (error != 0 || response == nullptr) return 0;
-  if (length <= offsetof(pm_fcot_res_t, is_fcot_supported)) return 0;
-  return response->is_fcot_supported;
+  pm_fcot_res_t transceiver;
+  return ask_transceiver(q, if_index, &transceiver) == 0 ? transceiver.is_fcot_supported : 0;
 }
 
 // Speeds and media type of the line card; both stay empty when it does not answer.

@@ -6,16 +6,14 @@
 
 #include "interface/ip_address.h"
 #include "interface/port_fields.h"
-#include "interface/port_record.h"
 #include "platform/if_index.h"
-#include "platform/transceiver.h"
 #include "pm/port_attributes.h"
 #include "pmcli/interface.h"
 #include "pmcli/vlan.h"
 #include "support/kind.h"
 #include "support/print.h"
-#include "support/scope.h"
 #include "support/text.h"
+#include "transceiver/transceiver_record.h"
 
 using namespace pmcli;
 
@@ -85,19 +83,14 @@ struct type_text {
 
 // The vendor of the port's transceiver; unchanged when there is none to name.
 void name_transceiver_vendor(type_text& type, if_index_t if_index, mts_q_handle_t q) {
-  const if_index_range_t range{if_index, if_index};
-  uint32 length = 0;
-  pm_fcot_res_t* response = nullptr;
-  const int32 error = pm_cmi_get_fcot_info(q, 1, 1, &range, &length, &response, kPortManagerTimeout);
-  const heap_block<pm_fcot_res_t> block(response);
-  if (error != 0 || response == nullptr || length < sizeof *response || response->is_fcot_supported == FCOT_NONE)
-    return;
-  switch (response->fcot_type) {
+  pm_fcot_res_t transceiver;
+  if (ask_transceiver(q, if_index, &transceiver) != 0 || transceiver.is_fcot_supported == FCOT_NONE) return;
+  switch (transceiver.fcot_type) {
     case FCOT_TYPE_SFP:
     case FCOT_TYPE_SFP_PLUS:
-      return copy_text(type.text, sizeof type.text, terminate(response->fi.fcot_info.VendorName).text);
+      return copy_text(type.text, sizeof type.text, terminate(transceiver.fi.fcot_info.VendorName).text);
     case FCOT_TYPE_X2:
-      return copy_text(type.text, sizeof type.text, terminate(response->fi.x2_fcot_info.vendor_name).text);
+      return copy_text(type.text, sizeof type.text, terminate(transceiver.fi.x2_fcot_info.vendor_name).text);
     default: return;
   }
 }
