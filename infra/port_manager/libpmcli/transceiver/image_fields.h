@@ -20,7 +20,7 @@ void take(terminated_text<16>& to, const char (&field)[Width]) {
 }
 
 inline identity_texts texts_of(const lc_fcot_info_t& image) {
-  identity_texts texts;
+  identity_texts texts{};
   take(texts.name, image.VendorName);
   take(texts.part_number, image.VendorPN);
   take(texts.revision, image.VendorRev);
@@ -29,7 +29,7 @@ inline identity_texts texts_of(const lc_fcot_info_t& image) {
 }
 
 inline identity_texts texts_of(const lc_fcot_x2_info_t& image) {
-  identity_texts texts;
+  identity_texts texts{};
   take(texts.name, image.vendor_name);
   take(texts.part_number, image.vendor_pn);
   take(texts.revision, image.vendor_rev);

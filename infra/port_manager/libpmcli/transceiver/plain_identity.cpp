@@ -1,6 +1,7 @@
 // The identity of a port's transceiver as plain text, and its run-time state.
 
 #include <cstdio>
+#include <cstring>
 
 #include "interface/port_record.h"
 #include "pm/port_attributes.h"
@@ -62,7 +63,7 @@ bool fetch_transceiver(mts_q_handle_t q, if_index_t if_index, const char* port, 
 
 }  // namespace
 
-void print_transceiver_info(uint8* sfp_sprom, bool is_type_fc, bool supported) {
+void print_transceiver_info(uint8* sfp_sprom, boolean is_type_fc, boolean supported) {
   if (sfp_sprom == nullptr) return;
   lc_fcot_info_t image;
   std::memcpy(&image, sfp_sprom, sizeof image);
@@ -80,7 +81,7 @@ void print_transceiver_info(uint8* sfp_sprom, bool is_type_fc, bool supported) {
   std::putchar('\n');
 }
 
-void print_x2_transceiver_info(uint8* sfp_sprom, bool is_type_fc, bool supported) {
+void print_x2_transceiver_info(uint8* sfp_sprom, boolean is_type_fc, boolean supported) {
   if (sfp_sprom == nullptr) return;
   lc_fcot_x2_info_t image;
   std::memcpy(&image, sfp_sprom, sizeof image);
@@ -91,7 +92,7 @@ void print_x2_transceiver_info(uint8* sfp_sprom, bool is_type_fc, bool supported
   std::putchar('\n');
 }
 
-syserr_t print_port_fcot_info(mts_q_handle_t src_q, pm_port_info_t* port_info, bool) {
+syserr_t print_port_fcot_info(mts_q_handle_t src_q, pm_port_info_t* port_info, boolean) {
   const if_index_t if_index = port_info->if_index;
   const if_index_type_t type = kind_of(if_index);
   if (type != IF_TYPE_FC && type != IF_TYPE_ETHERNET && !pm_is_xgfc_interface(if_index)) {
@@ -106,6 +107,6 @@ syserr_t print_port_fcot_info(mts_q_handle_t src_q, pm_port_info_t* port_info, b
               record.is_fcot_supported == FCOT_SUPPORTED ? "" : "but not supported");
   // Only type 1 has the layout of an SFP here: intended.
   const auto print = record.fcot_type == FCOT_TYPE_SFP ? print_transceiver_info : print_x2_transceiver_info;
-  print(reinterpret_cast<uint8*>(&record.fi), type == IF_TYPE_FC, record.is_fcot_supported != 0);
+  print(reinterpret_cast<uint8*>(&record.fi), type == IF_TYPE_FC, record.is_fcot_supported);
   return print_transceiver_state(src_q, if_index);
 }

@@ -7,8 +7,6 @@
 #ifndef PMCLI_TRANSCEIVER_H
 #define PMCLI_TRANSCEIVER_H
 
-#include <stdbool.h>
-
 #include "platform/cmd_channel.h"
 #include "platform/paraminfo.h"
 #include "platform/port_manager.h"
@@ -27,14 +25,14 @@ extern "C" {
  * 0 when diagnostics may follow, 0x40290000 when there was no identity to show, 1 when only the state failed; why is
  * printed. `eth_port` changes nothing.
  */
-syserr_t print_port_fcot_info(mts_q_handle_t src_q, pm_port_info_t* port_info, bool eth_port);
+syserr_t print_port_fcot_info(mts_q_handle_t src_q, pm_port_info_t* port_info, boolean eth_port);
 
 /*
  * The identity block of one image: a whole lc_fcot_info_t, or a whole lc_fcot_x2_info_t. A null image prints nothing.
  * With `is_type_fc` the Fibre-Channel transmitter is named, with `supported` the vendor's extended code.
  */
-void print_transceiver_info(uint8* sfp_sprom, bool is_type_fc, bool supported);
-void print_x2_transceiver_info(uint8* sfp_sprom, bool is_type_fc, bool supported);
+void print_transceiver_info(uint8* sfp_sprom, boolean is_type_fc, boolean supported);
+void print_x2_transceiver_info(uint8* sfp_sprom, boolean is_type_fc, boolean supported);
 
 /* The identity block with tags, of data that the caller has fetched. */
 void pm_cli_show_port_transceiver(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info,
