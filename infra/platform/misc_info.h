@@ -1,12 +1,15 @@
-/* The line card's miscellaneous information of a port: request and answer. Wire formats, unaligned. */
+/*
+ * The miscellaneous information of a port: request to MTS_SAP_PORT_MISC_INFO at the node of its line card, and answer.
+ * Wire formats, unaligned.
+ */
 #ifndef PLATFORM_MISC_INFO_H
 #define PLATFORM_MISC_INFO_H
 
+#include "platform/mts.h"
 #include "platform/types.h"
 #include "platform/wire.h"
 
 enum { MTS_OPC_PORT_MISC_INFO = 902 };
-enum { MTS_SAP_PORT_MISC_INFO = 179 }; /* at the node of the line card */
 
 enum { MISC_INFO_TRANSCEIVER_STATE = 1 }; /* type of the entry that holds a port_xcvr_info_t */
 

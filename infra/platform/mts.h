@@ -14,8 +14,8 @@ typedef uint32 mts_rr_token_t; /* joins an answer to its request; 0 is no token 
 /* Node of the supervisor that runs the command. */
 #define MTS_NODE_LOCAL 0xFE000000U
 
-/* Service access points. */
-enum { MTS_SAP_VLAN_MANAGER = 167, MTS_SAP_PORT_MANAGER = 179 };
+/* Service access points; that of the misc-info requests is at the node of a line card. */
+enum { MTS_SAP_VLAN_MANAGER = 167, MTS_SAP_PORT_MANAGER = 179, MTS_SAP_PORT_MISC_INFO = 179 };
 
 /* mts_errno_get(): the wait for an answer was interrupted by a signal; it may be taken up again. */
 enum { MTS_ERRNO_INTERRUPTED = 4 };
