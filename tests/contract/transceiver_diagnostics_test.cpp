@@ -1,10 +1,13 @@
 // Optical diagnostics: conversions, marks, and the tables with and without tags.
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "contract/sample_ports.h"
 #include "contract/transceiver_images.h"
 #include "pmcli/transceiver.h"
 #include "support/both_forms.h"
+#include "support/failure_walk.h"
 
 namespace pmcli_test {
 namespace {
@@ -113,6 +116,37 @@ TEST(DetailTable, EachQuantityHasItsBits) {
   }
 }
 
+// By the four bits of a quantity: high alarm, low alarm, high warning, low warning, from the lowest up.
+constexpr uint32 kMarks[16] = {5, 1, 4, 1, 2, 1, 4, 1, 3, 1, 4, 1, 2, 1, 4, 1};
+constexpr uint32 kMarkTuples[] = {0x022A0021, 0x022A0027, 0x022A002D, 0x022A0033, 0x022A0039};
+
+Tuples marks_of(diagnostics_t diagnostics) {
+  RecordingPlatform platform;
+  pm_show_transceiver_sfp_details_info(platform.output(), &diagnostics, nullptr);
+  Tuples marks;
+  for (const bound_tuple& tuple : platform.tuples())
+    if (tuple.id >> 24 == CMD_TYPE_ENUM) marks.push_back(tuple);
+  return marks;
+}
+
+// Bits of other quantities, and those that belong to none, change nothing.
+TEST(DetailTable, EveryCombinationOfFlagsHasItsMark) {
+  for (uint32 quantity = 0; quantity < 5; ++quantity) {
+    const uint32 own_bits = 3U << 2 * quantity;
+    for (uint32 flags = 0; flags < 16; ++flags) {
+      for (const uint32 others : {0U, ~own_bits}) {
+        diagnostics_t diagnostics = healthy_diagnostics();
+        diagnostics.alarm_flags = others | (flags & 3) << 2 * quantity;
+        diagnostics.warn_flags = others | flags >> 2 << 2 * quantity;
+        Tuples expected;
+        for (uint32 row = 0; row < 5; ++row)
+          expected.push_back({kMarkTuples[row], row == quantity ? kMarks[flags] : others == 0 ? 5U : 1U});
+        EXPECT_EQ(marks_of(diagnostics), expected) << "quantity " << quantity << ", flags " << flags;
+      }
+    }
+  }
+}
+
 TEST(DetailTable, PowersWithoutValuesAreNotAvailableCellByCell) {
   diagnostics_t diagnostics = healthy_diagnostics();
   diagnostics.rx_pwr = 0;
@@ -170,6 +204,77 @@ TEST(DetailTable, TheLargestNumbersFit) {
   EXPECT_EQ(line_of(text, "  Current"), "  Current      4294967.36 mA    ");
 }
 
+// Every number at its largest, or at -1 where it has a sign; every flag set.
+diagnostics_t all_ones(uint32 calibration) {
+  diagnostics_t diagnostics;
+  std::memset(&diagnostics, 0xFF, sizeof diagnostics);
+  diagnostics.calib_type = calibration;
+  return diagnostics;
+}
+
+TEST(DetailTable, RecordOfOnesIsShownInWhole) {
+  EXPECT_EQ(details(all_ones(2)),
+            std::string("           SFP Detail Diagnostics Information (external calibration)\n") + kRule + kHeadings +
+                kRule +
+                "  Temperature   -0.00 C  ++    -0.00 C     -0.00 C     -0.00 C       -0.00 C\n"
+                "  Voltage      4294.96 V  ++   4294.96 V    4294.96 V    4294.96 V      4294.96 V\n"
+                "  Current      4294967.36 mA  ++  4294967.36 mA   4294967.36 mA   4294967.36 mA     4294967.36 mA\n"
+                "  Tx Power       66.32 dBm ++   66.32 dBm   66.32 dBm   66.32 dBm     66.32 dBm\n"
+                "  Rx Power       66.32 dBm ++   66.32 dBm   66.32 dBm   66.32 dBm     66.32 dBm\n" +
+                kRule + kLegend);
+  EXPECT_EQ(details(all_ones(0xFFFFFFFF)), "    Invalid calibration\n\n");
+}
+
+TEST(DetailTable, RecordOfZeroesHasNoPower) {
+  diagnostics_t diagnostics{};
+  diagnostics.calib_type = 1;
+  EXPECT_EQ(details(diagnostics),
+            std::string("           SFP Detail Diagnostics Information (internal calibration)\n") + kRule + kHeadings +
+                kRule +
+                "  Temperature    0.00 C         0.00 C      0.00 C      0.00 C        0.00 C\n"
+                "  Voltage        0.00 V         0.00 V      0.00 V      0.00 V        0.00 V\n"
+                "  Current        0.00 mA        0.00 mA     0.00 mA     0.00 mA       0.00 mA\n"
+                "  Tx Power        N/A            N/A         N/A         N/A           N/A\n"
+                "  Rx Power        N/A            N/A         N/A         N/A           N/A\n" +
+                kRule + kLegend);
+}
+
+TEST(DetailTable, ThresholdsHaveTheirSign) {
+  diagnostics_t diagnostics = healthy_diagnostics();
+  diagnostics.temp_hi_alarm = -500;
+  diagnostics.temp_lo_alarm = -999;
+  diagnostics.temp_hi_warn = -2147483647 - 1;
+  diagnostics.temp_lo_warn = -1000;
+  diagnostics.rx_pwr_lo_warn = 900;
+  const std::string text = details(diagnostics);
+  EXPECT_EQ(line_of(text, "  Temperature"),
+            "  Temperature   35.25 C        -0.50 C     -0.99 C    -2147483.68 C       -1.00 C");
+  EXPECT_EQ(line_of(text, "  Rx Power"),
+            "  Rx Power      -10.00 dBm      10.00 dBm  -20.00 dBm    0.00 dBm     -0.45 dBm");
+}
+
+// Neither the port, nor the status of the record, nor the further values, nor the kind of port show.
+TEST(DetailTable, OnlyTheNumbersShow) {
+  const diagnostics_t healthy = healthy_diagnostics();
+  diagnostics_t odd = healthy;
+  odd.if_index = 0xFFFFFFFF;
+  odd.status = -1;
+  sfp_diag_info_ddm_tlvs_t noise;
+  std::memset(&noise, 0xFF, sizeof noise);
+  for (const auto print : {pm_print_sfp_diag_info, pm_print_sfp_diag_detail_info, pm_print_sfp_calibration_info}) {
+    RecordingPlatform platform;
+    diagnostics_t plain = healthy;
+    print(&plain, nullptr, 0);
+    const std::string expected = platform.text();
+    EXPECT_NE(expected, "");
+    for (const boolean eth : {0U, 1U, 0x100U}) {
+      platform.clear_output();
+      print(&odd, &noise, eth);
+      EXPECT_EQ(platform.text(), expected);
+    }
+  }
+}
+
 // ---- With tags ----------------------------------------------------------------------------------------------------
 
 TEST(TaggedDetails, BindWhatTheTextShows) {
@@ -193,6 +298,59 @@ TEST(TaggedDetails, BindWhatTheTextShows) {
                     {0x452A0034, "10.00"},  {0x452A0035, "-10.00"}, {0x452A0036, "0.00"},  {0x452A0037, "-20.00"},
                     {0x452A0038, "-10.00"}, {0x022A0039, 2},        {0x452A003A, "10.00"}, {0x452A003B, "-20.00"},
                     {0x452A003C, "0.00"},   {0x452A003D, "-10.00"}}));
+}
+
+// A module in which no two cells share a value.
+diagnostics_t distinct_diagnostics() {
+  diagnostics_t diagnostics{};
+  diagnostics.calib_type = 2;
+  diagnostics.alarm_flags = 0x001 | 0x080;                 // temperature high, transmit power low
+  diagnostics.warn_flags = 0x001 | 0x002 | 0x004 | 0x020;  // voltage high, current low; the alarm hides the first two
+  diagnostics.temp = 11000;
+  diagnostics.temp_hi_alarm = 12000;
+  diagnostics.temp_lo_alarm = 13000;
+  diagnostics.temp_hi_warn = 14000;
+  diagnostics.temp_lo_warn = 15000;
+  diagnostics.volt = 21000000;
+  diagnostics.volt_hi_alarm = 22000000;
+  diagnostics.volt_lo_alarm = 23000000;
+  diagnostics.volt_hi_warn = 24000000;
+  diagnostics.volt_lo_warn = 25000000;
+  diagnostics.curr = 31000;
+  diagnostics.current_hi_alarm = 32000;
+  diagnostics.current_lo_alarm = 33000;
+  diagnostics.current_hi_warn = 34000;
+  diagnostics.current_lo_warn = 35000;
+  diagnostics.tx_pwr = 10;
+  diagnostics.tx_pwr_hi_alarm = 100;
+  diagnostics.tx_pwr_lo_alarm = 1000;
+  diagnostics.tx_pwr_hi_warn = 10000;
+  diagnostics.tx_pwr_lo_warn = 100000;
+  diagnostics.rx_pwr = 1;
+  diagnostics.rx_pwr_hi_alarm = 2000;
+  diagnostics.rx_pwr_lo_alarm = 500;
+  diagnostics.rx_pwr_hi_warn = 1000000;
+  diagnostics.rx_pwr_lo_warn = 20000;
+  return diagnostics;
+}
+
+TEST(BothForms, DetailsOfATransceiver) {
+  RecordingPlatform platform;
+  diagnostics_t diagnostics = distinct_diagnostics();
+  pm_show_transceiver_sfp_details_info(platform.output(), &diagnostics, nullptr);
+  EXPECT_EQ(platform.text(), std::string("           SFP Detail Diagnostics Information (external calibration)\n") +
+                                 kRule + kHeadings + kRule +
+                                 "  Temperature   11.00 C   1    12.00 C     13.00 C     14.00 C       15.00 C\n"
+                                 "  Voltage       21.00 V   2    22.00 V     23.00 V     24.00 V       25.00 V\n"
+                                 "  Current       31.00 mA   3   32.00 mA    33.00 mA    34.00 mA      35.00 mA\n"
+                                 "  Tx Power      -20.00 dBm  4  -10.00 dBm    0.00 dBm   10.00 dBm     20.00 dBm\n"
+                                 "  Rx Power      -30.00 dBm  5    3.01 dBm   -3.01 dBm   30.00 dBm     13.01 dBm\n" +
+                                 kRule + kLegend);
+  expect_both_forms_agree(
+      platform, {0x452A0020, 0x022A0021, 0x452A0022, 0x452A0023, 0x452A0024, 0x452A0025, 0x452A0026, 0x022A0027,
+                 0x452A0028, 0x452A0029, 0x452A002A, 0x452A002B, 0x452A002C, 0x022A002D, 0x452A002E, 0x452A002F,
+                 0x452A0030, 0x452A0031, 0x452A0032, 0x022A0033, 0x452A0034, 0x452A0035, 0x452A0036, 0x452A0037,
+                 0x452A0038, 0x022A0039, 0x452A003A, 0x452A003B, 0x452A003C, 0x452A003D});
 }
 
 TEST(TaggedDetails, CellsThatAreNotAvailableBindNothing) {
@@ -279,6 +437,25 @@ TEST(CalibrationTable, InternalCalibrationHasNone) {
   EXPECT_EQ(calibration(healthy_diagnostics()),
             std::string("           SFP Calibration Information (internal calibration)\n") + kRule +
                 "  No external calibration constants\n" + kRule + "\n");
+}
+
+TEST(CalibrationTable, TheLargestConstantsFit) {
+  const std::string text = calibration(all_ones(2));
+  EXPECT_EQ(line_of(text, "  Current"), "  Current           4294967295  4294967295");
+  EXPECT_EQ(line_of(text, "  Rx Power (0)"), "  Rx Power (0)      4294967295");
+  EXPECT_EQ(calibration(all_ones(0)), "    Invalid calibration\n\n");
+  EXPECT_EQ(calibration(all_ones(3)), "    Invalid calibration\n\n");
+}
+
+// Without constants nothing is bound either.
+TEST(CalibrationTable, InternalCalibrationBindsNothing) {
+  const std::string plain = calibration(all_ones(1));
+  RecordingPlatform platform;
+  diagnostics_t diagnostics = all_ones(1);
+  pm_show_transceiver_sfp_calibration_info(platform.output(), &diagnostics, nullptr);
+  EXPECT_EQ(platform.text(), plain);
+  EXPECT_EQ(platform.terminal(), "");
+  EXPECT_TRUE(platform.tuples().empty());
 }
 
 TEST(CalibrationTable, BindsItsConstants) {
@@ -373,6 +550,26 @@ TEST(SatelliteDiagnostics, SayWhyThereAreNone) {
               reason.code);
     EXPECT_EQ(platform.text(), reason.text);
   }
+}
+
+// What a satellite's query prints when this call is the one that fails; "" is the run in which none does.
+TEST(SatelliteDiagnostics, EveryCallMayFail) {
+  const if_index_t port = satellite(101, 1, 2);
+  std::map<std::string, std::string> texts;
+  const auto ask = [=](RecordingPlatform& platform) {
+    platform.fabric_ports[port] = {101, 3};
+    platform.diagnostics[port] = healthy_diagnostics();
+    diagnostics_t diagnostics{};
+    sfp_diag_info_ddm_tlvs_t further{};
+    pm_get_sat_sfp_diag_info_and_print_err(RecordingPlatform::q(), port, &diagnostics, &further);
+  };
+  EXPECT_EQ(walk_failures(ask, [&](const walk_run& run) { texts[run.platform.failed_call()] = run.platform.text(); }),
+            3U);
+  EXPECT_EQ(texts, (std::map<std::string, std::string>{
+                       {"", ""},
+                       {"satmgr_get_fport_info", "error getting FEX fabric interface information\n"},
+                       {"satmgr_get_slot_info", "error getting FEX fabric interface information\n"},
+                       {"pm_get_sat_sfp_diag_info", "    unknown error 0xffffffff\n\n"}}));
 }
 
 }  // namespace

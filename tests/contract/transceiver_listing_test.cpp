@@ -1,6 +1,7 @@
 // The transceivers of all ports, and the cabling test.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
 #include <sstream>
 
@@ -36,6 +37,16 @@ void equip(RecordingPlatform& platform, if_index_t if_index) {
   platform.ports[if_index] = port_record();
   platform.transceivers[if_index] = sfp_record();
   platform.diagnostics[if_index] = healthy_diagnostics();
+}
+
+// Drops the messages that are left with the transport.
+void drop_all(RecordingPlatform& platform) {
+  const std::set<uint32> dropped(platform.drops.begin(), platform.drops.end());
+  const std::size_t sent_or_received = dropped.size() + platform.unreleased().size();
+  for (uint32 id = 1; id <= sent_or_received; ++id) {
+    mts_msg_ref_t reference{id, 1};
+    if (dropped.count(id) == 0) mts_drop(RecordingPlatform::q(), &reference);
+  }
 }
 
 class Listing : public testing::Test {
@@ -81,13 +92,8 @@ TEST_F(Listing, ShowsCalibrationsAndLeavesTheAnswers) {
   EXPECT_EQ(pm_show_interface_tranceiver_calibrations(param), 0);
   EXPECT_EQ(shown().size(), 6U);
   EXPECT_EQ(shown().back(), "SFP Calibration Information (internal calibration)");
-  const std::vector<std::string> left = platform.unreleased();
-  EXPECT_EQ(left.size(), 2U) << "one for each kind";
-  const std::set<uint32> dropped(platform.drops.begin(), platform.drops.end());
-  for (uint32 id = 1; id <= dropped.size() + left.size(); ++id) {
-    mts_msg_ref_t reference{id, 1};
-    if (dropped.count(id) == 0) mts_drop(RecordingPlatform::q(), &reference);
-  }
+  EXPECT_EQ(platform.unreleased().size(), 2U) << "one for each kind";
+  drop_all(platform);
 }
 
 TEST_F(Listing, DiagnosticsThatThereAreNoneEndWithTheIdentity) {
@@ -170,14 +176,133 @@ TEST_F(Listing, EthernetPortsAreLeftOutWhereAMultiplexerIs) {
   }
 }
 
-TEST(ListingWalk, EveryCallMayFail) {
-  const auto scenario = [](RecordingPlatform& platform) {
-    equip(platform, kPort);
-    platform.listings[IF_TYPE_ETHERNET] = listing({kPort});
-    platform.on_request = good_state;
-    pm_show_interface_tranceiver_details_for_if_type(platform.show_command(0, kPort), IF_TYPE_ETHERNET);
-  };
-  EXPECT_GE(walk_failures(scenario), 10U);
+TEST_F(Listing, AsksForEachKindInTurn) {
+  using Queries = std::vector<RecordingPlatform::listing_query>;
+  const Queries both = {{IF_TYPE_FC, RecordingPlatform::q(), 60, {}},
+                        {IF_TYPE_ETHERNET, RecordingPlatform::q(), 60, {}}};
+  platform.listings = {{IF_TYPE_FC, listing({})}, {IF_TYPE_ETHERNET, listing({kPort})}};
+  platform.ports.clear();
+  for (const auto show : {pm_show_interface_tranceiver, pm_show_interface_tranceiver_details}) {
+    platform.listing_queries.clear();
+    platform.port_queries.clear();
+    EXPECT_EQ(show(param), 0);
+    EXPECT_EQ(platform.listing_queries, both);
+    ASSERT_EQ(platform.port_queries.size(), 1U);
+    EXPECT_EQ(platform.port_queries.front().range.low, kPort);
+    EXPECT_EQ(platform.port_queries.front().range.high, kPort);
+    EXPECT_EQ(platform.port_queries.front().timeout, 60);
+  }
+  EXPECT_EQ(platform.text(), "") << "a port without a record is passed in silence";
+}
+
+// No identity, or none of its state: no diagnostics are asked for, and the next port follows.
+TEST_F(Listing, AsksForDiagnosticsOnlyBehindAWholeIdentity) {
+  platform.transceivers[kPort].status = PM_ERR_SFP_NOT_PRESENT;
+  EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_ETHERNET), 0);
+  EXPECT_TRUE(platform.text().starts_with("Ethernet1/1 sfp not present\nEthernet1/5 sfp is present \n"));
+  EXPECT_EQ(platform.count("pm_get_sfp_diag_info"), 1U);
+
+  platform.clear_output();
+  platform.fail_with("mts_send");
+  EXPECT_EQ(pm_show_interface_tranceiver_details_for_if_type(param, IF_TYPE_ETHERNET), 0);
+  EXPECT_EQ(shown(), (Lines{"Ethernet1/5 sfp is present "}));
+  EXPECT_EQ(platform.count("pm_get_sfp_diag_info"), 1U) << "not again";
+}
+
+TEST_F(Listing, PassesAPortWhosePermissionCannotBeRead) {
+  platform.listings[IF_TYPE_FC] = listing({kFibre, kPort});
+  platform.fail_with("pm_get_port_info_range");
+  EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0);
+  EXPECT_TRUE(platform.text().starts_with("error: getting port info range\nEthernet1/1 sfp is present \n"));
+}
+
+// The kind that counts is the port's own, whatever was asked for.
+TEST_F(Listing, OtherKindsInAListingAreRefusedOneByOne) {
+  platform.ports[kChannel] = port_record();
+  platform.listings[IF_TYPE_ETHERNET] = listing({0xFFFFFFFF, kChannel, kPort});
+  EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_ETHERNET), 0);
+  EXPECT_TRUE(platform.text().starts_with("error: invalid if index type(22)\nEthernet1/1 sfp is present \n"));
+}
+
+// ---- With each call failing in turn -------------------------------------------------------------------------------
+
+constexpr char kIdentity[] =
+    "Ethernet1/1 sfp is present \n"
+    "    name is LIGHTWORKS      \n"
+    "    part number is LW-10G-SR       \n"
+    "    revision is A1  \n"
+    "    serial number is LW0123456789    \n"
+    "    Nominal bit rate is 10300 MBits/sec\n"
+    "    tarno extended id is none (0x0)\n"
+    "\n";
+constexpr char kState[] = "    no tx fault, no rx loss, in sync state, Diag mon type 104\n";
+constexpr char kConstants[] =
+    "           SFP Calibration Information (internal calibration)\n"
+    "  ----------------------------------------------------------------------------\n"
+    "  No external calibration constants\n"
+    "  ----------------------------------------------------------------------------\n"
+    "\n";
+
+using walker = int32 (*)(paraminfo_t*, if_index_type_t);
+
+struct outcome {
+  int32 result;
+  std::string text;
+  bool operator==(const outcome&) const = default;
+};
+
+void PrintTo(const outcome& run, std::ostream* out) { *out << '{' << run.result << ", \"" << run.text << "\"}"; }
+
+// By the call that failed, in order; under "" the run in which none failed.
+std::map<std::string, std::vector<outcome>> walk(walker show) {
+  std::map<std::string, std::vector<outcome>> all;
+  outcome run{};
+  walk_failures(
+      [&](RecordingPlatform& platform) {
+        equip(platform, kPort);
+        platform.listings[IF_TYPE_ETHERNET] = listing({kPort});
+        platform.on_request = good_state;
+        run.result = show(platform.show_command(0, kPort), IF_TYPE_ETHERNET);
+        run.text = platform.text();
+        if (show == pm_show_interface_tranceiver_calibrations_for_if_type) drop_all(platform);
+      },
+      [&](const walk_run& walked) { all[walked.platform.failed_call()].push_back(run); });
+  return all;
+}
+
+TEST(ListingWalk, EveryCallOfTheCalibrationsMayFail) {
+  const std::string identity = kIdentity;
+  const outcome whole{0, identity + kState + kConstants};
+  auto all = walk(pm_show_interface_tranceiver_calibrations_for_if_type);
+  using Runs = std::vector<outcome>;
+  EXPECT_EQ(all[""], Runs{whole});
+  EXPECT_EQ(all["pm_get_if_index_listing"], (Runs{{1, "<transport failure 1 110>\n"}}));
+  // The walk's own query, then that of the identity.
+  EXPECT_EQ(all["pm_cmi_get_port_config"], (Runs{{0, ""}, whole}));
+  EXPECT_EQ(all["pm_cmi_get_fcot_info"],
+            (Runs{{0, "Ethernet1/1 error in retrieving sfp information - <system error FFFFFFFF>\n"}}));
+  EXPECT_EQ(all["mts_send"], (Runs{{0, identity + "MTS send failed for xcvr misc info.\n"}}));
+  EXPECT_EQ(all["mts_recv"], (Runs{{0, identity + "<transport failure 1 110>\n"}}));
+  EXPECT_EQ(all["mts_is_reject"], (Runs{{0, identity}}));
+  EXPECT_EQ(all["pm_get_sfp_diag_info"], (Runs{{0, identity + kState + "    unknown error 0xffffffff\n\n"}}));
+  // The request, the answer of the line card, and the listing, which only the test drops.
+  EXPECT_EQ(all["mts_drop"], (Runs{whole, {0, identity + kState + "error: in dropping message\n"}, whole}));
+}
+
+TEST(ListingWalk, EveryCallOfTheOthersMayFail) {
+  for (const walker show :
+       {pm_show_interface_transceiver_for_if_type, pm_show_interface_tranceiver_details_for_if_type}) {
+    auto all = walk(show);
+    ASSERT_EQ(all[""].size(), 1U);
+    const outcome whole = all[""].front();
+    EXPECT_EQ(whole.result, 0);
+    EXPECT_TRUE(whole.text.starts_with(std::string(kIdentity) + kState)) << whole.text;
+    EXPECT_EQ(all["pm_get_if_index_listing"].front().result, 1);
+    ASSERT_EQ(all["mts_drop"].size(), 3U);
+    EXPECT_EQ(all["mts_drop"].back(), (outcome{-1, whole.text + "<transport failure 1 110>\n"}));
+    EXPECT_EQ(all["pm_get_sfp_diag_info"].front(),
+              (outcome{0, std::string(kIdentity) + kState + "    unknown error 0xffffffff\n\n"}));
+  }
 }
 
 // ---- The cabling test ---------------------------------------------------------------------------------------------
@@ -207,7 +332,10 @@ TEST_F(CablingTest, RunsWithoutAFile) {
   paraminfo_t* const param = command(nullptr);
   param->parameter_count = 0;
   EXPECT_EQ(pm_cli_test_snake(param), 0);
-  EXPECT_EQ(platform.shell_commands, (Commands{"/vexa/bin/test_snake ", "/vexa/bin/test_snake "}));
+  param->parameter_count = 255;
+  param->arg_list[0] = nullptr;
+  EXPECT_EQ(pm_cli_test_snake(param), 0);
+  EXPECT_EQ(platform.shell_commands, Commands(3, "/vexa/bin/test_snake "));
 }
 
 TEST_F(CablingTest, RefusesNamesThatCannotBeMapped) {

@@ -1,4 +1,7 @@
 // Transceivers, satellites, port-channels of members, module resources, names of files.
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <cstring>
 
 #include "platform/module_resources.h"
@@ -23,6 +26,13 @@ int32 fill(RecordingPlatform& platform, const char* function, const std::map<if_
   return 0;
 }
 
+// A client may fill a record in part: it comes zeroed.
+template <typename Record>
+void expect_zeroed(const Record& record) {
+  const auto* const bytes = reinterpret_cast<const uint8*>(&record);
+  EXPECT_TRUE(std::all_of(bytes, bytes + sizeof record, [](uint8 byte) { return byte == 0; }));
+}
+
 }  // namespace
 
 extern "C" {
@@ -35,9 +45,12 @@ void print_sfp_fc_transmitter(uint8* sfp_sprom) {
 }
 void print_x2_sfp_fc_info(uint8* sfp_sprom) { std::printf("    <transmitter of an X2 with id %d>\n", sfp_sprom[0]); }
 
-int32 pm_get_sfp_diag_info(mts_q_handle_t, if_index_t if_index, mts_get_sfp_diag_info_t* diag_info,
-                           sfp_diag_info_ddm_tlvs_t*) {
+int32 pm_get_sfp_diag_info(mts_q_handle_t q, if_index_t if_index, mts_get_sfp_diag_info_t* diag_info,
+                           sfp_diag_info_ddm_tlvs_t* sfp_ddm_info) {
   RecordingPlatform& platform = platform_for("pm_get_sfp_diag_info");
+  EXPECT_EQ(q, RecordingPlatform::q());
+  expect_zeroed(*diag_info);
+  expect_zeroed(*sfp_ddm_info);
   return fill(platform, "pm_get_sfp_diag_info", platform.diagnostics, if_index, PM_ERR_SFP_NO_DIAGNOSTICS, diag_info);
 }
 
