@@ -161,10 +161,10 @@ machine read_machine() {
   const std::vector<kernel_link> links = read_links();
   the_kernel.mapped = map_devices(links, default_route_device(), the_kernel.wanted);
   the_kernel.counted.clear();
+  std::size_t place = 0;
   for (const mapped_device& it : the_kernel.mapped) {
-    const auto link =
-        std::find_if(links.begin(), links.end(), [&](const kernel_link& l) { return l.number == it.number; });
-    the_kernel.counted[it.if_index] = link->counted;
+    while (links[place].number != it.number) ++place;  // both are sorted by number
+    the_kernel.counted[it.if_index] = links[place].counted;
   }
   machine made = machine_of_devices(links, the_kernel.mapped);
   made.follow_traffic = follow_device;

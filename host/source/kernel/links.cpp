@@ -150,6 +150,7 @@ std::vector<kernel_link> dump_links(netlink_socket& route) {
   std::vector<kernel_link> links;
   netlink_request request(RTM_GETLINK, NLM_F_DUMP);
   request.extra<ifinfomsg>().ifi_family = AF_UNSPEC;
+  mnl_attr_put_u32(&request.head(), IFLA_EXT_MASK, RTEXT_FILTER_SKIP_STATS);  // those of IPv6; a device's own are told
   const int error = route.ask(
       request,
       [&links](const nlmsghdr& message) {
