@@ -4,6 +4,7 @@
 #include <cstring>
 #include <vector>
 
+#include "client/host_settings.h"
 #include "client/library_functions.h"
 #include "client/request.h"
 #include "client/setting_results.h"
@@ -31,6 +32,17 @@ int32 ask_statuses(const call& to, std::span<const std::byte> request, pm_port_c
   *num_ports = got.count();
   note_results({*cfg_status, *num_ports});
   return 0;
+}
+
+// A setting_request.
+std::vector<std::byte> request_of(uint8 type, std::span<const std::byte> value,
+                                  std::span<const if_index_range_t> ranges) {
+  std::vector<std::byte> request;
+  append(&request,
+         bytes_of(setting_request{static_cast<uint32>(ranges.size()), type, static_cast<uint16>(value.size())}));
+  append(&request, value);
+  for (const if_index_range_t& range : ranges) append(&request, bytes_of(range_request{range.low, range.high}));
+  return request;
 }
 
 // The interface range of a configuration command; null without one.
@@ -61,12 +73,17 @@ int32 pm_cmi_set_port_config(mts_q_handle_t q, const char*, uint32, uint32 num_r
   if (num_ports != nullptr) *num_ports = 0;
   if (cfg_status == nullptr || num_ports == nullptr || value == nullptr || (ranges == nullptr && num_ranges != 0))
     return PM_ERR_GENERAL;
-  std::vector<std::byte> request;
-  append(&request, bytes_of(setting_request{num_ranges, cfg_type, cfg_length}));
-  append(&request, {static_cast<const std::byte*>(value), cfg_length});
-  for (const if_index_range_t& range : std::span(ranges, num_ranges))
-    append(&request, bytes_of(range_request{range.low, range.high}));
+  const std::vector<std::byte> request =
+      request_of(cfg_type, {static_cast<const std::byte*>(value), cfg_length}, std::span(ranges, num_ranges));
   return ask_statuses({q, MTS_SAP_PORT_MANAGER, PM_OPC_SET_CONFIG, timeout}, request, cfg_status, num_ports);
+}
+
+int32 host::set_host_setting(mts_q_handle_t q, std::span<const if_index_range_t> ranges, uint8 type,
+                             std::span<const std::byte> value, pm_port_cfg_status_t** cfg_status, uint32* num_ports) {
+  *cfg_status = nullptr;
+  *num_ports = 0;
+  return ask_statuses({q, MTS_SAP_PORT_MANAGER, PM_OPC_SET_CONFIG}, request_of(type, value, ranges), cfg_status,
+                      num_ports);
 }
 
 int32 host::leave_channels(const paraminfo_t* param, pm_port_cfg_status_t** cfg_status, uint32* num_ports) {

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "platform/port_config.h"
+#include "switch/port_status.h"
 
 namespace {
 
@@ -38,5 +39,5 @@ const char* syserr2str(syserr_t error) {
   const auto* const end = std::end(kTexts);
   const auto* const found =
       std::find_if(std::begin(kTexts), end, [=](const error_text& it) { return it.error == error; });
-  return found == end ? nullptr : found->text;
+  return found == end ? host::text_of_port_status(static_cast<uint32>(error)) : found->text;
 }

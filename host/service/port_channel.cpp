@@ -2,9 +2,9 @@
 #include <cstring>
 
 #include "service/answers.h"
+#include "service/change_settings.h"
 #include "service/port_channel_messages.h"
 #include "service/services.h"
-#include "switch/change_journal.h"
 
 namespace host {
 namespace {
@@ -45,9 +45,10 @@ reply answer_next(std::span<const std::byte> bytes) {
 uint32 leave(interface& port) {
   if (port.refusal != 0) return port.refusal;
   if (port.is_locked) return PM_ERR_PORT_LOCKED;
-  note_change(port);
-  port.channel = 0;
-  return 0;
+  return change_settings(port, [](interface& it) -> uint32 {
+    it.channel = 0;
+    return 0;
+  });
 }
 
 }  // namespace

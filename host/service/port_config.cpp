@@ -12,8 +12,8 @@
 #include "platform/interface_manager.h"
 #include "platform/port_config.h"
 #include "service/answers.h"
+#include "service/change_settings.h"
 #include "service/port_manager_messages.h"
-#include "switch/change_journal.h"
 #include "switch/if_index_layout.h"
 #include "switch/link.h"
 
@@ -192,15 +192,96 @@ uint32 apply_number(interface& port, const setting_value& value) {
   return 0;
 }
 
+using set = port_settings;
+
+// ---- VLANs, flow control and membership -----------------------------------------------------------------------------
+
+template <auto Vlan>
+uint32 apply_vlan(interface& port, const setting_value& value) {
+  constexpr uint32 kLastVlan = 4094;
+  if (value.number() == 0 || value.number() > kLastVlan) return PM_ERR_VALUE_OUT_OF_RANGE;
+  port.*Vlan = static_cast<uint16>(value.number());
+  return 0;
+}
+
+bool is_in(const vlan_bitset_t& vlans, uint32 id) { return (vlans.bits[id / 8] & 0x80U >> (id % 8)) != 0; }
+
+uint32 apply_allowed_vlans(interface& port, const setting_value& value) {
+  allowed_vlans_value wanted;
+  std::memcpy(&wanted, value.bytes.data(), sizeof wanted);
+  if (wanted.action > ALLOWED_VLANS_REMOVE) return PM_ERR_VALUE_OUT_OF_RANGE;
+  std::vector<uint16> vlans;
+  for (const uint16 id : every_vlan()) {
+    const bool was = std::binary_search(port.allowed_vlans.begin(), port.allowed_vlans.end(), id);
+    const bool named = is_in(wanted.vlans, id);
+    if (wanted.action == ALLOWED_VLANS_REMOVE ? was && !named : named || (wanted.action == ALLOWED_VLANS_ADD && was))
+      vlans.push_back(id);
+  }
+  port.allowed_vlans = std::move(vlans);
+  return 0;
+}
+
+// The side is one of PM_FLOW_CTRL_*.
+template <uint16 kSide>
+uint32 apply_flow_control(interface& port, const setting_value& value) {
+  constexpr uint16 kBits[] = {0, 0x0003, 0x000C};  // by FLOW_CONTROL_*
+  if (value.number() > FLOW_CONTROL_DESIRED) return PM_ERR_VALUE_OUT_OF_RANGE;
+  port.admin_flow_control = static_cast<uint16>((port.admin_flow_control & ~kSide) | (kSide & kBits[value.number()]));
+  return 0;
+}
+
+bool takes(if_index_type_t channel, if_index_type_t member) {
+  return channel == IF_TYPE_ETH_PORT_CHANNEL ? member != IF_TYPE_FC
+                                             : member == IF_TYPE_FC || member == IF_TYPE_ETHERNET;
+}
+
+// The whole port-channel with a number that takes a port, of the newer family first; 0 when there is none.
+if_index_t channel_for(const interface& port, uint32 number) {
+  for (const if_index_type_t family : {IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL}) {
+    if (!takes(family, kind_of(port))) continue;
+    for (const interface& it : the_machine().interfaces) {
+      const index_fields fields = take_apart(it.if_index);
+      if (fields.type == family && fields.number == number && if_index_is_sub_intf(it.if_index) == 0)
+        return it.if_index;
+    }
+  }
+  return 0;
+}
+
+// A member is what its channel is set to; its description, state and membership stay its own.
+void take_over(const interface& channel, interface& port) {
+  for (const auto member : {&set::admin_mode, &set::oper_mode, &set::admin_speed_mbps, &set::layer})
+    port.*member = channel.*member;
+  for (const auto member : {&set::mtu_bytes, &set::access_vlan, &set::native_vlan, &set::admin_flow_control})
+    port.*member = channel.*member;
+  port.admin_duplex = channel.admin_duplex;
+  port.trunking_mode = channel.trunking_mode;
+  port.encapsulation = channel.encapsulation;
+  port.allowed_vlans = channel.allowed_vlans;
+}
+
+// 0 takes the port out of its channel; it keeps what it took over.
+uint32 apply_channel(interface& port, const setting_value& value) {
+  if (value.number() == 0) {
+    port.channel = 0;
+    return 0;
+  }
+  const if_index_t channel = channel_for(port, value.number());
+  if (channel == 0) return PM_ERR_NO_SUCH_INTERFACE;
+  if (port.channel == channel) return 0;
+  if (port.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
+  port.channel = channel;
+  take_over(*the_machine().find(channel), port);
+  return 0;
+}
+
 struct setting_rule {
   uint8 type;
-  uint8 length;  // bytes of the value
+  uint16 length;  // bytes of the value
   bool (*has_it)(if_index_type_t kind);
   bool of_channel;  // a member's is its channel's
   apply_function apply;
 };
-
-using set = port_settings;
 
 // clang-format off
 constexpr setting_rule kRules[] = {
@@ -230,15 +311,19 @@ constexpr setting_rule kRules[] = {
     {PM_CFG_PORT_DOWN_ON_LINK_FAILURE, 4, is_port,                true,  apply_number<&set::down_on_link_failure, 3, 4>},
     {PM_CFG_84,                        1, is_port,                false, apply_number<&set::attribute_84, 1, 2>},
     {PM_CFG_85,                        1, is_any,                 false, apply_number<&set::attribute_85, 0, 1>},
+    {HOST_CFG_ACCESS_VLAN,             2, is_ethernet_or_channel, true,  apply_vlan<&set::access_vlan>},
+    {HOST_CFG_NATIVE_VLAN,             2, is_ethernet_or_channel, true,  apply_vlan<&set::native_vlan>},
+    {HOST_CFG_ALLOWED_VLANS, sizeof(allowed_vlans_value), is_ethernet_or_channel, true, apply_allowed_vlans},
+    {HOST_CFG_RECEIVE_PAUSE,           1, is_ethernet_or_channel, true,  apply_flow_control<PM_FLOW_CTRL_RECEIVE>},
+    {HOST_CFG_SEND_PAUSE,              1, is_ethernet_or_channel, true,  apply_flow_control<PM_FLOW_CTRL_SEND>},
+    {HOST_CFG_CHANNEL,                 2, is_port,                false, apply_channel},
 };
 // clang-format on
 
 // A member takes what it can of its channel's setting.
 void hand_to_members(const interface& channel, const setting_rule& rule, const setting_value& value) {
   for (const if_index_t member : the_machine().members_of(channel.if_index)) {
-    interface& port = *the_machine().find(member);
-    note_change(port);
-    rule.apply(port, value);
+    change_settings(*the_machine().find(member), [&](interface& port) { return rule.apply(port, value); });
   }
 }
 
@@ -247,8 +332,7 @@ uint32 apply_to(interface& port, const setting_rule& rule, const setting_value& 
   if (port.is_locked) return PM_ERR_PORT_LOCKED;
   if (!rule.has_it(kind_of(port))) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
   if (rule.of_channel && port.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
-  note_change(port);
-  const uint32 status = rule.apply(port, value);
+  const uint32 status = change_settings(port, [&](interface& it) { return rule.apply(it, value); });
   if (status != 0) return status;
   port.configured.set(rule.type);
   if (rule.of_channel) hand_to_members(port, rule, value);

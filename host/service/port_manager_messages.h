@@ -1,6 +1,7 @@
 // Messages of the port manager.
 #pragma once
 
+#include "platform/bitset.h"
 #include "platform/clear_counters.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
@@ -57,10 +58,29 @@ static_assert(sizeof(clear_request) == 4);
 // cfg_length bytes of value follow, then `num_ranges` range_requests.
 struct setting_request {
   be32 num_ranges;
-  uint8 cfg_type;  // PM_CFG_...
-  uint8 cfg_length;
+  uint8 cfg_type;  // PM_CFG_... or HOST_CFG_...
+  be16 cfg_length;
 };
-static_assert(sizeof(setting_request) == 6);
+static_assert(sizeof(setting_request) == 7);
+
+// Settings that the command library does not make; they stand beside PM_CFG_...
+enum host_setting : uint8 {
+  HOST_CFG_ACCESS_VLAN = 120,    // be16
+  HOST_CFG_NATIVE_VLAN = 121,    // be16
+  HOST_CFG_ALLOWED_VLANS = 122,  // allowed_vlans_value
+  HOST_CFG_RECEIVE_PAUSE = 123,  // byte: FLOW_CONTROL_...
+  HOST_CFG_SEND_PAUSE = 124,     // the same
+  HOST_CFG_CHANNEL = 125,        // be16: number of a port-channel; 0 takes the port out of its own
+};
+
+enum : uint8 { FLOW_CONTROL_OFF = 0, FLOW_CONTROL_ON = 1, FLOW_CONTROL_DESIRED = 2 };
+enum : uint8 { ALLOWED_VLANS_SET = 0, ALLOWED_VLANS_ADD = 1, ALLOWED_VLANS_REMOVE = 2 };
+
+struct allowed_vlans_value {
+  uint8 action;  // ALLOWED_VLANS_...
+  vlan_bitset_t vlans;
+};
+static_assert(sizeof(allowed_vlans_value) == 1 + 516);
 
 struct sfp_diagnostics {
   mts_get_sfp_diag_info_t values;

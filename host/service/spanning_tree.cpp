@@ -5,9 +5,9 @@
 #include "platform/interface_manager.h"
 #include "platform/port_manager.h"
 #include "service/answers.h"
+#include "service/change_settings.h"
 #include "service/services.h"
 #include "service/spanning_tree_messages.h"
-#include "switch/change_journal.h"
 
 namespace host {
 namespace {
@@ -15,9 +15,10 @@ namespace {
 uint32 become_edge(interface& port) {
   if (port.layer != IF_LAYER_2) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
   if (port.is_locked) return PM_ERR_PORT_LOCKED;
-  note_change(port);
-  port.is_edge = true;
-  return 0;
+  return change_settings(port, [](interface& it) -> uint32 {
+    it.is_edge = true;
+    return 0;
+  });
 }
 
 std::vector<uint16> carried_by(const interface& port) {

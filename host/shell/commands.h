@@ -39,6 +39,7 @@ int leave(const invocation& run);
 int configure(const invocation& run);
 int choose_interfaces(const invocation& run);
 int set_ports(const invocation& run);
+int set_ports_of_host(const invocation& run);
 int undo(const invocation& run);
 int leave_mode(const invocation& run);
 int leave_configuration(const invocation& run);

@@ -4,14 +4,14 @@
 #include <string>
 
 #include "client/setting_results.h"
-#include "platform/syserr.h"
 #include "shell/commands.h"
 #include "shell/interface_kinds.h"
 #include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
-#include "shell/output/schema.h"
 #include "shell/selection.h"
+#include "shell/setting_outcome.h"
 #include "shell/shell.h"
+#include "shell/way_of_user.h"
 #include "switch/change_journal.h"
 
 namespace host {
@@ -47,45 +47,7 @@ void add_tokens(const command_line& line, command_parameters& parameters, token_
     parameters.add_token(tokens.token[i].id, value_of(tokens.token[i], line, values.numbers[i], values));
 }
 
-// ---- What became of it.
-
-const char* text_of(uint32 status) {
-  const char* const text = syserr2str(static_cast<syserr_t>(status));
-  return text != nullptr ? text : "";
-}
-
-constexpr uint32 tuple_id(uint32 type, uint16 tag) { return type << 24 | tag; }
-
-// A record for each port that refused.
-void report_refusals(command_output& output, const setting_results& results) {
-  if (!output.is_structured()) return;
-  for (const pm_port_cfg_status_t& port : results.ports) {
-    const uint32 status = port.status;
-    if (status == 0) continue;
-    char name[64];
-    output.begin_interface(sprintf_if_index(name, port.if_index));
-    output.bind({tuple_id(CMD_TYPE_UINT32, kTagSettingStatus), &status});
-    output.bind({tuple_id(CMD_TYPE_STRING, kTagSettingText), text_of(status)});
-    output.end_interface();
-  }
-}
-
-bool any_refused(const setting_results& results) {
-  return std::any_of(results.ports.begin(), results.ports.end(),
-                     [](const pm_port_cfg_status_t& port) { return port.status != 0; });
-}
-
-constexpr int32 kForbidden = -12;
-
-int exit_code_of(int32 worst, const setting_results& results) {
-  if (worst == kForbidden) return kNotPermitted;
-  if (results.has_failed) return kServiceFailed;
-  if (any_refused(results)) return kSomeInterfacesFailed;
-  if (worst == 0) return kDone;
-  return results.was_asked ? kSomeInterfacesFailed : kUsage;
-}
-
-int32 worse(int32 one, int32 other) { return one == kForbidden || one == 1 ? one : other; }
+int32 worse(int32 one, int32 other) { return one == kForbiddenSetting || one == 1 ? one : other; }
 
 // ---- The chosen interfaces.
 
@@ -134,6 +96,7 @@ int leave_mode(const invocation& run) {
 }
 
 int set_ports(const invocation& run) {
+  if (!may_go_on(run)) return kNotPermitted;
   const command_queue q;
   begin_changes();
   take_setting_results();
@@ -150,18 +113,21 @@ int set_ports(const invocation& run) {
   }
   run.output.flush();
   const setting_results results = take_setting_results();
-  report_refusals(run.output, results);
+  record_refusals(run.output, results.ports);
   return exit_code_of(worst, results);
 }
 
 int undo(const invocation& run) {
-  const std::vector<if_index_t> restored = take_changes_back(the_machine());
-  if (restored.empty()) {
+  if (!may_undo(run)) return kNotPermitted;
+  const changes_back made = take_changes_back(the_machine());
+  if (made.restored.empty() && made.refused.empty()) {
     run.output.complain("there is no setting to take back.");
     return kUsage;
   }
-  run.output.text("Taken back for " + range_text(restored) + ".\n");
-  return kDone;
+  if (!made.restored.empty()) run.output.text("Taken back for " + range_text(made.restored) + ".\n");
+  std::vector<pm_port_cfg_status_t> refused;
+  for (const auto& [if_index, status] : made.refused) refused.push_back({if_index, status});
+  return report_refusals(run, "undo", refused);
 }
 
 }  // namespace host

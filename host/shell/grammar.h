@@ -32,6 +32,8 @@ inline constexpr number_argument kNumberArguments[] = {
     {"SECONDS", 1, 4'000'000'000, "How far the clock moves on, in seconds"},
     {"BYTES", 1, 65535, "A size in bytes"},
     {"COUNT", 0, 65535, "A number of credits or buffers"},
+    {"VLAN", 1, 4094, "Number of a VLAN"},
+    {"CHANNEL", 1, MAX_CHANNEL, "Number of a port-channel"},
 };
 
 constexpr bool is_number_argument(std::string_view word) {
@@ -110,9 +112,10 @@ struct command {
   std::string_view help;
   int (*run)(const invocation&);  // returns an exit code
   display shown{};                // of its structured form
-  uint32 command_id = 0;          // of a display of the command library
+  uint32 command_id = 0;          // of a display of the command library, or the type of a setting of the host
   uint8 modes = kEveryMode;       // in which it can be typed
   setting_tokens tokens{};        // of a setting
+  bool may_cut = false;           // a setting that may take a link down; with "no" in brackets only without it
 };
 
 // The table, and the help of each word in it.

@@ -95,6 +95,7 @@ command_library load_command_libraries(const std::string& directory) {
   common.find("pm_cli_if_index_verification_func", found.verify);
   common.find("pm_cli_check_if_index_for_vsan_perm", found.check_vsans);
   common.find("pm_cli_set_port_config", found.set_port_config);
+  common.find("print_cfg_status", found.print_refusals);
   common.find("pm_show_interface_tranceiver", found.show_transceivers);
   common.find("pm_show_interface_tranceiver_details", found.show_transceivers_details);
   common.find("pm_show_interface_tranceiver_calibrations", found.show_transceivers_calibrations);

@@ -6,6 +6,7 @@
 
 #include "platform/mts.h"
 #include "platform/paraminfo.h"
+#include "platform/port_config.h"
 #include "platform/types.h"
 
 namespace host {
@@ -62,6 +63,9 @@ struct command_library {
   // One setting for the range in the first argument, by the tokens behind it (0: some port took it, or there was
   // nothing to do; -12: the user may not).
   int32 (*set_port_config)(paraminfo_t*) = nullptr;
+
+  // Says which ports refused a setting, by its words.
+  void (*print_refusals)(const char*, pm_port_cfg_status_t*, uint32) = nullptr;
 
   // Clearing counters: of what the first argument names, and all of a kind.
   int32 (*clear_ethernet)(paraminfo_t*) = nullptr;

@@ -8,6 +8,7 @@
 #include "platform/interface_manager.h"
 #include "platform/port_config.h"
 #include "service/port_config.h"
+#include "service/port_manager_messages.h"
 #include "shell/interface_ranges.h"
 #include "switch/if_index_layout.h"
 
@@ -90,7 +91,52 @@ std::string monitor(const interface& port) {
   return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
+// As many lines as a list of VLANs needs: a line takes a limited number of ranges.
+std::string allowed_vlans(const interface& port) {
+  constexpr std::size_t kRangesOfLine = 60;
+  const std::string command = "switchport trunk allowed vlan ";
+  const std::vector<uint16>& vlans = port.allowed_vlans;
+  if (vlans.empty()) return command + "none";
+  std::string text;
+  std::size_t ranges = 0;
+  for (std::size_t first = 0; first < vlans.size(); ++ranges) {
+    std::size_t last = first;
+    while (last + 1 < vlans.size() && vlans[last + 1] == vlans[last] + 1) ++last;
+    if (ranges == 0)
+      text += command;
+    else
+      text += ranges % kRangesOfLine == 0 ? "\n  " + command + "add " : ",";
+    text += std::to_string(vlans[first]);
+    if (last != first) text += "-" + std::to_string(vlans[last]);
+    first = last + 1;
+  }
+  return text;
+}
+
+constexpr uint16 kDesiredBits = 0x000C;
+
+template <uint16 kSide>
+std::string pause(const interface& port) {
+  const std::string side = kSide == PM_FLOW_CTRL_RECEIVE ? "receive" : "send";
+  const uint32 bits = port.admin_flow_control & kSide;
+  return "flowcontrol " + side + ((bits & kDesiredBits) != 0 ? " desired" : bits != 0 ? " on" : " off");
+}
+
+std::string membership(const interface& port) {
+  return port.channel == 0 ? "no channel-group" : with_number("channel-group", take_apart(port.channel).number);
+}
+
 // ---- Defaults.
+
+bool carries_usual_vlans(const interface& port) {
+  constexpr std::size_t kEveryVlan = 4094;
+  return port.allowed_vlans.size() == (port.admin_mode == PM_PORT_MODE_TRUNK ? kEveryVlan : 0);
+}
+
+template <uint16 kSide>
+bool has_no_pause(const interface& port) {
+  return (port.admin_flow_control & kSide) == 0;
+}
 
 bool is_usually_routed(const interface& port) {
   const if_index_type_t kind = take_apart(port.if_index).type;
@@ -129,6 +175,12 @@ constexpr setting_in_words kSettings[] = {
                        [](port it) { return it.admin_mode == 0 ? "no switchport mode" : with_word("switchport mode", kModes, it.admin_mode); }},
     {PM_CFG_SPEED, has_usual_speed, [](port it) { return with_word("switchport speed", kSpeeds, it.admin_speed_mbps); }},
     {PM_CFG_DUPLEX, is_as_made<&set::admin_duplex>, [](port it) { return with_word("switchport duplex", kDuplexes, it.admin_duplex); }},
+    {HOST_CFG_ACCESS_VLAN, is_as_made<&set::access_vlan>, [](port it) { return with_number("switchport access vlan", it.access_vlan); }},
+    {HOST_CFG_NATIVE_VLAN, is_as_made<&set::native_vlan>, [](port it) { return with_number("switchport trunk native vlan", it.native_vlan); }},
+    {HOST_CFG_ALLOWED_VLANS, carries_usual_vlans, allowed_vlans},
+    {HOST_CFG_RECEIVE_PAUSE, has_no_pause<PM_FLOW_CTRL_RECEIVE>, pause<PM_FLOW_CTRL_RECEIVE>},
+    {HOST_CFG_SEND_PAUSE, has_no_pause<PM_FLOW_CTRL_SEND>, pause<PM_FLOW_CTRL_SEND>},
+    {HOST_CFG_CHANNEL, is_as_made<&set::channel>, membership},
     {PM_CFG_MTU, is_as_made<&set::mtu_bytes>, [](port it) { return with_number("switchport mtu", it.mtu_bytes); }},
     {PM_CFG_TRUNKING_MODE, is_as_made<&set::trunking_mode>, [](port it) { return with_word("switchport trunk mode", kTrunkingModes, it.trunking_mode); }},
     {PM_CFG_ENCAP, is_as_made<&set::encapsulation>, [](port it) { return with_word("switchport encapsulation", kEncapsulations, it.encapsulation); }},

@@ -33,6 +33,7 @@ struct shell {
   const user* who = nullptr;    // null: nobody in particular, with all rights
   void (*refresh)() = nullptr;  // brings the model up to date for a command; null: it stays as it is
   std::vector<kernel_device> (*kernel_devices)() = nullptr;  // null: the switch is not the kernel's
+  std::vector<if_index_t> (*way_of_user)() = nullptr;        // interfaces that the user is connected by; null: none
   bool is_interactive = false;
   bool is_leaving = false;  // set by "exit"
   shell_mode mode = kExecMode;

@@ -32,16 +32,29 @@ void note_change(const interface& port) {
   journal.before.emplace(port.if_index, port);
 }
 
-std::vector<if_index_t> take_changes_back(machine& of) {
-  std::vector<if_index_t> changed;
+std::vector<if_index_t> changed_ports() {
+  std::vector<if_index_t> ports;
+  for (const auto& [if_index, before] : journal.before) ports.push_back(if_index);
+  return ports;
+}
+
+changes_back take_changes_back(machine& of) {
+  changes_back made;
   for (const auto& [if_index, before] : journal.before) {
     interface* const port = of.find(if_index);
     if (port == nullptr || static_cast<const port_settings&>(*port) == before) continue;
+    const port_settings now = *port;
     put_back(*port, before);
-    changed.push_back(if_index);
+    const uint32 status = of.settle == nullptr ? 0 : of.settle(*port, now);
+    if (status == 0) {
+      made.restored.push_back(if_index);
+      continue;
+    }
+    put_back(*port, now);
+    made.refused.push_back({if_index, status});
   }
   journal.before.clear();
-  return changed;
+  return made;
 }
 
 }  // namespace host

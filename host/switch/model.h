@@ -153,7 +153,6 @@ struct interface : port_settings {
   if_index_t if_index = 0;
 
   // Configured and operational attributes in the port manager's numbers (platform/port_manager.h).
-  uint16 admin_flow_control = 0;
   uint16 oper_flow_control = 0;
   uint32 bandwidth_kbps = 0;
   uint32 delay_usec = 10;
@@ -178,8 +177,6 @@ struct interface : port_settings {
   mac_address router_mac{};
 
   // Layer and VLANs.
-  uint16 access_vlan = 1;
-  uint16 native_vlan = 1;
   uint16 encapsulation_vlan = 0;      // of a sub-interface; 0 is none
   std::vector<uint16> errored_vlans;  // carried, but shut by an error
   std::vector<uint16> blocked_vlans;  // of those that it carries: where spanning tree does not let it forward
@@ -248,6 +245,10 @@ struct machine {
   // How the source brings the statistics of an interface up to a moment (seconds since 1970). It returns false when it
   // has none to give. Without it the statistics are as they stand.
   bool (*follow_traffic)(interface& port, uint32 now_sec) = nullptr;
+
+  // How the source makes a port what it was just set to, where that is more than the model; `before` is what it was.
+  // Returns 0, or the status with which it refuses. Without it a setting is made when the model has it.
+  uint32 (*settle)(const interface& port, const port_settings& before) = nullptr;
 
   // The interface with this index, or null.
   interface* find(if_index_t if_index);

@@ -36,8 +36,11 @@ struct port_settings {
   uint32 service_state = 0;
   uint32 layer = 2;
   if_index_t channel = 0;  // the port-channel it belongs to; 0 is none
+  uint16 access_vlan = 1;
+  uint16 native_vlan = 1;
   std::vector<uint16> allowed_vlans;
-  bool is_edge = false;  // spanning tree takes the port for one to a host
+  uint16 admin_flow_control = 0;  // bits of PM_FLOW_CTRL_RECEIVE and PM_FLOW_CTRL_SEND
+  bool is_edge = false;           // spanning tree takes the port for one to a host
 
   // Kept and reported; nothing of the switch depends on them.
   uint8 trunking_mode = 0;  // 0: as the port mode says

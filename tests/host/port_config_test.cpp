@@ -211,10 +211,47 @@ TEST_F(PortConfig, TheLastCommandIsTakenBackAsAWhole) {
   set({{names_.third_port, names_.third_port}, {names_.routed_port, names_.routed_port}}, PM_CFG_PORT_STATE, {2});
   set({{names_.routed_port, names_.routed_port}}, PM_CFG_PORT_STATE, {2});
   set({{names_.mgmt, names_.mgmt}}, PM_CFG_BEACON, {1});  // refused
-  EXPECT_EQ(take_changes_back(the_machine()), (std::vector<if_index_t>{names_.third_port, names_.routed_port}));
+  EXPECT_EQ(take_changes_back(the_machine()).restored,
+            (std::vector<if_index_t>{names_.third_port, names_.routed_port}));
   EXPECT_EQ(static_cast<const port_settings&>(port(names_.third_port)), with_mtu);
   EXPECT_EQ(static_cast<const port_settings&>(port(names_.routed_port)), routed);
-  EXPECT_TRUE(take_changes_back(the_machine()).empty());
+  EXPECT_TRUE(take_changes_back(the_machine()).restored.empty());
+}
+
+// ---- A source that has the last word
+
+constexpr uint32 kRefusal = 0x40F10000;
+std::vector<uint16> mtus_before;
+
+uint32 refuse_large_packets(const interface& port, const port_settings& before) {
+  mtus_before.push_back(before.mtu_bytes);
+  return port.mtu_bytes > 4000 ? kRefusal : 0;
+}
+
+TEST_F(PortConfig, WhatTheSourceRefusesIsNotSet) {
+  mtus_before.clear();
+  the_machine().settle = refuse_large_packets;
+  begin_changes();
+  const port_settings as_made = port(names_.third_port);
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA1}), kRefusal);
+  EXPECT_EQ(static_cast<const port_settings&>(port(names_.third_port)), as_made);
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA0}), 0U);
+  EXPECT_EQ(port(names_.third_port).mtu_bytes, 4000);
+  EXPECT_EQ(mtus_before, (std::vector<uint16>{as_made.mtu_bytes, as_made.mtu_bytes}));
+}
+
+TEST_F(PortConfig, WhatTheSourceRefusesToTakeBackStays) {
+  the_machine().find(names_.third_port)->mtu_bytes = 9000;
+  begin_changes();
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA0}), 0U);
+  the_machine().settle = refuse_large_packets;
+  EXPECT_EQ(changed_ports(), (std::vector<if_index_t>{names_.third_port}));
+  const changes_back made = take_changes_back(the_machine());
+  EXPECT_TRUE(made.restored.empty());
+  ASSERT_EQ(made.refused.size(), 1U);
+  EXPECT_EQ(made.refused[0].if_index, names_.third_port);
+  EXPECT_EQ(made.refused[0].status, kRefusal);
+  EXPECT_EQ(port(names_.third_port).mtu_bytes, 4000);
 }
 
 TEST_F(PortConfig, ACommandThatChangesNothingForgetsNothing) {
@@ -222,7 +259,7 @@ TEST_F(PortConfig, ACommandThatChangesNothingForgetsNothing) {
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_BEACON, {1}), 0U);
   begin_changes();
   EXPECT_EQ(set_one(names_.mgmt, PM_CFG_BEACON, {1}), uint32{PM_ERR_NOT_ALLOWED_ON_INTERFACE});
-  EXPECT_EQ(take_changes_back(the_machine()), (std::vector<if_index_t>{names_.third_port}));
+  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.third_port}));
   EXPECT_FALSE(port(names_.third_port).beacon_on);
 }
 
@@ -245,10 +282,10 @@ TEST_F(PortConfig, LyingRequestsAreRejected) {
   const auto is_rejected = [](const std::vector<std::byte>& request) {
     return serve_port_manager(PM_OPC_SET_CONFIG, request).what == reply::kind::reject;
   };
-  std::vector<std::byte> request(6 + 1 + 8);
+  std::vector<std::byte> request(7 + 1 + 8);
   request[3] = std::byte{1};  // one range
   request[4] = std::byte{PM_CFG_BEACON};
-  request[5] = std::byte{1};  // one byte of value
+  request[6] = std::byte{1};  // one byte of value
   EXPECT_FALSE(is_rejected(request));
   for (std::size_t size = 0; size < request.size(); ++size)
     EXPECT_TRUE(is_rejected({request.begin(), request.begin() + static_cast<std::ptrdiff_t>(size)})) << size;

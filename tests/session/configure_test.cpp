@@ -17,6 +17,9 @@ namespace {
 
 const std::string kSwitch = test_file("configuration.yaml");
 
+// The members that the switch file has.
+const std::string kMembers = "interface ethernet 1/11-12\n  channel-group 7\n";
+
 // Runs lines of commands on the switch; `options` in front.
 outcome run_lines(const std::string& lines, std::vector<std::string> options = {}) {
   return run_shell_on(kSwitch, std::move(options), lines);
@@ -87,9 +90,9 @@ TEST(Configure, EverySettingWithAWordIsInTheRunningConfig) {
       "  switchport bb-scn\n"
       "  switchport receive-buffer-size 1024\n"
       "  switchport ignore bit-errors\n";
-  EXPECT_EQ(
-      running("configure\ninterface ethernet 2/1-2\n" + ethernet + "interface fc 3/5\n" + fibre + "end"),
-      "! Settings of lab\nconfigure\ninterface ethernet 2/1-2\n" + ethernet + "interface fc 3/5\n" + fibre + "end\n");
+  EXPECT_EQ(running("configure\ninterface ethernet 2/1-2\n" + ethernet + "interface fc 3/5\n" + fibre + "end"),
+            "! Settings of lab\nconfigure\n" + kMembers + "interface ethernet 2/1-2\n" + ethernet +
+                "interface fc 3/5\n" + fibre + "end\n");
 }
 
 TEST(Configure, SettingsThatWereTakenBackAreSaidSo) {
@@ -101,8 +104,8 @@ TEST(Configure, SettingsThatWereTakenBackAreSaidSo) {
             "  switchport speed auto\n"
             "  switchport duplex auto\n"
             "  switchport mtu 1500\n"
-            "  no shutdown\n"
-            "end\n");
+            "  no shutdown\n" +
+                kMembers + "end\n");
 }
 
 TEST(Configure, EveryModeHasItsWord) {
@@ -110,12 +113,12 @@ TEST(Configure, EveryModeHasItsWord) {
        {"access", "trunk", "fabric", "private-vlan host", "private-vlan promiscuous", "sd", "tl"}) {
     const std::string line = std::string("  switchport mode ") + mode + "\n";
     EXPECT_EQ(running("configure\ninterface ethernet 1/3\n" + line + "end"),
-              "! Settings of lab\nconfigure\ninterface ethernet 1/3\n" + line + "end\n");
+              "! Settings of lab\nconfigure\ninterface ethernet 1/3\n" + line + kMembers + "end\n");
   }
   for (const char* const mode : {"auto", "e", "f", "fl", "fx", "np", "st"}) {
     const std::string line = std::string("  switchport mode ") + mode + "\n";
     EXPECT_EQ(running("configure\ninterface fc 3/1\n" + line + "end"),
-              "! Settings of lab\nconfigure\ninterface fc 3/1\n" + line + "end\n");
+              "! Settings of lab\nconfigure\n" + kMembers + "interface fc 3/1\n" + line + "end\n");
   }
 }
 
@@ -123,13 +126,74 @@ TEST(Configure, EverySpeedHasItsWord) {
   for (const char* const speed : {"10", "100", "1000"}) {
     const std::string line = std::string("  switchport speed ") + speed + "\n";
     EXPECT_EQ(running("configure\ninterface ethernet 1/3\n" + line + "end"),
-              "! Settings of lab\nconfigure\ninterface ethernet 1/3\n" + line + "end\n");
+              "! Settings of lab\nconfigure\ninterface ethernet 1/3\n" + line + kMembers + "end\n");
   }
   for (const char* const speed : {"2000", "4000", "8000", "auto", "auto max 2000"}) {
     const std::string line = std::string("  switchport speed ") + speed + "\n";
     EXPECT_EQ(running("configure\ninterface fc 3/1\n" + line + "end"),
-              "! Settings of lab\nconfigure\ninterface fc 3/1\n" + line + "end\n");
+              "! Settings of lab\nconfigure\n" + kMembers + "interface fc 3/1\n" + line + "end\n");
   }
+}
+
+TEST(Configure, VlansFlowControlAndMembershipAreSettings) {
+  const std::string trunk =
+      "  switchport mode trunk\n"
+      "  switchport access vlan 7\n"
+      "  switchport trunk native vlan 10\n"
+      "  switchport trunk allowed vlan 5,10,20-24,26-30\n"
+      "  flowcontrol receive on\n"
+      "  flowcontrol send desired\n";
+  EXPECT_EQ(running("configure\ninterface ethernet 2/1\nswitchport mode trunk\nswitchport access vlan 7\n"
+                    "switchport trunk native vlan 10\nswitchport trunk allowed vlan 10,20-30\n"
+                    "switchport trunk allowed vlan add 5\nswitchport trunk allowed vlan remove 25,4094\n"
+                    "flowcontrol receive on\nflowcontrol send desired\n"
+                    "interface ethernet 1/11\nno channel-group\ninterface ethernet 1/3\nchannel-group 7\nend"),
+            "! Settings of lab\nconfigure\ninterface ethernet 1/3\n  channel-group 7\n"
+            "interface ethernet 1/11\n  no channel-group\ninterface ethernet 1/12\n  channel-group 7\n"
+            "interface ethernet 2/1\n" +
+                trunk + "end\n");
+  EXPECT_EQ(running("configure\ninterface ethernet 2/1\nswitchport mode trunk\nno switchport access vlan\n"
+                    "no switchport trunk native vlan\nswitchport trunk allowed vlan none\nflowcontrol receive off\n"
+                    "interface ethernet 2/2\nswitchport mode trunk\nno switchport trunk allowed vlan\nend"),
+            "! Settings of lab\nconfigure\n" + kMembers +
+                "interface ethernet 2/1\n  switchport mode trunk\n  switchport access vlan 1\n"
+                "  switchport trunk native vlan 1\n  switchport trunk allowed vlan none\n  flowcontrol receive off\n"
+                "interface ethernet 2/2\n  switchport mode trunk\n  switchport trunk allowed vlan 1-4094\nend\n");
+}
+
+TEST(Configure, AListOfVlansMayNeedSeveralLines) {
+  std::string list = "2";
+  for (int vlan = 4; vlan <= 240; vlan += 2)
+    list += (vlan % 120 == 2 ? "\nswitchport trunk allowed vlan add " : ",") + std::to_string(vlan);
+  const std::string lines = running(
+      "configure\ninterface ethernet 2/1\nswitchport mode trunk\nswitchport trunk allowed vlan " + list + "\nend");
+  const file_of_test file(lines);
+  EXPECT_NE(lines.find("  switchport trunk allowed vlan add 122,124,"), std::string::npos) << lines;
+  EXPECT_EQ(run_shell_on(kSwitch, {"--config", file.path, "-c", "show running-config"}).out, lines);
+}
+
+TEST(Configure, MembersTakeOverWhatTheirChannelIsSetTo) {
+  const outcome result = configured("port-channel 7", "switchport mtu 9000\ninterface ethernet 1/3\nchannel-group 7",
+                                    "show interface ethernet 1/3 brief");
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_NE(result.out.find("9000  \n"), std::string::npos) << result.out;
+}
+
+TEST(Configure, RefusedVlansAndChannelsAreReportedByPort) {
+  const outcome none = configured("ethernet 1/1-2", "channel-group 9");
+  EXPECT_EQ(none.exit_code, 3);
+  EXPECT_EQ(none.out,
+            "Command failed for following interfaces:\n"
+            "Ethernet1/1 failed for channel-group 9 with no such interface\n"
+            "Ethernet1/2 failed for channel-group 9 with no such interface\n\n");
+  EXPECT_EQ(configured("ethernet 1/11", "switchport access vlan 9").out,
+            "Command failed for following interfaces:\n"
+            "Ethernet1/11 failed for switchport access vlan 9 with port belongs to a port-channel\n\n");
+  EXPECT_EQ(configured("ethernet 1/1", "switchport access vlan 4095").err,
+            "pmsh: '4095' is no VLAN: it takes a number from 1 to 4094.\n");
+  const outcome lost = run_shell_on(kSwitch, {"--provoke", "port-manager=lost"},
+                                    "configure\ninterface ethernet 1/1\nflowcontrol send on\n");
+  EXPECT_EQ(lost.exit_code, 2);
 }
 
 TEST(Configure, TheRunningConfigRebuildsTheState) {
@@ -211,8 +275,8 @@ TEST(Configure, AFailedRequestIsAnotherExitCode) {
 TEST(Configure, WhatIsWrongWithACommandIsSaidBeforeAnythingIsSent) {
   const outcome result = configured("fc 3/1", "switchport receive-buffer-size 2110", "show running-config");
   EXPECT_EQ(result.exit_code, 1);
-  EXPECT_EQ(result.out,
-            "error: invalid receive buffer size (not a multiple of 4)\n! Settings of lab\nconfigure\nend\n");
+  EXPECT_EQ(result.out, "error: invalid receive buffer size (not a multiple of 4)\n! Settings of lab\nconfigure\n" +
+                            kMembers + "end\n");
   EXPECT_EQ(configured("ethernet 1/1", "switchport").out, "Error: command not supported on interface type\n");
   EXPECT_EQ(configured("port-channel 7", "switchport beacon").out, "Beacon mode not supported for port channels\n");
   EXPECT_EQ(configured("ethernet 1/1", "no switchport host").out,
@@ -283,8 +347,10 @@ TEST(Configure, TheLastChangeIsTakenBack) {
                                     "switchport mtu 9000\nswitchport mtu 4000\nundo\nundo", "show running-config");
   EXPECT_EQ(result.out,
             "Taken back for ethernet 1/1-3, ethernet 2/2.\n"
-            "! Settings of lab\nconfigure\ninterface ethernet 1/1-3\n  switchport mtu 9000\ninterface ethernet 2/2\n"
-            "  switchport mtu 9000\nend\n");
+            "! Settings of lab\nconfigure\ninterface ethernet 1/1-3\n  switchport mtu 9000\n" +
+                kMembers +
+                "interface ethernet 2/2\n"
+                "  switchport mtu 9000\nend\n");
   EXPECT_EQ(result.err, "pmsh: there is no setting to take back.\n");
 }
 
@@ -302,7 +368,7 @@ TEST(Configure, AFileGoesOnWhenItIsTo) {
   const file_of_test file("configure\ninterface ethernet 1/1\nswitchport mtu 99999\nshutdown\nend\n");
   const outcome result = run_shell_on(kSwitch, {"--keep-going", "-f", file.path, "-c", "show running-config"});
   EXPECT_EQ(result.exit_code, 1);
-  EXPECT_EQ(result.out, "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\nend\n");
+  EXPECT_EQ(result.out, "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kMembers + "end\n");
   EXPECT_NE(result.err.find(":3: 'switchport mtu 99999' failed.\n"), std::string::npos);
 }
 
@@ -316,7 +382,7 @@ TEST(Configure, SettingsAreWrittenToFiles) {
   const file_of_test file("what was there before");
   const outcome result = configured("ethernet 1/1", "shutdown", "copy running-config " + file.path);
   EXPECT_EQ(result.out, "Written to " + file.path + ".\n");
-  EXPECT_EQ(file.text(), "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\nend\n");
+  EXPECT_EQ(file.text(), "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kMembers + "end\n");
   const outcome failed = run_lines("copy running-config /nowhere/site.cfg\n");
   EXPECT_EQ(failed.exit_code, 1);
   EXPECT_EQ(failed.err, "pmsh: cannot write '/nowhere/site.cfg': No such file or directory.\n");
@@ -324,9 +390,10 @@ TEST(Configure, SettingsAreWrittenToFiles) {
 
 TEST(Configure, TheStartupConfigIsKeptUnderTheNameOfTheSwitch) {
   EXPECT_EQ(configured("ethernet 1/1", "shutdown", "copy running-config startup-config").exit_code, 0);
-  EXPECT_EQ(run_shell_on(kSwitch, {"-c", "show running-config"}).out, "! Settings of lab\nconfigure\nend\n");
+  EXPECT_EQ(run_shell_on(kSwitch, {"-c", "show running-config"}).out,
+            "! Settings of lab\nconfigure\n" + kMembers + "end\n");
   EXPECT_EQ(run_shell_on(kSwitch, {"--config", "startup-config", "-c", "show running-config"}).out,
-            "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\nend\n");
+            "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kMembers + "end\n");
 }
 
 // The last port of each slot, from the names of a table.

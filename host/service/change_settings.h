@@ -1,0 +1,22 @@
+// How services change what a port is set to.
+#pragma once
+
+#include "switch/change_journal.h"
+#include "switch/model.h"
+
+namespace host {
+
+// Changes a port by `apply`, which returns the port's status and changes nothing when that is not 0, and has the source
+// make it so. The change is noted. A port that refuses is as it was.
+template <typename Apply>
+uint32 change_settings(interface& port, Apply apply) {
+  const port_settings before = port;
+  note_change(port);
+  if (const uint32 status = apply(port); status != 0) return status;
+  const auto settle = the_machine().settle;
+  const uint32 refused = settle == nullptr ? 0 : settle(port, before);
+  if (refused != 0) static_cast<port_settings&>(port) = before;
+  return refused;
+}
+
+}  // namespace host

@@ -1,0 +1,88 @@
+// Settings that the command library does not make: VLANs, flow control, membership of port-channels.
+#include "client/host_settings.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "platform/vsh.h"
+#include "service/port_manager_messages.h"
+#include "shell/output/command_output.h"
+#include "shell/setting_outcome.h"
+#include "shell/shell.h"
+#include "shell/way_of_user.h"
+#include "shell/words.h"
+#include "switch/change_journal.h"
+
+namespace host {
+namespace {
+
+using octets = std::vector<std::byte>;
+
+template <typename Record>
+octets octets_of(const Record& record) {
+  octets bytes(sizeof record);
+  std::memcpy(bytes.data(), &record, sizeof record);
+  return bytes;
+}
+
+// The VLANs of the line, all or none.
+octets vlan_list_value(const command_line& line, const setting_token& token) {
+  constexpr vlan_span kAll = {1, 4094};
+  allowed_vlans_value value{};
+  value.action = static_cast<uint8>(token.id);
+  value.vlans.size = BITSET_BYTES;
+  std::vector<vlan_span> spans;
+  if (token.holds == token_value::text)
+    spans = parse_vlans(line.argument).value_or(spans);
+  else if (token.fixed != 0)
+    spans = {kAll};
+  for (const vlan_span& span : spans)
+    for (uint32 id = span.first; id <= span.last; ++id) value.vlans.bits[id / 8] |= static_cast<uint8>(0x80U >> id % 8);
+  return octets_of(value);
+}
+
+octets value_of(const command_line& line) {
+  const setting_token& token = line.what->tokens.token[0];
+  const uint32 number = token.holds == token_value::number ? line.number.value_or(0) : token.fixed;
+  switch (line.what->command_id) {
+    case HOST_CFG_ALLOWED_VLANS: return vlan_list_value(line, token);
+    case HOST_CFG_RECEIVE_PAUSE:
+    case HOST_CFG_SEND_PAUSE: return octets_of(static_cast<uint8>(number));
+    default: return octets_of(be16(static_cast<uint16>(number)));
+  }
+}
+
+std::vector<if_index_range_t> ranges_of(const shell& session) {
+  std::vector<if_index_range_t> ranges;
+  for (const configured_ranges& of_kind : session.configured)
+    for (const vsh_intf_mono_range_t& range : of_kind.ranges)
+      ranges.push_back({range.lower_if_index, range.upper_if_index});
+  return ranges;
+}
+
+struct free_block {
+  void operator()(void* block) const { std::free(block); }
+};
+
+}  // namespace
+
+int set_ports_of_host(const invocation& run) {
+  if (!may_go_on(run)) return kNotPermitted;
+  const command_queue q;
+  begin_changes();
+  pm_port_cfg_status_t* block = nullptr;
+  uint32 count = 0;
+  const auto type = static_cast<uint8>(run.line.what->command_id);
+  const int32 error = set_host_setting(q.handle, ranges_of(run.session), type, value_of(run.line), &block, &count);
+  const std::unique_ptr<pm_port_cfg_status_t, free_block> results(block);
+  take_setting_results();
+  if (error != 0) {
+    vsh_print_mts_error_message(VSH_MTS_ERROR_REQUEST, mts_errno_get(q.handle));
+    return kServiceFailed;
+  }
+  return report_refusals(run, run.line.text, {block, count});
+}
+
+}  // namespace host

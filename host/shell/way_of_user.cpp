@@ -1,0 +1,65 @@
+#include "shell/way_of_user.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <string_view>
+
+#include "platform/vsh.h"
+#include "shell/interface_ranges.h"
+#include "shell/output/command_output.h"
+#include "shell/shell.h"
+#include "switch/change_journal.h"
+
+namespace host {
+namespace {
+
+bool is_in_mode(const shell& session, if_index_t if_index) {
+  for (const configured_ranges& of_kind : session.configured)
+    for (const vsh_intf_mono_range_t& range : of_kind.ranges)
+      if (range.lower_if_index <= if_index && if_index <= range.upper_if_index) return true;
+  return false;
+}
+
+bool wants_it(const std::vector<if_index_t>& cut) {
+  const std::string prompt = "You may be connected by " + range_text(cut) + ". Cut that? (y/n) [n] ";
+  std::array<char, 9> answer{};
+  vsh_user_input_info_t question{};
+  question.prompt = prompt.c_str();
+  question.default_input = "n";
+  question.notty_input = "n";
+  question.max_len = answer.size() - 1;
+  return vsh_util_user_input_get(&question, answer.data()) == 0 && (answer[0] == 'y' || answer[0] == 'Y');
+}
+
+template <typename Test>
+bool may_change(const invocation& run, Test is_changed) {
+  if (run.session.way_of_user == nullptr) return true;
+  std::vector<if_index_t> way = run.session.way_of_user();
+  way.erase(std::remove_if(way.begin(), way.end(), [&](if_index_t it) { return !is_changed(it); }), way.end());
+  if (way.empty() || wants_it(way)) return true;
+  run.output.complain("nothing was changed: you may be connected by " + range_text(way) +
+                      ". Start the shell with --yes to change it all the same.");
+  return false;
+}
+
+}  // namespace
+
+bool may_go_on(const invocation& run) {
+  const bool is_taken_back = run.line.is_no && run.line.what->syntax.words[0].is_optional;
+  if (!run.line.what->may_cut || is_taken_back) return true;
+  return may_change(run, [&](if_index_t it) { return is_in_mode(run.session, it); });
+}
+
+bool may_undo(const invocation& run) {
+  const std::vector<if_index_t> changed = changed_ports();
+  return may_change(run, [&](if_index_t it) { return std::binary_search(changed.begin(), changed.end(), it); });
+}
+
+std::string address_of_user() {
+  const char* const connection = std::getenv("SSH_CONNECTION");
+  const std::string_view text = connection == nullptr ? "" : connection;
+  return std::string(text.substr(0, text.find(' ')));
+}
+
+}  // namespace host

@@ -1,0 +1,22 @@
+// Changes that would cut the way by which the user is connected.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "shell/commands.h"
+
+namespace host {
+
+// False when a setting may take the user's own way down, and the user, asked, does not want that; it is then said that
+// nothing was changed. Without a terminal the answer is no, with --yes it is yes.
+bool may_go_on(const invocation& run);
+
+// The same, of taking back what the last setting changed.
+bool may_undo(const invocation& run);
+
+// The address that the user is connected from, by the environment; empty for one that sits at the machine or changed
+// the user, so that it is not known.
+std::string address_of_user();
+
+}  // namespace host
