@@ -58,6 +58,48 @@ has_line "$(show left)" "  Description: to the lab, 100% of it %s %n"
 ip -n "$here" addr add 198.51.100.1/24 dev left
 has_line "$(show left)" "  Internet Address is 198.51.100.1/24"
 
+# ---- Settings ----
+set_on() { printf 'configure\ninterface %s\n%s\n' "$1" "$2" | run "${@:3}" 2>&1; }
+[ -z "$(set_on "$left" $'shutdown\ndescription set here\nswitchport mtu 5000')" ] || fail "settings are refused"
+is_so() { [ "$(ip -n "$here" -j link show left | jq -r "$1")" = "$2" ] || fail "not '$2': $(ip -n "$here" -j link show left)"; }
+is_so '.[0].flags | index("UP")' null
+is_so '.[0].ifalias' 'set here'
+is_so '.[0].mtu' 5000
+set_on "$left" $'no shutdown' >/dev/null
+[ "$(set_on "$left" $'shutdown\nundo')" = "Taken back for $left." ] || fail "undo"
+is_so '.[0].flags | index("UP") != null' true
+set_on "$left" $'no shutdown\nno description\nswitchport mtu 4000' >/dev/null
+is_so '.[0].flags | index("UP") != null' true
+is_so '.[0].ifalias' null
+
+# What the kernel refuses is said of each port.
+right=$(interface right)
+said=$(set_on "$left, $right" 'flowcontrol receive on')
+has_line "$said" "Ethernet${left#ethernet } failed for flowcontrol receive on with Operation not supported"
+has_line "$said" "Ethernet${right#ethernet } failed for flowcontrol receive on with Operation not supported"
+has "$(set_on "$left" 'switchport access vlan 7')" "with the device is no port of a bridge"
+
+# Without the right, it is named.
+if command -v setpriv >/dev/null; then
+  plain() { ip netns exec "$here" setpriv --reuid 65534 --clear-groups --bounding-set=-all "$pmsh" --kernel; }
+  said=$(printf 'configure\ninterface %s\nshutdown\n' "$left" | plain 2>&1) && fail "a plain user switches devices off"
+  has "$said" "not permitted: the right CAP_NET_ADMIN is missing"
+  is_so '.[0].flags | index("UP") != null' true
+fi
+
+# The user's own way is not cut without a question; without a terminal the answer is no.
+ip -n "$here" addr add 203.0.113.1/24 dev left
+export SSH_CONNECTION='203.0.113.9 50000 203.0.113.1 22'
+said=$(set_on "$left" shutdown) && fail "the user's way was cut"
+has_line "$said" "pmsh: nothing was changed: you may be connected by $left. Start the shell with --yes to change it all the same."
+is_so '.[0].flags | index("UP") != null' true
+set_on "$right" 'description the other end' >/dev/null || fail "another port is not set"
+set_on "$left" shutdown --yes >/dev/null || fail "--yes does not cut the way"
+is_so '.[0].flags | index("UP")' null
+unset SSH_CONNECTION
+ip -n "$here" addr del 203.0.113.1/24 dev left
+set_on "$left" 'no shutdown' >/dev/null
+
 # Names with odd characters.
 if dev add '<a>"b$;' type veth peer name odd; then
   has "$(run -c 'show kernel-map')" '<a>"b$; '

@@ -11,6 +11,7 @@
 #include "shell/print_error.h"
 #include "shell/prompts.h"
 #include "shell/shell.h"
+#include "shell/way_of_user.h"
 #include "source/chassis/giant.h"
 #include "source/chassis/switch_file.h"
 #include "source/kernel/kernel_source.h"
@@ -79,6 +80,8 @@ std::vector<kernel_device> kernel_devices() {
   return devices;
 }
 
+std::vector<if_index_t> way_of_user() { return interfaces_on_the_way_to(address_of_user()); }
+
 // Makes the settings of a file before anything else happens; its last mode does not stay.
 int begin_with(const std::string& configuration, shell& session) {
   if (configuration.empty()) return kDone;
@@ -103,6 +106,7 @@ int run(const options& wanted) {
   if (wanted.is_kernel) {
     session.refresh = refresh_kernel_machine;
     session.kernel_devices = kernel_devices;
+    session.way_of_user = way_of_user;
   }
 
   if (wanted.assume_yes) assume_yes();

@@ -175,6 +175,7 @@ TEST(KernelMessages, VlansOfABridgePortAreSinglesAndRanges) {
   std::vector<kernel_link> links = {device(6, "a", ""), device(7, "b", "")};
   decode_bridge_vlans(message.head(), links);
   EXPECT_EQ(links[1].native_vlan, 5);
+  EXPECT_TRUE(links[1].has_tagged_vlans);
   EXPECT_EQ(links[1].vlans, (std::vector<uint16>{5, 10, 11, 12}));
   EXPECT_TRUE(links[0].vlans.empty());
 }
@@ -349,6 +350,7 @@ TEST(KernelMachine, APortOfABridgeHasItsVlans) {
   kernel_link trunk = access;
   trunk.number = 3;
   trunk.vlans = {5, 6, 7};
+  trunk.has_tagged_vlans = true;
   trunk.bridge_state = BR_STATE_BLOCKING;
   const machine made = machine_of({access, trunk});
   EXPECT_EQ(made.interfaces[0].oper_mode, PM_PORT_MODE_ACCESS);

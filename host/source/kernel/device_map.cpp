@@ -91,7 +91,8 @@ std::vector<mapped_device> map_devices(const std::vector<kernel_link>& links, ui
   std::vector<mapped_device> mapped;
   std::set<if_index_t> taken;
   const auto add = [&](const kernel_link& link, if_index_t if_index) {
-    if (if_index != 0 && taken.insert(if_index).second) mapped.push_back({link.name, link.number, if_index});
+    if (if_index != 0 && taken.insert(if_index).second)
+      mapped.push_back({link.name, link.number, if_index, link.slave_kind == "bridge"});
   };
   // What the user wants comes first, so that nothing else takes its place; VLAN devices last, for they need their
   // parents.

@@ -28,6 +28,7 @@ struct mapped_device {
   std::string device;
   uint32 number = 0;  // the kernel's
   if_index_t if_index = 0;
+  bool is_bridge_port = false;
 };
 
 // Maps devices, sorted by number; `management` is the number of the management port's, or 0. A device whose interface

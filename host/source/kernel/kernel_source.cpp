@@ -13,6 +13,10 @@
 #include "platform/interface_manager.h"
 #include "platform/platform_data.h"
 #include "platform/port_manager.h"
+#include "platform/syserr.h"
+#include "source/kernel/identify.h"
+#include "source/kernel/settings.h"
+#include "source/kernel/way.h"
 #include "switch/if_index_layout.h"
 
 namespace host {
@@ -36,6 +40,7 @@ struct remembered {
 
 struct {
   wanted_interfaces wanted;
+  std::vector<kernel_link> links;
   std::vector<mapped_device> mapped;
   std::map<if_index_t, device_counters> counted;  // as the kernel told it last
   std::map<if_index_t, remembered> memory;
@@ -69,15 +74,15 @@ void set_state(const kernel_link& link, interface& port) {
 
 // ---- VLANs ----------------------------------------------------------------------------------------------------------
 
-// A port of a bridge: a trunk when it carries more than one VLAN.
+// A port of a bridge: a trunk when it carries VLANs with tags.
 void set_vlans(const kernel_link& link, interface& port) {
-  const bool is_trunk = link.vlans.size() > 1;
+  const bool is_trunk = link.has_tagged_vlans;
   port.layer = link.slave_kind == "bridge" || take_apart(port.if_index).type == IF_TYPE_ETHERNET ? uint32{IF_LAYER_2}
                                                                                                  : uint32{IF_LAYER_3};
   port.admin_mode = port.oper_mode =
       is_trunk ? uint32{PM_PORT_MODE_TRUNK} : default_port_mode(take_apart(port.if_index).type, port.layer);
   port.native_vlan = port.access_vlan = link.native_vlan != 0 ? link.native_vlan : uint16{1};
-  port.allowed_vlans = link.vlans;
+  if (is_trunk) port.allowed_vlans = link.vlans;
   if (link.bridge_state && *link.bridge_state != BR_STATE_FORWARDING) port.blocked_vlans = link.vlans;
   port.encapsulation_vlan = static_cast<uint16>(link.vlan);
 }
@@ -102,12 +107,30 @@ interface interface_of(const kernel_link& link, const std::vector<mapped_device>
   if (link.is_full_duplex)
     port.oper_duplex = *link.is_full_duplex ? uint8{PM_PORT_DUPLEX_FULL} : uint8{PM_PORT_DUPLEX_HALF};
   port.addresses = link.addresses;
+  port.beacon_on = is_identifying(link.number);
   set_state(link, port);
   set_vlans(link, port);
   const mapped_device* const master = find_device(mapped, link.master);
   if (link.slave_kind == "bond" && master != nullptr && take_apart(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
     port.channel = master->if_index;
   return port;
+}
+
+// ---- Settings -------------------------------------------------------------------------------------------------------
+
+uint32 settle(const interface& port, const port_settings& before) {
+  const auto device_of = [](if_index_t if_index) {
+    return std::find_if(the_kernel.mapped.begin(), the_kernel.mapped.end(),
+                        [if_index](const mapped_device& it) { return it.if_index == if_index; });
+  };
+  const auto it = device_of(port.if_index);
+  if (it == the_kernel.mapped.end()) return PM_ERR_NO_SUCH_INTERFACE;
+  const auto bond = device_of(port.channel);
+  return settle_device({.number = it->number,
+                        .name = it->device,
+                        .is_bridge_port = it->is_bridge_port,
+                        .bond = bond == the_kernel.mapped.end() ? 0 : bond->number},
+                       port, before);
 }
 
 // ---- Counters -------------------------------------------------------------------------------------------------------
@@ -158,7 +181,8 @@ std::string host_name() {
 }
 
 machine read_machine() {
-  const std::vector<kernel_link> links = read_links();
+  the_kernel.links = read_links();
+  const std::vector<kernel_link>& links = the_kernel.links;
   the_kernel.mapped = map_devices(links, default_route_device(), the_kernel.wanted);
   the_kernel.counted.clear();
   std::size_t place = 0;
@@ -168,6 +192,7 @@ machine read_machine() {
   }
   machine made = machine_of_devices(links, the_kernel.mapped);
   made.follow_traffic = follow_device;
+  made.settle = settle;
   return made;
 }
 
@@ -203,6 +228,16 @@ machine read_kernel_machine(const wanted_interfaces& wanted) {
 void refresh_kernel_machine() {
   if (!the_kernel.is_fresh) the_machine() = read_machine();
   the_kernel.is_fresh = false;
+}
+
+std::vector<if_index_t> interfaces_on_the_way_to(const std::string& address) {
+  const uint32 device = device_towards(address);
+  const std::set<uint32> way = devices_below(the_kernel.links, device != 0 ? device : default_route_device());
+  std::vector<if_index_t> interfaces;
+  for (const mapped_device& it : the_kernel.mapped)
+    if (way.contains(it.number)) interfaces.push_back(it.if_index);
+  std::sort(interfaces.begin(), interfaces.end());
+  return interfaces;
 }
 
 const std::vector<mapped_device>& kernel_map() { return the_kernel.mapped; }

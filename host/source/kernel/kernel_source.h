@@ -19,6 +19,10 @@ machine read_kernel_machine(const wanted_interfaces& wanted);
 // after read_kernel_machine() leaves the machine as it was just read.
 void refresh_kernel_machine();
 
+// The interfaces of the devices that packets to an address take, and of those below these: parents, members of bridges
+// and bonds. An address that is none, or empty, is somewhere behind the default route. Sorted; none without a route.
+std::vector<if_index_t> interfaces_on_the_way_to(const std::string& address);
+
 // The devices as they were last read.
 const std::vector<mapped_device>& kernel_map();
 

@@ -97,6 +97,7 @@ void take_link_attribute(const nlattr& attribute, kernel_link& link) {
 void take_vlan(const nlattr& attribute, kernel_link& link, uint16& range_begin) {
   const auto info = attribute_number<bridge_vlan_info>(attribute);
   if ((info.flags & BRIDGE_VLAN_INFO_PVID) != 0) link.native_vlan = info.vid;
+  if ((info.flags & BRIDGE_VLAN_INFO_UNTAGGED) == 0) link.has_tagged_vlans = true;
   if ((info.flags & BRIDGE_VLAN_INFO_RANGE_BEGIN) != 0) {
     range_begin = info.vid;
     return;
@@ -116,20 +117,6 @@ uint32 device_of(const nlattr& header) {
     if (type_of(attribute) == ETHTOOL_A_HEADER_DEV_INDEX) number = attribute_number<uint32>(attribute);
   });
   return number;
-}
-
-// The number of the ethtool family of generic netlink; 0 when the kernel has none.
-uint16 ethtool_family(netlink_socket& generic) {
-  netlink_request request(GENL_ID_CTRL, NLM_F_ACK);
-  request.extra<genlmsghdr>() = {.cmd = CTRL_CMD_GETFAMILY, .version = 1, .reserved = 0};
-  mnl_attr_put_strz(&request.head(), CTRL_ATTR_FAMILY_NAME, ETHTOOL_GENL_NAME);
-  uint16 family = 0;
-  generic.ask(request, [&family](const nlmsghdr& message) {
-    for_each_attribute(message, sizeof(genlmsghdr), [&family](const nlattr& attribute) {
-      if (type_of(attribute) == CTRL_ATTR_FAMILY_ID) family = attribute_number<uint16>(attribute);
-    });
-  });
-  return family;
 }
 
 void read_link_modes(std::vector<kernel_link>& links) {
@@ -189,6 +176,15 @@ void dump_addresses(netlink_socket& route, std::vector<kernel_link>& links) {
 // others.
 constexpr const char* kSomewhere[] = {"192.0.2.255", "198.51.100.255", "203.0.113.255"};
 
+uint32 device_of_route(const nlmsghdr& message) {
+  uint32 device = 0;
+  if (message.nlmsg_type != RTM_NEWROUTE) return device;
+  for_each_attribute(message, sizeof(rtmsg), [&device](const nlattr& attribute) {
+    if (type_of(attribute) == RTA_OIF) device = attribute_number<uint32>(attribute);
+  });
+  return device;
+}
+
 // The device, when a route for every address is the one that leads to `somewhere`; 0 otherwise.
 uint32 device_of_default_route_to(netlink_socket& route, const char* somewhere) {
   netlink_request request(RTM_GETROUTE, NLM_F_ACK);
@@ -206,14 +202,23 @@ uint32 device_of_default_route_to(netlink_socket& route, const char* somewhere) 
 
 }  // namespace
 
+uint16 ethtool_family(netlink_socket& generic) {
+  netlink_request request(GENL_ID_CTRL, NLM_F_ACK);
+  request.extra<genlmsghdr>() = {.cmd = CTRL_CMD_GETFAMILY, .version = 1, .reserved = 0};
+  mnl_attr_put_strz(&request.head(), CTRL_ATTR_FAMILY_NAME, ETHTOOL_GENL_NAME);
+  uint16 family = 0;
+  generic.ask(request, [&family](const nlmsghdr& message) {
+    for_each_attribute(message, sizeof(genlmsghdr), [&family](const nlattr& attribute) {
+      if (type_of(attribute) == CTRL_ATTR_FAMILY_ID) family = attribute_number<uint16>(attribute);
+    });
+  });
+  return family;
+}
+
 uint32 decode_default_route(const nlmsghdr& message) {
   if (message.nlmsg_type != RTM_NEWROUTE || mnl_nlmsg_get_payload_len(&message) < sizeof(rtmsg)) return 0;
-  if (static_cast<const rtmsg*>(mnl_nlmsg_get_payload(&message))->rtm_dst_len != 0) return 0;
-  uint32 device = 0;
-  for_each_attribute(message, sizeof(rtmsg), [&device](const nlattr& attribute) {
-    if (type_of(attribute) == RTA_OIF) device = attribute_number<uint32>(attribute);
-  });
-  return device;
+  const auto* const route = static_cast<const rtmsg*>(mnl_nlmsg_get_payload(&message));
+  return route->rtm_dst_len != 0 ? 0 : device_of_route(message);
 }
 
 std::optional<kernel_link> decode_link(const nlmsghdr& message) {
@@ -286,6 +291,22 @@ std::vector<kernel_link> read_links() {
   dump_addresses(route, links);
   read_link_modes(links);
   return links;
+}
+
+uint32 device_towards(const std::string& address) {
+  std::array<uint8, sizeof(in6_addr)> bytes{};
+  const bool is_ipv4 = inet_pton(AF_INET, address.c_str(), bytes.data()) == 1;
+  if (!is_ipv4 && inet_pton(AF_INET6, address.c_str(), bytes.data()) != 1) return 0;
+  const std::size_t size = is_ipv4 ? sizeof(in_addr) : sizeof(in6_addr);
+  netlink_socket route(NETLINK_ROUTE);
+  netlink_request request(RTM_GETROUTE, NLM_F_ACK);
+  auto& head = request.extra<rtmsg>();
+  head.rtm_family = is_ipv4 ? AF_INET : AF_INET6;
+  head.rtm_dst_len = static_cast<uint8>(size * 8);
+  mnl_attr_put(&request.head(), RTA_DST, size, bytes.data());
+  uint32 device = 0;
+  route.ask(request, [&device](const nlmsghdr& message) { device = device_of_route(message); });
+  return device;
 }
 
 uint32 default_route_device() {

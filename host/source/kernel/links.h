@@ -33,6 +33,7 @@ struct kernel_link {
   // Of a port of a bridge that knows VLANs.
   uint16 native_vlan = 0;
   std::vector<uint16> vlans;
+  bool has_tagged_vlans = false;
 
   std::optional<uint32> speed_mbps;
   std::optional<bool> is_full_duplex;
@@ -45,6 +46,9 @@ void decode_bridge_vlans(const nlmsghdr& message, std::vector<kernel_link>& link
 void decode_address(const nlmsghdr& message, std::vector<kernel_link>& links);
 void decode_link_modes(const nlmsghdr& message, std::vector<kernel_link>& links);
 
+// The number of the ethtool family of generic netlink; 0 when the kernel has none.
+uint16 ethtool_family(netlink_socket& generic);
+
 // The device of a route; 0 when the route is not for every address.
 uint32 decode_default_route(const nlmsghdr& message);
 
@@ -54,5 +58,8 @@ std::vector<kernel_link> read_links();
 
 // The device that the default route leads to; 0 when there is none.
 uint32 default_route_device();
+
+// The device that packets to an address in text take; 0 when it is no address, or none is told.
+uint32 device_towards(const std::string& address);
 
 }  // namespace host

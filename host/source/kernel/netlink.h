@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "platform/types.h"
@@ -34,10 +35,14 @@ Number attribute_number(const nlattr& attribute) {
   return number;
 }
 
+// The kernel's words in an error message; none of an acknowledgement, of another message, or where it gave none.
+std::string words_of(const nlmsghdr& message);
+
 // A request under construction.
 class netlink_request {
  public:
-  netlink_request(uint16 type, uint16 flags) : bytes_(kBytes) {
+  // `room` is for the whole message; the caller sees to it that all fits in.
+  netlink_request(uint16 type, uint16 flags, std::size_t room = kBytes) : bytes_(room) {
     head_ = mnl_nlmsg_put_header(bytes_.data());
     head_->nlmsg_type = type;
     head_->nlmsg_flags = static_cast<uint16>(NLM_F_REQUEST | flags);
@@ -66,6 +71,9 @@ class netlink_socket {
   int ask(netlink_request& request, const std::function<void(const nlmsghdr&)>& visit,
           const std::function<void()>& restart = {});
 
+  // Why the kernel refused the last question, in its own words; empty when it gave none.
+  const std::string& reason() const { return reason_; }
+
  private:
   struct closer {
     void operator()(mnl_socket* socket) const { mnl_socket_close(socket); }
@@ -76,6 +84,7 @@ class netlink_socket {
   std::unique_ptr<mnl_socket, closer> socket_;
   std::vector<char> buffer_;
   uint32 sequence_ = 0;
+  std::string reason_;
 };
 
 }  // namespace host

@@ -1,0 +1,258 @@
+#include "source/kernel/settings.h"
+
+#include <linux/ethtool.h>
+#include <linux/ethtool_netlink.h>
+#include <linux/genetlink.h>
+#include <linux/if_bridge.h>
+#include <linux/if_link.h>
+#include <linux/rtnetlink.h>
+#include <net/if.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <vector>
+
+#include "platform/port_manager.h"
+#include "source/kernel/identify.h"
+#include "source/kernel/links.h"
+#include "switch/port_status.h"
+
+namespace host {
+namespace {
+
+uint32 status_of(int error, const std::string& reason) {
+  if (error == 0) return 0;
+  if (!reason.empty()) return status_of_text(reason);
+  if (error == EPERM || error == EACCES) return PORT_STATUS_NO_RIGHT;
+  return status_of_text(std::strerror(error));
+}
+
+uint32 send(netlink_socket& socket, netlink_request& request) {
+  const int error = socket.ask(request, [](const nlmsghdr&) {});
+  return status_of(error, socket.reason());
+}
+
+// ---- Links ----------------------------------------------------------------------------------------------------------
+
+netlink_request link_request(uint32 number, uint32 flags = 0, uint32 changed_flags = 0) {
+  netlink_request request(RTM_NEWLINK, NLM_F_ACK);
+  auto& head = request.extra<ifinfomsg>();
+  head.ifi_family = AF_UNSPEC;
+  head.ifi_index = static_cast<int>(number);
+  head.ifi_flags = flags;
+  head.ifi_change = changed_flags;
+  return request;
+}
+
+uint32 send_link(netlink_request& request) {
+  netlink_socket route(NETLINK_ROUTE);
+  return send(route, request);
+}
+
+uint32 set_state(const setting_target& target, const port_settings& wanted, const port_settings&) {
+  const bool is_up = wanted.admin_state == PM_PORT_STATE_UP;
+  netlink_request request = link_request(target.number, is_up ? uint32{IFF_UP} : 0, IFF_UP);
+  return send_link(request);
+}
+
+uint32 set_alias(const setting_target& target, const port_settings& wanted, const port_settings&) {
+  netlink_request request = link_request(target.number);
+  mnl_attr_put(&request.head(), IFLA_IFALIAS, wanted.description.size(), wanted.description.data());
+  return send_link(request);
+}
+
+uint32 set_mtu(const setting_target& target, const port_settings& wanted, const port_settings&) {
+  netlink_request request = link_request(target.number);
+  mnl_attr_put_u32(&request.head(), IFLA_MTU, wanted.mtu_bytes);
+  return send_link(request);
+}
+
+uint32 set_bond(const setting_target& target, const port_settings&, const port_settings&) {
+  netlink_request request = link_request(target.number);
+  mnl_attr_put_u32(&request.head(), IFLA_MASTER, target.bond);
+  return send_link(request);
+}
+
+// ---- VLANs of a port of a bridge ------------------------------------------------------------------------------------
+
+struct port_vlan {
+  uint16 id;
+  uint16 flags;  // BRIDGE_VLAN_INFO_*
+};
+
+std::vector<port_vlan> vlans_of(const port_settings& settings) {
+  constexpr uint16 kUntagged = BRIDGE_VLAN_INFO_PVID | BRIDGE_VLAN_INFO_UNTAGGED;
+  if (settings.admin_mode != PM_PORT_MODE_TRUNK) return {{settings.access_vlan, kUntagged}};
+  std::vector<port_vlan> vlans;
+  for (const uint16 id : settings.allowed_vlans)
+    vlans.push_back({id, id == settings.native_vlan ? kUntagged : uint16{0}});
+  return vlans;
+}
+
+// VLANs that follow each other with the same flags travel as the two ends of a range.
+void put_vlans(nlmsghdr& message, const std::vector<port_vlan>& vlans) {
+  const auto put = [&message](const port_vlan& vlan, int mark) {
+    const bridge_vlan_info info{static_cast<uint16>(vlan.flags | mark), vlan.id};
+    mnl_attr_put(&message, IFLA_BRIDGE_VLAN_INFO, sizeof info, &info);
+  };
+  for (std::size_t first = 0; first < vlans.size();) {
+    std::size_t last = first;
+    while (last + 1 < vlans.size() && vlans[last + 1].id == vlans[last].id + 1 &&
+           vlans[last + 1].flags == vlans[last].flags)
+      ++last;
+    if (first != last) put(vlans[first], BRIDGE_VLAN_INFO_RANGE_BEGIN);
+    put(vlans[last], first != last ? BRIDGE_VLAN_INFO_RANGE_END : 0);
+    first = last + 1;
+  }
+}
+
+netlink_request vlan_request(uint32 number, uint16 type, const std::vector<port_vlan>& vlans) {
+  constexpr std::size_t kRoom = 1024 + 4096 * 8;  // an attribute for each VLAN
+  netlink_request request(type, NLM_F_ACK, kRoom);
+  auto& head = request.extra<ifinfomsg>();
+  head.ifi_family = AF_BRIDGE;
+  head.ifi_index = static_cast<int>(number);
+  nlattr* const spec = mnl_attr_nest_start(&request.head(), IFLA_AF_SPEC);
+  put_vlans(request.head(), vlans);
+  mnl_attr_nest_end(&request.head(), spec);
+  return request;
+}
+
+bool is_native_missing(const port_settings& settings) {
+  return settings.admin_mode == PM_PORT_MODE_TRUNK &&
+         !std::binary_search(settings.allowed_vlans.begin(), settings.allowed_vlans.end(), settings.native_vlan);
+}
+
+uint32 set_vlans(const setting_target& target, const port_settings& wanted, const port_settings& before) {
+  if (!target.is_bridge_port) return status_of_text("the device is no port of a bridge");
+  const bool is_known = wanted.admin_mode == PM_PORT_MODE_ACCESS || wanted.admin_mode == PM_PORT_MODE_TRUNK;
+  if (!is_known) return status_of_text("the kernel has access and trunk ports only");
+  if (wanted.native_vlan != before.native_vlan && is_native_missing(wanted))
+    return status_of_text("the native VLAN is none of those that the trunk carries");
+  for (netlink_request& request : bridge_vlan_requests(target.number, wanted, before))
+    if (const uint32 status = send_link(request); status != 0) return status;
+  return 0;
+}
+
+// ---- What ethtool sets ----------------------------------------------------------------------------------------------
+
+// Asks the family for a device; `put` adds the attributes behind the head.
+template <typename Put>
+uint32 send_ethtool(const setting_target& target, uint8 command, uint16 header_type, Put put) {
+  netlink_socket generic(NETLINK_GENERIC);
+  const uint16 family = ethtool_family(generic);
+  if (family == 0) return status_of(EOPNOTSUPP, {});
+  netlink_request request(family, NLM_F_ACK);
+  request.extra<genlmsghdr>() = {.cmd = command, .version = ETHTOOL_GENL_VERSION, .reserved = 0};
+  nlattr* const header = mnl_attr_nest_start(&request.head(), header_type);
+  mnl_attr_put_u32(&request.head(), ETHTOOL_A_HEADER_DEV_INDEX, target.number);
+  mnl_attr_nest_end(&request.head(), header);
+  put(request.head());
+  return send(generic, request);
+}
+
+// Without a speed and a duplex of their own both ends agree on them.
+uint32 set_speed(const setting_target& target, const port_settings& wanted, const port_settings&) {
+  const bool is_auto_duplex = wanted.admin_duplex == PM_PORT_DUPLEX_AUTO;
+  const bool is_auto = wanted.admin_speed_mbps == 0 && is_auto_duplex;
+  return send_ethtool(target, ETHTOOL_MSG_LINKMODES_SET, ETHTOOL_A_LINKMODES_HEADER, [&](nlmsghdr& message) {
+    mnl_attr_put_u8(&message, ETHTOOL_A_LINKMODES_AUTONEG, is_auto ? AUTONEG_ENABLE : AUTONEG_DISABLE);
+    if (wanted.admin_speed_mbps != 0) mnl_attr_put_u32(&message, ETHTOOL_A_LINKMODES_SPEED, wanted.admin_speed_mbps);
+    if (!is_auto_duplex)
+      mnl_attr_put_u8(&message, ETHTOOL_A_LINKMODES_DUPLEX,
+                      wanted.admin_duplex == PM_PORT_DUPLEX_FULL ? DUPLEX_FULL : DUPLEX_HALF);
+  });
+}
+
+uint32 set_flow_control(const setting_target& target, const port_settings& wanted, const port_settings&) {
+  constexpr uint16 kDesired = 0x000C;
+  const uint16 bits = wanted.admin_flow_control;
+  return send_ethtool(target, ETHTOOL_MSG_PAUSE_SET, ETHTOOL_A_PAUSE_HEADER, [bits](nlmsghdr& message) {
+    mnl_attr_put_u8(&message, ETHTOOL_A_PAUSE_AUTONEG, (bits & kDesired) != 0 ? 1 : 0);
+    mnl_attr_put_u8(&message, ETHTOOL_A_PAUSE_RX, (bits & PM_FLOW_CTRL_RECEIVE) != 0 ? 1 : 0);
+    mnl_attr_put_u8(&message, ETHTOOL_A_PAUSE_TX, (bits & PM_FLOW_CTRL_SEND) != 0 ? 1 : 0);
+  });
+}
+
+uint32 set_beacon(const setting_target& target, const port_settings& wanted, const port_settings&) {
+  if (!wanted.beacon_on) {
+    stop_identifying(target.number);
+    return 0;
+  }
+  return status_of(start_identifying(target.number, target.name), {});
+}
+
+// ---- The steps ------------------------------------------------------------------------------------------------------
+
+using set = port_settings;
+
+template <auto... Member>
+bool differs(const port_settings& one, const port_settings& other) {
+  return (... || (one.*Member != other.*Member));
+}
+
+struct step {
+  bool (*is_needed)(const port_settings& wanted, const port_settings& before);
+  uint32 (*make)(const setting_target& target, const port_settings& wanted, const port_settings& before);
+};
+
+// In this order: a device that is switched off is so before anything else, one that is switched on when all is done.
+constexpr step kSteps[] = {
+    {[](const set& wanted, const set& before) {
+       return differs<&set::admin_state>(wanted, before) && wanted.admin_state != PM_PORT_STATE_UP;
+     },
+     set_state},
+    {differs<&set::description>, set_alias},
+    {differs<&set::mtu_bytes>, set_mtu},
+    {differs<&set::admin_speed_mbps, &set::admin_duplex>, set_speed},
+    {differs<&set::admin_flow_control>, set_flow_control},
+    {differs<&set::admin_mode, &set::access_vlan, &set::native_vlan, &set::allowed_vlans>, set_vlans},
+    {differs<&set::beacon_on>, set_beacon},
+    {[](const set& wanted, const set& before) {
+       return differs<&set::admin_state>(wanted, before) && wanted.admin_state == PM_PORT_STATE_UP;
+     },
+     set_state},
+};
+
+// Whether something is set that no step makes.
+bool is_beyond_the_kernel(port_settings wanted, const port_settings& before) {
+  const auto take = [&](auto... member) { (..., (wanted.*member = before.*member)); };
+  take(&set::description, &set::mtu_bytes, &set::admin_state, &set::admin_speed_mbps, &set::admin_duplex,
+       &set::admin_flow_control, &set::admin_mode, &set::access_vlan, &set::native_vlan, &set::allowed_vlans,
+       &set::beacon_on);
+  // These follow by themselves.
+  take(&set::oper_mode, &set::oper_speed_mbps, &set::oper_duplex, &set::oper_state, &set::state_reason,
+       &set::link_before_shutdown, &set::configured);
+  return wanted != before;
+}
+
+}  // namespace
+
+std::vector<netlink_request> bridge_vlan_requests(uint32 number, const port_settings& wanted,
+                                                  const port_settings& before) {
+  const std::vector<port_vlan> vlans = vlans_of(wanted);
+  const auto is_wanted = [&](const port_vlan& it) {
+    return std::any_of(vlans.begin(), vlans.end(), [&](const port_vlan& kept) { return kept.id == it.id; });
+  };
+  std::vector<port_vlan> gone = vlans_of(before);
+  gone.erase(std::remove_if(gone.begin(), gone.end(), is_wanted), gone.end());
+  for (port_vlan& it : gone) it.flags = 0;
+  std::vector<netlink_request> requests;
+  if (!vlans.empty()) requests.push_back(vlan_request(number, RTM_SETLINK, vlans));
+  if (!gone.empty()) requests.push_back(vlan_request(number, RTM_DELLINK, gone));
+  return requests;
+}
+
+uint32 settle_device(const setting_target& target, const port_settings& wanted, const port_settings& before) {
+  // A bond hands its settings to its members itself.
+  if (wanted.channel != before.channel) return set_bond(target, wanted, before);
+  if (is_beyond_the_kernel(wanted, before)) return status_of_text("the kernel has no such setting");
+  for (const step& it : kSteps) {
+    if (!it.is_needed(wanted, before)) continue;
+    if (const uint32 status = it.make(target, wanted, before); status != 0) return status;
+  }
+  return 0;
+}
+
+}  // namespace host

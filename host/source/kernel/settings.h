@@ -1,0 +1,32 @@
+// Settings of ports over the kernel: state, description, MTU, speed, duplex, flow control, VLANs of bridges, membership
+// of bonds, port identification.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/types.h"
+#include "source/kernel/netlink.h"
+#include "switch/port_settings.h"
+
+namespace host {
+
+// The device of a port that is being set.
+struct setting_target {
+  uint32 number = 0;  // the kernel's
+  std::string name;
+  bool is_bridge_port = false;
+  uint32 bond = 0;  // number of the bond that the port is to join; 0 is none
+};
+
+// Makes the device what the port was just set to; `before` is what it was. Returns 0, or the status with the kernel's
+// own words (switch/port_status.h) when it refuses; PORT_STATUS_NO_RIGHT when the user lacks the right. What is set
+// before a step that is refused stays.
+uint32 settle_device(const setting_target& target, const port_settings& wanted, const port_settings& before);
+
+// What is asked to give a port of a bridge other VLANs: those that come are added before the rest goes, so that the
+// port always has its untagged one.
+std::vector<netlink_request> bridge_vlan_requests(uint32 number, const port_settings& wanted,
+                                                  const port_settings& before);
+
+}  // namespace host

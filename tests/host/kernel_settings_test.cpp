@@ -1,0 +1,211 @@
+// Settings over the kernel: what is asked of bridges, what carries a device, the kernel's own words.
+#include <gtest/gtest.h>
+#include <linux/if_bridge.h>
+#include <linux/if_link.h>
+#include <linux/rtnetlink.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/port_manager.h"
+#include "platform/syserr.h"
+#include "source/kernel/settings.h"
+#include "source/kernel/way.h"
+#include "switch/port_status.h"
+
+namespace host {
+namespace {
+
+// ---- VLANs of bridges -----------------------------------------------------------------------------------------------
+
+enum : uint16 {
+  kTagged = 0,
+  kUntagged = BRIDGE_VLAN_INFO_PVID | BRIDGE_VLAN_INFO_UNTAGGED,
+  kBegin = BRIDGE_VLAN_INFO_RANGE_BEGIN,
+  kEnd = BRIDGE_VLAN_INFO_RANGE_END
+};
+
+struct asked {
+  uint16 type;
+  std::vector<std::pair<uint16, uint16>> vlans;  // flags and number
+
+  bool operator==(const asked&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& to, const asked& it) {
+  to << "type " << it.type;
+  for (const auto& [flags, id] : it.vlans) to << " " << id << "/" << flags;
+  return to;
+}
+
+std::vector<asked> asked_for(const port_settings& wanted, const port_settings& before) {
+  std::vector<asked> all;
+  for (netlink_request& request : bridge_vlan_requests(7, wanted, before)) {
+    asked it{request.head().nlmsg_type, {}};
+    const auto* const head = static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&request.head()));
+    EXPECT_EQ(head->ifi_family, AF_BRIDGE);
+    EXPECT_EQ(head->ifi_index, 7);
+    for_each_attribute(request.head(), sizeof *head, [&](const nlattr& spec) {
+      EXPECT_EQ(mnl_attr_get_type(&spec), IFLA_AF_SPEC);
+      for_each_nested(spec, [&](const nlattr& attribute) {
+        EXPECT_EQ(mnl_attr_get_type(&attribute), IFLA_BRIDGE_VLAN_INFO);
+        const auto info = attribute_number<bridge_vlan_info>(attribute);
+        it.vlans.emplace_back(info.flags, info.vid);
+      });
+    });
+    all.push_back(it);
+  }
+  return all;
+}
+
+port_settings access(uint16 vlan) {
+  port_settings it;
+  it.admin_mode = PM_PORT_MODE_ACCESS;
+  it.access_vlan = vlan;
+  return it;
+}
+
+port_settings trunk(uint16 native, std::vector<uint16> allowed) {
+  port_settings it;
+  it.admin_mode = PM_PORT_MODE_TRUNK;
+  it.native_vlan = native;
+  it.allowed_vlans = std::move(allowed);
+  return it;
+}
+
+using Asked = std::vector<asked>;
+
+TEST(KernelVlans, AnAccessPortHasOneWithoutTags) {
+  EXPECT_EQ(asked_for(access(20), access(1)), (Asked{{RTM_SETLINK, {{kUntagged, 20}}}, {RTM_DELLINK, {{kTagged, 1}}}}));
+}
+
+TEST(KernelVlans, ATrunkHasRangesAndItsNativeOneApart) {
+  EXPECT_EQ(asked_for(trunk(11, {10, 11, 12, 13, 20}), access(1)),
+            (Asked{{RTM_SETLINK, {{kTagged, 10}, {kUntagged, 11}, {kBegin, 12}, {kEnd, 13}, {kTagged, 20}}},
+                   {RTM_DELLINK, {{kTagged, 1}}}}));
+}
+
+TEST(KernelVlans, WhatATrunkCarriesNoMoreGoes) {
+  EXPECT_EQ(
+      asked_for(trunk(1, {1, 5}), trunk(1, {1, 2, 3, 4, 5, 7})),
+      (Asked{{RTM_SETLINK, {{kUntagged, 1}, {kTagged, 5}}}, {RTM_DELLINK, {{kBegin, 2}, {kEnd, 4}, {kTagged, 7}}}}));
+}
+
+TEST(KernelVlans, ATrunkWithoutVlansLosesAll) {
+  EXPECT_EQ(asked_for(trunk(1, {}), access(9)), (Asked{{RTM_DELLINK, {{kTagged, 9}}}}));
+}
+
+TEST(KernelVlans, EverySecondVlanFitsIntoOneRequest) {
+  std::vector<uint16> odd;
+  for (uint16 id = 1; id < 4095; id += 2) odd.push_back(id);
+  const Asked all = asked_for(trunk(1, odd), trunk(1, odd));
+  ASSERT_EQ(all.size(), 1U);
+  EXPECT_EQ(all[0].vlans.size(), 2047U);
+  EXPECT_EQ(all[0].vlans.back(), (std::pair<uint16, uint16>{kTagged, 4093}));
+}
+
+// ---- Refused before the kernel is asked -----------------------------------------------------------------------------
+
+const char* refusal(const port_settings& wanted, const port_settings& before) {
+  return text_of_port_status(settle_device({.number = 0, .name = "", .is_bridge_port = false}, wanted, before));
+}
+
+TEST(KernelSettings, WhatTheKernelDoesNotHaveIsRefused) {
+  port_settings wanted = access(1);
+  wanted.receive_credit = 12;
+  EXPECT_STREQ(refusal(wanted, access(1)), "the kernel has no such setting");
+  EXPECT_STREQ(refusal(access(2), access(1)), "the device is no port of a bridge");
+}
+
+TEST(KernelSettings, NothingChangedIsNothingDone) {
+  EXPECT_EQ(settle_device({.number = 0, .name = ""}, access(1), access(1)), 0U);
+}
+
+TEST(KernelSettings, ANativeVlanMustBeCarried) {
+  const setting_target target{.number = 0, .name = "", .is_bridge_port = true};
+  EXPECT_STREQ(text_of_port_status(settle_device(target, trunk(9, {1, 2}), trunk(1, {1, 2}))),
+               "the native VLAN is none of those that the trunk carries");
+  port_settings fabric = access(1);
+  fabric.admin_mode = 0x2000000;
+  EXPECT_STREQ(text_of_port_status(settle_device(target, fabric, access(1))),
+               "the kernel has access and trunk ports only");
+}
+
+// ---- What carries a device ------------------------------------------------------------------------------------------
+
+kernel_link device(uint32 number, const std::string& kind, uint32 master = 0, uint32 parent = 0) {
+  kernel_link link;
+  link.number = number;
+  link.kind = kind;
+  link.master = master;
+  link.parent = parent;
+  return link;
+}
+
+TEST(KernelWay, ParentsAndMembersCarryADevice) {
+  const std::vector<kernel_link> links = {device(2, "", 9),        device(3, "veth", 9, 4), device(4, "veth", 0, 3),
+                                          device(5, ""),           device(9, "bridge"),     device(10, "vlan", 0, 9),
+                                          device(11, "vlan", 0, 5)};
+  EXPECT_EQ(devices_below(links, 10), (std::set<uint32>{2, 3, 9, 10}));
+  EXPECT_EQ(devices_below(links, 11), (std::set<uint32>{5, 11}));
+  EXPECT_EQ(devices_below(links, 4), (std::set<uint32>{4}));  // the other end of a veth pair is another port
+  EXPECT_EQ(devices_below(links, 0), (std::set<uint32>{}));
+}
+
+TEST(KernelWay, DevicesThatCarryEachOtherAreTakenOnce) {
+  EXPECT_EQ(devices_below({device(2, "vlan", 0, 3), device(3, "vlan", 0, 2)}, 2), (std::set<uint32>{2, 3}));
+}
+
+// ---- Words of the kernel --------------------------------------------------------------------------------------------
+
+// An error message with words; with the whole request in it, or only with its head.
+netlink_request error_message(int error, const char* words, bool is_capped) {
+  netlink_request message(NLMSG_ERROR, is_capped ? NLM_F_ACK_TLVS | NLM_F_CAPPED : NLM_F_ACK_TLVS);
+  message.head().nlmsg_flags = static_cast<uint16>(message.head().nlmsg_flags & ~NLM_F_REQUEST);
+  auto& body = message.extra<nlmsgerr>();
+  body.error = error;
+  body.msg.nlmsg_len = sizeof(nlmsghdr) + (is_capped ? 100U : sizeof(ifinfomsg));
+  if (!is_capped) message.extra<ifinfomsg>().ifi_index = 7;
+  mnl_attr_put_strz(&message.head(), NLMSGERR_ATTR_MSG, words);
+  return message;
+}
+
+TEST(KernelWords, AreReadBehindTheRequest) {
+  EXPECT_EQ(words_of(error_message(-EINVAL, "Device can not be enslaved while up", true).head()),
+            "Device can not be enslaved while up");
+  EXPECT_EQ(words_of(error_message(-EINVAL, "mtu greater than device maximum", false).head()),
+            "mtu greater than device maximum");
+}
+
+TEST(KernelWords, OfASuccessAreNoRefusal) { EXPECT_EQ(words_of(error_message(0, "a warning", true).head()), ""); }
+
+TEST(KernelWords, LyingLengthsAndCutMessagesHaveNone) {
+  netlink_request message = error_message(-EINVAL, "words", false);
+  auto* const body = static_cast<nlmsgerr*>(mnl_nlmsg_get_payload(&message.head()));
+  body->msg.nlmsg_len = 0xFFFFFFFF;
+  EXPECT_EQ(words_of(message.head()), "");
+  body->msg.nlmsg_len = 0;
+  EXPECT_EQ(words_of(message.head()), "");
+  netlink_request cut = error_message(-EINVAL, "words", true);
+  const uint32 whole = cut.head().nlmsg_len;
+  for (uint32 size = NLMSG_HDRLEN; size + 2 < whole; ++size) {
+    cut.head().nlmsg_len = size;
+    EXPECT_NE(words_of(cut.head()), "words") << size;
+  }
+}
+
+TEST(KernelWords, BecomeStatusesWithTheirText) {
+  const uint32 one = status_of_text("first words");
+  const uint32 two = status_of_text("other words");
+  EXPECT_NE(one, two);
+  EXPECT_EQ(status_of_text("first words"), one);
+  EXPECT_STREQ(syserr2str(static_cast<syserr_t>(one)), "first words");
+  EXPECT_STREQ(syserr2str(static_cast<syserr_t>(two)), "other words");
+  EXPECT_STREQ(syserr2str(static_cast<syserr_t>(uint32{PORT_STATUS_NO_RIGHT})),
+               "not permitted: the right CAP_NET_ADMIN is missing");
+  EXPECT_EQ(syserr2str(0x40F1FFFF), nullptr);
+}
+
+}  // namespace
+}  // namespace host
