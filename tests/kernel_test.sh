@@ -19,8 +19,10 @@ fail() {
 command -v ip >/dev/null || skip "ip(8) is missing"
 here=pmclikernel$$
 ip netns add "$here" 2>/dev/null || skip "network namespaces are not allowed here"
-trap 'ip netns del "$here"; rm -f "$map"' EXIT
+trap 'ip netns del "$here"; rm -rf "$map" "$XDG_STATE_HOME"' EXIT
 map=$(mktemp)
+XDG_STATE_HOME=$(mktemp -d)
+export XDG_STATE_HOME
 dev() { ip -n "$here" link "$@" 2>/dev/null; }
 dev add left type veth peer name right || skip "veth devices are not allowed here"
 
@@ -122,6 +124,17 @@ read -r rx_packets rx_bytes tx_packets tx_bytes <<<"$before"
 [ "$tx_packets" -gt 0 ] || fail "the kernel sent nothing on left"
 has "$shown" "$rx_packets packets input, $rx_bytes bytes"
 has "$shown" "$tx_packets packets output, $tx_bytes bytes"
+
+# Cleared counters are so for every shell of the user, and for nobody else.
+counted_by_shell() { run --map "$map" "$@" -c "show interface $left counters | json" | jq -r ".interfaces[0].output_unicast_packets"; }
+has "$(run --session-counters --map "$map" -c "clear counters interface $left")" "for this session"
+[ "$(counted_by_shell)" -ge "$tx_packets" ] || fail "a clear for one session holds for another"
+said=$(run --map "$map" -c "clear counters interface $left") || fail "counters are not cleared"
+has "$said" "$XDG_STATE_HOME/pmsh/cleared-counters."
+[ "$(counted_by_shell)" -lt "$tx_packets" ] || fail "cleared counters go on for another shell"
+[ "$(XDG_STATE_HOME=/nowhere counted_by_shell)" -ge "$tx_packets" ] || fail "somebody else's counters were cleared"
+said=$(XDG_STATE_HOME=/proc/nowhere run --map "$map" -c "clear counters interface $left" 2>&1) && fail "a clear that is not kept succeeds"
+has "$said" "for this session only"
 
 # Absent, not made up: a veth device has no module.
 [ "$(run -c "show interface $left transceiver | json" | jq -r '.interfaces[0].temperature_c')" = null ] ||

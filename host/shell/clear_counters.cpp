@@ -1,6 +1,8 @@
 // "clear counters": hands interfaces to the owner of their counters.
 #include <algorithm>
 #include <array>
+#include <cstring>
+#include <string>
 
 #include "platform/vsh.h"
 #include "shell/commands.h"
@@ -9,6 +11,7 @@
 #include "shell/output/command_output.h"
 #include "shell/selection.h"
 #include "shell/shell.h"
+#include "shell/state_directory.h"
 
 namespace host {
 namespace {
@@ -57,10 +60,28 @@ void clear_some(const invocation& run, command_parameters& parameters, std::span
   }
 }
 
+// The kernel's counters cannot be set to 0: says how long it is that they are shown so.
+int keep_cleared(const invocation& run) {
+  const std::string& path = run.session.kept_cleared_in;
+  if (path.empty()) {
+    run.output.text("The kernel counts on; for this session, what it had counted is left out.\n");
+    return kDone;
+  }
+  make_directories_of(path);
+  if (const int error = run.session.keep_cleared(); error != 0) {
+    run.output.complain("cannot write '" + path + "': " + std::strerror(error) +
+                        ". What was counted is left out for this session only.");
+    return kServiceFailed;
+  }
+  run.output.text("The kernel counts on; what it had counted is left out from now on, as kept in\n" + path + ".\n");
+  return kDone;
+}
+
 // Failures are told by what the library printed.
 int result_of(const invocation& run) {
   run.output.flush();
-  return run.output.failed() ? kServiceFailed : kDone;
+  if (run.output.failed()) return kServiceFailed;
+  return run.session.keep_cleared == nullptr ? kDone : keep_cleared(run);
 }
 
 void clear_management_ports(const invocation& run, mts_q_handle_t q) {

@@ -11,9 +11,11 @@
 #include "shell/print_error.h"
 #include "shell/prompts.h"
 #include "shell/shell.h"
+#include "shell/state_directory.h"
 #include "shell/way_of_user.h"
 #include "source/chassis/giant.h"
 #include "source/chassis/switch_file.h"
+#include "source/kernel/baselines.h"
 #include "source/kernel/kernel_source.h"
 #include "switch/clock.h"
 #include "switch/model.h"
@@ -39,9 +41,16 @@ std::string demonstration_switch() {
   return "campus.yaml";
 }
 
+// Where cleared counters are kept; empty: for the session only.
+std::string cleared_counters_file(const options& wanted) {
+  return wanted.has_session_counters ? "" : state_file("cleared-counters." + kernel_namespace());
+}
+
 machine build_machine(const options& wanted) {
-  if (wanted.is_kernel)
+  if (wanted.is_kernel) {
+    keep_cleared_counters_in(cleared_counters_file(wanted));
     return read_kernel_machine(wanted.map_file.empty() ? wanted_interfaces{} : read_map_file(wanted.map_file));
+  }
   if (wanted.giant_ports != 0) return make_giant(wanted.giant_ports);
   return load_switch_file(wanted.switch_file.empty() ? demonstration_switch() : wanted.switch_file);
 }
@@ -107,6 +116,8 @@ int run(const options& wanted) {
     session.refresh = refresh_kernel_machine;
     session.kernel_devices = kernel_devices;
     session.way_of_user = way_of_user;
+    session.keep_cleared = write_cleared_counters;
+    session.kept_cleared_in = cleared_counters_file(wanted);
   }
 
   if (wanted.assume_yes) assume_yes();

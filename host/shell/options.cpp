@@ -81,6 +81,8 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provo
   app.add_option("--map", wanted.map_file, "File that says which interface a device is")
       ->type_name("FILE")
       ->needs(kernel);
+  app.add_flag("--session-counters", wanted.has_session_counters, "Clear counters for this session only")
+      ->needs(kernel);
   app.add_option("--user", wanted.user, "User of the switch; without it the first one")->type_name("NAME");
   app.add_option("--provoke", provocations, "Disturb a service: SERVICE=lost, reject, silent, cut:N or interrupt:N")
       ->type_name("SERVICE=HOW")

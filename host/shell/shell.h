@@ -34,6 +34,8 @@ struct shell {
   void (*refresh)() = nullptr;  // brings the model up to date for a command; null: it stays as it is
   std::vector<kernel_device> (*kernel_devices)() = nullptr;  // null: the switch is not the kernel's
   std::vector<if_index_t> (*way_of_user)() = nullptr;        // interfaces that the user is connected by; null: none
+  int (*keep_cleared)() = nullptr;  // keeps for others what was cleared: 0 or an errno; null: the switch does it
+  std::string kept_cleared_in;      // where; empty: nowhere, it is for this session
   bool is_interactive = false;
   bool is_leaving = false;  // set by "exit"
   shell_mode mode = kExecMode;

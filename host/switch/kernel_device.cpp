@@ -11,16 +11,6 @@
 namespace host {
 namespace {
 
-// The columns of a row: what is received, then what is sent.
-constexpr uint64 device_counters::*kColumns[] = {
-    &device_counters::rx_bytes,       &device_counters::rx_packets,     &device_counters::rx_errors,
-    &device_counters::rx_dropped,     &device_counters::rx_fifo_errors, &device_counters::rx_frame_errors,
-    &device_counters::rx_compressed,  &device_counters::rx_multicast,   &device_counters::tx_bytes,
-    &device_counters::tx_packets,     &device_counters::tx_errors,      &device_counters::tx_dropped,
-    &device_counters::tx_fifo_errors, &device_counters::tx_collisions,  &device_counters::tx_carrier_errors,
-    &device_counters::tx_compressed,
-};
-
 constexpr std::string_view kLoopback = "lo";
 constexpr std::time_t kAverageSeconds = 60;
 
@@ -57,7 +47,7 @@ void for_each_row(std::FILE* table, Accept accept) {
 
 std::optional<device_counters> read_numbers(const char* numbers) {
   device_counters read;
-  for (const auto column : kColumns) {
+  for (const auto column : kDeviceCounters) {
     char* end = nullptr;
     read.*column = std::strtoull(numbers, &end, 10);
     if (end == numbers) return std::nullopt;
@@ -109,10 +99,17 @@ std::string first_kernel_device() {
   return table == nullptr ? std::string() : first_device_of(table.get());
 }
 
+std::optional<device_counters> counted_since(const device_counters& now, const device_counters& then) {
+  device_counters since;
+  for (const auto column : kDeviceCounters) {
+    if (now.*column < then.*column) return std::nullopt;
+    since.*column = now.*column - then.*column;
+  }
+  return since;
+}
+
 void device_memory::look(std::time_t now, const device_counters& counted) {
-  const bool is_made_anew = std::any_of(std::begin(kColumns), std::end(kColumns),
-                                        [&](const auto column) { return counted.*column < last_.*column; });
-  if (is_made_anew) *this = {};
+  if (!counted_since(counted, last_)) *this = {};
   last_ = counted;
   if (!samples_.empty() && samples_.back().at > now) samples_.clear();
   if (samples_.empty() || samples_.back().at < now) samples_.push_back({now, counted});
@@ -121,7 +118,7 @@ void device_memory::look(std::time_t now, const device_counters& counted) {
 
 device_counters device_memory::since_clear() const {
   device_counters since = last_;
-  for (const auto column : kColumns) since.*column -= cleared_.*column;
+  for (const auto column : kDeviceCounters) since.*column -= cleared_.*column;
   return since;
 }
 
@@ -142,6 +139,10 @@ std::optional<device_counters> kernel_counters(const std::string& device) {
 }
 
 device_rates kernel_rates(const std::string& device) { return memory_of(device).rates(); }
+
+void begin_kernel_counters_at(const std::string& device, const device_counters& counted) {
+  memory_of(device).clear_at(counted);
+}
 
 bool clear_kernel_counters(const std::string& device) {
   device_memory* const memory = look_at(device);

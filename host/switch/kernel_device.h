@@ -24,6 +24,19 @@ struct device_counters {
   bool operator==(const device_counters&) const = default;
 };
 
+// All of them, in the order of the kernel's table: what is received, then what is sent.
+inline constexpr uint64 device_counters::*kDeviceCounters[] = {
+    &device_counters::rx_bytes,       &device_counters::rx_packets,     &device_counters::rx_errors,
+    &device_counters::rx_dropped,     &device_counters::rx_fifo_errors, &device_counters::rx_frame_errors,
+    &device_counters::rx_compressed,  &device_counters::rx_multicast,   &device_counters::tx_bytes,
+    &device_counters::tx_packets,     &device_counters::tx_errors,      &device_counters::tx_dropped,
+    &device_counters::tx_fifo_errors, &device_counters::tx_collisions,  &device_counters::tx_carrier_errors,
+    &device_counters::tx_compressed,
+};
+
+// What came between two readings; nothing when a counter went back: the device was made anew.
+std::optional<device_counters> counted_since(const device_counters& now, const device_counters& then);
+
 // A device's row in a table in the form of /proc/net/dev; nothing when it has none or its row is not complete.
 std::optional<device_counters> read_device_counters(std::FILE* table, std::string_view device);
 
@@ -46,6 +59,7 @@ class device_memory {
 
   // What is counted up to the last look counts no more.
   void clear() { cleared_ = last_; }
+  void clear_at(const device_counters& counted) { cleared_ = counted; }
 
   device_counters since_clear() const;
 
@@ -67,6 +81,9 @@ std::optional<device_counters> kernel_counters(const std::string& device);
 
 // Its rates by the looks that this process took at it, the last of them in kernel_counters().
 device_rates kernel_rates(const std::string& device);
+
+// Lets a device count from what it had counted once.
+void begin_kernel_counters_at(const std::string& device, const device_counters& counted);
 
 // Lets a device count from 0 again, for this process. False when there is no such device.
 bool clear_kernel_counters(const std::string& device);

@@ -55,7 +55,9 @@ bool refresh_statistics(interface& port) {
 
 bool clear_statistics(interface& port) {
   const bool is_device = is_management(port) && clear_kernel_counters(management_device(the_machine(), port.if_index));
-  if (!is_device && !refresh_statistics(port)) return false;
+  const auto clear_traffic = the_machine().clear_traffic;
+  if ((!is_device || clear_traffic != nullptr) && !refresh_statistics(port)) return false;
+  if (clear_traffic != nullptr) clear_traffic(port, now_sec());
   statistics& stats = port.stats;
   stats.in = {};
   stats.out = {};

@@ -246,6 +246,9 @@ struct machine {
   // has none to give. Without it the statistics are as they stand.
   bool (*follow_traffic)(interface& port, uint32 now_sec) = nullptr;
 
+  // Lets the statistics that the source gives start from 0 at a moment. Without it they start there in the model.
+  void (*clear_traffic)(interface& port, uint32 now_sec) = nullptr;
+
   // How the source makes a port what it was just set to, where that is more than the model; `before` is what it was.
   // Returns 0, or the status with which it refuses. Without it a setting is made when the model has it.
   uint32 (*settle)(const interface& port, const port_settings& before) = nullptr;

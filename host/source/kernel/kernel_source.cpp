@@ -14,6 +14,7 @@
 #include "platform/platform_data.h"
 #include "platform/port_manager.h"
 #include "platform/syserr.h"
+#include "source/kernel/baselines.h"
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
 #include "source/kernel/way.h"
@@ -33,17 +34,20 @@ enum : uint8 {
 };
 constexpr uint32 kCardType = 1;
 
-struct remembered {
-  device_memory counters;
-  uint32 last_clear_sec = 0;
+struct device_reading {
+  uint32 number = 0;  // of the device
+  device_counters counted;
+  device_counters cleared_at;
+  uint32 cleared_sec = 0;
 };
 
 struct {
   wanted_interfaces wanted;
   std::vector<kernel_link> links;
   std::vector<mapped_device> mapped;
-  std::map<if_index_t, device_counters> counted;  // as the kernel told it last
-  std::map<if_index_t, remembered> memory;
+  std::map<if_index_t, device_reading> counted;  // as the kernel told it last
+  std::map<if_index_t, device_memory> memory;    // for rates
+  counter_baselines baselines;
   bool is_fresh = false;
 } the_kernel;
 
@@ -158,21 +162,39 @@ void take_counters(const device_counters& counted, const device_rates& rates, st
   stats.out_packets_per_second = rates.tx_packets;
 }
 
-// What the device has counted since it was cleared in this process.
 bool follow_device(interface& port, uint32 now_sec) {
-  const auto counted = the_kernel.counted.find(port.if_index);
-  if (counted == the_kernel.counted.end()) return false;
-  remembered& memory = the_kernel.memory[port.if_index];
-  memory.counters.look(now_sec, counted->second);
-  const bool was_cleared = port.stats.is_cleared_here && port.stats.last_clear_sec != memory.last_clear_sec;
-  if (was_cleared) {
-    memory.counters.clear();
-    memory.last_clear_sec = port.stats.last_clear_sec;
-  }
-  port.stats.last_clear_sec = memory.last_clear_sec;
-  port.stats.is_cleared_here = memory.last_clear_sec != 0;
-  take_counters(memory.counters.since_clear(), memory.counters.rates(), port.stats);
+  const auto found = the_kernel.counted.find(port.if_index);
+  if (found == the_kernel.counted.end()) return false;
+  const device_reading& reading = found->second;
+  device_memory& memory = the_kernel.memory[port.if_index];
+  memory.look(now_sec, reading.counted);
+  take_counters(counted_since(reading.counted, reading.cleared_at).value_or(reading.counted), memory.rates(),
+                port.stats);
+  port.stats.last_clear_sec = reading.cleared_sec;
+  port.stats.is_cleared_here = reading.cleared_sec != 0;
   return true;
+}
+
+void clear_device(interface& port, uint32 now_sec) {
+  const auto found = the_kernel.counted.find(port.if_index);
+  if (found == the_kernel.counted.end()) return;
+  device_reading& reading = found->second;
+  reading.cleared_at = reading.counted;
+  reading.cleared_sec = now_sec;
+  the_kernel.baselines.put(reading.number, {port.burned_in_mac, now_sec, reading.counted});
+}
+
+// What a device has counted, and since when it is shown.
+device_reading reading_of(const kernel_link& link) {
+  device_reading reading;
+  reading.number = link.number;
+  reading.counted = link.counted;
+  const counter_baseline* const baseline = the_kernel.baselines.find(link.number, link.mac, link.counted);
+  if (baseline == nullptr) return reading;
+  reading.cleared_at = baseline->counted;
+  reading.cleared_sec = baseline->cleared_sec;
+  begin_kernel_counters_at(link.name, baseline->counted);
+  return reading;
 }
 
 std::string host_name() {
@@ -185,13 +207,15 @@ machine read_machine() {
   const std::vector<kernel_link>& links = the_kernel.links;
   the_kernel.mapped = map_devices(links, default_route_device(), the_kernel.wanted);
   the_kernel.counted.clear();
+  the_kernel.baselines.read();
   std::size_t place = 0;
   for (const mapped_device& it : the_kernel.mapped) {
     while (links[place].number != it.number) ++place;  // both are sorted by number
-    the_kernel.counted[it.if_index] = links[place].counted;
+    the_kernel.counted[it.if_index] = reading_of(links[place]);
   }
   machine made = machine_of_devices(links, the_kernel.mapped);
   made.follow_traffic = follow_device;
+  made.clear_traffic = clear_device;
   made.settle = settle;
   return made;
 }
@@ -239,6 +263,10 @@ std::vector<if_index_t> interfaces_on_the_way_to(const std::string& address) {
   std::sort(interfaces.begin(), interfaces.end());
   return interfaces;
 }
+
+void keep_cleared_counters_in(const std::string& path) { the_kernel.baselines.keep_in(path); }
+
+int write_cleared_counters() { return the_kernel.baselines.write(); }
 
 const std::vector<mapped_device>& kernel_map() { return the_kernel.mapped; }
 

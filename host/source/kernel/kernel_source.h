@@ -15,8 +15,14 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
 // Reads the kernel; `wanted` is kept for the refreshes. Throws kernel_error.
 machine read_kernel_machine(const wanted_interfaces& wanted);
 
-// Reads it anew for another command and keeps what belongs to this process (when counters were cleared). The first call
-// after read_kernel_machine() leaves the machine as it was just read.
+// Where what devices had counted when they were cleared is kept, to be called before the first reading. Without a path
+// it is kept in this process.
+void keep_cleared_counters_in(const std::string& path);
+
+// Writes it, when counters were cleared since the last time. Returns 0 or an errno.
+int write_cleared_counters();
+
+// Reads it anew for another command. The first call after read_kernel_machine() leaves the machine as it was just read.
 void refresh_kernel_machine();
 
 // The interfaces of the devices that packets to an address take, and of those below these: parents, members of bridges

@@ -1,0 +1,97 @@
+#include "source/kernel/baselines.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cinttypes>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+namespace host {
+namespace {
+
+// "NUMBER MAC SECONDS", then the counters in their order.
+bool read_line(const std::string& line, uint32& number, counter_baseline& baseline) {
+  std::istringstream text(line);
+  std::string mac;
+  if (!(text >> number >> mac >> baseline.cleared_sec) || mac.size() != 2 * baseline.mac.size()) return false;
+  for (std::size_t i = 0; i < baseline.mac.size(); ++i)
+    if (std::sscanf(mac.c_str() + 2 * i, "%2" SCNx8, &baseline.mac[i]) != 1) return false;
+  for (const auto column : kDeviceCounters)
+    if (!(text >> baseline.counted.*column)) return false;
+  return true;
+}
+
+std::string written_line(uint32 number, const counter_baseline& baseline) {
+  std::string line = std::to_string(number) + " ";
+  for (const uint8 byte : baseline.mac) {
+    char digits[3];
+    std::snprintf(digits, sizeof digits, "%02x", unsigned{byte});
+    line += digits;
+  }
+  line += " " + std::to_string(baseline.cleared_sec);
+  for (const auto column : kDeviceCounters) line += " " + std::to_string(baseline.counted.*column);
+  return line + "\n";
+}
+
+// Which boot and network namespace this is: the first line of the file.
+std::string running_system() {
+  std::string boot;
+  std::getline(std::ifstream("/proc/sys/kernel/random/boot_id"), boot);
+  return "boot " + boot + " namespace " + kernel_namespace();
+}
+
+}  // namespace
+
+std::string kernel_namespace() {
+  struct stat space {};
+  return std::to_string(stat("/proc/self/ns/net", &space) == 0 ? space.st_ino : 0);
+}
+
+void counter_baselines::read() {
+  if (path_.empty() || is_changed_) return;
+  kept_.clear();
+  std::ifstream file(path_);
+  std::string line;
+  if (!std::getline(file, line) || line != running_system()) return;
+  while (std::getline(file, line)) {
+    uint32 number = 0;
+    counter_baseline baseline;
+    if (read_line(line, number, baseline)) kept_[number] = baseline;
+  }
+}
+
+// In one step, so that others see the old file or the new one.
+int counter_baselines::write() {
+  if (path_.empty() || !is_changed_) return 0;
+  const std::string made = path_ + "." + std::to_string(getpid());
+  errno = 0;
+  std::ofstream file(made);
+  file << running_system() << "\n";
+  for (const auto& [number, baseline] : kept_) file << written_line(number, baseline);
+  file.close();
+  if (file && std::rename(made.c_str(), path_.c_str()) == 0) {
+    is_changed_ = false;
+    return 0;
+  }
+  const int error = errno != 0 ? errno : EIO;
+  std::remove(made.c_str());
+  return error;
+}
+
+void counter_baselines::put(uint32 number, const counter_baseline& baseline) {
+  kept_[number] = baseline;
+  is_changed_ = true;
+}
+
+const counter_baseline* counter_baselines::find(uint32 number, const std::array<uint8, 6>& mac,
+                                                const device_counters& counted) const {
+  const auto found = kept_.find(number);
+  if (found == kept_.end() || found->second.mac != mac) return nullptr;
+  return counted_since(counted, found->second.counted) ? &found->second : nullptr;
+}
+
+}  // namespace host
