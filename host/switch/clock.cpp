@@ -18,17 +18,25 @@ host_clock& the_clock() {
 }
 
 // Not time(): a program may define that by this clock.
-std::time_t machine_time() {
+timespec machine_time() {
   timespec now{};
   clock_gettime(CLOCK_REALTIME, &now);
-  return now.tv_sec;
+  return now;
 }
 
 }  // namespace
 
 std::time_t clock_now() {
   const host_clock& clock = the_clock();
-  return clock.stopped_at ? *clock.stopped_at : machine_time() + clock.ahead;
+  return clock.stopped_at ? *clock.stopped_at : machine_time().tv_sec + clock.ahead;
+}
+
+double clock_now_exactly() {
+  constexpr double kSecondsPerNanosecond = 1e-9;
+  const host_clock& clock = the_clock();
+  if (clock.stopped_at) return static_cast<double>(*clock.stopped_at);
+  const timespec now = machine_time();
+  return static_cast<double>(now.tv_sec + clock.ahead) + static_cast<double>(now.tv_nsec) * kSecondsPerNanosecond;
 }
 
 void clock_set(std::time_t seconds_since_1970) { the_clock().stopped_at = seconds_since_1970; }

@@ -8,6 +8,9 @@ namespace host {
 // Seconds since 1970: the machine's time, until the clock is set.
 std::time_t clock_now();
 
+// The same with its fraction, for what the machine's devices count. A stopped clock has none.
+double clock_now_exactly();
+
 // Stops the clock at this moment. It stands there until it is moved, so that all that follows from time is known.
 void clock_set(std::time_t seconds_since_1970);
 

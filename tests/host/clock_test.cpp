@@ -35,6 +35,18 @@ TEST_F(Clock, RunsAheadWhenItWasNotSet) {
   EXPECT_LE(clock_now(), std::time(nullptr) + 100'001);
 }
 
+TEST_F(Clock, IsToldWithItsFraction) {
+  const auto before = static_cast<double>(clock_now());
+  const double shown = clock_now_exactly();
+  EXPECT_GE(shown, before);
+  EXPECT_LT(shown, static_cast<double>(clock_now()) + 1);
+
+  clock_set(1'700'000'000);
+  EXPECT_EQ(clock_now_exactly(), 1'700'000'000);
+  clock_advance(90);
+  EXPECT_EQ(clock_now_exactly(), 1'700'000'090);
+}
+
 TEST_F(Clock, GoesBackToTheTimeOfTheMachine) {
   clock_set(5);
   clock_follow_machine();
