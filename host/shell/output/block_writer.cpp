@@ -7,6 +7,11 @@
 namespace host {
 
 void block_writer::flush() {
+  if (text_ != nullptr) {
+    *text_ += pending_;
+    pending_.clear();
+    return;
+  }
   std::string_view left = pending_;
   while (!left.empty()) {
     const ssize_t written = write(descriptor_, left.data(), left.size());

@@ -1,4 +1,4 @@
-// Lines to a file descriptor, gathered into blocks.
+// Lines to a file descriptor, gathered into blocks, or to a text in its place.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@ namespace host {
 
 class block_writer {
  public:
-  explicit block_writer(int descriptor) : descriptor_(descriptor) {}
+  explicit block_writer(int descriptor, std::string* text = nullptr) : descriptor_(descriptor), text_(text) {}
 
   void line(std::string_view text) {
     pending_ += text;
@@ -27,6 +27,7 @@ class block_writer {
   static constexpr std::size_t kBlockBytes = 32 * 1024;
 
   int descriptor_;
+  std::string* text_;
   std::string pending_;
 };
 

@@ -48,7 +48,11 @@ bool tells_failure(std::string_view line) {
 }  // namespace
 
 command_output::command_output(const output_settings& settings, line_filters& filters)
-    : settings_(settings), filters_(filters), writer_(settings.descriptor), stream_(stand_in()), real_stdout_(stdout) {
+    : settings_(settings),
+      filters_(filters),
+      writer_(settings.descriptor, settings.gathered),
+      stream_(stand_in()),
+      real_stdout_(stdout) {
   if (settings.paged) pager_.emplace(settings.descriptor);
   if (settings.to_terminal) progress_.emplace(settings.descriptor);
   if (settings.structured) document_.emplace(settings.shown, settings.command);
@@ -118,7 +122,9 @@ void command_output::deliver(std::string_view line) {
 }
 
 void command_output::filter(std::string_view line) {
-  if (filters_.empty() || filters_.pass(line)) show(line);
+  if (!filters_.empty() && !filters_.pass(line)) return;
+  interface_is_shown_ = true;
+  show(line);
 }
 
 void command_output::show(std::string_view line) {
@@ -150,7 +156,10 @@ void command_output::complain(std::string_view text) {
     return;
   }
   flush();
-  print_error(text);
+  if (settings_.gathered == nullptr) return print_error(text);
+  safe_line_.clear();
+  append_printable(safe_line_, text);
+  show(safe_line_);
 }
 
 void command_output::flush() {
@@ -169,18 +178,22 @@ std::optional<progress_line::pause> command_output::hold_progress() {
   return progress_ ? std::optional<progress_line::pause>(std::in_place, *progress_) : std::nullopt;
 }
 
-void command_output::begin_interface(std::string_view name) {
+void command_output::begin_interface(std::string_view name, if_index_t if_index) {
   take_printed();
   if (!line_.empty()) end_line();
   failed_ = false;
+  interface_is_shown_ = false;
+  if_index_ = if_index;
   if (document_) document_->begin_record(name);
 }
 
 bool command_output::end_interface() {
   take_printed();
   if (!line_.empty()) end_line();
+  std::optional<traffic_rates> rates;
+  if (settings_.traffic != nullptr && !failed_) rates = settings_.traffic->look_at(if_index_, interface_is_shown_);
   if (document_) {
-    document_->end_record();
+    document_->end_record(settings_.traffic != nullptr ? &rates : nullptr);
     show_ready_document();
   }
   return failed_;

@@ -16,18 +16,21 @@
 #include "shell/output/pager.h"
 #include "shell/output/pipes.h"
 #include "shell/output/progress_line.h"
+#include "shell/output/traffic_readings.h"
 
 namespace host {
 
 struct output_settings {
   int descriptor = 1;
-  bool to_terminal = false;          // lines are shown as soon as they are complete
-  bool paged = false;                // stops at the end of each screen
-  bool structured = false;           // as a document
-  bool coloured = false;             // alarms and warnings of marked displays
-  display shown{};                   // of the command; used by the structured form
-  std::string_view command{};        // for the document
-  bool (*is_cancelled)() = nullptr;  // further output is discarded once it returns true
+  bool to_terminal = false;             // lines are shown as soon as they are complete
+  bool paged = false;                   // stops at the end of each screen
+  bool structured = false;              // as a document
+  bool coloured = false;                // alarms and warnings of marked displays
+  display shown{};                      // of the command; used by the structured form
+  std::string_view command{};           // for the document
+  bool (*is_cancelled)() = nullptr;     // further output is discarded once it returns true
+  std::string* gathered = nullptr;      // takes the output, errors too, in place of the descriptor
+  traffic_readings* traffic = nullptr;  // learns which interfaces are shown; records get their rates
 };
 
 class command_output {
@@ -52,7 +55,7 @@ class command_output {
   // Plain text with any number of lines.
   void text(std::string_view text);
 
-  // An error of the shell itself, one line: to standard error, or into the document.
+  // An error of the shell itself, one line: to standard error, into the document, or among what is gathered.
   void complain(std::string_view text);
 
   // Shows what is printed so far, also when its line is not complete.
@@ -63,7 +66,7 @@ class command_output {
 
   // ---- Interfaces.
 
-  void begin_interface(std::string_view name);
+  void begin_interface(std::string_view name, if_index_t if_index = 0);
   // Returns true when something failed since begin_interface().
   bool end_interface();
   void note_failure() { failed_ = true; }
@@ -99,6 +102,8 @@ class command_output {
   std::FILE* real_stdout_;
   std::string line_;
   std::string safe_line_;
+  if_index_t if_index_ = 0;
+  bool interface_is_shown_ = false;  // a line of it came out of the filters
   bool line_is_bound_ = false;
   bool failed_ = false;
   bool left_pager_ = false;

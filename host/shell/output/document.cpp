@@ -92,6 +92,20 @@ void write_cell(json_writer& json, const document_cell& value) {
   }
 }
 
+void write_rates(json_writer& json, const std::optional<traffic_rates>& rates) {
+  write_key(json, "rates");
+  if (!rates) {
+    json.Null();
+    return;
+  }
+  json.StartObject();
+  for (const rate_field& rate : kRateFields) {
+    write_key(json, rate.name);
+    json.Double((*rates).*rate.value);
+  }
+  json.EndObject();
+}
+
 // A mark as a word; empty for none.
 std::string_view mark_word(uint32 mark) {
   constexpr std::string_view kWords[] = {"high alarm", "high warning", "low warning", "low alarm"};
@@ -168,7 +182,7 @@ bool document::bind(const cmd_tuple_t& tuple) {
   return true;
 }
 
-void document::write_record() {
+void document::write_record(const std::optional<traffic_rates>* rates) {
   static rapidjson::StringBuffer buffer;
   buffer.Clear();
   json_writer json(buffer);
@@ -177,17 +191,18 @@ void document::write_record() {
     write_key(json, names_[i]);
     write_cell(json, cells_[i]);
   }
+  if (rates != nullptr) write_rates(json, *rates);
   json.EndObject();
   ready_.append(buffer.GetString(), buffer.GetSize());
 }
 
-void document::end_record() {
+void document::end_record(const std::optional<traffic_rates>* rates) {
   if (!record_open_ || !shown_.section.empty()) return;
   record_open_ = false;
   if (record_is_empty_) return;
   ready_ += first_record_ ? "\n" : ",\n";
   first_record_ = false;
-  write_record();
+  write_record(rates);
 }
 
 void document::add_message(std::string_view text) {
@@ -212,7 +227,7 @@ void document::end() {
     ready_ += ",\"";
     ready_ += shown_.section;
     ready_ += "\":";
-    write_record();
+    write_record(nullptr);
   }
   ready_ += "}\n";
 }

@@ -1,6 +1,7 @@
 // The structured form of a command's output: one JSON document, a record on a line.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "platform/types.h"
 #include "shell/output/rendering.h"
 #include "shell/output/schema.h"
+#include "shell/output/traffic_readings.h"
 
 namespace host {
 
@@ -38,8 +40,8 @@ class document {
   std::string& ready() { return ready_; }
 
   void begin_record(std::string_view interface_name);
-  // Writes the record, unless nothing at all was said of its interface.
-  void end_record();
+  // Writes the record, unless nothing at all was said of its interface. With `rates` they are its last member.
+  void end_record(const std::optional<traffic_rates>* rates = nullptr);
 
   // Stores a value in the record. False when the display has no field for it.
   bool bind(const cmd_tuple_t& tuple);
@@ -52,7 +54,7 @@ class document {
 
  private:
   void begin(std::string_view command);
-  void write_record();
+  void write_record(const std::optional<traffic_rates>* rates);
 
   display shown_;
   std::vector<std::string_view> names_;  // of the fields, in order

@@ -11,22 +11,17 @@
 namespace host {
 namespace {
 
-struct screen {
-  std::size_t rows;
-  std::size_t columns;
-};
-
-screen size_of(int terminal) {
-  winsize size{};
-  if (ioctl(terminal, TIOCGWINSZ, &size) != 0 || size.ws_row == 0 || size.ws_col == 0) return {24, 80};
-  return {size.ws_row, size.ws_col};
-}
-
 void put(int terminal, std::string_view text) {
   [[maybe_unused]] const ssize_t written = write(terminal, text.data(), text.size());
 }
 
 }  // namespace
+
+screen_size size_of(int terminal) {
+  winsize size{};
+  if (ioctl(terminal, TIOCGWINSZ, &size) != 0 || size.ws_row == 0 || size.ws_col == 0) return {24, 80};
+  return {size.ws_row, size.ws_col};
+}
 
 int read_key(int terminal) {
   termios saved{};
@@ -43,7 +38,7 @@ int read_key(int terminal) {
 }
 
 bool pager::make_room(std::string_view line) {
-  const screen size = size_of(terminal_);
+  const screen_size size = size_of(terminal_);
   const std::size_t rows = std::max<std::size_t>(1, (count_characters(line) + size.columns - 1) / size.columns);
   if (rows_used_ > 0 && rows_used_ + rows >= size.rows && !ask()) return false;
   rows_used_ += rows;

@@ -6,6 +6,12 @@
 
 namespace host {
 
+struct screen_size {
+  std::size_t rows;
+  std::size_t columns;
+};
+screen_size size_of(int terminal);
+
 // Reads a character from the terminal without waiting for the end of a line and without showing it; -1 when there is
 // none or a signal came first.
 int read_key(int terminal);

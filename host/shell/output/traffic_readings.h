@@ -1,0 +1,85 @@
+// Readings of what interfaces have counted, and the rates between one reading and the next.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/if_index.h"
+#include "platform/types.h"
+
+namespace host {
+
+// What an interface has counted at a moment.
+struct traffic_count {
+  double at_sec = 0;  // since 1970
+  uint64 in_bytes = 0;
+  uint64 in_packets = 0;
+  uint64 out_bytes = 0;
+  uint64 out_packets = 0;
+  uint32 last_clear_sec = 0;  // since 1970; 0 is never
+};
+
+// Per second.
+struct traffic_rates {
+  double in_bytes = 0;
+  double in_packets = 0;
+  double out_bytes = 0;
+  double out_packets = 0;
+};
+
+// How rates are called, as a member of a record and above a column.
+struct rate_field {
+  std::string_view name;
+  std::string_view title;
+  double traffic_rates::*value;
+};
+
+inline constexpr rate_field kRateFields[] = {
+    {"in_bytes_per_second", "In bytes/s", &traffic_rates::in_bytes},
+    {"in_packets_per_second", "In packets/s", &traffic_rates::in_packets},
+    {"out_bytes_per_second", "Out bytes/s", &traffic_rates::out_bytes},
+    {"out_packets_per_second", "Out packets/s", &traffic_rates::out_packets},
+};
+
+// None when no time has passed between them, or when they do not belong together: the counters were cleared, or one of
+// them went backwards.
+std::optional<traffic_rates> rates_between(const traffic_count& before, const traffic_count& now);
+
+class traffic_readings {
+ public:
+  // `count` tells what an interface has counted; none: nobody counts, or the display is not about that.
+  using counter = std::function<std::optional<traffic_count>(if_index_t)>;
+  explicit traffic_readings(counter count) : count_(std::move(count)) {}
+
+  // What was read becomes the reading before.
+  void begin_reading();
+
+  // Reads an interface, the first time in a reading that it is looked at. `is_shown`: the user sees something of it.
+  // Returns its rates since the reading before, when it was in that.
+  std::optional<traffic_rates> look_at(if_index_t if_index, bool is_shown);
+
+  // The interfaces of this reading that are counted and shown, in the order in which they were looked at.
+  struct row {
+    if_index_t if_index;
+    std::optional<traffic_rates> rates;
+  };
+  std::vector<row> rows() const;
+
+ private:
+  struct looked_at {
+    row result;
+    std::optional<traffic_count> counted;
+    bool is_shown;
+  };
+
+  counter count_;
+  std::map<if_index_t, traffic_count> before_;
+  std::map<if_index_t, std::size_t> places_;  // in now_
+  std::vector<looked_at> now_;
+};
+
+}  // namespace host
