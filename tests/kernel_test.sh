@@ -136,6 +136,17 @@ has "$said" "$XDG_STATE_HOME/pmsh/cleared-counters."
 said=$(XDG_STATE_HOME=/proc/nowhere run --map "$map" -c "clear counters interface $left" 2>&1) && fail "a clear that is not kept succeeds"
 has "$said" "for this session only"
 
+# Rates of a watch: what the kernel counted between two readings by the time that passed between them.
+ip -n "$here" neigh replace 198.51.100.2 lladdr 02:00:00:00:00:02 dev left
+(for _ in $(seq 100); do ip netns exec "$here" bash -c 'echo >/dev/udp/198.51.100.2/9'; sleep 0.05; done) 2>/dev/null &
+traffic=$!
+watched=$(run -c "watch 1 show interface $left counters detailed" | head -3)
+kill "$traffic"
+jq -es 'map(.interfaces[0]) | . as [$a, $b, $c]
+  | def seconds($from; $to): ($to.output_packets - $from.output_packets) / $to.rates.out_packets_per_second;
+    $a.rates == null and ([seconds($a; $b), seconds($b; $c)] | all(. > 0.9 and . < 5))' <<<"$watched" >/dev/null ||
+  fail "rates of a watch: $watched"
+
 # Absent, not made up: a veth device has no module.
 [ "$(run -c "show interface $left transceiver | json" | jq -r '.interfaces[0].temperature_c')" = null ] ||
   fail "a temperature of a device without a module"

@@ -243,8 +243,27 @@ struct reading_state {
   shell_mode mode;
   std::vector<position> positions;
   std::vector<std::string_view> path;  // words in full
+  std::optional<uint32> every;         // once "watch INTERVAL" has been read
+  std::size_t words_in_front = 0;      // of the command that is watched
   std::string error;
 };
+
+// Where "watch INTERVAL" ends the line begins anew, as that of a show command.
+void begin_watched_command(reading_state& state) {
+  const position& at = state.positions.front();
+  if (at.next >= at.what->syntax.num_words || !at.what->syntax.words[at.next].is_command) return;
+  state.every = at.number;
+  state.words_in_front = state.path.size();
+  state.positions = all_positions(state.mode);
+  std::erase_if(state.positions, [](const position& begin) { return begin.what->syntax.words[0].text != "show"; });
+}
+
+// What to do when a command that cannot be watched follows "watch INTERVAL"; empty when none does.
+std::string hint_of_watch(const reading_state& state, std::string_view word) {
+  if (!state.every || state.path.size() > state.words_in_front) return {};
+  if (readings(all_positions(state.mode), word).empty()) return {};
+  return quoted(word) + " cannot be watched: only show commands can. " + type_help(join(state.path, " ") + " show");
+}
 
 // What to do when a line begins with a word of another mode; empty when it does not.
 std::string hint_of_mode(std::string_view word, shell_mode mode) {
@@ -268,6 +287,7 @@ bool read_word(reading_state& state, std::string_view word) {
   const std::vector<std::string_view> names = names_of(steps);
   if (names.empty()) {
     if (state.path.empty()) state.error = hint_of_mode(word, state.mode);
+    if (state.error.empty()) state.error = hint_of_watch(state, word);
     if (state.error.empty()) state.error = unknown_word(state.positions, word, join(state.path, " "));
     return false;
   }
@@ -279,6 +299,7 @@ bool read_word(reading_state& state, std::string_view word) {
   for (const step& reading : steps) state.positions.push_back(reading.to);
   const bool in_range = steps.front().to.range != range_end::none;
   state.path.push_back(in_range ? word : names.front());
+  begin_watched_command(state);
   return true;
 }
 
@@ -488,7 +509,8 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
   parsed.what = complete->what;
   parsed.number = complete->number;
   parsed.is_no = !state.path.empty() && state.path.front() == "no";
-  parsed.text = join(state.path, " ");
+  parsed.every = state.every;
+  parsed.text = join({state.path.begin() + static_cast<std::ptrdiff_t>(state.words_in_front), state.path.end()}, " ");
   if (!parsed.range.empty()) {
     if (const auto fault = parse_interface_range(parsed.range, parsed.spans)) {
       error = fault->message + " of " + quoted(parsed.range) + ". A range looks like 'ethernet 1/1-4, 1/7'.";

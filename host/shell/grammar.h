@@ -30,6 +30,7 @@ inline constexpr number_argument kNumberArguments[] = {
     {"MODULE", 1, MAX_SLOT + 1, "Number of a module"},
     {"PORT", 0, MAX_PORT, "Number of a management port"},
     {"SECONDS", 1, 4'000'000'000, "How far the clock moves on, in seconds"},
+    {"INTERVAL", 1, 86'400, "Seconds from one reading to the next"},
     {"BYTES", 1, 65535, "A size in bytes"},
     {"COUNT", 0, 65535, "A number of credits or buffers"},
     {"VLAN", 1, 4094, "Number of a VLAN"},
@@ -44,7 +45,8 @@ constexpr bool is_number_argument(std::string_view word) {
 }
 
 // One word of a syntax: "show" stands for itself, "RANGE" for interfaces, the name of a number for it, "FILE" for any
-// word, "TEXT" for the rest of the line, "VLANS" for a list such as "1-10,20". In brackets it may be left out.
+// word, "TEXT" for the rest of the line, "VLANS" for a list such as "1-10,20", "COMMAND" for a show command. In
+// brackets it may be left out.
 struct syntax_word {
   std::string_view text;
   bool is_range = false;
@@ -53,9 +55,12 @@ struct syntax_word {
   bool is_file = false;
   bool is_text = false;
   bool is_vlans = false;
+  bool is_command = false;
 
   // Whether it stands for itself.
-  constexpr bool is_literal() const { return !is_range && !is_number && !is_file && !is_text && !is_vlans; }
+  constexpr bool is_literal() const {
+    return !is_range && !is_number && !is_file && !is_text && !is_vlans && !is_command;
+  }
 };
 
 enum { MAX_SYNTAX_WORDS = 8 };
@@ -72,8 +77,8 @@ struct command_syntax {
       left.remove_prefix(word.size() < left.size() ? word.size() + 1 : word.size());
       const bool is_optional = word.front() == '[';
       if (is_optional) word = word.substr(1, word.size() - 2);
-      words[num_words++] = {word,           word == "RANGE", is_optional,    is_number_argument(word),
-                            word == "FILE", word == "TEXT",  word == "VLANS"};
+      words[num_words++] = {word,           word == "RANGE", is_optional,     is_number_argument(word),
+                            word == "FILE", word == "TEXT",  word == "VLANS", word == "COMMAND"};
     }
   }
 };
@@ -110,7 +115,7 @@ struct setting_tokens {
 struct command {
   command_syntax syntax;
   std::string_view help;
-  int (*run)(const invocation&);  // returns an exit code
+  int (*run)(const invocation&);  // returns an exit code; null when another command follows, which runs
   display shown{};                // of its structured form
   uint32 command_id = 0;          // of a display of the command library, or the type of a setting of the host
   uint8 modes = kEveryMode;       // in which it can be typed
@@ -125,12 +130,13 @@ std::string_view help_of_word(std::string_view word);
 // A command as the user wrote it.
 struct command_line {
   const command* what = nullptr;  // null: an empty line
-  std::string text;               // with all words in full, without pipes
+  std::string text;               // with all words in full, without pipes and what stands in front of a watched command
   std::string range;              // as written; empty: none
   std::vector<interface_span> spans;
   std::optional<uint32> number;
-  std::string argument;  // a file, a text, or a list of VLANs
-  bool is_no = false;    // begins with "no"
+  std::optional<uint32> every;  // seconds: the command is watched
+  std::string argument;         // a file, a text, or a list of VLANs
+  bool is_no = false;           // begins with "no"
   std::vector<pipe_stage> pipes;
 };
 

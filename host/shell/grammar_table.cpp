@@ -83,6 +83,7 @@ constexpr command kGeneralCommands[] = {
     {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kText},
     {"show vlan", "The VLANs of the switch", show_vlans, kText},
     {"show kernel-map", "Which device of the kernel an interface is", show_kernel_map, kText},
+    {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kText},
     {"clear counters", "Let the counters of Ethernet ports, port-channels, loopbacks and management ports start from 0", clear_all, kText},
     {"clear counters all", "The same", clear_all, kText},
     {"clear counters interface RANGE", "Those of some interfaces", clear_range, kText},
@@ -239,6 +240,7 @@ constexpr word_help kWords[] = {
     {"undo", "Take back what the last setting changed"},
     {"vlan", "VLANs"},
     {"up", "Only interfaces that are up"},
+    {"watch", "Repeat a show command"},
 };
 
 constexpr std::string_view find_help(std::string_view word) {

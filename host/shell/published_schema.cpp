@@ -7,6 +7,7 @@
 
 #include "shell/grammar.h"
 #include "shell/output/schema.h"
+#include "shell/output/traffic_readings.h"
 #include "shell/published.h"
 
 namespace host {
@@ -87,6 +88,27 @@ void write_object(json_writer& json, Describe describe) {
   json.EndObject();
 }
 
+// Records of interfaces that a show command makes: with "watch" they have one member more.
+bool may_have_rates(const display& shown) { return shown.section.empty() && shown.bit != kSettingDisplay; }
+
+void write_rates(json_writer& json) {
+  constexpr std::string_view kAbsent = R"({"type": "null"})";
+  json.StartObject();
+  json.Key("anyOf");
+  json.StartArray();
+  json.RawValue(kAbsent.data(), kAbsent.size(), rapidjson::kObjectType);
+  write_object(json, [&] {
+    std::vector<std::string_view> names;
+    for (const rate_field& rate : kRateFields) {
+      names.push_back(rate.name);
+      write_raw(json, rate.name, R"({"type": "number"})");
+    }
+    return names;
+  });
+  json.EndArray();
+  json.EndObject();
+}
+
 void write_record(json_writer& json, const display& shown) {
   write_object(json, [&] {
     std::vector<std::string_view> names;
@@ -96,6 +118,7 @@ void write_record(json_writer& json, const display& shown) {
       names.push_back(described.name);
       write_raw(json, described.name, reference_to(value_of(described)));
     }
+    if (may_have_rates(shown)) write_raw(json, "rates", reference_to("value_rates"));  // only when it is watched
     return names;
   });
 }
@@ -166,8 +189,9 @@ std::string json_schema() {
   write(json, "$schema", "https://json-schema.org/draft/2020-12/schema");
   write(json, "title", "What pmsh writes for '| json'");
   write(json, "description",
-        "One document for each command. A record has every field of its display; null: the value is absent. Made from "
-        "the shell's schema table: pmsh --print-json-schema");
+        "One document for each command. A record has every field of its display; null: the value is absent. A watched "
+        "command writes one for each reading, on a line, with rates in its records. Made from the shell's schema "
+        "table: pmsh --print-json-schema");
   json.Key("anyOf");
   std::string alternatives;
   for (const display& shown : displays) alternatives += (alternatives.empty() ? "" : ", ") + reference_to(shown.name);
@@ -176,6 +200,8 @@ std::string json_schema() {
   json.Key("$defs");
   json.StartObject();
   for (const value_definition& value : kValues) write_raw(json, value.name, value.schema);
+  json.Key("value_rates");
+  write_rates(json);
   json.Key("value_message");
   write_message(json);
   for (const display& shown : displays) {

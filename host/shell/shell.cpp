@@ -9,6 +9,7 @@
 #include "shell/interrupt.h"
 #include "shell/output/command_output.h"
 #include "shell/print_error.h"
+#include "shell/watch.h"
 #include "shell/words.h"
 #include "transport/transport.h"
 
@@ -32,7 +33,7 @@ output_settings settings_for(const shell& session, const command_line& line) {
   settings.to_terminal = isatty(STDOUT_FILENO) != 0;
   settings.paged =
       session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(line, pipe_kind::no_more);
-  settings.structured = has_stage(line, pipe_kind::json);
+  settings.structured = has_stage(line, pipe_kind::json) || (line.every && !settings.to_terminal);
   settings.shown = line.what->shown;
   const char* const no_colour = std::getenv("NO_COLOR");
   settings.coloured = settings.to_terminal && terminal_can_page() && (no_colour == nullptr || no_colour[0] == '\0');
@@ -50,15 +51,19 @@ int run_command(shell& session, const command_line& line) {
       return kUsage;
     }
   }
-  if (has_stage(line, pipe_kind::json) && line.what->shown.bit == kNoDisplay) {
-    print_error("'" + line.text + "' has no structured form. Leave '| json' away.");
+  const output_settings settings = settings_for(session, line);
+  if (settings.structured && line.what->shown.bit == kNoDisplay) {
+    print_error("'" + line.text + "' has no structured form" +
+                (has_stage(line, pipe_kind::json) ? ". Leave '| json' away."
+                                                  : ", which a watch into a pipe needs. Watch it at a terminal."));
     return kUsage;
   }
+  if (line.every) return watch(session, line, settings);
   if (session.refresh != nullptr) session.refresh();
   const interrupt_scope interrupts;
   int result = kDone;
   {
-    command_output output(settings_for(session, line), filters);
+    command_output output(settings, filters);
     result = line.what->run({line, session, output});
   }
   return was_interrupted() ? kInterrupted : result;

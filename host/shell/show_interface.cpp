@@ -103,7 +103,7 @@ bool show_in(const showing& view, const host::view& in, if_index_t if_index) {
 void show_one(const showing& view, if_index_t if_index, tally& count) {
   char name[64];
   command_output& output = view.run.output;
-  output.begin_interface(sprintf_if_index(name, if_index));
+  output.begin_interface(sprintf_if_index(name, if_index), if_index);
   ++count.shown;
   for (const host::view* const in : view.shown) {
     if (show_in(view, *in, if_index)) continue;

@@ -33,6 +33,9 @@ std::string line_of(const command& what, bool with_optional) {
   return line;
 }
 
+// Behind such a command another one follows.
+bool stands_in_front(const command& what) { return what.run == nullptr; }
+
 // A mode in which a command may be typed.
 host::shell_mode mode_of(const command& what) {
   for (const host::shell_mode mode : {host::kExecMode, host::kConfigureMode}) {
@@ -61,6 +64,7 @@ bool suggests(const std::string& line, std::string_view word, host::shell_mode m
 
 TEST(Grammar, EveryCommandIsReadAsItIsWritten) {
   for (const command& what : host::all_commands()) {
+    if (stands_in_front(what)) continue;
     EXPECT_EQ(command_of(line_of(what, true), mode_of(what)), &what);
     EXPECT_EQ(command_of(line_of(what, false), mode_of(what)), &what);
   }
@@ -90,6 +94,7 @@ TEST(Grammar, HelpNamesEachWordWhereItMayStandAndInItsMiddle) {
     std::string in_front;
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
       const host::syntax_word& word = what.syntax.words[i];
+      if (word.is_command) break;
       if (!word.is_literal() && !word.is_range) {
         const auto hints = suggest(in_front, mode_of(what)).hints;
         EXPECT_TRUE(std::any_of(hints.begin(), hints.end(), [&](const auto& hint) { return hint.word == word.text; }));
@@ -112,7 +117,7 @@ TEST(Grammar, TabCompletesEachWordFromItsMiddle) {
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
       const host::syntax_word& word = what.syntax.words[i];
       if (word.is_optional) continue;
-      if (word.is_range || word.is_file || word.is_text || word.is_vlans) break;
+      if (word.is_range || word.is_file || word.is_text || word.is_vlans || word.is_command) break;
       const std::string name(word.is_number ? "7" : word.text);
       for (std::size_t length = 1; length < name.size(); ++length) {
         const std::string begun = in_front + name.substr(0, length);
@@ -236,6 +241,64 @@ TEST(Grammar, NumberArgumentIsReadWithinItsBounds) {
               "'" + std::string(word) + "' is no MODULE: it takes a number from 1 to 64.");
   EXPECT_EQ(error_of("show interface status module"),
             "incomplete command 'show interface status module'. Type 'show interface status module ?' for the list.");
+}
+
+TEST(Watch, EveryShowCommandIsReadBehindIt) {
+  std::size_t watched = 0;
+  for (const command& what : host::all_commands()) {
+    const std::string line = line_of(what, true);
+    if (!line.starts_with("show ")) continue;
+    ++watched;
+    for (const host::shell_mode mode : {host::kExecMode, host::kConfigureMode, host::kInterfaceMode}) {
+      std::string error;
+      const auto parsed = parse_command("watch 86400 " + line, error, mode);
+      ASSERT_TRUE(parsed) << line << error;
+      EXPECT_EQ(parsed->what, &what) << line;
+      EXPECT_EQ(parsed->every, 86400U) << line;
+      EXPECT_TRUE(parsed->text.starts_with("show ")) << parsed->text;
+    }
+  }
+  EXPECT_GT(watched, 30U);
+}
+
+TEST(Watch, ItsNumberIsNotTheNumberOfTheCommand) {
+  std::string error;
+  const auto parsed = parse_command("wa 5 sh int e1/1-2 status mod 3 | inc up", error);
+
+  ASSERT_TRUE(parsed) << error;
+  EXPECT_EQ(parsed->every, 5U);
+  EXPECT_EQ(parsed->number, 3U);
+  EXPECT_EQ(parsed->text, "show interface e1/1-2 status module 3");
+  EXPECT_EQ(parsed->spans.size(), 1U);
+  EXPECT_EQ(parsed->pipes.size(), 1U);
+  EXPECT_EQ(parse_command("watch 5 show interface status", error)->number, std::nullopt);
+  EXPECT_EQ(parse_command("show interface status", error)->every, std::nullopt);
+}
+
+TEST(Watch, MistakesAreNamedWithTheNextStep) {
+  for (const char* const word : {"0", "86401", "-1", "2s", "two", "show"})
+    EXPECT_EQ(error_of(std::string("watch ") + word + " show transport"),
+              "'" + std::string(word) + "' is no INTERVAL: it takes a number from 1 to 86400.");
+  EXPECT_EQ(error_of("watch"), "incomplete command 'watch'. Type 'watch ?' for the list.");
+  EXPECT_EQ(error_of("watch 2"), "incomplete command 'watch 2'. Type 'watch 2 ?' for the list.");
+  EXPECT_EQ(error_of("watch 2 show"), "incomplete command 'watch 2 show'. Type 'watch 2 show ?' for the list.");
+  for (const char* const word : {"clear", "configure", "watch", "exit"})
+    EXPECT_EQ(
+        error_of(std::string("watch 2 ") + word),
+        "'" + std::string(word) + "' cannot be watched: only show commands can. Type 'watch 2 show ?' for the list.");
+  EXPECT_EQ(error_of("watch 2 shwo"), "unknown word 'shwo': did you mean 'show'? Type 'watch 2 ?' for the list.");
+  EXPECT_EQ(error_of("watch 2 show clear"), "unknown word 'clear'. Type 'watch 2 show ?' for the list.");
+}
+
+TEST(Watch, HelpAndCompletionAreThoseOfTheCommandBehindIt) {
+  EXPECT_EQ(host::help_text("watch "), "  INTERVAL      Seconds from one reading to the next, 1 to 86400\n");
+  EXPECT_EQ(host::help_text("watch 2 "), "  show          Show what the switch knows\n");
+  EXPECT_EQ(host::complete("wat").addition, "ch ");
+  EXPECT_EQ(host::complete("watch 2 sh").addition, "ow ");
+  for (const char* const line : {"show ", "show interface ", "show interface ethernet 1/1 counters "})
+    EXPECT_EQ(host::help_text(std::string("watch 2 ") + line), host::help_text(line)) << line;
+  EXPECT_TRUE(host::is_in_expression("watch 2 show interface | include up"));
+  EXPECT_FALSE(host::is_in_expression("watch 2 show interface "));
 }
 
 TEST(Suggestions, NumberArgumentIsNamedWithItsBoundsAndKeptWhileItIsTyped) {

@@ -3,12 +3,15 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 
 namespace session {
@@ -102,8 +105,75 @@ outcome run_shell(std::vector<std::string> arguments, const std::string& input) 
 
 outcome run_command(const std::string& command) { return run_shell({"-c", command}); }
 
-terminal::terminal(std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), {"--switch", test_file("lab.yaml")});
+piped_shell::piped_shell(const std::string& switch_file, std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), {"--switch", switch_file});
+  std::vector<char*> pointers = argument_vector(PMSH_PROGRAM, arguments);
+  const std::string state = state_directory();
+  const auto out = make_pipe();
+  child_ = fork();
+  if (child_ == 0) {
+    setenv("XDG_STATE_HOME", state.c_str(), 1);
+    dup2(out[1], 1);
+    execv(pointers[0], pointers.data());
+    _exit(127);
+  }
+  close(out[1]);
+  out_ = out[0];
+}
+
+piped_shell::~piped_shell() {
+  if (out_ >= 0) close(out_);
+  if (child_ <= 0) return;
+  kill(child_, SIGKILL);
+  waitpid(child_, nullptr, 0);
+}
+
+bool piped_shell::read_more(int milliseconds) {
+  pollfd source{out_, POLLIN, 0};
+  if (poll(&source, 1, std::max(0, milliseconds)) <= 0) return false;
+  char part[4096];
+  const ssize_t size = read(out_, part, sizeof part);
+  if (size <= 0) return false;
+  unread_.append(part, static_cast<std::size_t>(size));
+  return true;
+}
+
+std::string piped_shell::line() {
+  const auto deadline = clock::now() + std::chrono::milliseconds(kPatienceMs);
+  while (unread_.find('\n') == std::string::npos) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - clock::now()).count();
+    if (left <= 0 || !read_more(static_cast<int>(left))) return {};
+  }
+  const std::string found = unread_.substr(0, unread_.find('\n'));
+  unread_.erase(0, found.size() + 1);
+  return found;
+}
+
+std::string piped_shell::rest() {
+  while (read_more(kPatienceMs)) continue;
+  return unread_;
+}
+
+void piped_shell::interrupt() const { kill(child_, SIGINT); }
+
+void piped_shell::stop_reading() {
+  close(out_);
+  out_ = -1;
+}
+
+int piped_shell::exit_code() {
+  const auto deadline = clock::now() + std::chrono::milliseconds(kPatienceMs);
+  int status = 0;
+  for (; clock::now() < deadline; usleep(1000)) {
+    if (waitpid(child_, &status, WNOHANG) != child_) continue;
+    child_ = -1;
+    return exit_code_of(status);
+  }
+  return -1;
+}
+
+terminal::terminal(std::vector<std::string> arguments, const std::string& switch_file) {
+  arguments.insert(arguments.begin(), {"--switch", switch_file});
   std::vector<char*> pointers = argument_vector(PMSH_PROGRAM, arguments);
   winsize size{};
   size.ws_row = 24;
@@ -125,6 +195,13 @@ terminal::~terminal() {
 
 void terminal::type(const std::string& keys) {
   if (write(screen_, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) std::abort();
+}
+
+void terminal::resize(unsigned short rows, unsigned short columns) const {
+  winsize size{};
+  size.ws_row = rows;
+  size.ws_col = columns;
+  ioctl(screen_, TIOCSWINSZ, &size);
 }
 
 bool terminal::shows_prompt() {

@@ -32,15 +32,44 @@ std::string shipped_switch(const std::string& name);
 // A directory of this test program, for what shells keep.
 std::string state_directory();
 
+// A shell on a switch file whose standard output is a pipe, read while it runs.
+class piped_shell {
+ public:
+  piped_shell(const std::string& switch_file, std::vector<std::string> arguments);
+  ~piped_shell();
+  piped_shell(const piped_shell&) = delete;
+  piped_shell& operator=(const piped_shell&) = delete;
+
+  // The next line without its newline; empty when none comes in time.
+  std::string line();
+
+  // What else was written until the program closed its output.
+  std::string rest();
+
+  void interrupt() const;
+  void stop_reading();
+
+  // Waits for the end of the program: its exit code, or -1 when it does not end in time.
+  int exit_code();
+
+ private:
+  bool read_more(int milliseconds);
+
+  int child_ = -1;
+  int out_ = -1;
+  std::string unread_;
+};
+
 // A shell at a pseudo-terminal of 24 rows and 80 columns.
 class terminal {
  public:
-  explicit terminal(std::vector<std::string> arguments);
+  explicit terminal(std::vector<std::string> arguments, const std::string& switch_file = test_file("lab.yaml"));
   ~terminal();
   terminal(const terminal&) = delete;
   terminal& operator=(const terminal&) = delete;
 
   void type(const std::string& keys);
+  void resize(unsigned short rows, unsigned short columns) const;
 
   // Waits for the prompt, and until the shell reads key by key.
   bool shows_prompt();

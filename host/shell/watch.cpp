@@ -1,0 +1,329 @@
+#include "shell/watch.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+
+#include "platform/if_index.h"
+#include "shell/commands.h"
+#include "shell/interface_kinds.h"
+#include "shell/interrupt.h"
+#include "shell/output/printable.h"
+#include "shell/print_error.h"
+#include "switch/clock.h"
+#include "switch/kernel_device.h"
+#include "switch/live_statistics.h"
+
+namespace host {
+namespace {
+
+// ---- Counters
+
+// Displays that tell how many bytes and packets an interface received and sent.
+constexpr uint32 kCountingDisplays =
+    kDetailedDisplay | kCountersDisplay | kDetailedCountersDisplay | kAllCountersDisplay;
+
+// Devices count all the time; the traffic of a switch file grows by whole seconds of the clock.
+bool is_counted_by_kernel(const interface& port) {
+  return kind_of(port.if_index).type == IF_TYPE_MGMT &&
+         kernel_counters(management_device(the_machine(), port.if_index)).has_value();
+}
+
+traffic_count count_of(const interface& port, double at_sec) {
+  const statistics& stats = port.stats;
+  return {at_sec, stats.in.bytes, stats.in.packets(), stats.out.bytes, stats.out.packets(), stats.last_clear_sec};
+}
+
+// What an interface has counted now, on a model that nobody refreshes: the second must not end meanwhile.
+std::optional<traffic_count> count_now(interface& port) {
+  double at_sec = 0;
+  do {
+    at_sec = static_cast<double>(clock_now());
+    if (!refresh_statistics(port)) return std::nullopt;
+    if (is_counted_by_kernel(port)) return count_of(port, clock_now_exactly());
+  } while (static_cast<double>(clock_now()) != at_sec);
+  return count_of(port, at_sec);
+}
+
+// The in-band interface is no part of the model: the library reads its device.
+interface* counted_interface(if_index_t if_index) {
+  return kind_of(if_index).type == IF_TYPE_INBAND ? nullptr : the_machine().find(if_index);
+}
+
+// ---- Time
+
+// Moments at the same distance. Those that a slow reading misses are left out.
+class pace {
+ public:
+  explicit pace(uint32 seconds) : distance_(seconds) {}
+
+  // Waits for the next. False: nobody reads standard output any more. Ctrl-C ends the waiting.
+  bool wait() {
+    do next_ += distance_;
+    while (next_ <= clock::now());
+    // Blocked outside of the waiting, Ctrl-C cannot come just before it and be lost.
+    sigset_t ctrl_c;
+    sigset_t outside;
+    sigemptyset(&ctrl_c);
+    sigaddset(&ctrl_c, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &ctrl_c, &outside);
+    const bool is_read = wait_with(outside);
+    pthread_sigmask(SIG_SETMASK, &outside, nullptr);
+    return is_read;
+  }
+
+ private:
+  using clock = std::chrono::steady_clock;
+
+  bool wait_with(const sigset_t& signals) const {
+    while (!was_interrupted()) {
+      const auto left = std::chrono::ceil<std::chrono::nanoseconds>(next_ - clock::now());
+      if (left.count() <= 0) return true;
+      const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
+      const timespec timeout{static_cast<std::time_t>(seconds.count()), static_cast<long>((left - seconds).count())};
+      pollfd reader{STDOUT_FILENO, 0, 0};
+      if (ppoll(&reader, 1, &timeout, &signals) > 0) return false;
+    }
+    return true;
+  }
+
+  std::chrono::seconds distance_;
+  clock::time_point next_ = clock::now();
+};
+
+// ---- Output
+
+// While it lives, writing to a reader that is gone fails and ends nothing.
+class broken_pipe_scope {
+ public:
+  broken_pipe_scope() { outside_ = std::signal(SIGPIPE, SIG_IGN); }
+  ~broken_pipe_scope() { std::signal(SIGPIPE, outside_); }
+  broken_pipe_scope(const broken_pipe_scope&) = delete;
+  broken_pipe_scope& operator=(const broken_pipe_scope&) = delete;
+
+ private:
+  void (*outside_)(int) = SIG_DFL;
+};
+
+// False: nobody reads any more, or Ctrl-C came while nobody did.
+bool put(std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(STDOUT_FILENO, text.data(), text.size());
+    if (written < 0 && errno == EINTR && !was_interrupted()) continue;
+    if (written <= 0) return false;
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+std::vector<std::string> lines_of(std::string_view text) {
+  std::vector<std::string> lines;
+  for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+    lines.emplace_back(text.substr(0, end));
+    text.remove_prefix(end + 1);
+  }
+  if (!text.empty()) lines.emplace_back(text);
+  return lines;
+}
+
+// Characters that take a place on the screen: colours do not.
+std::size_t width_of(std::string_view line) {
+  std::size_t width = 0;
+  for (std::size_t colour = line.find('\x1b'); colour != std::string_view::npos; colour = line.find('\x1b')) {
+    width += count_characters(line.substr(0, colour));
+    line.remove_prefix(std::min(line.find('m', colour), line.size() - 1) + 1);
+  }
+  return width + count_characters(line);
+}
+
+std::size_t rows_of(std::string_view line, screen_size size) {
+  return std::max<std::size_t>(1, (width_of(line) + size.columns - 1) / size.columns);
+}
+
+std::size_t rows_of(const std::vector<std::string>& lines, screen_size size) {
+  std::size_t rows = 0;
+  for (const std::string& line : lines) rows += rows_of(line, size);
+  return rows;
+}
+
+// The lines that fit; takes their rows from `room`.
+void add_fitting(std::string& text, const std::vector<std::string>& lines, screen_size size, std::size_t room) {
+  for (const std::string& line : lines) {
+    const std::size_t rows = rows_of(line, size);
+    if (rows > room) return;
+    room -= rows;
+    text.append("\n").append(line);
+  }
+}
+
+std::string time_of_day() {
+  const std::time_t now = clock_now();
+  std::tm parts{};
+  localtime_r(&now, &parts);
+  char text[16];
+  return {text, std::strftime(text, sizeof text, "%H:%M:%S", &parts)};
+}
+
+// Clears the screen, where the terminal can; others show one drawing below the other.
+std::string_view begin_of_drawing() {
+  const char* const terminal = std::getenv("TERM");
+  const bool can_clear = terminal != nullptr && std::string_view(terminal) != "dumb";
+  return can_clear ? "\x1b[H\x1b[J" : "\n";
+}
+
+// ---- Readings
+
+// A watch that is on.
+class watcher {
+ public:
+  watcher(shell& session, const command_line& line, const output_settings& usual)
+      : session_(session), line_(line), usual_(usual) {}
+
+  // Makes a reading and shows it. False: nobody reads any more.
+  bool show_reading() {
+    if (session_.refresh != nullptr) session_.refresh();
+    refreshed_sec_ = clock_now_exactly();
+    traffic_.begin_reading();
+    return usual_.structured ? show_document() : show_screen();
+  }
+
+  // How the command went.
+  int result() const { return result_; }
+
+  // There is nothing that a later reading would show.
+  bool is_refused() const { return result_ == kUsage || result_ == kNoSuchInterface || result_ == kNotPermitted; }
+
+ private:
+  // What the command shows.
+  std::string run(line_filters& filters) {
+    std::string text;
+    output_settings settings = usual_;
+    settings.to_terminal = false;
+    settings.paged = false;
+    settings.gathered = &text;
+    settings.traffic = &traffic_;
+    {
+      command_output output(settings, filters);
+      result_ = line_.what->run({line_, session_, output});
+    }
+    return text;
+  }
+
+  // The document on a line, if the filters let it through.
+  bool show_document() {
+    line_filters none;
+    std::string document = run(none);
+    if (was_interrupted()) return true;
+    std::erase(document, '\n');
+    line_filters filters;
+    add_filters(filters);
+    std::string lines;
+    if (filters.pass(document)) lines = document + "\n";
+    filters.finish([&lines](std::string_view it) { lines.append(it).append("\n"); });
+    return put(lines);
+  }
+
+  // A command that is refused at once is told as it is without a watch; later its complaint stands on the screen.
+  bool show_screen() {
+    line_filters filters;
+    add_filters(filters);
+    const std::vector<std::string> shown = lines_of(run(filters));
+    if (was_interrupted()) return true;
+    if (is_refused() && is_first_) {
+      if (!shown.empty()) print_error(shown.front());
+      return true;
+    }
+    is_first_ = false;
+    const screen_size size = size_of(STDOUT_FILENO);
+    return put(std::string(begin_of_drawing()) + drawing(first_line(size), shown, rate_lines(traffic_.rows()), size));
+  }
+
+  std::string first_line(screen_size size) const {
+    std::string text;
+    append_printable(text, "Every " + std::to_string(*line_.every) + " s: " + line_.text + "   " +
+                               session_.switch_name + "   " + time_of_day());
+    return std::string(first_characters(text, size.columns));
+  }
+
+  void add_filters(line_filters& filters) const {
+    for (const pipe_stage& stage : line_.pipes) filters.add(stage);
+  }
+
+  std::optional<traffic_count> count(if_index_t if_index) const {
+    const bool may_see = session_.who == nullptr || session_.who->sees_counters;
+    if (!may_see || (usual_.shown.bit & kCountingDisplays) == 0) return std::nullopt;
+    interface* const port = counted_interface(if_index);
+    if (port == nullptr) return std::nullopt;
+    if (session_.refresh == nullptr || is_counted_by_kernel(*port)) return count_now(*port);
+    return refresh_statistics(*port) ? std::optional(count_of(*port, refreshed_sec_)) : std::nullopt;
+  }
+
+  shell& session_;
+  const command_line& line_;
+  const output_settings& usual_;
+  int result_ = kDone;
+  bool is_first_ = true;
+  double refreshed_sec_ = 0;
+  traffic_readings traffic_{[this](if_index_t if_index) { return count(if_index); }};
+};
+
+}  // namespace
+
+std::vector<std::string> rate_lines(const std::vector<traffic_readings::row>& rows) {
+  constexpr int kNameWidth = 22, kRateWidth = 14;
+  if (rows.empty()) return {};
+  const auto padded = [](std::string_view text, int width) {
+    char cell[64];
+    std::snprintf(cell, sizeof cell, "%*.*s", width, static_cast<int>(text.size()), text.data());
+    return std::string(cell);
+  };
+  std::string titles = padded("Interface", -kNameWidth);
+  for (const rate_field& rate : kRateFields) titles += padded(rate.title, kRateWidth);
+  std::vector<std::string> lines = {"", titles};
+  for (const traffic_readings::row& row : rows) {
+    char name[64];
+    std::string line = padded(sprintf_if_index(name, row.if_index), -kNameWidth);
+    for (const rate_field& rate : kRateFields) {
+      char number[64] = "--";
+      if (row.rates) std::snprintf(number, sizeof number, "%.1f", (*row.rates).*rate.value);
+      line += padded(number, kRateWidth);
+    }
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+std::string drawing(const std::string& first, const std::vector<std::string>& shown,
+                    const std::vector<std::string>& rates, screen_size size) {
+  const std::size_t room = size.rows - 1;
+  const std::size_t left_by_display = room - std::min(room, rows_of(shown, size));
+  const std::size_t for_rates = std::min(rows_of(rates, size), std::max(room / 2, left_by_display));
+  std::string text = first;
+  add_fitting(text, shown, size, room - for_rates);
+  add_fitting(text, rates, size, for_rates);
+  return text;
+}
+
+int watch(shell& session, const command_line& line, const output_settings& usual) {
+  const interrupt_scope interrupts;
+  const broken_pipe_scope pipes;
+  if (session.refresh != nullptr) session.refresh();  // the first may leave what was read when the shell started
+  watcher running(session, line, usual);
+  pace readings(*line.every);
+  for (bool is_first = true; !was_interrupted(); is_first = false) {
+    if (!running.show_reading() && !was_interrupted()) return kDone;
+    if (is_first && running.is_refused()) return running.result();
+    if (!readings.wait()) return kDone;
+  }
+  if (!usual.structured) put("\n");
+  return kInterrupted;
+}
+
+}  // namespace host

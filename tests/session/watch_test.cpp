@@ -1,0 +1,296 @@
+// "watch" of the real shell: documents on lines in a pipe, drawings at a terminal.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "session/json.h"
+#include "session/program.h"
+#include "session/schema_validator.h"
+#include "shell/grammar.h"
+
+namespace session {
+namespace {
+
+constexpr char kCtrlC[] = "\x03";
+constexpr char kMoment[] = "1800000000";  // 2027-01-15 08:00 UTC
+
+rapidjson::Document parse(const std::string& text) {
+  rapidjson::Document document;
+  document.Parse(text.c_str());
+  EXPECT_FALSE(document.HasParseError()) << text;
+  return document;
+}
+
+// Why a document does not follow the published definition of a display; empty when it does.
+std::string fault_of(const rapidjson::Document& document, const std::string& definition) {
+  std::ostringstream text;
+  text << std::ifstream(PMSH_DOCS "/schema.json").rdbuf();
+  const rapidjson::Document schema = parse(text.str());
+  return schema_fault(document, schema["$defs"][definition.c_str()], schema);
+}
+
+// A watch on the switch of counters, at a clock that runs or stands.
+piped_shell running(const std::string& command) { return {test_file("counters.yaml"), {"-c", command}}; }
+piped_shell standing(const std::string& command) {
+  return {test_file("counters.yaml"), {"--clock", kMoment, "-c", command}};
+}
+
+outcome run(const std::string& command, std::vector<std::string> options = {}) {
+  options.insert(options.end(), {"-c", command});
+  return run_shell_on(test_file("counters.yaml"), options);
+}
+
+// 1000 packets of 1250 bytes come and 2000 of 1000 go in each second of this port.
+TEST(WatchInAPipe, WritesADocumentWithRatesOnALineForEachReading) {
+  piped_shell shell = running("watch 1 show interface ethernet 2/1 counters");
+  const rapidjson::Document first = parse(shell.line());
+  EXPECT_STREQ(first["command"].GetString(), "show interface ethernet 2/1 counters");
+  EXPECT_TRUE(first["interfaces"][0]["rates"].IsNull());
+  EXPECT_EQ(fault_of(first, "counters"), "");
+
+  uint64_t bytes_before = first["interfaces"][0]["input_bytes"].GetUint64();
+  for (int i = 0; i < 2; ++i) {
+    const rapidjson::Document reading = parse(shell.line());
+    const auto& record = reading["interfaces"][0];
+    EXPECT_GT(record["input_bytes"].GetUint64(), bytes_before);
+    bytes_before = record["input_bytes"].GetUint64();
+    EXPECT_DOUBLE_EQ(record["rates"]["in_bytes_per_second"].GetDouble(), 1250000);
+    EXPECT_DOUBLE_EQ(record["rates"]["in_packets_per_second"].GetDouble(), 1000);
+    EXPECT_DOUBLE_EQ(record["rates"]["out_bytes_per_second"].GetDouble(), 2000000);
+    EXPECT_DOUBLE_EQ(record["rates"]["out_packets_per_second"].GetDouble(), 2000);
+    EXPECT_EQ(fault_of(reading, "counters"), "");
+  }
+  shell.interrupt();
+  EXPECT_EQ(shell.exit_code(), 130);
+}
+
+TEST(WatchInAPipe, ClockThatStandsHasNoRates) {
+  piped_shell shell = standing("watch 1 show interface ethernet 2/1 counters");
+  for (int i = 0; i < 2; ++i) {
+    const rapidjson::Document reading = parse(shell.line());
+    EXPECT_STREQ(reading["time"].GetString(), "2027-01-15T08:00:00Z");
+    EXPECT_TRUE(reading["interfaces"][0]["rates"].IsNull());
+  }
+  shell.interrupt();
+  EXPECT_EQ(shell.exit_code(), 130);
+}
+
+TEST(WatchInAPipe, LinesOfTheDisplayBelongToItsRates) {
+  piped_shell shell = running("watch 1 show interface ethernet 2/1 detailed");
+  ASSERT_NE(shell.line(), "");
+  const rapidjson::Document reading = parse(shell.line());
+  EXPECT_DOUBLE_EQ(reading["interfaces"][0]["rates"]["in_bytes_per_second"].GetDouble(), 1250000);
+  EXPECT_EQ(fault_of(reading, "detailed"), "");
+}
+
+TEST(WatchInAPipe, DisplaysWithoutCountersHaveNoRates) {
+  piped_shell shell = running("watch 1 show interface ethernet 2/1 brief");
+  ASSERT_NE(shell.line(), "");
+  const rapidjson::Document reading = parse(shell.line());
+  EXPECT_TRUE(reading["interfaces"][0]["rates"].IsNull());
+  EXPECT_EQ(fault_of(reading, "brief"), "");
+}
+
+TEST(WatchInAPipe, DisplayOfTheProcessHasNoRecordsAndNoRates) {
+  piped_shell shell = standing("watch 1 show transport");
+  const rapidjson::Document reading = parse(shell.line());
+  EXPECT_EQ(reading["transport"]["sent"].GetUint64(), 0U);
+  EXPECT_EQ(fault_of(reading, "transport"), "");
+}
+
+TEST(WatchInAPipe, UserWhoMayNotSeeCountersSeesNoRates) {
+  piped_shell shell(test_file("counters.yaml"),
+                    {"--user", "guest", "-c", "watch 1 show interface ethernet 2/1 counters"});
+  ASSERT_NE(shell.line(), "");
+  EXPECT_TRUE(parse(shell.line())["interfaces"][0]["rates"].IsNull());
+}
+
+TEST(WatchInAPipe, InterfaceWhoseDisplayFailedHasNoRates) {
+  piped_shell shell(test_file("counters.yaml"),
+                    {"--provoke", "statistics=reject", "-c", "watch 1 show interface ethernet 2/1 counters"});
+  ASSERT_NE(shell.line(), "");
+  const rapidjson::Document reading = parse(shell.line());
+  EXPECT_TRUE(reading["interfaces"][0]["rates"].IsNull());
+  EXPECT_STREQ(reading["messages"][0]["text"].GetString(), "stats unavailable");
+}
+
+TEST(WatchInAPipe, EndsQuietlyWhenNobodyReadsAnyMore) {
+  piped_shell shell = running("watch 1 show interface brief");
+  EXPECT_NE(shell.line(), "");
+  shell.stop_reading();
+  EXPECT_EQ(shell.exit_code(), 0);
+}
+
+TEST(WatchInAPipe, ReaderWhoLeavesIsNoticedBeforeTheNextReading) {
+  piped_shell shell = running("watch 86400 show interface brief");
+  EXPECT_NE(shell.line(), "");
+  shell.stop_reading();
+  EXPECT_EQ(shell.exit_code(), 0);
+}
+
+TEST(WatchInAPipe, CtrlCEndsALongPauseAndTheCommandsBehindItDoNotRun) {
+  piped_shell shell(test_file("counters.yaml"), {"-c", "watch 86400 show interface brief", "-c", "help"});
+  EXPECT_NE(shell.line(), "");
+  shell.interrupt();
+  EXPECT_EQ(shell.exit_code(), 130);
+  EXPECT_EQ(shell.rest(), "");
+}
+
+TEST(WatchInAPipe, FiltersWorkOnTheLineOfEachReading) {
+  piped_shell counted = standing("watch 1 show interface brief | include Ethernet2/1 | count");
+  EXPECT_EQ(counted.line(), "1");
+  EXPECT_EQ(counted.line(), "1");
+  piped_shell excluded = standing("watch 1 show interface brief | json | exclude Ethernet2/1 | count");
+  EXPECT_EQ(excluded.line(), "0");
+  EXPECT_EQ(excluded.line(), "0");
+  piped_shell included = standing("watch 1 show interface brief | include Ethernet2/1");
+  EXPECT_TRUE(parse(included.line())["interfaces"].IsArray());
+}
+
+TEST(WatchInAPipe, CommandWithoutAStructuredFormIsRefused) {
+  const outcome without = run("watch 1 show vlan");
+  EXPECT_EQ(without.exit_code, 1);
+  EXPECT_EQ(without.out, "");
+  EXPECT_EQ(without.err,
+            "pmsh: 'show vlan' has no structured form, which a watch into a pipe needs. Watch it at a terminal.\n");
+  EXPECT_EQ(run("watch 1 show vlan | json").err, "pmsh: 'show vlan' has no structured form. Leave '| json' away.\n");
+}
+
+TEST(WatchInAPipe, CommandThatIsRefusedEndsTheWatch) {
+  const outcome missing = run("watch 1 show interface ethernet 9/9 counters");
+  EXPECT_EQ(missing.exit_code, 4);
+  const rapidjson::Document document = parse(missing.out);
+  EXPECT_EQ(document["interfaces"].Size(), 0U);
+  EXPECT_EQ(document["messages"].Size(), 1U);
+  EXPECT_NE(run("watch 1 show interface | include (").err.find("bad expression '('"), std::string::npos);
+}
+
+TEST(WatchInAPipe, MistakesAreUsageErrors) {
+  for (const char* const line : {"watch show transport", "watch 0 show transport", "watch 1 clear counters",
+                                 "watch 1 watch 1 show transport", "watch 1"}) {
+    const outcome result = run(line);
+    EXPECT_EQ(result.exit_code, 1) << line;
+    EXPECT_EQ(result.out, "") << line;
+    EXPECT_EQ(result.err.find("pmsh: "), 0U) << line;
+  }
+}
+
+struct WatchAtATerminal : testing::Test {
+  WatchAtATerminal() { setenv("TZ", "UTC0", 1); }
+  ~WatchAtATerminal() override { std::filesystem::remove_all(state_directory()); }
+};
+
+constexpr char kClear[] = "\x1b[H\x1b[J";
+constexpr char kTitles[] = "Interface                 In bytes/s  In packets/s   Out bytes/s Out packets/s";
+
+TEST_F(WatchAtATerminal, DrawsTheDisplayAndItsRates) {
+  terminal screen({"-c", "watch 1 show interface ethernet 2/1 counters | include Eth"}, test_file("counters.yaml"));
+  const std::string titles = std::string("\r\n\r\n") + kTitles + "\r\nEthernet2/1   ";
+  ASSERT_TRUE(screen.shows(kClear)) << screen.unread();
+  ASSERT_TRUE(screen.shows("Every 1 s: show interface ethernet 2/1 counters   counters   ")) << screen.unread();
+  EXPECT_TRUE(screen.shows(titles + "                    --            --            --            --"))
+      << screen.unread();
+  ASSERT_TRUE(screen.shows(kClear)) << screen.unread();
+  EXPECT_TRUE(screen.shows(titles + "             1250000.0        1000.0     2000000.0        2000.0"))
+      << screen.unread();
+  screen.type(kCtrlC);
+  EXPECT_EQ(screen.exit_code(), 130);
+}
+
+TEST_F(WatchAtATerminal, FirstLineHasTheTimeOfTheClock) {
+  terminal screen({"--clock", kMoment, "-c", "watch 60 show interface ethernet 1/1 description"});
+  EXPECT_TRUE(screen.shows("Every 60 s: show interface ethernet 1/1 description   lab   08:00:00\r\n"))
+      << screen.unread();
+  EXPECT_TRUE(screen.shows("Ethernet1/1              Desk 1")) << screen.unread();
+}
+
+TEST_F(WatchAtATerminal, OnlyInterfacesThatTheFiltersLeaveHaveRates) {
+  terminal screen({"--clock", kMoment, "-c", "watch 1 show interface counters | include Eth1/1"},
+                  test_file("counters.yaml"));
+  ASSERT_TRUE(screen.shows(kTitles)) << screen.unread();
+  ASSERT_TRUE(screen.shows(kClear)) << screen.unread();
+  EXPECT_NE(screen.seen().find("Ethernet1/1 "), std::string::npos) << screen.seen();
+  EXPECT_EQ(screen.seen().find("Ethernet2/1"), std::string::npos) << screen.seen();
+}
+
+TEST_F(WatchAtATerminal, DisplayWithoutCountersHasNoTable) {
+  terminal screen({"--clock", kMoment, "-c", "watch 1 show interface status"}, test_file("counters.yaml"));
+  ASSERT_TRUE(screen.shows(kClear)) << screen.unread();
+  ASSERT_TRUE(screen.shows(kClear)) << screen.unread();
+  EXPECT_NE(screen.seen().find("Eth2/1 "), std::string::npos) << screen.seen();
+  EXPECT_EQ(screen.seen().find("bytes/s"), std::string::npos) << screen.seen();
+}
+
+// Rows of what is drawn between two clearings.
+std::size_t rows_of_a_drawing(terminal& screen) {
+  EXPECT_TRUE(screen.shows(kClear)) << screen.unread();
+  const std::string drawn = screen.seen();
+  std::size_t rows = 1;
+  for (const char letter : drawn) rows += letter == '\n';
+  return rows;
+}
+
+TEST_F(WatchAtATerminal, DrawingIsCutToTheScreenAndFollowsItsSize) {
+  terminal screen({"--clock", kMoment, "-c", "watch 1 show interface"});
+  ASSERT_TRUE(screen.shows(kClear)) << screen.unread();
+  EXPECT_EQ(rows_of_a_drawing(screen), 24U);
+  EXPECT_EQ(screen.seen().find("--More--"), std::string::npos);
+  screen.resize(10, 80);
+  rows_of_a_drawing(screen);  // may have been drawn before
+  EXPECT_EQ(rows_of_a_drawing(screen), 10U);
+}
+
+TEST_F(WatchAtATerminal, CommandWithoutAStructuredFormIsDrawnToo) {
+  terminal screen({"--clock", kMoment, "-c", "watch 1 show vlan"});
+  EXPECT_TRUE(screen.shows("Every 1 s: show vlan   lab   08:00:00\r\n")) << screen.unread();
+  EXPECT_TRUE(screen.shows(kClear)) << screen.unread();
+}
+
+TEST_F(WatchAtATerminal, JsonIsADocumentOnALine) {
+  terminal screen({"--clock", kMoment, "-c", "watch 1 show transport | json"});
+  for (int i = 0; i < 2; ++i) {
+    ASSERT_TRUE(screen.shows("\"never_dropped\":0}}\r\n")) << screen.unread();
+    EXPECT_EQ(screen.seen().find('\n'), screen.seen().size() - 1) << screen.seen();
+    EXPECT_EQ(screen.seen().find("{\"schema_version\":1,\"command\":\"show transport\""), 0U) << screen.seen();
+  }
+}
+
+TEST_F(WatchAtATerminal, CommandThatIsRefusedIsToldAndNothingIsDrawn) {
+  terminal screen({"-c", "watch 1 show interface ethernet 9/9"});
+  EXPECT_TRUE(screen.shows("pmsh: no such interface: ethernet 9/9")) << screen.unread();
+  EXPECT_EQ(screen.seen().find(kClear), std::string::npos) << screen.seen();
+  EXPECT_EQ(screen.exit_code(), 4);
+}
+
+TEST_F(WatchAtATerminal, CtrlCEndsTheWatchAndNotTheShell) {
+  terminal screen({"--clock", kMoment});
+  ASSERT_TRUE(screen.shows_prompt()) << screen.unread();
+  screen.type("wat\t2 sh\ttransp?");
+  ASSERT_TRUE(screen.shows("lab# watch 2 show transp")) << screen.unread();
+  screen.type("\r");
+  ASSERT_TRUE(screen.shows("Every 2 s: show transport   lab   08:00:00\r\n")) << screen.unread();
+  ASSERT_TRUE(screen.shows("  never dropped:                  0")) << screen.unread();
+  screen.type(kCtrlC);
+  ASSERT_TRUE(screen.shows_prompt()) << screen.unread();
+  EXPECT_EQ(screen.seen(), "^C\r\nlab# ");
+  screen.type("show transport | include sent\r");
+  EXPECT_TRUE(screen.shows("Messages sent:                    0\r\n")) << screen.unread();
+  ASSERT_TRUE(screen.shows_prompt()) << screen.unread();
+  screen.type("exit\r");
+  EXPECT_EQ(screen.exit_code(), 0);
+}
+
+TEST_F(WatchAtATerminal, QuestionMarkHelpsBehindIt) {
+  terminal screen({});
+  ASSERT_TRUE(screen.shows_prompt()) << screen.unread();
+  screen.type("watch ?");
+  EXPECT_TRUE(screen.shows("  INTERVAL      Seconds from one reading to the next, 1 to 86400\r\n")) << screen.unread();
+  screen.type("2 show interface ethernet 1/1 de?");
+  EXPECT_TRUE(screen.shows("  debounce      How long a link must be down to count\r\n")) << screen.unread();
+}
+
+}  // namespace
+}  // namespace session
