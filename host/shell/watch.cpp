@@ -191,14 +191,17 @@ class watcher {
     if (session_.refresh != nullptr) session_.refresh();
     refreshed_sec_ = clock_now_exactly();
     traffic_.begin_reading();
+    ++readings_;
     return usual_.structured ? show_document() : show_screen();
   }
 
   // How the command went.
   int result() const { return result_; }
 
-  // There is nothing that a later reading would show.
-  bool is_refused() const { return result_ == kUsage || result_ == kNoSuchInterface || result_ == kNotPermitted; }
+  // True when the first reading was refused: what it is about may go away later, but has to be there at first.
+  bool is_refused() const {
+    return readings_ == 1 && (result_ == kUsage || result_ == kNoSuchInterface || result_ == kNotPermitted);
+  }
 
  private:
   // What the command shows.
@@ -236,11 +239,10 @@ class watcher {
     add_filters(filters);
     const std::vector<std::string> shown = lines_of(run(filters));
     if (was_interrupted()) return true;
-    if (is_refused() && is_first_) {
+    if (is_refused()) {
       if (!shown.empty()) print_error(shown.front());
       return true;
     }
-    is_first_ = false;
     const screen_size size = size_of(STDOUT_FILENO);
     return put(std::string(begin_of_drawing()) + drawing(first_line(size), shown, rate_lines(traffic_.rows()), size));
   }
@@ -269,7 +271,7 @@ class watcher {
   const command_line& line_;
   const output_settings& usual_;
   int result_ = kDone;
-  bool is_first_ = true;
+  uint64 readings_ = 0;
   double refreshed_sec_ = 0;
   traffic_readings traffic_{[this](if_index_t if_index) { return count(if_index); }};
 };
@@ -317,9 +319,9 @@ int watch(shell& session, const command_line& line, const output_settings& usual
   if (session.refresh != nullptr) session.refresh();  // the first may leave what was read when the shell started
   watcher running(session, line, usual);
   pace readings(*line.every);
-  for (bool is_first = true; !was_interrupted(); is_first = false) {
+  while (!was_interrupted()) {
     if (!running.show_reading() && !was_interrupted()) return kDone;
-    if (is_first && running.is_refused()) return running.result();
+    if (running.is_refused()) return running.result();
     if (!readings.wait()) return kDone;
   }
   if (!usual.structured) put("\n");
