@@ -30,6 +30,23 @@ if(PMCLI_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+# A loader that finds little to do is part of the speed: what only the programs need lies in them.
+if(PMCLI_STATIC_RUNTIME)
+  add_link_options(-static-libstdc++ -static-libgcc -Wl,--exclude-libs,ALL)
+endif()
+
+# Sets `variable` to what is linked for a package: its archive where programs are to hold it, else its imported target.
+function(choose_library variable imported archive)
+  set(chosen ${imported})
+  if(PMCLI_STATIC_RUNTIME)
+    find_library(PMCLI_ARCHIVE_${archive} lib${archive}.a)
+    if(PMCLI_ARCHIVE_${archive})
+      set(chosen ${PMCLI_ARCHIVE_${archive}})
+    endif()
+  endif()
+  set(${variable} ${chosen} CACHE INTERNAL "")
+endfunction()
+
 if(PMCLI_COVERAGE)
   add_compile_options(--coverage -fprofile-abs-path)
   add_link_options(--coverage)

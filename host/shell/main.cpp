@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "client/resident_libraries.h"
 #include "service/services.h"
 #include "shell/library.h"
 #include "shell/options.h"
@@ -107,7 +106,6 @@ int run(const options& wanted) {
   the_machine() = build_machine(wanted);
   transport_register(all_services());
   if (!provoke(wanted)) return kUsage;
-  keep_libraries_resident(libraries);
   shell session;
   if (!choose_user(wanted.user, session)) return kUsage;
   session.library = load_command_libraries(libraries);
