@@ -164,7 +164,12 @@ ip -n "$here" route del default dev left
 # ---- Other kinds of devices ----
 if { dev add br0 type bridge vlan_filtering 1 || dev add br0 type bridge; } && dev add in type veth peer name out; then
   dev set in master br0 && dev set in up && dev set out up && dev set br0 up
-  has "$(run -c "show interface $(interface in) status")" " up "
+  for _ in $(seq 50); do  # a bridge takes its time to be up
+    shown=$(run -c "show interface $(interface in) status")
+    [[ $shown == *" up "* ]] && break
+    sleep 0.1
+  done
+  has "$shown" " up "
   [[ $(interface br0) == vethernet\ * ]] || fail "a bridge is '$(interface br0)'"
   if ip netns exec "$here" bridge vlan add dev in vid 20-22 2>/dev/null; then
     has "$(run -c "show interface $(interface in) trunk")" "trunking"
@@ -194,6 +199,35 @@ fi
 dev del left
 [ -z "$(interface left)" ] || fail "a device that is gone is in the map"
 run -c "show interface $left" 2>/dev/null && fail "an interface that is gone is shown"
+dev add going type veth peer name staying
+going=$(interface going)
+said=$({ printf 'configure\ninterface %s\n' "$going"; sleep 0.5; dev del going; printf 'shutdown\n'; } | run 2>&1) &&
+  fail "a device that is gone is set"
+has "$said" ": no such interface"
+
+# Devices that come and go while they are read.
+while :; do
+  dev add coming type veth peer name leaving
+  dev del coming
+done &
+churning=$!
+for _ in $(seq 20); do
+  run -c "show interface brief" -c "show interface" -c "show interface counters" >/dev/null || said=failed
+done
+kill "$churning" && wait "$churning" 2>/dev/null
+[ "$said" != failed ] || fail "a command fails while devices come and go"
+
+# The number of system calls depends on the machine, not on how many devices it has.
+calls() { ip netns exec "$here" strace -f -c -o "$map" "$pmsh" --kernel -c "show interface" >/dev/null && awk '$NF == "total" { print $(NF - 2) }' "$map"; }
+if command -v strace >/dev/null && few=$(calls) && [ -n "$few" ]; then
+  for i in $(seq 50); do printf 'link add few%s type veth peer name other%s\n' "$i" "$i"; done | ip -n "$here" -batch -
+  many=$(calls)
+  [ $((many - few)) -lt 50 ] || fail "$few system calls, and $many with 100 devices more"
+  for i in $(seq 50); do printf 'link del few%s\n' "$i"; done | ip -n "$here" -batch -
+else
+  printf 'left out: the number of system calls\n'
+fi
+
 for i in $(seq 1000); do printf 'link add many%s type veth peer name other%s\n' "$i" "$i"; done |
   ip -n "$here" -batch - || fail "2,000 devices"
 shown=$(run -c "show interface brief" | grep -c '^Ethernet')
