@@ -90,6 +90,15 @@ reply answer_with_statistics(std::span<const std::byte> bytes, Answer answer) {
   });
 }
 
+// The same, with all of its counters.
+template <typename Answer>
+reply answer_with_counters(std::span<const std::byte> bytes, Answer answer) {
+  return answer_with_statistics(bytes, [=](interface& it) {
+    the_machine().complete(it, detail::counters);
+    return answer(it);
+  });
+}
+
 // Clears an interface's counters; the answer has no record.
 inline reply answer_clear_of(interface& it) {
   return clear_statistics(it) ? answer_writer(0).finish() : answer_error(PM_ERR_NO_SUCH_INTERFACE);

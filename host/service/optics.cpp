@@ -31,10 +31,20 @@ void fill_limits(const optical_diagnostics& module, diagnostics_t& to) {
   put(module.rx_limits_uw, to.rx_pwr_hi_alarm, to.rx_pwr_lo_alarm, to.rx_pwr_hi_warn, to.rx_pwr_lo_warn);
 }
 
-// Slopes as 256ths, offsets in units of the page: those of a module that measures right.
-void fill_constants(diagnostics_t& to) {
-  to.calib_temp_slope = to.calib_volt_slope = to.calib_current_slope = to.calib_tx_pwr_slope = 256;
-  to.calib_rx_pwr_1 = 1;
+void fill_constants(const optical_constants& constants, diagnostics_t& to) {
+  to.calib_temp_slope = constants.temperature_slope;
+  to.calib_temp_offset = constants.temperature_offset;
+  to.calib_volt_slope = constants.voltage_slope;
+  to.calib_volt_offset = constants.voltage_offset;
+  to.calib_current_slope = constants.bias_slope;
+  to.calib_current_offset = constants.bias_offset;
+  to.calib_tx_pwr_slope = constants.tx_slope;
+  to.calib_tx_pwr_offset = constants.tx_offset;
+  to.calib_rx_pwr_4 = constants.rx[0];
+  to.calib_rx_pwr_3 = constants.rx[1];
+  to.calib_rx_pwr_2 = constants.rx[2];
+  to.calib_rx_pwr_1 = constants.rx[3];
+  to.calib_rx_pwr_0 = constants.rx[4];
 }
 
 void fill_reading(const optical_reading& reading, diagnostics_t& to) {
@@ -68,7 +78,7 @@ port_xcvr_info_t state_of(const interface& port) {
   const bool has_link = port.oper_state == PM_PORT_STATE_UP;
   const bool is_sfp = module.type != FCOT_TYPE_X2;
   state.xcvr_present = 1;
-  state.rx_loss = has_link ? 0 : 1;
+  state.rx_loss = module.has_rx_loss.value_or(!has_link) ? 1 : 0;
   state.tx_fault = module.has_tx_fault ? 1 : 0;
   state.sync_state = has_link ? 1 : 0;
   state.read_ok = 1;
@@ -82,7 +92,8 @@ port_xcvr_info_t state_of(const interface& port) {
 reply answer_misc_info(std::span<const std::byte> bytes) {
   const auto request = read_request<port_misc_info_req_t>(bytes);
   if (!request || request->num_ports != 1 || request->num_type != 1) return reject();
-  const interface* const port = std::as_const(the_machine()).find(request->if_index);
+  interface* const port = the_machine().find(request->if_index);
+  if (port != nullptr) the_machine().complete(*port, detail::diagnostics);
   const bool is_known = port != nullptr && request->type_list[0] == MISC_INFO_TRANSCEIVER_STATE;
   reply answer;
   append_bytes(answer, port_misc_info_rsp_t{request->port_misc_info_fsm_flag, 1});
@@ -96,17 +107,18 @@ reply answer_misc_info(std::span<const std::byte> bytes) {
 
 }  // namespace
 
-reply answer_diagnostics(const interface& port) {
+reply answer_diagnostics(interface& port) {
+  the_machine().complete(port, detail::diagnostics);
   if (!port.module_in_port) return answer_error(PM_ERR_SFP_NOT_PRESENT);
   const transceiver& module = *port.module_in_port;
   if (module.diagnostics.calibration == 0) return answer_error(PM_ERR_SFP_NO_DIAGNOSTICS);
-  if (module.is_initializing) return answer_error(PM_ERR_SFP_NO_INFORMATION);
+  if (module.is_initializing || module.diagnostics.is_silent) return answer_error(PM_ERR_SFP_NO_INFORMATION);
   sfp_diagnostics record{};
   record.values.if_index = port.if_index;
   record.values.calib_type = module.diagnostics.calibration;
   fill_reading(read_optics(port, static_cast<uint32>(clock_now())), record.values);
   fill_limits(module.diagnostics, record.values);
-  fill_constants(record.values);
+  fill_constants(module.diagnostics.constants, record.values);
   return answer_record(record);
 }
 

@@ -9,6 +9,6 @@
 namespace host {
 
 // Optical diagnostics of a port whose statistics are up to date: one sfp_diagnostics, or why there are none.
-reply answer_diagnostics(const interface& port);
+reply answer_diagnostics(interface& port);
 
 }  // namespace host

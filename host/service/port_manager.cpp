@@ -16,16 +16,20 @@ bool is_of_type(if_index_t if_index, uint32 wanted) {
   return wanted == IF_TYPE_NONE || (if_index_get_type(if_index, &type) == 0 && type == wanted);
 }
 
-// One record for each interface of a range. The in-band interface is listed, but it is no port and has none.
+// One record for each interface of a range, with the detail that it needs. The in-band interface is listed, but it is
+// no port and has none.
 template <typename Record>
-reply answer_range(std::span<const std::byte> bytes, Record (*record_of)(const interface&)) {
+reply answer_range(std::span<const std::byte> bytes, detail needed, Record (*record_of)(const interface&)) {
   const auto request = read_request<range_request>(bytes);
   if (!request) return reject();
   const auto [error, interfaces] = find_range(*request);
   if (error != 0) return answer_error(error);
   if (is_of_type(interfaces.front().if_index, IF_TYPE_INBAND)) return answer_error(PM_ERR_NO_SUCH_INTERFACE);
   answer_writer answer(interfaces.size() * sizeof(Record));
-  for (const interface& it : interfaces) answer.append(record_of(it));
+  for (interface& it : interfaces) {
+    the_machine().complete(it, needed);
+    answer.append(record_of(it));
+  }
   return answer.finish();
 }
 
@@ -75,6 +79,7 @@ reply answer_eth_statistics(std::span<const std::byte> bytes, bool of_channel) {
   if (of_channel && !is_channel) return answer_error(PM_ERR_NOT_ALLOWED_ON_INTERFACE);
   if (request->get == 0) return clear_range(interfaces);
   if (!refresh_statistics(interfaces.front())) return answer_error(PM_ERR_NO_SUCH_INTERFACE);
+  the_machine().complete(interfaces.front(), detail::counters);
   return answer_record(eth_statistics_record(interfaces.front()));
 }
 
@@ -110,8 +115,8 @@ reply answer_clear_management(interface& port) {
 
 reply serve_port_manager(mts_opc_t opcode, std::span<const std::byte> request) {
   switch (opcode) {
-    case PM_OPC_PORT_CONFIG: return answer_range(request, port_record);
-    case PM_OPC_TRANSCEIVER: return answer_range(request, transceiver_record);
+    case PM_OPC_PORT_CONFIG: return answer_range(request, detail::link_fault, port_record);
+    case PM_OPC_TRANSCEIVER: return answer_range(request, detail::module, transceiver_record);
     case PM_OPC_LISTING: return answer_listing(request, the_machine().interfaces);
     case PM_OPC_STARTUP_LISTING: return answer_listing(request, the_machine().startup);
     case PM_OPC_VERIFY: return answer_verification(request);
@@ -121,8 +126,8 @@ reply serve_port_manager(mts_opc_t opcode, std::span<const std::byte> request) {
     case PM_OPC_ETH_STATISTICS: return answer_eth_statistics(request, false);
     case PM_OPC_CHANNEL_STATISTICS: return answer_eth_statistics(request, true);
     case PM_OPC_INTERFACE_COUNTERS:
-      return answer_with_statistics(request,
-                                    [](const interface& it) { return answer_record(interface_counters_record(it)); });
+      return answer_with_counters(request,
+                                  [](const interface& it) { return answer_record(interface_counters_record(it)); });
     case PM_OPC_SET_CONFIG: return configure_ports(request);
     case PM_OPC_DIAGNOSTICS: return answer_with_statistics(request, answer_diagnostics);
     case PM_OPC_MODULE_RESOURCES: return answer_module_resources(request);

@@ -36,8 +36,8 @@ reply answer_clear(std::span<const std::byte> request, bool (*is_wanted)(const i
 reply serve_statistics(mts_opc_t opcode, std::span<const std::byte> request) {
   switch (opcode) {
     case STATS_OPC_PORT:
-    case STATS_OPC_PORT_SNMP: return answer_with_statistics(request, answer_port);
-    case STATS_OPC_LOOPBACK: return answer_with_statistics(request, answer_loopback);
+    case STATS_OPC_PORT_SNMP: return answer_with_counters(request, answer_port);
+    case STATS_OPC_LOOPBACK: return answer_with_counters(request, answer_loopback);
     case STATS_OPC_CLEAR_PORT: return answer_clear(request, is_port);
     case STATS_OPC_CLEAR_LOOPBACK: return answer_clear(request, is_loopback);
     case STATS_OPC_CLEAR_CHANNEL: return answer_clear(request, is_channel);

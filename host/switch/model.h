@@ -58,6 +58,7 @@ struct transceiver {
   std::vector<uint8> eeprom = {};  // identity page as it was read
   bool is_initializing = false;
   bool has_tx_fault = false;
+  std::optional<bool> has_rx_loss = {};  // absent: as the link is
   optical_diagnostics diagnostics = {};
 };
 
@@ -230,6 +231,14 @@ struct user {
   bool may_clear_inband = false;
 };
 
+// What a source may leave out of an interface until somebody asks for it.
+enum class detail : uint8 {
+  link_fault,   // state_reason of a port that is up and has no link
+  module,       // module_in_port with its identity page, capabilities.transceiver
+  diagnostics,  // of the module: needs it
+  counters      // of stats, once these are up to date: those that not every device has
+};
+
 struct machine {
   std::string name;
   uint32 chassis_type = 0;
@@ -252,6 +261,15 @@ struct machine {
   // How the source makes a port what it was just set to, where that is more than the model; `before` is what it was.
   // Returns 0, or the status with which it refuses. Without it a setting is made when the model has it.
   uint32 (*settle)(const interface& port, const port_settings& before) = nullptr;
+
+  // How the source completes a detail of an interface, if it left it out; again and again is as once. Without it
+  // interfaces are complete.
+  void (*read_details)(interface& port, detail wanted) = nullptr;
+
+  // Completes a detail of an interface of this machine.
+  void complete(interface& port, detail wanted) const {
+    if (read_details != nullptr) read_details(port, wanted);
+  }
 
   // The interface with this index, or null.
   interface* find(if_index_t if_index);

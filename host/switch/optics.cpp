@@ -28,7 +28,9 @@ int32 temperature_of(const interface& port, const optical_diagnostics& module, u
 // The bits of one quantity: high is 1, low is 2.
 template <typename Number>
 void compare(Number value, const optical_limits<Number>& limits, uint32 shift, optical_reading& reading) {
-  const auto bits = [value](Number high, Number low) { return (value > high ? 1U : 0U) | (value < low ? 2U : 0U); };
+  const auto bits = [value](Number high, Number low) {
+    return high <= low ? 0U : (value > high ? 1U : 0U) | (value < low ? 2U : 0U);
+  };
   reading.alarms |= bits(limits[0], limits[1]) << shift;
   reading.warnings |= bits(limits[2], limits[3]) << shift;
 }
@@ -37,15 +39,16 @@ void compare(Number value, const optical_limits<Number>& limits, uint32 shift, o
 
 optical_reading read_optics(const interface& port, uint32 now_sec) {
   const optical_diagnostics& module = port.module_in_port->diagnostics;
-  const bool is_lit = port.admin_state == PM_PORT_STATE_UP;
-  const bool has_link = port.oper_state == PM_PORT_STATE_UP;
-  optical_reading reading{.temperature_mc = temperature_of(port, module, now_sec),
-                          .voltage_uv = module.voltage_uv,
-                          .bias_ua = is_lit ? module.bias_ua : 0,
-                          .tx_uw = is_lit ? module.tx_uw : 0,
-                          .rx_uw = has_link ? module.rx_uw : 0,
-                          .alarms = 0,
-                          .warnings = 0};
+  const bool is_lit = module.is_measured || port.admin_state == PM_PORT_STATE_UP;
+  const bool has_link = module.is_measured || port.oper_state == PM_PORT_STATE_UP;
+  optical_reading reading{
+      .temperature_mc = module.is_measured ? module.temperature_mc : temperature_of(port, module, now_sec),
+      .voltage_uv = module.voltage_uv,
+      .bias_ua = is_lit ? module.bias_ua : 0,
+      .tx_uw = is_lit ? module.tx_uw : 0,
+      .rx_uw = has_link ? module.rx_uw : 0,
+      .alarms = 0,
+      .warnings = 0};
   compare(reading.temperature_mc, module.temperature_limits_mc, 0, reading);
   compare(reading.voltage_uv, module.voltage_limits_uv, 2, reading);
   compare(reading.bias_ua, module.bias_limits_ua, 4, reading);

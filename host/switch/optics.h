@@ -13,9 +13,21 @@ struct interface;
 template <typename Number>
 using optical_limits = std::array<Number, 4>;
 
+// Constants of a module that is calibrated externally: slopes as 256ths, offsets in units of its page; these are those
+// of a module that measures right.
+struct optical_constants {
+  uint32 temperature_slope = 256, temperature_offset = 0;
+  uint32 voltage_slope = 256, voltage_offset = 0;
+  uint32 bias_slope = 256, bias_offset = 0;
+  uint32 tx_slope = 256, tx_offset = 0;
+  std::array<uint32, 5> rx = {0, 0, 0, 1, 0};  // polynomial, the highest order first
+};
+
 // Optical diagnostics of a module: what it measures at rest, and what changes it.
 struct optical_diagnostics {
   uint32 calibration = 0;         // 0: the module has no diagnostics; 1 internal, 2 external
+  bool is_silent = false;         // the module has diagnostics, but does not tell them now
+  bool is_measured = false;       // the values are of this moment: neither time nor load nor state changes them
   int32 temperature_mc = 34'000;  // thousandths of a degree Celsius
   int32 drift_mc = 2'500;         // how far the room takes it, up and down in six hours
   int32 load_drift_mc = 6'000;    // how far a full line warms it
@@ -28,10 +40,11 @@ struct optical_diagnostics {
   optical_limits<uint32> bias_limits_ua = {11'800, 4'000, 10'800, 5'000};
   optical_limits<uint32> tx_limits_uw = {1'479, 117, 741, 186};
   optical_limits<uint32> rx_limits_uw = {1'584, 25, 794, 63};
+  optical_constants constants = {};
 };
 
 // A measurement, with a bit for each limit that is passed: two for each of temperature, voltage, bias, transmit and
-// receive power, the high one first.
+// receive power, the high one first. Limits of a real module that are none (the high not above the low) are not passed.
 struct optical_reading {
   int32 temperature_mc;
   uint32 voltage_uv;
