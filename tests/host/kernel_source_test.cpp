@@ -16,6 +16,7 @@
 #include "host/temporary_file.h"
 #include "platform/port_manager.h"
 #include "source/chassis/switch_file.h"
+#include "source/kernel/ethtool.h"
 #include "switch/if_index_layout.h"
 
 namespace host {

@@ -14,7 +14,9 @@
 #include "platform/platform_data.h"
 #include "platform/port_manager.h"
 #include "platform/syserr.h"
+#include "source/kernel/abilities.h"
 #include "source/kernel/baselines.h"
+#include "source/kernel/details.h"
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
 #include "source/kernel/way.h"
@@ -117,6 +119,7 @@ interface interface_of(const kernel_link& link, const std::vector<mapped_device>
   const mapped_device* const master = find_device(mapped, link.master);
   if (link.slave_kind == "bond" && master != nullptr && take_apart(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
     port.channel = master->if_index;
+  set_abilities(link, port);
   return port;
 }
 
@@ -181,6 +184,7 @@ void clear_device(interface& port, uint32 now_sec) {
   device_reading& reading = found->second;
   reading.cleared_at = reading.counted;
   reading.cleared_sec = now_sec;
+  clear_details(port);
   the_kernel.baselines.put(reading.number, {port.burned_in_mac, now_sec, reading.counted});
 }
 
@@ -217,6 +221,8 @@ machine read_machine() {
   made.follow_traffic = follow_device;
   made.clear_traffic = clear_device;
   made.settle = settle;
+  note_devices(links, the_kernel.mapped);
+  made.read_details = read_details;
   return made;
 }
 

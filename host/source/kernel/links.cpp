@@ -1,9 +1,6 @@
 #include "source/kernel/links.h"
 
 #include <arpa/inet.h>
-#include <linux/ethtool.h>
-#include <linux/ethtool_netlink.h>
-#include <linux/genetlink.h>
 #include <linux/if_bridge.h>
 #include <linux/if_ether.h>
 #include <linux/if_link.h>
@@ -14,21 +11,10 @@
 #include <cerrno>
 #include <cstring>
 
+#include "source/kernel/ethtool.h"
+
 namespace host {
 namespace {
-
-std::string text_of(const nlattr& attribute) {
-  const auto* const text = static_cast<const char*>(mnl_attr_get_payload(&attribute));
-  return {text, strnlen(text, mnl_attr_get_payload_len(&attribute))};
-}
-
-uint16 type_of(const nlattr& attribute) { return static_cast<uint16>(mnl_attr_get_type(&attribute)); }
-
-kernel_link* find_link(std::vector<kernel_link>& links, uint32 number) {
-  const auto found = std::lower_bound(links.begin(), links.end(), number,
-                                      [](const kernel_link& link, uint32 wanted) { return link.number < wanted; });
-  return found != links.end() && found->number == number ? &*found : nullptr;
-}
 
 // ---- Links ----------------------------------------------------------------------------------------------------------
 
@@ -108,31 +94,9 @@ void take_vlan(const nlattr& attribute, kernel_link& link, uint16& range_begin) 
   range_begin = 0;
 }
 
-// ---- Link modes -----------------------------------------------------------------------------------------------------
-
-// The device of an ethtool message.
-uint32 device_of(const nlattr& header) {
-  uint32 number = 0;
-  for_each_nested(header, [&number](const nlattr& attribute) {
-    if (type_of(attribute) == ETHTOOL_A_HEADER_DEV_INDEX) number = attribute_number<uint32>(attribute);
-  });
-  return number;
-}
-
-void read_link_modes(std::vector<kernel_link>& links) {
-  netlink_socket generic(NETLINK_GENERIC);
-  const uint16 family = ethtool_family(generic);
-  if (family == 0) return;
-  netlink_request request(family, NLM_F_DUMP);
-  request.extra<genlmsghdr>() = {.cmd = ETHTOOL_MSG_LINKMODES_GET, .version = ETHTOOL_GENL_VERSION, .reserved = 0};
-  nlattr* const header = mnl_attr_nest_start(&request.head(), ETHTOOL_A_LINKMODES_HEADER);
-  mnl_attr_put_u32(&request.head(), ETHTOOL_A_HEADER_FLAGS, ETHTOOL_FLAG_COMPACT_BITSETS);
-  mnl_attr_nest_end(&request.head(), header);
-  generic.ask(request, [&links](const nlmsghdr& message) { decode_link_modes(message, links); });
-}
-
 // ---- The dumps ------------------------------------------------------------------------------------------------------
 
+// This dump tells the counters too, which are all that RTM_GETSTATS would tell of them: it is not asked as well.
 std::vector<kernel_link> dump_links(netlink_socket& route) {
   std::vector<kernel_link> links;
   netlink_request request(RTM_GETLINK, NLM_F_DUMP);
@@ -202,19 +166,6 @@ uint32 device_of_default_route_to(netlink_socket& route, const char* somewhere) 
 
 }  // namespace
 
-uint16 ethtool_family(netlink_socket& generic) {
-  netlink_request request(GENL_ID_CTRL, NLM_F_ACK);
-  request.extra<genlmsghdr>() = {.cmd = CTRL_CMD_GETFAMILY, .version = 1, .reserved = 0};
-  mnl_attr_put_strz(&request.head(), CTRL_ATTR_FAMILY_NAME, ETHTOOL_GENL_NAME);
-  uint16 family = 0;
-  generic.ask(request, [&family](const nlmsghdr& message) {
-    for_each_attribute(message, sizeof(genlmsghdr), [&family](const nlattr& attribute) {
-      if (type_of(attribute) == CTRL_ATTR_FAMILY_ID) family = attribute_number<uint16>(attribute);
-    });
-  });
-  return family;
-}
-
 uint32 decode_default_route(const nlmsghdr& message) {
   if (message.nlmsg_type != RTM_NEWROUTE || mnl_nlmsg_get_payload_len(&message) < sizeof(rtmsg)) return 0;
   const auto* const route = static_cast<const rtmsg*>(mnl_nlmsg_get_payload(&message));
@@ -263,23 +214,12 @@ void decode_address(const nlmsghdr& message, std::vector<kernel_link>& links) {
   if (is_known) link->addresses.push_back(address);
 }
 
-void decode_link_modes(const nlmsghdr& message, std::vector<kernel_link>& links) {
-  constexpr uint32 kUnknownSpeed = 0xFFFFFFFF;
-  kernel_link* link = nullptr;
-  for_each_attribute(message, sizeof(genlmsghdr), [&](const nlattr& attribute) {
-    switch (type_of(attribute)) {
-      case ETHTOOL_A_LINKMODES_HEADER: link = find_link(links, device_of(attribute)); return;
-      case ETHTOOL_A_LINKMODES_SPEED:
-        if (const auto speed = attribute_number<uint32>(attribute); link != nullptr && speed != kUnknownSpeed)
-          link->speed_mbps = speed;
-        return;
-      case ETHTOOL_A_LINKMODES_DUPLEX:
-        if (const auto duplex = attribute_number<uint8>(attribute); link != nullptr && duplex <= DUPLEX_FULL)
-          link->is_full_duplex = duplex == DUPLEX_FULL;
-        return;
-      default: return;
-    }
-  });
+bool is_physical(const kernel_link& link) { return link.kind.empty() && (link.flags & IFF_LOOPBACK) == 0; }
+
+kernel_link* find_link(std::vector<kernel_link>& links, uint32 number) {
+  const auto found = std::lower_bound(links.begin(), links.end(), number,
+                                      [](const kernel_link& link, uint32 wanted) { return link.number < wanted; });
+  return found != links.end() && found->number == number ? &*found : nullptr;
 }
 
 std::vector<kernel_link> read_links() {
@@ -289,7 +229,7 @@ std::vector<kernel_link> read_links() {
       std::any_of(links.begin(), links.end(), [](const kernel_link& link) { return link.slave_kind == "bridge"; });
   if (has_bridge) dump_bridge_vlans(route, links);
   dump_addresses(route, links);
-  read_link_modes(links);
+  read_port_settings(links);
   return links;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,6 +13,18 @@
 #include "switch/model.h"
 
 namespace host {
+
+// Modes of a link by the kernel's bits (ETHTOOL_LINK_MODE_*); those beyond are not told apart.
+using link_modes = std::bitset<128>;
+
+// How a device is set to pause a line, and what it has counted of it.
+struct pause_settings {
+  bool negotiates = false;
+  bool receives = false;
+  bool sends = false;
+  std::optional<uint64> received_frames;
+  std::optional<uint64> sent_frames;
+};
 
 struct kernel_link {
   uint32 number = 0;  // the kernel's index
@@ -37,6 +50,9 @@ struct kernel_link {
 
   std::optional<uint32> speed_mbps;
   std::optional<bool> is_full_duplex;
+  std::optional<bool> negotiates;
+  link_modes supported, advertised, partner;
+  std::optional<pause_settings> pause;
   std::vector<ip_address> addresses;
 };
 
@@ -44,10 +60,12 @@ struct kernel_link {
 std::optional<kernel_link> decode_link(const nlmsghdr& message);
 void decode_bridge_vlans(const nlmsghdr& message, std::vector<kernel_link>& links);
 void decode_address(const nlmsghdr& message, std::vector<kernel_link>& links);
-void decode_link_modes(const nlmsghdr& message, std::vector<kernel_link>& links);
 
-// The number of the ethtool family of generic netlink; 0 when the kernel has none.
-uint16 ethtool_family(netlink_socket& generic);
+// Whether a device is hardware, as far as the kernel tells: it has no kind.
+bool is_physical(const kernel_link& link);
+
+// The device of this number, or null.
+kernel_link* find_link(std::vector<kernel_link>& links, uint32 number);
 
 // The device of a route; 0 when the route is not for every address.
 uint32 decode_default_route(const nlmsghdr& message);

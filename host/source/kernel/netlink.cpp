@@ -1,5 +1,12 @@
 #include "source/kernel/netlink.h"
 
+#include <linux/ethtool.h>
+#include <linux/sockios.h>
+#include <net/if.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -12,7 +19,7 @@ constexpr int kMostTries = 4;
 constexpr std::size_t kBufferBytes = 256 * 1024;  // the kernel fills messages of a dump as far as there is room
 
 struct visit_data {
-  const std::function<void(const nlmsghdr&)>* visit;
+  const message_visitor* visit;
 };
 
 int visit_message(const nlmsghdr* message, void* data) {
@@ -41,6 +48,52 @@ std::string words_among(const char* messages, std::size_t size) {
 }
 
 bool is_worth_another_try(int error) { return error == EINTR || error == ENOBUFS; }
+
+// ---- The kernel itself ----------------------------------------------------------------------------------------------
+
+class socket_channel : public kernel_channel {
+ public:
+  explicit socket_channel(mnl_socket* socket) : socket_(socket) {}
+  uint32 port() const override { return mnl_socket_get_portid(socket_.get()); }
+  int send(const nlmsghdr& request) override {
+    return mnl_socket_sendto(socket_.get(), &request, request.nlmsg_len) < 0 ? errno : 0;
+  }
+  ssize_t receive(std::span<char> to, int& error) override {
+    const ssize_t size = mnl_socket_recvfrom(socket_.get(), to.data(), to.size());
+    error = errno;
+    return size;
+  }
+
+ private:
+  struct closer {
+    void operator()(mnl_socket* socket) const { mnl_socket_close(socket); }
+  };
+  std::unique_ptr<mnl_socket, closer> socket_;
+};
+
+std::unique_ptr<kernel_channel> open_socket(int bus) {
+  mnl_socket* const socket = mnl_socket_open2(bus, SOCK_CLOEXEC);
+  if (socket == nullptr) return nullptr;
+  auto channel = std::make_unique<socket_channel>(socket);
+  if (mnl_socket_bind(socket, 0, MNL_SOCKET_AUTOPID) < 0) return nullptr;
+  // Older kernels have no words for errors.
+  int on = 1;
+  mnl_socket_setsockopt(socket, NETLINK_EXT_ACK, &on, sizeof on);
+  mnl_socket_setsockopt(socket, NETLINK_CAP_ACK, &on, sizeof on);
+  return channel;
+}
+
+int ask_by_ioctl(const std::string& device, void* command) {
+  ifreq request{};
+  if (device.size() >= sizeof request.ifr_name) return ENODEV;
+  std::memcpy(request.ifr_name, device.data(), device.size());
+  request.ifr_data = static_cast<char*>(command);
+  const int socket_number = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  if (socket_number < 0) return errno;
+  const int error = ioctl(socket_number, SIOCETHTOOL, &request) < 0 ? errno : 0;
+  close(socket_number);
+  return error;
+}
 
 }  // namespace
 
@@ -71,42 +124,60 @@ void for_each_nested(const nlattr& nest, const attribute_visitor& visit) {
   visit_all(static_cast<const char*>(mnl_attr_get_payload(&nest)), mnl_attr_get_payload_len(&nest), visit);
 }
 
-netlink_socket::netlink_socket(int bus) : socket_(mnl_socket_open2(bus, SOCK_CLOEXEC)), buffer_(kBufferBytes) {
-  if (socket_ == nullptr || mnl_socket_bind(socket_.get(), 0, MNL_SOCKET_AUTOPID) < 0)
-    throw kernel_error(std::string("the kernel cannot be asked by netlink: ") + std::strerror(errno));
-  // Older kernels have no words for errors.
-  int on = 1;
-  mnl_socket_setsockopt(socket_.get(), NETLINK_EXT_ACK, &on, sizeof on);
-  mnl_socket_setsockopt(socket_.get(), NETLINK_CAP_ACK, &on, sizeof on);
+std::string text_of(const nlattr& attribute) {
+  const auto* const text = static_cast<const char*>(mnl_attr_get_payload(&attribute));
+  return {text, strnlen(text, mnl_attr_get_payload_len(&attribute))};
 }
 
-int netlink_socket::ask(netlink_request& request, const std::function<void(const nlmsghdr&)>& visit,
-                        const std::function<void()>& restart) {
+std::span<const uint8> bytes_of(const nlattr& attribute) {
+  return {static_cast<const uint8*>(mnl_attr_get_payload(&attribute)), mnl_attr_get_payload_len(&attribute)};
+}
+
+kernel_gate& the_kernel_gate() {
+  static kernel_gate gate = {open_socket, ask_by_ioctl};
+  return gate;
+}
+
+netlink_socket::netlink_socket(int bus) : bus_(bus), buffer_(kBufferBytes) {
+  if (const int error = open(); error != 0)
+    throw kernel_error(std::string("the kernel cannot be asked by netlink: ") + std::strerror(error));
+}
+
+int netlink_socket::open() {
+  channel_.reset();
+  channel_ = the_kernel_gate().open(bus_);
+  return channel_ == nullptr ? errno : 0;
+}
+
+// Another try has a socket of its own: on the old one the kernel may still be at the dump, and begins no other.
+int netlink_socket::ask(netlink_request& request, const message_visitor& visit, const std::function<void()>& restart) {
   int error = 0;
   reason_.clear();
   for (int tries = 0; tries < kMostTries; ++tries) {
+    if (tries != 0 && (error = open()) != 0) return error;
     request.head().nlmsg_seq = ++sequence_;
-    if (mnl_socket_sendto(socket_.get(), &request.head(), request.head().nlmsg_len) < 0) return errno;
-    error = receive(sequence_, visit);
+    error = channel_->send(request.head());
+    if (error == 0) error = receive(sequence_, visit);
     if (!is_worth_another_try(error)) return error;
     if (restart) restart();
   }
   return error;
 }
 
-int netlink_socket::receive(uint32 sequence, const std::function<void(const nlmsghdr&)>& visit) {
+int netlink_socket::receive(uint32 sequence, const message_visitor& visit) {
   visit_data data{&visit};
   while (true) {
-    const ssize_t size = mnl_socket_recvfrom(socket_.get(), buffer_.data(), buffer_.size());
+    int error = 0;
+    const ssize_t size = channel_->receive(buffer_, error);
     if (size < 0) {
-      if (errno == EINTR) continue;  // a signal, not a dump that was disturbed
-      return errno;
+      if (error == EINTR) continue;  // a signal, not a dump that was disturbed
+      return error;
     }
-    const int status = mnl_cb_run(buffer_.data(), static_cast<std::size_t>(size), sequence,
-                                  mnl_socket_get_portid(socket_.get()), visit_message, &data);
+    const int status =
+        mnl_cb_run(buffer_.data(), static_cast<std::size_t>(size), sequence, channel_->port(), visit_message, &data);
     if (status < 0) {
       if (errno == ESRCH || errno == EPROTO) continue;  // left over from an earlier question
-      const int error = errno;
+      error = errno;
       reason_ = words_among(buffer_.data(), static_cast<std::size_t>(size));
       return error;
     }

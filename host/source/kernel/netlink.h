@@ -2,10 +2,12 @@
 #pragma once
 
 #include <libmnl/libmnl.h>
+#include <sys/types.h>
 
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -25,6 +27,13 @@ using attribute_visitor = std::function<void(const nlattr&)>;
 // they are whole.
 void for_each_attribute(const nlmsghdr& message, std::size_t offset, const attribute_visitor& visit);
 void for_each_nested(const nlattr& nest, const attribute_visitor& visit);
+
+inline uint16 type_of(const nlattr& attribute) { return static_cast<uint16>(mnl_attr_get_type(&attribute)); }
+
+std::string text_of(const nlattr& attribute);
+
+// The bytes in an attribute, as long as its message lives.
+std::span<const uint8> bytes_of(const nlattr& attribute);
 
 // The number in an attribute; 0 in one that is too short.
 template <typename Number>
@@ -61,6 +70,24 @@ class netlink_request {
   nlmsghdr* head_;
 };
 
+// How messages travel to the kernel and back.
+class kernel_channel {
+ public:
+  virtual ~kernel_channel() = default;
+  virtual uint32 port() const = 0;
+  virtual int send(const nlmsghdr& request) = 0;                // 0 or an errno
+  virtual ssize_t receive(std::span<char> to, int& error) = 0;  // bytes of a datagram; -1 with an errno
+};
+
+// The ways to ask the kernel. Tests put a recording in their place.
+struct kernel_gate {
+  std::unique_ptr<kernel_channel> (*open)(int bus);                // null with errno
+  int (*ethtool_ioctl)(const std::string& device, void* command);  // 0 or an errno
+};
+kernel_gate& the_kernel_gate();
+
+using message_visitor = std::function<void(const nlmsghdr&)>;
+
 class netlink_socket {
  public:
   // `bus`: NETLINK_ROUTE or NETLINK_GENERIC. Throws kernel_error.
@@ -68,20 +95,17 @@ class netlink_socket {
 
   // Sends and hands over each answer. A dump that was disturbed, or lost messages, is asked for again a few times; then
   // `restart` is called first. Returns 0 or an errno.
-  int ask(netlink_request& request, const std::function<void(const nlmsghdr&)>& visit,
-          const std::function<void()>& restart = {});
+  int ask(netlink_request& request, const message_visitor& visit, const std::function<void()>& restart = {});
 
   // Why the kernel refused the last question, in its own words; empty when it gave none.
   const std::string& reason() const { return reason_; }
 
  private:
-  struct closer {
-    void operator()(mnl_socket* socket) const { mnl_socket_close(socket); }
-  };
+  int open();
+  int receive(uint32 sequence, const message_visitor& visit);
 
-  int receive(uint32 sequence, const std::function<void(const nlmsghdr&)>& visit);
-
-  std::unique_ptr<mnl_socket, closer> socket_;
+  int bus_;
+  std::unique_ptr<kernel_channel> channel_;
   std::vector<char> buffer_;
   uint32 sequence_ = 0;
   std::string reason_;

@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "platform/port_manager.h"
+#include "source/kernel/ethtool.h"
 #include "source/kernel/identify.h"
-#include "source/kernel/links.h"
 #include "switch/port_status.h"
 
 namespace host {

@@ -1,0 +1,118 @@
+#include "source/kernel/abilities.h"
+
+#include <linux/ethtool.h>
+
+#include <iterator>
+
+#include "platform/card_config.h"
+#include "platform/port_manager.h"
+
+namespace host {
+namespace {
+
+// ---- Link modes -----------------------------------------------------------------------------------------------------
+
+// A run of bits that stand for modes of one speed and duplex. Speeds that the port manager does not name are 0.
+struct mode_run {
+  uint32 first;
+  uint32 last;
+  uint8 speed;   // CRDCFG_SPEED_*
+  uint8 duplex;  // CRDCFG_DUPLEX_*
+};
+constexpr uint8 kHalf = CRDCFG_DUPLEX_HALF, kFull = CRDCFG_DUPLEX_FULL;
+constexpr mode_run kModeRuns[] = {
+    {ETHTOOL_LINK_MODE_10baseT_Half_BIT, ETHTOOL_LINK_MODE_10baseT_Half_BIT, CRDCFG_SPEED_10M, kHalf},
+    {ETHTOOL_LINK_MODE_10baseT_Full_BIT, ETHTOOL_LINK_MODE_10baseT_Full_BIT, CRDCFG_SPEED_10M, kFull},
+    {ETHTOOL_LINK_MODE_100baseT_Half_BIT, ETHTOOL_LINK_MODE_100baseT_Half_BIT, CRDCFG_SPEED_100M, kHalf},
+    {ETHTOOL_LINK_MODE_100baseT_Full_BIT, ETHTOOL_LINK_MODE_100baseT_Full_BIT, CRDCFG_SPEED_100M, kFull},
+    {ETHTOOL_LINK_MODE_1000baseT_Half_BIT, ETHTOOL_LINK_MODE_1000baseT_Half_BIT, CRDCFG_SPEED_1G, kHalf},
+    {ETHTOOL_LINK_MODE_1000baseT_Full_BIT, ETHTOOL_LINK_MODE_1000baseT_Full_BIT, CRDCFG_SPEED_1G, kFull},
+    {ETHTOOL_LINK_MODE_10000baseT_Full_BIT, ETHTOOL_LINK_MODE_10000baseT_Full_BIT, CRDCFG_SPEED_10G, kFull},
+    {ETHTOOL_LINK_MODE_2500baseX_Full_BIT, ETHTOOL_LINK_MODE_2500baseX_Full_BIT, 0, kFull},
+    {ETHTOOL_LINK_MODE_1000baseKX_Full_BIT, ETHTOOL_LINK_MODE_1000baseKX_Full_BIT, CRDCFG_SPEED_1G, kFull},
+    {ETHTOOL_LINK_MODE_10000baseKX4_Full_BIT, ETHTOOL_LINK_MODE_10000baseR_FEC_BIT, CRDCFG_SPEED_10G, kFull},
+    {ETHTOOL_LINK_MODE_20000baseMLD2_Full_BIT, ETHTOOL_LINK_MODE_50000baseSR2_Full_BIT, 0, kFull},
+    {ETHTOOL_LINK_MODE_1000baseX_Full_BIT, ETHTOOL_LINK_MODE_1000baseX_Full_BIT, CRDCFG_SPEED_1G, kFull},
+    {ETHTOOL_LINK_MODE_10000baseCR_Full_BIT, ETHTOOL_LINK_MODE_10000baseER_Full_BIT, CRDCFG_SPEED_10G, kFull},
+    {ETHTOOL_LINK_MODE_2500baseT_Full_BIT, ETHTOOL_LINK_MODE_5000baseT_Full_BIT, 0, kFull},
+    {ETHTOOL_LINK_MODE_50000baseKR_Full_BIT, ETHTOOL_LINK_MODE_200000baseCR4_Full_BIT, 0, kFull},
+    {ETHTOOL_LINK_MODE_100baseT1_Full_BIT, ETHTOOL_LINK_MODE_100baseT1_Full_BIT, CRDCFG_SPEED_100M, kFull},
+    {ETHTOOL_LINK_MODE_1000baseT1_Full_BIT, ETHTOOL_LINK_MODE_1000baseT1_Full_BIT, CRDCFG_SPEED_1G, kFull},
+    {ETHTOOL_LINK_MODE_400000baseKR8_Full_BIT, ETHTOOL_LINK_MODE_400000baseCR8_Full_BIT, 0, kFull},
+    {ETHTOOL_LINK_MODE_100000baseKR_Full_BIT, ETHTOOL_LINK_MODE_400000baseCR4_Full_BIT, 0, kFull},
+    {ETHTOOL_LINK_MODE_100baseFX_Half_BIT, ETHTOOL_LINK_MODE_100baseFX_Half_BIT, CRDCFG_SPEED_100M, kHalf},
+    {ETHTOOL_LINK_MODE_100baseFX_Full_BIT, ETHTOOL_LINK_MODE_100baseFX_Full_BIT, CRDCFG_SPEED_100M, kFull},
+    {ETHTOOL_LINK_MODE_10baseT1L_Full_BIT, ETHTOOL_LINK_MODE_10baseT1L_Full_BIT, CRDCFG_SPEED_10M, kFull},
+};
+
+uint8 flow_capability(bool can, bool can_negotiate) {
+  if (!can) return 0;
+  return static_cast<uint8>(CRDCFG_FLOW_OFF | CRDCFG_FLOW_ON | (can_negotiate ? CRDCFG_FLOW_DESIRED : 0));
+}
+
+void set_capabilities(const link_modes& supported, port_capabilities& port) {
+  const bool negotiates = supported[ETHTOOL_LINK_MODE_Autoneg_BIT];
+  if (negotiates) {
+    port.speeds |= CRDCFG_SPEED_AUTO;
+    port.duplexes |= CRDCFG_DUPLEX_AUTO;
+  }
+  for (const mode_run& run : kModeRuns)
+    for (uint32 bit = run.first; bit <= run.last; ++bit) {
+      if (!supported[bit]) continue;
+      port.speeds |= run.speed;
+      port.duplexes |= run.duplex;
+    }
+  const bool pauses = supported[ETHTOOL_LINK_MODE_Pause_BIT];
+  port.rx_flow_control = flow_capability(pauses, negotiates);
+  port.tx_flow_control = flow_capability(pauses || supported[ETHTOOL_LINK_MODE_Asym_Pause_BIT], negotiates);
+  port.transceiver = supported[ETHTOOL_LINK_MODE_FIBRE_BIT];
+}
+
+// Without negotiation a port is set to the speed that it has; while it has none, that is not known.
+void set_speed(const kernel_link& link, interface& port) {
+  if (!link.negotiates || *link.negotiates) return;
+  port.admin_speed_mbps = link.speed_mbps.value_or(0);
+  if (link.is_full_duplex)
+    port.admin_duplex = *link.is_full_duplex ? uint8{PM_PORT_DUPLEX_FULL} : uint8{PM_PORT_DUPLEX_HALF};
+}
+
+// ---- Flow control ---------------------------------------------------------------------------------------------------
+
+// On and desired, of the sending side; those of the receiving side are one place higher.
+enum : uint16 { kOn = 1, kDesired = 4 };
+
+struct pause_directions {
+  bool receives = false;
+  bool sends = false;
+};
+
+uint16 flow_control(const pause_directions& directions, uint16 how) {
+  return static_cast<uint16>((directions.receives ? how << 1 : 0) | (directions.sends ? how : 0));
+}
+
+// What both sides advertised leads to, by the table of the negotiation: symmetric when both can, else one direction.
+pause_directions negotiated(const link_modes& ours, const link_modes& theirs) {
+  const bool we_pause = ours[ETHTOOL_LINK_MODE_Pause_BIT], they_pause = theirs[ETHTOOL_LINK_MODE_Pause_BIT];
+  if (we_pause && they_pause) return {.receives = true, .sends = true};
+  if (!ours[ETHTOOL_LINK_MODE_Asym_Pause_BIT] || !theirs[ETHTOOL_LINK_MODE_Asym_Pause_BIT]) return {};
+  return {.receives = we_pause, .sends = they_pause};
+}
+
+// A port that negotiates works as both sides agreed; with a partner that is not told it is not known to work.
+void set_flow_control(const kernel_link& link, interface& port) {
+  if (!link.pause) return;
+  const pause_directions set = {link.pause->receives, link.pause->sends};
+  port.admin_flow_control = flow_control(set, link.pause->negotiates ? kDesired : kOn);
+  if (port.oper_state != PM_PORT_STATE_UP) return;
+  port.oper_flow_control = flow_control(link.pause->negotiates ? negotiated(link.advertised, link.partner) : set, kOn);
+}
+
+}  // namespace
+
+void set_abilities(const kernel_link& link, interface& port) {
+  set_capabilities(link.supported, port.capabilities);
+  set_speed(link, port);
+  set_flow_control(link, port);
+}
+
+}  // namespace host

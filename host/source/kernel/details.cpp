@@ -1,0 +1,239 @@
+#include "source/kernel/details.h"
+
+#include <linux/ethtool.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <map>
+
+#include "platform/if_index.h"
+#include "platform/port_manager.h"
+#include "source/kernel/ethtool.h"
+#include "source/kernel/module.h"
+#include "switch/if_index_layout.h"
+
+namespace host {
+namespace {
+
+struct known_device {
+  if_index_t if_index = 0;
+  uint32 number = 0;  // the kernel's
+  std::string name;
+  bool is_physical = false;
+  std::optional<pause_settings> pause;
+  bool has_module_read = false;
+  bool has_diagnostics_read = false;
+};
+
+struct counter_memory {
+  told_counters last;
+  told_counters cleared;
+};
+
+struct {
+  std::vector<known_device> devices;  // sorted by interface
+  std::optional<ethtool_socket> ethtool;
+  std::optional<link_faults> faults;
+  std::optional<std::map<uint32, told_counters>> counted;
+  bool modules_are_closed = false;              // to this user
+  std::map<if_index_t, counter_memory> memory;  // stays from command to command
+} the_details;
+
+known_device* find_device(if_index_t if_index) {
+  auto& devices = the_details.devices;
+  const auto found = std::lower_bound(devices.begin(), devices.end(), if_index,
+                                      [](const known_device& it, if_index_t wanted) { return it.if_index < wanted; });
+  return found != devices.end() && found->if_index == if_index ? &*found : nullptr;
+}
+
+ethtool_socket& ethtool() {
+  if (!the_details.ethtool) the_details.ethtool.emplace();
+  return *the_details.ethtool;
+}
+
+// ---- Why a link is down ---------------------------------------------------------------------------------------------
+
+constexpr uint8 kReasonNotConnected = 7;
+constexpr uint8 kAnySubstate = 0xFF;
+
+// Faults that the port manager has a reason for. All others leave the port not connected.
+struct fault_reason {
+  uint8 state;
+  uint8 substate;
+  uint8 reason;
+};
+constexpr fault_reason kFaultReasons[] = {
+    {ETHTOOL_LINK_EXT_STATE_LINK_TRAINING_FAILURE, kAnySubstate, 81},  // initialization failed
+    {ETHTOOL_LINK_EXT_STATE_LINK_LOGICAL_MISMATCH, kAnySubstate, 84},  // loss of sync
+    {ETHTOOL_LINK_EXT_STATE_BAD_SIGNAL_INTEGRITY, ETHTOOL_LINK_EXT_SUBSTATE_BSI_SERDES_ALOS, 83},  // loss of signal
+    {ETHTOOL_LINK_EXT_STATE_EEPROM_ISSUE, kAnySubstate, 141},                                      // module read error
+    {ETHTOOL_LINK_EXT_STATE_CALIBRATION_FAILURE, kAnySubstate, 3},                                 // hardware failure
+    {ETHTOOL_LINK_EXT_STATE_OVERHEAT, kAnySubstate, 3},                                            //
+    {ETHTOOL_LINK_EXT_STATE_MODULE, ETHTOOL_LINK_EXT_SUBSTATE_MODULE_CMIS_NOT_READY, 10},          // initializing
+};
+
+uint8 reason_of(const link_fault& fault) {
+  for (const fault_reason& row : kFaultReasons)
+    if (row.state == fault.state && (row.substate == kAnySubstate || row.substate == fault.substate)) return row.reason;
+  return kReasonNotConnected;
+}
+
+void read_fault(const known_device& device, interface& port) {
+  if (!device.is_physical || port.state_reason != kReasonNotConnected) return;
+  if (!the_details.faults) the_details.faults = read_link_faults(ethtool());
+  const auto fault = the_details.faults->find(device.number);
+  if (fault != the_details.faults->end()) port.state_reason = reason_of(fault->second);
+}
+
+// ---- Modules --------------------------------------------------------------------------------------------------------
+
+// By netlink; by ioctl from a kernel that does not know the message. Who may not read modules is told so once.
+page_reader reader_of(const known_device& device) {
+  return [&device](const module_place& place) {
+    if (the_details.modules_are_closed) return std::vector<uint8>{};
+    int error = 0;
+    std::vector<uint8> page = read_module_page(ethtool(), device.number, place, error);
+    the_details.modules_are_closed = error == EPERM;
+    const bool has_no_message = error == EOPNOTSUPP || error == ENOENT;
+    return has_no_message ? read_module_page_by_ioctl(device.name, place) : page;
+  };
+}
+
+// One request for each port that is hardware: a dump would end at the first empty cage, and reading the memory of a
+// module takes far longer than the request for it.
+void read_module_of(known_device& device, interface& port) {
+  if (device.has_module_read || !device.is_physical) return;
+  device.has_module_read = true;
+  port.module_in_port = read_module(reader_of(device));
+  if (port.module_in_port) port.capabilities.transceiver = true;
+}
+
+void read_diagnostics_of(known_device& device, interface& port) {
+  read_module_of(device, port);
+  if (device.has_diagnostics_read || !port.module_in_port) return;
+  device.has_diagnostics_read = true;
+  read_module_diagnostics(reader_of(device), *port.module_in_port);
+}
+
+// ---- Counters -------------------------------------------------------------------------------------------------------
+
+constexpr struct {
+  told_counter told;
+  uint64 error_counters::*counter;
+} kErrorCounters[] = {
+    {kToldSymbolErrors, &error_counters::symbol},
+    {kToldFcsErrors, &error_counters::crc},
+    {kToldSingleCollisions, &error_counters::single_collisions},
+    {kToldMultipleCollisions, &error_counters::multiple_collisions},
+    {kToldDeferred, &error_counters::deferred},
+    {kToldLateCollisions, &error_counters::late_collisions},
+    {kToldExcessiveCollisions, &error_counters::excessive_collisions},
+    {kToldCarrierErrors, &error_counters::lost_carrier},
+    {kToldExcessiveDeferrals, &error_counters::deferred_long},
+    {kToldTooLong, &error_counters::giants},
+    {kToldUndersized, &error_counters::short_frames},
+    {kToldJabber, &error_counters::jabber},
+    {kToldPausesReceived, &error_counters::pause_received},
+    {kToldPausesSent, &error_counters::pause_sent},
+};
+
+// Multicasts and broadcasts are taken out of the packets, whose sum stays.
+void take_kinds(const told_counters& told, told_counter multicasts, told_counter broadcasts,
+                traffic_counters& traffic) {
+  uint64 left = traffic.packets();
+  if (told[multicasts]) traffic.multicast_packets = std::min(*told[multicasts], left);
+  left -= std::min(left, traffic.multicast_packets);
+  if (told[broadcasts]) traffic.broadcast_packets = std::min(*told[broadcasts], left);
+  left -= std::min(left, traffic.broadcast_packets);
+  traffic.unicast_packets = left;
+}
+
+void take_sizes(const told_counters& told, uint32 first, traffic_counters& traffic) {
+  for (std::size_t i = 0; i < traffic.packets_by_size.size(); ++i)
+    traffic.packets_by_size[i] = told[first + i].value_or(0);
+}
+
+void take_told(const told_counters& told, statistics& stats) {
+  for (const auto& row : kErrorCounters)
+    if (told[row.told]) stats.errors.*row.counter = *told[row.told];
+  take_kinds(told, kToldMulticastsReceived, kToldBroadcastsReceived, stats.in);
+  take_kinds(told, kToldMulticastsSent, kToldBroadcastsSent, stats.out);
+  take_sizes(told, kToldReceivedBySize, stats.in);
+  take_sizes(told, kToldSentBySize, stats.out);
+}
+
+// What the device counts now.
+told_counters counters_of(const known_device& device) {
+  if (!the_details.counted) the_details.counted = read_told_counters(ethtool());
+  const auto found = the_details.counted->find(device.number);
+  told_counters told = found != the_details.counted->end() ? found->second : told_counters{};
+  if (device.pause) {
+    told[kToldPausesReceived] = device.pause->received_frames;
+    told[kToldPausesSent] = device.pause->sent_frames;
+  }
+  return told;
+}
+
+// Looks at a device. One that has counted less than before was made anew: it counts from its own start.
+counter_memory& look_at(const known_device& device) {
+  counter_memory& memory = the_details.memory[device.if_index];
+  const told_counters now = counters_of(device);
+  for (std::size_t i = 0; i < now.size(); ++i)
+    if (now[i].value_or(0) < memory.last[i].value_or(0)) memory.cleared = {};
+  memory.last = now;
+  return memory;
+}
+
+told_counters since_clear(const counter_memory& memory) {
+  told_counters since = memory.last;
+  for (std::size_t i = 0; i < since.size(); ++i)
+    if (since[i]) *since[i] -= std::min(*since[i], memory.cleared[i].value_or(0));
+  return since;
+}
+
+// A management port counts what the kernel's own table tells (switch/live_statistics.h), and no more.
+bool is_counted_here(if_index_t if_index) { return take_apart(if_index).type != IF_TYPE_MGMT; }
+
+}  // namespace
+
+void note_devices(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped) {
+  the_details.ethtool.reset();
+  the_details.faults.reset();
+  the_details.counted.reset();
+  the_details.modules_are_closed = false;
+  the_details.devices.clear();
+  the_details.devices.reserve(mapped.size());
+  std::size_t place = 0;
+  for (const mapped_device& it : mapped) {
+    while (links[place].number != it.number) ++place;  // both are sorted by number
+    the_details.devices.push_back({.if_index = it.if_index,
+                                   .number = it.number,
+                                   .name = it.device,
+                                   .is_physical = is_physical(links[place]),
+                                   .pause = links[place].pause});
+  }
+  std::sort(the_details.devices.begin(), the_details.devices.end(),
+            [](const known_device& a, const known_device& b) { return a.if_index < b.if_index; });
+}
+
+void read_details(interface& port, detail wanted) {
+  known_device* const device = find_device(port.if_index);
+  if (device == nullptr) return;
+  switch (wanted) {
+    case detail::link_fault: return read_fault(*device, port);
+    case detail::module: return read_module_of(*device, port);
+    case detail::diagnostics: return read_diagnostics_of(*device, port);
+    case detail::counters:
+      if (is_counted_here(port.if_index)) take_told(since_clear(look_at(*device)), port.stats);
+      return;
+  }
+}
+
+void clear_details(const interface& port) {
+  if (const known_device* const device = find_device(port.if_index); device != nullptr) {
+    counter_memory& memory = look_at(*device);
+    memory.cleared = memory.last;
+  }
+}
+
+}  // namespace host

@@ -1,0 +1,21 @@
+// What is read of a device only for a command that needs it, and then once for the command: memory of modules by port,
+// link faults and further counters by one dump for all ports.
+#pragma once
+
+#include <vector>
+
+#include "source/kernel/device_map.h"
+#include "switch/model.h"
+
+namespace host {
+
+// Takes note of the devices that a command begins with. What was read of details before is dropped.
+void note_devices(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped);
+
+// Completes an interface (machine::read_details). What the kernel does not tell stays as it is.
+void read_details(interface& port, detail wanted);
+
+// Lets the further counters of an interface start from 0.
+void clear_details(const interface& port);
+
+}  // namespace host

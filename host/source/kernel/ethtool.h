@@ -1,0 +1,107 @@
+// What the kernel tells of ports by ethtool, over generic netlink.
+//
+// A kernel without it, or without one of its messages, tells nothing: then that is absent.
+#pragma once
+
+#include <array>
+#include <map>
+#include <optional>
+
+#include "source/kernel/links.h"
+#include "source/kernel/netlink.h"
+
+namespace host {
+
+// The number of the ethtool family of generic netlink; 0 when the kernel has none.
+uint16 ethtool_family(netlink_socket& generic);
+
+// A socket to the ethtool family. A kernel without it, or without generic netlink, answers every question with ENOENT.
+class ethtool_socket {
+ public:
+  ethtool_socket();
+
+  // A request of the family; the rest of it is put behind.
+  netlink_request request(uint8 command, uint16 flags) const;
+
+  int ask(netlink_request& request, const message_visitor& visit, const std::function<void()>& restart = {});
+
+ private:
+  std::optional<netlink_socket> generic_;
+  uint16 family_ = 0;  // the kernel has none
+};
+
+// Puts the head of a request: for one device, or all when `device` is 0.
+void put_ethtool_head(netlink_request& request, uint16 attribute, uint32 device, uint32 flags);
+
+// ---- Settings of ports: one dump each, for every command -----------------------------------------------------------
+
+// Link modes and pause of all links.
+void read_port_settings(std::vector<kernel_link>& links);
+
+void decode_link_modes(const nlmsghdr& message, std::vector<kernel_link>& links);
+void decode_pause(const nlmsghdr& message, std::vector<kernel_link>& links);
+
+// ---- Why links are down ---------------------------------------------------------------------------------------------
+
+// ETHTOOL_LINK_EXT_STATE_* and its substate, which is 0 when the driver tells none.
+struct link_fault {
+  uint8 state = 0;
+  uint8 substate = 0;
+};
+using link_faults = std::map<uint32, link_fault>;  // by the device's number
+
+link_faults read_link_faults(ethtool_socket& ethtool);
+void decode_link_fault(const nlmsghdr& message, link_faults& faults);
+
+// ---- Counters beyond those that every device has
+// ----------------------------------------------------------------------
+
+enum told_counter : uint32 {
+  kToldSymbolErrors,
+  kToldFcsErrors,
+  kToldSingleCollisions,
+  kToldMultipleCollisions,
+  kToldDeferred,
+  kToldLateCollisions,
+  kToldExcessiveCollisions,
+  kToldCarrierErrors,
+  kToldExcessiveDeferrals,
+  kToldTooLong,
+  kToldUndersized,
+  kToldJabber,
+  kToldMulticastsReceived,
+  kToldBroadcastsReceived,
+  kToldMulticastsSent,
+  kToldBroadcastsSent,
+  kToldPausesReceived,
+  kToldPausesSent,
+  kToldReceivedBySize,
+  kToldSentBySize = kToldReceivedBySize + std::tuple_size_v<size_classes>,
+  kToldCounters = kToldSentBySize + std::tuple_size_v<size_classes>
+};
+// What a driver does not count is absent.
+using told_counters = std::array<std::optional<uint64>, kToldCounters>;
+
+std::map<uint32, told_counters> read_told_counters(ethtool_socket& ethtool);
+void decode_told_counters(const nlmsghdr& message, std::map<uint32, told_counters>& counted);
+
+// ---- Memory of modules ----------------------------------------------------------------------------------------------
+
+// At most 128 bytes of a module's memory. Offsets count within a page of 256 bytes whose lower half all pages share.
+struct module_place {
+  uint8 i2c_address;
+  uint8 page;
+  uint8 offset;
+
+  auto operator<=>(const module_place&) const = default;
+};
+inline constexpr uint32 kModulePageBytes = 128;
+
+// The bytes there, as many as the kernel has; none without a module, or for who may not read it. `error` is an errno.
+std::vector<uint8> read_module_page(ethtool_socket& ethtool, uint32 device, const module_place& place, int& error);
+std::vector<uint8> decode_module_page(const nlmsghdr& message, uint32 device);
+
+// The same by ioctl, for kernels that do not know the message.
+std::vector<uint8> read_module_page_by_ioctl(const std::string& device, const module_place& place);
+
+}  // namespace host
