@@ -51,6 +51,7 @@ uint8 flow_capability(bool can, bool can_negotiate) {
 }
 
 void set_capabilities(const link_modes& supported, port_capabilities& port) {
+  if (supported.none()) return;
   const bool negotiates = supported[ETHTOOL_LINK_MODE_Autoneg_BIT];
   if (negotiates) {
     port.speeds |= CRDCFG_SPEED_AUTO;

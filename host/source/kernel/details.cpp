@@ -19,7 +19,6 @@ struct known_device {
   if_index_t if_index = 0;
   uint32 number = 0;  // the kernel's
   std::string name;
-  bool is_physical = false;
   std::optional<pause_settings> pause;
   bool has_module_read = false;
   bool has_diagnostics_read = false;
@@ -31,7 +30,7 @@ struct counter_memory {
 };
 
 struct {
-  std::vector<known_device> devices;  // sorted by interface
+  std::vector<known_device> hardware;  // sorted by interface; other devices have no details
   std::optional<ethtool_socket> ethtool;
   std::optional<link_faults> faults;
   std::optional<std::map<uint32, told_counters>> counted;
@@ -39,8 +38,8 @@ struct {
   std::map<if_index_t, counter_memory> memory;  // stays from command to command
 } the_details;
 
-known_device* find_device(if_index_t if_index) {
-  auto& devices = the_details.devices;
+known_device* find_hardware(if_index_t if_index) {
+  auto& devices = the_details.hardware;
   const auto found = std::lower_bound(devices.begin(), devices.end(), if_index,
                                       [](const known_device& it, if_index_t wanted) { return it.if_index < wanted; });
   return found != devices.end() && found->if_index == if_index ? &*found : nullptr;
@@ -79,7 +78,7 @@ uint8 reason_of(const link_fault& fault) {
 }
 
 void read_fault(const known_device& device, interface& port) {
-  if (!device.is_physical || port.state_reason != kReasonNotConnected) return;
+  if (port.state_reason != kReasonNotConnected) return;
   if (!the_details.faults) the_details.faults = read_link_faults(ethtool());
   const auto fault = the_details.faults->find(device.number);
   if (fault != the_details.faults->end()) port.state_reason = reason_of(fault->second);
@@ -99,10 +98,10 @@ page_reader reader_of(const known_device& device) {
   };
 }
 
-// One request for each port that is hardware: a dump would end at the first empty cage, and reading the memory of a
+// One request for each port: a dump would end at the first empty cage, and reading the memory of a
 // module takes far longer than the request for it.
 void read_module_of(known_device& device, interface& port) {
-  if (device.has_module_read || !device.is_physical) return;
+  if (device.has_module_read) return;
   device.has_module_read = true;
   port.module_in_port = read_module(reader_of(device));
   if (port.module_in_port) port.capabilities.transceiver = true;
@@ -201,23 +200,20 @@ void note_devices(const std::vector<kernel_link>& links, const std::vector<mappe
   the_details.faults.reset();
   the_details.counted.reset();
   the_details.modules_are_closed = false;
-  the_details.devices.clear();
-  the_details.devices.reserve(mapped.size());
+  the_details.hardware.clear();
   std::size_t place = 0;
   for (const mapped_device& it : mapped) {
     while (links[place].number != it.number) ++place;  // both are sorted by number
-    the_details.devices.push_back({.if_index = it.if_index,
-                                   .number = it.number,
-                                   .name = it.device,
-                                   .is_physical = is_physical(links[place]),
-                                   .pause = links[place].pause});
+    if (!is_physical(links[place])) continue;
+    the_details.hardware.push_back(
+        {.if_index = it.if_index, .number = it.number, .name = it.device, .pause = links[place].pause});
   }
-  std::sort(the_details.devices.begin(), the_details.devices.end(),
+  std::sort(the_details.hardware.begin(), the_details.hardware.end(),
             [](const known_device& a, const known_device& b) { return a.if_index < b.if_index; });
 }
 
 void read_details(interface& port, detail wanted) {
-  known_device* const device = find_device(port.if_index);
+  known_device* const device = find_hardware(port.if_index);
   if (device == nullptr) return;
   switch (wanted) {
     case detail::link_fault: return read_fault(*device, port);
@@ -230,7 +226,7 @@ void read_details(interface& port, detail wanted) {
 }
 
 void clear_details(const interface& port) {
-  if (const known_device* const device = find_device(port.if_index); device != nullptr) {
+  if (const known_device* const device = find_hardware(port.if_index); device != nullptr) {
     counter_memory& memory = look_at(*device);
     memory.cleared = memory.last;
   }

@@ -29,9 +29,7 @@ constexpr key_rule<wanted_interface> kRules[] = {
 
 // ---- The usual interface --------------------------------------------------------------------------------------------
 
-bool is_port(const kernel_link& link) {
-  return (link.flags & IFF_LOOPBACK) == 0 && (link.kind.empty() || link.kind == "veth");
-}
+bool is_port(const kernel_link& link) { return is_physical(link) || link.kind == "veth"; }
 
 if_index_t port_index(const kernel_link& link, bool is_routed) {
   const uint32 place = link.number - 1;

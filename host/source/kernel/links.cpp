@@ -214,7 +214,9 @@ void decode_address(const nlmsghdr& message, std::vector<kernel_link>& links) {
   if (is_known) link->addresses.push_back(address);
 }
 
-bool is_physical(const kernel_link& link) { return link.kind.empty() && (link.flags & IFF_LOOPBACK) == 0; }
+bool is_physical(const kernel_link& link) {
+  return (link.kind.empty() && (link.flags & IFF_LOOPBACK) == 0) || link.kind == "dsa";
+}
 
 kernel_link* find_link(std::vector<kernel_link>& links, uint32 number) {
   const auto found = std::lower_bound(links.begin(), links.end(), number,

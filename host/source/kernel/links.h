@@ -61,7 +61,7 @@ std::optional<kernel_link> decode_link(const nlmsghdr& message);
 void decode_bridge_vlans(const nlmsghdr& message, std::vector<kernel_link>& links);
 void decode_address(const nlmsghdr& message, std::vector<kernel_link>& links);
 
-// Whether a device is hardware, as far as the kernel tells: it has no kind.
+// Whether a device is hardware, as far as the kernel tells: it has no kind, or is a port of a switch chip.
 bool is_physical(const kernel_link& link);
 
 // The device of this number, or null.
