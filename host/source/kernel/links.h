@@ -22,8 +22,8 @@ struct pause_settings {
   bool negotiates = false;
   bool receives = false;
   bool sends = false;
-  std::optional<uint64> received_frames;
-  std::optional<uint64> sent_frames;
+  std::optional<uint64> received_frames = {};
+  std::optional<uint64> sent_frames = {};
 };
 
 struct kernel_link {

@@ -1,0 +1,88 @@
+// A kernel that answers from messages made by hand. It stands in the place of the real one as long as it lives.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "source/kernel/netlink.h"
+
+namespace host {
+
+using recorded_message = std::vector<char>;
+
+// The bytes of a message that was put together.
+recorded_message recorded(netlink_request message);
+
+// What is asked: the type of a message, and the byte behind its head (a family of addresses, or a command).
+struct question {
+  int bus;
+  uint16 type;
+  uint8 what;
+
+  auto operator<=>(const question&) const = default;
+};
+
+struct recorded_answer {
+  int error = 0;  // an errno in place of messages
+  std::vector<recorded_message> messages = {};
+};
+
+enum class disturbance {
+  lost,         // ENOBUFS in place of the first datagram
+  interrupted,  // the dump says, behind its first datagram, that what it dumps has changed
+};
+
+// The memory of a module as the ioctl gives it: one stretch.
+struct ioctl_module {
+  uint32 length = 0;  // that the kernel claims
+  std::vector<uint8> memory;
+};
+
+class recorded_kernel {
+ public:
+  static constexpr uint16 kEthtoolFamily = 0x20;
+  static question ethtool(uint8 command);
+
+  recorded_kernel();
+  ~recorded_kernel();
+  recorded_kernel(const recorded_kernel&) = delete;
+  recorded_kernel& operator=(const recorded_kernel&) = delete;
+
+  // One more message of the answer to a question. A dump of which nothing is told is empty; any other such question is
+  // answered by EOPNOTSUPP.
+  void tell(const question& asked, netlink_request message);
+  void refuse(const question& asked, int error);
+  void answer(const question& asked, std::function<recorded_answer(const nlmsghdr&)> by);
+  void disturb(const question& asked, disturbance how, uint32 times = 1);
+  void plug(const std::string& device, ioctl_module module) { modules_[device] = std::move(module); }
+
+  uint32 times_asked(const question& asked) const;
+  uint32 ioctls() const { return ioctls_; }
+
+  bool has_ethtool = true;
+  std::size_t longest = SIZE_MAX;  // every message is cut at this many bytes
+
+ private:
+  friend class recorded_channel;
+  struct known {
+    recorded_answer told;
+    std::function<recorded_answer(const nlmsghdr&)> by;
+    std::deque<disturbance> disturbances;
+  };
+
+  recorded_answer answer_to(const question& asked, const nlmsghdr& request);
+  static std::unique_ptr<kernel_channel> open(int bus);
+  static int answer_ioctl(const std::string& device, void* command);
+
+  kernel_gate before_;
+  std::map<question, known> known_;
+  std::map<question, uint32> asked_;
+  std::map<std::string, ioctl_module> modules_;
+  uint32 ioctls_ = 0;
+};
+
+}  // namespace host
