@@ -452,7 +452,13 @@ TEST_F(KernelRecording, OnlySizesOfTheSameBoundsAreSizes) {
                 {{ETHTOOL_STATS_RMON,
                   {},
                   {{0, 64, 20}, {65, 127, 21}, {128, 255, 22}, {256, 511, 23}, {1024, 1518, 25}, {1519, 2047, 99}},
-                  {{64, 64, 30}, {512, 1023, 34}, {1024, 1522, 99}, {1519, 1548, 36}, {1549, 9216, 37}}}});
+                  {{64, 64, 30},
+                   {100, 127, 99},
+                   {0, 255, 99},
+                   {512, 1023, 34},
+                   {1024, 1522, 99},
+                   {1519, 1548, 36},
+                   {1549, 9216, 37}}}});
   read();
   const auto flow = statistics_of(kSwp1).mac.pktflow;
   EXPECT_EQ(flow.b64_rx, 20U);
@@ -464,6 +470,8 @@ TEST_F(KernelRecording, OnlySizesOfTheSameBoundsAreSizes) {
   EXPECT_EQ(flow.b1519_1548_rx, 0U);
   EXPECT_EQ(flow.jumbo_pkts, 0U);
   EXPECT_EQ(flow.b64_tx, 30U);
+  EXPECT_EQ(flow.b65_127_tx, 0U);
+  EXPECT_EQ(flow.b128_255_tx, 0U);
   EXPECT_EQ(flow.b512_1023_tx, 34U);
   EXPECT_EQ(flow.b1024_1518_tx, 0U);
   EXPECT_EQ(flow.b1519_1548_tx, 36U);
@@ -654,6 +662,11 @@ TEST(KernelMessages, OfEthtoolCutAtEachByteKeepWhatIsWhole) {
       decode_told_counters(head, counted);
       EXPECT_LE(decode_module_page(head, kSwp1).size(), kModulePageBytes);
       EXPECT_LE(faults.size(), 1U);
+      EXPECT_TRUE(links[0].supported.none() || links[0].supported == (link_modes(2) | link_modes(1) << 92)) << length;
+      for (const auto& [device, counters] : counted) {
+        EXPECT_EQ(device, kSwp1);
+        for (const auto& counter : counters) EXPECT_TRUE(!counter || (*counter >= 7 && *counter <= 10)) << length;
+      }
     }
 }
 

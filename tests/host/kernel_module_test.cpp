@@ -12,7 +12,7 @@
 namespace host {
 namespace {
 
-constexpr module_place kFirst{0x50, 0, 0}, kSecond{0x51, 0, 0}, kUpper{0x50, 0, 128}, kThird{0x50, 3, 128};
+constexpr module_place kFirst{0x50, 0, 0}, kSecond{0x51, 0, 0}, kUpper{0x50, 0, 128};
 
 page_reader reader_of(const module_pages& pages) {
   return [&pages](const module_place& place) {
