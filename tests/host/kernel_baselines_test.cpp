@@ -25,6 +25,13 @@ device_counters counters(uint64 bytes, uint64 packets) {
   return it;
 }
 
+// A word for each counter that not every device has.
+std::string words_of_told(const std::string& word) {
+  std::string words;
+  for (std::size_t i = 0; i < kToldCounters; ++i) words += word;
+  return words;
+}
+
 class Baselines : public testing::Test {
  protected:
   ~Baselines() override { std::remove(path_.c_str()); }
@@ -58,6 +65,22 @@ TEST_F(Baselines, AnotherProcessTakesTheSameOff) {
   EXPECT_EQ(found->counted, counters(18'446'744'073'709'551'615U, 4));
   EXPECT_NE(other.find(9, kOtherMac, counters(1, 1)), nullptr);
   EXPECT_EQ(other.find(8, kMac, counters(1, 1)), nullptr);
+}
+
+TEST_F(Baselines, WhatADriverTellsIsKeptToo) {
+  counter_baseline baseline{kMac, 5, counters(100, 4)};
+  baseline.told[kToldSymbolErrors] = 0;
+  baseline.told[kToldSentBySize + 7] = 18'446'744'073'709'551'615U;
+  counter_baselines mine;
+  mine.keep_in(path_);
+  mine.put(7, baseline);
+  ASSERT_EQ(mine.write(), 0);
+  const counter_baselines other = read_again();
+  const counter_baseline* const found = other.find(7, kMac, counters(100, 4));
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ(found->told[kToldSymbolErrors], 0U);
+  EXPECT_EQ(found->told[kToldFcsErrors], std::nullopt);
+  EXPECT_EQ(found->told[kToldSentBySize + 7], 18'446'744'073'709'551'615U);
 }
 
 TEST_F(Baselines, ADeviceThatWasMadeAnewHasNone) {
@@ -114,7 +137,10 @@ TEST_F(Baselines, DamagedLinesAreLeftOut) {
     std::ofstream(path_) << whole.substr(0, length);
     EXPECT_EQ(read_again().find(7, kMac, counters(100, 4)), nullptr) << length;
   }
-  std::ofstream(path_) << head << "7 02zz0000ab07 5 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0\n\nnonsense\n"
+  const std::string zeros = " 5 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0";
+  std::ofstream(path_) << head << "7 02000000ab07" << zeros << words_of_told(" 1x") << "\n";
+  EXPECT_EQ(read_again().find(7, kMac, counters(100, 4)), nullptr);
+  std::ofstream(path_) << head << "7 02zz0000ab07" << zeros << words_of_told(" -") << "\n\nnonsense\n"
                        << whole.substr(head.size());
   EXPECT_NE(read_again().find(7, kMac, counters(100, 4)), nullptr);
 }

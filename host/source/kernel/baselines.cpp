@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cinttypes>
 #include <cstdio>
 #include <fstream>
@@ -12,6 +13,20 @@
 
 namespace host {
 namespace {
+
+// In place of a counter that is not told.
+constexpr char kAbsent[] = "-";
+
+bool read_told(std::istream& text, told_counters& told) {
+  for (auto& counter : told) {
+    std::string word;
+    if (!(text >> word)) return false;
+    if (word == kAbsent) continue;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), counter.emplace());
+    if (error != std::errc() || end != word.data() + word.size()) return false;
+  }
+  return true;
+}
 
 // "NUMBER MAC SECONDS", then the counters in their order.
 bool read_line(const std::string& line, uint32& number, counter_baseline& baseline) {
@@ -22,7 +37,7 @@ bool read_line(const std::string& line, uint32& number, counter_baseline& baseli
     if (std::sscanf(mac.c_str() + 2 * i, "%2" SCNx8, &baseline.mac[i]) != 1) return false;
   for (const auto column : kDeviceCounters)
     if (!(text >> baseline.counted.*column)) return false;
-  return true;
+  return read_told(text, baseline.told);
 }
 
 std::string written_line(uint32 number, const counter_baseline& baseline) {
@@ -34,6 +49,7 @@ std::string written_line(uint32 number, const counter_baseline& baseline) {
   }
   line += " " + std::to_string(baseline.cleared_sec);
   for (const auto column : kDeviceCounters) line += " " + std::to_string(baseline.counted.*column);
+  for (const auto& counter : baseline.told) line += " " + (counter ? std::to_string(*counter) : kAbsent);
   return line + "\n";
 }
 

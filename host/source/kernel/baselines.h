@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/types.h"
+#include "source/kernel/ethtool.h"
 #include "switch/kernel_device.h"
 
 namespace host {
@@ -17,6 +18,7 @@ struct counter_baseline {
   std::array<uint8, 6> mac{};
   uint32 cleared_sec = 0;  // seconds since 1970
   device_counters counted;
+  told_counters told = {};  // those beyond
 };
 
 class counter_baselines {

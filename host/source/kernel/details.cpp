@@ -20,13 +20,9 @@ struct known_device {
   uint32 number = 0;  // the kernel's
   std::string name;
   std::optional<pause_settings> pause;
+  told_counters cleared = {};  // counts no more
   bool has_module_read = false;
   bool has_diagnostics_read = false;
-};
-
-struct counter_memory {
-  told_counters last;
-  told_counters cleared;
 };
 
 struct {
@@ -34,8 +30,7 @@ struct {
   std::optional<ethtool_socket> ethtool;
   std::optional<link_faults> faults;
   std::optional<std::map<uint32, told_counters>> counted;
-  bool modules_are_closed = false;              // to this user
-  std::map<if_index_t, counter_memory> memory;  // stays from command to command
+  bool modules_are_closed = false;  // to this user
 } the_details;
 
 known_device* find_hardware(if_index_t if_index) {
@@ -173,21 +168,14 @@ told_counters counters_of(const known_device& device) {
   return told;
 }
 
-// Looks at a device. One that has counted less than before was made anew: it counts from its own start.
-counter_memory& look_at(const known_device& device) {
-  counter_memory& memory = the_details.memory[device.if_index];
-  const told_counters now = counters_of(device);
-  for (std::size_t i = 0; i < now.size(); ++i)
-    if (now[i].value_or(0) < memory.last[i].value_or(0)) memory.cleared = {};
-  memory.last = now;
-  return memory;
-}
-
-told_counters since_clear(const counter_memory& memory) {
-  told_counters since = memory.last;
-  for (std::size_t i = 0; i < since.size(); ++i)
-    if (since[i]) *since[i] -= std::min(*since[i], memory.cleared[i].value_or(0));
-  return since;
+// What came since a clear. A device that has counted less than then was made anew: it counts from its own start.
+told_counters since(const told_counters& now, const told_counters& cleared) {
+  told_counters came = now;
+  for (std::size_t i = 0; i < now.size(); ++i) {
+    if (now[i] < cleared[i] && now[i]) return now;
+    if (now[i]) *came[i] -= cleared[i].value_or(0);
+  }
+  return came;
 }
 
 // A management port counts what the kernel's own table tells (switch/live_statistics.h), and no more.
@@ -220,16 +208,20 @@ void read_details(interface& port, detail wanted) {
     case detail::module: return read_module_of(*device, port);
     case detail::diagnostics: return read_diagnostics_of(*device, port);
     case detail::counters:
-      if (is_counted_here(port.if_index)) take_told(since_clear(look_at(*device)), port.stats);
+      if (is_counted_here(port.if_index)) take_told(since(counters_of(*device), device->cleared), port.stats);
       return;
   }
 }
 
-void clear_details(const interface& port) {
-  if (const known_device* const device = find_hardware(port.if_index); device != nullptr) {
-    counter_memory& memory = look_at(*device);
-    memory.cleared = memory.last;
-  }
+told_counters clear_details(const interface& port) {
+  known_device* const device = find_hardware(port.if_index);
+  if (device == nullptr) return {};
+  device->cleared = counters_of(*device);
+  return device->cleared;
+}
+
+void begin_details_at(if_index_t if_index, const told_counters& cleared) {
+  if (known_device* const device = find_hardware(if_index); device != nullptr) device->cleared = cleared;
 }
 
 }  // namespace host

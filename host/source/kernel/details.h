@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "source/kernel/device_map.h"
+#include "source/kernel/ethtool.h"
 #include "switch/model.h"
 
 namespace host {
@@ -15,7 +16,10 @@ void note_devices(const std::vector<kernel_link>& links, const std::vector<mappe
 // Completes an interface (machine::read_details). What the kernel does not tell stays as it is.
 void read_details(interface& port, detail wanted);
 
-// Lets the further counters of an interface start from 0.
-void clear_details(const interface& port);
+// Lets the further counters of an interface start from 0. Returns what they are now.
+told_counters clear_details(const interface& port);
+
+// Lets them start from what they were once, for this command.
+void begin_details_at(if_index_t if_index, const told_counters& cleared);
 
 }  // namespace host

@@ -184,12 +184,11 @@ void clear_device(interface& port, uint32 now_sec) {
   device_reading& reading = found->second;
   reading.cleared_at = reading.counted;
   reading.cleared_sec = now_sec;
-  clear_details(port);
-  the_kernel.baselines.put(reading.number, {port.burned_in_mac, now_sec, reading.counted});
+  the_kernel.baselines.put(reading.number, {port.burned_in_mac, now_sec, reading.counted, clear_details(port)});
 }
 
 // What a device has counted, and since when it is shown.
-device_reading reading_of(const kernel_link& link) {
+device_reading reading_of(const kernel_link& link, if_index_t if_index) {
   device_reading reading;
   reading.number = link.number;
   reading.counted = link.counted;
@@ -198,6 +197,7 @@ device_reading reading_of(const kernel_link& link) {
   reading.cleared_at = baseline->counted;
   reading.cleared_sec = baseline->cleared_sec;
   begin_kernel_counters_at(link.name, baseline->counted);
+  begin_details_at(if_index, baseline->told);
   return reading;
 }
 
@@ -210,18 +210,18 @@ machine read_machine() {
   the_kernel.links = read_links();
   const std::vector<kernel_link>& links = the_kernel.links;
   the_kernel.mapped = map_devices(links, default_route_device(), the_kernel.wanted);
+  note_devices(links, the_kernel.mapped);
   the_kernel.counted.clear();
   the_kernel.baselines.read();
   std::size_t place = 0;
   for (const mapped_device& it : the_kernel.mapped) {
     while (links[place].number != it.number) ++place;  // both are sorted by number
-    the_kernel.counted[it.if_index] = reading_of(links[place]);
+    the_kernel.counted[it.if_index] = reading_of(links[place], it.if_index);
   }
   machine made = machine_of_devices(links, the_kernel.mapped);
   made.follow_traffic = follow_device;
   made.clear_traffic = clear_device;
   made.settle = settle;
-  note_devices(links, the_kernel.mapped);
   made.read_details = read_details;
   return made;
 }
