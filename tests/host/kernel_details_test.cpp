@@ -13,6 +13,7 @@
 #include "host/recorded_switch.h"
 #include "platform/card_config.h"
 #include "platform/eth_statistics.h"
+#include "platform/misc_info.h"
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
 #include "service/answers.h"
@@ -310,6 +311,66 @@ TEST_F(KernelRecording, DiagnosticsAreMeasured) {
   EXPECT_EQ(record.tx_pwr_hi_alarm, 1'479U);
   EXPECT_EQ(record.alarm_flags, 0U);
   EXPECT_EQ(record.warn_flags, 0x100U) << "400 uW are more than 399";
+}
+
+// Lets swp1 have a module with the pages of the recording, changed.
+void change_module(recorded_kernel& kernel,
+                   const std::function<void(std::vector<uint8>& identity, std::vector<uint8>& diagnostics)>& change) {
+  std::vector<uint8> identity = sfp_identity(), diagnostics = sfp_diagnostics_page();
+  change(identity, diagnostics);
+  record_modules(kernel, {{kSwp1, {{{0x50, 0, 0}, identity}, {{0x51, 0, 0}, diagnostics}}}});
+}
+
+TEST_F(KernelRecording, ConstantsOfAnExternalCalibrationAreThoseOfTheModule) {
+  change_module(kernel_, [](std::vector<uint8>& identity, std::vector<uint8>& diagnostics) {
+    identity[92] = 0x58;
+    for (std::size_t at = 76; at < 92; at += 2) put_word(diagnostics, at, static_cast<uint16>(at));
+    put_word(diagnostics, 56, 0x4040);  // 3.0, the highest order of received power
+    put_word(diagnostics, 72, 0x40A0);  // 5.0, the lowest
+  });
+  read();
+  const auto record = record_of<sfp_diagnostics>(diagnostics_of(kSwp1)).values;
+  EXPECT_EQ(record.calib_type, 2U);
+  EXPECT_EQ(record.calib_current_slope, 76U);
+  EXPECT_EQ(record.calib_current_offset, 78U);
+  EXPECT_EQ(record.calib_tx_pwr_slope, 80U);
+  EXPECT_EQ(record.calib_tx_pwr_offset, 82U);
+  EXPECT_EQ(record.calib_temp_slope, 84U);
+  EXPECT_EQ(record.calib_temp_offset, 86U);
+  EXPECT_EQ(record.calib_volt_slope, 88U);
+  EXPECT_EQ(record.calib_volt_offset, 90U);
+  EXPECT_EQ(record.calib_rx_pwr_4, 3U);
+  EXPECT_EQ(record.calib_rx_pwr_1, 0U);
+  EXPECT_EQ(record.calib_rx_pwr_0, 5U);
+}
+
+TEST_F(KernelRecording, AModuleThatIsNotReadyHasNoInformation) {
+  change_module(kernel_, [](std::vector<uint8>&, std::vector<uint8>& diagnostics) { diagnostics[110] = 0x01; });
+  read();
+  EXPECT_EQ(status_of(diagnostics_of(kSwp1)), PM_ERR_SFP_NO_INFORMATION);
+}
+
+TEST_F(KernelRecording, TheStateOfAModuleIsItsOwn) {
+  const auto state_of_swp1 = [this](uint8 status) {
+    change_module(kernel_,
+                  [status](std::vector<uint8>&, std::vector<uint8>& diagnostics) { diagnostics[110] = status; });
+    read();
+    const port_misc_info_req_t request{0, 1, port_of(kSwp1), 1, {MISC_INFO_TRANSCEIVER_STATE}};
+    const reply answer = serve_line_card(MTS_OPC_PORT_MISC_INFO, bytes_in(request));
+    port_xcvr_info_t state{};
+    if (answer.payload.size() > sizeof state)
+      std::memcpy(&state, answer.payload.data() + answer.payload.size() - sizeof state, sizeof state);
+    return state;
+  };
+  const port_xcvr_info_t good = state_of_swp1(0);
+  EXPECT_EQ(good.xcvr_present, 1);
+  EXPECT_EQ(good.csum_base_ok, 1);
+  EXPECT_EQ(good.csum_ext_ok, 1);
+  EXPECT_EQ(good.diag_mon_type, 0x68);
+  EXPECT_EQ(good.rx_loss, 0);
+  EXPECT_EQ(good.tx_fault, 0);
+  EXPECT_EQ(state_of_swp1(0x02).rx_loss, 1) << "the link is up, the module says otherwise";
+  EXPECT_EQ(state_of_swp1(0x04).tx_fault, 1);
 }
 
 TEST_F(KernelRecording, DiagnosticsOfAQsfpAreThoseOfItsFirstLane) {

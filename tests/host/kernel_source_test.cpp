@@ -282,6 +282,11 @@ TEST(KernelMap, EachKindOfDeviceHasItsKindOfInterface) {
   EXPECT_EQ(interface_of_device(mapped, 9), numbered_index(IF_TYPE_VETHERNET, 9));
 }
 
+TEST(KernelMap, APortOfASwitchChipIsAPort) {
+  const auto mapped = map_devices({device(2, "lan1", "dsa")}, 0, {});
+  EXPECT_EQ(interface_of_device(mapped, 2), port(0, 1));
+}
+
 TEST(KernelMap, AnInterfaceStaysWithItsDevice) {
   const std::vector<kernel_link> before = {device(5, "a", ""), device(6, "b", ""), device(300, "c", "")};
   const std::vector<kernel_link> after = {device(6, "renamed", ""), device(300, "c", "")};
