@@ -93,8 +93,8 @@ page_reader reader_of(const known_device& device) {
   };
 }
 
-// One request for each port: a dump would end at the first empty cage, and reading the memory of a
-// module takes far longer than the request for it.
+// One request for each port: a dump would end at the first empty cage, and reading the memory of a module takes far
+// longer than the request for it.
 void read_module_of(known_device& device, interface& port) {
   if (device.has_module_read) return;
   device.has_module_read = true;
