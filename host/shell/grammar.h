@@ -117,9 +117,10 @@ struct command {
   std::string_view help;
   int (*run)(const invocation&);  // returns an exit code; null when another command follows, which runs
   display shown{};                // of its structured form
-  uint32 command_id = 0;          // of a display of the command library, or the type of a setting of the host
+  uint32 command_id = 0;          // of a display of the command library
   uint8 modes = kEveryMode;       // in which it can be typed
   setting_tokens tokens{};        // of a setting
+  uint8 host_setting = 0;         // HOST_CFG_... that the command library does not make
   bool may_cut = false;           // a setting that may take a link down; with "no" in brackets only without it
 };
 

@@ -46,7 +46,7 @@ octets vlan_list_value(const command_line& line, const setting_token& token) {
 octets value_of(const command_line& line) {
   const setting_token& token = line.what->tokens.token[0];
   const uint32 number = token.holds == token_value::number ? line.number.value_or(0) : token.fixed;
-  switch (line.what->command_id) {
+  switch (line.what->host_setting) {
     case HOST_CFG_ALLOWED_VLANS: return vlan_list_value(line, token);
     case HOST_CFG_RECEIVE_PAUSE:
     case HOST_CFG_SEND_PAUSE: return octets_of(static_cast<uint8>(number));
@@ -74,7 +74,7 @@ int set_ports_of_host(const invocation& run) {
   begin_changes();
   pm_port_cfg_status_t* block = nullptr;
   uint32 count = 0;
-  const auto type = static_cast<uint8>(run.line.what->command_id);
+  const auto type = run.line.what->host_setting;
   const int32 error = set_host_setting(q.handle, ranges_of(run.session), type, value_of(run.line), &block, &count);
   const std::unique_ptr<pm_port_cfg_status_t, free_block> results(block);
   take_setting_results();

@@ -15,24 +15,25 @@ inline constexpr display kSettingShown = {kSettingDisplay, {}, "settings"};
 inline constexpr uint32 kSwitchport = 0x01030002;
 inline constexpr setting_token kNumber = {0, token_value::number};
 
+inline constexpr bool kMayCut = true;
+
 // A mode of ports, as the value without a word.
 constexpr setting_token port_mode(uint32 mode) { return {0, token_value::fixed, mode}; }
 
 constexpr command setting(command_syntax syntax, std::string_view help, setting_tokens tokens, bool may_cut = false) {
-  return {syntax, help, set_ports, kSettingShown, 0, kInterfaceMode, tokens, may_cut};
+  return {syntax, help, set_ports, kSettingShown, 0, kInterfaceMode, tokens, 0, may_cut};
 }
 
 // A setting that the command library does not make: its type, and its value. A list of VLANs has the id ALLOWED_VLANS_*
 // and is the text of the line, or fixed.
 constexpr command of_host(command_syntax syntax, std::string_view help, host_setting type, setting_token value) {
-  return {syntax, help, set_ports_of_host, kSettingShown, type, kInterfaceMode, {value}, true};
+  return {syntax, help, set_ports_of_host, kSettingShown, 0, kInterfaceMode, {value}, type, kMayCut};
 }
 
 constexpr setting_token fixed(uint32 value) { return {0, token_value::fixed, value}; }
 inline constexpr setting_token kVlansNone = {ALLOWED_VLANS_SET, token_value::fixed, 0};
 inline constexpr setting_token kVlansAll = {ALLOWED_VLANS_SET, token_value::fixed, 1};
 constexpr setting_token vlans(uint32 action) { return {action, token_value::text}; }
-inline constexpr bool kMayCut = true;
 
 // clang-format off
 inline constexpr command kSettingCommands[] = {
