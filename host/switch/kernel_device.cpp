@@ -113,7 +113,7 @@ void device_memory::look(std::time_t now, const device_counters& counted) {
   last_ = counted;
   if (!samples_.empty() && samples_.back().at > now) samples_.clear();
   if (samples_.empty() || samples_.back().at < now) samples_.push_back({now, counted});
-  while (samples_.size() > 1 && samples_[1].at <= now - kAverageSeconds) samples_.pop_front();
+  while (samples_.size() > 1 && samples_[1].at <= now - kAverageSeconds) samples_.erase(samples_.begin());
 }
 
 device_counters device_memory::since_clear() const {

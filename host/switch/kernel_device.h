@@ -6,10 +6,10 @@
 
 #include <cstdio>
 #include <ctime>
-#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/types.h"
 
@@ -73,7 +73,7 @@ class device_memory {
   };
   device_counters last_;
   device_counters cleared_;
-  std::deque<sample> samples_;  // of the last minute, and one that is older
+  std::vector<sample> samples_;  // of the last minute, and one that is older
 };
 
 // What a device of the running kernel has counted since it was cleared here; nothing when there is no such device.

@@ -37,6 +37,7 @@ enum : uint8 {
 constexpr uint32 kCardType = 1;
 
 struct device_reading {
+  if_index_t if_index = 0;
   uint32 number = 0;  // of the device
   device_counters counted;
   device_counters cleared_at;
@@ -47,11 +48,18 @@ struct {
   wanted_interfaces wanted;
   std::vector<kernel_link> links;
   std::vector<mapped_device> mapped;
-  std::map<if_index_t, device_reading> counted;  // as the kernel told it last
-  std::map<if_index_t, device_memory> memory;    // for rates
+  std::vector<device_reading> counted;         // as the kernel told it last, sorted by interface
+  std::map<if_index_t, device_memory> memory;  // for rates
   counter_baselines baselines;
   bool is_fresh = false;
 } the_kernel;
+
+// Devices mostly come in the order of their interfaces: then nothing is moved.
+template <typename Record>
+void sort_by_interface(std::vector<Record>& records) {
+  const auto is_before = [](const Record& a, const Record& b) { return a.if_index < b.if_index; };
+  if (!std::is_sorted(records.begin(), records.end(), is_before)) std::sort(records.begin(), records.end(), is_before);
+}
 
 // ---- State ----------------------------------------------------------------------------------------------------------
 
@@ -101,9 +109,9 @@ const mapped_device* find_device(const std::vector<mapped_device>& mapped, uint3
   return found != mapped.end() && found->number == number ? &*found : nullptr;
 }
 
-interface interface_of(const kernel_link& link, const std::vector<mapped_device>& mapped, if_index_t if_index) {
+void fill_interface(const kernel_link& link, const std::vector<mapped_device>& mapped, if_index_t if_index,
+                    interface& port) {
   constexpr std::size_t kLongest = PM_PORT_NAME_BYTES - 1;
-  interface port;
   port.if_index = if_index;
   port.description = link.alias.substr(0, kLongest);
   port.mtu_bytes = static_cast<uint16>(std::min<uint32>(link.mtu_bytes, UINT16_MAX));
@@ -120,7 +128,6 @@ interface interface_of(const kernel_link& link, const std::vector<mapped_device>
   if (link.slave_kind == "bond" && master != nullptr && take_apart(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
     port.channel = master->if_index;
   set_abilities(link, port);
-  return port;
 }
 
 // ---- Settings -------------------------------------------------------------------------------------------------------
@@ -165,10 +172,17 @@ void take_counters(const device_counters& counted, const device_rates& rates, st
   stats.out_packets_per_second = rates.tx_packets;
 }
 
+device_reading* find_reading(if_index_t if_index) {
+  auto& readings = the_kernel.counted;
+  const auto found = std::lower_bound(readings.begin(), readings.end(), if_index,
+                                      [](const device_reading& it, if_index_t wanted) { return it.if_index < wanted; });
+  return found != readings.end() && found->if_index == if_index ? &*found : nullptr;
+}
+
 bool follow_device(interface& port, uint32 now_sec) {
-  const auto found = the_kernel.counted.find(port.if_index);
-  if (found == the_kernel.counted.end()) return false;
-  const device_reading& reading = found->second;
+  const device_reading* const found = find_reading(port.if_index);
+  if (found == nullptr) return false;
+  const device_reading& reading = *found;
   device_memory& memory = the_kernel.memory[port.if_index];
   memory.look(now_sec, reading.counted);
   take_counters(counted_since(reading.counted, reading.cleared_at).value_or(reading.counted), memory.rates(),
@@ -179,17 +193,17 @@ bool follow_device(interface& port, uint32 now_sec) {
 }
 
 void clear_device(interface& port, uint32 now_sec) {
-  const auto found = the_kernel.counted.find(port.if_index);
-  if (found == the_kernel.counted.end()) return;
-  device_reading& reading = found->second;
-  reading.cleared_at = reading.counted;
-  reading.cleared_sec = now_sec;
-  the_kernel.baselines.put(reading.number, {port.burned_in_mac, now_sec, reading.counted, clear_details(port)});
+  device_reading* const reading = find_reading(port.if_index);
+  if (reading == nullptr) return;
+  reading->cleared_at = reading->counted;
+  reading->cleared_sec = now_sec;
+  the_kernel.baselines.put(reading->number, {port.burned_in_mac, now_sec, reading->counted, clear_details(port)});
 }
 
 // What a device has counted, and since when it is shown.
 device_reading reading_of(const kernel_link& link, if_index_t if_index) {
   device_reading reading;
+  reading.if_index = if_index;
   reading.number = link.number;
   reading.counted = link.counted;
   const counter_baseline* const baseline = the_kernel.baselines.find(link.number, link.mac, link.counted);
@@ -207,17 +221,20 @@ std::string host_name() {
 }
 
 machine read_machine() {
-  the_kernel.links = read_links();
+  netlink_socket route(NETLINK_ROUTE);
+  the_kernel.links = read_links(route);
   const std::vector<kernel_link>& links = the_kernel.links;
-  the_kernel.mapped = map_devices(links, default_route_device(), the_kernel.wanted);
+  the_kernel.mapped = map_devices(links, default_route_device(route), the_kernel.wanted);
   note_devices(links, the_kernel.mapped);
   the_kernel.counted.clear();
+  the_kernel.counted.reserve(the_kernel.mapped.size());
   the_kernel.baselines.read();
   std::size_t place = 0;
   for (const mapped_device& it : the_kernel.mapped) {
     while (links[place].number != it.number) ++place;  // both are sorted by number
-    the_kernel.counted[it.if_index] = reading_of(links[place], it.if_index);
+    the_kernel.counted.push_back(reading_of(links[place], it.if_index));
   }
+  sort_by_interface(the_kernel.counted);
   machine made = machine_of_devices(links, the_kernel.mapped);
   made.follow_traffic = follow_device;
   made.clear_traffic = clear_device;
@@ -236,13 +253,12 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
   std::size_t place = 0;
   for (const mapped_device& it : mapped) {
     while (links[place].number != it.number) ++place;  // both are sorted by number
-    made.interfaces.push_back(interface_of(links[place], mapped, it.if_index));
+    fill_interface(links[place], mapped, it.if_index, made.interfaces.emplace_back());
     const index_fields fields = take_apart(it.if_index);
     if (fields.type == IF_TYPE_MGMT) made.mgmt_device = it.device;
     if (fields.shape == index_shape::kSlotPort) made.num_slots = std::max(made.num_slots, fields.slot + 1);
   }
-  std::sort(made.interfaces.begin(), made.interfaces.end(),
-            [](const interface& a, const interface& b) { return a.if_index < b.if_index; });
+  sort_by_interface(made.interfaces);
   for (uint32 slot = 0; slot < made.num_slots; ++slot)
     made.cards.push_back({.slot = slot, .card_type = kCardType, .model = "kernel"});
   made.save_startup();
@@ -261,8 +277,9 @@ void refresh_kernel_machine() {
 }
 
 std::vector<if_index_t> interfaces_on_the_way_to(const std::string& address) {
-  const uint32 device = device_towards(address);
-  const std::set<uint32> way = devices_below(the_kernel.links, device != 0 ? device : default_route_device());
+  netlink_socket route(NETLINK_ROUTE);
+  const uint32 device = device_towards(route, address);
+  const std::set<uint32> way = devices_below(the_kernel.links, device != 0 ? device : default_route_device(route));
   std::vector<if_index_t> interfaces;
   for (const mapped_device& it : the_kernel.mapped)
     if (way.contains(it.number)) interfaces.push_back(it.if_index);

@@ -98,7 +98,9 @@ void take_vlan(const nlattr& attribute, kernel_link& link, uint16& range_begin) 
 
 // This dump tells the counters too, which are all that RTM_GETSTATS would tell of them: it is not asked as well.
 std::vector<kernel_link> dump_links(netlink_socket& route) {
+  constexpr std::size_t kUsuallyEnough = 4096;  // room that is not used costs nothing, growing does
   std::vector<kernel_link> links;
+  links.reserve(kUsuallyEnough);
   netlink_request request(RTM_GETLINK, NLM_F_DUMP);
   request.extra<ifinfomsg>().ifi_family = AF_UNSPEC;
   mnl_attr_put_u32(&request.head(), IFLA_EXT_MASK, RTEXT_FILTER_SKIP_STATS);  // those of IPv6; a device's own are told
@@ -224,8 +226,7 @@ kernel_link* find_link(std::vector<kernel_link>& links, uint32 number) {
   return found != links.end() && found->number == number ? &*found : nullptr;
 }
 
-std::vector<kernel_link> read_links() {
-  netlink_socket route(NETLINK_ROUTE);
+std::vector<kernel_link> read_links(netlink_socket& route) {
   std::vector<kernel_link> links = dump_links(route);
   const bool has_bridge =
       std::any_of(links.begin(), links.end(), [](const kernel_link& link) { return link.slave_kind == "bridge"; });
@@ -235,12 +236,11 @@ std::vector<kernel_link> read_links() {
   return links;
 }
 
-uint32 device_towards(const std::string& address) {
+uint32 device_towards(netlink_socket& route, const std::string& address) {
   std::array<uint8, sizeof(in6_addr)> bytes{};
   const bool is_ipv4 = inet_pton(AF_INET, address.c_str(), bytes.data()) == 1;
   if (!is_ipv4 && inet_pton(AF_INET6, address.c_str(), bytes.data()) != 1) return 0;
   const std::size_t size = is_ipv4 ? sizeof(in_addr) : sizeof(in6_addr);
-  netlink_socket route(NETLINK_ROUTE);
   netlink_request request(RTM_GETROUTE, NLM_F_ACK);
   auto& head = request.extra<rtmsg>();
   head.rtm_family = is_ipv4 ? AF_INET : AF_INET6;
@@ -251,8 +251,7 @@ uint32 device_towards(const std::string& address) {
   return device;
 }
 
-uint32 default_route_device() {
-  netlink_socket route(NETLINK_ROUTE);
+uint32 default_route_device(netlink_socket& route) {
   for (const char* const somewhere : kSomewhere)
     if (const uint32 device = device_of_default_route_to(route, somewhere); device != 0) return device;
   return 0;

@@ -72,12 +72,12 @@ uint32 decode_default_route(const nlmsghdr& message);
 
 // All devices, sorted by number: one dump for each sort of message. Throws kernel_error when the devices cannot be had;
 // what else the kernel does not tell is left out.
-std::vector<kernel_link> read_links();
+std::vector<kernel_link> read_links(netlink_socket& route);
 
 // The device that the default route leads to; 0 when there is none.
-uint32 default_route_device();
+uint32 default_route_device(netlink_socket& route);
 
 // The device that packets to an address in text take; 0 when it is no address, or none is told.
-uint32 device_towards(const std::string& address);
+uint32 device_towards(netlink_socket& route, const std::string& address);
 
 }  // namespace host

@@ -16,7 +16,7 @@ namespace host {
 namespace {
 
 constexpr int kMostTries = 4;
-constexpr std::size_t kBufferBytes = 256 * 1024;  // the kernel fills messages of a dump as far as there is room
+constexpr std::size_t kBufferBytes = 64 * 1024;  // the kernel puts 32 KiB of a dump into one answer
 
 struct visit_data {
   const message_visitor* visit;
@@ -138,7 +138,7 @@ kernel_gate& the_kernel_gate() {
   return gate;
 }
 
-netlink_socket::netlink_socket(int bus) : bus_(bus), buffer_(kBufferBytes) {
+netlink_socket::netlink_socket(int bus) : bus_(bus), buffer_(std::make_unique_for_overwrite<char[]>(kBufferBytes)) {
   if (const int error = open(); error != 0)
     throw kernel_error(std::string("the kernel cannot be asked by netlink: ") + std::strerror(error));
 }
@@ -168,17 +168,17 @@ int netlink_socket::receive(uint32 sequence, const message_visitor& visit) {
   visit_data data{&visit};
   while (true) {
     int error = 0;
-    const ssize_t size = channel_->receive(buffer_, error);
+    const ssize_t size = channel_->receive({buffer_.get(), kBufferBytes}, error);
     if (size < 0) {
       if (error == EINTR) continue;  // a signal, not a dump that was disturbed
       return error;
     }
     const int status =
-        mnl_cb_run(buffer_.data(), static_cast<std::size_t>(size), sequence, channel_->port(), visit_message, &data);
+        mnl_cb_run(buffer_.get(), static_cast<std::size_t>(size), sequence, channel_->port(), visit_message, &data);
     if (status < 0) {
       if (errno == ESRCH || errno == EPROTO) continue;  // left over from an earlier question
       error = errno;
-      reason_ = words_among(buffer_.data(), static_cast<std::size_t>(size));
+      reason_ = words_among(buffer_.get(), static_cast<std::size_t>(size));
       return error;
     }
     if (status == MNL_CB_STOP) return 0;

@@ -106,7 +106,7 @@ class netlink_socket {
 
   int bus_;
   std::unique_ptr<kernel_channel> channel_;
-  std::vector<char> buffer_;
+  std::unique_ptr<char[]> buffer_;  // not cleared: only what is used costs
   uint32 sequence_ = 0;
   std::string reason_;
 };
