@@ -151,6 +151,12 @@ jq -es 'map(.interfaces[0]) | . as [$a, $b, $c]
 [ "$(run -c "show interface $left transceiver | json" | jq -r '.interfaces[0].temperature_c')" = null ] ||
   fail "a temperature of a device without a module"
 
+# So are counters that the kernel does not have; what it tells is there.
+said=$(run -c "show interface $left counters errors | json" | jq -c '.interfaces[0] | [.giants, .symbol_errors, .input_errors]')
+[ "$said" = '[null,null,0]' ] || fail "counters that nobody tells: $said"
+has "$(run -c "show interface $left")" "DLY -- usec"
+[ "$(run -c "show interface $left debounce | json" | jq -c '.interfaces[0].debounce_msec')" = null ] || fail "a made-up debounce time"
+
 # ---- The default route ----
 ip -n "$here" route add default dev left || fail "no default route"
 [ "$(interface left)" = "mgmt 0" ] || fail "the device of the default route is '$(interface left)'"

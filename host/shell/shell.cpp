@@ -39,6 +39,7 @@ output_settings settings_for(const shell& session, const command_line& line) {
   settings.coloured = settings.to_terminal && terminal_can_page() && (no_colour == nullptr || no_colour[0] == '\0');
   settings.command = line.text;
   settings.is_cancelled = was_interrupted;
+  settings.is_unknown = the_machine().is_unknown;
   return settings;
 }
 

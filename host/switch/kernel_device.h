@@ -65,6 +65,7 @@ class device_memory {
 
   // Averages of the minute before the last look; of less while the first look is not as old, 0 after one look alone.
   device_rates rates() const;
+  bool has_rates() const { return samples_.size() > 1; }
 
  private:
   struct sample {

@@ -258,6 +258,10 @@ struct machine {
   // Lets the statistics that the source gives start from 0 at a moment. Without it they start there in the model.
   void (*clear_traffic)(interface& port, uint32 now_sec) = nullptr;
 
+  // Whether nothing tells the source the value of a field, by its name in the structured form, of an interface; with
+  // interface 0, whether that may be so of some interface. Without it all is known.
+  bool (*is_unknown)(if_index_t if_index, std::string_view field) = nullptr;
+
   // How the source makes a port what it was just set to, where that is more than the model; `before` is what it was.
   // Returns 0, or the status with which it refuses. Without it a setting is made when the model has it.
   uint32 (*settle)(const interface& port, const port_settings& before) = nullptr;

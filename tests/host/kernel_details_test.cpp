@@ -11,6 +11,7 @@
 #include <cstdio>
 
 #include "host/recorded_switch.h"
+#include "host/stopped_clock.h"
 #include "platform/card_config.h"
 #include "platform/eth_statistics.h"
 #include "platform/misc_info.h"
@@ -23,6 +24,7 @@
 #include "service/statistics_messages.h"
 #include "source/kernel/details.h"
 #include "source/kernel/kernel_source.h"
+#include "switch/clock.h"
 #include "switch/if_index_layout.h"
 
 namespace host {
@@ -451,6 +453,62 @@ TEST_F(KernelRecording, CountersThatADriverTellsAreInTheRecord) {
   EXPECT_EQ(record.mac.pktflow.ingress_pkts, 3000U);
   EXPECT_EQ(record.mac.pktflow.unicast_pkts, 3000U);
   EXPECT_EQ(statistics_of(kSwp2).mac.errors.symbol_err, 0U);
+}
+
+// ---- What nobody tells ----------------------------------------------------------------------------------------------
+
+bool is_unknown(uint32 device, std::string_view field) { return the_machine().is_unknown(port_of(device), field); }
+
+TEST_F(KernelRecording, WhatADriverDoesNotCountIsUnknown) {
+  read();
+  EXPECT_FALSE(is_unknown(kSwp1, "symbol_errors"));
+  EXPECT_FALSE(is_unknown(kSwp1, "giants"));
+  EXPECT_FALSE(is_unknown(kSwp1, "giant_errors"));
+  EXPECT_FALSE(is_unknown(kSwp1, "input_pause_frames"));
+  EXPECT_TRUE(is_unknown(kSwp1, "deferred"));
+  EXPECT_TRUE(is_unknown(kSwp2, "symbol_errors"));
+  EXPECT_TRUE(is_unknown(kVeth0, "symbol_errors"));
+  EXPECT_TRUE(is_unknown(kVeth0, "output_packets_65_to_127_bytes"));
+  EXPECT_TRUE(the_machine().is_unknown(0, "symbol_errors"));
+}
+
+TEST_F(KernelRecording, WhatNoDeviceHasIsUnknownOfAll) {
+  read();
+  for (const char* const field : {"delay_usec", "debounce_msec", "last_link_flapped", "output_cos3_lost",
+                                  "layer3_input_routed_bytes", "unicast_level_percent"}) {
+    EXPECT_TRUE(is_unknown(kSwp1, field)) << field;
+    EXPECT_TRUE(the_machine().is_unknown(0, field)) << field;
+  }
+}
+
+TEST_F(KernelRecording, WhatEveryDeviceTellsIsKnown) {
+  read();
+  for (const char* const field : {"input_bytes", "input_packets", "output_errors", "input_discards", "collision_errors",
+                                  "lost_carrier_errors", "state", "description", "input_multicast_packets"}) {
+    EXPECT_FALSE(is_unknown(kVeth0, field)) << field;
+    EXPECT_FALSE(the_machine().is_unknown(0, field)) << field;
+  }
+}
+
+TEST_F(KernelRecording, ASpeedIsKnownWhereOneIsTold) {
+  read();
+  EXPECT_FALSE(is_unknown(kSwp3, "speed_mbps"));
+  EXPECT_FALSE(is_unknown(kSwp3, "bandwidth_kbps"));
+  EXPECT_FALSE(is_unknown(kSwp3, "duplex"));
+  EXPECT_TRUE(the_machine().is_unknown(numbered_index(IF_TYPE_LOOPBACK, 0), "speed_mbps"));
+  EXPECT_TRUE(the_machine().is_unknown(numbered_index(IF_TYPE_LOOPBACK, 0), "duplex"));
+  EXPECT_FALSE(is_unknown(kSwp3, "mtu_bytes"));
+}
+
+TEST_F(KernelRecording, RatesAreKnownFromTheSecondReadingOn) {
+  const stopped_clock at(1'800'000'000);
+  read();
+  statistics_of(kSwp6);
+  EXPECT_TRUE(is_unknown(kSwp6, "input_rate_pps"));
+  clock_advance(10);
+  statistics_of(kSwp6);
+  EXPECT_FALSE(is_unknown(kSwp6, "input_rate_pps"));
+  EXPECT_TRUE(the_machine().is_unknown(0, "input_rate_pps"));
 }
 
 // Lets the driver of swp1 tell these counters and nothing else.

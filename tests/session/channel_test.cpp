@@ -48,6 +48,28 @@ TEST(Placeholders, OtherPercentSignsAreLiteral) {
   EXPECT_EQ(command.finish(), "UcastSupp %      McastSupp %\n100%, %d %5.s %--3s %% 7%\n");
 }
 
+// Nobody knows the MTU of Ethernet1/10; of others it is known.
+bool is_mtu_unknown(if_index_t if_index, std::string_view field) {
+  return field == "mtu_bytes" && (if_index == kEthernet1_10 || if_index == 0);
+}
+
+TEST(Placeholders, WhatNobodyKnowsIsADash) {
+  const uint32 number = 1500;
+  host::output_settings settings;
+  settings.is_unknown = is_mtu_unknown;
+  captured_command command(settings);
+  const auto row = [&](if_index_t if_index) {
+    command.output().begin_interface("a port", if_index);
+    cmd_prt(command.channel(), "[%8s|%-6s|%s]\n", cmd_tuple(0x142A0278, &number), cmd_tuple(0x142A0278, &number),
+            cmd_tuple(0x142A0279, &number));
+    command.output().end_interface();
+  };
+  row(kEthernet1_10);
+  row(kEthernet1_10 + 0x1000);
+  row(0);
+  EXPECT_EQ(command.finish(), "[      --|--    |1500]\n[    1500|1500  |1500]\n[    1500|1500  |1500]\n");
+}
+
 TEST(Placeholders, SixteenTuplesOfOneCallKeepTheirValues) {
   uint32 v[16];
   for (uint32 i = 0; i < 16; ++i) v[i] = i + 1;

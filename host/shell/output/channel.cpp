@@ -83,7 +83,10 @@ void print_cell(command_output& output, const placeholder& cell, const cmd_tuple
   if (print_whole_line(output, cell, tuple)) return;
   std::string& line = output.line();
   const std::size_t start = line.size();
-  if (tuple != nullptr) {
+  if (tuple != nullptr && output.is_unknown(*tuple)) {
+    line += "--";
+    output.bind_unknown(*tuple);
+  } else if (tuple != nullptr) {
     append_tuple_text(line, *tuple, output.short_names, cell.precision);
     output.bind(*tuple);
   }

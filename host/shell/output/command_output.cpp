@@ -8,6 +8,7 @@
 #include "shell/output/coloured_marks.h"
 #include "shell/output/failed_ranges.h"
 #include "shell/output/printable.h"
+#include "shell/output/rendering.h"
 #include "shell/print_error.h"
 
 namespace host {
@@ -95,6 +96,25 @@ void command_output::end_line() {
 
 void command_output::bind(const cmd_tuple_t& tuple) {
   if (document_ && document_->bind(tuple)) line_is_bound_ = true;
+}
+
+bool command_output::is_unknown(const cmd_tuple_t& tuple) const {
+  if (settings_.is_unknown == nullptr || if_index_ == 0) return false;
+  const field* const meaning = find_field(tag_of(tuple));
+  return meaning != nullptr && is_perhaps_unknown(*meaning) && settings_.is_unknown(if_index_, meaning->name);
+}
+
+// Asked once for each field: most are always known.
+bool command_output::is_perhaps_unknown(const field& meaning) const {
+  enum : uint8 { kNotAsked, kKnown, kPerhapsUnknown };
+  perhaps_unknown_.resize(schema().size(), kNotAsked);
+  uint8& answer = perhaps_unknown_[static_cast<std::size_t>(&meaning - schema().data())];
+  if (answer == kNotAsked) answer = settings_.is_unknown(0, meaning.name) ? kPerhapsUnknown : kKnown;
+  return answer == kPerhapsUnknown;
+}
+
+void command_output::bind_unknown(const cmd_tuple_t& tuple) {
+  if (document_ && document_->bind_unknown(tuple)) line_is_bound_ = true;
 }
 
 void command_output::text(std::string_view text) {

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "shell/output/block_writer.h"
 #include "shell/output/document.h"
@@ -22,14 +23,15 @@ namespace host {
 
 struct output_settings {
   int descriptor = 1;
-  bool to_terminal = false;             // lines are shown as soon as they are complete
-  bool paged = false;                   // stops at the end of each screen
-  bool structured = false;              // as a document
-  bool coloured = false;                // alarms and warnings of marked displays
-  display shown{};                      // of the command; used by the structured form
-  std::string_view command{};           // for the document
-  bool (*is_cancelled)() = nullptr;     // further output is discarded once it returns true
-  std::string* gathered = nullptr;      // takes the output, errors too, in place of the descriptor
+  bool to_terminal = false;          // lines are shown as soon as they are complete
+  bool paged = false;                // stops at the end of each screen
+  bool structured = false;           // as a document
+  bool coloured = false;             // alarms and warnings of marked displays
+  display shown{};                   // of the command; used by the structured form
+  std::string_view command{};        // for the document
+  bool (*is_cancelled)() = nullptr;  // further output is discarded once it returns true
+  std::string* gathered = nullptr;   // takes the output, errors too, in place of the descriptor
+  bool (*is_unknown)(if_index_t, std::string_view field) = nullptr;  // as machine::is_unknown; null: all is known
   traffic_readings* traffic = nullptr;  // learns which interfaces are shown; records get their rates
 };
 
@@ -52,6 +54,9 @@ class command_output {
   void end_line();
   // Binds a value; it is stored when the output is structured.
   void bind(const cmd_tuple_t& tuple);
+  // Whether nobody knows the value of the interface that is being shown: it is "--", and null when it is bound so.
+  bool is_unknown(const cmd_tuple_t& tuple) const;
+  void bind_unknown(const cmd_tuple_t& tuple);
   // Plain text with any number of lines.
   void text(std::string_view text);
 
@@ -87,6 +92,7 @@ class command_output {
     if (__builtin_expect(has_printed_text(), 0)) std::fflush(stream_);
   }
   bool has_printed_text() const;
+  bool is_perhaps_unknown(const field& meaning) const;
   void deliver(std::string_view line);
   void show(std::string_view line);
   void filter(std::string_view line);
@@ -105,6 +111,7 @@ class command_output {
   if_index_t if_index_ = 0;
   bool interface_is_shown_ = false;  // a line of it came out of the filters
   bool line_is_bound_ = false;
+  mutable std::vector<uint8> perhaps_unknown_;  // by the schema's rows
   bool failed_ = false;
   bool left_pager_ = false;
 };

@@ -152,6 +152,14 @@ void document::begin_record(std::string_view interface_name) {
   cells_[0].text = interface_name;
 }
 
+bool document::bind_unknown(const cmd_tuple_t& tuple) {
+  const field* const meaning = find_field(tag_of(tuple));
+  const bool is_shown = meaning != nullptr && record_open_ &&
+                        cell_of_row_[static_cast<std::size_t>(meaning - schema().data())] != kNotShown;
+  if (is_shown) record_is_empty_ = false;
+  return is_shown;
+}
+
 bool document::bind(const cmd_tuple_t& tuple) {
   const field* const meaning = find_field(tag_of(tuple));
   if (meaning == nullptr || !record_open_ || tuple.id == 0 || tuple.value == nullptr) return false;

@@ -46,6 +46,9 @@ class document {
   // Stores a value in the record. False when the display has no field for it.
   bool bind(const cmd_tuple_t& tuple);
 
+  // The same of a value that nobody knows: it stays null.
+  bool bind_unknown(const cmd_tuple_t& tuple);
+
   // A line that bound no value; it belongs to the record that is open, if any.
   void add_message(std::string_view text);
 

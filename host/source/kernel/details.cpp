@@ -213,6 +213,11 @@ void read_details(interface& port, detail wanted) {
   }
 }
 
+bool is_told_by_driver(if_index_t if_index, told_counter counter) {
+  const known_device* const device = find_hardware(if_index);
+  return device != nullptr && counters_of(*device)[counter].has_value();
+}
+
 told_counters clear_details(const interface& port) {
   known_device* const device = find_hardware(port.if_index);
   if (device == nullptr) return {};

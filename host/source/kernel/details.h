@@ -16,6 +16,9 @@ void note_devices(const std::vector<kernel_link>& links, const std::vector<mappe
 // Completes an interface (machine::read_details). What the kernel does not tell stays as it is.
 void read_details(interface& port, detail wanted);
 
+// Whether the driver of an interface's device has a counter.
+bool is_told_by_driver(if_index_t if_index, told_counter counter);
+
 // Lets the further counters of an interface start from 0. Returns what they are now.
 told_counters clear_details(const interface& port);
 

@@ -19,6 +19,7 @@
 #include "source/kernel/details.h"
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
+#include "source/kernel/unknown_fields.h"
 #include "source/kernel/way.h"
 #include "switch/if_index_layout.h"
 
@@ -109,6 +110,11 @@ const mapped_device* find_device(const std::vector<mapped_device>& mapped, uint3
   return found != mapped.end() && found->number == number ? &*found : nullptr;
 }
 
+// What a switch's line cards can do and the kernel's devices cannot, or not by this shell.
+void take_away_abilities(port_capabilities& port) {
+  port.suppression = port.cos_rewrite = port.tos_rewrite = port.span = port.udld = port.debounce = port.mdix = false;
+}
+
 void fill_interface(const kernel_link& link, const std::vector<mapped_device>& mapped, if_index_t if_index,
                     interface& port) {
   constexpr std::size_t kLongest = PM_PORT_NAME_BYTES - 1;
@@ -121,6 +127,7 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   if (link.is_full_duplex)
     port.oper_duplex = *link.is_full_duplex ? uint8{PM_PORT_DUPLEX_FULL} : uint8{PM_PORT_DUPLEX_HALF};
   port.addresses = link.addresses;
+  take_away_abilities(port.capabilities);
   port.beacon_on = is_identifying(link.number);
   set_state(link, port);
   set_vlans(link, port);
@@ -192,6 +199,25 @@ bool follow_device(interface& port, uint32 now_sec) {
   return true;
 }
 
+// Averages need a second reading.
+constexpr std::string_view kRates[] = {"input_rate_bps",
+                                       "input_rate_mbytes_per_sec",
+                                       "input_rate_pps",
+                                       "vdc_input_bytes_per_sec",
+                                       "vdc_input_packets_per_sec",
+                                       "output_rate_bps",
+                                       "output_rate_mbytes_per_sec",
+                                       "output_rate_pps",
+                                       "vdc_output_bytes_per_sec",
+                                       "vdc_output_packets_per_sec"};
+
+bool is_unknown(if_index_t if_index, std::string_view field) {
+  if (std::find(std::begin(kRates), std::end(kRates), field) == std::end(kRates))
+    return is_unknown_field(if_index, field);
+  const auto memory = the_kernel.memory.find(if_index);
+  return memory == the_kernel.memory.end() || !memory->second.has_rates();
+}
+
 void clear_device(interface& port, uint32 now_sec) {
   device_reading* const reading = find_reading(port.if_index);
   if (reading == nullptr) return;
@@ -226,6 +252,7 @@ machine read_machine() {
   const std::vector<kernel_link>& links = the_kernel.links;
   the_kernel.mapped = map_devices(links, default_route_device(route), the_kernel.wanted);
   note_devices(links, the_kernel.mapped);
+  note_told_fields(links, the_kernel.mapped);
   the_kernel.counted.clear();
   the_kernel.counted.reserve(the_kernel.mapped.size());
   the_kernel.baselines.read();
@@ -240,6 +267,7 @@ machine read_machine() {
   made.clear_traffic = clear_device;
   made.settle = settle;
   made.read_details = read_details;
+  made.is_unknown = is_unknown;
   return made;
 }
 

@@ -1,0 +1,163 @@
+#include "source/kernel/unknown_fields.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <optional>
+
+#include "source/kernel/details.h"
+
+namespace host {
+namespace {
+
+// ---- Fields that no device has --------------------------------------------------------------------------------------
+
+constexpr std::string_view kNeverTold[] = {
+    "auto_mdix",
+    "bad_encapsulation_errors",
+    "bad_ethertype_drops",
+    "bad_protocol_drops",
+    "broadcast_level_percent",
+    "debounce",
+    "debounce_msec",
+    "delay_usec",
+    "dribble_errors",
+    "ecc_errors",
+    "ignored_errors",
+    "input_internal_mac_errors",
+    "input_jumbo_packets",
+    "interface_down_drops",
+    "interface_resets",
+    "last_link_flapped",
+    "multicast_level_percent",
+    "no_buffer_errors",
+    "no_carrier_errors",
+    "output_bpdu_lost",
+    "output_cos0_lost",
+    "output_cos1_lost",
+    "output_cos2_lost",
+    "output_cos3_lost",
+    "output_cos4_lost",
+    "output_cos5_lost",
+    "output_cos6_lost",
+    "output_cos7_lost",
+    "output_crc_errors",
+    "output_internal_mac_errors",
+    "output_jumbo_packets",
+    "overrun_errors",
+    "runt_errors",
+    "runts",
+    "sqe_test_errors",
+    "storm_suppressed_packets",
+    "suppressed_packets",
+    "switchport_monitor",
+    "babble_errors",
+    "underrun_errors",
+    "unicast_level_percent",
+    "watchdog_errors",
+    "wrong_encapsulation",
+};
+
+// Whole families: what a switch counts where it routes.
+constexpr std::string_view kNeverToldBegin = "layer3_";
+
+// ---- Counters that some drivers have --------------------------------------------------------------------------------
+
+struct driver_field {
+  std::string_view field;
+  told_counter counter;
+};
+
+constexpr driver_field kToldByDrivers[] = {
+    {"deferred", kToldDeferred},
+    {"deferred_errors", kToldDeferred},
+    {"excess_collision_errors", kToldExcessiveCollisions},
+    {"excessive_collisions", kToldExcessiveCollisions},
+    {"giant_errors", kToldTooLong},
+    {"giants", kToldTooLong},
+    {"input_broadcast_packets", kToldBroadcastsReceived},
+    {"input_pause_frames", kToldPausesReceived},
+    {"jabber_errors", kToldJabber},
+    {"late_collision_errors", kToldLateCollisions},
+    {"late_collisions", kToldLateCollisions},
+    {"multi_collision_errors", kToldMultipleCollisions},
+    {"multiple_collisions", kToldMultipleCollisions},
+    {"output_broadcast_packets", kToldBroadcastsSent},
+    {"output_multicast_packets", kToldMulticastsSent},
+    {"output_pause_frames", kToldPausesSent},
+    {"short_frame_errors", kToldUndersized},
+    {"single_collision_errors", kToldSingleCollisions},
+    {"single_collisions", kToldSingleCollisions},
+    {"symbol_errors", kToldSymbolErrors},
+    {"undersize_errors", kToldUndersized},
+};
+
+// Packets by size: "input_packets_64_to_127_bytes" and so on, in the order of the classes.
+constexpr std::string_view kSizes[] = {
+    "packets_0_to_64_bytes",     "packets_65_to_127_bytes",    "packets_128_to_255_bytes",  "packets_256_to_511_bytes",
+    "packets_512_to_1023_bytes", "packets_1024_to_1518_bytes", "packets_1519_to_1548_bytes"};
+
+std::optional<told_counter> size_counter(std::string_view field) {
+  const bool is_sent = field.starts_with("output_");
+  for (std::size_t i = 0; i < std::size(kSizes); ++i)
+    if (field.ends_with(kSizes[i])) return told_counter((is_sent ? kToldSentBySize : kToldReceivedBySize) + i);
+  return std::nullopt;
+}
+
+std::optional<told_counter> counter_of(std::string_view field) {
+  for (const driver_field& row : kToldByDrivers)
+    if (row.field == field) return row.counter;
+  return size_counter(field);
+}
+
+// ---- What links tell ------------------------------------------------------------------------------------------------
+
+struct told_fields {
+  bool speed = false;
+  bool duplex = false;
+  bool mtu = false;  // it fits into the port manager's 16 bits
+};
+
+constexpr struct {
+  std::string_view field;
+  bool told_fields::*is_told;
+} kToldByLinks[] = {
+    {"bandwidth_kbps", &told_fields::speed},
+    {"duplex", &told_fields::duplex},
+    {"mtu_bytes", &told_fields::mtu},
+    {"speed_mbps", &told_fields::speed},
+};
+
+std::map<if_index_t, told_fields> of_links;
+
+bool is_never_told(std::string_view field) {
+  return field.starts_with(kNeverToldBegin) ||
+         std::find(std::begin(kNeverTold), std::end(kNeverTold), field) != std::end(kNeverTold);
+}
+
+}  // namespace
+
+bool is_unknown_field(if_index_t if_index, std::string_view field) {
+  if (is_never_told(field)) return true;
+  for (const auto& row : kToldByLinks) {
+    if (row.field != field) continue;
+    const auto told = of_links.find(if_index);
+    return told == of_links.end() || !(told->second.*row.is_told);
+  }
+  const auto counter = counter_of(field);
+  return counter && (if_index == 0 || !is_told_by_driver(if_index, *counter));
+}
+
+void note_told_fields(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped) {
+  of_links.clear();
+  std::size_t place = 0;
+  for (const mapped_device& it : mapped) {
+    while (links[place].number != it.number) ++place;  // both are sorted by number
+    const kernel_link& link = links[place];
+    of_links[it.if_index] = {.speed = link.speed_mbps.has_value(),
+                             .duplex = link.is_full_duplex.has_value(),
+                             .mtu = link.mtu_bytes <= UINT16_MAX};
+  }
+}
+
+}  // namespace host
