@@ -19,7 +19,7 @@ fail() {
 command -v ip >/dev/null || skip "ip(8) is missing"
 here=pmclikernel$$
 ip netns add "$here" 2>/dev/null || skip "network namespaces are not allowed here"
-trap 'ip netns del "$here"; rm -rf "$map" "$XDG_STATE_HOME"' EXIT
+trap 'ip netns del "$here"; rm -rf "$map" "$map.config" "$XDG_STATE_HOME"' EXIT
 map=$(mktemp)
 XDG_STATE_HOME=$(mktemp -d)
 export XDG_STATE_HOME
@@ -74,6 +74,17 @@ set_on "$left" $'no shutdown\nno description\nswitchport mtu 4000' >/dev/null
 is_so '.[0].flags | index("UP") != null' true
 is_so '.[0].ifalias' null
 
+# The running configuration makes what there is.
+set_on "$left" $'description as it was\nswitchport mtu 4321' >/dev/null
+run -c "show running-config interface $left" >"$map.config"
+grep -q '!.*no command' "$map.config" && fail "settings without a command: $(cat "$map.config")"
+set_on "$left" $'no description\nno switchport mtu' >/dev/null
+is_so '.[0].mtu' 1500
+run -f "$map.config" || fail "the running configuration is refused"
+is_so '.[0].mtu' 4321
+is_so '.[0].ifalias' 'as it was'
+set_on "$left" $'no description\nswitchport mtu 4000' >/dev/null
+
 # What the kernel refuses is said of each port.
 right=$(interface right)
 said=$(set_on "$left, $right" 'flowcontrol receive on')
@@ -87,6 +98,7 @@ if command -v setpriv >/dev/null; then
   said=$(printf 'configure\ninterface %s\nshutdown\n' "$left" | plain 2>&1) && fail "a plain user switches devices off"
   has "$said" "not permitted: the right CAP_NET_ADMIN is missing"
   is_so '.[0].flags | index("UP") != null' true
+  grep -q "^Ethernet${left#ethernet } " <<<"$(echo 'show interface brief' | plain)" || fail "a plain user reads nothing"
 fi
 
 # The user's own way is not cut without a question; without a terminal the answer is no.

@@ -349,7 +349,9 @@ const setting_rule* rule_of(uint8 type) {
 
 bool has_setting_of_its_own(const interface& port, uint8 type) {
   const setting_rule* const rule = rule_of(type);
-  return rule != nullptr && rule->has_it(kind_of(port)) && !(rule->of_channel && port.channel != 0);
+  const auto makes_setting = the_machine().makes_setting;
+  return rule != nullptr && rule->has_it(kind_of(port)) && !(rule->of_channel && port.channel != 0) &&
+         (makes_setting == nullptr || makes_setting(type));
 }
 
 reply configure_ports(octets bytes) {

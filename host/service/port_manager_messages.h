@@ -8,6 +8,7 @@
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
 #include "service/messages.h"
+#include "switch/port_settings.h"
 
 namespace host {
 
@@ -63,16 +64,7 @@ struct setting_request {
 };
 static_assert(sizeof(setting_request) == 7);
 
-// Settings that the command library does not make; they stand beside PM_CFG_...
-enum host_setting : uint8 {
-  HOST_CFG_ACCESS_VLAN = 120,    // be16
-  HOST_CFG_NATIVE_VLAN = 121,    // be16
-  HOST_CFG_ALLOWED_VLANS = 122,  // allowed_vlans_value
-  HOST_CFG_RECEIVE_PAUSE = 123,  // byte: FLOW_CONTROL_...
-  HOST_CFG_SEND_PAUSE = 124,     // the same
-  HOST_CFG_CHANNEL = 125,        // be16: number of a port-channel; 0 takes the port out of its own
-};
-
+// Of the settings HOST_CFG_... (switch/port_settings.h).
 enum : uint8 { FLOW_CONTROL_OFF = 0, FLOW_CONTROL_ON = 1, FLOW_CONTROL_DESIRED = 2 };
 enum : uint8 { ALLOWED_VLANS_SET = 0, ALLOWED_VLANS_ADD = 1, ALLOWED_VLANS_REMOVE = 2 };
 

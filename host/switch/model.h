@@ -275,6 +275,9 @@ struct machine {
     if (read_details != nullptr) read_details(port, wanted);
   }
 
+  // Whether the source makes a setting (PM_CFG_... or HOST_CFG_...) of some port. Without it all are made.
+  bool (*makes_setting)(uint8 type) = nullptr;
+
   // The interface with this index, or null.
   interface* find(if_index_t if_index);
   const interface* find(if_index_t if_index) const;

@@ -65,6 +65,17 @@ struct port_settings {
   bool operator==(const port_settings&) const = default;
 };
 
+// Settings that the command library does not make; they stand beside PM_CFG_... Their values are in
+// service/port_manager_messages.h.
+enum host_setting : uint8 {
+  HOST_CFG_ACCESS_VLAN = 120,    // be16
+  HOST_CFG_NATIVE_VLAN = 121,    // be16
+  HOST_CFG_ALLOWED_VLANS = 122,  // allowed_vlans_value
+  HOST_CFG_RECEIVE_PAUSE = 123,  // byte: FLOW_CONTROL_...
+  HOST_CFG_SEND_PAUSE = 124,     // the same
+  HOST_CFG_CHANNEL = 125,        // be16: number of a port-channel; 0 takes the port out of its own
+};
+
 // The mode that a port of a kind and layer has when none is set.
 uint32 default_port_mode(if_index_type_t kind, uint32 layer);
 

@@ -69,9 +69,10 @@ void set_capabilities(const link_modes& supported, port_capabilities& port) {
   port.transceiver = supported[ETHTOOL_LINK_MODE_FIBRE_BIT];
 }
 
-// Without negotiation a port is set to the speed that it has; while it has none, that is not known.
+// Without negotiation a port is set to the speed that it has; while it has none, that is not known. A device without
+// modes has a speed, but is not set to it.
 void set_speed(const kernel_link& link, interface& port) {
-  if (!link.negotiates || *link.negotiates) return;
+  if (!link.negotiates || *link.negotiates || link.supported.none()) return;
   port.admin_speed_mbps = link.speed_mbps.value_or(0);
   if (link.is_full_duplex)
     port.admin_duplex = *link.is_full_duplex ? uint8{PM_PORT_DUPLEX_FULL} : uint8{PM_PORT_DUPLEX_HALF};

@@ -266,6 +266,7 @@ machine read_machine() {
   made.follow_traffic = follow_device;
   made.clear_traffic = clear_device;
   made.settle = settle;
+  made.makes_setting = makes_kernel_setting;
   made.read_details = read_details;
   made.is_unknown = is_unknown;
   return made;

@@ -13,6 +13,7 @@
 #include <cstring>
 #include <vector>
 
+#include "platform/port_config.h"
 #include "platform/port_manager.h"
 #include "source/kernel/ethtool.h"
 #include "source/kernel/identify.h"
@@ -242,6 +243,14 @@ std::vector<netlink_request> bridge_vlan_requests(uint32 number, const port_sett
   if (!vlans.empty()) requests.push_back(vlan_request(number, RTM_SETLINK, vlans));
   if (!gone.empty()) requests.push_back(vlan_request(number, RTM_DELLINK, gone));
   return requests;
+}
+
+bool makes_kernel_setting(uint8 type) {
+  constexpr uint8 kTypes[] = {
+      PM_CFG_PORT_STATE,      PM_CFG_PORT_MODE,    PM_CFG_SPEED,         PM_CFG_BEACON,        PM_CFG_NAME,
+      PM_CFG_DUPLEX,          PM_CFG_MTU,          HOST_CFG_ACCESS_VLAN, HOST_CFG_NATIVE_VLAN, HOST_CFG_ALLOWED_VLANS,
+      HOST_CFG_RECEIVE_PAUSE, HOST_CFG_SEND_PAUSE, HOST_CFG_CHANNEL};
+  return std::find(std::begin(kTypes), std::end(kTypes), type) != std::end(kTypes);
 }
 
 uint32 settle_device(const setting_target& target, const port_settings& wanted, const port_settings& before) {

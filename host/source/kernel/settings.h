@@ -24,6 +24,9 @@ struct setting_target {
 // before a step that is refused stays.
 uint32 settle_device(const setting_target& target, const port_settings& wanted, const port_settings& before);
 
+// Whether there are devices that have a setting (PM_CFG_... or HOST_CFG_...).
+bool makes_kernel_setting(uint8 type);
+
 // What is asked to give a port of a bridge other VLANs: those that come are added before the rest goes, so that the
 // port always has its untagged one.
 std::vector<netlink_request> bridge_vlan_requests(uint32 number, const port_settings& wanted,
