@@ -14,7 +14,15 @@ uint32 now_sec() { return static_cast<uint32>(clock_now()); }
 
 bool is_management(const interface& port) { return take_apart(port.if_index).type == IF_TYPE_MGMT; }
 
-// The kernel tells multicasts from the rest only where it receives, and broadcasts nowhere.
+bool refresh_from_device(interface& port) {
+  const std::string device = management_device(the_machine(), port.if_index);
+  const auto counted = kernel_counters(device);
+  if (counted) take_device_counters(*counted, kernel_rates(device), port.stats);
+  return counted.has_value();
+}
+
+}  // namespace
+
 void take_device_counters(const device_counters& counted, const device_rates& rates, statistics& stats) {
   const uint64 multicast = std::min(counted.rx_multicast, counted.rx_packets);
   stats.in = {.bytes = counted.rx_bytes,
@@ -37,15 +45,6 @@ void take_device_counters(const device_counters& counted, const device_rates& ra
   stats.out_bytes_per_second = rates.tx_bytes;
   stats.out_packets_per_second = rates.tx_packets;
 }
-
-bool refresh_from_device(interface& port) {
-  const std::string device = management_device(the_machine(), port.if_index);
-  const auto counted = kernel_counters(device);
-  if (counted) take_device_counters(*counted, kernel_rates(device), port.stats);
-  return counted.has_value();
-}
-
-}  // namespace
 
 bool refresh_statistics(interface& port) {
   if (is_management(port) && refresh_from_device(port)) return true;

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "switch/kernel_device.h"
 #include "switch/model.h"
 
 namespace host {
@@ -13,6 +14,10 @@ bool refresh_statistics(interface& port);
 
 // Lets its counters start from 0 at this moment and notes when that was. Rates go on. False as above.
 bool clear_statistics(interface& port);
+
+// Makes statistics of what a device counts. The kernel tells multicasts from the rest only where it receives, and
+// broadcasts nowhere.
+void take_device_counters(const device_counters& counted, const device_rates& rates, statistics& stats);
 
 // The kernel device of a management port: what the machine says, on chassis type 17 "eth" and the port's number from 1.
 std::string management_device(const machine& of, if_index_t if_index);

@@ -22,6 +22,7 @@
 #include "source/kernel/unknown_fields.h"
 #include "source/kernel/way.h"
 #include "switch/if_index_layout.h"
+#include "switch/live_statistics.h"
 
 namespace host {
 namespace {
@@ -156,29 +157,6 @@ uint32 settle(const interface& port, const port_settings& before) {
 
 // ---- Counters -------------------------------------------------------------------------------------------------------
 
-void take_counters(const device_counters& counted, const device_rates& rates, statistics& stats) {
-  const uint64 multicast = std::min(counted.rx_multicast, counted.rx_packets);
-  stats.in = {.bytes = counted.rx_bytes,
-              .unicast_packets = counted.rx_packets - multicast,
-              .multicast_packets = multicast,
-              .errors = counted.rx_errors,
-              .discards = counted.rx_dropped};
-  stats.out = {.bytes = counted.tx_bytes,
-               .unicast_packets = counted.tx_packets,
-               .errors = counted.tx_errors,
-               .discards = counted.tx_dropped};
-  stats.errors = {.crc = counted.rx_frame_errors,
-                  .collisions = counted.tx_collisions,
-                  .lost_carrier = counted.tx_carrier_errors,
-                  .compressed = counted.rx_compressed,
-                  .receive_fifo = counted.rx_fifo_errors,
-                  .send_fifo = counted.tx_fifo_errors};
-  stats.in_bytes_per_second = rates.rx_bytes;
-  stats.in_packets_per_second = rates.rx_packets;
-  stats.out_bytes_per_second = rates.tx_bytes;
-  stats.out_packets_per_second = rates.tx_packets;
-}
-
 device_reading* find_reading(if_index_t if_index) {
   auto& readings = the_kernel.counted;
   const auto found = std::lower_bound(readings.begin(), readings.end(), if_index,
@@ -192,8 +170,8 @@ bool follow_device(interface& port, uint32 now_sec) {
   const device_reading& reading = *found;
   device_memory& memory = the_kernel.memory[port.if_index];
   memory.look(now_sec, reading.counted);
-  take_counters(counted_since(reading.counted, reading.cleared_at).value_or(reading.counted), memory.rates(),
-                port.stats);
+  take_device_counters(counted_since(reading.counted, reading.cleared_at).value_or(reading.counted), memory.rates(),
+                       port.stats);
   port.stats.last_clear_sec = reading.cleared_sec;
   port.stats.is_cleared_here = reading.cleared_sec != 0;
   return true;
