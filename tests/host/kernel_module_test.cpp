@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "host/module_page.h"
 #include "host/recorded_switch.h"
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
@@ -29,16 +30,6 @@ transceiver module_of(const module_pages& pages) {
 }
 
 module_pages sfp_pages() { return {{kFirst, sfp_identity()}, {kSecond, sfp_diagnostics_page()}}; }
-
-std::string text_at(const std::vector<uint8>& page, std::size_t at, std::size_t width) {
-  return {page.begin() + static_cast<std::ptrdiff_t>(at), page.begin() + static_cast<std::ptrdiff_t>(at + width)};
-}
-
-uint8 sum_of(const std::vector<uint8>& page, std::size_t from, std::size_t until) {
-  unsigned sum = 0;
-  for (std::size_t at = from; at < until; ++at) sum += page[at];
-  return static_cast<uint8>(sum);
-}
 
 // ---- Identity -------------------------------------------------------------------------------------------------------
 

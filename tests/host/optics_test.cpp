@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "host/client_fixture.h"
+#include "host/module_page.h"
 #include "host/stopped_clock.h"
 #include "host/temporary_file.h"
 #include "platform/misc_info.h"
@@ -23,16 +24,6 @@ namespace host {
 namespace {
 
 constexpr uint32 kNow = 1'800'000'000 / 21'600 * 21'600;  // the drift begins anew
-
-std::string text_at(const std::vector<uint8>& page, std::size_t at, std::size_t width) {
-  return {page.begin() + static_cast<std::ptrdiff_t>(at), page.begin() + static_cast<std::ptrdiff_t>(at + width)};
-}
-
-uint8 sum_of(const std::vector<uint8>& page, std::size_t from, std::size_t until) {
-  unsigned sum = 0;
-  for (std::size_t at = from; at < until; ++at) sum += page[at];
-  return static_cast<uint8>(sum);
-}
 
 // ---- Pages ----------------------------------------------------------------------------------------------------------
 
