@@ -90,6 +90,7 @@ right=$(interface right)
 said=$(set_on "$left, $right" 'flowcontrol receive on')
 has_line "$said" "Ethernet${left#ethernet } failed for flowcontrol receive on with Operation not supported"
 has_line "$said" "Ethernet${right#ethernet } failed for flowcontrol receive on with Operation not supported"
+has "$(set_on "$left" 'switchport beacon')" "Operation not supported"
 has "$(set_on "$left" 'switchport access vlan 7')" "with the device is no port of a bridge"
 
 # Without the right, it is named.

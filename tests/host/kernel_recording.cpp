@@ -71,7 +71,7 @@ class recorded_channel : public kernel_channel {
     recorded_answer answer = the_recording->answer_to(asked, request);
     const bool is_dump = (request.nlmsg_flags & NLM_F_DUMP) == NLM_F_DUMP;
     if (answer.error != 0) {
-      add_last(NLMSG_ERROR, answer.error, request);
+      add_refusal(answer, request);
       return 0;
     }
     add(answer.messages, request, is_dump ? uint16{NLM_F_MULTI} : uint16{0}, take_disturbance(asked));
@@ -119,6 +119,21 @@ class recorded_channel : public kernel_channel {
       if (disturbed == disturbance::interrupted) flags |= NLM_F_DUMP_INTR;
     }
     last_flags_ = flags;
+  }
+
+  // The kernel's words stand behind the head of the request.
+  void add_refusal(const recorded_answer& answer, const nlmsghdr& request) {
+    recorded_message message = last_message(NLMSG_ERROR, answer.error, request);
+    if (!answer.words.empty()) {
+      const nlattr head{static_cast<uint16>(sizeof(nlattr) + answer.words.size() + 1), NLMSGERR_ATTR_MSG};
+      const auto* const bytes = reinterpret_cast<const char*>(&head);
+      message.insert(message.end(), bytes, bytes + sizeof head);
+      message.insert(message.end(), answer.words.c_str(), answer.words.c_str() + answer.words.size() + 1);
+    }
+    event next;
+    append(next.bytes, std::move(message), request,
+           answer.words.empty() ? uint16{0} : uint16{NLM_F_CAPPED | NLM_F_ACK_TLVS});
+    events_.push_back(std::move(next));
   }
 
   void add_last(uint16 type, int error, const nlmsghdr& request) {

@@ -29,6 +29,7 @@ struct question {
 struct recorded_answer {
   int error = 0;  // an errno in place of messages
   std::vector<recorded_message> messages = {};
+  std::string words = {};  // that come with the errno
 };
 
 enum class disturbance {

@@ -1,13 +1,20 @@
 // Settings over the kernel: what is asked of bridges, what carries a device, the kernel's own words.
 #include <gtest/gtest.h>
+#include <linux/ethtool_netlink.h>
+#include <linux/genetlink.h>
 #include <linux/if_bridge.h>
 #include <linux/if_link.h>
 #include <linux/rtnetlink.h>
+#include <net/if.h>
 
+#include <cerrno>
+#include <cstring>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "host/kernel_recording.h"
 #include "platform/port_manager.h"
 #include "platform/syserr.h"
 #include "source/kernel/settings.h"
@@ -130,6 +137,179 @@ TEST(KernelSettings, ANativeVlanMustBeCarried) {
   fabric.admin_mode = 0x2000000;
   EXPECT_STREQ(text_of_port_status(settle_device(target, fabric, access(1))),
                "the kernel has access and trunk ports only");
+}
+
+// ---- What the kernel is asked ---------------------------------------------------------------------------------------
+
+constexpr question kSetLink{NETLINK_ROUTE, RTM_NEWLINK, AF_UNSPEC};
+const question kSetModes = recorded_kernel::ethtool(ETHTOOL_MSG_LINKMODES_SET);
+const question kSetPause = recorded_kernel::ethtool(ETHTOOL_MSG_PAUSE_SET);
+
+class KernelAsked : public testing::Test {
+ protected:
+  KernelAsked() {
+    for (const question& it : {kSetLink, kSetModes, kSetPause})
+      kernel_.answer(it, [this](const nlmsghdr& request) {
+        const auto* const bytes = reinterpret_cast<const char*>(&request);
+        requests_.emplace_back(bytes, bytes + request.nlmsg_len);
+        return recorded_answer{0, {}};
+      });
+  }
+
+  uint32 settle(const port_settings& wanted, const port_settings& before) {
+    return settle_device({.number = 7, .name = "swp7", .is_bridge_port = true, .bond = 9}, wanted, before);
+  }
+  // The request for a link, which must be this one alone.
+  const ifinfomsg& link_request() const {
+    static const ifinfomsg none{};
+    EXPECT_EQ(requests_.size(), 1U);
+    return requests_.empty() ? none : head_of(requests_[0]);
+  }
+  static const ifinfomsg& head_of(const recorded_message& request) {
+    return *reinterpret_cast<const ifinfomsg*>(request.data() + NLMSG_HDRLEN);
+  }
+  // The bytes of an attribute of a request behind a head of this size; nothing when it has none.
+  std::optional<std::vector<uint8>> attribute(std::size_t head, uint16 type, std::size_t which = 0) const {
+    std::optional<std::vector<uint8>> found;
+    for_each_attribute(*reinterpret_cast<const nlmsghdr*>(requests_.at(which).data()), head, [&](const nlattr& it) {
+      const std::span<const uint8> bytes = bytes_of(it);
+      if (type_of(it) == type) found.emplace(bytes.begin(), bytes.end());
+    });
+    return found;
+  }
+  std::optional<std::vector<uint8>> of_link(uint16 type) const { return attribute(sizeof(ifinfomsg), type); }
+  std::optional<std::vector<uint8>> of_ethtool(uint16 type) const { return attribute(sizeof(genlmsghdr), type); }
+
+  recorded_kernel kernel_;
+  std::vector<recorded_message> requests_;
+};
+
+using Bytes = std::vector<uint8>;
+
+Bytes bytes_of_number(uint32 number) {
+  Bytes bytes(sizeof number);
+  std::memcpy(bytes.data(), &number, sizeof number);
+  return bytes;
+}
+
+port_settings with_state(uint8 state) {
+  port_settings it;
+  it.admin_state = state;
+  return it;
+}
+
+TEST_F(KernelAsked, ToSwitchADeviceOffAndOn) {
+  EXPECT_EQ(settle(with_state(PM_PORT_STATE_DOWN), with_state(PM_PORT_STATE_UP)), 0U);
+  EXPECT_EQ(link_request().ifi_index, 7);
+  EXPECT_EQ(link_request().ifi_change, unsigned{IFF_UP});
+  EXPECT_EQ(link_request().ifi_flags, 0U);
+  requests_.clear();
+  EXPECT_EQ(settle(with_state(PM_PORT_STATE_UP), with_state(PM_PORT_STATE_DOWN)), 0U);
+  EXPECT_EQ(link_request().ifi_change, unsigned{IFF_UP});
+  EXPECT_EQ(link_request().ifi_flags, unsigned{IFF_UP});
+}
+
+TEST_F(KernelAsked, ForAnAliasOrNone) {
+  port_settings described;
+  described.description = "lab %n";
+  EXPECT_EQ(settle(described, {}), 0U);
+  EXPECT_EQ(of_link(IFLA_IFALIAS), (Bytes{'l', 'a', 'b', ' ', '%', 'n'}));
+  EXPECT_EQ(link_request().ifi_change, 0U);
+  requests_.clear();
+  EXPECT_EQ(settle({}, described), 0U);
+  EXPECT_EQ(of_link(IFLA_IFALIAS), Bytes{});
+}
+
+TEST_F(KernelAsked, ForAnMtu) {
+  port_settings wanted;
+  wanted.mtu_bytes = 9000;
+  EXPECT_EQ(settle(wanted, {}), 0U);
+  EXPECT_EQ(of_link(IFLA_MTU), bytes_of_number(9000));
+}
+
+TEST_F(KernelAsked, ForABondAloneWhateverItsMembersTakeOver) {
+  port_settings member;
+  member.channel = 0x16000009;
+  member.mtu_bytes = 9000;
+  EXPECT_EQ(settle(member, {}), 0U);
+  EXPECT_EQ(link_request().ifi_index, 7);
+  EXPECT_EQ(of_link(IFLA_MASTER), bytes_of_number(9));
+  EXPECT_EQ(of_link(IFLA_MTU), std::nullopt);
+}
+
+TEST_F(KernelAsked, ForASpeedADuplexOrBothAgreed) {
+  port_settings fixed;
+  fixed.admin_speed_mbps = 1000;
+  fixed.admin_duplex = PM_PORT_DUPLEX_HALF;
+  EXPECT_EQ(settle(fixed, {}), 0U);
+  EXPECT_EQ(of_ethtool(ETHTOOL_A_LINKMODES_AUTONEG), Bytes{0});
+  EXPECT_EQ(of_ethtool(ETHTOOL_A_LINKMODES_SPEED), bytes_of_number(1000));
+  EXPECT_EQ(of_ethtool(ETHTOOL_A_LINKMODES_DUPLEX), Bytes{0});
+  requests_.clear();
+  EXPECT_EQ(settle({}, fixed), 0U);
+  EXPECT_EQ(of_ethtool(ETHTOOL_A_LINKMODES_AUTONEG), Bytes{1});
+  EXPECT_EQ(of_ethtool(ETHTOOL_A_LINKMODES_SPEED), std::nullopt);
+  EXPECT_EQ(of_ethtool(ETHTOOL_A_LINKMODES_DUPLEX), std::nullopt);
+}
+
+TEST_F(KernelAsked, ForPauseByDirection) {
+  port_settings receives;
+  receives.admin_flow_control = 0x0002;
+  EXPECT_EQ(settle(receives, {}), 0U);
+  EXPECT_EQ(of_ethtool(ETHTOOL_A_PAUSE_AUTONEG), Bytes{0});
+  EXPECT_EQ(of_ethtool(ETHTOOL_A_PAUSE_RX), Bytes{1});
+  EXPECT_EQ(of_ethtool(ETHTOOL_A_PAUSE_TX), Bytes{0});
+  requests_.clear();
+  port_settings agrees;
+  agrees.admin_flow_control = 0x0004;
+  EXPECT_EQ(settle(agrees, receives), 0U);
+  EXPECT_EQ(of_ethtool(ETHTOOL_A_PAUSE_AUTONEG), Bytes{1});
+  EXPECT_EQ(of_ethtool(ETHTOOL_A_PAUSE_RX), Bytes{0});
+  EXPECT_EQ(of_ethtool(ETHTOOL_A_PAUSE_TX), Bytes{1});
+}
+
+TEST_F(KernelAsked, ADeviceIsSwitchedOnWhenAllElseIsDone) {
+  port_settings wanted = with_state(PM_PORT_STATE_UP);
+  wanted.mtu_bytes = 9000;
+  EXPECT_EQ(settle(wanted, with_state(PM_PORT_STATE_DOWN)), 0U);
+  ASSERT_EQ(requests_.size(), 2U);
+  EXPECT_EQ(head_of(requests_[0]).ifi_change, 0U);
+  EXPECT_EQ(head_of(requests_[1]).ifi_flags, unsigned{IFF_UP});
+  requests_.clear();
+  EXPECT_EQ(settle(with_state(PM_PORT_STATE_DOWN), wanted), 0U);
+  ASSERT_EQ(requests_.size(), 2U);
+  EXPECT_EQ(head_of(requests_[0]).ifi_change, unsigned{IFF_UP});
+}
+
+TEST_F(KernelAsked, ARefusalHasTheKernelsWordsAndEndsTheRest) {
+  uint32 asked = 0;
+  kernel_.answer(kSetLink, [&asked](const nlmsghdr&) {
+    ++asked;
+    return recorded_answer{EINVAL, {}, "mtu greater than device maximum"};
+  });
+  port_settings wanted = with_state(PM_PORT_STATE_UP);
+  wanted.mtu_bytes = 9000;
+  EXPECT_STREQ(text_of_port_status(settle(wanted, with_state(PM_PORT_STATE_DOWN))), "mtu greater than device maximum");
+  EXPECT_EQ(asked, 1U);
+}
+
+TEST_F(KernelAsked, ARefusalWithoutWordsIsAnErrno) {
+  port_settings wanted;
+  wanted.mtu_bytes = 9000;
+  for (const auto& [error, text] : {std::pair{ENODEV, "No such device"},
+                                    {EBUSY, "Device or resource busy"},
+                                    {EPERM, "not permitted: the right CAP_NET_ADMIN is missing"}}) {
+    kernel_.answer(kSetLink, [error = error](const nlmsghdr&) { return recorded_answer{error, {}}; });
+    EXPECT_STREQ(text_of_port_status(settle(wanted, {})), text);
+  }
+}
+
+TEST_F(KernelAsked, AKernelWithoutEthtoolRefusesItsSettings) {
+  kernel_.has_ethtool = false;
+  port_settings wanted;
+  wanted.admin_flow_control = 0x0002;
+  const uint32 status = settle(wanted, {});
+  EXPECT_STREQ(text_of_port_status(status), "Operation not supported");
 }
 
 // ---- What carries a device ------------------------------------------------------------------------------------------
