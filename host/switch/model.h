@@ -234,6 +234,7 @@ struct user {
 // What a source may leave out of an interface until somebody asks for it.
 enum class detail : uint8 {
   link_fault,   // state_reason of a port that is up and has no link
+  driver,       // capabilities.model
   module,       // module_in_port with its identity page, capabilities.transceiver
   diagnostics,  // of the module: needs it
   counters      // of stats, once these are up to date: those that not every device has

@@ -717,6 +717,50 @@ TEST_F(KernelRecording, AKernelWithoutEthtoolHasPortsAllTheSame) {
   EXPECT_EQ(kernel_.times_asked(kModes) + kernel_.times_asked(kPauses) + kernel_.times_asked(kModules), 0U);
 }
 
+TEST_F(KernelRecording, AKernelWithoutEthtoolIsAskedForSpeedsByIoctl) {
+  kernel_.has_ethtool = false;
+  ethtool_cmd copper{};
+  copper.cmd = ETHTOOL_GSET;
+  copper.supported = SUPPORTED_100baseT_Full | SUPPORTED_1000baseT_Full | SUPPORTED_Autoneg;
+  copper.duplex = DUPLEX_FULL;
+  copper.autoneg = AUTONEG_ENABLE;
+  ethtool_cmd_speed_set(&copper, 1000);
+  kernel_.tell_by_ioctl("swp1", copper);
+  ethtool_cmd without_link = copper;
+  without_link.duplex = DUPLEX_UNKNOWN;
+  ethtool_cmd_speed_set(&without_link, 0xFFFFFFFF);
+  kernel_.tell_by_ioctl("swp2", without_link);
+  ethtool_pauseparam pause{};
+  pause.cmd = ETHTOOL_GPAUSEPARAM;
+  pause.rx_pause = 1;
+  kernel_.tell_by_ioctl("swp1", pause);
+  read();
+  EXPECT_EQ(device(kSwp1).oper_speed_mbps, 1000U);
+  EXPECT_EQ(device(kSwp1).admin_speed_mbps, 0U);
+  EXPECT_EQ(device(kSwp1).oper_duplex, PM_PORT_DUPLEX_FULL);
+  EXPECT_EQ(device(kSwp1).capabilities.speeds, CRDCFG_SPEED_100M | CRDCFG_SPEED_1G | CRDCFG_SPEED_AUTO);
+  EXPECT_EQ(device(kSwp1).admin_flow_control, 0x0002);
+  EXPECT_EQ(device(kSwp2).oper_speed_mbps, 0U);
+  EXPECT_TRUE(is_unknown(kSwp2, "speed_mbps"));
+  EXPECT_TRUE(is_unknown(kSwp2, "duplex"));
+  EXPECT_FALSE(is_unknown(kSwp1, "speed_mbps"));
+}
+
+TEST_F(KernelRecording, TheModelOfAPortIsItsDriver) {
+  ethtool_drvinfo driver{};
+  driver.cmd = ETHTOOL_GDRVINFO;
+  std::strcpy(driver.driver, "fastnic");
+  kernel_.tell_by_ioctl("swp1", driver);
+  std::memset(driver.driver, 'x', sizeof driver.driver);  // without an end
+  kernel_.tell_by_ioctl("swp3", driver);
+  read();
+  EXPECT_STREQ(reinterpret_cast<const char*>(capability_of(kSwp1).model), "fastnic");
+  capability_of(kSwp3);
+  EXPECT_EQ(device(kSwp3).capabilities.model, std::string(32, 'x'));
+  capability_of(kSwp2);
+  EXPECT_EQ(device(kSwp2).capabilities.model, "");
+}
+
 // The recording answers for a device that no dump of links has: nothing of it is anywhere.
 TEST_F(KernelRecording, AnswersForADeviceThatIsGoneAreLeftOut) {
   read();

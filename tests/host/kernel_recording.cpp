@@ -198,11 +198,16 @@ std::unique_ptr<kernel_channel> recorded_kernel::open(int bus) { return std::mak
 
 int recorded_kernel::answer_ioctl(const std::string& device, void* command) {
   ++the_recording->ioctls_;
+  uint32 asked = 0;
+  std::memcpy(&asked, command, sizeof asked);
+  if (const auto told = the_recording->told_by_ioctl_.find({device, asked});
+      told != the_recording->told_by_ioctl_.end()) {
+    std::memcpy(command, told->second.data(), told->second.size());
+    return 0;
+  }
   const auto found = the_recording->modules_.find(device);
   if (found == the_recording->modules_.end()) return EOPNOTSUPP;
   const ioctl_module& module = found->second;
-  uint32 asked = 0;
-  std::memcpy(&asked, command, sizeof asked);
   if (asked == ETHTOOL_GMODULEINFO) {
     ethtool_modinfo info{};
     info.cmd = asked;

@@ -61,6 +61,13 @@ class recorded_kernel {
   void disturb(const question& asked, disturbance how, uint32 times = 1);
   void plug(const std::string& device, ioctl_module module) { modules_[device] = std::move(module); }
 
+  // What a command of ethtool by ioctl gives for a device.
+  template <typename Command>
+  void tell_by_ioctl(const std::string& device, const Command& told) {
+    const auto* const bytes = reinterpret_cast<const char*>(&told);
+    told_by_ioctl_[{device, told.cmd}].assign(bytes, bytes + sizeof told);
+  }
+
   uint32 times_asked(const question& asked) const;
   uint32 ioctls() const { return ioctls_; }
 
@@ -83,6 +90,7 @@ class recorded_kernel {
   std::map<question, known> known_;
   std::map<question, uint32> asked_;
   std::map<std::string, ioctl_module> modules_;
+  std::map<std::pair<std::string, uint32>, std::vector<char>> told_by_ioctl_;
   uint32 ioctls_ = 0;
 };
 

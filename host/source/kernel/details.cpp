@@ -9,6 +9,7 @@
 #include "platform/if_index.h"
 #include "platform/port_manager.h"
 #include "source/kernel/ethtool.h"
+#include "source/kernel/ethtool_ioctl.h"
 #include "source/kernel/module.h"
 #include "switch/if_index_layout.h"
 
@@ -205,6 +206,7 @@ void read_details(interface& port, detail wanted) {
   if (device == nullptr) return;
   switch (wanted) {
     case detail::link_fault: return read_fault(*device, port);
+    case detail::driver: port.capabilities.model = driver_of(device->name); return;
     case detail::module: return read_module_of(*device, port);
     case detail::diagnostics: return read_diagnostics_of(*device, port);
     case detail::counters:

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "source/kernel/ethtool_ioctl.h"
+
 namespace host {
 namespace {
 
@@ -231,7 +233,8 @@ void read_port_settings(std::vector<kernel_link>& links) {
   ethtool_socket ethtool;
   netlink_request modes = ethtool.request(ETHTOOL_MSG_LINKMODES_GET, NLM_F_DUMP);
   put_ethtool_head(modes, ETHTOOL_A_LINKMODES_HEADER, 0, ETHTOOL_FLAG_COMPACT_BITSETS);
-  ethtool.ask(modes, [&links](const nlmsghdr& message) { decode_link_modes(message, links); });
+  const int error = ethtool.ask(modes, [&links](const nlmsghdr& message) { decode_link_modes(message, links); });
+  if (error == ENOENT || error == EOPNOTSUPP) return read_port_settings_by_ioctl(links);
   if (std::none_of(links.begin(), links.end(), is_physical)) return;
   netlink_request pause = ethtool.request(ETHTOOL_MSG_PAUSE_GET, NLM_F_DUMP);
   put_ethtool_head(pause, ETHTOOL_A_PAUSE_HEADER, 0, ETHTOOL_FLAG_STATS);

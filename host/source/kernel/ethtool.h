@@ -35,7 +35,8 @@ void put_ethtool_head(netlink_request& request, uint16 attribute, uint32 device,
 
 // ---- Settings of ports: one dump each, for every command -----------------------------------------------------------
 
-// Link modes of all links, and pause where there is hardware: nothing else has it.
+// Link modes of all links, and pause where there is hardware: nothing else has it. By ioctl from a kernel that does not
+// know these messages.
 void read_port_settings(std::vector<kernel_link>& links);
 
 void decode_link_modes(const nlmsghdr& message, std::vector<kernel_link>& links);

@@ -1,0 +1,19 @@
+// What ethtool tells of a device by ioctl: in place of its netlink family on kernels that lack it, and what that family
+// does not tell.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "source/kernel/links.h"
+
+namespace host {
+
+// Speed, duplex, negotiation and modes of all links, and pause where there is hardware; a request for each device. The
+// modes are those that 32 bits have.
+void read_port_settings_by_ioctl(std::vector<kernel_link>& links);
+
+// The name of a device's driver; empty when it is not told.
+std::string driver_of(const std::string& device);
+
+}  // namespace host
