@@ -320,6 +320,10 @@ constexpr setting_rule kRules[] = {
 };
 // clang-format on
 
+// A member's setting may be its channel's. A source that has the last word decides itself what members may be set to,
+// and hands them what it wants.
+bool is_of_channel(const setting_rule& rule) { return rule.of_channel && the_machine().settle == nullptr; }
+
 // A member takes what it can of its channel's setting.
 void hand_to_members(const interface& channel, const setting_rule& rule, const setting_value& value) {
   for (const if_index_t member : the_machine().members_of(channel.if_index)) {
@@ -331,11 +335,11 @@ uint32 apply_to(interface& port, const setting_rule& rule, const setting_value& 
   if (port.refusal != 0) return port.refusal;
   if (port.is_locked) return PM_ERR_PORT_LOCKED;
   if (!rule.has_it(kind_of(port))) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
-  if (rule.of_channel && port.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
+  if (is_of_channel(rule) && port.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
   const uint32 status = change_settings(port, [&](interface& it) { return rule.apply(it, value); });
   if (status != 0) return status;
   port.configured.set(rule.type);
-  if (rule.of_channel) hand_to_members(port, rule, value);
+  if (is_of_channel(rule)) hand_to_members(port, rule, value);
   return 0;
 }
 
@@ -350,7 +354,7 @@ const setting_rule* rule_of(uint8 type) {
 bool has_setting_of_its_own(const interface& port, uint8 type) {
   const setting_rule* const rule = rule_of(type);
   const auto makes_setting = the_machine().makes_setting;
-  return rule != nullptr && rule->has_it(kind_of(port)) && !(rule->of_channel && port.channel != 0) &&
+  return rule != nullptr && rule->has_it(kind_of(port)) && !(is_of_channel(*rule) && port.channel != 0) &&
          (makes_setting == nullptr || makes_setting(type));
 }
 

@@ -240,6 +240,17 @@ TEST_F(PortConfig, WhatTheSourceRefusesIsNotSet) {
   EXPECT_EQ(mtus_before, (std::vector<uint16>{as_made.mtu_bytes, as_made.mtu_bytes}));
 }
 
+TEST_F(PortConfig, TheSourceDecidesWhatMembersMayBeSetTo) {
+  interface& member = *the_machine().find(names_.third_port);
+  member.channel = names_.channel;
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0B, 0xB8}), uint32{PM_ERR_PORT_IN_CHANNEL});
+  the_machine().settle = refuse_large_packets;
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0B, 0xB8}), 0U);
+  EXPECT_EQ(member.mtu_bytes, 3000);
+  EXPECT_EQ(set_one(names_.channel, PM_CFG_MTU, {0, 0, 0x0F, 0xA0}), 0U);
+  EXPECT_EQ(member.mtu_bytes, 3000);
+}
+
 TEST_F(PortConfig, WhatTheSourceRefusesToTakeBackStays) {
   the_machine().find(names_.third_port)->mtu_bytes = 9000;
   begin_changes();
