@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <string>
 
-#include "client/resident_libraries.h"
 #include "count_allocations.h"
 #include "service/services.h"
 #include "shell/library.h"
@@ -44,7 +43,6 @@ host::shell& session() {
     const std::string libraries = (program / PMCLI_LIBRARY_DIRECTORY).lexically_normal().string();
     host::the_machine() = host::make_giant(kPorts);
     host::transport_register(host::all_services());
-    host::keep_libraries_resident(libraries);
     host::shell made;
     made.library = host::load_command_libraries(libraries);
     return made;

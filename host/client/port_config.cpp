@@ -79,11 +79,13 @@ int32 pm_cmi_set_port_config(mts_q_handle_t q, const char*, uint32, uint32 num_r
 }
 
 int32 host::set_host_setting(mts_q_handle_t q, std::span<const if_index_range_t> ranges, uint8 type,
-                             std::span<const std::byte> value, pm_port_cfg_status_t** cfg_status, uint32* num_ports) {
-  *cfg_status = nullptr;
-  *num_ports = 0;
-  return ask_statuses({q, MTS_SAP_PORT_MANAGER, PM_OPC_SET_CONFIG}, request_of(type, value, ranges), cfg_status,
-                      num_ports);
+                             std::span<const std::byte> value) {
+  pm_port_cfg_status_t* block = nullptr;
+  uint32 count = 0;
+  const int32 error =
+      ask_statuses({q, MTS_SAP_PORT_MANAGER, PM_OPC_SET_CONFIG}, request_of(type, value, ranges), &block, &count);
+  std::free(block);  // what it holds is noted
+  return error;
 }
 
 int32 host::leave_channels(const paraminfo_t* param, pm_port_cfg_status_t** cfg_status, uint32* num_ports) {

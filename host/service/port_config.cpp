@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -80,12 +79,6 @@ uint32 apply_state(interface& port, const setting_value& value) {
     set_link(port, before.state, before.reason);
   }
   return 0;
-}
-
-std::vector<uint16> every_vlan() {
-  std::vector<uint16> vlans(4094);
-  std::iota(vlans.begin(), vlans.end(), uint16{1});
-  return vlans;
 }
 
 bool is_outside_first_of_group(const interface& port) {
@@ -224,7 +217,7 @@ uint32 apply_allowed_vlans(interface& port, const setting_value& value) {
 // The side is one of PM_FLOW_CTRL_*.
 template <uint16 kSide>
 uint32 apply_flow_control(interface& port, const setting_value& value) {
-  constexpr uint16 kBits[] = {0, 0x0003, 0x000C};  // by FLOW_CONTROL_*
+  constexpr uint16 kBits[] = {0, PM_FLOW_CTRL_ON, PM_FLOW_CTRL_DESIRED};  // by FLOW_CONTROL_*
   if (value.number() > FLOW_CONTROL_DESIRED) return PM_ERR_VALUE_OUT_OF_RANGE;
   port.admin_flow_control = static_cast<uint16>((port.admin_flow_control & ~kSide) | (kSide & kBits[value.number()]));
   return 0;

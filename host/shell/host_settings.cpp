@@ -1,9 +1,7 @@
 // Settings that the command library does not make: VLANs, flow control, membership of port-channels.
 #include "client/host_settings.h"
 
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <vector>
 
 #include "platform/vsh.h"
@@ -62,27 +60,21 @@ std::vector<if_index_range_t> ranges_of(const shell& session) {
   return ranges;
 }
 
-struct free_block {
-  void operator()(void* block) const { std::free(block); }
-};
-
 }  // namespace
 
 int set_ports_of_host(const invocation& run) {
   if (!may_go_on(run)) return kNotPermitted;
   const command_queue q;
   begin_changes();
-  pm_port_cfg_status_t* block = nullptr;
-  uint32 count = 0;
-  const auto type = run.line.what->host_setting;
-  const int32 error = set_host_setting(q.handle, ranges_of(run.session), type, value_of(run.line), &block, &count);
-  const std::unique_ptr<pm_port_cfg_status_t, free_block> results(block);
   take_setting_results();
+  const int32 error =
+      set_host_setting(q.handle, ranges_of(run.session), run.line.what->host_setting, value_of(run.line));
+  setting_results results = take_setting_results();
   if (error != 0) {
     vsh_print_mts_error_message(VSH_MTS_ERROR_REQUEST, mts_errno_get(q.handle));
     return kServiceFailed;
   }
-  return report_refusals(run, run.line.text, {block, count});
+  return report_refusals(run, run.line.text, results.ports);
 }
 
 }  // namespace host

@@ -113,13 +113,11 @@ std::string allowed_vlans(const interface& port) {
   return text;
 }
 
-constexpr uint16 kDesiredBits = 0x000C;
-
 template <uint16 kSide>
 std::string pause(const interface& port) {
   const std::string side = kSide == PM_FLOW_CTRL_RECEIVE ? "receive" : "send";
   const uint32 bits = port.admin_flow_control & kSide;
-  return "flowcontrol " + side + ((bits & kDesiredBits) != 0 ? " desired" : bits != 0 ? " on" : " off");
+  return "flowcontrol " + side + ((bits & PM_FLOW_CTRL_DESIRED) != 0 ? " desired" : bits != 0 ? " on" : " off");
 }
 
 std::string membership(const interface& port) {

@@ -15,19 +15,25 @@ inline constexpr display kSettingShown = {kSettingDisplay, {}, "settings"};
 inline constexpr uint32 kSwitchport = 0x01030002;
 inline constexpr setting_token kNumber = {0, token_value::number};
 
-inline constexpr bool kMayCut = true;
-
 // A mode of ports, as the value without a word.
 constexpr setting_token port_mode(uint32 mode) { return {0, token_value::fixed, mode}; }
 
-constexpr command setting(command_syntax syntax, std::string_view help, setting_tokens tokens, bool may_cut = false) {
-  return {syntax, help, set_ports, kSettingShown, 0, kInterfaceMode, tokens, 0, may_cut};
+// Settings that may take a link down: the state of a port, and its mode, speed and duplex.
+constexpr bool may_cut(const setting_tokens& tokens) {
+  constexpr uint32 kShutdown = 3, kMode = 4, kSpeed = 16, kDuplex = 56;
+  const uint32 keyword = tokens.token[0].id, sub_command = tokens.token[1].id;
+  return keyword == kShutdown ||
+         (keyword == kSwitchport && (sub_command == kMode || sub_command == kSpeed || sub_command == kDuplex));
+}
+
+constexpr command setting(command_syntax syntax, std::string_view help, setting_tokens tokens) {
+  return {syntax, help, set_ports, kSettingShown, 0, kInterfaceMode, tokens, 0, may_cut(tokens)};
 }
 
 // A setting that the command library does not make: its type, and its value. A list of VLANs has the id ALLOWED_VLANS_*
 // and is the text of the line, or fixed.
 constexpr command of_host(command_syntax syntax, std::string_view help, host_setting type, setting_token value) {
-  return {syntax, help, set_ports_of_host, kSettingShown, 0, kInterfaceMode, {value}, type, kMayCut};
+  return {syntax, help, set_ports_of_host, kSettingShown, 0, kInterfaceMode, {value}, type, true};
 }
 
 constexpr setting_token fixed(uint32 value) { return {0, token_value::fixed, value}; }
@@ -37,7 +43,7 @@ constexpr setting_token vlans(uint32 action) { return {action, token_value::text
 
 // clang-format off
 inline constexpr command kSettingCommands[] = {
-    setting("[no] shutdown", "Switch the interfaces off", {{3}}, kMayCut),
+    setting("[no] shutdown", "Switch the interfaces off", {{3}}),
     setting("[no] out-of-service", "Take the ports out of service", {{5}}),
     setting("[no] port down on link failure", "A port whose link fails stays down", {{127}}),
     setting("description TEXT", "Describe the interfaces", {{kSwitchport}, {2}, {0, token_value::text}}),
@@ -45,36 +51,36 @@ inline constexpr command kSettingCommands[] = {
     setting("[no] switchport", "Switched ports; with 'no' routed ones", {{kSwitchport}}),
     setting("switchport name TEXT", "The same as 'description'", {{kSwitchport}, {2}, {0, token_value::text}}),
     setting("no switchport name", "The same as 'no description'", {{kSwitchport}, {2}}),
-    setting("switchport mode access", "Ports of one VLAN", {{kSwitchport}, {4}, port_mode(0x80000)}, kMayCut),
-    setting("switchport mode trunk", "Ports of many VLANs", {{kSwitchport}, {4}, port_mode(0x100000)}, kMayCut),
-    setting("switchport mode fabric", "Ports to satellite units", {{kSwitchport}, {4}, port_mode(0x2000000)}, kMayCut),
-    setting("switchport mode private-vlan host", "Ports to hosts in a private VLAN", {{kSwitchport}, {4}, {109}, port_mode(0x400000)}, kMayCut),
-    setting("switchport mode private-vlan promiscuous", "Ports that all of a private VLAN reach", {{kSwitchport}, {4}, {109}, port_mode(0x800000)}, kMayCut),
-    setting("switchport mode auto", "Let the Fibre-Channel ports find their mode", {{kSwitchport}, {4}, port_mode(0x1)}, kMayCut),
-    setting("switchport mode e", "Fibre-Channel ports to switches", {{kSwitchport}, {4}, port_mode(0x4)}, kMayCut),
-    setting("switchport mode f", "Fibre-Channel ports to hosts", {{kSwitchport}, {4}, port_mode(0x20)}, kMayCut),
-    setting("switchport mode fl", "Fibre-Channel ports to loops", {{kSwitchport}, {4}, port_mode(0x40)}, kMayCut),
-    setting("switchport mode fx", "Fibre-Channel ports to hosts or loops", {{kSwitchport}, {4}, port_mode(0x60)}, kMayCut),
-    setting("switchport mode np", "Fibre-Channel ports to a switch that logs in for them", {{kSwitchport}, {4}, port_mode(0x4000)}, kMayCut),
-    setting("switchport mode sd", "Fibre-Channel ports that copies are sent to", {{kSwitchport}, {4}, port_mode(0x2)}, kMayCut),
-    setting("switchport mode st", "Ends of tunnels for such copies", {{kSwitchport}, {4}, port_mode(0x8000)}, kMayCut),
-    setting("switchport mode tl", "Fibre-Channel ports to private loops", {{kSwitchport}, {4}, port_mode(0x10)}, kMayCut),
-    setting("no switchport mode", "The usual mode", {{kSwitchport}, {4}}, kMayCut),
+    setting("switchport mode access", "Ports of one VLAN", {{kSwitchport}, {4}, port_mode(0x80000)}),
+    setting("switchport mode trunk", "Ports of many VLANs", {{kSwitchport}, {4}, port_mode(0x100000)}),
+    setting("switchport mode fabric", "Ports to satellite units", {{kSwitchport}, {4}, port_mode(0x2000000)}),
+    setting("switchport mode private-vlan host", "Ports to hosts in a private VLAN", {{kSwitchport}, {4}, {109}, port_mode(0x400000)}),
+    setting("switchport mode private-vlan promiscuous", "Ports that all of a private VLAN reach", {{kSwitchport}, {4}, {109}, port_mode(0x800000)}),
+    setting("switchport mode auto", "Let the Fibre-Channel ports find their mode", {{kSwitchport}, {4}, port_mode(0x1)}),
+    setting("switchport mode e", "Fibre-Channel ports to switches", {{kSwitchport}, {4}, port_mode(0x4)}),
+    setting("switchport mode f", "Fibre-Channel ports to hosts", {{kSwitchport}, {4}, port_mode(0x20)}),
+    setting("switchport mode fl", "Fibre-Channel ports to loops", {{kSwitchport}, {4}, port_mode(0x40)}),
+    setting("switchport mode fx", "Fibre-Channel ports to hosts or loops", {{kSwitchport}, {4}, port_mode(0x60)}),
+    setting("switchport mode np", "Fibre-Channel ports to a switch that logs in for them", {{kSwitchport}, {4}, port_mode(0x4000)}),
+    setting("switchport mode sd", "Fibre-Channel ports that copies are sent to", {{kSwitchport}, {4}, port_mode(0x2)}),
+    setting("switchport mode st", "Ends of tunnels for such copies", {{kSwitchport}, {4}, port_mode(0x8000)}),
+    setting("switchport mode tl", "Fibre-Channel ports to private loops", {{kSwitchport}, {4}, port_mode(0x10)}),
+    setting("no switchport mode", "The usual mode", {{kSwitchport}, {4}}),
     setting("[no] switchport beacon", "Let the ports blink", {{kSwitchport}, {15}}),
-    setting("switchport speed 10", "10 Mbit/s", {{kSwitchport}, {16}, {18}}, kMayCut),
-    setting("switchport speed 100", "100 Mbit/s", {{kSwitchport}, {16}, {19}}, kMayCut),
-    setting("switchport speed 1000", "1 Gbit/s", {{kSwitchport}, {16}, {20}}, kMayCut),
-    setting("switchport speed 2000", "2 Gbit/s", {{kSwitchport}, {16}, {21}}, kMayCut),
-    setting("switchport speed 4000", "4 Gbit/s", {{kSwitchport}, {16}, {67}}, kMayCut),
-    setting("switchport speed 8000", "8 Gbit/s", {{kSwitchport}, {16}, {75}}, kMayCut),
-    setting("switchport speed auto", "The fastest that both ends have", {{kSwitchport}, {16}, {17}}, kMayCut),
-    setting("switchport speed auto max 2000", "The same, up to 2 Gbit/s", {{kSwitchport}, {16}, {17}, {71}, {72}}, kMayCut),
-    setting("switchport speed auto max 4000", "The same, up to 4 Gbit/s", {{kSwitchport}, {16}, {17}, {71}, {76}}, kMayCut),
-    setting("no switchport speed", "The usual speed", {{kSwitchport}, {16}}, kMayCut),
-    setting("switchport duplex auto", "The better that both ends have", {{kSwitchport}, {56}, {57}}, kMayCut),
-    setting("switchport duplex full", "Both directions at once", {{kSwitchport}, {56}, {58}}, kMayCut),
-    setting("switchport duplex half", "One direction at a time", {{kSwitchport}, {56}, {59}}, kMayCut),
-    setting("no switchport duplex", "The usual duplex", {{kSwitchport}, {56}}, kMayCut),
+    setting("switchport speed 10", "10 Mbit/s", {{kSwitchport}, {16}, {18}}),
+    setting("switchport speed 100", "100 Mbit/s", {{kSwitchport}, {16}, {19}}),
+    setting("switchport speed 1000", "1 Gbit/s", {{kSwitchport}, {16}, {20}}),
+    setting("switchport speed 2000", "2 Gbit/s", {{kSwitchport}, {16}, {21}}),
+    setting("switchport speed 4000", "4 Gbit/s", {{kSwitchport}, {16}, {67}}),
+    setting("switchport speed 8000", "8 Gbit/s", {{kSwitchport}, {16}, {75}}),
+    setting("switchport speed auto", "The fastest that both ends have", {{kSwitchport}, {16}, {17}}),
+    setting("switchport speed auto max 2000", "The same, up to 2 Gbit/s", {{kSwitchport}, {16}, {17}, {71}, {72}}),
+    setting("switchport speed auto max 4000", "The same, up to 4 Gbit/s", {{kSwitchport}, {16}, {17}, {71}, {76}}),
+    setting("no switchport speed", "The usual speed", {{kSwitchport}, {16}}),
+    setting("switchport duplex auto", "The better that both ends have", {{kSwitchport}, {56}, {57}}),
+    setting("switchport duplex full", "Both directions at once", {{kSwitchport}, {56}, {58}}),
+    setting("switchport duplex half", "One direction at a time", {{kSwitchport}, {56}, {59}}),
+    setting("no switchport duplex", "The usual duplex", {{kSwitchport}, {56}}),
     of_host("switchport access vlan VLAN", "The VLAN of access ports", HOST_CFG_ACCESS_VLAN, kNumber),
     of_host("no switchport access vlan", "VLAN 1", HOST_CFG_ACCESS_VLAN, fixed(1)),
     of_host("switchport trunk native vlan VLAN", "The VLAN without tags of trunks", HOST_CFG_NATIVE_VLAN, kNumber),
@@ -85,12 +91,12 @@ inline constexpr command kSettingCommands[] = {
     of_host("switchport trunk allowed vlan all", "All of them", HOST_CFG_ALLOWED_VLANS, kVlansAll),
     of_host("switchport trunk allowed vlan none", "None of them", HOST_CFG_ALLOWED_VLANS, kVlansNone),
     of_host("no switchport trunk allowed vlan", "All of them", HOST_CFG_ALLOWED_VLANS, kVlansAll),
-    of_host("flowcontrol receive on", "Stop sending when the other end asks for it", HOST_CFG_RECEIVE_PAUSE, fixed(1)),
-    of_host("flowcontrol receive off", "Send on whatever it asks", HOST_CFG_RECEIVE_PAUSE, fixed(0)),
-    of_host("flowcontrol receive desired", "As both ends agree", HOST_CFG_RECEIVE_PAUSE, fixed(2)),
-    of_host("flowcontrol send on", "Ask the other end to stop when there is too much", HOST_CFG_SEND_PAUSE, fixed(1)),
-    of_host("flowcontrol send off", "Never ask it", HOST_CFG_SEND_PAUSE, fixed(0)),
-    of_host("flowcontrol send desired", "As both ends agree", HOST_CFG_SEND_PAUSE, fixed(2)),
+    of_host("flowcontrol receive on", "Stop sending when the other end asks for it", HOST_CFG_RECEIVE_PAUSE, fixed(FLOW_CONTROL_ON)),
+    of_host("flowcontrol receive off", "Send on whatever it asks", HOST_CFG_RECEIVE_PAUSE, fixed(FLOW_CONTROL_OFF)),
+    of_host("flowcontrol receive desired", "As both ends agree", HOST_CFG_RECEIVE_PAUSE, fixed(FLOW_CONTROL_DESIRED)),
+    of_host("flowcontrol send on", "Ask the other end to stop when there is too much", HOST_CFG_SEND_PAUSE, fixed(FLOW_CONTROL_ON)),
+    of_host("flowcontrol send off", "Never ask it", HOST_CFG_SEND_PAUSE, fixed(FLOW_CONTROL_OFF)),
+    of_host("flowcontrol send desired", "As both ends agree", HOST_CFG_SEND_PAUSE, fixed(FLOW_CONTROL_DESIRED)),
     of_host("channel-group CHANNEL", "Put the ports into a port-channel", HOST_CFG_CHANNEL, kNumber),
     of_host("no channel-group", "Take them out of it", HOST_CFG_CHANNEL, fixed(0)),
     setting("switchport mtu BYTES", "The largest packet", {{kSwitchport}, {39}, {40, token_value::number}}),

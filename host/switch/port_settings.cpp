@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <numeric>
 
 #include "platform/card_config.h"
 #include "platform/interface_manager.h"
@@ -18,6 +19,12 @@ constexpr speed_bit kSpeeds[] = {
     {CRDCFG_SPEED_10M, 10}, {CRDCFG_SPEED_100M, 100}, {CRDCFG_SPEED_1G, 1000}, {CRDCFG_SPEED_10G, 10000}};
 
 }  // namespace
+
+std::vector<uint16> every_vlan() {
+  std::vector<uint16> vlans(4094);
+  std::iota(vlans.begin(), vlans.end(), uint16{1});
+  return vlans;
+}
 
 uint32 default_port_mode(if_index_type_t kind, uint32 layer) {
   constexpr uint32 kAuto = 0x1;

@@ -76,6 +76,9 @@ enum host_setting : uint8 {
   HOST_CFG_CHANNEL = 125,        // be16: number of a port-channel; 0 takes the port out of its own
 };
 
+// The VLANs that a trunk carries when nothing else is set: 1 to 4094.
+std::vector<uint16> every_vlan();
+
 // The mode that a port of a kind and layer has when none is set.
 uint32 default_port_mode(if_index_type_t kind, uint32 layer);
 

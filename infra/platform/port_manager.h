@@ -50,8 +50,9 @@ enum { PM_PORT_DUPLEX_FULL = 1, PM_PORT_DUPLEX_HALF = 2, PM_PORT_DUPLEX_AUTO = 3
 enum { PM_PORT_MDIX_ON = 1 };
 enum { PM_PHY_LAYER_FC = 1 }; /* phy_port_layer of a channel that carries Fibre Channel */
 
-/* Sides of the flow-control bits. */
+/* Sides of the flow-control bits, and what the bits of either side say. */
 enum { PM_FLOW_CTRL_RECEIVE = 0x000A, PM_FLOW_CTRL_SEND = 0x0005 };
+enum { PM_FLOW_CTRL_ON = 0x0003, PM_FLOW_CTRL_DESIRED = 0x000C };
 
 /* Storm-control setting of one traffic class. Wire format. */
 typedef struct pm_port_storm_control_t {

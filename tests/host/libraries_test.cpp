@@ -9,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "client/resident_libraries.h"
 #include "host/small_machine.h"
 #include "platform/card_config.h"
 #include "platform/clear_counters.h"
@@ -26,10 +25,7 @@ namespace {
 
 class ClientLibraries : public testing::Test {
  protected:
-  ClientLibraries() {
-    transport_register(all_services());
-    keep_libraries_resident(PMCLI_LIBRARY_DIRECTORY);
-  }
+  ClientLibraries() { transport_register(all_services()); }
   ~ClientLibraries() override {
     if (library_ != nullptr) dlclose(library_);
   }
@@ -117,11 +113,16 @@ TEST_F(ClientLibraries, VlanManagerCanBeOpened) {
             nullptr);
 }
 
-TEST_F(ClientLibraries, MissingLibraryStaysMissing) {
-  keep_libraries_resident("/nowhere");
-
-  EXPECT_EQ(dlopen("libnobody.so", RTLD_LAZY), nullptr);
+TEST_F(ClientLibraries, AClosedLibraryStaysLoaded) {
+  void* const opened = dlopen("libcrdcfg.so", RTLD_LAZY);
+  ASSERT_NE(opened, nullptr);
+  dlclose(opened);
+  void* const loaded = dlopen("libcrdcfg.so", RTLD_LAZY | RTLD_NOLOAD);
+  ASSERT_NE(loaded, nullptr);
+  dlclose(loaded);
 }
+
+TEST_F(ClientLibraries, MissingLibraryStaysMissing) { EXPECT_EQ(dlopen("libnobody.so", RTLD_LAZY), nullptr); }
 
 struct free_block {
   void operator()(void* block) const { std::free(block); }

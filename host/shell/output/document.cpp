@@ -17,6 +17,9 @@ using json_writer = rapidjson::Writer<rapidjson::StringBuffer>;
 
 constexpr uint8 kNotShown = 0xFF;
 
+// Where a field stands in the schema.
+std::size_t row_of(const field& meaning) { return static_cast<std::size_t>(&meaning - schema().data()); }
+
 // The first field of a record for an interface.
 constexpr field kNameOfRecord = {0, "interface", field_type::interface_name};
 
@@ -152,21 +155,23 @@ void document::begin_record(std::string_view interface_name) {
   cells_[0].text = interface_name;
 }
 
-bool document::bind_unknown(const cmd_tuple_t& tuple) {
+const field* document::shown_field(const cmd_tuple_t& tuple) const {
   const field* const meaning = find_field(tag_of(tuple));
-  const bool is_shown = meaning != nullptr && record_open_ &&
-                        cell_of_row_[static_cast<std::size_t>(meaning - schema().data())] != kNotShown;
-  if (is_shown) record_is_empty_ = false;
-  return is_shown;
+  if (meaning == nullptr || !record_open_ || tuple.id == 0) return nullptr;
+  return cell_of_row_[row_of(*meaning)] == kNotShown ? nullptr : meaning;
+}
+
+bool document::bind_unknown(const cmd_tuple_t& tuple) {
+  if (shown_field(tuple) == nullptr) return false;
+  record_is_empty_ = false;
+  return true;
 }
 
 bool document::bind(const cmd_tuple_t& tuple) {
-  const field* const meaning = find_field(tag_of(tuple));
-  if (meaning == nullptr || !record_open_ || tuple.id == 0 || tuple.value == nullptr) return false;
-  const uint8 position = cell_of_row_[static_cast<std::size_t>(meaning - schema().data())];
-  if (position == kNotShown) return false;
+  const field* const meaning = shown_field(tuple);
+  if (meaning == nullptr || tuple.value == nullptr) return false;
   record_is_empty_ = false;
-  document_cell& value = cells_[position];
+  document_cell& value = cells_[cell_of_row_[row_of(*meaning)]];
   value.meaning = meaning;
   value.text.clear();
   switch (meaning->type) {

@@ -56,6 +56,8 @@ class document {
   void end();
 
  private:
+  // The field of a value in the record that is open, or null.
+  const field* shown_field(const cmd_tuple_t& tuple) const;
   void begin(std::string_view command);
   void write_record(const std::optional<traffic_rates>* rates);
 

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
-#include <numeric>
 
 namespace host {
 namespace {
@@ -95,12 +94,6 @@ ip_address read_ip(const yaml_value& value) {
   return address;
 }
 
-std::vector<uint16> all_vlans() {
-  std::vector<uint16> vlans(kHighestVlan);
-  std::iota(vlans.begin(), vlans.end(), uint16{1});
-  return vlans;
-}
-
 uint16 read_vlan(const yaml_value& value) { return static_cast<uint16>(value.number(1, kHighestVlan)); }
 
 namespace {
@@ -110,7 +103,7 @@ std::vector<uint16> read_id_list(const yaml_value& value, const std::string& wha
   std::string_view text = value.text();
   std::vector<uint16> vlans;
   if (text == "none") return vlans;
-  if (text == "all") return all_vlans();
+  if (text == "all") return every_vlan();
   bool is_good = take_vlans(text, vlans);
   while (is_good && take_mark(text, ',')) is_good = take_vlans(text, vlans);
   if (!is_good || !text.empty()) value.fail_with_value("is not a list of " + what + " from 1 to 4094, such as 1-10,20");

@@ -158,8 +158,6 @@ mac_address read_mac(const yaml_value& value);
 // "10.1.2.3/24" or "2001:db8::1/64".
 ip_address read_ip(const yaml_value& value);
 
-std::vector<uint16> all_vlans();
-
 // One VLAN or VSAN, or a sorted list of them such as "1-10,20", "all" or "none".
 uint16 read_vlan(const yaml_value& value);
 std::vector<uint16> read_vlan_list(const yaml_value& value);

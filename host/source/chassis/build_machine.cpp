@@ -152,7 +152,7 @@ class builder {
     if (entry.allowed_vlans)
       port.allowed_vlans = *entry.allowed_vlans;
     else if (port.admin_mode == PM_PORT_MODE_TRUNK)
-      port.allowed_vlans = all_vlans();
+      port.allowed_vlans = every_vlan();
   }
 
   void set_capabilities(const interface_draft& entry, interface& port) const {

@@ -80,16 +80,15 @@ void set_speed(const kernel_link& link, interface& port) {
 
 // ---- Flow control ---------------------------------------------------------------------------------------------------
 
-// On and desired, of the sending side; those of the receiving side are one place higher.
-enum : uint16 { kOn = 1, kDesired = 4 };
-
 struct pause_directions {
   bool receives = false;
   bool sends = false;
 };
 
-uint16 flow_control(const pause_directions& directions, uint16 how) {
-  return static_cast<uint16>((directions.receives ? how << 1 : 0) | (directions.sends ? how : 0));
+// `how`: PM_FLOW_CTRL_ON or PM_FLOW_CTRL_DESIRED.
+uint16 flow_control(const pause_directions& directions, int how) {
+  const int sides = (directions.receives ? PM_FLOW_CTRL_RECEIVE : 0) | (directions.sends ? PM_FLOW_CTRL_SEND : 0);
+  return static_cast<uint16>(sides & how);
 }
 
 // What both sides advertised leads to, by the table of the negotiation: symmetric when both can, else one direction.
@@ -104,9 +103,10 @@ pause_directions negotiated(const link_modes& ours, const link_modes& theirs) {
 void set_flow_control(const kernel_link& link, interface& port) {
   if (!link.pause) return;
   const pause_directions set = {link.pause->receives, link.pause->sends};
-  port.admin_flow_control = flow_control(set, link.pause->negotiates ? kDesired : kOn);
+  port.admin_flow_control = flow_control(set, link.pause->negotiates ? PM_FLOW_CTRL_DESIRED : PM_FLOW_CTRL_ON);
   if (port.oper_state != PM_PORT_STATE_UP) return;
-  port.oper_flow_control = flow_control(link.pause->negotiates ? negotiated(link.advertised, link.partner) : set, kOn);
+  port.oper_flow_control =
+      flow_control(link.pause->negotiates ? negotiated(link.advertised, link.partner) : set, PM_FLOW_CTRL_ON);
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "source/kernel/ethtool.h"
 #include "source/kernel/ethtool_ioctl.h"
 #include "source/kernel/module.h"
+#include "source/kernel/sorted_records.h"
 #include "switch/if_index_layout.h"
 
 namespace host {
@@ -35,10 +36,7 @@ struct {
 } the_details;
 
 known_device* find_hardware(if_index_t if_index) {
-  auto& devices = the_details.hardware;
-  const auto found = std::lower_bound(devices.begin(), devices.end(), if_index,
-                                      [](const known_device& it, if_index_t wanted) { return it.if_index < wanted; });
-  return found != devices.end() && found->if_index == if_index ? &*found : nullptr;
+  return find_by<&known_device::if_index>(the_details.hardware, if_index);
 }
 
 ethtool_socket& ethtool() {
@@ -190,15 +188,12 @@ void note_devices(const std::vector<kernel_link>& links, const std::vector<mappe
   the_details.counted.reset();
   the_details.modules_are_closed = false;
   the_details.hardware.clear();
-  std::size_t place = 0;
-  for (const mapped_device& it : mapped) {
-    while (links[place].number != it.number) ++place;  // both are sorted by number
-    if (!is_physical(links[place])) continue;
-    the_details.hardware.push_back(
-        {.if_index = it.if_index, .number = it.number, .name = it.device, .pause = links[place].pause});
-  }
-  std::sort(the_details.hardware.begin(), the_details.hardware.end(),
-            [](const known_device& a, const known_device& b) { return a.if_index < b.if_index; });
+  for_each_mapped(links, mapped, [](const mapped_device& it, const kernel_link& link) {
+    if (is_physical(link))
+      the_details.hardware.push_back(
+          {.if_index = it.if_index, .number = it.number, .name = it.device, .pause = link.pause});
+  });
+  sort_by<&known_device::if_index>(the_details.hardware);
 }
 
 void read_details(interface& port, detail wanted) {

@@ -8,6 +8,7 @@
 
 #include "source/chassis/switch_file.h"
 #include "source/chassis/yaml_value.h"
+#include "source/kernel/sorted_records.h"
 #include "switch/interface_name.h"
 
 namespace host {
@@ -97,9 +98,6 @@ std::vector<mapped_device> map_devices(const std::vector<kernel_link>& links, ui
   for (const kernel_link& link : links)
     if (const auto it = wanted.find(link.name); it != wanted.end() && it->second.if_index != 0)
       add(link, it->second.if_index);
-  const auto is_mapped = [&mapped](const kernel_link& link) {
-    return std::any_of(mapped.begin(), mapped.end(), [&](const mapped_device& it) { return it.number == link.number; });
-  };
   std::set<uint32> done;
   for (const mapped_device& it : mapped) done.insert(it.number);
   for (const kernel_link& link : links) {
@@ -109,12 +107,11 @@ std::vector<mapped_device> map_devices(const std::vector<kernel_link>& links, ui
     add(link, link.number == management ? ethernet_index(IF_TYPE_MGMT, 0, 0) : usual_index(link, is_routed));
   }
   for (const kernel_link& link : links) {
-    if (link.kind != "vlan" || is_mapped(link)) continue;
+    if (link.kind != "vlan" || done.contains(link.number)) continue;
     const if_index_t sub = sub_interface_index(link, mapped);
     add(link, sub != 0 ? sub : numbered_index(IF_TYPE_VETHERNET, link.number));
   }
-  std::sort(mapped.begin(), mapped.end(),
-            [](const mapped_device& a, const mapped_device& b) { return a.number < b.number; });
+  sort_by<&mapped_device::number>(mapped);
   return mapped;
 }
 

@@ -36,4 +36,14 @@ struct mapped_device {
 std::vector<mapped_device> map_devices(const std::vector<kernel_link>& links, uint32 management,
                                        const wanted_interfaces& wanted);
 
+// Calls `visit` with each mapped device and its link.
+template <typename Visit>
+void for_each_mapped(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped, Visit visit) {
+  std::size_t place = 0;
+  for (const mapped_device& it : mapped) {
+    while (links[place].number != it.number) ++place;  // both are sorted by number
+    visit(it, links[place]);
+  }
+}
+
 }  // namespace host

@@ -185,10 +185,7 @@ uint32 ioctl_offset(const module_place& place) {
   return place.page * kModulePageBytes + place.offset;
 }
 
-}  // namespace
-
-// ---- The family -----------------------------------------------------------------------------------------------------
-
+// The number of the family; 0 when the kernel has none.
 uint16 ethtool_family(netlink_socket& generic) {
   netlink_request request(GENL_ID_CTRL, NLM_F_ACK);
   request.extra<genlmsghdr>() = {.cmd = CTRL_CMD_GETFAMILY, .version = 1, .reserved = 0};
@@ -201,6 +198,10 @@ uint16 ethtool_family(netlink_socket& generic) {
   });
   return family;
 }
+
+}  // namespace
+
+// ---- The family -----------------------------------------------------------------------------------------------------
 
 ethtool_socket::ethtool_socket() {
   try {

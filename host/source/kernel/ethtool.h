@@ -12,9 +12,6 @@
 
 namespace host {
 
-// The number of the ethtool family of generic netlink; 0 when the kernel has none.
-uint16 ethtool_family(netlink_socket& generic);
-
 // A socket to the ethtool family. A kernel without it, or without generic netlink, answers every question with ENOENT.
 class ethtool_socket {
  public:
@@ -24,6 +21,9 @@ class ethtool_socket {
   netlink_request request(uint8 command, uint16 flags) const;
 
   int ask(netlink_request& request, const message_visitor& visit, const std::function<void()>& restart = {});
+
+  // As netlink_socket::reason().
+  std::string reason() const { return generic_ ? generic_->reason() : std::string(); }
 
  private:
   std::optional<netlink_socket> generic_;

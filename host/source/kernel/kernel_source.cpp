@@ -19,6 +19,7 @@
 #include "source/kernel/details.h"
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
+#include "source/kernel/sorted_records.h"
 #include "source/kernel/unknown_fields.h"
 #include "source/kernel/way.h"
 #include "switch/if_index_layout.h"
@@ -56,11 +57,8 @@ struct {
   bool is_fresh = false;
 } the_kernel;
 
-// Devices mostly come in the order of their interfaces: then nothing is moved.
-template <typename Record>
-void sort_by_interface(std::vector<Record>& records) {
-  const auto is_before = [](const Record& a, const Record& b) { return a.if_index < b.if_index; };
-  if (!std::is_sorted(records.begin(), records.end(), is_before)) std::sort(records.begin(), records.end(), is_before);
+device_reading* find_reading(if_index_t if_index) {
+  return find_by<&device_reading::if_index>(the_kernel.counted, if_index);
 }
 
 // ---- State ----------------------------------------------------------------------------------------------------------
@@ -105,12 +103,6 @@ void set_vlans(const kernel_link& link, interface& port) {
 
 // ---- Interfaces -----------------------------------------------------------------------------------------------------
 
-const mapped_device* find_device(const std::vector<mapped_device>& mapped, uint32 number) {
-  const auto found = std::lower_bound(mapped.begin(), mapped.end(), number,
-                                      [](const mapped_device& it, uint32 wanted) { return it.number < wanted; });
-  return found != mapped.end() && found->number == number ? &*found : nullptr;
-}
-
 // What a switch's line cards can do and the kernel's devices cannot, or not by this shell.
 void take_away_abilities(port_capabilities& port) {
   port.suppression = port.cos_rewrite = port.tos_rewrite = port.span = port.udld = port.debounce = port.mdix = false;
@@ -132,7 +124,7 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   port.beacon_on = is_identifying(link.number);
   set_state(link, port);
   set_vlans(link, port);
-  const mapped_device* const master = find_device(mapped, link.master);
+  const mapped_device* const master = find_by<&mapped_device::number>(mapped, link.master);
   if (link.slave_kind == "bond" && master != nullptr && take_apart(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
     port.channel = master->if_index;
   set_abilities(link, port);
@@ -142,27 +134,20 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
 
 uint32 settle(const interface& port, const port_settings& before) {
   const auto device_of = [](if_index_t if_index) {
-    return std::find_if(the_kernel.mapped.begin(), the_kernel.mapped.end(),
-                        [if_index](const mapped_device& it) { return it.if_index == if_index; });
+    const device_reading* const reading = find_reading(if_index);
+    return reading == nullptr ? nullptr : find_by<&mapped_device::number>(the_kernel.mapped, reading->number);
   };
-  const auto it = device_of(port.if_index);
-  if (it == the_kernel.mapped.end()) return PM_ERR_NO_SUCH_INTERFACE;
-  const auto bond = device_of(port.channel);
+  const mapped_device* const it = device_of(port.if_index);
+  if (it == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
+  const mapped_device* const bond = device_of(port.channel);
   return settle_device({.number = it->number,
                         .name = it->device,
                         .is_bridge_port = it->is_bridge_port,
-                        .bond = bond == the_kernel.mapped.end() ? 0 : bond->number},
+                        .bond = bond == nullptr ? 0 : bond->number},
                        port, before);
 }
 
 // ---- Counters -------------------------------------------------------------------------------------------------------
-
-device_reading* find_reading(if_index_t if_index) {
-  auto& readings = the_kernel.counted;
-  const auto found = std::lower_bound(readings.begin(), readings.end(), if_index,
-                                      [](const device_reading& it, if_index_t wanted) { return it.if_index < wanted; });
-  return found != readings.end() && found->if_index == if_index ? &*found : nullptr;
-}
 
 bool follow_device(interface& port, uint32 now_sec) {
   const device_reading* const found = find_reading(port.if_index);
@@ -177,23 +162,13 @@ bool follow_device(interface& port, uint32 now_sec) {
   return true;
 }
 
-// Averages need a second reading.
-constexpr std::string_view kRates[] = {"input_rate_bps",
-                                       "input_rate_mbytes_per_sec",
-                                       "input_rate_pps",
-                                       "vdc_input_bytes_per_sec",
-                                       "vdc_input_packets_per_sec",
-                                       "output_rate_bps",
-                                       "output_rate_mbytes_per_sec",
-                                       "output_rate_pps",
-                                       "vdc_output_bytes_per_sec",
-                                       "vdc_output_packets_per_sec"};
-
 bool is_unknown(if_index_t if_index, std::string_view field) {
-  if (std::find(std::begin(kRates), std::end(kRates), field) == std::end(kRates))
-    return is_unknown_field(if_index, field);
+  const device_reading* const reading = find_reading(if_index);
   const auto memory = the_kernel.memory.find(if_index);
-  return memory == the_kernel.memory.end() || !memory->second.has_rates();
+  return is_unknown_field({.if_index = if_index,
+                           .link = reading == nullptr ? nullptr : find_link(the_kernel.links, reading->number),
+                           .has_rates = memory != the_kernel.memory.end() && memory->second.has_rates()},
+                          field);
 }
 
 void clear_device(interface& port, uint32 now_sec) {
@@ -230,16 +205,13 @@ machine read_machine() {
   const std::vector<kernel_link>& links = the_kernel.links;
   the_kernel.mapped = map_devices(links, default_route_device(route), the_kernel.wanted);
   note_devices(links, the_kernel.mapped);
-  note_told_fields(links, the_kernel.mapped);
   the_kernel.counted.clear();
   the_kernel.counted.reserve(the_kernel.mapped.size());
   the_kernel.baselines.read();
-  std::size_t place = 0;
-  for (const mapped_device& it : the_kernel.mapped) {
-    while (links[place].number != it.number) ++place;  // both are sorted by number
-    the_kernel.counted.push_back(reading_of(links[place], it.if_index));
-  }
-  sort_by_interface(the_kernel.counted);
+  for_each_mapped(links, the_kernel.mapped, [](const mapped_device& it, const kernel_link& link) {
+    the_kernel.counted.push_back(reading_of(link, it.if_index));
+  });
+  sort_by<&device_reading::if_index>(the_kernel.counted);
   machine made = machine_of_devices(links, the_kernel.mapped);
   made.follow_traffic = follow_device;
   made.clear_traffic = clear_device;
@@ -257,15 +229,13 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
   made.name = host_name();
   made.chassis_type = CHASSIS_10;
   made.interfaces.reserve(mapped.size());
-  std::size_t place = 0;
-  for (const mapped_device& it : mapped) {
-    while (links[place].number != it.number) ++place;  // both are sorted by number
-    fill_interface(links[place], mapped, it.if_index, made.interfaces.emplace_back());
+  for_each_mapped(links, mapped, [&](const mapped_device& it, const kernel_link& link) {
+    fill_interface(link, mapped, it.if_index, made.interfaces.emplace_back());
     const index_fields fields = take_apart(it.if_index);
     if (fields.type == IF_TYPE_MGMT) made.mgmt_device = it.device;
     if (fields.shape == index_shape::kSlotPort) made.num_slots = std::max(made.num_slots, fields.slot + 1);
-  }
-  sort_by_interface(made.interfaces);
+  });
+  sort_by<&interface::if_index>(made.interfaces);
   for (uint32 slot = 0; slot < made.num_slots; ++slot)
     made.cards.push_back({.slot = slot, .card_type = kCardType, .model = "kernel"});
   made.save_startup();

@@ -12,6 +12,7 @@
 #include <cstring>
 
 #include "source/kernel/ethtool.h"
+#include "source/kernel/sorted_records.h"
 
 namespace host {
 namespace {
@@ -111,7 +112,7 @@ std::vector<kernel_link> dump_links(netlink_socket& route) {
       },
       [&links] { links.clear(); });
   if (error != 0) throw kernel_error(std::string("the kernel does not tell its devices: ") + std::strerror(error));
-  std::sort(links.begin(), links.end(), [](const kernel_link& a, const kernel_link& b) { return a.number < b.number; });
+  sort_by<&kernel_link::number>(links);
   return links;
 }
 
@@ -221,9 +222,7 @@ bool is_physical(const kernel_link& link) {
 }
 
 kernel_link* find_link(std::vector<kernel_link>& links, uint32 number) {
-  const auto found = std::lower_bound(links.begin(), links.end(), number,
-                                      [](const kernel_link& link, uint32 wanted) { return link.number < wanted; });
-  return found != links.end() && found->number == number ? &*found : nullptr;
+  return find_by<&kernel_link::number>(links, number);
 }
 
 std::vector<kernel_link> read_links(netlink_socket& route) {

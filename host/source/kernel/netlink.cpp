@@ -18,12 +18,8 @@ namespace {
 constexpr int kMostTries = 4;
 constexpr std::size_t kBufferBytes = 64 * 1024;  // the kernel puts 32 KiB of a dump into one answer
 
-struct visit_data {
-  const message_visitor* visit;
-};
-
-int visit_message(const nlmsghdr* message, void* data) {
-  (*static_cast<visit_data*>(data)->visit)(*message);
+int visit_message(const nlmsghdr* message, void* visitor) {
+  (*static_cast<const message_visitor*>(visitor))(*message);
   return MNL_CB_OK;
 }
 
@@ -165,7 +161,6 @@ int netlink_socket::ask(netlink_request& request, const message_visitor& visit, 
 }
 
 int netlink_socket::receive(uint32 sequence, const message_visitor& visit) {
-  visit_data data{&visit};
   while (true) {
     int error = 0;
     const ssize_t size = channel_->receive({buffer_.get(), kBufferBytes}, error);
@@ -173,8 +168,8 @@ int netlink_socket::receive(uint32 sequence, const message_visitor& visit) {
       if (error == EINTR) continue;  // a signal, not a dump that was disturbed
       return error;
     }
-    const int status =
-        mnl_cb_run(buffer_.get(), static_cast<std::size_t>(size), sequence, channel_->port(), visit_message, &data);
+    const int status = mnl_cb_run(buffer_.get(), static_cast<std::size_t>(size), sequence, channel_->port(),
+                                  visit_message, const_cast<message_visitor*>(&visit));
     if (status < 0) {
       if (errno == ESRCH || errno == EPROTO) continue;  // left over from an earlier question
       error = errno;

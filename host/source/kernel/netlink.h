@@ -57,6 +57,9 @@ class netlink_request {
     head_->nlmsg_flags = static_cast<uint16>(NLM_F_REQUEST | flags);
   }
 
+  netlink_request(netlink_request&&) = default;  // the head stays where it is
+  netlink_request& operator=(netlink_request&&) = default;
+
   template <typename Extra>
   Extra& extra() {
     return *static_cast<Extra*>(mnl_nlmsg_put_extra_header(head_, sizeof(Extra)));

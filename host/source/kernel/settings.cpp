@@ -2,7 +2,6 @@
 
 #include <linux/ethtool.h>
 #include <linux/ethtool_netlink.h>
-#include <linux/genetlink.h>
 #include <linux/if_bridge.h>
 #include <linux/if_link.h>
 #include <linux/rtnetlink.h>
@@ -29,11 +28,6 @@ uint32 status_of(int error, const std::string& reason) {
   return status_of_text(std::strerror(error));
 }
 
-uint32 send(netlink_socket& socket, netlink_request& request) {
-  const int error = socket.ask(request, [](const nlmsghdr&) {});
-  return status_of(error, socket.reason());
-}
-
 // ---- Links ----------------------------------------------------------------------------------------------------------
 
 netlink_request link_request(uint32 number, uint32 flags = 0, uint32 changed_flags = 0) {
@@ -48,7 +42,8 @@ netlink_request link_request(uint32 number, uint32 flags = 0, uint32 changed_fla
 
 uint32 send_link(netlink_request& request) {
   netlink_socket route(NETLINK_ROUTE);
-  return send(route, request);
+  const int error = route.ask(request, [](const nlmsghdr&) {});
+  return status_of(error, route.reason());
 }
 
 uint32 set_state(const setting_target& target, const port_settings& wanted, const port_settings&) {
@@ -138,19 +133,15 @@ uint32 set_vlans(const setting_target& target, const port_settings& wanted, cons
 
 // ---- What ethtool sets ----------------------------------------------------------------------------------------------
 
-// Asks the family for a device; `put` adds the attributes behind the head.
+// Asks the family to set something of a device; `put` adds what, behind the head.
 template <typename Put>
-uint32 send_ethtool(const setting_target& target, uint8 command, uint16 header_type, Put put) {
-  netlink_socket generic(NETLINK_GENERIC);
-  const uint16 family = ethtool_family(generic);
-  if (family == 0) return status_of(EOPNOTSUPP, {});
-  netlink_request request(family, NLM_F_ACK);
-  request.extra<genlmsghdr>() = {.cmd = command, .version = ETHTOOL_GENL_VERSION, .reserved = 0};
-  nlattr* const header = mnl_attr_nest_start(&request.head(), header_type);
-  mnl_attr_put_u32(&request.head(), ETHTOOL_A_HEADER_DEV_INDEX, target.number);
-  mnl_attr_nest_end(&request.head(), header);
+uint32 send_ethtool(const setting_target& target, uint8 command, uint16 head, Put put) {
+  ethtool_socket ethtool;
+  netlink_request request = ethtool.request(command, NLM_F_ACK);
+  put_ethtool_head(request, head, target.number, 0);
   put(request.head());
-  return send(generic, request);
+  const int error = ethtool.ask(request, [](const nlmsghdr&) {});
+  return status_of(error == ENOENT ? EOPNOTSUPP : error, ethtool.reason());  // a kernel without the family
 }
 
 // Without a speed and a duplex of their own both ends agree on them.
@@ -167,10 +158,9 @@ uint32 set_speed(const setting_target& target, const port_settings& wanted, cons
 }
 
 uint32 set_flow_control(const setting_target& target, const port_settings& wanted, const port_settings&) {
-  constexpr uint16 kDesired = 0x000C;
   const uint16 bits = wanted.admin_flow_control;
   return send_ethtool(target, ETHTOOL_MSG_PAUSE_SET, ETHTOOL_A_PAUSE_HEADER, [bits](nlmsghdr& message) {
-    mnl_attr_put_u8(&message, ETHTOOL_A_PAUSE_AUTONEG, (bits & kDesired) != 0 ? 1 : 0);
+    mnl_attr_put_u8(&message, ETHTOOL_A_PAUSE_AUTONEG, (bits & PM_FLOW_CTRL_DESIRED) != 0 ? 1 : 0);
     mnl_attr_put_u8(&message, ETHTOOL_A_PAUSE_RX, (bits & PM_FLOW_CTRL_RECEIVE) != 0 ? 1 : 0);
     mnl_attr_put_u8(&message, ETHTOOL_A_PAUSE_TX, (bits & PM_FLOW_CTRL_SEND) != 0 ? 1 : 0);
   });

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 #include <optional>
 
 #include "source/kernel/details.h"
@@ -14,6 +13,7 @@ namespace {
 
 constexpr std::string_view kNeverTold[] = {
     "auto_mdix",
+    "babble_errors",
     "bad_encapsulation_errors",
     "bad_ethertype_drops",
     "bad_protocol_drops",
@@ -51,7 +51,6 @@ constexpr std::string_view kNeverTold[] = {
     "storm_suppressed_packets",
     "suppressed_packets",
     "switchport_monitor",
-    "babble_errors",
     "underrun_errors",
     "unicast_level_percent",
     "watchdog_errors",
@@ -60,6 +59,21 @@ constexpr std::string_view kNeverTold[] = {
 
 // Whole families: what a switch counts where it routes.
 constexpr std::string_view kNeverToldBegin = "layer3_";
+
+// ---- Averages -------------------------------------------------------------------------------------------------------
+
+constexpr std::string_view kRates[] = {
+    "input_rate_bps",
+    "input_rate_mbytes_per_sec",
+    "input_rate_pps",
+    "output_rate_bps",
+    "output_rate_mbytes_per_sec",
+    "output_rate_pps",
+    "vdc_input_bytes_per_sec",
+    "vdc_input_packets_per_sec",
+    "vdc_output_bytes_per_sec",
+    "vdc_output_packets_per_sec",
+};
 
 // ---- Counters that some drivers have --------------------------------------------------------------------------------
 
@@ -92,7 +106,7 @@ constexpr driver_field kToldByDrivers[] = {
     {"undersize_errors", kToldUndersized},
 };
 
-// Packets by size: "input_packets_64_to_127_bytes" and so on, in the order of the classes.
+// Packets by size: "input_packets_65_to_127_bytes" and so on, in the order of the classes.
 constexpr std::string_view kSizes[] = {
     "packets_0_to_64_bytes",     "packets_65_to_127_bytes",    "packets_128_to_255_bytes",  "packets_256_to_511_bytes",
     "packets_512_to_1023_bytes", "packets_1024_to_1518_bytes", "packets_1519_to_1548_bytes"};
@@ -112,52 +126,34 @@ std::optional<told_counter> counter_of(std::string_view field) {
 
 // ---- What links tell ------------------------------------------------------------------------------------------------
 
-struct told_fields {
-  bool speed = false;
-  bool duplex = false;
-  bool mtu = false;  // it fits into the port manager's 16 bits
-};
+bool tells_speed(const kernel_link& link) { return link.speed_mbps.has_value(); }
+bool tells_duplex(const kernel_link& link) { return link.is_full_duplex.has_value(); }
+bool tells_mtu(const kernel_link& link) { return link.mtu_bytes <= UINT16_MAX; }  // as far as the port manager counts
 
 constexpr struct {
   std::string_view field;
-  bool told_fields::*is_told;
+  bool (*is_told)(const kernel_link& link);
 } kToldByLinks[] = {
-    {"bandwidth_kbps", &told_fields::speed},
-    {"duplex", &told_fields::duplex},
-    {"mtu_bytes", &told_fields::mtu},
-    {"speed_mbps", &told_fields::speed},
+    {"bandwidth_kbps", tells_speed},
+    {"duplex", tells_duplex},
+    {"mtu_bytes", tells_mtu},
+    {"speed_mbps", tells_speed},
 };
 
-std::map<if_index_t, told_fields> of_links;
-
-bool is_never_told(std::string_view field) {
-  return field.starts_with(kNeverToldBegin) ||
-         std::find(std::begin(kNeverTold), std::end(kNeverTold), field) != std::end(kNeverTold);
+template <std::size_t Count>
+bool is_in(const std::string_view (&fields)[Count], std::string_view field) {
+  return std::find(std::begin(fields), std::end(fields), field) != std::end(fields);
 }
 
 }  // namespace
 
-bool is_unknown_field(if_index_t if_index, std::string_view field) {
-  if (is_never_told(field)) return true;
-  for (const auto& row : kToldByLinks) {
-    if (row.field != field) continue;
-    const auto told = of_links.find(if_index);
-    return told == of_links.end() || !(told->second.*row.is_told);
-  }
+bool is_unknown_field(const told_device& device, std::string_view field) {
+  if (field.starts_with(kNeverToldBegin) || is_in(kNeverTold, field)) return true;
+  if (is_in(kRates, field)) return !device.has_rates;
+  for (const auto& row : kToldByLinks)
+    if (row.field == field) return device.link == nullptr || !row.is_told(*device.link);
   const auto counter = counter_of(field);
-  return counter && (if_index == 0 || !is_told_by_driver(if_index, *counter));
-}
-
-void note_told_fields(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped) {
-  of_links.clear();
-  std::size_t place = 0;
-  for (const mapped_device& it : mapped) {
-    while (links[place].number != it.number) ++place;  // both are sorted by number
-    const kernel_link& link = links[place];
-    of_links[it.if_index] = {.speed = link.speed_mbps.has_value(),
-                             .duplex = link.is_full_duplex.has_value(),
-                             .mtu = link.mtu_bytes <= UINT16_MAX};
-  }
+  return counter && (device.if_index == 0 || !is_told_by_driver(device.if_index, *counter));
 }
 
 }  // namespace host

@@ -2,17 +2,20 @@
 #pragma once
 
 #include <string_view>
-#include <vector>
 
-#include "source/kernel/device_map.h"
+#include "source/kernel/links.h"
 
 namespace host {
 
-// Whether nothing tells the value of a field of this interface (machine::is_unknown); without an interface whether that
-// may be so of some interface. Counters are looked for among those of drivers.
-bool is_unknown_field(if_index_t if_index, std::string_view field);
+// A device of which a field may be told.
+struct told_device {
+  if_index_t if_index = 0;
+  const kernel_link* link = nullptr;
+  bool has_rates = false;  // averages need a second reading
+};
 
-// Takes note of what is told of the devices that a command begins with.
-void note_told_fields(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped);
+// Whether nothing tells the value of a field of a device; without an interface, whether that may be so of some device.
+// Counters are looked for among those of drivers.
+bool is_unknown_field(const told_device& device, std::string_view field);
 
 }  // namespace host
