@@ -482,7 +482,39 @@ TEST(LayerCheck, StepsFromVirtualInterfaceToVirtualInterface) {
   config_command command(platform, {{vethernet(1), vethernet(3)}});
   command.tokens({kSwitchport, 39});
   EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
-  EXPECT_EQ(platform.count("im_get_ifindex_layermode_list"), 3U);
+  EXPECT_EQ(platform.layers_asked, (std::vector<if_index_t>{vethernet(1), vethernet(2), vethernet(3)}));
+}
+
+TEST(LayerCheck, StepsEachRangeByItsOwnKind) {
+  const if_index_t switched = ethernet(2, 1);
+  RecordingPlatform platform;
+  config_command command(platform, {{kPort, kPort2},
+                                    {port_channel(1), port_channel(3)},
+                                    {switched, ethernet(2, 3)},
+                                    {port_channel(7, IF_TYPE_PORT_CHANNEL), port_channel(8, IF_TYPE_PORT_CHANNEL)},
+                                    {vethernet(4), vethernet(6)}});
+  command.tokens({kSwitchport, 15});
+  EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
+  EXPECT_EQ(platform.layers_asked,
+            (std::vector<if_index_t>{kPort, kPort2, port_channel(1), port_channel(2), port_channel(3), switched,
+                                     ethernet(2, 2), ethernet(2, 3), port_channel(7, IF_TYPE_PORT_CHANNEL),
+                                     port_channel(8, IF_TYPE_PORT_CHANNEL), vethernet(4), vethernet(5), vethernet(6)}));
+}
+
+TEST(LayerCheck, EndsTheCommandAtAnyInterfaceOfALaterRange) {
+  RecordingPlatform platform;
+  platform.syserr_texts[0] = "good";
+  platform.syserr_texts[0x41] = "bad";
+  platform.layer_statuses[port_channel(3)] = 0x41;
+  config_command command(platform, {{kPort, kPort2}, {port_channel(1), port_channel(3)}});
+  command.tokens({kSwitchport, 15});
+  EXPECT_EQ(pm_cli_set_port_config(command.param), 1);
+  char expected[200];
+  std::snprintf(expected, sizeof expected,
+                "layermode query on if_idx 0x%x failed: \nstatus: 0 - good\nif_info_status: 41 - bad\n",
+                port_channel(3));
+  EXPECT_EQ(platform.text(), expected);
+  EXPECT_TRUE(platform.setting_requests.empty());
 }
 
 TEST(LayerCheck, IsLeftOutWithNoAndForOtherKinds) {

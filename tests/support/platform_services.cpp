@@ -323,7 +323,13 @@ int32 im_ext_sbcr_init(uint32 id, uint32 flags, const char* name) {
 
 int32 im_get_ifindex_layermode_list(if_info_t* records, uint32 count) {
   const char* const name = "im_get_ifindex_layermode_list";
-  return answer_each<uint32>(name, platform_for(name).layers, IF_LAYER_2, records, count, put_layer);
+  RecordingPlatform& platform = platform_for(name);
+  for (uint32 i = 0; i < count; ++i) platform.layers_asked.push_back(records[i].ifindex);
+  const int32 error = answer_each<uint32>(name, platform.layers, IF_LAYER_2, records, count, put_layer);
+  for (uint32 i = 0; error == 0 && i < count; ++i)
+    if (const auto known = platform.layer_statuses.find(records[i].ifindex); known != platform.layer_statuses.end())
+      records[i].status = known->second;
+  return error;
 }
 
 int32 im_get_ifindex_native_vlan_list(if_info_t* records, uint32 count) {

@@ -8,6 +8,7 @@
 #include "platform/interface_manager.h"
 #include "support/errors.h"
 #include "support/interface_manager.h"
+#include "support/kind.h"
 
 namespace pmcli {
 
@@ -44,8 +45,9 @@ constexpr numbered_kind kNumbered[] = {
     {IF_TYPE_ETH_PORT_CHANNEL, if_index_eth_port_channel_get_channel_num, if_index_set_channel_num},
 };
 
-// The interface with the next number; a sub-interface keeps its own and goes to the next port.
-bool step_to_next(if_index_type_t kind, if_index_t* if_index) {
+// The interface with the next number of its kind; a sub-interface keeps its own and goes to the next port.
+bool step_to_next(if_index_t* if_index) {
+  const if_index_type_t kind = kind_of(*if_index);
   const auto* const known = std::find_if(std::begin(kNumbered), std::end(kNumbered),
                                          [kind](const numbered_kind& it) { return it.kind == kind; });
   if (known == std::end(kNumbered)) {
@@ -56,12 +58,12 @@ bool step_to_next(if_index_type_t kind, if_index_t* if_index) {
   return known->get(*if_index, &number) == 0 && known->set(if_index, number + 1) == 0;
 }
 
-bool are_layers_known(if_index_type_t kind, const vsh_intf_mono_range_t& range) {
+bool are_layers_known(const vsh_intf_mono_range_t& range) {
   if_index_t current = range.lower_if_index;
   for (uint32 steps = 0; steps < kMostSteps && current <= range.upper_if_index; ++steps) {
     if (!is_layer_known(current)) return false;
     const if_index_t last = current;
-    if (!step_to_next(kind, &current) || current <= last) break;
+    if (!step_to_next(&current) || current <= last) break;
   }
   return true;
 }
@@ -69,8 +71,7 @@ bool are_layers_known(if_index_type_t kind, const vsh_intf_mono_range_t& range) 
 }  // namespace
 
 bool all_layers_known(const config_command& command) {
-  return std::all_of(command.ranges.begin(), command.ranges.end(),
-                     [&command](const vsh_intf_mono_range_t& range) { return are_layers_known(command.kind, range); });
+  return std::all_of(command.ranges.begin(), command.ranges.end(), are_layers_known);
 }
 
 }  // namespace pmcli
