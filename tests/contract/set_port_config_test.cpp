@@ -517,6 +517,25 @@ TEST(LayerCheck, EndsTheCommandAtAnyInterfaceOfALaterRange) {
   EXPECT_TRUE(platform.setting_requests.empty());
 }
 
+TEST(LayerCheck, AsksForEveryInterfaceOfALongRange) {
+  constexpr uint32 kLast = 70000;
+  RecordingPlatform platform;
+  config_command command(platform, {{vethernet(1), vethernet(kLast)}});
+  command.tokens({kSwitchport, 39});
+  EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
+  ASSERT_EQ(platform.layers_asked.size(), kLast);
+  EXPECT_EQ(platform.layers_asked.back(), vethernet(kLast));
+}
+
+// The platform of the tests numbers 256 ports in a module and begins again.
+TEST(LayerCheck, DoesNotFollowAPlatformThatStepsBack) {
+  RecordingPlatform platform;
+  config_command command(platform, {{kPort, kPort}, {ethernet(1, 255), ethernet(2, 2)}});
+  command.tokens({kSwitchport, 15});
+  EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
+  EXPECT_EQ(platform.layers_asked, (std::vector<if_index_t>{kPort, ethernet(1, 255), ethernet(1, 256)}));
+}
+
 TEST(LayerCheck, IsLeftOutWithNoAndForOtherKinds) {
   RecordingPlatform platform;
   EXPECT_EQ(run(platform, {kPort, true, {kSwitchport, 15}}), 0);

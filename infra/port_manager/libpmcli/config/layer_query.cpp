@@ -14,8 +14,6 @@ namespace pmcli {
 
 namespace {
 
-constexpr uint32 kMostSteps = 65536;
-
 bool is_layer_known(if_index_t if_index) {
   if (prepare_interface_manager() != 0) return false;
   if_info_t answer;
@@ -60,7 +58,7 @@ bool step_to_next(if_index_t* if_index) {
 
 bool are_layers_known(const vsh_intf_mono_range_t& range) {
   if_index_t current = range.lower_if_index;
-  for (uint32 steps = 0; steps < kMostSteps && current <= range.upper_if_index; ++steps) {
+  while (current <= range.upper_if_index) {
     if (!is_layer_known(current)) return false;
     const if_index_t last = current;
     if (!step_to_next(&current) || current <= last) break;
