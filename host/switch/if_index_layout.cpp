@@ -280,11 +280,19 @@ int32 if_index_phy_eth_get_sub_intf(if_index_t if_index, uint16* sub_interface) 
 }
 
 int32 if_index_phy_fc_get_slot(if_index_t if_index, uint32* slot) {
-  return host::give(host::is(if_index, IF_TYPE_FC), if_index, &host::index_fields::slot, slot);
+  if (!host::is(if_index, IF_TYPE_FC)) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
+  *slot = host::kSlotField.get(if_index);
+  return 0;
 }
 
 int32 if_index_phy_fc_get_port(if_index_t if_index, uint32* port) {
   return host::give(host::is(if_index, IF_TYPE_FC), if_index, &host::index_fields::port, port);
+}
+
+int32 if_index_phy_fc_port_init(if_index_t* if_index, uint32 slot, uint32 port) {
+  if (if_index == nullptr || slot > host::MAX_SLOT || port > host::MAX_PORT) return PM_ERR_INVALID_RANGE;
+  *if_index = host::ethernet_index(IF_TYPE_FC, slot, port);
+  return 0;
 }
 
 int32 if_index_port_channel_get_channel_num(if_index_t if_index, uint32* channel) {

@@ -11,7 +11,8 @@
 //
 // Fibre-Channel ports that lead into the chassis ("bay1") or out of it ("ext1") are named by a number alone. They stand
 // on the first slot; their stored slots 62 and 63 tell the family, so that each family is one run of indexes:
-// fc1/1 ... fc62/256, bay1 ... bay256, ext1 ... ext256.
+// fc1/1 ... fc62/256, bay1 ... bay256, ext1 ... ext256. if_index_phy_fc_get_slot() reports the stored slot,
+// from which if_index_phy_fc_port_init() builds a port of the same family.
 #pragma once
 
 #include "platform/if_index.h"

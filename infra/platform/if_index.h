@@ -68,6 +68,12 @@ char* sprintf_if_index(char* buffer, if_index_t if_index);
 int snprintf_if_index(char* buffer, uint32 size, if_index_t if_index);
 int snprintf_if_index_short(char* buffer, uint32 size, if_index_t if_index);
 
+/*
+ * Builds the index of a Fibre-Channel port. Returns 0, or a system error and leaves *if_index alone when there is no
+ * such place.
+ */
+int32 if_index_phy_fc_port_init(if_index_t* if_index, uint32 slot, uint32 port);
+
 /* Replace one number of an index. Each returns 0, or a system error and changes nothing when the interface has none. */
 int32 if_index_set_port(if_index_t* if_index, uint32 port);
 int32 if_index_set_sub_intf(if_index_t* if_index, uint32 sub_interface);

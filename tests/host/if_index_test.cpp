@@ -139,9 +139,10 @@ TEST(InterfaceIndex, EveryKindAnswersForItsFieldsOnly) {
 }
 
 TEST(InterfaceIndex, PortsNamedByANumberStandOnTheFirstSlot) {
-  const answers tenth{1, 0, 9, -1, -1, 0, 9, -1, -1, -1, -1, -1};
-  EXPECT_EQ(ask_all(named_fc_index(name_family::kBay, 9)), tenth);
-  EXPECT_EQ(ask_all(named_fc_index(name_family::kExternal, 9)), tenth);
+  const answers bay{1, 0, 9, -1, -1, 62, 9, -1, -1, -1, -1, -1};
+  EXPECT_EQ(ask_all(named_fc_index(name_family::kBay, 9)), bay);
+  const answers external{1, 0, 9, -1, -1, 63, 9, -1, -1, -1, -1, -1};
+  EXPECT_EQ(ask_all(named_fc_index(name_family::kExternal, 9)), external);
 }
 
 TEST(InterfaceIndex, SettersReplaceOneNumber) {
@@ -191,6 +192,40 @@ TEST(InterfaceIndex, SettersRefuseWhatAnInterfaceDoesNotHave) {
   EXPECT_EQ(refusal(if_index_set_sub_intf, port, 4096), 0x4029000A);
   EXPECT_EQ(refusal(if_index_set_channel_num, channel_index(IF_TYPE_PORT_CHANNEL, 1), 4096), 0x4029000A);
   EXPECT_EQ(refusal(if_index_set_tunnel, tunnel, MAX_NUMBER + 1), 0x4029000A);
+}
+
+TEST(InterfaceIndex, FibreChannelPortIsBuiltFromItsPlace) {
+  const auto built = [](uint32 slot, uint32 port) {
+    if_index_t if_index = ethernet_index(IF_TYPE_ETHERNET_L3, 2, 4, 9);
+    EXPECT_EQ(if_index_phy_fc_port_init(&if_index, slot, port), 0);
+    return name(if_index);
+  };
+  EXPECT_EQ(built(0, 0), "fc1/1");
+  EXPECT_EQ(built(2, 15), "fc3/16");
+  EXPECT_EQ(built(MAX_FC_SLOT, MAX_PORT), "fc62/256");
+}
+
+TEST(InterfaceIndex, FibreChannelPortIsBuiltFromWhatItsGettersRead) {
+  for (const if_index_t port : {ethernet_index(IF_TYPE_FC, 3, 15), named_fc_index(name_family::kBay, 9),
+                                named_fc_index(name_family::kExternal, 0)}) {
+    uint32 slot = 0, number = 0;
+    if_index_t built = 0;
+    ASSERT_EQ(if_index_phy_fc_get_slot(port, &slot), 0);
+    ASSERT_EQ(if_index_phy_fc_get_port(port, &number), 0);
+    ASSERT_EQ(if_index_phy_fc_port_init(&built, slot, number), 0);
+    EXPECT_EQ(name(built), name(port));
+  }
+}
+
+TEST(InterfaceIndex, FibreChannelPortWithoutAPlaceIsRefused) {
+  const std::pair<uint32, uint32> kNowhere[] = {
+      {MAX_SLOT + 1, 0}, {0, MAX_PORT + 1}, {MAX_SLOT + 1, MAX_PORT + 1}, {UINT32_MAX, UINT32_MAX}};
+  for (const auto& [slot, port] : kNowhere) {
+    if_index_t if_index = 4711;
+    EXPECT_EQ(if_index_phy_fc_port_init(&if_index, slot, port), 0x4029000A) << slot << "/" << port;
+    EXPECT_EQ(if_index, 4711u) << "a refusal changes nothing";
+  }
+  EXPECT_NE(if_index_phy_fc_port_init(nullptr, 0, 0), 0);
 }
 
 TEST(InterfaceIndex, InBandInterfaceOfTheActiveSupervisor) {

@@ -188,6 +188,14 @@ int32 if_index_server_interface_get_sif_num(if_index_t if_index, uint32* number)
                    number);
 }
 
+int32 if_index_phy_fc_port_init(if_index_t* if_index, uint32 slot, uint32 port) {
+  if (const int32 error = platform_for("if_index_phy_fc_port_init").failure_of("if_index_phy_fc_port_init"); error != 0)
+    return error;
+  if (slot > 0x3F || port > 0xFF) return PM_ERR_INVALID_RANGE;
+  *if_index = fibre_channel(slot + 1, port + 1);
+  return 0;
+}
+
 int32 if_index_set_port(if_index_t* if_index, uint32 port) {
   if (is_satellite(*if_index)) return set_field("if_index_set_port", true, if_index, 0, 0x3FFF, port);
   return set_field("if_index_set_port", is_place(*if_index), if_index, 12, 0xFF, port);

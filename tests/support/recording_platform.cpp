@@ -38,6 +38,7 @@ constexpr std::string_view kFallible[] = {
     "if_index_phy_eth_get_sub_intf",
     "if_index_phy_fc_get_port",
     "if_index_phy_fc_get_slot",
+    "if_index_phy_fc_port_init",
     "if_index_port_channel_get_channel_num",
     "if_index_port_channel_get_subtype",
     "if_index_server_interface_get_sif_num",

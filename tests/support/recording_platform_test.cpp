@@ -195,6 +195,17 @@ TEST(InterfaceIndexes, HaveFieldsThatCanBeReplaced) {
   EXPECT_EQ(none, loopback(1));
 }
 
+TEST(InterfaceIndexes, OfFibreChannelPortsAreBuilt) {
+  RecordingPlatform platform;
+  if_index_t port = loopback(1);
+
+  EXPECT_NE(if_index_phy_fc_port_init(&port, 64, 0), 0);
+  EXPECT_NE(if_index_phy_fc_port_init(&port, 0, 256), 0);
+  EXPECT_EQ(port, loopback(1));
+  EXPECT_EQ(if_index_phy_fc_port_init(&port, 2, 11), 0);
+  EXPECT_EQ(port, fibre_channel(3, 12));
+}
+
 TEST(PortsOfARange, AreTakenOutOfTheirAnswer) {
   RecordingPlatform platform;
   platform.ports[ethernet(1, 1)] = {};
