@@ -714,6 +714,34 @@ TEST(SettingFailure, ModeEIsForTheFirstPortOfFour) {
   EXPECT_EQ(platform.failures, std::vector<std::string>{""});
 }
 
+TEST(SettingFailure, ModeENamesTheGroupOfThePortsModule) {
+  RecordingPlatform platform;
+  platform.setting_results = {{fibre_channel(2, 8), 0x4029002E}};
+  EXPECT_EQ(run(platform, {kFibre, false, {9}}), 1);
+  EXPECT_EQ(platform.text(), "fc2/8: (error) mode E allowed only for interface fc2/5 in group fc2/5-8\n");
+}
+
+// The group is then named by the port itself.
+TEST(SettingFailure, ModeEOfAPortWhosePlaceCannotBeRead) {
+  struct unreadable_case {
+    const char* failing;
+    const char* text;
+  };
+  for (const unreadable_case& it :
+       {unreadable_case{"if_index_phy_fc_get_slot",
+                        "fc2/7: (error) mode E allowed only for interface fc2/7 in group fc2/7-8\n"},
+        unreadable_case{"if_index_phy_fc_get_port",
+                        "fc2/7: (error) mode E allowed only for interface fc2/7 in group fc2/7-4\n"},
+        unreadable_case{"if_index_phy_fc_port_init",
+                        "fc2/7: (error) mode E allowed only for interface fc2/7 in group fc2/7-8\n"}}) {
+    RecordingPlatform platform;
+    platform.fail_with(it.failing, PM_ERR_GENERAL);
+    platform.setting_results = {{fibre_channel(2, 7), 0x4029002E}};
+    EXPECT_EQ(run(platform, {kFibre, false, {9}}), 1);
+    EXPECT_EQ(platform.text(), it.text) << it.failing;
+  }
+}
+
 TEST(SettingFailure, CutsTheRangesOfAGroupAtTwentyBytesEach) {
   RecordingPlatform platform;
   const if_index_t port = ethernet(1, 1);

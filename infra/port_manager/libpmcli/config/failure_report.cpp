@@ -41,15 +41,15 @@ void add(const range_set& ranges, if_index_t if_index) {
   if (ranges != nullptr) cmd_mrange_range_add(ranges.get(), if_index, if_index);
 }
 
-// Only the first port of four may have mode E.
+// Only the first port of four may have mode E. When slot or port cannot be read, the port itself names its group.
 void print_mode_e_refusal(if_index_t if_index) {
   constexpr uint32 kPortsOfGroup = 4;
   uint32 slot = 0, port = 0;
-  if_index_phy_fc_get_slot(if_index, &slot);
-  if_index_phy_fc_get_port(if_index, &port);
+  const bool has_slot = if_index_phy_fc_get_slot(if_index, &slot) == 0;
+  const bool has_port = if_index_phy_fc_get_port(if_index, &port) == 0;
   const uint32 base = port & ~(kPortsOfGroup - 1);
   if_index_t first = if_index;
-  if_index_set_port(&first, base);
+  if (has_slot && has_port) if_index_phy_fc_port_init(&first, slot, base);
   const interface_name name(if_index), group(first);
   std::printf("%s: (error) mode E allowed only for interface %s in group %s-%d\n", name.text, group.text, group.text,
               static_cast<int32>(base + kPortsOfGroup));
