@@ -264,6 +264,17 @@ TEST_F(Forwarding, FailuresAreMinusOne) {
   EXPECT_EQ(platform.text(), "");
 }
 
+TEST_F(Forwarding, RejectedAnswersAreNotParsed) {
+  forward({{1}});
+  platform.on_request = [](const mts_request&) { return mts_reply{{1, 2, 3, 4}, true}; };
+  EXPECT_EQ(ask(), -1);
+  EXPECT_EQ(platform.text(), "");
+  EXPECT_EQ(platform.drops, (std::vector<uint32>{1, 2}));
+  EXPECT_EQ(platform.count("stp_parse_get_port_state"), 0U);
+  EXPECT_EQ(platform.loader_events.back(), "close libstp.so");
+  EXPECT_TRUE(same_set(forwarding, vlans({4094})));
+}
+
 TEST_F(Forwarding, MissingLibraryAndFunctionsAreTold) {
   for (const char* const symbol : {"stp_send_get_port_state", "stp_parse_get_port_state"}) {
     platform.clear_output();

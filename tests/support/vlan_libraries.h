@@ -29,15 +29,15 @@ void* hand_over_records(const std::vector<Record>& records, const char* label) {
 
 // A builder's request: the bytes of what it was asked.
 template <typename Question>
-int32 build(const char* function, const Question* question, void** payload, uint32* size) {
+int32 build(const char* function, const Question* questions, uint32 count, void** payload, uint32* size) {
   if (const int32 error = failed(function); error != 0) return error;
-  *payload = RecordingPlatform::active()->hand_over(question, sizeof *question, "a request of a client library");
-  *size = sizeof *question;
+  *size = count * static_cast<uint32>(sizeof *questions);
+  *payload = RecordingPlatform::active()->hand_over(questions, *size, "a request of a client library");
   return 0;
 }
 
 inline int32 build_info(vdc_vlan_id_t* vlan, void** payload, uint32* size) {
-  return build("vlan_get_vlan_info_build_mts", vlan, payload, size);
+  return build("vlan_get_vlan_info_build_mts", vlan, 1, payload, size);
 }
 inline int32 parse_info(vlan_info_resp_t* info, void*, uint32) {
   if (const int32 error = failed("vlan_get_vlan_info_parse_reply"); error != 0) return error;
@@ -45,8 +45,7 @@ inline int32 parse_info(vlan_info_resp_t* info, void*, uint32) {
   return 0;
 }
 inline int32 build_membership(if_index_t* ports, uint32 count, void** payload, uint32* size) {
-  if (count != 1) return -1;
-  return build("vlan_get_port_trunking_memb_build_mts", ports, payload, size);
+  return build("vlan_get_port_trunking_memb_build_mts", ports, count, payload, size);
 }
 inline int32 parse_membership(void*, uint32, trunk_port_memb_t** records, uint32* count) {
   if (const int32 error = failed("vlan_get_port_trunking_memb_parse_reply"); error != 0) return error;
@@ -61,8 +60,7 @@ inline int32 send_stp(mts_q_handle_t q, uint32 vdc, uint32 count, if_index_t* po
   const mts_addr_t to{MTS_NODE_LOCAL, vdc};
   return mts_send(q, &to, count, ports, sizeof *ports, sent, 0, 0);
 }
-inline int32 parse_stp(mts_msg_ref_t* got, stp_port_state_t** ports, uint32* count) {
-  if (mts_is_reject(got) != 0) return -1;
+inline int32 parse_stp(mts_msg_ref_t*, stp_port_state_t** ports, uint32* count) {
   if (const int32 error = failed("stp_parse_get_port_state"); error != 0) return error;
   *count = static_cast<uint32>(answers_of_vlans.forwarding.size());
   if (!answers_of_vlans.null_forwarding)
@@ -71,7 +69,7 @@ inline int32 parse_stp(mts_msg_ref_t* got, stp_port_state_t** ports, uint32* cou
 }
 
 inline int32 build_private(pvlan_get_switchport_info_req_t* request, void** payload, uint32* size) {
-  return build("pvlan_build_get_switchport_info_req", request, payload, size);
+  return build("pvlan_build_get_switchport_info_req", request, 1, payload, size);
 }
 inline int32 parse_private(void*, uint32, pvlan_switchport_info_t* info) {
   if (const int32 error = failed("pvlan_parse_get_switchport_info_rsp"); error != 0) return error;

@@ -52,6 +52,7 @@ syserr_t pm_cli_get_stp_forwarding_info(if_index_t if_index, mts_q_handle_t src_
   mts_rr_token_t token = 0;
   message answer(src_q);
   if (!send(send_query, src_q, if_index, &token) || !receive(src_q, token, &answer)) return -1;
+  if (mts_is_reject(answer.ref())) return -1;
   stp_port_state_t* ports = nullptr;
   uint32 count = 0;
   const int32 error = parse(answer.ref(), &ports, &count);
