@@ -123,6 +123,7 @@ TEST_F(Membership, RejectedAndEmptyAnswersAreFailures) {
   platform.on_request = [](const mts_request&) { return mts_reply{}; };
   EXPECT_EQ(ask(), -1);
   EXPECT_EQ(platform.text(), "error\n");
+  EXPECT_EQ(platform.count("vlan_get_port_trunking_memb_parse_reply"), 0U);
 }
 
 // ---- A VLAN -------------------------------------------------------------------------------------------------------
@@ -161,6 +162,22 @@ TEST_F(VlanInfo, FailuresAreGeneral) {
     platform.fail_with(function, 0);
   }
   EXPECT_EQ(platform.text(), "");
+}
+
+TEST_F(VlanInfo, RejectedAndEmptyAnswersAreNotParsed) {
+  for (const mts_reply& reply : {mts_reply{{1, 2, 3, 4}, true}, mts_reply{}}) {
+    platform.on_request = [reply](const mts_request&) { return reply; };
+    EXPECT_EQ(ask_info(), 0x40290000);
+  }
+  platform.on_request = [](const mts_request&) { return mts_reply{{1, 2, 3, 4}}; };
+  for (const char* const function : {"mts_payload_get", "mts_payload_size"}) {
+    platform.fail_with(function);
+    EXPECT_EQ(ask_info(), 0x40290000) << function;
+    platform.fail_with(function, 0);
+  }
+  EXPECT_EQ(platform.count("vlan_get_vlan_info_parse_reply"), 0U);
+  EXPECT_EQ(platform.text(), "");
+  EXPECT_EQ(platform.drops.size(), 8U);
 }
 
 TEST_F(VlanInfo, MissingFunctionsAreTold) {
@@ -275,6 +292,15 @@ TEST_F(Forwarding, RejectedAnswersAreNotParsed) {
   EXPECT_TRUE(same_set(forwarding, vlans({4094})));
 }
 
+// Its parser takes the message itself, and says what is missing in it.
+TEST_F(Forwarding, AnswerWithoutAPayloadIsTheParsersToRefuse) {
+  forward({});
+  platform.on_request = [](const mts_request&) { return mts_reply{}; };
+  EXPECT_EQ(ask(), -1);
+  EXPECT_EQ(platform.count("stp_parse_get_port_state"), 1U);
+  EXPECT_EQ(platform.text(), "");
+}
+
 TEST_F(Forwarding, MissingLibraryAndFunctionsAreTold) {
   for (const char* const symbol : {"stp_send_get_port_state", "stp_parse_get_port_state"}) {
     platform.clear_output();
@@ -353,6 +379,20 @@ TEST_F(PrivateVlans, FailuresAreToldAndLeaveNothing) {
     expect_empty();
     platform.fail_with(function, 0);
   }
+}
+
+TEST_F(PrivateVlans, RejectedAndEmptyAnswersAreNotParsed) {
+  for (const mts_reply& reply : {mts_reply{{1, 2, 3, 4}, true}, mts_reply{}}) {
+    platform.clear_output();
+    platform.on_request = [reply](const mts_request&) { return reply; };
+    EXPECT_EQ(ask(), -1);
+    EXPECT_EQ(platform.text(), "error: mts_recv for get PVLAN switchport info returned 0\n");
+    expect_empty();
+  }
+  platform.on_request = [](const mts_request&) { return mts_reply{{1, 2, 3, 4}}; };
+  platform.fail_with("mts_payload_size");
+  EXPECT_EQ(ask(), -1);
+  EXPECT_EQ(platform.count("pvlan_parse_get_switchport_info_rsp"), 0U);
 }
 
 TEST_F(PrivateVlans, MissingLibraryAndFunctionsAreTold) {

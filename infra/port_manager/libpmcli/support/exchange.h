@@ -33,4 +33,15 @@ inline exchange_result exchange(mts_q_handle_t q, const service_request& request
   return exchange_result::answered;
 }
 
+// The payload of an answer, owned by its message; false when there is none, which is a failure.
+struct answer_payload {
+  void* bytes;
+  uint32 size;
+  explicit operator bool() const { return bytes != nullptr && size != 0; }
+};
+
+inline answer_payload payload_of(message& answer) {
+  return {mts_payload_get(answer.ref()), mts_payload_size(answer.ref())};
+}
+
 }  // namespace pmcli

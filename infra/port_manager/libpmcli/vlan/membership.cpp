@@ -38,9 +38,11 @@ syserr_t pm_cli_get_vlan_info_from_vlan_mgr(void* libvm_handle, mts_q_handle_t s
   const auto result =
       exchange(src_q, {kVlanManager, MTS_OPC_VLAN_INFO, request.payload.get(), request.size, kTimeout}, &answer);
   if (result != exchange_result::answered || mts_is_reject(answer.ref())) return PM_ERR_GENERAL;
+  const answer_payload got = payload_of(answer);
+  if (!got) return PM_ERR_GENERAL;
   const auto parse = find_function<vlan_get_vlan_info_parse_fn>(libvm_handle, "vlan_get_vlan_info_parse_reply");
   if (parse == nullptr) return PM_ERR_GENERAL;
-  const int32 error = parse(vlan_info_p, mts_payload_get(answer.ref()), mts_payload_size(answer.ref()));
+  const int32 error = parse(vlan_info_p, got.bytes, got.size);
   return error == 0 ? 0 : PM_ERR_GENERAL;
 }
 
@@ -64,15 +66,14 @@ syserr_t pm_cli_get_vlan_memb_info(void* dl_handle, mts_q_handle_t mts_q, if_ind
   exchange(mts_q, {kVlanManager, MTS_OPC_VLAN_TRUNKING_MEMBERSHIP, request.payload.get(), request.size, kTimeout},
            &answer);
   if (mts_is_reject(answer.ref())) return -1;
-  void* const got = mts_payload_get(answer.ref());
-  const uint32 size = mts_payload_size(answer.ref());
-  if (got == nullptr || size == 0) {
+  const answer_payload got = payload_of(answer);
+  if (!got) {
     std::puts("error");
     return -1;
   }
   trunk_port_memb_t* records = nullptr;
   uint32 count = 0;
-  const int32 error = parse(got, size, &records, &count);
+  const int32 error = parse(got.bytes, got.size, &records, &count);
   const heap_block<trunk_port_memb_t> block(records);
   if (error != 0) return -1;
   take_membership(records, count, if_index, vlan_mem_list);

@@ -44,13 +44,12 @@ bool ask(void* library, mts_q_handle_t q, if_index_t if_index, pvlan_switchport_
     std::printf("error: mts_recv get PVLAN switchport info returned %d\n", mts_errno_get(q));
     return false;
   }
-  void* const got = mts_payload_get(answer.ref());
-  const uint32 size = mts_payload_size(answer.ref());
-  if (mts_is_reject(answer.ref()) || got == nullptr || size == 0) {
+  const answer_payload got = payload_of(answer);
+  if (mts_is_reject(answer.ref()) || !got) {
     std::printf("error: mts_recv for get PVLAN switchport info returned %d\n", mts_errno_get(q));
     return false;
   }
-  const syserr_t error = parse(got, size, info);
+  const syserr_t error = parse(got.bytes, got.size, info);
   if (error != 0) std::printf("error: pvlan_parse_get_switchport_info_rsp returned %s\n", system_error_text(error));
   return error == 0;
 }
