@@ -34,7 +34,7 @@ int32 make_edge_ports(const paraminfo_t* param, pm_port_cfg_status_t** cfg_statu
 
 // Questions to the VLAN services and their answers. Builders store a heap block that the caller frees, and its size;
 // parsers fill the caller's record, or store a heap block of records that the caller frees, and their number. 0 is
-// success.
+// success. No parser is called for a rejection, and only that of spanning tree without a payload.
 int32 build_vlan_question(const vdc_vlan_id_t* vlan, void** payload, uint32* size);
 int32 parse_vlan(vlan_info_resp_t* info, const void* payload, uint32 size);
 int32 build_membership_question(const if_index_t* ports, uint32 count, void** payload, uint32* size);

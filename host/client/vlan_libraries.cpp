@@ -27,7 +27,7 @@ int32 build(const Question& question, void** payload, uint32* size) {
 
 template <typename Record>
 int32 parse(const void* payload, uint32 size, Record* record) {
-  if (payload == nullptr || record == nullptr || size < sizeof *record) return PM_ERR_GENERAL;
+  if (record == nullptr || size < sizeof *record) return PM_ERR_GENERAL;
   std::memcpy(record, payload, sizeof *record);
   return 0;
 }
@@ -35,7 +35,7 @@ int32 parse(const void* payload, uint32 size, Record* record) {
 // As many whole records as the payload holds.
 template <typename Record>
 int32 parse_all(const void* payload, std::size_t size, Record** records, uint32* count) {
-  if (payload == nullptr || records == nullptr || count == nullptr) return PM_ERR_GENERAL;
+  if (records == nullptr || count == nullptr) return PM_ERR_GENERAL;
   *count = static_cast<uint32>(size / sizeof(Record));
   *records = static_cast<Record*>(copy_of(payload, *count * sizeof(Record)));
   return *count == 0 || *records != nullptr ? 0 : int32{PM_ERR_GENERAL};
@@ -82,8 +82,9 @@ int32 send_forwarding_question(mts_q_handle_t q, uint32 count, const if_index_t*
 }
 
 int32 parse_forwarding(const mts_msg_ref_t* got, stp_port_state_t** ports, uint32* count) {
-  if (got == nullptr || mts_is_reject(got) != 0) return PM_ERR_GENERAL;
-  return parse_all(mts_payload_get(got), mts_payload_size(got), ports, count);
+  const void* const payload = mts_payload_get(got);
+  if (payload == nullptr) return PM_ERR_GENERAL;
+  return parse_all(payload, mts_payload_size(got), ports, count);
 }
 
 }  // namespace host

@@ -33,7 +33,8 @@ static_assert(sizeof(pvlan_switchport_info_t) == 1044, "wire size");
 typedef int32 (*pvlan_build_get_switchport_info_req_fn)(pvlan_get_switchport_info_req_t* request, void** payload,
                                                         uint32* size);
 
-/* "pvlan_parse_get_switchport_info_rsp": fills the caller's zeroed record. Returns 0 or a system error. */
+/* "pvlan_parse_get_switchport_info_rsp": fills the caller's zeroed record. Not called for a rejection or without a
+ * payload. Returns 0 or a system error. */
 typedef int32 (*pvlan_parse_get_switchport_info_rsp_fn)(void* payload, uint32 size, pvlan_switchport_info_t* info);
 
 #ifdef __cplusplus

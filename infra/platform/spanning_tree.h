@@ -24,7 +24,10 @@ static_assert(sizeof(stp_port_state_t) == 520, "wire size");
 typedef int32 (*stp_send_get_port_state_fn)(mts_q_handle_t q, uint32 vdc, uint32 count, if_index_t* ports,
                                             mts_msg_ref_t* sent);
 
-/* "stp_parse_get_port_state": takes the ports out of the answer: a heap block that the caller frees. 0 is success. */
+/*
+ * "stp_parse_get_port_state": takes the ports out of the answer: a heap block that the caller frees. Not called for a
+ * rejection; an answer without a payload is an error. 0 is success.
+ */
 typedef int32 (*stp_parse_get_port_state_fn)(mts_msg_ref_t* got, stp_port_state_t** ports, uint32* count);
 
 #ifdef __cplusplus

@@ -59,7 +59,7 @@ enum { MTS_OPC_VLAN_INFO = 23556, MTS_OPC_VLAN_TRUNKING_MEMBERSHIP = 23562 };
 /*
  * Functions of the client library. Builders store a heap block that the caller frees, and its size in bytes; the parser
  * of memberships stores a heap block of records that the caller frees, and their number; the parser of attributes fills
- * the caller's record. 0 is success.
+ * the caller's record. 0 is success. No parser is called for a rejection or without a payload.
  * "vlan_get_vlan_info_build_mts", "vlan_get_vlan_info_parse_reply",
  * "vlan_get_port_trunking_memb_build_mts", "vlan_get_port_trunking_memb_parse_reply".
  */
