@@ -55,7 +55,10 @@ TEST_F(TrunkTableRow, ANativeVlanThatIsNotKnownIsDashes) {
 TEST_F(TrunkTableRow, LongNamesOfChannelsAreCut) {
   platform.channel_of[kPort] = port_channel(5);
   platform.short_names[port_channel(5)] = "port-channel-number-5";
-  EXPECT_EQ(show(pm_cli_print_eth_trunk_brief), "Eth1/1     1       trnk-bndl     port-channel\n");
+  EXPECT_EQ(show(pm_cli_print_eth_trunk_brief), "Eth1/1     1       trnk-bndl     port-channe\n");
+  EXPECT_EQ(platform.tuples().back(), (bound_tuple{0x302A0078, "port-channe"}));
+  platform.short_names[port_channel(5)] = "elevenchars";
+  EXPECT_EQ(show(pm_cli_print_eth_trunk_brief), "Eth1/1     1       trnk-bndl     elevenchars\n");
 }
 
 // ---- VLANs --------------------------------------------------------------------------------------------------------

@@ -36,7 +36,7 @@ void print_native_vlan(cmd_rx_handle_t* rx, if_index_t if_index) {
 
 struct trunk_status {
   char text[24];
-  char channel[13];
+  char channel[12];
 };
 
 trunk_status status_of(const pm_port_info_t& port) {
