@@ -354,14 +354,20 @@ TEST(ClearPortChannels, ResultsAreNotPassedOn) {
   EXPECT_EQ(platform.text(), kNoRange);
 }
 
-TEST(ClearAllPortChannels, WalksTheMapAndIgnoresResults) {
+TEST(ClearAllPortChannels, EachOfTheMapIsClearedAndFailuresArePrinted) {
   RecordingPlatform platform;
   platform.channel_map = {port_channel(1), port_channel(2), port_channel(7)};
   platform.clear_errors[port_channel(2)] = PM_ERR_GENERAL;
   EXPECT_EQ(pm_clear_all_port_channel_counters(RecordingPlatform::q()), 0);
   EXPECT_EQ(platform.cleared, (Cleared{"dstats_clear_counters port-channel1", "dstats_clear_counters port-channel2",
                                        "dstats_clear_counters port-channel7"}));
-  EXPECT_EQ(platform.text(), "");
+  EXPECT_EQ(platform.text(), "error: clearing counters\n");
+  EXPECT_EQ(platform.terminal(), platform.text());
+  platform.clear_output();
+  platform.fail_with("dstats_clear_counters");
+  EXPECT_EQ(pm_clear_all_port_channel_counters(RecordingPlatform::q()), 0);
+  EXPECT_EQ(platform.cleared.size(), 6U);
+  EXPECT_EQ(platform.text(), "error: clearing counters\nerror: clearing counters\nerror: clearing counters\n");
 }
 
 TEST(ClearAllPortChannels, StopsAt256) {

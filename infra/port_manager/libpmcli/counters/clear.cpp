@@ -118,7 +118,8 @@ int32 pm_clear_all_port_channel_counters(mts_q_handle_t q) {
     if (pcmap_get_next_port_channel(current, &next) != 0 || next <= current) break;
     current = channels[count++] = next;
   }
-  for (const if_index_t channel : std::span(channels, count)) dstats_clear_counters(q, channel, 1, 1, 5);
+  for (const if_index_t channel : std::span(channels, count))
+    if (dstats_clear_counters(q, channel, 1, 1, 5) != 0) std::puts("error: clearing counters");
   return 0;
 }
 
