@@ -132,7 +132,7 @@ int refusal(int32 result, std::string& complaint) {
   return kNotPermitted;
 }
 
-// Asks the port manager whether the command may use what was named.
+// Asks the port manager whether the command may use what was named, once for each kind that was named.
 void verify(const selecting& command, std::span<const expanded_span> spans, selection& chosen) {
   const auto is_allowed = [&](const interface_kind& kind, std::span<const vsh_intf_mono_range_t> block) {
     const int32 result = command.session.library.verify(kind.mask, command.parameters.for_ranges(kind.mask, block));
@@ -141,7 +141,8 @@ void verify(const selecting& command, std::span<const expanded_span> spans, sele
   };
   for (const interface_kind& kind : all_kinds()) {
     if (!kind.is_enumerated) continue;
-    if (!for_each_block(found_ranges(kind, spans), [&](auto block) { return is_allowed(kind, block); })) return;
+    const ranges named = found_ranges(kind, spans);
+    if (!named.empty() && !for_each_block(named, [&](auto block) { return is_allowed(kind, block); })) return;
   }
 }
 
