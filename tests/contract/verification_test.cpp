@@ -167,13 +167,21 @@ TEST(Verification, ParameterBehindTheCountIsNotThere) {
   EXPECT_EQ(platform.text(), kNoInterfaces);
 }
 
-TEST(Verification, WhereNothingIsNamedNobodyIsAsked) {
-  for (const interface_mask_t mask : {kEthernetMask, kRoutableMask, kLoopbackMask}) {
-    RecordingPlatform platform;
-    EXPECT_EQ(command(platform, {}).verify(mask), kAllowed);
-    EXPECT_EQ(command(platform, {}).conf().verify(mask), kAllowed);
-    expect_silence(platform);
-  }
+TEST(Verification, FirstOfTwoInterfaceParametersCounts) {
+  RecordingPlatform platform;
+  answer(platform, 0);
+  command named(platform, {{kPort, kPort}});
+  intf_range_t second = interface_ranges({{kRoutablePort, kRoutablePort}});
+  platform.add_argument(named.param, PARAM_TYPE_INTERFACES, &second);
+  EXPECT_EQ(named.verify(kEthernetMask), kAllowed);
+  ASSERT_EQ(platform.requests.size(), 1U);
+  EXPECT_EQ(platform.requests[0].payload, words({0, 0, 1, kPort, kPort}));
+}
+
+TEST(Verification, NeedsAParameterBlock) {
+  RecordingPlatform platform;
+  EXPECT_EQ(pm_cli_if_index_verification_func(kEthernetMask, nullptr), kRefused);
+  expect_silence(platform);
 }
 
 // ---- Deleting sub-interfaces ---------------------------------------------------------------------------------------
@@ -226,6 +234,7 @@ TEST(InbandVerification, WalksTheRangesInOrder) {
     int32 result;
   };
   const inband_case kCases[] = {
+      {{}, kRefused},
       {{{kInband, kInband}}, kAllowed},
       {{{other, other}, {kInband, kInband}}, kAllowed},
       {{{kInband, kInband}, {kInband, other}}, kAllowed},
@@ -329,6 +338,38 @@ TEST(VerificationRequest, OfAMoveGoesToThePortManagerItself) {
   EXPECT_EQ(move.verify(kEthernetMask), kAllowed);
   EXPECT_EQ(only_request(platform).sap, 179U);
   EXPECT_EQ(only_request(platform).payload, words({0, 0, 1, kPort, kPort}));
+}
+
+// Whatever the unused pairs hold.
+TEST(VerificationRequest, WithoutARangeGoesToTheOwnerOfIndex0) {
+  for (const interface_mask_t mask : {kEthernetMask, kRoutableMask, kLoopbackMask}) {
+    for (const bool is_conf : {false, true}) {
+      RecordingPlatform platform;
+      answer(platform, 0);
+      platform.port_manager_saps = {{0, 1234}, {kPort, 4321}};
+      command empty(platform, {});
+      empty.ranges->range[0] = {kPort, kPort};
+      if (is_conf) empty.conf();
+      EXPECT_EQ(empty.verify(mask), kAllowed);
+      const mts_request request = only_request(platform);
+      EXPECT_EQ(request.node, 0xFE000000U);
+      EXPECT_EQ(request.sap, 1234U);
+      EXPECT_EQ(request.opcode, 330U);
+      EXPECT_EQ(request.payload, words({is_conf ? 1U : 0U, 0, 0}));
+    }
+  }
+}
+
+TEST(VerificationRequest, OfAMoveWithoutARangeGoesToThePortManagerItself) {
+  RecordingPlatform platform;
+  answer(platform, 0);
+  platform.port_manager_saps = {{0, 1234}};
+  command move(platform, {});
+  uint32 value = 0;
+  platform.add_argument(move.param, PARAM_TYPE_UINT32, &value)->token_id = TOKEN_MOVE_INTERFACES;
+  EXPECT_EQ(move.verify(kEthernetMask), kAllowed);
+  EXPECT_EQ(only_request(platform).sap, 179U);
+  EXPECT_EQ(only_request(platform).payload, words({0, 0, 0}));
 }
 
 TEST(VerificationRequest, HoldsAtMost64Ranges) {
@@ -498,6 +539,20 @@ TEST(VerificationStatus, ConfigurationOfOtherKindsCreatesNothing) {
       EXPECT_EQ(command(platform, {{kPort, kPort}}).conf().verify(mask), expected.result);
       EXPECT_EQ(platform.text(), expected.text);
       EXPECT_TRUE(platform.interface_configurations.empty());
+    }
+  }
+}
+
+TEST(VerificationStatus, DecidesOfACommandWithoutARangeToo) {
+  for (const status_case& expected : kStatuses) {
+    for (const uint32 mode : {kShow, kConfigure}) {
+      RecordingPlatform platform;
+      answer(platform, expected.status);
+      command empty(platform, {});
+      empty.param->prc_mode = mode;
+      EXPECT_EQ(empty.verify(kEthernetMask), expected.result) << expected.status;
+      EXPECT_EQ(platform.text(), expected.text);
+      EXPECT_TRUE(platform.port_ranges_asked.empty());
     }
   }
 }

@@ -160,8 +160,8 @@ uint32 configure(interface_mask_t mask, const paraminfo_t* param, const intf_ran
 int32 ask_status(const paraminfo_t* param, const named_interfaces& named, uint32* status) {
   const bool is_no = param->no_flag == 1;
   const intf_range_t& ranges = *named.ranges;
-  const uint32 sap =
-      named.is_move ? static_cast<uint32>(MTS_SAP_PORT_MANAGER) : pm_get_mts_sap(ranges.range[0].lower_if_index);
+  const if_index_t first = ranges.range_count != 0 ? ranges.range[0].lower_if_index : 0;
+  const uint32 sap = named.is_move ? static_cast<uint32>(MTS_SAP_PORT_MANAGER) : pm_get_mts_sap(first);
   const request_block request =
       build_request(named.is_conf && !is_no, named.is_conf && is_no, ranges.range, range_count(ranges));
   if (request.payload == nullptr) {
@@ -190,7 +190,6 @@ int32 pm_cli_if_index_verification_func(interface_mask_t iface_mask, paraminfo_t
     std::puts("error: token id list does not contain SHOW_INTF");
     return FAILED;
   }
-  if (named.ranges->range_count == 0) return ALLOWED;
   if (is_deletion && (iface_mask & MASK_WITH_SUB_INTERFACES) != 0 && !are_sub_interfaces(*named.ranges)) return REFUSED;
   if ((iface_mask & MASK_INBAND) != 0) return verify_inband(*named.ranges);
 
