@@ -128,8 +128,7 @@ if_index_t first_interface(const paraminfo_t* param) {
   if (param->parameter_count == 0) return 0;
   const param_arg_t* const argument = find_argument(param, 0);
   if (argument == nullptr) return 0;
-  const auto* const ranges = static_cast<const intf_range_t*>(argument->arg);
-  return ranges->range_count != 0 ? ranges->range[0].lower_if_index : 0;
+  return static_cast<const intf_range_t*>(argument->arg)->range[0].lower_if_index;
 }
 
 template <std::size_t Rows>
