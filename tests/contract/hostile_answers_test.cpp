@@ -7,6 +7,7 @@
 #include "contract/sample_ports.h"
 #include "pmcli/command.h"
 #include "pmcli/interface.h"
+#include "support/vlan_libraries.h"
 
 namespace pmcli_test {
 namespace {
@@ -364,15 +365,14 @@ TEST(HostileCommand, MissingInterfaceReturnsZeroWithoutAHandle) {
 }
 
 TEST(HostileCommand, MissingFilterShowsNothing) {
-  enum class missing { count, entry, value };
+  enum class missing { entry, value };
   for (const uint32 command : {27U, 30U, 31U, 32U, 33U, 34U, 35U, 42U, 43U, 50U, 51U}) {
-    for (const missing what : {missing::count, missing::entry, missing::value}) {
+    for (const missing what : {missing::entry, missing::value}) {
       RecordingPlatform platform;
       platform.ports[kPort] = port_record();
       uint32 module = 1;
       paraminfo_t* const param = platform.show_command(command, kPort);
       platform.add_argument(param, command == 31 ? PARAM_TYPE_INT_RANGES : PARAM_TYPE_UINT32, &module);
-      if (what == missing::count) param->parameter_count = 1;
       if (what == missing::entry) param->arg_list[1] = nullptr;
       if (what == missing::value) param->arg_list[1]->arg = nullptr;
       EXPECT_EQ(pm_cli_show_eth_port_config(param), 0U);
@@ -395,15 +395,34 @@ TEST(HostileCommand, InterfaceIsTakenWhateverTheCountSays) {
   }
 }
 
-TEST(HostileCommand, CountBeyondTheListStillFindsTheFilter) {
-  RecordingPlatform platform;
-  uint32 module = 1;
-  paraminfo_t* const param = platform.show_command(42, kPort);
-  platform.add_argument(param, PARAM_TYPE_UINT32, &module);
-  param->parameter_count = 255;
-  platform.ports[kPort] = port_record();
-  EXPECT_EQ(pm_cli_show_eth_port_config(param), 0U);
-  EXPECT_EQ(platform.port_queries.size(), 1U);
+TEST(HostileCommand, ModuleFilterIsTakenWhateverTheCountSays) {
+  for (const uint8 count : {uint8{0}, uint8{1}, uint8{2}, uint8{255}}) {
+    RecordingPlatform platform;
+    uint32 module = 1;
+    paraminfo_t* const param = platform.show_command(42, kPort);
+    platform.add_argument(param, PARAM_TYPE_UINT32, &module);
+    param->parameter_count = count;
+    platform.ports[kPort] = port_record();
+    EXPECT_EQ(pm_cli_show_eth_port_config(param), 0U);
+    EXPECT_EQ(platform.port_queries.size(), 1U) << int{count};
+  }
+}
+
+TEST(HostileCommand, VlanFilterIsTakenWhateverTheCountSays) {
+  for (const uint8 count : {uint8{0}, uint8{1}, uint8{2}, uint8{255}}) {
+    RecordingPlatform platform;
+    install_vlan_libraries(platform);
+    answers_of_vlans.memberships = {membership(kPort, 10, {10})};
+    platform.ports[kPort] = port_record();
+    vsh_int_multi_range_t list{};
+    list.range_count = 1;
+    list.range[0] = {10, 10};
+    paraminfo_t* const param = platform.show_command(31, kPort);
+    platform.add_argument(param, PARAM_TYPE_INT_RANGES, &list);
+    param->parameter_count = count;
+    EXPECT_EQ(pm_cli_show_eth_port_config(param), 0U);
+    EXPECT_EQ(platform.port_queries.size(), 1U) << int{count};
+  }
 }
 
 // As long as there is no membership, no range shows the port; none may be read past the 64th either.

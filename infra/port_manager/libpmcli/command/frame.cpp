@@ -17,7 +17,6 @@ cmd_rx_handle_t* obtain_output(paraminfo_t* param) {
 }
 
 const param_arg_t* find_argument(const paraminfo_t* param, uint8 index) {
-  if (index >= PARAM_MAX_ARGS || (index > 0 && index >= param->parameter_count)) return nullptr;
   const param_arg_t* const argument = param->arg_list[index];
   return argument != nullptr && argument->arg != nullptr ? argument : nullptr;
 }

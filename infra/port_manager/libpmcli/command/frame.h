@@ -14,8 +14,8 @@ bool refused_on_standby(const paraminfo_t* param);
 // The output handle of the command, or null after that was printed.
 cmd_rx_handle_t* obtain_output(paraminfo_t* param);
 
-// Argument number `index` (from 0) with its value behind `arg`, or null when the command has none. Argument 0 is the
-// interface and does not depend on the count.
+// Entry `index` (from 0, below PARAM_MAX_ARGS), or null when the entry or its value is null. Does not depend on the
+// count of arguments.
 const param_arg_t* find_argument(const paraminfo_t* param, uint8 index);
 
 // The native value behind an argument; the shell's object need not be aligned.
