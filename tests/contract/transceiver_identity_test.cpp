@@ -300,8 +300,17 @@ TEST_F(PortTransceiver, LyingAnswersSayNothing) {
   EXPECT_EQ(state_after(no_ports), "");
   platform.clear_output();
   EXPECT_EQ(state_after(misc_info(kPort, {0, 1, 0xFF, 0xFF, 0, 1, 0}, 65535)), "");
+}
+
+TEST_F(PortTransceiver, AnEmptyStateIsPassedOver) {
+  octets entries = {0, 1, 0, 0, 0, 1, 0, 0};
+  EXPECT_EQ(state_after(misc_info(kPort, entries, 2)), "");
   platform.clear_output();
-  EXPECT_EQ(state_after(misc_info(kPort, {0, 1, 0, 0, 0, 1, 0, 1, 0}, 2)), "") << "an empty state is none";
+  const octets state = state_entry(kGoodState);
+  entries.insert(entries.end(), state.begin(), state.end());
+  EXPECT_EQ(state_after(misc_info(kPort, entries, 3)), kGoodStateLine);
+  platform.clear_output();
+  EXPECT_EQ(state_after(misc_info(kPort, entries, 2)), "") << "the state is not counted";
 }
 
 TEST_F(PortTransceiver, FailuresOfTheStateAreTold) {

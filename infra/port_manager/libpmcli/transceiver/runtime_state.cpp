@@ -35,15 +35,14 @@ std::optional<port_information> read_first_port(reader* answer) {
   return answer->ok() && num_ports != 0 ? std::optional(port) : std::nullopt;
 }
 
-// The first entry with the state; zero where the entry is shorter. None when there is no such entry, or an empty one.
+// The first entry with the state that is not empty; zero where the entry is shorter. None when there is no such entry.
 std::optional<port_xcvr_info_t> find_state(reader* answer, uint16 num_entries) {
   for (uint16 i = 0; i < num_entries; ++i) {
     const uint16 type = answer->u16();
     const uint16 length = answer->u16();
     reader value = answer->sub(length);
     if (!answer->ok()) return std::nullopt;
-    if (type != MISC_INFO_TRANSCEIVER_STATE) continue;
-    if (length == 0) return std::nullopt;
+    if (type != MISC_INFO_TRANSCEIVER_STATE || length == 0) continue;
     uint8 bytes[sizeof(port_xcvr_info_t)] = {};
     for (std::size_t at = 0; at < std::min<std::size_t>(length, sizeof bytes); ++at) bytes[at] = value.u8();
     port_xcvr_info_t state;
