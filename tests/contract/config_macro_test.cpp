@@ -294,6 +294,30 @@ TEST(Tlv, HasTheWidthOfItsType) {
   }
 }
 
+TEST(Tlv, FillsTheWholeValue) {
+  struct value_case {
+    octets tlv;
+    octets first;  // bytes of the value; the others are 0
+  };
+  const uint16 half_word = 0x0102;
+  const uint32 word = 0x01020304;
+  octets native_half_word(2), native_word(4);
+  std::memcpy(native_half_word.data(), &half_word, 2);
+  std::memcpy(native_word.data(), &word, 4);
+  for (const value_case& it :
+       {value_case{{1, 1, 7}, {7}}, value_case{{7, 2, 1, 2}, native_half_word},
+        value_case{{2, 4, 1, 2, 3, 4}, native_word}, value_case{{6, 3, 'a', 'b', 'c'}, {'a', 'b', 'c'}}}) {
+    octets tlv = it.tlv;
+    uint8 type = 0, length = 0;
+    pm_port_cfg_value_t value;
+    std::memset(&value, 0xEE, sizeof value);
+    EXPECT_EQ(pm_decode_tlv(reinterpret_cast<pm_cfg_tlv_t*>(tlv.data()), &type, &length, &value), 0U);
+    octets expected = it.first;
+    expected.resize(84);
+    EXPECT_EQ(octets(value.bytes, value.bytes + 84), expected) << int{type};
+  }
+}
+
 TEST(Tlv, OfANameIsTerminated) {
   octets bytes = {6, 3, 'a', 'b', 'c'};
   EXPECT_STREQ(decoded(bytes).value.port_name, "abc");

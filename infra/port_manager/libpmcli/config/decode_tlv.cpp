@@ -36,7 +36,8 @@ uint32 pm_decode_tlv(pm_cfg_tlv_t* p_payload, uint8* p_cfg_type, uint8* p_cfg_le
   std::memcpy(received, p_payload + 1, std::min<std::size_t>(length, sizeof received));
   pmcli::reader value(received, sizeof received);
 
-  pm_port_cfg_value_t decoded{};
+  pm_port_cfg_value_t decoded;
+  std::memset(&decoded, 0, sizeof decoded);
   if (holds(kBytes, type)) {
     decoded.byte = value.u8();
   } else if (holds(kHalfWords, type)) {
