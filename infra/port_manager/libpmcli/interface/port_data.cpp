@@ -1,6 +1,7 @@
 // The data of one interface that its port record does not hold: hardware, media, encapsulation, layer, address.
 
 #include <cstdio>
+#include <cstring>
 
 #include "interface/ip_address.h"
 #include "platform/card_config.h"
@@ -88,7 +89,7 @@ syserr_t pm_cli_get_layer(if_index_t if_index, mts_q_handle_t, if_info_t* if_inf
 }
 
 void pm_cli_get_port_data(if_index_t if_index, mts_q_handle_t mts_q, pm_cli_common_show_intf_data_t* port_data) {
-  *port_data = {};
+  std::memset(port_data, 0, sizeof *port_data);
   switch (kind_of(if_index)) {
     case IF_TYPE_ETHERNET:
     case IF_TYPE_SATELLITE:

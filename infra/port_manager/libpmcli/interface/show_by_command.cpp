@@ -1,6 +1,7 @@
 // One interface's display by command id: the port record is fetched, shown and freed.
 
 #include <cstdio>
+#include <cstring>
 
 #include "interface/port_record.h"
 #include "platform/if_index.h"
@@ -145,7 +146,8 @@ void show_sent(const shown_port& port) {
 void show_detailed_counters(const shown_port& port) {
   statscl_portcl_stats_msg_t stats;
   if (!fetch_statistics(port, &stats)) return;
-  pfstat_key_cntrs_t forwarding{};
+  pfstat_key_cntrs_t forwarding;
+  std::memset(&forwarding, 0, sizeof forwarding);
   pm_cli_get_pfstat_counters(port.if_index, port.q, &forwarding, 0);
   pm_cli_show_common_eth_counters_detailed(port.rx, &forwarding, &stats);
 }

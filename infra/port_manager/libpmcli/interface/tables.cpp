@@ -56,7 +56,7 @@ void print_name(cmd_rx_handle_t* rx, tuple_id<CMD_TYPE_STRING> tuple, const pm_p
 
 // What the interface manager says of a port's VLAN: a number for an access port, else a word.
 void format_vlan(char (&cell)[10], const pm_port_info_t& port, mts_q_handle_t q) {
-  if_info_t layer{};
+  if_info_t layer;
   vlan_id_t access_vlan = 0;
   if (pm_cli_get_layer_mode_access_vlan(port.if_index, q, &layer, &access_vlan) != 0)
     copy_text(cell, sizeof cell, "--");
