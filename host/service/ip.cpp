@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstring>
 
 #include "service/answers.h"
 #include "service/ip_messages.h"
@@ -8,7 +9,8 @@ namespace host {
 namespace {
 
 ipconf_if_inet_addr_info_t address_record(if_index_t if_index, const ip_address& address) {
-  ipconf_if_inet_addr_info_t record{};
+  ipconf_if_inet_addr_info_t record;
+  std::memset(&record, 0, sizeof record);  // all of it, the rest of the union too
   record.if_index = if_index;
   record.inet_addr.addr_type = address.is_ipv6 ? INET_ADDR_TYPE_IPV6 : INET_ADDR_TYPE_IPV4;
   const std::size_t size = address.is_ipv6 ? sizeof record.inet_addr.a.ipv6_addr : sizeof record.inet_addr.a.ipv4_addr;

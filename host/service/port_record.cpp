@@ -132,7 +132,8 @@ pm_port_info_t port_record(const interface& port) {
 }
 
 pm_fcot_res_t transceiver_record(const interface& port) {
-  pm_fcot_res_t record{};
+  pm_fcot_res_t record;
+  std::memset(&record, 0, sizeof record);  // all of it, the rest of the union too
   record.if_index = port.if_index;
   if (!port.module_in_port) {
     record.status = PM_ERR_NO_TRANSCEIVER;

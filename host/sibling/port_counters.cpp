@@ -1,6 +1,7 @@
 #include "sibling/port_counters.h"
 
 #include <cstdio>
+#include <cstring>
 #include <optional>
 
 #include "pmcli/counters.h"
@@ -20,7 +21,8 @@ std::optional<statscl_portcl_stats_msg_t> statistics_of(const request& wanted) {
 }
 
 void show_all_counters(const request& wanted) {
-  pfstat_key_cntrs_t forwarding{};
+  pfstat_key_cntrs_t forwarding;
+  std::memset(&forwarding, 0, sizeof forwarding);
   pm_cli_get_pfstat_counters(wanted.if_index, wanted.q, &forwarding, 0);
   if (auto stats = statistics_of(wanted)) pm_cli_show_eth_counters_detailed_all(wanted.rx, &forwarding, &*stats);
 }

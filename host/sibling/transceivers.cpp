@@ -29,7 +29,8 @@ std::optional<pm_fcot_res_t> transceiver_of(const request& wanted) {
     std::free(answer);
     return std::nullopt;
   }
-  pm_fcot_res_t record{};
+  pm_fcot_res_t record;
+  std::memset(&record, 0, sizeof record);
   std::memcpy(&record, answer, std::min<std::size_t>(length, sizeof record));
   std::free(answer);
   return record;

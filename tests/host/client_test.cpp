@@ -101,6 +101,20 @@ TEST_F(Clients, TransceiverLengthIsInBytes) {
   EXPECT_EQ(response[1].is_fcot_supported, 2);
 }
 
+// An SFP's image and trailer take 140 bytes of the 257 that the longest image has.
+TEST_F(Clients, RecordOfAShortTransceiverImageEndsInZeros) {
+  const if_index_range_t range{names_.first_port, names_.first_port};
+  uint32 length = 0;
+  pm_fcot_res_t* response = nullptr;
+
+  ASSERT_EQ(pm_cmi_get_fcot_info(q_, 1, 1, &range, &length, &response, 60), 0);
+
+  const heap_block<pm_fcot_res_t> block(response);
+  ASSERT_EQ(response->fcot_type, FCOT_TYPE_SFP);
+  const auto* const image = reinterpret_cast<const uint8*>(&response->fi);
+  EXPECT_EQ(std::vector<uint8>(image + 140, image + 257), std::vector<uint8>(117));
+}
+
 TEST_F(Clients, TrackedListIsPaddedTo256Entries) {
   void* list = nullptr;
 
@@ -181,6 +195,8 @@ TEST_F(Clients, AddressListHoldsTheEntriesThatItsHeadCounts) {
   const auto* const entries = reinterpret_cast<const ipconf_if_inet_addr_info_t*>(list + 1);
   EXPECT_EQ(entries[0].prefix_len, 24u);
   EXPECT_EQ(entries[1].prefix_len, 64u);
+  const uint8* const short_address = entries[0].inet_addr.a.ipv6_addr;
+  EXPECT_EQ(std::vector<uint8>(short_address + 4, short_address + 16), std::vector<uint8>(12));
 }
 
 TEST_F(Clients, NoAddressesIsNoList) {
