@@ -1,6 +1,8 @@
 // The lists of an Ethernet port's counters, and the layer-3 lists behind them.
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "contract/counter_rows.h"
 #include "pmcli/counters.h"
 
@@ -241,7 +243,8 @@ statscl_portcl_stats_msg_t full_record(if_index_t if_index, std::span<const coun
 }
 
 pfstat_key_cntrs_t key_of(uint32 flags) {
-  pfstat_key_cntrs_t pfstats{};
+  pfstat_key_cntrs_t pfstats;
+  std::memset(&pfstats, 0, sizeof pfstats);
   pfstats.key.key_flags = flags;
   return pfstats;
 }

@@ -68,7 +68,8 @@ inline void set_description(pm_port_info_t& port, const std::string& text) {
 }
 
 inline ipconf_if_inet_addr_info_t ipv4_address(uint8 a, uint8 b, uint8 c, uint8 d, uint32 prefix) {
-  ipconf_if_inet_addr_info_t address{};
+  ipconf_if_inet_addr_info_t address;
+  std::memset(&address, 0, sizeof address);
   address.inet_addr.addr_type = INET_ADDR_TYPE_IPV4;
   const uint8 bytes[] = {a, b, c, d};
   std::memcpy(address.inet_addr.a.ipv4_addr, bytes, sizeof bytes);
@@ -77,7 +78,8 @@ inline ipconf_if_inet_addr_info_t ipv4_address(uint8 a, uint8 b, uint8 c, uint8 
 }
 
 inline ipconf_if_inet_addr_info_t ipv6_address(uint32 prefix) {
-  ipconf_if_inet_addr_info_t address{};
+  ipconf_if_inet_addr_info_t address;
+  std::memset(&address, 0, sizeof address);
   address.inet_addr.addr_type = INET_ADDR_TYPE_IPV6;
   std::memset(address.inet_addr.a.ipv6_addr, 0x20, sizeof address.inet_addr.a.ipv6_addr);
   address.prefix_len = prefix;

@@ -398,7 +398,8 @@ TEST(StatusVlan, RejectedRecordWithoutALayerShowsRouted) {
 // ---- Status row: the type ------------------------------------------------------------------------------------------
 
 pm_fcot_res_t transceiver(uint8 type, uint8 is_supported = FCOT_SUPPORTED) {
-  pm_fcot_res_t response{};
+  pm_fcot_res_t response;
+  std::memset(&response, 0, sizeof response);
   response.is_fcot_supported = is_supported;
   response.fcot_type = type;
   return response;

@@ -1,6 +1,8 @@
 // The identity of transceivers: as plain text with the run-time state, and with tags.
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "contract/sample_ports.h"
 #include "contract/transceiver_images.h"
 #include "platform/misc_info.h"
@@ -420,7 +422,8 @@ TEST_F(TaggedTransceiver, ShowsAnX2ModuleWithoutLengths) {
 }
 
 TEST_F(TaggedTransceiver, SaysWhyThereIsNothingToShow) {
-  pm_fcot_res_t none{};
+  pm_fcot_res_t none;
+  std::memset(&none, 0, sizeof none);
   EXPECT_EQ(show(none), "Ethernet1/1\n    sfp is not present\n\n");
   EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A0007, kPort}, {0x302A0008, "not present"}}));
   for (const uint8 type : {uint8{0}, uint8{3}, uint8{5}, uint8{255}})

@@ -41,7 +41,8 @@ inline lc_fcot_x2_info_t x2_image() {
 }
 
 inline pm_fcot_res_t sfp_record(uint8 type = FCOT_TYPE_SFP, uint8 supported = 1) {
-  pm_fcot_res_t record{};
+  pm_fcot_res_t record;
+  std::memset(&record, 0, sizeof record);
   record.is_fcot_supported = supported;
   record.fi.fcot_info = sfp_image();
   record.fcot_type = type;
@@ -49,7 +50,8 @@ inline pm_fcot_res_t sfp_record(uint8 type = FCOT_TYPE_SFP, uint8 supported = 1)
 }
 
 inline pm_fcot_res_t x2_record() {
-  pm_fcot_res_t record{};
+  pm_fcot_res_t record;
+  std::memset(&record, 0, sizeof record);
   record.is_fcot_supported = 1;
   record.fi.x2_fcot_info = x2_image();
   record.fcot_type = FCOT_TYPE_X2;
