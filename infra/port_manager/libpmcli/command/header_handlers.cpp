@@ -131,15 +131,17 @@ if_index_t first_interface(const paraminfo_t* param) {
   return static_cast<const intf_range_t*>(argument->arg)->range[0].lower_if_index;
 }
 
-template <std::size_t Rows>
-uint32 show_header(paraminfo_t* param, const command_ids<header> (&rows)[Rows]) {
-  if (param == nullptr) return 0;
+void show_header(paraminfo_t* param, const header& found) {
   cmd_rx_handle_t* const rx = obtain_output(param);
-  if (rx == nullptr) return 0;
-  const header found = find_action(rows, param->command_id, header{nullptr, kWith});
+  if (rx == nullptr) return;
   const bool is_skipped = found.first_is_sub_interface == kWithout && if_index_is_sub_intf(first_interface(param)) != 0;
   if (found.print != nullptr && !is_skipped) found.print(rx);
   cmd_prt_send(rx);
+}
+
+template <std::size_t Rows>
+uint32 show_header(paraminfo_t* param, const command_ids<header> (&rows)[Rows]) {
+  if (param != nullptr) show_header(param, find_action(rows, param->command_id, header{nullptr, kWith}));
   return 0;
 }
 
