@@ -40,6 +40,14 @@ constexpr list_form kTrackedPorts = {8, 12, 4};
 
 constexpr std::size_t kTrackedPortsBytes = 12 + 4 * PORT_CHANNEL_MAX_MEMBERS;
 
+// The bytes of a list of the most entries.
+constexpr std::size_t longest(const list_form& form) {
+  return form.entries_offset + form.entry_size * PORT_CHANNEL_MAX_MEMBERS;
+}
+static_assert(longest(kEthernetMembers) <= PORT_CHANNEL_MEMBERS_BYTES);
+static_assert(longest(kClassicMembers) <= PORT_CHANNEL_MEMBERS_BYTES);
+static_assert(longest(kTrackedPorts) <= kTrackedPortsBytes);
+
 // Decodes a block that its provider pads to the full size of such a list.
 interface_list decode_list(const void* block, std::size_t block_size, const list_form& form) {
   interface_list list;
@@ -49,11 +57,7 @@ interface_list decode_list(const void* block, std::size_t block_size, const list
 
   reader entries(block, block_size);
   entries.skip(form.entries_offset);
-  while (list.count < count) {
-    const if_index_t if_index = entries.sub(form.entry_size).u32();
-    if (!entries.ok()) break;
-    list.if_index[list.count++] = if_index;
-  }
+  while (list.count < count) list.if_index[list.count++] = entries.sub(form.entry_size).u32();
   return list;
 }
 
