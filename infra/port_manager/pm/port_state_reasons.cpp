@@ -1,5 +1,6 @@
 #include <array>
 #include <cstddef>
+#include <limits>
 
 #include "pm/port_attributes.h"
 
@@ -218,8 +219,11 @@ constexpr std::array<const char*, kReasons> kWords = column(&reason_text::word);
 constexpr std::array<const char*, kReasons> kSentences = column(&reason_text::sentence);
 constexpr std::array<uint8, kReasons> kFamilyOf = families();
 
-const char* text_or(const std::array<const char*, kReasons>& texts, uint32 reason, const char* fallback) {
-  return reason < kReasons && texts[reason] != nullptr ? texts[reason] : fallback;
+static_assert(kReasons == std::numeric_limits<pm_port_state_reason_t>::max() + 1);
+
+const char* text_or(const std::array<const char*, kReasons>& texts, pm_port_state_reason_t reason,
+                    const char* fallback) {
+  return texts[reason] != nullptr ? texts[reason] : fallback;
 }
 
 }  // namespace
