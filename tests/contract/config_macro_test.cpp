@@ -186,6 +186,37 @@ TEST(AccessMode, NeedsARangeByToken) {
   EXPECT_EQ(platform.text(), kNoRange);
 }
 
+TEST(AccessMode, PassesOverAbsentArguments) {
+  RecordingPlatform platform;
+  config_command command(platform, kPort);
+  param_arg_t empty = *command.range_argument;
+  empty.arg = nullptr;
+  command.param->arg_list[0] = nullptr;
+  command.param->arg_list[1] = &empty;
+  command.param->parameter_count = 2;
+  EXPECT_EQ(access_step(command).result, 1);
+  EXPECT_EQ(platform.text(), kNoRange);
+
+  platform.clear_output();
+  command.param->arg_list[2] = command.range_argument;
+  command.param->parameter_count = 3;
+  EXPECT_EQ(access_step(command).result, 0);
+  EXPECT_EQ(platform.setting_requests.size(), 1U);
+  EXPECT_EQ(platform.text(), "");
+}
+
+TEST(AccessMode, LooksAtNoMoreArgumentsThanTheBlockHolds) {
+  RecordingPlatform platform;
+  config_command command(platform, kPort);
+  param_arg_t other{};
+  for (auto& argument : command.param->arg_list) argument = &other;
+  command.param->parameter_count = 255;
+  EXPECT_EQ(access_step(command).result, 1);
+  EXPECT_EQ(platform.text(), kNoRange);
+  command.param->arg_list[31] = command.range_argument;
+  EXPECT_EQ(access_step(command).result, 0);
+}
+
 TEST(AccessMode, ReturnsWhatThePortManagerSays) {
   RecordingPlatform platform;
   platform.fail_with("pm_cmi_set_port_config", 0x40290007);

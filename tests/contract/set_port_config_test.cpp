@@ -130,6 +130,34 @@ TEST(PortSetting, NeedsARangeWhichItsTypeTells) {
   EXPECT_EQ(platform.setting_requests.size(), 1U);
 }
 
+TEST(PortSetting, PassesOverAbsentArguments) {
+  RecordingPlatform platform;
+  config_command command(platform, kPort);
+  command.token(9);
+  param_arg_t empty = *command.range_argument;
+  empty.arg = nullptr;
+  command.param->arg_list[3] = command.param->arg_list[1];
+  command.param->arg_list[2] = command.range_argument;
+  command.param->arg_list[1] = &empty;
+  command.param->arg_list[0] = nullptr;
+  command.param->parameter_count = 2;
+  EXPECT_EQ(pm_cli_set_port_config(command.param), 1);
+  EXPECT_EQ(platform.text(), "error: token id list does not contain interface range\n");
+  command.param->parameter_count = 4;
+  EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
+  ASSERT_EQ(platform.setting_requests.size(), 1U);
+  EXPECT_EQ(platform.setting_requests[0].type, 31);
+}
+
+TEST(PortSetting, LooksAtNoMoreArgumentsThanTheBlockHolds) {
+  RecordingPlatform platform;
+  config_command command(platform, kPort);
+  std::swap(command.param->arg_list[0], command.param->arg_list[31]);
+  command.param->parameter_count = 255;
+  EXPECT_EQ(pm_cli_set_port_config(command.param), 1);
+  EXPECT_EQ(platform.text(), "error: invalid configuration 0 on interface\n");
+}
+
 TEST(PortSetting, TakesTheKeywordFromTheRangeThatHasNoRangeToken) {
   RecordingPlatform platform;
   config_command command(platform, kPort);
@@ -259,6 +287,7 @@ TEST(Switchport, SubCommandsBecomeTheirSettings) {
       {line({4, 109, {7, 0x12345678}}), 2, {0x12, 0x34, 0x56, 0x78}},
       {line({4, 109, {7, 16}}, false, kChannel), 2, {0, 0, 0, 16}},
       {line({4, {1, 4}}, false, kChannel), 2, {0, 0, 0, 4}},
+      {line({4, {1, 4}}, false, kSatellite), 2, {0, 0, 0, 4}},
       {line({4}, true), 2, {0x80, 0, 0, 0}},
       {line({4}, true, kPort), 2, {0, 8, 0, 0}},
       {line({15}), 5, {1}},
@@ -315,6 +344,7 @@ TEST(Switchport, SubCommandsBecomeTheirSettings) {
       {line({41}, true), 23, word_bytes(2)},
       {line({45}), 36, word_bytes(1)},
       {line({45}, true), 36, word_bytes(2)},
+      {line({45}, false, kChannel), 36, word_bytes(1)},
       {line({56, 57}), 17, {3}},
       {line({56, 58}), 17, {1}},
       {line({56, 59}), 17, {2}},
@@ -439,6 +469,19 @@ TEST(Switchport, NoNameIsTheEmptyName) {
   EXPECT_EQ(platform.setting_requests[0].value, octets(81));
 }
 
+TEST(Switchport, AnAbsentNameIsTheEmptyName) {
+  for (const bool has_argument : {false, true}) {
+    RecordingPlatform platform;
+    config_command command(platform, kFibre);
+    command.tokens({kSwitchport, 2});
+    if (has_argument) command.token_with(1, nullptr);
+    EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
+    ASSERT_EQ(platform.setting_requests.size(), 1U);
+    EXPECT_EQ(platform.setting_requests[0].type, 6);
+    EXPECT_EQ(platform.setting_requests[0].value, octets(81));
+  }
+}
+
 TEST(Switchport, ReceiveBuffersAreMultiplesOfFour) {
   for (const uint16 size : {uint16{2112}, uint16{256}, uint16{2110}, uint16{2111}}) {
     RecordingPlatform platform;
@@ -527,7 +570,7 @@ TEST(LayerCheck, AsksForEveryInterfaceOfALongRange) {
   EXPECT_EQ(platform.layers_asked.back(), vethernet(kLast));
 }
 
-// The platform of the tests numbers 256 ports in a module and begins again.
+// The recording platform has 256 ports in a module; the port after the last is the first again.
 TEST(LayerCheck, DoesNotFollowAPlatformThatStepsBack) {
   RecordingPlatform platform;
   config_command command(platform, {{kPort, kPort}, {ethernet(1, 255), ethernet(2, 2)}});
@@ -721,7 +764,6 @@ TEST(SettingFailure, ModeENamesTheGroupOfThePortsModule) {
   EXPECT_EQ(platform.text(), "fc2/8: (error) mode E allowed only for interface fc2/5 in group fc2/5-8\n");
 }
 
-// The group is then named by the port itself.
 TEST(SettingFailure, ModeEOfAPortWhosePlaceCannotBeRead) {
   struct unreadable_case {
     const char* failing;
