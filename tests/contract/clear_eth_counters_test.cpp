@@ -274,6 +274,16 @@ TEST(ClearBySteps, AtMost65536) {
   EXPECT_EQ(platform.cleared.back(), at_client("Vethernet65536"));
 }
 
+TEST(ClearBySteps, StopWhereTheNextIsNotGreater) {
+  for (const if_index_t next : {vethernet(2), vethernet(1)}) {
+    RecordingPlatform platform;
+    platform.next_interfaces[vethernet(2)] = next;
+    clear_command command(platform, {{vethernet(1), vethernet(4)}});
+    EXPECT_EQ(pm_cli_eth_clear_counters(command.param), 0);
+    EXPECT_EQ(platform.cleared, (Cleared{at_client("Vethernet1"), at_client("Vethernet2")}));
+  }
+}
+
 TEST(ClearBySteps, StopWhereTheNextIsNotKnown) {
   RecordingPlatform platform;
   platform.fail_with("if_index_next", PM_ERR_GENERAL);

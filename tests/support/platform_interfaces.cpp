@@ -220,6 +220,9 @@ int32 if_index_set_sif_num(if_index_t* if_index, uint32 number) {
 
 int32 if_index_next(if_index_t if_index, if_index_t* next) {
   const uint32 mask = (1U << counting_bits(if_index)) - 1;
+  const auto& others = platform_for("if_index_next").next_interfaces;
+  if (const auto other = others.find(if_index); other != others.end())
+    return get_field("if_index_next", true, other->second, next);
   const bool has_next = !is_place(if_index) && !is_channel(if_index) && (if_index & mask) != mask;
   return get_field("if_index_next", has_next, if_index + 1, next);
 }

@@ -344,6 +344,7 @@ class RecordingPlatform {
   std::optional<uint32> now;                                    // what time() says; without it the real time
   std::map<syserr_t, std::optional<std::string>> syserr_texts;  // no text: null; without an entry: "<system error HEX>"
   std::map<if_index_t, if_index_type_t> types;                  // instead of the kind in the index
+  std::map<if_index_t, if_index_t> next_interfaces;             // of if_index_next(), instead of the next number
   std::map<if_index_t, std::string> names;                      // instead of the name made from the index
   std::map<if_index_t, std::string> short_names;
 
