@@ -8,7 +8,9 @@
 
 #include "pmcli/command.h"
 #include "support/failure_walk.h"
+#include "support/heap.h"
 #include "support/recording_platform.h"
+#include "support/text.h"
 
 namespace pmcli_test {
 namespace {
@@ -285,6 +287,23 @@ TEST(DumpedBytes, HaveANewlineAfterEach65536th) {
   const std::string text = dumped(octets(65537));
   ASSERT_EQ(text.size(), 65537U * 4 + 1);
   EXPECT_EQ(text.substr(65534U * 4), "0X0 0X0\n0X0 \n");
+}
+
+TEST(HeapFailure, NamesTheFileWithoutItsFolders) {
+  RecordingPlatform platform;
+  pmcli::report_malloc_failure(12, "/a/b/clear.cpp", 2392);
+  pmcli::report_malloc_failure(13, "clear.cpp", 7);
+  EXPECT_EQ(platform.text(),
+            "(Error) Malloc Failure in clear.cpp[2392] for size 12\n"
+            "(Error) Malloc Failure in clear.cpp[7] for size 13\n");
+}
+
+TEST(CopiedText, NeedsRoomForItsEnd) {
+  char to[] = "before";
+  pmcli::copy_text(to, 0, "after");
+  EXPECT_STREQ(to, "before");
+  pmcli::copy_text(to, 1, "after");
+  EXPECT_STREQ(to, "");
 }
 
 TEST(MaskLength, CountsTheLeadingOnes) {

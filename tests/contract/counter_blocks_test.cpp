@@ -100,6 +100,13 @@ TEST(PlainBriefRow, FailedFetchShowsNothing) {
   }
 }
 
+TEST(PlainBriefRow, AnEmptyNameLeavesItsColumnBlank) {
+  RecordingPlatform platform;
+  platform.names[kPort] = "";
+  platform.eth_stats[kPort] = with_rates(2'500'000, 5'000'000, 41, 42);
+  EXPECT_EQ(brief_of(platform, kPort), "                       20       41                40       42\n");
+}
+
 TEST(PlainBriefRow, LongFieldsPushTheirFollowers) {
   RecordingPlatform platform;
   platform.names[kPort] = "interface-of-23-columns";

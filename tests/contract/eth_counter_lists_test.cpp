@@ -326,6 +326,8 @@ TEST(EthNonzeroList, NothingIsShownWithoutARecordOrAHandle) {
   pm_cli_show_eth_counters_detailed_all(nullptr, &pfstats, &stats);
   pm_cli_show_L3_eth_counters_detailed(platform.output(), nullptr);
   pm_cli_show_eth_L3_counters_detailed_all(platform.output(), 3, nullptr);
+  pm_cli_show_L3_eth_counters_detailed(nullptr, &pfstats);
+  pm_cli_show_eth_L3_counters_detailed_all(nullptr, 3, &pfstats);
   EXPECT_TRUE(platform.pieces.empty());
 }
 

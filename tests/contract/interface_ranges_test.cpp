@@ -375,6 +375,14 @@ TEST(VsanSetFromFlexibleSet, EmptySetsHoldNothing) {
   EXPECT_EQ(converted({4, {0, 0, 0, 0}}), (std::vector<uint32>{}));
 }
 
+TEST(VsanSetFromFlexibleSet, NoSetHoldsNothing) {
+  RecordingPlatform platform;
+  vsan_bitset_t vsans;
+  std::memset(&vsans, 0xFF, sizeof vsans);
+  EXPECT_EQ(pm_create_vsan_bitset_from_pm_flexi_bitset(nullptr, &vsans), 0U);
+  for (uint32 id = 0; id < 4096; ++id) EXPECT_FALSE(bitset_is_set(&vsans, id)) << id;
+}
+
 TEST(VsanSetFromFlexibleSet, BytesBehindItsCountAreNotLookedAt) {
   EXPECT_EQ(converted({1, {0x01, 0xFF}}), (std::vector<uint32>{7}));
 }

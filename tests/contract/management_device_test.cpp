@@ -93,6 +93,18 @@ TEST(ManagementDeviceDeathTest, HasAtMostFifteenCharacters) {
   });
 }
 
+TEST(ManagementDeviceDeathTest, OfAPlatformPastTheTableHasNoName) {
+  in_fresh_process([] {
+    RecordingPlatform platform;
+    platform.chassis_type = 22;
+    for (const uint32 index : {uint32{PLATFORM_RUNTIME_PARAMS}, 0xFFFFFFFFU}) {
+      platform.runtime_index = index;
+      EXPECT_EQ(kernel_device(mgmt(0)), "");
+      EXPECT_EQ(kernel_device(mgmt(1)), "");
+    }
+  });
+}
+
 TEST(ManagementDeviceDeathTest, AsksForTheChassisOnceInTheLifeOfTheProcess) {
   in_fresh_process([] {
     {

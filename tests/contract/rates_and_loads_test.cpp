@@ -23,6 +23,34 @@ pm_cli_common_show_intf_data_t calculate(ethernet_case given) {
   return data;
 }
 
+// ---- What is missing ----
+
+bool is_untouched(const pm_cli_common_show_intf_data_t& data) {
+  return data.reliability == 0 && data.rx_load == 0 && data.tx_load == 0 && data.last_cleared[0] == '\0';
+}
+
+TEST(Calculation, OfAnythingThatIsMissingDoesNothing) {
+  statscl_portcl_stats_msg_t stats{};
+  pm_port_info_t port{};
+  pm_proc_net_dev_stats_t device{};
+  ip_if_stats addresses{};
+  pm_cli_common_show_intf_data_t data{};
+  pm_cli_calc_eth_reliability_loads(nullptr, &port, &data);
+  pm_cli_calc_eth_reliability_loads(&stats, nullptr, &data);
+  pm_cli_calc_eth_reliability_loads(&stats, &port, nullptr);
+  pm_cli_calc_mgmt_reliability_loads(nullptr, &data);
+  pm_cli_calc_mgmt_reliability_loads(&device, nullptr);
+  pm_cli_calc_ip_reliability_loads(nullptr, &data);
+  pm_cli_calc_ip_reliability_loads(&addresses, nullptr);
+  EXPECT_TRUE(is_untouched(data));
+
+  uint64 rate = 7;
+  uint32 frames = 7;
+  pm_cli_eth_intf_get_rate_stuff(nullptr, &rate, &rate, &frames, &frames, &rate, &rate);
+  EXPECT_EQ(rate, 7U);
+  EXPECT_EQ(frames, 7U);
+}
+
 // ---- Ethernet: reliability ----
 
 uint16 ethernet_reliability(uint64 in_packets, uint64 out_packets, uint64 in_errors, uint64 out_errors) {

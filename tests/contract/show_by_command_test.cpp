@@ -504,6 +504,18 @@ TEST(TransceiverView, NothingFollowsAnIdentityThatFailed) {
   EXPECT_TRUE(shown(platform, 10, kPort).ends_with(kNoState));
 }
 
+TEST(TransceiverView, ReasonFollowsTheIdentityWhereThereAreNoDiagnostics) {
+  for (const uint32 command : {6U, 9U, 10U}) {
+    RecordingPlatform platform;
+    platform.ports[kPort] = port_record();
+    platform.transceivers[kPort] = sfp_record();
+    platform.on_request = [](const mts_request&) { return mts_reply{misc_info(kPort, state_entry(kGoodState))}; };
+    const std::string text = shown(platform, command, kPort);
+    EXPECT_NE(text.find("    name is LIGHTWORKS"), std::string::npos) << command;
+    EXPECT_TRUE(text.ends_with("    Digital diagnostics feature not supported in SFP\n\n")) << command;
+  }
+}
+
 // ---- 13: capabilities ----------------------------------------------------------------------------------------------
 
 TEST(CapabilityView, EthernetPortsShowNothing) {

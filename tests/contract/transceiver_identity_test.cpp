@@ -226,6 +226,17 @@ TEST_F(PortTransceiver, ShortRecordsAreFilledUp) {
   }
 }
 
+TEST_F(PortTransceiver, SuccessWithoutABlockOrALengthIsAFailure) {
+  const std::pair<octets, uint32> kAnswers[] = {{{}, 0}, {{}, 267}, {octets(267, 1), 0}};
+  for (const auto& [block, length] : kAnswers) {
+    platform.clear_output();
+    platform.transceiver_block = block;
+    platform.transceiver_length = length;
+    EXPECT_EQ(show(), PM_ERR_GENERAL);
+    EXPECT_EQ(platform.text(), "Ethernet1/1 error in retrieving sfp information - <system error 40290000>\n");
+  }
+}
+
 TEST_F(PortTransceiver, AnyBytesAreShown) {
   platform.transceiver_block = octets(267, 0xFF);
   EXPECT_EQ(show(), PM_ERR_GENERAL) << "the status is 0xFFFFFFFF";
@@ -515,6 +526,19 @@ TEST(TransmitterType, HasATextWithinItsBound) {
   EXPECT_STREQ(small, "10GB");
   pm_port_type_string(small, 0, 7);
   EXPECT_STREQ(small, "10GB");
+}
+
+// The vendor's extended module code is at offset 206; 9 to 40 are DWDM, unless the module is for 10-gigabit Ethernet.
+TEST(X2Class, OfADwdmModuleComesFirst) {
+  lc_fcot_x2_info_t image{};
+  image.xcvr_type = 2;
+  std::memcpy(reinterpret_cast<uint8*>(&image) + 140, "10-2257-01", 10);
+  for (const uint8 code : {uint8{9}, uint8{40}}) {
+    reinterpret_cast<uint8*>(&image)[206] = code;
+    EXPECT_EQ(pm_get_x2_fcot_type(&image), 20) << int{code};
+  }
+  reinterpret_cast<uint8*>(&image)[206] = 41;
+  EXPECT_EQ(pm_get_x2_fcot_type(&image), 12);
 }
 
 TEST(X2Class, FollowsPartNumberAndType) {

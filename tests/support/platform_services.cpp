@@ -212,7 +212,7 @@ int32 pm_cmi_get_fcot_info(mts_q_handle_t q, uint32 version, uint32 instance, co
   const octets block =
       platform.transceiver_block ? *platform.transceiver_block : records_in(platform.transceivers, *range).second;
   if (block.empty() && !platform.transceiver_block) return PM_ERR_NO_SUCH_INTERFACE;
-  *length = static_cast<uint32>(block.size());
+  *length = platform.transceiver_length.value_or(static_cast<uint32>(block.size()));
   if (!block.empty()) give(platform, "pm_cmi_get_fcot_info", block, response);
   return 0;
 }

@@ -212,6 +212,7 @@ class RecordingPlatform {
   std::vector<port_query> port_queries;  // of pm_cmi_get_port_config() and pm_cmi_get_fcot_info()
   std::map<if_index_t, pm_fcot_res_t> transceivers;
   std::optional<octets> transceiver_block;                                  // takes the place of `transceivers`
+  std::optional<uint32> transceiver_length;                                 // takes the place of the block's length
   std::map<if_index_t, std::vector<if_index_t>> tracked_ports;              // without an entry: a null list
   std::map<if_index_t, std::vector<if_index_t>> channel_members;            // without an entry: a null list
   std::map<if_index_t, std::string> multi_chassis_status;                   // without an entry: empty
