@@ -107,7 +107,7 @@ bool measure(if_index_t low, if_index_t high, measured_range* range) {
       if (!are_in_one_slot(low, high) || !measure_numbers(*of_low->number, low, high, true, range)) return false;
       return range->count != 1 || measure_numbers(kSubInterfaces, low, high, true, range);
   }
-  return false;
+  return false;  // no such rule
 }
 
 }  // namespace
