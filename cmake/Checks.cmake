@@ -18,9 +18,9 @@ if(PMCLI_CHECK_FORMAT)
   find_program(CLANG_FORMAT NAMES clang-format-14 clang-format REQUIRED)
   set(format_checked ${PROJECT_BINARY_DIR}/format.checked)
   add_custom_command(OUTPUT ${format_checked}
-    COMMAND ${CLANG_FORMAT} --dry-run -Werror ${checked_sources}
+    COMMAND ${PROJECT_SOURCE_DIR}/cmake/check_format.sh ${CLANG_FORMAT} ${PROJECT_SOURCE_DIR}
     COMMAND ${CMAKE_COMMAND} -E touch ${format_checked}
-    DEPENDS ${checked_sources} ${PROJECT_SOURCE_DIR}/.clang-format
+    DEPENDS ${checked_sources} ${PROJECT_SOURCE_DIR}/.clang-format ${PROJECT_SOURCE_DIR}/cmake/check_format.sh
     COMMENT "Checking the format" VERBATIM)
   add_custom_target(check_format ALL DEPENDS ${format_checked})
 endif()
