@@ -2,6 +2,7 @@
 #ifndef PLATFORM_IF_INDEX_H
 #define PLATFORM_IF_INDEX_H
 
+#include "platform/if_index_numbers.h"
 #include "platform/types.h"
 #include "platform/wire.h"
 
@@ -67,25 +68,6 @@ boolean if_index_is_sub_intf(if_index_t if_index);
 char* sprintf_if_index(char* buffer, if_index_t if_index);
 int snprintf_if_index(char* buffer, uint32 size, if_index_t if_index);
 int snprintf_if_index_short(char* buffer, uint32 size, if_index_t if_index);
-
-/*
- * Builds the index of a Fibre-Channel port. Returns 0, or a system error and leaves *if_index alone when there is no
- * such place.
- */
-int32 if_index_phy_fc_port_init(if_index_t* if_index, uint32 slot, uint32 port);
-
-/* Replace one number of an index. Each returns 0, or a system error and changes nothing when the interface has none. */
-int32 if_index_set_port(if_index_t* if_index, uint32 port);
-int32 if_index_set_sub_intf(if_index_t* if_index, uint32 sub_interface);
-int32 if_index_set_channel_num(if_index_t* if_index, uint32 channel);
-int32 if_index_set_tunnel(if_index_t* if_index, uint32 tunnel);
-int32 if_index_set_sif_num(if_index_t* if_index, uint32 number);
-
-/*
- * The interface with the next number of the same kind and place, whether it exists or not. Returns 0, or a system error
- * and stores nothing behind the last number and for a kind without numbers.
- */
-int32 if_index_next(if_index_t if_index, if_index_t* next);
 
 /* The in-band interface of the active supervisor. */
 if_index_t if_index_inband_get_active_sup_priority_hi(void);

@@ -7,6 +7,7 @@
 #include "platform/cmd_channel.h"
 #include "platform/eth_statistics.h"
 #include "platform/if_index.h"
+#include "platform/if_index_numbers.h"
 #include "platform/interface_manager.h"
 #include "platform/ip_config.h"
 #include "platform/ip_statistics.h"

@@ -3,19 +3,20 @@
 #include "pm/interface_ranges.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 
 #include "platform/if_index.h"
 #include "platform/platform_data.h"
 #include "platform/syserr.h"
+#include "support/id_set.h"
+#include "support/interface_numbering.h"
+#include "support/kind.h"
+#include "support/lazily.h"
+
+using namespace pmcli;
 
 namespace {
-
-// The number by which the interfaces of a range are told apart: how it is read, and how it is replaced in an index.
-struct numbering {
-  int32 (*get)(if_index_t if_index, uint32* number);
-  int32 (*set)(if_index_t* if_index, uint32 number);
-};
 
 int32 get_sub_interface(if_index_t if_index, uint32* number) {
   uint16 sub_interface = 0;
@@ -24,23 +25,25 @@ int32 get_sub_interface(if_index_t if_index, uint32* number) {
   return error;
 }
 
-constexpr numbering kPorts = {if_index_get_port, if_index_set_port};
-constexpr numbering kSubInterfaces = {get_sub_interface, if_index_set_sub_intf};
-constexpr numbering kChannels = {if_index_port_channel_get_channel_num, if_index_set_channel_num};
-constexpr numbering kEthChannels = {if_index_eth_port_channel_get_channel_num, if_index_set_channel_num};
-constexpr numbering kTunnels = {if_index_fcip_get_tunnel, if_index_set_tunnel};
-constexpr numbering kServers = {if_index_server_interface_get_sif_num, if_index_set_sif_num};
+constexpr interface_numbering kPorts = {lazily<if_index_get_port>, lazily<if_index_set_port>};
+constexpr interface_numbering kSubInterfaces = {get_sub_interface, lazily<if_index_set_sub_intf>};
+constexpr interface_numbering kChannels = {lazily<if_index_port_channel_get_channel_num>,
+                                           lazily<if_index_set_channel_num>};
+constexpr interface_numbering kEthChannels = {lazily<if_index_eth_port_channel_get_channel_num>,
+                                              lazily<if_index_set_channel_num>};
+constexpr interface_numbering kTunnels = {lazily<if_index_fcip_get_tunnel>, lazily<if_index_set_tunnel>};
+constexpr interface_numbering kServers = {lazily<if_index_server_interface_get_sif_num>, lazily<if_index_set_sif_num>};
 
 // What a range of a kind must be. Tunnels are in any order, which is intended: the count wraps.
 enum class range_rule { ports_of_slot, ports_or_sub_interfaces, ascending, any_order, single };
 
-struct kind {
+struct counted_kind {
   if_index_type_t type;
   range_rule rule;
-  const numbering* number;
+  const interface_numbering* number;
 };
 
-constexpr kind kKinds[] = {
+constexpr counted_kind kKinds[] = {
     {IF_TYPE_FC, range_rule::ports_of_slot, &kPorts},
     {IF_TYPE_ETHERNET, range_rule::ports_or_sub_interfaces, &kPorts},
     {IF_TYPE_PORT_CHANNEL, range_rule::ascending, &kChannels},
@@ -53,23 +56,24 @@ constexpr kind kKinds[] = {
     {IF_TYPE_SERVER, range_rule::ascending, &kServers},
 };
 
-const kind* kind_of(if_index_t if_index) {
-  if_index_type_t type = IF_TYPE_NONE;
-  if_index_get_type(if_index, &type);
+const counted_kind* find_kind(if_index_type_t type) {
   const auto found =
-      std::find_if(std::begin(kKinds), std::end(kKinds), [type](const kind& row) { return row.type == type; });
+      std::find_if(std::begin(kKinds), std::end(kKinds), [type](const counted_kind& row) { return row.type == type; });
   return found != std::end(kKinds) ? found : nullptr;
+}
+
+uint32 read_slot_count() {
+  constexpr uint32 kWhenUnknown = 9;
+  constexpr uint32 kWhenNone = 13;
+  platform_info_t info{};
+  if (get_platform_info(&info) != 0) return kWhenUnknown;
+  return info.num_slots != 0 ? info.num_slots : kWhenNone;
 }
 
 // Asked once for the life of the process.
 uint32 slot_count() {
-  constexpr uint32 kWhenUnknown = 9;
-  constexpr uint32 kWhenNone = 13;
-  static const uint32 count = [] {
-    platform_info_t info{};
-    if (get_platform_info(&info) != 0) return kWhenUnknown;
-    return info.num_slots != 0 ? info.num_slots : kWhenNone;
-  }();
+  static uint32 count = 0;  // 0: not asked yet
+  if (count == 0) count = read_slot_count();
   return count;
 }
 
@@ -81,12 +85,13 @@ bool are_in_one_slot(if_index_t low, if_index_t high) {
 
 // The interfaces of a range: numbers from `first` on. A single interface has no numbering.
 struct measured_range {
-  const numbering* number = nullptr;
+  const interface_numbering* number = nullptr;
   uint32 first = 0;
   uint32 count = 0;
 };
 
-bool measure_numbers(const numbering& number, if_index_t low, if_index_t high, bool in_order, measured_range* range) {
+bool measure_numbers(const interface_numbering& number, if_index_t low, if_index_t high, bool in_order,
+                     measured_range* range) {
   uint32 first = 0, last = 0;
   if (number.get(low, &first) != 0 || number.get(high, &last) != 0) return false;
   if (in_order && first > last) return false;
@@ -95,8 +100,8 @@ bool measure_numbers(const numbering& number, if_index_t low, if_index_t high, b
 }
 
 bool measure(if_index_t low, if_index_t high, measured_range* range) {
-  const kind* const of_low = kind_of(low);
-  if (of_low == nullptr || of_low != kind_of(high)) return false;
+  const counted_kind* const of_low = find_kind(kind_of(low));
+  if (of_low == nullptr || of_low != find_kind(kind_of(high))) return false;
   switch (of_low->rule) {
     case range_rule::single: *range = {nullptr, 0, 1}; return true;
     case range_rule::any_order: return measure_numbers(*of_low->number, low, high, false, range);
@@ -111,6 +116,11 @@ bool measure(if_index_t low, if_index_t high, measured_range* range) {
 }
 
 }  // namespace
+
+const interface_numbering* pmcli::numbering_of(if_index_type_t kind) {
+  const counted_kind* const found = find_kind(kind);
+  return found != nullptr ? found->number : nullptr;
+}
 
 uint32 pm_get_num_ports_in_if_index_range(if_index_t if_index_low, if_index_t if_index_high,
                                           uint32* num_ports_in_range) {
@@ -131,11 +141,8 @@ uint32 pm_get_if_index_in_range(if_index_t if_index_low, if_index_t if_index_hig
 }
 
 uint32 pm_create_vsan_bitset_from_pm_flexi_bitset(pm_flexi_bitset_t* flexi_bitset, vsan_bitset_t* vsan_bitset) {
-  bitset_clear_all(vsan_bitset);
+  *vsan_bitset = empty_set();
   if (flexi_bitset == nullptr) return 0;
-  const uint32 ids = 8 * std::min<uint32>(flexi_bitset->num_bytes, BITSET_BYTES);
-  const auto* const bytes = reinterpret_cast<const uint8*>(flexi_bitset + 1);
-  for (uint32 id = 0; id < ids; ++id)
-    if ((bytes[id / 8] & 0x80 >> id % 8) != 0) bitset_set(vsan_bitset, id);
+  std::memcpy(vsan_bitset->bits, flexi_bitset + 1, std::min<uint32>(flexi_bitset->num_bytes, BITSET_BYTES));
   return 0;
 }

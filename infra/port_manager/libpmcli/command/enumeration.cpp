@@ -13,6 +13,7 @@
 #include "pmcli/selection.h"
 #include "support/heap.h"
 #include "support/interface_masks.h"
+#include "support/lazily.h"
 #include "support/listing.h"
 #include "support/scope.h"
 
@@ -157,7 +158,7 @@ int32 list_kind(paraminfo_t* param, uint32 config_type, interface_mask_t mask, i
   if (result != kSuccess) return result;
 
   if (list->length != 0 && (mask == MASK_BAY || mask == MASK_EXTERNAL_FC))
-    std::qsort(list->list, list->length, sizeof(if_index_t), compare_intf_bay_ext_aliases);
+    std::qsort(list->list, list->length, sizeof(if_index_t), lazily<compare_intf_bay_ext_aliases>);
   if (answer.drop() == 0) return kSuccess;
   vsh_print_mts_error_message(VSH_MTS_ERROR_REQUEST, mts_errno_get(param->q));
   std::free(list->list);

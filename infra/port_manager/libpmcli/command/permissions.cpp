@@ -10,6 +10,7 @@
 #include "platform/syserr.h"
 #include "platform/vsan.h"
 #include "pmcli/selection.h"
+#include "support/id_set.h"
 #include "support/kind.h"
 #include "support/scope.h"
 
@@ -54,8 +55,7 @@ fetch_end fetch_ports(mts_q_handle_t q, const vsh_intf_mono_range_t& range, port
 
 // Whether the shell lets the user at a port.
 bool is_allowed(paraminfo_t* param, const pm_port_info_t& port) {
-  vsan_bitset_t trunk_vsans;
-  bitset_clear_all(&trunk_vsans);
+  vsan_bitset_t trunk_vsans = empty_set();
   vsan_get_port_trunking_membership(param->q, port.if_index, &trunk_vsans);  // a failure leaves the empty set
   vsh_fc_intf_perm_check_info_t request{};
   request.vsan_mask = &param->vsan_mask;

@@ -4,6 +4,9 @@
 
 #include "platform/bitset.h"
 #include "pmcli/command.h"
+#include "support/id_set.h"
+
+using namespace pmcli;
 
 namespace {
 
@@ -22,8 +25,7 @@ const char* vlan_string_or_none(uint32 vlan) {
 
 char* vlan_bitmap_string_or_none(char* dst, uint32 len, const vlan_bitset_t* set) {
   // The set's own size comes from a service; the copy has the full size.
-  vlan_bitset_t vlans;
-  bitset_clear_all(&vlans);
+  vlan_bitset_t vlans = empty_set();
   if (set != nullptr) std::memcpy(vlans.bits, set->bits, std::min<uint32>(set->size, BITSET_BYTES));
 
   char text[BITSET_TEXT_BYTES] = {};

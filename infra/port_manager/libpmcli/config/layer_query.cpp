@@ -8,6 +8,7 @@
 #include "platform/interface_manager.h"
 #include "support/errors.h"
 #include "support/interface_manager.h"
+#include "support/interface_numbering.h"
 #include "support/kind.h"
 
 namespace pmcli {
@@ -29,31 +30,12 @@ bool is_layer_known(if_index_t if_index) {
   return false;
 }
 
-// How the number of a kind is read and set.
-struct numbered_kind {
-  if_index_type_t kind;
-  int32 (*get)(if_index_t if_index, uint32* number);
-  int32 (*set)(if_index_t* if_index, uint32 number);
-};
-
-constexpr numbered_kind kNumbered[] = {
-    {IF_TYPE_ETHERNET, if_index_get_port, if_index_set_port},
-    {IF_TYPE_ETHERNET_L3, if_index_get_port, if_index_set_port},
-    {IF_TYPE_PORT_CHANNEL, if_index_port_channel_get_channel_num, if_index_set_channel_num},
-    {IF_TYPE_ETH_PORT_CHANNEL, if_index_eth_port_channel_get_channel_num, if_index_set_channel_num},
-};
-
 // The interface with the next number of its kind; a sub-interface keeps its own and goes to the next port.
 bool step_to_next(if_index_t* if_index) {
-  const if_index_type_t kind = kind_of(*if_index);
-  const auto* const known = std::find_if(std::begin(kNumbered), std::end(kNumbered),
-                                         [kind](const numbered_kind& it) { return it.kind == kind; });
-  if (known == std::end(kNumbered)) {
-    const if_index_t current = *if_index;
-    return if_index_next(current, if_index) == 0;
-  }
+  const interface_numbering* const numbering = numbering_of(kind_of(*if_index));
+  if (numbering == nullptr) return if_index_next(*if_index, if_index) == 0;
   uint32 number = 0;
-  return known->get(*if_index, &number) == 0 && known->set(if_index, number + 1) == 0;
+  return numbering->get(*if_index, &number) == 0 && numbering->set(if_index, number + 1) == 0;
 }
 
 bool are_layers_known(const vsh_intf_mono_range_t& range) {

@@ -12,6 +12,9 @@
 
 using namespace pmcli;
 
+// A table, unlike a function, is bound when the library is loaded. Weak, so that a platform may leave it out.
+extern "C" [[gnu::weak]] platform_runtime_param_t platform_runtime_param_array[PLATFORM_RUNTIME_PARAMS];
+
 namespace {
 
 using kernel_stats = pm_proc_net_dev_stats_t;
@@ -52,6 +55,13 @@ uint32 port_number(if_index_t if_index) {
   return port;
 }
 
+// The names of this platform's devices; empty when it is not in the table.
+platform_runtime_param_t runtime_parameters() {
+  const platform_runtime_param_t* const table = platform_runtime_param_array;
+  const uint32 platform = get_platform_runtime_index();
+  return table != nullptr && platform < PLATFORM_RUNTIME_PARAMS ? table[platform] : platform_runtime_param_t{};
+}
+
 struct device_name {
   explicit device_name(if_index_t if_index) { pm_get_mgmt_kernel_ifname(if_index, text, sizeof text); }
   char text[kDeviceNameBytes] = "";
@@ -68,9 +78,7 @@ void pmcli::pm_get_mgmt_kernel_ifname(if_index_t if_index, char* buf, uint32 siz
     std::snprintf(buf, std::min(size, kDeviceNameBytes - 1), "%s%d", "eth", number);
     return;
   }
-  const uint32 platform = get_platform_runtime_index();
-  const platform_runtime_param_t devices =
-      platform < PLATFORM_RUNTIME_PARAMS ? platform_runtime_param_array[platform] : platform_runtime_param_t{};
+  const platform_runtime_param_t devices = runtime_parameters();
   const bool is_second = is_chassis(type_for_second, CHASSIS_22) && port_number(if_index) == 1;
   copy_text(buf, std::min(size, kDeviceNameBytes),
             is_second ? devices.mgmt_eth_intf_name2 : devices.mgmt_eth_intf_name);

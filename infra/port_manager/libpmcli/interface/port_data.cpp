@@ -10,6 +10,7 @@
 #include "support/chassis.h"
 #include "support/interface_manager.h"
 #include "support/kind.h"
+#include "support/lazily.h"
 #include "support/text.h"
 #include "transceiver/transceiver_record.h"
 
@@ -80,7 +81,7 @@ void fill_port_channel(pm_cli_common_show_intf_data_t* data, if_index_t if_index
 
 syserr_t pm_cli_get_layer(if_index_t if_index, mts_q_handle_t, if_info_t* if_info) {
   constexpr interface_query kLayerMode = {
-      im_get_ifindex_layermode_list,
+      lazily<im_get_ifindex_layermode_list>,
       "im_get_ifindex_layermode_list failed for 0x%x \nstatus: 0x%x - %s\nif_info_status: 0x%x\n"};
   syserr_t error = prepare_interface_manager();
   if (error != 0) return error;

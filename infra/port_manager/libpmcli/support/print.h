@@ -12,11 +12,14 @@
 
 namespace pmcli {
 
+// Not constexpr: what would call it does not compile.
+void tuple_id_is_of_another_type();
+
 // A tuple id whose values are of one type.
 template <uint32 Type>
 struct tuple_id {
   consteval tuple_id(uint32 tuple) : id(tuple) {
-    if (tuple >> 24 != Type) throw "the tuple id is of another type";
+    if (tuple >> 24 != Type) tuple_id_is_of_another_type();
   }
   uint32 id;
 };

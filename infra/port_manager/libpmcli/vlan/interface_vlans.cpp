@@ -2,21 +2,22 @@
 
 #include "pmcli/vlan.h"
 #include "support/interface_manager.h"
+#include "support/lazily.h"
 
 using namespace pmcli;
 
 namespace {
 
 constexpr interface_query kLayerMode = {
-    im_get_ifindex_layermode_list,
+    lazily<im_get_ifindex_layermode_list>,
     "layermode query on if_idx 0x%x failed: \nstatus: 0x%x - %s\nif_info_status: 0x%x\n"};
 
 constexpr interface_query kNativeVlan = {
-    im_get_ifindex_native_vlan_list,
+    lazily<im_get_ifindex_native_vlan_list>,
     "im_get_ifindex_native_vlan_list failed for 0x%x \nstatus: 0x%x - %s\nif_vlan.status: 0x%x\n"};
 
 constexpr interface_query kAccessVlan = {
-    im_get_ifindex_access_vlan_list,
+    lazily<im_get_ifindex_access_vlan_list>,
     "im_get_ifindex_access_vlan_list failed for 0x%x \nstatus: 0x%x - %s\nif_info_status: 0x%x\n"};
 
 }  // namespace

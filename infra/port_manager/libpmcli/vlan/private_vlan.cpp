@@ -9,6 +9,7 @@
 #include "pmcli/vlan.h"
 #include "support/errors.h"
 #include "support/exchange.h"
+#include "support/id_set.h"
 #include "support/kind.h"
 #include "vlan/library_query.h"
 
@@ -61,8 +62,7 @@ syserr_t pm_cli_get_pvlan_info(if_index_t if_index, mts_q_handle_t src_q, vlan_i
                                vlan_bitset_t* pvmapping_secondary, vlan_bitset_t* pvoperational_vlans) {
   if (kind_of(if_index) == IF_TYPE_ETH_PORT_CHANNEL) return 0;
   *pvhost_primary = *pvhost_secondary = *pvmapping_primary = 0;
-  bitset_clear_all(pvmapping_secondary);
-  bitset_clear_all(pvoperational_vlans);
+  *pvmapping_secondary = *pvoperational_vlans = empty_set();
   const service_library library(PVLAN_LIBRARY, RTLD_LAZY);
   if (!library) {
     std::puts("error: couldn't open libpvlan.so");

@@ -3,6 +3,7 @@
 #include "platform/port_channel.h"
 #include "pmcli/command.h"
 #include "pmcli/vlan.h"
+#include "support/id_set.h"
 #include "support/print.h"
 #include "support/scope.h"
 #include "support/text.h"
@@ -86,8 +87,7 @@ void pm_cli_print_eth_trunk_errored_vlans(cmd_rx_handle_t* rx_handle, const pm_p
 
 void pm_cli_print_eth_trunk_stp_forwarding(cmd_rx_handle_t* rx_handle, const pm_port_info_t* port_info,
                                            mts_q_handle_t q) {
-  vlan_bitset_t forwarding;
-  bitset_clear_all(&forwarding);
+  vlan_bitset_t forwarding = empty_set();
   cmd_print_short(rx_handle);
   print_name(rx_handle, *port_info);
   if (pm_cli_get_stp_forwarding_info(port_info->if_index, q, &forwarding) == 0)
