@@ -29,8 +29,7 @@ if(PMCLI_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    # The shell calls some functions of its libraries through pointers of a type that differs in a name only.
-    add_compile_options(-fno-sanitize=function -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/sanitizers.ignore)
+    add_compile_options(-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/sanitizers.ignore)
   endif()
 endif()
 

@@ -15,7 +15,7 @@ host/source:        platform switch source
 host/transport:     platform transport
 host/service:       platform switch transport service
 host/client:        platform switch transport service client
-host/shell:         platform switch source transport service client shell
+host/shell:         platform pm pmcli switch source transport service client shell
 host/sibling:       platform pm pmcli sibling
 "
 ours="$library switch source transport service client shell sibling"

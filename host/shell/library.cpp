@@ -17,7 +17,6 @@ constexpr named_handler kHandlers[] = {
     {"pm_cli_show_sat_eth_port_config", &command_library::show_satellite},
     {"pm_cli_show_mgmt_port_config", &command_library::show_management},
     {"pm_cli_show_loopback_config", &command_library::show_loopback},
-    {"pm_cli_show_inband_port_config", &command_library::show_inband},
     {"pm_cli_show_eth_stat_info", &command_library::show_statistics},
     {"pm_cli_show_common_header", &command_library::common_header},
     {"pm_cli_show_eth_header", &command_library::ethernet_header},
@@ -43,6 +42,11 @@ std::string loader_error() {
   const char* const text = dlerror();
   return text == nullptr ? "(null)" : text;
 }
+
+// Unlike the other handlers it returns a signed number.
+decltype(&pm_cli_show_inband_port_config) the_inband_handler = nullptr;
+
+uint32 show_inband(paraminfo_t* param) { return static_cast<uint32>(the_inband_handler(param)); }
 
 class loaded_library {
  public:
@@ -91,6 +95,8 @@ command_library load_command_libraries(const std::string& directory) {
   command_library found;
   const loaded_library common(directory, "libpmcli_common.so");
   for (const named_handler& wanted : kHandlers) common.find(wanted.name, found.*wanted.handler);
+  common.find("pm_cli_show_inband_port_config", the_inband_handler);
+  found.show_inband = show_inband;
   common.find("pm_cli_if_index_enum_func", found.enumerate);
   common.find("pm_cli_if_index_verification_func", found.verify);
   common.find("pm_cli_check_if_index_for_vsan_perm", found.check_vsans);

@@ -4,22 +4,21 @@
 #include <stdexcept>
 #include <string>
 
-#include "platform/mts.h"
 #include "platform/paraminfo.h"
-#include "platform/port_config.h"
 #include "platform/types.h"
+#include "pmcli/clear.h"
+#include "pmcli/command.h"
+#include "pmcli/config.h"
+#include "pmcli/module.h"
+#include "pmcli/selection.h"
+#include "pmcli/transceiver.h"
 
 namespace host {
 
 using command_handler = uint32 (*)(paraminfo_t*);
 
-// Interfaces as the enumeration callback hands them over: a heap block, null when there are none.
-struct interface_list {
-  uint32 length;
-  if_index_t* list;
-};
-
-// What the shell calls. A display that the libraries do not have is null.
+// What the shell calls; the contracts are in the library's public headers. A display that the libraries do not have is
+// null.
 struct command_library {
   // Rows and blocks, by kind of interface.
   command_handler show_ethernet = nullptr;
@@ -42,10 +41,10 @@ struct command_library {
   command_handler show_errored_vlans = nullptr;
 
   // Displays that are about no interface of the command.
-  int32 (*show_transceivers)(paraminfo_t*) = nullptr;
-  int32 (*show_transceivers_details)(paraminfo_t*) = nullptr;
-  int32 (*show_transceivers_calibrations)(paraminfo_t*) = nullptr;
-  uint32 (*show_module_resources)(paraminfo_t*, uint8) = nullptr;
+  decltype(&pm_show_interface_tranceiver) show_transceivers = nullptr;
+  decltype(&pm_show_interface_tranceiver_details) show_transceivers_details = nullptr;
+  decltype(&pm_show_interface_tranceiver_calibrations) show_transceivers_calibrations = nullptr;
+  decltype(&pm_cli_show_mod_resources) show_module_resources = nullptr;
 
   // Headers of tables.
   command_handler common_header = nullptr;
@@ -55,29 +54,26 @@ struct command_library {
   command_handler loopback_header = nullptr;
   command_handler inband_header = nullptr;
 
-  // Which interfaces exist (1: the list is filled), and whether the command may use them (0: yes).
-  int32 (*enumerate)(paraminfo_t*, interface_list*) = nullptr;
-  int32 (*verify)(interface_mask_t, paraminfo_t*) = nullptr;
-  uint32 (*check_vsans)(paraminfo_t*, if_index_t) = nullptr;
+  // Which interfaces exist, and whether the command may use them.
+  decltype(&pm_cli_if_index_enum_func) enumerate = nullptr;
+  decltype(&pm_cli_if_index_verification_func) verify = nullptr;
+  decltype(&pm_cli_check_if_index_for_vsan_perm) check_vsans = nullptr;
 
-  // One setting for the range in the first argument, by the tokens behind it (0: some port took it, or there was
-  // nothing to do; -12: the user may not).
-  int32 (*set_port_config)(paraminfo_t*) = nullptr;
-
-  // Says which ports refused a setting, by its words.
-  void (*print_refusals)(const char*, pm_port_cfg_status_t*, uint32) = nullptr;
+  // One setting for the ranges in the first argument, and the ports that refused it.
+  decltype(&pm_cli_set_port_config) set_port_config = nullptr;
+  decltype(&print_cfg_status) print_refusals = nullptr;
 
   // Clearing counters: of what the first argument names, and all of a kind.
-  int32 (*clear_ethernet)(paraminfo_t*) = nullptr;
-  int32 (*clear_port_channels)(paraminfo_t*) = nullptr;
-  int32 (*clear_others)(paraminfo_t*) = nullptr;
-  void (*clear_loopbacks)(paraminfo_t*) = nullptr;
-  void (*clear_all_ethernet)(mts_q_handle_t) = nullptr;
-  void (*clear_all_loopbacks)(mts_q_handle_t) = nullptr;
-  int32 (*clear_all_port_channels)(mts_q_handle_t) = nullptr;
-  int32 (*clear_all_others)(paraminfo_t*) = nullptr;  // loopbacks and port-channels
-  void (*clear_management)(if_index_t, mts_q_handle_t) = nullptr;
-  void (*clear_inband)() = nullptr;
+  decltype(&pm_cli_eth_clear_counters) clear_ethernet = nullptr;
+  decltype(&pm_cli_clear_port_channel_counters) clear_port_channels = nullptr;
+  decltype(&pm_cli_clear_counters) clear_others = nullptr;
+  decltype(&pm_cli_loopback_clear_counters) clear_loopbacks = nullptr;
+  decltype(&pm_cli_clear_all_eth_counters) clear_all_ethernet = nullptr;
+  decltype(&pm_cli_clear_all_loopback_counters) clear_all_loopbacks = nullptr;
+  decltype(&pm_clear_all_port_channel_counters) clear_all_port_channels = nullptr;
+  decltype(&pm_cli_clear_all_counters) clear_all_others = nullptr;  // loopbacks and port-channels
+  decltype(&pm_cli_mgmt_clear_counters) clear_management = nullptr;
+  decltype(&pm_cli_inband_clear_counters) clear_inband = nullptr;
 };
 
 // Why a library cannot be used: one line.

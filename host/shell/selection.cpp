@@ -40,7 +40,7 @@ bool for_each_block(std::span<const vsh_intf_mono_range_t> all, Visit visit) {
 
 bool enumerate(const selecting& command, const interface_kind& kind, std::span<const vsh_intf_mono_range_t> block,
                interfaces& found) {
-  interface_list list{};
+  if_index_list_t list{};
   if (command.session.library.enumerate(command.parameters.for_ranges(kind.mask, block), &list) != kEnumerated)
     return false;
   const std::unique_ptr<if_index_t, decltype(&std::free)> owned(list.list, &std::free);
