@@ -1,7 +1,12 @@
 #include "shell/interrupt.h"
 
-#include <csignal>
+#include <unistd.h>
 
+#include <csignal>
+#include <ctime>
+#include <string_view>
+
+#include "shell/exit_codes.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -9,8 +14,25 @@ namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
 struct sigaction action_outside {};
+timespec interrupted_at{};
+
+// Whether the command had a second to end since it was interrupted.
+bool is_stuck() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return now.tv_sec - interrupted_at.tv_sec > 1;
+}
+
+// The code of a command library cannot be stopped, only left.
+void leave_stuck_command() {
+  constexpr std::string_view kText = "\nerror: the command does not end; the shell does.\n";
+  if (write(STDERR_FILENO, kText.data(), kText.size()) < 0) _exit(kInterrupted);
+  _exit(kInterrupted);
+}
 
 void interrupt_command(int) {
+  if (interrupted != 0 && is_stuck()) leave_stuck_command();
+  if (interrupted == 0) clock_gettime(CLOCK_MONOTONIC, &interrupted_at);
   interrupted = 1;
   transport_cancel(true);
 }

@@ -6,7 +6,8 @@ namespace host {
 // True when the command that runs, or ran last, was interrupted.
 bool was_interrupted();
 
-// While it lives, Ctrl-C interrupts the command: the transport gives up, further output is discarded.
+// While it lives, Ctrl-C interrupts the command: the transport gives up, further output is discarded. A command that
+// goes on for seconds nevertheless is left together with the shell when Ctrl-C is pressed again.
 class interrupt_scope {
  public:
   interrupt_scope();
