@@ -44,7 +44,7 @@ host::shell& session() {
     host::the_machine() = host::make_giant(kPorts);
     host::transport_register(host::all_services());
     host::shell made;
-    made.library = host::load_command_libraries(libraries);
+    made.library = host::load_command_library(libraries + "/libpmcli_common.so");
     return made;
   }();
   return one;

@@ -3,6 +3,7 @@
 
 #include "shell/exit_codes.h"
 #include "shell/grammar.h"
+#include "shell/library.h"
 
 namespace host {
 
@@ -16,12 +17,17 @@ struct invocation {
   command_output& output;
 };
 
+// Calls a handler of a display. When one of another library does not return 0, it failed; that is an error of the
+// command.
+void call_handler(const invocation& run, command_handler handler, paraminfo_t* block);
+
+// Displays.
 int show_interface(const invocation& run);
 int show_transceivers(const invocation& run);
 int show_transceivers_details(const invocation& run);
 int show_transceivers_calibrations(const invocation& run);
 int show_module_resources(const invocation& run);
-int show_vlans(const invocation& run);
+int show_added(const invocation& run);
 int show_kernel_map(const invocation& run);
 int clear_all(const invocation& run);
 int clear_range(const invocation& run);

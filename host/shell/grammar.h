@@ -70,7 +70,10 @@ struct command_syntax {
   std::array<syntax_word, MAX_SYNTAX_WORDS> words{};
   std::size_t num_words = 0;
 
-  consteval command_syntax(const char* written) : text(written) {
+  consteval command_syntax(const char* written) : command_syntax(std::string_view(written)) {}
+
+  // At most MAX_SYNTAX_WORDS words, with one blank between them.
+  explicit constexpr command_syntax(std::string_view written) : text(written) {
     std::string_view left = text;
     while (!left.empty()) {
       std::string_view word = left.substr(0, left.find(' '));
@@ -124,9 +127,14 @@ struct command {
   bool may_cut = false;           // a setting that may take a link down; with "no" in brackets only without it
 };
 
-// The table, and the help of each word in it.
+// The table, and the help of each word in it; empty for another word.
 std::span<const command> all_commands();
 std::string_view help_of_word(std::string_view word);
+
+// Adds a command of another library behind those that begin alike, and the help of a word. Their texts must outlive the
+// shell. Call them before the first line is parsed.
+void add_command(const command& added);
+void add_word(std::string_view word, std::string_view help);
 
 // A command as the user wrote it.
 struct command_line {

@@ -37,7 +37,6 @@ constexpr display kTrunk = {kTrunkDisplay, {}, "trunk"};
 constexpr display kTrunkDetail = {kSwitchportDisplay, {}, "trunk_detail"};
 constexpr display kAllowedVlans = {kAllowedVlansDisplay, {}, "trunk_allowed"};
 constexpr display kForwardingVlans = {kForwardingVlansDisplay, {}, "trunk_forwarding"};
-constexpr display kErroredVlans = {kErroredVlansDisplay, {}, "trunk_errored"};
 constexpr display kText = {kNoDisplay, {}};
 constexpr display kMarkedText = {kNoDisplay, {}, {}, true};
 
@@ -73,7 +72,6 @@ constexpr command kGeneralCommands[] = {
     {"show interface [RANGE] trunk", "Trunks: native VLAN, status, port-channel", show_interface, kTrunk, 38},
     {"show interface [RANGE] trunk allowed", "The VLANs that trunks carry", show_interface, kAllowedVlans, 39},
     {"show interface [RANGE] trunk forwarding", "The VLANs in which spanning tree lets them forward", show_interface, kForwardingVlans, 40},
-    {"show interface [RANGE] trunk errored", "The VLANs that an error keeps off them", show_interface, kErroredVlans, ERRORED_VLANS_VIEW},
     {"show interface [RANGE] trunk detail", "Trunks in detail", show_interface, kTrunkDetail, 29},
     {"show interface [RANGE] trunk detail module MODULE", "The same of the ports of a module", show_interface, kTrunkDetail, 30},
     {"show interface [RANGE] trunk detail native-vlan VLANS", "The same of those with such a native VLAN", show_interface, kTrunkDetail, 31},
@@ -81,7 +79,6 @@ constexpr command kGeneralCommands[] = {
     {"show transceiver details", "The same with the limits of their values", show_transceivers_details, kMarkedText},
     {"show transceiver calibrations", "Their calibration constants", show_transceivers_calibrations, kText},
     {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kText},
-    {"show vlan", "The VLANs of the switch", show_vlans, kText},
     {"show kernel-map", "Which device of the kernel an interface is", show_kernel_map, kText},
     {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kText},
     {"clear counters", "Let the counters of Ethernet ports, port-channels, loopbacks and management ports start from 0", clear_all, kText},
@@ -164,7 +161,6 @@ constexpr word_help kWords[] = {
     {"encapsulation", "How frames are packed"},
     {"end", "Leave the configuration"},
     {"err-disabled", "Only ports shut by an error"},
-    {"errored", "The VLANs that an error keeps off them"},
     {"errors", "Only errors"},
     {"ethernet", "All Ethernet ports"},
     {"ethertype", "The number of VLAN tags"},
@@ -261,10 +257,49 @@ constexpr bool every_word_has_help() {
 }
 static_assert(every_word_has_help());
 
+// The table with what was added.
+std::vector<command>& command_list() {
+  static std::vector<command> commands(kCommands.begin(), kCommands.end());
+  return commands;
+}
+
+std::vector<word_help>& added_words() {
+  static std::vector<word_help> words;
+  return words;
+}
+
+// With how many equal words two commands begin.
+std::size_t num_common_words(const command_syntax& one, const command_syntax& other) {
+  std::size_t count = 0;
+  while (count < std::min(one.num_words, other.num_words) && one.words[count].text == other.words[count].text) ++count;
+  return count;
+}
+
 }  // namespace
 
-std::span<const command> all_commands() { return kCommands; }
+std::span<const command> all_commands() { return command_list(); }
 
-std::string_view help_of_word(std::string_view word) { return find_help(word); }
+std::string_view help_of_word(std::string_view word) {
+  const std::string_view known = find_help(word);
+  if (!known.empty()) return known;
+  const auto added = std::find_if(added_words().begin(), added_words().end(),
+                                  [word](const word_help& entry) { return entry.word == word; });
+  return added == added_words().end() ? std::string_view() : added->help;
+}
+
+void add_command(const command& added) {
+  std::vector<command>& commands = command_list();
+  auto place = commands.begin();
+  std::size_t most = 0;
+  for (auto other = commands.begin(); other != commands.end(); ++other) {
+    const std::size_t common = num_common_words(other->syntax, added.syntax);
+    if (common < most) continue;
+    most = common;
+    place = other + 1;
+  }
+  commands.insert(place, added);
+}
+
+void add_word(std::string_view word, std::string_view help) { added_words().push_back({word, help}); }
 
 }  // namespace host

@@ -26,18 +26,6 @@ constexpr named_handler kHandlers[] = {
     {"pm_cli_show_inband_header", &command_library::inband_header},
 };
 
-constexpr named_handler kSiblingHandlers[] = {
-    {"sibling_show_port_capabilities", &command_library::show_port_capabilities},
-    {"sibling_show_detailed", &command_library::show_computed},
-    {"sibling_show_rates", &command_library::show_rates},
-    {"sibling_show_storm_control", &command_library::show_storm_control},
-    {"sibling_show_all_counters", &command_library::show_all_counters},
-    {"sibling_show_transceiver", &command_library::show_transceiver},
-    {"sibling_show_transceiver_calibration", &command_library::show_transceiver_calibration},
-    {"sibling_show_vlans", &command_library::show_vlans},
-    {"sibling_show_errored_vlans", &command_library::show_errored_vlans},
-};
-
 std::string loader_error() {
   const char* const text = dlerror();
   return text == nullptr ? "(null)" : text;
@@ -48,26 +36,23 @@ decltype(&pm_cli_show_inband_port_config) the_inband_handler = nullptr;
 
 uint32 show_inband(paraminfo_t* param) { return static_cast<uint32>(the_inband_handler(param)); }
 
-class loaded_library {
+// The functions of the command library. Throws library_error when one is missing.
+class function_finder {
  public:
-  loaded_library(const std::string& directory, const char* name) : name_(name) {
-    library_ = dlopen((directory + "/" + name).c_str(), RTLD_LAZY | RTLD_LOCAL);
-    if (library_ == nullptr) throw library_error("cannot load the command library: " + loader_error());
-  }
+  explicit function_finder(const std::string& file) : library_(file) {}
 
   template <typename Function>
   void find(const char* name, Function& function) const {
-    dlerror();
-    function = reinterpret_cast<Function>(dlsym(library_, name));
-    if (function == nullptr) throw library_error(std::string(name_) + " has no " + name + ": " + loader_error());
+    std::string error;
+    function = reinterpret_cast<Function>(library_.find(name, error));
+    if (function == nullptr) throw library_error(library_.file() + " has no " + name + ": " + error);
   }
 
  private:
-  const char* name_;
-  void* library_;
+  loaded_library library_;
 };
 
-void find_clearing(const loaded_library& library, command_library& found) {
+void find_clearing(const function_finder& library, command_library& found) {
   library.find("pm_cli_eth_clear_counters", found.clear_ethernet);
   library.find("pm_cli_clear_port_channel_counters", found.clear_port_channels);
   library.find("pm_cli_clear_counters", found.clear_others);
@@ -80,7 +65,7 @@ void find_clearing(const loaded_library& library, command_library& found) {
   library.find("pm_cli_inband_clear_counters", found.clear_inband);
 }
 
-void take_vocabulary(const loaded_library& library) {
+void take_vocabulary(const function_finder& library) {
   vocabulary words{};
   library.find("port_mode_string", words.port_mode);
   library.find("port_rate_mode_string", words.rate_mode);
@@ -91,9 +76,21 @@ void take_vocabulary(const loaded_library& library) {
 
 }  // namespace
 
-command_library load_command_libraries(const std::string& directory) {
+loaded_library::loaded_library(const std::string& file, binding when)
+    : file_(file), handle_(dlopen(file.c_str(), (when == binding::lazy ? RTLD_LAZY : RTLD_NOW) | RTLD_LOCAL)) {
+  if (handle_ == nullptr) throw library_error("cannot load the command library: " + loader_error());
+}
+
+void* loaded_library::find(const char* name, std::string& error) const {
+  dlerror();
+  void* const found = dlsym(handle_, name);
+  if (found == nullptr) error = loader_error();
+  return found;
+}
+
+command_library load_command_library(const std::string& file) {
   command_library found;
-  const loaded_library common(directory, "libpmcli_common.so");
+  const function_finder common(file);
   for (const named_handler& wanted : kHandlers) common.find(wanted.name, found.*wanted.handler);
   common.find("pm_cli_show_inband_port_config", the_inband_handler);
   found.show_inband = show_inband;
@@ -108,9 +105,6 @@ command_library load_command_libraries(const std::string& directory) {
   common.find("pm_cli_show_mod_resources", found.show_module_resources);
   find_clearing(common, found);
   take_vocabulary(common);
-
-  const loaded_library sibling(directory, "libpmcli_sibling.so");
-  for (const named_handler& wanted : kSiblingHandlers) sibling.find(wanted.name, found.*wanted.handler);
   return found;
 }
 

@@ -17,8 +17,7 @@ namespace host {
 
 using command_handler = uint32 (*)(paraminfo_t*);
 
-// What the shell calls; the contracts are in the library's public headers. A display that the libraries do not have is
-// null.
+// What the shell calls of the command library; the contracts are in its public headers.
 struct command_library {
   // Rows and blocks, by kind of interface.
   command_handler show_ethernet = nullptr;
@@ -27,18 +26,6 @@ struct command_library {
   command_handler show_loopback = nullptr;
   command_handler show_inband = nullptr;
   command_handler show_statistics = nullptr;
-
-  // The same, of the sibling library.
-  command_handler show_port_capabilities = nullptr;
-  command_handler show_computed = nullptr;  // the detailed block with what is computed from statistics
-  command_handler show_rates = nullptr;
-  command_handler show_storm_control = nullptr;
-  command_handler show_all_counters = nullptr;
-
-  command_handler show_transceiver = nullptr;              // with tags: identity and diagnostics
-  command_handler show_transceiver_calibration = nullptr;  // with tags: identity and calibration constants
-  command_handler show_vlans = nullptr;
-  command_handler show_errored_vlans = nullptr;
 
   // Displays that are about no interface of the command.
   decltype(&pm_show_interface_tranceiver) show_transceivers = nullptr;
@@ -81,8 +68,26 @@ struct library_error : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Loads the libraries from `directory` for the rest of the process, and takes the texts of port attributes from them.
-// Throws library_error when one of them or a function is missing.
-command_library load_command_libraries(const std::string& directory);
+// A shared object that stays loaded for the rest of the process.
+class loaded_library {
+ public:
+  // What the library calls is looked for at the first call, or `at_once`. Throws library_error when the file cannot be
+  // loaded.
+  enum class binding { lazy, at_once };
+  explicit loaded_library(const std::string& file, binding when = binding::lazy);
+
+  // The address of a function or an object; null when there is none, with the reason in `error`.
+  void* find(const char* name, std::string& error) const;
+
+  const std::string& file() const { return file_; }
+
+ private:
+  std::string file_;
+  void* handle_;
+};
+
+// Loads the command library, and takes the texts of port attributes from it. Throws library_error when it or one of its
+// functions is missing.
+command_library load_command_library(const std::string& file);
 
 }  // namespace host

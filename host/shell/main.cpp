@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "service/services.h"
+#include "shell/added_commands.h"
 #include "shell/library.h"
 #include "shell/options.h"
 #include "shell/print_error.h"
@@ -21,6 +22,12 @@
 #include "transport/transport.h"
 
 namespace host {
+
+// A library of others that cannot be used, which is the user's to mend.
+struct wrong_library : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -100,15 +107,32 @@ int begin_with(const std::string& configuration, shell& session) {
   return code;
 }
 
+// Loads the command library, and the commands of others: those that come with the program, and those that are named.
+command_library load_libraries(const std::vector<std::string>& named) {
+  const fs::path place = (program_directory() / "../lib").lexically_normal();
+  const command_library library = load_command_library(place / "libpmcli_common.so");
+  try {
+    add_commands_in(place / "pmsh");
+    for (const std::string& file : named) add_commands_of(file);
+  } catch (const library_error& error) {
+    throw wrong_library(error.what());
+  }
+  return library;
+}
+
 int run(const options& wanted) {
-  const std::string libraries = (program_directory() / "../lib").lexically_normal().string();
+  if (wanted.published != nullptr) {
+    load_libraries(wanted.libraries);
+    std::fputs(wanted.published().c_str(), stdout);
+    return kDone;
+  }
   if (wanted.clock) clock_set(static_cast<std::time_t>(*wanted.clock));
   the_machine() = build_machine(wanted);
   transport_register(all_services());
   if (!provoke(wanted)) return kUsage;
   shell session;
   if (!choose_user(wanted.user, session)) return kUsage;
-  session.library = load_command_libraries(libraries);
+  session.library = load_libraries(wanted.libraries);
   session.switch_name = the_machine().name;
   if (wanted.is_kernel) {
     session.refresh = refresh_kernel_machine;
@@ -153,6 +177,9 @@ int main(int argc, char** argv) {
   } catch (const host::kernel_error& error) {
     host::print_error(error.what());
     return host::kServiceFailed;
+  } catch (const host::wrong_library& error) {
+    host::print_error(error.what());
+    return host::kUsage;
   } catch (const host::library_error& error) {
     host::print_error(error.what());
     return host::kServiceFailed;

@@ -46,14 +46,9 @@ std::string check_provocation(const std::string& text) {
   return "'" + text + "' is not SERVICE=lost, reject, silent, cut:N or interrupt:N";
 }
 
-// A hidden option that prints a text of the published documents and is done.
-void add_printer(CLI::App& app, const char* name, std::string (*text)()) {
-  app.add_flag_callback(name,
-                        [text] {
-                          std::fputs(text().c_str(), stdout);
-                          throw CLI::Success();
-                        })
-      ->group("");
+// A hidden option that prints a text of the published documents.
+void add_printer(CLI::App& app, const char* name, std::string (*text)(), options& wanted) {
+  app.add_flag_callback(name, [text, &wanted] { wanted.published = text; })->group("");
 }
 
 void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provocations) {
@@ -90,8 +85,11 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provo
       ->check(check_provocation);
   app.add_option("--clock", wanted.clock, "Stop the clock at this moment, in seconds since 1970")->type_name("SECONDS");
   app.add_option("--wait", wanted.longest_wait_sec, "Longest wait for a service")->type_name("SECONDS");
-  add_printer(app, "--print-command-reference", command_reference);
-  add_printer(app, "--print-json-schema", json_schema);
+  app.add_option("--library", wanted.libraries, "Load the commands of a library; may be repeated")
+      ->type_name("FILE")
+      ->allow_extra_args(false);
+  add_printer(app, "--print-command-reference", command_reference, wanted);
+  add_printer(app, "--print-json-schema", json_schema, wanted);
   app.set_version_flag("--version", "pmsh " PMCLI_VERSION);
   app.footer(kFooter);
 }

@@ -15,17 +15,19 @@ struct wanted_provocation {
 };
 
 struct options {
-  std::vector<std::string> commands;  // empty: a user, or standard input
-  std::string configuration;          // file of commands that run first; empty: none
-  std::vector<std::string> files;     // of commands
-  bool keep_going = false;            // also behind a command that failed
-  bool assume_yes = false;            // to questions
-  std::string switch_file;            // empty: the demonstration switch
-  bool is_kernel = false;             // the machine that the shell runs on, in place of a file
-  std::string map_file;               // which interface a device is; empty: the usual ones
-  bool has_session_counters = false;  // cleared counters are so for this session only
-  uint32 giant_ports = 0;             // not 0: a switch of so many ports in place of a file
-  std::string user;                   // empty: the first of the switch
+  std::vector<std::string> commands;     // empty: a user, or standard input
+  std::string configuration;             // file of commands that run first; empty: none
+  std::vector<std::string> files;        // of commands
+  bool keep_going = false;               // also behind a command that failed
+  bool assume_yes = false;               // to questions
+  std::string switch_file;               // empty: the demonstration switch
+  bool is_kernel = false;                // the machine that the shell runs on, in place of a file
+  std::string map_file;                  // which interface a device is; empty: the usual ones
+  bool has_session_counters = false;     // cleared counters are so for this session only
+  uint32 giant_ports = 0;                // not 0: a switch of so many ports in place of a file
+  std::string user;                      // empty: the first of the switch
+  std::vector<std::string> libraries;    // files of command libraries of others
+  std::string (*published)() = nullptr;  // a text to print in place of all else
   std::vector<wanted_provocation> provocations;
   std::optional<uint32> clock;  // seconds since 1970 at which the clock stands
   uint32 longest_wait_sec = 0;  // 0: what the services' clients ask for

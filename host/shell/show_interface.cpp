@@ -40,25 +40,27 @@ struct showing {
 
   const command_library& library() const { return run.session.library; }
 
-  bool is_replaced(const view& in, const interface_kind& kind) const {
-    const replacement& by = in.replaced;
-    const auto is_in = [&kind](std::span<const if_index_type_t> kinds) {
-      return std::find(kinds.begin(), kinds.end(), kind.type) != kinds.end();
-    };
-    return by.handler != nullptr && is_in(by.kinds) &&
-           (!by.only_structured || run.output.is_structured() || is_in(by.also_text));
+  command_handler provided(const view& in, const interface_kind& kind) const {
+    return provided_handler(in.id, kind.mask, run.output.is_structured());
   }
 
   // Null: there is no such display.
   command_handler handler_of(const view& in, const interface_kind& kind) const {
-    const auto handler = is_replaced(in, kind) ? in.replaced.handler : kind.show;
-    return handler == nullptr ? nullptr : library().*handler;
+    if (const command_handler other = provided(in, kind); other != nullptr) return other;
+    if (in.own.handler != nullptr) return is_of(in, kind) ? in.own.handler : nullptr;
+    return kind.show == nullptr ? nullptr : library().*kind.show;
   }
 
   command_handler header_of(const interface_kind& kind) const {
-    if (kind.header == nullptr || handler_of(*shown.front(), kind) == nullptr) return nullptr;
-    const auto header = shown.front()->headers.*kind.header;
+    const view& in = *shown.front();
+    if (in.own.handler != nullptr) return is_of(in, kind) ? in.own.header : nullptr;
+    if (kind.header == nullptr || handler_of(in, kind) == nullptr) return nullptr;
+    const auto header = in.headers.*kind.header;
     return header == nullptr ? nullptr : library().*header;
+  }
+
+  static bool is_of(const view& in, const interface_kind& kind) {
+    return std::find(in.kinds.begin(), in.kinds.end(), kind.type) != in.kinds.end();
   }
 };
 
@@ -94,8 +96,9 @@ bool show_in(const showing& view, const host::view& in, if_index_t if_index) {
   if (handler == nullptr) return false;
   view.parameters.set_command_id(command_id_for(in, kind));
   paraminfo_t* const block = view.parameters.for_interface(kind.mask, if_index);
-  handler(block);
-  const bool has_traffic_lines = kind.has_statistics && in.command_id() == DETAILED_VIEW && !view.is_replaced(in, kind);
+  call_handler(view.run, handler, block);
+  const bool has_traffic_lines =
+      kind.has_statistics && in.command_id() == DETAILED_VIEW && view.provided(in, kind) == nullptr;
   if (has_traffic_lines) view.library().show_statistics(block);
   return true;
 }

@@ -6,6 +6,7 @@
 #include "shell/output/command_output.h"
 #include "shell/parameters.h"
 #include "shell/shell.h"
+#include "shell/views.h"
 
 namespace host {
 namespace {
@@ -24,6 +25,14 @@ int run_display(const invocation& run, Show show) {
 
 }  // namespace
 
+void call_handler(const invocation& run, command_handler handler, paraminfo_t* block) {
+  const uint32 result = handler(block);
+  const std::string_view added = result == 0 ? std::string_view() : name_of_added_handler(handler);
+  if (added.empty()) return;
+  run.output.complain(std::string(added) + " failed: it returned " + std::to_string(result) + ".");
+  run.output.note_failure();
+}
+
 int show_transceivers(const invocation& run) { return run_display(run, run.session.library.show_transceivers); }
 
 int show_transceivers_details(const invocation& run) {
@@ -40,7 +49,10 @@ int show_module_resources(const invocation& run) {
   });
 }
 
-int show_vlans(const invocation& run) { return run_display(run, run.session.library.show_vlans); }
+int show_added(const invocation& run) {
+  return run_display(
+      run, [&run](paraminfo_t* block) { call_handler(run, view_of(run.line.what->command_id).own.handler, block); });
+}
 
 int show_kernel_map(const invocation& run) {
   if (run.session.kernel_devices == nullptr) {

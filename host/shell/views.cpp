@@ -1,7 +1,10 @@
 #include "shell/views.h"
 
 #include <algorithm>
+#include <deque>
 #include <iterator>
+#include <map>
+#include <utility>
 
 namespace host {
 namespace {
@@ -22,7 +25,6 @@ constexpr if_index_type_t kWithCapabilities[] = {IF_TYPE_MGMT, IF_TYPE_ETHERNET,
                                                  IF_TYPE_ETH_PORT_CHANNEL};
 
 constexpr if_index_type_t kPorts[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE};
-constexpr if_index_type_t kOtherPorts[] = {IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE};
 constexpr if_index_type_t kWithRates[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE,
                                           IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
 constexpr if_index_type_t kCounted[] = {IF_TYPE_ETHERNET,         IF_TYPE_ETHERNET_L3,  IF_TYPE_SATELLITE,
@@ -51,17 +53,17 @@ constexpr table_headers kTrunkCounters = {&library::ethernet_header, nullptr, nu
 // clang-format off
 constexpr view kViews[] = {
     {DETAILED_VIEW, kAll, kNone},
-    {COMPUTED_DETAILED_VIEW, kAll, kNone, INBAND_SAME, {&library::show_computed, kCounted}},
+    {COMPUTED_DETAILED_VIEW, kAll, kNone},
     {2, kAll, kCommon},
     {4, kAll, kDescription},
     {5, kBriefRows, kBrief},
-    {6, kPorts, kNone, INBAND_NOTHING, {&library::show_transceiver, kPorts, true, kOtherPorts}},
-    {7, kWithRates, kPortCounters, INBAND_SAME, {&library::show_rates, kWithRates, true}},
-    {9, kPorts, kNone, INBAND_NOTHING, {&library::show_transceiver_calibration, kPorts, true, kOtherPorts}},
-    {10, kPorts, kNone, INBAND_NOTHING, {&library::show_transceiver, kPorts, true, kOtherPorts}},
-    {13, kWithCapabilities, kNone, INBAND_NOTHING, {&library::show_port_capabilities, kPorts}},
-    {18, kButLoopbacks, kCounters, INBAND_NOTHING, {}, 52},
-    {19, kCounted, kPortCounters, INBAND_NOTHING, {&library::show_storm_control, kCounted}},
+    {6, kPorts, kNone, INBAND_NOTHING},
+    {7, kWithRates, kPortCounters},
+    {9, kPorts, kNone, INBAND_NOTHING},
+    {10, kPorts, kNone, INBAND_NOTHING},
+    {13, kWithCapabilities, kNone, INBAND_NOTHING},
+    {18, kButLoopbacks, kCounters, INBAND_NOTHING, 52},
+    {19, kCounted, kPortCounters, INBAND_NOTHING},
     {20, kCounted, kTrunkCounters, INBAND_NOTHING},
     {22, kEthernet, kCommon, INBAND_NOTHING},
     {23, kCounted, kPortCounters, INBAND_NOTHING},
@@ -78,22 +80,67 @@ constexpr view kViews[] = {
     {38, kTrunking, kTrunks, INBAND_NOTHING},
     {39, kTrunking, kTrunks, INBAND_NOTHING},
     {40, kTrunking, kTrunks, INBAND_NOTHING},
-    {44, kButLoopbacks, kCounters, INBAND_COUNTERS, {}, 47},
+    {44, kButLoopbacks, kCounters, INBAND_COUNTERS, 47},
     {47, kButLoopbacks, kCounters, INBAND_NOTHING},
     {50, kInModules, kPortCounters, INBAND_NOTHING},
-    {52, kButLoopbacks, kCounters, INBAND_NOTHING, {}, 55},
+    {52, kButLoopbacks, kCounters, INBAND_NOTHING, 55},
     {55, kButLoopbacks, kCounters, INBAND_NOTHING},
     {58, kAll, kNone, INBAND_COUNTERS},
-    {59, kAll, kNone, INBAND_SAME, {&library::show_all_counters, kCounted}},
-    {ERRORED_VLANS_VIEW, kTrunking, kTrunks, INBAND_NOTHING, {&library::show_errored_vlans, kTrunking}},
+    {59, kAll, kNone},
     {104, kEthernet, kCommon, INBAND_NOTHING},
 };
 // clang-format on
 
+// What other libraries added.
+std::deque<view>& added_views() {
+  static std::deque<view> views;
+  return views;
+}
+
+std::deque<std::vector<if_index_type_t>>& kinds_of_added_views() {
+  static std::deque<std::vector<if_index_type_t>> kinds;
+  return kinds;
+}
+
+std::vector<provided_kinds>& all_provided_kinds() {
+  static std::vector<provided_kinds> provided;
+  return provided;
+}
+
+std::map<command_handler, std::string>& names_of_added_handlers() {
+  static std::map<command_handler, std::string> names;
+  return names;
+}
+
 }  // namespace
 
 const view& view_of(uint32 id) {
+  if (id >= FIRST_ADDED_VIEW) return added_views()[id - FIRST_ADDED_VIEW];
   return *std::find_if(std::begin(kViews), std::end(kViews), [id](const view& known) { return known.id == id; });
+}
+
+uint32 add_view(std::vector<if_index_type_t> kinds, const added_handlers& handlers) {
+  const auto id = FIRST_ADDED_VIEW + static_cast<uint32>(added_views().size());
+  const auto& kept = kinds_of_added_views().emplace_back(std::move(kinds));
+  added_views().push_back({id, kept, kNone, INBAND_SAME, 0, handlers});
+  return id;
+}
+
+void provide_kinds(const provided_kinds& kinds) { all_provided_kinds().push_back(kinds); }
+
+void name_added_handler(command_handler handler, std::string name) {
+  names_of_added_handlers().insert_or_assign(handler, std::move(name));
+}
+
+std::string_view name_of_added_handler(command_handler handler) {
+  const auto found = names_of_added_handlers().find(handler);
+  return found == names_of_added_handlers().end() ? std::string_view() : found->second;
+}
+
+command_handler provided_handler(uint32 view, interface_mask_t kind, bool is_structured) {
+  for (const provided_kinds& it : all_provided_kinds())
+    if (it.view == view && (it.kinds & kind) != 0 && (is_structured || !it.only_structured)) return it.handler;
+  return nullptr;
 }
 
 }  // namespace host

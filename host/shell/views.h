@@ -2,43 +2,64 @@
 #pragma once
 
 #include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "shell/interface_kinds.h"
 
 namespace host {
 
-// Kinds that another handler shows than their own: that of a sibling library.
-struct replacement {
-  command_handler command_library::*handler = nullptr;  // null: none
-  std::span<const if_index_type_t> kinds = {};
-  bool only_structured = false;                     // as text their own handler shows them,
-  std::span<const if_index_type_t> also_text = {};  // but for these, which it does not know
-};
-
-// Ids of views that the code names. Those above 1000 are the shell's own: what the sibling library computes, else the
-// detailed view; and the VLANs that an error keeps off trunks.
-enum { DETAILED_VIEW = 1, COMPUTED_DETAILED_VIEW = 1001, ERRORED_VLANS_VIEW = 1002 };
+// Ids of views that the code names. The one above 1000 is the shell's own: the detailed view, as far as no other
+// library computes more. Those of other libraries follow it.
+enum { DETAILED_VIEW = 1, COMPUTED_DETAILED_VIEW = 1001, FIRST_ADDED_VIEW = 1002 };
 
 // What the library is told for the in-band interface, in place of the view's id, where it has its own idea of it.
 enum inband_id : uint32 { INBAND_SAME = 0, INBAND_COUNTERS = 3, INBAND_NOTHING = 7 };
+
+// The handlers of a view that another library added, for the kinds that the view is of.
+struct added_handlers {
+  command_handler handler = nullptr;  // null: the view is the command library's, by kind
+  command_handler header = nullptr;   // null: none
+  uint32 command_id = 0;
+};
 
 struct view {
   uint32 id;
   std::span<const if_index_type_t> kinds;  // that are shown when no range is given
   table_headers headers;
   inband_id inband = INBAND_SAME;
-  replacement replaced = {};
   uint32 followed_by = 0;  // another view whose table stands below this one; 0: none
+  added_handlers own = {};
 
   // What the library is told.
   uint32 command_id() const {
-    enum : uint32 { ERRORED_VLANS_HEADER = 97 };
-    if (id == ERRORED_VLANS_VIEW) return ERRORED_VLANS_HEADER;
+    if (own.handler != nullptr) return own.command_id;
     return id == COMPUTED_DETAILED_VIEW ? uint32{DETAILED_VIEW} : id;
   }
 };
 
 // The view with this id; it exists.
 const view& view_of(uint32 id);
+
+// Adds a view of another library, which has no kinds when its command is about no interface. Returns its id. Call it
+// before the first command, as provide_kinds().
+uint32 add_view(std::vector<if_index_type_t> kinds, const added_handlers& handlers);
+
+// Kinds of interface that another library shows in the place of the view's own handlers.
+struct provided_kinds {
+  uint32 view;
+  interface_mask_t kinds;
+  bool only_structured;  // the text stays that of the view's own handlers
+  command_handler handler;
+};
+void provide_kinds(const provided_kinds& kinds);
+
+// What a handler of another library is called in errors, "NAME of FILE"; empty for a handler of the command library.
+void name_added_handler(command_handler handler, std::string name);
+std::string_view name_of_added_handler(command_handler handler);
+
+// The handler that provides a kind of interface in a view; null when none does.
+command_handler provided_handler(uint32 view, interface_mask_t kind, bool is_structured);
 
 }  // namespace host

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "platform/vlan_manager.h"
+#include "pmcli/headers.h"
 #include "pmcli/vlan.h"
 #include "sibling/frame.h"
 #include "sibling/port_record.h"
@@ -75,6 +76,10 @@ void show_errored(const sibling::request& wanted) {
   show_vlans(rx, param->q);
   cmd_prt_send(rx);
   return 0;
+}
+
+[[gnu::visibility("default")]] uint32 sibling_show_errored_vlans_header(paraminfo_t* param) {
+  return pm_cli_show_common_header(param);
 }
 
 [[gnu::visibility("default")]] uint32 sibling_show_errored_vlans(paraminfo_t* param) {

@@ -18,6 +18,9 @@ uint32 sibling_show_vlans(paraminfo_t* param);
  */
 uint32 sibling_show_errored_vlans(paraminfo_t* param);
 
+/* Its header, with command id 97. Returns 0. */
+uint32 sibling_show_errored_vlans_header(paraminfo_t* param);
+
 #ifdef __cplusplus
 }
 #endif

@@ -41,6 +41,9 @@ constexpr std::string_view kFailureTexts[] = {
     "im_get_ifindex_layermode_list failed",
 };
 
+// A longer one is broken: a handler that prints without end must not fill the memory.
+constexpr std::size_t kLongestLine = 1 << 20;
+
 bool tells_failure(std::string_view line) {
   return std::any_of(std::begin(kFailureTexts), std::end(kFailureTexts),
                      [line](std::string_view text) { return line.starts_with(text); });
@@ -83,6 +86,7 @@ bool command_output::has_printed_text() const { return stream_ != nullptr && __f
 
 std::string& command_output::line() {
   take_printed();
+  if (line_.size() > kLongestLine) end_line();
   return line_;
 }
 
@@ -100,7 +104,7 @@ void command_output::bind(const cmd_tuple_t& tuple) {
 
 bool command_output::is_unknown(const cmd_tuple_t& tuple) const {
   if (settings_.is_unknown == nullptr || if_index_ == 0) return false;
-  const field* const meaning = find_field(tag_of(tuple));
+  const field* const meaning = find_field(tuple.id);
   return meaning != nullptr && is_perhaps_unknown(*meaning) && settings_.is_unknown(if_index_, meaning->name);
 }
 
@@ -124,6 +128,7 @@ void command_output::text(std::string_view text) {
     text.remove_prefix(end + 1);
   }
   line_ += text;
+  if (line_.size() > kLongestLine) end_line();
 }
 
 // A complete line, without its newline.
@@ -138,7 +143,7 @@ void command_output::deliver(std::string_view line) {
   if (!document_) return filter(line);
   if (line_is_bound_ || line.find_first_not_of(" \t") == std::string_view::npos) return;
   const bool is_decoration = settings_.shown.has_marks && is_of_channel;
-  if (!is_decoration) document_->add_message(line);
+  if (!is_decoration && !document_->add_message(line)) failed_ = true;
 }
 
 void command_output::filter(std::string_view line) {

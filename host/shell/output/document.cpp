@@ -17,6 +17,9 @@ using json_writer = rapidjson::Writer<rapidjson::StringBuffer>;
 
 constexpr uint8 kNotShown = 0xFF;
 
+// Messages are kept until the end of the document. A handler that prints without end must not fill the memory.
+constexpr std::size_t kMostMessageBytes = 16 << 20;
+
 // Where a field stands in the schema.
 std::size_t row_of(const field& meaning) { return static_cast<std::size_t>(&meaning - schema().data()); }
 
@@ -156,7 +159,7 @@ void document::begin_record(std::string_view interface_name) {
 }
 
 const field* document::shown_field(const cmd_tuple_t& tuple) const {
-  const field* const meaning = find_field(tag_of(tuple));
+  const field* const meaning = find_field(tuple.id);
   if (meaning == nullptr || !record_open_ || tuple.id == 0) return nullptr;
   return cell_of_row_[row_of(*meaning)] == kNotShown ? nullptr : meaning;
 }
@@ -218,8 +221,13 @@ void document::end_record(const std::optional<traffic_rates>* rates) {
   write_record(rates);
 }
 
-void document::add_message(std::string_view text) {
+bool document::add_message(std::string_view text) {
   record_is_empty_ = false;
+  if (messages_.size() > kMostMessageBytes) {
+    if (lost_messages_) return false;
+    lost_messages_ = true;
+    text = "error: more messages than a document holds; the rest is missing";
+  }
   rapidjson::StringBuffer buffer;
   json_writer json(buffer);
   json.StartObject();
@@ -230,6 +238,7 @@ void document::add_message(std::string_view text) {
   json.EndObject();
   messages_ += messages_.empty() ? "\n" : ",\n";
   messages_.append(buffer.GetString(), buffer.GetSize());
+  return !lost_messages_;
 }
 
 void document::end() {

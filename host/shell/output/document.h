@@ -49,8 +49,9 @@ class document {
   // The same of a value that nobody knows: it stays null.
   bool bind_unknown(const cmd_tuple_t& tuple);
 
-  // A line that bound no value; it belongs to the record that is open, if any.
-  void add_message(std::string_view text);
+  // A line that bound no value; it belongs to the record that is open, if any. False when the document holds so many
+  // already that this one is left out; its last one says so.
+  bool add_message(std::string_view text);
 
   // Writes what is left: messages, and the end.
   void end();
@@ -71,6 +72,7 @@ class document {
   bool first_record_ = true;
   std::string ready_;
   std::string messages_;
+  bool lost_messages_ = false;
 };
 
 }  // namespace host

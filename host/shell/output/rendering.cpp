@@ -68,7 +68,7 @@ const char* enum_text(enum_words words, uint32 value) {
 
 void append_enum(std::string& to, const cmd_tuple_t& tuple) {
   const uint32 value = value_of_32(tuple);
-  const field* const meaning = find_field(tag_of(tuple));
+  const field* const meaning = find_field(tuple.id);
   const char* const text = meaning == nullptr ? nullptr : enum_text(meaning->words, value);
   if (text == nullptr) return append_number(to, value);
   append_printable(to, text);
@@ -134,7 +134,7 @@ double value_of_float(const cmd_tuple_t& tuple) {
 
 bool is_string(const cmd_tuple_t& tuple) {
   if (type_code(tuple) == CMD_TYPE_STRING || tuple.id == 0) return true;
-  const field* const meaning = find_field(tag_of(tuple));
+  const field* const meaning = find_field(tuple.id);
   return meaning != nullptr && meaning->type == field_type::string;
 }
 

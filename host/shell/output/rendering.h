@@ -15,7 +15,6 @@ struct cmd_tuple_t {
 namespace host {
 
 inline uint8 type_code(const cmd_tuple_t& tuple) { return static_cast<uint8>(tuple.id >> 24); }
-inline uint16 tag_of(const cmd_tuple_t& tuple) { return static_cast<uint16>(tuple.id); }
 
 // The texts of port attributes, which the command library knows. A missing one shows the number.
 struct vocabulary {

@@ -1,7 +1,9 @@
 #include "shell/output/schema.h"
 
+#include <algorithm>
 #include <array>
 #include <iterator>
+#include <vector>
 
 namespace host {
 namespace {
@@ -23,7 +25,7 @@ constexpr auto kFlowControl = kFlowControlDisplay;
 constexpr auto kDetailedCounters = kDetailedCountersDisplay;
 constexpr auto kAllCounters = kAllCountersDisplay;
 constexpr auto kTransceivers = kTransceiverDisplay | kTransceiverDetailsDisplay;
-constexpr auto kTrunks = kTrunkDisplay | kAllowedVlansDisplay | kForwardingVlansDisplay | kErroredVlansDisplay;
+constexpr auto kTrunks = kTrunkDisplay | kAllowedVlansDisplay | kForwardingVlansDisplay;
 constexpr auto kPlain = enum_words::number;
 
 constexpr field kFields[] = {
@@ -582,7 +584,6 @@ constexpr field kFields[] = {
     {0x0078, "port_channel", string, kPlain, kTrunkDisplay},
     {0x0079, "allowed_vlans", string, kPlain, kAllowedVlansDisplay | kSwitchport},
     {0x007A, "forwarding_vlans", string, kPlain, kForwardingVlansDisplay},
-    {0x066F, "errored_vlans", string, kPlain, kErroredVlansDisplay},
 
     // Messages of this process.
     {kTagMessagesSent, "sent", number, kPlain, kTransportDisplay},
@@ -609,13 +610,54 @@ constexpr auto kRowOfTag = [] {
   return rows;
 }();
 
+enum : uint8 { kComponentOfShell = 0 };
+
+// The table, and behind it what was added.
+std::vector<field>& all_rows() {
+  static std::vector<field> rows(std::begin(kFields), std::end(kFields));
+  return rows;
+}
+
+uint64 all_displays() {
+  uint64 displays = 0;
+  for (const field& row : all_rows()) displays |= row.displays;
+  return displays;
+}
+
 }  // namespace
 
-std::span<const field> schema() { return kFields; }
+std::span<const field> schema() { return all_rows(); }
 
-const field* find_field(uint16 tag) {
-  const std::size_t row = tag < kTags ? kRowOfTag[tag] : 0;
-  return row == 0 ? nullptr : &kFields[row - 1];
+const field* find_field(uint32 tuple_id) {
+  const auto tag = static_cast<uint16>(tuple_id);
+  const auto component = static_cast<uint8>(tuple_id >> 16);
+  const std::vector<field>& rows = all_rows();
+  const bool is_ours = component == kComponentOfLibrary || component == kComponentOfShell;
+  if (const std::size_t row = is_ours && tag < kTags ? kRowOfTag[tag] : 0; row != 0) return &rows[row - 1];
+  const auto added = std::find_if(rows.begin() + std::size(kFields), rows.end(),
+                                  [=](const field& row) { return row.tag == tag && row.component == component; });
+  return added == rows.end() ? nullptr : &*added;
+}
+
+display_bit add_display(std::span<const field> fields, std::string& error) {
+  static uint64 last = kTrunkDisplay;  // the last of display_bit
+  while ((last & all_displays()) != 0) last <<= 1;
+  if (last == 0) {
+    error = "there are too many displays";
+    return kNoDisplay;
+  }
+  std::vector<field>& rows = all_rows();
+  for (const field& added : fields) {
+    const field* const known = find_field(uint32{added.component} << 16 | added.tag);
+    if (known != nullptr && (known->name != added.name || known->type != added.type)) {
+      error =
+          "the tuple id of '" + std::string(added.name) + "' belongs to the field '" + std::string(known->name) + "'";
+      return kNoDisplay;
+    }
+    if (known == nullptr) rows.push_back(added);
+    rows[known != nullptr ? static_cast<std::size_t>(known - rows.data()) : rows.size() - 1].displays |= last;
+  }
+  return static_cast<display_bit>(last);
 }
 
 }  // namespace host

@@ -1,9 +1,10 @@
 // The schema: what each tag means. One table gives a field its name in the structured form, its type there, the words
-// of an enumerated value, and the displays that have the field.
+// of an enumerated value, and the displays that have the field. Command libraries of others add rows to it.
 #pragma once
 
 #include <cstddef>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "platform/types.h"
@@ -42,7 +43,7 @@ enum class enum_words : uint8 {
 };
 
 // A display, as a bit so that a field can belong to several.
-enum display_bit : uint32 {
+enum display_bit : uint64 {
   kNoDisplay = 0,
   kDetailedDisplay = 1 << 0,
   kCapabilityDisplay = 1 << 1,
@@ -70,15 +71,19 @@ enum display_bit : uint32 {
   kTrunkDisplay = 1 << 23,
   kAllowedVlansDisplay = 1 << 24,
   kForwardingVlansDisplay = 1 << 25,
-  kErroredVlansDisplay = 1 << 26,
 };
+
+enum : uint8 { kComponentOfLibrary = 0x2A };
 
 struct field {
   uint16 tag;
   std::string_view name;  // several tags may share a name: they are one field
   field_type type;
   enum_words words = enum_words::number;
-  uint32 displays = kNoDisplay;
+  uint64 displays = kNoDisplay;
+  uint8 component = kComponentOfLibrary;  // of its tuple ids
+  std::string_view unit = {};             // of a field of others
+  std::string_view help = {};
 };
 
 // Tags of the shell's own displays; the library's end below.
@@ -96,7 +101,12 @@ enum : uint16 {
 // All fields, in the order in which they stand in a record.
 std::span<const field> schema();
 
-// The field of a tag, or null.
-const field* find_field(uint16 tag);
+// The field of a tuple id, or null.
+const field* find_field(uint32 tuple_id);
+
+// Adds a display with its fields, which may be those of other displays. Their texts must outlive the program's
+// commands. Call it before the first command. Returns kNoDisplay and one line in `error` when a field contradicts
+// another.
+display_bit add_display(std::span<const field> fields, std::string& error);
 
 }  // namespace host

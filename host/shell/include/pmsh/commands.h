@@ -1,0 +1,84 @@
+/*
+ * Commands that a library adds to pmsh.
+ *
+ * A command library is a shared object that exports one table, pmsh_commands[], and the handlers that the table names.
+ * `pmsh --library FILE` loads it; parsing, help, completion, the command reference and the JSON schema follow from the
+ * table. What a handler may call of the shell and of the services is declared in platform/; the loader finds it in the
+ * program. All texts are UTF-8, owned by the library, and used for as long as the shell runs.
+ */
+#ifndef PMSH_COMMANDS_H
+#define PMSH_COMMANDS_H
+
+#include "platform/cmd_channel.h"
+#include "platform/if_index.h"
+#include "platform/paraminfo.h"
+#include "platform/types.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The help of a word that the shell does not know. */
+typedef struct pmsh_word_t {
+  const char* word;
+  const char* help; /* at most eight words */
+} pmsh_word_t;
+
+/* How a field stands in the structured form. An interface is shown by its full name. */
+typedef enum pmsh_field_type {
+  PMSH_TEXT = 1,
+  PMSH_NUMBER,
+  PMSH_DECIMAL, /* bound as a cmd_float_t */
+  PMSH_MAC,
+  PMSH_IPV4,
+  PMSH_INTERFACE
+} pmsh_field_type;
+
+/* A field of the structured form: a value that the handler binds with cmd_tuple(). */
+typedef struct pmsh_field_t {
+  const char* key; /* lower case, words joined by underscores, the unit last: "temperature_celsius"   */
+  uint32 tuple;    /* the tuple id that the handler binds; its type code must be able to hold `type`  */
+  pmsh_field_type type;
+  const char* unit; /* null: none               */
+  const char* help; /* null: none; one sentence */
+} pmsh_field_t;
+
+/* Flags of a command. */
+enum {
+  PMSH_REPLACES = 1,       /* shows the kinds of an existing command of the same words in its place               */
+  PMSH_STRUCTURED_ONLY = 2 /* with PMSH_REPLACES: only with `| json`; the text is still that of the other command */
+};
+
+/* A handler: shows what argument 0 of the block names, flushes, and returns 0. */
+typedef uint32 (*pmsh_handler_t)(paraminfo_t* param);
+
+/*
+ * One command. Members that are left out are zero.
+ *
+ * With RANGE among its words the handler is called once for each interface, as the show handlers of pmcli/command.h
+ * are: `arg` of argument 0 points to its if_index_t. Without RANGE it is called once, and argument 0 holds no ranges.
+ */
+typedef struct pmsh_command_t {
+  const char* words;   /* "show interface [RANGE] temperature": lower case; words in brackets may be left out */
+  const char* help;    /* what it shows, one line                                                             */
+  const char* handler; /* name of an exported pmsh_handler_t                                                  */
+
+  /* With RANGE: the kinds of interface that have the display, as bits of an interface_mask_t. */
+  interface_mask_t kinds;
+  const char* header; /* name of an exported pmsh_handler_t that prints the header of the table; null: none   */
+  uint32 command_id;  /* in the block; the library's own                                                      */
+
+  /* The structured form; without `display` the command has none. Lists end with a null word or key. */
+  const char* display; /* its name in the JSON schema: lower case, words joined by underscores                */
+  const pmsh_field_t* fields;
+  const pmsh_word_t* word_helps;
+  uint32 flags;
+} pmsh_command_t;
+
+/* The table, defined by the library. It ends with an entry of zeros, or where the exported object ends. */
+extern const pmsh_command_t pmsh_commands[];
+
+#ifdef __cplusplus
+}
+#endif
+#endif

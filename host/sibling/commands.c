@@ -1,0 +1,69 @@
+/* The commands of this library. */
+#include "pmsh/commands.h"
+
+#include "sibling/detailed_block.h"
+#include "sibling/port_capabilities.h"
+#include "sibling/port_counters.h"
+#include "sibling/transceivers.h"
+#include "sibling/vlans.h"
+
+/* Kinds of interface. */
+#define PORTS 0x2ULL
+#define ROUTED_AND_SATELLITE_PORTS (0x800000ULL | 0x10000000ULL)
+#define ALL_PORTS (PORTS | ROUTED_AND_SATELLITE_PORTS)
+#define CHANNELS (0x10ULL | 0x100000ULL)
+#define VIRTUAL 0x200000ULL
+
+static const pmsh_word_t kWords[] = {
+    {"errored", "VLANs shut by an error"},
+    {NULL, NULL},
+};
+
+static const pmsh_field_t kErroredVlans[] = {
+    {"interface", 0x0C2A0075, PMSH_INTERFACE, NULL, NULL},
+    {"errored_vlans", 0x302A066F, PMSH_TEXT, NULL, NULL},
+    {NULL, 0, PMSH_TEXT, NULL, NULL},
+};
+
+#define REPLACE(written, function, kinds_of_it, more_flags) \
+  { .words = written, .handler = function, .kinds = kinds_of_it, .flags = PMSH_REPLACES | more_flags }
+
+#ifdef __GNUC__
+__attribute__((visibility("default")))
+#endif
+const pmsh_command_t pmsh_commands[] = {
+    {
+        .words = "show vlan",
+        .help = "The VLANs of the switch",
+        .handler = "sibling_show_vlans",
+    },
+    {
+        .words = "show interface [RANGE] trunk errored",
+        .help = "The VLANs that an error keeps off them",
+        .handler = "sibling_show_errored_vlans",
+        .kinds = ALL_PORTS | CHANNELS,
+        .header = "sibling_show_errored_vlans_header",
+        .command_id = 97,
+        .display = "trunk_errored",
+        .fields = kErroredVlans,
+        .word_helps = kWords,
+    },
+    REPLACE("show interface [RANGE] capabilities", "sibling_show_port_capabilities", ALL_PORTS, 0),
+    REPLACE("show interface [RANGE] detailed", "sibling_show_detailed", ALL_PORTS | CHANNELS | VIRTUAL, 0),
+    REPLACE("show interface [RANGE] counters detailed all", "sibling_show_all_counters", ALL_PORTS | CHANNELS | VIRTUAL,
+            0),
+    REPLACE("show interface [RANGE] counters storm-control", "sibling_show_storm_control",
+            ALL_PORTS | CHANNELS | VIRTUAL, 0),
+    REPLACE("show interface [RANGE] counters brief", "sibling_show_rates", ALL_PORTS | CHANNELS, PMSH_STRUCTURED_ONLY),
+
+    /* The command library shows the transceivers of layer-2 ports as text, and knows no other ports. */
+    REPLACE("show interface [RANGE] transceiver", "sibling_show_transceiver", PORTS, PMSH_STRUCTURED_ONLY),
+    REPLACE("show interface [RANGE] transceiver", "sibling_show_transceiver", ROUTED_AND_SATELLITE_PORTS, 0),
+    REPLACE("show interface [RANGE] transceiver details", "sibling_show_transceiver", PORTS, PMSH_STRUCTURED_ONLY),
+    REPLACE("show interface [RANGE] transceiver details", "sibling_show_transceiver", ROUTED_AND_SATELLITE_PORTS, 0),
+    REPLACE("show interface [RANGE] transceiver calibrations", "sibling_show_transceiver_calibration", PORTS,
+            PMSH_STRUCTURED_ONLY),
+    REPLACE("show interface [RANGE] transceiver calibrations", "sibling_show_transceiver_calibration",
+            ROUTED_AND_SATELLITE_PORTS, 0),
+    {0},
+};
