@@ -156,7 +156,7 @@ std::vector<if_index_type_t> read_kinds(const table_reader& reader, interface_ma
 // ---- The structured form ----
 
 struct field_form {
-  pmsh_field_type type;
+  uint32 type;
   field_type form;
   std::initializer_list<uint8> codes;  // of tuple ids whose values it can show
 };

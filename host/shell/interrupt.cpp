@@ -25,7 +25,7 @@ bool is_stuck() {
 
 // The code of a command library cannot be stopped, only left.
 void leave_stuck_command() {
-  constexpr std::string_view kText = "\nerror: the command does not end; the shell does.\n";
+  constexpr std::string_view kText = "\npmsh: the command does not end, so the shell does.\n";
   if (write(STDERR_FILENO, kText.data(), kText.size()) < 0) _exit(kInterrupted);
   _exit(kInterrupted);
 }

@@ -1,6 +1,11 @@
 #include "shell/library.h"
 
 #include <dlfcn.h>
+#include <link.h>
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
 
 #include "shell/output/rendering.h"
 
@@ -74,10 +79,31 @@ void take_vocabulary(const function_finder& library) {
   set_vocabulary(words);
 }
 
+// Whether the segments of a library reach beyond the end of its file: the loader would map them, and touching them ends
+// the process. Anything else that is wrong with the file, the loader reports.
+bool is_cut(const std::string& file) {
+  std::ifstream in(file, std::ios::binary | std::ios::ate);
+  const auto size = static_cast<uint64>(std::max<std::streamoff>(in.tellg(), 0));
+  const auto read_at = [&in](uint64 offset, auto& record) {
+    in.seekg(static_cast<std::streamoff>(offset));
+    return bool{in.read(reinterpret_cast<char*>(&record), sizeof record)};
+  };
+  ElfW(Ehdr) header{};
+  if (!read_at(0, header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0) return false;
+  for (uint64 i = 0; i < header.e_phnum; ++i) {
+    ElfW(Phdr) segment{};
+    if (!read_at(header.e_phoff + i * sizeof segment, segment)) return true;
+    if (segment.p_type == PT_LOAD && (segment.p_filesz > size || segment.p_offset > size - segment.p_filesz))
+      return true;
+  }
+  return false;
+}
+
 }  // namespace
 
-loaded_library::loaded_library(const std::string& file, binding when)
-    : file_(file), handle_(dlopen(file.c_str(), (when == binding::lazy ? RTLD_LAZY : RTLD_NOW) | RTLD_LOCAL)) {
+loaded_library::loaded_library(const std::string& file, binding when) : file_(file) {
+  if (when == binding::at_once && is_cut(file)) throw library_error(file + ": the file is cut off.");
+  handle_ = dlopen(file.c_str(), (when == binding::lazy ? RTLD_LAZY : RTLD_NOW) | RTLD_LOCAL);
   if (handle_ == nullptr) throw library_error("cannot load the command library: " + loader_error());
 }
 

@@ -83,7 +83,7 @@ class loaded_library {
 
  private:
   std::string file_;
-  void* handle_;
+  void* handle_ = nullptr;
 };
 
 // Loads the command library, and takes the texts of port attributes from it. Throws library_error when it or one of its

@@ -25,20 +25,21 @@ typedef struct pmsh_word_t {
 } pmsh_word_t;
 
 /* How a field stands in the structured form. An interface is shown by its full name. */
-typedef enum pmsh_field_type {
+enum {
   PMSH_TEXT = 1,
   PMSH_NUMBER,
   PMSH_DECIMAL, /* bound as a cmd_float_t */
   PMSH_MAC,
   PMSH_IPV4,
   PMSH_INTERFACE
-} pmsh_field_type;
+};
 
 /* A field of the structured form: a value that the handler binds with cmd_tuple(). */
 typedef struct pmsh_field_t {
-  const char* key; /* lower case, words joined by underscores, the unit last: "temperature_celsius"   */
-  uint32 tuple;    /* the tuple id that the handler binds; its type code must be able to hold `type`  */
-  pmsh_field_type type;
+  const char* key;  /* lower case, words joined by underscores, the unit last: "temperature_celsius"   */
+  uint32 tuple;     /* the tuple id that the handler binds; its type code must be able to hold `type`. Ids of the
+                       command library have component 0x2A; those of other libraries have 0x80 or more. */
+  uint32 type;      /* PMSH_TEXT and so on */
   const char* unit; /* null: none               */
   const char* help; /* null: none; one sentence */
 } pmsh_field_t;
