@@ -56,17 +56,20 @@ std::string ask(const vsh_user_input_info_t& question) {
 }
 
 bool is_yes_assumed = false;
+bool is_anybody_there = true;
 
 }  // namespace
 
 void host::assume_yes() { is_yes_assumed = true; }
+
+void host::ask_nobody() { is_anybody_there = false; }
 
 int32 vsh_util_user_input_get(vsh_user_input_info_t* question, char* answer) {
   if (question == nullptr || answer == nullptr || question->max_len < 0) return -1;
   host::command_output* const output = host::command_output::running();
   if (output != nullptr) output->flush();
   const auto quiet = output == nullptr ? std::nullopt : output->hold_progress();
-  const bool has_terminal = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
+  const bool has_terminal = is_anybody_there && isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
   const std::string assumed = question->notty_input == nullptr ? "" : question->notty_input;
   const std::string given = is_yes_assumed ? "y" : has_terminal ? ask(*question) : assumed;
   const auto length = std::min(given.size(), static_cast<std::size_t>(question->max_len));

@@ -28,18 +28,27 @@ bool terminal_can_page() {
   return isatty(STDIN_FILENO) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb";
 }
 
+// What is the same wherever the output goes.
+void set_display(output_settings& settings, const command_line& line) {
+  settings.shown = line.what->shown;
+  settings.command = line.text;
+  settings.is_cancelled = was_interrupted;
+  settings.is_unknown = the_machine().is_unknown;
+}
+
 output_settings settings_for(const shell& session, const command_line& line) {
-  output_settings settings;
+  output_settings settings = session.output == nullptr ? output_settings() : *session.output;
+  set_display(settings, line);
+  if (session.output != nullptr) {
+    settings.structured |= has_stage(line, pipe_kind::json);
+    return settings;
+  }
   settings.to_terminal = isatty(STDOUT_FILENO) != 0;
   settings.paged =
       session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(line, pipe_kind::no_more);
   settings.structured = has_stage(line, pipe_kind::json) || (line.every && !settings.to_terminal);
-  settings.shown = line.what->shown;
   const char* const no_colour = std::getenv("NO_COLOR");
   settings.coloured = settings.to_terminal && terminal_can_page() && (no_colour == nullptr || no_colour[0] == '\0');
-  settings.command = line.text;
-  settings.is_cancelled = was_interrupted;
-  settings.is_unknown = the_machine().is_unknown;
   return settings;
 }
 
@@ -59,9 +68,14 @@ int run_command(shell& session, const command_line& line) {
                                                   : ", which a watch into a pipe needs. Watch it at a terminal."));
     return kUsage;
   }
+  if (line.every && session.output != nullptr) {
+    print_error("'watch' needs the shell. Repeat the command that it is to show.");
+    return kUsage;
+  }
   if (line.every) return watch(session, line, settings);
   if (session.refresh != nullptr) session.refresh();
-  const interrupt_scope interrupts;
+  std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
+  if (session.output == nullptr) interrupts.emplace();
   int result = kDone;
   {
     command_output output(settings, filters);
@@ -84,7 +98,9 @@ command_queue::~command_queue() { transport_close_queue(handle); }
 
 int run_line(shell& session, std::string_view line) {
   if (const std::string_view question = question_of(line, session.mode); !question.empty()) {
-    std::fputs(help_text(question.substr(0, question.size() - 1), session.mode).c_str(), stdout);
+    const std::string help = help_text(question.substr(0, question.size() - 1), session.mode);
+    if (session.output != nullptr && session.output->sink) return session.output->sink(help), kDone;
+    std::fputs(help.c_str(), stdout);
     std::fflush(stdout);
     return kDone;
   }

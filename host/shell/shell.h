@@ -27,6 +27,8 @@ struct kernel_device {
   if_index_t if_index;
 };
 
+struct output_settings;
+
 struct shell {
   command_library library;
   std::string switch_name;
@@ -36,6 +38,7 @@ struct shell {
   std::vector<if_index_t> (*way_of_user)() = nullptr;        // interfaces that the user is connected by; null: none
   int (*keep_cleared)() = nullptr;  // keeps for others what was cleared: 0 or an errno; null: the switch does it
   std::string kept_cleared_in;      // where; empty: nowhere, it is for this session
+  const output_settings* output = nullptr;  // where a program that embeds the shell wants it; null: standard output
   bool is_interactive = false;
   bool is_leaving = false;  // set by "exit"
   shell_mode mode = kExecMode;

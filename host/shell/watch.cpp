@@ -210,7 +210,7 @@ class watcher {
     output_settings settings = usual_;
     settings.to_terminal = false;
     settings.paged = false;
-    settings.gathered = &text;
+    settings.sink = [&text](std::string_view part) { text += part; };
     settings.traffic = &traffic_;
     {
       command_output output(settings, filters);

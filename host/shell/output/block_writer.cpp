@@ -7,8 +7,8 @@
 namespace host {
 
 void block_writer::flush() {
-  if (text_ != nullptr) {
-    *text_ += pending_;
+  if (sink_) {
+    if (!pending_.empty()) sink_(pending_);
     pending_.clear();
     return;
   }

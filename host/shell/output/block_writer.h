@@ -1,14 +1,18 @@
-// Lines to a file descriptor, gathered into blocks, or to a text in its place.
+// Lines to a file descriptor, gathered into blocks, or to a function in its place.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace host {
 
+// Takes output, block by block.
+using output_sink = std::function<void(std::string_view)>;
+
 class block_writer {
  public:
-  explicit block_writer(int descriptor, std::string* text = nullptr) : descriptor_(descriptor), text_(text) {}
+  explicit block_writer(int descriptor, output_sink sink = {}) : descriptor_(descriptor), sink_(std::move(sink)) {}
 
   void line(std::string_view text) {
     pending_ += text;
@@ -27,7 +31,7 @@ class block_writer {
   static constexpr std::size_t kBlockBytes = 32 * 1024;
 
   int descriptor_;
-  std::string* text_;
+  output_sink sink_;
   std::string pending_;
 };
 

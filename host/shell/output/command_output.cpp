@@ -54,7 +54,7 @@ bool tells_failure(std::string_view line) {
 command_output::command_output(const output_settings& settings, line_filters& filters)
     : settings_(settings),
       filters_(filters),
-      writer_(settings.descriptor, settings.gathered),
+      writer_(settings.descriptor, settings.sink),
       stream_(stand_in()),
       real_stdout_(stdout) {
   if (settings.paged) pager_.emplace(settings.descriptor);
@@ -99,6 +99,7 @@ void command_output::end_line() {
 }
 
 void command_output::bind(const cmd_tuple_t& tuple) {
+  if (settings_.on_value) settings_.on_value(if_index_, tuple);
   if (document_ && document_->bind(tuple)) line_is_bound_ = true;
 }
 
@@ -118,6 +119,7 @@ bool command_output::is_perhaps_unknown(const field& meaning) const {
 }
 
 void command_output::bind_unknown(const cmd_tuple_t& tuple) {
+  if (settings_.on_value) settings_.on_value(if_index_, {tuple.id, nullptr});
   if (document_ && document_->bind_unknown(tuple)) line_is_bound_ = true;
 }
 
@@ -181,7 +183,7 @@ void command_output::complain(std::string_view text) {
     return;
   }
   flush();
-  if (settings_.gathered == nullptr) return print_error(text);
+  if (!settings_.sink) return print_error(text);
   safe_line_.clear();
   append_printable(safe_line_, text);
   show(safe_line_);

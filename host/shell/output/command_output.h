@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,6 +22,9 @@
 
 namespace host {
 
+// Hears of a value of the interface that is being shown; 0: of none. A null `value`: nobody knows it.
+using value_sink = std::function<void(if_index_t, const cmd_tuple_t&)>;
+
 struct output_settings {
   int descriptor = 1;
   bool to_terminal = false;          // lines are shown as soon as they are complete
@@ -30,7 +34,8 @@ struct output_settings {
   display shown{};                   // of the command; used by the structured form
   std::string_view command{};        // for the document
   bool (*is_cancelled)() = nullptr;  // further output is discarded once it returns true
-  std::string* gathered = nullptr;   // takes the output, errors too, in place of the descriptor
+  output_sink sink{};                // takes the output, errors too, in place of the descriptor
+  value_sink on_value{};             // hears of each value that is bound
   bool (*is_unknown)(if_index_t, std::string_view field) = nullptr;  // as machine::is_unknown; null: all is known
   traffic_readings* traffic = nullptr;  // learns which interfaces are shown; records get their rates
 };
@@ -60,7 +65,7 @@ class command_output {
   // Plain text with any number of lines.
   void text(std::string_view text);
 
-  // An error of the shell itself, one line: to standard error, into the document, or among what is gathered.
+  // An error of the shell itself, one line: to standard error, into the document, or to the sink.
   void complain(std::string_view text);
 
   // Shows what is printed so far, also when its line is not complete.
