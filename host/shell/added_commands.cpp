@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstring>
 #include <deque>
-#include <filesystem>
 #include <map>
 #include <optional>
 #include <set>
@@ -284,9 +283,7 @@ void add_entry(table_reader& reader, const pmsh_command_t& entry) {
     add_new_command(reader, entry, words, handler);
 }
 
-}  // namespace
-
-void add_commands_of(const std::string& file) {
+void read_library(const std::string& file) {
   // The loader looks for a name without a slash in its own places.
   const std::string path = file.find('/') == std::string::npos ? "./" + file : file;
   static std::deque<loaded_library> libraries;
@@ -303,12 +300,29 @@ void add_commands_of(const std::string& file) {
   }
 }
 
+}  // namespace
+
+void add_commands_of(const std::string& file) {
+  try {
+    read_library(file);
+  } catch (const library_error& error) {
+    throw added_library_error(error.what());
+  }
+}
+
 void add_commands_in(const std::string& directory) {
   std::set<std::string> files;
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator(directory, error))
     if (entry.path().extension() == ".so") files.insert(entry.path().string());
   for (const std::string& file : files) add_commands_of(file);
+}
+
+command_library load_libraries(const std::filesystem::path& directory, const std::vector<std::string>& named) {
+  const command_library library = load_command_library(directory / "libpmcli_common.so");
+  add_commands_in(directory / "pmsh");
+  for (const std::string& file : named) add_commands_of(file);
+  return library;
 }
 
 }  // namespace host

@@ -23,11 +23,6 @@
 
 namespace host {
 
-// A library of others that cannot be used, which is the user's to mend.
-struct wrong_library : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -107,22 +102,17 @@ int begin_with(const std::string& configuration, shell& session) {
   return code;
 }
 
-// Loads the command library, and the commands of others: those that come with the program, and those that are named.
-command_library load_libraries(const std::vector<std::string>& named) {
-  const fs::path place = (program_directory() / "../lib").lexically_normal();
-  const command_library library = load_command_library(place / "libpmcli_common.so");
-  try {
-    add_commands_in(place / "pmsh");
-    for (const std::string& file : named) add_commands_of(file);
-  } catch (const library_error& error) {
-    throw wrong_library(error.what());
-  }
-  return library;
+// Where the libraries lie: beside the program when it was built here, else where it was installed.
+fs::path library_directory() {
+  const fs::path built = (program_directory() / "../lib").lexically_normal();
+  std::error_code error;
+  return fs::exists(built / "libpmcli_common.so", error) ? built
+                                                         : (program_directory() / PMCLI_LIBRARIES).lexically_normal();
 }
 
 int run(const options& wanted) {
   if (wanted.published != nullptr) {
-    load_libraries(wanted.libraries);
+    load_libraries(library_directory(), wanted.libraries);
     std::fputs(wanted.published().c_str(), stdout);
     return kDone;
   }
@@ -132,7 +122,7 @@ int run(const options& wanted) {
   if (!provoke(wanted)) return kUsage;
   shell session;
   if (!choose_user(wanted.user, session)) return kUsage;
-  session.library = load_libraries(wanted.libraries);
+  session.library = load_libraries(library_directory(), wanted.libraries);
   session.switch_name = the_machine().name;
   if (wanted.is_kernel) {
     session.refresh = refresh_kernel_machine;
@@ -177,7 +167,7 @@ int main(int argc, char** argv) {
   } catch (const host::kernel_error& error) {
     host::print_error(error.what());
     return host::kServiceFailed;
-  } catch (const host::wrong_library& error) {
+  } catch (const host::added_library_error& error) {
     host::print_error(error.what());
     return host::kUsage;
   } catch (const host::library_error& error) {

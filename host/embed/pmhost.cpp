@@ -1,0 +1,296 @@
+#include "pmhost/pmhost.h"
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "service/services.h"
+#include "shell/added_commands.h"
+#include "shell/commands.h"
+#include "shell/output/command_output.h"
+#include "shell/parameters.h"
+#include "shell/print_error.h"
+#include "shell/prompts.h"
+#include "shell/selection.h"
+#include "shell/shell.h"
+#include "source/chassis/switch_file.h"
+#include "switch/interface_name.h"
+#include "switch/model.h"
+#include "transport/transport.h"
+
+namespace fs = std::filesystem;
+
+// The one that is open.
+struct pmhost_t {
+  host::shell session;
+  host::command_queue queue;
+  pmhost_output_t wanted{};
+  host::output_settings output;
+};
+
+struct pmhost_command_t {
+  pmhost_command_t(pmhost_t* of, uint32 id) : host(of), command_id(id), parameters(of->session.who, queue.handle, id) {}
+
+  pmhost_t* host;
+  uint32 command_id;
+  host::command_queue queue;
+  host::command_parameters parameters;
+  std::vector<if_index_t> interfaces;
+  std::vector<vsh_intf_mono_range_t> ranges;
+  interface_mask_t mask = 0;  // of all kinds
+};
+
+namespace {
+
+pmhost_t* the_open_host = nullptr;
+
+void store_error(char** error, const char* text) {
+  if (error != nullptr) *error = strdup(text);
+}
+
+// Calls `work`; an exception becomes `failed` and a text.
+template <typename Result, typename Work>
+Result guarded(char** error, Result failed, Work work) noexcept {
+  try {
+    return work();
+  } catch (const std::bad_alloc&) {
+    store_error(error, "out of memory");
+  } catch (const std::exception& caught) {
+    store_error(error, caught.what());
+  } catch (...) {
+    store_error(error, "unknown failure");
+  }
+  return failed;
+}
+
+// The same of a command: the text goes where errors go.
+template <typename Work>
+int guarded_command(Work work) noexcept {
+  char* error = nullptr;
+  const int code = guarded(&error, int{host::kServiceFailed}, work);
+  if (error != nullptr) guarded(nullptr, 0, [error] { return host::print_error(error), 0; });
+  std::free(error);
+  return code;
+}
+
+// ---- Places ----
+
+// Where this library lies, and the others with it.
+fs::path library_directory() {
+  Dl_info found{};
+  if (dladdr(reinterpret_cast<void*>(&pmhost_open), &found) == 0 || found.dli_fname == nullptr) return ".";
+  return fs::absolute(found.dli_fname).parent_path();
+}
+
+std::string find_switch_file(const std::string& name) {
+  std::error_code error;
+  if (name.find('/') != std::string::npos || fs::exists(name, error)) return name;
+  for (const char* const place : {PMCLI_SWITCHES, PMCLI_INSTALLED_SWITCHES}) {
+    const fs::path file = library_directory() / place / name;
+    if (fs::exists(file, error)) return fs::weakly_canonical(file, error).string();
+  }
+  return name;
+}
+
+// The command library opens the client libraries by name. It finds them in this library's place when they are loaded
+// already.
+void load_client_libraries(const fs::path& directory) {
+  std::error_code error;
+  for (const char* const name : {PMCLI_CLIENT_LIBRARIES}) {
+    const std::string file = std::string("lib") + name + ".so";
+    const fs::path own = directory / "pmcli" / file;
+    dlopen((fs::exists(own, error) ? own : directory / file).c_str(), RTLD_LAZY | RTLD_LOCAL);
+  }
+}
+
+// Once for the process: libraries and what they add to the shell stay.
+const host::command_library& loaded_libraries() {
+  static const host::command_library library = [] {
+    const fs::path directory = library_directory();
+    load_client_libraries(directory);
+    return host::load_libraries(directory, {});
+  }();
+  return library;
+}
+
+// ---- Output ----
+
+void report_value(const pmhost_output_t& to, if_index_t if_index, const cmd_tuple_t& tuple) {
+  const host::field* const meaning = host::find_field(tuple.id);
+  const std::string key(meaning == nullptr ? "" : meaning->name);
+  std::string text;
+  if (tuple.value != nullptr) host::append_tuple_text(text, tuple, false, std::string::npos);
+  const pmhost_value_t value{if_index, tuple.id, meaning == nullptr ? nullptr : key.c_str(),
+                             tuple.value == nullptr ? nullptr : text.c_str(), tuple.value};
+  to.value(to.context, &value);
+}
+
+host::output_settings settings_for(const pmhost_output_t& wanted) {
+  host::output_settings settings;
+  settings.structured = wanted.form == PMHOST_JSON;
+  if (wanted.write != nullptr)
+    settings.sink = [wanted](std::string_view text) { wanted.write(wanted.context, text.data(), text.size()); };
+  if (wanted.value != nullptr)
+    settings.on_value = [wanted](if_index_t if_index, const cmd_tuple_t& tuple) {
+      report_value(wanted, if_index, tuple);
+    };
+  return settings;
+}
+
+void set_output(pmhost_t& host, const pmhost_output_t& wanted) {
+  host.wanted = wanted;
+  host.output = settings_for(wanted);
+  if (wanted.error == nullptr) return host::set_error_sink({});
+  host::set_error_sink([wanted](std::string_view text) { wanted.error(wanted.context, std::string(text).c_str()); });
+}
+
+// ---- Commands ----
+
+std::string choose_interfaces(pmhost_command_t& command, const char* text) {
+  std::vector<host::interface_span> spans;
+  if (const auto error = host::parse_interface_range(text, spans)) return error->message;
+  const host::selection chosen = host::select_named(command.host->session, command.parameters, spans);
+  if (chosen.code != host::kDone) return chosen.complaint.empty() ? "the interfaces were refused" : chosen.complaint;
+  command.interfaces = chosen.interfaces;
+  for (const if_index_t if_index : chosen.interfaces) {
+    command.mask |= host::kind_of(if_index).mask;
+    // Neighbours in one kind are a range.
+    if (!command.ranges.empty() && command.ranges.back().upper_if_index + 1 == if_index)
+      command.ranges.back().upper_if_index = if_index;
+    else
+      command.ranges.push_back({if_index, if_index});
+  }
+  if (command.ranges.size() > PARAM_MAX_RANGES)
+    return "a parameter block holds " + std::to_string(PARAM_MAX_RANGES) + " ranges; these are more";
+  return {};
+}
+
+// The display of the shell's command with this id.
+const host::display* display_of(uint32 command_id) {
+  for (const host::command& known : host::all_commands())
+    if (known.run == host::show_interface && known.command_id == command_id) return &known.shown;
+  return nullptr;
+}
+
+// Runs `work` with the output of a command.
+template <typename Work>
+int run_with_output(pmhost_command_t& command, Work work) {
+  host::output_settings settings = command.host->output;
+  const host::display* const shown = display_of(command.command_id);
+  const std::string text = "display " + std::to_string(command.command_id);
+  if (settings.structured && (shown == nullptr || shown->bit == host::kNoDisplay)) {
+    host::print_error(text + " has no structured form.");
+    return host::kUsage;
+  }
+  if (shown != nullptr) settings.shown = *shown;
+  settings.command = text;
+  settings.is_unknown = host::the_machine().is_unknown;
+  host::line_filters filters;
+  host::command_output output(settings, filters);
+  return work(output);
+}
+
+paraminfo_t* block_of_ranges(pmhost_command_t& command) {
+  return command.parameters.for_ranges(command.mask, command.ranges);
+}
+
+}  // namespace
+
+// ---- The functions of pmhost.h ----
+
+pmhost_t* pmhost_open(const char* switch_file, char** error) {
+  return guarded(error, static_cast<pmhost_t*>(nullptr), [&]() -> pmhost_t* {
+    if (the_open_host != nullptr) throw std::runtime_error("a host is open already; close it first");
+    if (switch_file == nullptr) throw std::runtime_error("there is no name of a switch file");
+    const host::command_library& library = loaded_libraries();
+    host::the_machine() = host::load_switch_file(find_switch_file(switch_file));
+    host::transport_register(host::all_services());
+    host::ask_nobody();
+    auto opened = std::make_unique<pmhost_t>();
+    opened->session.library = library;
+    opened->session.switch_name = host::the_machine().name;
+    const auto& users = host::the_machine().users;
+    opened->session.who = users.empty() ? nullptr : &users.front();
+    opened->session.output = &opened->output;
+    return the_open_host = opened.release();
+  });
+}
+
+void pmhost_close(pmhost_t* host) {
+  if (host == nullptr) return;
+  delete host;
+  the_open_host = nullptr;
+  guarded(nullptr, 0, [] {
+    host::set_error_sink({});
+    host::the_machine() = {};
+    return 0;
+  });
+}
+
+mts_q_handle_t pmhost_queue(pmhost_t* host) { return host->queue.handle; }
+
+void pmhost_set_output(pmhost_t* host, const pmhost_output_t* output) {
+  guarded_command([&] {
+    set_output(*host, output == nullptr ? pmhost_output_t{} : *output);
+    return host::kDone;
+  });
+}
+
+int pmhost_run(pmhost_t* host, const char* line) {
+  return guarded_command([&] { return host::run_line(host->session, line == nullptr ? "" : line); });
+}
+
+pmhost_command_t* pmhost_command(pmhost_t* host, uint32 command_id, const char* interfaces, char** error) {
+  return guarded(error, static_cast<pmhost_command_t*>(nullptr), [&] {
+    auto command = std::make_unique<pmhost_command_t>(host, command_id);
+    const bool names_some = interfaces != nullptr && interfaces[0] != '\0';
+    const std::string fault = names_some ? choose_interfaces(*command, interfaces) : std::string();
+    if (!fault.empty()) throw std::runtime_error(fault);
+    command->parameters.set_command_id(command_id);
+    return command.release();
+  });
+}
+
+void pmhost_end(pmhost_command_t* command) { delete command; }
+
+size_t pmhost_interfaces(const pmhost_command_t* command, const if_index_t** interfaces) {
+  if (interfaces != nullptr) *interfaces = command->interfaces.data();
+  return command->interfaces.size();
+}
+
+paraminfo_t* pmhost_block(pmhost_command_t* command) { return block_of_ranges(*command); }
+
+int pmhost_show(pmhost_command_t* command, pmhost_handler_t handler) {
+  return guarded_command([&] {
+    return run_with_output(*command, [&](host::command_output& output) {
+      std::size_t failed = 0;
+      for (const if_index_t if_index : command->interfaces) {
+        char name[64];
+        output.begin_interface(sprintf_if_index(name, if_index), if_index);
+        handler(command->parameters.for_interface(host::kind_of(if_index).mask, if_index));
+        failed += output.end_interface();
+      }
+      if (failed == 0) return int{host::kDone};
+      return int{failed == command->interfaces.size() ? host::kServiceFailed : host::kSomeInterfacesFailed};
+    });
+  });
+}
+
+int pmhost_call(pmhost_command_t* command, pmhost_handler_t handler) {
+  return guarded_command([&] {
+    return run_with_output(*command, [&](host::command_output& output) {
+      handler(block_of_ranges(*command));
+      output.flush();
+      return int{output.failed() ? host::kServiceFailed : host::kDone};
+    });
+  });
+}
