@@ -16,6 +16,7 @@ typedef uint32 vsh_user_mode_state_t;
 
 enum { SYSMGR_SUPSTATE_STANDBY = 2 };
 enum { VSH_USER_MODE_RESTRICTED = 2 }; /* the user may not see counters */
+enum { PRC_MODE_SHOW = 3 };            /* a show command; any other value may change something */
 
 /* Parameter types that name what `arg` points to. */
 enum {
@@ -83,7 +84,7 @@ typedef struct paraminfo_t {
   param_arg_t* arg_list[PARAM_MAX_ARGS];
   sysmgr_supstate_t sup_state;
   vsh_user_mode_state_t user_mode_state;
-  uint32 prc_mode;         /* 3: a show command */
+  uint32 prc_mode;         /* PRC_MODE_SHOW or another */
   vsan_bitset_t vsan_mask; /* VSANs that the user may see */
   uint32 user_perm_mask;
 } paraminfo_t;

@@ -38,6 +38,7 @@
 #include "pmcli/command.h"
 #include "pmcli/config.h"
 #include "pmcli/counters.h"
+#include "pmcli/displays.h"
 #include "pmcli/headers.h"
 #include "pmcli/interface.h"
 #include "pmcli/module.h"
