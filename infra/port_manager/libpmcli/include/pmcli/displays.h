@@ -22,7 +22,7 @@
  *
  * "Of a module": argument 1 is a PARAM_TYPE_UINT32, a module number from 1. "Of VLANs": argument 1 is a
  * PARAM_TYPE_INT_RANGES. "Header only": the rows belong to another library, and the show handler of Ethernet ports
- * prints "Option not supported". 11, 12, 16, 17, 21, 41 and 103 are no displays. The in-band interface shows its
+ * prints "Option not supported", as for "no display" and for ids that are not listed. The in-band interface shows its
  * detailed view under every id that pm_cli_show_inband_port_config() does not name.
  */
 enum {
@@ -127,7 +127,10 @@ enum {
   DISPLAY_NOTHING_106 = 106               /* prints nothing */
 };
 
-/* Bits of `interface_mask` (interface_mask_t): the kinds of interface that a parameter accepts. */
+/*
+ * Bits of `interface_mask` (interface_mask_t): the kinds of interface that a parameter accepts. For port-channels and
+ * virtual Ethernet interfaces pm_cli_if_index_enum_func() asks the port manager for kind 0.
+ */
 enum {
   IF_MASK_FC = 0x1,                    /* Fibre-Channel ports; names that begin with f */
   IF_MASK_ETHERNET = 0x2,              /* Ethernet-class ports, kind 2 */
