@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Compiles every header of the platform and of the library alone, and what uses them from either language, as C11, C++17
-# and C++20: c_headers_alone.sh C_COMPILER CXX_COMPILER INFRA_DIRECTORY
+# and C++20, with the compilers of the build and with gcc and clang: c_headers_alone.sh C_COMPILER CXX_COMPILER INFRA_DIRECTORY
 set -eu
 . "$(dirname "$0")/../support/script.sh"
 c_compiler=$1 cxx_compiler=$2 infra=$3
@@ -26,9 +26,19 @@ compile_all() {
     fail "$(head -n 20 "$scratch/messages")"
 }
 
-step "every header alone is C11"
-compile_all "$c_compiler" c11 c
-step "every header alone is C++17"
-compile_all "$cxx_compiler" c++17 cpp
-step "every header alone is C++20"
-compile_all "$cxx_compiler" c++20 cpp
+# compile_with C_COMPILER CXX_COMPILER
+compile_with() {
+  step "every header alone is C11 to $(basename "$1")"
+  compile_all "$1" c11 c
+  step "every header alone is C++17 to $(basename "$2")"
+  compile_all "$2" c++17 cpp
+  step "every header alone is C++20 to $(basename "$2")"
+  compile_all "$2" c++20 cpp
+}
+
+compile_with "$c_compiler" "$cxx_compiler"
+for pair in "gcc g++" "clang clang++"; do
+  read -r c cxx <<<"$pair"
+  if [ "$(command -v "$cxx" || true)" = "$cxx_compiler" ]; then continue; fi
+  if command -v "$c" >/dev/null && command -v "$cxx" >/dev/null; then compile_with "$c" "$cxx"; else skipped "headers with $c" "$c is not installed"; fi
+done
