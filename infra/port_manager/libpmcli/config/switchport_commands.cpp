@@ -80,12 +80,12 @@ outcome name(const config_command& command, const row& row) {
 }
 
 bool is_refused_on_channels(uint32 mode) {
-  constexpr uint32 kModes[] = {2, 0x8000, 16, 32, 64, 96};
+  constexpr uint32 kModes[] = {PM_PORT_MODE_SD, PM_PORT_MODE_ST, PM_PORT_MODE_TL,
+                               PM_PORT_MODE_F,  PM_PORT_MODE_FL, PM_PORT_MODE_FX};
   return std::find(std::begin(kModes), std::end(kModes), mode) != std::end(kModes);
 }
 
 outcome mode(const config_command& command, const row& row) {
-  constexpr uint32 kFabric = 0x02000000;
   if (is_vsan_restricted(command.param)) return refuse(kModeNotAllowed, PM_CLI_NOT_PERMITTED);
   if (command.is_no) return send(row, command.kind == IF_TYPE_ETHERNET_L3 ? uint32{PM_PORT_MODE_ACCESS} : row.no);
   if (command.num_behind() < NEXT) return refuse("error: more arguments expected for mode");
@@ -95,7 +95,7 @@ outcome mode(const config_command& command, const row& row) {
   if (!value) return refuse("error: more arguments expected for mode");
   if (!is_by_number && command.is_bundle && is_refused_on_channels(*value))
     return refuse("This mode not supported for port channels");
-  if (command.kind == IF_TYPE_SATELLITE && *value == kFabric)
+  if (command.kind == IF_TYPE_SATELLITE && *value == PM_PORT_MODE_FABRIC)
     return refuse("error: fabric mode not supported for interface type");
   return send(row, *value);
 }
