@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "pmcli/displays.h"
+
 namespace host {
 namespace {
 
@@ -14,23 +16,23 @@ constexpr bool kStats = true;
 
 // clang-format off
 constexpr interface_kind kKinds[] = {
-    {IF_TYPE_ETHERNET,         kUsual,    0x2,        true,  &lib::show_ethernet,   &head::ethernet, kStats},
-    {IF_TYPE_ETHERNET_L3,      kUsual,    0x800000,   true,  &lib::show_ethernet,   &head::ethernet, kStats},
-    {IF_TYPE_SATELLITE,        kUsual,    0x10000000, true,  &lib::show_satellite,  &head::ethernet},
-    {IF_TYPE_PORT_CHANNEL,     kUsual,    0x10,       false, &lib::show_ethernet,   &head::ethernet, kStats},
-    {IF_TYPE_ETH_PORT_CHANNEL, kUsual,    0x100000,   false, &lib::show_ethernet,   &head::ethernet, kStats},
-    {IF_TYPE_VETHERNET,        kUsual,    0x200000,   false, &lib::show_ethernet,   &head::ethernet},
-    {IF_TYPE_MGMT,             kUsual,    0x80,       true,  &lib::show_management, &head::management, kStats},
-    {IF_TYPE_LOOPBACK,         kUsual,    0x4000,     true,  &lib::show_loopback,   &head::loopback},
-    {IF_TYPE_INBAND,           kUsual,    0x800,      true,  &lib::show_inband,     &head::inband},
-    {IF_TYPE_FC,               kUsual,    0x1,        true,  nullptr,               nullptr},
-    {IF_TYPE_FC,               kBay,      0x40000,    true,  nullptr,               nullptr},
-    {IF_TYPE_FC,               kExternal, 0x80000,    true,  nullptr,               nullptr},
-    {IF_TYPE_ISCSI,            kUsual,    0x8,        true,  nullptr,               nullptr},
-    {IF_TYPE_EXTERNAL,         kUsual,    0x2000000,  true,  nullptr,               nullptr},
-    {IF_TYPE_FCIP,             kUsual,    0,          false, nullptr,               nullptr},
-    {IF_TYPE_GIG_ETHERNET,     kUsual,    0,          false, nullptr,               nullptr},
-    {IF_TYPE_SERVER,           kUsual,    0,          false, nullptr,               nullptr},
+    {IF_TYPE_ETHERNET,         kUsual,    IF_MASK_ETHERNET,         true,  &lib::show_ethernet,   &head::ethernet, kStats},
+    {IF_TYPE_ETHERNET_L3,      kUsual,    IF_MASK_ETHERNET_L3,      true,  &lib::show_ethernet,   &head::ethernet, kStats},
+    {IF_TYPE_SATELLITE,        kUsual,    IF_MASK_SATELLITE,        true,  &lib::show_satellite,  &head::ethernet},
+    {IF_TYPE_PORT_CHANNEL,     kUsual,    IF_MASK_PORT_CHANNEL,     false, &lib::show_ethernet,   &head::ethernet, kStats},
+    {IF_TYPE_ETH_PORT_CHANNEL, kUsual,    IF_MASK_ETH_PORT_CHANNEL, false, &lib::show_ethernet,   &head::ethernet, kStats},
+    {IF_TYPE_VETHERNET,        kUsual,    IF_MASK_VETHERNET,        false, &lib::show_ethernet,   &head::ethernet},
+    {IF_TYPE_MGMT,             kUsual,    IF_MASK_MGMT,             true,  &lib::show_management, &head::management, kStats},
+    {IF_TYPE_LOOPBACK,         kUsual,    IF_MASK_LOOPBACK,         true,  &lib::show_loopback,   &head::loopback},
+    {IF_TYPE_INBAND,           kUsual,    IF_MASK_INBAND,           true,  &lib::show_inband,     &head::inband},
+    {IF_TYPE_FC,               kUsual,    IF_MASK_FC,               true,  nullptr,               nullptr},
+    {IF_TYPE_FC,               kBay,      IF_MASK_BAY,              true,  nullptr,               nullptr},
+    {IF_TYPE_FC,               kExternal, IF_MASK_EXTERNAL_FC,      true,  nullptr,               nullptr},
+    {IF_TYPE_ISCSI,            kUsual,    IF_MASK_ISCSI,            true,  nullptr,               nullptr},
+    {IF_TYPE_EXTERNAL,         kUsual,    IF_MASK_EXTERNAL,         true,  nullptr,               nullptr},
+    {IF_TYPE_FCIP,             kUsual,    0,                        false, nullptr,               nullptr},
+    {IF_TYPE_GIG_ETHERNET,     kUsual,    0,                        false, nullptr,               nullptr},
+    {IF_TYPE_SERVER,           kUsual,    0,                        false, nullptr,               nullptr},
 };
 // clang-format on
 

@@ -8,9 +8,6 @@
 namespace host {
 namespace {
 
-constexpr sysmgr_supstate_t kSupervisorActive = 1;
-constexpr uint32 kShowCommand = 3;
-constexpr uint32 kSettingCommand = 1;
 constexpr uint32 kLastVsan = 4093;
 
 const char* name_of(const user* who) {
@@ -37,9 +34,9 @@ command_parameters::command_parameters(const user* who, mts_q_handle_t q, uint32
   block_.vtyname = isatty(STDIN_FILENO) != 0 ? ttyname(STDIN_FILENO) : nullptr;
   block_.username = name_of(who);
   block_.session_id = static_cast<uint32>(getpid());
-  block_.sup_state = kSupervisorActive;
-  block_.user_mode_state = who != nullptr && !who->sees_counters ? VSH_USER_MODE_RESTRICTED : 0;
-  block_.prc_mode = kShowCommand;
+  block_.sup_state = SYSMGR_SUPSTATE_ACTIVE;
+  block_.user_mode_state = who != nullptr && !who->sees_counters ? VSH_USER_MODE_RESTRICTED : VSH_USER_MODE_FULL;
+  block_.prc_mode = PRC_MODE_SHOW;
   set_vsans(block_.vsan_mask, who);
   interfaces_.type = PARAM_TYPE_INTERFACES;
   block_.arg_list[0] = &interfaces_;
@@ -66,7 +63,7 @@ void command_parameters::add_number_ranges(std::span<const vlan_span> ranges) {
 }
 
 void command_parameters::begin_setting(bool is_no) {
-  block_.prc_mode = kSettingCommand;
+  block_.prc_mode = PRC_MODE_CONFIGURE;
   block_.no_flag = is_no ? 1 : 0;
   interfaces_.type = PARAM_TYPE_CONF_INTERFACES;
   interfaces_.token_id = TOKEN_CONF_INTERFACES;

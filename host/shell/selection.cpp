@@ -7,6 +7,7 @@
 
 #include "platform/port_manager.h"
 #include "platform/vsh.h"
+#include "pmcli/displays.h"
 #include "shell/interface_kinds.h"
 #include "shell/listing.h"
 
@@ -125,10 +126,9 @@ ranges found_ranges(const interface_kind& kind, std::span<const expanded_span> s
 
 // The exit code of a verification that did not succeed; why goes to `complaint` unless it was printed.
 int refusal(int32 result, std::string& complaint) {
-  enum : int32 { FAILED = -1, FORBIDDEN = -13 };
-  if (result == FAILED) return kServiceFailed;
-  complaint = result == FORBIDDEN ? "the user's VSANs do not allow this command on these interfaces."
-                                  : "the port manager does not allow this command on these interfaces.";
+  if (result == PM_CLI_FAILED) return kServiceFailed;
+  complaint = result == PM_CLI_VSAN_DENIED ? "the user's VSANs do not allow this command on these interfaces."
+                                           : "the port manager does not allow this command on these interfaces.";
   return kNotPermitted;
 }
 

@@ -6,12 +6,13 @@
 
 #include "client/setting_results.h"
 #include "platform/port_config.h"
+#include "pmcli/displays.h"
 #include "shell/commands.h"
 
 namespace host {
 
 // What the command library returns when the user may not make settings.
-inline constexpr int32 kForbiddenSetting = -12;
+inline constexpr int32 kForbiddenSetting = PM_CLI_NOT_PERMITTED;
 
 // In the structured form: a record for each port that refused.
 void record_refusals(command_output& output, std::span<const pm_port_cfg_status_t> ports);

@@ -98,7 +98,7 @@ bool show_in(const showing& view, const host::view& in, if_index_t if_index) {
   paraminfo_t* const block = view.parameters.for_interface(kind.mask, if_index);
   call_handler(view.run, handler, block);
   const bool has_traffic_lines =
-      kind.has_statistics && in.command_id() == DETAILED_VIEW && view.provided(in, kind) == nullptr;
+      kind.has_statistics && in.command_id() == DISPLAY_DETAIL && view.provided(in, kind) == nullptr;
   if (has_traffic_lines) view.library().show_statistics(block);
   return true;
 }

@@ -6,16 +6,21 @@
 #include <string_view>
 #include <vector>
 
+#include "pmcli/displays.h"
 #include "shell/interface_kinds.h"
 
 namespace host {
 
-// Ids of views that the code names. The one above 1000 is the shell's own: the detailed view, as far as no other
-// library computes more. Those of other libraries follow it.
-enum { DETAILED_VIEW = 1, COMPUTED_DETAILED_VIEW = 1001, FIRST_ADDED_VIEW = 1002 };
+// Ids of views are command ids of the library (pmcli/displays.h). The one above 1000 is the shell's own: the detailed
+// view, as far as no other library computes more. Those of other libraries follow it.
+enum { COMPUTED_DETAILED_VIEW = 1001, FIRST_ADDED_VIEW = 1002 };
 
 // What the library is told for the in-band interface, in place of the view's id, where it has its own idea of it.
-enum inband_id : uint32 { INBAND_SAME = 0, INBAND_COUNTERS = 3, INBAND_NOTHING = 7 };
+enum inband_id : uint32 {
+  INBAND_SAME = 0,
+  INBAND_COUNTERS = DISPLAY_COUNTERS,
+  INBAND_NOTHING = DISPLAY_COUNTERS_BRIEF
+};
 
 // The handlers of a view that another library added, for the kinds that the view is of.
 struct added_handlers {
@@ -35,7 +40,7 @@ struct view {
   // What the library is told.
   uint32 command_id() const {
     if (own.handler != nullptr) return own.command_id;
-    return id == COMPUTED_DETAILED_VIEW ? uint32{DETAILED_VIEW} : id;
+    return id == COMPUTED_DETAILED_VIEW ? uint32{DISPLAY_DETAIL} : id;
   }
 };
 

@@ -1,6 +1,7 @@
 /* The commands of this library. */
 #include "pmsh/commands.h"
 
+#include "pmcli/displays.h"
 #include "sibling/detailed_block.h"
 #include "sibling/port_capabilities.h"
 #include "sibling/port_counters.h"
@@ -8,11 +9,11 @@
 #include "sibling/vlans.h"
 
 /* Kinds of interface. */
-#define PORTS 0x2ULL
-#define ROUTED_AND_SATELLITE_PORTS (0x800000ULL | 0x10000000ULL)
+#define PORTS IF_MASK_ETHERNET
+#define ROUTED_AND_SATELLITE_PORTS (IF_MASK_ETHERNET_L3 | IF_MASK_SATELLITE)
 #define ALL_PORTS (PORTS | ROUTED_AND_SATELLITE_PORTS)
-#define CHANNELS (0x10ULL | 0x100000ULL)
-#define VIRTUAL 0x200000ULL
+#define CHANNELS (IF_MASK_PORT_CHANNEL | IF_MASK_ETH_PORT_CHANNEL)
+#define VIRTUAL IF_MASK_VETHERNET
 
 static const pmsh_word_t kWords[] = {
     {"errored", "VLANs shut by an error"},

@@ -27,11 +27,10 @@ std::vector<uint16> every_vlan() {
 }
 
 uint32 default_port_mode(if_index_type_t kind, uint32 layer) {
-  constexpr uint32 kAuto = 0x1;
   constexpr if_index_type_t kFibreChannel[] = {IF_TYPE_FC, IF_TYPE_FCIP, IF_TYPE_SERVER, IF_TYPE_INBAND};
   if (layer != IF_LAYER_2) return 0;
   const bool is_fc = std::find(std::begin(kFibreChannel), std::end(kFibreChannel), kind) != std::end(kFibreChannel);
-  return is_fc ? kAuto : uint32{PM_PORT_MODE_ACCESS};
+  return is_fc ? PM_PORT_MODE_AUTO : PM_PORT_MODE_ACCESS;
 }
 
 uint32 slowest_mbps(uint8 speeds) {

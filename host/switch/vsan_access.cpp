@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/port_manager.h"
+
 namespace host {
 namespace {
 
-constexpr uint32 kTrunkingModes = 0x00000008     // TE
-                                  | 0x00100000   // trunk
-                                  | 0x04000000   // TF
-                                  | 0x08000000;  // TNP
+constexpr uint32 kTrunkingModes = PM_PORT_MODE_TE | PM_PORT_MODE_TRUNK | PM_PORT_MODE_TF | PM_PORT_MODE_TNP;
 
 bool holds(const vsan_bitset_t& set, uint32 vsan) {
   return vsan / 8 < BITSET_BYTES && (set.bits[vsan / 8] & 0x80U >> vsan % 8) != 0;

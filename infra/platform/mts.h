@@ -61,7 +61,11 @@ mts_rr_token_t mts_rr_token_get(const mts_msg_ref_t* sent);
  */
 int32 mts_recv(mts_q_handle_t q, mts_msg_ref_t* got, mts_recv_options_t* options);
 
-/* Error number of the last transport call on the queue; MTS_ERRNO_INTERRUPTED is an interrupted call. */
+/*
+ * Why the last call on the queue failed; MTS_ERRNO_INTERRUPTED is an interrupted call. Good until the next mts_send()
+ * or mts_recv(): an mts_drop() that succeeds leaves it alone, for a request is dropped before its failed mts_recv() is
+ * reported.
+ */
 int32 mts_errno_get(mts_q_handle_t q);
 
 /* Payload of a received message, owned by the message; null when it has none. */

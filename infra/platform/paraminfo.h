@@ -14,8 +14,10 @@ typedef uint32 param_type_t;      /* what `arg` points to */
 typedef uint32 sysmgr_supstate_t; /* state of this supervisor */
 typedef uint32 vsh_user_mode_state_t;
 
-enum { SYSMGR_SUPSTATE_STANDBY = 2 };
-enum { VSH_USER_MODE_RESTRICTED = 2 }; /* the user may not see counters */
+/* What the shell passes. The library only tests for the second state, the second mode and the show command. */
+enum { SYSMGR_SUPSTATE_ACTIVE = 1, SYSMGR_SUPSTATE_STANDBY = 2 };
+enum { VSH_USER_MODE_FULL = 0, VSH_USER_MODE_RESTRICTED = 2 }; /* restricted: the user may not see rates in brief */
+enum { PRC_MODE_CONFIGURE = 1, PRC_MODE_SHOW = 3 };
 
 /* Parameter types that name what `arg` points to. */
 enum {
@@ -83,7 +85,7 @@ typedef struct paraminfo_t {
   param_arg_t* arg_list[PARAM_MAX_ARGS];
   sysmgr_supstate_t sup_state;
   vsh_user_mode_state_t user_mode_state;
-  uint32 prc_mode;         /* 3: a show command */
+  uint32 prc_mode;         /* PRC_MODE_SHOW, or another for a command that may change something */
   vsan_bitset_t vsan_mask; /* VSANs that the user may see */
   uint32 user_perm_mask;
 } paraminfo_t;

@@ -39,7 +39,28 @@ typedef uint32 pm_delayed_trap_state_t;
 typedef uint8 pm_port_state_t;
 typedef uint8 pm_port_state_reason_t;
 
-enum { PM_PORT_MODE_IPS = 0x00000200, PM_PORT_MODE_ACCESS = 0x00080000, PM_PORT_MODE_TRUNK = 0x00100000 };
+/* Port modes, with the words of their texts. */
+enum {
+  PM_PORT_MODE_AUTO = 0x00000001,
+  PM_PORT_MODE_SD = 0x00000002,
+  PM_PORT_MODE_E = 0x00000004,
+  PM_PORT_MODE_TE = 0x00000008,
+  PM_PORT_MODE_TL = 0x00000010,
+  PM_PORT_MODE_F = 0x00000020,
+  PM_PORT_MODE_FL = 0x00000040, /* a loop; two more loop modes follow */
+  PM_PORT_MODE_FX = 0x00000060, /* F or FL */
+  PM_PORT_MODE_IPS = 0x00000200,
+  PM_PORT_MODE_ISCSI = 0x00000400,
+  PM_PORT_MODE_NP = 0x00004000,
+  PM_PORT_MODE_ST = 0x00008000,
+  PM_PORT_MODE_ACCESS = 0x00080000, /* shows as "FA", which has the same value */
+  PM_PORT_MODE_TRUNK = 0x00100000,
+  PM_PORT_MODE_PVLAN_HOST = 0x00400000,
+  PM_PORT_MODE_PVLAN_PROMISCUOUS = 0x00800000,
+  PM_PORT_MODE_FABRIC = 0x02000000, /* to a satellite unit */
+  PM_PORT_MODE_TF = 0x04000000,
+  PM_PORT_MODE_TNP = 0x08000000
+};
 
 enum { PM_PORT_STATE_UP = 1, PM_PORT_STATE_DOWN = 2 };
 

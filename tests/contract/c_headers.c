@@ -1,6 +1,7 @@
 /* The public headers and the platform headers, as a C program sees them. */
 #include "c_headers.h"
 
+#include "c_headers_both.h"
 #include "platform/bitset.h"
 #include "platform/card_config.h"
 #include "platform/clear_counters.h"
@@ -37,6 +38,7 @@
 #include "pmcli/command.h"
 #include "pmcli/config.h"
 #include "pmcli/counters.h"
+#include "pmcli/displays.h"
 #include "pmcli/headers.h"
 #include "pmcli/interface.h"
 #include "pmcli/module.h"
@@ -51,6 +53,17 @@ uint32 c_reads_be32(const void* bytes) { return be32_get(((const pm_port_info_t*
 uint64 c_reads_be64(const void* bytes) {
   return be64_get(((const statscl_portcl_stats_msg_t*)bytes)->mac.errors.input_errors);
 }
+
+void c_writes(void* port, void* stats, void* status) {
+  fill_port_record((pm_port_info_t*)port);
+  fill_statistics((statscl_portcl_stats_msg_t*)stats);
+  fill_clear_status((pm_clear_status_t*)status);
+}
+
+uint32 c_reads_if_index(const void* port) { return index_of((const pm_port_info_t*)port); }
+uint16 c_reads_mtu(const void* port) { return mtu_of((const pm_port_info_t*)port); }
+uint64 c_reads_errors(const void* stats) { return errors_of((const statscl_portcl_stats_msg_t*)stats); }
+int32 c_reads_status(const void* status) { return status_of((const pm_clear_status_t*)status); }
 
 size_t c_size_of_port_record(void) { return sizeof(pm_port_info_t); }
 size_t c_size_of_display_data(void) { return sizeof(pm_cli_common_show_intf_data_t); }

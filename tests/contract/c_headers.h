@@ -13,6 +13,13 @@ uint32 c_reads_be16(const void* bytes);
 uint32 c_reads_be32(const void* bytes);
 uint64 c_reads_be64(const void* bytes);
 
+/* c_headers_both.h, run as C: what it writes into records and reads out of them. */
+void c_writes(void* port, void* stats, void* status);
+uint32 c_reads_if_index(const void* port);
+uint16 c_reads_mtu(const void* port);
+uint64 c_reads_errors(const void* stats);
+int32 c_reads_status(const void* status);
+
 size_t c_size_of_port_record(void);
 size_t c_size_of_display_data(void);
 size_t c_size_of_parameter_block(void);

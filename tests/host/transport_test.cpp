@@ -160,6 +160,18 @@ TEST_F(Transport, KeepsAnswersOnTheSendersQueue) {
   transport_close_queue(other);
 }
 
+TEST_F(Transport, ReasonOfAFailedReceiveSurvivesTheDropOfTheRequest) {
+  const mts_msg_ref_t request = sent("silence");
+  mts_msg_ref_t answer{}, second{};
+  ASSERT_EQ(receive(request, &answer), 0);
+  ASSERT_EQ(receive(request, &second, 0), -1);
+
+  drop(request);
+  drop(answer);
+
+  EXPECT_EQ(error(), ETIMEDOUT);
+}
+
 TEST_F(Transport, AcceptsAnEmptyReferenceEverywhere) {
   mts_msg_ref_t empty{};
 

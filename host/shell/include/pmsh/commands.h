@@ -64,7 +64,7 @@ typedef struct pmsh_command_t {
   const char* help;    /* what it shows, one line                                                             */
   const char* handler; /* name of an exported pmsh_handler_t                                                  */
 
-  /* With RANGE: the kinds of interface that have the display, as bits of an interface_mask_t. */
+  /* With RANGE: the kinds of interface that have the display, bits IF_MASK_... (pmcli/displays.h). */
   interface_mask_t kinds;
   const char* header; /* name of an exported pmsh_handler_t that prints the header of the table; null: none   */
   uint32 command_id;  /* in the block; the library's own                                                      */

@@ -10,6 +10,7 @@
 #include "platform/port_manager.h"
 #include "platform/startup_config.h"
 #include "platform/vsh.h"
+#include "pmcli/displays.h"
 #include "pmcli/selection.h"
 #include "support/heap.h"
 #include "support/interface_masks.h"
@@ -32,16 +33,16 @@ struct listing_kind {
 };
 
 constexpr listing_kind kListingKinds[] = {
-    {MASK_FC, IF_TYPE_FC},
-    {MASK_BAY, IF_TYPE_FC},
-    {MASK_EXTERNAL_FC, IF_TYPE_FC},
-    {MASK_ETHERNET, IF_TYPE_ETHERNET},
-    {MASK_ETHERNET_L3, IF_TYPE_ETHERNET_L3},
-    {MASK_MGMT, IF_TYPE_MGMT},
-    {MASK_ISCSI, IF_TYPE_ISCSI},
-    {MASK_EXTERNAL, IF_TYPE_EXTERNAL},
-    {MASK_LOOPBACK, IF_TYPE_LOOPBACK},
-    {MASK_SATELLITE, IF_TYPE_SATELLITE},
+    {IF_MASK_FC, IF_TYPE_FC},
+    {IF_MASK_BAY, IF_TYPE_FC},
+    {IF_MASK_EXTERNAL_FC, IF_TYPE_FC},
+    {IF_MASK_ETHERNET, IF_TYPE_ETHERNET},
+    {IF_MASK_ETHERNET_L3, IF_TYPE_ETHERNET_L3},
+    {IF_MASK_MGMT, IF_TYPE_MGMT},
+    {IF_MASK_ISCSI, IF_TYPE_ISCSI},
+    {IF_MASK_EXTERNAL, IF_TYPE_EXTERNAL},
+    {IF_MASK_LOOPBACK, IF_TYPE_LOOPBACK},
+    {IF_MASK_SATELLITE, IF_TYPE_SATELLITE},
 };
 
 if_index_type_t listing_type(interface_mask_t mask) {
@@ -157,7 +158,7 @@ int32 list_kind(paraminfo_t* param, uint32 config_type, interface_mask_t mask, i
   const int32 result = ranges != nullptr ? list_ranges(listed, *ranges, param, list) : list_all(listed, param, list);
   if (result != kSuccess) return result;
 
-  if (list->length != 0 && (mask == MASK_BAY || mask == MASK_EXTERNAL_FC))
+  if (list->length != 0 && (mask == IF_MASK_BAY || mask == IF_MASK_EXTERNAL_FC))
     std::qsort(list->list, list->length, sizeof(if_index_t), lazily<compare_intf_bay_ext_aliases>);
   if (answer.drop() == 0) return kSuccess;
   vsh_print_mts_error_message(VSH_MTS_ERROR_REQUEST, mts_errno_get(param->q));
@@ -172,13 +173,13 @@ struct name_family {
   interface_mask_t mask;
 };
 
-constexpr name_family kNameFamilies[] = {{'b', MASK_BAY}, {'e', MASK_EXTERNAL_FC}, {'f', MASK_FC}};
+constexpr name_family kNameFamilies[] = {{'b', IF_MASK_BAY}, {'e', IF_MASK_EXTERNAL_FC}, {'f', IF_MASK_FC}};
 
 }  // namespace
 
 bool pm_cli_check_to_add_in_if_index_listing(if_index_t if_index, paraminfo_t* param) {
   const interface_mask_t mask = interface_mask_of(param);
-  if ((mask & (MASK_FC | MASK_BAY | MASK_EXTERNAL_FC)) == 0) return true;
+  if ((mask & (IF_MASK_FC | IF_MASK_BAY | IF_MASK_EXTERNAL_FC)) == 0) return true;
   char name[8] = "";
   if (snprintf_if_index(name, sizeof name, if_index) < 1) return false;
   for (const name_family& family : kNameFamilies)
@@ -195,7 +196,7 @@ int32 pm_cli_if_index_enum_func(paraminfo_t* param, if_index_list_t* ifindex_lis
     std::printf("error: iface_mask(%X) not valid\n", static_cast<uint32>(mask));
     return kFailure;
   }
-  if (mask == MASK_INBAND) return list_inband(ifindex_list_ptr);
+  if (mask == IF_MASK_INBAND) return list_inband(ifindex_list_ptr);
   if ((mask & MASK_NOT_ENUMERABLE) != 0) return kFailure;
   return list_kind(param, config_type, mask, ifindex_list_ptr);
 }

@@ -5,6 +5,7 @@
 #include "command/frame.h"
 #include "command/table_headers.h"
 #include "platform/if_index.h"
+#include "pmcli/displays.h"
 #include "pmcli/headers.h"
 #include "support/command_ids.h"
 
@@ -54,73 +55,75 @@ constexpr header_line kFlowControl[] = {
 constexpr header_line kIfIndex[] = {{"Port             IFMIB Ifindex (hex)\n", {}}};
 
 constexpr command_ids<header> kCommonHeaders[] = {
-    {2, 2, {pm_cli_print_status_header, kWith}},
-    {7, 7, {pm_cli_print_eth_port_counters_brief_header, kWithout}},
-    {18, 18, {print_framed<kErrors1>, kWithout}},
-    {19, 19, {pm_cli_print_ethernet_storm_ctrl_header, kWithout}},
-    {22, 22, {print_framed<kDebounce>, kWithout}},
-    {23, 23, {print_framed<kFlowControl>, kWithout}},
-    {24, 24, {pm_cli_print_status_header, kWith}},
-    {25, 25, {pm_cli_print_eth_err_disabled_status_header, kWith}},
-    {26, 28, {pm_cli_print_status_header, kWith}},
-    {32, 32, {pm_cli_print_status_header, kWith}},
-    {34, 35, {print_framed<kFlowControl>, kWithout}},
-    {36, 36, {pm_cli_print_eth_mac_address_header, kWithout}},
-    {37, 38, {pm_cli_print_trunk_brief_status_header, kWithout}},
-    {39, 39, {print_framed<kAllowedVlans>, kWithout}},
-    {40, 40, {print_framed<kForwardingVlans>, kWithout}},
-    {44, 46, {print_framed<kReceived>, kWithout}},
-    {47, 49, {print_framed<kSent>, kWithout}},
-    {50, 51, {print_framed<kErrors1>, kWithout}},
-    {52, 54, {print_framed<kErrors2>, kWithout}},
-    {55, 57, {print_framed<kErrors3>, kWithout}},
-    {60, 60, {pm_cli_print_eth_err_disabled_status_header, kWith}},
-    {67, 69, {print_framed<kErrors1>, kWithout}},
-    {70, 72, {print_framed<kErrors2>, kWithout}},
-    {73, 75, {print_framed<kErrors3>, kWithout}},
-    {76, 78, {print_framed<kReceived>, kWithout}},
-    {79, 81, {print_framed<kSent>, kWithout}},
-    {83, 84, {pm_cli_print_ethernet_storm_ctrl_header, kWithout}},
-    {85, 85, {pm_cli_print_trunk_brief_status_header, kWithout}},
-    {86, 86, {print_framed<kAllowedVlans>, kWithout}},
-    {87, 87, {print_framed<kForwardingVlans>, kWithout}},
-    {88, 88, {pm_cli_print_trunk_brief_status_header, kWithout}},
-    {89, 89, {print_framed<kAllowedVlans>, kWithout}},
-    {90, 90, {print_framed<kForwardingVlans>, kWithout}},
-    {91, 91, {pm_cli_print_trunk_brief_status_header, kWithout}},
-    {92, 92, {print_framed<kAllowedVlans>, kWithout}},
-    {93, 93, {print_framed<kForwardingVlans>, kWithout}},
-    {94, 94, {pm_cli_print_trunk_brief_status_header, kWithout}},
-    {95, 95, {print_framed<kAllowedVlans>, kWithout}},
-    {96, 96, {print_framed<kForwardingVlans>, kWithout}},
-    {97, 100, {print_framed<kErroredVlans>, kWithout}},
-    {101, 102, {pm_cli_print_eth_errored_vlan_status_header, kWith}},
-    {104, 104, {print_framed<kIfIndex>, kWith}},
+    {DISPLAY_STATUS, {pm_cli_print_status_header, kWith}},
+    {DISPLAY_COUNTERS_BRIEF, {pm_cli_print_eth_port_counters_brief_header, kWithout}},
+    {DISPLAY_ERRORS_FIRST, {print_framed<kErrors1>, kWithout}},
+    {DISPLAY_STORM_CONTROL, {pm_cli_print_ethernet_storm_ctrl_header, kWithout}},
+    {DISPLAY_DEBOUNCE, {print_framed<kDebounce>, kWithout}},
+    {DISPLAY_FLOW_CONTROL, {print_framed<kFlowControl>, kWithout}},
+    {DISPLAY_STATUS_ADMIN_DOWN, {pm_cli_print_status_header, kWith}},
+    {DISPLAY_ERROR_DISABLED, {pm_cli_print_eth_err_disabled_status_header, kWith}},
+    {DISPLAY_STATUS_INACTIVE, DISPLAY_STATUS_UP, {pm_cli_print_status_header, kWith}},
+    {DISPLAY_STATUS_OF_MODULE_32, {pm_cli_print_status_header, kWith}},
+    {DISPLAY_FLOW_CONTROL_OF_MODULE, DISPLAY_FLOW_CONTROL_OF_MODULE_35, {print_framed<kFlowControl>, kWithout}},
+    {DISPLAY_MAC_ADDRESS, {pm_cli_print_eth_mac_address_header, kWithout}},
+    {DISPLAY_TRUNK_STATUS_37, DISPLAY_TRUNK_STATUS, {pm_cli_print_trunk_brief_status_header, kWithout}},
+    {DISPLAY_TRUNK_ALLOWED_VLANS, {print_framed<kAllowedVlans>, kWithout}},
+    {DISPLAY_TRUNK_FORWARDING_VLANS, {print_framed<kForwardingVlans>, kWithout}},
+    {DISPLAY_RECEIVED, DISPLAY_RECEIVED_46, {print_framed<kReceived>, kWithout}},
+    {DISPLAY_SENT, DISPLAY_SENT_49, {print_framed<kSent>, kWithout}},
+    {DISPLAY_ERRORS_FIRST_OF_MODULE, DISPLAY_ERRORS_FIRST_OF_MODULE_51, {print_framed<kErrors1>, kWithout}},
+    {DISPLAY_ERRORS_SECOND, DISPLAY_ERRORS_SECOND_54, {print_framed<kErrors2>, kWithout}},
+    {DISPLAY_ERRORS_THIRD, DISPLAY_ERRORS_THIRD_57, {print_framed<kErrors3>, kWithout}},
+    {DISPLAY_ERROR_STATUS, {pm_cli_print_eth_err_disabled_status_header, kWith}},
+    {DISPLAY_ERRORS_FIRST_67, DISPLAY_ERRORS_FIRST_69, {print_framed<kErrors1>, kWithout}},
+    {DISPLAY_ERRORS_SECOND_70, DISPLAY_ERRORS_SECOND_72, {print_framed<kErrors2>, kWithout}},
+    {DISPLAY_ERRORS_THIRD_73, DISPLAY_ERRORS_THIRD_75, {print_framed<kErrors3>, kWithout}},
+    {DISPLAY_RECEIVED_76, DISPLAY_RECEIVED_78, {print_framed<kReceived>, kWithout}},
+    {DISPLAY_SENT_79, DISPLAY_SENT_81, {print_framed<kSent>, kWithout}},
+    {DISPLAY_STORM_CONTROL_83, DISPLAY_STORM_CONTROL_84, {pm_cli_print_ethernet_storm_ctrl_header, kWithout}},
+    {DISPLAY_TRUNK_STATUS_85, {pm_cli_print_trunk_brief_status_header, kWithout}},
+    {DISPLAY_TRUNK_ALLOWED_VLANS_86, {print_framed<kAllowedVlans>, kWithout}},
+    {DISPLAY_TRUNK_FORWARDING_VLANS_87, {print_framed<kForwardingVlans>, kWithout}},
+    {DISPLAY_TRUNK_STATUS_88, {pm_cli_print_trunk_brief_status_header, kWithout}},
+    {DISPLAY_TRUNK_ALLOWED_VLANS_89, {print_framed<kAllowedVlans>, kWithout}},
+    {DISPLAY_TRUNK_FORWARDING_VLANS_90, {print_framed<kForwardingVlans>, kWithout}},
+    {DISPLAY_TRUNK_STATUS_91, {pm_cli_print_trunk_brief_status_header, kWithout}},
+    {DISPLAY_TRUNK_ALLOWED_VLANS_92, {print_framed<kAllowedVlans>, kWithout}},
+    {DISPLAY_TRUNK_FORWARDING_VLANS_93, {print_framed<kForwardingVlans>, kWithout}},
+    {DISPLAY_TRUNK_STATUS_94, {pm_cli_print_trunk_brief_status_header, kWithout}},
+    {DISPLAY_TRUNK_ALLOWED_VLANS_95, {print_framed<kAllowedVlans>, kWithout}},
+    {DISPLAY_TRUNK_FORWARDING_VLANS_96, {print_framed<kForwardingVlans>, kWithout}},
+    {DISPLAY_TRUNK_ERRORED_VLANS, DISPLAY_TRUNK_ERRORED_VLANS_100, {print_framed<kErroredVlans>, kWithout}},
+    {DISPLAY_ERRORED_VLAN_STATUS,
+     DISPLAY_ERRORED_VLAN_STATUS_102,
+     {pm_cli_print_eth_errored_vlan_status_header, kWith}},
+    {DISPLAY_IF_INDEX, {print_framed<kIfIndex>, kWith}},
 };
 
 constexpr command_ids<header> kEthHeaders[] = {
-    {5, 5, {pm_cli_print_eth_brief_header, kWith}},
-    {7, 7, {pm_cli_print_eth_port_counters_brief_header, kWithout}},
-    {20, 20, {pm_cli_show_port_counters_trunk_header, kWithout}},
-    {60, 60, {pm_cli_print_eth_err_disabled_status_header, kWith}},
+    {DISPLAY_BRIEF, {pm_cli_print_eth_brief_header, kWith}},
+    {DISPLAY_COUNTERS_BRIEF, {pm_cli_print_eth_port_counters_brief_header, kWithout}},
+    {DISPLAY_TRUNK_COUNTERS, {pm_cli_show_port_counters_trunk_header, kWithout}},
+    {DISPLAY_ERROR_STATUS, {pm_cli_print_eth_err_disabled_status_header, kWith}},
 };
 
 constexpr command_ids<header> kChannelHeaders[] = {
-    {4, 4, {pm_cli_print_description_header, kWith}},
-    {5, 5, {pm_pcm_cli_print_eth_brief_header, kWith}},
-    {7, 7, {pm_cli_print_eth_port_counters_brief_header, kWithout}},
-    {20, 20, {pm_cli_show_port_counters_trunk_header, kWithout}},
-    {102, 102, {pm_cli_print_eth_errored_vlan_status_header, kWith}},
+    {DISPLAY_DESCRIPTION, {pm_cli_print_description_header, kWith}},
+    {DISPLAY_BRIEF, {pm_pcm_cli_print_eth_brief_header, kWith}},
+    {DISPLAY_COUNTERS_BRIEF, {pm_cli_print_eth_port_counters_brief_header, kWithout}},
+    {DISPLAY_TRUNK_COUNTERS, {pm_cli_show_port_counters_trunk_header, kWithout}},
+    {DISPLAY_ERRORED_VLAN_STATUS_102, {pm_cli_print_eth_errored_vlan_status_header, kWith}},
 };
 
 constexpr command_ids<header> kLoopbackHeaders[] = {
-    {4, 4, {pm_cli_print_description_header, kWith}},
-    {5, 5, {pm_cli_print_loop_brief_header, kWith}},
+    {DISPLAY_DESCRIPTION, {pm_cli_print_description_header, kWith}},
+    {DISPLAY_BRIEF, {pm_cli_print_loop_brief_header, kWith}},
 };
 
 constexpr command_ids<header> kMgmtHeaders[] = {
-    {4, 4, {pm_cli_print_description_header, kWith}},
-    {5, 5, {pm_cli_print_mgmt_brief_header_for_lumar, kWith}},
+    {DISPLAY_DESCRIPTION, {pm_cli_print_description_header, kWith}},
+    {DISPLAY_BRIEF, {pm_cli_print_mgmt_brief_header_for_lumar, kWith}},
 };
 
 // The first interface that the command names, or 0.
@@ -158,6 +161,6 @@ uint32 pm_cli_show_loopback_header(paraminfo_t* param) { return show_header(para
 uint32 pm_cli_show_mgmt_header(paraminfo_t* param) { return show_header(param, kMgmtHeaders); }
 
 uint32 pm_cli_show_inband_header(paraminfo_t* param) {
-  if (param != nullptr && param->command_id == 5) pm_cli_print_inband_brief_header();
+  if (param != nullptr && param->command_id == DISPLAY_BRIEF) pm_cli_print_inband_brief_header();
   return 0;
 }

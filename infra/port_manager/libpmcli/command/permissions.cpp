@@ -9,6 +9,7 @@
 #include "platform/port_manager.h"
 #include "platform/syserr.h"
 #include "platform/vsan.h"
+#include "pmcli/displays.h"
 #include "pmcli/selection.h"
 #include "support/id_set.h"
 #include "support/kind.h"
@@ -18,7 +19,11 @@ using namespace pmcli;
 
 namespace {
 
-enum : uint32 { ALLOWED = 0, DENIED = static_cast<uint32>(-13), FAILED = static_cast<uint32>(-1) };
+enum : uint32 {
+  ALLOWED = 0,
+  DENIED = static_cast<uint32>(PM_CLI_VSAN_DENIED),
+  FAILED = static_cast<uint32>(PM_CLI_FAILED)
+};
 
 bool carries_vsans(if_index_t if_index) {
   const if_index_type_t type = kind_of(if_index);

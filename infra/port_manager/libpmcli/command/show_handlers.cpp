@@ -10,6 +10,7 @@
 #include "platform/vlan_manager.h"
 #include "pmcli/command.h"
 #include "pmcli/counters.h"
+#include "pmcli/displays.h"
 #include "pmcli/interface.h"
 #include "pmcli/vlan.h"
 #include "support/chassis.h"
@@ -24,39 +25,70 @@ namespace {
 enum class eth_action { info, nothing, counters_brief, of_module, of_vlans };
 
 constexpr command_ids<eth_action> kEthActions[] = {
-    {7, 7, eth_action::counters_brief}, {8, 8, eth_action::nothing},
-    {14, 15, eth_action::nothing},      {27, 27, eth_action::of_module},  // status
-    {30, 30, eth_action::of_module},    {31, 31, eth_action::of_vlans},
-    {32, 33, eth_action::of_module},                                      // status, trunk detail
-    {34, 35, eth_action::of_module},                                      // flow control
-    {42, 43, eth_action::of_module},    {50, 51, eth_action::of_module},  // errors
-    {82, 82, eth_action::nothing},      {105, 106, eth_action::nothing},
+    {DISPLAY_COUNTERS_BRIEF, eth_action::counters_brief},
+    {DISPLAY_STATUS_OF_MODULE, eth_action::of_module},
+    {DISPLAY_STATUS_OF_MODULE_32, eth_action::of_module},
+    {DISPLAY_TRUNK_DETAIL_OF_MODULE, eth_action::of_module},
+    {DISPLAY_TRUNK_DETAIL_OF_MODULE_33, eth_action::of_module},
+    {DISPLAY_TRUNK_DETAIL_OF_VLANS, eth_action::of_vlans},
+    {DISPLAY_FLOW_CONTROL_OF_MODULE, DISPLAY_FLOW_CONTROL_OF_MODULE_35, eth_action::of_module},
+    {DISPLAY_NOTHING_OF_MODULE_42, DISPLAY_NOTHING_OF_MODULE_43, eth_action::of_module},
+    {DISPLAY_ERRORS_FIRST_OF_MODULE, DISPLAY_ERRORS_FIRST_OF_MODULE_51, eth_action::of_module},
+    {DISPLAY_NOTHING_8, eth_action::nothing},
+    {DISPLAY_NOTHING_14, DISPLAY_NOTHING_15, eth_action::nothing},
+    {DISPLAY_NOTHING_82, eth_action::nothing},
+    {DISPLAY_NOTHING_105, DISPLAY_NOTHING_106, eth_action::nothing},
 };
 
 enum class mgmt_action { ethernet, info, counters, nothing };
 
 constexpr command_ids<mgmt_action> kMgmtActions[] = {
-    {1, 1, mgmt_action::info},       {3, 3, mgmt_action::counters},   {5, 5, mgmt_action::info},
-    {6, 6, mgmt_action::nothing},    {8, 11, mgmt_action::nothing},   {14, 14, mgmt_action::nothing},
-    {18, 18, mgmt_action::counters}, {19, 20, mgmt_action::nothing},  {22, 23, mgmt_action::nothing},
-    {27, 27, mgmt_action::nothing},  {29, 35, mgmt_action::nothing},  {38, 40, mgmt_action::nothing},
-    {42, 43, mgmt_action::nothing},  {44, 44, mgmt_action::counters}, {45, 46, mgmt_action::nothing},
-    {47, 47, mgmt_action::counters}, {48, 51, mgmt_action::nothing},  {52, 52, mgmt_action::counters},
-    {53, 54, mgmt_action::nothing},  {55, 55, mgmt_action::counters}, {56, 57, mgmt_action::nothing},
-    {58, 59, mgmt_action::counters}, {62, 102, mgmt_action::nothing}, {104, 104, mgmt_action::nothing},
+    {DISPLAY_DETAIL, mgmt_action::info},
+    {DISPLAY_BRIEF, mgmt_action::info},
+    {DISPLAY_COUNTERS, mgmt_action::counters},
+    {DISPLAY_ERRORS_FIRST, mgmt_action::counters},
+    {DISPLAY_RECEIVED, mgmt_action::counters},
+    {DISPLAY_SENT, mgmt_action::counters},
+    {DISPLAY_ERRORS_SECOND, mgmt_action::counters},
+    {DISPLAY_ERRORS_THIRD, mgmt_action::counters},
+    {DISPLAY_COUNTERS_NONZERO, mgmt_action::counters},
+    {DISPLAY_COUNTERS_ALL, mgmt_action::counters},
+    {6, mgmt_action::nothing},
+    {8, 11, mgmt_action::nothing},
+    {14, mgmt_action::nothing},
+    {19, 20, mgmt_action::nothing},
+    {22, 23, mgmt_action::nothing},
+    {27, mgmt_action::nothing},
+    {29, 35, mgmt_action::nothing},
+    {38, 40, mgmt_action::nothing},
+    {42, 43, mgmt_action::nothing},
+    {45, 46, mgmt_action::nothing},
+    {48, 51, mgmt_action::nothing},
+    {53, 54, mgmt_action::nothing},
+    {56, 57, mgmt_action::nothing},
+    {62, 102, mgmt_action::nothing},
+    {104, mgmt_action::nothing},
 };
 
 enum class loopback_action { info, nothing, not_available, counters_brief, counters_nonzero, counters_all };
 
 constexpr command_ids<loopback_action> kLoopbackActions[] = {
-    {3, 3, loopback_action::not_available},      {6, 6, loopback_action::nothing},
-    {7, 7, loopback_action::counters_brief},     {8, 10, loopback_action::nothing},
-    {13, 14, loopback_action::nothing},          {18, 19, loopback_action::nothing},
-    {22, 23, loopback_action::nothing},          {25, 25, loopback_action::nothing},
-    {27, 27, loopback_action::nothing},          {29, 36, loopback_action::nothing},
-    {38, 40, loopback_action::nothing},          {42, 57, loopback_action::nothing},
-    {58, 58, loopback_action::counters_nonzero}, {59, 59, loopback_action::counters_all},
-    {61, 61, loopback_action::not_available},    {62, 102, loopback_action::nothing},
+    {DISPLAY_COUNTERS, loopback_action::not_available},
+    {DISPLAY_UNSUPPORTED_61, loopback_action::not_available},
+    {DISPLAY_COUNTERS_BRIEF, loopback_action::counters_brief},
+    {DISPLAY_COUNTERS_NONZERO, loopback_action::counters_nonzero},
+    {DISPLAY_COUNTERS_ALL, loopback_action::counters_all},
+    {6, loopback_action::nothing},
+    {8, 10, loopback_action::nothing},
+    {13, 14, loopback_action::nothing},
+    {18, 19, loopback_action::nothing},
+    {22, 23, loopback_action::nothing},
+    {25, loopback_action::nothing},
+    {27, loopback_action::nothing},
+    {29, 36, loopback_action::nothing},
+    {38, 40, loopback_action::nothing},
+    {42, 57, loopback_action::nothing},
+    {62, 102, loopback_action::nothing},
     {104, 106, loopback_action::nothing},
 };
 
@@ -177,7 +209,7 @@ void show_loopback(const shown_interface& shown) {
 }
 
 // The kinds of interface whose traffic lines the Ethernet-switch family declines.
-constexpr interface_mask_t kDeclinedMasks[] = {0x10, 0x100000, 0x200000};
+constexpr interface_mask_t kDeclinedMasks[] = {IF_MASK_PORT_CHANNEL, IF_MASK_ETH_PORT_CHANNEL, IF_MASK_VETHERNET};
 
 bool is_declined(uint32 chassis_type, interface_mask_t mask) {
   if (!is_eth_switch_chassis(chassis_type)) return false;
@@ -234,7 +266,7 @@ uint32 pm_cli_show_eth_stat_info(paraminfo_t* param) {
   if (argument == nullptr) return 0;
   cmd_rx_handle_t* const rx = obtain_output(param);
   if (rx == nullptr) return 0;
-  if (param->command_id != 1 || is_declined(chassis_type, argument->interface_mask)) return 0;
+  if (param->command_id != DISPLAY_DETAIL || is_declined(chassis_type, argument->interface_mask)) return 0;
   pm_show_eth_stat_info(rx, param->q, 1, argument_value<if_index_t>(*argument));
   return 0;
 }

@@ -12,6 +12,7 @@
 #include "platform/syserr.h"
 #include "platform/vsh.h"
 #include "pmcli/command.h"
+#include "pmcli/displays.h"
 #include "pmcli/selection.h"
 #include "support/interface_masks.h"
 #include "support/reader.h"
@@ -21,12 +22,11 @@ using namespace pmcli;
 
 namespace {
 
-enum : int32 { ALLOWED = 0, FAILED = -1, REFUSED = -10 };
+enum : int32 { ALLOWED = 0, FAILED = PM_CLI_FAILED, REFUSED = PM_CLI_REFUSED };
 
 constexpr mts_opc_t kVerifyOpcode = 330;
 constexpr int32 kVerifyTimeout = 60;    // seconds
 constexpr uint32 kConfigTimeout = 120;  // seconds
-constexpr uint32 kShowCommand = 3;      // prc_mode
 
 // What the arguments of the command say.
 struct named_interfaces {
@@ -151,7 +151,7 @@ uint32 configure(interface_mask_t mask, const paraminfo_t* param, const intf_ran
   const uint32 sub_interface_status = is_no ? 0U : static_cast<uint32>(PM_ERR_NO_SUCH_INTERFACE);
   if ((mask & MASK_WITH_SUB_INTERFACES) != 0 && status == sub_interface_status)
     status = pm_cli_config_sub_interface(param->q, create, mask, &ranges, kConfigTimeout);
-  if ((mask & MASK_LOOPBACK) != 0 && status == PM_ERR_NO_SUCH_INTERFACE)
+  if ((mask & IF_MASK_LOOPBACK) != 0 && status == PM_ERR_NO_SUCH_INTERFACE)
     status = pm_cli_config_loopback_interface(param->q, create, mask, &ranges, kConfigTimeout);
   return status;
 }
@@ -191,13 +191,13 @@ int32 pm_cli_if_index_verification_func(interface_mask_t iface_mask, paraminfo_t
     return FAILED;
   }
   if (is_deletion && (iface_mask & MASK_WITH_SUB_INTERFACES) != 0 && !are_sub_interfaces(*named.ranges)) return REFUSED;
-  if ((iface_mask & MASK_INBAND) != 0) return verify_inband(*named.ranges);
+  if ((iface_mask & IF_MASK_INBAND) != 0) return verify_inband(*named.ranges);
 
   uint32 status = 0;
   if (ask_status(param, named, &status) != ALLOWED) return FAILED;
   if (named.is_conf) status = configure(iface_mask, param, *named.ranges, status);
   if (status != 0) return judge(status);
-  if (param->prc_mode == kShowCommand) return ALLOWED;
+  if (param->prc_mode == PRC_MODE_SHOW) return ALLOWED;
   return static_cast<int32>(pm_cli_check_user_vsan_perms(param, named.ranges));
 }
 

@@ -7,6 +7,7 @@
 #include "config/send_setting.h"
 #include "platform/vsh.h"
 #include "pmcli/config.h"
+#include "pmcli/displays.h"
 
 namespace pmcli {
 
@@ -27,7 +28,7 @@ using namespace pmcli;
 int32 pm_cli_set_eth_switchport_mode_access(paraminfo_t* param, pm_port_cfg_status_t** cfg_status, uint32* num_ports) {
   if (is_vsan_restricted(param)) {
     std::puts("error: port mode configuration not allowed");
-    return kNotPermitted;
+    return PM_CLI_NOT_PERMITTED;
   }
   const intf_range_t* const argument = find_conf_ranges(param);
   if (argument == nullptr) return 1;

@@ -11,8 +11,6 @@
 
 namespace pmcli {
 
-inline constexpr int32 kNotPermitted = -12;
-
 inline bool is_vsan_restricted(const paraminfo_t* param) { return vsh_is_user_vsan_restricted(param) == 1; }
 
 // The TLV of a setting, with its value behind it. Null after the exhausted heap was printed.

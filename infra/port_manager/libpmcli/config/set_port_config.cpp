@@ -9,11 +9,11 @@
 #include "config/layer_query.h"
 #include "config/send_setting.h"
 #include "config/switchport_commands.h"
-#include "config/tokens.h"
 #include "platform/mts.h"
 #include "pm/port_attributes.h"
 #include "pmcli/command.h"
 #include "pmcli/config.h"
+#include "pmcli/displays.h"
 #include "support/errors.h"
 
 using namespace pmcli;

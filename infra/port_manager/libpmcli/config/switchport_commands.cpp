@@ -8,9 +8,9 @@
 
 #include "config/management_port.h"
 #include "config/send_setting.h"
-#include "config/tokens.h"
 #include "platform/port_config.h"
 #include "pmcli/config.h"
+#include "pmcli/displays.h"
 
 namespace pmcli {
 
@@ -58,7 +58,7 @@ constexpr word kSpeeds[] = {
     {TOKEN_SPEED_2000, 2000}, {TOKEN_SPEED_4000, 4000}, {TOKEN_SPEED_8000, 8000},
 };
 constexpr word kDuplexes[] = {{TOKEN_DUPLEX_AUTO, 3}, {TOKEN_DUPLEX_FULL, 1}, {TOKEN_DUPLEX_HALF, 2}};
-constexpr word kEncapsulations[] = {{TOKEN_ENCAP_1, 1}, {TOKEN_ENCAP_2, 2}, {TOKEN_ENCAP_3, 3}};
+constexpr word kEncapsulations[] = {{TOKEN_ENCAP_NORMAL, 1}, {TOKEN_ENCAP_EISL, 2}, {TOKEN_ENCAP_INTERNAL, 3}};
 constexpr word kPromiscuous[] = {{TOKEN_PROMISCUOUS_ON, 1}, {TOKEN_PROMISCUOUS_OFF, 2}};
 constexpr word kAttribute44[] = {{TOKEN_ATTRIBUTE_44_1, 1}, {TOKEN_ATTRIBUTE_44_2, 2}};
 
@@ -80,13 +80,13 @@ outcome name(const config_command& command, const row& row) {
 }
 
 bool is_refused_on_channels(uint32 mode) {
-  constexpr uint32 kModes[] = {2, 0x8000, 16, 32, 64, 96};
+  constexpr uint32 kModes[] = {PM_PORT_MODE_SD, PM_PORT_MODE_ST, PM_PORT_MODE_TL,
+                               PM_PORT_MODE_F,  PM_PORT_MODE_FL, PM_PORT_MODE_FX};
   return std::find(std::begin(kModes), std::end(kModes), mode) != std::end(kModes);
 }
 
 outcome mode(const config_command& command, const row& row) {
-  constexpr uint32 kFabric = 0x02000000;
-  if (is_vsan_restricted(command.param)) return refuse(kModeNotAllowed, kNotPermitted);
+  if (is_vsan_restricted(command.param)) return refuse(kModeNotAllowed, PM_CLI_NOT_PERMITTED);
   if (command.is_no) return send(row, command.kind == IF_TYPE_ETHERNET_L3 ? uint32{PM_PORT_MODE_ACCESS} : row.no);
   if (command.num_behind() < NEXT) return refuse("error: more arguments expected for mode");
   if (command.num_behind() > AFTER_NEXT) return refuse("error: invalid arguments for this mode");
@@ -95,7 +95,7 @@ outcome mode(const config_command& command, const row& row) {
   if (!value) return refuse("error: more arguments expected for mode");
   if (!is_by_number && command.is_bundle && is_refused_on_channels(*value))
     return refuse("This mode not supported for port channels");
-  if (command.kind == IF_TYPE_SATELLITE && *value == kFabric)
+  if (command.kind == IF_TYPE_SATELLITE && *value == PM_PORT_MODE_FABRIC)
     return refuse("error: fabric mode not supported for interface type");
   return send(row, *value);
 }
@@ -136,7 +136,7 @@ outcome not_implemented(const char* words) {
 
 outcome trunk_mode(const config_command& command, const row& row) {
   constexpr uint32 kFirst = 1, kLastMode = 3;
-  if (is_vsan_restricted(command.param)) return refuse(kModeNotAllowed, kNotPermitted);
+  if (is_vsan_restricted(command.param)) return refuse(kModeNotAllowed, PM_CLI_NOT_PERMITTED);
   if (command.is_no) return refuse(kNoIsNotSupported);
   if (command.token(NEXT) == TOKEN_TRUNK_ENCAPSULATION_DOT1Q)
     return not_implemented("switchport trunk encapsulation dot1q");
@@ -269,26 +269,27 @@ constexpr const char* kBbScnOnBundle = "BBSCN mode not supported for port channe
 
 constexpr row kRows[] = {
     // token, TLV type, length, rule, plain, no, refusal on a bundle
-    {TOKEN_NAME, PM_CFG_NAME, PM_PORT_NAME_BYTES, name},
-    {TOKEN_MODE, PM_CFG_PORT_MODE, 4, mode, 0, 0x80000000},
-    {TOKEN_BEACON, PM_CFG_BEACON, 1, fixed, 1, 2, kBeaconOnBundle},
-    {TOKEN_ATTRIBUTE_84, PM_CFG_84, 1, fixed, 1, 2, kBeaconOnBundle},  // the text speaks of the beacon, too: intended
-    {TOKEN_SPEED, PM_CFG_SPEED, 4, speed},
-    {TOKEN_TRUNK_MODE, PM_CFG_TRUNKING_MODE, 1, trunk_mode, 2},
-    {TOKEN_BB_CREDIT, PM_CFG_RX_BB_CREDIT, 4, bb_credit},
-    {TOKEN_RXBUFSIZE, PM_CFG_RXBUFSIZE, 2, receive_buffer_size, 2112},
-    {TOKEN_ENCAP, PM_CFG_ENCAP, 1, encapsulation, 0, 1},
-    {TOKEN_MTU, PM_CFG_MTU, 4, mtu, 1500},
-    {TOKEN_PROMISCUOUS, PM_CFG_PROMISCUOUS, 4, promiscuous_mode, 0, 2},
-    {TOKEN_ATTRIBUTE_36, PM_CFG_36, 4, fixed, 1, 2},
-    {TOKEN_DUPLEX, PM_CFG_DUPLEX, 1, duplex, 0, 3},
-    {TOKEN_IGNORE, PM_CFG_IGNORE, 1, ignore, 1, 2},
-    {TOKEN_ATTRIBUTE_44, PM_CFG_44, 1, attribute_44, 0, 3},
-    {TOKEN_BB_SCN, PM_CFG_BB_SCN, 1, fixed, 1, 2, kBbScnOnBundle},
-    {TOKEN_DOT1Q_ETHERTYPE, 0, 0, dot1q_ethertype},
-    {TOKEN_HOST, 0, 0, host},
-    {TOKEN_MONITOR, PM_CFG_MONITOR, 4, monitor, 0, 0},
-    {TOKEN_ATTRIBUTE_85, PM_CFG_85, 1, fixed, 0, 0},
+    {TOKEN_SWITCHPORT_NAME, PM_CFG_NAME, PM_PORT_NAME_BYTES, name},
+    {TOKEN_SWITCHPORT_MODE, PM_CFG_PORT_MODE, 4, mode, 0, 0x80000000},
+    {TOKEN_SWITCHPORT_BEACON, PM_CFG_BEACON, 1, fixed, 1, 2, kBeaconOnBundle},
+    {TOKEN_SWITCHPORT_ATTRIBUTE_84, PM_CFG_84, 1, fixed, 1, 2,
+     kBeaconOnBundle},  // the text speaks of the beacon, too: intended
+    {TOKEN_SWITCHPORT_SPEED, PM_CFG_SPEED, 4, speed},
+    {TOKEN_SWITCHPORT_TRUNK_MODE, PM_CFG_TRUNKING_MODE, 1, trunk_mode, 2},
+    {TOKEN_SWITCHPORT_BB_CREDIT, PM_CFG_RX_BB_CREDIT, 4, bb_credit},
+    {TOKEN_SWITCHPORT_RXBUFSIZE, PM_CFG_RXBUFSIZE, 2, receive_buffer_size, 2112},
+    {TOKEN_SWITCHPORT_ENCAP, PM_CFG_ENCAP, 1, encapsulation, 0, 1},
+    {TOKEN_SWITCHPORT_MTU, PM_CFG_MTU, 4, mtu, 1500},
+    {TOKEN_SWITCHPORT_PROMISCUOUS, PM_CFG_PROMISCUOUS, 4, promiscuous_mode, 0, 2},
+    {TOKEN_SWITCHPORT_ATTRIBUTE_36, PM_CFG_36, 4, fixed, 1, 2},
+    {TOKEN_SWITCHPORT_DUPLEX, PM_CFG_DUPLEX, 1, duplex, 0, 3},
+    {TOKEN_SWITCHPORT_IGNORE, PM_CFG_IGNORE, 1, ignore, 1, 2},
+    {TOKEN_SWITCHPORT_ATTRIBUTE_44, PM_CFG_44, 1, attribute_44, 0, 3},
+    {TOKEN_SWITCHPORT_BB_SCN, PM_CFG_BB_SCN, 1, fixed, 1, 2, kBbScnOnBundle},
+    {TOKEN_SWITCHPORT_DOT1Q_ETHERTYPE, 0, 0, dot1q_ethertype},
+    {TOKEN_SWITCHPORT_HOST, 0, 0, host},
+    {TOKEN_SWITCHPORT_MONITOR, PM_CFG_MONITOR, 4, monitor, 0, 0},
+    {TOKEN_SWITCHPORT_ATTRIBUTE_85, PM_CFG_85, 1, fixed, 0, 0},
 };
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "interface/management.h"
 #include "pmcli/counters.h"
+#include "pmcli/displays.h"
 
 using namespace pmcli;
 
@@ -57,14 +58,14 @@ void show_list(const shown_port& port) {
 
 void show_by_id(uint32 command, const shown_port& port) {
   switch (command) {
-    case 3: return show_block(port);
-    case 18: return show_errors<pm_cli_show_port_1st_counters_errors_table>(port);
-    case 44: return show_traffic<pm_cli_show_mgmt_stats_rx>(port);
-    case 47: return show_traffic<pm_cli_show_mgmt_stats_tx>(port);
-    case 52: return show_errors<pm_cli_show_port_2nd_counters_errors_table>(port);
-    case 55: return show_errors<pm_cli_show_port_3rd_counters_errors_table>(port);
-    case 58: return show_list<pm_cli_mgmt_counters_detailed>(port);
-    case 59: return show_list<pm_cli_mgmt_counters_detailed_all>(port);
+    case DISPLAY_COUNTERS: return show_block(port);
+    case DISPLAY_ERRORS_FIRST: return show_errors<pm_cli_show_port_1st_counters_errors_table>(port);
+    case DISPLAY_RECEIVED: return show_traffic<pm_cli_show_mgmt_stats_rx>(port);
+    case DISPLAY_SENT: return show_traffic<pm_cli_show_mgmt_stats_tx>(port);
+    case DISPLAY_ERRORS_SECOND: return show_errors<pm_cli_show_port_2nd_counters_errors_table>(port);
+    case DISPLAY_ERRORS_THIRD: return show_errors<pm_cli_show_port_3rd_counters_errors_table>(port);
+    case DISPLAY_COUNTERS_NONZERO: return show_list<pm_cli_mgmt_counters_detailed>(port);
+    case DISPLAY_COUNTERS_ALL: return show_list<pm_cli_mgmt_counters_detailed_all>(port);
     default: return;
   }
 }

@@ -8,6 +8,7 @@
 #include "interface/management.h"
 #include "pm/port_attributes.h"
 #include "pmcli/command.h"
+#include "pmcli/displays.h"
 #include "pmcli/interface.h"
 
 using namespace pmcli;
@@ -50,13 +51,13 @@ void pm_cli_print_inband_brief_info(void) { print_inband_port_status(1); }
 
 void pm_cli_show_inband_port_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t, uint32 command) {
   switch (command) {
-    case 1:
+    case DISPLAY_DETAIL:
       print_inband_port_status(0);
       print_inband_port_config();
       return show_device_counters(rx_handle, kDevice);
-    case 2: return print_inband_port_status(0);
-    case 4: return print_inband_port_description();
-    case 5: return print_inband_port_status(1);
+    case DISPLAY_STATUS: return print_inband_port_status(0);
+    case DISPLAY_DESCRIPTION: return print_inband_port_description();
+    case DISPLAY_BRIEF: return print_inband_port_status(1);
     default: std::puts("Option not supported");
   }
 }
@@ -66,15 +67,15 @@ int32 pm_cli_show_inband_port_config(paraminfo_t* param) {
   cmd_rx_handle_t* const rx = obtain_output(param);
   if (rx == nullptr) return 0;
   switch (param->command_id) {
-    case 2:
-    case 4:
-    case 5: pm_cli_show_inband_port_info(rx, param->q, param->command_id); break;
-    case 3:
-    case 59: show_counters(rx); break;
-    case 7:
-    case 105:
-    case 106: break;
-    default: pm_cli_show_inband_port_info(rx, param->q, 1); break;
+    case DISPLAY_STATUS:
+    case DISPLAY_DESCRIPTION:
+    case DISPLAY_BRIEF: pm_cli_show_inband_port_info(rx, param->q, param->command_id); break;
+    case DISPLAY_COUNTERS:
+    case DISPLAY_COUNTERS_ALL: show_counters(rx); break;
+    case DISPLAY_COUNTERS_BRIEF:
+    case DISPLAY_NOTHING_105:
+    case DISPLAY_NOTHING_106: break;
+    default: pm_cli_show_inband_port_info(rx, param->q, DISPLAY_DETAIL); break;
   }
   cmd_prt_send(rx);
   return 0;

@@ -5,6 +5,7 @@
 #include "interface/port_record.h"
 #include "platform/ip_statistics.h"
 #include "pmcli/counters.h"
+#include "pmcli/displays.h"
 #include "pmcli/interface.h"
 #include "support/counter_pieces.h"
 #include "support/print.h"
@@ -68,13 +69,13 @@ void pm_cli_show_loopback_port_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t s
     if (is_shown) print_eth_port_status_line(rx_handle, record.get(), src_q);
   };
   switch (command) {
-    case 1: return show_detail(rx_handle, src_q, if_index, record.get());
-    case 2: return show_status_if(true);
-    case 4: return print_eth_port_description(rx_handle, record.get());
-    case 5: return print_loop_intf_brief(rx_handle, record.get());
-    case 24: return show_status_if(record->oper_state_reason == PM_REASON_ADMIN_DOWN);
-    case 26: return show_status_if(record->oper_state_reason == PM_REASON_INACTIVE);
-    case 28: return show_status_if(record->oper_port_state == PM_PORT_STATE_UP);
+    case DISPLAY_DETAIL: return show_detail(rx_handle, src_q, if_index, record.get());
+    case DISPLAY_STATUS: return show_status_if(true);
+    case DISPLAY_DESCRIPTION: return print_eth_port_description(rx_handle, record.get());
+    case DISPLAY_BRIEF: return print_loop_intf_brief(rx_handle, record.get());
+    case DISPLAY_STATUS_ADMIN_DOWN: return show_status_if(record->oper_state_reason == PM_REASON_ADMIN_DOWN);
+    case DISPLAY_STATUS_INACTIVE: return show_status_if(record->oper_state_reason == PM_REASON_INACTIVE);
+    case DISPLAY_STATUS_UP: return show_status_if(record->oper_port_state == PM_PORT_STATE_UP);
     default: std::puts("Option not supported");
   }
 }

@@ -9,6 +9,7 @@
 #include "interface/management.h"
 #include "interface/port_record.h"
 #include "platform/ip_statistics.h"
+#include "pmcli/displays.h"
 #include "pmcli/interface.h"
 #include "support/counter_pieces.h"
 #include "support/print.h"
@@ -105,8 +106,8 @@ constexpr int kDefaultSpeed = 100;
 
 int32 pm_cli_show_mgmt_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, uint32 command, if_index_t if_index) {
   const heap_block<pm_port_info_t> record = fetch_port_record(src_q, if_index);
-  if (record != nullptr && command == 1) show_detail(rx_handle, src_q, if_index, record.get());
-  if (record != nullptr && command == 5) print_mgmt_info_brief(rx_handle, src_q, record.get());
+  if (record != nullptr && command == DISPLAY_DETAIL) show_detail(rx_handle, src_q, if_index, record.get());
+  if (record != nullptr && command == DISPLAY_BRIEF) print_mgmt_info_brief(rx_handle, src_q, record.get());
   cmd_prt_send(rx_handle);
   return record != nullptr ? 0 : 1;
 }

@@ -7,9 +7,12 @@
 
 namespace pmcli {
 
-// Consecutive command ids that do the same.
+// A command id, or consecutive ones, and what they do.
 template <typename Action>
 struct command_ids {
+  constexpr command_ids(uint32 id, Action does) : command_ids(id, id, does) {}
+  constexpr command_ids(uint32 from, uint32 to, Action does) : first(from), last(to), action(does) {}
+
   uint32 first;
   uint32 last;
   Action action;
