@@ -19,6 +19,8 @@ void note_results(std::span<const pm_port_cfg_status_t> ports) {
   noted.ports.insert(noted.ports.end(), ports.begin(), ports.end());
 }
 
+const setting_results& noted_setting_results() { return noted; }
+
 setting_results take_setting_results() { return std::exchange(noted, {}); }
 
 }  // namespace host

@@ -18,7 +18,8 @@ struct setting_results {
 void note_failed_request();
 void note_results(std::span<const pm_port_cfg_status_t> ports);
 
-// What was noted since the last call.
+// What was noted since the last call of take_setting_results().
+const setting_results& noted_setting_results();
 setting_results take_setting_results();
 
 }  // namespace host

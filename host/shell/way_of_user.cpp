@@ -15,10 +15,10 @@ namespace host {
 namespace {
 
 bool is_in_mode(const shell& session, if_index_t if_index) {
-  for (const configured_ranges& of_kind : session.configured)
-    for (const vsh_intf_mono_range_t& range : of_kind.ranges)
-      if (range.lower_if_index <= if_index && if_index <= range.upper_if_index) return true;
-  return false;
+  const auto& ranges = session.configured.ranges;
+  return std::any_of(ranges.begin(), ranges.end(), [if_index](const vsh_intf_mono_range_t& range) {
+    return range.lower_if_index <= if_index && if_index <= range.upper_if_index;
+  });
 }
 
 bool wants_it(const std::vector<if_index_t>& cut) {
