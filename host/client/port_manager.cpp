@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "client/clear_results.h"
 #include "client/request.h"
 #include "platform/transceiver.h"
 #include "service/port_manager_messages.h"
@@ -76,7 +77,11 @@ constexpr list_layout kTrackedLayout = {
 };
 
 syserr_t get_clear_statistics(const call& to, const eth_statistics_request& request, show_eth_intf_resp_t* response) {
-  if (request.get == 0) return answer(to, bytes_of(request), sizeof *response).error();
+  if (request.get == 0) {
+    const syserr_t error = answer(to, bytes_of(request), sizeof *response).error();
+    note_clear(to.sap, request.range.low, request.range.high, error);
+    return error;
+  }
   if (response == nullptr) return PM_ERR_GENERAL;
   return ask_record(to, bytes_of(request), writable_bytes_of(*response));
 }
