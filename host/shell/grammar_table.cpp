@@ -81,7 +81,7 @@ constexpr command kGeneralCommands[] = {
     {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kText},
     {"show kernel-map", "Which device of the kernel an interface is", show_kernel_map, kText},
     {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kText},
-    {"clear counters", "Let the counters of Ethernet ports, port-channels, loopbacks and management ports start from 0", clear_all, kText},
+    {"clear counters", "Clear the counters of all interfaces", clear_all, kText},
     {"clear counters all", "The same", clear_all, kText},
     {"clear counters interface RANGE", "Those of some interfaces", clear_range, kText},
     {"clear counters ethernet", "Those of all Ethernet ports", clear_ethernet, kText},
