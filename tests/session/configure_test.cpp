@@ -275,6 +275,17 @@ TEST(Configure, PortsOfSeveralKindsThatRefuseAlikeAreOneGroupInTheOrderOfTheUser
             "Ethernet1/1 failed for channel-group 9 with no such interface\n\n");
 }
 
+// Channel 2 is of another subtype than those beside it.
+TEST(Configure, APortChannelOfAnotherSubtypeBelongsToItsRange) {
+  const outcome result = run_shell_on(shipped_switch("storage.yaml"), {},
+                                      "configure\ninterface port-channel 1-3\ndescription of the range\nend\n"
+                                      "show interface port-channel 1-3 description | include range\n");
+  EXPECT_EQ(result.out,
+            "port-channel1            of the range\n"
+            "port-channel2            of the range\n"
+            "port-channel3            of the range\n");
+}
+
 // Ranges that do not follow each other, more than an argument of the library holds.
 std::string many_ranges() {
   std::string range = "ethernet 1/1";
