@@ -32,6 +32,8 @@ void note_change(const interface& port) {
   journal.before.emplace(port.if_index, port);
 }
 
+void forget_changes(if_index_t if_index) { journal.before.erase(if_index); }
+
 std::vector<if_index_t> changed_ports() {
   std::vector<if_index_t> ports;
   for (const auto& [if_index, before] : journal.before) ports.push_back(if_index);

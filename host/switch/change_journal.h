@@ -13,6 +13,9 @@ void begin_changes();
 // To be called before a port is changed.
 void note_change(const interface& port);
 
+// A port was deleted: what it was set to is not put back, whatever gets its index.
+void forget_changes(if_index_t if_index);
+
 // The ports that the last command changed, sorted; none once they were taken back.
 std::vector<if_index_t> changed_ports();
 
