@@ -5,6 +5,7 @@
 
 #include "client/clear_results.h"
 #include "client/request.h"
+#include "client/setting_results.h"
 #include "platform/transceiver.h"
 #include "service/port_manager_messages.h"
 
@@ -64,7 +65,9 @@ uint32 configure_interfaces(const call& to, uint32 create, const intf_range_t* r
   for (uint32 i = 0; i < ranges->range_count; ++i)
     request.ranges[i] = {ranges->range[i].lower_if_index, ranges->range[i].upper_if_index};
   const std::size_t size = sizeof request.head + ranges->range_count * sizeof request.ranges[0];
-  return static_cast<uint32>(answer(to, bytes_of(request).first(size), 1).error());
+  const syserr_t error = answer(to, bytes_of(request).first(size), 1).error();
+  note_creation(error);
+  return static_cast<uint32>(error);
 }
 
 constexpr std::size_t kTrackedHead = 12;  // eight bytes that nobody reads, and the count

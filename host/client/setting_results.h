@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/port_config.h"
+#include "platform/syserr.h"
 
 namespace host {
 
@@ -21,5 +22,11 @@ void note_results(std::span<const pm_port_cfg_status_t> ports);
 // What was noted since the last call of take_setting_results().
 const setting_results& noted_setting_results();
 setting_results take_setting_results();
+
+// The port manager answered a request to create or delete interfaces; 0 is success.
+void note_creation(syserr_t error);
+
+// Its last answer since the previous call; 0 when it was not asked.
+syserr_t take_creation_error();
 
 }  // namespace host
