@@ -89,11 +89,23 @@ int configure(const invocation& run) {
 int choose_interfaces(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
-  const selection chosen = select_named(run.session, parameters, run.line.spans);
+  const selection chosen = select_or_create(run.session, parameters, run.line.spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
   run.session.configured = ranges_of(chosen.interfaces);
   run.session.mode = kInterfaceMode;
+  return kDone;
+}
+
+int delete_interfaces(const invocation& run) {
+  if (!may_delete(run)) return kNotPermitted;
+  const command_queue q;
+  command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
+  const selection deleted = delete_named(run.session, parameters, run.line.spans, run.session.is_in_file);
+  if (!deleted.complaint.empty()) run.output.complain(deleted.complaint);
+  if (deleted.code != kDone) return deleted.code;
+  run.session.configured = {};
+  run.session.mode = kConfigureMode;
   return kDone;
 }
 

@@ -39,6 +39,7 @@ struct shell {
   std::string kept_cleared_in;      // where; empty: nowhere, it is for this session
   bool is_interactive = false;
   bool is_leaving = false;  // set by "exit"
+  bool is_in_file = false;  // the command comes from a file: deleting a missing interface is no error
   shell_mode mode = kExecMode;
   configured_interfaces configured;  // what the settings of the interface mode are for
 };

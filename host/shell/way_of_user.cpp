@@ -51,6 +51,17 @@ bool may_go_on(const invocation& run) {
   return may_change(run, [&](if_index_t it) { return is_in_mode(run.session, it); });
 }
 
+bool may_delete(const invocation& run) {
+  return may_change(run, [&](if_index_t it) {
+    const std::span<const interface_span> named = run.line.spans;
+    return std::any_of(named.begin(), named.end(), [it](const interface_span& span) {
+      std::vector<if_index_t> matches;
+      append_matching(span, {&it, 1}, matches);
+      return !matches.empty();
+    });
+  });
+}
+
 bool may_undo(const invocation& run) {
   const std::vector<if_index_t> changed = changed_ports();
   return may_change(run, [&](if_index_t it) { return std::binary_search(changed.begin(), changed.end(), it); });
