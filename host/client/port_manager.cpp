@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/c_edge.h"
 #include "client/clear_results.h"
 #include "client/request.h"
 #include "client/setting_results.h"
@@ -81,9 +82,11 @@ constexpr list_layout kTrackedLayout = {
 
 syserr_t get_clear_statistics(const call& to, const eth_statistics_request& request, show_eth_intf_resp_t* response) {
   if (request.get == 0) {
-    const syserr_t error = answer(to, bytes_of(request), sizeof *response).error();
-    note_clear(to.sap, request.range.low, request.range.high, error);
-    return error;
+    return no_throw<syserr_t>(PM_ERR_GENERAL, [&] {
+      const syserr_t error = answer(to, bytes_of(request), sizeof *response).error();
+      note_clear(to.sap, request.range.low, request.range.high, error);
+      return error;
+    });
   }
   if (response == nullptr) return PM_ERR_GENERAL;
   return ask_record(to, bytes_of(request), writable_bytes_of(*response));
