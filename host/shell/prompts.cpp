@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 
+#include "base/c_edge.h"
 #include "platform/mts.h"
 #include "platform/vsh.h"
 #include "shell/output/command_output.h"
@@ -68,6 +69,19 @@ std::string ask_once(const vsh_user_input_info_t& question) {
   return known != kept->end() ? known->second : kept->emplace(prompt, ask(question)).first->second;
 }
 
+int32 answer_question(const vsh_user_input_info_t& question, char* answer) {
+  host::command_output* const output = host::command_output::running();
+  if (output != nullptr) output->flush();
+  const auto quiet = output == nullptr ? std::nullopt : output->hold_progress();
+  const bool has_terminal = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
+  const std::string assumed = question.notty_input == nullptr ? "" : question.notty_input;
+  const std::string given = is_yes_assumed ? "y" : has_terminal ? ask_once(question) : assumed;
+  const auto length = std::min(given.size(), static_cast<std::size_t>(question.max_len));
+  std::memcpy(answer, given.data(), length);
+  answer[length] = '\0';
+  return 0;
+}
+
 }  // namespace
 
 void host::assume_yes() { is_yes_assumed = true; }
@@ -77,16 +91,7 @@ host::kept_answers::~kept_answers() { kept.reset(); }
 
 int32 vsh_util_user_input_get(vsh_user_input_info_t* question, char* answer) {
   if (question == nullptr || answer == nullptr || question->max_len < 0) return -1;
-  host::command_output* const output = host::command_output::running();
-  if (output != nullptr) output->flush();
-  const auto quiet = output == nullptr ? std::nullopt : output->hold_progress();
-  const bool has_terminal = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
-  const std::string assumed = question->notty_input == nullptr ? "" : question->notty_input;
-  const std::string given = is_yes_assumed ? "y" : has_terminal ? ask_once(*question) : assumed;
-  const auto length = std::min(given.size(), static_cast<std::size_t>(question->max_len));
-  std::memcpy(answer, given.data(), length);
-  answer[length] = '\0';
-  return 0;
+  return host::no_throw<int32>(-1, [&] { return answer_question(*question, answer); });
 }
 
 void vsh_print_mts_error_message(int32 kind, int32 mts_errno) {
