@@ -226,6 +226,13 @@ creates() {
   [ "$(ip -n "$here" -j link show "$3" | jq -r '.[0].ifalias')" = "made here" ] || fail "another $3"
   run -f "$map.config" || fail "the running configuration is refused where $2 exists"
   delete "$2" >/dev/null
+  said=$(printf 'configure\ninterface %s\nundo\n' "$2" | run 2>&1)
+  [ "$said" = "Taken back for $2." ] && [ -z "$(interface "$3")" ] || fail "the creation is not taken back: $said"
+  create "$2" >/dev/null
+  said=$(printf 'configure\nno interface %s\nundo\n' "$2" | run 2>&1)
+  [ "$said" = "Taken back for $2." ] || fail "the deletion is not taken back: $said"
+  [ "$(ip -n "$here" -j link show "$3" | jq -r '.[0].ifalias')" = "made here" ] || fail "another $3 after undo"
+  delete "$2" >/dev/null
 }
 # refuses INTERFACE: the kernel has no such device, which it says in its own words.
 refuses() {

@@ -188,16 +188,8 @@ void make_set(std::vector<if_index_t>& interfaces) {
   interfaces.erase(std::unique(interfaces.begin(), interfaces.end()), interfaces.end());
 }
 
-syserr_t create(std::span<const index_range> ranges, const configurable& kind) {
-  std::vector<if_index_t> missing;
-  for (const index_range& range : ranges)
-    for (uint64 it = range.low; it <= range.high; ++it)
-      if (!exists(static_cast<if_index_t>(it))) missing.push_back(static_cast<if_index_t>(it));
-  make_set(missing);
-  if (missing.empty()) return 0;
-  if (const auto create_interfaces = the_machine().create_interfaces; create_interfaces != nullptr)
-    return static_cast<syserr_t>(create_interfaces(missing));
-  for (const if_index_t if_index : missing) {
+uint32 add_to_model(std::span<const if_index_t> interfaces, const configurable& kind) {
+  for (const if_index_t if_index : interfaces) {
     interface made = kind.make(if_index);
     made.is_created = true;
     the_machine().add(std::move(made));
@@ -205,13 +197,31 @@ syserr_t create(std::span<const index_range> ranges, const configurable& kind) {
   return 0;
 }
 
-void remove_from_model(if_index_t if_index) {
-  machine& model = the_machine();
-  if (!model.find(if_index)->is_created) model.deleted.push_back(if_index);
-  model.remove(if_index);
-  forget_changes(if_index);
+syserr_t create(std::span<const index_range> ranges, const configurable& kind) {
+  std::vector<if_index_t> missing;
+  for (const index_range& range : ranges)
+    for (uint64 it = range.low; it <= range.high; ++it)
+      if (!exists(static_cast<if_index_t>(it))) missing.push_back(static_cast<if_index_t>(it));
+  make_set(missing);
+  if (missing.empty()) return 0;
+  const auto create_interfaces = the_machine().create_interfaces;
+  const uint32 status = create_interfaces != nullptr ? create_interfaces(missing) : add_to_model(missing, kind);
+  if (status != 0) return static_cast<syserr_t>(status);
+  for (const if_index_t it : missing) note_created(it);
+  return 0;
 }
 
+uint32 remove_from_model(std::span<const interface> doomed) {
+  machine& model = the_machine();
+  for (const interface& it : doomed) {
+    if (!it.is_created) model.deleted.push_back(it.if_index);
+    model.remove(it.if_index);
+  }
+  make_set(model.deleted);
+  return 0;
+}
+
+// What the source deletes before it refuses is noted as well.
 syserr_t remove(std::span<const index_range> ranges) {
   std::vector<if_index_t> doomed;
   for (const index_range& range : ranges) {
@@ -220,15 +230,13 @@ syserr_t remove(std::span<const index_range> ranges) {
     for (const interface& it : interfaces) doomed.push_back(it.if_index);
   }
   make_set(doomed);
-  if (const auto delete_interfaces = the_machine().delete_interfaces; delete_interfaces != nullptr) {
-    const uint32 status = delete_interfaces(doomed);
-    for (const if_index_t if_index : doomed)
-      if (!exists(if_index)) forget_changes(if_index);
-    return static_cast<syserr_t>(status);
-  }
-  for (const if_index_t if_index : doomed) remove_from_model(if_index);
-  make_set(the_machine().deleted);
-  return 0;
+  std::vector<interface> before;
+  for (const if_index_t it : doomed) before.push_back(*the_machine().find(it));
+  const auto delete_interfaces = the_machine().delete_interfaces;
+  const uint32 status = delete_interfaces != nullptr ? delete_interfaces(doomed) : remove_from_model(before);
+  for (interface& it : before)
+    if (!exists(it.if_index)) note_deleted(std::move(it));
+  return static_cast<syserr_t>(status);
 }
 
 syserr_t configure(const verification& request, const configurable& kind) {

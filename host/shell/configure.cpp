@@ -89,6 +89,7 @@ int configure(const invocation& run) {
 int choose_interfaces(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
+  begin_changes();
   const selection chosen = select_or_create(run.session, parameters, run.line.spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
@@ -101,6 +102,7 @@ int delete_interfaces(const invocation& run) {
   if (!may_delete(run)) return kNotPermitted;
   const command_queue q;
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
+  begin_changes();
   const selection deleted = delete_named(run.session, parameters, run.line.spans, run.session.is_in_file);
   if (!deleted.complaint.empty()) run.output.complain(deleted.complaint);
   if (deleted.code != kDone) return deleted.code;

@@ -317,18 +317,47 @@ TEST_F(InterfaceConfiguration, WhatANewSubInterfaceTakesFromItsParentIsSetExplic
     EXPECT_TRUE(the_machine().find(sub(8))->configured.test(type)) << int{type};
 }
 
-TEST_F(InterfaceConfiguration, SettingsOfADeletedInterfaceAreNotTakenBack) {
-  ASSERT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
-  interface& before = *the_machine().find(names_.loopback + 1);
+TEST_F(InterfaceConfiguration, CreatingIsTakenBack) {
   begin_changes();
-  note_change(before);
-  before.description = "the first one";
-  ASSERT_EQ(loopbacks(0, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
-  ASSERT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
-  the_machine().find(names_.loopback + 1)->description = "the second one";
+  ASSERT_EQ(sub_interfaces(1, {{sub(7), sub(8)}}), 0u);
+  EXPECT_EQ(changed_ports(), (std::vector<if_index_t>{sub(8)}));
+  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{sub(8)}));
+  EXPECT_EQ(the_machine().find(sub(8)), nullptr);
+  EXPECT_NE(the_machine().find(sub(7)), nullptr) << "it was there";
+  EXPECT_TRUE(the_machine().deleted.empty());
+}
 
+TEST_F(InterfaceConfiguration, DeletingIsTakenBackWithAllSettings) {
+  the_machine().find(names_.loopback)->description = "of the lab";
+  begin_changes();
+  ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
+  EXPECT_EQ(changed_ports(), (std::vector<if_index_t>{names_.loopback}));
+  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback}));
+  ASSERT_NE(the_machine().find(names_.loopback), nullptr);
+  EXPECT_EQ(the_machine().find(names_.loopback)->description, "of the lab");
+  EXPECT_TRUE(the_machine().deleted.empty());
+  EXPECT_TRUE(take_changes_back(the_machine()).restored.empty()) << "once";
+}
+
+TEST_F(InterfaceConfiguration, WhatWasMadeAnewStaysWhenItsDeletionIsTakenBack) {
+  begin_changes();
+  ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
+  interface anew;
+  anew.if_index = names_.loopback;
+  anew.description = "by somebody else";
+  the_machine().add(anew);
   EXPECT_TRUE(take_changes_back(the_machine()).restored.empty());
-  EXPECT_EQ(the_machine().find(names_.loopback + 1)->description, "the second one");
+  EXPECT_EQ(the_machine().find(names_.loopback)->description, "by somebody else");
+}
+
+TEST_F(InterfaceConfiguration, EarlierSettingsOfADeletedInterfaceAreForgotten) {
+  begin_changes();
+  note_change(*the_machine().find(names_.first_port));
+  the_machine().find(names_.first_port)->description = "changed";
+  begin_changes();
+  ASSERT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
+  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
+  EXPECT_EQ(the_machine().find(names_.first_port)->description, "changed");
 }
 
 // A source that creates and deletes itself.
@@ -370,6 +399,47 @@ TEST_F(InterfacesOfASource, IsAskedToDelete) {
   EXPECT_EQ(asked_, (std::vector<if_index_t>{sub(7)}));
   EXPECT_NE(the_machine().find(sub(7)), nullptr) << "the model is the source's";
   EXPECT_TRUE(the_machine().deleted.empty());
+}
+
+TEST_F(InterfacesOfASource, IsAskedToTakeBackWhatItCreatedAndDeleted) {
+  the_machine().create_interfaces = [](std::span<const if_index_t> wanted) {
+    for (const if_index_t it : wanted) {
+      interface made;
+      made.if_index = it;
+      the_machine().add(made);
+    }
+    return note(wanted);
+  };
+  the_machine().delete_interfaces = [](std::span<const if_index_t> gone) {
+    for (const if_index_t it : gone) the_machine().remove(it);
+    return note(gone);
+  };
+  the_machine().settle = [](const interface& port, const port_settings& before) -> uint32 {
+    EXPECT_EQ(before.description, "");
+    EXPECT_EQ(port.description, "of the lab");
+    return 0;
+  };
+  begin_changes();
+  ASSERT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
+  asked_.clear();
+  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
+  EXPECT_EQ(asked_, (std::vector<if_index_t>{names_.loopback + 1}));
+
+  the_machine().find(names_.loopback)->description = "of the lab";
+  begin_changes();
+  ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
+  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback}));
+  EXPECT_EQ(the_machine().find(names_.loopback)->description, "of the lab");
+
+  begin_changes();
+  ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
+  answer_ = 0x40F00001;
+  the_machine().create_interfaces = note;
+  const changes_back made = take_changes_back(the_machine());
+  EXPECT_TRUE(made.restored.empty());
+  ASSERT_EQ(made.refused.size(), 1u);
+  EXPECT_EQ(made.refused[0].if_index, names_.loopback);
+  EXPECT_EQ(made.refused[0].status, 0x40F00001u);
 }
 
 TEST_F(InterfacesOfASource, RefusesWithAStatusOfItsOwn) {

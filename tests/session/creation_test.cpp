@@ -45,7 +45,7 @@ class routed_switch {
     return result.out;
   }
 
-  // What a switch has that never heard of these lines, after it ran the running configuration that followed from them.
+  // The running configuration of a fresh switch that has loaded, twice, the one that these lines lead to.
   std::string rebuilt(const std::string& lines) const {
     const std::string file = path_ + ".cfg";
     std::ofstream(file) << running(lines);
@@ -220,15 +220,26 @@ TEST(Deletion, LeavesTheModeOfTheInterfaces) {
   EXPECT_EQ(result.err, "pmsh: 'shutdown' is a setting of interfaces. Type 'interface RANGE' first.\n");
 }
 
-TEST(Deletion, SettingsOfADeletedInterfaceAreNotTakenBack) {
+TEST(Undo, TakesBackTheLastCreationOrDeletion) {
   const outcome result = routed_switch().run(
-      "configure\ninterface loopback 77, ethernet 1/1\ndescription of both\nno interface loopback 77\n"
-      "interface loopback 77\nundo\nundo\n");
-  EXPECT_EQ(result.out, "Taken back for ethernet 1/1.\n");
+      "configure\ninterface loopback 77-78, ethernet 1/1\nundo\n"
+      "interface loopback 0\ndescription of the lab\nno interface loopback 0, ethernet 2/1.10\nundo\nundo\nend\n"
+      "show running-config interface loopback 0\nshow running-config | include \"no interface|loopback 7\"\n");
+  EXPECT_EQ(result.out,
+            "Taken back for loopback 77-78.\n"
+            "Taken back for loopback 0, ethernet 2/1.10.\n"
+            "! Settings of lab\nconfigure\ninterface loopback 0\n  description of the lab\nend\n");
   EXPECT_EQ(result.err, "pmsh: there is no setting to take back.\n");
 }
 
-// On a switch that never heard of it, and once more on the one that has it.
+TEST(Undo, ChoosingInterfacesKeepsTheLastSetting) {
+  const outcome result = routed_switch().run(
+      "configure\ninterface ethernet 1/1\ndescription of the lab\ninterface ethernet 1/2, loopback 0\nundo\n");
+  EXPECT_EQ(result.out, "Taken back for ethernet 1/1.\n");
+  EXPECT_EQ(result.err, "");
+}
+
+// On a fresh switch, and once more on the same one.
 TEST(RunningConfiguration, RebuildsWhatWasCreatedAndDeleted) {
   const routed_switch lab;
   for (const char* const lines : {
