@@ -95,7 +95,7 @@ constexpr command kGeneralCommands[] = {
     {"copy running-config startup-config", "Keep the settings under the name of the switch", copy_running_config, kText},
     {"copy running-config FILE", "Write the settings to a file", copy_running_config, kText},
     {"configure [terminal]", "Go to the configuration", configure, kText, 0, kExecMode},
-    {"interface RANGE", "Choose interfaces for the next settings; create missing loopbacks and sub-interfaces", choose_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
+    {"interface RANGE", "Choose interfaces, creating missing loopbacks and sub-interfaces", choose_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
     {"no interface RANGE", "Delete loopbacks and sub-interfaces of ports", delete_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
     {"undo", "Take back the last setting, creation or deletion", undo, kSettingShown},
     {"show transport", "Messages between this shell and the services", show_transport, kTransport},
