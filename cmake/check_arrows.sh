@@ -10,16 +10,17 @@ library="platform pm pmcli support command config interface counters transceiver
 rules="
 infra/platform:     platform
 infra/port_manager: $library
-host/switch:        platform switch
-host/source:        platform switch source
-host/transport:     platform transport
-host/service:       platform switch transport service
-host/client:        platform switch transport service client
-host/shell:         platform pm pmcli pmsh switch source transport service client shell
-host/embed:         platform pm pmcli pmhost pmsh switch source transport service client shell embed
+host/base:          base
+host/switch:        platform base switch
+host/source:        platform base switch source
+host/transport:     platform base transport
+host/service:       platform base switch transport service
+host/client:        platform base switch transport service client
+host/shell:         platform pm pmcli pmsh base switch source transport service client shell
+host/embed:         platform pm pmcli pmhost pmsh base switch source transport service client shell embed
 host/sibling:       platform pm pmcli pmsh sibling
 "
-ours="$library pmsh pmhost switch source transport service client shell sibling"
+ours="$library pmsh pmhost base switch source transport service client shell sibling"
 libc='assert|arpa/inet|dlfcn|errno|fcntl|net/if|netinet/in|stdbool|stddef|stdint|sys/ioctl|sys/socket|unistd'
 
 awk -v rules="$rules" -v ours="$ours" -v libc="$libc" '

@@ -99,6 +99,8 @@ export SSH_CONNECTION='203.0.113.9 50000 203.0.113.1 22'
 said=$(set_on "$left" shutdown) && fail "the user's way was cut"
 has_line "$said" "pmsh: nothing was changed: you may be connected by $left. Start the shell with --yes to change it all the same."
 is_so '.[0].flags | index("UP") != null' true
+said=$(printf 'configure\nno interface %s\n' "$left" | run 2>&1) && fail "the user's way was deleted"
+has_line "$said" "pmsh: nothing was changed: you may be connected by $left. Start the shell with --yes to change it all the same."
 set_on "$right" 'description the other end' >/dev/null || fail "another port is not set"
 set_on "$left" shutdown --yes >/dev/null || fail "--yes does not cut the way"
 is_so '.[0].flags | index("UP")' null
@@ -206,6 +208,57 @@ device "bonds" bond7 type bond &&
   { [[ $(interface bond7) == port-channel\ * ]] || fail "a bond is '$(interface bond7)'"; }
 device "dummies" dummy7 type dummy &&
   { [[ $(interface dummy7) == loopback\ * ]] || fail "a dummy is '$(interface dummy7)'"; }
+
+# Interfaces that the shell creates; each is deleted again.
+create() { printf 'configure\ninterface %s\ndescription made here\nend\nshow running-config interface %s\n' "$1" "$1" | run 2>&1; }
+delete() { printf 'configure\nno interface %s\n' "$1" | run 2>&1; }
+# creates KIND INTERFACE DEVICE: the device is there and up, the running configuration makes it again.
+creates() {
+  said=$(create "$2") || fail "$2 is not created: $said"
+  [ "$(interface "$3")" = "$2" ] || fail "$3 is '$(interface "$3")'"
+  ip -n "$here" -j -d link show "$3" | jq -e --arg kind "$1" '.[0] | .linkinfo.info_kind == $kind and (.flags | index("UP"))' >/dev/null ||
+    fail "not a $1 that is up: $(ip -n "$here" -d link show "$3")"
+  printf '%s\n' "$said" >"$map.config"
+  has_line "$said" "interface $2"
+  said=$(delete "$2") && [ -z "$said" ] || fail "$2 is not deleted: $said"
+  [ -z "$(interface "$3")" ] || fail "$3 is still there"
+  run -f "$map.config" || fail "the running configuration does not create $2"
+  [ "$(ip -n "$here" -j link show "$3" | jq -r '.[0].ifalias')" = "made here" ] || fail "another $3"
+  run -f "$map.config" || fail "the running configuration is refused where $2 exists"
+  delete "$2" >/dev/null
+  said=$(printf 'configure\ninterface %s\nundo\n' "$2" | run 2>&1)
+  [ "$said" = "Taken back for $2." ] && [ -z "$(interface "$3")" ] || fail "the creation is not taken back: $said"
+  create "$2" >/dev/null
+  said=$(printf 'configure\nno interface %s\nundo\n' "$2" | run 2>&1)
+  [ "$said" = "Taken back for $2." ] || fail "the deletion is not taken back: $said"
+  [ "$(ip -n "$here" -j link show "$3" | jq -r '.[0].ifalias')" = "made here" ] || fail "another $3 after undo"
+  delete "$2" >/dev/null
+}
+# refuses INTERFACE: the kernel has no such device, which it says in its own words.
+refuses() {
+  said=$(create "$1") && fail "$1 is created"
+  has "$said" "pmsh: cannot create $1: "
+  printf 'configure\ninterface %s\n' "$1" | run >/dev/null 2>&1
+  [ $? = 2 ] || fail "exit code of a refusal"
+}
+step "created loopbacks"
+if dev add probe type dummy; then
+  dev del probe
+  creates dummy "loopback 7777" lo7777
+else
+  refuses "loopback 7777"
+fi
+step "created sub-interfaces"
+if dev add link left name probe type vlan id 77; then
+  dev del probe
+  creates vlan "$left.77" left.77
+else
+  refuses "$left.77"
+fi
+step "devices that are not to be deleted"
+has_line "$(delete "loopback 0")" "pmsh: cannot delete loopback 0: the device lo is not one that commands create."
+delete "$left" >/dev/null && fail "a port is deleted"
+[ "$(interface left)" = "$left" ] || fail "a port was deleted"
 
 step "a device that vanishes between two commands"
 dev del left

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <vector>
 
+#include "base/c_edge.h"
+#include "client/clear_results.h"
 #include "client/library_functions.h"
 #include "client/request.h"
 #include "platform/port_manager.h"
@@ -31,8 +33,15 @@ syserr_t take_entries(std::span<const std::byte> payload, std::size_t asked, sta
   return 0;
 }
 
-// Clears as many interfaces as one answer can count.
-syserr_t clear_some(mts_q_handle_t q, std::span<const if_index_t> if_indexes, status_entries& entries) {
+// The status of one interface that was asked for; PM_ERR_GENERAL when the answer does not name it.
+syserr_t status_of(if_index_t if_index, std::span<const pm_clear_status_t> entries) {
+  const auto found = std::find_if(entries.begin(), entries.end(),
+                                  [=](const pm_clear_status_t& it) { return it.if_index == if_index; });
+  return found == entries.end() ? syserr_t{PM_ERR_GENERAL} : syserr_t{found->status};
+}
+
+// Asks for as many interfaces as one answer can count. There is room for their entries.
+syserr_t ask_to_clear_some(mts_q_handle_t q, std::span<const if_index_t> if_indexes, status_entries& entries) {
   struct {
     clear_request head;
     be32 if_indexes[MAX_CLEARED_AT_ONCE];
@@ -47,6 +56,16 @@ syserr_t clear_some(mts_q_handle_t q, std::span<const if_index_t> if_indexes, st
   const syserr_t result = take_entries(payload_of(got), if_indexes.size(), entries);
   mts_drop(q, &got);
   return result;
+}
+
+syserr_t clear_some(mts_q_handle_t q, std::span<const if_index_t> if_indexes, status_entries& entries) {
+  const std::size_t known = entries.size();
+  entries.reserve(known + if_indexes.size());
+  const syserr_t error = ask_to_clear_some(q, if_indexes, entries);
+  const auto answered = std::span(entries).subspan(known);
+  for (const if_index_t if_index : if_indexes)
+    note_clear(MTS_SAP_PORT_MANAGER, if_index, if_index, error != 0 ? error : status_of(if_index, answered));
+  return error;
 }
 
 // What a list cannot count is left out, good entries first.
@@ -67,8 +86,26 @@ syserr_t give_list(const status_entries& entries, uint8** list) {
   return 0;
 }
 
+// Notes what became of it, so that it is a failure when there is no memory for that.
 syserr_t ask_to_clear(const call& to, if_index_t if_index) {
-  return answer(to, bytes_of(interface_request{if_index}), 1).error();
+  return no_throw<syserr_t>(PM_ERR_GENERAL, [&] {
+    const syserr_t error = answer(to, bytes_of(interface_request{if_index}), 1).error();
+    note_clear(to.sap, if_index, if_index, error);
+    return error;
+  });
+}
+
+// The same of all, in as many requests as it takes.
+syserr_t clear_all_of(mts_q_handle_t q, std::span<const if_index_t> left, uint8** status_list) {
+  status_entries entries;
+  while (!left.empty()) {
+    const std::size_t size = std::min<std::size_t>(left.size(), MAX_CLEARED_AT_ONCE);
+    const syserr_t error = clear_some(q, left.first(size), entries);
+    if (error != 0) return error;
+    left = left.subspan(size);
+  }
+  fit_in_list(entries);
+  return give_list(entries, status_list);
 }
 
 // The interface ranges of a command; null when it has none.
@@ -86,7 +123,12 @@ const intf_range_t* ranges_of(const paraminfo_t& param) {
 
 bool clear_channels(mts_q_handle_t q, const vsh_intf_mono_range_t& range) {
   const eth_statistics_request request{{range.lower_if_index, range.upper_if_index}, 0};
-  const syserr_t error = answer({q, MTS_SAP_PORT_MANAGER, PM_OPC_CHANNEL_STATISTICS}, bytes_of(request), 1).error();
+  const syserr_t error = no_throw<syserr_t>(PM_ERR_GENERAL, [&] {
+    const syserr_t answered =
+        answer({q, MTS_SAP_PORT_MANAGER, PM_OPC_CHANNEL_STATISTICS}, bytes_of(request), 1).error();
+    note_clear(MTS_SAP_PORT_MANAGER, range.lower_if_index, range.upper_if_index, answered);
+    return answered;
+  });
   if (error == 0) return true;
   std::array<char, 40> name;
   const char* const text = syserr2str(error);
@@ -114,15 +156,7 @@ int32 pm_clear_port_counters(mts_q_handle_t q, uint32 count, const if_index_t* i
   if (status_list == nullptr) return PM_ERR_GENERAL;
   *status_list = nullptr;
   if (if_indexes == nullptr && count != 0) return PM_ERR_GENERAL;
-  status_entries entries;
-  for (std::span<const if_index_t> left(if_indexes, count); !left.empty();) {
-    const std::size_t size = std::min<std::size_t>(left.size(), MAX_CLEARED_AT_ONCE);
-    const syserr_t error = clear_some(q, left.first(size), entries);
-    if (error != 0) return error;
-    left = left.subspan(size);
-  }
-  fit_in_list(entries);
-  return give_list(entries, status_list);
+  return no_throw<syserr_t>(PM_ERR_GENERAL, [&] { return clear_all_of(q, {if_indexes, count}, status_list); });
 }
 
 // Not zero is success. Callers name the device by the number of its port; which one that is here the machine knows.

@@ -1,3 +1,4 @@
+#include "base/c_edge.h"
 #include "platform/ip_statistics.h"
 #include "platform/syserr.h"
 #include "switch/kernel_device.h"
@@ -35,8 +36,10 @@ constexpr counter_member kMembers[] = {
 
 int32 pm_get_proc_net_dev_stats(const char* device, pm_proc_net_dev_stats_t* stats) {
   if (device == nullptr || stats == nullptr) return PM_ERR_GENERAL;
-  const auto counted = kernel_counters(device);
-  if (!counted) return PM_ERR_NO_SUCH_INTERFACE;
-  for (const auto& [member, counter] : kMembers) stats->*member = static_cast<uint32>((*counted).*counter);
-  return 0;
+  return no_throw<int32>(PM_ERR_GENERAL, [&]() -> int32 {
+    const auto counted = kernel_counters(device);
+    if (!counted) return PM_ERR_NO_SUCH_INTERFACE;
+    for (const auto& [member, counter] : kMembers) stats->*member = static_cast<uint32>((*counted).*counter);
+    return 0;
+  });
 }

@@ -2,8 +2,10 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <vector>
 
+#include "base/c_edge.h"
 #include "client/host_settings.h"
 #include "client/library_functions.h"
 #include "client/request.h"
@@ -20,18 +22,31 @@ void append(std::vector<std::byte>* to, std::span<const std::byte> bytes) {
   to->insert(to->end(), bytes.begin(), bytes.end());
 }
 
+struct heap_deleter {
+  void operator()(void* block) const { std::free(block); }
+};
+
 // Asks for a status of each port. On success the caller frees the block.
 int32 ask_statuses(const call& to, std::span<const std::byte> request, pm_port_cfg_status_t** cfg_status,
                    uint32* num_ports) {
   const answer got(to, request, sizeof **cfg_status);
-  if (got.error() != 0) note_failed_request();
   if (got.error() != 0 || got.count() == 0) return got.error();
-  *cfg_status = static_cast<pm_port_cfg_status_t*>(std::malloc(got.records().size()));
-  if (*cfg_status == nullptr) return PM_ERR_GENERAL;
-  std::memcpy(*cfg_status, got.records().data(), got.records().size());
+  std::unique_ptr<pm_port_cfg_status_t[], heap_deleter> block(
+      static_cast<pm_port_cfg_status_t*>(std::malloc(got.records().size())));
+  if (block == nullptr) return PM_ERR_GENERAL;
+  std::memcpy(block.get(), got.records().data(), got.records().size());
+  note_results({block.get(), got.count()});
   *num_ports = got.count();
-  note_results({*cfg_status, *num_ports});
+  *cfg_status = block.release();
   return 0;
+}
+
+// Returns what `ask` returns, PM_ERR_GENERAL if it throws. A failure is noted as that of a request.
+template <typename Ask>
+int32 noting_failures(Ask ask) {
+  const int32 error = no_throw<int32>(PM_ERR_GENERAL, ask);
+  if (error != 0) note_failed_request();
+  return error;
 }
 
 // A setting_request.
@@ -58,10 +73,12 @@ int32 ask_for_range(const call& to, const paraminfo_t* param, pm_port_cfg_status
   *num_ports = 0;
   const intf_range_t* const ranges = range_of(param);
   if (ranges == nullptr) return PM_ERR_INVALID_RANGE;
-  std::vector<std::byte> request;
-  for (const vsh_intf_mono_range_t& range : std::span(ranges->range, ranges->range_count))
-    append(&request, bytes_of(range_request{range.lower_if_index, range.upper_if_index}));
-  return ask_statuses(to, request, cfg_status, num_ports);
+  return noting_failures([&] {
+    std::vector<std::byte> request;
+    for (const vsh_intf_mono_range_t& range : std::span(ranges->range, ranges->range_count))
+      append(&request, bytes_of(range_request{range.lower_if_index, range.upper_if_index}));
+    return ask_statuses(to, request, cfg_status, num_ports);
+  });
 }
 
 }  // namespace
@@ -73,17 +90,20 @@ int32 pm_cmi_set_port_config(mts_q_handle_t q, const char*, uint32, uint32 num_r
   if (num_ports != nullptr) *num_ports = 0;
   if (cfg_status == nullptr || num_ports == nullptr || value == nullptr || (ranges == nullptr && num_ranges != 0))
     return PM_ERR_GENERAL;
-  const std::vector<std::byte> request =
-      request_of(cfg_type, {static_cast<const std::byte*>(value), cfg_length}, std::span(ranges, num_ranges));
-  return ask_statuses({q, MTS_SAP_PORT_MANAGER, PM_OPC_SET_CONFIG, timeout}, request, cfg_status, num_ports);
+  return noting_failures([&] {
+    const std::vector<std::byte> request =
+        request_of(cfg_type, {static_cast<const std::byte*>(value), cfg_length}, std::span(ranges, num_ranges));
+    return ask_statuses({q, MTS_SAP_PORT_MANAGER, PM_OPC_SET_CONFIG, timeout}, request, cfg_status, num_ports);
+  });
 }
 
 int32 host::set_host_setting(mts_q_handle_t q, std::span<const if_index_range_t> ranges, uint8 type,
                              std::span<const std::byte> value) {
   pm_port_cfg_status_t* block = nullptr;
   uint32 count = 0;
-  const int32 error =
-      ask_statuses({q, MTS_SAP_PORT_MANAGER, PM_OPC_SET_CONFIG}, request_of(type, value, ranges), &block, &count);
+  const int32 error = noting_failures([&] {
+    return ask_statuses({q, MTS_SAP_PORT_MANAGER, PM_OPC_SET_CONFIG}, request_of(type, value, ranges), &block, &count);
+  });
   std::free(block);  // what it holds is noted
   return error;
 }

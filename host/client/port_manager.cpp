@@ -3,7 +3,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/c_edge.h"
+#include "client/clear_results.h"
 #include "client/request.h"
+#include "client/setting_results.h"
 #include "platform/transceiver.h"
 #include "service/port_manager_messages.h"
 
@@ -63,7 +66,9 @@ uint32 configure_interfaces(const call& to, uint32 create, const intf_range_t* r
   for (uint32 i = 0; i < ranges->range_count; ++i)
     request.ranges[i] = {ranges->range[i].lower_if_index, ranges->range[i].upper_if_index};
   const std::size_t size = sizeof request.head + ranges->range_count * sizeof request.ranges[0];
-  return static_cast<uint32>(answer(to, bytes_of(request).first(size), 1).error());
+  const syserr_t error = answer(to, bytes_of(request).first(size), 1).error();
+  note_creation(error);
+  return static_cast<uint32>(error);
 }
 
 constexpr std::size_t kTrackedHead = 12;  // eight bytes that nobody reads, and the count
@@ -76,7 +81,13 @@ constexpr list_layout kTrackedLayout = {
 };
 
 syserr_t get_clear_statistics(const call& to, const eth_statistics_request& request, show_eth_intf_resp_t* response) {
-  if (request.get == 0) return answer(to, bytes_of(request), sizeof *response).error();
+  if (request.get == 0) {
+    return no_throw<syserr_t>(PM_ERR_GENERAL, [&] {
+      const syserr_t error = answer(to, bytes_of(request), sizeof *response).error();
+      note_clear(to.sap, request.range.low, request.range.high, error);
+      return error;
+    });
+  }
   if (response == nullptr) return PM_ERR_GENERAL;
   return ask_record(to, bytes_of(request), writable_bytes_of(*response));
 }

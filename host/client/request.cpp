@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/c_edge.h"
 #include "service/messages.h"
 #include "transport/transport.h"
 
@@ -24,7 +25,8 @@ int32 receive(const call& to, mts_rr_token_t token, mts_msg_ref_t* got) {
 }  // namespace
 
 mts_q_handle_t client_queue() {
-  static const mts_q_handle_t q = transport_open_queue();
+  static mts_q_handle_t q = -1;
+  if (q == -1) q = no_throw<mts_q_handle_t>(-1, transport_open_queue);
   return q;
 }
 

@@ -20,7 +20,7 @@ struct call {
   int32 timeout_sec = ANSWER_TIMEOUT_SEC;
 };
 
-// The queue of client functions that are not given one.
+// The queue of client functions that are not given one; -1 when there is no memory for it.
 mts_q_handle_t client_queue();
 
 template <typename Record>

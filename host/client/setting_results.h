@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/port_config.h"
+#include "platform/syserr.h"
 
 namespace host {
 
@@ -18,7 +19,14 @@ struct setting_results {
 void note_failed_request();
 void note_results(std::span<const pm_port_cfg_status_t> ports);
 
-// What was noted since the last call.
+// What was noted since the last call of take_setting_results().
+const setting_results& noted_setting_results();
 setting_results take_setting_results();
+
+// The port manager answered a request to create or delete interfaces; 0 is success.
+void note_creation(syserr_t error);
+
+// Its last answer since the previous call; 0 when it was not asked.
+syserr_t take_creation_error();
 
 }  // namespace host

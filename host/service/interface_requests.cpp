@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/interface_manager.h"
+#include "platform/port_config.h"
 #include "service/answers.h"
 #include "service/port_manager_messages.h"
+#include "switch/change_journal.h"
 #include "switch/if_index_layout.h"
 
 namespace host {
@@ -75,7 +78,8 @@ syserr_t refusal_of_sub_interfaces(const index_range& range) {
   if_index_get_sub_intf(range.high, &highest);
   if (highest == MAX_SUB_INTERFACE) return PM_ERR_SUB_INTERFACE_INTERNAL;
   if (parent->channel != 0) return PM_ERR_PORT_IN_CHANNEL;
-  return parent->layer == IF_LAYER_2 ? PM_ERR_SUB_INTERFACE_ON_L2 : 0;
+  const bool is_switched = parent->layer == IF_LAYER_2 && the_machine().create_interfaces == nullptr;
+  return is_switched ? PM_ERR_SUB_INTERFACE_ON_L2 : 0;
 }
 
 // The status of a request that creates sub-interfaces, as far as it can be told before they are looked up.
@@ -91,6 +95,25 @@ syserr_t refusal_of_creation(std::span<const index_range> ranges) {
   return present + missing > MAX_SUB_INTERFACES ? PM_ERR_TOO_MANY_SUB_INTERFACES : 0;
 }
 
+bool is_loopback(if_index_t if_index) { return take_apart(if_index).type == IF_TYPE_LOOPBACK; }
+
+bool is_too_wide(const index_range& range) { return range.high - range.low >= MAX_LOOPBACKS; }
+
+// Whether a command that creates its interfaces has something to create in a range.
+bool lacks_interfaces(const index_range& range) {
+  if (is_loopback(range.low)) return is_too_wide(range) || count_missing(range) != 0;
+  return is_sub_interface(range.low) && count_missing(range) != 0;
+}
+
+// The caller deletes loopbacks when it gets PM_ERR_NO_SUCH_INTERFACE.
+syserr_t status_of_deletion(std::span<const index_range> ranges) {
+  const auto is_of = [ranges](bool (*is_one)(if_index_t)) {
+    return std::all_of(ranges.begin(), ranges.end(), [=](const index_range& range) { return is_one(range.low); });
+  };
+  if (is_of(is_sub_interface)) return 0;
+  return is_of(is_loopback) ? PM_ERR_NO_SUCH_INTERFACE : PM_ERR_NOT_ALLOWED_ON_INTERFACE;
+}
+
 syserr_t status_of(const verification& request) {
   if (!std::all_of(request.ranges.begin(), request.ranges.end(), spans_a_range)) return PM_ERR_INVALID_RANGE;
   if (request.is_create) {
@@ -98,9 +121,9 @@ syserr_t status_of(const verification& request) {
   }
   for (const index_range& range : request.ranges) {
     if (!exists(range.low) || !exists(range.high)) return PM_ERR_NO_SUCH_INTERFACE;
-    if (request.is_create && is_sub_interface(range.low) && count_missing(range) != 0) return PM_ERR_NO_SUCH_INTERFACE;
+    if (request.is_create && lacks_interfaces(range)) return PM_ERR_NO_SUCH_INTERFACE;
   }
-  return 0;
+  return request.is_delete ? status_of_deletion(request.ranges) : 0;
 }
 
 // Configuration.
@@ -123,6 +146,7 @@ interface new_sub_interface(const interface& parent, if_index_t if_index) {
   made.delay_usec = parent.delay_usec;
   made.burned_in_mac = parent.burned_in_mac;
   made.router_mac = parent.router_mac;
+  for (const uint8 taken_over : {PM_CFG_MTU, PM_CFG_SPEED, PM_CFG_DUPLEX}) made.configured.set(taken_over);
   return made;
 }
 
@@ -144,12 +168,10 @@ struct configurable {
   interface (*make)(if_index_t if_index);
 };
 
-bool is_loopback(if_index_t if_index) { return take_apart(if_index).type == IF_TYPE_LOOPBACK; }
-
 syserr_t refusal_of_loopbacks(std::span<const index_range> ranges) {
   uint64 wanted = count_interfaces([](const interface& it) { return is_loopback(it.if_index); });
   for (const index_range& range : ranges) {
-    if (range.high - range.low >= MAX_LOOPBACKS) return PM_ERR_INVALID_RANGE;
+    if (is_too_wide(range)) return PM_ERR_INVALID_RANGE;
     wanted += count_missing(range);
   }
   return wanted > MAX_LOOPBACKS ? PM_ERR_INVALID_RANGE : 0;
@@ -160,13 +182,46 @@ constexpr configurable kSubInterfaces = {is_sub_interface, refusal_of_creation, 
                                          }};
 constexpr configurable kLoopbacks = {is_loopback, refusal_of_loopbacks, new_loopback};
 
-void create(const index_range& range, const configurable& kind) {
-  for (uint64 it = range.low; it <= range.high; ++it) {
-    const auto if_index = static_cast<if_index_t>(it);
-    if (!exists(if_index)) the_machine().add(kind.make(if_index));
-  }
+// Sorted, each once.
+void make_set(std::vector<if_index_t>& interfaces) {
+  std::sort(interfaces.begin(), interfaces.end());
+  interfaces.erase(std::unique(interfaces.begin(), interfaces.end()), interfaces.end());
 }
 
+uint32 add_to_model(std::span<const if_index_t> interfaces, const configurable& kind) {
+  for (const if_index_t if_index : interfaces) {
+    interface made = kind.make(if_index);
+    made.is_created = true;
+    the_machine().add(std::move(made));
+  }
+  return 0;
+}
+
+syserr_t create(std::span<const index_range> ranges, const configurable& kind) {
+  std::vector<if_index_t> missing;
+  for (const index_range& range : ranges)
+    for (uint64 it = range.low; it <= range.high; ++it)
+      if (!exists(static_cast<if_index_t>(it))) missing.push_back(static_cast<if_index_t>(it));
+  make_set(missing);
+  if (missing.empty()) return 0;
+  const auto create_interfaces = the_machine().create_interfaces;
+  const uint32 status = create_interfaces != nullptr ? create_interfaces(missing) : add_to_model(missing, kind);
+  if (status != 0) return static_cast<syserr_t>(status);
+  for (const if_index_t it : missing) note_created(it);
+  return 0;
+}
+
+uint32 remove_from_model(std::span<const interface> doomed) {
+  machine& model = the_machine();
+  for (const interface& it : doomed) {
+    if (!it.is_created) model.deleted.push_back(it.if_index);
+    model.remove(it.if_index);
+  }
+  make_set(model.deleted);
+  return 0;
+}
+
+// What the source deletes before it refuses is noted as well.
 syserr_t remove(std::span<const index_range> ranges) {
   std::vector<if_index_t> doomed;
   for (const index_range& range : ranges) {
@@ -174,8 +229,14 @@ syserr_t remove(std::span<const index_range> ranges) {
     if (error != 0) return error;
     for (const interface& it : interfaces) doomed.push_back(it.if_index);
   }
-  for (const if_index_t if_index : doomed) the_machine().remove(if_index);
-  return 0;
+  make_set(doomed);
+  std::vector<interface> before;
+  for (const if_index_t it : doomed) before.push_back(*the_machine().find(it));
+  const auto delete_interfaces = the_machine().delete_interfaces;
+  const uint32 status = delete_interfaces != nullptr ? delete_interfaces(doomed) : remove_from_model(before);
+  for (interface& it : before)
+    if (!exists(it.if_index)) note_deleted(std::move(it));
+  return static_cast<syserr_t>(status);
 }
 
 syserr_t configure(const verification& request, const configurable& kind) {
@@ -185,8 +246,7 @@ syserr_t configure(const verification& request, const configurable& kind) {
   }
   if (request.is_delete) return remove(request.ranges);
   if (const syserr_t refusal = kind.refusal(request.ranges); refusal != 0) return refusal;
-  for (const index_range& range : request.ranges) create(range, kind);
-  return 0;
+  return create(request.ranges, kind);
 }
 
 reply answer_configuration(std::span<const std::byte> bytes, const configurable& kind) {

@@ -14,12 +14,14 @@ enum { MAX_SUB_INTERFACES = 1000, MAX_LOOPBACKS = 1024 };
 // Each takes a verification (see port_manager_messages.h) and rejects one of another size than it says.
 //
 // Verification answers with a bare status: PM_ERR_INVALID_RANGE for ends that span no range, PM_ERR_NO_SUCH_INTERFACE
-// for an end that does not exist. Of sub-interfaces that are to be created every one has to exist; what speaks against
-// the creation is answered first.
+// for an end that does not exist. To create sub-interfaces or loopbacks every one of the range has to exist; a reason
+// against the creation of sub-interfaces is answered first. To delete, sub-interfaces are accepted. Loopbacks get
+// PM_ERR_NO_SUCH_INTERFACE, on which the caller sends configure_loopbacks(); any other kind gets
+// PM_ERR_NOT_ALLOWED_ON_INTERFACE.
 reply answer_verification(std::span<const std::byte> request);
 
-// Creates the interfaces of the ranges that are missing, or deletes those that exist. Nothing changes unless all of it
-// can be done.
+// Creates the interfaces of the ranges that are missing, or deletes those that exist, in the source or else in the
+// model. Nothing changes unless all of it can be done.
 reply configure_sub_interfaces(std::span<const std::byte> request);
 reply configure_loopbacks(std::span<const std::byte> request);
 

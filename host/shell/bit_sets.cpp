@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string>
 
+#include "base/c_edge.h"
 #include "platform/bitset.h"
 
 namespace {
@@ -10,6 +11,20 @@ namespace {
 constexpr uint32 kIds = BITSET_BYTES * 8;
 
 uint8 mask_of(uint32 id) { return static_cast<uint8>(0x80U >> (id % 8)); }
+
+std::string text_of(const vlan_bitset_t* set) {
+  std::string text;
+  for (uint32 first = 0; first < kIds; ++first) {
+    if (bitset_is_set(set, first) == 0) continue;
+    uint32 last = first;
+    while (bitset_is_set(set, last + 1) != 0) ++last;
+    if (!text.empty()) text += ',';
+    text += std::to_string(first);
+    if (last > first) text.append("-").append(std::to_string(last));
+    first = last;
+  }
+  return text;
+}
 
 }  // namespace
 
@@ -27,19 +42,13 @@ boolean bitset_is_set(const vlan_bitset_t* set, uint32 id) {
 }
 
 uint32 bitset_sprintf(char* buffer, uint32 size, const vlan_bitset_t* set) {
-  std::string text;
-  for (uint32 first = 0; first < kIds; ++first) {
-    if (bitset_is_set(set, first) == 0) continue;
-    uint32 last = first;
-    while (bitset_is_set(set, last + 1) != 0) ++last;
-    if (!text.empty()) text += ',';
-    text += std::to_string(first);
-    if (last > first) text.append("-").append(std::to_string(last));
-    first = last;
-  }
   if (size == 0) return 0;
-  const auto length = std::min<std::size_t>(text.size(), size - 1);
-  std::memcpy(buffer, text.data(), length);
-  buffer[length] = '\0';
-  return static_cast<uint32>(length);
+  *buffer = '\0';
+  return host::no_throw<uint32>(0, [=] {
+    const std::string text = text_of(set);
+    const auto length = std::min<std::size_t>(text.size(), size - 1);
+    std::memcpy(buffer, text.data(), length);
+    buffer[length] = '\0';
+    return static_cast<uint32>(length);
+  });
 }

@@ -44,6 +44,7 @@ int leave(const invocation& run);
 // The configuration.
 int configure(const invocation& run);
 int choose_interfaces(const invocation& run);
+int delete_interfaces(const invocation& run);
 int set_ports(const invocation& run);
 int set_ports_of_host(const invocation& run);
 int undo(const invocation& run);

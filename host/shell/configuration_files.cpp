@@ -38,7 +38,10 @@ configuration configuration_of(const invocation& run) {
                                                   : select_named(run.session, parameters, run.line.spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return {chosen.code, {}};
-  return {kDone, running_config(the_machine(), chosen.interfaces)};
+  const bool is_whole = run.line.spans.empty();
+  return {kDone, running_config(
+                     the_machine(), chosen.interfaces,
+                     is_whole ? std::span<const if_index_t>(the_machine().deleted) : std::span<const if_index_t>())};
 }
 
 bool write_all(int descriptor, std::string_view text) {
@@ -126,6 +129,7 @@ int run_file(shell& session, const std::string& name, bool keep_going) {
     return kUsage;
   }
   int result = kDone;
+  session.is_in_file = true;
   for (uint32 number = 1; !session.is_leaving && file.next_line(); ++number) {
     const std::string_view text = trim(file.line);
     if (is_comment(text)) continue;
@@ -139,6 +143,7 @@ int run_file(shell& session, const std::string& name, bool keep_going) {
     }
     print_error(place + quoted(text) + " failed.");
   }
+  session.is_in_file = false;
   return result;
 }
 

@@ -8,6 +8,7 @@
 #include "shell/interface_kinds.h"
 #include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
+#include "shell/prompts.h"
 #include "shell/selection.h"
 #include "shell/setting_outcome.h"
 #include "shell/shell.h"
@@ -51,17 +52,31 @@ int32 worse(int32 one, int32 other) { return one == kForbiddenSetting || one == 
 
 // ---- The chosen interfaces.
 
-// Ranges of interfaces that follow each other, by kind.
-std::vector<configured_ranges> ranges_by_kind(const std::vector<if_index_t>& interfaces) {
-  std::vector<configured_ranges> found;
-  for (const interface_kind& kind : all_kinds()) {
-    configured_ranges of_kind{&kind, {}};
-    for (const auto& [first, last] : runs_of(interfaces)) {
-      if (&kind_of(first) == &kind) of_kind.ranges.push_back({first, last});
-    }
-    if (!of_kind.ranges.empty()) found.push_back(std::move(of_kind));
+configured_interfaces ranges_of(const std::vector<if_index_t>& interfaces) {
+  configured_interfaces found;
+  for (const auto& [first, last] : runs_of(interfaces)) {
+    found.mask |= kind_of(first).mask;
+    found.ranges.push_back({first, last});
   }
   return found;
+}
+
+// Asks the command library for a setting of all ranges: one call for as many of them as an argument holds. A command
+// that is refused or not confirmed sends nothing, and ends with its first call. Returns the worst result.
+int32 set_ranges(const invocation& run, mts_q_handle_t q) {
+  const kept_answers answers;
+  const configured_interfaces& configured = run.session.configured;
+  int32 worst = 0;
+  for (std::span<const vsh_intf_mono_range_t> left = configured.ranges; !left.empty();) {
+    command_parameters parameters(run.session.who, q, kNoDisplayId);
+    token_values values;
+    add_tokens(run.line, parameters, values);
+    const auto block = left.first(std::min<std::size_t>(left.size(), PARAM_MAX_RANGES));
+    worst = worse(worst, run.session.library.set_port_config(parameters.for_ranges(configured.mask, block)));
+    if (!noted_setting_results().was_asked) break;
+    left = left.subspan(block.size());
+  }
+  return worst;
 }
 
 }  // namespace
@@ -74,24 +89,38 @@ int configure(const invocation& run) {
 int choose_interfaces(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
-  const selection chosen = select_named(run.session, parameters, run.line.spans);
+  begin_changes();
+  const selection chosen = select_or_create(run.session, parameters, run.line.spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
-  run.session.configured = ranges_by_kind(chosen.interfaces);
+  run.session.configured = ranges_of(chosen.interfaces);
   run.session.mode = kInterfaceMode;
+  return kDone;
+}
+
+int delete_interfaces(const invocation& run) {
+  if (!may_delete(run)) return kNotPermitted;
+  const command_queue q;
+  command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
+  begin_changes();
+  const selection deleted = delete_named(run.session, parameters, run.line.spans, run.session.is_in_file);
+  if (!deleted.complaint.empty()) run.output.complain(deleted.complaint);
+  if (deleted.code != kDone) return deleted.code;
+  run.session.configured = {};
+  run.session.mode = kConfigureMode;
   return kDone;
 }
 
 int leave_configuration(const invocation& run) {
   run.session.mode = kExecMode;
-  run.session.configured.clear();
+  run.session.configured = {};
   return kDone;
 }
 
 int leave_mode(const invocation& run) {
   if (run.session.mode == kExecMode) return leave(run);
   run.session.mode = run.session.mode == kInterfaceMode ? kConfigureMode : kExecMode;
-  run.session.configured.clear();
+  run.session.configured = {};
   return kDone;
 }
 
@@ -100,17 +129,7 @@ int set_ports(const invocation& run) {
   const command_queue q;
   begin_changes();
   take_setting_results();
-  int32 worst = 0;
-  for (const configured_ranges& of_kind : run.session.configured) {
-    for (std::span<const vsh_intf_mono_range_t> left = of_kind.ranges; !left.empty();) {
-      command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
-      token_values values;
-      add_tokens(run.line, parameters, values);
-      const auto block = left.first(std::min<std::size_t>(left.size(), PARAM_MAX_RANGES));
-      worst = worse(worst, run.session.library.set_port_config(parameters.for_ranges(of_kind.kind->mask, block)));
-      left = left.subspan(block.size());
-    }
-  }
+  const int32 worst = set_ranges(run, q.handle);
   run.output.flush();
   const setting_results results = take_setting_results();
   record_refusals(run.output, results.ports);

@@ -265,17 +265,23 @@ std::string hint_of_watch(const reading_state& state, std::string_view word) {
   return quoted(word) + " cannot be watched: only show commands can. " + type_help(join(state.path, " ") + " show");
 }
 
-// What to do when a line begins with a word of another mode; empty when it does not.
-std::string hint_of_mode(std::string_view word, shell_mode mode) {
-  const auto begins_line_in = [word](shell_mode other) {
-    std::vector<step> steps = readings(all_positions(other), word);
-    prefer_exact(steps, word);
-    return names_of(steps).size() == 1;
+// What to do when a line begins with words of another mode; empty when it does not.
+std::string hint_of_mode(const std::vector<std::string_view>& words, shell_mode mode) {
+  const auto begins_line_in = [&words](shell_mode other) {
+    std::vector<position> positions = all_positions(other);
+    return std::all_of(words.begin(), words.end(), [&positions](std::string_view word) {
+      std::vector<step> steps = readings(positions, word);
+      prefer_exact(steps, word);
+      positions.clear();
+      for (const step& reading : steps) positions.push_back(reading.to);
+      return names_of(steps).size() == 1;
+    });
   };
+  const std::string line = join(words, " ");
   if (mode == kExecMode && begins_line_in(kConfigureMode))
-    return quoted(word) + " belongs to the configuration. Type 'configure' first.";
+    return quoted(line) + " belongs to the configuration. Type 'configure' first.";
   if (mode != kInterfaceMode && begins_line_in(kInterfaceMode))
-    return quoted(word) + " is a setting of interfaces. Type '" +
+    return quoted(line) + " is a setting of interfaces. Type '" +
            (mode == kExecMode ? "configure' and then 'interface RANGE' first." : "interface RANGE' first.");
   return {};
 }
@@ -286,7 +292,9 @@ bool read_word(reading_state& state, std::string_view word) {
   prefer_exact(steps, word);
   const std::vector<std::string_view> names = names_of(steps);
   if (names.empty()) {
-    if (state.path.empty()) state.error = hint_of_mode(word, state.mode);
+    const bool is_no = state.path.size() == 1 && state.path.front() == "no";
+    if (is_no) state.error = hint_of_mode({"no", word}, state.mode);
+    if (state.path.empty()) state.error = hint_of_mode({word}, state.mode);
     if (state.error.empty()) state.error = hint_of_watch(state, word);
     if (state.error.empty()) state.error = unknown_word(state.positions, word, join(state.path, " "));
     return false;

@@ -54,9 +54,8 @@ octets value_of(const command_line& line) {
 
 std::vector<if_index_range_t> ranges_of(const shell& session) {
   std::vector<if_index_range_t> ranges;
-  for (const configured_ranges& of_kind : session.configured)
-    for (const vsh_intf_mono_range_t& range : of_kind.ranges)
-      ranges.push_back({range.lower_if_index, range.upper_if_index});
+  for (const vsh_intf_mono_range_t& range : session.configured.ranges)
+    ranges.push_back({range.lower_if_index, range.upper_if_index});
   return ranges;
 }
 

@@ -17,7 +17,8 @@ std::string text_of(const number_run& run) {
 }  // namespace
 
 bool is_next(if_index_t first, if_index_t second) {
-  if (take_apart(first).type != take_apart(second).type) return false;
+  const index_fields one = take_apart(first), other = take_apart(second);
+  if (one.type != other.type || one.subtype != other.subtype) return false;
   interface_number next = number_of(first);
   ++next.port;
   return next.sub_interface == 0 && next == number_of(second);

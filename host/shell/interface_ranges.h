@@ -9,7 +9,7 @@
 
 namespace host {
 
-// The first and the last of interfaces of one kind whose numbers follow each other.
+// The first and the last of interfaces of one kind and subtype whose numbers follow each other: so do their indexes.
 struct number_run {
   if_index_t first;
   if_index_t last;

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "base/c_edge.h"
 #include "switch/clock.h"
 #include "switch/kernel_device.h"
 
@@ -35,7 +36,9 @@ extern "C" time_t time(time_t* result) noexcept {
 // Runs nothing. What the in-band driver would do is done to the device that stands for it.
 extern "C" int system(const char* command) {
   if (command == nullptr) return 0;
-  host::system_commands().emplace_back(command);
-  if (command != host::kClearInband) return host::kNotRun;
-  return host::clear_kernel_counters(host::kInbandDevice) ? 0 : 1 << 8;
+  return host::no_throw(-1, [command] {
+    host::system_commands().emplace_back(command);
+    if (command != host::kClearInband) return host::kNotRun;
+    return host::clear_kernel_counters(host::kInbandDevice) ? 0 : 1 << 8;
+  });
 }

@@ -98,7 +98,7 @@ int begin_with(const std::string& configuration, shell& session) {
   const int code = run_file(session, configuration, false);
   session.mode = kExecMode;
   session.is_leaving = false;
-  session.configured.clear();
+  session.configured = {};
   return code;
 }
 

@@ -69,6 +69,12 @@ void command_parameters::begin_setting(bool is_no) {
   interfaces_.token_id = TOKEN_CONF_INTERFACES;
 }
 
+void command_parameters::begin_creation(bool is_no) {
+  block_.prc_mode = PRC_MODE_CONFIGURE;
+  block_.no_flag = is_no ? 1 : 0;
+  interfaces_.token_id = TOKEN_CONF_INTERFACES;
+}
+
 void command_parameters::add_token(uint32 token_id, void* value) {
   param_arg_t& token = tokens_.at(block_.parameter_count - 1U);
   token.token_id = token_id;

@@ -29,6 +29,9 @@ class command_parameters {
   void begin_setting(bool is_no);
   void add_token(uint32 token_id, void* value);  // the value is the caller's; null: none
 
+  // Argument 0 are interfaces that the command creates, or deletes in its "no" form; they are to be verified.
+  void begin_creation(bool is_no);
+
   // The block for one interface, or for at most PARAM_MAX_RANGES ranges of a kind.
   paraminfo_t* for_interface(interface_mask_t mask, if_index_t if_index);
   paraminfo_t* for_ranges(interface_mask_t mask, std::span<const vsh_intf_mono_range_t> ranges);
@@ -37,6 +40,7 @@ class command_parameters {
   void set_command_id(uint32 command_id) { block_.command_id = command_id; }
 
   mts_q_handle_t queue() const { return block_.q; }
+  bool is_no() const { return block_.no_flag != 0; }
 
  private:
   paraminfo_t block_{};

@@ -7,8 +7,11 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <map>
+#include <optional>
 #include <string>
 
+#include "base/c_edge.h"
 #include "platform/mts.h"
 #include "platform/vsh.h"
 #include "shell/output/command_output.h"
@@ -58,24 +61,40 @@ std::string ask(const vsh_user_input_info_t& question) {
 bool is_yes_assumed = false;
 bool is_anybody_there = true;
 
+std::optional<std::map<std::string, std::string>> kept;  // answers by their prompt; none: each question is asked
+
+std::string ask_once(const vsh_user_input_info_t& question) {
+  if (!kept) return ask(question);
+  const std::string prompt = question.prompt == nullptr ? "" : question.prompt;
+  const auto known = kept->find(prompt);
+  return known != kept->end() ? known->second : kept->emplace(prompt, ask(question)).first->second;
+}
+
+int32 answer_question(const vsh_user_input_info_t& question, char* answer) {
+  host::command_output* const output = host::command_output::running();
+  if (output != nullptr) output->flush();
+  const auto quiet = output == nullptr ? std::nullopt : output->hold_progress();
+  const bool has_terminal = is_anybody_there && isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
+  const std::string assumed = question.notty_input == nullptr ? "" : question.notty_input;
+  const std::string given = is_yes_assumed ? "y" : has_terminal ? ask_once(question) : assumed;
+  const auto length = std::min(given.size(), static_cast<std::size_t>(question.max_len));
+  std::memcpy(answer, given.data(), length);
+  answer[length] = '\0';
+  return 0;
+}
+
 }  // namespace
 
 void host::assume_yes() { is_yes_assumed = true; }
 
 void host::ask_nobody() { is_anybody_there = false; }
 
+host::kept_answers::kept_answers() { kept.emplace(); }
+host::kept_answers::~kept_answers() { kept.reset(); }
+
 int32 vsh_util_user_input_get(vsh_user_input_info_t* question, char* answer) {
   if (question == nullptr || answer == nullptr || question->max_len < 0) return -1;
-  host::command_output* const output = host::command_output::running();
-  if (output != nullptr) output->flush();
-  const auto quiet = output == nullptr ? std::nullopt : output->hold_progress();
-  const bool has_terminal = is_anybody_there && isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
-  const std::string assumed = question->notty_input == nullptr ? "" : question->notty_input;
-  const std::string given = is_yes_assumed ? "y" : has_terminal ? ask(*question) : assumed;
-  const auto length = std::min(given.size(), static_cast<std::size_t>(question->max_len));
-  std::memcpy(answer, given.data(), length);
-  answer[length] = '\0';
-  return 0;
+  return host::no_throw<int32>(-1, [&] { return answer_question(*question, answer); });
 }
 
 void vsh_print_mts_error_message(int32 kind, int32 mts_errno) {

@@ -212,16 +212,23 @@ std::string lines_of(const interface& it) {
 
 }  // namespace
 
-std::string running_config(const machine& of, std::span<const if_index_t> interfaces) {
+std::string running_config(const machine& of, std::span<const if_index_t> interfaces,
+                           std::span<const if_index_t> deleted) {
   std::string text = "! Settings of " + of.name + "\nconfigure\n";
+  if (!deleted.empty()) text += "no interface " + range_text(deleted) + "\n";
   for (std::size_t first = 0; first < interfaces.size();) {
     const interface* const it = of.find(interfaces[first]);
     const std::string lines = it != nullptr ? lines_of(*it) : std::string();
+    const bool is_created = it != nullptr && it->is_created;
+    const auto is_like_first = [&](const interface* other) {
+      return other != nullptr && other->is_created == is_created && lines_of(*other) == lines;
+    };
     std::size_t end = first + 1;
     while (end < interfaces.size() && is_next(interfaces[end - 1], interfaces[end]) &&
-           of.find(interfaces[end]) != nullptr && lines_of(*of.find(interfaces[end])) == lines)
+           is_like_first(of.find(interfaces[end])))
       ++end;
-    if (!lines.empty()) text += "interface " + range_text(interfaces.subspan(first, end - first)) + "\n" + lines;
+    if (is_created || !lines.empty())
+      text += "interface " + range_text(interfaces.subspan(first, end - first)) + "\n" + lines;
     first = end;
   }
   return text + "end\n";

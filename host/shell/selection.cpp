@@ -5,11 +5,14 @@
 #include <memory>
 #include <optional>
 
+#include "client/setting_results.h"
 #include "platform/port_manager.h"
+#include "platform/syserr.h"
 #include "platform/vsh.h"
 #include "pmcli/displays.h"
 #include "shell/interface_kinds.h"
 #include "shell/listing.h"
+#include "switch/port_status.h"
 
 namespace host {
 namespace {
@@ -86,29 +89,46 @@ std::optional<interfaces> existing_of(const selecting& command, std::span<const 
   return found;
 }
 
-// The ends of spans that do not exist, such as "ethernet 9/9, loopback 5".
-class missing_ends {
- public:
-  void add(const interface_span& span, const span_ends& ends) {
+// A span and the interfaces in it, in natural order.
+struct expanded_span {
+  interface_span span;
+  span_ends ends;
+  interfaces found;
+};
+using expanded_spans = std::vector<expanded_span>;
+
+// `existing` is sorted by index.
+expanded_spans expand(std::span<const interface_span> spans, const interfaces& existing) {
+  expanded_spans expanded;
+  for (const interface_span& span : spans) {
+    expanded_span& it = expanded.emplace_back(expanded_span{span, {}, {}});
+    it.ends = append_matching(span, existing, it.found);
+  }
+  return expanded;
+}
+
+interfaces all_of(std::span<const expanded_span> spans) {
+  interfaces all;
+  for (const expanded_span& it : spans) all.insert(all.end(), it.found.begin(), it.found.end());
+  return all;
+}
+
+// The ends of spans that do not exist, such as "ethernet 9/9, loopback 5"; empty when all exist.
+std::string missing_ends(std::span<const expanded_span> spans) {
+  std::string text;
+  const auto add = [&text](const interface_word& word, const interface_number& number) {
+    text += (text.empty() ? "" : ", ") + interface_text(word, number);
+  };
+  for (const auto& [span, ends, found] : spans) {
     if (!ends.low_exists) add(*span.word, span.low);
     if (!ends.high_exists && span.high != span.low) add(*span.word, span.high);
   }
-  const std::string& text() const { return text_; }
+  return text;
+}
 
- private:
-  void add(const interface_word& word, const interface_number& number) {
-    if (!text_.empty()) text_ += ", ";
-    text_ += interface_text(word, number);
-  }
-
-  std::string text_;
-};
-
-// A span and the interfaces in it, in natural order.
-struct expanded_span {
-  const interface_span& span;
-  std::span<const if_index_t> found;
-};
+selection no_such(const std::string& missing) {
+  return {kNoSuchInterface, "no such interface: " + missing + ". Type 'show interface ?' for the kinds.", {}};
+}
 
 // What the port manager verifies of a kind: the first and the last interface of it in each span.
 ranges found_ranges(const interface_kind& kind, std::span<const expanded_span> spans) {
@@ -124,26 +144,48 @@ ranges found_ranges(const interface_kind& kind, std::span<const expanded_span> s
   return found;
 }
 
+// "loopback 7-9, ethernet 1/1.5"
+std::string text_of(std::span<const vsh_intf_mono_range_t> all) {
+  std::string text;
+  for (const auto& [low, high] : all) {
+    const interface_number last = number_of(high);
+    text += (text.empty() ? "" : ", ") + interface_text(*word_of(kind_of(low).type), number_of(low));
+    if (low != high) text += "-" + std::to_string(last.sub_interface != 0 ? last.sub_interface : last.port);
+  }
+  return text;
+}
+
 // The exit code of a verification that did not succeed; why goes to `complaint` unless it was printed.
-int refusal(int32 result, std::string& complaint) {
+int refusal(int32 result, const command_parameters& parameters, std::span<const vsh_intf_mono_range_t> block,
+            std::string& complaint) {
+  if (const syserr_t error = take_creation_error(); error != 0) {
+    const char* const reason = syserr2str(error);
+    complaint = (parameters.is_no() ? "cannot delete " : "cannot create ") + text_of(block) + ": " +
+                (reason == nullptr ? "unknown error" : reason) + ".";
+    return error == PORT_STATUS_NO_RIGHT ? kNotPermitted : kServiceFailed;
+  }
   if (result == PM_CLI_FAILED) return kServiceFailed;
   complaint = result == PM_CLI_VSAN_DENIED ? "the user's VSANs do not allow this command on these interfaces."
                                            : "the port manager does not allow this command on these interfaces.";
   return kNotPermitted;
 }
 
-// Asks the port manager whether the command may use what was named, once for each kind that was named.
-void verify(const selecting& command, std::span<const expanded_span> spans, selection& chosen) {
-  const auto is_allowed = [&](const interface_kind& kind, std::span<const vsh_intf_mono_range_t> block) {
-    const int32 result = command.session.library.verify(kind.mask, command.parameters.for_ranges(kind.mask, block));
-    if (result != 0) chosen.code = refusal(result, chosen.complaint);
-    return result == 0;
-  };
-  for (const interface_kind& kind : all_kinds()) {
-    if (!kind.is_enumerated) continue;
-    const ranges named = found_ranges(kind, spans);
-    if (!named.empty() && !for_each_block(named, [&](auto block) { return is_allowed(kind, block); })) return;
-  }
+// Asks the port manager whether the command may use some ranges of a kind. False when it may not; `chosen` says why.
+bool verify_ranges(const selecting& command, const interface_kind& kind, const ranges& named, selection& chosen) {
+  return named.empty() || for_each_block(named, [&](auto block) {
+           paraminfo_t* const parameters = command.parameters.for_ranges(kind.mask, block);
+           const int32 result = command.session.library.verify(kind.mask, parameters);
+           if (result != 0) chosen.code = refusal(result, command.parameters, block, chosen.complaint);
+           return result == 0;
+         });
+}
+
+// The same of all that was named, once for each kind that has a callback.
+bool verify(const selecting& command, std::span<const expanded_span> spans, selection& chosen) {
+  const auto kinds = all_kinds();
+  return std::all_of(kinds.begin(), kinds.end(), [&](const interface_kind& kind) {
+    return !kind.is_enumerated || verify_ranges(command, kind, found_ranges(kind, spans), chosen);
+  });
 }
 
 bool is_restricted(const shell& session) { return session.who != nullptr && session.who->vsans; }
@@ -211,6 +253,57 @@ void append_word(const selecting& command, const interface_word& word, std::span
   chosen.interfaces.insert(chosen.interfaces.end(), found->begin(), found->end());
 }
 
+// ---- Interfaces that commands create and delete ---------------------------------------------------------------------
+
+constexpr if_index_type_t kPortsWithSubInterfaces[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3};
+
+bool names_sub_interfaces_of_ports(const interface_span& span) {
+  return span.low.sub_interface != 0 && span.word->kinds.front() == IF_TYPE_ETHERNET;
+}
+
+bool names_loopbacks(const interface_span& span) { return span.word->kinds.front() == IF_TYPE_LOOPBACK; }
+
+bool may_be_created(const interface_span& span) { return names_loopbacks(span) || names_sub_interfaces_of_ports(span); }
+
+interface_number port_of(interface_number number) {
+  number.sub_interface = 0;
+  return number;
+}
+
+// The spans, and the ports of those that name sub-interfaces.
+std::vector<interface_span> with_ports(std::span<const interface_span> spans) {
+  std::vector<interface_span> all(spans.begin(), spans.end());
+  for (const interface_span& span : spans)
+    if (names_sub_interfaces_of_ports(span)) all.push_back({span.word, port_of(span.low), port_of(span.low)});
+  return all;
+}
+
+// The range that a command may create: loopbacks, or sub-interfaces of a port that exists. `existing` is sorted.
+std::optional<vsh_intf_mono_range_t> range_to_create(const interface_span& span, const interfaces& existing) {
+  const auto range_of = [&span](if_index_type_t type) {
+    return vsh_intf_mono_range_t{index_of(type, span.low), index_of(type, span.high)};
+  };
+  if (names_loopbacks(span)) return range_of(IF_TYPE_LOOPBACK);
+  if (!names_sub_interfaces_of_ports(span)) return std::nullopt;
+  for (const if_index_type_t type : kPortsWithSubInterfaces)
+    if (std::binary_search(existing.begin(), existing.end(), index_of(type, port_of(span.low)))) return range_of(type);
+  return std::nullopt;
+}
+
+// Has the command library verify the ranges of the spans, so that it creates what they lack.
+bool create(const selecting& command, std::span<const expanded_span> spans, const interfaces& existing,
+            selection& chosen) {
+  const auto kinds = all_kinds();
+  return std::all_of(kinds.begin(), kinds.end(), [&](const interface_kind& kind) {
+    ranges named;
+    for (const expanded_span& it : spans) {
+      const auto range = range_to_create(it.span, existing);
+      if (range && &kind_of(range->lower_if_index) == &kind) named.push_back(*range);
+    }
+    return verify_ranges(command, kind, named, chosen);
+  });
+}
+
 }  // namespace
 
 selection select_named(const shell& session, command_parameters& parameters, std::span<const interface_span> spans) {
@@ -218,22 +311,63 @@ selection select_named(const shell& session, command_parameters& parameters, std
   const auto existing = existing_of(command, spans);
   if (!existing) return {kServiceFailed, {}, {}};
 
+  const expanded_spans expanded = expand(spans, *existing);
+  if (const std::string missing = missing_ends(expanded); !missing.empty()) return no_such(missing);
   selection chosen;
-  missing_ends missing;
-  std::vector<std::size_t> starts;
-  for (const interface_span& span : spans) {
-    starts.push_back(chosen.interfaces.size());
-    missing.add(span, append_matching(span, *existing, chosen.interfaces));
-  }
-  if (!missing.text().empty())
-    return {kNoSuchInterface, "no such interface: " + missing.text() + ". Type 'show interface ?' for the kinds.", {}};
+  chosen.interfaces = all_of(expanded);
+  if (verify(command, expanded, chosen)) check_vsans(command, chosen);
+  return chosen;
+}
 
-  starts.push_back(chosen.interfaces.size());
-  std::vector<expanded_span> expanded;
-  for (std::size_t i = 0; i < spans.size(); ++i)
-    expanded.push_back({spans[i], std::span(chosen.interfaces).subspan(starts[i], starts[i + 1] - starts[i])});
-  verify(command, expanded, chosen);
-  if (chosen.code == kDone) check_vsans(command, chosen);
+selection select_or_create(const shell& session, command_parameters& parameters,
+                           std::span<const interface_span> spans) {
+  const selecting command{session, parameters};
+  const auto existing = existing_of(command, with_ports(spans));
+  if (!existing) return {kServiceFailed, {}, {}};
+
+  expanded_spans expanded = expand(spans, *existing);
+  selection chosen;
+  chosen.interfaces = all_of(expanded);
+  const auto first_new = std::stable_partition(
+      expanded.begin(), expanded.end(), [&](const expanded_span& it) { return !range_to_create(it.span, *existing); });
+  const std::span<const expanded_span> permanent(expanded.begin(), first_new);
+  if (const std::string missing = missing_ends(permanent); !missing.empty()) return no_such(missing);
+  check_vsans(command, chosen);
+  if (chosen.code != kDone) return chosen;
+
+  parameters.begin_creation(false);
+  const std::span<const expanded_span> creatable(first_new, expanded.end());
+  if (!verify(command, permanent, chosen) || !create(command, creatable, *existing, chosen) || creatable.empty())
+    return chosen;
+  const auto now = existing_of(command, spans);
+  if (!now) return {kServiceFailed, {}, {}};
+  expanded = expand(spans, *now);
+  if (const std::string missing = missing_ends(expanded); !missing.empty()) return no_such(missing);
+  chosen.interfaces = all_of(expanded);
+  return chosen;
+}
+
+selection delete_named(const shell& session, command_parameters& parameters, std::span<const interface_span> spans,
+                       bool may_be_missing) {
+  const selecting command{session, parameters};
+  const auto existing = existing_of(command, spans);
+  if (!existing) return {kServiceFailed, {}, {}};
+
+  expanded_spans expanded = expand(spans, *existing);
+  if (const std::string missing = missing_ends(expanded); !missing.empty() && !may_be_missing) return no_such(missing);
+  selection chosen;
+  chosen.interfaces = all_of(expanded);
+  check_vsans(command, chosen);
+  if (chosen.code != kDone) return chosen;
+
+  // What cannot be deleted comes first, so that the refusal leaves all as it was.
+  const auto permanent_end = std::stable_partition(expanded.begin(), expanded.end(),
+                                                   [](const expanded_span& it) { return !may_be_created(it.span); });
+  parameters.begin_creation(true);
+  for (const std::span<const expanded_span> part : {std::span<const expanded_span>(expanded.begin(), permanent_end),
+                                                    std::span<const expanded_span>(permanent_end, expanded.end())})
+    for (const interface_kind& kind : all_kinds())
+      if (!verify_ranges(command, kind, found_ranges(kind, part), chosen)) return chosen;
   return chosen;
 }
 

@@ -22,6 +22,15 @@ struct selection {
 // exist, and the user must be allowed to see all of them.
 selection select_named(const shell& session, command_parameters& parameters, std::span<const interface_span> spans);
 
+// The interfaces that the user named for their configuration. Loopbacks, and sub-interfaces of ports that exist, are
+// created where they are missing.
+selection select_or_create(const shell& session, command_parameters& parameters, std::span<const interface_span> spans);
+
+// Deletes the interfaces that the user named: loopbacks and sub-interfaces of ports. Without `may_be_missing` all ends
+// must exist.
+selection delete_named(const shell& session, command_parameters& parameters, std::span<const interface_span> spans,
+                       bool may_be_missing);
+
 // All interfaces of some kinds that the user may see, word by word in natural order; sub-interfaces stand behind their
 // port.
 selection select_all(const shell& session, command_parameters& parameters, std::span<const if_index_type_t> kinds);

@@ -15,9 +15,10 @@
 
 namespace host {
 
-// The interfaces of the interface mode: ranges of each kind, as the library takes them.
-struct configured_ranges {
-  const interface_kind* kind;
+// The interfaces of the interface mode, as the library takes them: ranges in the order in which the user named them,
+// each of one kind, and the masks of their kinds.
+struct configured_interfaces {
+  interface_mask_t mask = 0;
   std::vector<vsh_intf_mono_range_t> ranges;
 };
 
@@ -41,8 +42,9 @@ struct shell {
   const output_settings* output = nullptr;  // where a program that embeds the shell wants it; null: standard output
   bool is_interactive = false;
   bool is_leaving = false;  // set by "exit"
+  bool is_in_file = false;  // the command comes from a file: deleting a missing interface is no error
   shell_mode mode = kExecMode;
-  std::vector<configured_ranges> configured;  // what the settings of the interface mode are for
+  configured_interfaces configured;  // what the settings of the interface mode are for
 };
 
 // A transport queue for one command.

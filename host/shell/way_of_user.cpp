@@ -15,10 +15,10 @@ namespace host {
 namespace {
 
 bool is_in_mode(const shell& session, if_index_t if_index) {
-  for (const configured_ranges& of_kind : session.configured)
-    for (const vsh_intf_mono_range_t& range : of_kind.ranges)
-      if (range.lower_if_index <= if_index && if_index <= range.upper_if_index) return true;
-  return false;
+  const auto& ranges = session.configured.ranges;
+  return std::any_of(ranges.begin(), ranges.end(), [if_index](const vsh_intf_mono_range_t& range) {
+    return range.lower_if_index <= if_index && if_index <= range.upper_if_index;
+  });
 }
 
 bool wants_it(const std::vector<if_index_t>& cut) {
@@ -49,6 +49,17 @@ bool may_go_on(const invocation& run) {
   const bool is_taken_back = run.line.is_no && run.line.what->syntax.words[0].is_optional;
   if (!run.line.what->may_cut || is_taken_back) return true;
   return may_change(run, [&](if_index_t it) { return is_in_mode(run.session, it); });
+}
+
+bool may_delete(const invocation& run) {
+  return may_change(run, [&](if_index_t it) {
+    const std::span<const interface_span> named = run.line.spans;
+    return std::any_of(named.begin(), named.end(), [it](const interface_span& span) {
+      std::vector<if_index_t> matches;
+      append_matching(span, {&it, 1}, matches);
+      return !matches.empty();
+    });
+  });
 }
 
 bool may_undo(const invocation& run) {

@@ -15,6 +15,9 @@ bool may_go_on(const invocation& run);
 // The same, of taking back what the last setting changed.
 bool may_undo(const invocation& run);
 
+// The same, of deleting the interfaces that the command names.
+bool may_delete(const invocation& run);
+
 // The address that the user is connected from, by the environment; empty for one that sits at the machine or changed
 // the user, so that it is not known.
 std::string address_of_user();

@@ -39,8 +39,6 @@ void show_detailed(const request& wanted) {
     pm_cli_calc_eth_reliability_loads(&stats, port.get(), &data);
   pm_cli_show_port_info(wanted.rx, port.get(), &data);
   pm_cli_show_port_reset_cntr(wanted.rx, port.get(), &data);
-  if (data.port_channel && !if_index_is_sub_intf(wanted.if_index))
-    print_eth_port_channel_members(wanted.rx, wanted.if_index);
   show_traffic(wanted);
 }
 

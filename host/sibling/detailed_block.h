@@ -10,9 +10,10 @@ extern "C" {
 #endif
 
 /*
- * Show handler: `arg` of argument 0 points to the if_index_t of the interface. Shows the common block with reliability,
- * loads and the times since the link changed and the counters were cleared, the number of resets, the members of a
- * port-channel, and the traffic of the last five minutes. Flushes and returns 0. Failures are printed.
+ * Show handler: `arg` of argument 0 points to the if_index_t of the interface. Shows the common block, which lists the
+ * members of a port-channel, with reliability, loads and the times since the link changed and the counters were
+ * cleared, then the number of resets and the traffic of the last five minutes. Flushes and returns 0. Failures are
+ * printed.
  */
 uint32 sibling_show_detailed(paraminfo_t* param);
 

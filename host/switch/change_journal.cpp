@@ -1,6 +1,8 @@
 #include "switch/change_journal.h"
 
+#include <algorithm>
 #include <map>
+#include <utility>
 
 #include "switch/link.h"
 
@@ -10,7 +12,15 @@ namespace {
 struct {
   bool is_new_command = true;
   std::map<if_index_t, port_settings> before;
+  std::vector<if_index_t> created;
+  std::vector<interface> deleted;
 } journal;
+
+void forget_earlier_commands() {
+  if (!journal.is_new_command) return;
+  journal = {};
+  journal.is_new_command = false;
+}
 
 // The link changes like any other, at this moment.
 void put_back(interface& port, const port_settings& before) {
@@ -22,38 +32,93 @@ void put_back(interface& port, const port_settings& before) {
   set_link(port, link.state, link.reason);
 }
 
+void add_result(changes_back& made, if_index_t if_index, uint32 status) {
+  if (status == 0)
+    made.restored.push_back(if_index);
+  else
+    made.refused.push_back({if_index, status});
+}
+
+void delete_created(machine& of, changes_back& made) {
+  std::vector<if_index_t> created = journal.created;
+  std::erase_if(created, [&of](if_index_t it) { return of.find(it) == nullptr; });
+  if (created.empty()) return;
+  uint32 status = 0;
+  if (of.delete_interfaces != nullptr)
+    status = of.delete_interfaces(created);
+  else
+    for (const if_index_t it : created) of.remove(it);
+  for (const if_index_t it : created) add_result(made, it, status);
+}
+
+// The source makes a new port, which is set as the old one was.
+uint32 create_in_source(machine& of, const interface& port) {
+  if (const uint32 status = of.create_interfaces({&port.if_index, 1}); status != 0) return status;
+  interface* const made = of.find(port.if_index);
+  if (made == nullptr || of.settle == nullptr) return 0;
+  const port_settings now = *made;
+  static_cast<port_settings&>(*made) = port;
+  return of.settle(*made, now);
+}
+
+void create_deleted(machine& of, changes_back& made) {
+  for (const interface& it : journal.deleted) {
+    if (of.find(it.if_index) != nullptr) continue;
+    uint32 status = 0;
+    if (of.create_interfaces != nullptr) {
+      status = create_in_source(of, it);
+    } else {
+      if (!it.is_created) std::erase(of.deleted, it.if_index);
+      of.add(it);
+    }
+    add_result(made, it.if_index, status);
+  }
+}
+
 }  // namespace
 
 void begin_changes() { journal.is_new_command = true; }
 
 void note_change(const interface& port) {
-  if (journal.is_new_command) journal.before.clear();
-  journal.is_new_command = false;
+  forget_earlier_commands();
   journal.before.emplace(port.if_index, port);
 }
 
+void note_created(if_index_t if_index) {
+  forget_earlier_commands();
+  journal.created.push_back(if_index);
+}
+
+void note_deleted(interface port) {
+  forget_earlier_commands();
+  journal.deleted.push_back(std::move(port));
+}
+
 std::vector<if_index_t> changed_ports() {
-  std::vector<if_index_t> ports;
+  std::vector<if_index_t> ports = journal.created;
   for (const auto& [if_index, before] : journal.before) ports.push_back(if_index);
+  for (const interface& it : journal.deleted) ports.push_back(it.if_index);
+  std::sort(ports.begin(), ports.end());
   return ports;
 }
 
 changes_back take_changes_back(machine& of) {
   changes_back made;
+  delete_created(of, made);
+  create_deleted(of, made);
   for (const auto& [if_index, before] : journal.before) {
     interface* const port = of.find(if_index);
     if (port == nullptr || static_cast<const port_settings&>(*port) == before) continue;
     const port_settings now = *port;
     put_back(*port, before);
     const uint32 status = of.settle == nullptr ? 0 : of.settle(*port, now);
-    if (status == 0) {
-      made.restored.push_back(if_index);
-      continue;
-    }
-    put_back(*port, now);
-    made.refused.push_back({if_index, status});
+    if (status != 0) put_back(*port, now);
+    add_result(made, if_index, status);
   }
-  journal.before.clear();
+  journal = {};
+  std::sort(made.restored.begin(), made.restored.end());
+  std::sort(made.refused.begin(), made.refused.end(),
+            [](const auto& one, const auto& other) { return one.if_index < other.if_index; });
   return made;
 }
 

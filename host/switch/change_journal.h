@@ -1,4 +1,4 @@
-// What the last command that changed ports has changed, so that it can be taken back.
+// What the last command that changed, created or deleted ports has done, so that it can be taken back.
 #pragma once
 
 #include <vector>
@@ -13,11 +13,16 @@ void begin_changes();
 // To be called before a port is changed.
 void note_change(const interface& port);
 
-// The ports that the last command changed, sorted; none once they were taken back.
+// To be called after a port was created, and after one was deleted, with what it was.
+void note_created(if_index_t if_index);
+void note_deleted(interface port);
+
+// The ports that the last command changed, created or deleted, sorted; none once they were taken back.
 std::vector<if_index_t> changed_ports();
 
-// Puts the ports back to what they were before the last command that changed any, and has the source make it so. Those
-// that were different were restored, or refused with a status; both are sorted. A second call returns none.
+// Puts the ports back to what they were before the last command that changed any, deletes those that it created and
+// creates those that it deleted, and has the source make it so. Those that were different were restored, or refused
+// with a status; both are sorted. A second call returns none.
 struct changes_back {
   struct refusal {
     if_index_t if_index;

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -152,6 +153,7 @@ struct traffic_source;
 // Any kind of interface. What a kind does not have keeps its default.
 struct interface : port_settings {
   if_index_t if_index = 0;
+  bool is_created = false;  // by a command; the running configuration creates it again
 
   // Configured and operational attributes in the port manager's numbers (platform/port_manager.h).
   uint16 oper_flow_control = 0;
@@ -249,6 +251,7 @@ struct machine {
   std::vector<card> cards;
   std::vector<interface> interfaces;  // sorted by if_index
   std::vector<if_index_t> startup;    // interfaces of the startup configuration, sorted
+  std::vector<if_index_t> deleted;    // interfaces of the source that commands deleted, sorted
   std::vector<user> users;
   std::vector<vlan> vlans;  // sorted by id
 
@@ -266,6 +269,12 @@ struct machine {
   // How the source makes a port what it was just set to, where that is more than the model; `before` is what it was.
   // Returns 0, or the status with which it refuses. Without it a setting is made when the model has it.
   uint32 (*settle)(const interface& port, const port_settings& before) = nullptr;
+
+  // How the source creates interfaces that do not exist, and deletes some: all or none, as far as it can check this in
+  // advance. It brings the machine up to date and returns 0, or the status with which it refuses. Without these
+  // functions interfaces are created and deleted in the model.
+  uint32 (*create_interfaces)(std::span<const if_index_t> interfaces) = nullptr;
+  uint32 (*delete_interfaces)(std::span<const if_index_t> interfaces) = nullptr;
 
   // How the source completes a detail of an interface, if it left it out; again and again is as once. Without it
   // interfaces are complete.

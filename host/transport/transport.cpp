@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <new>
 #include <utility>
 
+#include "base/c_edge.h"
 #include "transport/cancellation.h"
 
 // Everything but transport_cancel() belongs to one thread: the one that runs commands.
@@ -259,11 +259,9 @@ int32 mts_send(mts_q_handle_t q, const mts_addr_t* to, mts_opc_t opcode, void* p
   const uint32 service = find_service(to->sap, is_line_card(to->node));
   if (service == kNone || the_transport.services[service].provoked.what == provocation::kind::lost)
     return fail(*from, ECONNREFUSED);
-  try {
-    *sent = deliver(q, *from, service, opcode, {static_cast<const std::byte*>(payload), size});
-  } catch (const std::bad_alloc&) {
-    return fail(*from, ENOMEM);
-  }
+  const std::span<const std::byte> request(static_cast<const std::byte*>(payload), size);
+  *sent = no_throw(mts_msg_ref_t{}, [&] { return deliver(q, *from, service, opcode, request); });
+  if (sent->id == 0) return fail(*from, ENOMEM);
   from->error = 0;
   return 0;
 }

@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+#include "client/clear_results.h"
+#include "client/library_functions.h"
 #include "host/client_fixture.h"
 #include "host/loopback_device.h"
 #include "host/stopped_clock.h"
@@ -230,6 +232,53 @@ TEST_F(ClearCounters, DistributedServiceClearsChannels) {
   EXPECT_EQ(packets_of(names_.first_port), 9123u);
 }
 
+// What became of each request.
+
+using noted = std::vector<clear_result>;
+
+TEST_F(ClearCounters, EveryRequestIsNotedWithItsOwnerAndItsResult) {
+  take_clear_results();
+  clear({names_.first_port, names_.nobody});
+  clear_port_statistics(names_.routed_port);
+  clear_loopback_counters(names_.first_port);
+  pm_get_clear_eth_stats(q_, names_.first_port, names_.third_port, 0, nullptr);
+  pm_port_channel_get_clear_eth_stats(q_, names_.channel, 0, nullptr);
+  dstats_clear_counters(q_, names_.channel, 1, 1, 5);
+  pm_clear_interface_counters("eth0", names_.mgmt, q_);
+
+  const char* const ports = "the port manager";
+  const char* const statistics = "the statistics service";
+  EXPECT_EQ(take_clear_results(),
+            (noted{{names_.first_port, names_.first_port, ports, 0},
+                   {names_.nobody, names_.nobody, ports, PM_ERR_NO_SUCH_INTERFACE},
+                   {names_.routed_port, names_.routed_port, statistics, 0},
+                   {names_.first_port, names_.first_port, statistics, PM_ERR_NOT_ALLOWED_ON_INTERFACE},
+                   {names_.first_port, names_.third_port, ports, 0},
+                   {names_.channel, names_.channel, ports, 0},
+                   {names_.channel, names_.channel, statistics, 0},
+                   {names_.mgmt, names_.mgmt, ports, 0}}));
+  EXPECT_EQ(take_clear_results(), noted{});
+}
+
+TEST_F(ClearCounters, ReadingClearsNothing) {
+  take_clear_results();
+  show_eth_intf_resp_t stats{};
+  ASSERT_EQ(pm_get_clear_eth_stats(q_, names_.first_port, names_.first_port, 1, &stats), 0);
+  EXPECT_EQ(take_clear_results(), noted{});
+}
+
+TEST_F(ClearCountersDisturbed, WhatAnAnswerDoesNotNameIsNotedAsFailed) {
+  take_clear_results();
+  replace_port_manager(send_three);
+  clear({names_.first_port, 0x02020202});
+  EXPECT_EQ(take_clear_results(), (noted{{names_.first_port, names_.first_port, "the port manager", PM_ERR_GENERAL},
+                                         {0x02020202, 0x02020202, "the port manager", 0x02020202}}));
+
+  replace_port_manager(send_nothing);
+  clear({names_.first_port});
+  EXPECT_EQ(take_clear_results(), (noted{{names_.first_port, names_.first_port, "the port manager", PM_ERR_GENERAL}}));
+}
+
 // The command of the channels' own library.
 
 class ClearChannelCommand : public ClearCounters {
@@ -312,6 +361,18 @@ TEST_F(ClearChannelCommand, FailedRangesAreReportedAndTheRestIsCleared) {
             "error: operation not allowed on the interface clearing interface Ethernet1/1 counters\n"
             "error: no such interface clearing interface port-channel30 counters\n");
   EXPECT_EQ(cleared_at(names_.channel), 1'750'000'000u);
+}
+
+TEST_F(ClearChannelCommand, EveryRangeIsNoted) {
+  ranges_.range_count = 2;
+  ranges_.range[1] = {names_.first_port, names_.first_port};
+  take_clear_results();
+
+  run();
+
+  EXPECT_EQ(take_clear_results(),
+            (noted{{names_.channel, names_.channel, "the port manager", 0},
+                   {names_.first_port, names_.first_port, "the port manager", PM_ERR_NOT_ALLOWED_ON_INTERFACE}}));
 }
 
 TEST_F(ClearChannelCommand, NoRangesAreNothingToDo) {

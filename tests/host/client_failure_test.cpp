@@ -6,18 +6,23 @@
 #include <string>
 #include <vector>
 
+#include "client/clear_results.h"
 #include "client/library_functions.h"
 #include "client/request.h"
+#include "client/setting_results.h"
 #include "host/alarm_soon.h"
 #include "host/small_machine.h"
 #include "platform/clear_counters.h"
 #include "platform/interface_manager.h"
 #include "platform/ip_config.h"
+#include "platform/ip_statistics.h"
 #include "platform/port_channel.h"
+#include "platform/port_config.h"
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
 #include "platform/vsan.h"
 #include "service/services.h"
+#include "support/allocations.h"
 
 namespace host {
 namespace {
@@ -226,8 +231,40 @@ outcome call_clear_loopback(const small_machine& names, mts_q_handle_t) {
   return {clear_loopback_counters(names.loopback), false};
 }
 
+// A description, which the port keeps.
+outcome call_set_config(const small_machine& names, mts_q_handle_t q) {
+  const if_index_range_t range{names.first_port, names.second_port};
+  const char name[PM_PORT_NAME_BYTES] = "a name that is too long to be kept without memory of its own";
+  auto* statuses = stale<pm_port_cfg_status_t>();
+  uint32 count = 99;
+  const int32 result =
+      pm_cmi_set_port_config(q, "", 0, 1, &range, PM_CFG_NAME, PM_PORT_NAME_BYTES, name, &statuses, &count, 60);
+  EXPECT_EQ(count, statuses != nullptr ? 2u : 0u);
+  return take_block(result, statuses);
+}
+
+// A step of a macro.
+template <int32 (*Step)(const paraminfo_t*, pm_port_cfg_status_t**, uint32*)>
+outcome call_step(const small_machine& names, mts_q_handle_t q) {
+  intf_range_t ranges{};
+  ranges.range_count = 1;
+  ranges.range[0] = {names.first_port, names.second_port};
+  param_arg_t argument{};
+  argument.token_id = TOKEN_CONF_INTERFACES;
+  argument.arg = &ranges;
+  paraminfo_t param{};
+  param.parameter_count = 1;
+  param.q = q;
+  param.arg_list[0] = &argument;
+  auto* statuses = stale<pm_port_cfg_status_t>();
+  uint32 count = 99;
+  const int32 result = Step(&param, &statuses, &count);
+  EXPECT_EQ(count, statuses != nullptr ? 2u : 0u);
+  return take_block(result, statuses);
+}
+
 // The only client that says on the terminal what went wrong.
-outcome call_clear_channel_ranges(const small_machine& names, mts_q_handle_t q) {
+outcome clear_channel_ranges(const small_machine& names, mts_q_handle_t q) {
   intf_range_t ranges{};
   ranges.range_count = 1;
   ranges.range[0] = {names.channel, names.channel};
@@ -238,11 +275,15 @@ outcome call_clear_channel_ranges(const small_machine& names, mts_q_handle_t q) 
   param.parameter_count = 1;
   param.q = q;
   param.arg_list[0] = &argument;
+  return {pm_cli_clear_ethernet_channel_counters(&param), false};
+}
+
+outcome call_clear_channel_ranges(const small_machine& names, mts_q_handle_t q) {
   testing::internal::CaptureStdout();
-  const int32 result = pm_cli_clear_ethernet_channel_counters(&param);
+  const outcome cleared = clear_channel_ranges(names, q);
   std::fflush(stdout);
-  EXPECT_EQ(testing::internal::GetCapturedStdout().empty(), result == 0);
-  return {result, false};
+  EXPECT_EQ(testing::internal::GetCapturedStdout().empty(), cleared.result == 0);
+  return cleared;
 }
 
 using enum convention;
@@ -283,6 +324,9 @@ const client_call kCalls[] = {
     {"pm_cli_clear_ethernet_channel_counters", "port-manager", kHead, one_is_failure, of_command,
      call_clear_channel_ranges},
     {"get_port_capability", "card-config", kHead + 124, error, of_process, call_capability},
+    {"pm_cmi_set_port_config", "port-manager", kHead + 2 * 8, error, of_command, call_set_config},
+    {"leave_channels", "port-channel", kHead + 2 * 8, error, of_command, call_step<leave_channels>},
+    {"make_edge_ports", "spanning-tree", kHead + 2 * 8, error, of_command, call_step<make_edge_ports>},
 };
 
 void PrintTo(const client_call& tested, std::ostream* out) { *out << tested.name; }
@@ -388,10 +432,38 @@ TEST_P(ClientFailures, AnswerCutAtAnyByteIsAGeneralFailure) {
   EXPECT_EQ(call().result, success()) << "the whole answer has " << whole << " bytes";
 }
 
+// Callers are C: they get the failure of their contract, and no exception.
+TEST_P(ClientFailures, MemoryThatRunsOutIsAFailure) {
+  call();  // what is made once is there
+  const auto call_without_memory =
+      GetParam().call == call_clear_channel_ranges ? clear_channel_ranges : GetParam().call;
+  std::size_t failures = 0;
+  for (std::size_t spared = 0;; ++spared) {
+    take_clear_results();  // what is noted anew needs memory
+    take_setting_results();
+    const pmcli_test::failing_allocation memory(spared);
+    const outcome got = call_without_memory(names_, q_);
+    if (!memory.has_failed()) break;
+    if (got.result == success()) continue;  // it was done without that
+    ++failures;
+    EXPECT_TRUE(got.result == failure(PM_ERR_GENERAL) || got.result == failure(-1)) << spared << ": " << got.result;
+    EXPECT_FALSE(got.delivered) << spared;
+  }
+  EXPECT_NE(failures, 0U);
+}
+
 std::string name_of(const testing::TestParamInfo<client_call>& instance) {
   std::string name = instance.param.name;
   std::erase_if(name, [](unsigned char c) { return !std::isalnum(c) && c != '_'; });
   return name;
+}
+
+TEST(KernelCountersClient, MemoryThatRunsOutIsAFailure) {
+  pm_proc_net_dev_stats_t stats{};
+  ASSERT_EQ(pm_get_proc_net_dev_stats("lo", &stats), 0);
+  const std::string device = "a device whose name needs memory of its own";
+  const pmcli_test::failing_allocation memory(0);
+  EXPECT_EQ(pm_get_proc_net_dev_stats(device.c_str(), &stats), PM_ERR_GENERAL);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryClient, ClientFailures, testing::ValuesIn(kCalls), name_of);
@@ -441,14 +513,15 @@ TEST_P(ClientsOfBrokenServices, CountIsBelievedOnlyAsFarAsThePayloadReaches) {
 }
 
 TEST_P(ClientsOfBrokenServices, SuccessWithoutARecordIsNotBelieved) {
-  const bool needs_no_record = GetParam().call == call_tracked || GetParam().call == call_members ||
-                               GetParam().call == call_addresses || GetParam().call == call_clear ||
-                               GetParam().call == call_listing || GetParam().call == call_startup_listing ||
-                               GetParam().call == call_port_info || GetParam().call == call_config_sub_interface ||
-                               GetParam().call == call_config_loopback || GetParam().call == call_clear_ports ||
-                               GetParam().call == call_clear_management || GetParam().call == call_clear_channel ||
-                               GetParam().call == call_clear_port_statistics ||
-                               GetParam().call == call_clear_loopback || GetParam().call == call_clear_channel_ranges;
+  const bool needs_no_record =
+      GetParam().call == call_tracked || GetParam().call == call_members || GetParam().call == call_addresses ||
+      GetParam().call == call_clear || GetParam().call == call_listing || GetParam().call == call_startup_listing ||
+      GetParam().call == call_port_info || GetParam().call == call_config_sub_interface ||
+      GetParam().call == call_config_loopback || GetParam().call == call_clear_ports ||
+      GetParam().call == call_clear_management || GetParam().call == call_clear_channel ||
+      GetParam().call == call_clear_port_statistics || GetParam().call == call_clear_loopback ||
+      GetParam().call == call_clear_channel_ranges || GetParam().call == call_set_config ||
+      GetParam().call == call_step<leave_channels> || GetParam().call == call_step<make_edge_ports>;
   replace(say_nothing);
 
   EXPECT_EQ(call().result, needs_no_record ? success() : failure(PM_ERR_GENERAL));

@@ -4,13 +4,16 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "host/small_machine.h"
+#include "platform/port_config.h"
 #include "platform/port_manager.h"
 #include "platform/vsan.h"
 #include "service/port_manager_messages.h"
 #include "service/services.h"
+#include "switch/change_journal.h"
 #include "switch/if_index_layout.h"
 
 namespace host {
@@ -137,6 +140,26 @@ TEST_F(InterfaceRequests, AThousandSubInterfacesAndNoMore) {
   EXPECT_EQ(status(intent::create, {{sub(1001), sub(1999)}}), 0x40290037u);
   EXPECT_EQ(status(intent::create, {{sub(1001), sub(2000)}}), 0x4029003Cu);
   EXPECT_EQ(status(intent::create, {{sub(1001), sub(1500)}, {sub(2001), sub(2500)}}), 0x4029003Cu);
+}
+
+TEST_F(InterfaceRequests, EveryLoopbackOfARangeCounts) {
+  interface far;
+  far.if_index = names_.loopback + 2;
+  the_machine().add(far);
+
+  EXPECT_EQ(status(intent::use, {{names_.loopback, names_.loopback + 2}}), 0u) << "the ends exist";
+  EXPECT_EQ(status(intent::create, {{names_.loopback, names_.loopback + 2}}), 0x40290037u)
+      << "the one between is missing";
+  EXPECT_EQ(status(intent::create, names_.loopback), 0u);
+  EXPECT_EQ(status(intent::create, {{first_index_of(IF_TYPE_LOOPBACK), last_index_of(IF_TYPE_LOOPBACK)}}), 0x40290037u);
+}
+
+// Callers delete loopbacks when the status is that there are none.
+TEST_F(InterfaceRequests, OnlySubInterfacesAreThePortManagersToDelete) {
+  EXPECT_EQ(status(intent::remove, sub(7)), 0u);
+  EXPECT_EQ(status(intent::remove, names_.loopback), 0x40290037u);
+  for (const if_index_t permanent : {names_.first_port, names_.routed_port, names_.channel, names_.mgmt})
+    EXPECT_EQ(status(intent::remove, permanent), 0x40290003u);
 }
 
 // Through the client functions, as commands use them.
@@ -266,6 +289,165 @@ TEST_F(InterfaceConfiguration, LoopbacksAreCreatedAndDeleted) {
   ASSERT_EQ(loopbacks(0, {{third, third + 1}}), 0u);
   EXPECT_EQ(listed(IF_TYPE_LOOPBACK), (std::vector<if_index_t>{third - 1}));
   EXPECT_EQ(loopbacks(0, {{third, third}}), 0x40290037u);
+}
+
+TEST_F(InterfaceConfiguration, WhatCommandsCreatedAndDeletedIsKnown) {
+  const auto is_created = [](if_index_t if_index) { return the_machine().find(if_index)->is_created; };
+  ASSERT_EQ(sub_interfaces(1, {{sub(7), sub(9)}}), 0u);
+  ASSERT_EQ(loopbacks(1, {{names_.loopback, names_.loopback + 1}}), 0u);
+  EXPECT_FALSE(is_created(sub(7))) << "it was there";
+  EXPECT_TRUE(is_created(sub(8)));
+  EXPECT_FALSE(is_created(names_.loopback));
+  EXPECT_TRUE(is_created(names_.loopback + 1));
+
+  ASSERT_EQ(sub_interfaces(0, {{sub(7), sub(8)}}), 0u);
+  ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback + 1}}), 0u);
+  EXPECT_EQ(the_machine().deleted, (std::vector<if_index_t>{names_.loopback, sub(7)})) << "not what commands created";
+
+  ASSERT_EQ(loopbacks(1, {{names_.loopback, names_.loopback}}), 0u);
+  EXPECT_TRUE(is_created(names_.loopback)) << "it is another one";
+  ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
+  EXPECT_EQ(the_machine().deleted.size(), 2u) << "each once";
+}
+
+// Its parent may be set differently later.
+TEST_F(InterfaceConfiguration, WhatANewSubInterfaceTakesFromItsParentIsSetExplicitly) {
+  ASSERT_EQ(sub_interfaces(1, {{sub(8), sub(8)}}), 0u);
+  for (const uint8 type : {PM_CFG_MTU, PM_CFG_SPEED, PM_CFG_DUPLEX})
+    EXPECT_TRUE(the_machine().find(sub(8))->configured.test(type)) << int{type};
+}
+
+TEST_F(InterfaceConfiguration, CreatingIsTakenBack) {
+  begin_changes();
+  ASSERT_EQ(sub_interfaces(1, {{sub(7), sub(8)}}), 0u);
+  EXPECT_EQ(changed_ports(), (std::vector<if_index_t>{sub(8)}));
+  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{sub(8)}));
+  EXPECT_EQ(the_machine().find(sub(8)), nullptr);
+  EXPECT_NE(the_machine().find(sub(7)), nullptr) << "it was there";
+  EXPECT_TRUE(the_machine().deleted.empty());
+}
+
+TEST_F(InterfaceConfiguration, DeletingIsTakenBackWithAllSettings) {
+  the_machine().find(names_.loopback)->description = "of the lab";
+  begin_changes();
+  ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
+  EXPECT_EQ(changed_ports(), (std::vector<if_index_t>{names_.loopback}));
+  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback}));
+  ASSERT_NE(the_machine().find(names_.loopback), nullptr);
+  EXPECT_EQ(the_machine().find(names_.loopback)->description, "of the lab");
+  EXPECT_TRUE(the_machine().deleted.empty());
+  EXPECT_TRUE(take_changes_back(the_machine()).restored.empty()) << "once";
+}
+
+TEST_F(InterfaceConfiguration, WhatWasMadeAnewStaysWhenItsDeletionIsTakenBack) {
+  begin_changes();
+  ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
+  interface anew;
+  anew.if_index = names_.loopback;
+  anew.description = "by somebody else";
+  the_machine().add(anew);
+  EXPECT_TRUE(take_changes_back(the_machine()).restored.empty());
+  EXPECT_EQ(the_machine().find(names_.loopback)->description, "by somebody else");
+}
+
+TEST_F(InterfaceConfiguration, EarlierSettingsOfADeletedInterfaceAreForgotten) {
+  begin_changes();
+  note_change(*the_machine().find(names_.first_port));
+  the_machine().find(names_.first_port)->description = "changed";
+  begin_changes();
+  ASSERT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
+  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
+  EXPECT_EQ(the_machine().find(names_.first_port)->description, "changed");
+}
+
+// A source that creates and deletes itself.
+class InterfacesOfASource : public InterfaceConfiguration {
+ protected:
+  InterfacesOfASource() {
+    asked_.clear();
+    answer_ = 0;
+    the_machine().create_interfaces = note;
+    the_machine().delete_interfaces = note;
+  }
+  static uint32 note(std::span<const if_index_t> interfaces) {
+    asked_.assign(interfaces.begin(), interfaces.end());
+    return answer_;
+  }
+  static inline std::vector<if_index_t> asked_;
+  static inline uint32 answer_ = 0;
+};
+
+TEST_F(InterfacesOfASource, IsAskedForThoseThatAreMissing) {
+  const auto before = listed(IF_TYPE_NONE);
+  EXPECT_EQ(sub_interfaces(1, {{sub(6), sub(8)}, {sub(20), sub(20)}, {sub(8), sub(8)}}), 0u);
+  EXPECT_EQ(asked_, (std::vector<if_index_t>{sub(6), sub(8), sub(20)}));
+  EXPECT_EQ(listed(IF_TYPE_NONE), before) << "the model is the source's";
+
+  asked_.clear();
+  EXPECT_EQ(loopbacks(1, {{names_.loopback, names_.loopback}}), 0u);
+  EXPECT_TRUE(asked_.empty()) << "it is there";
+}
+
+TEST_F(InterfacesOfASource, KnowsItselfWhichPortsAreSwitched) {
+  the_machine().find(names_.routed_port)->layer = 2;
+  EXPECT_EQ(status(intent::create, sub(8)), 0x40290037u);
+  EXPECT_EQ(sub_interfaces(1, {{sub(8), sub(8)}}), 0u);
+}
+
+TEST_F(InterfacesOfASource, IsAskedToDelete) {
+  EXPECT_EQ(sub_interfaces(0, {{sub(7), sub(7)}}), 0u);
+  EXPECT_EQ(asked_, (std::vector<if_index_t>{sub(7)}));
+  EXPECT_NE(the_machine().find(sub(7)), nullptr) << "the model is the source's";
+  EXPECT_TRUE(the_machine().deleted.empty());
+}
+
+TEST_F(InterfacesOfASource, IsAskedToTakeBackWhatItCreatedAndDeleted) {
+  the_machine().create_interfaces = [](std::span<const if_index_t> wanted) {
+    for (const if_index_t it : wanted) {
+      interface made;
+      made.if_index = it;
+      the_machine().add(made);
+    }
+    return note(wanted);
+  };
+  the_machine().delete_interfaces = [](std::span<const if_index_t> gone) {
+    for (const if_index_t it : gone) the_machine().remove(it);
+    return note(gone);
+  };
+  the_machine().settle = [](const interface& port, const port_settings& before) -> uint32 {
+    EXPECT_EQ(before.description, "");
+    EXPECT_EQ(port.description, "of the lab");
+    return 0;
+  };
+  begin_changes();
+  ASSERT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
+  asked_.clear();
+  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
+  EXPECT_EQ(asked_, (std::vector<if_index_t>{names_.loopback + 1}));
+
+  the_machine().find(names_.loopback)->description = "of the lab";
+  begin_changes();
+  ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
+  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback}));
+  EXPECT_EQ(the_machine().find(names_.loopback)->description, "of the lab");
+
+  begin_changes();
+  ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
+  answer_ = 0x40F00001;
+  the_machine().create_interfaces = note;
+  const changes_back made = take_changes_back(the_machine());
+  EXPECT_TRUE(made.restored.empty());
+  ASSERT_EQ(made.refused.size(), 1u);
+  EXPECT_EQ(made.refused[0].if_index, names_.loopback);
+  EXPECT_EQ(made.refused[0].status, 0x40F00001u);
+}
+
+TEST_F(InterfacesOfASource, RefusesWithAStatusOfItsOwn) {
+  answer_ = 0x40F00001;
+  EXPECT_EQ(sub_interfaces(1, {{sub(8), sub(8)}}), 0x40F00001u);
+  EXPECT_EQ(sub_interfaces(0, {{sub(7), sub(7)}}), 0x40F00001u);
+  EXPECT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0x40F00001u);
+  EXPECT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0x40F00001u);
 }
 
 TEST_F(InterfaceConfiguration, LoopbacksAreLimited) {

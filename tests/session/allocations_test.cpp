@@ -1,39 +1,16 @@
 // Printing on the channel allocates nothing once its buffers have grown.
-#include <gtest/gtest.h>
+#include "support/allocations.h"
 
-#include <cstdlib>
-#include <new>
+#include <gtest/gtest.h>
 
 #include "platform/cmd_channel.h"
 #include "session/captured_command.h"
 #include "switch/if_index_layout.h"
 
-namespace {
-std::size_t num_allocations = 0;
-
-void* counted(std::size_t size) {
-  ++num_allocations;
-  return std::malloc(size);
-}
-
-void* counted_or_throw(std::size_t size) {
-  if (void* const block = counted(size)) return block;
-  throw std::bad_alloc();
-}
-}  // namespace
-
-// Not inlined: the compiler would see malloc's block reach "delete" and complain.
-[[gnu::noinline]] void* operator new(std::size_t size) { return counted_or_throw(size); }
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return counted(size); }
-[[gnu::noinline]] void* operator new[](std::size_t size) { return counted_or_throw(size); }
-[[gnu::noinline]] void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return counted(size); }
-[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
-[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept { std::free(block); }
-[[gnu::noinline]] void operator delete[](void* block) noexcept { std::free(block); }
-[[gnu::noinline]] void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
-
 namespace session {
 namespace {
+
+using pmcli_test::num_allocations;
 
 void print_block(cmd_rx_handle_t* rx) {
   const if_index_t port = host::ethernet_index(IF_TYPE_ETHERNET, 0, 0);
@@ -50,9 +27,9 @@ void print_block(cmd_rx_handle_t* rx) {
 std::size_t allocations_of_a_block(host::output_settings settings) {
   captured_command command(settings);
   for (int i = 0; i < 1000; ++i) print_block(command.channel());
-  const std::size_t before = num_allocations;
+  const std::size_t before = num_allocations();
   for (int i = 0; i < 100; ++i) print_block(command.channel());
-  return num_allocations - before;
+  return num_allocations() - before;
 }
 
 TEST(Allocations, NoneForText) { EXPECT_EQ(allocations_of_a_block({}), 0U); }
@@ -64,9 +41,9 @@ TEST(Allocations, NoneForRecords) {
   captured_command command(settings);
   command.output().begin_interface("Ethernet1/1");
   for (int i = 0; i < 10; ++i) print_block(command.channel());
-  const std::size_t before = num_allocations;
+  const std::size_t before = num_allocations();
   for (int i = 0; i < 100; ++i) print_block(command.channel());
-  EXPECT_EQ(num_allocations - before, 0U);
+  EXPECT_EQ(num_allocations() - before, 0U);
   command.output().end_interface();
 }
 

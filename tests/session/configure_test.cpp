@@ -241,6 +241,66 @@ TEST(Configure, RefusalsAreReportedByError) {
   EXPECT_NE(result.out.find("Ethernet1/9              up         --                1000     1500"), std::string::npos);
 }
 
+constexpr char kOutOfServiceWarning[] =
+    "Putting an interface into out-of-service will cause its shared resource configuration to revert to default\n";
+
+// Ethernet 1/x and 2/x are of two kinds.
+TEST(Configure, ASettingOfSeveralKindsIsOneRequest) {
+  const outcome result = configured("ethernet 2/1, ethernet 1/1, fc 3/1-2",
+                                    "show transport | include sent\nshutdown\nshow transport | include sent");
+  EXPECT_EQ(result.exit_code, 0);
+  unsigned before = 0, after = 0;
+  ASSERT_EQ(std::sscanf(result.out.c_str(), "Messages sent: %u Messages sent: %u", &before, &after), 2) << result.out;
+  EXPECT_EQ(after - before, 1U);
+}
+
+TEST(Configure, ASettingOfSeveralKindsIsConfirmedOnce) {
+  EXPECT_EQ(configured("ethernet 2/1, ethernet 1/1, fc 3/1", "out-of-service").out, kOutOfServiceWarning);
+}
+
+TEST(Configure, ASettingOfSeveralKindsIsRefusedAsAWhole) {
+  const outcome result = configured("ethernet 1/1, ethernet 2/1", "no switchport", "show running-config");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.out,
+            "Error: command not supported on interface type\n! Settings of lab\nconfigure\n" + kMembers + "end\n");
+}
+
+TEST(Configure, PortsOfSeveralKindsThatRefuseAlikeAreOneGroupInTheOrderOfTheUser) {
+  const outcome result = configured("ethernet 2/1, ethernet 1/1-2", "switchport bb-credit 12");
+  EXPECT_EQ(result.exit_code, 3);
+  EXPECT_EQ(result.out, "Ethernet2/1, Ethernet1/1-2: operation not allowed on the interface\n");
+  EXPECT_EQ(configured("ethernet 2/1, ethernet 1/1", "channel-group 9").out,
+            "Command failed for following interfaces:\n"
+            "Ethernet2/1 failed for channel-group 9 with no such interface\n"
+            "Ethernet1/1 failed for channel-group 9 with no such interface\n\n");
+}
+
+// Channel 2 is of another subtype than those beside it.
+TEST(Configure, APortChannelOfAnotherSubtypeBelongsToItsRange) {
+  const outcome result = run_shell_on(shipped_switch("storage.yaml"), {},
+                                      "configure\ninterface port-channel 1-3\ndescription of the range\nend\n"
+                                      "show interface port-channel 1-3 description | include range\n");
+  EXPECT_EQ(result.out,
+            "port-channel1            of the range\n"
+            "port-channel2            of the range\n"
+            "port-channel3            of the range\n");
+}
+
+// Ranges that do not follow each other, more than an argument of the library holds.
+std::string many_ranges() {
+  std::string range = "ethernet 1/1";
+  for (int i = 0; i < 69; ++i) range += i % 2 == 0 ? ", 1/3" : ", 1/1";
+  return range;
+}
+
+TEST(Configure, MoreRangesThanAnArgumentHoldsAreRefusedOnce) {
+  EXPECT_EQ(configured(many_ranges(), "no switchport").out, "Error: command not supported on interface type\n");
+  const outcome set = configured(many_ranges(), "switchport mtu 9000", "show interface ethernet 1/1-3 brief");
+  EXPECT_EQ(set.exit_code, 0);
+  EXPECT_NE(set.out.find("Ethernet1/2              up         --                1000     1500"), std::string::npos);
+  EXPECT_NE(set.out.find("Ethernet1/3              up         --                1000     9000"), std::string::npos);
+}
+
 TEST(Configure, AllRefusedIsAnExitCodeToo) {
   EXPECT_EQ(configured("ethernet 1/9", "shutdown").exit_code, 3);
   EXPECT_EQ(configured("ethernet 1/1", "shutdown").exit_code, 0);
@@ -441,6 +501,23 @@ TEST(ConfigureAtThePrompt, PromptsNameTheModeAndQuestionsWait) {
   ASSERT_TRUE(shell.shows_prompt());
   shell.type("exit\r");
   EXPECT_EQ(shell.exit_code(), 0);
+}
+
+// The question is asked by the first request; its answer holds for those that follow.
+TEST(ConfigureAtThePrompt, ManyRangesAreConfirmedOnce) {
+  terminal shell({}, kSwitch);
+  ASSERT_TRUE(shell.shows_prompt()) << shell.unread();
+  shell.type("configure\rinterface " + many_ranges() + "\rout-of-service\r");
+  ASSERT_TRUE(shell.shows("Do you wish to continue(y/n)?")) << shell.unread();
+  shell.type("n\r");
+  ASSERT_TRUE(shell.shows("lab(config-if)# ")) << shell.unread();
+  shell.type("out-of-service\r");
+  ASSERT_TRUE(shell.shows("Do you wish to continue(y/n)?")) << shell.unread();
+  shell.type("y\r");
+  ASSERT_TRUE(shell.shows("lab(config-if)# ")) << shell.unread();
+  shell.type("show running-config interface ethernet 1/1-3\r");
+  ASSERT_TRUE(shell.shows("interface ethernet 1/1\r\n  out-of-service\r\ninterface ethernet 1/3\r\n  out-of-service"))
+      << shell.unread();
 }
 
 TEST(ConfigureAtThePrompt, YesAnswersQuestions) {

@@ -185,6 +185,18 @@ TEST(Detailed, ErrorsMakeAPortLessReliable) {
             "     reliability 202/255, txload 1/255, rxload 1/255\n");
 }
 
+// Both forms of the list: one line on the Ethernet-switch chassis, a line for each member on the others.
+TEST(Detailed, MembersOfAPortChannelAreListedOnce) {
+  EXPECT_EQ(run_command("show interface port-channel 7 detailed | include [Mm]ember").out,
+            "  Members in this channel: Eth1/4, Eth1/5\n");
+  EXPECT_EQ(run_shell_on(shipped_switch("storage.yaml"),
+                         {"-c", "show interface port-channel 101-102 detailed | include [Mm]ember"})
+                .out,
+            "    Member[1] : Ethernet4/1\n"
+            "    Member[2] : Ethernet4/2\n"
+            "    No members\n");
+}
+
 TEST(StructuredCounters, RecordHoldsBothTables) {
   const auto document = json_of("show interface ethernet 1/1 counters");
   ASSERT_EQ(document["interfaces"].Size(), 1U);

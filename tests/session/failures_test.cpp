@@ -102,6 +102,10 @@ class InstalledWithout {
     return run_program((root_ / "bin/pmsh").string(), {"--switch", test_file("lab.yaml"), "-c", command});
   }
 
+  void copy(const std::string& library, const std::string& as) const {
+    fs::copy_file(root_ / "lib" / library, root_ / "lib" / as);
+  }
+
  private:
   fs::path root_;
 };
@@ -111,6 +115,45 @@ TEST(RemovedLibrary, OfTheStatisticsLeavesTheRestOfTheDisplay) {
 
   EXPECT_NE(result.out.find("Ethernet1/1 is up\n"), std::string::npos);
   EXPECT_NE(result.out.find("stats unavailable\n"), std::string::npos);
+  EXPECT_EQ(result.exit_code, 2);
+}
+
+TEST(RemovedLibrary, OfTheStatisticsLeavesCountersAndSaysWhich) {
+  const InstalledWithout installed("libstatcl.so");
+  for (const char* const command : {"clear counters ethernet", "clear counters"}) {
+    const outcome result = installed.run(command);
+    EXPECT_EQ(result.out, "") << command;
+    EXPECT_EQ(result.err,
+              "pmsh: counters of ethernet 1/1-5, ethernet 1/10, ethernet 2/1, ethernet 2/1.5, vethernet 1 were not "
+              "cleared: libstatcl.so cannot be opened.\n")
+        << command;
+    EXPECT_EQ(result.exit_code, 2) << command;
+  }
+  const outcome range = installed.run("clear counters interface ethernet 1/1, loopback 0");
+  EXPECT_EQ(range.err, "pmsh: counters of ethernet 1/1 were not cleared: libstatcl.so cannot be opened.\n");
+  EXPECT_EQ(range.exit_code, 2);
+}
+
+TEST(RemovedLibrary, OfTheIpStatisticsLeavesCountersAndSaysWhich) {
+  const InstalledWithout installed("libip_stats.so");
+  for (const char* const command :
+       {"clear counters loopback", "clear counters", "clear counters interface loopback 0, ethernet 1/1"}) {
+    const outcome result = installed.run(command);
+    EXPECT_EQ(result.out, "") << command;
+    EXPECT_EQ(result.err, "pmsh: counters of loopback 0 were not cleared: libip_stats.so cannot be opened.\n")
+        << command;
+    EXPECT_EQ(result.exit_code, 2) << command;
+  }
+}
+
+TEST(ReplacedLibrary, WithoutTheFunctionLeavesCountersAndSaysWhich) {
+  const InstalledWithout installed("libip_stats.so");
+  installed.copy("libpvlan.so", "libip_stats.so");
+  const outcome result = installed.run("clear counters interface loopback 0");
+  EXPECT_EQ(result.out.find("error: "), 0U) << result.out;
+  EXPECT_EQ(result.err,
+            "pmsh: counters of loopback 0 were not cleared: libip_stats.so has no function "
+            "ip_clear_loopback_counters.\n");
   EXPECT_EQ(result.exit_code, 2);
 }
 

@@ -146,7 +146,7 @@ TEST(Grammar, CommandsBelongToModes) {
   std::string error;
   EXPECT_FALSE(parse_command("configure", error, host::kInterfaceMode));
   EXPECT_FALSE(parse_command("no shutdown", error, host::kConfigureMode));
-  EXPECT_EQ(error, "'no' is a setting of interfaces. Type 'interface RANGE' first.");
+  EXPECT_EQ(error, "'no shutdown' is a setting of interfaces. Type 'interface RANGE' first.");
 }
 
 TEST(Grammar, TheRestOfALineIsAText) {

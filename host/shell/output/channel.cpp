@@ -4,6 +4,7 @@
 #include <cstdarg>
 #include <string_view>
 
+#include "base/c_edge.h"
 #include "platform/cmd_channel.h"
 #include "shell/output/command_output.h"
 #include "shell/output/printable.h"
@@ -119,6 +120,16 @@ command_output* output_of(const cmd_rx_handle_t* handle) {
   return handle == &the_handle ? command_output::running() : nullptr;
 }
 
+// Prints; what cannot be printed is a failure of the command.
+template <typename Print>
+void print_or_note_failure(command_output& output, Print print_all) {
+  const bool is_printed = no_throw(false, [&] {
+    print_all();
+    return true;
+  });
+  if (!is_printed) output.note_failure();
+}
+
 }  // namespace
 }  // namespace host
 
@@ -141,7 +152,7 @@ void cmd_prt(cmd_rx_handle_t* rx_handle, const char* format, ...) {
   if (output == nullptr || format == nullptr) return;
   std::va_list tuples;
   va_start(tuples, format);
-  host::print(*output, format, tuples);
+  host::print_or_note_failure(*output, [&] { host::print(*output, format, tuples); });
   va_end(tuples);
 }
 
@@ -152,15 +163,17 @@ void cmd_print_short(cmd_rx_handle_t* rx_handle) {
 // Lines are shown as the command's output leaves; there is nothing to wait for here but text in the library's own
 // buffer.
 void cmd_prt_send(cmd_rx_handle_t* rx_handle) {
-  if (command_output* const output = host::output_of(rx_handle)) output->line();
+  if (command_output* const output = host::output_of(rx_handle))
+    host::print_or_note_failure(*output, [output] { output->line(); });
 }
 
 void cmd_rsp_send_nok(cmd_rx_handle_t* rx_handle, uint32, const char* text) {
   command_output* const output = host::output_of(rx_handle);
   if (output == nullptr) return;
   output->note_failure();
-  if (text != nullptr) {
+  if (text == nullptr) return;
+  host::print_or_note_failure(*output, [&] {
     output->line();
     output->text(text);
-  }
+  });
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/c_edge.h"
 #include "shell/output/coloured_marks.h"
 #include "shell/output/failed_ranges.h"
 #include "shell/output/printable.h"
@@ -16,8 +17,14 @@ namespace {
 
 command_output* the_running_output = nullptr;
 
+// Text that is lost is a failure of the command. The stream itself goes on: it also serves the commands that follow.
 ssize_t write_printed(void*, const char* data, std::size_t size) {
-  if (the_running_output != nullptr) the_running_output->text({data, size});
+  if (the_running_output == nullptr) return static_cast<ssize_t>(size);
+  const bool is_taken = no_throw(false, [&] {
+    the_running_output->text({data, size});
+    return true;
+  });
+  if (!is_taken) the_running_output->note_failure();
   return static_cast<ssize_t>(size);
 }
 

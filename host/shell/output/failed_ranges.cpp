@@ -4,11 +4,14 @@
 #include <cstdio>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "base/c_edge.h"
 #include "platform/cmd_channel.h"
 #include "platform/if_index.h"
 #include "shell/interface_ranges.h"
+#include "shell/output/command_output.h"
 #include "switch/interface_name.h"
 
 namespace {
@@ -16,6 +19,7 @@ namespace {
 struct range_record {
   mrange_handle_t head{};  // what the library holds; must stay first
   std::vector<if_index_range_t> ranges;
+  range_record* handed_over_before = nullptr;
 };
 
 range_record* record_of(mrange_handle_t* handle) { return reinterpret_cast<range_record*>(handle); }
@@ -46,13 +50,25 @@ std::vector<if_index_range_t> joined(const std::vector<if_index_range_t>& ranges
   return found;
 }
 
-std::vector<mrange_handle_t*> handed_over;
+range_record* handed_over = nullptr;  // the last one, which leads to those before it
+
+std::string text_of_all(const mrange_handle_t* ranges) {
+  std::string text;
+  if (ranges == nullptr) return text;
+  for (const if_index_range_t& range : joined(reinterpret_cast<const range_record*>(ranges)->ranges)) {
+    if (!text.empty()) text += ", ";
+    text += text_of(range);
+  }
+  return text;
+}
 
 }  // namespace
 
 void host::release_failed_ranges() {
-  for (mrange_handle_t* const ranges : handed_over) cmd_mrange_free(ranges);
-  handed_over.clear();
+  while (handed_over != nullptr) {
+    range_record* const released = std::exchange(handed_over, handed_over->handed_over_before);
+    cmd_mrange_free(&released->head);
+  }
 }
 
 mrange_handle_t* cmd_mrange_create(uint32 token_id) {
@@ -62,28 +78,30 @@ mrange_handle_t* cmd_mrange_create(uint32 token_id) {
   return &record->head;
 }
 
+// A range for which there is no memory is left out, which is a failure of the command.
 void cmd_mrange_range_add(mrange_handle_t* ranges, if_index_t first, if_index_t last) {
   if (ranges == nullptr) return;
   range_record* const record = record_of(ranges);
-  record->ranges.push_back({first, last});
+  const bool is_added = host::no_throw(false, [&] {
+    record->ranges.push_back({first, last});
+    return true;
+  });
+  host::command_output* const output = host::command_output::running();
+  if (!is_added && output != nullptr) output->note_failure();
   record->head.list = record->ranges.data();
   record->head.len = static_cast<int32>(record->ranges.size());
 }
 
 // They stay until the command ends: whoever handed them over may still render them.
 void cmd_mrange_error_set(mrange_handle_t* ranges) {
-  if (ranges != nullptr) handed_over.push_back(ranges);
+  if (ranges == nullptr) return;
+  record_of(ranges)->handed_over_before = handed_over;
+  handed_over = record_of(ranges);
 }
 
 int32 cmd_mrange_snprintf(char* buffer, uint32 size, const mrange_handle_t* ranges) {
-  std::string text;
-  if (ranges != nullptr) {
-    for (const if_index_range_t& range : joined(reinterpret_cast<const range_record*>(ranges)->ranges)) {
-      if (!text.empty()) text += ", ";
-      text += text_of(range);
-    }
-  }
-  return std::snprintf(buffer, size, "%s", text.c_str());
+  if (size != 0) *buffer = '\0';
+  return host::no_throw<int32>(-1, [&] { return std::snprintf(buffer, size, "%s", text_of_all(ranges).c_str()); });
 }
 
 void cmd_mrange_free(mrange_handle_t* ranges) { delete record_of(ranges); }

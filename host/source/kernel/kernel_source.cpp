@@ -12,10 +12,12 @@
 
 #include "platform/interface_manager.h"
 #include "platform/platform_data.h"
+#include "platform/port_config.h"
 #include "platform/port_manager.h"
 #include "platform/syserr.h"
 #include "source/kernel/abilities.h"
 #include "source/kernel/baselines.h"
+#include "source/kernel/creation.h"
 #include "source/kernel/details.h"
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
@@ -24,6 +26,7 @@
 #include "source/kernel/way.h"
 #include "switch/if_index_layout.h"
 #include "switch/live_statistics.h"
+#include "switch/port_status.h"
 
 namespace host {
 namespace {
@@ -128,6 +131,8 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   if (link.slave_kind == "bond" && master != nullptr && take_apart(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
     port.channel = master->if_index;
   set_abilities(link, port);
+  port.is_created = is_created_by_command(link, if_index);
+  if (port.is_created && link.kind == "vlan") port.configured.set(PM_CFG_MTU);  // a new one has its parent's
 }
 
 // ---- Settings -------------------------------------------------------------------------------------------------------
@@ -199,6 +204,78 @@ std::string host_name() {
   return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "linux";
 }
 
+// ---- Creating and deleting ------------------------------------------------------------------------------------------
+
+machine read_machine();
+
+const kernel_link* link_of(if_index_t if_index) {
+  const device_reading* const reading = find_reading(if_index);
+  return reading == nullptr ? nullptr : find_link(the_kernel.links, reading->number);
+}
+
+uint32 create_interface(if_index_t if_index) {
+  const index_fields fields = take_apart(if_index);
+  if (fields.type == IF_TYPE_LOOPBACK) {
+    if (fields.number == 0) return status_of_text("the kernel numbers its devices from 1");
+    const kernel_link* const other = find_link(the_kernel.links, fields.number);
+    if (other != nullptr)
+      return status_of_text("the kernel's device " + std::to_string(fields.number) + " is " + other->name);
+    return create_dummy(fields.number);
+  }
+  const kernel_link* const parent = link_of(parent_of(if_index));
+  if (parent == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
+  return create_vlan_device(*parent, static_cast<uint16>(fields.sub_interface));
+}
+
+uint32 delete_interface(if_index_t if_index) {
+  const kernel_link* const link = link_of(if_index);
+  return link == nullptr ? uint32{PM_ERR_NO_SUCH_INTERFACE} : delete_device(link->number);
+}
+
+// Whatever interface the map gives it.
+void delete_created_device(if_index_t if_index) {
+  const index_fields fields = take_apart(if_index);
+  if (fields.type == IF_TYPE_LOOPBACK) {
+    delete_device(fields.number);
+    return;
+  }
+  const kernel_link* const parent = link_of(parent_of(if_index));
+  for (const kernel_link& it : the_kernel.links)
+    if (parent != nullptr && it.kind == "vlan" && it.parent == parent->number && it.vlan == fields.sub_interface)
+      delete_device(it.number);
+}
+
+// When one of them is refused, those before it are deleted again.
+uint32 create_interfaces(std::span<const if_index_t> interfaces) {
+  uint32 status = 0;
+  std::size_t count = 0;
+  while (count < interfaces.size() && (status = create_interface(interfaces[count])) == 0) ++count;
+  if (count == 0) return status;
+  the_machine() = read_machine();
+  const auto created = interfaces.first(count);
+  const bool are_all_here =
+      std::all_of(created.begin(), created.end(), [](if_index_t it) { return link_of(it) != nullptr; });
+  if (status == 0 && !are_all_here) status = status_of_text("the map gives the new device another interface");
+  if (status == 0) return 0;
+  for (const if_index_t it : created) delete_created_device(it);
+  the_machine() = read_machine();
+  return status;
+}
+
+uint32 delete_interfaces(std::span<const if_index_t> interfaces) {
+  for (const if_index_t it : interfaces) {
+    const kernel_link* const link = link_of(it);
+    if (link == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
+    if (!is_created_by_command(*link, it))
+      return status_of_text("the device " + link->name + " is not one that commands create");
+  }
+  uint32 status = 0;
+  for (const if_index_t it : interfaces)
+    if ((status = delete_interface(it)) != 0) break;
+  the_machine() = read_machine();
+  return status;
+}
+
 machine read_machine() {
   netlink_socket route(NETLINK_ROUTE);
   the_kernel.links = read_links(route);
@@ -217,6 +294,8 @@ machine read_machine() {
   made.clear_traffic = clear_device;
   made.settle = settle;
   made.makes_setting = makes_kernel_setting;
+  made.create_interfaces = create_interfaces;
+  made.delete_interfaces = delete_interfaces;
   made.read_details = read_details;
   made.is_unknown = is_unknown;
   return made;

@@ -40,34 +40,28 @@ netlink_request link_request(uint32 number, uint32 flags = 0, uint32 changed_fla
   return request;
 }
 
-uint32 send_link(netlink_request& request) {
-  netlink_socket route(NETLINK_ROUTE);
-  const int error = route.ask(request, [](const nlmsghdr&) {});
-  return status_of(error, route.reason());
-}
-
 uint32 set_state(const setting_target& target, const port_settings& wanted, const port_settings&) {
   const bool is_up = wanted.admin_state == PM_PORT_STATE_UP;
   netlink_request request = link_request(target.number, is_up ? uint32{IFF_UP} : 0, IFF_UP);
-  return send_link(request);
+  return send_link_request(request);
 }
 
 uint32 set_alias(const setting_target& target, const port_settings& wanted, const port_settings&) {
   netlink_request request = link_request(target.number);
   mnl_attr_put(&request.head(), IFLA_IFALIAS, wanted.description.size(), wanted.description.data());
-  return send_link(request);
+  return send_link_request(request);
 }
 
 uint32 set_mtu(const setting_target& target, const port_settings& wanted, const port_settings&) {
   netlink_request request = link_request(target.number);
   mnl_attr_put_u32(&request.head(), IFLA_MTU, wanted.mtu_bytes);
-  return send_link(request);
+  return send_link_request(request);
 }
 
 uint32 set_bond(const setting_target& target, const port_settings&, const port_settings&) {
   netlink_request request = link_request(target.number);
   mnl_attr_put_u32(&request.head(), IFLA_MASTER, target.bond);
-  return send_link(request);
+  return send_link_request(request);
 }
 
 // ---- VLANs of a port of a bridge ------------------------------------------------------------------------------------
@@ -127,7 +121,7 @@ uint32 set_vlans(const setting_target& target, const port_settings& wanted, cons
   if (wanted.native_vlan != before.native_vlan && is_native_missing(wanted))
     return status_of_text("the native VLAN is none of those that the trunk carries");
   for (netlink_request& request : bridge_vlan_requests(target.number, wanted, before))
-    if (const uint32 status = send_link(request); status != 0) return status;
+    if (const uint32 status = send_link_request(request); status != 0) return status;
   return 0;
 }
 
@@ -219,6 +213,12 @@ bool is_beyond_the_kernel(port_settings wanted, const port_settings& before) {
 }
 
 }  // namespace
+
+uint32 send_link_request(netlink_request& request) {
+  netlink_socket route(NETLINK_ROUTE);
+  const int error = route.ask(request, [](const nlmsghdr&) {});
+  return status_of(error, route.reason());
+}
 
 std::vector<netlink_request> bridge_vlan_requests(uint32 number, const port_settings& wanted,
                                                   const port_settings& before) {

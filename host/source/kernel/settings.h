@@ -27,6 +27,9 @@ uint32 settle_device(const setting_target& target, const port_settings& wanted, 
 // Whether there are devices that have a setting (PM_CFG_... or HOST_CFG_...).
 bool makes_kernel_setting(uint8 type);
 
+// Asks the kernel to change a link. Returns 0, or a status as settle_device() does.
+uint32 send_link_request(netlink_request& request);
+
 // What is asked to give a port of a bridge other VLANs: those that come are added before the rest goes, so that the
 // port always has its untagged one.
 std::vector<netlink_request> bridge_vlan_requests(uint32 number, const port_settings& wanted,
