@@ -3,6 +3,7 @@ file(GLOB_RECURSE checked_sources CONFIGURE_DEPENDS
   ${PROJECT_SOURCE_DIR}/infra/*.h ${PROJECT_SOURCE_DIR}/infra/*.cpp
   ${PROJECT_SOURCE_DIR}/host/*.h ${PROJECT_SOURCE_DIR}/host/*.cpp
   ${PROJECT_SOURCE_DIR}/tests/*.h ${PROJECT_SOURCE_DIR}/tests/*.cpp ${PROJECT_SOURCE_DIR}/tests/*.c
+  ${PROJECT_SOURCE_DIR}/examples/*.c
   ${PROJECT_SOURCE_DIR}/bench/*.h ${PROJECT_SOURCE_DIR}/bench/*.cpp
   ${PROJECT_SOURCE_DIR}/fuzz/*.h ${PROJECT_SOURCE_DIR}/fuzz/*.cpp)
 

@@ -155,6 +155,13 @@ void set_output(pmhost_t& host, const pmhost_output_t& wanted) {
 
 // ---- Commands ----
 
+// Whether an interface is the next in a range.
+bool follows(if_index_t before, if_index_t if_index) {
+  host::interface_number next = host::number_of(before);
+  ++(next.sub_interface != 0 ? next.sub_interface : next.port);
+  return host::kind_of(before).type == host::kind_of(if_index).type && next == host::number_of(if_index);
+}
+
 std::string choose_interfaces(pmhost_command_t& command, const char* text) {
   std::vector<host::interface_span> spans;
   if (const auto error = host::parse_interface_range(text, spans)) return error->message;
@@ -163,8 +170,7 @@ std::string choose_interfaces(pmhost_command_t& command, const char* text) {
   command.interfaces = chosen.interfaces;
   for (const if_index_t if_index : chosen.interfaces) {
     command.mask |= host::kind_of(if_index).mask;
-    // Neighbours in one kind are a range.
-    if (!command.ranges.empty() && command.ranges.back().upper_if_index + 1 == if_index)
+    if (!command.ranges.empty() && follows(command.ranges.back().upper_if_index, if_index))
       command.ranges.back().upper_if_index = if_index;
     else
       command.ranges.push_back({if_index, if_index});
