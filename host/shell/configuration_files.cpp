@@ -9,6 +9,7 @@
 #include <cstring>
 #include <string>
 
+#include "base/write_all.h"
 #include "shell/commands.h"
 #include "shell/interface_kinds.h"
 #include "shell/output/command_output.h"
@@ -44,16 +45,6 @@ configuration configuration_of(const invocation& run) {
                      is_whole ? std::span<const if_index_t>(the_machine().deleted) : std::span<const if_index_t>())};
 }
 
-bool write_all(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = write(descriptor, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
-
 // Whoever reads the file sees all of the text or what was there before. Returns an errno, 0 when it is written.
 int write_file(const std::string& path, std::string_view text) {
   std::string made = path + ".XXXXXX";
@@ -61,9 +52,8 @@ int write_file(const std::string& path, std::string_view text) {
   if (descriptor < 0) return errno;
   const mode_t mask = umask(0);
   umask(mask);
-  const bool is_written =
-      write_all(descriptor, text) && fchmod(descriptor, 0666 & ~mask) == 0 && fsync(descriptor) == 0;
-  int error = is_written ? 0 : errno;
+  int error = write_all(descriptor, text);
+  if (error == 0 && (fchmod(descriptor, 0666 & ~mask) != 0 || fsync(descriptor) != 0)) error = errno;
   close(descriptor);
   if (error == 0 && std::rename(made.c_str(), path.c_str()) != 0) error = errno;
   if (error != 0) unlink(made.c_str());

@@ -1,4 +1,5 @@
 // pmsh: the shell of a switch.
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -113,8 +114,7 @@ fs::path library_directory() {
 int run(const options& wanted) {
   if (wanted.published != nullptr) {
     load_libraries(library_directory(), wanted.libraries);
-    std::fputs(wanted.published().c_str(), stdout);
-    return kDone;
+    return print_text(wanted.published());
   }
   if (wanted.clock) clock_set(static_cast<std::time_t>(*wanted.clock));
   the_machine() = build_machine(wanted);
@@ -152,10 +152,17 @@ int run(const options& wanted) {
   return result;
 }
 
+// A descriptor that is closed must not become that of another file: reading and writing it fail.
+void hold_standard_descriptors() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    if (fcntl(descriptor, F_GETFD) < 0) open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
 }  // namespace
 }  // namespace host
 
 int main(int argc, char** argv) {
+  host::hold_standard_descriptors();
   int exit_code = host::kDone;
   const auto wanted = host::read_options(argc, argv, exit_code);
   if (!wanted) return exit_code;

@@ -3,9 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <cstdio>
+#include <sstream>
 #include <string_view>
 
 #include "shell/exit_codes.h"
+#include "shell/print_error.h"
 #include "shell/published.h"
 #include "source/chassis/giant.h"
 
@@ -119,7 +121,8 @@ std::optional<options> read_options(int argc, char** argv, int& exit_code) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    exit_code = app.exit(error) == 0 ? kDone : kUsage;
+    std::ostringstream asked_for;  // help, the version
+    exit_code = app.exit(error, asked_for) == 0 ? print_text(asked_for.str()) : int{kUsage};
     return std::nullopt;
   }
   for (const std::string& text : provocations) {

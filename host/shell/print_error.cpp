@@ -1,8 +1,14 @@
 #include "shell/print_error.h"
 
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string>
 
+#include "base/write_all.h"
+#include "shell/exit_codes.h"
 #include "shell/output/printable.h"
 
 namespace host {
@@ -16,6 +22,18 @@ std::function<void(std::string_view)>& error_sink() {
 }  // namespace
 
 void set_error_sink(std::function<void(std::string_view)> sink) { error_sink() = std::move(sink); }
+
+int report_lost_output(int error) {
+  if (error == EPIPE) return kDone;
+  print_error("the output cannot be written: " + std::string(std::strerror(error)) + ".");
+  return kServiceFailed;
+}
+
+int print_text(std::string_view text) {
+  const int flushed = std::fflush(stdout) == 0 ? 0 : errno;
+  const int error = flushed != 0 ? flushed : write_all(STDOUT_FILENO, text);
+  return error == 0 ? int{kDone} : report_lost_output(error);
+}
 
 void print_error(std::string_view text) {
   if (const auto& sink = error_sink()) {

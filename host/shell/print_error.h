@@ -1,4 +1,4 @@
-// Errors of the shell itself.
+// Errors of the shell itself, and texts that are no output of a command.
 #pragma once
 
 #include <functional>
@@ -8,6 +8,13 @@ namespace host {
 
 // One line to standard error, safe for a terminal.
 void print_error(std::string_view text);
+
+// Writes a text to standard output, behind what was printed. Returns an exit code; why it failed is printed. A reader
+// that is gone has what it needs.
+int print_text(std::string_view text);
+
+// The error of output that could not be written, by its errno. Returns the exit code.
+int report_lost_output(int error);
 
 // From now on errors go to `sink`, without the name of the program and a newline; empty: to standard error.
 void set_error_sink(std::function<void(std::string_view)> sink);

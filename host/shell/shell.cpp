@@ -77,11 +77,16 @@ int run_command(shell& session, const command_line& line) {
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
   if (session.output == nullptr) interrupts.emplace();
   int result = kDone;
+  int write_error = 0;
   {
     command_output output(settings, filters);
     result = line.what->run({line, session, output});
+    write_error = output.finish();
   }
-  return was_interrupted() ? kInterrupted : result;
+  if (was_interrupted()) return kInterrupted;
+  if (write_error == 0) return result;
+  session.is_leaving = true;
+  return report_lost_output(write_error);
 }
 
 // What stands in front of a "?" at the end; null when the line asks for no help.
@@ -100,9 +105,7 @@ int run_line(shell& session, std::string_view line) {
   if (const std::string_view question = question_of(line, session.mode); !question.empty()) {
     const std::string help = help_text(question.substr(0, question.size() - 1), session.mode);
     if (session.output != nullptr && session.output->sink) return session.output->sink(help), kDone;
-    std::fputs(help.c_str(), stdout);
-    std::fflush(stdout);
-    return kDone;
+    return print_text(help);
   }
   std::string error;
   const auto parsed = parse_command(line, error, session.mode);

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "base/write_all.h"
 #include "platform/if_index.h"
 #include "shell/commands.h"
 #include "shell/interface_kinds.h"
@@ -113,15 +114,7 @@ class broken_pipe_scope {
 };
 
 // False: nobody reads any more, or Ctrl-C came while nobody did.
-bool put(std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = write(STDOUT_FILENO, text.data(), text.size());
-    if (written < 0 && errno == EINTR && !was_interrupted()) continue;
-    if (written <= 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
+bool put(std::string_view text) { return write_all(STDOUT_FILENO, text, was_interrupted) == 0; }
 
 std::vector<std::string> lines_of(std::string_view text) {
   std::vector<std::string> lines;

@@ -1,8 +1,6 @@
 #include "shell/output/block_writer.h"
 
-#include <unistd.h>
-
-#include <cerrno>
+#include "base/write_all.h"
 
 namespace host {
 
@@ -12,13 +10,7 @@ void block_writer::flush() {
     pending_.clear();
     return;
   }
-  std::string_view left = pending_;
-  while (!left.empty()) {
-    const ssize_t written = write(descriptor_, left.data(), left.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) break;  // the reader is gone: what is left is lost to it
-    left.remove_prefix(static_cast<std::size_t>(written));
-  }
+  if (error_ == 0) error_ = write_all(descriptor_, pending_, is_cancelled_);
   pending_.clear();
 }
 

@@ -12,7 +12,9 @@ using output_sink = std::function<void(std::string_view)>;
 
 class block_writer {
  public:
-  explicit block_writer(int descriptor, output_sink sink = {}) : descriptor_(descriptor), sink_(std::move(sink)) {}
+  // Waiting for a reader ends when a signal came and `is_cancelled`, if it is not null, returns true.
+  explicit block_writer(int descriptor, output_sink sink = {}, bool (*is_cancelled)() = nullptr)
+      : descriptor_(descriptor), sink_(std::move(sink)), is_cancelled_(is_cancelled) {}
 
   void line(std::string_view text) {
     pending_ += text;
@@ -23,7 +25,9 @@ class block_writer {
   // Without the newline that line() adds.
   void text(std::string_view text) { pending_ += text; }
 
+  // After a write that failed nothing more is written.
   void flush();
+  int error() const { return error_; }  // an errno; 0: none
 
   int descriptor() const { return descriptor_; }
 
@@ -32,6 +36,8 @@ class block_writer {
 
   int descriptor_;
   output_sink sink_;
+  bool (*is_cancelled_)();
+  int error_ = 0;
   std::string pending_;
 };
 

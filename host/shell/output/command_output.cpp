@@ -61,7 +61,7 @@ bool tells_failure(std::string_view line) {
 command_output::command_output(const output_settings& settings, line_filters& filters)
     : settings_(settings),
       filters_(filters),
-      writer_(settings.descriptor, settings.sink),
+      writer_(settings.descriptor, settings.sink, settings.is_cancelled),
       stream_(stand_in()),
       real_stdout_(stdout) {
   if (settings.paged) pager_.emplace(settings.descriptor);
@@ -72,7 +72,11 @@ command_output::command_output(const output_settings& settings, line_filters& fi
   the_running_output = this;
 }
 
-command_output::~command_output() {
+command_output::~command_output() { finish(); }
+
+int command_output::finish() {
+  if (is_finished_) return writer_.error();
+  is_finished_ = true;
   take_printed();
   if (!line_.empty()) end_line();
   stdout = real_stdout_;
@@ -85,6 +89,7 @@ command_output::~command_output() {
   filters_.finish([this](std::string_view line) { show(line); });
   progress_.reset();
   writer_.flush();
+  return writer_.error();
 }
 
 command_output* command_output::running() { return the_running_output; }
@@ -234,7 +239,7 @@ bool command_output::end_interface() {
 }
 
 bool command_output::is_discarding() const {
-  return left_pager_ || (settings_.is_cancelled != nullptr && settings_.is_cancelled());
+  return left_pager_ || writer_.error() != 0 || (settings_.is_cancelled != nullptr && settings_.is_cancelled());
 }
 
 }  // namespace host

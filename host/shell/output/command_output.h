@@ -68,6 +68,9 @@ class command_output {
   // An error of the shell itself, one line: to standard error, into the document, or to the sink.
   void complain(std::string_view text);
 
+  // Ends the output, which then takes nothing more. Returns 0, or the errno with which writing it failed.
+  int finish();
+
   // Shows what is printed so far, also when its line is not complete.
   void flush();
 
@@ -84,7 +87,7 @@ class command_output {
 
   bool is_structured() const { return document_.has_value(); }
 
-  // True when nothing more will be shown: the command was cancelled, or the user left the pager.
+  // True when nothing more will be shown: the command was cancelled, the user left the pager, or writing failed.
   bool is_discarding() const;
 
   // ---- For the channel.
@@ -119,6 +122,7 @@ class command_output {
   mutable std::vector<uint8> perhaps_unknown_;  // by the schema's rows
   bool failed_ = false;
   bool left_pager_ = false;
+  bool is_finished_ = false;
 };
 
 }  // namespace host
