@@ -4,8 +4,8 @@
 services_table.py ROOT COMMAND...           fails when the table is stale; COMMAND runs the contract tests
 services_table.py --write ROOT COMMAND...   writes it
 
-Displays that print, by pmcli/displays.h, and ask a service have a row; variants are shown as the display that they vary. The
-script fails when another command id asks for more than the port record."""
+Displays that print, by pmcli/displays.h, and ask a service have a row. So have variants that ask for something else than the
+display that they vary. The script fails when another command id asks for more than the port record."""
 import json
 import pathlib
 import re
@@ -64,7 +64,7 @@ def sentence(services):
             parts[-1][1] += 1
         else:
             parts.append([service, 1])
-    return ", ".join(shown(service) + (f", {count} times" if count > 1 else "") for service, count in parts)
+    return ", ".join(shown(service) + (f", {count} times" if count > 1 else "") for service, count in parts) or "none"
 
 
 def rows_of(kind, asked, displays):
@@ -78,7 +78,7 @@ def rows_of(kind, asked, displays):
                 fail(f"{kind}: command id {number} has no row, but asks {sentence(services)}")
         elif base and services == asked[next(n for n, (other, _) in displays.items() if other == base[1])]:
             continue
-        elif services:
+        elif services or base:
             rows.setdefault(sentence(services), []).append(name)
     return rows
 
