@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# What a platform meets when it loads the library: shared_object_test.sh LIBRARY PLATFORM_HEADERS_DIRECTORY
+# What a platform meets when it loads the library: shared_object_test.sh LIBRARY PLATFORM_HEADERS_DIRECTORY GUIDE
 #
 # The optimised library of this machine or of the target; readelf reads both.
 set -eu
 . "$(dirname "$0")/../support/script.sh"
-library=$1 platform=$2
+library=$1 platform=$2 guide=$3
 [ -e "$library" ] || skip_all "$library is not built"
 
 step "the name of the library and the version of its symbols"
@@ -24,6 +24,17 @@ undefined=$(readelf --dyn-syms -W "$library" | awk '$7 == "UND" && $8 !~ /@GLIBC
 for name in $undefined; do
   grep -Eqr "(^|[^A-Za-z0-9_])$name *[[(]" "$platform" || fail "$name is in no header of the platform"
 done
+
+step "the guide lists each of them with its header, and nothing else"
+functions=$(grep . <<<"$undefined" | grep -vx platform_runtime_param_array | sort)
+listed=$(sed -nE 's/^\| `platform\/[a-z_]+\.h` \| [^|]* \| (`.*`) \|$/\1/p' "$guide" | grep -oE '[a-z0-9_]+' | sort)
+diff <(echo "$functions") <(echo "$listed") || fail "$guide lists other functions than the library calls"
+has "$(<"$guide")" "calls: $(wc -l <<<"$functions") functions, declared in"
+while read -r header names; do
+  for name in $names; do
+    grep -Eq "(^|[^A-Za-z0-9_])$name *[(]" "$platform/$header" || fail "$name is not in $header, as $guide says"
+  done
+done < <(sed -nE 's/^\| `platform\/([a-z_]+\.h)` \| [^|]* \| (`.*`) \|$/\1 \2/p' "$guide" | tr -d '`,')
 
 step "no function of the platform is bound by its address, so that it is looked for only when it is called"
 by_address=$(readelf -rW "$library" | awk '$3 !~ /JU?MP_SLOT/ { print $5 }' | sort -u)
