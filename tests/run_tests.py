@@ -127,7 +127,7 @@ class GoogleTests:
     def run(self, tests):
         """Runs a batch. Returns the tests that still have to run because the process ended before them."""
         left = collections.OrderedDict.fromkeys(tests)
-        current, output, failures = None, [], 0
+        current, last, output, failures = None, None, [], 0
         process = subprocess.Popen([*self.command, f"--gtest_filter={':'.join(tests)}", "--gtest_color=no"],
                                    stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
         outside = []  # lines between tests
@@ -151,7 +151,7 @@ class GoogleTests:
                 else:
                     failures += 1
                     self.report.add(self.full_name(name), "failed", detail, self.alone(name))
-                current = None
+                current, last = None, name
         code = process.wait()
         self.report.stop()
         if current is not None:
@@ -162,7 +162,11 @@ class GoogleTests:
             for test in left:
                 self.report.add(self.full_name(test), "failed", "".join(outside) + how_it_ended(code), self.alone(test))
             left.clear()
-        elif not left and code != 0 and not failures:
+        elif left:
+            # Between two tests: what the one before left behind ended the process.
+            self.report.add(self.full_name(last) + " (behind the test)", "failed", "".join(outside) + how_it_ended(code),
+                            self.alone(last))
+        elif code != 0 and not failures:
             self.blame(tests, "".join(outside) + how_it_ended(code))
         return list(left)
 
@@ -197,7 +201,7 @@ class Script:
         self.report.start(self.name)
         process = subprocess.Popen(self.command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                    stderr=subprocess.STDOUT)
-        step, output = None, []
+        step, output, is_named = None, [], False
         for raw in process.stdout:
             line = raw.decode(errors="replace")
             if line.startswith("step: "):
@@ -207,11 +211,14 @@ class Script:
             elif line.startswith("skipped: "):
                 what, _, why = line[len("skipped: "):].strip().partition(": ")
                 self.report.add(f"{self.name} {what}", "skipped", why)
+                is_named = True
             else:
                 output.append(line)
         code = process.wait()
         self.report.stop()
         if code == SCRIPT_SKIPPED:
+            if not is_named:
+                self.report.add(self.name, "skipped", "no reason given")
             return
         if code == 0:
             self.passed(step or "")
