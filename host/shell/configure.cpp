@@ -86,13 +86,34 @@ int configure(const invocation& run) {
   return kDone;
 }
 
+namespace {
+
+void leave_interfaces(shell& session) {
+  session.configured = {};
+  session.mode = kConfigureMode;
+}
+
+// Whether the interface mode is about one that is not there any more.
+bool has_lost_interfaces(const shell& session) {
+  const auto is_lost = [](const vsh_intf_mono_range_t& range) {
+    return std::as_const(the_machine()).find(range.lower_if_index) == nullptr ||
+           std::as_const(the_machine()).find(range.upper_if_index) == nullptr;
+  };
+  return std::any_of(session.configured.ranges.begin(), session.configured.ranges.end(), is_lost);
+}
+
+}  // namespace
+
 int choose_interfaces(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   begin_changes();
   const selection chosen = select_or_create(run.session, parameters, run.line.spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
-  if (chosen.code != kDone) return chosen.code;
+  if (chosen.code != kDone) {
+    leave_interfaces(run.session);  // settings that follow must not go to those chosen before
+    return chosen.code;
+  }
   run.session.configured = ranges_of(chosen.interfaces);
   run.session.mode = kInterfaceMode;
   return kDone;
@@ -106,8 +127,7 @@ int delete_interfaces(const invocation& run) {
   const selection deleted = delete_named(run.session, parameters, run.line.spans, run.session.is_in_file);
   if (!deleted.complaint.empty()) run.output.complain(deleted.complaint);
   if (deleted.code != kDone) return deleted.code;
-  run.session.configured = {};
-  run.session.mode = kConfigureMode;
+  leave_interfaces(run.session);
   return kDone;
 }
 
@@ -139,6 +159,7 @@ int set_ports(const invocation& run) {
 int undo(const invocation& run) {
   if (!may_undo(run)) return kNotPermitted;
   const changes_back made = take_changes_back(the_machine());
+  if (has_lost_interfaces(run.session)) leave_interfaces(run.session);
   if (made.restored.empty() && made.refused.empty()) {
     run.output.complain("there is no setting to take back.");
     return kUsage;

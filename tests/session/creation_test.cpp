@@ -253,5 +253,22 @@ TEST(RunningConfiguration, RebuildsWhatWasCreatedAndDeleted) {
     EXPECT_EQ(lab.rebuilt(lines), lab.running(lines)) << lines;
 }
 
+TEST(Creation, ThatIsRefusedLeavesTheInterfacesChosenBefore) {
+  const outcome result = run_shell({"--keep-going", "-f", "-"},
+                                   "configure\ninterface ethernet 1/1\ninterface ethernet 1/77.5\nshutdown\nend\n"
+                                   "show running-config interface ethernet 1/1\n");
+
+  EXPECT_NE(result.exit_code, 0);
+  EXPECT_NE(result.err.find("'shutdown' is a setting of interfaces"), std::string::npos) << result.err;
+  EXPECT_EQ(result.out.find("shutdown"), std::string::npos) << result.out;
+}
+
+TEST(Creation, ThatIsTakenBackLeavesItsInterface) {
+  const outcome result = run_shell({"--keep-going", "-f", "-"}, "configure\ninterface loopback 700\nundo\nshutdown\n");
+
+  EXPECT_NE(result.err.find("'shutdown' is a setting of interfaces"), std::string::npos) << result.err;
+  EXPECT_EQ(result.err.find("no such interface"), std::string::npos) << result.err;
+}
+
 }  // namespace
 }  // namespace session
