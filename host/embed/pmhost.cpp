@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -114,15 +115,37 @@ void load_client_libraries(const fs::path& directory) {
 
 // Once for the process: libraries and what they add to the shell stay.
 const host::command_library& loaded_libraries() {
-  static const host::command_library library = [] {
+  static std::optional<host::command_library> library;
+  static std::string failure;  // what was added before it stays, too: there is no second try
+  if (!failure.empty()) throw std::runtime_error(failure);
+  try {
     const fs::path directory = library_directory();
-    load_client_libraries(directory);
-    return host::load_libraries(directory, {});
-  }();
-  return library;
+    if (!library) {
+      load_client_libraries(directory);
+      library = host::load_libraries(directory, {});
+    }
+    return *library;
+  } catch (const std::exception& error) {
+    failure = error.what();
+    throw;
+  }
 }
 
 // ---- Output ----
+
+// While it lives, `stdout` is the program's: a callback may print.
+class program_output {
+ public:
+  program_output() : of_command_(stdout) { stdout = of_program; }
+  ~program_output() { stdout = of_command_; }
+  program_output(const program_output&) = delete;
+  program_output& operator=(const program_output&) = delete;
+
+  inline static std::FILE* of_program = stdout;
+
+ private:
+  std::FILE* of_command_;
+};
 
 void report_value(const pmhost_output_t& to, if_index_t if_index, const cmd_tuple_t& tuple) {
   const host::field* const meaning = host::find_field(tuple.id);
@@ -131,6 +154,7 @@ void report_value(const pmhost_output_t& to, if_index_t if_index, const cmd_tupl
   if (tuple.value != nullptr) host::append_tuple_text(text, tuple, false, std::string::npos);
   const pmhost_value_t value{if_index, tuple.id, meaning == nullptr ? nullptr : key.c_str(),
                              tuple.value == nullptr ? nullptr : text.c_str(), tuple.value};
+  const program_output printing;
   to.value(to.context, &value);
 }
 
@@ -138,7 +162,10 @@ host::output_settings settings_for(const pmhost_output_t& wanted) {
   host::output_settings settings;
   settings.structured = wanted.form == PMHOST_JSON;
   if (wanted.write != nullptr)
-    settings.sink = [wanted](std::string_view text) { wanted.write(wanted.context, text.data(), text.size()); };
+    settings.sink = [wanted](std::string_view text) {
+      const program_output printing;
+      wanted.write(wanted.context, text.data(), text.size());
+    };
   if (wanted.value != nullptr)
     settings.on_value = [wanted](if_index_t if_index, const cmd_tuple_t& tuple) {
       report_value(wanted, if_index, tuple);
@@ -150,7 +177,10 @@ void set_output(pmhost_t& host, const pmhost_output_t& wanted) {
   host.wanted = wanted;
   host.output = settings_for(wanted);
   if (wanted.error == nullptr) return host::set_error_sink({});
-  host::set_error_sink([wanted](std::string_view text) { wanted.error(wanted.context, std::string(text).c_str()); });
+  host::set_error_sink([wanted](std::string_view text) {
+    const program_output printing;
+    wanted.error(wanted.context, std::string(text).c_str());
+  });
 }
 
 // ---- Commands ----
@@ -227,6 +257,7 @@ pmhost_t* pmhost_open(const char* switch_file, char** error) {
     const auto& users = host::the_machine().users;
     opened->session.who = users.empty() ? nullptr : &users.front();
     opened->session.output = &opened->output;
+    program_output::of_program = stdout;
     return the_open_host = opened.release();
   });
 }

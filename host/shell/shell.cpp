@@ -40,6 +40,8 @@ output_settings settings_for(const shell& session, const command_line& line) {
   output_settings settings = session.output == nullptr ? output_settings() : *session.output;
   set_display(settings, line);
   if (session.output != nullptr) {
+    // What has no structured form is text, unless the line asks for it.
+    settings.structured &= line.what->shown.bit != kNoDisplay;
     settings.structured |= has_stage(line, pipe_kind::json);
     return settings;
   }

@@ -203,6 +203,7 @@ class watcher {
     output_settings settings = usual_;
     settings.to_terminal = false;
     settings.paged = false;
+    settings.sinks_errors = true;
     settings.sink = [&text](std::string_view part) { text += part; };
     settings.traffic = &traffic_;
     {

@@ -9,7 +9,7 @@
 #include "pmhost/pmhost.h"
 
 static int failures;
-static char written[1 << 20];
+static char written[1 << 20]; /* by the commands */
 static size_t num_written;
 static char last_error[1000];
 static int num_values;
@@ -28,6 +28,13 @@ static void take_text(void* context, const char* text, size_t size) {
   memcpy(written + num_written, text, size);
   num_written += size;
   written[num_written] = '\0';
+}
+
+/* What a callback prints itself goes to the output of the program, however much it is. */
+static void print_text(void* context, const char* text, size_t size) {
+  CHECK(context == &failures);
+  fwrite(text, 1, size, stdout);
+  num_written += size;
 }
 
 static void take_error(void* context, const char* text) {
@@ -86,6 +93,30 @@ static void run_lines(pmhost_t* host) {
   CHECK(run(host, "show interface ethernet 1/1") == PMHOST_DONE && strcmp(mtu, "1600") == 0);
 }
 
+static void print_in_callbacks(pmhost_t* host, const pmhost_output_t* output) {
+  pmhost_output_t printing = *output;
+  printing.write = print_text;
+  pmhost_set_output(host, &printing);
+  puts("begin");
+  CHECK(run(host, "show interface") == PMHOST_DONE && num_written > 1000);
+  CHECK(run(host, "show interface | json") == PMHOST_DONE && num_written > 1000);
+  puts("end");
+  pmhost_set_output(host, output);
+}
+
+/* Every member of the output that errors have: none of them is text of the command. */
+static void run_in_json(pmhost_t* host, const pmhost_output_t* output) {
+  pmhost_output_t json = *output;
+  json.form = PMHOST_JSON;
+  pmhost_set_output(host, &json);
+  CHECK(run(host, "show interface ethernet 1/1") == PMHOST_DONE && written[0] == '{');
+  CHECK(run(host, "configure") == PMHOST_DONE && run(host, "end") == PMHOST_DONE);
+  CHECK(run(host, "show running-config | json") == PMHOST_USAGE && strstr(last_error, "no structured form") != NULL);
+  pmhost_set_output(host, output);
+  CHECK(run(host, "show interface ethernet 63/1") == PMHOST_NO_SUCH_INTERFACE);
+  CHECK(num_written == 0 && strstr(last_error, "no such interface") != NULL);
+}
+
 static void call_handlers(pmhost_t* host, const pmhost_output_t* output) {
   char* error = NULL;
   CHECK(fails_with(pmhost_command(host, DISPLAY_DETAIL, "ethernet 63/1", &error), &error, "63/1"));
@@ -139,6 +170,8 @@ int main(int argc, char** argv) {
   const pmhost_output_t output = {.write = take_text, .error = take_error, .value = take_value, .context = &failures};
   pmhost_set_output(host, &output);
   run_lines(host);
+  run_in_json(host, &output);
+  print_in_callbacks(host, &output);
   call_handlers(host, &output);
   pmhost_close(host);
 

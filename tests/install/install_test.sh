@@ -40,6 +40,7 @@ step "the installed shell"
 out=$(cd / && "$prefix/bin/pmsh" -c "show interface ethernet 1/1" -c "show interface ethernet 2/3") || fail "pmsh ends with $?"
 has "$out" "Ethernet1/1 is up"
 has "$out" "packets input"
+has "$("$prefix/bin/pmsh" -c "show vlan")" "VLAN  Name"
 
 step "without permission"
 : >"$work/file"
@@ -55,7 +56,9 @@ for program in own_platform own_platform_cpp; do has_line "$("$work/package/$pro
 has "$(<"$work/log")" "without teapot"
 
 step "the calls of pmhost.h"
-has_line "$("$work/package/host_calls" "$source/tests/session/lab.yaml")" "all calls are good"
+out=$("$work/package/host_calls" "$source/tests/session/lab.yaml") || fail "$out"
+has_line "$out" "all calls are good"
+sed -n '/^{"schema_version/,/^\]/p' <<<"$out" | jq -e '.interfaces | length > 5' >/dev/null || fail "no document from a callback"
 
 step "a command library from outside"
 out=$("$prefix/bin/pmsh" --library "$work/package/libmy_command.so" -c "show interface ethernet 1/1 access-vlan | json")

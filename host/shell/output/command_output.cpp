@@ -195,7 +195,7 @@ void command_output::complain(std::string_view text) {
     return;
   }
   flush();
-  if (!settings_.sink) return print_error(text);
+  if (!settings_.sinks_errors) return print_error(text);
   safe_line_.clear();
   append_printable(safe_line_, text);
   show(safe_line_);

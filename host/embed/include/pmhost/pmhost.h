@@ -7,7 +7,10 @@
  *
  * Threads: one host at a time in a process, used by one thread at a time. Nothing here starts a thread or changes a
  * signal. Calls block while a service answers; services of a simulated switch are in the process and answer at once.
- * While a command runs, `stdout` is a stream of the host's.
+ * While a command runs, `stdout` is a stream of the host's; in callbacks it is the program's.
+ *
+ * Nobody is asked: a question of a command ("Do you want to continue (y/n)?") is answered as in a shell without a
+ * terminal, which is yes.
  *
  * Texts are UTF-8. Functions that fail store one line in `*error`, which the caller frees with free(), unless `error`
  * is null. Callbacks must return: no exception, no longjmp(), no call of this library but pmhost_queue().
@@ -35,7 +38,7 @@ enum {
   PMHOST_SERVICE_FAILED = 2,         /* a service, or the memory                            */
   PMHOST_SOME_INTERFACES_FAILED = 3, /* the others are shown                                */
   PMHOST_NO_SUCH_INTERFACE = 4,      /* nothing was done                                    */
-  PMHOST_NOT_PERMITTED = 5           /* the user of the command must not, or was asked first */
+  PMHOST_NOT_PERMITTED = 5           /* the user of the switch must not                       */
 };
 
 /* Forms of the output. */
@@ -62,8 +65,8 @@ typedef struct pmhost_output_t {
 /*
  * Reads a switch file and starts its services. A name without a slash that is no file here is looked for among the
  * switches that were installed ("campus.yaml"). Null on failure: no such file, a mistake in it (file and line), a
- * command library that cannot be loaded, or a host that is open already. pmhost_close() ends it; queues of the host are
- * closed with it. Both libraries stay loaded.
+ * command library that cannot be loaded (then no further host can be opened either), or a host that is open already.
+ * pmhost_close() ends it, after all of its commands; its queue is closed with it. Both libraries stay loaded.
  */
 pmhost_t* pmhost_open(const char* switch_file, char** error);
 void pmhost_close(pmhost_t* host); /* null: nothing */
