@@ -39,6 +39,22 @@ struct table_reader {
     if (found == nullptr) refuse("it does not export '" + std::string(name) + "'");
     return found;
   }
+
+  command_handler find_handler(const char* name) const {
+    void* const found = find(name);
+    const ElfW(Sym)* const symbol = symbol_at(found);
+    if (symbol == nullptr || ELF64_ST_TYPE(symbol->st_info) != STT_FUNC) refuse(quoted(name) + " is not a function");
+    return reinterpret_cast<command_handler>(found);
+  }
+
+  // What the library says of an exported address; null when it says nothing.
+  static const ElfW(Sym) * symbol_at(const void* address) {
+    Dl_info where{};
+    const ElfW(Sym)* symbol = nullptr;
+    const int found =
+        dladdr1(address, &where, reinterpret_cast<void**>(const_cast<ElfW(Sym)**>(&symbol)), RTLD_DL_SYMENT);
+    return found == 0 ? nullptr : symbol;
+  }
 };
 
 // Texts that are made here and that the grammar and the schema refer to from then on.
@@ -57,10 +73,8 @@ bool is_zero(const pmsh_command_t& entry) {
 // The commands up to the first entry of zeros, as many as the exported object holds.
 std::span<const pmsh_command_t> read_table(const table_reader& reader) {
   const auto* const table = static_cast<const pmsh_command_t*>(reader.find("pmsh_commands"));
-  Dl_info where{};
-  const ElfW(Sym)* symbol = nullptr;
-  if (dladdr1(table, &where, reinterpret_cast<void**>(const_cast<ElfW(Sym)**>(&symbol)), RTLD_DL_SYMENT) == 0 ||
-      symbol == nullptr || symbol->st_size < sizeof(pmsh_command_t))
+  const ElfW(Sym)* const symbol = table_reader::symbol_at(table);
+  if (symbol == nullptr || symbol->st_size < sizeof(pmsh_command_t))
     reader.refuse("'pmsh_commands' is not a table of pmsh_command_t");
   const std::size_t most = symbol->st_size / sizeof(pmsh_command_t);
   std::size_t count = 0;
@@ -128,9 +142,9 @@ std::string_view read_syntax(const table_reader& reader, const pmsh_command_t& e
   return keep(join(texts, " "));
 }
 
-bool has_range(const command_syntax& syntax) {
-  return std::any_of(syntax.words.begin(), syntax.words.begin() + static_cast<std::ptrdiff_t>(syntax.num_words),
-                     [](const syntax_word& word) { return word.is_range; });
+std::ptrdiff_t num_ranges(const command_syntax& syntax) {
+  return std::count_if(syntax.words.begin(), syntax.words.begin() + static_cast<std::ptrdiff_t>(syntax.num_words),
+                       [](const syntax_word& word) { return word.is_range; });
 }
 
 // ---- Kinds of interface ----
@@ -195,12 +209,16 @@ std::vector<field> read_fields(const table_reader& reader, const pmsh_field_t* r
   return fields;
 }
 
-// A display that another command has already is taken when its fields are the same.
+// Members that every document has.
+constexpr std::string_view kOfDocuments[] = {"schema_version", "command", "time", "interfaces", "messages"};
+
 display read_display(const table_reader& reader, const pmsh_command_t& entry, bool is_about_interfaces) {
   if (entry.display == nullptr) return {kNoDisplay, {}};
   const std::string_view name = entry.display;
   if (!is_of(name, kKeyLetters) || name.starts_with("value_"))
     reader.refuse("the name of its display " + quoted(name) + " is not in lower case with underscores");
+  if (std::find(std::begin(kOfDocuments), std::end(kOfDocuments), name) != std::end(kOfDocuments))
+    reader.refuse("every document has a member " + quoted(name) + "; its display needs another name");
   for (const command& other : all_commands())
     if (other.shown.name == name) reader.refuse("the display " + quoted(name) + " exists already");
   std::string error;
@@ -220,6 +238,32 @@ struct owner_of_kinds {
 std::multimap<std::string_view, owner_of_kinds>& owners() {
   static std::multimap<std::string_view, owner_of_kinds> all;
   return all;
+}
+
+// The lines that a syntax accepts, arguments by their names: with and without each word in brackets.
+std::set<std::string> lines_of(const command_syntax& syntax) {
+  std::set<std::string> lines{""};
+  for (const syntax_word& word : std::span(syntax.words).first(syntax.num_words)) {
+    std::set<std::string> longer;
+    for (const std::string& line : lines) {
+      longer.insert(line + " " + std::string(word.text));
+      if (word.is_optional) longer.insert(line);
+    }
+    lines = std::move(longer);
+  }
+  return lines;
+}
+
+// The command that accepts a line of this syntax, too; null when there is none.
+const command* find_rival(const command_syntax& syntax) {
+  const std::set<std::string> own = lines_of(syntax);
+  for (const command& known : all_commands()) {
+    if (known.syntax.words[0].text != syntax.words[0].text) continue;
+    const std::set<std::string> others = lines_of(known.syntax);
+    if (std::any_of(own.begin(), own.end(), [&](const std::string& line) { return others.contains(line); }))
+      return &known;
+  }
+  return nullptr;
 }
 
 const command* find_command(std::string_view words) {
@@ -246,18 +290,19 @@ void replace_kinds(const table_reader& reader, const pmsh_command_t& entry, std:
 
 void add_new_command(const table_reader& reader, const pmsh_command_t& entry, std::string_view words,
                      command_handler handler) {
-  if (find_command(words) != nullptr) {
-    const auto other = owners().find(words);
+  const command_syntax syntax(words);
+  if (const command* const rival = find_rival(syntax); rival != nullptr) {
+    const auto other = owners().find(rival->syntax.text);
     reader.refuse("there is such a command already" +
                   (other == owners().end() ? std::string(", of the shell") : ", of " + other->second.file));
   }
-  const command_syntax syntax(words);
-  const bool is_about_interfaces = has_range(syntax);
+  const bool is_about_interfaces = num_ranges(syntax) != 0;
+  if (num_ranges(syntax) > 1) reader.refuse("it takes more than one RANGE");
   if (!is_about_interfaces && (entry.kinds != 0 || entry.header != nullptr))
     reader.refuse("it has kinds or a header, but takes no RANGE");
   const added_handlers handlers{
       handler,
-      entry.header == nullptr ? nullptr : reinterpret_cast<command_handler>(reader.find(entry.header)),
+      entry.header == nullptr ? nullptr : reader.find_handler(entry.header),
       entry.command_id,
   };
   auto kinds = is_about_interfaces ? read_kinds(reader, entry.kinds) : std::vector<if_index_type_t>();
@@ -272,8 +317,7 @@ void add_entry(table_reader& reader, const pmsh_command_t& entry) {
   read_words_with_help(reader, entry.word_helps);
   const std::string_view words = read_syntax(reader, entry);
   if (entry.flags > (PMSH_REPLACES | PMSH_STRUCTURED_ONLY)) reader.refuse("its flags are not known");
-  const auto handler =
-      reinterpret_cast<command_handler>(reader.find(read_text(reader, entry.handler, "handler").data()));
+  const command_handler handler = reader.find_handler(read_text(reader, entry.handler, "handler").data());
   name_added_handler(handler, std::string(entry.handler) + " of " + reader.library.file());
   if ((entry.flags & PMSH_REPLACES) != 0)
     replace_kinds(reader, entry, words, handler);
@@ -284,6 +328,9 @@ void add_entry(table_reader& reader, const pmsh_command_t& entry) {
 }
 
 void read_library(const std::string& file) {
+  std::error_code none;
+  if (std::filesystem::exists(file, none) && !std::filesystem::is_regular_file(file, none))
+    throw library_error(file + ": it is not a file.");
   // The loader looks for a name without a slash in its own places.
   const std::string path = file.find('/') == std::string::npos ? "./" + file : file;
   static std::deque<loaded_library> libraries;

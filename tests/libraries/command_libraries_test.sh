@@ -67,6 +67,8 @@ head -c 700 "$work/good.so" >"$work/cut.so"
 refused cut "$work/cut.so"
 mkdir "$work/directory.so"
 refused directory "$work/directory.so"
+mkfifo "$work/pipe.so"
+refused pipe "$work/pipe.so: it is not a file"
 
 step "a library for another machine"
 if command -v powerpc-linux-gnu-gcc >/dev/null; then
@@ -108,6 +110,10 @@ UNKNOWN_FLAG its flags are not known
 ENDLESS_FIELDS its list of fields has no end
 REPLACES_NOTHING there is no such command whose kinds it could replace
 MISSING_SYMBOL nobody_has_this
+OBJECT_FOR_HANDLER 'no_function' is not a function
+DISPLAY_OF_DOCUMENTS every document has a member 'interfaces'
+SAME_LINES 'show interface RANGE brief': there is such a command already, of the shell
+TWO_RANGES it takes more than one RANGE
 TABLE
 
 step "two libraries with the same command"

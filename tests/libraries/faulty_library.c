@@ -31,6 +31,10 @@
 #define ENDLESS_FIELDS 25
 #define REPLACES_NOTHING 26
 #define MISSING_SYMBOL 27
+#define OBJECT_FOR_HANDLER 28
+#define DISPLAY_OF_DOCUMENTS 29
+#define SAME_LINES 30
+#define TWO_RANGES 31
 
 #ifndef FAULT
 #define FAULT NONE
@@ -40,6 +44,8 @@
 #if FAULT == MISSING_SYMBOL
 extern uint32 nobody_has_this(void);
 #endif
+
+int no_function = 1;
 
 uint32 show_mood(paraminfo_t* param) {
   cmd_rx_handle_t* rx = cmd_paraminfo_to_rxhandle(param);
@@ -71,17 +77,22 @@ static const pmsh_field_t kFields[] = {{0}};
 static const pmsh_field_t kFields[] = {INTERFACE, MOOD, {0}};
 #endif
 
-#define COMMAND                                                                                                    \
-  {                                                                                                                \
-    .words = FAULT == NO_WORDS             ? NULL                                                                  \
-             : FAULT == DUPLICATE_OF_SHELL ? "show interface [RANGE] brief"                                        \
-             : FAULT == UPPER_CASE_WORD    ? "show interface [RANGE] Mood"                                         \
-             : FAULT == NOT_A_SHOW_COMMAND ? "mood [RANGE]"                                                        \
-             : FAULT == TWELVE_WORDS       ? "show mood mood mood mood mood mood mood mood mood mood mood"         \
-                                           : "show interface [RANGE] mood",                                              \
-    .help = "How they feel", .handler = IF(NO_HANDLER, NULL, IF(MISSING_HANDLER, "show_temper", "show_mood")),     \
-    .kinds = IF(UNKNOWN_KIND, 0x4, IF(NO_KINDS, 0, 0x2)), .display = IF(TAKEN_DISPLAY, "brief", "mood"),           \
-    .fields = kFields, .word_helps = kWords, .flags = IF(UNKNOWN_FLAG, 64, IF(REPLACES_NOTHING, PMSH_REPLACES, 0)) \
+#define COMMAND                                                                                                       \
+  {                                                                                                                   \
+    .words = FAULT == NO_WORDS             ? NULL                                                                     \
+             : FAULT == DUPLICATE_OF_SHELL ? "show interface [RANGE] brief"                                           \
+             : FAULT == SAME_LINES         ? "show interface RANGE brief"                                             \
+             : FAULT == TWO_RANGES         ? "show interface [RANGE] [RANGE] mood"                                    \
+             : FAULT == UPPER_CASE_WORD    ? "show interface [RANGE] Mood"                                            \
+             : FAULT == NOT_A_SHOW_COMMAND ? "mood [RANGE]"                                                           \
+             : FAULT == TWELVE_WORDS       ? "show mood mood mood mood mood mood mood mood mood mood mood"            \
+                                           : "show interface [RANGE] mood",                                                 \
+    .help = "How they feel",                                                                                          \
+    .handler =                                                                                                        \
+        IF(NO_HANDLER, NULL, IF(MISSING_HANDLER, "show_temper", IF(OBJECT_FOR_HANDLER, "no_function", "show_mood"))), \
+    .kinds = IF(UNKNOWN_KIND, 0x4, IF(NO_KINDS, 0, 0x2)),                                                             \
+    .display = IF(TAKEN_DISPLAY, "brief", IF(DISPLAY_OF_DOCUMENTS, "interfaces", "mood")), .fields = kFields,         \
+    .word_helps = kWords, .flags = IF(UNKNOWN_FLAG, 64, IF(REPLACES_NOTHING, PMSH_REPLACES, 0))                       \
   }
 
 #if FAULT == SHORT_TABLE

@@ -50,7 +50,10 @@ enum {
   PMSH_STRUCTURED_ONLY = 2 /* with PMSH_REPLACES: only with `| json`; the text is still that of the other command */
 };
 
-/* A handler: shows what argument 0 of the block names, flushes, and returns 0. */
+/*
+ * A handler: shows what argument 0 of the block names, flushes, and returns 0; another value is an error of the
+ * command. It has C linkage, no exception leaves it, and it does not end the process.
+ */
 typedef uint32 (*pmsh_handler_t)(paraminfo_t* param);
 
 /*
