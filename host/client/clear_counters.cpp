@@ -15,6 +15,7 @@
 #include "service/port_channel_messages.h"
 #include "service/port_manager_messages.h"
 #include "service/statistics_messages.h"
+#include "transport/transport.h"
 
 namespace host {
 namespace {
@@ -54,6 +55,7 @@ syserr_t ask_to_clear_some(mts_q_handle_t q, std::span<const if_index_t> if_inde
       exchange({q, MTS_SAP_PORT_MANAGER, PM_OPC_CLEAR_COUNTERS}, bytes_of(request).first(size), &got);
   if (error != 0) return error;
   const syserr_t result = take_entries(payload_of(got), if_indexes.size(), entries);
+  if (result != 0) transport_note_damaged(MTS_SAP_PORT_MANAGER);
   mts_drop(q, &got);
   return result;
 }

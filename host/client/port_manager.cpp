@@ -9,6 +9,7 @@
 #include "client/setting_results.h"
 #include "platform/transceiver.h"
 #include "service/port_manager_messages.h"
+#include "transport/transport.h"
 
 using namespace host;
 
@@ -30,7 +31,10 @@ syserr_t get_records(const call& to, const if_index_range_t* range, uint32* coun
   if (range == nullptr || count == nullptr || records == nullptr) return PM_ERR_GENERAL;
   const answer got(to, bytes_of(range_request{range->low, range->high}), sizeof(Record));
   if (got.error() != 0) return got.error();
-  if (got.count() == 0) return PM_ERR_GENERAL;
+  if (got.count() == 0) {
+    transport_note_damaged(to.sap);
+    return PM_ERR_GENERAL;
+  }
   *records = copy_of<Record>(got.records());
   if (*records == nullptr) return PM_ERR_GENERAL;
   *count = got.count();
@@ -50,6 +54,7 @@ int32 get_listing(const call& to, if_index_type_t type, mts_msg_ref_t* message) 
   if (message == nullptr) return -1;
   if (exchange(to, bytes_of(listing_request{type}), message) != 0) return -1;
   if (is_listing(*message)) return 0;
+  transport_note_damaged(to.sap);
   mts_drop(to.q, message);
   *message = {};
   return -1;
@@ -130,7 +135,9 @@ int32 pm_get_port_info_range(mts_q_handle_t q, if_index_t low, if_index_t high, 
   const call to{q, MTS_SAP_PORT_MANAGER, PM_OPC_PORT_CONFIG};
   syserr_t error = exchange(to, bytes_of(range_request{low, high}), message);
   if (error != 0) return error;
-  error = reported_error(payload_of(*message));
+  const std::span payload = payload_of(*message);
+  if (is_damaged(payload, records_of(payload, sizeof(pm_port_info_t)))) transport_note_damaged(to.sap);
+  error = reported_error(payload);
   if (error == 0) return 0;
   mts_drop(q, message);
   *message = {};

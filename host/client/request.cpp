@@ -66,9 +66,14 @@ counted_records records_of(std::span<const std::byte> payload, std::size_t recor
   return {0, head.count, records.first(head.count * record_size)};
 }
 
+bool is_damaged(std::span<const std::byte> payload, const counted_records& found) {
+  return found.error != 0 && (payload.size() < sizeof(reply_head) || reported_error(payload) == 0);
+}
+
 answer::answer(const call& to, std::span<const std::byte> request, std::size_t record_size) : q_(to.q) {
   const syserr_t error = exchange(to, request, &got_);
   held_ = error != 0 ? counted_records{.error = error} : records_of(payload_of(got_), record_size);
+  if (error == 0 && is_damaged(payload_of(got_), held_)) transport_note_damaged(to.sap);
 }
 
 answer::~answer() { mts_drop(q_, &got_); }
@@ -76,7 +81,10 @@ answer::~answer() { mts_drop(q_, &got_); }
 syserr_t ask_record(const call& to, std::span<const std::byte> request, std::span<std::byte> record) {
   const answer got(to, request, record.size());
   if (got.error() != 0) return got.error();
-  if (got.count() == 0) return PM_ERR_GENERAL;
+  if (got.count() == 0) {
+    transport_note_damaged(to.sap);
+    return PM_ERR_GENERAL;
+  }
   std::memcpy(record.data(), got.records().data(), record.size());
   return 0;
 }

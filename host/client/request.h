@@ -73,6 +73,9 @@ class answer {
   counted_records held_;
 };
 
+// Whether records could not be taken from an answer although the service reports no error.
+bool is_damaged(std::span<const std::byte> payload, const counted_records& found);
+
 // Copies the one record of the answer to `record`, which stays as it was on failure. Returns the answer's error, or
 // PM_ERR_GENERAL for an answer without a record.
 syserr_t ask_record(const call& to, std::span<const std::byte> request, std::span<std::byte> record);

@@ -6,6 +6,7 @@
 #include "client/request.h"
 #include "service/spanning_tree_messages.h"
 #include "service/vlan_messages.h"
+#include "transport/transport.h"
 
 namespace host {
 namespace {
@@ -25,17 +26,23 @@ int32 build(const Question& question, void** payload, uint32* size) {
   return *payload != nullptr ? 0 : int32{PM_ERR_GENERAL};
 }
 
+// The service at `sap` answered with the payload.
 template <typename Record>
-int32 parse(const void* payload, uint32 size, Record* record) {
-  if (record == nullptr || size < sizeof *record) return PM_ERR_GENERAL;
+int32 parse(uint32 sap, const void* payload, uint32 size, Record* record) {
+  if (record == nullptr) return PM_ERR_GENERAL;
+  if (size < sizeof *record) {
+    transport_note_damaged(sap);
+    return PM_ERR_GENERAL;
+  }
   std::memcpy(record, payload, sizeof *record);
   return 0;
 }
 
 // As many whole records as the payload holds.
 template <typename Record>
-int32 parse_all(const void* payload, std::size_t size, Record** records, uint32* count) {
+int32 parse_all(uint32 sap, const void* payload, std::size_t size, Record** records, uint32* count) {
   if (records == nullptr || count == nullptr) return PM_ERR_GENERAL;
+  if (size % sizeof(Record) != 0) transport_note_damaged(sap);
   *count = static_cast<uint32>(size / sizeof(Record));
   *records = static_cast<Record*>(copy_of(payload, *count * sizeof(Record)));
   return *count == 0 || *records != nullptr ? 0 : int32{PM_ERR_GENERAL};
@@ -47,7 +54,9 @@ int32 build_vlan_question(const vdc_vlan_id_t* vlan, void** payload, uint32* siz
   return vlan != nullptr ? build(*vlan, payload, size) : int32{PM_ERR_GENERAL};
 }
 
-int32 parse_vlan(vlan_info_resp_t* info, const void* payload, uint32 size) { return parse(payload, size, info); }
+int32 parse_vlan(vlan_info_resp_t* info, const void* payload, uint32 size) {
+  return parse(MTS_SAP_VLAN_MANAGER, payload, size, info);
+}
 
 int32 build_membership_question(const if_index_t* ports, uint32 count, void** payload, uint32* size) {
   if (ports == nullptr || payload == nullptr || size == nullptr || count == 0) return PM_ERR_GENERAL;
@@ -60,7 +69,7 @@ int32 build_membership_question(const if_index_t* ports, uint32 count, void** pa
 }
 
 int32 parse_memberships(const void* payload, uint32 size, trunk_port_memb_t** records, uint32* count) {
-  return parse_all(payload, size, records, count);
+  return parse_all(MTS_SAP_VLAN_MANAGER, payload, size, records, count);
 }
 
 int32 build_private_vlan_question(const pvlan_get_switchport_info_req_t* request, void** payload, uint32* size) {
@@ -68,7 +77,7 @@ int32 build_private_vlan_question(const pvlan_get_switchport_info_req_t* request
 }
 
 int32 parse_private_vlans(const void* payload, uint32 size, pvlan_switchport_info_t* info) {
-  return parse(payload, size, info);
+  return parse(MTS_SAP_PVLAN, payload, size, info);
 }
 
 int32 send_forwarding_question(mts_q_handle_t q, uint32 count, const if_index_t* ports, mts_msg_ref_t* sent) {
@@ -84,7 +93,7 @@ int32 send_forwarding_question(mts_q_handle_t q, uint32 count, const if_index_t*
 int32 parse_forwarding(const mts_msg_ref_t* got, stp_port_state_t** ports, uint32* count) {
   const void* const payload = mts_payload_get(got);
   if (payload == nullptr) return PM_ERR_GENERAL;
-  return parse_all(payload, mts_payload_size(got), ports, count);
+  return parse_all(SAP_SPANNING_TREE, payload, mts_payload_size(got), ports, count);
 }
 
 }  // namespace host
@@ -93,4 +102,15 @@ int32 vlan_get_errored_vlans(if_index_t if_index, vlan_bitset_t* vlans) {
   if (vlans == nullptr) return PM_ERR_GENERAL;
   return host::ask_record({host::client_queue(), MTS_SAP_VLAN_MANAGER, host::VLAN_OPC_ERRORED},
                           host::bytes_of(host::interface_request{if_index}), host::writable_bytes_of(*vlans));
+}
+
+int32 vlan_get_all_vlans(vlan_info_resp_t** records, uint32* count) {
+  if (records == nullptr || count == nullptr) return PM_ERR_GENERAL;
+  const host::answer got({host::client_queue(), MTS_SAP_VLAN_MANAGER, host::VLAN_OPC_ALL}, {}, sizeof **records);
+  if (got.error() != 0) return got.error();
+  void* const block = host::copy_of(got.records().data(), got.records().size());
+  if (block == nullptr && got.count() != 0) return PM_ERR_GENERAL;
+  *records = static_cast<vlan_info_resp_t*>(block);
+  *count = got.count();
+  return 0;
 }

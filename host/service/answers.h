@@ -64,6 +64,13 @@ reply answer_record(const Record& record) {
   return answer.finish();
 }
 
+template <wire_record Record>
+reply answer_records(std::span<const Record> records) {
+  answer_writer answer(records.size_bytes());
+  for (const Record& record : records) answer.append(record);
+  return answer.finish();
+}
+
 // The request, when it has exactly its size.
 template <wire_record Request>
 std::optional<Request> read_request(std::span<const std::byte> bytes) {

@@ -122,6 +122,18 @@ reply answer_diagnostics(interface& port) {
   return answer_record(record);
 }
 
+bool is_whole_line_card_answer(std::span<const std::byte> answer) {
+  port_misc_info_port_t port;
+  port_misc_info_entry_t entry;
+  constexpr std::size_t kHead = sizeof(port_misc_info_rsp_t) + sizeof port;
+  if (answer.size() < kHead) return false;
+  std::memcpy(&port, answer.data() + sizeof(port_misc_info_rsp_t), sizeof port);
+  if (port.num_info == 0) return true;
+  if (answer.size() < kHead + sizeof entry) return false;
+  std::memcpy(&entry, answer.data() + kHead, sizeof entry);
+  return answer.size() >= kHead + sizeof entry + entry.miscinfo_length;
+}
+
 reply serve_line_card(mts_opc_t opcode, std::span<const std::byte> request) {
   return opcode == MTS_OPC_PORT_MISC_INFO ? answer_misc_info(request) : reject();
 }

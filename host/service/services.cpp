@@ -25,7 +25,7 @@ constexpr service kServices[] = {
     {MTS_SAP_VLAN_MANAGER, "vlan-manager", serve_vlan_manager},
     {MTS_SAP_PVLAN, "private-vlans", serve_private_vlans},
     {SAP_SATELLITE_MANAGER, "satellite-manager", serve_satellite_manager},
-    {MTS_SAP_PORT_MISC_INFO, "line-card", serve_line_card, true},
+    {MTS_SAP_PORT_MISC_INFO, "line-card", serve_line_card, true, is_whole_line_card_answer},
 };
 
 }  // namespace

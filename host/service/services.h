@@ -21,6 +21,7 @@ reply serve_vlan_manager(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_private_vlans(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_satellite_manager(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_line_card(mts_opc_t opcode, std::span<const std::byte> request);
+bool is_whole_line_card_answer(std::span<const std::byte> answer);
 
 // All of them, to be registered with the transport.
 std::span<const service> all_services();

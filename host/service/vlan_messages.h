@@ -10,12 +10,13 @@
 namespace host {
 
 // Opcode                             request                      answer, without a head
-// MTS_OPC_VLAN_INFO                  vdc_vlan_id_t                vlan_info_resp_t; rejected for a VLAN that is not
-// there MTS_OPC_VLAN_TRUNKING_MEMBERSHIP   be32, an index each          trunk_port_memb_t, for each that is there
+// MTS_OPC_VLAN_INFO                  vdc_vlan_id_t                vlan_info_resp_t; without that VLAN a rejection
+// MTS_OPC_VLAN_TRUNKING_MEMBERSHIP   be32, an index each          trunk_port_memb_t, for each that is there
 // MTS_OPC_PVLAN_GET_SWITCHPORT_INFO  interface_request            pvlan_switchport_info_t
+// VLAN_OPC_ALL                       nothing                      vlan_info_resp_t of each VLAN, behind a head
 // VLAN_OPC_ERRORED                   interface_request            vlan_bitset_t, behind a head
 
-enum { VLAN_OPC_ERRORED = 23570 };
+enum { VLAN_OPC_ERRORED = 23570, VLAN_OPC_ALL = 23571 };
 
 enum { SAP_SATELLITE_MANAGER = 197 };
 

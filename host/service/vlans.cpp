@@ -19,6 +19,8 @@ vlan_bitset_t set_of(const std::vector<uint16>& vlans) {
 
 // ---- VLANs ----------------------------------------------------------------------------------------------------------
 
+constexpr uint16 kLastVlan = 4094;
+
 bool is_trunk(const interface& port) { return port.oper_mode == PM_PORT_MODE_TRUNK; }
 
 // A VLAN is there when it is described, and when a port has it for access or as native.
@@ -34,27 +36,40 @@ std::string usual_name(uint16 id) {
   return id == 1 ? "default" : "VLAN" + std::string(4 - std::min<std::size_t>(4, number.size()), '0') + number;
 }
 
-reply answer_vlan(std::span<const std::byte> bytes) {
+// What is known of a VLAN; nothing of one that is not there.
+std::optional<vlan_info_resp_t> record_of(uint16 id) {
   enum : uint32 { ACTIVE = 1, ORDINARY = 1, UP = 1, NOT_SHUT = 1, SHUT = 2, USUAL_MTU = 1500 };
-  const auto request = read_request<vdc_vlan_id_t>(bytes);
-  if (!request) return reject();
   const auto& described = the_machine().vlans;
-  const auto found = std::find_if(described.begin(), described.end(),
-                                  [&request](const vlan& it) { return it.id == request->vlan_id; });
+  const auto found = std::find_if(described.begin(), described.end(), [id](const vlan& it) { return it.id == id; });
   const bool is_described = found != described.end();
-  if (!is_described && !is_used(request->vlan_id)) return reject();
+  if (!is_described && !is_used(id)) return std::nullopt;
   vlan_info_resp_t record{};
-  record.vdc_vlan = *request;
+  record.vdc_vlan = {1, id};
   record.vstate = ACTIVE;
   record.vtype = is_described && found->kind != 0 ? found->kind : uint32{ORDINARY};
   record.oper = UP;
   record.mtu = USUAL_MTU;
   record.shut_state = is_described && found->is_shut ? SHUT : NOT_SHUT;
-  const std::string name = is_described && !found->name.empty() ? found->name : usual_name(request->vlan_id);
+  const std::string name = is_described && !found->name.empty() ? found->name : usual_name(id);
   std::memcpy(record.vlan_name, name.data(), std::min(name.size(), sizeof record.vlan_name));
+  return record;
+}
+
+reply answer_vlan(std::span<const std::byte> bytes) {
+  const auto request = read_request<vdc_vlan_id_t>(bytes);
+  auto record = request ? record_of(request->vlan_id) : std::nullopt;
+  if (!record) return reject();
+  record->vdc_vlan = *request;
   reply answer;
-  append_bytes(answer, record);
+  append_bytes(answer, *record);
   return answer;
+}
+
+reply answer_all_vlans() {
+  std::vector<vlan_info_resp_t> records;
+  for (uint16 id = 1; id <= kLastVlan; ++id)
+    if (const auto record = record_of(id)) records.push_back(*record);
+  return answer_records<vlan_info_resp_t>(records);
 }
 
 reply answer_memberships(std::span<const std::byte> bytes) {
@@ -102,6 +117,7 @@ reply answer_private_vlans(std::span<const std::byte> bytes) {
 reply serve_vlan_manager(mts_opc_t opcode, std::span<const std::byte> request) {
   switch (opcode) {
     case MTS_OPC_VLAN_INFO: return answer_vlan(request);
+    case VLAN_OPC_ALL: return answer_all_vlans();
     case VLAN_OPC_ERRORED:
       return answer_for_interface(request,
                                   [](const interface& port) { return answer_record(set_of(port.errored_vlans)); });

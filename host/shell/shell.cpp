@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -54,6 +55,28 @@ output_settings settings_for(const shell& session, const command_line& line) {
   return settings;
 }
 
+constexpr const char* text_of(request_fault fault) {
+  switch (fault) {
+    case request_fault::unreachable: return "is not running";
+    case request_fault::unanswered: return "did not answer in time";
+    case request_fault::rejected: return "refused a request";
+    case request_fault::damaged: return "answered with less than it promised";
+  }
+  return "failed";
+}
+
+// A sentence for each service that left a request without a usable answer. Returns the exit code: `result` when none
+// did.
+int report_failed_requests(command_output& output, int result) {
+  std::vector<std::string_view> named;
+  for (const failed_request& it : transport_failures()) {
+    if (std::find(named.begin(), named.end(), it.service) != named.end()) continue;
+    named.push_back(it.service);
+    output.complain("the service '" + std::string(it.service) + "' " + text_of(it.fault) + ".");
+  }
+  return result == kDone && !named.empty() ? int{kServiceFailed} : result;
+}
+
 int run_command(shell& session, const command_line& line) {
   line_filters filters;
   for (const pipe_stage& stage : line.pipes) {
@@ -80,9 +103,11 @@ int run_command(shell& session, const command_line& line) {
   if (session.output == nullptr) interrupts.emplace();
   int result = kDone;
   int write_error = 0;
+  transport_forget_failures();
   {
     command_output output(settings, filters);
     result = line.what->run({line, session, output});
+    result = report_failed_requests(output, result);
     write_error = output.finish();
   }
   if (was_interrupted()) return kInterrupted;

@@ -1,9 +1,9 @@
 #include "sibling/vlans.h"
 
-#include <dlfcn.h>
-
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <span>
 
 #include "platform/vlan_manager.h"
 #include "pmcli/headers.h"
@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr uint32 kLastVlan = 4094;
 constexpr uint32 kNumber = CMD_TYPE_UINT32 << 24;  // without a tag
 
 struct kind_text {
@@ -43,21 +42,16 @@ void show_row(cmd_rx_handle_t* rx, const vlan_info_resp_t& vlan) {
   cmd_prt(rx, "%s\n", cmd_tuple(0, text_of_kind(vlan.vtype)));
 }
 
-void show_vlans(cmd_rx_handle_t* rx, mts_q_handle_t q) {
-  void* const library = dlopen(VLAN_MGR_LIBRARY, RTLD_LAZY);
-  if (library == nullptr) {
-    std::puts("libvlan_mgr.so missing");
+void show_vlans(cmd_rx_handle_t* rx) {
+  vlan_info_resp_t* records = nullptr;
+  uint32 count = 0;
+  if (vlan_get_all_vlans(&records, &count) != 0) {
+    cmd_prt(rx, "VLANs unknown\n");
     return;
   }
   cmd_prt(rx, "VLAN  Name                              Status   Kind\n");
-  for (uint32 id = 1; id <= kLastVlan; ++id) {
-    vdc_vlan_id_t wanted{};
-    wanted.vdc_id = 1;
-    wanted.vlan_id = static_cast<uint16>(id);
-    vlan_info_resp_t vlan{};
-    if (pm_cli_get_vlan_info_from_vlan_mgr(library, q, &wanted, &vlan) == 0) show_row(rx, vlan);
-  }
-  dlclose(library);
+  for (const vlan_info_resp_t& vlan : std::span(records, count)) show_row(rx, vlan);
+  std::free(records);
 }
 
 void show_errored(const sibling::request& wanted) {
@@ -73,7 +67,7 @@ void show_errored(const sibling::request& wanted) {
 [[gnu::visibility("default")]] uint32 sibling_show_vlans(paraminfo_t* param) {
   cmd_rx_handle_t* const rx = cmd_paraminfo_to_rxhandle(param);
   if (param == nullptr || rx == nullptr) return 0;
-  show_vlans(rx, param->q);
+  show_vlans(rx);
   cmd_prt_send(rx);
   return 0;
 }

@@ -24,7 +24,7 @@ struct message {
   uint32 next = kNone;
   mts_q_handle_t q = 0;
   mts_rr_token_t token = 0;
-  uint32 service = 0;  // that answered
+  uint32 service = 0;  // that was asked
   std::vector<std::byte> payload;
 };
 
@@ -48,6 +48,7 @@ struct transport {
   mts_rr_token_t last_token = 0;
   uint32 longest_wait_sec = 0;
   transport_account account;
+  std::vector<failed_request> failures;
 };
 
 transport the_transport;
@@ -169,6 +170,7 @@ mts_msg_ref_t deliver(mts_q_handle_t q, queue& from, uint32 service, mts_opc_t o
   reply said = serve(the_transport.services[service], opcode, request);
   const mts_rr_token_t token = next_token();
   const uint32 sent = take_message(stage::sent, q, token);
+  the_transport.messages[sent].service = service;
   ++the_transport.account.sent;
   if (said.what == reply::kind::silence) return reference_of(sent);
 
@@ -187,6 +189,18 @@ bool is_interrupted(uint32 service) {
   if (provoked.what != provocation::kind::interrupt || provoked.number == 0) return false;
   --provoked.number;
   return true;
+}
+
+void note_failure(std::string_view service, request_fault fault) {
+  no_throw(0, [&] { return the_transport.failures.push_back({service, fault}), 0; });
+}
+
+// The name of the service that a request was sent to.
+std::string_view service_asked(mts_q_handle_t q, mts_rr_token_t token) {
+  for (const message& sent : the_transport.messages)
+    if (sent.at == stage::sent && sent.q == q && sent.token == token)
+      return the_transport.services[sent.service].what.name;
+  return "unknown";
 }
 
 uint32 wait_in_seconds(int32 asked) {
@@ -243,6 +257,15 @@ bool transport_provoke(std::string_view service_name, provocation what) {
 
 void transport_limit_waits(uint32 seconds) { the_transport.longest_wait_sec = seconds; }
 
+std::span<const failed_request> transport_failures() { return the_transport.failures; }
+
+void transport_note_damaged(uint32 sap) {
+  for (const registered_service& it : the_transport.services)
+    if (it.what.sap == sap) return note_failure(it.what.name, request_fault::damaged);
+}
+
+void transport_forget_failures() { the_transport.failures.clear(); }
+
 transport_account transport_accounts() { return the_transport.account; }
 
 }  // namespace host
@@ -257,8 +280,10 @@ int32 mts_send(mts_q_handle_t q, const mts_addr_t* to, mts_opc_t opcode, void* p
   if (to == nullptr || sent == nullptr || (payload == nullptr && size != 0)) return fail(*from, EINVAL);
   if (to->node != MTS_NODE_LOCAL && !is_line_card(to->node)) return fail(*from, EHOSTUNREACH);
   const uint32 service = find_service(to->sap, is_line_card(to->node));
-  if (service == kNone || the_transport.services[service].provoked.what == provocation::kind::lost)
+  if (service == kNone || the_transport.services[service].provoked.what == provocation::kind::lost) {
+    note_failure(service == kNone ? "unknown" : the_transport.services[service].what.name, request_fault::unreachable);
     return fail(*from, ECONNREFUSED);
+  }
   const std::span<const std::byte> request(static_cast<const std::byte*>(payload), size);
   *sent = no_throw(mts_msg_ref_t{}, [&] { return deliver(q, *from, service, opcode, request); });
   if (sent->id == 0) return fail(*from, ENOMEM);
@@ -285,7 +310,9 @@ int32 mts_recv(mts_q_handle_t q, mts_msg_ref_t* got, mts_recv_options_t* options
   if (answer == kNone) {
     // Services answer when their request is sent: an answer that is not here will not come.
     if (options->non_blocking != 0) return fail(*on, EAGAIN);
-    return fail(*on, sleep_interruptibly(wait_in_seconds(options->timeout)));
+    const int32 error = sleep_interruptibly(wait_in_seconds(options->timeout));
+    if (error != ECANCELED) note_failure(service_asked(q, options->rr_token), request_fault::unanswered);
+    return fail(*on, error);
   }
   message& received = the_transport.messages[answer];
   if (is_interrupted(received.service)) {
@@ -296,6 +323,11 @@ int32 mts_recv(mts_q_handle_t q, mts_msg_ref_t* got, mts_recv_options_t* options
   received.next = kNone;
   *got = reference_of(answer);
   ++the_transport.account.received;
+  const service& from = the_transport.services[received.service].what;
+  if (received.rejected)
+    note_failure(from.name, request_fault::rejected);
+  else if (received.payload.empty() || (from.is_whole != nullptr && !from.is_whole(received.payload)))
+    note_failure(from.name, request_fault::damaged);
   on->error = 0;
   return 0;
 }

@@ -31,6 +31,10 @@ struct service {
   std::string_view name;  // such as "port-manager", for provocations and reports
   service_function serve;
   bool is_on_line_cards = false;  // reachable at the nodes of line cards, not on the local one
+
+  // Whether an answer holds what it says, for services whose answers the command library reads itself; null: who reads
+  // an answer notes that it is damaged.
+  bool (*is_whole)(std::span<const std::byte> answer) = nullptr;
 };
 
 // Makes services reachable. Later ones of the same access point and place replace earlier ones.
@@ -57,6 +61,22 @@ void transport_limit_waits(uint32 seconds);
 // Ends every wait, now and from now on, with error ECANCELED, until it is called with false; the answer that was waited
 // for is given up. Safe in a signal handler.
 void transport_cancel(bool cancelled);
+
+// ---- Requests without a usable answer.
+
+enum class request_fault : uint8 { unreachable, unanswered, rejected, damaged };
+
+struct failed_request {
+  std::string_view service;
+  request_fault fault;
+};
+
+// Those since they were forgotten last. The transport notes what does not arrive, is rejected or empty; who reads an
+// answer notes that it is damaged: shorter than it says, or than it must be. Requests whose wait was cancelled are
+// none.
+std::span<const failed_request> transport_failures();
+void transport_note_damaged(uint32 sap);
+void transport_forget_failures();
 
 // Messages since the start of the process.
 struct transport_account {

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "host/alarm_soon.h"
 
@@ -55,6 +57,21 @@ class Transport : public testing::Test {
   int32 send(std::string text, mts_msg_ref_t* sent, uint32 sap = kEchoSap) {
     const mts_addr_t to{MTS_NODE_LOCAL, sap};
     return mts_send(q_, &to, '!', text.data(), static_cast<uint32>(text.size()), sent, 0, 0);
+  }
+
+  struct exchanged {
+    mts_msg_ref_t sent{}, got{};
+  };
+  exchanged exchange_with(const std::string& text) {
+    exchanged all;
+    send(text, &all.sent);
+    mts_recv_options_t options = options_for(all.sent);
+    mts_recv(q_, &all.got, &options);
+    return all;
+  }
+  void drop_all(exchanged all) {
+    mts_drop(q_, &all.sent);
+    mts_drop(q_, &all.got);
   }
 
   mts_msg_ref_t sent(const std::string& text, uint32 sap = kEchoSap) {
@@ -170,6 +187,43 @@ TEST_F(Transport, ReasonOfAFailedReceiveSurvivesTheDropOfTheRequest) {
   drop(answer);
 
   EXPECT_EQ(error(), ETIMEDOUT);
+}
+
+TEST_F(Transport, NotesRequestsWithoutAUsableAnswer) {
+  transport_forget_failures();
+  drop_all(exchange_with("good"));
+  EXPECT_TRUE(transport_failures().empty());
+
+  transport_provoke("echo", {provocation::kind::reject});
+  drop_all(exchange_with("refused"));
+  transport_provoke("echo", {provocation::kind::cut, 0});
+  drop_all(exchange_with("empty"));
+  transport_provoke("echo", {provocation::kind::lost});
+  mts_msg_ref_t none{};
+  EXPECT_EQ(send("lost", &none), -1);
+  transport_provoke("echo", {provocation::kind::silent});
+  transport_limit_waits(1);
+  drop_all(exchange_with("unanswered"));
+  transport_note_damaged(kThrowingSap);
+
+  std::vector<std::pair<std::string_view, request_fault>> noted;
+  for (const failed_request& it : transport_failures()) noted.emplace_back(it.service, it.fault);
+  using expected = std::vector<std::pair<std::string_view, request_fault>>;
+  EXPECT_EQ(noted, (expected{{"echo", request_fault::rejected},
+                             {"echo", request_fault::damaged},
+                             {"echo", request_fault::unreachable},
+                             {"echo", request_fault::unanswered},
+                             {"throwing", request_fault::damaged}}));
+  transport_forget_failures();
+  EXPECT_TRUE(transport_failures().empty());
+}
+
+TEST_F(Transport, ACancelledWaitIsNoFailure) {
+  transport_forget_failures();
+  transport_provoke("echo", {provocation::kind::silent});
+  transport_cancel(true);
+  drop_all(exchange_with("cancelled"));
+  EXPECT_TRUE(transport_failures().empty());
 }
 
 TEST_F(Transport, AcceptsAnEmptyReferenceEverywhere) {

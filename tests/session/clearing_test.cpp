@@ -111,13 +111,15 @@ TEST(ClearingFails, AServiceThatRefusesIsNamedWithItsInterfaces) {
   const outcome one = lab.run({"--provoke", "statistics=reject", "-c", "clear counters loopback"});
   EXPECT_EQ(one.out, "error: clearing counters\n");
   EXPECT_EQ(one.err,
-            "pmsh: counters of loopback 3 were not cleared: the statistics service failed (general failure).\n");
+            "pmsh: counters of loopback 3 were not cleared: the statistics service failed (general failure).\n"
+            "pmsh: the service 'statistics' refused a request.\n");
   EXPECT_EQ(one.exit_code, 2);
 
   const outcome ports = lab.run({"--provoke", "statistics=lost", "-c", "clear counters interface ethernet 2/1, 1/1-2"});
   EXPECT_EQ(ports.err,
             "pmsh: counters of ethernet 2/1, ethernet 1/1-2 were not cleared: the statistics service failed (message "
-            "transport failed).\n");
+            "transport failed).\n"
+            "pmsh: the service 'statistics' is not running.\n");
   EXPECT_EQ(ports.exit_code, 2);
 }
 
@@ -125,7 +127,8 @@ TEST(ClearingFails, EachReasonHasItsInterfaces) {
   const outcome result =
       counting_switch(10).run({"--provoke", "statistics=reject", "-c", "clear counters interface mgmt 0, loopback 3"});
   EXPECT_EQ(result.err,
-            "pmsh: counters of loopback 3 were not cleared: the statistics service failed (general failure).\n");
+            "pmsh: counters of loopback 3 were not cleared: the statistics service failed (general failure).\n"
+            "pmsh: the service 'statistics' refused a request.\n");
   EXPECT_EQ(result.exit_code, 2);
 }
 

@@ -362,7 +362,7 @@ TEST(Progress, NeverGoesIntoAPipe) {
   const outcome result =
       run_all({"show interface ethernet 1/1 counters detailed"}, {"--provoke", "statistics=silent", "--wait", "2"});
   EXPECT_EQ(result.out, "stats unavailable\n");
-  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.err, "pmsh: the service 'statistics' did not answer in time.\n");
 }
 
 }  // namespace
