@@ -17,6 +17,7 @@
 #include "source/chassis/switch_file.h"
 #include "source/kernel/baselines.h"
 #include "source/kernel/kernel_source.h"
+#include "source/yaml/yaml_file_error.h"
 #include "switch/clock.h"
 #include "switch/model.h"
 #include "transport/transport.h"
@@ -161,7 +162,7 @@ int main(int argc, char** argv) {
   if (!wanted) return exit_code;
   try {
     return host::run(*wanted);
-  } catch (const host::switch_file_error& error) {
+  } catch (const host::yaml_file_error& error) {
     host::print_error(error.what());
     return host::kUsage;
   } catch (const host::kernel_error& error) {
