@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 
 #include "service/services.h"
 #include "shell/added_commands.h"
@@ -13,6 +14,7 @@
 #include "shell/shell.h"
 #include "shell/state_directory.h"
 #include "shell/way_of_user.h"
+#include "source/chassis/chassis_source.h"
 #include "source/chassis/giant.h"
 #include "source/chassis/switch_file.h"
 #include "source/kernel/baselines.h"
@@ -20,6 +22,7 @@
 #include "source/yaml/yaml_file_error.h"
 #include "switch/clock.h"
 #include "switch/model.h"
+#include "switch/source.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -48,11 +51,14 @@ std::string cleared_counters_file(const options& wanted) {
   return wanted.has_session_counters ? "" : state_file("cleared-counters." + kernel_namespace());
 }
 
+// Sets the source of the switch, too.
 machine build_machine(const options& wanted) {
   if (wanted.is_kernel) {
+    set_source(std::make_unique<kernel_source>());
     keep_cleared_counters_in(cleared_counters_file(wanted));
     return read_kernel_machine(wanted.map_file.empty() ? wanted_interfaces{} : read_map_file(wanted.map_file));
   }
+  set_source(std::make_unique<chassis_source>());
   if (wanted.giant_ports != 0) return make_giant(wanted.giant_ports);
   return load_switch_file(wanted.switch_file.empty() ? demonstration_switch() : wanted.switch_file);
 }

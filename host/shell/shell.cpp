@@ -33,7 +33,6 @@ void set_display(output_settings& settings, const command_line& line) {
   settings.shown = line.what->shown;
   settings.command = line.text;
   settings.is_cancelled = was_interrupted;
-  settings.is_unknown = the_machine().is_unknown;
 }
 
 output_settings settings_for(const shell& session, const command_line& line) {

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <memory>
 
 #include "host/recorded_switch.h"
 #include "host/stopped_clock.h"
@@ -22,7 +23,6 @@
 #include "service/port_manager_messages.h"
 #include "service/services.h"
 #include "service/statistics_messages.h"
-#include "source/kernel/details.h"
 #include "source/kernel/kernel_source.h"
 #include "switch/clock.h"
 #include "switch/if_index_layout.h"
@@ -46,8 +46,14 @@ if_index_t port_of(uint32 device) { return ethernet_index(IF_TYPE_ETHERNET, 0, d
 
 class KernelRecording : public testing::Test {
  protected:
-  KernelRecording() { record_switch(kernel_); }
-  ~KernelRecording() override { the_machine() = {}; }
+  KernelRecording() {
+    record_switch(kernel_);
+    set_source(std::make_unique<kernel_source>());
+  }
+  ~KernelRecording() override {
+    the_machine() = {};
+    set_source();
+  }
 
   // The machine as a command finds it.
   void read() { the_machine() = read_kernel_machine({}); }
@@ -457,7 +463,7 @@ TEST_F(KernelRecording, CountersThatADriverTellsAreInTheRecord) {
 
 // ---- What nobody tells ----------------------------------------------------------------------------------------------
 
-bool is_unknown(uint32 device, std::string_view field) { return the_machine().is_unknown(port_of(device), field); }
+bool is_unknown(uint32 device, std::string_view field) { return the_source().is_unknown(port_of(device), field); }
 
 TEST_F(KernelRecording, WhatADriverDoesNotCountIsUnknown) {
   read();
@@ -469,7 +475,7 @@ TEST_F(KernelRecording, WhatADriverDoesNotCountIsUnknown) {
   EXPECT_TRUE(is_unknown(kSwp2, "symbol_errors"));
   EXPECT_TRUE(is_unknown(kVeth0, "symbol_errors"));
   EXPECT_TRUE(is_unknown(kVeth0, "output_packets_65_to_127_bytes"));
-  EXPECT_TRUE(the_machine().is_unknown(0, "symbol_errors"));
+  EXPECT_TRUE(the_source().is_unknown(0, "symbol_errors"));
 }
 
 TEST_F(KernelRecording, WhatNoDeviceHasIsUnknownOfAll) {
@@ -477,7 +483,7 @@ TEST_F(KernelRecording, WhatNoDeviceHasIsUnknownOfAll) {
   for (const char* const field : {"delay_usec", "debounce_msec", "last_link_flapped", "output_cos3_lost",
                                   "layer3_input_routed_bytes", "unicast_level_percent"}) {
     EXPECT_TRUE(is_unknown(kSwp1, field)) << field;
-    EXPECT_TRUE(the_machine().is_unknown(0, field)) << field;
+    EXPECT_TRUE(the_source().is_unknown(0, field)) << field;
   }
 }
 
@@ -486,7 +492,7 @@ TEST_F(KernelRecording, WhatEveryDeviceTellsIsKnown) {
   for (const char* const field : {"input_bytes", "input_packets", "output_errors", "input_discards", "collision_errors",
                                   "lost_carrier_errors", "state", "description", "input_multicast_packets"}) {
     EXPECT_FALSE(is_unknown(kVeth0, field)) << field;
-    EXPECT_FALSE(the_machine().is_unknown(0, field)) << field;
+    EXPECT_FALSE(the_source().is_unknown(0, field)) << field;
   }
 }
 
@@ -495,8 +501,8 @@ TEST_F(KernelRecording, ASpeedIsKnownWhereOneIsTold) {
   EXPECT_FALSE(is_unknown(kSwp3, "speed_mbps"));
   EXPECT_FALSE(is_unknown(kSwp3, "bandwidth_kbps"));
   EXPECT_FALSE(is_unknown(kSwp3, "duplex"));
-  EXPECT_TRUE(the_machine().is_unknown(numbered_index(IF_TYPE_LOOPBACK, 0), "speed_mbps"));
-  EXPECT_TRUE(the_machine().is_unknown(numbered_index(IF_TYPE_LOOPBACK, 0), "duplex"));
+  EXPECT_TRUE(the_source().is_unknown(numbered_index(IF_TYPE_LOOPBACK, 0), "speed_mbps"));
+  EXPECT_TRUE(the_source().is_unknown(numbered_index(IF_TYPE_LOOPBACK, 0), "duplex"));
   EXPECT_FALSE(is_unknown(kSwp3, "mtu_bytes"));
 }
 
@@ -508,7 +514,7 @@ TEST_F(KernelRecording, RatesAreKnownFromTheSecondReadingOn) {
   clock_advance(10);
   statistics_of(kSwp6);
   EXPECT_FALSE(is_unknown(kSwp6, "input_rate_pps"));
-  EXPECT_TRUE(the_machine().is_unknown(0, "input_rate_pps"));
+  EXPECT_TRUE(the_source().is_unknown(0, "input_rate_pps"));
 }
 
 // Lets the driver of swp1 tell these counters and nothing else.
@@ -786,7 +792,7 @@ TEST_F(KernelRecording, ADeviceThatIsGoneForTheNextCommandHasNoDetails) {
   interface left_over;
   left_over.if_index = gone;
   for (const detail wanted : {detail::link_fault, detail::module, detail::diagnostics, detail::counters})
-    read_details(left_over, wanted);
+    the_source().complete(left_over, wanted);
   EXPECT_FALSE(left_over.module_in_port);
   EXPECT_EQ(kernel_.times_asked(kModules) + kernel_.times_asked(kCounters), 0U);
 }
@@ -798,7 +804,7 @@ TEST_F(KernelRecording, AnswersThatAreCutAtEachByteAreSafe) {
     read();
     for (interface& it : the_machine().interfaces) {
       for (const detail wanted : {detail::link_fault, detail::module, detail::diagnostics, detail::counters})
-        the_machine().complete(it, wanted);
+        the_source().complete(it, wanted);
       EXPECT_TRUE(it.oper_speed_mbps == 0 || it.oper_speed_mbps == 1000 || it.oper_speed_mbps == 10'000 ||
                   it.oper_speed_mbps == 40'000)
           << kernel_.longest;

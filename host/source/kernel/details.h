@@ -6,14 +6,14 @@
 
 #include "source/kernel/device_map.h"
 #include "source/kernel/ethtool.h"
-#include "switch/model.h"
+#include "switch/source.h"
 
 namespace host {
 
 // Takes note of the devices that a command begins with. What was read of details before is dropped.
 void note_devices(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped);
 
-// Completes an interface (machine::read_details). What the kernel does not tell stays as it is.
+// Completes an interface (switch_source::complete). What the kernel does not tell stays as it is.
 void read_details(interface& port, detail wanted);
 
 // Whether the driver of an interface's device has a counter.

@@ -154,36 +154,6 @@ uint32 settle(const interface& port, const port_settings& before) {
 
 // ---- Counters -------------------------------------------------------------------------------------------------------
 
-bool follow_device(interface& port, uint32 now_sec) {
-  const device_reading* const found = find_reading(port.if_index);
-  if (found == nullptr) return false;
-  const device_reading& reading = *found;
-  device_memory& memory = the_kernel.memory[port.if_index];
-  memory.look(now_sec, reading.counted);
-  take_device_counters(counted_since(reading.counted, reading.cleared_at).value_or(reading.counted), memory.rates(),
-                       port.stats);
-  port.stats.last_clear_sec = reading.cleared_sec;
-  port.stats.is_cleared_here = reading.cleared_sec != 0;
-  return true;
-}
-
-bool is_unknown(if_index_t if_index, std::string_view field) {
-  const device_reading* const reading = find_reading(if_index);
-  const auto memory = the_kernel.memory.find(if_index);
-  return is_unknown_field({.if_index = if_index,
-                           .link = reading == nullptr ? nullptr : find_link(the_kernel.links, reading->number),
-                           .has_rates = memory != the_kernel.memory.end() && memory->second.has_rates()},
-                          field);
-}
-
-void clear_device(interface& port, uint32 now_sec) {
-  device_reading* const reading = find_reading(port.if_index);
-  if (reading == nullptr) return;
-  reading->cleared_at = reading->counted;
-  reading->cleared_sec = now_sec;
-  the_kernel.baselines.put(reading->number, {port.burned_in_mac, now_sec, reading->counted, clear_details(port)});
-}
-
 // What a device has counted, and since when it is shown.
 device_reading reading_of(const kernel_link& link, if_index_t if_index) {
   device_reading reading;
@@ -290,14 +260,10 @@ machine read_machine() {
   });
   sort_by<&device_reading::if_index>(the_kernel.counted);
   machine made = machine_of_devices(links, the_kernel.mapped);
-  made.follow_traffic = follow_device;
-  made.clear_traffic = clear_device;
   made.settle = settle;
   made.makes_setting = makes_kernel_setting;
   made.create_interfaces = create_interfaces;
   made.delete_interfaces = delete_interfaces;
-  made.read_details = read_details;
-  made.is_unknown = is_unknown;
   return made;
 }
 
@@ -319,6 +285,42 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
     made.cards.push_back({.slot = slot, .card_type = kCardType, .model = "kernel"});
   made.save_startup();
   return made;
+}
+
+// ---- The source -----------------------------------------------------------------------------------------------------
+
+void kernel_source::complete(interface& port, detail needed) { read_details(port, needed); }
+
+bool kernel_source::is_unknown(if_index_t if_index, std::string_view field) {
+  const device_reading* const reading = find_reading(if_index);
+  const auto memory = the_kernel.memory.find(if_index);
+  return is_unknown_field({.if_index = if_index,
+                           .link = reading == nullptr ? nullptr : find_link(the_kernel.links, reading->number),
+                           .has_rates = memory != the_kernel.memory.end() && memory->second.has_rates()},
+                          field);
+}
+
+bool kernel_source::knows_all_fields() const { return false; }
+
+bool kernel_source::update_statistics(interface& port, uint32 now_sec) {
+  const device_reading* const found = find_reading(port.if_index);
+  if (found == nullptr) return false;
+  const device_reading& reading = *found;
+  device_memory& memory = the_kernel.memory[port.if_index];
+  memory.look(now_sec, reading.counted);
+  take_device_counters(counted_since(reading.counted, reading.cleared_at).value_or(reading.counted), memory.rates(),
+                       port.stats);
+  port.stats.last_clear_sec = reading.cleared_sec;
+  port.stats.is_cleared_here = reading.cleared_sec != 0;
+  return true;
+}
+
+void kernel_source::clear_counters(interface& port, uint32 now_sec) {
+  device_reading* const reading = find_reading(port.if_index);
+  if (reading == nullptr) return;
+  reading->cleared_at = reading->counted;
+  reading->cleared_sec = now_sec;
+  the_kernel.baselines.put(reading->number, {port.burned_in_mac, now_sec, reading->counted, clear_details(port)});
 }
 
 machine read_kernel_machine(const wanted_interfaces& wanted) {

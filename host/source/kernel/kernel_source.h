@@ -2,12 +2,22 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "source/kernel/device_map.h"
-#include "switch/model.h"
+#include "switch/source.h"
 
 namespace host {
+
+class kernel_source final : public switch_source {
+ public:
+  void complete(interface& port, detail needed) override;
+  bool is_unknown(if_index_t if_index, std::string_view field) override;
+  bool knows_all_fields() const override;
+  bool update_statistics(interface& port, uint32 now_sec) override;
+  void clear_counters(interface& port, uint32 now_sec) override;
+};
 
 // Makes a machine of devices. What the kernel does not tell keeps the default that is shown as absent.
 machine machine_of_devices(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped);
