@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -245,19 +244,6 @@ struct machine {
   std::vector<if_index_t> deleted;    // interfaces of the source that commands deleted, sorted
   std::vector<user> users;
   std::vector<vlan> vlans;  // sorted by id
-
-  // How the source makes a port what it was just set to, where that is more than the model; `before` is what it was.
-  // Returns 0, or the status with which it refuses. Without it a setting is made when the model has it.
-  uint32 (*settle)(const interface& port, const port_settings& before) = nullptr;
-
-  // How the source creates interfaces that do not exist, and deletes some: all or none, as far as it can check this in
-  // advance. It brings the machine up to date and returns 0, or the status with which it refuses. Without these
-  // functions interfaces are created and deleted in the model.
-  uint32 (*create_interfaces)(std::span<const if_index_t> interfaces) = nullptr;
-  uint32 (*delete_interfaces)(std::span<const if_index_t> interfaces) = nullptr;
-
-  // Whether the source makes a setting (PM_CFG_... or HOST_CFG_...) of some port. Without it all are made.
-  bool (*makes_setting)(uint8 type) = nullptr;
 
   // The interface with this index, or null.
   interface* find(if_index_t if_index);

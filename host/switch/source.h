@@ -5,6 +5,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string_view>
 
 #include "switch/model.h"
@@ -46,6 +47,34 @@ class switch_source {
 
   // Lets the counters that the source gives start from 0 at a moment. The caller sets those of the model to 0.
   virtual void clear_counters(interface& port, uint32 now_sec);
+
+  // ---- Settings
+
+  // Makes a port what it was just set to in the model; `before` is what it was. Returns 0, or the status with which the
+  // source refuses: the caller then puts the model back.
+  virtual uint32 apply_settings(const interface& port, const port_settings& before);
+
+  // Whether the source applies a setting (PM_CFG_... or HOST_CFG_...) of some port.
+  virtual bool applies_setting(uint8 type) const;
+
+  // Whether the source decides what members of port-channels may be set to, and hands them their channel's settings.
+  // Otherwise the services do: a member then refuses what its channel is set to.
+  virtual bool hands_settings_to_members() const;
+
+  // ---- Interfaces that commands create and delete
+
+  // Whether a switched port may have sub-interfaces.
+  virtual bool allows_sub_interfaces_of_switched_ports() const;
+
+  // Creates loopbacks and sub-interfaces that do not exist, the latter of ports that do, and brings the model up to
+  // date: all or none, as far as the source can check this in advance. Returns 0, or the status with which it refuses.
+  virtual uint32 create_interfaces(machine& model, std::span<const if_index_t> interfaces);
+
+  // The same, to delete interfaces that exist.
+  virtual uint32 delete_interfaces(machine& model, std::span<const if_index_t> interfaces);
+
+  // Creates a deleted interface again, set as it was, and brings the model up to date. Returns as above.
+  virtual uint32 restore_interface(machine& model, const interface& deleted);
 };
 
 // The source of the_machine(). It is set together with that, and owned here; until then it has the bodies above.

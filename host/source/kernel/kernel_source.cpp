@@ -135,23 +135,6 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   if (port.is_created && link.kind == "vlan") port.configured.set(PM_CFG_MTU);  // a new one has its parent's
 }
 
-// ---- Settings -------------------------------------------------------------------------------------------------------
-
-uint32 settle(const interface& port, const port_settings& before) {
-  const auto device_of = [](if_index_t if_index) {
-    const device_reading* const reading = find_reading(if_index);
-    return reading == nullptr ? nullptr : find_by<&mapped_device::number>(the_kernel.mapped, reading->number);
-  };
-  const mapped_device* const it = device_of(port.if_index);
-  if (it == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
-  const mapped_device* const bond = device_of(port.channel);
-  return settle_device({.number = it->number,
-                        .name = it->device,
-                        .is_bridge_port = it->is_bridge_port,
-                        .bond = bond == nullptr ? 0 : bond->number},
-                       port, before);
-}
-
 // ---- Counters -------------------------------------------------------------------------------------------------------
 
 // What a device has counted, and since when it is shown.
@@ -175,8 +158,6 @@ std::string host_name() {
 }
 
 // ---- Creating and deleting ------------------------------------------------------------------------------------------
-
-machine read_machine();
 
 const kernel_link* link_of(if_index_t if_index) {
   const device_reading* const reading = find_reading(if_index);
@@ -215,37 +196,6 @@ void delete_created_device(if_index_t if_index) {
       delete_device(it.number);
 }
 
-// When one of them is refused, those before it are deleted again.
-uint32 create_interfaces(std::span<const if_index_t> interfaces) {
-  uint32 status = 0;
-  std::size_t count = 0;
-  while (count < interfaces.size() && (status = create_interface(interfaces[count])) == 0) ++count;
-  if (count == 0) return status;
-  the_machine() = read_machine();
-  const auto created = interfaces.first(count);
-  const bool are_all_here =
-      std::all_of(created.begin(), created.end(), [](if_index_t it) { return link_of(it) != nullptr; });
-  if (status == 0 && !are_all_here) status = status_of_text("the map gives the new device another interface");
-  if (status == 0) return 0;
-  for (const if_index_t it : created) delete_created_device(it);
-  the_machine() = read_machine();
-  return status;
-}
-
-uint32 delete_interfaces(std::span<const if_index_t> interfaces) {
-  for (const if_index_t it : interfaces) {
-    const kernel_link* const link = link_of(it);
-    if (link == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
-    if (!is_created_by_command(*link, it))
-      return status_of_text("the device " + link->name + " is not one that commands create");
-  }
-  uint32 status = 0;
-  for (const if_index_t it : interfaces)
-    if ((status = delete_interface(it)) != 0) break;
-  the_machine() = read_machine();
-  return status;
-}
-
 machine read_machine() {
   netlink_socket route(NETLINK_ROUTE);
   the_kernel.links = read_links(route);
@@ -259,12 +209,7 @@ machine read_machine() {
     the_kernel.counted.push_back(reading_of(link, it.if_index));
   });
   sort_by<&device_reading::if_index>(the_kernel.counted);
-  machine made = machine_of_devices(links, the_kernel.mapped);
-  made.settle = settle;
-  made.makes_setting = makes_kernel_setting;
-  made.create_interfaces = create_interfaces;
-  made.delete_interfaces = delete_interfaces;
-  return made;
+  return machine_of_devices(links, the_kernel.mapped);
 }
 
 }  // namespace
@@ -321,6 +266,67 @@ void kernel_source::clear_counters(interface& port, uint32 now_sec) {
   reading->cleared_at = reading->counted;
   reading->cleared_sec = now_sec;
   the_kernel.baselines.put(reading->number, {port.burned_in_mac, now_sec, reading->counted, clear_details(port)});
+}
+
+uint32 kernel_source::apply_settings(const interface& port, const port_settings& before) {
+  const auto device_of = [](if_index_t if_index) {
+    const device_reading* const reading = find_reading(if_index);
+    return reading == nullptr ? nullptr : find_by<&mapped_device::number>(the_kernel.mapped, reading->number);
+  };
+  const mapped_device* const it = device_of(port.if_index);
+  if (it == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
+  const mapped_device* const bond = device_of(port.channel);
+  return settle_device({.number = it->number,
+                        .name = it->device,
+                        .is_bridge_port = it->is_bridge_port,
+                        .bond = bond == nullptr ? 0 : bond->number},
+                       port, before);
+}
+
+bool kernel_source::applies_setting(uint8 type) const { return makes_kernel_setting(type); }
+
+// A bond hands its settings to its members itself.
+bool kernel_source::hands_settings_to_members() const { return true; }
+
+bool kernel_source::allows_sub_interfaces_of_switched_ports() const { return true; }
+
+// When one of them is refused, those before it are deleted again.
+uint32 kernel_source::create_interfaces(machine& model, std::span<const if_index_t> interfaces) {
+  uint32 status = 0;
+  std::size_t count = 0;
+  while (count < interfaces.size() && (status = create_interface(interfaces[count])) == 0) ++count;
+  if (count == 0) return status;
+  model = read_machine();
+  const auto created = interfaces.first(count);
+  const bool are_all_here =
+      std::all_of(created.begin(), created.end(), [](if_index_t it) { return link_of(it) != nullptr; });
+  if (status == 0 && !are_all_here) status = status_of_text("the map gives the new device another interface");
+  if (status == 0) return 0;
+  for (const if_index_t it : created) delete_created_device(it);
+  model = read_machine();
+  return status;
+}
+
+uint32 kernel_source::delete_interfaces(machine& model, std::span<const if_index_t> interfaces) {
+  for (const if_index_t it : interfaces) {
+    const kernel_link* const link = link_of(it);
+    if (link == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
+    if (!is_created_by_command(*link, it))
+      return status_of_text("the device " + link->name + " is not one that commands create");
+  }
+  uint32 status = 0;
+  for (const if_index_t it : interfaces)
+    if ((status = delete_interface(it)) != 0) break;
+  model = read_machine();
+  return status;
+}
+
+uint32 kernel_source::restore_interface(machine& model, const interface& deleted) {
+  if (const uint32 status = create_interfaces(model, {&deleted.if_index, 1}); status != 0) return status;
+  interface& made = *model.find(deleted.if_index);
+  const port_settings now = made;
+  static_cast<port_settings&>(made) = deleted;
+  return apply_settings(made, now);
 }
 
 machine read_kernel_machine(const wanted_interfaces& wanted) {

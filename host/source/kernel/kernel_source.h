@@ -17,6 +17,13 @@ class kernel_source final : public switch_source {
   bool knows_all_fields() const override;
   bool update_statistics(interface& port, uint32 now_sec) override;
   void clear_counters(interface& port, uint32 now_sec) override;
+  uint32 apply_settings(const interface& port, const port_settings& before) override;
+  bool applies_setting(uint8 type) const override;
+  bool hands_settings_to_members() const override;
+  bool allows_sub_interfaces_of_switched_ports() const override;
+  uint32 create_interfaces(machine& model, std::span<const if_index_t> interfaces) override;
+  uint32 delete_interfaces(machine& model, std::span<const if_index_t> interfaces) override;
+  uint32 restore_interface(machine& model, const interface& deleted) override;
 };
 
 // Makes a machine of devices. What the kernel does not tell keeps the default that is shown as absent.
