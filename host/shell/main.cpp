@@ -13,7 +13,6 @@
 #include "shell/prompts.h"
 #include "shell/shell.h"
 #include "shell/state_directory.h"
-#include "shell/way_of_user.h"
 #include "source/chassis/chassis_source.h"
 #include "source/chassis/giant.h"
 #include "source/chassis/switch_file.h"
@@ -91,14 +90,6 @@ bool provoke(const options& wanted) {
   return true;
 }
 
-std::vector<kernel_device> kernel_devices() {
-  std::vector<kernel_device> devices;
-  for (const mapped_device& it : kernel_map()) devices.push_back({it.device, it.if_index});
-  return devices;
-}
-
-std::vector<if_index_t> way_of_user() { return interfaces_on_the_way_to(address_of_user()); }
-
 // Makes the settings of a file before anything else happens; its last mode does not stay.
 int begin_with(const std::string& configuration, shell& session) {
   if (configuration.empty()) return kDone;
@@ -131,13 +122,6 @@ int run(const options& wanted) {
   if (!choose_user(wanted.user, session)) return kUsage;
   session.library = load_libraries(library_directory(), wanted.libraries);
   session.switch_name = the_machine().name;
-  if (wanted.is_kernel) {
-    session.refresh = refresh_kernel_machine;
-    session.kernel_devices = kernel_devices;
-    session.way_of_user = way_of_user;
-    session.keep_cleared = write_cleared_counters;
-    session.kept_cleared_in = cleared_counters_file(wanted);
-  }
 
   if (wanted.assume_yes) assume_yes();
   if (const int code = begin_with(wanted.configuration, session); code != kDone) return code;

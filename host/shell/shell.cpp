@@ -11,6 +11,7 @@
 #include "shell/print_error.h"
 #include "shell/watch.h"
 #include "shell/words.h"
+#include "switch/source.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -72,7 +73,7 @@ int run_command(shell& session, const command_line& line) {
     return kUsage;
   }
   if (line.every) return watch(session, line, settings);
-  if (session.refresh != nullptr) session.refresh();
+  the_source().refresh(the_machine());
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
   if (session.output == nullptr) interrupts.emplace();
   int result = kDone;

@@ -51,11 +51,15 @@ std::unique_ptr<switch_source>& owned_source() {
 
 }  // namespace
 
+void switch_source::refresh(machine&) {}
 void switch_source::complete(interface&, detail) {}
 bool switch_source::is_unknown(if_index_t, std::string_view) { return false; }
 bool switch_source::knows_all_fields() const { return true; }
 bool switch_source::update_statistics(interface&, uint32) { return true; }
 void switch_source::clear_counters(interface&, uint32) {}
+bool switch_source::counts_at_refresh() const { return false; }
+std::optional<std::string> switch_source::baseline_file() const { return std::nullopt; }
+int switch_source::write_baselines() { return 0; }
 
 uint32 switch_source::apply_settings(const interface&, const port_settings&) { return 0; }
 bool switch_source::applies_setting(uint8) const { return true; }
@@ -89,6 +93,9 @@ uint32 switch_source::restore_interface(machine& model, const interface& deleted
   model.add(deleted);
   return 0;
 }
+
+std::optional<std::vector<kernel_device>> switch_source::devices() const { return std::nullopt; }
+std::vector<if_index_t> switch_source::interfaces_towards(const std::string&) const { return {}; }
 
 switch_source& the_source() { return *owned_source(); }
 

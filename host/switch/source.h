@@ -5,8 +5,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "switch/model.h"
 
@@ -21,6 +24,12 @@ enum class detail : uint8 {
   counters      // of stats, once these are up to date: those that not every device has
 };
 
+// A network device of the kernel and its interface.
+struct kernel_device {
+  std::string name;
+  if_index_t if_index;
+};
+
 class switch_source {
  public:
   switch_source() = default;
@@ -29,6 +38,9 @@ class switch_source {
   switch_source& operator=(const switch_source&) = delete;
 
   // ---- Values
+
+  // Brings the model up to date for a command.
+  virtual void refresh(machine& model);
 
   // Completes a detail of an interface, if it was left out; again and again is as once.
   virtual void complete(interface& port, detail needed);
@@ -47,6 +59,16 @@ class switch_source {
 
   // Lets the counters that the source gives start from 0 at a moment. The caller sets those of the model to 0.
   virtual void clear_counters(interface& port, uint32 now_sec);
+
+  // Whether the source reads its counters in refresh(). Otherwise they are those of the moment of the update.
+  virtual bool counts_at_refresh() const;
+
+  // A source whose counters cannot be set to 0 subtracts what they were when they were cleared. The file in which it
+  // keeps that, empty when only this process knows it; nothing for a source whose counters do start from 0.
+  virtual std::optional<std::string> baseline_file() const;
+
+  // Writes that file, when counters were cleared since the last time. Returns 0 or an errno.
+  virtual int write_baselines();
 
   // ---- Settings
 
@@ -75,6 +97,15 @@ class switch_source {
 
   // Creates a deleted interface again, set as it was, and brings the model up to date. Returns as above.
   virtual uint32 restore_interface(machine& model, const interface& deleted);
+
+  // ---- Network devices of the kernel
+
+  // Those that the switch is made of; nothing for a switch that is not the kernel's.
+  virtual std::optional<std::vector<kernel_device>> devices() const;
+
+  // The interfaces that packets to an address take, sorted. An address that is none, or empty, is somewhere behind the
+  // default route.
+  virtual std::vector<if_index_t> interfaces_towards(const std::string& address) const;
 };
 
 // The source of the_machine(). It is set together with that, and owned here; until then it has the bodies above.

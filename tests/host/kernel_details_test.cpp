@@ -58,8 +58,8 @@ class KernelRecording : public testing::Test {
   // The machine as a command finds it.
   void read() { the_machine() = read_kernel_machine({}); }
   void next_command() {
-    refresh_kernel_machine();  // the first one takes what was read
-    refresh_kernel_machine();
+    the_source().refresh(the_machine());  // the first one takes what was read
+    the_source().refresh(the_machine());
   }
 
   const interface& device(uint32 number) {
@@ -629,7 +629,7 @@ TEST_F(KernelRecording, CountersThatAreClearedCountFromThereOn) {
   EXPECT_EQ(status_of(serve_statistics(STATS_OPC_CLEAR_PORT, bytes_in(interface_request{port_of(kSwp1)}))), 0);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 0U);
   EXPECT_EQ(statistics_of(kSwp1).mac.ctrl.rx_pause, 0U);
-  EXPECT_EQ(write_cleared_counters(), 0);
+  EXPECT_EQ(the_source().write_baselines(), 0);
   tell_symbols(57);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 7U);
   EXPECT_EQ(statistics_of(kSwp1).mac.ctrl.rx_pause, 0U);

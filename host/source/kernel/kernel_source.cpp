@@ -234,6 +234,11 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
 
 // ---- The source -----------------------------------------------------------------------------------------------------
 
+void kernel_source::refresh(machine& model) {
+  if (!the_kernel.is_fresh) model = read_machine();
+  the_kernel.is_fresh = false;
+}
+
 void kernel_source::complete(interface& port, detail needed) { read_details(port, needed); }
 
 bool kernel_source::is_unknown(if_index_t if_index, std::string_view field) {
@@ -267,6 +272,12 @@ void kernel_source::clear_counters(interface& port, uint32 now_sec) {
   reading->cleared_sec = now_sec;
   the_kernel.baselines.put(reading->number, {port.burned_in_mac, now_sec, reading->counted, clear_details(port)});
 }
+
+bool kernel_source::counts_at_refresh() const { return true; }
+
+std::optional<std::string> kernel_source::baseline_file() const { return the_kernel.baselines.path(); }
+
+int kernel_source::write_baselines() { return the_kernel.baselines.write(); }
 
 uint32 kernel_source::apply_settings(const interface& port, const port_settings& before) {
   const auto device_of = [](if_index_t if_index) {
@@ -329,18 +340,13 @@ uint32 kernel_source::restore_interface(machine& model, const interface& deleted
   return apply_settings(made, now);
 }
 
-machine read_kernel_machine(const wanted_interfaces& wanted) {
-  the_kernel.wanted = wanted;
-  the_kernel.is_fresh = true;
-  return read_machine();
+std::optional<std::vector<kernel_device>> kernel_source::devices() const {
+  std::vector<kernel_device> devices;
+  for (const mapped_device& it : the_kernel.mapped) devices.push_back({it.device, it.if_index});
+  return devices;
 }
 
-void refresh_kernel_machine() {
-  if (!the_kernel.is_fresh) the_machine() = read_machine();
-  the_kernel.is_fresh = false;
-}
-
-std::vector<if_index_t> interfaces_on_the_way_to(const std::string& address) {
+std::vector<if_index_t> kernel_source::interfaces_towards(const std::string& address) const {
   netlink_socket route(NETLINK_ROUTE);
   const uint32 device = device_towards(route, address);
   const std::set<uint32> way = devices_below(the_kernel.links, device != 0 ? device : default_route_device(route));
@@ -351,10 +357,12 @@ std::vector<if_index_t> interfaces_on_the_way_to(const std::string& address) {
   return interfaces;
 }
 
+machine read_kernel_machine(const wanted_interfaces& wanted) {
+  the_kernel.wanted = wanted;
+  the_kernel.is_fresh = true;
+  return read_machine();
+}
+
 void keep_cleared_counters_in(const std::string& path) { the_kernel.baselines.keep_in(path); }
-
-int write_cleared_counters() { return the_kernel.baselines.write(); }
-
-const std::vector<mapped_device>& kernel_map() { return the_kernel.mapped; }
 
 }  // namespace host
