@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include "service/services.h"
 #include "shell/added_commands.h"
@@ -50,16 +51,19 @@ std::string cleared_counters_file(const options& wanted) {
   return wanted.has_session_counters ? "" : state_file("cleared-counters." + kernel_namespace());
 }
 
-// Sets the source of the switch, too.
-machine build_machine(const options& wanted) {
+// Sets the switch and its source.
+void open_switch(const options& wanted) {
   if (wanted.is_kernel) {
-    set_source(std::make_unique<kernel_source>());
-    keep_cleared_counters_in(cleared_counters_file(wanted));
-    return read_kernel_machine(wanted.map_file.empty() ? wanted_interfaces{} : read_map_file(wanted.map_file));
+    auto kernel = std::make_unique<kernel_source>(
+        wanted.map_file.empty() ? wanted_interfaces{} : read_map_file(wanted.map_file), cleared_counters_file(wanted));
+    the_machine() = kernel->read();
+    set_source(std::move(kernel));
+    return;
   }
+  the_machine() = wanted.giant_ports != 0
+                      ? make_giant(wanted.giant_ports)
+                      : load_switch_file(wanted.switch_file.empty() ? demonstration_switch() : wanted.switch_file);
   set_source(std::make_unique<chassis_source>());
-  if (wanted.giant_ports != 0) return make_giant(wanted.giant_ports);
-  return load_switch_file(wanted.switch_file.empty() ? demonstration_switch() : wanted.switch_file);
 }
 
 // Chooses the user of the session: the one with this name, or else the first. False when there is no such user.
@@ -115,7 +119,7 @@ int run(const options& wanted) {
     return kDone;
   }
   if (wanted.clock) clock_set(static_cast<std::time_t>(*wanted.clock));
-  the_machine() = build_machine(wanted);
+  open_switch(wanted);
   transport_register(all_services());
   if (!provoke(wanted)) return kUsage;
   shell session;

@@ -77,12 +77,17 @@ class KernelCreation : public testing::Test {
           static_cast<uint32>(static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&request))->ifi_index));
       return delete_answer_;
     });
-    set_source(std::make_unique<kernel_source>());
-    the_machine() = read_kernel_machine({});
+    read({});
   }
   ~KernelCreation() override {
     the_machine() = {};
     set_source();
+  }
+
+  static void read(const wanted_interfaces& wanted) {
+    auto source = std::make_unique<kernel_source>(wanted);
+    the_machine() = source->read();
+    set_source(std::move(source));
   }
 
   // A device that is asked for is in the next dump, unless this one is refused.
@@ -147,7 +152,7 @@ TEST_F(KernelCreation, ASubInterfaceOfAPortThatIsOffIsOff) {
 
 TEST_F(KernelCreation, ANameThatIsTooLongIsLeftToTheKernel) {
   kernel_.tell(kLinks, link_message({.number = 20, .name = "port-of-the-lab", .flags = IFF_UP}));
-  the_machine() = read_kernel_machine({});
+  read({});
   EXPECT_EQ(create_interfaces({sub_interface(20, 5)}), "");
   ASSERT_EQ(created_.size(), 1U);
   EXPECT_EQ(created_[0].name, "");
@@ -176,7 +181,7 @@ TEST_F(KernelCreation, AUserWithoutTheRightIsNamed) {
 }
 
 TEST_F(KernelCreation, ADeviceThatTheMapGivesAnotherInterfaceIsDeletedAgain) {
-  the_machine() = read_kernel_machine({{"lo77", {.if_index = loopback(5)}}, {"swp4.5", {.if_index = loopback(6)}}});
+  read({{"lo77", {.if_index = loopback(5)}}, {"swp4.5", {.if_index = loopback(6)}}});
   EXPECT_EQ(create_interfaces({loopback(kFree)}), "the map gives the new device another interface");
   EXPECT_EQ(create_interfaces({sub_interface(kSwp4, 5)}), "the map gives the new device another interface");
   EXPECT_EQ(deleted_, (Numbers{kFree, 100}));

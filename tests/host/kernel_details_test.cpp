@@ -46,17 +46,18 @@ if_index_t port_of(uint32 device) { return ethernet_index(IF_TYPE_ETHERNET, 0, d
 
 class KernelRecording : public testing::Test {
  protected:
-  KernelRecording() {
-    record_switch(kernel_);
-    set_source(std::make_unique<kernel_source>());
-  }
+  KernelRecording() { record_switch(kernel_); }
   ~KernelRecording() override {
     the_machine() = {};
     set_source();
   }
 
   // The machine as a command finds it.
-  void read() { the_machine() = read_kernel_machine({}); }
+  void read(const std::string& baseline_file = {}) {
+    auto source = std::make_unique<kernel_source>(wanted_interfaces{}, baseline_file);
+    the_machine() = source->read();
+    set_source(std::move(source));
+  }
   void next_command() {
     the_source().refresh(the_machine());  // the first one takes what was read
     the_source().refresh(the_machine());
@@ -618,12 +619,11 @@ TEST_F(KernelRecording, CountersAreAskedForOnceForAllPorts) {
 // By the file that other shells read too, so that nothing stays cleared behind the test.
 TEST_F(KernelRecording, CountersThatAreClearedCountFromThereOn) {
   const std::string path = testing::TempDir() + "details-" + std::to_string(getpid());
-  keep_cleared_counters_in(path);
   const auto tell_symbols = [this](uint64 errors) {
     tell_counters(kernel_, {{ETHTOOL_STATS_ETH_PHY, {{ETHTOOL_A_STATS_ETH_PHY_5_SYM_ERR, errors}}}});
     next_command();
   };
-  read();
+  read(path);
   tell_symbols(50);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 50U);
   EXPECT_EQ(status_of(serve_statistics(STATS_OPC_CLEAR_PORT, bytes_in(interface_request{port_of(kSwp1)}))), 0);
@@ -638,7 +638,6 @@ TEST_F(KernelRecording, CountersThatAreClearedCountFromThereOn) {
   std::remove(path.c_str());
   tell_symbols(58);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 58U);
-  keep_cleared_counters_in("");
 }
 
 // ---- A kernel in trouble --------------------------------------------------------------------------------------------
