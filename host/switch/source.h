@@ -42,7 +42,7 @@ class switch_source {
   // Brings the model up to date for a command.
   virtual void refresh(machine& model);
 
-  // Completes a detail of an interface, if it was left out; again and again is as once.
+  // Completes a detail of an interface that was left out. A second call changes nothing.
   virtual void complete(interface& port, detail needed);
 
   // Whether the source cannot supply a field of an interface, by the field's name in the structured form; with
