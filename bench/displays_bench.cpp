@@ -9,14 +9,17 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include "count_allocations.h"
 #include "service/services.h"
 #include "shell/library.h"
 #include "shell/shell.h"
+#include "source/chassis/chassis_source.h"
 #include "source/chassis/giant.h"
 #include "switch/model.h"
+#include "switch/source.h"
 #include "transport/transport.h"
 
 namespace {
@@ -42,6 +45,7 @@ host::shell& session() {
     const auto program = std::filesystem::read_symlink("/proc/self/exe").parent_path();
     const std::string libraries = (program / PMCLI_LIBRARY_DIRECTORY).lexically_normal().string();
     host::the_machine() = host::make_giant(kPorts);
+    host::set_source(std::make_unique<host::chassis_source>());
     host::transport_register(host::all_services());
     host::shell made;
     made.library = host::load_command_library(libraries + "/libpmcli_common.so");

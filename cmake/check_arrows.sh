@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Checks which folder includes which: check_arrows.sh [SOURCE_TREE]
 #
-# Each rule is a folder and the folders of ours that it may include. The library and the platform include nothing of other
-# projects but the headers of the language and of libc. ARCHITECTURE.md draws the same arrows.
+# Each rule is a folder and the folders of ours that it may include; the folders of host/source know each other by rules of
+# their own. The library and the platform include nothing of other projects but the headers of the language and of libc.
+# ARCHITECTURE.md draws the same arrows.
 set -eu
 cd "${1:-.}"
 
@@ -20,10 +21,15 @@ host/shell:         platform pm pmcli pmsh base switch source transport service 
 host/embed:         platform pm pmcli pmhost pmsh base switch source transport service client shell embed
 host/sibling:       platform pm pmcli pmsh sibling
 "
+sources="
+host/source/chassis: chassis yaml
+host/source/kernel:  kernel yaml
+host/source/yaml:    yaml
+"
 ours="$library pmsh pmhost base switch source transport service client shell sibling"
 libc='assert|arpa/inet|dlfcn|errno|fcntl|net/if|netinet/in|stdbool|stddef|stdint|sys/ioctl|sys/socket|unistd'
 
-awk -v rules="$rules" -v ours="$ours" -v libc="$libc" '
+awk -v rules="$rules $sources" -v ours="$ours" -v libc="$libc" '
   BEGIN {
     count = split(rules, lines, "\n")
     for (i = 1; i <= count; i++) {
@@ -34,14 +40,15 @@ awk -v rules="$rules" -v ours="$ours" -v libc="$libc" '
     split(ours, names, " ")
     for (i in names) our[names[i]] = 1
   }
-  FNR == 1 { split(FILENAME, path, "/"); folder = path[1] "/" path[2] }
+  FNR == 1 { split(FILENAME, path, "/"); folder = path[1] "/" path[2]; room = folder "/" path[3] }
   /^[ \t]*#[ \t]*include/ {
     name = $0
     sub(/^[^<"]*[<"]/, "", name)
     sub(/[>"].*/, "", name)
-    top = name
-    sub(/\/.*/, "", top)
-    if (name ~ /\// && top in our) good = (folder, top) in allowed
+    split(name, part, "/")
+    top = part[1]
+    if (folder == "host/source" && top == "source") good = (room, part[2]) in allowed
+    else if (name ~ /\// && top in our) good = (folder, top) in allowed
     else good = folder !~ /^infra\// || name ~ "^(" libc ")\\.h$" || name ~ /^[a-z_]+$/
     if (!good) { print FILENAME ":" FNR ": " folder " may not include " name; failed = 1 }
   }

@@ -23,9 +23,11 @@
 #include "shell/prompts.h"
 #include "shell/selection.h"
 #include "shell/shell.h"
+#include "source/chassis/chassis_source.h"
 #include "source/chassis/switch_file.h"
 #include "switch/interface_name.h"
 #include "switch/model.h"
+#include "switch/source.h"
 #include "transport/transport.h"
 
 namespace fs = std::filesystem;
@@ -229,7 +231,6 @@ int run_with_output(pmhost_command_t& command, Work work) {
   }
   if (shown != nullptr) settings.shown = *shown;
   settings.command = text;
-  settings.is_unknown = host::the_machine().is_unknown;
   host::line_filters filters;
   host::command_output output(settings, filters);
   return work(output);
@@ -249,6 +250,7 @@ pmhost_t* pmhost_open(const char* switch_file, char** error) {
     if (switch_file == nullptr) throw std::runtime_error("there is no name of a switch file");
     const host::command_library& library = loaded_libraries();
     host::the_machine() = host::load_switch_file(find_switch_file(switch_file));
+    host::set_source(std::make_unique<host::chassis_source>());
     host::transport_register(host::all_services());
     host::ask_nobody();
     auto opened = std::make_unique<pmhost_t>();
@@ -269,6 +271,7 @@ void pmhost_close(pmhost_t* host) {
   guarded(nullptr, 0, [] {
     host::set_error_sink({});
     host::the_machine() = {};
+    host::set_source();
     return 0;
   });
 }

@@ -11,6 +11,7 @@
 #include "service/messages.h"
 #include "switch/live_statistics.h"
 #include "switch/model.h"
+#include "switch/source.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -101,7 +102,7 @@ reply answer_with_statistics(std::span<const std::byte> bytes, Answer answer) {
 template <typename Answer>
 reply answer_with_counters(std::span<const std::byte> bytes, Answer answer) {
   return answer_with_statistics(bytes, [=](interface& it) {
-    the_machine().complete(it, detail::counters);
+    the_source().complete(it, detail::counters);
     return answer(it);
   });
 }

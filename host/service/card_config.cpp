@@ -50,8 +50,8 @@ reply answer_capability(std::span<const std::byte> bytes) {
   if (!request) return reject();
   const auto [error, interfaces] = find_range(*request);
   if (error != 0) return answer_error(error);
-  the_machine().complete(interfaces.front(), detail::driver);
-  the_machine().complete(interfaces.front(), detail::module);
+  the_source().complete(interfaces.front(), detail::driver);
+  the_source().complete(interfaces.front(), detail::module);
   return answer_record(capability_record(interfaces.front().capabilities));
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "switch/change_journal.h"
-#include "switch/model.h"
+#include "switch/source.h"
 
 namespace host {
 
@@ -13,8 +13,7 @@ uint32 change_settings(interface& port, Apply apply) {
   const port_settings before = port;
   note_change(port);
   if (const uint32 status = apply(port); status != 0) return status;
-  const auto settle = the_machine().settle;
-  const uint32 refused = settle == nullptr ? 0 : settle(port, before);
+  const uint32 refused = the_source().apply_settings(port, before);
   if (refused != 0) static_cast<port_settings&>(port) = before;
   return refused;
 }

@@ -78,8 +78,8 @@ syserr_t refusal_of_sub_interfaces(const index_range& range) {
   if_index_get_sub_intf(range.high, &highest);
   if (highest == MAX_SUB_INTERFACE) return PM_ERR_SUB_INTERFACE_INTERNAL;
   if (parent->channel != 0) return PM_ERR_PORT_IN_CHANNEL;
-  const bool is_switched = parent->layer == IF_LAYER_2 && the_machine().create_interfaces == nullptr;
-  return is_switched ? PM_ERR_SUB_INTERFACE_ON_L2 : 0;
+  if (parent->layer != IF_LAYER_2 || the_source().allows_sub_interfaces_of_switched_ports()) return 0;
+  return PM_ERR_SUB_INTERFACE_ON_L2;
 }
 
 // The status of a request that creates sub-interfaces, as far as it can be told before they are looked up.
@@ -128,44 +128,10 @@ syserr_t status_of(const verification& request) {
 
 // Configuration.
 
-enum : uint8 { kReasonNone = PM_REASON_NONE, kReasonParentDown = 26 };
-
-// A new sub-interface works as its parent does.
-interface new_sub_interface(const interface& parent, if_index_t if_index) {
-  interface made;
-  made.if_index = if_index;
-  made.layer = IF_LAYER_3;
-  made.oper_state = parent.oper_state;
-  made.state_reason = parent.oper_state == PM_PORT_STATE_UP ? kReasonNone : kReasonParentDown;
-  made.admin_speed_mbps = parent.admin_speed_mbps;
-  made.oper_speed_mbps = parent.oper_speed_mbps;
-  made.admin_duplex = parent.admin_duplex;
-  made.oper_duplex = parent.oper_duplex;
-  made.mtu_bytes = parent.mtu_bytes;
-  made.bandwidth_kbps = parent.bandwidth_kbps;
-  made.delay_usec = parent.delay_usec;
-  made.burned_in_mac = parent.burned_in_mac;
-  made.router_mac = parent.router_mac;
-  for (const uint8 taken_over : {PM_CFG_MTU, PM_CFG_SPEED, PM_CFG_DUPLEX}) made.configured.set(taken_over);
-  return made;
-}
-
-interface new_loopback(if_index_t if_index) {
-  interface made;
-  made.if_index = if_index;
-  made.layer = IF_LAYER_3;
-  made.oper_state = PM_PORT_STATE_UP;
-  made.state_reason = kReasonNone;
-  made.bandwidth_kbps = 8'000'000;
-  made.delay_usec = 5000;
-  return made;
-}
-
 // A kind of interface that commands create and delete.
 struct configurable {
   bool (*is_one)(if_index_t if_index);
   syserr_t (*refusal)(std::span<const index_range> ranges);
-  interface (*make)(if_index_t if_index);
 };
 
 syserr_t refusal_of_loopbacks(std::span<const index_range> ranges) {
@@ -177,10 +143,8 @@ syserr_t refusal_of_loopbacks(std::span<const index_range> ranges) {
   return wanted > MAX_LOOPBACKS ? PM_ERR_INVALID_RANGE : 0;
 }
 
-constexpr configurable kSubInterfaces = {is_sub_interface, refusal_of_creation, [](if_index_t if_index) {
-                                           return new_sub_interface(*the_machine().find(parent_of(if_index)), if_index);
-                                         }};
-constexpr configurable kLoopbacks = {is_loopback, refusal_of_loopbacks, new_loopback};
+constexpr configurable kSubInterfaces = {is_sub_interface, refusal_of_creation};
+constexpr configurable kLoopbacks = {is_loopback, refusal_of_loopbacks};
 
 // Sorted, each once.
 void make_set(std::vector<if_index_t>& interfaces) {
@@ -188,36 +152,16 @@ void make_set(std::vector<if_index_t>& interfaces) {
   interfaces.erase(std::unique(interfaces.begin(), interfaces.end()), interfaces.end());
 }
 
-uint32 add_to_model(std::span<const if_index_t> interfaces, const configurable& kind) {
-  for (const if_index_t if_index : interfaces) {
-    interface made = kind.make(if_index);
-    made.is_created = true;
-    the_machine().add(std::move(made));
-  }
-  return 0;
-}
-
-syserr_t create(std::span<const index_range> ranges, const configurable& kind) {
+syserr_t create(std::span<const index_range> ranges) {
   std::vector<if_index_t> missing;
   for (const index_range& range : ranges)
     for (uint64 it = range.low; it <= range.high; ++it)
       if (!exists(static_cast<if_index_t>(it))) missing.push_back(static_cast<if_index_t>(it));
   make_set(missing);
   if (missing.empty()) return 0;
-  const auto create_interfaces = the_machine().create_interfaces;
-  const uint32 status = create_interfaces != nullptr ? create_interfaces(missing) : add_to_model(missing, kind);
+  const uint32 status = the_source().create_interfaces(the_machine(), missing);
   if (status != 0) return static_cast<syserr_t>(status);
   for (const if_index_t it : missing) note_created(it);
-  return 0;
-}
-
-uint32 remove_from_model(std::span<const interface> doomed) {
-  machine& model = the_machine();
-  for (const interface& it : doomed) {
-    if (!it.is_created) model.deleted.push_back(it.if_index);
-    model.remove(it.if_index);
-  }
-  make_set(model.deleted);
   return 0;
 }
 
@@ -232,8 +176,7 @@ syserr_t remove(std::span<const index_range> ranges) {
   make_set(doomed);
   std::vector<interface> before;
   for (const if_index_t it : doomed) before.push_back(*the_machine().find(it));
-  const auto delete_interfaces = the_machine().delete_interfaces;
-  const uint32 status = delete_interfaces != nullptr ? delete_interfaces(doomed) : remove_from_model(before);
+  const uint32 status = the_source().delete_interfaces(the_machine(), doomed);
   for (interface& it : before)
     if (!exists(it.if_index)) note_deleted(std::move(it));
   return static_cast<syserr_t>(status);
@@ -246,7 +189,7 @@ syserr_t configure(const verification& request, const configurable& kind) {
   }
   if (request.is_delete) return remove(request.ranges);
   if (const syserr_t refusal = kind.refusal(request.ranges); refusal != 0) return refusal;
-  return create(request.ranges, kind);
+  return create(request.ranges);
 }
 
 reply answer_configuration(std::span<const std::byte> bytes, const configurable& kind) {

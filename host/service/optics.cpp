@@ -93,7 +93,7 @@ reply answer_misc_info(std::span<const std::byte> bytes) {
   const auto request = read_request<port_misc_info_req_t>(bytes);
   if (!request || request->num_ports != 1 || request->num_type != 1) return reject();
   interface* const port = the_machine().find(request->if_index);
-  if (port != nullptr) the_machine().complete(*port, detail::diagnostics);
+  if (port != nullptr) the_source().complete(*port, detail::diagnostics);
   const bool is_known = port != nullptr && request->type_list[0] == MISC_INFO_TRANSCEIVER_STATE;
   reply answer;
   append_bytes(answer, port_misc_info_rsp_t{request->port_misc_info_fsm_flag, 1});
@@ -108,7 +108,7 @@ reply answer_misc_info(std::span<const std::byte> bytes) {
 }  // namespace
 
 reply answer_diagnostics(interface& port) {
-  the_machine().complete(port, detail::diagnostics);
+  the_source().complete(port, detail::diagnostics);
   if (!port.module_in_port) return answer_error(PM_ERR_SFP_NOT_PRESENT);
   const transceiver& module = *port.module_in_port;
   if (module.diagnostics.calibration == 0) return answer_error(PM_ERR_SFP_NO_DIAGNOSTICS);

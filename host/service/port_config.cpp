@@ -313,9 +313,8 @@ constexpr setting_rule kRules[] = {
 };
 // clang-format on
 
-// A member's setting may be its channel's. A source that has the last word decides itself what members may be set to,
-// and hands them what it wants.
-bool is_of_channel(const setting_rule& rule) { return rule.of_channel && the_machine().settle == nullptr; }
+// A member's setting may be its channel's.
+bool is_of_channel(const setting_rule& rule) { return rule.of_channel && !the_source().hands_settings_to_members(); }
 
 // A member takes what it can of its channel's setting.
 void hand_to_members(const interface& channel, const setting_rule& rule, const setting_value& value) {
@@ -346,9 +345,8 @@ const setting_rule* rule_of(uint8 type) {
 
 bool has_setting_of_its_own(const interface& port, uint8 type) {
   const setting_rule* const rule = rule_of(type);
-  const auto makes_setting = the_machine().makes_setting;
   return rule != nullptr && rule->has_it(kind_of(port)) && !(is_of_channel(*rule) && port.channel != 0) &&
-         (makes_setting == nullptr || makes_setting(type));
+         the_source().applies_setting(type);
 }
 
 reply configure_ports(octets bytes) {

@@ -27,7 +27,7 @@ reply answer_range(std::span<const std::byte> bytes, detail needed, Record (*rec
   if (is_of_type(interfaces.front().if_index, IF_TYPE_INBAND)) return answer_error(PM_ERR_NO_SUCH_INTERFACE);
   answer_writer answer(interfaces.size() * sizeof(Record));
   for (interface& it : interfaces) {
-    the_machine().complete(it, needed);
+    the_source().complete(it, needed);
     answer.append(record_of(it));
   }
   return answer.finish();
@@ -79,7 +79,7 @@ reply answer_eth_statistics(std::span<const std::byte> bytes, bool of_channel) {
   if (of_channel && !is_channel) return answer_error(PM_ERR_NOT_ALLOWED_ON_INTERFACE);
   if (request->get == 0) return clear_range(interfaces);
   if (!refresh_statistics(interfaces.front())) return answer_error(PM_ERR_NO_SUCH_INTERFACE);
-  the_machine().complete(interfaces.front(), detail::counters);
+  the_source().complete(interfaces.front(), detail::counters);
   return answer_record(eth_statistics_record(interfaces.front()));
 }
 

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <iterator>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "client/clear_results.h"
@@ -22,6 +23,7 @@
 #include "shell/selection.h"
 #include "shell/shell.h"
 #include "shell/state_directory.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -195,14 +197,13 @@ bool name_uncleared(const invocation& run, std::span<const if_index_t> wanted, c
 // ---- The end of a command -------------------------------------------------------------------------------------------
 
 // The kernel's counters cannot be set to 0: says how long it is that they are shown so.
-int keep_cleared(const invocation& run) {
-  const std::string& path = run.session.kept_cleared_in;
+int keep_cleared(const invocation& run, const std::string& path) {
   if (path.empty()) {
     run.output.text("The kernel counts on; for this session, what it had counted is left out.\n");
     return kDone;
   }
   make_directories_of(path);
-  if (const int error = run.session.keep_cleared(); error != 0) {
+  if (const int error = the_source().write_baselines(); error != 0) {
     run.output.complain("cannot write '" + path + "': " + std::strerror(error) +
                         ". What was counted is left out for this session only.");
     return kServiceFailed;
@@ -216,8 +217,8 @@ int result_of(const invocation& run, std::span<const if_index_t> wanted) {
   run.output.flush();
   const answered_clears answered(take_clear_results());
   const bool has_failed = name_uncleared(run, wanted, answered) || run.output.failed();
-  const bool is_kernel = run.session.keep_cleared != nullptr;
-  const int kept = is_kernel && (!has_failed || answered.has_success()) ? keep_cleared(run) : kDone;
+  const std::optional<std::string> file = the_source().baseline_file();
+  const int kept = file && (!has_failed || answered.has_success()) ? keep_cleared(run, *file) : kDone;
   return has_failed ? kServiceFailed : kept;
 }
 

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <memory>
+#include <utility>
 
 #include "service/services.h"
 #include "shell/added_commands.h"
@@ -13,13 +15,15 @@
 #include "shell/prompts.h"
 #include "shell/shell.h"
 #include "shell/state_directory.h"
-#include "shell/way_of_user.h"
+#include "source/chassis/chassis_source.h"
 #include "source/chassis/giant.h"
 #include "source/chassis/switch_file.h"
 #include "source/kernel/baselines.h"
 #include "source/kernel/kernel_source.h"
+#include "source/yaml/yaml_file_error.h"
 #include "switch/clock.h"
 #include "switch/model.h"
+#include "switch/source.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -48,13 +52,19 @@ std::string cleared_counters_file(const options& wanted) {
   return wanted.has_session_counters ? "" : state_file("cleared-counters." + kernel_namespace());
 }
 
-machine build_machine(const options& wanted) {
+// Sets the switch and its source.
+void open_switch(const options& wanted) {
   if (wanted.is_kernel) {
-    keep_cleared_counters_in(cleared_counters_file(wanted));
-    return read_kernel_machine(wanted.map_file.empty() ? wanted_interfaces{} : read_map_file(wanted.map_file));
+    auto kernel = std::make_unique<kernel_source>(
+        wanted.map_file.empty() ? wanted_interfaces{} : read_map_file(wanted.map_file), cleared_counters_file(wanted));
+    the_machine() = kernel->read();
+    set_source(std::move(kernel));
+    return;
   }
-  if (wanted.giant_ports != 0) return make_giant(wanted.giant_ports);
-  return load_switch_file(wanted.switch_file.empty() ? demonstration_switch() : wanted.switch_file);
+  the_machine() = wanted.giant_ports != 0
+                      ? make_giant(wanted.giant_ports)
+                      : load_switch_file(wanted.switch_file.empty() ? demonstration_switch() : wanted.switch_file);
+  set_source(std::make_unique<chassis_source>());
 }
 
 // Chooses the user of the session: the one with this name, or else the first. False when there is no such user.
@@ -85,14 +95,6 @@ bool provoke(const options& wanted) {
   return true;
 }
 
-std::vector<kernel_device> kernel_devices() {
-  std::vector<kernel_device> devices;
-  for (const mapped_device& it : kernel_map()) devices.push_back({it.device, it.if_index});
-  return devices;
-}
-
-std::vector<if_index_t> way_of_user() { return interfaces_on_the_way_to(address_of_user()); }
-
 // Makes the settings of a file before anything else happens; its last mode does not stay.
 int begin_with(const std::string& configuration, shell& session) {
   if (configuration.empty()) return kDone;
@@ -117,20 +119,13 @@ int run(const options& wanted) {
     return print_text(wanted.published());
   }
   if (wanted.clock) clock_set(static_cast<std::time_t>(*wanted.clock));
-  the_machine() = build_machine(wanted);
+  open_switch(wanted);
   transport_register(all_services());
   if (!provoke(wanted)) return kUsage;
   shell session;
   if (!choose_user(wanted.user, session)) return kUsage;
   session.library = load_libraries(library_directory(), wanted.libraries);
   session.switch_name = the_machine().name;
-  if (wanted.is_kernel) {
-    session.refresh = refresh_kernel_machine;
-    session.kernel_devices = kernel_devices;
-    session.way_of_user = way_of_user;
-    session.keep_cleared = write_cleared_counters;
-    session.kept_cleared_in = cleared_counters_file(wanted);
-  }
 
   if (wanted.assume_yes) assume_yes();
   if (const int code = begin_with(wanted.configuration, session); code != kDone) return code;
@@ -168,7 +163,7 @@ int main(int argc, char** argv) {
   if (!wanted) return exit_code;
   try {
     return host::run(*wanted);
-  } catch (const host::switch_file_error& error) {
+  } catch (const host::yaml_file_error& error) {
     host::print_error(error.what());
     return host::kUsage;
   } catch (const host::kernel_error& error) {

@@ -12,6 +12,7 @@
 #include "shell/print_error.h"
 #include "shell/watch.h"
 #include "shell/words.h"
+#include "switch/source.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -34,7 +35,6 @@ void set_display(output_settings& settings, const command_line& line) {
   settings.shown = line.what->shown;
   settings.command = line.text;
   settings.is_cancelled = was_interrupted;
-  settings.is_unknown = the_machine().is_unknown;
 }
 
 output_settings settings_for(const shell& session, const command_line& line) {
@@ -98,7 +98,7 @@ int run_command(shell& session, const command_line& line) {
     return kUsage;
   }
   if (line.every) return watch(session, line, settings);
-  if (session.refresh != nullptr) session.refresh();
+  the_source().refresh(the_machine());
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
   if (session.output == nullptr) interrupts.emplace();
   int result = kDone;

@@ -22,23 +22,12 @@ struct configured_interfaces {
   std::vector<vsh_intf_mono_range_t> ranges;
 };
 
-// A network device of the kernel and its interface.
-struct kernel_device {
-  std::string name;
-  if_index_t if_index;
-};
-
 struct output_settings;
 
 struct shell {
   command_library library;
   std::string switch_name;
-  const user* who = nullptr;    // null: nobody in particular, with all rights
-  void (*refresh)() = nullptr;  // brings the model up to date for a command; null: it stays as it is
-  std::vector<kernel_device> (*kernel_devices)() = nullptr;  // null: the switch is not the kernel's
-  std::vector<if_index_t> (*way_of_user)() = nullptr;        // interfaces that the user is connected by; null: none
-  int (*keep_cleared)() = nullptr;  // keeps for others what was cleared: 0 or an errno; null: the switch does it
-  std::string kept_cleared_in;      // where; empty: nowhere, it is for this session
+  const user* who = nullptr;                // null: nobody in particular, with all rights
   const output_settings* output = nullptr;  // where a program that embeds the shell wants it; null: standard output
   bool is_interactive = false;
   bool is_leaving = false;  // set by "exit"

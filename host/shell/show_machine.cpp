@@ -7,6 +7,7 @@
 #include "shell/parameters.h"
 #include "shell/shell.h"
 #include "shell/views.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -55,12 +56,13 @@ int show_added(const invocation& run) {
 }
 
 int show_kernel_map(const invocation& run) {
-  if (run.session.kernel_devices == nullptr) {
+  const auto devices = the_source().devices();
+  if (!devices) {
     run.output.complain("this switch is not the kernel's. Start the shell with --kernel.");
     return kUsage;
   }
   constexpr std::size_t kWidth = 18;
-  for (const kernel_device& it : run.session.kernel_devices()) {
+  for (const kernel_device& it : *devices) {
     const std::size_t blanks = std::max(kWidth, it.name.size() + 2) - it.name.size();
     run.output.text(it.name + std::string(blanks, ' ') + range_text({&it.if_index, 1}) + "\n");
   }

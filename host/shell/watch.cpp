@@ -21,6 +21,7 @@
 #include "switch/clock.h"
 #include "switch/kernel_device.h"
 #include "switch/live_statistics.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -181,7 +182,7 @@ class watcher {
 
   // Makes a reading and shows it. False: nobody reads any more.
   bool show_reading() {
-    if (session_.refresh != nullptr) session_.refresh();
+    the_source().refresh(the_machine());
     refreshed_sec_ = clock_now_exactly();
     traffic_.begin_reading();
     ++readings_;
@@ -257,7 +258,7 @@ class watcher {
     if (!may_see || (usual_.shown.bit & kCountingDisplays) == 0) return std::nullopt;
     interface* const port = counted_interface(if_index);
     if (port == nullptr) return std::nullopt;
-    if (session_.refresh == nullptr || is_counted_by_kernel(*port)) return count_now(*port);
+    if (!the_source().counts_at_refresh() || is_counted_by_kernel(*port)) return count_now(*port);
     return refresh_statistics(*port) ? std::optional(count_of(*port, refreshed_sec_)) : std::nullopt;
   }
 
@@ -310,7 +311,7 @@ std::string drawing(const std::string& first, const std::vector<std::string>& sh
 int watch(shell& session, const command_line& line, const output_settings& usual) {
   const interrupt_scope interrupts;
   const broken_pipe_scope pipes;
-  if (session.refresh != nullptr) session.refresh();  // the first may leave what was read when the shell started
+  the_source().refresh(the_machine());  // the first may leave what was read when the shell started
   watcher running(session, line, usual);
   pace readings(*line.every);
   while (!was_interrupted()) {

@@ -3,16 +3,27 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/vsh.h"
 #include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
 #include "shell/shell.h"
 #include "switch/change_journal.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
+
+// The address that the user is connected from, by the environment; empty for one that sits at the machine or changed
+// the user, so that it is not known.
+std::string address_of_user() {
+  const char* const connection = std::getenv("SSH_CONNECTION");
+  const std::string_view text = connection == nullptr ? "" : connection;
+  return std::string(text.substr(0, text.find(' ')));
+}
 
 bool is_in_mode(const shell& session, if_index_t if_index) {
   const auto& ranges = session.configured.ranges;
@@ -34,8 +45,7 @@ bool wants_it(const std::vector<if_index_t>& cut) {
 
 template <typename Test>
 bool may_change(const invocation& run, Test is_changed) {
-  if (run.session.way_of_user == nullptr) return true;
-  std::vector<if_index_t> way = run.session.way_of_user();
+  std::vector<if_index_t> way = the_source().interfaces_towards(address_of_user());
   way.erase(std::remove_if(way.begin(), way.end(), [&](if_index_t it) { return !is_changed(it); }), way.end());
   if (way.empty() || wants_it(way)) return true;
   run.output.complain("nothing was changed: you may be connected by " + range_text(way) +
@@ -65,12 +75,6 @@ bool may_delete(const invocation& run) {
 bool may_undo(const invocation& run) {
   const std::vector<if_index_t> changed = changed_ports();
   return may_change(run, [&](if_index_t it) { return std::binary_search(changed.begin(), changed.end(), it); });
-}
-
-std::string address_of_user() {
-  const char* const connection = std::getenv("SSH_CONNECTION");
-  const std::string_view text = connection == nullptr ? "" : connection;
-  return std::string(text.substr(0, text.find(' ')));
 }
 
 }  // namespace host

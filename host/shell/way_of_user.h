@@ -1,9 +1,6 @@
 // Changes that would cut the way by which the user is connected.
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "shell/commands.h"
 
 namespace host {
@@ -17,9 +14,5 @@ bool may_undo(const invocation& run);
 
 // The same, of deleting the interfaces that the command names.
 bool may_delete(const invocation& run);
-
-// The address that the user is connected from, by the environment; empty for one that sits at the machine or changed
-// the user, so that it is not known.
-std::string address_of_user();
 
 }  // namespace host

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "switch/link.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -43,36 +44,13 @@ void delete_created(machine& of, changes_back& made) {
   std::vector<if_index_t> created = journal.created;
   std::erase_if(created, [&of](if_index_t it) { return of.find(it) == nullptr; });
   if (created.empty()) return;
-  uint32 status = 0;
-  if (of.delete_interfaces != nullptr)
-    status = of.delete_interfaces(created);
-  else
-    for (const if_index_t it : created) of.remove(it);
+  const uint32 status = the_source().delete_interfaces(of, created);
   for (const if_index_t it : created) add_result(made, it, status);
 }
 
-// The source makes a new port, which is set as the old one was.
-uint32 create_in_source(machine& of, const interface& port) {
-  if (const uint32 status = of.create_interfaces({&port.if_index, 1}); status != 0) return status;
-  interface* const made = of.find(port.if_index);
-  if (made == nullptr || of.settle == nullptr) return 0;
-  const port_settings now = *made;
-  static_cast<port_settings&>(*made) = port;
-  return of.settle(*made, now);
-}
-
 void create_deleted(machine& of, changes_back& made) {
-  for (const interface& it : journal.deleted) {
-    if (of.find(it.if_index) != nullptr) continue;
-    uint32 status = 0;
-    if (of.create_interfaces != nullptr) {
-      status = create_in_source(of, it);
-    } else {
-      if (!it.is_created) std::erase(of.deleted, it.if_index);
-      of.add(it);
-    }
-    add_result(made, it.if_index, status);
-  }
+  for (const interface& it : journal.deleted)
+    if (of.find(it.if_index) == nullptr) add_result(made, it.if_index, the_source().restore_interface(of, it));
 }
 
 }  // namespace
@@ -111,7 +89,7 @@ changes_back take_changes_back(machine& of) {
     if (port == nullptr || static_cast<const port_settings&>(*port) == before) continue;
     const port_settings now = *port;
     put_back(*port, before);
-    const uint32 status = of.settle == nullptr ? 0 : of.settle(*port, now);
+    const uint32 status = the_source().apply_settings(*port, now);
     if (status != 0) put_back(*port, now);
     add_result(made, if_index, status);
   }

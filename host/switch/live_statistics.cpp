@@ -6,6 +6,7 @@
 #include "switch/clock.h"
 #include "switch/if_index_layout.h"
 #include "switch/kernel_device.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -48,15 +49,13 @@ void take_device_counters(const device_counters& counted, const device_rates& ra
 
 bool refresh_statistics(interface& port) {
   if (is_management(port) && refresh_from_device(port)) return true;
-  const auto follow_traffic = the_machine().follow_traffic;
-  return follow_traffic == nullptr || follow_traffic(port, now_sec());
+  return the_source().update_statistics(port, now_sec());
 }
 
 bool clear_statistics(interface& port) {
   const bool is_device = is_management(port) && clear_kernel_counters(management_device(the_machine(), port.if_index));
-  const auto clear_traffic = the_machine().clear_traffic;
-  if ((!is_device || clear_traffic != nullptr) && !refresh_statistics(port)) return false;
-  if (clear_traffic != nullptr) clear_traffic(port, now_sec());
+  if (!is_device && !refresh_statistics(port)) return false;
+  the_source().clear_counters(port, now_sec());
   statistics& stats = port.stats;
   stats.in = {};
   stats.out = {};

@@ -1,4 +1,4 @@
-// What a switch is, as plain data. Sources fill it, services answer from it; neither knows the other.
+// What a switch is, as plain data. Sources (switch/source.h) fill it, services answer from it.
 //
 // Numbers are native, units stand in the names, interfaces are named by their index. Vectors of interfaces are sorted
 // by index.
@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -233,15 +232,6 @@ struct user {
   bool may_clear_inband = false;
 };
 
-// What a source may leave out of an interface until somebody asks for it.
-enum class detail : uint8 {
-  link_fault,   // state_reason of a port that is up and has no link
-  driver,       // capabilities.model
-  module,       // module_in_port with its identity page, capabilities.transceiver
-  diagnostics,  // of the module: needs it
-  counters      // of stats, once these are up to date: those that not every device has
-};
-
 struct machine {
   std::string name;
   uint32 chassis_type = 0;
@@ -254,39 +244,6 @@ struct machine {
   std::vector<if_index_t> deleted;    // interfaces of the source that commands deleted, sorted
   std::vector<user> users;
   std::vector<vlan> vlans;  // sorted by id
-
-  // How the source brings the statistics of an interface up to a moment (seconds since 1970). It returns false when it
-  // has none to give. Without it the statistics are as they stand.
-  bool (*follow_traffic)(interface& port, uint32 now_sec) = nullptr;
-
-  // Lets the statistics that the source gives start from 0 at a moment. Without it they start there in the model.
-  void (*clear_traffic)(interface& port, uint32 now_sec) = nullptr;
-
-  // Whether nothing tells the source the value of a field, by its name in the structured form, of an interface; with
-  // interface 0, whether that may be so of some interface. Without it all is known.
-  bool (*is_unknown)(if_index_t if_index, std::string_view field) = nullptr;
-
-  // How the source makes a port what it was just set to, where that is more than the model; `before` is what it was.
-  // Returns 0, or the status with which it refuses. Without it a setting is made when the model has it.
-  uint32 (*settle)(const interface& port, const port_settings& before) = nullptr;
-
-  // How the source creates interfaces that do not exist, and deletes some: all or none, as far as it can check this in
-  // advance. It brings the machine up to date and returns 0, or the status with which it refuses. Without these
-  // functions interfaces are created and deleted in the model.
-  uint32 (*create_interfaces)(std::span<const if_index_t> interfaces) = nullptr;
-  uint32 (*delete_interfaces)(std::span<const if_index_t> interfaces) = nullptr;
-
-  // How the source completes a detail of an interface, if it left it out; again and again is as once. Without it
-  // interfaces are complete.
-  void (*read_details)(interface& port, detail wanted) = nullptr;
-
-  // Completes a detail of an interface of this machine.
-  void complete(interface& port, detail wanted) const {
-    if (read_details != nullptr) read_details(port, wanted);
-  }
-
-  // Whether the source makes a setting (PM_CFG_... or HOST_CFG_...) of some port. Without it all are made.
-  bool (*makes_setting)(uint8 type) = nullptr;
 
   // The interface with this index, or null.
   interface* find(if_index_t if_index);

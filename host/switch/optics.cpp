@@ -37,6 +37,12 @@ void compare(Number value, const optical_limits<Number>& limits, uint32 shift, o
 
 }  // namespace
 
+bool has_diagnostics(const std::vector<uint8>& page) {
+  constexpr std::size_t kMonitoringType = 92;
+  constexpr uint8 kImplemented = 0x40;
+  return page.size() > kMonitoringType && (page[kMonitoringType] & kImplemented) != 0;
+}
+
 optical_reading read_optics(const interface& port, uint32 now_sec) {
   const optical_diagnostics& module = port.module_in_port->diagnostics;
   const bool is_lit = module.is_measured || port.admin_state == PM_PORT_STATE_UP;

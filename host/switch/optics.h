@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <vector>
 
 #include "platform/types.h"
 
@@ -54,6 +55,9 @@ struct optical_reading {
   uint32 alarms;
   uint32 warnings;
 };
+
+// Whether the identity page of a module says that it has diagnostics.
+bool has_diagnostics(const std::vector<uint8>& page);
 
 // What the module of a port measures at a moment (seconds since 1970). It is warmer under load: the port's statistics
 // must have been brought up to that moment.

@@ -18,6 +18,7 @@
 #include "platform/syserr.h"
 #include "service/port_manager_messages.h"
 #include "switch/if_index_layout.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -407,12 +408,17 @@ TEST_F(ClearCounters, BothViewsOfTheManagementDeviceStartFromItsClear) {
   EXPECT_EQ(stats.interval_start_time, 1'750'000'000u);
 }
 
+// Sends a packet each second.
+struct packet_each_second : switch_source {
+  bool update_statistics(interface& port, uint32 now_sec) override {
+    port.stats.out.unicast_packets = now_sec - port.stats.last_clear_sec;
+    return true;
+  }
+};
+
 TEST_F(ClearCounters, TrafficGoesOnAfterAClear) {
   interface& port = *the_machine().find(names_.first_port);
-  the_machine().follow_traffic = [](interface& it, uint32 now_sec) {
-    it.stats.out.unicast_packets = now_sec - it.stats.last_clear_sec;
-    return true;
-  };
+  set_source(std::make_unique<packet_each_second>());
   show_eth_intf_resp_t stats{};
   ASSERT_EQ(pm_get_clear_eth_stats(q_, port.if_index, port.if_index, 0, nullptr), 0);
   ASSERT_EQ(pm_get_clear_eth_stats(q_, port.if_index, port.if_index, 1, &stats), 0);

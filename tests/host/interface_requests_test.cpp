@@ -15,6 +15,7 @@
 #include "service/services.h"
 #include "switch/change_journal.h"
 #include "switch/if_index_layout.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -360,32 +361,55 @@ TEST_F(InterfaceConfiguration, EarlierSettingsOfADeletedInterfaceAreForgotten) {
   EXPECT_EQ(the_machine().find(names_.first_port)->description, "changed");
 }
 
-// A source that creates and deletes itself.
+// A source that creates and deletes itself. It notes what it is asked for and leaves the model alone.
+struct noting_source : switch_source {
+  bool allows_sub_interfaces_of_switched_ports() const override { return true; }
+  uint32 create_interfaces(machine&, std::span<const if_index_t> missing) override { return note(missing); }
+  uint32 delete_interfaces(machine&, std::span<const if_index_t> doomed) override { return note(doomed); }
+  uint32 restore_interface(machine&, const interface& deleted) override { return note({&deleted.if_index, 1}); }
+
+  uint32 note(std::span<const if_index_t> interfaces) {
+    asked.assign(interfaces.begin(), interfaces.end());
+    return answer;
+  }
+  std::vector<if_index_t> asked;
+  uint32 answer = 0;
+};
+
+// The same, and the model follows what it does not refuse.
+struct following_source : noting_source {
+  uint32 create_interfaces(machine& model, std::span<const if_index_t> missing) override {
+    return note(missing) != 0 ? answer : switch_source::create_interfaces(model, missing);
+  }
+  uint32 delete_interfaces(machine& model, std::span<const if_index_t> doomed) override {
+    return note(doomed) != 0 ? answer : switch_source::delete_interfaces(model, doomed);
+  }
+  uint32 restore_interface(machine& model, const interface& deleted) override {
+    return note({&deleted.if_index, 1}) != 0 ? answer : switch_source::restore_interface(model, deleted);
+  }
+};
+
 class InterfacesOfASource : public InterfaceConfiguration {
  protected:
-  InterfacesOfASource() {
-    asked_.clear();
-    answer_ = 0;
-    the_machine().create_interfaces = note;
-    the_machine().delete_interfaces = note;
+  InterfacesOfASource() { use(std::make_unique<noting_source>()); }
+
+  void use(std::unique_ptr<noting_source> source) {
+    source_ = source.get();
+    set_source(std::move(source));
   }
-  static uint32 note(std::span<const if_index_t> interfaces) {
-    asked_.assign(interfaces.begin(), interfaces.end());
-    return answer_;
-  }
-  static inline std::vector<if_index_t> asked_;
-  static inline uint32 answer_ = 0;
+
+  noting_source* source_ = nullptr;
 };
 
 TEST_F(InterfacesOfASource, IsAskedForThoseThatAreMissing) {
   const auto before = listed(IF_TYPE_NONE);
   EXPECT_EQ(sub_interfaces(1, {{sub(6), sub(8)}, {sub(20), sub(20)}, {sub(8), sub(8)}}), 0u);
-  EXPECT_EQ(asked_, (std::vector<if_index_t>{sub(6), sub(8), sub(20)}));
+  EXPECT_EQ(source_->asked, (std::vector<if_index_t>{sub(6), sub(8), sub(20)}));
   EXPECT_EQ(listed(IF_TYPE_NONE), before) << "the model is the source's";
 
-  asked_.clear();
+  source_->asked.clear();
   EXPECT_EQ(loopbacks(1, {{names_.loopback, names_.loopback}}), 0u);
-  EXPECT_TRUE(asked_.empty()) << "it is there";
+  EXPECT_TRUE(source_->asked.empty()) << "it is there";
 }
 
 TEST_F(InterfacesOfASource, KnowsItselfWhichPortsAreSwitched) {
@@ -396,34 +420,18 @@ TEST_F(InterfacesOfASource, KnowsItselfWhichPortsAreSwitched) {
 
 TEST_F(InterfacesOfASource, IsAskedToDelete) {
   EXPECT_EQ(sub_interfaces(0, {{sub(7), sub(7)}}), 0u);
-  EXPECT_EQ(asked_, (std::vector<if_index_t>{sub(7)}));
+  EXPECT_EQ(source_->asked, (std::vector<if_index_t>{sub(7)}));
   EXPECT_NE(the_machine().find(sub(7)), nullptr) << "the model is the source's";
   EXPECT_TRUE(the_machine().deleted.empty());
 }
 
 TEST_F(InterfacesOfASource, IsAskedToTakeBackWhatItCreatedAndDeleted) {
-  the_machine().create_interfaces = [](std::span<const if_index_t> wanted) {
-    for (const if_index_t it : wanted) {
-      interface made;
-      made.if_index = it;
-      the_machine().add(made);
-    }
-    return note(wanted);
-  };
-  the_machine().delete_interfaces = [](std::span<const if_index_t> gone) {
-    for (const if_index_t it : gone) the_machine().remove(it);
-    return note(gone);
-  };
-  the_machine().settle = [](const interface& port, const port_settings& before) -> uint32 {
-    EXPECT_EQ(before.description, "");
-    EXPECT_EQ(port.description, "of the lab");
-    return 0;
-  };
+  use(std::make_unique<following_source>());
   begin_changes();
   ASSERT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
-  asked_.clear();
+  source_->asked.clear();
   EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
-  EXPECT_EQ(asked_, (std::vector<if_index_t>{names_.loopback + 1}));
+  EXPECT_EQ(source_->asked, (std::vector<if_index_t>{names_.loopback + 1}));
 
   the_machine().find(names_.loopback)->description = "of the lab";
   begin_changes();
@@ -433,8 +441,7 @@ TEST_F(InterfacesOfASource, IsAskedToTakeBackWhatItCreatedAndDeleted) {
 
   begin_changes();
   ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
-  answer_ = 0x40F00001;
-  the_machine().create_interfaces = note;
+  source_->answer = 0x40F00001;
   const changes_back made = take_changes_back(the_machine());
   EXPECT_TRUE(made.restored.empty());
   ASSERT_EQ(made.refused.size(), 1u);
@@ -443,7 +450,7 @@ TEST_F(InterfacesOfASource, IsAskedToTakeBackWhatItCreatedAndDeleted) {
 }
 
 TEST_F(InterfacesOfASource, RefusesWithAStatusOfItsOwn) {
-  answer_ = 0x40F00001;
+  source_->answer = 0x40F00001;
   EXPECT_EQ(sub_interfaces(1, {{sub(8), sub(8)}}), 0x40F00001u);
   EXPECT_EQ(sub_interfaces(0, {{sub(7), sub(7)}}), 0x40F00001u);
   EXPECT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0x40F00001u);

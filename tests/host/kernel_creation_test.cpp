@@ -5,6 +5,7 @@
 #include <net/if.h>
 
 #include <cerrno>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -76,9 +77,18 @@ class KernelCreation : public testing::Test {
           static_cast<uint32>(static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&request))->ifi_index));
       return delete_answer_;
     });
-    the_machine() = read_kernel_machine({});
+    read({});
   }
-  ~KernelCreation() override { the_machine() = {}; }
+  ~KernelCreation() override {
+    the_machine() = {};
+    set_source();
+  }
+
+  static void read(const wanted_interfaces& wanted) {
+    auto source = std::make_unique<kernel_source>(wanted);
+    the_machine() = source->read();
+    set_source(std::move(source));
+  }
 
   // A device that is asked for is in the next dump, unless this one is refused.
   recorded_answer create(const creation& asked) {
@@ -94,10 +104,10 @@ class KernelCreation : public testing::Test {
   }
 
   static std::string create_interfaces(const std::vector<if_index_t>& interfaces) {
-    return text_of_status(the_machine().create_interfaces(interfaces));
+    return text_of_status(the_source().create_interfaces(the_machine(), interfaces));
   }
   static std::string delete_interfaces(const std::vector<if_index_t>& interfaces) {
-    return text_of_status(the_machine().delete_interfaces(interfaces));
+    return text_of_status(the_source().delete_interfaces(the_machine(), interfaces));
   }
   static std::string text_of_status(uint32 status) {
     if (status == 0) return "";
@@ -142,7 +152,7 @@ TEST_F(KernelCreation, ASubInterfaceOfAPortThatIsOffIsOff) {
 
 TEST_F(KernelCreation, ANameThatIsTooLongIsLeftToTheKernel) {
   kernel_.tell(kLinks, link_message({.number = 20, .name = "port-of-the-lab", .flags = IFF_UP}));
-  the_machine() = read_kernel_machine({});
+  read({});
   EXPECT_EQ(create_interfaces({sub_interface(20, 5)}), "");
   ASSERT_EQ(created_.size(), 1U);
   EXPECT_EQ(created_[0].name, "");
@@ -171,7 +181,7 @@ TEST_F(KernelCreation, AUserWithoutTheRightIsNamed) {
 }
 
 TEST_F(KernelCreation, ADeviceThatTheMapGivesAnotherInterfaceIsDeletedAgain) {
-  the_machine() = read_kernel_machine({{"lo77", {.if_index = loopback(5)}}, {"swp4.5", {.if_index = loopback(6)}}});
+  read({{"lo77", {.if_index = loopback(5)}}, {"swp4.5", {.if_index = loopback(6)}}});
   EXPECT_EQ(create_interfaces({loopback(kFree)}), "the map gives the new device another interface");
   EXPECT_EQ(create_interfaces({sub_interface(kSwp4, 5)}), "the map gives the new device another interface");
   EXPECT_EQ(deleted_, (Numbers{kFree, 100}));
@@ -193,6 +203,49 @@ TEST_F(KernelCreation, OtherDevicesAreNotDeleted) {
 TEST_F(KernelCreation, ARefusedDeletionHasTheKernelsWords) {
   delete_answer_ = {EBUSY, {}, "somebody holds it"};
   EXPECT_EQ(delete_interfaces({sub_interface(kSwp3, 100)}), "somebody holds it");
+}
+
+// A dummy that a command has deleted, when it is created again.
+class KernelRestoration : public KernelCreation {
+ protected:
+  KernelRestoration() {
+    kernel_.answer(kNewLink, [this](const nlmsghdr& request) {
+      if ((request.nlmsg_flags & NLM_F_CREATE) != 0) return create(creation_in(request));
+      for_each_attribute(request, sizeof(ifinfomsg), [&](const nlattr& attribute) {
+        if (type_of(attribute) == IFLA_IFALIAS) aliases_.push_back(text_of(attribute));
+      });
+      return setting_answer_;
+    });
+    deleted_interface_ = *find(loopback(0));
+    deleted_interface_.if_index = loopback(kFree);
+    deleted_interface_.description = "of the lab";
+  }
+
+  std::string restore() { return text_of_status(the_source().restore_interface(the_machine(), deleted_interface_)); }
+
+  interface deleted_interface_;
+  std::vector<std::string> aliases_;
+  recorded_answer setting_answer_;
+};
+
+TEST_F(KernelRestoration, ADeviceIsCreatedAndSetAsTheOldOneWas) {
+  EXPECT_EQ(restore(), "");
+  EXPECT_EQ(created_, (Creations{{.number = 77, .is_up = true, .name = "lo77", .kind = "dummy"}}));
+  EXPECT_EQ(aliases_, (std::vector<std::string>{"of the lab"}));
+  ASSERT_NE(find(loopback(kFree)), nullptr);
+  EXPECT_EQ(find(loopback(kFree))->description, "of the lab");
+}
+
+TEST_F(KernelRestoration, WhatTheKernelRefusesIsTheStatus) {
+  setting_answer_ = {EBUSY, {}, "not now"};
+  EXPECT_EQ(restore(), "not now");
+  EXPECT_EQ(aliases_.size(), 1U);
+
+  deleted_interface_.if_index = loopback(kFree + 1);
+  refused_ = 2;
+  refusal_ = {EBUSY, {}, "no more of these"};
+  EXPECT_EQ(restore(), "no more of these");
+  EXPECT_EQ(aliases_.size(), 1U);
 }
 
 TEST(KernelCreated, DummiesByTheirNumberAndVlanDevicesOfPorts) {

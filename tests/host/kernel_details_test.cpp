@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <memory>
 
 #include "host/recorded_switch.h"
 #include "host/stopped_clock.h"
@@ -22,7 +23,6 @@
 #include "service/port_manager_messages.h"
 #include "service/services.h"
 #include "service/statistics_messages.h"
-#include "source/kernel/details.h"
 #include "source/kernel/kernel_source.h"
 #include "switch/clock.h"
 #include "switch/if_index_layout.h"
@@ -47,13 +47,20 @@ if_index_t port_of(uint32 device) { return ethernet_index(IF_TYPE_ETHERNET, 0, d
 class KernelRecording : public testing::Test {
  protected:
   KernelRecording() { record_switch(kernel_); }
-  ~KernelRecording() override { the_machine() = {}; }
+  ~KernelRecording() override {
+    the_machine() = {};
+    set_source();
+  }
 
   // The machine as a command finds it.
-  void read() { the_machine() = read_kernel_machine({}); }
+  void read(const std::string& baseline_file = {}) {
+    auto source = std::make_unique<kernel_source>(wanted_interfaces{}, baseline_file);
+    the_machine() = source->read();
+    set_source(std::move(source));
+  }
   void next_command() {
-    refresh_kernel_machine();  // the first one takes what was read
-    refresh_kernel_machine();
+    the_source().refresh(the_machine());  // the first one takes what was read
+    the_source().refresh(the_machine());
   }
 
   const interface& device(uint32 number) {
@@ -457,7 +464,7 @@ TEST_F(KernelRecording, CountersThatADriverTellsAreInTheRecord) {
 
 // ---- What nobody tells ----------------------------------------------------------------------------------------------
 
-bool is_unknown(uint32 device, std::string_view field) { return the_machine().is_unknown(port_of(device), field); }
+bool is_unknown(uint32 device, std::string_view field) { return the_source().is_unknown(port_of(device), field); }
 
 TEST_F(KernelRecording, WhatADriverDoesNotCountIsUnknown) {
   read();
@@ -469,7 +476,7 @@ TEST_F(KernelRecording, WhatADriverDoesNotCountIsUnknown) {
   EXPECT_TRUE(is_unknown(kSwp2, "symbol_errors"));
   EXPECT_TRUE(is_unknown(kVeth0, "symbol_errors"));
   EXPECT_TRUE(is_unknown(kVeth0, "output_packets_65_to_127_bytes"));
-  EXPECT_TRUE(the_machine().is_unknown(0, "symbol_errors"));
+  EXPECT_TRUE(the_source().is_unknown(0, "symbol_errors"));
 }
 
 TEST_F(KernelRecording, WhatNoDeviceHasIsUnknownOfAll) {
@@ -477,7 +484,7 @@ TEST_F(KernelRecording, WhatNoDeviceHasIsUnknownOfAll) {
   for (const char* const field : {"delay_usec", "debounce_msec", "last_link_flapped", "output_cos3_lost",
                                   "layer3_input_routed_bytes", "unicast_level_percent"}) {
     EXPECT_TRUE(is_unknown(kSwp1, field)) << field;
-    EXPECT_TRUE(the_machine().is_unknown(0, field)) << field;
+    EXPECT_TRUE(the_source().is_unknown(0, field)) << field;
   }
 }
 
@@ -486,7 +493,7 @@ TEST_F(KernelRecording, WhatEveryDeviceTellsIsKnown) {
   for (const char* const field : {"input_bytes", "input_packets", "output_errors", "input_discards", "collision_errors",
                                   "lost_carrier_errors", "state", "description", "input_multicast_packets"}) {
     EXPECT_FALSE(is_unknown(kVeth0, field)) << field;
-    EXPECT_FALSE(the_machine().is_unknown(0, field)) << field;
+    EXPECT_FALSE(the_source().is_unknown(0, field)) << field;
   }
 }
 
@@ -495,8 +502,8 @@ TEST_F(KernelRecording, ASpeedIsKnownWhereOneIsTold) {
   EXPECT_FALSE(is_unknown(kSwp3, "speed_mbps"));
   EXPECT_FALSE(is_unknown(kSwp3, "bandwidth_kbps"));
   EXPECT_FALSE(is_unknown(kSwp3, "duplex"));
-  EXPECT_TRUE(the_machine().is_unknown(numbered_index(IF_TYPE_LOOPBACK, 0), "speed_mbps"));
-  EXPECT_TRUE(the_machine().is_unknown(numbered_index(IF_TYPE_LOOPBACK, 0), "duplex"));
+  EXPECT_TRUE(the_source().is_unknown(numbered_index(IF_TYPE_LOOPBACK, 0), "speed_mbps"));
+  EXPECT_TRUE(the_source().is_unknown(numbered_index(IF_TYPE_LOOPBACK, 0), "duplex"));
   EXPECT_FALSE(is_unknown(kSwp3, "mtu_bytes"));
 }
 
@@ -508,7 +515,7 @@ TEST_F(KernelRecording, RatesAreKnownFromTheSecondReadingOn) {
   clock_advance(10);
   statistics_of(kSwp6);
   EXPECT_FALSE(is_unknown(kSwp6, "input_rate_pps"));
-  EXPECT_TRUE(the_machine().is_unknown(0, "input_rate_pps"));
+  EXPECT_TRUE(the_source().is_unknown(0, "input_rate_pps"));
 }
 
 // Lets the driver of swp1 tell these counters and nothing else.
@@ -612,18 +619,17 @@ TEST_F(KernelRecording, CountersAreAskedForOnceForAllPorts) {
 // By the file that other shells read too, so that nothing stays cleared behind the test.
 TEST_F(KernelRecording, CountersThatAreClearedCountFromThereOn) {
   const std::string path = testing::TempDir() + "details-" + std::to_string(getpid());
-  keep_cleared_counters_in(path);
   const auto tell_symbols = [this](uint64 errors) {
     tell_counters(kernel_, {{ETHTOOL_STATS_ETH_PHY, {{ETHTOOL_A_STATS_ETH_PHY_5_SYM_ERR, errors}}}});
     next_command();
   };
-  read();
+  read(path);
   tell_symbols(50);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 50U);
   EXPECT_EQ(status_of(serve_statistics(STATS_OPC_CLEAR_PORT, bytes_in(interface_request{port_of(kSwp1)}))), 0);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 0U);
   EXPECT_EQ(statistics_of(kSwp1).mac.ctrl.rx_pause, 0U);
-  EXPECT_EQ(write_cleared_counters(), 0);
+  EXPECT_EQ(the_source().write_baselines(), 0);
   tell_symbols(57);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 7U);
   EXPECT_EQ(statistics_of(kSwp1).mac.ctrl.rx_pause, 0U);
@@ -632,7 +638,6 @@ TEST_F(KernelRecording, CountersThatAreClearedCountFromThereOn) {
   std::remove(path.c_str());
   tell_symbols(58);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 58U);
-  keep_cleared_counters_in("");
 }
 
 // ---- A kernel in trouble --------------------------------------------------------------------------------------------
@@ -786,7 +791,7 @@ TEST_F(KernelRecording, ADeviceThatIsGoneForTheNextCommandHasNoDetails) {
   interface left_over;
   left_over.if_index = gone;
   for (const detail wanted : {detail::link_fault, detail::module, detail::diagnostics, detail::counters})
-    read_details(left_over, wanted);
+    the_source().complete(left_over, wanted);
   EXPECT_FALSE(left_over.module_in_port);
   EXPECT_EQ(kernel_.times_asked(kModules) + kernel_.times_asked(kCounters), 0U);
 }
@@ -798,7 +803,7 @@ TEST_F(KernelRecording, AnswersThatAreCutAtEachByteAreSafe) {
     read();
     for (interface& it : the_machine().interfaces) {
       for (const detail wanted : {detail::link_fault, detail::module, detail::diagnostics, detail::counters})
-        the_machine().complete(it, wanted);
+        the_source().complete(it, wanted);
       EXPECT_TRUE(it.oper_speed_mbps == 0 || it.oper_speed_mbps == 1000 || it.oper_speed_mbps == 10'000 ||
                   it.oper_speed_mbps == 40'000)
           << kernel_.longest;

@@ -15,8 +15,8 @@
 
 #include "host/temporary_file.h"
 #include "platform/port_manager.h"
-#include "source/chassis/switch_file.h"
 #include "source/kernel/ethtool.h"
+#include "source/yaml/yaml_file_error.h"
 #include "switch/if_index_layout.h"
 
 namespace host {
@@ -315,7 +315,7 @@ std::string complaint_about(const std::string& text) {
   const temporary_file file(text);
   try {
     read_map_file(file.path());
-  } catch (const switch_file_error& error) {
+  } catch (const yaml_file_error& error) {
     const std::string complaint = error.what();
     return complaint.starts_with(file.path()) ? complaint.substr(file.path().size()) : complaint;
   }
@@ -328,7 +328,7 @@ TEST(KernelMap, AWrongFileIsNamedWithItsLine) {
     EXPECT_NE(complaint_about(wrong).find(":2"), std::string::npos) << wrong << complaint_about(wrong);
   EXPECT_NE(complaint_about("eth0: [\n"), "");
   EXPECT_NE(complaint_about("just a text\n"), "");
-  EXPECT_THROW(read_map_file("/no/such/file"), switch_file_error);
+  EXPECT_THROW(read_map_file("/no/such/file"), yaml_file_error);
 }
 
 // ---- The machine ----------------------------------------------------------------------------------------------------

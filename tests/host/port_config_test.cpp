@@ -16,6 +16,7 @@
 #include "switch/change_journal.h"
 #include "switch/if_index_layout.h"
 #include "switch/interface_name.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -221,30 +222,40 @@ TEST_F(PortConfig, TheLastCommandIsTakenBackAsAWhole) {
 // ---- A source that has the last word
 
 constexpr uint32 kRefusal = 0x40F10000;
-std::vector<uint16> mtus_before;
 
-uint32 refuse_large_packets(const interface& port, const port_settings& before) {
-  mtus_before.push_back(before.mtu_bytes);
-  return port.mtu_bytes > 4000 ? kRefusal : 0;
+struct source_of_small_packets : switch_source {
+  uint32 apply_settings(const interface& port, const port_settings& before) override {
+    mtus_before.push_back(before.mtu_bytes);
+    return port.mtu_bytes > 4000 ? kRefusal : 0;
+  }
+  bool hands_settings_to_members() const override { return true; }
+
+  std::vector<uint16> mtus_before;
+};
+
+source_of_small_packets& use_source_of_small_packets() {
+  auto made = std::make_unique<source_of_small_packets>();
+  source_of_small_packets& used = *made;
+  set_source(std::move(made));
+  return used;
 }
 
 TEST_F(PortConfig, WhatTheSourceRefusesIsNotSet) {
-  mtus_before.clear();
-  the_machine().settle = refuse_large_packets;
+  const source_of_small_packets& source = use_source_of_small_packets();
   begin_changes();
   const port_settings as_made = port(names_.third_port);
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA1}), kRefusal);
   EXPECT_EQ(static_cast<const port_settings&>(port(names_.third_port)), as_made);
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA0}), 0U);
   EXPECT_EQ(port(names_.third_port).mtu_bytes, 4000);
-  EXPECT_EQ(mtus_before, (std::vector<uint16>{as_made.mtu_bytes, as_made.mtu_bytes}));
+  EXPECT_EQ(source.mtus_before, (std::vector<uint16>{as_made.mtu_bytes, as_made.mtu_bytes}));
 }
 
 TEST_F(PortConfig, TheSourceDecidesWhatMembersMayBeSetTo) {
   interface& member = *the_machine().find(names_.third_port);
   member.channel = names_.channel;
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0B, 0xB8}), uint32{PM_ERR_PORT_IN_CHANNEL});
-  the_machine().settle = refuse_large_packets;
+  use_source_of_small_packets();
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0B, 0xB8}), 0U);
   EXPECT_EQ(member.mtu_bytes, 3000);
   EXPECT_EQ(set_one(names_.channel, PM_CFG_MTU, {0, 0, 0x0F, 0xA0}), 0U);
@@ -255,7 +266,7 @@ TEST_F(PortConfig, WhatTheSourceRefusesToTakeBackStays) {
   the_machine().find(names_.third_port)->mtu_bytes = 9000;
   begin_changes();
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA0}), 0U);
-  the_machine().settle = refuse_large_packets;
+  use_source_of_small_packets();
   EXPECT_EQ(changed_ports(), (std::vector<if_index_t>{names_.third_port}));
   const changes_back made = take_changes_back(the_machine());
   EXPECT_TRUE(made.restored.empty());

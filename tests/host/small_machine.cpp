@@ -6,6 +6,7 @@
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
 #include "switch/if_index_layout.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -151,6 +152,7 @@ small_machine install_small_machine() {
   std::sort(small.interfaces.begin(), small.interfaces.end(),
             [](const interface& a, const interface& b) { return a.if_index < b.if_index; });
   the_machine() = std::move(small);
+  set_source();
 
   interface& second = *the_machine().find(names.second_port);
   second.channel = names.channel;

@@ -42,7 +42,7 @@ std::string refusal(const std::string& content) {
   const temporary_file file(content);
   try {
     load_switch_file(file.path(), kNow);
-  } catch (const switch_file_error& error) {
+  } catch (const yaml_file_error& error) {
     const std::string text = error.what();
     EXPECT_EQ(text.substr(0, file.path().size() + 1), file.path() + ":");
     return text.substr(file.path().size() + 1);
@@ -457,13 +457,13 @@ TEST(WrongSwitchFile, MissingFileAndFolderAreRefused) {
   try {
     load_switch_file("no/such/file.yaml", kNow);
     ADD_FAILURE() << "accepted";
-  } catch (const switch_file_error& error) {
+  } catch (const yaml_file_error& error) {
     EXPECT_STREQ(error.what(), "no/such/file.yaml: No such file or directory");
   }
   try {
     load_switch_file("/", kNow);
     ADD_FAILURE() << "accepted";
-  } catch (const switch_file_error& error) {
+  } catch (const yaml_file_error& error) {
     EXPECT_STREQ(error.what(), "/: Is a directory");
   }
 }

@@ -3,12 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 #include "host/loopback_device.h"
 #include "host/stopped_clock.h"
 #include "host/temporary_file.h"
 #include "platform/port_manager.h"
+#include "source/chassis/chassis_source.h"
 #include "source/chassis/switch_file.h"
 #include "switch/if_index_layout.h"
 #include "switch/link.h"
@@ -22,7 +24,10 @@ constexpr std::time_t kStart = 1'700'000'000;  // 200 seconds behind a multiple 
 class Traffic : public testing::Test {
  protected:
   // A switch that starts at this moment.
-  static void install(const std::string& file) { the_machine() = load_switch_file(temporary_file(file).path()); }
+  static void install(const std::string& file) {
+    the_machine() = load_switch_file(temporary_file(file).path());
+    set_source(std::make_unique<chassis_source>());
+  }
 
   // One port, eth1/1, with this traffic. It has had none before now.
   static void install_port(const std::string& attributes) {

@@ -4,11 +4,13 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <memory>
 
 #include "platform/cmd_channel.h"
 #include "session/captured_command.h"
 #include "shell/output/rendering.h"
 #include "switch/if_index_layout.h"
+#include "switch/source.h"
 
 namespace session {
 namespace {
@@ -48,16 +50,18 @@ TEST(Placeholders, OtherPercentSignsAreLiteral) {
   EXPECT_EQ(command.finish(), "UcastSupp %      McastSupp %\n100%, %d %5.s %--3s %% 7%\n");
 }
 
-// Nobody knows the MTU of Ethernet1/10; of others it is known.
-bool is_mtu_unknown(if_index_t if_index, std::string_view field) {
-  return field == "mtu_bytes" && (if_index == kEthernet1_10 || if_index == 0);
-}
+// Lacks the MTU of Ethernet1/10.
+struct source_without_mtu : host::switch_source {
+  bool is_unknown(if_index_t if_index, std::string_view field) override {
+    return field == "mtu_bytes" && (if_index == kEthernet1_10 || if_index == 0);
+  }
+  bool knows_all_fields() const override { return false; }
+};
 
 TEST(Placeholders, WhatNobodyKnowsIsADash) {
   const uint32 number = 1500;
-  host::output_settings settings;
-  settings.is_unknown = is_mtu_unknown;
-  captured_command command(settings);
+  host::set_source(std::make_unique<source_without_mtu>());
+  captured_command command;
   const auto row = [&](if_index_t if_index) {
     command.output().begin_interface("a port", if_index);
     cmd_prt(command.channel(), "[%8s|%-6s|%s]\n", cmd_tuple(0x142A0278, &number), cmd_tuple(0x142A0278, &number),
@@ -68,6 +72,7 @@ TEST(Placeholders, WhatNobodyKnowsIsADash) {
   row(kEthernet1_10 + 0x1000);
   row(0);
   EXPECT_EQ(command.finish(), "[      --|--    |1500]\n[    1500|1500  |1500]\n[    1500|1500  |1500]\n");
+  host::set_source();
 }
 
 TEST(Placeholders, SixteenTuplesOfOneCallKeepTheirValues) {

@@ -11,6 +11,7 @@
 #include "shell/output/printable.h"
 #include "shell/output/rendering.h"
 #include "shell/print_error.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -116,9 +117,9 @@ void command_output::bind(const cmd_tuple_t& tuple) {
 }
 
 bool command_output::is_unknown(const cmd_tuple_t& tuple) const {
-  if (settings_.is_unknown == nullptr || if_index_ == 0) return false;
+  if (if_index_ == 0 || the_source().knows_all_fields()) return false;
   const field* const meaning = find_field(tuple.id);
-  return meaning != nullptr && is_perhaps_unknown(*meaning) && settings_.is_unknown(if_index_, meaning->name);
+  return meaning != nullptr && is_perhaps_unknown(*meaning) && the_source().is_unknown(if_index_, meaning->name);
 }
 
 // Asked once for each field: most are always known.
@@ -126,7 +127,7 @@ bool command_output::is_perhaps_unknown(const field& meaning) const {
   enum : uint8 { kNotAsked, kKnown, kPerhapsUnknown };
   perhaps_unknown_.resize(schema().size(), kNotAsked);
   uint8& answer = perhaps_unknown_[static_cast<std::size_t>(&meaning - schema().data())];
-  if (answer == kNotAsked) answer = settings_.is_unknown(0, meaning.name) ? kPerhapsUnknown : kKnown;
+  if (answer == kNotAsked) answer = the_source().is_unknown(0, meaning.name) ? kPerhapsUnknown : kKnown;
   return answer == kPerhapsUnknown;
 }
 

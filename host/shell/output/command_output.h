@@ -27,17 +27,16 @@ using value_sink = std::function<void(if_index_t, const cmd_tuple_t&)>;
 
 struct output_settings {
   int descriptor = 1;
-  bool to_terminal = false;                                          // lines are shown as soon as they are complete
-  bool paged = false;                                                // stops at the end of each screen
-  bool structured = false;                                           // as a document
-  bool coloured = false;                                             // alarms and warnings of marked displays
-  display shown{};                                                   // of the command; used by the structured form
-  std::string_view command{};                                        // for the document
-  bool (*is_cancelled)() = nullptr;                                  // further output is discarded once it returns true
-  output_sink sink{};                                                // takes the output in place of the descriptor
-  bool sinks_errors = false;                                         // the errors, too
-  value_sink on_value{};                                             // hears of each value that is bound
-  bool (*is_unknown)(if_index_t, std::string_view field) = nullptr;  // as machine::is_unknown; null: all is known
+  bool to_terminal = false;             // lines are shown as soon as they are complete
+  bool paged = false;                   // stops at the end of each screen
+  bool structured = false;              // as a document
+  bool coloured = false;                // alarms and warnings of marked displays
+  display shown{};                      // of the command; used by the structured form
+  std::string_view command{};           // for the document
+  bool (*is_cancelled)() = nullptr;     // further output is discarded once it returns true
+  output_sink sink{};                   // takes the output in place of the descriptor
+  bool sinks_errors = false;            // the errors, too
+  value_sink on_value{};                // hears of each value that is bound
   traffic_readings* traffic = nullptr;  // learns which interfaces are shown; records get their rates
 };
 

@@ -6,7 +6,7 @@
 #include "platform/card_config.h"
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
-#include "source/chassis/yaml_value.h"
+#include "source/yaml/yaml_value.h"
 #include "switch/model.h"
 
 namespace host {

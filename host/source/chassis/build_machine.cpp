@@ -63,7 +63,6 @@ class builder {
     refuse_mixed_channels();
     for (interface& port : result().interfaces) derive_bandwidth(port);
     for (interface& port : result().interfaces) inherit_from_parent(port);
-    result().follow_traffic = follow_traffic;
     for (std::size_t i = 0; i < placed_.size(); ++i)
       start_traffic(draft_.interfaces[placed_[i].entry], result().interfaces[i]);
     result().save_startup();

@@ -205,7 +205,6 @@ machine make_giant(uint32 ports, std::time_t now) {
   giant.name = "giant-" + std::to_string(ports);
   giant.chassis_type = CHASSIS_10;
   giant.num_slots = std::max(size.slots(), 1U);
-  giant.follow_traffic = follow_traffic;
   giant.mgmt_device = "eth0";
   for (uint32 slot = 0; slot < size.slots(); ++slot)
     giant.cards.push_back({.slot = slot, .card_type = 100, .model = "LC-GIANT"});

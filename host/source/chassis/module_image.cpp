@@ -149,12 +149,6 @@ std::vector<uint8> module_image(std::string_view medium, if_index_t port) {
   return {};
 }
 
-bool has_diagnostics(const std::vector<uint8>& image) {
-  constexpr std::size_t kMonitoringType = 92;
-  constexpr uint8 kImplemented = 0x40;
-  return image.size() > kMonitoringType && (image[kMonitoringType] & kImplemented) != 0;
-}
-
 std::vector<uint8> read_image(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw std::runtime_error("cannot be read");

@@ -14,9 +14,6 @@ namespace host {
 // an X2's. Empty for a medium that has none.
 std::vector<uint8> module_image(std::string_view medium, if_index_t port);
 
-// Whether the page says that the module has diagnostics.
-bool has_diagnostics(const std::vector<uint8>& image);
-
 // The bytes of a file: hexadecimal digits with blanks between and "#" comments when its name ends in ".hex", else as
 // they are. Throws std::runtime_error with a reason.
 std::vector<uint8> read_image(const std::string& path);

@@ -14,7 +14,7 @@ struct placed_interface {
   std::size_t entry;  // position among the entries
 };
 
-// All interfaces of the entries, sorted by index. Throws switch_file_error for ranges that no switch has and for
+// All interfaces of the entries, sorted by index. Throws yaml_file_error for ranges that no switch has and for
 // interfaces that are described twice.
 std::vector<placed_interface> place_interfaces(const std::vector<interface_draft>& entries, const std::string& path);
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "source/chassis/traffic.h"
-#include "source/chassis/yaml_value.h"
+#include "source/yaml/yaml_value.h"
 #include "switch/interface_name.h"
 #include "switch/model.h"
 

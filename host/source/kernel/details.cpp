@@ -4,45 +4,15 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <map>
 
 #include "platform/if_index.h"
 #include "platform/port_manager.h"
-#include "source/kernel/ethtool.h"
 #include "source/kernel/ethtool_ioctl.h"
-#include "source/kernel/module.h"
 #include "source/kernel/sorted_records.h"
 #include "switch/if_index_layout.h"
 
 namespace host {
 namespace {
-
-struct known_device {
-  if_index_t if_index = 0;
-  uint32 number = 0;  // the kernel's
-  std::string name;
-  std::optional<pause_settings> pause;
-  told_counters cleared = {};  // counts no more
-  bool has_module_read = false;
-  bool has_diagnostics_read = false;
-};
-
-struct {
-  std::vector<known_device> hardware;  // sorted by interface; other devices have no details
-  std::optional<ethtool_socket> ethtool;
-  std::optional<link_faults> faults;
-  std::optional<std::map<uint32, told_counters>> counted;
-  bool modules_are_closed = false;  // to this user
-} the_details;
-
-known_device* find_hardware(if_index_t if_index) {
-  return find_by<&known_device::if_index>(the_details.hardware, if_index);
-}
-
-ethtool_socket& ethtool() {
-  if (!the_details.ethtool) the_details.ethtool.emplace();
-  return *the_details.ethtool;
-}
 
 // ---- Why a link is down ---------------------------------------------------------------------------------------------
 
@@ -69,43 +39,6 @@ uint8 reason_of(const link_fault& fault) {
   for (const fault_reason& row : kFaultReasons)
     if (row.state == fault.state && (row.substate == kAnySubstate || row.substate == fault.substate)) return row.reason;
   return kReasonNotConnected;
-}
-
-void read_fault(const known_device& device, interface& port) {
-  if (port.state_reason != kReasonNotConnected) return;
-  if (!the_details.faults) the_details.faults = read_link_faults(ethtool());
-  const auto fault = the_details.faults->find(device.number);
-  if (fault != the_details.faults->end()) port.state_reason = reason_of(fault->second);
-}
-
-// ---- Modules --------------------------------------------------------------------------------------------------------
-
-// By netlink; by ioctl from a kernel that does not know the message. Who may not read modules is told so once.
-page_reader reader_of(const known_device& device) {
-  return [&device](const module_place& place) {
-    if (the_details.modules_are_closed) return std::vector<uint8>{};
-    int error = 0;
-    std::vector<uint8> page = read_module_page(ethtool(), device.number, place, error);
-    the_details.modules_are_closed = error == EPERM;
-    const bool has_no_message = error == EOPNOTSUPP || error == ENOENT;
-    return has_no_message ? read_module_page_by_ioctl(device.name, place) : page;
-  };
-}
-
-// One request for each port: a dump would end at the first empty cage, and reading the memory of a module takes far
-// longer than the request for it.
-void read_module_of(known_device& device, interface& port) {
-  if (device.has_module_read) return;
-  device.has_module_read = true;
-  port.module_in_port = read_module(reader_of(device));
-  if (port.module_in_port) port.capabilities.transceiver = true;
-}
-
-void read_diagnostics_of(known_device& device, interface& port) {
-  read_module_of(device, port);
-  if (device.has_diagnostics_read || !port.module_in_port) return;
-  device.has_diagnostics_read = true;
-  read_module_diagnostics(reader_of(device), *port.module_in_port);
 }
 
 // ---- Counters -------------------------------------------------------------------------------------------------------
@@ -155,18 +88,6 @@ void take_told(const told_counters& told, statistics& stats) {
   take_sizes(told, kToldSentBySize, stats.out);
 }
 
-// What the device counts now.
-told_counters counters_of(const known_device& device) {
-  if (!the_details.counted) the_details.counted = read_told_counters(ethtool());
-  const auto found = the_details.counted->find(device.number);
-  told_counters told = found != the_details.counted->end() ? found->second : told_counters{};
-  if (device.pause) {
-    told[kToldPausesReceived] = device.pause->received_frames;
-    told[kToldPausesSent] = device.pause->sent_frames;
-  }
-  return told;
-}
-
 // What came since a clear. A device that has counted less than then was made anew: it counts from its own start.
 told_counters since(const told_counters& now, const told_counters& cleared) {
   told_counters came = now;
@@ -182,24 +103,79 @@ bool is_counted_here(if_index_t if_index) { return take_apart(if_index).type != 
 
 }  // namespace
 
-void note_devices(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped) {
-  the_details.ethtool.reset();
-  the_details.faults.reset();
-  the_details.counted.reset();
-  the_details.modules_are_closed = false;
-  the_details.hardware.clear();
-  for_each_mapped(links, mapped, [](const mapped_device& it, const kernel_link& link) {
-    if (is_physical(link))
-      the_details.hardware.push_back(
-          {.if_index = it.if_index, .number = it.number, .name = it.device, .pause = link.pause});
-  });
-  sort_by<&known_device::if_index>(the_details.hardware);
+device_details::known_device* device_details::find_hardware(if_index_t if_index) {
+  return find_by<&known_device::if_index>(hardware_, if_index);
 }
 
-void read_details(interface& port, detail wanted) {
+ethtool_socket& device_details::ethtool() {
+  if (!ethtool_) ethtool_.emplace();
+  return *ethtool_;
+}
+
+void device_details::read_fault(const known_device& device, interface& port) {
+  if (port.state_reason != kReasonNotConnected) return;
+  if (!faults_) faults_ = read_link_faults(ethtool());
+  const auto fault = faults_->find(device.number);
+  if (fault != faults_->end()) port.state_reason = reason_of(fault->second);
+}
+
+// By netlink; by ioctl from a kernel that does not know the message. Who may not read modules is told so once.
+page_reader device_details::reader_of(const known_device& device) {
+  return [this, &device](const module_place& place) {
+    if (modules_are_closed_) return std::vector<uint8>{};
+    int error = 0;
+    std::vector<uint8> page = read_module_page(ethtool(), device.number, place, error);
+    modules_are_closed_ = error == EPERM;
+    const bool has_no_message = error == EOPNOTSUPP || error == ENOENT;
+    return has_no_message ? read_module_page_by_ioctl(device.name, place) : page;
+  };
+}
+
+// One request for each port: a dump would end at the first empty cage, and reading the memory of a module takes far
+// longer than the request for it.
+void device_details::read_module_of(known_device& device, interface& port) {
+  if (device.has_module_read) return;
+  device.has_module_read = true;
+  port.module_in_port = read_module(reader_of(device));
+  if (port.module_in_port) port.capabilities.transceiver = true;
+}
+
+void device_details::read_diagnostics_of(known_device& device, interface& port) {
+  read_module_of(device, port);
+  if (device.has_diagnostics_read || !port.module_in_port) return;
+  device.has_diagnostics_read = true;
+  read_module_diagnostics(reader_of(device), *port.module_in_port);
+}
+
+// What the device counts now.
+told_counters device_details::counters_of(const known_device& device) {
+  if (!counted_) counted_ = read_told_counters(ethtool());
+  const auto found = counted_->find(device.number);
+  told_counters told = found != counted_->end() ? found->second : told_counters{};
+  if (device.pause) {
+    told[kToldPausesReceived] = device.pause->received_frames;
+    told[kToldPausesSent] = device.pause->sent_frames;
+  }
+  return told;
+}
+
+void device_details::begin(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped) {
+  ethtool_.reset();
+  faults_.reset();
+  counted_.reset();
+  modules_are_closed_ = false;
+  hardware_.clear();
+  for_each_mapped(links, mapped, [this](const mapped_device& it, const kernel_link& link) {
+    if (is_physical(link))
+      hardware_.push_back({.if_index = it.if_index, .number = it.number, .name = it.device, .pause = link.pause});
+  });
+  sort_by<&known_device::if_index>(hardware_);
+}
+
+void device_details::complete(interface& port, detail needed) {
   known_device* const device = find_hardware(port.if_index);
   if (device == nullptr) return;
-  switch (wanted) {
+  switch (needed) {
     case detail::link_fault: return read_fault(*device, port);
     case detail::driver: port.capabilities.model = driver_of(device->name); return;
     case detail::module: return read_module_of(*device, port);
@@ -210,19 +186,19 @@ void read_details(interface& port, detail wanted) {
   }
 }
 
-bool is_told_by_driver(if_index_t if_index, told_counter counter) {
+bool device_details::is_told_by_driver(if_index_t if_index, told_counter counter) {
   const known_device* const device = find_hardware(if_index);
   return device != nullptr && counters_of(*device)[counter].has_value();
 }
 
-told_counters clear_details(const interface& port) {
+told_counters device_details::clear(const interface& port) {
   known_device* const device = find_hardware(port.if_index);
   if (device == nullptr) return {};
   device->cleared = counters_of(*device);
   return device->cleared;
 }
 
-void begin_details_at(if_index_t if_index, const told_counters& cleared) {
+void device_details::begin_at(if_index_t if_index, const told_counters& cleared) {
   if (known_device* const device = find_hardware(if_index); device != nullptr) device->cleared = cleared;
 }
 

@@ -2,27 +2,59 @@
 // link faults and further counters by one dump for all ports.
 #pragma once
 
+#include <map>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "source/kernel/device_map.h"
 #include "source/kernel/ethtool.h"
-#include "switch/model.h"
+#include "source/kernel/module.h"
+#include "switch/source.h"
 
 namespace host {
 
-// Takes note of the devices that a command begins with. What was read of details before is dropped.
-void note_devices(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped);
+class device_details {
+ public:
+  // Takes note of the devices that a command begins with. What was read of details before is dropped.
+  void begin(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped);
 
-// Completes an interface (machine::read_details). What the kernel does not tell stays as it is.
-void read_details(interface& port, detail wanted);
+  // Completes an interface (switch_source::complete). What the kernel does not tell stays as it is.
+  void complete(interface& port, detail needed);
 
-// Whether the driver of an interface's device has a counter.
-bool is_told_by_driver(if_index_t if_index, told_counter counter);
+  // Whether the driver of an interface's device has a counter.
+  bool is_told_by_driver(if_index_t if_index, told_counter counter);
 
-// Lets the further counters of an interface start from 0. Returns what they are now.
-told_counters clear_details(const interface& port);
+  // Lets the further counters of an interface start from 0. Returns what they are now.
+  told_counters clear(const interface& port);
 
-// Lets them start from what they were once, for this command.
-void begin_details_at(if_index_t if_index, const told_counters& cleared);
+  // Lets them start from what they were once, for this command.
+  void begin_at(if_index_t if_index, const told_counters& cleared);
+
+ private:
+  struct known_device {
+    if_index_t if_index = 0;
+    uint32 number = 0;  // the kernel's
+    std::string name;
+    std::optional<pause_settings> pause;
+    told_counters cleared = {};  // counts no more
+    bool has_module_read = false;
+    bool has_diagnostics_read = false;
+  };
+
+  known_device* find_hardware(if_index_t if_index);
+  ethtool_socket& ethtool();
+  void read_fault(const known_device& device, interface& port);
+  page_reader reader_of(const known_device& device);
+  void read_module_of(known_device& device, interface& port);
+  void read_diagnostics_of(known_device& device, interface& port);
+  told_counters counters_of(const known_device& device);
+
+  std::vector<known_device> hardware_;  // sorted by interface; other devices have no details
+  std::optional<ethtool_socket> ethtool_;
+  std::optional<link_faults> faults_;
+  std::optional<std::map<uint32, told_counters>> counted_;
+  bool modules_are_closed_ = false;  // to this user
+};
 
 }  // namespace host

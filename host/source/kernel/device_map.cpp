@@ -6,9 +6,9 @@
 #include <fstream>
 #include <set>
 
-#include "source/chassis/switch_file.h"
-#include "source/chassis/yaml_value.h"
 #include "source/kernel/sorted_records.h"
+#include "source/yaml/yaml_file_error.h"
+#include "source/yaml/yaml_value.h"
 #include "switch/interface_name.h"
 
 namespace host {
@@ -63,7 +63,7 @@ if_index_t sub_interface_index(const kernel_link& link, const std::vector<mapped
 
 wanted_interfaces read_map_file(const std::string& path) {
   std::ifstream file(path);
-  if (!file) throw switch_file_error(path + ": cannot be read");
+  if (!file) throw yaml_file_error(path + ": cannot be read");
   YAML::Node document;
   try {
     document = YAML::Load(file);

@@ -21,7 +21,7 @@ struct wanted_interface {
 };
 using wanted_interfaces = std::map<std::string, wanted_interface>;
 
-// Reads a map file: "DEVICE: INTERFACE" or "DEVICE: {interface: INTERFACE, routed: yes}". Throws switch_file_error.
+// Reads a map file: "DEVICE: INTERFACE" or "DEVICE: {interface: INTERFACE, routed: yes}". Throws yaml_file_error.
 wanted_interfaces read_map_file(const std::string& path);
 
 struct mapped_device {

@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 #include <numeric>
+#include <utility>
 
 #include "platform/interface_manager.h"
 #include "platform/platform_data.h"
@@ -16,9 +16,7 @@
 #include "platform/port_manager.h"
 #include "platform/syserr.h"
 #include "source/kernel/abilities.h"
-#include "source/kernel/baselines.h"
 #include "source/kernel/creation.h"
-#include "source/kernel/details.h"
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
 #include "source/kernel/sorted_records.h"
@@ -41,28 +39,6 @@ enum : uint8 {
   kReasonParentDown = 26
 };
 constexpr uint32 kCardType = 1;
-
-struct device_reading {
-  if_index_t if_index = 0;
-  uint32 number = 0;  // of the device
-  device_counters counted;
-  device_counters cleared_at;
-  uint32 cleared_sec = 0;
-};
-
-struct {
-  wanted_interfaces wanted;
-  std::vector<kernel_link> links;
-  std::vector<mapped_device> mapped;
-  std::vector<device_reading> counted;         // as the kernel told it last, sorted by interface
-  std::map<if_index_t, device_memory> memory;  // for rates
-  counter_baselines baselines;
-  bool is_fresh = false;
-} the_kernel;
-
-device_reading* find_reading(if_index_t if_index) {
-  return find_by<&device_reading::if_index>(the_kernel.counted, if_index);
-}
 
 // ---- State ----------------------------------------------------------------------------------------------------------
 
@@ -135,170 +111,9 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   if (port.is_created && link.kind == "vlan") port.configured.set(PM_CFG_MTU);  // a new one has its parent's
 }
 
-// ---- Settings -------------------------------------------------------------------------------------------------------
-
-uint32 settle(const interface& port, const port_settings& before) {
-  const auto device_of = [](if_index_t if_index) {
-    const device_reading* const reading = find_reading(if_index);
-    return reading == nullptr ? nullptr : find_by<&mapped_device::number>(the_kernel.mapped, reading->number);
-  };
-  const mapped_device* const it = device_of(port.if_index);
-  if (it == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
-  const mapped_device* const bond = device_of(port.channel);
-  return settle_device({.number = it->number,
-                        .name = it->device,
-                        .is_bridge_port = it->is_bridge_port,
-                        .bond = bond == nullptr ? 0 : bond->number},
-                       port, before);
-}
-
-// ---- Counters -------------------------------------------------------------------------------------------------------
-
-bool follow_device(interface& port, uint32 now_sec) {
-  const device_reading* const found = find_reading(port.if_index);
-  if (found == nullptr) return false;
-  const device_reading& reading = *found;
-  device_memory& memory = the_kernel.memory[port.if_index];
-  memory.look(now_sec, reading.counted);
-  take_device_counters(counted_since(reading.counted, reading.cleared_at).value_or(reading.counted), memory.rates(),
-                       port.stats);
-  port.stats.last_clear_sec = reading.cleared_sec;
-  port.stats.is_cleared_here = reading.cleared_sec != 0;
-  return true;
-}
-
-bool is_unknown(if_index_t if_index, std::string_view field) {
-  const device_reading* const reading = find_reading(if_index);
-  const auto memory = the_kernel.memory.find(if_index);
-  return is_unknown_field({.if_index = if_index,
-                           .link = reading == nullptr ? nullptr : find_link(the_kernel.links, reading->number),
-                           .has_rates = memory != the_kernel.memory.end() && memory->second.has_rates()},
-                          field);
-}
-
-void clear_device(interface& port, uint32 now_sec) {
-  device_reading* const reading = find_reading(port.if_index);
-  if (reading == nullptr) return;
-  reading->cleared_at = reading->counted;
-  reading->cleared_sec = now_sec;
-  the_kernel.baselines.put(reading->number, {port.burned_in_mac, now_sec, reading->counted, clear_details(port)});
-}
-
-// What a device has counted, and since when it is shown.
-device_reading reading_of(const kernel_link& link, if_index_t if_index) {
-  device_reading reading;
-  reading.if_index = if_index;
-  reading.number = link.number;
-  reading.counted = link.counted;
-  const counter_baseline* const baseline = the_kernel.baselines.find(link.number, link.mac, link.counted);
-  if (baseline == nullptr) return reading;
-  reading.cleared_at = baseline->counted;
-  reading.cleared_sec = baseline->cleared_sec;
-  begin_kernel_counters_at(link.name, baseline->counted);
-  begin_details_at(if_index, baseline->told);
-  return reading;
-}
-
 std::string host_name() {
   std::array<char, 256> name{};
   return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "linux";
-}
-
-// ---- Creating and deleting ------------------------------------------------------------------------------------------
-
-machine read_machine();
-
-const kernel_link* link_of(if_index_t if_index) {
-  const device_reading* const reading = find_reading(if_index);
-  return reading == nullptr ? nullptr : find_link(the_kernel.links, reading->number);
-}
-
-uint32 create_interface(if_index_t if_index) {
-  const index_fields fields = take_apart(if_index);
-  if (fields.type == IF_TYPE_LOOPBACK) {
-    if (fields.number == 0) return status_of_text("the kernel numbers its devices from 1");
-    const kernel_link* const other = find_link(the_kernel.links, fields.number);
-    if (other != nullptr)
-      return status_of_text("the kernel's device " + std::to_string(fields.number) + " is " + other->name);
-    return create_dummy(fields.number);
-  }
-  const kernel_link* const parent = link_of(parent_of(if_index));
-  if (parent == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
-  return create_vlan_device(*parent, static_cast<uint16>(fields.sub_interface));
-}
-
-uint32 delete_interface(if_index_t if_index) {
-  const kernel_link* const link = link_of(if_index);
-  return link == nullptr ? uint32{PM_ERR_NO_SUCH_INTERFACE} : delete_device(link->number);
-}
-
-// Whatever interface the map gives it.
-void delete_created_device(if_index_t if_index) {
-  const index_fields fields = take_apart(if_index);
-  if (fields.type == IF_TYPE_LOOPBACK) {
-    delete_device(fields.number);
-    return;
-  }
-  const kernel_link* const parent = link_of(parent_of(if_index));
-  for (const kernel_link& it : the_kernel.links)
-    if (parent != nullptr && it.kind == "vlan" && it.parent == parent->number && it.vlan == fields.sub_interface)
-      delete_device(it.number);
-}
-
-// When one of them is refused, those before it are deleted again.
-uint32 create_interfaces(std::span<const if_index_t> interfaces) {
-  uint32 status = 0;
-  std::size_t count = 0;
-  while (count < interfaces.size() && (status = create_interface(interfaces[count])) == 0) ++count;
-  if (count == 0) return status;
-  the_machine() = read_machine();
-  const auto created = interfaces.first(count);
-  const bool are_all_here =
-      std::all_of(created.begin(), created.end(), [](if_index_t it) { return link_of(it) != nullptr; });
-  if (status == 0 && !are_all_here) status = status_of_text("the map gives the new device another interface");
-  if (status == 0) return 0;
-  for (const if_index_t it : created) delete_created_device(it);
-  the_machine() = read_machine();
-  return status;
-}
-
-uint32 delete_interfaces(std::span<const if_index_t> interfaces) {
-  for (const if_index_t it : interfaces) {
-    const kernel_link* const link = link_of(it);
-    if (link == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
-    if (!is_created_by_command(*link, it))
-      return status_of_text("the device " + link->name + " is not one that commands create");
-  }
-  uint32 status = 0;
-  for (const if_index_t it : interfaces)
-    if ((status = delete_interface(it)) != 0) break;
-  the_machine() = read_machine();
-  return status;
-}
-
-machine read_machine() {
-  netlink_socket route(NETLINK_ROUTE);
-  the_kernel.links = read_links(route);
-  const std::vector<kernel_link>& links = the_kernel.links;
-  the_kernel.mapped = map_devices(links, default_route_device(route), the_kernel.wanted);
-  note_devices(links, the_kernel.mapped);
-  the_kernel.counted.clear();
-  the_kernel.counted.reserve(the_kernel.mapped.size());
-  the_kernel.baselines.read();
-  for_each_mapped(links, the_kernel.mapped, [](const mapped_device& it, const kernel_link& link) {
-    the_kernel.counted.push_back(reading_of(link, it.if_index));
-  });
-  sort_by<&device_reading::if_index>(the_kernel.counted);
-  machine made = machine_of_devices(links, the_kernel.mapped);
-  made.follow_traffic = follow_device;
-  made.clear_traffic = clear_device;
-  made.settle = settle;
-  made.makes_setting = makes_kernel_setting;
-  made.create_interfaces = create_interfaces;
-  made.delete_interfaces = delete_interfaces;
-  made.read_details = read_details;
-  made.is_unknown = is_unknown;
-  return made;
 }
 
 }  // namespace
@@ -321,32 +136,211 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
   return made;
 }
 
-machine read_kernel_machine(const wanted_interfaces& wanted) {
-  the_kernel.wanted = wanted;
-  the_kernel.is_fresh = true;
-  return read_machine();
+// ---- The source -----------------------------------------------------------------------------------------------------
+
+kernel_source::kernel_source(wanted_interfaces wanted, const std::string& baseline_file) : wanted_(std::move(wanted)) {
+  baselines_.keep_in(baseline_file);
 }
 
-void refresh_kernel_machine() {
-  if (!the_kernel.is_fresh) the_machine() = read_machine();
-  the_kernel.is_fresh = false;
+machine kernel_source::read() {
+  is_fresh_ = true;
+  return read_again();
 }
 
-std::vector<if_index_t> interfaces_on_the_way_to(const std::string& address) {
+machine kernel_source::read_again() {
+  netlink_socket route(NETLINK_ROUTE);
+  links_ = read_links(route);
+  mapped_ = map_devices(links_, default_route_device(route), wanted_);
+  details_.begin(links_, mapped_);
+  counted_.clear();
+  counted_.reserve(mapped_.size());
+  baselines_.read();
+  for_each_mapped(links_, mapped_, [&](const mapped_device& it, const kernel_link& link) {
+    counted_.push_back(reading_of(link, it.if_index));
+  });
+  sort_by<&device_reading::if_index>(counted_);
+  return machine_of_devices(links_, mapped_);
+}
+
+// What a device has counted, and since when it is shown.
+kernel_source::device_reading kernel_source::reading_of(const kernel_link& link, if_index_t if_index) {
+  device_reading reading;
+  reading.if_index = if_index;
+  reading.number = link.number;
+  reading.counted = link.counted;
+  const counter_baseline* const baseline = baselines_.find(link.number, link.mac, link.counted);
+  if (baseline == nullptr) return reading;
+  reading.cleared_at = baseline->counted;
+  reading.cleared_sec = baseline->cleared_sec;
+  begin_kernel_counters_at(link.name, baseline->counted);
+  details_.begin_at(if_index, baseline->told);
+  return reading;
+}
+
+kernel_source::device_reading* kernel_source::find_reading(if_index_t if_index) {
+  return find_by<&device_reading::if_index>(counted_, if_index);
+}
+
+const mapped_device* kernel_source::device_of(if_index_t if_index) {
+  const device_reading* const reading = find_reading(if_index);
+  return reading == nullptr ? nullptr : find_by<&mapped_device::number>(mapped_, reading->number);
+}
+
+const kernel_link* kernel_source::link_of(if_index_t if_index) {
+  const device_reading* const reading = find_reading(if_index);
+  return reading == nullptr ? nullptr : find_link(links_, reading->number);
+}
+
+uint32 kernel_source::create_interface(if_index_t if_index) {
+  const index_fields fields = take_apart(if_index);
+  if (fields.type == IF_TYPE_LOOPBACK) {
+    if (fields.number == 0) return status_of_text("the kernel numbers its devices from 1");
+    const kernel_link* const other = find_link(links_, fields.number);
+    if (other != nullptr)
+      return status_of_text("the kernel's device " + std::to_string(fields.number) + " is " + other->name);
+    return create_dummy(fields.number);
+  }
+  const kernel_link* const parent = link_of(parent_of(if_index));
+  if (parent == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
+  return create_vlan_device(*parent, static_cast<uint16>(fields.sub_interface));
+}
+
+uint32 kernel_source::delete_interface(if_index_t if_index) {
+  const kernel_link* const link = link_of(if_index);
+  return link == nullptr ? uint32{PM_ERR_NO_SUCH_INTERFACE} : delete_device(link->number);
+}
+
+// Whatever interface the map gives it.
+void kernel_source::delete_created_device(if_index_t if_index) {
+  const index_fields fields = take_apart(if_index);
+  if (fields.type == IF_TYPE_LOOPBACK) {
+    delete_device(fields.number);
+    return;
+  }
+  const kernel_link* const parent = link_of(parent_of(if_index));
+  for (const kernel_link& it : links_)
+    if (parent != nullptr && it.kind == "vlan" && it.parent == parent->number && it.vlan == fields.sub_interface)
+      delete_device(it.number);
+}
+
+void kernel_source::refresh(machine& model) {
+  if (!is_fresh_) model = read_again();
+  is_fresh_ = false;
+}
+
+void kernel_source::complete(interface& port, detail needed) { details_.complete(port, needed); }
+
+bool kernel_source::is_unknown(if_index_t if_index, std::string_view field) {
+  const device_reading* const reading = find_reading(if_index);
+  const auto memory = memory_.find(if_index);
+  return is_unknown_field({.if_index = if_index,
+                           .link = reading == nullptr ? nullptr : find_link(links_, reading->number),
+                           .has_rates = memory != memory_.end() && memory->second.has_rates(),
+                           .details = details_},
+                          field);
+}
+
+bool kernel_source::knows_all_fields() const { return false; }
+
+bool kernel_source::update_statistics(interface& port, uint32 now_sec) {
+  const device_reading* const found = find_reading(port.if_index);
+  if (found == nullptr) return false;
+  const device_reading& reading = *found;
+  device_memory& memory = memory_[port.if_index];
+  memory.look(now_sec, reading.counted);
+  take_device_counters(counted_since(reading.counted, reading.cleared_at).value_or(reading.counted), memory.rates(),
+                       port.stats);
+  port.stats.last_clear_sec = reading.cleared_sec;
+  port.stats.is_cleared_here = reading.cleared_sec != 0;
+  return true;
+}
+
+void kernel_source::clear_counters(interface& port, uint32 now_sec) {
+  device_reading* const reading = find_reading(port.if_index);
+  if (reading == nullptr) return;
+  reading->cleared_at = reading->counted;
+  reading->cleared_sec = now_sec;
+  baselines_.put(reading->number, {port.burned_in_mac, now_sec, reading->counted, details_.clear(port)});
+}
+
+bool kernel_source::counts_at_refresh() const { return true; }
+
+std::optional<std::string> kernel_source::baseline_file() const { return baselines_.path(); }
+
+int kernel_source::write_baselines() { return baselines_.write(); }
+
+uint32 kernel_source::apply_settings(const interface& port, const port_settings& before) {
+  const mapped_device* const it = device_of(port.if_index);
+  if (it == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
+  const mapped_device* const bond = device_of(port.channel);
+  return settle_device({.number = it->number,
+                        .name = it->device,
+                        .is_bridge_port = it->is_bridge_port,
+                        .bond = bond == nullptr ? 0 : bond->number},
+                       port, before);
+}
+
+bool kernel_source::applies_setting(uint8 type) const { return makes_kernel_setting(type); }
+
+// A bond hands its settings to its members itself.
+bool kernel_source::hands_settings_to_members() const { return true; }
+
+bool kernel_source::allows_sub_interfaces_of_switched_ports() const { return true; }
+
+// When one of them is refused, those before it are deleted again.
+uint32 kernel_source::create_interfaces(machine& model, std::span<const if_index_t> interfaces) {
+  uint32 status = 0;
+  std::size_t count = 0;
+  while (count < interfaces.size() && (status = create_interface(interfaces[count])) == 0) ++count;
+  if (count == 0) return status;
+  model = read_again();
+  const auto created = interfaces.first(count);
+  const bool are_all_here =
+      std::all_of(created.begin(), created.end(), [this](if_index_t it) { return link_of(it) != nullptr; });
+  if (status == 0 && !are_all_here) status = status_of_text("the map gives the new device another interface");
+  if (status == 0) return 0;
+  for (const if_index_t it : created) delete_created_device(it);
+  model = read_again();
+  return status;
+}
+
+uint32 kernel_source::delete_interfaces(machine& model, std::span<const if_index_t> interfaces) {
+  for (const if_index_t it : interfaces) {
+    const kernel_link* const link = link_of(it);
+    if (link == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
+    if (!is_created_by_command(*link, it))
+      return status_of_text("the device " + link->name + " is not one that commands create");
+  }
+  uint32 status = 0;
+  for (const if_index_t it : interfaces)
+    if ((status = delete_interface(it)) != 0) break;
+  model = read_again();
+  return status;
+}
+
+uint32 kernel_source::restore_interface(machine& model, const interface& deleted) {
+  if (const uint32 status = create_interfaces(model, {&deleted.if_index, 1}); status != 0) return status;
+  interface& made = *model.find(deleted.if_index);
+  const port_settings now = made;
+  static_cast<port_settings&>(made) = deleted;
+  return apply_settings(made, now);
+}
+
+std::optional<std::vector<kernel_device>> kernel_source::devices() const {
+  std::vector<kernel_device> devices;
+  for (const mapped_device& it : mapped_) devices.push_back({it.device, it.if_index});
+  return devices;
+}
+
+std::vector<if_index_t> kernel_source::interfaces_towards(const std::string& address) const {
   netlink_socket route(NETLINK_ROUTE);
   const uint32 device = device_towards(route, address);
-  const std::set<uint32> way = devices_below(the_kernel.links, device != 0 ? device : default_route_device(route));
+  const std::set<uint32> way = devices_below(links_, device != 0 ? device : default_route_device(route));
   std::vector<if_index_t> interfaces;
-  for (const mapped_device& it : the_kernel.mapped)
+  for (const mapped_device& it : mapped_)
     if (way.contains(it.number)) interfaces.push_back(it.if_index);
   std::sort(interfaces.begin(), interfaces.end());
   return interfaces;
 }
-
-void keep_cleared_counters_in(const std::string& path) { the_kernel.baselines.keep_in(path); }
-
-int write_cleared_counters() { return the_kernel.baselines.write(); }
-
-const std::vector<mapped_device>& kernel_map() { return the_kernel.mapped; }
 
 }  // namespace host

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "platform/transceiver.h"
-#include "source/chassis/module_image.h"
+#include "switch/optics.h"
 
 namespace host {
 namespace {

@@ -4,8 +4,6 @@
 #include <iterator>
 #include <optional>
 
-#include "source/kernel/details.h"
-
 namespace host {
 namespace {
 
@@ -153,7 +151,7 @@ bool is_unknown_field(const told_device& device, std::string_view field) {
   for (const auto& row : kToldByLinks)
     if (row.field == field) return device.link == nullptr || !row.is_told(*device.link);
   const auto counter = counter_of(field);
-  return counter && (device.if_index == 0 || !is_told_by_driver(device.if_index, *counter));
+  return counter && (device.if_index == 0 || !device.details.is_told_by_driver(device.if_index, *counter));
 }
 
 }  // namespace host

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "source/kernel/links.h"
+#include "source/kernel/details.h"
 
 namespace host {
 
@@ -12,6 +12,7 @@ struct told_device {
   if_index_t if_index = 0;
   const kernel_link* link = nullptr;
   bool has_rates = false;  // averages need a second reading
+  device_details& details;
 };
 
 // Whether nothing tells the value of a field of a device; without an interface, whether that may be so of some device.

@@ -1,4 +1,4 @@
-// One value of a switch file with the place where it stands, and the walk over a map by a table of its keys.
+// One value of a YAML file with the place where it stands, and the walk over a map by a table of its keys.
 #pragma once
 
 #include <yaml-cpp/yaml.h>
@@ -30,7 +30,7 @@ class yaml_value {
   const std::string& path() const { return path_; }
   bool is_map() const { return node_.IsMap(); }
 
-  // Each throws switch_file_error when the value is of another type or outside of the bounds.
+  // Each throws yaml_file_error when the value is of another type or outside of the bounds.
   const std::string& text() const;
   std::string text_of_at_most(std::size_t max_length) const;
   uint64 number(uint64 low, uint64 high) const;
@@ -45,7 +45,7 @@ class yaml_value {
     for (const YAML::Node& item : node_) visit(yaml_value(item, name_, path_));
   }
 
-  // Throws switch_file_error with "FILE:LINE: reason".
+  // Throws yaml_file_error with "FILE:LINE: reason".
   [[noreturn]] void fail(const std::string& reason) const;
   [[noreturn]] void fail_with_value(const std::string& reason) const;  // reason preceded by name and value
 

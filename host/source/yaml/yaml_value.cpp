@@ -1,4 +1,4 @@
-#include "source/chassis/yaml_value.h"
+#include "source/yaml/yaml_value.h"
 
 #include <strings.h>
 
@@ -7,7 +7,7 @@
 #include <numeric>
 #include <optional>
 
-#include "source/chassis/switch_file.h"
+#include "source/yaml/yaml_file_error.h"
 
 namespace host {
 namespace {
@@ -116,7 +116,7 @@ void yaml_value::fail_with_value(const std::string& reason) const {
 }
 
 void fail_at(const std::string& path, uint32 line, const std::string& reason) {
-  throw switch_file_error(path + ":" + std::to_string(line) + ": " + reason);
+  throw yaml_file_error(path + ":" + std::to_string(line) + ": " + reason);
 }
 
 void require_map(const yaml_value& value) {

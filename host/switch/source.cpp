@@ -1,0 +1,104 @@
+#include "switch/source.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/interface_manager.h"
+#include "platform/port_config.h"
+#include "platform/port_manager.h"
+#include "switch/if_index_layout.h"
+
+namespace host {
+namespace {
+
+enum : uint8 { kReasonNone = PM_REASON_NONE, kReasonParentDown = 26 };
+
+// A new sub-interface works as its parent does.
+interface new_sub_interface(const interface& parent, if_index_t if_index) {
+  interface made;
+  made.if_index = if_index;
+  made.layer = IF_LAYER_3;
+  made.oper_state = parent.oper_state;
+  made.state_reason = parent.oper_state == PM_PORT_STATE_UP ? kReasonNone : kReasonParentDown;
+  made.admin_speed_mbps = parent.admin_speed_mbps;
+  made.oper_speed_mbps = parent.oper_speed_mbps;
+  made.admin_duplex = parent.admin_duplex;
+  made.oper_duplex = parent.oper_duplex;
+  made.mtu_bytes = parent.mtu_bytes;
+  made.bandwidth_kbps = parent.bandwidth_kbps;
+  made.delay_usec = parent.delay_usec;
+  made.burned_in_mac = parent.burned_in_mac;
+  made.router_mac = parent.router_mac;
+  for (const uint8 taken_over : {PM_CFG_MTU, PM_CFG_SPEED, PM_CFG_DUPLEX}) made.configured.set(taken_over);
+  return made;
+}
+
+interface new_loopback(if_index_t if_index) {
+  interface made;
+  made.if_index = if_index;
+  made.layer = IF_LAYER_3;
+  made.oper_state = PM_PORT_STATE_UP;
+  made.state_reason = kReasonNone;
+  made.bandwidth_kbps = 8'000'000;
+  made.delay_usec = 5000;
+  return made;
+}
+
+std::unique_ptr<switch_source>& owned_source() {
+  static std::unique_ptr<switch_source> only = std::make_unique<switch_source>();
+  return only;
+}
+
+}  // namespace
+
+void switch_source::refresh(machine&) {}
+void switch_source::complete(interface&, detail) {}
+bool switch_source::is_unknown(if_index_t, std::string_view) { return false; }
+bool switch_source::knows_all_fields() const { return true; }
+bool switch_source::update_statistics(interface&, uint32) { return true; }
+void switch_source::clear_counters(interface&, uint32) {}
+bool switch_source::counts_at_refresh() const { return false; }
+std::optional<std::string> switch_source::baseline_file() const { return std::nullopt; }
+int switch_source::write_baselines() { return 0; }
+
+uint32 switch_source::apply_settings(const interface&, const port_settings&) { return 0; }
+bool switch_source::applies_setting(uint8) const { return true; }
+bool switch_source::hands_settings_to_members() const { return false; }
+
+bool switch_source::allows_sub_interfaces_of_switched_ports() const { return false; }
+
+uint32 switch_source::create_interfaces(machine& model, std::span<const if_index_t> interfaces) {
+  for (const if_index_t it : interfaces) {
+    const bool is_sub_interface = if_index_is_sub_intf(it) != 0;
+    interface made = is_sub_interface ? new_sub_interface(*model.find(parent_of(it)), it) : new_loopback(it);
+    made.is_created = true;
+    model.add(std::move(made));
+  }
+  return 0;
+}
+
+uint32 switch_source::delete_interfaces(machine& model, std::span<const if_index_t> interfaces) {
+  for (const if_index_t it : interfaces) {
+    const interface* const found = model.find(it);
+    const auto place = std::lower_bound(model.deleted.begin(), model.deleted.end(), it);
+    const bool is_noted = place != model.deleted.end() && *place == it;
+    if (found != nullptr && !found->is_created && !is_noted) model.deleted.insert(place, it);
+    model.remove(it);
+  }
+  return 0;
+}
+
+uint32 switch_source::restore_interface(machine& model, const interface& deleted) {
+  if (!deleted.is_created) std::erase(model.deleted, deleted.if_index);
+  model.add(deleted);
+  return 0;
+}
+
+std::optional<std::vector<kernel_device>> switch_source::devices() const { return std::nullopt; }
+std::vector<if_index_t> switch_source::interfaces_towards(const std::string&) const { return {}; }
+
+switch_source& the_source() { return *owned_source(); }
+
+void set_source(std::unique_ptr<switch_source> source) { owned_source() = std::move(source); }
+
+}  // namespace host

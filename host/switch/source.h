@@ -1,0 +1,115 @@
+// Where a switch comes from, and what it does beyond its model.
+//
+// The bodies here are those of a switch that is its model alone: all of it is known and as it stands, and a change is
+// made once the model has it. A source overrides what it does otherwise.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "switch/model.h"
+
+namespace host {
+
+// What a source may leave out of an interface until a service needs it.
+enum class detail : uint8 {
+  link_fault,   // state_reason of a port that is up and has no link
+  driver,       // capabilities.model
+  module,       // module_in_port with its identity page, capabilities.transceiver
+  diagnostics,  // of the module: needs it
+  counters      // of stats, once these are up to date: those that not every device has
+};
+
+// A network device of the kernel and its interface.
+struct kernel_device {
+  std::string name;
+  if_index_t if_index;
+};
+
+class switch_source {
+ public:
+  switch_source() = default;
+  virtual ~switch_source() = default;
+  switch_source(const switch_source&) = delete;
+  switch_source& operator=(const switch_source&) = delete;
+
+  // ---- Values
+
+  // Brings the model up to date for a command.
+  virtual void refresh(machine& model);
+
+  // Completes a detail of an interface that was left out. A second call changes nothing.
+  virtual void complete(interface& port, detail needed);
+
+  // Whether the source cannot supply a field of an interface, by the field's name in the structured form; with
+  // interface 0, whether that may be so for some interface.
+  virtual bool is_unknown(if_index_t if_index, std::string_view field);
+
+  // Whether is_unknown() is false whatever it is asked: displays then do not ask.
+  virtual bool knows_all_fields() const;
+
+  // ---- Statistics
+
+  // Brings the statistics of an interface up to a moment (seconds since 1970). False when the source has none for it.
+  virtual bool update_statistics(interface& port, uint32 now_sec);
+
+  // Lets the counters that the source gives start from 0 at a moment. The caller sets those of the model to 0.
+  virtual void clear_counters(interface& port, uint32 now_sec);
+
+  // Whether the source reads its counters in refresh(). Otherwise they are those of the moment of the update.
+  virtual bool counts_at_refresh() const;
+
+  // A source whose counters cannot be set to 0 subtracts what they were when they were cleared. The file in which it
+  // keeps that, empty when only this process knows it; nothing for a source whose counters do start from 0.
+  virtual std::optional<std::string> baseline_file() const;
+
+  // Writes that file, when counters were cleared since the last time. Returns 0 or an errno.
+  virtual int write_baselines();
+
+  // ---- Settings
+
+  // Makes a port what it was just set to in the model; `before` is what it was. Returns 0, or the status with which the
+  // source refuses: the caller then puts the model back.
+  virtual uint32 apply_settings(const interface& port, const port_settings& before);
+
+  // Whether the source applies a setting (PM_CFG_... or HOST_CFG_...) of some port.
+  virtual bool applies_setting(uint8 type) const;
+
+  // Whether the source decides what members of port-channels may be set to, and hands them their channel's settings.
+  // Otherwise the services do: a member then refuses what its channel is set to.
+  virtual bool hands_settings_to_members() const;
+
+  // ---- Interfaces that commands create and delete
+
+  // Whether a switched port may have sub-interfaces.
+  virtual bool allows_sub_interfaces_of_switched_ports() const;
+
+  // Creates loopbacks and sub-interfaces that do not exist, the latter of ports that do, and brings the model up to
+  // date: all or none, as far as the source can check this in advance. Returns 0, or the status with which it refuses.
+  virtual uint32 create_interfaces(machine& model, std::span<const if_index_t> interfaces);
+
+  // The same, to delete interfaces that exist.
+  virtual uint32 delete_interfaces(machine& model, std::span<const if_index_t> interfaces);
+
+  // Creates a deleted interface again, set as it was, and brings the model up to date. Returns as above.
+  virtual uint32 restore_interface(machine& model, const interface& deleted);
+
+  // ---- Network devices of the kernel
+
+  // Those that the switch is made of; nothing for a switch that is not the kernel's.
+  virtual std::optional<std::vector<kernel_device>> devices() const;
+
+  // The interfaces that packets to an address take, sorted. An address that is none, or empty, is somewhere behind the
+  // default route.
+  virtual std::vector<if_index_t> interfaces_towards(const std::string& address) const;
+};
+
+// The source of the_machine(). It is set together with that, and owned here; until then it has the bodies above.
+switch_source& the_source();
+void set_source(std::unique_ptr<switch_source> source = std::make_unique<switch_source>());
+
+}  // namespace host
