@@ -112,6 +112,8 @@ void read_words_with_help(const table_reader& reader, const pmsh_word_t* words) 
   for (std::size_t i = 0; words != nullptr && words[i].word != nullptr; ++i) {
     if (i == kMostRows) reader.refuse("its list of words has no end");
     const std::string_view help = read_text(reader, words[i].help, "help of a word");
+    if (!is_of(words[i].word, kWordLetters))
+      reader.refuse("it has help of " + quoted(words[i].word) + ", which is no word in lower case");
     if (help_of_word(words[i].word).empty()) add_word(words[i].word, help);
   }
 }
@@ -204,6 +206,10 @@ std::vector<field> read_fields(const table_reader& reader, const pmsh_field_t* r
   for (std::size_t i = 0; rows != nullptr && rows[i].key != nullptr; ++i) {
     if (i == kMostRows) reader.refuse("its list of fields has no end");
     fields.push_back(read_field(reader, rows[i]));
+    const bool contradicts = std::any_of(fields.begin(), fields.end(), [&](const field& other) {
+      return other.name == fields.back().name && other.type != fields.back().type;
+    });
+    if (contradicts) reader.refuse("the field " + quoted(fields.back().name) + " has two types");
   }
   if (fields.empty()) reader.refuse("its display has no fields");
   return fields;

@@ -35,6 +35,8 @@
 #define DISPLAY_OF_DOCUMENTS 29
 #define SAME_LINES 30
 #define TWO_RANGES 31
+#define HELP_OF_NO_WORD 32
+#define KEY_OF_TWO_TYPES 33
 
 #ifndef FAULT
 #define FAULT NONE
@@ -60,7 +62,8 @@ uint32 show_mood(paraminfo_t* param) {
   return IF(GARBAGE, 3735928559U, 0);
 }
 
-static const pmsh_word_t kWords[] = {{"mood", IF(NO_HELP_OF_WORD, NULL, "How it feels")}, {NULL, NULL}};
+static const pmsh_word_t kWords[] = {
+    {IF(HELP_OF_NO_WORD, "good mood", "mood"), IF(NO_HELP_OF_WORD, NULL, "How it feels")}, {NULL, NULL}};
 
 #define INTERFACE \
   { "interface", 0x0C2A0075, PMSH_INTERFACE, NULL, NULL }
@@ -73,6 +76,8 @@ static const pmsh_word_t kWords[] = {{"mood", IF(NO_HELP_OF_WORD, NULL, "How it 
 static const pmsh_field_t kFields[1000] = {[0 ... 999] = MOOD};
 #elif FAULT == NO_FIELDS
 static const pmsh_field_t kFields[] = {{0}};
+#elif FAULT == KEY_OF_TWO_TYPES
+static const pmsh_field_t kFields[] = {INTERFACE, MOOD, {"mood", 0x14800002, PMSH_NUMBER, NULL, NULL}, {0}};
 #else
 static const pmsh_field_t kFields[] = {INTERFACE, MOOD, {0}};
 #endif

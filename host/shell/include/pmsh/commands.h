@@ -21,7 +21,7 @@ extern "C" {
 /* The help of a word that the shell does not know. */
 typedef struct pmsh_word_t {
   const char* word;
-  const char* help; /* at most eight words */
+  const char* help; /* what may be typed there, in a few words */
 } pmsh_word_t;
 
 /* How a field stands in the structured form. An interface is shown by its full name. */
