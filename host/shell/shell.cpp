@@ -65,18 +65,6 @@ constexpr const char* text_of(request_fault fault) {
   return "failed";
 }
 
-// A sentence for each service that left a request without a usable answer. Returns the exit code: `result` when none
-// did.
-int report_failed_requests(command_output& output, int result) {
-  std::vector<std::string_view> named;
-  for (const failed_request& it : transport_failures()) {
-    if (std::find(named.begin(), named.end(), it.service) != named.end()) continue;
-    named.push_back(it.service);
-    output.complain("the service '" + std::string(it.service) + "' " + text_of(it.fault) + ".");
-  }
-  return result == kDone && !named.empty() ? int{kServiceFailed} : result;
-}
-
 int run_command(shell& session, const command_line& line) {
   line_filters filters;
   for (const pipe_stage& stage : line.pipes) {
@@ -124,6 +112,16 @@ std::string_view question_of(std::string_view line, shell_mode mode) {
 }
 
 }  // namespace
+
+int report_failed_requests(command_output& output, int result) {
+  std::vector<std::string_view> named;
+  for (const failed_request& it : transport_failures()) {
+    if (std::find(named.begin(), named.end(), it.service) != named.end()) continue;
+    named.push_back(it.service);
+    output.complain("the service '" + std::string(it.service) + "' " + text_of(it.fault) + ".");
+  }
+  return result == kDone && !named.empty() ? int{kServiceFailed} : result;
+}
 
 command_queue::command_queue() : handle(transport_open_queue()) {}
 command_queue::~command_queue() { transport_close_queue(handle); }

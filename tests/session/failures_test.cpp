@@ -57,6 +57,23 @@ account account_after(std::vector<std::string> arguments) {
           counts["dropped_twice"].GetUint64(), counts["never_dropped"].GetUint64()};
 }
 
+// An address that nobody told looks like none in the text.
+TEST(Failures, OfWhichTheTextSaysNothingAreNamed) {
+  const char* const command = "show interface ethernet 1/1, loopback 0 brief";
+  const outcome some = run_shell({"--provoke", "ip=lost", "-c", command});
+  EXPECT_EQ(some.exit_code, 3);
+  EXPECT_EQ(some.err, "pmsh: the service 'ip' is not running.\n");
+
+  const outcome all = run_shell({"--provoke", "ip=reject", "-c", "show interface ethernet 1/1 brief"});
+  EXPECT_EQ(all.exit_code, 2);
+  EXPECT_EQ(all.err, "pmsh: the service 'ip' refused a request.\n");
+
+  const outcome document = run_shell({"--provoke", "ip=cut:3", "-c", std::string(command) + " | json"});
+  EXPECT_EQ(document.exit_code, 3);
+  EXPECT_NE(document.out.find("\"text\":\"the service 'ip' answered with less than it promised.\""), std::string::npos)
+      << document.out;
+}
+
 TEST(Accounts, EveryMessageIsDroppedOnceAfterShowInterface) {
   const account messages = account_after({"-c", "show interface"});
 

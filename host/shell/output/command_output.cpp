@@ -12,6 +12,7 @@
 #include "shell/output/rendering.h"
 #include "shell/print_error.h"
 #include "switch/source.h"
+#include "transport/transport.h"
 
 namespace host {
 namespace {
@@ -222,6 +223,7 @@ void command_output::begin_interface(std::string_view name, if_index_t if_index)
   take_printed();
   if (!line_.empty()) end_line();
   failed_ = false;
+  failures_before_ = transport_failures().size();
   interface_is_shown_ = false;
   if_index_ = if_index;
   if (document_) document_->begin_record(name);
@@ -230,6 +232,7 @@ void command_output::begin_interface(std::string_view name, if_index_t if_index)
 bool command_output::end_interface() {
   take_printed();
   if (!line_.empty()) end_line();
+  if (transport_failures().size() > failures_before_) failed_ = true;
   std::optional<traffic_rates> rates;
   if (settings_.traffic != nullptr && !failed_) rates = settings_.traffic->look_at(if_index_, interface_is_shown_);
   if (document_) {

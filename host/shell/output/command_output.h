@@ -121,6 +121,7 @@ class command_output {
   bool line_is_bound_ = false;
   mutable std::vector<uint8> perhaps_unknown_;  // by the schema's rows
   bool failed_ = false;
+  std::size_t failures_before_ = 0;  // of requests, when the interface began
   bool left_pager_ = false;
   bool is_finished_ = false;
 };
