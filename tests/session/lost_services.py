@@ -69,22 +69,23 @@ def main():
     if not os.path.exists(shell):
         print(f"skipped: everything: {shell} is not built")
         sys.exit(77)
-    with ThreadPoolExecutor(4 * os.cpu_count()) as pool:  # many only wait
+    with ThreadPoolExecutor(12 * os.cpu_count()) as pool:  # many only wait
         for switch in switches:
             print(f"step: {os.path.basename(switch)}", flush=True)
             commands = list(commands_of(shell))
             assert len(commands) > 40, commands
             services = services_of(shell, switch)
+            jobs = []
             for command, (code, out, error) in zip(commands, pool.map(lambda it: run(shell, switch, it), commands)):
                 if code not in (0, 1, 3, 4):
                     faults.append(f"{switch}: {command}: exits with {code} undisturbed: {error.strip()[:200]}")
                 is_about_one = ARGUMENTS["RANGE"] in command
-                jobs = [(shell, switch, command, out, service, fault) for service in services
-                        for fault in ([SILENT] if is_about_one else FAULTS)]
-                for job, fault in zip(jobs, pool.map(lambda it: fault_of(*it), jobs)):
-                    runs += 1
-                    if fault:
-                        faults.append(f"{os.path.basename(switch)}: {command} with {job[4]}={job[5]}: {fault}")
+                jobs += [(shell, switch, command, out, service, fault) for service in services
+                         for fault in ([SILENT] if is_about_one else FAULTS)]
+            for job, fault in zip(jobs, pool.map(lambda it: fault_of(*it), jobs)):
+                runs += 1
+                if fault:
+                    faults.append(f"{os.path.basename(switch)}: {job[2]} with {job[4]}={job[5]}: {fault}")
     print(f"{runs} runs")
     for fault in faults:
         print(fault)
