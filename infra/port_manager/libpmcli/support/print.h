@@ -7,22 +7,13 @@
 #include <cstdio>
 
 #include "platform/cmd_channel.h"
+#include "platform/tags.h"
 #include "platform/types.h"
 #include "pmcli/command.h"
 
 namespace pmcli {
 
-// Not constexpr: what would call it does not compile.
-void tuple_id_is_of_another_type();
-
-// A tuple id whose values are of one type.
-template <uint32 Type>
-struct tuple_id {
-  consteval tuple_id(uint32 tuple) : id(tuple) {
-    if (tuple >> 24 != Type) tuple_id_is_of_another_type();
-  }
-  uint32 id;
-};
+using tag::tuple_id;
 
 template <uint32 Type, typename Value>
 void print_value(cmd_rx_handle_t* rx, const char* format, tuple_id<Type> tuple, Value value) {

@@ -1,0 +1,76 @@
+/*
+ * The vocabulary of the output channel: a name for each tuple id that the displays bind, with the type of its values.
+ * Names are for C++17 and later; the ids themselves are part of the contract with the programs that read them.
+ *
+ * A name is that of the value without its unit. The ids of the detailed view have no prefix; those of another display
+ * have its name in front, as in status_duplex. The schema of the host says which key and unit a value has.
+ */
+#ifndef PLATFORM_TAGS_H
+#define PLATFORM_TAGS_H
+
+#include "platform/cmd_channel.h"
+
+#if defined(__cplusplus) && __cplusplus >= 201703L
+
+#if __cplusplus >= 202002L
+#define PLATFORM_CONSTEVAL consteval
+#else
+#define PLATFORM_CONSTEVAL constexpr
+#endif
+
+namespace tag {
+
+/* Not constexpr: an id that calls it does not compile. */
+void tuple_id_is_of_another_type();
+
+/* A tuple id whose values are of one type, a CMD_TYPE_... . */
+template <uint32 Type>
+struct tuple_id {
+  PLATFORM_CONSTEVAL tuple_id(uint32 tuple) : id(tuple) {
+    if (tuple >> 24 != Type) tuple_id_is_of_another_type();
+  }
+
+  uint32 id;
+};
+
+/* The detailed view, and what other views share with it. */
+/* clang-format takes this name for a keyword. */
+// clang-format off
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> interface{0x0C2A01D8};
+// clang-format on
+inline constexpr tuple_id<CMD_TYPE_ENUM> state{0x022A01D9};
+inline constexpr tuple_id<CMD_TYPE_ENUM> state_reason{0x022A01DB};
+inline constexpr tuple_id<CMD_TYPE_STRING> description{0x302A01DC};
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> bound_interface{0x0C2A0239};
+inline constexpr tuple_id<CMD_TYPE_STRING> multi_chassis_status{0x302A0272};
+inline constexpr tuple_id<CMD_TYPE_STRING> hardware{0x302A0273};
+inline constexpr tuple_id<CMD_TYPE_MAC> address{0x0F2A0274};
+inline constexpr tuple_id<CMD_TYPE_MAC> burned_in_address{0x0F2A0275};
+inline constexpr tuple_id<CMD_TYPE_IPV4> ip_address{0x1E2A0276};
+inline constexpr tuple_id<CMD_TYPE_UINT32> prefix_length{0x142A0277};
+inline constexpr tuple_id<CMD_TYPE_UINT32> mtu{0x142A0278};
+inline constexpr tuple_id<CMD_TYPE_UINT32> bandwidth{0x142A0279};
+inline constexpr tuple_id<CMD_TYPE_UINT32> delay{0x142A027B};
+inline constexpr tuple_id<CMD_TYPE_STRING> reliability{0x302A027C};
+inline constexpr tuple_id<CMD_TYPE_STRING> tx_load{0x302A027D};
+inline constexpr tuple_id<CMD_TYPE_STRING> rx_load{0x302A027E};
+inline constexpr tuple_id<CMD_TYPE_ENUM> duplex{0x022A0281};
+inline constexpr tuple_id<CMD_TYPE_ENUM> speed{0x022A0282};
+inline constexpr tuple_id<CMD_TYPE_ENUM> port_mode{0x022A0283};
+inline constexpr tuple_id<CMD_TYPE_ENUM> rate_mode{0x022A0284};
+inline constexpr tuple_id<CMD_TYPE_STRING> media_type{0x302A0287};
+inline constexpr tuple_id<CMD_TYPE_ENUM> input_flow_control{0x022A0288};
+inline constexpr tuple_id<CMD_TYPE_ENUM> output_flow_control{0x022A0289};
+inline constexpr tuple_id<CMD_TYPE_ENUM> auto_mdix{0x022A028A};
+inline constexpr tuple_id<CMD_TYPE_ENUM> switchport_monitor{0x022A028B};
+inline constexpr tuple_id<CMD_TYPE_STRING> last_counters_cleared{0x302A0292};
+inline constexpr tuple_id<CMD_TYPE_STRING> last_link_flapped{0x302A0293};
+inline constexpr tuple_id<CMD_TYPE_UINT32> interface_resets{0x142A029C};
+
+}  // namespace tag
+
+#undef PLATFORM_CONSTEVAL
+
+#endif
+
+#endif
