@@ -42,6 +42,7 @@ inline constexpr tuple_id<CMD_TYPE_ENUM> state{0x022A01D9};
 inline constexpr tuple_id<CMD_TYPE_ENUM> state_reason{0x022A01DB};
 inline constexpr tuple_id<CMD_TYPE_STRING> description{0x302A01DC};
 inline constexpr tuple_id<CMD_TYPE_IF_INDEX> bound_interface{0x0C2A0239};
+inline constexpr tuple_id<CMD_TYPE_UINT32> member_of{0x142A0271};
 inline constexpr tuple_id<CMD_TYPE_STRING> multi_chassis_status{0x302A0272};
 inline constexpr tuple_id<CMD_TYPE_STRING> hardware{0x302A0273};
 inline constexpr tuple_id<CMD_TYPE_MAC> address{0x0F2A0274};
@@ -66,6 +67,43 @@ inline constexpr tuple_id<CMD_TYPE_ENUM> switchport_monitor{0x022A028B};
 inline constexpr tuple_id<CMD_TYPE_STRING> last_counters_cleared{0x302A0292};
 inline constexpr tuple_id<CMD_TYPE_STRING> last_link_flapped{0x302A0293};
 inline constexpr tuple_id<CMD_TYPE_UINT32> interface_resets{0x142A029C};
+
+/* Brief tables. */
+inline constexpr tuple_id<CMD_TYPE_ENUM> brief_state_reason{0x022A01DA};
+
+/* The table of status. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> status_interface{0x0C2A0612};
+inline constexpr tuple_id<CMD_TYPE_STRING> status_description{0x302A0613};
+inline constexpr tuple_id<CMD_TYPE_ENUM> status_state{0x022A0614};
+inline constexpr tuple_id<CMD_TYPE_STRING> status_vlan{0x302A0615};
+inline constexpr tuple_id<CMD_TYPE_ENUM> status_duplex{0x022A0616};
+inline constexpr tuple_id<CMD_TYPE_ENUM> status_speed{0x022A0617};
+inline constexpr tuple_id<CMD_TYPE_STRING> status_type{0x302A0618};
+
+/* The table of ports that are disabled by an error. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> error_status_interface{0x0C2A0619};
+inline constexpr tuple_id<CMD_TYPE_STRING> error_status_description{0x302A061A};
+inline constexpr tuple_id<CMD_TYPE_ENUM> error_status_state{0x022A061B};
+inline constexpr tuple_id<CMD_TYPE_ENUM> error_status_state_reason{0x022A061D};
+
+/* The table of descriptions. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> description_interface{0x0C2A0001};
+inline constexpr tuple_id<CMD_TYPE_STRING> description_text{0x302A0006};
+
+/* The table of MAC addresses. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> mac_interface{0x0C2A007B};
+inline constexpr tuple_id<CMD_TYPE_MAC> mac_address{0x0F2A007C};
+inline constexpr tuple_id<CMD_TYPE_MAC> mac_burned_in_address{0x0F2A007D};
+
+/* The table of interface indexes. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> ifindex_interface{0x0C2A05E9};
+inline constexpr tuple_id<CMD_TYPE_HEX32> ifindex_hex{0x222A05EA};
+inline constexpr tuple_id<CMD_TYPE_UINT32> ifindex{0x142A05EB};
+
+/* The table of debounce times. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> debounce_interface{0x0C2A05E6};
+inline constexpr tuple_id<CMD_TYPE_STRING> debounce{0x302A05E7};
+inline constexpr tuple_id<CMD_TYPE_UINT32> debounce_msec{0x142A05E8};
 
 }  // namespace tag
 
