@@ -68,8 +68,71 @@ inline constexpr tuple_id<CMD_TYPE_STRING> last_counters_cleared{0x302A0292};
 inline constexpr tuple_id<CMD_TYPE_STRING> last_link_flapped{0x302A0293};
 inline constexpr tuple_id<CMD_TYPE_UINT32> interface_resets{0x142A029C};
 
+/* Traffic of the management port in its detailed view. */
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_packets{0x152A0250};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_bytes{0x152A0251};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_unicast_packets{0x152A0252};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_multicast_packets{0x152A0253};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_broadcast_packets{0x152A0254};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_rate_pps{0x152A0257};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_rate_bps{0x152A0258};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_packets{0x152A0259};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_bytes{0x152A025A};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_unicast_packets{0x152A025B};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_multicast_packets{0x152A025C};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_broadcast_packets{0x152A025D};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_rate_pps{0x152A0260};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_rate_bps{0x152A0261};
+
+/* Counters of a loopback in its detailed view. */
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_packets{0x152A023A};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_bytes{0x152A023B};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_multicast_packets{0x152A023C};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_compressed{0x152A023D};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_errors{0x152A023E};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_frame_errors{0x152A023F};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_overruns{0x152A0240};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_fifo_errors{0x152A0241};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_packets{0x152A0242};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_bytes{0x152A0243};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_underruns{0x152A0244};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_errors{0x152A0245};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_collisions{0x152A0246};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_fifo_errors{0x152A0247};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_carrier_errors{0x152A0248};
+
+/* The kernel's counters of a device: the management port, the in-band interface. */
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_packets{0x142A01E4};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_bytes{0x142A01E5};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_multicast_packets{0x142A01E6};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_compressed{0x142A01E7};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_errors{0x142A01E8};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_frame_errors{0x142A01E9};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_overruns{0x142A01EA};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_fifo_errors{0x142A01EB};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_packets{0x142A01EC};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_bytes{0x142A01ED};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_underruns{0x142A01EE};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_errors{0x142A01EF};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_collisions{0x142A01F0};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_fifo_errors{0x142A01F1};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_carrier_errors{0x142A01F2};
+
+/* The management port in the switchport-style view. */
+inline constexpr tuple_id<CMD_TYPE_STRING> management_hardware{0x302A01DD};
+inline constexpr tuple_id<CMD_TYPE_MAC> management_address{0x0F2A01DE};
+inline constexpr tuple_id<CMD_TYPE_UINT32> management_mtu{0x142A01E1};
+inline constexpr tuple_id<CMD_TYPE_ENUM> management_speed{0x022A01E2};
+inline constexpr tuple_id<CMD_TYPE_ENUM> management_duplex{0x022A01E3};
+
 /* Brief tables. */
 inline constexpr tuple_id<CMD_TYPE_ENUM> brief_state_reason{0x022A01DA};
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> brief_interface{0x0C2A01F4};
+inline constexpr tuple_id<CMD_TYPE_ENUM> brief_state{0x022A01F8};
+inline constexpr tuple_id<CMD_TYPE_ENUM> brief_speed{0x022A01FA};
+inline constexpr tuple_id<CMD_TYPE_STRING> brief_description{0x302A0339};
+inline constexpr tuple_id<CMD_TYPE_IPV4> brief_ip_address{0x1E2A033C};
+inline constexpr tuple_id<CMD_TYPE_UINT32> brief_mtu{0x142A033D};
 
 /* The table of status. */
 inline constexpr tuple_id<CMD_TYPE_IF_INDEX> status_interface{0x0C2A0612};
