@@ -168,6 +168,26 @@ inline constexpr tuple_id<CMD_TYPE_IF_INDEX> debounce_interface{0x0C2A05E6};
 inline constexpr tuple_id<CMD_TYPE_STRING> debounce{0x302A05E7};
 inline constexpr tuple_id<CMD_TYPE_UINT32> debounce_msec{0x142A05E8};
 
+/* Capabilities. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> capability_interface{0x0C2A01FF};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_model{0x302A0200};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_media_type{0x302A0201};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_speeds{0x302A0202};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_duplex{0x302A0203};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_trunk_encapsulation{0x302A0204};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_channel{0x022A0205};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_broadcast_suppression{0x302A0206};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_flow_control{0x302A0207};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_rate_mode{0x302A0208};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_qos_scheduling{0x302A020A};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_cos_rewrite{0x022A020B};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_tos_rewrite{0x022A020C};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_span{0x022A020E};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_udld{0x022A020F};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_mdix{0x022A0210};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_link_debounce{0x022A0211};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_link_debounce_time{0x022A0212};
+
 }  // namespace tag
 
 #undef PLATFORM_CONSTEVAL
