@@ -188,6 +188,67 @@ inline constexpr tuple_id<CMD_TYPE_ENUM> capability_mdix{0x022A0210};
 inline constexpr tuple_id<CMD_TYPE_ENUM> capability_link_debounce{0x022A0211};
 inline constexpr tuple_id<CMD_TYPE_ENUM> capability_link_debounce_time{0x022A0212};
 
+/* The table of flow control. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> flow_control_interface{0x0C2A0602};
+inline constexpr tuple_id<CMD_TYPE_ENUM> flow_control_admin_output{0x022A0603};
+inline constexpr tuple_id<CMD_TYPE_ENUM> flow_control_oper_output{0x022A0604};
+inline constexpr tuple_id<CMD_TYPE_ENUM> flow_control_admin_input{0x022A0605};
+inline constexpr tuple_id<CMD_TYPE_ENUM> flow_control_oper_input{0x022A0606};
+inline constexpr tuple_id<CMD_TYPE_UINT64> flow_control_input_pause_frames{0x152A0607};
+inline constexpr tuple_id<CMD_TYPE_UINT64> flow_control_output_pause_frames{0x152A0608};
+
+/* The tables of traffic. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> counters_interface{0x0C2A0696};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_input_bytes{0x152A0697};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_input_unicast_packets{0x152A0698};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_input_multicast_packets{0x152A0699};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_input_broadcast_packets{0x152A069A};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_output_bytes{0x152A069B};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_output_unicast_packets{0x152A069C};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_output_multicast_packets{0x152A069D};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_output_broadcast_packets{0x152A069E};
+
+/* The table of rates. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> rates_interface{0x0C2A0217};
+inline constexpr tuple_id<CMD_TYPE_UINT64> rates_input_mbytes_per_sec{0x152A0218};
+inline constexpr tuple_id<CMD_TYPE_UINT64> rates_input_pps{0x152A0219};
+inline constexpr tuple_id<CMD_TYPE_UINT64> rates_output_mbytes_per_sec{0x152A021A};
+inline constexpr tuple_id<CMD_TYPE_UINT64> rates_output_pps{0x152A021B};
+
+/* The tables of errors. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> error_counters_interface{0x0C2A05C2};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_alignment_errors{0x152A05C3};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_frame_check_errors{0x152A05C4};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_output_errors{0x152A05C5};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_input_errors{0x152A05C6};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_undersize_errors{0x152A05C7};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_output_discards{0x152A05C8};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_single_collisions{0x152A05C9};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_multiple_collisions{0x152A05CA};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_late_collisions{0x152A05CB};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_excessive_collisions{0x152A05CC};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_carrier_errors{0x152A05CD};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_runts{0x152A05CE};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_giants{0x152A05CF};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_sqe_test_errors{0x152A05D0};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_deferred{0x152A05D1};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_input_internal_mac_errors{0x152A05D2};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_output_internal_mac_errors{0x152A05D3};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_symbol_errors{0x152A05D4};
+
+/* The table of trunk frames. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> trunk_counters_interface{0x0C2A05E2};
+inline constexpr tuple_id<CMD_TYPE_UINT64> trunk_counters_output_packets{0x152A05E3};
+inline constexpr tuple_id<CMD_TYPE_UINT64> trunk_counters_input_packets{0x152A05E4};
+inline constexpr tuple_id<CMD_TYPE_UINT64> trunk_counters_wrong_encapsulation{0x152A05E5};
+
+/* The table of storm control. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> storm_control_interface{0x0C2A05D6};
+inline constexpr tuple_id<CMD_TYPE_STRING> storm_control_broadcast_level{0x302A05D7};
+inline constexpr tuple_id<CMD_TYPE_STRING> storm_control_multicast_level{0x302A05D8};
+inline constexpr tuple_id<CMD_TYPE_STRING> storm_control_unicast_level{0x302A05D9};
+inline constexpr tuple_id<CMD_TYPE_UINT64> storm_control_suppressed_packets{0x152A05DA};
+
 }  // namespace tag
 
 #undef PLATFORM_CONSTEVAL
