@@ -25,6 +25,7 @@
 #include "platform/spanning_tree.h"
 #include "platform/startup_config.h"
 #include "platform/syserr.h"
+#include "platform/tags.h"
 #include "platform/transceiver.h"
 #include "platform/types.h"
 #include "platform/uri.h"

@@ -6,13 +6,14 @@
 
 #include "platform/cmd_channel.h"
 #include "platform/types.h"
+#include "support/print.h"
 
 namespace pmcli {
 
 template <typename Record>
 struct counter_row {
   const char* label;
-  uint32 tuple;  // of an unsigned integer of either width
+  counter_tuple_id tuple;
   uint64 (*value)(const Record& record);
 };
 
@@ -29,10 +30,10 @@ uint64 sum(const Record& record) {
 }
 
 // "  LABEL   VALUE", for a value that is not 0.
-void print_nonzero_counter(cmd_rx_handle_t* rx, const char* label, uint32 tuple, uint64 value);
+void print_nonzero_counter(cmd_rx_handle_t* rx, const char* label, counter_tuple_id tuple, uint64 value);
 
 // " NN. LABEL = VALUE".
-void print_numbered_counter(cmd_rx_handle_t* rx, int number, const char* label, uint32 tuple, uint64 value);
+void print_numbered_counter(cmd_rx_handle_t* rx, int number, const char* label, counter_tuple_id tuple, uint64 value);
 
 template <typename Record>
 bool any_nonzero(std::span<const counter_row<Record>> rows, const Record& record) {

@@ -23,41 +23,43 @@ constexpr char kErrorCell[] = " %11s";
 constexpr char kAbsentErrorCell[] = "          --";
 
 constexpr counter_cell<errors_t> kErrors1[] = {
-    {&errors_t::rx_align, &errors_t::have_rx_align, 0x152A05C3, kErrorCell},
-    {&errors_t::rx_frames, &errors_t::have_rx_frames, 0x152A05C4, kErrorCell},
-    {&errors_t::tx_errors, &errors_t::have_tx_errors, 0x152A05C5, kErrorCell},
-    {&errors_t::rx_errors, &errors_t::have_rx_errors, 0x152A05C6, kErrorCell},
-    {&errors_t::undersize, &errors_t::have_undersize, 0x152A05C7, kErrorCell},
-    {&errors_t::tx_dropped, &errors_t::have_tx_dropped, 0x152A05C8, kErrorCell},
+    {&errors_t::rx_align, &errors_t::have_rx_align, tag::error_counters_alignment_errors, kErrorCell},
+    {&errors_t::rx_frames, &errors_t::have_rx_frames, tag::error_counters_frame_check_errors, kErrorCell},
+    {&errors_t::tx_errors, &errors_t::have_tx_errors, tag::error_counters_output_errors, kErrorCell},
+    {&errors_t::rx_errors, &errors_t::have_rx_errors, tag::error_counters_input_errors, kErrorCell},
+    {&errors_t::undersize, &errors_t::have_undersize, tag::error_counters_undersize_errors, kErrorCell},
+    {&errors_t::tx_dropped, &errors_t::have_tx_dropped, tag::error_counters_output_discards, kErrorCell},
 };
 
 // The carrier cell lacks its leading blank, which is intended.
 constexpr counter_cell<errors_t> kErrors2[] = {
-    {&errors_t::single_coll, &errors_t::have_single_coll, 0x152A05C9, kErrorCell},
-    {&errors_t::multi_coll, &errors_t::have_multi_coll, 0x152A05CA, kErrorCell},
-    {&errors_t::late_coll, &errors_t::have_late_coll, 0x152A05CB, kErrorCell},
-    {&errors_t::excess_coll, &errors_t::have_excess_coll, 0x152A05CC, kErrorCell},
-    {&errors_t::carrier, &errors_t::have_carrier, 0x152A05CD, "%11s"},
-    {&errors_t::runts, &errors_t::have_runts, 0x152A05CE, kErrorCell},
+    {&errors_t::single_coll, &errors_t::have_single_coll, tag::error_counters_single_collisions, kErrorCell},
+    {&errors_t::multi_coll, &errors_t::have_multi_coll, tag::error_counters_multiple_collisions, kErrorCell},
+    {&errors_t::late_coll, &errors_t::have_late_coll, tag::error_counters_late_collisions, kErrorCell},
+    {&errors_t::excess_coll, &errors_t::have_excess_coll, tag::error_counters_excessive_collisions, kErrorCell},
+    {&errors_t::carrier, &errors_t::have_carrier, tag::error_counters_carrier_errors, "%11s"},
+    {&errors_t::runts, &errors_t::have_runts, tag::error_counters_runts, kErrorCell},
 };
 
 // Transmit stands in front of receive in the fourth and fifth cells, which is intended.
 constexpr counter_cell<errors_t> kErrors3[] = {
-    {&errors_t::giant, &errors_t::have_giant, 0x152A05CF, kErrorCell},
-    {&errors_t::SQEtest, &errors_t::have_SQEtest, 0x152A05D0, kErrorCell},
-    {&errors_t::deferred, &errors_t::have_deferred, 0x152A05D1, kErrorCell},
-    {&errors_t::tx_int_mac_errors, &errors_t::have_tx_int_mac_errors, 0x152A05D3, kErrorCell},
-    {&errors_t::rx_int_mac_errors, &errors_t::have_rx_int_mac_errors, 0x152A05D2, kErrorCell},
-    {&errors_t::symbol, &errors_t::have_symbol, 0x152A05D4, kErrorCell},
+    {&errors_t::giant, &errors_t::have_giant, tag::error_counters_giants, kErrorCell},
+    {&errors_t::SQEtest, &errors_t::have_SQEtest, tag::error_counters_sqe_test_errors, kErrorCell},
+    {&errors_t::deferred, &errors_t::have_deferred, tag::error_counters_deferred, kErrorCell},
+    {&errors_t::tx_int_mac_errors, &errors_t::have_tx_int_mac_errors, tag::error_counters_output_internal_mac_errors,
+     kErrorCell},
+    {&errors_t::rx_int_mac_errors, &errors_t::have_rx_int_mac_errors, tag::error_counters_input_internal_mac_errors,
+     kErrorCell},
+    {&errors_t::symbol, &errors_t::have_symbol, tag::error_counters_symbol_errors, kErrorCell},
 };
 
 constexpr char kTrunkCell[] = "%16.16s";
 constexpr char kAbsentTrunkCell[] = "              --";
 
 constexpr counter_cell<trunk_t> kTrunk[] = {
-    {&trunk_t::trunk_tx, &trunk_t::have_trunk_tx, 0x152A05E3, kTrunkCell},
-    {&trunk_t::trunk_rx, &trunk_t::have_trunk_rx, 0x152A05E4, kTrunkCell},
-    {&trunk_t::wrong_encap, &trunk_t::have_wrong_encap, 0x152A05E5, kTrunkCell},
+    {&trunk_t::trunk_tx, &trunk_t::have_trunk_tx, tag::trunk_counters_output_packets, kTrunkCell},
+    {&trunk_t::trunk_rx, &trunk_t::have_trunk_rx, tag::trunk_counters_input_packets, kTrunkCell},
+    {&trunk_t::wrong_encap, &trunk_t::have_wrong_encap, tag::trunk_counters_wrong_encapsulation, kTrunkCell},
 };
 
 template <typename Stats, std::size_t Cells>
@@ -76,7 +78,7 @@ template <std::size_t Cells>
 void print_errors(cmd_rx_handle_t* rx, if_index_t if_index, const counter_cell<errors_t> (&cells)[Cells],
                   const errors_t& errors) {
   cmd_print_short(rx);
-  print_if_index(rx, "%-8.8s", 0x0C2A05C2, if_index);
+  print_if_index(rx, "%-8.8s", tag::error_counters_interface, if_index);
   print_cells(rx, cells, errors, kAbsentErrorCell);
 }
 
@@ -100,6 +102,6 @@ void pm_cli_show_port_3rd_counters_errors_table(cmd_rx_handle_t* rx_handle, if_i
 void pm_cli_show_port_counters_trunk(cmd_rx_handle_t* rx_handle, pm_cli_common_trunk_stat_t* stats,
                                      if_index_t if_index) {
   cmd_print_short(rx_handle);
-  print_if_index(rx_handle, "%-13.13s", 0x0C2A05E2, if_index);
+  print_if_index(rx_handle, "%-13.13s", tag::trunk_counters_interface, if_index);
   print_cells(rx_handle, kTrunk, *stats, kAbsentTrunkCell);
 }

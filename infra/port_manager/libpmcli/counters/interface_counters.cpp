@@ -65,7 +65,7 @@ void print_rates(cmd_rx_handle_t* rx, if_index_t if_index, show_eth_intf_resp_t*
 }
 
 void show_management(cmd_rx_handle_t* rx, if_index_t if_index) {
-  print_if_index(rx, "%s\n", 0x0C2A01D8, if_index);
+  print_if_index(rx, "%s\n", tag::interface, if_index);
   show_management_counters(rx, if_index);
 }
 
@@ -84,7 +84,7 @@ void pm_cli_show_eth_port_counters_brief(cmd_rx_handle_t* rx_handle, mts_q_handl
 }
 
 void pm_cli_show_eth_port_stats(cmd_rx_handle_t* rx_handle, show_eth_intf_resp_t* stats, if_index_t if_index) {
-  print_if_index(rx_handle, "%s\n\n", 0x0C2A01D8, if_index);
+  print_if_index(rx_handle, "%s\n\n", tag::interface, if_index);
   pm_cli_eth_intf_stats_print(rx_handle, stats, 1);
 }
 
@@ -104,6 +104,6 @@ void pm_cli_show_eth_port_counters(cmd_rx_handle_t* rx_handle, mts_q_handle_t q,
 void pm_cli_show_loopback_port_counters(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, if_index_t if_index) {
   ip_if_stats statistics{};
   pm_cli_get_loopback_counters(if_index, q, &statistics);  // a failed fetch shows zeros
-  print_if_index(rx_handle, "%s\n", 0x0C2A01D8, if_index);
+  print_if_index(rx_handle, "%s\n", tag::interface, if_index);
   pm_cli_loopback_intf_stats_print(rx_handle, &statistics, 1);
 }

@@ -25,11 +25,13 @@ struct traffic_tuples {
   tuple_id<CMD_TYPE_UINT64> broadcast;
 };
 
-constexpr traffic_tuples kReceived = {0x152A0697, 0x152A0698, 0x152A0699, 0x152A069A};
-constexpr traffic_tuples kSent = {0x152A069B, 0x152A069C, 0x152A069D, 0x152A069E};
+constexpr traffic_tuples kReceived = {tag::counters_input_bytes, tag::counters_input_unicast_packets,
+                                      tag::counters_input_multicast_packets, tag::counters_input_broadcast_packets};
+constexpr traffic_tuples kSent = {tag::counters_output_bytes, tag::counters_output_unicast_packets,
+                                  tag::counters_output_multicast_packets, tag::counters_output_broadcast_packets};
 
 void print_traffic(cmd_rx_handle_t* rx, if_index_t if_index, const traffic_tuples& tuples, const traffic& values) {
-  print_if_index(rx, "%-8.8s", 0x0C2A0696, if_index);
+  print_if_index(rx, "%-8.8s", tag::counters_interface, if_index);
   print_u64(rx, " %19s", tuples.octets, values.octets);
   print_u64(rx, " %17s", tuples.unicast, values.unicast);
   print_u64(rx, " %16s", tuples.multicast, values.multicast);
@@ -39,7 +41,7 @@ void print_traffic(cmd_rx_handle_t* rx, if_index_t if_index, const traffic_tuple
 // The first cell is a count of packets under the id of octets, and no blank parts the cells: both are intended.
 void print_loopback_traffic(cmd_rx_handle_t* rx, if_index_t if_index, const traffic_tuples& tuples,
                             const traffic& values) {
-  print_if_index(rx, "%-12.12s", 0x0C2A0696, if_index);
+  print_if_index(rx, "%-12.12s", tag::counters_interface, if_index);
   print_u64(rx, "%14s", tuples.octets, values.octets);
   print_u64(rx, "%14s", tuples.unicast, values.unicast);
   print_u64(rx, "%14s", tuples.multicast, values.multicast);
@@ -96,30 +98,30 @@ void pm_cli_show_port_flow_ctrl(cmd_rx_handle_t* rx_handle, const pm_port_info_t
   const uint32 admin = port_info->admin_port_flow_ctrl;
   const uint32 oper = port_info->oper_port_flow_ctrl;
   cmd_print_short(rx_handle);
-  print_if_index(rx_handle, "%-10.10s ", 0x0C2A0602, port_info->if_index);
-  print_enum(rx_handle, "%-8.8s ", 0x022A0603, admin & PM_FLOW_CTRL_SEND);
-  print_enum(rx_handle, "%-8.8s ", 0x022A0604, oper & PM_FLOW_CTRL_SEND);
-  print_enum(rx_handle, "%-8.8s ", 0x022A0605, admin & PM_FLOW_CTRL_RECEIVE);
-  print_enum(rx_handle, "%-8.8s    ", 0x022A0606, oper & PM_FLOW_CTRL_RECEIVE);
-  print_u64(rx_handle, "%-7.7s ", 0x152A0607, stats->mac.ctrl.rx_pause);
-  print_u64(rx_handle, "%-7.7s\n", 0x152A0608, stats->mac.ctrl.tx_pause);
+  print_if_index(rx_handle, "%-10.10s ", tag::flow_control_interface, port_info->if_index);
+  print_enum(rx_handle, "%-8.8s ", tag::flow_control_admin_output, admin & PM_FLOW_CTRL_SEND);
+  print_enum(rx_handle, "%-8.8s ", tag::flow_control_oper_output, oper & PM_FLOW_CTRL_SEND);
+  print_enum(rx_handle, "%-8.8s ", tag::flow_control_admin_input, admin & PM_FLOW_CTRL_RECEIVE);
+  print_enum(rx_handle, "%-8.8s    ", tag::flow_control_oper_input, oper & PM_FLOW_CTRL_RECEIVE);
+  print_u64(rx_handle, "%-7.7s ", tag::flow_control_input_pause_frames, stats->mac.ctrl.rx_pause);
+  print_u64(rx_handle, "%-7.7s\n", tag::flow_control_output_pause_frames, stats->mac.ctrl.tx_pause);
 }
 
 void pm_cli_show_port_storm_ctrl_counters(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info,
                                           statscl_portcl_stats_msg_t* stats) {
   const auto& control = port_info->admin_port_storm_control;
-  print_if_index(rx_handle, "%-10.10s ", 0x0C2A05D6, port_info->if_index);
-  print_text(rx_handle, "%11s     ", 0x302A05D9, storm_level(control[PM_STORM_UNICAST]).text);
-  print_text(rx_handle, "%11s     ", 0x302A05D8, storm_level(control[PM_STORM_MULTICAST]).text);
-  print_text(rx_handle, "%11s     ", 0x302A05D7, storm_level(control[PM_STORM_BROADCAST]).text);
-  print_u64(rx_handle, "%17s\n", 0x152A05DA, stats->mac.pktflow.storm_supression);
+  print_if_index(rx_handle, "%-10.10s ", tag::storm_control_interface, port_info->if_index);
+  print_text(rx_handle, "%11s     ", tag::storm_control_unicast_level, storm_level(control[PM_STORM_UNICAST]).text);
+  print_text(rx_handle, "%11s     ", tag::storm_control_multicast_level, storm_level(control[PM_STORM_MULTICAST]).text);
+  print_text(rx_handle, "%11s     ", tag::storm_control_broadcast_level, storm_level(control[PM_STORM_BROADCAST]).text);
+  print_u64(rx_handle, "%17s\n", tag::storm_control_suppressed_packets, stats->mac.pktflow.storm_supression);
 }
 
 void pm_cli_show_common_counters_brief(cmd_rx_handle_t* rx_handle, statscl_portcl_stats_msg_t* stats) {
   const auto& flow = stats->mac.pktflow;
-  print_if_index(rx_handle, "%-22.22s ", 0x0C2A0217, stats->ifidx);
-  print_u64(rx_handle, "%-8.8s ", 0x152A0218, flow.byte_rate_rx / kMega);
-  print_u64(rx_handle, "%-17.17s ", 0x152A0219, flow.pkt_rate_rx);
-  print_u64(rx_handle, "%-8.8s ", 0x152A021A, flow.byte_rate_tx / kMega);
-  print_u64(rx_handle, "%-17.17s\n", 0x152A021B, flow.pkt_rate_tx);
+  print_if_index(rx_handle, "%-22.22s ", tag::rates_interface, stats->ifidx);
+  print_u64(rx_handle, "%-8.8s ", tag::rates_input_mbytes_per_sec, flow.byte_rate_rx / kMega);
+  print_u64(rx_handle, "%-17.17s ", tag::rates_input_pps, flow.pkt_rate_rx);
+  print_u64(rx_handle, "%-8.8s ", tag::rates_output_mbytes_per_sec, flow.byte_rate_tx / kMega);
+  print_u64(rx_handle, "%-17.17s\n", tag::rates_output_pps, flow.pkt_rate_tx);
 }

@@ -211,23 +211,24 @@ void pm_cli_show_port_capabities(cmd_rx_handle_t* rx_handle, pm_cli_common_capab
   const char* const type_label = port.fcot_capable ? "Type (SFP capable):" : "Type (Non SFP):";
   const value_text flow_text = both_directions(flow_flags(port.rx_flowcontrol), flow_flags(port.tx_flowcontrol));
 
-  print_if_index(rx_handle, "%s\n", 0x0c2a01ff, port.if_index);
-  print_line(rx_handle, "Model:", 0x302a0200, text_or_dashes(terminate(port.model).text));
-  print_line(rx_handle, type_label, 0x302a0201, text_or_dashes(terminate(port.type).text));
-  print_line(rx_handle, "Speed:", 0x302a0202, speed_text(port).text);
-  print_line(rx_handle, "Duplex:", 0x302a0203, duplex_text(port.duplex).text);
-  print_line(rx_handle, "Trunk encap. type:", 0x302a0204, "802.1Q");
-  print_line(rx_handle, "Channel:", 0x022a0205, port.channel);
-  print_line(rx_handle, "Broadcast suppression:", 0x302a0206, "percentage(0-100)");
-  print_line(rx_handle, "Flowcontrol:", 0x302a0207, flow_text.text);
-  print_line(rx_handle, "Rate mode:", 0x302a0208, rate_mode_text(port.rate_mode).text);
-  print_line(rx_handle, "QOS scheduling:", 0x302a020a, qos_text(port).text);
-  print_line(rx_handle, "CoS rewrite:", 0x022a020b, port.cos_rewrite);
-  print_line(rx_handle, "ToS rewrite:", 0x022a020c, port.tos_rewrite);
-  print_line(rx_handle, "SPAN:", 0x022a020e, port.span);
-  print_line(rx_handle, "UDLD:", 0x022a020f, port.udld);
-  print_line(rx_handle, "Link Debounce:", 0x022a0211, port.link_debounce);
-  print_line(rx_handle, "Link Debounce Time:", 0x022a0212, port.link_debounce_time != 0 ? 1 : 0);
-  print_line(rx_handle, "MDIX:", 0x022a0210, port.mdix);
+  print_if_index(rx_handle, "%s\n", tag::capability_interface, port.if_index);
+  print_line(rx_handle, "Model:", tag::capability_model, text_or_dashes(terminate(port.model).text));
+  print_line(rx_handle, type_label, tag::capability_media_type, text_or_dashes(terminate(port.type).text));
+  print_line(rx_handle, "Speed:", tag::capability_speeds, speed_text(port).text);
+  print_line(rx_handle, "Duplex:", tag::capability_duplex, duplex_text(port.duplex).text);
+  print_line(rx_handle, "Trunk encap. type:", tag::capability_trunk_encapsulation, "802.1Q");
+  print_line(rx_handle, "Channel:", tag::capability_channel, port.channel);
+  print_line(rx_handle, "Broadcast suppression:", tag::capability_broadcast_suppression, "percentage(0-100)");
+  print_line(rx_handle, "Flowcontrol:", tag::capability_flow_control, flow_text.text);
+  print_line(rx_handle, "Rate mode:", tag::capability_rate_mode, rate_mode_text(port.rate_mode).text);
+  print_line(rx_handle, "QOS scheduling:", tag::capability_qos_scheduling, qos_text(port).text);
+  print_line(rx_handle, "CoS rewrite:", tag::capability_cos_rewrite, port.cos_rewrite);
+  print_line(rx_handle, "ToS rewrite:", tag::capability_tos_rewrite, port.tos_rewrite);
+  print_line(rx_handle, "SPAN:", tag::capability_span, port.span);
+  print_line(rx_handle, "UDLD:", tag::capability_udld, port.udld);
+  print_line(rx_handle, "Link Debounce:", tag::capability_link_debounce, port.link_debounce);
+  print_line(rx_handle, "Link Debounce Time:", tag::capability_link_debounce_time,
+             port.link_debounce_time != 0 ? 1 : 0);
+  print_line(rx_handle, "MDIX:", tag::capability_mdix, port.mdix);
   cmd_prt(rx_handle, "\n");
 }

@@ -17,21 +17,21 @@ namespace {
 
 // Single blanks as separators, and the last label as it stands, are intended.
 constexpr counter_piece<ip_if_stats, be64> kLoopbackCounters[] = {
-    {"    %s packets input", &ip_if_stats::in_pkts, 0x152a023a},
-    {" %s bytes\n", &ip_if_stats::in_bytes, 0x152a023b},
-    {"    %s multicast frames", &ip_if_stats::in_pkts_mcast, 0x152a023c},
-    {" %s compressed\n", &ip_if_stats::in_compressed, 0x152a023d},
-    {"    %s input errors", &ip_if_stats::in_errors, 0x152a023e},
-    {" %s frame", &ip_if_stats::in_frames, 0x152a023f},
-    {" %s overrun", &ip_if_stats::in_overrun, 0x152a0240},
-    {" %s fifo\n", &ip_if_stats::in_fifo, 0x152a0241},
-    {"    %s packets output", &ip_if_stats::out_pkts, 0x152a0242},
-    {" %s bytes", &ip_if_stats::out_bytes, 0x152a0243},
-    {" %s underruns\n", &ip_if_stats::out_underruns, 0x152a0244},
-    {"    %s output errors", &ip_if_stats::out_errors, 0x152a0245},
-    {" %s collisions", &ip_if_stats::out_collisions, 0x152a0246},
-    {" %s fifo\n", &ip_if_stats::out_fifo, 0x152a0247},
-    {"    %s out_carrier_errors\n", &ip_if_stats::out_carrier_errors, 0x152a0248},
+    {"    %s packets input", &ip_if_stats::in_pkts, tag::loopback_input_packets},
+    {" %s bytes\n", &ip_if_stats::in_bytes, tag::loopback_input_bytes},
+    {"    %s multicast frames", &ip_if_stats::in_pkts_mcast, tag::loopback_input_multicast_packets},
+    {" %s compressed\n", &ip_if_stats::in_compressed, tag::loopback_input_compressed},
+    {"    %s input errors", &ip_if_stats::in_errors, tag::loopback_input_errors},
+    {" %s frame", &ip_if_stats::in_frames, tag::loopback_input_frame_errors},
+    {" %s overrun", &ip_if_stats::in_overrun, tag::loopback_input_overruns},
+    {" %s fifo\n", &ip_if_stats::in_fifo, tag::loopback_input_fifo_errors},
+    {"    %s packets output", &ip_if_stats::out_pkts, tag::loopback_output_packets},
+    {" %s bytes", &ip_if_stats::out_bytes, tag::loopback_output_bytes},
+    {" %s underruns\n", &ip_if_stats::out_underruns, tag::loopback_output_underruns},
+    {"    %s output errors", &ip_if_stats::out_errors, tag::loopback_output_errors},
+    {" %s collisions", &ip_if_stats::out_collisions, tag::loopback_output_collisions},
+    {" %s fifo\n", &ip_if_stats::out_fifo, tag::loopback_output_fifo_errors},
+    {"    %s out_carrier_errors\n", &ip_if_stats::out_carrier_errors, tag::loopback_output_carrier_errors},
 };
 
 void show_detail(cmd_rx_handle_t* rx, mts_q_handle_t q, if_index_t if_index, pm_port_info_t* record) {
@@ -53,10 +53,10 @@ void pm_cli_loopback_intf_stats_print(cmd_rx_handle_t* rx_handle, ip_if_stats* s
 void print_loopback_port_config(cmd_rx_handle_t*, if_index_t) {}
 
 void print_loop_intf_brief(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info) {
-  print_if_index(rx_handle, "%-13.13s ", 0x0c2a01f4, port_info->if_index);
-  print_enum(rx_handle, "%-10.10s ", 0x022a01f8, port_info->oper_port_state);
+  print_if_index(rx_handle, "%-13.13s ", tag::brief_interface, port_info->if_index);
+  print_enum(rx_handle, "%-10.10s ", tag::brief_state, port_info->oper_port_state);
   if (port_info->port_name[0] != '\0')
-    print_text(rx_handle, "%s\n", 0x302a0339, terminate(port_info->port_name).text);
+    print_text(rx_handle, "%s\n", tag::brief_description, terminate(port_info->port_name).text);
   else
     cmd_prt(rx_handle, "--\n");
 }

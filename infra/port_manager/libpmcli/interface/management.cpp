@@ -21,21 +21,21 @@ using kernel_stats = pm_proc_net_dev_stats_t;
 
 // Overrun and underrun show the dropped packets, which is intended.
 constexpr counter_piece<kernel_stats, be32> kKernelCounters[] = {
-    {"    %s packets input", &kernel_stats::rx_packets, 0x142a01e4},
-    {", %s bytes\n", &kernel_stats::rx_bytes, 0x142a01e5},
-    {"    %s multicast frames", &kernel_stats::rx_multicast, 0x142a01e6},
-    {", %s compressed\n", &kernel_stats::rx_compressed, 0x142a01e7},
-    {"    %s input errors", &kernel_stats::rx_errors, 0x142a01e8},
-    {", %s frame", &kernel_stats::rx_frame_errors, 0x142a01e9},
-    {", %s overrun", &kernel_stats::rx_dropped, 0x142a01ea},
-    {", %s fifo\n", &kernel_stats::rx_fifo_errors, 0x142a01eb},
-    {"    %s packets output", &kernel_stats::tx_packets, 0x142a01ec},
-    {", %s bytes\n", &kernel_stats::tx_bytes, 0x142a01ed},
-    {"    %s underrun", &kernel_stats::tx_dropped, 0x142a01ee},
-    {", %s output errors", &kernel_stats::tx_errors, 0x142a01ef},
-    {", %s collisions\n", &kernel_stats::tx_collisions, 0x142a01f0},
-    {"    %s fifo", &kernel_stats::tx_fifo_errors, 0x142a01f1},
-    {", %s carrier errors\n", &kernel_stats::tx_carrier_errors, 0x142a01f2},
+    {"    %s packets input", &kernel_stats::rx_packets, tag::kernel_input_packets},
+    {", %s bytes\n", &kernel_stats::rx_bytes, tag::kernel_input_bytes},
+    {"    %s multicast frames", &kernel_stats::rx_multicast, tag::kernel_input_multicast_packets},
+    {", %s compressed\n", &kernel_stats::rx_compressed, tag::kernel_input_compressed},
+    {"    %s input errors", &kernel_stats::rx_errors, tag::kernel_input_errors},
+    {", %s frame", &kernel_stats::rx_frame_errors, tag::kernel_input_frame_errors},
+    {", %s overrun", &kernel_stats::rx_dropped, tag::kernel_input_overruns},
+    {", %s fifo\n", &kernel_stats::rx_fifo_errors, tag::kernel_input_fifo_errors},
+    {"    %s packets output", &kernel_stats::tx_packets, tag::kernel_output_packets},
+    {", %s bytes\n", &kernel_stats::tx_bytes, tag::kernel_output_bytes},
+    {"    %s underrun", &kernel_stats::tx_dropped, tag::kernel_output_underruns},
+    {", %s output errors", &kernel_stats::tx_errors, tag::kernel_output_errors},
+    {", %s collisions\n", &kernel_stats::tx_collisions, tag::kernel_output_collisions},
+    {"    %s fifo", &kernel_stats::tx_fifo_errors, tag::kernel_output_fifo_errors},
+    {", %s carrier errors\n", &kernel_stats::tx_carrier_errors, tag::kernel_output_carrier_errors},
 };
 
 constexpr uint32 kDeviceNameBytes = sizeof platform_runtime_param_t::mgmt_eth_intf_name;

@@ -35,7 +35,7 @@ void show_detail(cmd_rx_handle_t* rx, mts_q_handle_t q, if_index_t if_index, pm_
 void print_brief_address(cmd_rx_handle_t* rx, mts_q_handle_t q, if_index_t if_index) {
   const std::optional<ipconf_if_inet_addr_info_t> address = ask_first_address(q, if_index);
   if (address && address->inet_addr.addr_type == INET_ADDR_TYPE_IPV4)
-    print_ipv4(rx, "%-39.39s ", 0x1e2a033c, address->inet_addr.a.ipv4_addr);
+    print_ipv4(rx, "%-39.39s ", tag::brief_ip_address, address->inet_addr.a.ipv4_addr);
   else
     print_absent(rx, "%-40.40s");
 }
@@ -47,8 +47,10 @@ struct rate_line {
   tuple_id<CMD_TYPE_UINT64> packets;
 };
 
-constexpr rate_line kInputRate = {"  1 minute input rate %s bits/sec,", 0x152a0258, 0x152a0257};
-constexpr rate_line kOutputRate = {"  1 minute output rate %s bits/sec,", 0x152a0261, 0x152a0260};
+constexpr rate_line kInputRate = {"  1 minute input rate %s bits/sec,", tag::management_input_rate_bps,
+                                  tag::management_input_rate_pps};
+constexpr rate_line kOutputRate = {"  1 minute output rate %s bits/sec,", tag::management_output_rate_bps,
+                                   tag::management_output_rate_pps};
 
 void print_rate(cmd_rx_handle_t* rx, const rate_line& line, uint64 bytes_per_second, uint32 packets_per_second) {
   print_u64(rx, line.bits_format, line.bits, bytes_per_second * 8);
@@ -56,38 +58,38 @@ void print_rate(cmd_rx_handle_t* rx, const rate_line& line, uint64 bytes_per_sec
 }
 
 constexpr counter_piece<pm_if_stat, be64> kReceived[] = {
-    {"  Rx\n    %s input packets ", &pm_if_stat::in_pkts, 0x152a0250},
-    {"%s unicast packets ", &pm_if_stat::in_pkts_ucast, 0x152a0252},
-    {"%s multicast packets\n", &pm_if_stat::in_pkts_mcast, 0x152a0253},
-    {"    %s broadcast packets ", &pm_if_stat::in_pkts_bcast, 0x152a0254},
-    {"%s bytes\n", &pm_if_stat::in_bytes, 0x152a0251},
+    {"  Rx\n    %s input packets ", &pm_if_stat::in_pkts, tag::management_input_packets},
+    {"%s unicast packets ", &pm_if_stat::in_pkts_ucast, tag::management_input_unicast_packets},
+    {"%s multicast packets\n", &pm_if_stat::in_pkts_mcast, tag::management_input_multicast_packets},
+    {"    %s broadcast packets ", &pm_if_stat::in_pkts_bcast, tag::management_input_broadcast_packets},
+    {"%s bytes\n", &pm_if_stat::in_bytes, tag::management_input_bytes},
 };
 
 constexpr counter_piece<pm_if_stat, be64> kSent[] = {
-    {"  Tx\n    %s output packets ", &pm_if_stat::out_pkts, 0x152a0259},
-    {"%s unicast packets ", &pm_if_stat::out_pkts_ucast, 0x152a025b},
-    {"%s multicast packets\n", &pm_if_stat::out_pkts_mcast, 0x152a025c},
-    {"    %s broadcast packets ", &pm_if_stat::out_pkts_bcast, 0x152a025d},
-    {"%s bytes\n", &pm_if_stat::out_bytes, 0x152a025a},
+    {"  Tx\n    %s output packets ", &pm_if_stat::out_pkts, tag::management_output_packets},
+    {"%s unicast packets ", &pm_if_stat::out_pkts_ucast, tag::management_output_unicast_packets},
+    {"%s multicast packets\n", &pm_if_stat::out_pkts_mcast, tag::management_output_multicast_packets},
+    {"    %s broadcast packets ", &pm_if_stat::out_pkts_bcast, tag::management_output_broadcast_packets},
+    {"%s bytes\n", &pm_if_stat::out_bytes, tag::management_output_bytes},
 };
 
 void print_hardware(cmd_rx_handle_t* rx, const pm_port_info_t* record, const ifreq& hardware) {
   const bool is_gigabit = record != nullptr && record->oper_port_speed > 999;
-  print_text(rx, "    Hardware is %s\n", 0x302a01dd, is_gigabit ? "GigabitEthernet" : "Ethernet");
+  print_text(rx, "    Hardware is %s\n", tag::management_hardware, is_gigabit ? "GigabitEthernet" : "Ethernet");
   uint8 mac[PM_MAC_BYTES];
   std::memcpy(mac, hardware.ifr_hwaddr.sa_data, sizeof mac);
-  print_mac(rx, "    Address is %s\n", 0x0f2a01de, mac);
+  print_mac(rx, "    Address is %s\n", tag::management_address, mac);
 }
 
 // A port that is neither up nor down shows nothing.
 void print_mtu_line(cmd_rx_handle_t* rx, const pm_port_info_t& port, uint32 mtu_bytes) {
   switch (port.oper_port_state) {
     case PM_PORT_STATE_UP:
-      print_u32(rx, "    MTU %s bytes", 0x142a01e1, mtu_bytes);
-      print_enum(rx, " Speed %s Mbps", 0x022a01e2, port.oper_port_speed);
-      print_enum(rx, " %s Duplex\n", 0x022a01e3, port.oper_port_duplex);
+      print_u32(rx, "    MTU %s bytes", tag::management_mtu, mtu_bytes);
+      print_enum(rx, " Speed %s Mbps", tag::management_speed, port.oper_port_speed);
+      print_enum(rx, " %s Duplex\n", tag::management_duplex, port.oper_port_duplex);
       return;
-    case PM_PORT_STATE_DOWN: return print_u32(rx, "    MTU %s bytes\n", 0x142a01e1, mtu_bytes);
+    case PM_PORT_STATE_DOWN: return print_u32(rx, "    MTU %s bytes\n", tag::management_mtu, mtu_bytes);
     default: return;
   }
 }
@@ -114,16 +116,16 @@ int32 pm_cli_show_mgmt_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, ui
 
 void print_mgmt_info_brief(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, pm_port_info_t* port_info) {
   const pm_port_info_t& port = *port_info;
-  print_if_index(rx_handle, "%-6.6s ", 0x0c2a01f4, port.if_index);
+  print_if_index(rx_handle, "%-6.6s ", tag::brief_interface, port.if_index);
   print_absent(rx_handle, "%-13.13s");  // the VRF
-  print_enum(rx_handle, "%-6.6s ", 0x022a01f8, port.oper_port_state);
+  print_enum(rx_handle, "%-6.6s ", tag::brief_state, port.oper_port_state);
   print_brief_address(rx_handle, src_q, port.if_index);
   if (port.oper_port_speed != 0)
-    print_enum(rx_handle, "%-8.8s ", 0x022a01fa, port.oper_port_speed);
+    print_enum(rx_handle, "%-8.8s ", tag::brief_speed, port.oper_port_speed);
   else
     print_absent(rx_handle, "%-9.9s");
   if (port.admin_rxbufsize != 0)
-    print_u32(rx_handle, "%s\n", 0x142a033d, port.admin_rxbufsize);
+    print_u32(rx_handle, "%s\n", tag::brief_mtu, port.admin_rxbufsize);
   else
     cmd_prt(rx_handle, "--\n");
 }

@@ -21,7 +21,7 @@ using intf_data = pm_cli_common_show_intf_data_t;
 void print_binding(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
   if (kind_of(port.if_index) != IF_TYPE_VETHERNET) return;
   if (port.bound_ifindex != 0)
-    print_if_index(rx, "    Bound Interface is %s \n", 0x0c2a0239, port.bound_ifindex);
+    print_if_index(rx, "    Bound Interface is %s \n", tag::bound_interface, port.bound_ifindex);
   else
     cmd_prt(rx, "    Bound Interface is -- \n");
 }
@@ -31,24 +31,24 @@ void print_multi_chassis_status(cmd_rx_handle_t* rx, const pm_port_info_t& port)
   mcecm_api_sdb_sh_int_po(port.if_index, status);
   status[sizeof status - 1] = '\0';
   if (status[0] == '\0') return;
-  print_text(rx, " %s", 0x302a0272, status);
+  print_text(rx, " %s", tag::multi_chassis_status, status);
   cmd_prt(rx, "\n");
 }
 
 // A routed interface shows its router's address, and the burned-in one behind it all the same.
 void print_hardware(cmd_rx_handle_t* rx, const pm_port_info_t& port, const intf_data& data) {
-  print_text(rx, "  Hardware: %s", 0x302a0273, data.hardware);
+  print_text(rx, "  Hardware: %s", tag::hardware, data.hardware);
   if (data.physical || data.port_channel) {
-    print_mac(rx, ", address: %s", 0x0f2a0274, data.layer2 ? burned_in_mac(port) : port.router_mac);
-    print_mac(rx, " (bia %s)", 0x0f2a0275, burned_in_mac(port));
+    print_mac(rx, ", address: %s", tag::address, data.layer2 ? burned_in_mac(port) : port.router_mac);
+    print_mac(rx, " (bia %s)", tag::burned_in_address, burned_in_mac(port));
   }
   cmd_prt(rx, "\n");
 }
 
 void print_address(cmd_rx_handle_t* rx, const ipconf_if_inet_addr_info_t& address) {
   if (address.inet_addr.addr_type != INET_ADDR_TYPE_IPV4) return;
-  print_ipv4(rx, "  Internet Address is %s", 0x1e2a0276, address.inet_addr.a.ipv4_addr);
-  print_u32(rx, "/%s\n", 0x142a0277, address.prefix_len);
+  print_ipv4(rx, "  Internet Address is %s", tag::ip_address, address.inet_addr.a.ipv4_addr);
+  print_u32(rx, "/%s\n", tag::prefix_length, address.prefix_len);
 }
 
 // A figure on the 0..255 scale travels as text.
@@ -59,9 +59,9 @@ struct figure_text {
 
 // Transmit load in front of receive load.
 void print_loads(cmd_rx_handle_t* rx, const intf_data& data) {
-  print_text(rx, "     reliability %s/255,", 0x302a027c, figure_text(data.reliability).text);
-  print_text(rx, " txload %s/255,", 0x302a027d, figure_text(data.tx_load).text);
-  print_text(rx, " rxload %s/255\n", 0x302a027e, figure_text(data.rx_load).text);
+  print_text(rx, "     reliability %s/255,", tag::reliability, figure_text(data.reliability).text);
+  print_text(rx, " txload %s/255,", tag::tx_load, figure_text(data.tx_load).text);
+  print_text(rx, " rxload %s/255\n", tag::rx_load, figure_text(data.rx_load).text);
 }
 
 void print_encapsulation(cmd_rx_handle_t* rx, const pm_port_info_t& port, const intf_data& data) {
@@ -78,24 +78,26 @@ void print_encapsulation(cmd_rx_handle_t* rx, const pm_port_info_t& port, const 
 
 void print_duplex_and_speed(cmd_rx_handle_t* rx, const pm_port_info_t& port, const intf_data& data) {
   const bool shows_oper = port.oper_port_state == PM_PORT_STATE_UP && port.oper_port_mode != PM_PORT_MODE_IPS;
-  print_enum(rx, "  %s-duplex,", 0x022a0281, shows_oper ? port.oper_port_duplex : port.admin_port_duplex);
-  print_enum(rx, " %s", 0x022a0282, port.oper_port_speed);
+  print_enum(rx, "  %s-duplex,", tag::duplex, shows_oper ? port.oper_port_duplex : port.admin_port_duplex);
+  print_enum(rx, " %s", tag::speed, port.oper_port_speed);
   if (data.fcot_supported)
-    print_text(rx, ", media type is %s\n", 0x302a0287, data.type);
+    print_text(rx, ", media type is %s\n", tag::media_type, data.type);
   else
     cmd_prt(rx, "\n");
 }
 
 void print_flow_control(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
   const uint32 flow = port.admin_port_flow_ctrl;
-  print_enum(rx, "  Input flow-control is %s,", 0x022a0288, flow & PM_FLOW_CTRL_RECEIVE);
-  print_enum(rx, " output flow-control is %s\n", 0x022a0289, flow & PM_FLOW_CTRL_SEND);
+  print_enum(rx, "  Input flow-control is %s,", tag::input_flow_control, flow & PM_FLOW_CTRL_RECEIVE);
+  print_enum(rx, " output flow-control is %s\n", tag::output_flow_control, flow & PM_FLOW_CTRL_SEND);
 }
 
 void print_times(cmd_rx_handle_t* rx, const intf_data& data) {
-  if (data.last_flapped[0] != '\0') print_text(rx, "  Last link flapped %s\n", 0x302a0293, data.last_flapped);
+  if (data.last_flapped[0] != '\0')
+    print_text(rx, "  Last link flapped %s\n", tag::last_link_flapped, data.last_flapped);
   if (data.last_cleared[0] != '\0')
-    print_text(rx, "  Last clearing of \"show interface\" counters %s\n", 0x302a0292, data.last_cleared);
+    print_text(rx, "  Last clearing of \"show interface\" counters %s\n", tag::last_counters_cleared,
+               data.last_cleared);
 }
 
 }  // namespace
@@ -106,25 +108,27 @@ void pm_cli_show_port_info(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info
   const intf_data& data = *port_data;
   const bool is_whole_interface = data.sub_interface == 0;
 
-  print_if_index(rx_handle, "%s ", 0x0c2a01d8, port.if_index);
+  print_if_index(rx_handle, "%s ", tag::interface, port.if_index);
   print_state_and_reason(rx_handle, port);
   print_binding(rx_handle, port);
   if (data.port_channel) print_multi_chassis_status(rx_handle, port);
   print_hardware(rx_handle, port, data);
   if (port.port_name[0] != '\0')
-    print_text(rx_handle, "  Description: %s\n", 0x302a01dc, terminate(port.port_name).text);
+    print_text(rx_handle, "  Description: %s\n", tag::description, terminate(port.port_name).text);
   print_address(rx_handle, data.inet_addr);
   print_mtu_bandwidth_delay(rx_handle, port, "  MTU %s bytes,", " DLY %s usec,\n");
   print_loads(rx_handle, data);
   print_encapsulation(rx_handle, port, data);
-  if (data.layer2) print_enum(rx_handle, "  Port mode is %s\n", 0x022a0283, shown_mode(port));
+  if (data.layer2) print_enum(rx_handle, "  Port mode is %s\n", tag::port_mode, shown_mode(port));
   if ((data.physical || data.port_channel) && is_whole_interface) print_duplex_and_speed(rx_handle, port, data);
   if (data.flowcontrol_supported) print_flow_control(rx_handle, port);
   if (data.mdix_supported)
-    print_enum(rx_handle, "  Auto-mdix is turned %s\n", 0x022a028a, port.admin_mdix_mode == PM_PORT_MDIX_ON ? 1 : 0);
+    print_enum(rx_handle, "  Auto-mdix is turned %s\n", tag::auto_mdix,
+               port.admin_mdix_mode == PM_PORT_MDIX_ON ? 1 : 0);
   if (data.fcot_supported && is_whole_interface)
-    print_enum(rx_handle, "  Rate mode is %s\n", 0x022a0284, port.admin_port_rate_mode);
-  if (data.span_supported) print_enum(rx_handle, "  Switchport monitor is %s \n", 0x022a028b, port.span_mode);
+    print_enum(rx_handle, "  Rate mode is %s\n", tag::rate_mode, port.admin_port_rate_mode);
+  if (data.span_supported)
+    print_enum(rx_handle, "  Switchport monitor is %s \n", tag::switchport_monitor, port.span_mode);
   if (!is_whole_interface) return;
   if (data.port_channel) print_eth_port_channel_members(rx_handle, port.if_index);
   print_times(rx_handle, data);
@@ -132,5 +136,5 @@ void pm_cli_show_port_info(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info
 
 void pm_cli_show_port_reset_cntr(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info,
                                  pm_cli_common_show_intf_data_t*) {
-  print_u32(rx_handle, "  %s interface resets\n", 0x142a029c, port_info->reset_cntr);
+  print_u32(rx_handle, "  %s interface resets\n", tag::interface_resets, port_info->reset_cntr);
 }

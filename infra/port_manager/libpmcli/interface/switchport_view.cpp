@@ -22,8 +22,8 @@ bool is_ips(const pm_port_info_t& port) { return port.oper_port_mode == PM_PORT_
 
 void print_speed_and_duplex(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
   const bool shows_oper = port.oper_port_state == PM_PORT_STATE_UP && !is_ips(port);
-  print_enum(rx, "    Speed is %s\n", 0x022a0282, port.oper_port_speed);
-  print_enum(rx, "    Duplex mode is %s\n", 0x022a0281, shows_oper ? port.oper_port_duplex : port.admin_port_duplex);
+  print_enum(rx, "    Speed is %s\n", tag::speed, port.oper_port_speed);
+  print_enum(rx, "    Duplex mode is %s\n", tag::duplex, shows_oper ? port.oper_port_duplex : port.admin_port_duplex);
 }
 
 void print_flow_control(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
@@ -38,7 +38,7 @@ void print_flow_control(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
 // An IPS port shows two lines of mode, which is intended.
 void print_port_lines(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
   if (is_ips(port)) cmd_prt(rx, "    Port mode is IPS\n");
-  print_enum(rx, "    Port mode is %s\n", 0x022a0283, shown_mode(port));
+  print_enum(rx, "    Port mode is %s\n", tag::port_mode, shown_mode(port));
   print_speed_and_duplex(rx, port);
   print_flow_control(rx, port);
 }
@@ -50,7 +50,7 @@ void print_channel(cmd_rx_handle_t* rx, mts_q_handle_t q, pm_port_info_t* record
   show_eth_intf_resp_t statistics{};
   if (is_ips(port) && !fetch_eth_statistics(q, port.if_index, type, &statistics)) return;
 
-  print_mac(rx, "    Hardware is GigabitEthernet, address is %s\n", 0x0f2a0274, burned_in_mac(port));
+  print_mac(rx, "    Hardware is GigabitEthernet, address is %s\n", tag::address, burned_in_mac(port));
   uint16 sub_interface = 0;
   if (if_index_get_sub_intf(port.if_index, &sub_interface) != 0) sub_interface = 0;
   print_eth_mtu_bw_dly(rx, record, sub_interface);
@@ -71,7 +71,7 @@ void print_management(cmd_rx_handle_t* rx, mts_q_handle_t q, pm_port_info_t* por
 
 void print_eth_port_status(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info) {
   const pm_port_info_t& port = *port_info;
-  print_if_index(rx_handle, "%s ", 0x0c2a01d8, port.if_index);
+  print_if_index(rx_handle, "%s ", tag::interface, port.if_index);
   const auto status = static_cast<syserr_t>(static_cast<uint32>(port.status));
   if (status != 0) {
     std::printf("    Error: %X:%s\n", static_cast<uint32>(status), system_error_text(status));
@@ -84,9 +84,9 @@ void print_eth_port_common_info(cmd_rx_handle_t* rx_handle, pm_port_info_t* port
   const pm_port_info_t& port = *port_info;
   print_eth_port_status(rx_handle, port_info);
   if (port.port_name[0] != '\0')
-    print_text(rx_handle, "    Port description is %s\n", 0x302a01dc, terminate(port.port_name).text);
+    print_text(rx_handle, "    Port description is %s\n", tag::description, terminate(port.port_name).text);
   if (port.is_part_of_bundle == 1)
-    print_text_as_number(rx_handle, "    Belongs to %s\n", 0x142a0271, interface_name(port.bundle_if_index).text);
+    print_text_as_number(rx_handle, "    Belongs to %s\n", tag::member_of, interface_name(port.bundle_if_index).text);
 }
 
 // Unlike in the common block, four blanks in front and no comma behind, which is intended.

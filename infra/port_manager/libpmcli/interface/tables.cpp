@@ -34,15 +34,15 @@ bool shows_brief_row(if_index_type_t type) {
 // A port that is not up shows the family of its reason; a loopback its state always.
 void print_brief_status(cmd_rx_handle_t* rx, const pm_port_info_t& port, if_index_type_t type) {
   if (port.oper_port_state == PM_PORT_STATE_UP || type == IF_TYPE_LOOPBACK)
-    print_enum(rx, "%-10.10s ", 0x022a01d9, port.oper_port_state);
+    print_enum(rx, "%-10.10s ", tag::state, port.oper_port_state);
   else
-    print_enum(rx, "%-10.10s ", 0x022a01da, port_state_reason_unique_enum(port.oper_state_reason));
+    print_enum(rx, "%-10.10s ", tag::brief_state_reason, port_state_reason_unique_enum(port.oper_state_reason));
 }
 
 void print_brief_address(cmd_rx_handle_t* rx, const pm_port_info_t& port, mts_q_handle_t q) {
   const std::optional<ipconf_if_inet_addr_info_t> address = ask_first_address(q, port.if_index);
   if (address && address->inet_addr.addr_type == INET_ADDR_TYPE_IPV4)
-    print_ipv4(rx, "%-17.17s ", 0x1e2a0276, address->inet_addr.a.ipv4_addr);
+    print_ipv4(rx, "%-17.17s ", tag::ip_address, address->inet_addr.a.ipv4_addr);
   else
     print_absent(rx, "%-18.18s");
 }
@@ -73,7 +73,7 @@ void print_vlan(cmd_rx_handle_t* rx, const pm_port_info_t& port, if_index_type_t
   if (type == IF_TYPE_ETHERNET) return;
   char cell[10] = "routed";
   if (type != IF_TYPE_LOOPBACK && type != IF_TYPE_MGMT) format_vlan(cell, port, q);
-  print_text(rx, "%-9.9s ", 0x302a0615, cell);
+  print_text(rx, "%-9.9s ", tag::status_vlan, cell);
 }
 
 // A text of 32 bytes that shows "--" until there is something better.
@@ -117,15 +117,15 @@ void print_eth_port_info_brief(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_
     std::printf("error: invalid if index type(%d)\n", type);
     return;
   }
-  print_if_index(rx_handle, "%-24.24s ", 0x0c2a01d8, port.if_index);
+  print_if_index(rx_handle, "%-24.24s ", tag::interface, port.if_index);
   print_brief_status(rx_handle, port, type);
   print_brief_address(rx_handle, port, mts_q);
   if (port.oper_port_speed != 0)
-    print_enum(rx_handle, "%-8.8s ", 0x022a0282, port.oper_port_speed);
+    print_enum(rx_handle, "%-8.8s ", tag::speed, port.oper_port_speed);
   else
     print_absent(rx_handle, "%-9.9s");
   if (port.admin_rxbufsize != 0)
-    print_u32(rx_handle, "%-5.5s ", 0x142a0278, port.admin_rxbufsize);
+    print_u32(rx_handle, "%-5.5s ", tag::mtu, port.admin_rxbufsize);
   else
     print_absent(rx_handle, "%-6.6s");
   cmd_prt(rx_handle, "\n");
@@ -138,13 +138,13 @@ void print_eth_port_status_line(cmd_rx_handle_t* rx_handle, pm_port_info_t* port
   const bool is_up = port.oper_port_state == PM_PORT_STATE_UP;
 
   cmd_print_short(rx_handle);
-  print_if_index(rx_handle, "%-14.14s ", 0x0c2a0612, port.if_index);
-  print_name(rx_handle, 0x302a0613, port);
-  print_enum(rx_handle, "%-8.8s ", 0x022a0614, port.oper_port_state);
+  print_if_index(rx_handle, "%-14.14s ", tag::status_interface, port.if_index);
+  print_name(rx_handle, tag::status_description, port);
+  print_enum(rx_handle, "%-8.8s ", tag::status_state, port.oper_port_state);
   print_vlan(rx_handle, port, type, mts_q);
-  print_enum(rx_handle, "%-7.7s ", 0x022a0616, is_ips ? port.admin_port_duplex : port.oper_port_duplex);
-  print_enum(rx_handle, "%-7.7s ", 0x022a0617, is_up ? port.oper_port_speed : port.admin_port_speed);
-  print_text(rx_handle, "%-11.11s\n", 0x302a0618, find_media_type(port, type, mts_q).text);
+  print_enum(rx_handle, "%-7.7s ", tag::status_duplex, is_ips ? port.admin_port_duplex : port.oper_port_duplex);
+  print_enum(rx_handle, "%-7.7s ", tag::status_speed, is_up ? port.oper_port_speed : port.admin_port_speed);
+  print_text(rx_handle, "%-11.11s\n", tag::status_type, find_media_type(port, type, mts_q).text);
 }
 
 void print_eth_port_err_status_line(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info, mts_q_handle_t) {
@@ -153,37 +153,37 @@ void print_eth_port_err_status_line(cmd_rx_handle_t* rx_handle, pm_port_info_t* 
   const bool is_error_disabled = port_state_reason_unique_enum(reason) == PM_REASON_ERROR_DISABLED;
 
   cmd_print_short(rx_handle);
-  print_if_index(rx_handle, "%-10.10s ", 0x0c2a0619, port.if_index);
-  print_name(rx_handle, 0x302a061a, port);
-  print_enum(rx_handle, "%-8.8s ", 0x022a061b, port.oper_port_state);
-  print_enum(rx_handle, "%s\n", 0x022a061d, is_error_disabled ? reason : uint8{PM_REASON_NONE});
+  print_if_index(rx_handle, "%-10.10s ", tag::error_status_interface, port.if_index);
+  print_name(rx_handle, tag::error_status_description, port);
+  print_enum(rx_handle, "%-8.8s ", tag::error_status_state, port.oper_port_state);
+  print_enum(rx_handle, "%s\n", tag::error_status_state_reason, is_error_disabled ? reason : uint8{PM_REASON_NONE});
 }
 
 void print_eth_port_description(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info) {
-  print_if_index(rx_handle, "%-24.24s ", 0x0c2a0001, port_info->if_index);
+  print_if_index(rx_handle, "%-24.24s ", tag::description_interface, port_info->if_index);
   if (port_info->port_name[0] != '\0')
-    print_text(rx_handle, "%s\n", 0x302a0006, terminate(port_info->port_name).text);
+    print_text(rx_handle, "%s\n", tag::description_text, terminate(port_info->port_name).text);
   else
     cmd_prt(rx_handle, "--\n");
 }
 
 void print_eth_port_mac_address(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info) {
-  print_if_index(rx_handle, "%-26.26s ", 0x0c2a007b, port_info->if_index);
-  print_mac(rx_handle, "%-15.15s ", 0x0f2a007c, port_info->router_mac);
-  print_mac(rx_handle, "%s\n", 0x0f2a007d, burned_in_mac(*port_info));
+  print_if_index(rx_handle, "%-26.26s ", tag::mac_interface, port_info->if_index);
+  print_mac(rx_handle, "%-15.15s ", tag::mac_address, port_info->router_mac);
+  print_mac(rx_handle, "%s\n", tag::mac_burned_in_address, burned_in_mac(*port_info));
 }
 
 void print_port_ifindex(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info) {
   cmd_print_short(rx_handle);
-  print_if_index(rx_handle, "%-14.14s", 0x0c2a05e9, port_info->if_index);
-  print_u32(rx_handle, "  %-10.10s", 0x142a05eb, port_info->if_index);
-  print_hex32(rx_handle, " (%-10.10s)\n", 0x222a05ea, port_info->if_index);
+  print_if_index(rx_handle, "%-14.14s", tag::ifindex_interface, port_info->if_index);
+  print_u32(rx_handle, "  %-10.10s", tag::ifindex, port_info->if_index);
+  print_hex32(rx_handle, " (%-10.10s)\n", tag::ifindex_hex, port_info->if_index);
 }
 
 void print_port_debounce(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info) {
   const uint16 debounce = port_info->admin_port_link_debounce;
   cmd_print_short(rx_handle);
-  print_if_index(rx_handle, "%-13.13s ", 0x0c2a05e6, port_info->if_index);
-  print_text(rx_handle, "%-14.14s ", 0x302a05e7, debounce != 0 ? "enable" : "disable");
-  print_u32(rx_handle, "%9s\n", 0x142a05e8, debounce);
+  print_if_index(rx_handle, "%-13.13s ", tag::debounce_interface, port_info->if_index);
+  print_text(rx_handle, "%-14.14s ", tag::debounce, debounce != 0 ? "enable" : "disable");
+  print_u32(rx_handle, "%9s\n", tag::debounce_msec, debounce);
 }

@@ -12,7 +12,7 @@ template <typename Record, typename Counter>
 struct counter_piece {
   const char* format;
   Counter Record::*counter;
-  uint32 tuple;  // of an unsigned integer of either width
+  counter_tuple_id tuple;
 };
 
 template <typename Record, typename Counter, std::size_t Pieces>

@@ -7,22 +7,13 @@
 #include <cstdio>
 
 #include "platform/cmd_channel.h"
+#include "platform/tags.h"
 #include "platform/types.h"
 #include "pmcli/command.h"
 
 namespace pmcli {
 
-// Not constexpr: what would call it does not compile.
-void tuple_id_is_of_another_type();
-
-// A tuple id whose values are of one type.
-template <uint32 Type>
-struct tuple_id {
-  consteval tuple_id(uint32 tuple) : id(tuple) {
-    if (tuple >> 24 != Type) tuple_id_is_of_another_type();
-  }
-  uint32 id;
-};
+using tag::tuple_id;
 
 template <uint32 Type, typename Value>
 void print_value(cmd_rx_handle_t* rx, const char* format, tuple_id<Type> tuple, Value value) {
@@ -85,11 +76,20 @@ inline void print_text_as_number(cmd_rx_handle_t* rx, const char* format, tuple_
   cmd_prt(rx, format, cmd_tuple(tuple.id, text));
 }
 
-// A counter under an id of either width, known only at run time: a 32-bit id takes the low 32 bits.
-inline void print_counter(cmd_rx_handle_t* rx, const char* format, uint32 tuple, uint64 value) {
+// The tuple id of an unsigned integer of either width.
+struct counter_tuple_id {
+  constexpr counter_tuple_id(tuple_id<CMD_TYPE_UINT32> tuple) : id(tuple.id) {}
+  constexpr counter_tuple_id(tuple_id<CMD_TYPE_UINT64> tuple) : id(tuple.id) {}
+  constexpr counter_tuple_id(uint32 tuple) : id(tuple) {}
+
+  uint32 id;
+};
+
+// A 32-bit id takes the low 32 bits of a counter.
+inline void print_counter(cmd_rx_handle_t* rx, const char* format, counter_tuple_id tuple, uint64 value) {
   const auto low_bits = static_cast<uint32>(value);
-  const bool is_wide = tuple >> 24 == CMD_TYPE_UINT64;
-  cmd_prt(rx, format, cmd_tuple(tuple, is_wide ? static_cast<const void*>(&value) : &low_bits));
+  const bool is_wide = tuple.id >> 24 == CMD_TYPE_UINT64;
+  cmd_prt(rx, format, cmd_tuple(tuple.id, is_wide ? static_cast<const void*>(&value) : &low_bits));
 }
 
 // The cell of a value that there is none of: "--", as wide as `format` makes it (at most 79 columns).

@@ -1,0 +1,258 @@
+/*
+ * The vocabulary of the output channel: a name for each tuple id that the displays bind, with the type of its values.
+ * Names are for C++17 and later; the ids themselves are part of the contract with the programs that read them.
+ *
+ * A name is that of the value without its unit. The ids of the detailed view have no prefix; those of another display
+ * have its name in front, as in status_duplex. The schema of the host says which key and unit a value has.
+ */
+#ifndef PLATFORM_TAGS_H
+#define PLATFORM_TAGS_H
+
+#include "platform/cmd_channel.h"
+
+#if defined(__cplusplus) && __cplusplus >= 201703L
+
+#if __cplusplus >= 202002L
+#define PLATFORM_CONSTEVAL consteval
+#else
+#define PLATFORM_CONSTEVAL constexpr
+#endif
+
+namespace tag {
+
+/* Not constexpr: an id that calls it does not compile. */
+void tuple_id_is_of_another_type();
+
+/* A tuple id whose values are of one type, a CMD_TYPE_... . */
+template <uint32 Type>
+struct tuple_id {
+  PLATFORM_CONSTEVAL tuple_id(uint32 tuple) : id(tuple) {
+    if (tuple >> 24 != Type) tuple_id_is_of_another_type();
+  }
+
+  uint32 id;
+};
+
+/* The detailed view, and what other views share with it. */
+/* clang-format takes this name for a keyword. */
+// clang-format off
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> interface{0x0C2A01D8};
+// clang-format on
+inline constexpr tuple_id<CMD_TYPE_ENUM> state{0x022A01D9};
+inline constexpr tuple_id<CMD_TYPE_ENUM> state_reason{0x022A01DB};
+inline constexpr tuple_id<CMD_TYPE_STRING> description{0x302A01DC};
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> bound_interface{0x0C2A0239};
+inline constexpr tuple_id<CMD_TYPE_UINT32> member_of{0x142A0271};
+inline constexpr tuple_id<CMD_TYPE_STRING> multi_chassis_status{0x302A0272};
+inline constexpr tuple_id<CMD_TYPE_STRING> hardware{0x302A0273};
+inline constexpr tuple_id<CMD_TYPE_MAC> address{0x0F2A0274};
+inline constexpr tuple_id<CMD_TYPE_MAC> burned_in_address{0x0F2A0275};
+inline constexpr tuple_id<CMD_TYPE_IPV4> ip_address{0x1E2A0276};
+inline constexpr tuple_id<CMD_TYPE_UINT32> prefix_length{0x142A0277};
+inline constexpr tuple_id<CMD_TYPE_UINT32> mtu{0x142A0278};
+inline constexpr tuple_id<CMD_TYPE_UINT32> bandwidth{0x142A0279};
+inline constexpr tuple_id<CMD_TYPE_UINT32> delay{0x142A027B};
+inline constexpr tuple_id<CMD_TYPE_STRING> reliability{0x302A027C};
+inline constexpr tuple_id<CMD_TYPE_STRING> tx_load{0x302A027D};
+inline constexpr tuple_id<CMD_TYPE_STRING> rx_load{0x302A027E};
+inline constexpr tuple_id<CMD_TYPE_ENUM> duplex{0x022A0281};
+inline constexpr tuple_id<CMD_TYPE_ENUM> speed{0x022A0282};
+inline constexpr tuple_id<CMD_TYPE_ENUM> port_mode{0x022A0283};
+inline constexpr tuple_id<CMD_TYPE_ENUM> rate_mode{0x022A0284};
+inline constexpr tuple_id<CMD_TYPE_STRING> media_type{0x302A0287};
+inline constexpr tuple_id<CMD_TYPE_ENUM> input_flow_control{0x022A0288};
+inline constexpr tuple_id<CMD_TYPE_ENUM> output_flow_control{0x022A0289};
+inline constexpr tuple_id<CMD_TYPE_ENUM> auto_mdix{0x022A028A};
+inline constexpr tuple_id<CMD_TYPE_ENUM> switchport_monitor{0x022A028B};
+inline constexpr tuple_id<CMD_TYPE_STRING> last_counters_cleared{0x302A0292};
+inline constexpr tuple_id<CMD_TYPE_STRING> last_link_flapped{0x302A0293};
+inline constexpr tuple_id<CMD_TYPE_UINT32> interface_resets{0x142A029C};
+
+/* Traffic of the management port in its detailed view. */
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_packets{0x152A0250};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_bytes{0x152A0251};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_unicast_packets{0x152A0252};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_multicast_packets{0x152A0253};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_broadcast_packets{0x152A0254};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_rate_pps{0x152A0257};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_input_rate_bps{0x152A0258};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_packets{0x152A0259};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_bytes{0x152A025A};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_unicast_packets{0x152A025B};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_multicast_packets{0x152A025C};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_broadcast_packets{0x152A025D};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_rate_pps{0x152A0260};
+inline constexpr tuple_id<CMD_TYPE_UINT64> management_output_rate_bps{0x152A0261};
+
+/* Counters of a loopback in its detailed view. */
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_packets{0x152A023A};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_bytes{0x152A023B};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_multicast_packets{0x152A023C};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_compressed{0x152A023D};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_errors{0x152A023E};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_frame_errors{0x152A023F};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_overruns{0x152A0240};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_input_fifo_errors{0x152A0241};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_packets{0x152A0242};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_bytes{0x152A0243};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_underruns{0x152A0244};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_errors{0x152A0245};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_collisions{0x152A0246};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_fifo_errors{0x152A0247};
+inline constexpr tuple_id<CMD_TYPE_UINT64> loopback_output_carrier_errors{0x152A0248};
+
+/* The kernel's counters of a device: the management port, the in-band interface. */
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_packets{0x142A01E4};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_bytes{0x142A01E5};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_multicast_packets{0x142A01E6};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_compressed{0x142A01E7};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_errors{0x142A01E8};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_frame_errors{0x142A01E9};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_overruns{0x142A01EA};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_input_fifo_errors{0x142A01EB};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_packets{0x142A01EC};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_bytes{0x142A01ED};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_underruns{0x142A01EE};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_errors{0x142A01EF};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_collisions{0x142A01F0};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_fifo_errors{0x142A01F1};
+inline constexpr tuple_id<CMD_TYPE_UINT32> kernel_output_carrier_errors{0x142A01F2};
+
+/* The management port in the switchport-style view. */
+inline constexpr tuple_id<CMD_TYPE_STRING> management_hardware{0x302A01DD};
+inline constexpr tuple_id<CMD_TYPE_MAC> management_address{0x0F2A01DE};
+inline constexpr tuple_id<CMD_TYPE_UINT32> management_mtu{0x142A01E1};
+inline constexpr tuple_id<CMD_TYPE_ENUM> management_speed{0x022A01E2};
+inline constexpr tuple_id<CMD_TYPE_ENUM> management_duplex{0x022A01E3};
+
+/* Brief tables. */
+inline constexpr tuple_id<CMD_TYPE_ENUM> brief_state_reason{0x022A01DA};
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> brief_interface{0x0C2A01F4};
+inline constexpr tuple_id<CMD_TYPE_ENUM> brief_state{0x022A01F8};
+inline constexpr tuple_id<CMD_TYPE_ENUM> brief_speed{0x022A01FA};
+inline constexpr tuple_id<CMD_TYPE_STRING> brief_description{0x302A0339};
+inline constexpr tuple_id<CMD_TYPE_IPV4> brief_ip_address{0x1E2A033C};
+inline constexpr tuple_id<CMD_TYPE_UINT32> brief_mtu{0x142A033D};
+
+/* The table of status. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> status_interface{0x0C2A0612};
+inline constexpr tuple_id<CMD_TYPE_STRING> status_description{0x302A0613};
+inline constexpr tuple_id<CMD_TYPE_ENUM> status_state{0x022A0614};
+inline constexpr tuple_id<CMD_TYPE_STRING> status_vlan{0x302A0615};
+inline constexpr tuple_id<CMD_TYPE_ENUM> status_duplex{0x022A0616};
+inline constexpr tuple_id<CMD_TYPE_ENUM> status_speed{0x022A0617};
+inline constexpr tuple_id<CMD_TYPE_STRING> status_type{0x302A0618};
+
+/* The table of ports that are disabled by an error. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> error_status_interface{0x0C2A0619};
+inline constexpr tuple_id<CMD_TYPE_STRING> error_status_description{0x302A061A};
+inline constexpr tuple_id<CMD_TYPE_ENUM> error_status_state{0x022A061B};
+inline constexpr tuple_id<CMD_TYPE_ENUM> error_status_state_reason{0x022A061D};
+
+/* The table of descriptions. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> description_interface{0x0C2A0001};
+inline constexpr tuple_id<CMD_TYPE_STRING> description_text{0x302A0006};
+
+/* The table of MAC addresses. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> mac_interface{0x0C2A007B};
+inline constexpr tuple_id<CMD_TYPE_MAC> mac_address{0x0F2A007C};
+inline constexpr tuple_id<CMD_TYPE_MAC> mac_burned_in_address{0x0F2A007D};
+
+/* The table of interface indexes. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> ifindex_interface{0x0C2A05E9};
+inline constexpr tuple_id<CMD_TYPE_HEX32> ifindex_hex{0x222A05EA};
+inline constexpr tuple_id<CMD_TYPE_UINT32> ifindex{0x142A05EB};
+
+/* The table of debounce times. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> debounce_interface{0x0C2A05E6};
+inline constexpr tuple_id<CMD_TYPE_STRING> debounce{0x302A05E7};
+inline constexpr tuple_id<CMD_TYPE_UINT32> debounce_msec{0x142A05E8};
+
+/* Capabilities. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> capability_interface{0x0C2A01FF};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_model{0x302A0200};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_media_type{0x302A0201};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_speeds{0x302A0202};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_duplex{0x302A0203};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_trunk_encapsulation{0x302A0204};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_channel{0x022A0205};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_broadcast_suppression{0x302A0206};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_flow_control{0x302A0207};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_rate_mode{0x302A0208};
+inline constexpr tuple_id<CMD_TYPE_STRING> capability_qos_scheduling{0x302A020A};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_cos_rewrite{0x022A020B};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_tos_rewrite{0x022A020C};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_span{0x022A020E};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_udld{0x022A020F};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_mdix{0x022A0210};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_link_debounce{0x022A0211};
+inline constexpr tuple_id<CMD_TYPE_ENUM> capability_link_debounce_time{0x022A0212};
+
+/* The table of flow control. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> flow_control_interface{0x0C2A0602};
+inline constexpr tuple_id<CMD_TYPE_ENUM> flow_control_admin_output{0x022A0603};
+inline constexpr tuple_id<CMD_TYPE_ENUM> flow_control_oper_output{0x022A0604};
+inline constexpr tuple_id<CMD_TYPE_ENUM> flow_control_admin_input{0x022A0605};
+inline constexpr tuple_id<CMD_TYPE_ENUM> flow_control_oper_input{0x022A0606};
+inline constexpr tuple_id<CMD_TYPE_UINT64> flow_control_input_pause_frames{0x152A0607};
+inline constexpr tuple_id<CMD_TYPE_UINT64> flow_control_output_pause_frames{0x152A0608};
+
+/* The tables of traffic. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> counters_interface{0x0C2A0696};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_input_bytes{0x152A0697};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_input_unicast_packets{0x152A0698};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_input_multicast_packets{0x152A0699};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_input_broadcast_packets{0x152A069A};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_output_bytes{0x152A069B};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_output_unicast_packets{0x152A069C};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_output_multicast_packets{0x152A069D};
+inline constexpr tuple_id<CMD_TYPE_UINT64> counters_output_broadcast_packets{0x152A069E};
+
+/* The table of rates. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> rates_interface{0x0C2A0217};
+inline constexpr tuple_id<CMD_TYPE_UINT64> rates_input_mbytes_per_sec{0x152A0218};
+inline constexpr tuple_id<CMD_TYPE_UINT64> rates_input_pps{0x152A0219};
+inline constexpr tuple_id<CMD_TYPE_UINT64> rates_output_mbytes_per_sec{0x152A021A};
+inline constexpr tuple_id<CMD_TYPE_UINT64> rates_output_pps{0x152A021B};
+
+/* The tables of errors. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> error_counters_interface{0x0C2A05C2};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_alignment_errors{0x152A05C3};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_frame_check_errors{0x152A05C4};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_output_errors{0x152A05C5};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_input_errors{0x152A05C6};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_undersize_errors{0x152A05C7};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_output_discards{0x152A05C8};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_single_collisions{0x152A05C9};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_multiple_collisions{0x152A05CA};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_late_collisions{0x152A05CB};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_excessive_collisions{0x152A05CC};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_carrier_errors{0x152A05CD};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_runts{0x152A05CE};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_giants{0x152A05CF};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_sqe_test_errors{0x152A05D0};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_deferred{0x152A05D1};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_input_internal_mac_errors{0x152A05D2};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_output_internal_mac_errors{0x152A05D3};
+inline constexpr tuple_id<CMD_TYPE_UINT64> error_counters_symbol_errors{0x152A05D4};
+
+/* The table of trunk frames. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> trunk_counters_interface{0x0C2A05E2};
+inline constexpr tuple_id<CMD_TYPE_UINT64> trunk_counters_output_packets{0x152A05E3};
+inline constexpr tuple_id<CMD_TYPE_UINT64> trunk_counters_input_packets{0x152A05E4};
+inline constexpr tuple_id<CMD_TYPE_UINT64> trunk_counters_wrong_encapsulation{0x152A05E5};
+
+/* The table of storm control. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> storm_control_interface{0x0C2A05D6};
+inline constexpr tuple_id<CMD_TYPE_STRING> storm_control_broadcast_level{0x302A05D7};
+inline constexpr tuple_id<CMD_TYPE_STRING> storm_control_multicast_level{0x302A05D8};
+inline constexpr tuple_id<CMD_TYPE_STRING> storm_control_unicast_level{0x302A05D9};
+inline constexpr tuple_id<CMD_TYPE_UINT64> storm_control_suppressed_packets{0x152A05DA};
+
+}  // namespace tag
+
+#undef PLATFORM_CONSTEVAL
+
+#endif
+
+#endif
