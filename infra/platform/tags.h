@@ -346,6 +346,41 @@ inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_layer3_average_input_packets{
 inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_layer3_average_output_bytes{0x152A0179};
 inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_layer3_average_output_packets{0x152A017A};
 
+/* The same of the management port, as the port manager counts. */
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_input_packets{0x152A0086};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_input_bytes{0x152A0087};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_input_unicast_packets{0x152A0088};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_input_multicast_packets{0x152A0089};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_input_broadcast_packets{0x152A008A};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_input_bytes_per_sec{0x152A008B};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_input_packets_per_sec{0x152A008C};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_interval_input_packets{0x152A008D};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_interval_input_bytes{0x152A008E};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_output_packets{0x152A008F};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_output_bytes{0x152A0090};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_output_unicast_packets{0x152A0091};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_output_multicast_packets{0x152A0092};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_output_broadcast_packets{0x152A0093};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_output_bytes_per_sec{0x152A0094};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_output_packets_per_sec{0x152A0095};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_interval_output_packets{0x152A0096};
+inline constexpr tuple_id<CMD_TYPE_UINT64> nonzero_vdc_interval_output_bytes{0x152A0097};
+
+/* The same of a loopback. */
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_input_packets{0x142A00A7};
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_input_bytes{0x142A00A8};
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_input_multicast_packets{0x142A00A9};
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_input_compressed{0x142A00AA};
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_input_errors{0x142A00AB};
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_input_frame_errors{0x142A00AC};
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_overrun_errors{0x142A00AD};
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_input_fifo_errors{0x142A00AE};
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_output_packets{0x142A00AF};
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_output_bytes{0x142A00B0};
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_underrun_errors{0x142A00B1};
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_output_errors{0x142A00B2};
+inline constexpr tuple_id<CMD_TYPE_UINT32> nonzero_loopback_collision_errors{0x142A00B3};
+
 /* The list of all counters: its first part, of 64 bits. */
 inline constexpr tuple_id<CMD_TYPE_UINT64> high_capacity_input_packets{0x152A0439};
 inline constexpr tuple_id<CMD_TYPE_UINT64> high_capacity_output_packets{0x152A043A};
@@ -461,6 +496,60 @@ inline constexpr tuple_id<CMD_TYPE_UINT64> all_layer3_average_input_bytes{0x152A
 inline constexpr tuple_id<CMD_TYPE_UINT64> all_layer3_average_input_packets{0x152A0469};
 inline constexpr tuple_id<CMD_TYPE_UINT64> all_layer3_average_output_bytes{0x152A046A};
 inline constexpr tuple_id<CMD_TYPE_UINT64> all_layer3_average_output_packets{0x152A046B};
+
+/* The same of the management port, as the port manager counts. */
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_input_packets{0x152A0409};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_input_bytes{0x152A040A};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_input_unicast_packets{0x152A040B};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_input_multicast_packets{0x152A040C};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_input_broadcast_packets{0x152A040D};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_input_bytes_per_sec{0x152A040E};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_input_packets_per_sec{0x152A040F};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_interval_input_packets{0x152A0410};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_interval_input_bytes{0x152A0411};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_output_packets{0x152A0412};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_output_bytes{0x152A0413};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_output_unicast_packets{0x152A0414};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_output_multicast_packets{0x152A0415};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_output_broadcast_packets{0x152A0416};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_output_bytes_per_sec{0x152A0417};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_output_packets_per_sec{0x152A0418};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_interval_output_packets{0x152A0419};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_vdc_interval_output_bytes{0x152A041A};
+
+/* The same as the kernel counts; the list of counters that are not 0 has these ids, too. */
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_input_packets{0x142A041B};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_input_bytes{0x142A041C};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_input_multicast_packets{0x142A041D};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_input_compressed{0x142A041E};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_input_errors{0x142A041F};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_input_frame_errors{0x142A0420};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_input_overruns{0x142A0421};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_input_fifo_errors{0x142A0422};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_output_packets{0x142A0423};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_output_bytes{0x142A0424};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_output_underruns{0x142A0425};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_output_errors{0x142A0426};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_output_collisions{0x142A0427};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_output_fifo_errors{0x142A0428};
+inline constexpr tuple_id<CMD_TYPE_UINT32> all_kernel_output_carrier_errors{0x142A0429};
+
+/* The same of a loopback. */
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_input_packets{0x152A042A};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_input_bytes{0x152A042B};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_input_multicast_packets{0x152A042C};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_input_compressed{0x152A042D};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_input_errors{0x152A042E};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_input_frame_errors{0x152A042F};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_overrun_errors{0x152A0430};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_input_fifo_errors{0x152A0431};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_output_packets{0x152A0432};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_output_bytes{0x152A0433};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_underrun_errors{0x152A0434};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_output_errors{0x152A0435};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_collision_errors{0x152A0436};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_output_fifo_errors{0x152A0437};
+inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_lost_carrier_errors{0x152A0438};
 
 }  // namespace tag
 
