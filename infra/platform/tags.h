@@ -551,6 +551,65 @@ inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_collision_errors{0x152A0
 inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_output_fifo_errors{0x152A0437};
 inline constexpr tuple_id<CMD_TYPE_UINT64> all_loopback_lost_carrier_errors{0x152A0438};
 
+/* Transceivers: identity, values, marks and thresholds. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> transceiver_interface{0x0C2A0007};
+inline constexpr tuple_id<CMD_TYPE_STRING> transceiver_presence{0x302A0008};
+inline constexpr tuple_id<CMD_TYPE_STRING> transceiver_vendor{0x302A0009};
+inline constexpr tuple_id<CMD_TYPE_STRING> transceiver_part_number{0x302A000A};
+inline constexpr tuple_id<CMD_TYPE_STRING> transceiver_revision{0x302A000B};
+inline constexpr tuple_id<CMD_TYPE_STRING> transceiver_serial_number{0x302A000C};
+inline constexpr tuple_id<CMD_TYPE_UINT32> transceiver_bit_rate{0x142A000D};
+inline constexpr tuple_id<CMD_TYPE_UINT32> transceiver_length_9um{0x142A000E};
+inline constexpr tuple_id<CMD_TYPE_UINT32> transceiver_length_50um{0x142A000F};
+inline constexpr tuple_id<CMD_TYPE_UINT32> transceiver_length_62um{0x142A0010};
+inline constexpr tuple_id<CMD_TYPE_STRING> transceiver_vendor_id{0x302A0011};
+inline constexpr tuple_id<CMD_TYPE_UINT32> transceiver_extended_id{0x142A0012};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_temperature{0x452A0020};
+inline constexpr tuple_id<CMD_TYPE_ENUM> transceiver_temperature_mark{0x022A0021};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_temperature_high_alarm{0x452A0022};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_temperature_low_alarm{0x452A0023};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_temperature_high_warning{0x452A0024};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_temperature_low_warning{0x452A0025};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_voltage{0x452A0026};
+inline constexpr tuple_id<CMD_TYPE_ENUM> transceiver_voltage_mark{0x022A0027};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_voltage_high_alarm{0x452A0028};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_voltage_low_alarm{0x452A0029};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_voltage_high_warning{0x452A002A};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_voltage_low_warning{0x452A002B};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_current{0x452A002C};
+inline constexpr tuple_id<CMD_TYPE_ENUM> transceiver_current_mark{0x022A002D};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_current_high_alarm{0x452A002E};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_current_low_alarm{0x452A002F};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_current_high_warning{0x452A0030};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_current_low_warning{0x452A0031};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_tx_power{0x452A0032};
+inline constexpr tuple_id<CMD_TYPE_ENUM> transceiver_tx_power_mark{0x022A0033};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_tx_power_high_alarm{0x452A0034};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_tx_power_low_alarm{0x452A0035};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_tx_power_high_warning{0x452A0036};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_tx_power_low_warning{0x452A0037};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_rx_power{0x452A0038};
+inline constexpr tuple_id<CMD_TYPE_ENUM> transceiver_rx_power_mark{0x022A0039};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_rx_power_high_alarm{0x452A003A};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_rx_power_low_alarm{0x452A003B};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_rx_power_high_warning{0x452A003C};
+inline constexpr tuple_id<CMD_TYPE_FLOAT> transceiver_rx_power_low_warning{0x452A003D};
+
+/* External calibration constants of transceivers. */
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_temperature_slope{0x142A003E};
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_temperature_offset{0x142A003F};
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_voltage_slope{0x142A0040};
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_voltage_offset{0x142A0041};
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_current_slope{0x142A0042};
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_current_offset{0x142A0043};
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_tx_power_slope{0x142A0044};
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_tx_power_offset{0x142A0045};
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_rx_power_4{0x142A0046};
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_rx_power_3{0x142A0047};
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_rx_power_2{0x142A0048};
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_rx_power_1{0x142A0049};
+inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_rx_power_0{0x142A004A};
+
 }  // namespace tag
 
 #undef PLATFORM_CONSTEVAL
