@@ -610,6 +610,16 @@ inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_rx_power_2{0x142A0048};
 inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_rx_power_1{0x142A0049};
 inline constexpr tuple_id<CMD_TYPE_UINT32> calibration_rx_power_0{0x142A004A};
 
+/* Trunks. */
+inline constexpr tuple_id<CMD_TYPE_IF_INDEX> trunk_interface{0x0C2A0075};
+inline constexpr tuple_id<CMD_TYPE_UINT32> trunk_native_vlan{0x142A0076};
+inline constexpr tuple_id<CMD_TYPE_STRING> trunk_status{0x302A0077};
+inline constexpr tuple_id<CMD_TYPE_STRING> trunk_port_channel{0x302A0078};
+inline constexpr tuple_id<CMD_TYPE_STRING> trunk_allowed_vlans{0x302A0079};
+inline constexpr tuple_id<CMD_TYPE_STRING> trunk_forwarding_vlans{0x302A007A};
+inline constexpr tuple_id<CMD_TYPE_STRING> trunk_enabled_vlans{0x302A063B};
+inline constexpr tuple_id<CMD_TYPE_STRING> trunk_errored_vlans{0x302A066F};
+
 }  // namespace tag
 
 #undef PLATFORM_CONSTEVAL
