@@ -12,6 +12,8 @@
 
 #if defined(__cplusplus) && __cplusplus >= 201703L
 
+#include <type_traits>
+
 #if __cplusplus >= 202002L
 #define PLATFORM_CONSTEVAL consteval
 #else
@@ -28,6 +30,12 @@ template <uint32 Type>
 struct tuple_id {
   PLATFORM_CONSTEVAL tuple_id(uint32 tuple) : id(tuple) {
     if (tuple >> 24 != Type) tuple_id_is_of_another_type();
+  }
+
+  /* Bits 15..0. To no wider integer, which would be an id without type and component. */
+  template <typename Integer, typename = std::enable_if_t<std::is_same_v<Integer, uint16>>>
+  constexpr operator Integer() const {
+    return static_cast<uint16>(id);
   }
 
   uint32 id;

@@ -26,4 +26,7 @@ for standard in c++17 c++20; do
   step "the type code of an id is that of its name's type, in $standard"
   compiles 'constexpr tag::tuple_id<CMD_TYPE_UINT32> id{0x142A0000};' "$standard" || fail "$(cat "$scratch/messages")"
   ! compiles 'constexpr tag::tuple_id<CMD_TYPE_UINT32> id{0x152A0000};' "$standard" || fail "a 64-bit id is one of 32 bits"
+  step "a name converts to its 16-bit tag and to no wider integer, in $standard"
+  compiles 'constexpr uint16 mtu = tag::mtu; static_assert(mtu == 0x0278);' "$standard" || fail "$(cat "$scratch/messages")"
+  ! compiles 'constexpr uint32 mtu = tag::mtu;' "$standard" || fail "a tag is taken for an id"
 done
