@@ -28,7 +28,7 @@ void tuple_id_is_of_another_type();
 /* A tuple id whose values are of one type, a CMD_TYPE_... . */
 template <uint32 Type>
 struct tuple_id {
-  PLATFORM_CONSTEVAL tuple_id(uint32 tuple) : id(tuple) {
+  explicit PLATFORM_CONSTEVAL tuple_id(uint32 tuple) : id(tuple) {
     if (tuple >> 24 != Type) tuple_id_is_of_another_type();
   }
 
