@@ -8,7 +8,8 @@
 #include "pmcli/displays.h"
 #include "pmsh/commands.h"
 
-enum { NAME = 0x0C2A0075, ACCESS_VLAN = 0x14800001 }; /* tuple ids; components from 0x80 are free */
+/* Tuple ids: that of tag::trunk_interface in platform/tags.h, and one of our own; components from 0x80 are free. */
+enum { NAME = 0x0C2A0075, ACCESS_VLAN = 0x14800001 };
 
 uint32 show_access_vlan(paraminfo_t* param) {
   cmd_rx_handle_t* rx = cmd_paraminfo_to_rxhandle(param);

@@ -20,12 +20,6 @@ static const pmsh_word_t kWords[] = {
     {NULL, NULL},
 };
 
-static const pmsh_field_t kErroredVlans[] = {
-    {"interface", 0x0C2A0075, PMSH_INTERFACE, NULL, NULL},
-    {"errored_vlans", 0x302A066F, PMSH_TEXT, NULL, NULL},
-    {NULL, 0, PMSH_TEXT, NULL, NULL},
-};
-
 #define REPLACE(written, function, kinds_of_it, more_flags) \
   { .words = written, .handler = function, .kinds = kinds_of_it, .flags = PMSH_REPLACES | more_flags }
 
@@ -46,7 +40,7 @@ const pmsh_command_t pmsh_commands[] = {
         .header = "sibling_show_errored_vlans_header",
         .command_id = 97,
         .display = "trunk_errored",
-        .fields = kErroredVlans,
+        .fields = sibling_errored_vlans_fields,
         .word_helps = kWords,
     },
     REPLACE("show interface [RANGE] capabilities", "sibling_show_port_capabilities", ALL_PORTS, 0),

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <span>
 
+#include "platform/tags.h"
 #include "platform/vlan_manager.h"
 #include "pmcli/headers.h"
 #include "pmcli/vlan.h"
@@ -63,6 +64,12 @@ void show_errored(const sibling::request& wanted) {
 }
 
 }  // namespace
+
+const pmsh_field_t sibling_errored_vlans_fields[] = {
+    {"interface", tag::trunk_interface.id, PMSH_INTERFACE, nullptr, nullptr},
+    {"errored_vlans", tag::trunk_errored_vlans.id, PMSH_TEXT, nullptr, nullptr},
+    {nullptr, 0, PMSH_TEXT, nullptr, nullptr},
+};
 
 [[gnu::visibility("default")]] uint32 sibling_show_vlans(paraminfo_t* param) {
   cmd_rx_handle_t* const rx = cmd_paraminfo_to_rxhandle(param);

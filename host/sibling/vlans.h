@@ -4,6 +4,7 @@
 
 #include "platform/paraminfo.h"
 #include "platform/types.h"
+#include "pmsh/commands.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -20,6 +21,9 @@ uint32 sibling_show_errored_vlans(paraminfo_t* param);
 
 /* Its header, with command id 97. Returns 0. */
 uint32 sibling_show_errored_vlans_header(paraminfo_t* param);
+
+/* The fields of that row. */
+extern const pmsh_field_t sibling_errored_vlans_fields[];
 
 #ifdef __cplusplus
 }

@@ -1,7 +1,8 @@
 // Printing values on the output channel.
 //
-// Each helper binds a native local of exactly the width that the tuple's type code promises; a tuple id of another type
-// does not compile. Nothing else in the library calls cmd_tuple().
+// Each helper binds a native local of exactly the width that the tuple's type code promises. Tuple ids have the names
+// of platform/tags.h: an id of another type, or a number, does not compile. Nothing else in the library calls
+// cmd_tuple().
 #pragma once
 
 #include <cstdio>
@@ -80,7 +81,7 @@ inline void print_text_as_number(cmd_rx_handle_t* rx, const char* format, tuple_
 struct counter_tuple_id {
   constexpr counter_tuple_id(tuple_id<CMD_TYPE_UINT32> tuple) : id(tuple.id) {}
   constexpr counter_tuple_id(tuple_id<CMD_TYPE_UINT64> tuple) : id(tuple.id) {}
-  constexpr counter_tuple_id(uint32 tuple) : id(tuple) {}
+  explicit constexpr counter_tuple_id(uint32 tuple) : id(tuple) {}  // of a caller of the library
 
   uint32 id;
 };

@@ -23,17 +23,21 @@ struct polynomial_row {
 };
 
 constexpr linear_row kLinear[] = {
-    {"Temperature", &diagnostics_t::calib_temp_slope, &diagnostics_t::calib_temp_offset, 0x142A003E, 0x142A003F},
-    {"Voltage", &diagnostics_t::calib_volt_slope, &diagnostics_t::calib_volt_offset, 0x142A0040, 0x142A0041},
-    {"Current", &diagnostics_t::calib_current_slope, &diagnostics_t::calib_current_offset, 0x142A0042, 0x142A0043},
-    {"Tx Power", &diagnostics_t::calib_tx_pwr_slope, &diagnostics_t::calib_tx_pwr_offset, 0x142A0044, 0x142A0045},
+    {"Temperature", &diagnostics_t::calib_temp_slope, &diagnostics_t::calib_temp_offset,
+     tag::calibration_temperature_slope, tag::calibration_temperature_offset},
+    {"Voltage", &diagnostics_t::calib_volt_slope, &diagnostics_t::calib_volt_offset, tag::calibration_voltage_slope,
+     tag::calibration_voltage_offset},
+    {"Current", &diagnostics_t::calib_current_slope, &diagnostics_t::calib_current_offset,
+     tag::calibration_current_slope, tag::calibration_current_offset},
+    {"Tx Power", &diagnostics_t::calib_tx_pwr_slope, &diagnostics_t::calib_tx_pwr_offset,
+     tag::calibration_tx_power_slope, tag::calibration_tx_power_offset},
 };
 constexpr polynomial_row kPolynomial[] = {
-    {"Rx Power (4)", &diagnostics_t::calib_rx_pwr_4, 0x142A0046},
-    {"Rx Power (3)", &diagnostics_t::calib_rx_pwr_3, 0x142A0047},
-    {"Rx Power (2)", &diagnostics_t::calib_rx_pwr_2, 0x142A0048},
-    {"Rx Power (1)", &diagnostics_t::calib_rx_pwr_1, 0x142A0049},
-    {"Rx Power (0)", &diagnostics_t::calib_rx_pwr_0, 0x142A004A},
+    {"Rx Power (4)", &diagnostics_t::calib_rx_pwr_4, tag::calibration_rx_power_4},
+    {"Rx Power (3)", &diagnostics_t::calib_rx_pwr_3, tag::calibration_rx_power_3},
+    {"Rx Power (2)", &diagnostics_t::calib_rx_pwr_2, tag::calibration_rx_power_2},
+    {"Rx Power (1)", &diagnostics_t::calib_rx_pwr_1, tag::calibration_rx_power_1},
+    {"Rx Power (0)", &diagnostics_t::calib_rx_pwr_0, tag::calibration_rx_power_0},
 };
 
 constexpr const char* kLabel = "  %-16.16s";

@@ -69,7 +69,7 @@ struct line_format {
 };
 
 void print_presence(cmd_rx_handle_t* rx, const char* presence, const char* behind = "\n") {
-  print_text(rx, line_format("sfp is ", behind).text, 0x302A0008, presence);
+  print_text(rx, line_format("sfp is ", behind).text, tag::transceiver_presence, presence);
 }
 
 void print_text_or_dashes(cmd_rx_handle_t* rx, const char* label, tuple_id<CMD_TYPE_STRING> tuple, const char* text) {
@@ -84,19 +84,19 @@ void print_identity(cmd_rx_handle_t* rx, identity port) {
   for (char& letter : port.texts.name.text)
     if ((static_cast<uint8>(letter) & 0x80) != 0) letter = ' ';
   print_presence(rx, "present");
-  print_text_or_dashes(rx, "name is ", 0x302A0009, port.texts.name.text);
-  print_text_or_dashes(rx, "part number is ", 0x302A000A, port.texts.part_number.text);
-  print_text_or_dashes(rx, "revision is ", 0x302A000B, port.texts.revision.text);
-  print_text_or_dashes(rx, "serial number is ", 0x302A000C, port.texts.serial_number.text);
-  print_u32(rx, line_format("nominal bitrate is ", " MBits/sec\n").text, 0x142A000D, port.bit_rate);
-  print_length(rx, line_format("Link length supported for 9/125um fiber is ", " km(s)\n"), 0x142A000E,
+  print_text_or_dashes(rx, "name is ", tag::transceiver_vendor, port.texts.name.text);
+  print_text_or_dashes(rx, "part number is ", tag::transceiver_part_number, port.texts.part_number.text);
+  print_text_or_dashes(rx, "revision is ", tag::transceiver_revision, port.texts.revision.text);
+  print_text_or_dashes(rx, "serial number is ", tag::transceiver_serial_number, port.texts.serial_number.text);
+  print_u32(rx, line_format("nominal bitrate is ", " MBits/sec\n").text, tag::transceiver_bit_rate, port.bit_rate);
+  print_length(rx, line_format("Link length supported for 9/125um fiber is ", " km(s)\n"), tag::transceiver_length_9um,
                port.single_mode_km);
-  print_length(rx, line_format("Link length supported for 50/125um fiber is ", " m(s)\n"), 0x142A000F,
+  print_length(rx, line_format("Link length supported for 50/125um fiber is ", " m(s)\n"), tag::transceiver_length_50um,
                port.multi_mode_50_m);
-  print_length(rx, line_format("Link length supported for 62.5/125um fiber is ", " m(s)\n"), 0x142A0010,
-               port.multi_mode_625_m);
-  print_text(rx, line_format("tarno id is ").text, 0x302A0011, "--");
-  print_u32(rx, line_format("tarno extended id number is ").text, 0x142A0012, port.extended_id);
+  print_length(rx, line_format("Link length supported for 62.5/125um fiber is ", " m(s)\n"),
+               tag::transceiver_length_62um, port.multi_mode_625_m);
+  print_text(rx, line_format("tarno id is ").text, tag::transceiver_vendor_id, "--");
+  print_u32(rx, line_format("tarno extended id number is ").text, tag::transceiver_extended_id, port.extended_id);
   cmd_prt(rx, "\n");
 }
 
@@ -104,7 +104,7 @@ void print_identity(cmd_rx_handle_t* rx, identity port) {
 
 void pm_cli_show_port_transceiver(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info,
                                   pm_cli_common_capability_t* cap_data, pm_fcot_res_t* fcot_info) {
-  print_if_index(rx_handle, "%s\n", 0x0C2A0007, port_info->if_index);
+  print_if_index(rx_handle, "%s\n", tag::transceiver_interface, port_info->if_index);
   if (!cap_data->fcot_capable) return print_presence(rx_handle, "not applicable", "\n\n");
   if (fcot_info->is_fcot_supported == FCOT_NONE) return print_presence(rx_handle, "not present", "\n\n");
   switch (fcot_info->fcot_type) {

@@ -24,13 +24,13 @@ struct vlan_text {
 };
 
 void print_name(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
-  print_if_index(rx, "%-10.10s ", 0x0C2A0075, port.if_index);
+  print_if_index(rx, "%-10.10s ", tag::trunk_interface, port.if_index);
 }
 
 void print_native_vlan(cmd_rx_handle_t* rx, if_index_t if_index) {
   vlan_id_t vlan = 0;
   if (pm_cli_get_native_vlan(if_index, &vlan) == 0)
-    print_u32(rx, "%-7.7s ", 0x142A0076, vlan);
+    print_u32(rx, "%-7.7s ", tag::trunk_native_vlan, vlan);
   else
     cmd_prt(rx, "--      ");
 }
@@ -59,8 +59,8 @@ void pm_cli_print_eth_trunk_brief(cmd_rx_handle_t* rx_handle, const pm_port_info
   print_name(rx_handle, *port_info);
   print_native_vlan(rx_handle, port_info->if_index);
   const trunk_status status = status_of(*port_info);
-  print_text(rx_handle, "%-13.13s ", 0x302A0077, status.text);
-  print_text(rx_handle, "%s\n", 0x302A0078, status.channel);
+  print_text(rx_handle, "%-13.13s ", tag::trunk_status, status.text);
+  print_text(rx_handle, "%s\n", tag::trunk_port_channel, status.channel);
 }
 
 void pm_cli_print_eth_trunk_allowed_vlans(cmd_rx_handle_t* rx_handle, const pm_port_info_t* port_info,
@@ -74,7 +74,7 @@ void pm_cli_print_eth_trunk_allowed_vlans(cmd_rx_handle_t* rx_handle, const pm_p
   const vlan_text<kWholeText> vlans(&membership.allowed_vlan_list);
   cmd_print_short(rx_handle);
   print_name(rx_handle, *port_info);
-  print_text(rx_handle, "%s\n", 0x302A0079, vlans.text);
+  print_text(rx_handle, "%s\n", tag::trunk_allowed_vlans, vlans.text);
 }
 
 void pm_cli_print_eth_trunk_errored_vlans(cmd_rx_handle_t* rx_handle, const pm_port_info_t* port_info,
@@ -82,7 +82,7 @@ void pm_cli_print_eth_trunk_errored_vlans(cmd_rx_handle_t* rx_handle, const pm_p
   const vlan_text<kWholeText> errored(vlans);
   cmd_print_short(rx_handle);
   print_name(rx_handle, *port_info);
-  print_text(rx_handle, "%s\n", 0x302A066F, errored.text);
+  print_text(rx_handle, "%s\n", tag::trunk_errored_vlans, errored.text);
 }
 
 void pm_cli_print_eth_trunk_stp_forwarding(cmd_rx_handle_t* rx_handle, const pm_port_info_t* port_info,
@@ -91,19 +91,19 @@ void pm_cli_print_eth_trunk_stp_forwarding(cmd_rx_handle_t* rx_handle, const pm_
   cmd_print_short(rx_handle);
   print_name(rx_handle, *port_info);
   if (pm_cli_get_stp_forwarding_info(port_info->if_index, q, &forwarding) == 0)
-    print_text(rx_handle, "%s\n", 0x302A007A, vlan_text<kWholeText>(&forwarding).text);
+    print_text(rx_handle, "%s\n", tag::trunk_forwarding_vlans, vlan_text<kWholeText>(&forwarding).text);
   else
-    print_text(rx_handle, "%s\n", 0x302A007A, "--");
+    print_text(rx_handle, "%s\n", tag::trunk_forwarding_vlans, "--");
 }
 
 // A long list is cut in this line: intended.
 void print_vlan_memb_info(cmd_rx_handle_t* rx_handle, const trunk_port_memb_t* membership) {
-  print_u32(rx_handle, "    Native Vlan: %s\n", 0x142A0076, membership->native_trunk.vlan_id);
-  print_text(rx_handle, "    Allowed Vlans: %s\n", 0x302A0079,
+  print_u32(rx_handle, "    Native Vlan: %s\n", tag::trunk_native_vlan, membership->native_trunk.vlan_id);
+  print_text(rx_handle, "    Allowed Vlans: %s\n", tag::trunk_allowed_vlans,
              vlan_text<kShortText>(&membership->allowed_vlan_list).text);
 }
 
 void print_allowed_vlan_info(cmd_rx_handle_t* rx_handle, const trunk_port_memb_t* membership) {
-  print_text(rx_handle, "  Trunking VLANs Enabled: %s\n", 0x302A063B,
+  print_text(rx_handle, "  Trunking VLANs Enabled: %s\n", tag::trunk_enabled_vlans,
              vlan_text<kWholeText>(&membership->allowed_vlan_list).text);
 }
