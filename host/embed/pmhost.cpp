@@ -17,6 +17,7 @@
 #include "service/services.h"
 #include "shell/added_commands.h"
 #include "shell/commands.h"
+#include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
 #include "shell/parameters.h"
 #include "shell/print_error.h"
@@ -36,7 +37,6 @@ namespace fs = std::filesystem;
 struct pmhost_t {
   host::shell session;
   host::command_queue queue;
-  pmhost_output_t wanted{};
   host::output_settings output;
 };
 
@@ -176,7 +176,6 @@ host::output_settings settings_for(const pmhost_output_t& wanted) {
 }
 
 void set_output(pmhost_t& host, const pmhost_output_t& wanted) {
-  host.wanted = wanted;
   host.output = settings_for(wanted);
   if (wanted.error == nullptr) return host::set_error_sink({});
   host::set_error_sink([wanted](std::string_view text) {
@@ -187,25 +186,15 @@ void set_output(pmhost_t& host, const pmhost_output_t& wanted) {
 
 // ---- Commands ----
 
-// Whether an interface is the next in a range.
-bool follows(if_index_t before, if_index_t if_index) {
-  host::interface_number next = host::number_of(before);
-  ++(next.sub_interface != 0 ? next.sub_interface : next.port);
-  return host::kind_of(before).type == host::kind_of(if_index).type && next == host::number_of(if_index);
-}
-
 std::string choose_interfaces(pmhost_command_t& command, const char* text) {
   std::vector<host::interface_span> spans;
   if (const auto error = host::parse_interface_range(text, spans)) return error->message;
   const host::selection chosen = host::select_named(command.host->session, command.parameters, spans);
   if (chosen.code != host::kDone) return chosen.complaint.empty() ? "the interfaces were refused" : chosen.complaint;
   command.interfaces = chosen.interfaces;
-  for (const if_index_t if_index : chosen.interfaces) {
-    command.mask |= host::kind_of(if_index).mask;
-    if (!command.ranges.empty() && follows(command.ranges.back().upper_if_index, if_index))
-      command.ranges.back().upper_if_index = if_index;
-    else
-      command.ranges.push_back({if_index, if_index});
+  for (const auto& [first, last] : host::runs_of(chosen.interfaces)) {
+    command.mask |= host::kind_of(first).mask;
+    command.ranges.push_back({first, last});
   }
   if (command.ranges.size() > PARAM_MAX_RANGES)
     return "a parameter block holds " + std::to_string(PARAM_MAX_RANGES) + " ranges; these are more";

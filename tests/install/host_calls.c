@@ -159,6 +159,15 @@ static void call_handlers(pmhost_t* host, const pmhost_output_t* output) {
   pmhost_end(NULL);
 }
 
+static void choose_ranges(pmhost_t* host) {
+  CHECK(run(host, "configure") == PMHOST_DONE && run(host, "interface ethernet 2/1.100-101") == PMHOST_DONE);
+  CHECK(run(host, "end") == PMHOST_DONE);
+  pmhost_command_t* command = pmhost_command(host, DISPLAY_DETAIL, "ethernet 1/1-2, ethernet 2/1.100-101", NULL);
+  CHECK(command != NULL);
+  CHECK(((const intf_range_t*)pmhost_block(command)->arg_list[0]->arg)->range_count == 3);
+  pmhost_end(command);
+}
+
 int main(int argc, char** argv) {
   if (argc != 2) return 2;
   open_wrongly();
@@ -173,6 +182,7 @@ int main(int argc, char** argv) {
   run_in_json(host, &output);
   print_in_callbacks(host, &output);
   call_handlers(host, &output);
+  choose_ranges(host);
   pmhost_close(host);
 
   /* A host is a switch of its own: what was set in the first is not in the second. */

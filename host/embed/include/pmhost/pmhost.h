@@ -86,8 +86,8 @@ int pmhost_run(pmhost_t* host, const char* line);
 /*
  * A parameter block for a display: `command_id` is one of pmcli/displays.h, `interfaces` a range as pmsh takes it
  * ("ethernet 1/1-4, mgmt 0"; null or "": none), which the library's verification has accepted. The user is the first of
- * the switch, the supervisor is active. Null on failure: no such interface, more than PARAM_MAX_RANGES ranges, or no
- * memory. pmhost_end() frees it with all that it points to.
+ * the switch, the supervisor is active. Null on failure: no such interface, more than PARAM_MAX_RANGES ranges (each
+ * sub-interface is one of its own), or no memory. pmhost_end() frees it with all that it points to.
  */
 pmhost_command_t* pmhost_command(pmhost_t* host, uint32 command_id, const char* interfaces, char** error);
 void pmhost_end(pmhost_command_t* command); /* null: nothing */
