@@ -175,9 +175,14 @@ host::output_settings settings_for(const pmhost_output_t& wanted) {
   return settings;
 }
 
+void print_error_line(std::string_view text) {
+  const std::string line = std::string(text) + '\n';
+  std::fputs(line.c_str(), stderr);
+}
+
 void set_output(pmhost_t& host, const pmhost_output_t& wanted) {
   host.output = settings_for(wanted);
-  if (wanted.error == nullptr) return host::set_error_sink({});
+  if (wanted.error == nullptr) return host::set_error_sink(print_error_line);
   host::set_error_sink([wanted](std::string_view text) {
     const program_output printing;
     wanted.error(wanted.context, std::string(text).c_str());
@@ -250,6 +255,7 @@ pmhost_t* pmhost_open(const char* switch_file, char** error) {
     opened->session.who = users.empty() ? nullptr : &users.front();
     opened->session.output = &opened->output;
     program_output::of_program = stdout;
+    host::set_error_sink(print_error_line);
     return the_open_host = opened.release();
   });
 }

@@ -168,6 +168,12 @@ static void choose_ranges(pmhost_t* host) {
   pmhost_end(command);
 }
 
+/* Lines on standard error, for the script that runs this. */
+static void print_errors(pmhost_t* host) {
+  CHECK(pmhost_run(host, "nonsense") == PMHOST_USAGE);
+  CHECK(pmhost_run(host, "show interface ethernet 63/1") == PMHOST_NO_SUCH_INTERFACE);
+}
+
 int main(int argc, char** argv) {
   if (argc != 2) return 2;
   open_wrongly();
@@ -176,6 +182,7 @@ int main(int argc, char** argv) {
   if (host == NULL) return printf("%s\n", error), 1;
   CHECK(fails_with(pmhost_open(argv[1], &error), &error, "open already"));
   CHECK(pmhost_queue(host) != 0);
+  print_errors(host);
   const pmhost_output_t output = {.write = take_text, .error = take_error, .value = take_value, .context = &failures};
   pmhost_set_output(host, &output);
   run_lines(host);
@@ -191,6 +198,7 @@ int main(int argc, char** argv) {
   pmhost_set_output(host, &output);
   CHECK(run(host, "show interface ethernet 1/1") == PMHOST_DONE && strcmp(mtu, "1600") != 0 && mtu[0] != '\0');
   pmhost_set_output(host, NULL);
+  print_errors(host);
   pmhost_close(host);
   if (failures == 0) puts("all calls are good");
   return failures != 0;
