@@ -107,7 +107,9 @@ typedef uint32 (*pmhost_handler_t)(paraminfo_t* block);
 /*
  * Calls a show handler for each interface, in one output; pmhost_call() calls a handler once, for all ranges, as table
  * headers and configuration handlers are. In the structured form the display is that of pmsh's command with the same
- * command id; PMHOST_USAGE when there is none. What failed is known from what the handler printed.
+ * command id; PMHOST_USAGE when there is none. What failed is known from what the handler printed, and from its
+ * requests to services: one that fails (lost, rejected, not answered, or answered with damage) names the service as an
+ * error, and PMHOST_SERVICE_FAILED replaces PMHOST_DONE.
  */
 int pmhost_show(pmhost_command_t* command, pmhost_handler_t handler);
 int pmhost_call(pmhost_command_t* command, pmhost_handler_t handler);
