@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+#include "client/clear_results.h"
+#include "client/setting_results.h"
 #include "service/services.h"
 #include "shell/added_commands.h"
 #include "shell/commands.h"
@@ -213,6 +215,13 @@ const host::display* display_of(uint32 command_id) {
   return nullptr;
 }
 
+// The shell's commands take the answers to clears and settings; a handler's have no reader.
+void discard_answers() {
+  host::take_clear_results();
+  host::take_setting_results();
+  host::take_creation_error();
+}
+
 // Runs `work` with the output of a command.
 template <typename Work>
 int run_with_output(pmhost_command_t& command, Work work) {
@@ -228,7 +237,9 @@ int run_with_output(pmhost_command_t& command, Work work) {
   host::line_filters filters;
   host::transport_forget_failures();
   host::command_output output(settings, filters);
-  return host::report_failed_requests(output, work(output));
+  const int code = host::report_failed_requests(output, work(output));
+  discard_answers();
+  return code;
 }
 
 paraminfo_t* block_of_ranges(pmhost_command_t& command) {

@@ -109,7 +109,7 @@ typedef uint32 (*pmhost_handler_t)(paraminfo_t* block);
  * headers and configuration handlers are. In the structured form the display is that of pmsh's command with the same
  * command id; PMHOST_USAGE when there is none. What failed is known from what the handler printed, and from its
  * requests to services: one that fails (lost, rejected, not answered, or answered with damage) names the service as an
- * error, and PMHOST_SERVICE_FAILED replaces PMHOST_DONE.
+ * error, and PMHOST_SERVICE_FAILED replaces PMHOST_DONE. Answers to clears and settings are discarded after the call.
  */
 int pmhost_show(pmhost_command_t* command, pmhost_handler_t handler);
 int pmhost_call(pmhost_command_t* command, pmhost_handler_t handler);
