@@ -14,9 +14,12 @@
 #include <string>
 #include <vector>
 
+#include "client/clear_results.h"
+#include "client/setting_results.h"
 #include "service/services.h"
 #include "shell/added_commands.h"
 #include "shell/commands.h"
+#include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
 #include "shell/parameters.h"
 #include "shell/print_error.h"
@@ -36,7 +39,6 @@ namespace fs = std::filesystem;
 struct pmhost_t {
   host::shell session;
   host::command_queue queue;
-  pmhost_output_t wanted{};
   host::output_settings output;
 };
 
@@ -175,10 +177,14 @@ host::output_settings settings_for(const pmhost_output_t& wanted) {
   return settings;
 }
 
+void print_error_line(std::string_view text) {
+  const std::string line = std::string(text) + '\n';
+  std::fputs(line.c_str(), stderr);
+}
+
 void set_output(pmhost_t& host, const pmhost_output_t& wanted) {
-  host.wanted = wanted;
   host.output = settings_for(wanted);
-  if (wanted.error == nullptr) return host::set_error_sink({});
+  if (wanted.error == nullptr) return host::set_error_sink(print_error_line);
   host::set_error_sink([wanted](std::string_view text) {
     const program_output printing;
     wanted.error(wanted.context, std::string(text).c_str());
@@ -187,25 +193,15 @@ void set_output(pmhost_t& host, const pmhost_output_t& wanted) {
 
 // ---- Commands ----
 
-// Whether an interface is the next in a range.
-bool follows(if_index_t before, if_index_t if_index) {
-  host::interface_number next = host::number_of(before);
-  ++(next.sub_interface != 0 ? next.sub_interface : next.port);
-  return host::kind_of(before).type == host::kind_of(if_index).type && next == host::number_of(if_index);
-}
-
 std::string choose_interfaces(pmhost_command_t& command, const char* text) {
   std::vector<host::interface_span> spans;
   if (const auto error = host::parse_interface_range(text, spans)) return error->message;
   const host::selection chosen = host::select_named(command.host->session, command.parameters, spans);
   if (chosen.code != host::kDone) return chosen.complaint.empty() ? "the interfaces were refused" : chosen.complaint;
   command.interfaces = chosen.interfaces;
-  for (const if_index_t if_index : chosen.interfaces) {
-    command.mask |= host::kind_of(if_index).mask;
-    if (!command.ranges.empty() && follows(command.ranges.back().upper_if_index, if_index))
-      command.ranges.back().upper_if_index = if_index;
-    else
-      command.ranges.push_back({if_index, if_index});
+  for (const auto& [first, last] : host::runs_of(chosen.interfaces)) {
+    command.mask |= host::kind_of(first).mask;
+    command.ranges.push_back({first, last});
   }
   if (command.ranges.size() > PARAM_MAX_RANGES)
     return "a parameter block holds " + std::to_string(PARAM_MAX_RANGES) + " ranges; these are more";
@@ -217,6 +213,13 @@ const host::display* display_of(uint32 command_id) {
   for (const host::command& known : host::all_commands())
     if (known.run == host::show_interface && known.command_id == command_id) return &known.shown;
   return nullptr;
+}
+
+// The shell's commands take the answers to clears and settings; a handler's have no reader.
+void discard_answers() {
+  host::take_clear_results();
+  host::take_setting_results();
+  host::take_creation_error();
 }
 
 // Runs `work` with the output of a command.
@@ -234,7 +237,9 @@ int run_with_output(pmhost_command_t& command, Work work) {
   host::line_filters filters;
   host::transport_forget_failures();
   host::command_output output(settings, filters);
-  return host::report_failed_requests(output, work(output));
+  const int code = host::report_failed_requests(output, work(output));
+  discard_answers();
+  return code;
 }
 
 paraminfo_t* block_of_ranges(pmhost_command_t& command) {
@@ -261,6 +266,7 @@ pmhost_t* pmhost_open(const char* switch_file, char** error) {
     opened->session.who = users.empty() ? nullptr : &users.front();
     opened->session.output = &opened->output;
     program_output::of_program = stdout;
+    host::set_error_sink(print_error_line);
     return the_open_host = opened.release();
   });
 }

@@ -1,6 +1,7 @@
 // The VLAN manager and the private VLANs of ports.
 #include <algorithm>
 #include <iterator>
+#include <map>
 
 #include "platform/port_manager.h"
 #include "service/answers.h"
@@ -23,12 +24,10 @@ constexpr uint16 kLastVlan = 4094;
 
 bool is_trunk(const interface& port) { return port.oper_mode == PM_PORT_MODE_TRUNK; }
 
-// A VLAN is there when it is described, and when a port has it for access or as native.
-bool is_used(uint16 id) {
-  const auto& ports = the_machine().interfaces;
-  return std::any_of(ports.begin(), ports.end(), [id](const interface& port) {
-    return port.layer == 2 && (is_trunk(port) ? port.native_vlan : port.access_vlan) == id;
-  });
+// The VLAN that exists because a port has it for access or as native; 0: none.
+uint16 used_vlan(const interface& port) {
+  if (port.layer != 2) return 0;
+  return is_trunk(port) ? port.native_vlan : port.access_vlan;
 }
 
 std::string usual_name(uint16 id) {
@@ -36,28 +35,35 @@ std::string usual_name(uint16 id) {
   return id == 1 ? "default" : "VLAN" + std::string(4 - std::min<std::size_t>(4, number.size()), '0') + number;
 }
 
-// What is known of a VLAN; nothing of one that is not there.
-std::optional<vlan_info_resp_t> record_of(uint16 id) {
+// `described` is null for a VLAN that ports use and nothing describes.
+vlan_info_resp_t record_of(uint16 id, const vlan* described) {
   enum : uint32 { ACTIVE = 1, ORDINARY = 1, UP = 1, NOT_SHUT = 1, SHUT = 2, USUAL_MTU = 1500 };
-  const auto& described = the_machine().vlans;
-  const auto found = std::find_if(described.begin(), described.end(), [id](const vlan& it) { return it.id == id; });
-  const bool is_described = found != described.end();
-  if (!is_described && !is_used(id)) return std::nullopt;
   vlan_info_resp_t record{};
   record.vdc_vlan = {1, id};
   record.vstate = ACTIVE;
-  record.vtype = is_described && found->kind != 0 ? found->kind : uint32{ORDINARY};
+  record.vtype = described != nullptr && described->kind != 0 ? described->kind : uint32{ORDINARY};
   record.oper = UP;
   record.mtu = USUAL_MTU;
-  record.shut_state = is_described && found->is_shut ? SHUT : NOT_SHUT;
-  const std::string name = is_described && !found->name.empty() ? found->name : usual_name(id);
+  record.shut_state = described != nullptr && described->is_shut ? SHUT : NOT_SHUT;
+  const std::string name = described != nullptr && !described->name.empty() ? described->name : usual_name(id);
   std::memcpy(record.vlan_name, name.data(), std::min(name.size(), sizeof record.vlan_name));
   return record;
 }
 
+// Nothing of a VLAN that is neither described nor used.
+std::optional<vlan_info_resp_t> find_record(uint16 id) {
+  const auto& vlans = the_machine().vlans;
+  const auto& ports = the_machine().interfaces;
+  const auto described = std::find_if(vlans.begin(), vlans.end(), [id](const vlan& it) { return it.id == id; });
+  if (described != vlans.end()) return record_of(id, &*described);
+  const bool is_used =
+      id != 0 && std::any_of(ports.begin(), ports.end(), [id](const interface& port) { return used_vlan(port) == id; });
+  return is_used ? std::optional(record_of(id, nullptr)) : std::nullopt;
+}
+
 reply answer_vlan(std::span<const std::byte> bytes) {
   const auto request = read_request<vdc_vlan_id_t>(bytes);
-  auto record = request ? record_of(request->vlan_id) : std::nullopt;
+  auto record = request ? find_record(request->vlan_id) : std::nullopt;
   if (!record) return reject();
   record->vdc_vlan = *request;
   reply answer;
@@ -66,9 +72,12 @@ reply answer_vlan(std::span<const std::byte> bytes) {
 }
 
 reply answer_all_vlans() {
+  std::map<uint16, const vlan*> existing;  // by id; null: not described
+  for (const vlan& it : the_machine().vlans) existing.emplace(it.id, &it);
+  for (const interface& port : the_machine().interfaces) existing.emplace(used_vlan(port), nullptr);
   std::vector<vlan_info_resp_t> records;
-  for (uint16 id = 1; id <= kLastVlan; ++id)
-    if (const auto record = record_of(id)) records.push_back(*record);
+  for (const auto& [id, described] : existing)
+    if (id >= 1 && id <= kLastVlan) records.push_back(record_of(id, described));
   return answer_records<vlan_info_resp_t>(records);
 }
 

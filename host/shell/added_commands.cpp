@@ -246,30 +246,28 @@ std::multimap<std::string_view, owner_of_kinds>& owners() {
   return all;
 }
 
-// The lines that a syntax accepts, arguments by their names: with and without each word in brackets.
-std::set<std::string> lines_of(const command_syntax& syntax) {
-  std::set<std::string> lines{""};
-  for (const syntax_word& word : std::span(syntax.words).first(syntax.num_words)) {
-    std::set<std::string> longer;
-    for (const std::string& line : lines) {
-      longer.insert(line + " " + std::string(word.text));
-      if (word.is_optional) longer.insert(line);
+// Whether some line is accepted by both, arguments by their names.
+bool share_a_line(const command_syntax& one, const command_syntax& other) {
+  // [i][j]: the first i words of one and the first j of the other accept the same beginning of a line.
+  bool agree[MAX_SYNTAX_WORDS + 1][MAX_SYNTAX_WORDS + 1] = {{true}};
+  for (std::size_t i = 0; i <= one.num_words; ++i) {
+    for (std::size_t j = 0; j <= other.num_words; ++j) {
+      if (!agree[i][j]) continue;
+      const bool has_one = i < one.num_words, has_other = j < other.num_words;
+      if (has_one && one.words[i].is_optional) agree[i + 1][j] = true;
+      if (has_other && other.words[j].is_optional) agree[i][j + 1] = true;
+      if (has_one && has_other && one.words[i].text == other.words[j].text) agree[i + 1][j + 1] = true;
     }
-    lines = std::move(longer);
   }
-  return lines;
+  return agree[one.num_words][other.num_words];
 }
 
 // The command that accepts a line of this syntax, too; null when there is none.
 const command* find_rival(const command_syntax& syntax) {
-  const std::set<std::string> own = lines_of(syntax);
-  for (const command& known : all_commands()) {
-    if (known.syntax.words[0].text != syntax.words[0].text) continue;
-    const std::set<std::string> others = lines_of(known.syntax);
-    if (std::any_of(own.begin(), own.end(), [&](const std::string& line) { return others.contains(line); }))
-      return &known;
-  }
-  return nullptr;
+  const auto commands = all_commands();
+  const auto found = std::find_if(commands.begin(), commands.end(),
+                                  [&syntax](const command& known) { return share_a_line(known.syntax, syntax); });
+  return found == commands.end() ? nullptr : &*found;
 }
 
 const command* find_command(std::string_view words) {

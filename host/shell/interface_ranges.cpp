@@ -3,18 +3,6 @@
 #include "switch/interface_name.h"
 
 namespace host {
-namespace {
-
-std::string text_of(const number_run& run) {
-  const interface_number first = number_of(run.first);
-  const interface_word* const word = word_of(take_apart(run.first).type, first.family);
-  if (word == nullptr) return {};
-  std::string text = interface_text(*word, first);
-  if (run.last != run.first) text += "-" + std::to_string(number_of(run.last).port);
-  return text;
-}
-
-}  // namespace
 
 bool is_next(if_index_t first, if_index_t second) {
   const index_fields one = take_apart(first), other = take_apart(second);
@@ -35,9 +23,18 @@ std::vector<number_run> runs_of(std::span<const if_index_t> interfaces) {
   return runs;
 }
 
+std::string range_text(const number_run& run) {
+  const interface_number first = number_of(run.first), last = number_of(run.last);
+  const interface_word* const word = word_of(take_apart(run.first).type, first.family);
+  if (word == nullptr) return {};
+  std::string text = interface_text(*word, first);
+  if (run.last != run.first) text += "-" + std::to_string(last.sub_interface != 0 ? last.sub_interface : last.port);
+  return text;
+}
+
 std::string range_text(std::span<const if_index_t> interfaces) {
   std::string text;
-  for (const number_run& run : runs_of(interfaces)) text.append(text.empty() ? "" : ", ").append(text_of(run));
+  for (const number_run& run : runs_of(interfaces)) text.append(text.empty() ? "" : ", ").append(range_text(run));
   return text;
 }
 

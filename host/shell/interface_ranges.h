@@ -21,7 +21,9 @@ bool is_next(if_index_t first, if_index_t second);
 // The runs in some interfaces, in their order. A sub-interface is a run of its own.
 std::vector<number_run> runs_of(std::span<const if_index_t> interfaces);
 
-// A range as the shell reads it: "ethernet 1/1-4, ethernet 1/7".
+// Ranges as the shell reads them: "ethernet 1/1-4, ethernet 1/7". Both ends of a run may be sub-interfaces of a port:
+// "ethernet 1/1.5-9".
+std::string range_text(const number_run& run);
 std::string range_text(std::span<const if_index_t> interfaces);
 
 }  // namespace host

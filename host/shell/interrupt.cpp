@@ -16,7 +16,7 @@ volatile std::sig_atomic_t interrupted = 0;
 struct sigaction action_outside {};
 timespec interrupted_at{};
 
-// Whether the command had a second to end since it was interrupted.
+// Whether the command still runs more than a second after it was interrupted, by when one that can end has ended.
 bool is_stuck() {
   timespec now{};
   clock_gettime(CLOCK_MONOTONIC, &now);
@@ -26,7 +26,7 @@ bool is_stuck() {
 // The code of a command library cannot be stopped, only left.
 void leave_stuck_command() {
   constexpr std::string_view kText = "\npmsh: the command does not end, so the shell does.\n";
-  if (write(STDERR_FILENO, kText.data(), kText.size()) < 0) _exit(kInterrupted);
+  [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kText.data(), kText.size());
   _exit(kInterrupted);
 }
 

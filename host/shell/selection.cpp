@@ -11,6 +11,7 @@
 #include "platform/vsh.h"
 #include "pmcli/displays.h"
 #include "shell/interface_kinds.h"
+#include "shell/interface_ranges.h"
 #include "shell/listing.h"
 #include "switch/port_status.h"
 
@@ -144,14 +145,9 @@ ranges found_ranges(const interface_kind& kind, std::span<const expanded_span> s
   return found;
 }
 
-// "loopback 7-9, ethernet 1/1.5"
 std::string text_of(std::span<const vsh_intf_mono_range_t> all) {
   std::string text;
-  for (const auto& [low, high] : all) {
-    const interface_number last = number_of(high);
-    text += (text.empty() ? "" : ", ") + interface_text(*word_of(kind_of(low).type), number_of(low));
-    if (low != high) text += "-" + std::to_string(last.sub_interface != 0 ? last.sub_interface : last.port);
-  }
+  for (const auto& [low, high] : all) text.append(text.empty() ? "" : ", ").append(range_text(number_run{low, high}));
   return text;
 }
 

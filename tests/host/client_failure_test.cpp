@@ -123,17 +123,35 @@ outcome call_trunk_membership(const small_machine& names, mts_q_handle_t q) {
   return {result, false};
 }
 
-outcome call_config_sub_interface(const small_machine& names, mts_q_handle_t q) {
+intf_range_t one_range(if_index_t low, if_index_t high) {
   intf_range_t ranges{};
   ranges.range_count = 1;
-  ranges.range[0] = {names.sub_port + 1, names.sub_port + 2};
+  ranges.range[0] = {low, high};
+  return ranges;
+}
+
+// A parameter block whose one argument is a range of interfaces.
+struct block_of_range {
+  block_of_range(if_index_t low, if_index_t high) : ranges(one_range(low, high)) {
+    argument.arg = &ranges;
+    param.parameter_count = 1;
+    param.arg_list[0] = &argument;
+  }
+  block_of_range(const block_of_range&) = delete;
+  block_of_range& operator=(const block_of_range&) = delete;
+
+  intf_range_t ranges;
+  param_arg_t argument{};
+  paraminfo_t param{};
+};
+
+outcome call_config_sub_interface(const small_machine& names, mts_q_handle_t q) {
+  const intf_range_t ranges = one_range(names.sub_port + 1, names.sub_port + 2);
   return {static_cast<int32>(pm_cli_config_sub_interface(q, 1, 0x800000, &ranges, 120)), false};
 }
 
 outcome call_config_loopback(const small_machine& names, mts_q_handle_t q) {
-  intf_range_t ranges{};
-  ranges.range_count = 1;
-  ranges.range[0] = {names.loopback + 1, names.loopback + 1};
+  const intf_range_t ranges = one_range(names.loopback + 1, names.loopback + 1);
   return {static_cast<int32>(pm_cli_config_loopback_interface(q, 1, 0x4000, &ranges, 120)), false};
 }
 
@@ -246,36 +264,22 @@ outcome call_set_config(const small_machine& names, mts_q_handle_t q) {
 // A step of a macro.
 template <int32 (*Step)(const paraminfo_t*, pm_port_cfg_status_t**, uint32*)>
 outcome call_step(const small_machine& names, mts_q_handle_t q) {
-  intf_range_t ranges{};
-  ranges.range_count = 1;
-  ranges.range[0] = {names.first_port, names.second_port};
-  param_arg_t argument{};
-  argument.token_id = TOKEN_CONF_INTERFACES;
-  argument.arg = &ranges;
-  paraminfo_t param{};
-  param.parameter_count = 1;
-  param.q = q;
-  param.arg_list[0] = &argument;
+  block_of_range block(names.first_port, names.second_port);
+  block.argument.token_id = TOKEN_CONF_INTERFACES;
+  block.param.q = q;
   auto* statuses = stale<pm_port_cfg_status_t>();
   uint32 count = 99;
-  const int32 result = Step(&param, &statuses, &count);
+  const int32 result = Step(&block.param, &statuses, &count);
   EXPECT_EQ(count, statuses != nullptr ? 2u : 0u);
   return take_block(result, statuses);
 }
 
 // The only client that says on the terminal what went wrong.
 outcome clear_channel_ranges(const small_machine& names, mts_q_handle_t q) {
-  intf_range_t ranges{};
-  ranges.range_count = 1;
-  ranges.range[0] = {names.channel, names.channel};
-  param_arg_t argument{};
-  argument.type = PARAM_TYPE_INTERFACES;
-  argument.arg = &ranges;
-  paraminfo_t param{};
-  param.parameter_count = 1;
-  param.q = q;
-  param.arg_list[0] = &argument;
-  return {pm_cli_clear_ethernet_channel_counters(&param), false};
+  block_of_range block(names.channel, names.channel);
+  block.argument.type = PARAM_TYPE_INTERFACES;
+  block.param.q = q;
+  return {pm_cli_clear_ethernet_channel_counters(&block.param), false};
 }
 
 outcome call_clear_channel_ranges(const small_machine& names, mts_q_handle_t q) {

@@ -86,6 +86,26 @@ TEST_F(VlanServices, VlansAreThoseThatAreDescribedOrUsed) {
   EXPECT_FALSE(info(43));
 }
 
+TEST_F(VlanServices, AllVlansAreListedOnceAndById) {
+  for (interface& it : the_machine().interfaces) it.layer = 3;
+  port().layer = 2;
+  port().access_vlan = 300;
+  interface& trunk = *the_machine().find(names_.first_port);
+  trunk.layer = 2;
+  trunk.oper_mode = PM_PORT_MODE_TRUNK;
+  trunk.native_vlan = 42;
+  trunk.access_vlan = 43;
+  the_machine().vlans = {{.id = 4094, .name = "last"}, {.id = 300, .name = "guests"}};
+  vlan_info_resp_t* list = nullptr;
+  uint32 count = 0;
+  ASSERT_EQ(vlan_get_all_vlans(&list, &count), 0);
+  const block<vlan_info_resp_t> owned(list);
+
+  std::vector<std::pair<uint32, std::string>> shown;
+  for (const vlan_info_resp_t& it : std::span(list, count)) shown.emplace_back(it.vdc_vlan.vlan_id, it.vlan_name);
+  EXPECT_EQ(shown, (std::vector<std::pair<uint32, std::string>>{{42, "VLAN0042"}, {300, "guests"}, {4094, "last"}}));
+}
+
 TEST_F(VlanServices, PrivateVlansAreThoseOfThePort) {
   port().oper_state = PM_PORT_STATE_UP;
   port().private_vlan = {.host_primary = 100, .host_secondary = 101, .mapping_primary = 0, .mapping_secondary = {5, 6}};

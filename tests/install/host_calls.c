@@ -1,8 +1,11 @@
 /* What a program may ask of pmhost.h, and what it may do wrong: host_calls SWITCH_FILE. Prints what fails. */
+#include <malloc.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
+#include "platform/port_manager.h"
+#include "pmcli/clear.h"
 #include "pmcli/command.h"
 #include "pmcli/displays.h"
 #include "pmcli/headers.h"
@@ -159,6 +162,48 @@ static void call_handlers(pmhost_t* host, const pmhost_output_t* output) {
   pmhost_end(NULL);
 }
 
+static void choose_ranges(pmhost_t* host) {
+  CHECK(run(host, "configure") == PMHOST_DONE && run(host, "interface ethernet 2/1.100-101") == PMHOST_DONE);
+  CHECK(run(host, "end") == PMHOST_DONE);
+  pmhost_command_t* command = pmhost_command(host, DISPLAY_DETAIL, "ethernet 1/1-2, ethernet 2/1.100-101", NULL);
+  CHECK(command != NULL);
+  CHECK(((const intf_range_t*)pmhost_block(command)->arg_list[0]->arg)->range_count == 3);
+  pmhost_end(command);
+}
+
+static uint32 create_loopbacks(paraminfo_t* block) {
+  return pm_cli_config_loopback_interface(block->q, 1, block->arg_list[0]->interface_mask,
+                                          (const intf_range_t*)block->arg_list[0]->arg, 60);
+}
+
+static uint32 clear_counters(paraminfo_t* block) { return (uint32)pm_cli_eth_clear_counters(block); }
+
+static size_t used_memory(void) {
+  const struct mallinfo2 used = mallinfo2();
+  return used.uordblks + used.hblkhd;
+}
+
+/* What services answer to a handler neither stays in memory nor is taken for the answer to a later line. */
+static void forget_answers(pmhost_t* host) {
+  pmhost_command_t* command = pmhost_command(host, DISPLAY_DETAIL, "ethernet 1/1", NULL);
+  CHECK(pmhost_call(command, create_loopbacks) == PMHOST_DONE); /* refused: a port is no loopback */
+  CHECK(run(host, "configure") == PMHOST_DONE);
+  CHECK(run(host, "no interface mgmt 0") == PMHOST_NOT_PERMITTED && strstr(last_error, "does not allow") != NULL);
+  CHECK(run(host, "end") == PMHOST_DONE);
+
+  pmhost_call(command, clear_counters); /* loads what stays loaded */
+  const size_t before = used_memory();
+  for (int i = 0; i < 10000; ++i) pmhost_call(command, clear_counters);
+  CHECK(used_memory() < before + 10000);
+  pmhost_end(command);
+}
+
+/* Lines on standard error, for the script that runs this. */
+static void print_errors(pmhost_t* host) {
+  CHECK(pmhost_run(host, "nonsense") == PMHOST_USAGE);
+  CHECK(pmhost_run(host, "show interface ethernet 63/1") == PMHOST_NO_SUCH_INTERFACE);
+}
+
 int main(int argc, char** argv) {
   if (argc != 2) return 2;
   open_wrongly();
@@ -167,12 +212,15 @@ int main(int argc, char** argv) {
   if (host == NULL) return printf("%s\n", error), 1;
   CHECK(fails_with(pmhost_open(argv[1], &error), &error, "open already"));
   CHECK(pmhost_queue(host) != 0);
+  print_errors(host);
   const pmhost_output_t output = {.write = take_text, .error = take_error, .value = take_value, .context = &failures};
   pmhost_set_output(host, &output);
   run_lines(host);
   run_in_json(host, &output);
   print_in_callbacks(host, &output);
   call_handlers(host, &output);
+  choose_ranges(host);
+  forget_answers(host);
   pmhost_close(host);
 
   /* A host is a switch of its own: what was set in the first is not in the second. */
@@ -181,6 +229,7 @@ int main(int argc, char** argv) {
   pmhost_set_output(host, &output);
   CHECK(run(host, "show interface ethernet 1/1") == PMHOST_DONE && strcmp(mtu, "1600") != 0 && mtu[0] != '\0');
   pmhost_set_output(host, NULL);
+  print_errors(host);
   pmhost_close(host);
   if (failures == 0) puts("all calls are good");
   return failures != 0;

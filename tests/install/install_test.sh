@@ -56,8 +56,10 @@ for program in own_platform own_platform_cpp; do has_line "$("$work/package/$pro
 has "$(<"$work/log")" "without teapot"
 
 step "the calls of pmhost.h"
-out=$("$work/package/host_calls" "$source/tests/session/lab.yaml") || fail "$out"
+out=$("$work/package/host_calls" "$source/tests/session/lab.yaml" 2>"$work/errors") || fail "$out"
 has_line "$out" "all calls are good"
+[ "$(wc -l <"$work/errors")" -eq 4 ] || fail "on standard error: $(<"$work/errors")"
+[ "$(grep -c "^no such interface: ethernet 63/1\." "$work/errors")" -eq 2 ] || fail "on standard error: $(<"$work/errors")"
 sed -n '/^{"schema_version/,/^end$/p' <<<"$out" | sed '$d' | jq -e '.interfaces | length > 5' >/dev/null || fail "no document from a callback"
 
 step "a command library from outside"

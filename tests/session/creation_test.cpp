@@ -119,6 +119,8 @@ TEST(Creation, MoreRangesThanAnArgumentHolds) {
   EXPECT_EQ(count, 101U);
 }
 
+constexpr const char* kNotAllowed = "pmsh: the port manager does not allow this command on these interfaces.\n";
+
 struct refusal {
   std::string line;
   std::string out;
@@ -128,16 +130,15 @@ struct refusal {
 
 TEST(Creation, RefusalsAreNamedAndCreateNothing) {
   const routed_switch lab;
-  const std::string not_allowed = "pmsh: the port manager does not allow this command on these interfaces.\n";
   for (const refusal& it : {
-           refusal{"interface ethernet 1/1.5", "Sub-interface configuration not allowed on L2 port\n", not_allowed, 5},
+           refusal{"interface ethernet 1/1.5", "Sub-interface configuration not allowed on L2 port\n", kNotAllowed, 5},
            refusal{"interface ethernet 2/2.5",
-                   "Gigabit Ethernet port belongs to a port-channel\nSub interface creation not allowed\n", not_allowed,
+                   "Gigabit Ethernet port belongs to a port-channel\nSub interface creation not allowed\n", kNotAllowed,
                    5},
            refusal{"interface ethernet 2/1.4095", "Sub-interface 4095 is internal and not user-configurable\n",
-                   not_allowed, 5},
+                   kNotAllowed, 5},
            refusal{"interface ethernet 2/1.100-1200", "Total number of Gigabit Ethernet sub-interfaces exceeds 1000\n",
-                   not_allowed, 5},
+                   kNotAllowed, 5},
            refusal{"interface loopback 1-2000", "", "pmsh: cannot create loopback 1-2000: invalid interface range.\n",
                    2},
            refusal{"interface ethernet 9/9.5", "",
@@ -147,7 +148,7 @@ TEST(Creation, RefusalsAreNamedAndCreateNothing) {
            refusal{"interface loopback 77, ethernet 9/9", "",
                    "pmsh: no such interface: ethernet 9/9. Type 'show interface ?' for the kinds.\n", 4},
            refusal{"interface loopback 77, ethernet 1/1.5", "Sub-interface configuration not allowed on L2 port\n",
-                   not_allowed, 5},
+                   kNotAllowed, 5},
        }) {
     const outcome result = lab.run("configure\n" + it.line + "\n");
     EXPECT_EQ(result.out, it.out) << it.line;
@@ -196,14 +197,13 @@ TEST(Deletion, OnlyWhatTheSwitchFileHasStaysKnownAsDeleted) {
 
 TEST(Deletion, PermanentInterfacesStayAndSoDoesTheRest) {
   const routed_switch lab;
-  const std::string not_allowed = "pmsh: the port manager does not allow this command on these interfaces.\n";
   for (const refusal& it : {
-           refusal{"no interface ethernet 1/1", "", not_allowed, 5},
-           refusal{"no interface mgmt 0", "", not_allowed, 5},
-           refusal{"no interface port-channel 7", "This configuration is not allowed on the interface\n", not_allowed,
+           refusal{"no interface ethernet 1/1", "", kNotAllowed, 5},
+           refusal{"no interface mgmt 0", "", kNotAllowed, 5},
+           refusal{"no interface port-channel 7", "This configuration is not allowed on the interface\n", kNotAllowed,
                    5},
-           refusal{"no interface loopback 0, ethernet 2/1", "", not_allowed, 5},
-           refusal{"no interface loopback 0, fc 3/1", "", not_allowed, 5},
+           refusal{"no interface loopback 0, ethernet 2/1", "", kNotAllowed, 5},
+           refusal{"no interface loopback 0, fc 3/1", "", kNotAllowed, 5},
            refusal{"no interface loopback 0, loopback 77", "",
                    "pmsh: no such interface: loopback 77. Type 'show interface ?' for the kinds.\n", 4},
        }) {

@@ -86,8 +86,8 @@ int pmhost_run(pmhost_t* host, const char* line);
 /*
  * A parameter block for a display: `command_id` is one of pmcli/displays.h, `interfaces` a range as pmsh takes it
  * ("ethernet 1/1-4, mgmt 0"; null or "": none), which the library's verification has accepted. The user is the first of
- * the switch, the supervisor is active. Null on failure: no such interface, more than PARAM_MAX_RANGES ranges, or no
- * memory. pmhost_end() frees it with all that it points to.
+ * the switch, the supervisor is active. Null on failure: no such interface, more than PARAM_MAX_RANGES ranges (each
+ * sub-interface is one of its own), or no memory. pmhost_end() frees it with all that it points to.
  */
 pmhost_command_t* pmhost_command(pmhost_t* host, uint32 command_id, const char* interfaces, char** error);
 void pmhost_end(pmhost_command_t* command); /* null: nothing */
@@ -107,7 +107,9 @@ typedef uint32 (*pmhost_handler_t)(paraminfo_t* block);
 /*
  * Calls a show handler for each interface, in one output; pmhost_call() calls a handler once, for all ranges, as table
  * headers and configuration handlers are. In the structured form the display is that of pmsh's command with the same
- * command id; PMHOST_USAGE when there is none. What failed is known from what the handler printed.
+ * command id; PMHOST_USAGE when there is none. What failed is known from what the handler printed, and from its
+ * requests to services: one that fails (lost, rejected, not answered, or answered with damage) names the service as an
+ * error, and PMHOST_SERVICE_FAILED replaces PMHOST_DONE. Answers to clears and settings are discarded after the call.
  */
 int pmhost_show(pmhost_command_t* command, pmhost_handler_t handler);
 int pmhost_call(pmhost_command_t* command, pmhost_handler_t handler);
