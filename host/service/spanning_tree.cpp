@@ -23,7 +23,7 @@ uint32 become_edge(interface& port) {
 
 std::vector<uint16> carried_by(const interface& port) {
   if (port.oper_mode == PM_PORT_MODE_TRUNK) return port.allowed_vlans;
-  return {port.access_vlan};
+  return port.access_vlan.value_or(0) != 0 ? std::vector{*port.access_vlan} : std::vector<uint16>{};
 }
 
 // A port that is up forwards where it carries a VLAN, unless spanning tree or an error says otherwise.
