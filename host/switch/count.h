@@ -7,7 +7,7 @@
 
 namespace host {
 
-// Takes the eight bytes of its value: the largest value of 64 bits stands for "not known", and a count of that value is
+// Takes the eight bytes of its value: the largest value but one stands for "not known", and a count of that value is
 // stored as the one below. Used as std::optional<uint64> is.
 class counter {
  public:
@@ -29,7 +29,7 @@ class counter {
   friend constexpr bool operator==(counter, counter) = default;
 
  private:
-  static constexpr uint64 kUnknown = UINT64_MAX;
+  static constexpr uint64 kUnknown = UINT64_MAX - 1;
 
   uint64 value_ = kUnknown;
 };

@@ -43,14 +43,15 @@ TEST(Counter, IsUnknownAsASumWithTheUnknown) {
 }
 
 TEST(Counter, StoresTheReservedValueAsTheOneBelow) {
-  const counter largest = UINT64_MAX;
-  EXPECT_TRUE(largest.has_value());
-  EXPECT_EQ(*largest, 18'446'744'073'709'551'614U);
+  const counter reserved = 18'446'744'073'709'551'614U;
+  EXPECT_TRUE(reserved.has_value());
+  EXPECT_EQ(*reserved, 18'446'744'073'709'551'613U);
+  EXPECT_EQ(*counter(18'446'744'073'709'551'615U), 18'446'744'073'709'551'615U) << "the largest value is a count";
 }
 
 TEST(Counter, WrapsASumWithoutForgettingIt) {
-  EXPECT_EQ(counter(UINT64_MAX - 1) + counter(3), counter(1));
-  EXPECT_TRUE((counter(UINT64_MAX - 1) + counter(1)).has_value());
+  EXPECT_EQ(counter(UINT64_MAX) + counter(3), counter(2));
+  EXPECT_TRUE((counter(UINT64_MAX) + counter(UINT64_MAX)).has_value());
 }
 
 }  // namespace
