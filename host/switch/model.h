@@ -250,6 +250,7 @@ struct interface : port_settings {
 
   port_capabilities capabilities;
   std::optional<transceiver> module_in_port;
+  bool is_module_protected = false;               // the user may not read modules: whether there is one is not known
   statistics stats;                               // as they were last brought up to date, see switch/live_statistics.h
   std::shared_ptr<const traffic_source> traffic;  // equal when it is the same one
 

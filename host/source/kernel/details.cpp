@@ -136,6 +136,7 @@ void device_details::read_module_of(known_device& device, interface& port) {
   if (device.has_module_read) return;
   device.has_module_read = true;
   port.module_in_port = read_module(reader_of(device));
+  port.is_module_protected = modules_are_closed_;
   if (port.module_in_port) port.capabilities.transceiver = true;
 }
 

@@ -202,7 +202,11 @@ kernel_source::device_reading* kernel_source::find_reading(if_index_t if_index) 
   return find_by<&device_reading::if_index>(counted_, if_index);
 }
 
-const mapped_device* kernel_source::device_of(if_index_t if_index) {
+const kernel_source::device_reading* kernel_source::find_reading(if_index_t if_index) const {
+  return find_by<&device_reading::if_index>(counted_, if_index);
+}
+
+const mapped_device* kernel_source::device_of(if_index_t if_index) const {
   const device_reading* const reading = find_reading(if_index);
   return reading == nullptr ? nullptr : find_by<&mapped_device::number>(mapped_, reading->number);
 }
@@ -348,8 +352,13 @@ uint32 kernel_source::restore_interface(machine& model, const interface& deleted
 
 std::optional<std::vector<kernel_device>> kernel_source::devices() const {
   std::vector<kernel_device> devices;
-  for (const mapped_device& it : mapped_) devices.push_back({it.device, it.if_index});
+  for (const mapped_device& it : mapped_) devices.push_back({it.device, it.if_index, it.number});
   return devices;
+}
+
+std::optional<kernel_device> kernel_source::find_device(if_index_t if_index) const {
+  const mapped_device* const found = device_of(if_index);
+  return found == nullptr ? std::nullopt : std::optional(kernel_device{found->device, if_index, found->number});
 }
 
 std::vector<if_index_t> kernel_source::interfaces_towards(const std::string& address) const {
