@@ -134,7 +134,7 @@ TEST_F(Services, HaveNamesAndAccessPointsOfTheirOwn) {
   EXPECT_EQ(service_names,
             (std::vector<std::string_view>{"port-manager", "interface-manager", "statistics", "ip", "card-config",
                                            "port-channel", "spanning-tree", "vsan-manager", "vlan-manager",
-                                           "private-vlans", "satellite-manager", "line-card"}));
+                                           "private-vlans", "satellite-manager", "interface-values", "line-card"}));
   EXPECT_EQ(saps.front(), 179u);
   std::sort(saps.begin(), saps.end());
   EXPECT_EQ(std::adjacent_find(saps.begin(), saps.end()), saps.end());
