@@ -49,6 +49,15 @@ has_line "$(show left)" "  Description: to the lab, 100% of it %s %n"
 ip -n "$here" addr add 198.51.100.1/24 dev left
 has_line "$(show left)" "  Internet Address is 198.51.100.1/24"
 
+step "what the kernel does not report is absent"
+of_left() { run -c "show interface $left $1 | json" | jq -c "[.interfaces[0] | $2]"; }
+[ "$(of_left counters '.input_unicast_packets, .output_unicast_packets, .output_broadcast_packets')" = '[null,null,null]' ] ||
+  fail "a veth device separates unicasts: $(of_left counters .)"
+[ "$(of_left counters '.input_multicast_packets != null')" = '[true]' ] || fail "multicasts are absent: $(of_left counters .)"
+[ "$(of_left "" '.port_mode, .delay_usec, .rate_mode')" = '[null,null,null]' ] || fail "invented: $(of_left "" .)"
+[ "$(of_left flowcontrol 'to_entries[] | select(.key != "interface") | .value' | tr -d 'nul,')" = '[]' ] ||
+  fail "a veth device has flow control: $(of_left flowcontrol .)"
+
 step "settings"
 set_on() { printf 'configure\ninterface %s\n%s\n' "$1" "$2" | run "${@:3}" 2>&1; }
 [ -z "$(set_on "$left" $'shutdown\ndescription set here\nswitchport mtu 5000')" ] || fail "settings are refused"
@@ -132,13 +141,13 @@ has "$shown" "$rx_packets packets input, $rx_bytes bytes"
 has "$shown" "$tx_packets packets output, $tx_bytes bytes"
 
 step "cleared counters, for every shell of the user and for nobody else"
-counted_by_shell() { run --map "$map" "$@" -c "show interface $left counters | json" | jq -r ".interfaces[0].output_unicast_packets"; }
+counted_by_shell() { run --map "$map" "$@" -c "show interface $left counters | json" | jq -r ".interfaces[0].output_bytes"; }
 has "$(run --session-counters --map "$map" -c "clear counters interface $left")" "for this session"
-[ "$(counted_by_shell)" -ge "$tx_packets" ] || fail "a clear for one session holds for another"
+[ "$(counted_by_shell)" -ge "$tx_bytes" ] || fail "a clear for one session holds for another"
 said=$(run --map "$map" -c "clear counters interface $left") || fail "counters are not cleared"
 has "$said" "$XDG_STATE_HOME/pmsh/cleared-counters."
-[ "$(counted_by_shell)" -lt "$tx_packets" ] || fail "cleared counters go on for another shell"
-[ "$(XDG_STATE_HOME=/nowhere counted_by_shell)" -ge "$tx_packets" ] || fail "somebody else's counters were cleared"
+[ "$(counted_by_shell)" -lt "$tx_bytes" ] || fail "cleared counters go on for another shell"
+[ "$(XDG_STATE_HOME=/nowhere counted_by_shell)" -ge "$tx_bytes" ] || fail "somebody else's counters were cleared"
 said=$(XDG_STATE_HOME=/proc/nowhere run --map "$map" -c "clear counters interface $left" 2>&1) && fail "a clear that is not kept succeeds"
 has "$said" "for this session only"
 

@@ -18,13 +18,13 @@ void copy_text(std::string_view text, char (&to)[Size]) {
 
 crdcfg_port_cap_t capability_record(const port_capabilities& port) {
   crdcfg_port_cap_t record{};
-  record.speed = port.speeds;
-  record.duplex = port.duplexes;
+  record.speed = port.speeds.value_or(0);
+  record.duplex = port.duplexes.value_or(0);
   record.trunk_encap = yes_no(port.trunk_encapsulation);
   record.channel = yes_no(port.channel);
   record.suppression = yes_no(port.suppression);
-  record.rx_flowcontrol = port.rx_flow_control;
-  record.tx_flowcontrol = port.tx_flow_control;
+  record.rx_flowcontrol = port.rx_flow_control.value_or(0);
+  record.tx_flowcontrol = port.tx_flow_control.value_or(0);
   record.cos_rewrite = yes_no(port.cos_rewrite);
   record.tos_rewrite = yes_no(port.tos_rewrite);
   record.span = yes_no(port.span);
@@ -32,14 +32,15 @@ crdcfg_port_cap_t capability_record(const port_capabilities& port) {
   record.link_debounce = yes_no(port.debounce);
   record.link_debounce_time = yes_no(port.debounce);
   record.fcot_capable = yes_no(port.transceiver);
-  record.rate_mode = port.rate_modes;
+  record.rate_mode = port.rate_modes.value_or(0);
   record.mdix = yes_no(port.mdix);
-  record.rx_qos_priority = port.rx_qos_priorities;
-  record.rx_qos_queue = port.rx_qos_queues;
-  record.rx_qos_threshold = port.rx_qos_thresholds;
-  record.tx_qos_priority = port.tx_qos_priorities;
-  record.tx_qos_queue = port.tx_qos_queues;
-  record.tx_qos_threshold = port.tx_qos_thresholds;
+  const auto qos = port.qos.value_or(port_capabilities::qos_scheduling{});
+  record.rx_qos_priority = qos.rx_priorities;
+  record.rx_qos_queue = qos.rx_queues;
+  record.rx_qos_threshold = qos.rx_thresholds;
+  record.tx_qos_priority = qos.tx_priorities;
+  record.tx_qos_queue = qos.tx_queues;
+  record.tx_qos_threshold = qos.tx_thresholds;
   copy_text(port.model, record.model);
   copy_text(port.type, record.type);
   return record;

@@ -5,6 +5,9 @@
 namespace host {
 namespace {
 
+uint32 known_or_zero(uint32 value) { return value; }
+uint32 known_or_zero(std::optional<uint16> value) { return value.value_or(0); }
+
 // An unknown interface is an error of its own record, not of the request.
 template <typename Member>
 reply answer_value(std::span<const std::byte> bytes, Member member) {
@@ -12,7 +15,7 @@ reply answer_value(std::span<const std::byte> bytes, Member member) {
   if (!request) return reject();
   const interface* const found = std::as_const(the_machine()).find(request->if_index);
   if (found == nullptr) return answer_record(if_value{PM_ERR_NO_SUCH_INTERFACE, 0});
-  return answer_record(if_value{0, found->*member});
+  return answer_record(if_value{0, known_or_zero(found->*member)});
 }
 
 }  // namespace

@@ -110,7 +110,7 @@ bool supports(const interface& port, uint32 mbps) {
   const std::span<const speed> known = kind_of(port) == IF_TYPE_FC ? std::span<const speed>(kFibreChannelSpeeds)
                                                                    : std::span<const speed>(kEthernetSpeeds);
   const auto found = std::find_if(known.begin(), known.end(), [=](const speed& s) { return s.mbps == mbps; });
-  const uint8 own = port.capabilities.speeds;  // 0: nothing is known of it
+  const uint8 own = port.capabilities.speeds.value_or(0);  // 0: nothing is known of it
   return found != known.end() && (found->capability == 0 || own == 0 || (own & found->capability) != 0);
 }
 
@@ -119,10 +119,10 @@ uint32 apply_speed(interface& port, const setting_value& value) {
   const uint32 wanted = value.number();
   if (!supports(port, wanted)) return PM_ERR_SPEED_NOT_SUPPORTED;
   port.admin_speed_mbps = wanted;
-  const uint32 fastest = fastest_mbps(port.capabilities.speeds);
+  const uint32 fastest = fastest_mbps(port.capabilities.speeds.value_or(0));
   if (wanted > kLastAutomatic)
     port.oper_speed_mbps = wanted;
-  else if (port.oper_speed_mbps != 0 && fastest != 0)
+  else if (port.oper_speed_mbps.value_or(0) != 0 && fastest != 0)
     port.oper_speed_mbps = fastest;
   return 0;
 }
@@ -158,7 +158,10 @@ uint32 apply_mtu(interface& port, const setting_value& value) {
 uint32 apply_switchport(interface& port, const setting_value& value) {
   if (value.number() != IF_LAYER_2 && value.number() != IF_LAYER_3) return PM_ERR_VALUE_OUT_OF_RANGE;
   port.layer = value.number();
-  if (port.admin_mode == 0) port.admin_mode = port.oper_mode = default_port_mode(kind_of(port), port.layer);
+  if (port.admin_mode == 0) {
+    port.admin_mode = default_port_mode(kind_of(port), port.layer);
+    port.oper_mode = port.admin_mode;
+  }
   return 0;
 }
 
@@ -181,7 +184,11 @@ uint32 apply_receive_credit(interface& port, const setting_value& value) {
 template <auto Member, uint32 kLowest, uint32 kHighest>
 uint32 apply_number(interface& port, const setting_value& value) {
   if (value.number() < kLowest || value.number() > kHighest) return PM_ERR_VALUE_OUT_OF_RANGE;
-  port.*Member = static_cast<std::remove_reference_t<decltype(port.*Member)>>(value.number());
+  using member = std::remove_reference_t<decltype(port.*Member)>;
+  if constexpr (requires { typename member::value_type; })
+    port.*Member = static_cast<typename member::value_type>(value.number());
+  else
+    port.*Member = static_cast<member>(value.number());
   return 0;
 }
 
@@ -219,7 +226,8 @@ template <uint16 kSide>
 uint32 apply_flow_control(interface& port, const setting_value& value) {
   constexpr uint16 kBits[] = {0, PM_FLOW_CTRL_ON, PM_FLOW_CTRL_DESIRED};  // by FLOW_CONTROL_*
   if (value.number() > FLOW_CONTROL_DESIRED) return PM_ERR_VALUE_OUT_OF_RANGE;
-  port.admin_flow_control = static_cast<uint16>((port.admin_flow_control & ~kSide) | (kSide & kBits[value.number()]));
+  const uint16 other = port.admin_flow_control.value_or(0) & ~kSide;
+  port.admin_flow_control = static_cast<uint16>(other | (kSide & kBits[value.number()]));
   return 0;
 }
 
@@ -243,8 +251,8 @@ if_index_t channel_for(const interface& port, uint32 number) {
 
 // A member is what its channel is set to; its description, state and membership stay its own.
 void take_over(const interface& channel, interface& port) {
-  for (const auto member : {&set::admin_mode, &set::oper_mode, &set::admin_speed_mbps, &set::layer})
-    port.*member = channel.*member;
+  for (const auto member : {&set::admin_mode, &set::admin_speed_mbps, &set::layer}) port.*member = channel.*member;
+  port.oper_mode = channel.oper_mode;
   for (const auto member : {&set::mtu_bytes, &set::access_vlan, &set::native_vlan, &set::admin_flow_control})
     port.*member = channel.*member;
   port.admin_duplex = channel.admin_duplex;

@@ -46,49 +46,49 @@ void fill_identity(const interface& port, pm_port_info_t& record) {
 void fill_configured(const interface& port, pm_port_info_t& record) {
   record.admin_port_mode = port.admin_mode;
   record.admin_port_speed = port.admin_speed_mbps;
-  record.admin_port_flow_ctrl = port.admin_flow_control;
+  record.admin_port_flow_ctrl = port.admin_flow_control.value_or(0);
   record.admin_port_state = port.admin_state;
   record.admin_trunking_mode = port.trunking_mode != 0 ? port.trunking_mode : trunking_mode(port.admin_mode);
   record.admin_beacon_mode = on_off(port.beacon_on);
   record.admin_port_encap = port.encapsulation;
-  record.admin_port_link_debounce = port.debounce_ms;
-  record.admin_rxbufsize = port.mtu_bytes;
+  record.admin_port_link_debounce = port.debounce_ms.value_or(0);
+  record.admin_rxbufsize = port.mtu_bytes.value_or(0);
   record.snmp_link_up_down_trap_enable = kOn;
   record.admin_port_promiscuous_mode = port.promiscuous_mode;
   record.admin_rxbbcredit = port.receive_credit;
   record.admin_rxbuf_performance_buffers = port.performance_buffers;
   record.admin_port_auto_negotiate = on_off(port.admin_speed_mbps == 0);
   record.admin_port_duplex = port.admin_duplex;
-  record.admin_port_rate_mode = port.rate_mode;
+  record.admin_port_rate_mode = port.rate_mode.value_or(0);
   record.service_state = port.service_state;
-  record.admin_port_delay = port.delay_usec / kMicrosecondsPerDelayUnit;
-  record.admin_port_bandwidth = port.bandwidth_kbps;
+  record.admin_port_delay = port.delay_usec.value_or(0) / kMicrosecondsPerDelayUnit;
+  record.admin_port_bandwidth = port.bandwidth_kbps.value_or(0);
   record.admin_si_vlan_id = port.encapsulation_vlan;
-  record.admin_mdix_mode = static_cast<uint16>(port.mdix_on ? PM_PORT_MDIX_ON : 0);
-  record.span_mode = port.span_monitor != 0 ? 1 : 0;
+  record.admin_mdix_mode = static_cast<uint16>(port.mdix_on.value_or(false) ? PM_PORT_MDIX_ON : 0);
+  record.span_mode = port.span_monitor.value_or(0) != 0 ? 1 : 0;
   record.bound_ifindex = port.bound_to;
   record.vfc_bind_data.vfc_eth_ifindex = port.bound_to;
   record.admin_port_reserve_state = kPortUnreserved;
-  for (std::size_t i = 0; i < port.storm_control.size(); ++i)
-    record.admin_port_storm_control[i] = {port.storm_control[i].mode, port.storm_control[i].percent,
-                                          port.storm_control[i].hundredths};
+  const interface::storm_levels storm = port.storm_control.value_or(interface::storm_levels{});
+  for (std::size_t i = 0; i < storm.size(); ++i)
+    record.admin_port_storm_control[i] = {storm[i].mode, storm[i].percent, storm[i].hundredths};
 }
 
 void fill_operational(const interface& port, pm_port_info_t& record) {
-  record.oper_port_mode = port.oper_mode;
-  record.oper_port_speed = port.oper_speed_mbps;
-  record.oper_port_flow_ctrl = port.oper_flow_control;
+  record.oper_port_mode = port.oper_mode.value_or(0);
+  record.oper_port_speed = port.oper_speed_mbps.value_or(0);
+  record.oper_port_flow_ctrl = port.oper_flow_control.value_or(0);
   record.oper_port_state = port.oper_state;
   record.oper_state_reason = port.state_reason;
-  record.oper_trunking_mode = trunking_mode(port.oper_mode);
+  record.oper_trunking_mode = trunking_mode(port.oper_mode.value_or(0));
   record.oper_phy_port_enable_state = port.admin_state == PM_PORT_STATE_UP ? 1 : 0;
-  record.oper_port_duplex = port.oper_duplex;
-  record.oper_port_rate_mode = port.rate_mode;
-  record.reset_cntr = port.resets;
+  record.oper_port_duplex = port.oper_duplex.value_or(0);
+  record.oper_port_rate_mode = port.rate_mode.value_or(0);
+  record.reset_cntr = port.resets.value_or(0);
   record.is_part_of_bundle = port.channel != 0 ? 1 : 0;
   record.bundle_if_index = port.channel;
-  record.link_status_last_change_sec = port.link_change_sec;
-  record.not_first_time_port_bringup = port.link_change_sec != 0 ? 1 : 0;
+  record.link_status_last_change_sec = port.link_change_sec.value_or(0);
+  record.not_first_time_port_bringup = port.link_change_sec.value_or(0) != 0 ? 1 : 0;
   record.is_fcot_present = port.module_in_port ? 1 : 0;
   record.sfp_initializing_state = port.module_in_port && port.module_in_port->is_initializing ? 1 : 0;
   record.port_vsan = port.vsan;
@@ -103,8 +103,8 @@ void copy_image(const transceiver& module, void* image, std::size_t trailer_offs
 
 void fill_sfp(const interface& port, lc_fcot_info_t& info) {
   copy_image(*port.module_in_port, &info, offsetof(lc_fcot_info_t, maxSpeed));
-  info.maxSpeed = fastest_mbps(port.capabilities.speeds);
-  info.minSpeed = slowest_mbps(port.capabilities.speeds);
+  info.maxSpeed = fastest_mbps(port.capabilities.speeds.value_or(0));
+  info.minSpeed = slowest_mbps(port.capabilities.speeds.value_or(0));
   info.fcotNum = static_cast<port_num_t>(port_number(port));
   info.fcotType = port.module_in_port->type;
   info.gigaEthCC = info.xcvrCode[3];
@@ -112,8 +112,8 @@ void fill_sfp(const interface& port, lc_fcot_info_t& info) {
 
 void fill_x2(const interface& port, lc_fcot_x2_info_t& info) {
   copy_image(*port.module_in_port, &info, offsetof(lc_fcot_x2_info_t, max_speed));
-  info.max_speed = fastest_mbps(port.capabilities.speeds);
-  info.min_speed = slowest_mbps(port.capabilities.speeds);
+  info.max_speed = fastest_mbps(port.capabilities.speeds.value_or(0));
+  info.min_speed = slowest_mbps(port.capabilities.speeds.value_or(0));
   info.fcot_num = static_cast<port_num_t>(port_number(port));
   info.fcot_type = port.module_in_port->type;
   info.giga_eth_cc = info.xg_eth_code[0];

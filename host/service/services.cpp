@@ -1,5 +1,6 @@
 #include "service/services.h"
 
+#include "messages/interface_values.h"
 #include "platform/misc_info.h"
 #include "service/card_config_messages.h"
 #include "service/interface_manager_messages.h"
@@ -25,6 +26,7 @@ constexpr service kServices[] = {
     {MTS_SAP_VLAN_MANAGER, "vlan-manager", serve_vlan_manager},
     {MTS_SAP_PVLAN, "private-vlans", serve_private_vlans},
     {SAP_SATELLITE_MANAGER, "satellite-manager", serve_satellite_manager},
+    {SAP_INTERFACE_VALUES, "interface-values", serve_interface_values},
     {MTS_SAP_PORT_MISC_INFO, "line-card", serve_line_card, true, is_whole_line_card_answer},
 };
 

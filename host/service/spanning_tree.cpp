@@ -7,6 +7,7 @@
 #include "service/answers.h"
 #include "service/change_settings.h"
 #include "service/services.h"
+#include "service/spanning_tree.h"
 #include "service/spanning_tree_messages.h"
 
 namespace host {
@@ -23,22 +24,14 @@ uint32 become_edge(interface& port) {
 
 std::vector<uint16> carried_by(const interface& port) {
   if (port.oper_mode == PM_PORT_MODE_TRUNK) return port.allowed_vlans;
-  return {port.access_vlan};
+  return port.access_vlan.value_or(0) != 0 ? std::vector{*port.access_vlan} : std::vector<uint16>{};
 }
 
-// A port that is up forwards where it carries a VLAN, unless spanning tree or an error says otherwise.
 stp_port_state_t state_of(const interface& port) {
   stp_port_state_t state{};
   state.if_index = port.if_index;
   state.forwarding.size = BITSET_BYTES;
-  if (port.oper_state != PM_PORT_STATE_UP || port.layer != IF_LAYER_2) return state;
-  const auto holds = [](const std::vector<uint16>& vlans, uint16 id) {
-    return std::find(vlans.begin(), vlans.end(), id) != vlans.end();
-  };
-  for (const uint16 id : carried_by(port)) {
-    if (holds(port.blocked_vlans, id) || holds(port.errored_vlans, id)) continue;
-    state.forwarding.bits[id / 8] |= static_cast<uint8>(0x80U >> (id % 8));
-  }
+  for (const uint16 id : forwarding_vlans(port)) state.forwarding.bits[id / 8] |= static_cast<uint8>(0x80U >> (id % 8));
   return state;
 }
 
@@ -55,6 +48,18 @@ reply answer_states(std::span<const std::byte> bytes) {
 }
 
 }  // namespace
+
+std::vector<uint16> forwarding_vlans(const interface& port) {
+  if (port.oper_state != PM_PORT_STATE_UP || port.layer != IF_LAYER_2) return {};
+  std::vector<uint16> vlans = carried_by(port);
+  std::erase_if(vlans, [&port](uint16 id) {
+    const auto holds = [id](const std::vector<uint16>& shut) {
+      return std::find(shut.begin(), shut.end(), id) != shut.end();
+    };
+    return holds(port.blocked_vlans) || holds(port.errored_vlans);
+  });
+  return vlans;
+}
 
 reply serve_spanning_tree(mts_opc_t opcode, std::span<const std::byte> request) {
   switch (opcode) {

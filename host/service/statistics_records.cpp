@@ -10,7 +10,8 @@
 namespace host {
 namespace {
 
-uint32 low_32_bits(uint64 counter) { return static_cast<uint32>(counter); }
+// A member of 32 bits that a counter has outgrown keeps the largest value.
+uint32 in_32_bits(counter count) { return static_cast<uint32>(std::min<uint64>(count.value_or(0), UINT32_MAX)); }
 
 using flow_stats = statscl_portcl_mac_pktflow_stats_t;
 using error_stats = statscl_portcl_mac_error_stats_t;
@@ -28,33 +29,32 @@ static_assert(std::size(kSentBySize) == std::tuple_size_v<size_classes>);
 void fill_packet_flow(const interface& port, flow_stats& flow) {
   const traffic_counters& in = port.stats.in;
   const traffic_counters& out = port.stats.out;
-  flow.ingress_pkts = in.packets();
-  flow.unicast_pkts = in.unicast_packets;
-  flow.multicast_pkts = in.multicast_packets;
-  flow.broadcast_pkts = in.broadcast_packets;
-  flow.bytes_pkts = in.bytes;
-  flow.storm_supression = port.stats.errors.storm_suppressed;
-  flow.pkt_rate_rx = port.stats.in_packets_per_second;
-  flow.byte_rate_rx = port.stats.in_bytes_per_second;
-  flow.egress_pkts = out.packets();
-  flow.unicast_pkts_tx = out.unicast_packets;
-  flow.multicast_pkts_tx = out.multicast_packets;
-  flow.broadcast_pkts_tx = out.broadcast_packets;
-  flow.bytes_tx = out.bytes;
-  flow.pkt_rate_tx = port.stats.out_packets_per_second;
-  flow.byte_rate_tx = port.stats.out_bytes_per_second;
+  flow.ingress_pkts = in.packets.value_or(0);
+  flow.unicast_pkts = in.unicast_packets.value_or(0);
+  flow.multicast_pkts = in.multicast_packets.value_or(0);
+  flow.broadcast_pkts = in.broadcast_packets.value_or(0);
+  flow.bytes_pkts = in.bytes.value_or(0);
+  flow.storm_supression = port.stats.errors.storm_suppressed.value_or(0);
+  flow.pkt_rate_rx = port.stats.in_packets_per_second.value_or(0);
+  flow.byte_rate_rx = port.stats.in_bytes_per_second.value_or(0);
+  flow.egress_pkts = out.packets.value_or(0);
+  flow.unicast_pkts_tx = out.unicast_packets.value_or(0);
+  flow.multicast_pkts_tx = out.multicast_packets.value_or(0);
+  flow.broadcast_pkts_tx = out.broadcast_packets.value_or(0);
+  flow.bytes_tx = out.bytes.value_or(0);
+  flow.pkt_rate_tx = port.stats.out_packets_per_second.value_or(0);
+  flow.byte_rate_tx = port.stats.out_bytes_per_second.value_or(0);
   for (std::size_t i = 0; i < std::size(kReceivedBySize); ++i) {
-    flow.*kReceivedBySize[i] = in.packets_by_size[i];
-    flow.*kSentBySize[i] = out.packets_by_size[i];
+    flow.*kReceivedBySize[i] = in.packets_by_size[i].value_or(0);
+    flow.*kSentBySize[i] = out.packets_by_size[i].value_or(0);
   }
-  if (port.oper_mode != PM_PORT_MODE_TRUNK) return;
-  flow.trunk_rx = in.packets();
-  flow.trunk_tx = out.packets();
+  flow.trunk_rx = in.trunk_packets.value_or(0);
+  flow.trunk_tx = out.trunk_packets.value_or(0);
 }
 
 struct error_member {
   be64 error_stats::*member;
-  uint64 error_counters::*counter;
+  host::counter error_counters::*counter;
 };
 
 constexpr error_member kErrorMembers[] = {
@@ -98,37 +98,39 @@ constexpr error_member kErrorMembers[] = {
 };
 
 void fill_errors(const statistics& stats, error_stats& errors) {
-  for (const auto& [member, counter] : kErrorMembers) errors.*member = stats.errors.*counter;
-  errors.input_errors = stats.in.errors;
-  errors.output_errors = stats.out.errors;
-  errors.in_discard = stats.in.discards;
-  errors.tx_dropped = stats.out.discards;
+  for (const auto& [member, counter] : kErrorMembers) errors.*member = (stats.errors.*counter).value_or(0);
+  errors.input_errors = stats.in.errors.value_or(0);
+  errors.output_errors = stats.out.errors.value_or(0);
+  errors.in_discard = stats.in.discards.value_or(0);
+  errors.tx_dropped = stats.out.discards.value_or(0);
 }
 
 void fill_rate_ring(const statistics& stats, eth_intf_stats_rate_t& rate) {
-  static_assert(std::tuple_size_v<decltype(stats.rate_ring)> == ETH_RATE_SAMPLES);
-  std::transform(stats.rate_ring.begin(), stats.rate_ring.end(), rate.stats, [](const rate_sample& sample) {
+  static_assert(std::tuple_size_v<decltype(rate_samples::samples)> == ETH_RATE_SAMPLES);
+  if (!stats.rate_ring) return;
+  const auto& samples = stats.rate_ring->samples;
+  std::transform(samples.begin(), samples.end(), rate.stats, [](const rate_sample& sample) {
     return eth_intf_rate_sample_t{sample.in_bytes, sample.out_bytes, sample.in_frames, sample.out_frames};
   });
-  rate.index = stats.rate_index;
+  rate.index = stats.rate_ring->next;
 }
 
 void fill_totals(const statistics& stats, eth_intf_if_data_t& data) {
-  data.ifi_ibytes = stats.in.bytes;
-  data.ifi_obytes = stats.out.bytes;
-  data.ifi_ipackets = low_32_bits(stats.in.packets());
-  data.ifi_opackets = low_32_bits(stats.out.packets());
-  data.ifi_imcasts = low_32_bits(stats.in.multicast_packets);
-  data.ifi_omcasts = low_32_bits(stats.out.multicast_packets);
-  data.ifi_ibcasts = low_32_bits(stats.in.broadcast_packets);
-  data.ifi_obcasts = low_32_bits(stats.out.broadcast_packets);
-  data.ifi_ierrors = low_32_bits(stats.in.errors);
-  data.ifi_oerrors = low_32_bits(stats.out.errors);
-  data.ifi_collisions = low_32_bits(stats.errors.collisions);
-  data.ifi_iqdrops = low_32_bits(stats.in.discards);
-  data.ifi_idowndrops = low_32_bits(stats.errors.dropped_while_down);
-  data.ifi_badetype = low_32_bits(stats.errors.bad_ethertype);
-  data.ifi_noproto = low_32_bits(stats.errors.bad_protocol);
+  data.ifi_ibytes = stats.in.bytes.value_or(0);
+  data.ifi_obytes = stats.out.bytes.value_or(0);
+  data.ifi_ipackets = in_32_bits(stats.in.packets);
+  data.ifi_opackets = in_32_bits(stats.out.packets);
+  data.ifi_imcasts = in_32_bits(stats.in.multicast_packets);
+  data.ifi_omcasts = in_32_bits(stats.out.multicast_packets);
+  data.ifi_ibcasts = in_32_bits(stats.in.broadcast_packets);
+  data.ifi_obcasts = in_32_bits(stats.out.broadcast_packets);
+  data.ifi_ierrors = in_32_bits(stats.in.errors);
+  data.ifi_oerrors = in_32_bits(stats.out.errors);
+  data.ifi_collisions = in_32_bits(stats.errors.collisions);
+  data.ifi_iqdrops = in_32_bits(stats.in.discards);
+  data.ifi_idowndrops = in_32_bits(stats.errors.dropped_while_down);
+  data.ifi_badetype = in_32_bits(stats.errors.bad_ethertype);
+  data.ifi_noproto = in_32_bits(stats.errors.bad_protocol);
 }
 
 // What the records of the IP stack and of the management port have in common.
@@ -136,24 +138,26 @@ template <typename Record>
 void fill_traffic(const statistics& stats, Record& record) {
   record.interval_start_time = stats.last_clear_sec;
   record.interval = stats.counted_sec;
-  record.in_pkts = stats.in.packets();
-  record.in_bytes = stats.in.bytes;
-  record.in_pkts_ucast = stats.in.unicast_packets;
-  record.in_pkts_mcast = stats.in.multicast_packets;
-  record.in_pkts_bcast = stats.in.broadcast_packets;
-  record.out_pkts = stats.out.packets();
-  record.out_bytes = stats.out.bytes;
-  record.out_pkts_ucast = stats.out.unicast_packets;
-  record.out_pkts_mcast = stats.out.multicast_packets;
-  record.out_pkts_bcast = stats.out.broadcast_packets;
+  record.in_pkts = stats.in.packets.value_or(0);
+  record.in_bytes = stats.in.bytes.value_or(0);
+  record.in_pkts_ucast = stats.in.unicast_packets.value_or(0);
+  record.in_pkts_mcast = stats.in.multicast_packets.value_or(0);
+  record.in_pkts_bcast = stats.in.broadcast_packets.value_or(0);
+  record.out_pkts = stats.out.packets.value_or(0);
+  record.out_bytes = stats.out.bytes.value_or(0);
+  record.out_pkts_ucast = stats.out.unicast_packets.value_or(0);
+  record.out_pkts_mcast = stats.out.multicast_packets.value_or(0);
+  record.out_pkts_bcast = stats.out.broadcast_packets.value_or(0);
 }
 
 // What the ring says of the last minutes, the newest first.
 void fill_history(const statistics& stats, pm_if_stat& record) {
-  const auto slots = static_cast<uint32>(stats.rate_ring.size());
+  if (!stats.rate_ring) return;
+  const auto& [samples, next] = *stats.rate_ring;
+  const auto slots = static_cast<uint32>(samples.size());
   for (uint32 age = 0; age + 1 < slots; ++age) {
-    const rate_sample& end = stats.rate_ring[(stats.rate_index + slots - 1 - age) % slots];
-    const rate_sample& begin = stats.rate_ring[(stats.rate_index + slots - 2 - age) % slots];
+    const rate_sample& end = samples[(next + slots - 1 - age) % slots];
+    const rate_sample& begin = samples[(next + slots - 2 - age) % slots];
     record.interval_in_bytes_prev[age] = end.in_bytes - begin.in_bytes;
     record.interval_out_bytes_prev[age] = end.out_bytes - begin.out_bytes;
     record.interval_in_pkts_prev[age] = end.in_frames - begin.in_frames;
@@ -174,21 +178,21 @@ statscl_portcl_stats_msg_t port_statistics_record(const interface& port) {
   record.last_clear = port.stats.last_clear_sec;
   fill_packet_flow(port, record.mac.pktflow);
   fill_errors(port.stats, record.mac.errors);
-  record.mac.ctrl.rx_pause = port.stats.errors.pause_received;
-  record.mac.ctrl.tx_pause = port.stats.errors.pause_sent;
-  record.mac.ctrl.reset = port.resets;
-  record.mac.ctrl.sqetest = port.stats.errors.sqe_test;
+  record.mac.ctrl.rx_pause = port.stats.errors.pause_received.value_or(0);
+  record.mac.ctrl.tx_pause = port.stats.errors.pause_sent.value_or(0);
+  record.mac.ctrl.reset = port.resets.value_or(0);
+  record.mac.ctrl.sqetest = port.stats.errors.sqe_test.value_or(0);
   statscl_portcl_lu_layer_stats_t& looked_up = port.layer == IF_LAYER_2 ? record.lu.l2 : record.lu.l3;
-  looked_up.ucast = port.stats.in.unicast_packets;
-  looked_up.bcast = port.stats.in.broadcast_packets;
-  looked_up.mcast = port.stats.in.multicast_packets;
+  looked_up.ucast = port.stats.in.unicast_packets.value_or(0);
+  looked_up.bcast = port.stats.in.broadcast_packets.value_or(0);
+  looked_up.mcast = port.stats.in.multicast_packets.value_or(0);
   return record;
 }
 
 show_eth_intf_resp_t eth_statistics_record(const interface& port) {
   show_eth_intf_resp_t record{};
   record.isvalid = 1;
-  record.if_mtu = port.mtu_bytes;
+  record.if_mtu = port.mtu_bytes.value_or(0);
   fill_rate_ring(port.stats, record.rate);
   fill_totals(port.stats, record.if_data);
   std::copy(port.burned_in_mac.begin(), port.burned_in_mac.end(), record.macaddr);
@@ -199,19 +203,19 @@ ip_if_stats ip_statistics_record(const interface& port) {
   const statistics& stats = port.stats;
   ip_if_stats record{};
   fill_traffic(stats, record);
-  record.in_compressed = stats.errors.compressed;
-  record.in_errors = stats.in.errors;
-  record.in_frames = stats.errors.crc;
-  record.in_overrun = stats.errors.overruns;
-  record.in_fifo = stats.errors.receive_fifo;
-  record.out_underruns = stats.errors.underruns;
-  record.out_errors = stats.out.errors;
-  record.out_collisions = stats.errors.collisions;
-  record.out_fifo = stats.errors.send_fifo;
-  record.out_carrier_errors = stats.errors.lost_carrier + stats.errors.no_carrier;
-  record.in_pkts_discard = stats.in.discards;
-  record.out_pkts_discard = stats.out.discards;
-  record.unknown_proto_pkts = stats.errors.bad_protocol;
+  record.in_compressed = stats.errors.compressed.value_or(0);
+  record.in_errors = stats.in.errors.value_or(0);
+  record.in_frames = stats.errors.crc.value_or(0);
+  record.in_overrun = stats.errors.overruns.value_or(0);
+  record.in_fifo = stats.errors.receive_fifo.value_or(0);
+  record.out_underruns = stats.errors.underruns.value_or(0);
+  record.out_errors = stats.out.errors.value_or(0);
+  record.out_collisions = stats.errors.collisions.value_or(0);
+  record.out_fifo = stats.errors.send_fifo.value_or(0);
+  record.out_carrier_errors = stats.errors.lost_carrier.value_or(0) + stats.errors.no_carrier.value_or(0);
+  record.in_pkts_discard = stats.in.discards.value_or(0);
+  record.out_pkts_discard = stats.out.discards.value_or(0);
+  record.unknown_proto_pkts = stats.errors.bad_protocol.value_or(0);
   return record;
 }
 
@@ -219,10 +223,10 @@ pm_if_stat interface_counters_record(const interface& port) {
   const statistics& stats = port.stats;
   pm_if_stat record{};
   fill_traffic(stats, record);
-  record.in_bps = stats.in_bytes_per_second;
-  record.out_bps = stats.out_bytes_per_second;
-  record.in_pps = low_32_bits(stats.in_packets_per_second);
-  record.out_pps = low_32_bits(stats.out_packets_per_second);
+  record.in_bps = stats.in_bytes_per_second.value_or(0);
+  record.out_bps = stats.out_bytes_per_second.value_or(0);
+  record.in_pps = in_32_bits(stats.in_packets_per_second);
+  record.out_pps = in_32_bits(stats.out_packets_per_second);
   fill_history(stats, record);
   return record;
 }

@@ -92,7 +92,7 @@ reply answer_memberships(std::span<const std::byte> bytes) {
     trunk_port_memb_t record{};
     record.port = if_index;
     record.native_trunk.vdc_id = 1;
-    record.native_trunk.vlan_id = port->native_vlan;
+    record.native_trunk.vlan_id = port->native_vlan.value_or(0);
     record.allowed_vlan_list = set_of(port->allowed_vlans);
     append_bytes(answer, record);
   }

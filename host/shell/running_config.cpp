@@ -86,8 +86,8 @@ std::string buffers(const interface& port) {
 }
 
 std::string monitor(const interface& port) {
-  if (port.span_monitor == 0) return "no switchport monitor";
-  std::string text = with_word("switchport monitor", kMonitors, port.span_monitor);
+  if (port.span_monitor.value_or(0) == 0) return "no switchport monitor";
+  std::string text = with_word("switchport monitor", kMonitors, *port.span_monitor);
   return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
@@ -116,7 +116,7 @@ std::string allowed_vlans(const interface& port) {
 template <uint16 kSide>
 std::string pause(const interface& port) {
   const std::string side = kSide == PM_FLOW_CTRL_RECEIVE ? "receive" : "send";
-  const uint32 bits = port.admin_flow_control & kSide;
+  const uint32 bits = port.admin_flow_control.value_or(0) & kSide;
   return "flowcontrol " + side + ((bits & PM_FLOW_CTRL_DESIRED) != 0 ? " desired" : bits != 0 ? " on" : " off");
 }
 
@@ -133,7 +133,7 @@ bool carries_usual_vlans(const interface& port) {
 
 template <uint16 kSide>
 bool has_no_pause(const interface& port) {
-  return (port.admin_flow_control & kSide) == 0;
+  return (port.admin_flow_control.value_or(0) & kSide) == 0;
 }
 
 bool is_usually_routed(const interface& port) {
@@ -144,12 +144,16 @@ bool is_usually_routed(const interface& port) {
 
 // A port of one speed has it, whatever it is set to.
 bool has_usual_speed(const interface& port) {
-  const uint8 speeds = port.capabilities.speeds;
+  const uint8 speeds = port.capabilities.speeds.value_or(0);
   return port.admin_speed_mbps == 0 || (speeds != 0 && fastest_mbps(speeds) == slowest_mbps(speeds));
 }
 
+// So is what the source does not know.
 template <auto Member>
 bool is_as_made(const interface& port) {
+  if constexpr (requires { (port.*Member).has_value(); }) {
+    if (!(port.*Member).has_value()) return true;
+  }
   return port.*Member == port_settings{}.*Member;
 }
 
@@ -173,13 +177,13 @@ constexpr setting_in_words kSettings[] = {
                        [](port it) { return it.admin_mode == 0 ? "no switchport mode" : with_word("switchport mode", kModes, it.admin_mode); }},
     {PM_CFG_SPEED, has_usual_speed, [](port it) { return with_word("switchport speed", kSpeeds, it.admin_speed_mbps); }},
     {PM_CFG_DUPLEX, is_as_made<&set::admin_duplex>, [](port it) { return with_word("switchport duplex", kDuplexes, it.admin_duplex); }},
-    {HOST_CFG_ACCESS_VLAN, is_as_made<&set::access_vlan>, [](port it) { return with_number("switchport access vlan", it.access_vlan); }},
-    {HOST_CFG_NATIVE_VLAN, is_as_made<&set::native_vlan>, [](port it) { return with_number("switchport trunk native vlan", it.native_vlan); }},
+    {HOST_CFG_ACCESS_VLAN, is_as_made<&set::access_vlan>, [](port it) { return with_number("switchport access vlan", it.access_vlan.value_or(0)); }},
+    {HOST_CFG_NATIVE_VLAN, is_as_made<&set::native_vlan>, [](port it) { return with_number("switchport trunk native vlan", it.native_vlan.value_or(0)); }},
     {HOST_CFG_ALLOWED_VLANS, carries_usual_vlans, allowed_vlans},
     {HOST_CFG_RECEIVE_PAUSE, has_no_pause<PM_FLOW_CTRL_RECEIVE>, pause<PM_FLOW_CTRL_RECEIVE>},
     {HOST_CFG_SEND_PAUSE, has_no_pause<PM_FLOW_CTRL_SEND>, pause<PM_FLOW_CTRL_SEND>},
     {HOST_CFG_CHANNEL, is_as_made<&set::channel>, membership},
-    {PM_CFG_MTU, is_as_made<&set::mtu_bytes>, [](port it) { return with_number("switchport mtu", it.mtu_bytes); }},
+    {PM_CFG_MTU, is_as_made<&set::mtu_bytes>, [](port it) { return with_number("switchport mtu", it.mtu_bytes.value_or(0)); }},
     {PM_CFG_TRUNKING_MODE, is_as_made<&set::trunking_mode>, [](port it) { return with_word("switchport trunk mode", kTrunkingModes, it.trunking_mode); }},
     {PM_CFG_ENCAP, is_as_made<&set::encapsulation>, [](port it) { return with_word("switchport encapsulation", kEncapsulations, it.encapsulation); }},
     {PM_CFG_BEACON, is_as_made<&set::beacon_on>, [](port it) { return on_or_no(it.beacon_on, "switchport beacon"); }},

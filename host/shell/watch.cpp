@@ -40,7 +40,12 @@ bool is_counted_by_kernel(const interface& port) {
 
 traffic_count count_of(const interface& port, double at_sec) {
   const statistics& stats = port.stats;
-  return {at_sec, stats.in.bytes, stats.in.packets(), stats.out.bytes, stats.out.packets(), stats.last_clear_sec};
+  return {at_sec,
+          stats.in.bytes.value_or(0),
+          stats.in.packets.value_or(0),
+          stats.out.bytes.value_or(0),
+          stats.out.packets.value_or(0),
+          stats.last_clear_sec};
 }
 
 // What an interface has counted now, on a model that nobody refreshes: the second must not end meanwhile.

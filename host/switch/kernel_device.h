@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/types.h"
+#include "switch/count.h"
 
 namespace host {
 
@@ -47,7 +48,7 @@ std::string first_device_of(std::FILE* table);
 std::string first_kernel_device();
 
 struct device_rates {
-  uint64 rx_bytes = 0, rx_packets = 0, tx_bytes = 0, tx_packets = 0;  // per second
+  counter rx_bytes, rx_packets, tx_bytes, tx_packets;  // per second
 };
 
 // What is remembered of one device from look to look. One that has counted less than at the last look was made anew:
@@ -63,7 +64,8 @@ class device_memory {
 
   device_counters since_clear() const;
 
-  // Averages of the minute before the last look; of less while the first look is not as old, 0 after one look alone.
+  // Averages of the minute before the last look; of less while the first look is not as old, unknown after one look
+  // alone.
   device_rates rates() const;
   bool has_rates() const { return samples_.size() > 1; }
 

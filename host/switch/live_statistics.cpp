@@ -1,6 +1,8 @@
 #include "switch/live_statistics.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 
 #include "platform/platform_data.h"
 #include "switch/clock.h"
@@ -15,24 +17,46 @@ uint32 now_sec() { return static_cast<uint32>(clock_now()); }
 
 bool is_management(const interface& port) { return take_apart(port.if_index).type == IF_TYPE_MGMT; }
 
+// Makes the counters of a record 0 that are not known.
+template <typename Counters>
+void make_known(Counters& counted) {
+  auto all = std::bit_cast<std::array<counter, sizeof(Counters) / sizeof(counter)>>(counted);
+  std::replace(all.begin(), all.end(), counter(), counter(0));
+  counted = std::bit_cast<Counters>(all);
+}
+
+// What a device of the kernel does not count a simulated port has not met: what are no multicasts are unicasts.
+void complete_device_counters(statistics& stats) {
+  make_known(stats.in);
+  make_known(stats.out);
+  make_known(stats.errors);
+  stats.in.unicast_packets = *stats.in.packets - *stats.in.multicast_packets;
+  stats.out.unicast_packets = stats.out.packets;
+  for (const auto rate : {&statistics::in_bytes_per_second, &statistics::in_packets_per_second,
+                          &statistics::out_bytes_per_second, &statistics::out_packets_per_second})
+    if (!(stats.*rate)) stats.*rate = 0;
+  stats.rate_ring.emplace();
+}
+
 bool refresh_from_device(interface& port) {
   const std::string device = management_device(the_machine(), port.if_index);
   const auto counted = kernel_counters(device);
-  if (counted) take_device_counters(*counted, kernel_rates(device), port.stats);
-  return counted.has_value();
+  if (!counted) return false;
+  take_device_counters(*counted, kernel_rates(device), port.stats);
+  if (the_source().knows_all_fields()) complete_device_counters(port.stats);
+  return true;
 }
 
 }  // namespace
 
 void take_device_counters(const device_counters& counted, const device_rates& rates, statistics& stats) {
-  const uint64 multicast = std::min(counted.rx_multicast, counted.rx_packets);
   stats.in = {.bytes = counted.rx_bytes,
-              .unicast_packets = counted.rx_packets - multicast,
-              .multicast_packets = multicast,
+              .packets = counted.rx_packets,
+              .multicast_packets = std::min(counted.rx_multicast, counted.rx_packets),
               .errors = counted.rx_errors,
               .discards = counted.rx_dropped};
   stats.out = {.bytes = counted.tx_bytes,
-               .unicast_packets = counted.tx_packets,
+               .packets = counted.tx_packets,
                .errors = counted.tx_errors,
                .discards = counted.tx_dropped};
   stats.errors = {.crc = counted.rx_frame_errors,
@@ -57,10 +81,8 @@ bool clear_statistics(interface& port) {
   if (!is_device && !refresh_statistics(port)) return false;
   the_source().clear_counters(port, now_sec());
   statistics& stats = port.stats;
-  stats.in = {};
-  stats.out = {};
-  stats.errors = {};
-  stats.rate_ring = {};
+  set_totals_to_zero(stats);
+  if (stats.rate_ring) stats.rate_ring.emplace();
   stats.counted_sec = 0;
   stats.last_clear_sec = now_sec();
   stats.is_cleared_here = true;

@@ -15,8 +15,8 @@ bool refresh_statistics(interface& port);
 // Lets its counters start from 0 at this moment and notes when that was. Rates go on. False as above.
 bool clear_statistics(interface& port);
 
-// Makes statistics of what a device counts. The kernel tells multicasts from the rest only where it receives, and
-// broadcasts nowhere.
+// Makes statistics of what a device counts, and of nothing else: all other counters become unknown. The kernel
+// separates multicasts from the rest only where it receives, and broadcasts nowhere.
 void take_device_counters(const device_counters& counted, const device_rates& rates, statistics& stats);
 
 // The kernel device of a management port: what the machine says, on chassis type 17 "eth" and the port's number from 1.

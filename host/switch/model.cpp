@@ -59,6 +59,11 @@ std::vector<if_index_t> machine::members_of(if_index_t channel) const {
   return members;
 }
 
+void set_totals_to_zero(statistics& stats) {
+  stats.in = stats.out = all_zero<traffic_counters>();
+  stats.errors = all_zero<error_counters>();
+}
+
 machine& the_machine() {
   static machine only;
   return only;

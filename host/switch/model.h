@@ -1,10 +1,11 @@
 // What a switch is, as plain data. Sources (switch/source.h) fill it, services answer from it.
 //
 // Numbers are native, units stand in the names, interfaces are named by their index. Vectors of interfaces are sorted
-// by index.
+// by index. What a source may not know is optional: nothing there means that the source cannot supply it.
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -14,6 +15,7 @@
 
 #include "platform/if_index.h"
 #include "platform/types.h"
+#include "switch/count.h"
 #include "switch/optics.h"
 #include "switch/port_settings.h"
 
@@ -25,17 +27,19 @@ struct ip_address {
   bool is_ipv6 = false;
   std::array<uint8, 16> bytes{};  // network order; four are used for IPv4
   uint32 prefix_length = 0;       // bits
+
+  bool operator==(const ip_address&) const = default;
 };
 
 // What a port can do, as its line card knows it.
 struct port_capabilities {
   std::string model;
-  std::string type;           // media type; empty for a port whose transceiver tells
-  uint8 speeds = 0;           // CRDCFG_SPEED_*
-  uint8 duplexes = 0;         // CRDCFG_DUPLEX_*
-  uint8 rx_flow_control = 0;  // CRDCFG_FLOW_*
-  uint8 tx_flow_control = 0;
-  uint8 rate_modes = 0;  // CRDCFG_RATE_*
+  std::string type;                                 // media type; empty for a port whose transceiver tells
+  std::optional<uint8> speeds = uint8{0};           // CRDCFG_SPEED_*
+  std::optional<uint8> duplexes = uint8{0};         // CRDCFG_DUPLEX_*
+  std::optional<uint8> rx_flow_control = uint8{0};  // CRDCFG_FLOW_*
+  std::optional<uint8> tx_flow_control = uint8{0};
+  std::optional<uint8> rate_modes = uint8{0};  // CRDCFG_RATE_*
   bool trunk_encapsulation = true;
   bool channel = true;
   bool suppression = true;
@@ -47,8 +51,15 @@ struct port_capabilities {
   bool mdix = false;
   bool transceiver = false;
   bool e_mode_on_first_only = false;  // mode E only on the first of each four Fibre-Channel ports
-  uint8 rx_qos_priorities = 0, rx_qos_queues = 0, rx_qos_thresholds = 0;
-  uint8 tx_qos_priorities = 0, tx_qos_queues = 0, tx_qos_thresholds = 0;
+  struct qos_scheduling {
+    uint8 rx_priorities = 0, rx_queues = 0, rx_thresholds = 0;
+    uint8 tx_priorities = 0, tx_queues = 0, tx_thresholds = 0;
+
+    bool operator==(const qos_scheduling&) const = default;
+  };
+  std::optional<qos_scheduling> qos = qos_scheduling{};
+
+  bool operator==(const port_capabilities&) const = default;
 };
 
 // The module in a port. An absent one is no transceiver at all.
@@ -60,67 +71,81 @@ struct transceiver {
   bool has_tx_fault = false;
   std::optional<bool> has_rx_loss = {};  // absent: as the link is
   optical_diagnostics diagnostics = {};
+
+  bool operator==(const transceiver&) const = default;
 };
 
 // Packets by their size in bytes: up to 64, 127, 255, 511, 1023, 1518, 1548, and what is longer.
 inline constexpr std::array<uint32, 7> kLargestOfSizeClass = {64, 127, 255, 511, 1023, 1518, 1548};
-using size_classes = std::array<uint64, kLargestOfSizeClass.size() + 1>;
+using size_classes = std::array<counter, kLargestOfSizeClass.size() + 1>;
 
 // Totals since the counters were cleared.
 struct traffic_counters {
-  uint64 bytes = 0;
-  uint64 unicast_packets = 0;
-  uint64 multicast_packets = 0;
-  uint64 broadcast_packets = 0;
-  uint64 errors = 0;
-  uint64 discards = 0;
-  size_classes packets_by_size{};
+  counter bytes;
+  counter packets;  // all of them
+  counter unicast_packets;
+  counter multicast_packets;
+  counter broadcast_packets;
+  counter trunk_packets;
+  counter errors;
+  counter discards;
+  size_classes packets_by_size;
 
-  uint64 packets() const { return unicast_packets + multicast_packets + broadcast_packets; }
+  bool operator==(const traffic_counters&) const = default;
 };
 
 struct error_counters {
-  uint64 crc = 0;
-  uint64 runts = 0;
-  uint64 giants = 0;
-  uint64 jabber = 0;
-  uint64 overruns = 0;
-  uint64 underruns = 0;
-  uint64 collisions = 0;
-  uint64 late_collisions = 0;
-  uint64 deferred = 0;
-  uint64 lost_carrier = 0;
-  uint64 no_carrier = 0;
-  uint64 pause_received = 0;
-  uint64 pause_sent = 0;
+  counter crc;
+  counter runts;
+  counter giants;
+  counter jabber;
+  counter overruns;
+  counter underruns;
+  counter collisions;
+  counter late_collisions;
+  counter deferred;
+  counter lost_carrier;  // without no_carrier: both
+  counter no_carrier;
+  counter pause_received;
+  counter pause_sent;
 
-  uint64 short_frames = 0;
-  uint64 no_buffer = 0;
-  uint64 ecc = 0;
-  uint64 ignored = 0;
-  uint64 bad_ethertype = 0;
-  uint64 bad_protocol = 0;
-  uint64 bad_encapsulation = 0;
-  uint64 dropped_while_down = 0;
-  uint64 dribble = 0;
-  uint64 watchdog = 0;
-  uint64 symbol = 0;
-  uint64 storm_suppressed = 0;
-  uint64 compressed = 0;
-  uint64 receive_fifo = 0;
+  counter short_frames;
+  counter no_buffer;
+  counter ecc;
+  counter ignored;
+  counter bad_ethertype;
+  counter bad_protocol;
+  counter bad_encapsulation;
+  counter dropped_while_down;
+  counter dribble;
+  counter watchdog;
+  counter symbol;
+  counter storm_suppressed;
+  counter compressed;
+  counter receive_fifo;
 
-  uint64 crc_sent = 0;
-  uint64 single_collisions = 0;
-  uint64 multiple_collisions = 0;
-  uint64 excessive_collisions = 0;
-  uint64 deferred_long = 0;
-  uint64 babble = 0;
-  uint64 sqe_test = 0;
-  uint64 send_fifo = 0;
-  uint64 bpdu_lost = 0;
-  uint64 cos0_lost = 0, cos1_lost = 0, cos2_lost = 0, cos3_lost = 0;  // by class of service
-  uint64 cos4_lost = 0, cos5_lost = 0, cos6_lost = 0, cos7_lost = 0;
+  counter crc_sent;
+  counter single_collisions;
+  counter multiple_collisions;
+  counter excessive_collisions;
+  counter deferred_long;
+  counter babble;
+  counter sqe_test;
+  counter send_fifo;
+  counter bpdu_lost;
+  counter cos0_lost, cos1_lost, cos2_lost, cos3_lost;  // by class of service
+  counter cos4_lost, cos5_lost, cos6_lost, cos7_lost;
+
+  bool operator==(const error_counters&) const = default;
 };
+
+// A record of nothing but counters, each of them known and 0.
+template <typename Counters>
+constexpr Counters all_zero() {
+  std::array<counter, sizeof(Counters) / sizeof(counter)> zeros;
+  zeros.fill(0);
+  return std::bit_cast<Counters>(zeros);
+}
 
 // One sample of the rate ring.
 struct rate_sample {
@@ -128,6 +153,16 @@ struct rate_sample {
   uint64 out_bytes = 0;
   uint32 in_frames = 0;
   uint32 out_frames = 0;
+
+  bool operator==(const rate_sample&) const = default;
+};
+
+// One sample a minute.
+struct rate_samples {
+  std::array<rate_sample, 8> samples{};
+  uint32 next = 0;  // slot that will be written next
+
+  bool operator==(const rate_samples&) const = default;
 };
 
 struct statistics {
@@ -135,16 +170,20 @@ struct statistics {
   traffic_counters out;
   error_counters errors;
   // Averages of the last half minute, of a management port of the last minute.
-  uint64 in_bytes_per_second = 0;
-  uint64 out_bytes_per_second = 0;
-  uint64 in_packets_per_second = 0;
-  uint64 out_packets_per_second = 0;
-  std::array<rate_sample, 8> rate_ring{};  // one sample a minute
-  uint32 rate_index = 0;                   // slot that will be written next
-  uint32 last_clear_sec = 0;               // seconds since 1970; 0 is never
-  uint32 counted_sec = 0;                  // how long the totals have been counting
-  bool is_cleared_here = false;            // the totals began with a clear that the source did not make itself
+  counter in_bytes_per_second;
+  counter out_bytes_per_second;
+  counter in_packets_per_second;
+  counter out_packets_per_second;
+  std::optional<rate_samples> rate_ring;
+  uint32 last_clear_sec = 0;     // seconds since 1970; 0 is never
+  uint32 counted_sec = 0;        // how long the totals have been counting
+  bool is_cleared_here = false;  // the totals began with a clear that the source did not make itself
+
+  bool operator==(const statistics&) const = default;
 };
+
+// Makes every total known, and 0.
+void set_totals_to_zero(statistics& stats);
 
 // What a source makes the statistics of an interface from; only the source knows what it is.
 struct traffic_source;
@@ -155,17 +194,19 @@ struct interface : port_settings {
   bool is_created = false;  // by a command; the running configuration creates it again
 
   // Configured and operational attributes in the port manager's numbers (platform/port_manager.h).
-  uint16 oper_flow_control = 0;
-  uint32 bandwidth_kbps = 0;
-  uint32 delay_usec = 10;
-  uint16 debounce_ms = 0;
-  uint8 rate_mode = 1;
-  bool mdix_on = true;
-  uint32 resets = 0;
-  uint32 link_change_sec = 0;  // seconds since 1970; 0 is never
+  std::optional<uint16> oper_flow_control = uint16{0};
+  std::optional<uint32> bandwidth_kbps = 0;
+  std::optional<uint32> delay_usec = 10;
+  std::optional<uint16> debounce_ms = uint16{0};
+  std::optional<uint8> rate_mode = uint8{1};
+  std::optional<bool> mdix_on = true;
+  std::optional<uint32> resets = 0;
+  std::optional<uint32> link_change_sec = 0;  // seconds since 1970; 0 is never
   struct link_change {
     uint32 at_sec;
     uint8 state;
+
+    bool operator==(const link_change&) const = default;
   };
   std::vector<link_change> link_changes;  // since the switch started, in their order
   bool is_locked = false;                 // the port takes no settings
@@ -185,6 +226,8 @@ struct interface : port_settings {
   struct private_vlans {
     uint16 host_primary = 0, host_secondary = 0, mapping_primary = 0;  // 0 is none
     std::vector<uint16> mapping_secondary;
+
+    bool operator==(const private_vlans&) const = default;
   };
   private_vlans private_vlan;
   std::vector<ip_address> addresses;
@@ -199,13 +242,19 @@ struct interface : port_settings {
     uint8 mode = 0;
     uint8 percent = 100;
     uint16 hundredths = 0;
+
+    bool operator==(const storm_level&) const = default;
   };
-  std::array<storm_level, 3> storm_control{};  // broadcast, multicast, unicast
+  using storm_levels = std::array<storm_level, 3>;  // broadcast, multicast, unicast
+  std::optional<storm_levels> storm_control = storm_levels{};
 
   port_capabilities capabilities;
   std::optional<transceiver> module_in_port;
-  statistics stats;  // as they were last brought up to date, see switch/live_statistics.h
-  std::shared_ptr<const traffic_source> traffic;
+  bool is_module_protected = false;               // the user may not read modules: whether there is one is not known
+  statistics stats;                               // as they were last brought up to date, see switch/live_statistics.h
+  std::shared_ptr<const traffic_source> traffic;  // equal when it is the same one
+
+  bool operator==(const interface&) const = default;
 };
 
 // A line card or supervisor. Slots count from 0.
@@ -214,6 +263,8 @@ struct card {
   uint32 card_type = 0;
   std::string model;
   bool shares_resources = false;  // buffers and bandwidth are shared out among groups of its ports
+
+  bool operator==(const card&) const = default;
 };
 
 // A VLAN that has a name or a kind of its own.
@@ -222,6 +273,8 @@ struct vlan {
   std::string name;
   uint32 kind = 0;  // VLAN_TYPE_*; 0 is an ordinary one
   bool is_shut = false;
+
+  bool operator==(const vlan&) const = default;
 };
 
 // Who may use the shell, and how far.
@@ -230,6 +283,8 @@ struct user {
   std::optional<std::vector<uint16>> vsans;  // those that the user sees, ascending; without a list all
   bool sees_counters = true;
   bool may_clear_inband = false;
+
+  bool operator==(const user&) const = default;
 };
 
 struct machine {
@@ -263,6 +318,8 @@ struct machine {
 
   // The members of a port-channel, in ascending order.
   std::vector<if_index_t> members_of(if_index_t channel) const;
+
+  bool operator==(const machine&) const = default;
 };
 
 // The machine that the services answer for. Set once before the first command.

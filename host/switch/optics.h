@@ -22,6 +22,8 @@ struct optical_constants {
   uint32 bias_slope = 256, bias_offset = 0;
   uint32 tx_slope = 256, tx_offset = 0;
   std::array<uint32, 5> rx = {0, 0, 0, 1, 0};  // polynomial, the highest order first
+
+  bool operator==(const optical_constants&) const = default;
 };
 
 // Optical diagnostics of a module: what it measures at rest, and what changes it.
@@ -42,6 +44,8 @@ struct optical_diagnostics {
   optical_limits<uint32> tx_limits_uw = {1'479, 117, 741, 186};
   optical_limits<uint32> rx_limits_uw = {1'584, 25, 794, 63};
   optical_constants constants = {};
+
+  bool operator==(const optical_diagnostics&) const = default;
 };
 
 // A measurement, with a bit for each limit that is passed: two for each of temperature, voltage, bias, transmit and

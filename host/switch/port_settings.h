@@ -16,11 +16,11 @@ namespace host {
 struct port_settings {
   std::string description;
   uint32 admin_mode = 0;
-  uint32 oper_mode = 0;
+  std::optional<uint32> oper_mode = 0;
   uint32 admin_speed_mbps = 0;  // 0 is auto
-  uint32 oper_speed_mbps = 0;
+  std::optional<uint32> oper_speed_mbps = 0;
   uint8 admin_duplex = 3;
-  uint8 oper_duplex = 3;
+  std::optional<uint8> oper_duplex = uint8{3};
   uint8 admin_state = 1;
   uint8 oper_state = 2;
   uint8 state_reason = 1;
@@ -30,17 +30,17 @@ struct port_settings {
     bool operator==(const link&) const = default;
   };
   std::optional<link> link_before_shutdown;  // what the port returns to
-  uint16 mtu_bytes = 1500;
+  std::optional<uint16> mtu_bytes = uint16{1500};
   bool beacon_on = false;
-  uint32 span_monitor = 0;  // 0 is off
+  std::optional<uint32> span_monitor = 0;  // 0 is off
   uint32 service_state = 0;
   uint32 layer = 2;
-  if_index_t channel = 0;  // the port-channel it belongs to; 0 is none
-  uint16 access_vlan = 1;
-  uint16 native_vlan = 1;
+  if_index_t channel = 0;                         // the port-channel it belongs to; 0 is none
+  std::optional<uint16> access_vlan = uint16{1};  // 0 is none
+  std::optional<uint16> native_vlan = uint16{1};  // 0 is none
   std::vector<uint16> allowed_vlans;
-  uint16 admin_flow_control = 0;  // bits of PM_FLOW_CTRL_RECEIVE and PM_FLOW_CTRL_SEND
-  bool is_edge = false;           // spanning tree takes the port for one to a host
+  std::optional<uint16> admin_flow_control = uint16{0};  // bits of PM_FLOW_CTRL_RECEIVE and PM_FLOW_CTRL_SEND
+  bool is_edge = false;                                  // spanning tree takes the port for one to a host
 
   // Kept and reported; nothing of the switch depends on them.
   uint8 trunking_mode = 0;  // 0: as the port mode says

@@ -28,6 +28,7 @@ enum class detail : uint8 {
 struct kernel_device {
   std::string name;
   if_index_t if_index;
+  uint32 number = 0;  // the kernel's
 };
 
 class switch_source {
@@ -102,6 +103,9 @@ class switch_source {
 
   // Those that the switch is made of; nothing for a switch that is not the kernel's.
   virtual std::optional<std::vector<kernel_device>> devices() const;
+
+  // That of an interface.
+  virtual std::optional<kernel_device> find_device(if_index_t if_index) const;
 
   // The interfaces that packets to an address take, sorted. An address that is none, or empty, is somewhere behind the
   // default route.

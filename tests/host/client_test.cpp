@@ -165,7 +165,7 @@ TEST_F(Clients, StatisticsAreReadAndCleared) {
 
 TEST_F(Clients, ChannelStatisticsAreReadAndCleared) {
   interface& channel = *the_machine().find(names_.old_channel);
-  channel.stats.out.unicast_packets = 5;
+  channel.stats.out.packets = 5;
   show_eth_intf_resp_t stats{};
   ASSERT_EQ(pm_port_channel_get_clear_eth_stats(q_, names_.old_channel, 1, &stats), 0);
   EXPECT_EQ(stats.if_data.ifi_opackets, 5u);

@@ -121,7 +121,8 @@ TEST(GiantSwitch, StateAndReasonAgree) {
   for (const interface& it : make_giant(512, kNow).interfaces) {
     EXPECT_EQ(it.oper_state == 1, it.state_reason == 2);
     EXPECT_EQ(it.admin_state == 2, it.state_reason == 12);
-    EXPECT_EQ(it.stats.in_bytes_per_second != 0, it.oper_state == 1 && take_apart(it.if_index).type != IF_TYPE_MGMT);
+    EXPECT_EQ(it.stats.in_bytes_per_second.value_or(0) != 0,
+              it.oper_state == 1 && take_apart(it.if_index).type != IF_TYPE_MGMT);
   }
 }
 

@@ -4,15 +4,18 @@
 #include <linux/ethtool_netlink.h>
 #include <linux/genetlink.h>
 #include <linux/rtnetlink.h>
+#include <net/if.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <map>
 #include <memory>
 
 #include "host/recorded_switch.h"
 #include "host/stopped_clock.h"
+#include "messages/interface_values.h"
 #include "platform/card_config.h"
 #include "platform/eth_statistics.h"
 #include "platform/misc_info.h"
@@ -150,7 +153,7 @@ TEST_F(KernelRecording, ASpeedIsSetOrNegotiated) {
   EXPECT_EQ(device(kSwp3).oper_speed_mbps, 40'000U);
   EXPECT_EQ(device(kSwp3).admin_speed_mbps, 0U);
   EXPECT_EQ(device(kSwp3).admin_duplex, PM_PORT_DUPLEX_AUTO);
-  EXPECT_EQ(device(kSwp4).oper_speed_mbps, 0U);
+  EXPECT_EQ(device(kSwp4).oper_speed_mbps, std::nullopt);
   EXPECT_EQ(device(kSwp4).admin_speed_mbps, 0U);
 }
 
@@ -458,7 +461,7 @@ TEST_F(KernelRecording, CountersThatADriverTellsAreInTheRecord) {
   EXPECT_EQ(record.mac.ctrl.rx_pause, 71U);
   EXPECT_EQ(record.mac.ctrl.tx_pause, 72U);
   EXPECT_EQ(record.mac.pktflow.ingress_pkts, 3000U);
-  EXPECT_EQ(record.mac.pktflow.unicast_pkts, 3000U);
+  EXPECT_EQ(record.mac.pktflow.unicast_pkts, 0U) << "the driver does not separate them";
   EXPECT_EQ(statistics_of(kSwp2).mac.errors.symbol_err, 0U);
 }
 
@@ -516,6 +519,182 @@ TEST_F(KernelRecording, RatesAreKnownFromTheSecondReadingOn) {
   statistics_of(kSwp6);
   EXPECT_FALSE(is_unknown(kSwp6, "input_rate_pps"));
   EXPECT_TRUE(the_source().is_unknown(0, "input_rate_pps"));
+}
+
+// ---- Values that are absent -----------------------------------------------------------------------------------------
+
+// Of the properties asked for, those that are absent, and why.
+std::map<property, absence> absent_of(if_index_t if_index, const std::vector<property>& asked) {
+  std::map<property, absence> absent;
+  const reply answer = serve_interface_values(VALUES_OPC_INTERFACE, values_request_for(if_index, asked, true));
+  if (answer.what != reply::kind::answer || status_of(answer) != 0) {
+    ADD_FAILURE() << "no values";
+    return absent;
+  }
+  const auto values = read_values(std::span(answer.payload).subspan(sizeof(reply_head)));
+  if (!values) ADD_FAILURE() << "a damaged answer";
+  for (const interface_value& value : values.value_or(std::vector<interface_value>{}))
+    absent[value.of] = value.why_absent();
+  return absent;
+}
+
+void expect_not_supported(uint32 device, const std::vector<property>& expected) {
+  const auto absent = absent_of(port_of(device), expected);
+  for (const property of : expected) {
+    const auto found = absent.find(of);
+    EXPECT_TRUE(found != absent.end() && found->second == absence::not_supported)
+        << device << ": " << static_cast<int>(of);
+  }
+}
+
+void expect_present(uint32 device, const std::vector<property>& expected) {
+  for (const auto& [of, why] : absent_of(port_of(device), expected))
+    ADD_FAILURE() << device << ": " << static_cast<int>(of) << " is absent";
+}
+
+TEST_F(KernelRecording, WhatNoDeviceReportsIsNotSupported) {
+  read();
+  for (const uint32 device : {uint32{kSwp1}, uint32{kSwp3}, uint32{kVeth0}})
+    expect_not_supported(device, {property::delay_usec,
+                                  property::debounce,
+                                  property::debounce_msec,
+                                  property::last_link_flapped,
+                                  property::interface_resets,
+                                  property::auto_mdix,
+                                  property::rate_mode,
+                                  property::switchport_monitor,
+                                  property::unicast_level_percent,
+                                  property::broadcast_level_percent,
+                                  property::input_trunk_packets,
+                                  property::output_trunk_packets,
+                                  property::output_cos3_lost,
+                                  property::storm_suppressed_packets,
+                                  property::layer3_input_routed_bytes,
+                                  property::input_internal_mac_errors,
+                                  property::runts,
+                                  property::alignment_errors,
+                                  property::input_overruns,
+                                  property::output_underruns,
+                                  property::input_drop_events,
+                                  property::rate_modes,
+                                  property::qos_scheduling,
+                                  property::broadcast_suppression,
+                                  property::interval_input_bytes,
+                                  property::input_bits_per_second,
+                                  property::output_packets_per_second});
+}
+
+TEST_F(KernelRecording, WhatEveryDeviceReportsIsPresent) {
+  read();
+  for (const uint32 device : {uint32{kSwp1}, uint32{kSwp3}, uint32{kVeth0}})
+    expect_present(
+        device, {property::interface, property::device, property::ifindex, property::state, property::state_reason,
+                 property::mtu_bytes, property::input_packets, property::input_multicast_packets, property::input_bytes,
+                 property::output_packets, property::output_bytes, property::input_errors, property::output_errors,
+                 property::input_discards, property::collisions, property::carrier_errors, property::input_compressed,
+                 property::input_fifo_errors, property::reliability_per_255});
+}
+
+TEST_F(KernelRecording, UnicastsAreKnownFromDriversThatSeparateThem) {
+  read();
+  const std::vector<property> unicasts = {property::input_unicast_packets, property::output_unicast_packets};
+  for (const uint32 device : {uint32{kSwp1}, uint32{kSwp2}, uint32{kVeth0}}) expect_not_supported(device, unicasts);
+  expect_not_supported(kSwp1, {property::output_multicast_packets, property::input_broadcast_packets});
+
+  kernel_.answer(kCounters, [bytes = recorded(counters_message(kSwp1, {{ETHTOOL_STATS_ETH_MAC,
+                                                                        {{ETHTOOL_A_STATS_ETH_MAC_18_TX_MCAST, 500},
+                                                                         {ETHTOOL_A_STATS_ETH_MAC_19_TX_BCAST, 40},
+                                                                         {ETHTOOL_A_STATS_ETH_MAC_21_RX_MCAST, 3}}}}))](
+                                const nlmsghdr&) {
+    return recorded_answer{0, {bytes}};
+  });
+  read();
+  expect_present(kSwp1, {property::output_unicast_packets, property::output_multicast_packets});
+  expect_not_supported(kSwp1, {property::input_unicast_packets});
+}
+
+TEST_F(KernelRecording, FlowControlIsKnownWhereTheKernelReportsIt) {
+  read();
+  const std::vector<property> both = {property::input_flow_control, property::output_flow_control,
+                                      property::admin_input_flow_control, property::admin_output_flow_control};
+  expect_present(kSwp1, both);
+  expect_present(kSwp3, both);
+  expect_not_supported(kSwp2, both);
+  expect_not_supported(kVeth0, both);
+}
+
+TEST_F(KernelRecording, CapabilitiesAreKnownWhereTheKernelReportsModes) {
+  read();
+  const std::vector<property> abilities = {property::speeds_mbps, property::duplex_modes, property::flow_control_modes,
+                                           property::hardware};
+  expect_present(kSwp1, abilities);
+  expect_not_supported(kSwp4, abilities);
+  expect_not_supported(kVeth0, abilities);
+}
+
+TEST_F(KernelRecording, PortModeAndVlansAreThoseOfABridge) {
+  read();
+  const std::vector<property> vlans = {property::port_mode,     property::vlan,         property::native_vlan,
+                                       property::allowed_vlans, property::trunk_status, property::forwarding_vlans};
+  expect_present(kSwp3, vlans);
+  expect_not_supported(kSwp4, vlans);
+  expect_not_supported(kVeth0, vlans);
+}
+
+TEST_F(KernelRecording, SpeedAndDuplexAreKnownWhereTheKernelReportsThem) {
+  read();
+  const std::vector<property> of_link = {property::speed_mbps, property::bandwidth_kbps, property::duplex};
+  expect_present(kSwp3, of_link);
+  expect_not_supported(kSwp4, of_link);
+  expect_not_supported(kVeth0, of_link);
+}
+
+TEST_F(KernelRecording, LoadsAreKnownOnceTheyAreMeasured) {
+  const std::vector<property> measured = {property::rx_load_per_255, property::tx_load_per_255,
+                                          property::input_megabytes_per_second};
+  const stopped_clock at(1'800'000'000);
+  read();
+  expect_not_supported(kSwp3, measured);
+  clock_advance(10);
+  expect_present(kSwp3, measured);
+  expect_not_supported(kSwp3, {property::input_bytes_per_second});
+}
+
+TEST_F(KernelRecording, CountersOfADriverAreKnownWhereItHasThem) {
+  read();
+  expect_present(kSwp1, {property::symbol_errors, property::giants, property::input_crc_errors,
+                         property::input_pause_frames, property::output_pause_frames});
+  expect_not_supported(kSwp1, {property::deferred, property::input_packets_65_to_127_bytes});
+  expect_not_supported(kSwp2, {property::symbol_errors, property::input_pause_frames});
+  expect_not_supported(kVeth0, {property::symbol_errors, property::output_pause_frames});
+}
+
+TEST_F(KernelRecording, AnMtuBeyondWhatPortsCountIsNotSupported) {
+  netlink_request loopback = link_message({.number = kVeth0, .name = "veth0", .kind = "veth", .flags = IFF_UP});
+  mnl_attr_put_u32(&loopback.head(), IFLA_MTU, 65'536);  // the last one holds
+  kernel_.answer(kLinks, [bytes = recorded(std::move(loopback))](const nlmsghdr&) {
+    return recorded_answer{0, {bytes}};
+  });
+  read();
+  expect_not_supported(kVeth0, {property::mtu_bytes});
+}
+
+TEST_F(KernelRecording, ModulesThatTheUserMayNotReadAreSaidToBeSo) {
+  kernel_.answer(kModules, [](const nlmsghdr&) { return recorded_answer{EPERM}; });
+  read();
+  for (const uint32 device : {uint32{kSwp1}, uint32{kSwp2}, uint32{kSwp3}})
+    EXPECT_EQ(absent_of(port_of(device), {property::presence, property::vendor}),
+              (std::map{std::pair(property::presence, absence::no_permission),
+                        std::pair(property::vendor, absence::no_permission)}));
+  EXPECT_EQ(absent_of(port_of(kVeth0), {property::vendor}), (std::map{std::pair(property::vendor, absence::none)}));
+}
+
+TEST_F(KernelRecording, AnEmptyCageAndAPortInNoChannelHaveNone) {
+  read();
+  EXPECT_EQ(absent_of(port_of(kSwp2), {property::vendor, property::member_of, property::presence}),
+            (std::map{std::pair(property::vendor, absence::none)}));
+  EXPECT_EQ(absent_of(port_of(kVeth0), {property::member_of, property::description}),
+            (std::map{std::pair(property::member_of, absence::none), std::pair(property::description, absence::none)}));
 }
 
 // Lets the driver of swp1 tell these counters and nothing else.
@@ -704,8 +883,12 @@ TEST_F(KernelRecording, WhatElseIsRefusedIsAbsent) {
   read();
   EXPECT_EQ(the_machine().interfaces.size(), 12U);
   EXPECT_TRUE(device(kSwp3).allowed_vlans.empty());
-  EXPECT_EQ(device(kSwp3).oper_speed_mbps, 0U);
-  EXPECT_EQ(device(kSwp3).admin_flow_control, 0);
+  EXPECT_EQ(device(kSwp3).oper_speed_mbps, std::nullopt);
+  EXPECT_EQ(device(kSwp3).admin_flow_control, std::nullopt);
+  EXPECT_EQ(device(kSwp3).oper_flow_control, std::nullopt);
+  EXPECT_EQ(device(kSwp3).oper_mode, std::nullopt);
+  EXPECT_EQ(device(kSwp3).native_vlan, std::nullopt);
+  EXPECT_EQ(device(kSwp3).capabilities.speeds, std::nullopt);
   EXPECT_EQ(port_record_of(kSwp4).oper_state_reason, kNotConnected);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 0U);
   EXPECT_EQ(statistics_of(kSwp1).mac.pktflow.ingress_pkts, 3000U);
@@ -715,7 +898,7 @@ TEST_F(KernelRecording, AKernelWithoutEthtoolHasPortsAllTheSame) {
   kernel_.has_ethtool = false;
   read();
   EXPECT_EQ(the_machine().interfaces.size(), 12U);
-  EXPECT_EQ(device(kSwp1).oper_speed_mbps, 0U);
+  EXPECT_EQ(device(kSwp1).oper_speed_mbps, std::nullopt);
   EXPECT_EQ(port_record_of(kSwp4).oper_state_reason, kNotConnected);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 0U);
   EXPECT_EQ(transceiver_of(kSwp1).status, uint32{PM_ERR_NO_TRANSCEIVER});
@@ -745,7 +928,7 @@ TEST_F(KernelRecording, AKernelWithoutEthtoolIsAskedForSpeedsByIoctl) {
   EXPECT_EQ(device(kSwp1).oper_duplex, PM_PORT_DUPLEX_FULL);
   EXPECT_EQ(device(kSwp1).capabilities.speeds, CRDCFG_SPEED_100M | CRDCFG_SPEED_1G | CRDCFG_SPEED_AUTO);
   EXPECT_EQ(device(kSwp1).admin_flow_control, 0x0002);
-  EXPECT_EQ(device(kSwp2).oper_speed_mbps, 0U);
+  EXPECT_EQ(device(kSwp2).oper_speed_mbps, std::nullopt);
   EXPECT_TRUE(is_unknown(kSwp2, "speed_mbps"));
   EXPECT_TRUE(is_unknown(kSwp2, "duplex"));
   EXPECT_FALSE(is_unknown(kSwp1, "speed_mbps"));
@@ -804,10 +987,10 @@ TEST_F(KernelRecording, AnswersThatAreCutAtEachByteAreSafe) {
     for (interface& it : the_machine().interfaces) {
       for (const detail wanted : {detail::link_fault, detail::module, detail::diagnostics, detail::counters})
         the_source().complete(it, wanted);
-      EXPECT_TRUE(it.oper_speed_mbps == 0 || it.oper_speed_mbps == 1000 || it.oper_speed_mbps == 10'000 ||
+      EXPECT_TRUE(!it.oper_speed_mbps || it.oper_speed_mbps == 1000 || it.oper_speed_mbps == 10'000 ||
                   it.oper_speed_mbps == 40'000)
           << kernel_.longest;
-      EXPECT_TRUE(it.stats.errors.symbol == 0 || it.stats.errors.symbol == 101) << kernel_.longest;
+      EXPECT_TRUE(!it.stats.errors.symbol || it.stats.errors.symbol == 101) << kernel_.longest;
     }
   }
   kernel_.longest = SIZE_MAX;

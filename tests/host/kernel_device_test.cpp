@@ -108,13 +108,13 @@ TEST(DeviceMemory, ADeviceThatWasMadeAnewCountsFromItsOwnStart) {
   memory.look(160, counters(1100, 9, 2100, 30));
 
   EXPECT_EQ(memory.since_clear(), counters(1100, 9, 2100, 30));
-  EXPECT_EQ(memory.rates().rx_bytes, 0u);
+  EXPECT_FALSE(memory.rates().rx_bytes.has_value());
 }
 
 TEST(DeviceMemory, RatesAreThoseOfTheLastMinute) {
   device_memory memory;
   memory.look(100, counters(0, 0, 0, 0));
-  EXPECT_EQ(memory.rates().rx_bytes, 0u) << "one look says nothing";
+  EXPECT_FALSE(memory.rates().rx_bytes.has_value()) << "one look says nothing";
 
   memory.look(110, counters(5000, 100, 80, 20));
   EXPECT_EQ(memory.rates().rx_bytes, 500u);
@@ -136,7 +136,7 @@ TEST(DeviceMemory, AClockThatIsSetBackStartsTheRatesAgain) {
   memory.look(110, counters(5000, 0, 0, 0));
 
   memory.look(50, counters(6000, 0, 0, 0));
-  EXPECT_EQ(memory.rates().rx_bytes, 0u);
+  EXPECT_FALSE(memory.rates().rx_bytes.has_value());
 
   memory.look(60, counters(6500, 0, 0, 0));
   EXPECT_EQ(memory.rates().rx_bytes, 50u);

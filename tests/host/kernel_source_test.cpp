@@ -386,9 +386,28 @@ TEST(KernelMachine, AMemberOfABondIsAMemberOfItsChannel) {
 
 TEST(KernelMachine, WhatTheKernelDoesNotTellIsAbsent) {
   const interface made = machine_of({device(2, "a", "")}).interfaces.at(0);
-  EXPECT_EQ(made.oper_speed_mbps, 0U);
-  EXPECT_EQ(made.bandwidth_kbps, 0U);
-  EXPECT_EQ(made.oper_duplex, interface{}.oper_duplex);
+  EXPECT_EQ(made.oper_speed_mbps, std::nullopt);
+  EXPECT_EQ(made.bandwidth_kbps, std::nullopt);
+  EXPECT_EQ(made.oper_duplex, std::nullopt);
+  EXPECT_EQ(made.oper_mode, std::nullopt);
+  EXPECT_EQ(made.access_vlan, std::nullopt);
+  EXPECT_EQ(made.native_vlan, std::nullopt);
+  EXPECT_EQ(made.admin_flow_control, std::nullopt);
+  EXPECT_EQ(made.oper_flow_control, std::nullopt);
+  EXPECT_EQ(made.span_monitor, std::nullopt);
+  EXPECT_EQ(made.delay_usec, std::nullopt);
+  EXPECT_EQ(made.debounce_ms, std::nullopt);
+  EXPECT_EQ(made.rate_mode, std::nullopt);
+  EXPECT_EQ(made.mdix_on, std::nullopt);
+  EXPECT_EQ(made.resets, std::nullopt);
+  EXPECT_EQ(made.link_change_sec, std::nullopt);
+  EXPECT_EQ(made.storm_control, std::nullopt);
+  EXPECT_EQ(made.capabilities.speeds, std::nullopt);
+  EXPECT_EQ(made.capabilities.duplexes, std::nullopt);
+  EXPECT_EQ(made.capabilities.rx_flow_control, std::nullopt);
+  EXPECT_EQ(made.capabilities.tx_flow_control, std::nullopt);
+  EXPECT_EQ(made.capabilities.rate_modes, std::nullopt);
+  EXPECT_EQ(made.capabilities.qos, std::nullopt);
   EXPECT_TRUE(made.addresses.empty());
 }
 

@@ -81,7 +81,7 @@ TEST_F(ClientLibraries, StatisticsClientClearsAPort) {
   ASSERT_NE(clear, nullptr);
 
   EXPECT_EQ(clear(names_.first_port), 0);
-  EXPECT_EQ(the_machine().find(names_.first_port)->stats.out.packets(), 0u);
+  EXPECT_EQ(the_machine().find(names_.first_port)->stats.out.packets, 0u);
   EXPECT_EQ(clear(names_.nobody), PM_ERR_NO_SUCH_INTERFACE);
   EXPECT_EQ(clear(names_.loopback), PM_ERR_NOT_ALLOWED_ON_INTERFACE);
 }
@@ -91,10 +91,10 @@ TEST_F(ClientLibraries, LoopbacksAreClearedAndReportSuccessAsOne) {
   ASSERT_NE(clear, nullptr);
 
   EXPECT_EQ(clear(0, names_.loopback), 1);
-  EXPECT_EQ(the_machine().find(names_.loopback)->stats.out.packets(), 0u);
+  EXPECT_EQ(the_machine().find(names_.loopback)->stats.out.packets, 0u);
   EXPECT_EQ(clear(0, names_.nobody), 0);
   EXPECT_EQ(clear(0, names_.first_port), 0);
-  EXPECT_NE(the_machine().find(names_.first_port)->stats.out.packets(), 0u);
+  EXPECT_NE(the_machine().find(names_.first_port)->stats.out.packets, 0u);
 }
 
 TEST_F(ClientLibraries, CardConfigurationFillsTheResponse) {

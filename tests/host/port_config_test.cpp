@@ -99,7 +99,7 @@ TEST_F(PortConfig, SettingsReachTheModel) {
 
 TEST_F(PortConfig, RefusalsNameTheirReasonAndChangeNothing) {
   the_machine().find(names_.third_port)->capabilities.speeds = CRDCFG_SPEED_1G;
-  const uint16 mtu = port(names_.third_port).mtu_bytes;
+  const auto mtu = port(names_.third_port).mtu_bytes;
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_SPEED, {0, 0, 0, 100}), uint32{PM_ERR_SPEED_NOT_SUPPORTED});
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_SPEED, {0, 0, 0, 7}), uint32{PM_ERR_SPEED_NOT_SUPPORTED});
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 1, 0, 0}), uint32{PM_ERR_VALUE_OUT_OF_RANGE});
@@ -225,7 +225,7 @@ constexpr uint32 kRefusal = 0x40F10000;
 
 struct source_of_small_packets : switch_source {
   uint32 apply_settings(const interface& port, const port_settings& before) override {
-    mtus_before.push_back(before.mtu_bytes);
+    mtus_before.push_back(*before.mtu_bytes);
     return port.mtu_bytes > 4000 ? kRefusal : 0;
   }
   bool hands_settings_to_members() const override { return true; }
@@ -248,7 +248,7 @@ TEST_F(PortConfig, WhatTheSourceRefusesIsNotSet) {
   EXPECT_EQ(static_cast<const port_settings&>(port(names_.third_port)), as_made);
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA0}), 0U);
   EXPECT_EQ(port(names_.third_port).mtu_bytes, 4000);
-  EXPECT_EQ(source.mtus_before, (std::vector<uint16>{as_made.mtu_bytes, as_made.mtu_bytes}));
+  EXPECT_EQ(source.mtus_before, (std::vector<uint16>{*as_made.mtu_bytes, *as_made.mtu_bytes}));
 }
 
 TEST_F(PortConfig, TheSourceDecidesWhatMembersMayBeSetTo) {

@@ -21,15 +21,19 @@ std::vector<uint8> counting_bytes(std::size_t size) {
 statistics busy() {
   statistics stats;
   stats.in = {.bytes = 0x1'0000'2001,
+              .packets = 0x1'0000'0017,
               .unicast_packets = 0x1'0000'0000,
               .multicast_packets = 20,
               .broadcast_packets = 3,
+              .trunk_packets = 0x1'0000'0017,
               .errors = 2002,
               .discards = 2003};
   stats.out = {.bytes = 3001,
+               .packets = 9123,
                .unicast_packets = 3100,
                .multicast_packets = 3020,
                .broadcast_packets = 3003,
+               .trunk_packets = 9123,
                .errors = 3004,
                .discards = 3005};
   stats.errors = {.crc = 4001,
@@ -49,8 +53,9 @@ statistics busy() {
   stats.out_bytes_per_second = 5002;
   stats.in_packets_per_second = 5003;
   stats.out_packets_per_second = 5004;
-  for (uint32 i = 0; i < stats.rate_ring.size(); ++i) stats.rate_ring[i] = {6000 + i, 6100 + i, 6200 + i, 6300 + i};
-  stats.rate_index = 3;
+  rate_samples& ring = stats.rate_ring.emplace();
+  for (uint32 i = 0; i < ring.samples.size(); ++i) ring.samples[i] = {6000 + i, 6100 + i, 6200 + i, 6300 + i};
+  ring.next = 3;
   stats.last_clear_sec = 1'700'000'000;
   return stats;
 }
@@ -87,7 +92,11 @@ interface trunk_port(const small_machine& names) {
   port.native_vlan = 13;
   port.channel = names.channel;
   port.tracked = {names.third_port, names.routed_port};
-  port.storm_control = {{{1, 30, 5}, {2, 40, 6}, {3, 50, 7}}};
+  port.storm_control = interface::storm_levels {
+    {
+      {1, 30, 5}, {2, 40, 6}, { 3, 50, 7 }
+    }
+  };
   port.capabilities.model = "MODEL-48X";
   port.capabilities.type = "10/100/1000BASE-T, a text of more than 32 bytes";
   port.capabilities.speeds = CRDCFG_SPEED_100M | CRDCFG_SPEED_1G | CRDCFG_SPEED_AUTO;
@@ -97,12 +106,12 @@ interface trunk_port(const small_machine& names) {
   port.capabilities.rate_modes = CRDCFG_RATE_SHARED;
   port.capabilities.udld = false;
   port.capabilities.transceiver = true;
-  port.capabilities.rx_qos_priorities = 21;
-  port.capabilities.rx_qos_queues = 22;
-  port.capabilities.rx_qos_thresholds = 23;
-  port.capabilities.tx_qos_priorities = 24;
-  port.capabilities.tx_qos_queues = 25;
-  port.capabilities.tx_qos_thresholds = 26;
+  port.capabilities.qos = {.rx_priorities = 21,
+                           .rx_queues = 22,
+                           .rx_thresholds = 23,
+                           .tx_priorities = 24,
+                           .tx_queues = 25,
+                           .tx_thresholds = 26};
   port.module_in_port = transceiver{.supported = true, .type = FCOT_TYPE_SFP, .eeprom = counting_bytes(300)};
   port.stats = busy();
   return port;

@@ -87,8 +87,8 @@ TEST_F(StorageSwitch, ModesSpeedsAndReasonsOfFibreChannel) {
   std::set<int> reasons;
   for (const interface& it : storage_.interfaces) {
     if (take_apart(it.if_index).type != IF_TYPE_FC) continue;
-    modes.insert(it.oper_mode);
-    speeds.insert(it.oper_speed_mbps);
+    modes.insert(*it.oper_mode);
+    speeds.insert(*it.oper_speed_mbps);
     reasons.insert(it.state_reason);
   }
   for (const uint32 mode : {0x1u /* auto */, 0x2u /* SD */, 0x4u /* E */, 0x8u /* TE */, 0x20u /* F */, 0x40u /* FL */,
@@ -131,7 +131,7 @@ TEST_F(StorageSwitch, RestrictedUserSeesSomePortsOfEveryTestedKind) {
   const vsan_bitset_t mine = vsan_set(*storage_.find_user("storage-a")->vsans);
   const auto sees = [&](std::string_view text) {
     const interface& it = named(text);
-    return may_see_port(mine, {it.vsan, is_trunking_mode(it.oper_mode), vsan_set(it.trunk_vsans)});
+    return may_see_port(mine, {it.vsan, is_trunking_mode(*it.oper_mode), vsan_set(it.trunk_vsans)});
   };
   EXPECT_TRUE(sees("fc 1/1"));
   EXPECT_FALSE(sees("fc 1/9"));

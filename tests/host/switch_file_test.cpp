@@ -158,7 +158,7 @@ TEST(SwitchFile, EveryInterfaceOfARangeHasTheAttributes) {
   EXPECT_EQ(ninth->delay_usec, 30U);
   EXPECT_EQ(ninth->debounce_ms, 200);
   EXPECT_EQ(ninth->rate_mode, 2);
-  EXPECT_FALSE(ninth->mdix_on);
+  EXPECT_EQ(ninth->mdix_on, false);
   EXPECT_TRUE(ninth->beacon_on);
   EXPECT_TRUE(ninth->span_monitor);
   EXPECT_EQ(ninth->resets, 5U);
@@ -171,13 +171,13 @@ TEST(SwitchFile, EveryInterfaceOfARangeHasTheAttributes) {
   EXPECT_EQ(ninth->access_vlan, 11);
   EXPECT_EQ(ninth->native_vlan, 12);
   EXPECT_EQ(ninth->allowed_vlans, (std::vector<uint16>{1, 2, 3, 4}));
-  EXPECT_EQ(ninth->storm_control[PM_STORM_BROADCAST].percent, 12);
-  EXPECT_EQ(ninth->storm_control[PM_STORM_BROADCAST].hundredths, 34);
-  EXPECT_EQ(ninth->storm_control[PM_STORM_BROADCAST].mode, 1);
-  EXPECT_EQ(ninth->storm_control[PM_STORM_MULTICAST].mode, 0);
-  EXPECT_EQ(ninth->storm_control[PM_STORM_MULTICAST].percent, 100);
-  EXPECT_EQ(ninth->storm_control[PM_STORM_UNICAST].mode, 1);
-  EXPECT_EQ(ninth->storm_control[PM_STORM_UNICAST].percent, 100);
+  EXPECT_EQ((*ninth->storm_control)[PM_STORM_BROADCAST].percent, 12);
+  EXPECT_EQ((*ninth->storm_control)[PM_STORM_BROADCAST].hundredths, 34);
+  EXPECT_EQ((*ninth->storm_control)[PM_STORM_BROADCAST].mode, 1);
+  EXPECT_EQ((*ninth->storm_control)[PM_STORM_MULTICAST].mode, 0);
+  EXPECT_EQ((*ninth->storm_control)[PM_STORM_MULTICAST].percent, 100);
+  EXPECT_EQ((*ninth->storm_control)[PM_STORM_UNICAST].mode, 1);
+  EXPECT_EQ((*ninth->storm_control)[PM_STORM_UNICAST].percent, 100);
   EXPECT_EQ(it.interfaces[1].description, "desk 2");
   EXPECT_EQ(it.find(port(IF_TYPE_ETHERNET, 1, 4)), nullptr);
   EXPECT_EQ(it.find(kNothing), nullptr);
@@ -262,12 +262,12 @@ TEST(SwitchFile, CapabilitiesComeFromTheProfileOfTheCardOrOfThePort) {
   EXPECT_EQ(copper.rx_flow_control, 1 | 2);
   EXPECT_EQ(copper.tx_flow_control, 4);
   EXPECT_EQ(copper.rate_modes, 1 | 2);
-  EXPECT_EQ(copper.rx_qos_priorities, 0);
-  EXPECT_EQ(copper.rx_qos_queues, 2);
-  EXPECT_EQ(copper.rx_qos_thresholds, 4);
-  EXPECT_EQ(copper.tx_qos_priorities, 1);
-  EXPECT_EQ(copper.tx_qos_queues, 3);
-  EXPECT_EQ(copper.tx_qos_thresholds, 8);
+  EXPECT_EQ(copper.qos->rx_priorities, 0);
+  EXPECT_EQ(copper.qos->rx_queues, 2);
+  EXPECT_EQ(copper.qos->rx_thresholds, 4);
+  EXPECT_EQ(copper.qos->tx_priorities, 1);
+  EXPECT_EQ(copper.qos->tx_queues, 3);
+  EXPECT_EQ(copper.qos->tx_thresholds, 8);
   EXPECT_TRUE(copper.mdix);
   EXPECT_FALSE(copper.span);
   EXPECT_FALSE(copper.transceiver);
@@ -409,8 +409,8 @@ TEST(SwitchFile, TotalsFollowFromRatesAndUptime) {
   EXPECT_EQ(errors.pause_sent, 13U);
 
   // The ring holds the totals of the last minutes: the newest sample in front of the slot that is written next.
-  const rate_sample& newest = stats.rate_ring[(stats.rate_index + 7) % 8];
-  const rate_sample& five_minutes_older = stats.rate_ring[(stats.rate_index + 2) % 8];
+  const rate_sample& newest = stats.rate_ring->samples[(stats.rate_ring->next + 7) % 8];
+  const rate_sample& five_minutes_older = stats.rate_ring->samples[(stats.rate_ring->next + 2) % 8];
   EXPECT_EQ(newest.in_bytes, 3'600'000'000U);
   EXPECT_EQ(newest.in_frames, 3'600'000U);
   EXPECT_EQ(newest.in_bytes - five_minutes_older.in_bytes, 300'000'000U);

@@ -184,8 +184,8 @@ class builder {
   void set_operation(const interface_draft& entry, interface& port) const {
     const bool is_up = port.oper_state == PM_PORT_STATE_UP;
     const bool is_auto_duplex = port.admin_duplex == PM_PORT_DUPLEX_AUTO;
-    const uint32 speed =
-        is_up && port.admin_speed_mbps == 0 ? fastest_mbps(port.capabilities.speeds) : port.admin_speed_mbps;
+    const uint32 speed = is_up && port.admin_speed_mbps == 0 ? fastest_mbps(port.capabilities.speeds.value_or(0))
+                                                             : port.admin_speed_mbps;
     const uint8 duplex = is_up && is_auto_duplex ? uint8{PM_PORT_DUPLEX_FULL} : port.admin_duplex;
     port.oper_mode = entry.oper_mode.value_or(port.admin_mode);
     port.oper_speed_mbps = entry.oper_speed_mbps.value_or(speed);
@@ -218,7 +218,7 @@ class builder {
 
   uint64 line_kbps(const interface& port) {
     const bool is_whole_channel = is_channel(port.if_index) && !if_index_is_sub_intf(port.if_index);
-    return uint64{is_whole_channel ? members_mbps(port.if_index) : port.oper_speed_mbps} * 1000;
+    return uint64{is_whole_channel ? members_mbps(port.if_index) : port.oper_speed_mbps.value_or(0)} * 1000;
   }
 
   // References
@@ -307,7 +307,8 @@ class builder {
       for (const if_index_t member : result().members_of(port.if_index))
         port.oper_speed_mbps = std::max(port.oper_speed_mbps, result().find(member)->oper_speed_mbps);
     if (port.bandwidth_kbps != 0) return;
-    uint32 mbps = port.oper_speed_mbps != 0 ? port.oper_speed_mbps : fastest_mbps(port.capabilities.speeds);
+    uint32 mbps = port.oper_speed_mbps.value_or(0);
+    if (mbps == 0) mbps = fastest_mbps(port.capabilities.speeds.value_or(0));
     if (is_whole_channel) mbps = members_mbps(port.if_index);
     port.bandwidth_kbps = mbps * 1000;
   }
@@ -316,7 +317,7 @@ class builder {
     uint32 mbps = 0;
     for (const if_index_t member : result().members_of(channel))
       if (const interface* port = result().find(member); port->oper_state == PM_PORT_STATE_UP)
-        mbps += port->oper_speed_mbps;
+        mbps += port->oper_speed_mbps.value_or(0);
     return mbps;
   }
 

@@ -84,7 +84,8 @@ void set_state(interface& port, uint8 reason) {
 }
 
 void set_layer(interface& port, uint32 mode, uint32 number) {
-  port.admin_mode = port.oper_mode = mode;
+  port.admin_mode = mode;
+  port.oper_mode = mode;
   port.layer = mode == 0 ? IF_LAYER_3 : IF_LAYER_2;
   port.access_vlan = static_cast<uint16>(mode == kAccess ? 100 + number % 20 : 1);
   if (mode == kTrunk) {
@@ -104,7 +105,7 @@ void set_speed(interface& port, uint32 admin_speed_mbps) {
   port.admin_speed_mbps = admin_speed_mbps;
   port.oper_speed_mbps = admin_speed_mbps == 0 && is_up ? 10000 : admin_speed_mbps;
   port.oper_duplex = is_up ? PM_PORT_DUPLEX_FULL : PM_PORT_DUPLEX_AUTO;
-  port.bandwidth_kbps = (port.oper_speed_mbps != 0 ? port.oper_speed_mbps : 10000) * 1000;
+  port.bandwidth_kbps = (port.oper_speed_mbps.value_or(0) != 0 ? *port.oper_speed_mbps : 10000) * 1000;
 }
 
 void set_capabilities(interface& port) {
@@ -128,11 +129,12 @@ void set_traffic(interface& port, const duty& does, uint32 number, uint32 now_se
   plan->out.sizes = {{820, 100'000}};
   plan->out.broadcast_percent_thousandths = 800;
   if (does.crc_errors != 0) plan->errors = {{.counter = &error_counters::crc, .start = does.crc_errors}};
-  port.traffic = std::make_shared<traffic_source>(traffic_source{.plan = plan,
-                                                                 .line_kbps = uint64{port.oper_speed_mbps} * 1000,
-                                                                 .is_up = port.oper_state == PM_PORT_STATE_UP,
-                                                                 .started_sec = now_sec,
-                                                                 .counting_sec = kDaySec});
+  port.traffic =
+      std::make_shared<traffic_source>(traffic_source{.plan = plan,
+                                                      .line_kbps = uint64{port.oper_speed_mbps.value_or(0)} * 1000,
+                                                      .is_up = port.oper_state == PM_PORT_STATE_UP,
+                                                      .started_sec = now_sec,
+                                                      .counting_sec = kDaySec});
   follow_traffic(port, now_sec);
 }
 
@@ -172,7 +174,8 @@ void add_management(machine& giant, uint32 now_sec) {
   set_state(made, kUp);
   made.layer = IF_LAYER_3;
   made.addresses = {{.bytes = {192, 0, 2, 10}, .prefix_length = 24}};
-  made.admin_speed_mbps = made.oper_speed_mbps = 1000;
+  made.admin_speed_mbps = 1000;
+  made.oper_speed_mbps = 1000;
   made.bandwidth_kbps = 1'000'000;
   made.burned_in_mac = hardware_address(kBaseMac, made.if_index);
   made.link_change_sec = now_sec - kDaySec;
@@ -189,7 +192,7 @@ void add_channels(machine& giant, const grid& size, uint32 now_sec) {
     made.channel = 0;
     made.module_in_port.reset();
     made.description = "bundle " + std::to_string(slot + 1);
-    made.bandwidth_kbps *= kMembersOfAChannel;
+    *made.bandwidth_kbps *= kMembersOfAChannel;
     made.burned_in_mac = hardware_address(kBaseMac, channel);
     giant.interfaces.push_back(std::move(made));
   }

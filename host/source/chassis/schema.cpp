@@ -31,8 +31,16 @@ struct member<Value Owner::*> {
 };
 template <auto Member>
 using owner_of = typename member<decltype(Member)>::owner;
+template <class Value>
+struct written {
+  using type = Value;
+};
+template <class Value>
+struct written<std::optional<Value>> {
+  using type = Value;
+};
 template <auto Member>
-using value_of = typename member<decltype(Member)>::value;
+using value_of = typename written<typename member<decltype(Member)>::value>::type;
 
 // Readers of one member each, for the tables below.
 template <auto Member, uint64 kLow, uint64 kHigh>
@@ -57,11 +65,11 @@ void word(const yaml_value& value, owner_of<Member>& target) {
 
 template <auto Member, const auto& kWords>
 void bits(const yaml_value& value, owner_of<Member>& target) {
-  value.for_each([&](const yaml_value& item) { target.*Member |= static_cast<uint8>(item.word(kWords)); });
+  value.for_each([&](const yaml_value& item) { *(target.*Member) |= static_cast<uint8>(item.word(kWords)); });
 }
 
 template <auto Member>
-void counter(const yaml_value& value, owner_of<Member>& target) {
+void total(const yaml_value& value, owner_of<Member>& target) {
   target.*Member = value.number(0, UINT64_MAX);
 }
 
@@ -181,16 +189,16 @@ constexpr key_rule<port_capabilities> kQosRules[] = {
     {"receive",
      [](const yaml_value& value, port_capabilities& port) {
        const auto [priorities, queues, thresholds] = read_qos(value);
-       port.rx_qos_priorities = priorities;
-       port.rx_qos_queues = queues;
-       port.rx_qos_thresholds = thresholds;
+       port.qos->rx_priorities = priorities;
+       port.qos->rx_queues = queues;
+       port.qos->rx_thresholds = thresholds;
      }},
     {"send",
      [](const yaml_value& value, port_capabilities& port) {
        const auto [priorities, queues, thresholds] = read_qos(value);
-       port.tx_qos_priorities = priorities;
-       port.tx_qos_queues = queues;
-       port.tx_qos_thresholds = thresholds;
+       port.qos->tx_priorities = priorities;
+       port.qos->tx_queues = queues;
+       port.qos->tx_thresholds = thresholds;
      }},
 };
 
@@ -323,12 +331,12 @@ constexpr key_rule<traffic_flow> kFlowRules[] = {
     {"broadcast-percent", notation<&traffic_flow::broadcast_percent_thousandths, read_percent_thousandths>},
     {"burst", read_burst},
     {"discards-per-million", number<&traffic_flow::discards_per_million, 0, 1'000'000>},
-    {"bytes", counter<&traffic_flow::bytes>},
-    {"unicast", counter<&traffic_flow::unicast_packets>},
-    {"multicast", counter<&traffic_flow::multicast_packets>},
-    {"broadcast", counter<&traffic_flow::broadcast_packets>},
-    {"errors", counter<&traffic_flow::errors>},
-    {"discards", counter<&traffic_flow::discards>},
+    {"bytes", total<&traffic_flow::bytes>},
+    {"unicast", total<&traffic_flow::unicast_packets>},
+    {"multicast", total<&traffic_flow::multicast_packets>},
+    {"broadcast", total<&traffic_flow::broadcast_packets>},
+    {"errors", total<&traffic_flow::errors>},
+    {"discards", total<&traffic_flow::discards>},
 };
 
 void read_flow(const yaml_value& value, traffic_flow& flow) {
@@ -341,7 +349,7 @@ void read_flow(const yaml_value& value, traffic_flow& flow) {
 
 using error_sources = std::vector<error_source>;
 
-error_source& source_of(error_sources& errors, uint64 error_counters::*counter) {
+error_source& source_of(error_sources& errors, host::counter error_counters::*counter) {
   const auto found =
       std::find_if(errors.begin(), errors.end(), [=](const error_source& it) { return it.counter == counter; });
   if (found != errors.end()) return *found;
@@ -423,7 +431,7 @@ constexpr key_rule<interface_draft> kVlanRules[] = {
 // The receiving side's bits are the sending side's, one place higher.
 template <unsigned kShift>
 void flow_control(const yaml_value& value, interface& target) {
-  target.admin_flow_control |= static_cast<uint16>(value.word(kFlowWords) << kShift);
+  *target.admin_flow_control |= static_cast<uint16>(value.word(kFlowWords) << kShift);
 }
 
 constexpr key_rule<interface> kFlowControlRules[] = {
@@ -435,9 +443,9 @@ template <std::size_t kClass>
 void storm_level(const yaml_value& value, interface& target) {
   if (value.text() == "off") return;
   const uint64 percent_thousandths = value.thousandths(100);
-  target.storm_control[kClass] = {.mode = 1,
-                                  .percent = static_cast<uint8>(percent_thousandths / 1000),
-                                  .hundredths = static_cast<uint16>(percent_thousandths % 1000 / 10)};
+  (*target.storm_control)[kClass] = {.mode = 1,
+                                     .percent = static_cast<uint8>(percent_thousandths / 1000),
+                                     .hundredths = static_cast<uint16>(percent_thousandths % 1000 / 10)};
 }
 
 constexpr key_rule<interface> kStormRules[] = {

@@ -129,6 +129,7 @@ void add_flow(const traffic_flow& flow, const passage& passed, traffic_counters&
   const uint64 broadcast = flow.broadcast_percent_thousandths / unit;
   const uint64 unicast = period - multicast - broadcast;
   counted.bytes += passed.bytes();
+  counted.packets += passed.packets();
   counted.unicast_packets += passed.of({0, unicast, period});
   counted.multicast_packets += passed.of({unicast, multicast, period});
   counted.broadcast_packets += passed.of({unicast + multicast, broadcast, period});
@@ -163,7 +164,9 @@ void add_passage(const traffic_plan& plan, const both_ways& passed, statistics& 
 }
 
 void put_totals(const traffic_flow& flow, traffic_counters& counted) {
-  const auto put = [](const std::optional<uint64>& given, uint64& counter) { counter = given.value_or(counter); };
+  const auto put = [](const std::optional<uint64>& given, counter& to) {
+    if (given) to = *given;
+  };
   const bool has_packets = flow.unicast_packets || flow.multicast_packets || flow.broadcast_packets;
   put(flow.bytes, counted.bytes);
   put(flow.unicast_packets, counted.unicast_packets);
@@ -172,8 +175,9 @@ void put_totals(const traffic_flow& flow, traffic_counters& counted) {
   put(flow.errors, counted.errors);
   put(flow.discards, counted.discards);
   if (!has_packets) return;
-  counted.packets_by_size = {};
-  add_by_size(flow, {{}, {0, counted.packets()}}, counted.packets_by_size);
+  counted.packets = counted.unicast_packets + counted.multicast_packets + counted.broadcast_packets;
+  counted.packets_by_size.fill(0);
+  add_by_size(flow, {{}, {0, *counted.packets}}, counted.packets_by_size);
 }
 
 // Totals that a file gives hold instead of what has passed; errors that it gives one by one are errors of their
@@ -182,7 +186,7 @@ void put_given_totals(const traffic_plan& plan, statistics& stats) {
   for (const error_source& source : plan.errors) {
     if (!source.start) continue;
     const error_kind& kind = kind_of(source);
-    if (kind.is_error) (kind.is_sent ? stats.out : stats.in).errors += *source.start - stats.errors.*source.counter;
+    if (kind.is_error) (kind.is_sent ? stats.out : stats.in).errors += *source.start - *(stats.errors.*source.counter);
     stats.errors.*source.counter = *source.start;
   }
   put_totals(plan.in, stats.in);
@@ -205,7 +209,8 @@ class line_in_use {
     };
     for (const interface::link_change& change : port.link_changes)
       change_to(change.state == PM_PORT_STATE_UP, change.at_sec);
-    change_to(port.oper_state == PM_PORT_STATE_UP, std::clamp(port.link_change_sec, source.started_sec, now_sec));
+    change_to(port.oper_state == PM_PORT_STATE_UP,
+              std::clamp(port.link_change_sec.value_or(0), source.started_sec, now_sec));
     if (is_up) flowing_.push_back({from, UINT32_MAX});
   }
 
@@ -248,30 +253,46 @@ void take_averages(const both_ways& passed, uint32 seconds, statistics& stats) {
 void fill_ring(const line_in_use& line, uint32 started_sec, uint32 now_sec, statistics& stats) {
   const uint32 minutes = (now_sec - started_sec) / kSampleSeconds;
   const uint32 newest_sec = started_sec + minutes * kSampleSeconds;
-  const auto slots = static_cast<uint32>(stats.rate_ring.size());
-  stats.rate_index = (minutes + 1) % slots;
+  rate_samples& ring = stats.rate_ring.emplace();
+  const auto slots = static_cast<uint32>(ring.samples.size());
+  ring.next = (minutes + 1) % slots;
   for (uint32 age = 0; age < slots; ++age) {
     const both_ways since = line.between(before(newest_sec, age * kSampleSeconds), now_sec);
-    stats.rate_ring[(minutes - age) % slots] = {stats.in.bytes - since.in.bytes(), stats.out.bytes - since.out.bytes(),
-                                                static_cast<uint32>(stats.in.packets() - since.in.packets()),
-                                                static_cast<uint32>(stats.out.packets() - since.out.packets())};
+    ring.samples[(minutes - age) % slots] = {*stats.in.bytes - since.in.bytes(), *stats.out.bytes - since.out.bytes(),
+                                             static_cast<uint32>(*stats.in.packets - since.in.packets()),
+                                             static_cast<uint32>(*stats.out.packets - since.out.packets())};
   }
+}
+
+// On a trunk all packets are those of a trunk.
+void count_trunk_packets(interface& port) {
+  const bool is_trunk = port.oper_mode == PM_PORT_MODE_TRUNK;
+  for (traffic_counters* const it : {&port.stats.in, &port.stats.out})
+    it->trunk_packets = is_trunk ? it->packets : counter(0);
+}
+
+// The statistics of an interface that has no traffic.
+void stand_still(statistics& stats) {
+  set_totals_to_zero(stats);
+  take_averages({}, 1, stats);
+  stats.rate_ring.emplace();
 }
 
 }  // namespace
 
 bool follow_traffic(interface& port, uint32 now_sec) {
   const bool is_management = take_apart(port.if_index).type == IF_TYPE_MGMT;
-  if (port.traffic == nullptr) return !is_management;
+  if (port.traffic == nullptr) {
+    stand_still(port.stats);
+    return !is_management;
+  }
   const traffic_source& source = *port.traffic;
   statistics& stats = port.stats;
   const uint32 since_sec = stats.is_cleared_here ? stats.last_clear_sec : source.started_sec;
   now_sec = std::max({now_sec, since_sec, source.started_sec});
   const line_in_use line(port, now_sec);
 
-  stats.in = {};
-  stats.out = {};
-  stats.errors = {};
+  set_totals_to_zero(stats);
   stats.counted_sec = now_sec - since_sec;
   if (!stats.is_cleared_here) {
     add_passage(*source.plan, line.between(before(since_sec, source.counting_sec), since_sec), stats);
@@ -279,6 +300,7 @@ bool follow_traffic(interface& port, uint32 now_sec) {
     stats.counted_sec += source.counting_sec;
   }
   add_passage(*source.plan, line.between(since_sec, now_sec), stats);
+  count_trunk_packets(port);
   const uint32 averaged_sec = is_management ? kManagementAverageSeconds : kUsualAverageSeconds;
   take_averages(line.between(before(now_sec, averaged_sec), now_sec), averaged_sec, stats);
   fill_ring(line, source.started_sec, now_sec, stats);

@@ -55,7 +55,7 @@ struct traffic_flow {
 
 // A counter of errors and the like: what it shows when the switch starts instead of what follows from the rate.
 struct error_source {
-  uint64 error_counters::*counter = nullptr;
+  host::counter error_counters::*counter = nullptr;
   std::optional<uint64> start;
   uint32 per_million = 0;  // packets of the counter's direction
 };
@@ -70,7 +70,7 @@ struct traffic_plan {
 // What there is to count besides packets and bytes.
 struct error_kind {
   std::string_view word;  // of switch files
-  uint64 error_counters::*counter;
+  host::counter error_counters::*counter;
   bool is_sent;   // counted per packet sent, not per packet received
   bool is_error;  // adds to the errors of its direction
 };

@@ -52,16 +52,17 @@ uint8 flow_capability(bool can, bool can_negotiate) {
 
 void set_capabilities(const link_modes& supported, port_capabilities& port) {
   if (supported.none()) return;
+  port.speeds = port.duplexes = uint8{0};
   const bool negotiates = supported[ETHTOOL_LINK_MODE_Autoneg_BIT];
   if (negotiates) {
-    port.speeds |= CRDCFG_SPEED_AUTO;
-    port.duplexes |= CRDCFG_DUPLEX_AUTO;
+    *port.speeds |= CRDCFG_SPEED_AUTO;
+    *port.duplexes |= CRDCFG_DUPLEX_AUTO;
   }
   for (const mode_run& run : kModeRuns)
     for (uint32 bit = run.first; bit <= run.last; ++bit) {
       if (!supported[bit]) continue;
-      port.speeds |= run.speed;
-      port.duplexes |= run.duplex;
+      *port.speeds |= run.speed;
+      *port.duplexes |= run.duplex;
     }
   const bool pauses = supported[ETHTOOL_LINK_MODE_Pause_BIT];
   port.rx_flow_control = flow_capability(pauses, negotiates);
@@ -99,11 +100,12 @@ pause_directions negotiated(const link_modes& ours, const link_modes& theirs) {
   return {.receives = we_pause, .sends = they_pause};
 }
 
-// A port that negotiates works as both sides agreed; with a partner that is not told it is not known to work.
+// A port that negotiates works as both sides agreed; with a partner that is not reported it does not pause.
 void set_flow_control(const kernel_link& link, interface& port) {
   if (!link.pause) return;
   const pause_directions set = {link.pause->receives, link.pause->sends};
   port.admin_flow_control = flow_control(set, link.pause->negotiates ? PM_FLOW_CTRL_DESIRED : PM_FLOW_CTRL_ON);
+  port.oper_flow_control = uint16{0};
   if (port.oper_state != PM_PORT_STATE_UP) return;
   port.oper_flow_control =
       flow_control(link.pause->negotiates ? negotiated(link.advertised, link.partner) : set, PM_FLOW_CTRL_ON);

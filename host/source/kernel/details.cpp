@@ -45,7 +45,7 @@ uint8 reason_of(const link_fault& fault) {
 
 constexpr struct {
   told_counter told;
-  uint64 error_counters::*counter;
+  host::counter error_counters::*counter;
 } kErrorCounters[] = {
     {kToldSymbolErrors, &error_counters::symbol},
     {kToldFcsErrors, &error_counters::crc},
@@ -63,20 +63,19 @@ constexpr struct {
     {kToldPausesSent, &error_counters::pause_sent},
 };
 
-// Multicasts and broadcasts are taken out of the packets, whose sum stays.
+// Unicasts are what is left of the packets, when the driver counts both of the others.
 void take_kinds(const told_counters& told, told_counter multicasts, told_counter broadcasts,
                 traffic_counters& traffic) {
-  uint64 left = traffic.packets();
+  uint64 left = traffic.packets.value_or(0);
   if (told[multicasts]) traffic.multicast_packets = std::min(*told[multicasts], left);
-  left -= std::min(left, traffic.multicast_packets);
+  left -= traffic.multicast_packets.value_or(0);
   if (told[broadcasts]) traffic.broadcast_packets = std::min(*told[broadcasts], left);
-  left -= std::min(left, traffic.broadcast_packets);
-  traffic.unicast_packets = left;
+  if (told[multicasts] && told[broadcasts]) traffic.unicast_packets = left - *traffic.broadcast_packets;
 }
 
 void take_sizes(const told_counters& told, uint32 first, traffic_counters& traffic) {
   for (std::size_t i = 0; i < traffic.packets_by_size.size(); ++i)
-    traffic.packets_by_size[i] = told[first + i].value_or(0);
+    if (told[first + i]) traffic.packets_by_size[i] = *told[first + i];
 }
 
 void take_told(const told_counters& told, statistics& stats) {
@@ -137,6 +136,7 @@ void device_details::read_module_of(known_device& device, interface& port) {
   if (device.has_module_read) return;
   device.has_module_read = true;
   port.module_in_port = read_module(reader_of(device));
+  port.is_module_protected = modules_are_closed_;
   if (port.module_in_port) port.capabilities.transceiver = true;
 }
 

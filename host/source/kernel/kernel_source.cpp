@@ -67,20 +67,40 @@ void set_state(const kernel_link& link, interface& port) {
 
 // ---- VLANs ----------------------------------------------------------------------------------------------------------
 
-// A port of a bridge: a trunk when it carries VLANs with tags.
+// A port of a bridge that knows VLANs: a trunk when it carries some with tags. Of other devices the kernel reports
+// none.
 void set_vlans(const kernel_link& link, interface& port) {
   const bool is_trunk = link.has_tagged_vlans;
   port.layer = link.slave_kind == "bridge" || take_apart(port.if_index).type == IF_TYPE_ETHERNET ? uint32{IF_LAYER_2}
                                                                                                  : uint32{IF_LAYER_3};
-  port.admin_mode = port.oper_mode =
+  port.admin_mode =
       is_trunk ? uint32{PM_PORT_MODE_TRUNK} : default_port_mode(take_apart(port.if_index).type, port.layer);
-  port.native_vlan = port.access_vlan = link.native_vlan != 0 ? link.native_vlan : uint16{1};
+  if (!link.vlans.empty()) {
+    port.oper_mode = port.admin_mode;
+    port.native_vlan = port.access_vlan = link.native_vlan;
+  }
   if (is_trunk) port.allowed_vlans = link.vlans;
   if (link.bridge_state && *link.bridge_state != BR_STATE_FORWARDING) port.blocked_vlans = link.vlans;
   port.encapsulation_vlan = static_cast<uint16>(link.vlan);
 }
 
 // ---- Interfaces -----------------------------------------------------------------------------------------------------
+
+// What is known of a switch that is made for it, and of a device only when the kernel reports it.
+void forget_usual_values(interface& port) {
+  port.oper_mode = port.oper_speed_mbps = port.span_monitor = std::nullopt;
+  port.oper_duplex.reset();
+  port.mtu_bytes = port.access_vlan = port.native_vlan = port.admin_flow_control = port.oper_flow_control =
+      std::nullopt;
+  port.bandwidth_kbps = port.delay_usec = port.resets = port.link_change_sec = std::nullopt;
+  port.debounce_ms.reset();
+  port.rate_mode.reset();
+  port.mdix_on.reset();
+  port.storm_control.reset();
+  port_capabilities& able = port.capabilities;
+  able.speeds = able.duplexes = able.rx_flow_control = able.tx_flow_control = able.rate_modes = std::nullopt;
+  able.qos.reset();
+}
 
 // What a switch's line cards can do and the kernel's devices cannot, or not by this shell.
 void take_away_abilities(port_capabilities& port) {
@@ -90,12 +110,13 @@ void take_away_abilities(port_capabilities& port) {
 void fill_interface(const kernel_link& link, const std::vector<mapped_device>& mapped, if_index_t if_index,
                     interface& port) {
   constexpr std::size_t kLongest = PM_PORT_NAME_BYTES - 1;
+  forget_usual_values(port);
   port.if_index = if_index;
   port.description = link.alias.substr(0, kLongest);
-  port.mtu_bytes = static_cast<uint16>(std::min<uint32>(link.mtu_bytes, UINT16_MAX));
+  if (link.mtu_bytes <= UINT16_MAX) port.mtu_bytes = static_cast<uint16>(link.mtu_bytes);  // as far as ports count
   port.burned_in_mac = port.router_mac = link.mac;
-  port.oper_speed_mbps = link.speed_mbps.value_or(0);
-  port.bandwidth_kbps = port.oper_speed_mbps * 1000;
+  port.oper_speed_mbps = link.speed_mbps;
+  if (link.speed_mbps) port.bandwidth_kbps = *link.speed_mbps * 1000;
   if (link.is_full_duplex)
     port.oper_duplex = *link.is_full_duplex ? uint8{PM_PORT_DUPLEX_FULL} : uint8{PM_PORT_DUPLEX_HALF};
   port.addresses = link.addresses;
@@ -181,7 +202,11 @@ kernel_source::device_reading* kernel_source::find_reading(if_index_t if_index) 
   return find_by<&device_reading::if_index>(counted_, if_index);
 }
 
-const mapped_device* kernel_source::device_of(if_index_t if_index) {
+const kernel_source::device_reading* kernel_source::find_reading(if_index_t if_index) const {
+  return find_by<&device_reading::if_index>(counted_, if_index);
+}
+
+const mapped_device* kernel_source::device_of(if_index_t if_index) const {
   const device_reading* const reading = find_reading(if_index);
   return reading == nullptr ? nullptr : find_by<&mapped_device::number>(mapped_, reading->number);
 }
@@ -231,10 +256,9 @@ void kernel_source::refresh(machine& model) {
 void kernel_source::complete(interface& port, detail needed) { details_.complete(port, needed); }
 
 bool kernel_source::is_unknown(if_index_t if_index, std::string_view field) {
-  const device_reading* const reading = find_reading(if_index);
   const auto memory = memory_.find(if_index);
   return is_unknown_field({.if_index = if_index,
-                           .link = reading == nullptr ? nullptr : find_link(links_, reading->number),
+                           .port = the_machine().find(if_index),
                            .has_rates = memory != memory_.end() && memory->second.has_rates(),
                            .details = details_},
                           field);
@@ -328,8 +352,13 @@ uint32 kernel_source::restore_interface(machine& model, const interface& deleted
 
 std::optional<std::vector<kernel_device>> kernel_source::devices() const {
   std::vector<kernel_device> devices;
-  for (const mapped_device& it : mapped_) devices.push_back({it.device, it.if_index});
+  for (const mapped_device& it : mapped_) devices.push_back({it.device, it.if_index, it.number});
   return devices;
+}
+
+std::optional<kernel_device> kernel_source::find_device(if_index_t if_index) const {
+  const mapped_device* const found = device_of(if_index);
+  return found == nullptr ? std::nullopt : std::optional(kernel_device{found->device, if_index, found->number});
 }
 
 std::vector<if_index_t> kernel_source::interfaces_towards(const std::string& address) const {

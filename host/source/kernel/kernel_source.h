@@ -41,6 +41,7 @@ class kernel_source final : public switch_source {
   uint32 delete_interfaces(machine& model, std::span<const if_index_t> interfaces) override;
   uint32 restore_interface(machine& model, const interface& deleted) override;
   std::optional<std::vector<kernel_device>> devices() const override;
+  std::optional<kernel_device> find_device(if_index_t if_index) const override;
   // Those below these, too: parents, members of bridges and bonds.
   std::vector<if_index_t> interfaces_towards(const std::string& address) const override;
 
@@ -56,7 +57,8 @@ class kernel_source final : public switch_source {
   machine read_again();
   device_reading reading_of(const kernel_link& link, if_index_t if_index);
   device_reading* find_reading(if_index_t if_index);
-  const mapped_device* device_of(if_index_t if_index);
+  const device_reading* find_reading(if_index_t if_index) const;
+  const mapped_device* device_of(if_index_t if_index) const;
   const kernel_link* link_of(if_index_t if_index);
   uint32 create_interface(if_index_t if_index);
   uint32 delete_interface(if_index_t if_index);

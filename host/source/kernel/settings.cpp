@@ -54,7 +54,7 @@ uint32 set_alias(const setting_target& target, const port_settings& wanted, cons
 
 uint32 set_mtu(const setting_target& target, const port_settings& wanted, const port_settings&) {
   netlink_request request = link_request(target.number);
-  mnl_attr_put_u32(&request.head(), IFLA_MTU, wanted.mtu_bytes);
+  mnl_attr_put_u32(&request.head(), IFLA_MTU, wanted.mtu_bytes.value_or(0));
   return send_link_request(request);
 }
 
@@ -73,7 +73,8 @@ struct port_vlan {
 
 std::vector<port_vlan> vlans_of(const port_settings& settings) {
   constexpr uint16 kUntagged = BRIDGE_VLAN_INFO_PVID | BRIDGE_VLAN_INFO_UNTAGGED;
-  if (settings.admin_mode != PM_PORT_MODE_TRUNK) return {{settings.access_vlan, kUntagged}};
+  if (settings.admin_mode != PM_PORT_MODE_TRUNK && settings.access_vlan.value_or(0) == 0) return {};
+  if (settings.admin_mode != PM_PORT_MODE_TRUNK) return {{*settings.access_vlan, kUntagged}};
   std::vector<port_vlan> vlans;
   for (const uint16 id : settings.allowed_vlans)
     vlans.push_back({id, id == settings.native_vlan ? kUntagged : uint16{0}});
@@ -111,7 +112,8 @@ netlink_request vlan_request(uint32 number, uint16 type, const std::vector<port_
 
 bool is_native_missing(const port_settings& settings) {
   return settings.admin_mode == PM_PORT_MODE_TRUNK &&
-         !std::binary_search(settings.allowed_vlans.begin(), settings.allowed_vlans.end(), settings.native_vlan);
+         !std::binary_search(settings.allowed_vlans.begin(), settings.allowed_vlans.end(),
+                             settings.native_vlan.value_or(0));
 }
 
 uint32 set_vlans(const setting_target& target, const port_settings& wanted, const port_settings& before) {
@@ -152,7 +154,7 @@ uint32 set_speed(const setting_target& target, const port_settings& wanted, cons
 }
 
 uint32 set_flow_control(const setting_target& target, const port_settings& wanted, const port_settings&) {
-  const uint16 bits = wanted.admin_flow_control;
+  const uint16 bits = wanted.admin_flow_control.value_or(0);
   return send_ethtool(target, ETHTOOL_MSG_PAUSE_SET, ETHTOOL_A_PAUSE_HEADER, [bits](nlmsghdr& message) {
     mnl_attr_put_u8(&message, ETHTOOL_A_PAUSE_AUTONEG, (bits & PM_FLOW_CTRL_DESIRED) != 0 ? 1 : 0);
     mnl_attr_put_u8(&message, ETHTOOL_A_PAUSE_RX, (bits & PM_FLOW_CTRL_RECEIVE) != 0 ? 1 : 0);

@@ -4,12 +4,15 @@
 #include <iterator>
 #include <optional>
 
+#include "platform/interface_manager.h"
+
 namespace host {
 namespace {
 
 // ---- Fields that no device has --------------------------------------------------------------------------------------
 
 constexpr std::string_view kNeverTold[] = {
+    "alignment_errors",
     "auto_mdix",
     "babble_errors",
     "bad_encapsulation_errors",
@@ -22,8 +25,11 @@ constexpr std::string_view kNeverTold[] = {
     "dribble_errors",
     "ecc_errors",
     "ignored_errors",
+    "input_drop_events",
     "input_internal_mac_errors",
     "input_jumbo_packets",
+    "input_overruns",
+    "input_trunk_packets",
     "interface_down_drops",
     "interface_resets",
     "last_link_flapped",
@@ -40,9 +46,14 @@ constexpr std::string_view kNeverTold[] = {
     "output_cos6_lost",
     "output_cos7_lost",
     "output_crc_errors",
+    "output_discards",
     "output_internal_mac_errors",
     "output_jumbo_packets",
+    "output_trunk_packets",
+    "output_underruns",
     "overrun_errors",
+    "qos_scheduling",
+    "rate_mode",
     "runt_errors",
     "runts",
     "sqe_test_errors",
@@ -51,6 +62,15 @@ constexpr std::string_view kNeverTold[] = {
     "switchport_monitor",
     "underrun_errors",
     "unicast_level_percent",
+    "vdc_input_broadcast_packets",
+    "vdc_input_unicast_packets",
+    "vdc_interval_input_bytes",
+    "vdc_interval_input_packets",
+    "vdc_interval_output_bytes",
+    "vdc_interval_output_packets",
+    "vdc_output_broadcast_packets",
+    "vdc_output_multicast_packets",
+    "vdc_output_unicast_packets",
     "watchdog_errors",
     "wrong_encapsulation",
 };
@@ -122,20 +142,58 @@ std::optional<told_counter> counter_of(std::string_view field) {
   return size_counter(field);
 }
 
-// ---- What links tell ------------------------------------------------------------------------------------------------
+// Packets of one kind are what the others leave.
+bool separates(const told_device& device, told_counter multicasts, told_counter broadcasts) {
+  return device.if_index != 0 && device.details.is_told_by_driver(device.if_index, multicasts) &&
+         device.details.is_told_by_driver(device.if_index, broadcasts);
+}
 
-bool tells_speed(const kernel_link& link) { return link.speed_mbps.has_value(); }
-bool tells_duplex(const kernel_link& link) { return link.is_full_duplex.has_value(); }
-bool tells_mtu(const kernel_link& link) { return link.mtu_bytes <= UINT16_MAX; }  // as far as the port manager counts
+bool separates_received(const told_device& device) {
+  return separates(device, kToldMulticastsReceived, kToldBroadcastsReceived);
+}
+bool separates_sent(const told_device& device) { return separates(device, kToldMulticastsSent, kToldBroadcastsSent); }
 
+// ---- What the model knows
+// --------------------------------------------------------------------------------------------
+
+template <auto Member>
+bool knows(const told_device& device) {
+  return device.port != nullptr && (device.port->*Member).has_value();
+}
+
+template <auto Member>
+bool knows_ability(const told_device& device) {
+  return device.port != nullptr && (device.port->capabilities.*Member).has_value();
+}
+
+bool knows_vlan(const told_device& device) {
+  return device.port != nullptr && (device.port->layer != IF_LAYER_2 || device.port->access_vlan.has_value());
+}
+
+using able = port_capabilities;
 constexpr struct {
   std::string_view field;
-  bool (*is_told)(const kernel_link& link);
-} kToldByLinks[] = {
-    {"bandwidth_kbps", tells_speed},
-    {"duplex", tells_duplex},
-    {"mtu_bytes", tells_mtu},
-    {"speed_mbps", tells_speed},
+  bool (*is_known)(const told_device& device);
+} kPerhapsKnown[] = {
+    {"admin_input_flow_control", knows<&interface::admin_flow_control>},
+    {"admin_output_flow_control", knows<&interface::admin_flow_control>},
+    {"bandwidth_kbps", knows<&interface::bandwidth_kbps>},
+    {"duplex", knows<&interface::oper_duplex>},
+    {"flow_control", knows_ability<&able::rx_flow_control>},
+    {"input_flow_control", knows<&interface::admin_flow_control>},
+    {"input_unicast_packets", separates_received},
+    {"layer2_unicast_packets", separates_received},
+    {"layer2_broadcast_packets", separates_received},
+    {"mtu_bytes", knows<&interface::mtu_bytes>},
+    {"native_vlan", knows<&interface::native_vlan>},
+    {"oper_input_flow_control", knows<&interface::oper_flow_control>},
+    {"oper_output_flow_control", knows<&interface::oper_flow_control>},
+    {"output_flow_control", knows<&interface::admin_flow_control>},
+    {"output_unicast_packets", separates_sent},
+    {"port_mode", knows<&interface::oper_mode>},
+    {"speed_mbps", knows<&interface::oper_speed_mbps>},
+    {"speeds_mbps", knows_ability<&able::speeds>},
+    {"vlan", knows_vlan},
 };
 
 template <std::size_t Count>
@@ -148,8 +206,8 @@ bool is_in(const std::string_view (&fields)[Count], std::string_view field) {
 bool is_unknown_field(const told_device& device, std::string_view field) {
   if (field.starts_with(kNeverToldBegin) || is_in(kNeverTold, field)) return true;
   if (is_in(kRates, field)) return !device.has_rates;
-  for (const auto& row : kToldByLinks)
-    if (row.field == field) return device.link == nullptr || !row.is_told(*device.link);
+  for (const auto& row : kPerhapsKnown)
+    if (row.field == field) return !row.is_known(device);
   const auto counter = counter_of(field);
   return counter && (device.if_index == 0 || !device.details.is_told_by_driver(device.if_index, *counter));
 }

@@ -10,8 +10,8 @@ namespace host {
 // A device of which a field may be told.
 struct told_device {
   if_index_t if_index = 0;
-  const kernel_link* link = nullptr;
-  bool has_rates = false;  // averages need a second reading
+  const interface* port = nullptr;  // in the model
+  bool has_rates = false;           // averages need a second reading
   device_details& details;
 };
 

@@ -1,0 +1,45 @@
+// The values of an interface, asked of the service that has them.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "messages/interface_values.h"
+#include "platform/mts.h"
+
+namespace host {
+
+// Owns the bytes of its values.
+class values_answer {
+ public:
+  values_answer(std::vector<std::byte> bytes, std::vector<interface_value> values)
+      : bytes_(std::move(bytes)), values_(std::move(values)) {}
+  values_answer(values_answer&&) = default;
+  values_answer& operator=(values_answer&&) = default;
+  values_answer(const values_answer&) = delete;
+  values_answer& operator=(const values_answer&) = delete;
+  ~values_answer() = default;
+
+  // In the order in which they were asked for.
+  std::span<const interface_value> values() const { return values_; }
+
+  // The value of a property, or null when the answer has none: no service knows the property, or only what is absent
+  // was asked for.
+  const interface_value* find(property of) const;
+
+ private:
+  std::vector<std::byte> bytes_;
+  std::vector<interface_value> values_;
+};
+
+// Asks for values of an interface, or only for those that are absent. Nothing when the service does not answer,
+// refuses, or does not know the interface, and when its answer is damaged, which is noted.
+std::optional<values_answer> ask_interface_values(mts_q_handle_t q, if_index_t if_index,
+                                                  std::span<const property> asked, bool only_absent);
+
+// Whether no value of any interface is absent for another reason than that there is none: displays then need not ask.
+// Nothing as above.
+std::optional<bool> ask_source_knows_all(mts_q_handle_t q);
+
+}  // namespace host

@@ -1,0 +1,14 @@
+// Where spanning tree lets ports forward.
+#pragma once
+
+#include <vector>
+
+#include "switch/model.h"
+
+namespace host {
+
+// The VLANs, ascending, in which a port forwards: those that it carries while it is up, unless spanning tree or an
+// error says otherwise.
+std::vector<uint16> forwarding_vlans(const interface& port);
+
+}  // namespace host
