@@ -173,6 +173,15 @@ TEST_F(ValuesService, RatesAreTheFiveMinutesOfTheRing) {
   EXPECT_EQ(value_of(names_.first_port, property::input_bits_per_second), kNotSupported);
 }
 
+TEST_F(ValuesService, RatesOfAPortThatCanBeRoutedAreThoseOfHalfAMinute) {
+  EXPECT_EQ(value_of(names_.routed_port, property::load_interval_seconds), "30");
+  EXPECT_EQ(value_of(names_.routed_port, property::input_bytes_per_second), "5001");
+  EXPECT_EQ(value_of(names_.routed_port, property::input_bits_per_second), "40008");
+  EXPECT_EQ(value_of(names_.routed_port, property::output_packets_per_second), "5004");
+  EXPECT_EQ(value_of(names_.loopback, property::load_interval_seconds), kNone);
+  EXPECT_EQ(value_of(names_.loopback, property::input_bytes_per_second), kNone);
+}
+
 TEST_F(ValuesService, LoadsAreParts) {
   interface& port = *the_machine().find(names_.first_port);
   port.stats.in_bytes_per_second = 62'500'000;
