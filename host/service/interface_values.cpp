@@ -350,16 +350,23 @@ struct rates {
 
 constexpr uint32 kRingSteps = 5;
 constexpr uint32 kRingSeconds = kRingSteps * ETH_RATE_SAMPLE_SECONDS;
-constexpr uint32 kManagementSeconds = 60;
 
-// Management ports have averages of their own; loopbacks have none; of all others displays show those of the ring.
-bool has_rates(const subject& it) { return it.kind() != IF_TYPE_LOOPBACK; }
-bool is_averaged_by_ring(const subject& it) { return it.kind() != IF_TYPE_MGMT; }
+// Over how many seconds displays average the traffic of an interface; 0 when they have no rates of it. Management ports
+// and ports that can be routed have averages of their own, others those of the ring.
+uint32 average_seconds(const subject& it) {
+  constexpr uint32 kHalfMinute = 30;
+  switch (it.kind()) {
+    case IF_TYPE_LOOPBACK: return 0;
+    case IF_TYPE_MGMT: return ETH_RATE_SAMPLE_SECONDS;
+    case IF_TYPE_ETHERNET_L3: return it.port.oper_mode == PM_PORT_MODE_IPS ? kRingSeconds : kHalfMinute;
+    default: return kRingSeconds;
+  }
+}
 
 template <bool kIsReceived>
 rates rates_of(const subject& it) {
   const statistics& stats = it.port.stats;
-  if (!is_averaged_by_ring(it))
+  if (average_seconds(it) != kRingSeconds)
     return kIsReceived ? rates{stats.in_bytes_per_second, stats.in_packets_per_second}
                        : rates{stats.out_bytes_per_second, stats.out_packets_per_second};
   if (!stats.rate_ring) return {};
@@ -373,15 +380,15 @@ rates rates_of(const subject& it) {
 }
 
 void read_load_interval(subject& it, property of, value_writer& to) {
-  if (has_rates(it))
-    to.number(of, is_averaged_by_ring(it) ? kRingSeconds : kManagementSeconds);
+  if (const uint32 seconds = average_seconds(it); seconds != 0)
+    to.number(of, seconds);
   else
     to.absent(of, absence::none);
 }
 
 template <bool kIsReceived, auto Rate, uint32 kFactor>
 void read_rate(subject& it, property of, value_writer& to) {
-  if (!has_rates(it)) return to.absent(of, absence::none);
+  if (average_seconds(it) == 0) return to.absent(of, absence::none);
   const counter rate = rates_of<kIsReceived>(it).*Rate;
   write_number(of, rate ? std::optional<uint64>(*rate * kFactor) : std::nullopt, to);
 }

@@ -173,6 +173,15 @@ TEST_F(ValuesService, RatesAreTheFiveMinutesOfTheRing) {
   EXPECT_EQ(value_of(names_.first_port, property::input_bits_per_second), kNotSupported);
 }
 
+TEST_F(ValuesService, RatesOfAPortThatCanBeRoutedAreThoseOfHalfAMinute) {
+  EXPECT_EQ(value_of(names_.routed_port, property::load_interval_seconds), "30");
+  EXPECT_EQ(value_of(names_.routed_port, property::input_bytes_per_second), "5001");
+  EXPECT_EQ(value_of(names_.routed_port, property::input_bits_per_second), "40008");
+  EXPECT_EQ(value_of(names_.routed_port, property::output_packets_per_second), "5004");
+  EXPECT_EQ(value_of(names_.loopback, property::load_interval_seconds), kNone);
+  EXPECT_EQ(value_of(names_.loopback, property::input_bytes_per_second), kNone);
+}
+
 TEST_F(ValuesService, LoadsAreParts) {
   interface& port = *the_machine().find(names_.first_port);
   port.stats.in_bytes_per_second = 62'500'000;
@@ -388,6 +397,47 @@ TEST_F(ValuesService, AnAnswerThatIsCutIsDamaged) {
   transport_forget_failures();
   EXPECT_TRUE(ask_interface_values(q_, names_.first_port, asked, false));
   EXPECT_TRUE(transport_failures().empty());
+}
+
+// Reads all of an answer's values by every accessor.
+void read_all(const values_answer& answer) {
+  for (const interface_value& value : answer.values()) {
+    written(value);
+    value.number();
+    value.membership();
+    value.why_absent();
+    value.entry(value.num_entries());
+  }
+}
+
+TEST_F(ValuesService, ARequestWithAnyByteIsAnsweredOrRejected) {
+  const bytes request = values_request_for(names_.first_port, std::array{property::vlan, property::members}, false);
+  for (std::size_t at = 0; at < request.size(); ++at)
+    for (int byte = 0; byte < 256; ++byte) {
+      bytes changed = request;
+      changed[at] = static_cast<std::byte>(byte);
+      const reply answer = serve_interface_values(VALUES_OPC_INTERFACE, changed);
+      if (answer.what == reply::kind::reject) continue;
+      ASSERT_GE(answer.payload.size(), sizeof(reply_head));
+      EXPECT_TRUE(read_values(std::span(answer.payload).subspan(sizeof(reply_head)))) << at << ": " << byte;
+    }
+}
+
+TEST_F(ValuesService, AnAnswerWithAnyByteIsReadOrRefused) {
+  the_machine().find(names_.first_port)->allowed_vlans = {10, 11, 20};
+  const std::array asked = {property::vlan, property::description, property::member_of, property::speeds_mbps};
+  const reply whole = serve_interface_values(VALUES_OPC_INTERFACE, values_request_for(names_.first_port, asked, false));
+  const service changing[] = {{SAP_INTERFACE_VALUES, "interface-values", serve_bytes}};
+  transport_register(changing);
+  bytes changed;
+  served_bytes = &changed;
+  for (std::size_t at = 0; at < whole.payload.size(); ++at)
+    for (const int byte : {0x00, 0x01, 0x7F, 0x80, 0xFF}) {
+      changed = whole.payload;
+      changed[at] = static_cast<std::byte>(byte);
+      if (const auto answer = ask_interface_values(q_, names_.first_port, asked, false)) read_all(*answer);
+    }
+  transport_forget_failures();
 }
 
 }  // namespace
