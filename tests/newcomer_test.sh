@@ -12,7 +12,7 @@ case "$first" in
 esac
 
 step "the structured form"
-"$run" -c "show interface | json" | jq -e '.schema_version == 1 and (.interfaces | length) > 90' >/dev/null ||
+"$run" -c "show interface | json" | jq -e '.schema_version == 2 and (.interfaces | length) > 90' >/dev/null ||
   fail "the structured form is no JSON, or too short"
 
 step "an interface that does not exist"

@@ -152,11 +152,11 @@ class program_output {
 };
 
 void report_value(const pmhost_output_t& to, if_index_t if_index, const cmd_tuple_t& tuple) {
-  const host::field* const meaning = host::find_field(tuple.id);
-  const std::string key(meaning == nullptr ? "" : meaning->name);
+  const host::binding* const bound = host::find_binding(tuple.id);
+  const std::string key(bound == nullptr ? std::string_view() : host::field_of(*bound).name);
   std::string text;
   if (tuple.value != nullptr) host::append_tuple_text(text, tuple, false, std::string::npos);
-  const pmhost_value_t value{if_index, tuple.id, meaning == nullptr ? nullptr : key.c_str(),
+  const pmhost_value_t value{if_index, tuple.id, bound == nullptr ? nullptr : key.c_str(),
                              tuple.value == nullptr ? nullptr : text.c_str(), tuple.value};
   const program_output printing;
   to.value(to.context, &value);
@@ -228,11 +228,7 @@ int run_with_output(pmhost_command_t& command, Work work) {
   host::output_settings settings = command.host->output;
   const host::display* const shown = display_of(command.command_id);
   const std::string text = "display " + std::to_string(command.command_id);
-  if (settings.structured && (shown == nullptr || shown->bit == host::kNoDisplay)) {
-    host::print_error(text + " has no structured form.");
-    return host::kUsage;
-  }
-  if (shown != nullptr) settings.shown = *shown;
+  settings.shown = shown != nullptr ? *shown : host::kSentences;
   settings.command = text;
   host::line_filters filters;
   host::transport_forget_failures();

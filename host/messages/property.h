@@ -283,19 +283,13 @@ enum class property : uint16 {
   rx_power_2,
   rx_power_1,
   rx_power_0,
-
-  // Messages of this process.
-  sent,
-  received,
-  dropped,
-  dropped_twice,
-  never_dropped,
-
-  // A port that refused a setting.
-  status,
-  text,
 };
 
-inline constexpr uint16 kNumProperties = static_cast<uint16>(property::text) + 1;
+inline constexpr uint16 kNumProperties = static_cast<uint16>(property::rx_power_0) + 1;
+
+// Counters, rates and loads, which not every user may see.
+constexpr bool is_of_traffic(property of) {
+  return of >= property::reliability_per_255 && of <= property::kernel_output_carrier_errors;
+}
 
 }  // namespace host

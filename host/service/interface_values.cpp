@@ -244,7 +244,14 @@ void read_delay(subject& it, property of, value_writer& to) {
 }
 
 // Of a trunk the configured one.
+// A link that is up has no reason.
+void read_state_reason(subject& it, property of, value_writer& to) {
+  if (it.port.state_reason == PM_REASON_NONE) return to.absent(of, absence::none);
+  to.number(of, it.port.state_reason);
+}
+
 void read_port_mode(subject& it, property of, value_writer& to) {
+  if (!is_trunk(it.port) && it.port.oper_mode == 0) return to.absent(of, absence::none);
   write_number(of, is_trunk(it.port) ? std::optional<uint64>(it.port.admin_mode) : widened(it.port.oper_mode), to);
 }
 
@@ -352,11 +359,13 @@ constexpr uint32 kRingSteps = 5;
 constexpr uint32 kRingSeconds = kRingSteps * ETH_RATE_SAMPLE_SECONDS;
 
 // Over how many seconds displays average the traffic of an interface; 0 when they have no rates of it. Management ports
-// and ports that can be routed have averages of their own, others those of the ring.
+// and ports that can be routed have averages of their own, others those of the ring; without a ring there are those of
+// the last minute.
 uint32 average_seconds(const subject& it) {
   constexpr uint32 kHalfMinute = 30;
+  if (it.kind() == IF_TYPE_LOOPBACK) return 0;
+  if (!it.port.stats.rate_ring) return ETH_RATE_SAMPLE_SECONDS;
   switch (it.kind()) {
-    case IF_TYPE_LOOPBACK: return 0;
     case IF_TYPE_MGMT: return ETH_RATE_SAMPLE_SECONDS;
     case IF_TYPE_ETHERNET_L3: return it.port.oper_mode == PM_PORT_MODE_IPS ? kRingSeconds : kHalfMinute;
     default: return kRingSeconds;
@@ -369,7 +378,6 @@ rates rates_of(const subject& it) {
   if (average_seconds(it) != kRingSeconds)
     return kIsReceived ? rates{stats.in_bytes_per_second, stats.in_packets_per_second}
                        : rates{stats.out_bytes_per_second, stats.out_packets_per_second};
-  if (!stats.rate_ring) return {};
   const auto& [samples, next] = *stats.rate_ring;
   const uint32 newest = next - 1;
   const rate_sample& now = samples[newest % samples.size()];
@@ -654,7 +662,7 @@ constexpr row kRows[] = {
     {property::prefix_length_bits, read_prefix_length},
 
     {property::state, own_number<&interface::oper_state>},
-    {property::state_reason, own_number<&interface::state_reason>, link_fault},
+    {property::state_reason, read_state_reason, link_fault},
     {property::last_link_flapped, read_link_change},
     {property::interface_resets, own_number<&interface::resets>},
 
@@ -863,8 +871,8 @@ constexpr row kRows[] = {
     {property::extended_id, read_extended_id, module},
 };
 
-// Properties that displays bind without asking: readings of transceivers, messages of a process, refused settings.
-constexpr property kFirstOfDisplays = property::temperature_c, kLastOfDisplays = property::text;
+// Properties that displays bind without asking: readings and constants of transceivers.
+constexpr property kFirstOfDisplays = property::temperature_c, kLastOfDisplays = property::rx_power_0;
 
 constexpr bool has_a_row_for_each() {
   uint16 next = 1;
@@ -878,6 +886,20 @@ static_assert(static_cast<uint16>(kLastOfDisplays) + 1 == kNumProperties);
 const row* row_of(property of) {
   const auto number = static_cast<std::size_t>(of);
   return number == 0 || number > std::size(kRows) ? nullptr : &kRows[number - 1];
+}
+
+// The errors that the record of a medium has: a management port has none, a loopback those of the IP stack.
+bool has_error_counter(const subject& it, property of) {
+  if (of < property::input_errors || of > property::output_cos7_lost) return true;
+  if (it.kind() == IF_TYPE_MGMT) return false;
+  if (it.kind() != IF_TYPE_LOOPBACK) return true;
+  constexpr property kOfLoopbacks[] = {
+      property::input_errors,       property::output_errors,     property::input_discards,
+      property::output_discards,    property::input_crc_errors,  property::input_overruns,
+      property::output_underruns,   property::input_fifo_errors, property::collisions,
+      property::output_fifo_errors, property::input_compressed,  property::carrier_errors,
+      property::bad_protocol_drops};
+  return std::find(std::begin(kOfLoopbacks), std::end(kOfLoopbacks), of) != std::end(kOfLoopbacks);
 }
 
 // ---- The service ----------------------------------------------------------------------------------------------------
@@ -912,7 +934,10 @@ reply answer_values(std::span<const std::byte> bytes) {
     const row* const found = row_of(of);
     if (found == nullptr) continue;
     const std::size_t begin = answer.payload.size();
-    found->read(it, of, to);
+    if (has_error_counter(it, of))
+      found->read(it, of, to);
+    else
+      to.absent(of, absence::none);
     value_head head;
     std::memcpy(&head, answer.payload.data() + begin, sizeof head);
     if (request.only_absent != 0 && head.kind != value_kind::absent)

@@ -27,7 +27,7 @@ bool is_trunk(const interface& port) { return port.oper_mode == PM_PORT_MODE_TRU
 // The VLAN that exists because a port has it for access or as native; 0: none.
 uint16 used_vlan(const interface& port) {
   if (port.layer != 2) return 0;
-  return is_trunk(port) ? port.native_vlan : port.access_vlan;
+  return (is_trunk(port) ? port.native_vlan : port.access_vlan).value_or(0);
 }
 
 std::string usual_name(uint16 id) {

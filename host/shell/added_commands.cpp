@@ -15,7 +15,7 @@
 #include "pmsh/commands.h"
 #include "shell/commands.h"
 #include "shell/library.h"
-#include "shell/output/schema.h"
+#include "shell/output/schema/schema.h"
 #include "shell/views.h"
 #include "shell/words.h"
 
@@ -177,15 +177,15 @@ struct field_form {
 };
 
 const field_form kForms[] = {
-    {PMSH_TEXT, field_type::string, {CMD_TYPE_STRING}},
-    {PMSH_NUMBER, field_type::number, {CMD_TYPE_UINT32, CMD_TYPE_UINT64, CMD_TYPE_ENUM, CMD_TYPE_HEX32}},
+    {PMSH_TEXT, field_type::text, {CMD_TYPE_STRING}},
+    {PMSH_NUMBER, field_type::integer, {CMD_TYPE_UINT32, CMD_TYPE_UINT64, CMD_TYPE_ENUM, CMD_TYPE_HEX32}},
     {PMSH_DECIMAL, field_type::decimal, {CMD_TYPE_FLOAT}},
     {PMSH_MAC, field_type::mac, {CMD_TYPE_MAC}},
     {PMSH_IPV4, field_type::ipv4, {CMD_TYPE_IPV4}},
     {PMSH_INTERFACE, field_type::interface_name, {CMD_TYPE_IF_INDEX}},
 };
 
-field read_field(const table_reader& reader, const pmsh_field_t& row) {
+added_field read_field(const table_reader& reader, const pmsh_field_t& row) {
   const std::string_view key = row.key;
   if (!is_of(key, kKeyLetters)) reader.refuse("the key " + quoted(key) + " is not in lower case with underscores");
   const auto* const form = std::find_if(std::begin(kForms), std::end(kForms),
@@ -194,32 +194,33 @@ field read_field(const table_reader& reader, const pmsh_field_t& row) {
   const auto code = static_cast<uint8>(row.tuple >> 24);
   if (std::find(form->codes.begin(), form->codes.end(), code) == form->codes.end())
     reader.refuse("the type code of the tuple id of " + quoted(key) + " does not fit its type");
-  field read{static_cast<uint16>(row.tuple), row.key, form->form};
-  read.component = static_cast<uint8>(row.tuple >> 16);
-  if (row.unit != nullptr) read.unit = read_text(reader, row.unit, "unit");
-  if (row.help != nullptr) read.help = read_text(reader, row.help, "help of a field");
+  added_field read{row.tuple, {property::none, row.key, form->form}};
+  if (row.unit != nullptr) read.described.unit = read_text(reader, row.unit, "unit");
+  if (row.help != nullptr) read.described.description = read_text(reader, row.help, "help of a field");
   return read;
 }
 
-std::vector<field> read_fields(const table_reader& reader, const pmsh_field_t* rows) {
-  std::vector<field> fields;
+std::vector<added_field> read_fields(const table_reader& reader, const pmsh_field_t* rows) {
+  std::vector<added_field> fields;
   for (std::size_t i = 0; rows != nullptr && rows[i].key != nullptr; ++i) {
     if (i == kMostRows) reader.refuse("its list of fields has no end");
     fields.push_back(read_field(reader, rows[i]));
-    const bool contradicts = std::any_of(fields.begin(), fields.end(), [&](const field& other) {
-      return other.name == fields.back().name && other.type != fields.back().type;
+    const bool contradicts = std::any_of(fields.begin(), fields.end(), [&](const added_field& other) {
+      const field& last = fields.back().described;
+      return other.described.name == last.name && other.described.type != last.type;
     });
-    if (contradicts) reader.refuse("the field " + quoted(fields.back().name) + " has two types");
+    if (contradicts) reader.refuse("the field " + quoted(fields.back().described.name) + " has two types");
   }
   if (fields.empty()) reader.refuse("its display has no fields");
   return fields;
 }
 
 // Members that every document has.
-constexpr std::string_view kOfDocuments[] = {"schema_version", "command", "time", "interfaces", "messages"};
+constexpr std::string_view kOfDocuments[] = {"schema_version", "display",  "command",  "time",
+                                             "interfaces",     "messages", "exit_code"};
 
 display read_display(const table_reader& reader, const pmsh_command_t& entry, bool is_about_interfaces) {
-  if (entry.display == nullptr) return {kNoDisplay, {}};
+  if (entry.display == nullptr) return kSentences;
   const std::string_view name = entry.display;
   if (!is_of(name, kKeyLetters) || name.starts_with("value_"))
     reader.refuse("the name of its display " + quoted(name) + " is not in lower case with underscores");
@@ -230,6 +231,7 @@ display read_display(const table_reader& reader, const pmsh_command_t& entry, bo
   std::string error;
   const display_bit bit = add_display(read_fields(reader, entry.fields), error);
   if (bit == kNoDisplay) reader.refuse(error);
+  if ((entry.flags & PMSH_LIST) != 0) return {bit, {}, name, false, false, name, true};
   return {bit, is_about_interfaces ? std::string_view() : name, name};
 }
 
@@ -301,6 +303,7 @@ void add_new_command(const table_reader& reader, const pmsh_command_t& entry, st
                   (other == owners().end() ? std::string(", of the shell") : ", of " + other->second.file));
   }
   const bool is_about_interfaces = num_ranges(syntax) != 0;
+  if (is_about_interfaces && (entry.flags & PMSH_LIST) != 0) reader.refuse("PMSH_LIST is for commands without RANGE");
   if (num_ranges(syntax) > 1) reader.refuse("it takes more than one RANGE");
   if (!is_about_interfaces && (entry.kinds != 0 || entry.header != nullptr))
     reader.refuse("it has kinds or a header, but takes no RANGE");
@@ -320,12 +323,15 @@ void add_new_command(const table_reader& reader, const pmsh_command_t& entry, st
 void add_entry(table_reader& reader, const pmsh_command_t& entry) {
   read_words_with_help(reader, entry.word_helps);
   const std::string_view words = read_syntax(reader, entry);
-  if (entry.flags > (PMSH_REPLACES | PMSH_STRUCTURED_ONLY)) reader.refuse("its flags are not known");
+  if (entry.flags > (PMSH_REPLACES | PMSH_STRUCTURED_ONLY | PMSH_LIST)) reader.refuse("its flags are not known");
   const command_handler handler = reader.find_handler(read_text(reader, entry.handler, "handler").data());
   name_added_handler(handler, std::string(entry.handler) + " of " + reader.library.file());
+  const bool has_list = (entry.flags & PMSH_LIST) != 0;
+  if (has_list && (entry.flags != PMSH_LIST || entry.display == nullptr))
+    reader.refuse("PMSH_LIST needs a display, and no other flag");
   if ((entry.flags & PMSH_REPLACES) != 0)
     replace_kinds(reader, entry, words, handler);
-  else if (entry.flags != 0)
+  else if (entry.flags != 0 && !has_list)
     reader.refuse("PMSH_STRUCTURED_ONLY needs PMSH_REPLACES");
   else
     add_new_command(reader, entry, words, handler);

@@ -5,7 +5,7 @@
 
 #include "platform/cmd_channel.h"
 #include "shell/output/command_output.h"
-#include "shell/output/schema.h"
+#include "shell/output/schema/schema.h"
 #include "shell/shell.h"
 #include "switch/clock.h"
 #include "transport/transport.h"

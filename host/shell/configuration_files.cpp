@@ -7,12 +7,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <sstream>
 #include <string>
 
 #include "base/write_all.h"
 #include "shell/commands.h"
 #include "shell/interface_kinds.h"
 #include "shell/output/command_output.h"
+#include "shell/output/schema/schema.h"
 #include "shell/print_error.h"
 #include "shell/running_config.h"
 #include "shell/selection.h"
@@ -26,23 +28,35 @@ namespace {
 constexpr uint32 kNoDisplayId = 0;
 constexpr std::string_view kStartupConfig = "startup-config";
 
-// The text of the interfaces that were named, or of all that the user may see.
-struct configuration {
-  int code = kDone;
-  std::string text;
-};
-
-configuration configuration_of(const invocation& run) {
+// The interfaces that were named, or all that the user may see.
+selection select_configured(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
-  const selection chosen = run.line.spans.empty() ? select_every(run.session, parameters)
-                                                  : select_named(run.session, parameters, run.line.spans);
+  selection chosen = run.line.spans.empty() ? select_every(run.session, parameters)
+                                            : select_named(run.session, parameters, run.line.spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
-  if (chosen.code != kDone) return {chosen.code, {}};
+  return chosen;
+}
+
+std::string configuration_text(const invocation& run, const selection& chosen) {
   const bool is_whole = run.line.spans.empty();
-  return {kDone, running_config(
-                     the_machine(), chosen.interfaces,
-                     is_whole ? std::span<const if_index_t>(the_machine().deleted) : std::span<const if_index_t>())};
+  return running_config(the_machine(), chosen.interfaces,
+                        is_whole ? std::span<const if_index_t>(the_machine().deleted) : std::span<const if_index_t>());
+}
+
+// A record for each command of each interface.
+void record_commands(command_output& output, const selection& chosen) {
+  for (const if_index_t if_index : chosen.interfaces) {
+    const interface* const port = the_machine().find(if_index);
+    char name[64];
+    std::istringstream lines(port != nullptr ? settings_of(*port) : std::string());
+    for (std::string line; std::getline(lines, line);) {
+      output.begin_interface(sprintf_if_index(name, if_index));
+      const std::string command(trim(line));
+      output.bind({uint32{CMD_TYPE_STRING} << 24 | kTagCommand, command.c_str()});
+      output.end_interface();
+    }
+  }
 }
 
 // Whoever reads the file sees all of the text or what was there before. Returns an errno, 0 when it is written.
@@ -86,9 +100,13 @@ bool is_comment(std::string_view text) { return text.empty() || text.front() == 
 }  // namespace
 
 int show_running_config(const invocation& run) {
-  const configuration found = configuration_of(run);
-  run.output.text(found.text);
-  return found.code;
+  const selection chosen = select_configured(run);
+  if (chosen.code != kDone) return chosen.code;
+  if (run.output.is_structured())
+    record_commands(run.output, chosen);
+  else
+    run.output.text(configuration_text(run, chosen));
+  return kDone;
 }
 
 int copy_running_config(const invocation& run) {
@@ -98,10 +116,10 @@ int copy_running_config(const invocation& run) {
     run.output.complain("there is no place for the startup-config: neither XDG_STATE_HOME nor HOME is set.");
     return kUsage;
   }
-  const configuration found = configuration_of(run);
-  if (found.code != kDone) return found.code;
+  const selection chosen = select_configured(run);
+  if (chosen.code != kDone) return chosen.code;
   if (is_startup) make_directories_of(path);
-  if (const int error = write_file(path, found.text); error != 0) {
+  if (const int error = write_file(path, configuration_text(run, chosen)); error != 0) {
     run.output.complain("cannot write '" + path + "': " + std::strerror(error) + ".");
     return kUsage;
   }

@@ -487,6 +487,15 @@ bool is_in_text(std::string_view line, shell_mode mode) {
 
 }  // namespace
 
+bool asks_for_document(std::string_view line) {
+  const std::vector<word_token> parts = split_pipes(line);
+  return std::any_of(parts.begin() + 1, parts.end(), [](const word_token& part) {
+    const std::string_view text = trim(part.text);
+    const pipe_word* const word = text.empty() ? nullptr : find_pipe(text.substr(0, text.find_first_of(" \t")));
+    return word != nullptr && word->kind == pipe_kind::json;
+  });
+}
+
 std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode) {
   const std::vector<word_token> parts = split_pipes(line);
   const std::vector<word_token> words = split_words(parts[0].text);

@@ -152,6 +152,9 @@ struct command_line {
 // Parses a line that was typed in a mode. On an error `error` is one line that says what to do next.
 std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode = kExecMode);
 
+// Whether one of the pipes of a line is "| json", also when the line cannot be parsed.
+bool asks_for_document(std::string_view line);
+
 struct suggestion {
   std::string word;
   std::string help;

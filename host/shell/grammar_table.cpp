@@ -12,33 +12,34 @@
 namespace host {
 namespace {
 
-constexpr display kDetailed = {kDetailedDisplay, {}, "detailed"};
-constexpr display kBrief = {kBriefDisplay, {}, "brief"};
-constexpr display kStatus = {kStatusDisplay, {}, "status"};
-constexpr display kErrorStatus = {kErrorStatusDisplay, {}, "error_status"};
-constexpr display kDescription = {kDescriptionDisplay, {}, "description"};
-constexpr display kMacAddress = {kMacAddressDisplay, {}, "mac_address"};
-constexpr display kIfIndex = {kIfIndexDisplay, {}, "ifindex"};
-constexpr display kDebounce = {kDebounceDisplay, {}, "debounce"};
-constexpr display kCapabilities = {kCapabilityDisplay, {}, "capabilities"};
-constexpr display kCounters = {kCountersDisplay, {}, "counters"};
-constexpr display kRates = {kRatesDisplay, {}, "rates"};
-constexpr display kDetailedCounters = {kDetailedCountersDisplay, {}, "detailed_counters"};
-constexpr display kAllCounters = {kAllCountersDisplay, {}, "all_counters"};
-constexpr display kErrorCounters = {kErrorCountersDisplay, {}, "error_counters"};
-constexpr display kTrunkCounters = {kTrunkCountersDisplay, {}, "trunk_counters"};
-constexpr display kStormControl = {kStormControlDisplay, {}, "storm_control"};
-constexpr display kFlowControl = {kFlowControlDisplay, {}, "flow_control"};
+constexpr display kDetailed = {kDetailedDisplay, {}, "detailed", false, true};
+constexpr display kBrief = {kBriefDisplay, {}, "brief", false, true};
+constexpr display kStatus = {kStatusDisplay, {}, "status", false, true};
+constexpr display kErrorStatus = {kErrorStatusDisplay, {}, "error_status", false, true};
+constexpr display kDescription = {kDescriptionDisplay, {}, "description", false, true};
+constexpr display kMacAddress = {kMacAddressDisplay, {}, "mac_address", false, true};
+constexpr display kIfIndex = {kIfIndexDisplay, {}, "ifindex", false, true};
+constexpr display kDebounce = {kDebounceDisplay, {}, "debounce", false, true};
+constexpr display kCapabilities = {kCapabilityDisplay, {}, "capabilities", false, true};
+constexpr display kCounters = {kCountersDisplay, {}, "counters", false, true};
+constexpr display kRates = {kRatesDisplay, {}, "rates", false, true};
+constexpr display kDetailedCounters = {kDetailedCountersDisplay, {}, "detailed_counters", false, true};
+constexpr display kAllCounters = {kAllCountersDisplay, {}, "all_counters", false, true};
+constexpr display kErrorCounters = {kErrorCountersDisplay, {}, "error_counters", false, true};
+constexpr display kTrunkCounters = {kTrunkCountersDisplay, {}, "trunk_counters", false, true};
+constexpr display kStormControl = {kStormControlDisplay, {}, "storm_control", false, true};
+constexpr display kFlowControl = {kFlowControlDisplay, {}, "flow_control", false, true};
 constexpr display kTransport = {kTransportDisplay, "transport", "transport"};
-constexpr display kTransceiver = {kTransceiverDisplay, {}, "transceiver", true};
-constexpr display kTransceiverDetails = {kTransceiverDetailsDisplay, {}, "transceiver_details", true};
-constexpr display kCalibration = {kCalibrationDisplay, {}, "transceiver_calibrations", true};
-constexpr display kTrunk = {kTrunkDisplay, {}, "trunk"};
-constexpr display kTrunkDetail = {kSwitchportDisplay, {}, "trunk_detail"};
-constexpr display kAllowedVlans = {kAllowedVlansDisplay, {}, "trunk_allowed"};
-constexpr display kForwardingVlans = {kForwardingVlansDisplay, {}, "trunk_forwarding"};
-constexpr display kText = {kNoDisplay, {}};
-constexpr display kMarkedText = {kNoDisplay, {}, {}, true};
+constexpr display kTransceiver = {kTransceiverDisplay, {}, "transceiver", true, true};
+constexpr display kTransceiverDetails = {kTransceiverDetailsDisplay, {}, "transceiver_details", true, true};
+constexpr display kCalibration = {kCalibrationDisplay, {}, "transceiver_calibrations", true, true};
+constexpr display kTrunk = {kTrunkDisplay, {}, "trunk", false, true};
+constexpr display kTrunkDetail = {kSwitchportDisplay, {}, "trunk_detail", false, true};
+constexpr display kAllowedVlans = {kAllowedVlansDisplay, {}, "trunk_allowed", false, true};
+constexpr display kForwardingVlans = {kForwardingVlansDisplay, {}, "trunk_forwarding", false, true};
+constexpr display kText = kSentences;
+constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
+constexpr display kRunningConfig = {kRunningConfigDisplay, {}, "running_config", false, false, "commands"};
 
 // clang-format off
 constexpr command kGeneralCommands[] = {
@@ -75,11 +76,11 @@ constexpr command kGeneralCommands[] = {
     {"show interface [RANGE] trunk detail", "Trunks in detail", show_interface, kTrunkDetail, DISPLAY_TRUNK_DETAIL},
     {"show interface [RANGE] trunk detail module MODULE", "The same of the ports of a module", show_interface, kTrunkDetail, DISPLAY_TRUNK_DETAIL_OF_MODULE},
     {"show interface [RANGE] trunk detail native-vlan VLANS", "The same of those with such a native VLAN", show_interface, kTrunkDetail, DISPLAY_TRUNK_DETAIL_OF_VLANS},
-    {"show transceiver", "The transceivers of all Fibre-Channel and Ethernet ports", show_transceivers, kMarkedText},
-    {"show transceiver details", "The same with the limits of their values", show_transceivers_details, kMarkedText},
-    {"show transceiver calibrations", "Their calibration constants", show_transceivers_calibrations, kText},
+    {"show transceiver", "The transceivers of all Fibre-Channel and Ethernet ports", show_transceivers, kTransceiver},
+    {"show transceiver details", "The same with the limits of their values", show_transceivers_details, kTransceiverDetails},
+    {"show transceiver calibrations", "Their calibration constants", show_transceivers_calibrations, kCalibration},
     {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kText},
-    {"show kernel-map", "Which device of the kernel an interface is", show_kernel_map, kText},
+    {"show kernel-map", "Which device of the kernel an interface is", show_kernel_map, kKernelMap},
     {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kText},
     {"clear counters", "Clear the counters of all interfaces", clear_all, kText},
     {"clear counters all", "The same", clear_all, kText},
@@ -90,8 +91,8 @@ constexpr command kGeneralCommands[] = {
     {"clear counters in-band", "Those of the in-band interface, when the user may", clear_inband, kText},
     {"clear counters mgmt PORT", "Those of a management port", clear_management, kText},
     {"clock advance SECONDS", "Move the shell's clock on, and the traffic with it", advance_clock, kText},
-    {"show running-config", "The commands that make the settings of all interfaces", show_running_config, kText},
-    {"show running-config interface RANGE", "Those of some interfaces", show_running_config, kText},
+    {"show running-config", "The commands that make the settings of all interfaces", show_running_config, kRunningConfig},
+    {"show running-config interface RANGE", "Those of some interfaces", show_running_config, kRunningConfig},
     {"copy running-config startup-config", "Keep the settings under the name of the switch", copy_running_config, kText},
     {"copy running-config FILE", "Write the settings to a file", copy_running_config, kText},
     {"configure [terminal]", "Go to the configuration", configure, kText, 0, kExecMode},

@@ -1,19 +1,16 @@
-// docs/schema.json: the JSON Schema of the structured form, from the schema table.
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/stringbuffer.h>
-
+// docs/schema.json: the JSON Schema of the structured form, from the tables of fields and displays.
 #include <algorithm>
 #include <vector>
 
 #include "shell/grammar.h"
-#include "shell/output/schema.h"
+#include "shell/output/json_writer.h"
+#include "shell/output/rendering.h"
+#include "shell/output/schema/schema.h"
 #include "shell/output/traffic_readings.h"
 #include "shell/published.h"
 
 namespace host {
 namespace {
-
-using json_writer = rapidjson::PrettyWriter<rapidjson::StringBuffer>;
 
 // A definition that fields refer to. Its name begins with "value_", which no display's does.
 struct value_definition {
@@ -30,10 +27,22 @@ constexpr value_definition kValues[] = {
     {"value_mac", R"({"type": ["string", "null"], "pattern": "^[0-9a-f]{4}[.][0-9a-f]{4}[.][0-9a-f]{4}$"})"},
     {"value_ipv4", R"({"type": ["string", "null"], "pattern": "^[0-9]+[.][0-9]+[.][0-9]+[.][0-9]+$"})"},
     {"value_hexadecimal", R"({"type": ["string", "null"], "pattern": "^0x[0-9a-f]+$"})"},
-    {"value_time", R"({"type": "string", "pattern": "^[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z$"})"},
+    {"value_time",
+     R"({"type": ["string", "null"], "pattern": "^[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z$"})"},
+    {"value_numbers", R"({"type": ["array", "null"], "items": {"type": "integer"}})"},
+    {"value_words", R"({"type": ["array", "null"], "items": {"type": "string"}})"},
+    {"value_vlans", R"({"type": ["string", "null"], "pattern": "^([0-9]+(-[0-9]+)?(,[0-9]+(-[0-9]+)?)*)?$"})"},
+    {"value_membership", R"({"type": ["object", "null"], "properties": {)"
+                         R"("mode": {"enum": ["access", "trunk", "routed", null]}, )"
+                         R"("access": {"type": ["integer", "null"]}, )"
+                         R"("native": {"type": ["integer", "null"]}, )"
+                         R"("allowed": {"$ref": "#/$defs/value_vlans"}}, )"
+                         R"("required": ["mode", "access", "native", "allowed"]})"},
+    {"value_absent",
+     R"({"type": "object", "additionalProperties": {"enum": ["not supported", "no permission", "service failed"]}})"},
 };
 
-// Name of the definition for a field.
+// Name of the definition for a field; none for an enumeration, which lists its own words.
 std::string_view value_of(const field& described) {
   switch (described.type) {
     case field_type::interface_name:
@@ -41,62 +50,92 @@ std::string_view value_of(const field& described) {
     case field_type::mac: return "value_mac";
     case field_type::ipv4: return "value_ipv4";
     case field_type::hexadecimal: return "value_hexadecimal";
-    case field_type::number:
-    case field_type::number_or_auto:
-    case field_type::number_from_text: return "value_integer";
-    case field_type::decimal:
-    case field_type::decimal_from_text: return "value_number";
-    case field_type::enumeration:
-    case field_type::string: break;
+    case field_type::integer:
+    case field_type::integer_or_auto: return "value_integer";
+    case field_type::decimal: return "value_number";
+    case field_type::numbers: return "value_numbers";
+    case field_type::words:
+    case field_type::interfaces: return "value_words";
+    case field_type::vlans: return "value_vlans";
+    case field_type::membership: return "value_membership";
+    case field_type::time: return "value_time";
+    case field_type::enumeration: return {};
+    case field_type::text: break;
   }
   return "value_text";
 }
 
-void write(json_writer& json, std::string_view text) {
-  json.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
-}
-
 void write(json_writer& json, std::string_view key, std::string_view text) {
-  json.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
-  write(json, text);
+  json.key(key);
+  json.text(text);
 }
 
 void write_raw(json_writer& json, std::string_view key, std::string_view schema) {
-  json.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
-  json.RawValue(schema.data(), schema.size(), rapidjson::kObjectType);
+  json.key(key);
+  json.digits(schema);
 }
 
 std::string reference_to(std::string_view definition) {
   return "{\"$ref\": \"#/$defs/" + std::string(definition) + "\"}";
 }
 
-// An object whose properties, all of them and no other, `describe` writes; it returns their names.
+// An object whose properties `describe` writes; it returns the names of those that are always there. Readers must
+// accept others.
 template <typename Describe>
 void write_object(json_writer& json, Describe describe) {
-  json.StartObject();
+  json.begin_object();
   write(json, "type", "object");
-  json.Key("properties");
-  json.StartObject();
+  json.key("properties");
+  json.begin_object();
   const std::vector<std::string_view> names = describe();
-  json.EndObject();
-  json.Key("required");
-  json.StartArray();
-  for (const std::string_view name : names) write(json, name);
-  json.EndArray();
-  json.Key("additionalProperties");
-  json.Bool(false);
-  json.EndObject();
+  json.end_object();
+  json.key("required");
+  json.begin_array();
+  for (const std::string_view name : names) json.text(name);
+  json.end_array();
+  json.end_object();
+}
+
+// The words of an enumeration. A value without a word is its number, as a text.
+void write_words(json_writer& json, enum_words words) {
+  constexpr std::string_view kMarks[] = {"high alarm", "high warning", "low warning", "low alarm"};
+  json.key("anyOf");
+  json.begin_array();
+  json.begin_object();
+  json.key("enum");
+  json.begin_array();
+  if (words == enum_words::mark)
+    for (const std::string_view word : kMarks) json.text(word);
+  else
+    for (const std::string& word : all_words(words)) json.text(word);
+  json.null();
+  json.end_array();
+  json.end_object();
+  json.digits(R"({"type": "string", "pattern": "^[0-9]+$"})");
+  json.end_array();
+}
+
+void write_field(json_writer& json, const field& described) {
+  json.key(described.name);
+  json.begin_object();
+  if (described.type == field_type::enumeration)
+    write_words(json, described.words);
+  else
+    write(json, "$ref", "#/$defs/" + std::string(value_of(described)));
+  write(json, "title", described.title);
+  write(json, "description", described.description);
+  if (!described.unit.empty()) write(json, "unit", described.unit);
+  json.end_object();
 }
 
 // Records of interfaces that a show command makes: with "watch" they have one member more.
-bool may_have_rates(const display& shown) { return shown.section.empty() && shown.bit != kSettingDisplay; }
+bool may_have_rates(const display& shown) { return shown.has_values; }
 
 void write_rates(json_writer& json) {
-  constexpr std::string_view kAbsent = R"({"type": "null"})";
-  json.StartObject();
-  json.Key("anyOf");
-  json.StartArray();
-  json.RawValue(kAbsent.data(), kAbsent.size(), rapidjson::kObjectType);
+  json.begin_object();
+  json.key("anyOf");
+  json.begin_array();
+  json.digits(R"({"type": "null"})");
   write_object(json, [&] {
     std::vector<std::string_view> names;
     for (const rate_field& rate : kRateFields) {
@@ -105,18 +144,20 @@ void write_rates(json_writer& json) {
     }
     return names;
   });
-  json.EndArray();
-  json.EndObject();
+  json.end_array();
+  json.end_object();
 }
 
 void write_record(json_writer& json, const display& shown) {
   write_object(json, [&] {
     std::vector<std::string_view> names;
-    for (const field& described : schema()) {
-      if ((described.displays & shown.bit) == 0) continue;
-      if (std::find(names.begin(), names.end(), described.name) != names.end()) continue;
-      names.push_back(described.name);
-      write_raw(json, described.name, reference_to(value_of(described)));
+    for (const uint16 row : rows_of(shown.bit)) {
+      names.push_back(all_fields()[row].name);
+      write_field(json, all_fields()[row]);
+    }
+    if (shown.has_values) {
+      names.emplace_back("absent");
+      write_raw(json, "absent", reference_to("value_absent"));
     }
     if (may_have_rates(shown)) write_raw(json, "rates", reference_to("value_rates"));  // only when it is watched
     return names;
@@ -126,42 +167,40 @@ void write_record(json_writer& json, const display& shown) {
 void write_message(json_writer& json) {
   write_object(json, [&] {
     write_raw(json, "interface", reference_to("value_interface_or_null"));
+    write_raw(json, "severity", R"({"enum": ["info", "error"]})");
     write_raw(json, "text", R"({"type": "string"})");
-    return std::vector<std::string_view>{"interface", "text"};
+    return std::vector<std::string_view>{"interface", "severity", "text"};
   });
 }
 
-// A list of what `write_item` writes. A display with a section of its own has no records of interfaces.
+// A list of what `write_item` writes.
 template <typename WriteItem>
-void write_list(json_writer& json, const char* name, bool is_always_empty, WriteItem write_item) {
-  json.Key(name);
-  json.StartObject();
+void write_list(json_writer& json, std::string_view name, WriteItem write_item) {
+  json.key(name);
+  json.begin_object();
   write(json, "type", "array");
-  if (is_always_empty) {
-    json.Key("maxItems");
-    json.Int(0);
-  } else {
-    json.Key("items");
-    write_item();
-  }
-  json.EndObject();
+  json.key("items");
+  write_item();
+  json.end_object();
 }
 
 void write_document(json_writer& json, const display& shown) {
-  const bool has_section = !shown.section.empty();
   write_object(json, [&] {
-    std::vector<std::string_view> names = {"schema_version", "command", "time", "interfaces", "messages"};
-    write_raw(json, "schema_version", "{\"enum\": [" + std::to_string(kSchemaVersion) + "]}");
+    std::vector<std::string_view> names = {"schema_version", "display", "command", "time"};
+    write_raw(json, "schema_version", "{\"const\": " + std::to_string(kSchemaVersion) + "}");
+    write_raw(json, "display", "{\"const\": \"" + std::string(shown.name) + "\"}");
     write_raw(json, "command", R"({"type": "string"})");
     write_raw(json, "time", reference_to("value_time"));
-    write_list(json, "interfaces", has_section, [&] { write_record(json, shown); });
-    write_list(json, "messages", false, [&] {
-      const std::string message = reference_to("value_message");
-      json.RawValue(message.data(), message.size(), rapidjson::kObjectType);
-    });
-    if (!has_section) return names;
+    if (shown.section.empty() && !shown.list.empty()) {
+      names.push_back(shown.list);
+      write_list(json, shown.list, [&] { write_record(json, shown); });
+    }
+    names.insert(names.end(), {"messages", "exit_code"});
+    write_list(json, "messages", [&] { json.digits(reference_to("value_message")); });
+    write_raw(json, "exit_code", R"({"type": "integer"})");
+    if (shown.section.empty()) return names;
     names.push_back(shown.section);
-    json.Key(shown.section.data(), static_cast<rapidjson::SizeType>(shown.section.size()));
+    json.key(shown.section);
     write_record(json, shown);
     return names;
   });
@@ -171,8 +210,7 @@ std::vector<display> displays_of_commands() {
   std::vector<display> displays;
   for (const command& entry : all_commands()) {
     const auto is_same = [&entry](const display& known) { return known.bit == entry.shown.bit; };
-    if (entry.shown.bit != kNoDisplay && std::none_of(displays.begin(), displays.end(), is_same))
-      displays.push_back(entry.shown);
+    if (std::none_of(displays.begin(), displays.end(), is_same)) displays.push_back(entry.shown);
   }
   return displays;
 }
@@ -181,36 +219,36 @@ std::vector<display> displays_of_commands() {
 
 std::string json_schema() {
   const std::vector<display> displays = displays_of_commands();
-  rapidjson::StringBuffer buffer;
-  json_writer json(buffer);
-  json.SetIndent(' ', 2);
-  json.SetFormatOptions(rapidjson::kFormatSingleLineArray);
-  json.StartObject();
+  std::string text;
+  json_writer json(text, 1);
+  json.begin_object();
   write(json, "$schema", "https://json-schema.org/draft/2020-12/schema");
+  write(json, "$id", "urn:pmsh:documents:" + std::to_string(kSchemaVersion));
   write(json, "title", "What pmsh writes for '| json'");
-  write(json, "description",
-        "One document for each command. A record has every field of its display; null: the value is absent. A watched "
-        "command writes one for each reading, on a line, with rates in its records. Made from the shell's schema "
-        "table: pmsh --print-json-schema");
-  json.Key("anyOf");
-  std::string alternatives;
-  for (const display& shown : displays) alternatives += (alternatives.empty() ? "" : ", ") + reference_to(shown.name);
-  alternatives = "[" + alternatives + "]";
-  json.RawValue(alternatives.data(), alternatives.size(), rapidjson::kArrayType);
-  json.Key("$defs");
-  json.StartObject();
+  write(
+      json, "description",
+      "One document for each command; 'display' names its definition. A record has every field of its display; null: "
+      "the value is not known or not there, and 'absent' gives the reason where it is known. A watched command writes "
+      "a document for each reading, on a line, with rates in its records. Readers must accept keys that they do not "
+      "know. Made from the shell's tables: pmsh --print-json-schema");
+  json.key("anyOf");
+  json.begin_array();
+  for (const display& shown : displays) json.digits(reference_to(shown.name));
+  json.end_array();
+  json.key("$defs");
+  json.begin_object();
   for (const value_definition& value : kValues) write_raw(json, value.name, value.schema);
-  json.Key("value_rates");
+  json.key("value_rates");
   write_rates(json);
-  json.Key("value_message");
+  json.key("value_message");
   write_message(json);
   for (const display& shown : displays) {
-    json.Key(shown.name.data(), static_cast<rapidjson::SizeType>(shown.name.size()));
+    json.key(shown.name);
     write_document(json, shown);
   }
-  json.EndObject();
-  json.EndObject();
-  return std::string(buffer.GetString(), buffer.GetSize()) + "\n";
+  json.end_object();
+  json.end_object();
+  return text + "\n";
 }
 
 }  // namespace host

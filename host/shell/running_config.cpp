@@ -202,8 +202,9 @@ constexpr setting_in_words kSettings[] = {
 };
 // clang-format on
 
-// The lines of one interface.
-std::string lines_of(const interface& it) {
+}  // namespace
+
+std::string settings_of(const interface& it) {
   std::string lines;
   if (it.is_edge) lines += "  switchport host\n";
   for (const setting_in_words& row : kSettings) {
@@ -214,18 +215,16 @@ std::string lines_of(const interface& it) {
   return lines;
 }
 
-}  // namespace
-
 std::string running_config(const machine& of, std::span<const if_index_t> interfaces,
                            std::span<const if_index_t> deleted) {
   std::string text = "! Settings of " + of.name + "\nconfigure\n";
   if (!deleted.empty()) text += "no interface " + range_text(deleted) + "\n";
   for (std::size_t first = 0; first < interfaces.size();) {
     const interface* const it = of.find(interfaces[first]);
-    const std::string lines = it != nullptr ? lines_of(*it) : std::string();
+    const std::string lines = it != nullptr ? settings_of(*it) : std::string();
     const bool is_created = it != nullptr && it->is_created;
     const auto is_like_first = [&](const interface* other) {
-      return other != nullptr && other->is_created == is_created && lines_of(*other) == lines;
+      return other != nullptr && other->is_created == is_created && settings_of(*other) == lines;
     };
     std::size_t end = first + 1;
     while (end < interfaces.size() && is_next(interfaces[end - 1], interfaces[end]) &&

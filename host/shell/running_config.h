@@ -14,4 +14,7 @@ namespace host {
 std::string running_config(const machine& of, std::span<const if_index_t> interfaces,
                            std::span<const if_index_t> deleted = {});
 
+// The commands that make the settings of one interface, one on each line, indented.
+std::string settings_of(const interface& port);
+
 }  // namespace host

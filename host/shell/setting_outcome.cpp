@@ -4,7 +4,7 @@
 
 #include "platform/syserr.h"
 #include "shell/output/command_output.h"
-#include "shell/output/schema.h"
+#include "shell/output/schema/schema.h"
 #include "shell/shell.h"
 #include "switch/port_status.h"
 

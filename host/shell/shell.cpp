@@ -31,18 +31,17 @@ bool terminal_can_page() {
 }
 
 // What is the same wherever the output goes.
-void set_display(output_settings& settings, const command_line& line) {
+void set_display(output_settings& settings, const shell& session, const command_line& line) {
   settings.shown = line.what->shown;
   settings.command = line.text;
+  settings.hides_traffic = session.who != nullptr && !session.who->sees_counters;
   settings.is_cancelled = was_interrupted;
 }
 
 output_settings settings_for(const shell& session, const command_line& line) {
   output_settings settings = session.output == nullptr ? output_settings() : *session.output;
-  set_display(settings, line);
+  set_display(settings, session, line);
   if (session.output != nullptr) {
-    // What has no structured form is text, unless the line asks for it.
-    settings.structured &= line.what->shown.bit != kNoDisplay;
     settings.structured |= has_stage(line, pipe_kind::json);
     return settings;
   }
@@ -65,26 +64,28 @@ constexpr const char* text_of(request_fault fault) {
   return "failed";
 }
 
-int run_command(shell& session, const command_line& line) {
+// A line that does not run: the error on standard error, and in a document when one was asked for.
+int refuse_line(const shell& session, std::string_view line, std::string_view error) {
+  print_error(error);
+  const bool is_structured = asks_for_document(line) || (session.output != nullptr && session.output->structured);
+  if (!is_structured) return kUsage;
+  const std::string document = document_of_error(line, error, kUsage);
+  if (session.output != nullptr && session.output->sink) return session.output->sink(document), kUsage;
+  const int code = print_text(document);
+  return code == kDone ? int{kUsage} : code;
+}
+
+int run_command(shell& session, const command_line& line, std::string_view written) {
   line_filters filters;
   for (const pipe_stage& stage : line.pipes) {
-    if (const auto fault = filters.add(stage)) {
-      print_error("bad expression '" + stage.expression + "': " + *fault +
-                  ". Quote it, and put '\\' before special signs.");
-      return kUsage;
-    }
+    if (const auto fault = filters.add(stage))
+      return refuse_line(
+          session, written,
+          "bad expression '" + stage.expression + "': " + *fault + ". Quote it, and put '\\' before special signs.");
   }
   const output_settings settings = settings_for(session, line);
-  if (settings.structured && line.what->shown.bit == kNoDisplay) {
-    print_error("'" + line.text + "' has no structured form" +
-                (has_stage(line, pipe_kind::json) ? ". Leave '| json' away."
-                                                  : ", which a watch into a pipe needs. Watch it at a terminal."));
-    return kUsage;
-  }
-  if (line.every && session.output != nullptr) {
-    print_error("'watch' needs the shell. Repeat the command that it is to show.");
-    return kUsage;
-  }
+  if (line.every && session.output != nullptr)
+    return refuse_line(session, written, "'watch' needs the shell. Repeat the command that it is to show.");
   if (line.every) return watch(session, line, settings);
   the_source().refresh(the_machine());
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
@@ -96,6 +97,7 @@ int run_command(shell& session, const command_line& line) {
     command_output output(settings, filters);
     result = line.what->run({line, session, output});
     result = report_failed_requests(output, result);
+    output.set_exit_code(was_interrupted() ? int{kInterrupted} : result);
     write_error = output.finish();
   }
   if (was_interrupted()) return kInterrupted;
@@ -134,11 +136,8 @@ int run_line(shell& session, std::string_view line) {
   }
   std::string error;
   const auto parsed = parse_command(line, error, session.mode);
-  if (!parsed) {
-    print_error(error);
-    return kUsage;
-  }
-  return parsed->what == nullptr ? kDone : run_command(session, *parsed);
+  if (!parsed) return refuse_line(session, trim(line), error);
+  return parsed->what == nullptr ? kDone : run_command(session, *parsed, trim(line));
 }
 
 std::string prompt_of(const shell& session) {

@@ -4,6 +4,7 @@
 #include "shell/commands.h"
 #include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
+#include "shell/output/schema/schema.h"
 #include "shell/parameters.h"
 #include "shell/shell.h"
 #include "shell/views.h"
@@ -63,6 +64,13 @@ int show_kernel_map(const invocation& run) {
   }
   constexpr std::size_t kWidth = 18;
   for (const kernel_device& it : *devices) {
+    if (run.output.is_structured()) {
+      char name[64];
+      run.output.begin_interface(sprintf_if_index(name, it.if_index), it.if_index);
+      run.output.bind({uint32{CMD_TYPE_STRING} << 24 | kTagMapDevice, it.name.c_str()});
+      run.output.end_interface();
+      continue;
+    }
     const std::size_t blanks = std::max(kWidth, it.name.size() + 2) - it.name.size();
     run.output.text(it.name + std::string(blanks, ' ') + range_text({&it.if_index, 1}) + "\n");
   }

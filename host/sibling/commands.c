@@ -20,6 +20,14 @@ static const pmsh_word_t kWords[] = {
     {NULL, NULL},
 };
 
+static const pmsh_field_t kVlans[] = {
+    {"vlan_id", SIBLING_VLAN_ID, PMSH_NUMBER, NULL, "Number of the VLAN"},
+    {"vlan_name", SIBLING_VLAN_NAME, PMSH_TEXT, NULL, "Name of the VLAN"},
+    {"vlan_status", SIBLING_VLAN_STATUS, PMSH_TEXT, NULL, "Whether the VLAN is active or shut"},
+    {"vlan_kind", SIBLING_VLAN_KIND, PMSH_TEXT, NULL, "Kind of the VLAN"},
+    {NULL, 0, PMSH_TEXT, NULL, NULL},
+};
+
 #define REPLACE(written, function, kinds_of_it, more_flags) \
   { .words = written, .handler = function, .kinds = kinds_of_it, .flags = PMSH_REPLACES | more_flags }
 
@@ -31,6 +39,9 @@ const pmsh_command_t pmsh_commands[] = {
         .words = "show vlan",
         .help = "The VLANs of the switch",
         .handler = "sibling_show_vlans",
+        .display = "vlans",
+        .fields = kVlans,
+        .flags = PMSH_LIST,
     },
     {
         .words = "show interface [RANGE] trunk errored",

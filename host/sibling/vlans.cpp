@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr uint32 kNumber = CMD_TYPE_UINT32 << 24;  // without a tag
-
 struct kind_text {
   uint32 kind;
   const char* text;
@@ -37,17 +35,17 @@ void show_row(cmd_rx_handle_t* rx, const vlan_info_resp_t& vlan) {
   const uint32 id = vlan.vdc_vlan.vlan_id;
   char name[VLAN_NAME_BYTES + 1] = {};
   std::memcpy(name, vlan.vlan_name, VLAN_NAME_BYTES);
-  cmd_prt(rx, "%-6.6s", cmd_tuple(kNumber, &id));
-  cmd_prt(rx, "%-34.34s", cmd_tuple(0, name));
-  cmd_prt(rx, "%-9.9s", cmd_tuple(0, vlan.shut_state == kShut ? "shut" : "active"));
-  cmd_prt(rx, "%s\n", cmd_tuple(0, text_of_kind(vlan.vtype)));
+  cmd_prt(rx, "%-6.6s", cmd_tuple(SIBLING_VLAN_ID, &id));
+  cmd_prt(rx, "%-34.34s", cmd_tuple(SIBLING_VLAN_NAME, name));
+  cmd_prt(rx, "%-9.9s", cmd_tuple(SIBLING_VLAN_STATUS, vlan.shut_state == kShut ? "shut" : "active"));
+  cmd_prt(rx, "%s\n", cmd_tuple(SIBLING_VLAN_KIND, text_of_kind(vlan.vtype)));
 }
 
 void show_vlans(cmd_rx_handle_t* rx) {
   vlan_info_resp_t* records = nullptr;
   uint32 count = 0;
   if (vlan_get_all_vlans(&records, &count) != 0) {
-    cmd_prt(rx, "VLANs unknown\n");
+    std::puts("VLANs unknown");
     return;
   }
   cmd_prt(rx, "VLAN  Name                              Status   Kind\n");

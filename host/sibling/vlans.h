@@ -10,6 +10,14 @@
 extern "C" {
 #endif
 
+/* Tuple ids of a row. */
+enum {
+  SIBLING_VLAN_ID = 0x14800001,
+  SIBLING_VLAN_NAME = 0x30800002,
+  SIBLING_VLAN_STATUS = 0x30800003,
+  SIBLING_VLAN_KIND = 0x30800004
+};
+
 /* Show handler: a row for each VLAN that the VLAN manager knows, on the command's queue. Returns 0. */
 uint32 sibling_show_vlans(paraminfo_t* param);
 

@@ -53,7 +53,6 @@ std::unique_ptr<switch_source>& owned_source() {
 
 void switch_source::refresh(machine&) {}
 void switch_source::complete(interface&, detail) {}
-bool switch_source::is_unknown(if_index_t, std::string_view) { return false; }
 bool switch_source::knows_all_fields() const { return true; }
 bool switch_source::update_statistics(interface&, uint32) { return true; }
 void switch_source::clear_counters(interface&, uint32) {}

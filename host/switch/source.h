@@ -46,11 +46,7 @@ class switch_source {
   // Completes a detail of an interface that was left out. A second call changes nothing.
   virtual void complete(interface& port, detail needed);
 
-  // Whether the source cannot supply a field of an interface, by the field's name in the structured form; with
-  // interface 0, whether that may be so for some interface.
-  virtual bool is_unknown(if_index_t if_index, std::string_view field);
-
-  // Whether is_unknown() is false whatever it is asked: displays then do not ask.
+  // Whether the model has every value of every interface: displays then do not ask which are absent.
   virtual bool knows_all_fields() const;
 
   // ---- Statistics

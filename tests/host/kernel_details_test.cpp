@@ -465,62 +465,6 @@ TEST_F(KernelRecording, CountersThatADriverTellsAreInTheRecord) {
   EXPECT_EQ(statistics_of(kSwp2).mac.errors.symbol_err, 0U);
 }
 
-// ---- What nobody tells ----------------------------------------------------------------------------------------------
-
-bool is_unknown(uint32 device, std::string_view field) { return the_source().is_unknown(port_of(device), field); }
-
-TEST_F(KernelRecording, WhatADriverDoesNotCountIsUnknown) {
-  read();
-  EXPECT_FALSE(is_unknown(kSwp1, "symbol_errors"));
-  EXPECT_FALSE(is_unknown(kSwp1, "giants"));
-  EXPECT_FALSE(is_unknown(kSwp1, "giant_errors"));
-  EXPECT_FALSE(is_unknown(kSwp1, "input_pause_frames"));
-  EXPECT_TRUE(is_unknown(kSwp1, "deferred"));
-  EXPECT_TRUE(is_unknown(kSwp2, "symbol_errors"));
-  EXPECT_TRUE(is_unknown(kVeth0, "symbol_errors"));
-  EXPECT_TRUE(is_unknown(kVeth0, "output_packets_65_to_127_bytes"));
-  EXPECT_TRUE(the_source().is_unknown(0, "symbol_errors"));
-}
-
-TEST_F(KernelRecording, WhatNoDeviceHasIsUnknownOfAll) {
-  read();
-  for (const char* const field : {"delay_usec", "debounce_msec", "last_link_flapped", "output_cos3_lost",
-                                  "layer3_input_routed_bytes", "unicast_level_percent"}) {
-    EXPECT_TRUE(is_unknown(kSwp1, field)) << field;
-    EXPECT_TRUE(the_source().is_unknown(0, field)) << field;
-  }
-}
-
-TEST_F(KernelRecording, WhatEveryDeviceTellsIsKnown) {
-  read();
-  for (const char* const field : {"input_bytes", "input_packets", "output_errors", "input_discards", "collision_errors",
-                                  "lost_carrier_errors", "state", "description", "input_multicast_packets"}) {
-    EXPECT_FALSE(is_unknown(kVeth0, field)) << field;
-    EXPECT_FALSE(the_source().is_unknown(0, field)) << field;
-  }
-}
-
-TEST_F(KernelRecording, ASpeedIsKnownWhereOneIsTold) {
-  read();
-  EXPECT_FALSE(is_unknown(kSwp3, "speed_mbps"));
-  EXPECT_FALSE(is_unknown(kSwp3, "bandwidth_kbps"));
-  EXPECT_FALSE(is_unknown(kSwp3, "duplex"));
-  EXPECT_TRUE(the_source().is_unknown(numbered_index(IF_TYPE_LOOPBACK, 0), "speed_mbps"));
-  EXPECT_TRUE(the_source().is_unknown(numbered_index(IF_TYPE_LOOPBACK, 0), "duplex"));
-  EXPECT_FALSE(is_unknown(kSwp3, "mtu_bytes"));
-}
-
-TEST_F(KernelRecording, RatesAreKnownFromTheSecondReadingOn) {
-  const stopped_clock at(1'800'000'000);
-  read();
-  statistics_of(kSwp6);
-  EXPECT_TRUE(is_unknown(kSwp6, "input_rate_pps"));
-  clock_advance(10);
-  statistics_of(kSwp6);
-  EXPECT_FALSE(is_unknown(kSwp6, "input_rate_pps"));
-  EXPECT_TRUE(the_source().is_unknown(0, "input_rate_pps"));
-}
-
 // ---- Values that are absent -----------------------------------------------------------------------------------------
 
 // Of the properties asked for, those that are absent, and why.
@@ -536,6 +480,58 @@ std::map<property, absence> absent_of(if_index_t if_index, const std::vector<pro
   for (const interface_value& value : values.value_or(std::vector<interface_value>{}))
     absent[value.of] = value.why_absent();
   return absent;
+}
+
+bool is_unknown(uint32 device, property of) {
+  const auto absent = absent_of(port_of(device), {of});
+  return absent.contains(of) && absent.at(of) == absence::not_supported;
+}
+
+TEST_F(KernelRecording, WhatADriverDoesNotCountIsUnknown) {
+  read();
+  EXPECT_FALSE(is_unknown(kSwp1, property::symbol_errors));
+  EXPECT_FALSE(is_unknown(kSwp1, property::giants));
+  EXPECT_FALSE(is_unknown(kSwp1, property::input_pause_frames));
+  EXPECT_TRUE(is_unknown(kSwp1, property::deferred));
+  EXPECT_TRUE(is_unknown(kSwp2, property::symbol_errors));
+  EXPECT_TRUE(is_unknown(kVeth0, property::symbol_errors));
+  EXPECT_TRUE(is_unknown(kVeth0, property::output_packets_65_to_127_bytes));
+}
+
+TEST_F(KernelRecording, WhatNoDeviceHasIsUnknownOfAll) {
+  read();
+  for (const property of :
+       {property::delay_usec, property::debounce_msec, property::last_link_flapped, property::output_cos3_lost,
+        property::layer3_input_routed_bytes, property::unicast_level_percent}) {
+    EXPECT_TRUE(is_unknown(kSwp1, of)) << static_cast<int>(of);
+  }
+}
+
+TEST_F(KernelRecording, WhatEveryDeviceReportsIsKnown) {
+  read();
+  for (const property of : {property::input_bytes, property::input_packets, property::output_errors,
+                            property::input_discards, property::collisions, property::lost_carrier_errors,
+                            property::state, property::description, property::input_multicast_packets}) {
+    EXPECT_FALSE(is_unknown(kVeth0, of)) << static_cast<int>(of);
+  }
+}
+
+TEST_F(KernelRecording, ASpeedIsKnownWhereTheDeviceHasOne) {
+  read();
+  EXPECT_FALSE(is_unknown(kSwp3, property::speed_mbps));
+  EXPECT_FALSE(is_unknown(kSwp3, property::bandwidth_kbps));
+  EXPECT_FALSE(is_unknown(kSwp3, property::duplex));
+  EXPECT_FALSE(is_unknown(kSwp3, property::mtu_bytes));
+}
+
+TEST_F(KernelRecording, RatesAreKnownFromTheSecondReadingOn) {
+  const stopped_clock at(1'800'000'000);
+  read();
+  statistics_of(kSwp6);
+  EXPECT_TRUE(is_unknown(kSwp6, property::input_packets_per_second));
+  clock_advance(10);
+  statistics_of(kSwp6);
+  EXPECT_FALSE(is_unknown(kSwp6, property::input_packets_per_second));
 }
 
 void expect_not_supported(uint32 device, const std::vector<property>& expected) {
@@ -588,8 +584,8 @@ TEST_F(KernelRecording, WhatEveryDeviceReportsIsPresent) {
   read();
   for (const uint32 device : {uint32{kSwp1}, uint32{kSwp3}, uint32{kVeth0}})
     expect_present(
-        device, {property::interface, property::device, property::ifindex, property::state, property::state_reason,
-                 property::mtu_bytes, property::input_packets, property::input_multicast_packets, property::input_bytes,
+        device, {property::interface, property::device, property::ifindex, property::state, property::mtu_bytes,
+                 property::input_packets, property::input_multicast_packets, property::input_bytes,
                  property::output_packets, property::output_bytes, property::input_errors, property::output_errors,
                  property::input_discards, property::collisions, property::carrier_errors, property::input_compressed,
                  property::input_fifo_errors, property::reliability_per_255});
@@ -651,13 +647,12 @@ TEST_F(KernelRecording, SpeedAndDuplexAreKnownWhereTheKernelReportsThem) {
 
 TEST_F(KernelRecording, LoadsAreKnownOnceTheyAreMeasured) {
   const std::vector<property> measured = {property::rx_load_per_255, property::tx_load_per_255,
-                                          property::input_megabytes_per_second};
+                                          property::input_megabytes_per_second, property::input_bytes_per_second};
   const stopped_clock at(1'800'000'000);
   read();
   expect_not_supported(kSwp3, measured);
   clock_advance(10);
   expect_present(kSwp3, measured);
-  expect_not_supported(kSwp3, {property::input_bytes_per_second});
 }
 
 TEST_F(KernelRecording, CountersOfADriverAreKnownWhereItHasThem) {
@@ -929,9 +924,9 @@ TEST_F(KernelRecording, AKernelWithoutEthtoolIsAskedForSpeedsByIoctl) {
   EXPECT_EQ(device(kSwp1).capabilities.speeds, CRDCFG_SPEED_100M | CRDCFG_SPEED_1G | CRDCFG_SPEED_AUTO);
   EXPECT_EQ(device(kSwp1).admin_flow_control, 0x0002);
   EXPECT_EQ(device(kSwp2).oper_speed_mbps, std::nullopt);
-  EXPECT_TRUE(is_unknown(kSwp2, "speed_mbps"));
-  EXPECT_TRUE(is_unknown(kSwp2, "duplex"));
-  EXPECT_FALSE(is_unknown(kSwp1, "speed_mbps"));
+  EXPECT_TRUE(is_unknown(kSwp2, property::speed_mbps));
+  EXPECT_TRUE(is_unknown(kSwp2, property::duplex));
+  EXPECT_FALSE(is_unknown(kSwp1, property::speed_mbps));
 }
 
 TEST_F(KernelRecording, TheModelOfAPortIsItsDriver) {

@@ -39,11 +39,7 @@ TEST_F(Source, LeavesTheModelAsItStands) {
   EXPECT_FALSE(the_source().counts_at_refresh());
 }
 
-TEST_F(Source, KnowsEverything) {
-  EXPECT_TRUE(the_source().knows_all_fields());
-  EXPECT_FALSE(the_source().is_unknown(0, "mtu_bytes"));
-  EXPECT_FALSE(the_source().is_unknown(names_.first_port, "mtu_bytes"));
-}
+TEST_F(Source, KnowsEverything) { EXPECT_TRUE(the_source().knows_all_fields()); }
 
 TEST_F(Source, TakesEverySettingAndLeavesMembersToTheServices) {
   EXPECT_EQ(the_source().apply_settings(port(names_.first_port), {}), 0U);

@@ -4,13 +4,15 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <memory>
+#include <cstring>
 
+#include "messages/interface_values.h"
 #include "platform/cmd_channel.h"
+#include "service/answers.h"
 #include "session/captured_command.h"
 #include "shell/output/rendering.h"
 #include "switch/if_index_layout.h"
-#include "switch/source.h"
+#include "transport/transport.h"
 
 namespace session {
 namespace {
@@ -50,18 +52,32 @@ TEST(Placeholders, OtherPercentSignsAreLiteral) {
   EXPECT_EQ(command.finish(), "UcastSupp %      McastSupp %\n100%, %d %5.s %--3s %% 7%\n");
 }
 
-// Lacks the MTU of Ethernet1/10.
-struct source_without_mtu : host::switch_source {
-  bool is_unknown(if_index_t if_index, std::string_view field) override {
-    return field == "mtu_bytes" && (if_index == kEthernet1_10 || if_index == 0);
+// Ethernet1/10 of this switch has an MTU that is not known.
+host::reply serve_no_mtu(mts_opc_t opcode, std::span<const std::byte> request) {
+  host::reply answer;
+  const auto head = [&](uint32 count) { host::append_bytes(answer, host::reply_head{0, count}); };
+  if (opcode == host::VALUES_OPC_SOURCE) {
+    head(1);
+    host::append_bytes(answer, host::source_answer{0});
+    return answer;
   }
-  bool knows_all_fields() const override { return false; }
-};
+  host::values_request asked;
+  std::memcpy(&asked, request.data(), sizeof asked);
+  EXPECT_EQ(asked.only_absent, 1);
+  head(asked.if_index == kEthernet1_10 ? 1 : 0);
+  if (asked.if_index == kEthernet1_10)
+    host::value_writer(answer.payload).absent(host::property::mtu_bytes, host::absence::not_supported);
+  return answer;
+}
 
-TEST(Placeholders, WhatNobodyKnowsIsADash) {
+constexpr host::service kNoMtu[] = {{host::SAP_INTERFACE_VALUES, "interface-values", serve_no_mtu}};
+
+TEST(Placeholders, AValueThatIsNotKnownIsADash) {
   const uint32 number = 1500;
-  host::set_source(std::make_unique<source_without_mtu>());
-  captured_command command;
+  host::transport_register(kNoMtu);
+  host::output_settings settings;
+  settings.shown = {host::kDetailedDisplay, {}, "detailed", false, true};
+  captured_command command(settings);
   const auto row = [&](if_index_t if_index) {
     command.output().begin_interface("a port", if_index);
     cmd_prt(command.channel(), "[%8s|%-6s|%s]\n", cmd_tuple(0x142A0278, &number), cmd_tuple(0x142A0278, &number),
@@ -72,7 +88,6 @@ TEST(Placeholders, WhatNobodyKnowsIsADash) {
   row(kEthernet1_10 + 0x1000);
   row(0);
   EXPECT_EQ(command.finish(), "[      --|--    |1500]\n[    1500|1500  |1500]\n[    1500|1500  |1500]\n");
-  host::set_source();
 }
 
 TEST(Placeholders, SixteenTuplesOfOneCallKeepTheirValues) {

@@ -84,8 +84,7 @@ TEST(Pipes, MistakesAreNamed) {
   EXPECT_NE(error_of("show transport | includ (").find("bad expression '('"), std::string::npos);
   EXPECT_NE(error_of("show transport | include").find("needs an expression"), std::string::npos);
   EXPECT_NE(error_of("show transport | jsn").find("did you mean 'json'?"), std::string::npos);
-  EXPECT_NE(error_of("show transport | count | json").find("must be the first"), std::string::npos);
-  EXPECT_NE(error_of("help | json").find("no structured form"), std::string::npos);
+  EXPECT_NE(run_command("show transport | count | json").err.find("must be the first"), std::string::npos);
 }
 
 TEST(Options, SeveralCommandsRunAndTheFirstFailureIsTheExitCode) {

@@ -1,15 +1,18 @@
 // The structured form, record by record.
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdio>
+
 #include "platform/cmd_channel.h"
 #include "session/captured_command.h"
 #include "session/json.h"
-#include "shell/output/schema.h"
+#include "shell/output/schema/schema.h"
 
 namespace session {
 namespace {
 
-constexpr host::display kDetailed = {host::kDetailedDisplay, {}};
+constexpr host::display kDetailed = {host::kDetailedDisplay, {}, "detailed"};
 
 host::output_settings structured() {
   host::output_settings settings;
@@ -37,10 +40,11 @@ TEST(Document, EveryFieldOfTheDisplayIsListedAndNullWhenItIsNotBound) {
   const auto& record = document["interfaces"][0];
 
   EXPECT_STREQ(record["interface"].GetString(), "Ethernet1/1");
-  for (const host::field& field : host::schema()) {
-    if ((field.displays & host::kDetailedDisplay) == 0 || field.name == "interface") continue;
-    ASSERT_TRUE(record.HasMember(field.name.data())) << field.name;
-    EXPECT_TRUE(record[field.name.data()].IsNull()) << field.name;
+  for (const uint16 row : host::rows_of(host::kDetailedDisplay)) {
+    const std::string name(host::all_fields()[row].name);
+    if (name == "interface") continue;
+    ASSERT_TRUE(record.HasMember(name.c_str())) << name;
+    EXPECT_TRUE(record[name.c_str()].IsNull()) << name;
   }
 }
 
@@ -62,7 +66,7 @@ TEST(Document, ValuesHaveTheTypeOfTheirField) {
 
   EXPECT_EQ(record["speed_mbps"].GetUint(), 1000U);
   EXPECT_STREQ(record["state"].GetString(), "down");
-  EXPECT_EQ(record["input_rate_bps"].GetUint64(), rate);
+  EXPECT_EQ(record["input_bits_per_second"].GetUint64(), rate);
   EXPECT_EQ(record["reliability_per_255"].GetUint(), 255U);
   EXPECT_EQ(document["messages"].Size(), 0U);
 }
@@ -115,23 +119,143 @@ TEST(Document, ValuesOfOneRecordDoNotReachTheNext) {
   EXPECT_TRUE(document["interfaces"][1]["mtu_bytes"].IsNull());
 }
 
-TEST(Schema, NamesNumbersWithUnitsAndNoTagTwice) {
-  for (const host::field& field : host::schema()) {
-    EXPECT_EQ(host::find_field(uint32{field.component} << 16 | field.tag), &field) << field.name;
-    for (const char letter : field.name)
-      EXPECT_TRUE((letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9') || letter == '_') << field.name;
-  }
-  EXPECT_EQ(host::find_field(0x142A0003), nullptr);
-  EXPECT_EQ(host::find_field(0xFFFF), nullptr);
+TEST(Document, DecimalsKeepTheDigitsThatAreShown) {
+  const host::display shown = {host::kTransceiverDisplay, {}, "transceiver"};
+  host::output_settings settings = structured();
+  settings.shown = shown;
+  captured_command command(settings);
+  command.output().begin_interface("Ethernet1/1");
+  cmd_float_t celsius{};
+  celsius.fval = -2.97F;
+  celsius.u.ti = {.whole = -2, .decimal = 97, .nb_decimals = 2};
+  cmd_prt(command.channel(), "%s\n", cmd_tuple(0x452A0020, &celsius));
+  command.output().end_interface();
+  EXPECT_NE(command.finish().find("\"temperature_c\":-2.97,"), std::string::npos);
 }
 
-TEST(Schema, SameFieldHasOneTypeInADisplay) {
-  for (const host::field& one : host::schema()) {
-    for (const host::field& other : host::schema()) {
-      if (one.name != other.name || (one.displays & other.displays) == 0) continue;
-      const auto is_number = [](host::field_type type) { return type >= host::field_type::number; };
-      EXPECT_EQ(is_number(one.type), is_number(other.type)) << one.name;
-    }
+TEST(Document, LinesOfTheChannelAreLayoutWhereTheServiceHasTheValues) {
+  host::output_settings settings = structured();
+  settings.shown.has_values = true;
+  captured_command command(settings);
+  command.output().begin_interface("Ethernet1/1");
+  cmd_prt(command.channel(), "  Encapsulation ARPA\n");
+  std::puts("stats unavailable");
+  command.output().end_interface();
+  rapidjson::Document document;
+  document.Parse(command.finish().c_str());
+
+  ASSERT_EQ(document["messages"].Size(), 1U);
+  EXPECT_STREQ(document["messages"][0]["text"].GetString(), "stats unavailable");
+}
+
+// ---- Values of the service.
+
+class FilledRecord : public testing::Test {
+ protected:
+  // The record of a document that bound an MTU and was filled with these values.
+  rapidjson::Document filled(std::vector<host::interface_value> values) {
+    host::display shown = kDetailed;
+    shown.has_values = true;
+    host::document document(shown, "show interface");
+    document.begin_record("Ethernet1/1");
+    const uint32 mtu = 9000;
+    document.bind({0x142A0278, &mtu});
+    document.fill(values);
+    document.end_record();
+    document.end(0);
+    rapidjson::Document parsed;
+    parsed.Parse(document.ready().c_str());
+    EXPECT_FALSE(parsed.HasParseError()) << document.ready();
+    return parsed;
+  }
+
+  std::vector<std::byte> bytes_;
+  host::value_writer to_{bytes_};
+};
+
+TEST_F(FilledRecord, ValuesThatNoLineBoundComeFromTheService) {
+  constexpr std::array<if_index_t, 2> kMembers = {0x08000000, 0x08001000};
+  to_.number(host::property::mtu_bytes, 1500);
+  to_.number(host::property::input_packets, 18446744073709551614U);
+  to_.text(host::property::encapsulation, "ARPA");
+  to_.interfaces(host::property::members, kMembers);
+  to_.time(host::property::last_link_flapped, 1'700'000'000);
+  const auto document = filled(*host::read_values(bytes_));
+  const auto& record = document["interfaces"][0];
+
+  EXPECT_EQ(record["mtu_bytes"].GetUint(), 9000U);  // what the text shows
+  EXPECT_EQ(record["input_packets"].GetUint64(), 18446744073709551614U);
+  EXPECT_STREQ(record["encapsulation"].GetString(), "ARPA");
+  EXPECT_EQ(record["members"].Size(), 2U);
+  EXPECT_STREQ(record["members"][0].GetString(), "Ethernet1/1");
+  EXPECT_STREQ(record["last_link_flapped"].GetString(), "2023-11-14T22:13:20Z");
+  EXPECT_TRUE(record["absent"].ObjectEmpty());
+}
+
+TEST_F(FilledRecord, AnAbsentValueIsNullAndItsReasonIsGiven) {
+  to_.absent(host::property::mtu_bytes, host::absence::not_supported);
+  to_.absent(host::property::description, host::absence::none);
+  to_.absent(host::property::input_errors, host::absence::no_permission);
+  const auto document = filled(*host::read_values(bytes_));
+  const auto& record = document["interfaces"][0];
+
+  for (const char* const key : {"mtu_bytes", "description", "input_errors"}) EXPECT_TRUE(record[key].IsNull()) << key;
+  ASSERT_EQ(record["absent"].MemberCount(), 2U);
+  EXPECT_STREQ(record["absent"]["mtu_bytes"].GetString(), "not supported");
+  EXPECT_STREQ(record["absent"]["input_errors"].GetString(), "no permission");
+}
+
+TEST_F(FilledRecord, AValueOfAnotherKindThanItsFieldIsLeftOut) {
+  to_.text(host::property::input_packets, "many");
+  to_.number(host::property::description, 7);
+  to_.decimal(host::property::input_bytes, "1.5");
+  const auto document = filled(*host::read_values(bytes_));
+  for (const char* const key : {"input_packets", "description", "input_bytes"})
+    EXPECT_TRUE(document["interfaces"][0][key].IsNull()) << key;
+}
+
+TEST(Document, WhatAFailedServiceLeavesOutHasThatReason) {
+  host::display shown = kDetailed;
+  shown.has_values = true;
+  host::document document(shown, "show interface");
+  document.begin_record("Ethernet1/1");
+  const uint32 mtu = 9000;
+  document.bind({0x142A0278, &mtu});
+  document.fill_failed();
+  document.end_record();
+  document.end(2);
+  rapidjson::Document parsed;
+  parsed.Parse(document.ready().c_str());
+  const auto& record = parsed["interfaces"][0];
+
+  EXPECT_EQ(record["mtu_bytes"].GetUint(), 9000U);
+  EXPECT_TRUE(record["input_packets"].IsNull());
+  EXPECT_STREQ(record["absent"]["input_packets"].GetString(), "service failed");
+  EXPECT_FALSE(record["absent"].HasMember("mtu_bytes"));
+  EXPECT_EQ(parsed["exit_code"].GetInt(), 2);
+}
+
+TEST(Schema, KeysAreLowerCaseAndEveryTagHasAField) {
+  for (const host::field& field : host::all_fields()) {
+    for (const char letter : field.name)
+      EXPECT_TRUE((letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9') || letter == '_') << field.name;
+    EXPECT_FALSE(field.title.empty()) << field.name;
+    EXPECT_FALSE(field.description.empty()) << field.name;
+  }
+  for (const host::binding& bound : host::own_bindings())
+    EXPECT_EQ(host::find_binding(uint32{bound.component} << 16 | bound.tag), &bound) << bound.tag;
+  EXPECT_EQ(host::find_binding(0x142A0003), nullptr);
+  EXPECT_EQ(host::find_binding(0xFFFF), nullptr);
+}
+
+// "..._bits_per_second", "..._bytes_per_second", "..._packets_per_second" and whole megabytes.
+TEST(Schema, RatesAreNamedByOneRule) {
+  for (const host::field& field : host::all_fields()) {
+    const std::string_view name = field.name;
+    EXPECT_FALSE(name.ends_with("_bps") || name.ends_with("_pps") || name.ends_with("_per_sec")) << name;
+    if (!name.ends_with("_per_second")) continue;
+    const std::string_view unit = name.substr(0, name.size() - std::string_view("_per_second").size());
+    EXPECT_TRUE(unit.ends_with("_bits") || unit.ends_with("bytes") || unit.ends_with("_packets")) << name;
   }
 }
 

@@ -256,8 +256,8 @@ TEST(StructuredTables, BriefHasNumbersWithUnits) {
   EXPECT_EQ(up["speed_mbps"].GetUint(), 1000U);
   EXPECT_EQ(up["mtu_bytes"].GetUint(), 1500U);
   EXPECT_TRUE(up["ip_address"].IsNull());
-  EXPECT_TRUE(down["state"].IsNull());
-  EXPECT_STREQ(down["state_reason"].GetString(), "notConnected");
+  EXPECT_STREQ(down["state"].GetString(), "down");
+  EXPECT_STREQ(down["state_reason"].GetString(), "Link failure or not-connected");
   EXPECT_TRUE(down["speed_mbps"].IsNull());
   EXPECT_STREQ(channel["ip_address"].GetString(), "192.0.2.17");
 }
@@ -269,9 +269,9 @@ TEST(StructuredTables, StatusHasFullNamesAndWholeTexts) {
 
   EXPECT_STREQ(copper["interface"].GetString(), "Ethernet1/1");
   EXPECT_STREQ(copper["description"].GetString(), "A desk with a long name");
-  EXPECT_TRUE(copper["vlan"].IsNull());
-  EXPECT_STREQ(copper["type"].GetString(), "10/100/1000BaseT");
-  EXPECT_STREQ(fibre["vlan"].GetString(), "310");
+  EXPECT_STREQ(copper["media_type"].GetString(), "10/100/1000BaseT");
+  EXPECT_STREQ(fibre["vlan"]["mode"].GetString(), "access");
+  EXPECT_EQ(fibre["vlan"]["access"].GetUint(), 310U);
   EXPECT_STREQ(fibre["duplex"].GetString(), "full");
   EXPECT_EQ(fibre["speed_mbps"].GetUint(), 10000U);
 }
@@ -297,8 +297,8 @@ TEST(StructuredTables, SmallTablesHaveTheirFields) {
   EXPECT_STREQ(addresses["interfaces"][0]["burned_in_address"].GetString(), "0200.0000.001a");
 
   const auto indexes = json_of("show interface ethernet 1/1 ifindex");
-  EXPECT_EQ(indexes["interfaces"][0]["ifindex"].GetUint(), 134217728U);
-  EXPECT_STREQ(indexes["interfaces"][0]["ifindex_hex"].GetString(), "0x8000000");
+  EXPECT_EQ(indexes["interfaces"][0]["interface_index"].GetUint(), 134217728U);
+  EXPECT_STREQ(indexes["interfaces"][0]["interface_index_hex"].GetString(), "0x8000000");
 
   const auto debounce = json_of("show interface ethernet 1/1 debounce");
   EXPECT_STREQ(debounce["interfaces"][0]["debounce"].GetString(), "enable");
@@ -306,7 +306,7 @@ TEST(StructuredTables, SmallTablesHaveTheirFields) {
 
   const auto capabilities = json_of("show interface ethernet 1/1 capabilities");
   EXPECT_STREQ(capabilities["interfaces"][0]["model"].GetString(), "COPPER");
-  EXPECT_STREQ(capabilities["interfaces"][0]["channel"].GetString(), "yes");
+  EXPECT_STREQ(capabilities["interfaces"][0]["channel_capable"].GetString(), "yes");
 }
 
 }  // namespace

@@ -11,7 +11,6 @@
 #include "shell/output/printable.h"
 #include "shell/output/rendering.h"
 #include "shell/print_error.h"
-#include "switch/source.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -64,6 +63,8 @@ command_output::command_output(const output_settings& settings, line_filters& fi
     : settings_(settings),
       filters_(filters),
       writer_(settings.descriptor, settings.sink, settings.is_cancelled),
+      answers_(settings.shown.has_values ? properties_of(settings.shown) : std::vector<property>(),
+               settings.hides_traffic),
       stream_(stand_in()),
       real_stdout_(stdout) {
   if (settings.paged) pager_.emplace(settings.descriptor);
@@ -85,7 +86,7 @@ int command_output::finish() {
   release_failed_ranges();
   the_running_output = nullptr;
   if (document_) {
-    document_->end();
+    document_->end(exit_code_);
     show_ready_document();
   }
   filters_.finish([this](std::string_view line) { show(line); });
@@ -117,19 +118,10 @@ void command_output::bind(const cmd_tuple_t& tuple) {
   if (document_ && document_->bind(tuple)) line_is_bound_ = true;
 }
 
-bool command_output::is_unknown(const cmd_tuple_t& tuple) const {
-  if (if_index_ == 0 || the_source().knows_all_fields()) return false;
-  const field* const meaning = find_field(tuple.id);
-  return meaning != nullptr && is_perhaps_unknown(*meaning) && the_source().is_unknown(if_index_, meaning->name);
-}
-
-// Asked once for each field: most are always known.
-bool command_output::is_perhaps_unknown(const field& meaning) const {
-  enum : uint8 { kNotAsked, kKnown, kPerhapsUnknown };
-  perhaps_unknown_.resize(schema().size(), kNotAsked);
-  uint8& answer = perhaps_unknown_[static_cast<std::size_t>(&meaning - schema().data())];
-  if (answer == kNotAsked) answer = the_source().is_unknown(0, meaning.name) ? kPerhapsUnknown : kKnown;
-  return answer == kPerhapsUnknown;
+bool command_output::is_unknown(const cmd_tuple_t& tuple) {
+  const bool is_asked = !document_ || settings_.on_value;  // a document asks for all values at once
+  const binding* const bound = is_asked ? find_binding(tuple.id) : nullptr;
+  return bound != nullptr && answers_.is_unknown(field_of(*bound).value);
 }
 
 void command_output::bind_unknown(const cmd_tuple_t& tuple) {
@@ -158,8 +150,8 @@ void command_output::deliver(std::string_view line) {
   }
   if (!document_) return filter(line);
   if (line_is_bound_ || line.find_first_not_of(" \t") == std::string_view::npos) return;
-  const bool is_decoration = settings_.shown.has_marks && is_of_channel;
-  if (!is_decoration && !document_->add_message(line)) failed_ = true;
+  const bool is_layout = is_of_channel && (settings_.shown.has_values || settings_.shown.repeats);
+  if (!is_layout && !document_->add_message(line)) failed_ = true;
 }
 
 void command_output::filter(std::string_view line) {
@@ -193,7 +185,7 @@ void command_output::show_ready_document() {
 
 void command_output::complain(std::string_view text) {
   if (document_) {
-    document_->add_message(text);
+    document_->add_message(text, severity::error);
     return;
   }
   flush();
@@ -226,6 +218,7 @@ void command_output::begin_interface(std::string_view name, if_index_t if_index)
   failures_before_ = transport_failures().size();
   interface_is_shown_ = false;
   if_index_ = if_index;
+  answers_.begin(if_index);
   if (document_) document_->begin_record(name);
 }
 
@@ -236,10 +229,22 @@ bool command_output::end_interface() {
   std::optional<traffic_rates> rates;
   if (settings_.traffic != nullptr && !failed_) rates = settings_.traffic->look_at(if_index_, interface_is_shown_);
   if (document_) {
+    fill_record();
     document_->end_record(settings_.traffic != nullptr ? &rates : nullptr);
     show_ready_document();
   }
   return failed_;
+}
+
+// What no line bound comes from the service of values, when all that was asked for the interface was answered.
+void command_output::fill_record() {
+  if (!settings_.shown.has_values || if_index_ == 0 || is_discarding()) return;
+  const std::size_t failures = transport_failures().size();
+  if (failed_) return document_->fill_failed();
+  if (!document_->has_bound_record()) return;
+  if (const auto values = answers_.values()) return document_->fill(*values);
+  document_->fill_failed();
+  if (transport_failures().size() > failures) failed_ = true;
 }
 
 bool command_output::is_discarding() const {

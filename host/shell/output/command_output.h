@@ -15,6 +15,7 @@
 
 #include "shell/output/block_writer.h"
 #include "shell/output/document.h"
+#include "shell/output/interface_answers.h"
 #include "shell/output/pager.h"
 #include "shell/output/pipes.h"
 #include "shell/output/progress_line.h"
@@ -37,6 +38,7 @@ struct output_settings {
   output_sink sink{};                   // takes the output in place of the descriptor
   bool sinks_errors = false;            // the errors, too
   value_sink on_value{};                // hears of each value that is bound
+  bool hides_traffic = false;           // the user may not see counters and rates
   traffic_readings* traffic = nullptr;  // learns which interfaces are shown; records get their rates
 };
 
@@ -60,13 +62,16 @@ class command_output {
   // Binds a value; it is stored when the output is structured.
   void bind(const cmd_tuple_t& tuple);
   // Whether nobody knows the value of the interface that is being shown: it is "--", and null when it is bound so.
-  bool is_unknown(const cmd_tuple_t& tuple) const;
+  bool is_unknown(const cmd_tuple_t& tuple);
   void bind_unknown(const cmd_tuple_t& tuple);
   // Plain text with any number of lines.
   void text(std::string_view text);
 
   // An error of the shell itself, one line: to standard error, into the document, or to the sink that wants them.
   void complain(std::string_view text);
+
+  // The exit code of the command, for the document.
+  void set_exit_code(int code) { exit_code_ = code; }
 
   // Ends the output, which then takes nothing more. Returns 0, or the errno with which writing it failed.
   int finish();
@@ -100,7 +105,7 @@ class command_output {
     if (__builtin_expect(has_printed_text(), 0)) std::fflush(stream_);
   }
   bool has_printed_text() const;
-  bool is_perhaps_unknown(const field& meaning) const;
+  void fill_record();
   void deliver(std::string_view line);
   void show(std::string_view line);
   void filter(std::string_view line);
@@ -112,6 +117,7 @@ class command_output {
   std::optional<pager> pager_;
   std::optional<progress_line> progress_;
   std::optional<document> document_;
+  interface_answers answers_;
   std::FILE* stream_;
   std::FILE* real_stdout_;
   std::string line_;
@@ -119,8 +125,8 @@ class command_output {
   if_index_t if_index_ = 0;
   bool interface_is_shown_ = false;  // a line of it came out of the filters
   bool line_is_bound_ = false;
-  mutable std::vector<uint8> perhaps_unknown_;  // by the schema's rows
   bool failed_ = false;
+  int exit_code_ = 0;
   std::size_t failures_before_ = 0;  // of requests, when the interface began
   bool left_pager_ = false;
   bool is_finished_ = false;

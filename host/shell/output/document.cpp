@@ -1,248 +1,390 @@
 #include "shell/output/document.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
 #include <algorithm>
 #include <charconv>
-#include <cmath>
 #include <ctime>
+#include <limits>
 
+#include "platform/if_index.h"
 #include "shell/output/printable.h"
 
 namespace host {
 namespace {
 
-using json_writer = rapidjson::Writer<rapidjson::StringBuffer>;
-
-constexpr uint8 kNotShown = 0xFF;
+constexpr uint16 kNotShown = std::numeric_limits<uint16>::max();
 
 // Messages are kept until the end of the document. A handler that prints without end must not fill the memory.
 constexpr std::size_t kMostMessageBytes = 16 << 20;
-
-// Where a field stands in the schema.
-std::size_t row_of(const field& meaning) { return static_cast<std::size_t>(&meaning - schema().data()); }
-
-// The first field of a record for an interface.
-constexpr field kNameOfRecord = {0, "interface", field_type::interface_name};
 
 // Control bytes that JSON itself escapes: they keep their value there.
 constexpr char kEscapedByJson[] =
     "\x01\x02\x03\x04\x05\x06\x07\x08\t\n\x0b\x0c\r\x0e\x0f\x10\x11\x12\x13\x14\x15\x16\x17\x18\x19\x1a\x1b\x1c\x1d\x1e"
     "\x1f";
 
-void write_key(json_writer& json, std::string_view name) {
-  json.Key(name.data(), static_cast<rapidjson::SizeType>(name.size()));
+constexpr std::string_view kServiceFailedReason = "service failed";
+
+std::string_view text_of(absence why) {
+  switch (why) {
+    case absence::none: return {};
+    case absence::not_supported: return "not supported";
+    case absence::no_permission: return "no permission";
+  }
+  return {};
 }
 
-void write_string(json_writer& json, std::string_view text) {
-  json.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
-}
-
-std::string utc_now() {
-  const std::time_t now = std::time(nullptr);
+std::string utc_text(std::time_t moment) {
   std::tm parts{};
-  gmtime_r(&now, &parts);
+  gmtime_r(&moment, &parts);
   char text[32];
   return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts)};
-}
-
-// The number that a text consists of; false for any other text.
-bool read_number(const std::string& text, uint64& number) {
-  const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
-  return end.ec == std::errc{} && end.ptr == text.data() + text.size() && !text.empty();
 }
 
 // What the library prints for a value that is absent.
 bool is_placeholder(std::string_view text) { return text.empty() || text == "--"; }
 
 void write_text_or_null(json_writer& json, std::string_view text) {
-  if (is_placeholder(text))
-    json.Null();
-  else
-    write_string(json, text);
+  is_placeholder(text) ? json.null() : json.text(text);
 }
 
-void write_number_or_null(json_writer& json, bool known, uint64 number) {
-  if (known)
-    json.Uint64(number);
-  else
-    json.Null();
-}
+bool is_integer(field_type type) { return type == field_type::integer || type == field_type::integer_or_auto; }
 
-void write_decimal_or_null(json_writer& json, const std::string& text) {
-  double number = 0;
-  const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (end.ec == std::errc{} && end.ptr == text.data() + text.size() && std::isfinite(number))
-    json.Double(number);
-  else
-    json.Null();
-}
-
-void write_cell(json_writer& json, const document_cell& value) {
-  if (value.meaning == nullptr) {
-    json.Null();
-    return;
-  }
-  switch (value.meaning->type) {
-    case field_type::number: return write_number_or_null(json, true, value.number);
-    case field_type::number_or_auto: return write_number_or_null(json, value.number != 0, value.number);
-    case field_type::number_from_text: {
-      uint64 number = 0;
-      const bool known = read_number(value.text, number);
-      return write_number_or_null(json, known, number);
-    }
-    case field_type::decimal: json.Double(value.decimal); return;
-    case field_type::decimal_from_text: return write_decimal_or_null(json, value.text);
-    default: return write_text_or_null(json, value.text);
+// Types whose values a tuple cannot carry: they come from the service alone.
+bool is_answered_only(field_type type) {
+  switch (type) {
+    case field_type::numbers:
+    case field_type::words:
+    case field_type::interfaces:
+    case field_type::membership:
+    case field_type::time: return true;
+    default: return false;
   }
 }
 
-void write_rates(json_writer& json, const std::optional<traffic_rates>& rates) {
-  write_key(json, "rates");
-  if (!rates) {
-    json.Null();
-    return;
-  }
-  json.StartObject();
-  for (const rate_field& rate : kRateFields) {
-    write_key(json, rate.name);
-    json.Double((*rates).*rate.value);
-  }
-  json.EndObject();
-}
-
-// A mark as a word; empty for none.
 std::string_view mark_word(uint32 mark) {
   constexpr std::string_view kWords[] = {"high alarm", "high warning", "low warning", "low alarm"};
   return mark >= 1 && mark <= std::size(kWords) ? kWords[mark - 1] : std::string_view();
 }
 
+// ---- Values of the service ----
+
+std::string interface_name(if_index_t if_index) {
+  char name[64] = {};
+  sprintf_if_index(name, if_index);
+  return name;
+}
+
+// "1-10,20" of the runs that begin at the first entry.
+std::string text_of_runs(const interface_value& value) {
+  std::string text;
+  for (std::size_t i = 0; i + 1 < value.num_entries(); i += 2) {
+    if (!text.empty()) text += ',';
+    text += std::to_string(value.entry(i));
+    if (value.entry(i + 1) != value.entry(i)) text += '-' + std::to_string(value.entry(i + 1));
+  }
+  return text;
+}
+
+void write_vlan_or_null(json_writer& json, uint16 vlan) { vlan == 0 ? json.null() : json.number(vlan); }
+
+std::string_view text_of(vlan_mode mode) {
+  switch (mode) {
+    case vlan_mode::none: return {};
+    case vlan_mode::access: return "access";
+    case vlan_mode::trunk: return "trunk";
+    case vlan_mode::routed: return "routed";
+  }
+  return {};
+}
+
+void write_membership(json_writer& json, const interface_value& value) {
+  const vlan_membership membership = value.membership();
+  json.begin_object();
+  json.key("mode");
+  write_text_or_null(json, text_of(membership.mode));
+  json.key("access");
+  write_vlan_or_null(json, membership.access);
+  json.key("native");
+  write_vlan_or_null(json, membership.native);
+  json.key("allowed");
+  membership.mode == vlan_mode::trunk ? json.text(text_of_runs(value)) : json.null();
+  json.end_object();
+}
+
+void write_words(json_writer& json, std::string_view words) {
+  json.begin_array();
+  while (!words.empty()) {
+    const std::size_t end = std::min(words.find(','), words.size());
+    json.text(words.substr(0, end));
+    words.remove_prefix(std::min(end + 1, words.size()));
+  }
+  json.end_array();
+}
+
+template <typename WriteEntry>
+void write_entries(json_writer& json, const interface_value& value, WriteEntry write_entry) {
+  json.begin_array();
+  for (std::size_t i = 0; i < value.num_entries(); ++i) write_entry(value.entry(i));
+  json.end_array();
+}
+
+void write_number_as(json_writer& json, const field& meaning, uint64 number) {
+  if (meaning.type == field_type::enumeration)
+    return json.text(text_of_enum(meaning.words, static_cast<uint32>(number)));
+  if (meaning.type == field_type::integer_or_auto && number == 0) return json.null();
+  if (meaning.type != field_type::hexadecimal) return json.number(number);
+  char digits[24] = "0x";
+  json.text({digits, std::to_chars(digits + 2, digits + sizeof digits, number, 16).ptr});
+}
+
+void write_answered(json_writer& json, const field& meaning, const interface_value& value) {
+  const auto* const bytes = reinterpret_cast<const uint8*>(value.bytes.data());
+  switch (value.kind) {
+    case value_kind::absent: return json.null();
+    case value_kind::number: return write_number_as(json, meaning, value.number());
+    case value_kind::decimal: return json.digits(value.text());
+    case value_kind::mac: return json.text(text_of_mac(bytes));
+    case value_kind::ipv4: return json.text(text_of_ipv4(bytes));
+    case value_kind::interface: return json.text(interface_name(static_cast<if_index_t>(value.number())));
+    case value_kind::time: return json.text(utc_text(static_cast<std::time_t>(value.number())));
+    case value_kind::vlans: return json.text(text_of_runs(value));
+    case value_kind::membership: return write_membership(json, value);
+    case value_kind::numbers: return write_entries(json, value, [&](uint32 number) { json.number(number); });
+    case value_kind::interfaces:
+      return write_entries(json, value, [&](uint32 if_index) { json.text(interface_name(if_index)); });
+    case value_kind::text: break;
+  }
+  if (meaning.type == field_type::words) return write_words(json, value.text());
+  std::string printable;
+  append_printable(printable, value.text(), kEscapedByJson);
+  write_text_or_null(json, printable);
+}
+
+// Whether a value of this kind can stand for the field.
+bool fits(const field& meaning, const interface_value& value) {
+  switch (value.kind) {
+    case value_kind::number:
+      return is_integer(meaning.type) || meaning.type == field_type::enumeration ||
+             meaning.type == field_type::hexadecimal;
+    case value_kind::text: return meaning.type == field_type::text || meaning.type == field_type::words;
+    case value_kind::decimal: return meaning.type == field_type::decimal && is_json_number(value.text());
+    case value_kind::mac: return meaning.type == field_type::mac;
+    case value_kind::ipv4: return meaning.type == field_type::ipv4;
+    case value_kind::interface: return meaning.type == field_type::interface_name;
+    case value_kind::interfaces: return meaning.type == field_type::interfaces;
+    case value_kind::numbers: return meaning.type == field_type::numbers;
+    case value_kind::vlans: return meaning.type == field_type::vlans;
+    case value_kind::membership: return meaning.type == field_type::membership;
+    case value_kind::time: return meaning.type == field_type::time;
+    case value_kind::absent: return true;
+  }
+  return false;
+}
+
+void write_rates(json_writer& json, const std::optional<traffic_rates>& rates) {
+  json.key("rates");
+  if (!rates) return json.null();
+  json.begin_object();
+  for (const rate_field& rate : kRateFields) {
+    json.key(rate.name);
+    json.real((*rates).*rate.value);
+  }
+  json.end_object();
+}
+
+void write_envelope(json_writer& json, const display& shown, std::string_view command) {
+  json.begin_object();
+  json.key("schema_version");
+  json.number(int{kSchemaVersion});
+  json.key("display");
+  json.text(shown.name);
+  json.key("command");
+  json.text(command);
+  json.key("time");
+  json.text(utc_text(std::time(nullptr)));
+}
+
+void write_message(json_writer& json, std::string_view interface_name, severity how, std::string_view text) {
+  json.begin_object();
+  json.key("interface");
+  write_text_or_null(json, interface_name);
+  json.key("severity");
+  json.text(how == severity::error ? "error" : "info");
+  json.key("text");
+  json.text(text);
+  json.end_object();
+}
+
 }  // namespace
 
-document::document(const display& shown, std::string_view command) : shown_(shown) {
-  const auto fields = schema();
-  cell_of_row_.assign(fields.size(), kNotShown);
-  for (std::size_t row = 0; row < fields.size(); ++row) {
-    if ((fields[row].displays & shown.bit) == 0) continue;
-    const auto known = std::find(names_.begin(), names_.end(), fields[row].name);
-    cell_of_row_[row] = static_cast<uint8>(known - names_.begin());
-    if (known == names_.end()) names_.push_back(fields[row].name);
+document::document(const display& shown, std::string_view command) : shown_(shown), rows_(rows_of(shown.bit)) {
+  cell_of_row_.assign(all_fields().size(), kNotShown);
+  cells_.resize(rows_.size());
+  for (std::size_t i = 0; i < rows_.size(); ++i) {
+    cell_of_row_[rows_[i]] = static_cast<uint16>(i);
   }
-  cells_.resize(names_.size());
   begin(command);
-  if (!shown_.section.empty()) begin_record({});
+  if (!shown_.section.empty() || shown_.repeats) begin_record({});
 }
 
 void document::begin(std::string_view command) {
-  rapidjson::StringBuffer buffer;
-  json_writer json(buffer);
-  json.StartObject();
-  write_key(json, "schema_version");
-  json.Int(kSchemaVersion);
-  write_key(json, "command");
-  write_string(json, command);
-  write_key(json, "time");
-  write_string(json, utc_now());
-  ready_.append(buffer.GetString(), buffer.GetSize());
-  ready_ += ",\"interfaces\":[";
+  json_writer json(ready_);
+  write_envelope(json, shown_, command);
+  if (shown_.list.empty() || !shown_.section.empty()) return;
+  json.key(shown_.list);
+  ready_ += '[';
 }
 
 void document::begin_record(std::string_view interface_name) {
-  for (document_cell& value : cells_) value.meaning = nullptr;
+  for (cell& value : cells_) value.state = cell_state::empty;
   record_name_ = interface_name;
   record_open_ = true;
   record_is_empty_ = true;
-  if (interface_name.empty()) return;
-  cells_[0].meaning = &kNameOfRecord;
+  has_bound_ = false;
+  if (interface_name.empty() || cells_.empty()) return;
+  cells_[0].state = cell_state::bound;
   cells_[0].text = interface_name;
 }
 
-const field* document::shown_field(const cmd_tuple_t& tuple) const {
-  const field* const meaning = find_field(tuple.id);
-  if (meaning == nullptr || !record_open_ || tuple.id == 0) return nullptr;
-  return cell_of_row_[row_of(*meaning)] == kNotShown ? nullptr : meaning;
+document::cell* document::cell_of(const cmd_tuple_t& tuple) {
+  if (!record_open_ || tuple.id == 0) return nullptr;
+  const binding* const bound = find_binding(tuple.id);
+  const uint16 at = bound == nullptr ? kNotShown : cell_of_row_[bound->row];
+  return at == kNotShown ? nullptr : &cells_[at];
 }
 
 bool document::bind_unknown(const cmd_tuple_t& tuple) {
-  if (shown_field(tuple) == nullptr) return false;
+  if (cell_of(tuple) == nullptr) return false;
   record_is_empty_ = false;
+  has_bound_ = true;
   return true;
 }
 
 bool document::bind(const cmd_tuple_t& tuple) {
-  const field* const meaning = shown_field(tuple);
-  if (meaning == nullptr || tuple.value == nullptr) return false;
+  cell* const found = cell_of(tuple);
+  if (found == nullptr || tuple.value == nullptr) return false;
   record_is_empty_ = false;
-  document_cell& value = cells_[cell_of_row_[row_of(*meaning)]];
-  value.meaning = meaning;
+  has_bound_ = true;
+  const binding& bound = *find_binding(tuple.id);
+  const field& meaning = field_of(bound);
+  const bool is_text = bound.form == binding_form::as_text || type_code(tuple) == CMD_TYPE_STRING;
+  const bool is_name_as_text = is_text && meaning.type == field_type::interface_name;
+  const bool has_service = shown_.has_values && meaning.value != property::none;
+  if (has_service && (is_answered_only(meaning.type) || is_name_as_text)) return true;
+  if (shown_.repeats && found->state == cell_state::bound) {
+    end_record();
+    begin_record({});
+    record_is_empty_ = false;
+  }
+  cell& value = *found;
+  value.state = cell_state::bound;
   value.text.clear();
-  switch (meaning->type) {
-    case field_type::number:
-    case field_type::number_or_auto: value.number = value_of_64(tuple); break;
-    case field_type::decimal: value.decimal = value_of_float(tuple); break;
-    case field_type::string:
-    case field_type::number_from_text:
-    case field_type::decimal_from_text:
-      append_printable(value.text, static_cast<const char*>(tuple.value), kEscapedByJson);
-      if (shown_.has_marks) value.text.resize(value.text.find_last_not_of(' ') + 1);  // fields of identity pages
-      break;
-    case field_type::enumeration:
-      if (meaning->words == enum_words::mark) {
-        value.text = mark_word(value_of_32(tuple));
-        break;
-      }
-      [[fallthrough]];
-    default: append_tuple_text(value.text, tuple, false, std::string::npos);
+  if (is_text) {
+    append_printable(value.text, static_cast<const char*>(tuple.value), kEscapedByJson);
+    if (shown_.has_marks) value.text.resize(value.text.find_last_not_of(' ') + 1);  // fields of identity pages
+  } else if (is_integer(meaning.type)) {
+    value.number = value_of_64(tuple);
+    value.text.clear();
+  } else if (meaning.type == field_type::enumeration) {
+    const uint32 number = value_of_32(tuple);
+    value.text = meaning.words == enum_words::mark ? mark_word(number) : text_of_enum(meaning.words, number);
+  } else {
+    append_tuple_text(value.text, tuple, false, std::string::npos);
+  }
+  if (is_text && is_integer(meaning.type)) {
+    const auto end = std::from_chars(value.text.data(), value.text.data() + value.text.size(), value.number);
+    const bool is_number = end.ec == std::errc{} && end.ptr == value.text.data() + value.text.size();
+    if (!is_number) value.state = cell_state::empty;
   }
   return true;
 }
 
+void document::fill(std::span<const interface_value> values) {
+  for (const interface_value& value : values) {
+    const uint16 row = static_cast<uint16>(value.of) - 1;
+    const uint16 at = value.of == property::none ? kNotShown : cell_of_row_[row];
+    if (at == kNotShown || !fits(all_fields()[row], value)) continue;
+    cell& filled = cells_[at];
+    const std::string_view why = text_of(value.why_absent());
+    if (value.kind == value_kind::absent && !why.empty()) {
+      filled.state = cell_state::absent;
+      filled.why_absent = why;
+    } else if (filled.state == cell_state::empty && value.kind != value_kind::absent) {
+      filled.state = cell_state::from_service;
+      filled.answered = value;
+    }
+  }
+}
+
+void document::fill_failed() {
+  for (std::size_t i = 0; i < cells_.size(); ++i) {
+    if (cells_[i].state != cell_state::empty || all_fields()[rows_[i]].value == property::none) continue;
+    cells_[i].state = cell_state::absent;
+    cells_[i].why_absent = kServiceFailedReason;
+  }
+}
+
+void document::write_bound(json_writer& json, const field& meaning, const cell& value) const {
+  if (is_integer(meaning.type)) return write_number_as(json, meaning, value.number);
+  if (meaning.type == field_type::decimal) return is_json_number(value.text) ? json.digits(value.text) : json.null();
+  if (meaning.type == field_type::vlans && value.text == "none") return json.text("");
+  write_text_or_null(json, value.text);
+}
+
 void document::write_record(const std::optional<traffic_rates>* rates) {
-  static rapidjson::StringBuffer buffer;
-  buffer.Clear();
-  json_writer json(buffer);
-  json.StartObject();
-  for (std::size_t i = 0; i < names_.size(); ++i) {
-    write_key(json, names_[i]);
-    write_cell(json, cells_[i]);
+  json_writer json(ready_);
+  json.begin_object();
+  for (std::size_t i = 0; i < rows_.size(); ++i) {
+    const field& meaning = all_fields()[rows_[i]];
+    json.key(meaning.name);
+    switch (cells_[i].state) {
+      case cell_state::bound: write_bound(json, meaning, cells_[i]); break;
+      case cell_state::from_service: write_answered(json, meaning, cells_[i].answered); break;
+      case cell_state::empty:
+      case cell_state::absent: json.null();
+    }
+  }
+  if (shown_.has_values) {
+    json.key("absent");
+    json.begin_object();
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+      if (cells_[i].state != cell_state::absent) continue;
+      json.key(all_fields()[rows_[i]].name);
+      json.text(cells_[i].why_absent);
+    }
+    json.end_object();
   }
   if (rates != nullptr) write_rates(json, *rates);
-  json.EndObject();
-  ready_.append(buffer.GetString(), buffer.GetSize());
+  json.end_object();
 }
 
 void document::end_record(const std::optional<traffic_rates>* rates) {
   if (!record_open_ || !shown_.section.empty()) return;
   record_open_ = false;
-  if (record_is_empty_) return;
+  if (record_is_empty_ || shown_.list.empty()) return;
   ready_ += first_record_ ? "\n" : ",\n";
   first_record_ = false;
   write_record(rates);
 }
 
-bool document::add_message(std::string_view text) {
+bool document::add_message(std::string_view text, severity how) {
   record_is_empty_ = false;
   if (messages_.size() > kMostMessageBytes) {
     if (lost_messages_) return false;
     lost_messages_ = true;
     text = "error: more messages than a document holds; the rest is missing";
+    how = severity::error;
   }
-  rapidjson::StringBuffer buffer;
-  json_writer json(buffer);
-  json.StartObject();
-  write_key(json, "interface");
-  write_text_or_null(json, record_open_ ? record_name_ : std::string());
-  write_key(json, "text");
-  write_string(json, text);
-  json.EndObject();
   messages_ += messages_.empty() ? "\n" : ",\n";
-  messages_.append(buffer.GetString(), buffer.GetSize());
+  json_writer json(messages_);
+  write_message(json, record_open_ ? std::string_view(record_name_) : std::string_view(), how, text);
   return !lost_messages_;
 }
 
-void document::end() {
-  ready_ += first_record_ ? "],\"messages\":[" : "\n],\"messages\":[";
+void document::end(int exit_code) {
+  if (shown_.repeats) end_record();
+  const bool has_list = !shown_.list.empty() && shown_.section.empty();
+  if (has_list) ready_ += first_record_ ? "]" : "\n]";
+  ready_ += ",\"messages\":[";
   ready_ += messages_;
   ready_ += messages_.empty() ? "]" : "\n]";
   if (!shown_.section.empty()) {
@@ -251,7 +393,21 @@ void document::end() {
     ready_ += "\":";
     write_record(nullptr);
   }
-  ready_ += "}\n";
+  ready_ += ",\"exit_code\":" + std::to_string(exit_code) + "}\n";
+}
+
+std::vector<property> properties_of(const display& shown) {
+  std::vector<property> properties;
+  for (const uint16 row : rows_of(shown.bit))
+    if (const property of = all_fields()[row].value; of != property::none) properties.push_back(of);
+  return properties;
+}
+
+std::string document_of_error(std::string_view line, std::string_view text, int exit_code) {
+  document made(kSentences, line);
+  made.add_message(text, severity::error);
+  made.end(exit_code);
+  return std::move(made.ready());
 }
 
 }  // namespace host

@@ -2,34 +2,38 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "messages/interface_values.h"
 #include "platform/types.h"
+#include "shell/output/json_writer.h"
 #include "shell/output/rendering.h"
-#include "shell/output/schema.h"
+#include "shell/output/schema/schema.h"
 #include "shell/output/traffic_readings.h"
 
 namespace host {
 
-enum { kSchemaVersion = 1 };
+enum { kSchemaVersion = 2 };
 
 // What a document is made for.
 struct display {
   display_bit bit;
-  std::string_view section;    // of its only record in the document; empty: a record for each interface, its name first
-  std::string_view name = {};  // in the published schema
-  bool has_marks = false;      // as text it marks alarms and warnings; its titles and rules are no messages
+  std::string_view section = {};         // of its only record in the document; empty: a list of records
+  std::string_view name = {};            // in the document and in the published schema
+  bool has_marks = false;                // as text it marks alarms and warnings
+  bool has_values = false;               // values that the text shows without a tag come from the service of values:
+                                         // lines of the channel that bind none are layout and no messages
+  std::string_view list = "interfaces";  // of its records; empty: the document has messages only
+  bool repeats = false;  // a value that is bound once more begins the next record; lines that bind none are layout
 };
 
-// A field of a record.
-struct document_cell {
-  const field* meaning;  // null: not bound
-  uint64 number;
-  double decimal;
-  std::string text;
-};
+// Of commands that have nothing but sentences to say.
+inline constexpr display kSentences = {kTextDisplay, {}, "text", false, false, {}};
+
+enum class severity : uint8 { info, error };
 
 class document {
  public:
@@ -40,39 +44,66 @@ class document {
   std::string& ready() { return ready_; }
 
   void begin_record(std::string_view interface_name);
+
+  // Whether a value of the record's interface was bound.
+  bool has_bound_record() const { return record_open_ && has_bound_; }
+
+  // Fills the open record with the values that no tuple bound, and with the reasons for those that are absent.
+  void fill(std::span<const interface_value> values);
+  // The same when a service failed: what is not bound is absent for that.
+  void fill_failed();
+
   // Writes the record, unless nothing at all was said of its interface. With `rates` they are its last member.
   void end_record(const std::optional<traffic_rates>* rates = nullptr);
 
   // Stores a value in the record. False when the display has no field for it.
   bool bind(const cmd_tuple_t& tuple);
 
-  // The same of a value that nobody knows: it stays null.
+  // The same of a value that is not known: it stays null.
   bool bind_unknown(const cmd_tuple_t& tuple);
 
-  // A line that bound no value; it belongs to the record that is open, if any. False when the document holds so many
-  // already that this one is left out; its last one says so.
-  bool add_message(std::string_view text);
+  // A sentence; it belongs to the record that is open, if any. False when the document holds so many already that this
+  // one is left out; its last one says so.
+  bool add_message(std::string_view text, severity how = severity::info);
 
-  // Writes what is left: messages, and the end.
-  void end();
+  // Writes what is left: messages, exit code and the end.
+  void end(int exit_code);
 
  private:
-  // The field of a value in the record that is open, or null.
-  const field* shown_field(const cmd_tuple_t& tuple) const;
+  enum class cell_state : uint8 { empty, bound, from_service, absent };
+
+  // A field of the open record.
+  struct cell {
+    cell_state state = cell_state::empty;
+    uint64 number = 0;
+    std::string text;             // digits of a decimal, too
+    interface_value answered;     // by the service
+    std::string_view why_absent;  // empty: there is none
+  };
+
+  cell* cell_of(const cmd_tuple_t& tuple);
   void begin(std::string_view command);
   void write_record(const std::optional<traffic_rates>* rates);
+  void write_bound(json_writer& json, const field& meaning, const cell& value) const;
 
   display shown_;
-  std::vector<std::string_view> names_;  // of the fields, in order
-  std::vector<document_cell> cells_;     // one for each name
-  std::vector<uint8> cell_of_row_;       // by row of the schema; 0xFF: not in this display
+  std::vector<uint16> rows_;         // of the fields, in order
+  std::vector<cell> cells_;          // one for each
+  std::vector<uint16> cell_of_row_;  // by row of the schema
   std::string record_name_;
   bool record_open_ = false;
   bool record_is_empty_ = true;
+  bool has_bound_ = false;
   bool first_record_ = true;
   std::string ready_;
   std::string messages_;
   bool lost_messages_ = false;
 };
+
+// The properties of a display's fields, which the service of values answers.
+std::vector<property> properties_of(const display& shown);
+
+// A document that says only why a line did not run, with its newline.
+std::string document_of_error(std::string_view line, std::string_view text, int exit_code);
 
 }  // namespace host

@@ -1,12 +1,12 @@
 #include "shell/output/rendering.h"
 
+#include <algorithm>
 #include <charconv>
-#include <cmath>
 #include <cstring>
+#include <numeric>
 
 #include "platform/if_index.h"
 #include "shell/output/printable.h"
-#include "shell/output/schema.h"
 
 namespace host {
 namespace {
@@ -48,6 +48,7 @@ const char* reason_text(uint32 value, boolean short_name) {
 const char* enum_text(enum_words words, uint32 value) {
   const vocabulary& known = the_vocabulary;
   switch (words) {
+    case enum_words::of_field:
     case enum_words::number: return nullptr;
     case enum_words::port_state: return word_at(kPortStates, 1, value);
     case enum_words::state_reason: return reason_text(value, 0);
@@ -66,10 +67,16 @@ const char* enum_text(enum_words words, uint32 value) {
   return nullptr;
 }
 
+// The words of a tuple as text.
+enum_words words_of(const cmd_tuple_t& tuple) {
+  const binding* const bound = find_binding(tuple.id);
+  if (bound == nullptr) return enum_words::number;
+  return bound->words != enum_words::of_field ? bound->words : field_of(*bound).words;
+}
+
 void append_enum(std::string& to, const cmd_tuple_t& tuple) {
   const uint32 value = value_of_32(tuple);
-  const field* const meaning = find_field(tuple.id);
-  const char* const text = meaning == nullptr ? nullptr : enum_text(meaning->words, value);
+  const char* const text = enum_text(words_of(tuple), value);
   if (text == nullptr) return append_number(to, value);
   append_printable(to, text);
 }
@@ -125,17 +132,40 @@ uint64 value_of_64(const cmd_tuple_t& tuple) {
   return type_code(tuple) == CMD_TYPE_UINT64 ? read_value<uint64>(tuple) : value_of_32(tuple);
 }
 
-double value_of_float(const cmd_tuple_t& tuple) {
-  const auto value = read_value<cmd_float_t>(tuple);
-  const cmd_float_3ints_t& digits = value.u.ti;
-  const double size = std::abs(static_cast<double>(digits.whole)) + digits.decimal / std::pow(10.0, digits.nb_decimals);
-  return value.fval < 0 ? -size : size;
+std::string text_of_enum(enum_words words, uint32 value) {
+  const char* const text = enum_text(words, value);
+  return text != nullptr ? text : std::to_string(value);
+}
+
+std::vector<std::string> all_words(enum_words words) {
+  std::vector<std::string> texts;
+  constexpr uint32 kMostValues = 256;
+  std::vector<uint32> values(kMostValues);
+  std::iota(values.begin(), values.end(), 0U);
+  for (uint32 bit = kMostValues; bit != 0; bit <<= 1) values.push_back(bit);  // port modes
+  for (const uint32 value : values) {
+    const char* const text = enum_text(words, value);
+    if (text != nullptr && std::find(texts.begin(), texts.end(), text) == texts.end()) texts.emplace_back(text);
+  }
+  return texts;
+}
+
+std::string text_of_mac(const uint8* bytes) {
+  std::string text;
+  append_mac(text, bytes);
+  return text;
+}
+
+std::string text_of_ipv4(const uint8* bytes) {
+  std::string text;
+  append_ipv4(text, bytes);
+  return text;
 }
 
 bool is_string(const cmd_tuple_t& tuple) {
   if (type_code(tuple) == CMD_TYPE_STRING || tuple.id == 0) return true;
-  const field* const meaning = find_field(tuple.id);
-  return meaning != nullptr && meaning->type == field_type::string;
+  const binding* const bound = find_binding(tuple.id);
+  return bound != nullptr && bound->form == binding_form::as_text;
 }
 
 void append_tuple_text(std::string& to, const cmd_tuple_t& tuple, bool short_names, std::size_t fit) {

@@ -3,9 +3,11 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/cmd_channel.h"
 #include "platform/types.h"
+#include "shell/output/schema/schema.h"
 
 struct cmd_tuple_t {
   uint32 id;
@@ -30,7 +32,16 @@ void set_vocabulary(const vocabulary& words);
 // A value behind a tuple, as its code promises it.
 uint32 value_of_32(const cmd_tuple_t& tuple);
 uint64 value_of_64(const cmd_tuple_t& tuple);
-double value_of_float(const cmd_tuple_t& tuple);
+
+// The text of an enumerated value; its number when it has none.
+std::string text_of_enum(enum_words words, uint32 value);
+
+// The texts of all values that a field's words have, in the order of the values.
+std::vector<std::string> all_words(enum_words words);
+
+// "021c.7340.0202" of six bytes, and "198.51.100.1" of four in network order.
+std::string text_of_mac(const uint8* bytes);
+std::string text_of_ipv4(const uint8* bytes);
 
 // True when the tuple is bound to a text: by its code, or because its field is one.
 bool is_string(const cmd_tuple_t& tuple);

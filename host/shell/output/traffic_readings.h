@@ -39,10 +39,10 @@ struct rate_field {
 };
 
 inline constexpr rate_field kRateFields[] = {
-    {"in_bytes_per_second", "In bytes/s", &traffic_rates::in_bytes},
-    {"in_packets_per_second", "In packets/s", &traffic_rates::in_packets},
-    {"out_bytes_per_second", "Out bytes/s", &traffic_rates::out_bytes},
-    {"out_packets_per_second", "Out packets/s", &traffic_rates::out_packets},
+    {"input_bytes_per_second", "In bytes/s", &traffic_rates::in_bytes},
+    {"input_packets_per_second", "In packets/s", &traffic_rates::in_packets},
+    {"output_bytes_per_second", "Out bytes/s", &traffic_rates::out_bytes},
+    {"output_packets_per_second", "Out packets/s", &traffic_rates::out_packets},
 };
 
 // None when no time has passed between them, or when they do not belong together: the counters were cleared, or one of

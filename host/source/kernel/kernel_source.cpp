@@ -20,7 +20,6 @@
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
 #include "source/kernel/sorted_records.h"
-#include "source/kernel/unknown_fields.h"
 #include "source/kernel/way.h"
 #include "switch/if_index_layout.h"
 #include "switch/live_statistics.h"
@@ -254,15 +253,6 @@ void kernel_source::refresh(machine& model) {
 }
 
 void kernel_source::complete(interface& port, detail needed) { details_.complete(port, needed); }
-
-bool kernel_source::is_unknown(if_index_t if_index, std::string_view field) {
-  const auto memory = memory_.find(if_index);
-  return is_unknown_field({.if_index = if_index,
-                           .port = the_machine().find(if_index),
-                           .has_rates = memory != memory_.end() && memory->second.has_rates(),
-                           .details = details_},
-                          field);
-}
 
 bool kernel_source::knows_all_fields() const { return false; }
 

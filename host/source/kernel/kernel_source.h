@@ -26,7 +26,6 @@ class kernel_source final : public switch_source {
 
   void refresh(machine& model) override;
   void complete(interface& port, detail needed) override;
-  bool is_unknown(if_index_t if_index, std::string_view field) override;
   bool knows_all_fields() const override;
   bool update_statistics(interface& port, uint32 now_sec) override;
   void clear_counters(interface& port, uint32 now_sec) override;

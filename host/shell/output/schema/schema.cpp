@@ -1,0 +1,101 @@
+#include "shell/output/schema/schema.h"
+
+#include <algorithm>
+#include <array>
+
+namespace host {
+namespace {
+
+enum : uint8 { kComponentOfLibrary = 0x2A, kComponentOfShell = 0 };
+
+// The own rows, then those that were added.
+std::vector<field>& field_rows() {
+  static std::vector<field> rows(own_fields().begin(), own_fields().end());
+  return rows;
+}
+
+std::vector<binding>& added_bindings() {
+  static std::vector<binding> rows;
+  return rows;
+}
+
+// Row of each tag of our own, counted from 1; 0 is none.
+const std::array<uint16, kNumTags>& rows_by_tag() {
+  static const std::array<uint16, kNumTags> rows = [] {
+    std::array<uint16, kNumTags> made{};
+    uint16 row = 0;
+    for (const binding& each : own_bindings()) made[each.tag] = ++row;
+    return made;
+  }();
+  return rows;
+}
+
+// Whose values are of other types or words under the same key.
+bool contradicts(const field& known, const field& added) { return known.type != added.type; }
+
+}  // namespace
+
+std::span<const field> all_fields() { return field_rows(); }
+
+const binding* find_binding(uint32 tuple_id) {
+  const auto tag = static_cast<uint16>(tuple_id);
+  const auto component = static_cast<uint8>(tuple_id >> 16);
+  const bool is_ours = component == kComponentOfLibrary || component == kComponentOfShell;
+  if (is_ours && tag < kNumTags && rows_by_tag()[tag] != 0) return &own_bindings()[rows_by_tag()[tag] - 1U];
+  const std::vector<binding>& added = added_bindings();
+  const auto found = std::find_if(added.begin(), added.end(),
+                                  [=](const binding& row) { return row.tag == tag && row.component == component; });
+  return found == added.end() ? nullptr : &*found;
+}
+
+std::vector<uint16> rows_of(display_bit shown) {
+  std::vector<bool> has_row(field_rows().size());
+  for (const auto bindings : {own_bindings(), std::span<const binding>(added_bindings())})
+    for (const binding& each : bindings)
+      if ((each.displays & shown) != 0) has_row[each.row] = true;
+  std::vector<uint16> rows;
+  for (uint16 row = 0; row < has_row.size(); ++row)
+    if (has_row[row] || (displays_without_tag(row) & shown) != 0) rows.push_back(row);
+  return rows;
+}
+
+display_bit add_display(std::span<const added_field> fields, std::string& error) {
+  static uint64 last = kLastDisplay;
+  if (last << 1 == 0) {
+    error = "there are too many displays";
+    return kNoDisplay;
+  }
+  for (const added_field& added : fields) {
+    const binding* const known = find_binding(added.tuple_id);
+    if (known != nullptr && field_of(*known).name != added.described.name) {
+      error = "the tuple id of '" + std::string(added.described.name) + "' belongs to the field '" +
+              std::string(field_of(*known).name) + "'";
+      return kNoDisplay;
+    }
+    const auto same_key = std::find_if(field_rows().begin(), field_rows().end(),
+                                       [&](const field& row) { return row.name == added.described.name; });
+    if (same_key != field_rows().end() && contradicts(*same_key, added.described)) {
+      error = "the field '" + std::string(added.described.name) + "' has another type in another display";
+      return kNoDisplay;
+    }
+  }
+  last <<= 1;
+  for (const added_field& added : fields) {
+    auto row = std::find_if(field_rows().begin(), field_rows().end(),
+                            [&](const field& known) { return known.name == added.described.name; });
+    if (row == field_rows().end()) row = field_rows().insert(row, added.described);
+    binding made = {.tag = static_cast<uint16>(added.tuple_id),
+                    .row = static_cast<uint16>(row - field_rows().begin()),
+                    .displays = last};
+    made.component = static_cast<uint8>(added.tuple_id >> 16);
+    const binding* const known = find_binding(added.tuple_id);
+    if (known != nullptr) {
+      made.form = known->form;
+      made.words = known->words;
+    }
+    added_bindings().push_back(made);
+  }
+  return static_cast<display_bit>(last);
+}
+
+}  // namespace host

@@ -1,0 +1,172 @@
+// The schema: which fields the structured form has, and which value of the output channel belongs to which field.
+//
+// Fields are one table (fields.cpp): key, type, unit, title, description, words. Bindings are another (bindings.cpp):
+// which tuple id is which field, and in which displays. Command libraries of others add rows to both.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "messages/property.h"
+#include "platform/types.h"
+
+namespace host {
+
+// How a field stands in the structured form. An absent value is null.
+enum class field_type : uint8 {
+  text,
+  interface_name,  // full name
+  mac,             // "xxxx.xxxx.xxxx"
+  ipv4,            // dotted
+  hexadecimal,     // an integer as "0x..."
+  enumeration,     // the text of the value
+  integer,
+  integer_or_auto,  // 0 is automatic and null here
+  decimal,          // a number with the digits that are shown
+  numbers,          // an array of integers
+  words,            // an array of texts
+  interfaces,       // an array of full names
+  vlans,            // "1-10,20"; without any ""
+  membership,       // {"mode", "access", "native", "allowed"}
+  time,             // RFC 3339, in UTC
+};
+
+// Which texts the values of an enumerated field have.
+enum class enum_words : uint8 {
+  of_field,  // of a binding: those of its field
+  number,    // none: the number itself
+  port_state,
+  state_reason,
+  state_reason_short,
+  duplex,
+  speed_mbps,
+  port_mode,
+  rate_mode,
+  flow_control,
+  on_off,
+  yes_no,
+  mark,
+};
+
+// A display, as a bit so that a field can belong to several.
+enum display_bit : uint64 {
+  kNoDisplay = 0,
+  kDetailedDisplay = 1 << 0,
+  kCapabilityDisplay = 1 << 1,
+  kSwitchportDisplay = 1 << 2,
+  kBriefDisplay = 1 << 3,
+  kTransportDisplay = 1 << 4,
+  kStatusDisplay = 1 << 5,
+  kErrorStatusDisplay = 1 << 6,
+  kDescriptionDisplay = 1 << 7,
+  kMacAddressDisplay = 1 << 8,
+  kIfIndexDisplay = 1 << 9,
+  kDebounceDisplay = 1 << 10,
+  kCountersDisplay = 1 << 11,
+  kRatesDisplay = 1 << 12,
+  kErrorCountersDisplay = 1 << 13,
+  kTrunkCountersDisplay = 1 << 14,
+  kStormControlDisplay = 1 << 15,
+  kFlowControlDisplay = 1 << 16,
+  kDetailedCountersDisplay = 1 << 17,
+  kAllCountersDisplay = 1 << 18,
+  kSettingDisplay = 1 << 19,
+  kTransceiverDisplay = 1 << 20,
+  kTransceiverDetailsDisplay = 1 << 21,
+  kCalibrationDisplay = 1 << 22,
+  kTrunkDisplay = 1 << 23,
+  kAllowedVlansDisplay = 1 << 24,
+  kForwardingVlansDisplay = 1 << 25,
+  kKernelMapDisplay = 1 << 26,
+  kRunningConfigDisplay = 1 << 27,
+  kTextDisplay = 1 << 28,  // of commands whose output is sentences: messages only
+  kLastDisplay = kTextDisplay,
+};
+
+struct field {
+  property value;         // what the service of interface values calls it; none: only displays bind it
+  std::string_view name;  // the key
+  field_type type;
+  std::string_view unit = {};
+  std::string_view title = {};
+  std::string_view description = {};
+  enum_words words = enum_words::number;
+};
+
+// Rows of the fields that are not about interfaces; those of interfaces have the numbers of their properties, less 1.
+enum : uint16 {
+  kRowSent = kNumProperties - 1,
+  kRowReceived,
+  kRowDropped,
+  kRowDroppedTwice,
+  kRowNeverDropped,
+  kRowStatus,
+  kRowText,
+  kRowCommand,
+  kNumOwnRows
+};
+
+// How the value of a tuple is bound.
+enum class binding_form : uint8 {
+  by_code,  // as its type code says
+  as_text,  // as a text, whatever its type code says
+};
+
+struct binding {
+  uint16 tag;
+  uint16 row;  // of its field
+  uint64 displays;
+  binding_form form = binding_form::by_code;
+  enum_words words = enum_words::of_field;  // as text
+  uint8 component = 0x2A;                   // of its tuple id
+};
+
+// Tags of the shell's own displays; the library's end below.
+enum : uint16 {
+  kTagMessagesSent = 0x07F0,
+  kTagMessagesReceived,
+  kTagMessagesDropped,
+  kTagMessagesDroppedTwice,
+  kTagMessagesNeverDropped,
+  kTagSettingInterface,
+  kTagSettingStatus,
+  kTagSettingText,
+  kTagCommandInterface,
+  kTagCommand,
+  kTagMapDevice,
+  kTagMapInterface,
+};
+
+// All fields, in the order in which they stand in a record.
+std::span<const field> all_fields();
+
+// The binding of a tuple id, or null.
+const binding* find_binding(uint32 tuple_id);
+
+inline const field& field_of(const binding& bound) { return all_fields()[bound.row]; }
+
+// The rows of the fields of a display, in their order.
+std::vector<uint16> rows_of(display_bit shown);
+
+// A field that another library adds, with the tuple id that its handlers bind. Texts outlive the program's commands.
+struct added_field {
+  uint32 tuple_id;
+  field described;
+};
+
+// Adds a display with its fields, which may be those of other displays. Call it before the first command. Returns
+// kNoDisplay and one line in `error` when a field contradicts another.
+display_bit add_display(std::span<const added_field> fields, std::string& error);
+
+// ---- For the tables.
+
+inline constexpr std::size_t kNumTags = 0x800;
+std::span<const field> own_fields();
+std::span<const binding> own_bindings();
+// The displays of each own row that have it without a tag.
+uint64 displays_without_tag(uint16 row);
+
+}  // namespace host

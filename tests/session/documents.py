@@ -1,0 +1,157 @@
+#!/usr/bin/python3
+"""Validates what every command writes for '| json' against the published JSON Schema: documents.py PMSH SCHEMA SWITCH...
+
+Readers must accept keys that they do not know; the program must not write any: documents are validated against a closed form
+of the schema, in which no object has other properties than those that are described. The list of commands and the display
+of each come from the command reference. Needs python3-jsonschema.
+"""
+
+import copy
+import json
+import os
+import re
+import signal
+import subprocess
+import sys
+
+import jsonschema
+
+
+def closed(schema):
+    """The schema without room for unknown properties."""
+    if isinstance(schema, list):
+        return [closed(item) for item in schema]
+    if not isinstance(schema, dict):
+        return schema
+    made = {key: closed(value) for key, value in schema.items()}
+    if isinstance(schema.get("properties"), dict) and "type" in schema:
+        made.setdefault("additionalProperties", False)
+    return made
+
+
+class Checker:
+    def __init__(self, pmsh, schema):
+        self.pmsh = pmsh
+        self.faults = []
+        self.count = 0
+        jsonschema.Draft202012Validator.check_schema(schema)
+        self.whole = jsonschema.Draft202012Validator(schema)
+        self.schema = closed(schema)
+        self.validators = {}
+
+    def fault(self, line, text):
+        self.faults.append(f"{line}: {text}")
+
+    def validator(self, display):
+        if display not in self.validators:
+            of_display = {"$ref": f"#/$defs/{display}", "$defs": self.schema["$defs"]}
+            self.validators[display] = jsonschema.Draft202012Validator(of_display)
+        return self.validators[display]
+
+    def check(self, line, text, display=None, exit_code=None):
+        """A document as the program wrote it; `display` that it must have."""
+        self.count += 1
+        try:
+            document = json.loads(text)
+        except ValueError as error:
+            return self.fault(line, f"not one document: {error}: {text[:200]!r}")
+        if display is not None and document.get("display") != display:
+            return self.fault(line, f"display {document.get('display')!r}, not {display!r}")
+        if document.get("display") not in self.schema["$defs"]:
+            return self.fault(line, f"display {document.get('display')!r} is not published")
+        for error in self.validator(document["display"]).iter_errors(document):
+            self.fault(line, f"/{'/'.join(map(str, error.path))}: {error.message[:200]}")
+        if not self.whole.is_valid(document):
+            self.fault(line, "does not follow the schema as a whole")
+        if exit_code is not None and document.get("exit_code") != exit_code:
+            self.fault(line, f"says exit code {document.get('exit_code')}, and ended with {exit_code}")
+        return document
+
+    def run(self, switch, line, display=None, stdin=None):
+        options = ["--switch", switch] + (["-c", line] if stdin is None else [])
+        done = subprocess.run([self.pmsh, *options], input=stdin, capture_output=True, text=True, check=False)
+        return self.check(f"{os.path.basename(switch)}: {line}", done.stdout, display, done.returncode), done
+
+
+def commands(pmsh):
+    """Lines for all interfaces, with the name of their display."""
+    reference = subprocess.run([pmsh, "--print-command-reference"], capture_output=True, text=True, check=True).stdout
+    for syntax, display in re.findall(r"^\| `([^`]+)` \| [^|]+ \| `?([a-z_]+)`? \|$", reference, re.MULTILINE):
+        line = re.sub(r"\[[^\]]*\] ?", "", syntax).strip()
+        line = line.replace("RANGE", "ethernet 1/1").replace("MODULE", "2").replace("VLANS", "1-300").replace("PORT", "0")
+        if re.search("[A-Z]", line) or line.split()[0] in ("watch", "exit", "quit"):
+            continue
+        if line.split()[0] in ("show", "clear"):
+            yield line, display
+
+
+def check_damage(checker, switch):
+    """A validator that accepts everything would prove nothing: documents that are damaged must not pass."""
+    document, _ = checker.run(switch, "show interface ethernet 1/1 brief | json", "brief")
+
+    def is_refused(change):
+        damaged = copy.deepcopy(document)
+        change(damaged, damaged["interfaces"][0])
+        return not checker.validator("brief").is_valid(damaged)
+
+    damages = {
+        "a text for a number": lambda _, record: record.update(mtu_bytes="1500"),
+        "no address": lambda _, record: record.update(ip_address="nowhere"),
+        "a word that there is not": lambda _, record: record.update(state="sideways"),
+        "no interface": lambda _, record: record.update(interface=None),
+        "an unknown key": lambda _, record: record.update(color="red"),
+        "a missing key": lambda _, record: record.pop("state"),
+        "a reason that there is not": lambda _, record: record["absent"].update(mtu_bytes="lost"),
+        "no time": lambda whole, _: whole.pop("time"),
+        "another display": lambda whole, _: whole.update(display="status"),
+    }
+    for what, change in damages.items():
+        if not is_refused(change):
+            checker.fault("damaged document", f"{what} is accepted")
+
+
+def check_watch(checker, switch):
+    """Two readings, each a document on a line, with rates."""
+    line = "watch 1 show interface ethernet 1/1 counters | json"
+    with subprocess.Popen([checker.pmsh, "--switch", switch, "-c", line], stdout=subprocess.PIPE, text=True) as watch:
+        readings = [watch.stdout.readline() for _ in range(2)]
+        watch.send_signal(signal.SIGINT)
+    for reading in readings:
+        checker.check(line, reading, "counters")
+
+
+def check_refused_lines(checker, switch):
+    """Exactly one document, also when a line does not run."""
+    for line in ("show nothing | json", "show interface ethernet 9/9 | json", "show interface ethernet 1/4-1 brief | json",
+                 "show interface | json | include (", "show interface | count | json", "show module 99 resources | json",
+                 "configure | json | jsn"):
+        document, done = checker.run(switch, line)
+        if done.returncode == 0 or not done.stderr:
+            checker.fault(line, f"exit code {done.returncode}, standard error {done.stderr!r}")
+        errors = [] if document is None else [it for it in document["messages"] if it["severity"] == "error"]
+        if not errors:
+            checker.fault(line, "no error among the messages")
+
+
+def main():
+    pmsh, schema_file, *switches = sys.argv[1:]
+    with open(schema_file, encoding="utf-8") as file:
+        checker = Checker(pmsh, json.load(file))
+    lines = list(commands(pmsh))
+    if len(lines) < 40:
+        sys.exit(f"the command reference lists only {len(lines)} commands")
+    for switch in switches:
+        for line, display in lines:
+            checker.run(switch, f"{line} | json", display)
+        check_refused_lines(checker, switch)
+    check_damage(checker, switches[0])
+    check_watch(checker, switches[0])
+    for fault in checker.faults[:40]:
+        print(fault)
+    if checker.faults:
+        sys.exit(f"{len(checker.faults)} faults in {checker.count} documents")
+    print(f"{checker.count} documents of {len(lines)} commands follow the schema")
+
+
+if __name__ == "__main__":
+    main()
