@@ -232,9 +232,8 @@ int run_with_output(pmhost_command_t& command, Work work) {
   if (shown != nullptr) settings.shown = *shown;
   settings.command = text;
   host::line_filters filters;
-  host::transport_forget_failures();
   host::command_output output(settings, filters);
-  return host::report_failed_requests(output, work(output));
+  return output.report_failures(work(output));
 }
 
 paraminfo_t* block_of_ranges(pmhost_command_t& command) {

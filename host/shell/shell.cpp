@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -55,16 +54,6 @@ output_settings settings_for(const shell& session, const command_line& line) {
   return settings;
 }
 
-constexpr const char* text_of(request_fault fault) {
-  switch (fault) {
-    case request_fault::unreachable: return "is not running";
-    case request_fault::unanswered: return "did not answer in time";
-    case request_fault::rejected: return "refused a request";
-    case request_fault::damaged: return "answered with less than it promised";
-  }
-  return "failed";
-}
-
 int run_command(shell& session, const command_line& line) {
   line_filters filters;
   for (const pipe_stage& stage : line.pipes) {
@@ -91,11 +80,9 @@ int run_command(shell& session, const command_line& line) {
   if (session.output == nullptr) interrupts.emplace();
   int result = kDone;
   int write_error = 0;
-  transport_forget_failures();
   {
     command_output output(settings, filters);
-    result = line.what->run({line, session, output});
-    result = report_failed_requests(output, result);
+    result = output.report_failures(line.what->run({line, session, output}));
     write_error = output.finish();
   }
   if (was_interrupted()) return kInterrupted;
@@ -112,16 +99,6 @@ std::string_view question_of(std::string_view line, shell_mode mode) {
 }
 
 }  // namespace
-
-int report_failed_requests(command_output& output, int result) {
-  std::vector<std::string_view> named;
-  for (const failed_request& it : transport_failures()) {
-    if (std::find(named.begin(), named.end(), it.service) != named.end()) continue;
-    named.push_back(it.service);
-    output.complain("the service '" + std::string(it.service) + "' " + text_of(it.fault) + ".");
-  }
-  return result == kDone && !named.empty() ? int{kServiceFailed} : result;
-}
 
 command_queue::command_queue() : handle(transport_open_queue()) {}
 command_queue::~command_queue() { transport_close_queue(handle); }

@@ -209,7 +209,7 @@ class watcher {
     settings.traffic = &traffic_;
     {
       command_output output(settings, filters);
-      result_ = line_.what->run({line_, session_, output});
+      result_ = output.report_failures(line_.what->run({line_, session_, output}));
     }
     return text;
   }

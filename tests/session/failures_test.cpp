@@ -70,7 +70,10 @@ TEST(Failures, OfWhichTheTextSaysNothingAreNamed) {
 
   const outcome document = run_shell({"--provoke", "ip=cut:3", "-c", std::string(command) + " | json"});
   EXPECT_EQ(document.exit_code, 3);
-  EXPECT_NE(document.out.find("\"text\":\"the service 'ip' answered with less than it promised.\""), std::string::npos)
+  EXPECT_EQ(document.err, "pmsh: the service 'ip' answered with less than it promised.\n");
+  EXPECT_NE(document.out.find("{\"interface\":\"Ethernet1/1\",\"text\":\"the service 'ip' answered with less than it "
+                              "promised.\"}"),
+            std::string::npos)
       << document.out;
 }
 

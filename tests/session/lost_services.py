@@ -51,7 +51,7 @@ def fault_of(shell, switch, command, undisturbed, service, fault):
         return f"its output changes and it exits with 0: {error.strip()[:200]}"
     if code not in (2, 3, 4, 5):
         return f"it exits with {code}: {error.strip()[:200]}"
-    if f"'{service}'" not in error and not command.endswith("json"):
+    if f"'{service}'" not in error:
         return f"standard error does not name the service: {error.strip()[:200]}"
     if command.endswith("json"):
         try:

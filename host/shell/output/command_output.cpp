@@ -6,13 +6,13 @@
 #include <iterator>
 
 #include "base/c_edge.h"
+#include "shell/exit_codes.h"
 #include "shell/output/coloured_marks.h"
 #include "shell/output/failed_ranges.h"
 #include "shell/output/printable.h"
 #include "shell/output/rendering.h"
 #include "shell/print_error.h"
 #include "switch/source.h"
-#include "transport/transport.h"
 
 namespace host {
 namespace {
@@ -196,8 +196,12 @@ void command_output::complain(std::string_view text) {
     document_->add_message(text);
     return;
   }
+  print_complaint(text);
+}
+
+void command_output::print_complaint(std::string_view text) {
   flush();
-  if (!settings_.sinks_errors) return print_error(text);
+  if (!settings_.sinks_errors || document_) return print_error(text);
   safe_line_.clear();
   append_printable(safe_line_, text);
   show(safe_line_);
@@ -223,7 +227,7 @@ void command_output::begin_interface(std::string_view name, if_index_t if_index)
   take_printed();
   if (!line_.empty()) end_line();
   failed_ = false;
-  failures_before_ = transport_failures().size();
+  record_failures();
   interface_is_shown_ = false;
   if_index_ = if_index;
   if (document_) document_->begin_record(name);
@@ -232,7 +236,8 @@ void command_output::begin_interface(std::string_view name, if_index_t if_index)
 bool command_output::end_interface() {
   take_printed();
   if (!line_.empty()) end_line();
-  if (transport_failures().size() > failures_before_) failed_ = true;
+  if (account_.has_new()) failed_ = true;
+  record_failures();
   std::optional<traffic_rates> rates;
   if (settings_.traffic != nullptr && !failed_) rates = settings_.traffic->look_at(if_index_, interface_is_shown_);
   if (document_) {
@@ -240,6 +245,19 @@ bool command_output::end_interface() {
     show_ready_document();
   }
   return failed_;
+}
+
+// Those of an interface belong to its record.
+void command_output::record_failures() {
+  account_.take_new([this](std::string_view sentence) {
+    if (document_ && !document_->add_message(sentence)) failed_ = true;
+  });
+}
+
+int command_output::report_failures(int result) {
+  record_failures();
+  account_.take_all([this](std::string_view sentence) { print_complaint(sentence); });
+  return result == kDone && !account_.is_empty() ? int{kServiceFailed} : result;
 }
 
 bool command_output::is_discarding() const {

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "shell/output/account.h"
 #include "shell/output/block_writer.h"
 #include "shell/output/document.h"
 #include "shell/output/pager.h"
@@ -68,6 +69,14 @@ class command_output {
   // An error of the shell itself, one line: to standard error, into the document, or to the sink that wants them.
   void complain(std::string_view text);
 
+  // The same, but not into the document.
+  void print_complaint(std::string_view text);
+
+  // A sentence for each service and client library that failed the command: to standard error, and into the document.
+  // Returns the exit code: that of a service that failed when there is one and `result` is none. To be called when the
+  // command has run.
+  int report_failures(int result);
+
   // Ends the output, which then takes nothing more. Returns 0, or the errno with which writing it failed.
   int finish();
 
@@ -105,9 +114,11 @@ class command_output {
   void show(std::string_view line);
   void filter(std::string_view line);
   void show_ready_document();
+  void record_failures();
 
   output_settings settings_;
   line_filters& filters_;
+  account account_;
   block_writer writer_;
   std::optional<pager> pager_;
   std::optional<progress_line> progress_;
@@ -121,7 +132,6 @@ class command_output {
   bool line_is_bound_ = false;
   mutable std::vector<uint8> perhaps_unknown_;  // by the schema's rows
   bool failed_ = false;
-  std::size_t failures_before_ = 0;  // of requests, when the interface began
   bool left_pager_ = false;
   bool is_finished_ = false;
 };
