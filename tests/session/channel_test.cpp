@@ -233,13 +233,21 @@ TEST(Channel, ResponseOfAFailedCommandIsShownAndCounts) {
   EXPECT_EQ(command.finish(), "Ethernet1/1: (not allowed)\n");
 }
 
-TEST(Channel, ErrorLinesOfTheLibraryCountAsFailures) {
+// A failure is noted where it happens, and not by what is printed about it.
+TEST(Channel, TextAloneIsNoFailure) {
   captured_command command;
   command.output().begin_interface("Ethernet1/1");
-  std::puts("an error: is not at the start");
-  EXPECT_FALSE(command.output().end_interface());
-  command.output().begin_interface("Ethernet1/2");
   std::printf("error: %s\n", "general failure");
+  EXPECT_FALSE(command.output().end_interface());
+}
+
+TEST(Channel, FailedRangesAreAFailure) {
+  captured_command command;
+  command.output().begin_interface("Ethernet1/1");
+  mrange_handle_t* const ranges = cmd_mrange_create(0);
+  cmd_mrange_range_add(ranges, host::numbered_index(IF_TYPE_LOOPBACK, 1), host::numbered_index(IF_TYPE_LOOPBACK, 2));
+  EXPECT_FALSE(command.output().failed());
+  cmd_mrange_error_set(ranges);
   EXPECT_TRUE(command.output().end_interface());
 }
 

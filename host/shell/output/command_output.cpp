@@ -40,23 +40,8 @@ std::FILE* stand_in() {
   return stream;
 }
 
-// How lines begin with which the library says that a service failed it.
-constexpr std::string_view kFailureTexts[] = {
-    "error: ",
-    "stats unavailable",
-    "couldn't get crdcfg_get_port_cap()",
-    "crdcfg_get_port_cap failed",
-    "im_ext_sbcr_init failed",
-    "im_get_ifindex_layermode_list failed",
-};
-
 // A longer one is broken: a handler that prints without end must not fill the memory.
 constexpr std::size_t kLongestLine = 1 << 20;
-
-bool tells_failure(std::string_view line) {
-  return std::any_of(std::begin(kFailureTexts), std::end(kFailureTexts),
-                     [line](std::string_view text) { return line.starts_with(text); });
-}
 
 }  // namespace
 
@@ -149,7 +134,6 @@ void command_output::text(std::string_view text) {
 
 // A complete line, without its newline.
 void command_output::deliver(std::string_view line) {
-  if (tells_failure(line)) failed_ = true;
   if (is_discarding()) return;
   if (!is_plain_ascii(line)) {
     safe_line_.clear();

@@ -1,8 +1,8 @@
 // The output of one command, from the first byte to the last.
 //
 // While it lives, a stream of the host stands in for `stdout`: what the library prints with printf and puts, and what
-// it prints on the output channel, pass through it in order. Line by line it is made safe for a terminal, looked
-// through for failures, and shown, filtered, paged, or turned into the structured form.
+// it prints on the output channel, pass through it in order. Line by line it is made safe for a terminal, and
+// shown, filtered, paged, or turned into the structured form.
 #pragma once
 
 #include <cstdio>
