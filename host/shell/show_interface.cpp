@@ -61,9 +61,12 @@ struct showing {
 
   static bool is_of(const view& in, const interface_kind& kind) { return is_one_of(kind, in.kinds); }
 
-  // Whether the library's handler says only that there is no such display of the kind.
-  bool is_refused(const view& in, const interface_kind& kind) const {
-    return is_one_of(kind, in.refused) && provided(in, kind) == nullptr;
+  // Whether the library's handler says only that there is no such display of the kind. Of sub-interfaces of
+  // port-channels it says nothing.
+  bool is_refused(const view& in, if_index_t if_index) const {
+    const interface_kind& kind = kind_of(if_index);
+    const bool is_silent = kind.type != IF_TYPE_ETHERNET_L3 && if_index_is_sub_intf(if_index) != 0;
+    return is_one_of(kind, in.refused) && !is_silent && provided(in, kind) == nullptr;
   }
 
   static bool is_one_of(const interface_kind& kind, std::span<const if_index_type_t> kinds) {
@@ -117,7 +120,7 @@ void show_one(const showing& view, if_index_t if_index, tally& count) {
   ++count.shown;
   for (const host::view* const in : view.shown) {
     if (show_in(view, *in, if_index)) {
-      count.without_display += view.is_refused(*in, kind_of(if_index));
+      count.without_display += view.is_refused(*in, if_index);
       continue;
     }
     ++count.without_display;
