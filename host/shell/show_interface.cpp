@@ -61,12 +61,14 @@ struct showing {
 
   static bool is_of(const view& in, const interface_kind& kind) { return is_one_of(kind, in.kinds); }
 
-  // Whether the library's handler says only that there is no such display of the kind. Of sub-interfaces of
-  // port-channels it says nothing.
+  // Whether the library's handler says only that there is no such display of the kind. It shows port-channels of
+  // Fibre Channel, and says nothing of sub-interfaces of port-channels.
   bool is_refused(const view& in, if_index_t if_index) const {
     const interface_kind& kind = kind_of(if_index);
-    const bool is_silent = kind.type != IF_TYPE_ETHERNET_L3 && if_index_is_sub_intf(if_index) != 0;
-    return is_one_of(kind, in.refused) && !is_silent && provided(in, kind) == nullptr;
+    pc_subtype_t subtype = 0;
+    const bool is_channel = if_index_port_channel_get_subtype(if_index, &subtype) == 0;
+    const bool is_taken = is_channel && (subtype == PC_SUBTYPE_XGFC || if_index_is_sub_intf(if_index) != 0);
+    return is_one_of(kind, in.refused) && !is_taken && provided(in, kind) == nullptr;
   }
 
   static bool is_one_of(const interface_kind& kind, std::span<const if_index_type_t> kinds) {
