@@ -241,6 +241,27 @@ TEST(Channel, TextAloneIsNoFailure) {
   EXPECT_FALSE(command.output().end_interface());
 }
 
+// A mark is coloured where its value is bound, whatever else stands in the line.
+TEST(Channel, BoundMarksAreColoured) {
+  host::output_settings settings;
+  settings.coloured = true;
+  settings.shown = {host::kTransceiverDetailsDisplay, {}, {}, true};
+  captured_command command(settings);
+  const uint32 high_alarm = 1, high_warning = 2, low_warning = 3, low_alarm = 4, none = 5;
+  cmd_rx_handle_t* const rx = command.channel();
+  cmd_prt(rx, "Temperature  76.00 C  %2.2s   75.00 C\n", cmd_tuple(0x022A0021, &high_alarm));
+  cmd_prt(rx, "Voltage  %2.2s|\n", cmd_tuple(0x022A0027, &high_warning));
+  cmd_prt(rx, "Current %-3s|\n", cmd_tuple(0x022A002D, &low_warning));
+  cmd_prt(rx, "%s++ %s|\n", cmd_tuple(0x022A0033, &low_alarm), cmd_tuple(0x022A0039, &none));
+  std::puts("  Temperature   76.00 C  ++");
+  EXPECT_EQ(command.finish(),
+            "Temperature  76.00 C  \x1b[31m++\x1b[0m   75.00 C\n"
+            "Voltage   \x1b[33m+\x1b[0m|\n"
+            "Current \x1b[33m-\x1b[0m  |\n"
+            "\x1b[31m--\x1b[0m++ |\n"
+            "  Temperature   76.00 C  ++\n");
+}
+
 TEST(Channel, FailedRangesAreAFailure) {
   captured_command command;
   command.output().begin_interface("Ethernet1/1");

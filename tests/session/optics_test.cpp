@@ -202,6 +202,16 @@ TEST(Colours, AlarmsAreRedAtATerminal) {
   EXPECT_NE(temperature_at_terminal().find(" \x1b[31m++\x1b[0m "), std::string::npos);
 }
 
+// The command library prints the table of all modules as plain text.
+TEST(Colours, ArePartOfPlainTablesToo) {
+  terminal screen({}, test_file("optics.yaml"));
+  EXPECT_TRUE(screen.shows_prompt());
+  for (const char* const command : {"show transceiver", "show transceiver details"}) {
+    screen.type(command + std::string(" | include Temperature.*76.00\r"));
+    EXPECT_TRUE(screen.shows("  Temperature   76.00 C  \x1b[31m++\x1b[0m")) << command;
+  }
+}
+
 TEST(Colours, AreLeftOutWhenTheUserSaysSo) {
   setenv("NO_COLOR", "1", 1);
   const std::string text = temperature_at_terminal();
