@@ -91,7 +91,7 @@ syserr_t give_list(const status_entries& entries, uint8** list) {
 // Notes what became of it, so that it is a failure when there is no memory for that.
 syserr_t ask_to_clear(const call& to, if_index_t if_index) {
   return no_throw<syserr_t>(PM_ERR_GENERAL, [&] {
-    const syserr_t error = answer(to, bytes_of(interface_request{if_index}), 1).error();
+    const syserr_t error = answer(answered_by_errors(to), bytes_of(interface_request{if_index}), 1).error();
     note_clear(to.sap, if_index, if_index, error);
     return error;
   });
@@ -127,7 +127,7 @@ bool clear_channels(mts_q_handle_t q, const vsh_intf_mono_range_t& range) {
   const eth_statistics_request request{{range.lower_if_index, range.upper_if_index}, 0};
   const syserr_t error = no_throw<syserr_t>(PM_ERR_GENERAL, [&] {
     const syserr_t answered =
-        answer({q, MTS_SAP_PORT_MANAGER, PM_OPC_CHANNEL_STATISTICS}, bytes_of(request), 1).error();
+        answer(answered_by_errors({q, MTS_SAP_PORT_MANAGER, PM_OPC_CHANNEL_STATISTICS}), bytes_of(request), 1).error();
     note_clear(MTS_SAP_PORT_MANAGER, range.lower_if_index, range.upper_if_index, answered);
     return answered;
   });
@@ -173,7 +173,7 @@ int32 dstats_clear_counters(mts_q_handle_t q, if_index_t if_index, uint32, uint3
 int32 pcmap_get_next_port_channel(if_index_t current, if_index_t* next) {
   if (next == nullptr) return PM_ERR_GENERAL;
   be32 found;
-  const syserr_t error = ask_record({client_queue(), SAP_PORT_CHANNEL, PC_OPC_NEXT},
+  const syserr_t error = ask_record(answered_by_errors({client_queue(), SAP_PORT_CHANNEL, PC_OPC_NEXT}),
                                     bytes_of(interface_request{current}), writable_bytes_of(found));
   if (error == 0) *next = found;
   return error;

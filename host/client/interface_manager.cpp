@@ -14,9 +14,10 @@ syserr_t fill_values(interface_manager_opcode opcode, if_info_t* records, uint32
   if (records == nullptr && count != 0) return PM_ERR_GENERAL;
   for (if_info_t& record : std::span(records, count)) {
     if_value value;
-    const syserr_t error = ask_record({client_queue(), SAP_INTERFACE_MANAGER, opcode},
-                                      bytes_of(interface_request{record.ifindex}), writable_bytes_of(value));
+    const call to{client_queue(), SAP_INTERFACE_MANAGER, opcode};
+    const syserr_t error = ask_record(to, bytes_of(interface_request{record.ifindex}), writable_bytes_of(value));
     if (error != 0) return error;
+    note_reported(to, value.status);
     record.status = value.status;
     record.val.layer = value.value;
   }

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "client/diagnostic_marks.h"
 #include "client/request.h"
 #include "platform/satellite.h"
 #include "platform/transceiver.h"
@@ -63,11 +64,14 @@ const char* first_word(const bit_text (&words)[Count], uint8 bits) {
 int32 ask_diagnostics(const call& to, if_index_t if_index, mts_get_sfp_diag_info_t* diag_info,
                       sfp_diag_info_ddm_tlvs_t* sfp_ddm_info) {
   if (diag_info == nullptr || sfp_ddm_info == nullptr) return PM_ERR_GENERAL;
+  std::fflush(stdout);  // what was printed so far is of the module before
+  forget_marks();
   sfp_diagnostics record;
   const syserr_t error = ask_record(to, bytes_of(interface_request{if_index}), writable_bytes_of(record));
   if (error != 0) return error;
   *diag_info = record.values;
   *sfp_ddm_info = record.further;
+  note_marks(record.values);
   return 0;
 }
 

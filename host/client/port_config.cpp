@@ -29,7 +29,7 @@ struct heap_deleter {
 // Asks for a status of each port. On success the caller frees the block.
 int32 ask_statuses(const call& to, std::span<const std::byte> request, pm_port_cfg_status_t** cfg_status,
                    uint32* num_ports) {
-  const answer got(to, request, sizeof **cfg_status);
+  const answer got(answered_by_errors(to), request, sizeof **cfg_status);
   if (got.error() != 0 || got.count() == 0) return got.error();
   std::unique_ptr<pm_port_cfg_status_t[], heap_deleter> block(
       static_cast<pm_port_cfg_status_t*>(std::malloc(got.records().size())));

@@ -71,7 +71,7 @@ uint32 configure_interfaces(const call& to, uint32 create, const intf_range_t* r
   for (uint32 i = 0; i < ranges->range_count; ++i)
     request.ranges[i] = {ranges->range[i].lower_if_index, ranges->range[i].upper_if_index};
   const std::size_t size = sizeof request.head + ranges->range_count * sizeof request.ranges[0];
-  const syserr_t error = answer(to, bytes_of(request).first(size), 1).error();
+  const syserr_t error = answer(answered_by_errors(to), bytes_of(request).first(size), 1).error();
   note_creation(error);
   return static_cast<uint32>(error);
 }
@@ -88,7 +88,7 @@ constexpr list_layout kTrackedLayout = {
 syserr_t get_clear_statistics(const call& to, const eth_statistics_request& request, show_eth_intf_resp_t* response) {
   if (request.get == 0) {
     return no_throw<syserr_t>(PM_ERR_GENERAL, [&] {
-      const syserr_t error = answer(to, bytes_of(request), sizeof *response).error();
+      const syserr_t error = answer(answered_by_errors(to), bytes_of(request), sizeof *response).error();
       note_clear(to.sap, request.range.low, request.range.high, error);
       return error;
     });
@@ -106,9 +106,13 @@ int32 pm_cmi_get_port_config(mts_q_handle_t q, uint32, uint32, const if_index_ra
 
 int32 pm_cmi_get_fcot_info(mts_q_handle_t q, uint32, uint32, const if_index_range_t* range, uint32* length,
                            pm_fcot_res_t** response, int32 timeout) {
-  const syserr_t error = get_records({q, MTS_SAP_PORT_MANAGER, PM_OPC_TRANSCEIVER, timeout}, range, length, response);
-  if (error == 0) *length *= static_cast<uint32>(sizeof **response);
-  return error;
+  const call to{q, MTS_SAP_PORT_MANAGER, PM_OPC_TRANSCEIVER, timeout};
+  const syserr_t error = get_records(to, range, length, response);
+  if (error != 0) return error;
+  for (const pm_fcot_res_t& record : std::span(*response, *length))
+    note_reported(to, static_cast<syserr_t>(static_cast<uint32>(record.status)));
+  *length *= static_cast<uint32>(sizeof **response);
+  return 0;
 }
 
 int32 pm_cmi_get_tracked_port_if_list(mts_q_handle_t q, if_index_t if_index, void** list, int32 timeout) {
@@ -136,8 +140,11 @@ int32 pm_get_port_info_range(mts_q_handle_t q, if_index_t low, if_index_t high, 
   syserr_t error = exchange(to, bytes_of(range_request{low, high}), message);
   if (error != 0) return error;
   const std::span payload = payload_of(*message);
-  if (is_damaged(payload, records_of(payload, sizeof(pm_port_info_t)))) transport_note_damaged(to.sap);
   error = reported_error(payload);
+  if (is_damaged(payload, records_of(payload, sizeof(pm_port_info_t))))
+    transport_note_damaged(to.sap);
+  else
+    note_reported(to, error);
   if (error == 0) return 0;
   mts_drop(q, message);
   *message = {};

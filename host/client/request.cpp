@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 #include "base/c_edge.h"
+#include "platform/transceiver.h"
 #include "service/messages.h"
 #include "transport/transport.h"
 
@@ -20,6 +22,12 @@ int32 receive(const call& to, mts_rr_token_t token, mts_msg_ref_t* got) {
   do result = mts_recv(to.q, got, &options);
   while (result == -1 && mts_errno_get(to.q) == MTS_ERRNO_INTERRUPTED);
   return result;
+}
+
+// Whether an error says that there is nothing to report of a transceiver.
+bool is_none(syserr_t error) {
+  constexpr syserr_t kNone[] = {PM_ERR_SFP_NOT_PRESENT, PM_ERR_SFP_NO_DIAGNOSTICS, PM_ERR_SFP_NO_INFORMATION};
+  return std::find(std::begin(kNone), std::end(kNone), error) != std::end(kNone);
 }
 
 }  // namespace
@@ -70,10 +78,18 @@ bool is_damaged(std::span<const std::byte> payload, const counted_records& found
   return found.error != 0 && (payload.size() < sizeof(reply_head) || reported_error(payload) == 0);
 }
 
+void note_reported(const call& to, syserr_t error) {
+  if (error != 0 && to.error == error_is::failure && !is_none(error)) transport_note_error(to.sap, error);
+}
+
 answer::answer(const call& to, std::span<const std::byte> request, std::size_t record_size) : q_(to.q) {
   const syserr_t error = exchange(to, request, &got_);
   held_ = error != 0 ? counted_records{.error = error} : records_of(payload_of(got_), record_size);
-  if (error == 0 && is_damaged(payload_of(got_), held_)) transport_note_damaged(to.sap);
+  if (error != 0) return;
+  if (is_damaged(payload_of(got_), held_))
+    transport_note_damaged(to.sap);
+  else
+    note_reported(to, held_.error);
 }
 
 answer::~answer() { mts_drop(q_, &got_); }

@@ -12,13 +12,28 @@ namespace host {
 
 enum { ANSWER_TIMEOUT_SEC = 60 };
 
-// Where a request goes, and how long its answer may take.
+// What an error that a service reports means: it failed the command, which is noted (transport/failures.h), or it is
+// its answer: a refusal, or that there is none.
+enum class error_is : uint8 { failure, answer };
+
+// Where a request goes, how long its answer may take, and what an error in it means.
 struct call {
   mts_q_handle_t q;
   uint32 sap;
   mts_opc_t opcode;
   int32 timeout_sec = ANSWER_TIMEOUT_SEC;
+  error_is error = error_is::failure;
 };
+
+// The same call, to which an error is an answer.
+inline call answered_by_errors(call to) {
+  to.error = error_is::answer;
+  return to;
+}
+
+// Notes an error that the service reports in an answer, if it is a failure. 0 and that there is no transceiver, or that
+// it has nothing to report, are none.
+void note_reported(const call& to, syserr_t error);
 
 // The queue of client functions that are not given one; -1 when there is no memory for it.
 mts_q_handle_t client_queue();

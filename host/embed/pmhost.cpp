@@ -107,13 +107,15 @@ std::string find_switch_file(const std::string& name) {
 }
 
 // The command library opens the client libraries by name. It finds them in this library's place when they are loaded
-// already.
+// already. Throws when one is missing: a library cannot see which command asks for it.
 void load_client_libraries(const fs::path& directory) {
   std::error_code error;
   for (const char* const name : {PMCLI_CLIENT_LIBRARIES}) {
     const std::string file = std::string("lib") + name + ".so";
     const fs::path own = directory / "pmcli" / file;
-    dlopen((fs::exists(own, error) ? own : directory / file).c_str(), RTLD_LAZY | RTLD_LOCAL);
+    if (dlopen((fs::exists(own, error) ? own : directory / file).c_str(), RTLD_LAZY | RTLD_LOCAL) != nullptr) continue;
+    const char* const reason = dlerror();
+    throw std::runtime_error("cannot load a client library: " + std::string(reason == nullptr ? file.c_str() : reason));
   }
 }
 
@@ -231,9 +233,9 @@ int run_with_output(pmhost_command_t& command, Work work) {
   settings.shown = shown != nullptr ? *shown : host::kSentences;
   settings.command = text;
   host::line_filters filters;
-  host::transport_forget_failures();
   host::command_output output(settings, filters);
-  const int code = host::report_failed_requests(output, work(output));
+  const int code = output.report_failures(work(output));
+  output.set_exit_code(code);
   discard_answers();
   return code;
 }

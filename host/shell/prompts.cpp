@@ -98,7 +98,10 @@ int32 vsh_util_user_input_get(vsh_user_input_info_t* question, char* answer) {
 }
 
 void vsh_print_mts_error_message(int32 kind, int32 mts_errno) {
-  if (host::command_output* const output = host::command_output::running()) output->note_failure();
+  if (host::command_output* const output = host::command_output::running()) {
+    output->note_failure();
+    output->line().set_failed();
+  }
   const char* const request = kind == VSH_MTS_ERROR_PORT_CONFIG ? "the port manager's record" : "the request";
   std::printf("error: no answer to %s: %s. Type 'show transport' for the messages so far.\n", request,
               reason_of(mts_errno));

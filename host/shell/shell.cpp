@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -54,16 +53,6 @@ output_settings settings_for(const shell& session, const command_line& line) {
   return settings;
 }
 
-constexpr const char* text_of(request_fault fault) {
-  switch (fault) {
-    case request_fault::unreachable: return "is not running";
-    case request_fault::unanswered: return "did not answer in time";
-    case request_fault::rejected: return "refused a request";
-    case request_fault::damaged: return "answered with less than it promised";
-  }
-  return "failed";
-}
-
 // A line that does not run: the error on standard error, and in a document when one was asked for.
 int refuse_line(const shell& session, std::string_view line, std::string_view error) {
   print_error(error);
@@ -92,11 +81,9 @@ int run_command(shell& session, const command_line& line, std::string_view writt
   if (session.output == nullptr) interrupts.emplace();
   int result = kDone;
   int write_error = 0;
-  transport_forget_failures();
   {
     command_output output(settings, filters);
-    result = line.what->run({line, session, output});
-    result = report_failed_requests(output, result);
+    result = output.report_failures(line.what->run({line, session, output}));
     output.set_exit_code(was_interrupted() ? int{kInterrupted} : result);
     write_error = output.finish();
   }
@@ -114,16 +101,6 @@ std::string_view question_of(std::string_view line, shell_mode mode) {
 }
 
 }  // namespace
-
-int report_failed_requests(command_output& output, int result) {
-  std::vector<std::string_view> named;
-  for (const failed_request& it : transport_failures()) {
-    if (std::find(named.begin(), named.end(), it.service) != named.end()) continue;
-    named.push_back(it.service);
-    output.complain("the service '" + std::string(it.service) + "' " + text_of(it.fault) + ".");
-  }
-  return result == kDone && !named.empty() ? int{kServiceFailed} : result;
-}
 
 command_queue::command_queue() : handle(transport_open_queue()) {}
 command_queue::~command_queue() { transport_close_queue(handle); }

@@ -22,7 +22,6 @@ struct configured_interfaces {
   std::vector<vsh_intf_mono_range_t> ranges;
 };
 
-class command_output;
 struct output_settings;
 
 struct shell {
@@ -46,10 +45,6 @@ struct command_queue {
 
   mts_q_handle_t handle;
 };
-
-// A sentence for each service that left a request without a usable answer since transport_forget_failures(). Returns
-// the exit code: that of a service that failed when there is one and `result` is none.
-int report_failed_requests(command_output& output, int result);
 
 // Runs a line: a command, or a question when it ends with "?". Returns an exit code.
 int run_line(shell& session, std::string_view line);

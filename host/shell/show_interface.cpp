@@ -59,8 +59,20 @@ struct showing {
     return header == nullptr ? nullptr : library().*header;
   }
 
-  static bool is_of(const view& in, const interface_kind& kind) {
-    return std::find(in.kinds.begin(), in.kinds.end(), kind.type) != in.kinds.end();
+  static bool is_of(const view& in, const interface_kind& kind) { return is_one_of(kind, in.kinds); }
+
+  // Whether the library's handler says only that there is no such display of the kind. It shows port-channels of
+  // Fibre Channel, and says nothing of sub-interfaces of port-channels.
+  bool is_refused(const view& in, if_index_t if_index) const {
+    const interface_kind& kind = kind_of(if_index);
+    pc_subtype_t subtype = 0;
+    const bool is_channel = if_index_port_channel_get_subtype(if_index, &subtype) == 0;
+    const bool is_taken = is_channel && (subtype == PC_SUBTYPE_XGFC || if_index_is_sub_intf(if_index) != 0);
+    return is_one_of(kind, in.refused) && !is_taken && provided(in, kind) == nullptr;
+  }
+
+  static bool is_one_of(const interface_kind& kind, std::span<const if_index_type_t> kinds) {
+    return std::find(kinds.begin(), kinds.end(), kind.type) != kinds.end();
   }
 };
 
@@ -109,7 +121,10 @@ void show_one(const showing& view, if_index_t if_index, tally& count) {
   output.begin_interface(sprintf_if_index(name, if_index), if_index);
   ++count.shown;
   for (const host::view* const in : view.shown) {
-    if (show_in(view, *in, if_index)) continue;
+    if (show_in(view, *in, if_index)) {
+      count.without_display += view.is_refused(*in, if_index);
+      continue;
+    }
     ++count.without_display;
     std::printf("%s: there is no such display of this kind of interface\n", name);
     break;

@@ -36,6 +36,10 @@ constexpr if_index_type_t kTrunking[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, 
 // Of the others the library has no detailed view.
 constexpr if_index_type_t kTrunksInDetail[] = {IF_TYPE_ETHERNET, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
 
+// The library says of them that their kind is invalid here.
+constexpr if_index_type_t kWithoutBriefRow[] = {IF_TYPE_ETHERNET_L3, IF_TYPE_VETHERNET};
+constexpr if_index_type_t kWithoutModules[] = {IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL, IF_TYPE_VETHERNET};
+
 constexpr table_headers kNone = {};
 constexpr table_headers kCommon = {&library::common_header, &library::common_header, &library::common_header,
                                    &library::common_header};
@@ -56,11 +60,11 @@ constexpr view kViews[] = {
     {COMPUTED_DETAILED_VIEW, kAll, kNone},
     {DISPLAY_STATUS, kAll, kCommon},
     {DISPLAY_DESCRIPTION, kAll, kDescription},
-    {DISPLAY_BRIEF, kBriefRows, kBrief},
-    {DISPLAY_TRANSCEIVER, kPorts, kNone, INBAND_NOTHING},
+    {DISPLAY_BRIEF, kBriefRows, kBrief, INBAND_SAME, 0, {}, kWithoutBriefRow},
+    {DISPLAY_TRANSCEIVER, kPorts, kNone, INBAND_NOTHING, 0, {}, kWithoutModules},
     {DISPLAY_COUNTERS_BRIEF, kWithRates, kPortCounters},
-    {DISPLAY_TRANSCEIVER_CALIBRATION, kPorts, kNone, INBAND_NOTHING},
-    {DISPLAY_TRANSCEIVER_DETAIL, kPorts, kNone, INBAND_NOTHING},
+    {DISPLAY_TRANSCEIVER_CALIBRATION, kPorts, kNone, INBAND_NOTHING, 0, {}, kWithoutModules},
+    {DISPLAY_TRANSCEIVER_DETAIL, kPorts, kNone, INBAND_NOTHING, 0, {}, kWithoutModules},
     {DISPLAY_CAPABILITIES, kWithCapabilities, kNone, INBAND_NOTHING},
     {DISPLAY_ERRORS_FIRST, kButLoopbacks, kCounters, INBAND_NOTHING, DISPLAY_ERRORS_SECOND},
     {DISPLAY_STORM_CONTROL, kCounted, kPortCounters, INBAND_NOTHING},

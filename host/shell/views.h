@@ -36,6 +36,7 @@ struct view {
   inband_id inband = INBAND_SAME;
   uint32 followed_by = 0;  // another view whose table stands below this one; 0: none
   added_handlers own = {};
+  std::span<const if_index_type_t> refused = {};  // kinds that the library's handlers take only to refuse them
 
   // What the library is told.
   uint32 command_id() const {

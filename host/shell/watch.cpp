@@ -119,8 +119,8 @@ class broken_pipe_scope {
   void (*outside_)(int) = SIG_DFL;
 };
 
-// False: nobody reads any more, or Ctrl-C came while nobody did.
-bool put(std::string_view text) { return write_all(STDOUT_FILENO, text, was_interrupted) == 0; }
+// Returns 0, or the errno with which writing failed. Ctrl-C ends the waiting for a reader.
+int put(std::string_view text) { return write_all(STDOUT_FILENO, text, was_interrupted); }
 
 std::vector<std::string> lines_of(std::string_view text) {
   std::vector<std::string> lines;
@@ -185,8 +185,8 @@ class watcher {
   watcher(shell& session, const command_line& line, const output_settings& usual)
       : session_(session), line_(line), usual_(usual) {}
 
-  // Makes a reading and shows it. False: nobody reads any more.
-  bool show_reading() {
+  // Makes a reading and shows it. Returns 0, or the errno with which writing it failed.
+  int show_reading() {
     the_source().refresh(the_machine());
     refreshed_sec_ = clock_now_exactly();
     traffic_.begin_reading();
@@ -214,16 +214,16 @@ class watcher {
     settings.traffic = &traffic_;
     {
       command_output output(settings, filters);
-      result_ = line_.what->run({line_, session_, output});
+      result_ = output.report_failures(line_.what->run({line_, session_, output}));
     }
     return text;
   }
 
   // The document on a line, if the filters let it through.
-  bool show_document() {
+  int show_document() {
     line_filters none;
     std::string document = run(none);
-    if (was_interrupted()) return true;
+    if (was_interrupted()) return 0;
     std::erase(document, '\n');
     line_filters filters;
     add_filters(filters);
@@ -234,14 +234,14 @@ class watcher {
   }
 
   // A command that is refused at once is told as it is without a watch; later its complaint stands on the screen.
-  bool show_screen() {
+  int show_screen() {
     line_filters filters;
     add_filters(filters);
     const std::vector<std::string> shown = lines_of(run(filters));
-    if (was_interrupted()) return true;
+    if (was_interrupted()) return 0;
     if (is_refused()) {
       if (!shown.empty()) print_error(shown.front());
-      return true;
+      return 0;
     }
     const screen_size size = size_of(STDOUT_FILENO);
     return put(std::string(begin_of_drawing()) + drawing(first_line(size), shown, rate_lines(traffic_.rows()), size));
@@ -320,7 +320,10 @@ int watch(shell& session, const command_line& line, const output_settings& usual
   watcher running(session, line, usual);
   pace readings(*line.every);
   while (!was_interrupted()) {
-    if (!running.show_reading() && !was_interrupted()) return kDone;
+    if (const int error = running.show_reading(); error != 0 && !was_interrupted()) {
+      session.is_leaving = true;
+      return report_lost_output(error);
+    }
     if (running.is_refused()) return running.result();
     if (!readings.wait()) return kDone;
   }

@@ -6,6 +6,7 @@
 
 #include "base/c_edge.h"
 #include "transport/cancellation.h"
+#include "transport/failures.h"
 
 // Everything but transport_cancel() belongs to one thread: the one that runs commands.
 
@@ -13,6 +14,8 @@ namespace host {
 namespace {
 
 constexpr uint32 kNone = 0xFFFFFFFF;
+
+constexpr std::string_view kUnknownService = "unknown";
 
 enum class stage : uint8 { unused, sent, waiting, received };
 
@@ -48,7 +51,6 @@ struct transport {
   mts_rr_token_t last_token = 0;
   uint32 longest_wait_sec = 0;
   transport_account account;
-  std::vector<failed_request> failures;
 };
 
 transport the_transport;
@@ -191,16 +193,18 @@ bool is_interrupted(uint32 service) {
   return true;
 }
 
-void note_failure(std::string_view service, request_fault fault) {
-  no_throw(0, [&] { return the_transport.failures.push_back({service, fault}), 0; });
-}
-
 // The name of the service that a request was sent to.
 std::string_view service_asked(mts_q_handle_t q, mts_rr_token_t token) {
   for (const message& sent : the_transport.messages)
     if (sent.at == stage::sent && sent.q == q && sent.token == token)
       return the_transport.services[sent.service].what.name;
-  return "unknown";
+  return kUnknownService;
+}
+
+std::string_view name_of_service(uint32 sap) {
+  for (const registered_service& it : the_transport.services)
+    if (it.what.sap == sap) return it.what.name;
+  return kUnknownService;
 }
 
 uint32 wait_in_seconds(int32 asked) {
@@ -257,14 +261,9 @@ bool transport_provoke(std::string_view service_name, provocation what) {
 
 void transport_limit_waits(uint32 seconds) { the_transport.longest_wait_sec = seconds; }
 
-std::span<const failed_request> transport_failures() { return the_transport.failures; }
+void transport_note_damaged(uint32 sap) { note_failure({name_of_service(sap), fault::damaged}); }
 
-void transport_note_damaged(uint32 sap) {
-  for (const registered_service& it : the_transport.services)
-    if (it.what.sap == sap) return note_failure(it.what.name, request_fault::damaged);
-}
-
-void transport_forget_failures() { the_transport.failures.clear(); }
+void transport_note_error(uint32 sap, syserr_t error) { note_failure({name_of_service(sap), fault::error, error}); }
 
 transport_account transport_accounts() { return the_transport.account; }
 
@@ -281,7 +280,7 @@ int32 mts_send(mts_q_handle_t q, const mts_addr_t* to, mts_opc_t opcode, void* p
   if (to->node != MTS_NODE_LOCAL && !is_line_card(to->node)) return fail(*from, EHOSTUNREACH);
   const uint32 service = find_service(to->sap, is_line_card(to->node));
   if (service == kNone || the_transport.services[service].provoked.what == provocation::kind::lost) {
-    note_failure(service == kNone ? "unknown" : the_transport.services[service].what.name, request_fault::unreachable);
+    note_failure({service == kNone ? kUnknownService : the_transport.services[service].what.name, fault::unreachable});
     return fail(*from, ECONNREFUSED);
   }
   const std::span<const std::byte> request(static_cast<const std::byte*>(payload), size);
@@ -311,7 +310,7 @@ int32 mts_recv(mts_q_handle_t q, mts_msg_ref_t* got, mts_recv_options_t* options
     // Services answer when their request is sent: an answer that is not here will not come.
     if (options->non_blocking != 0) return fail(*on, EAGAIN);
     const int32 error = sleep_interruptibly(wait_in_seconds(options->timeout));
-    if (error != ECANCELED) note_failure(service_asked(q, options->rr_token), request_fault::unanswered);
+    if (error != ECANCELED) note_failure({service_asked(q, options->rr_token), fault::unanswered});
     return fail(*on, error);
   }
   message& received = the_transport.messages[answer];
@@ -325,9 +324,9 @@ int32 mts_recv(mts_q_handle_t q, mts_msg_ref_t* got, mts_recv_options_t* options
   ++the_transport.account.received;
   const service& from = the_transport.services[received.service].what;
   if (received.rejected)
-    note_failure(from.name, request_fault::rejected);
+    note_failure({from.name, fault::rejected});
   else if (received.payload.empty() || (from.is_whole != nullptr && !from.is_whole(received.payload)))
-    note_failure(from.name, request_fault::damaged);
+    note_failure({from.name, fault::damaged});
   on->error = 0;
   return 0;
 }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/mts.h"
+#include "platform/syserr.h"
 #include "platform/types.h"
 
 namespace host {
@@ -62,21 +63,12 @@ void transport_limit_waits(uint32 seconds);
 // for is given up. Safe in a signal handler.
 void transport_cancel(bool cancelled);
 
-// ---- Requests without a usable answer.
+// ---- Requests without a usable answer (transport/failures.h).
 
-enum class request_fault : uint8 { unreachable, unanswered, rejected, damaged };
-
-struct failed_request {
-  std::string_view service;
-  request_fault fault;
-};
-
-// Those since they were forgotten last. The transport notes what does not arrive, is rejected or empty; who reads an
-// answer notes that it is damaged: shorter than it says, or than it must be. Requests whose wait was cancelled are
-// none.
-std::span<const failed_request> transport_failures();
+// The transport notes what does not arrive, is rejected or empty; requests whose wait was cancelled are no failures.
+// Who reads the answer of a service notes that it is damaged, or that it is an error.
 void transport_note_damaged(uint32 sap);
-void transport_forget_failures();
+void transport_note_error(uint32 sap, syserr_t error);
 
 // Messages since the start of the process.
 struct transport_account {

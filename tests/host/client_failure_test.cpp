@@ -1,6 +1,7 @@
 // Every client function while its service is lost, rejects, is silent, or answers short.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -21,8 +22,10 @@
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
 #include "platform/vsan.h"
+#include "service/answers.h"
 #include "service/services.h"
 #include "support/allocations.h"
+#include "transport/failures.h"
 
 namespace host {
 namespace {
@@ -416,6 +419,44 @@ TEST_P(ClientFailures, RejectedRequestIsAGeneralFailure) {
 
   EXPECT_EQ(got.result, failure(PM_ERR_GENERAL));
   EXPECT_FALSE(got.delivered);
+}
+
+// Functions to which an error is an answer: a change is refused, or there is no other port-channel.
+bool is_answered_by_errors(std::string_view name) {
+  constexpr std::string_view kNames[] = {"pm_get_clear_eth_stats, clear",
+                                         "pm_cli_config_sub_interface",
+                                         "pm_cli_config_loopback_interface",
+                                         "pm_clear_interface_counters",
+                                         "dstats_clear_counters",
+                                         "clear_port_statistics",
+                                         "clear_loopback_counters",
+                                         "pm_cli_clear_ethernet_channel_counters",
+                                         "pcmap_get_next_port_channel",
+                                         "pm_cmi_set_port_config",
+                                         "leave_channels",
+                                         "make_edge_ports"};
+  return std::ranges::find(kNames, name) != std::end(kNames);
+}
+
+TEST_P(ClientFailures, AnErrorThatTheServiceReportsIsNoted) {
+  const client_call& tested = GetParam();
+  if (tested.failures == only_minus_one || tested.name == std::string_view("pm_clear_port_counters"))
+    return;  // there is no error in its answer
+  const auto all = all_services();
+  service failing = *std::ranges::find(all, tested.service, &service::name);
+  failing.serve = [](mts_opc_t, std::span<const std::byte>) { return answer_error(PM_ERR_VALUE_OUT_OF_RANGE); };
+  failing.is_whole = nullptr;
+  transport_register({&failing, 1});
+  forget_failures();
+
+  EXPECT_EQ(call().result, failure(PM_ERR_VALUE_OUT_OF_RANGE));
+
+  const std::vector<host::failure> noted(noted_failures().begin(), noted_failures().end());
+  if (is_answered_by_errors(tested.name))
+    EXPECT_EQ(noted, std::vector<host::failure>{});
+  else
+    EXPECT_EQ(noted, (std::vector<host::failure>{{tested.service, fault::error, PM_ERR_VALUE_OUT_OF_RANGE}}));
+  transport_register(all_services());
 }
 
 TEST_P(ClientFailures, InterruptionsDoNotShow) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "host/alarm_soon.h"
+#include "transport/failures.h"
 
 namespace host {
 namespace {
@@ -190,9 +191,9 @@ TEST_F(Transport, ReasonOfAFailedReceiveSurvivesTheDropOfTheRequest) {
 }
 
 TEST_F(Transport, NotesRequestsWithoutAUsableAnswer) {
-  transport_forget_failures();
+  forget_failures();
   drop_all(exchange_with("good"));
-  EXPECT_TRUE(transport_failures().empty());
+  EXPECT_TRUE(noted_failures().empty());
 
   transport_provoke("echo", {provocation::kind::reject});
   drop_all(exchange_with("refused"));
@@ -206,24 +207,25 @@ TEST_F(Transport, NotesRequestsWithoutAUsableAnswer) {
   drop_all(exchange_with("unanswered"));
   transport_note_damaged(kThrowingSap);
 
-  std::vector<std::pair<std::string_view, request_fault>> noted;
-  for (const failed_request& it : transport_failures()) noted.emplace_back(it.service, it.fault);
-  using expected = std::vector<std::pair<std::string_view, request_fault>>;
-  EXPECT_EQ(noted, (expected{{"echo", request_fault::rejected},
-                             {"echo", request_fault::damaged},
-                             {"echo", request_fault::unreachable},
-                             {"echo", request_fault::unanswered},
-                             {"throwing", request_fault::damaged}}));
-  transport_forget_failures();
-  EXPECT_TRUE(transport_failures().empty());
+  transport_note_error(kThrowingSap, PM_ERR_PORT_LOCKED);
+
+  const std::vector<failure> noted(noted_failures().begin(), noted_failures().end());
+  EXPECT_EQ(noted, (std::vector<failure>{{"echo", fault::rejected},
+                                         {"echo", fault::damaged},
+                                         {"echo", fault::unreachable},
+                                         {"echo", fault::unanswered},
+                                         {"throwing", fault::damaged},
+                                         {"throwing", fault::error, PM_ERR_PORT_LOCKED}}));
+  forget_failures();
+  EXPECT_TRUE(noted_failures().empty());
 }
 
 TEST_F(Transport, ACancelledWaitIsNoFailure) {
-  transport_forget_failures();
+  forget_failures();
   transport_provoke("echo", {provocation::kind::silent});
   transport_cancel(true);
   drop_all(exchange_with("cancelled"));
-  EXPECT_TRUE(transport_failures().empty());
+  EXPECT_TRUE(noted_failures().empty());
 }
 
 TEST_F(Transport, AcceptsAnEmptyReferenceEverywhere) {

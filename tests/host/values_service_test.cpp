@@ -14,6 +14,7 @@
 #include "source/chassis/switch_file.h"
 #include "switch/clock.h"
 #include "switch/source.h"
+#include "transport/failures.h"
 
 namespace host {
 namespace {
@@ -370,7 +371,7 @@ TEST_F(ValuesService, UnknownPropertiesAndOpcodesAreRejected) {
 }
 
 TEST_F(ValuesService, AnInterfaceThatIsNotThereHasNoValues) {
-  transport_forget_failures();
+  forget_failures();
   const bytes request = values_request_for(names_.nobody, std::array{property::state}, false);
   const reply answer = serve_interface_values(VALUES_OPC_INTERFACE, request);
   ASSERT_EQ(answer.payload.size(), sizeof(reply_head));
@@ -378,7 +379,7 @@ TEST_F(ValuesService, AnInterfaceThatIsNotThereHasNoValues) {
   std::memcpy(&head, answer.payload.data(), sizeof head);
   EXPECT_EQ(head.status, PM_ERR_NO_SUCH_INTERFACE);
   EXPECT_EQ(value_of(names_.nobody, property::state), "no answer");
-  EXPECT_TRUE(transport_failures().empty()) << "which is an answer";
+  EXPECT_TRUE(noted_failures().empty()) << "which is an answer";
 }
 
 bytes* served_bytes = nullptr;
@@ -394,14 +395,14 @@ TEST_F(ValuesService, AnAnswerThatIsCutIsDamaged) {
   served_bytes = &cut;
   for (std::size_t size = 0; size < whole.payload.size(); ++size) {
     cut.assign(whole.payload.begin(), whole.payload.begin() + static_cast<std::ptrdiff_t>(size));
-    transport_forget_failures();
+    forget_failures();
     EXPECT_FALSE(ask_interface_values(q_, names_.first_port, asked, false)) << size;
-    EXPECT_FALSE(transport_failures().empty()) << size;
+    EXPECT_FALSE(noted_failures().empty()) << size;
   }
   cut = whole.payload;
-  transport_forget_failures();
+  forget_failures();
   EXPECT_TRUE(ask_interface_values(q_, names_.first_port, asked, false));
-  EXPECT_TRUE(transport_failures().empty());
+  EXPECT_TRUE(noted_failures().empty());
 }
 
 // Reads all of an answer's values by every accessor.
@@ -442,7 +443,7 @@ TEST_F(ValuesService, AnAnswerWithAnyByteIsReadOrRefused) {
       changed[at] = static_cast<std::byte>(byte);
       if (const auto answer = ask_interface_values(q_, names_.first_port, asked, false)) read_all(*answer);
     }
-  transport_forget_failures();
+  forget_failures();
 }
 
 }  // namespace

@@ -62,6 +62,14 @@ has_line "$out" "all calls are good"
 [ "$(grep -c "^no such interface: ethernet 63/1\." "$work/errors")" -eq 2 ] || fail "on standard error: $(<"$work/errors")"
 sed -n '/^{"schema_version/,/^end$/p' <<<"$out" | sed '$d' | jq -e '.interfaces | length > 5' >/dev/null || fail "no document from a callback"
 
+step "without a client library"
+statistics=$(find "$prefix" -name libstatcl.so)
+mv "$statistics" "$work/libstatcl.so"
+! out=$("$work/package/show_interface" 2>&1) || fail "a host opens without the statistics client"
+mv "$work/libstatcl.so" "$statistics"
+has "$out" "cannot load a client library: "
+has "$out" "libstatcl.so"
+
 step "a command library from outside"
 out=$("$prefix/bin/pmsh" --library "$work/package/libmy_command.so" -c "show interface ethernet 1/1 access-vlan | json")
 jq -e '.interfaces[0].access_vlan | type == "number"' <<<"$out" >/dev/null || fail "shown: $out"

@@ -248,13 +248,42 @@ TEST(Channel, ResponseOfAFailedCommandIsShownAndCounts) {
   EXPECT_EQ(command.finish(), "Ethernet1/1: (not allowed)\n");
 }
 
-TEST(Channel, ErrorLinesOfTheLibraryCountAsFailures) {
+// A failure is noted where it happens, and not by what is printed about it.
+TEST(Channel, TextAloneIsNoFailure) {
   captured_command command;
   command.output().begin_interface("Ethernet1/1");
-  std::puts("an error: is not at the start");
-  EXPECT_FALSE(command.output().end_interface());
-  command.output().begin_interface("Ethernet1/2");
   std::printf("error: %s\n", "general failure");
+  EXPECT_FALSE(command.output().end_interface());
+}
+
+// A mark is coloured where its value is bound, whatever else stands in the line.
+TEST(Channel, BoundMarksAreColoured) {
+  host::output_settings settings;
+  settings.coloured = true;
+  settings.shown = {host::kTransceiverDetailsDisplay, {}, {}, true};
+  captured_command command(settings);
+  const uint32 high_alarm = 1, high_warning = 2, low_warning = 3, low_alarm = 4, none = 5;
+  cmd_rx_handle_t* const rx = command.channel();
+  cmd_prt(rx, "Temperature  76.00 C  %2.2s   75.00 C\n", cmd_tuple(0x022A0021, &high_alarm));
+  cmd_prt(rx, "Voltage  %2.2s|\n", cmd_tuple(0x022A0027, &high_warning));
+  cmd_prt(rx, "Current %-3s|\n", cmd_tuple(0x022A002D, &low_warning));
+  cmd_prt(rx, "%s++ %s|\n", cmd_tuple(0x022A0033, &low_alarm), cmd_tuple(0x022A0039, &none));
+  std::puts("  Temperature   76.00 C  ++");
+  EXPECT_EQ(command.finish(),
+            "Temperature  76.00 C  \x1b[31m++\x1b[0m   75.00 C\n"
+            "Voltage   \x1b[33m+\x1b[0m|\n"
+            "Current \x1b[33m-\x1b[0m  |\n"
+            "\x1b[31m--\x1b[0m++ |\n"
+            "  Temperature   76.00 C  ++\n");
+}
+
+TEST(Channel, FailedRangesAreAFailure) {
+  captured_command command;
+  command.output().begin_interface("Ethernet1/1");
+  mrange_handle_t* const ranges = cmd_mrange_create(0);
+  cmd_mrange_range_add(ranges, host::numbered_index(IF_TYPE_LOOPBACK, 1), host::numbered_index(IF_TYPE_LOOPBACK, 2));
+  EXPECT_FALSE(command.output().failed());
+  cmd_mrange_error_set(ranges);
   EXPECT_TRUE(command.output().end_interface());
 }
 

@@ -70,7 +70,10 @@ TEST(Failures, OfWhichTheTextSaysNothingAreNamed) {
 
   const outcome document = run_shell({"--provoke", "ip=cut:3", "-c", std::string(command) + " | json"});
   EXPECT_EQ(document.exit_code, 3);
-  EXPECT_NE(document.out.find("\"text\":\"the service 'ip' answered with less than it promised.\""), std::string::npos)
+  EXPECT_EQ(document.err, "pmsh: the service 'ip' answered with less than it promised.\n");
+  EXPECT_NE(document.out.find("{\"interface\":\"Ethernet1/1\",\"severity\":\"error\",\"text\":\"the service 'ip' "
+                              "answered with less than it promised.\"}"),
+            std::string::npos)
       << document.out;
 }
 
@@ -132,6 +135,7 @@ TEST(RemovedLibrary, OfTheStatisticsLeavesTheRestOfTheDisplay) {
 
   EXPECT_NE(result.out.find("Ethernet1/1 is up\n"), std::string::npos);
   EXPECT_NE(result.out.find("stats unavailable\n"), std::string::npos);
+  EXPECT_EQ(result.err, "pmsh: the library 'libstatcl.so' cannot be opened.\n");
   EXPECT_EQ(result.exit_code, 2);
 }
 
@@ -142,12 +146,15 @@ TEST(RemovedLibrary, OfTheStatisticsLeavesCountersAndSaysWhich) {
     EXPECT_EQ(result.out, "") << command;
     EXPECT_EQ(result.err,
               "pmsh: counters of ethernet 1/1-5, ethernet 1/10, ethernet 2/1, ethernet 2/1.5, vethernet 1 were not "
-              "cleared: libstatcl.so cannot be opened.\n")
+              "cleared: libstatcl.so cannot be opened.\n"
+              "pmsh: the library 'libstatcl.so' cannot be opened.\n")
         << command;
     EXPECT_EQ(result.exit_code, 2) << command;
   }
   const outcome range = installed.run("clear counters interface ethernet 1/1, loopback 0");
-  EXPECT_EQ(range.err, "pmsh: counters of ethernet 1/1 were not cleared: libstatcl.so cannot be opened.\n");
+  EXPECT_EQ(range.err,
+            "pmsh: counters of ethernet 1/1 were not cleared: libstatcl.so cannot be opened.\n"
+            "pmsh: the library 'libstatcl.so' cannot be opened.\n");
   EXPECT_EQ(range.exit_code, 2);
 }
 
@@ -157,7 +164,9 @@ TEST(RemovedLibrary, OfTheIpStatisticsLeavesCountersAndSaysWhich) {
        {"clear counters loopback", "clear counters", "clear counters interface loopback 0, ethernet 1/1"}) {
     const outcome result = installed.run(command);
     EXPECT_EQ(result.out, "") << command;
-    EXPECT_EQ(result.err, "pmsh: counters of loopback 0 were not cleared: libip_stats.so cannot be opened.\n")
+    EXPECT_EQ(result.err,
+              "pmsh: counters of loopback 0 were not cleared: libip_stats.so cannot be opened.\n"
+              "pmsh: the library 'libip_stats.so' cannot be opened.\n")
         << command;
     EXPECT_EQ(result.exit_code, 2) << command;
   }
@@ -170,7 +179,8 @@ TEST(ReplacedLibrary, WithoutTheFunctionLeavesCountersAndSaysWhich) {
   EXPECT_EQ(result.out.find("error: "), 0U) << result.out;
   EXPECT_EQ(result.err,
             "pmsh: counters of loopback 0 were not cleared: libip_stats.so has no function "
-            "ip_clear_loopback_counters.\n");
+            "ip_clear_loopback_counters.\n"
+            "pmsh: the library 'libip_stats.so' has no function ip_get_loopback_counters.\n");
   EXPECT_EQ(result.exit_code, 2);
 }
 

@@ -1,6 +1,7 @@
 // The functions of the C library that the shell defines itself.
 #include "shell/libc_calls.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -8,7 +9,9 @@
 #include <ctime>
 #include <string>
 
+#include "client/client_libraries.h"
 #include "switch/clock.h"
+#include "transport/failures.h"
 
 namespace session {
 namespace {
@@ -37,6 +40,25 @@ TEST(SystemOfTheShell, KnowsTheRequestOfTheInbandDriver) {
   // 0 where the machine has the device, a failed command's status where it has none: never "not found".
   EXPECT_NE(std::system("echo > /proc/vexa/hw/inband/dicounts"), 127 << 8);
   EXPECT_EQ(host::system_commands().size(), 1U);
+}
+
+// The libraries lie beside those tests that open them by path; the loader does not find them by name here.
+TEST(LoaderOfTheShell, NotesClientLibrariesThatAreMissing) {
+  for (const host::client_library& library : host::client_libraries()) {
+    host::forget_failures();
+    EXPECT_EQ(dlopen(library.file, RTLD_LAZY), nullptr);
+    const std::vector<host::failure> noted(host::noted_failures().begin(), host::noted_failures().end());
+    EXPECT_EQ(noted, (std::vector<host::failure>{{library.file, host::fault::not_opened}}));
+  }
+}
+
+TEST(LoaderOfTheShell, LeavesOtherLibrariesToTheirCallers) {
+  host::forget_failures();
+  EXPECT_EQ(dlopen("libof-another.so", RTLD_LAZY), nullptr);
+  void* const process = dlopen(nullptr, RTLD_LAZY);
+  EXPECT_NE(process, nullptr);
+  dlclose(process);
+  EXPECT_TRUE(host::noted_failures().empty());
 }
 
 }  // namespace

@@ -37,6 +37,7 @@ using arguments = std::vector<std::string>;
 INSTANTIATE_TEST_SUITE_P(Outputs, FullDisk,
                          testing::Values(arguments{"-c", "show interface"},
                                          arguments{"-c", "show interface brief | json"},
+                                         arguments{"-c", "watch 1 show interface brief"},
                                          arguments{"-c", "show interface ?"}, arguments{"-c", "show running-config"},
                                          arguments{"--print-json-schema"}, arguments{"--version"},
                                          arguments{"--help"}));

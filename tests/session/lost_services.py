@@ -1,14 +1,18 @@
 #!/usr/bin/env python3
 """No answer is lost in silence: lost_services.py SHELL SWITCH_FILE...
 
-Every show command while one service is lost, refuses, is silent or answers with less than it promises: when the output is not what it
-is otherwise, the exit code is not 0 and standard error names the service; the structured form names it, too.
+Every show command while one service is lost, refuses, is silent or answers with less than it promises, and while one client library
+is missing: when the output is not what it is otherwise, the exit code is not 0 and standard error names the service or the library; the
+structured form names it, too.
 """
 import json
 import os
+import pathlib
 import re
+import shutil
 import subprocess
 import sys
+import tempfile
 from concurrent.futures import ThreadPoolExecutor
 
 FAULTS = ["lost", "reject", "cut:3", "cut:14"]  # in all commands
@@ -42,24 +46,43 @@ def services_of(shell, switch):
     return re.search(r"It is one of (.*)\.", error).group(1).split(", ")
 
 
+def tree_without(library, shell, root):
+    """The shell in a tree of its own that has all libraries but one. The loader finds them from where the program lies."""
+    tree = pathlib.Path(root, library)
+    libraries = pathlib.Path(shell).resolve().parent.parent / "lib"
+    (tree / "bin").mkdir(parents=True)
+    (tree / "lib").mkdir()
+    shutil.copy2(shell, tree / "bin" / "pmsh")
+    for other in libraries.iterdir():
+        if other.name != library:
+            (tree / "lib" / other.name).symlink_to(other)
+    return str(tree / "bin" / "pmsh")
+
+
+def client_libraries(shell):
+    """Those that the command library opens by name: all but itself and the host as a library."""
+    libraries = pathlib.Path(shell).resolve().parent.parent / "lib"
+    return sorted(it.name for it in libraries.glob("lib*.so") if it.name not in ("libpmcli_common.so", "libpmhost.so"))
+
+
 def fault_of(shell, switch, command, undisturbed, service, fault):
-    """What is wrong with the command under a fault, or None."""
-    code, out, error = run(shell, switch, command, ["--provoke", f"{service}={fault}"])
+    """What is wrong with the command under a fault of a service, or None. Without a fault the "service" is a library that is missing."""
+    code, out, error = run(shell, switch, command, ["--provoke", f"{service}={fault}"] if fault else [])
     if out == undisturbed:
         return None
     if code == 0:
         return f"its output changes and it exits with 0: {error.strip()[:200]}"
     if code not in (2, 3, 4, 5):
         return f"it exits with {code}: {error.strip()[:200]}"
-    if f"'{service}'" not in error and not command.endswith("json"):
-        return f"standard error does not name the service: {error.strip()[:200]}"
+    if f"'{service}'" not in error:
+        return f"standard error does not name '{service}': {error.strip()[:200]}"
     if command.endswith("json"):
         try:
             document = json.loads(out)
         except ValueError as reason:
             return f"no document: {reason}: {out[:100]}"
         if not any(f"'{service}'" in message["text"] for message in document["messages"]):
-            return f"the document does not name the service: {document['messages'][:3]}"
+            return f"the document does not name '{service}': {document['messages'][:3]}"
     return None
 
 
@@ -69,7 +92,10 @@ def main():
     if not os.path.exists(shell):
         print(f"skipped: everything: {shell} is not built")
         sys.exit(77)
-    with ThreadPoolExecutor(12 * os.cpu_count()) as pool:  # many only wait
+    libraries = client_libraries(shell)
+    assert len(libraries) == 7, libraries
+    with tempfile.TemporaryDirectory() as root, ThreadPoolExecutor(12 * os.cpu_count()) as pool:  # many only wait
+        shells = {library: tree_without(library, shell, root) for library in libraries}
         for switch in switches:
             print(f"step: {os.path.basename(switch)}", flush=True)
             commands = list(commands_of(shell))
@@ -82,10 +108,12 @@ def main():
                 is_about_one = ARGUMENTS["RANGE"] in command
                 jobs += [(shell, switch, command, out, service, fault) for service in services
                          for fault in ([SILENT] if is_about_one else FAULTS)]
+                jobs += [(reduced, switch, command, out, library, None) for library, reduced in shells.items()]
             for job, fault in zip(jobs, pool.map(lambda it: fault_of(*it), jobs)):
                 runs += 1
                 if fault:
-                    faults.append(f"{os.path.basename(switch)}: {job[2]} with {job[4]}={job[5]}: {fault}")
+                    cause = f"with {job[4]}={job[5]}" if job[5] else f"without {job[4]}"
+                    faults.append(f"{os.path.basename(switch)}: {job[2]} {cause}: {fault}")
     print(f"{runs} runs")
     for fault in faults:
         print(fault)

@@ -63,8 +63,8 @@ TEST(Structured, NumbersAreNumbersWithTheirUnitInTheKey) {
   EXPECT_EQ(port["reliability_per_255"].GetUint(), 0U);
   EXPECT_STREQ(port["duplex"].GetString(), "full");
   EXPECT_STREQ(port["port_mode"].GetString(), "FA");
-  EXPECT_STREQ(port["input_flow_control"].GetString(), "desired");
-  EXPECT_STREQ(port["output_flow_control"].GetString(), "off");
+  EXPECT_STREQ(port["admin_input_flow_control"].GetString(), "desired");
+  EXPECT_STREQ(port["admin_output_flow_control"].GetString(), "off");
   EXPECT_STREQ(port["auto_mdix"].GetString(), "on");
   EXPECT_STREQ(port["switchport_monitor"].GetString(), "off");
 }

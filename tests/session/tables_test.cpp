@@ -218,6 +218,14 @@ TEST(Tables, NamedInterfaceGoesToItsDisplayEvenWhenItHasNoRow) {
   EXPECT_EQ(result.exit_code, 3);
 }
 
+TEST(Tables, KindThatADisplayRefusesIsWithoutIt) {
+  for (const char* const command : {"show interface vethernet 1 brief", "show interface port-channel 7 transceiver"}) {
+    const outcome result = run(command);
+    EXPECT_NE(result.out.find("error: invalid if index type("), std::string::npos) << result.out;
+    EXPECT_EQ(result.exit_code, 3) << command;
+  }
+}
+
 TEST(Tables, KindWithoutATableIsToldByTheShell) {
   const outcome result = run_command("show interface fc 2/9 status");
 

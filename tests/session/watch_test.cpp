@@ -103,6 +103,18 @@ TEST(WatchInAPipe, InterfaceWhoseDisplayFailedHasNoRates) {
   EXPECT_STREQ(reading["messages"][0]["text"].GetString(), "stats unavailable");
 }
 
+// Each reading has its own failures, and no others.
+TEST(WatchInAPipe, EachReadingNamesTheServiceThatFails) {
+  piped_shell shell(test_file("counters.yaml"),
+                    {"--provoke", "statistics=reject", "-c", "watch 1 show interface ethernet 2/1 counters"});
+  for (int i = 0; i < 2; ++i) {
+    const rapidjson::Document reading = parse(shell.line());
+    ASSERT_EQ(reading["messages"].Size(), 3U) << i;  // each of the two tables says so, too
+    EXPECT_STREQ(reading["messages"][2]["interface"].GetString(), "Ethernet2/1");
+    EXPECT_STREQ(reading["messages"][2]["text"].GetString(), "the service 'statistics' refused a request.");
+  }
+}
+
 TEST(WatchInAPipe, EndsQuietlyWhenNobodyReadsAnyMore) {
   piped_shell shell = running("watch 1 show interface brief");
   EXPECT_NE(shell.line(), "");

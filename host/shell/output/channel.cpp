@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdarg>
+#include <optional>
 #include <string_view>
 
 #include "base/c_edge.h"
@@ -75,35 +76,47 @@ bool print_whole_line(command_output& output, const placeholder& cell, const cmd
   if (tuple == nullptr || tuple->id != 0 || tuple->value == nullptr || cell.length != 2) return false;
   const std::string_view text = static_cast<const char*>(tuple->value);
   if (!text.ends_with('\n')) return false;
-  append_printable(output.line(), text.substr(0, text.size() - 1));
-  output.end_line();
+  line_gatherer& line = output.line();
+  append_printable(line.current(), text.substr(0, text.size() - 1));
+  line.end_line();
   return true;
+}
+
+// Marks the text of the cell that starts at `start`, without the blanks that it is padded with.
+void add_mark(line_gatherer& line, std::size_t start, severity what) {
+  const std::string& text = line.current();
+  const std::size_t begin = text.find_first_not_of(' ', start);
+  if (begin != std::string::npos) line.add_mark({begin, text.find_last_not_of(' ') + 1, what});
 }
 
 void print_cell(command_output& output, const placeholder& cell, const cmd_tuple_t* tuple) {
   if (print_whole_line(output, cell, tuple)) return;
-  std::string& line = output.line();
+  line_gatherer& gathered = output.line();
+  std::string& line = gathered.current();
   const std::size_t start = line.size();
+  std::optional<severity> mark;
   if (tuple != nullptr && output.is_unknown(*tuple)) {
     line += "--";
     output.bind_unknown(*tuple);
   } else if (tuple != nullptr) {
-    append_tuple_text(line, *tuple, output.short_names, cell.precision);
+    append_tuple_text(line, *tuple, gathered.has_short_names(), cell.precision);
     output.bind(*tuple);
+    if (output.has_marks()) mark = severity_of_mark(*tuple);
   }
   fit_cell(line, start, cell);
+  if (mark) add_mark(gathered, start, *mark);
 }
 
 void print(command_output& output, const char* format, std::va_list tuples) {
   while (*format != '\0') {
-    output.line();  // what was printed before stands in front
-    output.is_of_channel = true;
+    line_gatherer& line = output.line();  // what was printed before stands in front
+    line.set_of_channel();
     const std::size_t literal = std::string_view(format).find_first_of("%\n");
-    output.line().append(format, std::min(literal, std::char_traits<char>::length(format)));
+    line.current().append(format, std::min(literal, std::char_traits<char>::length(format)));
     if (literal == std::string_view::npos) return;
     format += literal;
     if (*format == '\n') {
-      output.end_line();
+      line.end_line();
       ++format;
       continue;
     }
@@ -111,7 +124,7 @@ void print(command_output& output, const char* format, std::va_list tuples) {
     if (cell.length > 0)
       print_cell(output, cell, va_arg(tuples, const cmd_tuple_t*));
     else
-      output.line() += '%';
+      line.current() += '%';
     format += std::max<std::size_t>(cell.length, 1);
   }
 }
@@ -157,7 +170,7 @@ void cmd_prt(cmd_rx_handle_t* rx_handle, const char* format, ...) {
 }
 
 void cmd_print_short(cmd_rx_handle_t* rx_handle) {
-  if (command_output* const output = host::output_of(rx_handle)) output->short_names = true;
+  if (command_output* const output = host::output_of(rx_handle)) output->line().set_short_names();
 }
 
 // Lines are shown as the command's output leaves; there is nothing to wait for here but text in the library's own
@@ -173,7 +186,7 @@ void cmd_rsp_send_nok(cmd_rx_handle_t* rx_handle, uint32, const char* text) {
   output->note_failure();
   if (text == nullptr) return;
   host::print_or_note_failure(*output, [&] {
-    output->line();
+    output->line().set_failed();
     output->text(text);
   });
 }

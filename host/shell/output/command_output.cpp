@@ -2,16 +2,13 @@
 
 #include <stdio_ext.h>
 
-#include <algorithm>
-#include <iterator>
-
 #include "base/c_edge.h"
-#include "shell/output/coloured_marks.h"
+#include "client/diagnostic_marks.h"
+#include "shell/exit_codes.h"
 #include "shell/output/failed_ranges.h"
 #include "shell/output/printable.h"
 #include "shell/output/rendering.h"
 #include "shell/print_error.h"
-#include "transport/transport.h"
 
 namespace host {
 namespace {
@@ -39,83 +36,64 @@ std::FILE* stand_in() {
   return stream;
 }
 
-// How lines begin with which the library says that a service failed it.
-constexpr std::string_view kFailureTexts[] = {
-    "error: ",
-    "stats unavailable",
-    "couldn't get crdcfg_get_port_cap()",
-    "crdcfg_get_port_cap failed",
-    "im_ext_sbcr_init failed",
-    "im_get_ifindex_layermode_list failed",
-};
-
-// A longer one is broken: a handler that prints without end must not fill the memory.
-constexpr std::size_t kLongestLine = 1 << 20;
-
-bool tells_failure(std::string_view line) {
-  return std::any_of(std::begin(kFailureTexts), std::end(kFailureTexts),
-                     [line](std::string_view text) { return line.starts_with(text); });
-}
-
 }  // namespace
 
 command_output::command_output(const output_settings& settings, line_filters& filters)
     : settings_(settings),
-      filters_(filters),
-      writer_(settings.descriptor, settings.sink, settings.is_cancelled),
       answers_(settings.shown.has_values ? properties_of(settings.shown) : std::vector<property>(),
                settings.hides_traffic),
+      write_(block_writer(settings.descriptor, settings.sink, settings.is_cancelled), settings.to_terminal),
       stream_(stand_in()),
       real_stdout_(stdout) {
-  if (settings.paged) pager_.emplace(settings.descriptor);
-  if (settings.to_terminal) progress_.emplace(settings.descriptor);
-  if (settings.structured) document_.emplace(settings.shown, settings.command);
+  wire_chain(filters);
   std::fflush(stdout);
   if (stream_ != nullptr) stdout = stream_;
   the_running_output = this;
 }
 
+// Colours take no room on a screen: they come after the pager.
+void command_output::wire_chain(line_filters& filters) {
+  line_sink* next = &write_;
+  if (settings_.coloured && has_marks()) next = &colour_.emplace(*next);
+  if (settings_.paged) next = &page_.emplace(settings_.descriptor, *next);
+  if (settings_.to_terminal) progress_.emplace(settings_.descriptor);
+  next = &gate_.emplace(settings_.is_cancelled, progress_ ? &*progress_ : nullptr, *next);
+  next = &filter_.emplace(filters, *next);
+  if (settings_.structured)
+    next = &record_.emplace(document_.emplace(settings_.shown, settings_.command),
+                            settings_.shown.has_values || settings_.shown.repeats, *next);
+  next = &sanitise_.emplace(*next);
+  forget_marks();
+  if (colour_) next = &mark_.emplace(*next);
+  gather_.emplace(*next);
+}
+
 command_output::~command_output() { finish(); }
 
 int command_output::finish() {
-  if (is_finished_) return writer_.error();
+  if (is_finished_) return write_.error();
   is_finished_ = true;
-  take_printed();
-  if (!line_.empty()) end_line();
+  end_line_begun();
   stdout = real_stdout_;
   release_failed_ranges();
   the_running_output = nullptr;
-  if (document_) {
-    document_->end(exit_code_);
-    show_ready_document();
-  }
-  filters_.finish([this](std::string_view line) { show(line); });
+  if (record_) record_->set_exit_code(exit_code_);
+  gather_->end();
   progress_.reset();
-  writer_.flush();
-  return writer_.error();
+  return write_.error();
 }
 
 command_output* command_output::running() { return the_running_output; }
 
 bool command_output::has_printed_text() const { return stream_ != nullptr && __fpending(stream_) > 0; }
 
-std::string& command_output::line() {
-  take_printed();
-  if (line_.size() > kLongestLine) end_line();
-  return line_;
-}
-
-void command_output::end_line() {
-  deliver(line_);
-  line_.clear();
-  line_is_bound_ = false;
-  short_names = false;
-  is_of_channel = false;
+void command_output::end_line_begun() {
+  if (!line().current().empty()) gather_->end_line();
 }
 
 void command_output::bind(const cmd_tuple_t& tuple) {
   if (settings_.on_value) settings_.on_value(if_index_, tuple);
-  if (document_ && document_->bind(tuple)) line_is_bound_ = true;
+  if (document_ && document_->bind(tuple)) gather_->set_bound();
 }
 
 bool command_output::is_unknown(const cmd_tuple_t& tuple) {
@@ -126,112 +104,47 @@ bool command_output::is_unknown(const cmd_tuple_t& tuple) {
 
 void command_output::bind_unknown(const cmd_tuple_t& tuple) {
   if (settings_.on_value) settings_.on_value(if_index_, {tuple.id, nullptr});
-  if (document_ && document_->bind_unknown(tuple)) line_is_bound_ = true;
-}
-
-void command_output::text(std::string_view text) {
-  for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
-    line_ += text.substr(0, end);
-    end_line();
-    text.remove_prefix(end + 1);
-  }
-  line_ += text;
-  if (line_.size() > kLongestLine) end_line();
-}
-
-// A complete line, without its newline.
-void command_output::deliver(std::string_view line) {
-  if (tells_failure(line)) failed_ = true;
-  if (is_discarding()) return;
-  if (!is_plain_ascii(line)) {
-    safe_line_.clear();
-    append_printable(safe_line_, line, "\t");
-    line = safe_line_;
-  }
-  if (!document_) return filter(line);
-  if (line_is_bound_ || line.find_first_not_of(" \t") == std::string_view::npos) return;
-  const bool is_layout = is_of_channel && (settings_.shown.has_values || settings_.shown.repeats);
-  if (!is_layout && !document_->add_message(line)) failed_ = true;
-}
-
-void command_output::filter(std::string_view line) {
-  if (!filters_.empty() && !filters_.pass(line)) return;
-  interface_is_shown_ = true;
-  show(line);
-}
-
-void command_output::show(std::string_view line) {
-  if (is_discarding()) return;
-  const auto quiet = hold_progress();
-  if (pager_ && !pager_->make_room(line)) {
-    left_pager_ = true;
-    return;
-  }
-  if (settings_.coloured && settings_.shown.has_marks)
-    writer_.line(with_coloured_mark(line));
-  else
-    writer_.line(line);
-  if (settings_.to_terminal) writer_.flush();
-}
-
-void command_output::show_ready_document() {
-  std::string_view text = document_->ready();
-  for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
-    filter(text.substr(0, end));
-    text.remove_prefix(end + 1);
-  }
-  document_->ready().erase(0, document_->ready().size() - text.size());
+  if (document_ && document_->bind_unknown(tuple)) gather_->set_bound();
 }
 
 void command_output::complain(std::string_view text) {
-  if (document_) {
-    document_->add_message(text, severity::error);
-    return;
-  }
+  if (document_) document_->add_message(text, importance::error);
+  print_complaint(text);
+}
+
+void command_output::print_complaint(std::string_view text) {
   flush();
-  if (!settings_.sinks_errors) return print_error(text);
-  safe_line_.clear();
-  append_printable(safe_line_, text);
-  show(safe_line_);
+  if (!settings_.sinks_errors || document_) return print_error(text);
+  std::string safe;
+  append_printable(safe, text);
+  gate_->take({safe});
 }
 
-void command_output::flush() {
-  take_printed();
-  const auto quiet = hold_progress();
-  if (!line_.empty() && !document_ && filters_.empty() && !is_discarding()) {
-    safe_line_.clear();
-    append_printable(safe_line_, line_, "\t");
-    writer_.text(safe_line_);
-    line_.clear();
-  }
-  writer_.flush();
-}
+void command_output::flush() { line().flush(); }
 
-std::optional<progress_line::pause> command_output::hold_progress() {
-  return progress_ ? std::optional<progress_line::pause>(std::in_place, *progress_) : std::nullopt;
-}
+std::optional<progress_line::pause> command_output::hold_progress() { return gate_->hold_progress(); }
 
 void command_output::begin_interface(std::string_view name, if_index_t if_index) {
-  take_printed();
-  if (!line_.empty()) end_line();
+  end_line_begun();
   failed_ = false;
-  failures_before_ = transport_failures().size();
-  interface_is_shown_ = false;
+  record_failures();
+  filter_->forget();
+  if (record_) record_->forget();
   if_index_ = if_index;
   answers_.begin(if_index);
   if (document_) document_->begin_record(name);
 }
 
 bool command_output::end_interface() {
-  take_printed();
-  if (!line_.empty()) end_line();
-  if (transport_failures().size() > failures_before_) failed_ = true;
+  end_line_begun();
+  failed_ = failed();
+  record_failures();
   std::optional<traffic_rates> rates;
-  if (settings_.traffic != nullptr && !failed_) rates = settings_.traffic->look_at(if_index_, interface_is_shown_);
+  if (settings_.traffic != nullptr && !failed_) rates = settings_.traffic->look_at(if_index_, filter_->has_passed());
   if (document_) {
     fill_record();
     document_->end_record(settings_.traffic != nullptr ? &rates : nullptr);
-    show_ready_document();
+    record_->hand_on();
   }
   return failed_;
 }
@@ -239,16 +152,29 @@ bool command_output::end_interface() {
 // What no line bound comes from the service of values, when all that was asked for the interface was answered.
 void command_output::fill_record() {
   if (!settings_.shown.has_values || if_index_ == 0 || is_discarding()) return;
-  const std::size_t failures = transport_failures().size();
   if (failed_) return document_->fill_failed();
   if (!document_->has_bound_record()) return;
   if (const auto values = answers_.values()) return document_->fill(*values);
   document_->fill_failed();
-  if (transport_failures().size() > failures) failed_ = true;
+  failed_ = true;
+  record_failures();
+}
+
+// Those of an interface belong to its record.
+void command_output::record_failures() {
+  account_.take_new([this](std::string_view sentence) {
+    if (document_ && !document_->add_message(sentence, importance::error)) failed_ = true;
+  });
+}
+
+int command_output::report_failures(int result) {
+  record_failures();
+  account_.take_all([this](std::string_view sentence) { print_complaint(sentence); });
+  return result == kDone && !account_.is_empty() ? int{kServiceFailed} : result;
 }
 
 bool command_output::is_discarding() const {
-  return left_pager_ || writer_.error() != 0 || (settings_.is_cancelled != nullptr && settings_.is_cancelled());
+  return (page_ && page_->has_left()) || write_.error() != 0 || gate_->is_shut();
 }
 
 }  // namespace host

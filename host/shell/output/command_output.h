@@ -1,8 +1,8 @@
 // The output of one command, from the first byte to the last.
 //
 // While it lives, a stream of the host stands in for `stdout`: what the library prints with printf and puts, and what
-// it prints on the output channel, pass through it in order. Line by line it is made safe for a terminal, looked
-// through for failures, and shown, filtered, paged, or turned into the structured form.
+// it prints on the output channel, pass through it in order. It wires the chain that the lines pass (output/chain):
+// they are gathered, made safe for a terminal, recorded in the document or filtered, paged, coloured and written.
 #pragma once
 
 #include <cstdio>
@@ -13,11 +13,18 @@
 #include <string_view>
 #include <vector>
 
-#include "shell/output/block_writer.h"
+#include "shell/output/account.h"
+#include "shell/output/chain/colour.h"
+#include "shell/output/chain/filter.h"
+#include "shell/output/chain/gate.h"
+#include "shell/output/chain/gather.h"
+#include "shell/output/chain/mark.h"
+#include "shell/output/chain/page.h"
+#include "shell/output/chain/record.h"
+#include "shell/output/chain/sanitise.h"
+#include "shell/output/chain/write.h"
 #include "shell/output/document.h"
 #include "shell/output/interface_answers.h"
-#include "shell/output/pager.h"
-#include "shell/output/pipes.h"
 #include "shell/output/progress_line.h"
 #include "shell/output/traffic_readings.h"
 
@@ -56,22 +63,31 @@ class command_output {
   // ---- Text, in the order in which it is printed.
 
   // The line that is being printed, after all that the library printed so far.
-  std::string& line();
-  // Ends the line. In the structured form a line that is not `bound` to a field of the record is a message.
-  void end_line();
+  line_gatherer& line() {
+    take_printed();
+    return *gather_;
+  }
   // Binds a value; it is stored when the output is structured.
   void bind(const cmd_tuple_t& tuple);
   // Whether nobody knows the value of the interface that is being shown: it is "--", and null when it is bound so.
   bool is_unknown(const cmd_tuple_t& tuple);
   void bind_unknown(const cmd_tuple_t& tuple);
   // Plain text with any number of lines.
-  void text(std::string_view text);
+  void text(std::string_view text) { gather_->text(text); }
 
-  // An error of the shell itself, one line: to standard error, into the document, or to the sink that wants them.
+  // An error of the shell itself, one line: to standard error, or into the document, or to the sink that takes errors.
   void complain(std::string_view text);
 
   // The exit code of the command, for the document.
   void set_exit_code(int code) { exit_code_ = code; }
+
+  // The same as complain(), but not into the document.
+  void print_complaint(std::string_view text);
+
+  // A sentence for each service and client library that failed the command: to standard error, and into the document.
+  // Returns the exit code: that of a service that failed when there is one and `result` is none. To be called when the
+  // command has run.
+  int report_failures(int result);
 
   // Ends the output, which then takes nothing more. Returns 0, or the errno with which writing it failed.
   int finish();
@@ -88,17 +104,15 @@ class command_output {
   // Returns true when something failed since begin_interface().
   bool end_interface();
   void note_failure() { failed_ = true; }
-  bool failed() const { return failed_; }
+  bool failed() const { return failed_ || account_.has_new() || (record_ && record_->has_lost()); }
 
   bool is_structured() const { return document_.has_value(); }
 
+  // Whether values of the display mark alarms and warnings.
+  bool has_marks() const { return settings_.shown.has_marks; }
+
   // True when nothing more will be shown: the command was cancelled, the user left the pager, or writing failed.
   bool is_discarding() const;
-
-  // ---- For the channel.
-
-  bool short_names = false;    // until the end of the line
-  bool is_of_channel = false;  // the line, or its last part, was printed on the channel
 
  private:
   void take_printed() {
@@ -106,29 +120,32 @@ class command_output {
   }
   bool has_printed_text() const;
   void fill_record();
-  void deliver(std::string_view line);
-  void show(std::string_view line);
-  void filter(std::string_view line);
-  void show_ready_document();
+  void wire_chain(line_filters& filters);
+  void end_line_begun();
+  void record_failures();
 
   output_settings settings_;
-  line_filters& filters_;
-  block_writer writer_;
-  std::optional<pager> pager_;
+  account account_;
   std::optional<progress_line> progress_;
   std::optional<document> document_;
   interface_answers answers_;
+
+  // The chain, from its end.
+  writing_sink write_;
+  std::optional<colouring_sink> colour_;
+  std::optional<paging_sink> page_;
+  std::optional<gate_sink> gate_;
+  std::optional<filtering_sink> filter_;
+  std::optional<recording_sink> record_;
+  std::optional<sanitising_sink> sanitise_;
+  std::optional<marking_sink> mark_;
+  std::optional<line_gatherer> gather_;
+
   std::FILE* stream_;
   std::FILE* real_stdout_;
-  std::string line_;
-  std::string safe_line_;
   if_index_t if_index_ = 0;
-  bool interface_is_shown_ = false;  // a line of it came out of the filters
-  bool line_is_bound_ = false;
   bool failed_ = false;
   int exit_code_ = 0;
-  std::size_t failures_before_ = 0;  // of requests, when the interface began
-  bool left_pager_ = false;
   bool is_finished_ = false;
 };
 

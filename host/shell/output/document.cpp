@@ -203,12 +203,12 @@ void write_envelope(json_writer& json, const display& shown, std::string_view co
   json.text(utc_text(std::time(nullptr)));
 }
 
-void write_message(json_writer& json, std::string_view interface_name, severity how, std::string_view text) {
+void write_message(json_writer& json, std::string_view interface_name, importance how, std::string_view text) {
   json.begin_object();
   json.key("interface");
   write_text_or_null(json, interface_name);
   json.key("severity");
-  json.text(how == severity::error ? "error" : "info");
+  json.text(how == importance::error ? "error" : "info");
   json.key("text");
   json.text(text);
   json.end_object();
@@ -366,13 +366,13 @@ void document::end_record(const std::optional<traffic_rates>* rates) {
   write_record(rates);
 }
 
-bool document::add_message(std::string_view text, severity how) {
+bool document::add_message(std::string_view text, importance how) {
   record_is_empty_ = false;
   if (messages_.size() > kMostMessageBytes) {
     if (lost_messages_) return false;
     lost_messages_ = true;
     text = "error: more messages than a document holds; the rest is missing";
-    how = severity::error;
+    how = importance::error;
   }
   messages_ += messages_.empty() ? "\n" : ",\n";
   json_writer json(messages_);
@@ -405,7 +405,7 @@ std::vector<property> properties_of(const display& shown) {
 
 std::string document_of_error(std::string_view line, std::string_view text, int exit_code) {
   document made(kSentences, line);
-  made.add_message(text, severity::error);
+  made.add_message(text, importance::error);
   made.end(exit_code);
   return std::move(made.ready());
 }

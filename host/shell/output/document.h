@@ -33,7 +33,7 @@ struct display {
 // Of commands that have nothing but sentences to say.
 inline constexpr display kSentences = {kTextDisplay, {}, "text", false, false, {}};
 
-enum class severity : uint8 { info, error };
+enum class importance : uint8 { info, error };
 
 class document {
  public:
@@ -64,7 +64,7 @@ class document {
 
   // A sentence; it belongs to the record that is open, if any. False when the document holds so many already that this
   // one is left out; its last one says so.
-  bool add_message(std::string_view text, severity how = severity::info);
+  bool add_message(std::string_view text, importance how = importance::info);
 
   // Writes what is left: messages, exit code and the end.
   void end(int exit_code);

@@ -168,6 +168,23 @@ bool is_string(const cmd_tuple_t& tuple) {
   return bound != nullptr && bound->form == binding_form::as_text;
 }
 
+std::string_view mark_text(uint32 mark) {
+  const char* const text = word_at(kMarks, 1, mark);
+  return text == nullptr ? std::string_view() : text;
+}
+
+std::optional<severity> severity_of_mark(uint32 mark) {
+  const std::string_view text = mark_text(mark);
+  if (text.empty()) return std::nullopt;
+  return text.size() == 1 ? severity::warning : severity::alarm;
+}
+
+std::optional<severity> severity_of_mark(const cmd_tuple_t& tuple) {
+  if (type_code(tuple) != CMD_TYPE_ENUM || tuple.value == nullptr) return std::nullopt;
+  if (words_of(tuple) != enum_words::mark) return std::nullopt;
+  return severity_of_mark(value_of_32(tuple));
+}
+
 void append_tuple_text(std::string& to, const cmd_tuple_t& tuple, bool short_names, std::size_t fit) {
   if (is_string(tuple)) return append_string(to, static_cast<const char*>(tuple.value));
   if (tuple.value == nullptr) return;

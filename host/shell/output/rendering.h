@@ -1,12 +1,14 @@
 // Bound values as text.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/cmd_channel.h"
 #include "platform/types.h"
+#include "shell/output/chain/line.h"
 #include "shell/output/schema/schema.h"
 
 struct cmd_tuple_t {
@@ -45,6 +47,12 @@ std::string text_of_ipv4(const uint8* bytes);
 
 // True when the tuple is bound to a text: by its code, or because its field is one.
 bool is_string(const cmd_tuple_t& tuple);
+
+// A mark of optical diagnostics: its text, empty for a value in its limits, and what it says of the value. A tuple that
+// is no mark says nothing.
+std::string_view mark_text(uint32 mark);
+std::optional<severity> severity_of_mark(uint32 mark);
+std::optional<severity> severity_of_mark(const cmd_tuple_t& tuple);
 
 // Appends the text of a tuple. Interface names are short when `short_names` is set, or when the full one is longer than
 // `fit` characters. Texts are made printable.

@@ -65,7 +65,8 @@ typedef struct pmhost_output_t {
 /*
  * Reads a switch file and starts its services. A name without a slash that is no file here is looked for among the
  * switches that were installed ("campus.yaml"). Null on failure: no such file, a mistake in it (file and line), a
- * command library that cannot be loaded (then no further host can be opened either), or a host that is open already.
+ * command or client library that cannot be loaded (then no further host can be opened either), or a host that is open
+ * already.
  * pmhost_close() ends it, after all of its commands; its queue is closed with it. Both libraries stay loaded.
  */
 pmhost_t* pmhost_open(const char* switch_file, char** error);

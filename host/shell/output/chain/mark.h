@@ -1,0 +1,17 @@
+// Marks of optical diagnostics that are printed as plain text.
+#pragma once
+
+#include "shell/output/chain/line_sink.h"
+
+namespace host {
+
+// Such a line binds no value: whether its quantity is outside of its limits says the answer that the line is made of
+// (client/diagnostic_marks.h).
+class marking_sink : public line_link {
+ public:
+  using line_link::line_link;
+
+  void take(const text_line& it) override;
+};
+
+}  // namespace host
