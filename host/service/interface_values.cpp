@@ -243,13 +243,13 @@ void read_delay(subject& it, property of, value_writer& to) {
   write_number(of, delay ? std::optional<uint64>(*delay / 10 * 10) : std::nullopt, to);
 }
 
-// Of a trunk the configured one.
 // A link that is up has no reason.
 void read_state_reason(subject& it, property of, value_writer& to) {
   if (it.port.state_reason == PM_REASON_NONE) return to.absent(of, absence::none);
   to.number(of, it.port.state_reason);
 }
 
+// Of a trunk the configured one.
 void read_port_mode(subject& it, property of, value_writer& to) {
   if (!is_trunk(it.port) && it.port.oper_mode == 0) return to.absent(of, absence::none);
   write_number(of, is_trunk(it.port) ? std::optional<uint64>(it.port.admin_mode) : widened(it.port.oper_mode), to);

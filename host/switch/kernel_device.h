@@ -67,7 +67,6 @@ class device_memory {
   // Averages of the minute before the last look; of less while the first look is not as old, unknown after one look
   // alone.
   device_rates rates() const;
-  bool has_rates() const { return samples_.size() > 1; }
 
  private:
   struct sample {

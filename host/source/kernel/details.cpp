@@ -186,11 +186,6 @@ void device_details::complete(interface& port, detail needed) {
   }
 }
 
-bool device_details::is_told_by_driver(if_index_t if_index, told_counter counter) {
-  const known_device* const device = find_hardware(if_index);
-  return device != nullptr && counters_of(*device)[counter].has_value();
-}
-
 told_counters device_details::clear(const interface& port) {
   known_device* const device = find_hardware(port.if_index);
   if (device == nullptr) return {};

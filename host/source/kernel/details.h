@@ -22,9 +22,6 @@ class device_details {
   // Completes an interface (switch_source::complete). What the kernel does not tell stays as it is.
   void complete(interface& port, detail needed);
 
-  // Whether the driver of an interface's device has a counter.
-  bool is_told_by_driver(if_index_t if_index, told_counter counter);
-
   // Lets the further counters of an interface start from 0. Returns what they are now.
   told_counters clear(const interface& port);
 
