@@ -55,6 +55,18 @@ TEST(JsonWriter, IndentedMembersHaveALineEach) {
             "{\n  \"a\": [],\n  \"b\": [\n    1,\n    2\n  ]\n}");
 }
 
+TEST(JsonWriter, APlainKeyIsWrittenAsAnyOther) {
+  EXPECT_EQ(written([](json_writer& json) {
+              json.begin_object();
+              json.plain_key("a_1");
+              json.number(1);
+              json.plain_key("b");
+              json.null();
+              json.end_object();
+            }),
+            R"({"a_1":1,"b":null})");
+}
+
 TEST(JsonWriter, QuotesBackslashesAndControlBytesAreEscaped) {
   const std::string_view text("\"C:\\x\"\n\t\x01\x1B\x7F\0end", 15);
   EXPECT_EQ(written([&](json_writer& json) { json.text(text); }), R"("\"C:\\x\"\n\t\u0001\u001b\u007f\u0000end")");

@@ -335,7 +335,7 @@ void document::write_record(const std::optional<traffic_rates>* rates) {
   json.begin_object();
   for (std::size_t i = 0; i < rows_.size(); ++i) {
     const field& meaning = all_fields()[rows_[i]];
-    json.key(meaning.name);
+    json.plain_key(meaning.name);
     switch (cells_[i].state) {
       case cell_state::bound: write_bound(json, meaning, cells_[i]); break;
       case cell_state::from_service: write_answered(json, meaning, cells_[i].answered); break;

@@ -55,6 +55,14 @@ void json_writer::key(std::string_view name) {
   has_key_ = true;
 }
 
+void json_writer::plain_key(std::string_view name) {
+  before_value();
+  to_ += '"';
+  to_ += name;
+  to_ += indent_ == 0 ? "\":" : "\": ";
+  has_key_ = true;
+}
+
 void json_writer::token(std::string_view text) {
   before_value();
   to_ += text;

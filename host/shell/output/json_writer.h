@@ -22,6 +22,8 @@ class json_writer {
   void end_array() { end(']'); }
 
   void key(std::string_view name);
+  // A key of letters, digits and underscores: nothing in it needs an escape.
+  void plain_key(std::string_view name);
 
   void null() { token("null"); }
   void boolean(bool value) { token(value ? "true" : "false"); }
