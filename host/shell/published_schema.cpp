@@ -1,5 +1,6 @@
 // docs/schema.json: the JSON Schema of the structured form, from the tables of fields and displays.
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "shell/grammar.h"
@@ -122,9 +123,9 @@ void write_field(json_writer& json, const field& described) {
     write_words(json, described.words);
   else
     write(json, "$ref", "#/$defs/" + std::string(value_of(described)));
-  write(json, "title", described.title);
-  write(json, "description", described.description);
-  if (!described.unit.empty()) write(json, "unit", described.unit);
+  for (const auto& [key, text] : {std::pair("title", described.title), std::pair("description", described.description),
+                                  std::pair("unit", described.unit)})
+    if (!text.empty()) write(json, key, text);  // libraries of others need not have them
   json.end_object();
 }
 

@@ -12,10 +12,10 @@ extern "C" {
 
 /* Tuple ids of a row. */
 enum {
-  SIBLING_VLAN_ID = 0x14800001,
-  SIBLING_VLAN_NAME = 0x30800002,
-  SIBLING_VLAN_STATUS = 0x30800003,
-  SIBLING_VLAN_KIND = 0x30800004
+  SIBLING_VLAN_ID = 0x142B0001,
+  SIBLING_VLAN_NAME = 0x302B0002,
+  SIBLING_VLAN_STATUS = 0x302B0003,
+  SIBLING_VLAN_KIND = 0x302B0004
 };
 
 /* Show handler: a row for each VLAN that the VLAN manager knows, on the command's queue. Returns 0. */

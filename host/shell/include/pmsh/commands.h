@@ -38,7 +38,7 @@ enum {
 typedef struct pmsh_field_t {
   const char* key;  /* lower case, words joined by underscores, the unit last: "temperature_celsius"   */
   uint32 tuple;     /* the tuple id that the handler binds; its type code must be able to hold `type`. Ids of the
-                       command library have component 0x2A; those of other libraries have 0x80 or more. */
+                       system have components below 0x80; those of other libraries have 0x80 or more.  */
   uint32 type;      /* PMSH_TEXT and so on */
   const char* unit; /* null: none               */
   const char* help; /* null: none; one sentence */
