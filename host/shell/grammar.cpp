@@ -505,7 +505,9 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
   reading_state state(mode);
   for (const word_token& word : words) {
     if (takes_text(state.positions)) {
-      parsed.argument = unquote(trim(line.substr(word.start, parts[0].text.size() - word.start)));
+      auto text = read_text_argument(trim(line.substr(word.start, parts[0].text.size() - word.start)), error);
+      if (!text) return std::nullopt;
+      parsed.argument = std::move(*text);
       state.positions = behind_text(state.positions);
       break;
     }

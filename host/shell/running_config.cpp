@@ -10,6 +10,7 @@
 #include "service/port_config.h"
 #include "service/port_manager_messages.h"
 #include "shell/interface_ranges.h"
+#include "shell/words.h"
 #include "switch/if_index_layout.h"
 
 namespace host {
@@ -60,16 +61,8 @@ constexpr word_of_value kTrunkingModes[] = {{1, "off"}, {2, "on"}, {3, "auto"}};
 constexpr word_of_value kEncapsulations[] = {{1, "normal"}, {2, "eisl"}, {3, "internal"}};
 constexpr word_of_value kMonitors[] = {{1, ""}, {2, "ingress"}, {3, "ingress learning"}};
 
-// A text as an argument: in quotes when it would be read otherwise.
-std::string quoted_text(const std::string& text) {
-  const bool is_plain = text.find_first_of("|\"'?") == std::string::npos && text.front() != ' ' && text.back() != ' ';
-  if (is_plain) return text;
-  const char quote = text.find('"') == std::string::npos ? '"' : '\'';
-  return quote + text + quote;
-}
-
 std::string describe(const interface& port) {
-  return port.description.empty() ? "no description" : "description " + quoted_text(port.description);
+  return port.description.empty() ? "no description" : "description " + text_argument(port.description);
 }
 
 std::string credit(const interface& port) {
@@ -217,7 +210,7 @@ std::string settings_of(const interface& it) {
 
 std::string running_config(const machine& of, std::span<const if_index_t> interfaces,
                            std::span<const if_index_t> deleted) {
-  std::string text = "! Settings of " + of.name + "\nconfigure\n";
+  std::string text = "! Settings of " + text_argument(of.name) + "\nconfigure\n";
   if (!deleted.empty()) text += "no interface " + range_text(deleted) + "\n";
   for (std::size_t first = 0; first < interfaces.size();) {
     const interface* const it = of.find(interfaces[first]);

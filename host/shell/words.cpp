@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <iterator>
 
 namespace host {
 namespace {
@@ -27,6 +28,38 @@ std::size_t edit_distance(std::string_view left, std::string_view right) {
   return row.back();
 }
 
+// Bytes with an escape of one letter; all other control bytes are \xHH.
+struct escaped_byte {
+  char byte;
+  char letter;
+};
+constexpr escaped_byte kEscapes[] = {{'"', '"'}, {'\\', '\\'}, {'\n', 'n'}, {'\t', 't'}, {'\r', 'r'}};
+
+std::string escapes() {
+  std::string text;
+  for (const escaped_byte& known : kEscapes) text += std::string("\\") + known.letter + ", ";
+  return text + "\\xHH";
+}
+
+// Appends the byte of an escape behind its backslash; returns how many characters it has, 0 when it is none.
+std::size_t read_escape(std::string_view escape, std::string& to) {
+  if (escape.empty()) return 0;
+  const auto* const known = std::find_if(std::begin(kEscapes), std::end(kEscapes),
+                                         [&](const escaped_byte& it) { return it.letter == escape.front(); });
+  if (known != std::end(kEscapes)) {
+    to += known->byte;
+    return 1;
+  }
+  constexpr std::size_t kLength = 3;  // of "xHH"
+  unsigned byte = 0;
+  const char* const end = escape.data() + kLength;
+  if (escape.front() != 'x' || escape.size() < kLength) return 0;
+  const auto read = std::from_chars(escape.data() + 1, end, byte, 16);
+  if (read.ec != std::errc{} || read.ptr != end || byte == 0) return 0;
+  to += static_cast<char>(byte);
+  return kLength;
+}
+
 }  // namespace
 
 std::vector<word_token> split_words(std::string_view text, std::size_t start) {
@@ -47,6 +80,7 @@ std::vector<word_token> split_pipes(std::string_view line) {
   for (std::size_t i = 0; i < line.size(); ++i) {
     const char character = line[i];
     if (quote != '\0') {
+      if (character == '\\' && quote == '"') ++i;
       if (character == quote) quote = '\0';
     } else if (character == '"' || character == '\'') {
       quote = character;
@@ -69,6 +103,61 @@ std::string_view unquote(std::string_view text) {
   const bool is_quoted =
       text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front();
   return is_quoted ? text.substr(1, text.size() - 2) : text;
+}
+
+std::string text_argument(std::string_view text) {
+  const auto is_control = [](char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F; };
+  const bool is_plain = !text.empty() && text.find_first_of("|\"'?\\") == std::string_view::npos &&
+                        trim(text).size() == text.size() && std::none_of(text.begin(), text.end(), is_control);
+  if (is_plain) return std::string(text);
+  std::string written = "\"";
+  for (const char byte : text) {
+    const auto* const escape = std::find_if(std::begin(kEscapes), std::end(kEscapes),
+                                            [byte](const escaped_byte& known) { return known.byte == byte; });
+    if (escape != std::end(kEscapes)) {
+      written += '\\';
+      written += escape->letter;
+    } else if (is_control(byte)) {
+      constexpr char kHexDigits[] = "0123456789abcdef";
+      written += "\\x";
+      written += kHexDigits[static_cast<unsigned char>(byte) >> 4];
+      written += kHexDigits[byte & 0xF];
+    } else {
+      written += byte;
+    }
+  }
+  return written + '"';
+}
+
+std::optional<std::string> read_text_argument(std::string_view written, std::string& error) {
+  const char quote = written.empty() ? '\0' : written.front();
+  if (quote != '"' && quote != '\'') return std::string(written);
+  if (quote == '\'') {
+    if (written.size() >= 2 && written.back() == quote) return std::string(unquote(written));
+    error = "the text that begins with ' has no ' at its end.";
+    return std::nullopt;
+  }
+  std::string text;
+  for (std::size_t i = 1; i < written.size(); ++i) {
+    if (written[i] == '"') {
+      if (i + 1 == written.size()) return text;
+      error = "unexpected " + quoted(written.substr(i + 1)) + " after the text in quotes.";
+      return std::nullopt;
+    }
+    if (written[i] != '\\') {
+      text += written[i];
+      continue;
+    }
+    const std::string_view escape = written.substr(i + 1);
+    const std::size_t length = read_escape(escape, text);
+    if (length == 0) {
+      error = quoted("\\" + std::string(escape.substr(0, 1))) + " is no escape: it takes one of " + escapes() + ".";
+      return std::nullopt;
+    }
+    i += length;
+  }
+  error = "the text that begins with \" has no \" at its end.";
+  return std::nullopt;
 }
 
 bool starts_with_ignoring_case(std::string_view word, std::string_view beginning) {

@@ -26,6 +26,14 @@ std::vector<word_token> split_pipes(std::string_view line);
 std::string_view trim(std::string_view text);
 std::string_view unquote(std::string_view text);
 
+// A text as the argument of a command. It reads as the same bytes, on one line, whatever they are but zero: what could
+// be read otherwise is in double quotes, with the escapes of C.
+std::string text_argument(std::string_view text);
+
+// The text of such an argument: as it is written, or in single quotes as it is between them, or in double quotes with
+// escapes. Nothing when quotes do not end or an escape is none; then `error` names it.
+std::optional<std::string> read_text_argument(std::string_view written, std::string& error);
+
 bool starts_with_ignoring_case(std::string_view word, std::string_view beginning);
 
 // The word that was probably meant; empty when none is close.
