@@ -1,21 +1,20 @@
 // Settings in files: written, and read back as commands.
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <sstream>
 #include <string>
 
-#include "base/write_all.h"
 #include "shell/commands.h"
+#include "shell/files.h"
 #include "shell/interface_kinds.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
 #include "shell/print_error.h"
+#include "shell/prompts.h"
 #include "shell/running_config.h"
 #include "shell/selection.h"
 #include "shell/shell.h"
@@ -59,40 +58,39 @@ void record_commands(command_output& output, const selection& chosen) {
   }
 }
 
-// Whoever reads the file sees all of the text or what was there before. Returns an errno, 0 when it is written.
-int write_file(const std::string& path, std::string_view text) {
-  std::string made = path + ".XXXXXX";
-  const int descriptor = mkostemp(made.data(), O_CLOEXEC);
-  if (descriptor < 0) return errno;
-  const mode_t mask = umask(0);
-  umask(mask);
-  int error = write_all(descriptor, text);
-  if (error == 0 && (fchmod(descriptor, 0666 & ~mask) != 0 || fsync(descriptor) != 0)) error = errno;
-  close(descriptor);
-  if (error == 0 && std::rename(made.c_str(), path.c_str()) != 0) error = errno;
-  if (error != 0) unlink(made.c_str());
-  return error;
-}
-
 std::string startup_file(const shell& session) {
   return state_file(session.switch_name + "." + std::string(kStartupConfig));
 }
 
-// Closes what it did not get from the process.
-struct input_file {
-  explicit input_file(const std::string& path) : stream(path == "-" ? stdin : std::fopen(path.c_str(), "re")) {}
-  ~input_file() {
-    if (stream != nullptr && stream != stdin) std::fclose(stream);
-    std::free(line);
+// The lines of a file, which is read to its end first; those of standard input as they come.
+class input_lines {
+ public:
+  // Without a text of its own: standard input.
+  explicit input_lines(std::optional<std::string> text) : text_(std::move(text)) {}
+  ~input_lines() { std::free(typed_); }
+  input_lines(const input_lines&) = delete;
+  input_lines& operator=(const input_lines&) = delete;
+
+  bool next(std::string_view& line) {
+    if (text_) return next_of_text(line);
+    if (getline(&typed_, &size_, stdin) < 0) return false;
+    line = typed_;
+    return true;
   }
-  input_file(const input_file&) = delete;
-  input_file& operator=(const input_file&) = delete;
 
-  bool next_line() { return getline(&line, &size, stream) >= 0; }
+ private:
+  bool next_of_text(std::string_view& line) {
+    if (at_ >= text_->size()) return false;
+    const std::size_t end = std::min(text_->find('\n', at_), text_->size());
+    line = std::string_view(*text_).substr(at_, end - at_);
+    at_ = end + 1;
+    return true;
+  }
 
-  std::FILE* stream;
-  char* line = nullptr;
-  std::size_t size = 0;
+  std::optional<std::string> text_;
+  std::size_t at_ = 0;
+  char* typed_ = nullptr;
+  std::size_t size_ = 0;
 };
 
 bool is_comment(std::string_view text) { return text.empty() || text.front() == '!' || text.front() == '#'; }
@@ -118,9 +116,18 @@ int copy_running_config(const invocation& run) {
   }
   const selection chosen = select_configured(run);
   if (chosen.code != kDone) return chosen.code;
+  if (path == "-") {
+    run.output.text(configuration_text(run, chosen));
+    return kDone;
+  }
+  if (!is_startup && is_regular_file(path) && !confirm("Replace " + quoted(path) + "? (y/n) [n] ")) {
+    run.output.complain("nothing was written: " + quoted(path) + " exists. Start the shell with --yes to replace it.");
+    return kUsage;
+  }
   if (is_startup) make_directories_of(path);
   if (const int error = write_file(path, configuration_text(run, chosen)); error != 0) {
-    run.output.complain("cannot write '" + path + "': " + std::strerror(error) + ".");
+    const std::string reason = error == ENXIO ? "no process reads the pipe" : std::strerror(error);
+    run.output.complain("cannot write '" + path + "': " + reason + ".");
     return kUsage;
   }
   if (is_startup) the_machine().save_startup();
@@ -131,25 +138,28 @@ int copy_running_config(const invocation& run) {
 int run_file(shell& session, const std::string& name, bool keep_going) {
   const std::string path = name == kStartupConfig ? startup_file(session) : name;
   const std::string shown = name == "-" ? "standard input" : path;
-  input_file file(path);
-  if (file.stream == nullptr) {
-    print_error("cannot read '" + shown + "': " + std::strerror(errno) + ".");
+  std::string error;
+  auto text = name == "-" ? std::nullopt : read_file(path, error);
+  if (!error.empty()) {
+    print_error(error);
     return kUsage;
   }
+  input_lines lines(std::move(text));
   int result = kDone;
   session.is_in_file = true;
-  for (uint32 number = 1; !session.is_leaving && file.next_line(); ++number) {
-    const std::string_view text = trim(file.line);
-    if (is_comment(text)) continue;
-    const int code = run_line(session, text);
+  std::string_view line;
+  for (uint32 number = 1; !session.is_leaving && lines.next(line); ++number) {
+    line = trim(line);
+    if (is_comment(line)) continue;
+    const int code = run_line(session, line);
     if (result == kDone) result = code;
     if (code == kDone) continue;
     const std::string place = shown + ":" + std::to_string(number) + ": ";
     if (code == kInterrupted || !keep_going) {
-      print_error(place + quoted(text) + " failed, and nothing behind it was run. Use --keep-going to go on.");
+      print_error(place + quoted(line) + " failed, and nothing behind it was run. Use --keep-going to go on.");
       break;
     }
-    print_error(place + quoted(text) + " failed.");
+    print_error(place + quoted(line) + " failed.");
   }
   session.is_in_file = false;
   return result;

@@ -89,6 +89,16 @@ void host::assume_yes() { is_yes_assumed = true; }
 
 void host::ask_nobody() { is_anybody_there = false; }
 
+bool host::confirm(const std::string& question) {
+  vsh_user_input_info_t asked{};
+  asked.prompt = question.c_str();
+  asked.default_input = "n";
+  asked.notty_input = "y";
+  char answer[9] = {};
+  asked.max_len = sizeof answer - 1;
+  return vsh_util_user_input_get(&asked, answer) == 0 && (answer[0] == 'y' || answer[0] == 'Y');
+}
+
 host::kept_answers::kept_answers() { kept.emplace(); }
 host::kept_answers::~kept_answers() { kept.reset(); }
 

@@ -1,6 +1,8 @@
 // Questions to the user.
 #pragma once
 
+#include <string>
+
 namespace host {
 
 // From now on every question is answered with yes.
@@ -8,6 +10,9 @@ void assume_yes();
 
 // From now on nobody is asked: a question is answered as without a terminal.
 void ask_nobody();
+
+// Asks a question with yes or no. Without a terminal the answer is yes, as with assume_yes().
+bool confirm(const std::string& question);
 
 // While one lives, the answer to a question also answers it when it is asked again.
 class kept_answers {

@@ -1,0 +1,126 @@
+#include "shell/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+#include "base/write_all.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Closes a descriptor; a negative one is none.
+struct open_file {
+  explicit open_file(int opened) : descriptor(opened) {}
+  ~open_file() {
+    if (descriptor >= 0) ::close(descriptor);
+  }
+  open_file(const open_file&) = delete;
+  open_file& operator=(const open_file&) = delete;
+
+  int descriptor;
+};
+
+// The file that a path leads to, whether it is there or not; empty and errno ELOOP for links in a circle.
+std::string follow_links(const std::string& path) {
+  constexpr int kMostLinks = 40;
+  fs::path at = path;
+  std::error_code error;
+  for (int i = 0; i < kMostLinks; ++i) {
+    if (fs::symlink_status(at, error).type() != fs::file_type::symlink) return at.string();
+    const fs::path target = fs::read_symlink(at, error);
+    if (error) return at.string();
+    at = target.is_absolute() ? target : at.parent_path() / target;
+  }
+  errno = ELOOP;
+  return {};
+}
+
+int write_in_place(const std::string& path, std::string_view text) {
+  const open_file file(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+  return file.descriptor < 0 ? errno : write_all(file.descriptor, text);
+}
+
+// The mode that a new file gets.
+mode_t new_mode() {
+  const mode_t mask = umask(0);
+  umask(mask);
+  return 0666 & ~mask;
+}
+
+int flush_to_disk(int descriptor) { return fsync(descriptor) == 0 || errno == EINVAL ? 0 : errno; }
+
+// Fills the file that is to take the place of `old`, which is null when there is none.
+int fill(int descriptor, std::string_view text, const struct stat* old) {
+  if (const int error = write_all(descriptor, text); error != 0) return error;
+  const bool has_owner = old == nullptr || (old->st_uid == geteuid() && old->st_gid == getegid());
+  if (!has_owner && fchown(descriptor, old->st_uid, old->st_gid) != 0) return errno;
+  if (fchmod(descriptor, old != nullptr ? old->st_mode & 07777 : new_mode()) != 0) return errno;
+  return flush_to_disk(descriptor);
+}
+
+// A new name is on the disk when its directory is.
+int flush_directory_of(const std::string& path) {
+  const std::string directory = fs::path(path).parent_path().string();
+  const open_file opened(open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return opened.descriptor < 0 ? 0 : flush_to_disk(opened.descriptor);
+}
+
+int replace(const std::string& path, std::string_view text, const struct stat* old) {
+  std::string made = path + ".XXXXXX";
+  const open_file file(mkostemp(made.data(), O_CLOEXEC));
+  if (file.descriptor < 0) return errno;
+  int error = fill(file.descriptor, text, old);
+  if (error == 0 && std::rename(made.c_str(), path.c_str()) != 0) error = errno;
+  if (error != 0) unlink(made.c_str());
+  return error != 0 ? error : flush_directory_of(path);
+}
+
+}  // namespace
+
+int write_file(const std::string& path, std::string_view text) {
+  const std::string target = follow_links(path);
+  if (target.empty()) return errno;
+  struct stat old {};
+  if (stat(target.c_str(), &old) != 0) return errno == ENOENT ? replace(target, text, nullptr) : errno;
+  return S_ISREG(old.st_mode) ? replace(target, text, &old) : write_in_place(target, text);
+}
+
+bool is_regular_file(const std::string& path) {
+  struct stat found {};
+  return stat(path.c_str(), &found) == 0 && S_ISREG(found.st_mode);
+}
+
+std::optional<std::string> read_file(const std::string& path, std::string& error) {
+  const auto fail = [&](int number) {
+    error = "cannot read '" + path + "': " + std::strerror(number) + ".";
+    return std::nullopt;
+  };
+  const open_file file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+  if (file.descriptor < 0) return fail(errno);
+  std::string text;
+  std::array<char, 1 << 16> block;
+  while (true) {
+    const ssize_t size = read(file.descriptor, block.data(), block.size());
+    if (size < 0 && errno == EINTR) continue;
+    if (size < 0) return fail(errno);
+    if (size == 0) break;
+    text.append(block.data(), static_cast<std::size_t>(size));
+  }
+  const std::size_t zero = text.find('\0');
+  if (zero == std::string::npos) return text;
+  const auto line = std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(zero), '\n') + 1;
+  error = path + ":" + std::to_string(line) + ": a byte that is zero. This is no file of commands.";
+  return std::nullopt;
+}
+
+}  // namespace host

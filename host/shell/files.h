@@ -1,0 +1,23 @@
+// Files that the user names: replaced as a whole, and read as a whole.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// Writes a text to a file. Links are followed. A regular file is replaced at once: whoever opens it, at any moment,
+// sees all of the text or all of what was there before, also when this process is killed; it keeps its mode and its
+// owner. What is no regular file (a device, a pipe) is written to. Returns 0 or an errno; ENXIO for a pipe that no
+// process reads.
+int write_file(const std::string& path, std::string_view text);
+
+// Whether there is a regular file with this name.
+bool is_regular_file(const std::string& path);
+
+// The text of a file that can be read to its end, without a byte that is zero. Otherwise nothing, and `error` is one
+// line that names the file, and the line of such a byte.
+std::optional<std::string> read_file(const std::string& path, std::string& error);
+
+}  // namespace host
