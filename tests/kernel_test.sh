@@ -55,7 +55,7 @@ of_left() { run -c "show interface $left $1 | json" | jq -c "[.interfaces[0] | $
   fail "a veth device separates unicasts: $(of_left counters .)"
 [ "$(of_left counters '.input_multicast_packets != null')" = '[true]' ] || fail "multicasts are absent: $(of_left counters .)"
 [ "$(of_left "" '.port_mode, .delay_usec, .rate_mode')" = '[null,null,null]' ] || fail "invented: $(of_left "" .)"
-[ "$(of_left flowcontrol 'to_entries[] | select(.key != "interface") | .value' | tr -d 'nul,')" = '[]' ] ||
+[ "$(of_left flowcontrol 'to_entries[] | select(.key | test("flow_control|pause")) | .value' | tr -d 'nul,')" = '[]' ] ||
   fail "a veth device has flow control: $(of_left flowcontrol .)"
 
 step "settings"
@@ -160,7 +160,7 @@ kill "$traffic"
 # The documents name their time in whole seconds, so that the rates may be a second off.
 jq -es '. as [$a, $b, $c]
   | def off($from; $to): ($to.interfaces[0].output_packets - $from.interfaces[0].output_packets)
-        / $to.interfaces[0].rates.out_packets_per_second - (($to.time | fromdate) - ($from.time | fromdate));
+        / $to.interfaces[0].rates.output_packets_per_second - (($to.time | fromdate) - ($from.time | fromdate));
     $a.interfaces[0].rates == null and ([off($a; $b), off($b; $c)] | all(. > -1.1 and . < 1.1))' <<<"$watched" >/dev/null ||
   fail "rates of a watch: $watched"
 
@@ -183,6 +183,21 @@ printf 'left: nowhere 4/1\n' >"$map"
 said=$(run --map "$map" -c 'show kernel-map' 2>&1) && fail "a wrong map file is taken"
 has "$said" "$map:1"
 ip -n "$here" route del default dev left
+
+step "the management port keeps its name when its route is lost"
+ip -n "$here" route add default dev left
+mkfifo "$map.route"
+run --yes <"$map.route" >"$map.said" 2>&1 &
+shell=$!
+exec 9>"$map.route"
+printf 'show kernel-map\nconfigure\ninterface mgmt 0\nshutdown\nshow interface mgmt 0 status\n' >&9
+until_true grep -q '^mgmt0 ' "$map.said"
+[ -z "$(ip -n "$here" route show default)" ] || fail "the default route outlives its device"
+printf 'undo\nend\nshow kernel-map\n' >&9
+exec 9>&-
+wait "$shell" || fail "the management port was lost: $(cat "$map.said")"
+[ "$(grep -c '^left  *mgmt 0$' "$map.said")" = 2 ] || fail "the management port has another name: $(cat "$map.said")"
+dev set left up
 
 # ---- Other kinds of devices ----
 is_up() { [[ $(run -c "show interface $(interface "$1") status") == *" up "* ]]; }

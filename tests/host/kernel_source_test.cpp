@@ -304,6 +304,16 @@ TEST(KernelMap, TheUsersWordHolds) {
   EXPECT_EQ(interface_of_device(mapped, 4), ethernet_index(IF_TYPE_MGMT, 0, 0));
 }
 
+TEST(KernelMap, TwoDevicesOfOneInterfaceAreAnError) {
+  const temporary_file file("eth0: ethernet 1/3\neth1: {interface: ethernet 1/3}\n");
+  try {
+    read_map_file(file.path());
+    FAIL() << "the map file is taken";
+  } catch (const yaml_file_error& error) {
+    EXPECT_EQ(error.what(), file.path() + ":2: 'eth0' and 'eth1' have one interface");
+  }
+}
+
 TEST(KernelMap, AnInterfaceIsGivenOnce) {
   const temporary_file file("eth0: ethernet 1/3\n");
   const auto mapped = map_devices({device(2, "eth0", ""), device(3, "eth1", "")}, 0, read_map_file(file.path()));

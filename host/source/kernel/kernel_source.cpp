@@ -170,7 +170,8 @@ machine kernel_source::read() {
 machine kernel_source::read_again() {
   netlink_socket route(NETLINK_ROUTE);
   links_ = read_links(route);
-  mapped_ = map_devices(links_, default_route_device(route), wanted_);
+  if (find_link(links_, management_) == nullptr) management_ = default_route_device(route);
+  mapped_ = map_devices(links_, management_, wanted_);
   details_.begin(links_, mapped_);
   counted_.clear();
   counted_.reserve(mapped_.size());

@@ -64,6 +64,8 @@ class kernel_source final : public switch_source {
   void delete_created_device(if_index_t if_index);
 
   wanted_interfaces wanted_;
+  uint32 management_ = 0;  // the kernel's number of the management port's device: that of the first default route, as
+                           // long as it exists, also when its route is lost; 0: none
   std::vector<kernel_link> links_;
   std::vector<mapped_device> mapped_;
   std::vector<device_reading> counted_;         // as the kernel told it last, sorted by interface
