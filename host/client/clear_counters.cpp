@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "base/c_edge.h"
-#include "client/clear_results.h"
+#include "client/command_account.h"
 #include "client/library_functions.h"
 #include "client/request.h"
 #include "platform/port_manager.h"
@@ -66,7 +66,7 @@ syserr_t clear_some(mts_q_handle_t q, std::span<const if_index_t> if_indexes, st
   const syserr_t error = ask_to_clear_some(q, if_indexes, entries);
   const auto answered = std::span(entries).subspan(known);
   for (const if_index_t if_index : if_indexes)
-    note_clear(MTS_SAP_PORT_MANAGER, if_index, if_index, error != 0 ? error : status_of(if_index, answered));
+    note_clear(q, MTS_SAP_PORT_MANAGER, if_index, if_index, error != 0 ? error : status_of(if_index, answered));
   return error;
 }
 
@@ -92,7 +92,7 @@ syserr_t give_list(const status_entries& entries, uint8** list) {
 syserr_t ask_to_clear(const call& to, if_index_t if_index) {
   return no_throw<syserr_t>(PM_ERR_GENERAL, [&] {
     const syserr_t error = answer(answered_by_errors(to), bytes_of(interface_request{if_index}), 1).error();
-    note_clear(to.sap, if_index, if_index, error);
+    note_clear(to.q, to.sap, if_index, if_index, error);
     return error;
   });
 }
@@ -128,7 +128,7 @@ bool clear_channels(mts_q_handle_t q, const vsh_intf_mono_range_t& range) {
   const syserr_t error = no_throw<syserr_t>(PM_ERR_GENERAL, [&] {
     const syserr_t answered =
         answer(answered_by_errors({q, MTS_SAP_PORT_MANAGER, PM_OPC_CHANNEL_STATISTICS}), bytes_of(request), 1).error();
-    note_clear(MTS_SAP_PORT_MANAGER, range.lower_if_index, range.upper_if_index, answered);
+    note_clear(q, MTS_SAP_PORT_MANAGER, range.lower_if_index, range.upper_if_index, answered);
     return answered;
   });
   if (error == 0) return true;

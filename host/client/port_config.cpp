@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "base/c_edge.h"
+#include "client/command_account.h"
 #include "client/host_settings.h"
 #include "client/library_functions.h"
 #include "client/request.h"
-#include "client/setting_results.h"
 #include "service/port_channel_messages.h"
 #include "service/port_manager_messages.h"
 #include "service/spanning_tree_messages.h"
@@ -35,7 +35,7 @@ int32 ask_statuses(const call& to, std::span<const std::byte> request, pm_port_c
       static_cast<pm_port_cfg_status_t*>(std::malloc(got.records().size())));
   if (block == nullptr) return PM_ERR_GENERAL;
   std::memcpy(block.get(), got.records().data(), got.records().size());
-  note_results({block.get(), got.count()});
+  note_results(to.q, {block.get(), got.count()});
   *num_ports = got.count();
   *cfg_status = block.release();
   return 0;
@@ -43,9 +43,9 @@ int32 ask_statuses(const call& to, std::span<const std::byte> request, pm_port_c
 
 // Returns what `ask` returns, PM_ERR_GENERAL if it throws. A failure is noted as that of a request.
 template <typename Ask>
-int32 noting_failures(Ask ask) {
+int32 noting_failures(mts_q_handle_t q, Ask ask) {
   const int32 error = no_throw<int32>(PM_ERR_GENERAL, ask);
-  if (error != 0) note_failed_request();
+  if (error != 0) note_failed_request(q);
   return error;
 }
 
@@ -73,7 +73,7 @@ int32 ask_for_range(const call& to, const paraminfo_t* param, pm_port_cfg_status
   *num_ports = 0;
   const intf_range_t* const ranges = range_of(param);
   if (ranges == nullptr) return PM_ERR_INVALID_RANGE;
-  return noting_failures([&] {
+  return noting_failures(to.q, [&] {
     std::vector<std::byte> request;
     for (const vsh_intf_mono_range_t& range : std::span(ranges->range, ranges->range_count))
       append(&request, bytes_of(range_request{range.lower_if_index, range.upper_if_index}));
@@ -90,7 +90,7 @@ int32 pm_cmi_set_port_config(mts_q_handle_t q, const char*, uint32, uint32 num_r
   if (num_ports != nullptr) *num_ports = 0;
   if (cfg_status == nullptr || num_ports == nullptr || value == nullptr || (ranges == nullptr && num_ranges != 0))
     return PM_ERR_GENERAL;
-  return noting_failures([&] {
+  return noting_failures(q, [&] {
     const std::vector<std::byte> request =
         request_of(cfg_type, {static_cast<const std::byte*>(value), cfg_length}, std::span(ranges, num_ranges));
     return ask_statuses({q, MTS_SAP_PORT_MANAGER, PM_OPC_SET_CONFIG, timeout}, request, cfg_status, num_ports);
@@ -101,10 +101,10 @@ int32 host::set_host_setting(mts_q_handle_t q, std::span<const if_index_range_t>
                              std::span<const std::byte> value) {
   pm_port_cfg_status_t* block = nullptr;
   uint32 count = 0;
-  const int32 error = noting_failures([&] {
+  const int32 error = noting_failures(q, [&] {
     return ask_statuses({q, MTS_SAP_PORT_MANAGER, PM_OPC_SET_CONFIG}, request_of(type, value, ranges), &block, &count);
   });
-  std::free(block);  // what it holds is noted
+  std::free(block);  // what it holds is in the account
   return error;
 }
 

@@ -4,9 +4,8 @@
 #include <cstring>
 
 #include "base/c_edge.h"
-#include "client/clear_results.h"
+#include "client/command_account.h"
 #include "client/request.h"
-#include "client/setting_results.h"
 #include "platform/transceiver.h"
 #include "service/port_manager_messages.h"
 #include "transport/transport.h"
@@ -72,7 +71,7 @@ uint32 configure_interfaces(const call& to, uint32 create, const intf_range_t* r
     request.ranges[i] = {ranges->range[i].lower_if_index, ranges->range[i].upper_if_index};
   const std::size_t size = sizeof request.head + ranges->range_count * sizeof request.ranges[0];
   const syserr_t error = answer(answered_by_errors(to), bytes_of(request).first(size), 1).error();
-  note_creation(error);
+  note_creation(to.q, error);
   return static_cast<uint32>(error);
 }
 
@@ -89,7 +88,7 @@ syserr_t get_clear_statistics(const call& to, const eth_statistics_request& requ
   if (request.get == 0) {
     return no_throw<syserr_t>(PM_ERR_GENERAL, [&] {
       const syserr_t error = answer(answered_by_errors(to), bytes_of(request), sizeof *response).error();
-      note_clear(to.sap, request.range.low, request.range.high, error);
+      note_clear(to.q, to.sap, request.range.low, request.range.high, error);
       return error;
     });
   }

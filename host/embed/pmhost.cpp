@@ -14,8 +14,6 @@
 #include <string>
 #include <vector>
 
-#include "client/clear_results.h"
-#include "client/setting_results.h"
 #include "service/services.h"
 #include "shell/added_commands.h"
 #include "shell/commands.h"
@@ -217,13 +215,6 @@ const host::display* display_of(uint32 command_id) {
   return nullptr;
 }
 
-// The shell's commands take the answers to clears and settings; a handler's have no reader.
-void discard_answers() {
-  host::take_clear_results();
-  host::take_setting_results();
-  host::take_creation_error();
-}
-
 // Runs `work` with the output of a command.
 template <typename Work>
 int run_with_output(pmhost_command_t& command, Work work) {
@@ -236,7 +227,6 @@ int run_with_output(pmhost_command_t& command, Work work) {
   host::command_output output(settings, filters);
   const int code = output.report_failures(work(output));
   output.set_exit_code(code);
-  discard_answers();
   return code;
 }
 

@@ -11,7 +11,7 @@
 #include <optional>
 #include <string>
 
-#include "client/clear_results.h"
+#include "client/command_account.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
 #include "platform/vsh.h"
@@ -213,9 +213,9 @@ int keep_cleared(const invocation& run, const std::string& path) {
 }
 
 // The exit code of a command that was to clear these interfaces.
-int result_of(const invocation& run, std::span<const if_index_t> wanted) {
+int result_of(const invocation& run, std::span<const if_index_t> wanted, const std::vector<clear_result>& results) {
   run.output.flush();
-  const answered_clears answered(take_clear_results());
+  const answered_clears answered(results);
   const bool has_failed = name_uncleared(run, wanted, answered) || run.output.failed();
   const std::optional<std::string> file = the_source().baseline_file();
   const int kept = file && (!has_failed || answered.has_success()) ? keep_cleared(run, *file) : kDone;
@@ -227,30 +227,30 @@ int result_of(const invocation& run, std::span<const if_index_t> wanted) {
 template <typename ClearAll>
 int clear_every(const invocation& run, std::span<const if_index_type_t> kinds, ClearAll clear_all) {
   const command_queue q;
+  command_account account(q.handle);
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   const selection every = select_all(run.session, parameters, kinds);
   if (every.code != kDone) return every.code;
-  take_clear_results();
   clear_all(parameters);
-  const answered_clears answered(noted_clear_results());
+  const answered_clears answered(account.clears);
   std::vector<if_index_t> rest = every.interfaces;
   std::erase_if(rest, [&](if_index_t if_index) { return answered.find(if_index) != nullptr; });
   clear_ranges(run, parameters, rest);
-  return result_of(run, every.interfaces);
+  return result_of(run, every.interfaces, account.clears);
 }
 
 // Named interfaces, all of which are cleared by their ranges.
 int clear_named(const invocation& run, std::span<const interface_span> spans) {
   const command_queue q;
+  command_account account(q.handle);
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   const selection chosen = select_named(run.session, parameters, spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
   if (std::any_of(chosen.interfaces.begin(), chosen.interfaces.end(), is_inband) && !may_clear_inband(run))
     return kNotPermitted;
-  take_clear_results();
   clear_ranges(run, parameters, chosen.interfaces);
-  return result_of(run, chosen.interfaces);
+  return result_of(run, chosen.interfaces, account.clears);
 }
 
 }  // namespace
@@ -285,9 +285,8 @@ int clear_loopbacks(const invocation& run) {
 
 int clear_inband(const invocation& run) {
   if (!may_clear_inband(run)) return kNotPermitted;
-  take_clear_results();
   run.session.library.clear_inband();
-  return result_of(run, {});
+  return result_of(run, {}, {});
 }
 
 int clear_management(const invocation& run) {

@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "client/setting_results.h"
+#include "client/command_account.h"
 #include "shell/commands.h"
 #include "shell/interface_kinds.h"
 #include "shell/interface_ranges.h"
@@ -63,7 +63,7 @@ configured_interfaces ranges_of(const std::vector<if_index_t>& interfaces) {
 
 // Asks the command library for a setting of all ranges: one call for as many of them as an argument holds. A command
 // that is refused or not confirmed sends nothing, and ends with its first call. Returns the worst result.
-int32 set_ranges(const invocation& run, mts_q_handle_t q) {
+int32 set_ranges(const invocation& run, mts_q_handle_t q, const setting_results& results) {
   const kept_answers answers;
   const configured_interfaces& configured = run.session.configured;
   int32 worst = 0;
@@ -73,7 +73,7 @@ int32 set_ranges(const invocation& run, mts_q_handle_t q) {
     add_tokens(run.line, parameters, values);
     const auto block = left.first(std::min<std::size_t>(left.size(), PARAM_MAX_RANGES));
     worst = worse(worst, run.session.library.set_port_config(parameters.for_ranges(configured.mask, block)));
-    if (!noted_setting_results().was_asked) break;
+    if (!results.was_asked) break;
     left = left.subspan(block.size());
   }
   return worst;
@@ -106,6 +106,7 @@ bool has_lost_interfaces(const shell& session) {
 
 int choose_interfaces(const invocation& run) {
   const command_queue q;
+  command_account account(q.handle);
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   begin_changes();
   const selection chosen = select_or_create(run.session, parameters, run.line.spans);
@@ -122,6 +123,7 @@ int choose_interfaces(const invocation& run) {
 int delete_interfaces(const invocation& run) {
   if (!may_delete(run)) return kNotPermitted;
   const command_queue q;
+  command_account account(q.handle);
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   begin_changes();
   const selection deleted = delete_named(run.session, parameters, run.line.spans, run.session.is_in_file);
@@ -147,13 +149,12 @@ int leave_mode(const invocation& run) {
 int set_ports(const invocation& run) {
   if (!may_go_on(run)) return kNotPermitted;
   const command_queue q;
+  command_account account(q.handle);
   begin_changes();
-  take_setting_results();
-  const int32 worst = set_ranges(run, q.handle);
+  const int32 worst = set_ranges(run, q.handle, account.settings);
   run.output.flush();
-  const setting_results results = take_setting_results();
-  record_refusals(run.output, results.ports);
-  return exit_code_of(worst, results);
+  record_refusals(run.output, account.settings.ports);
+  return exit_code_of(worst, account.settings);
 }
 
 int undo(const invocation& run) {

@@ -64,16 +64,15 @@ std::vector<if_index_range_t> ranges_of(const shell& session) {
 int set_ports_of_host(const invocation& run) {
   if (!may_go_on(run)) return kNotPermitted;
   const command_queue q;
+  command_account account(q.handle);
   begin_changes();
-  take_setting_results();
   const int32 error =
       set_host_setting(q.handle, ranges_of(run.session), run.line.what->host_setting, value_of(run.line));
-  setting_results results = take_setting_results();
   if (error != 0) {
     vsh_print_mts_error_message(VSH_MTS_ERROR_REQUEST, mts_errno_get(q.handle));
     return kServiceFailed;
   }
-  return report_refusals(run, run.line.text, results.ports);
+  return report_refusals(run, run.line.text, account.settings.ports);
 }
 
 }  // namespace host

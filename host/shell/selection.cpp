@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "client/setting_results.h"
+#include "client/command_account.h"
 #include "platform/port_manager.h"
 #include "platform/syserr.h"
 #include "platform/vsh.h"
@@ -154,7 +154,7 @@ std::string text_of(std::span<const vsh_intf_mono_range_t> all) {
 // The exit code of a verification that did not succeed; why goes to `complaint` unless it was printed.
 int refusal(int32 result, const command_parameters& parameters, std::span<const vsh_intf_mono_range_t> block,
             std::string& complaint) {
-  if (const syserr_t error = take_creation_error(); error != 0) {
+  if (const syserr_t error = creation_error_of(parameters.queue()); error != 0) {
     const char* const reason = syserr2str(error);
     complaint = (parameters.is_no() ? "cannot delete " : "cannot create ") + text_of(block) + ": " +
                 (reason == nullptr ? "unknown error" : reason) + ".";

@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "client/setting_results.h"
+#include "client/command_account.h"
 #include "platform/port_config.h"
 #include "pmcli/displays.h"
 #include "shell/commands.h"

@@ -215,6 +215,7 @@ class watcher {
     {
       command_output output(settings, filters);
       result_ = output.report_failures(line_.what->run({line_, session_, output}));
+      output.set_exit_code(result_);
     }
     return text;
   }

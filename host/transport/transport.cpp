@@ -36,6 +36,7 @@ struct queue {
   int32 generation = 0;
   int32 error = 0;
   uint32 waiting = kNone;  // first answer that was not received yet
+  command_account* account = nullptr;
 };
 
 struct registered_service {
@@ -247,6 +248,16 @@ void transport_close_queue(mts_q_handle_t q) {
     if (left.at != stage::waiting) ++the_transport.account.never_dropped;
     release_message(i);
   }
+}
+
+command_account* attach_account(mts_q_handle_t q, command_account* account) {
+  queue* const to = find_queue(q);
+  return to == nullptr ? nullptr : std::exchange(to->account, account);
+}
+
+command_account* attached_account(mts_q_handle_t q) {
+  const queue* const asked = find_queue(q);
+  return asked == nullptr ? nullptr : asked->account;
 }
 
 bool transport_provoke(std::string_view service_name, provocation what) {

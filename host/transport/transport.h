@@ -46,6 +46,16 @@ void transport_register(std::span<const service> services);
 mts_q_handle_t transport_open_queue();
 void transport_close_queue(mts_q_handle_t q);
 
+// What became of the requests of a command (client/command_account.h), which the transport only keeps with a queue.
+class command_account;
+
+// Attaches an account to a queue in place of the one that is attached, which it returns; null is none. It is detached
+// when the queue is closed.
+command_account* attach_account(mts_q_handle_t q, command_account* account);
+
+// The account of a queue; null when it has none, and of a queue that is not open.
+command_account* attached_account(mts_q_handle_t q);
+
 // What happens to requests of a service from now on.
 struct provocation {
   enum class kind { none, lost, reject, silent, cut, interrupt };

@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "client/clear_results.h"
+#include "client/command_account.h"
 #include "client/library_functions.h"
 #include "host/client_fixture.h"
 #include "host/loopback_device.h"
@@ -238,7 +238,7 @@ TEST_F(ClearCounters, DistributedServiceClearsChannels) {
 using noted = std::vector<clear_result>;
 
 TEST_F(ClearCounters, EveryRequestIsNotedWithItsOwnerAndItsResult) {
-  take_clear_results();
+  command_account account(q_);
   clear({names_.first_port, names_.nobody});
   clear_port_statistics(names_.routed_port);
   clear_loopback_counters(names_.first_port);
@@ -249,35 +249,34 @@ TEST_F(ClearCounters, EveryRequestIsNotedWithItsOwnerAndItsResult) {
 
   const char* const ports = "the port manager";
   const char* const statistics = "the statistics service";
-  EXPECT_EQ(take_clear_results(),
-            (noted{{names_.first_port, names_.first_port, ports, 0},
-                   {names_.nobody, names_.nobody, ports, PM_ERR_NO_SUCH_INTERFACE},
-                   {names_.routed_port, names_.routed_port, statistics, 0},
-                   {names_.first_port, names_.first_port, statistics, PM_ERR_NOT_ALLOWED_ON_INTERFACE},
-                   {names_.first_port, names_.third_port, ports, 0},
-                   {names_.channel, names_.channel, ports, 0},
-                   {names_.channel, names_.channel, statistics, 0},
-                   {names_.mgmt, names_.mgmt, ports, 0}}));
-  EXPECT_EQ(take_clear_results(), noted{});
+  EXPECT_EQ(account.clears, (noted{{names_.first_port, names_.first_port, ports, 0},
+                                   {names_.nobody, names_.nobody, ports, PM_ERR_NO_SUCH_INTERFACE},
+                                   {names_.routed_port, names_.routed_port, statistics, 0},
+                                   {names_.first_port, names_.first_port, statistics, PM_ERR_NOT_ALLOWED_ON_INTERFACE},
+                                   {names_.first_port, names_.third_port, ports, 0},
+                                   {names_.channel, names_.channel, ports, 0},
+                                   {names_.channel, names_.channel, statistics, 0},
+                                   {names_.mgmt, names_.mgmt, ports, 0}}));
 }
 
 TEST_F(ClearCounters, ReadingClearsNothing) {
-  take_clear_results();
+  command_account account(q_);
   show_eth_intf_resp_t stats{};
   ASSERT_EQ(pm_get_clear_eth_stats(q_, names_.first_port, names_.first_port, 1, &stats), 0);
-  EXPECT_EQ(take_clear_results(), noted{});
+  EXPECT_EQ(account.clears, noted{});
 }
 
 TEST_F(ClearCountersDisturbed, WhatAnAnswerDoesNotNameIsNotedAsFailed) {
-  take_clear_results();
+  command_account account(q_);
   replace_port_manager(send_three);
   clear({names_.first_port, 0x02020202});
-  EXPECT_EQ(take_clear_results(), (noted{{names_.first_port, names_.first_port, "the port manager", PM_ERR_GENERAL},
-                                         {0x02020202, 0x02020202, "the port manager", 0x02020202}}));
+  EXPECT_EQ(account.clears, (noted{{names_.first_port, names_.first_port, "the port manager", PM_ERR_GENERAL},
+                                   {0x02020202, 0x02020202, "the port manager", 0x02020202}}));
 
+  account.clears.clear();
   replace_port_manager(send_nothing);
   clear({names_.first_port});
-  EXPECT_EQ(take_clear_results(), (noted{{names_.first_port, names_.first_port, "the port manager", PM_ERR_GENERAL}}));
+  EXPECT_EQ(account.clears, (noted{{names_.first_port, names_.first_port, "the port manager", PM_ERR_GENERAL}}));
 }
 
 // The command of the channels' own library.
@@ -367,11 +366,11 @@ TEST_F(ClearChannelCommand, FailedRangesAreReportedAndTheRestIsCleared) {
 TEST_F(ClearChannelCommand, EveryRangeIsNoted) {
   ranges_.range_count = 2;
   ranges_.range[1] = {names_.first_port, names_.first_port};
-  take_clear_results();
+  command_account account(q_);
 
   run();
 
-  EXPECT_EQ(take_clear_results(),
+  EXPECT_EQ(account.clears,
             (noted{{names_.channel, names_.channel, "the port manager", 0},
                    {names_.first_port, names_.first_port, "the port manager", PM_ERR_NOT_ALLOWED_ON_INTERFACE}}));
 }

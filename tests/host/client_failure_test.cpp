@@ -7,10 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "client/clear_results.h"
+#include "client/command_account.h"
 #include "client/library_functions.h"
 #include "client/request.h"
-#include "client/setting_results.h"
 #include "host/alarm_soon.h"
 #include "host/small_machine.h"
 #include "platform/clear_counters.h"
@@ -484,8 +483,7 @@ TEST_P(ClientFailures, MemoryThatRunsOutIsAFailure) {
       GetParam().call == call_clear_channel_ranges ? clear_channel_ranges : GetParam().call;
   std::size_t failures = 0;
   for (std::size_t spared = 0;; ++spared) {
-    take_clear_results();  // what is noted anew needs memory
-    take_setting_results();
+    command_account account(q_);  // what is noted in an empty one needs memory
     const pmcli_test::failing_allocation memory(spared);
     const outcome got = call_without_memory(names_, q_);
     if (!memory.has_failed()) break;

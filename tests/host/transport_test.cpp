@@ -228,6 +228,26 @@ TEST_F(Transport, ACancelledWaitIsNoFailure) {
   EXPECT_TRUE(noted_failures().empty());
 }
 
+// The transport does not look into accounts: any address will do.
+TEST_F(Transport, QueueKeepsItsAccountUntilItIsClosed) {
+  int some = 0, more = 0;
+  auto* const first = reinterpret_cast<command_account*>(&some);
+  auto* const second = reinterpret_cast<command_account*>(&more);
+  const mts_q_handle_t other = transport_open_queue();
+  EXPECT_EQ(attached_account(other), nullptr);
+  EXPECT_EQ(attach_account(other, first), nullptr);
+  EXPECT_EQ(attached_account(q_), nullptr);
+  EXPECT_EQ(attach_account(other, second), first);
+  EXPECT_EQ(attached_account(other), second);
+
+  transport_close_queue(other);
+  EXPECT_EQ(attached_account(other), nullptr);
+  EXPECT_EQ(attach_account(other, first), nullptr);
+  const mts_q_handle_t next = transport_open_queue();  // in its place
+  EXPECT_EQ(attached_account(next), nullptr);
+  transport_close_queue(next);
+}
+
 TEST_F(Transport, AcceptsAnEmptyReferenceEverywhere) {
   mts_msg_ref_t empty{};
 

@@ -1,8 +1,10 @@
 // The structured form, record by record.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iterator>
 
 #include "platform/cmd_channel.h"
 #include "session/captured_command.h"
@@ -246,6 +248,66 @@ TEST(Schema, KeysAreLowerCaseAndEveryTagHasAField) {
     EXPECT_EQ(host::find_binding(uint32{bound.component} << 16 | bound.tag), &bound) << bound.tag;
   EXPECT_EQ(host::find_binding(0x142A0003), nullptr);
   EXPECT_EQ(host::find_binding(0xFFFF), nullptr);
+}
+
+// How a unit stands at the end of a key. Of two ends that fit the first counts.
+struct unit_of_key {
+  std::string_view end;
+  std::string_view unit;
+};
+
+constexpr unit_of_key kUnitsOfKeys[] = {
+    {"_bits_per_second", "bit/s"},
+    {"_bytes_per_second", "byte/s"},
+    {"_megabytes_per_second", "Mbyte/s"},
+    {"_packets_per_second", "packet/s"},
+    {"_kbps", "kbit/s"},
+    {"_mbps", "Mbit/s"},
+    {"_bits", "bits"},
+    {"_bytes", "bytes"},
+    {"_seconds", "s"},
+    {"_msec", "ms"},
+    {"_usec", "us"},
+    {"_percent", "%"},
+    {"_per_255", "/255"},
+    {"_km", "km"},
+    {"_m", "m"},
+    {"_c", "C"},
+    {"_v", "V"},
+    {"_ma", "mA"},
+    {"_dbm", "dBm"},
+    {"_packets", "packets"},
+    {"_frames", "frames"},
+};
+
+// What is counted needs no end of its key: "runts" are packets.
+constexpr std::string_view kUnitsOfCounts[] = {"packets", "frames", "events", "messages", "resets"};
+
+// "input_packets_65_to_127_bytes" counts packets of a size: its end is no unit.
+bool is_size_class(std::string_view key) {
+  return key.find("packets_") != std::string_view::npos && key.find("_to_") != std::string_view::npos;
+}
+
+const unit_of_key* unit_at_end_of(std::string_view key) {
+  const auto found = std::ranges::find_if(kUnitsOfKeys, [key](const unit_of_key& it) { return key.ends_with(it.end); });
+  return is_size_class(key) || found == std::end(kUnitsOfKeys) ? nullptr : found;
+}
+
+TEST(Schema, AKeyThatEndsWithAUnitHasThatUnit) {
+  EXPECT_EQ(unit_at_end_of("mtu_bytes")->unit, "bytes");
+  EXPECT_EQ(unit_at_end_of("input_bytes_per_second")->unit, "byte/s");
+  EXPECT_EQ(unit_at_end_of("description"), nullptr);
+  EXPECT_EQ(unit_at_end_of("input_packets_0_to_64_bytes"), nullptr);
+  for (const host::field& field : host::all_fields())
+    if (const unit_of_key* const ending = unit_at_end_of(field.name)) EXPECT_EQ(field.unit, ending->unit) << field.name;
+}
+
+TEST(Schema, AUnitIsPartOfTheKey) {
+  for (const host::field& field : host::all_fields()) {
+    if (field.unit.empty() || std::ranges::find(kUnitsOfCounts, field.unit) != std::end(kUnitsOfCounts)) continue;
+    const unit_of_key* const ending = unit_at_end_of(field.name);
+    EXPECT_TRUE(ending != nullptr && ending->unit == field.unit) << field.name << " in " << field.unit;
+  }
 }
 
 // "..._bits_per_second", "..._bytes_per_second", "..._packets_per_second" and whole megabytes.

@@ -112,6 +112,7 @@ TEST(WatchInAPipe, EachReadingNamesTheServiceThatFails) {
     ASSERT_EQ(reading["messages"].Size(), 3U) << i;  // each of the two tables says so, too
     EXPECT_STREQ(reading["messages"][2]["interface"].GetString(), "Ethernet2/1");
     EXPECT_STREQ(reading["messages"][2]["text"].GetString(), "the service 'statistics' refused a request.");
+    EXPECT_EQ(reading["exit_code"].GetInt(), 2) << i;
   }
 }
 
@@ -154,6 +155,7 @@ TEST(WatchInAPipe, CommandThatIsRefusedEndsTheWatch) {
   const rapidjson::Document document = parse(missing.out);
   EXPECT_EQ(document["interfaces"].Size(), 0U);
   EXPECT_EQ(document["messages"].Size(), 1U);
+  EXPECT_EQ(document["exit_code"].GetInt(), 4);
   EXPECT_NE(run("watch 1 show interface | include (").err.find("bad expression '('"), std::string::npos);
 }
 

@@ -70,8 +70,8 @@ void fit_cell(std::string& line, std::size_t start, const placeholder& cell) {
   line.insert(cell.left ? line.size() : start, missing, ' ');
 }
 
-// A text without a meaning of its own that is shown as it is may be a whole line. Its newline ends the line; every
-// other one is made visible like anything that is not printable.
+// An untagged text printed by a bare %s may be a complete line. Its newline ends the line; other newlines are escaped
+// like every byte that is not printable.
 bool print_whole_line(command_output& output, const placeholder& cell, const cmd_tuple_t* tuple) {
   if (tuple == nullptr || tuple->id != 0 || tuple->value == nullptr || cell.length != 2) return false;
   const std::string_view text = static_cast<const char*>(tuple->value);
@@ -109,7 +109,7 @@ void print_cell(command_output& output, const placeholder& cell, const cmd_tuple
 
 void print(command_output& output, const char* format, std::va_list tuples) {
   while (*format != '\0') {
-    line_gatherer& line = output.line();  // what was printed before stands in front
+    line_gatherer& line = output.line();  // after all that was printed before
     line.set_of_channel();
     const std::size_t literal = std::string_view(format).find_first_of("%\n");
     line.current().append(format, std::min(literal, std::char_traits<char>::length(format)));

@@ -26,8 +26,8 @@ ssize_t write_printed(void*, const char* data, std::size_t size) {
   return static_cast<ssize_t>(size);
 }
 
-// The stream that stands in for stdout; made once.
-std::FILE* stand_in() {
+// The stream that replaces stdout; made once.
+std::FILE* output_stream() {
   static std::FILE* const stream = [] {
     std::FILE* const made = fopencookie(nullptr, "w", {nullptr, write_printed, nullptr, nullptr});
     if (made != nullptr) setvbuf(made, nullptr, _IOFBF, 8192);
@@ -43,7 +43,7 @@ command_output::command_output(const output_settings& settings, line_filters& fi
       answers_(settings.shown.has_values ? properties_of(settings.shown) : std::vector<property>(),
                settings.hides_traffic),
       write_(block_writer(settings.descriptor, settings.sink, settings.is_cancelled), settings.to_terminal),
-      stream_(stand_in()),
+      stream_(output_stream()),
       real_stdout_(stdout) {
   wire_chain(filters);
   std::fflush(stdout);

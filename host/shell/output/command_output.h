@@ -1,17 +1,14 @@
 // The output of one command, from the first byte to the last.
 //
-// While it lives, a stream of the host stands in for `stdout`: what the library prints with printf and puts, and what
+// While it lives, a stream of the host replaces `stdout`: what the library prints with printf and puts, and what
 // it prints on the output channel, pass through it in order. It wires the chain that the lines pass (output/chain):
 // they are gathered, made safe for a terminal, recorded in the document or filtered, paged, coloured and written.
 #pragma once
 
 #include <cstdio>
 #include <functional>
-#include <memory>
 #include <optional>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "shell/output/account.h"
 #include "shell/output/chain/colour.h"
@@ -30,7 +27,7 @@
 
 namespace host {
 
-// Hears of a value of the interface that is being shown; 0: of none. A null `value`: nobody knows it.
+// Takes a value of the interface that is being shown; 0: of none. A null `value` is not known.
 using value_sink = std::function<void(if_index_t, const cmd_tuple_t&)>;
 
 struct output_settings {
@@ -44,9 +41,9 @@ struct output_settings {
   bool (*is_cancelled)() = nullptr;     // further output is discarded once it returns true
   output_sink sink{};                   // takes the output in place of the descriptor
   bool sinks_errors = false;            // the errors, too
-  value_sink on_value{};                // hears of each value that is bound
+  value_sink on_value{};                // takes each value that is bound
   bool hides_traffic = false;           // the user may not see counters and rates
-  traffic_readings* traffic = nullptr;  // learns which interfaces are shown; records get their rates
+  traffic_readings* traffic = nullptr;  // notes which interfaces are shown; records get their rates
 };
 
 class command_output {
@@ -69,7 +66,8 @@ class command_output {
   }
   // Binds a value; it is stored when the output is structured.
   void bind(const cmd_tuple_t& tuple);
-  // Whether nobody knows the value of the interface that is being shown: it is "--", and null when it is bound so.
+  // Whether the value of the interface that is being shown is not known: it shows as "--", and bind_unknown() leaves
+  // null.
   bool is_unknown(const cmd_tuple_t& tuple);
   void bind_unknown(const cmd_tuple_t& tuple);
   // Plain text with any number of lines.

@@ -159,7 +159,7 @@ void write_answered(json_writer& json, const field& meaning, const interface_val
   write_text_or_null(json, printable);
 }
 
-// Whether a value of this kind can stand for the field.
+// Whether the field can have a value of this kind.
 bool fits(const field& meaning, const interface_value& value) {
   switch (value.kind) {
     case value_kind::number:
@@ -283,7 +283,6 @@ bool document::bind(const cmd_tuple_t& tuple) {
     if (shown_.has_marks) value.text.resize(value.text.find_last_not_of(' ') + 1);  // fields of identity pages
   } else if (is_integer(meaning.type)) {
     value.number = value_of_64(tuple);
-    value.text.clear();
   } else if (meaning.type == field_type::enumeration) {
     const uint32 number = value_of_32(tuple);
     value.text = meaning.words == enum_words::mark ? mark_word(number) : text_of_enum(meaning.words, number);

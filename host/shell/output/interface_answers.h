@@ -1,9 +1,9 @@
-// What the service of interface values says of the interface that is being shown: asked when it is needed, and once.
+// What the service of interface values reports about the interface that is being shown: asked when it is needed, and
+// once.
 #pragma once
 
 #include <bitset>
 #include <optional>
-#include <span>
 #include <vector>
 
 #include "client/interface_values.h"

@@ -54,7 +54,7 @@ class json_writer {
   std::string& to_;
   unsigned indent_;
   unsigned depth_ = 0;
-  bool is_first_ = true;  // nothing stands in the innermost object or array yet
+  bool is_first_ = true;  // the innermost object or array is empty
   bool has_key_ = false;  // the next value belongs to it
 };
 

@@ -21,7 +21,7 @@ class pager {
   // `terminal` takes the output, keys come from standard input.
   explicit pager(int terminal) : terminal_(terminal) {}
 
-  // To be called in front of each line. Asks at the end of a screen; false when the user wants no more.
+  // To be called before each line. Asks at the end of a screen; false when the user ends the output.
   bool make_room(std::string_view line);
 
  private:

@@ -16,11 +16,11 @@ struct line_filters::stage {
 line_filters::line_filters() = default;
 line_filters::~line_filters() = default;
 
-std::optional<std::string> line_filters::add(const pipe_stage& wanted) {
-  if (wanted.kind == pipe_kind::json || wanted.kind == pipe_kind::no_more) return std::nullopt;
-  stage running{wanted.kind, nullptr};
-  if (wanted.kind != pipe_kind::count) {
-    running.expression = std::make_unique<re2::RE2>(wanted.expression, re2::RE2::Quiet);
+std::optional<std::string> line_filters::add(const pipe_stage& requested) {
+  if (requested.kind == pipe_kind::json || requested.kind == pipe_kind::no_more) return std::nullopt;
+  stage running{requested.kind, nullptr};
+  if (requested.kind != pipe_kind::count) {
+    running.expression = std::make_unique<re2::RE2>(requested.expression, re2::RE2::Quiet);
     if (!running.expression->ok()) return running.expression->error();
   }
   stages_.push_back(std::move(running));

@@ -1,10 +1,9 @@
-// What stands behind "|" in a command: a chain of filters over the lines of its output.
+// The pipes of a command: a chain of filters over the lines of its output.
 #pragma once
 
 #include <functional>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>

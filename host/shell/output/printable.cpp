@@ -87,7 +87,7 @@ std::string_view first_characters(std::string_view text, std::size_t count) {
     if (!is_continuation(byte_at(text, end))) --count;
     ++end;
   }
-  // The loop stops in front of the first character too many, behind the last one's continuation bytes.
+  // The loop stops before the first character too many, after the continuation bytes of the last one.
   return text.substr(0, end);
 }
 

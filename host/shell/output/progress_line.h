@@ -1,4 +1,4 @@
-// The line at a terminal that says that a command is still at work.
+// A line at the terminal while a command runs.
 #pragma once
 
 #include <chrono>
@@ -9,7 +9,7 @@
 
 namespace host {
 
-// While it lives, a line with the seconds so far stands at the terminal whenever nothing was shown for a second.
+// Shows the seconds so far whenever nothing else was shown for a second.
 class progress_line {
  public:
   explicit progress_line(int terminal);
@@ -17,7 +17,7 @@ class progress_line {
   progress_line(const progress_line&) = delete;
   progress_line& operator=(const progress_line&) = delete;
 
-  // Takes the line away and keeps it away while this lives: something else is written, or the user is asked.
+  // Erases the line and keeps it hidden while this lives: something else is written, or the user is asked.
   class pause {
    public:
     explicit pause(progress_line& of);

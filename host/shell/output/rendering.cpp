@@ -114,8 +114,8 @@ void append_float(std::string& to, const cmd_tuple_t& tuple) {
   const std::size_t start = to.size();
   append_number(to, digits.decimal);
   const std::size_t written = to.size() - start;
-  const auto wanted = static_cast<std::size_t>(digits.nb_decimals);
-  if (written < wanted) to.insert(start, wanted - written, '0');
+  const auto decimals = static_cast<std::size_t>(digits.nb_decimals);
+  if (written < decimals) to.insert(start, decimals - written, '0');
 }
 
 void append_string(std::string& to, const char* text) {

@@ -51,7 +51,8 @@ std::optional<traffic_rates> rates_between(const traffic_count& before, const tr
 
 class traffic_readings {
  public:
-  // `count` tells what an interface has counted; none: nobody counts, or the display is not about that.
+  // `count` returns what an interface has counted: nothing for one without counters, or when the display has no
+  // traffic.
   using counter = std::function<std::optional<traffic_count>(if_index_t)>;
   explicit traffic_readings(counter count) : count_(std::move(count)) {}
 

@@ -8,7 +8,7 @@
 
 namespace host {
 
-// Nothing passes once the command is cancelled; while something is shown, the line of progress is away.
+// Nothing passes once the command is cancelled; while something is shown, the line of progress is hidden.
 class gate_sink : public line_link {
  public:
   // Both may be null.

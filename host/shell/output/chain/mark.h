@@ -5,7 +5,7 @@
 
 namespace host {
 
-// Such a line binds no value: whether its quantity is outside of its limits says the answer that the line is made of
+// Such a line binds no value: the answer that it is made of says whether its quantity is outside of its limits
 // (client/diagnostic_marks.h).
 class marking_sink : public line_link {
  public:

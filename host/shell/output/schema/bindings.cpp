@@ -1,6 +1,5 @@
 // Which tuple id is which field, and in which displays; and which fields a display has without a tuple.
 #include <array>
-#include <iterator>
 
 #include "platform/tags.h"
 #include "shell/output/schema/schema.h"

@@ -1,8 +1,7 @@
 // The fields of the structured form.
 //
-// A key has one meaning wherever it stands, and one unit, which is part of it. Rates are "..._bits_per_second",
+// A key has one meaning and one unit in all displays, and the unit is part of the key. Rates are "..._bits_per_second",
 // "..._bytes_per_second" or "..._packets_per_second".
-#include <algorithm>
 #include <iterator>
 
 #include "shell/output/schema/schema.h"
@@ -140,10 +139,10 @@ constexpr field kFields[] = {
     {property::runts, "runts", integer, "packets", "Runts", "Received frames that are too short and have a wrong checksum"},
     {property::giants, "giants", integer, "packets", "Giants", "Received frames that are too long"},
     {property::jabbers, "jabbers", integer, "packets", "Jabbers", "Received frames that are too long and have a wrong checksum"},
-    {property::short_frames, "short_frames", integer, "packets", "Short frames", "Received frames that are too short"},
+    {property::short_frames, "short_frames", integer, "frames", "Short frames", "Received frames that are too short"},
     {property::ecc_errors, "ecc_errors", integer, "events", "ECC errors", "Errors of the memory that holds received frames"},
     {property::ignored_errors, "ignored_errors", integer, "packets", "Ignored packets", "Received packets that no buffer was left for"},
-    {property::no_buffer_errors, "no_buffer_errors", integer, "packets", "No buffer", "Received packets dropped for want of a buffer"},
+    {property::no_buffer_errors, "no_buffer_errors", integer, "packets", "No buffer", "Received packets dropped because no buffer was free"},
     {property::input_overruns, "input_overruns", integer, "packets", "Input overruns", "Received packets lost because the receiver was too slow"},
     {property::output_underruns, "output_underruns", integer, "packets", "Output underruns", "Packets lost because the transmitter was not fed in time"},
     {property::input_fifo_errors, "input_fifo_errors", integer, "packets", "Input FIFO errors", "Received packets lost by a full queue"},
@@ -193,10 +192,10 @@ constexpr field kFields[] = {
     {property::layer3_output_unicast_bytes, "layer3_output_unicast_bytes", integer, "bytes", "Layer 3 unicast bytes sent", "Bytes sent as layer 3 unicasts"},
     {property::layer3_output_multicast_packets, "layer3_output_multicast_packets", integer, "packets", "Layer 3 multicast packets sent", "Packets sent as layer 3 multicasts"},
     {property::layer3_output_multicast_bytes, "layer3_output_multicast_bytes", integer, "bytes", "Layer 3 multicast bytes sent", "Bytes sent as layer 3 multicasts"},
-    {property::layer3_average_input_packets, "layer3_average_input_packets", integer, "packet/s", "Average layer 3 packets received", "Layer 3 packets received per second on average"},
-    {property::layer3_average_input_bytes, "layer3_average_input_bytes", integer, "byte/s", "Average layer 3 bytes received", "Layer 3 bytes received per second on average"},
-    {property::layer3_average_output_packets, "layer3_average_output_packets", integer, "packet/s", "Average layer 3 packets sent", "Layer 3 packets sent per second on average"},
-    {property::layer3_average_output_bytes, "layer3_average_output_bytes", integer, "byte/s", "Average layer 3 bytes sent", "Layer 3 bytes sent per second on average"},
+    {property::layer3_average_input_packets, "layer3_average_input_packets_per_second", integer, "packet/s", "Average layer 3 packets received", "Layer 3 packets received per second on average"},
+    {property::layer3_average_input_bytes, "layer3_average_input_bytes_per_second", integer, "byte/s", "Average layer 3 bytes received", "Layer 3 bytes received per second on average"},
+    {property::layer3_average_output_packets, "layer3_average_output_packets_per_second", integer, "packet/s", "Average layer 3 packets sent", "Layer 3 packets sent per second on average"},
+    {property::layer3_average_output_bytes, "layer3_average_output_bytes_per_second", integer, "byte/s", "Average layer 3 bytes sent", "Layer 3 bytes sent per second on average"},
 
     // Counters of the management port's device, as the kernel keeps them.
     {property::kernel_input_packets, "kernel_input_packets", integer, "packets", "Device: packets received", "Packets received, of the device"},

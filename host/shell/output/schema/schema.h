@@ -15,7 +15,7 @@
 
 namespace host {
 
-// How a field stands in the structured form. An absent value is null.
+// How a field is written in the structured form. An absent value is null.
 enum class field_type : uint8 {
   text,
   interface_name,  // full name
@@ -140,7 +140,7 @@ enum : uint16 {
   kTagMapInterface,
 };
 
-// All fields, in the order in which they stand in a record.
+// All fields, in the order of a record.
 std::span<const field> all_fields();
 
 // The binding of a tuple id, or null.
