@@ -108,7 +108,7 @@ int choose_interfaces(const invocation& run) {
   const command_queue q;
   command_account account(q.handle);
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
-  begin_changes();
+  begin_changes(words_of_command(run.line));
   const selection chosen = select_or_create(run.session, parameters, run.line.spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) {
@@ -125,7 +125,7 @@ int delete_interfaces(const invocation& run) {
   const command_queue q;
   command_account account(q.handle);
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
-  begin_changes();
+  begin_changes(words_of_command(run.line));
   const selection deleted = delete_named(run.session, parameters, run.line.spans, run.session.is_in_file);
   if (!deleted.complaint.empty()) run.output.complain(deleted.complaint);
   if (deleted.code != kDone) return deleted.code;
@@ -150,7 +150,7 @@ int set_ports(const invocation& run) {
   if (!may_go_on(run)) return kNotPermitted;
   const command_queue q;
   command_account account(q.handle);
-  begin_changes();
+  begin_changes(words_of_command(run.line));
   const int32 worst = set_ranges(run, q.handle, account.settings);
   run.output.flush();
   record_refusals(run.output, account.settings.ports);
@@ -158,17 +158,25 @@ int set_ports(const invocation& run) {
 }
 
 int undo(const invocation& run) {
-  if (!may_undo(run)) return kNotPermitted;
-  const changes_back made = take_changes_back(the_machine());
-  if (has_lost_interfaces(run.session)) leave_interfaces(run.session);
-  if (made.restored.empty() && made.refused.empty()) {
-    run.output.complain("there is no setting to take back.");
+  const std::size_t num_steps = run.line.number.value_or(1);
+  const std::size_t num_known = change_steps(the_machine()).size();
+  if (num_known < num_steps) {
+    run.output.complain(num_known == 0 ? "there is no setting to take back."
+                                       : "there are only " + std::to_string(num_known) +
+                                             " changes to take back. 'show changes' lists them.");
     return kUsage;
   }
-  if (!made.restored.empty()) run.output.text("Taken back for " + range_text(made.restored) + ".\n");
-  std::vector<pm_port_cfg_status_t> refused;
-  for (const auto& [if_index, status] : made.refused) refused.push_back({if_index, status});
-  return report_refusals(run, "undo", refused);
+  if (!may_undo(run, num_steps)) return kNotPermitted;
+  int code = kDone;
+  for (std::size_t i = 0; i < num_steps && code == kDone; ++i) {
+    const changes_back made = take_change_back(the_machine());
+    if (!made.restored.empty()) run.output.text("Taken back for " + range_text(made.restored) + ".\n");
+    std::vector<pm_port_cfg_status_t> refused;
+    for (const auto& [if_index, status] : made.refused) refused.push_back({if_index, status});
+    code = report_refusals(run, "undo", refused);
+  }
+  if (has_lost_interfaces(run.session)) leave_interfaces(run.session);
+  return code;
 }
 
 }  // namespace host

@@ -487,6 +487,12 @@ bool is_in_text(std::string_view line, shell_mode mode) {
 
 }  // namespace
 
+std::string words_of_command(const command_line& line) {
+  const bool has_text = std::any_of(line.what->syntax.words.begin(), line.what->syntax.words.end(),
+                                    [](const syntax_word& word) { return word.is_text; });
+  return has_text && !line.is_no ? line.text + " " + text_argument(line.argument) : line.text;
+}
+
 bool asks_for_document(std::string_view line) {
   const std::vector<word_token> parts = split_pipes(line);
   return std::any_of(parts.begin() + 1, parts.end(), [](const word_token& part) {

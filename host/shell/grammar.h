@@ -35,6 +35,7 @@ inline constexpr number_argument kNumberArguments[] = {
     {"COUNT", 0, 65535, "A number of credits or buffers"},
     {"VLAN", 1, 4094, "Number of a VLAN"},
     {"CHANNEL", 1, MAX_CHANNEL, "Number of a port-channel"},
+    {"CHANGES", 1, 20'000, "How many changes"},
 };
 
 constexpr bool is_number_argument(std::string_view word) {
@@ -151,6 +152,9 @@ struct command_line {
 
 // Parses a line that was typed in a mode. On an error `error` is one line that says what to do next.
 std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode = kExecMode);
+
+// The command with its argument, as it can be typed again.
+std::string words_of_command(const command_line& line);
 
 // Whether one of the pipes of a line is "| json", also when the line cannot be parsed.
 bool asks_for_document(std::string_view line);

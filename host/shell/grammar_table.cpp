@@ -39,6 +39,7 @@ constexpr display kAllowedVlans = {kAllowedVlansDisplay, {}, "trunk_allowed", fa
 constexpr display kForwardingVlans = {kForwardingVlansDisplay, {}, "trunk_forwarding", false, true};
 constexpr display kText = kSentences;
 constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
+constexpr display kChanges = {kChangesDisplay, {}, "changes", false, false, "changes"};
 constexpr display kRunningConfig = {kRunningConfigDisplay, {}, "running_config", false, false, "commands"};
 
 // clang-format off
@@ -98,7 +99,8 @@ constexpr command kGeneralCommands[] = {
     {"configure [terminal]", "Go to the configuration", configure, kText, 0, kExecMode},
     {"interface RANGE", "Choose interfaces, creating missing loopbacks and sub-interfaces", choose_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
     {"no interface RANGE", "Delete loopbacks and sub-interfaces of ports", delete_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
-    {"undo", "Take back the last setting, creation or deletion", undo, kSettingShown},
+    {"undo [CHANGES]", "Take back the last settings, creations or deletions", undo, kSettingShown},
+    {"show changes", "What was set, created and deleted in this session, as 'undo' takes it back", show_changes, kChanges},
     {"show transport", "Messages between this shell and the services", show_transport, kTransport},
     {"help", "All commands", help, kText},
     {"end", "Leave the configuration", leave_configuration, kText, 0, kConfigureMode | kInterfaceMode},
@@ -142,6 +144,7 @@ constexpr word_help kWords[] = {
     {"brief", "A line for each"},
     {"calibrations", "Calibration constants"},
     {"capabilities", "What the ports can do"},
+    {"changes", "What was changed in this session"},
     {"channel-group", "Put ports into a port-channel"},
     {"clear", "Let counters start from 0"},
     {"clock", "The clock of this shell"},

@@ -65,7 +65,7 @@ int set_ports_of_host(const invocation& run) {
   if (!may_go_on(run)) return kNotPermitted;
   const command_queue q;
   command_account account(q.handle);
-  begin_changes();
+  begin_changes(words_of_command(run.line));
   const int32 error =
       set_host_setting(q.handle, ranges_of(run.session), run.line.what->host_setting, value_of(run.line));
   if (error != 0) {

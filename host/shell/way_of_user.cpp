@@ -72,8 +72,8 @@ bool may_delete(const invocation& run) {
   });
 }
 
-bool may_undo(const invocation& run) {
-  const std::vector<if_index_t> changed = changed_ports();
+bool may_undo(const invocation& run, std::size_t num_steps) {
+  const std::vector<if_index_t> changed = changed_ports(the_machine(), num_steps);
   return may_change(run, [&](if_index_t it) { return std::binary_search(changed.begin(), changed.end(), it); });
 }
 

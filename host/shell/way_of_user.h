@@ -1,6 +1,8 @@
 // Changes that would cut the way by which the user is connected.
 #pragma once
 
+#include <cstddef>
+
 #include "shell/commands.h"
 
 namespace host {
@@ -9,8 +11,8 @@ namespace host {
 // nothing was changed. Without a terminal the answer is no, with --yes it is yes.
 bool may_go_on(const invocation& run);
 
-// The same, of taking back what the last setting changed.
-bool may_undo(const invocation& run);
+// The same, of taking back the last changes.
+bool may_undo(const invocation& run, std::size_t num_steps);
 
 // The same, of deleting the interfaces that the command names.
 bool may_delete(const invocation& run);

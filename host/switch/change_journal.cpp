@@ -1,26 +1,67 @@
 #include "switch/change_journal.h"
 
 #include <algorithm>
-#include <map>
 #include <utility>
 
+#include "switch/clock.h"
 #include "switch/link.h"
 #include "switch/source.h"
 
 namespace host {
 namespace {
 
+constexpr std::size_t kMostPorts = 20'000;
+
 struct {
-  bool is_new_command = true;
-  std::map<if_index_t, port_settings> before;
-  std::vector<if_index_t> created;
-  std::vector<interface> deleted;
+  std::deque<change_step> steps;
+  std::size_t num_ports = 0;  // of all steps but the last
+  bool is_running = false;    // the last step is that of a command that began
 } journal;
 
-void forget_earlier_commands() {
-  if (!journal.is_new_command) return;
-  journal = {};
-  journal.is_new_command = false;
+// A port that has other settings; its link comes and goes by itself.
+bool is_changed(const machine& of, if_index_t if_index, const port_settings& before) {
+  const interface* const port = of.find(if_index);
+  if (port == nullptr) return false;
+  port_settings now = *port;
+  now.oper_state = before.oper_state;
+  now.state_reason = before.state_reason;
+  now.oper_speed_mbps = before.oper_speed_mbps;
+  now.oper_duplex = before.oper_duplex;
+  now.oper_mode = before.oper_mode;
+  now.link_before_shutdown = before.link_before_shutdown;
+  return now != before;
+}
+
+std::size_t num_ports(const change_step& step) {
+  return step.before.size() + step.created.size() + step.deleted.size();
+}
+
+// Leaves out of the last step what is as it was, and then the step when nothing is left.
+void settle_last_step(const machine& of) {
+  if (journal.steps.empty()) return;
+  change_step& last = journal.steps.back();
+  std::erase_if(last.before, [&](const auto& it) { return !is_changed(of, it.first, it.second); });
+  std::erase_if(last.created, [&](if_index_t it) { return of.find(it) == nullptr; });
+  std::erase_if(last.deleted, [&](const interface& it) { return of.find(it.if_index) != nullptr; });
+  if (num_ports(last) == 0) {
+    journal.steps.pop_back();
+    if (!journal.steps.empty()) journal.num_ports -= num_ports(journal.steps.back());
+  }
+  journal.is_running = false;
+}
+
+void forget_oldest_steps() {
+  if (!journal.steps.empty()) journal.num_ports += num_ports(journal.steps.back());
+  while (journal.num_ports > kMostPorts && journal.steps.size() > 1) {
+    journal.num_ports -= num_ports(journal.steps.front());
+    journal.steps.pop_front();
+  }
+}
+
+// The step of the running command; that of a source or a service without one begins its own.
+change_step& running_step() {
+  if (!journal.is_running) begin_changes({});
+  return journal.steps.back();
 }
 
 // The link changes like any other, at this moment.
@@ -40,60 +81,77 @@ void add_result(changes_back& made, if_index_t if_index, uint32 status) {
     made.refused.push_back({if_index, status});
 }
 
-void delete_created(machine& of, changes_back& made) {
-  std::vector<if_index_t> created = journal.created;
-  std::erase_if(created, [&of](if_index_t it) { return of.find(it) == nullptr; });
-  if (created.empty()) return;
-  const uint32 status = the_source().delete_interfaces(of, created);
-  for (const if_index_t it : created) add_result(made, it, status);
+void delete_created(const change_step& step, machine& of, changes_back& made) {
+  if (step.created.empty()) return;
+  const uint32 status = the_source().delete_interfaces(of, step.created);
+  for (const if_index_t it : step.created) add_result(made, it, status);
 }
 
-void create_deleted(machine& of, changes_back& made) {
-  for (const interface& it : journal.deleted)
-    if (of.find(it.if_index) == nullptr) add_result(made, it.if_index, the_source().restore_interface(of, it));
+void create_deleted(const change_step& step, machine& of, changes_back& made) {
+  for (const interface& it : step.deleted) add_result(made, it.if_index, the_source().restore_interface(of, it));
+}
+
+void restore_settings(const change_step& step, machine& of, changes_back& made) {
+  for (const auto& [if_index, before] : step.before) {
+    interface& port = *of.find(if_index);
+    const port_settings now = port;
+    put_back(port, before);
+    const uint32 status = the_source().apply_settings(port, now);
+    if (status != 0) put_back(port, now);
+    add_result(made, if_index, status);
+  }
 }
 
 }  // namespace
 
-void begin_changes() { journal.is_new_command = true; }
-
-void note_change(const interface& port) {
-  forget_earlier_commands();
-  journal.before.emplace(port.if_index, port);
+std::vector<if_index_t> change_step::ports() const {
+  std::vector<if_index_t> all = created;
+  for (const auto& [if_index, settings] : before) all.push_back(if_index);
+  for (const interface& it : deleted) all.push_back(it.if_index);
+  std::sort(all.begin(), all.end());
+  return all;
 }
 
-void note_created(if_index_t if_index) {
-  forget_earlier_commands();
-  journal.created.push_back(if_index);
+void begin_changes(std::string_view command) {
+  settle_last_step(the_machine());
+  forget_oldest_steps();
+  journal.steps.push_back({.command = std::string(command), .at_sec = static_cast<uint32>(clock_now())});
+  journal.is_running = true;
 }
 
-void note_deleted(interface port) {
-  forget_earlier_commands();
-  journal.deleted.push_back(std::move(port));
+void forget_changes() { journal = {}; }
+
+void note_change(const interface& port) { running_step().before.emplace(port.if_index, port); }
+
+void note_created(if_index_t if_index) { running_step().created.push_back(if_index); }
+
+void note_deleted(interface port) { running_step().deleted.push_back(std::move(port)); }
+
+const std::deque<change_step>& change_steps(const machine& of) {
+  settle_last_step(of);
+  return journal.steps;
 }
 
-std::vector<if_index_t> changed_ports() {
-  std::vector<if_index_t> ports = journal.created;
-  for (const auto& [if_index, before] : journal.before) ports.push_back(if_index);
-  for (const interface& it : journal.deleted) ports.push_back(it.if_index);
+std::vector<if_index_t> changed_ports(const machine& of, std::size_t num_steps) {
+  const auto& steps = change_steps(of);
+  std::vector<if_index_t> ports;
+  for (std::size_t i = steps.size() - std::min(num_steps, steps.size()); i < steps.size(); ++i) {
+    const std::vector<if_index_t> of_step = steps[i].ports();
+    ports.insert(ports.end(), of_step.begin(), of_step.end());
+  }
   std::sort(ports.begin(), ports.end());
+  ports.erase(std::unique(ports.begin(), ports.end()), ports.end());
   return ports;
 }
 
-changes_back take_changes_back(machine& of) {
+changes_back take_change_back(machine& of) {
   changes_back made;
-  delete_created(of, made);
-  create_deleted(of, made);
-  for (const auto& [if_index, before] : journal.before) {
-    interface* const port = of.find(if_index);
-    if (port == nullptr || static_cast<const port_settings&>(*port) == before) continue;
-    const port_settings now = *port;
-    put_back(*port, before);
-    const uint32 status = the_source().apply_settings(*port, now);
-    if (status != 0) put_back(*port, now);
-    add_result(made, if_index, status);
-  }
-  journal = {};
+  if (change_steps(of).empty()) return made;
+  const change_step step = journal.steps.back();  // noting the changes back must not change it
+  delete_created(step, of, made);
+  create_deleted(step, of, made);
+  restore_settings(step, of, made);
+  settle_last_step(of);
   std::sort(made.restored.begin(), made.restored.end());
   std::sort(made.refused.begin(), made.refused.end(),
             [](const auto& one, const auto& other) { return one.if_index < other.if_index; });

@@ -1,14 +1,33 @@
-// What the last command that changed, created or deleted ports has done, so that it can be taken back.
+// What the commands of a session changed, created and deleted, so that it can be taken back, the last one first.
 #pragma once
 
+#include <deque>
+#include <map>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "switch/model.h"
 
 namespace host {
 
-// A command begins. What came before it is forgotten as soon as it changes something.
-void begin_changes();
+// What one command did. Ports that it did not change in the end are left out.
+struct change_step {
+  std::string command;
+  uint32 at_sec = 0;                           // since 1970
+  std::map<if_index_t, port_settings> before;  // of the ports that it changed
+  std::vector<if_index_t> created;
+  std::vector<interface> deleted;  // as they were
+
+  // The ports that it changed, created or deleted, sorted.
+  std::vector<if_index_t> ports() const;
+};
+
+// A command begins. One that changes nothing, because it is refused or because all was so before, is no step.
+void begin_changes(std::string_view command);
+
+// A new session: there are no steps.
+void forget_changes();
 
 // To be called before a port is changed.
 void note_change(const interface& port);
@@ -17,12 +36,16 @@ void note_change(const interface& port);
 void note_created(if_index_t if_index);
 void note_deleted(interface port);
 
-// The ports that the last command changed, created or deleted, sorted; none once they were taken back.
-std::vector<if_index_t> changed_ports();
+// The steps that can be taken back, the oldest first. Before the last one, so many are kept as have 20,000 ports
+// together.
+const std::deque<change_step>& change_steps(const machine& of);
 
-// Puts the ports back to what they were before the last command that changed any, deletes those that it created and
-// creates those that it deleted, and has the source make it so. Those that were different were restored, or refused
-// with a status; both are sorted. A second call returns none.
+// The ports of the last steps, sorted.
+std::vector<if_index_t> changed_ports(const machine& of, std::size_t num_steps);
+
+// Takes the last step back: puts the ports back to what they were before, deletes those that it created and creates
+// those that it deleted, and has the source make it so. Those that were different were restored, or refused with a
+// status; both are sorted. What is refused stays a step. Without steps nothing happens.
 struct changes_back {
   struct refusal {
     if_index_t if_index;
@@ -31,6 +54,6 @@ struct changes_back {
   std::vector<if_index_t> restored;
   std::vector<refusal> refused;
 };
-changes_back take_changes_back(machine& of);
+changes_back take_change_back(machine& of);
 
 }  // namespace host

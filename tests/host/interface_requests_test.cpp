@@ -166,7 +166,10 @@ TEST_F(InterfaceRequests, OnlySubInterfacesAreThePortManagersToDelete) {
 // Through the client functions, as commands use them.
 class InterfaceConfiguration : public InterfaceRequests {
  protected:
-  InterfaceConfiguration() { transport_register(all_services()); }
+  InterfaceConfiguration() {
+    transport_register(all_services());
+    forget_changes();
+  }
   ~InterfaceConfiguration() override { transport_close_queue(q_); }
 
   static intf_range_t named(const std::vector<pair>& pairs) {
@@ -319,10 +322,10 @@ TEST_F(InterfaceConfiguration, WhatANewSubInterfaceTakesFromItsParentIsSetExplic
 }
 
 TEST_F(InterfaceConfiguration, CreatingIsTakenBack) {
-  begin_changes();
+  begin_changes({});
   ASSERT_EQ(sub_interfaces(1, {{sub(7), sub(8)}}), 0u);
-  EXPECT_EQ(changed_ports(), (std::vector<if_index_t>{sub(8)}));
-  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{sub(8)}));
+  EXPECT_EQ(changed_ports(the_machine(), 1), (std::vector<if_index_t>{sub(8)}));
+  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{sub(8)}));
   EXPECT_EQ(the_machine().find(sub(8)), nullptr);
   EXPECT_NE(the_machine().find(sub(7)), nullptr) << "it was there";
   EXPECT_TRUE(the_machine().deleted.empty());
@@ -330,35 +333,36 @@ TEST_F(InterfaceConfiguration, CreatingIsTakenBack) {
 
 TEST_F(InterfaceConfiguration, DeletingIsTakenBackWithAllSettings) {
   the_machine().find(names_.loopback)->description = "of the lab";
-  begin_changes();
+  begin_changes({});
   ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
-  EXPECT_EQ(changed_ports(), (std::vector<if_index_t>{names_.loopback}));
-  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback}));
+  EXPECT_EQ(changed_ports(the_machine(), 1), (std::vector<if_index_t>{names_.loopback}));
+  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback}));
   ASSERT_NE(the_machine().find(names_.loopback), nullptr);
   EXPECT_EQ(the_machine().find(names_.loopback)->description, "of the lab");
   EXPECT_TRUE(the_machine().deleted.empty());
-  EXPECT_TRUE(take_changes_back(the_machine()).restored.empty()) << "once";
+  EXPECT_TRUE(take_change_back(the_machine()).restored.empty()) << "once";
 }
 
 TEST_F(InterfaceConfiguration, WhatWasMadeAnewStaysWhenItsDeletionIsTakenBack) {
-  begin_changes();
+  begin_changes({});
   ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
   interface anew;
   anew.if_index = names_.loopback;
   anew.description = "by somebody else";
   the_machine().add(anew);
-  EXPECT_TRUE(take_changes_back(the_machine()).restored.empty());
+  EXPECT_TRUE(take_change_back(the_machine()).restored.empty());
   EXPECT_EQ(the_machine().find(names_.loopback)->description, "by somebody else");
 }
 
-TEST_F(InterfaceConfiguration, EarlierSettingsOfADeletedInterfaceAreForgotten) {
-  begin_changes();
+TEST_F(InterfaceConfiguration, EarlierStepsAreTakenBackAfterADeletion) {
+  begin_changes({});
   note_change(*the_machine().find(names_.first_port));
   the_machine().find(names_.first_port)->description = "changed";
-  begin_changes();
+  begin_changes({});
   ASSERT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
-  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
+  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
   EXPECT_EQ(the_machine().find(names_.first_port)->description, "changed");
+  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.first_port}));
 }
 
 // A source that creates and deletes itself. It notes what it is asked for and leaves the model alone.
@@ -427,22 +431,22 @@ TEST_F(InterfacesOfASource, IsAskedToDelete) {
 
 TEST_F(InterfacesOfASource, IsAskedToTakeBackWhatItCreatedAndDeleted) {
   use(std::make_unique<following_source>());
-  begin_changes();
+  begin_changes({});
   ASSERT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
   source_->asked.clear();
-  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
+  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
   EXPECT_EQ(source_->asked, (std::vector<if_index_t>{names_.loopback + 1}));
 
   the_machine().find(names_.loopback)->description = "of the lab";
-  begin_changes();
+  begin_changes({});
   ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
-  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback}));
+  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback}));
   EXPECT_EQ(the_machine().find(names_.loopback)->description, "of the lab");
 
-  begin_changes();
+  begin_changes({});
   ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
   source_->answer = 0x40F00001;
-  const changes_back made = take_changes_back(the_machine());
+  const changes_back made = take_change_back(the_machine());
   EXPECT_TRUE(made.restored.empty());
   ASSERT_EQ(made.refused.size(), 1u);
   EXPECT_EQ(made.refused[0].if_index, names_.loopback);

@@ -35,6 +35,8 @@ using Octets = std::vector<uint8>;
 
 class PortConfig : public Clients {
  protected:
+  PortConfig() { forget_changes(); }
+
   outcome set(const std::vector<if_index_range_t>& ranges, uint8 type, const Octets& value) {
     pm_port_cfg_status_t* block = nullptr;
     uint32 count = 99;
@@ -204,19 +206,54 @@ TEST_F(PortConfig, TheLastCommandIsTakenBackAsAWhole) {
   const stopped_clock at(1'800'000'000);
   const port_settings third = port(names_.third_port);
   const port_settings routed = port(names_.routed_port);
-  begin_changes();
+  begin_changes({});
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 5, 221}), 0U);
-  begin_changes();
+  begin_changes({});
   const port_settings with_mtu = port(names_.third_port);
   EXPECT_NE(with_mtu, third);
   set({{names_.third_port, names_.third_port}, {names_.routed_port, names_.routed_port}}, PM_CFG_PORT_STATE, {2});
   set({{names_.routed_port, names_.routed_port}}, PM_CFG_PORT_STATE, {2});
   set({{names_.mgmt, names_.mgmt}}, PM_CFG_BEACON, {1});  // refused
-  EXPECT_EQ(take_changes_back(the_machine()).restored,
-            (std::vector<if_index_t>{names_.third_port, names_.routed_port}));
+  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.third_port, names_.routed_port}));
   EXPECT_EQ(static_cast<const port_settings&>(port(names_.third_port)), with_mtu);
   EXPECT_EQ(static_cast<const port_settings&>(port(names_.routed_port)), routed);
-  EXPECT_TRUE(take_changes_back(the_machine()).restored.empty());
+  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.third_port}));
+  EXPECT_EQ(static_cast<const port_settings&>(port(names_.third_port)), third);
+  EXPECT_TRUE(take_change_back(the_machine()).restored.empty());
+}
+
+TEST_F(PortConfig, StepsAreThoseThatChangedSomething) {
+  const stopped_clock at(1'800'000'000);
+  begin_changes("mtu 1501");
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 5, 221}), 0U);
+  begin_changes("mtu 1501");  // all is so already
+  EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 5, 221}), 0U);
+  begin_changes("beacon");  // refused
+  set({{names_.mgmt, names_.mgmt}}, PM_CFG_BEACON, {1});
+  clock_advance(60);
+  begin_changes("shutdown");  // of two ports, of which one is shut
+  set({{names_.third_port, names_.third_port}}, PM_CFG_PORT_STATE, {2});
+  set({{names_.mgmt, names_.mgmt}}, PM_CFG_BEACON, {1});
+
+  const auto& steps = change_steps(the_machine());
+  ASSERT_EQ(steps.size(), 2U);
+  EXPECT_EQ(steps[0].command, "mtu 1501");
+  EXPECT_EQ(steps[0].at_sec, 1'800'000'000U);
+  EXPECT_EQ(steps[0].ports(), (std::vector<if_index_t>{names_.third_port}));
+  EXPECT_EQ(steps[1].command, "shutdown");
+  EXPECT_EQ(steps[1].at_sec, 1'800'000'060U);
+  EXPECT_EQ(changed_ports(the_machine(), 5), (std::vector<if_index_t>{names_.third_port}));
+}
+
+TEST_F(PortConfig, OfTooManyStepsTheOldestAreForgotten) {
+  for (int i = 0; i < 20'050; ++i) {
+    begin_changes(std::to_string(i));
+    note_change(port(names_.third_port));
+    the_machine().find(names_.third_port)->beacon_on = i % 2 == 0;
+  }
+  const auto& steps = change_steps(the_machine());
+  EXPECT_EQ(steps.size(), 20'001U);
+  EXPECT_EQ(steps.back().command, "20049");
 }
 
 // ---- A source that has the last word
@@ -242,7 +279,7 @@ source_of_small_packets& use_source_of_small_packets() {
 
 TEST_F(PortConfig, WhatTheSourceRefusesIsNotSet) {
   const source_of_small_packets& source = use_source_of_small_packets();
-  begin_changes();
+  begin_changes({});
   const port_settings as_made = port(names_.third_port);
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA1}), kRefusal);
   EXPECT_EQ(static_cast<const port_settings&>(port(names_.third_port)), as_made);
@@ -264,11 +301,11 @@ TEST_F(PortConfig, TheSourceDecidesWhatMembersMayBeSetTo) {
 
 TEST_F(PortConfig, WhatTheSourceRefusesToTakeBackStays) {
   the_machine().find(names_.third_port)->mtu_bytes = 9000;
-  begin_changes();
+  begin_changes({});
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA0}), 0U);
   use_source_of_small_packets();
-  EXPECT_EQ(changed_ports(), (std::vector<if_index_t>{names_.third_port}));
-  const changes_back made = take_changes_back(the_machine());
+  EXPECT_EQ(changed_ports(the_machine(), 1), (std::vector<if_index_t>{names_.third_port}));
+  const changes_back made = take_change_back(the_machine());
   EXPECT_TRUE(made.restored.empty());
   ASSERT_EQ(made.refused.size(), 1U);
   EXPECT_EQ(made.refused[0].if_index, names_.third_port);
@@ -277,11 +314,11 @@ TEST_F(PortConfig, WhatTheSourceRefusesToTakeBackStays) {
 }
 
 TEST_F(PortConfig, ACommandThatChangesNothingForgetsNothing) {
-  begin_changes();
+  begin_changes({});
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_BEACON, {1}), 0U);
-  begin_changes();
+  begin_changes({});
   EXPECT_EQ(set_one(names_.mgmt, PM_CFG_BEACON, {1}), uint32{PM_ERR_NOT_ALLOWED_ON_INTERFACE});
-  EXPECT_EQ(take_changes_back(the_machine()).restored, (std::vector<if_index_t>{names_.third_port}));
+  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.third_port}));
   EXPECT_FALSE(port(names_.third_port).beacon_on);
 }
 

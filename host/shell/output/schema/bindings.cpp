@@ -602,6 +602,15 @@ constexpr binding kBindings[] = {
     {kTagCommandInterface, row_of(property::interface), kRunningConfigDisplay},
     {kTagCommand, kRowCommand, kRunningConfigDisplay},
 
+    // A change of this session, by interface.
+    {kTagChangeInterface, row_of(property::interface), kChangesDisplay},
+    {kTagChangeStep, kRowStep, kChangesDisplay},
+    {kTagChangedAt, kRowChangedAt, kChangesDisplay},
+    {kTagChangeUser, kRowUser, kChangesDisplay},
+    {kTagChangeCommand, kRowCommand, kChangesDisplay},
+    {kTagChangeBefore, kRowBefore, kChangesDisplay},
+    {kTagChangeAfter, kRowAfter, kChangesDisplay},
+
     // A device of the kernel, and its interface.
     {kTagMapDevice, row_of(property::device), kKernelMapDisplay},
     {kTagMapInterface, row_of(property::interface), kKernelMapDisplay},

@@ -83,7 +83,8 @@ enum display_bit : uint64 {
   kKernelMapDisplay = 1 << 26,
   kRunningConfigDisplay = 1 << 27,
   kTextDisplay = 1 << 28,  // of commands whose output is sentences: messages only
-  kLastDisplay = kTextDisplay,
+  kChangesDisplay = 1 << 29,
+  kLastDisplay = kChangesDisplay,
 };
 
 struct field {
@@ -106,6 +107,11 @@ enum : uint16 {
   kRowStatus,
   kRowText,
   kRowCommand,
+  kRowStep,
+  kRowChangedAt,
+  kRowUser,
+  kRowBefore,
+  kRowAfter,
   kNumOwnRows
 };
 
@@ -126,7 +132,7 @@ struct binding {
 
 // Tags of the shell's own displays; the library's end below.
 enum : uint16 {
-  kTagMessagesSent = 0x07F0,
+  kTagMessagesSent = 0x0800,
   kTagMessagesReceived,
   kTagMessagesDropped,
   kTagMessagesDroppedTwice,
@@ -138,6 +144,13 @@ enum : uint16 {
   kTagCommand,
   kTagMapDevice,
   kTagMapInterface,
+  kTagChangeStep,
+  kTagChangedAt,
+  kTagChangeUser,
+  kTagChangeCommand,
+  kTagChangeInterface,
+  kTagChangeBefore,
+  kTagChangeAfter,
 };
 
 // All fields, in the order of a record.
@@ -163,7 +176,7 @@ display_bit add_display(std::span<const added_field> fields, std::string& error)
 
 // ---- For the tables.
 
-inline constexpr std::size_t kNumTags = 0x800;
+inline constexpr std::size_t kNumTags = 0x900;
 std::span<const field> own_fields();
 std::span<const binding> own_bindings();
 // The displays of each own row that have it without a tag.
