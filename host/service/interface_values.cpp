@@ -492,10 +492,16 @@ void read_ability(subject& it, property of, value_writer& to) {
   to.number(of, it.port.capabilities.*Member ? 1 : 0);
 }
 
+// A switch knows no card of its management port; displays have these for it.
+std::optional<uint8> management_or(subject& it, const std::optional<uint8>& own, uint8 of_management) {
+  return it.kind() == IF_TYPE_MGMT && the_source().knows_all_fields() ? of_management : own;
+}
+
 void read_speeds(subject& it, property of, value_writer& to) {
   constexpr std::pair<uint8, uint32> kSpeeds[] = {
       {CRDCFG_SPEED_10M, 10}, {CRDCFG_SPEED_100M, 100}, {CRDCFG_SPEED_1G, 1000}, {CRDCFG_SPEED_10G, 10'000}};
-  const auto& bits = it.port.capabilities.speeds;
+  constexpr uint8 kOfManagement = CRDCFG_SPEED_10M | CRDCFG_SPEED_100M | CRDCFG_SPEED_1G;
+  const auto bits = management_or(it, it.port.capabilities.speeds, kOfManagement);
   if (!bits) return to.absent(of, absence::not_supported);
   std::vector<uint32> speeds;
   for (const auto& [bit, mbps] : kSpeeds)
@@ -503,11 +509,17 @@ void read_speeds(subject& it, property of, value_writer& to) {
   to.numbers(of, speeds);
 }
 
-template <auto Member, const auto& kWords>
-void read_modes(subject& it, property of, value_writer& to) {
-  const std::optional<uint8>& bits = it.port.capabilities.*Member;
+void read_rate_modes(subject& it, property of, value_writer& to) {
+  const std::optional<uint8>& bits = it.port.capabilities.rate_modes;
   if (!bits) return to.absent(of, absence::not_supported);
-  write_text(of, joined(kWords, *bits, ","), to);
+  write_text(of, joined(kRateWords, *bits, ","), to);
+}
+
+void read_duplexes(subject& it, property of, value_writer& to) {
+  constexpr uint8 kOfManagement = CRDCFG_DUPLEX_HALF | CRDCFG_DUPLEX_FULL | CRDCFG_DUPLEX_AUTO;
+  const auto bits = management_or(it, it.port.capabilities.duplexes, kOfManagement);
+  if (!bits) return to.absent(of, absence::not_supported);
+  write_text(of, joined(kDuplexWords, *bits, ","), to);
 }
 
 void read_trunk_encapsulation(subject&, property of, value_writer& to) { to.text(of, "802.1Q"); }
@@ -843,12 +855,12 @@ constexpr row kRows[] = {
 
     {property::model, read_model, driver},
     {property::speeds_mbps, read_speeds},
-    {property::duplex_modes, read_modes<&able::duplexes, kDuplexWords>},
+    {property::duplex_modes, read_duplexes},
     {property::trunk_encapsulation, read_trunk_encapsulation},
     {property::channel_capable, read_ability<&able::channel>},
     {property::broadcast_suppression, read_suppression},
     {property::flow_control_modes, read_flow_modes},
-    {property::rate_modes, read_modes<&able::rate_modes, kRateWords>},
+    {property::rate_modes, read_rate_modes},
     {property::qos_scheduling, read_qos},
     {property::cos_rewrite, read_ability<&able::cos_rewrite>},
     {property::tos_rewrite, read_ability<&able::tos_rewrite>},

@@ -202,6 +202,11 @@ TEST_F(ValuesService, LoadsAreParts) {
   EXPECT_EQ(value_of(names_.first_port, property::rx_load_per_255), kNotSupported);
 }
 
+TEST_F(ValuesService, ManagementPortsOfSwitchesHaveTheCapabilitiesOfDisplays) {
+  EXPECT_EQ(value_of(names_.mgmt, property::speeds_mbps), "10 100 1000");
+  EXPECT_EQ(value_of(names_.mgmt, property::duplex_modes), "half,full,auto");
+}
+
 TEST_F(ValuesService, CapabilitiesAreListsAndWords) {
   EXPECT_EQ(value_of(names_.first_port, property::model), "MODEL-48X");
   EXPECT_EQ(value_of(names_.first_port, property::speeds_mbps), "100 1000");
