@@ -401,11 +401,11 @@ void read_rate(subject& it, property of, value_writer& to) {
   write_number(of, rate ? std::optional<uint64>(*rate * kFactor) : std::nullopt, to);
 }
 
-// The table of rates has those of the last half minute.
-template <auto BytesPerSecond>
+template <bool kIsReceived>
 void read_megabytes(subject& it, property of, value_writer& to) {
   constexpr uint64 kMega = 1'000'000;
-  const counter rate = it.port.stats.*BytesPerSecond;
+  if (average_seconds(it) == 0) return to.absent(of, absence::none);
+  const counter rate = rates_of<kIsReceived>(it).bytes;
   write_number(of, rate ? std::optional<uint64>(*rate / kMega) : std::nullopt, to);
 }
 
@@ -718,11 +718,11 @@ constexpr row kRows[] = {
     {property::load_interval_seconds, read_load_interval},
     {property::input_bits_per_second, read_rate<true, &rates::bytes, 8>, totals},
     {property::input_bytes_per_second, read_rate<true, &rates::bytes, 1>, totals},
-    {property::input_megabytes_per_second, read_megabytes<&statistics::in_bytes_per_second>, totals},
+    {property::input_megabytes_per_second, read_megabytes<true>, totals},
     {property::input_packets_per_second, read_rate<true, &rates::packets, 1>, totals},
     {property::output_bits_per_second, read_rate<false, &rates::bytes, 8>, totals},
     {property::output_bytes_per_second, read_rate<false, &rates::bytes, 1>, totals},
-    {property::output_megabytes_per_second, read_megabytes<&statistics::out_bytes_per_second>, totals},
+    {property::output_megabytes_per_second, read_megabytes<false>, totals},
     {property::output_packets_per_second, read_rate<false, &rates::packets, 1>, totals},
 
     {property::last_counters_cleared, read_last_clear, totals},

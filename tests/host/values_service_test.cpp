@@ -194,12 +194,23 @@ TEST_F(ValuesService, LoadsAreParts) {
   port.stats.out_bytes_per_second = 125'000'000;
   EXPECT_EQ(value_of(names_.first_port, property::rx_load_per_255), "127") << "half of 1 Gbit/s";
   EXPECT_EQ(value_of(names_.first_port, property::tx_load_per_255), "255");
-  EXPECT_EQ(value_of(names_.first_port, property::input_megabytes_per_second), "62");
   port.stats.in = {.packets = 900, .errors = 100};
   port.stats.out = {.packets = 100, .errors = 0};
   EXPECT_EQ(value_of(names_.first_port, property::reliability_per_255), "230") << "255 less 25";
   port.stats.in_bytes_per_second = std::nullopt;
   EXPECT_EQ(value_of(names_.first_port, property::rx_load_per_255), kNotSupported);
+}
+
+TEST_F(ValuesService, MegabytesAreThoseOfTheLoadInterval) {
+  statistics& stats = the_machine().find(names_.first_port)->stats;
+  stats.in_bytes_per_second = 62'500'000;  // of the last half minute
+  rate_samples& ring = stats.rate_ring.emplace();
+  ring.samples[5].in_bytes = 600'000'000;
+  ring.next = 6;
+  EXPECT_EQ(value_of(names_.first_port, property::load_interval_seconds), "300");
+  EXPECT_EQ(value_of(names_.first_port, property::input_bits_per_second), "16000000");
+  EXPECT_EQ(value_of(names_.first_port, property::input_megabytes_per_second), "2");
+  EXPECT_EQ(value_of(names_.loopback, property::input_megabytes_per_second), kNone);
 }
 
 TEST_F(ValuesService, ManagementPortsOfSwitchesHaveTheCapabilitiesOfDisplays) {
