@@ -14,6 +14,7 @@
 #include "platform/platform_data.h"
 #include "platform/port_manager.h"
 #include "service/answers.h"
+#include "service/optics.h"
 #include "service/port_record.h"
 #include "service/services.h"
 #include "service/spanning_tree.h"
@@ -643,10 +644,24 @@ void read_extended_id(subject& it, property of, value_writer& to) {
   to.number(of, record.fcot_type == FCOT_TYPE_X2 ? 0U : record.fi.fcot_info.xcvrExtdId);
 }
 
+// The vendor's code of the identity page, in either layout.
+void read_vendor_extended_id(subject& it, property of, value_writer& to) {
+  constexpr std::size_t kOfSfp = 96, kOfX2 = 206;
+  if (!has_module(it, of, to)) return;
+  const transceiver& module = *it.port.module_in_port;
+  const std::size_t at = module.type == FCOT_TYPE_X2 ? kOfX2 : kOfSfp;
+  to.number(of, at < module.eeprom.size() ? module.eeprom[at] : 0U);
+}
+
+template <auto Member>
+void read_module_state(subject& it, property of, value_writer& to) {
+  if (has_module(it, of, to)) to.number(of, transceiver_state(it.port).*Member);
+}
+
 // ---- The table ------------------------------------------------------------------------------------------------------
 
 // What has to be brought up to date, or completed, before a value is read.
-enum class need : uint8 { nothing, link_fault, driver, module, totals, counters };
+enum class need : uint8 { nothing, link_fault, driver, module, module_state, totals, counters };
 
 struct row {
   property of;
@@ -659,6 +674,7 @@ using in = traffic_counters;
 using out = traffic_counters;
 using err = error_counters;
 using dev = device_counters;
+using state = port_xcvr_info_t;
 
 constexpr row kRows[] = {
     {property::interface, read_interface},
@@ -881,6 +897,13 @@ constexpr row kRows[] = {
     {property::length_62um_m, read_module_length<length_62um_m>, module},
     {property::vendor_id, read_vendor_id, module},
     {property::extended_id, read_extended_id, module},
+    {property::vendor_extended_id, read_vendor_extended_id, module},
+    {property::tx_fault, read_module_state<&state::tx_fault>, module_state},
+    {property::rx_loss, read_module_state<&state::rx_loss>, module_state},
+    {property::in_sync, read_module_state<&state::sync_state>, module_state},
+    {property::diagnostic_monitoring_type, read_module_state<&state::diag_mon_type>, module_state},
+    {property::base_checksum_ok, read_module_state<&state::csum_base_ok>, module_state},
+    {property::extended_checksum_ok, read_module_state<&state::csum_ext_ok>, module_state},
 };
 
 // Properties that displays bind without asking: readings and constants of transceivers.
@@ -923,7 +946,8 @@ void prepare(subject& it, std::span<const property> asked) {
   const auto needs = [&](need which) { return is_needed[static_cast<std::size_t>(which)]; };
   if (needs(link_fault)) the_source().complete(it.port, detail::link_fault);
   if (needs(driver)) the_source().complete(it.port, detail::driver);
-  if (needs(module)) the_source().complete(it.port, detail::module);
+  if (needs(module) || needs(module_state)) the_source().complete(it.port, detail::module);
+  if (needs(module_state)) the_source().complete(it.port, detail::diagnostics);
   if (needs(totals) || needs(counters)) it.update_statistics();
   if (needs(counters)) the_source().complete(it.port, detail::counters);
 }

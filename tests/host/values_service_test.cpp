@@ -240,6 +240,16 @@ TEST_F(ValuesService, AModuleHasItsIdentity) {
   EXPECT_EQ(value_of(names_.first_port, property::vendor), "FAR LIGHT");
   EXPECT_EQ(value_of(names_.first_port, property::bit_rate_mbps), "10300");
   EXPECT_EQ(value_of(names_.first_port, property::length_9um_km), "40");
+  image[92] = 104;
+  image[96] = 7;
+  port.module_in_port->has_tx_fault = true;
+  port.module_in_port->has_rx_loss = false;
+  EXPECT_EQ(value_of(names_.first_port, property::vendor_extended_id), "7");
+  EXPECT_EQ(value_of(names_.first_port, property::diagnostic_monitoring_type), "104");
+  EXPECT_EQ(value_of(names_.first_port, property::tx_fault), "1");
+  EXPECT_EQ(value_of(names_.first_port, property::rx_loss), "0");
+  EXPECT_EQ(value_of(names_.first_port, property::base_checksum_ok), "0");
+  EXPECT_EQ(value_of(names_.third_port, property::tx_fault), kNone);
   EXPECT_EQ(value_of(names_.third_port, property::vendor), kNone);
   EXPECT_EQ(value_of(names_.third_port, property::presence), "not applicable");
 }
@@ -329,6 +339,9 @@ TEST_F(ValuesOfASource, DetailsAreCompletedForWhatNeedsThem) {
   ask({property::symbol_errors, property::state_reason, property::vendor, property::model});
   EXPECT_EQ(source_->updates, 1U);
   EXPECT_EQ(source_->completed, (std::vector{detail::link_fault, detail::driver, detail::module, detail::counters}));
+  source_->completed.clear();
+  ask({property::rx_loss});
+  EXPECT_EQ(source_->completed, (std::vector{detail::module, detail::diagnostics}));
 }
 
 TEST_F(ValuesOfASource, ASourceSaysWhetherItKnowsAll) {

@@ -653,6 +653,13 @@ constexpr untagged kUntagged[] = {
     {property::output_fifo_errors, kSwitchport},
     {property::collisions, kSwitchport},
     {property::carrier_errors, kSwitchport},
+    {property::vendor_extended_id, kTransceivers | kCalibrationDisplay},
+    {property::tx_fault, kTransceivers | kCalibrationDisplay},
+    {property::rx_loss, kTransceivers | kCalibrationDisplay},
+    {property::in_sync, kTransceivers | kCalibrationDisplay},
+    {property::diagnostic_monitoring_type, kTransceivers | kCalibrationDisplay},
+    {property::base_checksum_ok, kTransceivers | kCalibrationDisplay},
+    {property::extended_checksum_ok, kTransceivers | kCalibrationDisplay},
 };
 
 constexpr bool every_tag_is_one_field() {
