@@ -329,8 +329,8 @@ uint16 reliability(Count packets, Count errors) {
 void read_reliability(subject& it, property of, value_writer& to) {
   if (it.kind() == IF_TYPE_MGMT) {
     const device_counters counted = it.device().value_or(device_counters{});
-    return to.number(of, reliability(static_cast<uint32>(counted.rx_packets + counted.tx_packets),
-                                     static_cast<uint32>(counted.rx_errors + counted.tx_errors)));
+    return to.number(of, reliability(in_32_bits(counted.rx_packets) + in_32_bits(counted.tx_packets),
+                                     in_32_bits(counted.rx_errors) + in_32_bits(counted.tx_errors)));
   }
   const counter packets = it.port.stats.in.packets + it.port.stats.out.packets;
   const counter errors = it.port.stats.in.errors + it.port.stats.out.errors;
