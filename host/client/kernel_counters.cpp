@@ -1,7 +1,7 @@
+#include "client/kernel_counters.h"
+
 #include "base/c_edge.h"
-#include "platform/ip_statistics.h"
 #include "platform/syserr.h"
-#include "switch/kernel_device.h"
 
 using namespace host;
 
@@ -34,12 +34,18 @@ constexpr counter_member kMembers[] = {
 
 }  // namespace
 
+pm_proc_net_dev_stats_t host::device_record(const device_counters& counted) {
+  pm_proc_net_dev_stats_t made{};
+  for (const auto& [member, counter] : kMembers) made.*member = in_32_bits(counted.*counter);
+  return made;
+}
+
 int32 pm_get_proc_net_dev_stats(const char* device, pm_proc_net_dev_stats_t* stats) {
   if (device == nullptr || stats == nullptr) return PM_ERR_GENERAL;
   return no_throw<int32>(PM_ERR_GENERAL, [&]() -> int32 {
     const auto counted = kernel_counters(device);
     if (!counted) return PM_ERR_NO_SUCH_INTERFACE;
-    for (const auto& [member, counter] : kMembers) stats->*member = static_cast<uint32>((*counted).*counter);
+    *stats = device_record(*counted);
     return 0;
   });
 }

@@ -14,6 +14,7 @@
 #include "platform/platform_data.h"
 #include "platform/port_manager.h"
 #include "service/answers.h"
+#include "service/optics.h"
 #include "service/port_record.h"
 #include "service/services.h"
 #include "service/spanning_tree.h"
@@ -328,8 +329,8 @@ uint16 reliability(Count packets, Count errors) {
 void read_reliability(subject& it, property of, value_writer& to) {
   if (it.kind() == IF_TYPE_MGMT) {
     const device_counters counted = it.device().value_or(device_counters{});
-    return to.number(of, reliability(static_cast<uint32>(counted.rx_packets + counted.tx_packets),
-                                     static_cast<uint32>(counted.rx_errors + counted.tx_errors)));
+    return to.number(of, reliability(in_32_bits(counted.rx_packets) + in_32_bits(counted.tx_packets),
+                                     in_32_bits(counted.rx_errors) + in_32_bits(counted.tx_errors)));
   }
   const counter packets = it.port.stats.in.packets + it.port.stats.out.packets;
   const counter errors = it.port.stats.in.errors + it.port.stats.out.errors;
@@ -401,11 +402,11 @@ void read_rate(subject& it, property of, value_writer& to) {
   write_number(of, rate ? std::optional<uint64>(*rate * kFactor) : std::nullopt, to);
 }
 
-// The table of rates has those of the last half minute.
-template <auto BytesPerSecond>
+template <bool kIsReceived>
 void read_megabytes(subject& it, property of, value_writer& to) {
   constexpr uint64 kMega = 1'000'000;
-  const counter rate = it.port.stats.*BytesPerSecond;
+  if (average_seconds(it) == 0) return to.absent(of, absence::none);
+  const counter rate = rates_of<kIsReceived>(it).bytes;
   write_number(of, rate ? std::optional<uint64>(*rate / kMega) : std::nullopt, to);
 }
 
@@ -492,10 +493,16 @@ void read_ability(subject& it, property of, value_writer& to) {
   to.number(of, it.port.capabilities.*Member ? 1 : 0);
 }
 
+// A switch knows no card of its management port; displays have these for it.
+std::optional<uint8> management_or(subject& it, const std::optional<uint8>& own, uint8 of_management) {
+  return it.kind() == IF_TYPE_MGMT && the_source().knows_all_fields() ? of_management : own;
+}
+
 void read_speeds(subject& it, property of, value_writer& to) {
   constexpr std::pair<uint8, uint32> kSpeeds[] = {
       {CRDCFG_SPEED_10M, 10}, {CRDCFG_SPEED_100M, 100}, {CRDCFG_SPEED_1G, 1000}, {CRDCFG_SPEED_10G, 10'000}};
-  const auto& bits = it.port.capabilities.speeds;
+  constexpr uint8 kOfManagement = CRDCFG_SPEED_10M | CRDCFG_SPEED_100M | CRDCFG_SPEED_1G;
+  const auto bits = management_or(it, it.port.capabilities.speeds, kOfManagement);
   if (!bits) return to.absent(of, absence::not_supported);
   std::vector<uint32> speeds;
   for (const auto& [bit, mbps] : kSpeeds)
@@ -503,11 +510,17 @@ void read_speeds(subject& it, property of, value_writer& to) {
   to.numbers(of, speeds);
 }
 
-template <auto Member, const auto& kWords>
-void read_modes(subject& it, property of, value_writer& to) {
-  const std::optional<uint8>& bits = it.port.capabilities.*Member;
+void read_rate_modes(subject& it, property of, value_writer& to) {
+  const std::optional<uint8>& bits = it.port.capabilities.rate_modes;
   if (!bits) return to.absent(of, absence::not_supported);
-  write_text(of, joined(kWords, *bits, ","), to);
+  write_text(of, joined(kRateWords, *bits, ","), to);
+}
+
+void read_duplexes(subject& it, property of, value_writer& to) {
+  constexpr uint8 kOfManagement = CRDCFG_DUPLEX_HALF | CRDCFG_DUPLEX_FULL | CRDCFG_DUPLEX_AUTO;
+  const auto bits = management_or(it, it.port.capabilities.duplexes, kOfManagement);
+  if (!bits) return to.absent(of, absence::not_supported);
+  write_text(of, joined(kDuplexWords, *bits, ","), to);
 }
 
 void read_trunk_encapsulation(subject&, property of, value_writer& to) { to.text(of, "802.1Q"); }
@@ -631,10 +644,24 @@ void read_extended_id(subject& it, property of, value_writer& to) {
   to.number(of, record.fcot_type == FCOT_TYPE_X2 ? 0U : record.fi.fcot_info.xcvrExtdId);
 }
 
+// The vendor's code of the identity page, in either layout.
+void read_vendor_extended_id(subject& it, property of, value_writer& to) {
+  constexpr std::size_t kOfSfp = 96, kOfX2 = 206;
+  if (!has_module(it, of, to)) return;
+  const transceiver& module = *it.port.module_in_port;
+  const std::size_t at = module.type == FCOT_TYPE_X2 ? kOfX2 : kOfSfp;
+  to.number(of, at < module.eeprom.size() ? module.eeprom[at] : 0U);
+}
+
+template <auto Member>
+void read_module_state(subject& it, property of, value_writer& to) {
+  if (has_module(it, of, to)) to.number(of, transceiver_state(it.port).*Member);
+}
+
 // ---- The table ------------------------------------------------------------------------------------------------------
 
 // What has to be brought up to date, or completed, before a value is read.
-enum class need : uint8 { nothing, link_fault, driver, module, totals, counters };
+enum class need : uint8 { nothing, link_fault, driver, module, module_state, totals, counters };
 
 struct row {
   property of;
@@ -647,6 +674,7 @@ using in = traffic_counters;
 using out = traffic_counters;
 using err = error_counters;
 using dev = device_counters;
+using state = port_xcvr_info_t;
 
 constexpr row kRows[] = {
     {property::interface, read_interface},
@@ -706,11 +734,11 @@ constexpr row kRows[] = {
     {property::load_interval_seconds, read_load_interval},
     {property::input_bits_per_second, read_rate<true, &rates::bytes, 8>, totals},
     {property::input_bytes_per_second, read_rate<true, &rates::bytes, 1>, totals},
-    {property::input_megabytes_per_second, read_megabytes<&statistics::in_bytes_per_second>, totals},
+    {property::input_megabytes_per_second, read_megabytes<true>, totals},
     {property::input_packets_per_second, read_rate<true, &rates::packets, 1>, totals},
     {property::output_bits_per_second, read_rate<false, &rates::bytes, 8>, totals},
     {property::output_bytes_per_second, read_rate<false, &rates::bytes, 1>, totals},
-    {property::output_megabytes_per_second, read_megabytes<&statistics::out_bytes_per_second>, totals},
+    {property::output_megabytes_per_second, read_megabytes<false>, totals},
     {property::output_packets_per_second, read_rate<false, &rates::packets, 1>, totals},
 
     {property::last_counters_cleared, read_last_clear, totals},
@@ -843,12 +871,12 @@ constexpr row kRows[] = {
 
     {property::model, read_model, driver},
     {property::speeds_mbps, read_speeds},
-    {property::duplex_modes, read_modes<&able::duplexes, kDuplexWords>},
+    {property::duplex_modes, read_duplexes},
     {property::trunk_encapsulation, read_trunk_encapsulation},
     {property::channel_capable, read_ability<&able::channel>},
     {property::broadcast_suppression, read_suppression},
     {property::flow_control_modes, read_flow_modes},
-    {property::rate_modes, read_modes<&able::rate_modes, kRateWords>},
+    {property::rate_modes, read_rate_modes},
     {property::qos_scheduling, read_qos},
     {property::cos_rewrite, read_ability<&able::cos_rewrite>},
     {property::tos_rewrite, read_ability<&able::tos_rewrite>},
@@ -869,6 +897,13 @@ constexpr row kRows[] = {
     {property::length_62um_m, read_module_length<length_62um_m>, module},
     {property::vendor_id, read_vendor_id, module},
     {property::extended_id, read_extended_id, module},
+    {property::vendor_extended_id, read_vendor_extended_id, module},
+    {property::tx_fault, read_module_state<&state::tx_fault>, module_state},
+    {property::rx_loss, read_module_state<&state::rx_loss>, module_state},
+    {property::in_sync, read_module_state<&state::sync_state>, module_state},
+    {property::diagnostic_monitoring_type, read_module_state<&state::diag_mon_type>, module_state},
+    {property::base_checksum_ok, read_module_state<&state::csum_base_ok>, module_state},
+    {property::extended_checksum_ok, read_module_state<&state::csum_ext_ok>, module_state},
 };
 
 // Properties that displays bind without asking: readings and constants of transceivers.
@@ -911,7 +946,8 @@ void prepare(subject& it, std::span<const property> asked) {
   const auto needs = [&](need which) { return is_needed[static_cast<std::size_t>(which)]; };
   if (needs(link_fault)) the_source().complete(it.port, detail::link_fault);
   if (needs(driver)) the_source().complete(it.port, detail::driver);
-  if (needs(module)) the_source().complete(it.port, detail::module);
+  if (needs(module) || needs(module_state)) the_source().complete(it.port, detail::module);
+  if (needs(module_state)) the_source().complete(it.port, detail::diagnostics);
   if (needs(totals) || needs(counters)) it.update_statistics();
   if (needs(counters)) the_source().complete(it.port, detail::counters);
 }

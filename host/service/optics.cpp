@@ -67,7 +67,26 @@ uint8 is_sum_right(const std::vector<uint8>& page, std::size_t from, std::size_t
   return sum == byte(at) ? 1 : 0;
 }
 
-port_xcvr_info_t state_of(const interface& port) {
+// One port, one entry: the state. Its layout is the line card's own.
+reply answer_misc_info(std::span<const std::byte> bytes) {
+  const auto request = read_request<port_misc_info_req_t>(bytes);
+  if (!request || request->num_ports != 1 || request->num_type != 1) return reject();
+  interface* const port = the_machine().find(request->if_index);
+  if (port != nullptr) the_source().complete(*port, detail::diagnostics);
+  const bool is_known = port != nullptr && request->type_list[0] == MISC_INFO_TRANSCEIVER_STATE;
+  reply answer;
+  append_bytes(answer, port_misc_info_rsp_t{request->port_misc_info_fsm_flag, 1});
+  append_bytes(answer, port_misc_info_port_t{request->if_index, port != nullptr ? 0 : int32{PM_ERR_NO_SUCH_INTERFACE},
+                                             static_cast<uint16>(is_known ? 1 : 0)});
+  if (!is_known) return answer;
+  append_bytes(answer, port_misc_info_entry_t{MISC_INFO_TRANSCEIVER_STATE, sizeof(port_xcvr_info_t)});
+  append_bytes(answer, transceiver_state(*port));
+  return answer;
+}
+
+}  // namespace
+
+port_xcvr_info_t transceiver_state(const interface& port) {
   constexpr std::size_t kMonitoringType = 92;
   port_xcvr_info_t state{};
   if (!port.module_in_port) {
@@ -87,25 +106,6 @@ port_xcvr_info_t state_of(const interface& port) {
   state.diag_mon_type = is_sfp && module.eeprom.size() > kMonitoringType ? module.eeprom[kMonitoringType] : uint8{0};
   return state;
 }
-
-// One port, one entry: the state. Its layout is the line card's own.
-reply answer_misc_info(std::span<const std::byte> bytes) {
-  const auto request = read_request<port_misc_info_req_t>(bytes);
-  if (!request || request->num_ports != 1 || request->num_type != 1) return reject();
-  interface* const port = the_machine().find(request->if_index);
-  if (port != nullptr) the_source().complete(*port, detail::diagnostics);
-  const bool is_known = port != nullptr && request->type_list[0] == MISC_INFO_TRANSCEIVER_STATE;
-  reply answer;
-  append_bytes(answer, port_misc_info_rsp_t{request->port_misc_info_fsm_flag, 1});
-  append_bytes(answer, port_misc_info_port_t{request->if_index, port != nullptr ? 0 : int32{PM_ERR_NO_SUCH_INTERFACE},
-                                             static_cast<uint16>(is_known ? 1 : 0)});
-  if (!is_known) return answer;
-  append_bytes(answer, port_misc_info_entry_t{MISC_INFO_TRANSCEIVER_STATE, sizeof(port_xcvr_info_t)});
-  append_bytes(answer, state_of(*port));
-  return answer;
-}
-
-}  // namespace
 
 reply answer_diagnostics(interface& port) {
   the_source().complete(port, detail::diagnostics);

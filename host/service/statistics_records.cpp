@@ -10,9 +10,6 @@
 namespace host {
 namespace {
 
-// A member of 32 bits that a counter has outgrown keeps the largest value.
-uint32 in_32_bits(counter count) { return static_cast<uint32>(std::min<uint64>(count.value_or(0), UINT32_MAX)); }
-
 using flow_stats = statscl_portcl_mac_pktflow_stats_t;
 using error_stats = statscl_portcl_mac_error_stats_t;
 

@@ -35,4 +35,9 @@ class counter {
 };
 static_assert(sizeof(counter) == sizeof(uint64));
 
+// A member of 32 bits that a counter has outgrown keeps the largest value; an unknown one is 0.
+constexpr uint32 in_32_bits(counter count) {
+  return count.value_or(0) < UINT32_MAX ? static_cast<uint32>(count.value_or(0)) : UINT32_MAX;
+}
+
 }  // namespace host

@@ -97,7 +97,7 @@ static_assert(sizeof(pm_if_stat) == 528, "wire size");
 /* Management-interface statistics. Fills the caller's record. Not zero is success. */
 int32 pm_get_interface_counters(if_index_t if_index, mts_q_handle_t q, pm_if_stat* stats);
 
-/* Counters of a kernel network device, their low 32 bits. Wire format. */
+/* Counters of a kernel network device; one that 32 bits cannot hold is the largest value. Wire format. */
 typedef struct pm_proc_net_dev_stats_t {
   be32 rx_packets;
   be32 tx_packets;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "client/command_account.h"
+#include "client/kernel_counters.h"
 #include "client/library_functions.h"
 #include "client/request.h"
 #include "host/alarm_soon.h"
@@ -499,6 +500,15 @@ std::string name_of(const testing::TestParamInfo<client_call>& instance) {
   std::string name = instance.param.name;
   std::erase_if(name, [](unsigned char c) { return !std::isalnum(c) && c != '_'; });
   return name;
+}
+
+TEST(KernelCountersClient, ACounterThatItsMemberCannotHoldIsTheLargestValue) {
+  const pm_proc_net_dev_stats_t record = device_record(
+      {.rx_bytes = 5'000'000'000, .rx_packets = 4'294'967'295, .tx_bytes = 4'294'967'296, .tx_packets = 7});
+  EXPECT_EQ(record.rx_bytes, 4'294'967'295U);
+  EXPECT_EQ(record.rx_packets, 4'294'967'295U);
+  EXPECT_EQ(record.tx_bytes, 4'294'967'295U);
+  EXPECT_EQ(record.tx_packets, 7U);
 }
 
 TEST(KernelCountersClient, MemoryThatRunsOutIsAFailure) {

@@ -194,12 +194,28 @@ TEST_F(ValuesService, LoadsAreParts) {
   port.stats.out_bytes_per_second = 125'000'000;
   EXPECT_EQ(value_of(names_.first_port, property::rx_load_per_255), "127") << "half of 1 Gbit/s";
   EXPECT_EQ(value_of(names_.first_port, property::tx_load_per_255), "255");
-  EXPECT_EQ(value_of(names_.first_port, property::input_megabytes_per_second), "62");
   port.stats.in = {.packets = 900, .errors = 100};
   port.stats.out = {.packets = 100, .errors = 0};
   EXPECT_EQ(value_of(names_.first_port, property::reliability_per_255), "230") << "255 less 25";
   port.stats.in_bytes_per_second = std::nullopt;
   EXPECT_EQ(value_of(names_.first_port, property::rx_load_per_255), kNotSupported);
+}
+
+TEST_F(ValuesService, MegabytesAreThoseOfTheLoadInterval) {
+  statistics& stats = the_machine().find(names_.first_port)->stats;
+  stats.in_bytes_per_second = 62'500'000;  // of the last half minute
+  rate_samples& ring = stats.rate_ring.emplace();
+  ring.samples[5].in_bytes = 600'000'000;
+  ring.next = 6;
+  EXPECT_EQ(value_of(names_.first_port, property::load_interval_seconds), "300");
+  EXPECT_EQ(value_of(names_.first_port, property::input_bits_per_second), "16000000");
+  EXPECT_EQ(value_of(names_.first_port, property::input_megabytes_per_second), "2");
+  EXPECT_EQ(value_of(names_.loopback, property::input_megabytes_per_second), kNone);
+}
+
+TEST_F(ValuesService, ManagementPortsOfSwitchesHaveTheCapabilitiesOfDisplays) {
+  EXPECT_EQ(value_of(names_.mgmt, property::speeds_mbps), "10 100 1000");
+  EXPECT_EQ(value_of(names_.mgmt, property::duplex_modes), "half,full,auto");
 }
 
 TEST_F(ValuesService, CapabilitiesAreListsAndWords) {
@@ -224,6 +240,16 @@ TEST_F(ValuesService, AModuleHasItsIdentity) {
   EXPECT_EQ(value_of(names_.first_port, property::vendor), "FAR LIGHT");
   EXPECT_EQ(value_of(names_.first_port, property::bit_rate_mbps), "10300");
   EXPECT_EQ(value_of(names_.first_port, property::length_9um_km), "40");
+  image[92] = 104;
+  image[96] = 7;
+  port.module_in_port->has_tx_fault = true;
+  port.module_in_port->has_rx_loss = false;
+  EXPECT_EQ(value_of(names_.first_port, property::vendor_extended_id), "7");
+  EXPECT_EQ(value_of(names_.first_port, property::diagnostic_monitoring_type), "104");
+  EXPECT_EQ(value_of(names_.first_port, property::tx_fault), "1");
+  EXPECT_EQ(value_of(names_.first_port, property::rx_loss), "0");
+  EXPECT_EQ(value_of(names_.first_port, property::base_checksum_ok), "0");
+  EXPECT_EQ(value_of(names_.third_port, property::tx_fault), kNone);
   EXPECT_EQ(value_of(names_.third_port, property::vendor), kNone);
   EXPECT_EQ(value_of(names_.third_port, property::presence), "not applicable");
 }
@@ -313,6 +339,9 @@ TEST_F(ValuesOfASource, DetailsAreCompletedForWhatNeedsThem) {
   ask({property::symbol_errors, property::state_reason, property::vendor, property::model});
   EXPECT_EQ(source_->updates, 1U);
   EXPECT_EQ(source_->completed, (std::vector{detail::link_fault, detail::driver, detail::module, detail::counters}));
+  source_->completed.clear();
+  ask({property::rx_loss});
+  EXPECT_EQ(source_->completed, (std::vector{detail::module, detail::diagnostics}));
 }
 
 TEST_F(ValuesOfASource, ASourceSaysWhetherItKnowsAll) {

@@ -268,8 +268,8 @@ bool document::bind(const cmd_tuple_t& tuple) {
   const field& meaning = field_of(bound);
   const bool is_text = bound.form == binding_form::as_text || type_code(tuple) == CMD_TYPE_STRING;
   const bool is_name_as_text = is_text && meaning.type == field_type::interface_name;
-  const bool has_service = shown_.has_values && meaning.value != property::none;
-  if (has_service && (is_answered_only(meaning.type) || is_name_as_text)) return true;
+  const bool is_unread = is_name_as_text || is_answered_only(meaning.type) || bound.form == binding_form::by_service;
+  if (is_unread && shown_.has_values && meaning.value != property::none) return true;
   if (shown_.repeats && found->state == cell_state::bound) {
     end_record();
     begin_record({});

@@ -117,8 +117,9 @@ enum : uint16 {
 
 // How the value of a tuple is bound.
 enum class binding_form : uint8 {
-  by_code,  // as its type code says
-  as_text,  // as a text, whatever its type code says
+  by_code,     // as its type code says
+  as_text,     // as a text, whatever its type code says
+  by_service,  // not at all: the value is that of the service, which averages or counts otherwise
 };
 
 struct binding {
