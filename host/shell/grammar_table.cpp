@@ -37,6 +37,7 @@ constexpr display kTrunk = {kTrunkDisplay, {}, "trunk", false, true};
 constexpr display kTrunkDetail = {kSwitchportDisplay, {}, "trunk_detail", false, true};
 constexpr display kAllowedVlans = {kAllowedVlansDisplay, {}, "trunk_allowed", false, true};
 constexpr display kForwardingVlans = {kForwardingVlansDisplay, {}, "trunk_forwarding", false, true};
+constexpr display kOverview = {kOverviewDisplay, {}, "overview", false, true};
 constexpr display kText = kSentences;
 constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
 constexpr display kRunningConfig = {kRunningConfigDisplay, {}, "running_config", false, false, "commands"};
@@ -44,6 +45,7 @@ constexpr display kRunningConfig = {kRunningConfigDisplay, {}, "running_config",
 // clang-format off
 constexpr command kGeneralCommands[] = {
     {"show interface [RANGE]", "Settings, state and traffic, in detail", show_interface, kDetailed, DISPLAY_DETAIL},
+    {"show interface [RANGE] overview", "State, VLAN, speed, rates and errors, as wide as the terminal", show_overview, kOverview},
     {"show interface [RANGE] brief", "State, address, speed and MTU", show_interface, kBrief, DISPLAY_BRIEF},
     {"show interface [RANGE] status", "State, VLAN, duplex, speed and type", show_interface, kStatus, DISPLAY_STATUS},
     {"show interface [RANGE] status up", "The same of those that are up", show_interface, kStatus, DISPLAY_STATUS_UP},
@@ -208,6 +210,7 @@ constexpr word_help kWords[] = {
     {"off", "Off"},
     {"on", "On"},
     {"out-of-service", "Take the ports out of service"},
+    {"overview", "One row for each interface"},
     {"performance-buffers", "Buffers for fast ports"},
     {"port", "What a port does"},
     {"port-channel", "All port-channels"},

@@ -606,12 +606,15 @@ constexpr binding kBindings[] = {
     // A device of the kernel, and its interface.
     {kTagMapDevice, row_of(property::device), kKernelMapDisplay},
     {kTagMapInterface, row_of(property::interface), kKernelMapDisplay},
+
+    // An interface whose values all come from the service.
+    {kTagRowInterface, row_of(property::interface), kOverviewDisplay},
 };
 // clang-format on
 
-// Displays of interfaces: all but those of the shell itself.
+// Displays of interfaces: all but those of the shell, of its messages and of settings.
 constexpr uint64 kOfInterfaces =
-    (kForwardingVlansDisplay * 2 - 1) & ~uint64{kTransportDisplay} & ~uint64{kSettingDisplay};
+    ((kForwardingVlansDisplay * 2 - 1) & ~uint64{kTransportDisplay} & ~uint64{kSettingDisplay}) | kOverviewDisplay;
 
 // What a display shows as plain text, or what belongs to it: its values come from the service alone.
 struct untagged {
@@ -622,16 +625,23 @@ struct untagged {
 constexpr untagged kUntagged[] = {
     {property::device, kOfInterfaces},
     {property::ifindex, kOfInterfaces},
-    {property::members, kDetailed | kSwitchport},
+    {property::description, kOverviewDisplay},
+    {property::state, kOverviewDisplay},
+    {property::state_reason, kOverviewDisplay},
+    {property::member_of, kOverviewDisplay},
+    {property::members, kDetailed | kSwitchport | kOverviewDisplay},
+    {property::vlan, kOverviewDisplay},
     {property::encapsulation, kDetailed},
     {property::encapsulation_vlan, kDetailed},
+    {property::duplex, kOverviewDisplay},
+    {property::speed_mbps, kOverviewDisplay},
     {property::input_flow_control, kSwitchport},
     {property::output_flow_control, kSwitchport},
     {property::load_interval_seconds, kDetailed | kSwitchport},
-    {property::input_bits_per_second, kSwitchport},
+    {property::input_bits_per_second, kSwitchport | kOverviewDisplay},
     {property::input_bytes_per_second, kDetailed | kSwitchport},
     {property::input_packets_per_second, kSwitchport},
-    {property::output_bits_per_second, kSwitchport},
+    {property::output_bits_per_second, kSwitchport | kOverviewDisplay},
     {property::output_bytes_per_second, kDetailed | kSwitchport},
     {property::output_packets_per_second, kSwitchport},
     {property::input_packets, kSwitchport},
@@ -639,8 +649,8 @@ constexpr untagged kUntagged[] = {
     {property::input_bytes, kSwitchport},
     {property::output_packets, kSwitchport},
     {property::output_bytes, kSwitchport},
-    {property::input_errors, kSwitchport},
-    {property::output_errors, kSwitchport},
+    {property::input_errors, kSwitchport | kOverviewDisplay},
+    {property::output_errors, kSwitchport | kOverviewDisplay},
     {property::input_discards, kDetailed},
     {property::input_crc_errors, kSwitchport},
     {property::input_overruns, kSwitchport},

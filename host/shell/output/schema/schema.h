@@ -83,7 +83,8 @@ enum display_bit : uint64 {
   kKernelMapDisplay = 1 << 26,
   kRunningConfigDisplay = 1 << 27,
   kTextDisplay = 1 << 28,  // of commands whose output is sentences: messages only
-  kLastDisplay = kTextDisplay,
+  kOverviewDisplay = 1 << 29,
+  kLastDisplay = kOverviewDisplay,
 };
 
 struct field {
@@ -138,6 +139,7 @@ enum : uint16 {
   kTagCommand,
   kTagMapDevice,
   kTagMapInterface,
+  kTagRowInterface,
 };
 
 // All fields, in the order in which they stand in a record.
