@@ -38,6 +38,7 @@ constexpr display kTrunkDetail = {kSwitchportDisplay, {}, "trunk_detail", false,
 constexpr display kAllowedVlans = {kAllowedVlansDisplay, {}, "trunk_allowed", false, true};
 constexpr display kForwardingVlans = {kForwardingVlansDisplay, {}, "trunk_forwarding", false, true};
 constexpr display kOverview = {kOverviewDisplay, {}, "overview", false, true};
+constexpr display kPanel = {kPanelDisplay, {}, "panel", true, true, "ports"};
 constexpr display kText = kSentences;
 constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
 constexpr display kRunningConfig = {kRunningConfigDisplay, {}, "running_config", false, false, "commands"};
@@ -82,6 +83,7 @@ constexpr command kGeneralCommands[] = {
     {"show transceiver details", "The same with the limits of their values", show_transceivers_details, kTransceiverDetails},
     {"show transceiver calibrations", "Their calibration constants", show_transceivers_calibrations, kCalibration},
     {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kText},
+    {"show panel", "The fronts of the modules, with the state of each port", show_panel, kPanel},
     {"show kernel-map", "Which device of the kernel an interface is", show_kernel_map, kKernelMap},
     {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kText},
     {"clear counters", "Clear the counters of all interfaces", clear_all, kText},
@@ -211,6 +213,7 @@ constexpr word_help kWords[] = {
     {"on", "On"},
     {"out-of-service", "Take the ports out of service"},
     {"overview", "One row for each interface"},
+    {"panel", "The fronts of the modules"},
     {"performance-buffers", "Buffers for fast ports"},
     {"port", "What a port does"},
     {"port-channel", "All port-channels"},

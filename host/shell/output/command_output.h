@@ -112,6 +112,9 @@ class command_output {
 
   bool is_structured() const { return document_.has_value(); }
 
+  // Whether marks of lines are shown in colour.
+  bool has_colours() const { return colour_.has_value(); }
+
   // Of the terminal that shows the output; 0: lines may have any width.
   std::size_t columns() const { return settings_.columns; }
 

@@ -608,13 +608,16 @@ constexpr binding kBindings[] = {
     {kTagMapInterface, row_of(property::interface), kKernelMapDisplay},
 
     // An interface whose values all come from the service.
-    {kTagRowInterface, row_of(property::interface), kOverviewDisplay},
+    {kTagRowInterface, row_of(property::interface), kOverviewDisplay | kPanelDisplay},
+    {kTagRowUnit, kRowUnit, kPanelDisplay},
+    {kTagRowModule, kRowModule, kPanelDisplay},
 };
 // clang-format on
 
 // Displays of interfaces: all but those of the shell, of its messages and of settings.
 constexpr uint64 kOfInterfaces =
-    ((kForwardingVlansDisplay * 2 - 1) & ~uint64{kTransportDisplay} & ~uint64{kSettingDisplay}) | kOverviewDisplay;
+    ((kForwardingVlansDisplay * 2 - 1) & ~uint64{kTransportDisplay} & ~uint64{kSettingDisplay}) | kOverviewDisplay |
+    kPanelDisplay;
 
 // What a display shows as plain text, or what belongs to it: its values come from the service alone.
 struct untagged {
@@ -626,8 +629,8 @@ constexpr untagged kUntagged[] = {
     {property::device, kOfInterfaces},
     {property::ifindex, kOfInterfaces},
     {property::description, kOverviewDisplay},
-    {property::state, kOverviewDisplay},
-    {property::state_reason, kOverviewDisplay},
+    {property::state, kOverviewDisplay | kPanelDisplay},
+    {property::state_reason, kOverviewDisplay | kPanelDisplay},
     {property::member_of, kOverviewDisplay},
     {property::members, kDetailed | kSwitchport | kOverviewDisplay},
     {property::vlan, kOverviewDisplay},
@@ -663,6 +666,7 @@ constexpr untagged kUntagged[] = {
     {property::output_fifo_errors, kSwitchport},
     {property::collisions, kSwitchport},
     {property::carrier_errors, kSwitchport},
+    {property::model, kPanelDisplay},
 };
 
 constexpr bool every_tag_is_one_field() {

@@ -302,6 +302,10 @@ constexpr field kFields[] = {
 
     // Configuration.
     {property::none, "command", text, "", "Command", "Command that makes the setting"},
+
+    // Where a port is.
+    {property::none, "unit", integer, "", "Unit", "Satellite unit of the port; null in the switch itself"},
+    {property::none, "module", integer, "", "Module", "Module of the port"},
 };
 // clang-format on
 

@@ -84,7 +84,8 @@ enum display_bit : uint64 {
   kRunningConfigDisplay = 1 << 27,
   kTextDisplay = 1 << 28,  // of commands whose output is sentences: messages only
   kOverviewDisplay = 1 << 29,
-  kLastDisplay = kOverviewDisplay,
+  kPanelDisplay = 1 << 30,
+  kLastDisplay = kPanelDisplay,
 };
 
 struct field {
@@ -107,6 +108,8 @@ enum : uint16 {
   kRowStatus,
   kRowText,
   kRowCommand,
+  kRowUnit,
+  kRowModule,
   kNumOwnRows
 };
 
@@ -140,6 +143,8 @@ enum : uint16 {
   kTagMapDevice,
   kTagMapInterface,
   kTagRowInterface,
+  kTagRowUnit,
+  kTagRowModule,
 };
 
 // All fields, in the order in which they stand in a record.
