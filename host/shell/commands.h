@@ -23,6 +23,8 @@ void call_handler(const invocation& run, command_handler handler, paraminfo_t* b
 
 // Displays.
 int show_interface(const invocation& run);
+int show_overview(const invocation& run);
+int show_panel(const invocation& run);
 int show_transceivers(const invocation& run);
 int show_transceivers_details(const invocation& run);
 int show_transceivers_calibrations(const invocation& run);

@@ -37,6 +37,8 @@ constexpr display kTrunk = {kTrunkDisplay, {}, "trunk", false, true};
 constexpr display kTrunkDetail = {kSwitchportDisplay, {}, "trunk_detail", false, true};
 constexpr display kAllowedVlans = {kAllowedVlansDisplay, {}, "trunk_allowed", false, true};
 constexpr display kForwardingVlans = {kForwardingVlansDisplay, {}, "trunk_forwarding", false, true};
+constexpr display kOverview = {kOverviewDisplay, {}, "overview", false, true};
+constexpr display kPanel = {kPanelDisplay, {}, "panel", true, true, "ports"};
 constexpr display kText = kSentences;
 constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
 constexpr display kChanges = {kChangesDisplay, {}, "changes", false, false, "changes"};
@@ -45,6 +47,7 @@ constexpr display kRunningConfig = {kRunningConfigDisplay, {}, "running_config",
 // clang-format off
 constexpr command kGeneralCommands[] = {
     {"show interface [RANGE]", "Settings, state and traffic, in detail", show_interface, kDetailed, DISPLAY_DETAIL},
+    {"show interface [RANGE] overview", "State, VLAN, speed, rates and errors, as wide as the terminal", show_overview, kOverview},
     {"show interface [RANGE] brief", "State, address, speed and MTU", show_interface, kBrief, DISPLAY_BRIEF},
     {"show interface [RANGE] status", "State, VLAN, duplex, speed and type", show_interface, kStatus, DISPLAY_STATUS},
     {"show interface [RANGE] status up", "The same of those that are up", show_interface, kStatus, DISPLAY_STATUS_UP},
@@ -81,6 +84,7 @@ constexpr command kGeneralCommands[] = {
     {"show transceiver details", "The same with the limits of their values", show_transceivers_details, kTransceiverDetails},
     {"show transceiver calibrations", "Their calibration constants", show_transceivers_calibrations, kCalibration},
     {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kText},
+    {"show panel", "The fronts of the modules, with the state of each port", show_panel, kPanel},
     {"show kernel-map", "Which device of the kernel an interface is", show_kernel_map, kKernelMap},
     {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kText},
     {"clear counters", "Clear the counters of all interfaces", clear_all, kText},
@@ -211,6 +215,8 @@ constexpr word_help kWords[] = {
     {"off", "Off"},
     {"on", "On"},
     {"out-of-service", "Take the ports out of service"},
+    {"overview", "One row for each interface"},
+    {"panel", "The fronts of the modules"},
     {"performance-buffers", "Buffers for fast ports"},
     {"port", "What a port does"},
     {"port-channel", "All port-channels"},

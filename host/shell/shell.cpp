@@ -8,6 +8,7 @@
 #include "shell/commands.h"
 #include "shell/interrupt.h"
 #include "shell/output/command_output.h"
+#include "shell/output/pager.h"
 #include "shell/print_error.h"
 #include "shell/watch.h"
 #include "shell/words.h"
@@ -45,6 +46,7 @@ output_settings settings_for(const shell& session, const command_line& line) {
     return settings;
   }
   settings.to_terminal = isatty(STDOUT_FILENO) != 0;
+  if (settings.to_terminal) settings.columns = size_of(STDOUT_FILENO).columns;
   settings.paged =
       session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(line, pipe_kind::no_more);
   settings.structured = has_stage(line, pipe_kind::json) || (line.every && !settings.to_terminal);

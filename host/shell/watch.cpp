@@ -207,6 +207,7 @@ class watcher {
   std::string run(line_filters& filters) {
     std::string text;
     output_settings settings = usual_;
+    if (usual_.to_terminal) settings.columns = size_of(STDOUT_FILENO).columns;
     settings.to_terminal = false;
     settings.paged = false;
     settings.sinks_errors = true;

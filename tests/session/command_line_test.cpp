@@ -46,6 +46,7 @@ TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
             "  interface       Interfaces: settings, state and traffic\n"
             "  kernel-map      Devices of the kernel\n"
             "  module          A module, or only its ports\n"
+            "  panel           The fronts of the modules\n"
             "  running-config  The settings as they are now\n"
             "  transceiver     Modules in ports\n"
             "  transport       Messages between this shell and the services\n"

@@ -36,6 +36,7 @@ struct output_settings {
   bool paged = false;                   // stops at the end of each screen
   bool structured = false;              // as a document
   bool coloured = false;                // alarms and warnings of marked displays
+  std::size_t columns = 0;              // of the terminal that shows it; 0: lines of any width
   display shown{};                      // of the command; used by the structured form
   std::string_view command{};           // for the document
   bool (*is_cancelled)() = nullptr;     // further output is discarded once it returns true
@@ -102,9 +103,18 @@ class command_output {
   // Returns true when something failed since begin_interface().
   bool end_interface();
   void note_failure() { failed_ = true; }
+  // All values of the display, of the interface that was begun; nothing when the service failed, which is noted. They
+  // are valid until the next call.
+  std::optional<std::vector<interface_value>> values() { return answers_.values(); }
   bool failed() const { return failed_ || account_.has_new() || (record_ && record_->has_lost()); }
 
   bool is_structured() const { return document_.has_value(); }
+
+  // Whether marks of lines are shown in colour.
+  bool has_colours() const { return colour_.has_value(); }
+
+  // Of the terminal that shows the output; 0: lines may have any width.
+  std::size_t columns() const { return settings_.columns; }
 
   // Whether values of the display mark alarms and warnings.
   bool has_marks() const { return settings_.shown.has_marks; }

@@ -5,6 +5,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
 
 #include "shell/output/printable.h"
 
@@ -15,11 +18,19 @@ void put(int terminal, std::string_view text) {
   [[maybe_unused]] const ssize_t written = write(terminal, text.data(), text.size());
 }
 
+// Of a terminal that does not report its size.
+std::size_t usual_columns() {
+  const char* const text = std::getenv("COLUMNS");
+  std::size_t columns = 0;
+  if (text != nullptr) std::from_chars(text, text + std::strlen(text), columns);
+  return columns == 0 ? 80 : columns;
+}
+
 }  // namespace
 
 screen_size size_of(int terminal) {
   winsize size{};
-  if (ioctl(terminal, TIOCGWINSZ, &size) != 0 || size.ws_row == 0 || size.ws_col == 0) return {24, 80};
+  if (ioctl(terminal, TIOCGWINSZ, &size) != 0 || size.ws_row == 0 || size.ws_col == 0) return {24, usual_columns()};
   return {size.ws_row, size.ws_col};
 }
 

@@ -10,6 +10,7 @@ struct screen_size {
   std::size_t rows;
   std::size_t columns;
 };
+// What the terminal reports, else COLUMNS of the environment, else 24 rows of 80 columns.
 screen_size size_of(int terminal);
 
 // Reads a character from the terminal without waiting for the end of a line and without showing it; -1 when there is

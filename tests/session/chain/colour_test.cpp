@@ -27,6 +27,16 @@ TEST(Colour, AlarmsAreRedAndWarningsYellow) {
   EXPECT_EQ(coloured("++ -", {{0, 2, alarm}, {3, 4, warning}}), "\x1b[31m++\x1b[0m \x1b[33m-\x1b[0m");
 }
 
+TEST(Colour, WhatIsAsItShouldBeIsGreenAndWhatIsSwitchedOffFaint) {
+  EXPECT_EQ(coloured("| 1 | 2 |", {{2, 3, normal}, {6, 7, off}}), "| \x1b[32m1\x1b[0m | \x1b[2m2\x1b[0m |");
+}
+
+TEST(Colour, LineHasRoomForTheMarksOfAFrontPanel) {
+  host::line_marks marks;
+  for (std::size_t i = 0; i < 48; ++i) marks.add({i, i + 1, normal});
+  EXPECT_EQ(std::span<const line_mark>(marks).size(), 48U);
+}
+
 TEST(Colour, OtherLinesStay) {
   EXPECT_EQ(coloured("  Note: ++  high-alarm; +  high-warning", {}), "  Note: ++  high-alarm; +  high-warning");
 }

@@ -1,4 +1,4 @@
-// Marks in colour: alarms red, warnings yellow.
+// Marks in colour: alarms red, warnings yellow, what is as it should be green, what is switched off faint.
 #pragma once
 
 #include <string>

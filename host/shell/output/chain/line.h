@@ -10,7 +10,8 @@
 
 namespace host {
 
-enum class severity : uint8 { warning, alarm };
+// What a mark says of its value, from the least: it is switched off, it is as it should be.
+enum class severity : uint8 { off, normal, warning, alarm };
 
 // Bytes of a line that mark a value.
 struct line_mark {
@@ -31,7 +32,7 @@ class line_marks {
   operator std::span<const line_mark>() const { return std::span(marks_).first(count_); }
 
  private:
-  std::array<line_mark, 4> marks_;
+  std::array<line_mark, 64> marks_;
   std::size_t count_ = 0;
 };
 

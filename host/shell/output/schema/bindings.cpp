@@ -614,12 +614,18 @@ constexpr binding kBindings[] = {
     // A device of the kernel, and its interface.
     {kTagMapDevice, row_of(property::device), kKernelMapDisplay},
     {kTagMapInterface, row_of(property::interface), kKernelMapDisplay},
+
+    // An interface whose values all come from the service.
+    {kTagRowInterface, row_of(property::interface), kOverviewDisplay | kPanelDisplay},
+    {kTagRowUnit, kRowUnit, kPanelDisplay},
+    {kTagRowModule, kRowModule, kPanelDisplay},
 };
 // clang-format on
 
-// Displays of interfaces: all but those of the shell itself.
+// Displays of interfaces: all but those of the shell, of its messages and of settings.
 constexpr uint64 kOfInterfaces =
-    (kForwardingVlansDisplay * 2 - 1) & ~uint64{kTransportDisplay} & ~uint64{kSettingDisplay};
+    ((kForwardingVlansDisplay * 2 - 1) & ~uint64{kTransportDisplay} & ~uint64{kSettingDisplay}) | kOverviewDisplay |
+    kPanelDisplay;
 
 // What a display shows as plain text, or what belongs to it: its values come from the service alone.
 struct untagged {
@@ -630,16 +636,23 @@ struct untagged {
 constexpr untagged kUntagged[] = {
     {property::device, kOfInterfaces},
     {property::ifindex, kOfInterfaces},
-    {property::members, kDetailed | kSwitchport},
+    {property::description, kOverviewDisplay},
+    {property::state, kOverviewDisplay | kPanelDisplay},
+    {property::state_reason, kOverviewDisplay | kPanelDisplay},
+    {property::member_of, kOverviewDisplay},
+    {property::members, kDetailed | kSwitchport | kOverviewDisplay},
+    {property::vlan, kOverviewDisplay},
     {property::encapsulation, kDetailed},
     {property::encapsulation_vlan, kDetailed},
+    {property::duplex, kOverviewDisplay},
+    {property::speed_mbps, kOverviewDisplay},
     {property::input_flow_control, kSwitchport},
     {property::output_flow_control, kSwitchport},
     {property::load_interval_seconds, kDetailed | kSwitchport | kRates},
-    {property::input_bits_per_second, kSwitchport | kRates},
+    {property::input_bits_per_second, kSwitchport | kRates | kOverviewDisplay},
     {property::input_bytes_per_second, kDetailed | kSwitchport},
     {property::input_packets_per_second, kSwitchport},
-    {property::output_bits_per_second, kSwitchport | kRates},
+    {property::output_bits_per_second, kSwitchport | kRates | kOverviewDisplay},
     {property::output_bytes_per_second, kDetailed | kSwitchport},
     {property::output_packets_per_second, kSwitchport},
     {property::input_packets, kSwitchport},
@@ -647,8 +660,8 @@ constexpr untagged kUntagged[] = {
     {property::input_bytes, kSwitchport},
     {property::output_packets, kSwitchport},
     {property::output_bytes, kSwitchport},
-    {property::input_errors, kSwitchport},
-    {property::output_errors, kSwitchport},
+    {property::input_errors, kSwitchport | kOverviewDisplay},
+    {property::output_errors, kSwitchport | kOverviewDisplay},
     {property::input_discards, kDetailed},
     {property::input_crc_errors, kSwitchport},
     {property::input_overruns, kSwitchport},
@@ -668,6 +681,7 @@ constexpr untagged kUntagged[] = {
     {property::diagnostic_monitoring_type, kTransceivers | kCalibrationDisplay},
     {property::base_checksum_ok, kTransceivers | kCalibrationDisplay},
     {property::extended_checksum_ok, kTransceivers | kCalibrationDisplay},
+    {property::model, kPanelDisplay},
 };
 
 constexpr bool every_tag_is_one_field() {

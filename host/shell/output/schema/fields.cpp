@@ -313,6 +313,10 @@ constexpr field kFields[] = {
     {property::none, "user", text, "", "User", "Who ran the command"},
     {property::none, "before", text, "", "Before", "Commands that made the settings before, separated by semicolons"},
     {property::none, "after", text, "", "After", "Commands that make the settings afterwards, separated by semicolons"},
+
+    // Where a port is.
+    {property::none, "unit", integer, "", "Unit", "Satellite unit of the port; null in the switch itself"},
+    {property::none, "module", integer, "", "Module", "Module of the port"},
 };
 // clang-format on
 

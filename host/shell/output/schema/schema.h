@@ -84,7 +84,9 @@ enum display_bit : uint64 {
   kRunningConfigDisplay = 1 << 27,
   kTextDisplay = 1 << 28,  // of commands whose output is sentences: messages only
   kChangesDisplay = 1 << 29,
-  kLastDisplay = kChangesDisplay,
+  kOverviewDisplay = 1 << 30,
+  kPanelDisplay = uint64{1} << 31,
+  kLastDisplay = kPanelDisplay,
 };
 
 struct field {
@@ -112,6 +114,8 @@ enum : uint16 {
   kRowUser,
   kRowBefore,
   kRowAfter,
+  kRowUnit,
+  kRowModule,
   kNumOwnRows
 };
 
@@ -152,6 +156,9 @@ enum : uint16 {
   kTagChangeInterface,
   kTagChangeBefore,
   kTagChangeAfter,
+  kTagRowInterface,
+  kTagRowUnit,
+  kTagRowModule,
 };
 
 // All fields, in the order of a record.
