@@ -645,6 +645,16 @@ TEST_F(KernelRecording, SpeedAndDuplexAreKnownWhereTheKernelReportsThem) {
   expect_not_supported(kVeth0, of_link);
 }
 
+// As a veth device: it reports a speed, but supports no modes that it could be set to.
+TEST_F(KernelRecording, ADeviceWithoutModesHasNoSpeedWithoutALink) {
+  for (const uint32 device : {kVeth0, kSwp6})
+    kernel_.tell(kModes, modes_message(device, {.negotiates = 0, .speed_mbps = 10000, .duplex = 1}));
+  read();
+  const std::vector<property> of_link = {property::speed_mbps, property::duplex};
+  expect_present(kVeth0, of_link);
+  expect_not_supported(kSwp6, of_link);
+}
+
 TEST_F(KernelRecording, LoadsAreKnownOnceTheyAreMeasured) {
   const std::vector<property> measured = {property::rx_load_per_255, property::tx_load_per_255,
                                           property::input_megabytes_per_second, property::input_bytes_per_second};

@@ -60,7 +60,7 @@ TEST(Structured, NumbersAreNumbersWithTheirUnitInTheKey) {
   EXPECT_EQ(port["bandwidth_kbps"].GetUint(), 1000000U);
   EXPECT_EQ(port["delay_usec"].GetUint(), 20U);
   EXPECT_EQ(port["speed_mbps"].GetUint(), 1000U);
-  EXPECT_EQ(port["reliability_per_255"].GetUint(), 0U);
+  EXPECT_EQ(port["reliability_per_255"].GetUint(), 255U);  // which the text of this view does not compute
   EXPECT_STREQ(port["duplex"].GetString(), "full");
   EXPECT_STREQ(port["port_mode"].GetString(), "FA");
   EXPECT_STREQ(port["admin_input_flow_control"].GetString(), "desired");

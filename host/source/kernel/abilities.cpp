@@ -71,8 +71,12 @@ void set_capabilities(const link_modes& supported, port_capabilities& port) {
 }
 
 // Without negotiation a port is set to the speed that it has; while it has none, that is not known. A device without
-// modes has a speed, but is not set to it.
+// modes has a speed, but is not set to it: without a link, when displays show what a port is set to, it has none.
 void set_speed(const kernel_link& link, interface& port) {
+  if (link.supported.none() && port.oper_state != PM_PORT_STATE_UP) {
+    port.oper_speed_mbps.reset();
+    port.oper_duplex.reset();
+  }
   if (!link.negotiates || *link.negotiates || link.supported.none()) return;
   port.admin_speed_mbps = link.speed_mbps.value_or(0);
   if (link.is_full_duplex)
