@@ -53,6 +53,7 @@ const pmsh_command_t pmsh_commands[] = {
         .display = "trunk_errored",
         .fields = sibling_errored_vlans_fields,
         .word_helps = kWords,
+        .flags = PMSH_NO_SUB_INTERFACES,
     },
     REPLACE("show interface [RANGE] capabilities", "sibling_show_port_capabilities", ALL_PORTS, 0),
     REPLACE("show interface [RANGE] detailed", "sibling_show_detailed", ALL_PORTS | CHANNELS | VIRTUAL, 0),
