@@ -21,6 +21,9 @@ struct invocation {
 // command.
 void call_handler(const invocation& run, command_handler handler, paraminfo_t* block);
 
+// False, after a complaint, when the line names a module that the switch does not have.
+bool has_named_module(const invocation& run);
+
 // Displays.
 int show_interface(const invocation& run);
 int show_transceivers(const invocation& run);

@@ -162,6 +162,7 @@ std::vector<const view*> views_from(const view& first) {
 }  // namespace
 
 int show_interface(const invocation& run) {
+  if (!has_named_module(run)) return kNoSuchInterface;
   const command_queue q;
   const std::vector<const view*> views = views_from(view_of(run.line.what->command_id));
   command_parameters parameters(run.session.who, q.handle, views.front()->command_id());

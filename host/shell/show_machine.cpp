@@ -35,6 +35,20 @@ void call_handler(const invocation& run, command_handler handler, paraminfo_t* b
   run.output.note_failure();
 }
 
+bool has_named_module(const invocation& run) {
+  const auto& words = run.line.what->syntax.words;
+  if (std::none_of(words.begin(), words.end(), [](const syntax_word& word) { return word.text == "MODULE"; }))
+    return true;
+  std::string modules;
+  for (const card& it : the_machine().cards) {
+    if (it.slot + 1 == run.line.number) return true;
+    modules.append(modules.empty() ? "" : ", ").append(std::to_string(it.slot + 1));
+  }
+  run.output.complain("no such module: " + std::to_string(*run.line.number) +
+                      (modules.empty() ? "." : ". The modules of this switch are " + modules + "."));
+  return false;
+}
+
 int show_transceivers(const invocation& run) { return run_display(run, run.session.library.show_transceivers); }
 
 int show_transceivers_details(const invocation& run) {
@@ -46,6 +60,7 @@ int show_transceivers_calibrations(const invocation& run) {
 }
 
 int show_module_resources(const invocation& run) {
+  if (!has_named_module(run)) return kNoSuchInterface;
   return run_display(run, [&run](paraminfo_t* block) {
     run.session.library.show_module_resources(block, static_cast<uint8>(*run.line.number));
   });

@@ -223,6 +223,16 @@ TEST(Tables, FilterThatPassesNoInterfaceIsAnAnswer) {
   EXPECT_EQ(result.exit_code, 0);
 }
 
+TEST(Tables, ModuleThatIsNotThereIsNamed) {
+  for (const char* const command :
+       {"show interface status module 9", "show interface ethernet 1/1 flowcontrol module 9",
+        "show interface counters errors module 9", "show interface trunk detail module 9 | json"}) {
+    const outcome result = run(command);
+    EXPECT_EQ(result.err, "pmsh: no such module: 9. The modules of this switch are 1, 2.\n") << command;
+    EXPECT_EQ(result.exit_code, 4) << command;
+  }
+}
+
 TEST(Tables, AbbreviationsMeanTheSame) {
   const std::pair<const char*, const char*> pairs[] = {
       {"show interface brief", "sh int br"},
