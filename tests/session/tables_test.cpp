@@ -216,6 +216,16 @@ TEST(Tables, NamedInterfaceWithoutTheTableIsNamedAndTheOthersAreShown) {
   EXPECT_EQ(result.exit_code, 3);
 }
 
+TEST(Tables, NamesOfSatellitePortsAreDistinctInEveryTable) {
+  for (const char* const display :
+       {"status", "counters", "counters errors", "counters trunk", "counters storm-control", "flowcontrol"}) {
+    const std::string command = std::string("show interface ethernet 101/1/1, 101/1/10-12 ") + display;
+    const outcome result = run_shell_on(shipped_switch("campus.yaml"), {"-c", command});
+    for (const char* const port : {"101/1/1 ", "101/1/10 ", "101/1/11 ", "101/1/12 "})
+      EXPECT_NE(result.out.find(port), std::string::npos) << display << ": " << port << result.out;
+  }
+}
+
 TEST(Tables, FilterThatPassesNoInterfaceIsAnAnswer) {
   const outcome result = run("show interface ethernet 1/1 status down");
 

@@ -81,11 +81,17 @@ void append_enum(std::string& to, const cmd_tuple_t& tuple) {
   append_printable(to, text);
 }
 
+bool is_of_satellite(if_index_t if_index) {
+  if_index_type_t type = IF_TYPE_NONE;
+  return if_index_get_type(if_index, &type) == 0 && type == IF_TYPE_SATELLITE;
+}
+
 void append_interface_name(std::string& to, if_index_t if_index, bool short_name, std::size_t fit) {
   char name[64] = {};
   if (!short_name) sprintf_if_index(name, if_index);
   if (short_name || std::strlen(name) > fit) snprintf_if_index_short(name, sizeof name, if_index);
-  append_printable(to, name);
+  const bool is_number = std::strlen(name) > fit && is_of_satellite(if_index);
+  append_printable(to, is_number ? std::strpbrk(name, "0123456789") : name);
 }
 
 void append_mac(std::string& to, const uint8* bytes) {
