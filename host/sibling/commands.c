@@ -61,7 +61,9 @@ const pmsh_command_t pmsh_commands[] = {
             0),
     REPLACE("show interface [RANGE] counters storm-control", "sibling_show_storm_control",
             ALL_PORTS | CHANNELS | VIRTUAL, 0),
-    REPLACE("show interface [RANGE] counters brief", "sibling_show_rates", ALL_PORTS | CHANNELS, PMSH_STRUCTURED_ONLY),
+
+    /* The command library shows megabits under MB/s, and only some ports. */
+    REPLACE("show interface [RANGE] counters brief", "sibling_show_rates", ALL_PORTS | CHANNELS, 0),
 
     /* The command library shows the transceivers of layer-2 ports as text, and knows no other ports. */
     REPLACE("show interface [RANGE] transceiver", "sibling_show_transceiver", PORTS, PMSH_STRUCTURED_ONLY),
