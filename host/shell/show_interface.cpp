@@ -159,18 +159,15 @@ std::vector<const view*> views_from(const view& first) {
   return views;
 }
 
-}  // namespace
-
-int show_interface(const invocation& run) {
-  if (!has_named_module(run)) return kNoSuchInterface;
+// Shows the interfaces that the user named, else all of some kinds.
+int show_views(const invocation& run, std::span<const view* const> views, std::span<const if_index_type_t> kinds) {
   const command_queue q;
-  const std::vector<const view*> views = views_from(view_of(run.line.what->command_id));
   command_parameters parameters(run.session.who, q.handle, views.front()->command_id());
   if (run.line.number) parameters.add_number(*run.line.number);
   if (const auto vlans = parse_vlans(run.line.argument)) parameters.add_number_ranges(*vlans);
   const bool are_named = !run.line.spans.empty();
-  selection chosen = !are_named ? select_all(run.session, parameters, views.front()->kinds)
-                                : select_named(run.session, parameters, run.line.spans);
+  selection chosen =
+      are_named ? select_named(run.session, parameters, run.line.spans) : select_all(run.session, parameters, kinds);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
 
@@ -181,8 +178,20 @@ int show_interface(const invocation& run) {
   // Tables stand one below the other; a structured record holds all that they say of its interface.
   const std::size_t at_once = run.output.is_structured() ? views.size() : 1;
   for (std::size_t first = 0; first < views.size(); first += at_once)
-    show_all({run, std::span(views).subspan(first, at_once), parameters}, chosen.interfaces, count);
+    show_all({run, views.subspan(first, at_once), parameters}, chosen.interfaces, count);
   return count.result();
+}
+
+}  // namespace
+
+int show_interface(const invocation& run) {
+  if (!has_named_module(run)) return kNoSuchInterface;
+  const view& shown = view_of(run.line.what->command_id);
+  return show_views(run, views_from(shown), shown.kinds);
+}
+
+int show_kinds(const invocation& run, std::span<const if_index_type_t> kinds) {
+  return show_views(run, views_from(view_of(run.line.what->command_id)), kinds);
 }
 
 }  // namespace host

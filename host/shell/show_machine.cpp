@@ -49,14 +49,17 @@ bool has_named_module(const invocation& run) {
   return false;
 }
 
-int show_transceivers(const invocation& run) { return run_display(run, run.session.library.show_transceivers); }
-
-int show_transceivers_details(const invocation& run) {
-  return run_display(run, run.session.library.show_transceivers_details);
-}
-
-int show_transceivers_calibrations(const invocation& run) {
-  return run_display(run, run.session.library.show_transceivers_calibrations);
+// The library lists Fibre Channel and Ethernet ports, as text alone.
+int show_transceivers(const invocation& run) {
+  constexpr if_index_type_t kNotListed[] = {IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE};
+  const uint32 view = run.line.what->command_id;
+  if (run.output.is_structured()) return show_kinds(run, view_of(view).kinds);
+  const command_library& library = run.session.library;
+  const auto list = view == DISPLAY_TRANSCEIVER          ? library.show_transceivers
+                    : view == DISPLAY_TRANSCEIVER_DETAIL ? library.show_transceivers_details
+                                                         : library.show_transceivers_calibrations;
+  const int listed = run_display(run, list);
+  return std::max(listed, show_kinds(run, kNotListed));
 }
 
 int show_module_resources(const invocation& run) {

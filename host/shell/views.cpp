@@ -31,7 +31,7 @@ constexpr if_index_type_t kEthernet[] = {IF_TYPE_ETHERNET};
 constexpr if_index_type_t kWithCapabilities[] = {IF_TYPE_MGMT, IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE,
                                                  IF_TYPE_ETH_PORT_CHANNEL};
 
-constexpr if_index_type_t kPorts[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE};
+constexpr if_index_type_t kWithOptics[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE, IF_TYPE_FC};
 constexpr if_index_type_t kWithRates[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE,
                                           IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
 constexpr if_index_type_t kCounted[] = {IF_TYPE_ETHERNET,         IF_TYPE_ETHERNET_L3,  IF_TYPE_SATELLITE,
@@ -61,10 +61,10 @@ constexpr view kViews[] = {
     {DISPLAY_STATUS, kAll, kCommon},
     {DISPLAY_DESCRIPTION, kAll, kDescription},
     {DISPLAY_BRIEF, kBriefRows, kBrief},
-    {DISPLAY_TRANSCEIVER, kPorts, kNone},
+    {DISPLAY_TRANSCEIVER, kWithOptics, kNone},
     {DISPLAY_COUNTERS_BRIEF, kWithRates, kPortCounters},
-    {DISPLAY_TRANSCEIVER_CALIBRATION, kPorts, kNone},
-    {DISPLAY_TRANSCEIVER_DETAIL, kPorts, kNone},
+    {DISPLAY_TRANSCEIVER_CALIBRATION, kWithOptics, kNone},
+    {DISPLAY_TRANSCEIVER_DETAIL, kWithOptics, kNone},
     {DISPLAY_CAPABILITIES, kWithCapabilities, kNone},
     {DISPLAY_ERRORS_FIRST, kButLoopbacks, kCounters, INBAND_SAME, DISPLAY_ERRORS_SECOND},
     {DISPLAY_STORM_CONTROL, kCounted, kPortCounters},

@@ -12,6 +12,8 @@
 #define PORTS IF_MASK_ETHERNET
 #define ROUTED_AND_SATELLITE_PORTS (IF_MASK_ETHERNET_L3 | IF_MASK_SATELLITE)
 #define ALL_PORTS (PORTS | ROUTED_AND_SATELLITE_PORTS)
+#define FIBRE_CHANNEL_PORTS (IF_MASK_FC | IF_MASK_BAY | IF_MASK_EXTERNAL_FC)
+#define OTHER_OPTICS (ROUTED_AND_SATELLITE_PORTS | FIBRE_CHANNEL_PORTS)
 #define CHANNELS (IF_MASK_PORT_CHANNEL | IF_MASK_ETH_PORT_CHANNEL)
 #define VIRTUAL IF_MASK_VETHERNET
 
@@ -67,12 +69,11 @@ const pmsh_command_t pmsh_commands[] = {
 
     /* The command library shows the transceivers of layer-2 ports as text, and knows no other ports. */
     REPLACE("show interface [RANGE] transceiver", "sibling_show_transceiver", PORTS, PMSH_STRUCTURED_ONLY),
-    REPLACE("show interface [RANGE] transceiver", "sibling_show_transceiver", ROUTED_AND_SATELLITE_PORTS, 0),
+    REPLACE("show interface [RANGE] transceiver", "sibling_show_transceiver", OTHER_OPTICS, 0),
     REPLACE("show interface [RANGE] transceiver details", "sibling_show_transceiver", PORTS, PMSH_STRUCTURED_ONLY),
-    REPLACE("show interface [RANGE] transceiver details", "sibling_show_transceiver", ROUTED_AND_SATELLITE_PORTS, 0),
+    REPLACE("show interface [RANGE] transceiver details", "sibling_show_transceiver", OTHER_OPTICS, 0),
     REPLACE("show interface [RANGE] transceiver calibrations", "sibling_show_transceiver_calibration", PORTS,
             PMSH_STRUCTURED_ONLY),
-    REPLACE("show interface [RANGE] transceiver calibrations", "sibling_show_transceiver_calibration",
-            ROUTED_AND_SATELLITE_PORTS, 0),
+    REPLACE("show interface [RANGE] transceiver calibrations", "sibling_show_transceiver_calibration", OTHER_OPTICS, 0),
     {0},
 };

@@ -125,6 +125,39 @@ TEST(Optics, ListingsShowAllPorts) {
   EXPECT_NE(run_optics("show transceiver calibrations").out.find("SFP Calibration Information"), std::string::npos);
 }
 
+// The optics of the small switch: layer-2 ports, a routed one, and Fibre Channel.
+TEST(Optics, EveryPortIsInBothFormsOfBothCommands) {
+  for (const std::string details : {"", " details", " calibrations"}) {
+    for (const std::string& command : {"show transceiver" + details, "show interface transceiver" + details}) {
+      const outcome text = run_optics(command);
+      rapidjson::Document document;
+      document.Parse(run_optics(command + " | json").out.c_str());
+      ASSERT_FALSE(document.HasParseError()) << command;
+      std::string names;
+      for (const auto& port : document["interfaces"].GetArray())
+        names += port["interface"].GetString() + std::string(" ");
+      EXPECT_EQ(names,
+                "Ethernet1/1 Ethernet1/2 Ethernet1/3 Ethernet1/4 Ethernet1/5 Ethernet1/6 Ethernet1/7 Ethernet1/8 "
+                "Ethernet1/9 Ethernet1/10 Ethernet1/11 Ethernet1/12 Ethernet2/1 Ethernet2/2 Ethernet2/3 fc3/1 fc3/2 ")
+          << command;
+      for (const char* const port : {"Ethernet1/1 ", "Ethernet1/12\n", "fc3/1", "fc3/2"})
+        EXPECT_NE(text.out.find(port), std::string::npos) << command << ": " << port;
+    }
+  }
+}
+
+TEST(Optics, ListingHasTheRecordsOfTheInterfaces) {
+  const auto records = [](const std::string& command) {
+    const std::string document = run_optics(command + " | json").out;
+    return document.substr(std::min(document.find("\"interfaces\""), document.size()));
+  };
+  const std::string listed = records("show transceiver");
+  EXPECT_EQ(listed, records("show interface transceiver"));
+  EXPECT_NE(listed.find("\"interface\":\"fc3/1\",\"device\":null,\"ifindex\":null,\"presence\":\"present\""),
+            std::string::npos)
+      << listed;
+}
+
 TEST(Trunks, EachHasItsRows) {
   EXPECT_EQ(shown("show interface trunk | begin Eth"),
             "Eth2/1     10      trunking      --\nEth2/2     99      trnk-bndl     Po5\nPo5        1       trunking    "
