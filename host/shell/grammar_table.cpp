@@ -39,6 +39,7 @@ constexpr display kAllowedVlans = {kAllowedVlansDisplay, {}, "trunk_allowed", fa
 constexpr display kForwardingVlans = {kForwardingVlansDisplay, {}, "trunk_forwarding", false, true};
 constexpr display kText = kSentences;
 constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
+constexpr display kModuleResources = {kModuleResourcesDisplay, {}, "module_resources", false, false, "resources", true};
 constexpr display kRunningConfig = {kRunningConfigDisplay, {}, "running_config", false, false, "commands"};
 
 // clang-format off
@@ -79,7 +80,7 @@ constexpr command kGeneralCommands[] = {
     {"show transceiver", "The transceivers of all ports", show_transceivers, kTransceiver, DISPLAY_TRANSCEIVER},
     {"show transceiver details", "The same with the limits of their values", show_transceivers, kTransceiverDetails, DISPLAY_TRANSCEIVER_DETAIL},
     {"show transceiver calibrations", "Their calibration constants", show_transceivers, kCalibration, DISPLAY_TRANSCEIVER_CALIBRATION},
-    {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kText},
+    {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kModuleResources},
     {"show kernel-map", "Which device of the kernel an interface is", show_kernel_map, kKernelMap},
     {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kText},
     {"clear counters", "Clear the counters of all interfaces", clear_all, kText},

@@ -606,6 +606,20 @@ constexpr binding kBindings[] = {
     // A device of the kernel, and its interface.
     {kTagMapDevice, row_of(property::device), kKernelMapDisplay},
     {kTagMapInterface, row_of(property::interface), kKernelMapDisplay},
+
+    // Resources of a module.
+    {kTagResourceLevel, kRowLevel, kModuleResourcesDisplay},
+    {kTagResourcePort, kRowPort, kModuleResourcesDisplay},
+    {kTagResourcePortGroup, kRowPortGroup, kModuleResourcesDisplay},
+    {kTagResourceBufferGroup, kRowBufferGroup, kModuleResourcesDisplay},
+    {kTagResourceBbCredits, kRowBbCredits, kModuleResourcesDisplay},
+    {kTagResourceTotalBuffers, kRowTotalBuffers, kModuleResourcesDisplay},
+    {kTagResourceAvailableBuffers, kRowAvailableBuffers, kModuleResourcesDisplay},
+    {kTagResourcePerformanceBuffers, kRowPerformanceBuffers, kModuleResourcesDisplay},
+    {kTagResourceAvailablePerformanceBuffers, kRowAvailablePerformanceBuffers, kModuleResourcesDisplay},
+    {kTagResourceBandwidth, kRowBandwidth, kModuleResourcesDisplay},
+    {kTagResourceAvailableBandwidth, kRowAvailableBandwidth, kModuleResourcesDisplay},
+    {kTagResourceRateMode, row_of(property::rate_mode), kModuleResourcesDisplay},
 };
 // clang-format on
 

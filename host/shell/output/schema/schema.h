@@ -83,7 +83,8 @@ enum display_bit : uint64 {
   kKernelMapDisplay = 1 << 26,
   kRunningConfigDisplay = 1 << 27,
   kTextDisplay = 1 << 28,  // of commands whose output is sentences: messages only
-  kLastDisplay = kTextDisplay,
+  kModuleResourcesDisplay = 1 << 29,
+  kLastDisplay = kModuleResourcesDisplay,
 };
 
 struct field {
@@ -106,6 +107,17 @@ enum : uint16 {
   kRowStatus,
   kRowText,
   kRowCommand,
+  kRowLevel,
+  kRowPort,
+  kRowPortGroup,
+  kRowBufferGroup,
+  kRowBbCredits,
+  kRowTotalBuffers,
+  kRowAvailableBuffers,
+  kRowPerformanceBuffers,
+  kRowAvailablePerformanceBuffers,
+  kRowBandwidth,
+  kRowAvailableBandwidth,
   kNumOwnRows
 };
 
@@ -138,6 +150,22 @@ enum : uint16 {
   kTagCommand,
   kTagMapDevice,
   kTagMapInterface,
+};
+
+// Tags of the resources of modules, below those.
+enum : uint16 {
+  kTagResourceLevel = 0x07E0,
+  kTagResourcePort,
+  kTagResourcePortGroup,
+  kTagResourceBufferGroup,
+  kTagResourceBbCredits,
+  kTagResourceTotalBuffers,
+  kTagResourceAvailableBuffers,
+  kTagResourcePerformanceBuffers,
+  kTagResourceAvailablePerformanceBuffers,
+  kTagResourceBandwidth,
+  kTagResourceAvailableBandwidth,
+  kTagResourceRateMode,
 };
 
 // All fields, in the order in which they stand in a record.
