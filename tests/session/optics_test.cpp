@@ -260,6 +260,17 @@ TEST(ModuleResources, AreTypedInTheStructuredForm) {
   EXPECT_EQ(port["rate_mode"], "dedicated");
 }
 
+TEST(ModuleResources, AreAnEmptyListWhenTheServiceFails) {
+  const outcome cut = run_shell_on(test_file("optics.yaml"),
+                                   {"--provoke", "port-manager=cut:14", "-c", "show module 3 resources | json"});
+  rapidjson::Document document;
+  document.Parse(cut.out.c_str());
+  ASSERT_FALSE(document.HasParseError());
+  EXPECT_EQ(document["resources"].Size(), 0U);
+  EXPECT_EQ(document["messages"].Size(), 1U);
+  EXPECT_EQ(cut.exit_code, 2);
+}
+
 TEST(ModuleResources, OfAnotherModuleAreOneSentence) {
   for (const char* const pipe : {"", " | json"}) {
     const outcome other = run_optics(std::string("show module 1 resources") + pipe);

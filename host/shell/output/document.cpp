@@ -367,7 +367,7 @@ void document::end_record(const std::optional<traffic_rates>* rates) {
 }
 
 bool document::add_message(std::string_view text, importance how, std::string_view interface_name) {
-  record_is_empty_ = false;
+  if (!shown_.repeats) record_is_empty_ = false;  // those records are about no interface
   if (messages_.size() > kMostMessageBytes) {
     if (lost_messages_) return false;
     lost_messages_ = true;
