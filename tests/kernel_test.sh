@@ -55,6 +55,10 @@ of_left() { run -c "show interface $left $1 | json" | jq -c "[.interfaces[0] | $
   fail "a veth device separates unicasts: $(of_left counters .)"
 [ "$(of_left counters '.input_multicast_packets != null')" = '[true]' ] || fail "multicasts are absent: $(of_left counters .)"
 [ "$(of_left "" '.port_mode, .delay_usec, .rate_mode')" = '[null,null,null]' ] || fail "invented: $(of_left "" .)"
+[ "$(of_left "counters brief" '.input_megabytes_per_second, .input_packets_per_second, .output_packets_per_second')" = '[null,null,null]' ] ||
+  fail "one reading has rates: $(of_left "counters brief" .)"
+[ "$(run -c "show interface $left counters brief" | awk '/^Eth/ { print $2, $3, $4, $5 }')" = "-- -- -- --" ] ||
+  fail "one reading has rates: $(run -c "show interface $left counters brief")"
 [ "$(of_left flowcontrol 'to_entries[] | select(.key | test("flow_control|pause")) | .value' | tr -d 'nul,')" = '[]' ] ||
   fail "a veth device has flow control: $(of_left flowcontrol .)"
 

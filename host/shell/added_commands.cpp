@@ -311,6 +311,7 @@ void add_new_command(const table_reader& reader, const pmsh_command_t& entry, st
       handler,
       entry.header == nullptr ? nullptr : reader.find_handler(entry.header),
       entry.command_id,
+      (entry.flags & PMSH_NO_SUB_INTERFACES) == 0,
   };
   auto kinds = is_about_interfaces ? read_kinds(reader, entry.kinds) : std::vector<if_index_type_t>();
   command added{syntax, read_text(reader, entry.help, "help"), is_about_interfaces ? show_interface : show_added};
@@ -323,15 +324,18 @@ void add_new_command(const table_reader& reader, const pmsh_command_t& entry, st
 void add_entry(table_reader& reader, const pmsh_command_t& entry) {
   read_words_with_help(reader, entry.word_helps);
   const std::string_view words = read_syntax(reader, entry);
-  if (entry.flags > (PMSH_REPLACES | PMSH_STRUCTURED_ONLY | PMSH_LIST)) reader.refuse("its flags are not known");
+  constexpr uint32 kKnownFlags = PMSH_REPLACES | PMSH_STRUCTURED_ONLY | PMSH_LIST | PMSH_NO_SUB_INTERFACES;
+  if ((entry.flags & ~kKnownFlags) != 0) reader.refuse("its flags are not known");
   const command_handler handler = reader.find_handler(read_text(reader, entry.handler, "handler").data());
   name_added_handler(handler, std::string(entry.handler) + " of " + reader.library.file());
   const bool has_list = (entry.flags & PMSH_LIST) != 0;
   if (has_list && (entry.flags != PMSH_LIST || entry.display == nullptr))
     reader.refuse("PMSH_LIST needs a display, and no other flag");
+  if ((entry.flags & PMSH_NO_SUB_INTERFACES) != 0 && ((entry.flags & PMSH_REPLACES) != 0 || entry.kinds == 0))
+    reader.refuse("PMSH_NO_SUB_INTERFACES is for new commands with RANGE");
   if ((entry.flags & PMSH_REPLACES) != 0)
     replace_kinds(reader, entry, words, handler);
-  else if (entry.flags != 0 && !has_list)
+  else if ((entry.flags & PMSH_STRUCTURED_ONLY) != 0)
     reader.refuse("PMSH_STRUCTURED_ONLY needs PMSH_REPLACES");
   else
     add_new_command(reader, entry, words, handler);

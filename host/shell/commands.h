@@ -1,6 +1,8 @@
 // The commands of the shell.
 #pragma once
 
+#include <span>
+
 #include "shell/exit_codes.h"
 #include "shell/grammar.h"
 #include "shell/library.h"
@@ -21,13 +23,15 @@ struct invocation {
 // command.
 void call_handler(const invocation& run, command_handler handler, paraminfo_t* block);
 
+// False, after a complaint, when the line names a module that the switch does not have.
+bool has_named_module(const invocation& run);
+
 // Displays.
 int show_interface(const invocation& run);
 int show_overview(const invocation& run);
 int show_panel(const invocation& run);
+int show_kinds(const invocation& run, std::span<const if_index_type_t> kinds);  // all interfaces of some kinds
 int show_transceivers(const invocation& run);
-int show_transceivers_details(const invocation& run);
-int show_transceivers_calibrations(const invocation& run);
 int show_module_resources(const invocation& run);
 int show_added(const invocation& run);
 int show_kernel_map(const invocation& run);

@@ -42,6 +42,7 @@ constexpr display kPanel = {kPanelDisplay, {}, "panel", true, true, "ports"};
 constexpr display kText = kSentences;
 constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
 constexpr display kChanges = {kChangesDisplay, {}, "changes", false, false, "changes"};
+constexpr display kModuleResources = {kModuleResourcesDisplay, {}, "module_resources", false, false, "resources", true};
 constexpr display kRunningConfig = {kRunningConfigDisplay, {}, "running_config", false, false, "commands"};
 
 // clang-format off
@@ -80,10 +81,10 @@ constexpr command kGeneralCommands[] = {
     {"show interface [RANGE] trunk detail", "Trunks in detail", show_interface, kTrunkDetail, DISPLAY_TRUNK_DETAIL},
     {"show interface [RANGE] trunk detail module MODULE", "The same of the ports of a module", show_interface, kTrunkDetail, DISPLAY_TRUNK_DETAIL_OF_MODULE},
     {"show interface [RANGE] trunk detail native-vlan VLANS", "The same of those with such a native VLAN", show_interface, kTrunkDetail, DISPLAY_TRUNK_DETAIL_OF_VLANS},
-    {"show transceiver", "The transceivers of all Fibre-Channel and Ethernet ports", show_transceivers, kTransceiver},
-    {"show transceiver details", "The same with the limits of their values", show_transceivers_details, kTransceiverDetails},
-    {"show transceiver calibrations", "Their calibration constants", show_transceivers_calibrations, kCalibration},
-    {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kText},
+    {"show transceiver", "The transceivers of all ports", show_transceivers, kTransceiver, DISPLAY_TRANSCEIVER},
+    {"show transceiver details", "The same with the limits of their values", show_transceivers, kTransceiverDetails, DISPLAY_TRANSCEIVER_DETAIL},
+    {"show transceiver calibrations", "Their calibration constants", show_transceivers, kCalibration, DISPLAY_TRANSCEIVER_CALIBRATION},
+    {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kModuleResources},
     {"show panel", "The fronts of the modules, with the state of each port", show_panel, kPanel},
     {"show kernel-map", "Which device of the kernel an interface is", show_kernel_map, kKernelMap},
     {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kText},

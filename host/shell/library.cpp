@@ -123,6 +123,7 @@ command_library load_command_library(const std::string& file) {
   common.find("pm_cli_if_index_enum_func", found.enumerate);
   common.find("pm_cli_if_index_verification_func", found.verify);
   common.find("pm_cli_check_if_index_for_vsan_perm", found.check_vsans);
+  common.find("pm_cli_subinterface_supported", found.applies_to_sub_interfaces);
   common.find("pm_cli_set_port_config", found.set_port_config);
   common.find("print_cfg_status", found.print_refusals);
   common.find("pm_show_interface_tranceiver", found.show_transceivers);

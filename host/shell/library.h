@@ -46,6 +46,9 @@ struct command_library {
   decltype(&pm_cli_if_index_verification_func) verify = nullptr;
   decltype(&pm_cli_check_if_index_for_vsan_perm) check_vsans = nullptr;
 
+  // Whether a display applies to sub-interfaces.
+  decltype(&pm_cli_subinterface_supported) applies_to_sub_interfaces = nullptr;
+
   // One setting for the ranges in the first argument, and the ports that refused it.
   decltype(&pm_cli_set_port_config) set_port_config = nullptr;
   decltype(&print_cfg_status) print_refusals = nullptr;

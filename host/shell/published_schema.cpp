@@ -97,7 +97,7 @@ void write_object(json_writer& json, Describe describe) {
   json.end_object();
 }
 
-// The words of an enumeration. A value without a word is its number, as a text.
+// The words of an enumeration. A value without a word is its number, as a text, or "Unknown(NUMBER)".
 void write_words(json_writer& json, enum_words words) {
   constexpr std::string_view kMarks[] = {"high alarm", "high warning", "low warning", "low alarm"};
   json.key("anyOf");
@@ -112,7 +112,7 @@ void write_words(json_writer& json, enum_words words) {
   json.null();
   json.end_array();
   json.end_object();
-  json.digits(R"({"type": "string", "pattern": "^[0-9]+$"})");
+  json.digits(R"({"type": "string", "pattern": "^([0-9]+|Unknown[(][0-9]+[)])$"})");
   json.end_array();
 }
 

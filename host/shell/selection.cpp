@@ -25,7 +25,8 @@ constexpr int32 kEnumerated = 1;
 constexpr uint32 kFailure = 0xFFFFFFFF;
 
 // Words whose interfaces are shown when no range is given, in this order.
-constexpr std::string_view kWordsInOrder[] = {"mgmt", "ethernet", "port-channel", "loopback", "vethernet"};
+constexpr std::string_view kWordsInOrder[] = {"mgmt", "ethernet",     "fc",       "bay",
+                                              "ext",  "port-channel", "loopback", "vethernet"};
 
 // A command that is selecting.
 struct selecting {

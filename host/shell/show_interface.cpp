@@ -18,11 +18,11 @@ namespace {
 struct tally {
   std::size_t shown = 0;
   std::size_t failed = 0;
-  std::size_t without_display = 0;
+  std::size_t not_applicable = 0;
 
   int result() const {
-    if (failed + without_display == 0) return kDone;
-    return failed == shown ? kServiceFailed : kSomeInterfacesFailed;
+    if (failed + not_applicable == 0) return kDone;
+    return failed == shown && not_applicable == 0 ? kServiceFailed : kSomeInterfacesFailed;
   }
 };
 
@@ -44,7 +44,7 @@ struct showing {
     return provided_handler(in.id, kind.mask, run.output.is_structured());
   }
 
-  // Null: there is no such display.
+  // Null: the display does not apply to the kind.
   command_handler handler_of(const view& in, const interface_kind& kind) const {
     if (const command_handler other = provided(in, kind); other != nullptr) return other;
     if (in.own.handler != nullptr) return is_of(in, kind) ? in.own.handler : nullptr;
@@ -59,20 +59,19 @@ struct showing {
     return header == nullptr ? nullptr : library().*header;
   }
 
-  static bool is_of(const view& in, const interface_kind& kind) { return is_one_of(kind, in.kinds); }
-
-  // Whether the library's handler says only that there is no such display of the kind. It shows port-channels of
-  // Fibre Channel, and says nothing of sub-interfaces of port-channels.
-  bool is_refused(const view& in, if_index_t if_index) const {
-    const interface_kind& kind = kind_of(if_index);
-    pc_subtype_t subtype = 0;
-    const bool is_channel = if_index_port_channel_get_subtype(if_index, &subtype) == 0;
-    const bool is_taken = is_channel && (subtype == PC_SUBTYPE_XGFC || if_index_is_sub_intf(if_index) != 0);
-    return is_one_of(kind, in.refused) && !is_taken && provided(in, kind) == nullptr;
+  static bool is_of(const view& in, const interface_kind& kind) {
+    return std::find(in.kinds.begin(), in.kinds.end(), kind.type) != in.kinds.end();
   }
 
-  static bool is_one_of(const interface_kind& kind, std::span<const if_index_type_t> kinds) {
-    return std::find(kinds.begin(), kinds.end(), kind.type) != kinds.end();
+  // Whether the display applies to an interface.
+  bool applies_to(if_index_t if_index) const {
+    const view& in = *shown.front();
+    const interface_kind& kind = kind_of(if_index);
+    const bool has_kind = is_of(in, kind) || provided(in, kind) != nullptr;
+    if (!has_kind || handler_of(in, kind) == nullptr) return false;
+    if (if_index_is_sub_intf(if_index) == 0) return true;
+    return in.own.handler != nullptr ? in.own.shows_sub_interfaces
+                                     : library().applies_to_sub_interfaces(in.command_id()) != 0;
   }
 };
 
@@ -101,18 +100,15 @@ uint32 command_id_for(const view& shown, const interface_kind& kind) {
   return kind.type == IF_TYPE_INBAND && shown.inband != INBAND_SAME ? shown.inband : shown.command_id();
 }
 
-// False when there is no such display of the interface.
-bool show_in(const showing& view, const host::view& in, if_index_t if_index) {
+void show_in(const showing& view, const host::view& in, if_index_t if_index) {
   const interface_kind& kind = kind_of(if_index);
   const command_handler handler = view.handler_of(in, kind);
-  if (handler == nullptr) return false;
   view.parameters.set_command_id(command_id_for(in, kind));
   paraminfo_t* const block = view.parameters.for_interface(kind.mask, if_index);
   call_handler(view.run, handler, block);
   const bool has_traffic_lines =
       kind.has_statistics && in.command_id() == DISPLAY_DETAIL && view.provided(in, kind) == nullptr;
   if (has_traffic_lines) view.library().show_statistics(block);
-  return true;
 }
 
 void show_one(const showing& view, if_index_t if_index, tally& count) {
@@ -120,15 +116,7 @@ void show_one(const showing& view, if_index_t if_index, tally& count) {
   command_output& output = view.run.output;
   output.begin_interface(sprintf_if_index(name, if_index), if_index);
   ++count.shown;
-  for (const host::view* const in : view.shown) {
-    if (show_in(view, *in, if_index)) {
-      count.without_display += view.is_refused(*in, if_index);
-      continue;
-    }
-    ++count.without_display;
-    std::printf("%s: there is no such display of this kind of interface\n", name);
-    break;
-  }
+  for (const host::view* const in : view.shown) show_in(view, *in, if_index);
   count.failed += output.end_interface();
 }
 
@@ -142,6 +130,28 @@ void show_all(const showing& view, const std::vector<if_index_t>& interfaces, ta
   }
 }
 
+// The words of a command without its arguments.
+std::string words_of(const command& what) {
+  std::string words;
+  for (const syntax_word& word : std::span(what.syntax.words).first(what.syntax.num_words))
+    if (word.is_literal()) words.append(words.empty() ? "" : " ").append(word.text);
+  return words;
+}
+
+// Removes the interfaces to which the display does not apply. Those that the user named are errors.
+std::size_t remove_not_applicable(const showing& view, bool are_named, std::vector<if_index_t>& interfaces) {
+  return std::erase_if(interfaces, [&view, are_named](if_index_t if_index) {
+    if (view.applies_to(if_index)) return false;
+    if (!are_named) return true;
+    char name[64];
+    sprintf_if_index(name, if_index);
+    view.run.output.complain(
+        std::string(name) + ": '" + words_of(*view.run.line.what) + "' does not apply to this kind of interface.",
+        name);
+    return true;
+  });
+}
+
 // A view and those that follow it.
 std::vector<const view*> views_from(const view& first) {
   std::vector<const view*> views{&first};
@@ -149,25 +159,39 @@ std::vector<const view*> views_from(const view& first) {
   return views;
 }
 
-}  // namespace
-
-int show_interface(const invocation& run) {
+// Shows the interfaces that the user named, else all of some kinds.
+int show_views(const invocation& run, std::span<const view* const> views, std::span<const if_index_type_t> kinds) {
   const command_queue q;
-  const std::vector<const view*> views = views_from(view_of(run.line.what->command_id));
   command_parameters parameters(run.session.who, q.handle, views.front()->command_id());
   if (run.line.number) parameters.add_number(*run.line.number);
   if (const auto vlans = parse_vlans(run.line.argument)) parameters.add_number_ranges(*vlans);
-  const selection chosen = run.line.spans.empty() ? select_all(run.session, parameters, views.front()->kinds)
-                                                  : select_named(run.session, parameters, run.line.spans);
+  const bool are_named = !run.line.spans.empty();
+  selection chosen =
+      are_named ? select_named(run.session, parameters, run.line.spans) : select_all(run.session, parameters, kinds);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
 
+  tally count;
+  const std::size_t removed = remove_not_applicable({run, views, parameters}, are_named, chosen.interfaces);
+  if (are_named) count.not_applicable = removed;
+
   // Tables stand one below the other; a structured record holds all that they say of its interface.
   const std::size_t at_once = run.output.is_structured() ? views.size() : 1;
-  tally count;
   for (std::size_t first = 0; first < views.size(); first += at_once)
-    show_all({run, std::span(views).subspan(first, at_once), parameters}, chosen.interfaces, count);
+    show_all({run, views.subspan(first, at_once), parameters}, chosen.interfaces, count);
   return count.result();
+}
+
+}  // namespace
+
+int show_interface(const invocation& run) {
+  if (!has_named_module(run)) return kNoSuchInterface;
+  const view& shown = view_of(run.line.what->command_id);
+  return show_views(run, views_from(shown), shown.kinds);
+}
+
+int show_kinds(const invocation& run, std::span<const if_index_type_t> kinds) {
+  return show_views(run, views_from(view_of(run.line.what->command_id)), kinds);
 }
 
 }  // namespace host

@@ -1,6 +1,9 @@
 // Displays of the whole machine: transceivers of all ports, VLANs, resources of modules.
 #include <algorithm>
 
+#include "client/resource_tree.h"
+#include "platform/module_resources.h"
+#include "platform/platform_data.h"
 #include "shell/commands.h"
 #include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
@@ -25,6 +28,47 @@ int run_display(const invocation& run, Show show) {
   return run.output.failed() ? kServiceFailed : kDone;
 }
 
+constexpr uint32 tuple_id(uint32 code, uint16 tag) { return code << 24 | tag; }
+
+const char* level_of(uint32 category) {
+  switch (category) {
+    case PM_RESOURCE_GLOBAL_BUFFER_GROUP: return "module";
+    case PM_RESOURCE_PORT_GROUP: return "port group";
+    case PM_RESOURCE_LOCAL_BUFFER_GROUP: return "buffer group";
+    case PM_RESOURCE_PORT: return "port";
+    default: return nullptr;
+  }
+}
+
+void bind_resource(command_output& output, const module_resource& node, const char* level) {
+  const auto bind = [&output](uint16 tag, std::optional<uint32> number) {
+    if (number) output.bind({tuple_id(CMD_TYPE_UINT32, tag), &*number});
+  };
+  const auto number_of_group = [](uint32 group) { return group == 0 ? std::nullopt : std::optional(group); };
+  const bool is_port = node.category == PM_RESOURCE_PORT;
+  output.bind({tuple_id(CMD_TYPE_STRING, kTagResourceLevel), level});
+  if (is_port) output.bind({tuple_id(CMD_TYPE_IF_INDEX, kTagResourcePort), &node.id});
+  bind(kTagResourcePortGroup, number_of_group(node.port_group));
+  bind(kTagResourceBufferGroup, number_of_group(node.buffer_group));
+  bind(is_port ? kTagResourceBbCredits : kTagResourceTotalBuffers, node.buffers);
+  bind(kTagResourceAvailableBuffers, node.available_buffers);
+  bind(kTagResourcePerformanceBuffers, node.performance_buffers);
+  bind(kTagResourceAvailablePerformanceBuffers, node.available_performance_buffers);
+  bind(kTagResourceBandwidth, node.bandwidth_mbps);
+  bind(kTagResourceAvailableBandwidth, node.available_bandwidth_mbps);
+  if (node.rate_mode) output.bind({tuple_id(CMD_TYPE_ENUM, kTagResourceRateMode), &*node.rate_mode});
+}
+
+// A record for each group and port; that of the module begins them.
+int bind_module_resources(const invocation& run, uint32 module) {
+  const command_queue q;
+  const auto nodes = ask_module_resources(q.handle, module);
+  if (!nodes) return kServiceFailed;
+  for (const module_resource& node : *nodes)
+    if (const char* const level = level_of(node.category); level != nullptr) bind_resource(run.output, node, level);
+  return kDone;
+}
+
 }  // namespace
 
 void call_handler(const invocation& run, command_handler handler, paraminfo_t* block) {
@@ -35,19 +79,44 @@ void call_handler(const invocation& run, command_handler handler, paraminfo_t* b
   run.output.note_failure();
 }
 
-int show_transceivers(const invocation& run) { return run_display(run, run.session.library.show_transceivers); }
-
-int show_transceivers_details(const invocation& run) {
-  return run_display(run, run.session.library.show_transceivers_details);
+bool has_named_module(const invocation& run) {
+  const auto& words = run.line.what->syntax.words;
+  if (std::none_of(words.begin(), words.end(), [](const syntax_word& word) { return word.text == "MODULE"; }))
+    return true;
+  std::string modules;
+  for (const card& it : the_machine().cards) {
+    if (it.slot + 1 == run.line.number) return true;
+    modules.append(modules.empty() ? "" : ", ").append(std::to_string(it.slot + 1));
+  }
+  run.output.complain("no such module: " + std::to_string(*run.line.number) +
+                      (modules.empty() ? "." : ". The modules of this switch are " + modules + "."));
+  return false;
 }
 
-int show_transceivers_calibrations(const invocation& run) {
-  return run_display(run, run.session.library.show_transceivers_calibrations);
+// The library lists Fibre Channel and Ethernet ports, as text alone.
+int show_transceivers(const invocation& run) {
+  constexpr if_index_type_t kNotListed[] = {IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE};
+  const uint32 view = run.line.what->command_id;
+  if (run.output.is_structured()) return show_kinds(run, view_of(view).kinds);
+  const command_library& library = run.session.library;
+  const auto list = view == DISPLAY_TRANSCEIVER          ? library.show_transceivers
+                    : view == DISPLAY_TRANSCEIVER_DETAIL ? library.show_transceivers_details
+                                                         : library.show_transceivers_calibrations;
+  const int listed = run_display(run, list);
+  return std::max(listed, show_kinds(run, kNotListed));
 }
 
 int show_module_resources(const invocation& run) {
-  return run_display(run, [&run](paraminfo_t* block) {
-    run.session.library.show_module_resources(block, static_cast<uint8>(*run.line.number));
+  if (!has_named_module(run)) return kNoSuchInterface;
+  const uint32 module = *run.line.number;
+  if (pdb_is_module_tamber(module * 256 + 2) == 0) {
+    run.output.complain("module " + std::to_string(module) +
+                        ": 'show module resources' does not apply to this kind of module.");
+    return kSomeInterfacesFailed;
+  }
+  if (run.output.is_structured()) return bind_module_resources(run, module);
+  return run_display(run, [&run, module](paraminfo_t* block) {
+    run.session.library.show_module_resources(block, static_cast<uint8>(module));
   });
 }
 

@@ -11,12 +11,19 @@ namespace {
 
 using library = command_library;
 
+// Without a range the in-band interface is left out, as every kind without a word of kWordsInOrder (selection.cpp).
+constexpr if_index_type_t kWithInband[] = {IF_TYPE_MGMT,      IF_TYPE_ETHERNET,         IF_TYPE_ETHERNET_L3,
+                                           IF_TYPE_SATELLITE, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL,
+                                           IF_TYPE_LOOPBACK,  IF_TYPE_VETHERNET,        IF_TYPE_INBAND};
 constexpr if_index_type_t kAll[] = {IF_TYPE_MGMT,      IF_TYPE_ETHERNET,         IF_TYPE_ETHERNET_L3,
                                     IF_TYPE_SATELLITE, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL,
                                     IF_TYPE_LOOPBACK,  IF_TYPE_VETHERNET};
 constexpr if_index_type_t kButLoopbacks[] = {IF_TYPE_MGMT,      IF_TYPE_ETHERNET,         IF_TYPE_ETHERNET_L3,
                                              IF_TYPE_SATELLITE, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL,
                                              IF_TYPE_VETHERNET};
+constexpr if_index_type_t kWithTraffic[] = {
+    IF_TYPE_MGMT,         IF_TYPE_ETHERNET,  IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE, IF_TYPE_ETH_PORT_CHANNEL,
+    IF_TYPE_PORT_CHANNEL, IF_TYPE_VETHERNET, IF_TYPE_INBAND};
 constexpr if_index_type_t kBriefRows[] = {IF_TYPE_MGMT,     IF_TYPE_ETHERNET,         IF_TYPE_SATELLITE,
                                           IF_TYPE_LOOPBACK, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
 constexpr if_index_type_t kInModules[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3};
@@ -24,21 +31,14 @@ constexpr if_index_type_t kEthernet[] = {IF_TYPE_ETHERNET};
 constexpr if_index_type_t kWithCapabilities[] = {IF_TYPE_MGMT, IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE,
                                                  IF_TYPE_ETH_PORT_CHANNEL};
 
-constexpr if_index_type_t kPorts[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE};
+constexpr if_index_type_t kWithOptics[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE, IF_TYPE_FC};
 constexpr if_index_type_t kWithRates[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE,
                                           IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
 constexpr if_index_type_t kCounted[] = {IF_TYPE_ETHERNET,         IF_TYPE_ETHERNET_L3,  IF_TYPE_SATELLITE,
                                         IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL, IF_TYPE_VETHERNET};
 
-constexpr if_index_type_t kTrunking[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE,
-                                         IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
-
 // Of the others the library has no detailed view.
 constexpr if_index_type_t kTrunksInDetail[] = {IF_TYPE_ETHERNET, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
-
-// The library says of them that their kind is invalid here.
-constexpr if_index_type_t kWithoutBriefRow[] = {IF_TYPE_ETHERNET_L3, IF_TYPE_VETHERNET};
-constexpr if_index_type_t kWithoutModules[] = {IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL, IF_TYPE_VETHERNET};
 
 constexpr table_headers kNone = {};
 constexpr table_headers kCommon = {&library::common_header, &library::common_header, &library::common_header,
@@ -56,42 +56,42 @@ constexpr table_headers kTrunkCounters = {&library::ethernet_header, nullptr, nu
 
 // clang-format off
 constexpr view kViews[] = {
-    {DISPLAY_DETAIL, kAll, kNone},
-    {COMPUTED_DETAILED_VIEW, kAll, kNone},
+    {DISPLAY_DETAIL, kWithInband, kNone},
+    {COMPUTED_DETAILED_VIEW, kWithInband, kNone},
     {DISPLAY_STATUS, kAll, kCommon},
     {DISPLAY_DESCRIPTION, kAll, kDescription},
-    {DISPLAY_BRIEF, kBriefRows, kBrief, INBAND_SAME, 0, {}, kWithoutBriefRow},
-    {DISPLAY_TRANSCEIVER, kPorts, kNone, INBAND_NOTHING, 0, {}, kWithoutModules},
+    {DISPLAY_BRIEF, kBriefRows, kBrief},
+    {DISPLAY_TRANSCEIVER, kWithOptics, kNone},
     {DISPLAY_COUNTERS_BRIEF, kWithRates, kPortCounters},
-    {DISPLAY_TRANSCEIVER_CALIBRATION, kPorts, kNone, INBAND_NOTHING, 0, {}, kWithoutModules},
-    {DISPLAY_TRANSCEIVER_DETAIL, kPorts, kNone, INBAND_NOTHING, 0, {}, kWithoutModules},
-    {DISPLAY_CAPABILITIES, kWithCapabilities, kNone, INBAND_NOTHING},
-    {DISPLAY_ERRORS_FIRST, kButLoopbacks, kCounters, INBAND_NOTHING, DISPLAY_ERRORS_SECOND},
-    {DISPLAY_STORM_CONTROL, kCounted, kPortCounters, INBAND_NOTHING},
-    {DISPLAY_TRUNK_COUNTERS, kCounted, kTrunkCounters, INBAND_NOTHING},
-    {DISPLAY_DEBOUNCE, kEthernet, kCommon, INBAND_NOTHING},
-    {DISPLAY_FLOW_CONTROL, kCounted, kPortCounters, INBAND_NOTHING},
-    {DISPLAY_STATUS_ADMIN_DOWN, kAll, kCommon, INBAND_NOTHING},
-    {DISPLAY_ERROR_DISABLED, kButLoopbacks, kCommon, INBAND_NOTHING},
-    {DISPLAY_STATUS_INACTIVE, kAll, kCommon, INBAND_NOTHING},
-    {DISPLAY_STATUS_OF_MODULE, kInModules, kCommon, INBAND_NOTHING},
-    {DISPLAY_STATUS_UP, kAll, kCommon, INBAND_NOTHING},
-    {DISPLAY_TRUNK_DETAIL, kTrunksInDetail, kNone, INBAND_NOTHING},
-    {DISPLAY_TRUNK_DETAIL_OF_MODULE, kTrunksInDetail, kNone, INBAND_NOTHING},
-    {DISPLAY_TRUNK_DETAIL_OF_VLANS, kTrunksInDetail, kNone, INBAND_NOTHING},
-    {DISPLAY_FLOW_CONTROL_OF_MODULE, kInModules, kPortCounters, INBAND_NOTHING},
-    {DISPLAY_MAC_ADDRESS, kButLoopbacks, kCommon, INBAND_NOTHING},
-    {DISPLAY_TRUNK_STATUS, kTrunking, kTrunks, INBAND_NOTHING},
-    {DISPLAY_TRUNK_ALLOWED_VLANS, kTrunking, kTrunks, INBAND_NOTHING},
-    {DISPLAY_TRUNK_FORWARDING_VLANS, kTrunking, kTrunks, INBAND_NOTHING},
-    {DISPLAY_RECEIVED, kButLoopbacks, kCounters, INBAND_COUNTERS, DISPLAY_SENT},
-    {DISPLAY_SENT, kButLoopbacks, kCounters, INBAND_NOTHING},
-    {DISPLAY_ERRORS_FIRST_OF_MODULE, kInModules, kPortCounters, INBAND_NOTHING},
-    {DISPLAY_ERRORS_SECOND, kButLoopbacks, kCounters, INBAND_NOTHING, DISPLAY_ERRORS_THIRD},
-    {DISPLAY_ERRORS_THIRD, kButLoopbacks, kCounters, INBAND_NOTHING},
-    {DISPLAY_COUNTERS_NONZERO, kAll, kNone, INBAND_COUNTERS},
-    {DISPLAY_COUNTERS_ALL, kAll, kNone},
-    {DISPLAY_IF_INDEX, kEthernet, kCommon, INBAND_NOTHING},
+    {DISPLAY_TRANSCEIVER_CALIBRATION, kWithOptics, kNone},
+    {DISPLAY_TRANSCEIVER_DETAIL, kWithOptics, kNone},
+    {DISPLAY_CAPABILITIES, kWithCapabilities, kNone},
+    {DISPLAY_ERRORS_FIRST, kButLoopbacks, kCounters, INBAND_SAME, DISPLAY_ERRORS_SECOND},
+    {DISPLAY_STORM_CONTROL, kCounted, kPortCounters},
+    {DISPLAY_TRUNK_COUNTERS, kCounted, kTrunkCounters},
+    {DISPLAY_DEBOUNCE, kEthernet, kCommon},
+    {DISPLAY_FLOW_CONTROL, kCounted, kPortCounters},
+    {DISPLAY_STATUS_ADMIN_DOWN, kAll, kCommon},
+    {DISPLAY_ERROR_DISABLED, kButLoopbacks, kCommon},
+    {DISPLAY_STATUS_INACTIVE, kAll, kCommon},
+    {DISPLAY_STATUS_OF_MODULE, kInModules, kCommon},
+    {DISPLAY_STATUS_UP, kAll, kCommon},
+    {DISPLAY_TRUNK_DETAIL, kTrunksInDetail, kNone},
+    {DISPLAY_TRUNK_DETAIL_OF_MODULE, kTrunksInDetail, kNone},
+    {DISPLAY_TRUNK_DETAIL_OF_VLANS, kTrunksInDetail, kNone},
+    {DISPLAY_FLOW_CONTROL_OF_MODULE, kInModules, kPortCounters},
+    {DISPLAY_MAC_ADDRESS, kButLoopbacks, kCommon},
+    {DISPLAY_TRUNK_STATUS, kCounted, kTrunks},
+    {DISPLAY_TRUNK_ALLOWED_VLANS, kCounted, kTrunks},
+    {DISPLAY_TRUNK_FORWARDING_VLANS, kCounted, kTrunks},
+    {DISPLAY_RECEIVED, kWithTraffic, kCounters, INBAND_COUNTERS, DISPLAY_SENT},
+    {DISPLAY_SENT, kWithTraffic, kCounters, INBAND_NOTHING},
+    {DISPLAY_ERRORS_FIRST_OF_MODULE, kInModules, kPortCounters},
+    {DISPLAY_ERRORS_SECOND, kButLoopbacks, kCounters, INBAND_SAME, DISPLAY_ERRORS_THIRD},
+    {DISPLAY_ERRORS_THIRD, kButLoopbacks, kCounters},
+    {DISPLAY_COUNTERS_NONZERO, kWithInband, kNone, INBAND_COUNTERS},
+    {DISPLAY_COUNTERS_ALL, kWithInband, kNone},
+    {DISPLAY_IF_INDEX, kEthernet, kCommon},
 };
 // clang-format on
 

@@ -27,16 +27,16 @@ struct added_handlers {
   command_handler handler = nullptr;  // null: the view is the command library's, by kind
   command_handler header = nullptr;   // null: none
   uint32 command_id = 0;
+  bool shows_sub_interfaces = true;
 };
 
 struct view {
   uint32 id;
-  std::span<const if_index_type_t> kinds;  // that are shown when no range is given
+  std::span<const if_index_type_t> kinds;  // that it applies to; without a range all of them are shown
   table_headers headers;
   inband_id inband = INBAND_SAME;
   uint32 followed_by = 0;  // another view whose table stands below this one; 0: none
   added_handlers own = {};
-  std::span<const if_index_type_t> refused = {};  // kinds that the library's handlers take only to refuse them
 
   // What the library is told.
   uint32 command_id() const {

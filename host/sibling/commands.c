@@ -12,6 +12,8 @@
 #define PORTS IF_MASK_ETHERNET
 #define ROUTED_AND_SATELLITE_PORTS (IF_MASK_ETHERNET_L3 | IF_MASK_SATELLITE)
 #define ALL_PORTS (PORTS | ROUTED_AND_SATELLITE_PORTS)
+#define FIBRE_CHANNEL_PORTS (IF_MASK_FC | IF_MASK_BAY | IF_MASK_EXTERNAL_FC)
+#define OTHER_OPTICS (ROUTED_AND_SATELLITE_PORTS | FIBRE_CHANNEL_PORTS)
 #define CHANNELS (IF_MASK_PORT_CHANNEL | IF_MASK_ETH_PORT_CHANNEL)
 #define VIRTUAL IF_MASK_VETHERNET
 
@@ -53,6 +55,7 @@ const pmsh_command_t pmsh_commands[] = {
         .display = "trunk_errored",
         .fields = sibling_errored_vlans_fields,
         .word_helps = kWords,
+        .flags = PMSH_NO_SUB_INTERFACES,
     },
     REPLACE("show interface [RANGE] capabilities", "sibling_show_port_capabilities", ALL_PORTS, 0),
     REPLACE("show interface [RANGE] detailed", "sibling_show_detailed", ALL_PORTS | CHANNELS | VIRTUAL, 0),
@@ -60,16 +63,17 @@ const pmsh_command_t pmsh_commands[] = {
             0),
     REPLACE("show interface [RANGE] counters storm-control", "sibling_show_storm_control",
             ALL_PORTS | CHANNELS | VIRTUAL, 0),
-    REPLACE("show interface [RANGE] counters brief", "sibling_show_rates", ALL_PORTS | CHANNELS, PMSH_STRUCTURED_ONLY),
+
+    /* The command library shows megabits under MB/s, and only some ports. */
+    REPLACE("show interface [RANGE] counters brief", "sibling_show_rates", ALL_PORTS | CHANNELS, 0),
 
     /* The command library shows the transceivers of layer-2 ports as text, and knows no other ports. */
     REPLACE("show interface [RANGE] transceiver", "sibling_show_transceiver", PORTS, PMSH_STRUCTURED_ONLY),
-    REPLACE("show interface [RANGE] transceiver", "sibling_show_transceiver", ROUTED_AND_SATELLITE_PORTS, 0),
+    REPLACE("show interface [RANGE] transceiver", "sibling_show_transceiver", OTHER_OPTICS, 0),
     REPLACE("show interface [RANGE] transceiver details", "sibling_show_transceiver", PORTS, PMSH_STRUCTURED_ONLY),
-    REPLACE("show interface [RANGE] transceiver details", "sibling_show_transceiver", ROUTED_AND_SATELLITE_PORTS, 0),
+    REPLACE("show interface [RANGE] transceiver details", "sibling_show_transceiver", OTHER_OPTICS, 0),
     REPLACE("show interface [RANGE] transceiver calibrations", "sibling_show_transceiver_calibration", PORTS,
             PMSH_STRUCTURED_ONLY),
-    REPLACE("show interface [RANGE] transceiver calibrations", "sibling_show_transceiver_calibration",
-            ROUTED_AND_SATELLITE_PORTS, 0),
+    REPLACE("show interface [RANGE] transceiver calibrations", "sibling_show_transceiver_calibration", OTHER_OPTICS, 0),
     {0},
 };

@@ -3,6 +3,7 @@
 
 #include <fstream>
 
+#include "client/resource_tree.h"
 #include "host/client_fixture.h"
 #include "host/module_page.h"
 #include "host/stopped_clock.h"
@@ -249,6 +250,32 @@ TEST_F(Modules, CardsShareOutResources) {
   std::memcpy(&error, payload.data(), sizeof error);
   EXPECT_EQ(error, 0u);
   mts_drop(q_, &got);
+}
+
+TEST_F(Modules, ResourcesOfAModuleAreTakenApartAsAWhole) {
+  the_machine().cards = {{.slot = 3, .card_type = 1, .model = "", .shares_resources = true}};
+  interface fibre;
+  fibre.if_index = index_of(IF_TYPE_FC, {.slot = 4, .port = 1});
+  fibre.oper_speed_mbps = 4'000;
+  the_machine().add(fibre);
+  // Head; module; a global group with four values; a port group with two; a buffer group with two; a port with four.
+  constexpr uint32 kBytes = 4 + 12 + (12 + 4 * 8) + (12 + 2 * 8) + (12 + 2 * 8) + (12 + 4 * 8);
+
+  const auto whole = ask_module_resources(q_, 4);
+  ASSERT_TRUE(whole);
+  ASSERT_EQ(whole->size(), 5u);
+  EXPECT_EQ(whole->front().category, uint32{PM_RESOURCE_MODULE});
+  EXPECT_EQ(whole->front().buffers, std::nullopt);
+  EXPECT_EQ(whole->back().id, fibre.if_index);
+  EXPECT_EQ(whole->back().port_group, 1u);
+  EXPECT_EQ(whole->back().buffer_group, 1u);
+  EXPECT_EQ(whole->back().bandwidth_mbps, 4'000u);
+  for (uint32 left = 0; left < kBytes; ++left) {
+    ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::cut, left}));
+    EXPECT_FALSE(ask_module_resources(q_, 4)) << "cut to " << left;
+  }
+  ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::none}));
+  EXPECT_FALSE(ask_module_resources(q_, 5)) << "its card shares nothing out";
 }
 
 // ---- Names of files -------------------------------------------------------------------------------------------------

@@ -53,7 +53,8 @@ step "an abbreviated command of a library, and a kind that it does not show"
 run --library "$work/good.so" -c "sh int eth1/1 moo"
 [ "$out" = "Ethernet1/1 is calm" ] || fail "shown: $out$err"
 run --library "$work/good.so" -c "show interface mgmt 0 mood"
-has "$out$err" "mgmt0: there is no such display of this kind of interface"
+has "$err" "mgmt0: 'show interface mood' does not apply to this kind of interface."
+[ "$code" -eq 3 ] || fail "it ends with $code"
 
 step "files that are no library"
 run --library "$work/none.so" -c help

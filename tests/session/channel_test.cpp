@@ -180,6 +180,18 @@ TEST(InterfaceNames, AreShortWhereTheFullOneDoesNotFit) {
   EXPECT_EQ(print_one("[%-11.11s]\n", 0x0C2A01D8, kEthernet1_10), "[Eth1/10    ]\n");
 }
 
+TEST(InterfaceNames, OfSatellitePortsAreNumbersWhereTheShortOneDoesNotFit) {
+  const if_index_t port = host::satellite_index(101, 0, 9);
+  EXPECT_EQ(print_one("[%-11.11s]\n", 0x0C2A01D8, port), "[Eth101/1/10]\n");
+  EXPECT_EQ(print_one("[%-10.10s]\n", 0x0C2A01D8, port), "[101/1/10  ]\n");
+  EXPECT_EQ(print_one("[%-8.8s]\n", 0x0C2A01D8, port), "[101/1/10]\n");
+  EXPECT_EQ(print_one("[%s]\n", 0x0C2A01D8, port), "[Ethernet101/1/10]\n");
+}
+
+TEST(InterfaceNames, OfOtherPortsAreCutWhereTheShortOneDoesNotFit) {
+  EXPECT_EQ(print_one("[%-6.6s]\n", 0x0C2A01D8, kEthernet1_10), "[Eth1/1]\n");
+}
+
 TEST(InterfaceNames, AreShortFromPrintShortToTheEndOfTheLine) {
   captured_command command;
   cmd_print_short(command.channel());

@@ -1,6 +1,8 @@
 // Counters of every kind of interface: their tables and lists, clearing them, and the clock that they follow.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "session/json.h"
 #include "session/program.h"
 
@@ -108,10 +110,36 @@ TEST(CounterTables, FlowControlShowsPauseFrames) {
   EXPECT_EQ(text_of("show interface ethernet 1/1, 2/1 flowcontrol module 1"), table(header, row));
 }
 
-// The ring counts bits, in millions, over five minutes.
+// Bytes per second in millions, as the column says.
 TEST(CounterTables, RatesStandInColumns) {
   EXPECT_EQ(text_of("show interface ethernet 2/1 counters brief | begin ^Ethernet"),
-            "Ethernet2/1            10       1000              16       2000\n");
+            "Ethernet2/1            1        1000              2        2000             \n");
+}
+
+TEST(CounterTables, RatesOfEveryPortAreTheSameInBothForms) {
+  const std::string command = "show interface counters brief";
+  const auto show = [&](const char* pipe) {
+    return run_shell_on(shipped_switch("campus.yaml"), {"--clock", "1700000000", "-c", command + pipe}).out;
+  };
+  std::istringstream text(show(" | begin ^Ethernet"));
+  rapidjson::Document document;
+  document.Parse(show(" | json").c_str());
+
+  std::string names;
+  std::string name, received, received_packets, sent, sent_packets;
+  for (const auto& port : document["interfaces"].GetArray()) {
+    ASSERT_TRUE(text >> name >> received >> received_packets >> sent >> sent_packets) << names;
+    EXPECT_EQ(port["interface"], name.c_str());
+    EXPECT_EQ(std::to_string(port["input_megabytes_per_second"].GetUint64()), received) << name;
+    EXPECT_EQ(std::to_string(port["input_packets_per_second"].GetUint64()), received_packets) << name;
+    EXPECT_EQ(std::to_string(port["output_megabytes_per_second"].GetUint64()), sent) << name;
+    EXPECT_EQ(std::to_string(port["output_packets_per_second"].GetUint64()), sent_packets) << name;
+    names += name + " ";
+  }
+  EXPECT_FALSE(text >> name) << name;
+  for (const char* const shown : {"Ethernet1/1 ", "Ethernet2/1 ", "Ethernet101/1/1 ", "port-channel10 "})
+    EXPECT_NE(names.find(shown), std::string::npos) << shown << names;
+  EXPECT_EQ(names.find('.'), std::string::npos) << "sub-interfaces have no rates: " << names;
 }
 
 TEST(CounterTables, RatesAreKeptFromUsersWhoMayNotSeeThem) {

@@ -125,6 +125,39 @@ TEST(Optics, ListingsShowAllPorts) {
   EXPECT_NE(run_optics("show transceiver calibrations").out.find("SFP Calibration Information"), std::string::npos);
 }
 
+// The optics of the small switch: layer-2 ports, a routed one, and Fibre Channel.
+TEST(Optics, EveryPortIsInBothFormsOfBothCommands) {
+  for (const std::string details : {"", " details", " calibrations"}) {
+    for (const std::string& command : {"show transceiver" + details, "show interface transceiver" + details}) {
+      const outcome text = run_optics(command);
+      rapidjson::Document document;
+      document.Parse(run_optics(command + " | json").out.c_str());
+      ASSERT_FALSE(document.HasParseError()) << command;
+      std::string names;
+      for (const auto& port : document["interfaces"].GetArray())
+        names += port["interface"].GetString() + std::string(" ");
+      EXPECT_EQ(names,
+                "Ethernet1/1 Ethernet1/2 Ethernet1/3 Ethernet1/4 Ethernet1/5 Ethernet1/6 Ethernet1/7 Ethernet1/8 "
+                "Ethernet1/9 Ethernet1/10 Ethernet1/11 Ethernet1/12 Ethernet2/1 Ethernet2/2 Ethernet2/3 fc3/1 fc3/2 ")
+          << command;
+      for (const char* const port : {"Ethernet1/1 ", "Ethernet1/12\n", "fc3/1", "fc3/2"})
+        EXPECT_NE(text.out.find(port), std::string::npos) << command << ": " << port;
+    }
+  }
+}
+
+TEST(Optics, ListingHasTheRecordsOfTheInterfaces) {
+  const auto records = [](const std::string& command) {
+    const std::string document = run_optics(command + " | json").out;
+    return document.substr(std::min(document.find("\"interfaces\""), document.size()));
+  };
+  const std::string listed = records("show transceiver");
+  EXPECT_EQ(listed, records("show interface transceiver"));
+  EXPECT_NE(listed.find("\"interface\":\"fc3/1\",\"device\":null,\"ifindex\":null,\"presence\":\"present\""),
+            std::string::npos)
+      << listed;
+}
+
 TEST(Trunks, EachHasItsRows) {
   EXPECT_EQ(shown("show interface trunk | begin Eth"),
             "Eth2/1     10      trunking      --\nEth2/2     99      trnk-bndl     Po5\nPo5        1       trunking    "
@@ -185,7 +218,68 @@ TEST(ModuleResources, AreSharedOut) {
             "      fc3/1                   16             0         8.00     dedicated\n"
             "      fc3/2                   16             0         8.00     dedicated\n"
             "\n\n\n");
-  EXPECT_EQ(shown("show module 1 resources"), "Command not supported on module in slot 1\n");
+}
+
+TEST(ModuleResources, AreTypedInTheStructuredForm) {
+  rapidjson::Document document;
+  document.Parse(shown("show module 3 resources | json").c_str());
+  ASSERT_FALSE(document.HasParseError());
+  EXPECT_EQ(document["display"], "module_resources");
+  EXPECT_EQ(document["messages"].Size(), 0U);
+  const auto& resources = document["resources"];
+  ASSERT_EQ(resources.Size(), 5U);
+  const auto& module = resources[0];
+  EXPECT_EQ(module["level"], "module");
+  EXPECT_TRUE(module["port"].IsNull());
+  EXPECT_TRUE(module["port_group"].IsNull());
+  EXPECT_EQ(module["total_buffers"].GetUint64(), 2000U);
+  EXPECT_EQ(module["performance_buffers"].GetUint64(), 144U);
+  EXPECT_EQ(module["available_buffers"].GetUint64(), 1968U);
+  EXPECT_EQ(module["available_performance_buffers"].GetUint64(), 144U);
+  EXPECT_TRUE(module["bandwidth_mbps"].IsNull());
+  const auto& ports = resources[1];
+  EXPECT_EQ(ports["level"], "port group");
+  EXPECT_EQ(ports["port_group"].GetUint64(), 1U);
+  EXPECT_EQ(ports["bandwidth_mbps"].GetUint64(), 12800U);
+  EXPECT_EQ(ports["available_bandwidth_mbps"].GetUint64(), 0U);
+  EXPECT_TRUE(ports["total_buffers"].IsNull());
+  const auto& buffers = resources[2];
+  EXPECT_EQ(buffers["level"], "buffer group");
+  EXPECT_EQ(buffers["port_group"].GetUint64(), 1U);
+  EXPECT_EQ(buffers["buffer_group"].GetUint64(), 1U);
+  EXPECT_EQ(buffers["total_buffers"].GetUint64(), 2000U);
+  EXPECT_EQ(buffers["available_buffers"].GetUint64(), 1968U);
+  const auto& port = resources[4];
+  EXPECT_EQ(port["level"], "port");
+  EXPECT_EQ(port["port"], "fc3/2");
+  EXPECT_EQ(port["port_group"].GetUint64(), 1U);
+  EXPECT_EQ(port["buffer_group"].GetUint64(), 1U);
+  EXPECT_EQ(port["bb_credits"].GetUint64(), 16U);
+  EXPECT_EQ(port["performance_buffers"].GetUint64(), 0U);
+  EXPECT_EQ(port["bandwidth_mbps"].GetUint64(), 8000U);
+  EXPECT_EQ(port["rate_mode"], "dedicated");
+}
+
+TEST(ModuleResources, AreAnEmptyListWhenTheServiceFails) {
+  const outcome cut = run_shell_on(test_file("optics.yaml"),
+                                   {"--provoke", "port-manager=cut:14", "-c", "show module 3 resources | json"});
+  rapidjson::Document document;
+  document.Parse(cut.out.c_str());
+  ASSERT_FALSE(document.HasParseError());
+  EXPECT_EQ(document["resources"].Size(), 0U);
+  EXPECT_EQ(document["messages"].Size(), 1U);
+  EXPECT_EQ(cut.exit_code, 2);
+}
+
+TEST(ModuleResources, OfAnotherModuleAreOneSentence) {
+  for (const char* const pipe : {"", " | json"}) {
+    const outcome other = run_optics(std::string("show module 1 resources") + pipe);
+    EXPECT_EQ(other.err, "pmsh: module 1: 'show module resources' does not apply to this kind of module.\n");
+    EXPECT_EQ(other.exit_code, 3);
+    const outcome missing = run_optics(std::string("show module 9 resources") + pipe);
+    EXPECT_EQ(missing.err, "pmsh: no such module: 9. The modules of this switch are 1, 2, 3.\n");
+    EXPECT_EQ(missing.exit_code, 4);
+  }
 }
 
 // What a terminal shows of the temperature of a hot module.

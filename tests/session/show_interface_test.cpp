@@ -1,6 +1,9 @@
 // "show interface" on the small switch, as text: every kind of interface, and ranges.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "session/program.h"
 
 namespace session {
@@ -44,6 +47,15 @@ std::string shown_names(const std::string& text) {
     start = end + 1;
   }
   return names;
+}
+
+// The switch of these tests with an in-band interface.
+outcome run_on_all_kinds(const std::string& command) {
+  std::ifstream small(test_file("lab.yaml"));
+  std::filesystem::create_directories(state_directory());
+  const std::string file = state_directory() + "/all_kinds.yaml";
+  std::ofstream(file) << small.rdbuf() << "  - {range: sup-fc 0}\n";
+  return run_shell_on(file, {"-c", command});
 }
 
 TEST(ShowInterface, DetailedBlockOfASwitchedPort) {
@@ -118,11 +130,51 @@ TEST(ShowInterface, VirtualInterfaceNamesWhatItIsBoundTo) {
             "  Port mode is FA\n");
 }
 
-TEST(ShowInterface, KindWithoutADisplayIsToldByTheShell) {
+TEST(ShowInterface, DisplayThatDoesNotApplyIsOneSentenceOfTheShell) {
   const outcome result = run_command("show interface fc 2/9");
 
-  EXPECT_EQ(result.out, "fc2/9: there is no such display of this kind of interface\n");
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "pmsh: fc2/9: 'show interface' does not apply to this kind of interface.\n");
   EXPECT_EQ(result.exit_code, 3);
+}
+
+TEST(ShowInterface, DisplaysThatDoNotApplyToAKindAreOfOneForm) {
+  const std::pair<std::string, std::vector<std::string>> displays_of[] = {
+      {"mgmt 0",
+       {"counters brief", "counters trunk", "debounce", "flowcontrol", "ifindex", "status module 2", "transceiver",
+        "trunk", "trunk detail", "trunk errored"}},
+      {"ethernet 2/1", {"brief", "debounce", "ifindex", "trunk detail"}},
+      {"ethernet 2/1.5",
+       {"brief", "capabilities", "counters", "counters brief", "counters errors", "counters trunk",
+        "counters storm-control", "flowcontrol", "flowcontrol module 2", "mac-address", "transceiver",
+        "transceiver details", "trunk", "trunk allowed", "trunk errored"}},
+      {"port-channel 7", {"debounce", "ifindex", "status module 2", "transceiver", "transceiver calibrations"}},
+      {"loopback 0",
+       {"capabilities", "counters", "counters brief", "counters errors", "counters trunk", "counters storm-control",
+        "flowcontrol", "mac-address", "status err-disabled", "transceiver"}},
+      {"vethernet 1", {"brief", "capabilities", "counters brief", "transceiver", "trunk detail"}},
+      {"in-band", {"brief", "status", "status up", "description", "mac-address", "counters errors", "trunk"}},
+      {"fc 2/9", {"status", "counters", "trunk", "flowcontrol module 2"}},
+  };
+  const auto name_of = [](const std::string& range) {
+    std::string name = range == "in-band" ? "sup-fc0" : range;
+    if (name.starts_with("ethernet") || name.starts_with("vethernet")) name[0] = static_cast<char>(name[0] - 'a' + 'A');
+    std::erase(name, ' ');
+    return name;
+  };
+  for (const auto& [range, displays] : displays_of) {
+    for (const std::string& display : displays) {
+      const std::string words = display.substr(0, display.find(" 2"));
+      const std::string sentence =
+          name_of(range) + ": 'show interface " + words + "' does not apply to this kind of interface.";
+      for (const char* const pipe : {"", " | json"}) {
+        const outcome result = run_on_all_kinds("show interface " + range + " " + display + pipe);
+        EXPECT_EQ(result.err, "pmsh: " + sentence + "\n") << range << " " << display << pipe;
+        EXPECT_EQ(result.exit_code, 3) << range << " " << display << pipe;
+        if (*pipe == 0) EXPECT_EQ(result.out, "");
+      }
+    }
+  }
 }
 
 TEST(ShowInterface, AllInterfacesStandInNaturalOrderSubInterfacesBehindTheirPort) {

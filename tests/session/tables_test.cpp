@@ -92,9 +92,8 @@ TEST(Tables, StatusFiltersKeepTheirInterfaces) {
 TEST(Tables, ModuleFilterKeepsThePortsOfTheModule) {
   EXPECT_EQ(names_in(text_of("show interface status module 1")), "Eth1/1 Eth1/2 Eth1/3 Eth1/4 Eth1/10 ");
   EXPECT_EQ(names_in(text_of("show interface status module 2")), "Eth2/1 Eth2/1.5 Eth2/2 Eth2/3 ");
-  EXPECT_EQ(text_of("show interface status module 3"), kStatusHeader);
-  EXPECT_EQ(text_of("show interface ethernet 1/1, ethernet 2/2, port-channel 7 status module 1"),
-            std::string(kStatusHeader) + kUp);
+  EXPECT_EQ(text_of("show interface ethernet 1/1 status module 2"), kStatusHeader);
+  EXPECT_EQ(text_of("show interface ethernet 1/1, ethernet 2/2 status module 1"), std::string(kStatusHeader) + kUp);
 }
 
 TEST(Tables, ErrorDisabledPortsShowTheirReason) {
@@ -154,7 +153,7 @@ TEST(Tables, DisplaysOfOneKindVisitThatKindOnly) {
 }
 
 TEST(Tables, CapabilitiesOfPortsComeFromTheirLineCard) {
-  EXPECT_EQ(text_of("show interface ethernet 1/1, ethernet 2/1.5 capabilities"),
+  EXPECT_EQ(text_of("show interface ethernet 1/1 capabilities"),
             "Ethernet1/1\n"
             "  Model:                 COPPER\n"
             "  Type (Non SFP):        10/100/1000BaseT\n"
@@ -205,32 +204,43 @@ TEST(Tables, HeaderStandsOnceForAGroupOfKinds) {
 }
 
 TEST(Tables, ColumnHeaderIsLeftOutForSubInterfacesWhereTheirTableHasNone) {
-  EXPECT_EQ(text_of("show interface ethernet 2/1.5 mac-address"), "");
   EXPECT_EQ(names_in(text_of("show interface ethernet 2/1.5 status")), "Eth2/1.5 ");
 }
 
-TEST(Tables, NamedInterfaceGoesToItsDisplayEvenWhenItHasNoRow) {
+TEST(Tables, NamedInterfaceWithoutTheTableIsNamedAndTheOthersAreShown) {
   const outcome result = run("show interface ethernet 2/1, ethernet 1/1 brief");
 
-  EXPECT_EQ(result.out, std::string(kBriefHeader) +
-                            "error: invalid if index type(26)\n"
-                            "Ethernet1/1              up         --                1000     1500  \n");
+  EXPECT_EQ(result.out,
+            std::string(kBriefHeader) + "Ethernet1/1              up         --                1000     1500  \n");
+  EXPECT_EQ(result.err, "pmsh: Ethernet2/1: 'show interface brief' does not apply to this kind of interface.\n");
   EXPECT_EQ(result.exit_code, 3);
 }
 
-TEST(Tables, KindThatADisplayRefusesIsWithoutIt) {
-  for (const char* const command : {"show interface vethernet 1 brief", "show interface port-channel 7 transceiver"}) {
-    const outcome result = run(command);
-    EXPECT_NE(result.out.find("error: invalid if index type("), std::string::npos) << result.out;
-    EXPECT_EQ(result.exit_code, 3) << command;
+TEST(Tables, NamesOfSatellitePortsAreDistinctInEveryTable) {
+  for (const char* const display :
+       {"status", "counters", "counters errors", "counters trunk", "counters storm-control", "flowcontrol"}) {
+    const std::string command = std::string("show interface ethernet 101/1/1, 101/1/10-12 ") + display;
+    const outcome result = run_shell_on(shipped_switch("campus.yaml"), {"-c", command});
+    for (const char* const port : {"101/1/1 ", "101/1/10 ", "101/1/11 ", "101/1/12 "})
+      EXPECT_NE(result.out.find(port), std::string::npos) << display << ": " << port << result.out;
   }
 }
 
-TEST(Tables, KindWithoutATableIsToldByTheShell) {
-  const outcome result = run_command("show interface fc 2/9 status");
+TEST(Tables, FilterThatPassesNoInterfaceIsAnAnswer) {
+  const outcome result = run("show interface ethernet 1/1 status down");
 
-  EXPECT_EQ(result.out, "fc2/9: there is no such display of this kind of interface\n");
-  EXPECT_EQ(result.exit_code, 3);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.exit_code, 0);
+}
+
+TEST(Tables, ModuleThatIsNotThereIsNamed) {
+  for (const char* const command :
+       {"show interface status module 9", "show interface ethernet 1/1 flowcontrol module 9",
+        "show interface counters errors module 9", "show interface trunk detail module 9 | json"}) {
+    const outcome result = run(command);
+    EXPECT_EQ(result.err, "pmsh: no such module: 9. The modules of this switch are 1, 2.\n") << command;
+    EXPECT_EQ(result.exit_code, 4) << command;
+  }
 }
 
 TEST(Tables, AbbreviationsMeanTheSame) {
@@ -288,7 +298,7 @@ TEST(StructuredTables, FilteredInterfacesHaveNoRecord) {
   EXPECT_EQ(names_in(json_of("show interface status down")), "Ethernet1/2 ");
   EXPECT_EQ(names_in(json_of("show interface status module 1")),
             "Ethernet1/1 Ethernet1/2 Ethernet1/3 Ethernet1/4 Ethernet1/10 ");
-  EXPECT_EQ(names_in(json_of("show interface status module 3")), "");
+  EXPECT_EQ(names_in(json_of("show interface ethernet 1/1 status module 2")), "");
 }
 
 TEST(StructuredTables, SmallTablesHaveTheirFields) {

@@ -107,8 +107,8 @@ void command_output::bind_unknown(const cmd_tuple_t& tuple) {
   if (document_ && document_->bind_unknown(tuple)) gather_->set_bound();
 }
 
-void command_output::complain(std::string_view text) {
-  if (document_) document_->add_message(text, importance::error);
+void command_output::complain(std::string_view text, std::string_view interface_name) {
+  if (document_) document_->add_message(text, importance::error, interface_name);
   print_complaint(text);
 }
 

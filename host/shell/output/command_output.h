@@ -74,8 +74,9 @@ class command_output {
   // Plain text with any number of lines.
   void text(std::string_view text) { gather_->text(text); }
 
-  // An error of the shell itself, one line: to standard error, or into the document, or to the sink that takes errors.
-  void complain(std::string_view text);
+  // An error of the shell itself, one line: to standard error and into the document, or to the sink that takes errors.
+  // `interface_name` is what it is about in the document; empty: no interface, or that of the record.
+  void complain(std::string_view text, std::string_view interface_name = {});
 
   // The exit code of the command, for the document.
   void set_exit_code(int code) { exit_code_ = code; }

@@ -365,8 +365,8 @@ void document::end_record(const std::optional<traffic_rates>* rates) {
   write_record(rates);
 }
 
-bool document::add_message(std::string_view text, importance how) {
-  record_is_empty_ = false;
+bool document::add_message(std::string_view text, importance how, std::string_view interface_name) {
+  if (!shown_.repeats) record_is_empty_ = false;  // those records are about no interface
   if (messages_.size() > kMostMessageBytes) {
     if (lost_messages_) return false;
     lost_messages_ = true;
@@ -375,7 +375,8 @@ bool document::add_message(std::string_view text, importance how) {
   }
   messages_ += messages_.empty() ? "\n" : ",\n";
   json_writer json(messages_);
-  write_message(json, record_open_ ? std::string_view(record_name_) : std::string_view(), how, text);
+  if (interface_name.empty() && record_open_) interface_name = record_name_;
+  write_message(json, interface_name, how, text);
   return !lost_messages_;
 }
 

@@ -62,9 +62,9 @@ class document {
   // The same of a value that is not known: it stays null.
   bool bind_unknown(const cmd_tuple_t& tuple);
 
-  // A sentence; it belongs to the record that is open, if any. False when the document holds so many already that this
-  // one is left out; its last one says so.
-  bool add_message(std::string_view text, importance how = importance::info);
+  // A sentence of an interface; without its name that of the record that is open, if any. False when the document holds
+  // so many already that this one is left out; its last one says so.
+  bool add_message(std::string_view text, importance how = importance::info, std::string_view interface_name = {});
 
   // Writes what is left: messages, exit code and the end.
   void end(int exit_code);

@@ -81,11 +81,17 @@ void append_enum(std::string& to, const cmd_tuple_t& tuple) {
   append_printable(to, text);
 }
 
+bool is_of_satellite(if_index_t if_index) {
+  if_index_type_t type = IF_TYPE_NONE;
+  return if_index_get_type(if_index, &type) == 0 && type == IF_TYPE_SATELLITE;
+}
+
 void append_interface_name(std::string& to, if_index_t if_index, bool short_name, std::size_t fit) {
   char name[64] = {};
   if (!short_name) sprintf_if_index(name, if_index);
   if (short_name || std::strlen(name) > fit) snprintf_if_index_short(name, sizeof name, if_index);
-  append_printable(to, name);
+  const bool is_number = std::strlen(name) > fit && is_of_satellite(if_index);
+  append_printable(to, is_number ? std::strpbrk(name, "0123456789") : name);
 }
 
 void append_mac(std::string& to, const uint8* bytes) {
@@ -145,7 +151,8 @@ std::vector<std::string> all_words(enum_words words) {
   for (uint32 bit = kMostValues; bit != 0; bit <<= 1) values.push_back(bit);  // port modes
   for (const uint32 value : values) {
     const char* const text = enum_text(words, value);
-    if (text != nullptr && std::find(texts.begin(), texts.end(), text) == texts.end()) texts.emplace_back(text);
+    const bool is_word = text != nullptr && !std::string_view(text).starts_with("Unknown(");
+    if (is_word && std::find(texts.begin(), texts.end(), text) == texts.end()) texts.emplace_back(text);
   }
   return texts;
 }

@@ -55,7 +55,8 @@ std::optional<severity> severity_of_mark(uint32 mark);
 std::optional<severity> severity_of_mark(const cmd_tuple_t& tuple);
 
 // Appends the text of a tuple. Interface names are short when `short_names` is set, or when the full one is longer than
-// `fit` characters. Texts are made printable.
+// `fit` characters; those of satellite ports are their number when the short one is longer, too. Texts are made
+// printable.
 void append_tuple_text(std::string& to, const cmd_tuple_t& tuple, bool short_names, std::size_t fit);
 
 }  // namespace host

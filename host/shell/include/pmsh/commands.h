@@ -46,8 +46,9 @@ typedef struct pmsh_field_t {
 
 /* Flags of a command. */
 enum {
-  PMSH_REPLACES = 1,        /* shows the kinds of an existing command of the same words in its place               */
-  PMSH_STRUCTURED_ONLY = 2, /* with PMSH_REPLACES: only with `| json`; the text is still that of the other command */
+  PMSH_REPLACES = 1,          /* shows the kinds of an existing command of the same words in its place               */
+  PMSH_STRUCTURED_ONLY = 2,   /* with PMSH_REPLACES: only with `| json`; the text is still that of the other command */
+  PMSH_NO_SUB_INTERFACES = 8, /* a new command with RANGE: it does not apply to sub-interfaces of its kinds */
   PMSH_LIST = 4 /* without RANGE: the document has a list of records, of the display's name. A value that is bound again
                    begins the next one; lines of the channel that bind none are layout and no messages. */
 };

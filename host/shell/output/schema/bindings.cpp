@@ -619,6 +619,19 @@ constexpr binding kBindings[] = {
     {kTagRowInterface, row_of(property::interface), kOverviewDisplay | kPanelDisplay},
     {kTagRowUnit, kRowUnit, kPanelDisplay},
     {kTagRowModule, kRowModule, kPanelDisplay},
+    // Resources of a module.
+    {kTagResourceLevel, kRowLevel, kModuleResourcesDisplay},
+    {kTagResourcePort, kRowPort, kModuleResourcesDisplay},
+    {kTagResourcePortGroup, kRowPortGroup, kModuleResourcesDisplay},
+    {kTagResourceBufferGroup, kRowBufferGroup, kModuleResourcesDisplay},
+    {kTagResourceBbCredits, kRowBbCredits, kModuleResourcesDisplay},
+    {kTagResourceTotalBuffers, kRowTotalBuffers, kModuleResourcesDisplay},
+    {kTagResourceAvailableBuffers, kRowAvailableBuffers, kModuleResourcesDisplay},
+    {kTagResourcePerformanceBuffers, kRowPerformanceBuffers, kModuleResourcesDisplay},
+    {kTagResourceAvailablePerformanceBuffers, kRowAvailablePerformanceBuffers, kModuleResourcesDisplay},
+    {kTagResourceBandwidth, kRowBandwidth, kModuleResourcesDisplay},
+    {kTagResourceAvailableBandwidth, kRowAvailableBandwidth, kModuleResourcesDisplay},
+    {kTagResourceRateMode, row_of(property::rate_mode), kModuleResourcesDisplay},
 };
 // clang-format on
 

@@ -317,6 +317,19 @@ constexpr field kFields[] = {
     // Where a port is.
     {property::none, "unit", integer, "", "Unit", "Satellite unit of the port; null in the switch itself"},
     {property::none, "module", integer, "", "Module", "Module of the port"},
+
+    // Resources of a module.
+    {property::none, "level", text, "", "Level", "What the record is about: \"module\", \"port group\", \"buffer group\" or \"port\""},
+    {property::none, "port", interface_name, "", "Port", "Full name of the port"},
+    {property::none, "port_group", integer, "", "Port group", "Number of the port group, or of the one that it is in"},
+    {property::none, "buffer_group", integer, "", "Buffer group", "Number of the buffer group, or of the one that it is in"},
+    {property::none, "bb_credits", integer, "credits", "Buffer credits", "Buffer-to-buffer credits of the port"},
+    {property::none, "total_buffers", integer, "buffers", "Total buffers", "Buffers of the group"},
+    {property::none, "available_buffers", integer, "buffers", "Available buffers", "Buffers that no port uses"},
+    {property::none, "performance_buffers", integer, "buffers", "Performance buffers", "Performance buffers of the group or the port"},
+    {property::none, "available_performance_buffers", integer, "buffers", "Available performance buffers", "Performance buffers that no port uses"},
+    {property::none, "bandwidth_mbps", integer, "Mbit/s", "Bandwidth", "Bandwidth of the group or the port"},
+    {property::none, "available_bandwidth_mbps", integer, "Mbit/s", "Available bandwidth", "Bandwidth that no port uses"},
 };
 // clang-format on
 

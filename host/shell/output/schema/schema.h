@@ -86,7 +86,8 @@ enum display_bit : uint64 {
   kChangesDisplay = 1 << 29,
   kOverviewDisplay = 1 << 30,
   kPanelDisplay = uint64{1} << 31,
-  kLastDisplay = kPanelDisplay,
+  kModuleResourcesDisplay = uint64{1} << 32,
+  kLastDisplay = kModuleResourcesDisplay,
 };
 
 struct field {
@@ -116,6 +117,17 @@ enum : uint16 {
   kRowAfter,
   kRowUnit,
   kRowModule,
+  kRowLevel,
+  kRowPort,
+  kRowPortGroup,
+  kRowBufferGroup,
+  kRowBbCredits,
+  kRowTotalBuffers,
+  kRowAvailableBuffers,
+  kRowPerformanceBuffers,
+  kRowAvailablePerformanceBuffers,
+  kRowBandwidth,
+  kRowAvailableBandwidth,
   kNumOwnRows
 };
 
@@ -159,6 +171,22 @@ enum : uint16 {
   kTagRowInterface,
   kTagRowUnit,
   kTagRowModule,
+};
+
+// Tags of the resources of modules, below those.
+enum : uint16 {
+  kTagResourceLevel = 0x07E0,
+  kTagResourcePort,
+  kTagResourcePortGroup,
+  kTagResourceBufferGroup,
+  kTagResourceBbCredits,
+  kTagResourceTotalBuffers,
+  kTagResourceAvailableBuffers,
+  kTagResourcePerformanceBuffers,
+  kTagResourceAvailablePerformanceBuffers,
+  kTagResourceBandwidth,
+  kTagResourceAvailableBandwidth,
+  kTagResourceRateMode,
 };
 
 // All fields, in the order of a record.
