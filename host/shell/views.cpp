@@ -25,7 +25,8 @@ constexpr if_index_type_t kWithTraffic[] = {
     IF_TYPE_MGMT,         IF_TYPE_ETHERNET,  IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE, IF_TYPE_ETH_PORT_CHANNEL,
     IF_TYPE_PORT_CHANNEL, IF_TYPE_VETHERNET, IF_TYPE_INBAND};
 constexpr if_index_type_t kBriefRows[] = {IF_TYPE_MGMT,     IF_TYPE_ETHERNET,         IF_TYPE_SATELLITE,
-                                          IF_TYPE_LOOPBACK, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
+                                          IF_TYPE_LOOPBACK, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL,
+                                          IF_TYPE_INBAND};
 constexpr if_index_type_t kInModules[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3};
 constexpr if_index_type_t kEthernet[] = {IF_TYPE_ETHERNET};
 constexpr if_index_type_t kWithCapabilities[] = {IF_TYPE_MGMT, IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE,
@@ -58,7 +59,7 @@ constexpr table_headers kTrunkCounters = {&library::ethernet_header, nullptr, nu
 constexpr view kViews[] = {
     {DISPLAY_DETAIL, kWithInband, kNone},
     {COMPUTED_DETAILED_VIEW, kWithInband, kNone},
-    {DISPLAY_STATUS, kAll, kCommon},
+    {DISPLAY_STATUS, kWithInband, kCommon},
     {DISPLAY_DESCRIPTION, kAll, kDescription},
     {DISPLAY_BRIEF, kBriefRows, kBrief},
     {DISPLAY_TRANSCEIVER, kWithOptics, kNone},
