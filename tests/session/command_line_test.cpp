@@ -43,6 +43,7 @@ TEST(CommandLine, ControlBytesOfATypedWordAreShownAsText) {
 
 TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
   EXPECT_EQ(run_command("show ?").out,
+            "  changes         What was changed in this session\n"
             "  interface       Interfaces: settings, state and traffic\n"
             "  kernel-map      Devices of the kernel\n"
             "  module          A module, or only its ports\n"

@@ -251,20 +251,10 @@ TEST(StructuredCounters, RatesAreNumbers) {
   const auto document = json_of("show interface ethernet 2/1 counters brief");
   const auto& port = document["interfaces"][0];
   EXPECT_EQ(document["messages"].Size(), 0U);
-  EXPECT_EQ(port["load_interval_seconds"].GetUint64(), 300U);
-  EXPECT_EQ(port["input_bits_per_second"].GetUint64(), 10'000'000U);
   EXPECT_EQ(port["input_megabytes_per_second"].GetUint64(), 1U);
   EXPECT_EQ(port["input_packets_per_second"].GetUint64(), 1000U);
   EXPECT_EQ(port["output_megabytes_per_second"].GetUint64(), 2U);
   EXPECT_EQ(port["output_packets_per_second"].GetUint64(), 2000U);
-}
-
-TEST(StructuredCounters, ALoopbackHasTheCountersOfItsTextAmongRates) {
-  const auto document = json_of("show interface loopback 3 counters brief");
-  const auto& loopback = document["interfaces"][0];
-  EXPECT_EQ(loopback["input_packets"].GetUint64(), 5U);
-  EXPECT_EQ(loopback["output_bytes"].GetUint64(), 400U);
-  EXPECT_TRUE(loopback["load_interval_seconds"].IsNull());
 }
 
 TEST(StructuredCounters, LevelsHaveFractions) {
