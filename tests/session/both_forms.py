@@ -51,19 +51,22 @@ ELSEWHERE = {
     "media_type": "the table of states has it of the line card's ports only",
     "input_trunk_packets": "the table of trunks has none of loopbacks",
     "output_trunk_packets": "the same",
+    "input_packets_per_second": "the brief table has averages of the last half minute",
+    "output_packets_per_second": "the same",
 }
 
 KINDS = {"Eth": "Ethernet", "Po": "port-channel", "Lo": "loopback"}
 TOKEN = re.compile(r"""
     (?P<mac>\b[0-9a-f]{4}\.[0-9a-f]{4}\.[0-9a-f]{4}\b)
   | (?P<ipv4>\b\d+\.\d+\.\d+\.\d+\b)
+  | (?P<satellite>^\d+/\d+/\d+\b)
   | (?P<name>\b(?:Ethernet|Eth|port-channel|Po|loopback|Lo|mgmt|Vethernet|fc)(?:\d+/)*\d+(?:\.\d+)?\b)
   | (?P<hex>\b0x[0-9a-f]+\b)
   | (?P<weeks>\d+week\(s\)\ \d+day\(s\))
   | (?P<days>\b\d+d\d\dh\b)
   | (?P<clock>\b\d\d:\d\d:\d\d\b)
   | (?P<average>\b\d+\ (?:minute|second)s?\b)
-  | (?P<number>-?\d+(?:\.\d+)?)""", re.VERBOSE)
+  | (?P<number>-?\d+(?:\.\d+)?)""", re.VERBOSE | re.MULTILINE)
 
 
 def full_name(name):
@@ -75,6 +78,8 @@ def value_of(kind, text):
     """A token in the form in which records are searched."""
     if kind == "name":
         return full_name(text)
+    if kind == "satellite":  # where its short name does not fit
+        return "Ethernet" + text
     if kind == "number":
         return float(text) if "." in text else int(text)
     if kind == "hex":
