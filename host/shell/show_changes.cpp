@@ -1,6 +1,5 @@
 // "show changes": what this session changed, as commands, with what was before.
 #include <algorithm>
-#include <ctime>
 #include <deque>
 #include <map>
 #include <sstream>
@@ -12,6 +11,7 @@
 #include "shell/interface_kinds.h"
 #include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
+#include "shell/output/rendering.h"
 #include "shell/output/schema/schema.h"
 #include "shell/running_config.h"
 #include "shell/shell.h"
@@ -72,14 +72,6 @@ std::map<if_index_t, difference> differences(const std::deque<change_step>& step
   return found;
 }
 
-std::string time_text(uint32 at_sec) {
-  const std::time_t moment = at_sec;
-  std::tm parts{};
-  gmtime_r(&moment, &parts);
-  char text[32];
-  return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts)};
-}
-
 // Ports with the same difference together, in the order of the first of each.
 std::vector<std::pair<difference, std::vector<if_index_t>>> grouped(const std::map<if_index_t, difference>& found) {
   std::vector<std::pair<difference, std::vector<if_index_t>>> groups;
@@ -94,7 +86,7 @@ std::vector<std::pair<difference, std::vector<if_index_t>>> grouped(const std::m
 
 void print_step(command_output& output, std::size_t number, const change_step& step, const std::string& user,
                 const std::map<if_index_t, difference>& found) {
-  output.text(std::to_string(number) + "  " + time_text(step.at_sec) + "  " + user + (user.empty() ? "" : "  ") +
+  output.text(std::to_string(number) + "  " + utc_text(step.at_sec) + "  " + user + (user.empty() ? "" : "  ") +
               step.command + "\n");
   for (const auto& [made, ports] : grouped(found)) {
     output.text("     " + range_text(ports) + "\n");
@@ -117,7 +109,7 @@ void record_step(command_output& output, std::size_t number, const change_step& 
     output.begin_interface(sprintf_if_index(name, if_index));
     const auto counted = static_cast<uint32>(number);
     output.bind({uint32{CMD_TYPE_UINT32} << 24 | kTagChangeStep, &counted});
-    bind_text(kTagChangedAt, time_text(step.at_sec));
+    bind_text(kTagChangedAt, utc_text(step.at_sec));
     bind_text(kTagChangeUser, user);
     bind_text(kTagChangeCommand, step.command);
     bind_text(kTagChangeBefore, joined(made.before));

@@ -32,13 +32,6 @@ std::string_view text_of(absence why) {
   return {};
 }
 
-std::string utc_text(std::time_t moment) {
-  std::tm parts{};
-  gmtime_r(&moment, &parts);
-  char text[32];
-  return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts)};
-}
-
 // What the library prints for a value that is absent.
 bool is_placeholder(std::string_view text) { return text.empty() || text == "--"; }
 

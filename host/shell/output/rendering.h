@@ -1,6 +1,7 @@
 // Bound values as text.
 #pragma once
 
+#include <ctime>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -44,6 +45,9 @@ std::vector<std::string> all_words(enum_words words);
 // "021c.7340.0202" of six bytes, and "198.51.100.1" of four in network order.
 std::string text_of_mac(const uint8* bytes);
 std::string text_of_ipv4(const uint8* bytes);
+
+// A moment as RFC 3339 has it, in UTC: "2026-01-31T23:59:59Z".
+std::string utc_text(std::time_t moment);
 
 // True when the tuple is bound to a text: by its code, or because its field is one.
 bool is_string(const cmd_tuple_t& tuple);
