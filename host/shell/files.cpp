@@ -50,6 +50,11 @@ int write_in_place(const std::string& path, std::string_view text) {
   return file.descriptor < 0 ? errno : write_all(file.descriptor, text);
 }
 
+bool is_standard_output(const struct stat& file) {
+  struct stat output {};
+  return fstat(STDOUT_FILENO, &output) == 0 && output.st_dev == file.st_dev && output.st_ino == file.st_ino;
+}
+
 // The mode that a new file gets.
 mode_t new_mode() {
   const mode_t mask = umask(0);
@@ -88,11 +93,13 @@ int replace(const std::string& path, std::string_view text, const struct stat* o
 }  // namespace
 
 int write_file(const std::string& path, std::string_view text) {
-  const std::string target = follow_links(path);
-  if (target.empty()) return errno;
   struct stat old {};
-  if (stat(target.c_str(), &old) != 0) return errno == ENOENT ? replace(target, text, nullptr) : errno;
-  return S_ISREG(old.st_mode) ? replace(target, text, &old) : write_in_place(target, text);
+  const bool exists = stat(path.c_str(), &old) == 0;
+  if (!exists && errno != ENOENT) return errno;
+  if (exists && is_standard_output(old)) return write_all(STDOUT_FILENO, text);
+  if (exists && !S_ISREG(old.st_mode)) return write_in_place(path, text);
+  const std::string target = follow_links(path);
+  return target.empty() ? errno : replace(target, text, exists ? &old : nullptr);
 }
 
 bool is_regular_file(const std::string& path) {

@@ -7,10 +7,9 @@
 
 namespace host {
 
-// Writes a text to a file. Links are followed. A regular file is replaced at once: whoever opens it, at any moment,
-// sees all of the text or all of what was there before, also when this process is killed; it keeps its mode and its
-// owner. What is no regular file (a device, a pipe) is written to. Returns 0 or an errno; ENXIO for a pipe that no
-// process reads.
+// Writes a text to a file. Links are followed. A regular file is replaced as a whole: a reader sees all of the text or
+// all of the old file, also when this process is killed; it keeps its mode and its owner. A device, a pipe, and the
+// standard output under any of its names are written to. Returns 0 or an errno; ENXIO for a pipe that no process reads.
 int write_file(const std::string& path, std::string_view text);
 
 // Whether there is a regular file with this name.

@@ -414,6 +414,14 @@ TEST(Configure, TheLastChangeIsTakenBack) {
   EXPECT_EQ(result.err, "");
 }
 
+TEST(Configure, TheStandardOutputIsWrittenToUnderAnyName) {
+  const std::string expected = run_lines("show running-config\n").out;
+  EXPECT_EQ(run_lines("copy running-config -\n").out, expected);
+  const outcome result = run_lines("copy running-config /dev/stdout\n");
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.out, expected + "Written to /dev/stdout.\n");
+}
+
 TEST(Configure, AFileEndsWithTheFirstFailure) {
   const file_of_test file("! a comment\nconfigure\n\ninterface ethernet 1/1\nswitchport mtu 99999\nshutdown\n");
   const outcome result = run_shell_on(kSwitch, {"-f", file.path, "-c", "show running-config"});
