@@ -93,11 +93,12 @@ void create_deleted(const change_step& step, machine& of, changes_back& made) {
 
 void restore_settings(const change_step& step, machine& of, changes_back& made) {
   for (const auto& [if_index, before] : step.before) {
-    interface& port = *of.find(if_index);
-    const port_settings now = port;
-    put_back(port, before);
-    const uint32 status = the_source().apply_settings(port, now);
-    if (status != 0) put_back(port, now);
+    interface* const port = of.find(if_index);
+    if (port == nullptr) continue;  // created by the same command, and deleted by now
+    const port_settings now = *port;
+    put_back(*port, before);
+    const uint32 status = the_source().apply_settings(*port, now);
+    if (status != 0) put_back(*port, now);
     add_result(made, if_index, status);
   }
 }
