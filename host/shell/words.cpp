@@ -41,7 +41,8 @@ std::string escapes() {
   return text + "\\xHH";
 }
 
-// Appends the byte of an escape behind its backslash; returns how many characters it has, 0 when it is none.
+// Appends the byte of an escape, which begins after its backslash; returns how many characters it has, 0 when it is
+// none.
 std::size_t read_escape(std::string_view escape, std::string& to) {
   if (escape.empty()) return 0;
   const auto* const known = std::find_if(std::begin(kEscapes), std::end(kEscapes),

@@ -34,7 +34,7 @@ struct ip_address {
 // What a port can do, as its line card knows it.
 struct port_capabilities {
   std::string model;
-  std::string type;                                 // media type; empty for a port whose transceiver tells
+  std::string type;                                 // media type; empty where the transceiver decides
   std::optional<uint8> speeds = uint8{0};           // CRDCFG_SPEED_*
   std::optional<uint8> duplexes = uint8{0};         // CRDCFG_DUPLEX_*
   std::optional<uint8> rx_flow_control = uint8{0};  // CRDCFG_FLOW_*

@@ -268,7 +268,7 @@ TEST(Channel, TextAloneIsNoFailure) {
   EXPECT_FALSE(command.output().end_interface());
 }
 
-// A mark is coloured where its value is bound, whatever else stands in the line.
+// A mark is coloured where its value is bound, whatever else the line contains.
 TEST(Channel, BoundMarksAreColoured) {
   host::output_settings settings;
   settings.coloured = true;

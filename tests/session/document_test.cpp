@@ -250,7 +250,7 @@ TEST(Schema, KeysAreLowerCaseAndEveryTagHasAField) {
   EXPECT_EQ(host::find_binding(0xFFFF), nullptr);
 }
 
-// How a unit stands at the end of a key. Of two ends that fit the first counts.
+// The ends of keys that name a unit. Of two that fit, the first counts.
 struct unit_of_key {
   std::string_view end;
   std::string_view unit;

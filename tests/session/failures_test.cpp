@@ -57,7 +57,7 @@ account account_after(std::vector<std::string> arguments) {
           counts["dropped_twice"].GetUint64(), counts["never_dropped"].GetUint64()};
 }
 
-// An address that nobody told looks like none in the text.
+// A missing answer about addresses reads like no address in the text.
 TEST(Failures, OfWhichTheTextSaysNothingAreNamed) {
   const char* const command = "show interface ethernet 1/1, loopback 0 brief";
   const outcome some = run_shell({"--provoke", "ip=lost", "-c", command});

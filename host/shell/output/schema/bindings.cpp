@@ -531,7 +531,7 @@ constexpr binding kBindings[] = {
     {tag::transceiver_vendor_id, row_of(property::vendor_id), kTransceivers | kCalibrationDisplay, as_text},
     {tag::transceiver_extended_id, row_of(property::extended_id), kTransceivers | kCalibrationDisplay},
 
-    // What it measures, and how that stands to its limits.
+    // Readings, and marks for those beyond their limits.
     {tag::transceiver_temperature, row_of(property::temperature_c), kTransceivers},
     {tag::transceiver_temperature_mark, row_of(property::temperature_mark), kTransceivers},
     {tag::transceiver_temperature_high_alarm, row_of(property::temperature_high_alarm_c), kTransceiverDetailsDisplay},
