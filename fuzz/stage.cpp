@@ -37,7 +37,7 @@ void make_switch() {
   host::interface port;
   port.if_index = the_port = host::index_of(IF_TYPE_ETHERNET, {.slot = 1, .port = 1});
   port.module_in_port = host::transceiver{.supported = true, .type = 1};
-  port.channel = the_channel = host::index_of(IF_TYPE_ETH_PORT_CHANNEL, {.port = 5});
+  port.settings.channel = the_channel = host::index_of(IF_TYPE_ETH_PORT_CHANNEL, {.port = 5});
   machine.add(port);
   host::interface channel;
   channel.if_index = the_channel;

@@ -10,11 +10,11 @@ namespace host {
 // make it so. The change is noted. A port that refuses is as it was.
 template <typename Apply>
 uint32 change_settings(interface& port, Apply apply) {
-  const port_settings before = port;
+  const port_settings before = port.settings;
   note_change(port);
   if (const uint32 status = apply(port); status != 0) return status;
   const uint32 refused = the_source().apply_settings(port, before);
-  if (refused != 0) static_cast<port_settings&>(port) = before;
+  if (refused != 0) port.settings = before;
   return refused;
 }
 

@@ -15,16 +15,16 @@ reply answer_value(std::span<const std::byte> bytes, Member member) {
   if (!request) return reject();
   const interface* const found = std::as_const(the_machine()).find(request->if_index);
   if (found == nullptr) return answer_record(if_value{PM_ERR_NO_SUCH_INTERFACE, 0});
-  return answer_record(if_value{0, known_or_zero(found->*member)});
+  return answer_record(if_value{0, known_or_zero(found->settings.*member)});
 }
 
 }  // namespace
 
 reply serve_interface_manager(mts_opc_t opcode, std::span<const std::byte> request) {
   switch (opcode) {
-    case IM_OPC_LAYER_MODE: return answer_value(request, &interface::layer);
-    case IM_OPC_NATIVE_VLAN: return answer_value(request, &interface::native_vlan);
-    case IM_OPC_ACCESS_VLAN: return answer_value(request, &interface::access_vlan);
+    case IM_OPC_LAYER_MODE: return answer_value(request, &port_settings::layer);
+    case IM_OPC_NATIVE_VLAN: return answer_value(request, &port_settings::native_vlan);
+    case IM_OPC_ACCESS_VLAN: return answer_value(request, &port_settings::access_vlan);
     default: return reject();
   }
 }

@@ -77,8 +77,8 @@ syserr_t refusal_of_sub_interfaces(const index_range& range) {
   uint16 highest = 0;
   if_index_get_sub_intf(range.high, &highest);
   if (highest == MAX_SUB_INTERFACE) return PM_ERR_SUB_INTERFACE_INTERNAL;
-  if (parent->channel != 0) return PM_ERR_PORT_IN_CHANNEL;
-  if (parent->layer != IF_LAYER_2 || the_source().allows_sub_interfaces_of_switched_ports()) return 0;
+  if (parent->settings.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
+  if (parent->settings.layer != IF_LAYER_2 || the_source().allows_sub_interfaces_of_switched_ports()) return 0;
   return PM_ERR_SUB_INTERFACE_ON_L2;
 }
 

@@ -88,30 +88,39 @@ std::optional<uint64> widened(uint64 value) { return value; }
 
 // ---- Members of the model that are shown as they are ----------------------------------------------------------------
 
+// A member of the port, or of its settings.
+template <auto Member>
+const auto& member_of(const interface& port) {
+  if constexpr (requires { port.*Member; })
+    return port.*Member;
+  else
+    return port.settings.*Member;
+}
+
 template <auto Member>
 void own_number(subject& it, property of, value_writer& to) {
-  write_number(of, widened(it.port.*Member), to);
+  write_number(of, widened(member_of<Member>(it.port)), to);
 }
 
 template <auto Member>
 void own_text(subject& it, property of, value_writer& to) {
-  write_text(of, it.port.*Member, to);
+  write_text(of, member_of<Member>(it.port), to);
 }
 
 template <auto Member>
 void own_interface(subject& it, property of, value_writer& to) {
-  write_interface(of, it.port.*Member, to);
+  write_interface(of, member_of<Member>(it.port), to);
 }
 
 template <auto Member>
 void own_mac(subject& it, property of, value_writer& to) {
-  to.mac(of, it.port.*Member);
+  to.mac(of, member_of<Member>(it.port));
 }
 
 // A number of which 0 says that there is none.
 template <auto Member>
 void own_number_but_zero(subject& it, property of, value_writer& to) {
-  const auto value = widened(it.port.*Member);
+  const auto value = widened(member_of<Member>(it.port));
   if (value == 0U)
     to.absent(of, absence::none);
   else
@@ -185,7 +194,7 @@ void read_hardware(subject& it, property of, value_writer& to) {
 // Switched interfaces use the address that they were made with, routed ones their router's.
 void read_address(subject& it, property of, value_writer& to) {
   const bool is_always_switched = it.is_any_of({IF_TYPE_ETHERNET, IF_TYPE_SATELLITE});
-  to.mac(of, is_always_switched || it.port.layer == IF_LAYER_2 ? it.port.burned_in_mac : it.port.router_mac);
+  to.mac(of, is_always_switched || it.port.settings.layer == IF_LAYER_2 ? it.port.burned_in_mac : it.port.router_mac);
 }
 
 // Displays show the first address, when it is one of IPv4.
@@ -223,11 +232,13 @@ bool is_trunk(const interface& port) { return port.oper_mode == PM_PORT_MODE_TRU
 
 void read_membership(subject& it, property of, value_writer& to) {
   const interface& port = it.port;
-  if (port.layer != IF_LAYER_2 || it.is_any_of({IF_TYPE_LOOPBACK, IF_TYPE_MGMT}))
+  if (port.settings.layer != IF_LAYER_2 || it.is_any_of({IF_TYPE_LOOPBACK, IF_TYPE_MGMT}))
     return to.membership(of, {vlan_mode::routed, 0, 0, 0}, {});
-  if (!port.oper_mode || !port.access_vlan || !port.native_vlan) return to.absent(of, absence::not_supported);
-  if (is_trunk(port)) return to.membership(of, {vlan_mode::trunk, 0, 0, *port.native_vlan}, port.allowed_vlans);
-  to.membership(of, {vlan_mode::access, 0, *port.access_vlan, 0}, {});
+  if (!port.oper_mode || !port.settings.access_vlan || !port.settings.native_vlan)
+    return to.absent(of, absence::not_supported);
+  if (is_trunk(port))
+    return to.membership(of, {vlan_mode::trunk, 0, 0, *port.settings.native_vlan}, port.settings.allowed_vlans);
+  to.membership(of, {vlan_mode::access, 0, *port.settings.access_vlan, 0}, {});
 }
 
 void read_encapsulation(subject& it, property of, value_writer& to) {
@@ -253,13 +264,14 @@ void read_state_reason(subject& it, property of, value_writer& to) {
 // Of a trunk the configured one.
 void read_port_mode(subject& it, property of, value_writer& to) {
   if (!is_trunk(it.port) && it.port.oper_mode == 0) return to.absent(of, absence::none);
-  write_number(of, is_trunk(it.port) ? std::optional<uint64>(it.port.admin_mode) : widened(it.port.oper_mode), to);
+  write_number(of, is_trunk(it.port) ? std::optional<uint64>(it.port.settings.admin_mode) : widened(it.port.oper_mode),
+               to);
 }
 
 // Without a link the configured one.
 void read_duplex(subject& it, property of, value_writer& to) {
   const auto duplex = it.port.oper_duplex;
-  write_number(of, duplex && !it.is_up() ? std::optional<uint64>(it.port.admin_duplex) : widened(duplex), to);
+  write_number(of, duplex && !it.is_up() ? std::optional<uint64>(it.port.settings.admin_duplex) : widened(duplex), to);
 }
 
 void read_debounce(subject& it, property of, value_writer& to) {
@@ -271,12 +283,12 @@ void read_debounce(subject& it, property of, value_writer& to) {
 
 template <auto Member, uint16 kSide>
 void read_flow_control(subject& it, property of, value_writer& to) {
-  const std::optional<uint16>& bits = it.port.*Member;
+  const std::optional<uint16>& bits = member_of<Member>(it.port);
   write_number(of, bits ? std::optional<uint64>(*bits & kSide) : std::nullopt, to);
 }
 
 void read_monitor(subject& it, property of, value_writer& to) {
-  const auto& monitor = it.port.span_monitor;
+  const auto& monitor = it.port.settings.span_monitor;
   write_number(of, monitor ? std::optional<uint64>(*monitor != 0 ? 1 : 0) : std::nullopt, to);
 }
 
@@ -293,17 +305,17 @@ void read_storm_level(subject& it, property of, value_writer& to) {
 
 void read_trunk_status(subject& it, property of, value_writer& to) {
   if (!it.port.oper_mode) return to.absent(of, absence::not_supported);
-  if (it.port.channel != 0) return to.text(of, is_trunk(it.port) ? "trnk-bndl" : "notrnk-bndl");
+  if (it.port.settings.channel != 0) return to.text(of, is_trunk(it.port) ? "trnk-bndl" : "notrnk-bndl");
   to.text(of, is_trunk(it.port) ? "trunking" : "not-trunking");
 }
 
 void read_allowed_vlans(subject& it, property of, value_writer& to) {
   if (!it.port.oper_mode)
     to.absent(of, absence::not_supported);
-  else if (it.port.allowed_vlans.empty())
+  else if (it.port.settings.allowed_vlans.empty())
     to.absent(of, absence::none);
   else
-    to.vlans(of, it.port.allowed_vlans);
+    to.vlans(of, it.port.settings.allowed_vlans);
 }
 
 void read_forwarding_vlans(subject& it, property of, value_writer& to) {
@@ -682,7 +694,7 @@ constexpr row kRows[] = {
     {property::ifindex, read_device_number},
     {property::interface_index, read_index},
     {property::interface_index_hex, read_index},
-    {property::description, own_text<&interface::description>},
+    {property::description, own_text<&port_settings::description>},
     {property::hardware, read_hardware},
     {property::address, read_address},
     {property::burned_in_address, own_mac<&interface::burned_in_mac>},
@@ -694,16 +706,16 @@ constexpr row kRows[] = {
     {property::last_link_flapped, read_link_change},
     {property::interface_resets, own_number<&interface::resets>},
 
-    {property::member_of, own_interface<&interface::channel>},
+    {property::member_of, own_interface<&port_settings::channel>},
     {property::members, read_members},
     {property::bound_interface, own_interface<&interface::bound_to>},
     {property::multi_chassis_status, own_text<&interface::multi_chassis_status>},
-    {property::port_channel, own_interface<&interface::channel>},
+    {property::port_channel, own_interface<&port_settings::channel>},
 
     {property::vlan, read_membership},
     {property::encapsulation, read_encapsulation},
     {property::encapsulation_vlan, own_number_but_zero<&interface::encapsulation_vlan>},
-    {property::mtu_bytes, own_number<&interface::mtu_bytes>},
+    {property::mtu_bytes, own_number<&port_settings::mtu_bytes>},
     {property::bandwidth_kbps, own_number<&interface::bandwidth_kbps>},
     {property::delay_usec, read_delay},
     {property::port_mode, read_port_mode},
@@ -714,8 +726,8 @@ constexpr row kRows[] = {
     {property::debounce_msec, own_number<&interface::debounce_ms>},
     {property::input_flow_control, read_flow_control<&interface::oper_flow_control, PM_FLOW_CTRL_RECEIVE>},
     {property::output_flow_control, read_flow_control<&interface::oper_flow_control, PM_FLOW_CTRL_SEND>},
-    {property::admin_input_flow_control, read_flow_control<&interface::admin_flow_control, PM_FLOW_CTRL_RECEIVE>},
-    {property::admin_output_flow_control, read_flow_control<&interface::admin_flow_control, PM_FLOW_CTRL_SEND>},
+    {property::admin_input_flow_control, read_flow_control<&port_settings::admin_flow_control, PM_FLOW_CTRL_RECEIVE>},
+    {property::admin_output_flow_control, read_flow_control<&port_settings::admin_flow_control, PM_FLOW_CTRL_SEND>},
     {property::auto_mdix, own_number<&interface::mdix_on>},
     {property::rate_mode, own_number<&interface::rate_mode>},
     {property::switchport_monitor, read_monitor},
@@ -723,7 +735,7 @@ constexpr row kRows[] = {
     {property::multicast_level_percent, read_storm_level<PM_STORM_MULTICAST>},
     {property::broadcast_level_percent, read_storm_level<PM_STORM_BROADCAST>},
 
-    {property::native_vlan, own_number_but_zero<&interface::native_vlan>},
+    {property::native_vlan, own_number_but_zero<&port_settings::native_vlan>},
     {property::trunk_status, read_trunk_status},
     {property::allowed_vlans, read_allowed_vlans},
     {property::forwarding_vlans, read_forwarding_vlans},

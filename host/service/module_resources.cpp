@@ -50,8 +50,10 @@ reply node(uint32 category, uint32 id, std::initializer_list<node_value> values,
 
 tree_node port_node(const interface& port) {
   constexpr uint32 kModeBits = 0xC0000000;
-  const uint32 credits = (port.receive_credit & ~kModeBits) != 0 ? port.receive_credit & ~kModeBits : kUsualCredits;
-  const uint32 performance = port.performance_buffers != UINT32_MAX ? port.performance_buffers : kUsualPerformance;
+  const uint32 credits =
+      (port.settings.receive_credit & ~kModeBits) != 0 ? port.settings.receive_credit & ~kModeBits : kUsualCredits;
+  const uint32 performance =
+      port.settings.performance_buffers != UINT32_MAX ? port.settings.performance_buffers : kUsualPerformance;
   const uint32 mbps = port.oper_speed_mbps.value_or(0);
   const uint32 mode = port.rate_mode == kShared ? kShared : kDedicated;
   return {node(PM_RESOURCE_PORT, port.if_index,

@@ -23,7 +23,7 @@ reply answer_multi_chassis_status(const interface& channel) {
   return answer_record(record);
 }
 
-reply answer_channel_of(const interface& port) { return answer_record(port_channel_info_t{port.channel}); }
+reply answer_channel_of(const interface& port) { return answer_record(port_channel_info_t{port.settings.channel}); }
 
 bool is_whole_channel(const interface& it) {
   if_index_type_t type = IF_TYPE_NONE;
@@ -46,7 +46,7 @@ uint32 leave(interface& port) {
   if (port.refusal != 0) return port.refusal;
   if (port.is_locked) return PM_ERR_PORT_LOCKED;
   return change_settings(port, [](interface& it) -> uint32 {
-    it.channel = 0;
+    it.settings.channel = 0;
     return 0;
   });
 }

@@ -14,7 +14,6 @@
 #include "service/change_settings.h"
 #include "service/port_manager_messages.h"
 #include "switch/if_index_layout.h"
-#include "switch/link.h"
 
 namespace host {
 namespace {
@@ -69,15 +68,7 @@ using apply_function = uint32 (*)(interface& port, const setting_value& value);
 uint32 apply_state(interface& port, const setting_value& value) {
   const uint32 state = value.number();
   if (state != PM_PORT_STATE_UP && state != PM_PORT_STATE_DOWN) return PM_ERR_VALUE_OUT_OF_RANGE;
-  if (state == port.admin_state) return 0;
-  port.admin_state = static_cast<uint8>(state);
-  if (state == PM_PORT_STATE_DOWN) {
-    port.link_before_shutdown = interface::link { port.oper_state, port.state_reason };
-    set_link(port, PM_PORT_STATE_DOWN, PM_REASON_ADMIN_DOWN);
-  } else {
-    const auto before = port.link_before_shutdown.value_or(interface::link{PM_PORT_STATE_UP, PM_REASON_NONE});
-    set_link(port, before.state, before.reason);
-  }
+  port.settings.admin_state = static_cast<uint8>(state);
   return 0;
 }
 
@@ -89,11 +80,10 @@ bool is_outside_first_of_group(const interface& port) {
 uint32 apply_mode(interface& port, const setting_value& value) {
   constexpr uint32 kDefaultWanted = 0x80000000, kModeE = 0x4;
   const bool is_default = value.number() == kDefaultWanted;
-  const uint32 mode = is_default ? default_port_mode(kind_of(port), port.layer) : value.number();
+  const uint32 mode = is_default ? default_port_mode(kind_of(port), port.settings.layer) : value.number();
   if (mode == kModeE && is_outside_first_of_group(port)) return PM_ERR_MODE_E_OUTSIDE_FIRST_PORT;
-  port.admin_mode = mode;
-  port.oper_mode = mode;
-  if (mode == PM_PORT_MODE_TRUNK && port.allowed_vlans.empty()) port.allowed_vlans = every_vlan();
+  port.settings.admin_mode = mode;
+  if (mode == PM_PORT_MODE_TRUNK && port.settings.allowed_vlans.empty()) port.settings.allowed_vlans = every_vlan();
   return 0;
 }
 
@@ -115,60 +105,50 @@ bool supports(const interface& port, uint32 mbps) {
 }
 
 uint32 apply_speed(interface& port, const setting_value& value) {
-  constexpr uint32 kLastAutomatic = 2;
   const uint32 wanted = value.number();
   if (!supports(port, wanted)) return PM_ERR_SPEED_NOT_SUPPORTED;
-  port.admin_speed_mbps = wanted;
-  const uint32 fastest = fastest_mbps(port.capabilities.speeds.value_or(0));
-  if (wanted > kLastAutomatic)
-    port.oper_speed_mbps = wanted;
-  else if (port.oper_speed_mbps.value_or(0) != 0 && fastest != 0)
-    port.oper_speed_mbps = fastest;
+  port.settings.admin_speed_mbps = wanted;
   return 0;
 }
 
 uint32 apply_duplex(interface& port, const setting_value& value) {
   const uint32 duplex = value.number();
   if (duplex < PM_PORT_DUPLEX_FULL || duplex > PM_PORT_DUPLEX_AUTO) return PM_ERR_VALUE_OUT_OF_RANGE;
-  port.admin_duplex = static_cast<uint8>(duplex);
-  port.oper_duplex = duplex == PM_PORT_DUPLEX_AUTO ? uint8{PM_PORT_DUPLEX_FULL} : port.admin_duplex;
+  port.settings.admin_duplex = static_cast<uint8>(duplex);
   return 0;
 }
 
 // On is 1, off is 2.
 uint32 apply_beacon(interface& port, const setting_value& value) {
   if (value.number() != 1 && value.number() != 2) return PM_ERR_VALUE_OUT_OF_RANGE;
-  port.beacon_on = value.number() == 1;
+  port.settings.beacon_on = value.number() == 1;
   return 0;
 }
 
 uint32 apply_name(interface& port, const setting_value& value) {
-  port.description = value.text();
+  port.settings.description = value.text();
   return 0;
 }
 
 uint32 apply_mtu(interface& port, const setting_value& value) {
   constexpr uint32 kSmallest = 576, kLargest = 9216;  // bytes
   if (value.number() < kSmallest || value.number() > kLargest) return PM_ERR_VALUE_OUT_OF_RANGE;
-  port.mtu_bytes = static_cast<uint16>(value.number());
+  port.settings.mtu_bytes = static_cast<uint16>(value.number());
   return 0;
 }
 
 // 2 is switched, 3 is routed.
 uint32 apply_switchport(interface& port, const setting_value& value) {
   if (value.number() != IF_LAYER_2 && value.number() != IF_LAYER_3) return PM_ERR_VALUE_OUT_OF_RANGE;
-  port.layer = value.number();
-  if (port.admin_mode == 0) {
-    port.admin_mode = default_port_mode(kind_of(port), port.layer);
-    port.oper_mode = port.admin_mode;
-  }
+  port.settings.layer = value.number();
+  if (port.settings.admin_mode == 0) port.settings.admin_mode = default_port_mode(kind_of(port), port.settings.layer);
   return 0;
 }
 
 uint32 apply_receive_buffer(interface& port, const setting_value& value) {
   constexpr uint32 kSmallest = 256, kLargest = 2112;  // bytes
   if (value.number() < kSmallest || value.number() > kLargest) return PM_ERR_VALUE_OUT_OF_RANGE;
-  port.receive_buffer_bytes = static_cast<uint16>(value.number());
+  port.settings.receive_buffer_bytes = static_cast<uint16>(value.number());
   return 0;
 }
 
@@ -176,7 +156,7 @@ uint32 apply_receive_buffer(interface& port, const setting_value& value) {
 uint32 apply_receive_credit(interface& port, const setting_value& value) {
   constexpr uint32 kModeBits = 0xC0000000, kMost = 255;
   if ((value.number() & ~kModeBits) > kMost) return PM_ERR_VALUE_OUT_OF_RANGE;
-  port.receive_credit = value.number();
+  port.settings.receive_credit = value.number();
   return 0;
 }
 
@@ -184,11 +164,11 @@ uint32 apply_receive_credit(interface& port, const setting_value& value) {
 template <auto Member, uint32 kLowest, uint32 kHighest>
 uint32 apply_number(interface& port, const setting_value& value) {
   if (value.number() < kLowest || value.number() > kHighest) return PM_ERR_VALUE_OUT_OF_RANGE;
-  using member = std::remove_reference_t<decltype(port.*Member)>;
+  using member = std::remove_reference_t<decltype(port.settings.*Member)>;
   if constexpr (requires { typename member::value_type; })
-    port.*Member = static_cast<typename member::value_type>(value.number());
+    port.settings.*Member = static_cast<typename member::value_type>(value.number());
   else
-    port.*Member = static_cast<member>(value.number());
+    port.settings.*Member = static_cast<member>(value.number());
   return 0;
 }
 
@@ -200,7 +180,7 @@ template <auto Vlan>
 uint32 apply_vlan(interface& port, const setting_value& value) {
   constexpr uint32 kLastVlan = 4094;
   if (value.number() == 0 || value.number() > kLastVlan) return PM_ERR_VALUE_OUT_OF_RANGE;
-  port.*Vlan = static_cast<uint16>(value.number());
+  port.settings.*Vlan = static_cast<uint16>(value.number());
   return 0;
 }
 
@@ -212,12 +192,12 @@ uint32 apply_allowed_vlans(interface& port, const setting_value& value) {
   if (wanted.action > ALLOWED_VLANS_REMOVE) return PM_ERR_VALUE_OUT_OF_RANGE;
   std::vector<uint16> vlans;
   for (const uint16 id : every_vlan()) {
-    const bool was = std::binary_search(port.allowed_vlans.begin(), port.allowed_vlans.end(), id);
+    const bool was = std::binary_search(port.settings.allowed_vlans.begin(), port.settings.allowed_vlans.end(), id);
     const bool named = is_in(wanted.vlans, id);
     if (wanted.action == ALLOWED_VLANS_REMOVE ? was && !named : named || (wanted.action == ALLOWED_VLANS_ADD && was))
       vlans.push_back(id);
   }
-  port.allowed_vlans = std::move(vlans);
+  port.settings.allowed_vlans = std::move(vlans);
   return 0;
 }
 
@@ -226,8 +206,8 @@ template <uint16 kSide>
 uint32 apply_flow_control(interface& port, const setting_value& value) {
   constexpr uint16 kBits[] = {0, PM_FLOW_CTRL_ON, PM_FLOW_CTRL_DESIRED};  // by FLOW_CONTROL_*
   if (value.number() > FLOW_CONTROL_DESIRED) return PM_ERR_VALUE_OUT_OF_RANGE;
-  const uint16 other = port.admin_flow_control.value_or(0) & ~kSide;
-  port.admin_flow_control = static_cast<uint16>(other | (kSide & kBits[value.number()]));
+  const uint16 other = port.settings.admin_flow_control.value_or(0) & ~kSide;
+  port.settings.admin_flow_control = static_cast<uint16>(other | (kSide & kBits[value.number()]));
   return 0;
 }
 
@@ -251,27 +231,27 @@ if_index_t channel_for(const interface& port, uint32 number) {
 
 // A member is what its channel is set to; its description, state and membership stay its own.
 void take_over(const interface& channel, interface& port) {
-  for (const auto member : {&set::admin_mode, &set::admin_speed_mbps, &set::layer}) port.*member = channel.*member;
-  port.oper_mode = channel.oper_mode;
+  for (const auto member : {&set::admin_mode, &set::admin_speed_mbps, &set::layer})
+    port.settings.*member = channel.settings.*member;
   for (const auto member : {&set::mtu_bytes, &set::access_vlan, &set::native_vlan, &set::admin_flow_control})
-    port.*member = channel.*member;
-  port.admin_duplex = channel.admin_duplex;
-  port.trunking_mode = channel.trunking_mode;
-  port.encapsulation = channel.encapsulation;
-  port.allowed_vlans = channel.allowed_vlans;
+    port.settings.*member = channel.settings.*member;
+  port.settings.admin_duplex = channel.settings.admin_duplex;
+  port.settings.trunking_mode = channel.settings.trunking_mode;
+  port.settings.encapsulation = channel.settings.encapsulation;
+  port.settings.allowed_vlans = channel.settings.allowed_vlans;
 }
 
 // 0 takes the port out of its channel; it keeps what it took over.
 uint32 apply_channel(interface& port, const setting_value& value) {
   if (value.number() == 0) {
-    port.channel = 0;
+    port.settings.channel = 0;
     return 0;
   }
   const if_index_t channel = channel_for(port, value.number());
   if (channel == 0) return PM_ERR_NO_SUCH_INTERFACE;
-  if (port.channel == channel) return 0;
-  if (port.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
-  port.channel = channel;
+  if (port.settings.channel == channel) return 0;
+  if (port.settings.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
+  port.settings.channel = channel;
   take_over(*the_machine().find(channel), port);
   return 0;
 }
@@ -335,10 +315,9 @@ uint32 apply_to(interface& port, const setting_rule& rule, const setting_value& 
   if (port.refusal != 0) return port.refusal;
   if (port.is_locked) return PM_ERR_PORT_LOCKED;
   if (!rule.has_it(kind_of(port))) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
-  if (is_of_channel(rule) && port.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
+  if (is_of_channel(rule) && port.settings.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
   const uint32 status = change_settings(port, [&](interface& it) { return rule.apply(it, value); });
   if (status != 0) return status;
-  port.configured.set(rule.type);
   if (is_of_channel(rule)) hand_to_members(port, rule, value);
   return 0;
 }
@@ -353,7 +332,7 @@ const setting_rule* rule_of(uint8 type) {
 
 bool has_setting_of_its_own(const interface& port, uint8 type) {
   const setting_rule* const rule = rule_of(type);
-  return rule != nullptr && rule->has_it(kind_of(port)) && !(is_of_channel(*rule) && port.channel != 0) &&
+  return rule != nullptr && rule->has_it(kind_of(port)) && !(is_of_channel(*rule) && port.settings.channel != 0) &&
          the_source().applies_setting(type);
 }
 

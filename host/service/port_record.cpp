@@ -34,7 +34,8 @@ uint32 port_number(const interface& port) {
 void fill_identity(const interface& port, pm_port_info_t& record) {
   record.if_index = port.if_index;
   record.status = port.record_error;
-  std::memcpy(record.port_name, port.description.data(), std::min(port.description.size(), sizeof record.port_name));
+  std::memcpy(record.port_name, port.settings.description.data(),
+              std::min(port.settings.description.size(), sizeof record.port_name));
   record.phy_port_index = static_cast<uint16>(port_number(port));
   record.phy_port_layer = port.fc_layer;
   record.port_type = kPortTypeExternal;
@@ -44,28 +45,29 @@ void fill_identity(const interface& port, pm_port_info_t& record) {
 }
 
 void fill_configured(const interface& port, pm_port_info_t& record) {
-  record.admin_port_mode = port.admin_mode;
-  record.admin_port_speed = port.admin_speed_mbps;
-  record.admin_port_flow_ctrl = port.admin_flow_control.value_or(0);
-  record.admin_port_state = port.admin_state;
-  record.admin_trunking_mode = port.trunking_mode != 0 ? port.trunking_mode : trunking_mode(port.admin_mode);
-  record.admin_beacon_mode = on_off(port.beacon_on);
-  record.admin_port_encap = port.encapsulation;
+  record.admin_port_mode = port.settings.admin_mode;
+  record.admin_port_speed = port.settings.admin_speed_mbps;
+  record.admin_port_flow_ctrl = port.settings.admin_flow_control.value_or(0);
+  record.admin_port_state = port.settings.admin_state;
+  record.admin_trunking_mode =
+      port.settings.trunking_mode != 0 ? port.settings.trunking_mode : trunking_mode(port.settings.admin_mode);
+  record.admin_beacon_mode = on_off(port.settings.beacon_on);
+  record.admin_port_encap = port.settings.encapsulation;
   record.admin_port_link_debounce = port.debounce_ms.value_or(0);
-  record.admin_rxbufsize = port.mtu_bytes.value_or(0);
+  record.admin_rxbufsize = port.settings.mtu_bytes.value_or(0);
   record.snmp_link_up_down_trap_enable = kOn;
-  record.admin_port_promiscuous_mode = port.promiscuous_mode;
-  record.admin_rxbbcredit = port.receive_credit;
-  record.admin_rxbuf_performance_buffers = port.performance_buffers;
-  record.admin_port_auto_negotiate = on_off(port.admin_speed_mbps == 0);
-  record.admin_port_duplex = port.admin_duplex;
+  record.admin_port_promiscuous_mode = port.settings.promiscuous_mode;
+  record.admin_rxbbcredit = port.settings.receive_credit;
+  record.admin_rxbuf_performance_buffers = port.settings.performance_buffers;
+  record.admin_port_auto_negotiate = on_off(port.settings.admin_speed_mbps == 0);
+  record.admin_port_duplex = port.settings.admin_duplex;
   record.admin_port_rate_mode = port.rate_mode.value_or(0);
-  record.service_state = port.service_state;
+  record.service_state = port.settings.service_state;
   record.admin_port_delay = port.delay_usec.value_or(0) / kMicrosecondsPerDelayUnit;
   record.admin_port_bandwidth = port.bandwidth_kbps.value_or(0);
   record.admin_si_vlan_id = port.encapsulation_vlan;
   record.admin_mdix_mode = static_cast<uint16>(port.mdix_on.value_or(false) ? PM_PORT_MDIX_ON : 0);
-  record.span_mode = port.span_monitor.value_or(0) != 0 ? 1 : 0;
+  record.span_mode = port.settings.span_monitor.value_or(0) != 0 ? 1 : 0;
   record.bound_ifindex = port.bound_to;
   record.vfc_bind_data.vfc_eth_ifindex = port.bound_to;
   record.admin_port_reserve_state = kPortUnreserved;
@@ -81,12 +83,12 @@ void fill_operational(const interface& port, pm_port_info_t& record) {
   record.oper_port_state = port.oper_state;
   record.oper_state_reason = port.state_reason;
   record.oper_trunking_mode = trunking_mode(port.oper_mode.value_or(0));
-  record.oper_phy_port_enable_state = port.admin_state == PM_PORT_STATE_UP ? 1 : 0;
+  record.oper_phy_port_enable_state = port.settings.admin_state == PM_PORT_STATE_UP ? 1 : 0;
   record.oper_port_duplex = port.oper_duplex.value_or(0);
   record.oper_port_rate_mode = port.rate_mode.value_or(0);
   record.reset_cntr = port.resets.value_or(0);
-  record.is_part_of_bundle = port.channel != 0 ? 1 : 0;
-  record.bundle_if_index = port.channel;
+  record.is_part_of_bundle = port.settings.channel != 0 ? 1 : 0;
+  record.bundle_if_index = port.settings.channel;
   record.link_status_last_change_sec = port.link_change_sec.value_or(0);
   record.not_first_time_port_bringup = port.link_change_sec.value_or(0) != 0 ? 1 : 0;
   record.is_fcot_present = port.module_in_port ? 1 : 0;

@@ -14,17 +14,17 @@ namespace host {
 namespace {
 
 uint32 become_edge(interface& port) {
-  if (port.layer != IF_LAYER_2) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
+  if (port.settings.layer != IF_LAYER_2) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
   if (port.is_locked) return PM_ERR_PORT_LOCKED;
   return change_settings(port, [](interface& it) -> uint32 {
-    it.is_edge = true;
+    it.settings.is_edge = true;
     return 0;
   });
 }
 
 std::vector<uint16> carried_by(const interface& port) {
-  if (port.oper_mode == PM_PORT_MODE_TRUNK) return port.allowed_vlans;
-  return port.access_vlan.value_or(0) != 0 ? std::vector{*port.access_vlan} : std::vector<uint16>{};
+  if (port.oper_mode == PM_PORT_MODE_TRUNK) return port.settings.allowed_vlans;
+  return port.settings.access_vlan.value_or(0) != 0 ? std::vector{*port.settings.access_vlan} : std::vector<uint16>{};
 }
 
 stp_port_state_t state_of(const interface& port) {
@@ -50,7 +50,7 @@ reply answer_states(std::span<const std::byte> bytes) {
 }  // namespace
 
 std::vector<uint16> forwarding_vlans(const interface& port) {
-  if (port.oper_state != PM_PORT_STATE_UP || port.layer != IF_LAYER_2) return {};
+  if (port.oper_state != PM_PORT_STATE_UP || port.settings.layer != IF_LAYER_2) return {};
   std::vector<uint16> vlans = carried_by(port);
   std::erase_if(vlans, [&port](uint16 id) {
     const auto holds = [id](const std::vector<uint16>& shut) {

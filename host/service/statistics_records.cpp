@@ -179,7 +179,7 @@ statscl_portcl_stats_msg_t port_statistics_record(const interface& port) {
   record.mac.ctrl.tx_pause = port.stats.errors.pause_sent.value_or(0);
   record.mac.ctrl.reset = port.resets.value_or(0);
   record.mac.ctrl.sqetest = port.stats.errors.sqe_test.value_or(0);
-  statscl_portcl_lu_layer_stats_t& looked_up = port.layer == IF_LAYER_2 ? record.lu.l2 : record.lu.l3;
+  statscl_portcl_lu_layer_stats_t& looked_up = port.settings.layer == IF_LAYER_2 ? record.lu.l2 : record.lu.l3;
   looked_up.ucast = port.stats.in.unicast_packets.value_or(0);
   looked_up.bcast = port.stats.in.broadcast_packets.value_or(0);
   looked_up.mcast = port.stats.in.multicast_packets.value_or(0);
@@ -189,7 +189,7 @@ statscl_portcl_stats_msg_t port_statistics_record(const interface& port) {
 show_eth_intf_resp_t eth_statistics_record(const interface& port) {
   show_eth_intf_resp_t record{};
   record.isvalid = 1;
-  record.if_mtu = port.mtu_bytes.value_or(0);
+  record.if_mtu = port.settings.mtu_bytes.value_or(0);
   fill_rate_ring(port.stats, record.rate);
   fill_totals(port.stats, record.if_data);
   std::copy(port.burned_in_mac.begin(), port.burned_in_mac.end(), record.macaddr);

@@ -26,8 +26,8 @@ bool is_trunk(const interface& port) { return port.oper_mode == PM_PORT_MODE_TRU
 
 // The VLAN that exists because a port has it for access or as native; 0: none.
 uint16 used_vlan(const interface& port) {
-  if (port.layer != 2) return 0;
-  return (is_trunk(port) ? port.native_vlan : port.access_vlan).value_or(0);
+  if (port.settings.layer != 2) return 0;
+  return (is_trunk(port) ? port.settings.native_vlan : port.settings.access_vlan).value_or(0);
 }
 
 std::string usual_name(uint16 id) {
@@ -92,8 +92,8 @@ reply answer_memberships(std::span<const std::byte> bytes) {
     trunk_port_memb_t record{};
     record.port = if_index;
     record.native_trunk.vdc_id = 1;
-    record.native_trunk.vlan_id = port->native_vlan.value_or(0);
-    record.allowed_vlan_list = set_of(port->allowed_vlans);
+    record.native_trunk.vlan_id = port->settings.native_vlan.value_or(0);
+    record.allowed_vlan_list = set_of(port->settings.allowed_vlans);
     append_bytes(answer, record);
   }
   return answer;

@@ -40,7 +40,7 @@ lines commands_of(const interface& port) {
 }
 
 lines commands_with(interface port, const port_settings& settings) {
-  static_cast<port_settings&>(port) = settings;
+  port.settings = settings;
   return commands_of(port);
 }
 

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "switch/clock.h"
-#include "switch/link.h"
 #include "switch/source.h"
 
 namespace host {
@@ -18,18 +17,9 @@ struct {
   bool is_running = false;    // the last step is that of a command that began
 } journal;
 
-// A port that has other settings; its link comes and goes by itself.
 bool is_changed(const machine& of, if_index_t if_index, const port_settings& before) {
   const interface* const port = of.find(if_index);
-  if (port == nullptr) return false;
-  port_settings now = *port;
-  now.oper_state = before.oper_state;
-  now.state_reason = before.state_reason;
-  now.oper_speed_mbps = before.oper_speed_mbps;
-  now.oper_duplex = before.oper_duplex;
-  now.oper_mode = before.oper_mode;
-  now.link_before_shutdown = before.link_before_shutdown;
-  return now != before;
+  return port != nullptr && port->settings != before;
 }
 
 std::size_t num_ports(const change_step& step) {
@@ -64,16 +54,6 @@ change_step& running_step() {
   return journal.steps.back();
 }
 
-// The link changes like any other, at this moment.
-void put_back(interface& port, const port_settings& before) {
-  const port_settings::link link{before.oper_state, before.state_reason};
-  const port_settings::link now{port.oper_state, port.state_reason};
-  static_cast<port_settings&>(port) = before;
-  port.oper_state = now.state;
-  port.state_reason = now.reason;
-  set_link(port, link.state, link.reason);
-}
-
 void add_result(changes_back& made, if_index_t if_index, uint32 status) {
   if (status == 0)
     made.restored.push_back(if_index);
@@ -95,10 +75,10 @@ void restore_settings(const change_step& step, machine& of, changes_back& made) 
   for (const auto& [if_index, before] : step.before) {
     interface* const port = of.find(if_index);
     if (port == nullptr) continue;  // created by the same command, and deleted by now
-    const port_settings now = *port;
-    put_back(*port, before);
+    const port_settings now = port->settings;
+    port->settings = before;
     const uint32 status = the_source().apply_settings(*port, now);
-    if (status != 0) put_back(*port, now);
+    if (status != 0) port->settings = now;
     add_result(made, if_index, status);
   }
 }
@@ -122,7 +102,7 @@ void begin_changes(std::string_view command) {
 
 void forget_changes() { journal = {}; }
 
-void note_change(const interface& port) { running_step().before.emplace(port.if_index, port); }
+void note_change(const interface& port) { running_step().before.emplace(port.if_index, port.settings); }
 
 void note_created(if_index_t if_index) { running_step().created.push_back(if_index); }
 

@@ -55,7 +55,7 @@ std::vector<if_index_t> machine::members_of(if_index_t channel) const {
   std::vector<if_index_t> members;
   if (channel == 0) return members;
   for (const interface& it : interfaces)
-    if (it.channel == channel) members.push_back(it.if_index);
+    if (it.settings.channel == channel) members.push_back(it.if_index);
   return members;
 }
 

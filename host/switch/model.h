@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "platform/if_index.h"
+#include "platform/port_manager.h"
 #include "platform/types.h"
 #include "switch/count.h"
 #include "switch/optics.h"
@@ -189,12 +190,41 @@ void set_totals_to_zero(statistics& stats);
 struct traffic_source;
 
 // Any kind of interface. What a kind does not have keeps its default.
-struct interface : port_settings {
+struct interface {
   if_index_t if_index = 0;
   bool is_created = false;  // by a command; the running configuration creates it again
 
-  // Configured and operational attributes in the port manager's numbers (platform/port_manager.h).
+  port_settings settings;
+  port_settings at_start;  // as the source found the port when the session began
+
+  // How it operates.
+  uint8 oper_state = 2;
+  uint8 state_reason = 1;
+  struct link {
+    uint8 state;
+    uint8 reason;
+
+    bool operator==(const link&) const = default;
+  };
+  std::optional<link> link_before_shutdown;  // what the port returns to
+  std::optional<uint32> oper_mode = 0;
+  std::optional<uint32> oper_speed_mbps = 0;
+  std::optional<uint8> oper_duplex = uint8{3};
   std::optional<uint16> oper_flow_control = uint16{0};
+
+  // What the device at the other end of the link agrees to: where the port leaves it open, and where the port is set as
+  // it was at the start. Absent: whatever the port does.
+  struct link_partner {
+    std::optional<uint32> mode;
+    std::optional<uint32> speed_mbps;
+    std::optional<uint8> duplex;
+    uint16 flow_control = PM_FLOW_CTRL_RECEIVE | PM_FLOW_CTRL_SEND;  // of the port's sides that are desired
+
+    bool operator==(const link_partner&) const = default;
+  };
+  link_partner partner;
+
+  // Configured and operational attributes in the port manager's numbers (platform/port_manager.h).
   std::optional<uint32> bandwidth_kbps = 0;
   std::optional<uint32> delay_usec = 10;
   std::optional<uint16> debounce_ms = uint16{0};

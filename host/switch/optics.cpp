@@ -45,7 +45,7 @@ bool has_diagnostics(const std::vector<uint8>& page) {
 
 optical_reading read_optics(const interface& port, uint32 now_sec) {
   const optical_diagnostics& module = port.module_in_port->diagnostics;
-  const bool is_lit = module.is_measured || port.admin_state == PM_PORT_STATE_UP;
+  const bool is_lit = module.is_measured || port.settings.admin_state == PM_PORT_STATE_UP;
   const bool has_link = module.is_measured || port.oper_state == PM_PORT_STATE_UP;
   optical_reading reading{
       .temperature_mc = module.is_measured ? module.temperature_mc : temperature_of(port, module, now_sec),

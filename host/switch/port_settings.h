@@ -1,8 +1,6 @@
-// What a port is set to, and the operation that follows from it at once. Plain data, so that it can be kept and put
-// back as a whole.
+// What a port is set to. Plain data, so that it can be kept, compared and put back as a whole.
 #pragma once
 
-#include <bitset>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,20 +14,9 @@ namespace host {
 struct port_settings {
   std::string description;
   uint32 admin_mode = 0;
-  std::optional<uint32> oper_mode = 0;
   uint32 admin_speed_mbps = 0;  // 0 is auto
-  std::optional<uint32> oper_speed_mbps = 0;
   uint8 admin_duplex = 3;
-  std::optional<uint8> oper_duplex = uint8{3};
   uint8 admin_state = 1;
-  uint8 oper_state = 2;
-  uint8 state_reason = 1;
-  struct link {
-    uint8 state;
-    uint8 reason;
-    bool operator==(const link&) const = default;
-  };
-  std::optional<link> link_before_shutdown;  // what the port returns to
   std::optional<uint16> mtu_bytes = uint16{1500};
   bool beacon_on = false;
   std::optional<uint32> span_monitor = 0;  // 0 is off
@@ -59,8 +46,6 @@ struct port_settings {
   uint8 attribute_44 = 3;
   uint8 attribute_84 = 2;
   uint8 attribute_85 = 0;
-
-  std::bitset<128> configured;  // types of setting that a command gave a value, also the default
 
   bool operator==(const port_settings&) const = default;
 };

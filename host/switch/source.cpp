@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "platform/interface_manager.h"
-#include "platform/port_config.h"
 #include "platform/port_manager.h"
 #include "switch/if_index_layout.h"
+#include "switch/operation.h"
 
 namespace host {
 namespace {
@@ -17,26 +17,26 @@ enum : uint8 { kReasonNone = PM_REASON_NONE, kReasonParentDown = 26 };
 interface new_sub_interface(const interface& parent, if_index_t if_index) {
   interface made;
   made.if_index = if_index;
-  made.layer = IF_LAYER_3;
+  made.settings.layer = IF_LAYER_3;
   made.oper_state = parent.oper_state;
   made.state_reason = parent.oper_state == PM_PORT_STATE_UP ? kReasonNone : kReasonParentDown;
-  made.admin_speed_mbps = parent.admin_speed_mbps;
+  made.settings.admin_speed_mbps = parent.settings.admin_speed_mbps;
   made.oper_speed_mbps = parent.oper_speed_mbps;
-  made.admin_duplex = parent.admin_duplex;
+  made.settings.admin_duplex = parent.settings.admin_duplex;
   made.oper_duplex = parent.oper_duplex;
-  made.mtu_bytes = parent.mtu_bytes;
+  made.partner.speed_mbps = parent.oper_speed_mbps;
+  made.settings.mtu_bytes = parent.settings.mtu_bytes;
   made.bandwidth_kbps = parent.bandwidth_kbps;
   made.delay_usec = parent.delay_usec;
   made.burned_in_mac = parent.burned_in_mac;
   made.router_mac = parent.router_mac;
-  for (const uint8 taken_over : {PM_CFG_MTU, PM_CFG_SPEED, PM_CFG_DUPLEX}) made.configured.set(taken_over);
   return made;
 }
 
 interface new_loopback(if_index_t if_index) {
   interface made;
   made.if_index = if_index;
-  made.layer = IF_LAYER_3;
+  made.settings.layer = IF_LAYER_3;
   made.oper_state = PM_PORT_STATE_UP;
   made.state_reason = kReasonNone;
   made.bandwidth_kbps = 8'000'000;
@@ -60,7 +60,11 @@ bool switch_source::counts_at_refresh() const { return false; }
 std::optional<std::string> switch_source::baseline_file() const { return std::nullopt; }
 int switch_source::write_baselines() { return 0; }
 
-uint32 switch_source::apply_settings(const interface&, const port_settings&) { return 0; }
+uint32 switch_source::apply_settings(interface& port, const port_settings& before) {
+  follow_settings(port, before);
+  return 0;
+}
+
 bool switch_source::applies_setting(uint8) const { return true; }
 bool switch_source::hands_settings_to_members() const { return false; }
 
@@ -71,6 +75,7 @@ uint32 switch_source::create_interfaces(machine& model, std::span<const if_index
     const bool is_sub_interface = if_index_is_sub_intf(it) != 0;
     interface made = is_sub_interface ? new_sub_interface(*model.find(parent_of(it)), it) : new_loopback(it);
     made.is_created = true;
+    made.at_start = made.settings;
     model.add(std::move(made));
   }
   return 0;

@@ -69,9 +69,9 @@ class switch_source {
 
   // ---- Settings
 
-  // Makes a port what it was just set to in the model; `before` is what it was. Returns 0, or the status with which the
-  // source refuses: the caller then puts the model back.
-  virtual uint32 apply_settings(const interface& port, const port_settings& before);
+  // Makes a port operate as it was just set to in the model; `before` is what it was set to. Returns 0, or the status
+  // with which the source refuses: nothing is changed then, and the caller puts the settings back.
+  virtual uint32 apply_settings(interface& port, const port_settings& before);
 
   // Whether the source applies a setting (PM_CFG_... or HOST_CFG_...) of some port.
   virtual bool applies_setting(uint8 type) const;

@@ -276,7 +276,7 @@ TEST_F(Clients, MembersFitTheirBlockHoweverManyThereAre) {
     for (uint32 slot = 2; slot < 5; ++slot) {
       interface member;
       member.if_index = ethernet_index(IF_TYPE_ETHERNET_L3, slot, port);
-      member.channel = names_.channel;
+      member.settings.channel = names_.channel;
       the_machine().interfaces.push_back(member);
     }
   }

@@ -62,7 +62,7 @@ TEST_P(Giant, PortsStandOnCardsOfTheSwitch) {
 TEST_P(Giant, MembersAndChannelsBelongTogether) {
   std::map<if_index_t, uint32> members;
   for (const interface& it : giant_.interfaces)
-    if (it.channel != 0) ++members[it.channel];
+    if (it.settings.channel != 0) ++members[it.settings.channel];
   for (const auto& [channel, number] : members) {
     EXPECT_NE(giant_.find(channel), nullptr);
     EXPECT_EQ(number, 2u);
@@ -74,7 +74,7 @@ TEST_P(Giant, MembersAndChannelsBelongTogether) {
 TEST_P(Giant, AddressesAreOfRoutedInterfacesAndDifferent) {
   std::set<std::array<uint8, 16>> seen;
   for (const interface& it : giant_.interfaces) {
-    EXPECT_TRUE(it.addresses.empty() || it.layer == 3) << it.if_index;
+    EXPECT_TRUE(it.addresses.empty() || it.settings.layer == 3) << it.if_index;
     for (const ip_address& address : it.addresses) EXPECT_TRUE(seen.insert(address.bytes).second);
   }
 }
@@ -86,7 +86,7 @@ TEST_P(Giant, IsTheSameEveryTime) {
     const interface& a = again.interfaces[i];
     const interface& b = giant_.interfaces[i];
     EXPECT_EQ(a.if_index, b.if_index);
-    EXPECT_EQ(a.description, b.description);
+    EXPECT_EQ(a.settings.description, b.settings.description);
     EXPECT_EQ(a.state_reason, b.state_reason);
     EXPECT_EQ(a.link_change_sec, b.link_change_sec);
     EXPECT_EQ(a.stats.in.bytes, b.stats.in.bytes);
@@ -105,7 +105,7 @@ TEST(GiantSwitch, HasBothKindsAndSeveralStates) {
   std::map<int, uint32> kinds;
   for (const interface& it : giant.interfaces) {
     reasons.insert(it.state_reason);
-    modes.insert(it.admin_mode);
+    modes.insert(it.settings.admin_mode);
     ++kinds[take_apart(it.if_index).type];
   }
   EXPECT_EQ(kinds[IF_TYPE_ETHERNET], 48u);
@@ -120,7 +120,7 @@ TEST(GiantSwitch, HasBothKindsAndSeveralStates) {
 TEST(GiantSwitch, StateAndReasonAgree) {
   for (const interface& it : make_giant(512, kNow).interfaces) {
     EXPECT_EQ(it.oper_state == 1, it.state_reason == 2);
-    EXPECT_EQ(it.admin_state == 2, it.state_reason == 12);
+    EXPECT_EQ(it.settings.admin_state == 2, it.state_reason == 12);
     EXPECT_EQ(it.stats.in_bytes_per_second.value_or(0) != 0,
               it.oper_state == 1 && take_apart(it.if_index).type != IF_TYPE_MGMT);
   }

@@ -122,10 +122,10 @@ TEST_F(InterfaceRequests, SubInterfacesNeedARoutedPortThatIsAlone) {
   interface& routed = *the_machine().find(names_.routed_port);
 
   EXPECT_EQ(status(intent::create, ethernet_index(IF_TYPE_ETHERNET, 0, 2, 5)), 0x402900EEu) << "always switched";
-  routed.layer = 2;
+  routed.settings.layer = 2;
   EXPECT_EQ(status(intent::create, sub(8)), 0x402900EEu);
-  routed.layer = 3;
-  routed.channel = names_.channel;
+  routed.settings.layer = 3;
+  routed.settings.channel = names_.channel;
   EXPECT_EQ(status(intent::create, sub(8)), 0x40290015u);
   EXPECT_EQ(status(intent::create, ethernet_index(IF_TYPE_ETHERNET_L3, 1, 9, 8)), 0x40290037u) << "no such port";
 }
@@ -224,17 +224,17 @@ TEST_F(InterfaceConfiguration, StartupConfigurationStaysAsItWasLoaded) {
 TEST_F(InterfaceConfiguration, NewSubInterfaceWorksAsItsParentDoes) {
   interface& parent = *the_machine().find(names_.routed_port);
   parent.oper_state = 1;
-  parent.mtu_bytes = 9000;
+  parent.settings.mtu_bytes = 9000;
   parent.bandwidth_kbps = 10'000'000;
   parent.burned_in_mac = {2, 0, 0, 0, 0, 9};
 
   ASSERT_EQ(sub_interfaces(1, {{sub(8), sub(8)}}), 0u);
 
   const interface& made = *the_machine().find(sub(8));
-  EXPECT_EQ(made.layer, 3u);
+  EXPECT_EQ(made.settings.layer, 3u);
   EXPECT_EQ(made.oper_state, 1);
   EXPECT_EQ(made.state_reason, 2) << "none";
-  EXPECT_EQ(made.mtu_bytes, 9000);
+  EXPECT_EQ(made.settings.mtu_bytes, 9000);
   EXPECT_EQ(made.bandwidth_kbps, 10'000'000u);
   EXPECT_EQ(made.burned_in_mac, (mac_address{2, 0, 0, 0, 0, 9}));
 }
@@ -287,7 +287,7 @@ TEST_F(InterfaceConfiguration, LoopbacksAreCreatedAndDeleted) {
   ASSERT_EQ(loopbacks(1, {{third - 1, third + 1}}), 0u);
   EXPECT_EQ(listed(IF_TYPE_LOOPBACK), (std::vector<if_index_t>{third - 1, third, third + 1}));
   const interface& made = *the_machine().find(third + 1);
-  EXPECT_EQ(made.layer, 3u);
+  EXPECT_EQ(made.settings.layer, 3u);
   EXPECT_EQ(made.oper_state, 1);
 
   ASSERT_EQ(loopbacks(0, {{third, third + 1}}), 0u);
@@ -314,11 +314,16 @@ TEST_F(InterfaceConfiguration, WhatCommandsCreatedAndDeletedIsKnown) {
   EXPECT_EQ(the_machine().deleted.size(), 2u) << "each once";
 }
 
-// Its parent may be set differently later.
-TEST_F(InterfaceConfiguration, WhatANewSubInterfaceTakesFromItsParentIsSetExplicitly) {
+TEST_F(InterfaceConfiguration, ANewSubInterfaceIsSetAsItsParent) {
+  port_settings& parent = the_machine().find(names_.routed_port)->settings;
+  parent.mtu_bytes = 9000;
+  parent.admin_speed_mbps = 1000;
+  parent.admin_duplex = PM_PORT_DUPLEX_HALF;
   ASSERT_EQ(sub_interfaces(1, {{sub(8), sub(8)}}), 0u);
-  for (const uint8 type : {PM_CFG_MTU, PM_CFG_SPEED, PM_CFG_DUPLEX})
-    EXPECT_TRUE(the_machine().find(sub(8))->configured.test(type)) << int{type};
+  const port_settings& made = the_machine().find(sub(8))->settings;
+  EXPECT_EQ(made.mtu_bytes, 9000);
+  EXPECT_EQ(made.admin_speed_mbps, 1000u);
+  EXPECT_EQ(made.admin_duplex, PM_PORT_DUPLEX_HALF);
 }
 
 TEST_F(InterfaceConfiguration, CreatingIsTakenBack) {
@@ -332,13 +337,13 @@ TEST_F(InterfaceConfiguration, CreatingIsTakenBack) {
 }
 
 TEST_F(InterfaceConfiguration, DeletingIsTakenBackWithAllSettings) {
-  the_machine().find(names_.loopback)->description = "of the lab";
+  the_machine().find(names_.loopback)->settings.description = "of the lab";
   begin_changes({});
   ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
   EXPECT_EQ(changed_ports(the_machine(), 1), (std::vector<if_index_t>{names_.loopback}));
   EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback}));
   ASSERT_NE(the_machine().find(names_.loopback), nullptr);
-  EXPECT_EQ(the_machine().find(names_.loopback)->description, "of the lab");
+  EXPECT_EQ(the_machine().find(names_.loopback)->settings.description, "of the lab");
   EXPECT_TRUE(the_machine().deleted.empty());
   EXPECT_TRUE(take_change_back(the_machine()).restored.empty()) << "once";
 }
@@ -348,20 +353,20 @@ TEST_F(InterfaceConfiguration, WhatWasMadeAnewStaysWhenItsDeletionIsTakenBack) {
   ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
   interface anew;
   anew.if_index = names_.loopback;
-  anew.description = "by somebody else";
+  anew.settings.description = "by somebody else";
   the_machine().add(anew);
   EXPECT_TRUE(take_change_back(the_machine()).restored.empty());
-  EXPECT_EQ(the_machine().find(names_.loopback)->description, "by somebody else");
+  EXPECT_EQ(the_machine().find(names_.loopback)->settings.description, "by somebody else");
 }
 
 TEST_F(InterfaceConfiguration, EarlierStepsAreTakenBackAfterADeletion) {
   begin_changes({});
   note_change(*the_machine().find(names_.first_port));
-  the_machine().find(names_.first_port)->description = "changed";
+  the_machine().find(names_.first_port)->settings.description = "changed";
   begin_changes({});
   ASSERT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
   EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
-  EXPECT_EQ(the_machine().find(names_.first_port)->description, "changed");
+  EXPECT_EQ(the_machine().find(names_.first_port)->settings.description, "changed");
   EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.first_port}));
 }
 
@@ -417,7 +422,7 @@ TEST_F(InterfacesOfASource, IsAskedForThoseThatAreMissing) {
 }
 
 TEST_F(InterfacesOfASource, KnowsItselfWhichPortsAreSwitched) {
-  the_machine().find(names_.routed_port)->layer = 2;
+  the_machine().find(names_.routed_port)->settings.layer = 2;
   EXPECT_EQ(status(intent::create, sub(8)), 0x40290037u);
   EXPECT_EQ(sub_interfaces(1, {{sub(8), sub(8)}}), 0u);
 }
@@ -437,11 +442,11 @@ TEST_F(InterfacesOfASource, IsAskedToTakeBackWhatItCreatedAndDeleted) {
   EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
   EXPECT_EQ(source_->asked, (std::vector<if_index_t>{names_.loopback + 1}));
 
-  the_machine().find(names_.loopback)->description = "of the lab";
+  the_machine().find(names_.loopback)->settings.description = "of the lab";
   begin_changes({});
   ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
   EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback}));
-  EXPECT_EQ(the_machine().find(names_.loopback)->description, "of the lab");
+  EXPECT_EQ(the_machine().find(names_.loopback)->settings.description, "of the lab");
 
   begin_changes({});
   ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);

@@ -140,7 +140,6 @@ TEST_F(KernelCreation, ASubInterfaceIsAVlanDeviceOfItsPort) {
   EXPECT_EQ(created_, (Creations{{.is_up = true, .name = "swp4.5", .kind = "vlan", .parent = kSwp4, .vlan = 5}}));
   ASSERT_NE(find(sub_interface(kSwp4, 5)), nullptr);
   EXPECT_TRUE(find(sub_interface(kSwp4, 5))->is_created);
-  EXPECT_TRUE(find(sub_interface(kSwp4, 5))->configured.test(PM_CFG_MTU)) << "its own, whatever its parent's will be";
 }
 
 // The kernel switches no VLAN device on whose parent is off.
@@ -218,7 +217,7 @@ class KernelRestoration : public KernelCreation {
     });
     deleted_interface_ = *find(loopback(0));
     deleted_interface_.if_index = loopback(kFree);
-    deleted_interface_.description = "of the lab";
+    deleted_interface_.settings.description = "of the lab";
   }
 
   std::string restore() { return text_of_status(the_source().restore_interface(the_machine(), deleted_interface_)); }
@@ -233,7 +232,7 @@ TEST_F(KernelRestoration, ADeviceIsCreatedAndSetAsTheOldOneWas) {
   EXPECT_EQ(created_, (Creations{{.number = 77, .is_up = true, .name = "lo77", .kind = "dummy"}}));
   EXPECT_EQ(aliases_, (std::vector<std::string>{"of the lab"}));
   ASSERT_NE(find(loopback(kFree)), nullptr);
-  EXPECT_EQ(find(loopback(kFree))->description, "of the lab");
+  EXPECT_EQ(find(loopback(kFree))->settings.description, "of the lab");
 }
 
 TEST_F(KernelRestoration, WhatTheKernelRefusesIsTheStatus) {

@@ -134,8 +134,8 @@ TEST_F(KernelRecording, DevicesAreInterfaces) {
   const if_index_t bond = channel_index(IF_TYPE_ETH_PORT_CHANNEL, kBond0);
   EXPECT_EQ(the_machine().members_of(bond), (std::vector<if_index_t>{port_of(kSwp1), port_of(kSwp2)}));
   EXPECT_EQ(device(kSwp3).oper_mode, PM_PORT_MODE_TRUNK);
-  EXPECT_EQ(device(kSwp3).native_vlan, 10);
-  EXPECT_EQ(device(kSwp3).allowed_vlans, (std::vector<uint16>{10, 20, 21, 22, 30}));
+  EXPECT_EQ(device(kSwp3).settings.native_vlan, 10);
+  EXPECT_EQ(device(kSwp3).settings.allowed_vlans, (std::vector<uint16>{10, 20, 21, 22, 30}));
   const interface* const sub = the_machine().find(ethernet_index(IF_TYPE_ETHERNET, 0, kSwp3 - 1, 100));
   ASSERT_NE(sub, nullptr);
   EXPECT_EQ(sub->encapsulation_vlan, 100);
@@ -148,13 +148,13 @@ TEST_F(KernelRecording, DevicesAreInterfaces) {
 TEST_F(KernelRecording, ASpeedIsSetOrNegotiated) {
   read();
   EXPECT_EQ(device(kSwp1).oper_speed_mbps, 10'000U);
-  EXPECT_EQ(device(kSwp1).admin_speed_mbps, 10'000U);
-  EXPECT_EQ(device(kSwp1).admin_duplex, PM_PORT_DUPLEX_FULL);
+  EXPECT_EQ(device(kSwp1).settings.admin_speed_mbps, 10'000U);
+  EXPECT_EQ(device(kSwp1).settings.admin_duplex, PM_PORT_DUPLEX_FULL);
   EXPECT_EQ(device(kSwp3).oper_speed_mbps, 40'000U);
-  EXPECT_EQ(device(kSwp3).admin_speed_mbps, 0U);
-  EXPECT_EQ(device(kSwp3).admin_duplex, PM_PORT_DUPLEX_AUTO);
+  EXPECT_EQ(device(kSwp3).settings.admin_speed_mbps, 0U);
+  EXPECT_EQ(device(kSwp3).settings.admin_duplex, PM_PORT_DUPLEX_AUTO);
   EXPECT_EQ(device(kSwp4).oper_speed_mbps, std::nullopt);
-  EXPECT_EQ(device(kSwp4).admin_speed_mbps, 0U);
+  EXPECT_EQ(device(kSwp4).settings.admin_speed_mbps, 0U);
 }
 
 TEST_F(KernelRecording, CapabilitiesAreTheSupportedModes) {
@@ -831,9 +831,9 @@ void expect_whole(const machine& made) {
   EXPECT_EQ(made.interfaces.size(), 12U);
   const interface* const trunk = made.find(port_of(kSwp3));
   ASSERT_NE(trunk, nullptr);
-  EXPECT_EQ(trunk->allowed_vlans, (std::vector<uint16>{10, 20, 21, 22, 30}));
+  EXPECT_EQ(trunk->settings.allowed_vlans, (std::vector<uint16>{10, 20, 21, 22, 30}));
   EXPECT_EQ(trunk->oper_speed_mbps, 40'000U);
-  EXPECT_EQ(trunk->admin_flow_control, 12);
+  EXPECT_EQ(trunk->settings.admin_flow_control, 12);
   const interface* const mgmt = made.find(ethernet_index(IF_TYPE_MGMT, 0, 0));
   ASSERT_NE(mgmt, nullptr);
   EXPECT_EQ(mgmt->addresses.size(), 1U);
@@ -870,7 +870,7 @@ TEST_F(KernelRecording, VlansThatAlwaysChangeAreAbsent) {
   kernel_.disturb(kVlans, disturbance::interrupted, 100);
   read();
   EXPECT_EQ(the_machine().interfaces.size(), 12U);
-  EXPECT_TRUE(device(kSwp3).allowed_vlans.empty());
+  EXPECT_TRUE(device(kSwp3).settings.allowed_vlans.empty());
 }
 
 TEST_F(KernelRecording, DevicesThatAreRefusedAreAnError) {
@@ -887,12 +887,12 @@ TEST_F(KernelRecording, WhatElseIsRefusedIsAbsent) {
   for (const question& asked : {kVlans, kAddresses, kModes, kPauses, kFaults, kCounters}) kernel_.refuse(asked, EPERM);
   read();
   EXPECT_EQ(the_machine().interfaces.size(), 12U);
-  EXPECT_TRUE(device(kSwp3).allowed_vlans.empty());
+  EXPECT_TRUE(device(kSwp3).settings.allowed_vlans.empty());
   EXPECT_EQ(device(kSwp3).oper_speed_mbps, std::nullopt);
-  EXPECT_EQ(device(kSwp3).admin_flow_control, std::nullopt);
+  EXPECT_EQ(device(kSwp3).settings.admin_flow_control, std::nullopt);
   EXPECT_EQ(device(kSwp3).oper_flow_control, std::nullopt);
   EXPECT_EQ(device(kSwp3).oper_mode, std::nullopt);
-  EXPECT_EQ(device(kSwp3).native_vlan, std::nullopt);
+  EXPECT_EQ(device(kSwp3).settings.native_vlan, std::nullopt);
   EXPECT_EQ(device(kSwp3).capabilities.speeds, std::nullopt);
   EXPECT_EQ(port_record_of(kSwp4).oper_state_reason, kNotConnected);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 0U);
@@ -929,10 +929,10 @@ TEST_F(KernelRecording, AKernelWithoutEthtoolIsAskedForSpeedsByIoctl) {
   kernel_.tell_by_ioctl("swp1", pause);
   read();
   EXPECT_EQ(device(kSwp1).oper_speed_mbps, 1000U);
-  EXPECT_EQ(device(kSwp1).admin_speed_mbps, 0U);
+  EXPECT_EQ(device(kSwp1).settings.admin_speed_mbps, 0U);
   EXPECT_EQ(device(kSwp1).oper_duplex, PM_PORT_DUPLEX_FULL);
   EXPECT_EQ(device(kSwp1).capabilities.speeds, CRDCFG_SPEED_100M | CRDCFG_SPEED_1G | CRDCFG_SPEED_AUTO);
-  EXPECT_EQ(device(kSwp1).admin_flow_control, 0x0002);
+  EXPECT_EQ(device(kSwp1).settings.admin_flow_control, 0x0002);
   EXPECT_EQ(device(kSwp2).oper_speed_mbps, std::nullopt);
   EXPECT_TRUE(is_unknown(kSwp2, property::speed_mbps));
   EXPECT_TRUE(is_unknown(kSwp2, property::duplex));
@@ -961,7 +961,7 @@ TEST_F(KernelRecording, AnswersForADeviceThatIsGoneAreLeftOut) {
   port_record_of(kSwp4);
   statistics_of(kSwp1);
   for (const interface& it : the_machine().interfaces) {
-    EXPECT_NE(it.native_vlan, 66);
+    EXPECT_NE(it.settings.native_vlan, 66);
     EXPECT_NE(it.oper_speed_mbps, 66U);
     EXPECT_NE(it.stats.errors.symbol, 66U);
     EXPECT_NE(it.stats.errors.pause_sent, 66U);

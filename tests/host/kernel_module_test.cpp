@@ -224,7 +224,7 @@ TEST(KernelModule, AQsfpWithoutPagesHasNoLimitsAndPassesNone) {
 TEST(KernelModule, MeasuredValuesDoNotDrift) {
   interface port;
   port.module_in_port = module_of(sfp_pages());
-  port.admin_state = PM_PORT_STATE_DOWN;
+  port.settings.admin_state = PM_PORT_STATE_DOWN;
   port.oper_state = PM_PORT_STATE_DOWN;
   port.oper_speed_mbps = 1000;
   port.stats.in_bytes_per_second = 125'000'000;

@@ -353,8 +353,8 @@ TEST(KernelMachine, StateAndReasonAreWhatTheKernelKnows) {
   EXPECT_EQ(state_of(IFF_UP, kLowerLayerDown).state_reason, kParentDown);
   EXPECT_EQ(state_of(IFF_UP | IFF_RUNNING, kUp).oper_state, PM_PORT_STATE_UP);
   EXPECT_EQ(state_of(IFF_UP, kDown).oper_state, PM_PORT_STATE_DOWN);
-  EXPECT_EQ(state_of(IFF_UP, kDown).admin_state, PM_PORT_STATE_UP);
-  EXPECT_EQ(state_of(0, kDown).admin_state, PM_PORT_STATE_DOWN);
+  EXPECT_EQ(state_of(IFF_UP, kDown).settings.admin_state, PM_PORT_STATE_UP);
+  EXPECT_EQ(state_of(0, kDown).settings.admin_state, PM_PORT_STATE_DOWN);
   EXPECT_EQ(state_of(IFF_UP | IFF_RUNNING, 0).oper_state, PM_PORT_STATE_UP);  // drivers that do not tell the state
 }
 
@@ -370,11 +370,11 @@ TEST(KernelMachine, APortOfABridgeHasItsVlans) {
   trunk.bridge_state = BR_STATE_BLOCKING;
   const machine made = machine_of({access, trunk});
   EXPECT_EQ(made.interfaces[0].oper_mode, PM_PORT_MODE_ACCESS);
-  EXPECT_EQ(made.interfaces[0].access_vlan, 5);
+  EXPECT_EQ(made.interfaces[0].settings.access_vlan, 5);
   EXPECT_TRUE(made.interfaces[0].blocked_vlans.empty());
   EXPECT_EQ(made.interfaces[1].oper_mode, PM_PORT_MODE_TRUNK);
-  EXPECT_EQ(made.interfaces[1].native_vlan, 5);
-  EXPECT_EQ(made.interfaces[1].allowed_vlans, trunk.vlans);
+  EXPECT_EQ(made.interfaces[1].settings.native_vlan, 5);
+  EXPECT_EQ(made.interfaces[1].settings.allowed_vlans, trunk.vlans);
   EXPECT_EQ(made.interfaces[1].blocked_vlans, trunk.vlans);
 }
 
@@ -391,7 +391,7 @@ TEST(KernelMachine, AMemberOfABondIsAMemberOfItsChannel) {
   member.slave_kind = "bond";
   member.master = 3;
   const machine made = machine_of({member, device(3, "bond0", "bond")});
-  EXPECT_EQ(made.interfaces[0].channel, channel_index(IF_TYPE_ETH_PORT_CHANNEL, 3));
+  EXPECT_EQ(made.interfaces[0].settings.channel, channel_index(IF_TYPE_ETH_PORT_CHANNEL, 3));
 }
 
 TEST(KernelMachine, WhatTheKernelDoesNotTellIsAbsent) {
@@ -400,11 +400,11 @@ TEST(KernelMachine, WhatTheKernelDoesNotTellIsAbsent) {
   EXPECT_EQ(made.bandwidth_kbps, std::nullopt);
   EXPECT_EQ(made.oper_duplex, std::nullopt);
   EXPECT_EQ(made.oper_mode, std::nullopt);
-  EXPECT_EQ(made.access_vlan, std::nullopt);
-  EXPECT_EQ(made.native_vlan, std::nullopt);
-  EXPECT_EQ(made.admin_flow_control, std::nullopt);
+  EXPECT_EQ(made.settings.access_vlan, std::nullopt);
+  EXPECT_EQ(made.settings.native_vlan, std::nullopt);
+  EXPECT_EQ(made.settings.admin_flow_control, std::nullopt);
   EXPECT_EQ(made.oper_flow_control, std::nullopt);
-  EXPECT_EQ(made.span_monitor, std::nullopt);
+  EXPECT_EQ(made.settings.span_monitor, std::nullopt);
   EXPECT_EQ(made.delay_usec, std::nullopt);
   EXPECT_EQ(made.debounce_ms, std::nullopt);
   EXPECT_EQ(made.rate_mode, std::nullopt);

@@ -166,20 +166,20 @@ TEST_F(ClientLibraries, PortsLeaveTheirChannels) {
   step_command command{names_.first_port, names_.nobody};
   EXPECT_EQ(run_step(step, command),
             (Statuses{{names_.first_port, 0}, {names_.nobody, uint32{PM_ERR_NO_SUCH_INTERFACE}}}));
-  EXPECT_EQ(the_machine().find(names_.first_port)->channel, 0U);
+  EXPECT_EQ(the_machine().find(names_.first_port)->settings.channel, 0U);
   EXPECT_EQ(the_machine().members_of(names_.channel), std::vector{names_.second_port});
 }
 
 TEST_F(ClientLibraries, SwitchedPortsBecomeEdges) {
   const auto step = find<macro_step>("libstp.so", "stp_switchport_host_func");
   ASSERT_NE(step, nullptr);
-  the_machine().find(names_.third_port)->layer = 2;
-  the_machine().find(names_.routed_port)->layer = 3;
+  the_machine().find(names_.third_port)->settings.layer = 2;
+  the_machine().find(names_.routed_port)->settings.layer = 3;
   step_command command{names_.third_port, names_.routed_port};
   EXPECT_EQ(run_step(step, command),
             (Statuses{{names_.third_port, 0}, {names_.routed_port, uint32{PM_ERR_NOT_ALLOWED_ON_INTERFACE}}}));
-  EXPECT_TRUE(the_machine().find(names_.third_port)->is_edge);
-  EXPECT_FALSE(the_machine().find(names_.routed_port)->is_edge);
+  EXPECT_TRUE(the_machine().find(names_.third_port)->settings.is_edge);
+  EXPECT_FALSE(the_machine().find(names_.routed_port)->settings.is_edge);
 }
 
 TEST_F(ClientLibraries, AStepWithoutARangeFails) {

@@ -31,7 +31,7 @@ TEST(Model, EveryPartOfItCounts) {
   expect_another(made, [](machine& it) { it.cards[0].shares_resources = true; });
   expect_another(made, [](machine& it) { it.vlans.push_back({.id = 9, .name = "nine"}); });
   expect_another(made, [](machine& it) { it.users.push_back({.name = "guest", .vsans = {}}); });
-  expect_another(made, [](machine& it) { it.interfaces[1].description += "2"; });
+  expect_another(made, [](machine& it) { it.interfaces[1].settings.description += "2"; });
   expect_another(made, [](machine& it) { it.interfaces[1].delay_usec.reset(); });
   expect_another(made, [](machine& it) { it.interfaces[1].addresses.push_back({.prefix_length = 31}); });
   expect_another(made, [](machine& it) { it.interfaces[1].private_vlan.host_primary = 7; });

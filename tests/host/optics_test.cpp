@@ -75,7 +75,7 @@ class Modules : public Clients {
     port.module_in_port->eeprom = module_image("10Gbase-SR", port.if_index);
     port.module_in_port->diagnostics.calibration = 1;
     port.oper_state = 1;
-    port.admin_state = 1;
+    port.settings.admin_state = 1;
     port.oper_speed_mbps = 10'000;
   }
   interface& port() {
@@ -136,7 +136,7 @@ TEST_F(Modules, SendNothingWhenSwitchedOffAndReceiveNothingWithoutALink) {
   port().oper_state = 2;
   EXPECT_EQ(read_optics(port(), kNow).rx_uw, 0u);
   EXPECT_EQ(read_optics(port(), kNow).tx_uw, 590u);
-  port().admin_state = 2;
+  port().settings.admin_state = 2;
   EXPECT_EQ(read_optics(port(), kNow).tx_uw, 0u);
   EXPECT_EQ(read_optics(port(), kNow).bias_ua, 0u);
 }

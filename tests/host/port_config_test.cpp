@@ -61,12 +61,12 @@ TEST_F(PortConfig, ShutdownTakesThePortDownAndBackToWhatItWas) {
   const uint8 state_before = port(names_.routed_port).oper_state;
   const uint8 reason_before = port(names_.routed_port).state_reason;
   EXPECT_EQ(set_one(names_.routed_port, PM_CFG_PORT_STATE, {2}), 0U);
-  EXPECT_EQ(port(names_.routed_port).admin_state, PM_PORT_STATE_DOWN);
+  EXPECT_EQ(port(names_.routed_port).settings.admin_state, PM_PORT_STATE_DOWN);
   EXPECT_EQ(port(names_.routed_port).oper_state, PM_PORT_STATE_DOWN);
   EXPECT_EQ(port(names_.routed_port).state_reason, PM_REASON_ADMIN_DOWN);
   EXPECT_EQ(set_one(names_.routed_port, PM_CFG_PORT_STATE, {2}), 0U);
   EXPECT_EQ(set_one(names_.routed_port, PM_CFG_PORT_STATE, {1}), 0U);
-  EXPECT_EQ(port(names_.routed_port).admin_state, PM_PORT_STATE_UP);
+  EXPECT_EQ(port(names_.routed_port).settings.admin_state, PM_PORT_STATE_UP);
   EXPECT_EQ(port(names_.routed_port).oper_state, state_before);
   EXPECT_EQ(port(names_.routed_port).state_reason, reason_before);
   EXPECT_EQ(set_one(names_.routed_port, PM_CFG_PORT_STATE, {3}), uint32{PM_ERR_VALUE_OUT_OF_RANGE});
@@ -87,21 +87,21 @@ TEST_F(PortConfig, SettingsReachTheModel) {
   EXPECT_EQ(set_one(it, PM_CFG_SERVICE_STATE, {0, 0, 0, 1}), 0U);
   EXPECT_EQ(set_one(it, PM_CFG_SWITCHPORT, {0, 0, 0, 3}), 0U);
   const interface& changed = port(it);
-  EXPECT_EQ(changed.description, "to the lab");
-  EXPECT_EQ(changed.admin_mode, 0x100000U);
-  EXPECT_EQ(changed.admin_speed_mbps, 100U);
+  EXPECT_EQ(changed.settings.description, "to the lab");
+  EXPECT_EQ(changed.settings.admin_mode, 0x100000U);
+  EXPECT_EQ(changed.settings.admin_speed_mbps, 100U);
   EXPECT_EQ(changed.oper_speed_mbps, 100U);
-  EXPECT_EQ(changed.admin_duplex, PM_PORT_DUPLEX_HALF);
-  EXPECT_TRUE(changed.beacon_on);
-  EXPECT_EQ(changed.mtu_bytes, 9000);
-  EXPECT_EQ(changed.span_monitor, 1U);
-  EXPECT_EQ(changed.service_state, 1U);
-  EXPECT_EQ(changed.layer, 3U);
+  EXPECT_EQ(changed.settings.admin_duplex, PM_PORT_DUPLEX_HALF);
+  EXPECT_TRUE(changed.settings.beacon_on);
+  EXPECT_EQ(changed.settings.mtu_bytes, 9000);
+  EXPECT_EQ(changed.settings.span_monitor, 1U);
+  EXPECT_EQ(changed.settings.service_state, 1U);
+  EXPECT_EQ(changed.settings.layer, 3U);
 }
 
 TEST_F(PortConfig, RefusalsNameTheirReasonAndChangeNothing) {
   the_machine().find(names_.third_port)->capabilities.speeds = CRDCFG_SPEED_1G;
-  const auto mtu = port(names_.third_port).mtu_bytes;
+  const auto mtu = port(names_.third_port).settings.mtu_bytes;
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_SPEED, {0, 0, 0, 100}), uint32{PM_ERR_SPEED_NOT_SUPPORTED});
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_SPEED, {0, 0, 0, 7}), uint32{PM_ERR_SPEED_NOT_SUPPORTED});
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 1, 0, 0}), uint32{PM_ERR_VALUE_OUT_OF_RANGE});
@@ -111,8 +111,8 @@ TEST_F(PortConfig, RefusalsNameTheirReasonAndChangeNothing) {
   EXPECT_EQ(set_one(names_.mgmt, PM_CFG_BEACON, {1}), uint32{PM_ERR_NOT_ALLOWED_ON_INTERFACE});
   EXPECT_EQ(set_one(names_.second_port, PM_CFG_MTU, {0, 0, 5, 220}), uint32{PM_ERR_PORT_IN_CHANNEL});
   EXPECT_EQ(set_one(names_.nobody, PM_CFG_PORT_STATE, {1}), uint32{PM_ERR_NO_SUCH_INTERFACE});
-  EXPECT_EQ(port(names_.third_port).mtu_bytes, mtu);
-  EXPECT_FALSE(port(names_.third_port).beacon_on);
+  EXPECT_EQ(port(names_.third_port).settings.mtu_bytes, mtu);
+  EXPECT_FALSE(port(names_.third_port).settings.beacon_on);
 }
 
 TEST_F(PortConfig, EveryPortOfEveryRangeIsAnsweredInOrder) {
@@ -125,22 +125,22 @@ TEST_F(PortConfig, EveryPortOfEveryRangeIsAnsweredInOrder) {
 
 TEST_F(PortConfig, MembersFollowTheirChannel) {
   EXPECT_EQ(set_one(names_.channel, PM_CFG_MTU, {0, 0, 0x23, 0x28}), 0U);
-  EXPECT_EQ(port(names_.first_port).mtu_bytes, 9000);
-  EXPECT_EQ(port(names_.second_port).mtu_bytes, 9000);
+  EXPECT_EQ(port(names_.first_port).settings.mtu_bytes, 9000);
+  EXPECT_EQ(port(names_.second_port).settings.mtu_bytes, 9000);
   EXPECT_EQ(set_one(names_.channel, PM_CFG_PORT_STATE, {2}), 0U);
-  EXPECT_EQ(port(names_.first_port).admin_state, PM_PORT_STATE_UP) << "a member has its own state";
+  EXPECT_EQ(port(names_.first_port).settings.admin_state, PM_PORT_STATE_UP) << "a member has its own state";
 }
 
 TEST_F(PortConfig, LockedPortsTakeNothing) {
   the_machine().find(names_.third_port)->is_locked = true;
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_BEACON, {1}), uint32{PM_ERR_PORT_LOCKED});
-  EXPECT_FALSE(port(names_.third_port).beacon_on);
+  EXPECT_FALSE(port(names_.third_port).settings.beacon_on);
 }
 
 TEST_F(PortConfig, APortRefusesWithTheStatusOfItsFile) {
   the_machine().find(names_.third_port)->refusal = 0x402900F4;
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_BEACON, {1}), 0x402900F4U);
-  EXPECT_FALSE(port(names_.third_port).beacon_on);
+  EXPECT_FALSE(port(names_.third_port).settings.beacon_on);
 }
 
 TEST_F(PortConfig, ModeEIsForTheFirstPortOfAGroupWhereTheCardSaysSo) {
@@ -153,7 +153,7 @@ TEST_F(PortConfig, ModeEIsForTheFirstPortOfAGroupWhereTheCardSaysSo) {
   const if_index_t first = index_of(IF_TYPE_FC, {.slot = 3, .port = 5});
   EXPECT_EQ(set_one(first, PM_CFG_PORT_MODE, {0, 0, 0, 4}), 0U);
   EXPECT_EQ(set_one(fibre.if_index, PM_CFG_PORT_MODE, {0, 0, 0, 4}), uint32{PM_ERR_MODE_E_OUTSIDE_FIRST_PORT});
-  EXPECT_EQ(port(fibre.if_index).admin_mode, 0U);
+  EXPECT_EQ(port(fibre.if_index).settings.admin_mode, 0U);
   the_machine().find(fibre.if_index)->capabilities.e_mode_on_first_only = false;
   EXPECT_EQ(set_one(fibre.if_index, PM_CFG_PORT_MODE, {0, 0, 0, 4}), 0U);
 }
@@ -186,39 +186,39 @@ TEST_F(PortConfig, KeptNumbersHaveBounds) {
       {PM_CFG_85, {0}, {1}, {}, {2}},
   };
   for (const kept_setting& it : kSettings) {
-    const port_settings before = port(fibre.if_index);
+    const port_settings before = port(fibre.if_index).settings;
     for (const Octets& outside : {it.below, it.above}) {
       if (outside.empty()) continue;
       EXPECT_EQ(set_one(fibre.if_index, it.type, outside), uint32{PM_ERR_VALUE_OUT_OF_RANGE}) << int{it.type};
     }
-    EXPECT_EQ(static_cast<const port_settings&>(port(fibre.if_index)), before) << int{it.type};
+    EXPECT_EQ(port(fibre.if_index).settings, before) << int{it.type};
     EXPECT_EQ(set_one(fibre.if_index, it.type, it.lowest), 0U) << int{it.type};
-    const port_settings lowest = port(fibre.if_index);
+    const port_settings lowest = port(fibre.if_index).settings;
     EXPECT_EQ(set_one(fibre.if_index, it.type, it.highest), 0U) << int{it.type};
-    EXPECT_NE(static_cast<const port_settings&>(port(fibre.if_index)), lowest) << int{it.type};
+    EXPECT_NE(port(fibre.if_index).settings, lowest) << int{it.type};
   }
-  EXPECT_EQ(port(fibre.if_index).receive_credit, 0xC00000FFU);
-  EXPECT_EQ(port(fibre.if_index).receive_buffer_bytes, 2112);
-  EXPECT_EQ(port(fibre.if_index).down_on_link_failure, 4U);
+  EXPECT_EQ(port(fibre.if_index).settings.receive_credit, 0xC00000FFU);
+  EXPECT_EQ(port(fibre.if_index).settings.receive_buffer_bytes, 2112);
+  EXPECT_EQ(port(fibre.if_index).settings.down_on_link_failure, 4U);
 }
 
 TEST_F(PortConfig, TheLastCommandIsTakenBackAsAWhole) {
   const stopped_clock at(1'800'000'000);
-  const port_settings third = port(names_.third_port);
-  const port_settings routed = port(names_.routed_port);
+  const port_settings third = port(names_.third_port).settings;
+  const port_settings routed = port(names_.routed_port).settings;
   begin_changes({});
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 5, 221}), 0U);
   begin_changes({});
-  const port_settings with_mtu = port(names_.third_port);
+  const port_settings with_mtu = port(names_.third_port).settings;
   EXPECT_NE(with_mtu, third);
   set({{names_.third_port, names_.third_port}, {names_.routed_port, names_.routed_port}}, PM_CFG_PORT_STATE, {2});
   set({{names_.routed_port, names_.routed_port}}, PM_CFG_PORT_STATE, {2});
   set({{names_.mgmt, names_.mgmt}}, PM_CFG_BEACON, {1});  // refused
   EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.third_port, names_.routed_port}));
-  EXPECT_EQ(static_cast<const port_settings&>(port(names_.third_port)), with_mtu);
-  EXPECT_EQ(static_cast<const port_settings&>(port(names_.routed_port)), routed);
+  EXPECT_EQ(port(names_.third_port).settings, with_mtu);
+  EXPECT_EQ(port(names_.routed_port).settings, routed);
   EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.third_port}));
-  EXPECT_EQ(static_cast<const port_settings&>(port(names_.third_port)), third);
+  EXPECT_EQ(port(names_.third_port).settings, third);
   EXPECT_TRUE(take_change_back(the_machine()).restored.empty());
 }
 
@@ -249,7 +249,7 @@ TEST_F(PortConfig, OfTooManyStepsTheOldestAreForgotten) {
   for (int i = 0; i < 20'050; ++i) {
     begin_changes(std::to_string(i));
     note_change(port(names_.third_port));
-    the_machine().find(names_.third_port)->beacon_on = i % 2 == 0;
+    the_machine().find(names_.third_port)->settings.beacon_on = i % 2 == 0;
   }
   const auto& steps = change_steps(the_machine());
   EXPECT_EQ(steps.size(), 20'001U);
@@ -261,9 +261,9 @@ TEST_F(PortConfig, OfTooManyStepsTheOldestAreForgotten) {
 constexpr uint32 kRefusal = 0x40F10000;
 
 struct source_of_small_packets : switch_source {
-  uint32 apply_settings(const interface& port, const port_settings& before) override {
+  uint32 apply_settings(interface& port, const port_settings& before) override {
     mtus_before.push_back(*before.mtu_bytes);
-    return port.mtu_bytes > 4000 ? kRefusal : 0;
+    return port.settings.mtu_bytes > 4000 ? kRefusal : 0;
   }
   bool hands_settings_to_members() const override { return true; }
 
@@ -280,27 +280,27 @@ source_of_small_packets& use_source_of_small_packets() {
 TEST_F(PortConfig, WhatTheSourceRefusesIsNotSet) {
   const source_of_small_packets& source = use_source_of_small_packets();
   begin_changes({});
-  const port_settings as_made = port(names_.third_port);
+  const port_settings as_made = port(names_.third_port).settings;
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA1}), kRefusal);
-  EXPECT_EQ(static_cast<const port_settings&>(port(names_.third_port)), as_made);
+  EXPECT_EQ(port(names_.third_port).settings, as_made);
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA0}), 0U);
-  EXPECT_EQ(port(names_.third_port).mtu_bytes, 4000);
+  EXPECT_EQ(port(names_.third_port).settings.mtu_bytes, 4000);
   EXPECT_EQ(source.mtus_before, (std::vector<uint16>{*as_made.mtu_bytes, *as_made.mtu_bytes}));
 }
 
 TEST_F(PortConfig, TheSourceDecidesWhatMembersMayBeSetTo) {
   interface& member = *the_machine().find(names_.third_port);
-  member.channel = names_.channel;
+  member.settings.channel = names_.channel;
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0B, 0xB8}), uint32{PM_ERR_PORT_IN_CHANNEL});
   use_source_of_small_packets();
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0B, 0xB8}), 0U);
-  EXPECT_EQ(member.mtu_bytes, 3000);
+  EXPECT_EQ(member.settings.mtu_bytes, 3000);
   EXPECT_EQ(set_one(names_.channel, PM_CFG_MTU, {0, 0, 0x0F, 0xA0}), 0U);
-  EXPECT_EQ(member.mtu_bytes, 3000);
+  EXPECT_EQ(member.settings.mtu_bytes, 3000);
 }
 
 TEST_F(PortConfig, WhatTheSourceRefusesToTakeBackStays) {
-  the_machine().find(names_.third_port)->mtu_bytes = 9000;
+  the_machine().find(names_.third_port)->settings.mtu_bytes = 9000;
   begin_changes({});
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA0}), 0U);
   use_source_of_small_packets();
@@ -310,7 +310,7 @@ TEST_F(PortConfig, WhatTheSourceRefusesToTakeBackStays) {
   ASSERT_EQ(made.refused.size(), 1U);
   EXPECT_EQ(made.refused[0].if_index, names_.third_port);
   EXPECT_EQ(made.refused[0].status, kRefusal);
-  EXPECT_EQ(port(names_.third_port).mtu_bytes, 4000);
+  EXPECT_EQ(port(names_.third_port).settings.mtu_bytes, 4000);
 }
 
 TEST_F(PortConfig, ACommandThatChangesNothingForgetsNothing) {
@@ -319,7 +319,7 @@ TEST_F(PortConfig, ACommandThatChangesNothingForgetsNothing) {
   begin_changes({});
   EXPECT_EQ(set_one(names_.mgmt, PM_CFG_BEACON, {1}), uint32{PM_ERR_NOT_ALLOWED_ON_INTERFACE});
   EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.third_port}));
-  EXPECT_FALSE(port(names_.third_port).beacon_on);
+  EXPECT_FALSE(port(names_.third_port).settings.beacon_on);
 }
 
 TEST_F(PortConfig, NoRangesGiveNoResults) {
@@ -358,7 +358,7 @@ TEST_F(PortConfig, FailedRequestsLeaveNoResults) {
   ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::none}));
   EXPECT_EQ(got.error, -1);
   EXPECT_TRUE(got.ports.empty());
-  EXPECT_FALSE(port(names_.third_port).beacon_on);
+  EXPECT_FALSE(port(names_.third_port).settings.beacon_on);
 }
 
 TEST_F(PortConfig, ShortAnswersAreFailures) {

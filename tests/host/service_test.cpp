@@ -239,7 +239,7 @@ TEST_F(Services, PortRecordOfAnIdlePortSaysSo) {
 }
 
 TEST_F(Services, DescriptionThatFillsItsFieldIsNotTerminated) {
-  the_machine().find(names_.first_port)->description = std::string(200, 'x');
+  the_machine().find(names_.first_port)->settings.description = std::string(200, 'x');
 
   const auto port = only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes(one(names_.first_port))));
 

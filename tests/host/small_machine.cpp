@@ -63,34 +63,34 @@ statistics busy() {
 interface trunk_port(const small_machine& names) {
   interface port;
   port.if_index = names.first_port;
-  port.description = "uplink to core";
-  port.admin_mode = PM_PORT_MODE_TRUNK;
+  port.settings.description = "uplink to core";
+  port.settings.admin_mode = PM_PORT_MODE_TRUNK;
   port.oper_mode = PM_PORT_MODE_TRUNK;
-  port.admin_speed_mbps = 100;
+  port.settings.admin_speed_mbps = 100;
   port.oper_speed_mbps = 1000;
-  port.admin_duplex = 2;
+  port.settings.admin_duplex = 2;
   port.oper_duplex = 1;
-  port.admin_flow_control = 0x0A;
+  port.settings.admin_flow_control = 0x0A;
   port.oper_flow_control = 0x05;
-  port.admin_state = 1;
+  port.settings.admin_state = 1;
   port.oper_state = 1;
   port.state_reason = 9;
-  port.mtu_bytes = 9216;
+  port.settings.mtu_bytes = 9216;
   port.bandwidth_kbps = 1'000'000;
   port.delay_usec = 120;
   port.debounce_ms = 300;
   port.rate_mode = 2;
-  port.beacon_on = true;
-  port.span_monitor = 1;
+  port.settings.beacon_on = true;
+  port.settings.span_monitor = 1;
   port.resets = 11;
   port.link_change_sec = 1'600'000'000;
   port.vsan = 17;
   port.record_error = 0x40290003;
   port.burned_in_mac = {0x02, 0x11, 0x22, 0x33, 0x44, 0x55};
   port.router_mac = {0x02, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE};
-  port.access_vlan = 12;
-  port.native_vlan = 13;
-  port.channel = names.channel;
+  port.settings.access_vlan = 12;
+  port.settings.native_vlan = 13;
+  port.settings.channel = names.channel;
   port.tracked = {names.third_port, names.routed_port};
   port.storm_control = interface::storm_levels {
     {
@@ -125,7 +125,7 @@ interface plain(if_index_t if_index) {
 
 interface routed_port(const small_machine& names) {
   interface port = plain(names.routed_port);
-  port.layer = 3;
+  port.settings.layer = 3;
   port.addresses = {
       {.bytes = {192, 0, 2, 1}, .prefix_length = 24},
       {.is_ipv6 = true, .bytes = {0x20, 0x01, 0x0D, 0xB8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}, .prefix_length = 64}};
@@ -164,7 +164,7 @@ small_machine install_small_machine() {
   set_source();
 
   interface& second = *the_machine().find(names.second_port);
-  second.channel = names.channel;
+  second.settings.channel = names.channel;
   second.module_in_port = transceiver{.supported = false, .type = FCOT_TYPE_X2, .eeprom = counting_bytes(20)};
   second.capabilities.speeds = CRDCFG_SPEED_10G;
   the_machine().find(names.sub_port)->encapsulation_vlan = 70;

@@ -42,7 +42,7 @@ TEST_F(Source, LeavesTheModelAsItStands) {
 TEST_F(Source, KnowsEverything) { EXPECT_TRUE(the_source().knows_all_fields()); }
 
 TEST_F(Source, TakesEverySettingAndLeavesMembersToTheServices) {
-  EXPECT_EQ(the_source().apply_settings(port(names_.first_port), {}), 0U);
+  EXPECT_EQ(the_source().apply_settings(*the_machine().find(names_.first_port), {}), 0U);
   EXPECT_TRUE(the_source().applies_setting(PM_CFG_RX_BB_CREDIT));
   EXPECT_FALSE(the_source().hands_settings_to_members());
   EXPECT_FALSE(the_source().allows_sub_interfaces_of_switched_ports());
@@ -54,7 +54,7 @@ TEST_F(Source, CreatesInTheModel) {
   const if_index_t missing[] = {sub_port, loopback};
   EXPECT_EQ(the_source().create_interfaces(the_machine(), missing), 0U);
   EXPECT_TRUE(port(sub_port).is_created);
-  EXPECT_EQ(port(sub_port).mtu_bytes, port(names_.routed_port).mtu_bytes);
+  EXPECT_EQ(port(sub_port).settings.mtu_bytes, port(names_.routed_port).settings.mtu_bytes);
   EXPECT_TRUE(port(loopback).is_created);
   EXPECT_EQ(port(loopback).bandwidth_kbps, 8'000'000U);
 }
@@ -83,14 +83,14 @@ TEST_F(Source, IsNotTheKernels) {
 }
 
 struct refusing_source : switch_source {
-  uint32 apply_settings(const interface&, const port_settings&) override { return 7; }
+  uint32 apply_settings(interface&, const port_settings&) override { return 7; }
 };
 
 TEST_F(Source, IsAnotherOnceItIsSet) {
   set_source(std::make_unique<refusing_source>());
-  EXPECT_EQ(the_source().apply_settings(port(names_.first_port), {}), 7U);
+  EXPECT_EQ(the_source().apply_settings(*the_machine().find(names_.first_port), {}), 7U);
   set_source();
-  EXPECT_EQ(the_source().apply_settings(port(names_.first_port), {}), 0U);
+  EXPECT_EQ(the_source().apply_settings(*the_machine().find(names_.first_port), {}), 0U);
 }
 
 }  // namespace

@@ -101,7 +101,7 @@ TEST_F(StorageSwitch, ModesSpeedsAndReasonsOfFibreChannel) {
     EXPECT_TRUE(reasons.contains(reason)) << reason;
 }
 
-TEST_F(StorageSwitch, PortWithoutAModeIsAuto) { EXPECT_EQ(named("fc 2/16").admin_mode, 0x1u); }
+TEST_F(StorageSwitch, PortWithoutAModeIsAuto) { EXPECT_EQ(named("fc 2/16").settings.admin_mode, 0x1u); }
 
 TEST_F(StorageSwitch, TrunkListsAreRead) {
   EXPECT_EQ(named("fc 1/21").trunk_vsans, (std::vector<uint16>{1, 10, 11, 12, 20}));

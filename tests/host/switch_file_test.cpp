@@ -87,13 +87,13 @@ TEST(SwitchFile, FibreChannelPortsHaveVsansAndAutomaticModes) {
   const interface& port = *it.find(ethernet_index(IF_TYPE_FC, 0, 0));
   EXPECT_EQ(port.vsan, 12U);
   EXPECT_EQ(port.trunk_vsans, (std::vector<uint16>{1, 2, 3, 7}));
-  EXPECT_EQ(port.admin_mode, 0x1U);
+  EXPECT_EQ(port.settings.admin_mode, 0x1U);
   EXPECT_EQ(port.oper_mode, 0x8U);
   EXPECT_EQ(port.oper_speed_mbps, 4000U);
   EXPECT_NE(it.find(named_fc_index(name_family::kBay, 2)), nullptr);
-  EXPECT_EQ(it.find(named_fc_index(name_family::kExternal, 1))->description, "uplink 2");
-  EXPECT_EQ(it.find(numbered_index(IF_TYPE_FCIP, 9))->admin_mode, 0x1U);
-  EXPECT_EQ(it.find(numbered_index(IF_TYPE_SERVER, 4))->admin_mode, 0x1U);
+  EXPECT_EQ(it.find(named_fc_index(name_family::kExternal, 1))->settings.description, "uplink 2");
+  EXPECT_EQ(it.find(numbered_index(IF_TYPE_FCIP, 9))->settings.admin_mode, 0x1U);
+  EXPECT_EQ(it.find(numbered_index(IF_TYPE_SERVER, 4))->settings.admin_mode, 0x1U);
   EXPECT_NE(it.find(if_index_inband_get_active_sup_priority_hi()), nullptr);
 }
 
@@ -144,33 +144,33 @@ TEST(SwitchFile, EveryInterfaceOfARangeHasTheAttributes) {
   ASSERT_EQ(it.interfaces.size(), 4U);
   const interface* ninth = it.find(port(IF_TYPE_ETHERNET, 1, 9));
   ASSERT_NE(ninth, nullptr);
-  EXPECT_EQ(ninth->description, "desk 9");
-  EXPECT_EQ(ninth->admin_mode, PM_PORT_MODE_TRUNK);
+  EXPECT_EQ(ninth->settings.description, "desk 9");
+  EXPECT_EQ(ninth->settings.admin_mode, PM_PORT_MODE_TRUNK);
   EXPECT_EQ(ninth->oper_mode, PM_PORT_MODE_TRUNK);
-  EXPECT_EQ(ninth->admin_speed_mbps, 100U);
+  EXPECT_EQ(ninth->settings.admin_speed_mbps, 100U);
   EXPECT_EQ(ninth->oper_speed_mbps, 100U);
-  EXPECT_EQ(ninth->admin_duplex, 2);
+  EXPECT_EQ(ninth->settings.admin_duplex, 2);
   EXPECT_EQ(ninth->oper_duplex, 2);
-  EXPECT_EQ(ninth->admin_flow_control, 0x2 | 0x4);
-  EXPECT_EQ(ninth->oper_flow_control, 0x2 | 0x4);
-  EXPECT_EQ(ninth->mtu_bytes, 9000);
+  EXPECT_EQ(ninth->settings.admin_flow_control, 0x2 | 0x4);
+  EXPECT_EQ(ninth->oper_flow_control, 0x2 | 0x1) << "the partner agrees to what is desired";
+  EXPECT_EQ(ninth->settings.mtu_bytes, 9000);
   EXPECT_EQ(ninth->bandwidth_kbps, 777U);
   EXPECT_EQ(ninth->delay_usec, 30U);
   EXPECT_EQ(ninth->debounce_ms, 200);
   EXPECT_EQ(ninth->rate_mode, 2);
   EXPECT_EQ(ninth->mdix_on, false);
-  EXPECT_TRUE(ninth->beacon_on);
-  EXPECT_TRUE(ninth->span_monitor);
+  EXPECT_TRUE(ninth->settings.beacon_on);
+  EXPECT_TRUE(ninth->settings.span_monitor);
   EXPECT_EQ(ninth->resets, 5U);
   EXPECT_EQ(ninth->vsan, 3U);
-  EXPECT_EQ(ninth->service_state, 1U);
+  EXPECT_EQ(ninth->settings.service_state, 1U);
   EXPECT_EQ(ninth->fc_layer, 1);
   EXPECT_EQ(ninth->record_error, 9U);
   EXPECT_EQ(ninth->satellite_unit, 101U);
   EXPECT_EQ(ninth->multi_chassis_status, "both up");
-  EXPECT_EQ(ninth->access_vlan, 11);
-  EXPECT_EQ(ninth->native_vlan, 12);
-  EXPECT_EQ(ninth->allowed_vlans, (std::vector<uint16>{1, 2, 3, 4}));
+  EXPECT_EQ(ninth->settings.access_vlan, 11);
+  EXPECT_EQ(ninth->settings.native_vlan, 12);
+  EXPECT_EQ(ninth->settings.allowed_vlans, (std::vector<uint16>{1, 2, 3, 4}));
   EXPECT_EQ((*ninth->storm_control)[PM_STORM_BROADCAST].percent, 12);
   EXPECT_EQ((*ninth->storm_control)[PM_STORM_BROADCAST].hundredths, 34);
   EXPECT_EQ((*ninth->storm_control)[PM_STORM_BROADCAST].mode, 1);
@@ -178,7 +178,7 @@ TEST(SwitchFile, EveryInterfaceOfARangeHasTheAttributes) {
   EXPECT_EQ((*ninth->storm_control)[PM_STORM_MULTICAST].percent, 100);
   EXPECT_EQ((*ninth->storm_control)[PM_STORM_UNICAST].mode, 1);
   EXPECT_EQ((*ninth->storm_control)[PM_STORM_UNICAST].percent, 100);
-  EXPECT_EQ(it.interfaces[1].description, "desk 2");
+  EXPECT_EQ(it.interfaces[1].settings.description, "desk 2");
   EXPECT_EQ(it.find(port(IF_TYPE_ETHERNET, 1, 4)), nullptr);
   EXPECT_EQ(it.find(kNothing), nullptr);
 }
@@ -207,7 +207,7 @@ TEST(SwitchFile, StatesAreWordsOrNumbers) {
   for (const state_case& it : kStates) {
     const machine loaded = load_interfaces(std::string("- {range: ethernet 1/1, state: ") + it.word + "}\n");
     ASSERT_EQ(loaded.interfaces.size(), 1U);
-    EXPECT_EQ(loaded.interfaces[0].admin_state, it.admin_state) << it.word;
+    EXPECT_EQ(loaded.interfaces[0].settings.admin_state, it.admin_state) << it.word;
     EXPECT_EQ(loaded.interfaces[0].oper_state, it.oper_state) << it.word;
     EXPECT_EQ(loaded.interfaces[0].state_reason, it.reason) << it.word;
   }
@@ -221,7 +221,7 @@ TEST(SwitchFile, OperationFollowsFromStateAndCapabilities) {
   const interface& up = it.interfaces[0];
   EXPECT_EQ(up.oper_speed_mbps, 1000U);
   EXPECT_EQ(up.oper_duplex, 1);
-  EXPECT_EQ(up.admin_duplex, 3);
+  EXPECT_EQ(up.settings.admin_duplex, 3);
   EXPECT_EQ(up.bandwidth_kbps, 1'000'000U);
   EXPECT_EQ(up.oper_mode, PM_PORT_MODE_ACCESS);
   const interface& down = it.interfaces[1];
@@ -229,11 +229,11 @@ TEST(SwitchFile, OperationFollowsFromStateAndCapabilities) {
   EXPECT_EQ(down.oper_duplex, 3);
   EXPECT_EQ(down.bandwidth_kbps, 1'000'000U);
   const interface& explicit_one = it.interfaces[2];
-  EXPECT_EQ(explicit_one.admin_mode, PM_PORT_MODE_TRUNK);
+  EXPECT_EQ(explicit_one.settings.admin_mode, PM_PORT_MODE_TRUNK);
   EXPECT_EQ(explicit_one.oper_mode, PM_PORT_MODE_ACCESS);
   EXPECT_EQ(explicit_one.oper_speed_mbps, 10U);
   EXPECT_EQ(explicit_one.oper_duplex, 2);
-  EXPECT_EQ(explicit_one.allowed_vlans.size(), 4094U);
+  EXPECT_EQ(explicit_one.settings.allowed_vlans.size(), 4094U);
 }
 
 TEST(SwitchFile, CapabilitiesComeFromTheProfileOfTheCardOrOfThePort) {
@@ -310,7 +310,7 @@ TEST(SwitchFile, LayersFollowFromKindsAndAddresses) {
       "- {range: ethernet 2/3.7, kind: 26, dot1q: 700}\n"
       "- {range: loopback 1}\n"
       "- {range: mgmt 0}\n");
-  const auto layer = [&](if_index_t if_index) { return it.find(if_index)->layer; };
+  const auto layer = [&](if_index_t if_index) { return it.find(if_index)->settings.layer; };
   EXPECT_EQ(layer(port(IF_TYPE_ETHERNET, 1, 1)), 2U);
   EXPECT_EQ(layer(port(IF_TYPE_ETHERNET_L3, 2, 1)), 2U);
   EXPECT_EQ(layer(port(IF_TYPE_ETHERNET_L3, 2, 2)), 3U);
@@ -715,7 +715,7 @@ TEST_F(CampusSwitch, HasEveryKindThatAReaderMayMeet) {
   EXPECT_EQ(count([](const interface& it) { return is_kind(it, IF_TYPE_ETHERNET); }), 48);
   const auto layer_of_ports = [&](uint32 layer) {
     return count([&](const interface& it) {
-      return is_kind(it, IF_TYPE_ETHERNET_L3) && !is_sub_interface(it) && it.layer == layer;
+      return is_kind(it, IF_TYPE_ETHERNET_L3) && !is_sub_interface(it) && it.settings.layer == layer;
     });
   };
   EXPECT_GE(layer_of_ports(2), 1);
@@ -744,7 +744,7 @@ TEST_F(CampusSwitch, BothFamiliesOfPortChannelsHaveMembers) {
 TEST_F(CampusSwitch, MostTrunksAreOfKindTwo) {
   const auto trunks = [&](bool of_kind_two) {
     return count([&](const interface& it) {
-      return it.admin_mode == PM_PORT_MODE_TRUNK && is_kind(it, IF_TYPE_ETHERNET) == of_kind_two;
+      return it.settings.admin_mode == PM_PORT_MODE_TRUNK && is_kind(it, IF_TYPE_ETHERNET) == of_kind_two;
     });
   };
   EXPECT_GT(trunks(true), trunks(false));
@@ -756,7 +756,7 @@ TEST_F(CampusSwitch, HasEveryStateThatAReaderMayMeet) {
   for (const int reason : {2 /* up */, 12 /* administratively down */, 7 /* not connected */, 5 /* error-disabled */,
                            29 /* SFP absent */, 14 /* suspended */, 11 /* inactive */})
     EXPECT_TRUE(reasons.contains(reason)) << reason;
-  EXPECT_GE(count([](const interface& it) { return it.channel != 0; }), 1);
+  EXPECT_GE(count([](const interface& it) { return it.settings.channel != 0; }), 1);
 }
 
 TEST_F(CampusSwitch, PortsHaveTheirOwnHardwareAddresses) {

@@ -123,7 +123,7 @@ TEST_F(ValuesService, SettingsAreNumbersOfThePortManager) {
 
 TEST_F(ValuesService, VlansAreAMembership) {
   interface& trunk = *the_machine().find(names_.first_port);
-  trunk.allowed_vlans = {10, 11, 12, 20};
+  trunk.settings.allowed_vlans = {10, 11, 12, 20};
   EXPECT_EQ(value_of(names_.first_port, property::vlan), "2 0 13 10 12 20 20") << "trunk, native, first and last VLANs";
   EXPECT_EQ(value_of(names_.first_port, property::allowed_vlans), "10 12 20 20");
   EXPECT_EQ(value_of(names_.first_port, property::trunk_status), "trnk-bndl");
@@ -151,7 +151,7 @@ TEST_F(ValuesService, WhatIsNotKnownIsNotSupported) {
   EXPECT_EQ(value_of(names_.first_port, property::input_drop_events), kNotSupported) << "a sum with the unknown";
   EXPECT_EQ(value_of(names_.third_port, property::input_bytes), kNotSupported);
   interface& port = *the_machine().find(names_.first_port);
-  port.access_vlan.reset();
+  port.settings.access_vlan.reset();
   port.delay_usec.reset();
   port.capabilities.speeds.reset();
   EXPECT_EQ(value_of(names_.first_port, property::vlan), kNotSupported);
@@ -459,7 +459,7 @@ TEST_F(ValuesService, ARequestWithAnyByteIsAnsweredOrRejected) {
 }
 
 TEST_F(ValuesService, AnAnswerWithAnyByteIsReadOrRefused) {
-  the_machine().find(names_.first_port)->allowed_vlans = {10, 11, 20};
+  the_machine().find(names_.first_port)->settings.allowed_vlans = {10, 11, 20};
   const std::array asked = {property::vlan, property::description, property::member_of, property::speeds_mbps};
   const reply whole = serve_interface_values(VALUES_OPC_INTERFACE, values_request_for(names_.first_port, asked, false));
   const service changing[] = {{SAP_INTERFACE_VALUES, "interface-values", serve_bytes}};

@@ -42,8 +42,8 @@ class VlanServices : public Clients {
 };
 
 TEST_F(VlanServices, MembershipsAreOfThePortsThatAreThere) {
-  port().native_vlan = 7;
-  port().allowed_vlans = {1, 7, 4094};
+  port().settings.native_vlan = 7;
+  port().settings.allowed_vlans = {1, 7, 4094};
   const if_index_t ports[] = {names_.third_port, names_.nobody, names_.routed_port};
   void* payload = nullptr;
   uint32 size = 0;
@@ -61,8 +61,8 @@ TEST_F(VlanServices, MembershipsAreOfThePortsThatAreThere) {
 }
 
 TEST_F(VlanServices, VlansAreThoseThatAreDescribedOrUsed) {
-  port().layer = 2;
-  port().access_vlan = 42;
+  port().settings.layer = 2;
+  port().settings.access_vlan = 42;
   the_machine().vlans = {{.id = 300, .name = "guests", .kind = VLAN_TYPE_PRIMARY, .is_shut = true}};
   const auto info = [this](uint16 id) -> std::optional<vlan_info_resp_t> {
     vdc_vlan_id_t vlan{};
@@ -87,14 +87,14 @@ TEST_F(VlanServices, VlansAreThoseThatAreDescribedOrUsed) {
 }
 
 TEST_F(VlanServices, AllVlansAreListedOnceAndById) {
-  for (interface& it : the_machine().interfaces) it.layer = 3;
-  port().layer = 2;
-  port().access_vlan = 300;
+  for (interface& it : the_machine().interfaces) it.settings.layer = 3;
+  port().settings.layer = 2;
+  port().settings.access_vlan = 300;
   interface& trunk = *the_machine().find(names_.first_port);
-  trunk.layer = 2;
+  trunk.settings.layer = 2;
   trunk.oper_mode = PM_PORT_MODE_TRUNK;
-  trunk.native_vlan = 42;
-  trunk.access_vlan = 43;
+  trunk.settings.native_vlan = 42;
+  trunk.settings.access_vlan = 43;
   the_machine().vlans = {{.id = 4094, .name = "last"}, {.id = 300, .name = "guests"}};
   vlan_info_resp_t* list = nullptr;
   uint32 count = 0;
@@ -125,10 +125,10 @@ TEST_F(VlanServices, PrivateVlansAreThoseOfThePort) {
 
 TEST_F(VlanServices, PortsForwardWhereNothingBlocksThem) {
   interface& trunk = port();
-  trunk.layer = 2;
+  trunk.settings.layer = 2;
   trunk.oper_mode = PM_PORT_MODE_TRUNK;
   trunk.oper_state = PM_PORT_STATE_UP;
-  trunk.allowed_vlans = {1, 2, 3, 4};
+  trunk.settings.allowed_vlans = {1, 2, 3, 4};
   trunk.blocked_vlans = {2};
   trunk.errored_vlans = {4};
   const auto forwarding = [this]() -> Ids {
@@ -151,7 +151,7 @@ TEST_F(VlanServices, PortsForwardWhereNothingBlocksThem) {
   };
   EXPECT_EQ(forwarding(), (Ids{1, 3}));
   trunk.oper_mode = PM_PORT_MODE_ACCESS;
-  trunk.access_vlan = 9;
+  trunk.settings.access_vlan = 9;
   EXPECT_EQ(forwarding(), (Ids{9}));
   trunk.oper_state = PM_PORT_STATE_DOWN;
   EXPECT_EQ(forwarding(), Ids{});

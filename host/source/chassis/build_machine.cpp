@@ -12,6 +12,7 @@
 #include "source/chassis/hardware_address.h"
 #include "source/chassis/module_image.h"
 #include "source/chassis/place_interfaces.h"
+#include "switch/operation.h"
 
 namespace host {
 namespace {
@@ -40,11 +41,11 @@ bool needs_card(if_index_t if_index) {
 // Puts the interface's own number where the description of a range says "{port}".
 void number_description(interface& port) {
   constexpr std::string_view kPlace = "{port}";
-  const std::size_t at = port.description.find(kPlace);
+  const std::size_t at = port.settings.description.find(kPlace);
   if (at == std::string::npos) return;
   const interface_number number = number_of(port.if_index);
-  port.description.replace(at, kPlace.size(),
-                           std::to_string(number.sub_interface != 0 ? number.sub_interface : number.port));
+  port.settings.description.replace(at, kPlace.size(),
+                                    std::to_string(number.sub_interface != 0 ? number.sub_interface : number.port));
 }
 
 // Attributes of interfaces.
@@ -63,6 +64,7 @@ class builder {
     refuse_mixed_channels();
     for (interface& port : result().interfaces) derive_bandwidth(port);
     for (interface& port : result().interfaces) inherit_from_parent(port);
+    for (interface& port : result().interfaces) port.at_start = port.settings;
     for (std::size_t i = 0; i < placed_.size(); ++i)
       start_traffic(draft_.interfaces[placed_[i].entry], result().interfaces[i]);
     result().save_startup();
@@ -144,14 +146,15 @@ class builder {
     const bool is_sub_interface = if_index_is_sub_intf(port.if_index) != 0;
     const bool is_routed =
         !port.addresses.empty() || is_sub_interface || is_kind(port.if_index, {IF_TYPE_LOOPBACK, IF_TYPE_MGMT});
-    port.layer = entry.layer.value_or(is_routed ? IF_LAYER_3 : IF_LAYER_2);
-    if (is_always_layer_2(port.if_index) && !is_sub_interface && port.layer != IF_LAYER_2)
+    port.settings.layer = entry.layer.value_or(is_routed ? IF_LAYER_3 : IF_LAYER_2);
+    if (is_always_layer_2(port.if_index) && !is_sub_interface && port.settings.layer != IF_LAYER_2)
       fail(entry.line, name_of(port.if_index) + " is of a kind that is never routed");
-    if (port.admin_mode == 0) port.admin_mode = default_port_mode(take_apart(port.if_index).type, port.layer);
+    if (port.settings.admin_mode == 0)
+      port.settings.admin_mode = default_port_mode(take_apart(port.if_index).type, port.settings.layer);
     if (entry.allowed_vlans)
-      port.allowed_vlans = *entry.allowed_vlans;
-    else if (port.admin_mode == PM_PORT_MODE_TRUNK)
-      port.allowed_vlans = every_vlan();
+      port.settings.allowed_vlans = *entry.allowed_vlans;
+    else if (port.settings.admin_mode == PM_PORT_MODE_TRUNK)
+      port.settings.allowed_vlans = every_vlan();
   }
 
   void set_capabilities(const interface_draft& entry, interface& port) const {
@@ -182,15 +185,9 @@ class builder {
   }
 
   void set_operation(const interface_draft& entry, interface& port) const {
-    const bool is_up = port.oper_state == PM_PORT_STATE_UP;
-    const bool is_auto_duplex = port.admin_duplex == PM_PORT_DUPLEX_AUTO;
-    const uint32 speed = is_up && port.admin_speed_mbps == 0 ? fastest_mbps(port.capabilities.speeds.value_or(0))
-                                                             : port.admin_speed_mbps;
-    const uint8 duplex = is_up && is_auto_duplex ? uint8{PM_PORT_DUPLEX_FULL} : port.admin_duplex;
-    port.oper_mode = entry.oper_mode.value_or(port.admin_mode);
-    port.oper_speed_mbps = entry.oper_speed_mbps.value_or(speed);
-    port.oper_duplex = static_cast<uint8>(entry.oper_duplex.value_or(duplex));
-    port.oper_flow_control = is_up ? port.admin_flow_control : uint16{0};
+    port.partner = entry.partner;
+    port.at_start = port.settings;
+    negotiate(port);
   }
 
   void set_addresses(interface& port) const {
@@ -240,7 +237,7 @@ class builder {
 
   void set_references(const interface_draft& entry, const reference_targets& targets, interface& port) const {
     if (targets.channel != 0) refuse_alien_member(entry, port.if_index, targets.channel);
-    port.channel = targets.channel;
+    port.settings.channel = targets.channel;
     port.bound_to = targets.bound_to;
     port.tracked = targets.tracked;
   }
@@ -288,7 +285,7 @@ class builder {
   void refuse_mixed_channels() {
     std::map<if_index_t, if_index_t> first_members;
     for (std::size_t i = 0; i < placed_.size(); ++i) {
-      const if_index_t channel = result().interfaces[i].channel;
+      const if_index_t channel = result().interfaces[i].settings.channel;
       if (channel == 0) continue;
       const if_index_t member = placed_[i].if_index;
       const if_index_t first = first_members.emplace(channel, member).first->second;
@@ -306,6 +303,7 @@ class builder {
     if (is_whole_channel && port.oper_speed_mbps == 0 && port.oper_state == PM_PORT_STATE_UP)
       for (const if_index_t member : result().members_of(port.if_index))
         port.oper_speed_mbps = std::max(port.oper_speed_mbps, result().find(member)->oper_speed_mbps);
+    if (is_whole_channel) port.partner.speed_mbps = port.oper_speed_mbps;
     if (port.bandwidth_kbps != 0) return;
     uint32 mbps = port.oper_speed_mbps.value_or(0);
     if (mbps == 0) mbps = fastest_mbps(port.capabilities.speeds.value_or(0));
@@ -324,7 +322,7 @@ class builder {
   void inherit_from_parent(interface& port) {
     if (!if_index_is_sub_intf(port.if_index)) return;
     const interface& parent = *result().find(parent_of(port.if_index));
-    port.oper_speed_mbps = parent.oper_speed_mbps;
+    port.partner.speed_mbps = port.oper_speed_mbps = parent.oper_speed_mbps;
     if (port.bandwidth_kbps == 0) port.bandwidth_kbps = parent.bandwidth_kbps;
   }
 

@@ -80,17 +80,17 @@ if_index_t channel_of(const grid& size, uint32 slot, uint32 port) {
 void set_state(interface& port, uint8 reason) {
   port.state_reason = reason;
   port.oper_state = reason == kUp ? PM_PORT_STATE_UP : PM_PORT_STATE_DOWN;
-  port.admin_state = reason == PM_REASON_ADMIN_DOWN ? PM_PORT_STATE_DOWN : PM_PORT_STATE_UP;
+  port.settings.admin_state = reason == PM_REASON_ADMIN_DOWN ? PM_PORT_STATE_DOWN : PM_PORT_STATE_UP;
 }
 
 void set_layer(interface& port, uint32 mode, uint32 number) {
-  port.admin_mode = mode;
+  port.settings.admin_mode = mode;
   port.oper_mode = mode;
-  port.layer = mode == 0 ? IF_LAYER_3 : IF_LAYER_2;
-  port.access_vlan = static_cast<uint16>(mode == kAccess ? 100 + number % 20 : 1);
+  port.settings.layer = mode == 0 ? IF_LAYER_3 : IF_LAYER_2;
+  port.settings.access_vlan = static_cast<uint16>(mode == kAccess ? 100 + number % 20 : 1);
   if (mode == kTrunk) {
-    port.allowed_vlans.resize(20);
-    std::iota(port.allowed_vlans.begin(), port.allowed_vlans.end(), uint16{100});
+    port.settings.allowed_vlans.resize(20);
+    std::iota(port.settings.allowed_vlans.begin(), port.settings.allowed_vlans.end(), uint16{100});
   }
   if (mode != 0) return;
   ip_address address{.prefix_length = 30};
@@ -102,7 +102,7 @@ void set_layer(interface& port, uint32 mode, uint32 number) {
 
 void set_speed(interface& port, uint32 admin_speed_mbps) {
   const bool is_up = port.oper_state == PM_PORT_STATE_UP;
-  port.admin_speed_mbps = admin_speed_mbps;
+  port.settings.admin_speed_mbps = admin_speed_mbps;
   port.oper_speed_mbps = admin_speed_mbps == 0 && is_up ? 10000 : admin_speed_mbps;
   port.oper_duplex = is_up ? PM_PORT_DUPLEX_FULL : PM_PORT_DUPLEX_AUTO;
   port.bandwidth_kbps = (port.oper_speed_mbps.value_or(0) != 0 ? *port.oper_speed_mbps : 10000) * 1000;
@@ -146,9 +146,9 @@ interface make_port(const grid& size, uint32 slot, uint32 port, uint32 now_sec) 
   if (channel != 0 || (does.mode == 0 && kind == IF_TYPE_ETHERNET)) does.mode = kTrunk;
   interface made;
   made.if_index = ethernet_index(kind, slot, port);
-  made.channel = channel;
-  made.description = does.description;
-  if (!made.description.empty()) made.description += ' ' + std::to_string(number + 1);
+  made.settings.channel = channel;
+  made.settings.description = does.description;
+  if (!made.settings.description.empty()) made.settings.description += ' ' + std::to_string(number + 1);
   set_state(made, does.state_reason);
   set_layer(made, does.mode, number);
   set_speed(made, does.admin_speed_mbps);
@@ -172,9 +172,9 @@ void add_management(machine& giant, uint32 now_sec) {
   interface made;
   made.if_index = ethernet_index(IF_TYPE_MGMT, 0, 0);
   set_state(made, kUp);
-  made.layer = IF_LAYER_3;
+  made.settings.layer = IF_LAYER_3;
   made.addresses = {{.bytes = {192, 0, 2, 10}, .prefix_length = 24}};
-  made.admin_speed_mbps = 1000;
+  made.settings.admin_speed_mbps = 1000;
   made.oper_speed_mbps = 1000;
   made.bandwidth_kbps = 1'000'000;
   made.burned_in_mac = hardware_address(kBaseMac, made.if_index);
@@ -189,9 +189,9 @@ void add_channels(machine& giant, const grid& size, uint32 now_sec) {
     if (channel == 0) continue;
     interface made = make_port(size, slot, 0, now_sec);
     made.if_index = channel;
-    made.channel = 0;
+    made.settings.channel = 0;
     made.module_in_port.reset();
-    made.description = "bundle " + std::to_string(slot + 1);
+    made.settings.description = "bundle " + std::to_string(slot + 1);
     *made.bandwidth_kbps *= kMembersOfAChannel;
     made.burned_in_mac = hardware_address(kBaseMac, channel);
     giant.interfaces.push_back(std::move(made));

@@ -412,13 +412,17 @@ void read_traffic(const yaml_value& value, const std::vector<traffic_profile>& p
 template <auto kRead>
 constexpr auto port = in<&interface_draft::attributes, kRead>;
 
+template <auto kRead>
+constexpr auto setting = port<in<&interface::settings, kRead>>;
+
+using link_partner = interface::link_partner;
 using private_vlans = interface::private_vlans;
 template <auto kRead>
 constexpr auto private_vlan = port<in<&interface::private_vlan, kRead>>;
 
 constexpr key_rule<interface_draft> kVlanRules[] = {
-    {"access", port<notation<&interface::access_vlan, read_vlan>>},
-    {"native", port<notation<&interface::native_vlan, read_vlan>>},
+    {"access", setting<notation<&port_settings::access_vlan, read_vlan>>},
+    {"native", setting<notation<&port_settings::native_vlan, read_vlan>>},
     {"allowed", notation<&interface_draft::allowed_vlans, read_vlan_list>},
     {"errored", port<notation<&interface::errored_vlans, read_vlan_list>>},
     {"blocked", port<notation<&interface::blocked_vlans, read_vlan_list>>},
@@ -430,13 +434,26 @@ constexpr key_rule<interface_draft> kVlanRules[] = {
 
 // The receiving side's bits are the sending side's, one place higher.
 template <unsigned kShift>
-void flow_control(const yaml_value& value, interface& target) {
+void flow_control(const yaml_value& value, port_settings& target) {
   *target.admin_flow_control |= static_cast<uint16>(value.word(kFlowWords) << kShift);
 }
 
-constexpr key_rule<interface> kFlowControlRules[] = {
+constexpr key_rule<port_settings> kFlowControlRules[] = {
     {"receive", flow_control<1>},
     {"send", flow_control<0>},
+};
+
+// Whether the partner agrees to what a side desires.
+template <uint16 kSide>
+void partner_flow_control(const yaml_value& value, link_partner& target) {
+  const bool agrees = value.text() != "off";
+  if (agrees && value.text() != "on") value.fail_with_value("is neither 'on' nor 'off'");
+  target.flow_control = static_cast<uint16>(agrees ? target.flow_control | kSide : target.flow_control & ~kSide);
+}
+
+constexpr key_rule<link_partner> kPartnerFlowControlRules[] = {
+    {"receive", partner_flow_control<PM_FLOW_CTRL_RECEIVE>},
+    {"send", partner_flow_control<PM_FLOW_CTRL_SEND>},
 };
 
 template <std::size_t kClass>
@@ -462,7 +479,7 @@ void read_state(const yaml_value& value, interface& target) {
   const bool is_up = value.text() == "up";
   const uint32 reason = is_number(value.text()) ? static_cast<uint32>(value.number(1, 255)) : value.word(kReasonWords);
   target.oper_state = is_up ? PM_PORT_STATE_UP : PM_PORT_STATE_DOWN;
-  target.admin_state = reason == kReasonAdminDown ? PM_PORT_STATE_DOWN : PM_PORT_STATE_UP;
+  target.settings.admin_state = reason == kReasonAdminDown ? PM_PORT_STATE_DOWN : PM_PORT_STATE_UP;
   target.state_reason = static_cast<uint8>(reason);
 }
 
@@ -492,28 +509,29 @@ constexpr key_rule<interface_draft> kInterfaceRules[] = {
     {"kind", number<&interface_draft::kind, 1, 254>},
     {"subtype", word<&interface_draft::subtype, kSubtypeWords>},
     {"profile", reference<&interface_draft::profile>},
-    {"description", port<text<&interface::description, kMaxDescription>>},
+    {"description", setting<text<&port_settings::description, kMaxDescription>>},
     {"state", port<read_state>},
     {"link-change", read_link_change},
-    {"mode", port<word<&interface::admin_mode, kModeWords>>},
-    {"oper-mode", word<&interface_draft::oper_mode, kModeWords>},
-    {"speed", port<word<&interface::admin_speed_mbps, kSpeedWords>>},
-    {"oper-speed", word<&interface_draft::oper_speed_mbps, kSpeedWords>},
-    {"duplex", port<word<&interface::admin_duplex, kDuplexWords>>},
-    {"oper-duplex", word<&interface_draft::oper_duplex, kDuplexWords>},
-    {"flow-control", port<map<interface, kFlowControlRules>>},
-    {"mtu", port<number<&interface::mtu_bytes, 64, 65535>>},
+    {"mode", setting<word<&port_settings::admin_mode, kModeWords>>},
+    {"oper-mode", in<&interface_draft::partner, word<&link_partner::mode, kModeWords>>},
+    {"speed", setting<word<&port_settings::admin_speed_mbps, kSpeedWords>>},
+    {"oper-speed", in<&interface_draft::partner, word<&link_partner::speed_mbps, kSpeedWords>>},
+    {"duplex", setting<word<&port_settings::admin_duplex, kDuplexWords>>},
+    {"oper-duplex", in<&interface_draft::partner, word<&link_partner::duplex, kDuplexWords>>},
+    {"flow-control", setting<map<port_settings, kFlowControlRules>>},
+    {"oper-flow-control", in<&interface_draft::partner, map<link_partner, kPartnerFlowControlRules>>},
+    {"mtu", setting<number<&port_settings::mtu_bytes, 64, 65535>>},
     {"bandwidth", port<number<&interface::bandwidth_kbps, 1, UINT32_MAX>>},
     {"delay", port<number<&interface::delay_usec, 0, UINT32_MAX>>},
     {"debounce", port<number<&interface::debounce_ms, 0, 65535>>},
     {"rate-mode", port<word<&interface::rate_mode, kRateModeWords>>},
     {"mdix", port<flag<&interface::mdix_on>>},
-    {"beacon", port<flag<&interface::beacon_on>>},
-    {"span-monitor", port<flag<&interface::span_monitor>>},
+    {"beacon", setting<flag<&port_settings::beacon_on>>},
+    {"span-monitor", setting<flag<&port_settings::span_monitor>>},
     {"resets", port<number<&interface::resets, 0, UINT32_MAX>>},
     {"vsan", port<number<&interface::vsan, 1, 4094>>},
     {"trunk-vsans", port<notation<&interface::trunk_vsans, read_vsan_list>>},
-    {"service-state", port<number<&interface::service_state, 0, UINT32_MAX>>},
+    {"service-state", setting<number<&port_settings::service_state, 0, UINT32_MAX>>},
     {"fc-layer", port<number<&interface::fc_layer, 0, 255>>},
     {"record-error", port<number<&interface::record_error, 0, UINT32_MAX>>},
     {"locked", port<flag<&interface::is_locked>>},

@@ -56,9 +56,7 @@ struct interface_draft {
   interface attributes;
   std::optional<uint32> layer;
   std::optional<std::vector<uint16>> allowed_vlans;
-  std::optional<uint32> oper_mode;
-  std::optional<uint32> oper_speed_mbps;
-  std::optional<uint32> oper_duplex;
+  interface::link_partner partner;
   transceiver_choice module;
   file_reference profile;
   file_reference channel;

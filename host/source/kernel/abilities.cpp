@@ -78,9 +78,9 @@ void set_speed(const kernel_link& link, interface& port) {
     port.oper_duplex.reset();
   }
   if (!link.negotiates || *link.negotiates || link.supported.none()) return;
-  port.admin_speed_mbps = link.speed_mbps.value_or(0);
+  port.settings.admin_speed_mbps = link.speed_mbps.value_or(0);
   if (link.is_full_duplex)
-    port.admin_duplex = *link.is_full_duplex ? uint8{PM_PORT_DUPLEX_FULL} : uint8{PM_PORT_DUPLEX_HALF};
+    port.settings.admin_duplex = *link.is_full_duplex ? uint8{PM_PORT_DUPLEX_FULL} : uint8{PM_PORT_DUPLEX_HALF};
 }
 
 // ---- Flow control ---------------------------------------------------------------------------------------------------
@@ -108,7 +108,7 @@ pause_directions negotiated(const link_modes& ours, const link_modes& theirs) {
 void set_flow_control(const kernel_link& link, interface& port) {
   if (!link.pause) return;
   const pause_directions set = {link.pause->receives, link.pause->sends};
-  port.admin_flow_control = flow_control(set, link.pause->negotiates ? PM_FLOW_CTRL_DESIRED : PM_FLOW_CTRL_ON);
+  port.settings.admin_flow_control = flow_control(set, link.pause->negotiates ? PM_FLOW_CTRL_DESIRED : PM_FLOW_CTRL_ON);
   port.oper_flow_control = uint16{0};
   if (port.oper_state != PM_PORT_STATE_UP) return;
   port.oper_flow_control =

@@ -59,7 +59,7 @@ uint8 reason_of(const kernel_link& link) {
 }
 
 void set_state(const kernel_link& link, interface& port) {
-  port.admin_state = (link.flags & IFF_UP) != 0 ? uint8{PM_PORT_STATE_UP} : uint8{PM_PORT_STATE_DOWN};
+  port.settings.admin_state = (link.flags & IFF_UP) != 0 ? uint8{PM_PORT_STATE_UP} : uint8{PM_PORT_STATE_DOWN};
   port.state_reason = reason_of(link);
   port.oper_state = port.state_reason == PM_REASON_NONE ? uint8{PM_PORT_STATE_UP} : uint8{PM_PORT_STATE_DOWN};
 }
@@ -70,15 +70,16 @@ void set_state(const kernel_link& link, interface& port) {
 // none.
 void set_vlans(const kernel_link& link, interface& port) {
   const bool is_trunk = link.has_tagged_vlans;
-  port.layer = link.slave_kind == "bridge" || take_apart(port.if_index).type == IF_TYPE_ETHERNET ? uint32{IF_LAYER_2}
-                                                                                                 : uint32{IF_LAYER_3};
-  port.admin_mode =
-      is_trunk ? uint32{PM_PORT_MODE_TRUNK} : default_port_mode(take_apart(port.if_index).type, port.layer);
+  port.settings.layer = link.slave_kind == "bridge" || take_apart(port.if_index).type == IF_TYPE_ETHERNET
+                            ? uint32{IF_LAYER_2}
+                            : uint32{IF_LAYER_3};
+  port.settings.admin_mode =
+      is_trunk ? uint32{PM_PORT_MODE_TRUNK} : default_port_mode(take_apart(port.if_index).type, port.settings.layer);
   if (!link.vlans.empty()) {
-    port.oper_mode = port.admin_mode;
-    port.native_vlan = port.access_vlan = link.native_vlan;
+    port.oper_mode = port.settings.admin_mode;
+    port.settings.native_vlan = port.settings.access_vlan = link.native_vlan;
   }
-  if (is_trunk) port.allowed_vlans = link.vlans;
+  if (is_trunk) port.settings.allowed_vlans = link.vlans;
   if (link.bridge_state && *link.bridge_state != BR_STATE_FORWARDING) port.blocked_vlans = link.vlans;
   port.encapsulation_vlan = static_cast<uint16>(link.vlan);
 }
@@ -87,10 +88,10 @@ void set_vlans(const kernel_link& link, interface& port) {
 
 // What is known of a switch that is made for it, and of a device only when the kernel reports it.
 void forget_usual_values(interface& port) {
-  port.oper_mode = port.oper_speed_mbps = port.span_monitor = std::nullopt;
+  port.oper_mode = port.oper_speed_mbps = port.settings.span_monitor = std::nullopt;
   port.oper_duplex.reset();
-  port.mtu_bytes = port.access_vlan = port.native_vlan = port.admin_flow_control = port.oper_flow_control =
-      std::nullopt;
+  port.settings.mtu_bytes = port.settings.access_vlan = port.settings.native_vlan = port.settings.admin_flow_control =
+      port.oper_flow_control = std::nullopt;
   port.bandwidth_kbps = port.delay_usec = port.resets = port.link_change_sec = std::nullopt;
   port.debounce_ms.reset();
   port.rate_mode.reset();
@@ -111,8 +112,9 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   constexpr std::size_t kLongest = PM_PORT_NAME_BYTES - 1;
   forget_usual_values(port);
   port.if_index = if_index;
-  port.description = link.alias.substr(0, kLongest);
-  if (link.mtu_bytes <= UINT16_MAX) port.mtu_bytes = static_cast<uint16>(link.mtu_bytes);  // as far as ports count
+  port.settings.description = link.alias.substr(0, kLongest);
+  if (link.mtu_bytes <= UINT16_MAX)
+    port.settings.mtu_bytes = static_cast<uint16>(link.mtu_bytes);  // as far as ports count
   port.burned_in_mac = port.router_mac = link.mac;
   port.oper_speed_mbps = link.speed_mbps;
   if (link.speed_mbps) port.bandwidth_kbps = *link.speed_mbps * 1000;
@@ -120,15 +122,14 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
     port.oper_duplex = *link.is_full_duplex ? uint8{PM_PORT_DUPLEX_FULL} : uint8{PM_PORT_DUPLEX_HALF};
   port.addresses = link.addresses;
   take_away_abilities(port.capabilities);
-  port.beacon_on = is_identifying(link.number);
+  port.settings.beacon_on = is_identifying(link.number);
   set_state(link, port);
   set_vlans(link, port);
   const mapped_device* const master = find_by<&mapped_device::number>(mapped, link.master);
   if (link.slave_kind == "bond" && master != nullptr && take_apart(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
-    port.channel = master->if_index;
+    port.settings.channel = master->if_index;
   set_abilities(link, port);
   port.is_created = is_created_by_command(link, if_index);
-  if (port.is_created && link.kind == "vlan") port.configured.set(PM_CFG_MTU);  // a new one has its parent's
 }
 
 std::string host_name() {
@@ -180,7 +181,9 @@ machine kernel_source::read_again() {
     counted_.push_back(reading_of(link, it.if_index));
   });
   sort_by<&device_reading::if_index>(counted_);
-  return machine_of_devices(links_, mapped_);
+  machine made = machine_of_devices(links_, mapped_);
+  for (interface& port : made.interfaces) port.at_start = at_start_.emplace(port.if_index, port.settings).first->second;
+  return made;
 }
 
 // What a device has counted, and since when it is shown.
@@ -284,15 +287,15 @@ std::optional<std::string> kernel_source::baseline_file() const { return baselin
 
 int kernel_source::write_baselines() { return baselines_.write(); }
 
-uint32 kernel_source::apply_settings(const interface& port, const port_settings& before) {
+uint32 kernel_source::apply_settings(interface& port, const port_settings& before) {
   const mapped_device* const it = device_of(port.if_index);
   if (it == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
-  const mapped_device* const bond = device_of(port.channel);
+  const mapped_device* const bond = device_of(port.settings.channel);
   return settle_device({.number = it->number,
                         .name = it->device,
                         .is_bridge_port = it->is_bridge_port,
                         .bond = bond == nullptr ? 0 : bond->number},
-                       port, before);
+                       port.settings, before);
 }
 
 bool kernel_source::applies_setting(uint8 type) const { return makes_kernel_setting(type); }
@@ -336,8 +339,8 @@ uint32 kernel_source::delete_interfaces(machine& model, std::span<const if_index
 uint32 kernel_source::restore_interface(machine& model, const interface& deleted) {
   if (const uint32 status = create_interfaces(model, {&deleted.if_index, 1}); status != 0) return status;
   interface& made = *model.find(deleted.if_index);
-  const port_settings now = made;
-  static_cast<port_settings&>(made) = deleted;
+  const port_settings now = made.settings;
+  made.settings = deleted.settings;
   return apply_settings(made, now);
 }
 

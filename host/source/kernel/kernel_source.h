@@ -32,7 +32,7 @@ class kernel_source final : public switch_source {
   bool counts_at_refresh() const override;
   std::optional<std::string> baseline_file() const override;
   int write_baselines() override;
-  uint32 apply_settings(const interface& port, const port_settings& before) override;
+  uint32 apply_settings(interface& port, const port_settings& before) override;
   bool applies_setting(uint8 type) const override;
   bool hands_settings_to_members() const override;
   bool allows_sub_interfaces_of_switched_ports() const override;
@@ -70,6 +70,7 @@ class kernel_source final : public switch_source {
   std::vector<mapped_device> mapped_;
   std::vector<device_reading> counted_;         // as the kernel told it last, sorted by interface
   std::map<if_index_t, device_memory> memory_;  // for rates
+  std::map<if_index_t, port_settings> at_start_;
   counter_baselines baselines_;
   device_details details_;
   bool is_fresh_ = false;

@@ -208,9 +208,6 @@ bool is_beyond_the_kernel(port_settings wanted, const port_settings& before) {
   take(&set::description, &set::mtu_bytes, &set::admin_state, &set::admin_speed_mbps, &set::admin_duplex,
        &set::admin_flow_control, &set::admin_mode, &set::access_vlan, &set::native_vlan, &set::allowed_vlans,
        &set::beacon_on);
-  // These follow by themselves.
-  take(&set::oper_mode, &set::oper_speed_mbps, &set::oper_duplex, &set::oper_state, &set::state_reason,
-       &set::link_before_shutdown, &set::configured);
   return wanted != before;
 }
 
