@@ -146,6 +146,11 @@ int write_file(const std::string& path, std::string_view text) {
   return target.empty() ? errno : replace(target, text, exists ? &old : nullptr);
 }
 
+bool exists(const std::string& path) {
+  struct stat found {};
+  return stat(path.c_str(), &found) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
 bool is_regular_file(const std::string& path) {
   struct stat found {};
   return stat(path.c_str(), &found) == 0 && S_ISREG(found.st_mode);

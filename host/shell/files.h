@@ -12,6 +12,9 @@ namespace host {
 // standard output under any of its names are written to. Returns 0 or an errno; ENXIO for a pipe that no process reads.
 int write_file(const std::string& path, std::string_view text);
 
+// Whether there is something with this name, also when it cannot be read.
+bool exists(const std::string& path);
+
 // Whether there is a regular file with this name.
 bool is_regular_file(const std::string& path);
 
