@@ -48,8 +48,6 @@ class input_lines {
   std::size_t size_ = 0;
 };
 
-bool is_comment(std::string_view text) { return text.empty() || text.front() == '!' || text.front() == '#'; }
-
 int run_lines(shell& session, input_lines& lines, const std::string& shown) {
   int result = kDone;
   std::string_view line;
@@ -118,6 +116,8 @@ class collection {
 std::string startup_file(const shell& session) {
   return state_file(session.switch_name + "." + std::string(kStartupConfig));
 }
+
+bool is_comment(std::string_view line) { return line.empty() || line.front() == '!' || line.front() == '#'; }
 
 command_text read_commands(const std::string& path, bool is_startup) {
   if (path.empty()) return {std::nullopt, std::string(kNoPlaceForStartup), kUsage};

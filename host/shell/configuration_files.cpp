@@ -38,6 +38,11 @@ std::string configuration_text(const invocation& run, const selection& chosen) {
                         is_whole ? std::span<const if_index_t>(the_machine().deleted) : std::span<const if_index_t>());
 }
 
+// `text` outlives the tuple.
+cmd_tuple_t text_tuple(uint16 tag, const std::string& text) {
+  return {uint32{CMD_TYPE_STRING} << 24 | tag, text.c_str()};
+}
+
 // A record for each command of each interface.
 void record_commands(command_output& output, const selection& chosen) {
   for (const if_index_t if_index : chosen.interfaces) {
@@ -47,13 +52,62 @@ void record_commands(command_output& output, const selection& chosen) {
     for (std::string line; std::getline(lines, line);) {
       output.begin_interface(sprintf_if_index(name, if_index));
       const std::string command(trim(line));
-      output.bind({uint32{CMD_TYPE_STRING} << 24 | kTagCommand, command.c_str()});
+      output.bind(text_tuple(kTagCommand, command));
       output.end_interface();
     }
   }
 }
 
+// Whether a command only changes the mode, which follows it.
+bool changes_mode(const command_line& line, shell_mode& mode) {
+  const auto run = line.what == nullptr ? nullptr : line.what->run;
+  if (run == configure || (run == leave_mode && mode == kInterfaceMode))
+    mode = kConfigureMode;
+  else if (run == choose_interfaces)
+    mode = kInterfaceMode;
+  else if (run == leave_configuration || run == leave_mode)
+    mode = kExecMode;
+  else
+    return false;
+  return true;
+}
+
+// A record for each command of a text, with the interfaces that it is for. Commands that only change the mode have
+// none.
+void record_commands(command_output& output, const std::string& text) {
+  shell_mode mode = kExecMode;
+  std::string range;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    const std::string command(trim(line));
+    if (is_comment(command)) continue;
+    std::string error;
+    const auto parsed = parse_command(command, error, mode);
+    if (parsed && changes_mode(*parsed, mode)) {
+      range = parsed->range;
+      continue;
+    }
+    output.begin_interface({});
+    if (!range.empty()) output.bind(text_tuple(kTagCommandRange, range));
+    output.bind(text_tuple(kTagCommand, command));
+    output.end_interface();
+  }
+}
+
 }  // namespace
+
+int show_startup_config(const invocation& run) {
+  const command_text stored = read_commands(startup_file(run.session), true);
+  if (stored.code != kDone) {
+    run.output.complain(stored.error);
+    return stored.code;
+  }
+  if (run.output.is_structured())
+    record_commands(run.output, *stored.text);
+  else
+    run.output.text(*stored.text);
+  return kDone;
+}
 
 int show_running_config(const invocation& run) {
   const selection chosen = select_configured(run);

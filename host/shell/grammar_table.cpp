@@ -43,6 +43,7 @@ constexpr display kText = kSentences;
 constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
 constexpr display kChanges = {kChangesDisplay, {}, "changes", false, false, "changes"};
 constexpr display kModuleResources = {kModuleResourcesDisplay, {}, "module_resources", false, false, "resources", true};
+constexpr display kStartupConfig = {kStartupConfigDisplay, {}, "startup_config", false, false, "commands"};
 constexpr display kRunningConfig = {kRunningConfigDisplay, {}, "running_config", false, false, "commands"};
 
 // clang-format off
@@ -99,7 +100,9 @@ constexpr command kGeneralCommands[] = {
     {"clock advance SECONDS", "Move the shell's clock on, and the traffic with it", advance_clock, kText},
     {"show running-config", "The commands that make the settings of all interfaces", show_running_config, kRunningConfig},
     {"show running-config interface RANGE", "Those of some interfaces", show_running_config, kRunningConfig},
+    {"show startup-config", "The commands that were stored under the name of the switch", show_startup_config, kStartupConfig},
     {"copy running-config startup-config", "Keep the settings under the name of the switch", copy_running_config, kText},
+    {"write", "The same", copy_running_config, kText},
     {"copy startup-config running-config", "Run the commands of the startup-config", nullptr, kText},
     {"copy FILE running-config", "Run the commands of a file", nullptr, kText},
     {"copy running-config FILE", "Write the settings to a file", copy_running_config, kText},
@@ -238,7 +241,7 @@ constexpr word_help kWords[] = {
     {"shutdown", "Switch the interfaces off"},
     {"speed", "Mbit/s, or auto"},
     {"st", "Ends of tunnels for such copies"},
-    {"startup-config", "The settings that were kept"},
+    {"startup-config", "The settings that were stored"},
     {"status", "A line for each: state, VLAN, duplex, speed, type"},
     {"storm-control", "Levels of storm control and what was discarded"},
     {"switchport", "Switched ports and their settings"},
@@ -251,6 +254,7 @@ constexpr word_help kWords[] = {
     {"vlan", "VLANs"},
     {"up", "Only interfaces that are up"},
     {"watch", "Repeat a show command"},
+    {"write", "Store the settings as the startup-config"},
 };
 
 constexpr std::string_view find_help(std::string_view word) {

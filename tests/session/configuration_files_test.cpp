@@ -224,5 +224,84 @@ TEST_F(CopyToRunningConfig, TheStartupConfigIsApplied) {
                             "  shutdown\nend\n");
 }
 
+using StartupConfig = ConfigurationFiles;
+
+TEST_F(StartupConfig, IsShownAsItWasStored) {
+  const outcome stored = run("configure\ninterface ethernet 1/1-2\nshutdown\ndescription \"a | b\"\nend\nwrite\n");
+  EXPECT_EQ(stored.out, "Written to " + state_directory() + "/pmsh/lab.startup-config.\n");
+  const outcome result = run("show startup-config\n");
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.out,
+            "! Settings of lab\nconfigure\ninterface ethernet 1/1-2\n  description \"a | b\"\n  shutdown\n" + kMembers +
+                "end\n");
+  EXPECT_EQ(run("show startup-config | include shut\n").out, "  shutdown\n");
+}
+
+TEST_F(StartupConfig, HasTheCommandsByRangeInTheStructuredForm) {
+  run("configure\ninterface ethernet 1/1-2, ethernet 1/4\nshutdown\ndescription lab\nend\nwrite\n");
+  const outcome result = run("show startup-config | json\n");
+  const std::size_t list = result.out.find("\"commands\":[");
+  ASSERT_NE(list, std::string::npos) << result.out;
+  EXPECT_NE(result.out.find("\"display\":\"startup_config\""), std::string::npos);
+  EXPECT_EQ(result.out.substr(list),
+            "\"commands\":[\n"
+            "{\"interface_range\":\"ethernet 1/1-2\",\"command\":\"description lab\"},\n"
+            "{\"interface_range\":\"ethernet 1/1-2\",\"command\":\"shutdown\"},\n"
+            "{\"interface_range\":\"ethernet 1/4\",\"command\":\"description lab\"},\n"
+            "{\"interface_range\":\"ethernet 1/4\",\"command\":\"shutdown\"},\n"
+            "{\"interface_range\":\"ethernet 1/11-12\",\"command\":\"channel-group 7\"}\n"
+            "],\"messages\":[],\"exit_code\":0}\n");
+}
+
+// A file that a person wrote: abbreviations, modes, lines that are no commands.
+TEST_F(StartupConfig, CommandsOutsideOfInterfacesHaveNoRange) {
+  fs::create_directories(state_directory() + "/pmsh");
+  std::ofstream(state_directory() + "/pmsh/lab.startup-config")
+      << "# mine\nconf t\nno interface loopback 7\nint e1/1, e1/3\nshut\nnonsense \x1b[31m\nexit\nundo\nend\nwrite";
+  const outcome result = run("show startup-config | json\n");
+  EXPECT_EQ(result.out.substr(result.out.find("\"commands\"")),
+            "\"commands\":[\n"
+            "{\"interface_range\":null,\"command\":\"no interface loopback 7\"},\n"
+            "{\"interface_range\":\"e1/1, e1/3\",\"command\":\"shut\"},\n"
+            "{\"interface_range\":\"e1/1, e1/3\",\"command\":\"nonsense \\u001b[31m\"},\n"
+            "{\"interface_range\":null,\"command\":\"undo\"},\n"
+            "{\"interface_range\":null,\"command\":\"write\"}\n"
+            "],\"messages\":[],\"exit_code\":0}\n");
+  const outcome text = run("show startup-config\n");
+  EXPECT_NE(text.out.find("\nnonsense \\x1b[31m\n"), std::string::npos) << text.out;
+  EXPECT_TRUE(text.out.ends_with("end\nwrite\n")) << text.out;
+}
+
+TEST_F(StartupConfig, ThatWasNotStoredIsReported) {
+  const std::string error = "there is no startup-config yet. Type 'copy running-config startup-config' to store one.";
+  const outcome result = run("show startup-config\n");
+  EXPECT_EQ(result.exit_code, 4);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err, "pmsh: " + error + "\n");
+  const outcome structured = run("show startup-config | json\n");
+  EXPECT_EQ(structured.exit_code, 4);
+  EXPECT_EQ(structured.out.substr(structured.out.find("\"commands\"")),
+            "\"commands\":[],\"messages\":[\n{\"interface\":null,\"severity\":\"error\",\"text\":\"" + error +
+                "\"}\n],\"exit_code\":4}\n");
+  EXPECT_EQ(run("", {"--config", "startup-config"}).err, "pmsh: " + error + "\n");
+}
+
+TEST_F(StartupConfig, ThatCannotBeReadIsReported) {
+  const std::string file = state_directory() + "/pmsh/lab.startup-config";
+  fs::create_directories(file);
+  const outcome result = run("show startup-config\n");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "pmsh: cannot read '" + file + "': Is a directory.\n");
+}
+
+TEST_F(StartupConfig, AStateDirectoryThatIsAFileIsNamed) {
+  fs::create_directories(state_directory());
+  std::ofstream(state_directory() + "/pmsh") << "not a directory";
+  const outcome result = run("write\n");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "pmsh: cannot write '" + state_directory() + "/pmsh/lab.startup-config': Not a directory.\n");
+  EXPECT_EQ(text_of(state_directory() + "/pmsh"), "not a directory");
+}
+
 }  // namespace
 }  // namespace session
