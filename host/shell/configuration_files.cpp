@@ -136,8 +136,9 @@ int copy_running_config(const invocation& run) {
     run.output.complain("nothing was written: " + quoted(path) + " exists. Start the shell with --yes to replace it.");
     return kUsage;
   }
-  if (is_startup) make_directories_of(path);
-  if (const int error = write_file(path, configuration_text(run, chosen)); error != 0) {
+  int error = is_startup ? make_directories_of(path) : 0;
+  if (error == 0) error = write_file(path, configuration_text(run, chosen));
+  if (error != 0) {
     const std::string reason = error == ENXIO ? "no process reads the pipe" : std::strerror(error);
     run.output.complain("cannot write '" + path + "': " + reason + ".");
     return kUsage;

@@ -1,5 +1,7 @@
 // Files of commands that a session runs, and the files that it writes.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -301,6 +303,103 @@ TEST_F(StartupConfig, AStateDirectoryThatIsAFileIsNamed) {
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.err, "pmsh: cannot write '" + state_directory() + "/pmsh/lab.startup-config': Not a directory.\n");
   EXPECT_EQ(text_of(state_directory() + "/pmsh"), "not a directory");
+}
+
+// The directory of another user, who lets no one write there.
+TEST_F(StartupConfig, AStateDirectoryThatMayNotBeWrittenIsNamed) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can be another user";
+  ASSERT_EQ(chmod(directory_.c_str(), 0755), 0);
+  const outcome result = run_program(
+      "/usr/bin/setpriv", {"--reuid=65534", "--clear-groups", "/usr/bin/env", "XDG_STATE_HOME=" + path("state"),
+                           PMSH_PROGRAM, "--switch", kSwitch, "-c", "write"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "pmsh: cannot write '" + path("state/pmsh/lab.startup-config") + "': Permission denied.\n");
+  EXPECT_TRUE(fs::is_empty(directory_));
+}
+
+using WrittenSettings = ConfigurationFiles;
+
+TEST_F(WrittenSettings, HostileTargetsAreNamed) {
+  fs::create_symlink("b", path("a"));
+  fs::create_symlink("a", path("b"));
+  ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+  const struct {
+    std::string file, reason;
+  } cases[] = {
+      {path("a"), "Too many levels of symbolic links"},
+      {path("none/settings"), "No such file or directory"},
+      {path("pipe"), "no process reads the pipe"},
+      {"/dev/full", "No space left on device"},
+      {directory_, "Is a directory"},
+  };
+  for (const auto& it : cases) {
+    const outcome result = run("copy running-config " + it.file + "\n");
+    EXPECT_EQ(result.exit_code, 1) << it.file;
+    EXPECT_EQ(result.out, "") << it.file;
+    EXPECT_EQ(result.err, "pmsh: cannot write '" + it.file + "': " + it.reason + ".\n");
+  }
+}
+
+class WrittenAtThePrompt : public ConfigurationFiles {
+ protected:
+  // The settings of the switch, as its file has them.
+  const std::string settings_ = "! Settings of lab\nconfigure\n" + kMembers + "end\n";
+};
+
+TEST_F(WrittenAtThePrompt, AnExistingFileIsReplacedWhenTheUserAgrees) {
+  const std::string file = make("settings", "before\n");
+  terminal shell({}, kSwitch);
+  ASSERT_TRUE(shell.shows_prompt()) << shell.unread();
+  for (const char* const answer : {"n\r", "\r"}) {
+    shell.type("copy running-config " + file + "\r");
+    ASSERT_TRUE(shell.shows("Replace '" + file + "'? (y/n) [n] ")) << shell.unread();
+    shell.type(answer);
+    ASSERT_TRUE(shell.shows("nothing was written: '" + file + "' exists.")) << shell.unread();
+    ASSERT_TRUE(shell.shows_prompt());
+    EXPECT_EQ(text_of(file), "before\n");
+  }
+  shell.type("copy running-config " + file + "\r");
+  ASSERT_TRUE(shell.shows("Replace '" + file + "'? (y/n) [n] ")) << shell.unread();
+  shell.type("y\r");
+  ASSERT_TRUE(shell.shows("Written to " + file)) << shell.unread();
+  EXPECT_EQ(text_of(file), settings_);
+}
+
+TEST_F(WrittenAtThePrompt, AFileThatIsMissingIsNotAskedFor) {
+  terminal shell({}, kSwitch);
+  ASSERT_TRUE(shell.shows_prompt()) << shell.unread();
+  shell.type("copy running-config " + path("new") + "\r");
+  ASSERT_TRUE(shell.shows("Written to ")) << shell.unread();
+  EXPECT_EQ(shell.seen().find("Replace"), std::string::npos);
+  EXPECT_EQ(text_of(path("new")), settings_);
+}
+
+TEST_F(WrittenAtThePrompt, YesReplacesAFileWithoutAQuestion) {
+  const std::string file = make("settings", "before\n");
+  terminal shell({"--yes"}, kSwitch);
+  ASSERT_TRUE(shell.shows_prompt()) << shell.unread();
+  shell.type("copy running-config " + file + "\r");
+  ASSERT_TRUE(shell.shows("Written to " + file)) << shell.unread();
+  EXPECT_EQ(shell.seen().find("Replace"), std::string::npos);
+  EXPECT_EQ(text_of(file), settings_);
+}
+
+// The pipe has a writer, which writes no more.
+TEST_F(WrittenAtThePrompt, WaitingForAPipeEndsWithCtrlC) {
+  ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+  const int both = open(path("pipe").c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_GE(both, 0);
+  ASSERT_EQ(write(both, "! begun\n", 8), 8);
+  terminal shell({}, kSwitch);
+  ASSERT_TRUE(shell.shows_prompt()) << shell.unread();
+  shell.type("copy " + path("pipe") + " running-config\r");
+  ASSERT_TRUE(shell.shows("running-config\r\n")) << shell.unread();
+  for (int unread = 1; unread != 0; usleep(1000)) ASSERT_EQ(ioctl(both, FIONREAD, &unread), 0);
+  shell.type("\x03");
+  ASSERT_TRUE(shell.shows_prompt()) << shell.unread();
+  shell.type("show running-config | count\r");
+  ASSERT_TRUE(shell.shows("5\r\n")) << shell.unread();
+  close(both);
 }
 
 }  // namespace
