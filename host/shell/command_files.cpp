@@ -48,6 +48,9 @@ class input_lines {
   std::size_t size_ = 0;
 };
 
+// How messages name a file.
+std::string shown_name(const std::string& path) { return path == "-" ? "standard input" : path; }
+
 int run_lines(shell& session, input_lines& lines, const std::string& shown) {
   int result = kDone;
   std::string_view line;
@@ -68,13 +71,12 @@ int run_lines(shell& session, input_lines& lines, const std::string& shown) {
 }
 
 int run_file_at(shell& session, const std::string& path, bool is_startup) {
-  const bool is_input = path == "-";
-  const std::string shown = is_input ? "standard input" : path;
+  const std::string shown = shown_name(path);
   if (session.num_files == kMostNestedFiles) {
     print_error(quoted(shown) + " was not run: files may run each other 8 deep. Does one run itself?");
     return kUsage;
   }
-  command_text read = is_input ? command_text() : read_commands(path, is_startup);
+  command_text read = path == "-" ? command_text() : read_commands(path, is_startup);
   if (read.code != kDone) {
     if (read.code != kInterrupted) print_error(read.error);
     return read.code;
@@ -153,7 +155,7 @@ copied_file run_for_copy(shell& session, const command_line& line, bool is_colle
 
 int report(const copied_file& copied, command_output& output) {
   for (const auto& [is_error, text] : copied.lines) is_error ? output.complain(text) : output.text(text);
-  if (copied.code == kDone) output.text("Applied " + copied.path + ".\n");
+  if (copied.code == kDone) output.text("Applied " + shown_name(copied.path) + ".\n");
   return copied.code;
 }
 

@@ -85,6 +85,11 @@ TEST_F(CopyToRunningConfig, WhatTheLinesPrintComesBeforeTheResult) {
   EXPECT_EQ(run("copy " + file + " running-config | count\n").out, "3\n");
 }
 
+TEST_F(CopyToRunningConfig, StandardInputIsAFileToo) {
+  const outcome result = run("show running-config | count\n", {"-c", "copy - running-config"});
+  EXPECT_EQ(result.out, "5\nApplied standard input.\n");
+}
+
 TEST_F(CopyToRunningConfig, TheSessionKeepsItsMode) {
   const std::string file = make("site.cfg", "configure\ninterface ethernet 1/2\nshutdown\n");
   const outcome result =
