@@ -184,7 +184,10 @@ void print_error_line(std::string_view text) {
 
 void set_output(pmhost_t& host, const pmhost_output_t& wanted) {
   host.output = settings_for(wanted);
-  if (wanted.error == nullptr) return host::set_error_sink(print_error_line);
+  if (wanted.error == nullptr) {
+    host::set_error_sink(print_error_line);
+    return;
+  }
   host::set_error_sink([wanted](std::string_view text) {
     const program_output printing;
     wanted.error(wanted.context, std::string(text).c_str());

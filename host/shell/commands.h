@@ -58,6 +58,7 @@ int show_changes(const invocation& run);
 int leave_mode(const invocation& run);
 int leave_configuration(const invocation& run);
 int show_running_config(const invocation& run);
+int show_startup_config(const invocation& run);
 int copy_running_config(const invocation& run);
 
 }  // namespace host

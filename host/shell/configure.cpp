@@ -104,6 +104,10 @@ bool has_lost_interfaces(const shell& session) {
 
 }  // namespace
 
+void leave_lost_interfaces(shell& session) {
+  if (has_lost_interfaces(session)) leave_interfaces(session);
+}
+
 int choose_interfaces(const invocation& run) {
   const command_queue q;
   command_account account(q.handle);
@@ -126,7 +130,7 @@ int delete_interfaces(const invocation& run) {
   command_account account(q.handle);
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
-  const selection deleted = delete_named(run.session, parameters, run.line.spans, run.session.is_in_file);
+  const selection deleted = delete_named(run.session, parameters, run.line.spans, run.session.num_files > 0);
   if (!deleted.complaint.empty()) run.output.complain(deleted.complaint);
   if (deleted.code != kDone) return deleted.code;
   leave_interfaces(run.session);
@@ -175,7 +179,7 @@ int undo(const invocation& run) {
     for (const auto& [if_index, status] : made.refused) refused.push_back({if_index, status});
     code = report_refusals(run, "undo", refused);
   }
-  if (has_lost_interfaces(run.session)) leave_interfaces(run.session);
+  leave_lost_interfaces(run.session);
   return code;
 }
 

@@ -1,15 +1,16 @@
 #include "shell/files.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <span>
 
 #include "base/write_all.h"
 
@@ -90,6 +91,49 @@ int replace(const std::string& path, std::string_view text, const struct stat* o
   return error != 0 ? error : flush_directory_of(path);
 }
 
+// Returns the size of what was read, 0 at the end, or -1 and errno. Waits for the writer of a pipe.
+ssize_t read_block(int descriptor, std::span<char> block, bool (*is_cancelled)()) {
+  constexpr int kLookMs = 100;  // at `is_cancelled`: a signal may come just before the wait
+  while (true) {
+    const ssize_t size = read(descriptor, block.data(), block.size());
+    if (size >= 0 || (errno != EAGAIN && errno != EINTR)) return size;
+    pollfd writer{descriptor, POLLIN, 0};
+    poll(&writer, 1, kLookMs);
+    if (is_cancelled == nullptr || !is_cancelled()) continue;
+    errno = ECANCELED;
+    return -1;
+  }
+}
+
+// Whether a pipe that is at its end had no writer since it was opened; the kernel reports a writer that left.
+bool is_pipe_without_writer(int descriptor) {
+  struct stat found {};
+  if (fstat(descriptor, &found) != 0 || !S_ISFIFO(found.st_mode)) return false;
+  pollfd writer{descriptor, POLLIN, 0};
+  return poll(&writer, 1, 0) == 0;
+}
+
+// What is wrong with the lines of a text that comes in parts.
+struct line_check {
+  std::size_t number = 1;  // of the line, from 1
+  std::string_view fault;  // a sentence; empty: none so far
+
+  void add(std::string_view part) {
+    for (const char character : part) {
+      size_ = character == '\n' ? 0 : size_ + 1;
+      if (size_ > kLongestLine) fault = "the line is longer than 65536 bytes.";
+      if (character == '\0') fault = "the line contains a zero byte. Expected a text file with commands.";
+      if (!fault.empty()) return;
+      if (character == '\n') ++number;
+    }
+  }
+
+ private:
+  static constexpr std::size_t kLongestLine = 65'536;
+
+  std::size_t size_ = 0;
+};
+
 }  // namespace
 
 int write_file(const std::string& path, std::string_view text) {
@@ -102,31 +146,35 @@ int write_file(const std::string& path, std::string_view text) {
   return target.empty() ? errno : replace(target, text, exists ? &old : nullptr);
 }
 
+bool exists(const std::string& path) {
+  struct stat found {};
+  return stat(path.c_str(), &found) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
 bool is_regular_file(const std::string& path) {
   struct stat found {};
   return stat(path.c_str(), &found) == 0 && S_ISREG(found.st_mode);
 }
 
-std::optional<std::string> read_file(const std::string& path, std::string& error) {
-  const auto fail = [&](int number) {
-    error = "cannot read '" + path + "': " + std::strerror(number) + ".";
-    return std::nullopt;
-  };
-  const open_file file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
-  if (file.descriptor < 0) return fail(errno);
+std::optional<std::string> read_file(const std::string& path, std::string& error, bool (*is_cancelled)()) {
+  // Without waiting for a process that opens a pipe to write.
+  const open_file file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
   std::string text;
-  std::array<char, 1 << 16> block;
-  while (true) {
-    const ssize_t size = read(file.descriptor, block.data(), block.size());
-    if (size < 0 && errno == EINTR) continue;
-    if (size < 0) return fail(errno);
-    if (size == 0) break;
-    text.append(block.data(), static_cast<std::size_t>(size));
+  std::string reason = file.descriptor < 0 ? std::strerror(errno) : std::string();
+  line_check lines;
+  while (reason.empty() && lines.fault.empty()) {
+    std::array<char, 1 << 16> block;
+    const ssize_t size = read_block(file.descriptor, block, is_cancelled);
+    if (size < 0) reason = std::strerror(errno);
+    if (size == 0 && text.empty() && is_pipe_without_writer(file.descriptor)) reason = "no process writes to the pipe";
+    if (size <= 0) break;
+    const std::string_view part(block.data(), static_cast<std::size_t>(size));
+    lines.add(part);
+    text += part;
   }
-  const std::size_t zero = text.find('\0');
-  if (zero == std::string::npos) return text;
-  const auto line = std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(zero), '\n') + 1;
-  error = path + ":" + std::to_string(line) + ": a byte that is zero. This is no file of commands.";
+  if (reason.empty() && lines.fault.empty()) return text;
+  error = !reason.empty() ? "cannot read '" + path + "': " + reason + "."
+                          : path + ":" + std::to_string(lines.number) + ": " + std::string(lines.fault);
   return std::nullopt;
 }
 

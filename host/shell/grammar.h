@@ -119,7 +119,7 @@ struct setting_tokens {
 struct command {
   command_syntax syntax;
   std::string_view help;
-  int (*run)(const invocation&);  // returns an exit code; null when another command follows, which runs
+  int (*run)(const invocation&);  // returns an exit code; null: other commands run, one that follows or those of a file
   display shown{};                // of its structured form
   uint32 command_id = 0;          // of a display of the command library
   uint8 modes = kEveryMode;       // in which it can be typed

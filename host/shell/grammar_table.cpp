@@ -43,6 +43,7 @@ constexpr display kText = kSentences;
 constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
 constexpr display kChanges = {kChangesDisplay, {}, "changes", false, false, "changes"};
 constexpr display kModuleResources = {kModuleResourcesDisplay, {}, "module_resources", false, false, "resources", true};
+constexpr display kStartupConfig = {kStartupConfigDisplay, {}, "startup_config", false, false, "commands"};
 constexpr display kRunningConfig = {kRunningConfigDisplay, {}, "running_config", false, false, "commands"};
 
 // clang-format off
@@ -99,7 +100,11 @@ constexpr command kGeneralCommands[] = {
     {"clock advance SECONDS", "Move the shell's clock on, and the traffic with it", advance_clock, kText},
     {"show running-config", "The commands that make the settings of all interfaces", show_running_config, kRunningConfig},
     {"show running-config interface RANGE", "Those of some interfaces", show_running_config, kRunningConfig},
+    {"show startup-config", "The commands that were stored under the name of the switch", show_startup_config, kStartupConfig},
     {"copy running-config startup-config", "Keep the settings under the name of the switch", copy_running_config, kText},
+    {"write", "The same", copy_running_config, kText},
+    {"copy startup-config running-config", "Run the commands of the startup-config", nullptr, kText},
+    {"copy FILE running-config", "Run the commands of a file", nullptr, kText},
     {"copy running-config FILE", "Write the settings to a file", copy_running_config, kText},
     {"configure [terminal]", "Go to the configuration", configure, kText, 0, kExecMode},
     {"interface RANGE", "Choose interfaces, creating missing loopbacks and sub-interfaces", choose_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
@@ -154,7 +159,7 @@ constexpr word_help kWords[] = {
     {"clear", "Let counters start from 0"},
     {"clock", "The clock of this shell"},
     {"configure", "Go to the configuration"},
-    {"copy", "Write settings to a file"},
+    {"copy", "Write settings to a file, or run those of one"},
     {"counters", "Counters of interfaces"},
     {"debounce", "How long a link must be down to count"},
     {"default", "The usual value"},
@@ -236,7 +241,7 @@ constexpr word_help kWords[] = {
     {"shutdown", "Switch the interfaces off"},
     {"speed", "Mbit/s, or auto"},
     {"st", "Ends of tunnels for such copies"},
-    {"startup-config", "The settings that were kept"},
+    {"startup-config", "The settings that were stored"},
     {"status", "A line for each: state, VLAN, duplex, speed, type"},
     {"storm-control", "Levels of storm control and what was discarded"},
     {"switchport", "Switched ports and their settings"},
@@ -249,6 +254,7 @@ constexpr word_help kWords[] = {
     {"vlan", "VLANs"},
     {"up", "Only interfaces that are up"},
     {"watch", "Repeat a show command"},
+    {"write", "Store the settings as the startup-config"},
 };
 
 constexpr std::string_view find_help(std::string_view word) {

@@ -14,6 +14,7 @@ namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
 struct sigaction action_outside {};
+int num_scopes = 0;
 timespec interrupted_at{};
 
 // Whether the command still runs more than a second after it was interrupted, by when one that can end has ended.
@@ -43,6 +44,7 @@ bool was_interrupted() { return interrupted != 0; }
 
 // Without SA_RESTART: reading from the terminal ends, too.
 interrupt_scope::interrupt_scope() {
+  if (num_scopes++ > 0) return;
   interrupted = 0;
   struct sigaction action {};
   action.sa_handler = interrupt_command;
@@ -51,6 +53,7 @@ interrupt_scope::interrupt_scope() {
 }
 
 interrupt_scope::~interrupt_scope() {
+  if (--num_scopes > 0) return;
   sigaction(SIGINT, &action_outside, nullptr);
   transport_cancel(false);
 }

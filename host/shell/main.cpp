@@ -98,7 +98,7 @@ bool provoke(const options& wanted) {
 // Makes the settings of a file before anything else happens; its last mode does not stay.
 int begin_with(const std::string& configuration, shell& session) {
   if (configuration.empty()) return kDone;
-  const int code = run_file(session, configuration, false);
+  const int code = run_file(session, configuration);
   session.mode = kExecMode;
   session.is_leaving = false;
   session.configured = {};
@@ -126,18 +126,20 @@ int run(const options& wanted) {
   if (!choose_user(wanted.user, session)) return kUsage;
   session.library = load_libraries(library_directory(), wanted.libraries);
   session.switch_name = the_machine().name;
+  session.keeps_going = wanted.keep_going;
 
   if (wanted.assume_yes) assume_yes();
-  if (const int code = begin_with(wanted.configuration, session); code != kDone) return code;
-  int result = kDone;
+  int result = begin_with(wanted.configuration, session);
+  if (result != kDone && (result == kInterrupted || !wanted.keep_going)) return result;
   for (const std::string& file : wanted.files) {
-    const int code = run_file(session, file, wanted.keep_going);
+    const int code = run_file(session, file);
     if (result == kDone) result = code;
     if (session.is_leaving || (code != kDone && !wanted.keep_going)) return result;
   }
   if (wanted.commands.empty() && wanted.files.empty()) {
     session.is_interactive = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
-    return session.is_interactive ? run_interactively(session) : run_input(session);
+    const int code = session.is_interactive ? run_interactively(session) : run_input(session);
+    return result == kDone ? code : result;
   }
   for (const std::string& command : wanted.commands) {
     const int code = run_line(session, command);

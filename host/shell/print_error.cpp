@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "base/write_all.h"
 #include "shell/exit_codes.h"
@@ -14,14 +15,14 @@
 namespace host {
 namespace {
 
-std::function<void(std::string_view)>& error_sink() {
-  static std::function<void(std::string_view)> sink;
+error_taker& error_sink() {
+  static error_taker sink;
   return sink;
 }
 
 }  // namespace
 
-void set_error_sink(std::function<void(std::string_view)> sink) { error_sink() = std::move(sink); }
+error_taker set_error_sink(error_taker sink) { return std::exchange(error_sink(), std::move(sink)); }
 
 int report_lost_output(int error) {
   if (error == EPIPE) return kDone;

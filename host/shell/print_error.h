@@ -16,7 +16,10 @@ int print_text(std::string_view text);
 // The error of output that could not be written, by its errno. Returns the exit code.
 int report_lost_output(int error);
 
-// From now on errors go to `sink`, without the name of the program and a newline; empty: to standard error.
-void set_error_sink(std::function<void(std::string_view)> sink);
+// Takes an error, without the name of the program and a newline.
+using error_taker = std::function<void(std::string_view)>;
+
+// From now on errors go to `sink`; empty: to standard error. Returns the sink before.
+error_taker set_error_sink(error_taker sink);
 
 }  // namespace host

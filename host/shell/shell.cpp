@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "shell/command_files.h"
 #include "shell/commands.h"
 #include "shell/interrupt.h"
 #include "shell/output/command_output.h"
@@ -81,17 +82,19 @@ int run_command(shell& session, const command_line& line, std::string_view writt
   the_source().refresh(the_machine());
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
   if (session.output == nullptr) interrupts.emplace();
+  std::optional<copied_file> copied;
+  if (line.what->run == nullptr) copied = run_for_copy(session, line, settings.structured || !line.pipes.empty());
   int result = kDone;
   int write_error = 0;
   {
     command_output output(settings, filters);
-    result = output.report_failures(line.what->run({line, session, output}));
+    result = output.report_failures(copied ? report(*copied, output) : line.what->run({line, session, output}));
     output.set_exit_code(was_interrupted() ? int{kInterrupted} : result);
     write_error = output.finish();
   }
   if (was_interrupted()) return kInterrupted;
   if (write_error == 0) return result;
-  session.is_leaving = true;
+  session.is_leaving = session.has_lost_output = true;
   return report_lost_output(write_error);
 }
 

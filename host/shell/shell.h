@@ -30,8 +30,10 @@ struct shell {
   const user* who = nullptr;                // null: nobody in particular, with all rights
   const output_settings* output = nullptr;  // where a program that embeds the shell wants it; null: standard output
   bool is_interactive = false;
-  bool is_leaving = false;  // set by "exit"
-  bool is_in_file = false;  // the command comes from a file: deleting a missing interface is no error
+  bool is_leaving = false;       // set by "exit"
+  bool has_lost_output = false;  // no output can be written any more
+  bool keeps_going = false;      // files go on after a line that failed
+  uint32 num_files = 0;          // whose lines are being run, each by a line of the one before; 0: a user types
   shell_mode mode = kExecMode;
   configured_interfaces configured;  // what the settings of the interface mode are for
 };
@@ -66,8 +68,12 @@ int run_interactively(shell& session);
 // Reads commands line by line from standard input. Returns the first exit code that is not 0.
 int run_input(shell& session);
 
-// Runs the commands of a file; "-" is standard input. Lines that begin with "!" or "#" are comments. It stops at the
-// first command that fails and says where, unless it is to keep going. Returns the first exit code that is not 0.
-int run_file(shell& session, const std::string& path, bool keep_going);
+// Runs the commands of a file; "-" is standard input, "startup-config" what was stored. Lines that begin with "!" or
+// "#" are comments. It stops at the first command that fails and says where, unless the session keeps going. Returns
+// the first exit code that is not 0.
+int run_file(shell& session, const std::string& name);
+
+// Leaves the interface mode when one of its interfaces is not there any more.
+void leave_lost_interfaces(shell& session);
 
 }  // namespace host

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 
 namespace host {
@@ -16,9 +17,15 @@ std::string state_file(std::string_view name) {
   return home == nullptr || home[0] != '/' ? "" : std::string(home) + "/.local/state/pmsh/" + file;
 }
 
-void make_directories_of(const std::string& path) {
-  for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
-    mkdir(path.substr(0, slash).c_str(), 0700);
+int make_directories_of(const std::string& path) {
+  for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
+    const std::string directory = path.substr(0, slash);
+    struct stat found {};
+    if (mkdir(directory.c_str(), 0700) == 0) continue;
+    const int error = errno;
+    if (stat(directory.c_str(), &found) != 0) return error;
+  }
+  return 0;
 }
 
 }  // namespace host

@@ -10,7 +10,8 @@ namespace host {
 // no place for it.
 std::string state_file(std::string_view name);
 
-// Creates the directories in front of the last part of a path.
-void make_directories_of(const std::string& path);
+// Creates the directories in front of the last part of a path. Returns 0, or the errno of the first that is not there
+// and cannot be created.
+int make_directories_of(const std::string& path);
 
 }  // namespace host

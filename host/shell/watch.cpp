@@ -323,7 +323,7 @@ int watch(shell& session, const command_line& line, const output_settings& usual
   pace readings(*line.every);
   while (!was_interrupted()) {
     if (const int error = running.show_reading(); error != 0 && !was_interrupted()) {
-      session.is_leaving = true;
+      session.is_leaving = session.has_lost_output = true;
       return report_lost_output(error);
     }
     if (running.is_refused()) return running.result();

@@ -49,6 +49,7 @@ TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
             "  module          A module, or only its ports\n"
             "  panel           The fronts of the modules\n"
             "  running-config  The settings as they are now\n"
+            "  startup-config  The settings that were stored\n"
             "  transceiver     Modules in ports\n"
             "  transport       Messages between this shell and the services\n"
             "  vlan            VLANs\n");

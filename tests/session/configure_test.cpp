@@ -439,8 +439,8 @@ TEST(Configure, AFileEndsWithTheFirstFailure) {
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.err, "pmsh: '99999' is no BYTES: it takes a number from 1 to 65535.\npmsh: " + file.path +
-                            ":5: 'switchport mtu 99999' failed, and nothing behind it was run. Use --keep-going to go "
-                            "on.\n");
+                            ":5: 'switchport mtu 99999' failed; the remaining lines were not run. Use --keep-going to "
+                            "continue.\n");
 }
 
 TEST(Configure, AFileGoesOnWhenItIsTo) {
@@ -449,6 +449,16 @@ TEST(Configure, AFileGoesOnWhenItIsTo) {
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.out, "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kMembers + "end\n");
   EXPECT_NE(result.err.find(":3: 'switchport mtu 99999' failed.\n"), std::string::npos);
+}
+
+TEST(Configure, AFileToBeginWithGoesOnWhenItIsTo) {
+  const file_of_test file("configure\ninterface ethernet 1/1\nswitchport mtu 99999\nshutdown\nend\n");
+  const outcome ended = run_shell_on(kSwitch, {"--config", file.path, "-c", "show running-config"});
+  EXPECT_EQ(ended.exit_code, 1);
+  EXPECT_EQ(ended.out, "");
+  const outcome result = run_shell_on(kSwitch, {"--keep-going", "--config", file.path, "-c", "show running-config"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.out, "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kMembers + "end\n");
 }
 
 TEST(Configure, FilesThatCannotBeReadAreNamed) {

@@ -13,6 +13,7 @@ import re
 import signal
 import subprocess
 import sys
+import tempfile
 
 import jsonschema
 
@@ -38,6 +39,8 @@ class Checker:
         self.whole = jsonschema.Draft202012Validator(schema)
         self.schema = closed(schema)
         self.validators = {}
+        self.state = tempfile.TemporaryDirectory()
+        self.environment = {**os.environ, "XDG_STATE_HOME": self.state.name}
 
     def fault(self, line, text):
         self.faults.append(f"{line}: {text}")
@@ -69,7 +72,8 @@ class Checker:
 
     def run(self, switch, line, display=None, stdin=None):
         options = ["--switch", switch] + (["-c", line] if stdin is None else [])
-        done = subprocess.run([self.pmsh, *options], input=stdin, capture_output=True, text=True, check=False)
+        done = subprocess.run([self.pmsh, *options], input=stdin, capture_output=True, text=True, check=False,
+                              env=self.environment)
         return self.check(f"{os.path.basename(switch)}: {line}", done.stdout, display, done.returncode), done
 
 
@@ -141,6 +145,8 @@ def main():
     if len(lines) < 40:
         sys.exit(f"the command reference lists only {len(lines)} commands")
     for switch in switches:
+        checker.run(switch, "show startup-config | json", "startup_config")  # there is none yet
+        checker.run(switch, "write | json", "text")
         for line, display in lines:
             checker.run(switch, f"{line} | json", display)
         check_refused_lines(checker, switch)

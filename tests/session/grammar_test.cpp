@@ -34,7 +34,7 @@ std::string line_of(const command& what, bool with_optional) {
 }
 
 // Behind such a command another one follows.
-bool stands_in_front(const command& what) { return what.run == nullptr; }
+bool stands_in_front(const command& what) { return what.syntax.words[what.syntax.num_words - 1].is_command; }
 
 // A mode in which a command may be typed.
 host::shell_mode mode_of(const command& what) {

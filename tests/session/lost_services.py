@@ -95,9 +95,12 @@ def main():
     libraries = client_libraries(shell)
     assert len(libraries) == 7, libraries
     with tempfile.TemporaryDirectory() as root, ThreadPoolExecutor(12 * os.cpu_count()) as pool:  # many only wait
+        os.environ["XDG_STATE_HOME"] = os.path.join(root, "state")
         shells = {library: tree_without(library, shell, root) for library in libraries}
         for switch in switches:
             print(f"step: {os.path.basename(switch)}", flush=True)
+            code, _, error = run(shell, switch, "write")  # for 'show startup-config'
+            assert code == 0, error
             commands = list(commands_of(shell))
             assert len(commands) > 40, commands
             services = services_of(shell, switch)

@@ -600,7 +600,8 @@ constexpr binding kBindings[] = {
 
     // A command of the configuration, and its interface.
     {kTagCommandInterface, row_of(property::interface), kRunningConfigDisplay},
-    {kTagCommand, kRowCommand, kRunningConfigDisplay},
+    {kTagCommand, kRowCommand, kRunningConfigDisplay | kStartupConfigDisplay},
+    {kTagCommandRange, kRowInterfaceRange, kStartupConfigDisplay},
 
     // A change of this session, by interface.
     {kTagChangeInterface, row_of(property::interface), kChangesDisplay},

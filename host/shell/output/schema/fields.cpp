@@ -307,6 +307,7 @@ constexpr field kFields[] = {
     {property::none, "text", text, "", "Reason", "Why the port refused the setting"},
 
     // Configuration.
+    {property::none, "interface_range", text, "", "Interfaces", "Interfaces that the command is for; null for none"},
     {property::none, "command", text, "", "Command", "Command that makes the setting"},
     {property::none, "step", integer, "", "Step", "Which change it is, counted from the first of the session"},
     {property::none, "changed_at", text, "", "Time", "When the command ran, in UTC"},

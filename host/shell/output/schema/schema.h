@@ -87,7 +87,8 @@ enum display_bit : uint64 {
   kOverviewDisplay = 1 << 30,
   kPanelDisplay = uint64{1} << 31,
   kModuleResourcesDisplay = uint64{1} << 32,
-  kLastDisplay = kModuleResourcesDisplay,
+  kStartupConfigDisplay = uint64{1} << 33,
+  kLastDisplay = kStartupConfigDisplay,
 };
 
 struct field {
@@ -109,6 +110,7 @@ enum : uint16 {
   kRowNeverDropped,
   kRowStatus,
   kRowText,
+  kRowInterfaceRange,
   kRowCommand,
   kRowStep,
   kRowChangedAt,
@@ -171,6 +173,7 @@ enum : uint16 {
   kTagRowInterface,
   kTagRowUnit,
   kTagRowModule,
+  kTagCommandRange,
 };
 
 // Tags of the resources of modules, below those.
