@@ -14,11 +14,12 @@ infra/port_manager: $library
 host/base:          base
 host/messages:      platform base messages
 host/switch:        platform base switch
-host/source:        platform base switch source
+host/settings:      platform pmcli base switch settings
+host/source:        platform pmcli base switch settings source
 host/transport:     platform base transport
-host/service:       platform base messages switch transport service
+host/service:       platform base messages switch settings transport service
 host/client:        platform base messages switch transport service client
-host/shell:         platform pm pmcli pmsh base messages switch source transport service client shell
+host/shell:         platform pm pmcli pmsh base messages switch settings source transport service client shell
 host/embed:         platform pm pmcli pmhost pmsh base messages switch source transport service client shell embed
 host/sibling:       platform pm pmcli pmsh sibling
 "
@@ -27,7 +28,7 @@ host/source/chassis: chassis yaml
 host/source/kernel:  kernel yaml
 host/source/yaml:    yaml
 "
-ours="$library pmsh pmhost base messages switch source transport service client shell sibling"
+ours="$library pmsh pmhost base messages switch settings source transport service client shell sibling"
 libc='assert|arpa/inet|dlfcn|errno|fcntl|net/if|netinet/in|stdbool|stddef|stdint|sys/ioctl|sys/socket|unistd'
 
 awk -v rules="$rules $sources" -v ours="$ours" -v libc="$libc" '

@@ -18,7 +18,7 @@ void copy_text(std::string_view text, char (&to)[Size]) {
 
 crdcfg_port_cap_t capability_record(const port_capabilities& port) {
   crdcfg_port_cap_t record{};
-  record.speed = port.speeds.value_or(0);
+  record.speed = static_cast<uint8>(port.speeds.value_or(0));  // those that its byte has
   record.duplex = port.duplexes.value_or(0);
   record.trunk_encap = yes_no(port.trunk_encapsulation);
   record.channel = yes_no(port.channel);

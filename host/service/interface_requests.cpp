@@ -9,6 +9,7 @@
 #include "platform/port_config.h"
 #include "service/answers.h"
 #include "service/port_manager_messages.h"
+#include "settings/settings.h"
 #include "switch/change_journal.h"
 #include "switch/if_index_layout.h"
 
@@ -152,6 +153,14 @@ void make_set(std::vector<if_index_t>& interfaces) {
   interfaces.erase(std::unique(interfaces.begin(), interfaces.end()), interfaces.end());
 }
 
+// A sub-interface of a switch that is its model alone. Another source reports how a new one is set.
+void set_as_parent(if_index_t if_index) {
+  interface* const made = the_machine().find(if_index);
+  if (made == nullptr || if_index_is_sub_intf(if_index) == 0) return;
+  inherit_settings(*the_machine().find(parent_of(if_index)), *made);
+  made->at_start = made->settings;
+}
+
 syserr_t create(std::span<const index_range> ranges) {
   std::vector<if_index_t> missing;
   for (const index_range& range : ranges)
@@ -161,7 +170,10 @@ syserr_t create(std::span<const index_range> ranges) {
   if (missing.empty()) return 0;
   const uint32 status = the_source().create_interfaces(the_machine(), missing);
   if (status != 0) return static_cast<syserr_t>(status);
-  for (const if_index_t it : missing) note_created(it);
+  for (const if_index_t it : missing) {
+    if (the_source().knows_all_fields()) set_as_parent(it);
+    note_created(it);
+  }
   return 0;
 }
 

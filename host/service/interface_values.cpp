@@ -166,7 +166,7 @@ constexpr bit_word kFlowWords[] = {{CRDCFG_FLOW_OFF, "off"}, {CRDCFG_FLOW_ON, "o
 constexpr bit_word kRateWords[] = {{CRDCFG_RATE_DEDICATED, "dedicated"}, {CRDCFG_RATE_SHARED, "shared"}};
 
 template <std::size_t Count>
-std::string joined(const bit_word (&words)[Count], uint8 bits, const char* between) {
+std::string joined(const bit_word (&words)[Count], uint32 bits, const char* between) {
   std::string text;
   for (const bit_word& it : words) {
     if ((bits & it.bit) == 0) continue;
@@ -506,18 +506,17 @@ void read_ability(subject& it, property of, value_writer& to) {
 }
 
 // A switch knows no card of its management port; displays have these for it.
-std::optional<uint8> management_or(subject& it, const std::optional<uint8>& own, uint8 of_management) {
+template <typename Bits>
+std::optional<Bits> management_or(subject& it, const std::optional<Bits>& own, uint8 of_management) {
   return it.kind() == IF_TYPE_MGMT && the_source().knows_all_fields() ? of_management : own;
 }
 
 void read_speeds(subject& it, property of, value_writer& to) {
-  constexpr std::pair<uint8, uint32> kSpeeds[] = {
-      {CRDCFG_SPEED_10M, 10}, {CRDCFG_SPEED_100M, 100}, {CRDCFG_SPEED_1G, 1000}, {CRDCFG_SPEED_10G, 10'000}};
   constexpr uint8 kOfManagement = CRDCFG_SPEED_10M | CRDCFG_SPEED_100M | CRDCFG_SPEED_1G;
   const auto bits = management_or(it, it.port.capabilities.speeds, kOfManagement);
   if (!bits) return to.absent(of, absence::not_supported);
   std::vector<uint32> speeds;
-  for (const auto& [bit, mbps] : kSpeeds)
+  for (const auto& [bit, mbps] : known_speeds())
     if ((*bits & bit) != 0) speeds.push_back(mbps);
   to.numbers(of, speeds);
 }

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "switch/model.h"
+#include "settings/settings.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -12,8 +12,8 @@ namespace host {
 // its low end. A request that is not what it says is rejected.
 reply configure_ports(std::span<const std::byte> request);
 
-// Whether a port of its kind has the setting (PM_CFG_... or HOST_CFG_...), and has it itself: a member's may be its
-// channel's; and the source makes it.
-bool has_setting_of_its_own(const interface& port, uint8 type);
+// Whether a port of its kind has the setting, and has it itself: a member's may be its channel's; and the source makes
+// it.
+bool has_setting_of_its_own(const interface& port, const setting& of);
 
 }  // namespace host

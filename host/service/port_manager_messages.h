@@ -59,20 +59,10 @@ static_assert(sizeof(clear_request) == 4);
 // cfg_length bytes of value follow, then `num_ranges` range_requests.
 struct setting_request {
   be32 num_ranges;
-  uint8 cfg_type;  // PM_CFG_... or HOST_CFG_...
+  uint8 cfg_type;  // PM_CFG_... or HOST_CFG_..., see settings/table.h
   be16 cfg_length;
 };
 static_assert(sizeof(setting_request) == 7);
-
-// Of the settings HOST_CFG_... (switch/port_settings.h).
-enum : uint8 { FLOW_CONTROL_OFF = 0, FLOW_CONTROL_ON = 1, FLOW_CONTROL_DESIRED = 2 };
-enum : uint8 { ALLOWED_VLANS_SET = 0, ALLOWED_VLANS_ADD = 1, ALLOWED_VLANS_REMOVE = 2 };
-
-struct allowed_vlans_value {
-  uint8 action;  // ALLOWED_VLANS_...
-  vlan_bitset_t vlans;
-};
-static_assert(sizeof(allowed_vlans_value) == 1 + 516);
 
 struct sfp_diagnostics {
   mts_get_sfp_diag_info_t values;

@@ -31,7 +31,7 @@ struct token_values {
 void* value_of(const setting_token& token, const command_line& line, uint32& number, token_values& values) {
   switch (token.holds) {
     case token_value::none: return nullptr;
-    case token_value::fixed: number = token.fixed; return &number;
+    case token_value::of_form: number = line.what->form->value; return &number;
     case token_value::number: number = line.number.value_or(0); return &number;
     case token_value::half_number:
       values.half_number = static_cast<uint16>(line.number.value_or(0));

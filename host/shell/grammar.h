@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "settings/settings.h"
 #include "shell/output/document.h"
 #include "shell/output/pipes.h"
 #include "switch/interface_name.h"
@@ -71,6 +72,7 @@ struct command_syntax {
   std::array<syntax_word, MAX_SYNTAX_WORDS> words{};
   std::size_t num_words = 0;
 
+  constexpr command_syntax() = default;
   consteval command_syntax(const char* written) : command_syntax(std::string_view(written)) {}
 
   // At most MAX_SYNTAX_WORDS words, with one blank between them.
@@ -91,30 +93,6 @@ struct command_syntax {
 enum shell_mode : uint8 { kExecMode = 1, kConfigureMode = 2, kInterfaceMode = 4 };
 enum : uint8 { kEveryMode = kExecMode | kConfigureMode | kInterfaceMode };
 
-// What a token of a setting carries besides its id.
-enum class token_value : uint8 { none, fixed, number, half_number, text };
-
-// A token that a setting hands to the command library behind the interface range. A value without a word of its own has
-// the id 0.
-struct setting_token {
-  uint32 id = 0;
-  token_value holds = token_value::none;
-  uint32 fixed = 0;
-};
-
-enum { MAX_SETTING_TOKENS = 5 };
-
-// The tokens of a setting, and how many there are.
-struct setting_tokens {
-  std::array<setting_token, MAX_SETTING_TOKENS> token{};
-  std::size_t count = 0;
-
-  constexpr setting_tokens() = default;
-  constexpr setting_tokens(std::initializer_list<setting_token> given) {
-    for (const setting_token& it : given) token[count++] = it;
-  }
-};
-
 // A command: how it is written, what it is for, what runs.
 struct command {
   command_syntax syntax;
@@ -123,9 +101,11 @@ struct command {
   display shown{};                // of its structured form
   uint32 command_id = 0;          // of a display of the command library
   uint8 modes = kEveryMode;       // in which it can be typed
-  setting_tokens tokens{};        // of a setting
-  uint8 host_setting = 0;         // HOST_CFG_... that the command library does not make
-  bool may_cut = false;           // a setting that may take a link down; with "no" in brackets only without it
+
+  // Of the commands that make settings.
+  const setting* sets = nullptr;
+  const setting_form* form = nullptr;  // of that setting
+  setting_tokens tokens{};             // for the command library
 };
 
 // The table, and the help of each word in it; empty for another word.

@@ -135,13 +135,6 @@ struct word_help {
 };
 
 constexpr word_help kWords[] = {
-    {"10", "10 Mbit/s"},
-    {"100", "100 Mbit/s"},
-    {"1000", "1 Gbit/s"},
-    {"2000", "2 Gbit/s"},
-    {"4000", "4 Gbit/s"},
-    {"8000", "8 Gbit/s"},
-    {"access", "Ports of one VLAN"},
     {"add", "Put VLANs to them"},
     {"advance", "Move it on"},
     {"all", "Every one of them"},
@@ -164,15 +157,12 @@ constexpr word_help kWords[] = {
     {"debounce", "How long a link must be down to count"},
     {"default", "The usual value"},
     {"description", "Descriptions"},
-    {"desired", "As both ends agree"},
     {"detail", "In detail"},
     {"detailed", "In detail"},
     {"details", "With the limits of the values"},
     {"dot1q", "Tags of VLANs"},
     {"down", "Interfaces that are switched off, or stay down"},
     {"duplex", "Full, half or auto"},
-    {"e", "Fibre-Channel ports to switches"},
-    {"eisl", "Frames with their VSAN"},
     {"encapsulation", "How frames are packed"},
     {"end", "Leave the configuration"},
     {"err-disabled", "Only ports shut by an error"},
@@ -181,15 +171,9 @@ constexpr word_help kWords[] = {
     {"ethertype", "The number of VLAN tags"},
     {"exit", "Leave the mode, or the shell"},
     {"extended", "Credits for long distances"},
-    {"f", "Fibre-Channel ports to hosts"},
-    {"fabric", "Ports to satellite units"},
     {"failure", "The link fails"},
-    {"fl", "Fibre-Channel ports to loops"},
     {"forwarding", "The VLANs in which spanning tree lets them forward"},
     {"flowcontrol", "Flow control and pause frames"},
-    {"full", "Both directions at once"},
-    {"fx", "Fibre-Channel ports to hosts or loops"},
-    {"half", "One direction at a time"},
     {"help", "Show all commands"},
     {"host", "Ports to hosts"},
     {"ifindex", "Interface indexes"},
@@ -198,7 +182,6 @@ constexpr word_help kWords[] = {
     {"inactive", "Only interfaces that are inactive"},
     {"ingress", "They also take packets"},
     {"interface", "Interfaces: settings, state and traffic"},
-    {"internal", "Frames as the switch carries them"},
     {"kernel-map", "Devices of the kernel"},
     {"learning", "They also learn addresses"},
     {"link", "The link of a port"},
@@ -216,8 +199,6 @@ constexpr word_help kWords[] = {
     {"native-vlan", "Only those with such a native VLAN"},
     {"no", "Take a setting back"},
     {"none", "Not any"},
-    {"normal", "Frames as they are"},
-    {"np", "Fibre-Channel ports to a switch that logs in for them"},
     {"off", "Off"},
     {"on", "On"},
     {"out-of-service", "Take the ports out of service"},
@@ -226,8 +207,7 @@ constexpr word_help kWords[] = {
     {"performance-buffers", "Buffers for fast ports"},
     {"port", "What a port does"},
     {"port-channel", "All port-channels"},
-    {"private-vlan", "Ports in a private VLAN"},
-    {"promiscuous", "Ports that all of a private VLAN reach"},
+    {"private-vlan", "Ports of a private VLAN"},
     {"promiscuous-mode", "Whose packets the ports take"},
     {"quit", "Leave the shell"},
     {"receive", "Packets that ask the port to stop"},
@@ -235,18 +215,15 @@ constexpr word_help kWords[] = {
     {"remove", "Take VLANs from them"},
     {"resources", "Buffers and bandwidth"},
     {"running-config", "The settings as they are now"},
-    {"sd", "Fibre-Channel ports that copies are sent to"},
     {"send", "Packets that ask the other end to stop"},
     {"show", "Show what the switch knows"},
     {"shutdown", "Switch the interfaces off"},
     {"speed", "Mbit/s, or auto"},
-    {"st", "Ends of tunnels for such copies"},
     {"startup-config", "The settings that were stored"},
     {"status", "A line for each: state, VLAN, duplex, speed, type"},
     {"storm-control", "Levels of storm control and what was discarded"},
     {"switchport", "Switched ports and their settings"},
     {"terminal", "By typing"},
-    {"tl", "Fibre-Channel ports to private loops"},
     {"transceiver", "Modules in ports"},
     {"transport", "Messages between this shell and the services"},
     {"trunk", "Trunks"},
@@ -257,11 +234,19 @@ constexpr word_help kWords[] = {
     {"write", "Store the settings as the startup-config"},
 };
 
+// A word of a setting's value has the help of the form that ends with it.
+constexpr std::string_view find_help_of_form(std::string_view word) {
+  for (const setting& of : kSettings)
+    for (const setting_form& it : of.forms)
+      if (it.kind == form_kind::word && it.syntax.substr(it.syntax.rfind(' ') + 1) == word) return it.help;
+  return {};
+}
+
 constexpr std::string_view find_help(std::string_view word) {
   for (const word_help& known : kWords) {
     if (known.word == word) return known.help;
   }
-  return {};
+  return find_help_of_form(word);
 }
 
 constexpr bool every_word_has_help() {

@@ -1,11 +1,10 @@
 // Settings that the command library does not make: VLANs, flow control, membership of port-channels.
 #include "client/host_settings.h"
 
-#include <cstring>
 #include <vector>
 
 #include "platform/vsh.h"
-#include "service/port_manager_messages.h"
+#include "settings/wire.h"
 #include "shell/output/command_output.h"
 #include "shell/setting_outcome.h"
 #include "shell/shell.h"
@@ -16,40 +15,29 @@
 namespace host {
 namespace {
 
-using octets = std::vector<std::byte>;
-
-template <typename Record>
-octets octets_of(const Record& record) {
-  octets bytes(sizeof record);
-  std::memcpy(bytes.data(), &record, sizeof record);
-  return bytes;
+std::vector<uint16> vlans_in(const std::string& list) {
+  std::vector<uint16> vlans;
+  for (const vlan_span& span : parse_vlans(list).value_or(std::vector<vlan_span>()))
+    for (uint32 id = span.first; id <= span.last; ++id) vlans.push_back(static_cast<uint16>(id));
+  return vlans;
 }
 
-// The VLANs of the line, all or none.
-octets vlan_list_value(const command_line& line, const setting_token& token) {
-  constexpr vlan_span kAll = {1, 4094};
-  allowed_vlans_value value{};
-  value.action = static_cast<uint8>(token.id);
-  value.vlans.size = BITSET_BYTES;
-  std::vector<vlan_span> spans;
-  if (token.holds == token_value::text)
-    spans = parse_vlans(line.argument).value_or(spans);
-  else if (token.fixed != 0)
-    spans = {kAll};
-  for (const vlan_span& span : spans)
-    for (uint32 id = span.first; id <= span.last; ++id) value.vlans.bits[id / 8] |= static_cast<uint8>(0x80U >> id % 8);
-  return octets_of(value);
-}
-
-octets value_of(const command_line& line) {
-  const setting_token& token = line.what->tokens.token[0];
-  const uint32 number = token.holds == token_value::number ? line.number.value_or(0) : token.fixed;
-  switch (line.what->host_setting) {
-    case HOST_CFG_ALLOWED_VLANS: return vlan_list_value(line, token);
-    case HOST_CFG_RECEIVE_PAUSE:
-    case HOST_CFG_SEND_PAUSE: return octets_of(static_cast<uint8>(number));
-    default: return octets_of(be16(static_cast<uint16>(number)));
+setting_value value_of(const command_line& line) {
+  const setting& of = *line.what->sets;
+  const setting_form& form = *line.what->form;
+  if (of.kind == setting_kind::vlans) {
+    if (form.kind == form_kind::argument) return vlans_in(line.argument);
+    return form.value != 0 ? every_vlan() : std::vector<uint16>();
   }
+  if (form.kind == form_kind::usual) return usual_value(of, interface{});
+  if (form.kind == form_kind::argument) return line.number.value_or(0) | form.value;
+  return form.value;
+}
+
+std::vector<std::byte> octets_of(const command_line& line) {
+  const setting_form& form = *line.what->form;
+  const auto action = form.kind == form_kind::argument ? static_cast<vlan_action>(form.value) : vlan_action::set;
+  return octets_of(*line.what->sets, value_of(line), action);
 }
 
 std::vector<if_index_range_t> ranges_of(const shell& session) {
@@ -67,7 +55,7 @@ int set_ports_of_host(const invocation& run) {
   command_account account(q.handle);
   begin_changes(words_of_command(run.line));
   const int32 error =
-      set_host_setting(q.handle, ranges_of(run.session), run.line.what->host_setting, value_of(run.line));
+      set_host_setting(q.handle, ranges_of(run.session), run.line.what->sets->type, octets_of(run.line));
   if (error != 0) {
     vsh_print_mts_error_message(VSH_MTS_ERROR_REQUEST, mts_errno_get(q.handle));
     return kServiceFailed;

@@ -56,8 +56,9 @@ bool may_change(const invocation& run, Test is_changed) {
 }  // namespace
 
 bool may_go_on(const invocation& run) {
-  const bool is_taken_back = run.line.is_no && run.line.what->syntax.words[0].is_optional;
-  if (!run.line.what->may_cut || is_taken_back) return true;
+  const setting* const of = run.line.what->sets;
+  if (of == nullptr || of->traits.cuts == may_cut::never) return true;
+  if (of->traits.cuts == may_cut::unless_off && run.line.what->form->kind == form_kind::off) return true;
   return may_change(run, [&](if_index_t it) { return is_in_mode(run.session, it); });
 }
 

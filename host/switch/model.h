@@ -35,8 +35,14 @@ struct ip_address {
 // What a port can do, as its line card knows it.
 struct port_capabilities {
   std::string model;
-  std::string type;                                 // media type; empty where the transceiver decides
-  std::optional<uint8> speeds = uint8{0};           // CRDCFG_SPEED_*
+  std::string type;                  // media type; empty where the transceiver decides
+  std::optional<uint32> speeds = 0;  // bits, see switch/port_settings.h; and CRDCFG_SPEED_AUTO
+  struct mtu_limits {
+    uint32 lowest = 576, highest = 9216;  // bytes
+
+    bool operator==(const mtu_limits&) const = default;
+  };
+  mtu_limits mtu;
   std::optional<uint8> duplexes = uint8{0};         // CRDCFG_DUPLEX_*
   std::optional<uint8> rx_flow_control = uint8{0};  // CRDCFG_FLOW_*
   std::optional<uint8> tx_flow_control = uint8{0};

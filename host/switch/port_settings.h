@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -50,25 +51,32 @@ struct port_settings {
   bool operator==(const port_settings&) const = default;
 };
 
-// Settings that the command library does not make; they stand beside PM_CFG_... Their values are in
-// service/port_manager_messages.h.
+// Settings that the command library does not make, beside PM_CFG_...
 enum host_setting : uint8 {
-  HOST_CFG_ACCESS_VLAN = 120,    // be16
-  HOST_CFG_NATIVE_VLAN = 121,    // be16
-  HOST_CFG_ALLOWED_VLANS = 122,  // allowed_vlans_value
-  HOST_CFG_RECEIVE_PAUSE = 123,  // byte: FLOW_CONTROL_...
-  HOST_CFG_SEND_PAUSE = 124,     // the same
-  HOST_CFG_CHANNEL = 125,        // be16: number of a port-channel; 0 takes the port out of its own
+  HOST_CFG_ACCESS_VLAN = 120,
+  HOST_CFG_NATIVE_VLAN = 121,
+  HOST_CFG_ALLOWED_VLANS = 122,
+  HOST_CFG_RECEIVE_PAUSE = 123,
+  HOST_CFG_SEND_PAUSE = 124,
+  HOST_CFG_CHANNEL = 125,
 };
 
 // The VLANs that a trunk carries when nothing else is set: 1 to 4094.
-std::vector<uint16> every_vlan();
+const std::vector<uint16>& every_vlan();
 
 // The mode that a port of a kind and layer has when none is set.
 uint32 default_port_mode(if_index_type_t kind, uint32 layer);
 
-// The fastest and the slowest of CRDCFG_SPEED_* bits, in Mbit/s; 0 without any.
-uint32 fastest_mbps(uint8 speeds);
-uint32 slowest_mbps(uint8 speeds);
+// Speeds that a port supports, as bits: the CRDCFG_SPEED_* of line cards, and beyond their byte those that only the
+// host knows. The fastest and the slowest of some, in Mbit/s, 0 without any; the bit of a speed, 0 for another; all of
+// them.
+uint32 fastest_mbps(uint32 speeds);
+uint32 slowest_mbps(uint32 speeds);
+uint32 speed_bit(uint32 mbps);
+struct known_speed {
+  uint32 bit;
+  uint32 mbps;
+};
+std::span<const known_speed> known_speeds();
 
 }  // namespace host

@@ -20,12 +20,9 @@ interface new_sub_interface(const interface& parent, if_index_t if_index) {
   made.settings.layer = IF_LAYER_3;
   made.oper_state = parent.oper_state;
   made.state_reason = parent.oper_state == PM_PORT_STATE_UP ? kReasonNone : kReasonParentDown;
-  made.settings.admin_speed_mbps = parent.settings.admin_speed_mbps;
   made.oper_speed_mbps = parent.oper_speed_mbps;
-  made.settings.admin_duplex = parent.settings.admin_duplex;
   made.oper_duplex = parent.oper_duplex;
   made.partner.speed_mbps = parent.oper_speed_mbps;
-  made.settings.mtu_bytes = parent.settings.mtu_bytes;
   made.bandwidth_kbps = parent.bandwidth_kbps;
   made.delay_usec = parent.delay_usec;
   made.burned_in_mac = parent.burned_in_mac;

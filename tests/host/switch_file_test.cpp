@@ -134,7 +134,7 @@ TEST(SwitchFile, EveryInterfaceOfARangeHasTheAttributes) {
       "  span-monitor: yes\n"
       "  resets: 5\n"
       "  vsan: 3\n"
-      "  service-state: 1\n"
+      "  out-of-service: yes\n"
       "  fc-layer: 1\n"
       "  record-error: 9\n"
       "  unit: 101\n"

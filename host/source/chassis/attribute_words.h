@@ -11,40 +11,6 @@
 
 namespace host {
 
-// Port modes (PM_PORT_MODE_*).
-inline constexpr word_value kModeWords[] = {
-    {"access", PM_PORT_MODE_ACCESS},
-    {"trunk", PM_PORT_MODE_TRUNK},
-    {"ips", PM_PORT_MODE_IPS},
-    {"fabric", PM_PORT_MODE_FABRIC},
-    {"private-vlan host", PM_PORT_MODE_PVLAN_HOST},
-    {"private-vlan promiscuous", PM_PORT_MODE_PVLAN_PROMISCUOUS},
-    {"auto", PM_PORT_MODE_AUTO},
-    {"sd", PM_PORT_MODE_SD},
-    {"e", PM_PORT_MODE_E},
-    {"te", PM_PORT_MODE_TE},
-    {"tl", PM_PORT_MODE_TL},
-    {"f", PM_PORT_MODE_F},
-    {"fl", PM_PORT_MODE_FL},
-    {"fx", PM_PORT_MODE_FX},
-    {"iscsi", PM_PORT_MODE_ISCSI},
-    {"np", PM_PORT_MODE_NP},
-    {"st", PM_PORT_MODE_ST},
-    {"tf", PM_PORT_MODE_TF},
-    {"tnp", PM_PORT_MODE_TNP},
-};
-
-// Mbit/s; 0 is auto.
-inline constexpr word_value kSpeedWords[] = {
-    {"auto", 0},    {"10", 10},       {"100", 100},     {"1000", 1000},     {"2000", 2000},   {"4000", 4000},
-    {"8000", 8000}, {"10000", 10000}, {"40000", 40000}, {"100000", 100000}, {"1G", 1000},     {"2G", 2000},
-    {"4G", 4000},   {"8G", 8000},     {"10G", 10000},   {"40G", 40000},     {"100G", 100000},
-};
-
-inline constexpr word_value kDuplexWords[] = {
-    {"full", PM_PORT_DUPLEX_FULL}, {"half", PM_PORT_DUPLEX_HALF}, {"auto", PM_PORT_DUPLEX_AUTO}};
-// Flow control of the sending side; the receiving side's values are twice these.
-inline constexpr word_value kFlowWords[] = {{"off", 0}, {"on", 1}, {"desired", 4}};
 inline constexpr word_value kRateModeWords[] = {{"dedicated", 1}, {"shared", 2}, {"default", 3}};
 inline constexpr word_value kSubtypeWords[] = {{"ordinary", PC_SUBTYPE_ORDINARY}, {"xgfc", PC_SUBTYPE_XGFC}};
 
@@ -136,11 +102,6 @@ inline constexpr word_value kReasonWords[] = {
 };
 
 // Bits of capabilities (CRDCFG_*).
-inline constexpr word_value kSpeedBits[] = {{"10", CRDCFG_SPEED_10M},
-                                            {"100", CRDCFG_SPEED_100M},
-                                            {"1000", CRDCFG_SPEED_1G},
-                                            {"10000", CRDCFG_SPEED_10G},
-                                            {"auto", CRDCFG_SPEED_AUTO}};
 inline constexpr word_value kDuplexBits[] = {
     {"full", CRDCFG_DUPLEX_FULL}, {"half", CRDCFG_DUPLEX_HALF}, {"auto", CRDCFG_DUPLEX_AUTO}};
 inline constexpr word_value kFlowBits[] = {

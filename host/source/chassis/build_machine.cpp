@@ -8,6 +8,7 @@
 #include "platform/card_config.h"
 #include "platform/interface_manager.h"
 #include "platform/port_manager.h"
+#include "settings/table.h"
 #include "source/chassis/attribute_words.h"
 #include "source/chassis/hardware_address.h"
 #include "source/chassis/module_image.h"
@@ -141,20 +142,16 @@ class builder {
 
   bool exists(if_index_t if_index) const { return std::binary_search(existing_.begin(), existing_.end(), if_index); }
 
-  // An interface with an address, a sub-interface, a loopback and a management port are routed.
   void set_layer(const interface_draft& entry, interface& port) const {
     const bool is_sub_interface = if_index_is_sub_intf(port.if_index) != 0;
-    const bool is_routed =
-        !port.addresses.empty() || is_sub_interface || is_kind(port.if_index, {IF_TYPE_LOOPBACK, IF_TYPE_MGMT});
-    port.settings.layer = entry.layer.value_or(is_routed ? IF_LAYER_3 : IF_LAYER_2);
+    port.settings.layer = entry.layer.value_or(std::get<uint32>(usual_layer(port)));
     if (is_always_layer_2(port.if_index) && !is_sub_interface && port.settings.layer != IF_LAYER_2)
       fail(entry.line, name_of(port.if_index) + " is of a kind that is never routed");
-    if (port.settings.admin_mode == 0)
-      port.settings.admin_mode = default_port_mode(take_apart(port.if_index).type, port.settings.layer);
+    follow_layer(port);
     if (entry.allowed_vlans)
       port.settings.allowed_vlans = *entry.allowed_vlans;
-    else if (port.settings.admin_mode == PM_PORT_MODE_TRUNK)
-      port.settings.allowed_vlans = every_vlan();
+    else
+      follow_mode(port);
   }
 
   void set_capabilities(const interface_draft& entry, interface& port) const {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/vlan_manager.h"
+#include "settings/table.h"
 #include "source/chassis/attribute_words.h"
 #include "source/chassis/module_image.h"
 
@@ -15,7 +16,6 @@ namespace host {
 namespace {
 
 // Longest texts that the records of the services carry.
-constexpr std::size_t kMaxDescription = 80;
 constexpr std::size_t kMaxCapabilityText = 31;
 constexpr std::size_t kMaxDeviceName = 15;
 constexpr std::size_t kMaxStatus = 255;
@@ -94,6 +94,37 @@ void map(const yaml_value& value, Target& target) {
 template <auto Part, auto kRead>
 void in(const yaml_value& value, owner_of<Part>& target) {
   kRead(value, target.*Part);
+}
+
+// Values of settings, in the words of their table.
+
+// A word may be the number of Gbit/s.
+std::optional<uint32> read_word(const setting& of, std::string_view written) {
+  if (const auto number = number_of_word(of, written)) return number;
+  const bool is_gigabits = written.size() > 1 && (written.back() == 'G' || written.back() == 'g');
+  if (!is_gigabits) return std::nullopt;
+  return number_of_word(of, std::string(written.substr(0, written.size() - 1)) + "000");
+}
+
+// A setting that is on or off takes "yes" and "no".
+bool is_switch(const setting& of) {
+  return std::any_of(of.forms.begin(), of.forms.end(),
+                     [](const setting_form& it) { return it.kind == form_kind::off; });
+}
+
+uint32 read_switch(const setting& of, const yaml_value& value) {
+  const form_kind wanted = value.yes_or_no() ? form_kind::word : form_kind::off;
+  return std::find_if(of.forms.begin(), of.forms.end(), [wanted](const auto& it) { return it.kind == wanted; })->value;
+}
+
+uint32 read_number(const setting& of, const yaml_value& value) {
+  if (of.kind == setting_kind::number) return static_cast<uint32>(value.number(of.lowest, of.highest));
+  if (const auto number = read_word(of, value.text())) return *number;
+  if (is_switch(of)) return read_switch(of, value);
+  std::vector<word_value> words;
+  for (const setting_form& it : of.forms)
+    if (it.kind == form_kind::word) words.push_back({it.syntax, it.value});
+  return value.word(words);
 }
 
 constexpr word_value kCalibrationWords[] = {{"none", 0}, {"internal", 1}, {"external", 2}};
@@ -202,6 +233,14 @@ constexpr key_rule<port_capabilities> kQosRules[] = {
      }},
 };
 
+// Mbit/s, or "auto" for a port that negotiates.
+void read_speeds(const yaml_value& value, port_capabilities& port) {
+  value.for_each([&](const yaml_value& item) {
+    *port.speeds |=
+        item.text() == "auto" ? uint32{CRDCFG_SPEED_AUTO} : speed_bit(read_number(*find_setting(PM_CFG_SPEED), item));
+  });
+}
+
 using caps = port_capabilities;
 constexpr key_rule<caps> kFlowCapabilityRules[] = {
     {"receive", bits<&caps::rx_flow_control, kFlowBits>},
@@ -214,7 +253,7 @@ constexpr auto capability = in<&capability_profile::capabilities, kRead>;
 constexpr key_rule<capability_profile> kProfileRules[] = {
     {"model", capability<text<&caps::model, kMaxCapabilityText>>},
     {"media", capability<text<&caps::type, kMaxCapabilityText>>},
-    {"speeds", capability<bits<&caps::speeds, kSpeedBits>>},
+    {"speeds", capability<read_speeds>},
     {"duplex", capability<bits<&caps::duplexes, kDuplexBits>>},
     {"flow-control", capability<map<caps, kFlowCapabilityRules>>},
     {"rate-modes", capability<bits<&caps::rate_modes, kRateModeBits>>},
@@ -412,18 +451,61 @@ void read_traffic(const yaml_value& value, const std::vector<traffic_profile>& p
 template <auto kRead>
 constexpr auto port = in<&interface_draft::attributes, kRead>;
 
-template <auto kRead>
-constexpr auto setting = port<in<&interface::settings, kRead>>;
+template <std::size_t kRow>
+void read_setting(const yaml_value& value, interface_draft& entry) {
+  constexpr const setting& of = kSettings[kRow];
+  if constexpr (of.kind == setting_kind::text)
+    of.put(entry.attributes, value.text_of_at_most(of.highest));
+  else if constexpr (of.kind == setting_kind::vlans)
+    entry.allowed_vlans = read_vlan_list(value);  // what they are otherwise depends on the mode
+  else
+    of.put(entry.attributes, read_number(of, value));
+}
+
+// A member in the words of a setting.
+template <auto Member, uint8 kType>
+void setting_word(const yaml_value& value, owner_of<Member>& target) {
+  target.*Member = static_cast<value_of<Member>>(read_number(*find_setting(kType), value));
+}
+
+// The key of a setting below a map, "" for the interface itself; empty when it is not there.
+constexpr std::string_view key_below(const setting& of, std::string_view map) {
+  const std::size_t blank = of.traits.key.find(' ');
+  const std::string_view above = blank == std::string_view::npos ? std::string_view() : of.traits.key.substr(0, blank);
+  if (above != map) return {};
+  return blank == std::string_view::npos ? of.traits.key : of.traits.key.substr(blank + 1);
+}
+
+constexpr std::size_t num_keys_below(std::string_view map) {
+  std::size_t count = 0;
+  for (const setting& it : kSettings) count += key_below(it, map).empty() ? 0 : 1;
+  return count;
+}
+
+template <std::size_t kRow, std::size_t kCount>
+constexpr void add_rule(std::string_view map, std::array<key_rule<interface_draft>, kCount>& rules,
+                        std::size_t& count) {
+  if (const std::string_view key = key_below(kSettings[kRow], map); !key.empty())
+    rules[count++] = {key, read_setting<kRow>};
+}
+
+// The rules of the settings below a map, and then others.
+template <std::size_t kNumSettings, std::size_t kNumOthers>
+constexpr auto with_settings(std::string_view map, const key_rule<interface_draft> (&others)[kNumOthers]) {
+  std::array<key_rule<interface_draft>, kNumSettings + kNumOthers> rules{};
+  std::size_t count = 0;
+  [&]<std::size_t... kRow>(std::index_sequence<kRow...>) { (add_rule<kRow>(map, rules, count), ...); }
+  (std::make_index_sequence<std::size(kSettings)>());
+  for (const auto& it : others) rules[count++] = it;
+  return rules;
+}
 
 using link_partner = interface::link_partner;
 using private_vlans = interface::private_vlans;
 template <auto kRead>
 constexpr auto private_vlan = port<in<&interface::private_vlan, kRead>>;
 
-constexpr key_rule<interface_draft> kVlanRules[] = {
-    {"access", setting<notation<&port_settings::access_vlan, read_vlan>>},
-    {"native", setting<notation<&port_settings::native_vlan, read_vlan>>},
-    {"allowed", notation<&interface_draft::allowed_vlans, read_vlan_list>},
+constexpr key_rule<interface_draft> kOtherVlanRules[] = {
     {"errored", port<notation<&interface::errored_vlans, read_vlan_list>>},
     {"blocked", port<notation<&interface::blocked_vlans, read_vlan_list>>},
     {"host-primary", private_vlan<notation<&private_vlans::host_primary, read_vlan>>},
@@ -431,17 +513,15 @@ constexpr key_rule<interface_draft> kVlanRules[] = {
     {"mapping-primary", private_vlan<notation<&private_vlans::mapping_primary, read_vlan>>},
     {"mapping-secondary", private_vlan<notation<&private_vlans::mapping_secondary, read_vlan_list>>},
 };
+constexpr auto kVlanRules = with_settings<num_keys_below("vlan")>("vlan", kOtherVlanRules);
 
-// The receiving side's bits are the sending side's, one place higher.
-template <unsigned kShift>
-void flow_control(const yaml_value& value, port_settings& target) {
-  *target.admin_flow_control |= static_cast<uint16>(value.word(kFlowWords) << kShift);
-}
-
-constexpr key_rule<port_settings> kFlowControlRules[] = {
-    {"receive", flow_control<1>},
-    {"send", flow_control<0>},
-};
+constexpr auto kFlowControlRules = [] {
+  std::array<key_rule<interface_draft>, num_keys_below("flow-control")> rules{};
+  std::size_t count = 0;
+  [&]<std::size_t... kRow>(std::index_sequence<kRow...>) { (add_rule<kRow>("flow-control", rules, count), ...); }
+  (std::make_index_sequence<std::size(kSettings)>());
+  return rules;
+}();
 
 // Whether the partner agrees to what a side desires.
 template <uint16 kSide>
@@ -504,34 +584,26 @@ void read_interface_traffic(const yaml_value& value, interface_draft& entry) {
   read_traffic(value, *entry.traffic_profiles, *entry.traffic);
 }
 
-constexpr key_rule<interface_draft> kInterfaceRules[] = {
+constexpr key_rule<interface_draft> kOtherInterfaceRules[] = {
     {"range", read_range},
     {"kind", number<&interface_draft::kind, 1, 254>},
     {"subtype", word<&interface_draft::subtype, kSubtypeWords>},
     {"profile", reference<&interface_draft::profile>},
-    {"description", setting<text<&port_settings::description, kMaxDescription>>},
     {"state", port<read_state>},
     {"link-change", read_link_change},
-    {"mode", setting<word<&port_settings::admin_mode, kModeWords>>},
-    {"oper-mode", in<&interface_draft::partner, word<&link_partner::mode, kModeWords>>},
-    {"speed", setting<word<&port_settings::admin_speed_mbps, kSpeedWords>>},
-    {"oper-speed", in<&interface_draft::partner, word<&link_partner::speed_mbps, kSpeedWords>>},
-    {"duplex", setting<word<&port_settings::admin_duplex, kDuplexWords>>},
-    {"oper-duplex", in<&interface_draft::partner, word<&link_partner::duplex, kDuplexWords>>},
-    {"flow-control", setting<map<port_settings, kFlowControlRules>>},
+    {"oper-mode", in<&interface_draft::partner, setting_word<&link_partner::mode, PM_CFG_PORT_MODE>>},
+    {"oper-speed", in<&interface_draft::partner, setting_word<&link_partner::speed_mbps, PM_CFG_SPEED>>},
+    {"oper-duplex", in<&interface_draft::partner, setting_word<&link_partner::duplex, PM_CFG_DUPLEX>>},
+    {"flow-control", map<interface_draft, kFlowControlRules>},
     {"oper-flow-control", in<&interface_draft::partner, map<link_partner, kPartnerFlowControlRules>>},
-    {"mtu", setting<number<&port_settings::mtu_bytes, 64, 65535>>},
     {"bandwidth", port<number<&interface::bandwidth_kbps, 1, UINT32_MAX>>},
     {"delay", port<number<&interface::delay_usec, 0, UINT32_MAX>>},
     {"debounce", port<number<&interface::debounce_ms, 0, 65535>>},
     {"rate-mode", port<word<&interface::rate_mode, kRateModeWords>>},
     {"mdix", port<flag<&interface::mdix_on>>},
-    {"beacon", setting<flag<&port_settings::beacon_on>>},
-    {"span-monitor", setting<flag<&port_settings::span_monitor>>},
     {"resets", port<number<&interface::resets, 0, UINT32_MAX>>},
     {"vsan", port<number<&interface::vsan, 1, 4094>>},
     {"trunk-vsans", port<notation<&interface::trunk_vsans, read_vsan_list>>},
-    {"service-state", setting<number<&port_settings::service_state, 0, UINT32_MAX>>},
     {"fc-layer", port<number<&interface::fc_layer, 0, 255>>},
     {"record-error", port<number<&interface::record_error, 0, UINT32_MAX>>},
     {"locked", port<flag<&interface::is_locked>>},
@@ -552,6 +624,7 @@ constexpr key_rule<interface_draft> kInterfaceRules[] = {
     {"traffic", read_interface_traffic},
     {"last-clear", read_last_clear},
 };
+constexpr auto kInterfaceRules = with_settings<num_keys_below("")>("", kOtherInterfaceRules);
 static_assert(std::size(kInterfaceRules) <= 64);
 
 // The lists of the top level.

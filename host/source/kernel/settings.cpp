@@ -12,8 +12,8 @@
 #include <cstring>
 #include <vector>
 
-#include "platform/port_config.h"
 #include "platform/port_manager.h"
+#include "settings/settings.h"
 #include "source/kernel/ethtool.h"
 #include "source/kernel/identify.h"
 #include "switch/port_status.h"
@@ -172,43 +172,37 @@ uint32 set_beacon(const setting_target& target, const port_settings& wanted, con
 
 // ---- The steps ------------------------------------------------------------------------------------------------------
 
-using set = port_settings;
-
-template <auto... Member>
-bool differs(const port_settings& one, const port_settings& other) {
-  return (... || (one.*Member != other.*Member));
-}
-
 struct step {
-  bool (*is_needed)(const port_settings& wanted, const port_settings& before);
+  kernel_step made;
+  bool (*is_due)(const port_settings& wanted);
   uint32 (*make)(const setting_target& target, const port_settings& wanted, const port_settings& before);
 };
 
+bool is_switched_on(const port_settings& wanted) { return wanted.admin_state == PM_PORT_STATE_UP; }
+bool is_switched_off(const port_settings& wanted) { return !is_switched_on(wanted); }
+bool is_always(const port_settings&) { return true; }
+
 // In this order: a device that is switched off is so before anything else, one that is switched on when all is done.
 constexpr step kSteps[] = {
-    {[](const set& wanted, const set& before) {
-       return differs<&set::admin_state>(wanted, before) && wanted.admin_state != PM_PORT_STATE_UP;
-     },
-     set_state},
-    {differs<&set::description>, set_alias},
-    {differs<&set::mtu_bytes>, set_mtu},
-    {differs<&set::admin_speed_mbps, &set::admin_duplex>, set_speed},
-    {differs<&set::admin_flow_control>, set_flow_control},
-    {differs<&set::admin_mode, &set::access_vlan, &set::native_vlan, &set::allowed_vlans>, set_vlans},
-    {differs<&set::beacon_on>, set_beacon},
-    {[](const set& wanted, const set& before) {
-       return differs<&set::admin_state>(wanted, before) && wanted.admin_state == PM_PORT_STATE_UP;
-     },
-     set_state},
+    {kernel_step::state, is_switched_off, set_state},
+    {kernel_step::alias, is_always, set_alias},
+    {kernel_step::mtu, is_always, set_mtu},
+    {kernel_step::speed, is_always, set_speed},
+    {kernel_step::flow_control, is_always, set_flow_control},
+    {kernel_step::vlans, is_always, set_vlans},
+    {kernel_step::beacon, is_always, set_beacon},
+    {kernel_step::state, is_switched_on, set_state},
 };
 
+bool is_needed(kernel_step made, const port_settings& wanted, const port_settings& before) {
+  for (const setting& it : all_settings())
+    if (it.traits.step == made && !is_equal(it, wanted, before)) return true;
+  return false;
+}
+
 // Whether something is set that no step makes.
-bool is_beyond_the_kernel(port_settings wanted, const port_settings& before) {
-  const auto take = [&](auto... member) { (..., (wanted.*member = before.*member)); };
-  take(&set::description, &set::mtu_bytes, &set::admin_state, &set::admin_speed_mbps, &set::admin_duplex,
-       &set::admin_flow_control, &set::admin_mode, &set::access_vlan, &set::native_vlan, &set::allowed_vlans,
-       &set::beacon_on);
-  return wanted != before;
+bool is_beyond_the_kernel(const port_settings& wanted, const port_settings& before) {
+  return wanted.is_edge != before.is_edge || is_needed(kernel_step::none, wanted, before);
 }
 
 }  // namespace
@@ -235,11 +229,8 @@ std::vector<netlink_request> bridge_vlan_requests(uint32 number, const port_sett
 }
 
 bool makes_kernel_setting(uint8 type) {
-  constexpr uint8 kTypes[] = {
-      PM_CFG_PORT_STATE,      PM_CFG_PORT_MODE,    PM_CFG_SPEED,         PM_CFG_BEACON,        PM_CFG_NAME,
-      PM_CFG_DUPLEX,          PM_CFG_MTU,          HOST_CFG_ACCESS_VLAN, HOST_CFG_NATIVE_VLAN, HOST_CFG_ALLOWED_VLANS,
-      HOST_CFG_RECEIVE_PAUSE, HOST_CFG_SEND_PAUSE, HOST_CFG_CHANNEL};
-  return std::find(std::begin(kTypes), std::end(kTypes), type) != std::end(kTypes);
+  const setting* const found = find_setting(type);
+  return found != nullptr && found->traits.step != kernel_step::none;
 }
 
 uint32 settle_device(const setting_target& target, const port_settings& wanted, const port_settings& before) {
@@ -247,7 +238,7 @@ uint32 settle_device(const setting_target& target, const port_settings& wanted, 
   if (wanted.channel != before.channel) return set_bond(target, wanted, before);
   if (is_beyond_the_kernel(wanted, before)) return status_of_text("the kernel has no such setting");
   for (const step& it : kSteps) {
-    if (!it.is_needed(wanted, before)) continue;
+    if (!it.is_due(wanted) || !is_needed(it.made, wanted, before)) continue;
     if (const uint32 status = it.make(target, wanted, before); status != 0) return status;
   }
   return 0;

@@ -1,0 +1,139 @@
+// What a setting of an interface is, and what can be asked of all of them. The settings themselves are in
+// settings/table.h.
+#pragma once
+
+#include <array>
+#include <initializer_list>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "switch/model.h"
+
+namespace host {
+
+// A number, a text, or VLANs in ascending order.
+using setting_value = std::variant<uint32, std::string, std::vector<uint16>>;
+
+// ---- How a setting is written
+
+// What a token of a setting carries besides its id: the value of the form, or the argument of the line.
+enum class token_value : uint8 { none, of_form, number, half_number, text };
+
+// A token that a setting hands to the command library after the interface range. A value without a word of its own has
+// the id 0.
+struct setting_token {
+  uint32 id = 0;
+  token_value holds = token_value::none;
+};
+
+enum { MAX_SETTING_TOKENS = 5 };
+
+// The tokens of a setting, and how many there are.
+struct setting_tokens {
+  std::array<setting_token, MAX_SETTING_TOKENS> token{};
+  std::size_t count = 0;
+
+  constexpr setting_tokens() = default;
+  constexpr setting_tokens(std::initializer_list<setting_token> given) {
+    for (const setting_token& it : given) token[count++] = it;
+  }
+};
+
+enum class form_kind : uint8 {
+  word,      // stands for a value; without words for that of the command alone
+  argument,  // a number, a text or a list of VLANs follows; `value` are bits that go with the number
+  off,       // the command with "no" stands for a value
+  usual      // the command with "no" asks for the usual value
+};
+
+// One way to write a setting: "COMMAND syntax" or "no COMMAND syntax".
+struct setting_form {
+  form_kind kind;
+  std::string_view syntax;
+  std::string_view help;
+  setting_tokens tokens{};  // after those of the setting
+  uint32 value = 0;
+  bool is_of_host = false;  // the command library has no token for it
+};
+
+// ---- What a setting is
+
+// Which sort of value it has.
+enum class setting_kind : uint8 { word, number, text, vlans };
+
+// Whether a command may take a link down.
+enum class may_cut : uint8 { never, always, unless_off };
+
+// What the kernel source makes a setting with.
+enum class kernel_step : uint8 { none, state, alias, mtu, speed, flow_control, vlans, beacon, bond };
+
+// What only some settings have.
+struct setting_traits {
+  // The value of a port for which nothing was set; null: that of new settings.
+  setting_value (*usual)(const interface& port) = nullptr;
+  // The status with which a port refuses a value that lies within the bounds; null: it takes them all.
+  uint32 (*refuses)(const interface& port, const setting_value& value) = nullptr;
+  // Other settings that follow once the port has the value.
+  void (*follow)(interface& port) = nullptr;
+
+  bool of_channel = false;  // a member of a port-channel has its channel's
+  bool of_parent = false;   // a new sub-interface has its parent's
+  may_cut cuts = may_cut::never;
+  kernel_step step = kernel_step::none;
+  std::string_view key = {};                  // in switch files, its maps first: "vlan access"
+  std::optional<uint32> asks_for_usual = {};  // a number with which the command library asks for the usual value
+};
+
+struct setting {
+  uint8 type;                           // PM_CFG_... or HOST_CFG_...
+  std::string_view command;             // in front of its forms; empty when no command makes it
+  std::span<const setting_form> forms;  // the first one with a value writes it
+  setting_tokens tokens;                // for the command library; none: the host makes it
+
+  setting_kind kind;
+  uint16 num_bytes;        // of the value on its way to the port manager
+  uint32 lowest, highest;  // of a number; the longest text, in bytes
+  bool (*has_it)(if_index_type_t kind);
+
+  // The value in the settings of a port; nothing where the source does not know it.
+  std::optional<setting_value> (*get)(const port_settings& from);
+  void (*put)(interface& to, const setting_value& value);
+
+  setting_traits traits = {};
+};
+
+// The settings, in the order in which they must be made.
+std::span<const setting> all_settings();
+
+// The setting of a type; null when there is none.
+const setting* find_setting(uint8 type);
+
+// ---- What can be asked of a setting
+
+// The value that a port has when nothing was set.
+setting_value usual_value(const setting& of, const interface& port);
+
+// Whether a port has the usual value. So does one whose source does not know it.
+bool is_usual(const setting& of, const interface& port);
+
+// Whether two ports are set to the same.
+bool is_equal(const setting& of, const port_settings& one, const port_settings& other);
+
+// Sets a port to a value, and makes other settings follow. Returns 0, or the status with which the port refuses it: it
+// is unchanged then.
+uint32 set_value(const setting& of, interface& port, const setting_value& value);
+
+// Gives a new member the settings of its port-channel. Its description, state and membership stay its own.
+void take_over_settings(const interface& channel, interface& member);
+
+// Gives a new sub-interface the settings that it has from its parent.
+void inherit_settings(const interface& parent, interface& made);
+
+// The number for which a word of a form stands, in any case; nothing for another word.
+std::optional<uint32> number_of_word(const setting& of, std::string_view word);
+
+}  // namespace host
