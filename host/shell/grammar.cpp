@@ -95,11 +95,14 @@ const number_argument& number_argument_of(const syntax_word& word) {
                        [&word](const number_argument& known) { return known.name == word.text; });
 }
 
-// The number that a word is, within its bounds.
+// The number that a word is; within its bounds unless it may have any value.
 std::optional<uint32> read_number(const number_argument& wanted, std::string_view word) {
   uint32 number = 0;
   const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-  if (error != std::errc{} || end != word.data() + word.size()) return std::nullopt;
+  if (error == std::errc::invalid_argument || end != word.data() + word.size()) return std::nullopt;
+  const bool is_too_great = error == std::errc::result_out_of_range;
+  if (wanted.has_any_value) return is_too_great ? UINT32_MAX : number;
+  if (is_too_great) return std::nullopt;
   return number >= wanted.lowest && number <= wanted.highest ? std::optional(number) : std::nullopt;
 }
 
@@ -470,9 +473,12 @@ suggestions suggest_pipe(const word_token& part) {
   return found;
 }
 
-bool is_behind_file(const position& at) {
+// Stores an argument that was read, as it was written.
+void keep_argument(const position& at, std::string_view written, command_line& parsed) {
+  if (at.next == 0) return;
   const syntax_word& word = at.what->syntax.words[at.next - 1];
-  return word.is_file || word.is_vlans;
+  if (word.is_file || word.is_vlans) parsed.argument = written;
+  if (word.is_number && number_argument_of(word).has_any_value) parsed.module = written;
 }
 
 // True when the line has come to a text that was begun.
@@ -521,7 +527,7 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
       error = state.error;
       return std::nullopt;
     }
-    if (state.positions.front().next > 0 && is_behind_file(state.positions.front())) parsed.argument = word.text;
+    keep_argument(state.positions.front(), word.text, parsed);
     if (state.positions.front().range == range_end::none) continue;
     if (!parsed.range.empty()) parsed.range += ' ';
     parsed.range += word.text;

@@ -24,10 +24,11 @@ struct number_argument {
   std::string_view name;
   uint32 lowest, highest;
   std::string_view help;
+  bool has_any_value = false;  // the command reports a number out of bounds, because nothing has it
 };
 
 inline constexpr number_argument kNumberArguments[] = {
-    {"MODULE", 1, MAX_SLOT + 1, "Number of a module"},
+    {"MODULE", 1, MAX_SLOT + 1, "Number of a module", true},
     {"PORT", 0, MAX_PORT, "Number of a management port"},
     {"SECONDS", 1, 4'000'000'000, "How far the clock moves on, in seconds"},
     {"INTERVAL", 1, 86'400, "Seconds from one reading to the next"},
@@ -143,10 +144,11 @@ struct command_line {
   std::string text;               // with all words in full, without pipes and what stands in front of a watched command
   std::string range;              // as written; empty: none
   std::vector<interface_span> spans;
-  std::optional<uint32> number;
-  std::optional<uint32> every;  // seconds: the command is watched
-  std::string argument;         // a file, a text, or a list of VLANs
-  bool is_no = false;           // begins with "no"
+  std::optional<uint32> number;  // of a module: UINT32_MAX also for what is greater
+  std::optional<uint32> every;   // seconds: the command is watched
+  std::string argument;          // a file, a text, or a list of VLANs
+  std::string module;            // its number as written; empty: none
+  bool is_no = false;            // begins with "no"
   std::vector<pipe_stage> pipes;
 };
 

@@ -38,7 +38,7 @@ constexpr char kFooter[] =
     "  1  wrong command, option or switch file\n"
     "  2  a service failed, or the command library is missing\n"
     "  3  some interfaces failed\n"
-    "  4  no such interface\n"
+    "  4  no such interface or module\n"
     "  5  not permitted\n"
     "  130  interrupted with Ctrl-C";
 

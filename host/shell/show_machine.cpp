@@ -88,8 +88,8 @@ bool has_named_module(const invocation& run) {
     if (it.slot + 1 == run.line.number) return true;
     modules.append(modules.empty() ? "" : ", ").append(std::to_string(it.slot + 1));
   }
-  run.output.complain("no such module: " + std::to_string(*run.line.number) +
-                      (modules.empty() ? "." : ". The modules of this switch are " + modules + "."));
+  run.output.complain("module " + run.line.module + " does not exist" +
+                      (modules.empty() ? "." : "; the modules of this switch are " + modules + "."));
   return false;
 }
 
@@ -121,6 +121,7 @@ int show_module_resources(const invocation& run) {
 }
 
 int show_added(const invocation& run) {
+  if (!has_named_module(run)) return kNoSuchInterface;
   return run_display(
       run, [&run](paraminfo_t* block) { call_handler(run, view_of(run.line.what->command_id).own.handler, block); });
 }

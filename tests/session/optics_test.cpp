@@ -276,8 +276,8 @@ TEST(ModuleResources, OfAnotherModuleAreOneSentence) {
     const outcome other = run_optics(std::string("show module 1 resources") + pipe);
     EXPECT_EQ(other.err, "pmsh: module 1: 'show module resources' does not apply to this kind of module.\n");
     EXPECT_EQ(other.exit_code, 3);
-    const outcome missing = run_optics(std::string("show module 9 resources") + pipe);
-    EXPECT_EQ(missing.err, "pmsh: no such module: 9. The modules of this switch are 1, 2, 3.\n");
+    const outcome missing = run_optics(std::string("show module 99 resources") + pipe);
+    EXPECT_EQ(missing.err, "pmsh: module 99 does not exist; the modules of this switch are 1, 2, 3.\n");
     EXPECT_EQ(missing.exit_code, 4);
   }
 }
