@@ -55,10 +55,9 @@ output_settings settings_for(const shell& session, const command_line& line) {
   return settings;
 }
 
-// A line that does not run: the error on standard error, and in a document when one was asked for.
-int refuse_line(const shell& session, std::string_view line, std::string_view error) {
+// A line that does not run: the error on standard error, and in a document when its output is structured.
+int refuse_line(const shell& session, std::string_view line, std::string_view error, bool is_structured) {
   print_error(error);
-  const bool is_structured = asks_for_document(line) || (session.output != nullptr && session.output->structured);
   if (!is_structured) return kUsage;
   const std::string document = document_of_error(line, error, kUsage);
   if (session.output != nullptr && session.output->sink) return session.output->sink(document), kUsage;
@@ -67,16 +66,16 @@ int refuse_line(const shell& session, std::string_view line, std::string_view er
 }
 
 int run_command(shell& session, const command_line& line, std::string_view written) {
+  const output_settings settings = settings_for(session, line);
+  const auto refuse = [&](std::string_view error) { return refuse_line(session, written, error, settings.structured); };
   line_filters filters;
   for (const pipe_stage& stage : line.pipes) {
     if (const auto fault = filters.add(stage))
-      return refuse_line(
-          session, written,
-          "bad expression '" + stage.expression + "': " + *fault + ". Quote it, and put '\\' before special signs.");
+      return refuse("bad expression '" + stage.expression + "': " + *fault +
+                    ". Quote it, and put '\\' before special signs.");
   }
-  const output_settings settings = settings_for(session, line);
   if (line.every && session.output != nullptr)
-    return refuse_line(session, written, "'watch' needs the shell. Repeat the command that it is to show.");
+    return refuse("'watch' needs the shell. Repeat the command that it is to show.");
   if (line.every) return watch(session, line, settings);
   the_source().refresh(the_machine());
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
@@ -115,7 +114,10 @@ int run_line(shell& session, std::string_view line) {
   }
   std::string error;
   const auto parsed = parse_command(line, error, session.mode);
-  if (!parsed) return refuse_line(session, trim(line), error);
+  if (!parsed) {
+    const bool is_structured = asks_for_document(line) || (session.output != nullptr && session.output->structured);
+    return refuse_line(session, trim(line), error, is_structured);
+  }
   return parsed->what == nullptr ? kDone : run_command(session, *parsed, trim(line));
 }
 
