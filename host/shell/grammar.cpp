@@ -500,11 +500,17 @@ std::string words_of_command(const command_line& line) {
 }
 
 bool asks_for_document(std::string_view line) {
-  const std::vector<word_token> parts = split_pipes(line);
-  return std::any_of(parts.begin() + 1, parts.end(), [](const word_token& part) {
-    const std::string_view text = trim(part.text);
-    const pipe_word* const word = text.empty() ? nullptr : find_pipe(text.substr(0, text.find_first_of(" \t")));
+  const auto is_json = [](std::string_view text) {
+    const pipe_word* const word = text.empty() ? nullptr : find_pipe(text);
     return word != nullptr && word->kind == pipe_kind::json;
+  };
+  // A quote that does not end hides the pipes after it.
+  const std::size_t last = line.rfind('|');
+  if (last != std::string_view::npos && is_json(trim(line.substr(last + 1)))) return true;
+  const std::vector<word_token> parts = split_pipes(line);
+  return std::any_of(parts.begin() + 1, parts.end(), [&is_json](const word_token& part) {
+    const std::string_view text = trim(part.text);
+    return is_json(text.substr(0, text.find_first_of(" \t")));
   });
 }
 

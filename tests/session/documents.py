@@ -13,6 +13,7 @@ import re
 import signal
 import subprocess
 import sys
+import tempfile
 
 import jsonschema
 
@@ -73,10 +74,15 @@ class Checker:
         return self.check(f"{os.path.basename(switch)}: {line}", done.stdout, display, done.returncode), done
 
 
+def syntaxes(pmsh):
+    """The commands of the reference, with the name of their display."""
+    reference = subprocess.run([pmsh, "--print-command-reference"], capture_output=True, text=True, check=True).stdout
+    return re.findall(r"^\| `([^`]+)` \| [^|]+ \| `?([a-z_]+)`? \|$", reference, re.MULTILINE)
+
+
 def commands(pmsh):
     """Lines for all interfaces, with the name of their display."""
-    reference = subprocess.run([pmsh, "--print-command-reference"], capture_output=True, text=True, check=True).stdout
-    for syntax, display in re.findall(r"^\| `([^`]+)` \| [^|]+ \| `?([a-z_]+)`? \|$", reference, re.MULTILINE):
+    for syntax, display in syntaxes(pmsh):
         line = re.sub(r"\[[^\]]*\] ?", "", syntax).strip()
         line = line.replace("RANGE", "ethernet 1/1").replace("MODULE", "2").replace("VLANS", "1-300").replace("PORT", "0")
         if re.search("[A-Z]", line) or line.split()[0] in ("watch", "exit", "quit"):
@@ -120,11 +126,58 @@ def check_watch(checker, switch):
         checker.check(line, reading, "counters")
 
 
+ARGUMENTS = {"RANGE": "ethernet 1/1", "MODULE": "2", "VLANS": "10-20", "PORT": "0", "SECONDS": "5", "BYTES": "2112",
+             "COUNT": "3", "VLAN": "10", "CHANNEL": "1", "CHANGES": "1", "TEXT": "some words", "FILE": "saved"}
+
+
+def lines_of_session(pmsh):
+    """Every command of the shell but 'watch', in an order in which it can be typed."""
+    general, configuring, settings = [], [], []
+    for syntax, display in syntaxes(pmsh):
+        words = syntax.split()
+        written = {re.sub(r"\[[^\]]*\] ?", "", syntax).strip(), re.sub(r"[\[\]]", "", syntax)}
+        lines = sorted(re.sub(r"\b[A-Z]+\b", lambda it: ARGUMENTS.get(it[0], it[0]), line) for line in written)
+        if words[0] in ("watch", "configure", "end", "exit", "quit"):
+            continue
+        kind = settings if display == "settings" and words[0] != "undo" else general
+        if words[0] == "interface" or words[:2] == ["no", "interface"]:
+            kind = configuring
+        kind.extend((line, display) for line in lines)
+    yield from general
+    yield from (("configure", "text"), *configuring, ("end", "text"), ("configure terminal", "text"))
+    yield from (("interface ethernet 1/1", "text"), *settings, ("undo 2", "settings"), ("show changes", "changes"))
+    yield from (("exit", "text"), ("exit", "text"), ("quit", "text"))
+
+
+def check_session(checker, switch):
+    """One document for each line of a session, whether it is refused or done."""
+    lines = list(lines_of_session(checker.pmsh))
+    if len(lines) < 150:
+        checker.fault("session", f"only {len(lines)} lines")
+    with tempfile.TemporaryDirectory() as state:
+        written = "".join(f"{line} | json\n" for line, _ in lines)
+        command = [os.path.abspath(checker.pmsh), "--switch", os.path.abspath(switch), "--yes"]
+        done = subprocess.run(command, input=written, cwd=state, env=dict(os.environ, XDG_STATE_HOME=state),
+                              capture_output=True, text=True, check=False)
+    documents, left, decoder = [], done.stdout.lstrip(), json.JSONDecoder()
+    while left:
+        _, end = decoder.raw_decode(left)
+        documents.append(left[:end])
+        left = left[end:].lstrip()
+    if len(documents) != len(lines):
+        checker.fault("session", f"{len(documents)} documents of {len(lines)} lines")
+    for (line, display), document in zip(lines, documents):
+        found = checker.check(f"session: {line}", document, display)
+        if found is not None and not line.startswith(found["command"]):
+            checker.fault(f"session: {line}", f"document of {found['command']!r}")
+
+
 def check_refused_lines(checker, switch):
     """Exactly one document, also when a line does not run."""
     for line in ("show nothing | json", "show interface ethernet 9/9 | json", "show interface ethernet 1/4-1 brief | json",
                  "show interface | json | include (", "show interface | count | json", "show module 99 resources | json",
-                 "configure | json | jsn"):
+                 "configure | json | jsn", "show \"x | json", "configure ' | json", "interface 'ethernet 1/1 | json",
+                 "show interface brief \"| json"):
         document, done = checker.run(switch, line)
         if done.returncode == 0 or not done.stderr:
             checker.fault(line, f"exit code {done.returncode}, standard error {done.stderr!r}")
@@ -144,6 +197,7 @@ def main():
         for line, display in lines:
             checker.run(switch, f"{line} | json", display)
         check_refused_lines(checker, switch)
+    check_session(checker, switches[0])
     check_damage(checker, switches[0])
     check_watch(checker, switches[0])
     for fault in checker.faults[:40]:

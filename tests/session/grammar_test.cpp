@@ -256,6 +256,15 @@ TEST(Grammar, ModuleThatNoSwitchHasIsANumberAllTheSame) {
   }
 }
 
+TEST(Grammar, LineAsksForADocumentAlsoWithMistakes) {
+  for (const char* const line : {"show | json", "show nothing | j", "show | count | json", "show | json | jsn",
+                                 "show \"x | json", "configure ' | json ", "show 'a | b' | json"})
+    EXPECT_TRUE(host::asks_for_document(line)) << line;
+  for (const char* const line : {"show", "show json", "show | include json", "description 'a | json'",
+                                 "description \"a | json b\"", "show \"x | json it", "show \"x |"})
+    EXPECT_FALSE(host::asks_for_document(line)) << line;
+}
+
 TEST(Watch, EveryShowCommandIsReadBehindIt) {
   std::size_t watched = 0;
   for (const command& what : host::all_commands()) {
