@@ -28,8 +28,8 @@ constexpr value_definition kValues[] = {
     {"value_mac", R"({"type": ["string", "null"], "pattern": "^[0-9a-f]{4}[.][0-9a-f]{4}[.][0-9a-f]{4}$"})"},
     {"value_ipv4", R"({"type": ["string", "null"], "pattern": "^[0-9]+[.][0-9]+[.][0-9]+[.][0-9]+$"})"},
     {"value_hexadecimal", R"({"type": ["string", "null"], "pattern": "^0x[0-9a-f]+$"})"},
-    {"value_time",
-     R"({"type": ["string", "null"], "pattern": "^[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z$"})"},
+    {"value_time", R"({"type": ["string", "null"], "format": "date-time", )"
+                   R"("pattern": "^[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z$"})"},
     {"value_numbers", R"({"type": ["array", "null"], "items": {"type": "integer"}})"},
     {"value_words", R"({"type": ["array", "null"], "items": {"type": "string"}})"},
     {"value_vlans", R"({"type": ["string", "null"], "pattern": "^([0-9]+(-[0-9]+)?(,[0-9]+(-[0-9]+)?)*)?$"})"},

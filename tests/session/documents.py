@@ -91,6 +91,29 @@ def commands(pmsh):
             yield line, display
 
 
+def properties_of(schema):
+    """Every described property, with its key."""
+    if isinstance(schema, list):
+        for item in schema:
+            yield from properties_of(item)
+    if not isinstance(schema, dict):
+        return
+    if isinstance(schema.get("properties"), dict):
+        yield from schema["properties"].items()
+    for part in schema.values():
+        yield from properties_of(part)
+
+
+def check_times(checker):
+    """Moments are times of one form, whatever they are called."""
+    times = {"time", "last_link_flapped", "last_counters_cleared", "changed_at"}
+    found = {key: described.get("$ref") for key, described in properties_of(checker.schema["$defs"]) if key in times}
+    if found != dict.fromkeys(times, "#/$defs/value_time"):
+        checker.fault("schema", f"times are {found}")
+    if checker.schema["$defs"]["value_time"].get("format") != "date-time":
+        checker.fault("schema", "times have no format")
+
+
 def check_damage(checker, switch):
     """A validator that accepts everything would prove nothing: documents that are damaged must not pass."""
     document, _ = checker.run(switch, "show interface ethernet 1/1 brief | json", "brief")
@@ -198,6 +221,7 @@ def main():
             checker.run(switch, f"{line} | json", display)
         check_refused_lines(checker, switch)
     check_session(checker, switches[0])
+    check_times(checker)
     check_damage(checker, switches[0])
     check_watch(checker, switches[0])
     for fault in checker.faults[:40]:
