@@ -4,12 +4,14 @@
 #include <link.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstring>
 #include <deque>
 #include <map>
 #include <optional>
 #include <set>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "pmsh/commands.h"
@@ -185,6 +187,22 @@ const field_form kForms[] = {
     {PMSH_INTERFACE, field_type::interface_name, {CMD_TYPE_IF_INDEX}},
 };
 
+// A title for a key: its words, which begin with a capital letter.
+std::string title_of(std::string_view key) {
+  constexpr std::pair<std::string_view, std::string_view> kAbbreviations[] = {
+      {"id", "ID"}, {"ip", "IP"}, {"mac", "MAC"}, {"mtu", "MTU"}, {"vlan", "VLAN"}, {"vlans", "VLANs"}};
+  std::string title;
+  while (!key.empty()) {
+    const std::string_view word = key.substr(0, key.find('_'));
+    key.remove_prefix(std::min(word.size() + 1, key.size()));
+    const auto* const known = std::find_if(std::begin(kAbbreviations), std::end(kAbbreviations),
+                                           [word](const auto& it) { return it.first == word; });
+    title.append(title.empty() ? "" : " ").append(known == std::end(kAbbreviations) ? word : known->second);
+  }
+  if (!title.empty()) title.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(title.front())));
+  return title;
+}
+
 added_field read_field(const table_reader& reader, const pmsh_field_t& row) {
   const std::string_view key = row.key;
   if (!is_of(key, kKeyLetters)) reader.refuse("the key " + quoted(key) + " is not in lower case with underscores");
@@ -195,6 +213,7 @@ added_field read_field(const table_reader& reader, const pmsh_field_t& row) {
   if (std::find(form->codes.begin(), form->codes.end(), code) == form->codes.end())
     reader.refuse("the type code of the tuple id of " + quoted(key) + " does not fit its type");
   added_field read{row.tuple, {property::none, row.key, form->form}};
+  read.described.title = keep(title_of(key));
   if (row.unit != nullptr) read.described.unit = read_text(reader, row.unit, "unit");
   if (row.help != nullptr) read.described.description = read_text(reader, row.help, "help of a field");
   return read;

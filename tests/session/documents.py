@@ -114,6 +114,12 @@ def check_times(checker):
         checker.fault("schema", "times have no format")
 
 
+def check_titles(checker):
+    for key, described in properties_of(checker.schema["$defs"]):
+        if not described.get("title") or not described.get("description"):
+            checker.fault("schema", f"{key!r} lacks a title or a description")
+
+
 def check_damage(checker, switch):
     """A validator that accepts everything would prove nothing: documents that are damaged must not pass."""
     document, _ = checker.run(switch, "show interface ethernet 1/1 brief | json", "brief")
@@ -222,6 +228,7 @@ def main():
         check_refused_lines(checker, switch)
     check_session(checker, switches[0])
     check_times(checker)
+    check_titles(checker)
     check_damage(checker, switches[0])
     check_watch(checker, switches[0])
     for fault in checker.faults[:40]:
