@@ -185,6 +185,7 @@ const field_form kForms[] = {
     {PMSH_MAC, field_type::mac, {CMD_TYPE_MAC}},
     {PMSH_IPV4, field_type::ipv4, {CMD_TYPE_IPV4}},
     {PMSH_INTERFACE, field_type::interface_name, {CMD_TYPE_IF_INDEX}},
+    {PMSH_VLANS, field_type::vlans, {CMD_TYPE_STRING}},
 };
 
 // A title for a key: its words, which begin with a capital letter.

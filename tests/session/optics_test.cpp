@@ -172,6 +172,15 @@ TEST(Trunks, EachHasItsRows) {
             "Eth2/1     30\nEth2/2     none\n");
 }
 
+TEST(Trunks, VlansShutByAnErrorAreASetInTheRecord) {
+  rapidjson::Document document;
+  document.Parse(shown("show interface ethernet 2/1-2 trunk errored | json").c_str());
+  ASSERT_FALSE(document.HasParseError());
+  ASSERT_EQ(document["interfaces"].Size(), 2U);
+  EXPECT_STREQ(document["interfaces"][0]["errored_vlans"].GetString(), "30");
+  EXPECT_STREQ(document["interfaces"][1]["errored_vlans"].GetString(), "");
+}
+
 TEST(Trunks, DetailIsOfSomeVlansOrAModule) {
   EXPECT_NE(shown("show interface trunk detail native-vlan 1-20,40").find("    Native Vlan: 10\n"), std::string::npos);
   EXPECT_EQ(shown("show interface trunk detail native-vlan 10").find("Native Vlan: 99"), std::string::npos);
