@@ -154,9 +154,6 @@ void write_field(json_writer& json, const field& described) {
   json.end_object();
 }
 
-// Records of interfaces that a show command makes: with "watch" they have one member more.
-bool may_have_rates(const display& shown) { return shown.has_values; }
-
 void write_rates(json_writer& json) {
   json.begin_object();
   json.key("anyOf");

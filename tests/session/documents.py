@@ -146,13 +146,22 @@ def check_damage(checker, switch):
 
 
 def check_watch(checker, switch):
-    """Two readings, each a document on a line, with rates."""
-    line = "watch 1 show interface ethernet 1/1 counters | json"
-    with subprocess.Popen([checker.pmsh, "--switch", switch, "-c", line], stdout=subprocess.PIPE, text=True) as watch:
-        readings = [watch.stdout.readline() for _ in range(2)]
-        watch.send_signal(signal.SIGINT)
-    for reading in readings:
-        checker.check(line, reading, "counters")
+    """Two readings, each a document on a line; records of interfaces have rates, those of other lists have none."""
+    for shown, display, records, has_rates in (
+            ("show interface ethernet 1/1 counters", "counters", "interfaces", True),
+            ("show interface ethernet 1/31 trunk errored", "trunk_errored", "interfaces", True),
+            ("show interface ethernet 1/1 overview", "overview", "interfaces", True),
+            ("show running-config interface ethernet 1/1", "running_config", "commands", False),
+            ("show vlan", "vlans", "vlans", False), ("show panel", "panel", "ports", True)):
+        line = f"watch 1 {shown} | json"
+        with subprocess.Popen([checker.pmsh, "--switch", switch, "-c", line], stdout=subprocess.PIPE, text=True) as watch:
+            readings = [watch.stdout.readline() for _ in range(2)]
+            watch.send_signal(signal.SIGINT)
+        for reading in readings:
+            document = checker.check(line, reading, display)
+            found = document[records][:1] if document else []
+            if [("rates" in record) for record in found] != [has_rates]:
+                checker.fault(line, f"rates, not as expected, in {found}")
 
 
 ARGUMENTS = {"RANGE": "ethernet 1/1", "MODULE": "2", "VLANS": "10-20", "PORT": "0", "SECONDS": "5", "BYTES": "2112",
