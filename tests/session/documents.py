@@ -224,6 +224,14 @@ def check_refused_lines(checker, switch):
             checker.fault(line, "no error among the messages")
 
 
+def report(faults, checked):
+    """Ends the program when there are faults; `checked` says in how much they were found."""
+    for fault in faults[:40]:
+        print(fault)
+    if faults:
+        sys.exit(f"{len(faults)} faults in {checked}")
+
+
 def main():
     pmsh, schema_file, *switches = sys.argv[1:]
     with open(schema_file, encoding="utf-8") as file:
@@ -240,10 +248,7 @@ def main():
     check_titles(checker)
     check_damage(checker, switches[0])
     check_watch(checker, switches[0])
-    for fault in checker.faults[:40]:
-        print(fault)
-    if checker.faults:
-        sys.exit(f"{len(checker.faults)} faults in {checker.count} documents")
+    report(checker.faults, f"{checker.count} documents")
     print(f"{checker.count} documents of {len(lines)} commands follow the schema")
 
 
