@@ -115,7 +115,7 @@ void read_words_with_help(const table_reader& reader, const pmsh_word_t* words) 
     if (i == kMostRows) reader.refuse("its list of words has no end");
     const std::string_view help = read_text(reader, words[i].help, "help of a word");
     if (!is_of(words[i].word, kWordLetters))
-      reader.refuse("it has help of " + quoted(words[i].word) + ", which is no word in lower case");
+      reader.refuse("it has help of " + quoted(words[i].word) + ", which is not a word in lower case");
     if (help_of_word(words[i].word).empty()) add_word(words[i].word, help);
   }
 }

@@ -163,7 +163,7 @@ std::string why_not_asked(clearer who) {
   switch (who) {
     case clearer::ethernet: return fault_of({STATCL_LIBRARY, "statscl_clear_port_client_stats"});
     case clearer::loopbacks: return fault_of({IP_STATS_LIBRARY, "ip_clear_loopback_counters"});
-    default: return "the command library clears no such interface";
+    default: return "the command library does not clear interfaces of this kind";
   }
 }
 

@@ -210,11 +210,11 @@ bool expects_vlans(const std::vector<position>& positions) {
 
 std::string unknown_word(const std::vector<position>& positions, std::string_view word, std::string_view in_front) {
   if (const number_argument* const number = expected_number(positions))
-    return quoted(word) + " is no " + std::string(number->name) + ": it takes a number from " + bounds_of(*number) +
-           ".";
+    return "expected a number from " + bounds_of(*number) + " for " + std::string(number->name) + ", not " +
+           quoted(word) + ".";
   const std::vector<std::string_view> expected = expected_words(positions);
-  if (expects_vlans(positions)) return quoted(word) + " is no list of VLANs, such as 1-10,20.";
-  if (expected.empty()) return quoted(word) + " is too much: the command ends with " + quoted(in_front) + ".";
+  if (expects_vlans(positions)) return quoted(word) + " is not a list of VLANs such as 1-10,20.";
+  if (expected.empty()) return "unexpected " + quoted(word) + " after " + quoted(in_front) + ".";
   const std::string_view meant = closest_word(word, expected);
   std::string text = "unknown word " + quoted(word);
   if (!meant.empty()) text += ": did you mean " + quoted(meant) + "?";
@@ -316,7 +316,7 @@ bool read_word(reading_state& state, std::string_view word) {
 
 std::string incomplete_command(const reading_state& state) {
   const std::string path = join(state.path, " ");
-  if (path.empty()) return "no command in front of '|'. " + type_help({});
+  if (path.empty()) return "no command before '|'. " + type_help({});
   const bool lacks_number = !may_leave_range(state.positions.front().range);
   return (lacks_number ? "a number is missing after '" : "incomplete command '") + path + "'. " + type_help(path);
 }
@@ -349,7 +349,7 @@ std::string unknown_pipe(std::string_view written) {
 // Reads what stands behind a "|"; returns what is wrong with it.
 std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
   part = trim(part);
-  if (part.empty()) return "nothing after '|': it takes one of " + join(pipe_names(), ", ") + ".";
+  if (part.empty()) return "nothing after '|': expected one of " + join(pipe_names(), ", ") + ".";
   const std::string_view written = part.substr(0, part.find_first_of(" \t"));
   const pipe_word* const word = find_pipe(written);
   if (word == nullptr) return unknown_pipe(written);
@@ -357,7 +357,7 @@ std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
   const std::string name(word->word);
   if (word->takes_expression && rest.empty())
     return "'| " + name + "' needs an expression, such as '| " + name + " up'.";
-  if (!word->takes_expression && !rest.empty()) return quoted(rest) + " is too much after '| " + name + "'.";
+  if (!word->takes_expression && !rest.empty()) return "unexpected " + quoted(rest) + " after '| " + name + "'.";
   if (word->kind == pipe_kind::json && !pipes.empty()) return "'| json' must be the first '|' of the command.";
   pipes.push_back({word->kind, std::string(unquote(rest))});
   return {};

@@ -210,7 +210,7 @@ std::string forbidden(const user& who, const interfaces& hidden) {
     text.append(i == 0 ? "" : ", ").append(sprintf_if_index(name, hidden[i]));
   }
   if (hidden.size() > kNamed) text += ", ... (" + std::to_string(hidden.size()) + ")";
-  return text + ". Leave the range away for all that it may.";
+  return text + ". Omit the range to show every interface that this user may see.";
 }
 
 void check_vsans(const selecting& command, selection& chosen) {

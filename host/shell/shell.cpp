@@ -75,7 +75,7 @@ int run_command(shell& session, const command_line& line, std::string_view writt
                     ". Quote it, and put '\\' before special signs.");
   }
   if (line.every && session.output != nullptr)
-    return refuse("'watch' needs the shell. Repeat the command that it is to show.");
+    return refuse("'watch' runs only in the shell. Repeat the show command instead.");
   if (line.every) return watch(session, line, settings);
   the_source().refresh(the_machine());
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own

@@ -129,7 +129,7 @@ int show_added(const invocation& run) {
 int show_kernel_map(const invocation& run) {
   const auto devices = the_source().devices();
   if (!devices) {
-    run.output.complain("this switch is not the kernel's. Start the shell with --kernel.");
+    run.output.complain("this switch is not read from the kernel. Start the shell with --kernel.");
     return kUsage;
   }
   constexpr std::size_t kWidth = 18;

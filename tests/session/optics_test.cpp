@@ -188,7 +188,7 @@ TEST(Trunks, DetailIsOfSomeVlansOrAModule) {
   EXPECT_NE(shown("show interface trunk detail module 2").find("    Allowed Vlans: 1,10-30\n"), std::string::npos);
   const outcome wrong = run_optics("show interface trunk detail native-vlan 0-5");
   EXPECT_EQ(wrong.exit_code, 1);
-  EXPECT_EQ(wrong.err, "pmsh: '0-5' is no list of VLANs, such as 1-10,20.\n");
+  EXPECT_EQ(wrong.err, "pmsh: '0-5' is not a list of VLANs such as 1-10,20.\n");
 }
 
 TEST(Trunks, StructuredFormHasTheirFields) {
