@@ -196,7 +196,7 @@ bool name_uncleared(const invocation& run, std::span<const if_index_t> wanted, c
 
 // ---- The end of a command -------------------------------------------------------------------------------------------
 
-// The kernel's counters cannot be set to 0: says how long it is that they are shown so.
+// The kernel's counters cannot be set to 0: reports how long the baseline is kept.
 int keep_cleared(const invocation& run, const std::string& path) {
   if (path.empty()) {
     run.output.text("The kernel counts on; for this session, what it had counted is left out.\n");

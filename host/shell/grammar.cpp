@@ -10,9 +10,9 @@
 namespace host {
 namespace {
 
-// Where a line may stand in the table.
+// How far a line has been read in the table.
 
-// What the range that a line is in ends with.
+// How a partly typed interface range ends.
 enum class range_end : uint8 { none, word, number, comma, dash };
 
 struct position {
@@ -51,7 +51,7 @@ std::vector<const interface_word*> interface_words(std::string_view text) {
   return found;
 }
 
-// True when a word goes on with a range that ends so far with `end`.
+// True when a word continues a range that ends with `end` so far.
 bool continues_range(range_end end, std::string_view word) {
   switch (end) {
     case range_end::none: return false;
@@ -65,7 +65,7 @@ bool continues_range(range_end end, std::string_view word) {
 
 bool may_leave_range(range_end end) { return end == range_end::none || end == range_end::number; }
 
-// The words of the syntax that may come next, up to the first that must.
+// The words of the syntax that may come next, up to the first one that is required.
 template <typename Visit>
 void for_each_next_word(const position& at, Visit visit) {
   if (!may_leave_range(at.range)) return;
@@ -113,7 +113,7 @@ struct step {
   position to;
 };
 
-// A file is any word that is nothing else.
+// A word that has no other reading is the name of a file.
 void add_free_readings(const std::vector<position>& positions, std::string_view word, std::vector<step>& steps) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
@@ -251,7 +251,7 @@ struct reading_state {
   std::string error;
 };
 
-// Where "watch INTERVAL" ends the line begins anew, as that of a show command.
+// After "watch INTERVAL" a show command begins.
 void begin_watched_command(reading_state& state) {
   const position& at = state.positions.front();
   if (at.next >= at.what->syntax.num_words || !at.what->syntax.words[at.next].is_command) return;
@@ -346,7 +346,7 @@ std::string unknown_pipe(std::string_view written) {
   return text + " It is one of " + join(pipe_names(), ", ") + ".";
 }
 
-// Reads what stands behind a "|"; returns what is wrong with it.
+// Reads the text after a "|". Returns the error, or an empty text.
 std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
   part = trim(part);
   if (part.empty()) return "nothing after '|': expected one of " + join(pipe_names(), ", ") + ".";
@@ -386,7 +386,7 @@ const interface_word* word_of_number(std::string_view range) {
   return words.size() == 1 ? words.front() : nullptr;
 }
 
-// The last word is in a range and a number may stand at its end: where it begins, and whose it is.
+// Suggests a number at the end of the last word, which is part of a range: where the number begins, and its kind.
 void suggest_numbers(suggestions& found, std::string_view range, const word_token& begun) {
   const std::size_t separator = begun.text.find_last_of(",-");
   std::size_t number = separator == std::string_view::npos ? 0 : separator + 1;
@@ -442,7 +442,7 @@ void suggest_hints(suggestions& found, const std::vector<position>& positions) {
   found.hints.push_back({"<Enter>", "Run the command"});
 }
 
-// True when a word can be read as a part of a range that has come to a number.
+// True when a word can be read as part of a range that has reached a number.
 bool begins_number(const std::vector<position>& positions, std::string_view word) {
   const std::vector<step> steps = readings(positions, word);
   return std::any_of(steps.begin(), steps.end(), [](const step& reading) {
@@ -481,7 +481,7 @@ void keep_argument(const position& at, std::string_view written, command_line& p
   if (word.is_number && number_argument_of(word).has_any_value) parsed.module = written;
 }
 
-// True when the line has come to a text that was begun.
+// True when the line ends within a TEXT argument.
 bool is_in_text(std::string_view line, shell_mode mode) {
   reading_state state(mode);
   for (const word_token& word : split_words(line)) {

@@ -30,7 +30,7 @@ bool terminal_can_page() {
   return isatty(STDIN_FILENO) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb";
 }
 
-// What is the same wherever the output goes.
+// Settings that do not depend on where the output goes.
 void set_display(output_settings& settings, const shell& session, const command_line& line) {
   settings.shown = line.what->shown;
   settings.command = line.text;
@@ -94,7 +94,7 @@ int run_command(shell& session, const command_line& line, std::string_view writt
   return report_lost_output(write_error);
 }
 
-// What stands in front of a "?" at the end; null when the line asks for no help.
+// The line before a "?" at its end; null when the line does not ask for help.
 std::string_view question_of(std::string_view line, shell_mode mode) {
   const std::string_view text = trim(line);
   if (text.empty() || text.back() != '?' || is_in_expression(text, mode)) return {};

@@ -18,7 +18,7 @@ namespace {
 
 constexpr uint32 kNoDisplayId = 0;
 
-// Calls `show` with a block that names no interface. What failed is told by what was printed.
+// Calls `show` with a block that names no interface. Failures are those that the output noted.
 template <typename Show>
 int run_display(const invocation& run, Show show) {
   const command_queue q;

@@ -29,7 +29,7 @@ namespace {
 
 // ---- Counters
 
-// Displays that tell how many bytes and packets an interface received and sent.
+// Displays with the bytes and packets that an interface received and sent.
 constexpr uint32 kCountingDisplays =
     kDetailedDisplay | kCountersDisplay | kDetailedCountersDisplay | kAllCountersDisplay;
 
@@ -49,7 +49,7 @@ traffic_count count_of(const interface& port, double at_sec) {
           stats.last_clear_sec};
 }
 
-// What an interface has counted now, on a model that nobody refreshes: the second must not end meanwhile.
+// The current counts of an interface, read again until they and the time are of the same second.
 std::optional<traffic_count> count_now(interface& port) {
   double at_sec = 0;
   do {
@@ -67,12 +67,12 @@ interface* counted_interface(if_index_t if_index) {
 
 // ---- Time
 
-// Moments at the same distance. Those that a slow reading misses are left out.
+// Moments at equal distances. Those that a slow reading misses are skipped.
 class pace {
  public:
   explicit pace(uint32 seconds) : distance_(seconds) {}
 
-  // Waits for the next. False: nobody reads standard output any more. Ctrl-C ends the waiting.
+  // Waits for the next. False: the reader of standard output is gone. Ctrl-C ends the wait.
   bool wait() {
     do next_ += distance_;
     while (next_ <= clock::now());
@@ -180,7 +180,7 @@ std::string_view begin_of_drawing() {
 
 // ---- Readings
 
-// A watch that is on.
+// A running watch.
 class watcher {
  public:
   watcher(shell& session, const command_line& line, const output_settings& usual)
@@ -249,7 +249,7 @@ class watcher {
     return put(lines);
   }
 
-  // A command that is refused at once is told as it is without a watch; later its complaint stands on the screen.
+  // A command that is refused at the first reading reports as it does without a watch; later its error is drawn.
   int show_screen() {
     line_filters filters;
     add_filters(filters);

@@ -45,7 +45,7 @@ class document {
   // `command` without its pipes.
   document(const display& shown, std::string_view command);
 
-  // Lines of the document that are complete; whoever takes them clears them.
+  // Complete lines of the document; the caller clears what it took.
   std::string& ready() { return ready_; }
 
   void begin_record(std::string_view interface_name);
