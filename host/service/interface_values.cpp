@@ -234,6 +234,7 @@ void read_membership(subject& it, property of, value_writer& to) {
   const interface& port = it.port;
   if (port.settings.layer != IF_LAYER_2 || it.is_any_of({IF_TYPE_LOOPBACK, IF_TYPE_MGMT}))
     return to.membership(of, {vlan_mode::routed, 0, 0, 0}, {});
+  if (it.is_any_of({IF_TYPE_FC, IF_TYPE_FCIP})) return to.absent(of, absence::none);
   if (!port.oper_mode || !port.settings.access_vlan || !port.settings.native_vlan)
     return to.absent(of, absence::not_supported);
   if (is_trunk(port))

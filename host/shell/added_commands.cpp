@@ -4,12 +4,14 @@
 #include <link.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstring>
 #include <deque>
 #include <map>
 #include <optional>
 #include <set>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "pmsh/commands.h"
@@ -113,7 +115,7 @@ void read_words_with_help(const table_reader& reader, const pmsh_word_t* words) 
     if (i == kMostRows) reader.refuse("its list of words has no end");
     const std::string_view help = read_text(reader, words[i].help, "help of a word");
     if (!is_of(words[i].word, kWordLetters))
-      reader.refuse("it has help of " + quoted(words[i].word) + ", which is no word in lower case");
+      reader.refuse("it has help of " + quoted(words[i].word) + ", which is not a word in lower case");
     if (help_of_word(words[i].word).empty()) add_word(words[i].word, help);
   }
 }
@@ -183,7 +185,24 @@ const field_form kForms[] = {
     {PMSH_MAC, field_type::mac, {CMD_TYPE_MAC}},
     {PMSH_IPV4, field_type::ipv4, {CMD_TYPE_IPV4}},
     {PMSH_INTERFACE, field_type::interface_name, {CMD_TYPE_IF_INDEX}},
+    {PMSH_VLANS, field_type::vlans, {CMD_TYPE_STRING}},
 };
+
+// A title for a key: its words, which begin with a capital letter.
+std::string title_of(std::string_view key) {
+  constexpr std::pair<std::string_view, std::string_view> kAbbreviations[] = {
+      {"id", "ID"}, {"ip", "IP"}, {"mac", "MAC"}, {"mtu", "MTU"}, {"vlan", "VLAN"}, {"vlans", "VLANs"}};
+  std::string title;
+  while (!key.empty()) {
+    const std::string_view word = key.substr(0, key.find('_'));
+    key.remove_prefix(std::min(word.size() + 1, key.size()));
+    const auto* const known = std::find_if(std::begin(kAbbreviations), std::end(kAbbreviations),
+                                           [word](const auto& it) { return it.first == word; });
+    title.append(title.empty() ? "" : " ").append(known == std::end(kAbbreviations) ? word : known->second);
+  }
+  if (!title.empty()) title.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(title.front())));
+  return title;
+}
 
 added_field read_field(const table_reader& reader, const pmsh_field_t& row) {
   const std::string_view key = row.key;
@@ -195,6 +214,7 @@ added_field read_field(const table_reader& reader, const pmsh_field_t& row) {
   if (std::find(form->codes.begin(), form->codes.end(), code) == form->codes.end())
     reader.refuse("the type code of the tuple id of " + quoted(key) + " does not fit its type");
   added_field read{row.tuple, {property::none, row.key, form->form}};
+  read.described.title = keep(title_of(key));
   if (row.unit != nullptr) read.described.unit = read_text(reader, row.unit, "unit");
   if (row.help != nullptr) read.described.description = read_text(reader, row.help, "help of a field");
   return read;

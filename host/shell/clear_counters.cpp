@@ -163,7 +163,7 @@ std::string why_not_asked(clearer who) {
   switch (who) {
     case clearer::ethernet: return fault_of({STATCL_LIBRARY, "statscl_clear_port_client_stats"});
     case clearer::loopbacks: return fault_of({IP_STATS_LIBRARY, "ip_clear_loopback_counters"});
-    default: return "the command library clears no such interface";
+    default: return "the command library does not clear interfaces of this kind";
   }
 }
 
@@ -196,7 +196,7 @@ bool name_uncleared(const invocation& run, std::span<const if_index_t> wanted, c
 
 // ---- The end of a command -------------------------------------------------------------------------------------------
 
-// The kernel's counters cannot be set to 0: says how long it is that they are shown so.
+// The kernel's counters cannot be set to 0: reports how long the baseline is kept.
 int keep_cleared(const invocation& run, const std::string& path) {
   if (path.empty()) {
     run.output.text("The kernel counts on; for this session, what it had counted is left out.\n");

@@ -23,7 +23,7 @@ std::vector<std::string> numbers_of(const interface_word* word, std::string_view
   return numbers;
 }
 
-// All of few numbers; of many the first and the last.
+// Lists up to eight numbers; of more, the first two and the last.
 std::string number_help(const interface_word& word, const std::vector<std::string>& numbers) {
   constexpr std::size_t kFew = 8;
   std::string text = std::string(word.help) + ": ";

@@ -8,7 +8,7 @@ enum exit_code {
   kUsage = 1,
   kServiceFailed = 2,
   kSomeInterfacesFailed = 3,
-  kNoSuchInterface = 4,
+  kNoSuchInterface = 4,  // or module
   kNotPermitted = 5,
   kInterrupted = 130,  // as shells report a program that SIGINT ended
 };

@@ -10,9 +10,9 @@
 namespace host {
 namespace {
 
-// Where a line may stand in the table.
+// How far a line has been read in the table.
 
-// What the range that a line is in ends with.
+// How a partly typed interface range ends.
 enum class range_end : uint8 { none, word, number, comma, dash };
 
 struct position {
@@ -51,7 +51,7 @@ std::vector<const interface_word*> interface_words(std::string_view text) {
   return found;
 }
 
-// True when a word goes on with a range that ends so far with `end`.
+// True when a word continues a range that ends with `end` so far.
 bool continues_range(range_end end, std::string_view word) {
   switch (end) {
     case range_end::none: return false;
@@ -65,7 +65,7 @@ bool continues_range(range_end end, std::string_view word) {
 
 bool may_leave_range(range_end end) { return end == range_end::none || end == range_end::number; }
 
-// The words of the syntax that may come next, up to the first that must.
+// The words of the syntax that may come next, up to the first one that is required.
 template <typename Visit>
 void for_each_next_word(const position& at, Visit visit) {
   if (!may_leave_range(at.range)) return;
@@ -95,11 +95,14 @@ const number_argument& number_argument_of(const syntax_word& word) {
                        [&word](const number_argument& known) { return known.name == word.text; });
 }
 
-// The number that a word is, within its bounds.
+// The number that a word is; within its bounds unless it may have any value.
 std::optional<uint32> read_number(const number_argument& wanted, std::string_view word) {
   uint32 number = 0;
   const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-  if (error != std::errc{} || end != word.data() + word.size()) return std::nullopt;
+  if (error == std::errc::invalid_argument || end != word.data() + word.size()) return std::nullopt;
+  const bool is_too_great = error == std::errc::result_out_of_range;
+  if (wanted.has_any_value) return is_too_great ? UINT32_MAX : number;
+  if (is_too_great) return std::nullopt;
   return number >= wanted.lowest && number <= wanted.highest ? std::optional(number) : std::nullopt;
 }
 
@@ -110,7 +113,7 @@ struct step {
   position to;
 };
 
-// A file is any word that is nothing else.
+// A word that has no other reading is the name of a file.
 void add_free_readings(const std::vector<position>& positions, std::string_view word, std::vector<step>& steps) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
@@ -207,11 +210,11 @@ bool expects_vlans(const std::vector<position>& positions) {
 
 std::string unknown_word(const std::vector<position>& positions, std::string_view word, std::string_view in_front) {
   if (const number_argument* const number = expected_number(positions))
-    return quoted(word) + " is no " + std::string(number->name) + ": it takes a number from " + bounds_of(*number) +
-           ".";
+    return "expected a number from " + bounds_of(*number) + " for " + std::string(number->name) + ", not " +
+           quoted(word) + ".";
   const std::vector<std::string_view> expected = expected_words(positions);
-  if (expects_vlans(positions)) return quoted(word) + " is no list of VLANs, such as 1-10,20.";
-  if (expected.empty()) return quoted(word) + " is too much: the command ends with " + quoted(in_front) + ".";
+  if (expects_vlans(positions)) return quoted(word) + " is not a list of VLANs such as 1-10,20.";
+  if (expected.empty()) return "unexpected " + quoted(word) + " after " + quoted(in_front) + ".";
   const std::string_view meant = closest_word(word, expected);
   std::string text = "unknown word " + quoted(word);
   if (!meant.empty()) text += ": did you mean " + quoted(meant) + "?";
@@ -248,7 +251,7 @@ struct reading_state {
   std::string error;
 };
 
-// Where "watch INTERVAL" ends the line begins anew, as that of a show command.
+// After "watch INTERVAL" a show command begins.
 void begin_watched_command(reading_state& state) {
   const position& at = state.positions.front();
   if (at.next >= at.what->syntax.num_words || !at.what->syntax.words[at.next].is_command) return;
@@ -313,7 +316,7 @@ bool read_word(reading_state& state, std::string_view word) {
 
 std::string incomplete_command(const reading_state& state) {
   const std::string path = join(state.path, " ");
-  if (path.empty()) return "no command in front of '|'. " + type_help({});
+  if (path.empty()) return "no command before '|'. " + type_help({});
   const bool lacks_number = !may_leave_range(state.positions.front().range);
   return (lacks_number ? "a number is missing after '" : "incomplete command '") + path + "'. " + type_help(path);
 }
@@ -343,10 +346,10 @@ std::string unknown_pipe(std::string_view written) {
   return text + " It is one of " + join(pipe_names(), ", ") + ".";
 }
 
-// Reads what stands behind a "|"; returns what is wrong with it.
+// Reads the text after a "|". Returns the error, or an empty text.
 std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
   part = trim(part);
-  if (part.empty()) return "nothing after '|': it takes one of " + join(pipe_names(), ", ") + ".";
+  if (part.empty()) return "nothing after '|': expected one of " + join(pipe_names(), ", ") + ".";
   const std::string_view written = part.substr(0, part.find_first_of(" \t"));
   const pipe_word* const word = find_pipe(written);
   if (word == nullptr) return unknown_pipe(written);
@@ -354,7 +357,7 @@ std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
   const std::string name(word->word);
   if (word->takes_expression && rest.empty())
     return "'| " + name + "' needs an expression, such as '| " + name + " up'.";
-  if (!word->takes_expression && !rest.empty()) return quoted(rest) + " is too much after '| " + name + "'.";
+  if (!word->takes_expression && !rest.empty()) return "unexpected " + quoted(rest) + " after '| " + name + "'.";
   if (word->kind == pipe_kind::json && !pipes.empty()) return "'| json' must be the first '|' of the command.";
   pipes.push_back({word->kind, std::string(unquote(rest))});
   return {};
@@ -383,7 +386,7 @@ const interface_word* word_of_number(std::string_view range) {
   return words.size() == 1 ? words.front() : nullptr;
 }
 
-// The last word is in a range and a number may stand at its end: where it begins, and whose it is.
+// Suggests a number at the end of the last word, which is part of a range: where the number begins, and its kind.
 void suggest_numbers(suggestions& found, std::string_view range, const word_token& begun) {
   const std::size_t separator = begun.text.find_last_of(",-");
   std::size_t number = separator == std::string_view::npos ? 0 : separator + 1;
@@ -439,7 +442,7 @@ void suggest_hints(suggestions& found, const std::vector<position>& positions) {
   found.hints.push_back({"<Enter>", "Run the command"});
 }
 
-// True when a word can be read as a part of a range that has come to a number.
+// True when a word can be read as part of a range that has reached a number.
 bool begins_number(const std::vector<position>& positions, std::string_view word) {
   const std::vector<step> steps = readings(positions, word);
   return std::any_of(steps.begin(), steps.end(), [](const step& reading) {
@@ -470,12 +473,15 @@ suggestions suggest_pipe(const word_token& part) {
   return found;
 }
 
-bool is_behind_file(const position& at) {
+// Stores an argument that was read, as it was written.
+void keep_argument(const position& at, std::string_view written, command_line& parsed) {
+  if (at.next == 0) return;
   const syntax_word& word = at.what->syntax.words[at.next - 1];
-  return word.is_file || word.is_vlans;
+  if (word.is_file || word.is_vlans) parsed.argument = written;
+  if (word.is_number && number_argument_of(word).has_any_value) parsed.module = written;
 }
 
-// True when the line has come to a text that was begun.
+// True when the line ends within a TEXT argument.
 bool is_in_text(std::string_view line, shell_mode mode) {
   reading_state state(mode);
   for (const word_token& word : split_words(line)) {
@@ -494,11 +500,17 @@ std::string words_of_command(const command_line& line) {
 }
 
 bool asks_for_document(std::string_view line) {
-  const std::vector<word_token> parts = split_pipes(line);
-  return std::any_of(parts.begin() + 1, parts.end(), [](const word_token& part) {
-    const std::string_view text = trim(part.text);
-    const pipe_word* const word = text.empty() ? nullptr : find_pipe(text.substr(0, text.find_first_of(" \t")));
+  const auto is_json = [](std::string_view text) {
+    const pipe_word* const word = text.empty() ? nullptr : find_pipe(text);
     return word != nullptr && word->kind == pipe_kind::json;
+  };
+  // A quote that does not end hides the pipes after it.
+  const std::size_t last = line.rfind('|');
+  if (last != std::string_view::npos && is_json(trim(line.substr(last + 1)))) return true;
+  const std::vector<word_token> parts = split_pipes(line);
+  return std::any_of(parts.begin() + 1, parts.end(), [&is_json](const word_token& part) {
+    const std::string_view text = trim(part.text);
+    return is_json(text.substr(0, text.find_first_of(" \t")));
   });
 }
 
@@ -521,7 +533,7 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
       error = state.error;
       return std::nullopt;
     }
-    if (state.positions.front().next > 0 && is_behind_file(state.positions.front())) parsed.argument = word.text;
+    keep_argument(state.positions.front(), word.text, parsed);
     if (state.positions.front().range == range_end::none) continue;
     if (!parsed.range.empty()) parsed.range += ' ';
     parsed.range += word.text;

@@ -20,15 +20,16 @@ namespace host {
 
 struct invocation;
 
-// A number that a command takes, by the name that stands for it in a syntax.
+// A number that a command takes, and its name in a syntax.
 struct number_argument {
   std::string_view name;
   uint32 lowest, highest;
   std::string_view help;
+  bool has_any_value = false;  // the command reports a number out of bounds, because nothing has it
 };
 
 inline constexpr number_argument kNumberArguments[] = {
-    {"MODULE", 1, MAX_SLOT + 1, "Number of a module"},
+    {"MODULE", 1, MAX_SLOT + 1, "Number of a module", true},
     {"PORT", 0, MAX_PORT, "Number of a management port"},
     {"SECONDS", 1, 4'000'000'000, "How far the clock moves on, in seconds"},
     {"INTERVAL", 1, 86'400, "Seconds from one reading to the next"},
@@ -46,9 +47,9 @@ constexpr bool is_number_argument(std::string_view word) {
   return false;
 }
 
-// One word of a syntax: "show" stands for itself, "RANGE" for interfaces, the name of a number for it, "FILE" for any
-// word, "TEXT" for the rest of the line, "VLANS" for a list such as "1-10,20", "COMMAND" for a show command. In
-// brackets it may be left out.
+// One word of a syntax: a literal such as "show", "RANGE" for interfaces, the name of a number, "FILE" for any word,
+// "TEXT" for the rest of the line, "VLANS" for a list such as "1-10,20", "COMMAND" for a show command. Words in
+// brackets are optional.
 struct syntax_word {
   std::string_view text;
   bool is_range = false;
@@ -59,7 +60,7 @@ struct syntax_word {
   bool is_vlans = false;
   bool is_command = false;
 
-  // Whether it stands for itself.
+  // Whether the word is typed as it is written here.
   constexpr bool is_literal() const {
     return !is_range && !is_number && !is_file && !is_text && !is_vlans && !is_command;
   }
@@ -112,7 +113,7 @@ struct command {
 std::span<const command> all_commands();
 std::string_view help_of_word(std::string_view word);
 
-// Adds a command of another library behind those that begin alike, and the help of a word. Their texts must outlive the
+// Adds a command of another library after those that begin alike, and the help of a word. Their texts must outlive the
 // shell. Call them before the first line is parsed.
 void add_command(const command& added);
 void add_word(std::string_view word, std::string_view help);
@@ -120,13 +121,14 @@ void add_word(std::string_view word, std::string_view help);
 // A command as the user wrote it.
 struct command_line {
   const command* what = nullptr;  // null: an empty line
-  std::string text;               // with all words in full, without pipes and what stands in front of a watched command
+  std::string text;               // with all words in full, without pipes and without "watch INTERVAL"
   std::string range;              // as written; empty: none
   std::vector<interface_span> spans;
-  std::optional<uint32> number;
-  std::optional<uint32> every;  // seconds: the command is watched
-  std::string argument;         // a file, a text, or a list of VLANs
-  bool is_no = false;           // begins with "no"
+  std::optional<uint32> number;  // of a module: UINT32_MAX also for what is greater
+  std::optional<uint32> every;   // seconds: the command is watched
+  std::string argument;          // a file, a text, or a list of VLANs
+  std::string module;            // its number as written; empty: none
+  bool is_no = false;            // begins with "no"
   std::vector<pipe_stage> pipes;
 };
 
@@ -144,13 +146,13 @@ struct suggestion {
   std::string help;
 };
 
-// What may stand at the end of a line, where the last word may have begun.
+// What may be typed at the end of a line, whose last word may be incomplete.
 struct suggestions {
   std::size_t start = 0;  // where the word begins that they would replace
   std::vector<suggestion> words;
-  std::vector<suggestion> hints;               // what is no word: numbers, expressions, the end of the line
-  const interface_word* numbers_of = nullptr;  // a number of this word may stand there
-  std::string error;                           // of what stands in front
+  std::vector<suggestion> hints;               // other than words: numbers, expressions, the end of the line
+  const interface_word* numbers_of = nullptr;  // a number of this word may be typed there
+  std::string error;                           // of the words before
 };
 suggestions suggest(std::string_view line, shell_mode mode = kExecMode);
 

@@ -15,7 +15,7 @@ struct number_run {
   if_index_t last;
 };
 
-// Whether two interfaces may stand in one run: the second has the number behind the first's.
+// Whether two interfaces may be in one run: the number of the second follows that of the first.
 bool is_next(if_index_t first, if_index_t second);
 
 // The runs in some interfaces, in their order. A sub-interface is a run of its own.

@@ -70,7 +70,7 @@ extern "C" time_t time(time_t* result) noexcept {
   return now;
 }
 
-// Runs nothing. What the in-band driver would do is done to the device that stands for it.
+// Runs no command. What the in-band driver would do is applied to the device of the in-band interface.
 extern "C" int system(const char* command) {
   if (command == nullptr) return 0;
   return host::no_throw(-1, [command] {

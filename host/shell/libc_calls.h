@@ -1,4 +1,4 @@
-// What the command libraries asked the machine's shell to do.
+// Commands that the command libraries passed to system().
 #pragma once
 
 #include <string>

@@ -19,7 +19,7 @@ std::vector<if_index_t> decode_listing(std::span<const std::byte> answer);
 // mts_errno_get().
 std::optional<std::vector<if_index_t>> list_kind(mts_q_handle_t q, if_index_type_t kind);
 
-// Natural order; sub-interfaces stand behind their port.
+// Natural order; sub-interfaces follow their port.
 void sort_naturally(std::vector<if_index_t>& interfaces);
 
 // All interfaces of a word, in natural order.

@@ -60,7 +60,7 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provo
   app.add_option("-f,--file", wanted.files, "Run the commands of a file and exit; '-' is standard input")
       ->type_name("FILE")
       ->allow_extra_args(false);
-  app.add_flag("--keep-going", wanted.keep_going, "Go on with a file behind a command that failed");
+  app.add_flag("--keep-going", wanted.keep_going, "Continue a file after a command that failed");
   app.add_flag("-y,--yes", wanted.assume_yes, "Answer every question with yes");
   app.add_option("--config", wanted.configuration,
                  "Begin with the settings of a file; 'startup-config' is what was kept")

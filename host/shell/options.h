@@ -1,4 +1,4 @@
-// What the command line of the program says.
+// Options of the program.
 #pragma once
 
 #include <optional>
@@ -18,7 +18,7 @@ struct options {
   std::vector<std::string> commands;     // empty: a user, or standard input
   std::string configuration;             // file of commands that run first; empty: none
   std::vector<std::string> files;        // of commands
-  bool keep_going = false;               // also behind a command that failed
+  bool keep_going = false;               // also after a command that failed
   bool assume_yes = false;               // to questions
   std::string switch_file;               // empty: the demonstration switch
   bool is_kernel = false;                // the machine that the shell runs on, in place of a file
@@ -29,7 +29,7 @@ struct options {
   std::vector<std::string> libraries;    // files of command libraries of others
   std::string (*published)() = nullptr;  // a text to print in place of all else
   std::vector<wanted_provocation> provocations;
-  std::optional<uint32> clock;  // seconds since 1970 at which the clock stands
+  std::optional<uint32> clock;  // seconds since 1970 at which the clock is stopped
   uint32 longest_wait_sec = 0;  // 0: what the services' clients ask for
 };
 

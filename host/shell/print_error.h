@@ -9,8 +9,8 @@ namespace host {
 // One line to standard error, safe for a terminal.
 void print_error(std::string_view text);
 
-// Writes a text to standard output, behind what was printed. Returns an exit code; why it failed is printed. A reader
-// that is gone has what it needs.
+// Writes a text to standard output, after what was printed. Returns an exit code and prints why it failed. A reader
+// that is gone is not a failure.
 int print_text(std::string_view text);
 
 // The error of output that could not be written, by its errno. Returns the exit code.

@@ -28,16 +28,20 @@ constexpr value_definition kValues[] = {
     {"value_mac", R"({"type": ["string", "null"], "pattern": "^[0-9a-f]{4}[.][0-9a-f]{4}[.][0-9a-f]{4}$"})"},
     {"value_ipv4", R"({"type": ["string", "null"], "pattern": "^[0-9]+[.][0-9]+[.][0-9]+[.][0-9]+$"})"},
     {"value_hexadecimal", R"({"type": ["string", "null"], "pattern": "^0x[0-9a-f]+$"})"},
-    {"value_time",
-     R"({"type": ["string", "null"], "pattern": "^[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z$"})"},
+    {"value_time", R"({"type": ["string", "null"], "format": "date-time", )"
+                   R"("pattern": "^[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z$"})"},
     {"value_numbers", R"({"type": ["array", "null"], "items": {"type": "integer"}})"},
     {"value_words", R"({"type": ["array", "null"], "items": {"type": "string"}})"},
     {"value_vlans", R"({"type": ["string", "null"], "pattern": "^([0-9]+(-[0-9]+)?(,[0-9]+(-[0-9]+)?)*)?$"})"},
     {"value_membership", R"({"type": ["object", "null"], "properties": {)"
-                         R"("mode": {"enum": ["access", "trunk", "routed", null]}, )"
-                         R"("access": {"type": ["integer", "null"]}, )"
-                         R"("native": {"type": ["integer", "null"]}, )"
-                         R"("allowed": {"$ref": "#/$defs/value_vlans"}}, )"
+                         R"("mode": {"enum": ["access", "trunk", "routed", null], )"
+                         R"("title": "Mode", "description": "How the interface takes part in VLANs"}, )"
+                         R"("access": {"type": ["integer", "null"], )"
+                         R"("title": "Access VLAN", "description": "VLAN of an access port"}, )"
+                         R"("native": {"type": ["integer", "null"], )"
+                         R"("title": "Native VLAN", "description": "VLAN of untagged frames on a trunk"}, )"
+                         R"("allowed": {"$ref": "#/$defs/value_vlans", )"
+                         R"("title": "Allowed VLANs", "description": "VLANs that the trunk carries"}}, )"
                          R"("required": ["mode", "access", "native", "allowed"]})"},
     {"value_absent",
      R"({"type": "object", "additionalProperties": {"enum": ["not supported", "no permission", "service failed"]}})"},
@@ -76,15 +80,36 @@ void write_raw(json_writer& json, std::string_view key, std::string_view schema)
   json.digits(schema);
 }
 
-std::string reference_to(std::string_view definition) {
-  return "{\"$ref\": \"#/$defs/" + std::string(definition) + "\"}";
+std::string member_for_definition(std::string_view definition) {
+  return "\"$ref\": \"#/$defs/" + std::string(definition) + "\"";
+}
+
+std::string reference_to(std::string_view definition) { return "{" + member_for_definition(definition) + "}"; }
+
+// What a property is called and means. Neither text needs escapes.
+struct property_texts {
+  std::string_view title;
+  std::string_view description;
+};
+
+// A property of any value that `schema`, members of an object, allows.
+void write_property(json_writer& json, std::string_view key, const std::string& schema, const property_texts& texts) {
+  json.key(key);
+  json.digits("{" + schema + ", \"title\": \"" + std::string(texts.title) + "\", \"description\": \"" +
+              std::string(texts.description) + "\"}");
+}
+
+void write_texts(json_writer& json, const property_texts& texts) {
+  if (!texts.title.empty()) write(json, "title", texts.title);
+  if (!texts.description.empty()) write(json, "description", texts.description);
 }
 
 // An object whose properties `describe` writes; it returns the names of those that are always there. Readers must
 // accept others.
 template <typename Describe>
-void write_object(json_writer& json, Describe describe) {
+void write_object(json_writer& json, Describe describe, const property_texts& texts = {}) {
   json.begin_object();
+  write_texts(json, texts);
   write(json, "type", "object");
   json.key("properties");
   json.begin_object();
@@ -129,9 +154,6 @@ void write_field(json_writer& json, const field& described) {
   json.end_object();
 }
 
-// Records of interfaces that a show command makes: with "watch" they have one member more.
-bool may_have_rates(const display& shown) { return shown.has_values; }
-
 void write_rates(json_writer& json) {
   json.begin_object();
   json.key("anyOf");
@@ -141,7 +163,7 @@ void write_rates(json_writer& json) {
     std::vector<std::string_view> names;
     for (const rate_field& rate : kRateFields) {
       names.push_back(rate.name);
-      write_raw(json, rate.name, R"({"type": "number"})");
+      write_property(json, rate.name, R"("type": "number")", {rate.title, rate.description});
     }
     return names;
   });
@@ -149,8 +171,8 @@ void write_rates(json_writer& json) {
   json.end_object();
 }
 
-void write_record(json_writer& json, const display& shown) {
-  write_object(json, [&] {
+void write_record(json_writer& json, const display& shown, const property_texts& texts = {}) {
+  const auto describe = [&] {
     std::vector<std::string_view> names;
     for (const uint16 row : rows_of(shown.bit)) {
       names.push_back(all_fields()[row].name);
@@ -158,27 +180,33 @@ void write_record(json_writer& json, const display& shown) {
     }
     if (shown.has_values) {
       names.emplace_back("absent");
-      write_raw(json, "absent", reference_to("value_absent"));
+      write_property(json, "absent", member_for_definition("value_absent"),
+                     {"Absent values", "Why values of the record are null, by key"});
     }
-    if (may_have_rates(shown)) write_raw(json, "rates", reference_to("value_rates"));  // only when it is watched
+    if (may_have_rates(shown))
+      write_property(json, "rates", member_for_definition("value_rates"),
+                     {"Rates", "Rates since the reading before; only in documents of watched commands"});
     return names;
-  });
+  };
+  write_object(json, describe, texts);
 }
 
 void write_message(json_writer& json) {
   write_object(json, [&] {
-    write_raw(json, "interface", reference_to("value_interface_or_null"));
-    write_raw(json, "severity", R"({"enum": ["info", "error"]})");
-    write_raw(json, "text", R"({"type": "string"})");
+    write_property(json, "interface", member_for_definition("value_interface_or_null"),
+                   {"Interface", "Full name of the interface that the message is about"});
+    write_property(json, "severity", R"("enum": ["info", "error"])", {"Severity", "Whether the message is an error"});
+    write_property(json, "text", R"("type": "string")", {"Text", "The message, a sentence"});
     return std::vector<std::string_view>{"interface", "severity", "text"};
   });
 }
 
 // A list of what `write_item` writes.
 template <typename WriteItem>
-void write_list(json_writer& json, std::string_view name, WriteItem write_item) {
+void write_list(json_writer& json, std::string_view name, const property_texts& texts, WriteItem write_item) {
   json.key(name);
   json.begin_object();
+  write_texts(json, texts);
   write(json, "type", "array");
   json.key("items");
   write_item();
@@ -188,21 +216,26 @@ void write_list(json_writer& json, std::string_view name, WriteItem write_item) 
 void write_document(json_writer& json, const display& shown) {
   write_object(json, [&] {
     std::vector<std::string_view> names = {"schema_version", "display", "command", "time"};
-    write_raw(json, "schema_version", "{\"const\": " + std::to_string(kSchemaVersion) + "}");
-    write_raw(json, "display", "{\"const\": \"" + std::string(shown.name) + "\"}");
-    write_raw(json, "command", R"({"type": "string"})");
-    write_raw(json, "time", reference_to("value_time"));
+    write_property(json, "schema_version", "\"const\": " + std::to_string(kSchemaVersion),
+                   {"Schema version", "Version of all displays together"});
+    write_property(json, "display", "\"const\": \"" + std::string(shown.name) + "\"",
+                   {"Display", "What the records are about: the name of this definition"});
+    write_property(json, "command", R"("type": "string")",
+                   {"Command", "Command without its pipes; in the document of an error the line as it was typed"});
+    write_property(json, "time", member_for_definition("value_time"),
+                   {"Time", "When the document was begun, by the clock of the shell"});
     if (shown.section.empty() && !shown.list.empty()) {
       names.push_back(shown.list);
-      write_list(json, shown.list, [&] { write_record(json, shown); });
+      write_list(json, shown.list, {"Records", "What the command shows"}, [&] { write_record(json, shown); });
     }
     names.insert(names.end(), {"messages", "exit_code"});
-    write_list(json, "messages", [&] { json.digits(reference_to("value_message")); });
-    write_raw(json, "exit_code", R"({"type": "integer"})");
+    write_list(json, "messages", {"Messages", "Sentences of the command"},
+               [&] { json.digits(reference_to("value_message")); });
+    write_property(json, "exit_code", R"("type": "integer")", {"Exit code", "Exit code of the command"});
     if (shown.section.empty()) return names;
     names.push_back(shown.section);
     json.key(shown.section);
-    write_record(json, shown);
+    write_record(json, shown, {"Record", "What the command shows"});
     return names;
   });
 }

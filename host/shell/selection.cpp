@@ -69,7 +69,7 @@ bool append_existing(const selecting& command, const interface_kind& kind, const
   return true;
 }
 
-// A number with a unit is a satellite's port, and no other number is.
+// A number names a satellite's port if, and only if, it has a unit.
 bool may_name(const interface_span& span, const interface_kind& kind) {
   const auto& kinds = span.word->kinds;
   return span.word->family == kind.family && (span.low.unit != 0) == (kind.type == IF_TYPE_SATELLITE) &&
@@ -210,7 +210,7 @@ std::string forbidden(const user& who, const interfaces& hidden) {
     text.append(i == 0 ? "" : ", ").append(sprintf_if_index(name, hidden[i]));
   }
   if (hidden.size() > kNamed) text += ", ... (" + std::to_string(hidden.size()) + ")";
-  return text + ". Leave the range away for all that it may.";
+  return text + ". Omit the range to show every interface that this user may see.";
 }
 
 void check_vsans(const selecting& command, selection& chosen) {
@@ -227,7 +227,7 @@ bool is_one_of(if_index_type_t type, std::span<const if_index_type_t> kinds) {
   return std::find(kinds.begin(), kinds.end(), type) != kinds.end();
 }
 
-// The interfaces of a word's kinds, as far as they are wanted, in natural order.
+// The interfaces of a word's kinds that are among the requested kinds, in natural order.
 std::optional<interfaces> all_of_word(const selecting& command, const interface_word& word,
                                       std::span<const if_index_type_t> wanted) {
   interfaces found;
@@ -239,7 +239,7 @@ std::optional<interfaces> all_of_word(const selecting& command, const interface_
   return found;
 }
 
-// Appends the interfaces of a word's kinds that are wanted and that the user may see.
+// Appends the interfaces of a word's kinds that are requested and that the user may see.
 void append_word(const selecting& command, const interface_word& word, std::span<const if_index_type_t> wanted,
                  selection& chosen) {
   auto found = all_of_word(command, word, wanted);
@@ -357,7 +357,7 @@ selection delete_named(const shell& session, command_parameters& parameters, std
   check_vsans(command, chosen);
   if (chosen.code != kDone) return chosen;
 
-  // What cannot be deleted comes first, so that the refusal leaves all as it was.
+  // Check what cannot be deleted first, so that a refusal changes nothing.
   const auto permanent_end = std::stable_partition(expanded.begin(), expanded.end(),
                                                    [](const expanded_span& it) { return !may_be_created(it.span); });
   parameters.begin_creation(true);

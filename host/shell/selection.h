@@ -31,8 +31,7 @@ selection select_or_create(const shell& session, command_parameters& parameters,
 selection delete_named(const shell& session, command_parameters& parameters, std::span<const interface_span> spans,
                        bool may_be_missing);
 
-// All interfaces of some kinds that the user may see, word by word in natural order; sub-interfaces stand behind their
-// port.
+// All interfaces of some kinds that the user may see, word by word in natural order; sub-interfaces follow their port.
 selection select_all(const shell& session, command_parameters& parameters, std::span<const if_index_type_t> kinds);
 
 // Every interface that the user may see, also of kinds that have no display.

@@ -31,7 +31,7 @@ bool terminal_can_page() {
   return isatty(STDIN_FILENO) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb";
 }
 
-// What is the same wherever the output goes.
+// Settings that do not depend on where the output goes.
 void set_display(output_settings& settings, const shell& session, const command_line& line) {
   settings.shown = line.what->shown;
   settings.command = line.text;
@@ -56,10 +56,9 @@ output_settings settings_for(const shell& session, const command_line& line) {
   return settings;
 }
 
-// A line that does not run: the error on standard error, and in a document when one was asked for.
-int refuse_line(const shell& session, std::string_view line, std::string_view error) {
+// A line that does not run: the error on standard error, and in a document when its output is structured.
+int refuse_line(const shell& session, std::string_view line, std::string_view error, bool is_structured) {
   print_error(error);
-  const bool is_structured = asks_for_document(line) || (session.output != nullptr && session.output->structured);
   if (!is_structured) return kUsage;
   const std::string document = document_of_error(line, error, kUsage);
   if (session.output != nullptr && session.output->sink) return session.output->sink(document), kUsage;
@@ -68,16 +67,16 @@ int refuse_line(const shell& session, std::string_view line, std::string_view er
 }
 
 int run_command(shell& session, const command_line& line, std::string_view written) {
+  const output_settings settings = settings_for(session, line);
+  const auto refuse = [&](std::string_view error) { return refuse_line(session, written, error, settings.structured); };
   line_filters filters;
   for (const pipe_stage& stage : line.pipes) {
     if (const auto fault = filters.add(stage))
-      return refuse_line(
-          session, written,
-          "bad expression '" + stage.expression + "': " + *fault + ". Quote it, and put '\\' before special signs.");
+      return refuse("bad expression '" + stage.expression + "': " + *fault +
+                    ". Quote it, and put '\\' before special signs.");
   }
-  const output_settings settings = settings_for(session, line);
   if (line.every && session.output != nullptr)
-    return refuse_line(session, written, "'watch' needs the shell. Repeat the command that it is to show.");
+    return refuse("'watch' runs only in the shell. Repeat the show command instead.");
   if (line.every) return watch(session, line, settings);
   the_source().refresh(the_machine());
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
@@ -98,7 +97,7 @@ int run_command(shell& session, const command_line& line, std::string_view writt
   return report_lost_output(write_error);
 }
 
-// What stands in front of a "?" at the end; null when the line asks for no help.
+// The line before a "?" at its end; null when the line does not ask for help.
 std::string_view question_of(std::string_view line, shell_mode mode) {
   const std::string_view text = trim(line);
   if (text.empty() || text.back() != '?' || is_in_expression(text, mode)) return {};
@@ -118,7 +117,10 @@ int run_line(shell& session, std::string_view line) {
   }
   std::string error;
   const auto parsed = parse_command(line, error, session.mode);
-  if (!parsed) return refuse_line(session, trim(line), error);
+  if (!parsed) {
+    const bool is_structured = asks_for_document(line) || (session.output != nullptr && session.output->structured);
+    return refuse_line(session, trim(line), error, is_structured);
+  }
   return parsed->what == nullptr ? kDone : run_command(session, *parsed, trim(line));
 }
 

@@ -27,8 +27,8 @@ struct output_settings;
 struct shell {
   command_library library;
   std::string switch_name;
-  const user* who = nullptr;                // null: nobody in particular, with all rights
-  const output_settings* output = nullptr;  // where a program that embeds the shell wants it; null: standard output
+  const user* who = nullptr;                // null: all rights
+  const output_settings* output = nullptr;  // of a program that embeds the shell; null: standard output
   bool is_interactive = false;
   bool is_leaving = false;       // set by "exit"
   bool has_lost_output = false;  // no output can be written any more

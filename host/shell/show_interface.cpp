@@ -26,7 +26,7 @@ struct tally {
   }
 };
 
-// Interfaces that stand under one header.
+// Interfaces that share a header.
 struct headed_group {
   command_handler header;  // null: none
   std::vector<if_index_t> interfaces;
@@ -88,7 +88,7 @@ std::vector<headed_group> group_by_header(const showing& view, const std::vector
   return groups;
 }
 
-// Headers look at the first interface: most tables have none for sub-interfaces.
+// Header handlers read the first interface: most tables have no header for sub-interfaces.
 void show_header(const showing& view, const headed_group& group) {
   const if_index_t first = group.interfaces.front();
   const vsh_intf_mono_range_t range{first, group.interfaces.back()};
@@ -175,7 +175,7 @@ int show_views(const invocation& run, std::span<const view* const> views, std::s
   const std::size_t removed = remove_not_applicable({run, views, parameters}, are_named, chosen.interfaces);
   if (are_named) count.not_applicable = removed;
 
-  // Tables stand one below the other; a structured record holds all that they say of its interface.
+  // As text the tables follow each other; a structured record holds the values of all of them.
   const std::size_t at_once = run.output.is_structured() ? views.size() : 1;
   for (std::size_t first = 0; first < views.size(); first += at_once)
     show_all({run, views.subspan(first, at_once), parameters}, chosen.interfaces, count);

@@ -18,7 +18,7 @@ namespace {
 
 constexpr uint32 kNoDisplayId = 0;
 
-// Calls `show` with a block that names no interface. What failed is told by what was printed.
+// Calls `show` with a block that names no interface. Failures are those that the output noted.
 template <typename Show>
 int run_display(const invocation& run, Show show) {
   const command_queue q;
@@ -88,8 +88,8 @@ bool has_named_module(const invocation& run) {
     if (it.slot + 1 == run.line.number) return true;
     modules.append(modules.empty() ? "" : ", ").append(std::to_string(it.slot + 1));
   }
-  run.output.complain("no such module: " + std::to_string(*run.line.number) +
-                      (modules.empty() ? "." : ". The modules of this switch are " + modules + "."));
+  run.output.complain("module " + run.line.module + " does not exist" +
+                      (modules.empty() ? "." : "; the modules of this switch are " + modules + "."));
   return false;
 }
 
@@ -121,6 +121,7 @@ int show_module_resources(const invocation& run) {
 }
 
 int show_added(const invocation& run) {
+  if (!has_named_module(run)) return kNoSuchInterface;
   return run_display(
       run, [&run](paraminfo_t* block) { call_handler(run, view_of(run.line.what->command_id).own.handler, block); });
 }
@@ -128,7 +129,7 @@ int show_added(const invocation& run) {
 int show_kernel_map(const invocation& run) {
   const auto devices = the_source().devices();
   if (!devices) {
-    run.output.complain("this switch is not the kernel's. Start the shell with --kernel.");
+    run.output.complain("this switch is not read from the kernel. Start the shell with --kernel.");
     return kUsage;
   }
   constexpr std::size_t kWidth = 18;

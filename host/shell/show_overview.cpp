@@ -68,7 +68,7 @@ std::string word_cell(const shown_values& values) {
 
 std::string vlan_cell(const shown_values& values) {
   const interface_value* const value = values.find(property::vlan);
-  if (value == nullptr) return values.text_of_absent(property::vlan);
+  if (value == nullptr) return kNotKnown;  // also of ports that have none
   const vlan_membership membership = value->membership();
   switch (membership.mode) {
     case vlan_mode::none: return {};

@@ -49,7 +49,7 @@ constexpr table_headers kDescription = {&library::channel_header, &library::mana
 constexpr table_headers kBrief = {&library::ethernet_header, &library::management_header, &library::loopback_header,
                                   &library::inband_header};
 
-// Nothing stands below them of loopbacks and of the in-band interface.
+// These have no headers for loopbacks and the in-band interface.
 constexpr table_headers kCounters = {&library::common_header, &library::common_header, nullptr, nullptr};
 constexpr table_headers kPortCounters = {&library::common_header, nullptr, nullptr, nullptr};
 constexpr table_headers kTrunks = {&library::common_header, nullptr, nullptr, nullptr};

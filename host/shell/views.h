@@ -15,7 +15,7 @@ namespace host {
 // view, as far as no other library computes more. Those of other libraries follow it.
 enum { COMPUTED_DETAILED_VIEW = 1001, FIRST_ADDED_VIEW = 1002 };
 
-// What the library is told for the in-band interface, in place of the view's id, where it has its own idea of it.
+// The id for the in-band interface where the library has one of its own for it.
 enum inband_id : uint32 {
   INBAND_SAME = 0,
   INBAND_COUNTERS = DISPLAY_COUNTERS,
@@ -35,10 +35,10 @@ struct view {
   std::span<const if_index_type_t> kinds;  // that it applies to; without a range all of them are shown
   table_headers headers;
   inband_id inband = INBAND_SAME;
-  uint32 followed_by = 0;  // another view whose table stands below this one; 0: none
+  uint32 followed_by = 0;  // another view whose table follows this one; 0: none
   added_handlers own = {};
 
-  // What the library is told.
+  // The id that the library gets.
   uint32 command_id() const {
     if (own.handler != nullptr) return own.command_id;
     return id == COMPUTED_DETAILED_VIEW ? uint32{DISPLAY_DETAIL} : id;

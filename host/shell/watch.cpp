@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <utility>
 
 #include "base/write_all.h"
 #include "platform/if_index.h"
@@ -28,7 +29,7 @@ namespace {
 
 // ---- Counters
 
-// Displays that tell how many bytes and packets an interface received and sent.
+// Displays with the bytes and packets that an interface received and sent.
 constexpr uint32 kCountingDisplays =
     kDetailedDisplay | kCountersDisplay | kDetailedCountersDisplay | kAllCountersDisplay;
 
@@ -48,7 +49,7 @@ traffic_count count_of(const interface& port, double at_sec) {
           stats.last_clear_sec};
 }
 
-// What an interface has counted now, on a model that nobody refreshes: the second must not end meanwhile.
+// The current counts of an interface, read again until they and the time are of the same second.
 std::optional<traffic_count> count_now(interface& port) {
   double at_sec = 0;
   do {
@@ -66,12 +67,12 @@ interface* counted_interface(if_index_t if_index) {
 
 // ---- Time
 
-// Moments at the same distance. Those that a slow reading misses are left out.
+// Moments at equal distances. Those that a slow reading misses are skipped.
 class pace {
  public:
   explicit pace(uint32 seconds) : distance_(seconds) {}
 
-  // Waits for the next. False: nobody reads standard output any more. Ctrl-C ends the waiting.
+  // Waits for the next. False: the reader of standard output is gone. Ctrl-C ends the wait.
   bool wait() {
     do next_ += distance_;
     while (next_ <= clock::now());
@@ -179,7 +180,7 @@ std::string_view begin_of_drawing() {
 
 // ---- Readings
 
-// A watch that is on.
+// A running watch.
 class watcher {
  public:
   watcher(shell& session, const command_line& line, const output_settings& usual)
@@ -197,9 +198,12 @@ class watcher {
   // How the command went.
   int result() const { return result_; }
 
-  // True when the first reading was refused: what it is about may go away later, but has to be there at first.
+  // True when the first reading was refused: what it is about may go away later, but has to be there at first, and the
+  // display has to apply to a part of it.
   bool is_refused() const {
-    return readings_ == 1 && (result_ == kUsage || result_ == kNoSuchInterface || result_ == kNotPermitted);
+    const bool is_without_interfaces = result_ == kSomeInterfacesFailed && !has_shown_interface_;
+    return readings_ == 1 &&
+           (result_ == kUsage || result_ == kNoSuchInterface || result_ == kNotPermitted || is_without_interfaces);
   }
 
  private:
@@ -211,14 +215,24 @@ class watcher {
     settings.to_terminal = false;
     settings.paged = false;
     settings.sinks_errors = true;
+    if (usual_.structured) settings.on_error = [this](std::string_view text) { report(text); };
     settings.sink = [&text](std::string_view part) { text += part; };
     settings.traffic = &traffic_;
     {
       command_output output(settings, filters);
       result_ = output.report_failures(line_.what->run({line_, session_, output}));
       output.set_exit_code(result_);
+      has_shown_interface_ = output.has_shown_interface();
     }
+    reported_before_ = std::exchange(reported_, {});
     return text;
+  }
+
+  // An error that lasts is printed at the first of its readings.
+  void report(std::string_view text) {
+    const bool is_new = std::find(reported_before_.begin(), reported_before_.end(), text) == reported_before_.end();
+    if (is_new) print_error(text);
+    reported_.emplace_back(text);
   }
 
   // The document on a line, if the filters let it through.
@@ -235,14 +249,14 @@ class watcher {
     return put(lines);
   }
 
-  // A command that is refused at once is told as it is without a watch; later its complaint stands on the screen.
+  // A command that is refused at the first reading reports as it does without a watch; later its error is drawn.
   int show_screen() {
     line_filters filters;
     add_filters(filters);
     const std::vector<std::string> shown = lines_of(run(filters));
     if (was_interrupted()) return 0;
     if (is_refused()) {
-      if (!shown.empty()) print_error(shown.front());
+      for (const std::string& line : shown) print_error(line);
       return 0;
     }
     const screen_size size = size_of(STDOUT_FILENO);
@@ -273,6 +287,9 @@ class watcher {
   const command_line& line_;
   const output_settings& usual_;
   int result_ = kDone;
+  bool has_shown_interface_ = false;
+  std::vector<std::string> reported_;  // errors of the reading
+  std::vector<std::string> reported_before_;
   uint64 readings_ = 0;
   double refreshed_sec_ = 0;
   traffic_readings traffic_{[this](if_index_t if_index) { return count(if_index); }};

@@ -1,4 +1,4 @@
-// Changes that would cut the way by which the user is connected.
+// Changes that would cut the user's own connection.
 #pragma once
 
 #include <cstddef>
@@ -7,8 +7,8 @@
 
 namespace host {
 
-// False when a setting may take the user's own way down, and the user, asked, does not want that; it is then said that
-// nothing was changed. Without a terminal the answer is no, with --yes it is yes.
+// False when a setting may cut the user's own connection and the user declines it; a message then reports that nothing
+// was changed. Without a terminal the answer is no, with --yes it is yes.
 bool may_go_on(const invocation& run);
 
 // The same, of taking back the last changes.

@@ -152,7 +152,7 @@ std::optional<std::string> read_text_argument(std::string_view written, std::str
     const std::string_view escape = written.substr(i + 1);
     const std::size_t length = read_escape(escape, text);
     if (length == 0) {
-      error = quoted("\\" + std::string(escape.substr(0, 1))) + " is no escape: it takes one of " + escapes() + ".";
+      error = quoted("\\" + std::string(escape.substr(0, 1))) + " is not an escape: expected one of " + escapes() + ".";
       return std::nullopt;
     }
     i += length;

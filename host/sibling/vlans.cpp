@@ -65,7 +65,7 @@ void show_errored(const sibling::request& wanted) {
 
 const pmsh_field_t sibling_errored_vlans_fields[] = {
     {"interface", tag::trunk_interface.id, PMSH_INTERFACE, nullptr, nullptr},
-    {"errored_vlans", tag::trunk_errored_vlans.id, PMSH_TEXT, nullptr, nullptr},
+    {"errored_vlans", tag::trunk_errored_vlans.id, PMSH_VLANS, nullptr, "VLANs that an error keeps off the trunk"},
     {nullptr, 0, PMSH_TEXT, nullptr, nullptr},
 };
 

@@ -128,7 +128,7 @@ void release_message(uint32 index) {
   the_transport.unused = index;
 }
 
-// Takes the answer to a request off the queue; kNone when there is none.
+// Removes the answer to a request from the queue; kNone when there is none.
 uint32 unlink_answer(queue& from, mts_rr_token_t token) {
   auto& messages = the_transport.messages;
   for (uint32* link = &from.waiting; *link != kNone; link = &messages[*link].next) {
@@ -314,7 +314,7 @@ int32 mts_recv(mts_q_handle_t q, mts_msg_ref_t* got, mts_recv_options_t* options
 
   const uint32 answer = unlink_answer(*on, options->rr_token);
   if (waits_are_cancelled()) {
-    if (answer != kNone) release_message(answer);  // nobody will ask for it again
+    if (answer != kNone) release_message(answer);  // it will not be requested again
     return fail(*on, ECANCELED);
   }
   if (answer == kNone) {
@@ -363,7 +363,7 @@ boolean mts_is_reject(const mts_msg_ref_t* got) {
   return found != nullptr && found->rejected ? 1 : 0;
 }
 
-// The error of an earlier call stays readable behind a drop that succeeds.
+// The error of an earlier call stays readable after a drop that succeeds.
 int32 mts_drop(mts_q_handle_t q, mts_msg_ref_t* reference) {
   queue* const on = find_queue(q);
   if (reference == nullptr || reference->id == 0) return 0;

@@ -17,7 +17,7 @@
 
 namespace host {
 
-// What a service says to a request.
+// The answer of a service to a request.
 struct reply {
   enum class kind { answer, reject, silence };
   kind what = kind::answer;
@@ -33,8 +33,8 @@ struct service {
   service_function serve;
   bool is_on_line_cards = false;  // reachable at the nodes of line cards, not on the local one
 
-  // Whether an answer holds what it says, for services whose answers the command library reads itself; null: who reads
-  // an answer notes that it is damaged.
+  // Whether an answer is complete, for services whose answers the command library reads itself; null: the reader of an
+  // answer notes that it is damaged.
   bool (*is_whole)(std::span<const std::byte> answer) = nullptr;
 };
 
@@ -56,7 +56,7 @@ command_account* attach_account(mts_q_handle_t q, command_account* account);
 // The account of a queue; null when it has none, and of a queue that is not open.
 command_account* attached_account(mts_q_handle_t q);
 
-// What happens to requests of a service from now on.
+// A fault that requests of a service meet from now on.
 struct provocation {
   enum class kind { none, lost, reject, silent, cut, interrupt };
   kind what = kind::none;
@@ -76,7 +76,7 @@ void transport_cancel(bool cancelled);
 // ---- Requests without a usable answer (transport/failures.h).
 
 // The transport notes what does not arrive, is rejected or empty; requests whose wait was cancelled are no failures.
-// Who reads the answer of a service notes that it is damaged, or that it is an error.
+// The reader of an answer notes that it is damaged, or that it is an error.
 void transport_note_damaged(uint32 sap);
 void transport_note_error(uint32 sap, syserr_t error);
 

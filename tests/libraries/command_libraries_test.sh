@@ -115,7 +115,7 @@ OBJECT_FOR_HANDLER 'no_function' is not a function
 DISPLAY_OF_DOCUMENTS every document has a member 'interfaces'
 SAME_LINES 'show interface RANGE brief': there is such a command already, of the shell
 TWO_RANGES it takes more than one RANGE
-HELP_OF_NO_WORD it has help of 'good mood', which is no word in lower case
+HELP_OF_NO_WORD it has help of 'good mood', which is not a word in lower case
 KEY_OF_TWO_TYPES the field 'mood' has two types
 TABLE
 

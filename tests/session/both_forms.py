@@ -303,10 +303,7 @@ def main():
             if shell is shells[0]:
                 checker.check_distinct(shell, of_interface)
     check_damage(checker, shells[0])
-    for fault in checker.faults[:40]:
-        print(fault)
-    if checker.faults:
-        sys.exit(f"{len(checker.faults)} faults in {checker.compared} comparisons")
+    documents.report(checker.faults, f"{checker.compared} comparisons")
     print(f"{checker.tokens} values in {checker.compared} texts of {len(lines)} commands are in the records")
 
 

@@ -144,8 +144,9 @@ TEST(ClearingFails, ThePortManagerThatDoesNotAnswerEndsTheCommand) {
 TEST(ClearingFails, AKindThatNobodyClearsIsNamed) {
   const counting_switch lab(5, "  - {range: external 1/1}\n");
   const outcome result = lab.run({"-c", "clear counters interface external 1/1, ethernet 1/1"});
-  EXPECT_EQ(result.err,
-            "pmsh: counters of external 1/1 were not cleared: the command library clears no such interface.\n");
+  EXPECT_EQ(
+      result.err,
+      "pmsh: counters of external 1/1 were not cleared: the command library does not clear interfaces of this kind.\n");
   EXPECT_EQ(result.exit_code, 2);
 }
 

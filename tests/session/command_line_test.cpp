@@ -34,7 +34,7 @@ TEST(CommandLine, IncompleteCommandSaysHowToGoOn) {
 }
 
 TEST(CommandLine, WordsBehindTheEndAreTooMuch) {
-  EXPECT_EQ(error_of("exit now"), "pmsh: 'now' is too much: the command ends with 'exit'.\n");
+  EXPECT_EQ(error_of("exit now"), "pmsh: unexpected 'now' after 'exit'.\n");
 }
 
 TEST(CommandLine, ControlBytesOfATypedWordAreShownAsText) {

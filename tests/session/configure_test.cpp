@@ -202,7 +202,7 @@ TEST(Configure, RefusedVlansAndChannelsAreReportedByPort) {
             "Command failed for following interfaces:\n"
             "Ethernet1/11 failed for switchport access vlan 9 with port belongs to a port-channel\n\n");
   EXPECT_EQ(configured("ethernet 1/1", "switchport access vlan 4095").err,
-            "pmsh: '4095' is no VLAN: it takes a number from 1 to 4094.\n");
+            "pmsh: expected a number from 1 to 4094 for VLAN, not '4095'.\n");
   const outcome lost = run_shell_on(kSwitch, {"--provoke", "port-manager=lost"},
                                     "configure\ninterface ethernet 1/1\nflowcontrol send on\n");
   EXPECT_EQ(lost.exit_code, 2);
@@ -438,7 +438,7 @@ TEST(Configure, AFileEndsWithTheFirstFailure) {
   const outcome result = run_shell_on(kSwitch, {"-f", file.path, "-c", "show running-config"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err, "pmsh: '99999' is no BYTES: it takes a number from 1 to 65535.\npmsh: " + file.path +
+  EXPECT_EQ(result.err, "pmsh: expected a number from 1 to 65535 for BYTES, not '99999'.\npmsh: " + file.path +
                             ":5: 'switchport mtu 99999' failed; the remaining lines were not run. Use --keep-going to "
                             "continue.\n");
 }

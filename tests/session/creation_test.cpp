@@ -172,7 +172,8 @@ TEST(Creation, AServiceThatIsLostIsNamed) {
 TEST(Creation, AUserSeesTheInterfacesOfItsOwnOnly) {
   const outcome result = routed_switch().run("configure\ninterface loopback 77, fc 3/1\n", {"--user", "guest"});
   EXPECT_EQ(result.err,
-            "pmsh: not permitted: user 'guest' may not see fc3/1. Leave the range away for all that it may.\n");
+            "pmsh: not permitted: user 'guest' may not see fc3/1. Omit the range to show every interface that this "
+            "user may see.\n");
   EXPECT_EQ(result.exit_code, 5);
 }
 

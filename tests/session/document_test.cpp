@@ -152,23 +152,28 @@ TEST(Document, LinesOfTheChannelAreLayoutWhereTheServiceHasTheValues) {
 
 // ---- Values of the service.
 
+// A document of one record, which bound an MTU. `fill` fills the rest of it.
+template <typename Fill>
+rapidjson::Document document_with_mtu(int exit_code, Fill fill) {
+  host::display shown = kDetailed;
+  shown.has_values = true;
+  host::document document(shown, "show interface");
+  document.begin_record("Ethernet1/1");
+  const uint32 mtu = 9000;
+  document.bind({0x142A0278, &mtu});
+  fill(document);
+  document.end_record();
+  document.end(exit_code);
+  rapidjson::Document parsed;
+  parsed.Parse(document.ready().c_str());
+  EXPECT_FALSE(parsed.HasParseError()) << document.ready();
+  return parsed;
+}
+
 class FilledRecord : public testing::Test {
  protected:
-  // The record of a document that bound an MTU and was filled with these values.
-  rapidjson::Document filled(std::vector<host::interface_value> values) {
-    host::display shown = kDetailed;
-    shown.has_values = true;
-    host::document document(shown, "show interface");
-    document.begin_record("Ethernet1/1");
-    const uint32 mtu = 9000;
-    document.bind({0x142A0278, &mtu});
-    document.fill(values);
-    document.end_record();
-    document.end(0);
-    rapidjson::Document parsed;
-    parsed.Parse(document.ready().c_str());
-    EXPECT_FALSE(parsed.HasParseError()) << document.ready();
-    return parsed;
+  static rapidjson::Document filled(const std::vector<host::interface_value>& values) {
+    return document_with_mtu(0, [&values](host::document& document) { document.fill(values); });
   }
 
   std::vector<std::byte> bytes_;
@@ -217,24 +222,14 @@ TEST_F(FilledRecord, AValueOfAnotherKindThanItsFieldIsLeftOut) {
 }
 
 TEST(Document, WhatAFailedServiceLeavesOutHasThatReason) {
-  host::display shown = kDetailed;
-  shown.has_values = true;
-  host::document document(shown, "show interface");
-  document.begin_record("Ethernet1/1");
-  const uint32 mtu = 9000;
-  document.bind({0x142A0278, &mtu});
-  document.fill_failed();
-  document.end_record();
-  document.end(2);
-  rapidjson::Document parsed;
-  parsed.Parse(document.ready().c_str());
-  const auto& record = parsed["interfaces"][0];
+  const auto document = document_with_mtu(2, [](host::document& it) { it.fill_failed(); });
+  const auto& record = document["interfaces"][0];
 
   EXPECT_EQ(record["mtu_bytes"].GetUint(), 9000U);
   EXPECT_TRUE(record["input_packets"].IsNull());
   EXPECT_STREQ(record["absent"]["input_packets"].GetString(), "service failed");
   EXPECT_FALSE(record["absent"].HasMember("mtu_bytes"));
-  EXPECT_EQ(parsed["exit_code"].GetInt(), 2);
+  EXPECT_EQ(document["exit_code"].GetInt(), 2);
 }
 
 TEST(Schema, KeysAreLowerCaseAndEveryTagHasAField) {

@@ -77,16 +77,50 @@ class Checker:
         return self.check(f"{os.path.basename(switch)}: {line}", done.stdout, display, done.returncode), done
 
 
+def syntaxes(pmsh):
+    """The commands of the reference, with the name of their display."""
+    reference = subprocess.run([pmsh, "--print-command-reference"], capture_output=True, text=True, check=True).stdout
+    return re.findall(r"^\| `([^`]+)` \| [^|]+ \| `?([a-z_]+)`? \|$", reference, re.MULTILINE)
+
+
 def commands(pmsh):
     """Lines for all interfaces, with the name of their display."""
-    reference = subprocess.run([pmsh, "--print-command-reference"], capture_output=True, text=True, check=True).stdout
-    for syntax, display in re.findall(r"^\| `([^`]+)` \| [^|]+ \| `?([a-z_]+)`? \|$", reference, re.MULTILINE):
+    for syntax, display in syntaxes(pmsh):
         line = re.sub(r"\[[^\]]*\] ?", "", syntax).strip()
         line = line.replace("RANGE", "ethernet 1/1").replace("MODULE", "2").replace("VLANS", "1-300").replace("PORT", "0")
         if re.search("[A-Z]", line) or line.split()[0] in ("watch", "exit", "quit"):
             continue
         if line.split()[0] in ("show", "clear"):
             yield line, display
+
+
+def properties_of(schema):
+    """Every described property, with its key."""
+    if isinstance(schema, list):
+        for item in schema:
+            yield from properties_of(item)
+    if not isinstance(schema, dict):
+        return
+    if isinstance(schema.get("properties"), dict):
+        yield from schema["properties"].items()
+    for part in schema.values():
+        yield from properties_of(part)
+
+
+def check_times(checker):
+    """Moments are times of one form, whatever they are called."""
+    times = {"time", "last_link_flapped", "last_counters_cleared", "changed_at"}
+    found = {key: described.get("$ref") for key, described in properties_of(checker.schema["$defs"]) if key in times}
+    if found != dict.fromkeys(times, "#/$defs/value_time"):
+        checker.fault("schema", f"times are {found}")
+    if checker.schema["$defs"]["value_time"].get("format") != "date-time":
+        checker.fault("schema", "times have no format")
+
+
+def check_titles(checker):
+    for key, described in properties_of(checker.schema["$defs"]):
+        if not described.get("title") or not described.get("description"):
+            checker.fault("schema", f"{key!r} lacks a title or a description")
 
 
 def check_damage(checker, switch):
@@ -115,26 +149,90 @@ def check_damage(checker, switch):
 
 
 def check_watch(checker, switch):
-    """Two readings, each a document on a line, with rates."""
-    line = "watch 1 show interface ethernet 1/1 counters | json"
-    with subprocess.Popen([checker.pmsh, "--switch", switch, "-c", line], stdout=subprocess.PIPE, text=True) as watch:
-        readings = [watch.stdout.readline() for _ in range(2)]
-        watch.send_signal(signal.SIGINT)
-    for reading in readings:
-        checker.check(line, reading, "counters")
+    """Two readings, each a document on a line; records of interfaces have rates, those of other lists have none."""
+    for shown, display, records, has_rates in (
+            ("show interface ethernet 1/1 counters", "counters", "interfaces", True),
+            ("show interface ethernet 1/31 trunk errored", "trunk_errored", "interfaces", True),
+            ("show interface ethernet 1/1 overview", "overview", "interfaces", True),
+            ("show running-config interface ethernet 1/1", "running_config", "commands", False),
+            ("show vlan", "vlans", "vlans", False), ("show panel", "panel", "ports", True)):
+        line = f"watch 1 {shown} | json"
+        with subprocess.Popen([checker.pmsh, "--switch", switch, "-c", line], stdout=subprocess.PIPE, text=True) as watch:
+            readings = [watch.stdout.readline() for _ in range(2)]
+            watch.send_signal(signal.SIGINT)
+        for reading in readings:
+            document = checker.check(line, reading, display)
+            found = document[records][:1] if document else []
+            if [("rates" in record) for record in found] != [has_rates]:
+                checker.fault(line, f"rates, not as expected, in {found}")
+
+
+ARGUMENTS = {"RANGE": "ethernet 1/1", "MODULE": "2", "VLANS": "10-20", "PORT": "0", "SECONDS": "5", "BYTES": "2112",
+             "COUNT": "3", "VLAN": "10", "CHANNEL": "1", "CHANGES": "1", "TEXT": "some words", "FILE": "saved"}
+
+
+def lines_of_session(pmsh):
+    """Every command of the shell but 'watch', in an order in which it can be typed."""
+    general, configuring, settings = [], [], []
+    for syntax, display in syntaxes(pmsh):
+        words = syntax.split()
+        written = {re.sub(r"\[[^\]]*\] ?", "", syntax).strip(), re.sub(r"[\[\]]", "", syntax)}
+        lines = sorted(re.sub(r"\b[A-Z]+\b", lambda it: ARGUMENTS.get(it[0], it[0]), line) for line in written)
+        if words[0] in ("watch", "configure", "end", "exit", "quit"):
+            continue
+        kind = settings if display == "settings" and words[0] != "undo" else general
+        if words[0] == "interface" or words[:2] == ["no", "interface"]:
+            kind = configuring
+        kind.extend((line, display) for line in lines)
+    yield from general
+    yield from (("configure", "text"), *configuring, ("end", "text"), ("configure terminal", "text"))
+    yield from (("interface ethernet 1/1", "text"), *settings, ("undo 2", "settings"), ("show changes", "changes"))
+    yield from (("exit", "text"), ("exit", "text"), ("quit", "text"))
+
+
+def check_session(checker, switch):
+    """One document for each line of a session, whether it is refused or done."""
+    lines = list(lines_of_session(checker.pmsh))
+    if len(lines) < 150:
+        checker.fault("session", f"only {len(lines)} lines")
+    with tempfile.TemporaryDirectory() as state:
+        written = "".join(f"{line} | json\n" for line, _ in lines)
+        command = [os.path.abspath(checker.pmsh), "--switch", os.path.abspath(switch), "--yes"]
+        done = subprocess.run(command, input=written, cwd=state, env=dict(os.environ, XDG_STATE_HOME=state),
+                              capture_output=True, text=True, check=False)
+    documents, left, decoder = [], done.stdout.lstrip(), json.JSONDecoder()
+    while left:
+        _, end = decoder.raw_decode(left)
+        documents.append(left[:end])
+        left = left[end:].lstrip()
+    if len(documents) != len(lines):
+        checker.fault("session", f"{len(documents)} documents of {len(lines)} lines")
+    for (line, display), document in zip(lines, documents):
+        found = checker.check(f"session: {line}", document, display)
+        if found is not None and not line.startswith(found["command"]):
+            checker.fault(f"session: {line}", f"document of {found['command']!r}")
 
 
 def check_refused_lines(checker, switch):
     """Exactly one document, also when a line does not run."""
     for line in ("show nothing | json", "show interface ethernet 9/9 | json", "show interface ethernet 1/4-1 brief | json",
                  "show interface | json | include (", "show interface | count | json", "show module 99 resources | json",
-                 "configure | json | jsn"):
+                 "configure | json | jsn", "show \"x | json", "configure ' | json", "interface 'ethernet 1/1 | json",
+                 "show interface brief \"| json"):
         document, done = checker.run(switch, line)
         if done.returncode == 0 or not done.stderr:
             checker.fault(line, f"exit code {done.returncode}, standard error {done.stderr!r}")
         errors = [] if document is None else [it for it in document["messages"] if it["severity"] == "error"]
         if not errors:
             checker.fault(line, "no error among the messages")
+
+
+def report(faults, checked):
+    """Ends the program when there are faults; `checked` says in how much they were found."""
+    for fault in faults[:40]:
+        print(fault)
+    if faults:
+        sys.exit(f"{len(faults)} faults in {checked}")
 
 
 def main():
@@ -150,12 +248,12 @@ def main():
         for line, display in lines:
             checker.run(switch, f"{line} | json", display)
         check_refused_lines(checker, switch)
+    check_session(checker, switches[0])
+    check_times(checker)
+    check_titles(checker)
     check_damage(checker, switches[0])
     check_watch(checker, switches[0])
-    for fault in checker.faults[:40]:
-        print(fault)
-    if checker.faults:
-        sys.exit(f"{len(checker.faults)} faults in {checker.count} documents")
+    report(checker.faults, f"{checker.count} documents")
     print(f"{checker.count} documents of {len(lines)} commands follow the schema")
 
 

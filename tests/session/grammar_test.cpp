@@ -207,16 +207,16 @@ TEST(Grammar, EveryInterfaceWordStartsARange) {
 TEST(Grammar, MistakesAreNamedWithTheNextStep) {
   EXPECT_EQ(error_of("shwo"), "unknown word 'shwo': did you mean 'show'? Type '?' for the list.");
   EXPECT_EQ(error_of("show | json"), "incomplete command 'show'. Type 'show ?' for the list.");
-  EXPECT_EQ(error_of("| json"), "no command in front of '|'. Type '?' for the list.");
+  EXPECT_EQ(error_of("| json"), "no command before '|'. Type '?' for the list.");
   EXPECT_EQ(
       error_of("show interface ethernet 1/1,"),
       "a number is missing after 'show interface ethernet 1/1,'. Type 'show interface ethernet 1/1, ?' for the list.");
   EXPECT_EQ(error_of("show transport |"),
-            "nothing after '|': it takes one of begin, count, exclude, include, json, no-more.");
+            "nothing after '|': expected one of begin, count, exclude, include, json, no-more.");
   EXPECT_EQ(error_of("show interface ethernet 1/1 1/2"),
             "unknown word '1/2'. Type 'show interface ethernet 1/1 ?' for the list.");
   EXPECT_EQ(error_of("show interface ethernet 1/1 brief 1/2"),
-            "'1/2' is too much: the command ends with 'show interface ethernet 1/1 brief'.");
+            "unexpected '1/2' after 'show interface ethernet 1/1 brief'.");
 }
 
 TEST(Grammar, WordsBehindARangeMakeAnotherCommand) {
@@ -236,11 +236,33 @@ TEST(Grammar, NumberArgumentIsReadWithinItsBounds) {
   EXPECT_EQ(parsed->number, 64U);
   EXPECT_EQ(parsed->text, "show interface status module 64");
   EXPECT_EQ(parse_command("show interface status", error)->number, std::nullopt);
-  for (const char* const word : {"0", "65", "-1", "4294967297", "2x", "two"})
+  for (const char* const word : {"-1", "2x", "two"})
     EXPECT_EQ(error_of(std::string("show interface status module ") + word),
-              "'" + std::string(word) + "' is no MODULE: it takes a number from 1 to 64.");
+              "expected a number from 1 to 64 for MODULE, not '" + std::string(word) + "'.");
+  for (const char* const word : {"0", "4294967297", "2x", "two"})
+    EXPECT_EQ(error_of(std::string("clock advance ") + word),
+              "expected a number from 1 to 4000000000 for SECONDS, not '" + std::string(word) + "'.");
   EXPECT_EQ(error_of("show interface status module"),
             "incomplete command 'show interface status module'. Type 'show interface status module ?' for the list.");
+}
+
+TEST(Grammar, ModuleThatNoSwitchHasIsANumberAllTheSame) {
+  for (const char* const word : {"0", "65", "4294967297", "99999999999999999999"}) {
+    std::string error;
+    const auto parsed = parse_command(std::string("show module ") + word + " resources", error);
+    ASSERT_TRUE(parsed) << error;
+    EXPECT_EQ(parsed->module, word);
+    EXPECT_TRUE(parsed->number < 1 || parsed->number > 64) << word;
+  }
+}
+
+TEST(Grammar, LineAsksForADocumentAlsoWithMistakes) {
+  for (const char* const line : {"show | json", "show nothing | j", "show | count | json", "show | json | jsn",
+                                 "show \"x | json", "configure ' | json ", "show 'a | b' | json"})
+    EXPECT_TRUE(host::asks_for_document(line)) << line;
+  for (const char* const line : {"show", "show json", "show | include json", "description 'a | json'",
+                                 "description \"a | json b\"", "show \"x | json it", "show \"x |"})
+    EXPECT_FALSE(host::asks_for_document(line)) << line;
 }
 
 TEST(Watch, EveryShowCommandIsReadBehindIt) {
@@ -278,7 +300,7 @@ TEST(Watch, ItsNumberIsNotTheNumberOfTheCommand) {
 TEST(Watch, MistakesAreNamedWithTheNextStep) {
   for (const char* const word : {"0", "86401", "-1", "2s", "two", "show"})
     EXPECT_EQ(error_of(std::string("watch ") + word + " show transport"),
-              "'" + std::string(word) + "' is no INTERVAL: it takes a number from 1 to 86400.");
+              "expected a number from 1 to 86400 for INTERVAL, not '" + std::string(word) + "'.");
   EXPECT_EQ(error_of("watch"), "incomplete command 'watch'. Type 'watch ?' for the list.");
   EXPECT_EQ(error_of("watch 2"), "incomplete command 'watch 2'. Type 'watch 2 ?' for the list.");
   EXPECT_EQ(error_of("watch 2 show"), "incomplete command 'watch 2 show'. Type 'watch 2 show ?' for the list.");
@@ -309,7 +331,7 @@ TEST(Suggestions, NumberArgumentIsNamedWithItsBoundsAndKeptWhileItIsTyped) {
     EXPECT_EQ(found.hints[0].help, "Number of a module, 1 to 64");
     EXPECT_EQ(found.error, "");
   }
-  EXPECT_NE(suggest("show interface status module 65").error, "");
+  EXPECT_NE(suggest("show interface status module two").error, "");
 }
 
 TEST(Grammar, EmptyLineIsNoCommandAndNoError) {

@@ -172,6 +172,15 @@ TEST(Trunks, EachHasItsRows) {
             "Eth2/1     30\nEth2/2     none\n");
 }
 
+TEST(Trunks, VlansShutByAnErrorAreASetInTheRecord) {
+  rapidjson::Document document;
+  document.Parse(shown("show interface ethernet 2/1-2 trunk errored | json").c_str());
+  ASSERT_FALSE(document.HasParseError());
+  ASSERT_EQ(document["interfaces"].Size(), 2U);
+  EXPECT_STREQ(document["interfaces"][0]["errored_vlans"].GetString(), "30");
+  EXPECT_STREQ(document["interfaces"][1]["errored_vlans"].GetString(), "");
+}
+
 TEST(Trunks, DetailIsOfSomeVlansOrAModule) {
   EXPECT_NE(shown("show interface trunk detail native-vlan 1-20,40").find("    Native Vlan: 10\n"), std::string::npos);
   EXPECT_EQ(shown("show interface trunk detail native-vlan 10").find("Native Vlan: 99"), std::string::npos);
@@ -179,7 +188,7 @@ TEST(Trunks, DetailIsOfSomeVlansOrAModule) {
   EXPECT_NE(shown("show interface trunk detail module 2").find("    Allowed Vlans: 1,10-30\n"), std::string::npos);
   const outcome wrong = run_optics("show interface trunk detail native-vlan 0-5");
   EXPECT_EQ(wrong.exit_code, 1);
-  EXPECT_EQ(wrong.err, "pmsh: '0-5' is no list of VLANs, such as 1-10,20.\n");
+  EXPECT_EQ(wrong.err, "pmsh: '0-5' is not a list of VLANs such as 1-10,20.\n");
 }
 
 TEST(Trunks, StructuredFormHasTheirFields) {
@@ -276,8 +285,8 @@ TEST(ModuleResources, OfAnotherModuleAreOneSentence) {
     const outcome other = run_optics(std::string("show module 1 resources") + pipe);
     EXPECT_EQ(other.err, "pmsh: module 1: 'show module resources' does not apply to this kind of module.\n");
     EXPECT_EQ(other.exit_code, 3);
-    const outcome missing = run_optics(std::string("show module 9 resources") + pipe);
-    EXPECT_EQ(missing.err, "pmsh: no such module: 9. The modules of this switch are 1, 2, 3.\n");
+    const outcome missing = run_optics(std::string("show module 99 resources") + pipe);
+    EXPECT_EQ(missing.err, "pmsh: module 99 does not exist; the modules of this switch are 1, 2, 3.\n");
     EXPECT_EQ(missing.exit_code, 4);
   }
 }

@@ -54,6 +54,19 @@ TEST(Overview, HasEveryKindInNaturalOrder) {
                                       "loopback0", "Vethernet1", "fc2/9"}));
 }
 
+TEST(Overview, FibreChannelPortHasNoVlan) {
+  const outcome text = run_command("show interface fc 2/9 overview");
+  EXPECT_EQ(text.out.substr(0, text.out.find("Speed")), "Interface  State  VLAN  ");
+  EXPECT_NE(text.out.find("\nfc2/9      up     --    "), std::string::npos) << text.out;
+
+  rapidjson::Document document;
+  document.Parse(run_command("show interface fc 2/9 overview | json").out.c_str());
+  ASSERT_FALSE(document.HasParseError());
+  const auto& record = document["interfaces"][0];
+  EXPECT_TRUE(record["vlan"].IsNull());
+  EXPECT_FALSE(record["absent"].HasMember("vlan")) << "there is none";
+}
+
 TEST(Overview, InBandInterfaceHasNoRow) {
   EXPECT_EQ(run_counters("show interface overview | include sup-fc").out, "");
   const outcome named = run_counters("show interface in-band, ethernet 2/2 overview");

@@ -233,14 +233,30 @@ TEST(Tables, FilterThatPassesNoInterfaceIsAnAnswer) {
   EXPECT_EQ(result.exit_code, 0);
 }
 
-TEST(Tables, ModuleThatIsNotThereIsNamed) {
-  for (const char* const command :
-       {"show interface status module 9", "show interface ethernet 1/1 flowcontrol module 9",
-        "show interface counters errors module 9", "show interface trunk detail module 9 | json"}) {
-    const outcome result = run(command);
-    EXPECT_EQ(result.err, "pmsh: no such module: 9. The modules of this switch are 1, 2.\n") << command;
-    EXPECT_EQ(result.exit_code, 4) << command;
-  }
+TEST(Tables, ModuleThatDoesNotExistIsNamed) {
+  for (const std::string command : {"show interface status module ", "show interface ethernet 1/1 flowcontrol module ",
+                                    "show interface counters errors module ", "show interface trunk detail module "})
+    for (const std::string module : {"9", "0", "99", "99999999999999999999"}) {
+      const std::string sentence = "module " + module + " does not exist; the modules of this switch are 1, 2.";
+      const outcome text = run(command + module);
+      EXPECT_EQ(text.out, "") << command;
+      EXPECT_EQ(text.err, "pmsh: " + sentence + "\n") << command;
+      EXPECT_EQ(text.exit_code, 4) << command;
+
+      const outcome structured = run(command + module + " | json");
+      rapidjson::Document document;
+      document.Parse(structured.out.c_str());
+      ASSERT_FALSE(document.HasParseError()) << structured.out;
+      ASSERT_EQ(document["messages"].Size(), 1U) << command;
+      EXPECT_EQ(document["messages"][0]["text"].GetString(), sentence);
+      EXPECT_EQ(document["exit_code"].GetInt(), 4) << command;
+      EXPECT_EQ(structured.exit_code, 4) << command;
+    }
+}
+
+TEST(Tables, WordThatIsNoNumberOfAModuleIsAUsageError) {
+  EXPECT_EQ(run("show interface status module two").exit_code, 1);
+  EXPECT_EQ(run("show interface status module -1 | json").exit_code, 1);
 }
 
 TEST(Tables, AbbreviationsMeanTheSame) {

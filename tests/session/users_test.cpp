@@ -50,7 +50,7 @@ TEST(Users, NamedInterfaceThatTheUserMayNotSeeIsRefused) {
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.err,
             "pmsh: not permitted: user 'storage-a' may not see port-channel3. "
-            "Leave the range away for all that it may.\n");
+            "Omit the range to show every interface that this user may see.\n");
   EXPECT_EQ(result.exit_code, 5);
 }
 
@@ -72,7 +72,7 @@ TEST(Users, PortsAndTunnelsAreSeenByTheirVsans) {
 TEST(Users, RefusalOfManyNamesTheFirstEightAndCounts) {
   EXPECT_EQ(run_as("guest", "show interface fc 1/1-24").err,
             "pmsh: not permitted: user 'guest' may not see fc1/1, fc1/2, fc1/3, fc1/4, fc1/5, fc1/6, fc1/7, fc1/8, ... "
-            "(24). Leave the range away for all that it may.\n");
+            "(24). Omit the range to show every interface that this user may see.\n");
 }
 
 TEST(Users, InterfaceThatDoesNotExistIsToldFirst) {

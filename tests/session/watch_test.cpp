@@ -159,6 +159,51 @@ TEST(WatchInAPipe, CommandThatIsRefusedEndsTheWatch) {
   EXPECT_NE(run("watch 1 show interface | include (").err.find("bad expression '('"), std::string::npos);
 }
 
+TEST(WatchInAPipe, DisplayThatAppliesToNothingEndsTheWatch) {
+  for (const std::string pipe : {"", " | json"}) {
+    const outcome result =
+        run_shell_on(test_file("tables.yaml"), {"-c", "watch 1 show interface ethernet 2/1 brief" + pipe});
+    EXPECT_EQ(result.exit_code, 3);
+    EXPECT_EQ(result.err, "pmsh: Ethernet2/1: 'show interface brief' does not apply to this kind of interface.\n");
+    const rapidjson::Document document = parse(result.out);
+    EXPECT_EQ(document["interfaces"].Size(), 0U);
+    EXPECT_EQ(document["messages"].Size(), 1U);
+    EXPECT_EQ(document["exit_code"].GetInt(), 3);
+  }
+}
+
+// The documents of all readings have the sentence; standard error is for people.
+TEST(WatchInAPipe, ErrorThatLastsIsPrintedOnce) {
+  const std::string pmsh = std::string(PMSH_PROGRAM) + " --switch " + test_file("tables.yaml");
+  const outcome result = run_program(
+      "/bin/sh", {"-c", pmsh + " -c 'watch 1 show interface ethernet 2/1, ethernet 1/1 brief' | head -n 2"});
+  EXPECT_EQ(result.err, "pmsh: Ethernet2/1: 'show interface brief' does not apply to this kind of interface.\n");
+  const std::size_t end = result.out.find('\n');
+  ASSERT_NE(end, std::string::npos);
+  for (const std::string& line : {result.out.substr(0, end), result.out.substr(end + 1)}) {
+    const rapidjson::Document document = parse(line);
+    EXPECT_EQ(document["interfaces"].Size(), 1U);
+    EXPECT_EQ(document["messages"].Size(), 1U);
+    EXPECT_EQ(document["exit_code"].GetInt(), 3);
+  }
+}
+
+TEST(WatchInAPipe, MistakeOfALineThatAsksForDocumentsIsOneDocument) {
+  for (const char* const line :
+       {"watch | json", "watch 0 show transport | json", "watch 1 show nothing | json", "watch 1 clear counters | json",
+        "watch 1 | json", "watch 1 show interface | json | jsn", "watch 1 show interface | count | json",
+        "watch 1 show interface | json | include (", "watch 1 show interface | include (",
+        "watch 1 show interface ethernet 1/4-1 brief | json"}) {
+    const outcome result = run(line);
+    EXPECT_EQ(result.exit_code, 1) << line;
+    const rapidjson::Document document = parse(result.out);
+    ASSERT_TRUE(document.IsObject()) << line;
+    EXPECT_EQ(document["messages"].Size(), 1U) << line;
+    EXPECT_EQ(document["exit_code"].GetInt(), 1) << line;
+    EXPECT_EQ(result.err, std::string("pmsh: ") + document["messages"][0]["text"].GetString() + "\n");
+  }
+}
+
 TEST(WatchInAPipe, MistakesAreUsageErrors) {
   for (const char* const line : {"watch show transport", "watch 0 show transport", "watch 1 clear counters",
                                  "watch 1 watch 1 show transport", "watch 1"}) {
@@ -255,6 +300,14 @@ TEST_F(WatchAtATerminal, CommandThatIsRefusedIsToldAndNothingIsDrawn) {
   EXPECT_TRUE(screen.shows("pmsh: no such interface: ethernet 9/9")) << screen.unread();
   EXPECT_EQ(screen.seen().find(kClear), std::string::npos) << screen.seen();
   EXPECT_EQ(screen.exit_code(), 4);
+}
+
+TEST_F(WatchAtATerminal, DisplayThatAppliesToNothingIsRefusedForEachInterface) {
+  terminal screen({"-c", "watch 1 show interface ethernet 2/1, ethernet 2/1.5 brief"}, test_file("tables.yaml"));
+  EXPECT_TRUE(screen.shows("pmsh: Ethernet2/1: 'show interface brief' does not apply")) << screen.unread();
+  EXPECT_TRUE(screen.shows("pmsh: Ethernet2/1.5: 'show interface brief' does not apply")) << screen.unread();
+  EXPECT_EQ(screen.exit_code(), 3);
+  EXPECT_EQ(screen.seen().find(kClear), std::string::npos) << screen.seen();
 }
 
 TEST_F(WatchAtATerminal, CtrlCEndsTheWatchAndNotTheShell) {

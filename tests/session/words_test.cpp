@@ -64,9 +64,9 @@ TEST(TextArgument, QuotesThatDoNotEndAndWrongEscapesAreNamed) {
   };
   EXPECT_EQ(error_of("\"open"), "the text that begins with \" has no \" at its end.");
   EXPECT_EQ(error_of("'open"), "the text that begins with ' has no ' at its end.");
-  EXPECT_EQ(error_of(R"("a\q")"), R"('\q' is no escape: it takes one of \", \\, \n, \t, \r, \xHH.)");
-  EXPECT_EQ(error_of(R"("a\x0g")"), R"('\x' is no escape: it takes one of \", \\, \n, \t, \r, \xHH.)");
-  EXPECT_EQ(error_of(R"("a\x00")"), R"('\x' is no escape: it takes one of \", \\, \n, \t, \r, \xHH.)");
+  EXPECT_EQ(error_of(R"("a\q")"), R"('\q' is not an escape: expected one of \", \\, \n, \t, \r, \xHH.)");
+  EXPECT_EQ(error_of(R"("a\x0g")"), R"('\x' is not an escape: expected one of \", \\, \n, \t, \r, \xHH.)");
+  EXPECT_EQ(error_of(R"("a\x00")"), R"('\x' is not an escape: expected one of \", \\, \n, \t, \r, \xHH.)");
   EXPECT_EQ(error_of(R"("a" b)"), "unexpected ' b' after the text in quotes.");
 }
 

@@ -114,6 +114,7 @@ void command_output::complain(std::string_view text, std::string_view interface_
 
 void command_output::print_complaint(std::string_view text) {
   flush();
+  if (settings_.on_error) return settings_.on_error(text);
   if (!settings_.sinks_errors || document_) return print_error(text);
   std::string safe;
   append_printable(safe, text);
@@ -127,6 +128,7 @@ std::optional<progress_line::pause> command_output::hold_progress() { return gat
 void command_output::begin_interface(std::string_view name, if_index_t if_index) {
   end_line_begun();
   failed_ = false;
+  has_shown_interface_ = true;
   record_failures();
   filter_->forget();
   if (record_) record_->forget();

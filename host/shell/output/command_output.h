@@ -42,6 +42,7 @@ struct output_settings {
   bool (*is_cancelled)() = nullptr;     // further output is discarded once it returns true
   output_sink sink{};                   // takes the output in place of the descriptor
   bool sinks_errors = false;            // the errors, too
+  output_sink on_error{};               // takes the errors in place of standard error
   value_sink on_value{};                // takes each value that is bound
   bool hides_traffic = false;           // the user may not see counters and rates
   traffic_readings* traffic = nullptr;  // notes which interfaces are shown; records get their rates
@@ -107,6 +108,8 @@ class command_output {
   // All values of the display, of the interface that was begun; nothing when the service failed, which is noted. They
   // are valid until the next call.
   std::optional<std::vector<interface_value>> values() { return answers_.values(); }
+  // Whether an interface was begun.
+  bool has_shown_interface() const { return has_shown_interface_; }
   bool failed() const { return failed_ || account_.has_new() || (record_ && record_->has_lost()); }
 
   bool is_structured() const { return document_.has_value(); }
@@ -154,6 +157,7 @@ class command_output {
   std::FILE* real_stdout_;
   if_index_t if_index_ = 0;
   bool failed_ = false;
+  bool has_shown_interface_ = false;
   int exit_code_ = 0;
   bool is_finished_ = false;
 };

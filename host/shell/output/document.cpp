@@ -355,7 +355,7 @@ void document::end_record(const std::optional<traffic_rates>* rates) {
   if (record_is_empty_ || shown_.list.empty()) return;
   ready_ += first_record_ ? "\n" : ",\n";
   first_record_ = false;
-  write_record(rates);
+  write_record(may_have_rates(shown_) ? rates : nullptr);
 }
 
 bool document::add_message(std::string_view text, importance how, std::string_view interface_name) {

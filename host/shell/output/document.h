@@ -33,6 +33,11 @@ struct display {
 // Of commands that have nothing but sentences to say.
 inline constexpr display kSentences = {kTextDisplay, {}, "text", false, false, {}};
 
+// Whether its records have rates when the command is watched: those of interfaces that a show command makes.
+constexpr bool may_have_rates(const display& shown) {
+  return shown.has_values || (shown.list == "interfaces" && shown.section.empty() && shown.bit != kSettingDisplay);
+}
+
 enum class importance : uint8 { info, error };
 
 class document {
@@ -40,7 +45,7 @@ class document {
   // `command` without its pipes.
   document(const display& shown, std::string_view command);
 
-  // Lines of the document that are complete; whoever takes them clears them.
+  // Complete lines of the document; the caller clears what it took.
   std::string& ready() { return ready_; }
 
   void begin_record(std::string_view interface_name);
@@ -53,7 +58,8 @@ class document {
   // The same when a service failed: what is not bound is absent for that.
   void fill_failed();
 
-  // Writes the record, unless nothing at all was said of its interface. With `rates` they are its last member.
+  // Writes the record, unless nothing at all was said of its interface. `rates` of a watched command are its last
+  // member when the display may have them.
   void end_record(const std::optional<traffic_rates>* rates = nullptr);
 
   // Stores a value in the record. False when the display has no field for it.

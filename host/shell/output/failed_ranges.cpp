@@ -92,7 +92,7 @@ void cmd_mrange_range_add(mrange_handle_t* ranges, if_index_t first, if_index_t 
   record->head.len = static_cast<int32>(record->ranges.size());
 }
 
-// The command has failed for them. They stay until it ends: whoever handed them over may still render them.
+// The command failed for these ranges. They stay until it ends: the library may still render them.
 void cmd_mrange_error_set(mrange_handle_t* ranges) {
   if (ranges == nullptr) return;
   if (host::command_output* const output = host::command_output::running()) output->note_failure();

@@ -32,7 +32,7 @@ struct vocabulary {
 // Used from now on.
 void set_vocabulary(const vocabulary& words);
 
-// A value behind a tuple, as its code promises it.
+// The value that a tuple points to, of the type of its code.
 uint32 value_of_32(const cmd_tuple_t& tuple);
 uint64 value_of_64(const cmd_tuple_t& tuple);
 

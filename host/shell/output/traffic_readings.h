@@ -35,14 +35,15 @@ struct traffic_rates {
 struct rate_field {
   std::string_view name;
   std::string_view title;
+  std::string_view description;
   double traffic_rates::*value;
 };
 
 inline constexpr rate_field kRateFields[] = {
-    {"input_bytes_per_second", "In bytes/s", &traffic_rates::in_bytes},
-    {"input_packets_per_second", "In packets/s", &traffic_rates::in_packets},
-    {"output_bytes_per_second", "Out bytes/s", &traffic_rates::out_bytes},
-    {"output_packets_per_second", "Out packets/s", &traffic_rates::out_packets},
+    {"input_bytes_per_second", "In bytes/s", "Bytes received per second", &traffic_rates::in_bytes},
+    {"input_packets_per_second", "In packets/s", "Packets received per second", &traffic_rates::in_packets},
+    {"output_bytes_per_second", "Out bytes/s", "Bytes sent per second", &traffic_rates::out_bytes},
+    {"output_packets_per_second", "Out packets/s", "Packets sent per second", &traffic_rates::out_packets},
 };
 
 // None when no time has passed between them, or when they do not belong together: the counters were cleared, or one of

@@ -14,7 +14,7 @@
 namespace host {
 namespace {
 
-// In place of a counter that is not told.
+// In place of a counter that is not reported.
 constexpr char kAbsent[] = "-";
 
 bool read_told(std::istream& text, told_counters& told) {

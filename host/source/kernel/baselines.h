@@ -1,7 +1,7 @@
-// What devices had counted when their counters were cleared: the kernel's own cannot be set to 0.
+// The counters of devices when they were cleared: the kernel's own cannot be set to 0.
 //
-// Kept in a file, so that a user's other shells, and those of tomorrow, take the same off. A file is good for one boot
-// and one network namespace; what it says of a device is good as long as that has its number and hardware address.
+// They are stored in a file, so that other and later shells of a user subtract the same. A file is valid for one boot
+// and one network namespace; a baseline is valid while its device has the same number and hardware address.
 #pragma once
 
 #include <array>
@@ -23,11 +23,11 @@ struct counter_baseline {
 
 class counter_baselines {
  public:
-  // Keeps them in a file from now on; without a path only here.
+  // Stores them in a file from now on; without a path only in memory.
   void keep_in(const std::string& path) { path_ = path; }
   const std::string& path() const { return path_; }
 
-  // Takes in what the file says. Lines that are damaged, and a file of another boot, are left out.
+  // Reads the file. Damaged lines, and a file of another boot, are ignored.
   void read();
 
   // Writes what was put here since the last time. Returns 0 or an errno.
@@ -35,7 +35,7 @@ class counter_baselines {
 
   void put(uint32 number, const counter_baseline& baseline);
 
-  // The one of a device that has counted so far; null when there is none, or the device was made anew since.
+  // The one of a device that has counted so far; null when there is none, or the device was created again since.
   const counter_baseline* find(uint32 number, const std::array<uint8, 6>& mac, const device_counters& counted) const;
 
  private:

@@ -87,7 +87,8 @@ void take_told(const told_counters& told, statistics& stats) {
   take_sizes(told, kToldSentBySize, stats.out);
 }
 
-// What came since a clear. A device that has counted less than then was made anew: it counts from its own start.
+// The counts since a clear. A device that counts less than its baseline was created again: it counts from its own
+// start.
 told_counters since(const told_counters& now, const told_counters& cleared) {
   told_counters came = now;
   for (std::size_t i = 0; i < now.size(); ++i) {
@@ -97,7 +98,7 @@ told_counters since(const told_counters& now, const told_counters& cleared) {
   return came;
 }
 
-// A management port counts what the kernel's own table tells (switch/live_statistics.h), and no more.
+// A management port has the counters of the kernel's own table only (switch/live_statistics.h).
 bool is_counted_here(if_index_t if_index) { return take_apart(if_index).type != IF_TYPE_MGMT; }
 
 }  // namespace
@@ -118,7 +119,8 @@ void device_details::read_fault(const known_device& device, interface& port) {
   if (fault != faults_->end()) port.state_reason = reason_of(fault->second);
 }
 
-// By netlink; by ioctl from a kernel that does not know the message. Who may not read modules is told so once.
+// By netlink; by ioctl from a kernel that does not know the message. After a refusal for lack of rights no module is
+// read.
 page_reader device_details::reader_of(const known_device& device) {
   return [this, &device](const module_place& place) {
     if (modules_are_closed_) return std::vector<uint8>{};
@@ -147,7 +149,7 @@ void device_details::read_diagnostics_of(known_device& device, interface& port) 
   read_module_diagnostics(reader_of(device), *port.module_in_port);
 }
 
-// What the device counts now.
+// The current counters of the device.
 told_counters device_details::counters_of(const known_device& device) {
   if (!counted_) counted_ = read_told_counters(ethtool());
   const auto found = counted_->find(device.number);

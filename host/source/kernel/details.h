@@ -1,4 +1,4 @@
-// What is read of a device only for a command that needs it, and then once for the command: memory of modules by port,
+// Details of devices, read only by a command that needs them, and once for the command: memory of modules by port,
 // link faults and further counters by one dump for all ports.
 #pragma once
 
@@ -16,16 +16,16 @@ namespace host {
 
 class device_details {
  public:
-  // Takes note of the devices that a command begins with. What was read of details before is dropped.
+  // Takes note of the devices that a command begins with. Details that were read before are dropped.
   void begin(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped);
 
-  // Completes an interface (switch_source::complete). What the kernel does not tell stays as it is.
+  // Completes an interface (switch_source::complete). Values that the kernel does not report stay unchanged.
   void complete(interface& port, detail needed);
 
-  // Lets the further counters of an interface start from 0. Returns what they are now.
+  // Sets the baseline of the further counters of an interface. Returns their current values.
   told_counters clear(const interface& port);
 
-  // Lets them start from what they were once, for this command.
+  // Sets an earlier baseline, for this command.
   void begin_at(if_index_t if_index, const told_counters& cleared);
 
  private:

@@ -99,9 +99,9 @@ void take_pause(const nlattr& attribute, pause_settings& pause) {
 
 // ---- Counters -------------------------------------------------------------------------------------------------------
 
-// What is told of a group and means the same as a counter of the model. Of the others: too long frames of RMON are
-// good ones too where the MTU is large, its fragments are no runts of the model, and control frames are not only
-// pauses.
+// The counters of a group that mean the same as a counter of the model. Not among them: too long frames of RMON, which
+// may be good ones where the MTU is large; its fragments, which are not runts of the model; control frames, which are
+// more than pauses.
 struct told_row {
   uint32 group;
   uint16 number;
@@ -177,8 +177,8 @@ void take_group(const nlattr& nest, told_counters& counters) {
 
 // ---- Modules by ioctl -----------------------------------------------------------------------------------------------
 
-// Where a place stands in the one stretch of memory that the ioctl knows: the pages that the module has behind each
-// other, the second address of an SFP behind the first.
+// The offset of a place in the linear memory of the ioctl: the pages of the module follow each other, and the second
+// address of an SFP follows the first.
 uint32 ioctl_offset(const module_place& place) {
   constexpr uint8 kSecondAddress = 0x51;
   if (place.i2c_address == kSecondAddress) return 256U + place.offset;

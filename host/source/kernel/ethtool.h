@@ -1,6 +1,6 @@
-// What the kernel tells of ports by ethtool, over generic netlink.
+// What the kernel reports about ports by ethtool, over generic netlink.
 //
-// A kernel without it, or without one of its messages, tells nothing: then that is absent.
+// Without it, or without one of its messages, the values are absent.
 #pragma once
 
 #include <array>
@@ -17,7 +17,7 @@ class ethtool_socket {
  public:
   ethtool_socket();
 
-  // A request of the family; the rest of it is put behind.
+  // A request of the family; the caller appends the rest.
   netlink_request request(uint8 command, uint16 flags) const;
 
   int ask(netlink_request& request, const message_visitor& visit, const std::function<void()>& restart = {});
@@ -35,8 +35,8 @@ void put_ethtool_head(netlink_request& request, uint16 attribute, uint32 device,
 
 // ---- Settings of ports: one dump each, for every command -----------------------------------------------------------
 
-// Link modes of all links, and pause where there is hardware: nothing else has it. By ioctl from a kernel that does not
-// know these messages.
+// Link modes of all links, and pause settings of hardware, the only devices that have them. By ioctl from a kernel that
+// does not know these messages.
 void read_port_settings(std::vector<kernel_link>& links);
 
 void decode_link_modes(const nlmsghdr& message, std::vector<kernel_link>& links);
@@ -44,7 +44,7 @@ void decode_pause(const nlmsghdr& message, std::vector<kernel_link>& links);
 
 // ---- Why links are down ---------------------------------------------------------------------------------------------
 
-// ETHTOOL_LINK_EXT_STATE_* and its substate, which is 0 when the driver tells none.
+// ETHTOOL_LINK_EXT_STATE_* and its substate, which is 0 when the driver reports none.
 struct link_fault {
   uint8 state = 0;
   uint8 substate = 0;
@@ -98,7 +98,8 @@ struct module_place {
 };
 inline constexpr uint32 kModulePageBytes = 128;
 
-// The bytes there, as many as the kernel has; none without a module, or for who may not read it. `error` is an errno.
+// The bytes there, as many as the kernel has; none without a module, or without the right to read it. `error` is an
+// errno.
 std::vector<uint8> read_module_page(ethtool_socket& ethtool, uint32 device, const module_place& place, int& error);
 std::vector<uint8> decode_module_page(const nlmsghdr& message, uint32 device);
 

@@ -97,14 +97,14 @@ void take_vlan(const nlattr& attribute, kernel_link& link, uint16& range_begin) 
 
 // ---- The dumps ------------------------------------------------------------------------------------------------------
 
-// This dump tells the counters too, which are all that RTM_GETSTATS would tell of them: it is not asked as well.
+// This dump includes the counters, all that RTM_GETSTATS would report: no second request is needed.
 std::vector<kernel_link> dump_links(netlink_socket& route) {
   constexpr std::size_t kUsuallyEnough = 4096;  // room that is not used costs nothing, growing does
   std::vector<kernel_link> links;
   links.reserve(kUsuallyEnough);
   netlink_request request(RTM_GETLINK, NLM_F_DUMP);
   request.extra<ifinfomsg>().ifi_family = AF_UNSPEC;
-  mnl_attr_put_u32(&request.head(), IFLA_EXT_MASK, RTEXT_FILTER_SKIP_STATS);  // those of IPv6; a device's own are told
+  mnl_attr_put_u32(&request.head(), IFLA_EXT_MASK, RTEXT_FILTER_SKIP_STATS);  // of IPv6; the device's own are needed
   const int error = route.ask(
       request,
       [&links](const nlmsghdr& message) {
@@ -139,8 +139,8 @@ void dump_addresses(netlink_socket& route, std::vector<kernel_link>& links) {
 
 // ---- The default route ----------------------------------------------------------------------------------------------
 
-// Addresses for documents: at least one of them is reached by the default route alone, wherever a laboratory uses
-// others.
+// Addresses for documentation: at least one of them is reached by the default route alone, even where a laboratory
+// uses the others.
 constexpr const char* kSomewhere[] = {"192.0.2.255", "198.51.100.255", "203.0.113.255"};
 
 uint32 device_of_route(const nlmsghdr& message) {

@@ -1,4 +1,4 @@
-// The network devices of the kernel, as its dumps tell them.
+// The network devices of the kernel, from its dumps.
 #pragma once
 
 #include <array>
@@ -14,10 +14,10 @@
 
 namespace host {
 
-// Modes of a link by the kernel's bits (ETHTOOL_LINK_MODE_*); those beyond are not told apart.
+// Modes of a link by the kernel's bits (ETHTOOL_LINK_MODE_*); those beyond are ignored.
 using link_modes = std::bitset<128>;
 
-// How a device is set to pause a line, and what it has counted of it.
+// Pause settings of a device, and its counters of pause frames.
 struct pause_settings {
   bool negotiates = false;
   bool receives = false;
@@ -56,12 +56,12 @@ struct kernel_link {
   std::vector<ip_address> addresses;
 };
 
-// Decoders of single messages; each takes what is whole of it.
+// Decoders of single messages; a truncated attribute is ignored.
 std::optional<kernel_link> decode_link(const nlmsghdr& message);
 void decode_bridge_vlans(const nlmsghdr& message, std::vector<kernel_link>& links);
 void decode_address(const nlmsghdr& message, std::vector<kernel_link>& links);
 
-// Whether a device is hardware, as far as the kernel tells: it has no kind, or is a port of a switch chip.
+// Whether a device is hardware, as far as the kernel reports it: it has no kind, or is a port of a switch chip.
 bool is_physical(const kernel_link& link);
 
 // The device of this number, or null.
@@ -70,14 +70,15 @@ kernel_link* find_link(std::vector<kernel_link>& links, uint32 number);
 // The device of a route; 0 when the route is not for every address.
 uint32 decode_default_route(const nlmsghdr& message);
 
-// All devices, sorted by number: one dump for each sort of message. Throws kernel_error when the devices cannot be had;
-// what else the kernel does not tell is left out.
+// All devices, sorted by number: one dump per type of message. Throws kernel_error when the devices cannot be read;
+// other values that the kernel does not report are left out.
 std::vector<kernel_link> read_links(netlink_socket& route);
 
 // The device that the default route leads to; 0 when there is none.
 uint32 default_route_device(netlink_socket& route);
 
-// The device that packets to an address in text take; 0 when it is no address, or none is told.
+// The device that packets to an address in text take; 0 when the text is not an address, or the kernel reports no
+// device.
 uint32 device_towards(netlink_socket& route, const std::string& address);
 
 }  // namespace host

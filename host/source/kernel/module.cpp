@@ -34,7 +34,7 @@ page_layout layout_of(uint8 identifier) {
   }
 }
 
-// An empty cage that is read nevertheless gives one byte all over.
+// Reading an empty cage yields the same byte everywhere.
 bool is_blank(const std::vector<uint8>& page) {
   const auto is_first = [&page](uint8 byte) { return byte == page.front(); };
   return page.empty() ||
@@ -43,7 +43,7 @@ bool is_blank(const std::vector<uint8>& page) {
 
 uint8 byte_at(const std::vector<uint8>& page, std::size_t at) { return at < page.size() ? page[at] : uint8{0}; }
 
-// A big-endian number of two bytes, of a page with a byte behind `at`.
+// A big-endian number of two bytes; the page has a byte after `at`.
 uint16 word_at(const std::vector<uint8>& page, std::size_t at) {
   return static_cast<uint16>(byte_at(page, at) << 8 | byte_at(page, at + 1));
 }
@@ -125,7 +125,7 @@ struct calibrations {
 
 constexpr double kMostRaw = UINT16_MAX;
 
-// Slope and offset, one behind the other.
+// Slope, then offset.
 calibrated linear(const std::vector<uint8>& page, std::size_t at, double (*plain)(uint16), double low, double high) {
   const double slope = word_at(page, at) / 256.0;
   const double offset = plain_signed(word_at(page, at + 2));
@@ -170,7 +170,7 @@ optical_constants constants_of(const std::vector<uint8>& page) {
   return made;
 }
 
-// Where the words of the quantities stand.
+// The offsets of the quantities.
 struct quantity_places {
   std::size_t temperature, voltage, bias, tx, rx;
 };

@@ -1,4 +1,4 @@
-// Modules in ports, made of the pages of their memory. A page may be short or lie: what it lacks is 0.
+// Modules in ports, from the pages of their memory. A page may be short or wrong: missing bytes are 0.
 #pragma once
 
 #include <functional>

@@ -34,7 +34,7 @@ void visit_all(const char* at, std::size_t left, const attribute_visitor& visit)
   }
 }
 
-// The words of the first message that has some.
+// The first text among the messages.
 std::string words_among(const char* messages, std::size_t size) {
   int left = static_cast<int>(size);
   for (const auto* at = reinterpret_cast<const nlmsghdr*>(messages); mnl_nlmsg_ok(at, left);
@@ -72,7 +72,7 @@ std::unique_ptr<kernel_channel> open_socket(int bus) {
   if (socket == nullptr) return nullptr;
   auto channel = std::make_unique<socket_channel>(socket);
   if (mnl_socket_bind(socket, 0, MNL_SOCKET_AUTOPID) < 0) return nullptr;
-  // Older kernels have no words for errors.
+  // Older kernels give no texts for errors.
   int on = 1;
   mnl_socket_setsockopt(socket, NETLINK_EXT_ACK, &on, sizeof on);
   mnl_socket_setsockopt(socket, NETLINK_CAP_ACK, &on, sizeof on);
@@ -145,7 +145,7 @@ int netlink_socket::open() {
   return channel_ == nullptr ? errno : 0;
 }
 
-// Another try has a socket of its own: on the old one the kernel may still be at the dump, and begins no other.
+// Retry on a new socket: the kernel refuses a second dump on one that still has a dump in progress.
 int netlink_socket::ask(netlink_request& request, const message_visitor& visit, const std::function<void()>& restart) {
   int error = 0;
   reason_.clear();
@@ -165,7 +165,7 @@ int netlink_socket::receive(uint32 sequence, const message_visitor& visit) {
     int error = 0;
     const ssize_t size = channel_->receive({buffer_.get(), kBufferBytes}, error);
     if (size < 0) {
-      if (error == EINTR) continue;  // a signal, not a dump that was disturbed
+      if (error == EINTR) continue;  // a signal, not an interrupted dump
       return error;
     }
     const int status = mnl_cb_run(buffer_.get(), static_cast<std::size_t>(size), sequence, channel_->port(),

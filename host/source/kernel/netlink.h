@@ -16,15 +16,14 @@
 
 namespace host {
 
-// Why the kernel could not be asked: one line.
+// Why a request to the kernel failed: one line.
 struct kernel_error : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
 using attribute_visitor = std::function<void(const nlattr&)>;
 
-// Calls `visit` with each attribute behind a message's head of `offset` bytes, and within a nested attribute; as far as
-// they are whole.
+// Calls `visit` with each complete attribute after a message's head of `offset` bytes, and within a nested attribute.
 void for_each_attribute(const nlmsghdr& message, std::size_t offset, const attribute_visitor& visit);
 void for_each_nested(const nlattr& nest, const attribute_visitor& visit);
 
@@ -44,13 +43,13 @@ Number attribute_number(const nlattr& attribute) {
   return number;
 }
 
-// The kernel's words in an error message; none of an acknowledgement, of another message, or where it gave none.
+// The text of the kernel in an error message; empty for an acknowledgement, for another message, or without a text.
 std::string words_of(const nlmsghdr& message);
 
 // A request under construction.
 class netlink_request {
  public:
-  // `room` is for the whole message; the caller sees to it that all fits in.
+  // `room` is for the whole message; the caller ensures that everything fits.
   netlink_request(uint16 type, uint16 flags, std::size_t room = kBytes) : bytes_(room) {
     head_ = mnl_nlmsg_put_header(bytes_.data());
     head_->nlmsg_type = type;
@@ -82,7 +81,7 @@ class kernel_channel {
   virtual ssize_t receive(std::span<char> to, int& error) = 0;  // bytes of a datagram; -1 with an errno
 };
 
-// The ways to ask the kernel. Tests put a recording in their place.
+// Requests to the kernel. Tests replace them with a recording.
 struct kernel_gate {
   std::unique_ptr<kernel_channel> (*open)(int bus);                // null with errno
   int (*ethtool_ioctl)(const std::string& device, void* command);  // 0 or an errno
@@ -96,11 +95,11 @@ class netlink_socket {
   // `bus`: NETLINK_ROUTE or NETLINK_GENERIC. Throws kernel_error.
   explicit netlink_socket(int bus);
 
-  // Sends and hands over each answer. A dump that was disturbed, or lost messages, is asked for again a few times; then
-  // `restart` is called first. Returns 0 or an errno.
+  // Sends and hands over each answer. A dump that was interrupted, or lost messages, is repeated a few times; `restart`
+  // is called before each repetition. Returns 0 or an errno.
   int ask(netlink_request& request, const message_visitor& visit, const std::function<void()>& restart = {});
 
-  // Why the kernel refused the last question, in its own words; empty when it gave none.
+  // Why the kernel refused the last request, in the kernel's text; empty without one.
   const std::string& reason() const { return reason_; }
 
  private:

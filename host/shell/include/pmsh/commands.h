@@ -31,7 +31,8 @@ enum {
   PMSH_DECIMAL, /* bound as a cmd_float_t */
   PMSH_MAC,
   PMSH_IPV4,
-  PMSH_INTERFACE
+  PMSH_INTERFACE,
+  PMSH_VLANS /* a set: a text such as "1-10,20"; "none" is the empty set */
 };
 
 /* A field of the structured form: a value that the handler binds with cmd_tuple(). */

@@ -17,7 +17,7 @@ class filtering_sink : public line_link {
     next().take(it);
   }
 
-  // Pipes look at whole lines.
+  // Pipes work on whole lines.
   bool take_part(const text_line& it) override { return filters_.empty() && line_link::take_part(it); }
 
   // Lines that pipes held back, such as a count, come now.

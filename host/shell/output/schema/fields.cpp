@@ -310,7 +310,7 @@ constexpr field kFields[] = {
     {property::none, "interface_range", text, "", "Interfaces", "Interfaces that the command is for; null for none"},
     {property::none, "command", text, "", "Command", "Command that makes the setting"},
     {property::none, "step", integer, "", "Step", "Which change it is, counted from the first of the session"},
-    {property::none, "changed_at", text, "", "Time", "When the command ran, in UTC"},
+    {property::none, "changed_at", time, "", "Time", "When the command ran, in UTC"},
     {property::none, "user", text, "", "User", "Who ran the command"},
     {property::none, "before", text, "", "Before", "Commands that made the settings before, separated by semicolons"},
     {property::none, "after", text, "", "After", "Commands that make the settings afterwards, separated by semicolons"},
