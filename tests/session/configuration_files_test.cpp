@@ -118,7 +118,7 @@ TEST_F(CopyToRunningConfig, ExitEndsTheFileAndNotTheSession) {
 
 TEST_F(CopyToRunningConfig, TheFirstFailureEndsIt) {
   const std::string file = make("site.cfg", "configure\ninterface ethernet 1/1\nswitchport mtu 99999\nshutdown\n");
-  const std::string first = "pmsh: '99999' is no BYTES: it takes a number from 1 to 65535.\npmsh: " + file +
+  const std::string first = "pmsh: expected a number from 1 to 65535 for BYTES, not '99999'.\npmsh: " + file +
                             ":3: 'switchport mtu 99999' failed";
   const outcome ended = run("copy " + file + " running-config\nshow running-config interface ethernet 1/1\n");
   EXPECT_EQ(ended.exit_code, 1);
