@@ -25,7 +25,7 @@ uint32 set_port(interface& port, const setting& of, const setting_value& value) 
 // A member takes what it can of its channel's setting.
 void hand_to_members(const interface& channel, const setting& of, const setting_value& value) {
   for (const if_index_t member : the_machine().members_of(channel.if_index))
-    set_port(*the_machine().find(member), of, value);
+    change_settings(*the_machine().find(member), [&](interface& it) { return take_over_value(of, value, it); });
 }
 
 uint32 apply_to(interface& port, const setting& of, octets bytes) {

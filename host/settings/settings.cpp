@@ -8,9 +8,16 @@
 #include "platform/interface_manager.h"
 #include "settings/table.h"
 #include "switch/if_index_layout.h"
+#include "switch/operation.h"
 
 namespace host {
 namespace {
+
+bool has_sub_interfaces(const machine& of, if_index_t parent) {
+  return std::any_of(of.interfaces.begin(), of.interfaces.end(), [parent](const interface& it) {
+    return if_index_is_sub_intf(it.if_index) != 0 && parent_of(it.if_index) == parent;
+  });
+}
 
 if_index_type_t kind_of(const interface& port) { return take_apart(port.if_index).type; }
 
@@ -23,10 +30,10 @@ uint32 number_in(const setting_value& value) { return std::get<uint32>(value); }
 
 // Whether a number is one of the values of the forms, or lies within the bounds of an argument.
 bool is_within(const setting& of, uint32 number) {
-  if (of.kind == setting_kind::word)
-    return std::any_of(of.forms.begin(), of.forms.end(), [number](const setting_form& it) {
-      return (it.kind == form_kind::word || it.kind == form_kind::off) && it.value == number;
-    });
+  const bool is_word = std::any_of(of.forms.begin(), of.forms.end(), [number](const setting_form& it) {
+    return (it.kind == form_kind::word || it.kind == form_kind::off) && it.value == number;
+  });
+  if (is_word || of.kind == setting_kind::word) return is_word;
   uint32 bits = 0;
   for (const setting_form& form : of.forms)
     if (form.kind == form_kind::argument) bits |= form.value;
@@ -69,6 +76,12 @@ bool is_ethernet_or_channel(if_index_type_t kind) {
                    IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL);
 }
 
+bool is_fibre_channel_port(if_index_type_t kind) { return kind == IF_TYPE_FC; }
+
+bool can_monitor(if_index_type_t kind) { return is_ethernet_or_channel(kind) && kind != IF_TYPE_SATELLITE; }
+
+bool has_layer(if_index_type_t kind) { return is_ethernet_or_channel(kind) && kind != IF_TYPE_ETHERNET; }
+
 bool is_fibre_channel(if_index_type_t kind) { return is_one_of(kind, IF_TYPE_FC, IF_TYPE_PORT_CHANNEL); }
 
 bool has_mode(if_index_type_t kind) { return is_ethernet_or_channel(kind) || kind == IF_TYPE_FC; }
@@ -88,6 +101,11 @@ setting_value usual_layer(const interface& port) {
   return uint32{is_routed ? IF_LAYER_3 : IF_LAYER_2};
 }
 
+uint32 refuses_layer(const interface& port, const setting_value& value) {
+  const bool is_parent = number_in(value) == IF_LAYER_2 && has_sub_interfaces(the_machine(), port.if_index);
+  return is_parent ? uint32{PM_ERR_SUB_INTERFACE_ON_L2} : 0;
+}
+
 void follow_layer(interface& port) {
   port_settings& settings = port.settings;
   if (settings.admin_mode == 0) settings.admin_mode = default_port_mode(kind_of(port), settings.layer);
@@ -97,6 +115,13 @@ setting_value usual_mode(const interface& port) { return default_port_mode(kind_
 
 uint32 refuses_mode(const interface& port, const setting_value& value) {
   constexpr uint32 kPortsOfGroup = 4;
+  constexpr uint32 kNotOfChannels[] = {PM_PORT_MODE_F,  PM_PORT_MODE_FL, PM_PORT_MODE_FX,
+                                       PM_PORT_MODE_SD, PM_PORT_MODE_ST, PM_PORT_MODE_TL};
+  const bool is_channel = is_one_of(kind_of(port), IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL);
+  const auto* const found = std::find(std::begin(kNotOfChannels), std::end(kNotOfChannels), number_in(value));
+  if (is_channel && found != std::end(kNotOfChannels)) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
+  if (kind_of(port) == IF_TYPE_SATELLITE && number_in(value) == PM_PORT_MODE_FABRIC)
+    return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
   const bool is_first = take_apart(port.if_index).port % kPortsOfGroup == 0;
   return number_in(value) == PM_PORT_MODE_E && port.capabilities.e_mode_on_first_only && !is_first
              ? PM_ERR_MODE_E_OUTSIDE_FIRST_PORT
@@ -106,7 +131,8 @@ uint32 refuses_mode(const interface& port, const setting_value& value) {
 // A new trunk carries all VLANs.
 void follow_mode(interface& port) {
   port_settings& settings = port.settings;
-  if (settings.admin_mode == PM_PORT_MODE_TRUNK && settings.allowed_vlans.empty())
+  const bool has_vlans = is_ethernet_or_channel(kind_of(port));
+  if (has_vlans && settings.admin_mode == PM_PORT_MODE_TRUNK && settings.allowed_vlans.empty())
     settings.allowed_vlans = every_vlan();
 }
 
@@ -116,14 +142,18 @@ uint32 refuses_speed(const interface& port, const setting_value& value) {
   // 1 and 2 are automatic, up to 2000 and 4000.
   constexpr uint32 kOfFibreChannel[] = {0, 1, 2, 1000, 2000, 4000, 8000};
   const uint32 mbps = number_in(value);
-  if (kind_of(port) == IF_TYPE_FC) {
-    const auto* const found = std::find(std::begin(kOfFibreChannel), std::end(kOfFibreChannel), mbps);
-    return found == std::end(kOfFibreChannel) ? uint32{PM_ERR_SPEED_NOT_SUPPORTED} : 0;
-  }
+  const auto* const found = std::find(std::begin(kOfFibreChannel), std::end(kOfFibreChannel), mbps);
+  if (is_fibre_channel(kind_of(port)) && found != std::end(kOfFibreChannel)) return 0;
+  if (kind_of(port) == IF_TYPE_FC) return PM_ERR_SPEED_NOT_SUPPORTED;
   if (mbps == 0) return 0;
   const auto bit = speed_bit(mbps);
   const auto own = port.capabilities.speeds.value_or(0);  // 0: nothing is known of it
   return bit != 0 && (own == 0 || (own & bit) != 0) ? 0 : uint32{PM_ERR_SPEED_NOT_SUPPORTED};
+}
+
+uint32 refuses_receive_buffer(const interface&, const setting_value& value) {
+  constexpr uint32 kUnit = 4;  // bytes
+  return number_in(value) % kUnit != 0 ? uint32{PM_ERR_VALUE_OUT_OF_RANGE} : 0;
 }
 
 uint32 refuses_mtu(const interface& port, const setting_value& value) {
@@ -219,10 +249,31 @@ uint32 set_value(const setting& of, interface& port, const setting_value& value)
   return 0;
 }
 
+void set_to_defaults(machine& of) {
+  for (interface& port : of.interfaces) {
+    const port_settings before = port.settings;
+    port.settings = port_settings{};
+    for (const setting& it : kSettings)
+      if (!it.has_it(kind_of(port)))
+        if (const auto value = it.get(before)) it.put(port, *value);
+    if (has_layer(kind_of(port)))
+      port.settings.layer =
+          has_sub_interfaces(of, port.if_index) ? uint32{IF_LAYER_3} : std::get<uint32>(usual_layer(port));
+    follow_layer(port);
+    port.at_start = port.settings;
+    follow_settings(port, before);
+  }
+}
+
 void take_over_settings(const interface& channel, interface& member) {
   for (const setting& it : kSettings)
     if (it.traits.of_channel && it.has_it(kind_of(channel)))
-      if (const auto value = it.get(channel.settings)) it.put(member, *value);
+      if (const auto value = it.get(channel.settings)) take_over_value(it, *value, member);
+}
+
+uint32 take_over_value(const setting& of, const setting_value& value, interface& member) {
+  if (!of.has_it(kind_of(member))) return 0;
+  return set_value(of, member, value) == 0 ? 0 : set_value(of, member, usual_value(of, member));
 }
 
 void inherit_settings(const interface& parent, interface& made) {

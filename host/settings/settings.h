@@ -127,8 +127,16 @@ bool is_equal(const setting& of, const port_settings& one, const port_settings& 
 // is unchanged then.
 uint32 set_value(const setting& of, interface& port, const setting_value& value);
 
-// Gives a new member the settings of its port-channel. Its description, state and membership stay its own.
+// Gives all interfaces the settings that their hardware has when nothing was set. Those that cannot be set on their kind
+// are part of the hardware. They operate accordingly.
+void set_to_defaults(machine& of);
+
+// Gives a new member the settings of its port-channel. Its description, state and membership stay its own. What it
+// refuses it has as usual, so that its settings follow from those of the port-channel alone.
 void take_over_settings(const interface& channel, interface& member);
+
+// The same of one value. Returns 0, or a status when it refuses the usual value too.
+uint32 take_over_value(const setting& of, const setting_value& value, interface& member);
 
 // Gives a new sub-interface the settings that it has from its parent.
 void inherit_settings(const interface& parent, interface& made);

@@ -19,15 +19,20 @@ namespace host {
 bool is_any_but_inband(if_index_type_t kind);
 bool is_ethernet_or_channel(if_index_type_t kind);
 bool is_fibre_channel(if_index_type_t kind);
+bool is_fibre_channel_port(if_index_type_t kind);
+bool can_monitor(if_index_type_t kind);
+bool has_layer(if_index_type_t kind);  // those that can be routed
 bool has_mode(if_index_type_t kind);   // Ethernet ports, Fibre-Channel ports, port-channels
 bool has_speed(if_index_type_t kind);  // and management ports
 bool is_port(if_index_type_t kind);
 
 // ---- What a port refuses, and what follows from a setting
 
+uint32 refuses_layer(const interface& port, const setting_value& value);
 uint32 refuses_mode(const interface& port, const setting_value& value);
 uint32 refuses_speed(const interface& port, const setting_value& value);
 uint32 refuses_mtu(const interface& port, const setting_value& value);
+uint32 refuses_receive_buffer(const interface& port, const setting_value& value);
 uint32 refuses_channel(const interface& port, const setting_value& value);
 void follow_mode(interface& port);
 void follow_layer(interface& port);
@@ -283,7 +288,7 @@ inline constexpr setting kSettings[] = {
     {PM_CFG_NAME, "description", kDescriptionForms, switchport(TOKEN_SWITCHPORT_NAME), setting_kind::text, PM_PORT_NAME_BYTES, 0, PM_PORT_NAME_BYTES - 1,
      is_any_but_inband, get_description, put_description, {.step = kernel_step::alias, .key = "description"}},
     {PM_CFG_SWITCHPORT, "switchport", kLayerForms, {{TOKEN_SWITCHPORT}}, kWord, 4, 0, 0,
-     is_ethernet_or_channel, get_number<&set::layer>, put_number<&set::layer>, {.usual = usual_layer, .follow = follow_layer, .of_channel = true}},
+     has_layer, get_number<&set::layer>, put_number<&set::layer>, {.usual = usual_layer, .refuses = refuses_layer, .follow = follow_layer, .of_channel = true}},
     {PM_CFG_PORT_MODE, "switchport mode", kModeForms, switchport(TOKEN_SWITCHPORT_MODE), kWord, 4, 0, 0,
      has_mode, get_number<&set::admin_mode>, put_number<&set::admin_mode>, {.usual = usual_mode, .refuses = refuses_mode, .follow = follow_mode,
      .of_channel = true, .cuts = may_cut::always, .step = kernel_step::vlans, .key = "mode", .asks_for_usual = 0x80000000}},
@@ -322,22 +327,22 @@ inline constexpr setting kSettings[] = {
      is_port, get_beacon, put_beacon, {.step = kernel_step::beacon, .key = "beacon"}},
     {PM_CFG_RX_BB_CREDIT, "switchport bb-credit", kCreditForms, kCredit, kNumbers, 4, 0, 255,
      is_fibre_channel, get_number<&set::receive_credit>, put_number<&set::receive_credit>, {.of_channel = true}},
-    {PM_CFG_PERFORMANCE_BUFFERS, "switchport bb-credit performance-buffers", kBuffersForms, kCredit, kNumbers, 4, 0, UINT32_MAX,
+    {PM_CFG_PERFORMANCE_BUFFERS, "switchport bb-credit performance-buffers", kBuffersForms, kCredit, kNumbers, 4, 0, UINT16_MAX,
      is_fibre_channel, get_number<&set::performance_buffers>, put_number<&set::performance_buffers>, {.of_channel = true}},
     {PM_CFG_BB_CREDIT_EXTENDED, "switchport bb-credit extended", kExtendedCreditForms, kCredit, kNumbers, 4, 0, 4095,
      is_fibre_channel, get_number<&set::extended_credit>, put_number<&set::extended_credit>, {.of_channel = true}},
     {PM_CFG_BB_CREDIT_MULTIPLIER, "switchport bb-credit multiplier", kMultiplierForms, kCredit, kNumbers, 4, 0, 255,
      is_fibre_channel, get_number<&set::credit_multiplier>, put_number<&set::credit_multiplier>, {.of_channel = true}},
     {PM_CFG_BB_SCN, "switchport bb-scn", kCreditCheckForms, switchport(TOKEN_SWITCHPORT_BB_SCN), kWord, 1, 0, 0,
-     is_fibre_channel, get_number<&set::bb_scn>, put_number<&set::bb_scn>, {.of_channel = true}},
+     is_fibre_channel_port, get_number<&set::bb_scn>, put_number<&set::bb_scn>, {.of_channel = true}},
     {PM_CFG_RXBUFSIZE, "switchport receive-buffer-size", kReceiveBufferForms, switchport(TOKEN_SWITCHPORT_RXBUFSIZE), kNumbers, 2, 256, 2112,
-     is_fibre_channel, get_number<&set::receive_buffer_bytes>, put_number<&set::receive_buffer_bytes>, {.of_channel = true}},
+     is_fibre_channel, get_number<&set::receive_buffer_bytes>, put_number<&set::receive_buffer_bytes>, {.refuses = refuses_receive_buffer, .of_channel = true}},
     {PM_CFG_PROMISCUOUS, "switchport promiscuous-mode", kPromiscuousForms, switchport(TOKEN_SWITCHPORT_PROMISCUOUS), kWord, 4, 0, 0,
      has_mode, get_number<&set::promiscuous_mode>, put_number<&set::promiscuous_mode>},
     {PM_CFG_IGNORE, "switchport ignore bit-errors", kBitErrorsForms, {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_IGNORE}, {TOKEN_BIT_ERRORS}}, kWord, 1, 0, 0,
      is_fibre_channel, get_number<&set::ignore_bit_errors>, put_number<&set::ignore_bit_errors>},
     {PM_CFG_MONITOR, "switchport monitor", kMonitorForms, switchport(TOKEN_SWITCHPORT_MONITOR), kWord, 4, 0, 0,
-     is_ethernet_or_channel, get_number<&set::span_monitor>, put_number<&set::span_monitor>, {.key = "span-monitor"}},
+     can_monitor, get_number<&set::span_monitor>, put_number<&set::span_monitor>, {.key = "span-monitor"}},
     {PM_CFG_PORT_DOWN_ON_LINK_FAILURE, "port down on link failure", kLinkFailureForms, {{TOKEN_PORT_DOWN_ON_LINK_FAILURE}}, kWord, 4, 0, 0,
      is_port, get_number<&set::down_on_link_failure>, put_number<&set::down_on_link_failure>, {.of_channel = true}},
     {PM_CFG_SERVICE_STATE, "out-of-service", kServiceStateForms, {{TOKEN_OUT_OF_SERVICE}}, kWord, 4, 0, 0,

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "service/services.h"
+#include "settings/settings.h"
 #include "shell/added_commands.h"
 #include "shell/library.h"
 #include "shell/options.h"
@@ -64,6 +65,7 @@ void open_switch(const options& wanted) {
   the_machine() = wanted.giant_ports != 0
                       ? make_giant(wanted.giant_ports)
                       : load_switch_file(wanted.switch_file.empty() ? demonstration_switch() : wanted.switch_file);
+  if (wanted.has_defaults) set_to_defaults(the_machine());
   set_source(std::make_unique<chassis_source>());
 }
 

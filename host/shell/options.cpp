@@ -68,13 +68,16 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provo
   CLI::Option* const file =
       app.add_option("--switch", wanted.switch_file, "Switch file; without it the demonstration switch");
   file->type_name("FILE");
+  CLI::Option* const defaults = app.add_flag("--hardware-defaults", wanted.has_defaults,
+                                             "Start with the default settings in place of those of the switch file");
   CLI::Option* const giant =
       app.add_option("--giant", wanted.giant_ports, "A switch of N Ethernet ports in place of a file");
   giant->type_name("N")->check(CLI::Range(1U, uint32{MAX_GIANT_PORTS}))->excludes(file);
   CLI::Option* const kernel =
       app.add_flag("--kernel", wanted.is_kernel, "The network devices of this machine in place of a file")
           ->excludes(file)
-          ->excludes(giant);
+          ->excludes(giant)
+          ->excludes(defaults);
   app.add_option("--map", wanted.map_file, "File that says which interface a device is")
       ->type_name("FILE")
       ->needs(kernel);

@@ -24,6 +24,7 @@ struct options {
   bool is_kernel = false;                // the machine that the shell runs on, in place of a file
   std::string map_file;                  // which interface a device is; empty: the usual ones
   bool has_session_counters = false;     // cleared counters are so for this session only
+  bool has_defaults = false;             // the settings of the hardware, in place of those of the file
   uint32 giant_ports = 0;                // not 0: a switch of so many ports in place of a file
   std::string user;                      // empty: the first of the switch
   std::vector<std::string> libraries;    // files of command libraries of others

@@ -85,7 +85,12 @@ TEST_F(PortConfig, SettingsReachTheModel) {
   EXPECT_EQ(set_one(it, PM_CFG_MTU, {0, 0, 0x23, 0x28}), 0U);
   EXPECT_EQ(set_one(it, PM_CFG_MONITOR, {0, 0, 0, 1}), 0U);
   EXPECT_EQ(set_one(it, PM_CFG_SERVICE_STATE, {0, 0, 0, 1}), 0U);
-  EXPECT_EQ(set_one(it, PM_CFG_SWITCHPORT, {0, 0, 0, 3}), 0U);
+  EXPECT_EQ(set_one(it, PM_CFG_SWITCHPORT, {0, 0, 0, 3}), uint32{PM_ERR_NOT_ALLOWED_ON_INTERFACE})
+      << "its kind is never routed";
+  EXPECT_EQ(set_one(names_.routed_port, PM_CFG_SWITCHPORT, {0, 0, 0, 2}), uint32{PM_ERR_SUB_INTERFACE_ON_L2})
+      << "its sub-interfaces need a routed port";
+  EXPECT_EQ(set_one(names_.channel, PM_CFG_SWITCHPORT, {0, 0, 0, 3}), 0U);
+  EXPECT_EQ(port(names_.channel).settings.layer, 3U);
   const interface& changed = port(it);
   EXPECT_EQ(changed.settings.description, "to the lab");
   EXPECT_EQ(changed.settings.admin_mode, 0x100000U);
@@ -96,7 +101,6 @@ TEST_F(PortConfig, SettingsReachTheModel) {
   EXPECT_EQ(changed.settings.mtu_bytes, 9000);
   EXPECT_EQ(changed.settings.span_monitor, 1U);
   EXPECT_EQ(changed.settings.service_state, 1U);
-  EXPECT_EQ(changed.settings.layer, 3U);
 }
 
 TEST_F(PortConfig, RefusalsNameTheirReasonAndChangeNothing) {

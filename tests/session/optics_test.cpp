@@ -160,7 +160,7 @@ TEST(Optics, ListingHasTheRecordsOfTheInterfaces) {
 
 TEST(Trunks, EachHasItsRows) {
   EXPECT_EQ(shown("show interface trunk | begin Eth"),
-            "Eth2/1     10      trunking      --\nEth2/2     99      trnk-bndl     Po5\nPo5        1       trunking    "
+            "Eth2/1     10      trunking      --\nEth2/2     99      trnk-bndl     Po5\nPo5        99      trunking    "
             "  --\n");
   EXPECT_EQ(shown("show interface ethernet 2/1-3 trunk allowed | begin Eth"),
             "Eth2/1     1,10-30\nEth2/2     1-4094\n");

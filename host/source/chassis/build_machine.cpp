@@ -63,6 +63,7 @@ class builder {
     result().interfaces.reserve(placed_.size());
     for (const placed_interface& it : placed_) result().interfaces.push_back(describe(it));
     refuse_mixed_channels();
+    for (interface& port : result().interfaces) follow_channel(port);
     for (interface& port : result().interfaces) derive_bandwidth(port);
     for (interface& port : result().interfaces) inherit_from_parent(port);
     for (interface& port : result().interfaces) port.at_start = port.settings;
@@ -293,6 +294,14 @@ class builder {
   }
 
   // What follows from other interfaces
+
+  // A member is set as its port-channel.
+  void follow_channel(interface& port) {
+    if (port.settings.channel == 0) return;
+    take_over_settings(*result().find(port.settings.channel), port);
+    port.at_start = port.settings;
+    negotiate(port);
+  }
 
   // A port-channel is as fast as its members that are up together; other interfaces as they operate.
   void derive_bandwidth(interface& port) {
