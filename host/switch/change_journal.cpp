@@ -11,11 +11,7 @@ namespace {
 
 constexpr std::size_t kMostPorts = 20'000;
 
-struct {
-  std::deque<change_step> steps;
-  std::size_t num_ports = 0;  // of all steps but the last
-  bool is_running = false;    // the last step is that of a command that began
-} journal;
+change_journal journal;
 
 bool is_changed(const machine& of, if_index_t if_index, const port_settings& before) {
   const interface* const port = of.find(if_index);
@@ -92,6 +88,8 @@ std::vector<if_index_t> change_step::ports() const {
   std::sort(all.begin(), all.end());
   return all;
 }
+
+void swap_journal(change_journal& other) { std::swap(journal, other); }
 
 void begin_changes(std::string_view command) {
   settle_last_step(the_machine());
