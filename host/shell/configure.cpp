@@ -151,13 +151,15 @@ int leave_mode(const invocation& run) {
 }
 
 int set_ports(const invocation& run) {
-  if (!may_go_on(run)) return kNotPermitted;
+  const std::string setting = words_of_command(run.line);
+  const ports_before before(run);
+  if (!may_go_on(run)) return before.report(setting, {}, kUnconfirmed), kNotPermitted;
   const command_queue q;
   command_account account(q.handle);
-  begin_changes(words_of_command(run.line));
+  begin_changes(setting);
   const int32 worst = set_ranges(run, q.handle, account.settings);
   run.output.flush();
-  record_refusals(run.output, account.settings.ports);
+  before.report(setting, account.settings.ports, reason_of_silence(worst, account.settings));
   return exit_code_of(worst, account.settings);
 }
 
@@ -170,15 +172,17 @@ int undo(const invocation& run) {
                                              " changes to take back. 'show changes' lists them.");
     return kUsage;
   }
-  if (!may_undo(run, num_steps)) return kNotPermitted;
+  const ports_before before(run, changed_ports(the_machine(), num_steps));
+  if (!may_undo(run, num_steps)) return before.report(run.line.text, {}, kUnconfirmed), kNotPermitted;
   int code = kDone;
+  std::vector<pm_port_cfg_status_t> refused;
   for (std::size_t i = 0; i < num_steps && code == kDone; ++i) {
     const changes_back made = take_change_back(the_machine());
     if (!made.restored.empty()) run.output.text("Taken back for " + range_text(made.restored) + ".\n");
-    std::vector<pm_port_cfg_status_t> refused;
     for (const auto& [if_index, status] : made.refused) refused.push_back({if_index, status});
     code = report_refusals(run, "undo", refused);
   }
+  before.report(run.line.text, refused);
   leave_lost_interfaces(run.session);
   return code;
 }

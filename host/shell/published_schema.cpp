@@ -185,6 +185,15 @@ void write_list(json_writer& json, std::string_view name, WriteItem write_item) 
   json.end_object();
 }
 
+void write_summary(json_writer& json) {
+  json.key("summary");
+  write_object(json, [&] {
+    const std::vector<std::string_view> names = {"applied", "unchanged", "refused"};
+    for (const std::string_view name : names) write_raw(json, name, R"({"type": "integer"})");
+    return names;
+  });
+}
+
 void write_document(json_writer& json, const display& shown) {
   write_object(json, [&] {
     std::vector<std::string_view> names = {"schema_version", "display", "command", "time"};
@@ -199,6 +208,10 @@ void write_document(json_writer& json, const display& shown) {
     names.insert(names.end(), {"messages", "exit_code"});
     write_list(json, "messages", [&] { json.digits(reference_to("value_message")); });
     write_raw(json, "exit_code", R"({"type": "integer"})");
+    if (has_summary(shown)) {
+      names.emplace_back("summary");
+      write_summary(json);
+    }
     if (shown.section.empty()) return names;
     names.push_back(shown.section);
     json.key(shown.section);

@@ -110,6 +110,9 @@ enum : uint16 {
   kRowNeverDropped,
   kRowStatus,
   kRowText,
+  kRowSetting,
+  kRowResult,
+  kRowReason,
   kRowInterfaceRange,
   kRowCommand,
   kRowStep,
@@ -174,6 +177,11 @@ enum : uint16 {
   kTagRowUnit,
   kTagRowModule,
   kTagCommandRange,
+  kTagSettingCommand,
+  kTagSettingBefore,
+  kTagSettingAfter,
+  kTagSettingResult,
+  kTagSettingReason,
 };
 
 // Tags of the resources of modules, below those.
