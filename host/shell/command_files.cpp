@@ -149,6 +149,7 @@ copied_file run_for_copy(shell& session, const command_line& line, bool is_colle
   session.mode = mode;
   session.configured = configured;
   session.is_leaving = session.has_lost_output;
+  if (session.trying && session.trying->num_files() > session.num_files) leave_dry_run(session);
   leave_lost_interfaces(session);
   return copied;
 }

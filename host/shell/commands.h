@@ -49,6 +49,7 @@ int leave(const invocation& run);
 
 // The configuration.
 int configure(const invocation& run);
+int configure_dry_run(const invocation& run);
 int choose_interfaces(const invocation& run);
 int delete_interfaces(const invocation& run);
 int set_ports(const invocation& run);

@@ -113,7 +113,9 @@ int choose_interfaces(const invocation& run) {
   command_account account(q.handle);
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
+  const interfaces_before before(run);
   const selection chosen = select_or_create(run.session, parameters, run.line.spans);
+  before.report();
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) {
     leave_interfaces(run.session);  // settings that follow must not go to those chosen before
@@ -130,7 +132,9 @@ int delete_interfaces(const invocation& run) {
   command_account account(q.handle);
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
+  const interfaces_before before(run);
   const selection deleted = delete_named(run.session, parameters, run.line.spans, run.session.num_files > 0);
+  before.report();
   if (!deleted.complaint.empty()) run.output.complain(deleted.complaint);
   if (deleted.code != kDone) return deleted.code;
   leave_interfaces(run.session);
@@ -140,13 +144,14 @@ int delete_interfaces(const invocation& run) {
 int leave_configuration(const invocation& run) {
   run.session.mode = kExecMode;
   run.session.configured = {};
+  leave_dry_run(run.session);
   return kDone;
 }
 
 int leave_mode(const invocation& run) {
   if (run.session.mode == kExecMode) return leave(run);
-  run.session.mode = run.session.mode == kInterfaceMode ? kConfigureMode : kExecMode;
-  run.session.configured = {};
+  if (run.session.mode == kConfigureMode) return leave_configuration(run);
+  leave_interfaces(run.session);
   return kDone;
 }
 

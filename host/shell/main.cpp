@@ -102,6 +102,7 @@ int begin_with(const std::string& configuration, shell& session) {
   session.mode = kExecMode;
   session.is_leaving = false;
   session.configured = {};
+  leave_dry_run(session);
   return code;
 }
 
@@ -128,6 +129,7 @@ int run(const options& wanted) {
   session.switch_name = the_machine().name;
   session.keeps_going = wanted.keep_going;
 
+  if (wanted.is_dry_run) session.trying = std::make_unique<dry_run>(dry_run::kWholeSession);
   if (wanted.assume_yes) assume_yes();
   int result = begin_with(wanted.configuration, session);
   if (result != kDone && (result == kInterrupted || !wanted.keep_going)) return result;

@@ -1,6 +1,7 @@
 #include "shell/setting_outcome.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "platform/syserr.h"
@@ -96,6 +97,37 @@ void record(command_output& output, const std::string& setting, const std::map<i
   output.set_summary(summary);
 }
 
+// What would change, as text.
+std::string text_of(const setting_result& result) {
+  const std::string before = joined(result.made.before), after = joined(result.made.after);
+  if (before.empty()) return after.empty() ? word_of(result.what) : after;
+  return before + " -> " + (after.empty() ? "none" : after);
+}
+
+void print_names(command_output& output, const std::vector<if_index_t>& interfaces, const std::string& what) {
+  if (!interfaces.empty()) output.text(names_text(interfaces) + ": " + what + "\n");
+}
+
+void print(command_output& output, const std::map<if_index_t, setting_result>& results) {
+  std::map<if_index_t, std::string> texts;
+  for (const auto& [if_index, result] : results)
+    if (result.what != outcome::refused) texts.emplace(if_index, text_of(result));
+  for (const auto& [text, interfaces] : grouped(texts)) print_names(output, interfaces, text);
+}
+
+std::vector<if_index_t> every_interface() {
+  std::vector<if_index_t> all;
+  for (const interface& it : the_machine().interfaces) all.push_back(it.if_index);
+  return all;
+}
+
+// What only the first of two sorted lists has.
+std::vector<if_index_t> difference_of(const std::vector<if_index_t>& from, const std::vector<if_index_t>& others) {
+  std::vector<if_index_t> left;
+  std::set_difference(from.begin(), from.end(), others.begin(), others.end(), std::back_inserter(left));
+  return left;
+}
+
 int exit_code_of_ports(std::span<const pm_port_cfg_status_t> ports) {
   if (any_port(ports, [](uint32 status) { return status == PORT_STATUS_NO_RIGHT; })) return kNotPermitted;
   return any_port(ports, [](uint32 status) { return status != 0; }) ? kSomeInterfacesFailed : kDone;
@@ -104,16 +136,18 @@ int exit_code_of_ports(std::span<const pm_port_cfg_status_t> ports) {
 }  // namespace
 
 ports_before::ports_before(const invocation& run, std::span<const if_index_t> ports) : run_(run) {
-  if (!run.output.is_structured()) return;
+  if (!is_reported()) return;
   for (const if_index_t it : ports) note(it);
 }
 
 ports_before::ports_before(const invocation& run) : run_(run) {
-  if (!run.output.is_structured()) return;
+  if (!is_reported()) return;
   for (const vsh_intf_mono_range_t& range : run.session.configured.ranges)
     for (const interface& it : the_machine().interfaces)
       if (range.lower_if_index <= it.if_index && it.if_index <= range.upper_if_index) note(it.if_index);
 }
+
+bool ports_before::is_reported() const { return run_.output.is_structured() || run_.session.trying != nullptr; }
 
 void ports_before::note(if_index_t if_index) {
   const interface* const port = std::as_const(the_machine()).find(if_index);
@@ -122,7 +156,7 @@ void ports_before::note(if_index_t if_index) {
 
 void ports_before::report(const std::string& setting, std::span<const pm_port_cfg_status_t> answers,
                           const std::string& unanswered) const {
-  if (!run_.output.is_structured()) return;
+  if (!is_reported()) return;
   std::map<if_index_t, uint32> statuses;
   for (const pm_port_cfg_status_t& it : answers) {
     const auto known = statuses.emplace(it.if_index, it.status).first;
@@ -140,7 +174,21 @@ void ports_before::report(const std::string& setting, std::span<const pm_port_cf
   for (const auto& [if_index, status] : statuses)
     if (status != 0 && ports_.count(if_index) == 0)
       refuse(results[if_index], status, text_of(status));  // there is no such interface
-  record(run_.output, setting, results);
+  if (run_.output.is_structured())
+    record(run_.output, setting, results);
+  else
+    print(run_.output, results);
+}
+
+interfaces_before::interfaces_before(const invocation& run) : run_(run) {
+  if (run.session.trying) interfaces_ = every_interface();
+}
+
+void interfaces_before::report() const {
+  if (!run_.session.trying) return;
+  const std::vector<if_index_t> now = every_interface();
+  print_names(run_.output, difference_of(now, interfaces_), "created");
+  print_names(run_.output, difference_of(interfaces_, now), "deleted");
 }
 
 std::string reason_of_silence(int32 worst, const setting_results& results) {

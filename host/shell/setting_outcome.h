@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "client/command_account.h"
 #include "platform/port_config.h"
@@ -21,7 +22,7 @@ inline constexpr int32 kForbiddenSetting = PM_CLI_NOT_PERMITTED;
 inline constexpr char kUnconfirmed[] = "it may cut the connection of the user";
 
 // The ports of a command as they were when it began. In the structured form it makes a record for each of them, which
-// says what became of the setting.
+// says what became of the setting. As text, a dry run lists what would change; who refused is printed anyway.
 class ports_before {
  public:
   // The ports that are to change.
@@ -36,10 +37,22 @@ class ports_before {
               const std::string& unanswered = {}) const;
 
  private:
+  bool is_reported() const;
   void note(if_index_t if_index);
 
   const invocation& run_;
   std::map<if_index_t, std::optional<port_settings>> ports_;  // nothing: there was no such interface
+};
+
+// The interfaces as they were when a command began that creates or deletes some. A dry run lists what it would do.
+class interfaces_before {
+ public:
+  explicit interfaces_before(const invocation& run);
+  void report() const;
+
+ private:
+  const invocation& run_;
+  std::vector<if_index_t> interfaces_;
 };
 
 // Why no service was asked for a setting: for ports_before::report(). Empty when one was.

@@ -67,6 +67,11 @@ int refuse_line(const shell& session, std::string_view line, std::string_view er
   return code == kDone ? int{kUsage} : code;
 }
 
+int run_function(const invocation& run) {
+  if (run.session.trying && is_skipped_in_dry_run(run.line)) return skip_in_dry_run(run);
+  return run.line.what->run(run);
+}
+
 int run_command(shell& session, const command_line& line, std::string_view written) {
   line_filters filters;
   for (const pipe_stage& stage : line.pipes) {
@@ -88,7 +93,7 @@ int run_command(shell& session, const command_line& line, std::string_view writt
   int write_error = 0;
   {
     command_output output(settings, filters);
-    result = output.report_failures(copied ? report(*copied, output) : line.what->run({line, session, output}));
+    result = output.report_failures(copied ? report(*copied, output) : run_function({line, session, output}));
     output.set_exit_code(was_interrupted() ? int{kInterrupted} : result);
     write_error = output.finish();
   }
@@ -123,8 +128,9 @@ int run_line(shell& session, std::string_view line) {
 }
 
 std::string prompt_of(const shell& session) {
-  const char* const mode = session.mode == kExecMode ? "" : session.mode == kConfigureMode ? "(config)" : "(config-if)";
-  return session.switch_name + mode + "# ";
+  std::string mode = session.mode == kExecMode ? "" : session.mode == kConfigureMode ? "config" : "config-if";
+  if (session.trying) mode += mode.empty() ? "dry-run" : "-dry-run";
+  return session.switch_name + (mode.empty() ? "" : "(" + mode + ")") + "# ";
 }
 
 int run_input(shell& session) {

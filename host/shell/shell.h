@@ -1,12 +1,14 @@
 // A running shell: what its commands share.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/mts.h"
 #include "platform/paraminfo.h"
+#include "shell/dry_run.h"
 #include "shell/exit_codes.h"
 #include "shell/grammar.h"
 #include "shell/interface_kinds.h"
@@ -36,6 +38,7 @@ struct shell {
   uint32 num_files = 0;          // whose lines are being run, each by a line of the one before; 0: a user types
   shell_mode mode = kExecMode;
   configured_interfaces configured;  // what the settings of the interface mode are for
+  std::unique_ptr<dry_run> trying;   // null: commands change the machine
 };
 
 // A transport queue for one command.
@@ -59,7 +62,7 @@ struct completion {
 };
 completion complete(std::string_view line, shell_mode mode = kExecMode);
 
-// "switch# ", "switch(config)# " and so on.
+// "switch# ", "switch(config)# ", "switch(config-if-dry-run)# " and so on.
 std::string prompt_of(const shell& session);
 
 // Reads commands from the user until the end of the input. Returns an exit code.

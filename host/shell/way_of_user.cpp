@@ -13,6 +13,7 @@
 #include "shell/shell.h"
 #include "switch/change_journal.h"
 #include "switch/source.h"
+#include "switch/trial.h"
 
 namespace host {
 namespace {
@@ -45,6 +46,7 @@ bool wants_it(const std::vector<if_index_t>& cut) {
 
 template <typename Test>
 bool may_change(const invocation& run, Test is_changed) {
+  if (trial::is_running()) return true;
   std::vector<if_index_t> way = the_source().interfaces_towards(address_of_user());
   way.erase(std::remove_if(way.begin(), way.end(), [&](if_index_t it) { return !is_changed(it); }), way.end());
   if (way.empty() || wants_it(way)) return true;
