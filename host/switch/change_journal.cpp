@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "switch/clock.h"
+#include "switch/settings_merge.h"
 #include "switch/source.h"
 
 namespace host {
@@ -71,11 +72,7 @@ void restore_settings(const change_step& step, machine& of, changes_back& made) 
   for (const auto& [if_index, before] : step.before) {
     interface* const port = of.find(if_index);
     if (port == nullptr) continue;  // created by the same command, and deleted by now
-    const port_settings now = port->settings;
-    port->settings = before;
-    const uint32 status = the_source().apply_settings(*port, now);
-    if (status != 0) port->settings = now;
-    add_result(made, if_index, status);
+    add_result(made, if_index, apply_in_steps(*port, before));
   }
 }
 
