@@ -142,6 +142,7 @@ int delete_interfaces(const invocation& run) {
 }
 
 int leave_configuration(const invocation& run) {
+  if (!may_leave_candidate(run.session)) return kUsage;
   run.session.mode = kExecMode;
   run.session.configured = {};
   leave_dry_run(run.session);

@@ -102,6 +102,7 @@ int begin_with(const std::string& configuration, shell& session) {
   session.mode = kExecMode;
   session.is_leaving = false;
   session.configured = {};
+  end_candidate(session);
   leave_dry_run(session);
   return code;
 }
@@ -112,6 +113,28 @@ fs::path library_directory() {
   std::error_code error;
   return fs::exists(built / "libpmcli_common.so", error) ? built
                                                          : (program_directory() / PMCLI_LIBRARIES).lexically_normal();
+}
+
+// Files, commands, or what the user types. Returns the first exit code that is not 0.
+int run_session(const options& wanted, shell& session) {
+  int result = begin_with(wanted.configuration, session);
+  if (result != kDone && (result == kInterrupted || !wanted.keep_going)) return result;
+  for (const std::string& file : wanted.files) {
+    const int code = run_file(session, file);
+    if (result == kDone) result = code;
+    if (session.is_leaving || (code != kDone && !wanted.keep_going)) return result;
+  }
+  if (wanted.commands.empty() && wanted.files.empty()) {
+    session.is_interactive = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
+    const int code = session.is_interactive ? run_interactively(session) : run_input(session);
+    return result == kDone ? code : result;
+  }
+  for (const std::string& command : wanted.commands) {
+    const int code = run_line(session, command);
+    if (result == kDone) result = code;
+    if (code == kInterrupted || session.is_leaving) break;
+  }
+  return result;
 }
 
 int run(const options& wanted) {
@@ -131,23 +154,8 @@ int run(const options& wanted) {
 
   if (wanted.is_dry_run) session.trying = std::make_unique<dry_run>(dry_run::kWholeSession);
   if (wanted.assume_yes) assume_yes();
-  int result = begin_with(wanted.configuration, session);
-  if (result != kDone && (result == kInterrupted || !wanted.keep_going)) return result;
-  for (const std::string& file : wanted.files) {
-    const int code = run_file(session, file);
-    if (result == kDone) result = code;
-    if (session.is_leaving || (code != kDone && !wanted.keep_going)) return result;
-  }
-  if (wanted.commands.empty() && wanted.files.empty()) {
-    session.is_interactive = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
-    const int code = session.is_interactive ? run_interactively(session) : run_input(session);
-    return result == kDone ? code : result;
-  }
-  for (const std::string& command : wanted.commands) {
-    const int code = run_line(session, command);
-    if (result == kDone) result = code;
-    if (code == kInterrupted || session.is_leaving) break;
-  }
+  const int result = run_session(wanted, session);
+  end_candidate(session);
   return result;
 }
 

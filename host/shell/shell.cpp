@@ -69,6 +69,8 @@ int refuse_line(const shell& session, std::string_view line, std::string_view er
 
 int run_function(const invocation& run) {
   if (run.session.trying && is_skipped_in_dry_run(run.line)) return skip_in_dry_run(run);
+  std::optional<trial> on_candidate;
+  if (run.session.edited && is_for_candidate(run.line)) on_candidate.emplace(run.session.edited->state());
   return run.line.what->run(run);
 }
 
@@ -129,6 +131,7 @@ int run_line(shell& session, std::string_view line) {
 
 std::string prompt_of(const shell& session) {
   std::string mode = session.mode == kExecMode ? "" : session.mode == kConfigureMode ? "config" : "config-if";
+  if (session.edited && session.mode != kExecMode) mode += "-candidate";
   if (session.trying) mode += mode.empty() ? "dry-run" : "-dry-run";
   return session.switch_name + (mode.empty() ? "" : "(" + mode + ")") + "# ";
 }

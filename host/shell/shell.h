@@ -8,6 +8,7 @@
 
 #include "platform/mts.h"
 #include "platform/paraminfo.h"
+#include "shell/candidate.h"
 #include "shell/dry_run.h"
 #include "shell/exit_codes.h"
 #include "shell/grammar.h"
@@ -37,8 +38,9 @@ struct shell {
   bool keeps_going = false;      // files go on after a line that failed
   uint32 num_files = 0;          // whose lines are being run, each by a line of the one before; 0: a user types
   shell_mode mode = kExecMode;
-  configured_interfaces configured;  // what the settings of the interface mode are for
-  std::unique_ptr<dry_run> trying;   // null: commands change the machine
+  configured_interfaces configured;   // what the settings of the interface mode are for
+  std::unique_ptr<dry_run> trying;    // null: commands change the machine
+  std::unique_ptr<candidate> edited;  // null: settings change the machine
 };
 
 // A transport queue for one command.

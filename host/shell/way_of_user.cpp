@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/port_manager.h"
 #include "platform/vsh.h"
 #include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
@@ -55,6 +56,16 @@ bool may_change(const invocation& run, Test is_changed) {
   return false;
 }
 
+// Whether a link may go down, or what it carries may not be carried any more.
+bool may_cut(const machine_changes::settings& change) {
+  using set = port_settings;
+  const set &before = change.before, &after = change.after;
+  const auto differs = [&](auto... member) { return (... || (before.*member != after.*member)); };
+  const bool goes_down = before.admin_state != after.admin_state && after.admin_state != PM_PORT_STATE_UP;
+  return goes_down || differs(&set::admin_mode, &set::admin_speed_mbps, &set::admin_duplex, &set::layer, &set::channel,
+                              &set::access_vlan, &set::native_vlan, &set::allowed_vlans, &set::admin_flow_control);
+}
+
 }  // namespace
 
 bool may_go_on(const invocation& run) {
@@ -71,6 +82,13 @@ bool may_delete(const invocation& run) {
       append_matching(span, {&it, 1}, matches);
       return !matches.empty();
     });
+  });
+}
+
+bool may_commit(const invocation& run, const machine_changes& changes) {
+  return may_change(run, [&](if_index_t it) {
+    const auto changed = changes.changed.find(it);
+    return changes.deleted.count(it) != 0 || (changed != changes.changed.end() && may_cut(changed->second));
   });
 }
 

@@ -67,6 +67,7 @@ TEST(DryRun, ItsSettingsCanBeTakenBackWithinIt) {
 TEST(DryRun, WhatLeavesTheMachineIsSkipped) {
   const std::string file = testing::TempDir() + "pmsh-dry-run.cfg";
   std::remove(file.c_str());
+  std::filesystem::remove_all(state_directory());
   const outcome result = tried("copy running-config startup-config\nwrite\ncopy running-config " + file +
                                "\nclear counters\nclock advance 60\nend\nshow startup-config\n");
   EXPECT_EQ(result.out,

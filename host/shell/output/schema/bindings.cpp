@@ -617,6 +617,11 @@ constexpr binding kBindings[] = {
     {kTagChangeBefore, kRowBefore, kChangesDisplay},
     {kTagChangeAfter, kRowAfter, kChangesDisplay},
 
+    // What a commit would change of an interface.
+    {kTagDiffInterface, row_of(property::interface), kDiffDisplay},
+    {kTagDiffBefore, kRowBefore, kDiffDisplay},
+    {kTagDiffAfter, kRowAfter, kDiffDisplay},
+
     // A device of the kernel, and its interface.
     {kTagMapDevice, row_of(property::device), kKernelMapDisplay},
     {kTagMapInterface, row_of(property::interface), kKernelMapDisplay},
