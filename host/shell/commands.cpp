@@ -79,6 +79,7 @@ int help(const invocation& run) {
 }
 
 int leave(const invocation& run) {
+  if (!may_leave_candidate(run.session)) return kUsage;
   run.session.is_leaving = true;
   return kDone;
 }

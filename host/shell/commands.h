@@ -49,6 +49,11 @@ int leave(const invocation& run);
 
 // The configuration.
 int configure(const invocation& run);
+int configure_candidate(const invocation& run);
+int configure_dry_run(const invocation& run);
+int show_diff(const invocation& run);
+int commit(const invocation& run);
+int discard(const invocation& run);
 int choose_interfaces(const invocation& run);
 int delete_interfaces(const invocation& run);
 int set_ports(const invocation& run);

@@ -113,7 +113,9 @@ int choose_interfaces(const invocation& run) {
   command_account account(q.handle);
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
+  const interfaces_before before(run);
   const selection chosen = select_or_create(run.session, parameters, run.line.spans);
+  before.report();
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) {
     leave_interfaces(run.session);  // settings that follow must not go to those chosen before
@@ -130,7 +132,9 @@ int delete_interfaces(const invocation& run) {
   command_account account(q.handle);
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
+  const interfaces_before before(run);
   const selection deleted = delete_named(run.session, parameters, run.line.spans, run.session.num_files > 0);
+  before.report();
   if (!deleted.complaint.empty()) run.output.complain(deleted.complaint);
   if (deleted.code != kDone) return deleted.code;
   leave_interfaces(run.session);
@@ -138,26 +142,30 @@ int delete_interfaces(const invocation& run) {
 }
 
 int leave_configuration(const invocation& run) {
+  if (!may_leave_candidate(run.session)) return kUsage;
   run.session.mode = kExecMode;
   run.session.configured = {};
+  leave_dry_run(run.session);
   return kDone;
 }
 
 int leave_mode(const invocation& run) {
   if (run.session.mode == kExecMode) return leave(run);
-  run.session.mode = run.session.mode == kInterfaceMode ? kConfigureMode : kExecMode;
-  run.session.configured = {};
+  if (run.session.mode == kConfigureMode) return leave_configuration(run);
+  leave_interfaces(run.session);
   return kDone;
 }
 
 int set_ports(const invocation& run) {
-  if (!may_go_on(run)) return kNotPermitted;
+  const std::string setting = words_of_command(run.line);
+  const ports_before before(run);
+  if (!may_go_on(run)) return before.report(setting, {}, kUnconfirmed), kNotPermitted;
   const command_queue q;
   command_account account(q.handle);
-  begin_changes(words_of_command(run.line));
+  begin_changes(setting);
   const int32 worst = set_ranges(run, q.handle, account.settings);
   run.output.flush();
-  record_refusals(run.output, account.settings.ports);
+  before.report(setting, account.settings.ports, reason_of_silence(worst, account.settings));
   return exit_code_of(worst, account.settings);
 }
 
@@ -170,15 +178,17 @@ int undo(const invocation& run) {
                                              " changes to take back. 'show changes' lists them.");
     return kUsage;
   }
-  if (!may_undo(run, num_steps)) return kNotPermitted;
+  const ports_before before(run, changed_ports(the_machine(), num_steps));
+  if (!may_undo(run, num_steps)) return before.report(run.line.text, {}, kUnconfirmed), kNotPermitted;
   int code = kDone;
+  std::vector<pm_port_cfg_status_t> refused;
   for (std::size_t i = 0; i < num_steps && code == kDone; ++i) {
     const changes_back made = take_change_back(the_machine());
     if (!made.restored.empty()) run.output.text("Taken back for " + range_text(made.restored) + ".\n");
-    std::vector<pm_port_cfg_status_t> refused;
     for (const auto& [if_index, status] : made.refused) refused.push_back({if_index, status});
     code = report_refusals(run, "undo", refused);
   }
+  before.report(run.line.text, refused);
   leave_lost_interfaces(run.session);
   return code;
 }

@@ -42,6 +42,7 @@ constexpr display kPanel = {kPanelDisplay, {}, "panel", true, true, "ports"};
 constexpr display kText = kSentences;
 constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
 constexpr display kChanges = {kChangesDisplay, {}, "changes", false, false, "changes"};
+constexpr display kDiff = {kDiffDisplay, {}, "diff", true, false, "differences"};
 constexpr display kModuleResources = {kModuleResourcesDisplay, {}, "module_resources", false, false, "resources", true};
 constexpr display kStartupConfig = {kStartupConfigDisplay, {}, "startup_config", false, false, "commands"};
 constexpr display kRunningConfig = {kRunningConfigDisplay, {}, "running_config", false, false, "commands"};
@@ -107,10 +108,15 @@ constexpr command kGeneralCommands[] = {
     {"copy FILE running-config", "Run the commands of a file", nullptr, kText},
     {"copy running-config FILE", "Write the settings to a file", copy_running_config, kText},
     {"configure [terminal]", "Go to the configuration", configure, kText, 0, kExecMode},
+    {"configure candidate", "The same, to collect settings and to commit them together", configure_candidate, kText, 0, kExecMode},
+    {"configure dry-run", "The same, to try settings: nothing is changed", configure_dry_run, kText, 0, kExecMode},
     {"interface RANGE", "Choose interfaces, creating missing loopbacks and sub-interfaces", choose_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
     {"no interface RANGE", "Delete loopbacks and sub-interfaces of ports", delete_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
     {"undo [CHANGES]", "Take back the last settings, creations or deletions", undo, kSettingShown},
     {"show changes", "What was set, created and deleted in this session, as 'undo' takes it back", show_changes, kChanges},
+    {"show diff", "What a commit of the candidate would change", show_diff, kDiff},
+    {"commit", "Make the settings of the candidate", commit, kSettingShown, 0, kConfigureMode | kInterfaceMode},
+    {"discard", "Forget the changes of the candidate", discard, kText, 0, kConfigureMode | kInterfaceMode},
     {"show transport", "Messages between this shell and the services", show_transport, kTransport},
     {"help", "All commands", help, kText},
     {"end", "Leave the configuration", leave_configuration, kText, 0, kConfigureMode | kInterfaceMode},
@@ -146,11 +152,13 @@ constexpr word_help kWords[] = {
     {"bit-errors", "Bit errors"},
     {"brief", "A line for each"},
     {"calibrations", "Calibration constants"},
+    {"candidate", "Collect settings and commit them together"},
     {"capabilities", "What the ports can do"},
     {"changes", "What was changed in this session"},
     {"channel-group", "Put ports into a port-channel"},
     {"clear", "Let counters start from 0"},
     {"clock", "The clock of this shell"},
+    {"commit", "Make the settings of the candidate"},
     {"configure", "Go to the configuration"},
     {"copy", "Write settings to a file, or run those of one"},
     {"counters", "Counters of interfaces"},
@@ -160,8 +168,11 @@ constexpr word_help kWords[] = {
     {"detail", "In detail"},
     {"detailed", "In detail"},
     {"details", "With the limits of the values"},
+    {"diff", "What a commit of the candidate would change"},
+    {"discard", "Forget the changes of the candidate"},
     {"dot1q", "Tags of VLANs"},
     {"down", "Interfaces that are switched off, or stay down"},
+    {"dry-run", "Try settings without changing anything"},
     {"duplex", "Full, half or auto"},
     {"encapsulation", "How frames are packed"},
     {"end", "Leave the configuration"},

@@ -50,12 +50,15 @@ std::vector<if_index_range_t> ranges_of(const shell& session) {
 }  // namespace
 
 int set_ports_of_host(const invocation& run) {
-  if (!may_go_on(run)) return kNotPermitted;
+  const std::string setting = words_of_command(run.line);
+  const ports_before before(run);
+  if (!may_go_on(run)) return before.report(setting, {}, kUnconfirmed), kNotPermitted;
   const command_queue q;
   command_account account(q.handle);
-  begin_changes(words_of_command(run.line));
+  begin_changes(setting);
   const int32 error =
       set_host_setting(q.handle, ranges_of(run.session), run.line.what->sets->type, octets_of(run.line));
+  before.report(setting, account.settings.ports, reason_of_silence(0, account.settings));
   if (error != 0) {
     vsh_print_mts_error_message(VSH_MTS_ERROR_REQUEST, mts_errno_get(q.handle));
     return kServiceFailed;

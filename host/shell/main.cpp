@@ -104,6 +104,8 @@ int begin_with(const std::string& configuration, shell& session) {
   session.mode = kExecMode;
   session.is_leaving = false;
   session.configured = {};
+  end_candidate(session);
+  leave_dry_run(session);
   return code;
 }
 
@@ -115,22 +117,8 @@ fs::path library_directory() {
                                                          : (program_directory() / PMCLI_LIBRARIES).lexically_normal();
 }
 
-int run(const options& wanted) {
-  if (wanted.published != nullptr) {
-    load_libraries(library_directory(), wanted.libraries);
-    return print_text(wanted.published());
-  }
-  if (wanted.clock) clock_set(static_cast<std::time_t>(*wanted.clock));
-  open_switch(wanted);
-  transport_register(all_services());
-  if (!provoke(wanted)) return kUsage;
-  shell session;
-  if (!choose_user(wanted.user, session)) return kUsage;
-  session.library = load_libraries(library_directory(), wanted.libraries);
-  session.switch_name = the_machine().name;
-  session.keeps_going = wanted.keep_going;
-
-  if (wanted.assume_yes) assume_yes();
+// Files, commands, or what the user types. Returns the first exit code that is not 0.
+int run_session(const options& wanted, shell& session) {
   int result = begin_with(wanted.configuration, session);
   if (result != kDone && (result == kInterrupted || !wanted.keep_going)) return result;
   for (const std::string& file : wanted.files) {
@@ -148,6 +136,28 @@ int run(const options& wanted) {
     if (result == kDone) result = code;
     if (code == kInterrupted || session.is_leaving) break;
   }
+  return result;
+}
+
+int run(const options& wanted) {
+  if (wanted.published != nullptr) {
+    load_libraries(library_directory(), wanted.libraries);
+    return print_text(wanted.published());
+  }
+  if (wanted.clock) clock_set(static_cast<std::time_t>(*wanted.clock));
+  open_switch(wanted);
+  transport_register(all_services());
+  if (!provoke(wanted)) return kUsage;
+  shell session;
+  if (!choose_user(wanted.user, session)) return kUsage;
+  session.library = load_libraries(library_directory(), wanted.libraries);
+  session.switch_name = the_machine().name;
+  session.keeps_going = wanted.keep_going;
+
+  if (wanted.is_dry_run) session.trying = std::make_unique<dry_run>(dry_run::kWholeSession);
+  if (wanted.assume_yes) assume_yes();
+  const int result = run_session(wanted, session);
+  end_candidate(session);
   return result;
 }
 

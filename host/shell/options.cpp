@@ -61,6 +61,7 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provo
       ->type_name("FILE")
       ->allow_extra_args(false);
   app.add_flag("--keep-going", wanted.keep_going, "Continue a file after a command that failed");
+  app.add_flag("--dry-run", wanted.is_dry_run, "Try the commands and show what they would change; nothing is changed");
   app.add_flag("-y,--yes", wanted.assume_yes, "Answer every question with yes");
   app.add_option("--config", wanted.configuration,
                  "Begin with the settings of a file; 'startup-config' is what was kept")

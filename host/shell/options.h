@@ -20,6 +20,7 @@ struct options {
   std::vector<std::string> files;        // of commands
   bool keep_going = false;               // also after a command that failed
   bool assume_yes = false;               // to questions
+  bool is_dry_run = false;               // commands are tried and change nothing
   std::string switch_file;               // empty: the demonstration switch
   bool is_kernel = false;                // the machine that the shell runs on, in place of a file
   std::string map_file;                  // which interface a device is; empty: the usual ones

@@ -213,6 +213,22 @@ void write_list(json_writer& json, std::string_view name, const property_texts& 
   json.end_object();
 }
 
+void write_summary(json_writer& json) {
+  json.key("summary");
+  write_object(json, [&] {
+    constexpr std::pair<std::string_view, property_texts> kCounts[] = {
+        {"applied", {"Applied", "Number of ports that took the setting"}},
+        {"unchanged", {"Unchanged", "Number of ports that were set so before"}},
+        {"refused", {"Refused", "Number of ports that refused the setting"}}};
+    std::vector<std::string_view> names;
+    for (const auto& [name, texts] : kCounts) {
+      names.push_back(name);
+      write_property(json, name, R"("type": "integer")", texts);
+    }
+    return names;
+  });
+}
+
 void write_document(json_writer& json, const display& shown) {
   write_object(json, [&] {
     std::vector<std::string_view> names = {"schema_version", "display", "command", "time"};
@@ -232,6 +248,10 @@ void write_document(json_writer& json, const display& shown) {
     write_list(json, "messages", {"Messages", "Sentences of the command"},
                [&] { json.digits(reference_to("value_message")); });
     write_property(json, "exit_code", R"("type": "integer")", {"Exit code", "Exit code of the command"});
+    if (has_summary(shown)) {
+      names.emplace_back("summary");
+      write_summary(json);
+    }
     if (shown.section.empty()) return names;
     names.push_back(shown.section);
     json.key(shown.section);

@@ -66,6 +66,13 @@ int refuse_line(const shell& session, std::string_view line, std::string_view er
   return code == kDone ? int{kUsage} : code;
 }
 
+int run_function(const invocation& run) {
+  if (run.session.trying && is_skipped_in_dry_run(run.line)) return skip_in_dry_run(run);
+  std::optional<trial> on_candidate;
+  if (run.session.edited && is_for_candidate(run.line)) on_candidate.emplace(run.session.edited->state());
+  return run.line.what->run(run);
+}
+
 int run_command(shell& session, const command_line& line, std::string_view written) {
   const output_settings settings = settings_for(session, line);
   const auto refuse = [&](std::string_view error) { return refuse_line(session, written, error, settings.structured); };
@@ -87,7 +94,7 @@ int run_command(shell& session, const command_line& line, std::string_view writt
   int write_error = 0;
   {
     command_output output(settings, filters);
-    result = output.report_failures(copied ? report(*copied, output) : line.what->run({line, session, output}));
+    result = output.report_failures(copied ? report(*copied, output) : run_function({line, session, output}));
     output.set_exit_code(was_interrupted() ? int{kInterrupted} : result);
     write_error = output.finish();
   }
@@ -125,8 +132,10 @@ int run_line(shell& session, std::string_view line) {
 }
 
 std::string prompt_of(const shell& session) {
-  const char* const mode = session.mode == kExecMode ? "" : session.mode == kConfigureMode ? "(config)" : "(config-if)";
-  return session.switch_name + mode + "# ";
+  std::string mode = session.mode == kExecMode ? "" : session.mode == kConfigureMode ? "config" : "config-if";
+  if (session.edited && session.mode != kExecMode) mode += "-candidate";
+  if (session.trying) mode += mode.empty() ? "dry-run" : "-dry-run";
+  return session.switch_name + (mode.empty() ? "" : "(" + mode + ")") + "# ";
 }
 
 int run_input(shell& session) {

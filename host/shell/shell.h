@@ -1,12 +1,15 @@
 // A running shell: what its commands share.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/mts.h"
 #include "platform/paraminfo.h"
+#include "shell/candidate.h"
+#include "shell/dry_run.h"
 #include "shell/exit_codes.h"
 #include "shell/grammar.h"
 #include "shell/interface_kinds.h"
@@ -35,7 +38,9 @@ struct shell {
   bool keeps_going = false;      // files go on after a line that failed
   uint32 num_files = 0;          // whose lines are being run, each by a line of the one before; 0: a user types
   shell_mode mode = kExecMode;
-  configured_interfaces configured;  // what the settings of the interface mode are for
+  configured_interfaces configured;   // what the settings of the interface mode are for
+  std::unique_ptr<dry_run> trying;    // null: commands change the machine
+  std::unique_ptr<candidate> edited;  // null: settings change the machine
 };
 
 // A transport queue for one command.
@@ -59,7 +64,7 @@ struct completion {
 };
 completion complete(std::string_view line, shell_mode mode = kExecMode);
 
-// "switch# ", "switch(config)# " and so on.
+// "switch# ", "switch(config)# ", "switch(config-if-dry-run)# " and so on.
 std::string prompt_of(const shell& session);
 
 // Reads commands from the user until the end of the input. Returns an exit code.

@@ -1,11 +1,7 @@
 // "show changes": what this session changed, as commands, with what was before.
-#include <algorithm>
 #include <deque>
 #include <map>
-#include <sstream>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "shell/commands.h"
 #include "shell/interface_kinds.h"
@@ -13,79 +9,36 @@
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
 #include "shell/output/schema/schema.h"
-#include "shell/running_config.h"
+#include "shell/setting_differences.h"
 #include "shell/shell.h"
-#include "shell/words.h"
 #include "switch/change_journal.h"
 #include "switch/model.h"
 
 namespace host {
 namespace {
 
-using lines = std::vector<std::string>;
-
-// What a change did to a port, as the commands of the running configuration.
-struct difference {
-  lines before;
-  lines after;
-
-  auto operator<=>(const difference&) const = default;
-};
-
-lines commands_of(const interface& port) {
-  lines commands;
-  std::istringstream text(settings_of(port));
-  for (std::string line; std::getline(text, line);) commands.emplace_back(trim(line));
-  return commands;
-}
-
-lines commands_with(interface port, const port_settings& settings) {
-  port.settings = settings;
-  return commands_of(port);
-}
-
-lines without(const lines& from, const lines& others) {
-  lines left;
-  for (const std::string& line : from)
-    if (std::find(others.begin(), others.end(), line) == others.end()) left.push_back(line);
-  return left;
-}
-
-difference between(const lines& before, const lines& after) { return {without(before, after), without(after, before)}; }
-
 // The settings of a port after a step: what a later one found, or what is now.
-lines commands_after(const std::deque<change_step>& steps, std::size_t at, const interface& port) {
+command_list commands_after(const std::deque<change_step>& steps, std::size_t at, const interface& port) {
   for (std::size_t later = at + 1; later < steps.size(); ++later)
     if (const auto found = steps[later].before.find(port.if_index); found != steps[later].before.end())
       return commands_with(port, found->second);
   return commands_of(port);
 }
 
-std::map<if_index_t, difference> differences(const std::deque<change_step>& steps, std::size_t at, const machine& of) {
+std::map<if_index_t, setting_difference> differences(const std::deque<change_step>& steps, std::size_t at,
+                                                     const machine& of) {
   const change_step& step = steps[at];
-  std::map<if_index_t, difference> found;
+  std::map<if_index_t, setting_difference> found;
   for (const auto& [if_index, settings] : step.before)
     if (const interface* const port = of.find(if_index); port != nullptr)
-      found[if_index] = between(commands_with(*port, settings), commands_after(steps, at, *port));
+      found[if_index] = difference_between(commands_with(*port, settings), commands_after(steps, at, *port));
   for (const if_index_t it : step.created) found[it] = {{}, {"interface " + range_text({&it, 1})}};
   for (const interface& it : step.deleted) found[it.if_index] = {{"interface " + range_text({&it.if_index, 1})}, {}};
   return found;
 }
 
-// Ports with the same difference together, in the order of the first of each.
-std::vector<std::pair<difference, std::vector<if_index_t>>> grouped(const std::map<if_index_t, difference>& found) {
-  std::vector<std::pair<difference, std::vector<if_index_t>>> groups;
-  for (const auto& it : found) {
-    auto group =
-        std::find_if(groups.begin(), groups.end(), [&it](const auto& known) { return known.first == it.second; });
-    if (group == groups.end()) group = groups.insert(groups.end(), {it.second, {}});
-    group->second.push_back(it.first);
-  }
-  return groups;
-}
-
 void print_step(command_output& output, std::size_t number, const change_step& step, const std::string& user,
-                const std::map<if_index_t, difference>& found) {
+                const std::map<if_index_t, setting_difference>& found) {
   output.text(std::to_string(number) + "  " + utc_text(step.at_sec) + "  " + user + (user.empty() ? "" : "  ") +
               step.command + "\n");
   for (const auto& [made, ports] : grouped(found)) {
@@ -95,12 +48,8 @@ void print_step(command_output& output, std::size_t number, const change_step& s
   }
 }
 
-std::string joined(const lines& commands) {
-  return join(std::vector<std::string_view>(commands.begin(), commands.end()), "; ");
-}
-
 void record_step(command_output& output, std::size_t number, const change_step& step, const std::string& user,
-                 const std::map<if_index_t, difference>& found) {
+                 const std::map<if_index_t, setting_difference>& found) {
   const auto bind_text = [&output](uint16 tag, const std::string& text) {
     output.bind({uint32{CMD_TYPE_STRING} << 24 | tag, text.c_str()});
   };

@@ -7,12 +7,14 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/port_manager.h"
 #include "platform/vsh.h"
 #include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
 #include "shell/shell.h"
 #include "switch/change_journal.h"
 #include "switch/source.h"
+#include "switch/trial.h"
 
 namespace host {
 namespace {
@@ -45,11 +47,28 @@ bool wants_it(const std::vector<if_index_t>& cut) {
 
 template <typename Test>
 bool may_change(const invocation& run, Test is_changed) {
+  if (trial::is_running()) return true;
   std::vector<if_index_t> way = the_source().interfaces_towards(address_of_user());
   way.erase(std::remove_if(way.begin(), way.end(), [&](if_index_t it) { return !is_changed(it); }), way.end());
   if (way.empty() || wants_it(way)) return true;
   run.output.complain("nothing was changed: you may be connected by " + range_text(way) +
                       ". Start the shell with --yes to change it all the same.");
+  return false;
+}
+
+// Whether a value is that of the command with "no".
+bool is_off(const setting& of, const port_settings& settings) {
+  const auto value = of.get(settings);
+  return std::any_of(of.forms.begin(), of.forms.end(), [&](const setting_form& it) {
+    return it.kind == form_kind::off && value == setting_value(it.value);
+  });
+}
+
+bool can_cut(const machine_changes::settings& change) {
+  for (const setting& it : all_settings()) {
+    if (it.traits.cuts == may_cut::never || is_equal(it, change.before, change.after)) continue;
+    if (it.traits.cuts == may_cut::always || !is_off(it, change.after)) return true;
+  }
   return false;
 }
 
@@ -70,6 +89,13 @@ bool may_delete(const invocation& run) {
       append_matching(span, {&it, 1}, matches);
       return !matches.empty();
     });
+  });
+}
+
+bool may_commit(const invocation& run, const machine_changes& changes) {
+  return may_change(run, [&](if_index_t it) {
+    const auto changed = changes.changed.find(it);
+    return changes.deleted.count(it) != 0 || (changed != changes.changed.end() && can_cut(changed->second));
   });
 }
 

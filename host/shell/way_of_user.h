@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "shell/commands.h"
+#include "switch/machine_changes.h"
 
 namespace host {
 
@@ -13,6 +14,9 @@ bool may_go_on(const invocation& run);
 
 // The same, of taking back the last changes.
 bool may_undo(const invocation& run, std::size_t num_steps);
+
+// The same, of a commit.
+bool may_commit(const invocation& run, const machine_changes& changes);
 
 // The same, of deleting the interfaces that the command names.
 bool may_delete(const invocation& run);

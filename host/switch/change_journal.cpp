@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "switch/clock.h"
+#include "switch/settings_merge.h"
 #include "switch/source.h"
 
 namespace host {
@@ -11,11 +12,7 @@ namespace {
 
 constexpr std::size_t kMostPorts = 20'000;
 
-struct {
-  std::deque<change_step> steps;
-  std::size_t num_ports = 0;  // of all steps but the last
-  bool is_running = false;    // the last step is that of a command that began
-} journal;
+change_journal journal;
 
 bool is_changed(const machine& of, if_index_t if_index, const port_settings& before) {
   const interface* const port = of.find(if_index);
@@ -75,11 +72,7 @@ void restore_settings(const change_step& step, machine& of, changes_back& made) 
   for (const auto& [if_index, before] : step.before) {
     interface* const port = of.find(if_index);
     if (port == nullptr) continue;  // created by the same command, and deleted by now
-    const port_settings now = port->settings;
-    port->settings = before;
-    const uint32 status = the_source().apply_settings(*port, now);
-    if (status != 0) port->settings = now;
-    add_result(made, if_index, status);
+    add_result(made, if_index, apply_in_steps(*port, before));
   }
 }
 
@@ -92,6 +85,8 @@ std::vector<if_index_t> change_step::ports() const {
   std::sort(all.begin(), all.end());
   return all;
 }
+
+void swap_journal(change_journal& other) { std::swap(journal, other); }
 
 void begin_changes(std::string_view command) {
   settle_last_step(the_machine());

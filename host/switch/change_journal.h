@@ -23,6 +23,16 @@ struct change_step {
   std::vector<if_index_t> ports() const;
 };
 
+// The steps of a session.
+struct change_journal {
+  std::deque<change_step> steps;  // the oldest first
+  std::size_t num_ports = 0;      // of all steps but the last
+  bool is_running = false;        // the last step is that of a command that began
+};
+
+// Exchanges the journal that the functions below are about for another one.
+void swap_journal(change_journal& other);
+
 // A command begins. One that changes nothing, because it is refused or because all was so before, is no step.
 void begin_changes(std::string_view command);
 

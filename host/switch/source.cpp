@@ -103,4 +103,6 @@ switch_source& the_source() { return *owned_source(); }
 
 void set_source(std::unique_ptr<switch_source> source) { owned_source() = std::move(source); }
 
+void swap_source(std::unique_ptr<switch_source>& other) { owned_source().swap(other); }
+
 }  // namespace host

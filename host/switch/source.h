@@ -112,4 +112,7 @@ class switch_source {
 switch_source& the_source();
 void set_source(std::unique_ptr<switch_source> source = std::make_unique<switch_source>());
 
+// Exchanges the source for another one.
+void swap_source(std::unique_ptr<switch_source>& other);
+
 }  // namespace host

@@ -44,6 +44,7 @@ TEST(CommandLine, ControlBytesOfATypedWordAreShownAsText) {
 TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
   EXPECT_EQ(run_command("show ?").out,
             "  changes         What was changed in this session\n"
+            "  diff            What a commit of the candidate would change\n"
             "  interface       Interfaces: settings, state and traffic\n"
             "  kernel-map      Devices of the kernel\n"
             "  module          A module, or only its ports\n"

@@ -318,19 +318,22 @@ TEST(Configure, AllRefusedIsAnExitCodeToo) {
   EXPECT_EQ(configured("ethernet 1/1", "shutdown").exit_code, 0);
 }
 
-TEST(Configure, RefusalsAreRecordsInTheStructuredForm) {
+TEST(Configure, RefusalsHaveTheirStatusInTheStructuredForm) {
   const outcome result = configured("ethernet 1/8-9, ethernet 1/11", "switchport mtu 9000 | json");
   EXPECT_EQ(result.exit_code, 3);
   rapidjson::Document document;
   document.Parse(result.out.c_str());
   ASSERT_FALSE(document.HasParseError()) << result.out;
   const auto& interfaces = document["interfaces"];
-  ASSERT_EQ(interfaces.Size(), 2U) << result.out;
-  EXPECT_STREQ(interfaces[0]["interface"].GetString(), "Ethernet1/9");
-  EXPECT_EQ(interfaces[0]["status"].GetUint(), 0x40290022U);
-  EXPECT_STREQ(interfaces[0]["text"].GetString(), "port is locked");
-  EXPECT_STREQ(interfaces[1]["interface"].GetString(), "Ethernet1/11");
-  EXPECT_EQ(interfaces[1]["status"].GetUint(), 0x40290015U);
+  ASSERT_EQ(interfaces.Size(), 3U) << result.out;
+  EXPECT_STREQ(interfaces[0]["interface"].GetString(), "Ethernet1/8");
+  EXPECT_EQ(interfaces[0]["status"].GetUint(), 0U);
+  EXPECT_TRUE(interfaces[0]["text"].IsNull());
+  EXPECT_STREQ(interfaces[1]["interface"].GetString(), "Ethernet1/9");
+  EXPECT_EQ(interfaces[1]["status"].GetUint(), 0x40290022U);
+  EXPECT_STREQ(interfaces[1]["text"].GetString(), "port is locked");
+  EXPECT_STREQ(interfaces[2]["interface"].GetString(), "Ethernet1/11");
+  EXPECT_EQ(interfaces[2]["status"].GetUint(), 0x40290015U);
 }
 
 TEST(Configure, AFailedRequestIsAnotherExitCode) {

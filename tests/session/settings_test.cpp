@@ -167,7 +167,7 @@ std::vector<setting_value> values_of(const setting& of) {
   for (const setting_form& form : of.forms) {
     if (of.kind == setting_kind::vlans || of.kind == setting_kind::text) break;
     if (form.kind == form_kind::argument)
-      for (const uint32 number : {of.lowest, of.lowest + 1, of.highest / 2, of.highest})
+      for (const uint32 number : {of.lowest, of.lowest + 1, 576U, 4096U, 9216U, of.highest / 2, of.highest})
         values.emplace_back(number | form.value);
     else if (form.kind != form_kind::usual)
       values.emplace_back(form.value);

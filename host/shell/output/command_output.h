@@ -82,6 +82,11 @@ class command_output {
   // The exit code of the command, for the document.
   void set_exit_code(int code) { exit_code_ = code; }
 
+  // How many records have each result, for the document.
+  void set_summary(const result_summary& summary) {
+    if (document_) document_->set_summary(summary);
+  }
+
   // The same as complain(), but not into the document.
   void print_complaint(std::string_view text);
 

@@ -207,6 +207,17 @@ void write_message(json_writer& json, std::string_view interface_name, importanc
   json.end_object();
 }
 
+void write_summary(json_writer& json, const result_summary& summary) {
+  json.begin_object();
+  json.key("applied");
+  json.number(summary.applied);
+  json.key("unchanged");
+  json.number(summary.unchanged);
+  json.key("refused");
+  json.number(summary.refused);
+  json.end_object();
+}
+
 }  // namespace
 
 document::document(const display& shown, std::string_view command) : shown_(shown), rows_(rows_of(shown.bit)) {
@@ -380,6 +391,11 @@ void document::end(int exit_code) {
   ready_ += ",\"messages\":[";
   ready_ += messages_;
   ready_ += messages_.empty() ? "]" : "\n]";
+  if (has_summary(shown_)) {
+    ready_ += ",\"summary\":";
+    json_writer json(ready_);
+    write_summary(json, summary_);
+  }
   if (!shown_.section.empty()) {
     ready_ += ",\"";
     ready_ += shown_.section;

@@ -30,6 +30,15 @@ struct display {
   bool repeats = false;  // a value that is bound once more begins the next record; lines that bind none are layout
 };
 
+// Whether documents of a display say how many records have each result.
+inline bool has_summary(const display& shown) { return shown.bit == kSettingDisplay; }
+
+struct result_summary {
+  uint32 applied = 0;
+  uint32 unchanged = 0;
+  uint32 refused = 0;
+};
+
 // Of commands that have nothing but sentences to say.
 inline constexpr display kSentences = {kTextDisplay, {}, "text", false, false, {}};
 
@@ -72,6 +81,9 @@ class document {
   // so many already that this one is left out; its last one says so.
   bool add_message(std::string_view text, importance how = importance::info, std::string_view interface_name = {});
 
+  // How many records have each result.
+  void set_summary(const result_summary& summary) { summary_ = summary; }
+
   // Writes what is left: messages, exit code and the end.
   void end(int exit_code);
 
@@ -102,6 +114,7 @@ class document {
   bool has_bound_ = false;
   bool first_record_ = true;
   std::string ready_;
+  result_summary summary_;
   std::string messages_;
   bool lost_messages_ = false;
 };

@@ -593,10 +593,15 @@ constexpr binding kBindings[] = {
     {kTagMessagesDroppedTwice, kRowDroppedTwice, kTransportDisplay},
     {kTagMessagesNeverDropped, kRowNeverDropped, kTransportDisplay},
 
-    // A port that refused a setting.
+    // What became of a setting of a port.
     {kTagSettingInterface, row_of(property::interface), kSettingDisplay},
     {kTagSettingStatus, kRowStatus, kSettingDisplay},
     {kTagSettingText, kRowText, kSettingDisplay, as_text},
+    {kTagSettingCommand, kRowSetting, kSettingDisplay},
+    {kTagSettingResult, kRowResult, kSettingDisplay},
+    {kTagSettingReason, kRowReason, kSettingDisplay},
+    {kTagSettingBefore, kRowBefore, kSettingDisplay},
+    {kTagSettingAfter, kRowAfter, kSettingDisplay},
 
     // A command of the configuration, and its interface.
     {kTagCommandInterface, row_of(property::interface), kRunningConfigDisplay},
@@ -611,6 +616,11 @@ constexpr binding kBindings[] = {
     {kTagChangeCommand, kRowCommand, kChangesDisplay},
     {kTagChangeBefore, kRowBefore, kChangesDisplay},
     {kTagChangeAfter, kRowAfter, kChangesDisplay},
+
+    // What a commit would change of an interface.
+    {kTagDiffInterface, row_of(property::interface), kDiffDisplay},
+    {kTagDiffBefore, kRowBefore, kDiffDisplay},
+    {kTagDiffAfter, kRowAfter, kDiffDisplay},
 
     // A device of the kernel, and its interface.
     {kTagMapDevice, row_of(property::device), kKernelMapDisplay},

@@ -302,9 +302,12 @@ constexpr field kFields[] = {
     {property::none, "dropped_twice", integer, "messages", "Messages released twice", "Messages that were released more than once"},
     {property::none, "never_dropped", integer, "messages", "Messages never released", "Received messages that were not released"},
 
-    // A port that refused a setting.
-    {property::none, "status", integer, "", "Status", "Status with which the port refused the setting"},
-    {property::none, "text", text, "", "Reason", "Why the port refused the setting"},
+    // What became of a setting of a port.
+    {property::none, "status", integer, "", "Status", "Status with which the port refused the setting; 0 when it did not"},
+    {property::none, "text", text, "", "Refusal", "Text of that status; null when the port did not refuse"},
+    {property::none, "setting", text, "", "Setting", "Command that was to change the port"},
+    {property::none, "result", text, "", "Result", "What became of it: \"applied\", \"unchanged\" or \"refused\""},
+    {property::none, "reason", text, "", "Reason", "Why it was refused; null when it was not"},
 
     // Configuration.
     {property::none, "interface_range", text, "", "Interfaces", "Interfaces that the command is for; null for none"},

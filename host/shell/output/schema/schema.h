@@ -88,7 +88,8 @@ enum display_bit : uint64 {
   kPanelDisplay = uint64{1} << 31,
   kModuleResourcesDisplay = uint64{1} << 32,
   kStartupConfigDisplay = uint64{1} << 33,
-  kLastDisplay = kStartupConfigDisplay,
+  kDiffDisplay = uint64{1} << 34,
+  kLastDisplay = kDiffDisplay,
 };
 
 struct field {
@@ -110,6 +111,9 @@ enum : uint16 {
   kRowNeverDropped,
   kRowStatus,
   kRowText,
+  kRowSetting,
+  kRowResult,
+  kRowReason,
   kRowInterfaceRange,
   kRowCommand,
   kRowStep,
@@ -174,6 +178,14 @@ enum : uint16 {
   kTagRowUnit,
   kTagRowModule,
   kTagCommandRange,
+  kTagSettingCommand,
+  kTagSettingBefore,
+  kTagSettingAfter,
+  kTagSettingResult,
+  kTagSettingReason,
+  kTagDiffInterface,
+  kTagDiffBefore,
+  kTagDiffAfter,
 };
 
 // Tags of the resources of modules, below those.

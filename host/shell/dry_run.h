@@ -1,0 +1,40 @@
+// Commands that are tried and change nothing.
+#pragma once
+
+#include "platform/types.h"
+#include "switch/trial.h"
+
+namespace host {
+
+struct command_line;
+struct invocation;
+struct shell;
+
+// As long as it lives the session's commands run on a copy of the machine.
+class dry_run {
+ public:
+  // For all that the session does, or until the configuration is left that a line of so many files in each other began.
+  static constexpr uint32 kWholeSession = UINT32_MAX;
+  explicit dry_run(uint32 num_files);
+
+  bool is_of_whole_session() const { return num_files_ == kWholeSession; }
+  uint32 num_files() const { return num_files_; }
+
+ private:
+  trial_state state_;
+  trial running_;
+  uint32 num_files_;
+};
+
+// Whether a command changes more than the machine, so that a dry run skips it: it writes a file, clears counters or
+// moves the clock.
+bool is_skipped_in_dry_run(const command_line& line);
+
+// Says that the command was skipped.
+int skip_in_dry_run(const invocation& run);
+
+// The configuration was left: ends the dry run that began with it. `configure` in a file that a dry run reads neither
+// begins nor ends one.
+void leave_dry_run(shell& session);
+
+}  // namespace host

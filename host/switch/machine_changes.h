@@ -1,0 +1,52 @@
+// What differs between two machines, to be made of a third one.
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "switch/change_journal.h"
+#include "switch/model.h"
+
+namespace host {
+
+struct machine_changes {
+  struct settings {
+    port_settings before;
+    port_settings after;
+    bool is_for_channel = false;  // the port joined a channel meanwhile, whose settings these are: it refuses them
+  };
+
+  std::map<if_index_t, settings> changed;
+  std::map<if_index_t, interface> created;   // with their settings; at_start is what they are created with
+  std::map<if_index_t, interface> restored;  // interfaces that were deleted, as they were
+  std::map<if_index_t, interface> deleted;   // as they were
+
+  bool is_empty() const { return changed.empty() && created.empty() && restored.empty() && deleted.empty(); }
+
+  // Their interfaces, sorted.
+  std::vector<if_index_t> ports() const;
+};
+
+// What commands did that made one machine of the other.
+machine_changes changes_between(const machine& from, const machine& to);
+
+// What of the changes is left to do on a machine which has changed as well since they began. Ports that it does not
+// have any more stay among the changes; apply_changes() refuses them.
+machine_changes rebased(const machine_changes& changes, const machine& now);
+
+// The changes that take these back.
+machine_changes reversed(const machine_changes& changes);
+
+// Makes the changes of a machine, and notes them in the journal. Each interface takes all that is for it or is as it
+// was before; the source has made what was applied. Both lists of the result are sorted.
+struct changes_made {
+  struct refusal {
+    if_index_t if_index;
+    uint32 status;
+  };
+  std::vector<if_index_t> applied;
+  std::vector<refusal> refused;
+};
+changes_made apply_changes(machine& of, const machine_changes& changes);
+
+}  // namespace host

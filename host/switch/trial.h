@@ -1,0 +1,39 @@
+// Commands on a copy of the machine: what they change, create and delete stays in the copy.
+#pragma once
+
+#include <memory>
+
+#include "switch/change_journal.h"
+#include "switch/model.h"
+#include "switch/source.h"
+
+namespace host {
+
+// A machine that commands are tried on, and what they changed of it.
+struct trial_state {
+  machine model;
+  change_journal journal;
+};
+
+// While it lives, the_machine(), the_source() and the journal are those of a trial: its state takes every change. The
+// source reads from the real one, which is not refreshed and gets no setting, creation, deletion or clear. The end of
+// the scope puts back what was there before. A trial may run within another one; they end in the reverse order.
+class trial {
+ public:
+  // The state outlives the trial.
+  explicit trial(trial_state& state);
+  ~trial();
+  trial(const trial&) = delete;
+  trial& operator=(const trial&) = delete;
+
+  // Whether a trial runs.
+  static bool is_running();
+
+ private:
+  void swap();
+
+  trial_state& state_;
+  std::unique_ptr<switch_source> other_source_;  // the real one while the trial runs
+};
+
+}  // namespace host
