@@ -127,8 +127,8 @@ bool is_equal(const setting& of, const port_settings& one, const port_settings& 
 // is unchanged then.
 uint32 set_value(const setting& of, interface& port, const setting_value& value);
 
-// Gives all interfaces the settings that their hardware has when nothing was set. Those that cannot be set on their kind
-// are part of the hardware. They operate accordingly.
+// Gives all interfaces the settings that their hardware has when nothing was set. Those that cannot be set on their
+// kind are part of the hardware. They operate accordingly.
 void set_to_defaults(machine& of);
 
 // Gives a new member the settings of its port-channel. Its description, state and membership stay its own. What it
