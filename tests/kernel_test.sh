@@ -10,10 +10,11 @@ pmsh=$1
 command -v ip >/dev/null || skip_all "ip(8) is missing"
 here=pmclikernel$$
 ip netns add "$here" 2>/dev/null || skip_all "network namespaces are not allowed here"
-trap 'ip netns del "$here"; rm -rf "$map" "$map".* "$XDG_STATE_HOME"' EXIT
+trap 'ip netns del "$here"; rm -rf "$map" "$map".* "$state" "$stored"' EXIT
 map=$(mktemp)
-XDG_STATE_HOME=$(mktemp -d)
-export XDG_STATE_HOME
+state=$(mktemp -d)
+stored=$(mktemp -d)
+export XDG_STATE_HOME=$state
 dev() { ip -n "$here" link "$@" 2>/dev/null; }
 dev add left type veth peer name right || skip_all "veth devices are not allowed here"
 
@@ -151,7 +152,7 @@ has "$(run --session-counters --map "$map" -c "clear counters interface $left")"
 said=$(run --map "$map" -c "clear counters interface $left") || fail "counters are not cleared"
 has "$said" "$XDG_STATE_HOME/pmsh/cleared-counters."
 [ "$(counted_by_shell)" -lt "$tx_bytes" ] || fail "cleared counters go on for another shell"
-[ "$(XDG_STATE_HOME=/nowhere counted_by_shell)" -ge "$tx_bytes" ] || fail "somebody else's counters were cleared"
+[ "$(XDG_STATE_HOME=$map.other counted_by_shell)" -ge "$tx_bytes" ] || fail "somebody else's counters were cleared"
 said=$(XDG_STATE_HOME=/proc/nowhere run --map "$map" -c "clear counters interface $left" 2>&1) && fail "a clear that is not kept succeeds"
 has "$said" "for this session only"
 
@@ -178,9 +179,23 @@ said=$(run -c "show interface $left counters errors | json" | jq -c '.interfaces
 has "$(run -c "show interface $left")" "DLY -- usec"
 [ "$(run -c "show interface $left debounce | json" | jq -c '.interfaces[0].debounce_msec')" = null ] || fail "a made-up debounce time"
 
+step "stored interfaces"
+ip -n "$here" route add default dev left || fail "no default route"
+[ "$(interface left)" = "$left" ] || fail "a device is called anew: '$(interface left)'"
+export XDG_STATE_HOME=$stored
+[ "$(interface left)" = "mgmt 0" ] || fail "the device of the default route is '$(interface left)'"
+ip -n "$here" route del default dev left
+[ "$(interface left)" = "mgmt 0" ] || fail "the device of the default route that was is '$(interface left)'"
+dev add newer type veth peer name newest && newer=$(interface newer)
+dev del newer && dev add other type veth peer name newer
+[ "$(interface newer)" = "$newer" ] || fail "newer was $newer and is '$(interface newer)'"
+[ "$(interface other)" != "$newer" ] || fail "the interface of a device is given twice"
+dev del newer
+said=$(XDG_STATE_HOME=/proc/nowhere run -c "show interface brief" 2>&1 >/dev/null)
+[ "$(grep -c . <<<"$said")" = 1 ] && has "$said" "pmsh: the interfaces of devices are not stored: " || fail "without a directory: $said"
+
 step "the default route and the map file"
 ip -n "$here" route add default dev left || fail "no default route"
-[ "$(interface left)" = "mgmt 0" ] || fail "the device of the default route is '$(interface left)'"
 printf 'left: ethernet 4/1\n' >"$map"
 [ "$(run --map "$map" -c 'show kernel-map' | awk '$1 == "left" { print $2, $3 }')" = "ethernet 4/1" ] || fail "the map file"
 printf 'left: nowhere 4/1\n' >"$map"
@@ -189,6 +204,7 @@ has "$said" "$map:1"
 ip -n "$here" route del default dev left
 
 step "the management port keeps its name when its route is lost"
+rm -r "$stored"
 ip -n "$here" route add default dev left
 mkfifo "$map.route"
 run --yes <"$map.route" >"$map.said" 2>&1 &
@@ -200,6 +216,7 @@ until_true grep -q '^mgmt0 ' "$map.said"
 printf 'undo\nend\nshow kernel-map\n' >&9
 exec 9>&-
 wait "$shell" || fail "the management port was lost: $(cat "$map.said")"
+export XDG_STATE_HOME=$state
 [ "$(grep -c '^left  *mgmt 0$' "$map.said")" = 2 ] || fail "the management port has another name: $(cat "$map.said")"
 dev set left up
 
