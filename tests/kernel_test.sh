@@ -26,6 +26,12 @@ show() { run -c "show interface $(interface "$1")"; }
 
 step "names and states"
 [ "$(interface lo)" = "loopback 0" ] || fail "lo is '$(interface lo)'"
+reason() { run -c "show kernel-map" "${@:2}" | awk -v device="$1" '$1 == device { print $4, $5 }'; }
+[ "$(reason lo)" = "loopback " ] || fail "the reason of lo is '$(reason lo)'"
+[ "$(reason left)" = "stored " ] || fail "the reason of a stored interface is '$(reason left)'"
+[ "$(XDG_STATE_HOME=$map.other reason left)" = "device index" ] || fail "another reason: '$(reason left)'"
+[ "$(run -c "show kernel-map | json" | jq -r '.devices[] | select(.device == "left") | .reason')" = stored ] ||
+  fail "no reason in JSON"
 left=$(interface left)
 [[ $left == ethernet\ 1/* ]] || fail "a veth device is '$left'"
 has "$(show left)" " is down (Administratively down)"
@@ -183,6 +189,7 @@ step "stored interfaces"
 ip -n "$here" route add default dev left || fail "no default route"
 [ "$(interface left)" = "$left" ] || fail "a device is called anew: '$(interface left)'"
 export XDG_STATE_HOME=$stored
+[ "$(reason left)" = "default route" ] || fail "the reason of the management port is '$(reason left)'"
 [ "$(interface left)" = "mgmt 0" ] || fail "the device of the default route is '$(interface left)'"
 ip -n "$here" route del default dev left
 [ "$(interface left)" = "mgmt 0" ] || fail "the device of the default route that was is '$(interface left)'"
@@ -197,6 +204,7 @@ said=$(XDG_STATE_HOME=/proc/nowhere run -c "show interface brief" 2>&1 >/dev/nul
 step "the default route and the map file"
 ip -n "$here" route add default dev left || fail "no default route"
 printf 'left: ethernet 4/1\n' >"$map"
+[ "$(reason left --map "$map")" = "map file" ] || fail "the reason of a map file is '$(reason left --map "$map")'"
 [ "$(run --map "$map" -c 'show kernel-map' | awk '$1 == "left" { print $2, $3 }')" = "ethernet 4/1" ] || fail "the map file"
 printf 'left: nowhere 4/1\n' >"$map"
 said=$(run --map "$map" -c 'show kernel-map' 2>&1) && fail "a wrong map file is taken"
@@ -217,7 +225,7 @@ printf 'undo\nend\nshow kernel-map\n' >&9
 exec 9>&-
 wait "$shell" || fail "the management port was lost: $(cat "$map.said")"
 export XDG_STATE_HOME=$state
-[ "$(grep -c '^left  *mgmt 0$' "$map.said")" = 2 ] || fail "the management port has another name: $(cat "$map.said")"
+[ "$(grep -c '^left  *mgmt 0  *default route$' "$map.said")" = 2 ] || fail "the management port has another name: $(cat "$map.said")"
 dev set left up
 
 # ---- Other kinds of devices ----

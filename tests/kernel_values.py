@@ -144,8 +144,8 @@ def main():
         make_devices(space)
         os.environ["XDG_STATE_HOME"] = state.name
         for row in space.run(pmsh, "--kernel", "-c", "show kernel-map").stdout.splitlines():
-            device, interface = row.split(maxsplit=1)
-            faults += look(space, pmsh, device, interface)
+            device, *interface = row.split()[:3]
+            faults += look(space, pmsh, device, " ".join(interface))
             count += 1
     finally:
         run("ip", "netns", "del", space.name)

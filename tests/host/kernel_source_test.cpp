@@ -282,6 +282,33 @@ TEST(KernelMap, EachKindOfDeviceHasItsKindOfInterface) {
   EXPECT_EQ(interface_of_device(mapped, 9), numbered_index(IF_TYPE_VETHERNET, 9));
 }
 
+TEST(KernelMap, EachInterfaceHasItsReason) {
+  const auto mapped =
+      map_devices({loopback_device(), device(2, "eth0", ""), device(3, "eth1", ""), device(4, "bond0", "bond"),
+                   device(5, "br0", "bridge"), vlan_device(6, 3, 10), vlan_device(7, 5, 20), device(8, "eth2", "")},
+                  2, {{"eth2", {port(0, 30), false}}});
+  ASSERT_EQ(mapped.size(), 8U);
+  EXPECT_EQ(mapped[0].reason, name_reason::loopback);
+  EXPECT_EQ(mapped[1].reason, name_reason::default_route);
+  EXPECT_EQ(mapped[2].reason, name_reason::device_index);
+  EXPECT_EQ(mapped[3].reason, name_reason::bond);
+  EXPECT_EQ(mapped[4].reason, name_reason::device_index);
+  EXPECT_EQ(mapped[5].reason, name_reason::vlan);
+  EXPECT_EQ(mapped[5].parent, "eth1");
+  EXPECT_EQ(mapped[6].reason, name_reason::device_index);
+  EXPECT_EQ(mapped[7].reason, name_reason::map_file);
+}
+
+TEST(KernelMap, ADeviceHasNoInterfaceThatAnotherHad) {
+  const known_interfaces known{.of_devices = {{3, {port(0, 7), name_reason::stored}}}, .of_others = {port(0, 8)}};
+  const auto mapped =
+      map_devices({device(3, "a", ""), device(8, "b", ""), device(9, "c", ""), device(10, "d", "")}, 0, {}, known);
+  EXPECT_EQ(interface_of_device(mapped, 3), port(0, 7));
+  EXPECT_EQ(interface_of_device(mapped, 8), port(0, 9));
+  EXPECT_EQ(interface_of_device(mapped, 9), port(0, 10));
+  EXPECT_EQ(interface_of_device(mapped, 10), port(0, 11));
+}
+
 TEST(KernelMap, APortOfASwitchChipIsAPort) {
   const auto mapped = map_devices({device(2, "lan1", "dsa")}, 0, {});
   EXPECT_EQ(interface_of_device(mapped, 2), port(0, 1));

@@ -346,15 +346,19 @@ uint32 kernel_source::restore_interface(machine& model, const interface& deleted
   return apply_settings(made, now);
 }
 
+kernel_device kernel_source::device_named(const mapped_device& it) {
+  return {it.device, it.if_index, it.number, it.reason, it.parent};
+}
+
 std::optional<std::vector<kernel_device>> kernel_source::devices() const {
   std::vector<kernel_device> devices;
-  for (const mapped_device& it : mapped_) devices.push_back({it.device, it.if_index, it.number});
+  for (const mapped_device& it : mapped_) devices.push_back(device_named(it));
   return devices;
 }
 
 std::optional<kernel_device> kernel_source::find_device(if_index_t if_index) const {
   const mapped_device* const found = device_of(if_index);
-  return found == nullptr ? std::nullopt : std::optional(kernel_device{found->device, if_index, found->number});
+  return found == nullptr ? std::nullopt : std::optional(device_named(*found));
 }
 
 std::vector<if_index_t> kernel_source::interfaces_towards(const std::string& address) const {

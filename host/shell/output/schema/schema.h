@@ -130,6 +130,7 @@ enum : uint16 {
   kRowAvailablePerformanceBuffers,
   kRowBandwidth,
   kRowAvailableBandwidth,
+  kRowReason,
   kNumOwnRows
 };
 
@@ -163,6 +164,7 @@ enum : uint16 {
   kTagCommand,
   kTagMapDevice,
   kTagMapInterface,
+  kTagMapReason,
   kTagChangeStep,
   kTagChangedAt,
   kTagChangeUser,
