@@ -67,6 +67,8 @@ void take_link_attribute(const nlattr& attribute, kernel_link& link) {
     case IFLA_IFNAME: link.name = text_of(attribute); return;
     case IFLA_IFALIAS: link.alias = text_of(attribute); return;
     case IFLA_MTU: link.mtu_bytes = attribute_number<uint32>(attribute); return;
+    case IFLA_MIN_MTU: link.lowest_mtu_bytes = attribute_number<uint32>(attribute); return;
+    case IFLA_MAX_MTU: link.highest_mtu_bytes = attribute_number<uint32>(attribute); return;
     case IFLA_OPERSTATE: link.operation = attribute_number<uint8>(attribute); return;
     case IFLA_MASTER: link.master = attribute_number<uint32>(attribute); return;
     case IFLA_LINK: link.parent = attribute_number<uint32>(attribute); return;
