@@ -343,7 +343,11 @@ uint32 kernel_source::restore_interface(machine& model, const interface& deleted
   interface& made = *model.find(deleted.if_index);
   const port_settings now = made.settings;
   made.settings = deleted.settings;
-  return apply_settings(made, now);
+  const uint32 status = apply_settings(made, now);
+  if (status == 0) return 0;
+  delete_created_device(deleted.if_index);
+  model = read_again();
+  return status;
 }
 
 kernel_device kernel_source::device_named(const mapped_device& it) {
