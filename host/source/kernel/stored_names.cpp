@@ -150,7 +150,7 @@ void stored_names::read() {
     interfaces.insert(it.if_index);
     stored.push_back(std::move(it));
   };
-  if (take_until('\n', rest) == first_line())
+  if (take_until('\n', rest) == head_)
     while (!rest.empty()) {
       // The last line has an end, unless it is cut.
       const bool is_whole = rest.find('\n') != std::string_view::npos;
@@ -166,7 +166,7 @@ void stored_names::read() {
 }
 
 void stored_names::write() {
-  std::string text = first_line() + "\n";
+  std::string text = head_ + "\n";
   for (const entry& it : entries_) text += written(it);
   if (const int error = replace_file(path_, text, nullptr); error != 0) give_up("write", std::strerror(error));
 }
@@ -179,7 +179,9 @@ void stored_names::give_up(const char* failed, const std::string& reason) {
 
 void stored_names::keep_in(const std::string& path) {
   path_ = path;
-  if (!path_.empty()) read();
+  if (path_.empty()) return;
+  head_ = first_line();
+  read();
 }
 
 // ---- Devices --------------------------------------------------------------------------------------------------------

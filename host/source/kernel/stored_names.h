@@ -49,6 +49,7 @@ class stored_names {
   void give_up(const char* failed, const std::string& reason);
 
   std::string path_;
+  std::string head_;  // first line of the file
   std::string fault_;
   entries entries_;
 };
