@@ -94,11 +94,39 @@ is_so '.[0].mtu' 4321
 is_so '.[0].ifalias' 'as it was'
 set_on "$left" $'no description\nswitchport mtu 4000' >/dev/null
 
+step "the running configuration of any alias and MTU"
+round_trip() {  # ALIAS MTU
+  dev set left alias "$1" || fail "the kernel refuses the alias $(printf %q "$1")"
+  dev set left mtu "$2" || fail "the kernel refuses the MTU $2"
+  before=$(ip -n "$here" -j link show left)
+  run -c "show running-config interface $left" >"$map.config" || fail "no running configuration of $(printf %q "$1")"
+  set_on "$left" $'no description\nno switchport mtu' >/dev/null
+  [ "$(ip -n "$here" -j link show left)" != "$before" ] || fail "nothing to restore of $(printf %q "$1")"
+  run --config "$map.config" </dev/null || fail "refused: $(cat "$map.config")"
+  [ "$(ip -n "$here" -j link show left)" = "$before" ] ||
+    fail "not as it was: $(cat -v "$map.config") is $(ip -n "$here" -j link show left | cat -v), not $before"
+}
+mtu=68
+for alias in 'a "quoted" word' '"' "it's" "'" '\' '\n\x41' ' leading' '   ' 'trailing ' '! no comment' '!' '# hash' 'a | json' '?' \
+  'no description' 'exit' '$HOME `id` %s %n' $'two\nlines' $'\n' $'ends\n' $'a\ttab' $'\e[31mred\e[0m' $'cr\r' 'grün 日本'; do
+  round_trip "$alias" "$mtu"
+  mtu=$((mtu * 13 % 65467 + 68))
+done
+for first in $(seq 1 50 255); do
+  codes=$(seq "$first" "$((first + 49 < 255 ? first + 49 : 255))")
+  round_trip "$(printf "$(printf '\\x%02x' $codes)"; echo .)" 65535
+done
+set_on "$left" $'no description\nswitchport mtu 4000' >/dev/null
+
 step "refused settings, by port"
 right=$(interface right)
 said=$(set_on "$left, $right" 'flowcontrol receive on')
 has_line "$said" "Ethernet${left#ethernet } failed for flowcontrol receive on with Operation not supported"
 has_line "$said" "Ethernet${right#ethernet } failed for flowcontrol receive on with Operation not supported"
+said=$(set_on "$left, $right" 'switchport speed 25000')
+has_line "$said" "Ethernet${left#ethernet } failed for switchport speed 25000 with Operation not supported"
+has_line "$said" "Ethernet${right#ethernet } failed for switchport speed 25000 with Operation not supported"
+has "$(set_on "$left" 'switchport mtu 67')" "value out of range"
 has "$(set_on "$left" 'switchport beacon')" "Operation not supported"
 has "$(set_on "$left" 'switchport access vlan 7')" "with the device is no port of a bridge"
 
