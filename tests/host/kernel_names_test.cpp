@@ -121,6 +121,17 @@ TEST_F(Names, ADeviceThatIsRenamedIsTheSame) {
   EXPECT_EQ(interface_of(both, "left"), port(6));
 }
 
+TEST_F(Names, ADeviceWithTheNameOfOneThatIsGoneKeepsItsOwn) {
+  map({device(4, "other"), device(5, "left")});
+  kernel_link renamed = device(5, "left");
+  renamed.name = "other";
+  EXPECT_EQ(interface_of({renamed}, "other"), port(5));
+  EXPECT_EQ(interface_of({renamed}, "other"), port(5));
+  renamed.number = 15;
+  EXPECT_EQ(interface_of({renamed}, "other"), port(5));
+  EXPECT_EQ(interface_of({hardware(4, "new", 4), renamed}, "new"), port(6)) << "4 was another's, 5 is taken";
+}
+
 TEST_F(Names, TheInterfaceOfADeviceThatIsGoneIsNotGivenAgain) {
   map({hardware(5, "eth0", 5), device(9, "gone")}, 5);
   EXPECT_EQ(interface_of({hardware(9, "new", 9)}, "new"), port(10));

@@ -12,7 +12,8 @@
 #include <cstdio>
 #include <cstring>
 #include <map>
-#include <set>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "base/replace_file.h"
 #include "source/kernel/baselines.h"
@@ -22,6 +23,7 @@ namespace host {
 namespace {
 
 constexpr std::size_t kNone = SIZE_MAX;
+constexpr char kGone[] = "gone:";  // begins the key of an entry that no device can have
 
 // The number of a namespace may return when the namespace is gone, its cookie does not; 0 from a kernel without one.
 std::string first_line() {
@@ -124,7 +126,8 @@ bool is_storable(name_reason reason) {
 std::optional<stored_names::entry> stored_names::read_entry(std::string_view line) {
   entry it;
   it.key = take_until(' ', line);
-  if (!it.key.starts_with("address:") && !it.key.starts_with("name:")) return std::nullopt;
+  if (!it.key.starts_with("address:") && !it.key.starts_with("name:") && !it.key.starts_with(kGone))
+    return std::nullopt;
   if (!read_number(take_until(' ', line), 10, it.number) || !read_mac(take_until(' ', line), it.mac))
     return std::nullopt;
   it.if_index = interface_of(line);
@@ -142,8 +145,8 @@ void stored_names::read() {
   if (!fault.empty()) return give_up("read", fault);
   std::string_view rest = text;
   entries stored;
-  std::set<std::string> keys;
-  std::set<if_index_t> interfaces;
+  std::unordered_set<std::string> keys;
+  std::unordered_set<if_index_t> interfaces;
   const auto add = [&](entry it) {
     if (keys.contains(it.key) || interfaces.contains(it.if_index)) return;
     keys.insert(it.key);
@@ -186,12 +189,12 @@ void stored_names::keep_in(const std::string& path) {
 
 // ---- Devices --------------------------------------------------------------------------------------------------------
 
-// In the order of the devices; empty for a name that a line of the file does not hold.
 std::vector<std::string> stored_names::keys_of(const std::vector<kernel_link>& links) {
   std::map<std::array<uint8, 6>, uint32> count;
   for (const kernel_link& link : links)
     if (link.permanent_mac) ++count[*link.permanent_mac];
   std::vector<std::string> keys;
+  keys.reserve(links.size());
   for (const kernel_link& link : links) {
     const bool has_address = link.permanent_mac && count[*link.permanent_mac] == 1;
     const bool is_word = link.name.find_first_of(" \n") == std::string::npos;
@@ -200,78 +203,92 @@ std::vector<std::string> stored_names::keys_of(const std::vector<kernel_link>& l
   return keys;
 }
 
-// The place of the entry of each device, kNone without one.
-std::vector<std::size_t> stored_names::places_of(const std::vector<kernel_link>& links,
-                                                 const std::vector<std::string>& keys, const entries& stored) {
-  std::map<std::pair<uint32, std::array<uint8, 6>>, std::size_t> by_device;
-  std::map<std::string_view, std::size_t> by_key;
-  for (std::size_t i = 0; i < stored.size(); ++i) {
-    if (stored[i].mac != std::array<uint8, 6>{}) by_device.try_emplace({stored[i].number, stored[i].mac}, i);
-    by_key.try_emplace(stored[i].key, i);
+stored_names::matches stored_names::match(const std::vector<kernel_link>& links) const {
+  std::unordered_map<uint32, std::size_t> by_number;
+  std::unordered_map<std::string_view, std::size_t> by_key;
+  by_number.reserve(entries_.size());
+  by_key.reserve(entries_.size());
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    by_number[entries_[i].number] = i;  // a number is that of the last device that had it
+    by_key.try_emplace(entries_[i].key, i);
   }
-  std::vector<std::size_t> places(links.size(), kNone);
-  std::set<std::size_t> taken;
-  const auto take = [&](std::size_t device, const auto& index, const auto& key) {
-    const auto found = index.find(key);
-    if (places[device] == kNone && found != index.end() && taken.insert(found->second).second)
-      places[device] = found->second;
+  matches found{keys_of(links), std::vector<std::size_t>(links.size(), kNone)};
+  std::vector<bool> is_taken(entries_.size());
+  const auto take = [&](std::size_t device, std::size_t place) {
+    found.places[device] = place;
+    is_taken[place] = true;
   };
-  for (std::size_t i = 0; i < links.size(); ++i) take(i, by_device, std::pair(links[i].number, links[i].mac));
-  for (std::size_t i = 0; i < links.size(); ++i) take(i, by_key, std::string_view(keys[i]));
-  return places;
+  for (std::size_t i = 0; i < links.size(); ++i) {
+    const auto it = by_number.find(links[i].number);
+    const bool is_same =
+        it != by_number.end() && links[i].mac != std::array<uint8, 6>{} && entries_[it->second].mac == links[i].mac;
+    if (is_same) take(i, it->second);
+  }
+  for (std::size_t i = 0; i < links.size(); ++i) {
+    const auto it = by_key.find(found.keys[i]);
+    if (found.places[i] == kNone && it != by_key.end() && !is_taken[it->second]) take(i, it->second);
+  }
+  return found;
 }
 
-known_interfaces stored_names::known_of(const std::vector<kernel_link>& links) const {
+known_interfaces stored_names::known_of(const std::vector<kernel_link>& links, const matches& found) const {
   known_interfaces known;
-  if (entries_.empty()) return known;
-  const std::vector<std::size_t> places = places_of(links, keys_of(links), entries_);
-  std::set<std::size_t> present;
+  std::vector<bool> is_present(entries_.size());
   for (std::size_t i = 0; i < links.size(); ++i) {
-    if (places[i] == kNone) continue;
-    const entry& it = entries_[places[i]];
+    if (found.places[i] == kNone) continue;
+    const entry& it = entries_[found.places[i]];
     if (may_be_known_as(links[i], it.if_index)) known.of_devices[links[i].number] = {it.if_index, it.reason};
-    present.insert(places[i]);
+    is_present[found.places[i]] = true;
   }
   for (std::size_t i = 0; i < entries_.size(); ++i)
-    if (!present.contains(i)) known.of_others.insert(entries_[i].if_index);
+    if (!is_present[i]) known.of_others.insert(entries_[i].if_index);
   return known;
 }
 
+// Gives an entry a key, which the entry of a device that is gone may have.
+void stored_names::set_key(entry& of, std::string key) {
+  if (of.key == key) return;
+  const auto other = std::find_if(entries_.begin(), entries_.end(), [&](const entry& it) { return it.key == key; });
+  if (other != entries_.end()) other->key = kGone + std::to_string(other->if_index);
+  of.key = std::move(key);
+}
+
 // Whether there is something to store.
-bool stored_names::add_new(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped) {
+bool stored_names::add_new(const std::vector<kernel_link>& links, const matches& found,
+                           const std::vector<mapped_device>& mapped) {
   bool is_changed = false;
-  const std::vector<std::string> keys = keys_of(links);
-  const std::vector<std::size_t> places = places_of(links, keys, entries_);
   std::size_t i = 0;
   for_each_mapped(links, mapped, [&](const mapped_device& it, const kernel_link& link) {
     while (links[i].number != link.number) ++i;
-    const bool is_known = places[i] != kNone;
-    const bool fits = is_known && may_be_known_as(link, entries_[places[i]].if_index);
-    if (keys[i].empty() || (!fits && !(is_storable(it.reason) && may_be_known_as(link, switched_index(it.if_index)))))
-      return;
-    entry now{keys[i], link.number, link.mac, switched_index(it.if_index), it.reason};
-    if (!is_known) {
-      entries_.push_back(std::move(now));
-      is_changed = true;
+    const std::string& key = found.keys[i];
+    const if_index_t if_index = switched_index(it.if_index);
+    entry* const old = found.places[i] == kNone ? nullptr : &entries_[found.places[i]];
+    const bool holds = old != nullptr && may_be_known_as(link, old->if_index);
+    if (key.empty() || (!holds && !(is_storable(it.reason) && may_be_known_as(link, if_index)))) return;
+    if (holds && old->key == key && old->number == link.number && old->mac == link.mac) return;
+    is_changed = true;
+    if (old == nullptr) {
+      entries_.push_back({key, link.number, link.mac, if_index, it.reason});
       return;
     }
-    entry& old = entries_[places[i]];
-    if (fits) {
-      now.if_index = old.if_index;
-      now.reason = old.reason;
-    }
-    is_changed |= now.key != old.key || now.number != old.number || now.mac != old.mac || now.if_index != old.if_index;
-    old = std::move(now);
+    set_key(*old, key);
+    old->number = link.number;
+    old->mac = link.mac;
+    if (holds) return;
+    old->if_index = if_index;
+    old->reason = it.reason;
   });
   return is_changed;
 }
 
 std::vector<mapped_device> stored_names::map(const std::vector<kernel_link>& links, uint32 management,
                                              const wanted_interfaces& wanted) {
-  std::vector<mapped_device> mapped = map_devices(links, management, wanted, known_of(links));
+  if (path_.empty() && entries_.empty()) return map_devices(links, management, wanted);
+  matches found = match(links);
+  std::vector<mapped_device> mapped = map_devices(links, management, wanted, known_of(links, found));
   if (path_.empty()) return mapped;
   entries before = entries_;
-  if (!add_new(links, mapped)) return mapped;
+  if (!add_new(links, found, mapped)) return mapped;
   const open_file lock_file(
       open((path_ + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW, 0600));
   if (const std::string fault = lock_file.descriptor < 0 ? std::strerror(errno) : lock(lock_file.descriptor);
@@ -281,8 +298,9 @@ std::vector<mapped_device> stored_names::map(const std::vector<kernel_link>& lin
   }
   entries_ = std::move(before);
   read();
-  mapped = map_devices(links, management, wanted, known_of(links));
-  if (add_new(links, mapped) && !path_.empty()) write();
+  found = match(links);
+  mapped = map_devices(links, management, wanted, known_of(links, found));
+  if (add_new(links, found, mapped) && !path_.empty()) write();
   return mapped;
 }
 

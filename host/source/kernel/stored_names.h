@@ -39,11 +39,17 @@ class stored_names {
 
   static std::optional<entry> read_entry(std::string_view line);
   static std::string written(const entry& it);
+  // The key of each device, empty when a line of the file cannot hold it, and the place of its entry, if it has one.
+  struct matches {
+    std::vector<std::string> keys;
+    std::vector<std::size_t> places;
+  };
+
   static std::vector<std::string> keys_of(const std::vector<kernel_link>& links);
-  static std::vector<std::size_t> places_of(const std::vector<kernel_link>& links, const std::vector<std::string>& keys,
-                                            const entries& stored);
-  known_interfaces known_of(const std::vector<kernel_link>& links) const;
-  bool add_new(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped);
+  matches match(const std::vector<kernel_link>& links) const;
+  known_interfaces known_of(const std::vector<kernel_link>& links, const matches& found) const;
+  void set_key(entry& of, std::string key);
+  bool add_new(const std::vector<kernel_link>& links, const matches& found, const std::vector<mapped_device>& mapped);
   void read();
   void write();
   void give_up(const char* failed, const std::string& reason);
