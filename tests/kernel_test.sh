@@ -10,10 +10,11 @@ pmsh=$1
 command -v ip >/dev/null || skip_all "ip(8) is missing"
 here=pmclikernel$$
 ip netns add "$here" 2>/dev/null || skip_all "network namespaces are not allowed here"
-trap 'ip netns del "$here"; rm -rf "$map" "$map".* "$XDG_STATE_HOME"' EXIT
+trap 'ip netns del "$here"; rm -rf "$map" "$map".* "$state" "$stored"' EXIT
 map=$(mktemp)
-XDG_STATE_HOME=$(mktemp -d)
-export XDG_STATE_HOME
+state=$(mktemp -d)
+stored=$(mktemp -d)
+export XDG_STATE_HOME=$state
 dev() { ip -n "$here" link "$@" 2>/dev/null; }
 dev add left type veth peer name right || skip_all "veth devices are not allowed here"
 
@@ -25,6 +26,12 @@ show() { run -c "show interface $(interface "$1")"; }
 
 step "names and states"
 [ "$(interface lo)" = "loopback 0" ] || fail "lo is '$(interface lo)'"
+reason() { run -c "show kernel-map" "${@:2}" | awk -v device="$1" '$1 == device { print $4, $5 }'; }
+[ "$(reason lo)" = "loopback " ] || fail "the reason of lo is '$(reason lo)'"
+[ "$(reason left)" = "stored " ] || fail "the reason of a stored interface is '$(reason left)'"
+[ "$(XDG_STATE_HOME=$map.other reason left)" = "device index" ] || fail "another reason: '$(reason left)'"
+[ "$(run -c "show kernel-map | json" | jq -r '.devices[] | select(.device == "left") | .reason')" = stored ] ||
+  fail "no reason in JSON"
 left=$(interface left)
 [[ $left == ethernet\ 1/* ]] || fail "a veth device is '$left'"
 has "$(show left)" " is down (Administratively down)"
@@ -87,11 +94,39 @@ is_so '.[0].mtu' 4321
 is_so '.[0].ifalias' 'as it was'
 set_on "$left" $'no description\nswitchport mtu 4000' >/dev/null
 
+step "the running configuration of any alias and MTU"
+round_trip() {  # ALIAS MTU
+  dev set left alias "$1" || fail "the kernel refuses the alias $(printf %q "$1")"
+  dev set left mtu "$2" || fail "the kernel refuses the MTU $2"
+  before=$(ip -n "$here" -j link show left)
+  run -c "show running-config interface $left" >"$map.config" || fail "no running configuration of $(printf %q "$1")"
+  set_on "$left" $'no description\nno switchport mtu' >/dev/null
+  [ "$(ip -n "$here" -j link show left)" != "$before" ] || fail "nothing to restore of $(printf %q "$1")"
+  run --config "$map.config" </dev/null || fail "refused: $(cat "$map.config")"
+  [ "$(ip -n "$here" -j link show left)" = "$before" ] ||
+    fail "not as it was: $(cat -v "$map.config") is $(ip -n "$here" -j link show left | cat -v), not $before"
+}
+mtu=68
+for alias in 'a "quoted" word' '"' "it's" "'" '\' '\n\x41' ' leading' '   ' 'trailing ' '! no comment' '!' '# hash' 'a | json' '?' \
+  'no description' 'exit' '$HOME `id` %s %n' $'two\nlines' $'\n' $'ends\n' $'a\ttab' $'\e[31mred\e[0m' $'cr\r' 'grün 日本'; do
+  round_trip "$alias" "$mtu"
+  mtu=$((mtu * 13 % 65467 + 68))
+done
+for first in $(seq 1 50 255); do
+  codes=$(seq "$first" "$((first + 49 < 255 ? first + 49 : 255))")
+  round_trip "$(printf "$(printf '\\x%02x' $codes)"; echo .)" 65535
+done
+set_on "$left" $'no description\nswitchport mtu 4000' >/dev/null
+
 step "refused settings, by port"
 right=$(interface right)
 said=$(set_on "$left, $right" 'flowcontrol receive on')
 has_line "$said" "Ethernet${left#ethernet } failed for flowcontrol receive on with Operation not supported"
 has_line "$said" "Ethernet${right#ethernet } failed for flowcontrol receive on with Operation not supported"
+said=$(set_on "$left, $right" 'switchport speed 25000')
+has_line "$said" "Ethernet${left#ethernet } failed for switchport speed 25000 with Operation not supported"
+has_line "$said" "Ethernet${right#ethernet } failed for switchport speed 25000 with Operation not supported"
+has "$(set_on "$left" 'switchport mtu 67')" "value out of range"
 has "$(set_on "$left" 'switchport beacon')" "Operation not supported"
 has "$(set_on "$left" 'switchport access vlan 7')" "with the device is no port of a bridge"
 
@@ -151,7 +186,7 @@ has "$(run --session-counters --map "$map" -c "clear counters interface $left")"
 said=$(run --map "$map" -c "clear counters interface $left") || fail "counters are not cleared"
 has "$said" "$XDG_STATE_HOME/pmsh/cleared-counters."
 [ "$(counted_by_shell)" -lt "$tx_bytes" ] || fail "cleared counters go on for another shell"
-[ "$(XDG_STATE_HOME=/nowhere counted_by_shell)" -ge "$tx_bytes" ] || fail "somebody else's counters were cleared"
+[ "$(XDG_STATE_HOME=$map.other counted_by_shell)" -ge "$tx_bytes" ] || fail "somebody else's counters were cleared"
 said=$(XDG_STATE_HOME=/proc/nowhere run --map "$map" -c "clear counters interface $left" 2>&1) && fail "a clear that is not kept succeeds"
 has "$said" "for this session only"
 
@@ -178,10 +213,26 @@ said=$(run -c "show interface $left counters errors | json" | jq -c '.interfaces
 has "$(run -c "show interface $left")" "DLY -- usec"
 [ "$(run -c "show interface $left debounce | json" | jq -c '.interfaces[0].debounce_msec')" = null ] || fail "a made-up debounce time"
 
+step "stored interfaces"
+ip -n "$here" route add default dev left || fail "no default route"
+[ "$(interface left)" = "$left" ] || fail "a device is called anew: '$(interface left)'"
+export XDG_STATE_HOME=$stored
+[ "$(reason left)" = "default route" ] || fail "the reason of the management port is '$(reason left)'"
+[ "$(interface left)" = "mgmt 0" ] || fail "the device of the default route is '$(interface left)'"
+ip -n "$here" route del default dev left
+[ "$(interface left)" = "mgmt 0" ] || fail "the device of the default route that was is '$(interface left)'"
+dev add newer type veth peer name newest && newer=$(interface newer)
+dev del newer && dev add other type veth peer name newer
+[ "$(interface newer)" = "$newer" ] || fail "newer was $newer and is '$(interface newer)'"
+[ "$(interface other)" != "$newer" ] || fail "the interface of a device is given twice"
+dev del newer
+said=$(XDG_STATE_HOME=/proc/nowhere run -c "show interface brief" 2>&1 >/dev/null)
+[ "$(grep -c . <<<"$said")" = 1 ] && has "$said" "pmsh: the interfaces of devices are not stored: " || fail "without a directory: $said"
+
 step "the default route and the map file"
 ip -n "$here" route add default dev left || fail "no default route"
-[ "$(interface left)" = "mgmt 0" ] || fail "the device of the default route is '$(interface left)'"
 printf 'left: ethernet 4/1\n' >"$map"
+[ "$(reason left --map "$map")" = "map file" ] || fail "the reason of a map file is '$(reason left --map "$map")'"
 [ "$(run --map "$map" -c 'show kernel-map' | awk '$1 == "left" { print $2, $3 }')" = "ethernet 4/1" ] || fail "the map file"
 printf 'left: nowhere 4/1\n' >"$map"
 said=$(run --map "$map" -c 'show kernel-map' 2>&1) && fail "a wrong map file is taken"
@@ -189,6 +240,7 @@ has "$said" "$map:1"
 ip -n "$here" route del default dev left
 
 step "the management port keeps its name when its route is lost"
+rm -r "$stored"
 ip -n "$here" route add default dev left
 mkfifo "$map.route"
 run --yes <"$map.route" >"$map.said" 2>&1 &
@@ -200,7 +252,8 @@ until_true grep -q '^mgmt0 ' "$map.said"
 printf 'undo\nend\nshow kernel-map\n' >&9
 exec 9>&-
 wait "$shell" || fail "the management port was lost: $(cat "$map.said")"
-[ "$(grep -c '^left  *mgmt 0$' "$map.said")" = 2 ] || fail "the management port has another name: $(cat "$map.said")"
+export XDG_STATE_HOME=$state
+[ "$(grep -c '^left  *mgmt 0  *default route$' "$map.said")" = 2 ] || fail "the management port has another name: $(cat "$map.said")"
 dev set left up
 
 # ---- Other kinds of devices ----
@@ -318,9 +371,9 @@ done
 kill "$churning" && wait "$churning" 2>/dev/null
 [ "$said" != failed ] || fail "a command fails while devices come and go"
 
-# The number of system calls depends on the machine, not on how many devices it has.
+# The number of system calls depends on the machine, not on how many devices it has, once their interfaces are stored.
 step "the number of system calls"
-calls() { ASAN_OPTIONS=detect_leaks=0 ip netns exec "$here" strace -f -c -o "$map" "$pmsh" --kernel -c "show interface" >/dev/null && awk '$NF == "total" { print $(NF - 2) }' "$map"; }
+calls() { run -c "show kernel-map" >/dev/null; ASAN_OPTIONS=detect_leaks=0 ip netns exec "$here" strace -f -c -o "$map" "$pmsh" --kernel -c "show interface" >/dev/null && awk '$NF == "total" { print $(NF - 2) }' "$map"; }
 if few=$(calls) && [ -n "$few" ]; then
   for i in $(seq 50); do printf 'link add few%s type veth peer name other%s\n' "$i" "$i"; done | ip -n "$here" -batch -
   many=$(calls)

@@ -10,6 +10,7 @@ import os
 import re
 import subprocess
 import sys
+import tempfile
 
 DISPLAYS = ("", "counters", "counters detailed all", "counters brief", "flowcontrol", "capabilities", "status")
 
@@ -137,12 +138,14 @@ def look(space, pmsh, device, interface):
 def main():
     pmsh, = sys.argv[1:]
     space = Namespace()
+    state = tempfile.TemporaryDirectory()
     faults, count = [], 0
     try:
         make_devices(space)
+        os.environ["XDG_STATE_HOME"] = state.name
         for row in space.run(pmsh, "--kernel", "-c", "show kernel-map").stdout.splitlines():
-            device, interface = row.split(maxsplit=1)
-            faults += look(space, pmsh, device, interface)
+            device, *interface = row.split()[:3]
+            faults += look(space, pmsh, device, " ".join(interface))
             count += 1
     finally:
         run("ip", "netns", "del", space.name)

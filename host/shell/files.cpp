@@ -7,29 +7,17 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <span>
 
+#include "base/replace_file.h"
 #include "base/write_all.h"
 
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Closes a descriptor; a negative one is none.
-struct open_file {
-  explicit open_file(int opened) : descriptor(opened) {}
-  ~open_file() {
-    if (descriptor >= 0) ::close(descriptor);
-  }
-  open_file(const open_file&) = delete;
-  open_file& operator=(const open_file&) = delete;
-
-  int descriptor;
-};
 
 // The file that a path leads to, whether it is there or not; empty and errno ELOOP for links in a circle.
 std::string follow_links(const std::string& path) {
@@ -54,41 +42,6 @@ int write_in_place(const std::string& path, std::string_view text) {
 bool is_standard_output(const struct stat& file) {
   struct stat output {};
   return fstat(STDOUT_FILENO, &output) == 0 && output.st_dev == file.st_dev && output.st_ino == file.st_ino;
-}
-
-// The mode that a new file gets.
-mode_t new_mode() {
-  const mode_t mask = umask(0);
-  umask(mask);
-  return 0666 & ~mask;
-}
-
-int flush_to_disk(int descriptor) { return fsync(descriptor) == 0 || errno == EINVAL ? 0 : errno; }
-
-// Fills the file that is to take the place of `old`, which is null when there is none.
-int fill(int descriptor, std::string_view text, const struct stat* old) {
-  if (const int error = write_all(descriptor, text); error != 0) return error;
-  const bool has_owner = old == nullptr || (old->st_uid == geteuid() && old->st_gid == getegid());
-  if (!has_owner && fchown(descriptor, old->st_uid, old->st_gid) != 0) return errno;
-  if (fchmod(descriptor, old != nullptr ? old->st_mode & 07777 : new_mode()) != 0) return errno;
-  return flush_to_disk(descriptor);
-}
-
-// A new name is on the disk when its directory is.
-int flush_directory_of(const std::string& path) {
-  const std::string directory = fs::path(path).parent_path().string();
-  const open_file opened(open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  return opened.descriptor < 0 ? 0 : flush_to_disk(opened.descriptor);
-}
-
-int replace(const std::string& path, std::string_view text, const struct stat* old) {
-  std::string made = path + ".XXXXXX";
-  const open_file file(mkostemp(made.data(), O_CLOEXEC));
-  if (file.descriptor < 0) return errno;
-  int error = fill(file.descriptor, text, old);
-  if (error == 0 && std::rename(made.c_str(), path.c_str()) != 0) error = errno;
-  if (error != 0) unlink(made.c_str());
-  return error != 0 ? error : flush_directory_of(path);
 }
 
 // Returns the size of what was read, 0 at the end, or -1 and errno. Waits for the writer of a pipe.
@@ -143,7 +96,7 @@ int write_file(const std::string& path, std::string_view text) {
   if (exists && is_standard_output(old)) return write_all(STDOUT_FILENO, text);
   if (exists && !S_ISREG(old.st_mode)) return write_in_place(path, text);
   const std::string target = follow_links(path);
-  return target.empty() ? errno : replace(target, text, exists ? &old : nullptr);
+  return target.empty() ? errno : replace_file(target, text, exists ? &old : nullptr);
 }
 
 bool exists(const std::string& path) {

@@ -53,12 +53,21 @@ std::string cleared_counters_file(const options& wanted) {
   return wanted.has_session_counters ? "" : state_file("cleared-counters." + kernel_namespace());
 }
 
+// Where the interfaces of devices are stored; empty: nowhere.
+std::string interface_names_file() {
+  const std::string file = state_file("interface-names." + kernel_namespace());
+  make_directories_of(file);  // the source reports a file that it cannot write
+  return file;
+}
+
 // Sets the switch and its source.
 void open_switch(const options& wanted) {
   if (wanted.is_kernel) {
-    auto kernel = std::make_unique<kernel_source>(
-        wanted.map_file.empty() ? wanted_interfaces{} : read_map_file(wanted.map_file), cleared_counters_file(wanted));
+    auto kernel =
+        std::make_unique<kernel_source>(wanted.map_file.empty() ? wanted_interfaces{} : read_map_file(wanted.map_file),
+                                        cleared_counters_file(wanted), interface_names_file());
     the_machine() = kernel->read();
+    if (!kernel->names_fault().empty()) print_error(kernel->names_fault());
     set_source(std::move(kernel));
     return;
   }

@@ -69,6 +69,19 @@ int bind_module_resources(const invocation& run, uint32 module) {
   return kDone;
 }
 
+std::string text_of(const kernel_device& it) {
+  switch (it.reason) {
+    case name_reason::map_file: return "map file";
+    case name_reason::stored: return "stored";
+    case name_reason::default_route: return "default route";
+    case name_reason::loopback: return "loopback";
+    case name_reason::bond: return "bond";
+    case name_reason::vlan: return "vlan of " + it.parent;
+    case name_reason::device_index: return "device index";
+  }
+  return {};
+}
+
 }  // namespace
 
 void call_handler(const invocation& run, command_handler handler, paraminfo_t* block) {
@@ -132,17 +145,21 @@ int show_kernel_map(const invocation& run) {
     run.output.complain("this switch is not read from the kernel. Start the shell with --kernel.");
     return kUsage;
   }
-  constexpr std::size_t kWidth = 18;
+  static constexpr std::size_t kWidth = 18;
+  const auto padded = [](const std::string& text) {
+    return text + std::string(std::max(kWidth, text.size() + 2) - text.size(), ' ');
+  };
   for (const kernel_device& it : *devices) {
+    const std::string reason = text_of(it);
     if (run.output.is_structured()) {
       char name[64];
       run.output.begin_interface(sprintf_if_index(name, it.if_index), it.if_index);
       run.output.bind({uint32{CMD_TYPE_STRING} << 24 | kTagMapDevice, it.name.c_str()});
+      run.output.bind({uint32{CMD_TYPE_STRING} << 24 | kTagMapReason, reason.c_str()});
       run.output.end_interface();
       continue;
     }
-    const std::size_t blanks = std::max(kWidth, it.name.size() + 2) - it.name.size();
-    run.output.text(it.name + std::string(blanks, ' ') + range_text({&it.if_index, 1}) + "\n");
+    run.output.text(padded(it.name) + padded(range_text({&it.if_index, 1})) + reason + "\n");
   }
   return kDone;
 }

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <iterator>
 
+#include "shell/output/printable.h"
+
 namespace host {
 namespace {
 
@@ -28,7 +30,7 @@ std::size_t edit_distance(std::string_view left, std::string_view right) {
   return row.back();
 }
 
-// Bytes with an escape of one letter; all other control bytes are \xHH.
+// Bytes with an escape of one letter; all others that are not printable are \xHH.
 struct escaped_byte {
   char byte;
   char letter;
@@ -107,9 +109,10 @@ std::string_view unquote(std::string_view text) {
 }
 
 std::string text_argument(std::string_view text) {
-  const auto is_control = [](char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F; };
-  const bool is_plain = !text.empty() && text.find_first_of("|\"'?\\") == std::string_view::npos &&
-                        trim(text).size() == text.size() && std::none_of(text.begin(), text.end(), is_control);
+  std::string shown;
+  append_printable(shown, text);
+  const bool is_plain = !text.empty() && shown == text && text.find_first_of("|\"'?\\") == std::string_view::npos &&
+                        trim(text).size() == text.size();
   if (is_plain) return std::string(text);
   std::string written = "\"";
   for (const char byte : text) {
@@ -118,16 +121,14 @@ std::string text_argument(std::string_view text) {
     if (escape != std::end(kEscapes)) {
       written += '\\';
       written += escape->letter;
-    } else if (is_control(byte)) {
-      constexpr char kHexDigits[] = "0123456789abcdef";
-      written += "\\x";
-      written += kHexDigits[static_cast<unsigned char>(byte) >> 4];
-      written += kHexDigits[byte & 0xF];
     } else {
       written += byte;
     }
   }
-  return written + '"';
+  written += '"';
+  shown.clear();  // the escapes of what is not printable are \xHH
+  append_printable(shown, written);
+  return shown;
 }
 
 std::optional<std::string> read_text_argument(std::string_view written, std::string& error) {

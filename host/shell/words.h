@@ -27,7 +27,7 @@ std::string_view trim(std::string_view text);
 std::string_view unquote(std::string_view text);
 
 // A text as the argument of a command. It reads as the same bytes, on one line, whatever they are but zero: what could
-// be read otherwise is in double quotes, with the escapes of C.
+// be read otherwise, or is not printable, is in double quotes, with the escapes of C.
 std::string text_argument(std::string_view text);
 
 // The text of such an argument: as it is written, or in single quotes as it is between them, or in double quotes with

@@ -24,11 +24,24 @@ enum class detail : uint8 {
   counters      // of stats, once these are up to date: those that not every device has
 };
 
+// Why a device of the kernel has its interface.
+enum class name_reason : uint8 {
+  map_file,       // the user's file names it
+  stored,         // an earlier session gave it to the device
+  default_route,  // the device that the default route leads to is the management port
+  loopback,       // the kernel's own loopback
+  bond,           // a bond is the port-channel with the kernel's number
+  vlan,           // a VLAN device is a sub-interface of its parent
+  device_index    // the kernel's number counts the interfaces
+};
+
 // A network device of the kernel and its interface.
 struct kernel_device {
   std::string name;
   if_index_t if_index;
   uint32 number = 0;  // the kernel's
+  name_reason reason = name_reason::device_index;
+  std::string parent = {};  // the device below, of name_reason::vlan
 };
 
 class switch_source {

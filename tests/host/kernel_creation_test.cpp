@@ -239,6 +239,7 @@ TEST_F(KernelRestoration, WhatTheKernelRefusesIsTheStatus) {
   setting_answer_ = {EBUSY, {}, "not now"};
   EXPECT_EQ(restore(), "not now");
   EXPECT_EQ(aliases_.size(), 1U);
+  EXPECT_EQ(deleted_, (std::vector<uint32>{77}));
 
   deleted_interface_.if_index = loopback(kFree + 1);
   refused_ = 2;

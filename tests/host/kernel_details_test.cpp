@@ -175,6 +175,20 @@ TEST_F(KernelRecording, CapabilitiesAreTheSupportedModes) {
   EXPECT_EQ(capability_of(kVeth0).fcot_capable, 0);
 }
 
+TEST_F(KernelRecording, EverySupportedSpeedIsListed) {
+  kernel_.answer(kModes, [](const nlmsghdr&) {
+    const recorded_modes modes = {
+        .supported = {ETHTOOL_LINK_MODE_1000baseX_Full_BIT, ETHTOOL_LINK_MODE_10000baseSR_Full_BIT,
+                      ETHTOOL_LINK_MODE_25000baseSR_Full_BIT, ETHTOOL_LINK_MODE_100000baseSR4_Full_BIT,
+                      ETHTOOL_LINK_MODE_400000baseSR8_Full_BIT}};
+    return recorded_answer{0, {recorded(modes_message(kSwp3, modes))}};
+  });
+  read();
+  EXPECT_EQ(device(kSwp3).capabilities.speeds,
+            speed_bit(1000) | speed_bit(10'000) | speed_bit(25'000) | speed_bit(100'000) | speed_bit(400'000));
+  EXPECT_EQ(capability_of(kSwp3).speed, CRDCFG_SPEED_1G | CRDCFG_SPEED_10G) << "of the others the record has no bit";
+}
+
 TEST_F(KernelRecording, FlowControlIsSetOrAgreedOn) {
   constexpr uint16 kReceiveOn = 2, kReceiveDesired = 8, kSendDesired = 4;
   read();

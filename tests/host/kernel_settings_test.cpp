@@ -46,23 +46,26 @@ std::ostream& operator<<(std::ostream& to, const asked& it) {
   return to;
 }
 
+asked vlans_in_request(const nlmsghdr& request) {
+  asked it{request.nlmsg_type, {}};
+  const auto* const head = static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&request));
+  EXPECT_EQ(head->ifi_family, AF_BRIDGE);
+  EXPECT_EQ(head->ifi_index, 7);
+  for_each_attribute(request, sizeof *head, [&](const nlattr& spec) {
+    EXPECT_EQ(mnl_attr_get_type(&spec), IFLA_AF_SPEC);
+    for_each_nested(spec, [&](const nlattr& attribute) {
+      EXPECT_EQ(mnl_attr_get_type(&attribute), IFLA_BRIDGE_VLAN_INFO);
+      const auto info = attribute_number<bridge_vlan_info>(attribute);
+      it.vlans.emplace_back(info.flags, info.vid);
+    });
+  });
+  return it;
+}
+
 std::vector<asked> asked_for(const port_settings& wanted, const port_settings& before) {
   std::vector<asked> all;
-  for (netlink_request& request : bridge_vlan_requests(7, wanted, before)) {
-    asked it{request.head().nlmsg_type, {}};
-    const auto* const head = static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&request.head()));
-    EXPECT_EQ(head->ifi_family, AF_BRIDGE);
-    EXPECT_EQ(head->ifi_index, 7);
-    for_each_attribute(request.head(), sizeof *head, [&](const nlattr& spec) {
-      EXPECT_EQ(mnl_attr_get_type(&spec), IFLA_AF_SPEC);
-      for_each_nested(spec, [&](const nlattr& attribute) {
-        EXPECT_EQ(mnl_attr_get_type(&attribute), IFLA_BRIDGE_VLAN_INFO);
-        const auto info = attribute_number<bridge_vlan_info>(attribute);
-        it.vlans.emplace_back(info.flags, info.vid);
-      });
-    });
-    all.push_back(it);
-  }
+  for (netlink_request& request : bridge_vlan_requests(7, wanted, before))
+    all.push_back(vlans_in_request(request.head()));
   return all;
 }
 
@@ -143,17 +146,23 @@ TEST(KernelSettings, ANativeVlanMustBeCarried) {
 
 constexpr question kSetLink{NETLINK_ROUTE, RTM_NEWLINK, AF_UNSPEC};
 const question kSetModes = recorded_kernel::ethtool(ETHTOOL_MSG_LINKMODES_SET);
+constexpr question kSetVlans{NETLINK_ROUTE, RTM_SETLINK, AF_BRIDGE};
+constexpr question kDeleteVlans{NETLINK_ROUTE, RTM_DELLINK, AF_BRIDGE};
 const question kSetPause = recorded_kernel::ethtool(ETHTOOL_MSG_PAUSE_SET);
 
 class KernelAsked : public testing::Test {
  protected:
   KernelAsked() {
-    for (const question& it : {kSetLink, kSetModes, kSetPause})
-      kernel_.answer(it, [this](const nlmsghdr& request) {
-        const auto* const bytes = reinterpret_cast<const char*>(&request);
-        requests_.emplace_back(bytes, bytes + request.nlmsg_len);
-        return recorded_answer{0, {}};
-      });
+    for (const question& it : {kSetLink, kSetModes, kSetPause, kSetVlans, kDeleteVlans}) refuse(it, 0, {});
+  }
+
+  // Refuses such a request when it is the one with this number among all, from 1.
+  void refuse(const question& asked, std::size_t number, const recorded_answer& refusal) {
+    kernel_.answer(asked, [this, number, refusal](const nlmsghdr& request) {
+      const auto* const bytes = reinterpret_cast<const char*>(&request);
+      requests_.emplace_back(bytes, bytes + request.nlmsg_len);
+      return requests_.size() == number ? refusal : recorded_answer{0, {}};
+    });
   }
 
   uint32 settle(const port_settings& wanted, const port_settings& before) {
@@ -176,6 +185,10 @@ class KernelAsked : public testing::Test {
       if (type_of(it) == type) found.emplace(bytes.begin(), bytes.end());
     });
     return found;
+  }
+  asked vlans_in(std::size_t which) const {
+    const auto& head = *reinterpret_cast<const nlmsghdr*>(requests_.at(which).data());
+    return vlans_in_request(head);
   }
   std::optional<std::vector<uint8>> of_link(uint16 type) const { return attribute(sizeof(ifinfomsg), type); }
   std::optional<std::vector<uint8>> of_ethtool(uint16 type) const { return attribute(sizeof(genlmsghdr), type); }
@@ -293,6 +306,32 @@ TEST_F(KernelAsked, ARefusalHasTheKernelsWordsAndEndsTheRest) {
   EXPECT_EQ(asked, 1U);
 }
 
+TEST_F(KernelAsked, EveryStepIsRefusedInTheKernelsWords) {
+  port_settings described, sized, fast, pausing, bonded;
+  described.description = "lab";
+  sized.mtu_bytes = 9000;
+  fast.admin_speed_mbps = 1000;
+  pausing.admin_flow_control = 0x0002;
+  bonded.channel = 0x16000009;
+  const std::pair<question, port_settings> steps[] = {{kSetLink, with_state(PM_PORT_STATE_DOWN)},
+                                                      {kSetLink, described},
+                                                      {kSetLink, sized},
+                                                      {kSetLink, bonded},
+                                                      {kSetModes, fast},
+                                                      {kSetPause, pausing},
+                                                      {kSetVlans, access(20)}};
+  for (const auto& [asked, wanted] : steps) {
+    port_settings before = asked == kSetVlans ? access(1) : port_settings();
+    requests_.clear();
+    refuse(asked, 1, {EINVAL, {}, "in the kernel's words"});
+    EXPECT_STREQ(text_of_port_status(settle(wanted, before)), "in the kernel's words");
+    EXPECT_EQ(requests_.size(), 1U);
+    requests_.clear();
+    refuse(asked, 1, {EBUSY});
+    EXPECT_STREQ(text_of_port_status(settle(wanted, before)), "Device or resource busy");
+  }
+}
+
 TEST_F(KernelAsked, ARefusalWithoutWordsIsAnErrno) {
   port_settings wanted;
   wanted.mtu_bytes = 9000;
@@ -302,6 +341,81 @@ TEST_F(KernelAsked, ARefusalWithoutWordsIsAnErrno) {
     kernel_.answer(kSetLink, [error = error](const nlmsghdr&) { return recorded_answer{error, {}}; });
     EXPECT_STREQ(text_of_port_status(settle(wanted, {})), text);
   }
+}
+
+// ---- What was made before a refusal is taken back -------------------------------------------------------------------
+
+TEST_F(KernelAsked, WhatWasMadeBeforeARefusalIsTakenBack) {
+  port_settings before = with_state(PM_PORT_STATE_UP), wanted = with_state(PM_PORT_STATE_DOWN);
+  before.description = "old";
+  wanted.description = "new";
+  wanted.mtu_bytes = 9000;
+  refuse(kSetLink, 3, {EINVAL, {}, "mtu greater than device maximum"});
+  EXPECT_STREQ(text_of_port_status(settle(wanted, before)), "mtu greater than device maximum");
+  ASSERT_EQ(requests_.size(), 5U);
+  EXPECT_EQ(attribute(sizeof(ifinfomsg), IFLA_IFALIAS, 3), (Bytes{'o', 'l', 'd'}));
+  EXPECT_EQ(head_of(requests_[4]).ifi_change, unsigned{IFF_UP});
+  EXPECT_EQ(head_of(requests_[4]).ifi_flags, unsigned{IFF_UP});
+}
+
+TEST_F(KernelAsked, ASpeedIsTakenBackWhenPauseIsRefused) {
+  port_settings wanted;
+  wanted.mtu_bytes = 9000;
+  wanted.admin_speed_mbps = 1000;
+  wanted.admin_duplex = PM_PORT_DUPLEX_FULL;
+  wanted.admin_flow_control = 0x0002;
+  refuse(kSetPause, 3, {EOPNOTSUPP});
+  EXPECT_STREQ(text_of_port_status(settle(wanted, {})), "Operation not supported");
+  ASSERT_EQ(requests_.size(), 5U);
+  EXPECT_EQ(attribute(sizeof(genlmsghdr), ETHTOOL_A_LINKMODES_AUTONEG, 3), Bytes{1});
+  EXPECT_EQ(attribute(sizeof(ifinfomsg), IFLA_MTU, 4), bytes_of_number(1500));
+}
+
+TEST_F(KernelAsked, VlansThatCameAreTakenBackWhenTheOthersStay) {
+  refuse(kDeleteVlans, 2, {EBUSY, {}, "the VLAN is in use"});
+  EXPECT_STREQ(text_of_port_status(settle(access(20), access(1))), "the VLAN is in use");
+  ASSERT_EQ(requests_.size(), 4U);
+  EXPECT_EQ(vlans_in(2), (asked{RTM_SETLINK, {{kUntagged, 1}}}));
+  EXPECT_EQ(vlans_in(3), (asked{RTM_DELLINK, {{kTagged, 20}}}));
+}
+
+TEST_F(KernelAsked, VlansAreTakenBackWhenTheDeviceDoesNotComeUp) {
+  port_settings before = trunk(9, {1, 2});  // of which the native VLAN is none
+  before.admin_state = PM_PORT_STATE_DOWN;
+  refuse(kSetLink, 3, {ENODEV});
+  EXPECT_STREQ(text_of_port_status(settle(access(20), before)), "No such device");
+  ASSERT_EQ(requests_.size(), 5U);
+  EXPECT_EQ(vlans_in(3), (asked{RTM_SETLINK, {{kBegin, 1}, {kEnd, 2}}}));
+  EXPECT_EQ(vlans_in(4), (asked{RTM_DELLINK, {{kTagged, 20}}}));
+}
+
+TEST_F(KernelAsked, AFirstRefusalLeavesNothingToTakeBack) {
+  refuse(kSetLink, 1, {EPERM});
+  port_settings wanted = with_state(PM_PORT_STATE_UP);
+  wanted.description = "new";
+  EXPECT_STREQ(text_of_port_status(settle(wanted, with_state(PM_PORT_STATE_DOWN))),
+               "not permitted: the right CAP_NET_ADMIN is missing");
+  EXPECT_EQ(requests_.size(), 1U);
+}
+
+TEST_F(KernelAsked, AnMtuThatIsNotKnownIsNotTakenBack) {
+  port_settings before;
+  before.mtu_bytes.reset();
+  port_settings wanted;
+  wanted.admin_flow_control = 0x0002;
+  refuse(kSetPause, 2, {EOPNOTSUPP});
+  EXPECT_STREQ(text_of_port_status(settle(wanted, before)), "Operation not supported");
+  EXPECT_EQ(requests_.size(), 2U);
+}
+
+TEST_F(KernelAsked, ASocketThatCannotBeOpenedIsARefusal) {
+  the_kernel_gate().open = [](int) {
+    errno = EMFILE;
+    return std::unique_ptr<kernel_channel>();
+  };
+  port_settings wanted;
+  wanted.mtu_bytes = 9000;
+  EXPECT_STREQ(text_of_port_status(settle(wanted, {})), "the kernel cannot be asked by netlink: Too many open files");
 }
 
 TEST_F(KernelAsked, AKernelWithoutEthtoolRefusesItsSettings) {

@@ -2,6 +2,7 @@
 #include "source/kernel/kernel_source.h"
 
 #include <gtest/gtest.h>
+#include <linux/ethtool.h>
 #include <linux/ethtool_netlink.h>
 #include <linux/genetlink.h>
 #include <linux/if_bridge.h>
@@ -14,6 +15,7 @@
 #include <string>
 
 #include "host/temporary_file.h"
+#include "platform/card_config.h"
 #include "platform/port_manager.h"
 #include "source/kernel/ethtool.h"
 #include "source/yaml/yaml_file_error.h"
@@ -282,6 +284,33 @@ TEST(KernelMap, EachKindOfDeviceHasItsKindOfInterface) {
   EXPECT_EQ(interface_of_device(mapped, 9), numbered_index(IF_TYPE_VETHERNET, 9));
 }
 
+TEST(KernelMap, EachInterfaceHasItsReason) {
+  const auto mapped =
+      map_devices({loopback_device(), device(2, "eth0", ""), device(3, "eth1", ""), device(4, "bond0", "bond"),
+                   device(5, "br0", "bridge"), vlan_device(6, 3, 10), vlan_device(7, 5, 20), device(8, "eth2", "")},
+                  2, {{"eth2", {port(0, 30), false}}});
+  ASSERT_EQ(mapped.size(), 8U);
+  EXPECT_EQ(mapped[0].reason, name_reason::loopback);
+  EXPECT_EQ(mapped[1].reason, name_reason::default_route);
+  EXPECT_EQ(mapped[2].reason, name_reason::device_index);
+  EXPECT_EQ(mapped[3].reason, name_reason::bond);
+  EXPECT_EQ(mapped[4].reason, name_reason::device_index);
+  EXPECT_EQ(mapped[5].reason, name_reason::vlan);
+  EXPECT_EQ(mapped[5].parent, "eth1");
+  EXPECT_EQ(mapped[6].reason, name_reason::device_index);
+  EXPECT_EQ(mapped[7].reason, name_reason::map_file);
+}
+
+TEST(KernelMap, ADeviceHasNoInterfaceThatAnotherHad) {
+  const known_interfaces known{.of_devices = {{3, {port(0, 7), name_reason::stored}}}, .of_others = {port(0, 8)}};
+  const auto mapped =
+      map_devices({device(3, "a", ""), device(8, "b", ""), device(9, "c", ""), device(10, "d", "")}, 0, {}, known);
+  EXPECT_EQ(interface_of_device(mapped, 3), port(0, 7));
+  EXPECT_EQ(interface_of_device(mapped, 8), port(0, 9));
+  EXPECT_EQ(interface_of_device(mapped, 9), port(0, 10));
+  EXPECT_EQ(interface_of_device(mapped, 10), port(0, 11));
+}
+
 TEST(KernelMap, APortOfASwitchChipIsAPort) {
   const auto mapped = map_devices({device(2, "lan1", "dsa")}, 0, {});
   EXPECT_EQ(interface_of_device(mapped, 2), port(0, 1));
@@ -419,6 +448,135 @@ TEST(KernelMachine, WhatTheKernelDoesNotTellIsAbsent) {
   EXPECT_EQ(made.capabilities.rate_modes, std::nullopt);
   EXPECT_EQ(made.capabilities.qos, std::nullopt);
   EXPECT_TRUE(made.addresses.empty());
+}
+
+// The kernel's name of a mode begins with its speed; the port's speeds are those that a switch has.
+TEST(KernelMachine, AModeIsTheSpeedAndTheDuplexOfItsName) {
+  struct mode {
+    uint32 bit;
+    std::string_view name;
+  };
+#define MODE(name) \
+  mode { ETHTOOL_LINK_MODE_##name##_BIT, #name }
+  for (const mode& it : {
+           MODE(10baseT_Half),
+           MODE(10baseT_Full),
+           MODE(100baseT_Half),
+           MODE(100baseT_Full),
+           MODE(1000baseT_Half),
+           MODE(1000baseT_Full),
+           MODE(10000baseT_Full),
+           MODE(2500baseX_Full),
+           MODE(1000baseKX_Full),
+           MODE(10000baseKX4_Full),
+           MODE(10000baseKR_Full),
+           MODE(10000baseR_FEC),
+           MODE(20000baseMLD2_Full),
+           MODE(20000baseKR2_Full),
+           MODE(40000baseKR4_Full),
+           MODE(40000baseCR4_Full),
+           MODE(40000baseSR4_Full),
+           MODE(40000baseLR4_Full),
+           MODE(56000baseKR4_Full),
+           MODE(56000baseCR4_Full),
+           MODE(56000baseSR4_Full),
+           MODE(56000baseLR4_Full),
+           MODE(25000baseCR_Full),
+           MODE(25000baseKR_Full),
+           MODE(25000baseSR_Full),
+           MODE(50000baseCR2_Full),
+           MODE(50000baseKR2_Full),
+           MODE(100000baseKR4_Full),
+           MODE(100000baseSR4_Full),
+           MODE(100000baseCR4_Full),
+           MODE(100000baseLR4_ER4_Full),
+           MODE(50000baseSR2_Full),
+           MODE(1000baseX_Full),
+           MODE(10000baseCR_Full),
+           MODE(10000baseSR_Full),
+           MODE(10000baseLR_Full),
+           MODE(10000baseLRM_Full),
+           MODE(10000baseER_Full),
+           MODE(2500baseT_Full),
+           MODE(5000baseT_Full),
+           MODE(50000baseKR_Full),
+           MODE(50000baseSR_Full),
+           MODE(50000baseCR_Full),
+           MODE(50000baseLR_ER_FR_Full),
+           MODE(50000baseDR_Full),
+           MODE(100000baseKR2_Full),
+           MODE(100000baseSR2_Full),
+           MODE(100000baseCR2_Full),
+           MODE(100000baseLR2_ER2_FR2_Full),
+           MODE(100000baseDR2_Full),
+           MODE(200000baseKR4_Full),
+           MODE(200000baseSR4_Full),
+           MODE(200000baseLR4_ER4_FR4_Full),
+           MODE(200000baseDR4_Full),
+           MODE(200000baseCR4_Full),
+           MODE(100baseT1_Full),
+           MODE(1000baseT1_Full),
+           MODE(400000baseKR8_Full),
+           MODE(400000baseSR8_Full),
+           MODE(400000baseLR8_ER8_FR8_Full),
+           MODE(400000baseDR8_Full),
+           MODE(400000baseCR8_Full),
+           MODE(100000baseKR_Full),
+           MODE(100000baseSR_Full),
+           MODE(100000baseLR_ER_FR_Full),
+           MODE(100000baseCR_Full),
+           MODE(100000baseDR_Full),
+           MODE(200000baseKR2_Full),
+           MODE(200000baseSR2_Full),
+           MODE(200000baseLR2_ER2_FR2_Full),
+           MODE(200000baseDR2_Full),
+           MODE(200000baseCR2_Full),
+           MODE(400000baseKR4_Full),
+           MODE(400000baseSR4_Full),
+           MODE(400000baseLR4_ER4_FR4_Full),
+           MODE(400000baseDR4_Full),
+           MODE(400000baseCR4_Full),
+           MODE(100baseFX_Half),
+           MODE(100baseFX_Full),
+           MODE(10baseT1L_Full),
+       }) {
+    kernel_link link = device(2, "a", "");
+    link.supported.set(it.bit);
+    const port_capabilities able = machine_of({link}).interfaces.at(0).capabilities;
+    const uint32 mbps = static_cast<uint32>(std::stoul(std::string(it.name)));
+    const bool is_known = mbps != 20'000 && mbps != 56'000;
+    EXPECT_EQ(able.speeds, is_known ? speed_bit(mbps) : 0U) << it.name;
+    EXPECT_EQ(fastest_mbps(*able.speeds), is_known ? mbps : 0U) << it.name;
+    EXPECT_EQ(able.duplexes, it.name.ends_with("_Half") ? CRDCFG_DUPLEX_HALF : CRDCFG_DUPLEX_FULL) << it.name;
+  }
+#undef MODE
+}
+
+TEST(KernelMachine, ModesWithoutASpeedAreNone) {
+  kernel_link link = device(2, "a", "");
+  for (const uint32 bit :
+       {ETHTOOL_LINK_MODE_FEC_NONE_BIT, ETHTOOL_LINK_MODE_FEC_RS_BIT, ETHTOOL_LINK_MODE_FEC_BASER_BIT,
+        ETHTOOL_LINK_MODE_FEC_LLRS_BIT, ETHTOOL_LINK_MODE_Backplane_BIT, ETHTOOL_LINK_MODE_TP_BIT})
+    link.supported.set(bit);
+  EXPECT_EQ(machine_of({link}).interfaces.at(0).capabilities.speeds, 0U);
+  EXPECT_EQ(machine_of({link}).interfaces.at(0).capabilities.duplexes, 0);
+}
+
+TEST(KernelMachine, AnMtuHasTheLimitsOfItsDevice) {
+  const auto limits_of = [](uint32 lowest, uint32 highest) {
+    netlink_request message = link_message(7, IFF_UP, [&](nlmsghdr& it) {
+      mnl_attr_put_strz(&it, IFLA_IFNAME, "a");
+      mnl_attr_put_u32(&it, IFLA_MIN_MTU, lowest);
+      mnl_attr_put_u32(&it, IFLA_MAX_MTU, highest);
+    });
+    return machine_of({decode_link(message.head()).value()}).interfaces.at(0).capabilities.mtu;
+  };
+  using limits = port_capabilities::mtu_limits;
+  EXPECT_EQ(limits_of(68, 9216), (limits{68, 9216}));
+  EXPECT_EQ(limits_of(68, 65535), (limits{68, 65535}));
+  EXPECT_EQ(limits_of(0, 0), (limits{0, 65535}));
+  EXPECT_EQ(limits_of(1280, 2'000'000), (limits{1280, 65535}));
+  EXPECT_EQ(machine_of({device(2, "a", "")}).interfaces.at(0).capabilities.mtu, (limits{0, 65535}));
 }
 
 TEST(KernelMachine, ManyDevicesHaveSlots) {

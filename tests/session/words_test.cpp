@@ -6,6 +6,7 @@
 #include <random>
 
 #include "shell/grammar.h"
+#include "shell/output/printable.h"
 
 namespace host {
 namespace {
@@ -35,6 +36,9 @@ TEST(TextArgument, WhatCouldBeReadOtherwiseIsInDoubleQuotes) {
   EXPECT_EQ(text_argument("x\n shutdown\ninterface mgmt 0"), R"("x\n shutdown\ninterface mgmt 0")");
   EXPECT_EQ(text_argument("\x1b[31m\x7f"), R"("\x1b[31m\x7f")");
   EXPECT_EQ(text_argument("?"), "\"?\"");
+  EXPECT_EQ(text_argument("Z\xfcrich"), R"("Z\xfcrich")");
+  EXPECT_EQ(text_argument("\u0085"), R"("\xc2\x85")");
+  EXPECT_EQ(text_argument("'Z\u00fcrich'"), "\"'Z\u00fcrich'\"");
 }
 
 TEST(TextArgument, EveryByteReadsAsItself) {
@@ -53,6 +57,15 @@ TEST(TextArgument, TextsOfHostileBytesReadAsThemselves) {
     std::string text(1 + random() % 254, ' ');
     for (char& byte : text) byte = kHostile[random() % kHostile.size()];
     EXPECT_EQ(read_back(text), text);
+  }
+}
+
+TEST(TextArgument, OutputDoesNotChangeThem) {
+  for (int byte = 1; byte < 256; ++byte) {
+    const std::string written = text_argument(std::string("a") + static_cast<char>(byte) + "b");
+    std::string shown;
+    append_printable(shown, written);
+    EXPECT_EQ(shown, written) << byte;
   }
 }
 

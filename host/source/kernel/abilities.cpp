@@ -2,7 +2,8 @@
 
 #include <linux/ethtool.h>
 
-#include <iterator>
+#include <algorithm>
+#include <cstdint>
 
 #include "platform/card_config.h"
 #include "platform/port_manager.h"
@@ -12,37 +13,49 @@ namespace {
 
 // ---- Link modes -----------------------------------------------------------------------------------------------------
 
-// A run of bits that stand for modes of one speed and duplex. Speeds that the port manager does not name are 0.
+// A run of bits that stand for modes of one speed and duplex. Speeds that no port of a switch has (20 and 56 Gbit/s)
+// are not among known_speeds().
 struct mode_run {
   uint32 first;
   uint32 last;
-  uint8 speed;   // CRDCFG_SPEED_*
+  uint32 mbps;
   uint8 duplex;  // CRDCFG_DUPLEX_*
 };
 constexpr uint8 kHalf = CRDCFG_DUPLEX_HALF, kFull = CRDCFG_DUPLEX_FULL;
 constexpr mode_run kModeRuns[] = {
-    {ETHTOOL_LINK_MODE_10baseT_Half_BIT, ETHTOOL_LINK_MODE_10baseT_Half_BIT, CRDCFG_SPEED_10M, kHalf},
-    {ETHTOOL_LINK_MODE_10baseT_Full_BIT, ETHTOOL_LINK_MODE_10baseT_Full_BIT, CRDCFG_SPEED_10M, kFull},
-    {ETHTOOL_LINK_MODE_100baseT_Half_BIT, ETHTOOL_LINK_MODE_100baseT_Half_BIT, CRDCFG_SPEED_100M, kHalf},
-    {ETHTOOL_LINK_MODE_100baseT_Full_BIT, ETHTOOL_LINK_MODE_100baseT_Full_BIT, CRDCFG_SPEED_100M, kFull},
-    {ETHTOOL_LINK_MODE_1000baseT_Half_BIT, ETHTOOL_LINK_MODE_1000baseT_Half_BIT, CRDCFG_SPEED_1G, kHalf},
-    {ETHTOOL_LINK_MODE_1000baseT_Full_BIT, ETHTOOL_LINK_MODE_1000baseT_Full_BIT, CRDCFG_SPEED_1G, kFull},
-    {ETHTOOL_LINK_MODE_10000baseT_Full_BIT, ETHTOOL_LINK_MODE_10000baseT_Full_BIT, CRDCFG_SPEED_10G, kFull},
-    {ETHTOOL_LINK_MODE_2500baseX_Full_BIT, ETHTOOL_LINK_MODE_2500baseX_Full_BIT, 0, kFull},
-    {ETHTOOL_LINK_MODE_1000baseKX_Full_BIT, ETHTOOL_LINK_MODE_1000baseKX_Full_BIT, CRDCFG_SPEED_1G, kFull},
-    {ETHTOOL_LINK_MODE_10000baseKX4_Full_BIT, ETHTOOL_LINK_MODE_10000baseR_FEC_BIT, CRDCFG_SPEED_10G, kFull},
-    {ETHTOOL_LINK_MODE_20000baseMLD2_Full_BIT, ETHTOOL_LINK_MODE_50000baseSR2_Full_BIT, 0, kFull},
-    {ETHTOOL_LINK_MODE_1000baseX_Full_BIT, ETHTOOL_LINK_MODE_1000baseX_Full_BIT, CRDCFG_SPEED_1G, kFull},
-    {ETHTOOL_LINK_MODE_10000baseCR_Full_BIT, ETHTOOL_LINK_MODE_10000baseER_Full_BIT, CRDCFG_SPEED_10G, kFull},
-    {ETHTOOL_LINK_MODE_2500baseT_Full_BIT, ETHTOOL_LINK_MODE_5000baseT_Full_BIT, 0, kFull},
-    {ETHTOOL_LINK_MODE_50000baseKR_Full_BIT, ETHTOOL_LINK_MODE_200000baseCR4_Full_BIT, 0, kFull},
-    {ETHTOOL_LINK_MODE_100baseT1_Full_BIT, ETHTOOL_LINK_MODE_100baseT1_Full_BIT, CRDCFG_SPEED_100M, kFull},
-    {ETHTOOL_LINK_MODE_1000baseT1_Full_BIT, ETHTOOL_LINK_MODE_1000baseT1_Full_BIT, CRDCFG_SPEED_1G, kFull},
-    {ETHTOOL_LINK_MODE_400000baseKR8_Full_BIT, ETHTOOL_LINK_MODE_400000baseCR8_Full_BIT, 0, kFull},
-    {ETHTOOL_LINK_MODE_100000baseKR_Full_BIT, ETHTOOL_LINK_MODE_400000baseCR4_Full_BIT, 0, kFull},
-    {ETHTOOL_LINK_MODE_100baseFX_Half_BIT, ETHTOOL_LINK_MODE_100baseFX_Half_BIT, CRDCFG_SPEED_100M, kHalf},
-    {ETHTOOL_LINK_MODE_100baseFX_Full_BIT, ETHTOOL_LINK_MODE_100baseFX_Full_BIT, CRDCFG_SPEED_100M, kFull},
-    {ETHTOOL_LINK_MODE_10baseT1L_Full_BIT, ETHTOOL_LINK_MODE_10baseT1L_Full_BIT, CRDCFG_SPEED_10M, kFull},
+    {ETHTOOL_LINK_MODE_10baseT_Half_BIT, ETHTOOL_LINK_MODE_10baseT_Half_BIT, 10, kHalf},
+    {ETHTOOL_LINK_MODE_10baseT_Full_BIT, ETHTOOL_LINK_MODE_10baseT_Full_BIT, 10, kFull},
+    {ETHTOOL_LINK_MODE_100baseT_Half_BIT, ETHTOOL_LINK_MODE_100baseT_Half_BIT, 100, kHalf},
+    {ETHTOOL_LINK_MODE_100baseT_Full_BIT, ETHTOOL_LINK_MODE_100baseT_Full_BIT, 100, kFull},
+    {ETHTOOL_LINK_MODE_1000baseT_Half_BIT, ETHTOOL_LINK_MODE_1000baseT_Half_BIT, 1000, kHalf},
+    {ETHTOOL_LINK_MODE_1000baseT_Full_BIT, ETHTOOL_LINK_MODE_1000baseT_Full_BIT, 1000, kFull},
+    {ETHTOOL_LINK_MODE_10000baseT_Full_BIT, ETHTOOL_LINK_MODE_10000baseT_Full_BIT, 10'000, kFull},
+    {ETHTOOL_LINK_MODE_2500baseX_Full_BIT, ETHTOOL_LINK_MODE_2500baseX_Full_BIT, 2500, kFull},
+    {ETHTOOL_LINK_MODE_1000baseKX_Full_BIT, ETHTOOL_LINK_MODE_1000baseKX_Full_BIT, 1000, kFull},
+    {ETHTOOL_LINK_MODE_10000baseKX4_Full_BIT, ETHTOOL_LINK_MODE_10000baseR_FEC_BIT, 10'000, kFull},
+    {ETHTOOL_LINK_MODE_20000baseMLD2_Full_BIT, ETHTOOL_LINK_MODE_20000baseKR2_Full_BIT, 20'000, kFull},
+    {ETHTOOL_LINK_MODE_40000baseKR4_Full_BIT, ETHTOOL_LINK_MODE_40000baseLR4_Full_BIT, 40'000, kFull},
+    {ETHTOOL_LINK_MODE_56000baseKR4_Full_BIT, ETHTOOL_LINK_MODE_56000baseLR4_Full_BIT, 56'000, kFull},
+    {ETHTOOL_LINK_MODE_25000baseCR_Full_BIT, ETHTOOL_LINK_MODE_25000baseSR_Full_BIT, 25'000, kFull},
+    {ETHTOOL_LINK_MODE_50000baseCR2_Full_BIT, ETHTOOL_LINK_MODE_50000baseKR2_Full_BIT, 50'000, kFull},
+    {ETHTOOL_LINK_MODE_100000baseKR4_Full_BIT, ETHTOOL_LINK_MODE_100000baseLR4_ER4_Full_BIT, 100'000, kFull},
+    {ETHTOOL_LINK_MODE_50000baseSR2_Full_BIT, ETHTOOL_LINK_MODE_50000baseSR2_Full_BIT, 50'000, kFull},
+    {ETHTOOL_LINK_MODE_1000baseX_Full_BIT, ETHTOOL_LINK_MODE_1000baseX_Full_BIT, 1000, kFull},
+    {ETHTOOL_LINK_MODE_10000baseCR_Full_BIT, ETHTOOL_LINK_MODE_10000baseER_Full_BIT, 10'000, kFull},
+    {ETHTOOL_LINK_MODE_2500baseT_Full_BIT, ETHTOOL_LINK_MODE_2500baseT_Full_BIT, 2500, kFull},
+    {ETHTOOL_LINK_MODE_5000baseT_Full_BIT, ETHTOOL_LINK_MODE_5000baseT_Full_BIT, 5000, kFull},
+    {ETHTOOL_LINK_MODE_50000baseKR_Full_BIT, ETHTOOL_LINK_MODE_50000baseDR_Full_BIT, 50'000, kFull},
+    {ETHTOOL_LINK_MODE_100000baseKR2_Full_BIT, ETHTOOL_LINK_MODE_100000baseDR2_Full_BIT, 100'000, kFull},
+    {ETHTOOL_LINK_MODE_200000baseKR4_Full_BIT, ETHTOOL_LINK_MODE_200000baseCR4_Full_BIT, 200'000, kFull},
+    {ETHTOOL_LINK_MODE_100baseT1_Full_BIT, ETHTOOL_LINK_MODE_100baseT1_Full_BIT, 100, kFull},
+    {ETHTOOL_LINK_MODE_1000baseT1_Full_BIT, ETHTOOL_LINK_MODE_1000baseT1_Full_BIT, 1000, kFull},
+    {ETHTOOL_LINK_MODE_400000baseKR8_Full_BIT, ETHTOOL_LINK_MODE_400000baseCR8_Full_BIT, 400'000, kFull},
+    {ETHTOOL_LINK_MODE_100000baseKR_Full_BIT, ETHTOOL_LINK_MODE_100000baseDR_Full_BIT, 100'000, kFull},
+    {ETHTOOL_LINK_MODE_200000baseKR2_Full_BIT, ETHTOOL_LINK_MODE_200000baseCR2_Full_BIT, 200'000, kFull},
+    {ETHTOOL_LINK_MODE_400000baseKR4_Full_BIT, ETHTOOL_LINK_MODE_400000baseCR4_Full_BIT, 400'000, kFull},
+    {ETHTOOL_LINK_MODE_100baseFX_Half_BIT, ETHTOOL_LINK_MODE_100baseFX_Half_BIT, 100, kHalf},
+    {ETHTOOL_LINK_MODE_100baseFX_Full_BIT, ETHTOOL_LINK_MODE_100baseFX_Full_BIT, 100, kFull},
+    {ETHTOOL_LINK_MODE_10baseT1L_Full_BIT, ETHTOOL_LINK_MODE_10baseT1L_Full_BIT, 10, kFull},
 };
 
 uint8 flow_capability(bool can, bool can_negotiate) {
@@ -52,7 +65,8 @@ uint8 flow_capability(bool can, bool can_negotiate) {
 
 void set_capabilities(const link_modes& supported, port_capabilities& port) {
   if (supported.none()) return;
-  port.speeds = port.duplexes = uint8{0};
+  port.speeds = 0;
+  port.duplexes = uint8{0};
   const bool negotiates = supported[ETHTOOL_LINK_MODE_Autoneg_BIT];
   if (negotiates) {
     *port.speeds |= CRDCFG_SPEED_AUTO;
@@ -61,7 +75,7 @@ void set_capabilities(const link_modes& supported, port_capabilities& port) {
   for (const mode_run& run : kModeRuns)
     for (uint32 bit = run.first; bit <= run.last; ++bit) {
       if (!supported[bit]) continue;
-      *port.speeds |= run.speed;
+      *port.speeds |= speed_bit(run.mbps);
       *port.duplexes |= run.duplex;
     }
   const bool pauses = supported[ETHTOOL_LINK_MODE_Pause_BIT];
@@ -115,9 +129,16 @@ void set_flow_control(const kernel_link& link, interface& port) {
       flow_control(link.pause->negotiates ? negotiated(link.advertised, link.partner) : set, PM_FLOW_CTRL_ON);
 }
 
+// As far as ports count. A device without an upper limit has 0.
+void set_mtu_limits(const kernel_link& link, port_capabilities& port) {
+  port.mtu = {link.lowest_mtu_bytes, UINT16_MAX};
+  if (link.highest_mtu_bytes != 0) port.mtu.highest = std::min<uint32>(link.highest_mtu_bytes, UINT16_MAX);
+}
+
 }  // namespace
 
 void set_abilities(const kernel_link& link, interface& port) {
+  set_mtu_limits(link, port.capabilities);
   set_capabilities(link.supported, port.capabilities);
   set_speed(link, port);
   set_flow_control(link, port);

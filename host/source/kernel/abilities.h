@@ -5,7 +5,8 @@
 
 namespace host {
 
-// Speeds, duplex and flow control, those that it has and those that it is set to, of an interface that has its state.
+// MTU limits, speeds, duplex and flow control, those that it has and those that it is set to, of an interface that has
+// its state.
 void set_abilities(const kernel_link& link, interface& port);
 
 }  // namespace host

@@ -53,18 +53,17 @@ std::string written_line(uint32 number, const counter_baseline& baseline) {
   return line + "\n";
 }
 
-// Which boot and network namespace this is: the first line of the file.
-std::string running_system() {
-  std::string boot;
-  std::getline(std::ifstream("/proc/sys/kernel/random/boot_id"), boot);
-  return "boot " + boot + " namespace " + kernel_namespace();
-}
-
 }  // namespace
 
 std::string kernel_namespace() {
   struct stat space {};
   return std::to_string(stat("/proc/self/ns/net", &space) == 0 ? space.st_ino : 0);
+}
+
+std::string running_system() {
+  std::string boot;
+  std::getline(std::ifstream("/proc/sys/kernel/random/boot_id"), boot);
+  return "boot " + boot + " namespace " + kernel_namespace();
 }
 
 void counter_baselines::read() {

@@ -47,4 +47,7 @@ class counter_baselines {
 // The number of the network namespace, as a text; "0" when it is not known.
 std::string kernel_namespace();
 
+// Which boot and network namespace this is: the first line of a file that is valid for them.
+std::string running_system();
+
 }  // namespace host

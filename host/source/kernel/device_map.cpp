@@ -32,18 +32,23 @@ constexpr key_rule<wanted_interface> kRules[] = {
 
 bool is_port(const kernel_link& link) { return is_physical(link) || link.kind == "veth"; }
 
-if_index_t port_index(const kernel_link& link, bool is_routed) {
-  const uint32 place = link.number - 1;
+if_index_t port_index(uint32 number, bool is_routed) {
+  const uint32 place = number - 1;
   if (place / kPortsOfSlot > MAX_SLOT) return 0;
   return ethernet_index(is_routed ? IF_TYPE_ETHERNET_L3 : IF_TYPE_ETHERNET, place / kPortsOfSlot, place % kPortsOfSlot);
 }
 
-if_index_t usual_index(const kernel_link& link, bool is_routed) {
-  if ((link.flags & IFF_LOOPBACK) != 0) return numbered_index(IF_TYPE_LOOPBACK, 0);
-  if (link.kind == "dummy") return numbered_index(IF_TYPE_LOOPBACK, link.number);
-  if (link.kind == "bond" && link.number <= MAX_CHANNEL) return channel_index(IF_TYPE_ETH_PORT_CHANNEL, link.number);
-  if (is_port(link)) return port_index(link, is_routed);
-  return numbered_index(IF_TYPE_VETHERNET, link.number);
+// Of the kinds whose number counts, with another number in the place of the kernel's.
+if_index_t usual_index(const kernel_link& link, uint32 number, bool is_routed) {
+  if (link.kind == "dummy") return numbered_index(IF_TYPE_LOOPBACK, number);
+  if (link.kind == "bond" && number <= MAX_CHANNEL) return channel_index(IF_TYPE_ETH_PORT_CHANNEL, number);
+  if (is_port(link)) return port_index(number, is_routed);
+  return numbered_index(IF_TYPE_VETHERNET, number);
+}
+
+// A dummy that a command created is the loopback that the command named: its number is the kernel's.
+bool is_named_by_command(const kernel_link& link) {
+  return link.kind == "dummy" && link.name == "lo" + std::to_string(link.number);
 }
 
 // The sub-interface of a mapped port or channel; 0 when there is no such parent.
@@ -58,6 +63,85 @@ if_index_t sub_interface_index(const kernel_link& link, const std::vector<mapped
     return channel_index(fields.type, fields.number, PC_SUBTYPE_ORDINARY, link.vlan);
   return 0;
 }
+
+// ---- The map --------------------------------------------------------------------------------------------------------
+
+// Gives each device one interface, and each interface to one device: what is added first holds.
+class device_mapper {
+ public:
+  device_mapper(const wanted_interfaces& wanted, const known_interfaces& known) : wanted_(wanted), known_(known) {}
+
+  void add_wanted(const kernel_link& link) {
+    const auto it = wanted_.find(link.name);
+    if (it == wanted_.end() || it->second.if_index == 0) return;
+    if (add(link, it->second.if_index, name_reason::map_file)) of_user_.insert(switched_index(it->second.if_index));
+  }
+
+  // Those that have their interface by what they are.
+  void add_own(const kernel_link& link) {
+    if ((link.flags & IFF_LOOPBACK) != 0) add(link, numbered_index(IF_TYPE_LOOPBACK, 0), name_reason::loopback);
+    if (is_named_by_command(link)) add(link, numbered_index(IF_TYPE_LOOPBACK, link.number), name_reason::device_index);
+  }
+
+  void add_known(const kernel_link& link) {
+    const auto it = known_.of_devices.find(link.number);
+    if (it == known_.of_devices.end() || !may_be_known_as(link, it->second.if_index)) return;
+    const index_fields fields = take_apart(it->second.if_index);
+    const bool becomes_routed = fields.type == IF_TYPE_ETHERNET && is_routed(link);
+    add(link, becomes_routed ? ethernet_index(IF_TYPE_ETHERNET_L3, fields.slot, fields.port) : it->second.if_index,
+        it->second.reason);
+  }
+
+  bool add_sub_interface(const kernel_link& link) {
+    const if_index_t sub = sub_interface_index(link, mapped_);
+    if (sub == 0 || !add(link, sub, name_reason::vlan)) return false;
+    mapped_.back().parent =
+        std::find_if(mapped_.begin(), mapped_.end(), [&](const auto& it) { return it.number == link.parent; })->device;
+    return true;
+  }
+
+  // The interface that the number stands for, or the next one that is free.
+  void add_new(const kernel_link& link, bool is_management) {
+    const if_index_t management = ethernet_index(IF_TYPE_MGMT, 0, 0);
+    if (is_management && is_free(management) && add(link, management, name_reason::default_route)) return;
+    uint32 number = link.number;
+    if_index_t found = usual_index(link, number, is_routed(link));
+    if (of_user_.contains(switched_index(found))) return;
+    while (found != 0 && !is_free(found)) found = usual_index(link, ++number, is_routed(link));
+    const bool is_channel = take_apart(found).type == IF_TYPE_ETH_PORT_CHANNEL;
+    add(link, found, is_channel ? name_reason::bond : name_reason::device_index);
+  }
+
+  std::vector<mapped_device> take() {
+    sort_by<&mapped_device::number>(mapped_);
+    return std::move(mapped_);
+  }
+
+ private:
+  bool is_routed(const kernel_link& link) const {
+    const auto it = wanted_.find(link.name);
+    return it != wanted_.end() && it->second.is_routed;
+  }
+
+  bool is_free(if_index_t if_index) const {
+    const if_index_t it = switched_index(if_index);
+    return !taken_.contains(it) && !known_.of_others.contains(it);
+  }
+
+  bool add(const kernel_link& link, if_index_t if_index, name_reason reason) {
+    if (if_index == 0 || done_.contains(link.number) || !taken_.insert(switched_index(if_index)).second) return false;
+    done_.insert(link.number);
+    mapped_.push_back({link.name, link.number, if_index, link.slave_kind == "bridge", reason});
+    return true;
+  }
+
+  const wanted_interfaces& wanted_;
+  const known_interfaces& known_;
+  std::vector<mapped_device> mapped_;
+  std::set<uint32> done_;         // devices, by number
+  std::set<if_index_t> taken_;    // as not routed
+  std::set<if_index_t> of_user_;  // those of them that the user gave
+};
 
 }  // namespace
 
@@ -89,34 +173,39 @@ wanted_interfaces read_map_file(const std::string& path) {
   return wanted;
 }
 
+bool may_be_known_as(const kernel_link& link, if_index_t if_index) {
+  if ((link.flags & IFF_LOOPBACK) != 0 || is_named_by_command(link)) return false;
+  const if_index_type_t type = take_apart(if_index).type;
+  if (if_index == ethernet_index(IF_TYPE_MGMT, 0, 0)) return link.kind != "vlan";
+  if (link.kind == "dummy") return type == IF_TYPE_LOOPBACK && take_apart(if_index).number != 0;
+  if (is_port(link)) return type == IF_TYPE_ETHERNET && take_apart(if_index).sub_interface == 0;
+  const bool is_channel = type == IF_TYPE_ETH_PORT_CHANNEL && take_apart(if_index).sub_interface == 0;
+  return type == IF_TYPE_VETHERNET || (link.kind == "bond" && is_channel);
+}
+
+if_index_t switched_index(if_index_t if_index) {
+  const index_fields it = take_apart(if_index);
+  return it.type == IF_TYPE_ETHERNET_L3 ? ethernet_index(IF_TYPE_ETHERNET, it.slot, it.port, it.sub_interface)
+                                        : if_index;
+}
+
 std::vector<mapped_device> map_devices(const std::vector<kernel_link>& links, uint32 management,
-                                       const wanted_interfaces& wanted) {
-  std::vector<mapped_device> mapped;
-  std::set<if_index_t> taken;
-  const auto add = [&](const kernel_link& link, if_index_t if_index) {
-    if (if_index != 0 && taken.insert(if_index).second)
-      mapped.push_back({link.name, link.number, if_index, link.slave_kind == "bridge"});
-  };
+                                       const wanted_interfaces& wanted, const known_interfaces& known) {
+  device_mapper map(wanted, known);
   // What the user wants comes first, so that nothing else takes its place; VLAN devices last, for they need their
   // parents.
+  for (const kernel_link& link : links) map.add_wanted(link);
+  for (const kernel_link& link : links) map.add_own(link);
   for (const kernel_link& link : links)
-    if (const auto it = wanted.find(link.name); it != wanted.end() && it->second.if_index != 0)
-      add(link, it->second.if_index);
-  std::set<uint32> done;
-  for (const mapped_device& it : mapped) done.insert(it.number);
+    if (link.kind != "vlan") map.add_known(link);
+  for (const kernel_link& link : links)
+    if (link.kind != "vlan") map.add_new(link, link.number == management);
   for (const kernel_link& link : links) {
-    if (done.contains(link.number) || link.kind == "vlan") continue;
-    const auto it = wanted.find(link.name);
-    const bool is_routed = it != wanted.end() && it->second.is_routed;
-    add(link, link.number == management ? ethernet_index(IF_TYPE_MGMT, 0, 0) : usual_index(link, is_routed));
+    if (link.kind != "vlan" || map.add_sub_interface(link)) continue;
+    map.add_known(link);
+    map.add_new(link, false);
   }
-  for (const kernel_link& link : links) {
-    if (link.kind != "vlan" || done.contains(link.number)) continue;
-    const if_index_t sub = sub_interface_index(link, mapped);
-    add(link, sub != 0 ? sub : numbered_index(IF_TYPE_VETHERNET, link.number));
-  }
-  sort_by<&mapped_device::number>(mapped);
-  return mapped;
+  return map.take();
 }
 
 }  // namespace host

@@ -7,10 +7,12 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "source/kernel/links.h"
+#include "switch/source.h"
 
 namespace host {
 
@@ -24,17 +26,37 @@ using wanted_interfaces = std::map<std::string, wanted_interface>;
 // Reads a map file: "DEVICE: INTERFACE" or "DEVICE: {interface: INTERFACE, routed: yes}". Throws yaml_file_error.
 wanted_interfaces read_map_file(const std::string& path);
 
+// What devices were called before.
+struct known_interface {
+  if_index_t if_index = 0;  // of a port: as one that is not routed
+  name_reason reason = name_reason::stored;
+};
+struct known_interfaces {
+  std::map<uint32, known_interface> of_devices;  // by the kernel's number
+  std::set<if_index_t> of_others;                // of devices that are gone
+};
+
 struct mapped_device {
   std::string device;
   uint32 number = 0;  // the kernel's
   if_index_t if_index = 0;
   bool is_bridge_port = false;
+  name_reason reason = name_reason::device_index;
+  std::string parent = {};  // the device below, of name_reason::vlan
 };
 
-// Maps devices, sorted by number; `management` is the number of the management port's, or 0. A device whose interface
-// is taken already has none and is left out.
+// Maps devices, sorted by number; `management` is the number of the management port's, or 0. A device that the user
+// names nothing for has the interface that it had before; one that is new gets neither that of another device nor that
+// of one that is gone. A device whose interface the user gives to another has none and is left out.
 std::vector<mapped_device> map_devices(const std::vector<kernel_link>& links, uint32 management,
-                                       const wanted_interfaces& wanted);
+                                       const wanted_interfaces& wanted, const known_interfaces& known = {});
+
+// Whether a device may have had this interface before: its kind has such interfaces, and what the device is does not
+// decide it alone.
+bool may_be_known_as(const kernel_link& link, if_index_t if_index);
+
+// The interface as one that is not routed: under this index a port is stored, and taken.
+if_index_t switched_index(if_index_t if_index);
 
 // Calls `visit` with each mapped device and its link.
 template <typename Visit>

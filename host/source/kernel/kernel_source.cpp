@@ -159,8 +159,10 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
 
 // ---- The source -----------------------------------------------------------------------------------------------------
 
-kernel_source::kernel_source(wanted_interfaces wanted, const std::string& baseline_file) : wanted_(std::move(wanted)) {
+kernel_source::kernel_source(wanted_interfaces wanted, const std::string& baseline_file, const std::string& names_file)
+    : wanted_(std::move(wanted)) {
   baselines_.keep_in(baseline_file);
+  names_.keep_in(names_file);
 }
 
 machine kernel_source::read() {
@@ -172,7 +174,7 @@ machine kernel_source::read_again() {
   netlink_socket route(NETLINK_ROUTE);
   links_ = read_links(route);
   if (find_link(links_, management_) == nullptr) management_ = default_route_device(route);
-  mapped_ = map_devices(links_, management_, wanted_);
+  mapped_ = names_.map(links_, management_, wanted_);
   details_.begin(links_, mapped_);
   counted_.clear();
   counted_.reserve(mapped_.size());
@@ -341,18 +343,26 @@ uint32 kernel_source::restore_interface(machine& model, const interface& deleted
   interface& made = *model.find(deleted.if_index);
   const port_settings now = made.settings;
   made.settings = deleted.settings;
-  return apply_settings(made, now);
+  const uint32 status = apply_settings(made, now);
+  if (status == 0) return 0;
+  delete_created_device(deleted.if_index);
+  model = read_again();
+  return status;
+}
+
+kernel_device kernel_source::device_named(const mapped_device& it) {
+  return {it.device, it.if_index, it.number, it.reason, it.parent};
 }
 
 std::optional<std::vector<kernel_device>> kernel_source::devices() const {
   std::vector<kernel_device> devices;
-  for (const mapped_device& it : mapped_) devices.push_back({it.device, it.if_index, it.number});
+  for (const mapped_device& it : mapped_) devices.push_back(device_named(it));
   return devices;
 }
 
 std::optional<kernel_device> kernel_source::find_device(if_index_t if_index) const {
   const mapped_device* const found = device_of(if_index);
-  return found == nullptr ? std::nullopt : std::optional(kernel_device{found->device, if_index, found->number});
+  return found == nullptr ? std::nullopt : std::optional(device_named(*found));
 }
 
 std::vector<if_index_t> kernel_source::interfaces_towards(const std::string& address) const {

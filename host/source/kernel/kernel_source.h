@@ -11,6 +11,7 @@
 #include "source/kernel/baselines.h"
 #include "source/kernel/details.h"
 #include "source/kernel/device_map.h"
+#include "source/kernel/stored_names.h"
 #include "switch/source.h"
 
 namespace host {
@@ -18,11 +19,15 @@ namespace host {
 class kernel_source final : public switch_source {
  public:
   // `wanted` is what a user says of devices. Without the path of a file, what devices had counted when they were
-  // cleared is known to this process only.
-  explicit kernel_source(wanted_interfaces wanted = {}, const std::string& baseline_file = {});
+  // cleared, or which interfaces they are, is known to this process only.
+  explicit kernel_source(wanted_interfaces wanted = {}, const std::string& baseline_file = {},
+                         const std::string& names_file = {});
 
   // Reads the kernel. The first refresh() leaves the model as it was read here. Throws kernel_error.
   machine read();
+
+  // Why the interfaces of devices are not stored: one sentence; empty when they are, or no file is given.
+  const std::string& names_fault() const { return names_.fault(); }
 
   void refresh(machine& model) override;
   void complete(interface& port, detail needed) override;
@@ -53,6 +58,7 @@ class kernel_source final : public switch_source {
     uint32 cleared_sec = 0;
   };
 
+  static kernel_device device_named(const mapped_device& it);
   machine read_again();
   device_reading reading_of(const kernel_link& link, if_index_t if_index);
   device_reading* find_reading(if_index_t if_index);
@@ -64,6 +70,7 @@ class kernel_source final : public switch_source {
   void delete_created_device(if_index_t if_index);
 
   wanted_interfaces wanted_;
+  stored_names names_;
   uint32 management_ = 0;  // the kernel's number of the management port's device: that of the first default route, as
                            // long as it exists, also when its route is lost; 0: none
   std::vector<kernel_link> links_;

@@ -67,11 +67,17 @@ void take_link_attribute(const nlattr& attribute, kernel_link& link) {
     case IFLA_IFNAME: link.name = text_of(attribute); return;
     case IFLA_IFALIAS: link.alias = text_of(attribute); return;
     case IFLA_MTU: link.mtu_bytes = attribute_number<uint32>(attribute); return;
+    case IFLA_MIN_MTU: link.lowest_mtu_bytes = attribute_number<uint32>(attribute); return;
+    case IFLA_MAX_MTU: link.highest_mtu_bytes = attribute_number<uint32>(attribute); return;
     case IFLA_OPERSTATE: link.operation = attribute_number<uint8>(attribute); return;
     case IFLA_MASTER: link.master = attribute_number<uint32>(attribute); return;
     case IFLA_LINK: link.parent = attribute_number<uint32>(attribute); return;
     case IFLA_CARRIER_CHANGES: link.carrier_changes = attribute_number<uint32>(attribute); return;
     case IFLA_ADDRESS: link.mac = attribute_number<std::array<uint8, 6>>(attribute); return;
+    case IFLA_PERM_ADDRESS:
+      if (mnl_attr_get_payload_len(&attribute) == link.mac.size())
+        link.permanent_mac = attribute_number<std::array<uint8, 6>>(attribute);
+      return;
     case IFLA_STATS64: return take_statistics(attribute, link.counted);
     case IFLA_LINKINFO: return take_info(attribute, link);
     default: return;

@@ -33,10 +33,12 @@ struct kernel_link {
   std::string slave_kind;  // kind of its master
   std::string alias;
   std::array<uint8, 6> mac{};
-  uint32 flags = 0;     // IFF_*
-  uint8 operation = 0;  // IF_OPER_*
+  std::optional<std::array<uint8, 6>> permanent_mac;  // of hardware
+  uint32 flags = 0;                                   // IFF_*
+  uint8 operation = 0;                                // IF_OPER_*
   uint32 mtu_bytes = 0;
-  uint32 master = 0;  // index of the bridge or bond; 0 is none
+  uint32 lowest_mtu_bytes = 0, highest_mtu_bytes = 0;  // that the device takes; 0: no limit
+  uint32 master = 0;                                   // index of the bridge or bond; 0 is none
   uint32 parent = 0;  // index of the device below; 0 is none, or one of another namespace
   uint32 vlan = 0;    // of a VLAN device
   uint32 carrier_changes = 0;

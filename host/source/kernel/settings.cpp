@@ -116,14 +116,22 @@ bool is_native_missing(const port_settings& settings) {
                              settings.native_vlan.value_or(0));
 }
 
+void take_back_vlans(const setting_target& target, const port_settings& wanted, const port_settings& before) {
+  for (netlink_request& request : bridge_vlan_requests(target.number, before, wanted)) send_link_request(request);
+}
+
 uint32 set_vlans(const setting_target& target, const port_settings& wanted, const port_settings& before) {
   if (!target.is_bridge_port) return status_of_text("the device is no port of a bridge");
   const bool is_known = wanted.admin_mode == PM_PORT_MODE_ACCESS || wanted.admin_mode == PM_PORT_MODE_TRUNK;
   if (!is_known) return status_of_text("the kernel has access and trunk ports only");
   if (wanted.native_vlan != before.native_vlan && is_native_missing(wanted))
     return status_of_text("the native VLAN is none of those that the trunk carries");
-  for (netlink_request& request : bridge_vlan_requests(target.number, wanted, before))
-    if (const uint32 status = send_link_request(request); status != 0) return status;
+  std::vector<netlink_request> requests = bridge_vlan_requests(target.number, wanted, before);
+  for (std::size_t i = 0; i < requests.size(); ++i) {
+    const uint32 status = send_link_request(requests[i]);
+    if (status != 0 && i != 0) take_back_vlans(target, wanted, before);
+    if (status != 0) return status;
+  }
   return 0;
 }
 
@@ -176,7 +184,19 @@ struct step {
   kernel_step made;
   bool (*is_due)(const port_settings& wanted);
   uint32 (*make)(const setting_target& target, const port_settings& wanted, const port_settings& before);
+  void (*take_back)(const setting_target& target, const port_settings& wanted, const port_settings& before);
 };
+
+// Takes a step back by making it the other way.
+template <uint32 (*Make)(const setting_target&, const port_settings&, const port_settings&)>
+void reverse(const setting_target& target, const port_settings& wanted, const port_settings& before) {
+  Make(target, before, wanted);
+}
+
+// An MTU that ports do not count is not known.
+void take_back_mtu(const setting_target& target, const port_settings& wanted, const port_settings& before) {
+  if (before.mtu_bytes) set_mtu(target, before, wanted);
+}
 
 bool is_switched_on(const port_settings& wanted) { return wanted.admin_state == PM_PORT_STATE_UP; }
 bool is_switched_off(const port_settings& wanted) { return !is_switched_on(wanted); }
@@ -184,14 +204,14 @@ bool is_always(const port_settings&) { return true; }
 
 // In this order: a device that is switched off is so before anything else, one that is switched on when all is done.
 constexpr step kSteps[] = {
-    {kernel_step::state, is_switched_off, set_state},
-    {kernel_step::alias, is_always, set_alias},
-    {kernel_step::mtu, is_always, set_mtu},
-    {kernel_step::speed, is_always, set_speed},
-    {kernel_step::flow_control, is_always, set_flow_control},
-    {kernel_step::vlans, is_always, set_vlans},
-    {kernel_step::beacon, is_always, set_beacon},
-    {kernel_step::state, is_switched_on, set_state},
+    {kernel_step::state, is_switched_off, set_state, reverse<set_state>},
+    {kernel_step::alias, is_always, set_alias, reverse<set_alias>},
+    {kernel_step::mtu, is_always, set_mtu, take_back_mtu},
+    {kernel_step::speed, is_always, set_speed, reverse<set_speed>},
+    {kernel_step::flow_control, is_always, set_flow_control, reverse<set_flow_control>},
+    {kernel_step::vlans, is_always, set_vlans, take_back_vlans},
+    {kernel_step::beacon, is_always, set_beacon, reverse<set_beacon>},
+    {kernel_step::state, is_switched_on, set_state, reverse<set_state>},
 };
 
 bool is_needed(kernel_step made, const port_settings& wanted, const port_settings& before) {
@@ -208,9 +228,13 @@ bool is_beyond_the_kernel(const port_settings& wanted, const port_settings& befo
 }  // namespace
 
 uint32 send_link_request(netlink_request& request) {
-  netlink_socket route(NETLINK_ROUTE);
-  const int error = route.ask(request, [](const nlmsghdr&) {});
-  return status_of(error, route.reason());
+  try {
+    netlink_socket route(NETLINK_ROUTE);
+    const int error = route.ask(request, [](const nlmsghdr&) {});
+    return status_of(error, route.reason());
+  } catch (const kernel_error& error) {
+    return status_of_text(error.what());
+  }
 }
 
 std::vector<netlink_request> bridge_vlan_requests(uint32 number, const port_settings& wanted,
@@ -237,9 +261,14 @@ uint32 settle_device(const setting_target& target, const port_settings& wanted, 
   // A bond hands its settings to its members itself.
   if (wanted.channel != before.channel) return set_bond(target, wanted, before);
   if (is_beyond_the_kernel(wanted, before)) return status_of_text("the kernel has no such setting");
+  std::vector<const step*> made;
   for (const step& it : kSteps) {
     if (!it.is_due(wanted) || !is_needed(it.made, wanted, before)) continue;
-    if (const uint32 status = it.make(target, wanted, before); status != 0) return status;
+    if (const uint32 status = it.make(target, wanted, before); status != 0) {
+      std::for_each(made.rbegin(), made.rend(), [&](const step* done) { done->take_back(target, wanted, before); });
+      return status;
+    }
+    made.push_back(&it);
   }
   return 0;
 }

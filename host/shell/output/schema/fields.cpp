@@ -334,6 +334,9 @@ constexpr field kFields[] = {
     {property::none, "available_performance_buffers", integer, "buffers", "Available performance buffers", "Performance buffers that no port uses"},
     {property::none, "bandwidth_mbps", integer, "Mbit/s", "Bandwidth", "Bandwidth of the group or the port"},
     {property::none, "available_bandwidth_mbps", integer, "Mbit/s", "Available bandwidth", "Bandwidth that no port uses"},
+
+    // A device of the kernel.
+    {property::none, "reason", text, "", "Reason", "Why the device has the interface, such as \"default route\", \"stored\" or \"vlan of eth1\""},
 };
 // clang-format on
 

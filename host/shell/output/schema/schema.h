@@ -134,6 +134,7 @@ enum : uint16 {
   kRowAvailablePerformanceBuffers,
   kRowBandwidth,
   kRowAvailableBandwidth,
+  kRowReason,
   kNumOwnRows
 };
 
@@ -167,6 +168,7 @@ enum : uint16 {
   kTagCommand,
   kTagMapDevice,
   kTagMapInterface,
+  kTagMapReason,
   kTagChangeStep,
   kTagChangedAt,
   kTagChangeUser,
