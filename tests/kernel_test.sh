@@ -30,7 +30,7 @@ reason() { run -c "show kernel-map" "${@:2}" | awk -v device="$1" '$1 == device 
 [ "$(reason lo)" = "loopback " ] || fail "the reason of lo is '$(reason lo)'"
 [ "$(reason left)" = "stored " ] || fail "the reason of a stored interface is '$(reason left)'"
 [ "$(XDG_STATE_HOME=$map.other reason left)" = "device index" ] || fail "another reason: '$(reason left)'"
-[ "$(run -c "show kernel-map | json" | jq -r '.devices[] | select(.device == "left") | .reason')" = stored ] ||
+[ "$(run -c "show kernel-map | json" | jq -r '.devices[] | select(.device == "left") | .name_reason')" = stored ] ||
   fail "no reason in JSON"
 left=$(interface left)
 [[ $left == ethernet\ 1/* ]] || fail "a veth device is '$left'"

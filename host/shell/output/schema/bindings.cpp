@@ -625,7 +625,7 @@ constexpr binding kBindings[] = {
     // A device of the kernel, and its interface.
     {kTagMapDevice, row_of(property::device), kKernelMapDisplay},
     {kTagMapInterface, row_of(property::interface), kKernelMapDisplay},
-    {kTagMapReason, kRowReason, kKernelMapDisplay},
+    {kTagMapReason, kRowNameReason, kKernelMapDisplay},
 
     // An interface whose values all come from the service.
     {kTagRowInterface, row_of(property::interface), kOverviewDisplay | kPanelDisplay},

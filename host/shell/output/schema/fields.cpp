@@ -336,7 +336,7 @@ constexpr field kFields[] = {
     {property::none, "available_bandwidth_mbps", integer, "Mbit/s", "Available bandwidth", "Bandwidth that no port uses"},
 
     // A device of the kernel.
-    {property::none, "reason", text, "", "Reason", "Why the device has the interface, such as \"default route\", \"stored\" or \"vlan of eth1\""},
+    {property::none, "name_reason", text, "", "Reason", "Why the device has the interface, such as \"default route\", \"stored\" or \"vlan of eth1\""},
 };
 // clang-format on
 

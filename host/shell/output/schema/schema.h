@@ -134,7 +134,7 @@ enum : uint16 {
   kRowAvailablePerformanceBuffers,
   kRowBandwidth,
   kRowAvailableBandwidth,
-  kRowReason,
+  kRowNameReason,
   kNumOwnRows
 };
 
