@@ -39,8 +39,8 @@ class candidate {
   uint32 num_files_;
 };
 
-// leave_lost_interfaces() of the candidate when there is one, otherwise of the machine. Not to be called in a trial of the
-// candidate.
+// leave_lost_interfaces() of the candidate when there is one, otherwise of the machine. Not to be called in a trial of
+// the candidate.
 void leave_interfaces_lost_to_user(shell& session);
 
 // Whether a command is for the candidate, when there is one: settings, creations and deletions, and what takes them
