@@ -109,7 +109,7 @@ constexpr command kGeneralCommands[] = {
     {"copy running-config FILE", "Write the settings to a file", copy_running_config, kText},
     {"configure [terminal]", "Go to the configuration", configure, kText, 0, kExecMode},
     {"configure candidate", "The same, to collect settings and to commit them together", configure_candidate, kText, 0, kExecMode},
-    {"configure dry-run", "The same, to try settings: nothing is changed", configure_dry_run, kText, 0, kExecMode},
+    {"configure dry-run", "The same, to try settings and change none", configure_dry_run, kText, 0, kExecMode},
     {"interface RANGE", "Choose interfaces, creating missing loopbacks and sub-interfaces", choose_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
     {"no interface RANGE", "Delete loopbacks and sub-interfaces of ports", delete_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
     {"undo [CHANGES]", "Take back the last settings, creations or deletions", undo, kSettingShown},
