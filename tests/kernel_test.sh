@@ -145,10 +145,10 @@ step "a question before the user's own connection is cut; without a terminal the
 ip -n "$here" addr add 203.0.113.1/24 dev left
 export SSH_CONNECTION='203.0.113.9 50000 203.0.113.1 22'
 said=$(set_on "$left" shutdown) && fail "the user's way was cut"
-has_line "$said" "pmsh: nothing was changed: you may be connected by $left. Start the shell with --yes to change it all the same."
+has_line "$said" "pmsh: nothing was changed: you may be connected by $left. Start the shell with --yes to change it all the same, or use 'configure candidate' and 'commit confirmed SECONDS', which is rolled back unless you confirm it."
 is_so '.[0].flags | index("UP") != null' true
 said=$(printf 'configure\nno interface %s\n' "$left" | run 2>&1) && fail "the user's way was deleted"
-has_line "$said" "pmsh: nothing was changed: you may be connected by $left. Start the shell with --yes to change it all the same."
+has_line "$said" "pmsh: nothing was changed: you may be connected by $left. Start the shell with --yes to change it all the same, or use 'configure candidate' and 'commit confirmed SECONDS', which is rolled back unless you confirm it."
 set_on "$right" 'description the other end' >/dev/null || fail "another port is not set"
 set_on "$left" shutdown --yes >/dev/null || fail "--yes does not cut the way"
 is_so '.[0].flags | index("UP")' null

@@ -15,12 +15,14 @@
 #include "shell/setting_outcome.h"
 #include "shell/shell.h"
 #include "shell/way_of_user.h"
+#include "switch/clock.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
 
 constexpr char kNoCandidate[] = "there is no candidate. Type 'configure candidate' first.";
-constexpr char kDiscarded[] = "The changes of the candidate were discarded: they were not committed.";
+constexpr char kDiscarded[] = " changes of the candidate were discarded: they were not committed.";
 
 // ---- What a commit would change, as commands.
 
@@ -98,12 +100,6 @@ std::vector<pm_port_cfg_status_t> refusals_of(const changes_made& made) {
   return refused;
 }
 
-// The interface mode may be about an interface of the candidate.
-void leave_interfaces_that_the_candidate_lost(shell& session) {
-  const trial on_candidate(session.edited->state());
-  leave_lost_interfaces(session);
-}
-
 bool has_changes(const shell& session) { return session.edited != nullptr && !session.edited->changes().is_empty(); }
 
 // A line of a file that the candidate reads, or of one that began before it.
@@ -132,6 +128,12 @@ void candidate::begin_again(const machine_changes& changes, const changes_made& 
   forget_changes();
 }
 
+void leave_interfaces_lost_to_user(shell& session) {
+  std::optional<trial> on_candidate;
+  if (session.edited) on_candidate.emplace(session.edited->state());
+  leave_lost_interfaces(session);
+}
+
 bool is_for_candidate(const command_line& line) {
   constexpr int (*kCommands[])(const invocation&) = {set_ports, set_ports_of_host, choose_interfaces, delete_interfaces,
                                                      undo,      show_changes};
@@ -142,14 +144,14 @@ bool may_leave_candidate(shell& session) {
   if (session.edited == nullptr || is_of_file_within(session)) return true;
   if (has_changes(session)) {
     if (!confirm("The candidate has changes that are not committed. Discard them? (y/n) [n] ")) return false;
-    if (command_output* const output = command_output::running()) output->text(std::string(kDiscarded) + "\n");
+    if (command_output* const output = command_output::running()) output->text("The" + std::string(kDiscarded) + "\n");
   }
   session.edited.reset();
   return true;
 }
 
 void end_candidate(shell& session) {
-  if (has_changes(session)) print_error(kDiscarded);
+  if (has_changes(session)) print_error("the" + std::string(kDiscarded));
   session.edited.reset();
 }
 
@@ -174,24 +176,70 @@ int show_diff(const invocation& run) {
   return kDone;
 }
 
-int commit(const invocation& run) {
-  if (run.session.edited == nullptr) {
-    run.output.complain(kNoCandidate);
-    return kUsage;
-  }
+namespace {
+
+constexpr uint32 kLongestConfirmation = 86'400;  // seconds
+
+// What takes the changes back when this shell is gone, for a switch that outlives it. False after a complaint.
+bool start_guardian(const invocation& run, const machine_changes& changes, std::unique_ptr<guardian>& keeper) {
+  if (!the_source().devices()) return true;
+  std::string error;
+  const auto quiet = run.output.hold_progress();
+  keeper = guardian::start(reversed(changes), error);
+  if (keeper == nullptr)
+    run.output.complain("nothing was committed: the process that would roll it back cannot start: " + error + ".");
+  return keeper != nullptr;
+}
+
+std::string text_of_commit(const changes_made& made, std::optional<uint32> seconds) {
+  std::string text = "Committed for " + range_text(made.applied) + ".";
+  if (seconds) text += " Type 'confirm', or it is rolled back in " + std::to_string(*seconds) + " seconds.";
+  return text + "\n";
+}
+
+// With `seconds` the commit waits so long for its confirmation.
+int commit_changes(const invocation& run, std::optional<uint32> seconds) {
   const machine_changes changes = run.session.edited->changes();
   const ports_before before(run, changes.ports());
   if (changes.is_empty() && !run.output.is_structured()) run.output.text("There is nothing to commit.\n");
-  if (!may_commit(run, changes)) return before.report(run.line.text, {}, kUnconfirmed), kNotPermitted;
+  if (!seconds && !may_commit(run, changes)) return before.report(run.line.text, {}, kUnconfirmed), kNotPermitted;
+  std::unique_ptr<guardian> keeper;
+  if (seconds && !changes.is_empty() && !start_guardian(run, changes, keeper))
+    return before.report(run.line.text, {}, "no process could start that would roll it back"), kServiceFailed;
   begin_changes(run.line.text);
   const changes_made made = apply_changes(the_machine(), changes);
-  if (!made.applied.empty()) run.output.text("Committed for " + range_text(made.applied) + ".\n");
+  if (!made.applied.empty()) run.output.text(text_of_commit(made, seconds));
+  if (seconds && !made.applied.empty()) {
+    if (keeper) keeper->begin(*seconds);
+    const auto deadline_sec = static_cast<uint32>(clock_now()) + *seconds;
+    run.session.unconfirmed =
+        std::make_unique<unconfirmed_commit>(unconfirmed_commit{made.applied, deadline_sec, std::move(keeper)});
+  }
   std::vector<pm_port_cfg_status_t> refused = refusals_of(made);
   const int code = report_refusals(run, "commit", refused);
   before.report(run.line.text, refused);
   run.session.edited->begin_again(changes, made);
-  leave_interfaces_that_the_candidate_lost(run.session);
+  leave_interfaces_lost_to_user(run.session);
   return code;
+}
+
+int commit_candidate(const invocation& run, std::optional<uint32> seconds) {
+  if (run.session.edited == nullptr) {
+    run.output.complain(kNoCandidate);
+    return kUsage;
+  }
+  if (is_waiting_for_confirmation(run)) return kUsage;
+  return commit_changes(run, trial::is_running() ? std::nullopt : seconds);  // a dry run takes all back anyway
+}
+
+}  // namespace
+
+int commit(const invocation& run) { return commit_candidate(run, std::nullopt); }
+
+int commit_confirmed(const invocation& run) {
+  if (*run.line.number <= kLongestConfirmation) return commit_candidate(run, run.line.number);
+  run.output.complain("'commit confirmed' waits for 1 to " + std::to_string(kLongestConfirmation) + " seconds.");
+  return kUsage;
 }
 
 int discard(const invocation& run) {
@@ -200,7 +248,7 @@ int discard(const invocation& run) {
     return kUsage;
   }
   run.session.edited->begin_again();
-  leave_interfaces_that_the_candidate_lost(run.session);
+  leave_interfaces_lost_to_user(run.session);
   return kDone;
 }
 

@@ -30,11 +30,18 @@ class candidate {
   // Begins again as the machine is. Those changes that were refused stay.
   void begin_again(const machine_changes& changes = {}, const changes_made& made = {});
 
+  // The machine was taken back to what it was before a commit: what that changed differs again.
+  void compare_again() { begun_ = the_machine(); }
+
  private:
   machine begun_;
   trial_state state_;
   uint32 num_files_;
 };
+
+// leave_lost_interfaces() of the candidate when there is one, otherwise of the machine. Not to be called in a trial of
+// the candidate.
+void leave_interfaces_lost_to_user(shell& session);
 
 // Whether a command is for the candidate, when there is one: settings, creations and deletions, and what takes them
 // back or lists them. All others are for the machine.

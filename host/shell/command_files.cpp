@@ -151,9 +151,7 @@ copied_file run_for_copy(shell& session, const command_line& line, bool is_colle
   session.is_leaving = session.has_lost_output;
   if (session.edited && session.edited->num_files() > session.num_files) end_candidate(session);
   if (session.trying && session.trying->num_files() > session.num_files) leave_dry_run(session);
-  std::optional<trial> on_candidate;
-  if (session.edited) on_candidate.emplace(session.edited->state());
-  leave_lost_interfaces(session);
+  leave_interfaces_lost_to_user(session);
   return copied;
 }
 

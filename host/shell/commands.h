@@ -53,6 +53,8 @@ int configure_candidate(const invocation& run);
 int configure_dry_run(const invocation& run);
 int show_diff(const invocation& run);
 int commit(const invocation& run);
+int commit_confirmed(const invocation& run);
+int confirm_commit(const invocation& run);
 int discard(const invocation& run);
 int choose_interfaces(const invocation& run);
 int delete_interfaces(const invocation& run);

@@ -31,7 +31,7 @@ struct number_argument {
 inline constexpr number_argument kNumberArguments[] = {
     {"MODULE", 1, MAX_SLOT + 1, "Number of a module", true},
     {"PORT", 0, MAX_PORT, "Number of a management port"},
-    {"SECONDS", 1, 4'000'000'000, "How far the clock moves on, in seconds"},
+    {"SECONDS", 1, 4'000'000'000, "A time in seconds"},
     {"INTERVAL", 1, 86'400, "Seconds from one reading to the next"},
     {"BYTES", 1, 65535, "A size in bytes"},
     {"COUNT", 0, 65535, "A number of credits or buffers"},

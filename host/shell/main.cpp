@@ -167,6 +167,7 @@ int run(const options& wanted) {
   if (wanted.assume_yes) assume_yes();
   const int result = run_session(wanted, session);
   end_candidate(session);
+  end_unconfirmed_commit(session);
   return result;
 }
 

@@ -68,6 +68,9 @@ int refuse_line(const shell& session, std::string_view line, std::string_view er
 
 int run_function(const invocation& run) {
   if (run.session.trying && is_skipped_in_dry_run(run.line)) return skip_in_dry_run(run);
+  const bool changes_switch = is_for_candidate(run.line) && run.line.what->run != show_changes && !run.session.edited;
+  const bool begins_dry_run = run.line.what->run == configure_dry_run;
+  if ((changes_switch || begins_dry_run) && is_waiting_for_confirmation(run)) return kUsage;
   std::optional<trial> on_candidate;
   if (run.session.edited && is_for_candidate(run.line)) on_candidate.emplace(run.session.edited->state());
   return run.line.what->run(run);
@@ -117,6 +120,7 @@ command_queue::command_queue() : handle(transport_open_queue()) {}
 command_queue::~command_queue() { transport_close_queue(handle); }
 
 int run_line(shell& session, std::string_view line) {
+  check_confirmation(session);
   if (const std::string_view question = question_of(line, session.mode); !question.empty()) {
     const std::string help = help_text(question.substr(0, question.size() - 1), session.mode);
     if (session.output != nullptr && session.output->sink) return session.output->sink(help), kDone;

@@ -14,6 +14,7 @@
 #include "shell/grammar.h"
 #include "shell/interface_kinds.h"
 #include "shell/library.h"
+#include "shell/unconfirmed_commit.h"
 #include "switch/model.h"
 
 namespace host {
@@ -38,9 +39,10 @@ struct shell {
   bool keeps_going = false;      // files go on after a line that failed
   uint32 num_files = 0;          // whose lines are being run, each by a line of the one before; 0: a user types
   shell_mode mode = kExecMode;
-  configured_interfaces configured;   // what the settings of the interface mode are for
-  std::unique_ptr<dry_run> trying;    // null: commands change the machine
-  std::unique_ptr<candidate> edited;  // null: settings change the machine
+  configured_interfaces configured;                 // what the settings of the interface mode are for
+  std::unique_ptr<dry_run> trying;                  // null: commands change the machine
+  std::unique_ptr<candidate> edited;                // null: settings change the machine
+  std::unique_ptr<unconfirmed_commit> unconfirmed;  // null: no commit waits for its confirmation
 };
 
 // A transport queue for one command.

@@ -108,7 +108,7 @@ class result {
 
 std::vector<if_index_t> machine_changes::ports() const {
   std::vector<if_index_t> all;
-  for (const auto& [if_index, settings] : changed) all.push_back(if_index);
+  for (const auto& [if_index, it] : changed) all.push_back(if_index);
   for (const auto* const interfaces : {&created, &restored, &deleted})
     for (const auto& [if_index, it] : *interfaces) all.push_back(if_index);
   std::sort(all.begin(), all.end());

@@ -1,0 +1,84 @@
+// Commits of a simulated switch that are rolled back unless they are confirmed.
+#include <gtest/gtest.h>
+
+#include "session/program.h"
+
+namespace session {
+namespace {
+
+outcome edited(const std::string& lines, std::vector<std::string> options = {}) {
+  options.insert(options.end(), {"--clock", "1800000000"});
+  return run_shell_on(test_file("configuration.yaml"), std::move(options),
+                      "configure candidate\ninterface ethernet 1/1\nswitchport mtu 9000\n" + lines);
+}
+
+const std::string kShow = "show running-config interface ethernet 1/1\n";
+const std::string kCommitted = "Committed for ethernet 1/1. Type 'confirm', or it is rolled back in 60 seconds.\n";
+const std::string kPlain = "! Settings of lab\nconfigure\nend\n";
+const std::string kSet = "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  switchport mtu 9000\nend\n";
+const std::string kTooLate = "pmsh: the commit was not confirmed in time: it was rolled back for ethernet 1/1.\n";
+
+TEST(CommitConfirmed, StaysWhenItIsConfirmed) {
+  const outcome result = edited("commit confirmed 60\nclock advance 59\nconfirm\nclock advance 3600\n" + kShow);
+  EXPECT_EQ(result.out, kCommitted + "Confirmed for ethernet 1/1.\n" + kSet);
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(result.exit_code, 0);
+}
+
+TEST(CommitConfirmed, IsRolledBackWhenItsTimeIsOver) {
+  const outcome result = edited("commit confirmed 60\n" + kShow + "clock advance 60\n" + kShow + "undo\nconfirm\n");
+  EXPECT_EQ(result.out, kCommitted + kSet + kPlain);
+  EXPECT_EQ(result.err.substr(0, kTooLate.size()), kTooLate);
+  EXPECT_NE(result.err.find("pmsh: there is no commit that waits for its confirmation.\n"), std::string::npos);
+}
+
+TEST(CommitConfirmed, WhatWasRolledBackIsInTheCandidateAgain) {
+  const outcome result = edited("commit confirmed 60\nclock advance 60\ninterface ethernet 1/2\nshutdown\nshow diff\n");
+  EXPECT_EQ(result.out, kCommitted + "ethernet 1/1\n  + switchport mtu 9000\nethernet 1/2\n  + shutdown\n");
+}
+
+TEST(CommitConfirmed, NothingElseIsChangedMeanwhile) {
+  for (const char* const lines : {"shutdown\ncommit\n", "shutdown\ncommit confirmed 5\n", "discard\nend\nundo\n",
+                                  "end\nconfigure\ninterface loopback 9\n", "end\nconfigure\nno interface loopback 0\n",
+                                  "end\nconfigure dry-run\n"}) {
+    const outcome result =
+        edited("commit confirmed 60\nclock advance 18\n" + std::string(lines) + "show running-config\n");
+    EXPECT_NE(
+        result.err.find("pmsh: nothing was changed: a commit waits for 'confirm' and is rolled back in 42 seconds.\n"),
+        std::string::npos)
+        << lines << result.err;
+    EXPECT_EQ(result.out.find("  shutdown"), std::string::npos) << lines << result.out;
+    EXPECT_NE(result.out.find("  switchport mtu 9000"), std::string::npos) << lines << result.out;
+  }
+}
+
+TEST(CommitConfirmed, TheEndOfTheShellRollsItBack) {
+  for (const char* const end : {"", "quit\n", "end\nexit\n"})
+    EXPECT_EQ(edited("commit confirmed 60\n" + std::string(end)).err,
+              "pmsh: the commit was not confirmed: it was rolled back for ethernet 1/1.\n")
+        << end;
+}
+
+TEST(CommitConfirmed, WithoutChangesItWaitsForNothing) {
+  EXPECT_EQ(edited("discard\ncommit confirmed 60\nconfirm\n").err,
+            "pmsh: there is no commit that waits for its confirmation.\n");
+  EXPECT_EQ(edited("commit confirmed 86401\n").err.substr(0, 58),
+            "pmsh: 'commit confirmed' waits for 1 to 86400 seconds.\npms");
+}
+
+TEST(CommitConfirmed, CreatedAndDeletedInterfacesAreRolledBack) {
+  const outcome result = edited(
+      "interface loopback 9\nno interface loopback 0\ncommit confirmed 60\nclock advance 60\n"
+      "show running-config\nshow interface loopback 0 ifindex | include loopback\n");
+  EXPECT_NE(result.err.find("rolled back for ethernet 1/1, loopback 0, loopback 9."), std::string::npos) << result.err;
+  EXPECT_NE(result.out.find("! Settings of lab\nconfigure\ninterface ethernet 1/11-12\n  channel-group 7\nend\n"),
+            std::string::npos)
+      << result.out;
+}
+
+TEST(CommitConfirmed, InADryRunNothingWaits) {
+  EXPECT_EQ(edited("commit confirmed 60\nconfirm\n", {"--dry-run"}).exit_code, 1);
+}
+
+}  // namespace
+}  // namespace session
