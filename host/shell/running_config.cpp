@@ -5,6 +5,7 @@
 #include "shell/interface_ranges.h"
 #include "shell/words.h"
 #include "shell/written_settings.h"
+#include "switch/if_index_layout.h"
 
 namespace host {
 namespace {
@@ -15,6 +16,19 @@ bool is_left_out(const setting& of, const interface& now, const interface& at_st
   const bool is_inherited = of.traits.of_parent && now.is_created && if_index_is_sub_intf(now.if_index) != 0;
   return !is_inherited && is_usual(of, now) && is_usual(of, at_start);
 }
+
+// Values that no command sets on this kind of interface, as comments.
+std::string fixed_settings_of(const interface& it) {
+  std::string lines;
+  for (const setting& of : all_settings()) {
+    const auto value = of.get(it.settings);
+    if (!value || of.has_it(take_apart(it.if_index).type) || is_usual(of, it)) continue;
+    for (const std::string& command : commands_for(of, *value)) lines += "  ! part of the hardware: " + command + "\n";
+  }
+  return lines;
+}
+
+std::string lines_of(const interface& it) { return settings_of(it) + fixed_settings_of(it); }
 
 }  // namespace
 
@@ -37,10 +51,10 @@ std::string running_config(const machine& of, std::span<const if_index_t> interf
   if (!deleted.empty()) text += "no interface " + range_text(deleted) + "\n";
   for (std::size_t first = 0; first < interfaces.size();) {
     const interface* const it = of.find(interfaces[first]);
-    const std::string lines = it != nullptr ? settings_of(*it) : std::string();
+    const std::string lines = it != nullptr ? lines_of(*it) : std::string();
     const bool is_created = it != nullptr && it->is_created;
     const auto is_like_first = [&](const interface* other) {
-      return other != nullptr && other->is_created == is_created && settings_of(*other) == lines;
+      return other != nullptr && other->is_created == is_created && lines_of(*other) == lines;
     };
     std::size_t end = first + 1;
     while (end < interfaces.size() && is_next(interfaces[end - 1], interfaces[end]) &&

@@ -121,6 +121,15 @@ TEST(Configure, AUsualValueIsWrittenWhereTheSwitchStartsWithAnother) {
             "  switchport mtu 9000\nend\n");
 }
 
+TEST(Configure, WhatCannotBeSetIsAComment) {
+  const file_of_test tunnel(
+      "switch: {name: wan}\ninterfaces:\n  - {range: fcip 1, description: Remote site, mode: e}\n");
+  EXPECT_EQ(run_shell_on(tunnel.path, {"-c", "show running-config"}).out,
+            "! Settings of wan\nconfigure\ninterface fcip 1\n"
+            "  description Remote site\n"
+            "  ! part of the hardware: switchport mode e\nend\n");
+}
+
 TEST(Configure, EveryModeHasItsWord) {
   for (const char* const mode : {"trunk", "fabric", "private-vlan host", "private-vlan promiscuous", "sd", "tl"}) {
     const std::string line = std::string("  switchport mode ") + mode + "\n";
