@@ -29,7 +29,7 @@ candidate() { printf 'configure candidate\ninterface %s\n%s\n' "$left" "$1"; }
 
 # A shell that reads its lines from the descriptor 9 and writes to $work/said.
 start_shell() {
-  rm -f "$work/lines"
+  rm -f "$work/lines" "$work/said"
   mkfifo "$work/lines"
   ip netns exec "$here" "$pmsh" --kernel "$@" <"$work/lines" >"$work/said" 2>&1 &
   shell=$!
@@ -39,7 +39,7 @@ end_shell() {
   exec 9>&-
   wait "$shell"
 }
-said() { grep -qF -- "$1" "$work/said"; }
+said() { grep -qsF -- "$1" "$work/said"; }
 
 step "a dry run and a candidate change nothing"
 said_of_trial=$(printf 'configure dry-run\ninterface %s\nswitchport mtu 5000\nshutdown\n' "$left" | run) || fail "a dry run fails"
@@ -108,6 +108,16 @@ kill -HUP "$guardian" && kill -INT "$guardian" && kill -TERM "$guardian"
 echo 'confirm' >&9
 until_true said "Confirmed for $left."
 [ -z "$(pgrep -P "$shell")" ] || fail "it is still there"
+end_shell
+expect mtu 5500
+
+step "the shell rolls back itself when the guardian was killed"
+start_shell
+candidate $'switchport mtu 5700\ncommit confirmed 600' >&9
+until_true said "Committed for $left."
+kill -KILL "$(pgrep -P "$shell")"
+echo 'show diff' >&9
+until_true said "it was rolled back for $left."
 end_shell
 expect mtu 5500
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 
 #include "session/json.h"
@@ -159,6 +160,15 @@ TEST(Candidate, AFileCanBeReadIntoIt) {
 
 TEST(Candidate, ADryRunOfACommitChangesNothing) {
   EXPECT_EQ(edited(kMtu + "commit\nend\n", {"--dry-run"}).exit_code, 0);
+}
+
+TEST(Candidate, ItsDifferencesHaveNoColoursWhenTheUserSaysSo) {
+  setenv("NO_COLOR", "1", 1);
+  terminal shell({}, test_file("configuration.yaml"));
+  unsetenv("NO_COLOR");
+  ASSERT_TRUE(shell.shows_prompt());
+  shell.type("configure candidate\rinterface ethernet 1/1\rshutdown\rshow diff\r");
+  EXPECT_TRUE(shell.shows("  + shutdown\r\n"));
 }
 
 TEST(Candidate, AtATerminalLeavingAsks) {
