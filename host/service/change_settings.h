@@ -1,7 +1,7 @@
 // How services change what a port is set to.
 #pragma once
 
-#include "switch/change_journal.h"
+#include "settings/change_journal.h"
 #include "switch/source.h"
 
 namespace host {

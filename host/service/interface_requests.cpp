@@ -9,8 +9,8 @@
 #include "platform/port_config.h"
 #include "service/answers.h"
 #include "service/port_manager_messages.h"
+#include "settings/change_journal.h"
 #include "settings/settings.h"
-#include "switch/change_journal.h"
 #include "switch/if_index_layout.h"
 
 namespace host {

@@ -240,6 +240,19 @@ bool is_equal(const setting& of, const port_settings& one, const port_settings& 
   return of.get(one) == of.get(other);
 }
 
+void copy_setting(const setting& of, const port_settings& from, port_settings& to) {
+  if (of.type == HOST_CFG_CHANNEL) {  // its number alone does not say which port-channel it is
+    to.channel = from.channel;
+    return;
+  }
+  const auto value = of.get(from);
+  if (!value) return;
+  interface port;
+  port.settings = std::move(to);
+  of.put(port, *value);
+  to = std::move(port.settings);
+}
+
 uint32 set_value(const setting& of, interface& port, const setting_value& value) {
   if (of.traits.refuses != nullptr)
     if (const uint32 status = of.traits.refuses(port, value); status != 0) return status;

@@ -123,6 +123,9 @@ bool is_usual(const setting& of, const interface& port);
 // Whether two ports are set to the same.
 bool is_equal(const setting& of, const port_settings& one, const port_settings& other);
 
+// Makes a setting of one port that of another. A value that the source does not know is not copied.
+void copy_setting(const setting& of, const port_settings& from, port_settings& to);
+
 // Sets a port to a value, and makes other settings follow. Returns 0, or the status with which the port refuses it: it
 // is unchanged then.
 uint32 set_value(const setting& of, interface& port, const setting_value& value);

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/types.h"
-#include "switch/machine_changes.h"
-#include "switch/trial.h"
+#include "settings/machine_changes.h"
+#include "settings/trial.h"
 
 namespace host {
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "client/command_account.h"
+#include "settings/change_journal.h"
 #include "shell/commands.h"
 #include "shell/interface_kinds.h"
 #include "shell/interface_ranges.h"
@@ -13,7 +14,6 @@
 #include "shell/setting_outcome.h"
 #include "shell/shell.h"
 #include "shell/way_of_user.h"
-#include "switch/change_journal.h"
 
 namespace host {
 namespace {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/types.h"
-#include "switch/trial.h"
+#include "settings/trial.h"
 
 namespace host {
 

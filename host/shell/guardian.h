@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "switch/machine_changes.h"
+#include "settings/machine_changes.h"
 
 namespace host {
 

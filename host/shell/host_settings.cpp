@@ -4,13 +4,13 @@
 #include <vector>
 
 #include "platform/vsh.h"
+#include "settings/change_journal.h"
 #include "settings/wire.h"
 #include "shell/output/command_output.h"
 #include "shell/setting_outcome.h"
 #include "shell/shell.h"
 #include "shell/way_of_user.h"
 #include "shell/words.h"
-#include "switch/change_journal.h"
 
 namespace host {
 namespace {

@@ -215,18 +215,20 @@ void write_list(json_writer& json, std::string_view name, const property_texts& 
 
 void write_summary(json_writer& json) {
   json.key("summary");
-  write_object(json, [&] {
-    constexpr std::pair<std::string_view, property_texts> kCounts[] = {
-        {"applied", {"Applied", "Number of ports that took the setting"}},
-        {"unchanged", {"Unchanged", "Number of ports that were set so before"}},
-        {"refused", {"Refused", "Number of ports that refused the setting"}}};
-    std::vector<std::string_view> names;
-    for (const auto& [name, texts] : kCounts) {
-      names.push_back(name);
-      write_property(json, name, R"("type": "integer")", texts);
-    }
-    return names;
-  });
+  write_object(json,
+               [&] {
+                 constexpr std::pair<std::string_view, property_texts> kCounts[] = {
+                     {"applied", {"Applied", "Number of ports that took the setting"}},
+                     {"unchanged", {"Unchanged", "Number of ports that were set so before"}},
+                     {"refused", {"Refused", "Number of ports that refused the setting"}}};
+                 std::vector<std::string_view> names;
+                 for (const auto& [name, texts] : kCounts) {
+                   names.push_back(name);
+                   write_property(json, name, R"("type": "integer")", texts);
+                 }
+                 return names;
+               },
+               {"Summary", "Numbers of ports by result"});
 }
 
 void write_document(json_writer& json, const display& shown) {

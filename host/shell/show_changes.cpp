@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 
+#include "settings/change_journal.h"
 #include "shell/commands.h"
 #include "shell/interface_kinds.h"
 #include "shell/interface_ranges.h"
@@ -11,7 +12,6 @@
 #include "shell/output/schema/schema.h"
 #include "shell/setting_differences.h"
 #include "shell/shell.h"
-#include "switch/change_journal.h"
 #include "switch/model.h"
 
 namespace host {

@@ -2,12 +2,12 @@
 
 #include <utility>
 
+#include "settings/change_journal.h"
 #include "shell/commands.h"
 #include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
 #include "shell/print_error.h"
 #include "shell/shell.h"
-#include "switch/change_journal.h"
 #include "switch/clock.h"
 #include "switch/source.h"
 

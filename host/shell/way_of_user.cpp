@@ -9,12 +9,12 @@
 
 #include "platform/port_manager.h"
 #include "platform/vsh.h"
+#include "settings/change_journal.h"
+#include "settings/trial.h"
 #include "shell/interface_ranges.h"
 #include "shell/output/command_output.h"
 #include "shell/shell.h"
-#include "switch/change_journal.h"
 #include "switch/source.h"
-#include "switch/trial.h"
 
 namespace host {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <cstddef>
 
+#include "settings/machine_changes.h"
 #include "shell/commands.h"
-#include "switch/machine_changes.h"
 
 namespace host {
 

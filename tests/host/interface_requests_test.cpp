@@ -13,7 +13,7 @@
 #include "platform/vsan.h"
 #include "service/port_manager_messages.h"
 #include "service/services.h"
-#include "switch/change_journal.h"
+#include "settings/change_journal.h"
 #include "switch/if_index_layout.h"
 #include "switch/source.h"
 

@@ -1,5 +1,5 @@
 // Changes that are collected, and then made of a machine as one.
-#include "switch/machine_changes.h"
+#include "settings/machine_changes.h"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +11,8 @@
 #include "platform/interface_manager.h"
 #include "platform/port_manager.h"
 #include "platform/syserr.h"
+#include "settings/settings_merge.h"
 #include "switch/if_index_layout.h"
-#include "switch/settings_merge.h"
 #include "switch/source.h"
 
 namespace host {

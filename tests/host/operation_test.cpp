@@ -9,6 +9,9 @@
 namespace host {
 namespace {
 
+constexpr uint16 kReceiveOn = uint16{PM_FLOW_CTRL_ON} & uint16{PM_FLOW_CTRL_RECEIVE};
+constexpr uint16 kSendOn = uint16{PM_FLOW_CTRL_ON} & uint16{PM_FLOW_CTRL_SEND};
+
 // A port of 10 to 1000 Mbit/s with a link.
 interface port_with_link() {
   interface port;
@@ -33,12 +36,12 @@ TEST(Operation, WhatIsSetIsSo) {
   port.settings.admin_speed_mbps = 100;
   port.settings.admin_duplex = PM_PORT_DUPLEX_HALF;
   port.settings.admin_mode = PM_PORT_MODE_TRUNK;
-  port.settings.admin_flow_control = PM_FLOW_CTRL_ON & PM_FLOW_CTRL_RECEIVE;
+  port.settings.admin_flow_control = kReceiveOn;
   follow_settings(port, before);
   EXPECT_EQ(port.oper_speed_mbps, 100U);
   EXPECT_EQ(port.oper_duplex, PM_PORT_DUPLEX_HALF);
   EXPECT_EQ(port.oper_mode, PM_PORT_MODE_TRUNK);
-  EXPECT_EQ(port.oper_flow_control, PM_FLOW_CTRL_ON & PM_FLOW_CTRL_RECEIVE);
+  EXPECT_EQ(port.oper_flow_control, kReceiveOn);
 }
 
 TEST(Operation, APartnerDecidesWhatIsLeftOpen) {
@@ -51,7 +54,7 @@ TEST(Operation, APartnerDecidesWhatIsLeftOpen) {
   EXPECT_EQ(port.oper_mode, PM_PORT_MODE_F);
   EXPECT_EQ(port.oper_speed_mbps, 100U);
   EXPECT_EQ(port.oper_duplex, PM_PORT_DUPLEX_HALF);
-  EXPECT_EQ(port.oper_flow_control, PM_FLOW_CTRL_ON & PM_FLOW_CTRL_SEND) << "it agrees to one side only";
+  EXPECT_EQ(port.oper_flow_control, kSendOn) << "it agrees to one side only";
 
   port.settings.admin_mode = PM_PORT_MODE_E;
   port.settings.admin_speed_mbps = 1000;

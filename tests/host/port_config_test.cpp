@@ -13,7 +13,7 @@
 #include "platform/card_config.h"
 #include "platform/syserr.h"
 #include "service/port_manager_messages.h"
-#include "switch/change_journal.h"
+#include "settings/change_journal.h"
 #include "switch/if_index_layout.h"
 #include "switch/interface_name.h"
 #include "switch/source.h"

@@ -1,5 +1,5 @@
 // Commands on a copy of the machine.
-#include "switch/trial.h"
+#include "settings/trial.h"
 
 #include <gtest/gtest.h>
 

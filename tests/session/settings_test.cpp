@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "service/services.h"
+#include "settings/change_journal.h"
 #include "shell/added_commands.h"
 #include "shell/library.h"
 #include "shell/output/command_output.h"
@@ -19,7 +20,6 @@
 #include "shell/written_settings.h"
 #include "source/chassis/chassis_source.h"
 #include "source/chassis/switch_file.h"
-#include "switch/change_journal.h"
 #include "switch/if_index_layout.h"
 #include "transport/transport.h"
 

@@ -1,4 +1,4 @@
-#include "switch/trial.h"
+#include "settings/trial.h"
 
 #include <utility>
 

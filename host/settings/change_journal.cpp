@@ -1,10 +1,10 @@
-#include "switch/change_journal.h"
+#include "settings/change_journal.h"
 
 #include <algorithm>
 #include <utility>
 
+#include "settings/settings_merge.h"
 #include "switch/clock.h"
-#include "switch/settings_merge.h"
 #include "switch/source.h"
 
 namespace host {

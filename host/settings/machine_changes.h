@@ -4,7 +4,7 @@
 #include <map>
 #include <vector>
 
-#include "switch/change_journal.h"
+#include "settings/change_journal.h"
 #include "switch/model.h"
 
 namespace host {

@@ -1,12 +1,13 @@
-#include "switch/machine_changes.h"
+#include "settings/machine_changes.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "platform/interface_manager.h"
 #include "platform/syserr.h"
+#include "settings/settings.h"
+#include "settings/settings_merge.h"
 #include "switch/if_index_layout.h"
-#include "switch/settings_merge.h"
 #include "switch/source.h"
 
 namespace host {
@@ -17,11 +18,10 @@ bool is_for_channel(const interface& port, const machine_changes::settings& chan
   const bool has_joined = port.settings.channel != 0 && port.settings.channel != change.before.channel;
   if (!has_joined || change.after.channel != change.before.channel || the_source().hands_settings_to_members())
     return false;
-  port_settings others = change.after;
-  others.description = change.before.description;
-  others.admin_state = change.before.admin_state;
-  others.beacon_on = change.before.beacon_on;
-  return others != change.before;
+  const auto settings = all_settings();
+  return std::any_of(settings.begin(), settings.end(), [&](const setting& it) {
+    return it.traits.of_channel && !is_equal(it, change.before, change.after);
+  });
 }
 
 uint32 change(machine& of, if_index_t if_index, const machine_changes::settings& change) {

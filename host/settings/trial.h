@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "switch/change_journal.h"
+#include "settings/change_journal.h"
 #include "switch/model.h"
 #include "switch/source.h"
 
