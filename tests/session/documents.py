@@ -181,7 +181,7 @@ def lines_of_session(pmsh):
         if words[0] in ("watch", "configure", "end", "exit", "quit"):
             continue
         kind = settings if display == "settings" and words[0] != "undo" else general
-        if words[0] == "interface" or words[:2] == ["no", "interface"]:
+        if words[0] in ("interface", "confirm", "discard") or words[:2] == ["no", "interface"]:
             kind = configuring
         kind.extend((line, display) for line in lines)
     yield from general
