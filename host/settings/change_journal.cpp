@@ -91,7 +91,9 @@ void swap_journal(change_journal& other) { std::swap(journal, other); }
 void begin_changes(std::string_view command) {
   settle_last_step(the_machine());
   forget_oldest_steps();
-  journal.steps.push_back({.command = std::string(command), .at_sec = static_cast<uint32>(clock_now())});
+  change_step& step = journal.steps.emplace_back();
+  step.command = command;
+  step.at_sec = static_cast<uint32>(clock_now());
   journal.is_running = true;
 }
 

@@ -22,6 +22,13 @@ class trial_source final : public switch_source {
   }
   bool counts_at_refresh() const override { return real_.counts_at_refresh(); }
   std::optional<std::string> baseline_file() const override { return real_.baseline_file(); }
+  uint32 check_settings(const interface& port, const port_settings& before) const override {
+    return real_.check_settings(port, before);
+  }
+  uint32 apply_settings(interface& port, const port_settings& before) override {
+    const uint32 status = real_.check_settings(port, before);
+    return status != 0 ? status : switch_source::apply_settings(port, before);
+  }
   bool applies_setting(uint8 type) const override { return real_.applies_setting(type); }
   bool hands_settings_to_members() const override { return real_.hands_settings_to_members(); }
   bool allows_sub_interfaces_of_switched_ports() const override {

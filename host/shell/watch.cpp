@@ -215,7 +215,7 @@ class watcher {
     settings.to_terminal = false;
     settings.paged = false;
     settings.sinks_errors = true;
-    if (usual_.structured) settings.on_error = [this](std::string_view text) { report(text); };
+    if (usual_.structured) settings.on_error = [this](std::string_view error) { report(error); };
     settings.sink = [&text](std::string_view part) { text += part; };
     settings.traffic = &traffic_;
     {

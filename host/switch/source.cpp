@@ -57,6 +57,8 @@ bool switch_source::counts_at_refresh() const { return false; }
 std::optional<std::string> switch_source::baseline_file() const { return std::nullopt; }
 int switch_source::write_baselines() { return 0; }
 
+uint32 switch_source::check_settings(const interface&, const port_settings&) const { return 0; }
+
 uint32 switch_source::apply_settings(interface& port, const port_settings& before) {
   follow_settings(port, before);
   return 0;

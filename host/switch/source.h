@@ -82,6 +82,9 @@ class switch_source {
 
   // ---- Settings
 
+  // The status with which apply_settings() refuses, as far as the source knows without trying; 0: nothing is known.
+  virtual uint32 check_settings(const interface& port, const port_settings& before) const;
+
   // Makes a port operate as it was just set to in the model; `before` is what it was set to. Returns 0, or the status
   // with which the source refuses: nothing is changed then, and the caller puts the settings back.
   virtual uint32 apply_settings(interface& port, const port_settings& before);

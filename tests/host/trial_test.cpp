@@ -37,6 +37,9 @@ class observed_source final : public switch_source {
   }
   void clear_counters(interface&, uint32) override { ++seen_.clears; }
   bool applies_setting(uint8 type) const override { return type == PM_CFG_MTU; }
+  uint32 check_settings(const interface& port, const port_settings&) const override {
+    return port.settings.mtu_bytes == 7000 ? PM_ERR_PORT_LOCKED : 0;
+  }
   bool hands_settings_to_members() const override { return true; }
   bool allows_sub_interfaces_of_switched_ports() const override { return true; }
   uint32 apply_settings(interface&, const port_settings&) override { return ++seen_.changes, 0; }
@@ -87,6 +90,18 @@ TEST_F(Trial, ASettingStaysInTheCopy) {
   EXPECT_EQ(state.model.find(names_.first_port)->settings.mtu_bytes, 9000);
   EXPECT_TRUE(change_steps(the_machine()).empty());
   EXPECT_EQ(seen_.changes, 0);
+}
+
+TEST_F(Trial, WhatTheRealSourceIsKnownToRefuseIsRefused) {
+  trial_state state{the_machine(), {}};
+  const trial running(state);
+  const uint16 before = *port().settings.mtu_bytes;
+  const auto set_7000 = [](interface& it) { return it.settings.mtu_bytes = 7000, 0U; };
+  EXPECT_EQ(change_settings(port(), set_7000), uint32{PM_ERR_PORT_LOCKED});
+  EXPECT_EQ(port().settings.mtu_bytes, before);
+  trial_state inner_state{the_machine(), {}};
+  const trial inner(inner_state);
+  EXPECT_EQ(change_settings(port(), set_7000), uint32{PM_ERR_PORT_LOCKED}) << "also in a trial of a trial";
 }
 
 TEST_F(Trial, StepsOfTheSessionCannotBeTakenBackInIt) {

@@ -17,6 +17,7 @@
 #include "shell/output/command_output.h"
 #include "shell/running_config.h"
 #include "shell/shell.h"
+#include "shell/words.h"
 #include "shell/written_settings.h"
 #include "source/chassis/chassis_source.h"
 #include "source/chassis/switch_file.h"
@@ -78,7 +79,7 @@ class shell_of_test {
     session_.mode = kExecMode;
     std::istringstream all(lines);
     for (std::string line; std::getline(all, line);) {
-      if (line.empty() || line.front() == '!') continue;
+      if (trim(line).empty() || trim(line).front() == '!') continue;
       said_.clear();
       if (const int code = run_line(session_, line); code != 0)
         failures += line + ": exit code " + std::to_string(code) + ": " + said_ + "\n";

@@ -289,15 +289,24 @@ std::optional<std::string> kernel_source::baseline_file() const { return baselin
 
 int kernel_source::write_baselines() { return baselines_.write(); }
 
-uint32 kernel_source::apply_settings(interface& port, const port_settings& before) {
+std::optional<setting_target> kernel_source::target_of(const interface& port) const {
   const mapped_device* const it = device_of(port.if_index);
-  if (it == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
+  if (it == nullptr) return std::nullopt;
   const mapped_device* const bond = device_of(port.settings.channel);
-  return settle_device({.number = it->number,
+  return setting_target{.number = it->number,
                         .name = it->device,
                         .is_bridge_port = it->is_bridge_port,
-                        .bond = bond == nullptr ? 0 : bond->number},
-                       port.settings, before);
+                        .bond = bond == nullptr ? 0 : bond->number};
+}
+
+uint32 kernel_source::check_settings(const interface& port, const port_settings& before) const {
+  const auto target = target_of(port);
+  return target ? check_device(*target, port.settings, before) : 0;  // a trial may have created the port
+}
+
+uint32 kernel_source::apply_settings(interface& port, const port_settings& before) {
+  const auto target = target_of(port);
+  return target ? settle_device(*target, port.settings, before) : uint32{PM_ERR_NO_SUCH_INTERFACE};
 }
 
 bool kernel_source::applies_setting(uint8 type) const { return makes_kernel_setting(type); }

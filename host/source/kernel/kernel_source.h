@@ -11,6 +11,7 @@
 #include "source/kernel/baselines.h"
 #include "source/kernel/details.h"
 #include "source/kernel/device_map.h"
+#include "source/kernel/settings.h"
 #include "source/kernel/stored_names.h"
 #include "switch/source.h"
 
@@ -37,6 +38,7 @@ class kernel_source final : public switch_source {
   bool counts_at_refresh() const override;
   std::optional<std::string> baseline_file() const override;
   int write_baselines() override;
+  uint32 check_settings(const interface& port, const port_settings& before) const override;
   uint32 apply_settings(interface& port, const port_settings& before) override;
   bool applies_setting(uint8 type) const override;
   bool hands_settings_to_members() const override;
@@ -64,6 +66,7 @@ class kernel_source final : public switch_source {
   device_reading* find_reading(if_index_t if_index);
   const device_reading* find_reading(if_index_t if_index) const;
   const mapped_device* device_of(if_index_t if_index) const;
+  std::optional<setting_target> target_of(const interface& port) const;
   const kernel_link* link_of(if_index_t if_index);
   uint32 create_interface(if_index_t if_index);
   uint32 delete_interface(if_index_t if_index);

@@ -120,12 +120,16 @@ void take_back_vlans(const setting_target& target, const port_settings& wanted, 
   for (netlink_request& request : bridge_vlan_requests(target.number, before, wanted)) send_link_request(request);
 }
 
-uint32 set_vlans(const setting_target& target, const port_settings& wanted, const port_settings& before) {
+uint32 refuses_vlans(const setting_target& target, const port_settings& wanted, const port_settings& before) {
   if (!target.is_bridge_port) return status_of_text("the device is no port of a bridge");
   const bool is_known = wanted.admin_mode == PM_PORT_MODE_ACCESS || wanted.admin_mode == PM_PORT_MODE_TRUNK;
   if (!is_known) return status_of_text("the kernel has access and trunk ports only");
   if (wanted.native_vlan != before.native_vlan && is_native_missing(wanted))
     return status_of_text("the native VLAN is none of those that the trunk carries");
+  return 0;
+}
+
+uint32 set_vlans(const setting_target& target, const port_settings& wanted, const port_settings& before) {
   std::vector<netlink_request> requests = bridge_vlan_requests(target.number, wanted, before);
   for (std::size_t i = 0; i < requests.size(); ++i) {
     const uint32 status = send_link_request(requests[i]);
@@ -257,10 +261,16 @@ bool makes_kernel_setting(uint8 type) {
   return found != nullptr && found->traits.step != kernel_step::none;
 }
 
+uint32 check_device(const setting_target& target, const port_settings& wanted, const port_settings& before) {
+  if (wanted.channel != before.channel) return 0;
+  if (is_beyond_the_kernel(wanted, before)) return status_of_text("the kernel has no such setting");
+  return is_needed(kernel_step::vlans, wanted, before) ? refuses_vlans(target, wanted, before) : 0;
+}
+
 uint32 settle_device(const setting_target& target, const port_settings& wanted, const port_settings& before) {
+  if (const uint32 status = check_device(target, wanted, before); status != 0) return status;
   // A bond hands its settings to its members itself.
   if (wanted.channel != before.channel) return set_bond(target, wanted, before);
-  if (is_beyond_the_kernel(wanted, before)) return status_of_text("the kernel has no such setting");
   std::vector<const step*> made;
   for (const step& it : kSteps) {
     if (!it.is_due(wanted) || !is_needed(it.made, wanted, before)) continue;

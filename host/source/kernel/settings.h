@@ -24,6 +24,9 @@ struct setting_target {
 // before a refusal is taken back.
 uint32 settle_device(const setting_target& target, const port_settings& wanted, const port_settings& before);
 
+// The status with which settle_device() refuses without asking the kernel; 0: it asks.
+uint32 check_device(const setting_target& target, const port_settings& wanted, const port_settings& before);
+
 // Whether there are devices that have a setting (PM_CFG_... or HOST_CFG_...).
 bool makes_kernel_setting(uint8 type);
 
