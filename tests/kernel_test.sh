@@ -128,7 +128,7 @@ has_line "$said" "Ethernet${left#ethernet } failed for switchport speed 25000 wi
 has_line "$said" "Ethernet${right#ethernet } failed for switchport speed 25000 with Operation not supported"
 has "$(set_on "$left" 'switchport mtu 67')" "value out of range"
 has "$(set_on "$left" 'switchport beacon')" "Operation not supported"
-has "$(set_on "$left" 'switchport access vlan 7')" "with the device is no port of a bridge"
+has "$(set_on "$left" 'switchport access vlan 7')" "with the device is not a port of a bridge"
 
 if command -v setpriv >/dev/null; then
   step "a plain user"

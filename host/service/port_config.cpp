@@ -22,10 +22,13 @@ uint32 set_port(interface& port, const setting& of, const setting_value& value) 
   return change_settings(port, [&](interface& it) { return set_value(of, it, value); });
 }
 
-// A member takes what it can of its channel's setting.
-void hand_to_members(const interface& channel, const setting& of, const setting_value& value) {
+// Members take what they can of their channel's settings: others may have followed from the one that was set.
+void hand_to_members(const interface& channel) {
   for (const if_index_t member : the_machine().members_of(channel.if_index))
-    change_settings(*the_machine().find(member), [&](interface& it) { return take_over_value(of, value, it); });
+    change_settings(*the_machine().find(member), [&](interface& it) -> uint32 {
+      take_over_settings(channel, it);
+      return 0;
+    });
 }
 
 uint32 apply_to(interface& port, const setting& of, octets bytes) {
@@ -36,7 +39,7 @@ uint32 apply_to(interface& port, const setting& of, octets bytes) {
   const auto value = value_of_octets(of, bytes, port);
   if (!value) return PM_ERR_VALUE_OUT_OF_RANGE;
   if (const uint32 status = set_port(port, of, *value); status != 0) return status;
-  if (is_of_channel(of)) hand_to_members(port, of, *value);
+  if (is_of_channel(of)) hand_to_members(port);
   return 0;
 }
 

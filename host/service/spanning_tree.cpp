@@ -3,18 +3,23 @@
 #include <algorithm>
 
 #include "platform/interface_manager.h"
+#include "platform/port_config.h"
 #include "platform/port_manager.h"
 #include "service/answers.h"
 #include "service/change_settings.h"
 #include "service/services.h"
 #include "service/spanning_tree.h"
 #include "service/spanning_tree_messages.h"
+#include "settings/settings.h"
+#include "switch/if_index_layout.h"
 
 namespace host {
 namespace {
 
 uint32 become_edge(interface& port) {
-  if (port.settings.layer != IF_LAYER_2) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
+  if (port.refusal != 0) return port.refusal;
+  if (port.settings.layer != IF_LAYER_2 || !find_setting(PM_CFG_PORT_MODE)->has_it(take_apart(port.if_index).type))
+    return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
   if (port.is_locked) return PM_ERR_PORT_LOCKED;
   return change_settings(port, [](interface& it) -> uint32 {
     it.settings.is_edge = true;

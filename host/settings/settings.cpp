@@ -106,9 +106,11 @@ uint32 refuses_layer(const interface& port, const setting_value& value) {
   return is_parent ? uint32{PM_ERR_SUB_INTERFACE_ON_L2} : 0;
 }
 
+// A routed port has no mode, a switched one the usual one until another is set.
 void follow_layer(interface& port) {
   port_settings& settings = port.settings;
-  if (settings.admin_mode == 0) settings.admin_mode = default_port_mode(kind_of(port), settings.layer);
+  if (settings.layer == IF_LAYER_3 || settings.admin_mode == 0)
+    settings.admin_mode = default_port_mode(kind_of(port), settings.layer);
 }
 
 setting_value usual_mode(const interface& port) { return default_port_mode(kind_of(port), port.settings.layer); }
@@ -262,17 +264,26 @@ uint32 set_value(const setting& of, interface& port, const setting_value& value)
   return 0;
 }
 
+port_settings default_settings(const interface& port) {
+  interface fresh = port;
+  fresh.settings = port_settings{};
+  for (const setting& it : kSettings)
+    if (!it.has_it(kind_of(port)))
+      if (const auto value = it.get(port.settings)) it.put(fresh, *value);
+  if (has_layer(kind_of(port))) fresh.settings.layer = std::get<uint32>(usual_layer(fresh));
+  if (has_mode(kind_of(port))) follow_layer(fresh);
+  return fresh.settings;
+}
+
 void set_to_defaults(machine& of) {
   for (interface& port : of.interfaces) {
     const port_settings before = port.settings;
-    port.settings = port_settings{};
-    for (const setting& it : kSettings)
-      if (!it.has_it(kind_of(port)))
-        if (const auto value = it.get(before)) it.put(port, *value);
-    if (has_layer(kind_of(port)))
-      port.settings.layer =
-          has_sub_interfaces(of, port.if_index) ? uint32{IF_LAYER_3} : std::get<uint32>(usual_layer(port));
-    follow_layer(port);
+    port.settings = default_settings(port);
+    if (has_layer(kind_of(port)) && has_sub_interfaces(of, port.if_index)) {
+      port.settings.layer = IF_LAYER_3;
+      port.settings.admin_mode = 0;
+      follow_layer(port);
+    }
     port.at_start = port.settings;
     follow_settings(port, before);
   }
@@ -281,12 +292,9 @@ void set_to_defaults(machine& of) {
 void take_over_settings(const interface& channel, interface& member) {
   for (const setting& it : kSettings)
     if (it.traits.of_channel && it.has_it(kind_of(channel)))
-      if (const auto value = it.get(channel.settings)) take_over_value(it, *value, member);
-}
-
-uint32 take_over_value(const setting& of, const setting_value& value, interface& member) {
-  if (!of.has_it(kind_of(member))) return 0;
-  return set_value(of, member, value) == 0 ? 0 : set_value(of, member, usual_value(of, member));
+      if (const auto value = it.get(channel.settings))
+        if (it.has_it(kind_of(member)) && set_value(it, member, *value) != 0)
+          set_value(it, member, usual_value(it, member));
 }
 
 void inherit_settings(const interface& parent, interface& made) {

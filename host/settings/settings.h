@@ -130,16 +130,16 @@ void copy_setting(const setting& of, const port_settings& from, port_settings& t
 // is unchanged then.
 uint32 set_value(const setting& of, interface& port, const setting_value& value);
 
-// Gives all interfaces the settings that their hardware has when nothing was set. Those that cannot be set on their
-// kind are part of the hardware. They operate accordingly.
+// The settings of a port of the same hardware for which nothing was set. Those that cannot be set on its kind are part
+// of the hardware.
+port_settings default_settings(const interface& port);
+
+// Gives all interfaces these settings; ports with sub-interfaces are routed. They operate accordingly.
 void set_to_defaults(machine& of);
 
 // Gives a new member the settings of its port-channel. Its description, state and membership stay its own. What it
 // refuses it has as usual, so that its settings follow from those of the port-channel alone.
 void take_over_settings(const interface& channel, interface& member);
-
-// The same of one value. Returns 0, or a status when it refuses the usual value too.
-uint32 take_over_value(const setting& of, const setting_value& value, interface& member);
 
 // Gives a new sub-interface the settings that it has from its parent.
 void inherit_settings(const interface& parent, interface& made);

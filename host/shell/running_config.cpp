@@ -1,5 +1,8 @@
 #include "shell/running_config.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "platform/if_index.h"
 #include "service/port_config.h"
 #include "shell/interface_ranges.h"
@@ -10,20 +13,59 @@
 namespace host {
 namespace {
 
-// What a switch that starts as this one has already: the usual value where it starts with that too.
-bool is_left_out(const setting& of, const interface& now, const interface& at_start) {
-  // What a port that a command creates has from its parent depends on that.
-  const bool is_inherited = of.traits.of_parent && now.is_created && if_index_is_sub_intf(now.if_index) != 0;
-  return !is_inherited && is_usual(of, now) && is_usual(of, at_start);
-}
+// The settings that a configuration has to name, in the order of their table.
+class named_settings {
+ public:
+  explicit named_settings(const interface& now) : now_(now) {
+    for (const setting& of : all_settings())
+      if (of.get(now.settings) && has_setting_of_its_own(now, of)) own_.push_back(&of);
+    interface at_start = now;
+    at_start.settings = now.at_start;
+    for (const setting* const of : own_)
+      if (!is_usual(*of, now) || !is_usual(*of, at_start) || is_inherited(*of)) named_.push_back(of);
+    interface fresh = now;
+    fresh.settings = default_settings(now);
+    while (add_what_differs_on(at_start) || add_what_differs_on(fresh)) {
+    }
+    std::sort(named_.begin(), named_.end());
+  }
 
-// Values that no command sets on this kind of interface, as comments.
+  const std::vector<const setting*>& all() const { return named_; }
+
+ private:
+  // What a port that a command creates has from its parent depends on that.
+  bool is_inherited(const setting& of) const {
+    return of.traits.of_parent && now_.is_created && if_index_is_sub_intf(now_.if_index) != 0;
+  }
+
+  bool is_named(const setting* of) const { return std::find(named_.begin(), named_.end(), of) != named_.end(); }
+
+  // Loads what is named on a port that starts so, and names what is different then. A setting may follow from another.
+  bool add_what_differs_on(interface loaded) {
+    for (const setting* const of : own_) {
+      if (of->type == HOST_CFG_CHANNEL || !is_named(of)) continue;
+      of->put(loaded, *of->get(now_.settings));
+      if (of->traits.follow != nullptr) of->traits.follow(loaded);
+    }
+    const std::size_t count = named_.size();
+    for (const setting* const of : own_)
+      if (of->type != HOST_CFG_CHANNEL && !is_equal(*of, loaded.settings, now_.settings) && !is_named(of))
+        named_.push_back(of);
+    return named_.size() != count;
+  }
+
+  const interface& now_;
+  std::vector<const setting*> own_;
+  std::vector<const setting*> named_;
+};
+
+// Values that cannot be set on this kind of interface, as comments.
 std::string fixed_settings_of(const interface& it) {
   std::string lines;
   for (const setting& of : all_settings()) {
     const auto value = of.get(it.settings);
     if (!value || of.has_it(take_apart(it.if_index).type) || is_usual(of, it)) continue;
-    for (const std::string& command : commands_for(of, *value)) lines += "  ! part of the hardware: " + command + "\n";
+    for (const std::string& command : commands_for(of, *value)) lines += "  ! cannot be set: " + command + "\n";
   }
   return lines;
 }
@@ -33,14 +75,15 @@ std::string lines_of(const interface& it) { return settings_of(it) + fixed_setti
 }  // namespace
 
 std::string settings_of(const interface& it) {
-  interface at_start = it;
-  at_start.settings = it.at_start;
   std::string lines;
   if (it.settings.is_edge) lines += "  switchport host\n";
-  for (const setting& of : all_settings()) {
-    const auto value = of.get(it.settings);
-    if (!value || !has_setting_of_its_own(it, of) || is_left_out(of, it, at_start)) continue;
-    for (const std::string& command : commands_for(of, *value)) lines += "  " + command + "\n";
+  // Before it takes settings of its own, or joins another port-channel.
+  const bool leaves_channel = it.at_start.channel != 0 && it.settings.channel != it.at_start.channel;
+  if (leaves_channel) lines += "  no channel-group\n";
+  const named_settings named(it);
+  for (const setting* const of : named.all()) {
+    if (leaves_channel && of->type == HOST_CFG_CHANNEL && it.settings.channel == 0) continue;
+    for (const std::string& command : commands_for(*of, *of->get(it.settings))) lines += "  " + command + "\n";
   }
   return lines;
 }

@@ -127,7 +127,35 @@ TEST(Configure, WhatCannotBeSetIsAComment) {
   EXPECT_EQ(run_shell_on(tunnel.path, {"-c", "show running-config"}).out,
             "! Settings of wan\nconfigure\ninterface fcip 1\n"
             "  description Remote site\n"
-            "  ! part of the hardware: switchport mode e\nend\n");
+            "  ! cannot be set: switchport mode e\nend\n");
+}
+
+// A configuration of lines in a file that loads on the switch that wrote it, and is written the same there.
+void expect_to_load(const std::string& switch_file, const std::string& lines) {
+  const std::string written = run_shell_on(switch_file, {"--yes"}, lines + "\nshow running-config\n").out;
+  const file_of_test file(written);
+  const outcome loaded = run_shell_on(switch_file, {"--config", file.path, "-c", "show running-config"});
+  EXPECT_EQ(loaded.err, "") << lines;
+  EXPECT_EQ(loaded.out, written) << lines;
+}
+
+TEST(Configure, WhatFollowsFromOtherSettingsLoadsAsItWas) {
+  const std::string campus = PMSH_SWITCHES "/campus.yaml", storage = PMSH_SWITCHES "/storage.yaml";
+  expect_to_load(campus, "configure\ninterface ethernet 2/1\nno channel-group\nend");
+  expect_to_load(campus, "configure\ninterface ethernet 1/43\nno channel-group\nchannel-group 20\nend");
+  expect_to_load(campus, "configure\ninterface port-channel 21\nno switchport mode\nno switchport\nend");
+  expect_to_load(storage, "configure\ninterface fc 1/21\nno channel-group\nend");
+  expect_to_load(storage,
+                 "configure\ninterface port-channel 102\nswitchport mode access\n"
+                 "switchport trunk allowed vlan none\nend");
+}
+
+TEST(Configure, APortThatRefusesToBeAnEdgeIsNone) {
+  const outcome result = run_shell_on(PMSH_SWITCHES "/storage.yaml", {"--yes"},
+                                      "configure\ninterface server 1\nswitchport host\nend\n"
+                                      "show running-config interface server 1\n");
+  EXPECT_NE(result.exit_code, 0);
+  EXPECT_EQ(result.out.find("  switchport host"), std::string::npos) << result.out;
 }
 
 TEST(Configure, EveryModeHasItsWord) {

@@ -148,7 +148,7 @@ class builder {
     port.settings.layer = entry.layer.value_or(std::get<uint32>(usual_layer(port)));
     if (is_always_layer_2(port.if_index) && !is_sub_interface && port.settings.layer != IF_LAYER_2)
       fail(entry.line, name_of(port.if_index) + " is of a kind that is never routed");
-    follow_layer(port);
+    if (port.settings.admin_mode == 0) follow_layer(port);
     if (entry.allowed_vlans)
       port.settings.allowed_vlans = *entry.allowed_vlans;
     else

@@ -121,11 +121,11 @@ void take_back_vlans(const setting_target& target, const port_settings& wanted, 
 }
 
 uint32 refuses_vlans(const setting_target& target, const port_settings& wanted, const port_settings& before) {
-  if (!target.is_bridge_port) return status_of_text("the device is no port of a bridge");
+  if (!target.is_bridge_port) return status_of_text("the device is not a port of a bridge");
   const bool is_known = wanted.admin_mode == PM_PORT_MODE_ACCESS || wanted.admin_mode == PM_PORT_MODE_TRUNK;
   if (!is_known) return status_of_text("the kernel has access and trunk ports only");
   if (wanted.native_vlan != before.native_vlan && is_native_missing(wanted))
-    return status_of_text("the native VLAN is none of those that the trunk carries");
+    return status_of_text("the trunk does not carry the native VLAN");
   return 0;
 }
 
@@ -133,7 +133,7 @@ uint32 set_vlans(const setting_target& target, const port_settings& wanted, cons
   std::vector<netlink_request> requests = bridge_vlan_requests(target.number, wanted, before);
   for (std::size_t i = 0; i < requests.size(); ++i) {
     const uint32 status = send_link_request(requests[i]);
-    if (status != 0 && i != 0) take_back_vlans(target, wanted, before);
+    if (status != 0) take_back_vlans(target, wanted, before);
     if (status != 0) return status;
   }
   return 0;
