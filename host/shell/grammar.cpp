@@ -117,7 +117,7 @@ struct step {
 void add_free_readings(const std::vector<position>& positions, std::string_view word, std::vector<step>& steps) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
-      if (expected.is_file || (expected.is_vlans && parse_vlans(word)))
+      if (expected.kind == syntax_kind::file || (expected.kind == syntax_kind::vlans && parse_vlans(word)))
         steps.push_back({word, {at.what, index + 1, range_end::none, at.number}});
     });
   }
@@ -132,13 +132,13 @@ std::vector<step> readings(const std::vector<position>& positions, std::string_v
       continue;
     }
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
-      if (expected.is_range) {
+      if (expected.kind == syntax_kind::range) {
         for (const interface_word* const kind : interface_words(word))
           steps.push_back({kind->word, {at.what, index + 1, end_of_range(word), at.number}});
-      } else if (expected.is_number) {
+      } else if (expected.kind == syntax_kind::number) {
         if (const auto number = read_number(number_argument_of(expected), word))
           steps.push_back({word, {at.what, index + 1, range_end::none, number}});
-      } else if (expected.is_literal() && starts_with_ignoring_case(expected.text, word)) {
+      } else if (expected.kind == syntax_kind::literal && starts_with_ignoring_case(expected.text, word)) {
         steps.push_back({expected.text, {at.what, index + 1, range_end::none, at.number}});
       }
     });
@@ -172,8 +172,8 @@ std::vector<std::string_view> expected_words(const std::vector<position>& positi
   };
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
-      if (word.is_literal()) return add(word.text);
-      if (!word.is_range) return;
+      if (word.kind == syntax_kind::literal) return add(word.text);
+      if (word.kind != syntax_kind::range) return;
       for (const interface_word& kind : kInterfaceWords) add(kind.word);
     });
   }
@@ -185,7 +185,7 @@ const number_argument* expected_number(const std::vector<position>& positions) {
   const number_argument* wanted = nullptr;
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
-      if (word.is_number) wanted = &number_argument_of(word);
+      if (word.kind == syntax_kind::number) wanted = &number_argument_of(word);
     });
   }
   return wanted;
@@ -204,7 +204,7 @@ std::string type_help(std::string_view in_front) {
 bool expects_vlans(const std::vector<position>& positions) {
   bool found = false;
   for (const position& at : positions)
-    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.is_vlans; });
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.kind == syntax_kind::vlans; });
   return found;
 }
 
@@ -225,7 +225,7 @@ std::string unknown_word(const std::vector<position>& positions, std::string_vie
 bool takes_text(const std::vector<position>& positions) {
   bool found = false;
   for (const position& at : positions)
-    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.is_text; });
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.kind == syntax_kind::text; });
   return found;
 }
 
@@ -234,7 +234,7 @@ std::vector<position> behind_text(const std::vector<position>& positions) {
   std::vector<position> behind;
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t index) {
-      if (word.is_text) behind.push_back({at.what, index + 1});
+      if (word.kind == syntax_kind::text) behind.push_back({at.what, index + 1});
     });
   }
   return behind;
@@ -254,7 +254,7 @@ struct reading_state {
 // After "watch INTERVAL" a show command begins.
 void begin_watched_command(reading_state& state) {
   const position& at = state.positions.front();
-  if (at.next >= at.what->syntax.num_words || !at.what->syntax.words[at.next].is_command) return;
+  if (at.next >= at.what->syntax.num_words || at.what->syntax.words[at.next].kind != syntax_kind::command) return;
   state.every = at.number;
   state.words_in_front = state.path.size();
   state.positions = all_positions(state.mode);
@@ -404,8 +404,8 @@ void suggest_numbers(suggestions& found, std::string_view range, const word_toke
 void suggest_next_words(suggestions& found, const std::vector<position>& positions, std::string_view begun) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
-      if (word.is_range) return suggest_interface_words(found, begun);
-      if (word.is_literal() && starts_with_ignoring_case(word.text, begun))
+      if (word.kind == syntax_kind::range) return suggest_interface_words(found, begun);
+      if (word.kind == syntax_kind::literal && starts_with_ignoring_case(word.text, begun))
         add_word(found, word.text, help_of_word(word.text));
     });
   }
@@ -421,9 +421,10 @@ void suggest_number_argument(suggestions& found, const std::vector<position>& po
 void suggest_free_argument(suggestions& found, const std::vector<position>& positions) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
-      if (word.is_vlans) found.hints.push_back({"VLANS", "A list of VLANs, such as 1-10,20"});
-      if (word.is_file) found.hints.push_back({"FILE", "Name of a file"});
-      if (word.is_text) found.hints.push_back({"TEXT", "The rest of the line; in quotes when it contains '|'"});
+      if (word.kind == syntax_kind::vlans) found.hints.push_back({"VLANS", "A list of VLANs, such as 1-10,20"});
+      if (word.kind == syntax_kind::file) found.hints.push_back({"FILE", "Name of a file"});
+      if (word.kind == syntax_kind::text)
+        found.hints.push_back({"TEXT", "The rest of the line; in quotes when it contains '|'"});
     });
   }
 }
@@ -477,8 +478,8 @@ suggestions suggest_pipe(const word_token& part) {
 void keep_argument(const position& at, std::string_view written, command_line& parsed) {
   if (at.next == 0) return;
   const syntax_word& word = at.what->syntax.words[at.next - 1];
-  if (word.is_file || word.is_vlans) parsed.argument = written;
-  if (word.is_number && number_argument_of(word).has_any_value) parsed.module = written;
+  if (word.kind == syntax_kind::file || word.kind == syntax_kind::vlans) parsed.argument = written;
+  if (word.kind == syntax_kind::number && number_argument_of(word).has_any_value) parsed.module = written;
 }
 
 // True when the line ends within a TEXT argument.
@@ -495,7 +496,7 @@ bool is_in_text(std::string_view line, shell_mode mode) {
 
 std::string words_of_command(const command_line& line) {
   const bool has_text = std::any_of(line.what->syntax.words.begin(), line.what->syntax.words.end(),
-                                    [](const syntax_word& word) { return word.is_text; });
+                                    [](const syntax_word& word) { return word.kind == syntax_kind::text; });
   return has_text && !line.is_no ? line.text + " " + text_argument(line.argument) : line.text;
 }
 

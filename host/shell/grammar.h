@@ -47,23 +47,31 @@ constexpr bool is_number_argument(std::string_view word) {
   return false;
 }
 
-// One word of a syntax: a literal such as "show", "RANGE" for interfaces, the name of a number, "FILE" for any word,
-// "TEXT" for the rest of the line, "VLANS" for a list such as "1-10,20", "COMMAND" for a show command. Words in
-// brackets are optional.
+// How a word of a syntax is typed.
+enum class syntax_kind : uint8 {
+  literal,  // as it is written, such as "show"
+  range,    // "RANGE": interfaces
+  number,   // the name of a number: see kNumberArguments
+  file,     // "FILE": any word
+  text,     // "TEXT": the rest of the line
+  vlans,    // "VLANS": a list such as "1-10,20"
+  command,  // "COMMAND": a show command
+};
+
+constexpr syntax_kind kind_of_syntax_word(std::string_view word) {
+  if (word == "RANGE") return syntax_kind::range;
+  if (word == "FILE") return syntax_kind::file;
+  if (word == "TEXT") return syntax_kind::text;
+  if (word == "VLANS") return syntax_kind::vlans;
+  if (word == "COMMAND") return syntax_kind::command;
+  return is_number_argument(word) ? syntax_kind::number : syntax_kind::literal;
+}
+
+// One word of a syntax. Words in brackets are optional.
 struct syntax_word {
   std::string_view text;
-  bool is_range = false;
+  syntax_kind kind = syntax_kind::literal;
   bool is_optional = false;
-  bool is_number = false;
-  bool is_file = false;
-  bool is_text = false;
-  bool is_vlans = false;
-  bool is_command = false;
-
-  // Whether the word is typed as it is written here.
-  constexpr bool is_literal() const {
-    return !is_range && !is_number && !is_file && !is_text && !is_vlans && !is_command;
-  }
 };
 
 enum { MAX_SYNTAX_WORDS = 8 };
@@ -84,8 +92,7 @@ struct command_syntax {
       left.remove_prefix(word.size() < left.size() ? word.size() + 1 : word.size());
       const bool is_optional = word.front() == '[';
       if (is_optional) word = word.substr(1, word.size() - 2);
-      words[num_words++] = {word,           word == "RANGE", is_optional,     is_number_argument(word),
-                            word == "FILE", word == "TEXT",  word == "VLANS", word == "COMMAND"};
+      words[num_words++] = {word, kind_of_syntax_word(word), is_optional};
     }
   }
 };

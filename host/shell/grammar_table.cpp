@@ -268,7 +268,7 @@ constexpr bool every_word_has_help() {
   for (const command& entry : kCommands) {
     for (std::size_t i = 0; i < entry.syntax.num_words; ++i) {
       const syntax_word& word = entry.syntax.words[i];
-      if (word.is_literal() && find_help(word.text).empty()) return false;
+      if (word.kind == syntax_kind::literal && find_help(word.text).empty()) return false;
     }
   }
   return true;

@@ -15,6 +15,7 @@ namespace {
 using host::command;
 using host::parse_command;
 using host::suggest;
+using host::syntax_kind;
 
 // A line of a command: all its words, and an interface where a range may stand.
 std::string line_of(const command& what, bool with_optional) {
@@ -23,18 +24,20 @@ std::string line_of(const command& what, bool with_optional) {
     const host::syntax_word& word = what.syntax.words[i];
     if (word.is_optional && !with_optional) continue;
     if (!line.empty()) line += ' ';
-    line += word.is_range    ? "ethernet 1/1-4, 1/7"
-            : word.is_number ? "7"
-            : word.is_file   ? "lab/site.cfg"
-            : word.is_text   ? "some words"
-            : word.is_vlans  ? "1-10,20"
-                             : std::string(word.text);
+    line += word.kind == syntax_kind::range    ? "ethernet 1/1-4, 1/7"
+            : word.kind == syntax_kind::number ? "7"
+            : word.kind == syntax_kind::file   ? "lab/site.cfg"
+            : word.kind == syntax_kind::text   ? "some words"
+            : word.kind == syntax_kind::vlans  ? "1-10,20"
+                                               : std::string(word.text);
   }
   return line;
 }
 
 // Behind such a command another one follows.
-bool stands_in_front(const command& what) { return what.syntax.words[what.syntax.num_words - 1].is_command; }
+bool stands_in_front(const command& what) {
+  return what.syntax.words[what.syntax.num_words - 1].kind == syntax_kind::command;
+}
 
 // A mode in which a command may be typed.
 host::shell_mode mode_of(const command& what) {
@@ -74,7 +77,7 @@ TEST(Grammar, EveryUniqueAbbreviationIsReadAndEveryOtherIsCalledAmbiguous) {
   for (const command& what : host::all_commands()) {
     std::string in_front;
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
-      if (!what.syntax.words[i].is_literal()) break;
+      if (what.syntax.words[i].kind != syntax_kind::literal) break;
       const std::string word(what.syntax.words[i].text);
       for (std::size_t length = 1; length <= word.size(); ++length) {
         const std::string begun = in_front + word.substr(0, length);
@@ -94,18 +97,18 @@ TEST(Grammar, HelpNamesEachWordWhereItMayStandAndInItsMiddle) {
     std::string in_front;
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
       const host::syntax_word& word = what.syntax.words[i];
-      if (word.is_command) break;
-      if (!word.is_literal() && !word.is_range) {
+      if (word.kind == syntax_kind::command) break;
+      if (word.kind != syntax_kind::literal && word.kind != syntax_kind::range) {
         const auto hints = suggest(in_front, mode_of(what)).hints;
         EXPECT_TRUE(std::any_of(hints.begin(), hints.end(), [&](const auto& hint) { return hint.word == word.text; }));
         in_front += "7 ";
         continue;
       }
-      const std::string name = word.is_range ? "ethernet" : std::string(word.text);
+      const std::string name = word.kind == syntax_kind::range ? "ethernet" : std::string(word.text);
       for (std::size_t length = 0; length <= name.size(); ++length)
         EXPECT_TRUE(suggests(in_front + name.substr(0, length), name, mode_of(what)))
             << in_front << name.substr(0, length);
-      in_front += name + (word.is_range ? " 1/1 " : " ");
+      in_front += name + (word.kind == syntax_kind::range ? " 1/1 " : " ");
     }
   }
 }
@@ -117,8 +120,10 @@ TEST(Grammar, TabCompletesEachWordFromItsMiddle) {
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
       const host::syntax_word& word = what.syntax.words[i];
       if (word.is_optional) continue;
-      if (word.is_range || word.is_file || word.is_text || word.is_vlans || word.is_command) break;
-      const std::string name(word.is_number ? "7" : word.text);
+      if (word.kind == syntax_kind::range || word.kind == syntax_kind::file || word.kind == syntax_kind::text ||
+          word.kind == syntax_kind::vlans || word.kind == syntax_kind::command)
+        break;
+      const std::string name(word.kind == syntax_kind::number ? "7" : word.text);
       for (std::size_t length = 1; length < name.size(); ++length) {
         const std::string begun = in_front + name.substr(0, length);
         if (suggest(begun, mode_of(what)).words.size() > 1) continue;
