@@ -355,6 +355,8 @@ std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
   if (word == nullptr) return unknown_pipe(written);
   const std::string_view rest = trim(part.substr(written.size()));
   const std::string name(word->word);
+  if (const std::size_t quote = find_open_quote(rest); quote != std::string_view::npos)
+    return "the quote " + std::string(1, rest[quote]) + " in " + quoted(rest) + " is not closed.";
   if (word->takes_expression && rest.empty())
     return "'| " + name + "' needs an expression, such as '| " + name + " up'.";
   if (!word->takes_expression && !rest.empty()) return "unexpected " + quoted(rest) + " after '| " + name + "'.";

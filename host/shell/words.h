@@ -22,6 +22,9 @@ std::vector<word_token> split_words(std::string_view text, std::size_t start = 0
 // The parts of a line between "|"; one in quotes does not count.
 std::vector<word_token> split_pipes(std::string_view line);
 
+// The last quote of a text that has no end; npos: each has one.
+std::size_t find_open_quote(std::string_view text);
+
 // Without blanks at both ends, and without the quotes around the whole.
 std::string_view trim(std::string_view text);
 std::string_view unquote(std::string_view text);

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include "session/json.h"
 #include "session/program.h"
 
 namespace session {
@@ -13,6 +14,13 @@ std::string error_of(const std::string& command) {
   EXPECT_EQ(result.exit_code, 1) << command;
   EXPECT_EQ(result.out, "") << command;
   return result.err;
+}
+
+rapidjson::Document parse_document(const outcome& result) {
+  rapidjson::Document document;
+  document.Parse(result.out.c_str());
+  EXPECT_FALSE(document.HasParseError()) << result.out;
+  return document;
 }
 
 TEST(CommandLine, UnknownWordNamesTheOneThatWasMeant) {
@@ -89,6 +97,18 @@ TEST(Pipes, MistakesAreNamed) {
   EXPECT_NE(error_of("show transport | include").find("needs an expression"), std::string::npos);
   EXPECT_NE(error_of("show transport | jsn").find("did you mean 'json'?"), std::string::npos);
   EXPECT_NE(run_command("show transport | count | json").err.find("must be the first"), std::string::npos);
+}
+
+TEST(Pipes, QuoteThatIsNotClosedIsAnError) {
+  EXPECT_EQ(error_of("show transport | include \"sent"), "pmsh: the quote \" in '\"sent' is not closed.\n");
+  EXPECT_EQ(error_of("show transport | exclude sent | begin don't | count"),
+            "pmsh: the quote ' in 'don't | count' is not closed.\n");
+  EXPECT_EQ(error_of("show transport | include \"sent\\\""), "pmsh: the quote \" in '\"sent\\\"' is not closed.\n");
+  EXPECT_EQ(run_command("show transport | include \"don't|sent\" | count").out, "1\n");
+  const outcome result = run_command("show transport | json | include \"sent");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "pmsh: the quote \" in '\"sent' is not closed.\n");
+  EXPECT_EQ(parse_document(result)["exit_code"].GetInt(), 1);
 }
 
 TEST(Options, SeveralCommandsRunAndTheFirstFailureIsTheExitCode) {
