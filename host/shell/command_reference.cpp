@@ -70,7 +70,7 @@ void add_arguments(std::string& page) {
       "word in front of it");
   row(page, "FILE", "Name of a file");
   row(page, "TEXT", "The rest of the line; in quotes when it contains `|`");
-  row(page, "COMMAND", "Any `show` command with its arguments");
+  row(page, "COMMAND", "A command with its arguments; after `watch` a `show` command");
   for (const number_argument& number : kNumberArguments)
     row(page, number.name,
         std::string(number.help) + ", " + std::to_string(number.lowest) + " to " + std::to_string(number.highest));

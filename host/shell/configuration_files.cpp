@@ -80,7 +80,7 @@ void record_commands(command_output& output, const std::string& text) {
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
     const std::string command(trim(line));
-    if (is_comment(command)) continue;
+    if (command.empty() || is_comment(command)) continue;
     std::string error;
     const auto parsed = parse_command(command, error, mode);
     if (parsed && changes_mode(*parsed, mode)) {

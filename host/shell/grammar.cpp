@@ -5,6 +5,7 @@
 #include <charconv>
 #include <functional>
 
+#include "shell/commands.h"
 #include "shell/words.h"
 
 namespace host {
@@ -247,16 +248,28 @@ struct reading_state {
   std::vector<position> positions;
   std::vector<std::string_view> path;  // words in full
   std::optional<uint32> every;         // once "watch INTERVAL" has been read
-  std::size_t words_in_front = 0;      // of the command that is watched
+  std::size_t words_in_front = 0;      // of the command behind "do" or "watch INTERVAL"
   std::string error;
 };
 
-// After "watch INTERVAL" a show command begins.
-void begin_watched_command(reading_state& state) {
+// Commands that change the mode, or end the shell, are not typed after "do".
+bool may_follow_do(const command& what) {
+  return (what.modes & kExecMode) != 0 && what.modes != kExecMode && what.run != leave_mode && what.run != leave;
+}
+
+// After "watch INTERVAL" a show command begins; after "do", one of the exec mode.
+void begin_command_behind(reading_state& state) {
   const position& at = state.positions.front();
   if (at.next >= at.what->syntax.num_words || at.what->syntax.words[at.next].kind != syntax_kind::command) return;
-  state.every = at.number;
+  const bool is_watched = at.number.has_value();
   state.words_in_front = state.path.size();
+  if (!is_watched) {
+    state.mode = kExecMode;
+    state.positions = all_positions(kExecMode);
+    std::erase_if(state.positions, [](const position& begin) { return !may_follow_do(*begin.what); });
+    return;
+  }
+  state.every = at.number;
   state.positions = all_positions(state.mode);
   std::erase_if(state.positions, [](const position& begin) { return begin.what->syntax.words[0].text != "show"; });
 }
@@ -310,7 +323,7 @@ bool read_word(reading_state& state, std::string_view word) {
   for (const step& reading : steps) state.positions.push_back(reading.to);
   const bool in_range = steps.front().to.range != range_end::none;
   state.path.push_back(in_range ? word : names.front());
-  begin_watched_command(state);
+  begin_command_behind(state);
   return true;
 }
 
@@ -518,9 +531,10 @@ bool asks_for_document(std::string_view line) {
 }
 
 std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode) {
+  command_line parsed;
+  if (is_comment(line)) return parsed;
   const std::vector<word_token> parts = split_pipes(line);
   const std::vector<word_token> words = split_words(parts[0].text);
-  command_line parsed;
   if (words.empty() && parts.size() == 1) return parsed;
 
   reading_state state(mode);
@@ -565,6 +579,8 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
 }
 
 suggestions suggest(std::string_view line, shell_mode mode) {
+  suggestions found;
+  if (is_comment(line)) return found;
   const std::vector<word_token> parts = split_pipes(line);
   if (parts.size() > 1) return suggest_pipe(parts.back());
 
@@ -573,7 +589,6 @@ suggestions suggest(std::string_view line, shell_mode mode) {
   const word_token begun = has_begun ? words.back() : word_token{line.substr(line.size()), line.size()};
   if (has_begun) words.pop_back();
 
-  suggestions found;
   found.start = begun.start;
   reading_state state(mode);
   std::size_t range_start = begun.start;
@@ -611,6 +626,7 @@ suggestions suggest(std::string_view line, shell_mode mode) {
 }
 
 bool is_in_expression(std::string_view line, shell_mode mode) {
+  if (is_comment(line)) return true;
   const std::vector<word_token> parts = split_pipes(line);
   if (parts.size() == 1) return is_in_text(line, mode);
   const std::vector<word_token> words = split_words(parts.back().text);

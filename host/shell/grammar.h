@@ -55,7 +55,7 @@ enum class syntax_kind : uint8 {
   file,     // "FILE": any word
   text,     // "TEXT": the rest of the line
   vlans,    // "VLANS": a list such as "1-10,20"
-  command,  // "COMMAND": a show command
+  command,  // "COMMAND": another command follows
 };
 
 constexpr syntax_kind kind_of_syntax_word(std::string_view word) {
@@ -128,7 +128,7 @@ void add_word(std::string_view word, std::string_view help);
 // A command as the user wrote it.
 struct command_line {
   const command* what = nullptr;  // null: an empty line
-  std::string text;               // with all words in full, without pipes and without "watch INTERVAL"
+  std::string text;               // with all words in full, without pipes, "do" and "watch INTERVAL"
   std::string range;              // as written; empty: none
   std::vector<interface_span> spans;
   std::optional<uint32> number;  // of a module: UINT32_MAX also for what is greater
@@ -139,7 +139,8 @@ struct command_line {
   std::vector<pipe_stage> pipes;
 };
 
-// Parses a line that was typed in a mode. On an error `error` is one line that says what to do next.
+// Parses a line that was typed in a mode; a comment is an empty line. On an error `error` is one line that says what to
+// do next.
 std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode = kExecMode);
 
 // The command with its argument, as it can be typed again.
@@ -163,7 +164,7 @@ struct suggestions {
 };
 suggestions suggest(std::string_view line, shell_mode mode = kExecMode);
 
-// True when a "?" at the end of the line belongs to an expression or a text and asks for no help.
+// True when a "?" at the end of the line belongs to an expression, a text or a comment and asks for no help.
 bool is_in_expression(std::string_view line, shell_mode mode = kExecMode);
 
 }  // namespace host

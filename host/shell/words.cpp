@@ -133,6 +133,11 @@ std::string_view unquote(std::string_view text) {
   return is_quoted ? text.substr(1, text.size() - 2) : text;
 }
 
+bool is_comment(std::string_view line) {
+  const std::string_view text = trim(line);
+  return text.starts_with('!') || text.starts_with('#');
+}
+
 std::string text_argument(std::string_view text) {
   std::string shown;
   append_printable(shown, text);

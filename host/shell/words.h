@@ -29,6 +29,9 @@ std::size_t find_open_quote(std::string_view text);
 std::string_view trim(std::string_view text);
 std::string_view unquote(std::string_view text);
 
+// Whether a line is a comment: it begins with "!" or "#".
+bool is_comment(std::string_view line);
+
 // A text as the argument of a command. It reads as the same bytes, on one line, whatever they are but zero: what could
 // be read otherwise, or is not printable, is in double quotes, with the escapes of C.
 std::string text_argument(std::string_view text);

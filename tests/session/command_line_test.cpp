@@ -81,6 +81,25 @@ TEST(CommandLine, HelpNamesEveryCommand) {
   EXPECT_EQ(result.exit_code, 0);
 }
 
+TEST(CommandLine, CommentsAreSkipped) {
+  for (const char* const comment : {"# what?", "!", "  ! show | jsn", "#show transport | json"}) {
+    const outcome result = run_command(comment);
+    EXPECT_EQ(result.exit_code, 0) << comment;
+    EXPECT_EQ(result.out + result.err, "") << comment;
+  }
+  EXPECT_EQ(run_shell({}, "! first\nshow interface ethernet 1/1 | include Desc\n").out, "  Description: Desk 1\n");
+  EXPECT_NE(run_command("?").out.find("  show "), std::string::npos);
+}
+
+TEST(CommandLine, DoRunsACommandInTheConfiguration) {
+  const outcome result = run_shell({"-c", "configure", "-c", "interface ethernet 1/1", "-c",
+                                    "do show interface ethernet 1/1 | include Desc", "-c", "shutdown", "-c",
+                                    "do show interface ethernet 1/1 | include ^Eth", "-c", "end"});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.out.substr(0, 22), "  Description: Desk 1\n");
+  EXPECT_NE(result.out.find("\nEthernet1/1 is down"), std::string::npos) << result.out;
+}
+
 TEST(Pipes, IncludeExcludeBeginAndCountAreChained) {
   EXPECT_EQ(run_command("show interface ethernet 1/1 | include duplex").out, "  full-duplex, 1000\n");
   EXPECT_EQ(run_command("show interface ethernet 1/1 | begin Auto-mdix").out,

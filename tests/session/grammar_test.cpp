@@ -328,6 +328,58 @@ TEST(Watch, HelpAndCompletionAreThoseOfTheCommandBehindIt) {
   EXPECT_FALSE(host::is_in_expression("watch 2 show interface "));
 }
 
+TEST(Do, CommandsOfTheExecModeAreReadBehindIt) {
+  for (const host::shell_mode mode : {host::kConfigureMode, host::kInterfaceMode}) {
+    for (const char* const line : {"show interface e1/1 brief", "clear counters", "clock advance 7", "undo", "help"}) {
+      std::string error;
+      const auto parsed = parse_command(std::string("do ") + line, error, mode);
+      ASSERT_TRUE(parsed) << line << error;
+      EXPECT_EQ(parsed->what, command_of(line)) << line;
+      EXPECT_EQ(parsed->text, line);
+      EXPECT_EQ(parsed->every, std::nullopt);
+    }
+    std::string error;
+    const auto watched = parse_command("do watch 5 show interface", error, mode);
+    ASSERT_TRUE(watched) << error;
+    EXPECT_EQ(watched->every, 5U);
+    EXPECT_EQ(watched->text, "show interface");
+  }
+}
+
+TEST(Do, NoCommandThatChangesTheModeIsReadBehindIt) {
+  std::string error;
+  for (const char* const word : {"configure", "exit", "quit", "end", "shutdown", "do"}) {
+    EXPECT_FALSE(parse_command(std::string("do ") + word, error, host::kInterfaceMode)) << word;
+    EXPECT_TRUE(error.starts_with("unknown word '" + std::string(word) + "'")) << error;
+    EXPECT_TRUE(error.ends_with(" Type 'do ?' for the list.")) << error;
+  }
+  EXPECT_FALSE(parse_command("watch 5 do show transport", error, host::kConfigureMode));
+  EXPECT_EQ(error, "'do' cannot be watched: only show commands can. Type 'watch 5 show ?' for the list.");
+  EXPECT_EQ(error_of("do show transport"), "'do' belongs to the configuration. Type 'configure' first.");
+}
+
+TEST(Do, HelpAndCompletionAreThoseOfTheCommandBehindIt) {
+  const auto mode = host::kInterfaceMode;
+  EXPECT_EQ(host::complete("do sh", mode).addition, "ow ");
+  EXPECT_TRUE(suggests("do ", "watch", mode));
+  EXPECT_FALSE(suggests("do ", "configure", mode));
+  for (const char* const line : {"show ", "show interface ethernet 1/1 counters ", "clear counters "})
+    EXPECT_EQ(host::help_text(std::string("do ") + line, mode), host::help_text(line)) << line;
+  EXPECT_TRUE(host::is_in_expression("do show interface | include up", mode));
+}
+
+TEST(Comments, AreLinesWithoutACommand) {
+  for (const char* const line : {"# show", "!", " ! what?"}) {
+    std::string error;
+    const auto parsed = parse_command(line, error);
+    ASSERT_TRUE(parsed) << line << error;
+    EXPECT_EQ(parsed->what, nullptr) << line;
+    EXPECT_TRUE(host::is_in_expression(line)) << line;
+    EXPECT_EQ(host::complete(line).addition + host::complete(line).choices, "") << line;
+  }
+  EXPECT_FALSE(host::is_in_expression(""));
+}
+
 TEST(Suggestions, NumberArgumentIsNamedWithItsBoundsAndKeptWhileItIsTyped) {
   for (const char* const line : {"show interface status module ", "show interface status module 6"}) {
     const auto found = suggest(line);
