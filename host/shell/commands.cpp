@@ -1,13 +1,17 @@
 // The small commands of the shell itself.
 #include "shell/commands.h"
 
+#include <sys/utsname.h>
+
 #include <algorithm>
 
 #include "platform/cmd_channel.h"
 #include "shell/output/command_output.h"
+#include "shell/output/rendering.h"
 #include "shell/output/schema/schema.h"
 #include "shell/shell.h"
 #include "switch/clock.h"
+#include "switch/source.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -33,6 +37,12 @@ cmd_rx_handle_t* channel() {
   return cmd_paraminfo_to_rxhandle(&block);
 }
 
+constexpr char kSimulated[] = "simulated switch";
+
+const cmd_tuple_t* text_tuple(uint16 tag, const char* text) {
+  return cmd_tuple(static_cast<uint32>(CMD_TYPE_STRING) << 24 | 0x2A0000 | tag, text);
+}
+
 std::string padded(std::string_view text, std::size_t width) {
   std::string cell(text);
   cell.resize(std::max(width, text.size() + 1), ' ');
@@ -53,6 +63,32 @@ int show_transport(const invocation&) {
     const uint64 count = account.*line.count;
     cmd_prt(rx, line.format, cmd_tuple(static_cast<uint32>(CMD_TYPE_UINT64) << 24 | line.tag, &count));
   }
+  return kDone;
+}
+
+int show_version(const invocation& run) {
+  cmd_rx_handle_t* const rx = channel();
+  const shell& session = run.session;
+  cmd_prt(rx, "pmsh:      %s\n", text_tuple(kTagProgramVersion, PMCLI_VERSION));
+  if (the_source().devices()) {
+    utsname kernel{};
+    uname(&kernel);
+    cmd_prt(rx, "Platform:  %s %s\n", text_tuple(kTagPlatform, kernel.sysname),
+            text_tuple(kTagKernelRelease, kernel.release));
+  } else if (session.switch_file.empty()) {
+    cmd_prt(rx, "Platform:  %s %s\n", text_tuple(kTagPlatform, kSimulated),
+            text_tuple(kTagSwitchName, session.switch_name.c_str()));
+  } else {
+    cmd_prt(rx, "Platform:  %s %s from %s\n", text_tuple(kTagPlatform, kSimulated),
+            text_tuple(kTagSwitchName, session.switch_name.c_str()),
+            text_tuple(kTagSwitchFile, session.switch_file.c_str()));
+  }
+  cmd_prt(rx, "Library:   %s\n", text_tuple(kTagLibrary, session.library.file.c_str()));
+  return kDone;
+}
+
+int show_clock(const invocation&) {
+  cmd_prt(channel(), "%s\n", text_tuple(kTagClockTime, utc_text(clock_now()).c_str()));
   return kDone;
 }
 

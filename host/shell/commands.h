@@ -44,6 +44,8 @@ int clear_inband(const invocation& run);
 int clear_management(const invocation& run);
 int advance_clock(const invocation& run);
 int show_transport(const invocation& run);
+int show_version(const invocation& run);
+int show_clock(const invocation& run);
 int help(const invocation& run);
 int leave(const invocation& run);
 

@@ -39,6 +39,8 @@ constexpr display kAllowedVlans = {kAllowedVlansDisplay, {}, "trunk_allowed", fa
 constexpr display kForwardingVlans = {kForwardingVlansDisplay, {}, "trunk_forwarding", false, true};
 constexpr display kOverview = {kOverviewDisplay, {}, "overview", false, true};
 constexpr display kPanel = {kPanelDisplay, {}, "panel", true, true, "ports"};
+constexpr display kVersion = {kVersionDisplay, "version", "version"};
+constexpr display kClock = {kClockDisplay, "clock", "clock"};
 constexpr display kText = kSentences;
 constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
 constexpr display kChanges = {kChangesDisplay, {}, "changes", false, false, "changes"};
@@ -121,6 +123,8 @@ constexpr command kGeneralCommands[] = {
     {"discard", "Forget the changes of the candidate", discard, kText, 0, kConfigureMode | kInterfaceMode},
     {"do COMMAND", "Run a command of the exec mode", nullptr, kText, 0, kConfigureMode | kInterfaceMode},
     {"show transport", "Messages between this shell and the services", show_transport, kTransport},
+    {"show version", "Versions, the platform and the command library", show_version, kVersion},
+    {"show clock", "The time of the shell's clock, in UTC", show_clock, kClock},
     {"help", "All commands", help, kText},
     {"end", "Leave the configuration", leave_configuration, kText, 0, kConfigureMode | kInterfaceMode},
     {"exit", "Leave the configuration of interfaces, the configuration, the shell", leave_mode, kText},
@@ -245,6 +249,7 @@ constexpr word_help kWords[] = {
     {"transport", "Messages between this shell and the services"},
     {"trunk", "Trunks"},
     {"undo", "Take back the last setting, creation or deletion"},
+    {"version", "Versions and the platform"},
     {"vlan", "VLANs"},
     {"up", "Only interfaces that are up"},
     {"watch", "Repeat a show command"},

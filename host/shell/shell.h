@@ -31,6 +31,7 @@ struct output_settings;
 struct shell {
   command_library library;
   std::string switch_name;
+  std::string switch_file;                  // empty: a generated switch, or the devices of the kernel
   const user* who = nullptr;                // null: all rights
   const output_settings* output = nullptr;  // of a program that embeds the shell; null: standard output
   bool is_interactive = false;

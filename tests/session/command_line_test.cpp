@@ -52,6 +52,7 @@ TEST(CommandLine, ControlBytesOfATypedWordAreShownAsText) {
 TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
   EXPECT_EQ(run_command("show ?").out,
             "  changes         What was changed in this session\n"
+            "  clock           The clock of this shell\n"
             "  diff            What a commit of the candidate would change\n"
             "  interface       Interfaces: settings, state and traffic\n"
             "  kernel-map      Devices of the kernel\n"
@@ -61,6 +62,7 @@ TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
             "  startup-config  The settings that were stored\n"
             "  transceiver     Modules in ports\n"
             "  transport       Messages between this shell and the services\n"
+            "  version         Versions and the platform\n"
             "  vlan            VLANs\n");
 }
 

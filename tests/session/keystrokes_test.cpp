@@ -51,7 +51,7 @@ TEST_F(AtThePrompt, TabCompletesTheNumbersOfInterfacesThatExist) {
 
 TEST_F(AtThePrompt, TabListsTheChoicesWhenThereIsMoreThanOne) {
   screen.type("show \t");
-  EXPECT_TRUE(screen.shows("interface       kernel-map      module")) << screen.unread();
+  EXPECT_TRUE(screen.shows("interface       kernel-map\r\nmodule          panel ")) << screen.unread();
   EXPECT_TRUE(screen.shows("lab# show ")) << screen.unread();
 }
 
