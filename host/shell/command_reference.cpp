@@ -69,6 +69,7 @@ void add_arguments(std::string& page) {
       "Interfaces: `ethernet 1/1-4, 1/7` or `port-channel 1-3`; a number without a word belongs to the "
       "word in front of it");
   row(page, "FILE", "Name of a file");
+  row(page, "WORD", "Part of a command or of its help, in small or capital letters");
   row(page, "TEXT", "The rest of the line; in quotes when it contains `|`");
   row(page, "COMMAND", "A command with its arguments; after `watch` a `show` command");
   for (const number_argument& number : kNumberArguments)

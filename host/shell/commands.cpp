@@ -10,6 +10,7 @@
 #include "shell/output/rendering.h"
 #include "shell/output/schema/schema.h"
 #include "shell/shell.h"
+#include "shell/words.h"
 #include "switch/clock.h"
 #include "switch/source.h"
 #include "transport/transport.h"
@@ -47,6 +48,19 @@ std::string padded(std::string_view text, std::size_t width) {
   std::string cell(text);
   cell.resize(std::max(width, text.size() + 1), ' ');
   return cell;
+}
+
+constexpr std::size_t kHelpWidth = 28;
+
+// The chosen commands with their help, a line for each. Returns false when there is none.
+template <typename IsChosen>
+bool list_commands(const invocation& run, IsChosen is_chosen) {
+  std::size_t width = 0;
+  for (const command& entry : all_commands())
+    if (is_chosen(entry)) width = std::max({width, kHelpWidth, entry.syntax.text.size() + 2});
+  for (const command& entry : all_commands())
+    if (is_chosen(entry)) run.output.text("  " + padded(entry.syntax.text, width) + std::string(entry.help) + "\n");
+  return width > 0;
 }
 
 }  // namespace
@@ -93,25 +107,26 @@ int show_clock(const invocation&) {
 }
 
 int help(const invocation& run) {
-  constexpr std::size_t kWidth = 28;
-  std::size_t syntax_width = kWidth;
-  const auto is_here = [&run](const command& entry) { return (entry.modes & run.session.mode) != 0; };
-  for (const command& entry : all_commands()) {
-    if (is_here(entry)) syntax_width = std::max(syntax_width, entry.syntax.text.size() + 2);
-  }
-  for (const command& entry : all_commands()) {
-    if (is_here(entry))
-      run.output.text("  " + padded(entry.syntax.text, syntax_width) + std::string(entry.help) + "\n");
-  }
+  list_commands(run, [&run](const command& entry) { return (entry.modes & run.session.mode) != 0; });
   run.output.text(
       "\n"
       "Words may be abbreviated. TAB completes a word, ? lists what may come next.\n"
       "A RANGE looks like 'ethernet 1/1-4, 1/7' or 'port-channel 1-3'. Output goes through any number of\n");
   for (const pipe_word& word : kPipeWords) {
     const std::string written = "| " + std::string(word.word) + (word.takes_expression ? " EXPRESSION" : "");
-    run.output.text("  " + padded(written, kWidth) + std::string(word.help) + "\n");
+    run.output.text("  " + padded(written, kHelpWidth) + std::string(word.help) + "\n");
   }
   return kDone;
+}
+
+int find_commands(const invocation& run) {
+  const std::string& part = run.line.argument;
+  const bool is_found = list_commands(run, [&part](const command& entry) {
+    return contains_ignoring_case(entry.syntax.text, part) || contains_ignoring_case(entry.help, part);
+  });
+  if (is_found) return kDone;
+  run.output.complain("no command has " + quoted(part) + " in its words or its help.");
+  return kUsage;
 }
 
 int leave(const invocation& run) {

@@ -114,11 +114,14 @@ struct step {
   position to;
 };
 
-// A word that has no other reading is the name of a file.
+// Whether any word is read there.
+bool is_free(syntax_kind kind) { return kind == syntax_kind::file || kind == syntax_kind::word; }
+
+// A word that has no other reading is the name of a file, or a word to look for.
 void add_free_readings(const std::vector<position>& positions, std::string_view word, std::vector<step>& steps) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
-      if (expected.kind == syntax_kind::file || (expected.kind == syntax_kind::vlans && parse_vlans(word)))
+      if (is_free(expected.kind) || (expected.kind == syntax_kind::vlans && parse_vlans(word)))
         steps.push_back({word, {at.what, index + 1, range_end::none, at.number}});
     });
   }
@@ -438,6 +441,7 @@ void suggest_free_argument(suggestions& found, const std::vector<position>& posi
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
       if (word.kind == syntax_kind::vlans) found.hints.push_back({"VLANS", "A list of VLANs, such as 1-10,20"});
       if (word.kind == syntax_kind::file) found.hints.push_back({"FILE", "Name of a file"});
+      if (word.kind == syntax_kind::word) found.hints.push_back({"WORD", "Part of a command or of its help"});
       if (word.kind == syntax_kind::text)
         found.hints.push_back({"TEXT", "The rest of the line; in quotes when it contains '|'"});
     });
@@ -493,7 +497,7 @@ suggestions suggest_pipe(const word_token& part) {
 void keep_argument(const position& at, std::string_view written, command_line& parsed) {
   if (at.next == 0) return;
   const syntax_word& word = at.what->syntax.words[at.next - 1];
-  if (word.kind == syntax_kind::file || word.kind == syntax_kind::vlans) parsed.argument = written;
+  if (is_free(word.kind) || word.kind == syntax_kind::vlans) parsed.argument = written;
   if (word.kind == syntax_kind::number && number_argument_of(word).has_any_value) parsed.module = written;
 }
 

@@ -53,6 +53,7 @@ enum class syntax_kind : uint8 {
   range,    // "RANGE": interfaces
   number,   // the name of a number: see kNumberArguments
   file,     // "FILE": any word
+  word,     // "WORD": any word
   text,     // "TEXT": the rest of the line
   vlans,    // "VLANS": a list such as "1-10,20"
   command,  // "COMMAND": another command follows
@@ -61,6 +62,7 @@ enum class syntax_kind : uint8 {
 constexpr syntax_kind kind_of_syntax_word(std::string_view word) {
   if (word == "RANGE") return syntax_kind::range;
   if (word == "FILE") return syntax_kind::file;
+  if (word == "WORD") return syntax_kind::word;
   if (word == "TEXT") return syntax_kind::text;
   if (word == "VLANS") return syntax_kind::vlans;
   if (word == "COMMAND") return syntax_kind::command;
@@ -133,7 +135,7 @@ struct command_line {
   std::vector<interface_span> spans;
   std::optional<uint32> number;  // of a module: UINT32_MAX also for what is greater
   std::optional<uint32> every;   // seconds: the command is watched
-  std::string argument;          // a file, a text, or a list of VLANs
+  std::string argument;          // a file, a word, a text, or a list of VLANs
   std::string module;            // its number as written; empty: none
   bool is_no = false;            // begins with "no"
   std::vector<pipe_stage> pipes;

@@ -198,6 +198,12 @@ bool starts_with_ignoring_case(std::string_view word, std::string_view beginning
                     [](char left, char right) { return lower(left) == lower(right); });
 }
 
+bool contains_ignoring_case(std::string_view text, std::string_view part) {
+  const auto found = std::search(text.begin(), text.end(), part.begin(), part.end(),
+                                 [](char left, char right) { return lower(left) == lower(right); });
+  return found != text.end() || part.empty();
+}
+
 std::string_view closest_word(std::string_view written, const std::vector<std::string_view>& known) {
   std::string_view closest;
   std::size_t smallest = std::min<std::size_t>(3, (written.size() + 1) / 2 + 1);

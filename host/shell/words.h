@@ -41,6 +41,7 @@ std::string text_argument(std::string_view text);
 std::optional<std::string> read_text_argument(std::string_view written, std::string& error);
 
 bool starts_with_ignoring_case(std::string_view word, std::string_view beginning);
+bool contains_ignoring_case(std::string_view text, std::string_view part);
 
 // The word that was probably meant; empty when none is close.
 std::string_view closest_word(std::string_view written, const std::vector<std::string_view>& known);

@@ -83,6 +83,19 @@ TEST(CommandLine, HelpNamesEveryCommand) {
   EXPECT_EQ(result.exit_code, 0);
 }
 
+TEST(CommandLine, FindListsTheCommandsThatContainAWord) {
+  const outcome result = run_command("find STORED");
+  EXPECT_EQ(result.out, "  show startup-config         The commands that were stored under the name of the switch\n");
+  EXPECT_EQ(result.exit_code, 0);
+  const std::string settings = run_command("find MTU").out;
+  EXPECT_NE(settings.find("  show interface [RANGE] brief"), std::string::npos) << settings;
+  EXPECT_NE(settings.find("  switchport mtu BYTES"), std::string::npos) << settings;
+  EXPECT_EQ(settings.find("show transport"), std::string::npos) << settings;
+  EXPECT_EQ(error_of("find xyzzy"), "pmsh: no command has 'xyzzy' in its words or its help.\n");
+  EXPECT_EQ(error_of("find"), "pmsh: incomplete command 'find'. Type 'find ?' for the list.\n");
+  EXPECT_EQ(run_command("find ?").out, "  WORD          Part of a command or of its help\n");
+}
+
 TEST(CommandLine, CommentsAreSkipped) {
   for (const char* const comment : {"# what?", "!", "  ! show | jsn", "#show transport | json"}) {
     const outcome result = run_command(comment);

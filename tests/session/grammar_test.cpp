@@ -120,8 +120,8 @@ TEST(Grammar, TabCompletesEachWordFromItsMiddle) {
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
       const host::syntax_word& word = what.syntax.words[i];
       if (word.is_optional) continue;
-      if (word.kind == syntax_kind::range || word.kind == syntax_kind::file || word.kind == syntax_kind::text ||
-          word.kind == syntax_kind::vlans || word.kind == syntax_kind::command)
+      if (word.kind == syntax_kind::range || word.kind == syntax_kind::file || word.kind == syntax_kind::word ||
+          word.kind == syntax_kind::text || word.kind == syntax_kind::vlans || word.kind == syntax_kind::command)
         break;
       const std::string name(word.kind == syntax_kind::number ? "7" : word.text);
       for (std::size_t length = 1; length < name.size(); ++length) {
