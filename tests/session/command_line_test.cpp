@@ -153,6 +153,22 @@ TEST(Options, SeveralCommandsRunAndTheFirstFailureIsTheExitCode) {
   EXPECT_EQ(result.out.find("Ethernet1/1 is up\n"), 0U);
 }
 
+TEST(Options, WordsBehindTheOptionsAreACommand) {
+  EXPECT_EQ(run_shell({"show", "interface", "ethernet", "1/1", "|", "include", "Desc"}).out, "  Description: Desk 1\n");
+  EXPECT_EQ(run_shell({"show interface ethernet 1/1 | include Desc"}).out, "  Description: Desk 1\n");
+  EXPECT_EQ(run_shell({"--clock", "1800000000", "-c", "clock advance 1", "show", "clock"}).out,
+            "2027-01-15T08:00:01Z\n");
+  const outcome wrong = run_shell({"show", "interface", "--wrong"});
+  EXPECT_EQ(wrong.exit_code, 1);
+  EXPECT_EQ(wrong.err, "pmsh: unknown word '--wrong'. Type 'show interface ?' for the list.\n");
+  for (const char* const option : {"--wrong", "-x", "--verson"}) {
+    const outcome unknown = run_shell({option, "show", "clock"});
+    EXPECT_EQ(unknown.exit_code, 1) << option;
+    EXPECT_NE(unknown.err.find(option), std::string::npos) << unknown.err;
+    EXPECT_EQ(unknown.out, "") << option;
+  }
+}
+
 TEST(Options, CommandsAreReadFromStandardInputToo) {
   const outcome result = run_shell({}, "show interface ethernet 1/1 | include Desc\nexit\nshow interface\n");
 
