@@ -94,7 +94,7 @@ void add_pipes(std::string& page) {
   page += "Any number of these may follow; each works on the lines that the one in front lets through.\n\n";
   table_head(page, "Written", "What it does");
   for (const pipe_word& word : kPipeWords)
-    row(page, "| " + std::string(word.word) + (word.takes_expression ? " EXPRESSION" : ""), word.help);
+    row(page, "| " + std::string(word.word) + std::string(syntax_of(word.argument)), word.help);
 }
 
 }  // namespace

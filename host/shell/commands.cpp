@@ -113,7 +113,7 @@ int help(const invocation& run) {
       "Words may be abbreviated. TAB completes a word, ? lists what may come next.\n"
       "A RANGE looks like 'ethernet 1/1-4, 1/7' or 'port-channel 1-3'. Output goes through any number of\n");
   for (const pipe_word& word : kPipeWords) {
-    const std::string written = "| " + std::string(word.word) + (word.takes_expression ? " EXPRESSION" : "");
+    const std::string written = "| " + std::string(word.word) + std::string(syntax_of(word.argument));
     run.output.text("  " + padded(written, kHelpWidth) + std::string(word.help) + "\n");
   }
   return kDone;

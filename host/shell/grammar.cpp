@@ -362,6 +362,20 @@ std::string unknown_pipe(std::string_view written) {
   return text + " It is one of " + join(pipe_names(), ", ") + ".";
 }
 
+// Reads the file name after "| save". Returns the error, or an empty text.
+std::string read_save(std::string_view rest, std::vector<pipe_stage>& pipes) {
+  const std::string_view name = unquote(rest);
+  const std::vector<word_token> words = split_words(rest);
+  if (name.empty()) return "'| save' needs the name of a file, such as '| save ports.txt'.";
+  if (name == "-") return "'| save' writes to a file: expected its name, not '-'.";
+  if (words.size() > 1 && name.size() == rest.size())
+    return "unexpected " + quoted(words[1].text) + " after '| save " + std::string(words[0].text) + "'.";
+  if (std::any_of(pipes.begin(), pipes.end(), [](const pipe_stage& it) { return it.kind == pipe_kind::save; }))
+    return "'| save' is written twice: the output goes to one file.";
+  pipes.push_back({pipe_kind::save, std::string(name)});
+  return {};
+}
+
 // Reads the text after a "|". Returns the error, or an empty text.
 std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
   part = trim(part);
@@ -373,10 +387,14 @@ std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
   const std::string name(word->word);
   if (const std::size_t quote = find_open_quote(rest); quote != std::string_view::npos)
     return "the quote " + std::string(1, rest[quote]) + " in " + quoted(rest) + " is not closed.";
-  if (word->takes_expression && rest.empty())
+  if (word->argument == pipe_argument::file) return read_save(rest, pipes);
+  if (word->argument == pipe_argument::expression && rest.empty())
     return "'| " + name + "' needs an expression, such as '| " + name + " up'.";
-  if (!word->takes_expression && !rest.empty()) return "unexpected " + quoted(rest) + " after '| " + name + "'.";
-  if (word->kind == pipe_kind::json && !pipes.empty()) return "'| json' must be the first '|' of the command.";
+  if (word->argument == pipe_argument::none && !rest.empty())
+    return "unexpected " + quoted(rest) + " after '| " + name + "'.";
+  const bool has_filter =
+      std::any_of(pipes.begin(), pipes.end(), [](const pipe_stage& known) { return is_filter(known.kind); });
+  if (word->kind == pipe_kind::json && has_filter) return "'| json' must be the first '|' of the command.";
   pipes.push_back({word->kind, std::string(unquote(rest))});
   return {};
 }
@@ -486,7 +504,9 @@ suggestions suggest_pipe(const word_token& part) {
   const pipe_word* const word = find_pipe(words[0].text);
   if (word == nullptr)
     found.error = unknown_pipe(words[0].text);
-  else if (word->takes_expression)
+  else if (word->argument == pipe_argument::file && words.size() == 1)
+    found.hints.push_back({"FILE", "Name of a file"});
+  else if (word->argument == pipe_argument::expression)
     found.hints.push_back({"EXPRESSION", "A regular expression; in quotes when it contains '|'"});
   else
     found.hints.push_back({"<Enter>", "Run the command"});
@@ -636,7 +656,7 @@ bool is_in_expression(std::string_view line, shell_mode mode) {
   const std::vector<word_token> words = split_words(parts.back().text);
   if (words.empty() || (words.size() == 1 && words[0].text.end() == parts.back().text.end())) return false;
   const pipe_word* const word = find_pipe(words[0].text);
-  return word != nullptr && word->takes_expression;
+  return word != nullptr && word->argument == pipe_argument::expression;
 }
 
 }  // namespace host

@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "session/json.h"
 #include "session/program.h"
@@ -131,6 +134,74 @@ TEST(Pipes, MistakesAreNamed) {
   EXPECT_NE(error_of("show transport | include").find("needs an expression"), std::string::npos);
   EXPECT_NE(error_of("show transport | jsn").find("did you mean 'json'?"), std::string::npos);
   EXPECT_NE(run_command("show transport | count | json").err.find("must be the first"), std::string::npos);
+}
+
+TEST(Pipes, SectionKeepsTheIndentedLinesOfItsHeadings) {
+  EXPECT_EQ(run_command("show interface ethernet 1/1-2 | section \"^Ethernet1/2 \" | include \"^Eth|Desc\"").out,
+            "Ethernet1/2 is down (Administratively down)\n  Description: Desk 2\n");
+  EXPECT_EQ(run_command("show interface ethernet 1/1-2 | section Desc | count").out, "0\n")
+      << "indented lines begin none";
+  EXPECT_EQ(run_command("show interface ethernet 1/1-2 | include ^Ethernet | section ^Ethernet1/1 | count").out, "1\n");
+  EXPECT_NE(error_of("show transport | section").find("'| section' needs an expression"), std::string::npos);
+}
+
+struct SavedOutput : testing::Test {
+  SavedOutput() { std::filesystem::create_directories(state_directory()); }
+  ~SavedOutput() override { std::filesystem::remove_all(state_directory()); }
+
+  static std::string text_of(const std::string& name) {
+    std::ifstream file(name);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  const std::string file = state_directory() + "/saved";
+};
+
+TEST_F(SavedOutput, FileHasWhatWouldBeShownInAnyOrder) {
+  for (const char* const line :
+       {"show interface ethernet 1/1 | include Desc | save ", "show interface ethernet 1/1 | save "}) {
+    const std::string behind = std::string(line).find("include") == std::string::npos ? " | include Desc" : "";
+    const outcome result = run_command(line + file + behind);
+    EXPECT_EQ(result.out, "Written to " + file + ".\n");
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.exit_code, 0);
+    EXPECT_EQ(text_of(file), "  Description: Desk 1\n");
+    std::filesystem::remove(file);
+  }
+  for (const char* const pipes : {" | json | save ", " | save "}) {
+    const std::string behind = std::string(pipes).find("json") == std::string::npos ? " | json" : "";
+    EXPECT_EQ(run_command("show transport" + std::string(pipes) + "'" + file + "'" + behind).out,
+              "Written to " + file + ".\n");
+    rapidjson::Document document;
+    document.Parse(text_of(file).c_str());
+    ASSERT_FALSE(document.HasParseError()) << text_of(file);
+    EXPECT_STREQ(document["display"].GetString(), "transport");
+    std::filesystem::remove(file);
+  }
+}
+
+TEST_F(SavedOutput, ExitCodeIsThatOfTheCommand) {
+  const outcome result = run_command("show interface ethernet 9/9 | save " + file);
+  EXPECT_EQ(result.exit_code, 4);
+  EXPECT_EQ(result.out, "Written to " + file + ".\n");
+  EXPECT_EQ(text_of(file), "");
+}
+
+TEST_F(SavedOutput, FaultsAreNamed) {
+  EXPECT_EQ(error_of("show transport | save /nowhere/x"),
+            "pmsh: cannot write '/nowhere/x': No such file or directory.\n");
+  EXPECT_EQ(error_of("show transport | save -"), "pmsh: '| save' writes to a file: expected its name, not '-'.\n");
+  EXPECT_EQ(error_of("show transport | save"),
+            "pmsh: '| save' needs the name of a file, such as '| save ports.txt'.\n");
+  EXPECT_EQ(error_of("show transport | save a b"), "pmsh: unexpected 'b' after '| save a'.\n");
+  EXPECT_EQ(error_of("show transport | save a | save b"),
+            "pmsh: '| save' is written twice: the output goes to one file.\n");
+  const outcome watched = run_command("watch 1 show transport | save a");
+  EXPECT_EQ(watched.exit_code, 1);
+  EXPECT_EQ(watched.err, "pmsh: '| save' does not apply to 'watch'.\n");
+  const outcome result = run_command("show transport | json | save /nowhere/x");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(parse_document(result)["exit_code"].GetInt(), 1);
 }
 
 TEST(Pipes, QuoteThatIsNotClosedIsAnError) {

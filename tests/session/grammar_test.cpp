@@ -217,7 +217,7 @@ TEST(Grammar, MistakesAreNamedWithTheNextStep) {
       error_of("show interface ethernet 1/1,"),
       "a number is missing after 'show interface ethernet 1/1,'. Type 'show interface ethernet 1/1, ?' for the list.");
   EXPECT_EQ(error_of("show transport |"),
-            "nothing after '|': expected one of begin, count, exclude, include, json, no-more.");
+            "nothing after '|': expected one of begin, count, exclude, include, json, no-more, save, section.");
   EXPECT_EQ(error_of("show interface ethernet 1/1 1/2"),
             "unknown word '1/2'. Type 'show interface ethernet 1/1 ?' for the list.");
   EXPECT_EQ(error_of("show interface ethernet 1/1 brief 1/2"),
@@ -406,8 +406,8 @@ TEST(Grammar, PipesKeepTheirOrderAndTheirExpressions) {
 
   ASSERT_TRUE(parsed) << error;
   ASSERT_EQ(parsed->pipes.size(), 3U);
-  EXPECT_EQ(parsed->pipes[0].expression, "a b");
-  EXPECT_EQ(parsed->pipes[1].expression, "x|y");
+  EXPECT_EQ(parsed->pipes[0].argument, "a b");
+  EXPECT_EQ(parsed->pipes[1].argument, "x|y");
   EXPECT_EQ(parsed->pipes[2].kind, host::pipe_kind::count);
 }
 
