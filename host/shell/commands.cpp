@@ -129,6 +129,11 @@ int find_commands(const invocation& run) {
   return kUsage;
 }
 
+int set_screen_lines(const invocation& run) {
+  run.session.screen_lines = run.line.number;
+  return kDone;
+}
+
 int leave(const invocation& run) {
   if (!may_leave_candidate(run.session)) return kUsage;
   run.session.is_leaving = true;

@@ -48,6 +48,7 @@ int show_version(const invocation& run);
 int show_clock(const invocation& run);
 int help(const invocation& run);
 int find_commands(const invocation& run);
+int set_screen_lines(const invocation& run);
 int leave(const invocation& run);
 
 // The configuration.

@@ -38,6 +38,7 @@ inline constexpr number_argument kNumberArguments[] = {
     {"VLAN", 1, 4094, "Number of a VLAN"},
     {"CHANNEL", 1, MAX_CHANNEL, "Number of a port-channel"},
     {"CHANGES", 1, 20'000, "How many changes"},
+    {"LINES", 0, 512, "Lines of a screen (0: no stops)"},
 };
 
 constexpr bool is_number_argument(std::string_view word) {

@@ -55,6 +55,8 @@ output_settings settings_for(const shell& session, const command_line& line) {
   if (settings.to_terminal) settings.columns = size_of(STDOUT_FILENO).columns;
   settings.paged =
       session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(line, pipe_kind::no_more);
+  settings.paged &= session.screen_lines != 0U;
+  settings.lines = session.screen_lines.value_or(0);
   settings.structured = has_stage(line, pipe_kind::json) || (line.every && !settings.to_terminal);
   const char* const no_colour = std::getenv("NO_COLOR");
   settings.coloured = settings.to_terminal && terminal_can_page() && (no_colour == nullptr || no_colour[0] == '\0');

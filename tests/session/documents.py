@@ -168,7 +168,7 @@ def check_watch(checker, switch):
 
 
 ARGUMENTS = {"RANGE": "ethernet 1/1", "MODULE": "2", "VLANS": "10-20", "PORT": "0", "SECONDS": "5", "BYTES": "2112",
-             "COUNT": "3", "VLAN": "10", "CHANNEL": "1", "CHANGES": "1", "WORD": "counters", "TEXT": "some words", "FILE": "saved"}
+             "COUNT": "3", "VLAN": "10", "CHANNEL": "1", "CHANGES": "1", "LINES": "0", "WORD": "counters", "TEXT": "some words", "FILE": "saved"}
 
 
 def lines_of_session(pmsh):

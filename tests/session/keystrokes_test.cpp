@@ -151,6 +151,33 @@ TEST_F(AtThePrompt, TallOutputStopsAtTheEndOfAScreen) {
   EXPECT_EQ(screen.exit_code(), 0);
 }
 
+TEST_F(AtThePrompt, LengthOfTheTerminalIsThatOfTheSession) {
+  screen.type("terminal length 0\r");
+  ASSERT_TRUE(screen.shows_prompt()) << screen.unread();
+  screen.type("show interface\r");
+  ASSERT_TRUE(screen.shows("Vethernet1 is up")) << screen.unread();
+  EXPECT_EQ(screen.seen().find("--More--"), std::string::npos);
+  ASSERT_TRUE(screen.shows_prompt()) << screen.unread();
+  screen.type("terminal length 6\r");
+  ASSERT_TRUE(screen.shows_prompt()) << screen.unread();
+  screen.type("show interface ethernet 1/1\r");
+  ASSERT_TRUE(screen.shows("--More--")) << screen.unread();
+  screen.type("q");
+  EXPECT_TRUE(screen.shows_prompt()) << screen.unread();
+}
+
+TEST_F(Keystrokes, BannerNamesTheSwitch) {
+  terminal screen({});
+  ASSERT_TRUE(screen.shows("pmsh on lab. Type '?' for the next word, 'help' for all commands.\r\n")) << screen.unread();
+  EXPECT_TRUE(screen.shows("lab# ")) << screen.unread();
+}
+
+TEST_F(Keystrokes, CommandOfTheProgramHasNoBanner) {
+  terminal screen({"-c", "show clock"});
+  EXPECT_EQ(screen.exit_code(), 0);
+  EXPECT_EQ(screen.unread().find("pmsh on"), std::string::npos) << screen.unread();
+}
+
 TEST_F(AtThePrompt, TableThatFitsTheScreenDoesNotStop) {
   screen.type("show interface status\r");
   ASSERT_TRUE(screen.shows("Veth1 ")) << screen.unread();
