@@ -431,6 +431,15 @@ TEST(Suggestions, EndOfACommandIsHinted) {
   EXPECT_TRUE(suggest("show ").hints.empty());
 }
 
+TEST(Suggestions, PipesAreOfferedWithTheirArguments) {
+  EXPECT_TRUE(suggests("show transport | s", "save"));
+  EXPECT_TRUE(suggests("show transport | s", "section"));
+  EXPECT_EQ(host::help_text("show transport | save "), "  FILE          Name of a file\n");
+  EXPECT_EQ(host::help_text("show transport | save a "), "  <Enter>       Run the command\n");
+  EXPECT_FALSE(host::is_in_expression("show transport | save a"));
+  EXPECT_TRUE(host::is_in_expression("show transport | section a"));
+}
+
 TEST(Expressions, QuestionMarksBelongToThem) {
   EXPECT_FALSE(host::is_in_expression("show interface "));
   EXPECT_FALSE(host::is_in_expression("show interface | inc"));
