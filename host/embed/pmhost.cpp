@@ -246,13 +246,15 @@ pmhost_t* pmhost_open(const char* switch_file, char** error) {
     if (the_open_host != nullptr) throw std::runtime_error("a host is open already; close it first");
     if (switch_file == nullptr) throw std::runtime_error("there is no name of a switch file");
     const host::command_library& library = loaded_libraries();
-    host::the_machine() = host::load_switch_file(find_switch_file(switch_file));
+    const std::string file = find_switch_file(switch_file);
+    host::the_machine() = host::load_switch_file(file);
     host::set_source(std::make_unique<host::chassis_source>());
     host::transport_register(host::all_services());
     host::ask_nobody();
     auto opened = std::make_unique<pmhost_t>();
     opened->session.library = library;
     opened->session.switch_name = host::the_machine().name;
+    opened->session.switch_file = file;
     const auto& users = host::the_machine().users;
     opened->session.who = users.empty() ? nullptr : &users.front();
     opened->session.output = &opened->output;

@@ -148,7 +148,7 @@ std::string_view read_syntax(const table_reader& reader, const pmsh_command_t& e
 
 std::ptrdiff_t num_ranges(const command_syntax& syntax) {
   return std::count_if(syntax.words.begin(), syntax.words.begin() + static_cast<std::ptrdiff_t>(syntax.num_words),
-                       [](const syntax_word& word) { return word.is_range; });
+                       [](const syntax_word& word) { return word.kind == syntax_kind::range; });
 }
 
 // ---- Kinds of interface ----

@@ -56,7 +56,7 @@ int run_lines(shell& session, input_lines& lines, const std::string& shown) {
   std::string_view line;
   for (uint32 number = 1; !session.is_leaving && lines.next(line); ++number) {
     line = trim(line);
-    if (is_comment(line)) continue;
+    if (line.empty() || is_comment(line)) continue;
     const int code = run_line(session, line);
     if (result == kDone) result = code;
     if (code == kDone) continue;
@@ -118,8 +118,6 @@ class collection {
 std::string startup_file(const shell& session) {
   return state_file(session.switch_name + "." + std::string(kStartupConfig));
 }
-
-bool is_comment(std::string_view line) { return line.empty() || line.front() == '!' || line.front() == '#'; }
 
 command_text read_commands(const std::string& path, bool is_startup) {
   if (path.empty()) return {std::nullopt, std::string(kNoPlaceForStartup), kUsage};

@@ -69,8 +69,9 @@ void add_arguments(std::string& page) {
       "Interfaces: `ethernet 1/1-4, 1/7` or `port-channel 1-3`; a number without a word belongs to the "
       "word in front of it");
   row(page, "FILE", "Name of a file");
+  row(page, "WORD", "Part of a command or of its help, in small or capital letters");
   row(page, "TEXT", "The rest of the line; in quotes when it contains `|`");
-  row(page, "COMMAND", "Any `show` command with its arguments");
+  row(page, "COMMAND", "A command with its arguments; after `watch` a `show` command");
   for (const number_argument& number : kNumberArguments)
     row(page, number.name,
         std::string(number.help) + ", " + std::to_string(number.lowest) + " to " + std::to_string(number.highest));
@@ -93,7 +94,7 @@ void add_pipes(std::string& page) {
   page += "Any number of these may follow; each works on the lines that the one in front lets through.\n\n";
   table_head(page, "Written", "What it does");
   for (const pipe_word& word : kPipeWords)
-    row(page, "| " + std::string(word.word) + (word.takes_expression ? " EXPRESSION" : ""), word.help);
+    row(page, "| " + std::string(word.word) + std::string(syntax_of(word.argument)), word.help);
 }
 
 }  // namespace

@@ -44,7 +44,11 @@ int clear_inband(const invocation& run);
 int clear_management(const invocation& run);
 int advance_clock(const invocation& run);
 int show_transport(const invocation& run);
+int show_version(const invocation& run);
+int show_clock(const invocation& run);
 int help(const invocation& run);
+int find_commands(const invocation& run);
+int set_screen_lines(const invocation& run);
 int leave(const invocation& run);
 
 // The configuration.

@@ -1,6 +1,4 @@
 // The settings as commands: shown, and written to files.
-#include <cerrno>
-#include <cstring>
 #include <sstream>
 #include <string>
 
@@ -10,8 +8,8 @@
 #include "shell/interface_kinds.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
-#include "shell/prompts.h"
 #include "shell/running_config.h"
+#include "shell/saved_files.h"
 #include "shell/selection.h"
 #include "shell/shell.h"
 #include "shell/state_directory.h"
@@ -80,7 +78,7 @@ void record_commands(command_output& output, const std::string& text) {
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
     const std::string command(trim(line));
-    if (is_comment(command)) continue;
+    if (command.empty() || is_comment(command)) continue;
     std::string error;
     const auto parsed = parse_command(command, error, mode);
     if (parsed && changes_mode(*parsed, mode)) {
@@ -132,15 +130,14 @@ int copy_running_config(const invocation& run) {
     run.output.text(configuration_text(run, chosen));
     return kDone;
   }
-  if (!is_startup && is_regular_file(path) && !confirm("Replace " + quoted(path) + "? (y/n) [n] ")) {
-    run.output.complain("nothing was written: " + quoted(path) + " exists. Start the shell with --yes to replace it.");
-    return kUsage;
+  std::string fault = is_startup ? std::string() : refuse_to_replace(path);
+  if (fault.empty()) {
+    int error = is_startup ? make_directories_of(path) : 0;
+    if (error == 0) error = write_file(path, configuration_text(run, chosen));
+    fault = write_fault(path, error);
   }
-  int error = is_startup ? make_directories_of(path) : 0;
-  if (error == 0) error = write_file(path, configuration_text(run, chosen));
-  if (error != 0) {
-    const std::string reason = error == ENXIO ? "no process reads the pipe" : std::strerror(error);
-    run.output.complain("cannot write '" + path + "': " + reason + ".");
+  if (!fault.empty()) {
+    run.output.complain(fault);
     return kUsage;
   }
   if (is_startup) the_machine().save_startup();

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <functional>
 
+#include "shell/commands.h"
 #include "shell/words.h"
 
 namespace host {
@@ -113,11 +114,14 @@ struct step {
   position to;
 };
 
-// A word that has no other reading is the name of a file.
+// Whether any word is read there.
+bool is_free(syntax_kind kind) { return kind == syntax_kind::file || kind == syntax_kind::word; }
+
+// A word that has no other reading is the name of a file, or a word to look for.
 void add_free_readings(const std::vector<position>& positions, std::string_view word, std::vector<step>& steps) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
-      if (expected.is_file || (expected.is_vlans && parse_vlans(word)))
+      if (is_free(expected.kind) || (expected.kind == syntax_kind::vlans && parse_vlans(word)))
         steps.push_back({word, {at.what, index + 1, range_end::none, at.number}});
     });
   }
@@ -132,13 +136,13 @@ std::vector<step> readings(const std::vector<position>& positions, std::string_v
       continue;
     }
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
-      if (expected.is_range) {
+      if (expected.kind == syntax_kind::range) {
         for (const interface_word* const kind : interface_words(word))
           steps.push_back({kind->word, {at.what, index + 1, end_of_range(word), at.number}});
-      } else if (expected.is_number) {
+      } else if (expected.kind == syntax_kind::number) {
         if (const auto number = read_number(number_argument_of(expected), word))
           steps.push_back({word, {at.what, index + 1, range_end::none, number}});
-      } else if (expected.is_literal() && starts_with_ignoring_case(expected.text, word)) {
+      } else if (expected.kind == syntax_kind::literal && starts_with_ignoring_case(expected.text, word)) {
         steps.push_back({expected.text, {at.what, index + 1, range_end::none, at.number}});
       }
     });
@@ -172,8 +176,8 @@ std::vector<std::string_view> expected_words(const std::vector<position>& positi
   };
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
-      if (word.is_literal()) return add(word.text);
-      if (!word.is_range) return;
+      if (word.kind == syntax_kind::literal) return add(word.text);
+      if (word.kind != syntax_kind::range) return;
       for (const interface_word& kind : kInterfaceWords) add(kind.word);
     });
   }
@@ -185,7 +189,7 @@ const number_argument* expected_number(const std::vector<position>& positions) {
   const number_argument* wanted = nullptr;
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
-      if (word.is_number) wanted = &number_argument_of(word);
+      if (word.kind == syntax_kind::number) wanted = &number_argument_of(word);
     });
   }
   return wanted;
@@ -204,7 +208,7 @@ std::string type_help(std::string_view in_front) {
 bool expects_vlans(const std::vector<position>& positions) {
   bool found = false;
   for (const position& at : positions)
-    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.is_vlans; });
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.kind == syntax_kind::vlans; });
   return found;
 }
 
@@ -225,7 +229,7 @@ std::string unknown_word(const std::vector<position>& positions, std::string_vie
 bool takes_text(const std::vector<position>& positions) {
   bool found = false;
   for (const position& at : positions)
-    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.is_text; });
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.kind == syntax_kind::text; });
   return found;
 }
 
@@ -234,7 +238,7 @@ std::vector<position> behind_text(const std::vector<position>& positions) {
   std::vector<position> behind;
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t index) {
-      if (word.is_text) behind.push_back({at.what, index + 1});
+      if (word.kind == syntax_kind::text) behind.push_back({at.what, index + 1});
     });
   }
   return behind;
@@ -247,16 +251,28 @@ struct reading_state {
   std::vector<position> positions;
   std::vector<std::string_view> path;  // words in full
   std::optional<uint32> every;         // once "watch INTERVAL" has been read
-  std::size_t words_in_front = 0;      // of the command that is watched
+  std::size_t words_in_front = 0;      // of the command behind "do" or "watch INTERVAL"
   std::string error;
 };
 
-// After "watch INTERVAL" a show command begins.
-void begin_watched_command(reading_state& state) {
+// Commands that change the mode, or end the shell, are not typed after "do".
+bool may_follow_do(const command& what) {
+  return (what.modes & kExecMode) != 0 && what.modes != kExecMode && what.run != leave_mode && what.run != leave;
+}
+
+// After "watch INTERVAL" a show command begins; after "do", one of the exec mode.
+void begin_command_behind(reading_state& state) {
   const position& at = state.positions.front();
-  if (at.next >= at.what->syntax.num_words || !at.what->syntax.words[at.next].is_command) return;
-  state.every = at.number;
+  if (at.next >= at.what->syntax.num_words || at.what->syntax.words[at.next].kind != syntax_kind::command) return;
+  const bool is_watched = at.number.has_value();
   state.words_in_front = state.path.size();
+  if (!is_watched) {
+    state.mode = kExecMode;
+    state.positions = all_positions(kExecMode);
+    std::erase_if(state.positions, [](const position& begin) { return !may_follow_do(*begin.what); });
+    return;
+  }
+  state.every = at.number;
   state.positions = all_positions(state.mode);
   std::erase_if(state.positions, [](const position& begin) { return begin.what->syntax.words[0].text != "show"; });
 }
@@ -310,7 +326,7 @@ bool read_word(reading_state& state, std::string_view word) {
   for (const step& reading : steps) state.positions.push_back(reading.to);
   const bool in_range = steps.front().to.range != range_end::none;
   state.path.push_back(in_range ? word : names.front());
-  begin_watched_command(state);
+  begin_command_behind(state);
   return true;
 }
 
@@ -346,6 +362,20 @@ std::string unknown_pipe(std::string_view written) {
   return text + " It is one of " + join(pipe_names(), ", ") + ".";
 }
 
+// Reads the file name after "| save". Returns the error, or an empty text.
+std::string read_save(std::string_view rest, std::vector<pipe_stage>& pipes) {
+  const std::string_view name = unquote(rest);
+  const std::vector<word_token> words = split_words(rest);
+  if (name.empty()) return "'| save' needs the name of a file, such as '| save ports.txt'.";
+  if (name == "-") return "'| save' writes to a file: expected its name, not '-'.";
+  if (words.size() > 1 && name.size() == rest.size())
+    return "unexpected " + quoted(words[1].text) + " after '| save " + std::string(words[0].text) + "'.";
+  if (std::any_of(pipes.begin(), pipes.end(), [](const pipe_stage& it) { return it.kind == pipe_kind::save; }))
+    return "'| save' is written twice: the output goes to one file.";
+  pipes.push_back({pipe_kind::save, std::string(name)});
+  return {};
+}
+
 // Reads the text after a "|". Returns the error, or an empty text.
 std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
   part = trim(part);
@@ -355,10 +385,16 @@ std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
   if (word == nullptr) return unknown_pipe(written);
   const std::string_view rest = trim(part.substr(written.size()));
   const std::string name(word->word);
-  if (word->takes_expression && rest.empty())
+  if (const std::size_t quote = find_open_quote(rest); quote != std::string_view::npos)
+    return "the quote " + std::string(1, rest[quote]) + " in " + quoted(rest) + " is not closed.";
+  if (word->argument == pipe_argument::file) return read_save(rest, pipes);
+  if (word->argument == pipe_argument::expression && rest.empty())
     return "'| " + name + "' needs an expression, such as '| " + name + " up'.";
-  if (!word->takes_expression && !rest.empty()) return "unexpected " + quoted(rest) + " after '| " + name + "'.";
-  if (word->kind == pipe_kind::json && !pipes.empty()) return "'| json' must be the first '|' of the command.";
+  if (word->argument == pipe_argument::none && !rest.empty())
+    return "unexpected " + quoted(rest) + " after '| " + name + "'.";
+  const bool has_filter =
+      std::any_of(pipes.begin(), pipes.end(), [](const pipe_stage& known) { return is_filter(known.kind); });
+  if (word->kind == pipe_kind::json && has_filter) return "'| json' must be the first '|' of the command.";
   pipes.push_back({word->kind, std::string(unquote(rest))});
   return {};
 }
@@ -404,8 +440,8 @@ void suggest_numbers(suggestions& found, std::string_view range, const word_toke
 void suggest_next_words(suggestions& found, const std::vector<position>& positions, std::string_view begun) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
-      if (word.is_range) return suggest_interface_words(found, begun);
-      if (word.is_literal() && starts_with_ignoring_case(word.text, begun))
+      if (word.kind == syntax_kind::range) return suggest_interface_words(found, begun);
+      if (word.kind == syntax_kind::literal && starts_with_ignoring_case(word.text, begun))
         add_word(found, word.text, help_of_word(word.text));
     });
   }
@@ -421,9 +457,11 @@ void suggest_number_argument(suggestions& found, const std::vector<position>& po
 void suggest_free_argument(suggestions& found, const std::vector<position>& positions) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
-      if (word.is_vlans) found.hints.push_back({"VLANS", "A list of VLANs, such as 1-10,20"});
-      if (word.is_file) found.hints.push_back({"FILE", "Name of a file"});
-      if (word.is_text) found.hints.push_back({"TEXT", "The rest of the line; in quotes when it contains '|'"});
+      if (word.kind == syntax_kind::vlans) found.hints.push_back({"VLANS", "A list of VLANs, such as 1-10,20"});
+      if (word.kind == syntax_kind::file) found.hints.push_back({"FILE", "Name of a file"});
+      if (word.kind == syntax_kind::word) found.hints.push_back({"WORD", "Part of a command or of its help"});
+      if (word.kind == syntax_kind::text)
+        found.hints.push_back({"TEXT", "The rest of the line; in quotes when it contains '|'"});
     });
   }
 }
@@ -466,7 +504,9 @@ suggestions suggest_pipe(const word_token& part) {
   const pipe_word* const word = find_pipe(words[0].text);
   if (word == nullptr)
     found.error = unknown_pipe(words[0].text);
-  else if (word->takes_expression)
+  else if (word->argument == pipe_argument::file && words.size() == 1)
+    found.hints.push_back({"FILE", "Name of a file"});
+  else if (word->argument == pipe_argument::expression)
     found.hints.push_back({"EXPRESSION", "A regular expression; in quotes when it contains '|'"});
   else
     found.hints.push_back({"<Enter>", "Run the command"});
@@ -477,8 +517,8 @@ suggestions suggest_pipe(const word_token& part) {
 void keep_argument(const position& at, std::string_view written, command_line& parsed) {
   if (at.next == 0) return;
   const syntax_word& word = at.what->syntax.words[at.next - 1];
-  if (word.is_file || word.is_vlans) parsed.argument = written;
-  if (word.is_number && number_argument_of(word).has_any_value) parsed.module = written;
+  if (is_free(word.kind) || word.kind == syntax_kind::vlans) parsed.argument = written;
+  if (word.kind == syntax_kind::number && number_argument_of(word).has_any_value) parsed.module = written;
 }
 
 // True when the line ends within a TEXT argument.
@@ -495,7 +535,7 @@ bool is_in_text(std::string_view line, shell_mode mode) {
 
 std::string words_of_command(const command_line& line) {
   const bool has_text = std::any_of(line.what->syntax.words.begin(), line.what->syntax.words.end(),
-                                    [](const syntax_word& word) { return word.is_text; });
+                                    [](const syntax_word& word) { return word.kind == syntax_kind::text; });
   return has_text && !line.is_no ? line.text + " " + text_argument(line.argument) : line.text;
 }
 
@@ -515,9 +555,10 @@ bool asks_for_document(std::string_view line) {
 }
 
 std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode) {
+  command_line parsed;
+  if (is_comment(line)) return parsed;
   const std::vector<word_token> parts = split_pipes(line);
   const std::vector<word_token> words = split_words(parts[0].text);
-  command_line parsed;
   if (words.empty() && parts.size() == 1) return parsed;
 
   reading_state state(mode);
@@ -562,6 +603,8 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
 }
 
 suggestions suggest(std::string_view line, shell_mode mode) {
+  suggestions found;
+  if (is_comment(line)) return found;
   const std::vector<word_token> parts = split_pipes(line);
   if (parts.size() > 1) return suggest_pipe(parts.back());
 
@@ -570,7 +613,6 @@ suggestions suggest(std::string_view line, shell_mode mode) {
   const word_token begun = has_begun ? words.back() : word_token{line.substr(line.size()), line.size()};
   if (has_begun) words.pop_back();
 
-  suggestions found;
   found.start = begun.start;
   reading_state state(mode);
   std::size_t range_start = begun.start;
@@ -608,12 +650,13 @@ suggestions suggest(std::string_view line, shell_mode mode) {
 }
 
 bool is_in_expression(std::string_view line, shell_mode mode) {
+  if (is_comment(line)) return true;
   const std::vector<word_token> parts = split_pipes(line);
   if (parts.size() == 1) return is_in_text(line, mode);
   const std::vector<word_token> words = split_words(parts.back().text);
   if (words.empty() || (words.size() == 1 && words[0].text.end() == parts.back().text.end())) return false;
   const pipe_word* const word = find_pipe(words[0].text);
-  return word != nullptr && word->takes_expression;
+  return word != nullptr && word->argument == pipe_argument::expression;
 }
 
 }  // namespace host

@@ -38,6 +38,7 @@ inline constexpr number_argument kNumberArguments[] = {
     {"VLAN", 1, 4094, "Number of a VLAN"},
     {"CHANNEL", 1, MAX_CHANNEL, "Number of a port-channel"},
     {"CHANGES", 1, 20'000, "How many changes"},
+    {"LINES", 0, 512, "Lines of a screen (0: no stops)"},
 };
 
 constexpr bool is_number_argument(std::string_view word) {
@@ -47,23 +48,33 @@ constexpr bool is_number_argument(std::string_view word) {
   return false;
 }
 
-// One word of a syntax: a literal such as "show", "RANGE" for interfaces, the name of a number, "FILE" for any word,
-// "TEXT" for the rest of the line, "VLANS" for a list such as "1-10,20", "COMMAND" for a show command. Words in
-// brackets are optional.
+// How a word of a syntax is typed.
+enum class syntax_kind : uint8 {
+  literal,  // as it is written, such as "show"
+  range,    // "RANGE": interfaces
+  number,   // the name of a number: see kNumberArguments
+  file,     // "FILE": any word
+  word,     // "WORD": any word
+  text,     // "TEXT": the rest of the line
+  vlans,    // "VLANS": a list such as "1-10,20"
+  command,  // "COMMAND": another command follows
+};
+
+constexpr syntax_kind kind_of_syntax_word(std::string_view word) {
+  if (word == "RANGE") return syntax_kind::range;
+  if (word == "FILE") return syntax_kind::file;
+  if (word == "WORD") return syntax_kind::word;
+  if (word == "TEXT") return syntax_kind::text;
+  if (word == "VLANS") return syntax_kind::vlans;
+  if (word == "COMMAND") return syntax_kind::command;
+  return is_number_argument(word) ? syntax_kind::number : syntax_kind::literal;
+}
+
+// One word of a syntax. Words in brackets are optional.
 struct syntax_word {
   std::string_view text;
-  bool is_range = false;
+  syntax_kind kind = syntax_kind::literal;
   bool is_optional = false;
-  bool is_number = false;
-  bool is_file = false;
-  bool is_text = false;
-  bool is_vlans = false;
-  bool is_command = false;
-
-  // Whether the word is typed as it is written here.
-  constexpr bool is_literal() const {
-    return !is_range && !is_number && !is_file && !is_text && !is_vlans && !is_command;
-  }
 };
 
 enum { MAX_SYNTAX_WORDS = 8 };
@@ -84,8 +95,7 @@ struct command_syntax {
       left.remove_prefix(word.size() < left.size() ? word.size() + 1 : word.size());
       const bool is_optional = word.front() == '[';
       if (is_optional) word = word.substr(1, word.size() - 2);
-      words[num_words++] = {word,           word == "RANGE", is_optional,     is_number_argument(word),
-                            word == "FILE", word == "TEXT",  word == "VLANS", word == "COMMAND"};
+      words[num_words++] = {word, kind_of_syntax_word(word), is_optional};
     }
   }
 };
@@ -121,18 +131,19 @@ void add_word(std::string_view word, std::string_view help);
 // A command as the user wrote it.
 struct command_line {
   const command* what = nullptr;  // null: an empty line
-  std::string text;               // with all words in full, without pipes and without "watch INTERVAL"
+  std::string text;               // with all words in full, without pipes, "do" and "watch INTERVAL"
   std::string range;              // as written; empty: none
   std::vector<interface_span> spans;
   std::optional<uint32> number;  // of a module: UINT32_MAX also for what is greater
   std::optional<uint32> every;   // seconds: the command is watched
-  std::string argument;          // a file, a text, or a list of VLANs
+  std::string argument;          // a file, a word, a text, or a list of VLANs
   std::string module;            // its number as written; empty: none
   bool is_no = false;            // begins with "no"
   std::vector<pipe_stage> pipes;
 };
 
-// Parses a line that was typed in a mode. On an error `error` is one line that says what to do next.
+// Parses a line that was typed in a mode; a comment is an empty line. On an error `error` is one line that says what to
+// do next.
 std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode = kExecMode);
 
 // The command with its argument, as it can be typed again.
@@ -156,7 +167,7 @@ struct suggestions {
 };
 suggestions suggest(std::string_view line, shell_mode mode = kExecMode);
 
-// True when a "?" at the end of the line belongs to an expression or a text and asks for no help.
+// True when a "?" at the end of the line belongs to an expression, a text or a comment and asks for no help.
 bool is_in_expression(std::string_view line, shell_mode mode = kExecMode);
 
 }  // namespace host

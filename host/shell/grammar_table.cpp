@@ -39,6 +39,8 @@ constexpr display kAllowedVlans = {kAllowedVlansDisplay, {}, "trunk_allowed", fa
 constexpr display kForwardingVlans = {kForwardingVlansDisplay, {}, "trunk_forwarding", false, true};
 constexpr display kOverview = {kOverviewDisplay, {}, "overview", false, true};
 constexpr display kPanel = {kPanelDisplay, {}, "panel", true, true, "ports"};
+constexpr display kVersion = {kVersionDisplay, "version", "version"};
+constexpr display kClock = {kClockDisplay, "clock", "clock"};
 constexpr display kText = kSentences;
 constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
 constexpr display kChanges = {kChangesDisplay, {}, "changes", false, false, "changes"};
@@ -119,8 +121,13 @@ constexpr command kGeneralCommands[] = {
     {"commit confirmed SECONDS", "The same, rolled back after so long without 'confirm'", commit_confirmed, kSettingShown, 0, kConfigureMode | kInterfaceMode},
     {"confirm", "Keep what 'commit confirmed' made", confirm_commit, kText, 0, kConfigureMode | kInterfaceMode},
     {"discard", "Forget the changes of the candidate", discard, kText, 0, kConfigureMode | kInterfaceMode},
+    {"do COMMAND", "Run a command of the exec mode", nullptr, kText, 0, kConfigureMode | kInterfaceMode},
     {"show transport", "Messages between this shell and the services", show_transport, kTransport},
+    {"show version", "Versions, the platform and the command library", show_version, kVersion},
+    {"show clock", "The time of the shell's clock, in UTC", show_clock, kClock},
+    {"terminal length LINES", "Stop after so many lines in this session; 0: never", set_screen_lines, kText},
     {"help", "All commands", help, kText},
+    {"find WORD", "The commands that have a word in their words or help", find_commands, kText},
     {"end", "Leave the configuration", leave_configuration, kText, 0, kConfigureMode | kInterfaceMode},
     {"exit", "Leave the configuration of interfaces, the configuration, the shell", leave_mode, kText},
     {"quit", "Leave the shell", leave, kText},
@@ -174,6 +181,7 @@ constexpr word_help kWords[] = {
     {"details", "With the limits of the values"},
     {"diff", "What a commit of the candidate would change"},
     {"discard", "Forget the changes of the candidate"},
+    {"do", "Run a command of the exec mode"},
     {"dot1q", "Tags of VLANs"},
     {"down", "Interfaces that are switched off, or stay down"},
     {"dry-run", "Try settings without changing anything"},
@@ -187,6 +195,7 @@ constexpr word_help kWords[] = {
     {"exit", "Leave the mode, or the shell"},
     {"extended", "Credits for long distances"},
     {"failure", "The link fails"},
+    {"find", "Find commands"},
     {"forwarding", "The VLANs in which spanning tree lets them forward"},
     {"flowcontrol", "Flow control and pause frames"},
     {"help", "Show all commands"},
@@ -199,6 +208,7 @@ constexpr word_help kWords[] = {
     {"interface", "Interfaces: settings, state and traffic"},
     {"kernel-map", "Devices of the kernel"},
     {"learning", "They also learn addresses"},
+    {"length", "Lines of a screen"},
     {"link", "The link of a port"},
     {"loopback", "All loopbacks"},
     {"mac-address", "Hardware addresses"},
@@ -238,11 +248,12 @@ constexpr word_help kWords[] = {
     {"status", "A line for each: state, VLAN, duplex, speed, type"},
     {"storm-control", "Levels of storm control and what was discarded"},
     {"switchport", "Switched ports and their settings"},
-    {"terminal", "By typing"},
+    {"terminal", "This terminal"},
     {"transceiver", "Modules in ports"},
     {"transport", "Messages between this shell and the services"},
     {"trunk", "Trunks"},
     {"undo", "Take back the last setting, creation or deletion"},
+    {"version", "Versions and the platform"},
     {"vlan", "VLANs"},
     {"up", "Only interfaces that are up"},
     {"watch", "Repeat a show command"},
@@ -268,7 +279,7 @@ constexpr bool every_word_has_help() {
   for (const command& entry : kCommands) {
     for (std::size_t i = 0; i < entry.syntax.num_words; ++i) {
       const syntax_word& word = entry.syntax.words[i];
-      if (word.is_literal() && find_help(word.text).empty()) return false;
+      if (word.kind == syntax_kind::literal && find_help(word.text).empty()) return false;
     }
   }
   return true;

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "shell/grammar.h"
+#include "shell/output/printable.h"
 #include "shell/shell.h"
 #include "shell/state_directory.h"
 #include "shell/words.h"
@@ -138,6 +139,12 @@ void bind_keys(EditLine* line) {
   set(line, EL_SETTY, "-d", "-isig", nullptr);  // Ctrl-C is a key while a line is edited
 }
 
+void show_banner(const shell& session) {
+  std::string name;
+  append_printable(name, session.switch_name);
+  std::printf("pmsh on %s. Type '?' for the next word, 'help' for all commands.\n", name.c_str());
+}
+
 }  // namespace
 
 int run_interactively(shell& session) {
@@ -150,6 +157,7 @@ int run_interactively(shell& session) {
   editor.edit.el_set(line, EL_PROMPT, shown_prompt);
   editor.edit.el_set(line, EL_HIST, editor.edit.history, history.lines);
   bind_keys(line);
+  show_banner(session);
   while (!session.is_leaving) {
     int length = 0;
     editor.line_abandoned = false;

@@ -116,6 +116,7 @@ void* loaded_library::find(const char* name, std::string& error) const {
 
 command_library load_command_library(const std::string& file) {
   command_library found;
+  found.file = file;
   const function_finder common(file);
   for (const named_handler& wanted : kHandlers) common.find(wanted.name, found.*wanted.handler);
   common.find("pm_cli_show_inband_port_config", the_inband_handler);

@@ -19,6 +19,8 @@ using command_handler = uint32 (*)(paraminfo_t*);
 
 // What the shell calls of the command library; the contracts are in its public headers.
 struct command_library {
+  std::string file;  // that it was loaded from
+
   // Rows and blocks, by kind of interface.
   command_handler show_ethernet = nullptr;
   command_handler show_satellite = nullptr;

@@ -60,8 +60,8 @@ std::string interface_names_file() {
   return file;
 }
 
-// Sets the switch and its source.
-void open_switch(const options& wanted) {
+// Sets the switch and its source. Returns the switch file; empty: none was read.
+std::string open_switch(const options& wanted) {
   if (wanted.is_kernel) {
     auto kernel =
         std::make_unique<kernel_source>(wanted.map_file.empty() ? wanted_interfaces{} : read_map_file(wanted.map_file),
@@ -69,13 +69,14 @@ void open_switch(const options& wanted) {
     the_machine() = kernel->read();
     if (!kernel->names_fault().empty()) print_error(kernel->names_fault());
     set_source(std::move(kernel));
-    return;
+    return {};
   }
-  the_machine() = wanted.giant_ports != 0
-                      ? make_giant(wanted.giant_ports)
-                      : load_switch_file(wanted.switch_file.empty() ? demonstration_switch() : wanted.switch_file);
+  std::string file = wanted.switch_file;
+  if (file.empty() && wanted.giant_ports == 0) file = demonstration_switch();
+  the_machine() = file.empty() ? make_giant(wanted.giant_ports) : load_switch_file(file);
   if (wanted.has_defaults) set_to_defaults(the_machine());
   set_source(std::make_unique<chassis_source>());
+  return file;
 }
 
 // Chooses the user of the session: the one with this name, or else the first. False when there is no such user.
@@ -154,10 +155,10 @@ int run(const options& wanted) {
     return print_text(wanted.published());
   }
   if (wanted.clock) clock_set(static_cast<std::time_t>(*wanted.clock));
-  open_switch(wanted);
+  shell session;
+  session.switch_file = open_switch(wanted);
   transport_register(all_services());
   if (!provoke(wanted)) return kUsage;
-  shell session;
   if (!choose_user(wanted.user, session)) return kUsage;
   session.library = load_libraries(library_directory(), wanted.libraries);
   session.switch_name = the_machine().name;

@@ -9,6 +9,7 @@
 #include "shell/exit_codes.h"
 #include "shell/print_error.h"
 #include "shell/published.h"
+#include "shell/words.h"
 #include "source/chassis/giant.h"
 
 namespace host {
@@ -28,7 +29,9 @@ constexpr provocation_word kProvocations[] = {
 };
 
 constexpr char kFooter[] =
-    "Without -c the shell reads commands from the terminal or from standard input.\n"
+    "The words after the options are one command, which runs as with -c. Without a command the shell reads commands "
+    "from\n"
+    "the terminal or from standard input.\n"
     "With several -c all of them run; the first exit code that is not 0 is the program's. Files run before them; a "
     "file\n"
     "ends with the first command that fails.\n"
@@ -96,8 +99,16 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provo
       ->allow_extra_args(false);
   add_printer(app, "--print-command-reference", command_reference, wanted);
   add_printer(app, "--print-json-schema", json_schema, wanted);
+  app.prefix_command();
   app.set_version_flag("--version", "pmsh " PMCLI_VERSION);
   app.footer(kFooter);
+}
+
+// The words after the options are one command.
+void take_command(const std::vector<std::string>& words, options& wanted) {
+  if (words.empty()) return;
+  if (words.front().starts_with('-')) throw CLI::ExtrasError("pmsh", {words.front()});
+  wanted.commands.push_back(join({words.begin(), words.end()}, " "));
 }
 
 }  // namespace
@@ -124,6 +135,7 @@ std::optional<options> read_options(int argc, char** argv, int& exit_code) {
   add_options(app, wanted, provocations);
   try {
     app.parse(argc, argv);
+    take_command(app.remaining(), wanted);
   } catch (const CLI::ParseError& error) {
     std::ostringstream asked_for;  // help, the version
     exit_code = app.exit(error, asked_for) == 0 ? print_text(asked_for.str()) : int{kUsage};

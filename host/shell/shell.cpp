@@ -7,10 +7,13 @@
 
 #include "shell/command_files.h"
 #include "shell/commands.h"
+#include "shell/files.h"
 #include "shell/interrupt.h"
 #include "shell/output/command_output.h"
 #include "shell/output/pager.h"
+#include "shell/output/printable.h"
 #include "shell/print_error.h"
+#include "shell/saved_files.h"
 #include "shell/watch.h"
 #include "shell/words.h"
 #include "switch/source.h"
@@ -19,12 +22,14 @@
 namespace host {
 namespace {
 
-bool has_stage(const command_line& line, pipe_kind kind) {
+const pipe_stage* find_stage(const command_line& line, pipe_kind kind) {
   for (const pipe_stage& stage : line.pipes) {
-    if (stage.kind == kind) return true;
+    if (stage.kind == kind) return &stage;
   }
-  return false;
+  return nullptr;
 }
+
+bool has_stage(const command_line& line, pipe_kind kind) { return find_stage(line, kind) != nullptr; }
 
 bool terminal_can_page() {
   const char* const terminal = std::getenv("TERM");
@@ -46,10 +51,12 @@ output_settings settings_for(const shell& session, const command_line& line) {
     settings.structured |= has_stage(line, pipe_kind::json);
     return settings;
   }
-  settings.to_terminal = isatty(STDOUT_FILENO) != 0;
+  settings.to_terminal = isatty(STDOUT_FILENO) != 0 && !has_stage(line, pipe_kind::save);
   if (settings.to_terminal) settings.columns = size_of(STDOUT_FILENO).columns;
   settings.paged =
       session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(line, pipe_kind::no_more);
+  settings.paged &= session.screen_lines != 0U;
+  settings.lines = session.screen_lines.value_or(0);
   settings.structured = has_stage(line, pipe_kind::json) || (line.every && !settings.to_terminal);
   const char* const no_colour = std::getenv("NO_COLOR");
   settings.coloured = settings.to_terminal && terminal_can_page() && (no_colour == nullptr || no_colour[0] == '\0');
@@ -66,6 +73,18 @@ int refuse_line(const shell& session, std::string_view line, std::string_view er
   return code == kDone ? int{kUsage} : code;
 }
 
+// Text of the shell itself.
+int show_text(const shell& session, std::string_view text) {
+  if (session.output != nullptr && session.output->sink) return session.output->sink(text), kDone;
+  return print_text(text);
+}
+
+std::string written_sentence(const std::string& path) {
+  std::string shown = "Written to ";
+  append_printable(shown, path);
+  return shown + ".\n";
+}
+
 int run_function(const invocation& run) {
   if (run.session.trying && is_skipped_in_dry_run(run.line)) return skip_in_dry_run(run);
   const bool changes_switch = is_for_candidate(run.line) && run.line.what->run != show_changes && !run.session.edited;
@@ -76,21 +95,33 @@ int run_function(const invocation& run) {
   return run.line.what->run(run);
 }
 
-int run_command(shell& session, const command_line& line, std::string_view written) {
-  const output_settings settings = settings_for(session, line);
-  const auto refuse = [&](std::string_view error) { return refuse_line(session, written, error, settings.structured); };
-  line_filters filters;
+// Makes the filters of a line that was read. Returns an error, or an empty text when the line can run.
+std::string check_line(const shell& session, const command_line& line, line_filters& filters) {
   for (const pipe_stage& stage : line.pipes) {
     if (const auto fault = filters.add(stage))
-      return refuse("bad expression '" + stage.expression + "': " + *fault +
-                    ". Quote it, and put '\\' before special signs.");
+      return "bad expression '" + stage.argument + "': " + *fault + ". Quote it, and put '\\' before special signs.";
   }
-  if (line.every && session.output != nullptr)
-    return refuse("'watch' runs only in the shell. Repeat the show command instead.");
+  if (!line.every) return {};
+  if (session.output != nullptr) return "'watch' runs only in the shell. Repeat the show command instead.";
+  return has_stage(line, pipe_kind::save) ? "'| save' does not apply to 'watch'." : "";
+}
+
+int run_command(shell& session, const command_line& line, std::string_view written) {
+  output_settings settings = settings_for(session, line);
+  const auto refuse = [&](std::string_view error) { return refuse_line(session, written, error, settings.structured); };
+  line_filters filters;
+  if (const std::string fault = check_line(session, line, filters); !fault.empty()) return refuse(fault);
   if (line.every) return watch(session, line, settings);
   the_source().refresh(the_machine());
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
   if (session.output == nullptr) interrupts.emplace();
+  const pipe_stage* const save = find_stage(line, pipe_kind::save);
+  std::string saved;
+  if (save != nullptr) {
+    if (const std::string fault = refuse_to_replace(save->argument); !fault.empty()) return refuse(fault);
+    settings.sink = [&saved](std::string_view text) { saved += text; };
+    settings.sinks_errors = false;
+  }
   std::optional<copied_file> copied;
   if (line.what->run == nullptr) copied = run_for_copy(session, line, settings.structured || !line.pipes.empty());
   int result = kDone;
@@ -102,6 +133,12 @@ int run_command(shell& session, const command_line& line, std::string_view writt
     write_error = output.finish();
   }
   if (was_interrupted()) return kInterrupted;
+  if (save != nullptr) {
+    const std::string fault = write_fault(save->argument, write_file(save->argument, saved));
+    if (!fault.empty()) return refuse(fault);
+    const int shown = show_text(session, written_sentence(save->argument));
+    return result == kDone ? shown : result;
+  }
   if (write_error == 0) return result;
   session.is_leaving = session.has_lost_output = true;
   return report_lost_output(write_error);
@@ -123,8 +160,7 @@ int run_line(shell& session, std::string_view line) {
   check_confirmation(session);
   if (const std::string_view question = question_of(line, session.mode); !question.empty()) {
     const std::string help = help_text(question.substr(0, question.size() - 1), session.mode);
-    if (session.output != nullptr && session.output->sink) return session.output->sink(help), kDone;
-    return print_text(help);
+    return show_text(session, help);
   }
   std::string error;
   const auto parsed = parse_command(line, error, session.mode);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,13 +32,15 @@ struct output_settings;
 struct shell {
   command_library library;
   std::string switch_name;
+  std::string switch_file;                  // empty: a generated switch, or the devices of the kernel
   const user* who = nullptr;                // null: all rights
   const output_settings* output = nullptr;  // of a program that embeds the shell; null: standard output
   bool is_interactive = false;
-  bool is_leaving = false;       // set by "exit"
-  bool has_lost_output = false;  // no output can be written any more
-  bool keeps_going = false;      // files go on after a line that failed
-  uint32 num_files = 0;          // whose lines are being run, each by a line of the one before; 0: a user types
+  std::optional<uint32> screen_lines;  // of "terminal length"; 0: output does not stop; none: as the terminal reports
+  bool is_leaving = false;             // set by "exit"
+  bool has_lost_output = false;        // no output can be written any more
+  bool keeps_going = false;            // files go on after a line that failed
+  uint32 num_files = 0;                // whose lines are being run, each by a line of the one before; 0: a user types
   shell_mode mode = kExecMode;
   configured_interfaces configured;                 // what the settings of the interface mode are for
   std::unique_ptr<dry_run> trying;                  // null: commands change the machine

@@ -134,7 +134,7 @@ void show_all(const showing& view, const std::vector<if_index_t>& interfaces, ta
 std::string words_of(const command& what) {
   std::string words;
   for (const syntax_word& word : std::span(what.syntax.words).first(what.syntax.num_words))
-    if (word.is_literal()) words.append(words.empty() ? "" : " ").append(word.text);
+    if (word.kind == syntax_kind::literal) words.append(words.empty() ? "" : " ").append(word.text);
   return words;
 }
 

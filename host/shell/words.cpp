@@ -63,6 +63,27 @@ std::size_t read_escape(std::string_view escape, std::string& to) {
   return kLength;
 }
 
+// Follows the quotes of a text.
+class quote_reader {
+ public:
+  // Takes the next character; true when it is a quote or lies between two.
+  bool take(char character) {
+    if (is_escaped_) return is_escaped_ = false, true;
+    if (quote_ == '\0') {
+      if (character == '"' || character == '\'') quote_ = character;
+      return quote_ != '\0';
+    }
+    is_escaped_ = character == '\\' && quote_ == '"';
+    if (character == quote_) quote_ = '\0';
+    return true;
+  }
+  bool is_open() const { return quote_ != '\0'; }
+
+ private:
+  char quote_ = '\0';
+  bool is_escaped_ = false;
+};
+
 }  // namespace
 
 std::vector<word_token> split_words(std::string_view text, std::size_t start) {
@@ -79,21 +100,25 @@ std::vector<word_token> split_words(std::string_view text, std::size_t start) {
 std::vector<word_token> split_pipes(std::string_view line) {
   std::vector<word_token> parts;
   std::size_t start = 0;
-  char quote = '\0';
+  quote_reader quotes;
   for (std::size_t i = 0; i < line.size(); ++i) {
-    const char character = line[i];
-    if (quote != '\0') {
-      if (character == '\\' && quote == '"') ++i;
-      if (character == quote) quote = '\0';
-    } else if (character == '"' || character == '\'') {
-      quote = character;
-    } else if (character == '|') {
-      parts.push_back({line.substr(start, i - start), start});
-      start = i + 1;
-    }
+    if (quotes.take(line[i]) || line[i] != '|') continue;
+    parts.push_back({line.substr(start, i - start), start});
+    start = i + 1;
   }
   parts.push_back({line.substr(start), start});
   return parts;
+}
+
+std::size_t find_open_quote(std::string_view text) {
+  quote_reader quotes;
+  std::size_t begin = std::string_view::npos;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool was_open = quotes.is_open();
+    quotes.take(text[i]);
+    if (quotes.is_open() && !was_open) begin = i;
+  }
+  return quotes.is_open() ? begin : std::string_view::npos;
 }
 
 std::string_view trim(std::string_view text) {
@@ -106,6 +131,11 @@ std::string_view unquote(std::string_view text) {
   const bool is_quoted =
       text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front();
   return is_quoted ? text.substr(1, text.size() - 2) : text;
+}
+
+bool is_comment(std::string_view line) {
+  const std::string_view text = trim(line);
+  return text.starts_with('!') || text.starts_with('#');
 }
 
 std::string text_argument(std::string_view text) {
@@ -166,6 +196,12 @@ bool starts_with_ignoring_case(std::string_view word, std::string_view beginning
   return beginning.size() <= word.size() &&
          std::equal(beginning.begin(), beginning.end(), word.begin(),
                     [](char left, char right) { return lower(left) == lower(right); });
+}
+
+bool contains_ignoring_case(std::string_view text, std::string_view part) {
+  const auto found = std::search(text.begin(), text.end(), part.begin(), part.end(),
+                                 [](char left, char right) { return lower(left) == lower(right); });
+  return found != text.end() || part.empty();
 }
 
 std::string_view closest_word(std::string_view written, const std::vector<std::string_view>& known) {

@@ -22,9 +22,15 @@ std::vector<word_token> split_words(std::string_view text, std::size_t start = 0
 // The parts of a line between "|"; one in quotes does not count.
 std::vector<word_token> split_pipes(std::string_view line);
 
+// The last quote of a text that has no end; npos: each has one.
+std::size_t find_open_quote(std::string_view text);
+
 // Without blanks at both ends, and without the quotes around the whole.
 std::string_view trim(std::string_view text);
 std::string_view unquote(std::string_view text);
+
+// Whether a line is a comment: it begins with "!" or "#".
+bool is_comment(std::string_view line);
 
 // A text as the argument of a command. It reads as the same bytes, on one line, whatever they are but zero: what could
 // be read otherwise, or is not printable, is in double quotes, with the escapes of C.
@@ -35,6 +41,7 @@ std::string text_argument(std::string_view text);
 std::optional<std::string> read_text_argument(std::string_view written, std::string& error);
 
 bool starts_with_ignoring_case(std::string_view word, std::string_view beginning);
+bool contains_ignoring_case(std::string_view text, std::string_view part);
 
 // The word that was probably meant; empty when none is close.
 std::string_view closest_word(std::string_view written, const std::vector<std::string_view>& known);

@@ -2,7 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
+#include "session/json.h"
 #include "session/program.h"
 
 namespace session {
@@ -13,6 +17,13 @@ std::string error_of(const std::string& command) {
   EXPECT_EQ(result.exit_code, 1) << command;
   EXPECT_EQ(result.out, "") << command;
   return result.err;
+}
+
+rapidjson::Document parse_document(const outcome& result) {
+  rapidjson::Document document;
+  document.Parse(result.out.c_str());
+  EXPECT_FALSE(document.HasParseError()) << result.out;
+  return document;
 }
 
 TEST(CommandLine, UnknownWordNamesTheOneThatWasMeant) {
@@ -44,6 +55,7 @@ TEST(CommandLine, ControlBytesOfATypedWordAreShownAsText) {
 TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
   EXPECT_EQ(run_command("show ?").out,
             "  changes         What was changed in this session\n"
+            "  clock           The clock of this shell\n"
             "  diff            What a commit of the candidate would change\n"
             "  interface       Interfaces: settings, state and traffic\n"
             "  kernel-map      Devices of the kernel\n"
@@ -53,6 +65,7 @@ TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
             "  startup-config  The settings that were stored\n"
             "  transceiver     Modules in ports\n"
             "  transport       Messages between this shell and the services\n"
+            "  version         Versions and the platform\n"
             "  vlan            VLANs\n");
 }
 
@@ -73,6 +86,38 @@ TEST(CommandLine, HelpNamesEveryCommand) {
   EXPECT_EQ(result.exit_code, 0);
 }
 
+TEST(CommandLine, FindListsTheCommandsThatContainAWord) {
+  const outcome result = run_command("find STORED");
+  EXPECT_EQ(result.out, "  show startup-config         The commands that were stored under the name of the switch\n");
+  EXPECT_EQ(result.exit_code, 0);
+  const std::string settings = run_command("find MTU").out;
+  EXPECT_NE(settings.find("  show interface [RANGE] brief"), std::string::npos) << settings;
+  EXPECT_NE(settings.find("  switchport mtu BYTES"), std::string::npos) << settings;
+  EXPECT_EQ(settings.find("show transport"), std::string::npos) << settings;
+  EXPECT_EQ(error_of("find xyzzy"), "pmsh: no command has 'xyzzy' in its words or its help.\n");
+  EXPECT_EQ(error_of("find"), "pmsh: incomplete command 'find'. Type 'find ?' for the list.\n");
+  EXPECT_EQ(run_command("find ?").out, "  WORD          Part of a command or of its help\n");
+}
+
+TEST(CommandLine, CommentsAreSkipped) {
+  for (const char* const comment : {"# what?", "!", "  ! show | jsn", "#show transport | json"}) {
+    const outcome result = run_command(comment);
+    EXPECT_EQ(result.exit_code, 0) << comment;
+    EXPECT_EQ(result.out + result.err, "") << comment;
+  }
+  EXPECT_EQ(run_shell({}, "! first\nshow interface ethernet 1/1 | include Desc\n").out, "  Description: Desk 1\n");
+  EXPECT_NE(run_command("?").out.find("  show "), std::string::npos);
+}
+
+TEST(CommandLine, DoRunsACommandInTheConfiguration) {
+  const outcome result = run_shell({"-c", "configure", "-c", "interface ethernet 1/1", "-c",
+                                    "do show interface ethernet 1/1 | include Desc", "-c", "shutdown", "-c",
+                                    "do show interface ethernet 1/1 | include ^Eth", "-c", "end"});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.out.substr(0, 22), "  Description: Desk 1\n");
+  EXPECT_NE(result.out.find("\nEthernet1/1 is down"), std::string::npos) << result.out;
+}
+
 TEST(Pipes, IncludeExcludeBeginAndCountAreChained) {
   EXPECT_EQ(run_command("show interface ethernet 1/1 | include duplex").out, "  full-duplex, 1000\n");
   EXPECT_EQ(run_command("show interface ethernet 1/1 | begin Auto-mdix").out,
@@ -91,12 +136,108 @@ TEST(Pipes, MistakesAreNamed) {
   EXPECT_NE(run_command("show transport | count | json").err.find("must be the first"), std::string::npos);
 }
 
+TEST(Pipes, SectionKeepsTheIndentedLinesOfItsHeadings) {
+  EXPECT_EQ(run_command("show interface ethernet 1/1-2 | section \"^Ethernet1/2 \" | include \"^Eth|Desc\"").out,
+            "Ethernet1/2 is down (Administratively down)\n  Description: Desk 2\n");
+  EXPECT_EQ(run_command("show interface ethernet 1/1-2 | section Desc | count").out, "0\n")
+      << "indented lines begin none";
+  EXPECT_EQ(run_command("show interface ethernet 1/1-2 | include ^Ethernet | section ^Ethernet1/1 | count").out, "1\n");
+  EXPECT_NE(error_of("show transport | section").find("'| section' needs an expression"), std::string::npos);
+}
+
+struct SavedOutput : testing::Test {
+  SavedOutput() { std::filesystem::create_directories(state_directory()); }
+  ~SavedOutput() override { std::filesystem::remove_all(state_directory()); }
+
+  static std::string text_of(const std::string& name) {
+    std::ifstream file(name);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  const std::string file = state_directory() + "/saved";
+};
+
+TEST_F(SavedOutput, FileHasWhatWouldBeShownInAnyOrder) {
+  for (const char* const line :
+       {"show interface ethernet 1/1 | include Desc | save ", "show interface ethernet 1/1 | save "}) {
+    const std::string behind = std::string(line).find("include") == std::string::npos ? " | include Desc" : "";
+    const outcome result = run_command(line + file + behind);
+    EXPECT_EQ(result.out, "Written to " + file + ".\n");
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.exit_code, 0);
+    EXPECT_EQ(text_of(file), "  Description: Desk 1\n");
+    std::filesystem::remove(file);
+  }
+  for (const char* const pipes : {" | json | save ", " | save "}) {
+    const std::string behind = std::string(pipes).find("json") == std::string::npos ? " | json" : "";
+    EXPECT_EQ(run_command("show transport" + std::string(pipes) + "'" + file + "'" + behind).out,
+              "Written to " + file + ".\n");
+    rapidjson::Document document;
+    document.Parse(text_of(file).c_str());
+    ASSERT_FALSE(document.HasParseError()) << text_of(file);
+    EXPECT_STREQ(document["display"].GetString(), "transport");
+    std::filesystem::remove(file);
+  }
+}
+
+TEST_F(SavedOutput, ExitCodeIsThatOfTheCommand) {
+  const outcome result = run_command("show interface ethernet 9/9 | save " + file);
+  EXPECT_EQ(result.exit_code, 4);
+  EXPECT_EQ(result.out, "Written to " + file + ".\n");
+  EXPECT_EQ(text_of(file), "");
+}
+
+TEST_F(SavedOutput, FaultsAreNamed) {
+  EXPECT_EQ(error_of("show transport | save /nowhere/x"),
+            "pmsh: cannot write '/nowhere/x': No such file or directory.\n");
+  EXPECT_EQ(error_of("show transport | save -"), "pmsh: '| save' writes to a file: expected its name, not '-'.\n");
+  EXPECT_EQ(error_of("show transport | save"),
+            "pmsh: '| save' needs the name of a file, such as '| save ports.txt'.\n");
+  EXPECT_EQ(error_of("show transport | save a b"), "pmsh: unexpected 'b' after '| save a'.\n");
+  EXPECT_EQ(error_of("show transport | save a | save b"),
+            "pmsh: '| save' is written twice: the output goes to one file.\n");
+  const outcome watched = run_command("watch 1 show transport | save a");
+  EXPECT_EQ(watched.exit_code, 1);
+  EXPECT_EQ(watched.err, "pmsh: '| save' does not apply to 'watch'.\n");
+  const outcome result = run_command("show transport | json | save /nowhere/x");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(parse_document(result)["exit_code"].GetInt(), 1);
+}
+
+TEST(Pipes, QuoteThatIsNotClosedIsAnError) {
+  EXPECT_EQ(error_of("show transport | include \"sent"), "pmsh: the quote \" in '\"sent' is not closed.\n");
+  EXPECT_EQ(error_of("show transport | exclude sent | begin don't | count"),
+            "pmsh: the quote ' in 'don't | count' is not closed.\n");
+  EXPECT_EQ(error_of("show transport | include \"sent\\\""), "pmsh: the quote \" in '\"sent\\\"' is not closed.\n");
+  EXPECT_EQ(run_command("show transport | include \"don't|sent\" | count").out, "1\n");
+  const outcome result = run_command("show transport | json | include \"sent");
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_EQ(result.err, "pmsh: the quote \" in '\"sent' is not closed.\n");
+  EXPECT_EQ(parse_document(result)["exit_code"].GetInt(), 1);
+}
+
 TEST(Options, SeveralCommandsRunAndTheFirstFailureIsTheExitCode) {
   const outcome result =
       run_shell({"-c", "show interface ethernet 9/9", "-c", "bad", "-c", "show interface ethernet 1/1"});
 
   EXPECT_EQ(result.exit_code, 4);
   EXPECT_EQ(result.out.find("Ethernet1/1 is up\n"), 0U);
+}
+
+TEST(Options, WordsBehindTheOptionsAreACommand) {
+  EXPECT_EQ(run_shell({"show", "interface", "ethernet", "1/1", "|", "include", "Desc"}).out, "  Description: Desk 1\n");
+  EXPECT_EQ(run_shell({"show interface ethernet 1/1 | include Desc"}).out, "  Description: Desk 1\n");
+  EXPECT_EQ(run_shell({"--clock", "1800000000", "-c", "clock advance 1", "show", "clock"}).out,
+            "2027-01-15T08:00:01Z\n");
+  const outcome wrong = run_shell({"show", "interface", "--wrong"});
+  EXPECT_EQ(wrong.exit_code, 1);
+  EXPECT_EQ(wrong.err, "pmsh: unknown word '--wrong'. Type 'show interface ?' for the list.\n");
+  for (const char* const option : {"--wrong", "-x", "--verson"}) {
+    const outcome unknown = run_shell({option, "show", "clock"});
+    EXPECT_EQ(unknown.exit_code, 1) << option;
+    EXPECT_NE(unknown.err.find(option), std::string::npos) << unknown.err;
+    EXPECT_EQ(unknown.out, "") << option;
+  }
 }
 
 TEST(Options, CommandsAreReadFromStandardInputToo) {

@@ -109,7 +109,7 @@ def properties_of(schema):
 
 def check_times(checker):
     """Moments are times of one form, whatever they are called."""
-    times = {"time", "last_link_flapped", "last_counters_cleared", "changed_at"}
+    times = {"time", "last_link_flapped", "last_counters_cleared", "changed_at", "clock_time"}
     found = {key: described.get("$ref") for key, described in properties_of(checker.schema["$defs"]) if key in times}
     if found != dict.fromkeys(times, "#/$defs/value_time"):
         checker.fault("schema", f"times are {found}")
@@ -168,17 +168,17 @@ def check_watch(checker, switch):
 
 
 ARGUMENTS = {"RANGE": "ethernet 1/1", "MODULE": "2", "VLANS": "10-20", "PORT": "0", "SECONDS": "5", "BYTES": "2112",
-             "COUNT": "3", "VLAN": "10", "CHANNEL": "1", "CHANGES": "1", "TEXT": "some words", "FILE": "saved"}
+             "COUNT": "3", "VLAN": "10", "CHANNEL": "1", "CHANGES": "1", "LINES": "0", "WORD": "counters", "TEXT": "some words", "FILE": "saved"}
 
 
 def lines_of_session(pmsh):
-    """Every command of the shell but 'watch', in an order in which it can be typed."""
+    """Every command of the shell but those that others follow, in an order in which it can be typed."""
     general, configuring, settings = [], [], []
     for syntax, display in syntaxes(pmsh):
         words = syntax.split()
         written = {re.sub(r"\[[^\]]*\] ?", "", syntax).strip(), re.sub(r"[\[\]]", "", syntax)}
         lines = sorted(re.sub(r"\b[A-Z]+\b", lambda it: ARGUMENTS.get(it[0], it[0]), line) for line in written)
-        if words[0] in ("watch", "configure", "end", "exit", "quit"):
+        if words[0] in ("watch", "do", "configure", "end", "exit", "quit"):
             continue
         kind = settings if display == "settings" and words[0] != "undo" else general
         if words[0] in ("interface", "confirm", "discard") or words[:2] == ["no", "interface"]:

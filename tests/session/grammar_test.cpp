@@ -15,6 +15,7 @@ namespace {
 using host::command;
 using host::parse_command;
 using host::suggest;
+using host::syntax_kind;
 
 // A line of a command: all its words, and an interface where a range may stand.
 std::string line_of(const command& what, bool with_optional) {
@@ -23,18 +24,20 @@ std::string line_of(const command& what, bool with_optional) {
     const host::syntax_word& word = what.syntax.words[i];
     if (word.is_optional && !with_optional) continue;
     if (!line.empty()) line += ' ';
-    line += word.is_range    ? "ethernet 1/1-4, 1/7"
-            : word.is_number ? "7"
-            : word.is_file   ? "lab/site.cfg"
-            : word.is_text   ? "some words"
-            : word.is_vlans  ? "1-10,20"
-                             : std::string(word.text);
+    line += word.kind == syntax_kind::range    ? "ethernet 1/1-4, 1/7"
+            : word.kind == syntax_kind::number ? "7"
+            : word.kind == syntax_kind::file   ? "lab/site.cfg"
+            : word.kind == syntax_kind::text   ? "some words"
+            : word.kind == syntax_kind::vlans  ? "1-10,20"
+                                               : std::string(word.text);
   }
   return line;
 }
 
 // Behind such a command another one follows.
-bool stands_in_front(const command& what) { return what.syntax.words[what.syntax.num_words - 1].is_command; }
+bool stands_in_front(const command& what) {
+  return what.syntax.words[what.syntax.num_words - 1].kind == syntax_kind::command;
+}
 
 // A mode in which a command may be typed.
 host::shell_mode mode_of(const command& what) {
@@ -74,7 +77,7 @@ TEST(Grammar, EveryUniqueAbbreviationIsReadAndEveryOtherIsCalledAmbiguous) {
   for (const command& what : host::all_commands()) {
     std::string in_front;
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
-      if (!what.syntax.words[i].is_literal()) break;
+      if (what.syntax.words[i].kind != syntax_kind::literal) break;
       const std::string word(what.syntax.words[i].text);
       for (std::size_t length = 1; length <= word.size(); ++length) {
         const std::string begun = in_front + word.substr(0, length);
@@ -94,18 +97,18 @@ TEST(Grammar, HelpNamesEachWordWhereItMayStandAndInItsMiddle) {
     std::string in_front;
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
       const host::syntax_word& word = what.syntax.words[i];
-      if (word.is_command) break;
-      if (!word.is_literal() && !word.is_range) {
+      if (word.kind == syntax_kind::command) break;
+      if (word.kind != syntax_kind::literal && word.kind != syntax_kind::range) {
         const auto hints = suggest(in_front, mode_of(what)).hints;
         EXPECT_TRUE(std::any_of(hints.begin(), hints.end(), [&](const auto& hint) { return hint.word == word.text; }));
         in_front += "7 ";
         continue;
       }
-      const std::string name = word.is_range ? "ethernet" : std::string(word.text);
+      const std::string name = word.kind == syntax_kind::range ? "ethernet" : std::string(word.text);
       for (std::size_t length = 0; length <= name.size(); ++length)
         EXPECT_TRUE(suggests(in_front + name.substr(0, length), name, mode_of(what)))
             << in_front << name.substr(0, length);
-      in_front += name + (word.is_range ? " 1/1 " : " ");
+      in_front += name + (word.kind == syntax_kind::range ? " 1/1 " : " ");
     }
   }
 }
@@ -117,8 +120,10 @@ TEST(Grammar, TabCompletesEachWordFromItsMiddle) {
     for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
       const host::syntax_word& word = what.syntax.words[i];
       if (word.is_optional) continue;
-      if (word.is_range || word.is_file || word.is_text || word.is_vlans || word.is_command) break;
-      const std::string name(word.is_number ? "7" : word.text);
+      if (word.kind == syntax_kind::range || word.kind == syntax_kind::file || word.kind == syntax_kind::word ||
+          word.kind == syntax_kind::text || word.kind == syntax_kind::vlans || word.kind == syntax_kind::command)
+        break;
+      const std::string name(word.kind == syntax_kind::number ? "7" : word.text);
       for (std::size_t length = 1; length < name.size(); ++length) {
         const std::string begun = in_front + name.substr(0, length);
         if (suggest(begun, mode_of(what)).words.size() > 1) continue;
@@ -212,7 +217,7 @@ TEST(Grammar, MistakesAreNamedWithTheNextStep) {
       error_of("show interface ethernet 1/1,"),
       "a number is missing after 'show interface ethernet 1/1,'. Type 'show interface ethernet 1/1, ?' for the list.");
   EXPECT_EQ(error_of("show transport |"),
-            "nothing after '|': expected one of begin, count, exclude, include, json, no-more.");
+            "nothing after '|': expected one of begin, count, exclude, include, json, no-more, save, section.");
   EXPECT_EQ(error_of("show interface ethernet 1/1 1/2"),
             "unknown word '1/2'. Type 'show interface ethernet 1/1 ?' for the list.");
   EXPECT_EQ(error_of("show interface ethernet 1/1 brief 1/2"),
@@ -323,6 +328,58 @@ TEST(Watch, HelpAndCompletionAreThoseOfTheCommandBehindIt) {
   EXPECT_FALSE(host::is_in_expression("watch 2 show interface "));
 }
 
+TEST(Do, CommandsOfTheExecModeAreReadBehindIt) {
+  for (const host::shell_mode mode : {host::kConfigureMode, host::kInterfaceMode}) {
+    for (const char* const line : {"show interface e1/1 brief", "clear counters", "clock advance 7", "undo", "help"}) {
+      std::string error;
+      const auto parsed = parse_command(std::string("do ") + line, error, mode);
+      ASSERT_TRUE(parsed) << line << error;
+      EXPECT_EQ(parsed->what, command_of(line)) << line;
+      EXPECT_EQ(parsed->text, line);
+      EXPECT_EQ(parsed->every, std::nullopt);
+    }
+    std::string error;
+    const auto watched = parse_command("do watch 5 show interface", error, mode);
+    ASSERT_TRUE(watched) << error;
+    EXPECT_EQ(watched->every, 5U);
+    EXPECT_EQ(watched->text, "show interface");
+  }
+}
+
+TEST(Do, NoCommandThatChangesTheModeIsReadBehindIt) {
+  std::string error;
+  for (const char* const word : {"configure", "exit", "quit", "end", "shutdown", "do"}) {
+    EXPECT_FALSE(parse_command(std::string("do ") + word, error, host::kInterfaceMode)) << word;
+    EXPECT_TRUE(error.starts_with("unknown word '" + std::string(word) + "'")) << error;
+    EXPECT_TRUE(error.ends_with(" Type 'do ?' for the list.")) << error;
+  }
+  EXPECT_FALSE(parse_command("watch 5 do show transport", error, host::kConfigureMode));
+  EXPECT_EQ(error, "'do' cannot be watched: only show commands can. Type 'watch 5 show ?' for the list.");
+  EXPECT_EQ(error_of("do show transport"), "'do' belongs to the configuration. Type 'configure' first.");
+}
+
+TEST(Do, HelpAndCompletionAreThoseOfTheCommandBehindIt) {
+  const auto mode = host::kInterfaceMode;
+  EXPECT_EQ(host::complete("do sh", mode).addition, "ow ");
+  EXPECT_TRUE(suggests("do ", "watch", mode));
+  EXPECT_FALSE(suggests("do ", "configure", mode));
+  for (const char* const line : {"show ", "show interface ethernet 1/1 counters ", "clear counters "})
+    EXPECT_EQ(host::help_text(std::string("do ") + line, mode), host::help_text(line)) << line;
+  EXPECT_TRUE(host::is_in_expression("do show interface | include up", mode));
+}
+
+TEST(Comments, AreLinesWithoutACommand) {
+  for (const char* const line : {"# show", "!", " ! what?"}) {
+    std::string error;
+    const auto parsed = parse_command(line, error);
+    ASSERT_TRUE(parsed) << line << error;
+    EXPECT_EQ(parsed->what, nullptr) << line;
+    EXPECT_TRUE(host::is_in_expression(line)) << line;
+    EXPECT_EQ(host::complete(line).addition + host::complete(line).choices, "") << line;
+  }
+  EXPECT_FALSE(host::is_in_expression(""));
+}
+
 TEST(Suggestions, NumberArgumentIsNamedWithItsBoundsAndKeptWhileItIsTyped) {
   for (const char* const line : {"show interface status module ", "show interface status module 6"}) {
     const auto found = suggest(line);
@@ -349,8 +406,8 @@ TEST(Grammar, PipesKeepTheirOrderAndTheirExpressions) {
 
   ASSERT_TRUE(parsed) << error;
   ASSERT_EQ(parsed->pipes.size(), 3U);
-  EXPECT_EQ(parsed->pipes[0].expression, "a b");
-  EXPECT_EQ(parsed->pipes[1].expression, "x|y");
+  EXPECT_EQ(parsed->pipes[0].argument, "a b");
+  EXPECT_EQ(parsed->pipes[1].argument, "x|y");
   EXPECT_EQ(parsed->pipes[2].kind, host::pipe_kind::count);
 }
 
@@ -372,6 +429,15 @@ TEST(Suggestions, EndOfACommandIsHinted) {
   const auto hints = suggest("show transport ").hints;
   EXPECT_TRUE(std::any_of(hints.begin(), hints.end(), [](const auto& hint) { return hint.word == "<Enter>"; }));
   EXPECT_TRUE(suggest("show ").hints.empty());
+}
+
+TEST(Suggestions, PipesAreOfferedWithTheirArguments) {
+  EXPECT_TRUE(suggests("show transport | s", "save"));
+  EXPECT_TRUE(suggests("show transport | s", "section"));
+  EXPECT_EQ(host::help_text("show transport | save "), "  FILE          Name of a file\n");
+  EXPECT_EQ(host::help_text("show transport | save a "), "  <Enter>       Run the command\n");
+  EXPECT_FALSE(host::is_in_expression("show transport | save a"));
+  EXPECT_TRUE(host::is_in_expression("show transport | section a"));
 }
 
 TEST(Expressions, QuestionMarksBelongToThem) {

@@ -51,7 +51,7 @@ TEST_F(AtThePrompt, TabCompletesTheNumbersOfInterfacesThatExist) {
 
 TEST_F(AtThePrompt, TabListsTheChoicesWhenThereIsMoreThanOne) {
   screen.type("show \t");
-  EXPECT_TRUE(screen.shows("interface       kernel-map      module")) << screen.unread();
+  EXPECT_TRUE(screen.shows("interface       kernel-map\r\nmodule          panel ")) << screen.unread();
   EXPECT_TRUE(screen.shows("lab# show ")) << screen.unread();
 }
 
@@ -149,6 +149,33 @@ TEST_F(AtThePrompt, TallOutputStopsAtTheEndOfAScreen) {
   EXPECT_TRUE(screen.shows_prompt()) << screen.unread();
   screen.type("exit\r");
   EXPECT_EQ(screen.exit_code(), 0);
+}
+
+TEST_F(AtThePrompt, LengthOfTheTerminalIsThatOfTheSession) {
+  screen.type("terminal length 0\r");
+  ASSERT_TRUE(screen.shows_prompt()) << screen.unread();
+  screen.type("show interface\r");
+  ASSERT_TRUE(screen.shows("Vethernet1 is up")) << screen.unread();
+  EXPECT_EQ(screen.seen().find("--More--"), std::string::npos);
+  ASSERT_TRUE(screen.shows_prompt()) << screen.unread();
+  screen.type("terminal length 6\r");
+  ASSERT_TRUE(screen.shows_prompt()) << screen.unread();
+  screen.type("show interface ethernet 1/1\r");
+  ASSERT_TRUE(screen.shows("--More--")) << screen.unread();
+  screen.type("q");
+  EXPECT_TRUE(screen.shows_prompt()) << screen.unread();
+}
+
+TEST_F(Keystrokes, BannerNamesTheSwitch) {
+  terminal screen({});
+  ASSERT_TRUE(screen.shows("pmsh on lab. Type '?' for the next word, 'help' for all commands.\r\n")) << screen.unread();
+  EXPECT_TRUE(screen.shows("lab# ")) << screen.unread();
+}
+
+TEST_F(Keystrokes, CommandOfTheProgramHasNoBanner) {
+  terminal screen({"-c", "show clock"});
+  EXPECT_EQ(screen.exit_code(), 0);
+  EXPECT_EQ(screen.unread().find("pmsh on"), std::string::npos) << screen.unread();
 }
 
 TEST_F(AtThePrompt, TableThatFitsTheScreenDoesNotStop) {

@@ -146,6 +146,42 @@ TEST(Structured, AccountsAreNumbersInASectionOfTheirOwn) {
     EXPECT_EQ(document["transport"][key].GetUint64(), 0U) << key;
 }
 
+TEST(Structured, VersionAndPlatformAreTextInBothForms) {
+  const auto document = run_json("show version");
+  const auto& version = document["version"];
+  const std::string file = test_file("lab.yaml");
+  const std::string library = version["library"].GetString();
+
+  EXPECT_STREQ(document["display"].GetString(), "version");
+  EXPECT_STREQ(version["platform"].GetString(), "simulated switch");
+  EXPECT_STREQ(version["switch_name"].GetString(), "lab");
+  EXPECT_EQ(version["switch_file"].GetString(), file);
+  EXPECT_TRUE(version["kernel_release"].IsNull());
+  EXPECT_TRUE(library.ends_with("/libpmcli_common.so")) << library;
+  EXPECT_EQ(document["messages"].Size(), 0U);
+  EXPECT_EQ(run_shell({"--version"}).out, std::string("pmsh ") + version["program_version"].GetString() + "\n");
+  EXPECT_EQ(run_command("show version").out, std::string("pmsh:      ") + version["program_version"].GetString() +
+                                                 "\nPlatform:  simulated switch lab from " + file +
+                                                 "\nLibrary:   " + library + "\n");
+}
+
+TEST(Structured, GeneratedSwitchHasNoFile) {
+  const auto document = parse(run_program(PMSH_PROGRAM, {"--giant", "2", "-c", "show version | json"}));
+  EXPECT_TRUE(document["version"]["switch_file"].IsNull());
+  EXPECT_STREQ(document["version"]["platform"].GetString(), "simulated switch");
+}
+
+TEST(Structured, ClockIsThatOfTheShell) {
+  const std::vector<std::string> stopped = {"--clock", "1800000000", "-c", "clock advance 61", "-c"};
+  const auto shown = [&stopped](const char* line) {
+    std::vector<std::string> arguments = stopped;
+    arguments.emplace_back(line);
+    return run_shell(arguments);
+  };
+  EXPECT_EQ(shown("show clock").out, "2027-01-15T08:01:01Z\n");
+  EXPECT_STREQ(parse(shown("show clock | json"))["clock"]["clock_time"].GetString(), "2027-01-15T08:01:01Z");
+}
+
 TEST(Structured, FiltersBehindItWorkOnTheLinesOfTheDocument) {
   EXPECT_EQ(run_command("show interface ethernet 1/1-3 | json | include Ethernet1/[12].*Desk | count").out, "2\n");
 }

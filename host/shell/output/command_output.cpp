@@ -55,7 +55,7 @@ command_output::command_output(const output_settings& settings, line_filters& fi
 void command_output::wire_chain(line_filters& filters) {
   line_sink* next = &write_;
   if (settings_.coloured && has_marks()) next = &colour_.emplace(*next);
-  if (settings_.paged) next = &page_.emplace(settings_.descriptor, *next);
+  if (settings_.paged) next = &page_.emplace(settings_.descriptor, settings_.lines, *next);
   if (settings_.to_terminal) progress_.emplace(settings_.descriptor);
   next = &gate_.emplace(settings_.is_cancelled, progress_ ? &*progress_ : nullptr, *next);
   next = &filter_.emplace(filters, *next);

@@ -34,6 +34,7 @@ struct output_settings {
   int descriptor = 1;
   bool to_terminal = false;             // lines are shown as soon as they are complete
   bool paged = false;                   // stops at the end of each screen
+  std::size_t lines = 0;                // of a screen; 0: as the terminal reports
   bool structured = false;              // as a document
   bool coloured = false;                // alarms and warnings of marked displays
   std::size_t columns = 0;              // of the terminal that shows it; 0: lines of any width

@@ -51,7 +51,7 @@ int read_key(int terminal) {
 bool pager::make_room(std::string_view line) {
   const screen_size size = size_of(terminal_);
   const std::size_t rows = std::max<std::size_t>(1, (count_characters(line) + size.columns - 1) / size.columns);
-  if (rows_used_ > 0 && rows_used_ + rows >= size.rows && !ask()) return false;
+  if (rows_used_ > 0 && rows_used_ + rows >= (lines_ != 0 ? lines_ : size.rows) && !ask()) return false;
   rows_used_ += rows;
   return true;
 }

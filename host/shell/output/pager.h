@@ -20,7 +20,8 @@ int read_key(int terminal);
 class pager {
  public:
   // `terminal` takes the output, keys come from standard input.
-  explicit pager(int terminal) : terminal_(terminal) {}
+  // `lines` of a screen; 0: as the terminal reports.
+  explicit pager(int terminal, std::size_t lines = 0) : terminal_(terminal), lines_(lines) {}
 
   // To be called before each line. Asks at the end of a screen; false when the user ends the output.
   bool make_room(std::string_view line);
@@ -29,6 +30,7 @@ class pager {
   bool ask();
 
   int terminal_;
+  std::size_t lines_;
   std::size_t rows_used_ = 0;
 };
 

@@ -10,17 +10,23 @@ struct line_filters::stage {
   pipe_kind kind;
   std::unique_ptr<re2::RE2> expression;
   uint64 lines = 0;    // count
-  bool begun = false;  // begin
+  bool begun = false;  // begin: for good; section: up to the next line that is not indented
 };
+
+namespace {
+
+bool is_indented(std::string_view line) { return line.starts_with(' ') || line.starts_with('\t'); }
+
+}  // namespace
 
 line_filters::line_filters() = default;
 line_filters::~line_filters() = default;
 
 std::optional<std::string> line_filters::add(const pipe_stage& requested) {
-  if (requested.kind == pipe_kind::json || requested.kind == pipe_kind::no_more) return std::nullopt;
+  if (!is_filter(requested.kind)) return std::nullopt;
   stage running{requested.kind, nullptr};
   if (requested.kind != pipe_kind::count) {
-    running.expression = std::make_unique<re2::RE2>(requested.expression, re2::RE2::Quiet);
+    running.expression = std::make_unique<re2::RE2>(requested.argument, re2::RE2::Quiet);
     if (!running.expression->ok()) return running.expression->error();
   }
   stages_.push_back(std::move(running));
@@ -34,10 +40,12 @@ bool line_filters::pass_from(std::size_t first, std::string_view line) {
       ++filter.lines;
       return false;
     }
-    if (filter.begun) continue;
+    const bool is_section = filter.kind == pipe_kind::section;
+    if (is_section && is_indented(line) && !filter.begun) return false;
+    if (filter.begun && (!is_section || is_indented(line))) continue;
     const bool matches = re2::RE2::PartialMatch({line.data(), line.size()}, *filter.expression);
+    filter.begun = matches && (is_section || filter.kind == pipe_kind::begin);
     if (matches == (filter.kind == pipe_kind::exclude)) return false;
-    filter.begun = filter.kind == pipe_kind::begin;
   }
   return true;
 }

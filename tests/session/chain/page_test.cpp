@@ -35,7 +35,7 @@ TEST(Page, EndsWhenTheUserIsGone) {
   const no_keys user;
   const int screen = memfd_create("screen", 0);
   seen_lines seen;
-  host::paging_sink page(screen, seen);
+  host::paging_sink page(screen, 0, seen);
   for (int i = 0; i < 22; ++i) page.take({"line"});
   EXPECT_FALSE(page.has_left());
   page.take({std::string(100, 'x')});  // two rows

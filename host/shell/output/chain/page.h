@@ -9,7 +9,7 @@ namespace host {
 // Stops at the end of each screen.
 class paging_sink : public line_link {
  public:
-  paging_sink(int terminal, line_sink& next) : line_link(next), pager_(terminal) {}
+  paging_sink(int terminal, std::size_t lines, line_sink& next) : line_link(next), pager_(terminal, lines) {}
 
   void take(const text_line& it) override {
     if (!has_left_) has_left_ = !pager_.make_room(it.text);

@@ -627,6 +627,15 @@ constexpr binding kBindings[] = {
     {kTagMapInterface, row_of(property::interface), kKernelMapDisplay},
     {kTagMapReason, kRowNameReason, kKernelMapDisplay},
 
+    // The shell and what it runs on.
+    {kTagProgramVersion, kRowProgramVersion, kVersionDisplay},
+    {kTagLibrary, kRowLibrary, kVersionDisplay},
+    {kTagPlatform, kRowPlatform, kVersionDisplay},
+    {kTagSwitchName, kRowSwitchName, kVersionDisplay},
+    {kTagSwitchFile, kRowSwitchFile, kVersionDisplay},
+    {kTagKernelRelease, kRowKernelRelease, kVersionDisplay},
+    {kTagClockTime, kRowClockTime, kClockDisplay},
+
     // An interface whose values all come from the service.
     {kTagRowInterface, row_of(property::interface), kOverviewDisplay | kPanelDisplay},
     {kTagRowUnit, kRowUnit, kPanelDisplay},

@@ -337,6 +337,15 @@ constexpr field kFields[] = {
 
     // A device of the kernel.
     {property::none, "name_reason", text, "", "Reason", "Why the device has the interface, such as \"default route\", \"stored\" or \"vlan of eth1\""},
+
+    // The shell and what it runs on.
+    {property::none, "program_version", text, "", "Version", "Version of the shell"},
+    {property::none, "library", text, "", "Command library", "File that the command library was loaded from"},
+    {property::none, "platform", text, "", "Platform", "\"simulated switch\", or \"Linux\" for the devices of the kernel"},
+    {property::none, "switch_name", text, "", "Switch", "Name of the simulated switch; null over the kernel"},
+    {property::none, "switch_file", text, "", "Switch file", "File that describes the simulated switch; null when there is none"},
+    {property::none, "kernel_release", text, "", "Kernel release", "Release of the kernel; null for a simulated switch"},
+    {property::none, "clock_time", time, "", "Clock", "Time of the shell's clock, in UTC"},
 };
 // clang-format on
 

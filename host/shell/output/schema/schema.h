@@ -89,7 +89,9 @@ enum display_bit : uint64 {
   kModuleResourcesDisplay = uint64{1} << 32,
   kStartupConfigDisplay = uint64{1} << 33,
   kDiffDisplay = uint64{1} << 34,
-  kLastDisplay = kDiffDisplay,
+  kVersionDisplay = uint64{1} << 35,
+  kClockDisplay = uint64{1} << 36,
+  kLastDisplay = kClockDisplay,
 };
 
 struct field {
@@ -135,6 +137,13 @@ enum : uint16 {
   kRowBandwidth,
   kRowAvailableBandwidth,
   kRowNameReason,
+  kRowProgramVersion,
+  kRowLibrary,
+  kRowPlatform,
+  kRowSwitchName,
+  kRowSwitchFile,
+  kRowKernelRelease,
+  kRowClockTime,
   kNumOwnRows
 };
 
@@ -188,6 +197,13 @@ enum : uint16 {
   kTagDiffInterface,
   kTagDiffBefore,
   kTagDiffAfter,
+  kTagProgramVersion,
+  kTagLibrary,
+  kTagPlatform,
+  kTagSwitchName,
+  kTagSwitchFile,
+  kTagKernelRelease,
+  kTagClockTime,
 };
 
 // Tags of the resources of modules, below those.

@@ -1,0 +1,23 @@
+#include "shell/saved_files.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include "shell/files.h"
+#include "shell/prompts.h"
+#include "shell/words.h"
+
+namespace host {
+
+std::string refuse_to_replace(const std::string& path) {
+  if (!is_regular_file(path) || confirm("Replace " + quoted(path) + "? (y/n) [n] ")) return {};
+  return "nothing was written: " + quoted(path) + " exists. Start the shell with --yes to replace it.";
+}
+
+std::string write_fault(const std::string& path, int error) {
+  if (error == 0) return {};
+  const std::string reason = error == ENXIO ? "no process reads the pipe" : std::strerror(error);
+  return "cannot write " + quoted(path) + ": " + reason + ".";
+}
+
+}  // namespace host
