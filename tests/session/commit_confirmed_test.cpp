@@ -37,6 +37,13 @@ TEST(CommitConfirmed, WhatWasRolledBackIsInTheCandidateAgain) {
   EXPECT_EQ(result.out, kCommitted + "ethernet 1/1\n  + switchport mtu 9000\nethernet 1/2\n  + shutdown\n");
 }
 
+TEST(CommitConfirmed, WhatWasDiscardedMeanwhileIsNotInTheCandidateAgain) {
+  for (const char* const lines : {"discard\n", "end\nconfigure candidate\n"})
+    EXPECT_EQ(edited("commit confirmed 60\n" + std::string(lines) + "clock advance 60\nshow diff\n").out,
+              kCommitted + "The candidate is the same as the running configuration.\n")
+        << lines;
+}
+
 TEST(CommitConfirmed, NothingElseIsChangedMeanwhile) {
   for (const char* const lines : {"shutdown\ncommit\n", "shutdown\ncommit confirmed 5\n", "discard\nend\nundo\n",
                                   "end\nconfigure\ninterface loopback 9\n", "end\nconfigure\nno interface loopback 0\n",
