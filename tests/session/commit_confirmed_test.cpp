@@ -1,6 +1,8 @@
 // Commits of a simulated switch that are rolled back unless they are confirmed.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "session/program.h"
 
 namespace session {
@@ -56,6 +58,21 @@ TEST(CommitConfirmed, NothingElseIsChangedMeanwhile) {
         << lines << result.err;
     EXPECT_EQ(result.out.find("  shutdown"), std::string::npos) << lines << result.out;
     EXPECT_NE(result.out.find("  switchport mtu 9000"), std::string::npos) << lines << result.out;
+  }
+}
+
+TEST(CommitConfirmed, ItIsNotStoredMeanwhile) {
+  for (const char* const line : {"write\n", "copy running-config startup-config\n"}) {
+    std::filesystem::remove_all(state_directory());
+    const outcome refused = edited("commit confirmed 60\n" + std::string(line) + "show startup-config\nconfirm\n");
+    EXPECT_EQ(refused.err.substr(0, 90),
+              "pmsh: nothing was changed: a commit waits for 'confirm' and is rolled back in 60 seconds.\n")
+        << line;
+    EXPECT_EQ(refused.exit_code, 1);
+    EXPECT_NE(refused.err.find("pmsh: there is no startup-config yet."), std::string::npos) << refused.err;
+    const outcome stored = edited("commit confirmed 60\nconfirm\n" + std::string(line) + "show startup-config\n");
+    EXPECT_NE(stored.out.find("  switchport mtu 9000"), std::string::npos) << stored.out;
+    EXPECT_EQ(stored.exit_code, 0) << stored.err;
   }
 }
 
