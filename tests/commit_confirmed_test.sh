@@ -64,6 +64,7 @@ expect mtu 5100
 
 step "a commit is rolled back at the end of the shell, which says so"
 candidate $'switchport mtu 5200\ndescription new\ncommit confirmed 600' | run >"$work/said" 2>&1
+[ $? = 1 ] || fail "the exit code is not 1"
 said "pmsh: the commit was not confirmed: it was rolled back for $left." || fail "$(cat "$work/said")"
 expect mtu 5100
 expect ifalias null

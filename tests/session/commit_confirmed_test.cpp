@@ -77,10 +77,12 @@ TEST(CommitConfirmed, ItIsNotStoredMeanwhile) {
 }
 
 TEST(CommitConfirmed, TheEndOfTheShellRollsItBack) {
-  for (const char* const end : {"", "quit\n", "end\nexit\n"})
-    EXPECT_EQ(edited("commit confirmed 60\n" + std::string(end)).err,
-              "pmsh: the commit was not confirmed: it was rolled back for ethernet 1/1.\n")
-        << end;
+  for (const char* const end : {"", "quit\n", "end\nexit\n"}) {
+    const outcome result = edited("commit confirmed 60\n" + std::string(end));
+    EXPECT_EQ(result.err, "pmsh: the commit was not confirmed: it was rolled back for ethernet 1/1.\n") << end;
+    EXPECT_EQ(result.exit_code, 1) << end;
+  }
+  EXPECT_EQ(edited("show interface loopback 5 ifindex\ncommit confirmed 60\n").exit_code, 4) << "the first one";
 }
 
 TEST(CommitConfirmed, WithoutChangesItWaitsForNothing) {
