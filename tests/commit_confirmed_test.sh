@@ -64,6 +64,7 @@ expect mtu 5100
 
 step "a commit is rolled back at the end of the shell, which says so"
 candidate $'switchport mtu 5200\ndescription new\ncommit confirmed 600' | run >"$work/said" 2>&1
+[ $? = 1 ] || fail "the exit code is not 1"
 said "pmsh: the commit was not confirmed: it was rolled back for $left." || fail "$(cat "$work/said")"
 expect mtu 5100
 expect ifalias null
@@ -79,12 +80,16 @@ start_shell
 candidate $'switchport mtu 5300\ncommit confirmed 1' >&9
 until_true said "Committed for $left."
 ip -n "$here" link set left alias 'set meanwhile'
+ip -n "$here" link set right mtu 4000
 until_true is mtu 5100
 expect ifalias 'set meanwhile'
-ip -n "$here" link set left alias ''
 echo 'show diff' >&9
 until_true said "pmsh: the commit was not confirmed in time: it was rolled back for $left."
 end_shell
+differences=$(grep '^  [-+]' "$work/said")
+[ "$differences" = $'  - switchport mtu 5100\n  + switchport mtu 5300' ] || fail "others are in the candidate: $(cat "$work/said")"
+ip -n "$here" link set left alias ''
+ip -n "$here" link set right mtu 1500
 
 for signal in KILL TERM HUP; do
   step "a commit is rolled back when the shell ends by SIG$signal"

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "shell/commands.h"
 #include "shell/interface_ranges.h"
@@ -107,12 +108,14 @@ bool is_of_file_within(const shell& session) { return session.num_files > sessio
 
 }  // namespace
 
-candidate::candidate(uint32 num_files) : begun_(the_machine()), state_{begun_, {}}, num_files_(num_files) {}
+candidate::candidate(uint32 num_files)
+    : begun_(the_machine()), before_commit_(), state_{begun_, {}}, num_files_(num_files) {}
 
 machine_changes candidate::changes() const { return rebased(changes_between(begun_, state_.model), the_machine()); }
 
 void candidate::begin_again(const machine_changes& changes, const changes_made& made) {
   begun_ = the_machine();
+  before_commit_.reset();
   state_ = {begun_, {}};
   if (made.refused.empty()) return;
   const trial on_candidate(state_);
@@ -126,6 +129,13 @@ void candidate::begin_again(const machine_changes& changes, const changes_made& 
   }
   apply_changes(the_machine(), left);
   forget_changes();
+}
+
+void candidate::compare_again() {
+  if (before_commit_)
+    begun_ = *std::exchange(before_commit_, std::nullopt);
+  else if (changes().is_empty())
+    begin_again();
 }
 
 void leave_interfaces_lost_to_user(shell& session) {
@@ -206,6 +216,8 @@ int commit_changes(const invocation& run, std::optional<uint32> seconds) {
   std::unique_ptr<guardian> keeper;
   if (seconds && !changes.is_empty() && !start_guardian(run, changes, keeper))
     return before.report(run.line.text, {}, "no process could start that would roll it back"), kServiceFailed;
+  std::optional<machine> before_commit;
+  if (seconds) before_commit = the_machine();
   begin_changes(run.line.text);
   const changes_made made = apply_changes(the_machine(), changes);
   if (!made.applied.empty()) run.output.text(text_of_commit(made, seconds));
@@ -219,6 +231,7 @@ int commit_changes(const invocation& run, std::optional<uint32> seconds) {
   const int code = report_refusals(run, "commit", refused);
   before.report(run.line.text, refused);
   run.session.edited->begin_again(changes, made);
+  if (run.session.unconfirmed && before_commit) run.session.edited->keep_before_commit(std::move(*before_commit));
   leave_interfaces_lost_to_user(run.session);
   return code;
 }

@@ -1,6 +1,9 @@
 // Settings that are collected and committed together.
 #pragma once
 
+#include <optional>
+#include <utility>
+
 #include "platform/types.h"
 #include "settings/machine_changes.h"
 #include "settings/trial.h"
@@ -30,11 +33,15 @@ class candidate {
   // Begins again as the machine is. Those changes that were refused stay.
   void begin_again(const machine_changes& changes = {}, const changes_made& made = {});
 
-  // The machine was taken back to what it was before a commit: what that changed differs again.
-  void compare_again() { begun_ = the_machine(); }
+  // It began again after a commit that may be rolled back: the machine as it was just before that commit.
+  void keep_before_commit(machine before) { before_commit_ = std::move(before); }
+
+  // The commit was rolled back: what it changed differs again, unless it was discarded meanwhile.
+  void compare_again();
 
  private:
   machine begun_;
+  std::optional<machine> before_commit_;
   trial_state state_;
   uint32 num_files_;
 };

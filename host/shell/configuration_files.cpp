@@ -119,6 +119,7 @@ int show_running_config(const invocation& run) {
 
 int copy_running_config(const invocation& run) {
   const bool is_startup = run.line.argument.empty();
+  if (is_startup && is_waiting_for_confirmation(run)) return kUsage;
   const std::string path = is_startup ? startup_file(run.session) : run.line.argument;
   if (path.empty()) {
     run.output.complain(kNoPlaceForStartup);

@@ -31,6 +31,10 @@ void leave_dry_run(shell& session) {
 }
 
 int configure_dry_run(const invocation& run) {
+  if (run.session.edited) {
+    run.output.complain("a dry run cannot begin while there is a candidate. Type 'end' to leave the candidate first.");
+    return kUsage;
+  }
   if (!run.session.trying) run.session.trying = std::make_unique<dry_run>(run.session.num_files);
   run.session.mode = kConfigureMode;
   return kDone;

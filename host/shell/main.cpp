@@ -168,8 +168,8 @@ int run(const options& wanted) {
   if (wanted.assume_yes) assume_yes();
   const int result = run_session(wanted, session);
   end_candidate(session);
-  end_unconfirmed_commit(session);
-  return result;
+  const int code = end_unconfirmed_commit(session);
+  return result == kDone ? code : result;
 }
 
 // A descriptor that is closed must not become that of another file: reading and writing it fail.

@@ -21,13 +21,15 @@ std::size_t take_back(unconfirmed_commit& commit) {
   return refused ? *refused : take_change_back(the_machine()).refused.size();
 }
 
-void roll_back(shell& session, const std::string& reason) {
+// Returns how many interfaces refused.
+std::size_t roll_back(shell& session, const std::string& reason) {
   const std::unique_ptr<unconfirmed_commit> commit = std::exchange(session.unconfirmed, nullptr);
   const std::size_t refused = take_back(*commit);
   if (session.edited) session.edited->compare_again();
   leave_interfaces_lost_to_user(session);
   print_error(reason + ": it was rolled back for " + range_text(commit->interfaces) +
               (refused == 0 ? "." : ", but some interfaces refused that."));
+  return refused;
 }
 
 }  // namespace
@@ -39,8 +41,9 @@ void check_confirmation(shell& session) {
     roll_back(session, "the commit was not confirmed in time");
 }
 
-void end_unconfirmed_commit(shell& session) {
-  if (session.unconfirmed != nullptr) roll_back(session, "the commit was not confirmed");
+int end_unconfirmed_commit(shell& session) {
+  if (session.unconfirmed == nullptr) return kDone;
+  return roll_back(session, "the commit was not confirmed") == 0 ? kUsage : kSomeInterfacesFailed;
 }
 
 bool is_waiting_for_confirmation(const invocation& run) {

@@ -22,8 +22,8 @@ struct unconfirmed_commit {
 // To be called before a line runs: takes a commit back whose time is over, and says so.
 void check_confirmation(shell& session);
 
-// The session ends: a commit that is not confirmed is taken back, which is said.
-void end_unconfirmed_commit(shell& session);
+// The session ends: a commit that is not confirmed is taken back, which is said. Returns the exit code.
+int end_unconfirmed_commit(shell& session);
 
 // True, after a complaint, when a commit waits for its confirmation: nothing else may be changed meanwhile.
 bool is_waiting_for_confirmation(const invocation& run);

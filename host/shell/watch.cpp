@@ -120,6 +120,18 @@ class broken_pipe_scope {
   void (*outside_)(int) = SIG_DFL;
 };
 
+// While it lives, errors go to a sink.
+class error_sink_scope {
+ public:
+  explicit error_sink_scope(error_taker sink) : outside_(set_error_sink(std::move(sink))) {}
+  ~error_sink_scope() { set_error_sink(std::move(outside_)); }
+  error_sink_scope(const error_sink_scope&) = delete;
+  error_sink_scope& operator=(const error_sink_scope&) = delete;
+
+ private:
+  error_taker outside_;
+};
+
 // Returns 0, or the errno with which writing failed. Ctrl-C ends the waiting for a reader.
 int put(std::string_view text) { return write_all(STDOUT_FILENO, text, was_interrupted); }
 
@@ -188,6 +200,7 @@ class watcher {
 
   // Makes a reading and shows it. Returns 0, or the errno with which writing it failed.
   int show_reading() {
+    check_commit();
     the_source().refresh(the_machine());
     refreshed_sec_ = clock_now_exactly();
     traffic_.begin_reading();
@@ -207,6 +220,13 @@ class watcher {
   }
 
  private:
+  // A drawing would replace what standard error says of a rollback at once: it is part of all that follow.
+  void check_commit() {
+    if (usual_.structured) return check_confirmation(session_);
+    const error_sink_scope errors([this](std::string_view error) { rollback_.emplace_back(error); });
+    check_confirmation(session_);
+  }
+
   // What the command shows.
   std::string run(line_filters& filters) {
     std::string text;
@@ -253,12 +273,13 @@ class watcher {
   int show_screen() {
     line_filters filters;
     add_filters(filters);
-    const std::vector<std::string> shown = lines_of(run(filters));
+    std::vector<std::string> shown = lines_of(run(filters));
     if (was_interrupted()) return 0;
     if (is_refused()) {
       for (const std::string& line : shown) print_error(line);
       return 0;
     }
+    shown.insert(shown.begin(), rollback_.begin(), rollback_.end());
     const screen_size size = size_of(STDOUT_FILENO);
     return put(std::string(begin_of_drawing()) + drawing(first_line(size), shown, rate_lines(traffic_.rows()), size));
   }
@@ -288,6 +309,7 @@ class watcher {
   const output_settings& usual_;
   int result_ = kDone;
   bool has_shown_interface_ = false;
+  std::vector<std::string> rollback_;  // what was said of a commit that was not confirmed
   std::vector<std::string> reported_;  // errors of the reading
   std::vector<std::string> reported_before_;
   uint64 readings_ = 0;

@@ -1,6 +1,8 @@
 // Commits of a simulated switch that are rolled back unless they are confirmed.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "session/program.h"
 
 namespace session {
@@ -37,6 +39,13 @@ TEST(CommitConfirmed, WhatWasRolledBackIsInTheCandidateAgain) {
   EXPECT_EQ(result.out, kCommitted + "ethernet 1/1\n  + switchport mtu 9000\nethernet 1/2\n  + shutdown\n");
 }
 
+TEST(CommitConfirmed, WhatWasDiscardedMeanwhileIsNotInTheCandidateAgain) {
+  for (const char* const lines : {"discard\n", "end\nconfigure candidate\n"})
+    EXPECT_EQ(edited("commit confirmed 60\n" + std::string(lines) + "clock advance 60\nshow diff\n").out,
+              kCommitted + "The candidate is the same as the running configuration.\n")
+        << lines;
+}
+
 TEST(CommitConfirmed, NothingElseIsChangedMeanwhile) {
   for (const char* const lines : {"shutdown\ncommit\n", "shutdown\ncommit confirmed 5\n", "discard\nend\nundo\n",
                                   "end\nconfigure\ninterface loopback 9\n", "end\nconfigure\nno interface loopback 0\n",
@@ -52,11 +61,28 @@ TEST(CommitConfirmed, NothingElseIsChangedMeanwhile) {
   }
 }
 
+TEST(CommitConfirmed, ItIsNotStoredMeanwhile) {
+  for (const char* const line : {"write\n", "copy running-config startup-config\n"}) {
+    std::filesystem::remove_all(state_directory());
+    const outcome refused = edited("commit confirmed 60\n" + std::string(line) + "show startup-config\nconfirm\n");
+    EXPECT_EQ(refused.err.substr(0, 90),
+              "pmsh: nothing was changed: a commit waits for 'confirm' and is rolled back in 60 seconds.\n")
+        << line;
+    EXPECT_EQ(refused.exit_code, 1);
+    EXPECT_NE(refused.err.find("pmsh: there is no startup-config yet."), std::string::npos) << refused.err;
+    const outcome stored = edited("commit confirmed 60\nconfirm\n" + std::string(line) + "show startup-config\n");
+    EXPECT_NE(stored.out.find("  switchport mtu 9000"), std::string::npos) << stored.out;
+    EXPECT_EQ(stored.exit_code, 0) << stored.err;
+  }
+}
+
 TEST(CommitConfirmed, TheEndOfTheShellRollsItBack) {
-  for (const char* const end : {"", "quit\n", "end\nexit\n"})
-    EXPECT_EQ(edited("commit confirmed 60\n" + std::string(end)).err,
-              "pmsh: the commit was not confirmed: it was rolled back for ethernet 1/1.\n")
-        << end;
+  for (const char* const end : {"", "quit\n", "end\nexit\n"}) {
+    const outcome result = edited("commit confirmed 60\n" + std::string(end));
+    EXPECT_EQ(result.err, "pmsh: the commit was not confirmed: it was rolled back for ethernet 1/1.\n") << end;
+    EXPECT_EQ(result.exit_code, 1) << end;
+  }
+  EXPECT_EQ(edited("show interface loopback 5 ifindex\ncommit confirmed 60\n").exit_code, 4) << "the first one";
 }
 
 TEST(CommitConfirmed, WithoutChangesItWaitsForNothing) {

@@ -125,6 +125,21 @@ TEST(DryRun, AFileThatItReadsDoesNotEndIt) {
   std::remove(file.c_str());
 }
 
+TEST(DryRun, IsRefusedWhileThereIsACandidate) {
+  const std::string file = testing::TempDir() + "pmsh-dry-run-in-candidate.cfg";
+  std::ofstream(file) << "configure dry-run\ninterface ethernet 1/1\ndescription DRY\n";
+  const std::string refusal =
+      "pmsh: a dry run cannot begin while there is a candidate. Type 'end' to leave the candidate first.\n";
+  const outcome copied = run_lines("configure candidate\ninterface ethernet 1/2\nshutdown\ncopy " + file +
+                                   " running-config\ncommit\nend\nshow running-config\n");
+  EXPECT_EQ(copied.exit_code, 1);
+  EXPECT_TRUE(copied.err.starts_with(refusal)) << copied.err;
+  EXPECT_EQ(copied.out,
+            "Committed for ethernet 1/2.\n! Settings of lab\nconfigure\ninterface ethernet 1/2\n  shutdown\n"
+            "interface ethernet 1/11-12\n  channel-group 7\nend\n");
+  std::remove(file.c_str());
+}
+
 TEST(DryRun, HasRecords) {
   const outcome result = tried("interface ethernet 1/1\nswitchport mtu 9000 | json\n");
   rapidjson::Document document;

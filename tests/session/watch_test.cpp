@@ -67,6 +67,40 @@ TEST(WatchInAPipe, ClockThatStandsHasNoRates) {
   EXPECT_EQ(shell.exit_code(), 130);
 }
 
+// The commands of a commit that waits a second for its confirmation, and of a watch.
+std::vector<std::string> watched_commit() {
+  return {"-c", "configure candidate",
+          "-c", "interface ethernet 2/1",
+          "-c", "description new",
+          "-c", "commit confirmed 1",
+          "-c", "watch 1 show running-config interface ethernet 2/1"};
+}
+
+TEST(WatchOfACommit, RollsItBackWhenItsTimeIsOver) {
+  piped_shell shell(test_file("counters.yaml"), watched_commit());
+  EXPECT_TRUE(shell.line().starts_with("Committed for "));
+  bool is_rolled_back = false;
+  for (int i = 0; i < 5 && !is_rolled_back; ++i) {
+    const std::string reading = shell.line();
+    ASSERT_TRUE(reading.starts_with("{")) << reading;
+    is_rolled_back = reading.find("description new") == std::string::npos;
+  }
+  EXPECT_TRUE(is_rolled_back);
+  shell.interrupt();
+  EXPECT_EQ(shell.exit_code(), 130);
+}
+
+TEST(WatchOfACommit, DrawingsShowThatItWasRolledBack) {
+  terminal shell(watched_commit(), test_file("counters.yaml"));
+  for (int i = 0; i < 2; ++i) {
+    ASSERT_TRUE(shell.shows("Every 1 s: ")) << shell.unread();
+    ASSERT_TRUE(shell.shows("the commit was not confirmed in time: it was rolled back for ethernet 2/1."))
+        << shell.unread();
+  }
+  shell.type(kCtrlC);
+  EXPECT_EQ(shell.exit_code(), 130);
+}
+
 TEST(WatchInAPipe, LinesOfTheDisplayBelongToItsRates) {
   piped_shell shell = running("watch 1 show interface ethernet 2/1 detailed");
   ASSERT_NE(shell.line(), "");
