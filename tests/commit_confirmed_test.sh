@@ -31,7 +31,7 @@ candidate() { printf 'configure candidate\ninterface %s\n%s\n' "$left" "$1"; }
 start_shell() {
   rm -f "$work/lines" "$work/said"
   mkfifo "$work/lines"
-  ip netns exec "$here" "$pmsh" --kernel "$@" <"$work/lines" >"$work/said" 2>&1 &
+  ip netns exec "$here" "$pmsh" --kernel "$@" <"$work/lines" >"$work/said" 2>&1 7</dev/zero &
   shell=$!
   exec 9>"$work/lines"
 }
@@ -110,6 +110,8 @@ guardian=$(pgrep -P "$shell") || fail "there is no guardian"
 [ "$(ps -o sid= -p "$guardian" | tr -d ' ')" = "$guardian" ] || fail "it is in another session"
 kill -HUP "$guardian" && kill -INT "$guardian" && kill -TERM "$guardian"
 [ "$(readlink "/proc/$guardian/fd/1")" = /dev/null ] || fail "it holds the shell's output open"
+held=$(find "/proc/$guardian/fd" -type l -printf '%l\n' | grep -vx /dev/null)
+[[ $held =~ ^socket:\[[0-9]+\]$ ]] || fail "besides its socket it holds open: $held"
 echo 'confirm' >&9
 until_true said "Confirmed for $left."
 [ -z "$(pgrep -P "$shell")" ] || fail "it is still there"
