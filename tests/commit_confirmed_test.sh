@@ -118,15 +118,29 @@ until_true said "Confirmed for $left."
 end_shell
 expect mtu 5500
 
-step "the shell rolls back itself when the guardian was killed"
+step "without its guardian, which was killed, the shell rolls back itself when the time is over"
 start_shell
 candidate $'switchport mtu 5700\ncommit confirmed 600' >&9
 until_true said "Committed for $left."
 kill -KILL "$(pgrep -P "$shell")"
-echo 'show diff' >&9
-until_true said "it was rolled back for $left."
+printf 'show diff\nclock advance 500\nshow diff\nno-such-command\n' >&9
+until_true said "no-such-command"
+said "rolled back for" && fail "it is rolled back before the time is over: $(cat "$work/said")"
+printf 'clock advance 100\nshow diff\n' >&9
+until_true said "the commit was not confirmed in time: it was rolled back for $left."
 end_shell
 expect mtu 5500
+
+step "without its guardian a commit is confirmed in time"
+start_shell
+candidate $'switchport mtu 5700\ncommit confirmed 600' >&9
+until_true said "Committed for $left."
+kill -KILL "$(pgrep -P "$shell")"
+echo confirm >&9
+until_true said "Confirmed for $left."
+end_shell
+expect mtu 5700
+candidate $'switchport mtu 5500\ncommit' | run >/dev/null || fail "a commit fails"
 
 if command -v setpriv >/dev/null && command -v prlimit >/dev/null; then
   step "a guardian that cannot start refuses the commit before anything is changed"

@@ -24,7 +24,7 @@ class guardian {
   // The changes were made: they are taken back after so many seconds of the machine's time.
   void begin(uint32 seconds);
 
-  // True when the guardian has ended: it took the changes back.
+  // True when the guardian has taken the changes back. One that was killed has not: the shell's own clock then decides.
   bool has_ended() const;
 
   // Ends it without taking them back. False when it took them back before that.
