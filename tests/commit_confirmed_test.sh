@@ -102,7 +102,7 @@ for signal in KILL TERM HUP; do
   until_true is mtu 5100
 done
 
-step "the guardian is no part of the shell's session, and ends with its commit"
+step "the guardian is not part of the shell's session, and ends with its commit"
 start_shell
 candidate $'switchport mtu 5500\ncommit confirmed 600' >&9
 until_true said "Committed for $left."

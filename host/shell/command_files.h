@@ -26,7 +26,7 @@ struct command_text {
 };
 command_text read_commands(const std::string& path, bool is_startup);
 
-// Whether a line of a file, without blanks at its ends, is none that runs.
+// Whether a line of a file, without blanks at its ends, is empty or a comment: it does not run.
 bool is_comment(std::string_view line);
 
 // What "copy FILE running-config" came to.

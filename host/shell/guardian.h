@@ -31,7 +31,7 @@ class guardian {
   bool confirm();
 
   // Has it take them back now, if it has not yet, and waits. Returns how many interfaces refused that; nothing when the
-  // guardian was killed, so that nobody takes them back.
+  // guardian was killed and they are still there.
   std::optional<uint32> roll_back();
 
  private:
