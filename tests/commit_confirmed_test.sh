@@ -31,7 +31,7 @@ candidate() { printf 'configure candidate\ninterface %s\n%s\n' "$left" "$1"; }
 start_shell() {
   rm -f "$work/lines" "$work/said"
   mkfifo "$work/lines"
-  ip netns exec "$here" "$pmsh" --kernel "$@" <"$work/lines" >"$work/said" 2>&1 &
+  ip netns exec "$here" "$pmsh" --kernel "$@" <"$work/lines" >"$work/said" 2>&1 7</dev/zero &
   shell=$!
   exec 9>"$work/lines"
 }
@@ -102,7 +102,7 @@ for signal in KILL TERM HUP; do
   until_true is mtu 5100
 done
 
-step "the guardian is no part of the shell's session, and ends with its commit"
+step "the guardian is not part of the shell's session, and ends with its commit"
 start_shell
 candidate $'switchport mtu 5500\ncommit confirmed 600' >&9
 until_true said "Committed for $left."
@@ -110,21 +110,37 @@ guardian=$(pgrep -P "$shell") || fail "there is no guardian"
 [ "$(ps -o sid= -p "$guardian" | tr -d ' ')" = "$guardian" ] || fail "it is in another session"
 kill -HUP "$guardian" && kill -INT "$guardian" && kill -TERM "$guardian"
 [ "$(readlink "/proc/$guardian/fd/1")" = /dev/null ] || fail "it holds the shell's output open"
+held=$(find "/proc/$guardian/fd" -type l -printf '%l\n' | grep -vx /dev/null)
+[[ $held =~ ^socket:\[[0-9]+\]$ ]] || fail "besides its socket it holds open: $held"
 echo 'confirm' >&9
 until_true said "Confirmed for $left."
 [ -z "$(pgrep -P "$shell")" ] || fail "it is still there"
 end_shell
 expect mtu 5500
 
-step "the shell rolls back itself when the guardian was killed"
+step "without its guardian, which was killed, the shell rolls back itself when the time is over"
 start_shell
 candidate $'switchport mtu 5700\ncommit confirmed 600' >&9
 until_true said "Committed for $left."
 kill -KILL "$(pgrep -P "$shell")"
-echo 'show diff' >&9
-until_true said "it was rolled back for $left."
+printf 'show diff\nclock advance 500\nshow diff\nno-such-command\n' >&9
+until_true said "no-such-command"
+said "rolled back for" && fail "it is rolled back before the time is over: $(cat "$work/said")"
+printf 'clock advance 100\nshow diff\n' >&9
+until_true said "the commit was not confirmed in time: it was rolled back for $left."
 end_shell
 expect mtu 5500
+
+step "without its guardian a commit is confirmed in time"
+start_shell
+candidate $'switchport mtu 5700\ncommit confirmed 600' >&9
+until_true said "Committed for $left."
+kill -KILL "$(pgrep -P "$shell")"
+echo confirm >&9
+until_true said "Confirmed for $left."
+end_shell
+expect mtu 5700
+candidate $'switchport mtu 5500\ncommit' | run >/dev/null || fail "a commit fails"
 
 if command -v setpriv >/dev/null && command -v prlimit >/dev/null; then
   step "a guardian that cannot start refuses the commit before anything is changed"

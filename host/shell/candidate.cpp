@@ -113,6 +113,10 @@ candidate::candidate(uint32 num_files)
 
 machine_changes candidate::changes() const { return rebased(changes_between(begun_, state_.model), the_machine()); }
 
+machine_changes candidate::changes_in_trial() const {
+  return rebased(changes_between(begun_, the_machine()), state_.model);
+}
+
 void candidate::begin_again(const machine_changes& changes, const changes_made& made) {
   begun_ = the_machine();
   before_commit_.reset();

@@ -27,6 +27,9 @@ class candidate {
   // What a commit would change of the machine as it is now.
   machine_changes changes() const;
 
+  // The same, to be called in a trial of the candidate, which is the_machine() there.
+  machine_changes changes_in_trial() const;
+
   // An interface of the candidate, or null.
   const interface* find(if_index_t if_index) const { return state_.model.find(if_index); }
 

@@ -1,5 +1,6 @@
 #include "shell/guardian.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -10,10 +11,12 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "base/c_edge.h"
 #include "switch/source.h"
@@ -46,12 +49,27 @@ bool receive_message(int socket, message& it) {
 
 using clock = std::chrono::steady_clock;
 
-// It is no part of the shell's session, holds none of its files open, and outlives what ends the shell.
-void leave_shell() {
+// Lets go of all open files but one. Their descriptors stay in use, because objects of the shell may close theirs later
+// and must not hit another file.
+void release_files_but(int kept, int nowhere) {
+  std::vector<int> open_ones;
+  if (DIR* const directory = opendir("/proc/self/fd"); directory != nullptr) {
+    while (const dirent* const entry = readdir(directory)) open_ones.push_back(std::atoi(entry->d_name));
+    std::erase(open_ones, dirfd(directory));
+    closedir(directory);
+  }
+  for (const int descriptor : open_ones)
+    if (descriptor > STDERR_FILENO && descriptor != kept) dup2(nowhere, descriptor);
+}
+
+// The process gets a session of its own, keeps no file of the shell open but its socket, and outlives what ends the
+// shell.
+void leave_shell(int socket) {
   setsid();
   for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGTSTP, SIGPIPE}) std::signal(signal, SIG_IGN);
   const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nowhere, descriptor);
+  release_files_but(socket, nowhere);
 }
 
 // Of devices that cannot be read, none is changed back: a kernel that is out of memory may have some a little later.
@@ -89,7 +107,7 @@ bool wait_for_confirmation(int socket) {
 }
 
 [[noreturn]] void guard(int socket, const machine_changes& back) {
-  leave_shell();
+  leave_shell(socket);
   send_message(socket, {kReady, 0});
   if (wait_for_confirmation(socket))
     send_message(socket, {kConfirmed, 0});
@@ -129,8 +147,8 @@ void guardian::end() {
 void guardian::begin(uint32 seconds) { send_message(socket_, {kBegin, seconds}); }
 
 bool guardian::has_ended() const {
-  pollfd answer{.fd = socket_, .events = POLLIN, .revents = 0};
-  return socket_ < 0 || poll(&answer, 1, 0) > 0;
+  message answer{};
+  return socket_ < 0 || recv(socket_, &answer, sizeof answer, MSG_PEEK | MSG_DONTWAIT) == sizeof answer;
 }
 
 // A guardian that ends without an answer was killed: nothing is taken back any more.

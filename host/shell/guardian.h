@@ -24,14 +24,14 @@ class guardian {
   // The changes were made: they are taken back after so many seconds of the machine's time.
   void begin(uint32 seconds);
 
-  // True when the guardian has ended: it took the changes back.
+  // True when the guardian has taken the changes back. One that was killed has not: the shell's own clock then decides.
   bool has_ended() const;
 
   // Ends it without taking them back. False when it took them back before that.
   bool confirm();
 
   // Has it take them back now, if it has not yet, and waits. Returns how many interfaces refused that; nothing when the
-  // guardian was killed, so that nobody takes them back.
+  // guardian was killed and they are still there.
   std::optional<uint32> roll_back();
 
  private:

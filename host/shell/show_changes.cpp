@@ -67,6 +67,12 @@ void record_step(command_output& output, std::size_t number, const change_step& 
   }
 }
 
+std::string text_without_steps(const shell& session) {
+  if (!session.edited) return "Nothing was changed in this session.\n";
+  if (session.edited->changes_in_trial().is_empty()) return "The candidate has no changes.\n";
+  return "The candidate has the changes of an earlier commit only: 'show diff' lists them.\n";
+}
+
 }  // namespace
 
 int show_changes(const invocation& run) {
@@ -79,7 +85,7 @@ int show_changes(const invocation& run) {
     else
       print_step(run.output, at + 1, steps[at], user, found);
   }
-  if (steps.empty() && !run.output.is_structured()) run.output.text("Nothing was changed in this session.\n");
+  if (steps.empty() && !run.output.is_structured()) run.output.text(text_without_steps(run.session));
   return kDone;
 }
 

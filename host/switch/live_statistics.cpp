@@ -50,21 +50,24 @@ bool refresh_from_device(interface& port) {
 }  // namespace
 
 void take_device_counters(const device_counters& counted, const device_rates& rates, statistics& stats) {
-  stats.in = {.bytes = counted.rx_bytes,
-              .packets = counted.rx_packets,
-              .multicast_packets = std::min(counted.rx_multicast, counted.rx_packets),
-              .errors = counted.rx_errors,
-              .discards = counted.rx_dropped};
-  stats.out = {.bytes = counted.tx_bytes,
-               .packets = counted.tx_packets,
-               .errors = counted.tx_errors,
-               .discards = counted.tx_dropped};
-  stats.errors = {.crc = counted.rx_frame_errors,
-                  .collisions = counted.tx_collisions,
-                  .lost_carrier = counted.tx_carrier_errors,
-                  .compressed = counted.rx_compressed,
-                  .receive_fifo = counted.rx_fifo_errors,
-                  .send_fifo = counted.tx_fifo_errors};
+  stats.in = {};
+  stats.in.bytes = counted.rx_bytes;
+  stats.in.packets = counted.rx_packets;
+  stats.in.multicast_packets = std::min(counted.rx_multicast, counted.rx_packets);
+  stats.in.errors = counted.rx_errors;
+  stats.in.discards = counted.rx_dropped;
+  stats.out = {};
+  stats.out.bytes = counted.tx_bytes;
+  stats.out.packets = counted.tx_packets;
+  stats.out.errors = counted.tx_errors;
+  stats.out.discards = counted.tx_dropped;
+  stats.errors = {};
+  stats.errors.crc = counted.rx_frame_errors;
+  stats.errors.collisions = counted.tx_collisions;
+  stats.errors.lost_carrier = counted.tx_carrier_errors;
+  stats.errors.compressed = counted.rx_compressed;
+  stats.errors.receive_fifo = counted.rx_fifo_errors;
+  stats.errors.send_fifo = counted.tx_fifo_errors;
   stats.in_bytes_per_second = rates.rx_bytes;
   stats.in_packets_per_second = rates.rx_packets;
   stats.out_bytes_per_second = rates.tx_bytes;

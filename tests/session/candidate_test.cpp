@@ -98,6 +98,17 @@ TEST(Candidate, ACommitIsOneUndoStep) {
       << result.out;
 }
 
+TEST(Candidate, AfterACommitItHasNoChangesToShow) {
+  const std::string kNone = "The candidate has no changes.\n";
+  EXPECT_EQ(edited("show changes\n").out, kNone);
+  EXPECT_EQ(edited(kMtu + "commit\nshow changes\n").out, "Committed for ethernet 1/1-2.\n" + kNone);
+  const outcome rolled_back = edited(kMtu + "commit confirmed 60\nclock advance 60\nshow changes\n");
+  EXPECT_NE(
+      rolled_back.out.find("\nThe candidate has the changes of an earlier commit only: 'show diff' lists them.\n"),
+      std::string::npos)
+      << rolled_back.out;
+}
+
 TEST(Candidate, WithinItSettingsAreTakenBackOneByOne) {
   EXPECT_EQ(edited(kMtu + "shutdown\nundo\nshow diff\nundo 2\n").out,
             "Taken back for ethernet 1/1-2.\nethernet 1/1-2\n  + switchport mtu 9000\n");
