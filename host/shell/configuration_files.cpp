@@ -9,6 +9,7 @@
 #include "shell/files.h"
 #include "shell/interface_kinds.h"
 #include "shell/output/command_output.h"
+#include "shell/output/printable.h"
 #include "shell/output/schema/schema.h"
 #include "shell/prompts.h"
 #include "shell/running_config.h"
@@ -127,25 +128,27 @@ int copy_running_config(const invocation& run) {
     run.output.complain(kNoPlaceForStartup);
     return kUsage;
   }
+  std::string shown;
+  append_printable(shown, path);
   const selection chosen = select_configured(run);
   if (chosen.code != kDone) return chosen.code;
   if (path == "-") {
     run.output.text(configuration_text(run, chosen));
     return kDone;
   }
-  if (!is_startup && is_regular_file(path) && !confirm("Replace " + quoted(path) + "? (y/n) [n] ")) {
-    run.output.complain("nothing was written: " + quoted(path) + " exists. Start the shell with --yes to replace it.");
+  if (!is_startup && is_regular_file(path) && !confirm("Replace " + quoted(shown) + "? (y/n) [n] ")) {
+    run.output.complain("nothing was written: " + quoted(shown) + " exists. Start the shell with --yes to replace it.");
     return kUsage;
   }
   int error = is_startup ? make_directories_of(path) : 0;
   if (error == 0) error = write_file(path, configuration_text(run, chosen));
   if (error != 0) {
     const std::string reason = error == ENXIO ? "no process reads the pipe" : std::strerror(error);
-    run.output.complain("cannot write '" + path + "': " + reason + ".");
+    run.output.complain("cannot write " + quoted(shown) + ": " + reason + ".");
     return kUsage;
   }
   if (is_startup) the_machine().save_startup();
-  run.output.text("Written to " + path + ".\n");
+  run.output.text("Written to " + quoted(shown) + ".\n");
   return kDone;
 }
 
