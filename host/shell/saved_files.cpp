@@ -4,20 +4,31 @@
 #include <cstring>
 
 #include "shell/files.h"
+#include "shell/output/printable.h"
 #include "shell/prompts.h"
 #include "shell/words.h"
 
 namespace host {
+namespace {
+
+// The path in quotes, without control bytes.
+std::string shown(const std::string& path) {
+  std::string text;
+  append_printable(text, path);
+  return quoted(text);
+}
+
+}  // namespace
 
 std::string refuse_to_replace(const std::string& path) {
-  if (!is_regular_file(path) || confirm("Replace " + quoted(path) + "? (y/n) [n] ")) return {};
-  return "nothing was written: " + quoted(path) + " exists. Start the shell with --yes to replace it.";
+  if (!is_regular_file(path) || confirm("Replace " + shown(path) + "? (y/n) [n] ")) return {};
+  return "nothing was written: " + shown(path) + " exists. Start the shell with --yes to replace it.";
 }
 
 std::string write_fault(const std::string& path, int error) {
   if (error == 0) return {};
   const std::string reason = error == ENXIO ? "no process reads the pipe" : std::strerror(error);
-  return "cannot write " + quoted(path) + ": " + reason + ".";
+  return "cannot write " + shown(path) + ": " + reason + ".";
 }
 
 }  // namespace host

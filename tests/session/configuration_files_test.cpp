@@ -235,7 +235,7 @@ using StartupConfig = ConfigurationFiles;
 
 TEST_F(StartupConfig, IsShownAsItWasStored) {
   const outcome stored = run("configure\ninterface ethernet 1/1-2\nshutdown\ndescription \"a | b\"\nend\nwrite\n");
-  EXPECT_EQ(stored.out, "Written to " + state_directory() + "/pmsh/lab.startup-config.\n");
+  EXPECT_EQ(stored.out, "Written to '" + state_directory() + "/pmsh/lab.startup-config'.\n");
   const outcome result = run("show startup-config\n");
   EXPECT_EQ(result.exit_code, 0);
   EXPECT_EQ(result.out,
@@ -310,6 +310,13 @@ TEST_F(StartupConfig, AStateDirectoryThatIsAFileIsNamed) {
   EXPECT_EQ(text_of(state_directory() + "/pmsh"), "not a directory");
 }
 
+TEST_F(StartupConfig, APathWithANewlineStaysOnItsLine) {
+  const outcome result = run_program(
+      "/usr/bin/env", {"XDG_STATE_HOME=" + path("of\nuser"), PMSH_PROGRAM, "--switch", kSwitch, "-c", "write"});
+  EXPECT_EQ(result.out, "Written to '" + path("of\\x0auser/pmsh/lab.startup-config") + "'.\n");
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+}
+
 // The directory of another user, who lets no one write there.
 TEST_F(StartupConfig, AStateDirectoryThatMayNotBeWrittenIsNamed) {
   if (geteuid() != 0) GTEST_SKIP() << "only root can be another user";
@@ -366,7 +373,7 @@ TEST_F(WrittenAtThePrompt, AnExistingFileIsReplacedWhenTheUserAgrees) {
   shell.type("copy running-config " + file + "\r");
   ASSERT_TRUE(shell.shows("Replace '" + file + "'? (y/n) [n] ")) << shell.unread();
   shell.type("y\r");
-  ASSERT_TRUE(shell.shows("Written to " + file)) << shell.unread();
+  ASSERT_TRUE(shell.shows("Written to '" + file)) << shell.unread();
   EXPECT_EQ(text_of(file), settings_);
 }
 
@@ -384,7 +391,7 @@ TEST_F(WrittenAtThePrompt, YesReplacesAFileWithoutAQuestion) {
   terminal shell({"--yes"}, kSwitch);
   ASSERT_TRUE(shell.shows_prompt()) << shell.unread();
   shell.type("copy running-config " + file + "\r");
-  ASSERT_TRUE(shell.shows("Written to " + file)) << shell.unread();
+  ASSERT_TRUE(shell.shows("Written to '" + file)) << shell.unread();
   EXPECT_EQ(shell.seen().find("Replace"), std::string::npos);
   EXPECT_EQ(text_of(file), settings_);
 }

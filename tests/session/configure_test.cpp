@@ -470,7 +470,7 @@ TEST(Configure, TheStandardOutputIsWrittenToUnderAnyName) {
   EXPECT_EQ(run_lines("copy running-config -\n").out, expected);
   const outcome result = run_lines("copy running-config /dev/stdout\n");
   EXPECT_EQ(result.err, "");
-  EXPECT_EQ(result.out, expected + "Written to /dev/stdout.\n");
+  EXPECT_EQ(result.out, expected + "Written to '/dev/stdout'.\n");
 }
 
 TEST(Configure, AFileEndsWithTheFirstFailure) {
@@ -510,7 +510,7 @@ TEST(Configure, FilesThatCannotBeReadAreNamed) {
 TEST(Configure, SettingsAreWrittenToFiles) {
   const file_of_test file("what was there before");
   const outcome result = configured("ethernet 1/1", "shutdown", "copy running-config " + file.path);
-  EXPECT_EQ(result.out, "Written to " + file.path + ".\n");
+  EXPECT_EQ(result.out, "Written to '" + file.path + "'.\n");
   EXPECT_EQ(file.text(), "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kMembers + "end\n");
   const outcome failed = run_lines("copy running-config /nowhere/site.cfg\n");
   EXPECT_EQ(failed.exit_code, 1);
