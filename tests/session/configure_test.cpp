@@ -559,8 +559,8 @@ TEST(ConfigureAtThePrompt, PromptsNameTheModeAndQuestionsWait) {
   ASSERT_TRUE(shell.shows("Do you wish to continue(y/n)?"));
   shell.type("n\r");
   ASSERT_TRUE(shell.shows("lab(config-if)# "));
-  shell.type("do\r");
-  ASSERT_TRUE(shell.shows("unknown word 'do'"));
+  shell.type("nosuchword\r");
+  ASSERT_TRUE(shell.shows("unknown word 'nosuchword'"));
   shell.type("exit\r");
   ASSERT_TRUE(shell.shows("lab(config)# "));
   shell.type("end\r");
