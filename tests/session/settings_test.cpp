@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <random>
 #include <sstream>
 #include <string>
@@ -189,20 +190,20 @@ std::size_t set_one_of_each_kind(machine& of, const setting& row, const setting_
 }
 
 TEST_F(RoundTrip, EveryValueOfEverySettingLoadsAsItWasWritten) {
+  std::map<std::string_view, std::size_t> num_set;  // by command, on all switches
   for (const char* const file : kSwitchFiles) {
     const machine hardware = fresh(file);
     for (const setting& row : all_settings()) {
       if (row.command.empty()) continue;
-      std::size_t num_set = 0;
       for (const setting_value& value : values_of(row)) {
         the_machine() = hardware;
-        num_set += set_one_of_each_kind(the_machine(), row, value);
+        num_set[row.command] += set_one_of_each_kind(the_machine(), row, value);
         const machine written = the_machine();
         expect_same_after_loading(written, hardware);
       }
-      EXPECT_TRUE(num_set > 0 || row.has_it(IF_TYPE_FC)) << row.command << " was set nowhere on " << file;
     }
   }
+  for (const auto& [command, count] : num_set) EXPECT_GT(count, 0U) << command << " was set nowhere";
 }
 
 TEST_F(RoundTrip, SettingsTogetherLoadAsTheyWereWritten) {
