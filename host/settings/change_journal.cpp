@@ -51,24 +51,24 @@ change_step& running_step() {
   return journal.steps.back();
 }
 
-void add_result(changes_back& made, if_index_t if_index, uint32 status) {
+void add_result(changes_made& made, if_index_t if_index, uint32 status) {
   if (status == 0)
-    made.restored.push_back(if_index);
+    made.applied.push_back(if_index);
   else
     made.refused.push_back({if_index, status});
 }
 
-void delete_created(const change_step& step, machine& of, changes_back& made) {
+void delete_created(const change_step& step, machine& of, changes_made& made) {
   if (step.created.empty()) return;
   const uint32 status = the_source().delete_interfaces(of, step.created);
   for (const if_index_t it : step.created) add_result(made, it, status);
 }
 
-void create_deleted(const change_step& step, machine& of, changes_back& made) {
+void create_deleted(const change_step& step, machine& of, changes_made& made) {
   for (const interface& it : step.deleted) add_result(made, it.if_index, the_source().restore_interface(of, it));
 }
 
-void restore_settings(const change_step& step, machine& of, changes_back& made) {
+void restore_settings(const change_step& step, machine& of, changes_made& made) {
   for (const auto& [if_index, before] : step.before) {
     interface* const port = of.find(if_index);
     if (port == nullptr) continue;  // created by the same command, and deleted by now
@@ -122,15 +122,15 @@ std::vector<if_index_t> changed_ports(const machine& of, std::size_t num_steps) 
   return ports;
 }
 
-changes_back take_change_back(machine& of) {
-  changes_back made;
+changes_made take_change_back(machine& of) {
+  changes_made made;
   if (change_steps(of).empty()) return made;
   const change_step step = journal.steps.back();  // noting the changes back must not change it
   delete_created(step, of, made);
   create_deleted(step, of, made);
   restore_settings(step, of, made);
   settle_last_step(of);
-  std::sort(made.restored.begin(), made.restored.end());
+  std::sort(made.applied.begin(), made.applied.end());
   std::sort(made.refused.begin(), made.refused.end(),
             [](const auto& one, const auto& other) { return one.if_index < other.if_index; });
   return made;

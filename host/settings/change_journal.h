@@ -53,17 +53,18 @@ const std::deque<change_step>& change_steps(const machine& of);
 // The ports of the last steps, sorted.
 std::vector<if_index_t> changed_ports(const machine& of, std::size_t num_steps);
 
-// Takes the last step back: puts the ports back to what they were before, deletes those that it created and creates
-// those that it deleted, and has the source make it so. Those that were different were restored, or refused with a
-// status; both are sorted. What is refused stays a step. Without steps nothing happens.
-struct changes_back {
+// What became of changes of several interfaces: they were made, or refused with a status. Both are sorted.
+struct changes_made {
   struct refusal {
     if_index_t if_index;
     uint32 status;
   };
-  std::vector<if_index_t> restored;
+  std::vector<if_index_t> applied;
   std::vector<refusal> refused;
 };
-changes_back take_change_back(machine& of);
+
+// Takes the last step back: puts the ports back to what they were before, deletes those that it created and creates
+// those that it deleted, and has the source make it so. What is refused stays a step. Without steps nothing happens.
+changes_made take_change_back(machine& of);
 
 }  // namespace host

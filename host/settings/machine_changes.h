@@ -38,15 +38,7 @@ machine_changes rebased(const machine_changes& changes, const machine& now);
 machine_changes reversed(const machine_changes& changes);
 
 // Makes the changes of a machine, and notes them in the journal. Each interface takes all that is for it or is as it
-// was before; the source has made what was applied. Both lists of the result are sorted.
-struct changes_made {
-  struct refusal {
-    if_index_t if_index;
-    uint32 status;
-  };
-  std::vector<if_index_t> applied;
-  std::vector<refusal> refused;
-};
+// was before; the source has made what was applied.
 changes_made apply_changes(machine& of, const machine_changes& changes);
 
 }  // namespace host

@@ -34,10 +34,8 @@ bool is_within(const setting& of, uint32 number) {
     return (it.kind == form_kind::word || it.kind == form_kind::off) && it.value == number;
   });
   if (is_word || of.kind == setting_kind::word) return is_word;
-  uint32 bits = 0;
-  for (const setting_form& form : of.forms)
-    if (form.kind == form_kind::argument) bits |= form.value;
-  return (number & ~bits) >= of.lowest && (number & ~bits) <= of.highest;
+  const uint32 plain = number & ~form_bits(of);
+  return plain >= of.lowest && plain <= of.highest;
 }
 
 bool is_within(const setting& of, const interface& port, const setting_value& value) {
@@ -236,6 +234,13 @@ setting_value usual_value(const setting& of, const interface& port) {
 bool is_usual(const setting& of, const interface& port) {
   const auto value = of.get(port.settings);
   return !value || *value == usual_value(of, port);
+}
+
+uint32 form_bits(const setting& of) {
+  uint32 bits = 0;
+  for (const setting_form& form : of.forms)
+    if (form.kind == form_kind::argument) bits |= form.value;
+  return bits;
 }
 
 bool is_equal(const setting& of, const port_settings& one, const port_settings& other) {

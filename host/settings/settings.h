@@ -120,6 +120,9 @@ setting_value usual_value(const setting& of, const interface& port);
 // Whether a port has the usual value. So does one whose source does not know it.
 bool is_usual(const setting& of, const interface& port);
 
+// The bits that the forms of a number add to it.
+uint32 form_bits(const setting& of);
+
 // Whether two ports are set to the same.
 bool is_equal(const setting& of, const port_settings& one, const port_settings& other);
 

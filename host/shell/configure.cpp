@@ -183,8 +183,8 @@ int undo(const invocation& run) {
   int code = kDone;
   std::vector<pm_port_cfg_status_t> refused;
   for (std::size_t i = 0; i < num_steps && code == kDone; ++i) {
-    const changes_back made = take_change_back(the_machine());
-    if (!made.restored.empty()) run.output.text("Taken back for " + range_text(made.restored) + ".\n");
+    const changes_made made = take_change_back(the_machine());
+    if (!made.applied.empty()) run.output.text("Taken back for " + range_text(made.applied) + ".\n");
     for (const auto& [if_index, status] : made.refused) refused.push_back({if_index, status});
     code = report_refusals(run, "undo", refused);
   }

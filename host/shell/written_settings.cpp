@@ -31,13 +31,10 @@ std::string command_for_number(const setting& of, uint32 number) {
     if (is_word && form.value == number)
       return form.kind == form_kind::off ? no_command(of) : joined(of.command, form.syntax);
   }
-  uint32 bits = 0;
+  const uint32 bits = number & form_bits(of), plain = number & ~bits;
   for (const setting_form& form : of.forms)
-    if (form.kind == form_kind::argument) bits |= form.value;
-  for (const setting_form& form : of.forms)
-    if (form.kind == form_kind::argument && (number & bits) == form.value && (number & ~bits) >= of.lowest &&
-        (number & ~bits) <= of.highest)
-      return with_number(of, form, number & ~bits);
+    if (form.kind == form_kind::argument && form.value == bits && plain >= of.lowest && plain <= of.highest)
+      return with_number(of, form, plain);
   return no_command(of);
 }
 

@@ -330,7 +330,7 @@ TEST_F(InterfaceConfiguration, CreatingIsTakenBack) {
   begin_changes({});
   ASSERT_EQ(sub_interfaces(1, {{sub(7), sub(8)}}), 0u);
   EXPECT_EQ(changed_ports(the_machine(), 1), (std::vector<if_index_t>{sub(8)}));
-  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{sub(8)}));
+  EXPECT_EQ(take_change_back(the_machine()).applied, (std::vector<if_index_t>{sub(8)}));
   EXPECT_EQ(the_machine().find(sub(8)), nullptr);
   EXPECT_NE(the_machine().find(sub(7)), nullptr) << "it was there";
   EXPECT_TRUE(the_machine().deleted.empty());
@@ -341,11 +341,11 @@ TEST_F(InterfaceConfiguration, DeletingIsTakenBackWithAllSettings) {
   begin_changes({});
   ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
   EXPECT_EQ(changed_ports(the_machine(), 1), (std::vector<if_index_t>{names_.loopback}));
-  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback}));
+  EXPECT_EQ(take_change_back(the_machine()).applied, (std::vector<if_index_t>{names_.loopback}));
   ASSERT_NE(the_machine().find(names_.loopback), nullptr);
   EXPECT_EQ(the_machine().find(names_.loopback)->settings.description, "of the lab");
   EXPECT_TRUE(the_machine().deleted.empty());
-  EXPECT_TRUE(take_change_back(the_machine()).restored.empty()) << "once";
+  EXPECT_TRUE(take_change_back(the_machine()).applied.empty()) << "once";
 }
 
 TEST_F(InterfaceConfiguration, WhatWasMadeAnewStaysWhenItsDeletionIsTakenBack) {
@@ -355,7 +355,7 @@ TEST_F(InterfaceConfiguration, WhatWasMadeAnewStaysWhenItsDeletionIsTakenBack) {
   anew.if_index = names_.loopback;
   anew.settings.description = "by somebody else";
   the_machine().add(anew);
-  EXPECT_TRUE(take_change_back(the_machine()).restored.empty());
+  EXPECT_TRUE(take_change_back(the_machine()).applied.empty());
   EXPECT_EQ(the_machine().find(names_.loopback)->settings.description, "by somebody else");
 }
 
@@ -365,9 +365,9 @@ TEST_F(InterfaceConfiguration, EarlierStepsAreTakenBackAfterADeletion) {
   the_machine().find(names_.first_port)->settings.description = "changed";
   begin_changes({});
   ASSERT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
-  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
+  EXPECT_EQ(take_change_back(the_machine()).applied, (std::vector<if_index_t>{names_.loopback + 1}));
   EXPECT_EQ(the_machine().find(names_.first_port)->settings.description, "changed");
-  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.first_port}));
+  EXPECT_EQ(take_change_back(the_machine()).applied, (std::vector<if_index_t>{names_.first_port}));
 }
 
 // A source that creates and deletes itself. It notes what it is asked for and leaves the model alone.
@@ -439,20 +439,20 @@ TEST_F(InterfacesOfASource, IsAskedToTakeBackWhatItCreatedAndDeleted) {
   begin_changes({});
   ASSERT_EQ(loopbacks(1, {{names_.loopback + 1, names_.loopback + 1}}), 0u);
   source_->asked.clear();
-  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback + 1}));
+  EXPECT_EQ(take_change_back(the_machine()).applied, (std::vector<if_index_t>{names_.loopback + 1}));
   EXPECT_EQ(source_->asked, (std::vector<if_index_t>{names_.loopback + 1}));
 
   the_machine().find(names_.loopback)->settings.description = "of the lab";
   begin_changes({});
   ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
-  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.loopback}));
+  EXPECT_EQ(take_change_back(the_machine()).applied, (std::vector<if_index_t>{names_.loopback}));
   EXPECT_EQ(the_machine().find(names_.loopback)->settings.description, "of the lab");
 
   begin_changes({});
   ASSERT_EQ(loopbacks(0, {{names_.loopback, names_.loopback}}), 0u);
   source_->answer = 0x40F00001;
-  const changes_back made = take_change_back(the_machine());
-  EXPECT_TRUE(made.restored.empty());
+  const changes_made made = take_change_back(the_machine());
+  EXPECT_TRUE(made.applied.empty());
   ASSERT_EQ(made.refused.size(), 1u);
   EXPECT_EQ(made.refused[0].if_index, names_.loopback);
   EXPECT_EQ(made.refused[0].status, 0x40F00001u);

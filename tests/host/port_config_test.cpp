@@ -218,12 +218,12 @@ TEST_F(PortConfig, TheLastCommandIsTakenBackAsAWhole) {
   set({{names_.third_port, names_.third_port}, {names_.routed_port, names_.routed_port}}, PM_CFG_PORT_STATE, {2});
   set({{names_.routed_port, names_.routed_port}}, PM_CFG_PORT_STATE, {2});
   set({{names_.mgmt, names_.mgmt}}, PM_CFG_BEACON, {1});  // refused
-  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.third_port, names_.routed_port}));
+  EXPECT_EQ(take_change_back(the_machine()).applied, (std::vector<if_index_t>{names_.third_port, names_.routed_port}));
   EXPECT_EQ(port(names_.third_port).settings, with_mtu);
   EXPECT_EQ(port(names_.routed_port).settings, routed);
-  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.third_port}));
+  EXPECT_EQ(take_change_back(the_machine()).applied, (std::vector<if_index_t>{names_.third_port}));
   EXPECT_EQ(port(names_.third_port).settings, third);
-  EXPECT_TRUE(take_change_back(the_machine()).restored.empty());
+  EXPECT_TRUE(take_change_back(the_machine()).applied.empty());
 }
 
 TEST_F(PortConfig, StepsAreThoseThatChangedSomething) {
@@ -309,8 +309,8 @@ TEST_F(PortConfig, WhatTheSourceRefusesToTakeBackStays) {
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_MTU, {0, 0, 0x0F, 0xA0}), 0U);
   use_source_of_small_packets();
   EXPECT_EQ(changed_ports(the_machine(), 1), (std::vector<if_index_t>{names_.third_port}));
-  const changes_back made = take_change_back(the_machine());
-  EXPECT_TRUE(made.restored.empty());
+  const changes_made made = take_change_back(the_machine());
+  EXPECT_TRUE(made.applied.empty());
   ASSERT_EQ(made.refused.size(), 1U);
   EXPECT_EQ(made.refused[0].if_index, names_.third_port);
   EXPECT_EQ(made.refused[0].status, kRefusal);
@@ -322,7 +322,7 @@ TEST_F(PortConfig, ACommandThatChangesNothingForgetsNothing) {
   EXPECT_EQ(set_one(names_.third_port, PM_CFG_BEACON, {1}), 0U);
   begin_changes({});
   EXPECT_EQ(set_one(names_.mgmt, PM_CFG_BEACON, {1}), uint32{PM_ERR_NOT_ALLOWED_ON_INTERFACE});
-  EXPECT_EQ(take_change_back(the_machine()).restored, (std::vector<if_index_t>{names_.third_port}));
+  EXPECT_EQ(take_change_back(the_machine()).applied, (std::vector<if_index_t>{names_.third_port}));
   EXPECT_FALSE(port(names_.third_port).settings.beacon_on);
 }
 
