@@ -7,7 +7,6 @@
 #include "shell/files.h"
 #include "shell/interface_kinds.h"
 #include "shell/output/command_output.h"
-#include "shell/output/printable.h"
 #include "shell/output/schema/schema.h"
 #include "shell/running_config.h"
 #include "shell/saved_files.h"
@@ -126,8 +125,6 @@ int copy_running_config(const invocation& run) {
     run.output.complain(kNoPlaceForStartup);
     return kUsage;
   }
-  std::string shown;
-  append_printable(shown, path);
   const selection chosen = select_configured(run);
   if (chosen.code != kDone) return chosen.code;
   if (path == "-") {
@@ -145,7 +142,7 @@ int copy_running_config(const invocation& run) {
     return kUsage;
   }
   if (is_startup) the_machine().save_startup();
-  run.output.text("Written to " + quoted(shown) + ".\n");
+  run.output.text(written_sentence(path));
   return kDone;
 }
 

@@ -31,4 +31,6 @@ std::string write_fault(const std::string& path, int error) {
   return "cannot write " + shown(path) + ": " + reason + ".";
 }
 
+std::string written_sentence(const std::string& path) { return "Written to " + shown(path) + ".\n"; }
+
 }  // namespace host

@@ -11,7 +11,6 @@
 #include "shell/interrupt.h"
 #include "shell/output/command_output.h"
 #include "shell/output/pager.h"
-#include "shell/output/printable.h"
 #include "shell/print_error.h"
 #include "shell/saved_files.h"
 #include "shell/watch.h"
@@ -79,22 +78,6 @@ int show_text(const shell& session, std::string_view text) {
   return print_text(text);
 }
 
-std::string written_sentence(const std::string& path) {
-  std::string shown = "Written to ";
-  append_printable(shown, path);
-  return shown + ".\n";
-}
-
-int run_function(const invocation& run) {
-  if (run.session.trying && is_skipped_in_dry_run(run.line)) return skip_in_dry_run(run);
-  const bool changes_switch = is_for_candidate(run.line) && run.line.what->run != show_changes && !run.session.edited;
-  const bool begins_dry_run = run.line.what->run == configure_dry_run;
-  if ((changes_switch || begins_dry_run) && is_waiting_for_confirmation(run)) return kUsage;
-  std::optional<trial> on_candidate;
-  if (run.session.edited && is_for_candidate(run.line)) on_candidate.emplace(run.session.edited->state());
-  return run.line.what->run(run);
-}
-
 // Makes the filters of a line that was read. Returns an error, or an empty text when the line can run.
 std::string check_line(const shell& session, const command_line& line, line_filters& filters) {
   for (const pipe_stage& stage : line.pipes) {
@@ -128,7 +111,7 @@ int run_command(shell& session, const command_line& line, std::string_view writt
   int write_error = 0;
   {
     command_output output(settings, filters);
-    result = output.report_failures(copied ? report(*copied, output) : run_function({line, session, output}));
+    result = output.report_failures(copied ? report(*copied, output) : run_handler({line, session, output}));
     output.set_exit_code(was_interrupted() ? int{kInterrupted} : result);
     write_error = output.finish();
   }
@@ -155,6 +138,16 @@ std::string_view question_of(std::string_view line, shell_mode mode) {
 
 command_queue::command_queue() : handle(transport_open_queue()) {}
 command_queue::~command_queue() { transport_close_queue(handle); }
+
+int run_handler(const invocation& run) {
+  if (run.session.trying && is_skipped_in_dry_run(run.line)) return skip_in_dry_run(run);
+  const bool changes_switch = is_for_candidate(run.line) && run.line.what->run != show_changes && !run.session.edited;
+  const bool begins_dry_run = run.line.what->run == configure_dry_run;
+  if ((changes_switch || begins_dry_run) && is_waiting_for_confirmation(run)) return kUsage;
+  std::optional<trial> on_candidate;
+  if (run.session.edited && is_for_candidate(run.line)) on_candidate.emplace(run.session.edited->state());
+  return run.line.what->run(run);
+}
 
 int run_line(shell& session, std::string_view line) {
   check_confirmation(session);

@@ -27,6 +27,7 @@ struct configured_interfaces {
   std::vector<vsh_intf_mono_range_t> ranges;
 };
 
+struct invocation;
 struct output_settings;
 
 struct shell {
@@ -60,6 +61,10 @@ struct command_queue {
 
 // Runs a line: a command, or a question when it ends with "?". Returns an exit code.
 int run_line(shell& session, std::string_view line);
+
+// Runs the handler of a command: in a trial of the candidate when there is one and the command is for it. Returns an
+// exit code.
+int run_handler(const invocation& run);
 
 // Text for a "?" at the end of a line, and the text that completes the line's last word as far as it is clear.
 std::string help_text(std::string_view line, shell_mode mode = kExecMode);

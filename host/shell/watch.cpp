@@ -240,7 +240,7 @@ class watcher {
     settings.traffic = &traffic_;
     {
       command_output output(settings, filters);
-      result_ = output.report_failures(line_.what->run({line_, session_, output}));
+      result_ = output.report_failures(run_handler({line_, session_, output}));
       output.set_exit_code(result_);
       has_shown_interface_ = output.has_shown_interface();
     }

@@ -162,7 +162,7 @@ TEST_F(SavedOutput, FileHasWhatWouldBeShownInAnyOrder) {
        {"show interface ethernet 1/1 | include Desc | save ", "show interface ethernet 1/1 | save "}) {
     const std::string behind = std::string(line).find("include") == std::string::npos ? " | include Desc" : "";
     const outcome result = run_command(line + file + behind);
-    EXPECT_EQ(result.out, "Written to " + file + ".\n");
+    EXPECT_EQ(result.out, "Written to '" + file + "'.\n");
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(result.exit_code, 0);
     EXPECT_EQ(text_of(file), "  Description: Desk 1\n");
@@ -171,7 +171,7 @@ TEST_F(SavedOutput, FileHasWhatWouldBeShownInAnyOrder) {
   for (const char* const pipes : {" | json | save ", " | save "}) {
     const std::string behind = std::string(pipes).find("json") == std::string::npos ? " | json" : "";
     EXPECT_EQ(run_command("show transport" + std::string(pipes) + "'" + file + "'" + behind).out,
-              "Written to " + file + ".\n");
+              "Written to '" + file + "'.\n");
     rapidjson::Document document;
     document.Parse(text_of(file).c_str());
     ASSERT_FALSE(document.HasParseError()) << text_of(file);
@@ -183,7 +183,7 @@ TEST_F(SavedOutput, FileHasWhatWouldBeShownInAnyOrder) {
 TEST_F(SavedOutput, ExitCodeIsThatOfTheCommand) {
   const outcome result = run_command("show interface ethernet 9/9 | save " + file);
   EXPECT_EQ(result.exit_code, 4);
-  EXPECT_EQ(result.out, "Written to " + file + ".\n");
+  EXPECT_EQ(result.out, "Written to '" + file + "'.\n");
   EXPECT_EQ(text_of(file), "");
 }
 

@@ -90,6 +90,17 @@ TEST(WatchOfACommit, RollsItBackWhenItsTimeIsOver) {
   EXPECT_EQ(shell.exit_code(), 130);
 }
 
+TEST(WatchOfACandidate, ShowsTheChangesThatItHolds) {
+  piped_shell shell(test_file("counters.yaml"),
+                    {"--clock", kMoment, "-c", "configure candidate", "-c", "interface ethernet 2/1", "-c",
+                     "description new", "-c", "watch 1 show changes"});
+  const rapidjson::Document reading = parse(shell.line());
+  ASSERT_EQ(reading["changes"].Size(), 1U);
+  EXPECT_STREQ(reading["changes"][0]["command"].GetString(), "description new");
+  shell.interrupt();
+  EXPECT_EQ(shell.exit_code(), 130);
+}
+
 TEST(WatchOfACommit, DrawingsShowThatItWasRolledBack) {
   terminal shell(watched_commit(), test_file("counters.yaml"));
   for (int i = 0; i < 2; ++i) {
