@@ -8,7 +8,7 @@
 
 #include "service/services.h"
 #include "shell/output/command_output.h"
-#include "shell/shell.h"
+#include "shell/session/shell.h"
 #include "switch/interface_name.h"
 #include "switch/model.h"
 

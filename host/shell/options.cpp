@@ -6,10 +6,10 @@
 #include <sstream>
 #include <string_view>
 
-#include "shell/exit_codes.h"
-#include "shell/print_error.h"
-#include "shell/published.h"
-#include "shell/words.h"
+#include "shell/grammar/words.h"
+#include "shell/output/exit_codes.h"
+#include "shell/output/terminal/print_error.h"
+#include "shell/published/published.h"
 #include "source/chassis/giant.h"
 
 namespace host {

@@ -1,12 +1,12 @@
 // What a command asked for and did not get: sentences, messages of the document, the exit code.
-#include "shell/output/account.h"
+#include "shell/output/document/account.h"
 
 #include <gtest/gtest.h>
 
 #include "session/captured_command.h"
 #include "session/json.h"
-#include "shell/exit_codes.h"
-#include "shell/print_error.h"
+#include "shell/output/exit_codes.h"
+#include "shell/output/terminal/print_error.h"
 
 namespace session {
 namespace {

@@ -10,7 +10,7 @@
 #include "platform/cmd_channel.h"
 #include "platform/vsh.h"
 #include "session/captured_command.h"
-#include "shell/libc_calls.h"
+#include "shell/platform/libc_calls.h"
 #include "support/allocations.h"
 #include "switch/if_index_layout.h"
 

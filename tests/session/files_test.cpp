@@ -1,5 +1,5 @@
 // Files that the user names: what happens to what was there.
-#include "shell/files.h"
+#include "base/files.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // Tables that fit the width of a terminal.
-#include "shell/fitted_table.h"
+#include "shell/output/terminal/fitted_table.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The front of a module as a picture.
-#include "shell/front_panel.h"
+#include "shell/commands/show/front_panel.h"
 
 #include <gtest/gtest.h>
 

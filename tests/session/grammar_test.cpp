@@ -1,13 +1,13 @@
 // The grammar table, walked: every command, every abbreviation, every place for help.
-#include "shell/grammar.h"
+#include "shell/grammar/grammar.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "shell/shell.h"
-#include "shell/views.h"
-#include "shell/words.h"
+#include "shell/grammar/words.h"
+#include "shell/library/views.h"
+#include "shell/session/shell.h"
 
 namespace session {
 namespace {

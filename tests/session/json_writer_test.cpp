@@ -1,5 +1,5 @@
 // The JSON writer: commas, escapes, numbers as they were written.
-#include "shell/output/json_writer.h"
+#include "shell/output/document/json_writer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The functions of the C library that the shell defines itself.
-#include "shell/libc_calls.h"
+#include "shell/platform/libc_calls.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>

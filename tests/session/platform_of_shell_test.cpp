@@ -10,7 +10,7 @@
 #include "platform/vsan.h"
 #include "platform/vsh.h"
 #include "session/captured_command.h"
-#include "shell/listing.h"
+#include "shell/library/listing.h"
 #include "switch/if_index_layout.h"
 
 namespace session {

@@ -1,5 +1,5 @@
 // Text of others, made printable.
-#include "shell/output/printable.h"
+#include "shell/output/terminal/printable.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Numbers with a decimal prefix.
-#include "shell/short_number.h"
+#include "shell/output/terminal/short_number.h"
 
 #include <gtest/gtest.h>
 

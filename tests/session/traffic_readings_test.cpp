@@ -1,5 +1,5 @@
 // Rates between two readings, and which interfaces have them.
-#include "shell/output/traffic_readings.h"
+#include "shell/output/document/traffic_readings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What a watch draws on a screen.
 #include <gtest/gtest.h>
 
-#include "shell/watch.h"
+#include "shell/commands/watch/watch.h"
 #include "switch/if_index_layout.h"
 
 namespace session {

@@ -1,12 +1,12 @@
 // Texts as arguments of commands: what is written reads as the same bytes.
-#include "shell/words.h"
+#include "shell/grammar/words.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "shell/grammar.h"
-#include "shell/output/printable.h"
+#include "shell/grammar/grammar.h"
+#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {

@@ -4,11 +4,11 @@
 
 #include "base/c_edge.h"
 #include "client/diagnostic_marks.h"
-#include "shell/exit_codes.h"
-#include "shell/output/failed_ranges.h"
-#include "shell/output/printable.h"
+#include "shell/output/exit_codes.h"
 #include "shell/output/rendering.h"
-#include "shell/print_error.h"
+#include "shell/output/terminal/print_error.h"
+#include "shell/output/terminal/printable.h"
+#include "shell/platform/failed_ranges.h"
 
 namespace host {
 namespace {

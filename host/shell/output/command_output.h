@@ -10,7 +10,6 @@
 #include <optional>
 #include <string_view>
 
-#include "shell/output/account.h"
 #include "shell/output/chain/colour.h"
 #include "shell/output/chain/filter.h"
 #include "shell/output/chain/gate.h"
@@ -20,10 +19,11 @@
 #include "shell/output/chain/record.h"
 #include "shell/output/chain/sanitise.h"
 #include "shell/output/chain/write.h"
-#include "shell/output/document.h"
-#include "shell/output/interface_answers.h"
-#include "shell/output/progress_line.h"
-#include "shell/output/traffic_readings.h"
+#include "shell/output/document/account.h"
+#include "shell/output/document/document.h"
+#include "shell/output/document/interface_answers.h"
+#include "shell/output/document/traffic_readings.h"
+#include "shell/output/terminal/progress_line.h"
 
 namespace host {
 

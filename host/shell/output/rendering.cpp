@@ -6,7 +6,7 @@
 #include <numeric>
 
 #include "platform/if_index.h"
-#include "shell/output/printable.h"
+#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "shell/output/chain/line_sink.h"
-#include "shell/output/progress_line.h"
+#include "shell/output/terminal/progress_line.h"
 
 namespace host {
 

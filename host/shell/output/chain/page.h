@@ -2,7 +2,7 @@
 #pragma once
 
 #include "shell/output/chain/line_sink.h"
-#include "shell/output/pager.h"
+#include "shell/output/terminal/pager.h"
 
 namespace host {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "shell/output/chain/line_sink.h"
-#include "shell/output/document.h"
+#include "shell/output/document/document.h"
 
 namespace host {
 

@@ -3,8 +3,8 @@
 
 #include <utility>
 
-#include "shell/output/block_writer.h"
 #include "shell/output/chain/line_sink.h"
+#include "shell/output/terminal/block_writer.h"
 
 namespace host {
 

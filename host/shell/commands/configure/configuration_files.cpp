@@ -1,0 +1,149 @@
+// The settings as commands: shown, and written to files.
+#include <sstream>
+#include <string>
+
+#include "base/files.h"
+#include "shell/commands/configure/running_config.h"
+#include "shell/commands/handlers.h"
+#include "shell/grammar/words.h"
+#include "shell/library/interface_kinds.h"
+#include "shell/library/selection.h"
+#include "shell/output/command_output.h"
+#include "shell/output/schema/schema.h"
+#include "shell/session/command_files.h"
+#include "shell/session/saved_files.h"
+#include "shell/session/shell.h"
+#include "shell/session/state_directory.h"
+
+namespace host {
+namespace {
+
+constexpr uint32 kNoDisplayId = 0;
+
+// The interfaces that were named, or all that the user may see.
+selection select_configured(const invocation& run) {
+  const command_queue q;
+  command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
+  selection chosen = run.line.spans.empty() ? select_every(run.session, parameters)
+                                            : select_named(run.session, parameters, run.line.spans);
+  if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
+  return chosen;
+}
+
+std::string configuration_text(const invocation& run, const selection& chosen) {
+  const bool is_whole = run.line.spans.empty();
+  return running_config(the_machine(), chosen.interfaces,
+                        is_whole ? std::span<const if_index_t>(the_machine().deleted) : std::span<const if_index_t>());
+}
+
+// `text` outlives the tuple.
+cmd_tuple_t text_tuple(uint16 tag, const std::string& text) {
+  return {uint32{CMD_TYPE_STRING} << 24 | tag, text.c_str()};
+}
+
+// A record for each command of each interface.
+void record_commands(command_output& output, const selection& chosen) {
+  for (const if_index_t if_index : chosen.interfaces) {
+    const interface* const port = the_machine().find(if_index);
+    char name[64];
+    std::istringstream lines(port != nullptr ? settings_of(*port) : std::string());
+    for (std::string line; std::getline(lines, line);) {
+      output.begin_interface(sprintf_if_index(name, if_index));
+      const std::string command(trim(line));
+      output.bind(text_tuple(kTagCommand, command));
+      output.end_interface();
+    }
+  }
+}
+
+// Whether a command only changes the mode, which follows it.
+bool changes_mode(const command_line& line, shell_mode& mode) {
+  const auto run = line.what == nullptr ? nullptr : line.what->run;
+  if (run == configure || (run == leave_mode && mode == kInterfaceMode))
+    mode = kConfigureMode;
+  else if (run == choose_interfaces)
+    mode = kInterfaceMode;
+  else if (run == leave_configuration || run == leave_mode)
+    mode = kExecMode;
+  else
+    return false;
+  return true;
+}
+
+// A record for each command of a text, with the interfaces that it is for. Commands that only change the mode have
+// none.
+void record_commands(command_output& output, const std::string& text) {
+  shell_mode mode = kExecMode;
+  std::string range;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    const std::string command(trim(line));
+    if (command.empty() || is_comment(command)) continue;
+    std::string error;
+    const auto parsed = parse_command(command, error, mode);
+    if (parsed && changes_mode(*parsed, mode)) {
+      range = parsed->range;
+      continue;
+    }
+    output.begin_interface({});
+    if (!range.empty()) output.bind(text_tuple(kTagCommandRange, range));
+    output.bind(text_tuple(kTagCommand, command));
+    output.end_interface();
+  }
+}
+
+}  // namespace
+
+int show_startup_config(const invocation& run) {
+  const command_text stored = read_commands(startup_file(run.session), true);
+  if (stored.code != kDone) {
+    run.output.complain(stored.error);
+    return stored.code;
+  }
+  if (run.output.is_structured())
+    record_commands(run.output, *stored.text);
+  else
+    run.output.text(*stored.text);
+  return kDone;
+}
+
+int show_running_config(const invocation& run) {
+  const selection chosen = select_configured(run);
+  if (chosen.code != kDone) return chosen.code;
+  if (run.output.is_structured())
+    record_commands(run.output, chosen);
+  else
+    run.output.text(configuration_text(run, chosen));
+  return kDone;
+}
+
+int copy_running_config(const invocation& run) {
+  const bool is_startup = run.line.argument.empty();
+  if (is_startup && is_waiting_for_confirmation(run)) return kUsage;
+  const std::string path = is_startup ? startup_file(run.session) : run.line.argument;
+  if (path.empty()) {
+    run.output.complain(kNoPlaceForStartup);
+    return kUsage;
+  }
+  const selection chosen = select_configured(run);
+  if (chosen.code != kDone) return chosen.code;
+  if (path == "-") {
+    run.output.text(configuration_text(run, chosen));
+    return kDone;
+  }
+  std::string fault = is_startup ? std::string() : refuse_to_replace(path);
+  if (fault.empty()) {
+    int error = is_startup ? make_directories_of(path) : 0;
+    if (error == 0) error = write_file(path, configuration_text(run, chosen));
+    fault = write_fault(path, error);
+  }
+  if (!fault.empty()) {
+    run.output.complain(fault);
+    return kUsage;
+  }
+  if (is_startup) the_machine().save_startup();
+  run.output.text(written_sentence(path));
+  return kDone;
+}
+
+}  // namespace host

@@ -1,0 +1,110 @@
+#include "shell/commands/configure/own_connection.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/port_manager.h"
+#include "platform/vsh.h"
+#include "settings/change_journal.h"
+#include "settings/trial.h"
+#include "shell/grammar/interface_ranges.h"
+#include "shell/output/command_output.h"
+#include "shell/session/shell.h"
+#include "switch/source.h"
+
+namespace host {
+namespace {
+
+// The address that the user is connected from, by the environment; empty for one that sits at the machine or changed
+// the user, so that it is not known.
+std::string address_of_user() {
+  const char* const connection = std::getenv("SSH_CONNECTION");
+  const std::string_view text = connection == nullptr ? "" : connection;
+  return std::string(text.substr(0, text.find(' ')));
+}
+
+bool is_in_mode(const shell& session, if_index_t if_index) {
+  const auto& ranges = session.configured.ranges;
+  return std::any_of(ranges.begin(), ranges.end(), [if_index](const vsh_intf_mono_range_t& range) {
+    return range.lower_if_index <= if_index && if_index <= range.upper_if_index;
+  });
+}
+
+bool wants_it(const std::vector<if_index_t>& cut) {
+  const std::string prompt = "You may be connected by " + range_text(cut) +
+                             ". 'commit confirmed SECONDS' of a candidate is rolled back unless you confirm it. Cut "
+                             "that all the same? (y/n) [n] ";
+  std::array<char, 9> answer{};
+  vsh_user_input_info_t question{};
+  question.prompt = prompt.c_str();
+  question.default_input = "n";
+  question.notty_input = "n";
+  question.max_len = answer.size() - 1;
+  return vsh_util_user_input_get(&question, answer.data()) == 0 && (answer[0] == 'y' || answer[0] == 'Y');
+}
+
+template <typename Test>
+bool may_change(const invocation& run, Test is_changed) {
+  if (trial::is_running()) return true;
+  std::vector<if_index_t> way = the_source().interfaces_towards(address_of_user());
+  way.erase(std::remove_if(way.begin(), way.end(), [&](if_index_t it) { return !is_changed(it); }), way.end());
+  if (way.empty() || wants_it(way)) return true;
+  run.output.complain("nothing was changed: you may be connected by " + range_text(way) +
+                      ". Start the shell with --yes to change it all the same, or use 'configure candidate' and "
+                      "'commit confirmed SECONDS', which is rolled back unless you confirm it.");
+  return false;
+}
+
+// Whether a value is that of the command with "no".
+bool is_off(const setting& of, const port_settings& settings) {
+  const auto value = of.get(settings);
+  return std::any_of(of.forms.begin(), of.forms.end(), [&](const setting_form& it) {
+    return it.kind == form_kind::off && value == setting_value(it.value);
+  });
+}
+
+bool can_cut(const machine_changes::settings& change) {
+  for (const setting& it : all_settings()) {
+    if (it.traits.cuts == may_cut::never || is_equal(it, change.before, change.after)) continue;
+    if (it.traits.cuts == may_cut::always || !is_off(it, change.after)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+bool may_go_on(const invocation& run) {
+  const setting* const of = run.line.what->sets;
+  if (of == nullptr || of->traits.cuts == may_cut::never) return true;
+  if (of->traits.cuts == may_cut::unless_off && run.line.what->form->kind == form_kind::off) return true;
+  return may_change(run, [&](if_index_t it) { return is_in_mode(run.session, it); });
+}
+
+bool may_delete(const invocation& run) {
+  return may_change(run, [&](if_index_t it) {
+    const std::span<const interface_span> named = run.line.spans;
+    return std::any_of(named.begin(), named.end(), [it](const interface_span& span) {
+      std::vector<if_index_t> matches;
+      append_matching(span, {&it, 1}, matches);
+      return !matches.empty();
+    });
+  });
+}
+
+bool may_commit(const invocation& run, const machine_changes& changes) {
+  return may_change(run, [&](if_index_t it) {
+    const auto changed = changes.changed.find(it);
+    return changes.deleted.count(it) != 0 || (changed != changes.changed.end() && can_cut(changed->second));
+  });
+}
+
+bool may_undo(const invocation& run, std::size_t num_steps) {
+  const std::vector<if_index_t> changed = changed_ports(the_machine(), num_steps);
+  return may_change(run, [&](if_index_t it) { return std::binary_search(changed.begin(), changed.end(), it); });
+}
+
+}  // namespace host

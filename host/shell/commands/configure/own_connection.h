@@ -1,0 +1,24 @@
+// Changes that would cut the user's own connection.
+#pragma once
+
+#include <cstddef>
+
+#include "settings/machine_changes.h"
+#include "shell/commands/handlers.h"
+
+namespace host {
+
+// False when a setting may cut the user's own connection and the user declines it; a message then reports that nothing
+// was changed. Without a terminal the answer is no, with --yes it is yes.
+bool may_go_on(const invocation& run);
+
+// The same, of taking back the last changes.
+bool may_undo(const invocation& run, std::size_t num_steps);
+
+// The same, of a commit.
+bool may_commit(const invocation& run, const machine_changes& changes);
+
+// The same, of deleting the interfaces that the command names.
+bool may_delete(const invocation& run);
+
+}  // namespace host

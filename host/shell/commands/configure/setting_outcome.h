@@ -1,0 +1,67 @@
+// What became of settings: which ports refused, and the exit code.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "client/command_account.h"
+#include "platform/port_config.h"
+#include "pmcli/displays.h"
+#include "shell/commands/handlers.h"
+#include "switch/model.h"
+
+namespace host {
+
+// What the command library returns when the user may not make settings.
+inline constexpr int32 kForbiddenSetting = PM_CLI_NOT_PERMITTED;
+
+// The reason of a setting that the user did not confirm.
+inline constexpr char kUnconfirmed[] = "it may cut the connection of the user";
+
+// The ports of a command as they were when it began. In the structured form it makes a record for each of them, which
+// says what became of the setting. As text, a dry run lists what would change; who refused is printed anyway.
+class ports_before {
+ public:
+  // The ports that are to change.
+  ports_before(const invocation& run, std::span<const if_index_t> ports);
+
+  // Those of the interface mode.
+  explicit ports_before(const invocation& run);
+
+  // To be called when the command has run. `setting` is the command, `answers` what services said. A port without an
+  // answer has refused when there is a reason for it, `unanswered`; otherwise its settings decide.
+  void report(const std::string& setting, std::span<const pm_port_cfg_status_t> answers,
+              const std::string& unanswered = {}) const;
+
+ private:
+  bool is_reported() const;
+  void note(if_index_t if_index);
+
+  const invocation& run_;
+  std::map<if_index_t, std::optional<port_settings>> ports_;  // nothing: there was no such interface
+};
+
+// The interfaces as they were when a command began that creates or deletes some. A dry run lists what it would do.
+class interfaces_before {
+ public:
+  explicit interfaces_before(const invocation& run);
+  void report() const;
+
+ private:
+  const invocation& run_;
+  std::vector<if_index_t> interfaces_;
+};
+
+// Why no service was asked for a setting: for ports_before::report(). Empty when one was.
+std::string reason_of_silence(int32 worst, const setting_results& results);
+
+// The exit code of a setting. `worst` is what the command library returned, 0 where it was not asked.
+int exit_code_of(int32 worst, const setting_results& results);
+
+// Prints which of the ports refused what `words` name. Returns the exit code.
+int report_refusals(const invocation& run, const std::string& words, std::span<pm_port_cfg_status_t> ports);
+
+}  // namespace host

@@ -1,0 +1,92 @@
+// "show changes": what this session changed, as commands, with what was before.
+#include <deque>
+#include <map>
+#include <string>
+
+#include "settings/change_journal.h"
+#include "shell/commands/configure/setting_differences.h"
+#include "shell/commands/handlers.h"
+#include "shell/grammar/interface_ranges.h"
+#include "shell/library/interface_kinds.h"
+#include "shell/output/command_output.h"
+#include "shell/output/rendering.h"
+#include "shell/output/schema/schema.h"
+#include "shell/session/shell.h"
+#include "switch/model.h"
+
+namespace host {
+namespace {
+
+// The settings of a port after a step: what a later one found, or what is now.
+command_list commands_after(const std::deque<change_step>& steps, std::size_t at, const interface& port) {
+  for (std::size_t later = at + 1; later < steps.size(); ++later)
+    if (const auto found = steps[later].before.find(port.if_index); found != steps[later].before.end())
+      return commands_with(port, found->second);
+  return commands_of(port);
+}
+
+std::map<if_index_t, setting_difference> differences(const std::deque<change_step>& steps, std::size_t at,
+                                                     const machine& of) {
+  const change_step& step = steps[at];
+  std::map<if_index_t, setting_difference> found;
+  for (const auto& [if_index, settings] : step.before)
+    if (const interface* const port = of.find(if_index); port != nullptr)
+      found[if_index] = difference_between(commands_with(*port, settings), commands_after(steps, at, *port));
+  for (const if_index_t it : step.created) found[it] = {{}, {"interface " + range_text({&it, 1})}};
+  for (const interface& it : step.deleted) found[it.if_index] = {{"interface " + range_text({&it.if_index, 1})}, {}};
+  return found;
+}
+
+void print_step(command_output& output, std::size_t number, const change_step& step, const std::string& user,
+                const std::map<if_index_t, setting_difference>& found) {
+  output.text(std::to_string(number) + "  " + utc_text(step.at_sec) + "  " + user + (user.empty() ? "" : "  ") +
+              step.command + "\n");
+  for (const auto& [made, ports] : grouped(found)) {
+    output.text("     " + range_text(ports) + "\n");
+    for (const std::string& line : made.before) output.text("     - " + line + "\n");
+    for (const std::string& line : made.after) output.text("     + " + line + "\n");
+  }
+}
+
+void record_step(command_output& output, std::size_t number, const change_step& step, const std::string& user,
+                 const std::map<if_index_t, setting_difference>& found) {
+  const auto bind_text = [&output](uint16 tag, const std::string& text) {
+    output.bind({uint32{CMD_TYPE_STRING} << 24 | tag, text.c_str()});
+  };
+  for (const auto& [if_index, made] : found) {
+    char name[64];
+    output.begin_interface(sprintf_if_index(name, if_index));
+    const auto counted = static_cast<uint32>(number);
+    output.bind({uint32{CMD_TYPE_UINT32} << 24 | kTagChangeStep, &counted});
+    bind_text(kTagChangedAt, utc_text(step.at_sec));
+    bind_text(kTagChangeUser, user);
+    bind_text(kTagChangeCommand, step.command);
+    bind_text(kTagChangeBefore, joined(made.before));
+    bind_text(kTagChangeAfter, joined(made.after));
+    output.end_interface();
+  }
+}
+
+std::string text_without_steps(const shell& session) {
+  if (!session.edited) return "Nothing was changed in this session.\n";
+  if (session.edited->changes_in_trial().is_empty()) return "The candidate has no changes.\n";
+  return "The candidate has the changes of an earlier commit only: 'show diff' lists them.\n";
+}
+
+}  // namespace
+
+int show_changes(const invocation& run) {
+  const auto& steps = change_steps(the_machine());
+  const std::string user = run.session.who != nullptr ? run.session.who->name : std::string();
+  for (std::size_t at = 0; at < steps.size() && !run.output.is_discarding(); ++at) {
+    const auto found = differences(steps, at, the_machine());
+    if (run.output.is_structured())
+      record_step(run.output, at + 1, steps[at], user, found);
+    else
+      print_step(run.output, at + 1, steps[at], user, found);
+  }
+  if (steps.empty() && !run.output.is_structured()) run.output.text(text_without_steps(run.session));
+  return kDone;
+}
+
+}  // namespace host

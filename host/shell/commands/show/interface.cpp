@@ -1,0 +1,197 @@
+// "show interface" in all its views: calls the library's handlers, once for each interface.
+#include <algorithm>
+#include <cstdio>
+#include <span>
+
+#include "platform/if_index.h"
+#include "shell/commands/handlers.h"
+#include "shell/library/interface_kinds.h"
+#include "shell/library/selection.h"
+#include "shell/library/views.h"
+#include "shell/output/command_output.h"
+#include "shell/session/shell.h"
+
+namespace host {
+namespace {
+
+// How the displays of a command went.
+struct tally {
+  std::size_t shown = 0;
+  std::size_t failed = 0;
+  std::size_t not_applicable = 0;
+
+  int result() const {
+    if (failed + not_applicable == 0) return kDone;
+    return failed == shown && not_applicable == 0 ? kServiceFailed : kSomeInterfacesFailed;
+  }
+};
+
+// Interfaces that share a header.
+struct headed_group {
+  command_handler header;  // null: none
+  std::vector<if_index_t> interfaces;
+};
+
+// A view that is being shown, and those whose tables follow it.
+struct showing {
+  const invocation& run;
+  std::span<const view* const> shown;
+  command_parameters& parameters;
+
+  const command_library& library() const { return run.session.library; }
+
+  command_handler provided(const view& in, const interface_kind& kind) const {
+    return provided_handler(in.id, kind.mask, run.output.is_structured());
+  }
+
+  // Null: the display does not apply to the kind.
+  command_handler handler_of(const view& in, const interface_kind& kind) const {
+    if (const command_handler other = provided(in, kind); other != nullptr) return other;
+    if (in.own.handler != nullptr) return is_of(in, kind) ? in.own.handler : nullptr;
+    return kind.show == nullptr ? nullptr : library().*kind.show;
+  }
+
+  command_handler header_of(const interface_kind& kind) const {
+    const view& in = *shown.front();
+    if (in.own.handler != nullptr) return is_of(in, kind) ? in.own.header : nullptr;
+    if (kind.header == nullptr || handler_of(in, kind) == nullptr) return nullptr;
+    const auto header = in.headers.*kind.header;
+    return header == nullptr ? nullptr : library().*header;
+  }
+
+  static bool is_of(const view& in, const interface_kind& kind) {
+    return std::find(in.kinds.begin(), in.kinds.end(), kind.type) != in.kinds.end();
+  }
+
+  // Whether the display applies to an interface.
+  bool applies_to(if_index_t if_index) const {
+    const view& in = *shown.front();
+    const interface_kind& kind = kind_of(if_index);
+    const bool has_kind = is_of(in, kind) || provided(in, kind) != nullptr;
+    if (!has_kind || handler_of(in, kind) == nullptr) return false;
+    if (if_index_is_sub_intf(if_index) == 0) return true;
+    return in.own.handler != nullptr ? in.own.shows_sub_interfaces
+                                     : library().applies_to_sub_interfaces(in.command_id()) != 0;
+  }
+};
+
+// The interfaces by header; groups, and what is in them, keep their order.
+std::vector<headed_group> group_by_header(const showing& view, const std::vector<if_index_t>& interfaces) {
+  std::vector<headed_group> groups;
+  for (const if_index_t if_index : interfaces) {
+    const command_handler header = view.header_of(kind_of(if_index));
+    auto group = std::find_if(groups.begin(), groups.end(),
+                              [header](const headed_group& known) { return known.header == header; });
+    if (group == groups.end()) group = groups.insert(groups.end(), {header, {}});
+    group->interfaces.push_back(if_index);
+  }
+  return groups;
+}
+
+// Header handlers read the first interface: most tables have no header for sub-interfaces.
+void show_header(const showing& view, const headed_group& group) {
+  const if_index_t first = group.interfaces.front();
+  const vsh_intf_mono_range_t range{first, group.interfaces.back()};
+  view.parameters.set_command_id(view.shown.front()->command_id());
+  group.header(view.parameters.for_ranges(kind_of(first).mask, {&range, 1}));
+}
+
+uint32 command_id_for(const view& shown, const interface_kind& kind) {
+  return kind.type == IF_TYPE_INBAND && shown.inband != INBAND_SAME ? shown.inband : shown.command_id();
+}
+
+void show_in(const showing& view, const host::view& in, if_index_t if_index) {
+  const interface_kind& kind = kind_of(if_index);
+  const command_handler handler = view.handler_of(in, kind);
+  view.parameters.set_command_id(command_id_for(in, kind));
+  paraminfo_t* const block = view.parameters.for_interface(kind.mask, if_index);
+  call_handler(view.run, handler, block);
+  const bool has_traffic_lines =
+      kind.has_statistics && in.command_id() == DISPLAY_DETAIL && view.provided(in, kind) == nullptr;
+  if (has_traffic_lines) view.library().show_statistics(block);
+}
+
+void show_one(const showing& view, if_index_t if_index, tally& count) {
+  char name[64];
+  command_output& output = view.run.output;
+  output.begin_interface(sprintf_if_index(name, if_index), if_index);
+  ++count.shown;
+  for (const host::view* const in : view.shown) show_in(view, *in, if_index);
+  count.failed += output.end_interface();
+}
+
+void show_all(const showing& view, const std::vector<if_index_t>& interfaces, tally& count) {
+  for (const headed_group& group : group_by_header(view, interfaces)) {
+    if (group.header != nullptr && !view.run.output.is_structured()) show_header(view, group);
+    for (const if_index_t if_index : group.interfaces) {
+      if (view.run.output.is_discarding()) return;
+      show_one(view, if_index, count);
+    }
+  }
+}
+
+// The words of a command without its arguments.
+std::string words_of(const command& what) {
+  std::string words;
+  for (const syntax_word& word : std::span(what.syntax.words).first(what.syntax.num_words))
+    if (word.kind == syntax_kind::literal) words.append(words.empty() ? "" : " ").append(word.text);
+  return words;
+}
+
+// Removes the interfaces to which the display does not apply. Those that the user named are errors.
+std::size_t remove_not_applicable(const showing& view, bool are_named, std::vector<if_index_t>& interfaces) {
+  return std::erase_if(interfaces, [&view, are_named](if_index_t if_index) {
+    if (view.applies_to(if_index)) return false;
+    if (!are_named) return true;
+    char name[64];
+    sprintf_if_index(name, if_index);
+    view.run.output.complain(
+        std::string(name) + ": '" + words_of(*view.run.line.what) + "' does not apply to this kind of interface.",
+        name);
+    return true;
+  });
+}
+
+// A view and those that follow it.
+std::vector<const view*> views_from(const view& first) {
+  std::vector<const view*> views{&first};
+  while (views.back()->followed_by != 0) views.push_back(&view_of(views.back()->followed_by));
+  return views;
+}
+
+// Shows the interfaces that the user named, else all of some kinds.
+int show_views(const invocation& run, std::span<const view* const> views, std::span<const if_index_type_t> kinds) {
+  const command_queue q;
+  command_parameters parameters(run.session.who, q.handle, views.front()->command_id());
+  if (run.line.number) parameters.add_number(*run.line.number);
+  if (const auto vlans = parse_vlans(run.line.argument)) parameters.add_number_ranges(*vlans);
+  const bool are_named = !run.line.spans.empty();
+  selection chosen =
+      are_named ? select_named(run.session, parameters, run.line.spans) : select_all(run.session, parameters, kinds);
+  if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
+  if (chosen.code != kDone) return chosen.code;
+
+  tally count;
+  const std::size_t removed = remove_not_applicable({run, views, parameters}, are_named, chosen.interfaces);
+  if (are_named) count.not_applicable = removed;
+
+  // As text the tables follow each other; a structured record holds the values of all of them.
+  const std::size_t at_once = run.output.is_structured() ? views.size() : 1;
+  for (std::size_t first = 0; first < views.size(); first += at_once)
+    show_all({run, views.subspan(first, at_once), parameters}, chosen.interfaces, count);
+  return count.result();
+}
+
+}  // namespace
+
+int show_interface(const invocation& run) {
+  if (!has_named_module(run)) return kNoSuchInterface;
+  const view& shown = view_of(run.line.what->command_id);
+  return show_views(run, views_from(shown), shown.kinds);
+}
+
+int show_kinds(const invocation& run, std::span<const if_index_type_t> kinds) {
+  return show_views(run, views_from(view_of(run.line.what->command_id)), kinds);
+}
+
+}  // namespace host

@@ -1,0 +1,173 @@
+// The grammar of the shell: one table of commands, and what is derived from it: parsing, help, completion, the command
+// reference.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <initializer_list>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "settings/settings.h"
+#include "shell/output/document/document.h"
+#include "shell/output/pipes.h"
+#include "switch/interface_name.h"
+
+namespace host {
+
+struct invocation;
+
+// A number that a command takes, and its name in a syntax.
+struct number_argument {
+  std::string_view name;
+  uint32 lowest, highest;
+  std::string_view help;
+  bool has_any_value = false;  // the command reports a number out of bounds, because nothing has it
+};
+
+inline constexpr number_argument kNumberArguments[] = {
+    {"MODULE", 1, MAX_SLOT + 1, "Number of a module", true},
+    {"PORT", 0, MAX_PORT, "Number of a management port"},
+    {"SECONDS", 1, 4'000'000'000, "A time in seconds"},
+    {"INTERVAL", 1, 86'400, "Seconds from one reading to the next"},
+    {"BYTES", 1, 65535, "A size in bytes"},
+    {"COUNT", 0, 65535, "A number of credits or buffers"},
+    {"VLAN", 1, 4094, "Number of a VLAN"},
+    {"CHANNEL", 1, MAX_CHANNEL, "Number of a port-channel"},
+    {"CHANGES", 1, 20'000, "How many changes"},
+    {"LINES", 0, 512, "Lines of a screen (0: no stops)"},
+};
+
+constexpr bool is_number_argument(std::string_view word) {
+  for (const number_argument& known : kNumberArguments) {
+    if (known.name == word) return true;
+  }
+  return false;
+}
+
+// How a word of a syntax is typed.
+enum class syntax_kind : uint8 {
+  literal,  // as it is written, such as "show"
+  range,    // "RANGE": interfaces
+  number,   // the name of a number: see kNumberArguments
+  file,     // "FILE": any word
+  word,     // "WORD": any word
+  text,     // "TEXT": the rest of the line
+  vlans,    // "VLANS": a list such as "1-10,20"
+  command,  // "COMMAND": another command follows
+};
+
+constexpr syntax_kind kind_of_syntax_word(std::string_view word) {
+  if (word == "RANGE") return syntax_kind::range;
+  if (word == "FILE") return syntax_kind::file;
+  if (word == "WORD") return syntax_kind::word;
+  if (word == "TEXT") return syntax_kind::text;
+  if (word == "VLANS") return syntax_kind::vlans;
+  if (word == "COMMAND") return syntax_kind::command;
+  return is_number_argument(word) ? syntax_kind::number : syntax_kind::literal;
+}
+
+// One word of a syntax. Words in brackets are optional.
+struct syntax_word {
+  std::string_view text;
+  syntax_kind kind = syntax_kind::literal;
+  bool is_optional = false;
+};
+
+enum { MAX_SYNTAX_WORDS = 8 };
+
+struct command_syntax {
+  std::string_view text;
+  std::array<syntax_word, MAX_SYNTAX_WORDS> words{};
+  std::size_t num_words = 0;
+
+  constexpr command_syntax() = default;
+  consteval command_syntax(const char* written) : command_syntax(std::string_view(written)) {}
+
+  // At most MAX_SYNTAX_WORDS words, with one blank between them.
+  explicit constexpr command_syntax(std::string_view written) : text(written) {
+    std::string_view left = text;
+    while (!left.empty()) {
+      std::string_view word = left.substr(0, left.find(' '));
+      left.remove_prefix(word.size() < left.size() ? word.size() + 1 : word.size());
+      const bool is_optional = word.front() == '[';
+      if (is_optional) word = word.substr(1, word.size() - 2);
+      words[num_words++] = {word, kind_of_syntax_word(word), is_optional};
+    }
+  }
+};
+
+// What a line is typed in: commands belong to some of these.
+enum shell_mode : uint8 { kExecMode = 1, kConfigureMode = 2, kInterfaceMode = 4 };
+enum : uint8 { kEveryMode = kExecMode | kConfigureMode | kInterfaceMode };
+
+// A command: how it is written, what it is for, what runs.
+struct command {
+  command_syntax syntax;
+  std::string_view help;
+  int (*run)(const invocation&);  // returns an exit code; null: other commands run, one that follows or those of a file
+  display shown{};                // of its structured form
+  uint32 command_id = 0;          // of a display of the command library
+  uint8 modes = kEveryMode;       // in which it can be typed
+
+  // Of the commands that make settings.
+  const setting* sets = nullptr;
+  const setting_form* form = nullptr;  // of that setting
+  setting_tokens tokens{};             // for the command library
+};
+
+// The table, and the help of each word in it; empty for another word.
+std::span<const command> all_commands();
+std::string_view help_of_word(std::string_view word);
+
+// Adds a command of another library after those that begin alike, and the help of a word. Their texts must outlive the
+// shell. Call them before the first line is parsed.
+void add_command(const command& added);
+void add_word(std::string_view word, std::string_view help);
+
+// A command as the user wrote it.
+struct command_line {
+  const command* what = nullptr;  // null: an empty line
+  std::string text;               // with all words in full, without pipes, "do" and "watch INTERVAL"
+  std::string range;              // as written; empty: none
+  std::vector<interface_span> spans;
+  std::optional<uint32> number;  // of a module: UINT32_MAX also for what is greater
+  std::optional<uint32> every;   // seconds: the command is watched
+  std::string argument;          // a file, a word, a text, or a list of VLANs
+  std::string module;            // its number as written; empty: none
+  bool is_no = false;            // begins with "no"
+  std::vector<pipe_stage> pipes;
+};
+
+// Parses a line that was typed in a mode; a comment is an empty line. On an error `error` is one line that says what to
+// do next.
+std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode = kExecMode);
+
+// The command with its argument, as it can be typed again.
+std::string words_of_command(const command_line& line);
+
+// Whether one of the pipes of a line is "| json", also when the line cannot be parsed.
+bool asks_for_document(std::string_view line);
+
+struct suggestion {
+  std::string word;
+  std::string help;
+};
+
+// What may be typed at the end of a line, whose last word may be incomplete.
+struct suggestions {
+  std::size_t start = 0;  // where the word begins that they would replace
+  std::vector<suggestion> words;
+  std::vector<suggestion> hints;               // other than words: numbers, expressions, the end of the line
+  const interface_word* numbers_of = nullptr;  // a number of this word may be typed there
+  std::string error;                           // of the words before
+};
+suggestions suggest(std::string_view line, shell_mode mode = kExecMode);
+
+// True when a "?" at the end of the line belongs to an expression, a text or a comment and asks for no help.
+bool is_in_expression(std::string_view line, shell_mode mode = kExecMode);
+
+}  // namespace host

@@ -1,0 +1,258 @@
+#include "shell/grammar/words.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <iterator>
+
+#include "shell/output/terminal/printable.h"
+
+namespace host {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+char lower(char character) { return static_cast<char>(std::tolower(static_cast<unsigned char>(character))); }
+
+// Insertions, deletions and replacements between two words.
+std::size_t edit_distance(std::string_view left, std::string_view right) {
+  std::vector<std::size_t> row(right.size() + 1);
+  for (std::size_t j = 0; j <= right.size(); ++j) row[j] = j;
+  for (std::size_t i = 1; i <= left.size(); ++i) {
+    std::size_t diagonal = row[0];
+    row[0] = i;
+    for (std::size_t j = 1; j <= right.size(); ++j) {
+      const std::size_t replaced = diagonal + (lower(left[i - 1]) != lower(right[j - 1]));
+      diagonal = row[j];
+      row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
+    }
+  }
+  return row.back();
+}
+
+// Bytes with an escape of one letter; all others that are not printable are \xHH.
+struct escaped_byte {
+  char byte;
+  char letter;
+};
+constexpr escaped_byte kEscapes[] = {{'"', '"'}, {'\\', '\\'}, {'\n', 'n'}, {'\t', 't'}, {'\r', 'r'}};
+
+std::string escapes() {
+  std::string text;
+  for (const escaped_byte& known : kEscapes) text += std::string("\\") + known.letter + ", ";
+  return text + "\\xHH";
+}
+
+// Appends the byte of an escape, which begins after its backslash; returns how many characters it has, 0 when it is
+// none.
+std::size_t read_escape(std::string_view escape, std::string& to) {
+  if (escape.empty()) return 0;
+  const auto* const known = std::find_if(std::begin(kEscapes), std::end(kEscapes),
+                                         [&](const escaped_byte& it) { return it.letter == escape.front(); });
+  if (known != std::end(kEscapes)) {
+    to += known->byte;
+    return 1;
+  }
+  constexpr std::size_t kLength = 3;  // of "xHH"
+  unsigned byte = 0;
+  const char* const end = escape.data() + kLength;
+  if (escape.front() != 'x' || escape.size() < kLength) return 0;
+  const auto read = std::from_chars(escape.data() + 1, end, byte, 16);
+  if (read.ec != std::errc{} || read.ptr != end || byte == 0) return 0;
+  to += static_cast<char>(byte);
+  return kLength;
+}
+
+// Follows the quotes of a text.
+class quote_reader {
+ public:
+  // Takes the next character; true when it is a quote or lies between two.
+  bool take(char character) {
+    if (is_escaped_) return is_escaped_ = false, true;
+    if (quote_ == '\0') {
+      if (character == '"' || character == '\'') quote_ = character;
+      return quote_ != '\0';
+    }
+    is_escaped_ = character == '\\' && quote_ == '"';
+    if (character == quote_) quote_ = '\0';
+    return true;
+  }
+  bool is_open() const { return quote_ != '\0'; }
+
+ private:
+  char quote_ = '\0';
+  bool is_escaped_ = false;
+};
+
+}  // namespace
+
+std::vector<word_token> split_words(std::string_view text, std::size_t start) {
+  std::vector<word_token> words;
+  std::size_t at = 0;
+  while ((at = text.find_first_not_of(kBlanks, at)) != std::string_view::npos) {
+    const std::size_t end = std::min(text.find_first_of(kBlanks, at), text.size());
+    words.push_back({text.substr(at, end - at), start + at});
+    at = end;
+  }
+  return words;
+}
+
+std::vector<word_token> split_pipes(std::string_view line) {
+  std::vector<word_token> parts;
+  std::size_t start = 0;
+  quote_reader quotes;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (quotes.take(line[i]) || line[i] != '|') continue;
+    parts.push_back({line.substr(start, i - start), start});
+    start = i + 1;
+  }
+  parts.push_back({line.substr(start), start});
+  return parts;
+}
+
+std::size_t find_open_quote(std::string_view text) {
+  quote_reader quotes;
+  std::size_t begin = std::string_view::npos;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool was_open = quotes.is_open();
+    quotes.take(text[i]);
+    if (quotes.is_open() && !was_open) begin = i;
+  }
+  return quotes.is_open() ? begin : std::string_view::npos;
+}
+
+std::string_view trim(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
+
+std::string_view unquote(std::string_view text) {
+  const bool is_quoted =
+      text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front();
+  return is_quoted ? text.substr(1, text.size() - 2) : text;
+}
+
+bool is_comment(std::string_view line) {
+  const std::string_view text = trim(line);
+  return text.starts_with('!') || text.starts_with('#');
+}
+
+std::string text_argument(std::string_view text) {
+  std::string shown;
+  append_printable(shown, text);
+  const bool is_plain = !text.empty() && shown == text && text.find_first_of("|\"'?\\") == std::string_view::npos &&
+                        trim(text).size() == text.size();
+  if (is_plain) return std::string(text);
+  std::string written = "\"";
+  for (const char byte : text) {
+    const auto* const escape = std::find_if(std::begin(kEscapes), std::end(kEscapes),
+                                            [byte](const escaped_byte& known) { return known.byte == byte; });
+    if (escape != std::end(kEscapes)) {
+      written += '\\';
+      written += escape->letter;
+    } else {
+      written += byte;
+    }
+  }
+  written += '"';
+  shown.clear();  // the escapes of what is not printable are \xHH
+  append_printable(shown, written);
+  return shown;
+}
+
+std::optional<std::string> read_text_argument(std::string_view written, std::string& error) {
+  const char quote = written.empty() ? '\0' : written.front();
+  if (quote != '"' && quote != '\'') return std::string(written);
+  if (quote == '\'') {
+    if (written.size() >= 2 && written.back() == quote) return std::string(unquote(written));
+    error = "the text that begins with ' has no ' at its end.";
+    return std::nullopt;
+  }
+  std::string text;
+  for (std::size_t i = 1; i < written.size(); ++i) {
+    if (written[i] == '"') {
+      if (i + 1 == written.size()) return text;
+      error = "unexpected " + quoted(written.substr(i + 1)) + " after the text in quotes.";
+      return std::nullopt;
+    }
+    if (written[i] != '\\') {
+      text += written[i];
+      continue;
+    }
+    const std::string_view escape = written.substr(i + 1);
+    const std::size_t length = read_escape(escape, text);
+    if (length == 0) {
+      error = quoted("\\" + std::string(escape.substr(0, 1))) + " is not an escape: expected one of " + escapes() + ".";
+      return std::nullopt;
+    }
+    i += length;
+  }
+  error = "the text that begins with \" has no \" at its end.";
+  return std::nullopt;
+}
+
+bool starts_with_ignoring_case(std::string_view word, std::string_view beginning) {
+  return beginning.size() <= word.size() &&
+         std::equal(beginning.begin(), beginning.end(), word.begin(),
+                    [](char left, char right) { return lower(left) == lower(right); });
+}
+
+bool contains_ignoring_case(std::string_view text, std::string_view part) {
+  const auto found = std::search(text.begin(), text.end(), part.begin(), part.end(),
+                                 [](char left, char right) { return lower(left) == lower(right); });
+  return found != text.end() || part.empty();
+}
+
+std::string_view closest_word(std::string_view written, const std::vector<std::string_view>& known) {
+  std::string_view closest;
+  std::size_t smallest = std::min<std::size_t>(3, (written.size() + 1) / 2 + 1);
+  for (const std::string_view word : known) {
+    const std::size_t distance = edit_distance(written, word);
+    if (distance >= smallest) continue;
+    smallest = distance;
+    closest = word;
+  }
+  return closest;
+}
+
+std::string quoted(std::string_view text) {
+  std::string result(1, '\'');
+  result += text;
+  result += '\'';
+  return result;
+}
+
+std::string join(const std::vector<std::string_view>& words, std::string_view separator) {
+  std::string text;
+  for (const std::string_view word : words) {
+    if (!text.empty()) text += separator;
+    text += word;
+  }
+  return text;
+}
+
+std::optional<std::vector<vlan_span>> parse_vlans(std::string_view text) {
+  constexpr uint32 kLastVlan = 4094;
+  constexpr std::size_t kMostItems = 64;
+  std::vector<vlan_span> spans;
+  const char* at = text.data();
+  const char* const end = text.data() + text.size();
+  const auto read_id = [&](uint32& id) {
+    const auto [next, error] = std::from_chars(at, end, id);
+    at = next;
+    return error == std::errc{} && id >= 1 && id <= kLastVlan;
+  };
+  while (true) {
+    vlan_span span{};
+    if (!read_id(span.first)) return std::nullopt;
+    span.last = span.first;
+    if (at != end && *at == '-' && (++at == end || !read_id(span.last))) return std::nullopt;
+    if (span.last < span.first || spans.size() == kMostItems) return std::nullopt;
+    spans.push_back(span);
+    if (at == end) return spans;
+    if (*at++ != ',') return std::nullopt;
+  }
+}
+
+}  // namespace host

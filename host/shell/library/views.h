@@ -1,0 +1,71 @@
+// The views of "show interface", by command id of the library.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "pmcli/displays.h"
+#include "shell/library/interface_kinds.h"
+
+namespace host {
+
+// Ids of views are command ids of the library (pmcli/displays.h). The one above 1000 is the shell's own: the detailed
+// view, as far as no other library computes more. Those of other libraries follow it.
+enum { COMPUTED_DETAILED_VIEW = 1001, FIRST_ADDED_VIEW = 1002 };
+
+// The id for the in-band interface where the library has one of its own for it.
+enum inband_id : uint32 {
+  INBAND_SAME = 0,
+  INBAND_COUNTERS = DISPLAY_COUNTERS,
+  INBAND_NOTHING = DISPLAY_COUNTERS_BRIEF
+};
+
+// The handlers of a view that another library added, for the kinds that the view is of.
+struct added_handlers {
+  command_handler handler = nullptr;  // null: the view is the command library's, by kind
+  command_handler header = nullptr;   // null: none
+  uint32 command_id = 0;
+  bool shows_sub_interfaces = true;
+};
+
+struct view {
+  uint32 id;
+  std::span<const if_index_type_t> kinds;  // that it applies to; without a range all of them are shown
+  table_headers headers;
+  inband_id inband = INBAND_SAME;
+  uint32 followed_by = 0;  // another view whose table follows this one; 0: none
+  added_handlers own = {};
+
+  // The id that the library gets.
+  uint32 command_id() const {
+    if (own.handler != nullptr) return own.command_id;
+    return id == COMPUTED_DETAILED_VIEW ? uint32{DISPLAY_DETAIL} : id;
+  }
+};
+
+// The view with this id; it exists.
+const view& view_of(uint32 id);
+
+// Adds a view of another library, which has no kinds when its command is about no interface. Returns its id. Call it
+// before the first command, as provide_kinds().
+uint32 add_view(std::vector<if_index_type_t> kinds, const added_handlers& handlers);
+
+// Kinds of interface that another library shows in the place of the view's own handlers.
+struct provided_kinds {
+  uint32 view;
+  interface_mask_t kinds;
+  bool only_structured;  // the text stays that of the view's own handlers
+  command_handler handler;
+};
+void provide_kinds(const provided_kinds& kinds);
+
+// What a handler of another library is called in errors, "NAME of FILE"; empty for a handler of the command library.
+void name_added_handler(command_handler handler, std::string name);
+std::string_view name_of_added_handler(command_handler handler);
+
+// The handler that provides a kind of interface in a view; null when none does.
+command_handler provided_handler(uint32 view, interface_mask_t kind, bool is_structured);
+
+}  // namespace host

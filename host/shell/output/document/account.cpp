@@ -1,0 +1,58 @@
+#include "shell/output/document/account.h"
+
+#include <algorithm>
+#include <span>
+#include <vector>
+
+#include "platform/syserr.h"
+
+namespace host {
+namespace {
+
+std::string text_of(const failure& failed) {
+  switch (failed.what) {
+    case fault::unreachable: return "is not running";
+    case fault::unanswered: return "did not answer in time";
+    case fault::rejected: return "refused a request";
+    case fault::damaged: return "answered with less than it promised";
+    case fault::error: {
+      const char* const text = syserr2str(failed.error);
+      return "answered with an error: " + (text == nullptr ? std::to_string(failed.error) : std::string(text));
+    }
+    case fault::not_opened: return "cannot be opened";
+    case fault::without_function: return "has no function " + std::string(failed.function);
+  }
+  return "failed";
+}
+
+bool is_library(const failure& failed) {
+  return failed.what == fault::not_opened || failed.what == fault::without_function;
+}
+
+// The first failure of each service and library.
+void take_each(std::span<const failure> noted, const account::sentence_taker& take) {
+  std::vector<std::string_view> named;
+  for (const failure& it : noted) {
+    if (std::find(named.begin(), named.end(), it.source) != named.end()) continue;
+    named.push_back(it.source);
+    take(sentence_of(it));
+  }
+}
+
+}  // namespace
+
+std::string sentence_of(const failure& failed) {
+  return std::string(is_library(failed) ? "the library '" : "the service '") + std::string(failed.source) + "' " +
+         text_of(failed) + ".";
+}
+
+void account::take_new(const sentence_taker& take) {
+  if (!has_new()) return;
+  const std::size_t first = taken_;
+  taken_ = noted_failures().size();
+  take_each(noted_failures().subspan(first), take);
+}
+
+void account::take_all(const sentence_taker& take) const { take_each(noted_failures(), take); }
+
+}  // namespace host

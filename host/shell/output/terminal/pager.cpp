@@ -1,0 +1,72 @@
+#include "shell/output/terminal/pager.h"
+
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
+
+#include "shell/output/terminal/printable.h"
+
+namespace host {
+namespace {
+
+void put(int terminal, std::string_view text) {
+  [[maybe_unused]] const ssize_t written = write(terminal, text.data(), text.size());
+}
+
+// Of a terminal that does not report its size.
+std::size_t usual_columns() {
+  const char* const text = std::getenv("COLUMNS");
+  std::size_t columns = 0;
+  if (text != nullptr) std::from_chars(text, text + std::strlen(text), columns);
+  return columns == 0 ? 80 : columns;
+}
+
+}  // namespace
+
+screen_size size_of(int terminal) {
+  winsize size{};
+  if (ioctl(terminal, TIOCGWINSZ, &size) != 0 || size.ws_row == 0 || size.ws_col == 0) return {24, usual_columns()};
+  return {size.ws_row, size.ws_col};
+}
+
+int read_key(int terminal) {
+  termios saved{};
+  if (tcgetattr(terminal, &saved) != 0) return -1;
+  termios raw = saved;
+  raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
+  raw.c_cc[VMIN] = 1;
+  raw.c_cc[VTIME] = 0;
+  tcsetattr(terminal, TCSADRAIN, &raw);
+  unsigned char key = 0;
+  const ssize_t size = read(terminal, &key, 1);
+  tcsetattr(terminal, TCSADRAIN, &saved);
+  return size == 1 ? key : -1;
+}
+
+bool pager::make_room(std::string_view line) {
+  const screen_size size = size_of(terminal_);
+  const std::size_t rows = std::max<std::size_t>(1, (count_characters(line) + size.columns - 1) / size.columns);
+  if (rows_used_ > 0 && rows_used_ + rows >= (lines_ != 0 ? lines_ : size.rows) && !ask()) return false;
+  rows_used_ += rows;
+  return true;
+}
+
+// Blank shows the next screen, Return the next line, q ends the output.
+bool pager::ask() {
+  put(terminal_, "--More--");
+  int key = 0;
+  do {
+    key = read_key(STDIN_FILENO);
+  } while (key >= 0 && std::string_view(" \r\nqQ").find(static_cast<char>(key)) == std::string_view::npos);
+  put(terminal_, "\r        \r");
+  if (key == ' ') rows_used_ = 0;
+  if (key == '\n' || key == '\r') rows_used_ -= 1;
+  return key >= 0 && key != 'q' && key != 'Q';
+}
+
+}  // namespace host

@@ -1,0 +1,94 @@
+#include "shell/output/terminal/printable.h"
+
+#include "platform/types.h"
+
+namespace host {
+namespace {
+
+constexpr unsigned char kFirstPrintable = 0x20;
+constexpr unsigned char kDelete = 0x7F;
+
+unsigned char byte_at(std::string_view text, std::size_t at) { return static_cast<unsigned char>(text[at]); }
+
+bool is_continuation(unsigned char byte) { return (byte & 0xC0) == 0x80; }
+
+// Bytes of a UTF-8 sequence by its first byte; 0 for a byte that starts none.
+std::size_t sequence_length(unsigned char first) {
+  if (first < 0x80) return 1;
+  if (first < 0xC2) return 0;
+  if (first < 0xE0) return 2;
+  if (first < 0xF0) return 3;
+  return first < 0xF5 ? 4 : 0;
+}
+
+// True when the code point may not be encoded with so many bytes, or not at all, or is an upper control.
+bool is_refused(uint32 code_point, std::size_t length) {
+  constexpr uint32 kSmallest[] = {0, 0, 0xA0, 0x800, 0x10000};
+  return code_point < kSmallest[length] || code_point > 0x10FFFF || (code_point >= 0xD800 && code_point <= 0xDFFF);
+}
+
+// Bytes of the printable character at the start of `text`; 0 when there is none.
+std::size_t printable_length(std::string_view text) {
+  const unsigned char first = byte_at(text, 0);
+  const std::size_t length = sequence_length(first);
+  if (length == 1) return first >= kFirstPrintable && first != kDelete ? 1 : 0;
+  if (length == 0 || length > text.size()) return 0;
+  uint32 code_point = first & (0xFFU >> (length + 1));
+  for (std::size_t i = 1; i < length; ++i) {
+    if (!is_continuation(byte_at(text, i))) return 0;
+    code_point = code_point << 6 | (byte_at(text, i) & 0x3FU);
+  }
+  return is_refused(code_point, length) ? 0 : length;
+}
+
+void append_escape(std::string& to, unsigned char byte) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  const char escape[] = {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 0xF]};
+  to.append(escape, sizeof escape);
+}
+
+}  // namespace
+
+bool is_plain_ascii(std::string_view text) {
+  bool plain = true;
+  for (const char character : text) {
+    const auto byte = static_cast<unsigned char>(character);
+    plain &= byte >= kFirstPrintable && byte < kDelete;
+  }
+  return plain;
+}
+
+void append_printable(std::string& to, std::string_view text, std::string_view but) {
+  if (is_plain_ascii(text)) {
+    to += text;
+    return;
+  }
+  while (!text.empty()) {
+    std::size_t length = but.find(text[0]) != std::string_view::npos ? 1 : printable_length(text);
+    if (length > 0) {
+      to += text.substr(0, length);
+    } else {
+      append_escape(to, byte_at(text, 0));
+      length = 1;
+    }
+    text.remove_prefix(length);
+  }
+}
+
+std::size_t count_characters(std::string_view text) {
+  std::size_t count = 0;
+  for (const char character : text) count += !is_continuation(static_cast<unsigned char>(character));
+  return count;
+}
+
+std::string_view first_characters(std::string_view text, std::size_t count) {
+  std::size_t end = 0;
+  while (end < text.size() && (count > 0 || is_continuation(byte_at(text, end)))) {
+    if (!is_continuation(byte_at(text, end))) --count;
+    ++end;
+  }
+  // The loop stops before the first character too many, after the continuation bytes of the last one.
+  return text.substr(0, end);
+}
+
+}  // namespace host

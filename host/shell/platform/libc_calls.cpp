@@ -1,0 +1,90 @@
+// Functions of the C library that this program defines itself: the libraries that it loads then call these.
+#include "shell/platform/libc_calls.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+
+#include "base/c_edge.h"
+#include "client/client_libraries.h"
+#include "switch/clock.h"
+#include "switch/kernel_device.h"
+#include "transport/failures.h"
+
+namespace host {
+namespace {
+
+constexpr std::string_view kClearInband = "echo > /proc/vexa/hw/inband/dicounts";
+constexpr char kInbandDevice[] = "eth2";
+
+// As a shell reports a command that it does not find.
+constexpr int kNotRun = 127 << 8;
+
+using open_function = void* (*)(const char*, int);
+
+open_function next_dlopen() {
+  static const auto next = reinterpret_cast<open_function>(dlsym(RTLD_NEXT, "dlopen"));
+  return next;
+}
+
+// Whether a library has all that the command library takes from it; a function that is missing is noted.
+bool has_functions(void* opened, const client_library& library) {
+  bool has_all = true;
+  for (const char* const function : library.functions) {
+    if (dlsym(opened, function) != nullptr) continue;
+    note_failure({library.file, fault::without_function, 0, function});
+    has_all = false;
+  }
+  return has_all;
+}
+
+// Opens a client library; what is missing is noted as a failure of the command. Client libraries are not unloaded:
+// those that are complete are looked through once.
+void* open_client_library(const client_library& library, int mode) {
+  void* const opened = next_dlopen()(library.file, mode);
+  if (opened == nullptr) {
+    note_failure({library.file, fault::not_opened});
+    return nullptr;
+  }
+  static std::vector<const client_library*> complete;
+  if (std::ranges::find(complete, &library) == complete.end() && has_functions(opened, library))
+    complete.push_back(&library);
+  return opened;
+}
+
+}  // namespace
+
+std::vector<std::string>& system_commands() {
+  static std::vector<std::string> commands;
+  return commands;
+}
+
+}  // namespace host
+
+// The host's clock.
+extern "C" time_t time(time_t* result) noexcept {
+  const time_t now = host::clock_now();
+  if (result != nullptr) *result = now;
+  return now;
+}
+
+// Runs no command. What the in-band driver would do is applied to the device of the in-band interface.
+extern "C" int system(const char* command) {
+  if (command == nullptr) return 0;
+  return host::no_throw(-1, [command] {
+    host::system_commands().emplace_back(command);
+    if (command != host::kClearInband) return host::kNotRun;
+    return host::clear_kernel_counters(host::kInbandDevice) ? 0 : 1 << 8;
+  });
+}
+
+// Notes client libraries that are missing. The loader looks for others where their caller's file says: the call is the
+// last that is done for them, so that an optimised build hands the caller on.
+extern "C" void* dlopen(const char* file, int mode) {
+  const host::client_library* const library = file == nullptr ? nullptr : host::find_client_library(file);
+  if (library != nullptr)
+    return host::no_throw<void*>(nullptr, [=] { return host::open_client_library(*library, mode); });
+  return host::next_dlopen()(file, mode);
+}

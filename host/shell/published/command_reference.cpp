@@ -1,0 +1,111 @@
+// docs/commands.md: the command reference, from the tables of commands, interfaces and pipes.
+#include <string>
+
+#include "shell/grammar/grammar.h"
+#include "shell/published/published.h"
+
+namespace host {
+namespace {
+
+constexpr std::string_view kBeginning =
+    "# Commands of pmsh\n"
+    "\n"
+    "This page is made from the shell's tables: `pmsh --print-command-reference`.\n"
+    "\n"
+    "Every word may be abbreviated as long as it is unique. TAB completes a word, `?` lists what may come next. Words "
+    "in\n"
+    "brackets may be left out; words in capital letters stand for what the user names.\n";
+
+void heading(std::string& page, std::string_view text) { page.append("\n## ").append(text).append("\n\n"); }
+
+void table_head(std::string& page, std::string_view left, std::string_view right) {
+  page.append("| ").append(left).append(" | ").append(right).append(" |\n|---|---|\n");
+}
+
+// "|" separates cells, so one in a text is written as an entity.
+void row(std::string& page, std::string_view left, std::string_view right) {
+  page.append("| <code>");
+  for (const char letter : left) page.append(letter == '|' ? "&#124;" : std::string(1, letter));
+  page.append("</code> | ").append(right).append(" |\n");
+}
+
+// A section of the page: the commands whose first mode it is.
+struct command_section {
+  std::string_view title;
+  bool (*has)(uint8 modes);
+  std::string_view remark;
+};
+
+constexpr command_section kSections[] = {
+    {"Commands", [](uint8 modes) { return (modes & kExecMode) != 0; },
+     "The last column names the definition in [schema.json](schema.json) that the output of `| json` follows.\n"
+     "Without a RANGE a command shows all interfaces that have its display and that the user may see.\n"},
+    {"In the configuration", [](uint8 modes) { return (modes & (kExecMode | kConfigureMode)) == kConfigureMode; },
+     "The commands above can be typed here, too, except `configure`.\n"},
+    {"Settings of the chosen interfaces", [](uint8 modes) { return modes == kInterfaceMode; },
+     "They follow `interface RANGE` and are for all of it. What refuses is reported by error, with `| json` as a "
+     "record "
+     "for\neach port.\n"},
+};
+
+void add_commands(std::string& page) {
+  for (const command_section& section : kSections) {
+    heading(page, section.title);
+    page += "| Command | What it shows or does | JSON |\n|---|---|---|\n";
+    for (const command& entry : all_commands()) {
+      if (!section.has(entry.modes)) continue;
+      page.append("| `").append(entry.syntax.text).append("` | ").append(entry.help).append(" | ");
+      if (!entry.shown.name.empty()) page.append("`").append(entry.shown.name).append("`");
+      page += " |\n";
+    }
+    page.append("\n").append(section.remark);
+  }
+}
+
+void add_arguments(std::string& page) {
+  heading(page, "Arguments");
+  table_head(page, "Argument", "Meaning");
+  row(page, "RANGE",
+      "Interfaces: `ethernet 1/1-4, 1/7` or `port-channel 1-3`; a number without a word belongs to the "
+      "word in front of it");
+  row(page, "FILE", "Name of a file");
+  row(page, "WORD", "Part of a command or of its help, in small or capital letters");
+  row(page, "TEXT", "The rest of the line; in quotes when it contains `|`");
+  row(page, "COMMAND", "A command with its arguments; after `watch` a `show` command");
+  for (const number_argument& number : kNumberArguments)
+    row(page, number.name,
+        std::string(number.help) + ", " + std::to_string(number.lowest) + " to " + std::to_string(number.highest));
+}
+
+void add_interfaces(std::string& page) {
+  heading(page, "Interfaces");
+  table_head(page, "Written", "What it is");
+  for (const interface_word& word : kInterfaceWords) {
+    std::string number = word.form == number_form::kSlotPort ? "SLOT/PORT" : "NUMBER";
+    if (word.has_sub_interfaces) number += "[.SUB-INTERFACE]";
+    if (names_one_interface(word)) number = "";
+    row(page, std::string(word.word) + (number.empty() ? "" : " ") + number, word.help);
+  }
+  page += "\nA port of a satellite unit is written `ethernet UNIT/SLOT/PORT`.\n";
+}
+
+void add_pipes(std::string& page) {
+  heading(page, "Behind a command");
+  page += "Any number of these may follow; each works on the lines that the one in front lets through.\n\n";
+  table_head(page, "Written", "What it does");
+  for (const pipe_word& word : kPipeWords)
+    row(page, "| " + std::string(word.word) + std::string(syntax_of(word.argument)), word.help);
+}
+
+}  // namespace
+
+std::string command_reference() {
+  std::string page(kBeginning);
+  add_commands(page);
+  add_arguments(page);
+  add_interfaces(page);
+  add_pipes(page);
+  return page;
+}
+
+}  // namespace host

@@ -1,0 +1,50 @@
+// Files of commands that a session runs.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "shell/session/shell.h"
+
+namespace host {
+
+class command_output;
+
+inline constexpr std::string_view kStartupConfig = "startup-config";
+inline constexpr std::string_view kNoPlaceForStartup =
+    "there is no place for the startup-config: neither XDG_STATE_HOME nor HOME is set.";
+
+// The path of the switch's startup-config; empty when there is no place for it.
+std::string startup_file(const shell& session);
+
+// The text of a file of commands. Otherwise `error` is a sentence, and `code` is not kDone.
+struct command_text {
+  std::optional<std::string> text;
+  std::string error;
+  int code = kDone;
+};
+command_text read_commands(const std::string& path, bool is_startup);
+
+// What "copy FILE running-config" came to.
+struct copied_file {
+  struct line {
+    bool is_error;
+    std::string text;
+  };
+
+  std::string path;
+  int code = kDone;
+  std::vector<line> lines;  // that the commands of the file printed, when they were collected
+};
+
+// Runs the commands of the file that a line names, or of the startup-config without one. One output can run at a time,
+// so that of the line itself begins after the last command of the file. Each command has an output of its own, which
+// goes where that of a typed line goes; or, with `is_collected`, into the result, so that the line's filters and its
+// document take it. The session keeps its mode; "exit" ends the file only.
+copied_file run_for_copy(shell& session, const command_line& line, bool is_collected);
+
+// Puts the result into the output of the line. Returns the exit code.
+int report(const copied_file& copied, command_output& output);
+
+}  // namespace host

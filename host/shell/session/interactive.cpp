@@ -1,0 +1,181 @@
+// The interactive shell: line editing, history, help and completion by keys.
+#include <dlfcn.h>
+#include <histedit.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "shell/grammar/grammar.h"
+#include "shell/grammar/words.h"
+#include "shell/output/terminal/printable.h"
+#include "shell/session/shell.h"
+#include "shell/session/state_directory.h"
+
+namespace host {
+namespace {
+
+// libedit is loaded when a user sits at the shell: one-shot commands start without it.
+struct editing_library {
+  decltype(&::el_init) el_init = nullptr;
+  decltype(&::el_end) el_end = nullptr;
+  decltype(&::el_set) el_set = nullptr;
+  decltype(&::el_wset) el_wset = nullptr;
+  decltype(&::el_gets) el_gets = nullptr;
+  decltype(&::el_line) el_line = nullptr;
+  decltype(&::el_insertstr) el_insertstr = nullptr;
+  decltype(&::history_init) history_init = nullptr;
+  decltype(&::history_end) history_end = nullptr;
+  decltype(&::history) history = nullptr;
+
+  bool load() {
+    void* const library = dlopen("libedit.so.2", RTLD_LAZY);
+    return library != nullptr && find(library, "el_init", el_init) && find(library, "el_end", el_end) &&
+           find(library, "el_set", el_set) && find(library, "el_wset", el_wset) && find(library, "el_gets", el_gets) &&
+           find(library, "el_line", el_line) && find(library, "el_insertstr", el_insertstr) &&
+           find(library, "history_init", history_init) && find(library, "history_end", history_end) &&
+           find(library, "history", history);
+  }
+
+ private:
+  template <typename Function>
+  static bool find(void* library, const char* name, Function& function) {
+    function = reinterpret_cast<Function>(dlsym(library, name));
+    return function != nullptr;
+  }
+};
+
+// One user, one terminal: libedit's callbacks carry no argument of ours.
+struct {
+  editing_library edit;
+  const shell* session = nullptr;
+  std::string prompt;
+  bool line_abandoned = false;
+} editor;
+
+enum { HISTORY_LINES = 1000 };
+
+char* shown_prompt(EditLine*) {
+  editor.prompt = prompt_of(*editor.session);
+  return editor.prompt.data();
+}
+
+// The line up to the cursor.
+std::string begun_line(EditLine* line) {
+  const LineInfo* const info = editor.edit.el_line(line);
+  return {info->buffer, info->cursor};
+}
+
+unsigned char show_help(EditLine* line, wint_t) {
+  const std::string begun = begun_line(line);
+  if (is_in_expression(begun, editor.session->mode)) {
+    editor.edit.el_insertstr(line, "?");
+    return CC_REFRESH;
+  }
+  std::printf("?\n%s", help_text(begun, editor.session->mode).c_str());
+  std::fflush(stdout);
+  return CC_REDISPLAY;
+}
+
+unsigned char complete_word(EditLine* line, wint_t) {
+  const completion found = complete(begun_line(line), editor.session->mode);
+  if (!found.addition.empty()) {
+    editor.edit.el_insertstr(line, found.addition.c_str());
+    return CC_REFRESH;
+  }
+  if (found.choices.empty()) return CC_REFRESH_BEEP;
+  std::printf("\n%s", found.choices.c_str());
+  std::fflush(stdout);
+  return CC_REDISPLAY;
+}
+
+unsigned char abandon_line(EditLine*, wint_t) {
+  editor.line_abandoned = true;
+  std::fputs("^C", stdout);
+  std::fflush(stdout);
+  return CC_NEWLINE;
+}
+
+struct line_history {
+  line_history() : lines(editor.edit.history_init()), path(state_file("history")) {
+    HistEvent event;
+    editor.edit.history(lines, &event, H_SETSIZE, HISTORY_LINES);
+    editor.edit.history(lines, &event, H_SETUNIQUE, 1);
+    if (!path.empty()) editor.edit.history(lines, &event, H_LOAD, path.c_str());
+  }
+  ~line_history() {
+    HistEvent event;
+    if (!path.empty()) {
+      make_directories_of(path);
+      editor.edit.history(lines, &event, H_SAVE, path.c_str());
+    }
+    editor.edit.history_end(lines);
+  }
+  line_history(const line_history&) = delete;
+  line_history& operator=(const line_history&) = delete;
+
+  void add(const char* line) {
+    HistEvent event;
+    editor.edit.history(lines, &event, H_ENTER, line);
+  }
+
+  History* lines;
+  std::string path;
+};
+
+void bind_keys(EditLine* line) {
+  const auto& set = editor.edit.el_set;
+  set(line, EL_EDITOR, "emacs");
+  const auto& add = editor.edit.el_wset;  // unlike the narrow call it keeps these constants and copies nothing
+  add(line, EL_ADDFN, L"shell-help", L"Help for the next word", show_help);
+  add(line, EL_ADDFN, L"shell-complete", L"Complete the word", complete_word);
+  add(line, EL_ADDFN, L"shell-abandon", L"Abandon the line", abandon_line);
+  set(line, EL_BIND, "?", "shell-help", nullptr);
+  set(line, EL_BIND, "^I", "shell-complete", nullptr);
+  set(line, EL_BIND, "^C", "shell-abandon", nullptr);
+  set(line, EL_BIND, "^R", "em-inc-search-prev", nullptr);
+  set(line, EL_SETTY, "-d", "-isig", nullptr);  // Ctrl-C is a key while a line is edited
+}
+
+void show_banner(const shell& session) {
+  std::string name;
+  append_printable(name, session.switch_name);
+  std::printf("pmsh on %s. Type '?' for the next word, 'help' for all commands.\n", name.c_str());
+}
+
+}  // namespace
+
+int run_interactively(shell& session) {
+  if (!editor.edit.load()) return run_input(session);
+  std::signal(SIGINT, SIG_IGN);
+  editor.session = &session;
+  line_history history;
+  EditLine* const line = editor.edit.el_init("pmsh", stdin, stdout, stderr);
+  if (line == nullptr) return run_input(session);
+  editor.edit.el_set(line, EL_PROMPT, shown_prompt);
+  editor.edit.el_set(line, EL_HIST, editor.edit.history, history.lines);
+  bind_keys(line);
+  show_banner(session);
+  while (!session.is_leaving) {
+    int length = 0;
+    editor.line_abandoned = false;
+    const char* const typed = editor.edit.el_gets(line, &length);
+    if (typed == nullptr || length <= 0) {
+      std::fputs("\n", stdout);
+      break;
+    }
+    const std::string text(typed, static_cast<std::size_t>(length));
+    if (editor.line_abandoned || trim(text).empty()) {
+      if (editor.line_abandoned) std::fputs("\n", stdout);
+      continue;
+    }
+    history.add(typed);
+    run_line(session, text);
+  }
+  editor.edit.el_end(line);
+  return kDone;
+}
+
+}  // namespace host

@@ -1,0 +1,36 @@
+#include "shell/session/saved_files.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include "base/files.h"
+#include "shell/grammar/words.h"
+#include "shell/output/terminal/printable.h"
+#include "shell/platform/prompts.h"
+
+namespace host {
+namespace {
+
+// The path in quotes, without control bytes.
+std::string shown(const std::string& path) {
+  std::string text;
+  append_printable(text, path);
+  return quoted(text);
+}
+
+}  // namespace
+
+std::string refuse_to_replace(const std::string& path) {
+  if (!is_regular_file(path) || confirm("Replace " + shown(path) + "? (y/n) [n] ")) return {};
+  return "nothing was written: " + shown(path) + " exists. Start the shell with --yes to replace it.";
+}
+
+std::string write_fault(const std::string& path, int error) {
+  if (error == 0) return {};
+  const std::string reason = error == ENXIO ? "no process reads the pipe" : std::strerror(error);
+  return "cannot write " + shown(path) + ": " + reason + ".";
+}
+
+std::string written_sentence(const std::string& path) { return "Written to " + shown(path) + ".\n"; }
+
+}  // namespace host

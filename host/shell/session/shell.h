@@ -1,0 +1,94 @@
+// A running shell: what its commands share.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/mts.h"
+#include "platform/paraminfo.h"
+#include "shell/grammar/grammar.h"
+#include "shell/library/command_library.h"
+#include "shell/library/interface_kinds.h"
+#include "shell/output/exit_codes.h"
+#include "shell/session/candidate.h"
+#include "shell/session/dry_run.h"
+#include "shell/session/unconfirmed_commit.h"
+#include "switch/model.h"
+
+namespace host {
+
+// The interfaces of the interface mode, as the library takes them: ranges in the order in which the user named them,
+// each of one kind, and the masks of their kinds.
+struct configured_interfaces {
+  interface_mask_t mask = 0;
+  std::vector<vsh_intf_mono_range_t> ranges;
+};
+
+struct invocation;
+struct output_settings;
+
+struct shell {
+  command_library library;
+  std::string switch_name;
+  std::string switch_file;                  // empty: a generated switch, or the devices of the kernel
+  const user* who = nullptr;                // null: all rights
+  const output_settings* output = nullptr;  // of a program that embeds the shell; null: standard output
+  bool is_interactive = false;
+  std::optional<uint32> screen_lines;  // of "terminal length"; 0: output does not stop; none: as the terminal reports
+  bool is_leaving = false;             // set by "exit"
+  bool has_lost_output = false;        // no output can be written any more
+  bool keeps_going = false;            // files go on after a line that failed
+  uint32 num_files = 0;                // whose lines are being run, each by a line of the one before; 0: a user types
+  shell_mode mode = kExecMode;
+  configured_interfaces configured;                 // what the settings of the interface mode are for
+  std::unique_ptr<dry_run> trying;                  // null: commands change the machine
+  std::unique_ptr<candidate> edited;                // null: settings change the machine
+  std::unique_ptr<unconfirmed_commit> unconfirmed;  // null: no commit waits for its confirmation
+};
+
+// A transport queue for one command.
+struct command_queue {
+  command_queue();
+  ~command_queue();
+  command_queue(const command_queue&) = delete;
+  command_queue& operator=(const command_queue&) = delete;
+
+  mts_q_handle_t handle;
+};
+
+// Runs a line: a command, or a question when it ends with "?". Returns an exit code.
+int run_line(shell& session, std::string_view line);
+
+// Runs the handler of a command: in a trial of the candidate when there is one and the command is for it. Returns an
+// exit code.
+int run_handler(const invocation& run);
+
+// Text for a "?" at the end of a line, and the text that completes the line's last word as far as it is clear.
+std::string help_text(std::string_view line, shell_mode mode = kExecMode);
+struct completion {
+  std::string addition;  // to be inserted
+  std::string choices;   // to be shown, one line each, when there is more than one
+};
+completion complete(std::string_view line, shell_mode mode = kExecMode);
+
+// "switch# ", "switch(config)# ", "switch(config-if-dry-run)# " and so on.
+std::string prompt_of(const shell& session);
+
+// Reads commands from the user until the end of the input. Returns an exit code.
+int run_interactively(shell& session);
+
+// Reads commands line by line from standard input. Returns the first exit code that is not 0.
+int run_input(shell& session);
+
+// Runs the commands of a file; "-" is standard input, "startup-config" what was stored. Lines that begin with "!" or
+// "#" are comments. It stops at the first command that fails and says where, unless the session keeps going. Returns
+// the first exit code that is not 0.
+int run_file(shell& session, const std::string& name);
+
+// Leaves the interface mode when one of its interfaces is not there any more.
+void leave_lost_interfaces(shell& session);
+
+}  // namespace host

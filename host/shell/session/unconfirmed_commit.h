@@ -1,0 +1,31 @@
+// A commit that is taken back unless it is confirmed.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/types.h"
+#include "shell/session/guardian.h"
+
+namespace host {
+
+struct invocation;
+struct shell;
+
+struct unconfirmed_commit {
+  std::vector<if_index_t> interfaces;     // that it changed
+  uint32 deadline_sec = 0;                // by the shell's clock
+  std::unique_ptr<guardian> keeper = {};  // of the kernel's devices; null: their state ends with the shell
+};
+
+// To be called before a line runs: takes a commit back whose time is over, and says so.
+void check_confirmation(shell& session);
+
+// The session ends: a commit that is not confirmed is taken back, which is said. Returns the exit code.
+int end_unconfirmed_commit(shell& session);
+
+// True, after a complaint, when a commit waits for its confirmation: nothing else may be changed meanwhile.
+bool is_waiting_for_confirmation(const invocation& run);
+
+}  // namespace host
