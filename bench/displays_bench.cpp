@@ -15,7 +15,7 @@
 #include "count_allocations.h"
 #include "service/services.h"
 #include "shell/library/command_library.h"
-#include "shell/session/shell.h"
+#include "shell/session/run.h"
 #include "source/chassis/chassis_source.h"
 #include "source/chassis/giant.h"
 #include "switch/model.h"

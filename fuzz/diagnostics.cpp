@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "messages/port_manager_messages.h"
 #include "pmcli/transceiver.h"
-#include "service/port_manager_messages.h"
 #include "stage.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {

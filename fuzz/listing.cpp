@@ -1,7 +1,7 @@
 // The listing of the interfaces of a kind.
+#include "messages/port_manager_messages.h"
 #include "platform/mts.h"
 #include "pmcli/transceiver.h"
-#include "service/port_manager_messages.h"
 #include "stage.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {

@@ -1,6 +1,6 @@
 // The members of a port-channel.
+#include "messages/port_channel_messages.h"
 #include "pmcli/interface.h"
-#include "service/port_channel_messages.h"
 #include "stage.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {

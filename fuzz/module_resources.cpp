@@ -1,7 +1,7 @@
 // The tree of a module's resources.
+#include "messages/port_manager_messages.h"
 #include "platform/mts.h"
 #include "pmcli/module.h"
-#include "service/port_manager_messages.h"
 #include "stage.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {

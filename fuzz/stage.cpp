@@ -7,8 +7,8 @@
 #include <span>
 
 #include "service/services.h"
+#include "shell/library/command_queue.h"
 #include "shell/output/command_output.h"
-#include "shell/session/shell.h"
 #include "switch/interface_name.h"
 #include "switch/model.h"
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "messages/port_manager_messages.h"
 #include "pmcli/interface.h"
-#include "service/port_manager_messages.h"
 #include "stage.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "messages/vlan_messages.h"
 #include "pmcli/command.h"
 #include "pmcli/vlan.h"
-#include "service/vlan_messages.h"
 #include "stage.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {

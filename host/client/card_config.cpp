@@ -3,7 +3,7 @@
 
 #include "client/library_functions.h"
 #include "client/request.h"
-#include "service/card_config_messages.h"
+#include "messages/card_config_messages.h"
 
 namespace host {
 

@@ -8,13 +8,13 @@
 #include <vector>
 
 #include "base/c_edge.h"
-#include "client/command_account.h"
 #include "client/library_functions.h"
 #include "client/request.h"
+#include "messages/calls/command_account.h"
+#include "messages/port_channel_messages.h"
+#include "messages/port_manager_messages.h"
+#include "messages/statistics_messages.h"
 #include "platform/port_manager.h"
-#include "service/port_channel_messages.h"
-#include "service/port_manager_messages.h"
-#include "service/statistics_messages.h"
 #include "transport/transport.h"
 
 namespace host {

@@ -1,4 +1,4 @@
-#include "client/client_libraries.h"
+#include "messages/calls/client_libraries.h"
 
 #include <algorithm>
 

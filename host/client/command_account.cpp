@@ -1,4 +1,4 @@
-#include "client/command_account.h"
+#include "messages/calls/command_account.h"
 
 #include "client/request.h"
 #include "platform/port_manager.h"

@@ -1,4 +1,4 @@
-#include "client/diagnostic_marks.h"
+#include "messages/calls/diagnostic_marks.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 #include "platform/interface_manager.h"
 
 #include "client/request.h"
-#include "service/interface_manager_messages.h"
+#include "messages/interface_manager_messages.h"
 
 using namespace host;
 

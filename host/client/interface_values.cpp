@@ -1,11 +1,11 @@
-#include "client/interface_values.h"
+#include "messages/calls/interface_values.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
 #include "client/request.h"
-#include "service/messages.h"
+#include "messages/messages.h"
 #include "transport/transport.h"
 
 namespace host {

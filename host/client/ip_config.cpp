@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "client/request.h"
+#include "messages/ip_messages.h"
 #include "platform/mts.h"
-#include "service/ip_messages.h"
 
 using namespace host;
 

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "client/request.h"
-#include "service/port_manager_messages.h"
+#include "messages/port_manager_messages.h"
 #include "transport/transport.h"
 
 using namespace host;

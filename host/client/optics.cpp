@@ -4,12 +4,12 @@
 #include <cstring>
 #include <iterator>
 
-#include "client/diagnostic_marks.h"
 #include "client/request.h"
+#include "messages/calls/diagnostic_marks.h"
+#include "messages/port_manager_messages.h"
+#include "messages/vlan_messages.h"
 #include "platform/satellite.h"
 #include "platform/transceiver.h"
-#include "service/port_manager_messages.h"
-#include "service/vlan_messages.h"
 
 using namespace host;
 

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "client/request.h"
-#include "service/port_channel_messages.h"
+#include "messages/port_channel_messages.h"
 
 using namespace host;
 

@@ -6,13 +6,13 @@
 #include <vector>
 
 #include "base/c_edge.h"
-#include "client/command_account.h"
-#include "client/host_settings.h"
 #include "client/library_functions.h"
 #include "client/request.h"
-#include "service/port_channel_messages.h"
-#include "service/port_manager_messages.h"
-#include "service/spanning_tree_messages.h"
+#include "messages/calls/command_account.h"
+#include "messages/calls/host_settings.h"
+#include "messages/port_channel_messages.h"
+#include "messages/port_manager_messages.h"
+#include "messages/spanning_tree_messages.h"
 
 using namespace host;
 

@@ -4,10 +4,10 @@
 #include <cstring>
 
 #include "base/c_edge.h"
-#include "client/command_account.h"
 #include "client/request.h"
+#include "messages/calls/command_account.h"
+#include "messages/port_manager_messages.h"
 #include "platform/transceiver.h"
-#include "service/port_manager_messages.h"
 #include "transport/transport.h"
 
 using namespace host;

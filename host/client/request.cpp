@@ -6,8 +6,8 @@
 #include <iterator>
 
 #include "base/c_edge.h"
+#include "messages/messages.h"
 #include "platform/transceiver.h"
-#include "service/messages.h"
 #include "transport/transport.h"
 
 namespace host {

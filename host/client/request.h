@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <span>
 
+#include "messages/calls/command_account.h"
 #include "platform/mts.h"
 #include "platform/syserr.h"
 #include "platform/types.h"
@@ -34,9 +35,6 @@ inline call answered_by_errors(call to) {
 // Notes an error that the service reports in an answer, if it is a failure. 0 and that there is no transceiver, or that
 // it has nothing to report, are none.
 void note_reported(const call& to, syserr_t error);
-
-// The queue of client functions that are not given one; -1 when there is no memory for it.
-mts_q_handle_t client_queue();
 
 template <typename Record>
 std::span<const std::byte> bytes_of(const Record& record) {

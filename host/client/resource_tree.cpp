@@ -1,9 +1,8 @@
-#include "client/resource_tree.h"
-
 #include <cstring>
 #include <span>
 
 #include "client/request.h"
+#include "messages/calls/module_resources.h"
 #include "platform/module_resources.h"
 #include "transport/transport.h"
 

@@ -3,7 +3,7 @@
 
 #include "client/library_functions.h"
 #include "client/request.h"
-#include "service/statistics_messages.h"
+#include "messages/statistics_messages.h"
 
 namespace host {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/port_status.h"
 #include "platform/port_config.h"
-#include "switch/port_status.h"
 
 namespace {
 

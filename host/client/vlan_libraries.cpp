@@ -4,8 +4,8 @@
 
 #include "client/library_functions.h"
 #include "client/request.h"
-#include "service/spanning_tree_messages.h"
-#include "service/vlan_messages.h"
+#include "messages/spanning_tree_messages.h"
+#include "messages/vlan_messages.h"
 #include "transport/transport.h"
 
 namespace host {

@@ -1,7 +1,7 @@
 #include "platform/vsan.h"
 
 #include "client/request.h"
-#include "service/vsan_messages.h"
+#include "messages/vsan_messages.h"
 
 using namespace host;
 

@@ -18,12 +18,13 @@
 #include "shell/commands/added_commands.h"
 #include "shell/commands/handlers.h"
 #include "shell/grammar/interface_ranges.h"
+#include "shell/library/command_queue.h"
 #include "shell/library/parameters.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/platform/prompts.h"
-#include "shell/session/shell.h"
+#include "shell/session/run.h"
 #include "source/chassis/chassis_source.h"
 #include "source/chassis/switch_file.h"
 #include "switch/interface_name.h"
@@ -41,7 +42,8 @@ struct pmhost_t {
 };
 
 struct pmhost_command_t {
-  pmhost_command_t(pmhost_t* of, uint32 id) : host(of), command_id(id), parameters(of->session.who, queue.handle, id) {}
+  pmhost_command_t(pmhost_t* of, uint32 id)
+      : host(of), command_id(id), parameters(of->session.library, of->session.who, queue.handle, id) {}
 
   pmhost_t* host;
   uint32 command_id;
@@ -199,7 +201,7 @@ void set_output(pmhost_t& host, const pmhost_output_t& wanted) {
 std::string choose_interfaces(pmhost_command_t& command, const char* text) {
   std::vector<host::interface_span> spans;
   if (const auto error = host::parse_interface_range(text, spans)) return error->message;
-  const host::selection chosen = host::select_named(command.host->session, command.parameters, spans);
+  const host::selection chosen = host::select_named(command.parameters, spans);
   if (chosen.code != host::kDone) return chosen.complaint.empty() ? "the interfaces were refused" : chosen.complaint;
   command.interfaces = chosen.interfaces;
   for (const auto& [first, last] : host::runs_of(chosen.interfaces)) {

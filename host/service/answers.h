@@ -7,8 +7,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "messages/messages.h"
 #include "platform/port_config.h"
-#include "service/messages.h"
 #include "switch/live_statistics.h"
 #include "switch/model.h"
 #include "switch/source.h"

@@ -2,8 +2,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "messages/card_config_messages.h"
 #include "service/answers.h"
-#include "service/card_config_messages.h"
 #include "service/services.h"
 
 namespace host {

@@ -1,5 +1,5 @@
+#include "messages/interface_manager_messages.h"
 #include "service/answers.h"
-#include "service/interface_manager_messages.h"
 #include "service/services.h"
 
 namespace host {

@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
+#include "messages/port_manager_messages.h"
 #include "platform/interface_manager.h"
 #include "platform/port_config.h"
 #include "service/answers.h"
-#include "service/port_manager_messages.h"
 #include "settings/change_journal.h"
 #include "settings/settings.h"
 #include "switch/if_index_layout.h"

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "messages/ip_messages.h"
 #include "service/answers.h"
-#include "service/ip_messages.h"
 #include "service/services.h"
 
 namespace host {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <vector>
 
+#include "messages/port_manager_messages.h"
 #include "platform/module_resources.h"
 #include "service/answers.h"
-#include "service/port_manager_messages.h"
 #include "switch/if_index_layout.h"
 
 namespace host {

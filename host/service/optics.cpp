@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <numeric>
 
+#include "messages/port_manager_messages.h"
 #include "platform/misc_info.h"
 #include "platform/port_manager.h"
 #include "service/answers.h"
-#include "service/port_manager_messages.h"
 #include "service/services.h"
 #include "switch/clock.h"
 

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "messages/port_channel_messages.h"
 #include "service/answers.h"
 #include "service/change_settings.h"
-#include "service/port_channel_messages.h"
 #include "service/services.h"
 
 namespace host {

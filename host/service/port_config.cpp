@@ -2,10 +2,10 @@
 
 #include <cstring>
 
+#include "messages/port_manager_messages.h"
 #include "platform/port_config.h"
 #include "service/answers.h"
 #include "service/change_settings.h"
-#include "service/port_manager_messages.h"
 #include "settings/settings.h"
 #include "settings/wire.h"
 #include "switch/if_index_layout.h"
@@ -14,9 +14,6 @@ namespace host {
 namespace {
 
 using octets = std::span<const std::byte>;
-
-// A member's setting may be its channel's.
-bool is_of_channel(const setting& of) { return of.traits.of_channel && !the_source().hands_settings_to_members(); }
 
 uint32 set_port(interface& port, const setting& of, const setting_value& value) {
   return change_settings(port, [&](interface& it) { return set_value(of, it, value); });
@@ -44,11 +41,6 @@ uint32 apply_to(interface& port, const setting& of, octets bytes) {
 }
 
 }  // namespace
-
-bool has_setting_of_its_own(const interface& port, const setting& of) {
-  return of.has_it(take_apart(port.if_index).type) && !(is_of_channel(of) && port.settings.channel != 0) &&
-         the_source().applies_setting(of.type);
-}
 
 reply configure_ports(octets bytes) {
   setting_request head;

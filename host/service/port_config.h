@@ -12,8 +12,4 @@ namespace host {
 // its low end. A request that is not what it says is rejected.
 reply configure_ports(std::span<const std::byte> request);
 
-// Whether a port of its kind has the setting, and has it itself: a member's may be its channel's; and the source makes
-// it.
-bool has_setting_of_its_own(const interface& port, const setting& of);
-
 }  // namespace host

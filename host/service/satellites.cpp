@@ -1,8 +1,8 @@
 // The satellite manager: which unit carries a port, and the modules in its ports.
+#include "messages/vlan_messages.h"
 #include "service/answers.h"
 #include "service/optics.h"
 #include "service/services.h"
-#include "service/vlan_messages.h"
 #include "switch/if_index_layout.h"
 
 namespace host {

@@ -1,15 +1,15 @@
 #include "service/services.h"
 
+#include "messages/card_config_messages.h"
+#include "messages/interface_manager_messages.h"
 #include "messages/interface_values.h"
+#include "messages/ip_messages.h"
+#include "messages/port_channel_messages.h"
+#include "messages/spanning_tree_messages.h"
+#include "messages/statistics_messages.h"
+#include "messages/vlan_messages.h"
+#include "messages/vsan_messages.h"
 #include "platform/misc_info.h"
-#include "service/card_config_messages.h"
-#include "service/interface_manager_messages.h"
-#include "service/ip_messages.h"
-#include "service/port_channel_messages.h"
-#include "service/spanning_tree_messages.h"
-#include "service/statistics_messages.h"
-#include "service/vlan_messages.h"
-#include "service/vsan_messages.h"
 
 namespace host {
 namespace {

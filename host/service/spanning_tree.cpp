@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "messages/spanning_tree_messages.h"
 #include "platform/interface_manager.h"
 #include "platform/port_config.h"
 #include "platform/port_manager.h"
@@ -9,7 +10,6 @@
 #include "service/change_settings.h"
 #include "service/services.h"
 #include "service/spanning_tree.h"
-#include "service/spanning_tree_messages.h"
 #include "settings/settings.h"
 #include "switch/if_index_layout.h"
 

@@ -1,8 +1,8 @@
 #include <algorithm>
 
+#include "messages/statistics_messages.h"
 #include "service/answers.h"
 #include "service/services.h"
-#include "service/statistics_messages.h"
 #include "service/statistics_records.h"
 
 namespace host {

@@ -3,10 +3,10 @@
 #include <iterator>
 #include <map>
 
+#include "messages/vlan_messages.h"
 #include "platform/port_manager.h"
 #include "service/answers.h"
 #include "service/services.h"
-#include "service/vlan_messages.h"
 
 namespace host {
 namespace {

@@ -1,6 +1,6 @@
+#include "messages/vsan_messages.h"
 #include "service/answers.h"
 #include "service/services.h"
-#include "service/vsan_messages.h"
 
 namespace host {
 namespace {

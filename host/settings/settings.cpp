@@ -9,6 +9,7 @@
 #include "settings/table.h"
 #include "switch/if_index_layout.h"
 #include "switch/operation.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -306,6 +307,13 @@ void inherit_settings(const interface& parent, interface& made) {
   for (const setting& it : kSettings)
     if (it.traits.of_parent)
       if (const auto value = it.get(parent.settings)) it.put(made, *value);
+}
+
+bool is_of_channel(const setting& of) { return of.traits.of_channel && !the_source().hands_settings_to_members(); }
+
+bool has_setting_of_its_own(const interface& port, const setting& of) {
+  return of.has_it(take_apart(port.if_index).type) && !(is_of_channel(of) && port.settings.channel != 0) &&
+         the_source().applies_setting(of.type);
 }
 
 std::optional<uint32> number_of_word(const setting& of, std::string_view word) {

@@ -147,6 +147,14 @@ void take_over_settings(const interface& channel, interface& member);
 // Gives a new sub-interface the settings that it has from its parent.
 void inherit_settings(const interface& parent, interface& made);
 
+// Whether members have the setting of their port-channel: the switch hands it to them. A source may leave that to its
+// devices.
+bool is_of_channel(const setting& of);
+
+// Whether a port of its kind has the setting, and has it itself: a member's may be its channel's; and the source makes
+// it.
+bool has_setting_of_its_own(const interface& port, const setting& of);
+
 // The number for which a word of a form stands, in any case; nothing for another word.
 std::optional<uint32> number_of_word(const setting& of, std::string_view word);
 

@@ -46,7 +46,8 @@ void transport_register(std::span<const service> services);
 mts_q_handle_t transport_open_queue();
 void transport_close_queue(mts_q_handle_t q);
 
-// What became of the requests of a command (client/command_account.h), which the transport only keeps with a queue.
+// What became of the requests of a command (messages/calls/command_account.h), which the transport only keeps with a
+// queue.
 class command_account;
 
 // Attaches an account to a queue in place of the one that is attached, which it returns; null is none. It is detached

@@ -8,15 +8,15 @@
 #include <memory>
 #include <vector>
 
-#include "client/command_account.h"
 #include "client/library_functions.h"
 #include "host/client_fixture.h"
 #include "host/loopback_device.h"
 #include "host/stopped_clock.h"
+#include "messages/calls/command_account.h"
+#include "messages/port_manager_messages.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
 #include "platform/syserr.h"
-#include "service/port_manager_messages.h"
 #include "switch/if_index_layout.h"
 #include "switch/source.h"
 

@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "client/command_account.h"
 #include "client/kernel_counters.h"
 #include "client/library_functions.h"
 #include "client/request.h"
 #include "host/alarm_soon.h"
 #include "host/small_machine.h"
+#include "messages/calls/command_account.h"
 #include "platform/clear_counters.h"
 #include "platform/interface_manager.h"
 #include "platform/ip_config.h"

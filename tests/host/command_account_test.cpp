@@ -1,15 +1,15 @@
 // What services answered to a command: kept with the command's queue, apart from that of other commands.
-#include "client/command_account.h"
+#include "messages/calls/command_account.h"
 
 #include <cstdlib>
 #include <memory>
 
-#include "client/host_settings.h"
 #include "client/library_functions.h"
 #include "host/client_fixture.h"
+#include "messages/calls/host_settings.h"
+#include "messages/port_manager_messages.h"
 #include "platform/clear_counters.h"
 #include "platform/port_manager.h"
-#include "service/port_manager_messages.h"
 
 namespace host {
 namespace {

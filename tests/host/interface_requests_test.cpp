@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "host/small_machine.h"
+#include "messages/port_manager_messages.h"
 #include "platform/port_config.h"
 #include "platform/port_manager.h"
 #include "platform/vsan.h"
-#include "service/port_manager_messages.h"
 #include "service/services.h"
 #include "settings/change_journal.h"
 #include "switch/if_index_layout.h"

@@ -10,13 +10,13 @@
 #include <string>
 #include <vector>
 
+#include "base/port_status.h"
 #include "host/recorded_switch.h"
 #include "platform/port_config.h"
 #include "platform/syserr.h"
 #include "source/kernel/creation.h"
 #include "source/kernel/kernel_source.h"
 #include "switch/if_index_layout.h"
-#include "switch/port_status.h"
 
 namespace host {
 namespace {

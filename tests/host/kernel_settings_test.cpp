@@ -14,12 +14,12 @@
 #include <utility>
 #include <vector>
 
+#include "base/port_status.h"
 #include "host/kernel_recording.h"
 #include "platform/port_manager.h"
 #include "platform/syserr.h"
 #include "source/kernel/settings.h"
 #include "source/kernel/way.h"
-#include "switch/port_status.h"
 
 namespace host {
 namespace {

@@ -3,11 +3,11 @@
 
 #include <fstream>
 
-#include "client/resource_tree.h"
 #include "host/client_fixture.h"
 #include "host/module_page.h"
 #include "host/stopped_clock.h"
 #include "host/temporary_file.h"
+#include "messages/calls/module_resources.h"
 #include "platform/misc_info.h"
 #include "platform/module_resources.h"
 #include "platform/platform_data.h"

@@ -10,9 +10,9 @@
 
 #include "host/client_fixture.h"
 #include "host/stopped_clock.h"
+#include "messages/port_manager_messages.h"
 #include "platform/card_config.h"
 #include "platform/syserr.h"
-#include "service/port_manager_messages.h"
 #include "settings/change_journal.h"
 #include "switch/if_index_layout.h"
 #include "switch/interface_name.h"

@@ -6,14 +6,14 @@
 #include <string>
 
 #include "host/small_machine.h"
-#include "service/card_config_messages.h"
-#include "service/interface_manager_messages.h"
-#include "service/ip_messages.h"
-#include "service/port_channel_messages.h"
-#include "service/port_manager_messages.h"
+#include "messages/card_config_messages.h"
+#include "messages/interface_manager_messages.h"
+#include "messages/ip_messages.h"
+#include "messages/port_channel_messages.h"
+#include "messages/port_manager_messages.h"
+#include "messages/statistics_messages.h"
+#include "messages/vsan_messages.h"
 #include "service/services.h"
-#include "service/statistics_messages.h"
-#include "service/vsan_messages.h"
 
 namespace host {
 namespace {

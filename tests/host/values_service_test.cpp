@@ -4,11 +4,11 @@
 #include <cstring>
 #include <string>
 
-#include "client/interface_values.h"
 #include "host/client_fixture.h"
 #include "host/stopped_clock.h"
+#include "messages/calls/interface_values.h"
+#include "messages/messages.h"
 #include "platform/port_manager.h"
-#include "service/messages.h"
 #include "source/chassis/chassis_source.h"
 #include "source/chassis/giant.h"
 #include "source/chassis/switch_file.h"

@@ -7,7 +7,7 @@
 
 #include "shell/grammar/words.h"
 #include "shell/library/views.h"
-#include "shell/session/shell.h"
+#include "shell/session/completion.h"
 
 namespace session {
 namespace {

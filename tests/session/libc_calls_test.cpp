@@ -9,7 +9,7 @@
 #include <ctime>
 #include <string>
 
-#include "client/client_libraries.h"
+#include "messages/calls/client_libraries.h"
 #include "switch/clock.h"
 #include "transport/failures.h"
 

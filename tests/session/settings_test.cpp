@@ -19,7 +19,7 @@
 #include "shell/grammar/words.h"
 #include "shell/library/command_library.h"
 #include "shell/output/command_output.h"
-#include "shell/session/shell.h"
+#include "shell/session/run.h"
 #include "source/chassis/chassis_source.h"
 #include "source/chassis/switch_file.h"
 #include "switch/if_index_layout.h"

@@ -9,7 +9,6 @@
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
 #include "shell/output/schema/schema.h"
-#include "shell/session/shell.h"
 #include "switch/clock.h"
 #include "switch/source.h"
 #include "transport/transport.h"

@@ -3,21 +3,10 @@
 
 #include <span>
 
-#include "shell/grammar/grammar.h"
 #include "shell/library/command_library.h"
-#include "shell/output/exit_codes.h"
+#include "shell/session/invocation.h"
 
 namespace host {
-
-struct shell;
-class command_output;
-
-// A command that runs.
-struct invocation {
-  const command_line& line;
-  shell& session;
-  command_output& output;
-};
 
 // Calls a handler of a display. When one of another library does not return 0, it failed; that is an error of the
 // command.

@@ -6,6 +6,7 @@
 
 #include "shell/commands/configure/setting_commands.h"
 #include "shell/commands/handlers.h"
+#include "shell/commands/watch/watch.h"
 #include "shell/grammar/grammar.h"
 #include "shell/library/views.h"
 
@@ -91,31 +92,31 @@ constexpr command kGeneralCommands[] = {
     {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kModuleResources},
     {"show panel", "The fronts of the modules, with the state of each port", show_panel, kPanel},
     {"show kernel-map", "Which device of the kernel an interface is", show_kernel_map, kKernelMap},
-    {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kText},
-    {"clear counters", "Clear the counters of all interfaces", clear_all, kText},
-    {"clear counters all", "The same", clear_all, kText},
-    {"clear counters interface RANGE", "Those of some interfaces", clear_range, kText},
-    {"clear counters ethernet", "Those of all Ethernet ports", clear_ethernet, kText},
-    {"clear counters port-channel", "Those of all port-channels", clear_port_channels, kText},
-    {"clear counters loopback", "Those of all loopbacks", clear_loopbacks, kText},
-    {"clear counters in-band", "Those of the in-band interface, when the user may", clear_inband, kText},
-    {"clear counters mgmt PORT", "Those of a management port", clear_management, kText},
-    {"clock advance SECONDS", "Move the shell's clock on, and the traffic with it", advance_clock, kText},
+    {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kText, 0, kEveryMode, command_effect::none, watch},
+    {"clear counters", "Clear the counters of all interfaces", clear_all, kText, 0, kEveryMode, command_effect::outside},
+    {"clear counters all", "The same", clear_all, kText, 0, kEveryMode, command_effect::outside},
+    {"clear counters interface RANGE", "Those of some interfaces", clear_range, kText, 0, kEveryMode, command_effect::outside},
+    {"clear counters ethernet", "Those of all Ethernet ports", clear_ethernet, kText, 0, kEveryMode, command_effect::outside},
+    {"clear counters port-channel", "Those of all port-channels", clear_port_channels, kText, 0, kEveryMode, command_effect::outside},
+    {"clear counters loopback", "Those of all loopbacks", clear_loopbacks, kText, 0, kEveryMode, command_effect::outside},
+    {"clear counters in-band", "Those of the in-band interface, when the user may", clear_inband, kText, 0, kEveryMode, command_effect::outside},
+    {"clear counters mgmt PORT", "Those of a management port", clear_management, kText, 0, kEveryMode, command_effect::outside},
+    {"clock advance SECONDS", "Move the shell's clock on, and the traffic with it", advance_clock, kText, 0, kEveryMode, command_effect::outside},
     {"show running-config", "The commands that make the settings of all interfaces", show_running_config, kRunningConfig},
     {"show running-config interface RANGE", "Those of some interfaces", show_running_config, kRunningConfig},
     {"show startup-config", "The commands that were stored under the name of the switch", show_startup_config, kStartupConfig},
-    {"copy running-config startup-config", "Keep the settings under the name of the switch", copy_running_config, kText},
-    {"write", "The same", copy_running_config, kText},
+    {"copy running-config startup-config", "Keep the settings under the name of the switch", copy_running_config, kText, 0, kEveryMode, command_effect::writes_file},
+    {"write", "The same", copy_running_config, kText, 0, kEveryMode, command_effect::writes_file},
     {"copy startup-config running-config", "Run the commands of the startup-config", nullptr, kText},
     {"copy FILE running-config", "Run the commands of a file", nullptr, kText},
-    {"copy running-config FILE", "Write the settings to a file", copy_running_config, kText},
+    {"copy running-config FILE", "Write the settings to a file", copy_running_config, kText, 0, kEveryMode, command_effect::writes_file},
     {"configure [terminal]", "Go to the configuration", configure, kText, 0, kExecMode},
     {"configure candidate", "The same, to collect settings and to commit them together", configure_candidate, kText, 0, kExecMode},
-    {"configure dry-run", "The same, to try settings and change none", configure_dry_run, kText, 0, kExecMode},
-    {"interface RANGE", "Choose interfaces, creating missing loopbacks and sub-interfaces", choose_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
-    {"no interface RANGE", "Delete loopbacks and sub-interfaces of ports", delete_interfaces, kText, 0, kConfigureMode | kInterfaceMode},
-    {"undo [CHANGES]", "Take back the last settings, creations or deletions", undo, kSettingShown},
-    {"show changes", "What was set, created and deleted in this session, as 'undo' takes it back", show_changes, kChanges},
+    {"configure dry-run", "The same, to try settings and change none", configure_dry_run, kText, 0, kExecMode, command_effect::dry_run},
+    {"interface RANGE", "Choose interfaces, creating missing loopbacks and sub-interfaces", choose_interfaces, kText, 0, kConfigureMode | kInterfaceMode, command_effect::settings},
+    {"no interface RANGE", "Delete loopbacks and sub-interfaces of ports", delete_interfaces, kText, 0, kConfigureMode | kInterfaceMode, command_effect::settings},
+    {"undo [CHANGES]", "Take back the last settings, creations or deletions", undo, kSettingShown, 0, kEveryMode, command_effect::settings},
+    {"show changes", "What was set, created and deleted in this session, as 'undo' takes it back", show_changes, kChanges, 0, kEveryMode, command_effect::shows_settings},
     {"show diff", "What a commit of the candidate would change", show_diff, kDiff},
     {"commit", "Make the settings of the candidate", commit, kSettingShown, 0, kConfigureMode | kInterfaceMode},
     {"commit confirmed SECONDS", "The same, rolled back after so long without 'confirm'", commit_confirmed, kSettingShown, 0, kConfigureMode | kInterfaceMode},
@@ -129,8 +130,8 @@ constexpr command kGeneralCommands[] = {
     {"help", "All commands", help, kText},
     {"find WORD", "The commands that have a word in their words or help", find_commands, kText},
     {"end", "Leave the configuration", leave_configuration, kText, 0, kConfigureMode | kInterfaceMode},
-    {"exit", "Leave the configuration of interfaces, the configuration, the shell", leave_mode, kText},
-    {"quit", "Leave the shell", leave, kText},
+    {"exit", "Leave the configuration of interfaces, the configuration, the shell", leave_mode, kText, 0, kEveryMode, command_effect::leaves},
+    {"quit", "Leave the shell", leave, kText, 0, kEveryMode, command_effect::leaves},
 };
 // clang-format on
 

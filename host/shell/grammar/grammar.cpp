@@ -5,7 +5,6 @@
 #include <charconv>
 #include <functional>
 
-#include "shell/commands/handlers.h"
 #include "shell/grammar/words.h"
 
 namespace host {
@@ -250,14 +249,15 @@ struct reading_state {
   shell_mode mode;
   std::vector<position> positions;
   std::vector<std::string_view> path;  // words in full
-  std::optional<uint32> every;         // once "watch INTERVAL" has been read
+  const command* watch = nullptr;      // once "watch INTERVAL" has been read
+  std::optional<uint32> every;         // its interval
   std::size_t words_in_front = 0;      // of the command behind "do" or "watch INTERVAL"
   std::string error;
 };
 
 // Commands that change the mode, or end the shell, are not typed after "do".
 bool may_follow_do(const command& what) {
-  return (what.modes & kExecMode) != 0 && what.modes != kExecMode && what.run != leave_mode && what.run != leave;
+  return (what.modes & kExecMode) != 0 && what.modes != kExecMode && what.effect != command_effect::leaves;
 }
 
 // After "watch INTERVAL" a show command begins; after "do", one of the exec mode.
@@ -272,6 +272,7 @@ void begin_command_behind(reading_state& state) {
     std::erase_if(state.positions, [](const position& begin) { return !may_follow_do(*begin.what); });
     return;
   }
+  state.watch = at.what;
   state.every = at.number;
   state.positions = all_positions(state.mode);
   std::erase_if(state.positions, [](const position& begin) { return begin.what->syntax.words[0].text != "show"; });
@@ -587,6 +588,7 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
   parsed.what = complete->what;
   parsed.number = complete->number;
   parsed.is_no = !state.path.empty() && state.path.front() == "no";
+  parsed.before = state.watch;
   parsed.every = state.every;
   parsed.text = join({state.path.begin() + static_cast<std::ptrdiff_t>(state.words_in_front), state.path.end()}, " ");
   if (!parsed.range.empty()) {

@@ -104,6 +104,21 @@ struct command_syntax {
 enum shell_mode : uint8 { kExecMode = 1, kConfigureMode = 2, kInterfaceMode = 4 };
 enum : uint8 { kEveryMode = kExecMode | kConfigureMode | kInterfaceMode };
 
+// What a command does beside showing something, for a session that runs it.
+enum class command_effect : uint8 {
+  none,
+  settings,        // changes settings or interfaces of the switch, or of the candidate when there is one
+  shows_settings,  // shows the changes of the session: those of the candidate when there is one
+  dry_run,         // begins a dry run
+  outside,         // changes more than settings, so that a dry run skips it
+  writes_file,     // the same, when its argument is a file
+  leaves,          // leaves the mode or the shell
+};
+
+struct command_line;
+struct output_settings;
+struct shell;
+
 // A command: how it is written, what it is for, what runs.
 struct command {
   command_syntax syntax;
@@ -112,6 +127,10 @@ struct command {
   display shown{};                // of its structured form
   uint32 command_id = 0;          // of a display of the command library
   uint8 modes = kEveryMode;       // in which it can be typed
+  command_effect effect = command_effect::none;
+
+  // Of a command that runs another one, which follows it, as a session would show that one. Returns an exit code.
+  int (*run_other)(shell&, const command_line& other, const output_settings&) = nullptr;
 
   // Of the commands that make settings.
   const setting* sets = nullptr;
@@ -130,9 +149,10 @@ void add_word(std::string_view word, std::string_view help);
 
 // A command as the user wrote it.
 struct command_line {
-  const command* what = nullptr;  // null: an empty line
-  std::string text;               // with all words in full, without pipes, "do" and "watch INTERVAL"
-  std::string range;              // as written; empty: none
+  const command* what = nullptr;    // null: an empty line
+  const command* before = nullptr;  // that runs it, such as "watch INTERVAL"; null: the session does
+  std::string text;                 // with all words in full, without pipes, "do" and "watch INTERVAL"
+  std::string range;                // as written; empty: none
   std::vector<interface_span> spans;
   std::optional<uint32> number;  // of a module: UINT32_MAX also for what is greater
   std::optional<uint32> every;   // seconds: the command is watched

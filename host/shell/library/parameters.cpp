@@ -27,7 +27,9 @@ void set_vsans(vsan_bitset_t& set, const user* who) {
 
 }  // namespace
 
-command_parameters::command_parameters(const user* who, mts_q_handle_t q, uint32 command_id) {
+command_parameters::command_parameters(const command_library& library, const user* who, mts_q_handle_t q,
+                                       uint32 command_id)
+    : library_(library), who_(who) {
   block_.parameter_count = 1;
   block_.q = q;
   block_.command_id = command_id;

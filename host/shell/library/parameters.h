@@ -8,14 +8,16 @@
 #include "platform/paraminfo.h"
 #include "shell/grammar/grammar.h"
 #include "shell/grammar/words.h"
+#include "shell/library/command_library.h"
 #include "switch/model.h"
 
 namespace host {
 
-// One block for a command; argument 0 is set for each call. A null user has all rights.
+// One block for a command of a user, null with all rights; argument 0 is set for each call. The library is that which
+// is called.
 class command_parameters {
  public:
-  command_parameters(const user* who, mts_q_handle_t q, uint32 command_id);
+  command_parameters(const command_library& library, const user* who, mts_q_handle_t q, uint32 command_id);
   command_parameters(const command_parameters&) = delete;
   command_parameters& operator=(const command_parameters&) = delete;
 
@@ -39,10 +41,14 @@ class command_parameters {
   // What the display that comes next is about.
   void set_command_id(uint32 command_id) { block_.command_id = command_id; }
 
+  const command_library& library() const { return library_; }
+  const user* who() const { return who_; }
   mts_q_handle_t queue() const { return block_.q; }
   bool is_no() const { return block_.no_flag != 0; }
 
  private:
+  const command_library& library_;
+  const user* who_;
   paraminfo_t block_{};
   param_arg_t interfaces_{};
   param_arg_t number_argument_{};

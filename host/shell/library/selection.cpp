@@ -5,7 +5,8 @@
 #include <memory>
 #include <optional>
 
-#include "client/command_account.h"
+#include "base/port_status.h"
+#include "messages/calls/command_account.h"
 #include "platform/port_manager.h"
 #include "platform/syserr.h"
 #include "platform/vsh.h"
@@ -13,7 +14,6 @@
 #include "shell/grammar/interface_ranges.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/listing.h"
-#include "switch/port_status.h"
 
 namespace host {
 namespace {
@@ -28,12 +28,6 @@ constexpr uint32 kFailure = 0xFFFFFFFF;
 constexpr std::string_view kWordsInOrder[] = {"mgmt", "ethernet",     "fc",       "bay",
                                               "ext",  "port-channel", "loopback", "vethernet"};
 
-// A command that is selecting.
-struct selecting {
-  const shell& session;
-  command_parameters& parameters;
-};
-
 // Calls `visit` with ranges in blocks that an argument can hold, until it returns false.
 template <typename Visit>
 bool for_each_block(std::span<const vsh_intf_mono_range_t> all, Visit visit) {
@@ -44,11 +38,10 @@ bool for_each_block(std::span<const vsh_intf_mono_range_t> all, Visit visit) {
   return visit(all);
 }
 
-bool enumerate(const selecting& command, const interface_kind& kind, std::span<const vsh_intf_mono_range_t> block,
+bool enumerate(command_parameters& command, const interface_kind& kind, std::span<const vsh_intf_mono_range_t> block,
                interfaces& found) {
   if_index_list_t list{};
-  if (command.session.library.enumerate(command.parameters.for_ranges(kind.mask, block), &list) != kEnumerated)
-    return false;
+  if (command.library().enumerate(command.for_ranges(kind.mask, block), &list) != kEnumerated) return false;
   const std::unique_ptr<if_index_t, decltype(&std::free)> owned(list.list, &std::free);
   found.insert(found.end(), list.list, list.list + list.length);
   return true;
@@ -56,10 +49,10 @@ bool enumerate(const selecting& command, const interface_kind& kind, std::span<c
 
 // Appends the interfaces of a kind: those in the ranges, or all without ranges; of a kind that the library does not
 // enumerate always all. False after the reason was printed.
-bool append_existing(const selecting& command, const interface_kind& kind, const ranges& wanted, interfaces& found) {
+bool append_existing(command_parameters& command, const interface_kind& kind, const ranges& wanted, interfaces& found) {
   if (kind.is_enumerated)
     return for_each_block(wanted, [&](auto block) { return enumerate(command, kind, block, found); });
-  const mts_q_handle_t q = command.parameters.queue();
+  const mts_q_handle_t q = command.queue();
   const auto listed = list_kind(q, kind.type);
   if (!listed) {
     vsh_print_mts_error_message(VSH_MTS_ERROR_REQUEST, mts_errno_get(q));
@@ -77,7 +70,7 @@ bool may_name(const interface_span& span, const interface_kind& kind) {
 }
 
 // All interfaces of any kind that may lie in the spans, by index. Nothing after the reason was printed.
-std::optional<interfaces> existing_of(const selecting& command, std::span<const interface_span> spans) {
+std::optional<interfaces> existing_of(command_parameters& command, std::span<const interface_span> spans) {
   interfaces found;
   for (const interface_kind& kind : all_kinds()) {
     ranges wanted;
@@ -168,33 +161,33 @@ int refusal(int32 result, const command_parameters& parameters, std::span<const 
 }
 
 // Asks the port manager whether the command may use some ranges of a kind. False when it may not; `chosen` says why.
-bool verify_ranges(const selecting& command, const interface_kind& kind, const ranges& named, selection& chosen) {
+bool verify_ranges(command_parameters& command, const interface_kind& kind, const ranges& named, selection& chosen) {
   return named.empty() || for_each_block(named, [&](auto block) {
-           paraminfo_t* const parameters = command.parameters.for_ranges(kind.mask, block);
-           const int32 result = command.session.library.verify(kind.mask, parameters);
-           if (result != 0) chosen.code = refusal(result, command.parameters, block, chosen.complaint);
+           paraminfo_t* const parameters = command.for_ranges(kind.mask, block);
+           const int32 result = command.library().verify(kind.mask, parameters);
+           if (result != 0) chosen.code = refusal(result, command, block, chosen.complaint);
            return result == 0;
          });
 }
 
 // The same of all that was named, once for each kind that has a callback.
-bool verify(const selecting& command, std::span<const expanded_span> spans, selection& chosen) {
+bool verify(command_parameters& command, std::span<const expanded_span> spans, selection& chosen) {
   const auto kinds = all_kinds();
   return std::all_of(kinds.begin(), kinds.end(), [&](const interface_kind& kind) {
     return !kind.is_enumerated || verify_ranges(command, kind, found_ranges(kind, spans), chosen);
   });
 }
 
-bool is_restricted(const shell& session) { return session.who != nullptr && session.who->vsans; }
+bool is_restricted(const user* who) { return who != nullptr && who->vsans; }
 
 // Takes the interfaces that the user may not see out of `found`. Nothing after the reason was printed.
-std::optional<interfaces> take_hidden(const selecting& command, interfaces& found) {
+std::optional<interfaces> take_hidden(command_parameters& command, interfaces& found) {
   interfaces hidden;
-  if (!is_restricted(command.session)) return hidden;
+  if (!is_restricted(command.who())) return hidden;
   interfaces seen;
   for (const if_index_t if_index : found) {
-    paraminfo_t* const block = command.parameters.for_interface(kind_of(if_index).mask, if_index);
-    const uint32 result = command.session.library.check_vsans(block, if_index);
+    paraminfo_t* const block = command.for_interface(kind_of(if_index).mask, if_index);
+    const uint32 result = command.library().check_vsans(block, if_index);
     if (result == kFailure) return std::nullopt;
     (result == 0 ? seen : hidden).push_back(if_index);
   }
@@ -213,13 +206,13 @@ std::string forbidden(const user& who, const interfaces& hidden) {
   return text + ". Omit the range to show every interface that this user may see.";
 }
 
-void check_vsans(const selecting& command, selection& chosen) {
+void check_vsans(command_parameters& command, selection& chosen) {
   const auto hidden = take_hidden(command, chosen.interfaces);
   if (!hidden) {
     chosen.code = kServiceFailed;
   } else if (!hidden->empty()) {
     chosen.code = kNotPermitted;
-    chosen.complaint = forbidden(*command.session.who, *hidden);
+    chosen.complaint = forbidden(*command.who(), *hidden);
   }
 }
 
@@ -228,7 +221,7 @@ bool is_one_of(if_index_type_t type, std::span<const if_index_type_t> kinds) {
 }
 
 // The interfaces of a word's kinds that are among the requested kinds, in natural order.
-std::optional<interfaces> all_of_word(const selecting& command, const interface_word& word,
+std::optional<interfaces> all_of_word(command_parameters& command, const interface_word& word,
                                       std::span<const if_index_type_t> wanted) {
   interfaces found;
   for (const interface_kind& kind : all_kinds()) {
@@ -240,7 +233,7 @@ std::optional<interfaces> all_of_word(const selecting& command, const interface_
 }
 
 // Appends the interfaces of a word's kinds that are requested and that the user may see.
-void append_word(const selecting& command, const interface_word& word, std::span<const if_index_type_t> wanted,
+void append_word(command_parameters& command, const interface_word& word, std::span<const if_index_type_t> wanted,
                  selection& chosen) {
   auto found = all_of_word(command, word, wanted);
   if (!found || !take_hidden(command, *found)) {
@@ -288,7 +281,7 @@ std::optional<vsh_intf_mono_range_t> range_to_create(const interface_span& span,
 }
 
 // Has the command library verify the ranges of the spans, so that it creates what they lack.
-bool create(const selecting& command, std::span<const expanded_span> spans, const interfaces& existing,
+bool create(command_parameters& command, std::span<const expanded_span> spans, const interfaces& existing,
             selection& chosen) {
   const auto kinds = all_kinds();
   return std::all_of(kinds.begin(), kinds.end(), [&](const interface_kind& kind) {
@@ -303,8 +296,7 @@ bool create(const selecting& command, std::span<const expanded_span> spans, cons
 
 }  // namespace
 
-selection select_named(const shell& session, command_parameters& parameters, std::span<const interface_span> spans) {
-  const selecting command{session, parameters};
+selection select_named(command_parameters& command, std::span<const interface_span> spans) {
   const auto existing = existing_of(command, spans);
   if (!existing) return {kServiceFailed, {}, {}};
 
@@ -316,9 +308,7 @@ selection select_named(const shell& session, command_parameters& parameters, std
   return chosen;
 }
 
-selection select_or_create(const shell& session, command_parameters& parameters,
-                           std::span<const interface_span> spans) {
-  const selecting command{session, parameters};
+selection select_or_create(command_parameters& command, std::span<const interface_span> spans) {
   const auto existing = existing_of(command, with_ports(spans));
   if (!existing) return {kServiceFailed, {}, {}};
 
@@ -332,7 +322,7 @@ selection select_or_create(const shell& session, command_parameters& parameters,
   check_vsans(command, chosen);
   if (chosen.code != kDone) return chosen;
 
-  parameters.begin_creation(false);
+  command.begin_creation(false);
   const std::span<const expanded_span> creatable(first_new, expanded.end());
   if (!verify(command, permanent, chosen) || !create(command, creatable, *existing, chosen) || creatable.empty())
     return chosen;
@@ -344,9 +334,7 @@ selection select_or_create(const shell& session, command_parameters& parameters,
   return chosen;
 }
 
-selection delete_named(const shell& session, command_parameters& parameters, std::span<const interface_span> spans,
-                       bool may_be_missing) {
-  const selecting command{session, parameters};
+selection delete_named(command_parameters& command, std::span<const interface_span> spans, bool may_be_missing) {
   const auto existing = existing_of(command, spans);
   if (!existing) return {kServiceFailed, {}, {}};
 
@@ -360,7 +348,7 @@ selection delete_named(const shell& session, command_parameters& parameters, std
   // Check what cannot be deleted first, so that a refusal changes nothing.
   const auto permanent_end = std::stable_partition(expanded.begin(), expanded.end(),
                                                    [](const expanded_span& it) { return !may_be_created(it.span); });
-  parameters.begin_creation(true);
+  command.begin_creation(true);
   for (const std::span<const expanded_span> part : {std::span<const expanded_span>(expanded.begin(), permanent_end),
                                                     std::span<const expanded_span>(permanent_end, expanded.end())})
     for (const interface_kind& kind : all_kinds())
@@ -368,21 +356,21 @@ selection delete_named(const shell& session, command_parameters& parameters, std
   return chosen;
 }
 
-selection select_all(const shell& session, command_parameters& parameters, std::span<const if_index_type_t> kinds) {
+selection select_all(command_parameters& command, std::span<const if_index_type_t> kinds) {
   selection chosen;
   for (const std::string_view name : kWordsInOrder) {
     range_fault fault{};
-    append_word({session, parameters}, *parse_interface_word(name, fault), kinds, chosen);
+    append_word(command, *parse_interface_word(name, fault), kinds, chosen);
     if (chosen.code != kDone) return {chosen.code, {}, {}};
   }
   return chosen;
 }
 
-selection select_every(const shell& session, command_parameters& parameters) {
+selection select_every(command_parameters& command) {
   selection chosen;
   for (const interface_word& word : kInterfaceWords) {
     if (&word != word_of(word.kinds.front(), word.family)) continue;  // another word for the same interfaces
-    append_word({session, parameters}, word, word.kinds, chosen);
+    append_word(command, word, word.kinds, chosen);
     if (chosen.code != kDone) return {chosen.code, {}, {}};
   }
   return chosen;

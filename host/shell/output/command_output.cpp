@@ -3,12 +3,11 @@
 #include <stdio_ext.h>
 
 #include "base/c_edge.h"
-#include "client/diagnostic_marks.h"
+#include "messages/calls/diagnostic_marks.h"
 #include "shell/output/exit_codes.h"
 #include "shell/output/rendering.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/output/terminal/printable.h"
-#include "shell/platform/failed_ranges.h"
 
 namespace host {
 namespace {
@@ -75,7 +74,7 @@ int command_output::finish() {
   is_finished_ = true;
   end_line_begun();
   stdout = real_stdout_;
-  release_failed_ranges();
+  if (at_end_ != nullptr) at_end_();
   the_running_output = nullptr;
   if (record_) record_->set_exit_code(exit_code_);
   gather_->end();

@@ -111,6 +111,9 @@ class command_output {
   // Returns true when something failed since begin_interface().
   bool end_interface();
   void note_failure() { failed_ = true; }
+
+  // To be called when the command has ended; one function is kept.
+  void at_end(void (*function)()) { at_end_ = function; }
   // All values of the display, of the interface that was begun; nothing when the service failed, which is noted. They
   // are valid until the next call.
   std::optional<std::vector<interface_value>> values() { return answers_.values(); }
@@ -166,6 +169,7 @@ class command_output {
   bool has_shown_interface_ = false;
   int exit_code_ = 0;
   bool is_finished_ = false;
+  void (*at_end_)() = nullptr;
 };
 
 }  // namespace host

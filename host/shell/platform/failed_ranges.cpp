@@ -1,6 +1,4 @@
 // Records of the ranges that failed: what platform/cmd_channel.h declares of them.
-#include "shell/platform/failed_ranges.h"
-
 #include <cstdio>
 #include <new>
 #include <string>
@@ -62,14 +60,14 @@ std::string text_of_all(const mrange_handle_t* ranges) {
   return text;
 }
 
-}  // namespace
-
-void host::release_failed_ranges() {
+void release_failed_ranges() {
   while (handed_over != nullptr) {
     range_record* const released = std::exchange(handed_over, handed_over->handed_over_before);
     cmd_mrange_free(&released->head);
   }
 }
+
+}  // namespace
 
 mrange_handle_t* cmd_mrange_create(uint32 token_id) {
   auto* const record = new (std::nothrow) range_record;
@@ -95,7 +93,10 @@ void cmd_mrange_range_add(mrange_handle_t* ranges, if_index_t first, if_index_t 
 // The command failed for these ranges. They stay until it ends: the library may still render them.
 void cmd_mrange_error_set(mrange_handle_t* ranges) {
   if (ranges == nullptr) return;
-  if (host::command_output* const output = host::command_output::running()) output->note_failure();
+  if (host::command_output* const output = host::command_output::running()) {
+    output->note_failure();
+    output->at_end(release_failed_ranges);
+  }
   record_of(ranges)->handed_over_before = handed_over;
   handed_over = record_of(ranges);
 }

@@ -8,7 +8,7 @@
 #include <ctime>
 
 #include "base/c_edge.h"
-#include "client/client_libraries.h"
+#include "messages/calls/client_libraries.h"
 #include "switch/clock.h"
 #include "switch/kernel_device.h"
 #include "transport/failures.h"

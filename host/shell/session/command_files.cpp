@@ -10,6 +10,8 @@
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/session/interrupt.h"
+#include "shell/session/modes.h"
+#include "shell/session/run.h"
 #include "shell/session/state_directory.h"
 
 namespace host {

@@ -5,7 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "shell/session/shell.h"
+#include "shell/session/command_files.h"
+#include "shell/session/state.h"
 
 namespace host {
 
@@ -25,6 +26,11 @@ struct command_text {
   int code = kDone;
 };
 command_text read_commands(const std::string& path, bool is_startup);
+
+// Runs the commands of a file; "-" is standard input, "startup-config" what was stored. Lines that begin with "!" or
+// "#" are comments. It stops at the first command that fails and says where, unless the session keeps going. Returns
+// the first exit code that is not 0.
+int run_file(shell& session, const std::string& name);
 
 // What "copy FILE running-config" came to.
 struct copied_file {

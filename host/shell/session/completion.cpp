@@ -1,10 +1,12 @@
 // Help and completion at the end of a line.
+#include "shell/session/completion.h"
+
 #include <algorithm>
 
 #include "shell/grammar/grammar.h"
 #include "shell/grammar/words.h"
+#include "shell/library/command_queue.h"
 #include "shell/library/listing.h"
-#include "shell/session/shell.h"
 
 namespace host {
 namespace {

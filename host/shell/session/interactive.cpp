@@ -1,4 +1,6 @@
 // The interactive shell: line editing, history, help and completion by keys.
+#include "shell/session/interactive.h"
+
 #include <dlfcn.h>
 #include <histedit.h>
 #include <sys/stat.h>
@@ -11,7 +13,9 @@
 #include "shell/grammar/grammar.h"
 #include "shell/grammar/words.h"
 #include "shell/output/terminal/printable.h"
-#include "shell/session/shell.h"
+#include "shell/session/completion.h"
+#include "shell/session/modes.h"
+#include "shell/session/run.h"
 #include "shell/session/state_directory.h"
 
 namespace host {

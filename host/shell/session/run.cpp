@@ -1,21 +1,21 @@
+#include "shell/session/run.h"
+
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
 
 #include "base/files.h"
-#include "shell/commands/handlers.h"
-#include "shell/commands/watch/watch.h"
 #include "shell/grammar/words.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/pager.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/session/command_files.h"
+#include "shell/session/completion.h"
 #include "shell/session/interrupt.h"
+#include "shell/session/invocation.h"
 #include "shell/session/saved_files.h"
-#include "shell/session/shell.h"
 #include "switch/source.h"
-#include "transport/transport.h"
 
 namespace host {
 namespace {
@@ -93,7 +93,7 @@ int run_command(shell& session, const command_line& line, std::string_view writt
   const auto refuse = [&](std::string_view error) { return refuse_line(session, written, error, settings.structured); };
   line_filters filters;
   if (const std::string fault = check_line(session, line, filters); !fault.empty()) return refuse(fault);
-  if (line.every) return watch(session, line, settings);
+  if (line.before != nullptr) return line.before->run_other(session, line, settings);
   the_source().refresh(the_machine());
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
   if (session.output == nullptr) interrupts.emplace();
@@ -135,14 +135,11 @@ std::string_view question_of(std::string_view line, shell_mode mode) {
 
 }  // namespace
 
-command_queue::command_queue() : handle(transport_open_queue()) {}
-command_queue::~command_queue() { transport_close_queue(handle); }
-
 int run_handler(const invocation& run) {
   if (run.session.trying && is_skipped_in_dry_run(run.line)) return skip_in_dry_run(run);
-  const bool changes_switch = is_for_candidate(run.line) && run.line.what->run != show_changes && !run.session.edited;
-  const bool begins_dry_run = run.line.what->run == configure_dry_run;
-  if ((changes_switch || begins_dry_run) && is_waiting_for_confirmation(run)) return kUsage;
+  const command_effect effect = run.line.what->effect;
+  const bool changes_switch = effect == command_effect::settings && !run.session.edited;
+  if ((changes_switch || effect == command_effect::dry_run) && is_waiting_for_confirmation(run)) return kUsage;
   std::optional<trial> on_candidate;
   if (run.session.edited && is_for_candidate(run.line)) on_candidate.emplace(run.session.edited->state());
   return run.line.what->run(run);
@@ -161,13 +158,6 @@ int run_line(shell& session, std::string_view line) {
     return refuse_line(session, trim(line), error, is_structured);
   }
   return parsed->what == nullptr ? kDone : run_command(session, *parsed, trim(line));
-}
-
-std::string prompt_of(const shell& session) {
-  std::string mode = session.mode == kExecMode ? "" : session.mode == kConfigureMode ? "config" : "config-if";
-  if (session.edited && session.mode != kExecMode) mode += "-candidate";
-  if (session.trying) mode += mode.empty() ? "dry-run" : "-dry-run";
-  return session.switch_name + (mode.empty() ? "" : "(" + mode + ")") + "# ";
 }
 
 int run_input(shell& session) {

@@ -3,11 +3,10 @@
 #include <utility>
 
 #include "settings/change_journal.h"
-#include "shell/commands/handlers.h"
 #include "shell/grammar/interface_ranges.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
-#include "shell/session/shell.h"
+#include "shell/session/invocation.h"
 #include "switch/clock.h"
 #include "switch/source.h"
 
@@ -54,18 +53,13 @@ bool is_waiting_for_confirmation(const invocation& run) {
   return true;
 }
 
-int confirm_commit(const invocation& run) {
-  if (run.session.unconfirmed == nullptr) {
-    run.output.complain("there is no commit that waits for its confirmation.");
-    return kUsage;
+bool confirm_commit(shell& session) {
+  if (!session.unconfirmed->keeper || session.unconfirmed->keeper->confirm()) {
+    session.unconfirmed.reset();
+    return true;
   }
-  if (run.session.unconfirmed->keeper && !run.session.unconfirmed->keeper->confirm()) {
-    roll_back(run.session, "the commit was not confirmed in time");
-    return kUsage;
-  }
-  run.output.text("Confirmed for " + range_text(run.session.unconfirmed->interfaces) + ".\n");
-  run.session.unconfirmed.reset();
-  return kDone;
+  roll_back(session, "the commit was not confirmed in time");
+  return false;
 }
 
 }  // namespace host

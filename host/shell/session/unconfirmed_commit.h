@@ -22,6 +22,9 @@ struct unconfirmed_commit {
 // To be called before a line runs: takes a commit back whose time is over, and says so.
 void check_confirmation(shell& session);
 
+// Keeps the commit that waits. False, after an error, when its time was over: it was taken back.
+bool confirm_commit(shell& session);
+
 // The session ends: a commit that is not confirmed is taken back, which is said. Returns the exit code.
 int end_unconfirmed_commit(shell& session);
 

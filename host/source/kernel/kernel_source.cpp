@@ -10,6 +10,7 @@
 #include <numeric>
 #include <utility>
 
+#include "base/port_status.h"
 #include "platform/interface_manager.h"
 #include "platform/platform_data.h"
 #include "platform/port_config.h"
@@ -23,7 +24,6 @@
 #include "source/kernel/way.h"
 #include "switch/if_index_layout.h"
 #include "switch/live_statistics.h"
-#include "switch/port_status.h"
 
 namespace host {
 namespace {

@@ -12,11 +12,11 @@
 #include <cstring>
 #include <vector>
 
+#include "base/port_status.h"
 #include "platform/port_manager.h"
 #include "settings/settings.h"
 #include "source/kernel/ethtool.h"
 #include "source/kernel/identify.h"
-#include "switch/port_status.h"
 
 namespace host {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "client/diagnostic_marks.h"
+#include "messages/calls/diagnostic_marks.h"
 #include "session/chain/seen_lines.h"
 
 namespace session {

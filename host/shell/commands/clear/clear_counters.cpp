@@ -11,17 +11,17 @@
 #include <optional>
 #include <string>
 
-#include "client/command_account.h"
+#include "messages/calls/command_account.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
 #include "platform/vsh.h"
 #include "shell/commands/handlers.h"
 #include "shell/grammar/interface_ranges.h"
+#include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/listing.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
-#include "shell/session/shell.h"
 #include "shell/session/state_directory.h"
 #include "switch/source.h"
 
@@ -228,8 +228,8 @@ template <typename ClearAll>
 int clear_every(const invocation& run, std::span<const if_index_type_t> kinds, ClearAll clear_all) {
   const command_queue q;
   command_account account(q.handle);
-  command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
-  const selection every = select_all(run.session, parameters, kinds);
+  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  const selection every = select_all(parameters, kinds);
   if (every.code != kDone) return every.code;
   clear_all(parameters);
   const answered_clears answered(account.clears);
@@ -243,8 +243,8 @@ int clear_every(const invocation& run, std::span<const if_index_type_t> kinds, C
 int clear_named(const invocation& run, std::span<const interface_span> spans) {
   const command_queue q;
   command_account account(q.handle);
-  command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
-  const selection chosen = select_named(run.session, parameters, spans);
+  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  const selection chosen = select_named(parameters, spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
   if (std::any_of(chosen.interfaces.begin(), chosen.interfaces.end(), is_inband) && !may_clear_inband(run))

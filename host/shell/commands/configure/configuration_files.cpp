@@ -6,13 +6,13 @@
 #include "shell/commands/configure/running_config.h"
 #include "shell/commands/handlers.h"
 #include "shell/grammar/words.h"
+#include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
 #include "shell/session/command_files.h"
 #include "shell/session/saved_files.h"
-#include "shell/session/shell.h"
 #include "shell/session/state_directory.h"
 
 namespace host {
@@ -23,9 +23,8 @@ constexpr uint32 kNoDisplayId = 0;
 // The interfaces that were named, or all that the user may see.
 selection select_configured(const invocation& run) {
   const command_queue q;
-  command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
-  selection chosen = run.line.spans.empty() ? select_every(run.session, parameters)
-                                            : select_named(run.session, parameters, run.line.spans);
+  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  selection chosen = run.line.spans.empty() ? select_every(parameters) : select_named(parameters, run.line.spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   return chosen;
 }

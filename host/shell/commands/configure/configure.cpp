@@ -3,17 +3,18 @@
 #include <array>
 #include <string>
 
-#include "client/command_account.h"
+#include "messages/calls/command_account.h"
 #include "settings/change_journal.h"
 #include "shell/commands/configure/own_connection.h"
 #include "shell/commands/configure/setting_outcome.h"
 #include "shell/commands/handlers.h"
 #include "shell/grammar/interface_ranges.h"
+#include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
 #include "shell/platform/prompts.h"
-#include "shell/session/shell.h"
+#include "shell/session/modes.h"
 
 namespace host {
 namespace {
@@ -68,7 +69,7 @@ int32 set_ranges(const invocation& run, mts_q_handle_t q, const setting_results&
   const configured_interfaces& configured = run.session.configured;
   int32 worst = 0;
   for (std::span<const vsh_intf_mono_range_t> left = configured.ranges; !left.empty();) {
-    command_parameters parameters(run.session.who, q, kNoDisplayId);
+    command_parameters parameters(run.session.library, run.session.who, q, kNoDisplayId);
     token_values values;
     add_tokens(run.line, parameters, values);
     const auto block = left.first(std::min<std::size_t>(left.size(), PARAM_MAX_RANGES));
@@ -86,35 +87,23 @@ int configure(const invocation& run) {
   return kDone;
 }
 
-namespace {
-
-void leave_interfaces(shell& session) {
-  session.configured = {};
-  session.mode = kConfigureMode;
-}
-
-// Whether the interface mode is about one that is not there any more.
-bool has_lost_interfaces(const shell& session) {
-  const auto is_lost = [](const vsh_intf_mono_range_t& range) {
-    return std::as_const(the_machine()).find(range.lower_if_index) == nullptr ||
-           std::as_const(the_machine()).find(range.upper_if_index) == nullptr;
-  };
-  return std::any_of(session.configured.ranges.begin(), session.configured.ranges.end(), is_lost);
-}
-
-}  // namespace
-
-void leave_lost_interfaces(shell& session) {
-  if (has_lost_interfaces(session)) leave_interfaces(session);
+int configure_dry_run(const invocation& run) {
+  if (run.session.edited) {
+    run.output.complain("a dry run cannot begin while there is a candidate. Type 'end' to leave the candidate first.");
+    return kUsage;
+  }
+  if (!run.session.trying) run.session.trying = std::make_unique<dry_run>(run.session.num_files);
+  run.session.mode = kConfigureMode;
+  return kDone;
 }
 
 int choose_interfaces(const invocation& run) {
   const command_queue q;
   command_account account(q.handle);
-  command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
   const interfaces_before before(run);
-  const selection chosen = select_or_create(run.session, parameters, run.line.spans);
+  const selection chosen = select_or_create(parameters, run.line.spans);
   before.report();
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) {
@@ -130,10 +119,10 @@ int delete_interfaces(const invocation& run) {
   if (!may_delete(run)) return kNotPermitted;
   const command_queue q;
   command_account account(q.handle);
-  command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
   const interfaces_before before(run);
-  const selection deleted = delete_named(run.session, parameters, run.line.spans, run.session.num_files > 0);
+  const selection deleted = delete_named(parameters, run.line.spans, run.session.num_files > 0);
   before.report();
   if (!deleted.complaint.empty()) run.output.complain(deleted.complaint);
   if (deleted.code != kDone) return deleted.code;

@@ -1,5 +1,5 @@
 // Settings that the command library does not make: VLANs, flow control, membership of port-channels.
-#include "client/host_settings.h"
+#include "messages/calls/host_settings.h"
 
 #include <vector>
 
@@ -9,8 +9,9 @@
 #include "shell/commands/configure/own_connection.h"
 #include "shell/commands/configure/setting_outcome.h"
 #include "shell/grammar/words.h"
+#include "shell/library/command_queue.h"
 #include "shell/output/command_output.h"
-#include "shell/session/shell.h"
+#include "shell/session/invocation.h"
 
 namespace host {
 namespace {

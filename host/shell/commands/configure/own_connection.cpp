@@ -13,7 +13,7 @@
 #include "settings/trial.h"
 #include "shell/grammar/interface_ranges.h"
 #include "shell/output/command_output.h"
-#include "shell/session/shell.h"
+#include "shell/session/invocation.h"
 #include "switch/source.h"
 
 namespace host {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "platform/if_index.h"
-#include "service/port_config.h"
+#include "settings/settings.h"
 #include "shell/commands/configure/written_settings.h"
 #include "shell/grammar/interface_ranges.h"
 #include "shell/grammar/words.h"

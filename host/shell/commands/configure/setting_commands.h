@@ -15,7 +15,8 @@ namespace host {
 inline constexpr display kSettingShown = {kSettingDisplay, {}, "settings"};
 
 constexpr command of_library(command_syntax syntax, std::string_view help, setting_tokens tokens) {
-  return {syntax, help, set_ports, kSettingShown, 0, kInterfaceMode, nullptr, nullptr, tokens};
+  return {syntax,  help,    set_ports, kSettingShown, 0, kInterfaceMode, command_effect::settings,
+          nullptr, nullptr, nullptr,   tokens};
 }
 
 // clang-format off
@@ -87,6 +88,8 @@ constexpr command command_of(const setting& of, const setting_form& form, std::s
           kSettingShown,
           0,
           kInterfaceMode,
+          command_effect::settings,
+          nullptr,
           &of,
           &form,
           is_of_host ? setting_tokens() : joined(of.tokens, form.tokens)};

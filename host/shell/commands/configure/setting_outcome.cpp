@@ -4,13 +4,13 @@
 #include <iterator>
 #include <utility>
 
+#include "base/port_status.h"
 #include "platform/syserr.h"
 #include "shell/commands/configure/setting_differences.h"
 #include "shell/grammar/interface_ranges.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
-#include "shell/session/shell.h"
-#include "switch/port_status.h"
+#include "shell/session/invocation.h"
 
 namespace host {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "client/command_account.h"
+#include "messages/calls/command_account.h"
 #include "platform/port_config.h"
 #include "pmcli/displays.h"
 #include "shell/commands/handlers.h"

@@ -11,7 +11,6 @@
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
 #include "shell/output/schema/schema.h"
-#include "shell/session/shell.h"
 #include "switch/model.h"
 
 namespace host {

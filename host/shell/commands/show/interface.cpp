@@ -5,11 +5,11 @@
 
 #include "platform/if_index.h"
 #include "shell/commands/handlers.h"
+#include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"
 #include "shell/library/views.h"
 #include "shell/output/command_output.h"
-#include "shell/session/shell.h"
 
 namespace host {
 namespace {
@@ -162,12 +162,11 @@ std::vector<const view*> views_from(const view& first) {
 // Shows the interfaces that the user named, else all of some kinds.
 int show_views(const invocation& run, std::span<const view* const> views, std::span<const if_index_type_t> kinds) {
   const command_queue q;
-  command_parameters parameters(run.session.who, q.handle, views.front()->command_id());
+  command_parameters parameters(run.session.library, run.session.who, q.handle, views.front()->command_id());
   if (run.line.number) parameters.add_number(*run.line.number);
   if (const auto vlans = parse_vlans(run.line.argument)) parameters.add_number_ranges(*vlans);
   const bool are_named = !run.line.spans.empty();
-  selection chosen =
-      are_named ? select_named(run.session, parameters, run.line.spans) : select_all(run.session, parameters, kinds);
+  selection chosen = are_named ? select_named(parameters, run.line.spans) : select_all(parameters, kinds);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
 

@@ -1,16 +1,16 @@
 // Displays of the whole machine: transceivers of all ports, VLANs, resources of modules.
 #include <algorithm>
 
-#include "client/resource_tree.h"
+#include "messages/calls/module_resources.h"
 #include "platform/module_resources.h"
 #include "platform/platform_data.h"
 #include "shell/commands/handlers.h"
 #include "shell/grammar/interface_ranges.h"
+#include "shell/library/command_queue.h"
 #include "shell/library/parameters.h"
 #include "shell/library/views.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
-#include "shell/session/shell.h"
 #include "switch/source.h"
 
 namespace host {
@@ -22,7 +22,7 @@ constexpr uint32 kNoDisplayId = 0;
 template <typename Show>
 int run_display(const invocation& run, Show show) {
   const command_queue q;
-  command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
   show(parameters.for_ranges(0, {}));
   run.output.flush();
   return run.output.failed() ? kServiceFailed : kDone;

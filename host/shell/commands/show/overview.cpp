@@ -6,6 +6,7 @@
 
 #include "platform/if_index.h"
 #include "shell/commands/handlers.h"
+#include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/parameters.h"
 #include "shell/library/selection.h"
@@ -14,7 +15,6 @@
 #include "shell/output/terminal/fitted_table.h"
 #include "shell/output/terminal/printable.h"
 #include "shell/output/terminal/short_number.h"
-#include "shell/session/shell.h"
 
 namespace host {
 namespace {
@@ -203,8 +203,8 @@ bool has_values(if_index_t if_index) { return kind_of(if_index).type != IF_TYPE_
 bool is_management(if_index_t if_index) { return kind_of(if_index).type == IF_TYPE_MGMT; }
 
 // All that have values, management ports first.
-selection select_overview(const shell& session, command_parameters& parameters) {
-  selection chosen = select_every(session, parameters);
+selection select_overview(command_parameters& parameters) {
+  selection chosen = select_every(parameters);
   auto& all = chosen.interfaces;
   all.erase(std::remove_if(all.begin(), all.end(), [](if_index_t it) { return !has_values(it); }), all.end());
   std::stable_partition(all.begin(), all.end(), is_management);
@@ -215,9 +215,9 @@ selection select_overview(const shell& session, command_parameters& parameters) 
 
 int show_overview(const invocation& run) {
   const command_queue q;
-  command_parameters parameters(run.session.who, q.handle, 0);
-  const selection chosen = run.line.spans.empty() ? select_overview(run.session, parameters)
-                                                  : select_named(run.session, parameters, run.line.spans);
+  command_parameters parameters(run.session.library, run.session.who, q.handle, 0);
+  const selection chosen =
+      run.line.spans.empty() ? select_overview(parameters) : select_named(parameters, run.line.spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
 

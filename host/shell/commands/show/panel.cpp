@@ -7,13 +7,13 @@
 #include "platform/port_manager.h"
 #include "shell/commands/handlers.h"
 #include "shell/commands/show/front_panel.h"
+#include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/parameters.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
 #include "shell/output/terminal/printable.h"
-#include "shell/session/shell.h"
 
 namespace host {
 namespace {
@@ -29,8 +29,8 @@ bool is_in_module(if_index_t if_index) {
 }
 
 // All ports of modules, by module.
-selection select_ports(const shell& session, command_parameters& parameters) {
-  selection chosen = select_every(session, parameters);
+selection select_ports(command_parameters& parameters) {
+  selection chosen = select_every(parameters);
   auto& all = chosen.interfaces;
   all.erase(std::remove_if(all.begin(), all.end(), [](if_index_t it) { return !is_in_module(it); }), all.end());
   std::stable_sort(all.begin(), all.end(),
@@ -126,8 +126,8 @@ void print_fronts(command_output& output, const std::vector<front_panel>& fronts
 
 int show_panel(const invocation& run) {
   const command_queue q;
-  command_parameters parameters(run.session.who, q.handle, 0);
-  const selection chosen = select_ports(run.session, parameters);
+  command_parameters parameters(run.session.library, run.session.who, q.handle, 0);
+  const selection chosen = select_ports(parameters);
   if (chosen.code != kDone) return chosen.code;
 
   command_output& output = run.output;

@@ -19,6 +19,7 @@
 #include "shell/output/terminal/print_error.h"
 #include "shell/output/terminal/printable.h"
 #include "shell/session/interrupt.h"
+#include "shell/session/run.h"
 #include "switch/clock.h"
 #include "switch/kernel_device.h"
 #include "switch/live_statistics.h"

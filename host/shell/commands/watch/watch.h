@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "shell/output/command_output.h"
-#include "shell/session/shell.h"
+#include "shell/session/state.h"
 
 namespace host {
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "client/diagnostic_marks.h"
+#include "messages/calls/diagnostic_marks.h"
 #include "shell/output/rendering.h"
 
 namespace host {

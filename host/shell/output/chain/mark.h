@@ -6,7 +6,7 @@
 namespace host {
 
 // Such a line binds no value: the answer that it is made of says whether its quantity is outside of its limits
-// (client/diagnostic_marks.h).
+// (messages/calls/diagnostic_marks.h).
 class marking_sink : public line_link {
  public:
   using line_link::line_link;

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "client/request.h"
+#include "messages/calls/command_account.h"
 
 namespace host {
 namespace {

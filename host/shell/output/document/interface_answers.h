@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "client/interface_values.h"
+#include "messages/calls/interface_values.h"
 #include "messages/property.h"
 #include "platform/if_index.h"
 

@@ -1,11 +1,11 @@
 // Messages of the VLAN manager, of private VLANs and of satellites, as their client libraries build and parse them.
 #pragma once
 
+#include "messages/messages.h"
 #include "platform/mts.h"
 #include "platform/private_vlan.h"
 #include "platform/satellite.h"
 #include "platform/vlan_manager.h"
-#include "service/messages.h"
 
 namespace host {
 

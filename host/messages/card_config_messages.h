@@ -1,9 +1,9 @@
 // Messages of the line-card configuration.
 #pragma once
 
+#include "messages/messages.h"
 #include "platform/card_config.h"
 #include "platform/mts.h"
-#include "service/messages.h"
 
 namespace host {
 

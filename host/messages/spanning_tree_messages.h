@@ -1,8 +1,8 @@
 // Messages of the spanning-tree service.
 #pragma once
 
+#include "messages/messages.h"
 #include "platform/mts.h"
-#include "service/messages.h"
 
 namespace host {
 

@@ -1,14 +1,13 @@
 // Messages of the port manager.
 #pragma once
 
+#include "messages/messages.h"
 #include "platform/bitset.h"
 #include "platform/clear_counters.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
-#include "service/messages.h"
-#include "switch/port_settings.h"
 
 namespace host {
 

@@ -1,9 +1,9 @@
 // Messages of the port-channel manager.
 #pragma once
 
+#include "messages/messages.h"
 #include "platform/mts.h"
 #include "platform/port_channel.h"
-#include "service/messages.h"
 
 namespace host {
 

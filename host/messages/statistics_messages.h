@@ -1,10 +1,10 @@
 // Messages of the statistics service.
 #pragma once
 
+#include "messages/messages.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
 #include "platform/mts.h"
-#include "service/messages.h"
 
 namespace host {
 

@@ -1,9 +1,9 @@
 // Messages of the VSAN manager.
 #pragma once
 
+#include "messages/messages.h"
 #include "platform/mts.h"
 #include "platform/vsan.h"
-#include "service/messages.h"
 
 namespace host {
 

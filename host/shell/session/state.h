@@ -1,4 +1,4 @@
-// A running shell: what its commands share.
+// The state of a session: what its commands share.
 #pragma once
 
 #include <memory>
@@ -27,7 +27,6 @@ struct configured_interfaces {
   std::vector<vsh_intf_mono_range_t> ranges;
 };
 
-struct invocation;
 struct output_settings;
 
 struct shell {
@@ -48,47 +47,5 @@ struct shell {
   std::unique_ptr<candidate> edited;                // null: settings change the machine
   std::unique_ptr<unconfirmed_commit> unconfirmed;  // null: no commit waits for its confirmation
 };
-
-// A transport queue for one command.
-struct command_queue {
-  command_queue();
-  ~command_queue();
-  command_queue(const command_queue&) = delete;
-  command_queue& operator=(const command_queue&) = delete;
-
-  mts_q_handle_t handle;
-};
-
-// Runs a line: a command, or a question when it ends with "?". Returns an exit code.
-int run_line(shell& session, std::string_view line);
-
-// Runs the handler of a command: in a trial of the candidate when there is one and the command is for it. Returns an
-// exit code.
-int run_handler(const invocation& run);
-
-// Text for a "?" at the end of a line, and the text that completes the line's last word as far as it is clear.
-std::string help_text(std::string_view line, shell_mode mode = kExecMode);
-struct completion {
-  std::string addition;  // to be inserted
-  std::string choices;   // to be shown, one line each, when there is more than one
-};
-completion complete(std::string_view line, shell_mode mode = kExecMode);
-
-// "switch# ", "switch(config)# ", "switch(config-if-dry-run)# " and so on.
-std::string prompt_of(const shell& session);
-
-// Reads commands from the user until the end of the input. Returns an exit code.
-int run_interactively(shell& session);
-
-// Reads commands line by line from standard input. Returns the first exit code that is not 0.
-int run_input(shell& session);
-
-// Runs the commands of a file; "-" is standard input, "startup-config" what was stored. Lines that begin with "!" or
-// "#" are comments. It stops at the first command that fails and says where, unless the session keeps going. Returns
-// the first exit code that is not 0.
-int run_file(shell& session, const std::string& name);
-
-// Leaves the interface mode when one of its interfaces is not there any more.
-void leave_lost_interfaces(shell& session);
 
 }  // namespace host

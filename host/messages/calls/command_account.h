@@ -48,6 +48,9 @@ class command_account {
   command_account* outer_;  // of client_queue()
 };
 
+// The queue of client functions that are not given one; -1 when there is no memory for it.
+mts_q_handle_t client_queue();
+
 // The creation error in the account of a queue; 0 without an account.
 syserr_t creation_error_of(mts_q_handle_t q);
 

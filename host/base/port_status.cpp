@@ -1,4 +1,4 @@
-#include "switch/port_status.h"
+#include "base/port_status.h"
 
 #include <algorithm>
 #include <deque>

@@ -1,9 +1,9 @@
 // Messages of the service that keeps IP addresses.
 #pragma once
 
+#include "messages/messages.h"
 #include "platform/ip_config.h"
 #include "platform/mts.h"
-#include "service/messages.h"
 
 namespace host {
 

@@ -1,0 +1,22 @@
+// Running lines.
+#pragma once
+
+#include <string_view>
+
+#include "shell/session/state.h"
+
+namespace host {
+
+struct invocation;
+
+// Runs a line: a command, or a question when it ends with "?". Returns an exit code.
+int run_line(shell& session, std::string_view line);
+
+// Runs the handler of a command: in a trial of the candidate when there is one and the command is for it. Returns an
+// exit code.
+int run_handler(const invocation& run);
+
+// Reads commands line by line from standard input. Returns the first exit code that is not 0.
+int run_input(shell& session);
+
+}  // namespace host
