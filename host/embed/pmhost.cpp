@@ -16,11 +16,11 @@
 
 #include "service/services.h"
 #include "shell/commands/added_commands.h"
-#include "shell/commands/handlers.h"
 #include "shell/grammar/interface_ranges.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/parameters.h"
 #include "shell/library/selection.h"
+#include "shell/library/views.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/platform/prompts.h"
@@ -216,7 +216,8 @@ std::string choose_interfaces(pmhost_command_t& command, const char* text) {
 // The display of the shell's command with this id.
 const host::display* display_of(uint32 command_id) {
   for (const host::command& known : host::all_commands())
-    if (known.run == host::show_interface && known.command_id == command_id) return &known.shown;
+    if (known.view != nullptr && known.view->own.handler == nullptr && known.view->id == command_id)
+      return &known.shown;
   return nullptr;
 }
 

@@ -134,13 +134,25 @@ TEST(Grammar, TabCompletesEachWordFromItsMiddle) {
   }
 }
 
-TEST(Grammar, EveryDisplayOfTheLibraryHasAView) {
+TEST(Grammar, EveryDisplayOfInterfacesHasAViewAndADocument) {
+  std::size_t num_views = 0;
   for (const command& what : host::all_commands()) {
-    if (what.command_id == 0) continue;
-    EXPECT_EQ(host::view_of(what.command_id).id, what.command_id) << what.syntax.text;
-    EXPECT_FALSE(host::view_of(what.command_id).kinds.empty()) << what.syntax.text;
+    const bool shows_interfaces = what.shown.has_values && what.syntax.text.starts_with("show interface [RANGE] ");
+    if (shows_interfaces && what.view == nullptr) EXPECT_EQ(what.syntax.text, "show interface [RANGE] overview");
+    if (what.view == nullptr) continue;
+    ++num_views;
+    EXPECT_FALSE(what.view->kinds.empty()) << what.syntax.text;
     EXPECT_FALSE(what.shown.name.empty()) << what.syntax.text;
   }
+  EXPECT_GE(num_views, 33U);
+}
+
+TEST(Grammar, EveryWordHasItsHelp) {
+  for (const command& what : host::all_commands())
+    for (std::size_t i = 0; i < what.syntax.num_words; ++i) {
+      const host::syntax_word& word = what.syntax.words[i];
+      if (word.kind == host::syntax_kind::literal) EXPECT_NE(host::help_of_word(word.text), "") << word.text;
+    }
 }
 
 TEST(Grammar, CommandsBelongToModes) {
@@ -227,7 +239,7 @@ TEST(Grammar, MistakesAreNamedWithTheNextStep) {
 TEST(Grammar, WordsBehindARangeMakeAnotherCommand) {
   const command* const all = command_of("show interface brief");
 
-  EXPECT_EQ(all->command_id, 5U);
+  EXPECT_EQ(all->view->id, 5U);
   EXPECT_EQ(command_of("sh int e1/1-4,1/7 b"), all);
   EXPECT_EQ(command_of("show interface ethernet 1/1 - 4 , 1/7 brief"), all);
   EXPECT_NE(command_of("show interface ethernet 1/1-4"), all);

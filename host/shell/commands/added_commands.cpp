@@ -15,10 +15,10 @@
 #include <vector>
 
 #include "pmsh/commands.h"
-#include "shell/commands/handlers.h"
+#include "shell/commands/show/interface.h"
+#include "shell/commands/show/library_display.h"
 #include "shell/grammar/words.h"
 #include "shell/library/command_library.h"
-#include "shell/library/views.h"
 #include "shell/output/schema/schema.h"
 
 namespace host {
@@ -311,7 +311,12 @@ void replace_kinds(const table_reader& reader, const pmsh_command_t& entry, std:
     if ((other->second.kinds & entry.kinds) != 0)
       reader.refuse("some of its kinds are shown by " + other->second.file + " already");
   owners().insert({existing->syntax.text, {entry.kinds, only_structured, reader.library.file()}});
-  provide_kinds({existing->command_id, entry.kinds, only_structured, handler});
+  provide_kinds({existing->view, entry.kinds, only_structured, handler});
+}
+
+int show_added(const invocation& run) {
+  if (!has_named_module(run)) return kNoSuchInterface;
+  return run_display(run, [&run](paraminfo_t* block) { call_handler(run, run.line.what->view->own.handler, block); });
 }
 
 void add_new_command(const table_reader& reader, const pmsh_command_t& entry, std::string_view words,
@@ -336,7 +341,7 @@ void add_new_command(const table_reader& reader, const pmsh_command_t& entry, st
   auto kinds = is_about_interfaces ? read_kinds(reader, entry.kinds) : std::vector<if_index_type_t>();
   command added{syntax, read_text(reader, entry.help, "help"), is_about_interfaces ? show_interface : show_added};
   added.shown = read_display(reader, entry, is_about_interfaces);
-  added.command_id = add_view(std::move(kinds), handlers);
+  added.view = add_view(std::move(kinds), handlers);
   add_command(added);
   owners().insert({words, {entry.kinds, false, reader.library.file()}});
 }

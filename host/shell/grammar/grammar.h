@@ -116,6 +116,7 @@ enum class command_effect : uint8 {
 };
 
 struct command_line;
+struct interface_view;
 struct output_settings;
 struct shell;
 
@@ -125,8 +126,8 @@ struct command {
   std::string_view help;
   int (*run)(const invocation&);  // returns an exit code; null: other commands run, one that follows or those of a file
   display shown{};                // of its structured form
-  uint32 command_id = 0;          // of a display of the command library
-  uint8 modes = kEveryMode;       // in which it can be typed
+  const interface_view* view = nullptr;  // of a display of interfaces by a library
+  uint8 modes = kEveryMode;              // in which it can be typed
   command_effect effect = command_effect::none;
 
   // Of a command that runs another one, which follows it, as a session would show that one. Returns an exit code.

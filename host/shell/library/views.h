@@ -1,4 +1,4 @@
-// The views of "show interface", by command id of the library.
+// The views of "show interface": which kinds of interface the library shows in each, and what others add to them.
 #pragma once
 
 #include <span>
@@ -10,10 +10,6 @@
 #include "shell/library/interface_kinds.h"
 
 namespace host {
-
-// Ids of views are command ids of the library (pmcli/displays.h). The one above 1000 is the shell's own: the detailed
-// view, as far as no other library computes more. Those of other libraries follow it.
-enum { COMPUTED_DETAILED_VIEW = 1001, FIRST_ADDED_VIEW = 1002 };
 
 // The id for the in-band interface where the library has one of its own for it.
 enum inband_id : uint32 {
@@ -30,31 +26,25 @@ struct added_handlers {
   bool shows_sub_interfaces = true;
 };
 
-struct view {
-  uint32 id;
-  std::span<const if_index_type_t> kinds;  // that it applies to; without a range all of them are shown
-  table_headers headers;
+struct interface_view {
+  uint32 id = 0;                                // of the library (pmcli/displays.h)
+  std::span<const if_index_type_t> kinds = {};  // that it applies to; without a range all of them are shown
+  table_headers headers = {};
   inband_id inband = INBAND_SAME;
-  uint32 followed_by = 0;  // another view whose table follows this one; 0: none
+  const interface_view* followed_by = nullptr;  // another view whose table follows this one; null: none
   added_handlers own = {};
 
-  // The id that the library gets.
-  uint32 command_id() const {
-    if (own.handler != nullptr) return own.command_id;
-    return id == COMPUTED_DETAILED_VIEW ? uint32{DISPLAY_DETAIL} : id;
-  }
+  // The id that the handlers get.
+  uint32 command_id() const { return own.handler != nullptr ? own.command_id : id; }
 };
 
-// The view with this id; it exists.
-const view& view_of(uint32 id);
-
-// Adds a view of another library, which has no kinds when its command is about no interface. Returns its id. Call it
-// before the first command, as provide_kinds().
-uint32 add_view(std::vector<if_index_type_t> kinds, const added_handlers& handlers);
+// Adds a view of another library, which has no kinds when its command is about no interface. It stays for the rest of
+// the process. Call it before the first command, as provide_kinds().
+const interface_view* add_view(std::vector<if_index_type_t> kinds, const added_handlers& handlers);
 
 // Kinds of interface that another library shows in the place of the view's own handlers.
 struct provided_kinds {
-  uint32 view;
+  const interface_view* view;
   interface_mask_t kinds;
   bool only_structured;  // the text stays that of the view's own handlers
   command_handler handler;
@@ -66,6 +56,6 @@ void name_added_handler(command_handler handler, std::string name);
 std::string_view name_of_added_handler(command_handler handler);
 
 // The handler that provides a kind of interface in a view; null when none does.
-command_handler provided_handler(uint32 view, interface_mask_t kind, bool is_structured);
+command_handler provided_handler(const interface_view& view, interface_mask_t kind, bool is_structured);
 
 }  // namespace host

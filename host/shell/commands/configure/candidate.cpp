@@ -10,7 +10,7 @@
 #include "shell/commands/configure/own_connection.h"
 #include "shell/commands/configure/setting_differences.h"
 #include "shell/commands/configure/setting_outcome.h"
-#include "shell/commands/handlers.h"
+#include "shell/commands/group.h"
 #include "shell/grammar/interface_ranges.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
@@ -98,8 +98,6 @@ std::vector<pm_port_cfg_status_t> refusals_of(const changes_made& made) {
   return refused;
 }
 
-}  // namespace
-
 int configure_candidate(const invocation& run) {
   if (run.session.edited == nullptr) run.session.edited = std::make_unique<candidate>(run.session.num_files);
   run.session.mode = kConfigureMode;
@@ -120,8 +118,6 @@ int show_diff(const invocation& run) {
     print_changes(run.output, shown);
   return kDone;
 }
-
-namespace {
 
 constexpr uint32 kLongestConfirmation = 86'400;  // seconds
 
@@ -180,8 +176,6 @@ int commit_candidate(const invocation& run, std::optional<uint32> seconds) {
   return commit_changes(run, trial::is_running() ? std::nullopt : seconds);  // a dry run takes all back anyway
 }
 
-}  // namespace
-
 int commit(const invocation& run) { return commit_candidate(run, std::nullopt); }
 
 int commit_confirmed(const invocation& run) {
@@ -210,5 +204,28 @@ int confirm_commit(const invocation& run) {
   run.output.text("Confirmed for " + range_text(interfaces) + ".\n");
   return kDone;
 }
+
+constexpr display kDiffShown = {kDiffDisplay, {}, "diff", true, false, "differences"};
+
+// clang-format off
+constexpr command kCommands[] = {
+    {"configure candidate", "The same, to collect settings and to commit them together", configure_candidate, kSentences, nullptr, kExecMode},
+    {"show diff", "What a commit of the candidate would change", show_diff, kDiffShown},
+    {"commit", "Make the settings of the candidate", commit, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
+    {"commit confirmed SECONDS", "The same, rolled back after so long without 'confirm'", commit_confirmed, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
+    {"confirm", "Keep what 'commit confirmed' made", confirm_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+    {"discard", "Forget the changes of the candidate", discard, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+};
+// clang-format on
+
+constexpr word_help kWords[] = {
+    {"candidate", "Collect settings and commit them together"}, {"commit", "Make the settings of the candidate"},
+    {"confirm", "Keep what 'commit confirmed' made"},           {"confirmed", "Roll back without 'confirm'"},
+    {"diff", "What a commit of the candidate would change"},    {"discard", "Forget the changes of the candidate"},
+};
+
+}  // namespace
+
+constexpr command_group kCandidateCommands = {kCommands, kWords};
 
 }  // namespace host

@@ -4,7 +4,7 @@
 
 #include "base/files.h"
 #include "shell/commands/configure/running_config.h"
-#include "shell/commands/handlers.h"
+#include "shell/commands/group.h"
 #include "shell/grammar/words.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
@@ -57,12 +57,12 @@ void record_commands(command_output& output, const selection& chosen) {
 
 // Whether a command only changes the mode, which follows it.
 bool changes_mode(const command_line& line, shell_mode& mode) {
-  const auto run = line.what == nullptr ? nullptr : line.what->run;
-  if (run == configure || (run == leave_mode && mode == kInterfaceMode))
+  const std::string_view word = line.what == nullptr ? std::string_view() : line.what->syntax.words[0].text;
+  if (word == "configure" || (word == "exit" && mode == kInterfaceMode))
     mode = kConfigureMode;
-  else if (run == choose_interfaces)
+  else if (word == "interface")
     mode = kInterfaceMode;
-  else if (run == leave_configuration || run == leave_mode)
+  else if (word == "end" || word == "exit")
     mode = kExecMode;
   else
     return false;
@@ -90,8 +90,6 @@ void record_commands(command_output& output, const std::string& text) {
     output.end_interface();
   }
 }
-
-}  // namespace
 
 int show_startup_config(const invocation& run) {
   const command_text stored = read_commands(startup_file(run.session), true);
@@ -144,5 +142,32 @@ int copy_running_config(const invocation& run) {
   run.output.text(written_sentence(path));
   return kDone;
 }
+
+constexpr display kRunningConfigShown = {kRunningConfigDisplay, {}, "running_config", false, false, "commands"};
+constexpr display kStartupConfigShown = {kStartupConfigDisplay, {}, "startup_config", false, false, "commands"};
+
+// clang-format off
+constexpr command kCommands[] = {
+    {"show running-config", "The commands that make the settings of all interfaces", show_running_config, kRunningConfigShown},
+    {"show running-config interface RANGE", "Those of some interfaces", show_running_config, kRunningConfigShown},
+    {"show startup-config", "The commands that were stored under the name of the switch", show_startup_config, kStartupConfigShown},
+    {"copy running-config startup-config", "Keep the settings under the name of the switch", copy_running_config, kSentences, nullptr, kEveryMode, command_effect::writes_file},
+    {"write", "The same", copy_running_config, kSentences, nullptr, kEveryMode, command_effect::writes_file},
+    {"copy startup-config running-config", "Run the commands of the startup-config", nullptr, kSentences},
+    {"copy FILE running-config", "Run the commands of a file", nullptr, kSentences},
+    {"copy running-config FILE", "Write the settings to a file", copy_running_config, kSentences, nullptr, kEveryMode, command_effect::writes_file},
+};
+// clang-format on
+
+constexpr word_help kWords[] = {
+    {"copy", "Write settings to a file, or run those of one"},
+    {"running-config", "The settings as they are now"},
+    {"startup-config", "The settings that were stored"},
+    {"write", "Store the settings as the startup-config"},
+};
+
+}  // namespace
+
+constexpr command_group kConfigurationCommands = {kCommands, kWords};
 
 }  // namespace host

@@ -7,7 +7,7 @@
 #include "settings/change_journal.h"
 #include "settings/wire.h"
 #include "shell/commands/configure/own_connection.h"
-#include "shell/commands/configure/setting_outcome.h"
+#include "shell/commands/configure/setting_commands.h"
 #include "shell/grammar/words.h"
 #include "shell/library/command_queue.h"
 #include "shell/output/command_output.h"

@@ -4,7 +4,7 @@
 #include <cstddef>
 
 #include "settings/machine_changes.h"
-#include "shell/commands/handlers.h"
+#include "shell/session/invocation.h"
 
 namespace host {
 

@@ -7,12 +7,14 @@
 
 #include "pmcli/displays.h"
 #include "settings/table.h"
-#include "shell/commands/handlers.h"
-#include "shell/grammar/grammar.h"
+#include "shell/commands/configure/setting_outcome.h"
+#include "shell/commands/group.h"
 
 namespace host {
 
-inline constexpr display kSettingShown = {kSettingDisplay, {}, "settings"};
+// Makes the setting of a line, by the command library or by the host, for the chosen interfaces.
+int set_ports(const invocation& run);
+int set_ports_of_host(const invocation& run);
 
 constexpr command of_library(command_syntax syntax, std::string_view help, setting_tokens tokens) {
   return {syntax,  help,    set_ports, kSettingShown, 0, kInterfaceMode, command_effect::settings,

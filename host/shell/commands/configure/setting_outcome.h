@@ -10,10 +10,14 @@
 #include "messages/calls/command_account.h"
 #include "platform/port_config.h"
 #include "pmcli/displays.h"
-#include "shell/commands/handlers.h"
+#include "shell/output/document/document.h"
+#include "shell/session/invocation.h"
 #include "switch/model.h"
 
 namespace host {
+
+// The document of commands that make settings.
+inline constexpr display kSettingShown = {kSettingDisplay, {}, "settings"};
 
 // What the command library returns when the user may not make settings.
 inline constexpr int32 kForbiddenSetting = PM_CLI_NOT_PERMITTED;

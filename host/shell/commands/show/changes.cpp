@@ -5,7 +5,7 @@
 
 #include "settings/change_journal.h"
 #include "shell/commands/configure/setting_differences.h"
-#include "shell/commands/handlers.h"
+#include "shell/commands/group.h"
 #include "shell/grammar/interface_ranges.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/output/command_output.h"
@@ -72,8 +72,6 @@ std::string text_without_steps(const shell& session) {
   return "The candidate has the changes of an earlier commit only: 'show diff' lists them.\n";
 }
 
-}  // namespace
-
 int show_changes(const invocation& run) {
   const auto& steps = change_steps(the_machine());
   const std::string user = run.session.who != nullptr ? run.session.who->name : std::string();
@@ -87,5 +85,21 @@ int show_changes(const invocation& run) {
   if (steps.empty() && !run.output.is_structured()) run.output.text(text_without_steps(run.session));
   return kDone;
 }
+
+constexpr display kChangesShown = {kChangesDisplay, {}, "changes", false, false, "changes"};
+
+// clang-format off
+constexpr command kCommands[] = {
+    {"show changes", "What was set, created and deleted in this session, as 'undo' takes it back", show_changes, kChangesShown, nullptr, kEveryMode, command_effect::shows_settings},
+};
+// clang-format on
+
+constexpr word_help kWords[] = {
+    {"changes", "What was changed in this session"},
+};
+
+}  // namespace
+
+constexpr command_group kChangesCommands = {kCommands, kWords};
 
 }  // namespace host

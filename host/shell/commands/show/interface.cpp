@@ -1,14 +1,15 @@
 // "show interface" in all its views: calls the library's handlers, once for each interface.
+#include "shell/commands/show/interface.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <span>
 
 #include "platform/if_index.h"
-#include "shell/commands/handlers.h"
+#include "shell/commands/show/library_display.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"
-#include "shell/library/views.h"
 #include "shell/output/command_output.h"
 
 namespace host {
@@ -35,37 +36,37 @@ struct headed_group {
 // A view that is being shown, and those whose tables follow it.
 struct showing {
   const invocation& run;
-  std::span<const view* const> shown;
+  std::span<const interface_view* const> shown;
   command_parameters& parameters;
 
   const command_library& library() const { return run.session.library; }
 
-  command_handler provided(const view& in, const interface_kind& kind) const {
-    return provided_handler(in.id, kind.mask, run.output.is_structured());
+  command_handler provided(const interface_view& in, const interface_kind& kind) const {
+    return provided_handler(in, kind.mask, run.output.is_structured());
   }
 
   // Null: the display does not apply to the kind.
-  command_handler handler_of(const view& in, const interface_kind& kind) const {
+  command_handler handler_of(const interface_view& in, const interface_kind& kind) const {
     if (const command_handler other = provided(in, kind); other != nullptr) return other;
     if (in.own.handler != nullptr) return is_of(in, kind) ? in.own.handler : nullptr;
     return kind.show == nullptr ? nullptr : library().*kind.show;
   }
 
   command_handler header_of(const interface_kind& kind) const {
-    const view& in = *shown.front();
+    const interface_view& in = *shown.front();
     if (in.own.handler != nullptr) return is_of(in, kind) ? in.own.header : nullptr;
     if (kind.header == nullptr || handler_of(in, kind) == nullptr) return nullptr;
     const auto header = in.headers.*kind.header;
     return header == nullptr ? nullptr : library().*header;
   }
 
-  static bool is_of(const view& in, const interface_kind& kind) {
+  static bool is_of(const interface_view& in, const interface_kind& kind) {
     return std::find(in.kinds.begin(), in.kinds.end(), kind.type) != in.kinds.end();
   }
 
   // Whether the display applies to an interface.
   bool applies_to(if_index_t if_index) const {
-    const view& in = *shown.front();
+    const interface_view& in = *shown.front();
     const interface_kind& kind = kind_of(if_index);
     const bool has_kind = is_of(in, kind) || provided(in, kind) != nullptr;
     if (!has_kind || handler_of(in, kind) == nullptr) return false;
@@ -96,11 +97,11 @@ void show_header(const showing& view, const headed_group& group) {
   group.header(view.parameters.for_ranges(kind_of(first).mask, {&range, 1}));
 }
 
-uint32 command_id_for(const view& shown, const interface_kind& kind) {
+uint32 command_id_for(const interface_view& shown, const interface_kind& kind) {
   return kind.type == IF_TYPE_INBAND && shown.inband != INBAND_SAME ? shown.inband : shown.command_id();
 }
 
-void show_in(const showing& view, const host::view& in, if_index_t if_index) {
+void show_in(const showing& view, const interface_view& in, if_index_t if_index) {
   const interface_kind& kind = kind_of(if_index);
   const command_handler handler = view.handler_of(in, kind);
   view.parameters.set_command_id(command_id_for(in, kind));
@@ -116,7 +117,7 @@ void show_one(const showing& view, if_index_t if_index, tally& count) {
   command_output& output = view.run.output;
   output.begin_interface(sprintf_if_index(name, if_index), if_index);
   ++count.shown;
-  for (const host::view* const in : view.shown) show_in(view, *in, if_index);
+  for (const interface_view* const in : view.shown) show_in(view, *in, if_index);
   count.failed += output.end_interface();
 }
 
@@ -153,14 +154,15 @@ std::size_t remove_not_applicable(const showing& view, bool are_named, std::vect
 }
 
 // A view and those that follow it.
-std::vector<const view*> views_from(const view& first) {
-  std::vector<const view*> views{&first};
-  while (views.back()->followed_by != 0) views.push_back(&view_of(views.back()->followed_by));
+std::vector<const interface_view*> views_from(const interface_view& first) {
+  std::vector<const interface_view*> views{&first};
+  while (views.back()->followed_by != nullptr) views.push_back(views.back()->followed_by);
   return views;
 }
 
 // Shows the interfaces that the user named, else all of some kinds.
-int show_views(const invocation& run, std::span<const view* const> views, std::span<const if_index_type_t> kinds) {
+int show_views(const invocation& run, std::span<const interface_view* const> views,
+               std::span<const if_index_type_t> kinds) {
   const command_queue q;
   command_parameters parameters(run.session.library, run.session.who, q.handle, views.front()->command_id());
   if (run.line.number) parameters.add_number(*run.line.number);
@@ -185,12 +187,88 @@ int show_views(const invocation& run, std::span<const view* const> views, std::s
 
 int show_interface(const invocation& run) {
   if (!has_named_module(run)) return kNoSuchInterface;
-  const view& shown = view_of(run.line.what->command_id);
+  const interface_view& shown = *run.line.what->view;
   return show_views(run, views_from(shown), shown.kinds);
 }
 
 int show_kinds(const invocation& run, std::span<const if_index_type_t> kinds) {
-  return show_views(run, views_from(view_of(run.line.what->command_id)), kinds);
+  return show_views(run, views_from(*run.line.what->view), kinds);
 }
+
+namespace {
+
+constexpr if_index_type_t kUsualKinds[] = {IF_TYPE_MGMT,      IF_TYPE_ETHERNET,         IF_TYPE_ETHERNET_L3,
+                                           IF_TYPE_SATELLITE, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL,
+                                           IF_TYPE_LOOPBACK,  IF_TYPE_VETHERNET};
+constexpr if_index_type_t kBriefKinds[] = {IF_TYPE_MGMT,     IF_TYPE_ETHERNET,         IF_TYPE_SATELLITE,
+                                           IF_TYPE_LOOPBACK, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL,
+                                           IF_TYPE_INBAND};
+constexpr if_index_type_t kEthernetPorts[] = {IF_TYPE_ETHERNET};
+constexpr if_index_type_t kKindsWithCapabilities[] = {IF_TYPE_MGMT, IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3,
+                                                      IF_TYPE_SATELLITE, IF_TYPE_ETH_PORT_CHANNEL};
+
+constexpr table_headers kDescriptionHeaders = {&command_library::channel_header, &command_library::management_header,
+                                               &command_library::loopback_header, nullptr};
+constexpr table_headers kBriefHeaders = {&command_library::ethernet_header, &command_library::management_header,
+                                         &command_library::loopback_header, &command_library::inband_header};
+
+constexpr display kDetailedShown = {kDetailedDisplay, {}, "detailed", false, true};
+constexpr display kBriefShown = {kBriefDisplay, {}, "brief", false, true};
+constexpr display kStatusShown = {kStatusDisplay, {}, "status", false, true};
+constexpr display kErrorStatusShown = {kErrorStatusDisplay, {}, "error_status", false, true};
+constexpr display kDescriptionShown = {kDescriptionDisplay, {}, "description", false, true};
+constexpr display kMacAddressShown = {kMacAddressDisplay, {}, "mac_address", false, true};
+constexpr display kIfIndexShown = {kIfIndexDisplay, {}, "ifindex", false, true};
+constexpr display kDebounceShown = {kDebounceDisplay, {}, "debounce", false, true};
+constexpr display kCapabilitiesShown = {kCapabilityDisplay, {}, "capabilities", false, true};
+
+// clang-format off
+constexpr interface_display kDisplays[] = {
+    {"show interface [RANGE]", "Settings, state and traffic, in detail", kDetailedShown,
+     {DISPLAY_DETAIL, kAllWithInband, kNoHeaders}},
+    {"show interface [RANGE] brief", "State, address, speed and MTU", kBriefShown,
+     {DISPLAY_BRIEF, kBriefKinds, kBriefHeaders}},
+    {"show interface [RANGE] status", "State, VLAN, duplex, speed and type", kStatusShown,
+     {DISPLAY_STATUS, kAllWithInband, kCommonHeaders}},
+    {"show interface [RANGE] status up", "The same of those that are up", kStatusShown,
+     {DISPLAY_STATUS_UP, kUsualKinds, kCommonHeaders}},
+    {"show interface [RANGE] status down", "The same of those that are switched off", kStatusShown,
+     {DISPLAY_STATUS_ADMIN_DOWN, kUsualKinds, kCommonHeaders}},
+    {"show interface [RANGE] status inactive", "The same of those that are inactive", kStatusShown,
+     {DISPLAY_STATUS_INACTIVE, kUsualKinds, kCommonHeaders}},
+    {"show interface [RANGE] status module MODULE", "The same of the ports of a module", kStatusShown,
+     {DISPLAY_STATUS_OF_MODULE, kKindsInModules, kCommonHeaders}},
+    {"show interface [RANGE] status err-disabled", "Ports shut by an error", kErrorStatusShown,
+     {DISPLAY_ERROR_DISABLED, kAllButLoopbacks, kCommonHeaders}},
+    {"show interface [RANGE] description", "Descriptions", kDescriptionShown,
+     {DISPLAY_DESCRIPTION, kUsualKinds, kDescriptionHeaders}},
+    {"show interface [RANGE] mac-address", "Hardware addresses", kMacAddressShown,
+     {DISPLAY_MAC_ADDRESS, kAllButLoopbacks, kCommonHeaders}},
+    {"show interface [RANGE] ifindex", "Interface indexes", kIfIndexShown,
+     {DISPLAY_IF_INDEX, kEthernetPorts, kCommonHeaders}},
+    {"show interface [RANGE] debounce", "How long a link must be down to count", kDebounceShown,
+     {DISPLAY_DEBOUNCE, kEthernetPorts, kCommonHeaders}},
+    {"show interface [RANGE] capabilities", "What the ports can do", kCapabilitiesShown,
+     {DISPLAY_CAPABILITIES, kKindsWithCapabilities, kNoHeaders}},
+    {"show interface [RANGE] detailed", "Settings, state and traffic, with loads and times computed", kDetailedShown,
+     {DISPLAY_DETAIL, kAllWithInband, kNoHeaders}},
+};
+// clang-format on
+
+constexpr auto kCommands = commands_of<kDisplays>();
+
+constexpr word_help kWords[] = {
+    {"capabilities", "What the ports can do"},
+    {"debounce", "How long a link must be down to count"},
+    {"err-disabled", "Only ports shut by an error"},
+    {"ifindex", "Interface indexes"},
+    {"inactive", "Only interfaces that are inactive"},
+    {"mac-address", "Hardware addresses"},
+    {"status", "A line for each: state, VLAN, duplex, speed, type"},
+};
+
+}  // namespace
+
+constexpr command_group kInterfaceCommands = {kCommands, kWords};
 
 }  // namespace host

@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "platform/if_index.h"
-#include "shell/commands/handlers.h"
+#include "shell/commands/group.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/parameters.h"
@@ -211,8 +211,6 @@ selection select_overview(command_parameters& parameters) {
   return chosen;
 }
 
-}  // namespace
-
 int show_overview(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.library, run.session.who, q.handle, 0);
@@ -238,5 +236,21 @@ int show_overview(const invocation& run) {
   if (made.failed + without_values == 0) return kDone;
   return is_all_lost && made.failed != 0 ? kServiceFailed : kSomeInterfacesFailed;
 }
+
+constexpr display kOverviewShown = {kOverviewDisplay, {}, "overview", false, true};
+
+// clang-format off
+constexpr command kCommands[] = {
+    {"show interface [RANGE] overview", "State, VLAN, speed, rates and errors, as wide as the terminal", show_overview, kOverviewShown},
+};
+// clang-format on
+
+constexpr word_help kWords[] = {
+    {"overview", "One row for each interface"},
+};
+
+}  // namespace
+
+constexpr command_group kOverviewCommands = {kCommands, kWords};
 
 }  // namespace host

@@ -5,7 +5,7 @@
 
 #include "platform/if_index.h"
 #include "platform/port_manager.h"
-#include "shell/commands/handlers.h"
+#include "shell/commands/group.h"
 #include "shell/commands/show/front_panel.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
@@ -122,8 +122,6 @@ void print_fronts(command_output& output, const std::vector<front_panel>& fronts
   print(output, legend(style));
 }
 
-}  // namespace
-
 int show_panel(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.library, run.session.who, q.handle, 0);
@@ -152,5 +150,21 @@ int show_panel(const invocation& run) {
   if (failed == 0) return kDone;
   return is_all_lost ? kServiceFailed : kSomeInterfacesFailed;
 }
+
+constexpr display kPanelShown = {kPanelDisplay, {}, "panel", true, true, "ports"};
+
+// clang-format off
+constexpr command kCommands[] = {
+    {"show panel", "The fronts of the modules, with the state of each port", show_panel, kPanelShown},
+};
+// clang-format on
+
+constexpr word_help kWords[] = {
+    {"panel", "The fronts of the modules"},
+};
+
+}  // namespace
+
+constexpr command_group kPanelCommands = {kCommands, kWords};
 
 }  // namespace host

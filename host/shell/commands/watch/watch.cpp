@@ -14,7 +14,7 @@
 
 #include "base/write_all.h"
 #include "platform/if_index.h"
-#include "shell/commands/handlers.h"
+#include "shell/commands/group.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/output/terminal/printable.h"
@@ -372,5 +372,21 @@ int watch(shell& session, const command_line& line, const output_settings& usual
   if (!usual.structured) put("\n");
   return kInterrupted;
 }
+
+namespace {
+
+// clang-format off
+constexpr command kCommands[] = {
+    {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kSentences, nullptr, kEveryMode, command_effect::none, watch},
+};
+// clang-format on
+
+constexpr word_help kWords[] = {
+    {"watch", "Repeat a show command"},
+};
+
+}  // namespace
+
+constexpr command_group kWatchCommands = {kCommands, kWords};
 
 }  // namespace host

@@ -1,6 +1,4 @@
 // "clear counters": hands interfaces to the owner of their counters, and compares what was cleared with what was named.
-#include "platform/clear_counters.h"
-
 #include <dlfcn.h>
 
 #include <algorithm>
@@ -12,10 +10,11 @@
 #include <string>
 
 #include "messages/calls/command_account.h"
+#include "platform/clear_counters.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
 #include "platform/vsh.h"
-#include "shell/commands/handlers.h"
+#include "shell/commands/group.h"
 #include "shell/grammar/interface_ranges.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
@@ -253,8 +252,6 @@ int clear_named(const invocation& run, std::span<const interface_span> spans) {
   return result_of(run, chosen.interfaces, account.clears);
 }
 
-}  // namespace
-
 int clear_all(const invocation& run) {
   return clear_every(run, kAll, [&run](command_parameters& parameters) {
     run.session.library.clear_all_ethernet(parameters.queue());
@@ -294,5 +291,27 @@ int clear_management(const invocation& run) {
   const interface_span span{word_of(IF_TYPE_MGMT), number, number};
   return clear_named(run, {&span, 1});
 }
+
+// clang-format off
+constexpr command kCommands[] = {
+    {"clear counters", "Clear the counters of all interfaces", clear_all, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters all", "The same", clear_all, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters interface RANGE", "Those of some interfaces", clear_range, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters ethernet", "Those of all Ethernet ports", clear_ethernet, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters port-channel", "Those of all port-channels", clear_port_channels, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters loopback", "Those of all loopbacks", clear_loopbacks, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters in-band", "Those of the in-band interface, when the user may", clear_inband, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters mgmt PORT", "Those of a management port", clear_management, kSentences, nullptr, kEveryMode, command_effect::outside},
+};
+// clang-format on
+
+constexpr word_help kWords[] = {
+    {"clear", "Let counters start from 0"}, {"ethernet", "All Ethernet ports"}, {"in-band", "The in-band interface"},
+    {"loopback", "All loopbacks"},          {"mgmt", "A management port"},
+};
+
+}  // namespace
+
+constexpr command_group kClearCommands = {kCommands, kWords};
 
 }  // namespace host

@@ -1,0 +1,40 @@
+// The clock of the shell.
+#include "switch/clock.h"
+
+#include "shell/commands/group.h"
+#include "shell/commands/show/own_channel.h"
+#include "shell/output/command_output.h"
+#include "shell/output/schema/schema.h"
+
+namespace host {
+namespace {
+
+int show_clock(const invocation&) {
+  cmd_prt(channel(), "%s\n", text_tuple(kTagClockTime, utc_text(clock_now()).c_str()));
+  return kDone;
+}
+
+int advance_clock(const invocation& run) {
+  clock_advance(*run.line.number);
+  return kDone;
+}
+
+constexpr display kClockShown = {kClockDisplay, "clock", "clock"};
+
+// clang-format off
+constexpr command kCommands[] = {
+    {"show clock", "The time of the shell's clock, in UTC", show_clock, kClockShown},
+    {"clock advance SECONDS", "Move the shell's clock on, and the traffic with it", advance_clock, kSentences, nullptr, kEveryMode, command_effect::outside},
+};
+// clang-format on
+
+constexpr word_help kWords[] = {
+    {"advance", "Move it on"},
+    {"clock", "The clock of this shell"},
+};
+
+}  // namespace
+
+constexpr command_group kClockCommands = {kCommands, kWords};
+
+}  // namespace host

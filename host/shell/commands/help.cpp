@@ -1,0 +1,70 @@
+// Lists of commands.
+#include <algorithm>
+#include <string>
+
+#include "shell/commands/group.h"
+#include "shell/grammar/words.h"
+#include "shell/output/command_output.h"
+
+namespace host {
+namespace {
+
+std::string padded(std::string_view text, std::size_t width) {
+  std::string cell(text);
+  cell.resize(std::max(width, text.size() + 1), ' ');
+  return cell;
+}
+
+constexpr std::size_t kHelpWidth = 28;
+
+// The chosen commands with their help, a line for each. Returns false when there is none.
+template <typename IsChosen>
+bool list_commands(const invocation& run, IsChosen is_chosen) {
+  std::size_t width = 0;
+  for (const command& entry : all_commands())
+    if (is_chosen(entry)) width = std::max({width, kHelpWidth, entry.syntax.text.size() + 2});
+  for (const command& entry : all_commands())
+    if (is_chosen(entry)) run.output.text("  " + padded(entry.syntax.text, width) + std::string(entry.help) + "\n");
+  return width > 0;
+}
+
+int help(const invocation& run) {
+  list_commands(run, [&run](const command& entry) { return (entry.modes & run.session.mode) != 0; });
+  run.output.text(
+      "\n"
+      "Words may be abbreviated. TAB completes a word, ? lists what may come next.\n"
+      "A RANGE looks like 'ethernet 1/1-4, 1/7' or 'port-channel 1-3'. Output goes through any number of\n");
+  for (const pipe_word& word : kPipeWords) {
+    const std::string written = "| " + std::string(word.word) + std::string(syntax_of(word.argument));
+    run.output.text("  " + padded(written, kHelpWidth) + std::string(word.help) + "\n");
+  }
+  return kDone;
+}
+
+int find_commands(const invocation& run) {
+  const std::string& part = run.line.argument;
+  const bool is_found = list_commands(run, [&part](const command& entry) {
+    return contains_ignoring_case(entry.syntax.text, part) || contains_ignoring_case(entry.help, part);
+  });
+  if (is_found) return kDone;
+  run.output.complain("no command has " + quoted(part) + " in its words or its help.");
+  return kUsage;
+}
+
+// clang-format off
+constexpr command kCommands[] = {
+    {"help", "All commands", help, kSentences},
+    {"find WORD", "The commands that have a word in their words or help", find_commands, kSentences},
+};
+// clang-format on
+
+constexpr word_help kWords[] = {
+    {"find", "Find commands"},
+    {"help", "Show all commands"},
+};
+
+}  // namespace
+
+constexpr command_group kHelpCommands = {kCommands, kWords};
+
+}  // namespace host

@@ -1,0 +1,29 @@
+// Calls of the library's displays.
+#pragma once
+
+#include "shell/library/command_library.h"
+#include "shell/library/command_queue.h"
+#include "shell/library/parameters.h"
+#include "shell/output/command_output.h"
+#include "shell/session/invocation.h"
+
+namespace host {
+
+// Calls a handler of a display. When one of another library does not return 0, it failed; that is an error of the
+// command.
+void call_handler(const invocation& run, command_handler handler, paraminfo_t* block);
+
+// False, after a complaint, when the line names a module that the switch does not have.
+bool has_named_module(const invocation& run);
+
+// Calls `show` with a block that names no interface. Failures are those that the output noted.
+template <typename Show>
+int run_display(const invocation& run, Show show) {
+  const command_queue q;
+  command_parameters parameters(run.session.library, run.session.who, q.handle, 0);
+  show(parameters.for_ranges(0, {}));
+  run.output.flush();
+  return run.output.failed() ? kServiceFailed : kDone;
+}
+
+}  // namespace host

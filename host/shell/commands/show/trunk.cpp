@@ -1,0 +1,44 @@
+// "show interface trunk".
+#include "shell/commands/show/interface.h"
+
+namespace host {
+namespace {
+
+// Of the others the library has no detailed view.
+constexpr if_index_type_t kTrunksInDetail[] = {IF_TYPE_ETHERNET, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
+
+constexpr display kTrunkShown = {kTrunkDisplay, {}, "trunk", false, true};
+constexpr display kAllowedVlansShown = {kAllowedVlansDisplay, {}, "trunk_allowed", false, true};
+constexpr display kForwardingVlansShown = {kForwardingVlansDisplay, {}, "trunk_forwarding", false, true};
+constexpr display kTrunkDetailShown = {kSwitchportDisplay, {}, "trunk_detail", false, true};
+
+// clang-format off
+constexpr interface_display kDisplays[] = {
+    {"show interface [RANGE] trunk", "Trunks: native VLAN, status, port-channel", kTrunkShown,
+     {DISPLAY_TRUNK_STATUS, kCountedKinds, kPortHeaders}},
+    {"show interface [RANGE] trunk allowed", "The VLANs that trunks carry", kAllowedVlansShown,
+     {DISPLAY_TRUNK_ALLOWED_VLANS, kCountedKinds, kPortHeaders}},
+    {"show interface [RANGE] trunk forwarding", "The VLANs in which spanning tree lets them forward", kForwardingVlansShown,
+     {DISPLAY_TRUNK_FORWARDING_VLANS, kCountedKinds, kPortHeaders}},
+    {"show interface [RANGE] trunk detail", "Trunks in detail", kTrunkDetailShown,
+     {DISPLAY_TRUNK_DETAIL, kTrunksInDetail, kNoHeaders}},
+    {"show interface [RANGE] trunk detail module MODULE", "The same of the ports of a module", kTrunkDetailShown,
+     {DISPLAY_TRUNK_DETAIL_OF_MODULE, kTrunksInDetail, kNoHeaders}},
+    {"show interface [RANGE] trunk detail native-vlan VLANS", "The same of those with such a native VLAN", kTrunkDetailShown,
+     {DISPLAY_TRUNK_DETAIL_OF_VLANS, kTrunksInDetail, kNoHeaders}},
+};
+// clang-format on
+
+constexpr auto kCommands = commands_of<kDisplays>();
+
+constexpr word_help kWords[] = {
+    {"detail", "In detail"},
+    {"forwarding", "The VLANs in which spanning tree lets them forward"},
+    {"native-vlan", "Only those with such a native VLAN"},
+};
+
+}  // namespace
+
+constexpr command_group kTrunkCommands = {kCommands, kWords};
+
+}  // namespace host

@@ -1,0 +1,26 @@
+// Settings of the terminal.
+#include "shell/commands/group.h"
+
+namespace host {
+namespace {
+
+int set_screen_lines(const invocation& run) {
+  run.session.screen_lines = run.line.number;
+  return kDone;
+}
+
+// clang-format off
+constexpr command kCommands[] = {
+    {"terminal length LINES", "Stop after so many lines in this session; 0: never", set_screen_lines, kSentences},
+};
+// clang-format on
+
+constexpr word_help kWords[] = {
+    {"length", "Lines of a screen"},
+};
+
+}  // namespace
+
+constexpr command_group kTerminalCommands = {kCommands, kWords};
+
+}  // namespace host
