@@ -65,7 +65,9 @@ bool take_tree(bytes from, std::vector<module_resource>& nodes) {
     --parents.back().left;
     node_head head;
     if (nodes.size() == kMostNodes || !take(from, head)) return false;
-    module_resource node{.category = head.cat.category, .id = head.cat.id};
+    module_resource node;
+    node.category = head.cat.category;
+    node.id = head.cat.id;
     node.port_group = node.category == PM_RESOURCE_PORT_GROUP ? node.id : parents.back().port_group;
     node.buffer_group = node.category == PM_RESOURCE_LOCAL_BUFFER_GROUP ? node.id : parents.back().buffer_group;
     for (uint32 i = 0; i < head.num_val_tlvs; ++i)
