@@ -25,7 +25,7 @@ uint32 status_of_text(const std::string& text) {
 }
 
 const char* text_of_port_status(uint32 status) {
-  if (status == PORT_STATUS_NO_RIGHT) return "not permitted: the right CAP_NET_ADMIN is missing";
+  if (status == kPortStatusNoRight) return "not permitted: the right CAP_NET_ADMIN is missing";
   return status >= kFirst && status - kFirst < texts.size() ? texts[status - kFirst].c_str() : nullptr;
 }
 

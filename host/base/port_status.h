@@ -8,7 +8,7 @@
 namespace host {
 
 // The user lacks the right to change devices of the kernel.
-enum : uint32 { PORT_STATUS_NO_RIGHT = 0x40F00001 };
+enum : uint32 { kPortStatusNoRight = 0x40F00001 };
 
 // The status with this text, the same for the same text. It is good for this process. At most 65,535 texts are kept;
 // further ones get PM_ERR_GENERAL.

@@ -45,7 +45,7 @@ syserr_t status_of(if_index_t if_index, std::span<const pm_clear_status_t> entri
 syserr_t ask_to_clear_some(mts_q_handle_t q, std::span<const if_index_t> if_indexes, status_entries& entries) {
   struct {
     clear_request head;
-    be32 if_indexes[MAX_CLEARED_AT_ONCE];
+    be32 if_indexes[kMaxClearedAtOnce];
   } request;
   request.head.count = static_cast<uint32>(if_indexes.size());
   std::copy(if_indexes.begin(), if_indexes.end(), request.if_indexes);
@@ -72,9 +72,9 @@ syserr_t clear_some(mts_q_handle_t q, std::span<const if_index_t> if_indexes, st
 
 // What a list cannot count is left out, good entries first.
 void fit_in_list(status_entries& entries) {
-  if (entries.size() <= MAX_CLEARED_AT_ONCE) return;
+  if (entries.size() <= kMaxClearedAtOnce) return;
   std::erase_if(entries, [](const pm_clear_status_t& it) { return it.status == 0; });
-  entries.resize(std::min<std::size_t>(entries.size(), MAX_CLEARED_AT_ONCE));
+  entries.resize(std::min<std::size_t>(entries.size(), kMaxClearedAtOnce));
 }
 
 // A heap block of a count byte and the entries; null when there are none.
@@ -101,7 +101,7 @@ syserr_t ask_to_clear(const call& to, if_index_t if_index) {
 syserr_t clear_all_of(mts_q_handle_t q, std::span<const if_index_t> left, uint8** status_list) {
   status_entries entries;
   while (!left.empty()) {
-    const std::size_t size = std::min<std::size_t>(left.size(), MAX_CLEARED_AT_ONCE);
+    const std::size_t size = std::min<std::size_t>(left.size(), kMaxClearedAtOnce);
     const syserr_t error = clear_some(q, left.first(size), entries);
     if (error != 0) return error;
     left = left.subspan(size);

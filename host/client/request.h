@@ -11,7 +11,7 @@
 
 namespace host {
 
-enum { ANSWER_TIMEOUT_SEC = 60 };
+enum { kAnswerTimeoutSec = 60 };
 
 // What an error that a service reports means: it failed the command, which is noted (transport/failures.h), or it is
 // its answer: a refusal, or that there is none.
@@ -22,7 +22,7 @@ struct call {
   mts_q_handle_t q;
   uint32 sap;
   mts_opc_t opcode;
-  int32 timeout_sec = ANSWER_TIMEOUT_SEC;
+  int32 timeout_sec = kAnswerTimeoutSec;
   error_is error = error_is::failure;
 };
 

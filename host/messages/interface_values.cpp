@@ -218,4 +218,14 @@ void value_writer::time(property of, uint32 seconds_since_1970) {
   append(&number, sizeof number);
 }
 
+std::string_view word_of(vlan_mode mode) {
+  switch (mode) {
+    case vlan_mode::none: return {};
+    case vlan_mode::access: return "access";
+    case vlan_mode::trunk: return "trunk";
+    case vlan_mode::routed: return "routed";
+  }
+  return {};
+}
+
 }  // namespace host

@@ -69,6 +69,9 @@ static_assert(sizeof(value_head) == 6);
 
 enum class vlan_mode : uint8 { none, access, trunk, routed };
 
+// Its word; empty for none.
+std::string_view word_of(vlan_mode mode);
+
 struct vlan_membership {
   vlan_mode mode;
   uint8 reserved;

@@ -75,6 +75,6 @@ struct module_request {
 };
 static_assert(sizeof(module_request) == 4);
 
-enum { MAX_CLEARED_AT_ONCE = 255 };
+enum { kMaxClearedAtOnce = 255 };
 
 }  // namespace host

@@ -93,12 +93,12 @@ syserr_t refusal_of_creation(std::span<const index_range> ranges) {
   }
   if (missing == 0) return 0;
   const uint32 present = count_interfaces([](const interface& it) { return is_sub_interface(it.if_index); });
-  return present + missing > MAX_SUB_INTERFACES ? PM_ERR_TOO_MANY_SUB_INTERFACES : 0;
+  return present + missing > kMaxSubInterfaces ? PM_ERR_TOO_MANY_SUB_INTERFACES : 0;
 }
 
 bool is_loopback(if_index_t if_index) { return take_apart(if_index).type == IF_TYPE_LOOPBACK; }
 
-bool is_too_wide(const index_range& range) { return range.high - range.low >= MAX_LOOPBACKS; }
+bool is_too_wide(const index_range& range) { return range.high - range.low >= kMaxLoopbacks; }
 
 // Whether a command that creates its interfaces has something to create in a range.
 bool lacks_interfaces(const index_range& range) {
@@ -141,7 +141,7 @@ syserr_t refusal_of_loopbacks(std::span<const index_range> ranges) {
     if (is_too_wide(range)) return PM_ERR_INVALID_RANGE;
     wanted += count_missing(range);
   }
-  return wanted > MAX_LOOPBACKS ? PM_ERR_INVALID_RANGE : 0;
+  return wanted > kMaxLoopbacks ? PM_ERR_INVALID_RANGE : 0;
 }
 
 constexpr configurable kSubInterfaces = {is_sub_interface, refusal_of_creation};

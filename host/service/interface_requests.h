@@ -9,7 +9,7 @@
 namespace host {
 
 // Most sub-interfaces and loopbacks of a switch.
-enum { MAX_SUB_INTERFACES = 1000, MAX_LOOPBACKS = 1024 };
+enum { kMaxSubInterfaces = 1000, kMaxLoopbacks = 1024 };
 
 // Each takes a verification (see port_manager_messages.h) and rejects one of another size than it says.
 //

@@ -95,7 +95,7 @@ reply answer_clear(std::span<const std::byte> bytes) {
   if (bytes.size() < sizeof request) return reject();
   std::memcpy(&request, bytes.data(), sizeof request);
   const std::span wanted = bytes.subspan(sizeof request);
-  if (request.count > MAX_CLEARED_AT_ONCE || wanted.size() != request.count * sizeof(be32)) return reject();
+  if (request.count > kMaxClearedAtOnce || wanted.size() != request.count * sizeof(be32)) return reject();
   reply answer;
   append_bytes(answer, static_cast<uint8>(request.count));
   for (std::size_t at = 0; at < wanted.size(); at += sizeof(be32)) {

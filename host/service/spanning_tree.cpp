@@ -36,7 +36,7 @@ stp_port_state_t state_of(const interface& port) {
   stp_port_state_t state{};
   state.if_index = port.if_index;
   state.forwarding.size = BITSET_BYTES;
-  for (const uint16 id : forwarding_vlans(port)) state.forwarding.bits[id / 8] |= static_cast<uint8>(0x80U >> (id % 8));
+  for (const uint16 id : forwarding_vlans(port)) bitset_set(&state.forwarding, id);
   return state;
 }
 

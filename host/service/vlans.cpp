@@ -14,7 +14,7 @@ namespace {
 vlan_bitset_t set_of(const std::vector<uint16>& vlans) {
   vlan_bitset_t set{};
   set.size = BITSET_BYTES;
-  for (const uint16 id : vlans) set.bits[id / 8] |= static_cast<uint8>(0x80U >> (id % 8));
+  for (const uint16 id : vlans) bitset_set(&set, id);
   return set;
 }
 
@@ -37,14 +37,14 @@ std::string usual_name(uint16 id) {
 
 // `described` is null for a VLAN that ports use and nothing describes.
 vlan_info_resp_t record_of(uint16 id, const vlan* described) {
-  enum : uint32 { ACTIVE = 1, ORDINARY = 1, UP = 1, NOT_SHUT = 1, SHUT = 2, USUAL_MTU = 1500 };
+  enum : uint32 { kActive = 1, kOrdinary = 1, kUp = 1, kNotShut = 1, kShut = 2, kUsualMtu = 1500 };
   vlan_info_resp_t record{};
   record.vdc_vlan = {1, id};
-  record.vstate = ACTIVE;
-  record.vtype = described != nullptr && described->kind != 0 ? described->kind : uint32{ORDINARY};
-  record.oper = UP;
-  record.mtu = USUAL_MTU;
-  record.shut_state = described != nullptr && described->is_shut ? SHUT : NOT_SHUT;
+  record.vstate = kActive;
+  record.vtype = described != nullptr && described->kind != 0 ? described->kind : uint32{kOrdinary};
+  record.oper = kUp;
+  record.mtu = kUsualMtu;
+  record.shut_state = described != nullptr && described->is_shut ? kShut : kNotShut;
   const std::string name = described != nullptr && !described->name.empty() ? described->name : usual_name(id);
   std::memcpy(record.vlan_name, name.data(), std::min(name.size(), sizeof record.vlan_name));
   return record;

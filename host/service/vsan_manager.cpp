@@ -16,8 +16,7 @@ reply answer_trunk_membership(const interface& port) {
   if (!has_vsans(port)) return answer_error(PM_ERR_NOT_ALLOWED_ON_INTERFACE);
   vsan_bitset_t carried{};
   carried.size = BITSET_BYTES;
-  for (const uint16 vsan : port.trunk_vsans)
-    if (vsan / 8 < BITSET_BYTES) carried.bits[vsan / 8] |= static_cast<uint8>(0x80 >> vsan % 8);
+  for (const uint16 vsan : port.trunk_vsans) bitset_set(&carried, vsan);
   return answer_record(carried);
 }
 

@@ -177,8 +177,8 @@ void put_allowed_vlans(interface& to, const setting_value& value) {
 std::optional<setting_value> get_flow_control(const port_settings& from, uint16 side) {
   if (!from.admin_flow_control) return std::nullopt;
   const uint32 bits = *from.admin_flow_control & side;
-  if ((bits & PM_FLOW_CTRL_DESIRED) != 0) return uint32{FLOW_CONTROL_DESIRED};
-  return uint32{bits != 0 ? FLOW_CONTROL_ON : FLOW_CONTROL_OFF};
+  if ((bits & PM_FLOW_CTRL_DESIRED) != 0) return uint32{kFlowControlDesired};
+  return uint32{bits != 0 ? kFlowControlOn : kFlowControlOff};
 }
 
 void put_flow_control(interface& to, uint16 side, const setting_value& value) {

@@ -30,11 +30,11 @@ struct setting_token {
   token_value holds = token_value::none;
 };
 
-enum { MAX_SETTING_TOKENS = 5 };
+enum { kMaxSettingTokens = 5 };
 
 // The tokens of a setting, and how many there are.
 struct setting_tokens {
-  std::array<setting_token, MAX_SETTING_TOKENS> token{};
+  std::array<setting_token, kMaxSettingTokens> token{};
   std::size_t count = 0;
 
   constexpr setting_tokens() = default;

@@ -72,7 +72,7 @@ std::optional<setting_value> get_channel(const port_settings& from);
 void put_channel(interface& to, const setting_value& value);
 
 // Flow control of a side (PM_FLOW_CTRL_*): FLOW_CONTROL_...
-enum : uint8 { FLOW_CONTROL_OFF = 0, FLOW_CONTROL_ON = 1, FLOW_CONTROL_DESIRED = 2 };
+enum : uint8 { kFlowControlOff = 0, kFlowControlOn = 1, kFlowControlDesired = 2 };
 std::optional<setting_value> get_flow_control(const port_settings& from, uint16 side);
 void put_flow_control(interface& to, uint16 side, const setting_value& value);
 template <uint16 kSide>
@@ -185,15 +185,15 @@ inline constexpr setting_form kAllowedVlansForms[] = {
     {form_kind::usual, "", "Restore all VLANs", {}, 1},
 };
 inline constexpr setting_form kReceivePauseForms[] = {
-    word("on", FLOW_CONTROL_ON, "Obey received pause frames"),
-    word("off", FLOW_CONTROL_OFF, "Ignore received pause frames"),
-    word("desired", FLOW_CONTROL_DESIRED, "Negotiate received pause frames"),
+    word("on", kFlowControlOn, "Obey received pause frames"),
+    word("off", kFlowControlOff, "Ignore received pause frames"),
+    word("desired", kFlowControlDesired, "Negotiate received pause frames"),
     usual("Ignore received pause frames"),
 };
 inline constexpr setting_form kSendPauseForms[] = {
-    word("on", FLOW_CONTROL_ON, "Send pause frames"),
-    word("off", FLOW_CONTROL_OFF, "Send no pause frames"),
-    word("desired", FLOW_CONTROL_DESIRED, "Negotiate sent pause frames"),
+    word("on", kFlowControlOn, "Send pause frames"),
+    word("off", kFlowControlOff, "Send no pause frames"),
+    word("desired", kFlowControlDesired, "Negotiate sent pause frames"),
     usual("Send no pause frames"),
 };
 inline constexpr setting_form kChannelForms[] = {

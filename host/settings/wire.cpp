@@ -9,13 +9,11 @@ namespace {
 
 using octets = std::span<const std::byte>;
 
-bool is_in(const vlan_bitset_t& vlans, uint32 id) { return (vlans.bits[id / 8] & 0x80U >> (id % 8)) != 0; }
-
 std::vector<std::byte> octets_of_vlans(const std::vector<uint16>& vlans, vlan_action action) {
   allowed_vlans_value value{};
   value.action = static_cast<uint8>(action);
   value.vlans.size = BITSET_BYTES;
-  for (const uint16 id : vlans) value.vlans.bits[id / 8] |= static_cast<uint8>(0x80U >> id % 8);
+  for (const uint16 id : vlans) bitset_set(&value.vlans, id);
   std::vector<std::byte> bytes(sizeof value);
   std::memcpy(bytes.data(), &value, sizeof value);
   return bytes;
@@ -30,7 +28,7 @@ std::optional<setting_value> vlans_of(octets bytes, const std::vector<uint16>& n
   std::vector<uint16> vlans;
   for (const uint16 id : every_vlan()) {
     const bool was = std::binary_search(now.begin(), now.end(), id);
-    const bool named = is_in(wanted.vlans, id);
+    const bool named = bitset_is_set(&wanted.vlans, id) != 0;
     if (action == vlan_action::remove ? was && !named : named || (action == vlan_action::add && was))
       vlans.push_back(id);
   }

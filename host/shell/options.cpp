@@ -76,7 +76,7 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provo
                                              "Start with the default settings in place of those of the switch file");
   CLI::Option* const giant =
       app.add_option("--giant", wanted.giant_ports, "A switch of N Ethernet ports in place of a file");
-  giant->type_name("N")->check(CLI::Range(1U, uint32{MAX_GIANT_PORTS}))->excludes(file);
+  giant->type_name("N")->check(CLI::Range(1U, uint32{kMaxGiantPorts}))->excludes(file);
   CLI::Option* const kernel =
       app.add_flag("--kernel", wanted.is_kernel, "The network devices of this machine in place of a file")
           ->excludes(file)

@@ -3,16 +3,13 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/bitset.h"
 #include "platform/port_manager.h"
 
 namespace host {
 namespace {
 
 constexpr uint32 kTrunkingModes = PM_PORT_MODE_TE | PM_PORT_MODE_TRUNK | PM_PORT_MODE_TF | PM_PORT_MODE_TNP;
-
-bool holds(const vsan_bitset_t& set, uint32 vsan) {
-  return vsan / 8 < BITSET_BYTES && (set.bits[vsan / 8] & 0x80U >> vsan % 8) != 0;
-}
 
 bool share_any(const vsan_bitset_t& a, const vsan_bitset_t& b) {
   return !std::equal(std::begin(a.bits), std::end(a.bits), std::begin(b.bits),
@@ -24,7 +21,7 @@ bool share_any(const vsan_bitset_t& a, const vsan_bitset_t& b) {
 bool is_trunking_mode(uint32 port_mode) { return (port_mode & kTrunkingModes) != 0; }
 
 bool may_see_port(const vsan_bitset_t& user_vsans, const port_vsans& port) {
-  return holds(user_vsans, port.vsan) || (port.is_trunking && share_any(user_vsans, port.carried));
+  return bitset_is_set(&user_vsans, port.vsan) != 0 || (port.is_trunking && share_any(user_vsans, port.carried));
 }
 
 }  // namespace host

@@ -497,7 +497,7 @@ TEST(KernelWords, BecomeStatusesWithTheirText) {
   EXPECT_EQ(status_of_text("first words"), one);
   EXPECT_STREQ(syserr2str(static_cast<syserr_t>(one)), "first words");
   EXPECT_STREQ(syserr2str(static_cast<syserr_t>(two)), "other words");
-  EXPECT_STREQ(syserr2str(static_cast<syserr_t>(uint32{PORT_STATUS_NO_RIGHT})),
+  EXPECT_STREQ(syserr2str(static_cast<syserr_t>(uint32{kPortStatusNoRight})),
                "not permitted: the right CAP_NET_ADMIN is missing");
   EXPECT_EQ(syserr2str(0x40F1FFFF), nullptr);
 }

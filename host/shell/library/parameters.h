@@ -53,7 +53,7 @@ class command_parameters {
   param_arg_t interfaces_{};
   param_arg_t number_argument_{};
   vsh_int_multi_range_t number_ranges_{};
-  std::array<param_arg_t, MAX_SETTING_TOKENS> tokens_{};
+  std::array<param_arg_t, kMaxSettingTokens> tokens_{};
   if_index_t if_index_ = 0;
   intf_range_t ranges_{};
   uint32 number_ = 0;

@@ -152,7 +152,7 @@ int refusal(int32 result, const command_parameters& parameters, std::span<const 
     const char* const reason = syserr2str(error);
     complaint = (parameters.is_no() ? "cannot delete " : "cannot create ") + text_of(block) + ": " +
                 (reason == nullptr ? "unknown error" : reason) + ".";
-    return error == PORT_STATUS_NO_RIGHT ? kNotPermitted : kServiceFailed;
+    return error == kPortStatusNoRight ? kNotPermitted : kServiceFailed;
   }
   if (result == PM_CLI_FAILED) return kServiceFailed;
   complaint = result == PM_CLI_VSAN_DENIED ? "the user's VSANs do not allow this command on these interfaces."

@@ -13,9 +13,9 @@ namespace host {
 
 // The id for the in-band interface where the library has one of its own for it.
 enum inband_id : uint32 {
-  INBAND_SAME = 0,
-  INBAND_COUNTERS = DISPLAY_COUNTERS,
-  INBAND_NOTHING = DISPLAY_COUNTERS_BRIEF
+  kInbandSame = 0,
+  kInbandCounters = DISPLAY_COUNTERS,
+  kInbandNothing = DISPLAY_COUNTERS_BRIEF
 };
 
 // The handlers of a view that another library added, for the kinds that the view is of.
@@ -30,7 +30,7 @@ struct interface_view {
   uint32 id = 0;                                // of the library (pmcli/displays.h)
   std::span<const if_index_type_t> kinds = {};  // that it applies to; without a range all of them are shown
   table_headers headers = {};
-  inband_id inband = INBAND_SAME;
+  inband_id inband = kInbandSame;
   const interface_view* followed_by = nullptr;  // another view whose table follows this one; null: none
   added_handlers own = {};
 

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "messages/interface_values.h"
 #include "shell/grammar/grammar.h"
 #include "shell/output/document/json_writer.h"
 #include "shell/output/document/traffic_readings.h"
@@ -13,7 +14,8 @@
 namespace host {
 namespace {
 
-// A definition that fields refer to. Its name begins with "value_", which no display's does.
+// A definition that fields refer to. Its name begins with "value_", which no display's does. MODES stands for the words
+// of VLAN modes.
 struct value_definition {
   std::string_view name;
   std::string_view schema;
@@ -34,7 +36,7 @@ constexpr value_definition kValues[] = {
     {"value_words", R"({"type": ["array", "null"], "items": {"type": "string"}})"},
     {"value_vlans", R"({"type": ["string", "null"], "pattern": "^([0-9]+(-[0-9]+)?(,[0-9]+(-[0-9]+)?)*)?$"})"},
     {"value_membership", R"({"type": ["object", "null"], "properties": {)"
-                         R"("mode": {"enum": ["access", "trunk", "routed", null], )"
+                         R"("mode": {"enum": [MODES, null], )"
                          R"("title": "Mode", "description": "How the interface takes part in VLANs"}, )"
                          R"("access": {"type": ["integer", "null"], )"
                          R"("title": "Access VLAN", "description": "VLAN of an access port"}, )"
@@ -46,6 +48,17 @@ constexpr value_definition kValues[] = {
     {"value_absent",
      R"({"type": "object", "additionalProperties": {"enum": ["not supported", "no permission", "service failed"]}})"},
 };
+
+std::string with_modes(std::string_view schema) {
+  constexpr std::string_view kModes = "MODES";
+  std::string text(schema);
+  const std::size_t at = text.find(kModes);
+  if (at == std::string::npos) return text;
+  std::string words;
+  for (const vlan_mode mode : {vlan_mode::access, vlan_mode::trunk, vlan_mode::routed})
+    words.append(words.empty() ? "\"" : ", \"").append(word_of(mode)).append("\"");
+  return text.replace(at, kModes.size(), words);
+}
 
 // Name of the definition for a field; none for an enumeration, which lists its own words.
 std::string_view value_of(const field& described) {
@@ -293,7 +306,7 @@ std::string json_schema() {
   json.end_array();
   json.key("$defs");
   json.begin_object();
-  for (const value_definition& value : kValues) write_raw(json, value.name, value.schema);
+  for (const value_definition& value : kValues) write_raw(json, value.name, with_modes(value.schema));
   json.key("value_rates");
   write_rates(json);
   json.key("value_message");

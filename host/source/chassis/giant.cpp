@@ -24,7 +24,7 @@ constexpr uint32 kMembersOfAChannel = 2;
 constexpr uint32 kPortsForAChannel = 16;  // a switch has one port-channel for as many ports
 constexpr uint32 kDaySec = 86400;
 constexpr mac_address kBaseMac = {0x02, 0x1C, 0x73, 0x00, 0x00, 0x00};
-static_assert(kSlots * (MAX_PORT + 1) >= MAX_GIANT_PORTS);
+static_assert(kSlots * (MAX_PORT + 1) >= kMaxGiantPorts);
 
 // What a port does. The ports of a card take turns.
 struct duty {
@@ -201,7 +201,7 @@ void add_channels(machine& giant, const grid& size, uint32 now_sec) {
 }  // namespace
 
 machine make_giant(uint32 ports, std::time_t now) {
-  ports = std::min<uint32>(ports, MAX_GIANT_PORTS);
+  ports = std::min<uint32>(ports, kMaxGiantPorts);
   const grid size{ports, std::max(kUsualPortsOfACard, (ports + kSlots - 1) / kSlots)};
   const auto now_sec = static_cast<uint32>(now);
   machine giant;

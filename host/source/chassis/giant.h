@@ -8,9 +8,9 @@
 
 namespace host {
 
-enum { MAX_GIANT_PORTS = 10000 };
+enum { kMaxGiantPorts = 10000 };
 
-// A switch of this many Ethernet ports (at most MAX_GIANT_PORTS), of kind 2 on cards in odd slots and of kind 26 on
+// A switch of this many Ethernet ports (at most kMaxGiantPorts), of kind 2 on cards in odd slots and of kind 26 on
 // the others, as they are found in service: up, down for every usual reason, switched, trunking, routed, in
 // port-channels. With them come the management port and the port-channels. The same number always gives the same
 // switch; `now` (seconds since 1970) is the moment to which its times look back.

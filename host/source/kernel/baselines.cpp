@@ -4,12 +4,13 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <cinttypes>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
+
+#include "base/replace_file.h"
 
 namespace host {
 namespace {
@@ -79,21 +80,12 @@ void counter_baselines::read() {
   }
 }
 
-// In one step, so that others see the old file or the new one.
 int counter_baselines::write() {
   if (path_.empty() || !is_changed_) return 0;
-  const std::string made = path_ + "." + std::to_string(getpid());
-  errno = 0;
-  std::ofstream file(made);
-  file << running_system() << "\n";
-  for (const auto& [number, baseline] : kept_) file << written_line(number, baseline);
-  file.close();
-  if (file && std::rename(made.c_str(), path_.c_str()) == 0) {
-    is_changed_ = false;
-    return 0;
-  }
-  const int error = errno != 0 ? errno : EIO;
-  std::remove(made.c_str());
+  std::string text = running_system() + "\n";
+  for (const auto& [number, baseline] : kept_) text += written_line(number, baseline);
+  const int error = replace_file(path_, text, nullptr);
+  is_changed_ = error != 0;
   return error;
 }
 

@@ -12,7 +12,7 @@ namespace host {
 bool is_created_by_command(const kernel_link& link, if_index_t if_index);
 
 // Create a dummy with a number, or a device for a VLAN of a parent; it is switched on, a VLAN only on a parent that is.
-// Return 0, or the status with the kernel's own words (base/port_status.h); PORT_STATUS_NO_RIGHT when the user lacks
+// Return 0, or the status with the kernel's own words (base/port_status.h); kPortStatusNoRight when the user lacks
 // the right.
 uint32 create_dummy(uint32 number);
 uint32 create_vlan_device(const kernel_link& parent, uint16 vlan);

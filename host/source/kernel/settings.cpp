@@ -24,7 +24,7 @@ namespace {
 uint32 status_of(int error, const std::string& reason) {
   if (error == 0) return 0;
   if (!reason.empty()) return status_of_text(reason);
-  if (error == EPERM || error == EACCES) return PORT_STATUS_NO_RIGHT;
+  if (error == EPERM || error == EACCES) return kPortStatusNoRight;
   return status_of_text(std::strerror(error));
 }
 

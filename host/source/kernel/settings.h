@@ -20,7 +20,7 @@ struct setting_target {
 };
 
 // Makes the device what the port was just set to; `before` is what it was. Returns 0, or the status with the kernel's
-// own words (base/port_status.h) when it refuses; PORT_STATUS_NO_RIGHT when the user lacks the right. What was set
+// own words (base/port_status.h) when it refuses; kPortStatusNoRight when the user lacks the right. What was set
 // before a refusal is taken back.
 uint32 settle_device(const setting_target& target, const port_settings& wanted, const port_settings& before);
 

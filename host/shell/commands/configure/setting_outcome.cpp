@@ -129,7 +129,7 @@ std::vector<if_index_t> difference_of(const std::vector<if_index_t>& from, const
 }
 
 int exit_code_of_ports(std::span<const pm_port_cfg_status_t> ports) {
-  if (any_port(ports, [](uint32 status) { return status == PORT_STATUS_NO_RIGHT; })) return kNotPermitted;
+  if (any_port(ports, [](uint32 status) { return status == kPortStatusNoRight; })) return kNotPermitted;
   return any_port(ports, [](uint32 status) { return status != 0; }) ? kSomeInterfacesFailed : kDone;
 }
 

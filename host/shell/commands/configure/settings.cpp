@@ -24,7 +24,7 @@ constexpr uint32 kNoDisplayId = 0;
 // ---- The values of a setting's tokens, which must outlive the call.
 
 struct token_values {
-  std::array<uint32, MAX_SETTING_TOKENS> numbers{};
+  std::array<uint32, kMaxSettingTokens> numbers{};
   uint16 half_number = 0;
   std::string text;
 };

@@ -16,9 +16,9 @@ constexpr table_headers kCounterHeaders = {&command_library::common_header, &com
 constexpr table_headers kTrunkCounterHeaders = {&command_library::ethernet_header, nullptr, nullptr, nullptr};
 
 // Tables that follow another one.
-constexpr interface_view kSent = {DISPLAY_SENT, kKindsWithTraffic, kCounterHeaders, INBAND_NOTHING};
+constexpr interface_view kSent = {DISPLAY_SENT, kKindsWithTraffic, kCounterHeaders, kInbandNothing};
 constexpr interface_view kThirdErrors = {DISPLAY_ERRORS_THIRD, kAllButLoopbacks, kCounterHeaders};
-constexpr interface_view kSecondErrors = {DISPLAY_ERRORS_SECOND, kAllButLoopbacks, kCounterHeaders, INBAND_SAME,
+constexpr interface_view kSecondErrors = {DISPLAY_ERRORS_SECOND, kAllButLoopbacks, kCounterHeaders, kInbandSame,
                                           &kThirdErrors};
 
 constexpr display kCountersShown = {kCountersDisplay, {}, "counters", false, true};
@@ -33,15 +33,15 @@ constexpr display kFlowControlShown = {kFlowControlDisplay, {}, "flow_control", 
 // clang-format off
 constexpr interface_display kDisplays[] = {
     {"show interface [RANGE] counters", "Bytes and packets received and sent", kCountersShown,
-     {DISPLAY_RECEIVED, kKindsWithTraffic, kCounterHeaders, INBAND_COUNTERS, &kSent}},
+     {DISPLAY_RECEIVED, kKindsWithTraffic, kCounterHeaders, kInbandCounters, &kSent}},
     {"show interface [RANGE] counters brief", "Rates of bytes and packets", kRatesShown,
      {DISPLAY_COUNTERS_BRIEF, kKindsWithRates, kPortHeaders}},
     {"show interface [RANGE] counters detailed", "The counters that are not 0", kDetailedCountersShown,
-     {DISPLAY_COUNTERS_NONZERO, kAllWithInband, kNoHeaders, INBAND_COUNTERS}},
+     {DISPLAY_COUNTERS_NONZERO, kAllWithInband, kNoHeaders, kInbandCounters}},
     {"show interface [RANGE] counters detailed all", "Every counter", kAllCountersShown,
      {DISPLAY_COUNTERS_ALL, kAllWithInband, kNoHeaders}},
     {"show interface [RANGE] counters errors", "Errors in three tables", kErrorCountersShown,
-     {DISPLAY_ERRORS_FIRST, kAllButLoopbacks, kCounterHeaders, INBAND_SAME, &kSecondErrors}},
+     {DISPLAY_ERRORS_FIRST, kAllButLoopbacks, kCounterHeaders, kInbandSame, &kSecondErrors}},
     {"show interface [RANGE] counters errors module MODULE", "The first table of the ports of a module", kErrorCountersShown,
      {DISPLAY_ERRORS_FIRST_OF_MODULE, kKindsInModules, kPortHeaders}},
     {"show interface [RANGE] counters trunk", "Packets on trunks", kTrunkCountersShown,

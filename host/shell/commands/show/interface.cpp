@@ -98,7 +98,7 @@ void show_header(const showing& view, const headed_group& group) {
 }
 
 uint32 command_id_for(const interface_view& shown, const interface_kind& kind) {
-  return kind.type == IF_TYPE_INBAND && shown.inband != INBAND_SAME ? shown.inband : shown.command_id();
+  return kind.type == IF_TYPE_INBAND && shown.inband != kInbandSame ? shown.inband : shown.command_id();
 }
 
 void show_in(const showing& view, const interface_view& in, if_index_t if_index) {

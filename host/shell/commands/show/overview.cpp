@@ -70,13 +70,8 @@ std::string vlan_cell(const shown_values& values) {
   const interface_value* const value = values.find(property::vlan);
   if (value == nullptr) return kNotKnown;  // also of ports that have none
   const vlan_membership membership = value->membership();
-  switch (membership.mode) {
-    case vlan_mode::none: return {};
-    case vlan_mode::access: return std::to_string(membership.access);
-    case vlan_mode::trunk: return "trunk";
-    case vlan_mode::routed: return "routed";
-  }
-  return {};
+  if (membership.mode == vlan_mode::access) return std::to_string(membership.access);
+  return std::string(word_of(membership.mode));
 }
 
 // "10G full"; the duplex alone while the speed is negotiated.

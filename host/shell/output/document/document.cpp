@@ -79,21 +79,11 @@ std::string text_of_runs(const interface_value& value) {
 
 void write_vlan_or_null(json_writer& json, uint16 vlan) { vlan == 0 ? json.null() : json.number(vlan); }
 
-std::string_view text_of(vlan_mode mode) {
-  switch (mode) {
-    case vlan_mode::none: return {};
-    case vlan_mode::access: return "access";
-    case vlan_mode::trunk: return "trunk";
-    case vlan_mode::routed: return "routed";
-  }
-  return {};
-}
-
 void write_membership(json_writer& json, const interface_value& value) {
   const vlan_membership membership = value.membership();
   json.begin_object();
   json.key("mode");
-  write_text_or_null(json, text_of(membership.mode));
+  write_text_or_null(json, word_of(membership.mode));
   json.key("access");
   write_vlan_or_null(json, membership.access);
   json.key("native");
