@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "base/text.h"
+
 namespace host {
 namespace {
 
@@ -13,12 +15,6 @@ constexpr char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c
 constexpr bool is_word_char(char c) { return (lower(c) >= 'a' && lower(c) <= 'z') || c == '-'; }
 constexpr bool is_number_char(char c) { return is_digit(c) || c == '/' || c == '.'; }
 constexpr bool is_blank(char c) { return c == ' ' || c == '\t'; }
-
-bool starts_with(std::string_view word, std::string_view abbreviation) {
-  return abbreviation.size() <= word.size() &&
-         std::equal(abbreviation.begin(), abbreviation.end(), word.begin(),
-                    [](char written, char wanted) { return lower(written) == wanted; });
-}
 
 // A number as it stands: its parts between slashes, and the one after the dot.
 struct written_number {
@@ -222,7 +218,7 @@ const interface_word* parse_interface_word(std::string_view text, range_fault& f
   const interface_word* found = nullptr;
   fault = range_fault::kUnknownWord;
   for (const interface_word& word : kInterfaceWords) {
-    if (!starts_with(word.word, text)) continue;
+    if (!starts_with_ignoring_case(word.word, text)) continue;
     if (text.size() == word.word.size()) return &word;
     if (text.size() < word.shortest) continue;
     if (found != nullptr) fault = range_fault::kAmbiguousWord;

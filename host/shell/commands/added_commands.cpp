@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/text.h"
 #include "pmsh/commands.h"
 #include "shell/commands/handlers.h"
 #include "shell/grammar/words.h"

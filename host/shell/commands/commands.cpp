@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
+#include "base/text.h"
 #include "platform/cmd_channel.h"
 #include "shell/commands/handlers.h"
-#include "shell/grammar/words.h"
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
 #include "shell/output/schema/schema.h"

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <functional>
 
+#include "base/text.h"
+#include "base/vlan_set.h"
 #include "shell/commands/handlers.h"
 #include "shell/grammar/words.h"
 
@@ -212,6 +214,11 @@ bool expects_vlans(const std::vector<position>& positions) {
   return found;
 }
 
+// The word that was probably meant; empty when none is close.
+std::string_view likely_word(std::string_view written, const std::vector<std::string_view>& known) {
+  return closest_word(written, known, std::min<std::size_t>(2, (written.size() + 1) / 2));
+}
+
 std::string unknown_word(const std::vector<position>& positions, std::string_view word, std::string_view in_front) {
   if (const number_argument* const number = expected_number(positions))
     return "expected a number from " + bounds_of(*number) + " for " + std::string(number->name) + ", not " +
@@ -219,7 +226,7 @@ std::string unknown_word(const std::vector<position>& positions, std::string_vie
   const std::vector<std::string_view> expected = expected_words(positions);
   if (expects_vlans(positions)) return quoted(word) + " is not a list of VLANs such as 1-10,20.";
   if (expected.empty()) return "unexpected " + quoted(word) + " after " + quoted(in_front) + ".";
-  const std::string_view meant = closest_word(word, expected);
+  const std::string_view meant = likely_word(word, expected);
   std::string text = "unknown word " + quoted(word);
   if (!meant.empty()) text += ": did you mean " + quoted(meant) + "?";
   return text + (meant.empty() ? ". " : " ") + type_help(in_front);
@@ -356,7 +363,7 @@ const pipe_word* find_pipe(std::string_view written) {
 }
 
 std::string unknown_pipe(std::string_view written) {
-  const std::string_view meant = closest_word(written, pipe_names());
+  const std::string_view meant = likely_word(written, pipe_names());
   std::string text = "unknown word " + quoted(written) + " after '|'";
   text += meant.empty() ? "." : ": did you mean " + quoted(meant) + "?";
   return text + " It is one of " + join(pipe_names(), ", ") + ".";

@@ -4,10 +4,10 @@
 #include <array>
 #include <span>
 
+#include "base/vlan_set.h"
 #include "platform/mts.h"
 #include "platform/paraminfo.h"
 #include "shell/grammar/grammar.h"
-#include "shell/grammar/words.h"
 #include "switch/model.h"
 
 namespace host {

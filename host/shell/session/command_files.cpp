@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "base/files.h"
+#include "base/text.h"
 #include "shell/grammar/words.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"

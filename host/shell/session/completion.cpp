@@ -1,8 +1,8 @@
 // Help and completion at the end of a line.
 #include <algorithm>
 
+#include "base/text.h"
 #include "shell/grammar/grammar.h"
-#include "shell/grammar/words.h"
 #include "shell/library/listing.h"
 #include "shell/session/shell.h"
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/text.h"
 #include "shell/commands/handlers.h"
-#include "shell/grammar/words.h"
 #include "shell/output/command_output.h"
 #include "shell/session/shell.h"
 

@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "base/text.h"
 #include "shell/grammar/grammar.h"
-#include "shell/grammar/words.h"
 #include "shell/output/terminal/printable.h"
 #include "shell/session/shell.h"
 #include "shell/session/state_directory.h"

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "base/files.h"
+#include "base/text.h"
 #include "shell/commands/configure/running_config.h"
 #include "shell/commands/handlers.h"
 #include "shell/grammar/words.h"

@@ -3,12 +3,12 @@
 
 #include <vector>
 
+#include "base/vlan_set.h"
 #include "platform/vsh.h"
 #include "settings/change_journal.h"
 #include "settings/wire.h"
 #include "shell/commands/configure/own_connection.h"
 #include "shell/commands/configure/setting_outcome.h"
-#include "shell/grammar/words.h"
 #include "shell/output/command_output.h"
 #include "shell/session/shell.h"
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <span>
 
+#include "base/vlan_set.h"
 #include "platform/if_index.h"
 #include "shell/commands/handlers.h"
 #include "shell/library/interface_kinds.h"
