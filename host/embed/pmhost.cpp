@@ -17,7 +17,7 @@
 #include "service/services.h"
 #include "shell/commands/added_commands.h"
 #include "shell/commands/handlers.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/library/parameters.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"

@@ -1,11 +1,10 @@
 // The grammar table, walked: every command, every abbreviation, every place for help.
-#include "shell/grammar/grammar.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "shell/grammar/words.h"
+#include "shell/grammar/parser.h"
+#include "shell/grammar/suggester.h"
 #include "shell/library/views.h"
 #include "shell/session/shell.h"
 

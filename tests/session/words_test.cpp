@@ -5,7 +5,7 @@
 
 #include <random>
 
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/parser.h"
 #include "shell/output/terminal/printable.h"
 
 namespace host {

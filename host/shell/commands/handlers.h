@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/command_line.h"
 #include "shell/library/command_library.h"
 #include "shell/output/exit_codes.h"
 

@@ -6,7 +6,7 @@
 
 #include "shell/commands/configure/setting_commands.h"
 #include "shell/commands/handlers.h"
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/syntax.h"
 #include "shell/library/views.h"
 
 namespace host {

@@ -7,7 +7,7 @@
 #include "base/vlan_set.h"
 #include "platform/mts.h"
 #include "platform/paraminfo.h"
-#include "shell/grammar/grammar.h"
+#include "settings/settings.h"
 #include "switch/model.h"
 
 namespace host {

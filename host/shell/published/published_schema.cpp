@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/syntax.h"
 #include "shell/output/document/json_writer.h"
 #include "shell/output/document/traffic_readings.h"
 #include "shell/output/rendering.h"

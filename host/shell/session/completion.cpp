@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "base/text.h"
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/suggester.h"
 #include "shell/library/listing.h"
 #include "shell/session/shell.h"
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "base/text.h"
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/parser.h"
 #include "shell/output/terminal/printable.h"
 #include "shell/session/shell.h"
 #include "shell/session/state_directory.h"

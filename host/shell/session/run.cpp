@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "shell/commands/handlers.h"
 #include "shell/commands/watch/watch.h"
+#include "shell/grammar/parser.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/pager.h"
 #include "shell/output/terminal/print_error.h"

@@ -16,7 +16,7 @@
 #include "platform/ip_statistics.h"
 #include "platform/vsh.h"
 #include "shell/commands/handlers.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/listing.h"
 #include "shell/library/selection.h"

@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "shell/commands/configure/running_config.h"
 #include "shell/commands/handlers.h"
+#include "shell/grammar/parser.h"
 #include "shell/grammar/words.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"

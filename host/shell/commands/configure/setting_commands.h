@@ -8,7 +8,7 @@
 #include "pmcli/displays.h"
 #include "settings/table.h"
 #include "shell/commands/handlers.h"
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/syntax.h"
 
 namespace host {
 

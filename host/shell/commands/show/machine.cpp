@@ -5,7 +5,7 @@
 #include "platform/module_resources.h"
 #include "platform/platform_data.h"
 #include "shell/commands/handlers.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/library/parameters.h"
 #include "shell/library/views.h"
 #include "shell/output/command_output.h"
