@@ -119,7 +119,7 @@ int help(const invocation& run) {
 }
 
 int find_commands(const invocation& run) {
-  const std::string& part = run.line.argument;
+  const std::string& part = run.line.search_word;
   const bool is_found = list_commands(run, [&part](const command& entry) {
     return contains_ignoring_case(entry.syntax.text, part) || contains_ignoring_case(entry.help, part);
   });

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/vlan_set.h"
 #include "shell/grammar/syntax.h"
 #include "shell/output/pipes.h"
 #include "switch/interface_name.h"
@@ -15,13 +16,16 @@ namespace host {
 struct command_line {
   const command* what = nullptr;  // null: an empty line
   std::string text;               // with all words in full, without pipes, "do" and "watch INTERVAL"
-  std::string range;              // as written; empty: none
+  std::string written_range;      // empty: none
   std::vector<interface_span> spans;
   std::optional<uint32> number;  // of a module: UINT32_MAX also for what is greater
   std::optional<uint32> every;   // seconds: the command is watched
-  std::string argument;          // a file, a word, a text, or a list of VLANs
   std::string module;            // its number as written; empty: none
-  bool is_no = false;            // begins with "no"
+  std::string file;              // its name
+  std::string search_word;
+  std::string free_text;
+  std::vector<vlan_span> vlans;
+  bool is_no = false;  // begins with "no"
   std::vector<pipe_stage> pipes;
 };
 

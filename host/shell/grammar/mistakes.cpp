@@ -38,7 +38,7 @@ bool expects_vlans(const std::vector<position>& positions) {
 
 // What to do when a command that cannot be watched follows "watch INTERVAL"; empty when none does.
 std::string hint_of_watch(const reading_state& state, std::string_view word) {
-  if (!state.every || state.path.size() > state.words_in_front) return {};
+  if (!state.line.every || state.path.size() > state.words_in_front) return {};
   if (readings(all_positions(state.mode), word).empty()) return {};
   return quoted(word) + " cannot be watched: only show commands can. " + type_help(join(state.path, " ") + " show");
 }

@@ -22,14 +22,6 @@ std::vector<position> behind_text(const std::vector<position>& positions) {
   return behind;
 }
 
-// Stores an argument that was read, as it was written.
-void keep_argument(const position& at, std::string_view written, command_line& parsed) {
-  if (at.next == 0) return;
-  const syntax_word& word = at.what->syntax.words[at.next - 1];
-  if (is_free(word.kind) || word.kind == syntax_kind::vlans) parsed.argument = written;
-  if (word.kind == syntax_kind::number && number_argument_of(word).has_any_value) parsed.module = written;
-}
-
 // True when the line ends within a TEXT argument.
 bool is_in_text(std::string_view line, shell_mode mode) {
   reading_state state(mode);
@@ -45,7 +37,7 @@ bool is_in_text(std::string_view line, shell_mode mode) {
 std::string words_of_command(const command_line& line) {
   const bool has_text = std::any_of(line.what->syntax.words.begin(), line.what->syntax.words.end(),
                                     [](const syntax_word& word) { return word.kind == syntax_kind::text; });
-  return has_text && !line.is_no ? line.text + " " + text_argument(line.argument) : line.text;
+  return has_text && !line.is_no ? line.text + " " + text_argument(line.free_text) : line.text;
 }
 
 bool asks_for_document(std::string_view line) {
@@ -64,18 +56,18 @@ bool asks_for_document(std::string_view line) {
 }
 
 std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode) {
-  command_line parsed;
-  if (is_comment(line)) return parsed;
+  if (is_comment(line)) return command_line();
   const std::vector<word_token> parts = split_pipes(line);
   const std::vector<word_token> words = split_words(parts[0].text);
-  if (words.empty() && parts.size() == 1) return parsed;
+  if (words.empty() && parts.size() == 1) return command_line();
 
   reading_state state(mode);
+  command_line& parsed = state.line;
   for (const word_token& word : words) {
     if (takes_text(state.positions)) {
       auto text = read_text_argument(trim(line.substr(word.start, parts[0].text.size() - word.start)), error);
       if (!text) return std::nullopt;
-      parsed.argument = std::move(*text);
+      parsed.free_text = std::move(*text);
       state.positions = behind_text(state.positions);
       break;
     }
@@ -83,10 +75,9 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
       error = state.error;
       return std::nullopt;
     }
-    keep_argument(state.positions.front(), word.text, parsed);
     if (state.positions.front().range == range_end::none) continue;
-    if (!parsed.range.empty()) parsed.range += ' ';
-    parsed.range += word.text;
+    if (!parsed.written_range.empty()) parsed.written_range += ' ';
+    parsed.written_range += word.text;
   }
   const auto complete = std::find_if(state.positions.begin(), state.positions.end(), is_complete);
   if (complete == state.positions.end()) {
@@ -96,11 +87,10 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
   parsed.what = complete->what;
   parsed.number = complete->number;
   parsed.is_no = !state.path.empty() && state.path.front() == "no";
-  parsed.every = state.every;
   parsed.text = join({state.path.begin() + static_cast<std::ptrdiff_t>(state.words_in_front), state.path.end()}, " ");
-  if (!parsed.range.empty()) {
-    if (const auto fault = parse_interface_range(parsed.range, parsed.spans)) {
-      error = fault->message + " of " + quoted(parsed.range) + ". A range looks like 'ethernet 1/1-4, 1/7'.";
+  if (!parsed.written_range.empty()) {
+    if (const auto fault = parse_interface_range(parsed.written_range, parsed.spans)) {
+      error = fault->message + " of " + quoted(parsed.written_range) + ". A range looks like 'ethernet 1/1-4, 1/7'.";
       return std::nullopt;
     }
   }
@@ -108,7 +98,7 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
     error = read_pipe(parts[i].text, parsed.pipes);
     if (!error.empty()) return std::nullopt;
   }
-  return parsed;
+  return std::move(parsed);
 }
 
 bool is_in_expression(std::string_view line, shell_mode mode) {

@@ -56,8 +56,10 @@ std::optional<uint32> read_number(const number_argument& wanted, std::string_vie
 void add_free_readings(const std::vector<position>& positions, std::string_view word, std::vector<step>& steps) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
-      if (is_free(expected.kind) || (expected.kind == syntax_kind::vlans && parse_vlans(word)))
-        steps.push_back({word, {at.what, index + 1, range_end::none, at.number}});
+      const position next{at.what, index + 1, range_end::none, at.number};
+      if (expected.kind == syntax_kind::file || expected.kind == syntax_kind::word) steps.push_back({word, next});
+      if (expected.kind != syntax_kind::vlans) return;
+      if (auto vlans = parse_vlans(word)) steps.push_back({word, next, std::move(*vlans)});
     });
   }
 }
@@ -79,7 +81,7 @@ void begin_command_behind(reading_state& state) {
     std::erase_if(state.positions, [](const position& begin) { return !may_follow_do(*begin.what); });
     return;
   }
-  state.every = at.number;
+  state.line.every = at.number;
   state.positions = all_positions(state.mode);
   std::erase_if(state.positions, [](const position& begin) { return begin.what->syntax.words[0].text != "show"; });
 }
@@ -159,8 +161,6 @@ std::vector<std::string_view> names_of(const std::vector<step>& steps) {
   return names;
 }
 
-bool is_free(syntax_kind kind) { return kind == syntax_kind::file || kind == syntax_kind::word; }
-
 const number_argument* expected_number(const std::vector<position>& positions) {
   const number_argument* wanted = nullptr;
   for (const position& at : positions) {
@@ -178,6 +178,20 @@ bool takes_text(const std::vector<position>& positions) {
   return found;
 }
 
+namespace {
+
+// Stores the value of an argument that a word is.
+void keep_argument(step& reading, std::string_view word, command_line& line) {
+  if (reading.to.next == 0) return;
+  const syntax_word& argument = reading.to.what->syntax.words[reading.to.next - 1];
+  if (argument.kind == syntax_kind::file) line.file = word;
+  if (argument.kind == syntax_kind::word) line.search_word = word;
+  if (argument.kind == syntax_kind::vlans) line.vlans = std::move(reading.vlans);
+  if (argument.kind == syntax_kind::number && number_argument_of(argument).has_any_value) line.module = word;
+}
+
+}  // namespace
+
 bool read_word(reading_state& state, std::string_view word) {
   std::vector<step> steps = readings(state.positions, word);
   prefer_exact(steps, word);
@@ -186,6 +200,7 @@ bool read_word(reading_state& state, std::string_view word) {
     state.error = names.empty() ? unreadable_word(state, word) : ambiguous_word(word, names);
     return false;
   }
+  keep_argument(steps.front(), word, state.line);
   state.positions.clear();
   for (const step& reading : steps) state.positions.push_back(reading.to);
   const bool in_range = steps.front().to.range != range_end::none;

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "shell/grammar/syntax.h"
+#include "shell/grammar/command_line.h"
 #include "switch/interface_name.h"
 
 namespace host {
@@ -43,13 +43,11 @@ std::vector<position> all_positions(uint8 modes);
 // The number that a word of a syntax stands for.
 const number_argument& number_argument_of(const syntax_word& word);
 
-// Whether any word is read there.
-bool is_free(syntax_kind kind);
-
 // One word further.
 struct step {
   std::string_view name;  // the word in full
   position to;
+  std::vector<vlan_span> vlans = {};  // that the word is
 };
 
 // Every way in which a word can be read at these positions.
@@ -75,7 +73,7 @@ struct reading_state {
   shell_mode mode;
   std::vector<position> positions;
   std::vector<std::string_view> path;  // words in full
-  std::optional<uint32> every;         // once "watch INTERVAL" has been read
+  command_line line;                   // the values of its arguments
   std::size_t words_in_front = 0;      // of the command behind "do" or "watch INTERVAL"
   std::string error;
 };

@@ -16,7 +16,7 @@ bool is_skipped_in_dry_run(const command_line& line) {
   constexpr int (*kSkipped[])(const invocation&) = {clear_all,           clear_range,     clear_ethernet,
                                                     clear_port_channels, clear_loopbacks, clear_inband,
                                                     clear_management,    advance_clock};
-  if (line.what->run == copy_running_config) return line.argument != "-";
+  if (line.what->run == copy_running_config) return line.file != "-";
   return std::find(std::begin(kSkipped), std::end(kSkipped), line.what->run) != std::end(kSkipped);
 }
 

@@ -1,9 +1,9 @@
 // Settings that the command library does not make: VLANs, flow control, membership of port-channels.
 #include "client/host_settings.h"
 
+#include <span>
 #include <vector>
 
-#include "base/vlan_set.h"
 #include "platform/vsh.h"
 #include "settings/change_journal.h"
 #include "settings/wire.h"
@@ -15,9 +15,9 @@
 namespace host {
 namespace {
 
-std::vector<uint16> vlans_in(const std::string& list) {
+std::vector<uint16> vlans_in(std::span<const vlan_span> spans) {
   std::vector<uint16> vlans;
-  for (const vlan_span& span : parse_vlans(list).value_or(std::vector<vlan_span>()))
+  for (const vlan_span& span : spans)
     for (uint32 id = span.first; id <= span.last; ++id) vlans.push_back(static_cast<uint16>(id));
   return vlans;
 }
@@ -26,7 +26,7 @@ setting_value value_of(const command_line& line) {
   const setting& of = *line.what->sets;
   const setting_form& form = *line.what->form;
   if (of.kind == setting_kind::vlans) {
-    if (form.kind == form_kind::argument) return vlans_in(line.argument);
+    if (form.kind == form_kind::argument) return vlans_in(line.vlans);
     return form.value != 0 ? every_vlan() : std::vector<uint16>();
   }
   if (form.kind == form_kind::usual) return usual_value(of, interface{});

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <span>
 
-#include "base/vlan_set.h"
 #include "platform/if_index.h"
 #include "shell/commands/handlers.h"
 #include "shell/library/interface_kinds.h"
@@ -165,7 +164,7 @@ int show_views(const invocation& run, std::span<const view* const> views, std::s
   const command_queue q;
   command_parameters parameters(run.session.who, q.handle, views.front()->command_id());
   if (run.line.number) parameters.add_number(*run.line.number);
-  if (const auto vlans = parse_vlans(run.line.argument)) parameters.add_number_ranges(*vlans);
+  if (!run.line.vlans.empty()) parameters.add_number_ranges(run.line.vlans);
   const bool are_named = !run.line.spans.empty();
   selection chosen =
       are_named ? select_named(run.session, parameters, run.line.spans) : select_all(run.session, parameters, kinds);
