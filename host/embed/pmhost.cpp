@@ -27,6 +27,7 @@
 #include "source/chassis/chassis_source.h"
 #include "source/chassis/switch_file.h"
 #include "switch/interface_name.h"
+#include "switch/interface_range.h"
 #include "switch/model.h"
 #include "switch/source.h"
 #include "transport/transport.h"

@@ -7,6 +7,7 @@
 #include "shell/grammar/pipe_stages.h"
 #include "shell/grammar/reading.h"
 #include "shell/grammar/words.h"
+#include "switch/interface_range.h"
 
 namespace host {
 namespace {
