@@ -16,7 +16,7 @@
 
 #include "service/services.h"
 #include "shell/commands/added_commands.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/parameters.h"
 #include "shell/library/selection.h"
@@ -28,6 +28,7 @@
 #include "source/chassis/chassis_source.h"
 #include "source/chassis/switch_file.h"
 #include "switch/interface_name.h"
+#include "switch/interface_range.h"
 #include "switch/model.h"
 #include "switch/source.h"
 #include "transport/transport.h"

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <string_view>
 
-#include "shell/grammar/words.h"
+#include "base/text.h"
 #include "shell/output/exit_codes.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/published/published.h"

@@ -1,14 +1,4 @@
-// Names and ranges of interfaces as people write them: on the command line and in switch files.
-//
-//   range  := item { "," item }
-//   item   := [ word ] number [ "-" number ]       a number without a word belongs to the word before
-//   number := slot/port[.sub] | unit/slot/port | number[.sub]
-//
-// "bay" and "ext" name Fibre-Channel ports by a number alone.
-//
-// Words may be abbreviated ("e" is ethernet) and written in any case; blanks may stand between all parts. The number
-// after "-" is the last part alone ("1/1-4", "1/9.10-20") or a whole number ("1/1-1/4"), which may lie in another slot
-// when no sub-interface is named.
+// Names of interfaces as people write them: a word and a number, and the spans between two of them.
 #pragma once
 
 #include <array>
@@ -78,6 +68,7 @@ struct interface_span {
   interface_number high;  // bounds included
 };
 
+// What is wrong with a name or a range.
 enum class range_fault : uint8 {
   kUnknownWord,
   kAmbiguousWord,
@@ -87,17 +78,10 @@ enum class range_fault : uint8 {
   kReversed,
   kTooWide,  // over ports or slots that have no simple order
   kEmpty,
+  kOtherWord,  // the ends of a span have different words
+  kOpenQuote,
   kTrailingText
 };
-
-struct range_error {
-  range_fault fault;
-  std::size_t position;  // of the offending text, from 0
-  std::string message;   // one line, names the text and its position
-};
-
-// Appends the spans of a range text. After an error `spans` holds those in front of the offending text.
-std::optional<range_error> parse_interface_range(std::string_view text, std::vector<interface_span>& spans);
 
 // Whether the word names one interface only, whose number may be left out.
 bool names_one_interface(const interface_word& word);

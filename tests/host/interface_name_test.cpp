@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "switch/interface_range.h"
+
 namespace host {
 namespace {
 
@@ -152,6 +154,121 @@ TEST(InterfaceRange, SpansInFrontOfAFaultAreKept) {
             "port-channel 2 to port-channel 2\n");
 }
 
+// ---- Ranges of the command line.
+
+// The range as it was understood, what follows it, and what is wrong with it.
+std::string read(std::string_view text) {
+  const auto text_of_items = [](const std::vector<range_item>& items) {
+    std::string all;
+    for (const range_item& it : items) {
+      all += all.empty() ? "" : ", ";
+      if (const auto* const span = std::get_if<interface_span>(&it))
+        all += interface_text(*span->word, span->low) + (span->low == span->high ? "" : " to ") +
+               (span->low == span->high ? "" : interface_text(*span->word, span->high));
+      else if (const auto* const pattern = std::get_if<name_pattern>(&it))
+        all += "like " + pattern->text;
+      else
+        all += "all";
+    }
+    return all;
+  };
+  const range_reading reading = read_range(text);
+  std::string all = text_of_items(reading.range.items);
+  if (!reading.range.exceptions.empty()) all += " but " + text_of_items(reading.range.exceptions);
+  if (reading.end < text.size()) all += " |" + std::string(text.substr(reading.end));
+  for (const range_error& error : reading.errors) all += "; " + error.message;
+  return all;
+}
+
+TEST(CommandRange, TheLastOfASpanMayRepeatTheWord) {
+  EXPECT_EQ(read("ethernet1/1-ethernet1/4"), "ethernet 1/1 to ethernet 1/4");
+  EXPECT_EQ(read("e 1/1 - Eth 1/4, port-channel1-po3"),
+            "ethernet 1/1 to ethernet 1/4, port-channel 1 to port-channel 3");
+  EXPECT_EQ(read("e1/1-fc1/2"), "; range from ethernet to another kind 'fc' at character 6");
+  EXPECT_EQ(read("e1/1-e4"), "; not a number of ethernet '4' at character 7");
+}
+
+TEST(CommandRange, NumbersBelongToTheWordBefore) {
+  EXPECT_EQ(read("e1/1-4,6"), "ethernet 1/1 to ethernet 1/4, ethernet 1/6");
+  EXPECT_EQ(read("e1/47-2/2,5-7"), "ethernet 1/47 to ethernet 2/2, ethernet 2/5 to ethernet 2/7");
+  EXPECT_EQ(read("e1/9.10-12,20"), "ethernet 1/9.10 to ethernet 1/9.12, ethernet 1/9.20");
+  EXPECT_EQ(read("lo1-4,6"), "loopback 1 to loopback 4, loopback 6");
+  EXPECT_EQ(read("all except e1/1-4,6"), "all but ethernet 1/1 to ethernet 1/4, ethernet 1/6");
+  EXPECT_EQ(read("e1/1,e6"), "ethernet 1/1; not a number of ethernet '6' at character 7");
+}
+
+TEST(CommandRange, AllAndPatternsAreItems) {
+  EXPECT_EQ(read("all"), "all");
+  EXPECT_EQ(read("\"e*1/[1-3]\", 'Po *' brief"), "like e*1/[1-3], like Po * | brief");
+  EXPECT_EQ(read("al, mgmt 0"), "all, mgmt 0");
+  EXPECT_EQ(read("\"\""), "; empty pattern '\"\"' at character 1");
+  EXPECT_EQ(read("'e* brief"), "; unclosed quote ''e* brief' at character 1");
+}
+
+TEST(CommandRange, ExceptTakesAwayAllThatFollowsIt) {
+  EXPECT_EQ(read("all except ethernet 1/1-4 brief"), "all but ethernet 1/1 to ethernet 1/4 | brief");
+  EXPECT_EQ(read("e1/1-9 exc 1/2, \"*1/3\", mgmt 0"),
+            "ethernet 1/1 to ethernet 1/9 but ethernet 1/2, like *1/3, mgmt 0");
+  EXPECT_EQ(read("e1/1 ex"), "ethernet 1/1 | ex");
+  EXPECT_EQ(read("all except"), "all; empty range at character 11");
+  EXPECT_EQ(read("all except e1/1 except e1/2"), "all but ethernet 1/1 | except e1/2");
+}
+
+TEST(CommandRange, EndsWhereOtherWordsBegin) {
+  EXPECT_EQ(read("e1/1 brief"), "ethernet 1/1 | brief");
+  EXPECT_EQ(read("in-band brief"), "in-band 0 | brief");
+  EXPECT_EQ(read("e1/1 - 4 , 1/7  status"), "ethernet 1/1 to ethernet 1/4, ethernet 1/7 |  status");
+}
+
+TEST(CommandRange, EveryBadItemIsAnError) {
+  EXPECT_EQ(read("e1/300, foo 1/1, 2, e1/4-1, s1,e1/2 brief"),
+            "ethernet 1/2 | brief; not a number of ethernet '1/300' at character 2; unknown interface 'foo' at "
+            "character 9; reversed range '1/4-1' at character 22; ambiguous interface 's' at character 29");
+  EXPECT_EQ(read("e1/1x,1/2;3"),
+            "ethernet 1/1, ethernet 1/2; unexpected text 'x' at character 5; unexpected text ';3' at character 10");
+}
+
+TEST(CommandRange, FilesNameInterfacesByNumbersAlone) {
+  EXPECT_EQ(parsed("all"), "error: unknown interface 'all' at character 1");
+  EXPECT_EQ(parsed("'e*'"), "error: no kind of interface in front of ''e*'' at character 1");
+  EXPECT_EQ(parsed("ethernet 1/1-4 except 1/2"), "error: unexpected text 'except' at character 16");
+}
+
+// What may be typed at the end of a text: a word of interfaces, a number, the end of the range, "-", "except".
+std::string ending(std::string_view text) {
+  const range_ending it = read_range(text).ending;
+  std::string all = "'" + std::string(text.substr(it.begun)) + "'";
+  if (it.begins_item) all += " item";
+  if (it.word != nullptr) all += " word";
+  if (it.number != nullptr) all += " number of " + std::string(it.number->word);
+  if (it.low) all += " after " + interface_text(*it.number, *it.low);
+  if (it.is_whole) all += " whole";
+  if (it.is_complete) all += " end";
+  if (it.is_complete && it.takes_dash) all += " dash";
+  if (it.is_complete && it.takes_except) all += " except";
+  return all + (it.is_in_quotes ? " quotes" : "");
+}
+
+TEST(RangeEnding, IsWhatMayBeTyped) {
+  EXPECT_EQ(ending("eth"), "'eth' item");
+  EXPECT_EQ(ending("eth "), "'' number of ethernet");
+  EXPECT_EQ(ending("eth1/"), "'1/' number of ethernet");
+  EXPECT_EQ(ending("eth 1/1"), "'1/1' number of ethernet end dash except");
+  EXPECT_EQ(ending("eth 1/1 "), "'' end dash except");
+  EXPECT_EQ(ending("eth 1/1,"), "'' item number of ethernet");
+  EXPECT_EQ(ending("eth 1/1, po"), "'po' item");
+  EXPECT_EQ(ending("eth 1/1-"), "'' word number of ethernet after ethernet 1/1");
+  EXPECT_EQ(ending("eth 1/1-1"), "'1' number of ethernet after ethernet 1/1 end except");
+  EXPECT_EQ(ending("eth 1/1-4 "), "'' end except");
+  EXPECT_EQ(ending("eth 1/1-eth1/"), "'1/' number of ethernet after ethernet 1/1 whole");
+  EXPECT_EQ(ending("all "), "'' end except");
+  EXPECT_EQ(ending("all except "), "'' item");
+  EXPECT_EQ(ending("all except e1/1 "), "'' end dash");
+  EXPECT_EQ(ending("all, \"e*"), "'' quotes");
+}
+
+// ---- What a range takes.
+
 // Which of a small switch's interfaces a range takes, by name; and what it says of missing ends.
 std::string matching(std::string_view text) {
   std::vector<if_index_t> existing = {
@@ -219,6 +336,22 @@ TEST(MatchingInterfaces, FibreChannelPortsAreTakenByTheFamilyOfTheirName) {
   EXPECT_EQ(matching("bay 1-10"), "bay1 bay10 ");
   EXPECT_EQ(matching("ext 1-2"), "ext1 ext2 ");
   EXPECT_EQ(matching("ext 3"), "(no ext 3) (no ext 3) ");
+}
+
+TEST(MatchingInterfaces, PatternsAreOfTheNamesAsWrittenAndAsDisplayed) {
+  const if_index_t port = ethernet_index(IF_TYPE_ETHERNET, 0, 0);
+  for (const char* const pattern : {"ethernet 1/1", "Ethernet1/1", "ETHERNET*", "*1/?", "e*1/[1-3]", "*"})
+    EXPECT_TRUE(matches(range_item(name_pattern{pattern}), port)) << pattern;
+  for (const char* const pattern : {"eth1/1", "Ethernet1/1?", "e*1/[2-3]", "1/1"})
+    EXPECT_FALSE(matches(range_item(name_pattern{pattern}), port)) << pattern;
+}
+
+TEST(MatchingInterfaces, ExceptionsAreNotTaken) {
+  interface_range range;
+  EXPECT_FALSE(parse_interface_range("all except ethernet 1/1-4, \"mgmt*\"", range));
+  EXPECT_FALSE(matches(range, ethernet_index(IF_TYPE_ETHERNET, 0, 3)));
+  EXPECT_FALSE(matches(range, ethernet_index(IF_TYPE_MGMT, 0, 0)));
+  EXPECT_TRUE(matches(range, ethernet_index(IF_TYPE_ETHERNET, 0, 4)));
 }
 
 TEST(MatchingInterfaces, OtherKinds) { EXPECT_EQ(matching("mgmt 0, loopback 0"), "mgmt0 Lo0 "); }

@@ -10,7 +10,7 @@
 #include "platform/port_manager.h"
 #include "source/chassis/switch_file.h"
 #include "switch/if_index_layout.h"
-#include "switch/interface_name.h"
+#include "switch/interface_range.h"
 #include "switch/vsan_access.h"
 
 namespace host {

@@ -1,11 +1,10 @@
 // The grammar table, walked: every command, every abbreviation, every place for help.
-#include "shell/grammar/grammar.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "shell/grammar/words.h"
+#include "shell/grammar/parser.h"
+#include "shell/grammar/suggester.h"
 #include "shell/library/views.h"
 #include "shell/session/completion.h"
 
@@ -170,7 +169,7 @@ TEST(Grammar, TheRestOfALineIsAText) {
   const auto text_of = [](const std::string& line) {
     std::string error;
     const auto parsed = parse_command(line, error, host::kInterfaceMode);
-    return parsed ? parsed->argument : "error: " + error;
+    return parsed ? parsed->free_text : "error: " + error;
   };
   EXPECT_EQ(text_of("description  to the  lab "), "to the  lab");
   EXPECT_EQ(text_of("desc 'a | b'"), "a | b");
@@ -187,8 +186,19 @@ TEST(Grammar, NoIsTheFormThatTakesBack) {
 
 TEST(Grammar, AFileIsAnyWordThatIsNothingElse) {
   std::string error;
-  EXPECT_EQ(parse_command("copy running-config /tmp/a.cfg", error)->argument, "/tmp/a.cfg");
-  EXPECT_EQ(parse_command("copy running-config start", error)->argument, "");
+  EXPECT_EQ(parse_command("copy running-config /tmp/a.cfg", error)->file, "/tmp/a.cfg");
+  EXPECT_EQ(parse_command("copy running-config start", error)->file, "");
+}
+
+TEST(Grammar, ArgumentsAreHandedOnByTheirKind) {
+  std::string error;
+  EXPECT_EQ(parse_command("find Up", error)->search_word, "Up");
+  const auto vlans = parse_command("switchport trunk allowed vlan add 1-10,20", error, host::kInterfaceMode);
+  ASSERT_TRUE(vlans) << error;
+  ASSERT_EQ(vlans->vlans.size(), 2U);
+  EXPECT_EQ(vlans->vlans[0].last, 10U);
+  EXPECT_EQ(vlans->vlans[1].first, 20U);
+  EXPECT_TRUE(parse_command("switchport trunk allowed vlan none", error, host::kInterfaceMode)->vlans.empty());
 }
 
 TEST(Grammar, EverySuggestionHasAHelpText) {

@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "session/program.h"
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/syntax.h"
 
 namespace session {
 namespace {

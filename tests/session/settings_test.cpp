@@ -11,12 +11,12 @@
 #include <string>
 #include <vector>
 
+#include "base/text.h"
 #include "service/services.h"
 #include "settings/change_journal.h"
 #include "shell/commands/added_commands.h"
 #include "shell/commands/configure/running_config.h"
 #include "shell/commands/configure/written_settings.h"
-#include "shell/grammar/words.h"
 #include "shell/library/command_library.h"
 #include "shell/output/command_output.h"
 #include "shell/session/run.h"

@@ -8,7 +8,7 @@
 
 #include "session/json.h"
 #include "session/program.h"
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/syntax.h"
 
 namespace session {
 namespace {

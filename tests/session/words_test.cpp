@@ -5,7 +5,7 @@
 
 #include <random>
 
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/parser.h"
 #include "shell/output/terminal/printable.h"
 
 namespace host {
@@ -19,7 +19,7 @@ std::optional<std::string> read_back(const std::string& text) {
   const auto parsed = parse_command(line, error, kInterfaceMode);
   EXPECT_TRUE(parsed) << line << ": " << error;
   if (!parsed || !parsed->pipes.empty()) return std::nullopt;
-  return parsed->argument;
+  return parsed->free_text;
 }
 
 TEST(TextArgument, PlainTextsStayAsTheyAre) {

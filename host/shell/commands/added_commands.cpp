@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/text.h"
 #include "pmsh/commands.h"
 #include "shell/commands/show/interface.h"
 #include "shell/commands/show/library_display.h"

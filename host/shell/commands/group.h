@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/command_line.h"
 #include "shell/output/document/document.h"
 #include "shell/session/invocation.h"
 

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <string>
 
+#include "base/text.h"
 #include "shell/commands/group.h"
-#include "shell/grammar/words.h"
 #include "shell/output/command_output.h"
 
 namespace host {
@@ -42,7 +42,7 @@ int help(const invocation& run) {
 }
 
 int find_commands(const invocation& run) {
-  const std::string& part = run.line.argument;
+  const std::string& part = run.line.search_word;
   const bool is_found = list_commands(run, [&part](const command& entry) {
     return contains_ignoring_case(entry.syntax.text, part) || contains_ignoring_case(entry.help, part);
   });

@@ -2,7 +2,10 @@
 #include <algorithm>
 #include <vector>
 
+#include "shell/commands/configure/setting_commands.h"
 #include "shell/commands/group.h"
+#include "shell/grammar/syntax.h"
+#include "shell/library/views.h"
 
 namespace host {
 namespace {

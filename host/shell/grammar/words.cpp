@@ -1,34 +1,14 @@
 #include "shell/grammar/words.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <iterator>
 
+#include "base/text.h"
 #include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {
-
-constexpr std::string_view kBlanks = " \t\r\n";
-
-char lower(char character) { return static_cast<char>(std::tolower(static_cast<unsigned char>(character))); }
-
-// Insertions, deletions and replacements between two words.
-std::size_t edit_distance(std::string_view left, std::string_view right) {
-  std::vector<std::size_t> row(right.size() + 1);
-  for (std::size_t j = 0; j <= right.size(); ++j) row[j] = j;
-  for (std::size_t i = 1; i <= left.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i;
-    for (std::size_t j = 1; j <= right.size(); ++j) {
-      const std::size_t replaced = diagonal + (lower(left[i - 1]) != lower(right[j - 1]));
-      diagonal = row[j];
-      row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
-    }
-  }
-  return row.back();
-}
 
 // Bytes with an escape of one letter; all others that are not printable are \xHH.
 struct escaped_byte {
@@ -121,12 +101,6 @@ std::size_t find_open_quote(std::string_view text) {
   return quotes.is_open() ? begin : std::string_view::npos;
 }
 
-std::string_view trim(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
-
 std::string_view unquote(std::string_view text) {
   const bool is_quoted =
       text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front();
@@ -190,69 +164,6 @@ std::optional<std::string> read_text_argument(std::string_view written, std::str
   }
   error = "the text that begins with \" has no \" at its end.";
   return std::nullopt;
-}
-
-bool starts_with_ignoring_case(std::string_view word, std::string_view beginning) {
-  return beginning.size() <= word.size() &&
-         std::equal(beginning.begin(), beginning.end(), word.begin(),
-                    [](char left, char right) { return lower(left) == lower(right); });
-}
-
-bool contains_ignoring_case(std::string_view text, std::string_view part) {
-  const auto found = std::search(text.begin(), text.end(), part.begin(), part.end(),
-                                 [](char left, char right) { return lower(left) == lower(right); });
-  return found != text.end() || part.empty();
-}
-
-std::string_view closest_word(std::string_view written, const std::vector<std::string_view>& known) {
-  std::string_view closest;
-  std::size_t smallest = std::min<std::size_t>(3, (written.size() + 1) / 2 + 1);
-  for (const std::string_view word : known) {
-    const std::size_t distance = edit_distance(written, word);
-    if (distance >= smallest) continue;
-    smallest = distance;
-    closest = word;
-  }
-  return closest;
-}
-
-std::string quoted(std::string_view text) {
-  std::string result(1, '\'');
-  result += text;
-  result += '\'';
-  return result;
-}
-
-std::string join(const std::vector<std::string_view>& words, std::string_view separator) {
-  std::string text;
-  for (const std::string_view word : words) {
-    if (!text.empty()) text += separator;
-    text += word;
-  }
-  return text;
-}
-
-std::optional<std::vector<vlan_span>> parse_vlans(std::string_view text) {
-  constexpr uint32 kLastVlan = 4094;
-  constexpr std::size_t kMostItems = 64;
-  std::vector<vlan_span> spans;
-  const char* at = text.data();
-  const char* const end = text.data() + text.size();
-  const auto read_id = [&](uint32& id) {
-    const auto [next, error] = std::from_chars(at, end, id);
-    at = next;
-    return error == std::errc{} && id >= 1 && id <= kLastVlan;
-  };
-  while (true) {
-    vlan_span span{};
-    if (!read_id(span.first)) return std::nullopt;
-    span.last = span.first;
-    if (at != end && *at == '-' && (++at == end || !read_id(span.last))) return std::nullopt;
-    if (span.last < span.first || spans.size() == kMostItems) return std::nullopt;
-    spans.push_back(span);
-    if (at == end) return spans;
-    if (*at++ != ',') return std::nullopt;
-  }
 }
 
 }  // namespace host

@@ -4,9 +4,10 @@
 #include <array>
 #include <span>
 
+#include "base/vlan_set.h"
 #include "platform/mts.h"
 #include "platform/paraminfo.h"
-#include "shell/grammar/grammar.h"
+#include "settings/settings.h"
 #include "shell/grammar/words.h"
 #include "shell/library/command_library.h"
 #include "switch/model.h"

@@ -11,7 +11,7 @@
 #include "platform/syserr.h"
 #include "platform/vsh.h"
 #include "pmcli/displays.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/listing.h"
 

@@ -8,7 +8,7 @@
 #include "base/c_edge.h"
 #include "platform/cmd_channel.h"
 #include "platform/if_index.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/output/command_output.h"
 #include "switch/interface_name.h"
 

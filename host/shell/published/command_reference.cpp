@@ -1,8 +1,10 @@
 // docs/commands.md: the command reference, from the tables of commands, interfaces and pipes.
 #include <string>
 
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/syntax.h"
+#include "shell/output/pipes.h"
 #include "shell/published/published.h"
+#include "switch/interface_name.h"
 
 namespace host {
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "messages/interface_values.h"
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/syntax.h"
 #include "shell/output/document/json_writer.h"
 #include "shell/output/document/traffic_readings.h"
 #include "shell/output/rendering.h"

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "base/files.h"
+#include "base/text.h"
 #include "shell/grammar/words.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
@@ -138,9 +139,9 @@ int run_file(shell& session, const std::string& name) {
 }
 
 copied_file run_for_copy(shell& session, const command_line& line, bool is_collected) {
-  const bool is_startup = line.argument.empty();
+  const bool is_startup = line.file.empty();
   copied_file copied;
-  copied.path = is_startup ? startup_file(session) : line.argument;
+  copied.path = is_startup ? startup_file(session) : line.file;
   std::optional<collection> collecting;
   if (is_collected) collecting.emplace(session, copied.lines);
   const shell_mode mode = std::exchange(session.mode, kExecMode);

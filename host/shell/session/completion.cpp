@@ -3,7 +3,8 @@
 
 #include <algorithm>
 
-#include "shell/grammar/grammar.h"
+#include "base/text.h"
+#include "shell/grammar/suggester.h"
 #include "shell/grammar/words.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/listing.h"

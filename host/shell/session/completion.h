@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/syntax.h"
 
 namespace host {
 

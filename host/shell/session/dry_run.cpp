@@ -1,5 +1,9 @@
 #include "shell/session/dry_run.h"
 
+#include <algorithm>
+#include <iterator>
+
+#include "base/text.h"
 #include "shell/grammar/words.h"
 #include "shell/output/command_output.h"
 #include "shell/session/invocation.h"
@@ -10,7 +14,7 @@ dry_run::dry_run(uint32 num_files) : state_{the_machine(), {}}, running_(state_)
 
 bool is_skipped_in_dry_run(const command_line& line) {
   const command_effect effect = line.what->effect;
-  return effect == command_effect::outside || (effect == command_effect::writes_file && line.argument != "-");
+  return effect == command_effect::outside || (effect == command_effect::writes_file && line.file != "-");
 }
 
 int skip_in_dry_run(const invocation& run) {

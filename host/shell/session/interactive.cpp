@@ -10,8 +10,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "shell/grammar/grammar.h"
-#include "shell/grammar/words.h"
+#include "base/text.h"
+#include "shell/grammar/parser.h"
 #include "shell/output/terminal/printable.h"
 #include "shell/session/completion.h"
 #include "shell/session/modes.h"

@@ -1,7 +1,7 @@
 // A command that runs.
 #pragma once
 
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/command_line.h"
 #include "shell/output/exit_codes.h"
 #include "shell/session/state.h"
 

@@ -6,6 +6,9 @@
 #include <cstdlib>
 
 #include "base/files.h"
+#include "base/text.h"
+#include "shell/commands/watch/watch.h"
+#include "shell/grammar/parser.h"
 #include "shell/grammar/words.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/pager.h"

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "base/files.h"
-#include "shell/grammar/words.h"
+#include "base/text.h"
 #include "shell/output/terminal/printable.h"
 #include "shell/platform/prompts.h"
 

@@ -9,7 +9,7 @@
 
 #include "platform/mts.h"
 #include "platform/paraminfo.h"
-#include "shell/grammar/grammar.h"
+#include "shell/grammar/command_line.h"
 #include "shell/library/command_library.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/output/exit_codes.h"

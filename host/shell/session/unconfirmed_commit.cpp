@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "settings/change_journal.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/session/invocation.h"

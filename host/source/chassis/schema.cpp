@@ -11,6 +11,7 @@
 #include "settings/table.h"
 #include "source/chassis/attribute_words.h"
 #include "source/chassis/module_image.h"
+#include "switch/interface_range.h"
 
 namespace host {
 namespace {

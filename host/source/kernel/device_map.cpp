@@ -9,7 +9,7 @@
 #include "source/kernel/sorted_records.h"
 #include "source/yaml/yaml_file_error.h"
 #include "source/yaml/yaml_value.h"
-#include "switch/interface_name.h"
+#include "switch/interface_range.h"
 
 namespace host {
 namespace {

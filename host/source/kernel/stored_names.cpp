@@ -17,7 +17,7 @@
 
 #include "base/replace_file.h"
 #include "source/kernel/baselines.h"
-#include "switch/interface_name.h"
+#include "switch/interface_range.h"
 
 namespace host {
 namespace {

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <charconv>
-#include <numeric>
 #include <optional>
 
+#include "base/text.h"
 #include "source/yaml/yaml_file_error.h"
 
 namespace host {
@@ -20,8 +20,6 @@ const char* type_of(const YAML::Node& node) {
   return node.IsScalar() ? "a value" : "nothing";
 }
 
-std::string quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
-
 std::optional<uint64> to_number(std::string_view digits, int base = 10) {
   uint64 value = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
@@ -29,32 +27,9 @@ std::optional<uint64> to_number(std::string_view digits, int base = 10) {
   return value;
 }
 
-// Single edits (insert, drop, replace a character) between two words.
-std::size_t edits_between(std::string_view from, std::string_view to) {
-  std::vector<std::size_t> row(to.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < from.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i + 1;
-    for (std::size_t j = 0; j < to.size(); ++j) {
-      const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
-    }
-  }
-  return row.back();
-}
-
 // The word that was probably meant, as an addition to a message.
 std::string suggestion(std::string_view written, const std::vector<std::string_view>& known) {
-  std::string_view nearest;
-  std::size_t fewest = std::max<std::size_t>(written.size() / 3, 1) + 1;
-  for (const std::string_view word : known) {
-    const std::size_t edits = edits_between(written, word);
-    if (edits >= fewest) continue;
-    fewest = edits;
-    nearest = word;
-  }
+  const std::string_view nearest = closest_word(written, known, std::max<std::size_t>(written.size() / 3, 1));
   return nearest.empty() ? "" : ", did you mean " + quoted(nearest) + "?";
 }
 

@@ -15,7 +15,7 @@
 #include "platform/ip_statistics.h"
 #include "platform/vsh.h"
 #include "shell/commands/group.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/listing.h"

@@ -11,7 +11,7 @@
 #include "shell/commands/configure/setting_differences.h"
 #include "shell/commands/configure/setting_outcome.h"
 #include "shell/commands/group.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
 #include "switch/clock.h"

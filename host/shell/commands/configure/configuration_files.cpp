@@ -3,8 +3,10 @@
 #include <string>
 
 #include "base/files.h"
+#include "base/text.h"
 #include "shell/commands/configure/running_config.h"
 #include "shell/commands/group.h"
+#include "shell/grammar/parser.h"
 #include "shell/grammar/words.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
@@ -81,7 +83,7 @@ void record_commands(command_output& output, const std::string& text) {
     std::string error;
     const auto parsed = parse_command(command, error, mode);
     if (parsed && changes_mode(*parsed, mode)) {
-      range = parsed->range;
+      range = parsed->written_range;
       continue;
     }
     output.begin_interface({});
@@ -115,9 +117,9 @@ int show_running_config(const invocation& run) {
 }
 
 int copy_running_config(const invocation& run) {
-  const bool is_startup = run.line.argument.empty();
+  const bool is_startup = run.line.file.empty();
   if (is_startup && is_waiting_for_confirmation(run)) return kUsage;
-  const std::string path = is_startup ? startup_file(run.session) : run.line.argument;
+  const std::string path = is_startup ? startup_file(run.session) : run.line.file;
   if (path.empty()) {
     run.output.complain(kNoPlaceForStartup);
     return kUsage;

@@ -1,6 +1,7 @@
 // Settings that the command library does not make: VLANs, flow control, membership of port-channels.
 #include "messages/calls/host_settings.h"
 
+#include <span>
 #include <vector>
 
 #include "platform/vsh.h"
@@ -8,6 +9,7 @@
 #include "settings/wire.h"
 #include "shell/commands/configure/own_connection.h"
 #include "shell/commands/configure/setting_commands.h"
+#include "shell/commands/configure/setting_outcome.h"
 #include "shell/grammar/words.h"
 #include "shell/library/command_queue.h"
 #include "shell/output/command_output.h"
@@ -16,9 +18,9 @@
 namespace host {
 namespace {
 
-std::vector<uint16> vlans_in(const std::string& list) {
+std::vector<uint16> vlans_in(std::span<const vlan_span> spans) {
   std::vector<uint16> vlans;
-  for (const vlan_span& span : parse_vlans(list).value_or(std::vector<vlan_span>()))
+  for (const vlan_span& span : spans)
     for (uint32 id = span.first; id <= span.last; ++id) vlans.push_back(static_cast<uint16>(id));
   return vlans;
 }
@@ -27,7 +29,7 @@ setting_value value_of(const command_line& line) {
   const setting& of = *line.what->sets;
   const setting_form& form = *line.what->form;
   if (of.kind == setting_kind::vlans) {
-    if (form.kind == form_kind::argument) return vlans_in(line.argument);
+    if (form.kind == form_kind::argument) return vlans_in(line.vlans);
     return form.value != 0 ? every_vlan() : std::vector<uint16>();
   }
   if (form.kind == form_kind::usual) return usual_value(of, interface{});

@@ -4,7 +4,7 @@
 #include "shell/commands/configure/own_connection.h"
 #include "shell/commands/configure/setting_outcome.h"
 #include "shell/commands/group.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"

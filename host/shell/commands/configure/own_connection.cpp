@@ -11,7 +11,7 @@
 #include "platform/vsh.h"
 #include "settings/change_journal.h"
 #include "settings/trial.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/output/command_output.h"
 #include "shell/session/invocation.h"
 #include "switch/source.h"

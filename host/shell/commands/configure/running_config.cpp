@@ -6,7 +6,7 @@
 #include "platform/if_index.h"
 #include "settings/settings.h"
 #include "shell/commands/configure/written_settings.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/grammar/words.h"
 #include "switch/if_index_layout.h"
 

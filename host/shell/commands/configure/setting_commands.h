@@ -9,6 +9,7 @@
 #include "settings/table.h"
 #include "shell/commands/configure/setting_outcome.h"
 #include "shell/commands/group.h"
+#include "shell/grammar/syntax.h"
 
 namespace host {
 

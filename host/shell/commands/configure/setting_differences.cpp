@@ -4,9 +4,9 @@
 #include <sstream>
 #include <string_view>
 
+#include "base/text.h"
 #include "shell/commands/configure/running_config.h"
-#include "shell/grammar/interface_ranges.h"
-#include "shell/grammar/words.h"
+#include "shell/grammar/range_text.h"
 #include "switch/interface_name.h"
 
 namespace host {

@@ -7,7 +7,7 @@
 #include "base/port_status.h"
 #include "platform/syserr.h"
 #include "shell/commands/configure/setting_differences.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
 #include "shell/session/invocation.h"

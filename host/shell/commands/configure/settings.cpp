@@ -8,7 +8,7 @@
 #include "shell/commands/configure/own_connection.h"
 #include "shell/commands/configure/setting_commands.h"
 #include "shell/commands/configure/setting_outcome.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"
@@ -37,7 +37,7 @@ void* value_of(const setting_token& token, const command_line& line, uint32& num
     case token_value::half_number:
       values.half_number = static_cast<uint16>(line.number.value_or(0));
       return &values.half_number;
-    case token_value::text: values.text = line.argument; return values.text.data();
+    case token_value::text: values.text = line.free_text; return values.text.data();
   }
   return nullptr;
 }

@@ -6,7 +6,7 @@
 #include "settings/change_journal.h"
 #include "shell/commands/configure/setting_differences.h"
 #include "shell/commands/group.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"

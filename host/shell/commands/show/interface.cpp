@@ -166,7 +166,7 @@ int show_views(const invocation& run, std::span<const interface_view* const> vie
   const command_queue q;
   command_parameters parameters(run.session.library, run.session.who, q.handle, views.front()->command_id());
   if (run.line.number) parameters.add_number(*run.line.number);
-  if (const auto vlans = parse_vlans(run.line.argument)) parameters.add_number_ranges(*vlans);
+  if (!run.line.vlans.empty()) parameters.add_number_ranges(run.line.vlans);
   const bool are_named = !run.line.spans.empty();
   selection chosen = are_named ? select_named(parameters, run.line.spans) : select_all(parameters, kinds);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);

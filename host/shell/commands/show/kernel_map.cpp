@@ -4,7 +4,7 @@
 
 #include "platform/if_index.h"
 #include "shell/commands/group.h"
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
 #include "switch/source.h"

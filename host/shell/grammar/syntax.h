@@ -1,20 +1,15 @@
-// The grammar of the shell: one table of commands, and what is derived from it: parsing, help, completion, the command
-// reference.
+// The table of commands: how each is written, what it is for, what runs. Parsing, help, completion and the command
+// reference are derived from it.
 #pragma once
 
 #include <array>
 #include <cstddef>
-#include <initializer_list>
-#include <optional>
 #include <span>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "settings/settings.h"
 #include "shell/output/document/document.h"
-#include "shell/output/pipes.h"
-#include "switch/interface_name.h"
+#include "switch/if_index_layout.h"
 
 namespace host {
 
@@ -147,48 +142,5 @@ std::string_view help_of_word(std::string_view word);
 // shell. Call them before the first line is parsed.
 void add_command(const command& added);
 void add_word(std::string_view word, std::string_view help);
-
-// A command as the user wrote it.
-struct command_line {
-  const command* what = nullptr;    // null: an empty line
-  const command* before = nullptr;  // that runs it, such as "watch INTERVAL"; null: the session does
-  std::string text;                 // with all words in full, without pipes, "do" and "watch INTERVAL"
-  std::string range;                // as written; empty: none
-  std::vector<interface_span> spans;
-  std::optional<uint32> number;  // of a module: UINT32_MAX also for what is greater
-  std::optional<uint32> every;   // seconds: the command is watched
-  std::string argument;          // a file, a word, a text, or a list of VLANs
-  std::string module;            // its number as written; empty: none
-  bool is_no = false;            // begins with "no"
-  std::vector<pipe_stage> pipes;
-};
-
-// Parses a line that was typed in a mode; a comment is an empty line. On an error `error` is one line that says what to
-// do next.
-std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode = kExecMode);
-
-// The command with its argument, as it can be typed again.
-std::string words_of_command(const command_line& line);
-
-// Whether one of the pipes of a line is "| json", also when the line cannot be parsed.
-bool asks_for_document(std::string_view line);
-
-struct suggestion {
-  std::string word;
-  std::string help;
-};
-
-// What may be typed at the end of a line, whose last word may be incomplete.
-struct suggestions {
-  std::size_t start = 0;  // where the word begins that they would replace
-  std::vector<suggestion> words;
-  std::vector<suggestion> hints;               // other than words: numbers, expressions, the end of the line
-  const interface_word* numbers_of = nullptr;  // a number of this word may be typed there
-  std::string error;                           // of the words before
-};
-suggestions suggest(std::string_view line, shell_mode mode = kExecMode);
-
-// True when a "?" at the end of the line belongs to an expression, a text or a comment and asks for no help.
-bool is_in_expression(std::string_view line, shell_mode mode = kExecMode);
 
 }  // namespace host

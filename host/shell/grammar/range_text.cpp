@@ -1,4 +1,4 @@
-#include "shell/grammar/interface_ranges.h"
+#include "shell/grammar/range_text.h"
 
 #include "switch/interface_name.h"
 

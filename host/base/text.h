@@ -1,0 +1,29 @@
+// Texts and words: what every part of the host may use.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+inline constexpr std::string_view kBlanks = " \t\r\n";
+
+// Without blanks at both ends.
+std::string_view trim(std::string_view text);
+
+bool starts_with_ignoring_case(std::string_view word, std::string_view beginning);
+bool contains_ignoring_case(std::string_view text, std::string_view part);
+
+// The known word that needs the fewest insertions, deletions and replacements, in any case; empty when none needs at
+// most `max_edits`.
+std::string_view closest_word(std::string_view written, const std::vector<std::string_view>& known,
+                              std::size_t max_edits);
+
+// The text in single quotes, as messages name what was written.
+std::string quoted(std::string_view text);
+
+std::string join(const std::vector<std::string_view>& words, std::string_view separator);
+
+}  // namespace host

@@ -1,0 +1,110 @@
+#include "shell/grammar/mistakes.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+
+namespace host {
+namespace {
+
+// The words that may come next, to name them to the user.
+std::vector<std::string_view> expected_words(const std::vector<position>& positions) {
+  std::vector<std::string_view> words;
+  const auto add = [&words](std::string_view word) {
+    if (std::find(words.begin(), words.end(), word) == words.end()) words.push_back(word);
+  };
+  for (const position& at : positions) {
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
+      if (word.kind == syntax_kind::literal) return add(word.text);
+      if (word.kind != syntax_kind::range) return;
+      for (const interface_word& kind : kInterfaceWords) add(kind.word);
+    });
+  }
+  return words;
+}
+
+std::string type_help(std::string_view in_front) {
+  std::string text = "Type '";
+  if (!in_front.empty()) text.append(in_front).append(" ");
+  return text + "?' for the list.";
+}
+
+bool expects_vlans(const std::vector<position>& positions) {
+  bool found = false;
+  for (const position& at : positions)
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.kind == syntax_kind::vlans; });
+  return found;
+}
+
+// What to do when a command that cannot be watched follows "watch INTERVAL"; empty when none does.
+std::string hint_of_watch(const reading_state& state, std::string_view word) {
+  if (!state.line.every || state.path.size() > state.words_in_front) return {};
+  if (readings(all_positions(state.mode), word).empty()) return {};
+  return quoted(word) + " cannot be watched: only show commands can. " + type_help(join(state.path, " ") + " show");
+}
+
+// What to do when a line begins with words of another mode; empty when it does not.
+std::string hint_of_mode(const std::vector<std::string_view>& words, shell_mode mode) {
+  const auto begins_line_in = [&words](shell_mode other) {
+    std::vector<position> positions = all_positions(other);
+    return std::all_of(words.begin(), words.end(), [&positions](std::string_view word) {
+      std::vector<step> steps = readings(positions, word);
+      prefer_exact(steps, word);
+      positions.clear();
+      for (const step& reading : steps) positions.push_back(reading.to);
+      return names_of(steps).size() == 1;
+    });
+  };
+  const std::string line = join(words, " ");
+  if (mode == kExecMode && begins_line_in(kConfigureMode))
+    return quoted(line) + " belongs to the configuration. Type 'configure' first.";
+  if (mode != kInterfaceMode && begins_line_in(kInterfaceMode))
+    return quoted(line) + " is a setting of interfaces. Type '" +
+           (mode == kExecMode ? "configure' and then 'interface RANGE' first." : "interface RANGE' first.");
+  return {};
+}
+
+}  // namespace
+
+std::string_view likely_word(std::string_view written, const std::vector<std::string_view>& known) {
+  return closest_word(written, known, std::min<std::size_t>(2, (written.size() + 1) / 2));
+}
+
+std::string bounds_of(const number_argument& number) {
+  return std::to_string(number.lowest) + " to " + std::to_string(number.highest);
+}
+
+std::string unknown_word(const std::vector<position>& positions, std::string_view word, std::string_view in_front) {
+  if (const number_argument* const number = expected_number(positions))
+    return "expected a number from " + bounds_of(*number) + " for " + std::string(number->name) + ", not " +
+           quoted(word) + ".";
+  const std::vector<std::string_view> expected = expected_words(positions);
+  if (expects_vlans(positions)) return quoted(word) + " is not a list of VLANs such as 1-10,20.";
+  if (expected.empty()) return "unexpected " + quoted(word) + " after " + quoted(in_front) + ".";
+  const std::string_view meant = likely_word(word, expected);
+  std::string text = "unknown word " + quoted(word);
+  if (!meant.empty()) text += ": did you mean " + quoted(meant) + "?";
+  return text + (meant.empty() ? ". " : " ") + type_help(in_front);
+}
+
+std::string unreadable_word(const reading_state& state, std::string_view word) {
+  std::string hint;
+  const bool is_no = state.path.size() == 1 && state.path.front() == "no";
+  if (is_no) hint = hint_of_mode({"no", word}, state.mode);
+  if (state.path.empty()) hint = hint_of_mode({word}, state.mode);
+  if (hint.empty()) hint = hint_of_watch(state, word);
+  return hint.empty() ? unknown_word(state.positions, word, join(state.path, " ")) : hint;
+}
+
+std::string ambiguous_word(std::string_view word, const std::vector<std::string_view>& meanings) {
+  return "ambiguous word " + quoted(word) + ": " + join(meanings, ", ") + ". Type one more letter.";
+}
+
+std::string incomplete_command(const reading_state& state) {
+  const std::string path = join(state.path, " ");
+  if (path.empty()) return "no command before '|'. " + type_help({});
+  const bool lacks_number = !may_leave_range(state.positions.front().range);
+  return (lacks_number ? "a number is missing after '" : "incomplete command '") + path + "'. " + type_help(path);
+}
+
+}  // namespace host

@@ -1,0 +1,115 @@
+#include "shell/grammar/parser.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+#include "shell/grammar/mistakes.h"
+#include "shell/grammar/pipe_stages.h"
+#include "shell/grammar/reading.h"
+#include "shell/grammar/words.h"
+#include "switch/interface_range.h"
+
+namespace host {
+namespace {
+
+// The commands whose text has been read.
+std::vector<position> behind_text(const std::vector<position>& positions) {
+  std::vector<position> behind;
+  for (const position& at : positions) {
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t index) {
+      if (word.kind == syntax_kind::text) behind.push_back({at.what, index + 1});
+    });
+  }
+  return behind;
+}
+
+// True when the line ends within a TEXT argument.
+bool is_in_text(std::string_view line, shell_mode mode) {
+  reading_state state(mode);
+  for (const word_token& word : split_words(line)) {
+    if (takes_text(state.positions)) return word.text != "?";
+    if (!read_word(state, word.text)) return false;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::string words_of_command(const command_line& line) {
+  const bool has_text = std::any_of(line.what->syntax.words.begin(), line.what->syntax.words.end(),
+                                    [](const syntax_word& word) { return word.kind == syntax_kind::text; });
+  return has_text && !line.is_no ? line.text + " " + text_argument(line.free_text) : line.text;
+}
+
+bool asks_for_document(std::string_view line) {
+  const auto is_json = [](std::string_view text) {
+    const pipe_word* const word = text.empty() ? nullptr : find_pipe(text);
+    return word != nullptr && word->kind == pipe_kind::json;
+  };
+  // A quote that does not end hides the pipes after it.
+  const std::size_t last = line.rfind('|');
+  if (last != std::string_view::npos && is_json(trim(line.substr(last + 1)))) return true;
+  const std::vector<word_token> parts = split_pipes(line);
+  return std::any_of(parts.begin() + 1, parts.end(), [&is_json](const word_token& part) {
+    const std::string_view text = trim(part.text);
+    return is_json(text.substr(0, text.find_first_of(" \t")));
+  });
+}
+
+std::optional<command_line> parse_command(std::string_view line, std::string& error, shell_mode mode) {
+  if (is_comment(line)) return command_line();
+  const std::vector<word_token> parts = split_pipes(line);
+  const std::vector<word_token> words = split_words(parts[0].text);
+  if (words.empty() && parts.size() == 1) return command_line();
+
+  reading_state state(mode);
+  command_line& parsed = state.line;
+  for (const word_token& word : words) {
+    if (takes_text(state.positions)) {
+      auto text = read_text_argument(trim(line.substr(word.start, parts[0].text.size() - word.start)), error);
+      if (!text) return std::nullopt;
+      parsed.free_text = std::move(*text);
+      state.positions = behind_text(state.positions);
+      break;
+    }
+    if (!read_word(state, word.text)) {
+      error = state.error;
+      return std::nullopt;
+    }
+    if (state.positions.front().range == range_end::none) continue;
+    if (!parsed.written_range.empty()) parsed.written_range += ' ';
+    parsed.written_range += word.text;
+  }
+  const auto complete = std::find_if(state.positions.begin(), state.positions.end(), is_complete);
+  if (complete == state.positions.end()) {
+    error = incomplete_command(state);
+    return std::nullopt;
+  }
+  parsed.what = complete->what;
+  parsed.number = complete->number;
+  parsed.is_no = !state.path.empty() && state.path.front() == "no";
+  parsed.text = join({state.path.begin() + static_cast<std::ptrdiff_t>(state.words_in_front), state.path.end()}, " ");
+  if (!parsed.written_range.empty()) {
+    if (const auto fault = parse_interface_range(parsed.written_range, parsed.spans)) {
+      error = fault->message + " of " + quoted(parsed.written_range) + ". A range looks like 'ethernet 1/1-4, 1/7'.";
+      return std::nullopt;
+    }
+  }
+  for (std::size_t i = 1; i < parts.size(); ++i) {
+    error = read_pipe(parts[i].text, parsed.pipes);
+    if (!error.empty()) return std::nullopt;
+  }
+  return std::move(parsed);
+}
+
+bool is_in_expression(std::string_view line, shell_mode mode) {
+  if (is_comment(line)) return true;
+  const std::vector<word_token> parts = split_pipes(line);
+  if (parts.size() == 1) return is_in_text(line, mode);
+  const std::vector<word_token> words = split_words(parts.back().text);
+  if (words.empty() || (words.size() == 1 && words[0].text.end() == parts.back().text.end())) return false;
+  const pipe_word* const word = find_pipe(words[0].text);
+  return word != nullptr && word->argument == pipe_argument::expression;
+}
+
+}  // namespace host

@@ -1,0 +1,21 @@
+// The parts of a line after "|".
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "shell/output/pipes.h"
+
+namespace host {
+
+// The pipe that a word names or abbreviates; null when it is none or more than one.
+const pipe_word* find_pipe(std::string_view written);
+
+// The error of a word that names none.
+std::string unknown_pipe(std::string_view written);
+
+// Reads the text after a "|". Returns the error, or an empty text.
+std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes);
+
+}  // namespace host

@@ -1,0 +1,29 @@
+// What may be typed at the end of a line.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "shell/grammar/syntax.h"
+#include "switch/interface_name.h"
+
+namespace host {
+
+struct suggestion {
+  std::string word;
+  std::string help;
+};
+
+// What may be typed at the end of a line, whose last word may be incomplete.
+struct suggestions {
+  std::size_t start = 0;  // where the word begins that they would replace
+  std::vector<suggestion> words;
+  std::vector<suggestion> hints;               // other than words: numbers, expressions, the end of the line
+  const interface_word* numbers_of = nullptr;  // a number of this word may be typed there
+  std::string error;                           // of the words before
+};
+suggestions suggest(std::string_view line, shell_mode mode = kExecMode);
+
+}  // namespace host
