@@ -59,6 +59,7 @@ void command_output::wire_chain(line_filters& filters) {
   if (settings_.to_terminal) progress_.emplace(settings_.descriptor);
   next = &gate_.emplace(settings_.is_cancelled, progress_ ? &*progress_ : nullptr, *next);
   next = &filter_.emplace(filters, *next);
+  if (filters.need_tables() && !settings_.structured) next = &table_.emplace(*next);
   if (settings_.structured)
     next = &record_.emplace(document_.emplace(settings_.shown, settings_.command),
                             settings_.shown.has_values || settings_.shown.repeats, *next);

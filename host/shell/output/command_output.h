@@ -18,6 +18,7 @@
 #include "shell/output/chain/page.h"
 #include "shell/output/chain/record.h"
 #include "shell/output/chain/sanitise.h"
+#include "shell/output/chain/table.h"
 #include "shell/output/chain/write.h"
 #include "shell/output/document/account.h"
 #include "shell/output/document/document.h"
@@ -126,6 +127,9 @@ class command_output {
   // Of the terminal that shows the output; 0: lines may have any width.
   std::size_t columns() const { return settings_.columns; }
 
+  // Whether pipes ask for the cells of lines.
+  bool needs_cells() const { return table_.has_value(); }
+
   // Whether values of the display mark alarms and warnings.
   bool has_marks() const { return settings_.shown.has_marks; }
 
@@ -154,6 +158,7 @@ class command_output {
   std::optional<paging_sink> page_;
   std::optional<gate_sink> gate_;
   std::optional<filtering_sink> filter_;
+  std::optional<table_sink> table_;
   std::optional<recording_sink> record_;
   std::optional<sanitising_sink> sanitise_;
   std::optional<marking_sink> mark_;

@@ -264,8 +264,9 @@ class watcher {
     line_filters filters;
     add_filters(filters);
     std::string lines;
-    if (filters.pass(document)) lines = document + "\n";
-    filters.finish([&lines](std::string_view it) { lines.append(it).append("\n"); });
+    const line_taker take = [&lines](const text_line& it) { lines.append(it.text).append("\n"); };
+    filters.take({document}, take);
+    filters.finish(take);
     return put(lines);
   }
 
@@ -275,6 +276,10 @@ class watcher {
     add_filters(filters);
     std::vector<std::string> shown = lines_of(run(filters));
     if (was_interrupted()) return 0;
+    if (result_ == kDone && !filters.fault().empty()) {
+      result_ = kUsage;
+      shown = {filters.fault()};
+    }
     if (is_refused()) {
       for (const std::string& line : shown) print_error(line);
       return 0;
