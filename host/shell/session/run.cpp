@@ -56,7 +56,7 @@ output_settings settings_for(const shell& session, const command_line& line) {
       session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(line, pipe_kind::no_more);
   settings.paged &= session.screen_lines != 0U;
   settings.lines = session.screen_lines.value_or(0);
-  settings.structured = has_stage(line, pipe_kind::json) || (line.every && !settings.to_terminal);
+  settings.structured = has_stage(line, pipe_kind::json);
   const char* const no_colour = std::getenv("NO_COLOR");
   settings.coloured = settings.to_terminal && terminal_can_page() && (no_colour == nullptr || no_colour[0] == '\0');
   return settings;
