@@ -1,7 +1,9 @@
 // The shell at a terminal, key by key.
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
+#include <fstream>
 
 #include "session/program.h"
 
@@ -51,7 +53,7 @@ TEST_F(AtThePrompt, TabCompletesTheNumbersOfInterfacesThatExist) {
 
 TEST_F(AtThePrompt, TabListsTheChoicesWhenThereIsMoreThanOne) {
   screen.type("show \t");
-  EXPECT_TRUE(screen.shows("interface       kernel-map\r\nmodule          panel ")) << screen.unread();
+  EXPECT_TRUE(screen.shows("history         interface\r\nkernel-map      module          panel ")) << screen.unread();
   EXPECT_TRUE(screen.shows("lab# show ")) << screen.unread();
 }
 
@@ -205,6 +207,91 @@ TEST_F(Keystrokes, HistoryIsKeptBetweenSessions) {
   ASSERT_TRUE(screen.shows_prompt());
   screen.type(std::string(kUp) + "\r");
   EXPECT_TRUE(screen.shows("Desk 2\r\n")) << screen.unread();
+}
+
+std::string history_path() { return state_directory() + "/pmsh/history"; }
+
+std::string text_of(const std::string& path) {
+  std::ifstream file(path);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void write_history(const std::string& text) {
+  std::filesystem::create_directories(state_directory() + "/pmsh");
+  std::ofstream(history_path()) << text;
+}
+
+TEST_F(Keystrokes, ShellsThatAreKilledLoseNoLine) {
+  terminal first({}), second({});
+  ASSERT_TRUE(first.shows_prompt() && second.shows_prompt());
+  first.type("show clock\r");
+  ASSERT_TRUE(first.shows_prompt());
+  second.type("show version\r");
+  ASSERT_TRUE(second.shows_prompt());
+  first.type("show clock | count\r");
+  ASSERT_TRUE(first.shows_prompt());
+  EXPECT_EQ(text_of(history_path()), "show clock\nshow version\nshow clock | count\n");
+  first.signal(SIGHUP);
+  second.signal(SIGTERM);
+  EXPECT_EQ(first.exit_code(), 128 + SIGHUP);
+  EXPECT_EQ(second.exit_code(), 128 + SIGTERM);
+  EXPECT_EQ(text_of(history_path()), "show clock\nshow version\nshow clock | count\n");
+}
+
+TEST_F(AtThePrompt, SignalThatEndsTheShellRestoresTheTerminal) {
+  EXPECT_FALSE(screen.is_cooked());
+  screen.signal(SIGTERM);
+  EXPECT_EQ(screen.exit_code(), 128 + SIGTERM);
+  EXPECT_TRUE(screen.is_cooked());
+}
+
+TEST_F(AtThePrompt, HistoryIsShownWithTheLineThatShowsIt) {
+  screen.type("show clock | count\r");
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("show clock | count\r");
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("show history\r");
+  EXPECT_TRUE(screen.shows("\r\n    1  show clock | count\r\n    2  show history\r\nlab# ")) << screen.unread();
+}
+
+TEST_F(Keystrokes, HistoryIsShownToPrograms) {
+  EXPECT_EQ(run_command("show history").out, "");
+  write_history("show clock\nshow interface | include a\\b\n");
+  EXPECT_EQ(run_command("show history").out, "    1  show clock\n    2  show interface | include a\\b\n");
+  const std::string document = run_command("show history | json").out;
+  EXPECT_NE(
+      document.find("\"commands\":[\n{\"command\":\"show clock\"},\n{\"command\":\"show interface | include a\\\\b\"}"),
+      std::string::npos)
+      << document;
+}
+
+TEST_F(Keystrokes, LongHistoryIsShortenedWhenAShellStarts) {
+  std::string lines;
+  for (int i = 1; i <= 2500; ++i) lines += "line " + std::to_string(i) + "\n";
+  write_history(lines);
+  terminal screen({});
+  ASSERT_TRUE(screen.shows_prompt());
+  EXPECT_EQ(text_of(history_path()), lines.substr(lines.find("line 1501\n")));
+}
+
+TEST_F(Keystrokes, HistoryInTheFormOfTheLineEditorIsRead) {
+  write_history("_HiStOrY_V2_\nshow\\040clock\\040|\\040include\\040a\\134d\n");
+  EXPECT_EQ(run_command("show history").out, "    1  show clock | include a\\d\n");
+  terminal screen({});
+  ASSERT_TRUE(screen.shows_prompt());
+  EXPECT_EQ(text_of(history_path()), "show clock | include a\\d\n");
+}
+
+TEST_F(Keystrokes, HistoryThatCannotBeWrittenIsReportedOnce) {
+  std::filesystem::create_directories(history_path());
+  terminal screen({});
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("show clock\r");
+  ASSERT_TRUE(screen.shows("pmsh: the history is not kept: ")) << screen.unread();
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("show version\r");
+  ASSERT_TRUE(screen.shows_prompt());
+  EXPECT_EQ(screen.seen().find("history"), std::string::npos) << screen.seen();
 }
 
 }  // namespace

@@ -197,6 +197,13 @@ void terminal::type(const std::string& keys) {
   if (write(screen_, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) std::abort();
 }
 
+void terminal::signal(int number) const { kill(child_, number); }
+
+bool terminal::is_cooked() const {
+  termios modes{};
+  return tcgetattr(screen_, &modes) == 0 && (modes.c_lflag & ICANON) != 0;
+}
+
 void terminal::resize(unsigned short rows, unsigned short columns) const {
   winsize size{};
   size.ws_row = rows;

@@ -69,6 +69,8 @@ class terminal {
   terminal& operator=(const terminal&) = delete;
 
   void type(const std::string& keys);
+  void signal(int number) const;
+  bool is_cooked() const;  // the terminal edits lines itself
   void resize(unsigned short rows, unsigned short columns) const;
 
   // Waits for the prompt, and until the shell reads key by key.

@@ -65,6 +65,7 @@ int delete_interfaces(const invocation& run);
 int set_ports(const invocation& run);
 int set_ports_of_host(const invocation& run);
 int undo(const invocation& run);
+int show_history(const invocation& run);
 int show_changes(const invocation& run);
 int leave_mode(const invocation& run);
 int leave_configuration(const invocation& run);

@@ -41,6 +41,7 @@ constexpr display kOverview = {kOverviewDisplay, {}, "overview", false, true};
 constexpr display kPanel = {kPanelDisplay, {}, "panel", true, true, "ports"};
 constexpr display kVersion = {kVersionDisplay, "version", "version"};
 constexpr display kClock = {kClockDisplay, "clock", "clock"};
+constexpr display kHistory = {kHistoryDisplay, {}, "history", false, false, "commands"};
 constexpr display kText = kSentences;
 constexpr display kKernelMap = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
 constexpr display kChanges = {kChangesDisplay, {}, "changes", false, false, "changes"};
@@ -123,6 +124,7 @@ constexpr command kGeneralCommands[] = {
     {"discard", "Forget the changes of the candidate", discard, kText, 0, kConfigureMode | kInterfaceMode},
     {"do COMMAND", "Run a command of the exec mode", nullptr, kText, 0, kConfigureMode | kInterfaceMode},
     {"show transport", "Messages between this shell and the services", show_transport, kTransport},
+    {"show history", "The last lines that were entered at the prompt", show_history, kHistory},
     {"show version", "Versions, the platform and the command library", show_version, kVersion},
     {"show clock", "The time of the shell's clock, in UTC", show_clock, kClock},
     {"terminal length LINES", "Stop after so many lines in this session; 0: never", set_screen_lines, kText},
@@ -199,6 +201,7 @@ constexpr word_help kWords[] = {
     {"forwarding", "The VLANs in which spanning tree lets them forward"},
     {"flowcontrol", "Flow control and pause frames"},
     {"help", "Show all commands"},
+    {"history", "Lines entered at the prompt"},
     {"host", "Ports to hosts"},
     {"ifindex", "Interface indexes"},
     {"ignore", "Leave a port up in spite of errors"},
