@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
 #include "session/program.h"
 
@@ -207,6 +209,49 @@ TEST_F(Keystrokes, HistoryIsKeptBetweenSessions) {
   ASSERT_TRUE(screen.shows_prompt());
   screen.type(std::string(kUp) + "\r");
   EXPECT_TRUE(screen.shows("Desk 2\r\n")) << screen.unread();
+}
+
+// A variable of the environment, while it lives.
+class variable {
+ public:
+  variable(const char* name, const std::string& value) : name_(name) {
+    if (const char* const old = std::getenv(name)) before_ = old;
+    setenv(name, value.c_str(), 1);
+  }
+  ~variable() { before_ ? setenv(name_, before_->c_str(), 1) : unsetenv(name_); }
+  variable(const variable&) = delete;
+  variable& operator=(const variable&) = delete;
+
+ private:
+  const char* name_;
+  std::optional<std::string> before_;
+};
+
+TEST_F(Keystrokes, TypedUtf8ArrivesInEveryLocale) {
+  for (const char* const locale : {"C.UTF-8", "C", "xx_XX.UTF-8", ""}) {
+    const variable all("LC_ALL", locale);
+    terminal screen({});
+    ASSERT_TRUE(screen.shows_prompt()) << locale;
+    screen.type("find \u00fcbung\u20ac\r");
+    EXPECT_TRUE(screen.shows("'\u00fcbung\u20ac'")) << locale << screen.unread();
+    ASSERT_TRUE(screen.shows_prompt()) << locale;
+    screen.type("find \u00e4\u00fc\x7f\x7fzzz\r");
+    EXPECT_TRUE(screen.shows("'zzz'")) << locale << ": a key deletes a character" << screen.unread();
+  }
+}
+
+TEST_F(Keystrokes, MissingLineEditorIsReportedOnce) {
+  std::filesystem::create_directories(state_directory());
+  std::ofstream(state_directory() + "/libedit.so.2").close();
+  const variable libraries("LD_LIBRARY_PATH", state_directory());
+  terminal screen({});
+  ASSERT_TRUE(
+      screen.shows("pmsh: lines cannot be edited: libedit.so.2 cannot be loaded. Install the package libedit2.\r\n"))
+      << screen.unread();
+  screen.type("show transport | count\rshow transport | include sent\rexit\r");
+  EXPECT_TRUE(screen.shows("\r\n5\r\n")) << screen.unread();
+  EXPECT_EQ(screen.exit_code(), 0);
+  EXPECT_EQ(screen.unread().find("libedit"), std::string::npos) << screen.unread();
 }
 
 std::string history_path() { return state_directory() + "/pmsh/history"; }

@@ -1,9 +1,11 @@
 // The interactive shell: line editing, history, help and completion by keys.
 #include <dlfcn.h>
 #include <histedit.h>
+#include <langinfo.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -172,6 +174,13 @@ void restore_terminal_at_end() {
   }
 }
 
+// Text at the prompt is UTF-8 also where the environment names no locale, or one that is not installed.
+void set_character_set() {
+  const char* const named = std::setlocale(LC_CTYPE, "");
+  const bool is_ascii = named == nullptr || std::string_view(nl_langinfo(CODESET)) == "ANSI_X3.4-1968";
+  if (is_ascii) std::setlocale(LC_CTYPE, "C.UTF-8");
+}
+
 void show_banner(const shell& session) {
   std::string name;
   append_printable(name, session.switch_name);
@@ -181,13 +190,20 @@ void show_banner(const shell& session) {
 }  // namespace
 
 int run_interactively(shell& session) {
-  if (!editor.edit.load()) return run_input(session);
+  set_character_set();
+  if (!editor.edit.load()) {
+    print_error("lines cannot be edited: libedit.so.2 cannot be loaded. Install the package libedit2.");
+    return run_input(session);
+  }
   std::signal(SIGINT, SIG_IGN);
   restore_terminal_at_end();
   editor.session = &session;
   line_history history;
   EditLine* const line = editor.edit.el_init("pmsh", stdin, stdout, stderr);
-  if (line == nullptr) return run_input(session);
+  if (line == nullptr) {
+    print_error("lines cannot be edited at this terminal.");
+    return run_input(session);
+  }
   editor.edit.el_set(line, EL_PROMPT, shown_prompt);
   editor.edit.el_set(line, EL_HIST, editor.edit.history, history.lines);
   bind_keys(line);
