@@ -1,6 +1,7 @@
 // The shell at a terminal, key by key.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -17,7 +18,27 @@ constexpr char kCtrlD[] = "\x04";
 constexpr char kUp[] = "\x1b[A";
 
 struct Keystrokes : testing::Test {
+  Keystrokes() {
+    unsetenv("PAGER");
+    unsetenv("LESS");
+  }
   ~Keystrokes() override { std::filesystem::remove_all(state_directory()); }
+};
+
+// A variable of the environment, while it lives.
+class variable {
+ public:
+  variable(const char* name, const std::string& value) : name_(name) {
+    if (const char* const old = std::getenv(name)) before_ = old;
+    setenv(name, value.c_str(), 1);
+  }
+  ~variable() { before_ ? setenv(name_, before_->c_str(), 1) : unsetenv(name_); }
+  variable(const variable&) = delete;
+  variable& operator=(const variable&) = delete;
+
+ private:
+  const char* name_;
+  std::optional<std::string> before_;
 };
 
 struct AtThePrompt : Keystrokes {
@@ -141,7 +162,10 @@ TEST_F(Keystrokes, CtrlCEndsAOneShotCommandWith130) {
   EXPECT_EQ(screen.unread().find("All commands"), std::string::npos) << screen.unread();
 }
 
-TEST_F(AtThePrompt, TallOutputStopsAtTheEndOfAScreen) {
+TEST_F(Keystrokes, TallOutputStopsAtTheEndOfAScreenWhereThereIsNoPager) {
+  const variable path("PATH", "/nowhere");
+  terminal screen({});
+  ASSERT_TRUE(screen.shows_prompt());
   screen.type("show interface\r");
   ASSERT_TRUE(screen.shows("--More--")) << screen.unread();
   screen.type(" ");
@@ -211,22 +235,6 @@ TEST_F(Keystrokes, HistoryIsKeptBetweenSessions) {
   EXPECT_TRUE(screen.shows("Desk 2\r\n")) << screen.unread();
 }
 
-// A variable of the environment, while it lives.
-class variable {
- public:
-  variable(const char* name, const std::string& value) : name_(name) {
-    if (const char* const old = std::getenv(name)) before_ = old;
-    setenv(name, value.c_str(), 1);
-  }
-  ~variable() { before_ ? setenv(name_, before_->c_str(), 1) : unsetenv(name_); }
-  variable(const variable&) = delete;
-  variable& operator=(const variable&) = delete;
-
- private:
-  const char* name_;
-  std::optional<std::string> before_;
-};
-
 TEST_F(Keystrokes, TypedUtf8ArrivesInEveryLocale) {
   for (const char* const locale : {"C.UTF-8", "C", "xx_XX.UTF-8", ""}) {
     const variable all("LC_ALL", locale);
@@ -254,12 +262,126 @@ TEST_F(Keystrokes, MissingLineEditorIsReportedOnce) {
   EXPECT_EQ(screen.unread().find("libedit"), std::string::npos) << screen.unread();
 }
 
-std::string history_path() { return state_directory() + "/pmsh/history"; }
-
 std::string text_of(const std::string& path) {
   std::ifstream file(path);
   return {std::istreambuf_iterator<char>(file), {}};
 }
+
+// A program that keeps the lines of its input and shows the first and their number until a key comes.
+std::string pager_script() {
+  const std::string file = state_directory() + "/pager";
+  std::filesystem::create_directories(state_directory());
+  std::ofstream(file) << "#!/bin/sh\ncat > " + state_directory() + "/paged\n" + "echo \"PAGER $(wc -l < " +
+                             state_directory() + "/paged) $1 key?\"\nread key < /dev/tty\n";
+  std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+  return file;
+}
+
+std::size_t count_lines(const std::string& text) {
+  return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+TEST_F(Keystrokes, PagerGetsWhatDoesNotFitAScreen) {
+  const variable pager("PAGER", pager_script() + " option");
+  terminal screen({});
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("show interface status\r");
+  ASSERT_TRUE(screen.shows_prompt());
+  EXPECT_FALSE(std::filesystem::exists(state_directory() + "/paged")) << "it fits";
+  screen.type("show interface\r");
+  ASSERT_TRUE(screen.shows(" option key?")) << screen.unread();
+  const std::string text = text_of(state_directory() + "/paged");
+  EXPECT_EQ(text, run_command("show interface").out);
+  EXPECT_NE(screen.seen().find("PAGER " + std::to_string(count_lines(text))), std::string::npos) << screen.seen();
+  screen.type("\r");
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("show transport | count\r");
+  EXPECT_TRUE(screen.shows("\r\n5\r\n")) << screen.unread();
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("show interface | no-more\r");
+  ASSERT_TRUE(screen.shows("Vethernet1 is up")) << screen.unread();
+  EXPECT_EQ(screen.seen().find("PAGER"), std::string::npos);
+}
+
+TEST_F(Keystrokes, PagerThatLeavesEndsTheOutputWithoutAnError) {
+  const variable pager("PAGER", "head -n 1");
+  terminal screen({"--giant", "512"}, "");
+  ASSERT_TRUE(screen.shows("# ")) << screen.unread();
+  screen.type("show interface\r");
+  ASSERT_TRUE(screen.shows("\x1b[J")) << screen.unread();
+  ASSERT_TRUE(screen.shows("# ")) << screen.unread();
+  EXPECT_EQ(screen.seen().find("pmsh:"), std::string::npos) << screen.seen();
+  screen.type("exit\r");
+  EXPECT_EQ(screen.exit_code(), 0);
+}
+
+TEST_F(Keystrokes, CtrlCIsForThePagerAndNotForTheShell) {
+  const variable pager("PAGER",
+                       "sh -c 'trap \"echo GOT; exit\" INT; cat > /dev/null; echo READY; while :; do sleep 0.1; done'");
+  terminal screen({});
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("show interface\r");
+  ASSERT_TRUE(screen.shows("READY\r\n")) << screen.unread();
+  screen.type(kCtrlC);
+  EXPECT_TRUE(screen.shows("GOT\r\n")) << screen.unread();
+  ASSERT_TRUE(screen.shows_prompt()) << screen.unread();
+  screen.type("exit\r");
+  EXPECT_EQ(screen.exit_code(), 0);
+}
+
+TEST_F(Keystrokes, EmptyPagerAndCatHaveNoPages) {
+  for (const char* const none : {"", " ", "cat"}) {
+    const variable pager("PAGER", none);
+    terminal screen({});
+    ASSERT_TRUE(screen.shows_prompt());
+    screen.type("show interface\r");
+    ASSERT_TRUE(screen.shows("Vethernet1 is up")) << screen.unread();
+    EXPECT_EQ(screen.seen().find("--More--"), std::string::npos);
+    EXPECT_TRUE(screen.shows_prompt());
+  }
+}
+
+TEST_F(Keystrokes, PagerThatCannotStartIsReportedAndTheShellStops) {
+  const variable pager("PAGER", "/no/such/pager -x");
+  terminal screen({});
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("show interface\r");
+  ASSERT_TRUE(screen.shows(
+      "pmsh: the pager '/no/such/pager -x' cannot be started: No such file or directory. Check $PAGER.\r\n"))
+      << screen.unread();
+  ASSERT_TRUE(screen.shows("--More--")) << screen.unread();
+  screen.type("q");
+  EXPECT_TRUE(screen.shows_prompt());
+}
+
+TEST_F(Keystrokes, LengthOfTheTerminalHasNoOtherPager) {
+  const variable pager("PAGER", pager_script());
+  terminal screen({});
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("terminal length 6\r");
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("show interface\r");
+  ASSERT_TRUE(screen.shows("--More--")) << screen.unread();
+  screen.type("q");
+  EXPECT_TRUE(screen.shows_prompt());
+}
+
+TEST_F(Keystrokes, LessIsThePagerWhereItIsInstalled) {
+  if (run_program("/bin/sh", {"-c", "command -v less"}).exit_code != 0) GTEST_SKIP() << "less is not installed";
+  terminal screen({});
+  ASSERT_TRUE(screen.shows_prompt());
+  screen.type("show interface\r");
+  ASSERT_TRUE(screen.shows("\x1b[J")) << screen.unread();
+  ASSERT_TRUE(screen.shows("\r\n:")) << screen.unread();
+  screen.type("G");
+  ASSERT_TRUE(screen.shows("Vethernet1 is up")) << screen.unread();
+  screen.type("q");
+  ASSERT_TRUE(screen.shows_prompt()) << screen.unread();
+  screen.type("exit\r");
+  EXPECT_EQ(screen.exit_code(), 0);
+}
+
+std::string history_path() { return state_directory() + "/pmsh/history"; }
 
 void write_history(const std::string& text) {
   std::filesystem::create_directories(state_directory() + "/pmsh");

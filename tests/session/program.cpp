@@ -173,7 +173,7 @@ int piped_shell::exit_code() {
 }
 
 terminal::terminal(std::vector<std::string> arguments, const std::string& switch_file) {
-  arguments.insert(arguments.begin(), {"--switch", switch_file});
+  if (!switch_file.empty()) arguments.insert(arguments.begin(), {"--switch", switch_file});
   std::vector<char*> pointers = argument_vector(PMSH_PROGRAM, arguments);
   winsize size{};
   size.ws_row = 24;

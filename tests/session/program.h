@@ -60,7 +60,7 @@ class piped_shell {
   std::string unread_;
 };
 
-// A shell at a pseudo-terminal of 24 rows and 80 columns.
+// A shell at a pseudo-terminal of 24 rows and 80 columns, on a switch file unless its name is empty.
 class terminal {
  public:
   explicit terminal(std::vector<std::string> arguments, const std::string& switch_file = test_file("lab.yaml"));

@@ -8,7 +8,9 @@
 #include <cstdio>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "shell/output/chain/colour.h"
 #include "shell/output/chain/filter.h"
@@ -36,6 +38,7 @@ struct output_settings {
   bool to_terminal = false;             // lines are shown as soon as they are complete
   bool paged = false;                   // stops at the end of each screen
   std::size_t lines = 0;                // of a screen; 0: as the terminal reports
+  std::string pager{};                  // program that shows what does not fit a screen; empty: none
   bool structured = false;              // as a document
   bool coloured = false;                // alarms and warnings of marked displays
   std::size_t columns = 0;              // of the terminal that shows it; 0: lines of any width
@@ -170,6 +173,7 @@ class command_output {
   bool failed_ = false;
   bool has_shown_interface_ = false;
   int exit_code_ = 0;
+  std::vector<std::string> late_complaints_;  // for after the pager
   bool is_finished_ = false;
 };
 

@@ -9,6 +9,7 @@
 #include "shell/commands/watch/watch.h"
 #include "shell/grammar/words.h"
 #include "shell/output/command_output.h"
+#include "shell/output/terminal/external_pager.h"
 #include "shell/output/terminal/pager.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/session/command_files.h"
@@ -56,6 +57,11 @@ output_settings settings_for(const shell& session, const command_line& line) {
       session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(line, pipe_kind::no_more);
   settings.paged &= session.screen_lines != 0U;
   settings.lines = session.screen_lines.value_or(0);
+  if (settings.paged && !session.screen_lines) {
+    const pager_choice pager = chosen_pager();
+    settings.paged = pager.has_pages;
+    settings.pager = pager.command;
+  }
   settings.structured = has_stage(line, pipe_kind::json);
   const char* const no_colour = std::getenv("NO_COLOR");
   settings.coloured = settings.to_terminal && terminal_can_page() && (no_colour == nullptr || no_colour[0] == '\0');
