@@ -194,7 +194,7 @@ step "rates of a watch: what the kernel counted between two readings, by the tim
 ip -n "$here" neigh replace 198.51.100.2 lladdr 02:00:00:00:00:02 dev left
 (for _ in $(seq 100); do ip netns exec "$here" bash -c 'echo >/dev/udp/198.51.100.2/9'; sleep 0.05; done) 2>/dev/null &
 traffic=$!
-watched=$(run -c "watch 1 show interface $left counters detailed" | head -3)
+watched=$(run -c "watch 1 show interface $left counters detailed | json" | head -3)
 kill "$traffic"
 # The documents name their time in whole seconds, so that the rates may be a second off.
 jq -es '. as [$a, $b, $c]

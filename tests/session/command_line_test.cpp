@@ -57,6 +57,7 @@ TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
             "  changes         What was changed in this session\n"
             "  clock           The clock of this shell\n"
             "  diff            What a commit of the candidate would change\n"
+            "  history         Lines entered at the prompt\n"
             "  interface       Interfaces: settings, state and traffic\n"
             "  kernel-map      Devices of the kernel\n"
             "  module          A module, or only its ports\n"

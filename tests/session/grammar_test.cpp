@@ -239,7 +239,8 @@ TEST(Grammar, MistakesAreNamedWithTheNextStep) {
       error_of("show interface ethernet 1/1,"),
       "a number is missing after 'show interface ethernet 1/1,'. Type 'show interface ethernet 1/1, ?' for the list.");
   EXPECT_EQ(error_of("show transport |"),
-            "nothing after '|': expected one of begin, count, exclude, include, json, no-more, save, section.");
+            "nothing after '|': expected one of begin, columns, count, exclude, include, json, no-more, rows, save, "
+            "section, sort.");
   EXPECT_EQ(error_of("show interface ethernet 1/1 1/2"),
             "unknown word '1/2'. Type 'show interface ethernet 1/1 ?' for the list.");
   EXPECT_EQ(error_of("show interface ethernet 1/1 brief 1/2"),

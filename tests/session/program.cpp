@@ -173,7 +173,7 @@ int piped_shell::exit_code() {
 }
 
 terminal::terminal(std::vector<std::string> arguments, const std::string& switch_file) {
-  arguments.insert(arguments.begin(), {"--switch", switch_file});
+  if (!switch_file.empty()) arguments.insert(arguments.begin(), {"--switch", switch_file});
   std::vector<char*> pointers = argument_vector(PMSH_PROGRAM, arguments);
   winsize size{};
   size.ws_row = 24;
@@ -195,6 +195,13 @@ terminal::~terminal() {
 
 void terminal::type(const std::string& keys) {
   if (write(screen_, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) std::abort();
+}
+
+void terminal::signal(int number) const { kill(child_, number); }
+
+bool terminal::is_cooked() const {
+  termios modes{};
+  return tcgetattr(screen_, &modes) == 0 && (modes.c_lflag & ICANON) != 0;
 }
 
 void terminal::resize(unsigned short rows, unsigned short columns) const {

@@ -60,7 +60,7 @@ class piped_shell {
   std::string unread_;
 };
 
-// A shell at a pseudo-terminal of 24 rows and 80 columns.
+// A shell at a pseudo-terminal of 24 rows and 80 columns, on a switch file unless its name is empty.
 class terminal {
  public:
   explicit terminal(std::vector<std::string> arguments, const std::string& switch_file = test_file("lab.yaml"));
@@ -69,6 +69,8 @@ class terminal {
   terminal& operator=(const terminal&) = delete;
 
   void type(const std::string& keys);
+  void signal(int number) const;
+  bool is_cooked() const;  // the terminal edits lines itself
   void resize(unsigned short rows, unsigned short columns) const;
 
   // Waits for the prompt, and until the shell reads key by key.

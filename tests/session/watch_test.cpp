@@ -36,7 +36,7 @@ outcome run(const std::string& command, std::vector<std::string> options = {}) {
 
 // 1000 packets of 1250 bytes come and 2000 of 1000 go in each second of this port.
 TEST(WatchInAPipe, WritesADocumentWithRatesOnALineForEachReading) {
-  piped_shell shell = running("watch 1 show interface ethernet 2/1 counters");
+  piped_shell shell = running("watch 1 show interface ethernet 2/1 counters | json");
   const rapidjson::Document first = parse(shell.line());
   EXPECT_STREQ(first["command"].GetString(), "show interface ethernet 2/1 counters");
   EXPECT_TRUE(first["interfaces"][0]["rates"].IsNull());
@@ -57,7 +57,7 @@ TEST(WatchInAPipe, WritesADocumentWithRatesOnALineForEachReading) {
 }
 
 TEST(WatchInAPipe, ClockThatStandsHasNoRates) {
-  piped_shell shell = standing("watch 1 show interface ethernet 2/1 counters");
+  piped_shell shell = standing("watch 1 show interface ethernet 2/1 counters | json");
   for (int i = 0; i < 2; ++i) {
     const rapidjson::Document reading = parse(shell.line());
     EXPECT_STREQ(reading["time"].GetString(), "2027-01-15T08:00:00Z");
@@ -68,16 +68,16 @@ TEST(WatchInAPipe, ClockThatStandsHasNoRates) {
 }
 
 // The commands of a commit that waits a second for its confirmation, and of a watch.
-std::vector<std::string> watched_commit() {
+std::vector<std::string> watched_commit(const std::string& pipe) {
   return {"-c", "configure candidate",
           "-c", "interface ethernet 2/1",
           "-c", "description new",
           "-c", "commit confirmed 1",
-          "-c", "watch 1 show running-config interface ethernet 2/1"};
+          "-c", "watch 1 show running-config interface ethernet 2/1" + pipe};
 }
 
 TEST(WatchOfACommit, RollsItBackWhenItsTimeIsOver) {
-  piped_shell shell(test_file("counters.yaml"), watched_commit());
+  piped_shell shell(test_file("counters.yaml"), watched_commit(" | json"));
   EXPECT_TRUE(shell.line().starts_with("Committed for "));
   bool is_rolled_back = false;
   for (int i = 0; i < 5 && !is_rolled_back; ++i) {
@@ -93,7 +93,7 @@ TEST(WatchOfACommit, RollsItBackWhenItsTimeIsOver) {
 TEST(WatchOfACandidate, ShowsTheChangesThatItHolds) {
   piped_shell shell(test_file("counters.yaml"),
                     {"--clock", kMoment, "-c", "configure candidate", "-c", "interface ethernet 2/1", "-c",
-                     "description new", "-c", "watch 1 show changes"});
+                     "description new", "-c", "watch 1 show changes | json"});
   const rapidjson::Document reading = parse(shell.line());
   ASSERT_EQ(reading["changes"].Size(), 1U);
   EXPECT_STREQ(reading["changes"][0]["command"].GetString(), "description new");
@@ -102,7 +102,7 @@ TEST(WatchOfACandidate, ShowsTheChangesThatItHolds) {
 }
 
 TEST(WatchOfACommit, DrawingsShowThatItWasRolledBack) {
-  terminal shell(watched_commit(), test_file("counters.yaml"));
+  terminal shell(watched_commit(""), test_file("counters.yaml"));
   for (int i = 0; i < 2; ++i) {
     ASSERT_TRUE(shell.shows("Every 1 s: ")) << shell.unread();
     ASSERT_TRUE(shell.shows("the commit was not confirmed in time: it was rolled back for ethernet 2/1."))
@@ -113,35 +113,35 @@ TEST(WatchOfACommit, DrawingsShowThatItWasRolledBack) {
 }
 
 TEST(WatchInAPipe, LinesOfTheDisplayBelongToItsRates) {
-  piped_shell shell = running("watch 1 show interface ethernet 2/1 detailed");
+  piped_shell shell = running("watch 1 show interface ethernet 2/1 detailed | json");
   ASSERT_NE(shell.line(), "");
   const rapidjson::Document reading = parse(shell.line());
   EXPECT_DOUBLE_EQ(reading["interfaces"][0]["rates"]["input_bytes_per_second"].GetDouble(), 1250000);
 }
 
 TEST(WatchInAPipe, DisplaysWithoutCountersHaveNoRates) {
-  piped_shell shell = running("watch 1 show interface ethernet 2/1 brief");
+  piped_shell shell = running("watch 1 show interface ethernet 2/1 brief | json");
   ASSERT_NE(shell.line(), "");
   const rapidjson::Document reading = parse(shell.line());
   EXPECT_TRUE(reading["interfaces"][0]["rates"].IsNull());
 }
 
 TEST(WatchInAPipe, DisplayOfTheProcessHasNoRecordsAndNoRates) {
-  piped_shell shell = standing("watch 1 show transport");
+  piped_shell shell = standing("watch 1 show transport | json");
   const rapidjson::Document reading = parse(shell.line());
   EXPECT_EQ(reading["transport"]["sent"].GetUint64(), 0U);
 }
 
 TEST(WatchInAPipe, UserWhoMayNotSeeCountersSeesNoRates) {
   piped_shell shell(test_file("counters.yaml"),
-                    {"--user", "guest", "-c", "watch 1 show interface ethernet 2/1 counters"});
+                    {"--user", "guest", "-c", "watch 1 show interface ethernet 2/1 counters | json"});
   ASSERT_NE(shell.line(), "");
   EXPECT_TRUE(parse(shell.line())["interfaces"][0]["rates"].IsNull());
 }
 
 TEST(WatchInAPipe, InterfaceWhoseDisplayFailedHasNoRates) {
   piped_shell shell(test_file("counters.yaml"),
-                    {"--provoke", "statistics=reject", "-c", "watch 1 show interface ethernet 2/1 counters"});
+                    {"--provoke", "statistics=reject", "-c", "watch 1 show interface ethernet 2/1 counters | json"});
   ASSERT_NE(shell.line(), "");
   const rapidjson::Document reading = parse(shell.line());
   EXPECT_TRUE(reading["interfaces"][0]["rates"].IsNull());
@@ -151,7 +151,7 @@ TEST(WatchInAPipe, InterfaceWhoseDisplayFailedHasNoRates) {
 // Each reading has its own failures, and no others.
 TEST(WatchInAPipe, EachReadingNamesTheServiceThatFails) {
   piped_shell shell(test_file("counters.yaml"),
-                    {"--provoke", "statistics=reject", "-c", "watch 1 show interface ethernet 2/1 counters"});
+                    {"--provoke", "statistics=reject", "-c", "watch 1 show interface ethernet 2/1 counters | json"});
   for (int i = 0; i < 2; ++i) {
     const rapidjson::Document reading = parse(shell.line());
     ASSERT_EQ(reading["messages"].Size(), 3U) << i;  // each of the two tables says so, too
@@ -162,21 +162,21 @@ TEST(WatchInAPipe, EachReadingNamesTheServiceThatFails) {
 }
 
 TEST(WatchInAPipe, EndsQuietlyWhenNobodyReadsAnyMore) {
-  piped_shell shell = running("watch 1 show interface brief");
+  piped_shell shell = running("watch 1 show interface brief | json");
   EXPECT_NE(shell.line(), "");
   shell.stop_reading();
   EXPECT_EQ(shell.exit_code(), 0);
 }
 
 TEST(WatchInAPipe, ReaderWhoLeavesIsNoticedBeforeTheNextReading) {
-  piped_shell shell = running("watch 86400 show interface brief");
+  piped_shell shell = running("watch 86400 show interface brief | json");
   EXPECT_NE(shell.line(), "");
   shell.stop_reading();
   EXPECT_EQ(shell.exit_code(), 0);
 }
 
 TEST(WatchInAPipe, CtrlCEndsALongPauseAndTheCommandsBehindItDoNotRun) {
-  piped_shell shell(test_file("counters.yaml"), {"-c", "watch 86400 show interface brief", "-c", "help"});
+  piped_shell shell(test_file("counters.yaml"), {"-c", "watch 86400 show interface brief | json", "-c", "help"});
   EXPECT_NE(shell.line(), "");
   shell.interrupt();
   EXPECT_EQ(shell.exit_code(), 130);
@@ -184,18 +184,18 @@ TEST(WatchInAPipe, CtrlCEndsALongPauseAndTheCommandsBehindItDoNotRun) {
 }
 
 TEST(WatchInAPipe, FiltersWorkOnTheLineOfEachReading) {
-  piped_shell counted = standing("watch 1 show interface brief | include Ethernet2/1 | count");
+  piped_shell counted = standing("watch 1 show interface brief | json | include Ethernet2/1 | count");
   EXPECT_EQ(counted.line(), "1");
   EXPECT_EQ(counted.line(), "1");
   piped_shell excluded = standing("watch 1 show interface brief | json | exclude Ethernet2/1 | count");
   EXPECT_EQ(excluded.line(), "0");
   EXPECT_EQ(excluded.line(), "0");
-  piped_shell included = standing("watch 1 show interface brief | include Ethernet2/1");
+  piped_shell included = standing("watch 1 show interface brief | json | include Ethernet2/1");
   EXPECT_TRUE(parse(included.line())["interfaces"].IsArray());
 }
 
 TEST(WatchInAPipe, CommandThatIsRefusedEndsTheWatch) {
-  const outcome missing = run("watch 1 show interface ethernet 9/9 counters");
+  const outcome missing = run("watch 1 show interface ethernet 9/9 counters | json");
   EXPECT_EQ(missing.exit_code, 4);
   const rapidjson::Document document = parse(missing.out);
   EXPECT_EQ(document["interfaces"].Size(), 0U);
@@ -210,6 +210,10 @@ TEST(WatchInAPipe, DisplayThatAppliesToNothingEndsTheWatch) {
         run_shell_on(test_file("tables.yaml"), {"-c", "watch 1 show interface ethernet 2/1 brief" + pipe});
     EXPECT_EQ(result.exit_code, 3);
     EXPECT_EQ(result.err, "pmsh: Ethernet2/1: 'show interface brief' does not apply to this kind of interface.\n");
+    if (pipe.empty()) {
+      EXPECT_EQ(result.out, "");
+      continue;
+    }
     const rapidjson::Document document = parse(result.out);
     EXPECT_EQ(document["interfaces"].Size(), 0U);
     EXPECT_EQ(document["messages"].Size(), 1U);
@@ -221,7 +225,7 @@ TEST(WatchInAPipe, DisplayThatAppliesToNothingEndsTheWatch) {
 TEST(WatchInAPipe, ErrorThatLastsIsPrintedOnce) {
   const std::string pmsh = std::string(PMSH_PROGRAM) + " --switch " + test_file("tables.yaml");
   const outcome result = run_program(
-      "/bin/sh", {"-c", pmsh + " -c 'watch 1 show interface ethernet 2/1, ethernet 1/1 brief' | head -n 2"});
+      "/bin/sh", {"-c", pmsh + " -c 'watch 1 show interface ethernet 2/1, ethernet 1/1 brief | json' | head -n 2"});
   EXPECT_EQ(result.err, "pmsh: Ethernet2/1: 'show interface brief' does not apply to this kind of interface.\n");
   const std::size_t end = result.out.find('\n');
   ASSERT_NE(end, std::string::npos);
@@ -237,8 +241,7 @@ TEST(WatchInAPipe, MistakeOfALineThatAsksForDocumentsIsOneDocument) {
   for (const char* const line :
        {"watch | json", "watch 0 show transport | json", "watch 1 show nothing | json", "watch 1 clear counters | json",
         "watch 1 | json", "watch 1 show interface | json | jsn", "watch 1 show interface | count | json",
-        "watch 1 show interface | json | include (", "watch 1 show interface | include (",
-        "watch 1 show interface ethernet 1/4-1 brief | json"}) {
+        "watch 1 show interface | json | include (", "watch 1 show interface ethernet 1/4-1 brief | json"}) {
     const outcome result = run(line);
     EXPECT_EQ(result.exit_code, 1) << line;
     const rapidjson::Document document = parse(result.out);
@@ -257,6 +260,34 @@ TEST(WatchInAPipe, MistakesAreUsageErrors) {
     EXPECT_EQ(result.out, "") << line;
     EXPECT_EQ(result.err.find("pmsh: "), 0U) << line;
   }
+}
+
+// Every reading begins with a line of its own and ends with an empty one.
+TEST(WatchInAPipe, WritesTextUnlessJsonIsRequested) {
+  piped_shell shell(test_file("counters.yaml"),
+                    {"--clock", kMoment, "-c", "watch 1 show interface ethernet 2/1 counters | columns Port,InOctets"});
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_TRUE(shell.line().starts_with("Every 1 s: show interface ethernet 2/1 counters   counters   ")) << i;
+    EXPECT_EQ(shell.line(), "");
+    const std::string rule = shell.line();
+    EXPECT_EQ(rule, std::string(rule.size(), '-'));
+    EXPECT_TRUE(shell.line().starts_with("Port    ")) << i;
+    EXPECT_EQ(shell.line(), rule);
+    EXPECT_TRUE(shell.line().starts_with("Eth2/1  ")) << i;
+    EXPECT_EQ(shell.line(), "");
+    EXPECT_TRUE(shell.line().starts_with("Interface                 In bytes/s")) << i;
+    EXPECT_TRUE(shell.line().starts_with("Ethernet2/1 ")) << i;
+    EXPECT_EQ(shell.line(), "");
+  }
+  shell.interrupt();
+  EXPECT_EQ(shell.exit_code(), 130);
+}
+
+TEST(WatchInAPipe, PipesThatDoNotApplyEndTheWatch) {
+  const outcome result = run("watch 1 show interface ethernet 2/1 counters | sort Colour");
+  EXPECT_EQ(result.out, "");
+  EXPECT_TRUE(result.err.starts_with("pmsh: unknown column 'Colour'. The columns are Port, InOctets, ")) << result.err;
+  EXPECT_EQ(result.exit_code, 1);
 }
 
 struct WatchAtATerminal : testing::Test {

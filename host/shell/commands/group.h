@@ -25,5 +25,6 @@ struct command_group {
 extern const command_group kInterfaceCommands, kOverviewCommands, kCounterCommands, kTrunkCommands,
     kTransceiverCommands, kModuleCommands, kPanelCommands, kKernelMapCommands, kWatchCommands, kClearCommands,
     kClockCommands, kConfigurationCommands, kModeCommands, kChosenInterfaceCommands, kUndoCommands, kChangesCommands,
-    kCandidateCommands, kTransportCommands, kVersionCommands, kTerminalCommands, kHelpCommands, kSettingGroup;
+    kCandidateCommands, kTransportCommands, kVersionCommands, kHistoryCommands, kTerminalCommands, kHelpCommands,
+    kSettingGroup;
 }  // namespace host

@@ -14,8 +14,8 @@ constexpr const command_group* kGroups[] = {
     &kInterfaceCommands, &kOverviewCommands,      &kCounterCommands,   &kTrunkCommands,           &kTransceiverCommands,
     &kModuleCommands,    &kPanelCommands,         &kKernelMapCommands, &kWatchCommands,           &kClearCommands,
     &kClockCommands,     &kConfigurationCommands, &kModeCommands,      &kChosenInterfaceCommands, &kUndoCommands,
-    &kChangesCommands,   &kCandidateCommands,     &kTransportCommands, &kVersionCommands,         &kTerminalCommands,
-    &kHelpCommands,      &kSettingGroup,
+    &kChangesCommands,   &kCandidateCommands,     &kTransportCommands, &kVersionCommands,         &kHistoryCommands,
+    &kTerminalCommands,  &kHelpCommands,          &kSettingGroup,
 };
 
 // The help of words that several groups have.

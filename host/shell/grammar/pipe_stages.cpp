@@ -61,12 +61,16 @@ std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
   if (word->argument == pipe_argument::file) return read_save(rest, pipes);
   if (word->argument == pipe_argument::expression && rest.empty())
     return "'| " + name + "' needs an expression, such as '| " + name + " up'.";
+  const bool is_columns = word->argument == pipe_argument::columns;
+  if ((is_columns || word->argument == pipe_argument::column) && rest.empty())
+    return "'| " + name + "' needs " + (is_columns ? "columns" : "a column") + ", such as '| " + name +
+           (is_columns ? " Port,Status'." : " Port'.");
   if (word->argument == pipe_argument::none && !rest.empty())
     return "unexpected " + quoted(rest) + " after '| " + name + "'.";
   const bool has_filter =
       std::any_of(pipes.begin(), pipes.end(), [](const pipe_stage& known) { return is_filter(known.kind); });
   if (word->kind == pipe_kind::json && has_filter) return "'| json' must be the first '|' of the command.";
-  pipes.push_back({word->kind, std::string(unquote(rest))});
+  pipes.push_back({word->kind, std::string(is_columns ? rest : unquote(rest))});
   return {};
 }
 

@@ -121,6 +121,10 @@ suggestions suggest_pipe(const word_token& part) {
     found.hints.push_back({"FILE", "Name of a file"});
   else if (word->argument == pipe_argument::expression)
     found.hints.push_back({"EXPRESSION", "A regular expression; in quotes when it contains '|'"});
+  else if (word->argument == pipe_argument::column)
+    found.hints.push_back({"COLUMN", "Title of a column, or its beginning"});
+  else if (word->argument == pipe_argument::columns)
+    found.hints.push_back({"COLUMN,COLUMN", "Titles of columns, or their beginnings"});
   else
     found.hints.push_back({"<Enter>", "Run the command"});
   return found;

@@ -1,4 +1,4 @@
-// Lines of commands, cut into words and pipes.
+// What lines of commands are made of: pipes, comments, texts.
 #pragma once
 
 #include <cstddef>
@@ -7,24 +7,12 @@
 #include <string_view>
 #include <vector>
 
+#include "base/tokens.h"
+
 namespace host {
 
-struct word_token {
-  std::string_view text;
-  std::size_t start;  // in the line
-};
-
-// The words between blanks.
-std::vector<word_token> split_words(std::string_view text, std::size_t start = 0);
-
 // The parts of a line between "|"; one in quotes does not count.
-std::vector<word_token> split_pipes(std::string_view line);
-
-// The last quote of a text that has no end; npos: each has one.
-std::size_t find_open_quote(std::string_view text);
-
-// Without the quotes around the whole.
-std::string_view unquote(std::string_view text);
+inline std::vector<word_token> split_pipes(std::string_view line) { return split_outside_quotes(line, '|'); }
 
 // Whether a line is a comment: it begins with "!" or "#".
 bool is_comment(std::string_view line);

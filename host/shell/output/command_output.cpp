@@ -55,9 +55,14 @@ void command_output::wire_chain(line_filters& filters) {
   line_sink* next = &write_;
   if (settings_.coloured && has_marks()) next = &colour_.emplace(*next);
   if (settings_.paged) next = &page_.emplace(settings_.descriptor, settings_.lines, *next);
+  if (page_ && !settings_.pager.empty())
+    page_->use(settings_.pager, write_, [this] {
+      if (progress_) progress_->silence();
+    });
   if (settings_.to_terminal) progress_.emplace(settings_.descriptor);
   next = &gate_.emplace(settings_.is_cancelled, progress_ ? &*progress_ : nullptr, *next);
   next = &filter_.emplace(filters, *next);
+  if (filters.need_tables() && !settings_.structured) next = &table_.emplace(*next);
   if (settings_.structured)
     next = &record_.emplace(document_.emplace(settings_.shown, settings_.command),
                             settings_.shown.has_values || settings_.shown.repeats, *next);
@@ -79,6 +84,7 @@ int command_output::finish() {
   if (record_) record_->set_exit_code(exit_code_);
   gather_->end();
   progress_.reset();
+  for (const std::string& text : late_complaints_) print_error(text);
   return write_.error();
 }
 
@@ -112,6 +118,7 @@ void command_output::complain(std::string_view text, std::string_view interface_
 }
 
 void command_output::print_complaint(std::string_view text) {
+  if (page_ && page_->is_in_program() && !is_finished_) return void(late_complaints_.emplace_back(text));
   flush();
   if (settings_.on_error) return settings_.on_error(text);
   if (!settings_.sinks_errors || document_) return print_error(text);

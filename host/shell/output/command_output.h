@@ -8,7 +8,9 @@
 #include <cstdio>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "shell/output/chain/colour.h"
 #include "shell/output/chain/filter.h"
@@ -18,6 +20,7 @@
 #include "shell/output/chain/page.h"
 #include "shell/output/chain/record.h"
 #include "shell/output/chain/sanitise.h"
+#include "shell/output/chain/table.h"
 #include "shell/output/chain/write.h"
 #include "shell/output/document/account.h"
 #include "shell/output/document/document.h"
@@ -35,6 +38,7 @@ struct output_settings {
   bool to_terminal = false;             // lines are shown as soon as they are complete
   bool paged = false;                   // stops at the end of each screen
   std::size_t lines = 0;                // of a screen; 0: as the terminal reports
+  std::string pager{};                  // program that shows what does not fit a screen; empty: none
   bool structured = false;              // as a document
   bool coloured = false;                // alarms and warnings of marked displays
   std::size_t columns = 0;              // of the terminal that shows it; 0: lines of any width
@@ -129,6 +133,9 @@ class command_output {
   // Of the terminal that shows the output; 0: lines may have any width.
   std::size_t columns() const { return settings_.columns; }
 
+  // Whether pipes ask for the cells of lines.
+  bool needs_cells() const { return table_.has_value(); }
+
   // Whether values of the display mark alarms and warnings.
   bool has_marks() const { return settings_.shown.has_marks; }
 
@@ -157,6 +164,7 @@ class command_output {
   std::optional<paging_sink> page_;
   std::optional<gate_sink> gate_;
   std::optional<filtering_sink> filter_;
+  std::optional<table_sink> table_;
   std::optional<recording_sink> record_;
   std::optional<sanitising_sink> sanitise_;
   std::optional<marking_sink> mark_;
@@ -168,6 +176,7 @@ class command_output {
   bool failed_ = false;
   bool has_shown_interface_ = false;
   int exit_code_ = 0;
+  std::vector<std::string> late_complaints_;  // for after the pager
   bool is_finished_ = false;
   void (*at_end_)() = nullptr;
 };

@@ -9,17 +9,14 @@
 #include <vector>
 
 #include "platform/types.h"
-
-namespace re2 {
-class RE2;
-}
+#include "shell/output/chain/line.h"
 
 namespace host {
 
-enum class pipe_kind : uint8 { include, exclude, begin, section, count, json, no_more, save };
+enum class pipe_kind : uint8 { include, exclude, begin, section, count, json, no_more, save, columns, sort, rows };
 
 // What follows the word of a pipe, up to the next "|" or the end.
-enum class pipe_argument : uint8 { none, expression, file };
+enum class pipe_argument : uint8 { none, expression, file, column, columns };
 
 struct pipe_word {
   pipe_kind kind;
@@ -30,29 +27,46 @@ struct pipe_word {
 
 inline constexpr pipe_word kPipeWords[] = {
     {pipe_kind::begin, "begin", pipe_argument::expression, "Lines from the first that matches the expression"},
-    {pipe_kind::count, "count", pipe_argument::none, "Only the number of lines"},
+    {pipe_kind::columns, "columns", pipe_argument::columns, "Only some columns of tables"},
+    {pipe_kind::count, "count", pipe_argument::none, "Only the number of rows or lines"},
     {pipe_kind::exclude, "exclude", pipe_argument::expression, "Lines that do not match the expression"},
     {pipe_kind::include, "include", pipe_argument::expression, "Lines that match the expression"},
     {pipe_kind::json, "json", pipe_argument::none, "One JSON document instead of text"},
     {pipe_kind::no_more, "no-more", pipe_argument::none, "Without stops at the end of a screen"},
+    {pipe_kind::rows, "rows", pipe_argument::expression, "Rows of tables that match, with the headers"},
     {pipe_kind::save, "save", pipe_argument::file, "Write the output to a file"},
     {pipe_kind::section, "section", pipe_argument::expression, "Matching lines with the indented lines below them"},
+    {pipe_kind::sort, "sort", pipe_argument::column, "Rows of tables in the order of a column"},
 };
 
 // How the argument of a pipe is written in a syntax, with a blank before it.
 constexpr std::string_view syntax_of(pipe_argument argument) {
-  return argument == pipe_argument::none ? "" : argument == pipe_argument::file ? " FILE" : " EXPRESSION";
+  switch (argument) {
+    case pipe_argument::none: return "";
+    case pipe_argument::expression: return " EXPRESSION";
+    case pipe_argument::file: return " FILE";
+    case pipe_argument::column: return " COLUMN";
+    case pipe_argument::columns: return " COLUMN[,COLUMN...]";
+  }
+  return "";
 }
 
 struct pipe_stage {
   pipe_kind kind;
-  std::string argument;  // an expression or the name of a file
+  std::string argument;  // an expression, the name of a file, names of columns
 };
 
 // Whether a stage chooses or counts lines. The others work on the output as a whole, wherever they are written.
 constexpr bool is_filter(pipe_kind kind) {
   return kind != pipe_kind::json && kind != pipe_kind::no_more && kind != pipe_kind::save;
 }
+
+// Whether a stage works on the columns and rows of tables.
+constexpr bool is_for_tables(pipe_kind kind) {
+  return kind == pipe_kind::columns || kind == pipe_kind::sort || kind == pipe_kind::rows;
+}
+
+using line_taker = std::function<void(const text_line&)>;
 
 // The running chain.
 class line_filters {
@@ -67,16 +81,25 @@ class line_filters {
 
   bool empty() const { return stages_.empty(); }
 
-  // True when a line comes out at the end of the chain.
-  bool pass(std::string_view line) { return pass_from(0, line); }
+  // Whether a stage asks which lines are parts of tables (chain/table.h).
+  bool need_tables() const { return need_tables_; }
+
+  // Hands the line on when it comes out at the end of the chain. True when it does, or is kept to come out later.
+  bool take(const text_line& it, const line_taker& emit);
 
   // Ends the chain: hands on the lines that stages held back.
-  void finish(const std::function<void(std::string_view)>& emit);
+  void finish(const line_taker& emit);
+
+  // After finish(): one line that says why a stage does not apply to the output; empty when all do.
+  const std::string& fault() const { return fault_; }
+
+  class stage;
+  class link;
 
  private:
-  struct stage;
-  bool pass_from(std::size_t first, std::string_view line);
-  std::vector<stage> stages_;
+  std::vector<std::unique_ptr<stage>> stages_;
+  bool need_tables_ = false;
+  std::string fault_;
 };
 
 }  // namespace host

@@ -104,6 +104,7 @@ void print_cell(command_output& output, const placeholder& cell, const cmd_tuple
     if (output.has_marks()) mark = severity_of_mark(*tuple);
   }
   fit_cell(line, start, cell);
+  if (output.needs_cells()) gathered.add_cell({start, line.size(), tuple == nullptr ? 0 : tuple->id});
   if (mark) add_mark(gathered, start, *mark);
 }
 

@@ -4,9 +4,6 @@
 #include <string>
 #include <utility>
 
-#include "shell/commands/configure/own_connection.h"
-#include "shell/commands/configure/setting_differences.h"
-#include "shell/commands/configure/setting_outcome.h"
 #include "shell/grammar/range_text.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"

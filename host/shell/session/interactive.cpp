@@ -3,17 +3,24 @@
 
 #include <dlfcn.h>
 #include <histedit.h>
-#include <sys/stat.h>
+#include <langinfo.h>
+#include <termios.h>
+#include <unistd.h>
 
+#include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
+#include <utility>
 
 #include "base/text.h"
 #include "shell/grammar/parser.h"
+#include "shell/output/terminal/print_error.h"
 #include "shell/output/terminal/printable.h"
 #include "shell/session/completion.h"
+#include "shell/session/history.h"
 #include "shell/session/modes.h"
 #include "shell/session/run.h"
 #include "shell/session/state_directory.h"
@@ -59,8 +66,6 @@ struct {
   bool line_abandoned = false;
 } editor;
 
-enum { HISTORY_LINES = 1000 };
-
 char* shown_prompt(EditLine*) {
   editor.prompt = prompt_of(*editor.session);
   return editor.prompt.data();
@@ -102,31 +107,39 @@ unsigned char abandon_line(EditLine*, wint_t) {
   return CC_NEWLINE;
 }
 
+// The lines that the keys recall: those of the file when the shell starts, then its own.
 struct line_history {
-  line_history() : lines(editor.edit.history_init()), path(state_file("history")) {
+  line_history() : lines(editor.edit.history_init()), path(history_file()) {
     HistEvent event;
-    editor.edit.history(lines, &event, H_SETSIZE, HISTORY_LINES);
+    editor.edit.history(lines, &event, H_SETSIZE, int{kHistoryLines});
     editor.edit.history(lines, &event, H_SETUNIQUE, 1);
-    if (!path.empty()) editor.edit.history(lines, &event, H_LOAD, path.c_str());
-  }
-  ~line_history() {
-    HistEvent event;
-    if (!path.empty()) {
-      make_directories_of(path);
-      editor.edit.history(lines, &event, H_SAVE, path.c_str());
+    if (path.empty()) return;
+    shorten_history(path);
+    for (const std::string& line : read_history(path)) {
+      last = line;
+      editor.edit.history(lines, &event, H_ENTER, (line + "\n").c_str());
     }
-    editor.edit.history_end(lines);
   }
+  ~line_history() { editor.edit.history_end(lines); }
   line_history(const line_history&) = delete;
   line_history& operator=(const line_history&) = delete;
 
+  // Also in the file, at once: a shell that is killed loses no line.
   void add(const char* line) {
     HistEvent event;
     editor.edit.history(lines, &event, H_ENTER, line);
+    std::string text(trim(line));
+    if (text == last || path.empty()) return;
+    last = std::move(text);
+    const int error = append_to_history(path, last);
+    if (error == 0 || std::exchange(has_reported, true)) return;
+    print_error("the history is not kept: " + path + ": " + std::strerror(error) + ".");
   }
 
   History* lines;
   std::string path;
+  std::string last;
+  bool has_reported = false;
 };
 
 void bind_keys(EditLine* line) {
@@ -143,6 +156,36 @@ void bind_keys(EditLine* line) {
   set(line, EL_SETTY, "-d", "-isig", nullptr);  // Ctrl-C is a key while a line is edited
 }
 
+// The terminal as the shell found it.
+termios terminal_before{};
+
+// A shell that is killed while it reads keys leaves a terminal that edits lines itself.
+void restore_terminal_and_end(int number) {
+  std::signal(SIGTTOU, SIG_IGN);  // in the background, too
+  tcsetattr(STDIN_FILENO, TCSANOW, &terminal_before);
+  std::signal(number, SIG_DFL);
+  std::raise(number);
+}
+
+void restore_terminal_at_end() {
+  if (tcgetattr(STDIN_FILENO, &terminal_before) != 0) return;
+  for (const int number : {SIGHUP, SIGTERM}) {
+    struct sigaction action {};
+    sigaction(number, nullptr, &action);
+    if (action.sa_handler == SIG_IGN) continue;
+    action.sa_handler = restore_terminal_and_end;
+    action.sa_flags = static_cast<int>(SA_NODEFER | SA_RESETHAND);
+    sigaction(number, &action, nullptr);
+  }
+}
+
+// Text at the prompt is UTF-8 also where the environment names no locale, or one that is not installed.
+void set_character_set() {
+  const char* const named = std::setlocale(LC_CTYPE, "");
+  const bool is_ascii = named == nullptr || std::string_view(nl_langinfo(CODESET)) == "ANSI_X3.4-1968";
+  if (is_ascii) std::setlocale(LC_CTYPE, "C.UTF-8");
+}
+
 void show_banner(const shell& session) {
   std::string name;
   append_printable(name, session.switch_name);
@@ -152,12 +195,20 @@ void show_banner(const shell& session) {
 }  // namespace
 
 int run_interactively(shell& session) {
-  if (!editor.edit.load()) return run_input(session);
+  set_character_set();
+  if (!editor.edit.load()) {
+    print_error("lines cannot be edited: libedit.so.2 cannot be loaded. Install the package libedit2.");
+    return run_input(session);
+  }
   std::signal(SIGINT, SIG_IGN);
+  restore_terminal_at_end();
   editor.session = &session;
   line_history history;
   EditLine* const line = editor.edit.el_init("pmsh", stdin, stdout, stderr);
-  if (line == nullptr) return run_input(session);
+  if (line == nullptr) {
+    print_error("lines cannot be edited at this terminal.");
+    return run_input(session);
+  }
   editor.edit.el_set(line, EL_PROMPT, shown_prompt);
   editor.edit.el_set(line, EL_HIST, editor.edit.history, history.lines);
   bind_keys(line);

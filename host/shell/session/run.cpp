@@ -2,15 +2,16 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
 #include "base/files.h"
 #include "base/text.h"
-#include "shell/commands/watch/watch.h"
 #include "shell/grammar/parser.h"
 #include "shell/grammar/words.h"
 #include "shell/output/command_output.h"
+#include "shell/output/terminal/external_pager.h"
 #include "shell/output/terminal/pager.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/session/command_files.h"
@@ -58,7 +59,12 @@ output_settings settings_for(const shell& session, const command_line& line) {
       session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(line, pipe_kind::no_more);
   settings.paged &= session.screen_lines != 0U;
   settings.lines = session.screen_lines.value_or(0);
-  settings.structured = has_stage(line, pipe_kind::json) || (line.every && !settings.to_terminal);
+  if (settings.paged && !session.screen_lines) {
+    const pager_choice pager = chosen_pager();
+    settings.paged = pager.has_pages;
+    settings.pager = pager.command;
+  }
+  settings.structured = has_stage(line, pipe_kind::json);
   const char* const no_colour = std::getenv("NO_COLOR");
   settings.coloured = settings.to_terminal && terminal_can_page() && (no_colour == nullptr || no_colour[0] == '\0');
   return settings;
@@ -81,7 +87,11 @@ int show_text(const shell& session, std::string_view text) {
 }
 
 // Makes the filters of a line that was read. Returns an error, or an empty text when the line can run.
-std::string check_line(const shell& session, const command_line& line, line_filters& filters) {
+std::string check_line(const shell& session, const command_line& line, bool is_structured, line_filters& filters) {
+  const auto for_tables = std::find_if(line.pipes.begin(), line.pipes.end(),
+                                       [](const pipe_stage& stage) { return is_for_tables(stage.kind); });
+  if (is_structured && for_tables != line.pipes.end())
+    return "'| columns', '| sort' and '| rows' work on tables, not on JSON. Remove them or '| json'.";
   for (const pipe_stage& stage : line.pipes) {
     if (const auto fault = filters.add(stage))
       return "bad expression '" + stage.argument + "': " + *fault + ". Quote it, and put '\\' before special signs.";
@@ -95,7 +105,8 @@ int run_command(shell& session, const command_line& line, std::string_view writt
   output_settings settings = settings_for(session, line);
   const auto refuse = [&](std::string_view error) { return refuse_line(session, written, error, settings.structured); };
   line_filters filters;
-  if (const std::string fault = check_line(session, line, filters); !fault.empty()) return refuse(fault);
+  if (const std::string fault = check_line(session, line, settings.structured, filters); !fault.empty())
+    return refuse(fault);
   if (line.before != nullptr) return line.before->run_other(session, line, settings);
   the_source().refresh(the_machine());
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
@@ -118,6 +129,7 @@ int run_command(shell& session, const command_line& line, std::string_view writt
     write_error = output.finish();
   }
   if (was_interrupted()) return kInterrupted;
+  if (result == kDone && !filters.fault().empty()) return refuse(filters.fault());
   if (save != nullptr) {
     const std::string fault = write_fault(save->argument, write_file(save->argument, saved));
     if (!fault.empty()) return refuse(fault);

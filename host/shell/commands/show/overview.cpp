@@ -187,6 +187,7 @@ void add_interface(command_output& output, if_index_t if_index, overview& made) 
 void print_table(command_output& output, overview& made) {
   if (!fits(kFitted, made.rows, output.columns()))
     for (std::size_t i = 0; i < made.rows.size(); ++i) made.rows[i].front() = short_name(made.interfaces[i]);
+  output.line().set_title();
   for (const std::string& line : fitted_lines(kFitted, made.rows, output.columns())) {
     if (output.is_discarding()) return;
     output.text(line + "\n");

@@ -206,7 +206,7 @@ class watcher {
     refreshed_sec_ = clock_now_exactly();
     traffic_.begin_reading();
     ++readings_;
-    return usual_.structured ? show_document() : show_screen();
+    return usual_.structured ? show_document() : is_drawn() ? show_screen() : show_text();
   }
 
   // How the command went.
@@ -221,9 +221,11 @@ class watcher {
   }
 
  private:
+  bool is_drawn() const { return usual_.to_terminal && !usual_.structured; }
+
   // A drawing would replace what standard error says of a rollback at once: it is part of all that follow.
   void check_commit() {
-    if (usual_.structured) return check_confirmation(session_);
+    if (!is_drawn()) return check_confirmation(session_);
     const error_sink_scope errors([this](std::string_view error) { rollback_.emplace_back(error); });
     check_confirmation(session_);
   }
@@ -235,15 +237,20 @@ class watcher {
     if (usual_.to_terminal) settings.columns = size_of(STDOUT_FILENO).columns;
     settings.to_terminal = false;
     settings.paged = false;
-    settings.sinks_errors = true;
-    if (usual_.structured) settings.on_error = [this](std::string_view error) { report(error); };
+    settings.sinks_errors = is_drawn();
+    if (!is_drawn()) settings.on_error = [this](std::string_view error) { report(error); };
     settings.sink = [&text](std::string_view part) { text += part; };
     settings.traffic = &traffic_;
     {
       command_output output(settings, filters);
       result_ = output.report_failures(run_handler({line_, session_, output}));
       output.set_exit_code(result_);
+      output.finish();
       has_shown_interface_ = output.has_shown_interface();
+    }
+    if (result_ == kDone && !filters.fault().empty()) {
+      result_ = kUsage;
+      is_drawn() ? void(text = filters.fault()) : report(filters.fault());
     }
     reported_before_ = std::exchange(reported_, {});
     return text;
@@ -265,9 +272,22 @@ class watcher {
     line_filters filters;
     add_filters(filters);
     std::string lines;
-    if (filters.pass(document)) lines = document + "\n";
-    filters.finish([&lines](std::string_view it) { lines.append(it).append("\n"); });
+    const line_taker take = [&lines](const text_line& it) { lines.append(it.text).append("\n"); };
+    filters.take({document}, take);
+    filters.finish(take);
     return put(lines);
+  }
+
+  // A reading ends with an empty line.
+  int show_text() {
+    line_filters filters;
+    add_filters(filters);
+    std::string shown = run(filters);
+    if (was_interrupted()) return 0;
+    if (is_refused()) return put(shown);
+    shown.insert(0, first_line(std::string::npos) + "\n");
+    for (const std::string& line : rate_lines(traffic_.rows())) shown.append(line).append("\n");
+    return put(shown + "\n");
   }
 
   // A command that is refused at the first reading reports as it does without a watch; later its error is drawn.
@@ -282,14 +302,15 @@ class watcher {
     }
     shown.insert(shown.begin(), rollback_.begin(), rollback_.end());
     const screen_size size = size_of(STDOUT_FILENO);
-    return put(std::string(begin_of_drawing()) + drawing(first_line(size), shown, rate_lines(traffic_.rows()), size));
+    return put(std::string(begin_of_drawing()) +
+               drawing(first_line(size.columns), shown, rate_lines(traffic_.rows()), size));
   }
 
-  std::string first_line(screen_size size) const {
+  std::string first_line(std::size_t columns) const {
     std::string text;
     append_printable(text, "Every " + std::to_string(*line_.every) + " s: " + line_.text + "   " +
                                session_.switch_name + "   " + time_of_day());
-    return std::string(first_characters(text, size.columns));
+    return std::string(first_characters(text, columns));
   }
 
   void add_filters(line_filters& filters) const {
@@ -369,7 +390,7 @@ int watch(shell& session, const command_line& line, const output_settings& usual
     if (running.is_refused()) return running.result();
     if (!readings.wait()) return kDone;
   }
-  if (!usual.structured) put("\n");
+  if (usual.to_terminal && !usual.structured) put("\n");
   return kInterrupted;
 }
 

@@ -12,9 +12,11 @@ class filtering_sink : public line_link {
   filtering_sink(line_filters& filters, line_sink& next) : line_link(next), filters_(filters) {}
 
   void take(const text_line& it) override {
-    if (!filters_.empty() && !filters_.pass(it.text)) return;
+    if (filters_.empty())
+      next().take(it);
+    else if (!filters_.take(it, [this](const text_line& line) { next().take(line); }))
+      return;
     has_passed_ = true;
-    next().take(it);
   }
 
   // Pipes work on whole lines.
@@ -22,11 +24,11 @@ class filtering_sink : public line_link {
 
   // Lines that pipes held back, such as a count, come now.
   void end() override {
-    filters_.finish([this](std::string_view text) { next().take({text}); });
+    filters_.finish([this](const text_line& line) { next().take(line); });
     line_link::end();
   }
 
-  // Whether a line passed since the last call of forget().
+  // Whether a line passed, or is kept by a pipe, since the last call of forget().
   bool has_passed() const { return has_passed_; }
   void forget() { has_passed_ = false; }
 

@@ -31,6 +31,8 @@ void line_gatherer::end_line() {
   next_.take(made());
   text_.clear();
   marks_.clear();
+  cells_.clear();
+  is_title_ = false;
   is_bound_ = false;
   is_of_channel_ = false;
   has_failed_ = false;
@@ -41,6 +43,7 @@ void line_gatherer::flush() {
   if (!text_.empty() && next_.take_part(made())) {
     text_.clear();
     marks_.clear();
+    cells_.clear();
   }
   next_.flush();
 }

@@ -28,6 +28,8 @@ class line_gatherer {
   void set_of_channel() { is_of_channel_ = true; }
   void set_failed() { has_failed_ = true; }
   void add_mark(const line_mark& mark) { marks_.add(mark); }
+  void add_cell(const line_cell& cell) { cells_.add(cell); }
+  void set_title() { is_title_ = true; }  // of the columns of a table without rules
   void set_short_names() { has_short_names_ = true; }
   bool has_short_names() const { return has_short_names_; }  // interfaces in it are named in short
 
@@ -38,12 +40,17 @@ class line_gatherer {
   void end();
 
  private:
-  text_line made() const { return {text_, marks_, is_bound_, is_of_channel_, has_failed_}; }
+  text_line made() const {
+    const line_role role = is_title_ ? line_role::title : line_role::other;
+    return {text_, marks_, is_bound_, is_of_channel_, has_failed_, cells_, role};
+  }
   void break_long_line();
 
   line_sink& next_;
   std::string text_;
   line_marks marks_;
+  line_cells cells_;
+  bool is_title_ = false;
   bool is_bound_ = false;
   bool is_of_channel_ = false;
   bool has_failed_ = false;

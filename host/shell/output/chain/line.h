@@ -4,7 +4,9 @@
 #include <array>
 #include <cstddef>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/types.h"
 
@@ -22,27 +24,56 @@ struct line_mark {
   bool operator==(const line_mark&) const = default;
 };
 
-// The marks of a line, in order. Further ones are left out.
-class line_marks {
+// Bytes of a line that a placeholder of the channel printed, with their padding.
+struct line_cell {
+  std::size_t begin;
+  std::size_t end;
+  uint32 id;  // of its tuple; 0: none
+};
+
+// Parts of a line, in order. Further ones are left out.
+template <typename Part>
+class line_parts {
  public:
-  void add(const line_mark& mark) {
-    if (count_ < marks_.size()) marks_[count_++] = mark;
+  void add(const Part& part) {
+    if (count_ < parts_.size()) parts_[count_++] = part;
   }
   void clear() { count_ = 0; }
-  operator std::span<const line_mark>() const { return std::span(marks_).first(count_); }
+  operator std::span<const Part>() const { return std::span(parts_).first(count_); }
 
  private:
-  std::array<line_mark, 64> marks_;
+  std::array<Part, 64> parts_;
   std::size_t count_ = 0;
 };
 
-// `text` and `marks` belong to the sender, until the call returns.
+using line_marks = line_parts<line_mark>;
+using line_cells = line_parts<line_cell>;
+
+// A table of a display.
+struct line_table {
+  std::vector<std::string> columns;  // their titles
+};
+
+enum class line_role : uint8 {
+  other,
+  rule,   // of a header
+  title,  // of the columns
+  row,
+  continuation,  // further lines of a row
+};
+
+// `text` and what lies below it belong to the sender, until the call returns; `table` lives until the output ends.
 struct text_line {
   std::string_view text;  // without its newline
   std::span<const line_mark> marks = {};
   bool is_bound = false;       // the document has a value of it
   bool is_of_channel = false;  // the line, or its last part, was printed on the channel
   bool has_failed = false;     // it reports a failure
+
+  std::span<const line_cell> cells = {};  // only while pipes work on tables
+  line_role role = line_role::other;
+  const line_table* table = nullptr;         // that it is a part of
+  std::span<const std::string> values = {};  // of a row, one for each column
 };
 
 }  // namespace host

@@ -20,6 +20,7 @@ text_line sanitising_sink::safe(const text_line& it) {
   }
   append_to(it.text.size());
   text_line made = it;
+  if (text_ != it.text) made.cells = {};  // they lie elsewhere now
   made.text = text_;
   made.marks = marks_;
   return made;

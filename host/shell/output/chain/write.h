@@ -26,10 +26,18 @@ class writing_sink : public line_sink {
   void flush() override { writer_.flush(); }
   void end() override { writer_.flush(); }
 
+  // Writes to another descriptor until it returns to its own.
+  void redirect(int descriptor) {
+    terminal_ = writer_.descriptor();
+    writer_.redirect(descriptor);
+  }
+  void return_to_terminal() { writer_.redirect(terminal_); }
+
   int error() const { return writer_.error(); }  // an errno; 0: none
 
  private:
   block_writer writer_;
+  int terminal_ = -1;
   bool at_once_;
 };
 

@@ -605,7 +605,7 @@ constexpr binding kBindings[] = {
 
     // A command of the configuration, and its interface.
     {kTagCommandInterface, row_of(property::interface), kRunningConfigDisplay},
-    {kTagCommand, kRowCommand, kRunningConfigDisplay | kStartupConfigDisplay},
+    {kTagCommand, kRowCommand, kRunningConfigDisplay | kStartupConfigDisplay | kHistoryDisplay},
     {kTagCommandRange, kRowInterfaceRange, kStartupConfigDisplay},
 
     // A change of this session, by interface.

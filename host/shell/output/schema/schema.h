@@ -91,7 +91,8 @@ enum display_bit : uint64 {
   kDiffDisplay = uint64{1} << 34,
   kVersionDisplay = uint64{1} << 35,
   kClockDisplay = uint64{1} << 36,
-  kLastDisplay = kClockDisplay,
+  kHistoryDisplay = uint64{1} << 37,
+  kLastDisplay = kHistoryDisplay,
 };
 
 struct field {

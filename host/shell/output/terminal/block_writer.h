@@ -31,6 +31,13 @@ class block_writer {
 
   int descriptor() const { return descriptor_; }
 
+  // Writes to another descriptor from now on; what failed at the one before is forgotten.
+  void redirect(int descriptor) {
+    flush();
+    descriptor_ = descriptor;
+    error_ = 0;
+  }
+
  private:
   static constexpr std::size_t kBlockBytes = 32 * 1024;
 

@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "shell/output/terminal/printable.h"
 
@@ -48,12 +49,22 @@ int read_key(int terminal) {
   return size == 1 ? key : -1;
 }
 
+std::size_t pager::rows_of(std::string_view line) const {
+  const std::size_t columns = size_of(terminal_).columns;
+  return std::max<std::size_t>(1, (count_characters(line) + columns - 1) / columns);
+}
+
+std::size_t pager::rows_of_screen() const { return lines_ != 0 ? lines_ : size_of(terminal_).rows; }
+
 bool pager::make_room(std::string_view line) {
-  const screen_size size = size_of(terminal_);
-  const std::size_t rows = std::max<std::size_t>(1, (count_characters(line) + size.columns - 1) / size.columns);
-  if (rows_used_ > 0 && rows_used_ + rows >= (lines_ != 0 ? lines_ : size.rows) && !ask()) return false;
-  rows_used_ += rows;
+  if (!has_room(line) && !ask()) return false;
+  rows_used_ += rows_of(line);
   return true;
+}
+
+void pager::erase() {
+  if (rows_used_ > 0) put(terminal_, "\x1b[" + std::to_string(rows_used_) + "A\r\x1b[J");
+  rows_used_ = 0;
 }
 
 // Blank shows the next screen, Return the next line, q ends the output.

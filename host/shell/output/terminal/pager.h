@@ -23,10 +23,20 @@ class pager {
   // `lines` of a screen; 0: as the terminal reports.
   explicit pager(int terminal, std::size_t lines = 0) : terminal_(terminal), lines_(lines) {}
 
+  // Whether a line fits below those before it.
+  bool has_room(std::string_view line) const {
+    return rows_used_ == 0 || rows_used_ + rows_of(line) < rows_of_screen();
+  }
+
+  // Erases what is on the screen of the lines so far, which all had room.
+  void erase();
+
   // To be called before each line. Asks at the end of a screen; false when the user ends the output.
   bool make_room(std::string_view line);
 
  private:
+  std::size_t rows_of(std::string_view line) const;
+  std::size_t rows_of_screen() const;
   bool ask();
 
   int terminal_;

@@ -48,7 +48,8 @@ void progress_line::work() {
   std::unique_lock lock(mutex_);
   for (clock::time_point next = start_ + kPatience; !changed_.wait_until(lock, next, [this] { return is_done_; });) {
     const clock::time_point now = clock::now();
-    if (now < last_shown_ + kPatience) {
+    if (is_silent_ || now < last_shown_ + kPatience) {
+      if (is_silent_) last_shown_ = now;
       next = last_shown_ + kPatience;
       continue;
     }

@@ -30,6 +30,9 @@ class progress_line {
     std::unique_lock<std::mutex> lock_;
   };
 
+  // Shows nothing any more: the terminal belongs to another program. To be called during a pause.
+  void silence() { is_silent_ = true; }
+
  private:
   using clock = std::chrono::steady_clock;
 
@@ -44,6 +47,7 @@ class progress_line {
   clock::time_point last_shown_ = start_;  // of anything else
   bool is_visible_ = false;
   bool is_done_ = false;
+  bool is_silent_ = false;
   std::thread worker_;
 };
 

@@ -1,0 +1,27 @@
+// Texts cut into words and parts, with quotes respected.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+struct word_token {
+  std::string_view text;
+  std::size_t start;  // in the line
+};
+
+// The words between blanks.
+std::vector<word_token> split_words(std::string_view text, std::size_t start = 0);
+
+// The parts of a line between separators; one in quotes does not count.
+std::vector<word_token> split_outside_quotes(std::string_view line, char separator);
+
+// The last quote of a text that has no end; npos: each has one.
+std::size_t find_open_quote(std::string_view text);
+
+// Without the quotes around the whole.
+std::string_view unquote(std::string_view text);
+
+}  // namespace host

@@ -1,0 +1,46 @@
+// "show history": the lines that users entered at the prompt.
+#include "shell/session/history.h"
+
+#include <cstdio>
+
+#include "shell/commands/group.h"
+#include "shell/output/command_output.h"
+#include "shell/output/rendering.h"
+
+namespace host {
+namespace {
+
+int show_history(const invocation& run) {
+  std::size_t number = 0;
+  for (const std::string& line : read_history(history_file())) {
+    if (run.output.is_discarding()) break;
+    char counted[24];
+    std::snprintf(counted, sizeof counted, "%5zu  ", ++number);
+    if (!run.output.is_structured()) {
+      run.output.text(counted + line + "\n");
+      continue;
+    }
+    run.output.begin_interface({});
+    run.output.bind({uint32{CMD_TYPE_STRING} << 24 | kTagCommand, line.c_str()});
+    run.output.end_interface();
+  }
+  return kDone;
+}
+
+constexpr display kHistoryShown = {kHistoryDisplay, {}, "history", false, false, "commands"};
+
+// clang-format off
+constexpr command kCommands[] = {
+    {"show history", "The last lines that were entered at the prompt", show_history, kHistoryShown},
+};
+// clang-format on
+
+constexpr word_help kWords[] = {
+    {"history", "Lines entered at the prompt"},
+};
+
+}  // namespace
+
+constexpr command_group kHistoryCommands = {kCommands, kWords};
+
+}  // namespace host
