@@ -162,7 +162,7 @@ int32 pm_parse_get_port_info_range(const mts_msg_ref_t* message, uint32* num_por
   return 0;
 }
 
-// The kinds of interface are told by the indexes, so that the mask says nothing new.
+// The indexes name the kinds of interface, so that the mask adds nothing.
 uint32 pm_cli_config_sub_interface(mts_q_handle_t q, uint32 create, interface_mask_t, const intf_range_t* ranges,
                                    uint32 timeout) {
   return configure_interfaces({q, MTS_SAP_PORT_MANAGER, PM_OPC_SUB_INTERFACES, static_cast<int32>(timeout)}, create,

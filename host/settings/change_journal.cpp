@@ -24,7 +24,7 @@ std::size_t num_ports(const change_step& step) {
 }
 
 // Leaves out of the last step what is as it was, and then the step when nothing is left.
-void settle_last_step(const machine& of) {
+void drop_empty_step(const machine& of) {
   if (journal.steps.empty()) return;
   change_step& last = journal.steps.back();
   std::erase_if(last.before, [&](const auto& it) { return !is_changed(of, it.first, it.second); });
@@ -89,7 +89,7 @@ std::vector<if_index_t> change_step::ports() const {
 void swap_journal(change_journal& other) { std::swap(journal, other); }
 
 void begin_changes(std::string_view command) {
-  settle_last_step(the_machine());
+  drop_empty_step(the_machine());
   forget_oldest_steps();
   change_step& step = journal.steps.emplace_back();
   step.command = command;
@@ -106,7 +106,7 @@ void note_created(if_index_t if_index) { running_step().created.push_back(if_ind
 void note_deleted(interface port) { running_step().deleted.push_back(std::move(port)); }
 
 const std::deque<change_step>& change_steps(const machine& of) {
-  settle_last_step(of);
+  drop_empty_step(of);
   return journal.steps;
 }
 
@@ -129,7 +129,7 @@ changes_made take_change_back(machine& of) {
   delete_created(step, of, made);
   create_deleted(step, of, made);
   restore_settings(step, of, made);
-  settle_last_step(of);
+  drop_empty_step(of);
   std::sort(made.applied.begin(), made.applied.end());
   std::sort(made.refused.begin(), made.refused.end(),
             [](const auto& one, const auto& other) { return one.if_index < other.if_index; });

@@ -15,7 +15,7 @@ namespace host {
 
 enum class number_form : uint8 { kSlotPort, kNumber };
 
-// A word that names interfaces. Which of its kinds a number means is told by the interfaces that exist.
+// A word that names interfaces. The interfaces that exist decide which of its kinds a number means.
 struct interface_word {
   std::string_view word;  // lower case
   uint8 shortest;         // characters that an abbreviation needs

@@ -26,9 +26,9 @@ device_counters counters(uint64 bytes, uint64 packets) {
 }
 
 // A word for each counter that not every device has.
-std::string words_of_told(const std::string& word) {
+std::string words_of_driver(const std::string& word) {
   std::string words;
-  for (std::size_t i = 0; i < kToldCounters; ++i) words += word;
+  for (std::size_t i = 0; i < kDriverCounters; ++i) words += word;
   return words;
 }
 
@@ -69,8 +69,8 @@ TEST_F(Baselines, AnotherProcessTakesTheSameOff) {
 
 TEST_F(Baselines, WhatADriverTellsIsKeptToo) {
   counter_baseline baseline{kMac, 5, counters(100, 4)};
-  baseline.told[kToldSymbolErrors] = 0;
-  baseline.told[kToldSentBySize + 7] = 18'446'744'073'709'551'615U;
+  baseline.reported[kDriverSymbolErrors] = 0;
+  baseline.reported[kDriverSentBySize + 7] = 18'446'744'073'709'551'615U;
   counter_baselines mine;
   mine.keep_in(path_);
   mine.put(7, baseline);
@@ -78,9 +78,9 @@ TEST_F(Baselines, WhatADriverTellsIsKeptToo) {
   const counter_baselines other = read_again();
   const counter_baseline* const found = other.find(7, kMac, counters(100, 4));
   ASSERT_NE(found, nullptr);
-  EXPECT_EQ(found->told[kToldSymbolErrors], 0U);
-  EXPECT_EQ(found->told[kToldFcsErrors], std::nullopt);
-  EXPECT_EQ(found->told[kToldSentBySize + 7], 18'446'744'073'709'551'615U);
+  EXPECT_EQ(found->reported[kDriverSymbolErrors], 0U);
+  EXPECT_EQ(found->reported[kDriverFcsErrors], std::nullopt);
+  EXPECT_EQ(found->reported[kDriverSentBySize + 7], 18'446'744'073'709'551'615U);
 }
 
 TEST_F(Baselines, ADeviceThatWasMadeAnewHasNone) {
@@ -138,9 +138,9 @@ TEST_F(Baselines, DamagedLinesAreLeftOut) {
     EXPECT_EQ(read_again().find(7, kMac, counters(100, 4)), nullptr) << length;
   }
   const std::string zeros = " 5 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0";
-  std::ofstream(path_) << head << "7 02000000ab07" << zeros << words_of_told(" 1x") << "\n";
+  std::ofstream(path_) << head << "7 02000000ab07" << zeros << words_of_driver(" 1x") << "\n";
   EXPECT_EQ(read_again().find(7, kMac, counters(100, 4)), nullptr);
-  std::ofstream(path_) << head << "7 02zz0000ab07" << zeros << words_of_told(" -") << "\n\nnonsense\n"
+  std::ofstream(path_) << head << "7 02zz0000ab07" << zeros << words_of_driver(" -") << "\n\nnonsense\n"
                        << whole.substr(head.size());
   EXPECT_NE(read_again().find(7, kMac, counters(100, 4)), nullptr);
 }

@@ -840,7 +840,7 @@ TEST_F(KernelRecording, CountersThatAreClearedCountFromThereOn) {
 
 // ---- A kernel in trouble --------------------------------------------------------------------------------------------
 
-// What the dumps of a command told, by a value of each.
+// What the dumps of a command reported, by a value of each.
 void expect_whole(const machine& made) {
   EXPECT_EQ(made.interfaces.size(), 12U);
   const interface* const trunk = made.find(port_of(kSwp3));
@@ -932,15 +932,15 @@ TEST_F(KernelRecording, AKernelWithoutEthtoolIsAskedForSpeedsByIoctl) {
   copper.duplex = DUPLEX_FULL;
   copper.autoneg = AUTONEG_ENABLE;
   ethtool_cmd_speed_set(&copper, 1000);
-  kernel_.tell_by_ioctl("swp1", copper);
+  kernel_.answer_by_ioctl("swp1", copper);
   ethtool_cmd without_link = copper;
   without_link.duplex = DUPLEX_UNKNOWN;
   ethtool_cmd_speed_set(&without_link, 0xFFFFFFFF);
-  kernel_.tell_by_ioctl("swp2", without_link);
+  kernel_.answer_by_ioctl("swp2", without_link);
   ethtool_pauseparam pause{};
   pause.cmd = ETHTOOL_GPAUSEPARAM;
   pause.rx_pause = 1;
-  kernel_.tell_by_ioctl("swp1", pause);
+  kernel_.answer_by_ioctl("swp1", pause);
   read();
   EXPECT_EQ(device(kSwp1).oper_speed_mbps, 1000U);
   EXPECT_EQ(device(kSwp1).settings.admin_speed_mbps, 0U);
@@ -957,9 +957,9 @@ TEST_F(KernelRecording, TheModelOfAPortIsItsDriver) {
   ethtool_drvinfo driver{};
   driver.cmd = ETHTOOL_GDRVINFO;
   std::strcpy(driver.driver, "fastnic");
-  kernel_.tell_by_ioctl("swp1", driver);
+  kernel_.answer_by_ioctl("swp1", driver);
   std::memset(driver.driver, 'x', sizeof driver.driver);  // without an end
-  kernel_.tell_by_ioctl("swp3", driver);
+  kernel_.answer_by_ioctl("swp3", driver);
   read();
   EXPECT_STREQ(reinterpret_cast<const char*>(capability_of(kSwp1).model), "fastnic");
   capability_of(kSwp3);
@@ -1036,11 +1036,11 @@ TEST(KernelMessages, OfEthtoolCutAtEachByteKeepWhatIsWhole) {
       std::vector<kernel_link> links(1);
       links[0].number = kSwp1;
       link_faults faults;
-      std::map<uint32, told_counters> counted;
+      std::map<uint32, driver_counters> counted;
       decode_link_modes(head, links);
       decode_pause(head, links);
       decode_link_fault(head, faults);
-      decode_told_counters(head, counted);
+      decode_driver_counters(head, counted);
       EXPECT_LE(decode_module_page(head, kSwp1).size(), kModulePageBytes);
       EXPECT_LE(faults.size(), 1U);
       EXPECT_TRUE(links[0].supported.none() || links[0].supported == (link_modes(2) | link_modes(1) << 92)) << length;

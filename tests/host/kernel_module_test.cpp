@@ -134,19 +134,19 @@ TEST(KernelModule, ValuesOfAnExternalCalibrationAreCalibrated) {
   put_word(page, 100, 1500);
   put_word(page, 102, 9980);
   put_word(page, 104, 2000);
-  const optical_diagnostics told = module_of(pages).diagnostics;
-  EXPECT_EQ(told.calibration, 2U);
-  EXPECT_EQ(told.temperature_mc, 31'000);
-  EXPECT_EQ(told.voltage_uv, 3'300'000U);
-  EXPECT_EQ(told.bias_ua, 6'000U);
-  EXPECT_EQ(told.tx_uw, 500U);
-  EXPECT_EQ(told.rx_uw, 400U);
-  EXPECT_EQ(told.temperature_limits_mc[1], -6'500) << "1.5 x -5 + 1 C";
-  EXPECT_EQ(told.constants.temperature_slope, 0x180U);
-  EXPECT_EQ(told.constants.temperature_offset, 256U);
-  EXPECT_EQ(told.constants.bias_slope, 0x200U);
-  EXPECT_EQ(told.constants.tx_offset, 10U);
-  EXPECT_EQ(told.constants.rx, (std::array<uint32, 5>{0, 0, 0, 2, 1}));
+  const optical_diagnostics reported = module_of(pages).diagnostics;
+  EXPECT_EQ(reported.calibration, 2U);
+  EXPECT_EQ(reported.temperature_mc, 31'000);
+  EXPECT_EQ(reported.voltage_uv, 3'300'000U);
+  EXPECT_EQ(reported.bias_ua, 6'000U);
+  EXPECT_EQ(reported.tx_uw, 500U);
+  EXPECT_EQ(reported.rx_uw, 400U);
+  EXPECT_EQ(reported.temperature_limits_mc[1], -6'500) << "1.5 x -5 + 1 C";
+  EXPECT_EQ(reported.constants.temperature_slope, 0x180U);
+  EXPECT_EQ(reported.constants.temperature_offset, 256U);
+  EXPECT_EQ(reported.constants.bias_slope, 0x200U);
+  EXPECT_EQ(reported.constants.tx_offset, 10U);
+  EXPECT_EQ(reported.constants.rx, (std::array<uint32, 5>{0, 0, 0, 2, 1}));
 }
 
 TEST(KernelModule, CalibrationsThatAreNoNumbersAreSafe) {
@@ -155,10 +155,10 @@ TEST(KernelModule, CalibrationsThatAreNoNumbersAreSafe) {
     module_pages pages = sfp_pages();
     pages[kFirst][92] = 0x58;
     for (std::size_t at = 56; at < 96; at += 2) put_word(pages[kSecond], at, bits);
-    const optical_diagnostics told = module_of(pages).diagnostics;
-    EXPECT_LE(told.rx_uw, 6'554U);
-    EXPECT_LE(told.tx_uw, 6'554U);
-    EXPECT_LE(told.temperature_mc, 128'000);
+    const optical_diagnostics reported = module_of(pages).diagnostics;
+    EXPECT_LE(reported.rx_uw, 6'554U);
+    EXPECT_LE(reported.tx_uw, 6'554U);
+    EXPECT_LE(reported.temperature_mc, 128'000);
   }
 }
 

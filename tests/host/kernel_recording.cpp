@@ -155,24 +155,24 @@ recorded_message recorded(netlink_request message) {
 
 question recorded_kernel::ethtool(uint8 command) { return {NETLINK_GENERIC, kEthtoolFamily, command}; }
 
-recorded_kernel::recorded_kernel() : before_(the_kernel_gate()) {
+recorded_kernel::recorded_kernel() : before_(the_kernel_io()) {
   the_recording = this;
-  the_kernel_gate() = {open, answer_ioctl};
+  the_kernel_io() = {open, answer_ioctl};
   answer({NETLINK_GENERIC, GENL_ID_CTRL, CTRL_CMD_GETFAMILY}, [this](const nlmsghdr&) {
     return has_ethtool ? recorded_answer{0, {recorded(family_message())}} : recorded_answer{ENOENT};
   });
 }
 
 recorded_kernel::~recorded_kernel() {
-  the_kernel_gate() = before_;
+  the_kernel_io() = before_;
   the_recording = nullptr;
 }
 
 void recorded_kernel::tell(const question& asked, netlink_request message) {
-  known_[asked].told.messages.push_back(recorded(std::move(message)));
+  known_[asked].answer.messages.push_back(recorded(std::move(message)));
 }
 
-void recorded_kernel::refuse(const question& asked, int error) { known_[asked].told.error = error; }
+void recorded_kernel::refuse(const question& asked, int error) { known_[asked].answer.error = error; }
 
 void recorded_kernel::answer(const question& asked, std::function<recorded_answer(const nlmsghdr&)> by) {
   known_[asked].by = std::move(by);
@@ -190,7 +190,7 @@ uint32 recorded_kernel::times_asked(const question& asked) const {
 recorded_answer recorded_kernel::answer_to(const question& asked, const nlmsghdr& request) {
   const known& what = known_[asked];
   if (what.by) return what.by(request);
-  if (what.told.error != 0 || !what.told.messages.empty()) return what.told;
+  if (what.answer.error != 0 || !what.answer.messages.empty()) return what.answer;
   return {(request.nlmsg_flags & NLM_F_DUMP) == NLM_F_DUMP ? 0 : EOPNOTSUPP};
 }
 
@@ -200,9 +200,9 @@ int recorded_kernel::answer_ioctl(const std::string& device, void* command) {
   ++the_recording->ioctls_;
   uint32 asked = 0;
   std::memcpy(&asked, command, sizeof asked);
-  if (const auto told = the_recording->told_by_ioctl_.find({device, asked});
-      told != the_recording->told_by_ioctl_.end()) {
-    std::memcpy(command, told->second.data(), told->second.size());
+  if (const auto recorded = the_recording->read_by_ioctl_.find({device, asked});
+      recorded != the_recording->read_by_ioctl_.end()) {
+    std::memcpy(command, recorded->second.data(), recorded->second.size());
     return 0;
   }
   const auto found = the_recording->modules_.find(device);

@@ -53,8 +53,8 @@ class recorded_kernel {
   recorded_kernel(const recorded_kernel&) = delete;
   recorded_kernel& operator=(const recorded_kernel&) = delete;
 
-  // One more message of the answer to a question. A dump of which nothing is told is empty; any other such question is
-  // answered by EOPNOTSUPP.
+  // One more message of the answer to a question. A dump of which nothing is recorded is empty; any other such question
+  // is answered by EOPNOTSUPP.
   void tell(const question& asked, netlink_request message);
   void refuse(const question& asked, int error);
   void answer(const question& asked, std::function<recorded_answer(const nlmsghdr&)> by);
@@ -63,9 +63,9 @@ class recorded_kernel {
 
   // What a command of ethtool by ioctl gives for a device.
   template <typename Command>
-  void tell_by_ioctl(const std::string& device, const Command& told) {
-    const auto* const bytes = reinterpret_cast<const char*>(&told);
-    told_by_ioctl_[{device, told.cmd}].assign(bytes, bytes + sizeof told);
+  void answer_by_ioctl(const std::string& device, const Command& recorded) {
+    const auto* const bytes = reinterpret_cast<const char*>(&recorded);
+    read_by_ioctl_[{device, recorded.cmd}].assign(bytes, bytes + sizeof recorded);
   }
 
   uint32 times_asked(const question& asked) const;
@@ -77,7 +77,7 @@ class recorded_kernel {
  private:
   friend class recorded_channel;
   struct known {
-    recorded_answer told;
+    recorded_answer answer;
     std::function<recorded_answer(const nlmsghdr&)> by;
     std::deque<disturbance> disturbances;
   };
@@ -86,11 +86,11 @@ class recorded_kernel {
   static std::unique_ptr<kernel_channel> open(int bus);
   static int answer_ioctl(const std::string& device, void* command);
 
-  kernel_gate before_;
+  kernel_io before_;
   std::map<question, known> known_;
   std::map<question, uint32> asked_;
   std::map<std::string, ioctl_module> modules_;
-  std::map<std::pair<std::string, uint32>, std::vector<char>> told_by_ioctl_;
+  std::map<std::pair<std::string, uint32>, std::vector<char>> read_by_ioctl_;
   uint32 ioctls_ = 0;
 };
 

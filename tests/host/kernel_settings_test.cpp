@@ -118,7 +118,7 @@ TEST(KernelVlans, EverySecondVlanFitsIntoOneRequest) {
 // ---- Refused before the kernel is asked -----------------------------------------------------------------------------
 
 const char* refusal(const port_settings& wanted, const port_settings& before) {
-  return text_of_port_status(settle_device({.number = 0, .name = "", .is_bridge_port = false}, wanted, before));
+  return text_of_port_status(apply_to_device({.number = 0, .name = "", .is_bridge_port = false}, wanted, before));
 }
 
 TEST(KernelSettings, WhatTheKernelDoesNotHaveIsRefused) {
@@ -129,16 +129,16 @@ TEST(KernelSettings, WhatTheKernelDoesNotHaveIsRefused) {
 }
 
 TEST(KernelSettings, NothingChangedIsNothingDone) {
-  EXPECT_EQ(settle_device({.number = 0, .name = ""}, access(1), access(1)), 0U);
+  EXPECT_EQ(apply_to_device({.number = 0, .name = ""}, access(1), access(1)), 0U);
 }
 
 TEST(KernelSettings, ANativeVlanMustBeCarried) {
   const setting_target target{.number = 0, .name = "", .is_bridge_port = true};
-  EXPECT_STREQ(text_of_port_status(settle_device(target, trunk(9, {1, 2}), trunk(1, {1, 2}))),
+  EXPECT_STREQ(text_of_port_status(apply_to_device(target, trunk(9, {1, 2}), trunk(1, {1, 2}))),
                "the trunk does not carry the native VLAN");
   port_settings fabric = access(1);
   fabric.admin_mode = 0x2000000;
-  EXPECT_STREQ(text_of_port_status(settle_device(target, fabric, access(1))),
+  EXPECT_STREQ(text_of_port_status(apply_to_device(target, fabric, access(1))),
                "the kernel has access and trunk ports only");
 }
 
@@ -165,8 +165,8 @@ class KernelAsked : public testing::Test {
     });
   }
 
-  uint32 settle(const port_settings& wanted, const port_settings& before) {
-    return settle_device({.number = 7, .name = "swp7", .is_bridge_port = true, .bond = 9}, wanted, before);
+  uint32 apply(const port_settings& wanted, const port_settings& before) {
+    return apply_to_device({.number = 7, .name = "swp7", .is_bridge_port = true, .bond = 9}, wanted, before);
   }
   // The request for a link, which must be this one alone.
   const ifinfomsg& link_request() const {
@@ -212,12 +212,12 @@ port_settings with_state(uint8 state) {
 }
 
 TEST_F(KernelAsked, ToSwitchADeviceOffAndOn) {
-  EXPECT_EQ(settle(with_state(PM_PORT_STATE_DOWN), with_state(PM_PORT_STATE_UP)), 0U);
+  EXPECT_EQ(apply(with_state(PM_PORT_STATE_DOWN), with_state(PM_PORT_STATE_UP)), 0U);
   EXPECT_EQ(link_request().ifi_index, 7);
   EXPECT_EQ(link_request().ifi_change, unsigned{IFF_UP});
   EXPECT_EQ(link_request().ifi_flags, 0U);
   requests_.clear();
-  EXPECT_EQ(settle(with_state(PM_PORT_STATE_UP), with_state(PM_PORT_STATE_DOWN)), 0U);
+  EXPECT_EQ(apply(with_state(PM_PORT_STATE_UP), with_state(PM_PORT_STATE_DOWN)), 0U);
   EXPECT_EQ(link_request().ifi_change, unsigned{IFF_UP});
   EXPECT_EQ(link_request().ifi_flags, unsigned{IFF_UP});
 }
@@ -225,18 +225,18 @@ TEST_F(KernelAsked, ToSwitchADeviceOffAndOn) {
 TEST_F(KernelAsked, ForAnAliasOrNone) {
   port_settings described;
   described.description = "lab %n";
-  EXPECT_EQ(settle(described, {}), 0U);
+  EXPECT_EQ(apply(described, {}), 0U);
   EXPECT_EQ(of_link(IFLA_IFALIAS), (Bytes{'l', 'a', 'b', ' ', '%', 'n'}));
   EXPECT_EQ(link_request().ifi_change, 0U);
   requests_.clear();
-  EXPECT_EQ(settle({}, described), 0U);
+  EXPECT_EQ(apply({}, described), 0U);
   EXPECT_EQ(of_link(IFLA_IFALIAS), Bytes{});
 }
 
 TEST_F(KernelAsked, ForAnMtu) {
   port_settings wanted;
   wanted.mtu_bytes = 9000;
-  EXPECT_EQ(settle(wanted, {}), 0U);
+  EXPECT_EQ(apply(wanted, {}), 0U);
   EXPECT_EQ(of_link(IFLA_MTU), bytes_of_number(9000));
 }
 
@@ -244,7 +244,7 @@ TEST_F(KernelAsked, ForABondAloneWhateverItsMembersTakeOver) {
   port_settings member;
   member.channel = 0x16000009;
   member.mtu_bytes = 9000;
-  EXPECT_EQ(settle(member, {}), 0U);
+  EXPECT_EQ(apply(member, {}), 0U);
   EXPECT_EQ(link_request().ifi_index, 7);
   EXPECT_EQ(of_link(IFLA_MASTER), bytes_of_number(9));
   EXPECT_EQ(of_link(IFLA_MTU), std::nullopt);
@@ -254,12 +254,12 @@ TEST_F(KernelAsked, ForASpeedADuplexOrBothAgreed) {
   port_settings fixed;
   fixed.admin_speed_mbps = 1000;
   fixed.admin_duplex = PM_PORT_DUPLEX_HALF;
-  EXPECT_EQ(settle(fixed, {}), 0U);
+  EXPECT_EQ(apply(fixed, {}), 0U);
   EXPECT_EQ(of_ethtool(ETHTOOL_A_LINKMODES_AUTONEG), Bytes{0});
   EXPECT_EQ(of_ethtool(ETHTOOL_A_LINKMODES_SPEED), bytes_of_number(1000));
   EXPECT_EQ(of_ethtool(ETHTOOL_A_LINKMODES_DUPLEX), Bytes{0});
   requests_.clear();
-  EXPECT_EQ(settle({}, fixed), 0U);
+  EXPECT_EQ(apply({}, fixed), 0U);
   EXPECT_EQ(of_ethtool(ETHTOOL_A_LINKMODES_AUTONEG), Bytes{1});
   EXPECT_EQ(of_ethtool(ETHTOOL_A_LINKMODES_SPEED), std::nullopt);
   EXPECT_EQ(of_ethtool(ETHTOOL_A_LINKMODES_DUPLEX), std::nullopt);
@@ -268,14 +268,14 @@ TEST_F(KernelAsked, ForASpeedADuplexOrBothAgreed) {
 TEST_F(KernelAsked, ForPauseByDirection) {
   port_settings receives;
   receives.admin_flow_control = 0x0002;
-  EXPECT_EQ(settle(receives, {}), 0U);
+  EXPECT_EQ(apply(receives, {}), 0U);
   EXPECT_EQ(of_ethtool(ETHTOOL_A_PAUSE_AUTONEG), Bytes{0});
   EXPECT_EQ(of_ethtool(ETHTOOL_A_PAUSE_RX), Bytes{1});
   EXPECT_EQ(of_ethtool(ETHTOOL_A_PAUSE_TX), Bytes{0});
   requests_.clear();
   port_settings agrees;
   agrees.admin_flow_control = 0x0004;
-  EXPECT_EQ(settle(agrees, receives), 0U);
+  EXPECT_EQ(apply(agrees, receives), 0U);
   EXPECT_EQ(of_ethtool(ETHTOOL_A_PAUSE_AUTONEG), Bytes{1});
   EXPECT_EQ(of_ethtool(ETHTOOL_A_PAUSE_RX), Bytes{0});
   EXPECT_EQ(of_ethtool(ETHTOOL_A_PAUSE_TX), Bytes{1});
@@ -284,12 +284,12 @@ TEST_F(KernelAsked, ForPauseByDirection) {
 TEST_F(KernelAsked, ADeviceIsSwitchedOnWhenAllElseIsDone) {
   port_settings wanted = with_state(PM_PORT_STATE_UP);
   wanted.mtu_bytes = 9000;
-  EXPECT_EQ(settle(wanted, with_state(PM_PORT_STATE_DOWN)), 0U);
+  EXPECT_EQ(apply(wanted, with_state(PM_PORT_STATE_DOWN)), 0U);
   ASSERT_EQ(requests_.size(), 2U);
   EXPECT_EQ(head_of(requests_[0]).ifi_change, 0U);
   EXPECT_EQ(head_of(requests_[1]).ifi_flags, unsigned{IFF_UP});
   requests_.clear();
-  EXPECT_EQ(settle(with_state(PM_PORT_STATE_DOWN), wanted), 0U);
+  EXPECT_EQ(apply(with_state(PM_PORT_STATE_DOWN), wanted), 0U);
   ASSERT_EQ(requests_.size(), 2U);
   EXPECT_EQ(head_of(requests_[0]).ifi_change, unsigned{IFF_UP});
 }
@@ -302,7 +302,7 @@ TEST_F(KernelAsked, ARefusalHasTheKernelsWordsAndEndsTheRest) {
   });
   port_settings wanted = with_state(PM_PORT_STATE_UP);
   wanted.mtu_bytes = 9000;
-  EXPECT_STREQ(text_of_port_status(settle(wanted, with_state(PM_PORT_STATE_DOWN))), "mtu greater than device maximum");
+  EXPECT_STREQ(text_of_port_status(apply(wanted, with_state(PM_PORT_STATE_DOWN))), "mtu greater than device maximum");
   EXPECT_EQ(asked, 1U);
 }
 
@@ -324,12 +324,12 @@ TEST_F(KernelAsked, EveryStepIsRefusedInTheKernelsWords) {
     port_settings before = asked == kSetVlans ? access(1) : port_settings();
     requests_.clear();
     refuse(asked, 1, {EINVAL, {}, "in the kernel's words"});
-    EXPECT_STREQ(text_of_port_status(settle(wanted, before)), "in the kernel's words");
+    EXPECT_STREQ(text_of_port_status(apply(wanted, before)), "in the kernel's words");
     // The kernel adds VLANs one by one: those before the refused one are taken back.
     EXPECT_EQ(requests_.size(), asked == kSetVlans ? 3U : 1U);
     requests_.clear();
     refuse(asked, 1, {EBUSY});
-    EXPECT_STREQ(text_of_port_status(settle(wanted, before)), "Device or resource busy");
+    EXPECT_STREQ(text_of_port_status(apply(wanted, before)), "Device or resource busy");
   }
 }
 
@@ -340,7 +340,7 @@ TEST_F(KernelAsked, ARefusalWithoutWordsIsAnErrno) {
                                     {EBUSY, "Device or resource busy"},
                                     {EPERM, "not permitted: the right CAP_NET_ADMIN is missing"}}) {
     kernel_.answer(kSetLink, [error = error](const nlmsghdr&) { return recorded_answer{error, {}}; });
-    EXPECT_STREQ(text_of_port_status(settle(wanted, {})), text);
+    EXPECT_STREQ(text_of_port_status(apply(wanted, {})), text);
   }
 }
 
@@ -352,7 +352,7 @@ TEST_F(KernelAsked, WhatWasMadeBeforeARefusalIsTakenBack) {
   wanted.description = "new";
   wanted.mtu_bytes = 9000;
   refuse(kSetLink, 3, {EINVAL, {}, "mtu greater than device maximum"});
-  EXPECT_STREQ(text_of_port_status(settle(wanted, before)), "mtu greater than device maximum");
+  EXPECT_STREQ(text_of_port_status(apply(wanted, before)), "mtu greater than device maximum");
   ASSERT_EQ(requests_.size(), 5U);
   EXPECT_EQ(attribute(sizeof(ifinfomsg), IFLA_IFALIAS, 3), (Bytes{'o', 'l', 'd'}));
   EXPECT_EQ(head_of(requests_[4]).ifi_change, unsigned{IFF_UP});
@@ -366,7 +366,7 @@ TEST_F(KernelAsked, ASpeedIsTakenBackWhenPauseIsRefused) {
   wanted.admin_duplex = PM_PORT_DUPLEX_FULL;
   wanted.admin_flow_control = 0x0002;
   refuse(kSetPause, 3, {EOPNOTSUPP});
-  EXPECT_STREQ(text_of_port_status(settle(wanted, {})), "Operation not supported");
+  EXPECT_STREQ(text_of_port_status(apply(wanted, {})), "Operation not supported");
   ASSERT_EQ(requests_.size(), 5U);
   EXPECT_EQ(attribute(sizeof(genlmsghdr), ETHTOOL_A_LINKMODES_AUTONEG, 3), Bytes{1});
   EXPECT_EQ(attribute(sizeof(ifinfomsg), IFLA_MTU, 4), bytes_of_number(1500));
@@ -374,7 +374,7 @@ TEST_F(KernelAsked, ASpeedIsTakenBackWhenPauseIsRefused) {
 
 TEST_F(KernelAsked, VlansThatCameAreTakenBackWhenTheOthersStay) {
   refuse(kDeleteVlans, 2, {EBUSY, {}, "the VLAN is in use"});
-  EXPECT_STREQ(text_of_port_status(settle(access(20), access(1))), "the VLAN is in use");
+  EXPECT_STREQ(text_of_port_status(apply(access(20), access(1))), "the VLAN is in use");
   ASSERT_EQ(requests_.size(), 4U);
   EXPECT_EQ(vlans_in(2), (asked{RTM_SETLINK, {{kUntagged, 1}}}));
   EXPECT_EQ(vlans_in(3), (asked{RTM_DELLINK, {{kTagged, 20}}}));
@@ -384,7 +384,7 @@ TEST_F(KernelAsked, VlansAreTakenBackWhenTheDeviceDoesNotComeUp) {
   port_settings before = trunk(9, {1, 2});  // of which the native VLAN is none
   before.admin_state = PM_PORT_STATE_DOWN;
   refuse(kSetLink, 3, {ENODEV});
-  EXPECT_STREQ(text_of_port_status(settle(access(20), before)), "No such device");
+  EXPECT_STREQ(text_of_port_status(apply(access(20), before)), "No such device");
   ASSERT_EQ(requests_.size(), 5U);
   EXPECT_EQ(vlans_in(3), (asked{RTM_SETLINK, {{kBegin, 1}, {kEnd, 2}}}));
   EXPECT_EQ(vlans_in(4), (asked{RTM_DELLINK, {{kTagged, 20}}}));
@@ -394,7 +394,7 @@ TEST_F(KernelAsked, AFirstRefusalLeavesNothingToTakeBack) {
   refuse(kSetLink, 1, {EPERM});
   port_settings wanted = with_state(PM_PORT_STATE_UP);
   wanted.description = "new";
-  EXPECT_STREQ(text_of_port_status(settle(wanted, with_state(PM_PORT_STATE_DOWN))),
+  EXPECT_STREQ(text_of_port_status(apply(wanted, with_state(PM_PORT_STATE_DOWN))),
                "not permitted: the right CAP_NET_ADMIN is missing");
   EXPECT_EQ(requests_.size(), 1U);
 }
@@ -405,25 +405,25 @@ TEST_F(KernelAsked, AnMtuThatIsNotKnownIsNotTakenBack) {
   port_settings wanted;
   wanted.admin_flow_control = 0x0002;
   refuse(kSetPause, 2, {EOPNOTSUPP});
-  EXPECT_STREQ(text_of_port_status(settle(wanted, before)), "Operation not supported");
+  EXPECT_STREQ(text_of_port_status(apply(wanted, before)), "Operation not supported");
   EXPECT_EQ(requests_.size(), 2U);
 }
 
 TEST_F(KernelAsked, ASocketThatCannotBeOpenedIsARefusal) {
-  the_kernel_gate().open = [](int) {
+  the_kernel_io().open = [](int) {
     errno = EMFILE;
     return std::unique_ptr<kernel_channel>();
   };
   port_settings wanted;
   wanted.mtu_bytes = 9000;
-  EXPECT_STREQ(text_of_port_status(settle(wanted, {})), "the kernel cannot be asked by netlink: Too many open files");
+  EXPECT_STREQ(text_of_port_status(apply(wanted, {})), "the kernel cannot be asked by netlink: Too many open files");
 }
 
 TEST_F(KernelAsked, AKernelWithoutEthtoolRefusesItsSettings) {
   kernel_.has_ethtool = false;
   port_settings wanted;
   wanted.admin_flow_control = 0x0002;
-  const uint32 status = settle(wanted, {});
+  const uint32 status = apply(wanted, {});
   EXPECT_STREQ(text_of_port_status(status), "Operation not supported");
 }
 
@@ -467,26 +467,26 @@ netlink_request error_message(int error, const char* words, bool is_capped) {
 }
 
 TEST(KernelWords, AreReadBehindTheRequest) {
-  EXPECT_EQ(words_of(error_message(-EINVAL, "Device can not be enslaved while up", true).head()),
+  EXPECT_EQ(extack_message(error_message(-EINVAL, "Device can not be enslaved while up", true).head()),
             "Device can not be enslaved while up");
-  EXPECT_EQ(words_of(error_message(-EINVAL, "mtu greater than device maximum", false).head()),
+  EXPECT_EQ(extack_message(error_message(-EINVAL, "mtu greater than device maximum", false).head()),
             "mtu greater than device maximum");
 }
 
-TEST(KernelWords, OfASuccessAreNoRefusal) { EXPECT_EQ(words_of(error_message(0, "a warning", true).head()), ""); }
+TEST(KernelWords, OfASuccessAreNoRefusal) { EXPECT_EQ(extack_message(error_message(0, "a warning", true).head()), ""); }
 
 TEST(KernelWords, LyingLengthsAndCutMessagesHaveNone) {
   netlink_request message = error_message(-EINVAL, "words", false);
   auto* const body = static_cast<nlmsgerr*>(mnl_nlmsg_get_payload(&message.head()));
   body->msg.nlmsg_len = 0xFFFFFFFF;
-  EXPECT_EQ(words_of(message.head()), "");
+  EXPECT_EQ(extack_message(message.head()), "");
   body->msg.nlmsg_len = 0;
-  EXPECT_EQ(words_of(message.head()), "");
+  EXPECT_EQ(extack_message(message.head()), "");
   netlink_request cut = error_message(-EINVAL, "words", true);
   const uint32 whole = cut.head().nlmsg_len;
   for (uint32 size = NLMSG_HDRLEN; size + 2 < whole; ++size) {
     cut.head().nlmsg_len = size;
-    EXPECT_NE(words_of(cut.head()), "words") << size;
+    EXPECT_NE(extack_message(cut.head()), "words") << size;
   }
 }
 

@@ -22,7 +22,7 @@ constexpr uint32 kRefused = 77;
 constexpr uint16 kReceiveOn = uint16{PM_FLOW_CTRL_RECEIVE} & uint16{PM_FLOW_CTRL_ON};
 constexpr uint16 kSendOn = uint16{PM_FLOW_CTRL_SEND} & uint16{PM_FLOW_CTRL_ON};
 
-// Refuses what it is told to, also when it was set so before, as devices do; knows what it made.
+// Refuses what it is to refuse, also when it was set so before, as devices do; knows what it made.
 struct made_settings {
   bool refuses_flow_control = false;
   bool refuses_creation = false;

@@ -70,7 +70,7 @@ std::string serial_number(if_index_t port) {
 std::vector<uint8> sfp_image(const sfp_medium& medium, if_index_t port) {
   std::vector<uint8> image(kSfpBytes);
   image[0] = 3;  // an SFP
-  image[1] = 4;  // told by its page
+  image[1] = 4;  // reported by its page
   image[2] = medium.copper_m != 0 ? 0x22 : 7;
   image[3] = medium.ethernet_10g;
   image[6] = medium.ethernet_1g;

@@ -1,4 +1,4 @@
-// What a switch file says, key by key, before interfaces are told apart and references are followed.
+// What a switch file says, key by key, before kinds of interface are distinguished and references are followed.
 #pragma once
 
 #include <memory>

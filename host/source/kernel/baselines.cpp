@@ -18,8 +18,8 @@ namespace {
 // In place of a counter that is not reported.
 constexpr char kAbsent[] = "-";
 
-bool read_told(std::istream& text, told_counters& told) {
-  for (auto& counter : told) {
+bool read_driver_columns(std::istream& text, driver_counters& reported) {
+  for (auto& counter : reported) {
     std::string word;
     if (!(text >> word)) return false;
     if (word == kAbsent) continue;
@@ -38,7 +38,7 @@ bool read_line(const std::string& line, uint32& number, counter_baseline& baseli
     if (std::sscanf(mac.c_str() + 2 * i, "%2" SCNx8, &baseline.mac[i]) != 1) return false;
   for (const auto column : kDeviceCounters)
     if (!(text >> baseline.counted.*column)) return false;
-  return read_told(text, baseline.told);
+  return read_driver_columns(text, baseline.reported);
 }
 
 std::string written_line(uint32 number, const counter_baseline& baseline) {
@@ -50,7 +50,7 @@ std::string written_line(uint32 number, const counter_baseline& baseline) {
   }
   line += " " + std::to_string(baseline.cleared_sec);
   for (const auto column : kDeviceCounters) line += " " + std::to_string(baseline.counted.*column);
-  for (const auto& counter : baseline.told) line += " " + (counter ? std::to_string(*counter) : kAbsent);
+  for (const auto& counter : baseline.reported) line += " " + (counter ? std::to_string(*counter) : kAbsent);
   return line + "\n";
 }
 

@@ -18,7 +18,7 @@ struct counter_baseline {
   std::array<uint8, 6> mac{};
   uint32 cleared_sec = 0;  // seconds since 1970
   device_counters counted;
-  told_counters told = {};  // those beyond
+  driver_counters reported = {};  // those beyond
 };
 
 class counter_baselines {

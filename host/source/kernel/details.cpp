@@ -44,53 +44,53 @@ uint8 reason_of(const link_fault& fault) {
 // ---- Counters -------------------------------------------------------------------------------------------------------
 
 constexpr struct {
-  told_counter told;
+  driver_counter reported;
   host::counter error_counters::*counter;
 } kErrorCounters[] = {
-    {kToldSymbolErrors, &error_counters::symbol},
-    {kToldFcsErrors, &error_counters::crc},
-    {kToldSingleCollisions, &error_counters::single_collisions},
-    {kToldMultipleCollisions, &error_counters::multiple_collisions},
-    {kToldDeferred, &error_counters::deferred},
-    {kToldLateCollisions, &error_counters::late_collisions},
-    {kToldExcessiveCollisions, &error_counters::excessive_collisions},
-    {kToldCarrierErrors, &error_counters::lost_carrier},
-    {kToldExcessiveDeferrals, &error_counters::deferred_long},
-    {kToldTooLong, &error_counters::giants},
-    {kToldUndersized, &error_counters::short_frames},
-    {kToldJabber, &error_counters::jabber},
-    {kToldPausesReceived, &error_counters::pause_received},
-    {kToldPausesSent, &error_counters::pause_sent},
+    {kDriverSymbolErrors, &error_counters::symbol},
+    {kDriverFcsErrors, &error_counters::crc},
+    {kDriverSingleCollisions, &error_counters::single_collisions},
+    {kDriverMultipleCollisions, &error_counters::multiple_collisions},
+    {kDriverDeferred, &error_counters::deferred},
+    {kDriverLateCollisions, &error_counters::late_collisions},
+    {kDriverExcessiveCollisions, &error_counters::excessive_collisions},
+    {kDriverCarrierErrors, &error_counters::lost_carrier},
+    {kDriverExcessiveDeferrals, &error_counters::deferred_long},
+    {kDriverTooLong, &error_counters::giants},
+    {kDriverUndersized, &error_counters::short_frames},
+    {kDriverJabber, &error_counters::jabber},
+    {kDriverPausesReceived, &error_counters::pause_received},
+    {kDriverPausesSent, &error_counters::pause_sent},
 };
 
 // Unicasts are what is left of the packets, when the driver counts both of the others.
-void take_kinds(const told_counters& told, told_counter multicasts, told_counter broadcasts,
+void take_kinds(const driver_counters& reported, driver_counter multicasts, driver_counter broadcasts,
                 traffic_counters& traffic) {
   uint64 left = traffic.packets.value_or(0);
-  if (told[multicasts]) traffic.multicast_packets = std::min(*told[multicasts], left);
+  if (reported[multicasts]) traffic.multicast_packets = std::min(*reported[multicasts], left);
   left -= traffic.multicast_packets.value_or(0);
-  if (told[broadcasts]) traffic.broadcast_packets = std::min(*told[broadcasts], left);
-  if (told[multicasts] && told[broadcasts]) traffic.unicast_packets = left - *traffic.broadcast_packets;
+  if (reported[broadcasts]) traffic.broadcast_packets = std::min(*reported[broadcasts], left);
+  if (reported[multicasts] && reported[broadcasts]) traffic.unicast_packets = left - *traffic.broadcast_packets;
 }
 
-void take_sizes(const told_counters& told, uint32 first, traffic_counters& traffic) {
+void take_sizes(const driver_counters& reported, uint32 first, traffic_counters& traffic) {
   for (std::size_t i = 0; i < traffic.packets_by_size.size(); ++i)
-    if (told[first + i]) traffic.packets_by_size[i] = *told[first + i];
+    if (reported[first + i]) traffic.packets_by_size[i] = *reported[first + i];
 }
 
-void take_told(const told_counters& told, statistics& stats) {
+void take_driver_counters(const driver_counters& reported, statistics& stats) {
   for (const auto& row : kErrorCounters)
-    if (told[row.told]) stats.errors.*row.counter = *told[row.told];
-  take_kinds(told, kToldMulticastsReceived, kToldBroadcastsReceived, stats.in);
-  take_kinds(told, kToldMulticastsSent, kToldBroadcastsSent, stats.out);
-  take_sizes(told, kToldReceivedBySize, stats.in);
-  take_sizes(told, kToldSentBySize, stats.out);
+    if (reported[row.reported]) stats.errors.*row.counter = *reported[row.reported];
+  take_kinds(reported, kDriverMulticastsReceived, kDriverBroadcastsReceived, stats.in);
+  take_kinds(reported, kDriverMulticastsSent, kDriverBroadcastsSent, stats.out);
+  take_sizes(reported, kDriverReceivedBySize, stats.in);
+  take_sizes(reported, kDriverSentBySize, stats.out);
 }
 
 // The counts since a clear. A device that counts less than its baseline was created again: it counts from its own
 // start.
-told_counters since(const told_counters& now, const told_counters& cleared) {
-  told_counters came = now;
+driver_counters since(const driver_counters& now, const driver_counters& cleared) {
+  driver_counters came = now;
   for (std::size_t i = 0; i < now.size(); ++i) {
     if (now[i] < cleared[i] && now[i]) return now;
     if (now[i]) *came[i] -= cleared[i].value_or(0);
@@ -150,15 +150,15 @@ void device_details::read_diagnostics_of(known_device& device, interface& port) 
 }
 
 // The current counters of the device.
-told_counters device_details::counters_of(const known_device& device) {
-  if (!counted_) counted_ = read_told_counters(ethtool());
+driver_counters device_details::counters_of(const known_device& device) {
+  if (!counted_) counted_ = read_driver_counters(ethtool());
   const auto found = counted_->find(device.number);
-  told_counters told = found != counted_->end() ? found->second : told_counters{};
+  driver_counters reported = found != counted_->end() ? found->second : driver_counters{};
   if (device.pause) {
-    told[kToldPausesReceived] = device.pause->received_frames;
-    told[kToldPausesSent] = device.pause->sent_frames;
+    reported[kDriverPausesReceived] = device.pause->received_frames;
+    reported[kDriverPausesSent] = device.pause->sent_frames;
   }
-  return told;
+  return reported;
 }
 
 void device_details::begin(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped) {
@@ -183,19 +183,20 @@ void device_details::complete(interface& port, detail needed) {
     case detail::module: return read_module_of(*device, port);
     case detail::diagnostics: return read_diagnostics_of(*device, port);
     case detail::counters:
-      if (is_counted_here(port.if_index)) take_told(since(counters_of(*device), device->cleared), port.stats);
+      if (is_counted_here(port.if_index))
+        take_driver_counters(since(counters_of(*device), device->cleared), port.stats);
       return;
   }
 }
 
-told_counters device_details::clear(const interface& port) {
+driver_counters device_details::clear(const interface& port) {
   known_device* const device = find_hardware(port.if_index);
   if (device == nullptr) return {};
   device->cleared = counters_of(*device);
   return device->cleared;
 }
 
-void device_details::begin_at(if_index_t if_index, const told_counters& cleared) {
+void device_details::begin_at(if_index_t if_index, const driver_counters& cleared) {
   if (known_device* const device = find_hardware(if_index); device != nullptr) device->cleared = cleared;
 }
 

@@ -102,34 +102,34 @@ void take_pause(const nlattr& attribute, pause_settings& pause) {
 // The counters of a group that mean the same as a counter of the model. Not among them: too long frames of RMON, which
 // may be good ones where the MTU is large; its fragments, which are not runts of the model; control frames, which are
 // more than pauses.
-struct told_row {
+struct driver_row {
   uint32 group;
   uint16 number;
-  told_counter counter;
+  driver_counter counter;
 };
-constexpr told_row kToldRows[] = {
-    {ETHTOOL_STATS_ETH_PHY, ETHTOOL_A_STATS_ETH_PHY_5_SYM_ERR, kToldSymbolErrors},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_3_SINGLE_COL, kToldSingleCollisions},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_4_MULTI_COL, kToldMultipleCollisions},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_6_FCS_ERR, kToldFcsErrors},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_9_TX_DEFER, kToldDeferred},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_10_LATE_COL, kToldLateCollisions},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_11_XS_COL, kToldExcessiveCollisions},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_13_CS_ERR, kToldCarrierErrors},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_18_TX_MCAST, kToldMulticastsSent},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_19_TX_BCAST, kToldBroadcastsSent},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_20_XS_DEFER, kToldExcessiveDeferrals},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_21_RX_MCAST, kToldMulticastsReceived},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_22_RX_BCAST, kToldBroadcastsReceived},
-    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_25_TOO_LONG_ERR, kToldTooLong},
-    {ETHTOOL_STATS_RMON, ETHTOOL_A_STATS_RMON_UNDERSIZE, kToldUndersized},
-    {ETHTOOL_STATS_RMON, ETHTOOL_A_STATS_RMON_JABBER, kToldJabber},
+constexpr driver_row kDriverRows[] = {
+    {ETHTOOL_STATS_ETH_PHY, ETHTOOL_A_STATS_ETH_PHY_5_SYM_ERR, kDriverSymbolErrors},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_3_SINGLE_COL, kDriverSingleCollisions},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_4_MULTI_COL, kDriverMultipleCollisions},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_6_FCS_ERR, kDriverFcsErrors},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_9_TX_DEFER, kDriverDeferred},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_10_LATE_COL, kDriverLateCollisions},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_11_XS_COL, kDriverExcessiveCollisions},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_13_CS_ERR, kDriverCarrierErrors},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_18_TX_MCAST, kDriverMulticastsSent},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_19_TX_BCAST, kDriverBroadcastsSent},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_20_XS_DEFER, kDriverExcessiveDeferrals},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_21_RX_MCAST, kDriverMulticastsReceived},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_22_RX_BCAST, kDriverBroadcastsReceived},
+    {ETHTOOL_STATS_ETH_MAC, ETHTOOL_A_STATS_ETH_MAC_25_TOO_LONG_ERR, kDriverTooLong},
+    {ETHTOOL_STATS_RMON, ETHTOOL_A_STATS_RMON_UNDERSIZE, kDriverUndersized},
+    {ETHTOOL_STATS_RMON, ETHTOOL_A_STATS_RMON_JABBER, kDriverJabber},
 };
 constexpr uint32 kWantedGroups = 1U << ETHTOOL_STATS_ETH_PHY | 1U << ETHTOOL_STATS_ETH_MAC | 1U << ETHTOOL_STATS_RMON;
 
-void take_counter(uint32 group, const nlattr& attribute, told_counters& counters) {
+void take_counter(uint32 group, const nlattr& attribute, driver_counters& counters) {
   if (mnl_attr_get_payload_len(&attribute) < sizeof(uint64)) return;
-  for (const told_row& row : kToldRows)
+  for (const driver_row& row : kDriverRows)
     if (row.group == group && row.number == type_of(attribute))
       counters[row.counter] = attribute_number<uint64>(attribute);
 }
@@ -144,7 +144,7 @@ std::optional<std::size_t> size_class_of(uint32 low, uint32 high) {
   return std::nullopt;
 }
 
-void take_size(const nlattr& nest, uint32 first, told_counters& counters) {
+void take_size(const nlattr& nest, uint32 first, driver_counters& counters) {
   uint32 low = 0, high = 0;
   std::optional<uint64> packets;
   for_each_nested(nest, [&](const nlattr& attribute) {
@@ -160,7 +160,7 @@ void take_size(const nlattr& nest, uint32 first, told_counters& counters) {
   if (const auto size = size_class_of(low, high); size && packets) counters[first + *size] = packets;
 }
 
-void take_group(const nlattr& nest, told_counters& counters) {
+void take_group(const nlattr& nest, driver_counters& counters) {
   std::optional<uint32> group;
   for_each_nested(nest, [&](const nlattr& attribute) {
     switch (type_of(attribute)) {
@@ -168,8 +168,8 @@ void take_group(const nlattr& nest, told_counters& counters) {
       case ETHTOOL_A_STATS_GRP_STAT:
         if (group) for_each_nested(attribute, [&](const nlattr& it) { take_counter(*group, it, counters); });
         return;
-      case ETHTOOL_A_STATS_GRP_HIST_RX: return take_size(attribute, kToldReceivedBySize, counters);
-      case ETHTOOL_A_STATS_GRP_HIST_TX: return take_size(attribute, kToldSentBySize, counters);
+      case ETHTOOL_A_STATS_GRP_HIST_RX: return take_size(attribute, kDriverReceivedBySize, counters);
+      case ETHTOOL_A_STATS_GRP_HIST_TX: return take_size(attribute, kDriverSentBySize, counters);
       default: return;
     }
   });
@@ -283,8 +283,8 @@ void decode_link_fault(const nlmsghdr& message, link_faults& faults) {
 
 // ---- Counters -------------------------------------------------------------------------------------------------------
 
-std::map<uint32, told_counters> read_told_counters(ethtool_socket& ethtool) {
-  std::map<uint32, told_counters> counted;
+std::map<uint32, driver_counters> read_driver_counters(ethtool_socket& ethtool) {
+  std::map<uint32, driver_counters> counted;
   netlink_request request = ethtool.request(ETHTOOL_MSG_STATS_GET, NLM_F_DUMP);
   put_ethtool_head(request, ETHTOOL_A_STATS_HEADER, 0, 0);
   nlattr* const groups = mnl_attr_nest_start(&request.head(), ETHTOOL_A_STATS_GROUPS);
@@ -293,15 +293,15 @@ std::map<uint32, told_counters> read_told_counters(ethtool_socket& ethtool) {
   mnl_attr_put_u32(&request.head(), ETHTOOL_A_BITSET_VALUE, kWantedGroups);
   mnl_attr_nest_end(&request.head(), groups);
   ethtool.ask(
-      request, [&counted](const nlmsghdr& message) { decode_told_counters(message, counted); },
+      request, [&counted](const nlmsghdr& message) { decode_driver_counters(message, counted); },
       [&counted] { counted.clear(); });
   return counted;
 }
 
-void decode_told_counters(const nlmsghdr& message, std::map<uint32, told_counters>& counted) {
+void decode_driver_counters(const nlmsghdr& message, std::map<uint32, driver_counters>& counted) {
   const uint32 device = device_of(message, ETHTOOL_A_STATS_HEADER);
   if (device == 0) return;
-  told_counters counters;
+  driver_counters counters;
   for_each_attribute(message, sizeof(genlmsghdr), [&counters](const nlattr& attribute) {
     if (type_of(attribute) == ETHTOOL_A_STATS_GRP) take_group(attribute, counters);
   });
@@ -337,7 +337,7 @@ std::vector<uint8> decode_module_page(const nlmsghdr& message, uint32 device) {
 }
 
 std::vector<uint8> read_module_page_by_ioctl(const std::string& device, const module_place& place) {
-  const auto ask = the_kernel_gate().ethtool_ioctl;
+  const auto ask = the_kernel_io().ethtool_ioctl;
   ethtool_modinfo module{};
   module.cmd = ETHTOOL_GMODULEINFO;
   const uint32 offset = ioctl_offset(place);

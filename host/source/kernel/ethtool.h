@@ -57,34 +57,34 @@ void decode_link_fault(const nlmsghdr& message, link_faults& faults);
 // ---- Counters beyond those that every device has
 // ----------------------------------------------------------------------
 
-enum told_counter : uint32 {
-  kToldSymbolErrors,
-  kToldFcsErrors,
-  kToldSingleCollisions,
-  kToldMultipleCollisions,
-  kToldDeferred,
-  kToldLateCollisions,
-  kToldExcessiveCollisions,
-  kToldCarrierErrors,
-  kToldExcessiveDeferrals,
-  kToldTooLong,
-  kToldUndersized,
-  kToldJabber,
-  kToldMulticastsReceived,
-  kToldBroadcastsReceived,
-  kToldMulticastsSent,
-  kToldBroadcastsSent,
-  kToldPausesReceived,
-  kToldPausesSent,
-  kToldReceivedBySize,
-  kToldSentBySize = kToldReceivedBySize + std::tuple_size_v<size_classes>,
-  kToldCounters = kToldSentBySize + std::tuple_size_v<size_classes>
+enum driver_counter : uint32 {
+  kDriverSymbolErrors,
+  kDriverFcsErrors,
+  kDriverSingleCollisions,
+  kDriverMultipleCollisions,
+  kDriverDeferred,
+  kDriverLateCollisions,
+  kDriverExcessiveCollisions,
+  kDriverCarrierErrors,
+  kDriverExcessiveDeferrals,
+  kDriverTooLong,
+  kDriverUndersized,
+  kDriverJabber,
+  kDriverMulticastsReceived,
+  kDriverBroadcastsReceived,
+  kDriverMulticastsSent,
+  kDriverBroadcastsSent,
+  kDriverPausesReceived,
+  kDriverPausesSent,
+  kDriverReceivedBySize,
+  kDriverSentBySize = kDriverReceivedBySize + std::tuple_size_v<size_classes>,
+  kDriverCounters = kDriverSentBySize + std::tuple_size_v<size_classes>
 };
 // What a driver does not count is absent.
-using told_counters = std::array<std::optional<uint64>, kToldCounters>;
+using driver_counters = std::array<std::optional<uint64>, kDriverCounters>;
 
-std::map<uint32, told_counters> read_told_counters(ethtool_socket& ethtool);
-void decode_told_counters(const nlmsghdr& message, std::map<uint32, told_counters>& counted);
+std::map<uint32, driver_counters> read_driver_counters(ethtool_socket& ethtool);
+void decode_driver_counters(const nlmsghdr& message, std::map<uint32, driver_counters>& counted);
 
 // ---- Memory of modules ----------------------------------------------------------------------------------------------
 

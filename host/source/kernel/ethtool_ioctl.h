@@ -13,7 +13,7 @@ namespace host {
 // modes are those that 32 bits have.
 void read_port_settings_by_ioctl(std::vector<kernel_link>& links);
 
-// The name of a device's driver; empty when it is not told.
+// The name of a device's driver; empty when the kernel does not report it.
 std::string driver_of(const std::string& device);
 
 }  // namespace host

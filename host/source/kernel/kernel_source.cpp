@@ -199,7 +199,7 @@ kernel_source::device_reading kernel_source::reading_of(const kernel_link& link,
   reading.cleared_at = baseline->counted;
   reading.cleared_sec = baseline->cleared_sec;
   begin_kernel_counters_at(link.name, baseline->counted);
-  details_.begin_at(if_index, baseline->told);
+  details_.begin_at(if_index, baseline->reported);
   return reading;
 }
 
@@ -306,7 +306,7 @@ uint32 kernel_source::check_settings(const interface& port, const port_settings&
 
 uint32 kernel_source::apply_settings(interface& port, const port_settings& before) {
   const auto target = target_of(port);
-  return target ? settle_device(*target, port.settings, before) : uint32{PM_ERR_NO_SUCH_INTERFACE};
+  return target ? apply_to_device(*target, port.settings, before) : uint32{PM_ERR_NO_SUCH_INTERFACE};
 }
 
 bool kernel_source::applies_setting(uint8 type) const { return makes_kernel_setting(type); }

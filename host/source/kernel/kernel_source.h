@@ -78,7 +78,7 @@ class kernel_source final : public switch_source {
                            // long as it exists, also when its route is lost; 0: none
   std::vector<kernel_link> links_;
   std::vector<mapped_device> mapped_;
-  std::vector<device_reading> counted_;         // as the kernel told it last, sorted by interface
+  std::vector<device_reading> counted_;         // as the kernel reported it last, sorted by interface
   std::map<if_index_t, device_memory> memory_;  // for rates
   std::map<if_index_t, port_settings> at_start_;
   counter_baselines baselines_;

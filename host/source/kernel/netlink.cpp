@@ -39,7 +39,7 @@ std::string words_among(const char* messages, std::size_t size) {
   int left = static_cast<int>(size);
   for (const auto* at = reinterpret_cast<const nlmsghdr*>(messages); mnl_nlmsg_ok(at, left);
        at = mnl_nlmsg_next(at, &left))
-    if (std::string words = words_of(*at); !words.empty()) return words;
+    if (std::string words = extack_message(*at); !words.empty()) return words;
   return {};
 }
 
@@ -93,7 +93,7 @@ int ask_by_ioctl(const std::string& device, void* command) {
 
 }  // namespace
 
-std::string words_of(const nlmsghdr& message) {
+std::string extack_message(const nlmsghdr& message) {
   const auto* const error = static_cast<const nlmsgerr*>(mnl_nlmsg_get_payload(&message));
   const bool is_error = message.nlmsg_type == NLMSG_ERROR && mnl_nlmsg_get_payload_len(&message) >= sizeof *error;
   if (!is_error || error->error == 0 || (message.nlmsg_flags & NLM_F_ACK_TLVS) == 0) return {};
@@ -129,8 +129,8 @@ std::span<const uint8> bytes_of(const nlattr& attribute) {
   return {static_cast<const uint8*>(mnl_attr_get_payload(&attribute)), mnl_attr_get_payload_len(&attribute)};
 }
 
-kernel_gate& the_kernel_gate() {
-  static kernel_gate gate = {open_socket, ask_by_ioctl};
+kernel_io& the_kernel_io() {
+  static kernel_io gate = {open_socket, ask_by_ioctl};
   return gate;
 }
 
@@ -141,7 +141,7 @@ netlink_socket::netlink_socket(int bus) : bus_(bus), buffer_(std::make_unique_fo
 
 int netlink_socket::open() {
   channel_.reset();
-  channel_ = the_kernel_gate().open(bus_);
+  channel_ = the_kernel_io().open(bus_);
   return channel_ == nullptr ? errno : 0;
 }
 

@@ -44,7 +44,7 @@ Number attribute_number(const nlattr& attribute) {
 }
 
 // The text of the kernel in an error message; empty for an acknowledgement, for another message, or without a text.
-std::string words_of(const nlmsghdr& message);
+std::string extack_message(const nlmsghdr& message);
 
 // A request under construction.
 class netlink_request {
@@ -82,11 +82,11 @@ class kernel_channel {
 };
 
 // Requests to the kernel. Tests replace them with a recording.
-struct kernel_gate {
+struct kernel_io {
   std::unique_ptr<kernel_channel> (*open)(int bus);                // null with errno
   int (*ethtool_ioctl)(const std::string& device, void* command);  // 0 or an errno
 };
-kernel_gate& the_kernel_gate();
+kernel_io& the_kernel_io();
 
 using message_visitor = std::function<void(const nlmsghdr&)>;
 

@@ -267,7 +267,7 @@ uint32 check_device(const setting_target& target, const port_settings& wanted, c
   return is_needed(kernel_step::vlans, wanted, before) ? refuses_vlans(target, wanted, before) : 0;
 }
 
-uint32 settle_device(const setting_target& target, const port_settings& wanted, const port_settings& before) {
+uint32 apply_to_device(const setting_target& target, const port_settings& wanted, const port_settings& before) {
   if (const uint32 status = check_device(target, wanted, before); status != 0) return status;
   // A bond hands its settings to its members itself.
   if (wanted.channel != before.channel) return set_bond(target, wanted, before);

@@ -22,15 +22,15 @@ struct setting_target {
 // Makes the device what the port was just set to; `before` is what it was. Returns 0, or the status with the kernel's
 // own words (base/port_status.h) when it refuses; kPortStatusNoRight when the user lacks the right. What was set
 // before a refusal is taken back.
-uint32 settle_device(const setting_target& target, const port_settings& wanted, const port_settings& before);
+uint32 apply_to_device(const setting_target& target, const port_settings& wanted, const port_settings& before);
 
-// The status with which settle_device() refuses without asking the kernel; 0: it asks.
+// The status with which apply_to_device() refuses without asking the kernel; 0: it asks.
 uint32 check_device(const setting_target& target, const port_settings& wanted, const port_settings& before);
 
 // Whether there are devices that have a setting (PM_CFG_... or HOST_CFG_...).
 bool makes_kernel_setting(uint8 type);
 
-// Asks the kernel to change a link. Returns 0, or a status as settle_device() does.
+// Asks the kernel to change a link. Returns 0, or a status as apply_to_device() does.
 uint32 send_link_request(netlink_request& request);
 
 // What is asked to give a port of a bridge other VLANs: those that come are added before the rest goes, so that the
