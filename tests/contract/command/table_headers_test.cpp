@@ -1,7 +1,7 @@
 // The headers of tabular displays: which one a command id prints, and its exact text.
 #include <gtest/gtest.h>
 
-#include "contract/interface_command.h"
+#include "contract/command/interface_command.h"
 #include "pmcli/headers.h"
 
 namespace pmcli_test {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "contract/interface_command.h"
+#include "contract/command/interface_command.h"
 #include "contract/sample_ports.h"
 #include "pmcli/selection.h"
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "contract/interface_command.h"
+#include "contract/command/interface_command.h"
 #include "contract/sample_ports.h"
 #include "pmcli/selection.h"
 

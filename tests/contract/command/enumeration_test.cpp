@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "contract/interface_command.h"
+#include "contract/command/interface_command.h"
 #include "pmcli/selection.h"
 #include "support/failure_walk.h"
 
