@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "contract/config_commands.h"
+#include "contract/config/config_commands.h"
 #include "pmcli/config.h"
 #include "support/failure_walk.h"
 #include "support/recording_state.h"

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <optional>
 
-#include "contract/config_commands.h"
+#include "contract/config/config_commands.h"
 #include "pmcli/config.h"
 #include "support/failure_walk.h"
 
