@@ -1,7 +1,7 @@
 // Clearing counters of Ethernet ports, virtual Ethernet interfaces and loopbacks.
 #include <gtest/gtest.h>
 
-#include "contract/clear_commands.h"
+#include "contract/counters/clear_commands.h"
 #include "contract/sample_ports.h"
 #include "pmcli/clear.h"
 #include "support/failure_walk.h"

@@ -1,7 +1,7 @@
 // The lists of the counters of the management port and of loopbacks.
 #include <gtest/gtest.h>
 
-#include "contract/counter_rows.h"
+#include "contract/counters/counter_rows.h"
 #include "pmcli/counters.h"
 
 namespace pmcli_test {

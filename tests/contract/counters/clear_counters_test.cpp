@@ -1,7 +1,7 @@
 // Clearing counters that the port manager, the port-channel services and the kernel keep.
 #include <gtest/gtest.h>
 
-#include "contract/clear_commands.h"
+#include "contract/counters/clear_commands.h"
 #include "contract/sample_ports.h"
 #include "pm/interface_ranges.h"
 #include "pmcli/clear.h"

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "contract/counter_rows.h"
+#include "contract/counters/counter_rows.h"
 #include "pmcli/counters.h"
 
 namespace pmcli_test {
