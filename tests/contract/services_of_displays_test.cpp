@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "contract/sample_ports.h"
-#include "contract/transceiver_images.h"
+#include "contract/transceiver/transceiver_images.h"
 #include "pmcli/command.h"
 #include "pmcli/displays.h"
 #include "support/vlan_libraries.h"

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "contract/sample_ports.h"
-#include "contract/transceiver_images.h"
+#include "contract/transceiver/transceiver_images.h"
 #include "pmcli/interface.h"
 
 namespace pmcli_test {

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "contract/sample_ports.h"
-#include "contract/transceiver_images.h"
+#include "contract/transceiver/transceiver_images.h"
 #include "pmcli/transceiver.h"
 #include "support/both_forms.h"
 #include "support/failure_walk.h"

@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "contract/sample_ports.h"
-#include "contract/transceiver_images.h"
+#include "contract/transceiver/transceiver_images.h"
 #include "pmcli/transceiver.h"
 #include "support/failure_walk.h"
 
