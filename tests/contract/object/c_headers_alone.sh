@@ -2,7 +2,7 @@
 # Compiles every header of the platform and of the library alone, and what uses them from either language, as C11, C++17
 # and C++20, with the compilers of the build and with gcc and clang: c_headers_alone.sh C_COMPILER CXX_COMPILER INFRA_DIRECTORY
 set -eu
-. "$(dirname "$0")/../support/script.sh"
+. "$(dirname "$0")/../../support/script.sh"
 c_compiler=$1 cxx_compiler=$2 infra=$3
 library=$infra/port_manager
 tests=$(cd "$(dirname "$0")" && pwd)

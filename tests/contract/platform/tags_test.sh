@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The vocabulary of tuple ids (infra/platform/tags.h): tags_test.sh CXX_COMPILER SOURCE_TREE
 set -eu
-. "$(dirname "$0")/../support/script.sh"
+. "$(dirname "$0")/../../support/script.sh"
 export LC_ALL=C
 compiler=$1 tree=$2
 tags=$tree/infra/platform/tags.h

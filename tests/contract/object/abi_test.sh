@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Whether the library is what abi/ says of its ABI: abi_test.sh LIBRARY FILE RECORD_ABI
 set -eu
-. "$(dirname "$0")/../support/script.sh"
+. "$(dirname "$0")/../../support/script.sh"
 library=$1 file=$2 record=$3
 [ -e "$library" ] || skip_all "$library is not built"
 command -v abidiff >/dev/null || skip_all "abidiff (abigail-tools) is missing"

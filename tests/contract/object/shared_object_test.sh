@@ -3,7 +3,7 @@
 #
 # The optimised library of this machine or of the target; readelf reads both.
 set -eu
-. "$(dirname "$0")/../support/script.sh"
+. "$(dirname "$0")/../../support/script.sh"
 library=$1 platform=$2 guide=$3
 [ -e "$library" ] || skip_all "$library is not built"
 

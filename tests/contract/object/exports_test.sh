@@ -2,7 +2,7 @@
 # Compares what the library exports with the checked-in list, the list with the public headers, and the headers with what the C program
 # of the tests includes: exports_test.sh LIBRARY EXPORTS C_SOURCE PLATFORM_HEADERS_DIRECTORY PUBLIC_HEADERS_DIRECTORY...
 set -eu
-. "$(dirname "$0")/../support/script.sh"
+. "$(dirname "$0")/../../support/script.sh"
 export LC_ALL=C
 library=$1 exports=$2 c_source=$3 platform=$4
 shift 4
