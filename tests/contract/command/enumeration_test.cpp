@@ -6,6 +6,7 @@
 #include "contract/command/interface_command.h"
 #include "pmcli/selection.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -101,7 +102,7 @@ TEST(EnumerationMask, EachBitSelectsItsListing) {
 TEST(EnumerationMask, InbandInterfaceIsNotAskedFor) {
   RecordingPlatform platform;
   expect_listed(enumerate_all(platform, 0x800), {if_index_inband_get_active_sup_priority_hi()});
-  EXPECT_TRUE(platform.listing_queries.empty());
+  EXPECT_THAT(platform.listing_queries, IsEmpty());
   expect_listed(enumerate_ranges(platform, 0x800, {port_range(1, 9)}), {if_index_inband_get_active_sup_priority_hi()});
   EXPECT_EQ(platform.text(), "");
 }
@@ -112,7 +113,7 @@ TEST(EnumerationMask, TwoKindsAreRefusedSilently) {
     for (const if_index_type_t type : kAllTypes) platform.listings[type] = listing_of({ethernet(1, 1)});
     expect_failure(enumerate_all(platform, mask));
     EXPECT_EQ(platform.text(), "");
-    EXPECT_TRUE(platform.listing_queries.empty());
+    EXPECT_THAT(platform.listing_queries, IsEmpty());
   }
 }
 
@@ -122,7 +123,7 @@ void expect_invalid(interface_mask_t mask, const std::string& shown) {
   expect_failure(enumerate_all(platform, mask));
   EXPECT_EQ(platform.text(), "error: iface_mask(" + shown + ") not valid\n");
   EXPECT_EQ(platform.terminal(), platform.text());
-  EXPECT_TRUE(platform.listing_queries.empty());
+  EXPECT_THAT(platform.listing_queries, IsEmpty());
 }
 
 TEST(EnumerationMask, OfNoBitAndOfManyIsNotValid) {
@@ -152,10 +153,10 @@ TEST(EnumerationMask, NoTwoBitsAreValid) {
       const interface_mask_t mask = interface_mask_t{1} << low | interface_mask_t{1} << high;
       platform.clear_output();
       expect_failure(enumerate_all(platform, mask));
-      EXPECT_TRUE(platform.text().starts_with("error: iface_mask(")) << low << ", " << high;
+      EXPECT_THAT(platform.text(), StartsWith("error: iface_mask(")) << low << ", " << high;
     }
   }
-  EXPECT_TRUE(platform.listing_queries.empty());
+  EXPECT_THAT(platform.listing_queries, IsEmpty());
 }
 
 TEST(EnumerationMask, IsThatOfTheFirstArgument) {
@@ -174,7 +175,7 @@ TEST(Enumeration, WithoutAParameterBlockFailsSilently) {
   RecordingPlatform platform;
   expect_failure(enumerate(platform, nullptr));
   EXPECT_EQ(platform.text(), "");
-  EXPECT_TRUE(platform.calls.empty());
+  EXPECT_THAT(platform.calls, IsEmpty());
 }
 
 // ---- The configuration ---------------------------------------------------------------------------------------------
@@ -215,7 +216,7 @@ TEST(Enumeration, FailedRequestIsTold) {
       expect_failure(has_ranges ? enumerate_ranges(platform, kEthernetMask, {port_range(1, 4)})
                                 : enumerate_all(platform, kEthernetMask));
       EXPECT_EQ(platform.text(), "<transport failure 1 104>\n");
-      EXPECT_TRUE(platform.drops.empty());
+      EXPECT_THAT(platform.drops, IsEmpty());
     }
   }
 }

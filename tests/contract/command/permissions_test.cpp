@@ -7,6 +7,7 @@
 #include "contract/command/interface_command.h"
 #include "contract/sample_ports.h"
 #include "pmcli/selection.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -88,7 +89,7 @@ TEST(VsanPermission, InterfaceWhoseKindCannotBeReadIsNotChecked) {
   platform.fail_with("if_index_get_type", PM_ERR_GENERAL);
   EXPECT_EQ(check(platform, {{kFc1, kFc1}}), kAllowed);
   EXPECT_EQ(check_one(platform, kFc1), kAllowed);
-  EXPECT_TRUE(platform.port_ranges_asked.empty());
+  EXPECT_THAT(platform.port_ranges_asked, IsEmpty());
 }
 
 TEST(VsanPermission, LowEndOfAPairTellsItsKind) {
@@ -96,7 +97,7 @@ TEST(VsanPermission, LowEndOfAPairTellsItsKind) {
   put_ports(platform, {kFc1, kPort});
   const auto asked = deny(platform, kFc1);
   EXPECT_EQ(check(platform, {{kPort, kFc1}}), kAllowed);
-  EXPECT_TRUE(asked->empty());
+  EXPECT_THAT(*asked, IsEmpty());
   EXPECT_EQ(check(platform, {{kFc1, kPort}}), kDenied);
 }
 
@@ -229,7 +230,7 @@ TEST(VsanPermissionOfRanges, FirstDeniedPortEndsTheWalk) {
 TEST(VsanPermissionOfRanges, WithoutPairsAllIsAllowed) {
   RecordingPlatform platform;
   EXPECT_EQ(check(platform, {}), kAllowed);
-  EXPECT_TRUE(platform.calls.empty());
+  EXPECT_THAT(platform.calls, IsEmpty());
 }
 
 TEST(VsanPermissionOfRanges, MoreThan64PairsAreNotLookedAt) {
@@ -253,7 +254,7 @@ TEST(VsanPermissionOfRanges, FailedRequestEndsTheWalk) {
     EXPECT_EQ(platform.text(), "error: getting port info range\n");
     EXPECT_EQ(platform.terminal(), platform.text());
     EXPECT_EQ(platform.port_ranges_asked.size(), 1U);
-    EXPECT_TRUE(platform.drops.empty());
+    EXPECT_THAT(platform.drops, IsEmpty());
   }
 }
 

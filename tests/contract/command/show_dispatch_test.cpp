@@ -6,6 +6,7 @@
 #include "contract/sample_ports.h"
 #include "pmcli/command.h"
 #include "pmcli/counters.h"
+#include "support/matchers.h"
 #include "support/vlan_libraries.h"
 
 namespace pmcli_test {
@@ -99,7 +100,8 @@ TEST(EthernetHandler, IdsWithoutADisplayAreNotSupported) {
     RecordingPlatform platform;
     platform.ports[kPortInModule3] = port_record();
     pm_cli_show_eth_port_config(platform.show_command(command, kPortInModule3));
-    EXPECT_EQ(contains(platform.text(), kNotSupported), eth_display_of(command) == eth_display::unsupported) << command;
+    EXPECT_THAT(platform.text(), HasSubstrOnlyIf(eth_display_of(command) == eth_display::unsupported, kNotSupported))
+        << command;
   }
 }
 
@@ -146,7 +148,7 @@ TEST(SubInterfaces, DisplayThatDoesNotApplyTakesNoHandle) {
       EXPECT_EQ(platform.sends, applies ? 1U : 0U);
       if (!applies) {
         EXPECT_EQ(platform.text(), "");
-        EXPECT_TRUE(platform.port_queries.empty());
+        EXPECT_THAT(platform.port_queries, IsEmpty());
       }
     }
   }
@@ -211,8 +213,8 @@ TEST(ManagementHandler, TheWholeCommandIsPassedOn) {
   RecordingPlatform platform;
   platform.ports[mgmt()] = port_record();
   pm_cli_show_mgmt_port_config(platform.show_command(13, mgmt()));
-  EXPECT_TRUE(contains(platform.text(), "mgmt0\n"));
-  EXPECT_TRUE(contains(platform.text(), "10,100,1000,auto\n"));
+  EXPECT_THAT(platform.text(), HasSubstr("mgmt0\n"));
+  EXPECT_THAT(platform.text(), HasSubstr("10,100,1000,auto\n"));
   EXPECT_EQ(platform.sends, 1U);
 }
 
@@ -397,7 +399,7 @@ TEST(LoopbackNonzero, ResultOfTheFetchIsNotTested) {
          stats->in_fifo = 7;
          return 0;
        }}};
-  EXPECT_TRUE(contains(nonzero_counters(platform, {}), "  Input FIFOs:                                          7\n"));
+  EXPECT_THAT(nonzero_counters(platform, {}), HasSubstr("  Input FIFOs:                                          7\n"));
 }
 
 // ---- The frame -----------------------------------------------------------------------------------------------------
@@ -457,8 +459,8 @@ TEST(HandlerFrame, MissingHandleIsToldForEveryId) {
       EXPECT_EQ(platform.text(), kNoHandle) << command;
       EXPECT_EQ(platform.terminal(), kNoHandle);
       EXPECT_EQ(platform.sends, 0U);
-      EXPECT_TRUE(platform.port_queries.empty());
-      EXPECT_TRUE(platform.loader_events.empty());
+      EXPECT_THAT(platform.port_queries, IsEmpty());
+      EXPECT_THAT(platform.loader_events, IsEmpty());
     }
   }
 }
@@ -558,7 +560,7 @@ TEST(VlanFilter, OtherTypesOfArgumentShowNothing) {
     platform.add_argument(param, type, &list);
     EXPECT_EQ(pm_cli_show_eth_port_config(param), 0U);
     EXPECT_EQ(platform.text(), "");
-    EXPECT_TRUE(platform.loader_events.empty());
+    EXPECT_THAT(platform.loader_events, IsEmpty());
     EXPECT_EQ(platform.sends, 1U);
   }
 }
@@ -583,8 +585,8 @@ TEST(VlanFilter, FailedQueryShowsNothingAndClosesTheLibrary) {
   paraminfo_t* const param = platform.show_command(31, kPortInModule3);
   platform.add_argument(param, PARAM_TYPE_INT_RANGES, &list);
   EXPECT_EQ(pm_cli_show_eth_port_config(param), 0U);
-  EXPECT_TRUE(platform.pieces.empty());
-  EXPECT_TRUE(platform.port_queries.empty());
+  EXPECT_THAT(platform.pieces, IsEmpty());
+  EXPECT_THAT(platform.port_queries, IsEmpty());
   ASSERT_FALSE(platform.loader_events.empty());
   EXPECT_EQ(platform.loader_events.front(), "open libvlan_mgr.so lazy");
   EXPECT_EQ(platform.loader_events.back(), "close libvlan_mgr.so");
@@ -611,7 +613,7 @@ TEST(VlanFilter, ShowsThePortsWhoseNativeVlanIsInTheList) {
     paraminfo_t* const param = platform.show_command(31, kPortInModule3);
     platform.add_argument(param, PARAM_TYPE_INT_RANGES, &list);
     EXPECT_EQ(pm_cli_show_eth_port_config(param), 0U);
-    EXPECT_EQ(platform.text().find("    Native Vlan: 10\n    Allowed Vlans: 10\n") != std::string::npos, it.shows);
+    EXPECT_THAT(platform.text(), HasSubstrOnlyIf(it.shows, "    Native Vlan: 10\n    Allowed Vlans: 10\n"));
     EXPECT_EQ(platform.text().empty(), !it.shows);
   }
 }

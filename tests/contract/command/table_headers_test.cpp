@@ -3,6 +3,7 @@
 
 #include "contract/command/interface_command.h"
 #include "pmcli/headers.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -98,7 +99,7 @@ TEST(HeaderPrinter, EachPrintsItsTextWithoutValues) {
     printer.print(platform.output());
     EXPECT_EQ(platform.text(), printer.text);
     EXPECT_EQ(platform.terminal(), "");
-    EXPECT_TRUE(platform.tuples().empty());
+    EXPECT_THAT(platform.tuples(), IsEmpty());
     EXPECT_EQ(platform.short_rows, 0U);
     EXPECT_EQ(platform.sends, printer.sends);
   }
@@ -109,7 +110,7 @@ TEST(HeaderPrinter, OfTheInbandTablePrintsOnTheTerminal) {
   pm_cli_print_inband_brief_header();
   EXPECT_EQ(platform.text(), kInbandBrief);
   EXPECT_EQ(platform.terminal(), kInbandBrief);
-  EXPECT_TRUE(platform.pieces.empty());
+  EXPECT_THAT(platform.pieces, IsEmpty());
   EXPECT_EQ(platform.sends, 0U);
 }
 
@@ -192,7 +193,7 @@ void expect_header(const handler_case& shown, uint32 command, if_index_t first, 
   const std::string expected = header_text(shown, command, is_sub_interface);
   EXPECT_EQ(platform.text(), expected);
   EXPECT_EQ(platform.terminal(), "");
-  EXPECT_TRUE(platform.tuples().empty());
+  EXPECT_THAT(platform.tuples(), IsEmpty());
   EXPECT_EQ(platform.count("cmd_paraminfo_to_rxhandle"), 1U);
   EXPECT_EQ(platform.sends, flushes(expected));
 }

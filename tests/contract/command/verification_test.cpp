@@ -6,6 +6,7 @@
 #include "contract/command/interface_command.h"
 #include "contract/sample_ports.h"
 #include "pmcli/selection.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -55,8 +56,8 @@ struct command {
 // Nobody was asked, and nothing was said.
 void expect_silence(const RecordingPlatform& platform) {
   EXPECT_EQ(platform.text(), "");
-  EXPECT_TRUE(platform.requests.empty());
-  EXPECT_TRUE(platform.interface_configurations.empty());
+  EXPECT_THAT(platform.requests, IsEmpty());
+  EXPECT_THAT(platform.interface_configurations, IsEmpty());
 }
 
 // ---- What is settled without the port manager ----------------------------------------------------------------------
@@ -143,7 +144,7 @@ TEST(Verification, CommandWithoutAnInterfaceParameterIsAnError) {
   without_parameters.param->parameter_count = 0;
   EXPECT_EQ(without_parameters.verify(kEthernetMask), kFailed);
   EXPECT_EQ(platform.text(), kNoInterfaces);
-  EXPECT_TRUE(platform.requests.empty());
+  EXPECT_THAT(platform.requests, IsEmpty());
 }
 
 TEST(Verification, InterfaceParameterMayStandAnywhere) {
@@ -427,7 +428,7 @@ TEST(VerificationExchange, RequestThatCannotBeAllocatedIsTold) {
   platform.fail_with("malloc");
   EXPECT_EQ(command(platform, {{kPort, kPort}, {kPort, kPort}}).verify(kEthernetMask), kFailed);
   EXPECT_EQ(platform.text(), "error: malloc failure - size(28)\n");
-  EXPECT_TRUE(platform.requests.empty());
+  EXPECT_THAT(platform.requests, IsEmpty());
 }
 
 TEST(VerificationExchange, RequestThatCannotBeSentIsTold) {
@@ -436,7 +437,7 @@ TEST(VerificationExchange, RequestThatCannotBeSentIsTold) {
   EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kEthernetMask), kFailed);
   EXPECT_EQ(platform.text(), "error: in sending message\n");
   EXPECT_EQ(platform.terminal(), platform.text());
-  EXPECT_TRUE(platform.receives.empty());
+  EXPECT_THAT(platform.receives, IsEmpty());
 }
 
 TEST(VerificationExchange, AnswerThatDoesNotComeIsTold) {
@@ -525,8 +526,8 @@ TEST(VerificationStatus, DecidesAndIsTold) {
       EXPECT_EQ(named.verify(kEthernetMask), expected.result) << expected.status;
       EXPECT_EQ(platform.text(), expected.text);
       EXPECT_EQ(platform.terminal(), platform.text());
-      EXPECT_TRUE(platform.port_ranges_asked.empty());
-      EXPECT_TRUE(platform.interface_configurations.empty());
+      EXPECT_THAT(platform.port_ranges_asked, IsEmpty());
+      EXPECT_THAT(platform.interface_configurations, IsEmpty());
     }
   }
 }
@@ -538,7 +539,7 @@ TEST(VerificationStatus, ConfigurationOfOtherKindsCreatesNothing) {
       answer(platform, expected.status);
       EXPECT_EQ(command(platform, {{kPort, kPort}}).conf().verify(mask), expected.result);
       EXPECT_EQ(platform.text(), expected.text);
-      EXPECT_TRUE(platform.interface_configurations.empty());
+      EXPECT_THAT(platform.interface_configurations, IsEmpty());
     }
   }
 }
@@ -552,7 +553,7 @@ TEST(VerificationStatus, DecidesOfACommandWithoutARangeToo) {
       empty.param->prc_mode = mode;
       EXPECT_EQ(empty.verify(kEthernetMask), expected.result) << expected.status;
       EXPECT_EQ(platform.text(), expected.text);
-      EXPECT_TRUE(platform.port_ranges_asked.empty());
+      EXPECT_THAT(platform.port_ranges_asked, IsEmpty());
     }
   }
 }
@@ -571,7 +572,7 @@ TEST(VerificationOfVsans, ShowCommandIsNotSubjectedToThem) {
   answer(platform, 0);
   deny_everything(platform);
   EXPECT_EQ(command(platform, {{kFibrePort, kFibrePort}}).verify(0x1), kAllowed);
-  EXPECT_TRUE(platform.port_ranges_asked.empty());
+  EXPECT_THAT(platform.port_ranges_asked, IsEmpty());
 }
 
 TEST(VerificationOfVsans, EveryOtherCommandIs) {
@@ -643,7 +644,7 @@ TEST(VerificationCreates, WhatTheStatusCallsFor) {
                                     << creation.status);
     if (creation.create == -1) {
       EXPECT_EQ(result, creation.status == 0 ? kAllowed : kRefused);
-      EXPECT_TRUE(platform.interface_configurations.empty());
+      EXPECT_THAT(platform.interface_configurations, IsEmpty());
       continue;
     }
     EXPECT_EQ(result, kAllowed);
@@ -669,7 +670,7 @@ TEST(VerificationCreates, NothingForShowCommands) {
         command named(platform, {{kSub, kSub}});
         named.param->no_flag = no_flag;
         EXPECT_EQ(named.verify(mask), status == 0 ? kAllowed : kRefused);
-        EXPECT_TRUE(platform.interface_configurations.empty());
+        EXPECT_THAT(platform.interface_configurations, IsEmpty());
       }
     }
   }
@@ -725,8 +726,8 @@ TEST(RangeVerification, ReturnsTheStatusAsItIs) {
     expect_no_option_but(platform.receives[0], 60, 1);
     EXPECT_LT(place_of(platform, "mts_drop"), place_of(platform, "mts_recv"));
     EXPECT_EQ(platform.text(), "");
-    EXPECT_TRUE(platform.interface_configurations.empty());
-    EXPECT_TRUE(platform.port_ranges_asked.empty());
+    EXPECT_THAT(platform.interface_configurations, IsEmpty());
+    EXPECT_THAT(platform.port_ranges_asked, IsEmpty());
   }
 }
 
@@ -741,7 +742,7 @@ TEST(RangeVerification, FailuresGiveMinusOne) {
   RecordingPlatform platform;
   platform.fail_with("malloc");
   EXPECT_EQ(verify_range(kPort, kPort), -1);
-  EXPECT_TRUE(platform.requests.empty());
+  EXPECT_THAT(platform.requests, IsEmpty());
 }
 
 TEST(RangeVerification, ShortAndRejectedAnswersGiveMinusOne) {
@@ -760,7 +761,7 @@ TEST(RangeVerification, MessageThatCannotBeDroppedIsTold) {
   platform.fail_with("mts_drop");
   EXPECT_EQ(verify_range(kPort, kPort), -1);
   EXPECT_EQ(platform.text(), "error: in dropping message\n");
-  EXPECT_TRUE(platform.receives.empty());
+  EXPECT_THAT(platform.receives, IsEmpty());
 }
 
 TEST(RangeVerification, AnswerThatCannotBeDroppedIsTold) {

@@ -7,6 +7,7 @@
 #include "contract/config/config_commands.h"
 #include "pmcli/config.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 #include "support/recording_state.h"
 
 namespace pmcli_test {
@@ -66,7 +67,7 @@ TEST_F(Macro, NeedsAParameterBlockAndARangeByToken) {
   command.param->ascii_gen = 1;
   EXPECT_EQ(pm_cli_run_macro(command.param, &step, 1), 0);
   EXPECT_EQ(platform.text(), kNoRange);
-  EXPECT_TRUE(steps_run.empty());
+  EXPECT_THAT(steps_run, IsEmpty());
 }
 
 TEST_F(Macro, EndsAtALibraryThatIsMissing) {
@@ -82,7 +83,7 @@ TEST_F(Macro, EndsAtAStepThatItsLibraryLacks) {
   platform.libraries["libsteps.so"] = {};
   EXPECT_EQ(run({{"first", "libsteps.so", {.name = "step"}}, {"second", nullptr, {.function = good_step}}}), 0);
   EXPECT_EQ(platform.text(), "Command not successful\n");
-  EXPECT_TRUE(steps_run.empty());
+  EXPECT_THAT(steps_run, IsEmpty());
   EXPECT_EQ(platform.loader_events.back(), "close libsteps.so");
 }
 
@@ -231,14 +232,16 @@ TEST(AccessMode, SaysThatTheHeapIsExhausted) {
       [](RecordingPlatform& platform) {
         config_command command(platform, kPort);
         const access_step step(command);
-        EXPECT_TRUE(platform.failed_call() != "malloc" || step.result == 1);
+        if (platform.failed_call() == "malloc") {
+          EXPECT_EQ(step.result, 1);
+        }
       },
       [&texts](const walk_run& at) {
         if (at.platform.failed_call() == "malloc") texts.push_back(at.platform.text());
       });
   ASSERT_EQ(texts.size(), 2U);
-  EXPECT_NE(texts[0].find("] for size 8\nerror: allocating memory for range list\n"), std::string::npos);
-  EXPECT_NE(texts[1].find("] for size 6\nerror: malloc failure - size(6)\n"), std::string::npos);
+  EXPECT_THAT(texts[0], HasSubstr("] for size 8\nerror: allocating memory for range list\n"));
+  EXPECT_THAT(texts[1], HasSubstr("] for size 6\nerror: malloc failure - size(6)\n"));
 }
 
 // ---- Results by port -----------------------------------------------------------------------------------------------

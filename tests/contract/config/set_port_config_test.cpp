@@ -8,6 +8,7 @@
 #include "contract/config/config_commands.h"
 #include "pmcli/config.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -81,7 +82,7 @@ void expect_refused(const std::vector<refused_case>& cases) {
     RecordingPlatform platform;
     EXPECT_EQ(run(platform, it.line), it.result);
     EXPECT_EQ(platform.text(), it.text);
-    EXPECT_TRUE(platform.setting_requests.empty());
+    EXPECT_THAT(platform.setting_requests, IsEmpty());
   }
 }
 
@@ -115,7 +116,7 @@ TEST(PortSetting, DoesNothingWhenOnlyTheTextIsAskedFor) {
   command.param->ascii_gen = 1;
   EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
   EXPECT_EQ(platform.text(), "");
-  EXPECT_TRUE(platform.setting_requests.empty());
+  EXPECT_THAT(platform.setting_requests, IsEmpty());
 }
 
 TEST(PortSetting, NeedsARangeWhichItsTypeTells) {
@@ -197,8 +198,8 @@ TEST(PortSetting, SendsAnEmptyListAndCallsItRefused) {
   command.token(9);
   EXPECT_EQ(pm_cli_set_port_config(command.param), 1);
   ASSERT_EQ(platform.setting_requests.size(), 1U);
-  EXPECT_TRUE(platform.setting_requests[0].ranges.empty());
-  EXPECT_TRUE(platform.failures.empty());
+  EXPECT_THAT(platform.setting_requests[0].ranges, IsEmpty());
+  EXPECT_THAT(platform.failures, IsEmpty());
 }
 
 // ---- Keywords ------------------------------------------------------------------------------------------------------
@@ -272,7 +273,7 @@ TEST(Keyword, AsksBeforeItCuts) {
 TEST(Keyword, AsksNothingBeforeAnotherPortIsShutDown) {
   RecordingPlatform platform;
   EXPECT_EQ(run(platform, {kPort, false, {3}}), 0);
-  EXPECT_TRUE(platform.questions.empty());
+  EXPECT_THAT(platform.questions, IsEmpty());
 }
 
 // ---- Switchport sub-commands ---------------------------------------------------------------------------------------
@@ -437,7 +438,7 @@ TEST(Switchport, LetsARestrictedUserChangeNoMode) {
       platform.vsan_restricted = 1;
       EXPECT_EQ(run(platform, {kFibre, is_no, {kSwitchport, sub_command}}), -12);
       EXPECT_EQ(platform.text(), "error: port mode configuration not allowed\n");
-      EXPECT_TRUE(platform.setting_requests.empty());
+      EXPECT_THAT(platform.setting_requests, IsEmpty());
     }
 }
 
@@ -557,7 +558,7 @@ TEST(LayerCheck, EndsTheCommandAtAnyInterfaceOfALaterRange) {
                 "layermode query on if_idx 0x%x failed: \nstatus: 0 - good\nif_info_status: 41 - bad\n",
                 port_channel(3));
   EXPECT_EQ(platform.text(), expected);
-  EXPECT_TRUE(platform.setting_requests.empty());
+  EXPECT_THAT(platform.setting_requests, IsEmpty());
 }
 
 TEST(LayerCheck, AsksForEveryInterfaceOfALongRange) {
@@ -584,7 +585,7 @@ TEST(LayerCheck, IsLeftOutWithNoAndForOtherKinds) {
   EXPECT_EQ(run(platform, {kPort, true, {kSwitchport, 15}}), 0);
   EXPECT_EQ(run(platform, {kFibre, false, {kSwitchport, 15}}), 0);
   EXPECT_EQ(run(platform, {kPort, false, {kSwitchport}}), 0);
-  EXPECT_TRUE(platform.interface_manager_starts.empty());
+  EXPECT_THAT(platform.interface_manager_starts, IsEmpty());
 }
 
 TEST(LayerCheck, EndsTheCommandWhenAQueryFails) {
@@ -597,7 +598,7 @@ TEST(LayerCheck, EndsTheCommandWhenAQueryFails) {
   std::snprintf(expected, sizeof expected,
                 "layermode query on if_idx 0x%x failed: \nstatus: 40 - odd\nif_info_status: 0 - good\n", kChannel);
   EXPECT_EQ(platform.text(), expected);
-  EXPECT_TRUE(platform.setting_requests.empty());
+  EXPECT_THAT(platform.setting_requests, IsEmpty());
 }
 
 TEST(LayerCheck, EndsTheCommandWhenTheRecordIsBad) {
@@ -610,7 +611,7 @@ TEST(LayerCheck, EndsTheCommandWhenTheRecordIsBad) {
   std::snprintf(expected, sizeof expected,
                 "layermode query on if_idx 0x%x failed: \nstatus: 0 - good\nif_info_status: 41 - bad\n", kPort);
   EXPECT_EQ(platform.text(), expected);
-  EXPECT_TRUE(platform.setting_requests.empty());
+  EXPECT_THAT(platform.setting_requests, IsEmpty());
 }
 
 TEST(LayerCheck, EndsTheCommandWhenItCannotBegin) {
@@ -676,7 +677,7 @@ TEST(SettingFailure, OfTheTransportIsToldByTheShell) {
   platform.fail_with("pm_cmi_set_port_config", -1);
   EXPECT_EQ(run(platform, {kPort, false, {9}}), 1);
   EXPECT_EQ(platform.mts_errors, (std::vector<std::pair<int32, int32>>{{2, 110}}));
-  EXPECT_TRUE(platform.failures.empty());
+  EXPECT_THAT(platform.failures, IsEmpty());
 }
 
 TEST(SettingFailure, OfTheServiceIsPrintedAsTextAndCode) {
@@ -686,7 +687,7 @@ TEST(SettingFailure, OfTheServiceIsPrintedAsTextAndCode) {
   platform.results_in_spite_of_failure = {{kPort, 3}};
   EXPECT_EQ(run(platform, {kPort, false, {9}}), 1);
   EXPECT_EQ(platform.text(), "error: busy\nerror: 0x40290007\n");
-  EXPECT_TRUE(platform.failures.empty());
+  EXPECT_THAT(platform.failures, IsEmpty());
 }
 
 TEST(SettingFailure, WithoutResultsIsNoSuccess) {
@@ -694,7 +695,7 @@ TEST(SettingFailure, WithoutResultsIsNoSuccess) {
   platform.null_results = 5;
   EXPECT_EQ(run(platform, {kPort, false, {9}}), 1);
   EXPECT_EQ(platform.text(), "");
-  EXPECT_TRUE(platform.failures.empty());
+  EXPECT_THAT(platform.failures, IsEmpty());
 }
 
 TEST(SettingFailure, IsToldByErrorTheLastOpenedFirst) {
@@ -800,7 +801,7 @@ TEST(SettingFailure, WithoutAnOutputHandleIsStillAFailure) {
   platform.setting_results = {{ethernet(1, 1), 0x11}};
   EXPECT_EQ(run(platform, {kPort, false, {9}}), 1);
   EXPECT_EQ(platform.text(), "cmd_paraminfo_to_rxhandle failed \n");
-  EXPECT_TRUE(platform.failures.empty());
+  EXPECT_THAT(platform.failures, IsEmpty());
 }
 
 TEST(PortSetting, SurvivesEveryFailure) {
@@ -823,9 +824,9 @@ TEST(PortSetting, SaysWhereTheHeapIsExhausted) {
         if (at.platform.failed_call() == "malloc") texts.push_back(at.platform.text());
       });
   ASSERT_EQ(texts.size(), 2U);
-  EXPECT_NE(texts[0].find("] for size 8\nerror: allocating memory for range list\n"), std::string::npos) << texts[0];
-  EXPECT_EQ(texts[0].find("(Error) Malloc Failure in "), 0U);
-  EXPECT_NE(texts[1].find("] for size 6\nerror: malloc failure - size(6)\n"), std::string::npos) << texts[1];
+  EXPECT_THAT(texts[0], HasSubstr("] for size 8\nerror: allocating memory for range list\n"));
+  EXPECT_THAT(texts[0], StartsWith("(Error) Malloc Failure in "));
+  EXPECT_THAT(texts[1], HasSubstr("] for size 6\nerror: malloc failure - size(6)\n"));
 }
 
 }  // namespace
