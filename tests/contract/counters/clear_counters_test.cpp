@@ -6,6 +6,7 @@
 #include "pm/interface_ranges.h"
 #include "pmcli/clear.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -42,8 +43,8 @@ TEST(ClearRanges, OtherArgumentsAreNone) {
   pm_cli_loopback_clear_counters(command.param);
   EXPECT_EQ(platform.text(), std::string(kNoRange) + kNoRange + kNoRange);
   EXPECT_EQ(platform.terminal(), platform.text());
-  EXPECT_TRUE(platform.loader_events.empty());
-  EXPECT_TRUE(platform.clear_requests.empty());
+  EXPECT_THAT(platform.loader_events, IsEmpty());
+  EXPECT_THAT(platform.clear_requests, IsEmpty());
 }
 
 TEST(ClearRanges, TheFirstOfTwoCounts) {
@@ -108,7 +109,7 @@ TEST(ClearRanges, AnEmptyListIsNoFailure) {
   EXPECT_EQ(pm_cli_eth_clear_counters(command.param), 0);
   pm_cli_loopback_clear_counters(command.param);
   EXPECT_EQ(platform.text(), "");
-  EXPECT_TRUE(platform.loader_events.empty());
+  EXPECT_THAT(platform.loader_events, IsEmpty());
 }
 
 TEST(ClearRanges, MissingParameterBlockIsSilent) {
@@ -119,7 +120,7 @@ TEST(ClearRanges, MissingParameterBlockIsSilent) {
   EXPECT_EQ(pm_cli_clear_all_counters(nullptr), 0);
   pm_cli_loopback_clear_counters(nullptr);
   EXPECT_EQ(platform.text(), "");
-  EXPECT_TRUE(platform.calls.empty());
+  EXPECT_THAT(platform.calls, IsEmpty());
 }
 
 // ---- Ranges at the port manager ------------------------------------------------------------------------------------
@@ -167,7 +168,7 @@ TEST(ClearAtPortManager, WrappedCountsArePassedOver) {
   RecordingPlatform platform;
   clear_command command(platform, {{tunnel(5), tunnel(4)}, {tunnel(5), tunnel(2)}});
   EXPECT_EQ(pm_cli_clear_counters(command.param), 0);
-  EXPECT_TRUE(platform.clear_requests.empty());
+  EXPECT_THAT(platform.clear_requests, IsEmpty());
   EXPECT_EQ(platform.count("malloc"), 0U);
 }
 
@@ -220,7 +221,7 @@ TEST(ClearAtPortManager, UnreadableKindStopsTheCommand) {
   clear_command command(counting, {only(kPort1), only(kPort2)});
   EXPECT_EQ(pm_cli_clear_counters(command.param), 1);
   EXPECT_EQ(counting.failed_call(), "if_index_get_type");
-  EXPECT_TRUE(counting.clear_requests.empty());
+  EXPECT_THAT(counting.clear_requests, IsEmpty());
   EXPECT_EQ(counting.text(), "");
 }
 
@@ -233,7 +234,7 @@ TEST(ClearAtPortManager, ExhaustedHeapStopsTheCommand) {
             "(Error) Malloc Failure in clear.cpp[2392] for size 12\n"
             "pm_cli_clear_counters: malloc failure, size(12)\n");
   EXPECT_EQ(platform.terminal(), platform.text());
-  EXPECT_TRUE(platform.clear_requests.empty());
+  EXPECT_THAT(platform.clear_requests, IsEmpty());
 }
 
 TEST(ClearAtPortManager, ManagementPortIsClearedAtTheKernel) {
@@ -393,7 +394,7 @@ TEST(ClearAllPortChannels, StopsWhereTheMapDoesNotAscend) {
 TEST(ClearAllPortChannels, EmptyMapClearsNothing) {
   RecordingPlatform platform;
   EXPECT_EQ(pm_clear_all_port_channel_counters(RecordingPlatform::q()), 0);
-  EXPECT_TRUE(platform.cleared.empty());
+  EXPECT_THAT(platform.cleared, IsEmpty());
 }
 
 // ---- All of a kind -------------------------------------------------------------------------------------------------
@@ -423,7 +424,7 @@ TEST(ClearKind, FailedListingIsToldAndReturned) {
   RecordingPlatform platform;
   EXPECT_EQ(clear_kind(IF_TYPE_LOOPBACK), -1);
   EXPECT_EQ(platform.mts_errors, (std::vector<std::pair<int32, int32>>{{1, 0}}));
-  EXPECT_TRUE(platform.drops.empty());
+  EXPECT_THAT(platform.drops, IsEmpty());
   platform.clear_output();
   platform.fail_with("pm_get_if_index_listing");
   EXPECT_EQ(clear_kind(IF_TYPE_LOOPBACK), -1);
@@ -524,7 +525,7 @@ TEST(ClearFailures, EachHandlerReleasesWhatItTook) {
         [](RecordingPlatform& platform) {
           clear_command command(platform, {{kPort1, kPort2}, only(mgmt()), only(kPort3)});
           const int32 result = pm_cli_clear_counters(command.param);
-          EXPECT_TRUE(result == 0 || result == 1);
+          EXPECT_THAT(result, AnyOf(0, 1));
         },
         {}, error);
     EXPECT_GT(of_ranges, 20U);
@@ -532,7 +533,7 @@ TEST(ClearFailures, EachHandlerReleasesWhatItTook) {
         [](RecordingPlatform& platform) {
           platform.listings[IF_TYPE_FC] = listing_of({fibre_channel(1, 1), fibre_channel(1, 2)});
           const int32 result = clear_kind(IF_TYPE_FC);
-          EXPECT_TRUE(result == 0 || result == -1);
+          EXPECT_THAT(result, AnyOf(0, -1));
         },
         {}, error);
     EXPECT_EQ(of_kinds, 6U);  // the listing, its payload and size, two requests, the drop

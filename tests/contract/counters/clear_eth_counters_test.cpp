@@ -5,6 +5,7 @@
 #include "contract/sample_ports.h"
 #include "pmcli/clear.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -88,7 +89,7 @@ TEST(ClearAllEthernet, MissingLibraryEndsInSilence) {
   platform.libraries.erase(STATCL_LIBRARY);
   clear_all();
   EXPECT_EQ(platform.text(), "");
-  EXPECT_TRUE(platform.cleared.empty());
+  EXPECT_THAT(platform.cleared, IsEmpty());
   EXPECT_EQ(platform.loader_events, (Events{"miss libstatcl.so now"}));
   EXPECT_EQ(platform.count("pm_get_if_index_listing"), 1U);
   EXPECT_EQ(platform.drops.size(), 1U);
@@ -111,7 +112,7 @@ TEST(ClearAllEthernet, FunctionOfValueNullIsMissing) {
   platform.libraries[STATCL_LIBRARY]["statscl_clear_port_client_stats"] = nullptr;
   clear_all();
   EXPECT_EQ(platform.text(), "error: (null) in dlsym for statscl_clear_port_client_stats\n");
-  EXPECT_TRUE(platform.cleared.empty());
+  EXPECT_THAT(platform.cleared, IsEmpty());
 }
 
 TEST(ClearAllEthernet, ErrorOfTheLoaderFromBeforeIsForgotten) {
@@ -147,7 +148,7 @@ TEST(ClearAllEthernet, FailedListingIsToldAndTheOtherKindCleared) {
   platform.fail_with("pm_get_if_index_listing");
   clear_all();
   EXPECT_EQ(platform.text(), std::string(kTransportFailure) + kTransportFailure);
-  EXPECT_TRUE(platform.cleared.empty());
+  EXPECT_THAT(platform.cleared, IsEmpty());
 }
 
 TEST(ClearAllEthernet, LyingListingsAreReadToTheirEnd) {
@@ -326,7 +327,7 @@ TEST(ClearAllLoopbacks, FailedListingIsTold) {
   platform.fail_with("pm_get_if_index_listing");
   clear_loopbacks();
   EXPECT_EQ(platform.text(), kTransportFailure);
-  EXPECT_TRUE(platform.loader_events.empty());
+  EXPECT_THAT(platform.loader_events, IsEmpty());
 }
 
 TEST(ClearAllLoopbacks, MissingLibraryIsSilentAndMissingFunctionTold) {
@@ -364,7 +365,7 @@ TEST(ClearLoopbackRange, MissingLibraryIsSilentAndMissingFunctionTold) {
   platform.libraries[IP_STATS_LIBRARY] = {};
   pm_cli_loopback_clear_counters(command.param);
   EXPECT_EQ(platform.text(), kNoLoopbackFunction);
-  EXPECT_TRUE(platform.cleared.empty());
+  EXPECT_THAT(platform.cleared, IsEmpty());
 }
 
 // ---- Every call failing in its turn --------------------------------------------------------------------------------

@@ -5,6 +5,7 @@
 #include "pmcli/counters.h"
 #include "support/both_forms.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -157,10 +158,10 @@ TEST(PortBlock, IsTheNameAnEmptyLineAndTheLongerTrafficLines) {
 TEST(PortBlock, EachServiceIsAskedForItsKind) {
   RecordingPlatform platform;
   platform.eth_stats[kPort] = {};
-  EXPECT_TRUE(block_of(platform, kPort).starts_with("Ethernet1/1\n\n"));
+  EXPECT_THAT(block_of(platform, kPort), StartsWith("Ethernet1/1\n\n"));
   platform.clear_output();
   platform.channel_eth_stats[kOldChannel] = {};
-  EXPECT_TRUE(block_of(platform, kOldChannel).starts_with("port-channel4\n\n"));
+  EXPECT_THAT(block_of(platform, kOldChannel), StartsWith("port-channel4\n\n"));
   EXPECT_EQ(platform.count("pm_get_clear_eth_stats"), 1U);
   EXPECT_EQ(platform.count("pm_port_channel_get_clear_eth_stats"), 1U);
 }
@@ -233,7 +234,7 @@ TEST(LoopbackBlock, ShowsNameAndCounters) {
   RecordingPlatform platform;
   platform.loopback_stats[kLoopback].in_pkts = 0x100000001;
   const std::string text = loopback_block(platform);
-  EXPECT_TRUE(text.starts_with("loopback4\n    4294967297 packets input 0 bytes\n")) << text;
+  EXPECT_THAT(text, StartsWith("loopback4\n    4294967297 packets input 0 bytes\n"));
   EXPECT_EQ(platform.tuples().at(0), (bound_tuple{0x0C2A01D8, kLoopback}));
 }
 
@@ -253,7 +254,7 @@ TEST(LoopbackBlock, WhatAFailedFetchLeftIsShown) {
          stats->in_pkts = 77;
          return 0;
        }}};
-  EXPECT_TRUE(contains(loopback_block(platform), "    77 packets input 0 bytes\n"));
+  EXPECT_THAT(loopback_block(platform), HasSubstr("    77 packets input 0 bytes\n"));
 }
 
 // ---- Every call failing in its turn --------------------------------------------------------------------------------
@@ -342,7 +343,7 @@ TEST(ManagementCounters, ErrorTablesFetchNothing) {
     platform.interface_counters[mgmt()] = some_mgmt_counters();
     EXPECT_EQ(mgmt_display(platform, command), kErrorsOfNone);
     EXPECT_EQ(platform.short_rows, 1U);
-    EXPECT_TRUE(platform.calls.empty());
+    EXPECT_THAT(platform.calls, IsEmpty());
   }
 }
 
@@ -361,7 +362,7 @@ TEST(ManagementCounters, TrafficTablesTellAFailedFetchAndShowNoRow) {
     RecordingPlatform platform;
     EXPECT_EQ(mgmt_display(platform, command), kStatsFailed);
     EXPECT_EQ(platform.terminal(), kStatsFailed);
-    EXPECT_TRUE(platform.pieces.empty());
+    EXPECT_THAT(platform.pieces, IsEmpty());
   }
 }
 
@@ -389,16 +390,16 @@ TEST(ManagementCounters, ListsLeaveOutWhatCannotBeHad) {
                                             "  Output Carrier Errors:                               82\n"
                                             "\n");
   platform.clear_output();
-  EXPECT_TRUE(mgmt_display(platform, 59)
-                  .starts_with(std::string(kStatsFailed) + "mgmt0\n"
-                                                           "  32 Bit Counters:\n"
-                                                           "   0.                          InPackets = 81\n"));
+  EXPECT_THAT(mgmt_display(platform, 59),
+              StartsWith(std::string(kStatsFailed) + "mgmt0\n"
+                                                     "  32 Bit Counters:\n"
+                                                     "   0.                          InPackets = 81\n"));
   EXPECT_EQ(platform.tuples().size(), 1U + 15U);
 
   platform.clear_output();
   platform.kernel_devices.clear();
   platform.interface_counters[mgmt()] = some_mgmt_counters();
-  EXPECT_TRUE(mgmt_display(platform, 59).starts_with("mgmt0\n  32 Bit Counters:\n   0."));
+  EXPECT_THAT(mgmt_display(platform, 59), StartsWith("mgmt0\n  32 Bit Counters:\n   0."));
   EXPECT_EQ(platform.terminal(), "");
   EXPECT_EQ(platform.tuples().size(), 1U + 18U);
 }
@@ -416,10 +417,9 @@ TEST(ManagementCounters, ListOfAllCountsOn) {
   platform.interface_counters[mgmt()] = some_mgmt_counters();
   platform.kernel_devices["eth1"] = some_kernel_counters();
   const std::string text = mgmt_display(platform, 59);
-  EXPECT_TRUE(contains(text,
-                       "\n  17.              VDCLevelAvgOutOctets: = 0\n"
-                       "  18.                          InPackets = 81\n"));
-  EXPECT_TRUE(contains(text, "\n  32.                      CarrierErrors = 82\n\n"));
+  EXPECT_THAT(text, HasSubstr("\n  17.              VDCLevelAvgOutOctets: = 0\n"
+                              "  18.                          InPackets = 81\n"));
+  EXPECT_THAT(text, HasSubstr("\n  32.                      CarrierErrors = 82\n\n"));
 }
 
 // A provider that stores something and then fails has not served.
@@ -432,8 +432,9 @@ TEST(ManagementCounters, PartlyFilledRecordsAreNotShown) {
       },
       [](const walk_run& run) {
         const std::string& failed = run.platform.failed_call();
-        EXPECT_EQ(contains(run.platform.text(), "VDC Level"), failed != "pm_get_interface_counters") << failed;
-        EXPECT_EQ(contains(run.platform.text(), "  Input Packets:"), failed != "pm_get_proc_net_dev_stats") << failed;
+        EXPECT_THAT(run.platform.text(), HasSubstrOnlyIf(failed != "pm_get_interface_counters", "VDC Level")) << failed;
+        EXPECT_THAT(run.platform.text(), HasSubstrOnlyIf(failed != "pm_get_proc_net_dev_stats", "  Input Packets:"))
+            << failed;
         EXPECT_EQ(run.platform.sends, 1U);
       });
 }
@@ -453,7 +454,7 @@ TEST(ManagementCounters, OtherIdsFlushOnly) {
     }
     RecordingPlatform platform;
     EXPECT_EQ(mgmt_display(platform, command), "");
-    EXPECT_TRUE(platform.calls.empty());
+    EXPECT_THAT(platform.calls, IsEmpty());
   }
 }
 

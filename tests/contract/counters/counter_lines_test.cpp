@@ -4,6 +4,7 @@
 #include "pmcli/counters.h"
 #include "pmcli/interface.h"
 #include "support/both_forms.h"
+#include "support/matchers.h"
 #include "support/recording_platform.h"
 
 namespace pmcli_test {
@@ -30,7 +31,7 @@ TEST(NonZeroLine, IsLeftOutForZero) {
   nzero_prt(platform.output(), &wide, "Rx Packets:", 0x152A0086);
   nzero_prt_uint32(platform.output(), &narrow, "Rx Packets:", 0x142A0086);
 
-  EXPECT_TRUE(platform.pieces.empty());
+  EXPECT_THAT(platform.pieces, IsEmpty());
 }
 
 TEST(NonZeroLine, CutsALongLabel) {
@@ -188,7 +189,7 @@ TEST(ManagementLines, ShowTheKernelCountersEachUnderItsTuple) {
 TEST(ManagementLines, NeedARecord) {
   RecordingPlatform platform;
   print_eth_port_counters(platform.output(), nullptr);
-  EXPECT_TRUE(platform.pieces.empty());
+  EXPECT_THAT(platform.pieces, IsEmpty());
   EXPECT_EQ(platform.text(), "");
 }
 

@@ -4,6 +4,7 @@
 #include "contract/sample_ports.h"
 #include "pmcli/counters.h"
 #include "support/both_forms.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -139,7 +140,7 @@ TEST(ErrorsRow, LargestCountersAreNotCut) {
   errors_t errors = distinct_errors();
   errors.rx_align = kMost;
   pm_cli_show_port_1st_counters_errors_table(platform.output(), kPort, &errors);
-  EXPECT_TRUE(contains(platform.text(), "Eth1/1   18446744073709551615         101"));
+  EXPECT_THAT(platform.text(), HasSubstr("Eth1/1   18446744073709551615         101"));
 }
 
 TEST(ErrorsRow, LongNamesAreCut) {

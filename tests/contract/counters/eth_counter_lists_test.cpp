@@ -5,6 +5,7 @@
 
 #include "contract/counters/counter_rows.h"
 #include "pmcli/counters.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -313,7 +314,7 @@ TEST(EthNonzeroList, NothingIsShownWhenAllAreZero) {
   statscl_portcl_stats_msg_t stats = record_of(kPort);
   for (const wire_counter& other : kNotShown) put_counter(stats, other, value_at(other));
   pm_cli_show_common_eth_counters_detailed(platform.output(), nullptr, &stats);
-  EXPECT_TRUE(platform.pieces.empty());
+  EXPECT_THAT(platform.pieces, IsEmpty());
 }
 
 TEST(EthNonzeroList, NothingIsShownWithoutARecordOrAHandle) {
@@ -328,7 +329,7 @@ TEST(EthNonzeroList, NothingIsShownWithoutARecordOrAHandle) {
   pm_cli_show_eth_L3_counters_detailed_all(platform.output(), 3, nullptr);
   pm_cli_show_L3_eth_counters_detailed(nullptr, &pfstats);
   pm_cli_show_eth_L3_counters_detailed_all(nullptr, 3, &pfstats);
-  EXPECT_TRUE(platform.pieces.empty());
+  EXPECT_THAT(platform.pieces, IsEmpty());
 }
 
 // ---- Layer 3 behind what is not zero -------------------------------------------------------------------------------
@@ -459,12 +460,10 @@ TEST(EthAllList, ZerosAreShown) {
   RecordingPlatform platform;
   statscl_portcl_stats_msg_t stats = record_of(kPort);
   pm_cli_show_eth_counters_detailed_all(platform.output(), nullptr, &stats);
-  EXPECT_TRUE(
-      platform.text().starts_with("Ethernet1/1\n"
-                                  "  64 bit counters:\n"
-                                  "   0.                      rxHCTotalPkts = 0\n"
-                                  "   1.                       txHCTotalPks = 0\n"))
-      << platform.text();
+  EXPECT_THAT(platform.text(), StartsWith("Ethernet1/1\n"
+                                          "  64 bit counters:\n"
+                                          "   0.                      rxHCTotalPkts = 0\n"
+                                          "   1.                       txHCTotalPks = 0\n"));
   EXPECT_EQ(platform.tuples().size(), 1U + 20U + 73U);
 }
 

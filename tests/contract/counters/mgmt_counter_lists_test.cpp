@@ -3,6 +3,7 @@
 
 #include "contract/counters/counter_rows.h"
 #include "pmcli/counters.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -151,7 +152,7 @@ TEST(MgmtNonzeroList, NothingIsShownWhenAllAreZeroOrMissing) {
   pm_cli_mgmt_counters_detailed(platform.output(), &stats, nullptr, mgmt());
   pm_cli_mgmt_counters_detailed(platform.output(), nullptr, &system, mgmt());
   pm_cli_mgmt_counters_detailed(platform.output(), nullptr, nullptr, mgmt());
-  EXPECT_TRUE(platform.pieces.empty());
+  EXPECT_THAT(platform.pieces, IsEmpty());
 }
 
 // ---- Management port: all ------------------------------------------------------------------------------------------
@@ -194,11 +195,9 @@ TEST(MgmtAllList, ZerosAreShown) {
   RecordingPlatform platform;
   pm_if_stat stats{};
   pm_cli_mgmt_counters_detailed_all(platform.output(), &stats, nullptr, mgmt());
-  EXPECT_TRUE(
-      platform.text().starts_with("mgmt0\n"
-                                  "  32 Bit Counters:\n"
-                                  "   0.                 VDCLevelInPackets: = 0\n"))
-      << platform.text();
+  EXPECT_THAT(platform.text(), StartsWith("mgmt0\n"
+                                          "  32 Bit Counters:\n"
+                                          "   0.                 VDCLevelInPackets: = 0\n"));
   EXPECT_EQ(platform.tuples().size(), 1U + 18U);
 }
 
@@ -223,10 +222,8 @@ TEST(LoopbackAllList, LargestCountersAreShown) {
   ip_if_stats stats{};
   stats.out_pkts = 0xFFFFFFFFFFFFFFFF;
   pm_cli_show_loopback_counters_detailed_all(platform.output(), &stats, kLoopback);
-  EXPECT_NE(platform.text().find("   1.                      txHCTotalPkts = 18446744073709551615\n"),
-            std::string::npos);
-  EXPECT_NE(platform.text().find("   1.                         OutPackets = 18446744073709551615\n"),
-            std::string::npos);
+  EXPECT_THAT(platform.text(), HasSubstr("   1.                      txHCTotalPkts = 18446744073709551615\n"));
+  EXPECT_THAT(platform.text(), HasSubstr("   1.                         OutPackets = 18446744073709551615\n"));
 }
 
 TEST(CounterLists, NothingIsShownWithoutAHandle) {
@@ -237,7 +234,7 @@ TEST(CounterLists, NothingIsShownWithoutAHandle) {
   pm_cli_mgmt_counters_detailed_all(nullptr, &stats, nullptr, mgmt());
   pm_cli_show_loopback_counters_detailed_all(nullptr, &loopback_stats, kLoopback);
   pm_cli_show_loopback_counters_detailed_all(platform.output(), nullptr, kLoopback);
-  EXPECT_TRUE(platform.pieces.empty());
+  EXPECT_THAT(platform.pieces, IsEmpty());
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "pmcli/counters.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 #include "support/recording_platform.h"
 
 namespace pmcli_test {
@@ -255,7 +256,7 @@ TEST(ForwardingStatistics, AreZeroButForTheLastTwelveBytes) {
     for (std::size_t i = 276; i < 288; ++i) ASSERT_EQ(bytes[i], 0xA5) << i;
   }
   EXPECT_EQ(platform.text(), "");
-  EXPECT_TRUE(platform.calls.empty()) << "no provider is asked";
+  EXPECT_THAT(platform.calls, IsEmpty()) << "no provider is asked";
 }
 
 }  // namespace
