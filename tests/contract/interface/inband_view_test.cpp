@@ -5,6 +5,7 @@
 #include "pmcli/command.h"
 #include "pmcli/interface.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -158,7 +159,7 @@ TEST(InbandHandler, StandbySupervisorRefuses) {
   EXPECT_EQ(pm_cli_show_inband_port_config(param), 0);
   EXPECT_EQ(platform.text(), "This command is not enabled on Standby SUP.\n");
   EXPECT_EQ(platform.sends, 0U);
-  EXPECT_TRUE(platform.calls.empty());
+  EXPECT_THAT(platform.calls, IsEmpty());
 }
 
 TEST(InbandHandler, MissingHandleIsTold) {

@@ -5,6 +5,7 @@
 #include "pmcli/interface.h"
 #include "support/both_forms.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -88,7 +89,7 @@ TEST(LoopbackView, RecordIsNeededByEveryId) {
     RecordingPlatform platform;
     platform.loopback_stats[kLoopback] = lossy_counters();
     EXPECT_EQ(view(platform, command), "error: <system error 40290037>\n");
-    EXPECT_TRUE(platform.loader_events.empty());
+    EXPECT_THAT(platform.loader_events, IsEmpty());
     platform.clear_output();
     platform.fail_with("pm_cmi_get_port_config");
     EXPECT_EQ(view(platform, command), "<transport failure 2 110>\n");

@@ -5,6 +5,7 @@
 #include "pmcli/interface.h"
 #include "support/both_forms.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -115,13 +116,13 @@ TEST(ManagementRates, BitsWrapAndPacketsAreUnsigned) {
   stats.in_bps = (uint64{1} << 61) + 1;
   stats.in_pps = 0xFFFFFFFF;
   pm_cli_show_mgmt_vdc_counters(platform.output(), &stats);
-  EXPECT_TRUE(platform.text().starts_with("  1 minute input rate 8 bits/sec, 4294967295 packets/sec\n"));
+  EXPECT_THAT(platform.text(), StartsWith("  1 minute input rate 8 bits/sec, 4294967295 packets/sec\n"));
 }
 
 TEST(ManagementRates, NothingIsShownWithoutARecord) {
   RecordingPlatform platform;
   pm_cli_show_mgmt_vdc_counters(platform.output(), nullptr);
-  EXPECT_TRUE(platform.pieces.empty());
+  EXPECT_THAT(platform.pieces, IsEmpty());
 }
 
 // ---- The view by command id ----------------------------------------------------------------------------------------
@@ -321,7 +322,7 @@ TEST(ManagementConfig, GigabitBeginsAtAThousand) {
     platform.ports[mgmt()].oper_port_speed = speed;
     platform.kernel_interfaces["eth7"] = kDevice;
     print_config(platform);
-    EXPECT_TRUE(platform.text().starts_with("    Hardware is Ethernet\n")) << speed;
+    EXPECT_THAT(platform.text(), StartsWith("    Hardware is Ethernet\n")) << speed;
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include "contract/sample_ports.h"
 #include "pmcli/interface.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -69,7 +70,7 @@ TEST(ChannelMembers, EthernetSwitchesShowOneLineOfShortNames) {
     const bool is_line = is_one_of(chassis, {10, 11, 17, 19, 20, 21, 22, 23, 24});
     EXPECT_EQ(platform.text(), is_line ? kThreeInALine : kThreeNumbered) << "chassis " << chassis;
     EXPECT_EQ(platform.terminal(), "");
-    EXPECT_TRUE(platform.tuples().empty());
+    EXPECT_THAT(platform.tuples(), IsEmpty());
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include "contract/sample_ports.h"
 #include "pmcli/interface.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -238,7 +239,7 @@ TEST(PortBlock, UnboundVirtualEthernetShowsDashes) {
   RecordingPlatform platform;
   const std::string text = shown(platform, named(vethernet(5), port_record()), physical_data());
 
-  EXPECT_TRUE(contains(text, "Vethernet5 is 1\n    Bound Interface is -- \n  Hardware: "));
+  EXPECT_THAT(text, HasSubstr("Vethernet5 is 1\n    Bound Interface is -- \n  Hardware: "));
   EXPECT_EQ(bound_to(platform, 0x0C2A0239), tuple_value("(not bound)"));
 }
 
@@ -272,7 +273,7 @@ TEST(PortBlock, EmptyMultiChassisStatusPrintsNothing) {
   port_data_t data = physical_data();
   data.port_channel = 1;
 
-  EXPECT_TRUE(contains(shown(platform, named(kChannel, port_record()), data), "port-channel3 is 1\n  Hardware: "));
+  EXPECT_THAT(shown(platform, named(kChannel, port_record()), data), HasSubstr("port-channel3 is 1\n  Hardware: "));
 }
 
 TEST(PortBlock, OnlyAPortChannelIsAskedForItsMultiChassisStatus) {
@@ -312,15 +313,15 @@ TEST(PortBlock, HardwareMayBeEmpty) {
   port_data_t data = physical_data();
   data.hardware[0] = '\0';
 
-  EXPECT_TRUE(contains(block_of(port_record(), data), "\n  Hardware: , address: 0210.2030.4050 (bia "));
+  EXPECT_THAT(block_of(port_record(), data), HasSubstr("\n  Hardware: , address: 0210.2030.4050 (bia "));
 }
 
 TEST(PortBlock, DescriptionOf81CharactersIsShownWhole) {
   pm_port_info_t port = port_record();
   set_description(port, std::string(81, 'd'));
 
-  EXPECT_TRUE(
-      contains(block_of(port, physical_data()), "\n  Description: " + std::string(81, 'd') + "\n  MTU 1500 bytes,"));
+  EXPECT_THAT(block_of(port, physical_data()),
+              HasSubstr("\n  Description: " + std::string(81, 'd') + "\n  MTU 1500 bytes,"));
 }
 
 TEST(PortBlock, OnlyAddressesOfVersion4AreShown) {
@@ -331,15 +332,15 @@ TEST(PortBlock, OnlyAddressesOfVersion4AreShown) {
   data.inet_addr.inet_addr.addr_type = INET_ADDR_TYPE_UNKNOWN;
   EXPECT_EQ(block_of(port_record(), data), plain_block());
   data.inet_addr.inet_addr.addr_type = INET_ADDR_TYPE_IPV4;
-  EXPECT_TRUE(contains(block_of(port_record(), data), "  Internet Address is 10.1.2.3/24\n"));
+  EXPECT_THAT(block_of(port_record(), data), HasSubstr("  Internet Address is 10.1.2.3/24\n"));
 }
 
 TEST(PortBlock, DelayIsTenTimesTheRecordedOne) {
   pm_port_info_t port = port_record();
   port.admin_port_delay = 0;
-  EXPECT_TRUE(contains(block_of(port, physical_data()), " DLY 0 usec,\n"));
+  EXPECT_THAT(block_of(port, physical_data()), HasSubstr(" DLY 0 usec,\n"));
   port.admin_port_delay = 0x1999999A;  // 429496730, ten times which is 2^32 + 4
-  EXPECT_TRUE(contains(block_of(port, physical_data()), " DLY 4 usec,\n"));
+  EXPECT_THAT(block_of(port, physical_data()), HasSubstr(" DLY 4 usec,\n"));
 }
 
 TEST(PortBlock, LargestNumbersFit) {
@@ -351,9 +352,9 @@ TEST(PortBlock, LargestNumbersFit) {
   data.reliability = data.tx_load = data.rx_load = 0xFFFF;
   const std::string text = block_of(port, data);
 
-  EXPECT_TRUE(contains(text, "  MTU 65535 bytes, BW 4294967295 Kbit, DLY 200 usec,\n"));
-  EXPECT_TRUE(contains(text, "     reliability 65535/255, txload 65535/255, rxload 65535/255\n"));
-  EXPECT_TRUE(contains(text, "  11-duplex, 4294967295\n"));
+  EXPECT_THAT(text, HasSubstr("  MTU 65535 bytes, BW 4294967295 Kbit, DLY 200 usec,\n"));
+  EXPECT_THAT(text, HasSubstr("     reliability 65535/255, txload 65535/255, rxload 65535/255\n"));
+  EXPECT_THAT(text, HasSubstr("  11-duplex, 4294967295\n"));
 }
 
 TEST(PortBlock, TransmitLoadComesBeforeReceiveLoad) {
@@ -362,15 +363,15 @@ TEST(PortBlock, TransmitLoadComesBeforeReceiveLoad) {
   data.tx_load = 20;
   data.rx_load = 30;
 
-  EXPECT_TRUE(contains(block_of(port_record(), data), "     reliability 100/255, txload 20/255, rxload 30/255\n"));
+  EXPECT_THAT(block_of(port_record(), data), HasSubstr("     reliability 100/255, txload 20/255, rxload 30/255\n"));
 }
 
 TEST(PortBlock, VlanOfASubInterfaceIsItsEncapsulation) {
   pm_port_info_t port = port_record();
   port.admin_si_vlan_id = 100;
-  EXPECT_TRUE(contains(block_of(port, physical_data()), "  Encapsulation 802.1Q Virtual LAN, Vlan ID 100\n"));
+  EXPECT_THAT(block_of(port, physical_data()), HasSubstr("  Encapsulation 802.1Q Virtual LAN, Vlan ID 100\n"));
   port.admin_si_vlan_id = 0xFFFFFFFF;
-  EXPECT_TRUE(contains(block_of(port, physical_data()), "  Encapsulation 802.1Q Virtual LAN, Vlan ID 4294967295"));
+  EXPECT_THAT(block_of(port, physical_data()), HasSubstr("  Encapsulation 802.1Q Virtual LAN, Vlan ID 4294967295"));
 }
 
 TEST(PortBlock, EncapsulationIsPlainText) {
@@ -382,24 +383,24 @@ TEST(PortBlock, EncapsulationIsPlainText) {
 TEST(PortBlock, TrunkShowsItsConfiguredMode) {
   pm_port_info_t port = port_record();
   port.oper_port_mode = PM_PORT_MODE_TRUNK;
-  EXPECT_TRUE(contains(block_of(port, physical_data()), "  Port mode is 524288\n"));
+  EXPECT_THAT(block_of(port, physical_data()), HasSubstr("  Port mode is 524288\n"));
   port.admin_port_mode = 0x00800000;
   port.oper_port_mode = 0x00400000;
-  EXPECT_TRUE(contains(block_of(port, physical_data()), "  Port mode is 4194304\n"));
+  EXPECT_THAT(block_of(port, physical_data()), HasSubstr("  Port mode is 4194304\n"));
 }
 
 TEST(PortBlock, DuplexIsTheOperationalOneWhileThePortIsUp) {
   pm_port_info_t port = port_record();
-  EXPECT_TRUE(contains(block_of(port, physical_data()), "\n  11-duplex, 1000\n"));
+  EXPECT_THAT(block_of(port, physical_data()), HasSubstr("\n  11-duplex, 1000\n"));
   port.oper_port_state = PM_PORT_STATE_DOWN;
-  EXPECT_TRUE(contains(block_of(port, physical_data()), "\n  12-duplex, 1000\n"));
+  EXPECT_THAT(block_of(port, physical_data()), HasSubstr("\n  12-duplex, 1000\n"));
 }
 
 TEST(PortBlock, DuplexOfAnIpsPortIsTheConfiguredOne) {
-  EXPECT_TRUE(contains(block_of(port_record_in_mode(PM_PORT_MODE_IPS), physical_data()), "\n  12-duplex, 1000\n"));
+  EXPECT_THAT(block_of(port_record_in_mode(PM_PORT_MODE_IPS), physical_data()), HasSubstr("\n  12-duplex, 1000\n"));
   pm_port_info_t only_configured = port_record();
   only_configured.admin_port_mode = PM_PORT_MODE_IPS;
-  EXPECT_TRUE(contains(block_of(only_configured, physical_data()), "\n  11-duplex, 1000\n"));
+  EXPECT_THAT(block_of(only_configured, physical_data()), HasSubstr("\n  11-duplex, 1000\n"));
 }
 
 TEST(PortBlock, MediaTypeIsShownWhereATransceiverIsSupported) {
@@ -415,7 +416,7 @@ TEST(PortBlock, EmptyMediaTypeIsShownEmpty) {
   port_data_t data = physical_data();
   data.fcot_supported = 1;
   data.type[0] = '\0';
-  EXPECT_TRUE(contains(block_of(port_record(), data), "  11-duplex, 1000, media type is \n"));
+  EXPECT_THAT(block_of(port_record(), data), HasSubstr("  11-duplex, 1000, media type is \n"));
 }
 
 TEST(PortBlock, FlowControlShowsTheBitsOfEachSide) {
@@ -539,8 +540,8 @@ TEST(PortBlock, SubInterfaceOfAPortChannelShowsNoMembers) {
   data.port_channel = data.sub_interface = 1;
   const std::string text = shown(platform, named(sub, port_record()), data);
 
-  EXPECT_FALSE(contains(text, "Members"));
-  EXPECT_FALSE(contains(text, "duplex"));
+  EXPECT_THAT(text, Not(HasSubstr("Members")));
+  EXPECT_THAT(text, Not(HasSubstr("duplex")));
   EXPECT_EQ(platform.count("get_port_channel_members"), 0U);
 }
 

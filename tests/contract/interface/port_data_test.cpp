@@ -6,6 +6,7 @@
 
 #include "contract/sample_ports.h"
 #include "pmcli/interface.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -115,7 +116,7 @@ TEST(PortData, SatellitePortIsAlwaysLayer2) {
   EXPECT_EQ(summary(data_of(port)),
             "hardware=1000 Ethernet type=SFP encap=ARPA layer2=1 sub=0 fcot=0 channel=0 physical=1 beacon=1 mdix=0 "
             "span=1 flow=1 loads=0,0,0 cleared= flapped=");
-  EXPECT_TRUE(platform.interface_manager_starts.empty());
+  EXPECT_THAT(platform.interface_manager_starts, IsEmpty());
 }
 
 TEST(PortData, PortsOfKind2AreNotAskedForTheirLayer) {
@@ -160,7 +161,7 @@ TEST(PortData, BadStatusOfTheLayerIsPrintedAndTheLayerStillRead) {
   platform.interface_manager_status = 0x77;
 
   EXPECT_EQ(data_of(kRoutablePort).layer2, 1U);
-  EXPECT_TRUE(contains(platform.terminal(), "if_info_status: 0x77\n"));
+  EXPECT_THAT(platform.terminal(), HasSubstr("if_info_status: 0x77\n"));
 }
 
 TEST(PortData, SubInterfaceHasNoneOfThePortsFeatures) {
@@ -181,8 +182,8 @@ TEST(PortData, ManagementPortIsPhysicalAndNothingElse) {
   EXPECT_EQ(summary(data_of(mgmt())),
             "hardware=GigabitEthernet type= encap=ARPA layer2=0 sub=0 fcot=0 channel=0 physical=1 beacon=0 mdix=0 "
             "span=0 flow=0 loads=0,0,0 cleared= flapped=");
-  EXPECT_TRUE(platform.loader_events.empty());
-  EXPECT_TRUE(platform.port_queries.empty());
+  EXPECT_THAT(platform.loader_events, IsEmpty());
+  EXPECT_THAT(platform.port_queries, IsEmpty());
 }
 
 TEST(PortData, ManagementPortOfChassis17IsPlainEthernet) {
@@ -217,8 +218,8 @@ TEST(PortData, PortChannelAsksForItsLayerOnly) {
   EXPECT_EQ(summary(data_of(kChannel)),
             "hardware=Port-Channel type= encap=ARPA layer2=1 sub=0 fcot=0 channel=1 physical=0 beacon=1 mdix=0 "
             "span=1 flow=1 loads=0,0,0 cleared= flapped=");
-  EXPECT_TRUE(platform.port_queries.empty());
-  EXPECT_TRUE(platform.loader_events.empty());
+  EXPECT_THAT(platform.port_queries, IsEmpty());
+  EXPECT_THAT(platform.loader_events, IsEmpty());
 }
 
 TEST(PortData, RoutedPortChannelIsNotLayer2) {
@@ -251,7 +252,7 @@ TEST(PortData, VirtualEthernetIsLayer2) {
   EXPECT_EQ(summary(data_of(vethernet(5))),
             "hardware=VEthernet type= encap=ARPA layer2=1 sub=0 fcot=0 channel=0 physical=0 beacon=0 mdix=0 span=0 "
             "flow=0 loads=0,0,0 cleared= flapped=");
-  EXPECT_TRUE(platform.interface_manager_starts.empty());
+  EXPECT_THAT(platform.interface_manager_starts, IsEmpty());
 }
 
 TEST(PortData, OtherKindsAreUnknownHardware) {

@@ -6,6 +6,7 @@
 #include "contract/sample_ports.h"
 #include "contract/transceiver/transceiver_images.h"
 #include "pmcli/interface.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -276,7 +277,7 @@ TEST(ShowByCommand, RowsAreSelectedByStateReasonAndKind) {
           EXPECT_EQ(platform.terminal(), "");
           if (expected == selected_row::none) {
             EXPECT_EQ(platform.text(), "");
-            EXPECT_TRUE(platform.loader_events.empty());
+            EXPECT_THAT(platform.loader_events, IsEmpty());
           }
         }
       }
@@ -327,7 +328,7 @@ TEST(PortRecord, OtherFailuresArePrinted) {
     platform.fail_with("pm_cmi_get_port_config", 0x40290015);
     EXPECT_EQ(shown(platform, command, kPort), "error: port belongs to 100% of a channel\n") << command;
     EXPECT_EQ(platform.terminal(), platform.text());
-    EXPECT_TRUE(platform.mts_errors.empty());
+    EXPECT_THAT(platform.mts_errors, IsEmpty());
   }
 }
 
@@ -395,7 +396,7 @@ TEST(DetailedView, TrackedPortsBelongToThreeKinds) {
     platform.ports[kind.if_index] = port_record();
     platform.port_stats[kind.if_index] = {};
     platform.tracked_ports[kind.if_index] = {ethernet(1, 9)};
-    EXPECT_EQ(contains(shown(platform, 1, kind.if_index), kTracked), kind.has_tracked_ports) << kind.if_index;
+    EXPECT_THAT(shown(platform, 1, kind.if_index), HasSubstrOnlyIf(kind.has_tracked_ports, kTracked)) << kind.if_index;
     EXPECT_EQ(platform.count("pm_cmi_get_tracked_port_if_list"), kind.has_tracked_ports ? 1U : 0U);
     EXPECT_EQ(platform.count("statcl_get_port_client_stats"), 1U);
   }
@@ -488,10 +489,9 @@ TEST(TransceiverView, DiagnosticsFollowTheIdentity) {
     platform.diagnostics[kPort] = healthy_diagnostics();
     platform.on_request = [](const mts_request&) { return mts_reply{misc_info(kPort, state_entry(kGoodState))}; };
     const std::string text = shown(platform, command, kPort);
-    const std::size_t identity = text.find("    name is LIGHTWORKS"), diagnostics = text.find(title);
-    EXPECT_NE(identity, std::string::npos) << command;
-    EXPECT_NE(diagnostics, std::string::npos) << command;
-    EXPECT_LT(identity, diagnostics) << command;
+    EXPECT_THAT(text, HasSubstr("    name is LIGHTWORKS")) << command;
+    EXPECT_THAT(text, HasSubstr(title)) << command;
+    EXPECT_LT(text.find("    name is LIGHTWORKS"), text.find(title)) << command << "\n" << text;
   }
 }
 
@@ -501,7 +501,7 @@ TEST(TransceiverView, NothingFollowsAnIdentityThatFailed) {
   platform.transceivers[kPort] = sfp_record();
   platform.diagnostics[kPort] = healthy_diagnostics();
   platform.fail_with("mts_send");
-  EXPECT_TRUE(shown(platform, 10, kPort).ends_with(kNoState));
+  EXPECT_THAT(shown(platform, 10, kPort), EndsWith(kNoState));
 }
 
 TEST(TransceiverView, ReasonFollowsTheIdentityWhereThereAreNoDiagnostics) {
@@ -511,8 +511,8 @@ TEST(TransceiverView, ReasonFollowsTheIdentityWhereThereAreNoDiagnostics) {
     platform.transceivers[kPort] = sfp_record();
     platform.on_request = [](const mts_request&) { return mts_reply{misc_info(kPort, state_entry(kGoodState))}; };
     const std::string text = shown(platform, command, kPort);
-    EXPECT_NE(text.find("    name is LIGHTWORKS"), std::string::npos) << command;
-    EXPECT_TRUE(text.ends_with("    Digital diagnostics feature not supported in SFP\n\n")) << command;
+    EXPECT_THAT(text, HasSubstr("    name is LIGHTWORKS")) << command;
+    EXPECT_THAT(text, EndsWith("    Digital diagnostics feature not supported in SFP\n\n")) << command;
   }
 }
 
@@ -524,7 +524,7 @@ TEST(CapabilityView, EthernetPortsShowNothing) {
     platform.ports[if_index] = port_record();
     platform.capabilities[if_index] = port_capabilities("SFP");
     EXPECT_EQ(shown(platform, 13, if_index), "");
-    EXPECT_TRUE(platform.loader_events.empty());
+    EXPECT_THAT(platform.loader_events, IsEmpty());
   }
 }
 
@@ -533,8 +533,8 @@ TEST(CapabilityView, ManagementPortShowsItsFixedOnes) {
   platform.ports[mgmt()] = port_record();
   const std::string text = shown(platform, 13, mgmt());
   EXPECT_EQ(text.substr(0, 6), "mgmt0\n");
-  EXPECT_TRUE(contains(text, "  Type (Non SFP):        --\n"));
-  EXPECT_TRUE(platform.loader_events.empty());
+  EXPECT_THAT(text, HasSubstr("  Type (Non SFP):        --\n"));
+  EXPECT_THAT(platform.loader_events, IsEmpty());
 }
 
 TEST(CapabilityView, PortChannelShowsWhatItsCardSays) {
@@ -543,14 +543,14 @@ TEST(CapabilityView, PortChannelShowsWhatItsCardSays) {
   platform.capabilities[kChannel] = port_capabilities("10Gbase-LR");
   const std::string text = shown(platform, 13, kChannel);
   EXPECT_EQ(text.substr(0, 14), "port-channel3\n");
-  EXPECT_TRUE(contains(text, "  Type (Non SFP):        10Gbase-LR\n"));
+  EXPECT_THAT(text, HasSubstr("  Type (Non SFP):        10Gbase-LR\n"));
 }
 
 TEST(CapabilityView, PortChannelWithoutAnAnswerShowsTheReason) {
   RecordingPlatform platform;
   platform.ports[kChannel] = port_record();
   EXPECT_EQ(shown(platform, 13, kChannel), "crdcfg_get_port_cap failed with <system error 40290037>\n");
-  EXPECT_TRUE(platform.pieces.empty());
+  EXPECT_THAT(platform.pieces, IsEmpty());
 }
 
 // ---- 29, 30, 31, 33: trunk detail ----------------------------------------------------------------------------------
@@ -564,7 +564,7 @@ TEST(TrunkDetail, OtherModesShowNothing) {
     platform.ports[kPort] = port_record();
     platform.ports[kPort].oper_port_mode = PM_PORT_MODE_TRUNK;
     EXPECT_EQ(shown(platform, command, kPort), "");
-    EXPECT_TRUE(platform.loader_events.empty());
+    EXPECT_THAT(platform.loader_events, IsEmpty());
   }
 }
 

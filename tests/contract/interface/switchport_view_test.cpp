@@ -5,6 +5,7 @@
 
 #include "contract/sample_ports.h"
 #include "pmcli/interface.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -68,10 +69,10 @@ TEST(SwitchportView, OnlyTheOlderChannelsHaveALayerOfTheirOwn) {
   port.phy_port_layer = 1;
   EXPECT_EQ(view_of(platform, kPort, port), "Ethernet1/1 is 1\n");
   platform.clear_output();
-  EXPECT_TRUE(contains(view_of(platform, kChannel, port), "port-channel3 is 1\nport-channel3 is 1\n"));
+  EXPECT_THAT(view_of(platform, kChannel, port), HasSubstr("port-channel3 is 1\nport-channel3 is 1\n"));
   platform.clear_output();
   port.phy_port_layer = 2;
-  EXPECT_TRUE(contains(view_of(platform, kOldChannel, port), "port-channel4 is 1\nport-channel4 is 1\n"));
+  EXPECT_THAT(view_of(platform, kOldChannel, port), HasSubstr("port-channel4 is 1\nport-channel4 is 1\n"));
 }
 
 TEST(SwitchportView, EthernetPortShowsItsStatusOnly) {
@@ -190,7 +191,7 @@ TEST(SwitchportView, OlderIpsChannelAsksThePortChannelService) {
   RecordingPlatform platform;
   platform.channel_eth_stats[kOldChannel] = some_traffic();
 
-  EXPECT_TRUE(contains(view_of(platform, kOldChannel, port_record_in_mode(PM_PORT_MODE_IPS)), kSomeTraffic));
+  EXPECT_THAT(view_of(platform, kOldChannel, port_record_in_mode(PM_PORT_MODE_IPS)), HasSubstr(kSomeTraffic));
   EXPECT_EQ(platform.count("pm_port_channel_get_clear_eth_stats"), 1U);
   EXPECT_EQ(platform.count("pm_get_clear_eth_stats"), 0U);
 }
@@ -235,7 +236,7 @@ TEST(SwitchportView, FlowControlOfSeveralBitsReadsAsOff) {
     RecordingPlatform platform;
     pm_port_info_t port = port_record();
     port.admin_port_flow_ctrl = flow.configured;
-    EXPECT_TRUE(contains(view_of(platform, kChannel, port), flow.line)) << flow.configured;
+    EXPECT_THAT(view_of(platform, kChannel, port), HasSubstr(flow.line)) << flow.configured;
   }
 }
 
@@ -256,7 +257,7 @@ TEST(SwitchportView, SubInterfaceSkipsTheLinesOfItsChannel) {
 TEST(SwitchportView, UnreadableSubInterfaceNumberIsNone) {
   RecordingPlatform platform;
   platform.fail_with("if_index_get_sub_intf", PM_ERR_GENERAL);
-  EXPECT_TRUE(contains(view_of(platform, kChannel, port_record()), "    Port mode is 524288\n    Speed is 1000\n"));
+  EXPECT_THAT(view_of(platform, kChannel, port_record()), HasSubstr("    Port mode is 524288\n    Speed is 1000\n"));
 }
 
 TEST(SwitchportView, ChannelOfTenGigabitFibreChannelShowsNoMembers) {
@@ -265,7 +266,7 @@ TEST(SwitchportView, ChannelOfTenGigabitFibreChannelShowsNoMembers) {
   platform.channel_members[channel] = {ethernet(1, 2)};
   const std::string text = view_of(platform, channel, port_record());
 
-  EXPECT_TRUE(contains(text, "Send flow-control is on\n    5 minutes input rate 0 bits/sec"));
+  EXPECT_THAT(text, HasSubstr("Send flow-control is on\n    5 minutes input rate 0 bits/sec"));
   EXPECT_EQ(platform.count("get_port_channel_members"), 0U);
 }
 

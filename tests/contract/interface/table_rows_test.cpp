@@ -6,6 +6,7 @@
 #include "contract/sample_ports.h"
 #include "pmcli/interface.h"
 #include "support/both_forms.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -243,7 +244,7 @@ TEST(StatusRow, OfAnEthernetPortHasNoVlanCell) {
             "1000    "
             "1000base-T \n");
   EXPECT_EQ(bound_to(platform, 0x302A0615), tuple_value("(not bound)"));
-  EXPECT_TRUE(platform.interface_manager_starts.empty());
+  EXPECT_THAT(platform.interface_manager_starts, IsEmpty());
 }
 
 TEST(StatusRow, OfOtherKindsHasNoType) {
@@ -264,8 +265,8 @@ TEST(StatusRow, OfOtherKindsHasNoType) {
     RecordingPlatform platform;
     platform.capabilities[kind.if_index] = port_capabilities("1000base-T");
     EXPECT_EQ(shown(platform, kStatusRow, kind.if_index, port_record()), kind.text);
-    EXPECT_TRUE(platform.loader_events.empty());
-    EXPECT_TRUE(platform.port_queries.empty());
+    EXPECT_THAT(platform.loader_events, IsEmpty());
+    EXPECT_THAT(platform.port_queries, IsEmpty());
   }
 }
 
@@ -438,7 +439,7 @@ TEST(StatusType, CardIsAskedForEthernetPortsAlone) {
     EXPECT_EQ(cell(platform, 0x302A0618), "1000base-T \n");
     EXPECT_EQ(platform.loader_events,
               (std::vector<std::string>{"open libcrdcfg.so lazy", "find crdcfg_get_port_cap", "close libcrdcfg.so"}));
-    EXPECT_TRUE(platform.port_queries.empty());
+    EXPECT_THAT(platform.port_queries, IsEmpty());
   }
 }
 
@@ -458,7 +459,7 @@ TEST(StatusType, TransceiverIsNotAskedWhenTheCardFails) {
             "crdcfg_get_port_cap failed with <system error 40290037>\n"
             "--         \n");
   EXPECT_EQ(bound_to(platform, 0x302A0618), tuple_value("--"));
-  EXPECT_TRUE(platform.port_queries.empty());
+  EXPECT_THAT(platform.port_queries, IsEmpty());
 
   platform.libraries.erase(CRDCFG_LIBRARY);
   EXPECT_EQ(shown(platform, kStatusRow, kPort, port_record()),

@@ -5,6 +5,7 @@
 
 #include "contract/sample_ports.h"
 #include "pmcli/interface.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -62,7 +63,7 @@ TEST(TrafficByKind, PortsAndChannelsWithoutAProviderPrintNothing) {
   for (const if_index_t if_index : {kPort, kChannel, kOldChannel}) {
     RecordingPlatform platform;
     EXPECT_EQ(traffic_of(platform, if_index, port_record()), "");
-    EXPECT_TRUE(platform.loader_events.empty());
+    EXPECT_THAT(platform.loader_events, IsEmpty());
   }
 }
 
@@ -73,7 +74,7 @@ TEST(IpsTraffic, EveryServedKindShowsThePortManagersLines) {
     RecordingPlatform platform;
     platform.eth_stats[if_index] = {};
     EXPECT_EQ(traffic_of(platform, if_index, port_record_in_mode(PM_PORT_MODE_IPS)), kNoTraffic);
-    EXPECT_TRUE(platform.loader_events.empty());
+    EXPECT_THAT(platform.loader_events, IsEmpty());
   }
 }
 
@@ -149,7 +150,7 @@ TEST(EthernetTraffic, UnreadableChassisShowsNothing) {
   platform.port_stats[kRoutablePort] = {};
   platform.fail_with("pdb_get_chassis_type", PM_ERR_GENERAL);
   EXPECT_EQ(traffic_of(platform, kRoutablePort, port_record()), "");
-  EXPECT_TRUE(platform.loader_events.empty());
+  EXPECT_THAT(platform.loader_events, IsEmpty());
 }
 
 TEST(EthernetTraffic, MissingLibraryIsSilent) {
@@ -291,7 +292,7 @@ TEST(LoopbackTraffic, FailedFetchShowsWhatTheProviderLeft) {
          stats->in_pkts = 77;
          return 0;
        }}};
-  EXPECT_TRUE(contains(traffic_of(platform, kLoopback, port_record()), "    77 packets input 0 bytes\n"));
+  EXPECT_THAT(traffic_of(platform, kLoopback, port_record()), HasSubstr("    77 packets input 0 bytes\n"));
 }
 
 // ---- The management port -------------------------------------------------------------------------------------------

@@ -5,6 +5,7 @@
 
 #include "contract/sample_ports.h"
 #include "pmcli/interface.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -14,7 +15,7 @@ std::string lines_of(const show_eth_intf_resp_t& response, uint32 detail) {
   show_eth_intf_resp_t copy = response;
   pm_cli_eth_intf_stats_print(platform.output(), &copy, detail);
   EXPECT_EQ(platform.terminal(), "");
-  EXPECT_TRUE(platform.tuples().empty());
+  EXPECT_THAT(platform.tuples(), IsEmpty());
   return platform.text();
 }
 
@@ -188,7 +189,7 @@ TEST(HardwareLine, BytesAreUnsigned) {
   std::memcpy(response.macaddr, mac, sizeof mac);
   pm_eth_intf_hwinfo_print(&response);
   EXPECT_EQ(platform.terminal(), "    Hardware is GigabitEthernet, address is 0200.ff80.7f0a\n");
-  EXPECT_TRUE(platform.pieces.empty());
+  EXPECT_THAT(platform.pieces, IsEmpty());
 }
 
 TEST(PrefixLine, HasTwoBlanksBeforeBytes) {
@@ -199,7 +200,7 @@ TEST(PrefixLine, HasTwoBlanksBeforeBytes) {
   response.if_mtu = 0x00002400;
   pm_cli_eth_intf_prefix_print(&response);
   EXPECT_EQ(platform.terminal(), "    MTU 4294967295  bytes\n    MTU 9216  bytes\n");
-  EXPECT_TRUE(platform.pieces.empty());
+  EXPECT_THAT(platform.pieces, IsEmpty());
 }
 
 }  // namespace
