@@ -4,6 +4,7 @@
 #include "contract/sample_ports.h"
 #include "pmcli/module.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -104,7 +105,7 @@ TEST_F(ModuleResources, ShowsTheTree) {
 TEST_F(ModuleResources, AreOfSomeModulesOnly) {
   EXPECT_EQ(show(answer(sample_module()), 4), 0U);
   EXPECT_EQ(platform.text(), "Command not supported on module in slot 4\n");
-  EXPECT_TRUE(platform.resource_queries.empty());
+  EXPECT_THAT(platform.resource_queries, IsEmpty());
   platform.resource_modules = {2};
   EXPECT_EQ(show(answer(node(1, 0xFFFFFFFF, {})), 0), 0U);
   EXPECT_EQ(platform.resource_queries.at(0).id, 0xFFFFFFFFU);
@@ -178,18 +179,18 @@ TEST_F(ModuleResources, OnlyValuesOfFourBytesAreRead) {
     group.insert(group.end(), bytes.begin(), bytes.end());
   }
   EXPECT_EQ(show(answer(node(2, 0, {}, {node(3, 1, {}, {group})}))), 0U);
-  EXPECT_NE(platform.text().find("    Buffer-Group 1\n    Available Buffers          6\n"), std::string::npos);
-  EXPECT_EQ(platform.text().find("    Total Buffers"), std::string::npos);
+  EXPECT_THAT(platform.text(), HasSubstr("    Buffer-Group 1\n    Available Buffers          6\n"));
+  EXPECT_THAT(platform.text(), Not(HasSubstr("    Total Buffers")));
 }
 
 TEST_F(ModuleResources, ChildrenOfAnotherKindEndTheirParent) {
   const octets good = node(3, 1, {});
   EXPECT_EQ(show(answer(node(2, 0, {}, {node(4, 1, {}), good, good}))), 0U);
-  EXPECT_TRUE(platform.text().ends_with("Invalid payload: port group not found 4\n\n\n")) << platform.text();
+  EXPECT_THAT(platform.text(), EndsWith("Invalid payload: port group not found 4\n\n\n"));
   EXPECT_EQ(show(answer(node(2, 0, {}, {node(3, 1, {}, {node(5, 1, {}), node(4, 1, {})})}))), 0U);
-  EXPECT_TRUE(platform.text().ends_with("Invalid payload: local buffer group category not found 5\n\n\n\n"));
+  EXPECT_THAT(platform.text(), EndsWith("Invalid payload: local buffer group category not found 5\n\n\n\n"));
   EXPECT_EQ(show(answer(node(2, 0, {}, {node(3, 1, {}, {node(4, 1, {}, {node(3, 1, {})})})}))), 0U);
-  EXPECT_TRUE(platform.text().ends_with("Invalid payload: port category not found 3\n\n\n\n\n"));
+  EXPECT_THAT(platform.text(), EndsWith("Invalid payload: port category not found 3\n\n\n\n\n"));
 }
 
 TEST_F(ModuleResources, LyingCountsAreBelievedAsFarAsThePayloadReaches) {
@@ -256,7 +257,7 @@ TEST(ResourceNode, OfAnotherKindTakesNothing) {
   for (const node_printer print :
        {pm_cli_show_port_resources, pm_cli_show_local_buf_group_resources, pm_cli_show_port_group_resources}) {
     uint32 size = 5;
-    EXPECT_NE(printed(platform, print, node(1, 1, {}), &size).find("Invalid payload: "), std::string::npos);
+    EXPECT_THAT(printed(platform, print, node(1, 1, {}), &size), HasSubstr("Invalid payload: "));
     EXPECT_EQ(size, 5U);
   }
 }

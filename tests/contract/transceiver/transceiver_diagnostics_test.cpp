@@ -8,6 +8,7 @@
 #include "pmcli/transceiver.h"
 #include "support/both_forms.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -371,7 +372,7 @@ TEST(TaggedDetails, WithoutCalibrationSayOnlyThat) {
   pm_show_transceiver_sfp_details_info(platform.output(), &diagnostics, nullptr);
   pm_show_transceiver_sfp_calibration_info(platform.output(), &diagnostics, nullptr);
   EXPECT_EQ(platform.text(), "    Invalid calibration\n\n    Invalid calibration\n\n");
-  EXPECT_TRUE(platform.tuples().empty());
+  EXPECT_THAT(platform.tuples(), IsEmpty());
 }
 
 // ---- In short -----------------------------------------------------------------------------------------------------
@@ -455,7 +456,7 @@ TEST(CalibrationTable, InternalCalibrationBindsNothing) {
   pm_show_transceiver_sfp_calibration_info(platform.output(), &diagnostics, nullptr);
   EXPECT_EQ(platform.text(), plain);
   EXPECT_EQ(platform.terminal(), "");
-  EXPECT_TRUE(platform.tuples().empty());
+  EXPECT_THAT(platform.tuples(), IsEmpty());
 }
 
 TEST(CalibrationTable, BindsItsConstants) {
@@ -540,7 +541,7 @@ TEST(SatelliteDiagnostics, SayWhyThereAreNone) {
     platform.fail_with(function, 7);
     EXPECT_EQ(pm_get_sat_sfp_diag_info_and_print_err(RecordingPlatform::q(), port, &diagnostics, &further), -1);
     EXPECT_EQ(platform.text(), "error getting FEX fabric interface information\n");
-    EXPECT_TRUE(platform.satellite_queries.empty());
+    EXPECT_THAT(platform.satellite_queries, IsEmpty());
   }
   for (const reason_case& reason : kReasons) {
     RecordingPlatform platform;

@@ -9,6 +9,7 @@
 #include "pmcli/transceiver.h"
 #include "support/both_forms.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -75,7 +76,7 @@ TEST(TransceiverBlock, ShowsTheLengthsThatAreNotZero) {
                                   "    Link length supported for 62.5/125mm fiber is 270 m(s)\n\n");
   image = sfp_image();
   image.distaneIn100mFor9u = 7;
-  EXPECT_NE(sfp_block(image).find("9/125mm fiber is 0.7 km(s)\n\n"), std::string::npos);
+  EXPECT_THAT(sfp_block(image), HasSubstr("9/125mm fiber is 0.7 km(s)\n\n"));
 }
 
 TEST(TransceiverBlock, CutsTextsAtTheirField) {
@@ -144,25 +145,25 @@ TEST_F(PortTransceiver, UnsupportedModulesAreNamedAllTheSame) {
   platform.transceivers[kPort] = sfp_record(FCOT_TYPE_SFP, 2);
   EXPECT_EQ(show(), 0);
   EXPECT_EQ(platform.text().substr(0, platform.text().find('\n')), "Ethernet1/1 sfp is present but not supported");
-  EXPECT_NE(platform.text().find("tarno extended id"), std::string::npos) << "2 is not 0";
+  EXPECT_THAT(platform.text(), HasSubstr("tarno extended id")) << "2 is not 0";
 }
 
 TEST_F(PortTransceiver, OnlyTypeOneHasTheLayoutOfAnSfp) {
   platform.transceivers[kPort] = sfp_record(FCOT_TYPE_SFP_PLUS);
   EXPECT_EQ(show(), 0);
-  EXPECT_EQ(platform.text().find("LIGHTWORKS"), std::string::npos) << "read at the places of an X2 module";
+  EXPECT_THAT(platform.text(), Not(HasSubstr("LIGHTWORKS"))) << "read at the places of an X2 module";
   platform.clear_output();
   platform.transceivers[kPort] = x2_record();
   EXPECT_EQ(show(), 0);
-  EXPECT_NE(platform.text().find(kX2Texts), std::string::npos);
+  EXPECT_THAT(platform.text(), HasSubstr(kX2Texts));
 }
 
 TEST_F(PortTransceiver, FibreChannelHasItsTransmitter) {
   platform.transceivers[kFibre] = sfp_record();
   answer(misc_info(kFibre, state_entry(kGoodState)));
   EXPECT_EQ(show(kFibre), 0);
-  EXPECT_NE(platform.text().find("fc1/3 sfp is present \n"), std::string::npos);
-  EXPECT_NE(platform.text().find("<transmitter of an SFP with id 3>"), std::string::npos);
+  EXPECT_THAT(platform.text(), HasSubstr("fc1/3 sfp is present \n"));
+  EXPECT_THAT(platform.text(), HasSubstr("<transmitter of an SFP with id 3>"));
 }
 
 TEST_F(PortTransceiver, OtherKindsHaveNone) {
@@ -245,7 +246,7 @@ TEST_F(PortTransceiver, AnyBytesAreShown) {
   std::fill_n(block.begin() + 4, 4, uint8{0});
   platform.transceiver_block = block;
   EXPECT_EQ(show(), 0);
-  EXPECT_NE(platform.text().find("    name is " + std::string(16, '\xFF') + "\n"), std::string::npos);
+  EXPECT_THAT(platform.text(), HasSubstr("    name is " + std::string(16, '\xFF') + "\n"));
 }
 
 // ---- The run-time state -------------------------------------------------------------------------------------------
@@ -348,7 +349,7 @@ TEST_F(PortTransceiver, AnAnswerThatCannotBeDroppedIsAFailure) {
   platform.transceivers[kPort] = sfp_record();
   platform.fail_with("mts_drop");
   EXPECT_EQ(show(), 1);
-  EXPECT_TRUE(platform.text().ends_with("error: in dropping message\n"));
+  EXPECT_THAT(platform.text(), EndsWith("error: in dropping message\n"));
 }
 
 TEST(TransceiverWalk, EveryCallMayFail) {
@@ -415,7 +416,7 @@ TEST_F(TaggedTransceiver, ShowsAnSfp) {
 }
 
 TEST_F(TaggedTransceiver, ShowsTheSecondTypeOfSfpToo) {
-  EXPECT_NE(show(sfp_record(FCOT_TYPE_SFP_PLUS)).find("    name is LIGHTWORKS"), std::string::npos);
+  EXPECT_THAT(show(sfp_record(FCOT_TYPE_SFP_PLUS)), HasSubstr("    name is LIGHTWORKS"));
 }
 
 TEST_F(TaggedTransceiver, ShowsAnX2ModuleWithoutLengths) {
@@ -453,12 +454,10 @@ TEST_F(TaggedTransceiver, EmptyTextsAreDashesAndHighBitsOfTheNameBlanks) {
   std::memset(image.VendorRev, 0, sizeof image.VendorRev);
   std::memset(image.VendorSN, 0, sizeof image.VendorSN);
   const std::string text = show(record);
-  EXPECT_NE(text.find("    name is a aaaaaaaaaaaaa \n    part number is --\n    revision is --\n"
-                      "    serial number is --\n"),
-            std::string::npos)
-      << text;
+  EXPECT_THAT(text, HasSubstr("    name is a aaaaaaaaaaaaa \n    part number is --\n    revision is --\n"
+                              "    serial number is --\n"));
   std::memset(image.VendorName, 0, sizeof image.VendorName);
-  EXPECT_NE(show(record).find("    name is --\n"), std::string::npos);
+  EXPECT_THAT(show(record), HasSubstr("    name is --\n"));
 }
 
 struct length_case {

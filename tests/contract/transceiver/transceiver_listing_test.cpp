@@ -9,6 +9,7 @@
 #include "contract/transceiver/transceiver_images.h"
 #include "pmcli/transceiver.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 
 namespace pmcli_test {
 namespace {
@@ -99,11 +100,11 @@ TEST_F(Listing, ShowsCalibrationsAndLeavesTheAnswers) {
 TEST_F(Listing, DiagnosticsThatThereAreNoneEndWithTheIdentity) {
   platform.fail_with("pm_get_sfp_diag_info", PM_ERR_SFP_NOT_PRESENT);
   EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0);
-  EXPECT_TRUE(platform.text().ends_with("Diag mon type 104\n")) << platform.text();
+  EXPECT_THAT(platform.text(), EndsWith("Diag mon type 104\n"));
   platform.clear_output();
   platform.fail_with("pm_get_sfp_diag_info", PM_ERR_SFP_NO_DIAGNOSTICS);
   EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0);
-  EXPECT_TRUE(platform.text().ends_with("Diag mon type 104\n    Digital diagnostics feature not supported in SFP\n\n"));
+  EXPECT_THAT(platform.text(), EndsWith("Diag mon type 104\n    Digital diagnostics feature not supported in SFP\n\n"));
 }
 
 TEST_F(Listing, PassesPortsThatMayNotBeSeenOrHaveNoRecord) {
@@ -118,7 +119,7 @@ TEST_F(Listing, HidesWhatTheUserMayNotSee) {
   platform.port_vsans[kFibre] = vsans;
   platform.is_permitted = [](const vsh_fc_intf_perm_check_info_t&) { return boolean{0}; };
   EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0);
-  EXPECT_TRUE(shown().empty());
+  EXPECT_THAT(shown(), IsEmpty());
 }
 
 TEST_F(Listing, AFailedListingIsToldAndTheOtherKindShown) {
@@ -199,7 +200,7 @@ TEST_F(Listing, AsksForEachKindInTurn) {
 TEST_F(Listing, AsksForDiagnosticsOnlyBehindAWholeIdentity) {
   platform.transceivers[kPort].status = PM_ERR_SFP_NOT_PRESENT;
   EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_ETHERNET), 0);
-  EXPECT_TRUE(platform.text().starts_with("Ethernet1/1 sfp not present\nEthernet1/5 sfp is present \n"));
+  EXPECT_THAT(platform.text(), StartsWith("Ethernet1/1 sfp not present\nEthernet1/5 sfp is present \n"));
   EXPECT_EQ(platform.count("pm_get_sfp_diag_info"), 1U);
 
   platform.clear_output();
@@ -213,7 +214,7 @@ TEST_F(Listing, PassesAPortWhosePermissionCannotBeRead) {
   platform.listings[IF_TYPE_FC] = listing({kFibre, kPort});
   platform.fail_with("pm_get_port_info_range");
   EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0);
-  EXPECT_TRUE(platform.text().starts_with("error: getting port info range\nEthernet1/1 sfp is present \n"));
+  EXPECT_THAT(platform.text(), StartsWith("error: getting port info range\nEthernet1/1 sfp is present \n"));
 }
 
 // The kind that counts is the port's own, whatever was asked for.
@@ -221,7 +222,7 @@ TEST_F(Listing, OtherKindsInAListingAreRefusedOneByOne) {
   platform.ports[kChannel] = port_record();
   platform.listings[IF_TYPE_ETHERNET] = listing({0xFFFFFFFF, kChannel, kPort});
   EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_ETHERNET), 0);
-  EXPECT_TRUE(platform.text().starts_with("error: invalid if index type(22)\nEthernet1/1 sfp is present \n"));
+  EXPECT_THAT(platform.text(), StartsWith("error: invalid if index type(22)\nEthernet1/1 sfp is present \n"));
 }
 
 // ---- With each call failing in turn -------------------------------------------------------------------------------
@@ -296,7 +297,7 @@ TEST(ListingWalk, EveryCallOfTheOthersMayFail) {
     ASSERT_EQ(all[""].size(), 1U);
     const outcome whole = all[""].front();
     EXPECT_EQ(whole.result, 0);
-    EXPECT_TRUE(whole.text.starts_with(std::string(kIdentity) + kState)) << whole.text;
+    EXPECT_THAT(whole.text, StartsWith(std::string(kIdentity) + kState));
     EXPECT_EQ(all["pm_get_if_index_listing"].front().result, 1);
     ASSERT_EQ(all["mts_drop"].size(), 3U);
     EXPECT_EQ(all["mts_drop"].back(), (outcome{-1, whole.text + "<transport failure 1 110>\n"}));
@@ -342,7 +343,7 @@ TEST_F(CablingTest, RefusesNamesThatCannotBeMapped) {
   char name[] = "ftp:cable.txt";
   EXPECT_EQ(pm_cli_test_snake(command(name)), 1);
   EXPECT_EQ(platform.text(), "Unknown URI scheme\n");
-  EXPECT_TRUE(platform.shell_commands.empty());
+  EXPECT_THAT(platform.shell_commands, IsEmpty());
   EXPECT_EQ(pm_cli_test_snake(nullptr), 1);
 }
 

@@ -4,6 +4,7 @@
 #include "contract/sample_ports.h"
 #include "pmcli/vlan.h"
 #include "support/both_forms.h"
+#include "support/matchers.h"
 #include "support/vlan_libraries.h"
 
 namespace pmcli_test {
@@ -48,7 +49,7 @@ TEST_F(TrunkTableRow, StatusWithoutAnAnswerIsThatOfAPortAlone) {
 
 TEST_F(TrunkTableRow, ANativeVlanThatIsNotKnownIsDashes) {
   platform.fail_with("im_get_ifindex_native_vlan_list", 5);
-  EXPECT_TRUE(show(pm_cli_print_eth_trunk_brief).ends_with("--      trunking      --\n"));
+  EXPECT_THAT(show(pm_cli_print_eth_trunk_brief), EndsWith("--      trunking      --\n"));
   for (const bound_tuple& tuple : platform.tuples()) EXPECT_NE(tuple.id, 0x142A0076U);
 }
 

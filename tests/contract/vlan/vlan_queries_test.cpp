@@ -5,6 +5,7 @@
 #include "pmcli/command.h"
 #include "pmcli/vlan.h"
 #include "support/failure_walk.h"
+#include "support/matchers.h"
 #include "support/vlan_libraries.h"
 
 namespace pmcli_test {
@@ -91,7 +92,7 @@ TEST_F(Membership, MissingFunctionsAreTold) {
     EXPECT_EQ(platform.text(), std::string("error: (null) in dlsym for ") + symbol + "\n");
     platform.libraries[VLAN_MGR_LIBRARY] = all;
   }
-  EXPECT_TRUE(platform.requests.empty());
+  EXPECT_THAT(platform.requests, IsEmpty());
 }
 
 TEST_F(Membership, NeedsALibrary) {
@@ -227,7 +228,7 @@ TEST(NativeVlan, ABadRecordIsToldAndReturnsTheCallsResult) {
   vlan_id_t vlan = 5;
   EXPECT_EQ(pm_cli_get_native_vlan(kPort, &vlan), 0);
   EXPECT_EQ(vlan, 5U);
-  EXPECT_NE(platform.text().find("if_vlan.status: 0x20\n"), std::string::npos) << platform.text();
+  EXPECT_THAT(platform.text(), HasSubstr("if_vlan.status: 0x20\n"));
 }
 
 // ---- Spanning tree ------------------------------------------------------------------------------------------------
@@ -356,7 +357,7 @@ TEST_F(PrivateVlans, AreWhatTheLibraryParses) {
 TEST_F(PrivateVlans, OfPortChannelsAreNotAskedFor) {
   EXPECT_EQ(ask(kChannel), 0);
   EXPECT_EQ(host_primary, 11U);
-  EXPECT_TRUE(platform.loader_events.empty());
+  EXPECT_THAT(platform.loader_events, IsEmpty());
   EXPECT_EQ(ask(kOldChannel), 0);
   EXPECT_EQ(host_primary, 0U) << "those of the older family are";
 }
