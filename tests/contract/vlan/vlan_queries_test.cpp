@@ -19,8 +19,6 @@ octets bytes_of(if_index_t if_index) {
   return bytes;
 }
 
-bool same_set(const vlan_bitset_t& one, const vlan_bitset_t& other) { return std::memcmp(&one, &other, 516) == 0; }
-
 class VlanQuery : public testing::Test {
  protected:
   VlanQuery() { install_vlan_libraries(platform); }
@@ -56,7 +54,7 @@ TEST_F(Membership, IsTheLastRecordOfThePort) {
                                   membership(kPort, 10, {10, 20}), membership(kChannel, 8, {8})};
   EXPECT_EQ(ask(), 0);
   EXPECT_EQ(record.native_trunk.vlan_id, 10);
-  EXPECT_TRUE(same_set(record.allowed_vlan_list, vlans({10, 20})));
+  EXPECT_EQ(ids_of(record.allowed_vlan_list), "10,20");
   ASSERT_EQ(platform.requests.size(), 1U);
   EXPECT_EQ(platform.requests[0].node, 0xFE000000U);
   EXPECT_EQ(platform.requests[0].sap, 167U);
@@ -251,7 +249,7 @@ class Forwarding : public VlanQuery {
 TEST_F(Forwarding, IsTheSetOfThePort) {
   forward({{1, 10, 20}});
   EXPECT_EQ(ask(), 0);
-  EXPECT_TRUE(same_set(forwarding, vlans({1, 10, 20})));
+  EXPECT_EQ(ids_of(forwarding), "1,10,20");
   ASSERT_EQ(platform.requests.size(), 1U);
   EXPECT_EQ(platform.requests[0].sap, platform.vdc) << "the context is handed on";
   EXPECT_EQ(platform.requests[0].opcode, 1U) << "one port";
@@ -268,7 +266,7 @@ TEST_F(Forwarding, OfAnyOtherNumberOfPortsIsAFailure) {
   answers_of_vlans.forwarding.pop_back();
   answers_of_vlans.null_forwarding = true;
   EXPECT_EQ(ask(), -1) << "one, without a list";
-  EXPECT_TRUE(same_set(forwarding, vlans({4094})));
+  EXPECT_EQ(ids_of(forwarding), "4094");
 }
 
 TEST_F(Forwarding, FailuresAreMinusOne) {
@@ -290,7 +288,7 @@ TEST_F(Forwarding, RejectedAnswersAreNotParsed) {
   EXPECT_EQ(platform.drops, (std::vector<uint32>{1, 2}));
   EXPECT_EQ(platform.count("stp_parse_get_port_state"), 0U);
   EXPECT_EQ(platform.loader_events.back(), "close libstp.so");
-  EXPECT_TRUE(same_set(forwarding, vlans({4094})));
+  EXPECT_EQ(ids_of(forwarding), "4094");
 }
 
 // Its parser takes the message itself, and says what is missing in it.
@@ -327,8 +325,8 @@ class PrivateVlans : public VlanQuery {
   }
   void expect_empty() {
     EXPECT_EQ(host_primary + host_secondary + mapping_primary, 0U);
-    EXPECT_TRUE(same_set(mapping_secondary, vlans({})));
-    EXPECT_TRUE(same_set(operational, vlans({})));
+    EXPECT_EQ(ids_of(mapping_secondary), "");
+    EXPECT_EQ(ids_of(operational), "");
   }
 
   vlan_id_t host_primary = 11, host_secondary = 12, mapping_primary = 13;
@@ -347,8 +345,8 @@ TEST_F(PrivateVlans, AreWhatTheLibraryParses) {
   EXPECT_EQ(host_primary, 100U);
   EXPECT_EQ(host_secondary, 101U);
   EXPECT_EQ(mapping_primary, 200U);
-  EXPECT_TRUE(same_set(mapping_secondary, vlans({201, 202})));
-  EXPECT_TRUE(same_set(operational, vlans({100, 101})));
+  EXPECT_EQ(ids_of(mapping_secondary), "201,202");
+  EXPECT_EQ(ids_of(operational), "100,101");
   EXPECT_EQ(platform.requests.at(0).node, 0xFE000000U);
   EXPECT_EQ(platform.requests.at(0).payload, bytes_of(kPort));
   EXPECT_EQ(platform.receives.at(0).timeout, 10);
