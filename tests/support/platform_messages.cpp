@@ -37,6 +37,13 @@ int32 fail_receive(RecordingPlatform& platform, int32 reason) {
 
 }  // namespace
 
+void RecordingPlatform::drop_messages() {
+  for (uint32 id = 1; id <= state_->messages.size(); ++id) {
+    mts_msg_ref_t reference{id, 1};
+    if (!state_->messages[id - 1].is_dropped) mts_drop(q(), &reference);
+  }
+}
+
 mts_msg_ref_t receive_message(RecordingPlatform& platform, const std::string& what, const mts_reply& reply) {
   return add_message(platform, {what, reply.payload, reply.rejected, false});
 }

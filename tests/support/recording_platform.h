@@ -389,6 +389,8 @@ class RecordingPlatform {
   // What a caller of the library does with what it was handed: frees a block, closes a library.
   void release(void* block);
   void close(void* library_handle);
+  // Drops the messages that are left, as the transport does with the queue.
+  void drop_messages();
 
   // Fails the test for every message, library and block that is not released; each is reported once.
   void expect_all_released();

@@ -40,16 +40,6 @@ void equip(RecordingPlatform& platform, if_index_t if_index) {
   platform.diagnostics[if_index] = healthy_diagnostics();
 }
 
-// Drops the messages that are left with the transport.
-void drop_all(RecordingPlatform& platform) {
-  const std::set<uint32> dropped(platform.drops.begin(), platform.drops.end());
-  const std::size_t sent_or_received = dropped.size() + platform.unreleased().size();
-  for (uint32 id = 1; id <= sent_or_received; ++id) {
-    mts_msg_ref_t reference{id, 1};
-    if (dropped.count(id) == 0) mts_drop(RecordingPlatform::q(), &reference);
-  }
-}
-
 class Listing : public testing::Test {
  protected:
   Listing() {
@@ -94,7 +84,7 @@ TEST_F(Listing, ShowsCalibrationsAndLeavesTheAnswers) {
   EXPECT_EQ(shown().size(), 6U);
   EXPECT_EQ(shown().back(), "SFP Calibration Information (internal calibration)");
   EXPECT_EQ(platform.unreleased().size(), 2U) << "one for each kind";
-  drop_all(platform);
+  platform.drop_messages();
 }
 
 TEST_F(Listing, DiagnosticsThatThereAreNoneEndWithTheIdentity) {
@@ -265,7 +255,7 @@ std::map<std::string, std::vector<outcome>> walk(walker show) {
         platform.on_request = good_state;
         run.result = show(platform.show_command(0, kPort), IF_TYPE_ETHERNET);
         run.text = platform.text();
-        if (show == pm_show_interface_tranceiver_calibrations_for_if_type) drop_all(platform);
+        if (show == pm_show_interface_tranceiver_calibrations_for_if_type) platform.drop_messages();
       },
       [&](const walk_run& walked) { all[walked.platform.failed_call()].push_back(run); });
   return all;
