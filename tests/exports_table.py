@@ -11,7 +11,8 @@ root = pathlib.Path(sys.argv[1])
 library = root / "infra/port_manager"
 sources = {path: path.read_text() for path in sorted(library.rglob("*.cpp"))}
 contract = root / "tests/contract"
-tests = {path: path.read_text() for path in sorted(contract.rglob("*.cpp"))}
+WALK = contract / "every_display_walk_test.cpp"  # calls every display, and says nothing of what it does
+tests = {path: path.read_text() for path in sorted(contract.rglob("*.cpp")) if path != WALK}
 names = (library / "libpmcli/exports.txt").read_text().split()
 faults = []
 
