@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/vlan_manager.h"
 #include "support/recording_state.h"
 
 namespace pmcli_test {

@@ -5,6 +5,7 @@
 
 #include "contract/sample_ports.h"
 #include "contract/transceiver/transceiver_images.h"
+#include "platform/vlan_manager.h"
 #include "pmcli/interface.h"
 #include "support/matchers.h"
 
