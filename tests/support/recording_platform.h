@@ -137,8 +137,6 @@ class RecordingPlatform : public recorded_card_config,
   state& internals() { return *state_; }
 
  private:
-  void add_default_libraries();
-
   std::unique_ptr<state> state_;
   std::string text_;
   std::string terminal_;

@@ -1,4 +1,4 @@
-// The output channel and the shell.
+// The output channel.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -143,6 +143,18 @@ std::string format_of_ranges(const mrange_handle_t& record) {
 }
 
 }  // namespace
+
+void PrintTo(const bound_tuple& tuple, std::ostream* out) {
+  char id[16];
+  std::snprintf(id, sizeof id, "0x%08X", tuple.id);
+  *out << '{' << id << ", ";
+  if (const auto* number = std::get_if<uint64>(&tuple.value.held))
+    *out << *number;
+  else
+    *out << '"' << std::get<std::string>(tuple.value.held) << '"';
+  *out << '}';
+}
+
 }  // namespace pmcli_test
 
 using namespace pmcli_test;
@@ -237,60 +249,5 @@ int32 cmd_mrange_snprintf(char* buffer, uint32 size, const mrange_handle_t* rang
 }
 
 void cmd_mrange_free(mrange_handle_t* ranges) { platform_for("cmd_mrange_free").release(ranges); }
-
-int32 vsh_util_user_input_get(vsh_user_input_info_t* question, char* answer) {
-  RecordingPlatform& platform = platform_for("vsh_util_user_input_get");
-  platform.questions.push_back({question->prompt, question->default_input, question->notty_input, answer, *question});
-  if (const int32 error = platform.failure_of("vsh_util_user_input_get"); error != 0) return error;
-  if (!platform.user_answer) return -1;
-  const auto longest = static_cast<std::size_t>(question->max_len);
-  const std::string text = platform.user_answer->substr(0, longest);
-  std::memcpy(answer, text.c_str(), text.size() + 1);
-  return 0;
-}
-
-void vsh_print_mts_error_message(int32 kind, int32 mts_errno) {
-  platform_for("vsh_print_mts_error_message").mts_errors.emplace_back(kind, mts_errno);
-  std::printf("<transport failure %d %d>\n", kind, mts_errno);
-}
-
-const char* syserr2str(syserr_t error) {
-  RecordingPlatform& platform = platform_for("syserr2str");
-  const auto known = platform.syserr_texts.find(error);
-  if (known != platform.syserr_texts.end()) return known->second ? known->second->c_str() : nullptr;
-  std::string& text = platform.internals().error_texts[error];
-  text = formatted("<system error %X>", static_cast<uint32>(error));
-  return text.c_str();
-}
-
-void bitset_clear_all(vlan_bitset_t* set) {
-  set->size = BITSET_BYTES;
-  std::memset(set->bits, 0, sizeof set->bits);
-}
-
-void bitset_set(vlan_bitset_t* set, uint32 id) {
-  if (id < 8 * BITSET_BYTES) set->bits[id / 8] = static_cast<uint8>(set->bits[id / 8] | 0x80U >> id % 8);
-}
-
-boolean bitset_is_set(const vlan_bitset_t* set, uint32 id) {
-  return id < 8 * BITSET_BYTES && (set->bits[id / 8] & 0x80U >> id % 8) != 0;
-}
-
-uint32 bitset_sprintf(char* buffer, uint32 size, const vlan_bitset_t* set) {
-  std::string text;
-  for (uint32 first = 0; first < 8 * BITSET_BYTES; ++first) {
-    if (!bitset_is_set(set, first)) continue;
-    uint32 last = first;
-    while (bitset_is_set(set, last + 1)) ++last;
-    if (!text.empty()) text += ',';
-    text += std::to_string(first);
-    if (last != first) text += '-' + std::to_string(last);
-    first = last;
-  }
-  if (size == 0) return 0;
-  text.resize(std::min<std::size_t>(text.size(), size - 1));
-  std::memcpy(buffer, text.c_str(), text.size() + 1);
-  return static_cast<uint32>(text.size());
-}
 
 }  // extern "C"

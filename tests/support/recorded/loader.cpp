@@ -1,30 +1,14 @@
-// What the library calls of libc and of the loader, watched. The library's objects are linked so that their calls of
-// the functions below arrive here (see tests/CMakeLists.txt); the calls of tests and of libc itself do not.
+// The loader of libraries by name. The library's objects are linked so that their calls of the functions below
+// arrive here (see tests/support/CMakeLists.txt); the calls of tests and of libc itself do not.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
-#include <ctime>
 
 #include "support/recording_state.h"
 
 namespace pmcli_test {
 namespace {
-
-void* watch(RecordingPlatform* platform, void* block, std::size_t size, const std::string& label) {
-  if (platform != nullptr && block != nullptr) platform->internals().blocks[block] = {label, size};
-  return block;
-}
-
-void forget(RecordingPlatform* platform, void* block) {
-  if (platform != nullptr) platform->internals().blocks.erase(block);
-}
-
-bool fails(RecordingPlatform* platform, const char* function) {
-  return platform != nullptr && platform->failure_of(function) != 0;
-}
 
 // The open library behind a handle; a failure of the test when it was never opened or is closed.
 open_library* find_open(RecordingPlatform& platform, void* handle, const char* function) {
@@ -40,18 +24,6 @@ open_library* find_open(RecordingPlatform& platform, void* handle, const char* f
 
 }  // namespace
 
-void* RecordingPlatform::hand_over(const void* bytes, std::size_t size, const std::string& label) {
-  void* const block = std::malloc(std::max<std::size_t>(size, 1));
-  if (block == nullptr) std::abort();
-  if (size != 0) std::memcpy(block, bytes, size);
-  return watch(this, block, size, label);
-}
-
-void RecordingPlatform::release(void* block) {
-  forget(this, block);
-  std::free(block);
-}
-
 void RecordingPlatform::close(void* library_handle) {
   open_library* const library = find_open(*this, library_handle, "dlclose");
   if (library == nullptr) return;
@@ -66,35 +38,6 @@ void RecordingPlatform::close(void* library_handle) {
 using namespace pmcli_test;
 
 extern "C" {
-
-void* __wrap_malloc(size_t size) {
-  RecordingPlatform* const platform = RecordingPlatform::active();
-  return fails(platform, "malloc") ? nullptr : watch(platform, std::malloc(size), size, "malloc");
-}
-
-void* __wrap_calloc(size_t count, size_t size) {
-  RecordingPlatform* const platform = RecordingPlatform::active();
-  return fails(platform, "calloc") ? nullptr : watch(platform, std::calloc(count, size), count * size, "calloc");
-}
-
-void* __wrap_realloc(void* block, size_t size) {
-  RecordingPlatform* const platform = RecordingPlatform::active();
-  if (fails(platform, "realloc")) return nullptr;
-  forget(platform, block);
-  return watch(platform, std::realloc(block, size), size, "realloc");
-}
-
-void __wrap_free(void* block) {
-  forget(RecordingPlatform::active(), block);
-  std::free(block);
-}
-
-time_t __wrap_time(time_t* stored) {
-  const RecordingPlatform* const platform = RecordingPlatform::active();
-  const time_t now = platform != nullptr && platform->now ? static_cast<time_t>(*platform->now) : std::time(nullptr);
-  if (stored != nullptr) *stored = now;
-  return now;
-}
 
 void* __wrap_dlopen(const char* name, int mode) {
   RecordingPlatform& platform = platform_for("dlopen");

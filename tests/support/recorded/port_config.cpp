@@ -1,9 +1,6 @@
-// The port manager's settings of ports, and who may change them.
+// The port manager's settings of ports.
 #include <span>
 
-#include "platform/platform_data.h"
-#include "platform/port_config.h"
-#include "platform/vsh.h"
 #include "support/recording_state.h"
 
 namespace pmcli_test {
@@ -34,8 +31,7 @@ void hand_over_results(RecordingPlatform& platform, const std::vector<std::pair<
 
 }  // namespace pmcli_test
 
-using pmcli_test::platform_for;
-using pmcli_test::RecordingPlatform;
+using namespace pmcli_test;
 
 extern "C" {
 
@@ -51,27 +47,14 @@ int32 pm_cmi_set_port_config(mts_q_handle_t q, const char* username, uint32 sess
   platform.setting_requests.push_back(request);
   *cfg_status = nullptr;
   if (platform.results_in_spite_of_failure)
-    pmcli_test::hand_over_results(platform, *platform.results_in_spite_of_failure, cfg_status, num_ports);
+    hand_over_results(platform, *platform.results_in_spite_of_failure, cfg_status, num_ports);
   if (const int32 error = platform.failure_of("pm_cmi_set_port_config"); error != 0) return error;
   if (platform.null_results) {
     *num_ports = *platform.null_results;
     return 0;
   }
-  pmcli_test::hand_over_results(platform, platform.setting_results.value_or(pmcli_test::all_accept(named)), cfg_status,
-                                num_ports);
+  hand_over_results(platform, platform.setting_results.value_or(all_accept(named)), cfg_status, num_ports);
   return 0;
-}
-
-uint32 vsh_is_user_vsan_restricted(const paraminfo_t*) {
-  return platform_for("vsh_is_user_vsan_restricted").vsan_restricted;
-}
-
-boolean pm_is_tamber_lindo_linecard(uint32 card_type) {
-  return platform_for("pm_is_tamber_lindo_linecard").tamber_lindo_cards.count(card_type) != 0 ? 4 : 0;
-}
-
-boolean pm_is_corvid_linecard(uint32 card_type) {
-  return platform_for("pm_is_corvid_linecard").corvid_cards.count(card_type) != 0 ? 4 : 0;
 }
 
 }  // extern "C"
