@@ -336,35 +336,5 @@ TEST(FailureWalk, ModuleFilter) {
   expect_texts(scenario, texts, texts);
 }
 
-// Every id of every handler, whatever it displays: nothing leaks, and the command ends.
-TEST(FailureWalk, EveryIdOfEveryHandlerReleasesWhatItTook) {
-  struct handler_case {
-    uint32 (*handler)(paraminfo_t*);
-    if_index_t if_index;
-  };
-  const handler_case kHandlers[] = {
-      {pm_cli_show_eth_port_config, kPort},       {pm_cli_show_eth_port_config, kChannel},
-      {pm_cli_show_mgmt_port_config, mgmt()},     {pm_cli_show_loopback_config, loopback(0)},
-      {pm_cli_show_eth_stat_info, kRoutablePort},
-  };
-  for (const handler_case& shown : kHandlers) {
-    for (uint32 command = 0; command <= 110; ++command) {
-      walk_failures([&](RecordingPlatform& platform) {
-        platform.ports[shown.if_index] = port_record_in_mode(PM_PORT_MODE_TRUNK);
-        platform.transceivers[shown.if_index] = {};
-        platform.capabilities[shown.if_index] = port_capabilities("SFP");
-        platform.port_stats[shown.if_index] = {};
-        platform.loopback_stats[shown.if_index] = {};
-        platform.channel_members[shown.if_index] = {ethernet(1, 2)};
-        platform.addresses[shown.if_index] = {ipv4_address(10, 1, 2, 3, 24)};
-        // Only the management port's own view tells the shell that it has no record.
-        const bool is_own_view = shown.if_index == mgmt() && (command == 1 || command == 5);
-        const uint32 result = shown.handler(platform.show_command(command, shown.if_index));
-        EXPECT_EQ(result, is_own_view && platform.failed_call() == "pm_cmi_get_port_config" ? 1U : 0U);
-      });
-    }
-  }
-}
-
 }  // namespace
 }  // namespace pmcli_test

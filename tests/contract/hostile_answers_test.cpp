@@ -7,6 +7,7 @@
 #include "contract/sample_ports.h"
 #include "pmcli/command.h"
 #include "pmcli/interface.h"
+#include "support/matchers.h"
 #include "support/vlan_libraries.h"
 
 namespace pmcli_test {
@@ -48,7 +49,7 @@ TEST(HostilePortRecord, OnlyTheFirstOfManyIsShown) {
   RecordingPlatform platform;
   platform.port_config = {0xFFFFFFFF, record_block()};
   pm_cli_show_eth_port_info(platform.output(), RecordingPlatform::q(), 1, kPort);
-  EXPECT_TRUE(contains(platform.text(), "Ethernet1/1 is 1\n  Hardware: "));
+  EXPECT_THAT(platform.text(), HasSubstr("Ethernet1/1 is 1\n  Hardware: "));
 }
 
 TEST(HostilePortRecord, ErrorWithoutATextPrintsAnEmptyOne) {
@@ -73,7 +74,7 @@ TEST(HostilePortRecord, RecordFullOfOnesIsShownByEveryDisplay) {
       for (uint32 command = 0; command <= 105; ++command)
         pm_cli_show_eth_port_info(platform.output(), RecordingPlatform::q(), command, if_index);
       pm_show_eth_stat_info(platform.output(), RecordingPlatform::q(), 1, if_index);
-      EXPECT_TRUE(contains(platform.text(), "  Description: " + std::string(81, '\xFF') + "\n"));
+      EXPECT_THAT(platform.text(), HasSubstr("  Description: " + std::string(81, '\xFF') + "\n"));
     }
   }
 }
@@ -98,10 +99,10 @@ TEST(HostileText, DescriptionIsShownAsItIs) {
   set_description(port, kOddText);
   pm_cli_common_show_intf_data_t data{};
   pm_cli_show_port_info(platform.output(), &port, &data);
-  EXPECT_TRUE(contains(platform.text(), std::string("  Description: ") + kOddText + "\n"));
+  EXPECT_THAT(platform.text(), HasSubstr(std::string("  Description: ") + kOddText + "\n"));
   platform.clear_output();
   print_eth_port_common_info(platform.output(), &port);
-  EXPECT_TRUE(contains(platform.text(), std::string("    Port description is ") + kOddText + "\n"));
+  EXPECT_THAT(platform.text(), HasSubstr(std::string("    Port description is ") + kOddText + "\n"));
 }
 
 TEST(HostileText, CapabilityTextsAreShownAsTheyAre) {
@@ -110,7 +111,7 @@ TEST(HostileText, CapabilityTextsAreShownAsTheyAre) {
   platform.capabilities[kPort] = port_capabilities("%s%n%d 50%");
   platform.transceiver_block = octets(267, 1);
   pm_cli_show_eth_port_info(platform.output(), RecordingPlatform::q(), 1, kPort);
-  EXPECT_TRUE(contains(platform.text(), "  11-duplex, 1000, media type is %s%n%d 50%\n"));
+  EXPECT_THAT(platform.text(), HasSubstr("  11-duplex, 1000, media type is %s%n%d 50%\n"));
 }
 
 TEST(HostileText, HardwareAndTimesAreShownAsTheyAre) {
@@ -121,9 +122,9 @@ TEST(HostileText, HardwareAndTimesAreShownAsTheyAre) {
   std::strcpy(data.last_flapped, "%s ago");
   std::strcpy(data.last_cleared, "%n");
   pm_cli_show_port_info(platform.output(), &port, &data);
-  EXPECT_TRUE(contains(platform.text(), "  Hardware: %s hardware\n"));
-  EXPECT_TRUE(contains(platform.text(), "  Last link flapped %s ago\n"));
-  EXPECT_TRUE(contains(platform.text(), " counters %n\n"));
+  EXPECT_THAT(platform.text(), HasSubstr("  Hardware: %s hardware\n"));
+  EXPECT_THAT(platform.text(), HasSubstr("  Last link flapped %s ago\n"));
+  EXPECT_THAT(platform.text(), HasSubstr(" counters %n\n"));
 }
 
 TEST(HostileText, MultiChassisStatusIsShownAsItIsAndEndsWithItsBuffer) {
@@ -133,7 +134,7 @@ TEST(HostileText, MultiChassisStatusIsShownAsItIsAndEndsWithItsBuffer) {
   data.port_channel = 1;
   platform.multi_chassis_status[kChannel] = kOddText;
   pm_cli_show_port_info(platform.output(), &port, &data);
-  EXPECT_TRUE(contains(platform.text(), std::string("port-channel3 is 1\n ") + kOddText + "\n  Hardware: "));
+  EXPECT_THAT(platform.text(), HasSubstr(std::string("port-channel3 is 1\n ") + kOddText + "\n  Hardware: "));
 
   platform.clear_output();
   platform.multi_chassis_status[kChannel] = std::string(256, 'm');
@@ -162,7 +163,7 @@ TEST(HostileText, NamesAreShownAsTheyAre) {
   port.is_part_of_bundle = 1;
   port.bundle_if_index = kPort;
   print_eth_port_common_info(platform.output(), &port);
-  EXPECT_TRUE(contains(platform.text(), "    Belongs to port %s %n 5%\n"));
+  EXPECT_THAT(platform.text(), HasSubstr("    Belongs to port %s %n 5%\n"));
 
   platform.clear_output();
   pm_cli_show_loopback_config(platform.show_command(3, kPort));
@@ -321,8 +322,8 @@ TEST(HostileStatistics, LargestCountersOfAnIpsPortAreShown) {
   platform.eth_stats[kPort] = response;
   pm_port_info_t port = named(kPort, port_record_in_mode(PM_PORT_MODE_IPS));
   print_eth_stat_info(platform.output(), RecordingPlatform::q(), &port);
-  EXPECT_TRUE(contains(platform.text(), "    4294967295 packets input, 18446744073709551615 bytes\n"));
-  EXPECT_TRUE(contains(platform.text(), "    5 minutes input rate 0 bits/sec, 0 bytes/sec, 0 frames/sec\n"));
+  EXPECT_THAT(platform.text(), HasSubstr("    4294967295 packets input, 18446744073709551615 bytes\n"));
+  EXPECT_THAT(platform.text(), HasSubstr("    5 minutes input rate 0 bits/sec, 0 bytes/sec, 0 frames/sec\n"));
 }
 
 TEST(HostileStatistics, NamesOfTheLoaderArePrintedAsTheyAre) {
@@ -377,8 +378,8 @@ TEST(HostileCommand, MissingFilterShowsNothing) {
       if (what == missing::value) param->arg_list[1]->arg = nullptr;
       EXPECT_EQ(pm_cli_show_eth_port_config(param), 0U);
       EXPECT_EQ(platform.text(), "");
-      EXPECT_TRUE(platform.port_queries.empty());
-      EXPECT_TRUE(platform.loader_events.empty());
+      EXPECT_THAT(platform.port_queries, IsEmpty());
+      EXPECT_THAT(platform.loader_events, IsEmpty());
       EXPECT_EQ(platform.sends, 1U);
     }
   }
@@ -437,7 +438,7 @@ TEST(HostileCommand, RangeCountsBeyondTheListAreNotFollowed) {
     paraminfo_t* const param = platform.show_command(31, kPort);
     platform.add_argument(param, PARAM_TYPE_INT_RANGES, list.get());
     EXPECT_EQ(pm_cli_show_eth_port_config(param), 0U);
-    EXPECT_TRUE(platform.port_queries.empty());
+    EXPECT_THAT(platform.port_queries, IsEmpty());
     EXPECT_EQ(platform.sends, 1U);
   }
 }

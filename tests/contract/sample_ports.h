@@ -108,8 +108,6 @@ inline tuple_value bound_to(const RecordingPlatform& platform, uint32 id) {
   return "(not bound)";
 }
 
-inline bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
-
 // The port manager was asked once, for this interface alone, with a minute to answer.
 inline void expect_one_query(const RecordingPlatform& platform, if_index_t if_index) {
   ASSERT_EQ(platform.port_queries.size(), 1U);

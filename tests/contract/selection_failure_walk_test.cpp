@@ -4,7 +4,7 @@
 #include <map>
 #include <set>
 
-#include "contract/interface_command.h"
+#include "contract/command/interface_command.h"
 #include "contract/sample_ports.h"
 #include "pm/interface_ranges.h"
 #include "pm/port_attributes.h"

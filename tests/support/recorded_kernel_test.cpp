@@ -7,6 +7,7 @@
 
 #include <cstring>
 
+#include "support/matchers.h"
 #include "support/recording_platform.h"
 
 // As the library under test calls them.
@@ -70,7 +71,7 @@ TEST(RecordedKernel, OpenSocketsAreReported) {
   open_socket();
   EXPECT_EQ(platform.unreleased(), (Events{"socket 2 was not closed"}));
   EXPECT_NONFATAL_FAILURE(platform.expect_all_released(), "socket 2 was not closed");
-  EXPECT_TRUE(platform.unreleased().empty());
+  EXPECT_THAT(platform.unreleased(), IsEmpty());
 }
 
 TEST(RecordedKernel, ClosedSocketsAreNotUsed) {

@@ -4,10 +4,9 @@
 #include <stdio.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
-#include <cstring>
 
+#include "platform/vlan_manager.h"
 #include "support/recording_state.h"
 
 namespace pmcli_test {
@@ -21,11 +20,12 @@ constexpr std::string_view kFallible[] = {
     "cmd_mrange_create",
     "cmd_paraminfo_to_rxhandle",
     "crdcfg_get_port_cap",
-    "dstats_clear_counters",
     "dlopen",
     "dlsym",
+    "dstats_clear_counters",
     "get_card_module_info",
     "get_platform_info",
+    "get_port_channel_info",
     "get_port_channel_members",
     "idxmap_node_by_if_index",
     "if_index_eth_port_channel_get_channel_num",
@@ -77,35 +77,34 @@ constexpr std::string_view kFallible[] = {
     "pm_get_clear_eth_stats",
     "pm_get_if_index_listing",
     "pm_get_interface_counters",
+    "pm_get_module_resources",
     "pm_get_port_info_range",
     "pm_get_proc_net_dev_stats",
+    "pm_get_sat_sfp_diag_info",
+    "pm_get_sfp_diag_info",
     "pm_get_startup_if_index_listing",
     "pm_parse_get_port_info_range",
     "pm_port_channel_get_clear_eth_stats",
+    "pvlan_build_get_switchport_info_req",
+    "pvlan_parse_get_switchport_info_rsp",
     "realloc",
+    "satmgr_get_fport_info",
+    "satmgr_get_slot_info",
     "socket",
     "statcl_get_port_client_snmp_stats",
     "statcl_get_port_client_stats",
     "statscl_clear_port_client_stats",
+    "stp_parse_get_port_state",
+    "stp_send_get_port_state",
     "system",
+    "uri_map_targetfs_path_get",
+    "vlan_get_port_trunking_memb_build_mts",
+    "vlan_get_port_trunking_memb_parse_reply",
+    "vlan_get_vlan_info_build_mts",
+    "vlan_get_vlan_info_parse_reply",
     "vsan_get_port_trunking_membership",
     "vsh_fc_intf_perm_check",
     "vsh_util_user_input_get",
-    "get_port_channel_info",
-    "pm_get_module_resources",
-    "pm_get_sat_sfp_diag_info",
-    "pm_get_sfp_diag_info",
-    "satmgr_get_fport_info",
-    "satmgr_get_slot_info",
-    "stp_parse_get_port_state",
-    "stp_send_get_port_state",
-    "uri_map_targetfs_path_get",
-    "vlan_get_vlan_info_build_mts",
-    "vlan_get_vlan_info_parse_reply",
-    "vlan_get_port_trunking_memb_build_mts",
-    "vlan_get_port_trunking_memb_parse_reply",
-    "pvlan_build_get_switchport_info_req",
-    "pvlan_parse_get_switchport_info_rsp",
 };
 
 ssize_t write_terminal(void*, const char* bytes, size_t size) {
@@ -122,24 +121,7 @@ std::FILE* open_terminal() {
   return stream;
 }
 
-void reset_runtime_params() {
-  std::memset(platform_runtime_param_array, 0, sizeof platform_runtime_param_array);
-  std::strcpy(platform_runtime_param_array[0].mgmt_eth_intf_name, "eth1");
-  std::strcpy(platform_runtime_param_array[0].mgmt_eth_intf_name2, "eth2");
-}
-
 }  // namespace
-
-void PrintTo(const bound_tuple& tuple, std::ostream* out) {
-  char id[16];
-  std::snprintf(id, sizeof id, "0x%08X", tuple.id);
-  *out << '{' << id << ", ";
-  if (const auto* number = std::get_if<uint64>(&tuple.value.held))
-    *out << *number;
-  else
-    *out << '"' << std::get<std::string>(tuple.value.held) << '"';
-  *out << '}';
-}
 
 RecordingPlatform* RecordingPlatform::active() { return living; }
 
@@ -154,7 +136,10 @@ RecordingPlatform::RecordingPlatform() : state_(std::make_unique<state>()) {
     std::fprintf(stderr, "a second RecordingPlatform was made while one lives\n");
     std::abort();
   }
-  add_default_libraries();
+  libraries[STATCL_LIBRARY] = statistics_client();
+  libraries[IP_STATS_LIBRARY] = ip_statistics_library();
+  libraries[CRDCFG_LIBRARY] = card_config_library();
+  libraries[VLAN_MGR_LIBRARY] = {};
   reset_runtime_params();
   living = this;
   std::fflush(stdout);

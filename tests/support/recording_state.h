@@ -14,6 +14,15 @@ struct cmd_tuple_t {
 
 namespace pmcli_test {
 
+// ---- What is kept for each service, beside what tests see -----------------------------------------------------------
+
+struct cmd_channel_state {
+  cmd_rx_handle_t rx;
+  std::deque<cmd_tuple_t> tuples;  // bound, not yet printed
+  bool is_short_row = false;
+  std::deque<std::vector<vsh_intf_mono_range_t>> ranges;  // behind the records of cmd_mrange_create()
+};
+
 struct message {
   std::string what;
   octets payload;
@@ -27,13 +36,31 @@ struct waiting_answer {
   mts_reply reply;
 };
 
+struct mts_state {
+  int32 last_mts_errno = 0;
+  std::deque<message> messages;  // message n has id n + 1
+  std::deque<waiting_answer> answers;
+};
+
 struct open_library {
   std::string name;
   bool is_open = true;
 };
 
+struct loader_state {
+  std::deque<open_library> open_libraries;  // handles point into it
+  std::string loader_text;                  // what dlerror() returned last
+};
+
 struct open_socket {
   bool is_open = true;
+};
+
+// Descriptors of sockets, far away from those of the process; the first is this one plus 1.
+inline constexpr int kFirstSocket = 1000;
+
+struct kernel_state {
+  std::deque<open_socket> sockets;  // socket n has descriptor kFirstSocket + n
 };
 
 struct heap_entry {
@@ -41,38 +68,29 @@ struct heap_entry {
   std::size_t size;
 };
 
-struct RecordingPlatform::state {
+struct heap_state {
+  std::map<void*, heap_entry> blocks;
+};
+
+struct syserr_state {
+  std::map<syserr_t, std::string> error_texts;
+};
+
+struct RecordingPlatform::state : cmd_channel_state, mts_state, loader_state, kernel_state, heap_state, syserr_state {
   std::FILE* stream = nullptr;  // stands in for stdout
   std::FILE* stdout_before = nullptr;
-
-  cmd_rx_handle_t rx;
-  std::deque<cmd_tuple_t> tuples;  // bound, not yet printed
-  bool is_short_row = false;
 
   std::map<std::string, int32> forced_results;
   uint32 fallible_calls = 0;
   uint32 failing_call = 0;
   int32 failing_result = 0;
-  int32 last_mts_errno = 0;
 
-  std::deque<message> messages;  // message n has id n + 1
-  std::deque<waiting_answer> answers;
-
-  std::deque<open_library> open_libraries;  // handles point into it
-  std::string loader_text;                  // what dlerror() returned last
-
-  std::deque<open_socket> sockets;  // socket n has descriptor kFirstSocket + n
-
-  std::map<void*, heap_entry> blocks;
-  std::map<syserr_t, std::string> error_texts;
-  std::deque<std::vector<vsh_intf_mono_range_t>> ranges;  // behind the records of cmd_mrange_create()
   std::deque<paraminfo_t> params;
   std::deque<param_arg_t> arguments;
   std::deque<if_index_t> argument_values;
 };
 
-// Descriptors of sockets, far away from those of the process; the first is this one plus 1.
-inline constexpr int kFirstSocket = 1000;
+// ---- What services do for each other --------------------------------------------------------------------------------
 
 // Results by port as a block for the library to free, and their number.
 void hand_over_results(RecordingPlatform& platform, const std::vector<std::pair<if_index_t, uint32>>& results,
@@ -86,9 +104,15 @@ std::string interface_text(const RecordingPlatform& platform, if_index_t if_inde
 // Records that this owner was asked to clear the counters of an interface, and gives what the test programmed.
 int32 clear_at(const char* owner, if_index_t if_index, const std::string& device = "");
 
-// What the libraries opened by name offer for clearing.
+// The libraries opened by name, and what they offer for clearing.
+library_symbols statistics_client();
+library_symbols ip_statistics_library();
+library_symbols card_config_library();
 int32 statscl_clear_port_client_stats(if_index_t if_index);
 int32 ip_clear_loopback_counters(uint32 zero, if_index_t if_index);
+
+// The entries of platform_runtime_param_array as they are when a platform begins to live.
+void reset_runtime_params();
 
 // Puts a received message among those that must be dropped, and gives its reference.
 mts_msg_ref_t receive_message(RecordingPlatform& platform, const std::string& what, const mts_reply& reply);

@@ -5,6 +5,7 @@
 
 #include "platform/private_vlan.h"
 #include "platform/spanning_tree.h"
+#include "platform/vlan_manager.h"
 #include "support/recording_platform.h"
 
 namespace pmcli_test {

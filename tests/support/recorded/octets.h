@@ -1,0 +1,12 @@
+// Bytes that travel.
+#pragma once
+
+#include <vector>
+
+#include "platform/types.h"
+
+namespace pmcli_test {
+
+using octets = std::vector<uint8>;
+
+}  // namespace pmcli_test
