@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "client/kernel_counters.h"
 #include "client/library_functions.h"
 #include "client/request.h"
 #include "host/alarm_soon.h"
@@ -17,12 +16,14 @@
 #include "platform/interface_manager.h"
 #include "platform/ip_config.h"
 #include "platform/ip_statistics.h"
+#include "platform/platform_data.h"
 #include "platform/port_channel.h"
 #include "platform/port_config.h"
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
 #include "platform/vsan.h"
 #include "service/answers.h"
+#include "service/device_counters.h"
 #include "service/services.h"
 #include "support/allocations.h"
 #include "transport/failures.h"
@@ -295,6 +296,26 @@ outcome call_clear_channel_ranges(const small_machine& names, mts_q_handle_t q) 
 
 using enum convention;
 constexpr std::size_t kHead = 8;
+outcome call_chassis_type(const small_machine&, mts_q_handle_t) {
+  uint32 type = 0;
+  return {pdb_get_chassis_type(&type), false};
+}
+
+outcome call_platform_info(const small_machine&, mts_q_handle_t) {
+  platform_info_t info{};
+  return {get_platform_info(&info), false};
+}
+
+outcome call_card(const small_machine& names, mts_q_handle_t) {
+  card_module_info_t info{};
+  return {get_card_module_info(names.first_port, &info), false};
+}
+
+outcome call_device_counters(const small_machine&, mts_q_handle_t) {
+  pm_proc_net_dev_stats_t stats{};
+  return {pm_get_proc_net_dev_stats("lo", &stats), false};
+}
+
 const client_call kCalls[] = {
     {"pm_cmi_get_port_config", "port-manager", kHead + 2 * 328, error, of_command, call_port_config},
     {"pm_cmi_get_fcot_info", "port-manager", kHead + 267, error, of_command, call_transceiver},
@@ -333,6 +354,10 @@ const client_call kCalls[] = {
     {"get_port_capability", "card-config", kHead + 124, error, of_process, call_capability},
     {"pm_cmi_set_port_config", "port-manager", kHead + 2 * 8, error, of_command, call_set_config},
     {"leave_channels", "port-channel", kHead + 2 * 8, error, of_command, call_step<leave_channels>},
+    {"pdb_get_chassis_type", "hardware", kHead + 40, error, of_process, call_chassis_type},
+    {"get_platform_info", "hardware", kHead + 40, error, of_process, call_platform_info},
+    {"get_card_module_info", "hardware", kHead + 12, error, of_process, call_card},
+    {"pm_get_proc_net_dev_stats", "hardware", kHead + 64, error, of_process, call_device_counters},
     {"make_edge_ports", "spanning-tree", kHead + 2 * 8, error, of_command, call_step<make_edge_ports>},
 };
 
@@ -434,7 +459,9 @@ bool is_answered_by_errors(std::string_view name) {
                                          "pcmap_get_next_port_channel",
                                          "pm_cmi_set_port_config",
                                          "leave_channels",
-                                         "make_edge_ports"};
+                                         "make_edge_ports",
+                                         "get_card_module_info",
+                                         "pm_get_proc_net_dev_stats"};
   return std::ranges::find(kNames, name) != std::end(kNames);
 }
 
@@ -512,11 +539,16 @@ TEST(KernelCountersClient, ACounterThatItsMemberCannotHoldIsTheLargestValue) {
 }
 
 TEST(KernelCountersClient, MemoryThatRunsOutIsAFailure) {
+  transport_register(all_services());
   pm_proc_net_dev_stats_t stats{};
   ASSERT_EQ(pm_get_proc_net_dev_stats("lo", &stats), 0);
-  const std::string device = "a device whose name needs memory of its own";
   const pmcli_test::failing_allocation memory(0);
-  EXPECT_EQ(pm_get_proc_net_dev_stats(device.c_str(), &stats), PM_ERR_GENERAL);
+  EXPECT_EQ(pm_get_proc_net_dev_stats("lo", &stats), PM_ERR_GENERAL);
+}
+
+TEST(KernelCountersClient, ANameThatIsTooLongIsNoDevice) {
+  pm_proc_net_dev_stats_t stats{};
+  EXPECT_EQ(pm_get_proc_net_dev_stats("sixteen-letters-", &stats), PM_ERR_NO_SUCH_INTERFACE);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryClient, ClientFailures, testing::ValuesIn(kCalls), name_of);

@@ -10,6 +10,10 @@
 
 #include "host/loopback_device.h"
 #include "platform/ip_statistics.h"
+#include "service/services.h"
+#include "transport/transport.h"
+#include "service/services.h"
+#include "transport/transport.h"
 
 namespace host {
 namespace {
@@ -143,6 +147,7 @@ TEST(DeviceMemory, AClockThatIsSetBackStartsTheRatesAgain) {
 }
 
 TEST(RunningKernel, IsAsked) {
+  transport_register(all_services());
   const uint64 before = kernel_says("rx_bytes");
   clear_kernel_counters("lo");
   pm_proc_net_dev_stats_t stats{};
@@ -178,6 +183,7 @@ TEST(RunningKernel, OnlyThisProcessSeesTheClear) {
   const uint64 packets_before = kernel_says("tx_packets");
   ASSERT_GT(packets_before, 0u);
 
+  transport_register(all_services());
   ASSERT_TRUE(clear_kernel_counters("lo"));
   ASSERT_TRUE(send_packets(5));
 

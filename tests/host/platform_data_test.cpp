@@ -2,17 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "host/small_machine.h"
+#include "host/client_fixture.h"
 #include "platform/if_index.h"
 #include "platform/syserr.h"
 
 namespace host {
 namespace {
 
-class PlatformData : public testing::Test {
- protected:
-  small_machine names_ = install_small_machine();
-};
+using PlatformData = Clients;
 
 TEST_F(PlatformData, DescribesTheMachine) {
   uint32 type = 0;

@@ -1,7 +1,4 @@
-#include "client/kernel_counters.h"
-
-#include "base/c_edge.h"
-#include "platform/syserr.h"
+#include "service/device_counters.h"
 
 using namespace host;
 
@@ -38,14 +35,4 @@ pm_proc_net_dev_stats_t host::device_record(const device_counters& counted) {
   pm_proc_net_dev_stats_t made{};
   for (const auto& [member, counter] : kMembers) made.*member = in_32_bits(counted.*counter);
   return made;
-}
-
-int32 pm_get_proc_net_dev_stats(const char* device, pm_proc_net_dev_stats_t* stats) {
-  if (device == nullptr || stats == nullptr) return PM_ERR_GENERAL;
-  return no_throw<int32>(PM_ERR_GENERAL, [&]() -> int32 {
-    const auto counted = kernel_counters(device);
-    if (!counted) return PM_ERR_NO_SUCH_INTERFACE;
-    *stats = device_record(*counted);
-    return 0;
-  });
 }
