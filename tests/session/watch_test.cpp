@@ -140,8 +140,8 @@ TEST(WatchInAPipe, UserWhoMayNotSeeCountersSeesNoRates) {
 }
 
 TEST(WatchInAPipe, InterfaceWhoseDisplayFailedHasNoRates) {
-  piped_shell shell(test_file("counters.yaml"),
-                    {"--provoke", "statistics=reject", "-c", "watch 1 show interface ethernet 2/1 counters | json"});
+  piped_shell shell(test_file("counters.yaml"), {"--inject-fault", "statistics=reject", "-c",
+                                                 "watch 1 show interface ethernet 2/1 counters | json"});
   ASSERT_NE(shell.line(), "");
   const rapidjson::Document reading = parse(shell.line());
   EXPECT_TRUE(reading["interfaces"][0]["rates"].IsNull());
@@ -150,8 +150,8 @@ TEST(WatchInAPipe, InterfaceWhoseDisplayFailedHasNoRates) {
 
 // Each reading has its own failures, and no others.
 TEST(WatchInAPipe, EachReadingNamesTheServiceThatFails) {
-  piped_shell shell(test_file("counters.yaml"),
-                    {"--provoke", "statistics=reject", "-c", "watch 1 show interface ethernet 2/1 counters | json"});
+  piped_shell shell(test_file("counters.yaml"), {"--inject-fault", "statistics=reject", "-c",
+                                                 "watch 1 show interface ethernet 2/1 counters | json"});
   for (int i = 0; i < 2; ++i) {
     const rapidjson::Document reading = parse(shell.line());
     ASSERT_EQ(reading["messages"].Size(), 3U) << i;  // each of the two tables says so, too
