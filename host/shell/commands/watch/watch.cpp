@@ -124,9 +124,9 @@ class pace {
 // While it lives, the terminal hands on each key at once and does not show it.
 class key_scope {
  public:
-  // Without a terminal there are no keys.
+  // There are none without a terminal, and for a process in the background.
   explicit key_scope(bool is_used) {
-    if (!is_used || tcgetattr(STDIN_FILENO, &outside_) != 0) return;
+    if (!is_used || tcgetpgrp(STDIN_FILENO) != getpgrp() || tcgetattr(STDIN_FILENO, &outside_) != 0) return;
     restore_terminal_at_end();
     termios modes = outside_;
     modes.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
