@@ -97,13 +97,13 @@ bool choose_user(const std::string& name, shell& session) {
   return false;
 }
 
-bool provoke(const options& wanted) {
+bool inject_faults(const options& wanted) {
   transport_limit_waits(wanted.longest_wait_sec);
-  for (const wanted_provocation& provoked : wanted.provocations) {
-    if (transport_provoke(provoked.service, provoked.what)) continue;
+  for (const requested_fault& injected : wanted.faults) {
+    if (transport_inject_fault(injected.service, injected.what)) continue;
     std::string names;
     for (const service& known : all_services()) names.append(names.empty() ? "" : ", ").append(known.name);
-    print_error("unknown service '" + provoked.service + "' in --provoke. It is one of " + names + ".");
+    print_error("unknown service '" + injected.service + "' in --inject-fault. It is one of " + names + ".");
     return false;
   }
   return true;
@@ -160,7 +160,7 @@ int run(const options& wanted) {
   shell session;
   session.switch_file = open_switch(wanted);
   transport_register(all_services());
-  if (!provoke(wanted)) return kUsage;
+  if (!inject_faults(wanted)) return kUsage;
   if (!choose_user(wanted.user, session)) return kUsage;
   session.library = load_libraries(library_directory(), wanted.libraries);
   session.switch_name = the_machine().name;

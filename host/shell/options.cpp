@@ -15,15 +15,15 @@
 namespace host {
 namespace {
 
-using kind = provocation::kind;
+using kind = injected_fault::kind;
 
-struct provocation_word {
+struct fault_word {
   std::string_view word;
   kind what;
   bool takes_number;
 };
 
-constexpr provocation_word kProvocations[] = {
+constexpr fault_word kFaults[] = {
     {"lost", kind::lost, false}, {"reject", kind::reject, false},      {"silent", kind::silent, false},
     {"cut", kind::cut, true},    {"interrupt", kind::interrupt, true},
 };
@@ -45,9 +45,9 @@ constexpr char kFooter[] =
     "  5  not permitted\n"
     "  130  interrupted with Ctrl-C";
 
-std::string check_provocation(const std::string& text) {
+std::string check_fault(const std::string& text) {
   const std::size_t sign = text.find('=');
-  if (sign != std::string::npos && sign > 0 && parse_provocation(text.substr(sign + 1))) return {};
+  if (sign != std::string::npos && sign > 0 && parse_fault(text.substr(sign + 1))) return {};
   return "'" + text + "' is not SERVICE=lost, reject, silent, cut:N or interrupt:N";
 }
 
@@ -56,7 +56,7 @@ void add_printer(CLI::App& app, const char* name, std::string (*text)(), options
   app.add_flag_callback(name, [text, &wanted] { wanted.published = text; })->group("");
 }
 
-void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provocations) {
+void add_options(CLI::App& app, options& wanted, std::vector<std::string>& faults, std::vector<std::string>& renamed) {
   app.add_option("-c,--command", wanted.commands, "Run a command and exit; may be repeated")
       ->type_name("COMMAND")
       ->allow_extra_args(false);
@@ -88,10 +88,14 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provo
   app.add_flag("--session-counters", wanted.has_session_counters, "Clear counters for this session only")
       ->needs(kernel);
   app.add_option("--user", wanted.user, "User of the switch; without it the first one")->type_name("NAME");
-  app.add_option("--provoke", provocations, "Disturb a service: SERVICE=lost, reject, silent, cut:N or interrupt:N")
-      ->type_name("SERVICE=HOW")
+  app.add_option("--inject-fault", faults, "Make a service fail: lost, reject, silent, cut:N or interrupt:N")
+      ->type_name("SERVICE=FAULT")
       ->allow_extra_args(false)
-      ->check(check_provocation);
+      ->check(check_fault);
+  app.add_option("--provoke", renamed, "The former name of --inject-fault")
+      ->allow_extra_args(false)
+      ->check(check_fault)
+      ->group("");
   app.add_option("--clock", wanted.clock, "Stop the clock at this moment, in seconds since 1970")->type_name("SECONDS");
   app.add_option("--wait", wanted.longest_wait_sec, "Longest wait for a service")->type_name("SECONDS");
   app.add_option("--library", wanted.libraries, "Load the commands of a library; may be repeated")
@@ -113,12 +117,12 @@ void take_command(const std::vector<std::string>& words, options& wanted) {
 
 }  // namespace
 
-std::optional<provocation> parse_provocation(const std::string& text) {
+std::optional<injected_fault> parse_fault(const std::string& text) {
   const std::size_t colon = text.find(':');
   const std::string word = text.substr(0, colon);
-  for (const provocation_word& known : kProvocations) {
+  for (const fault_word& known : kFaults) {
     if (known.word != word || known.takes_number != (colon != std::string::npos)) continue;
-    provocation found{known.what};
+    injected_fault found{known.what};
     if (!known.takes_number) return found;
     const char* const digits = text.data() + colon + 1;
     const char* const end = text.data() + text.size();
@@ -131,8 +135,8 @@ std::optional<provocation> parse_provocation(const std::string& text) {
 std::optional<options> read_options(int argc, char** argv, int& exit_code) {
   CLI::App app("A switch shell: shows and configures the interfaces of a switch.", "pmsh");
   options wanted;
-  std::vector<std::string> provocations;
-  add_options(app, wanted, provocations);
+  std::vector<std::string> faults, renamed;
+  add_options(app, wanted, faults, renamed);
   try {
     app.parse(argc, argv);
     take_command(app.remaining(), wanted);
@@ -141,9 +145,10 @@ std::optional<options> read_options(int argc, char** argv, int& exit_code) {
     exit_code = app.exit(error, asked_for) == 0 ? print_text(asked_for.str()) : int{kUsage};
     return std::nullopt;
   }
-  for (const std::string& text : provocations) {
+  faults.insert(faults.end(), renamed.begin(), renamed.end());
+  for (const std::string& text : faults) {
     const std::size_t sign = text.find('=');
-    wanted.provocations.push_back({text.substr(0, sign), *parse_provocation(text.substr(sign + 1))});
+    wanted.faults.push_back({text.substr(0, sign), *parse_fault(text.substr(sign + 1))});
   }
   return wanted;
 }

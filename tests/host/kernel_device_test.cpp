@@ -12,8 +12,6 @@
 #include "platform/ip_statistics.h"
 #include "service/services.h"
 #include "transport/transport.h"
-#include "service/services.h"
-#include "transport/transport.h"
 
 namespace host {
 namespace {

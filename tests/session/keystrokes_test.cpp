@@ -129,7 +129,7 @@ TEST_F(AtThePrompt, CtrlCAbandonsTheLine) {
 constexpr char kLastLineOfTheBlock[] = "  Switchport monitor is off \r\n";
 
 TEST_F(Keystrokes, CtrlCEndsACommandThatWaitsAndNotTheShell) {
-  terminal screen({"--provoke", "statistics=silent"});
+  terminal screen({"--inject-fault", "statistics=silent"});
   ASSERT_TRUE(screen.shows_prompt());
   screen.type("show interface ethernet 1/1, 1/2\r");
   ASSERT_TRUE(screen.shows(kLastLineOfTheBlock)) << screen.unread();
@@ -143,7 +143,7 @@ TEST_F(Keystrokes, CtrlCEndsACommandThatWaitsAndNotTheShell) {
 }
 
 TEST_F(Keystrokes, NothingIsShownAfterCtrlC) {
-  terminal screen({"--provoke", "statistics=silent"});
+  terminal screen({"--inject-fault", "statistics=silent"});
   ASSERT_TRUE(screen.shows_prompt());
   screen.type("show interface ethernet 1/1, 1/2\r");
   ASSERT_TRUE(screen.shows(kLastLineOfTheBlock)) << screen.unread();
@@ -154,7 +154,7 @@ TEST_F(Keystrokes, NothingIsShownAfterCtrlC) {
 }
 
 TEST_F(Keystrokes, CtrlCEndsAOneShotCommandWith130) {
-  terminal screen({"--provoke", "statistics=silent", "-c", "show interface ethernet 1/1", "-c", "help"});
+  terminal screen({"--inject-fault", "statistics=silent", "-c", "show interface ethernet 1/1", "-c", "help"});
   ASSERT_TRUE(screen.shows(kLastLineOfTheBlock)) << screen.unread();
   screen.type(kCtrlC);
   EXPECT_EQ(screen.exit_code(), 130);

@@ -148,7 +148,8 @@ TEST(OverviewDocument, UserWithoutCountersHasNoPermission) {
 class ValuesFail : public testing::TestWithParam<const char*> {};
 
 TEST_P(ValuesFail, CommandSaysSoAndReturnsTwo) {
-  const std::vector<std::string> options = {"--wait", "1", "--provoke", std::string("interface-values=") + GetParam()};
+  const std::vector<std::string> options = {"--wait", "1", "--inject-fault",
+                                            std::string("interface-values=") + GetParam()};
   for (const bool is_structured : {false, true}) {
     std::vector<std::string> arguments = options;
     const std::string form = is_structured ? " | json" : "";
@@ -166,7 +167,7 @@ TEST_P(ValuesFail, CommandSaysSoAndReturnsTwo) {
 INSTANTIATE_TEST_SUITE_P(Ways, ValuesFail, testing::Values("lost", "reject", "silent", "cut:3", "cut:14"));
 
 TEST(Overview, ListingThatFailsReturnsTwo) {
-  const outcome result = run_shell({"--provoke", "port-manager=lost", "-c", "show interface overview"});
+  const outcome result = run_shell({"--inject-fault", "port-manager=lost", "-c", "show interface overview"});
   EXPECT_EQ(result.err, "pmsh: the service 'port-manager' is not running.\n");
   EXPECT_EQ(result.exit_code, 2);
 }

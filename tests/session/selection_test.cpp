@@ -91,7 +91,7 @@ TEST(Selection, RangeOverManyModulesOfAGiant) {
 TEST(Selection, PortManagerThatDoesNotAnswerEndsTheCommand) {
   for (const char* const range : {"", "ethernet 1/1 ", "port-channel 7 "}) {
     const outcome result =
-        run_shell({"--provoke", "port-manager=lost", "-c", "show interface " + std::string(range) + "status"});
+        run_shell({"--inject-fault", "port-manager=lost", "-c", "show interface " + std::string(range) + "status"});
     EXPECT_EQ(result.out.find("error: no answer to the request: "), 0U) << range << result.out;
     EXPECT_EQ(result.out.find('\n'), result.out.size() - 1) << result.out;
     EXPECT_EQ(result.exit_code, 2) << range;
