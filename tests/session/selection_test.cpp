@@ -24,10 +24,40 @@ std::string selected(const std::string& range) {
   return names_of(run_command("show interface " + range + " status | json"));
 }
 
-TEST(Selection, OverlappingRangesShowAnInterfaceOnceForEach) {
-  EXPECT_EQ(selected("ethernet 1/1-3, ethernet 1/2-4"),
-            "Ethernet1/1 Ethernet1/2 Ethernet1/3 Ethernet1/2 Ethernet1/3 Ethernet1/4 ");
-  EXPECT_EQ(selected("ethernet 1/10, 1/10"), "Ethernet1/10 Ethernet1/10 ");
+TEST(Selection, DuplicatesCountOnceWhereTheyAreNamedFirst) {
+  EXPECT_EQ(selected("ethernet 1/2-4, ethernet 1/1-3"), "Ethernet1/2 Ethernet1/3 Ethernet1/4 Ethernet1/1 ");
+  EXPECT_EQ(selected("ethernet 1/10, 1/10"), "Ethernet1/10 ");
+  EXPECT_EQ(selected("ethernet 1/10, \"*1/1*\", ethernet 1/1-2"), "Ethernet1/10 Ethernet1/1 Ethernet1/2 ");
+}
+
+TEST(Selection, SpansMayRepeatTheWordAndNumbersMayBeLastParts) {
+  const char kFour[] = "Ethernet1/1 Ethernet1/2 Ethernet1/3 Ethernet1/4 ";
+  EXPECT_EQ(selected("ethernet1/1-ethernet1/4"), kFour);
+  EXPECT_EQ(selected("e1/1-3,4"), kFour);
+}
+
+TEST(Selection, ExceptTakesInterfacesAway) {
+  EXPECT_EQ(selected("ethernet 1/1-4 except 1/2, \"Ethernet1/3\""), "Ethernet1/1 Ethernet1/4 ");
+  const outcome none = run_command("show interface ethernet 1/1-4 except all status");
+  EXPECT_EQ(none.err, "pmsh: 'except' leaves no interface of the range.\n");
+  EXPECT_EQ(none.exit_code, 4);
+}
+
+TEST(Selection, AllIsWhatACommandWithoutARangeShows) {
+  for (const char* const table : {"status", "description"}) {
+    const outcome all = run_command(std::string("show interface all ") + table);
+    EXPECT_EQ(all.out, run_command(std::string("show interface ") + table).out) << table;
+    EXPECT_EQ(all.err, "") << table;
+    EXPECT_EQ(all.exit_code, 0) << table;
+  }
+}
+
+TEST(Selection, PatternsMatchNames) {
+  EXPECT_EQ(selected("\"e*1/[1-3]\""), "Ethernet1/1 Ethernet1/2 Ethernet1/3 ");
+  EXPECT_EQ(selected("'ETHERNET 1/?'"), "Ethernet1/1 Ethernet1/2 Ethernet1/3 Ethernet1/4 Ethernet1/5 ");
+  const outcome none = run_command("show interface \"x*\" status");
+  EXPECT_EQ(none.err, "pmsh: no such interface: \"x*\". Type 'show interface ?' for the kinds.\n");
+  EXPECT_EQ(none.exit_code, 4);
 }
 
 TEST(Selection, RangeSpansModulesAndKindsInNaturalOrder) {
@@ -60,9 +90,9 @@ TEST(Selection, EveryMissingEndIsNamed) {
 // An argument of the library holds 64 ranges.
 TEST(Selection, MoreThan64RangesAreTaken) {
   std::string command = "show interface ethernet 1/1";
-  for (int i = 0; i < 150; ++i) command += i % 2 == 0 ? ",1/2-3" : ",1/10";
-  EXPECT_EQ(run_command(command + " status | include ^Eth | count").out, "226\n");
-  EXPECT_EQ(run_command(command + ",1/9 status").exit_code, 4);
+  for (int module = 2; module <= 75; ++module)
+    command += "," + std::to_string(module % 37 + 1) + "/" + (module <= 38 ? "2-3" : "5");
+  EXPECT_EQ(run_on_giant(command + " status | include ^Eth | count").out, "112\n");
 }
 
 TEST(Selection, AllPortsOfAGiantAreShown) {

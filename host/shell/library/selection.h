@@ -8,7 +8,7 @@
 #include "shell/library/parameters.h"
 #include "shell/output/exit_codes.h"
 #include "shell/session/shell.h"
-#include "switch/interface_name.h"
+#include "switch/interface_range.h"
 
 namespace host {
 
@@ -16,19 +16,24 @@ struct selection {
   int code = kDone;  // exit code; otherwise nothing is to be shown
   std::string complaint;
   std::vector<if_index_t> interfaces;
+  std::vector<if_index_t> matched = {};  // those that "all" and patterns alone name, sorted
+
+  // Whether the user named an interface by its number.
+  bool is_named(if_index_t if_index) const;
 };
 
-// The interfaces that the user named, in the order of the spans, in natural order within each. All of their ends must
-// exist, and the user must be allowed to see all of them.
-selection select_named(const shell& session, command_parameters& parameters, std::span<const interface_span> spans);
+// The interfaces of a range that the user wrote: each once, in the order of the items, in natural order within each.
+// All ends must exist, and the user must be allowed to see what the numbers name; of "all" and of patterns the others
+// are left out.
+selection select_named(const shell& session, command_parameters& parameters, const interface_range& range);
 
-// The interfaces that the user named for their configuration. Loopbacks, and sub-interfaces of ports that exist, are
-// created where they are missing.
-selection select_or_create(const shell& session, command_parameters& parameters, std::span<const interface_span> spans);
+// The same for their configuration. Loopbacks, and sub-interfaces of ports that exist, are created where they are
+// missing.
+selection select_or_create(const shell& session, command_parameters& parameters, const interface_range& range);
 
 // Deletes the interfaces that the user named: loopbacks and sub-interfaces of ports. Without `may_be_missing` all ends
 // must exist.
-selection delete_named(const shell& session, command_parameters& parameters, std::span<const interface_span> spans,
+selection delete_named(const shell& session, command_parameters& parameters, const interface_range& range,
                        bool may_be_missing);
 
 // All interfaces of some kinds that the user may see, word by word in natural order; sub-interfaces follow their port.

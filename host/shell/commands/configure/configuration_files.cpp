@@ -26,14 +26,14 @@ constexpr uint32 kNoDisplayId = 0;
 selection select_configured(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
-  selection chosen = run.line.spans.empty() ? select_every(run.session, parameters)
-                                            : select_named(run.session, parameters, run.line.spans);
+  selection chosen = run.line.range.empty() ? select_every(run.session, parameters)
+                                            : select_named(run.session, parameters, run.line.range);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   return chosen;
 }
 
 std::string configuration_text(const invocation& run, const selection& chosen) {
-  const bool is_whole = run.line.spans.empty();
+  const bool is_whole = run.line.range.empty();
   return running_config(the_machine(), chosen.interfaces,
                         is_whole ? std::span<const if_index_t>(the_machine().deleted) : std::span<const if_index_t>());
 }

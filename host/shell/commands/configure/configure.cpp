@@ -114,7 +114,7 @@ int choose_interfaces(const invocation& run) {
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
   const interfaces_before before(run);
-  const selection chosen = select_or_create(run.session, parameters, run.line.spans);
+  const selection chosen = select_or_create(run.session, parameters, run.line.range);
   before.report();
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) {
@@ -133,7 +133,7 @@ int delete_interfaces(const invocation& run) {
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
   const interfaces_before before(run);
-  const selection deleted = delete_named(run.session, parameters, run.line.spans, run.session.num_files > 0);
+  const selection deleted = delete_named(run.session, parameters, run.line.range, run.session.num_files > 0);
   before.report();
   if (!deleted.complaint.empty()) run.output.complain(deleted.complaint);
   if (deleted.code != kDone) return deleted.code;

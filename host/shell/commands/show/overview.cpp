@@ -216,8 +216,8 @@ selection select_overview(const shell& session, command_parameters& parameters) 
 int show_overview(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.who, q.handle, 0);
-  const selection chosen = run.line.spans.empty() ? select_overview(run.session, parameters)
-                                                  : select_named(run.session, parameters, run.line.spans);
+  const selection chosen = run.line.range.empty() ? select_overview(run.session, parameters)
+                                                  : select_named(run.session, parameters, run.line.range);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
 
@@ -229,6 +229,7 @@ int show_overview(const invocation& run) {
       add_interface(run.output, if_index, made);
       continue;
     }
+    if (!chosen.is_named(if_index)) continue;
     ++without_values;
     char name[64] = {};
     run.output.complain(std::string(sprintf_if_index(name, if_index)) + " is not in the overview.");
