@@ -78,13 +78,50 @@ TEST(Selection, ReversedRangesAreUsageErrors) {
   }
 }
 
-TEST(Selection, EveryMissingEndIsNamed) {
-  const outcome result = run_command("show interface ethernet 1/1-9, port-channel 8, vethernet 1, mgmt 1 brief");
+constexpr char kAbsentEnds[] = "no such interface: ethernet 1/9, port-channel 8, \"x*\", mgmt 1. The others are shown.";
 
-  EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err,
-            "pmsh: no such interface: ethernet 1/9, port-channel 8, mgmt 1. Type 'show interface ?' for the kinds.\n");
-  EXPECT_EQ(result.exit_code, 4);
+TEST(Selection, AbsentEndsAreNamedAndTheRestIsShown) {
+  const std::string range = "show interface ethernet 1/4-9, port-channel 8, \"x*\", vethernet 1, mgmt 1 status";
+  const outcome text = run_command(range);
+  EXPECT_EQ(text.out, run_command("show interface ethernet 1/4-5, vethernet 1 status").out);
+  EXPECT_EQ(text.err, "pmsh: " + std::string(kAbsentEnds) + "\n");
+  EXPECT_EQ(text.exit_code, 4);
+
+  const outcome document = run_command(range + " | json");
+  EXPECT_EQ(names_of(document), "Ethernet1/4 Ethernet1/5 Vethernet1 ");
+  EXPECT_NE(
+      document.out.find("no such interface: ethernet 1/9, port-channel 8, \\\"x*\\\", mgmt 1. The others are shown."),
+      std::string::npos)
+      << document.out;
+  EXPECT_NE(document.out.find("\"exit_code\":4"), std::string::npos) << document.out;
+}
+
+TEST(Selection, EveryDisplayOfARangeShowsWhatExists) {
+  for (const char* const line : {"show interface e1/1-9 overview", "show running-config interface e1/1-9"}) {
+    const outcome result = run_command(line);
+    EXPECT_NE(result.out, "") << line;
+    EXPECT_EQ(result.err, "pmsh: no such interface: ethernet 1/9. The others are shown.\n");
+    EXPECT_EQ(result.exit_code, 4) << line;
+  }
+}
+
+TEST(Selection, RangeOfWhichNothingExistsIsAnError) {
+  for (const char* const range : {"ethernet 1/6-9", "ethernet 1/6-9 except ethernet 1/1"}) {
+    const outcome result = run_command(std::string("show interface ") + range + " brief");
+    EXPECT_EQ(result.out, "") << range;
+    EXPECT_EQ(result.err,
+              "pmsh: no such interface: ethernet 1/6, ethernet 1/9. Type 'show interface ?' for the kinds.\n");
+    EXPECT_EQ(result.exit_code, 4) << range;
+  }
+}
+
+TEST(Selection, CommandsThatChangeInterfacesRefuseAbsentEnds) {
+  const char kRefusal[] = "pmsh: no such interface: ethernet 1/9. Type 'show interface ?' for the kinds.\n";
+  EXPECT_EQ(run_command("clear counters interface ethernet 1/1-9").err, kRefusal);
+  const outcome configured = run_shell(
+      {"-c", "configure", "-c", "interface ethernet 1/1-9", "-c", "shutdown", "-c", "show interface e1/1 brief"});
+  EXPECT_EQ(configured.err.find(kRefusal), 0U) << configured.err;
+  EXPECT_EQ(run_shell({"-c", "configure", "-c", "interface all except ethernet 1/9"}).err, kRefusal);
 }
 
 // An argument of the library holds 64 ranges.

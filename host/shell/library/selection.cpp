@@ -457,6 +457,10 @@ interfaces matched_by(const expanded_items& items) {
   return matched;
 }
 
+bool is_empty(const expanded_items& items) {
+  return std::all_of(items.begin(), items.end(), [](const expanded_item& it) { return it.found.empty(); });
+}
+
 selection nothing_left() { return {kNoSuchInterface, "'except' leaves no interface of the range.", {}}; }
 
 // The interfaces that are left, before they are checked.
@@ -470,18 +474,24 @@ selection selection_of(const expansion& expanded) {
 
 }  // namespace
 
-selection select_named(const shell& session, command_parameters& parameters, const interface_range& range) {
+selection select_named(const shell& session, command_parameters& parameters, const interface_range& range,
+                       absent_ends absent) {
   const selecting command{session, parameters};
   const auto existing = existing_of(command, range);
   if (!existing) return {kServiceFailed, {}, {}};
 
   expansion expanded{expand(range.items, *existing), expand(range.exceptions, *existing)};
   if (!hide(command, expanded.items)) return {kServiceFailed, {}, {}};
-  if (const std::string missing = expanded.missing(); !missing.empty()) return no_such(missing);
+  const std::string missing = expanded.missing();
+  if (!missing.empty() && (absent == absent_ends::refuse || is_empty(expanded.items))) return no_such(missing);
   take_out(expanded.exceptions, expanded.items);
   selection chosen = selection_of(expanded);
   if (chosen.code != kDone) return chosen;
   if (verify(command, expanded.items, !range.exceptions.empty(), chosen)) check_vsans(command, chosen);
+  if (missing.empty()) return chosen;
+  if (chosen.code != kDone) return no_such(missing);
+  chosen.has_absent_ends = true;
+  chosen.complaint = "no such interface: " + missing + ". The others are shown.";
   return chosen;
 }
 

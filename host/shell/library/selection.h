@@ -17,15 +17,22 @@ struct selection {
   std::string complaint;
   std::vector<if_index_t> interfaces;
   std::vector<if_index_t> matched = {};  // those that "all" and patterns alone name, sorted
+  bool has_absent_ends = false;          // which the complaint names; the others are to be shown
 
   // Whether the user named an interface by its number.
   bool is_named(if_index_t if_index) const;
+
+  // The exit code of a command with this result, which showed what exists.
+  int result_of(int shown) const { return shown == kDone && has_absent_ends ? int{kNoSuchInterface} : shown; }
 };
 
+// Ends of ranges that do not exist: an error, or named and skipped as long as something exists.
+enum class absent_ends : uint8 { refuse, skip };
+
 // The interfaces of a range that the user wrote: each once, in the order of the items, in natural order within each.
-// All ends must exist, and the user must be allowed to see what the numbers name; of "all" and of patterns the others
-// are left out.
-selection select_named(const shell& session, command_parameters& parameters, const interface_range& range);
+// The user must be allowed to see what the numbers name; of "all" and of patterns the others are left out.
+selection select_named(const shell& session, command_parameters& parameters, const interface_range& range,
+                       absent_ends absent = absent_ends::refuse);
 
 // The same for their configuration. Loopbacks, and sub-interfaces of ports that exist, are created where they are
 // missing.

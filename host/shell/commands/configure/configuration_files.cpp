@@ -27,7 +27,7 @@ selection select_configured(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.who, q.handle, kNoDisplayId);
   selection chosen = run.line.range.empty() ? select_every(run.session, parameters)
-                                            : select_named(run.session, parameters, run.line.range);
+                                            : select_named(run.session, parameters, run.line.range, absent_ends::skip);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   return chosen;
 }
@@ -116,7 +116,7 @@ int show_running_config(const invocation& run) {
     record_commands(run.output, chosen);
   else
     run.output.text(configuration_text(run, chosen));
-  return kDone;
+  return chosen.result_of(kDone);
 }
 
 int copy_running_config(const invocation& run) {

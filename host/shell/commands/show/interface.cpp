@@ -169,8 +169,8 @@ int show_views(const invocation& run, std::span<const view* const> views, std::s
   if (run.line.number) parameters.add_number(*run.line.number);
   if (!run.line.vlans.empty()) parameters.add_number_ranges(run.line.vlans);
   const bool has_range = !run.line.range.empty();
-  selection chosen =
-      has_range ? select_named(run.session, parameters, run.line.range) : select_all(run.session, parameters, kinds);
+  selection chosen = has_range ? select_named(run.session, parameters, run.line.range, absent_ends::skip)
+                               : select_all(run.session, parameters, kinds);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
 
@@ -181,7 +181,7 @@ int show_views(const invocation& run, std::span<const view* const> views, std::s
   const std::size_t at_once = run.output.is_structured() ? views.size() : 1;
   for (std::size_t first = 0; first < views.size(); first += at_once)
     show_all({run, views.subspan(first, at_once), parameters}, chosen.interfaces, count);
-  return count.result();
+  return chosen.result_of(count.result());
 }
 
 }  // namespace

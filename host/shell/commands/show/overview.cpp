@@ -216,8 +216,9 @@ selection select_overview(const shell& session, command_parameters& parameters) 
 int show_overview(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.who, q.handle, 0);
-  const selection chosen = run.line.range.empty() ? select_overview(run.session, parameters)
-                                                  : select_named(run.session, parameters, run.line.range);
+  const selection chosen = run.line.range.empty()
+                               ? select_overview(run.session, parameters)
+                               : select_named(run.session, parameters, run.line.range, absent_ends::skip);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
 
@@ -236,7 +237,7 @@ int show_overview(const invocation& run) {
   }
   const bool is_all_lost = made.failed == made.interfaces.size();
   if (!run.output.is_structured() && !is_all_lost) print_table(run.output, made);
-  if (made.failed + without_values == 0) return kDone;
+  if (made.failed + without_values == 0) return chosen.result_of(kDone);
   return is_all_lost && made.failed != 0 ? kServiceFailed : kSomeInterfacesFailed;
 }
 
