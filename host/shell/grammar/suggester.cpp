@@ -4,6 +4,7 @@
 #include <span>
 
 #include "base/text.h"
+#include "shell/commands/handlers.h"
 #include "shell/grammar/mistakes.h"
 #include "shell/grammar/pipe_stages.h"
 #include "shell/grammar/reading.h"
@@ -36,7 +37,7 @@ void suggest_in_range(suggestions& found, std::string_view line, const reading_s
   if (ending.begins_item) suggest_items(found, begun);
   if (ending.begins_item && begun.empty())
     found.hints.push_back({"\"PATTERN\"", "Names like \"e*1/[1-3]\": * ? and [...] stand for characters"});
-  if (ending.word != nullptr && starts_with_ignoring_case(ending.word->word, begun))
+  if (ending.word != nullptr && !begun.empty() && starts_with_ignoring_case(ending.word->word, begun))
     add_word(found, ending.word->word, ending.word->help);
   found.numbers_of = ending.number;
   found.after = ending.low;
@@ -146,6 +147,8 @@ suggestions suggest(std::string_view line, shell_mode mode) {
     }
     left = left.subspan(taken);
   }
+  found.creates_interfaces = std::any_of(state.positions.begin(), state.positions.end(),
+                                         [](const position& at) { return at.what->run == choose_interfaces; });
   const word_token begun = left.empty() ? word_token{line.substr(line.size()), line.size()} : left.front();
   found.start = begun.start;
   if (state.ending && ends_with_except(line, state)) {

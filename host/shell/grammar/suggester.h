@@ -26,6 +26,7 @@ struct suggestions {
   const interface_word* numbers_of = nullptr;  // a number of this word may be typed there
   std::optional<interface_number> after;       // the number is the last of a span that begins with this
   bool needs_whole_number = false;             // with all of its parts
+  bool creates_interfaces = false;             // the command makes those that do not exist
   std::string error;                           // of the words before
 };
 suggestions suggest(std::string_view line, shell_mode mode = kExecMode);
