@@ -74,6 +74,42 @@ TEST_F(AtThePrompt, TabCompletesTheNumbersOfInterfacesThatExist) {
   EXPECT_TRUE(screen.shows("Ethernet1/10 is up\r\n")) << screen.unread();
 }
 
+TEST_F(AtThePrompt, TabAfterADashCompletesTheNumbersThatFollow) {
+  screen.type("show interface e1/3-\t");
+  EXPECT_TRUE(screen.shows("4   5   10\r\n")) << screen.unread();
+  screen.type("1\t status\r");
+  EXPECT_TRUE(screen.shows("Eth1/10 ")) << screen.unread();
+  screen.type("show interface ethernet1/10-\t?");
+  EXPECT_TRUE(screen.shows("lab# show interface ethernet1/10-2/1")) << screen.unread();
+}
+
+TEST_F(AtThePrompt, KindsThatTheSwitchDoesNotHaveAreNotOffered) {
+  screen.type("show interface ethernet 1/1, ?");
+  EXPECT_TRUE(
+      screen.shows("  ethernet      Ethernet port\r\n"
+                   "  port-channel  Port-channel\r\n"
+                   "  mgmt          Management port\r\n"
+                   "  loopback      Loopback interface\r\n"
+                   "  vethernet     Virtual Ethernet\r\n"
+                   "  fc            Fibre-Channel port\r\n"
+                   "  all           All interfaces\r\n"))
+      << screen.unread();
+}
+
+TEST_F(Keystrokes, KindsThatTheCommandCreatesAreOffered) {
+  const std::string file = std::string(testing::TempDir()) + "/one_port_of_management.yaml";
+  std::ofstream(file) << "switch: {name: lab}\ninterfaces:\n  - {range: mgmt 0}\n";
+  EXPECT_EQ(run_shell_on(file, {"-c", "show interface l?"}).out, "");
+  EXPECT_EQ(run_shell_on(file, {"-c", "configure", "-c", "interface l?", "-c", "no interface l?"}).out,
+            "  loopback      Loopback interface\n");
+  EXPECT_EQ(run_shell_on(file, {"-c", "configure", "-c", "interface mgmt 0, ?"}).out,
+            "  mgmt          Management port\n"
+            "  loopback      Loopback interface\n"
+            "  all           All interfaces\n"
+            "  NUMBER        Management port: 0\n"
+            "  \"PATTERN\"     Names like \"e*1/[1-3]\": * ? and [...] stand for characters\n");
+}
+
 TEST_F(AtThePrompt, TabListsTheChoicesWhenThereIsMoreThanOne) {
   screen.type("show \t");
   EXPECT_TRUE(screen.shows("history         interface\r\nkernel-map      module          panel ")) << screen.unread();

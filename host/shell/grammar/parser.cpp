@@ -7,7 +7,6 @@
 #include "shell/grammar/pipe_stages.h"
 #include "shell/grammar/reading.h"
 #include "shell/grammar/words.h"
-#include "switch/interface_range.h"
 
 namespace host {
 namespace {
@@ -23,14 +22,17 @@ std::vector<position> behind_text(const std::vector<position>& positions) {
   return behind;
 }
 
-// True when the line ends within a TEXT argument.
+// True when the line ends within a TEXT argument, or in the quotes of a pattern.
 bool is_in_text(std::string_view line, shell_mode mode) {
-  reading_state state(mode);
-  for (const word_token& word : split_words(line)) {
-    if (takes_text(state.positions)) return word.text != "?";
-    if (!read_word(state, word.text)) return false;
+  reading_state state(mode, true);
+  const std::vector<word_token> words = split_words(line);
+  for (std::span<const word_token> left = words; !left.empty();) {
+    if (takes_text(state.positions)) return left.front().text != "?";
+    const std::size_t taken = read_next(state, line, left);
+    if (taken == 0) return false;
+    left = left.subspan(taken);
   }
-  return false;
+  return state.ending && state.ending->is_in_quotes;
 }
 
 }  // namespace
@@ -64,24 +66,25 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
 
   reading_state state(mode);
   command_line& parsed = state.line;
-  for (const word_token& word : words) {
+  for (std::span<const word_token> left = words; !left.empty();) {
+    const std::size_t start = left.front().start;
     if (takes_text(state.positions)) {
-      auto text = read_text_argument(trim(line.substr(word.start, parts[0].text.size() - word.start)), error);
+      auto text = read_text_argument(trim(parts[0].text.substr(start)), error);
       if (!text) return std::nullopt;
       parsed.free_text = std::move(*text);
       state.positions = behind_text(state.positions);
       break;
     }
-    if (!read_word(state, word.text)) {
+    const std::size_t taken = read_next(state, parts[0].text, left);
+    if (taken == 0) {
       error = state.error;
       return std::nullopt;
     }
-    if (state.positions.front().range == range_end::none) continue;
-    if (!parsed.written_range.empty()) parsed.written_range += ' ';
-    parsed.written_range += word.text;
+    left = left.subspan(taken);
   }
   const auto complete = std::find_if(state.positions.begin(), state.positions.end(), is_complete);
-  if (complete == state.positions.end()) {
+  const bool is_range_open = state.ending && !state.ending->is_complete;
+  if (complete == state.positions.end() || is_range_open) {
     error = incomplete_command(state);
     return std::nullopt;
   }
@@ -89,12 +92,6 @@ std::optional<command_line> parse_command(std::string_view line, std::string& er
   parsed.number = complete->number;
   parsed.is_no = !state.path.empty() && state.path.front() == "no";
   parsed.text = join({state.path.begin() + static_cast<std::ptrdiff_t>(state.words_in_front), state.path.end()}, " ");
-  if (!parsed.written_range.empty()) {
-    if (const auto fault = parse_interface_range(parsed.written_range, parsed.spans)) {
-      error = fault->message + " of " + quoted(parsed.written_range) + ". A range looks like 'ethernet 1/1-4, 1/7'.";
-      return std::nullopt;
-    }
-  }
   for (std::size_t i = 1; i < parts.size(); ++i) {
     error = read_pipe(parts[i].text, parsed.pipes);
     if (!error.empty()) return std::nullopt;
