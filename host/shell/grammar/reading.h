@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/tokens.h"
 #include "shell/grammar/command_line.h"
 #include "shell/grammar/words.h"
 #include "switch/interface_range.h"

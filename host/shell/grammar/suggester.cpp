@@ -129,13 +129,13 @@ suggestions suggest_pipe(const word_token& part) {
 
 }  // namespace
 
-suggestions suggest(std::string_view line, shell_mode mode) {
+suggestions suggest(const cut_line& typed, shell_mode mode) {
   suggestions found;
-  if (is_comment(line)) return found;
-  const std::vector<word_token> parts = split_pipes(line);
-  if (parts.size() > 1) return suggest_pipe(parts.back());
+  if (typed.is_comment) return found;
+  if (typed.parts.size() > 1) return suggest_pipe(typed.parts.back());
 
-  const std::vector<word_token> words = split_words(line);
+  const std::string_view line = typed.text;
+  const std::vector<word_token>& words = typed.words;
   const bool has_begun = !words.empty() && words.back().text.end() == line.end();
   reading_state state(mode, true);
   std::span<const word_token> left = words;

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "shell/grammar/cut_line.h"
 #include "shell/grammar/syntax.h"
 #include "switch/interface_name.h"
 
@@ -29,6 +30,6 @@ struct suggestions {
   bool creates_interfaces = false;             // the command makes those that do not exist
   std::string error;                           // of the words before
 };
-suggestions suggest(std::string_view line, shell_mode mode = kExecMode);
+suggestions suggest(const cut_line& line, shell_mode mode = kExecMode);
 
 }  // namespace host
