@@ -102,6 +102,19 @@ TEST(WatchOfACandidate, ShowsTheChangesThatItHolds) {
   EXPECT_EQ(shell.exit_code(), 130);
 }
 
+TEST(WatchInAPipe, GoesOnWithTheInterfacesOfARangeThatExist) {
+  piped_shell shell = standing("watch 1 show interface ethernet 2/1-4 counters | json");
+  for (int i = 0; i < 2; ++i) {
+    const rapidjson::Document reading = parse(shell.line());
+    EXPECT_EQ(reading["interfaces"].Size(), 2U);
+    EXPECT_EQ(reading["exit_code"].GetInt(), 4);
+    ASSERT_EQ(reading["messages"].Size(), 1U);
+    EXPECT_STREQ(reading["messages"][0]["text"].GetString(), "no such interface: ethernet 2/4. The others are shown.");
+  }
+  shell.interrupt();
+  EXPECT_EQ(shell.exit_code(), 130);
+}
+
 TEST(WatchOfACommit, DrawingsShowThatItWasRolledBack) {
   terminal shell(watched_commit(""), test_file("counters.yaml"));
   for (int i = 0; i < 2; ++i) {

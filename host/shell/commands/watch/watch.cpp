@@ -266,9 +266,9 @@ class watcher {
   // True when the first reading was refused: what it is about may go away later, but has to be there at first, and the
   // display has to apply to a part of it.
   bool is_refused() const {
-    const bool is_without_interfaces = result_ == kSomeInterfacesFailed && !has_shown_interface_;
+    const bool is_about_interfaces = result_ == kSomeInterfacesFailed || result_ == kNoSuchInterface;
     return readings_ == 1 &&
-           (result_ == kUsage || result_ == kNoSuchInterface || result_ == kNotPermitted || is_without_interfaces);
+           (result_ == kUsage || result_ == kNotPermitted || (is_about_interfaces && !has_shown_interface_));
   }
 
  private:
