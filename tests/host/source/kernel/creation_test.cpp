@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "base/port_status.h"
-#include "host/source/chassis/recorded_switch.h"
+#include "host/source/kernel/recorded_switch.h"
 #include "platform/port_config.h"
 #include "platform/syserr.h"
 #include "source/kernel/kernel_source.h"

@@ -13,7 +13,7 @@
 #include <map>
 #include <memory>
 
-#include "host/source/chassis/recorded_switch.h"
+#include "host/source/kernel/recorded_switch.h"
 #include "host/switch/stopped_clock.h"
 #include "messages/card_config_messages.h"
 #include "messages/interface_values.h"

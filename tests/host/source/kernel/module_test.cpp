@@ -5,8 +5,8 @@
 
 #include <cstring>
 
-#include "host/source/chassis/recorded_switch.h"
 #include "host/source/kernel/module_page.h"
+#include "host/source/kernel/recorded_switch.h"
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
 #include "switch/optics.h"

@@ -1,4 +1,4 @@
-#include "host/source/chassis/recorded_switch.h"
+#include "host/source/kernel/recorded_switch.h"
 
 #include <linux/ethtool.h>
 #include <linux/ethtool_netlink.h>
