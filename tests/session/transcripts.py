@@ -3,7 +3,7 @@
 
 NAME.in begins with comments: what the transcript shows, and optional settings,
 
-    # options: --provoke statistics=silent     options of the shell
+    # options: --inject-fault statistics=silent     options of the shell
     # switch: lab.yaml                         a file of tests/session or of switches/; none: the options choose one
     # size: 80x24                              columns and rows of the terminal
     # environment: LC_ALL=C NO_COLOR=1         variables
