@@ -186,50 +186,6 @@ struct OverviewAtATerminal : testing::Test {
   terminal screen{{}};
 };
 
-TEST_F(OverviewAtATerminal, NamesAreShortWhenFullOnesDoNotFit) {
-  show(120);
-  EXPECT_TRUE(
-      screen.shows("Interface  State  Reason                 VLAN    Speed    In bit/s  Out bit/s  Errors  Channel     "
-                   "       Description\r\n"
-                   "Eth1/1     up                            1       1G full         0          0       0              "
-                   "       Desk 1\r\n"
-                   "Eth1/2     down   Administratively down  1       auto            0          0       0              "
-                   "       Desk 2\r\n"
-                   "Eth1/4     up                            1       1G full         0          0       0  Po7\r\n"
-                   "Po7        up                            1       1G full         0          0       0  2: Eth1/4, "
-                   "Eth1/5  Pair\r\n"
-                   "Lo0        up                            routed  full                               0              "
-                   "       Identity\r\n"
-                   "lab# "))
-      << screen.unread();
-}
-
-TEST_F(OverviewAtATerminal, Of80ColumnsLeavesOutChannelAndDescription) {
-  show(80);
-  EXPECT_TRUE(
-      screen.shows("Interface  State  Reason            VLAN    Speed    In bit/s  Out bit/s  Errors\r\n"
-                   "Eth1/1     up                       1       1G full         0          0       0\r\n"
-                   "Eth1/2     down   Administrativ...  1       auto            0          0       0\r\n"
-                   "Eth1/4     up                       1       1G full         0          0       0\r\n"
-                   "Po7        up                       1       1G full         0          0       0\r\n"
-                   "Lo0        up                       routed  full                               0\r\n"
-                   "lab# "))
-      << screen.unread();
-}
-
-TEST_F(OverviewAtATerminal, Of60ColumnsLeavesOutReasonAndErrors) {
-  show(60);
-  EXPECT_TRUE(
-      screen.shows("Interface  State  VLAN    Speed    In bit/s  Out bit/s\r\n"
-                   "Eth1/1     up     1       1G full         0          0\r\n"
-                   "Eth1/2     down   1       auto            0          0\r\n"
-                   "Eth1/4     up     1       1G full         0          0\r\n"
-                   "Po7        up     1       1G full         0          0\r\n"
-                   "Lo0        up     routed  full\r\n"
-                   "lab# "))
-      << screen.unread();
-}
-
 TEST_F(OverviewAtATerminal, WatchDrawsItAgainForANewWidth) {
   show(80, "watch 1 show interface ethernet 1/2 overview");
   EXPECT_TRUE(screen.shows("Eth1/2     down   Administratively ...  1     auto          0          0       0"))

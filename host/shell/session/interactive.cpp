@@ -15,6 +15,7 @@
 
 #include "base/text.h"
 #include "shell/grammar/parser.h"
+#include "shell/output/exit_codes.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/output/terminal/printable.h"
 #include "shell/output/terminal/restore_terminal.h"
@@ -203,7 +204,7 @@ int run_interactively(shell& session) {
       continue;
     }
     history.add(typed);
-    run_line(session, text);
+    if (run_line(session, text) == kInterrupted) std::fputs("\n", stdout);  // the terminal shows ^C
   }
   editor.edit.el_end(line);
   return kDone;

@@ -431,7 +431,7 @@ int watch(shell& session, const command_line& line, const output_settings& usual
       if (const int error = running.scroll(keys.typed()); error != 0 && !was_interrupted()) return fail(error);
     }
   }
-  if (usual.to_terminal && !usual.structured) put("\n");
+  if (usual.to_terminal && !usual.structured && !session.is_interactive) put("\n");
   return kInterrupted;
 }
 
