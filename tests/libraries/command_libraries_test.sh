@@ -46,6 +46,15 @@ has_line "$out" '| `show interface [RANGE] mood` | How they feel | `mood` |'
 run --library "$work/good.so" --print-json-schema
 jq -e '."$defs".mood.properties.interfaces.items.properties | has("mood")' <<<"$out" >/dev/null || fail "no mood in the schema"
 
+step "the walk over every display fails without a row for its command"
+printf '#!/bin/sh\nexec "%s" --library "%s" "$@"\n' "$(realpath "$shell")" "$work/good.so" >"$work/shell"
+chmod +x "$work/shell"
+code=0
+out=$("$source/tests/session/every_display.py" "$work/shell" 2>&1) || code=$?
+[ "$code" -eq 1 ] || fail "exit code $code: $out"
+has_line "$out" "'show interface [RANGE] mood' has no row in tests/session/every_display.py"
+has "$out" "1 faults in"
+
 step "a name without a slash is a file of this directory"
 (cd "$work" && "$shell" --switch "$switch" --library good.so -c "show interface ethernet 1/1 mood" >/dev/null) || fail "not found"
 
