@@ -1,4 +1,5 @@
 // Settings that are collected in a candidate and committed together.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -10,6 +11,8 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
 
 outcome run_lines(const std::string& lines, std::vector<std::string> options = {}) {
   return run_shell_on(test_file("configuration.yaml"), std::move(options), lines);
@@ -81,21 +84,18 @@ TEST(Candidate, CreatedAndDeletedInterfacesArePartOfIt) {
       "interface loopback 9\ndescription new\nno interface loopback 0\n"
       "show interface loopback 9 description\nshow interface loopback 0 ifindex | count\n"
       "commit\nshow running-config interface loopback 9\nshow interface loopback 0\n");
-  EXPECT_NE(result.err.find("no such interface: loopback 9"), std::string::npos) << result.err;
-  EXPECT_NE(result.out.find("Committed for loopback 0, loopback 9.\n! Settings of lab\nconfigure\ninterface loopback "
-                            "9\n  description new\nend\n"),
-            std::string::npos)
-      << result.out;
-  EXPECT_NE(result.err.find("no such interface: loopback 0"), std::string::npos) << result.err;
+  EXPECT_THAT(result.err, HasSubstr("no such interface: loopback 9"));
+  EXPECT_THAT(result.out,
+              HasSubstr("Committed for loopback 0, loopback 9.\n! Settings of lab\nconfigure\ninterface loopback "
+                        "9\n  description new\nend\n"));
+  EXPECT_THAT(result.err, HasSubstr("no such interface: loopback 0"));
 }
 
 TEST(Candidate, ACommitIsOneUndoStep) {
   const outcome result =
       edited(kMtu + "shutdown\ninterface loopback 9\ncommit\nend\nshow changes | count\nundo\nshow changes\n" + kShow);
-  EXPECT_NE(
-      result.out.find("Taken back for ethernet 1/1-2, loopback 9.\nNothing was changed in this session.\n" + kPlain),
-      std::string::npos)
-      << result.out;
+  EXPECT_THAT(result.out,
+              HasSubstr("Taken back for ethernet 1/1-2, loopback 9.\nNothing was changed in this session.\n" + kPlain));
 }
 
 TEST(Candidate, AfterACommitItHasNoChangesToShow) {
@@ -103,10 +103,8 @@ TEST(Candidate, AfterACommitItHasNoChangesToShow) {
   EXPECT_EQ(edited("show changes\n").out, kNone);
   EXPECT_EQ(edited(kMtu + "commit\nshow changes\n").out, "Committed for ethernet 1/1-2.\n" + kNone);
   const outcome rolled_back = edited(kMtu + "commit confirmed 60\nclock advance 60\nshow changes\n");
-  EXPECT_NE(
-      rolled_back.out.find("\nThe candidate has the changes of an earlier commit only: 'show diff' lists them.\n"),
-      std::string::npos)
-      << rolled_back.out;
+  EXPECT_THAT(rolled_back.out,
+              HasSubstr("\nThe candidate has the changes of an earlier commit only: 'show diff' lists them.\n"));
 }
 
 TEST(Candidate, WithinItSettingsAreTakenBackOneByOne) {

@@ -1,4 +1,5 @@
 // Changes of a session: listed, and taken back step by step.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include "session/json.h"
@@ -6,6 +7,9 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::Not;
 
 constexpr char kMoment[] = "1800000000";  // 2027-01-15 08:00 UTC
 
@@ -37,7 +41,7 @@ TEST(Changes, AreTakenBackTheLastOneFirst) {
       run_lines("configure\ninterface ethernet 1/1\nswitchport mtu 9000\nswitchport mtu 4000\nshutdown\nundo\n" + show +
                 "undo 2\n" + show);
   EXPECT_EQ(result.err, "");
-  EXPECT_NE(result.out.find("  switchport mtu 4000\nend\n"), std::string::npos) << result.out;
+  EXPECT_THAT(result.out, HasSubstr("  switchport mtu 4000\nend\n"));
   EXPECT_EQ(result.out.substr(result.out.rfind("configure")), "configure\nend\n");
 }
 
@@ -45,20 +49,16 @@ TEST(Changes, ACommandThatIsRefusedOrChangesNothingIsNone) {
   const outcome result = run_lines(
       "configure\ninterface ethernet 1/1\nswitchport mtu 9000\nswitchport mtu 9000\nend\n"
       "configure\ninterface ethernet 1/9\nshutdown\nshow changes\nundo\nshow changes\n");
-  EXPECT_NE(result.out.find("1  2027-01-15T08:00:00Z  operator  switchport mtu 9000\n"), std::string::npos)
-      << result.out;
-  EXPECT_EQ(result.out.find("\n2  "), std::string::npos) << result.out;
-  EXPECT_NE(result.out.find("Taken back for ethernet 1/1.\nNothing was changed in this session.\n"), std::string::npos)
-      << result.out;
+  EXPECT_THAT(result.out, HasSubstr("1  2027-01-15T08:00:00Z  operator  switchport mtu 9000\n"));
+  EXPECT_THAT(result.out, Not(HasSubstr("\n2  ")));
+  EXPECT_THAT(result.out, HasSubstr("Taken back for ethernet 1/1.\nNothing was changed in this session.\n"));
 }
 
 TEST(Changes, MoreThanThereAreAreRefusedAsAWhole) {
   const outcome result =
       run_lines("configure\ninterface ethernet 1/1\nswitchport mtu 9000\nundo 2\nundo 0\nshow changes\n");
-  EXPECT_NE(result.err.find("pmsh: there are only 1 changes to take back. 'show changes' lists them.\n"),
-            std::string::npos)
-      << result.err;
-  EXPECT_NE(result.out.find("switchport mtu 9000"), std::string::npos);
+  EXPECT_THAT(result.err, HasSubstr("pmsh: there are only 1 changes to take back. 'show changes' lists them.\n"));
+  EXPECT_THAT(result.out, HasSubstr("switchport mtu 9000"));
   EXPECT_EQ(run_lines("configure\nundo\n").err, "pmsh: there is no setting to take back.\n");
 }
 

@@ -1,4 +1,5 @@
 // Clearing counters of whole switches and of every kind of interface, and what is said of those that keep theirs.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -9,6 +10,10 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 // A switch with an interface of every kind that shows counters, each with some. Chassis 10 keeps the counters of its
 // ports in the statistics client, chassis 5 in the port manager.
@@ -93,7 +98,7 @@ TEST_P(ClearingOnChassis, NamedInterfacesOfSeveralKindsAreCleared) {
 TEST(ClearingAll, PortChannelsBeyondThe256thAreCleared) {
   const counting_switch lab(
       10, "  - {range: port-channel 1001-1300, kind: 22, traffic: {in: {bytes: 640, unicast: 10}}}\n");
-  EXPECT_EQ(lab.counting_after("clear counters port-channel").find("port-channel"), std::string::npos);
+  EXPECT_THAT(lab.counting_after("clear counters port-channel"), Not(HasSubstr("port-channel")));
 }
 
 TEST(ClearingAll, TheInBandInterfaceIsClearedByThoseWhoMayOrNamed) {
@@ -137,7 +142,7 @@ TEST(ClearingFails, ThePortManagerThatDoesNotAnswerEndsTheCommand) {
   for (const char* const command :
        {"clear counters", "clear counters ethernet", "clear counters interface loopback 3"}) {
     const outcome result = counting_switch(5).run({"--inject-fault", "port-manager=lost", "-c", command});
-    EXPECT_EQ(result.out.find("error: no answer to the request: "), 0U) << command << result.out;
+    EXPECT_THAT(result.out, StartsWith("error: no answer to the request: ")) << command;
     EXPECT_EQ(result.exit_code, 2) << command;
   }
 }

@@ -1,4 +1,5 @@
 // Words, help, pipes and options, by arguments.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -11,6 +12,10 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 std::string error_of(const std::string& command) {
   const outcome result = run_command(command);
@@ -75,7 +80,7 @@ TEST(CommandLine, QuestionMarkInAWordListsItsCompletions) {
 }
 
 TEST(CommandLine, QuestionMarkBehindAnInterfaceWordListsTheNumbersThatExist) {
-  EXPECT_NE(run_command("show interface ethernet 1/?").out.find("1/1, 1/2, 1/3, 1/4, 1/5, 1/10\n"), std::string::npos);
+  EXPECT_THAT(run_command("show interface ethernet 1/?").out, HasSubstr("1/1, 1/2, 1/3, 1/4, 1/5, 1/10\n"));
 }
 
 TEST(CommandLine, HelpNamesEveryCommand) {
@@ -83,7 +88,7 @@ TEST(CommandLine, HelpNamesEveryCommand) {
 
   for (const char* const syntax : {"show interface [RANGE]", "show interface [RANGE] status module MODULE",
                                    "show transport", "help", "exit", "quit"})
-    EXPECT_NE(result.out.find(std::string("  ") + syntax), std::string::npos) << syntax;
+    EXPECT_THAT(result.out, HasSubstr(std::string("  ") + syntax)) << syntax;
   EXPECT_EQ(result.exit_code, 0);
 }
 
@@ -92,9 +97,9 @@ TEST(CommandLine, FindListsTheCommandsThatContainAWord) {
   EXPECT_EQ(result.out, "  show startup-config         The commands that were stored under the name of the switch\n");
   EXPECT_EQ(result.exit_code, 0);
   const std::string settings = run_command("find MTU").out;
-  EXPECT_NE(settings.find("  show interface [RANGE] brief"), std::string::npos) << settings;
-  EXPECT_NE(settings.find("  switchport mtu BYTES"), std::string::npos) << settings;
-  EXPECT_EQ(settings.find("show transport"), std::string::npos) << settings;
+  EXPECT_THAT(settings, HasSubstr("  show interface [RANGE] brief"));
+  EXPECT_THAT(settings, HasSubstr("  switchport mtu BYTES"));
+  EXPECT_THAT(settings, Not(HasSubstr("show transport")));
   EXPECT_EQ(error_of("find xyzzy"), "pmsh: no command has 'xyzzy' in its words or its help.\n");
   EXPECT_EQ(error_of("find"), "pmsh: incomplete command 'find'. Type 'find ?' for the list.\n");
   EXPECT_EQ(run_command("find ?").out, "  WORD          Part of a command or of its help\n");
@@ -107,7 +112,7 @@ TEST(CommandLine, CommentsAreSkipped) {
     EXPECT_EQ(result.out + result.err, "") << comment;
   }
   EXPECT_EQ(run_shell({}, "! first\nshow interface ethernet 1/1 | include Desc\n").out, "  Description: Desk 1\n");
-  EXPECT_NE(run_command("?").out.find("  show "), std::string::npos);
+  EXPECT_THAT(run_command("?").out, HasSubstr("  show "));
 }
 
 TEST(CommandLine, DoRunsACommandInTheConfiguration) {
@@ -116,7 +121,7 @@ TEST(CommandLine, DoRunsACommandInTheConfiguration) {
                                     "do show interface ethernet 1/1 | include ^Eth", "-c", "end"});
   EXPECT_EQ(result.exit_code, 0) << result.err;
   EXPECT_EQ(result.out.substr(0, 22), "  Description: Desk 1\n");
-  EXPECT_NE(result.out.find("\nEthernet1/1 is down"), std::string::npos) << result.out;
+  EXPECT_THAT(result.out, HasSubstr("\nEthernet1/1 is down"));
 }
 
 TEST(Pipes, IncludeExcludeBeginAndCountAreChained) {
@@ -131,10 +136,10 @@ TEST(Pipes, IncludeExcludeBeginAndCountAreChained) {
 TEST(Pipes, CountOfNothingIsZero) { EXPECT_EQ(run_command("show interface | include nowhere | count").out, "0\n"); }
 
 TEST(Pipes, MistakesAreNamed) {
-  EXPECT_NE(error_of("show transport | includ (").find("bad expression '('"), std::string::npos);
-  EXPECT_NE(error_of("show transport | include").find("needs an expression"), std::string::npos);
-  EXPECT_NE(error_of("show transport | jsn").find("did you mean 'json'?"), std::string::npos);
-  EXPECT_NE(run_command("show transport | count | json").err.find("must be the first"), std::string::npos);
+  EXPECT_THAT(error_of("show transport | includ ("), HasSubstr("bad expression '('"));
+  EXPECT_THAT(error_of("show transport | include"), HasSubstr("needs an expression"));
+  EXPECT_THAT(error_of("show transport | jsn"), HasSubstr("did you mean 'json'?"));
+  EXPECT_THAT(run_command("show transport | count | json").err, HasSubstr("must be the first"));
 }
 
 TEST(Pipes, SectionKeepsTheIndentedLinesOfItsHeadings) {
@@ -143,7 +148,7 @@ TEST(Pipes, SectionKeepsTheIndentedLinesOfItsHeadings) {
   EXPECT_EQ(run_command("show interface ethernet 1/1-2 | section Desc | count").out, "0\n")
       << "indented lines begin none";
   EXPECT_EQ(run_command("show interface ethernet 1/1-2 | include ^Ethernet | section ^Ethernet1/1 | count").out, "1\n");
-  EXPECT_NE(error_of("show transport | section").find("'| section' needs an expression"), std::string::npos);
+  EXPECT_THAT(error_of("show transport | section"), HasSubstr("'| section' needs an expression"));
 }
 
 struct SavedOutput : testing::Test {
@@ -222,7 +227,7 @@ TEST(Options, SeveralCommandsRunAndTheFirstFailureIsTheExitCode) {
       run_shell({"-c", "show interface ethernet 9/9", "-c", "bad", "-c", "show interface ethernet 1/1"});
 
   EXPECT_EQ(result.exit_code, 4);
-  EXPECT_EQ(result.out.find("Ethernet1/1 is up\n"), 0U);
+  EXPECT_THAT(result.out, StartsWith("Ethernet1/1 is up\n"));
 }
 
 TEST(Options, WordsBehindTheOptionsAreACommand) {
@@ -236,7 +241,7 @@ TEST(Options, WordsBehindTheOptionsAreACommand) {
   for (const char* const option : {"--wrong", "-x", "--verson"}) {
     const outcome unknown = run_shell({option, "show", "clock"});
     EXPECT_EQ(unknown.exit_code, 1) << option;
-    EXPECT_NE(unknown.err.find(option), std::string::npos) << unknown.err;
+    EXPECT_THAT(unknown.err, HasSubstr(option));
     EXPECT_EQ(unknown.out, "") << option;
   }
 }
@@ -253,7 +258,7 @@ TEST(Options, WrongOptionsAreUsageErrors) {
   EXPECT_EQ(run_shell({"--inject-fault", "port-manager=cut"}).exit_code, 1);
   const outcome result = run_shell({"--inject-fault", "nobody=lost", "-c", "help"});
   EXPECT_EQ(result.exit_code, 1);
-  EXPECT_NE(result.err.find("port-manager"), std::string::npos) << result.err;
+  EXPECT_THAT(result.err, HasSubstr("port-manager"));
 }
 
 TEST(Options, GiantIsASwitchOfThatManyPorts) {
@@ -273,26 +278,26 @@ TEST(Options, FaultsAreInjectedByTheFormerNameToo) {
     EXPECT_EQ(run_shell({name, "port-manager=cut"}).exit_code, 1) << name;
   }
   const std::string help = run_shell({"--help"}).out;
-  EXPECT_NE(help.find("--inject-fault SERVICE=FAULT"), std::string::npos) << help;
-  EXPECT_EQ(help.find("--provoke"), std::string::npos) << help;
+  EXPECT_THAT(help, HasSubstr("--inject-fault SERVICE=FAULT"));
+  EXPECT_THAT(help, Not(HasSubstr("--provoke")));
 }
 
 TEST(Options, HelpAndVersionAreDone) {
   EXPECT_EQ(run_shell({"--version"}).exit_code, 0);
   const outcome result = run_shell({"--help"});
   EXPECT_EQ(result.exit_code, 0);
-  EXPECT_NE(result.out.find("first exit code that is not 0"), std::string::npos);
+  EXPECT_THAT(result.out, HasSubstr("first exit code that is not 0"));
 }
 
 TEST(Options, BadSwitchFileIsNamedWithItsLine) {
   const outcome missing = run_program(PMSH_PROGRAM, {"--switch", "/nowhere.yaml", "-c", "help"});
   EXPECT_EQ(missing.exit_code, 1);
-  EXPECT_EQ(missing.err.find("pmsh: /nowhere.yaml: "), 0U) << missing.err;
+  EXPECT_THAT(missing.err, StartsWith("pmsh: /nowhere.yaml: "));
 
   const std::string file = test_file("wrong.yaml");
   const outcome wrong = run_program(PMSH_PROGRAM, {"--switch", file, "-c", "help"});
   EXPECT_EQ(wrong.exit_code, 1);
-  EXPECT_EQ(wrong.err.find("pmsh: " + file + ":5: "), 0U) << wrong.err;
+  EXPECT_THAT(wrong.err, StartsWith("pmsh: " + file + ":5: "));
 }
 
 }  // namespace

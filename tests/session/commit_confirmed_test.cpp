@@ -1,4 +1,5 @@
 // Commits of a simulated switch that are rolled back unless they are confirmed.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -7,6 +8,9 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::Not;
 
 outcome edited(const std::string& lines, std::vector<std::string> options = {}) {
   options.insert(options.end(), {"--clock", "1800000000"});
@@ -31,7 +35,7 @@ TEST(CommitConfirmed, IsRolledBackWhenItsTimeIsOver) {
   const outcome result = edited("commit confirmed 60\n" + kShow + "clock advance 60\n" + kShow + "undo\nconfirm\n");
   EXPECT_EQ(result.out, kCommitted + kSet + kPlain);
   EXPECT_EQ(result.err.substr(0, kTooLate.size()), kTooLate);
-  EXPECT_NE(result.err.find("pmsh: there is no commit that waits for its confirmation.\n"), std::string::npos);
+  EXPECT_THAT(result.err, HasSubstr("pmsh: there is no commit that waits for its confirmation.\n"));
 }
 
 TEST(CommitConfirmed, WhatWasRolledBackIsInTheCandidateAgain) {
@@ -52,12 +56,12 @@ TEST(CommitConfirmed, NothingElseIsChangedMeanwhile) {
                                   "end\nconfigure dry-run\n"}) {
     const outcome result =
         edited("commit confirmed 60\nclock advance 18\n" + std::string(lines) + "show running-config\n");
-    EXPECT_NE(
-        result.err.find("pmsh: nothing was changed: a commit waits for 'confirm' and is rolled back in 42 seconds.\n"),
-        std::string::npos)
-        << lines << result.err;
-    EXPECT_EQ(result.out.find("  shutdown"), std::string::npos) << lines << result.out;
-    EXPECT_NE(result.out.find("  switchport mtu 9000"), std::string::npos) << lines << result.out;
+    EXPECT_THAT(
+        result.err,
+        HasSubstr("pmsh: nothing was changed: a commit waits for 'confirm' and is rolled back in 42 seconds.\n"))
+        << lines;
+    EXPECT_THAT(result.out, Not(HasSubstr("  shutdown"))) << lines;
+    EXPECT_THAT(result.out, HasSubstr("  switchport mtu 9000")) << lines;
   }
 }
 
@@ -69,9 +73,9 @@ TEST(CommitConfirmed, ItIsNotStoredMeanwhile) {
               "pmsh: nothing was changed: a commit waits for 'confirm' and is rolled back in 60 seconds.\n")
         << line;
     EXPECT_EQ(refused.exit_code, 1);
-    EXPECT_NE(refused.err.find("pmsh: there is no startup-config yet."), std::string::npos) << refused.err;
+    EXPECT_THAT(refused.err, HasSubstr("pmsh: there is no startup-config yet."));
     const outcome stored = edited("commit confirmed 60\nconfirm\n" + std::string(line) + "show startup-config\n");
-    EXPECT_NE(stored.out.find("  switchport mtu 9000"), std::string::npos) << stored.out;
+    EXPECT_THAT(stored.out, HasSubstr("  switchport mtu 9000"));
     EXPECT_EQ(stored.exit_code, 0) << stored.err;
   }
 }
@@ -96,10 +100,9 @@ TEST(CommitConfirmed, CreatedAndDeletedInterfacesAreRolledBack) {
   const outcome result = edited(
       "interface loopback 9\nno interface loopback 0\ncommit confirmed 60\nclock advance 60\n"
       "show running-config\nshow interface loopback 0 ifindex | include loopback\n");
-  EXPECT_NE(result.err.find("rolled back for ethernet 1/1, loopback 0, loopback 9."), std::string::npos) << result.err;
-  EXPECT_NE(result.out.find("! Settings of lab\nconfigure\ninterface ethernet 1/11-12\n  channel-group 7\nend\n"),
-            std::string::npos)
-      << result.out;
+  EXPECT_THAT(result.err, HasSubstr("rolled back for ethernet 1/1, loopback 0, loopback 9."));
+  EXPECT_THAT(result.out,
+              HasSubstr("! Settings of lab\nconfigure\ninterface ethernet 1/11-12\n  channel-group 7\nend\n"));
 }
 
 TEST(CommitConfirmed, InADryRunNothingWaits) {

@@ -1,5 +1,6 @@
 // Files of commands that a session runs, and the files that it writes.
 #include <fcntl.h>
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -15,6 +16,11 @@
 
 namespace session {
 namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
@@ -144,7 +150,7 @@ TEST_F(CopyToRunningConfig, TheStructuredFormIsOneDocument) {
   EXPECT_EQ(document["exit_code"].GetInt(), 1);
   const auto messages = document["messages"].GetArray();
   ASSERT_GE(messages.Size(), 4U);
-  EXPECT_TRUE(std::string(messages[0]["text"].GetString()).starts_with("Ethernet1/1 ")) << result.out;
+  EXPECT_THAT(std::string(messages[0]["text"].GetString()), StartsWith("Ethernet1/1 ")) << result.out;
   EXPECT_STREQ(messages[0]["severity"].GetString(), "info");
   const auto& last = messages[messages.Size() - 1];
   EXPECT_STREQ(last["severity"].GetString(), "error");
@@ -176,10 +182,9 @@ TEST_F(CopyToRunningConfig, FilesAreNestedEightDeep) {
   const outcome too_deep = run("copy " + path("1") + " running-config\n");
   EXPECT_EQ(too_deep.exit_code, 1);
   EXPECT_EQ(too_deep.out, "");
-  EXPECT_TRUE(too_deep.err.starts_with("pmsh: '" + path("9") +
+  EXPECT_THAT(too_deep.err, StartsWith("pmsh: '" + path("9") +
                                        "' was not run: files may run each other 8 deep. Does one run itself?\npmsh: " +
-                                       path("8") + ":1: 'copy " + path("9") + " running-config' failed; "))
-      << too_deep.err;
+                                       path("8") + ":1: 'copy " + path("9") + " running-config' failed; "));
 }
 
 TEST_F(CopyToRunningConfig, AFileThatRunsItselfEnds) {
@@ -188,7 +193,7 @@ TEST_F(CopyToRunningConfig, AFileThatRunsItselfEnds) {
   const outcome result = run("copy " + file + " running-config\n");
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.out, "5\n5\n5\n5\n5\n5\n5\n5\n");
-  EXPECT_TRUE(result.err.starts_with("pmsh: '" + file + "' was not run: ")) << result.err;
+  EXPECT_THAT(result.err, StartsWith("pmsh: '" + file + "' was not run: "));
   EXPECT_EQ(run_shell_on(kSwitch, {"-f", file}).out, result.out) << "that of -f is one of them";
 }
 
@@ -213,8 +218,7 @@ TEST_F(CopyToRunningConfig, NothingOfAFileWithAFaultIsApplied) {
     EXPECT_EQ(result.out, "! Settings of lab\nconfigure\nend\n") << it.file;
     const outcome structured = run("copy " + it.file + " running-config | json\n");
     EXPECT_EQ(structured.err, "pmsh: " + it.error + "\n");
-    EXPECT_NE(structured.out.find("\"severity\":\"error\",\"text\":\"" + it.error + "\""), std::string::npos)
-        << structured.out;
+    EXPECT_THAT(structured.out, HasSubstr("\"severity\":\"error\",\"text\":\"" + it.error + "\""));
   }
 }
 
@@ -249,7 +253,7 @@ TEST_F(StartupConfig, HasTheCommandsByRangeInTheStructuredForm) {
   const outcome result = run("show startup-config | json\n");
   const std::size_t list = result.out.find("\"commands\":[");
   ASSERT_NE(list, std::string::npos) << result.out;
-  EXPECT_NE(result.out.find("\"display\":\"startup_config\""), std::string::npos);
+  EXPECT_THAT(result.out, HasSubstr("\"display\":\"startup_config\""));
   EXPECT_EQ(result.out.substr(list),
             "\"commands\":[\n"
             "{\"interface_range\":\"ethernet 1/1-2\",\"command\":\"description lab\"},\n"
@@ -275,8 +279,8 @@ TEST_F(StartupConfig, CommandsOutsideOfInterfacesHaveNoRange) {
             "{\"interface_range\":null,\"command\":\"write\"}\n"
             "],\"messages\":[],\"exit_code\":0}\n");
   const outcome text = run("show startup-config\n");
-  EXPECT_NE(text.out.find("\nnonsense \\x1b[31m\n"), std::string::npos) << text.out;
-  EXPECT_TRUE(text.out.ends_with("end\nwrite\n")) << text.out;
+  EXPECT_THAT(text.out, HasSubstr("\nnonsense \\x1b[31m\n"));
+  EXPECT_THAT(text.out, EndsWith("end\nwrite\n"));
 }
 
 TEST_F(StartupConfig, ThatWasNotStoredIsReported) {
@@ -382,7 +386,7 @@ TEST_F(WrittenAtThePrompt, AFileThatIsMissingIsNotAskedFor) {
   ASSERT_TRUE(shell.shows_prompt()) << shell.unread();
   shell.type("copy running-config " + path("new") + "\r");
   ASSERT_TRUE(shell.shows("Written to ")) << shell.unread();
-  EXPECT_EQ(shell.seen().find("Replace"), std::string::npos);
+  EXPECT_THAT(shell.seen(), Not(HasSubstr("Replace")));
   EXPECT_EQ(text_of(path("new")), settings_);
 }
 
@@ -392,7 +396,7 @@ TEST_F(WrittenAtThePrompt, YesReplacesAFileWithoutAQuestion) {
   ASSERT_TRUE(shell.shows_prompt()) << shell.unread();
   shell.type("copy running-config " + file + "\r");
   ASSERT_TRUE(shell.shows("Written to '" + file)) << shell.unread();
-  EXPECT_EQ(shell.seen().find("Replace"), std::string::npos);
+  EXPECT_THAT(shell.seen(), Not(HasSubstr("Replace")));
   EXPECT_EQ(text_of(file), settings_);
 }
 

@@ -1,4 +1,5 @@
 // The configuration: modes, settings, what refused, taking back, and files.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -14,6 +15,9 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::Not;
 
 const std::string kSwitch = test_file("configuration.yaml");
 
@@ -155,7 +159,7 @@ TEST(Configure, APortThatRefusesToBeAnEdgeIsNone) {
                                       "configure\ninterface server 1\nswitchport host\nend\n"
                                       "show running-config interface server 1\n");
   EXPECT_NE(result.exit_code, 0);
-  EXPECT_EQ(result.out.find("  switchport host"), std::string::npos) << result.out;
+  EXPECT_THAT(result.out, Not(HasSubstr("  switchport host")));
 }
 
 TEST(Configure, EveryModeHasItsWord) {
@@ -217,7 +221,7 @@ TEST(Configure, AListOfVlansMayNeedSeveralLines) {
   const std::string lines = running(
       "configure\ninterface ethernet 2/1\nswitchport mode trunk\nswitchport trunk allowed vlan " + list + "\nend");
   const file_of_test file(lines);
-  EXPECT_NE(lines.find("  switchport trunk allowed vlan add 122,124,"), std::string::npos) << lines;
+  EXPECT_THAT(lines, HasSubstr("  switchport trunk allowed vlan add 122,124,"));
   EXPECT_EQ(run_shell_on(kSwitch, {"--config", file.path, "-c", "show running-config"}).out, lines);
 }
 
@@ -225,7 +229,7 @@ TEST(Configure, MembersTakeOverWhatTheirChannelIsSetTo) {
   const outcome result = configured("port-channel 7", "switchport mtu 9000\ninterface ethernet 1/3\nchannel-group 7",
                                     "show interface ethernet 1/3 brief");
   EXPECT_EQ(result.exit_code, 0);
-  EXPECT_NE(result.out.find("9000  \n"), std::string::npos) << result.out;
+  EXPECT_THAT(result.out, HasSubstr("9000  \n"));
 }
 
 TEST(Configure, RefusedVlansAndChannelsAreReportedByPort) {
@@ -286,8 +290,8 @@ TEST(Configure, RefusalsAreReportedByError) {
             "Ethernet1/11-12: port belongs to a port-channel\n"
             "operation not possible at the moment\n"
             "Ethernet1/9: port is locked");
-  EXPECT_NE(result.out.find("Ethernet1/8              up         --                1000     9000"), std::string::npos);
-  EXPECT_NE(result.out.find("Ethernet1/9              up         --                1000     1500"), std::string::npos);
+  EXPECT_THAT(result.out, HasSubstr("Ethernet1/8              up         --                1000     9000"));
+  EXPECT_THAT(result.out, HasSubstr("Ethernet1/9              up         --                1000     1500"));
 }
 
 constexpr char kOutOfServiceWarning[] =
@@ -346,8 +350,8 @@ TEST(Configure, MoreRangesThanAnArgumentHoldsAreRefusedOnce) {
   EXPECT_EQ(configured(many_ranges(), "no switchport").out, "Error: command not supported on interface type\n");
   const outcome set = configured(many_ranges(), "switchport mtu 9000", "show interface ethernet 1/1-3 brief");
   EXPECT_EQ(set.exit_code, 0);
-  EXPECT_NE(set.out.find("Ethernet1/2              up         --                1000     1500"), std::string::npos);
-  EXPECT_NE(set.out.find("Ethernet1/3              up         --                1000     9000"), std::string::npos);
+  EXPECT_THAT(set.out, HasSubstr("Ethernet1/2              up         --                1000     1500"));
+  EXPECT_THAT(set.out, HasSubstr("Ethernet1/3              up         --                1000     9000"));
 }
 
 TEST(Configure, AllRefusedIsAnExitCodeToo) {
@@ -409,7 +413,7 @@ TEST(Configure, NamesOfEightyCharactersAreTheLongest) {
   }
   const outcome strange =
       configured("ethernet 1/1", "description %s%n \x1b[31m", "show interface ethernet 1/1 description");
-  EXPECT_NE(strange.out.find("%s%n \\x1b[31m"), std::string::npos) << strange.out;
+  EXPECT_THAT(strange.out, HasSubstr("%s%n \\x1b[31m"));
 }
 
 TEST(Configure, ModeEBelongsToTheFirstPortOfAGroup) {
@@ -445,14 +449,13 @@ TEST(Configure, HostRunsItsThreeSteps) {
 TEST(Configure, HostSaysWhichStepFailedWhere) {
   const outcome result = configured("ethernet 1/8-9", "switchport host");
   EXPECT_EQ(result.exit_code, 3);
-  EXPECT_NE(result.out.find("Command failed for following interfaces:\n"
-                            "Ethernet1/9 failed for removing port from port-channel with port is locked\n\n"
-                            "Command failed for following interfaces:\n"
-                            "Ethernet1/9 failed for setting port to switchport mode access with port is locked\n\n"
-                            "Command failed for following interfaces:\n"
-                            "Ethernet1/9 failed for setting stp port type to edge with port is locked\n\n"),
-            std::string::npos)
-      << result.out;
+  EXPECT_THAT(result.out,
+              HasSubstr("Command failed for following interfaces:\n"
+                        "Ethernet1/9 failed for removing port from port-channel with port is locked\n\n"
+                        "Command failed for following interfaces:\n"
+                        "Ethernet1/9 failed for setting port to switchport mode access with port is locked\n\n"
+                        "Command failed for following interfaces:\n"
+                        "Ethernet1/9 failed for setting stp port type to edge with port is locked\n\n"));
 }
 
 TEST(Configure, TheLastChangeIsTakenBack) {
@@ -490,7 +493,7 @@ TEST(Configure, AFileGoesOnWhenItIsTo) {
   const outcome result = run_shell_on(kSwitch, {"--keep-going", "-f", file.path, "-c", "show running-config"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.out, "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kMembers + "end\n");
-  EXPECT_NE(result.err.find(":3: 'switchport mtu 99999' failed.\n"), std::string::npos);
+  EXPECT_THAT(result.err, HasSubstr(":3: 'switchport mtu 99999' failed.\n"));
 }
 
 TEST(Configure, AFileToBeginWithGoesOnWhenItIsTo) {

@@ -1,4 +1,5 @@
 // Counters of every kind of interface: their tables and lists, clearing them, and the clock that they follow.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -8,6 +9,10 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 constexpr char kMoment[] = "1800000000";  // 2027-01-15 08:00 UTC
 constexpr char kRule[] = "--------------------------------------------------------------------------------\n";
@@ -138,8 +143,8 @@ TEST(CounterTables, RatesOfEveryPortAreTheSameInBothForms) {
   }
   EXPECT_FALSE(text >> name) << name;
   for (const char* const shown : {"Ethernet1/1 ", "Ethernet2/1 ", "Ethernet101/1/1 ", "port-channel10 "})
-    EXPECT_NE(names.find(shown), std::string::npos) << shown << names;
-  EXPECT_EQ(names.find('.'), std::string::npos) << "sub-interfaces have no rates: " << names;
+    EXPECT_THAT(names, HasSubstr(shown)) << shown;
+  EXPECT_THAT(names, Not(HasSubstr("."))) << "sub-interfaces have no rates: " << names;
 }
 
 TEST(CounterTables, RatesAreKeptFromUsersWhoMayNotSeeThem) {
@@ -147,8 +152,8 @@ TEST(CounterTables, RatesAreKeptFromUsersWhoMayNotSeeThem) {
   const outcome text = run_all({command + " | include not"}, {"--user", "guest"});
   const outcome structured = run_all({command + " | json"}, {"--user", "guest"});
   EXPECT_EQ(text.out, "    Counters not available\n");
-  EXPECT_NE(structured.out.find("Counters not available"), std::string::npos) << structured.out;
-  EXPECT_EQ(structured.out.find("1000"), std::string::npos) << structured.out;
+  EXPECT_THAT(structured.out, HasSubstr("Counters not available"));
+  EXPECT_THAT(structured.out, Not(HasSubstr("1000")));
 }
 
 TEST(CounterLists, DetailedHasWhatIsNotZero) {
@@ -203,7 +208,7 @@ TEST(Detailed, LoadsAndRatesAreComputed) {
            "    5 minutes output rate 16000000 bits/sec, 2000000 bytes/sec, 2000 frames/sec\n",
            "    600000 packets input, 750000000 bytes\n",
        })
-    EXPECT_NE(text.find(line), std::string::npos) << line << text;
+    EXPECT_THAT(text, HasSubstr(line)) << line;
 }
 
 // 700 + 3 errors in 1230 + 2110 packets: 53 of 255.
@@ -330,7 +335,7 @@ TEST(Clearing, InterfacesThatDoNotExistAreToldAndNothingIsCleared) {
   const outcome result = run_all({"clear counters interface ethernet 2/1, 2/9", kShow});
   EXPECT_EQ(result.err, "pmsh: no such interface: ethernet 2/9. Type 'show interface ?' for the kinds.\n");
   EXPECT_EQ(result.exit_code, 4);
-  EXPECT_EQ(result.out.find("Eth2/1             750000000 "), 0U) << result.out;
+  EXPECT_THAT(result.out, StartsWith("Eth2/1             750000000 "));
   EXPECT_EQ(run("clear counters mgmt 1").exit_code, 4);
 }
 

@@ -1,4 +1,5 @@
 // Interfaces that commands create and delete.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -9,6 +10,10 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 // A switch with a routed port (2/1) that has a sub-interface, switched ones (1/1 and 2/3), a member of a port-channel
 // (2/2) and a loopback.
@@ -103,9 +108,9 @@ TEST(Creation, ARangeIsFilledUp) {
 TEST(Creation, ASubInterfaceIsCreatedOnARoutedPort) {
   const routed_switch lab;
   const std::string text = added(lab, "interface ethernet 2/1.100\ndescription of the lab\n");
-  EXPECT_EQ(text.find("interface ethernet 2/1.100\n  description of the lab\n"), 0U) << text;
+  EXPECT_THAT(text, StartsWith("interface ethernet 2/1.100\n  description of the lab\n"));
   const outcome shown = lab.run("configure\ninterface ethernet 2/1.100\nend\nshow interface ethernet 2/1.100 status\n");
-  EXPECT_NE(shown.out.find("\nEth2/1.100 "), std::string::npos) << shown.out;
+  EXPECT_THAT(shown.out, HasSubstr("\nEth2/1.100 "));
 }
 
 TEST(Creation, MoreRangesThanAnArgumentHolds) {
@@ -164,7 +169,7 @@ TEST(Creation, AServiceThatIsLostIsNamed) {
   const routed_switch lab;
   for (const char* const line : {"interface loopback 77", "no interface loopback 0"}) {
     const outcome result = lab.run("configure\n" + std::string(line) + "\n", {"--inject-fault", "port-manager=lost"});
-    EXPECT_EQ(result.out.find("error: no answer to the request: "), 0U) << result.out;
+    EXPECT_THAT(result.out, StartsWith("error: no answer to the request: "));
     EXPECT_EQ(result.exit_code, 2) << line;
   }
 }
@@ -261,15 +266,15 @@ TEST(Creation, ThatIsRefusedLeavesTheInterfacesChosenBefore) {
                                    "show running-config interface ethernet 1/1\n");
 
   EXPECT_NE(result.exit_code, 0);
-  EXPECT_NE(result.err.find("'shutdown' is a setting of interfaces"), std::string::npos) << result.err;
-  EXPECT_EQ(result.out.find("shutdown"), std::string::npos) << result.out;
+  EXPECT_THAT(result.err, HasSubstr("'shutdown' is a setting of interfaces"));
+  EXPECT_THAT(result.out, Not(HasSubstr("shutdown")));
 }
 
 TEST(Creation, ThatIsTakenBackLeavesItsInterface) {
   const outcome result = run_shell({"--keep-going", "-f", "-"}, "configure\ninterface loopback 700\nundo\nshutdown\n");
 
-  EXPECT_NE(result.err.find("'shutdown' is a setting of interfaces"), std::string::npos) << result.err;
-  EXPECT_EQ(result.err.find("no such interface"), std::string::npos) << result.err;
+  EXPECT_THAT(result.err, HasSubstr("'shutdown' is a setting of interfaces"));
+  EXPECT_THAT(result.err, Not(HasSubstr("no such interface")));
 }
 
 }  // namespace

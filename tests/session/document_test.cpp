@@ -1,4 +1,5 @@
 // The structured form, record by record.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,6 +14,8 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
 
 constexpr host::display kDetailed = {host::kDetailedDisplay, {}, "detailed"};
 
@@ -132,7 +135,7 @@ TEST(Document, DecimalsKeepTheDigitsThatAreShown) {
   celsius.u.ti = {.whole = -2, .decimal = 97, .nb_decimals = 2};
   cmd_prt(command.channel(), "%s\n", cmd_tuple(0x452A0020, &celsius));
   command.output().end_interface();
-  EXPECT_NE(command.finish().find("\"temperature_c\":-2.97,"), std::string::npos);
+  EXPECT_THAT(command.finish(), HasSubstr("\"temperature_c\":-2.97,"));
 }
 
 TEST(Document, LinesOfTheChannelAreLayoutWhereTheServiceHasTheValues) {

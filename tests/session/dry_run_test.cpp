@@ -1,4 +1,5 @@
 // Dry runs: settings are checked and listed, and nothing is changed.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -10,6 +11,9 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
 
 outcome run_lines(const std::string& lines, std::vector<std::string> options = {}) {
   return run_shell_on(test_file("configuration.yaml"), std::move(options), lines);
@@ -52,7 +56,7 @@ TEST(DryRun, RefusalsAreThoseOfARealRun) {
     EXPECT_EQ(dry.exit_code, real.exit_code) << lines;
     EXPECT_NE(dry.exit_code, 0) << lines;
     EXPECT_EQ(dry.err, real.err) << lines;
-    EXPECT_NE(dry.out.find(real.out), std::string::npos) << dry.out;
+    EXPECT_THAT(dry.out, HasSubstr(real.out));
   }
 }
 
@@ -91,13 +95,11 @@ TEST(DryRun, TheProgramTriesFilesAndCommands) {
                                  "show interface ethernet 1/1 description | count"}}) {
     const outcome result = run_lines("", options);
     EXPECT_EQ(result.exit_code, 0) << result.err;
-    EXPECT_TRUE(
-        result.out.starts_with("Ethernet1/1: no shutdown -> shutdown\nSkipped in a dry run: "
-                               "'copy running-config startup-config'.\n"))
-        << result.out;
+    EXPECT_THAT(result.out, StartsWith("Ethernet1/1: no shutdown -> shutdown\nSkipped in a dry run: "
+                                       "'copy running-config startup-config'.\n"));
   }
   const outcome seen = run_lines("", {"--dry-run", "-f", file, "-c", "show running-config interface ethernet 1/1"});
-  EXPECT_NE(seen.out.find("interface ethernet 1/1\n  shutdown\n"), std::string::npos) << "it is the dry run's";
+  EXPECT_THAT(seen.out, HasSubstr("interface ethernet 1/1\n  shutdown\n")) << "it is the dry run's";
   std::ofstream(file) << "configure\ninterface ethernet 1/1\nshutdwn\n";
   EXPECT_EQ(run_lines("", {"--dry-run", "-f", file}).exit_code, 1);
   std::remove(file.c_str());
@@ -133,7 +135,7 @@ TEST(DryRun, IsRefusedWhileThereIsACandidate) {
   const outcome copied = run_lines("configure candidate\ninterface ethernet 1/2\nshutdown\ncopy " + file +
                                    " running-config\ncommit\nend\nshow running-config\n");
   EXPECT_EQ(copied.exit_code, 1);
-  EXPECT_TRUE(copied.err.starts_with(refusal)) << copied.err;
+  EXPECT_THAT(copied.err, StartsWith(refusal));
   EXPECT_EQ(copied.out,
             "Committed for ethernet 1/2.\n! Settings of lab\nconfigure\ninterface ethernet 1/2\n  shutdown\n"
             "interface ethernet 1/11-12\n  channel-group 7\nend\n");

@@ -1,4 +1,5 @@
 // Services that fail, in every way, and what the shell says and returns.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -8,6 +9,10 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
@@ -19,8 +24,8 @@ TEST_P(PortManagerFails, CommandSaysSoAndReturnsTwo) {
   const outcome result =
       run_shell({"--wait", "1", "--inject-fault", std::string("port-manager=") + GetParam(), "-c", kOnePort});
 
-  EXPECT_EQ(result.out.find("error: "), 0U) << result.out;
-  EXPECT_EQ(result.out.find("Ethernet1/1"), std::string::npos);
+  EXPECT_THAT(result.out, StartsWith("error: "));
+  EXPECT_THAT(result.out, Not(HasSubstr("Ethernet1/1")));
   EXPECT_EQ(result.exit_code, 2);
 }
 
@@ -30,7 +35,7 @@ INSTANTIATE_TEST_SUITE_P(Ways, PortManagerFails,
 TEST(Failures, InterruptedWaitsAreTakenUpAgain) {
   const outcome result = run_shell({"--inject-fault", "port-manager=interrupt:3", "-c", kOnePort});
 
-  EXPECT_EQ(result.out.find("Ethernet1/1 is up\n"), 0U);
+  EXPECT_THAT(result.out, StartsWith("Ethernet1/1 is up\n"));
   EXPECT_EQ(result.exit_code, 0);
 }
 
@@ -38,8 +43,8 @@ TEST(Failures, ServiceThatFailsForSomeInterfacesReturnsThree) {
   const outcome result =
       run_shell({"--inject-fault", "card-config=lost", "-c", "show interface ethernet 1/1, vethernet 1"});
 
-  EXPECT_EQ(result.out.find("crdcfg_get_port_cap failed with "), 0U);
-  EXPECT_NE(result.out.find("Vethernet1 is up\n"), std::string::npos);
+  EXPECT_THAT(result.out, StartsWith("crdcfg_get_port_cap failed with "));
+  EXPECT_THAT(result.out, HasSubstr("Vethernet1 is up\n"));
   EXPECT_EQ(result.exit_code, 3);
 }
 
@@ -72,10 +77,9 @@ TEST(Failures, OfWhichTheTextSaysNothingAreNamed) {
   const outcome document = run_shell({"--inject-fault", "ip=cut:3", "-c", std::string(command) + " | json"});
   EXPECT_EQ(document.exit_code, 3);
   EXPECT_EQ(document.err, "pmsh: the service 'ip' answered with less than it promised.\n");
-  EXPECT_NE(document.out.find("{\"interface\":\"Ethernet1/1\",\"severity\":\"error\",\"text\":\"the service 'ip' "
-                              "answered with less than it promised.\"}"),
-            std::string::npos)
-      << document.out;
+  EXPECT_THAT(document.out,
+              HasSubstr("{\"interface\":\"Ethernet1/1\",\"severity\":\"error\",\"text\":\"the service 'ip' "
+                        "answered with less than it promised.\"}"));
 }
 
 TEST(Accounts, EveryMessageIsDroppedOnceAfterShowInterface) {
@@ -134,8 +138,8 @@ class InstalledWithout {
 TEST(RemovedLibrary, OfTheStatisticsLeavesTheRestOfTheDisplay) {
   const outcome result = InstalledWithout("libstatcl.so").run(kOnePort);
 
-  EXPECT_NE(result.out.find("Ethernet1/1 is up\n"), std::string::npos);
-  EXPECT_NE(result.out.find("stats unavailable\n"), std::string::npos);
+  EXPECT_THAT(result.out, HasSubstr("Ethernet1/1 is up\n"));
+  EXPECT_THAT(result.out, HasSubstr("stats unavailable\n"));
   EXPECT_EQ(result.err, "pmsh: the library 'libstatcl.so' cannot be opened.\n");
   EXPECT_EQ(result.exit_code, 2);
 }
@@ -177,7 +181,7 @@ TEST(ReplacedLibrary, WithoutTheFunctionLeavesCountersAndSaysWhich) {
   const InstalledWithout installed("libip_stats.so");
   installed.copy("libpvlan.so", "libip_stats.so");
   const outcome result = installed.run("clear counters interface loopback 0");
-  EXPECT_EQ(result.out.find("error: "), 0U) << result.out;
+  EXPECT_THAT(result.out, StartsWith("error: "));
   EXPECT_EQ(result.err,
             "pmsh: counters of loopback 0 were not cleared: libip_stats.so has no function "
             "ip_clear_loopback_counters.\n"
@@ -189,15 +193,15 @@ TEST(RemovedLibrary, OfTheCommandsIsAClearError) {
   const outcome result = InstalledWithout("libpmcli_common.so").run(kOnePort);
 
   EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err.find("pmsh: cannot load the command library: "), 0U) << result.err;
-  EXPECT_NE(result.err.find("libpmcli_common.so"), std::string::npos) << result.err;
+  EXPECT_THAT(result.err, StartsWith("pmsh: cannot load the command library: "));
+  EXPECT_THAT(result.err, HasSubstr("libpmcli_common.so"));
   EXPECT_EQ(result.exit_code, 2);
 }
 
 TEST(MovedProgram, FindsItsLibrariesWhereItLies) {
   const outcome result = InstalledWithout("nothing").run(kOnePort);
 
-  EXPECT_EQ(result.out.find("Ethernet1/1 is up\n"), 0U) << result.err;
+  EXPECT_THAT(result.out, StartsWith("Ethernet1/1 is up\n")) << result.err;
   EXPECT_EQ(result.exit_code, 0);
 }
 

@@ -1,4 +1,5 @@
 // Transceivers, trunks, VLANs and module resources in the shell.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -8,6 +9,9 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::Not;
 
 // The clock stands where the temperature of rooms is even.
 outcome run_optics(const std::string& command) {
@@ -50,32 +54,27 @@ TEST(Optics, IdentityStateAndValues) {
 
 TEST(Optics, DetailsHaveLimits) {
   const std::string text = shown("show interface ethernet 1/9 transceiver details");
-  EXPECT_NE(text.find("  Temperature   76.00 C  ++    75.00 C     -5.00 C     70.00 C        0.00 C\n"),
-            std::string::npos)
-      << text;
-  EXPECT_NE(text.find("  Rx Power      -12.21 dBm  -"), std::string::npos) << text;
+  EXPECT_THAT(text, HasSubstr("  Temperature   76.00 C  ++    75.00 C     -5.00 C     70.00 C        0.00 C\n"));
+  EXPECT_THAT(text, HasSubstr("  Rx Power      -12.21 dBm  -"));
 }
 
 TEST(Optics, CalibrationsAreExternalConstants) {
-  EXPECT_NE(shown("show interface ethernet 1/10 transceiver calibrations")
-                .find("  Temperature              256           0\n"),
-            std::string::npos);
-  EXPECT_NE(shown("show interface ethernet 1/1 transceiver calibrations").find("No external calibration constants"),
-            std::string::npos);
+  EXPECT_THAT(shown("show interface ethernet 1/10 transceiver calibrations"),
+              HasSubstr("  Temperature              256           0\n"));
+  EXPECT_THAT(shown("show interface ethernet 1/1 transceiver calibrations"),
+              HasSubstr("No external calibration constants"));
 }
 
 TEST(Optics, EveryPageIsShown) {
-  EXPECT_NE(shown("show interface ethernet 1/2 transceiver").find("    Base checksum not OK.\n"), std::string::npos);
-  EXPECT_NE(shown("show interface ethernet 1/3 transceiver")
-                .find("    Base checksum not OK.\n    Extended checksum not OK.\n"),
-            std::string::npos);
-  EXPECT_NE(shown("show interface ethernet 1/4 transceiver").find("\\xff\\xff"), std::string::npos);
-  EXPECT_NE(shown("show interface ethernet 1/6 transceiver")
-                .find("sfp is present but not supported\n    name is GLASS & SONS"),
-            std::string::npos);
-  EXPECT_NE(shown("show interface ethernet 1/7 transceiver").find("Digital diagnostics feature not supported in SFP"),
-            std::string::npos);
-  EXPECT_NE(shown("show interface ethernet 1/8 transceiver").find("part number is LW-X2-DWDM-21"), std::string::npos);
+  EXPECT_THAT(shown("show interface ethernet 1/2 transceiver"), HasSubstr("    Base checksum not OK.\n"));
+  EXPECT_THAT(shown("show interface ethernet 1/3 transceiver"),
+              HasSubstr("    Base checksum not OK.\n    Extended checksum not OK.\n"));
+  EXPECT_THAT(shown("show interface ethernet 1/4 transceiver"), HasSubstr("\\xff\\xff"));
+  EXPECT_THAT(shown("show interface ethernet 1/6 transceiver"),
+              HasSubstr("sfp is present but not supported\n    name is GLASS & SONS"));
+  EXPECT_THAT(shown("show interface ethernet 1/7 transceiver"),
+              HasSubstr("Digital diagnostics feature not supported in SFP"));
+  EXPECT_THAT(shown("show interface ethernet 1/8 transceiver"), HasSubstr("part number is LW-X2-DWDM-21"));
   EXPECT_EQ(shown("show interface ethernet 1/11 transceiver"), "Ethernet1/11 sfp not present\n");
   const outcome initializing = run_optics("show interface ethernet 1/5 transceiver");
   EXPECT_EQ(initializing.out, "error: SFP Ethernet1/5 is inserted and is initializing\n");
@@ -86,8 +85,8 @@ TEST(Optics, RoutedPortsAreShownByTheSiblingLibrary) {
   const std::string text = shown("show interface ethernet 1/12 transceiver");
   EXPECT_EQ(text.substr(0, text.find("    revision")),
             "Ethernet1/12\n    sfp is present\n    name is LIGHTWORKS      \n    part number is LW-10G-LR       \n");
-  EXPECT_NE(text.find("    Link length supported for 9/125um fiber is 10 km(s)\n"), std::string::npos);
-  EXPECT_NE(text.find("           SFP Detail Diagnostics Information (internal calibration)\n"), std::string::npos);
+  EXPECT_THAT(text, HasSubstr("    Link length supported for 9/125um fiber is 10 km(s)\n"));
+  EXPECT_THAT(text, HasSubstr("           SFP Detail Diagnostics Information (internal calibration)\n"));
 }
 
 TEST(Optics, StructuredFormHasValuesInTheirUnits) {
@@ -118,11 +117,11 @@ TEST(Optics, StructuredFormSaysWhyThereAreNoValues) {
 
 TEST(Optics, ListingsShowAllPorts) {
   const outcome all = run_optics("show transceiver");
-  EXPECT_NE(all.out.find("fc3/1 sfp is present \n"), std::string::npos);
-  EXPECT_NE(all.out.find("    FC Transmitter type is short wave laser\n"), std::string::npos);
-  EXPECT_NE(all.out.find("Ethernet1/1 sfp is present \n"), std::string::npos);
-  EXPECT_NE(run_optics("show transceiver details").out.find("SFP Detail Diagnostics Information"), std::string::npos);
-  EXPECT_NE(run_optics("show transceiver calibrations").out.find("SFP Calibration Information"), std::string::npos);
+  EXPECT_THAT(all.out, HasSubstr("fc3/1 sfp is present \n"));
+  EXPECT_THAT(all.out, HasSubstr("    FC Transmitter type is short wave laser\n"));
+  EXPECT_THAT(all.out, HasSubstr("Ethernet1/1 sfp is present \n"));
+  EXPECT_THAT(run_optics("show transceiver details").out, HasSubstr("SFP Detail Diagnostics Information"));
+  EXPECT_THAT(run_optics("show transceiver calibrations").out, HasSubstr("SFP Calibration Information"));
 }
 
 // The optics of the small switch: layer-2 ports, a routed one, and Fibre Channel.
@@ -141,7 +140,7 @@ TEST(Optics, EveryPortIsInBothFormsOfBothCommands) {
                 "Ethernet1/9 Ethernet1/10 Ethernet1/11 Ethernet1/12 Ethernet2/1 Ethernet2/2 Ethernet2/3 fc3/1 fc3/2 ")
           << command;
       for (const char* const port : {"Ethernet1/1 ", "Ethernet1/12\n", "fc3/1", "fc3/2"})
-        EXPECT_NE(text.out.find(port), std::string::npos) << command << ": " << port;
+        EXPECT_THAT(text.out, HasSubstr(port)) << command << ": " << port;
     }
   }
 }
@@ -153,9 +152,7 @@ TEST(Optics, ListingHasTheRecordsOfTheInterfaces) {
   };
   const std::string listed = records("show transceiver");
   EXPECT_EQ(listed, records("show interface transceiver"));
-  EXPECT_NE(listed.find("\"interface\":\"fc3/1\",\"device\":null,\"ifindex\":null,\"presence\":\"present\""),
-            std::string::npos)
-      << listed;
+  EXPECT_THAT(listed, HasSubstr("\"interface\":\"fc3/1\",\"device\":null,\"ifindex\":null,\"presence\":\"present\""));
 }
 
 TEST(Trunks, EachHasItsRows) {
@@ -182,10 +179,10 @@ TEST(Trunks, VlansShutByAnErrorAreASetInTheRecord) {
 }
 
 TEST(Trunks, DetailIsOfSomeVlansOrAModule) {
-  EXPECT_NE(shown("show interface trunk detail native-vlan 1-20,40").find("    Native Vlan: 10\n"), std::string::npos);
-  EXPECT_EQ(shown("show interface trunk detail native-vlan 10").find("Native Vlan: 99"), std::string::npos);
+  EXPECT_THAT(shown("show interface trunk detail native-vlan 1-20,40"), HasSubstr("    Native Vlan: 10\n"));
+  EXPECT_THAT(shown("show interface trunk detail native-vlan 10"), Not(HasSubstr("Native Vlan: 99")));
   EXPECT_EQ(shown("show interface trunk detail native-vlan 50"), "");
-  EXPECT_NE(shown("show interface trunk detail module 2").find("    Allowed Vlans: 1,10-30\n"), std::string::npos);
+  EXPECT_THAT(shown("show interface trunk detail module 2"), HasSubstr("    Allowed Vlans: 1,10-30\n"));
   const outcome wrong = run_optics("show interface trunk detail native-vlan 0-5");
   EXPECT_EQ(wrong.exit_code, 1);
   EXPECT_EQ(wrong.err, "pmsh: '0-5' is not a list of VLANs such as 1-10,20.\n");
@@ -301,9 +298,7 @@ std::string temperature_at_terminal() {
   return screen.seen();
 }
 
-TEST(Colours, AlarmsAreRedAtATerminal) {
-  EXPECT_NE(temperature_at_terminal().find(" \x1b[31m++\x1b[0m "), std::string::npos);
-}
+TEST(Colours, AlarmsAreRedAtATerminal) { EXPECT_THAT(temperature_at_terminal(), HasSubstr(" \x1b[31m++\x1b[0m ")); }
 
 // The command library prints the table of all modules as plain text.
 TEST(Colours, ArePartOfPlainTablesToo) {
@@ -319,14 +314,14 @@ TEST(Colours, AreLeftOutWhenTheUserSaysSo) {
   setenv("NO_COLOR", "1", 1);
   const std::string text = temperature_at_terminal();
   unsetenv("NO_COLOR");
-  EXPECT_NE(text.find(" ++ "), std::string::npos);
-  EXPECT_EQ(text.find("\x1b[31m"), std::string::npos);
+  EXPECT_THAT(text, HasSubstr(" ++ "));
+  EXPECT_THAT(text, Not(HasSubstr("\x1b[31m")));
 }
 
 TEST(Colours, AreLeftOutOfAPipe) {
   const std::string text = shown("show interface ethernet 1/9 transceiver");
-  EXPECT_NE(text.find(" ++"), std::string::npos);
-  EXPECT_EQ(text.find('\x1b'), std::string::npos);
+  EXPECT_THAT(text, HasSubstr(" ++"));
+  EXPECT_THAT(text, Not(HasSubstr("\x1b")));
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // "show interface overview": one row for each interface, as wide as the terminal.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -8,6 +9,9 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
 
 constexpr char kSome[] = "show interface ethernet 1/1-2, ethernet 1/4, port-channel 7, loopback 0 overview";
 
@@ -57,7 +61,7 @@ TEST(Overview, HasEveryKindInNaturalOrder) {
 TEST(Overview, FibreChannelPortHasNoVlan) {
   const outcome text = run_command("show interface fc 2/9 overview");
   EXPECT_EQ(text.out.substr(0, text.out.find("Speed")), "Interface  State  VLAN  ");
-  EXPECT_NE(text.out.find("\nfc2/9      up     --    "), std::string::npos) << text.out;
+  EXPECT_THAT(text.out, HasSubstr("\nfc2/9      up     --    "));
 
   rapidjson::Document document;
   document.Parse(run_command("show interface fc 2/9 overview | json").out.c_str());
@@ -155,7 +159,7 @@ TEST_P(ValuesFail, CommandSaysSoAndReturnsTwo) {
     const std::string form = is_structured ? " | json" : "";
     arguments.insert(arguments.end(), {"-c", "show interface ethernet 1/1 overview" + form});
     const outcome result = run_shell(arguments);
-    EXPECT_EQ(result.err.find("pmsh: the service 'interface-values' "), 0U) << result.err;
+    EXPECT_THAT(result.err, StartsWith("pmsh: the service 'interface-values' "));
     EXPECT_EQ(result.exit_code, 2);
     if (is_structured)
       EXPECT_STREQ(document_of(result)["interfaces"][0]["absent"]["state"].GetString(), "service failed");

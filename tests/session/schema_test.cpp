@@ -1,4 +1,5 @@
 // The published command reference and JSON Schema are those of the program. Documents are validated in documents.py.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -9,6 +10,8 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
 
 std::string file_text(const std::string& path) {
   std::ostringstream text;
@@ -24,7 +27,7 @@ TEST(PublishedDocuments, AreWhatTheShellPrints) {
 TEST(PublishedDocuments, CommandReferenceNamesEveryCommand) {
   const std::string page = file_text(PMSH_DOCS "/commands.md");
   for (const host::command& what : host::all_commands())
-    EXPECT_NE(page.find("| `" + std::string(what.syntax.text) + "` | " + std::string(what.help)), std::string::npos)
+    EXPECT_THAT(page, HasSubstr("| `" + std::string(what.syntax.text) + "` | " + std::string(what.help)))
         << what.syntax.text;
 }
 

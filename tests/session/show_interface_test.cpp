@@ -1,4 +1,5 @@
 // "show interface" on the small switch, as text: every kind of interface, and ranges.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -8,6 +9,9 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::Not;
 
 constexpr char kDesk1[] =
     "Ethernet1/1 is up\n"
@@ -85,8 +89,8 @@ TEST(ShowInterface, RoutedPortHasAddressRouterMacAndTrafficLines) {
       "  Rate mode is dedicated\n"
       "  Switchport monitor is off \n";
   EXPECT_EQ(text.substr(0, block.size()), block);
-  EXPECT_NE(text.find("packets input"), std::string::npos) << text;
-  EXPECT_NE(text.find("packets output"), std::string::npos) << text;
+  EXPECT_THAT(text, HasSubstr("packets input"));
+  EXPECT_THAT(text, HasSubstr("packets output"));
 }
 
 TEST(ShowInterface, SubInterfaceHasNoPortLines) {
@@ -100,7 +104,7 @@ TEST(ShowInterface, SubInterfaceHasNoPortLines) {
       "     reliability 0/255, txload 0/255, rxload 0/255\n"
       "  Encapsulation 802.1Q Virtual LAN, Vlan ID 5\n";
   EXPECT_EQ(text.substr(0, block.size()), block);
-  EXPECT_EQ(text.find("duplex"), std::string::npos);
+  EXPECT_THAT(text, Not(HasSubstr("duplex")));
 }
 
 TEST(ShowInterface, PortChannelListsItsMembers) {
@@ -202,14 +206,14 @@ TEST(ShowInterface, UnknownInterfaceIsNamedAndNothingIsShown) {
 TEST(ShowInterface, ReversedRangeIsAnError) {
   const outcome result = run_command("show interface ethernet 1/4-1");
 
-  EXPECT_NE(result.err.find("reversed range '1/4-1'"), std::string::npos) << result.err;
+  EXPECT_THAT(result.err, HasSubstr("reversed range '1/4-1'"));
   EXPECT_EQ(result.exit_code, 1);
 }
 
 TEST(ShowInterface, ControlBytesOfADescriptionAreShownAsText) {
   const std::string text = run_command("show interface ethernet 1/3").out;
 
-  EXPECT_NE(text.find("  Description: \\x1b[31mred\\x0a\\x09end\\x7f\\xc2\\x9b\n"), std::string::npos) << text;
+  EXPECT_THAT(text, HasSubstr("  Description: \\x1b[31mred\\x0a\\x09end\\x7f\\xc2\\x9b\n"));
   for (const char byte : text) EXPECT_TRUE(byte == '\n' || (byte >= ' ' && byte <= '~')) << int{byte};
 }
 

@@ -1,4 +1,5 @@
 // "| json": one typed document for each command.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <set>
@@ -8,6 +9,8 @@
 
 namespace session {
 namespace {
+
+using testing::EndsWith;
 
 rapidjson::Document parse(const outcome& result) {
   rapidjson::Document document;
@@ -158,7 +161,7 @@ TEST(Structured, VersionAndPlatformAreTextInBothForms) {
   EXPECT_STREQ(version["switch_name"].GetString(), "lab");
   EXPECT_EQ(version["switch_file"].GetString(), file);
   EXPECT_TRUE(version["kernel_release"].IsNull());
-  EXPECT_TRUE(library.ends_with("/libpmcli_common.so")) << library;
+  EXPECT_THAT(library, EndsWith("/libpmcli_common.so"));
   EXPECT_EQ(document["messages"].Size(), 0U);
   EXPECT_EQ(run_shell({"--version"}).out, std::string("pmsh ") + version["program_version"].GetString() + "\n");
   EXPECT_EQ(run_command("show version").out, std::string("pmsh:      ") + version["program_version"].GetString() +

@@ -1,4 +1,5 @@
 // The tables of "show interface" on a small switch: transcripts, filters, and their structured form.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include "session/json.h"
@@ -6,6 +7,9 @@
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
 
 outcome run(const std::string& command) { return run_shell_on(test_file("tables.yaml"), {"-c", command}); }
 
@@ -183,7 +187,7 @@ TEST(Tables, CapabilitiesVisitPortsAndChannels) {
 
 TEST(Tables, ManagementPortHasCapabilitiesOfItsOwn) {
   const std::string text = run_command("show interface mgmt 0 capabilities").out;
-  EXPECT_EQ(text.find("mgmt0\n  Model:                 --\n  Type (Non SFP):        --\n"), 0U) << text;
+  EXPECT_THAT(text, StartsWith("mgmt0\n  Model:                 --\n  Type (Non SFP):        --\n"));
 }
 
 TEST(Tables, HeaderStandsOnceForAGroupOfKinds) {
@@ -194,12 +198,10 @@ TEST(Tables, HeaderStandsOnceForAGroupOfKinds) {
       "Interface     Status     Description\n"
       "--------------------------------------------------------------------------------\n";
 
-  EXPECT_EQ(text.find(std::string(kBriefHeader) +
-                      "Ethernet1/1              up         --                1000     1500  \n"
-                      "Ethernet1/2              down       --                --       9000  \n" +
-                      loopback_header),
-            0U)
-      << text;
+  EXPECT_THAT(text, StartsWith(std::string(kBriefHeader) +
+                               "Ethernet1/1              up         --                1000     1500  \n"
+                               "Ethernet1/2              down       --                --       9000  \n" +
+                               loopback_header));
   EXPECT_EQ(text.find(loopback_header), text.rfind(loopback_header));
 }
 
@@ -222,7 +224,7 @@ TEST(Tables, NamesOfSatellitePortsAreDistinctInEveryTable) {
     const std::string command = std::string("show interface ethernet 101/1/1, 101/1/10-12 ") + display;
     const outcome result = run_shell_on(shipped_switch("campus.yaml"), {"-c", command});
     for (const char* const port : {"101/1/1 ", "101/1/10 ", "101/1/11 ", "101/1/12 "})
-      EXPECT_NE(result.out.find(port), std::string::npos) << display << ": " << port << result.out;
+      EXPECT_THAT(result.out, HasSubstr(port)) << display;
   }
 }
 

@@ -1,10 +1,13 @@
 // Users who are restricted to some VSANs, on the storage director.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include "session/program.h"
 
 namespace session {
 namespace {
+
+using testing::HasSubstr;
 
 outcome run_as(const char* user, const std::string& command) {
   return run_shell_on(shipped_switch("storage.yaml"), {"--user", user, "-c", command});
@@ -56,7 +59,7 @@ TEST(Users, NamedInterfaceThatTheUserMayNotSeeIsRefused) {
 
 TEST(Users, RefusalIsAMessageOfTheStructuredForm) {
   const outcome result = run_as("guest", "show interface fc 1/1 status | json");
-  EXPECT_NE(result.out.find("not permitted: user 'guest' may not see fc1/1."), std::string::npos) << result.out;
+  EXPECT_THAT(result.out, HasSubstr("not permitted: user 'guest' may not see fc1/1."));
   EXPECT_EQ(result.exit_code, 5);
 }
 

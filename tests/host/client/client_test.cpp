@@ -1,4 +1,5 @@
 // What the client functions make of the services' answers.
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -21,6 +22,8 @@
 
 namespace host {
 namespace {
+
+using testing::HasSubstr;
 
 struct free_block {
   void operator()(void* block) const { std::free(block); }
@@ -343,9 +346,8 @@ TEST_F(Clients, StatisticsPrinterAddsLinesForDetail) {
   pm_cli_ethernet_intf_stats_print(nullptr, &stats, 1);
 
   const std::string printed = take_captured_output();
-  EXPECT_NE(printed.find("      4002 runts, 4003 giants, 4001 CRC, 4005 overrun, 2003 dropped\n"), std::string::npos);
-  EXPECT_NE(printed.find("      4007 collisions, 4008 late collisions, 4006 underrun, 3005 dropped\n"),
-            std::string::npos);
+  EXPECT_THAT(printed, HasSubstr("      4002 runts, 4003 giants, 4001 CRC, 4005 overrun, 2003 dropped\n"));
+  EXPECT_THAT(printed, HasSubstr("      4007 collisions, 4008 late collisions, 4006 underrun, 3005 dropped\n"));
 }
 
 TEST_F(Clients, SystemErrorsHaveTexts) {

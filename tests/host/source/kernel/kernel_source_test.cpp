@@ -1,6 +1,7 @@
 // The machine's own devices as a switch: messages of the kernel, which interface a device is, its state.
 #include "source/kernel/kernel_source.h"
 
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 #include <linux/ethtool.h>
 #include <linux/ethtool_netlink.h>
@@ -23,6 +24,8 @@
 
 namespace host {
 namespace {
+
+using testing::HasSubstr;
 
 // The kernel's IF_OPER_* values; its header of that name clashes with libc's.
 enum : uint8 { kNotPresent = 1, kDown = 2, kLowerLayerDown = 3, kDormant = 5, kUp = 6 };
@@ -364,7 +367,7 @@ std::string complaint_about(const std::string& text) {
 TEST(KernelMap, AWrongFileIsNamedWithItsLine) {
   for (const char* const wrong : {"eth0: ethernet 1/1\neth1: ethernet 1/1-4\n", "eth0: ethernet 1/1\neth1: cheese 4\n",
                                   "eth0: ethernet 1/1\neth1: {colour: red}\n"})
-    EXPECT_NE(complaint_about(wrong).find(":2"), std::string::npos) << wrong << complaint_about(wrong);
+    EXPECT_THAT(complaint_about(wrong), HasSubstr(":2")) << wrong;
   EXPECT_NE(complaint_about("eth0: [\n"), "");
   EXPECT_NE(complaint_about("just a text\n"), "");
   EXPECT_THROW(read_map_file("/no/such/file"), yaml_file_error);

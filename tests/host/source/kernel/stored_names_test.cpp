@@ -2,6 +2,7 @@
 #include "source/kernel/stored_names.h"
 
 #include <fcntl.h>
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 #include <net/if.h>
 #include <sys/file.h>
@@ -18,6 +19,8 @@
 
 namespace host {
 namespace {
+
+using testing::HasSubstr;
 
 using address = std::array<uint8, 6>;
 
@@ -317,7 +320,7 @@ TEST_F(Names, ProcessesThatStoreAtOnceLoseNothing) {
     EXPECT_EQ(status, 0);
   }
   for (uint32 number = 1; number <= kProcesses * kDevices; ++number)
-    EXPECT_NE(text().find("\nname:d" + std::to_string(number) + " "), std::string::npos) << number;
+    EXPECT_THAT(text(), HasSubstr("\nname:d" + std::to_string(number) + " ")) << number;
 }
 
 TEST_F(Names, WhatAnotherShellStoredMeanwhileHolds) {
