@@ -197,6 +197,6 @@ int32 pm_cli_if_index_enum_func(paraminfo_t* param, if_index_list_t* ifindex_lis
     return kFailure;
   }
   if (mask == IF_MASK_INBAND) return list_inband(ifindex_list_ptr);
-  if ((mask & MASK_NOT_ENUMERABLE) != 0) return kFailure;
+  if ((mask & kMaskNotEnumerable) != 0) return kFailure;
   return list_kind(param, config_type, mask, ifindex_list_ptr);
 }

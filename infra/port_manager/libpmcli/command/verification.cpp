@@ -22,7 +22,7 @@ using namespace pmcli;
 
 namespace {
 
-enum : int32 { ALLOWED = 0, FAILED = PM_CLI_FAILED, REFUSED = PM_CLI_REFUSED };
+enum : int32 { kAllowed = 0, kFailed = PM_CLI_FAILED, kRefused = PM_CLI_REFUSED };
 
 constexpr mts_opc_t kVerifyOpcode = 330;
 constexpr int32 kVerifyTimeout = 60;    // seconds
@@ -66,10 +66,10 @@ bool are_sub_interfaces(const intf_range_t& ranges) {
 int32 verify_inband(const intf_range_t& ranges) {
   for (uint32 i = 0; i < range_count(ranges); ++i) {
     const auto& [low, high] = ranges.range[i];
-    if (low != high) return REFUSED;
-    if (low == if_index_inband_get_active_sup_priority_hi()) return ALLOWED;
+    if (low != high) return kRefused;
+    if (low == if_index_inband_get_active_sup_priority_hi()) return kAllowed;
   }
-  return REFUSED;
+  return kRefused;
 }
 
 struct request_block {
@@ -140,7 +140,7 @@ int32 judge(uint32 status) {
     std::printf("Total number of Gigabit Ethernet sub-interfaces exceeds %d\n", kMaxSubInterfaces);
   for (const refusal& row : kRefusals)
     if (row.status == status) std::puts(row.text);
-  return REFUSED;
+  return kRefused;
 }
 
 // Creates or deletes what a configuration command names, when the port manager's status says that this is to be done.
@@ -149,7 +149,7 @@ uint32 configure(interface_mask_t mask, const paraminfo_t* param, const intf_ran
   const bool is_no = param->no_flag == 1;
   const uint32 create = is_no ? 0 : 1;
   const uint32 sub_interface_status = is_no ? 0U : static_cast<uint32>(PM_ERR_NO_SUCH_INTERFACE);
-  if ((mask & MASK_WITH_SUB_INTERFACES) != 0 && status == sub_interface_status)
+  if ((mask & kMaskWithSubInterfaces) != 0 && status == sub_interface_status)
     status = pm_cli_config_sub_interface(param->q, create, mask, &ranges, kConfigTimeout);
   if ((mask & IF_MASK_LOOPBACK) != 0 && status == PM_ERR_NO_SUCH_INTERFACE)
     status = pm_cli_config_loopback_interface(param->q, create, mask, &ranges, kConfigTimeout);
@@ -166,46 +166,46 @@ int32 ask_status(const paraminfo_t* param, const named_interfaces& named, uint32
       build_request(named.is_conf && !is_no, named.is_conf && is_no, ranges.range, range_count(ranges));
   if (request.payload == nullptr) {
     std::printf("error: malloc failure - size(%d)\n", static_cast<int32>(request.size));
-    return FAILED;
+    return kFailed;
   }
   switch (exchange(param->q, sap, request, status)) {
-    case exchange_end::answered: return ALLOWED;
+    case exchange_end::answered: return kAllowed;
     case exchange_end::not_sent: std::puts("error: in sending message"); break;
     case exchange_end::not_received: vsh_print_mts_error_message(VSH_MTS_ERROR_REQUEST, mts_errno_get(param->q)); break;
     case exchange_end::no_answer:
     case exchange_end::not_dropped: break;
   }
-  return FAILED;
+  return kFailed;
 }
 
 }  // namespace
 
 int32 pm_cli_if_index_verification_func(interface_mask_t iface_mask, paraminfo_t* param) {
-  if (param == nullptr || iface_mask == 0) return REFUSED;
-  if ((iface_mask & MASK_NOT_ENUMERABLE) != 0) return ALLOWED;
+  if (param == nullptr || iface_mask == 0) return kRefused;
+  if ((iface_mask & kMaskNotEnumerable) != 0) return kAllowed;
   const named_interfaces named = scan_arguments(param);
   const bool is_deletion = named.is_conf && param->no_flag == 1;
-  if (is_deletion && (iface_mask & MASK_PERMANENT) != 0) return REFUSED;
+  if (is_deletion && (iface_mask & kMaskPermanent) != 0) return kRefused;
   if (named.ranges == nullptr) {
     std::puts("error: token id list does not contain SHOW_INTF");
-    return FAILED;
+    return kFailed;
   }
-  if (is_deletion && (iface_mask & MASK_WITH_SUB_INTERFACES) != 0 && !are_sub_interfaces(*named.ranges)) return REFUSED;
+  if (is_deletion && (iface_mask & kMaskWithSubInterfaces) != 0 && !are_sub_interfaces(*named.ranges)) return kRefused;
   if ((iface_mask & IF_MASK_INBAND) != 0) return verify_inband(*named.ranges);
 
   uint32 status = 0;
-  if (ask_status(param, named, &status) != ALLOWED) return FAILED;
+  if (ask_status(param, named, &status) != kAllowed) return kFailed;
   if (named.is_conf) status = configure(iface_mask, param, *named.ranges, status);
   if (status != 0) return judge(status);
-  if (param->prc_mode == PRC_MODE_SHOW) return ALLOWED;
+  if (param->prc_mode == PRC_MODE_SHOW) return kAllowed;
   return static_cast<int32>(pm_cli_check_user_vsan_perms(param, named.ranges));
 }
 
 syserr_t pm_if_index_verify_cb(if_index_verify_info_t* if_info) {
   const vsh_intf_mono_range_t range{if_info->if_range.low, if_info->if_range.high};
   const request_block request = build_request(false, false, &range, 1);
-  if (request.payload == nullptr) return FAILED;
+  if (request.payload == nullptr) return kFailed;
   uint32 status = 0;
   const exchange_end end = exchange(if_info->mts_q, pm_get_mts_sap(range.lower_if_index), request, &status);
-  return end == exchange_end::answered ? static_cast<syserr_t>(status) : FAILED;
+  return end == exchange_end::answered ? static_cast<syserr_t>(status) : kFailed;
 }

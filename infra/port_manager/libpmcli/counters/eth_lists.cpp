@@ -289,18 +289,18 @@ constexpr counter_row<pfstat_key_cntrs_t> kAllL3[] = {
 };
 
 // What the key of forwarding statistics says of its counters.
-enum key_flags : uint32 { LAYER_2_ONLY = 1, LAYER_3 = 2, BOTH_LAYERS = 3 };
+enum key_flags : uint32 { kLayer2Only = 1, kLayer3 = 2, kBothLayers = 3 };
 
 // Whether there are layer-3 counters that are not 0.
 bool shows_layer3(pfstat_key_cntrs_t* pfstats) {
   if (pfstats == nullptr) return false;
   const uint32 flags = pfstats->key.key_flags;
-  return (flags == LAYER_3 || flags == BOTH_LAYERS) && pm_cli_is_nonzero_pfstats(pfstats);
+  return (flags == kLayer3 || flags == kBothLayers) && pm_cli_is_nonzero_pfstats(pfstats);
 }
 
 // Behind a list the layer-3 counters follow for every key but the one of layer 2 alone; this is not the test above.
 bool follows_layer3(const pfstat_key_cntrs_t* pfstats) {
-  return pfstats != nullptr && pfstats->key.key_flags != LAYER_2_ONLY;
+  return pfstats != nullptr && pfstats->key.key_flags != kLayer2Only;
 }
 
 }  // namespace

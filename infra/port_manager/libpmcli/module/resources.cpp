@@ -52,9 +52,9 @@ cell bandwidth_of(int32 megabits) {
 }
 
 const char* rate_mode_text(int32 mode) {
-  enum : int32 { DEDICATED = 1, SHARED = 2 };
-  if (mode == DEDICATED) return "dedicated";
-  return mode == SHARED ? "shared" : "  ";
+  enum : int32 { kDedicated = 1, kShared = 2 };
+  if (mode == kDedicated) return "dedicated";
+  return mode == kShared ? "shared" : "  ";
 }
 
 void print_bandwidth(const char* format, int32 megabits) {
