@@ -77,7 +77,7 @@ syserr_t refusal_of_sub_interfaces(const index_range& range) {
   if (parent == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
   uint16 highest = 0;
   if_index_get_sub_intf(range.high, &highest);
-  if (highest == MAX_SUB_INTERFACE) return PM_ERR_SUB_INTERFACE_INTERNAL;
+  if (highest == kMaxSubInterface) return PM_ERR_SUB_INTERFACE_INTERNAL;
   if (parent->settings.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
   if (parent->settings.layer != IF_LAYER_2 || the_source().allows_sub_interfaces_of_switched_ports()) return 0;
   return PM_ERR_SUB_INTERFACE_ON_L2;

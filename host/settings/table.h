@@ -313,7 +313,7 @@ inline constexpr setting kSettings[] = {
     {HOST_CFG_SEND_PAUSE, "flowcontrol send", kSendPauseForms, {}, kWord, 1, 0, 0,
      is_ethernet_or_channel, get_side<PM_FLOW_CTRL_SEND>, put_side<PM_FLOW_CTRL_SEND>,
      {.of_channel = true, .cuts = may_cut::always, .step = kernel_step::flow_control, .key = "flow-control send"}},
-    {HOST_CFG_CHANNEL, "channel-group", kChannelForms, {}, kNumbers, 2, 1, MAX_CHANNEL,
+    {HOST_CFG_CHANNEL, "channel-group", kChannelForms, {}, kNumbers, 2, 1, kMaxChannel,
      is_port, get_channel, put_channel, {.refuses = refuses_channel,
      .cuts = may_cut::always, .step = kernel_step::bond}},
     {PM_CFG_MTU, "switchport mtu", kMtuForms, switchport(TOKEN_SWITCHPORT_MTU), kNumbers, 4, 64, UINT16_MAX,

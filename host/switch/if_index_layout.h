@@ -26,7 +26,7 @@ if_index_t channel_index(if_index_type_t type, uint32 channel, pc_subtype_t subt
 if_index_t numbered_index(if_index_type_t type, uint32 number);
 
 // By what Fibre-Channel ports are called; every other interface has the usual names of its kind.
-enum class name_family : uint8 { kUsual, kBay, kExternal };
+enum class name_family : uint8 { usual, bay, external };
 
 // A bay or external port; ports count from 0.
 if_index_t named_fc_index(name_family family, uint32 port);
@@ -36,25 +36,25 @@ if_index_t parent_of(if_index_t if_index);
 
 // The largest values that the layout holds.
 enum {
-  MAX_SLOT = 63,
-  MAX_FC_SLOT = 61,
-  MAX_PORT = 255,
-  MAX_SUB_INTERFACE = 4095,
-  MAX_CHANNEL = 4095,
-  MAX_NUMBER = 0x3FFFFFF,
-  MAX_UNIT = 255,
-  MAX_UNIT_SLOT = 15,
-  MAX_UNIT_PORT = 0x3FFF
+  kMaxSlot = 63,
+  kMaxFcSlot = 61,
+  kMaxPort = 255,
+  kMaxSubInterface = 4095,
+  kMaxChannel = 4095,
+  kMaxNumber = 0x3FFFFFF,
+  kMaxUnit = 255,
+  kMaxUnitSlot = 15,
+  kMaxUnitPort = 0x3FFF
 };
 
 // Which of the four layouts a kind has.
-enum class index_shape : uint8 { kNone, kSlotPort, kSatellite, kChannel, kNumber };
+enum class index_shape : uint8 { none, slot_port, satellite, channel, number };
 
 // An index taken apart, as it is stored. What the layout does not have is 0.
 struct index_fields {
   if_index_type_t type = IF_TYPE_NONE;
-  index_shape shape = index_shape::kNone;  // kNone for a kind that does not exist
-  name_family family = name_family::kUsual;
+  index_shape shape = index_shape::none;  // none for a kind that does not exist
+  name_family family = name_family::usual;
   uint32 unit = 0;
   uint32 slot = 0;
   uint32 port = 0;

@@ -65,11 +65,11 @@ TEST_F(StorageSwitch, FibreChannelPortsAreOfThreeFamiliesOnTwoModules) {
     const index_fields fields = take_apart(it.if_index);
     if (fields.type != IF_TYPE_FC) continue;
     ++families[fields.family];
-    if (fields.family == name_family::kUsual) slots.insert(fields.slot);
+    if (fields.family == name_family::usual) slots.insert(fields.slot);
   }
-  EXPECT_EQ(families[name_family::kUsual], 48);
-  EXPECT_EQ(families[name_family::kBay], 13);
-  EXPECT_EQ(families[name_family::kExternal], 4);
+  EXPECT_EQ(families[name_family::usual], 48);
+  EXPECT_EQ(families[name_family::bay], 13);
+  EXPECT_EQ(families[name_family::external], 4);
   EXPECT_EQ(slots, (std::set<uint32>{0, 1}));
 }
 
@@ -77,7 +77,7 @@ TEST_F(StorageSwitch, PortChannelsAreOfBothSubtypesInBothFamilies) {
   std::set<std::pair<int, int>> seen;
   for (const interface& it : storage_.interfaces) {
     const index_fields fields = take_apart(it.if_index);
-    if (fields.shape == index_shape::kChannel) seen.insert({fields.type, fields.subtype});
+    if (fields.shape == index_shape::channel) seen.insert({fields.type, fields.subtype});
   }
   EXPECT_EQ(seen, (std::set<std::pair<int, int>>{{4, 1}, {4, 2}, {22, 1}, {22, 2}}));
 }

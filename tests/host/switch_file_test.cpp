@@ -90,8 +90,8 @@ TEST(SwitchFile, FibreChannelPortsHaveVsansAndAutomaticModes) {
   EXPECT_EQ(port.settings.admin_mode, 0x1U);
   EXPECT_EQ(port.oper_mode, 0x8U);
   EXPECT_EQ(port.oper_speed_mbps, 4000U);
-  EXPECT_NE(it.find(named_fc_index(name_family::kBay, 2)), nullptr);
-  EXPECT_EQ(it.find(named_fc_index(name_family::kExternal, 1))->settings.description, "uplink 2");
+  EXPECT_NE(it.find(named_fc_index(name_family::bay, 2)), nullptr);
+  EXPECT_EQ(it.find(named_fc_index(name_family::external, 1))->settings.description, "uplink 2");
   EXPECT_EQ(it.find(numbered_index(IF_TYPE_FCIP, 9))->settings.admin_mode, 0x1U);
   EXPECT_EQ(it.find(numbered_index(IF_TYPE_SERVER, 4))->settings.admin_mode, 0x1U);
   EXPECT_NE(it.find(if_index_inband_get_active_sup_priority_hi()), nullptr);

@@ -37,7 +37,7 @@ bool is_always_layer_2(if_index_t if_index) {
 // Whether an interface stands in a slot that holds a card.
 bool needs_card(if_index_t if_index) {
   const index_fields fields = take_apart(if_index);
-  return fields.shape == index_shape::kSlotPort && fields.type != IF_TYPE_MGMT;
+  return fields.shape == index_shape::slot_port && fields.type != IF_TYPE_MGMT;
 }
 
 // Puts the interface's own number where the description of a range says "{port}".

@@ -17,14 +17,14 @@
 namespace host {
 namespace {
 
-constexpr uint32 kSlots = MAX_SLOT + 1;
+constexpr uint32 kSlots = kMaxSlot + 1;
 constexpr uint32 kUsualPortsOfACard = 48;
 constexpr uint32 kMaxChannels = 8;
 constexpr uint32 kMembersOfAChannel = 2;
 constexpr uint32 kPortsForAChannel = 16;  // a switch has one port-channel for as many ports
 constexpr uint32 kDaySec = 86400;
 constexpr mac_address kBaseMac = {0x02, 0x1C, 0x73, 0x00, 0x00, 0x00};
-static_assert(kSlots * (MAX_PORT + 1) >= kMaxGiantPorts);
+static_assert(kSlots * (kMaxPort + 1) >= kMaxGiantPorts);
 
 // What a port does. The ports of a card take turns.
 struct duty {

@@ -273,7 +273,7 @@ constexpr key_rule<capability_profile> kProfileRules[] = {
 };
 
 // Slots count from 1 in the file.
-uint32 read_slot(const yaml_value& value) { return static_cast<uint32>(value.number(1, MAX_SLOT + 1)) - 1; }
+uint32 read_slot(const yaml_value& value) { return static_cast<uint32>(value.number(1, kMaxSlot + 1)) - 1; }
 
 constexpr key_rule<card_draft> kCardRules[] = {
     {"slot", in<&card_draft::data, notation<&card::slot, read_slot>>},
@@ -286,7 +286,7 @@ constexpr key_rule<card_draft> kCardRules[] = {
 constexpr key_rule<switch_draft> kSwitchRules[] = {
     {"name", in<&switch_draft::data, text<&machine::name, kMaxSwitchName>>},
     {"chassis-type", in<&switch_draft::data, number<&machine::chassis_type, 0, UINT32_MAX>>},
-    {"slots", in<&switch_draft::data, number<&machine::num_slots, 1, MAX_SLOT + 1>>},
+    {"slots", in<&switch_draft::data, number<&machine::num_slots, 1, kMaxSlot + 1>>},
     {"management-device", in<&switch_draft::data, text<&machine::mgmt_device, kMaxDeviceName>>},
     {"management-device2", in<&switch_draft::data, text<&machine::mgmt_device2, kMaxDeviceName>>},
     {"base-mac", notation<&switch_draft::base_mac, read_mac>},
@@ -304,10 +304,10 @@ constexpr uint64 kMostPacketsPerSecond = 2'000'000'000;
 
 template <rate_unit kUnit>
 void read_rate(const yaml_value& value, traffic_rate& rate) {
-  if constexpr (kUnit == rate_unit::kPackets)
+  if constexpr (kUnit == rate_unit::packets)
     rate.value = value.number(0, kMostPacketsPerSecond);
   else
-    rate.value = kUnit == rate_unit::kKbps ? read_rate_kbps(value) : read_percent_thousandths(value);
+    rate.value = kUnit == rate_unit::kbps ? read_rate_kbps(value) : read_percent_thousandths(value);
   rate.unit = kUnit;
 }
 
@@ -326,9 +326,9 @@ void refuse_several_rates(const yaml_value& value) { refuse_several(value, {"mbp
 constexpr key_rule<traffic_burst> kBurstRules[] = {
     {"every", notation<&traffic_burst::period_sec, read_duration_sec>},
     {"for", notation<&traffic_burst::length_sec, read_duration_sec>},
-    {"mbps", in<&traffic_burst::rate, read_rate<rate_unit::kKbps>>},
-    {"pps", in<&traffic_burst::rate, read_rate<rate_unit::kPackets>>},
-    {"line-rate-percent", in<&traffic_burst::rate, read_rate<rate_unit::kLineRate>>},
+    {"mbps", in<&traffic_burst::rate, read_rate<rate_unit::kbps>>},
+    {"pps", in<&traffic_burst::rate, read_rate<rate_unit::packets>>},
+    {"line-rate-percent", in<&traffic_burst::rate, read_rate<rate_unit::line_rate>>},
 };
 
 void read_burst(const yaml_value& value, traffic_flow& flow) {
@@ -362,9 +362,9 @@ void read_packet_sizes(const yaml_value& value, traffic_flow& flow) {
 }
 
 constexpr key_rule<traffic_flow> kFlowRules[] = {
-    {"mbps", in<&traffic_flow::rate, read_rate<rate_unit::kKbps>>},
-    {"pps", in<&traffic_flow::rate, read_rate<rate_unit::kPackets>>},
-    {"line-rate-percent", in<&traffic_flow::rate, read_rate<rate_unit::kLineRate>>},
+    {"mbps", in<&traffic_flow::rate, read_rate<rate_unit::kbps>>},
+    {"pps", in<&traffic_flow::rate, read_rate<rate_unit::packets>>},
+    {"line-rate-percent", in<&traffic_flow::rate, read_rate<rate_unit::line_rate>>},
     {"packet-bytes", read_packet_bytes},
     {"packet-sizes", read_packet_sizes},
     {"multicast-percent", notation<&traffic_flow::multicast_percent_thousandths, read_percent_thousandths>},
@@ -618,7 +618,7 @@ constexpr key_rule<interface_draft> kOtherInterfaceRules[] = {
     {"channel", reference<&interface_draft::channel>},
     {"bound-to", reference<&interface_draft::bound_to>},
     {"tracked", reference<&interface_draft::tracked>},
-    {"unit", port<number<&interface::satellite_unit, 100, MAX_UNIT>>},
+    {"unit", port<number<&interface::satellite_unit, 100, kMaxUnit>>},
     {"multi-chassis", port<text<&interface::multi_chassis_status, kMaxStatus>>},
     {"storm-control", port<map<interface, kStormRules>>},
     {"transceiver", in<&interface_draft::module, read_transceiver>},

@@ -34,8 +34,8 @@ speed of_packets(uint64 packets_per_second, uint64 mean) {
 }
 
 speed speed_of(const traffic_rate& rate, uint64 mean, uint64 line_kbps) {
-  if (rate.unit == rate_unit::kPackets) return of_packets(rate.value, mean);
-  if (rate.unit == rate_unit::kLineRate) {
+  if (rate.unit == rate_unit::packets) return of_packets(rate.value, mean);
+  if (rate.unit == rate_unit::line_rate) {
     const uint64 bits_per_second = line_kbps * rate.value / 100;
     return of_packets(bits_per_second * kWhole / (8 * (mean + kGapBytes * kWhole)), mean);
   }

@@ -14,13 +14,13 @@
 namespace host {
 
 enum class rate_unit : uint8 {
-  kKbps,      // of the bytes that count
-  kPackets,   // per second
-  kLineRate,  // thousandths of a percent of the line, with the 20 bytes between packets
+  kbps,       // of the bytes that count
+  packets,    // per second
+  line_rate,  // thousandths of a percent of the line, with the 20 bytes between packets
 };
 
 struct traffic_rate {
-  rate_unit unit = rate_unit::kKbps;
+  rate_unit unit = rate_unit::kbps;
   uint64 value = 0;
 };
 

@@ -14,7 +14,7 @@
 namespace host {
 namespace {
 
-constexpr uint32 kPortsOfSlot = MAX_PORT + 1;
+constexpr uint32 kPortsOfSlot = kMaxPort + 1;
 
 if_index_t interface_named(const yaml_value& value) {
   std::vector<interface_span> spans;
@@ -34,14 +34,14 @@ bool is_port(const kernel_link& link) { return is_physical(link) || link.kind ==
 
 if_index_t port_index(uint32 number, bool is_routed) {
   const uint32 place = number - 1;
-  if (place / kPortsOfSlot > MAX_SLOT) return 0;
+  if (place / kPortsOfSlot > kMaxSlot) return 0;
   return ethernet_index(is_routed ? IF_TYPE_ETHERNET_L3 : IF_TYPE_ETHERNET, place / kPortsOfSlot, place % kPortsOfSlot);
 }
 
 // Of the kinds whose number counts, with another number in the place of the kernel's.
 if_index_t usual_index(const kernel_link& link, uint32 number, bool is_routed) {
   if (link.kind == "dummy") return numbered_index(IF_TYPE_LOOPBACK, number);
-  if (link.kind == "bond" && number <= MAX_CHANNEL) return channel_index(IF_TYPE_ETH_PORT_CHANNEL, number);
+  if (link.kind == "bond" && number <= kMaxChannel) return channel_index(IF_TYPE_ETH_PORT_CHANNEL, number);
   if (is_port(link)) return port_index(number, is_routed);
   return numbered_index(IF_TYPE_VETHERNET, number);
 }

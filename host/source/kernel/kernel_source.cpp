@@ -148,7 +148,7 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
     fill_interface(link, mapped, it.if_index, made.interfaces.emplace_back());
     const index_fields fields = take_apart(it.if_index);
     if (fields.type == IF_TYPE_MGMT) made.mgmt_device = it.device;
-    if (fields.shape == index_shape::kSlotPort) made.num_slots = std::max(made.num_slots, fields.slot + 1);
+    if (fields.shape == index_shape::slot_port) made.num_slots = std::max(made.num_slots, fields.slot + 1);
   });
   sort_by<&interface::if_index>(made.interfaces);
   for (uint32 slot = 0; slot < made.num_slots; ++slot)

@@ -25,7 +25,7 @@ constexpr if_index_type_t kInModules[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3,
 bool is_in_module(if_index_t if_index) {
   const interface_kind& kind = kind_of(if_index);
   const bool has_module = std::find(std::begin(kInModules), std::end(kInModules), kind.type) != std::end(kInModules);
-  return has_module && kind.family == name_family::kUsual && if_index_is_sub_intf(if_index) == 0;
+  return has_module && kind.family == name_family::usual && if_index_is_sub_intf(if_index) == 0;
 }
 
 // All ports of modules, by module.
