@@ -248,7 +248,7 @@ paraminfo_t* block_of_ranges(pmhost_command_t& command) {
 pmhost_t* pmhost_open(const char* switch_file, char** error) {
   return guarded(error, static_cast<pmhost_t*>(nullptr), [&]() -> pmhost_t* {
     if (the_open_host != nullptr) throw std::runtime_error("a host is open already; close it first");
-    if (switch_file == nullptr) throw std::runtime_error("there is no name of a switch file");
+    if (switch_file == nullptr) throw std::runtime_error("no switch file is given");
     const host::command_library& library = loaded_libraries();
     const std::string file = find_switch_file(switch_file);
     host::the_machine() = host::load_switch_file(file);

@@ -93,7 +93,7 @@ bool choose_user(const std::string& name, shell& session) {
   std::string names;
   for (const user& known : users) names.append(names.empty() ? "" : ", ").append(known.name);
   print_error("unknown user '" + name + "' in --user. " +
-              (names.empty() ? "This switch has no users." : "It is one of " + names + "."));
+              (names.empty() ? "This switch has no users." : "Expected one of " + names + "."));
   return false;
 }
 
@@ -103,7 +103,7 @@ bool provoke(const options& wanted) {
     if (transport_provoke(provoked.service, provoked.what)) continue;
     std::string names;
     for (const service& known : all_services()) names.append(names.empty() ? "" : ", ").append(known.name);
-    print_error("unknown service '" + provoked.service + "' in --provoke. It is one of " + names + ".");
+    print_error("unknown service '" + provoked.service + "' in --provoke. Expected one of " + names + ".");
     return false;
   }
   return true;

@@ -63,32 +63,27 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& provo
   app.add_option("-f,--file", wanted.files, "Run the commands of a file and exit; '-' is standard input")
       ->type_name("FILE")
       ->allow_extra_args(false);
-  app.add_flag("--keep-going", wanted.keep_going, "Continue a file after a command that failed");
-  app.add_flag("--dry-run", wanted.is_dry_run, "Try the commands and show what they would change; nothing is changed");
+  app.add_flag("--keep-going", wanted.keep_going, "Continue a file after a failed command");
+  app.add_flag("--dry-run", wanted.is_dry_run, "Show what the commands would change, without changing anything");
   app.add_flag("-y,--yes", wanted.assume_yes, "Answer every question with yes");
-  app.add_option("--config", wanted.configuration,
-                 "Begin with the settings of a file; 'startup-config' is what was kept")
+  app.add_option("--config", wanted.configuration, "Start with the settings of a file or of 'startup-config'")
       ->type_name("FILE");
   CLI::Option* const file =
-      app.add_option("--switch", wanted.switch_file, "Switch file; without it the demonstration switch");
+      app.add_option("--switch", wanted.switch_file, "Switch file (default: the demonstration switch)");
   file->type_name("FILE");
-  CLI::Option* const defaults = app.add_flag("--hardware-defaults", wanted.has_defaults,
-                                             "Start with the default settings in place of those of the switch file");
-  CLI::Option* const giant =
-      app.add_option("--giant", wanted.giant_ports, "A switch of N Ethernet ports in place of a file");
+  CLI::Option* const defaults =
+      app.add_flag("--hardware-defaults", wanted.has_defaults, "Ignore the settings of the switch file");
+  CLI::Option* const giant = app.add_option("--giant", wanted.giant_ports, "Generate a switch of N Ethernet ports");
   giant->type_name("N")->check(CLI::Range(1U, uint32{kMaxGiantPorts}))->excludes(file);
-  CLI::Option* const kernel =
-      app.add_flag("--kernel", wanted.is_kernel, "The network devices of this machine in place of a file")
-          ->excludes(file)
-          ->excludes(giant)
-          ->excludes(defaults);
-  app.add_option("--map", wanted.map_file, "File that says which interface a device is")
-      ->type_name("FILE")
-      ->needs(kernel);
+  CLI::Option* const kernel = app.add_flag("--kernel", wanted.is_kernel, "Use the network devices of this machine")
+                                  ->excludes(file)
+                                  ->excludes(giant)
+                                  ->excludes(defaults);
+  app.add_option("--map", wanted.map_file, "File that maps devices to interfaces")->type_name("FILE")->needs(kernel);
   app.add_flag("--session-counters", wanted.has_session_counters, "Clear counters for this session only")
       ->needs(kernel);
-  app.add_option("--user", wanted.user, "User of the switch; without it the first one")->type_name("NAME");
-  app.add_option("--provoke", provocations, "Disturb a service: SERVICE=lost, reject, silent, cut:N or interrupt:N")
+  app.add_option("--user", wanted.user, "User of the switch (default: the first one)")->type_name("NAME");
+  app.add_option("--provoke", provocations, "Inject a fault: SERVICE=lost, reject, silent, cut:N or interrupt:N")
       ->type_name("SERVICE=HOW")
       ->allow_extra_args(false)
       ->check(check_provocation);

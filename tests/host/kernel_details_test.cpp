@@ -893,7 +893,7 @@ TEST_F(KernelRecording, DevicesThatAreRefusedAreAnError) {
     read();
     ADD_FAILURE() << "a machine without its devices";
   } catch (const kernel_error& error) {
-    EXPECT_EQ(std::string(error.what()), "the kernel does not tell its devices: Operation not permitted");
+    EXPECT_EQ(std::string(error.what()), "cannot read the devices of the kernel: Operation not permitted");
   }
 }
 

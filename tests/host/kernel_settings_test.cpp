@@ -416,7 +416,7 @@ TEST_F(KernelAsked, ASocketThatCannotBeOpenedIsARefusal) {
   };
   port_settings wanted;
   wanted.mtu_bytes = 9000;
-  EXPECT_STREQ(text_of_port_status(apply(wanted, {})), "the kernel cannot be asked by netlink: Too many open files");
+  EXPECT_STREQ(text_of_port_status(apply(wanted, {})), "cannot open a netlink socket: Too many open files");
 }
 
 TEST_F(KernelAsked, AKernelWithoutEthtoolRefusesItsSettings) {

@@ -107,15 +107,15 @@ NOT_A_SHOW_COMMAND it does not begin with 'show'
 TWELVE_WORDS it has more than
 NO_FIELDS its display has no fields
 ESCAPE_IN_HELP its help of a field has control characters
-UNKNOWN_FLAG its flags are not known
+UNKNOWN_FLAG its flags are unknown
 ENDLESS_FIELDS its list of fields has no end
-REPLACES_NOTHING there is no such command whose kinds it could replace
+REPLACES_NOTHING there is no command with these words to replace
 MISSING_SYMBOL nobody_has_this
 OBJECT_FOR_HANDLER 'no_function' is not a function
 DISPLAY_OF_DOCUMENTS every document has a member 'interfaces'
 SAME_LINES 'show interface RANGE brief': there is such a command already, of the shell
 TWO_RANGES it takes more than one RANGE
-HELP_OF_NO_WORD it has help of 'good mood', which is not a word in lower case
+HELP_OF_NO_WORD it has help for 'good mood', which is not a word in lower case
 KEY_OF_TWO_TYPES the field 'mood' has two types
 TABLE
 

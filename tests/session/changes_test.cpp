@@ -48,18 +48,18 @@ TEST(Changes, ACommandThatIsRefusedOrChangesNothingIsNone) {
   EXPECT_NE(result.out.find("1  2027-01-15T08:00:00Z  operator  switchport mtu 9000\n"), std::string::npos)
       << result.out;
   EXPECT_EQ(result.out.find("\n2  "), std::string::npos) << result.out;
-  EXPECT_NE(result.out.find("Taken back for ethernet 1/1.\nNothing was changed in this session.\n"), std::string::npos)
+  EXPECT_NE(result.out.find("Undone for ethernet 1/1.\nNothing was changed in this session.\n"), std::string::npos)
       << result.out;
 }
 
 TEST(Changes, MoreThanThereAreAreRefusedAsAWhole) {
   const outcome result =
       run_lines("configure\ninterface ethernet 1/1\nswitchport mtu 9000\nundo 2\nundo 0\nshow changes\n");
-  EXPECT_NE(result.err.find("pmsh: there are only 1 changes to take back. 'show changes' lists them.\n"),
+  EXPECT_NE(result.err.find("pmsh: cannot undo 2 changes: this session has 1. 'show changes' lists them.\n"),
             std::string::npos)
       << result.err;
   EXPECT_NE(result.out.find("switchport mtu 9000"), std::string::npos);
-  EXPECT_EQ(run_lines("configure\nundo\n").err, "pmsh: there is no setting to take back.\n");
+  EXPECT_EQ(run_lines("configure\nundo\n").err, "pmsh: there is no change to undo.\n");
 }
 
 TEST(Changes, HaveARecordForEachInterface) {

@@ -98,7 +98,7 @@ TEST_F(AtThePrompt, TabCompletesTheWordsBehindARange) {
 TEST_F(AtThePrompt, QuestionMarkBehindARangeListsTheTables) {
   screen.type("show interface ethernet 1/1 de?");
   EXPECT_TRUE(
-      screen.shows("  debounce      How long a link must be down to count\r\n"
+      screen.shows("  debounce      Link debounce times\r\n"
                    "  description   Descriptions\r\n"))
       << screen.unread();
   EXPECT_TRUE(screen.shows("lab# show interface ethernet 1/1 de")) << screen.unread();

@@ -148,7 +148,7 @@ class builder {
     const bool is_sub_interface = if_index_is_sub_intf(port.if_index) != 0;
     port.settings.layer = entry.layer.value_or(std::get<uint32>(usual_layer(port)));
     if (is_always_layer_2(port.if_index) && !is_sub_interface && port.settings.layer != IF_LAYER_2)
-      fail(entry.line, name_of(port.if_index) + " is of a kind that is never routed");
+      fail(entry.line, name_of(port.if_index) + " cannot be routed");
     if (port.settings.admin_mode == 0) follow_layer(port);
     if (entry.allowed_vlans)
       port.settings.allowed_vlans = *entry.allowed_vlans;
@@ -168,7 +168,7 @@ class builder {
     }
     if (port.capabilities.model.empty() && card != nullptr) port.capabilities.model = card->data.model;
     if (entry.module.is_given && !port.capabilities.transceiver)
-      fail(entry.line, name_of(port.if_index) + " takes no transceiver");
+      fail(entry.line, name_of(port.if_index) + " has no receptacle for a transceiver");
     if (!port.capabilities.transceiver || if_index_is_sub_intf(port.if_index)) return;
     if (port.state_reason == kReasonSfpAbsent) module = {};
     port.module_in_port = module.module;
@@ -254,7 +254,7 @@ class builder {
                               ? is_kind(member, {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE})
                               : is_kind(member, {IF_TYPE_FC, IF_TYPE_ETHERNET});
     if (if_index_is_sub_intf(member))
-      fail(entry.channel.line, name_of(member) + ": a sub-interface joins no port-channel");
+      fail(entry.channel.line, name_of(member) + ": a sub-interface cannot join a port-channel");
     if (!can_join)
       fail(entry.channel.line, name_of(member) + " cannot join " + name_of(channel) + ": a port-channel of kind " +
                                    std::to_string(take_apart(channel).type) + " takes no interface of kind " +

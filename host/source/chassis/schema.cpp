@@ -336,7 +336,7 @@ void read_burst(const yaml_value& value, traffic_flow& flow) {
   read_map(value, kBurstRules, burst);
   refuse_several_rates(value);
   if (burst.period_sec == 0 || burst.length_sec == 0) value.fail("a burst needs 'every' and 'for'");
-  if (burst.length_sec > burst.period_sec) value.fail("a burst lasts longer than the time from one to the next");
+  if (burst.length_sec > burst.period_sec) value.fail("a burst lasts longer than its 'every'");
   flow.burst = burst;
 }
 
@@ -358,7 +358,7 @@ void read_packet_sizes(const yaml_value& value, traffic_flow& flow) {
         {static_cast<uint32>(size.number(kSmallestPacket, kLargestPacket)), read_percent_thousandths(share)});
     sum += flow.sizes.back().percent_thousandths;
   }
-  if (sum != 100'000) value.fail("the shares of the packet sizes are not 100 percent together");
+  if (sum != 100'000) value.fail("the shares of the packet sizes do not add up to 100 percent");
 }
 
 constexpr key_rule<traffic_flow> kFlowRules[] = {

@@ -168,7 +168,7 @@ wanted_interfaces read_map_file(const std::string& path) {
     const auto other = std::find_if(wanted.begin(), wanted.end(), [&](const auto& known) {
       return &known.second != &of_device && known.second.if_index == of_device.if_index && of_device.if_index != 0;
     });
-    if (other != wanted.end()) value.fail("'" + other->first + "' and '" + device.text() + "' have one interface");
+    if (other != wanted.end()) value.fail("'" + other->first + "' and '" + device.text() + "' are the same interface");
   }
   return wanted;
 }

@@ -117,7 +117,7 @@ std::vector<kernel_link> dump_links(netlink_socket& route) {
         if (auto link = decode_link(message)) links.push_back(std::move(*link));
       },
       [&links] { links.clear(); });
-  if (error != 0) throw kernel_error(std::string("the kernel does not tell its devices: ") + std::strerror(error));
+  if (error != 0) throw kernel_error(std::string("cannot read the devices of the kernel: ") + std::strerror(error));
   sort_by<&kernel_link::number>(links);
   return links;
 }

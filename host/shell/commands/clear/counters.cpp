@@ -198,16 +198,16 @@ bool name_uncleared(const invocation& run, std::span<const if_index_t> wanted, c
 // The kernel's counters cannot be set to 0: reports how long the baseline is kept.
 int keep_cleared(const invocation& run, const std::string& path) {
   if (path.empty()) {
-    run.output.text("The kernel counts on; for this session, what it had counted is left out.\n");
+    run.output.text("The kernel's counters keep running; in this session displays subtract the values read now.\n");
     return kDone;
   }
   make_directories_of(path);
   if (const int error = the_source().write_baselines(); error != 0) {
     run.output.complain("cannot write '" + path + "': " + std::strerror(error) +
-                        ". What was counted is left out for this session only.");
+                        ". The counters are cleared for this session only.");
     return kServiceFailed;
   }
-  run.output.text("The kernel counts on; what it had counted is left out from now on, as kept in\n" + path + ".\n");
+  run.output.text("The kernel's counters keep running; displays subtract the values saved in\n" + path + ".\n");
   return kDone;
 }
 
@@ -295,19 +295,19 @@ int clear_management(const invocation& run) {
 // clang-format off
 constexpr command kCommands[] = {
     {"clear counters", "Clear the counters of all interfaces", clear_all, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters all", "The same", clear_all, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters interface RANGE", "Those of some interfaces", clear_range, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters ethernet", "Those of all Ethernet ports", clear_ethernet, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters port-channel", "Those of all port-channels", clear_port_channels, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters loopback", "Those of all loopbacks", clear_loopbacks, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters in-band", "Those of the in-band interface, when the user may", clear_inband, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters mgmt PORT", "Those of a management port", clear_management, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters all", "Clear the counters of all interfaces", clear_all, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters interface RANGE", "Clear the counters of a range", clear_range, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters ethernet", "Clear the counters of all Ethernet ports", clear_ethernet, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters port-channel", "Clear the counters of all port-channels", clear_port_channels, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters loopback", "Clear the counters of all loopbacks", clear_loopbacks, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters in-band", "Clear the counters of the in-band interface", clear_inband, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters mgmt PORT", "Clear the counters of a management port", clear_management, kSentences, nullptr, kEveryMode, command_effect::outside},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"clear", "Let counters start from 0"}, {"ethernet", "All Ethernet ports"}, {"in-band", "The in-band interface"},
-    {"loopback", "All loopbacks"},          {"mgmt", "A management port"},
+    {"clear", "Clear counters"},   {"ethernet", "All Ethernet ports"}, {"in-band", "The in-band interface"},
+    {"loopback", "All loopbacks"}, {"mgmt", "A management port"},
 };
 
 }  // namespace

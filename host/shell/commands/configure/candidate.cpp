@@ -128,7 +128,7 @@ bool start_guardian(const invocation& run, const machine_changes& changes, std::
   const auto quiet = run.output.hold_progress();
   keeper = guardian::start(reversed(changes), error);
   if (keeper == nullptr)
-    run.output.complain("nothing was committed: the process that would roll it back cannot start: " + error + ".");
+    run.output.complain("nothing was committed: the process that rolls back cannot start: " + error + ".");
   return keeper != nullptr;
 }
 
@@ -146,7 +146,7 @@ int commit_changes(const invocation& run, std::optional<uint32> seconds) {
   if (!seconds && !may_commit(run, changes)) return before.report(run.line.text, {}, kUnconfirmed), kNotPermitted;
   std::unique_ptr<guardian> keeper;
   if (seconds && !changes.is_empty() && !start_guardian(run, changes, keeper))
-    return before.report(run.line.text, {}, "no process could start that would roll it back"), kServiceFailed;
+    return before.report(run.line.text, {}, "the process that rolls back could not start"), kServiceFailed;
   std::optional<machine> before_commit;
   if (seconds) before_commit = the_machine();
   begin_changes(run.line.text);
@@ -180,7 +180,7 @@ int commit(const invocation& run) { return commit_candidate(run, std::nullopt); 
 
 int commit_confirmed(const invocation& run) {
   if (*run.line.number <= kLongestConfirmation) return commit_candidate(run, run.line.number);
-  run.output.complain("'commit confirmed' waits for 1 to " + std::to_string(kLongestConfirmation) + " seconds.");
+  run.output.complain("'commit confirmed' takes 1 to " + std::to_string(kLongestConfirmation) + " seconds.");
   return kUsage;
 }
 
@@ -196,7 +196,7 @@ int discard(const invocation& run) {
 
 int confirm_commit(const invocation& run) {
   if (run.session.unconfirmed == nullptr) {
-    run.output.complain("there is no commit that waits for its confirmation.");
+    run.output.complain("no commit is waiting for confirmation.");
     return kUsage;
   }
   const std::vector<if_index_t> interfaces = run.session.unconfirmed->interfaces;
@@ -209,19 +209,19 @@ constexpr display kDiffShown = {kDiffDisplay, {}, "diff", true, false, "differen
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"configure candidate", "The same, to collect settings and to commit them together", configure_candidate, kSentences, nullptr, kExecMode},
-    {"show diff", "What a commit of the candidate would change", show_diff, kDiffShown},
-    {"commit", "Make the settings of the candidate", commit, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
-    {"commit confirmed SECONDS", "The same, rolled back after so long without 'confirm'", commit_confirmed, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
-    {"confirm", "Keep what 'commit confirmed' made", confirm_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
-    {"discard", "Forget the changes of the candidate", discard, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+    {"configure candidate", "Collect settings and commit them together", configure_candidate, kSentences, nullptr, kExecMode},
+    {"show diff", "Differences between the candidate and the switch", show_diff, kDiffShown},
+    {"commit", "Apply the candidate", commit, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
+    {"commit confirmed SECONDS", "Apply the candidate; roll back without 'confirm'", commit_confirmed, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
+    {"confirm", "Keep a commit that waits for confirmation", confirm_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+    {"discard", "Discard the changes of the candidate", discard, kSentences, nullptr, kConfigureMode | kInterfaceMode},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"candidate", "Collect settings and commit them together"}, {"commit", "Make the settings of the candidate"},
-    {"confirm", "Keep what 'commit confirmed' made"},           {"confirmed", "Roll back without 'confirm'"},
-    {"diff", "What a commit of the candidate would change"},    {"discard", "Forget the changes of the candidate"},
+    {"candidate", "Collect settings and commit them together"},   {"commit", "Apply the candidate"},
+    {"confirm", "Keep a commit that waits for confirmation"},     {"confirmed", "Roll back without 'confirm'"},
+    {"diff", "Differences between the candidate and the switch"}, {"discard", "Discard the changes of the candidate"},
 };
 
 }  // namespace

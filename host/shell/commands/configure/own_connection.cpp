@@ -35,9 +35,9 @@ bool is_in_mode(const shell& session, if_index_t if_index) {
 }
 
 bool wants_it(const std::vector<if_index_t>& cut) {
-  const std::string prompt = "You may be connected by " + range_text(cut) +
-                             ". 'commit confirmed SECONDS' of a candidate is rolled back unless you confirm it. Cut "
-                             "that all the same? (y/n) [n] ";
+  const std::string prompt = "This may cut your own connection through " + range_text(cut) +
+                             ". 'commit confirmed SECONDS' of a candidate is rolled back unless you confirm it. "
+                             "Continue? (y/n) [n] ";
   std::array<char, 9> answer{};
   vsh_user_input_info_t question{};
   question.prompt = prompt.c_str();
@@ -53,8 +53,8 @@ bool may_change(const invocation& run, Test is_changed) {
   std::vector<if_index_t> way = the_source().interfaces_towards(address_of_user());
   way.erase(std::remove_if(way.begin(), way.end(), [&](if_index_t it) { return !is_changed(it); }), way.end());
   if (way.empty() || wants_it(way)) return true;
-  run.output.complain("nothing was changed: you may be connected by " + range_text(way) +
-                      ". Start the shell with --yes to change it all the same, or use 'configure candidate' and "
+  run.output.complain("nothing was changed: this may cut your own connection through " + range_text(way) +
+                      ". Start the shell with --yes to change it anyway, or use 'configure candidate' and "
                       "'commit confirmed SECONDS', which is rolled back unless you confirm it.");
   return false;
 }

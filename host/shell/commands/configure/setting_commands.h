@@ -28,8 +28,8 @@ inline constexpr command kOtherSettingCommands[] = {
     of_library("no switchport name", "The same as 'no description'", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_NAME}}),
     of_library("switchport trunk mode", "The same as 'switchport trunk mode on'", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_TRUNK_MODE}, {TOKEN_TRUNK_MODE_WORD}}),
     of_library("switchport trunk encapsulation dot1q", "VLAN tags on trunks", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_TRUNK_MODE}, {TOKEN_TRUNK_ENCAPSULATION_DOT1Q}}),
-    of_library("switchport dot1q ethertype", "Number of VLAN tags", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_DOT1Q_ETHERTYPE}}),
-    of_library("[no] switchport host", "Ports to hosts: no channel, access mode, edge of the spanning tree", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_HOST}}),
+    of_library("switchport dot1q ethertype", "Ethertype of VLAN tags", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_DOT1Q_ETHERTYPE}}),
+    of_library("[no] switchport host", "Host ports: access mode, edge, no channel", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_HOST}}),
 };
 // clang-format on
 

@@ -23,7 +23,7 @@ inline constexpr display kSettingShown = {kSettingDisplay, {}, "settings"};
 inline constexpr int32 kForbiddenSetting = PM_CLI_NOT_PERMITTED;
 
 // The reason of a setting that the user did not confirm.
-inline constexpr char kUnconfirmed[] = "it may cut the connection of the user";
+inline constexpr char kUnconfirmed[] = "it may cut the user's own connection";
 
 // The ports of a command as they were when it began. In the structured form it makes a record for each of them, which
 // says what became of the setting. As text, a dry run lists what would change; who refused is printed anyway.

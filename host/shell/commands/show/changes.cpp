@@ -90,12 +90,12 @@ constexpr display kChangesShown = {kChangesDisplay, {}, "changes", false, false,
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"show changes", "What was set, created and deleted in this session, as 'undo' takes it back", show_changes, kChangesShown, nullptr, kEveryMode, command_effect::shows_settings},
+    {"show changes", "Changes of this session that 'undo' reverts", show_changes, kChangesShown, nullptr, kEveryMode, command_effect::shows_settings},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"changes", "What was changed in this session"},
+    {"changes", "Changes of this session"},
 };
 
 }  // namespace

@@ -237,12 +237,12 @@ constexpr display kOverviewShown = {kOverviewDisplay, {}, "overview", false, tru
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"show interface [RANGE] overview", "State, VLAN, speed, rates and errors, as wide as the terminal", show_overview, kOverviewShown},
+    {"show interface [RANGE] overview", "One row per interface, fitted to the terminal", show_overview, kOverviewShown},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"overview", "One row for each interface"},
+    {"overview", "One row per interface, fitted to the terminal"},
 };
 
 }  // namespace

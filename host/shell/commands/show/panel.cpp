@@ -155,12 +155,12 @@ constexpr display kPanelShown = {kPanelDisplay, {}, "panel", true, true, "ports"
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"show panel", "The fronts of the modules, with the state of each port", show_panel, kPanelShown},
+    {"show panel", "Front panels with the state of each port", show_panel, kPanelShown},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"panel", "The fronts of the modules"},
+    {"panel", "Front panels of the modules"},
 };
 
 }  // namespace
