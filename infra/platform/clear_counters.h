@@ -26,7 +26,7 @@ static_assert(sizeof(pm_clear_status_t) == 8, "wire size");
 int32 pm_clear_port_counters(mts_q_handle_t q, uint32 count, const if_index_t* if_indexes, uint32 clear,
                              uint8** status_list, uint32 wait);
 
-/* Clears the counters of the kernel device behind a management port. Not zero is success. */
+/* Clears the counters of the kernel device of a management port. Not zero is success. */
 int32 pm_clear_interface_counters(const char* device, if_index_t if_index, mts_q_handle_t q);
 
 /* Clears those of a port-channel at the distributed statistics service; the last words are 1, 1 and 5. 0 is success. */

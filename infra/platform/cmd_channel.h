@@ -31,7 +31,7 @@ enum {
   CMD_TYPE_FLOAT = 0x45     /* cmd_float_t                            */
 };
 
-/* Digits of a cmd_float_t in front of and behind the point. */
+/* Digits of a cmd_float_t before and after the point. */
 typedef struct cmd_float_3ints_t {
   int32 whole;       /* the value truncated toward zero               */
   int32 decimal;     /* the fractional digits as a number, never < 0  */
@@ -67,7 +67,7 @@ cmd_tuple_t* cmd_tuple(uint32 tuple_value, const void* value);
 
 /*
  * Prints one piece of a line. Each placeholder (`%`, optional `-`, digits, optional `.digits`, `s`) takes the text of
- * the next tuple, padded and cut to its width; every other character stands for itself.
+ * the next tuple, padded and cut to its width; every other character is copied.
  */
 void cmd_prt(cmd_rx_handle_t* rx_handle, const char* format, ...);
 

@@ -32,7 +32,7 @@ static_assert(offsetof(trunk_port_memb_t, reserved) == 524, "wire offset");
 
 enum { VLAN_NAME_BYTES = 33 };
 
-/* Kinds of VLAN that are told apart. */
+/* Kinds of VLAN. */
 enum {
   VLAN_TYPE_PRIMARY = 3,
   VLAN_TYPE_SECONDARY_ISOLATED = 4,

@@ -71,7 +71,7 @@ void hand_over(if_index_list_t* list, index_block block, uint32 length) {
   list->list = block.release();
 }
 
-// Calls `visit` with each listed interface once for each range that it lies in.
+// Calls `visit` with each listed interface, once for each range that contains it.
 template <typename Visitor>
 void for_each_in_ranges(const interface_listing& listed, const intf_range_t& ranges, paraminfo_t* param,
                         Visitor visit) {
@@ -106,7 +106,7 @@ int32 list_ranges(const interface_listing& listed, const intf_range_t& ranges, p
   for_each_in_ranges(listed, ranges, param, [&](if_index_t) { ++count; });
   if (count == 0) return kSuccess;
 
-  // A failure tells the size of the listing, not of this list, which is intended.
+  // A failure reports the size of the listing, not of this list, which is intended.
   index_block block = allocate_indexes(count, listed.size());
   if (block == nullptr) return kFailure;
   if_index_t* next = block.get();
@@ -167,7 +167,7 @@ int32 list_kind(paraminfo_t* param, uint32 config_type, interface_mask_t mask, i
   return kFailure;
 }
 
-// A family of interface names, told by its first character, that exactly one mask selects.
+// A family of interface names, given by its first character, that exactly one mask selects.
 struct name_family {
   char first;
   interface_mask_t mask;

@@ -91,7 +91,7 @@ request_block build_request(bool is_create, bool is_delete, const vsh_intf_mono_
 
 enum class exchange_end { answered, not_sent, not_received, no_answer, not_dropped };
 
-// Asks the port manager behind `sap`; its status goes to `*status`. A message that cannot be dropped is reported.
+// Sends a request to the port manager at `sap` and stores its status. A message that cannot be dropped is reported.
 exchange_end exchange(mts_q_handle_t q, uint32 sap, const request_block& request, uint32* status) {
   const mts_addr_t to{MTS_NODE_LOCAL, sap};
   message sent(q);

@@ -13,7 +13,7 @@ namespace pmcli {
 
 inline bool is_vsan_restricted(const paraminfo_t* param) { return vsh_is_user_vsan_restricted(param) == 1; }
 
-// The TLV of a setting, with its value behind it. Null after the exhausted heap was printed.
+// The TLV of a setting, followed by its value. Null after the exhausted heap was reported.
 heap_block<pm_cfg_tlv_t> make_tlv(const port_setting& setting);
 
 // Asks the port manager, for the user and the session of the command; results as pm_cmi_set_port_config().

@@ -16,7 +16,7 @@ namespace pmcli {
 
 namespace {
 
-// Arguments behind the range and the keyword: the sub-command, and what follows it.
+// Distances from the range: the sub-command, and the arguments after it.
 enum : uint32 { kSubCommand = 2, kNext = 3, kAfterNext = 4, kLast = 5 };
 
 constexpr const char* kNoIsNotSupported = "'no' option is not supported with this command";
@@ -38,7 +38,7 @@ struct row {
 
 outcome send(const row& row, uint32 number) { return send_setting({row.type, row.length, number}); }
 
-// ---- Words that stand for values --------------------------------------------------------------------------------
+// ---- Values of words --------------------------------------------------------------------------------------------
 
 struct word {
   uint32 token;
@@ -172,7 +172,7 @@ std::optional<uint32> credit_multiplier(const config_command& command) {
   return following ? following : command.value<uint32>(kNext);
 }
 
-// One sub-command for four settings; the next word tells which.
+// One sub-command for four settings; the next word selects one.
 outcome bb_credit(const config_command& command, const row&) {
   constexpr uint32 kDefaultBuffers = 0xFFFFFFFF;
   if (command.num_behind() > kLast) return refuse(kInvalidCredit);

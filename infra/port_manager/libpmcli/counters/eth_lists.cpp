@@ -1,4 +1,4 @@
-// The lists of an Ethernet port's counters, and of the layer-3 counters behind them.
+// The lists of an Ethernet port's counters, and of the layer-3 counters after them.
 
 #include "counters/counter_list.h"
 #include "platform/if_index.h"
@@ -46,7 +46,7 @@ uint64 l3(const pfstat_key_cntrs_t& stats) {
   return stats.cntrs.l3_cntrs.*Member;
 }
 
-// "Output Errors:" stands twice, "SQETest" has no colon: both are intended.
+// "Output Errors:" appears twice, "SQETest" has no colon: both are intended.
 constexpr counter_row<port_stats> kNonzero[] = {
     {"Rx Packets:", tag::nonzero_input_packets, flow<&flow_t::ingress_pkts>},
     {"Rx Unicast Packets:", tag::nonzero_input_unicast_packets, flow<&flow_t::unicast_pkts>},
@@ -128,7 +128,7 @@ constexpr counter_row<port_stats> kNonzero[] = {
     {"Layer 3 Broadcast:", tag::nonzero_layer3_broadcast_packets, l3<&layer_t::bcast>},
 };
 
-// Some ids stand in the list above, too, which is intended.
+// Some ids are also in the list above, which is intended.
 constexpr counter_row<pfstat_key_cntrs_t> kNonzeroL3[] = {
     {"Layer 3 Routed Input Packets", tag::nonzero_layer3_input_routed_packets,
      l3<&pfstat_l3_cntrs_t::l3_routed_pkts_in>},
@@ -298,7 +298,7 @@ bool shows_layer3(pfstat_key_cntrs_t* pfstats) {
   return (flags == kLayer3 || flags == kBothLayers) && pm_cli_is_nonzero_pfstats(pfstats);
 }
 
-// Behind a list the layer-3 counters follow for every key but the one of layer 2 alone; this is not the test above.
+// Layer-3 counters follow a list for every key except the one of layer 2 only; this is not the test above.
 bool follows_layer3(const pfstat_key_cntrs_t* pfstats) {
   return pfstats != nullptr && pfstats->key.key_flags != kLayer2Only;
 }

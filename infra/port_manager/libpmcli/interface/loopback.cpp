@@ -15,7 +15,7 @@ using namespace pmcli;
 
 namespace {
 
-// Single blanks as separators, and the last label as it stands, are intended.
+// Single blanks as separators, and the spelling of the last label, are intended.
 constexpr counter_piece<ip_if_stats, be64> kLoopbackCounters[] = {
     {"    %s packets input", &ip_if_stats::in_pkts, tag::loopback_input_packets},
     {" %s bytes\n", &ip_if_stats::in_bytes, tag::loopback_input_bytes},

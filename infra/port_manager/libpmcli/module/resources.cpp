@@ -82,7 +82,7 @@ void print_children(reader* at, uint16 count, print_node print) {
   }
 }
 
-// Reads a node of a kind; `at` is left in front of another.
+// Reads a node of a kind; `at` stays before a node of another kind.
 node_end read_node(reader* at, uint32 category, const char* refusal, resource_node* node) {
   reader ahead = *at;
   const auto head = read_node_head(&ahead);

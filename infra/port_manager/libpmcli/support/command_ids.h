@@ -1,4 +1,4 @@
-// What a command id selects: lists of ids beside an action.
+// What a command id selects: lists of ids, each with its action.
 #pragma once
 
 #include <cstddef>

@@ -13,8 +13,8 @@
 
 namespace pmcli {
 
-// The interfaces of a listing message, which stays the caller's. Its count is believed only as far as its payload
-// reaches.
+// The interfaces of a listing message, which stays the caller's. Its count is limited by the size of its
+// payload.
 class interface_listing {
  public:
   explicit interface_listing(const mts_msg_ref_t* answer)

@@ -264,7 +264,7 @@ void pm_cli_show_loopback_counters_detailed_all(cmd_rx_handle_t* rx_handle, ip_i
  * The management port's counter display with this command id: DISPLAY_COUNTERS, the three tables of errors,
  * DISPLAY_RECEIVED, DISPLAY_SENT, DISPLAY_COUNTERS_NONZERO or DISPLAY_COUNTERS_ALL; others print nothing. Fetches what
  * it shows from the port manager and the kernel; a failure is printed on the terminal. A list shows what there is, and
- * leaves out the kernel's counters silently when only they cannot be had. The errors are all "--", without a fetch.
+ * leaves out the kernel's counters silently when only they are unavailable. The errors are all "--", without a fetch.
  * Flushes in every case. Returns 0.
  */
 int32 pm_cli_show_mgmt_counters(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, uint32 command, if_index_t if_index);
@@ -320,7 +320,7 @@ void pm_cli_show_common_counters_brief(cmd_rx_handle_t* rx_handle, statscl_portc
  * A row of rates in brief, as one text without tagged values, from five-minute rates: megabits (10^6) per second,
  * rounded down, under columns that are headed MB/s, and frames per second, received and sent. Only Ethernet-class ports
  * (IF_TYPE_ETHERNET) and port-channels of both families have one; other kinds print nothing. The rates come from the
- * port manager, those of the older family of port-channels from their service; when they cannot be had nothing is
+ * port manager, those of the older family of port-channels from their service; when they are unavailable nothing is
  * printed. For VSH_USER_MODE_RESTRICTED only "    Counters not available" is printed, on the terminal.
  */
 void pm_cli_show_eth_port_counters_brief(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, if_index_t if_index,

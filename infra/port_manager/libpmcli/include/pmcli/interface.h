@@ -5,7 +5,7 @@
  * pointer may be null unless a contract says what null does. Displays print through the output handle unless they say
  * "on the terminal", and only pm_cli_show_mgmt_info() flushes it.
  *
- * The kernel's device behind a management port has the name that the platform's run-time parameters give it, on chassis
+ * The kernel's device of a management port has the name that the platform's run-time parameters give it, on chassis
  * 17 one with its number; the chassis type is read once for it in the life of the process.
  */
 #ifndef PMCLI_INTERFACE_H
@@ -106,7 +106,7 @@ syserr_t pm_cli_get_layer(if_index_t if_index, mts_q_handle_t src_q, if_info_t* 
  * port manager for the transceiver and the line-card configuration for speeds, media type and MDIX; of kinds 22 and 26
  * the interface manager for the layer; of the management port the platform for the chassis; of all the IP configuration
  * for the first address. Kinds without a block of their own show "--" as hardware. Reliability, loads and times stay 0
- * and empty. Cannot fail: what cannot be had stays zero or takes its default; of failures only those of
+ * and empty. Cannot fail: unavailable values stay zero or take their defaults; of failures only those of
  * pm_cli_get_port_capability() and pm_cli_get_layer() are printed.
  */
 void pm_cli_get_port_data(if_index_t if_index, mts_q_handle_t mts_q, pm_cli_common_show_intf_data_t* port_data);
@@ -143,8 +143,8 @@ void pm_cli_eth_intf_get_rate_stuff(show_eth_intf_resp_t* stats, uint64* in_rate
 
 /*
  * Shows the display with this command id (pmcli/displays.h) of one interface: fetches the port record from the port
- * manager, and from other services what the display needs, prints, frees. A record that cannot be had is reported on
- * the terminal and nothing is shown, whatever the id; statistics that cannot be had print "stats unavailable" there. An
+ * manager, and from other services what the display needs, prints, frees. A record that is unavailable is reported on
+ * the terminal and nothing is shown, whatever the id; unavailable statistics print "stats unavailable" there. An
  * id without a display prints "Option not supported" on the terminal. Selections by module or by VLANs are the
  * caller's.
  */
@@ -269,7 +269,7 @@ void pm_cli_build_flowctrl_flags(char* flags_str, int size, boolean fl_off, bool
 /*
  * Shows the detailed view (DISPLAY_DETAIL) or the row of the brief table (DISPLAY_BRIEF) of a management port; other
  * ids show nothing. The port record, which is fetched for every id, and rates come from the port manager, counters from
- * the kernel. A record that cannot be had, and rates that cannot, are reported on the terminal; what is missing shows
+ * the kernel. A record or rates that are unavailable are reported on the terminal; missing values show
  * zeros. Flushes in every case. Returns 1 when there was no record, else 0.
  */
 int32 pm_cli_show_mgmt_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, uint32 command, if_index_t if_index);
@@ -281,7 +281,7 @@ int32 pm_cli_show_mgmt_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, ui
 void print_mgmt_info_brief(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, pm_port_info_t* port_info);
 
 /*
- * What the kernel says of the device `name` (at most 15 characters, null is empty) behind a management port, and the
+ * What the kernel reports of the device `name` (at most 15 characters, null is empty) of a management port, and the
  * port manager of its speed, duplex and state.
  *
  * With `print_info` not zero it prints hardware, address and, for a port that is up or down, MTU in bytes, and for one
@@ -313,8 +313,8 @@ void pm_cli_show_mgmt_vdc_counters(cmd_rx_handle_t* rx_handle, pm_if_stat* stats
  * Shows a loopback: DISPLAY_DETAIL, DISPLAY_STATUS, DISPLAY_DESCRIPTION, DISPLAY_BRIEF, or its status row for
  * DISPLAY_STATUS_ADMIN_DOWN, DISPLAY_STATUS_INACTIVE and DISPLAY_STATUS_UP when it is so. Any other id prints "Option
  * not supported" on the terminal. The port record, which is fetched for every id, comes from the port manager, counters
- * from the IP statistics library, the address from the IP configuration. A record that cannot be had is reported on the
- * terminal and nothing is shown; counters that cannot show zeros.
+ * from the IP statistics library, the address from the IP configuration. A record that is unavailable is reported on
+ * the terminal and nothing is shown; counters that cannot show zeros.
  */
 void pm_cli_show_loopback_port_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, uint32 command,
                                     if_index_t if_index);
@@ -361,7 +361,7 @@ void print_eth_port_info_brief(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_
  * loopbacks and the management port, is left out for Ethernet-class ports (IF_TYPE_ETHERNET), and else comes from the
  * interface manager, whose failures are printed on the terminal and show "--". The type is that of
  * pm_cli_get_port_capability(), or when it is empty the vendor of the transceiver, from the port manager; "--" when it
- * cannot be had, and for other kinds than 2 and 26.
+ * is unavailable, and for other kinds than 2 and 26.
  */
 void print_eth_port_status_line(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info, mts_q_handle_t mts_q);
 

@@ -109,7 +109,7 @@ int32 pm_show_interface_tranceiver_calibrations(paraminfo_t* param);
 
 /*
  * Each shows the same of the ports of one kind that the port manager lists on the queue of the command. A port that the
- * user may not see, or whose record cannot be had, is skipped; other failures are printed, and the next port
+ * user may not see, or whose record is unavailable, is skipped; other failures are printed, and the next port
  * follows. Returns 0; 1 for a null block (silently) and when there is no listing (printed); -1, printed, when the
  * listing's message could not be dropped. The last does not drop it: the transport frees it with the queue.
  */
