@@ -24,7 +24,7 @@ int32 get_loopback_counters(mts_q_handle_t q, if_index_t if_index, ip_if_stats* 
 int32 clear_port_statistics(if_index_t if_index);
 int32 clear_loopback_counters(if_index_t if_index);
 
-// Fills the caller's response, as far as its `size` bytes reach. Returns 0 or a system error.
+// Fills up to `size` bytes of the caller's response. Returns 0 or a system error.
 syserr_t get_port_capability(const if_index_range_t* range, uint32 size, uint8* response);
 
 // Steps of a configuration macro, over the command's range: the ports leave their channels; spanning tree takes them

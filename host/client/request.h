@@ -93,7 +93,7 @@ bool is_damaged(std::span<const std::byte> payload, const counted_records& found
 // PM_ERR_GENERAL for an answer without a record.
 syserr_t ask_record(const call& to, std::span<const std::byte> request, std::span<std::byte> record);
 
-// How a list without a length of its own lies in its block: the number of entries as 32 bits, then the entries, each
+// The block of a list that is passed without its length: the number of entries as 32 bits, then the entries, each
 // beginning with four bytes of an interface index.
 struct list_layout {
   std::size_t block_bytes;

@@ -90,7 +90,7 @@ int guarded_command(Work work) noexcept {
 
 // ---- Places ----
 
-// Where this library lies, and the others with it.
+// The directory of this library and of the others.
 fs::path library_directory() {
   Dl_info found{};
   if (dladdr(reinterpret_cast<void*>(&pmhost_open), &found) == 0 || found.dli_fname == nullptr) return ".";

@@ -83,7 +83,7 @@ syserr_t refusal_of_sub_interfaces(const index_range& range) {
   return PM_ERR_SUB_INTERFACE_ON_L2;
 }
 
-// The status of a request that creates sub-interfaces, as far as it is known before they are looked up.
+// Checks a request that creates sub-interfaces, before they are looked up.
 syserr_t refusal_of_creation(std::span<const index_range> ranges) {
   uint32 missing = 0;
   for (const index_range& range : ranges) {

@@ -616,7 +616,7 @@ void read_module_length(subject& it, property of, value_writer& to) {
     to.number(of, length);
 }
 
-// A code of the image that stands for another length than its number.
+// A code of the image whose length differs from its number.
 struct special_length {
   uint8 code;
   uint32 metres;

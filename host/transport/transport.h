@@ -67,7 +67,7 @@ struct provocation {
 // Returns false when no service has this name.
 bool transport_provoke(std::string_view service_name, provocation what);
 
-// The longest time in seconds that a wait lasts, whatever the waiter asked for; 0 is no limit of ours.
+// The longest wait in seconds, even when more was requested; 0 is no limit.
 void transport_limit_waits(uint32 seconds);
 
 // Ends every wait, now and from now on, with error ECANCELED, until it is called with false; the answer that was waited

@@ -1,4 +1,4 @@
-// The resources of a module, taken apart.
+// The decoded resources of a module.
 #pragma once
 
 #include <optional>

@@ -9,7 +9,7 @@
  * signal. Calls block while a service answers; services of a simulated switch are in the process and answer at once.
  * While a command runs, `stdout` is a stream of the host's; in callbacks it is the program's.
  *
- * Nobody is asked: a question of a command ("Do you want to continue (y/n)?") is answered as in a shell without a
+ * Nothing is asked: a question of a command ("Do you want to continue (y/n)?") is answered as in a shell without a
  * terminal, which is yes.
  *
  * Texts are UTF-8. Functions that fail store one line in `*error`, which the caller frees with free(), unless `error`
@@ -49,8 +49,8 @@ typedef struct pmhost_value_t {
   if_index_t if_index; /* of the interface that is being shown; 0: of none                           */
   uint32 tuple;        /* its tuple id (platform/cmd_channel.h)                                      */
   const char* key;     /* of the field in the structured form; null: no display has it               */
-  const char* text;    /* as it is shown; null: nobody knows the value                               */
-  const void* value;   /* what the type code of the tuple id promises; null: nobody knows the value  */
+  const char* text;    /* as it is shown; null: the value is unavailable                             */
+  const void* value;   /* of the type in the tuple id's type code; null: the value is unavailable    */
 } pmhost_value_t;
 
 /* Where the output of commands goes. Members that are null or 0 leave their part as it is for pmsh. */
