@@ -1,4 +1,4 @@
-// What the commands of a session changed, created and deleted, so that it can be taken back, the last one first.
+// What the commands of a session changed, created and deleted, to be undone in reverse order.
 #pragma once
 
 #include <deque>

@@ -29,7 +29,7 @@ bool is_one_of(if_index_type_t kind, Kind... kinds) {
 
 uint32 number_in(const setting_value& value) { return std::get<uint32>(value); }
 
-// Whether a number is one of the values of the forms, or lies within the bounds of an argument.
+// Whether a number is one of the values of the forms, or within the bounds of an argument.
 bool is_within(const setting& of, uint32 number) {
   const bool is_word = std::any_of(of.forms.begin(), of.forms.end(), [number](const setting_form& it) {
     return (it.kind == form_kind::word || it.kind == form_kind::off) && it.value == number;

@@ -44,9 +44,9 @@ struct setting_tokens {
 };
 
 enum class form_kind : uint8 {
-  word,      // stands for a value; without words for that of the command alone
+  word,      // gives a value; without words the command alone gives it
   argument,  // a number, a text or a list of VLANs follows; `value` are bits that go with the number
-  off,       // the command with "no" stands for a value
+  off,       // the command with "no" gives a value
   usual      // the command with "no" asks for the usual value
 };
 
@@ -75,7 +75,7 @@ enum class kernel_step : uint8 { none, state, alias, mtu, speed, flow_control, v
 struct setting_traits {
   // The value of a port for which nothing was set; null: that of new settings.
   setting_value (*usual)(const interface& port) = nullptr;
-  // The status with which a port refuses a value that lies within the bounds; null: it takes them all.
+  // The status with which a port refuses a value within the bounds; null: it takes all of them.
   uint32 (*refuses)(const interface& port, const setting_value& value) = nullptr;
   // Other settings that follow once the port has the value.
   void (*follow)(interface& port) = nullptr;
@@ -90,7 +90,7 @@ struct setting_traits {
 
 struct setting {
   uint8 type;                           // PM_CFG_... or HOST_CFG_...
-  std::string_view command;             // in front of its forms; empty when no command makes it
+  std::string_view command;             // before its forms; empty when it has no command
   std::span<const setting_form> forms;  // the first one with a value writes it
   setting_tokens tokens;                // for the command library; none: the host makes it
 
@@ -155,7 +155,7 @@ bool is_of_channel(const setting& of);
 // it.
 bool has_setting_of_its_own(const interface& port, const setting& of);
 
-// The number for which a word of a form stands, in any case; nothing for another word.
+// The number that a word of a form gives, in upper or lower case; nothing for another word.
 std::optional<uint32> number_of_word(const setting& of, std::string_view word);
 
 }  // namespace host
