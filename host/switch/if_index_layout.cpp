@@ -54,7 +54,7 @@ constexpr std::array<kind_info, 64> kKindByCode = [] {
   return by_code;
 }();
 
-// Where a field lies.
+// The place of a field.
 struct bit_field {
   unsigned shift;
   unsigned width;
@@ -74,7 +74,7 @@ constexpr bit_field kSubtypeField = {24, 2};
 constexpr bit_field kChannelField = {12, 12};
 constexpr bit_field kNumberField = {0, 26};
 
-// Stored slots of the Fibre-Channel ports that are named by a number alone.
+// Stored slots of the Fibre Channel ports that are named by a number alone.
 constexpr uint32 kBaySlot = kMaxFcSlot + 1;
 constexpr uint32 kExternalSlot = kMaxFcSlot + 2;
 static_assert(kExternalSlot == kMaxSlot);
@@ -171,7 +171,7 @@ bool has(if_index_t if_index, field wanted) { return (kind_of(if_index).fields &
 
 bool is(if_index_t if_index, if_index_type_t type) { return if_index >> kKindShift == stored_kind(type); }
 
-// Where the number lies that tells an interface from its neighbours.
+// The field that numbers the interfaces of a kind.
 bit_field place_of_number(if_index_t if_index) {
   if (if_index_is_sub_intf(if_index)) return kSubInterfaceField;
   switch (kind_of(if_index).shape) {
@@ -351,7 +351,7 @@ int32 if_index_next(if_index_t if_index, if_index_t* next) {
 // Each supervisor has one attachment, and the active one's is the first.
 if_index_t if_index_inband_get_active_sup_priority_hi(void) { return host::numbered_index(IF_TYPE_INBAND, 0); }
 
-// The indexes of a family lie in the order of its numbers, bays before external ports.
+// The indexes of a family are in the order of its numbers, bays before external ports.
 int compare_intf_bay_ext_aliases(const void* left, const void* right) {
   const if_index_t a = *static_cast<const if_index_t*>(left);
   const if_index_t b = *static_cast<const if_index_t*>(right);

@@ -21,7 +21,7 @@ using open_file = std::unique_ptr<std::FILE, close_file>;
 
 open_file kernel_table() { return open_file(std::fopen("/proc/net/dev", "re")); }
 
-// The name in front of the colon of a row such as "  eth0:  100  2 ...", and what follows it; a headline has none.
+// The name before the colon of a row such as "  eth0:  100  2 ...", and what follows it; a headline has none.
 struct device_row {
   std::string_view device;
   const char* numbers = nullptr;

@@ -1,4 +1,4 @@
-// The link of a port while the switch runs.
+// Changes of a port's link while the switch runs.
 #pragma once
 
 #include "switch/model.h"

@@ -9,7 +9,7 @@
 namespace host {
 
 // Brings the statistics of one interface of the machine up to this moment. A management port counts what its kernel
-// device counts; everything else is the source's. False when there is nobody who counts: the device is gone.
+// device counts; everything else belongs to the source. False when the device is gone.
 bool refresh_statistics(interface& port);
 
 // Lets its counters start from 0 at this moment and notes when that was. Rates go on. False as above.

@@ -1,7 +1,7 @@
 // What a switch is, as plain data. Sources (switch/source.h) fill it, services answer from it.
 //
-// Numbers are native, units stand in the names, interfaces are named by their index. Vectors of interfaces are sorted
-// by index. What a source may not know is optional: nothing there means that the source cannot supply it.
+// Numbers are native, units are part of the names, interfaces are named by their index. Vectors of interfaces are
+// sorted by index. What a source may not know is optional: nothing there means that the source cannot supply it.
 #pragma once
 
 #include <array>
@@ -57,7 +57,7 @@ struct port_capabilities {
   bool debounce = true;
   bool mdix = false;
   bool transceiver = false;
-  bool e_mode_on_first_only = false;  // mode E only on the first of each four Fibre-Channel ports
+  bool e_mode_on_first_only = false;  // mode E only on the first of each four Fibre Channel ports
   struct qos_scheduling {
     uint8 rx_priorities = 0, rx_queues = 0, rx_thresholds = 0;
     uint8 tx_priorities = 0, tx_queues = 0, tx_thresholds = 0;
@@ -218,8 +218,8 @@ struct interface {
   std::optional<uint8> oper_duplex = uint8{3};
   std::optional<uint16> oper_flow_control = uint16{0};
 
-  // What the device at the other end of the link agrees to: where the port leaves it open, and where the port is set as
-  // it was at the start. Absent: whatever the port does.
+  // What the device at the other end of the link agrees to, when the port negotiates or has the settings of the start.
+  // Absent: everything.
   struct link_partner {
     std::optional<uint32> mode;
     std::optional<uint32> speed_mbps;

@@ -29,7 +29,7 @@ struct optical_constants {
 // Optical diagnostics of a module: what it measures at rest, and what changes it.
 struct optical_diagnostics {
   uint32 calibration = 0;         // 0: the module has no diagnostics; 1 internal, 2 external
-  bool is_silent = false;         // the module has diagnostics, but does not tell them now
+  bool is_silent = false;         // the module has diagnostics, but does not report them now
   bool is_measured = false;       // the values are of this moment: neither time nor load nor state changes them
   int32 temperature_mc = 34'000;  // thousandths of a degree Celsius
   int32 drift_mc = 2'500;         // how far the room takes it, up and down in six hours

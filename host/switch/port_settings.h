@@ -51,7 +51,7 @@ struct port_settings {
   bool operator==(const port_settings&) const = default;
 };
 
-// Settings that the command library does not make, beside PM_CFG_...
+// Settings besides PM_CFG_..., which the command library does not make.
 enum host_setting : uint8 {
   HOST_CFG_ACCESS_VLAN = 120,
   HOST_CFG_NATIVE_VLAN = 121,

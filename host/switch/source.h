@@ -1,7 +1,7 @@
-// Where a switch comes from, and what it does beyond its model.
+// The origin of a switch: what it does besides its model.
 //
-// The bodies here are those of a switch that is its model alone: all of it is known and as it stands, and a change is
-// made once the model has it. A source overrides what it does otherwise.
+// The default implementations are those of a switch that only has its model: all values are known, and a change is
+// complete when the model has it. A source overrides what differs.
 #pragma once
 
 #include <memory>
@@ -82,18 +82,18 @@ class switch_source {
 
   // ---- Settings
 
-  // The status with which apply_settings() refuses, as far as the source knows without trying; 0: nothing is known.
+  // The status with which apply_settings() would refuse, if the source knows it without trying; else 0.
   virtual uint32 check_settings(const interface& port, const port_settings& before) const;
 
-  // Makes a port operate as it was just set to in the model; `before` is what it was set to. Returns 0, or the status
-  // with which the source refuses: nothing is changed then, and the caller puts the settings back.
+  // Applies the settings that a port just got in the model; `before` has the previous ones. Returns 0, or the status
+  // with which the source refuses: then nothing has changed, and the caller restores the settings.
   virtual uint32 apply_settings(interface& port, const port_settings& before);
 
   // Whether the source applies a setting (PM_CFG_... or HOST_CFG_...) of some port.
   virtual bool applies_setting(uint8 type) const;
 
-  // Whether the source decides what members of port-channels may be set to, and hands them their channel's settings.
-  // Otherwise the services do: a member then refuses what its channel is set to.
+  // Whether the source checks settings of port-channel members and passes them the settings of their channel. Otherwise
+  // the services do: a member then refuses settings that its channel has.
   virtual bool hands_settings_to_members() const;
 
   // ---- Interfaces that commands create and delete
@@ -101,8 +101,8 @@ class switch_source {
   // Whether a switched port may have sub-interfaces.
   virtual bool allows_sub_interfaces_of_switched_ports() const;
 
-  // Creates loopbacks and sub-interfaces that do not exist, the latter of ports that do, and brings the model up to
-  // date: all or none, as far as the source can check this in advance. Returns 0, or the status with which it refuses.
+  // Creates loopbacks and sub-interfaces that do not exist, the latter of existing ports, and updates the model: all or
+  // none, if the source can check this in advance. Returns 0, or the status with which it refuses.
   virtual uint32 create_interfaces(machine& model, std::span<const if_index_t> interfaces);
 
   // The same, to delete interfaces that exist.
@@ -119,12 +119,11 @@ class switch_source {
   // That of an interface.
   virtual std::optional<kernel_device> find_device(if_index_t if_index) const;
 
-  // The interfaces that packets to an address take, sorted. An address that is none, or empty, is somewhere behind the
-  // default route.
+  // The interfaces that packets to an address take, sorted. An empty or invalid address uses the default route.
   virtual std::vector<if_index_t> interfaces_towards(const std::string& address) const;
 };
 
-// The source of the_machine(). It is set together with that, and owned here; until then it has the bodies above.
+// The source of the_machine(). It is set together with it, and owned here; until then it has the defaults above.
 switch_source& the_source();
 void set_source(std::unique_ptr<switch_source> source = std::make_unique<switch_source>());
 

@@ -1,4 +1,4 @@
-// Which Fibre-Channel ports a user sees: those in a VSAN of the user's set.
+// Which Fibre Channel ports a user sees: those in a VSAN of the user's set.
 #pragma once
 
 #include "platform/bitset.h"
