@@ -98,7 +98,7 @@ uint16 read_vlan(const yaml_value& value) { return static_cast<uint16>(value.num
 
 namespace {
 
-// `what` is what the numbers stand for.
+// `what` names the numbers in errors.
 std::vector<uint16> read_id_list(const yaml_value& value, const std::string& what) {
   std::string_view text = value.text();
   std::vector<uint16> vlans;

@@ -24,7 +24,7 @@ inline constexpr word_value kModuleWords[] = {
 
 enum : uint8 { kReasonNone = 2, kReasonAdminDown = 12, kReasonSfpAbsent = 29 };
 
-// Words of our own first, then the short word of each family of reasons with the family's first reason.
+// The host's own words first, then the short word of each family of reasons with the family's first reason.
 inline constexpr word_value kReasonWords[] = {
     {"up", 2},
     {"admin-down", 12},

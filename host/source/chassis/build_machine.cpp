@@ -34,7 +34,7 @@ bool is_always_layer_2(if_index_t if_index) {
   return is_kind(if_index, {IF_TYPE_ETHERNET, IF_TYPE_SATELLITE, IF_TYPE_VETHERNET});
 }
 
-// Whether an interface stands in a slot that holds a card.
+// Whether an interface needs a card in its slot.
 bool needs_card(if_index_t if_index) {
   const index_fields fields = take_apart(if_index);
   return fields.shape == index_shape::slot_port && fields.type != IF_TYPE_MGMT;

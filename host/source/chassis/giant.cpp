@@ -26,7 +26,7 @@ constexpr uint32 kDaySec = 86400;
 constexpr mac_address kBaseMac = {0x02, 0x1C, 0x73, 0x00, 0x00, 0x00};
 static_assert(kSlots * (kMaxPort + 1) >= kMaxGiantPorts);
 
-// What a port does. The ports of a card take turns.
+// The duty of a port. The ports of a card take turns.
 struct duty {
   const char* description;
   uint8 state_reason;

@@ -97,7 +97,7 @@ void in(const yaml_value& value, owner_of<Part>& target) {
   kRead(value, target.*Part);
 }
 
-// Values of settings, in the words of their table.
+// Values of settings, by the words in their table.
 
 // A word may be the number of Gbit/s.
 std::optional<uint32> read_word(const setting& of, std::string_view written) {
@@ -130,7 +130,7 @@ uint32 read_number(const setting& of, const yaml_value& value) {
 
 constexpr word_value kCalibrationWords[] = {{"none", 0}, {"internal", 1}, {"external", 2}};
 
-// A file beside the switch file.
+// A file in the directory of the switch file.
 void read_eeprom(const yaml_value& value, transceiver& module) {
   const std::filesystem::path file = std::filesystem::path(value.path()).parent_path() / value.text();
   try {
@@ -463,7 +463,7 @@ void read_setting(const yaml_value& value, interface_draft& entry) {
     of.put(entry.attributes, read_number(of, value));
 }
 
-// A member in the words of a setting.
+// A member, by the words of a setting.
 template <auto Member, uint8 kType>
 void setting_word(const yaml_value& value, owner_of<Member>& target) {
   target.*Member = static_cast<value_of<Member>>(read_number(*find_setting(kType), value));
@@ -643,7 +643,7 @@ void read_profiles(const yaml_value& value, switch_draft& draft) {
   }
 }
 
-// A profile may begin with one that stands above it.
+// A profile may extend one that precedes it.
 void read_traffic_profiles(const yaml_value& value, switch_draft& draft) {
   require_map(value);
   for (const auto& entry : value.node()) {
@@ -749,7 +749,7 @@ constexpr key_rule<switch_draft> kFileRules[] = {
 
 void read_switch(const yaml_value& file, switch_draft& draft) {
   require_map(file);
-  // Interfaces refer to these, wherever in the file they stand.
+  // Interfaces refer to these, in any order in the file.
   const YAML::Node profiles = file.node()[std::string(kTrafficProfilesKey)];
   if (profiles.IsDefined()) read_traffic_profiles(yaml_value(profiles, kTrafficProfilesKey, file.path()), draft);
   read_map(file, kFileRules, draft);

@@ -13,7 +13,7 @@
 
 namespace host {
 
-// The name of something that may stand elsewhere in the file.
+// A reference to a name elsewhere in the file.
 struct file_reference {
   std::string text;  // empty when none was given
   uint32 line = 0;

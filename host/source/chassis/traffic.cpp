@@ -193,7 +193,7 @@ void put_given_totals(const traffic_plan& plan, statistics& stats) {
   put_totals(plan.out, stats.out);
 }
 
-// The two courses of an interface, which stand still while there is no link.
+// Received and sent traffic of an interface, which stop while there is no link.
 class line_in_use {
  public:
   line_in_use(const interface& port, uint32 now_sec) {

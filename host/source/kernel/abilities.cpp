@@ -13,7 +13,7 @@ namespace {
 
 // ---- Link modes -----------------------------------------------------------------------------------------------------
 
-// A run of bits that stand for modes of one speed and duplex. Speeds that no port of a switch has (20 and 56 Gbit/s)
+// A run of bits for modes of one speed and duplex. Speeds that no port of a switch has (20 and 56 Gbit/s)
 // are not among known_speeds().
 struct mode_run {
   uint32 first;
@@ -129,7 +129,7 @@ void set_flow_control(const kernel_link& link, interface& port) {
       flow_control(link.pause->negotiates ? negotiated(link.advertised, link.partner) : set, PM_FLOW_CTRL_ON);
 }
 
-// As far as ports count. A device without an upper limit has 0.
+// Limited to the 16 bits of a port's MTU. A device without an upper limit has 0.
 void set_mtu_limits(const kernel_link& link, port_capabilities& port) {
   port.mtu = {link.lowest_mtu_bytes, UINT16_MAX};
   if (link.highest_mtu_bytes != 0) port.mtu.highest = std::min<uint32>(link.highest_mtu_bytes, UINT16_MAX);

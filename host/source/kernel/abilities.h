@@ -1,4 +1,4 @@
-// What a port can do and is set to: from the link modes and the pause settings that the kernel tells.
+// Capabilities and settings of a port, from the link modes and pause settings that the kernel reports.
 #pragma once
 
 #include "source/kernel/links.h"

@@ -100,7 +100,7 @@ class device_mapper {
     return true;
   }
 
-  // The interface that the number stands for, or the next one that is free.
+  // The interface of the device's number, or the next free one.
   void add_new(const kernel_link& link, bool is_management) {
     const if_index_t management = ethernet_index(IF_TYPE_MGMT, 0, 0);
     if (is_management && is_free(management) && add(link, management, name_reason::default_route)) return;
@@ -192,8 +192,8 @@ if_index_t switched_index(if_index_t if_index) {
 std::vector<mapped_device> map_devices(const std::vector<kernel_link>& links, uint32 management,
                                        const wanted_interfaces& wanted, const known_interfaces& known) {
   device_mapper map(wanted, known);
-  // What the user wants comes first, so that nothing else takes its place; VLAN devices last, for they need their
-  // parents.
+  // Interfaces of the map file are assigned first, so that no other device takes them; VLAN devices last, because they
+  // need their parents.
   for (const kernel_link& link : links) map.add_wanted(link);
   for (const kernel_link& link : links) map.add_own(link);
   for (const kernel_link& link : links)

@@ -114,7 +114,7 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   port.if_index = if_index;
   port.settings.description = link.alias.substr(0, kLongest);
   if (link.mtu_bytes <= UINT16_MAX)
-    port.settings.mtu_bytes = static_cast<uint16>(link.mtu_bytes);  // as far as ports count
+    port.settings.mtu_bytes = static_cast<uint16>(link.mtu_bytes);  // a port's MTU has 16 bits
   port.burned_in_mac = port.router_mac = link.mac;
   port.oper_speed_mbps = link.speed_mbps;
   if (link.speed_mbps) port.bandwidth_kbps = *link.speed_mbps * 1000;
@@ -240,7 +240,7 @@ uint32 kernel_source::delete_interface(if_index_t if_index) {
   return link == nullptr ? uint32{PM_ERR_NO_SUCH_INTERFACE} : delete_device(link->number);
 }
 
-// Whatever interface the map gives it.
+// The device may have another interface by the map.
 void kernel_source::delete_created_device(if_index_t if_index) {
   const index_fields fields = take_apart(if_index);
   if (fields.type == IF_TYPE_LOOPBACK) {

@@ -19,8 +19,8 @@ namespace host {
 
 class kernel_source final : public switch_source {
  public:
-  // `wanted` is what a user says of devices. Without the path of a file, what devices had counted when they were
-  // cleared, or which interfaces they are, is known to this process only.
+  // `wanted` has the interfaces that the user's map file gives to devices. Without the path of a file, baselines of
+  // cleared counters, or the interfaces of devices, are known only to this process.
   explicit kernel_source(wanted_interfaces wanted = {}, const std::string& baseline_file = {},
                          const std::string& names_file = {});
 
@@ -86,7 +86,7 @@ class kernel_source final : public switch_source {
   bool is_fresh_ = false;
 };
 
-// Makes a machine of devices. What the kernel does not tell keeps the default that is shown as absent.
+// Makes a machine from devices. Values that the kernel does not report keep the default, which is shown as absent.
 machine machine_of_devices(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped);
 
 }  // namespace host

@@ -63,7 +63,7 @@ std::optional<kernel_link> decode_link(const nlmsghdr& message);
 void decode_bridge_vlans(const nlmsghdr& message, std::vector<kernel_link>& links);
 void decode_address(const nlmsghdr& message, std::vector<kernel_link>& links);
 
-// Whether a device is hardware, as far as the kernel reports it: it has no kind, or is a port of a switch chip.
+// Whether the kernel reports a device as hardware: it has no kind, or is a port of a switch chip.
 bool is_physical(const kernel_link& link);
 
 // The device of this number, or null.

@@ -141,7 +141,7 @@ uint32 set_vlans(const setting_target& target, const port_settings& wanted, cons
 
 // ---- What ethtool sets ----------------------------------------------------------------------------------------------
 
-// Asks the family to set something of a device; `put` adds what, behind the head.
+// Sends a request to set something of a device; `put` adds the attributes after the head.
 template <typename Put>
 uint32 send_ethtool(const setting_target& target, uint8 command, uint16 head, Put put) {
   ethtool_socket ethtool;
