@@ -40,7 +40,7 @@ fs::path program_directory() {
   return fs::read_symlink("/proc/self/exe", error).parent_path();
 }
 
-// The demonstration switch: in the source tree when the program was built there, else beside the program.
+// The demonstration switch: in the source tree when the program was built there, else relative to the program.
 std::string demonstration_switch() {
   std::error_code error;
   for (const char* const place : {PMCLI_SWITCHES, "../switches", "../share/pmcli/switches"}) {
@@ -121,7 +121,7 @@ int begin_with(const std::string& configuration, shell& session) {
   return code;
 }
 
-// Where the libraries lie: beside the program when it was built here, else where it was installed.
+// The directory of the libraries: relative to the program when it was built here, else where it was installed.
 fs::path library_directory() {
   const fs::path built = (program_directory() / "../lib").lexically_normal();
   std::error_code error;

@@ -258,7 +258,7 @@ display read_display(const table_reader& reader, const pmsh_command_t& entry, bo
 
 // ---- Commands ----
 
-// Which library a command is of, and which kinds of a command it shows; to name it when another does the same.
+// The library of a command and the kinds that it shows, to name it when another library adds the same.
 struct owner_of_kinds {
   interface_mask_t kinds;
   bool only_structured;
@@ -271,7 +271,7 @@ std::multimap<std::string_view, owner_of_kinds>& owners() {
 
 // Whether some line is accepted by both, arguments by their names.
 bool share_a_line(const command_syntax& one, const command_syntax& other) {
-  // [i][j]: the first i words of one and the first j of the other accept the same beginning of a line.
+  // [i][j]: the first i words of one and the first j of the other accept a common line.
   bool agree[MAX_SYNTAX_WORDS + 1][MAX_SYNTAX_WORDS + 1] = {{true}};
   for (std::size_t i = 0; i <= one.num_words; ++i) {
     for (std::size_t j = 0; j <= other.num_words; ++j) {

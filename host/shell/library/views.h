@@ -18,7 +18,7 @@ enum inband_id : uint32 {
   kInbandNothing = DISPLAY_COUNTERS_BRIEF
 };
 
-// The handlers of a view that another library added, for the kinds that the view is of.
+// The handlers of a view that another library added, for the kinds of the view.
 struct added_handlers {
   command_handler handler = nullptr;  // null: the view is the command library's, by kind
   command_handler header = nullptr;   // null: none

@@ -14,8 +14,8 @@
 namespace host {
 namespace {
 
-// A definition that fields refer to. Its name begins with "value_", which no display's does. MODES stands for the words
-// of VLAN modes.
+// A definition that fields refer to. Its name begins with "value_", which no display's does. MODES is replaced by
+// the words of VLAN modes.
 struct value_definition {
   std::string_view name;
   std::string_view schema;

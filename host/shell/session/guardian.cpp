@@ -92,7 +92,7 @@ int milliseconds_until(const std::optional<clock::time_point>& deadline) {
   return static_cast<int>(std::clamp<std::int64_t>(left, 0, std::numeric_limits<int>::max()));
 }
 
-// True when the changes were confirmed, false when they are to be taken back.
+// True when the changes were confirmed, false when they must be rolled back.
 bool wait_for_confirmation(int socket) {
   std::optional<clock::time_point> deadline;
   for (;;) {
@@ -151,7 +151,7 @@ bool guardian::has_ended() const {
   return socket_ < 0 || recv(socket_, &answer, sizeof answer, MSG_PEEK | MSG_DONTWAIT) == sizeof answer;
 }
 
-// A guardian that ends without an answer was killed: nothing is taken back any more.
+// A guardian that ends without an answer was killed and no longer rolls back.
 bool guardian::confirm() {
   if (socket_ < 0) return false;
   send_message(socket_, {kConfirm, 0});

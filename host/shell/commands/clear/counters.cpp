@@ -56,7 +56,7 @@ clearer clearer_of(if_index_t if_index) {
   }
 }
 
-// What the handlers return is not needed: what they did not clear is found by comparing.
+// Results of the handlers are ignored: interfaces that were not cleared are found by comparison.
 void clear_by(clearer who, const command_library& library, paraminfo_t* block) {
   switch (who) {
     case clearer::ethernet: library.clear_ethernet(block); return;

@@ -121,7 +121,7 @@ int show_diff(const invocation& run) {
 
 constexpr uint32 kLongestConfirmation = 86'400;  // seconds
 
-// What takes the changes back when this shell is gone, for a switch that outlives it. False after a complaint.
+// Starts the rollback process, for a switch that outlives this shell. False after an error.
 bool start_guardian(const invocation& run, const machine_changes& changes, std::unique_ptr<guardian>& keeper) {
   if (!the_source().devices()) return true;
   std::string error;
@@ -173,7 +173,7 @@ int commit_candidate(const invocation& run, std::optional<uint32> seconds) {
     return kUsage;
   }
   if (is_waiting_for_confirmation(run)) return kUsage;
-  return commit_changes(run, trial::is_running() ? std::nullopt : seconds);  // a dry run takes all back anyway
+  return commit_changes(run, trial::is_running() ? std::nullopt : seconds);  // a dry run reverts everything anyway
 }
 
 int commit(const invocation& run) { return commit_candidate(run, std::nullopt); }

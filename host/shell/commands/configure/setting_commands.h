@@ -42,7 +42,7 @@ constexpr void for_each_form(Visit visit) {
   }
 }
 
-// "COMMAND syntax" or "no COMMAND syntax". A form with words of its own asks for the usual value without "no".
+// "COMMAND syntax" or "no COMMAND syntax". A form with its own words restores the default without "no".
 template <typename Append>
 constexpr void write_form(const setting& of, const setting_form& form, Append append) {
   const bool is_no = form.kind == form_kind::off || (form.kind == form_kind::usual && form.syntax.empty());

@@ -31,11 +31,11 @@ struct panel_line {
   std::vector<line_mark> marks = {};
 };
 
-// A title, then frames of twelve ports, odd numbers on top, side by side as far as they fit and four at most. Groups of
-// twelve without ports are left out. Without colours a letter after the number is the state.
+// A title, then frames of twelve ports, odd numbers on top, up to four side by side if they fit. Groups of twelve
+// without ports are omitted. Without colours a letter after the number is the state.
 std::vector<panel_line> lines_of(const front_panel& front, const panel_style& style);
 
-// What colours and letters mean.
+// The meaning of colours and letters.
 panel_line legend(const panel_style& style);
 
 }  // namespace host

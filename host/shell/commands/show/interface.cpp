@@ -131,7 +131,7 @@ void show_all(const showing& view, const std::vector<if_index_t>& interfaces, ta
   }
 }
 
-// The words of a command without its arguments.
+// A command without its arguments.
 std::string words_of(const command& what) {
   std::string words;
   for (const syntax_word& word : std::span(what.syntax.words).first(what.syntax.num_words))

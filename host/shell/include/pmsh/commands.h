@@ -18,13 +18,13 @@
 extern "C" {
 #endif
 
-/* The help of a word that the shell does not know. */
+/* Help of a word that the shell does not have. */
 typedef struct pmsh_word_t {
   const char* word;
   const char* help; /* what may be typed there, in a few words */
 } pmsh_word_t;
 
-/* How a field stands in the structured form. An interface is shown by its full name. */
+/* The type of a field in the structured form. An interface is shown by its full name. */
 enum {
   PMSH_TEXT = 1,
   PMSH_NUMBER,

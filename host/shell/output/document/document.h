@@ -27,7 +27,7 @@ struct display {
   bool has_values = false;               // values that the text shows without a tag come from the service of values:
                                          // lines of the channel that bind none are layout and no messages
   std::string_view list = "interfaces";  // of its records; empty: the document has messages only
-  bool repeats = false;  // a value that is bound once more begins the next record; lines that bind none are layout
+  bool repeats = false;  // a value that is bound again begins the next record; lines without values are layout
 };
 
 // Whether documents of a display say how many records have each result.

@@ -151,7 +151,7 @@ enum : uint16 {
 // How the value of a tuple is bound.
 enum class binding_form : uint8 {
   by_code,     // as its type code says
-  as_text,     // as a text, whatever its type code says
+  as_text,     // as a text, regardless of its type code
   by_service,  // not at all: the value is that of the service, which averages or counts otherwise
 };
 
