@@ -1,4 +1,4 @@
-// Client functions about the modules in ports: diagnostics, satellites, and the texts of their codes.
+// Client functions for transceivers: diagnostics, satellites, and the texts of their codes.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>

@@ -36,7 +36,7 @@ int32 pdb_get_chassis_type(uint32* type) {
   return 0;
 }
 
-// Whoever reads the table asks for its row first: that is when the row of this machine is filled.
+// Readers of the table look up the row first: the row of this machine is filled then.
 uint32 get_platform_runtime_index(void) {
   const machine& self = the_machine();
   const uint32 index = self.chassis_type % PLATFORM_RUNTIME_PARAMS;
@@ -58,7 +58,7 @@ int32 get_card_module_info(if_index_t if_index, card_module_info_t* info) {
   return 0;
 }
 
-// The simulated switches carry no line card of these two families.
+// Simulated switches have no line cards of these two families.
 boolean pm_is_tamber_lindo_linecard(uint32) { return 0; }
 boolean pm_is_corvid_linecard(uint32) { return 0; }
 

@@ -59,7 +59,7 @@ int32 get_listing(const call& to, if_index_type_t type, mts_msg_ref_t* message) 
   return -1;
 }
 
-// Asks for ranges of interfaces to be created or deleted.
+// Requests the creation or deletion of ranges of interfaces.
 uint32 configure_interfaces(const call& to, uint32 create, const intf_range_t* ranges) {
   if (ranges == nullptr || ranges->range_count > PARAM_MAX_RANGES) return PM_ERR_GENERAL;
   struct {
@@ -162,7 +162,7 @@ int32 pm_parse_get_port_info_range(const mts_msg_ref_t* message, uint32* num_por
   return 0;
 }
 
-// The indexes name the kinds of interface, so that the mask adds nothing.
+// The mask is not needed: the indexes give the kinds of interface.
 uint32 pm_cli_config_sub_interface(mts_q_handle_t q, uint32 create, interface_mask_t, const intf_range_t* ranges,
                                    uint32 timeout) {
   return configure_interfaces({q, MTS_SAP_PORT_MANAGER, PM_OPC_SUB_INTERFACES, static_cast<int32>(timeout)}, create,
