@@ -13,7 +13,7 @@
 namespace host {
 namespace {
 
-// A port that joined a channel since the changes began takes only what is not its channel's.
+// A port that joined a channel meanwhile takes only settings that are not its channel's.
 bool is_for_channel(const interface& port, const machine_changes::settings& change) {
   const bool has_joined = port.settings.channel != 0 && port.settings.channel != change.before.channel;
   if (!has_joined || change.after.channel != change.before.channel || the_source().hands_settings_to_members())
@@ -169,7 +169,7 @@ machine_changes reversed(const machine_changes& changes) {
   return back;
 }
 
-// Sub-interfaces go before their port changes, and come when it has.
+// Sub-interfaces are deleted before their port changes, and created after it.
 changes_made apply_changes(machine& of, const machine_changes& changes) {
   result results;
   for (const auto& [if_index, it] : changes.deleted) results.note(if_index, remove(of, if_index));

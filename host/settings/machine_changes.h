@@ -1,4 +1,4 @@
-// What differs between two machines, to be made of a third one.
+// The differences between two machines, to be applied to a third one.
 #pragma once
 
 #include <map>
@@ -37,8 +37,8 @@ machine_changes rebased(const machine_changes& changes, const machine& now);
 // The changes that revert these.
 machine_changes reversed(const machine_changes& changes);
 
-// Makes the changes of a machine, and notes them in the journal. Each interface takes all that is for it or is as it
-// was before; the source has made what was applied.
+// Applies the changes to a machine, and notes them in the journal. Each interface takes all of its changes or none; the
+// source has applied the accepted ones.
 changes_made apply_changes(machine& of, const machine_changes& changes);
 
 }  // namespace host

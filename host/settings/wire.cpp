@@ -19,7 +19,7 @@ std::vector<std::byte> octets_of_vlans(const std::vector<uint16>& vlans, vlan_ac
   return bytes;
 }
 
-// What a port's list of VLANs becomes.
+// The new list of VLANs of a port.
 std::optional<setting_value> vlans_of(octets bytes, const std::vector<uint16>& now) {
   allowed_vlans_value wanted;
   std::memcpy(&wanted, bytes.data(), sizeof wanted);
