@@ -17,7 +17,7 @@ uint32 now_sec() { return static_cast<uint32>(clock_now()); }
 
 bool is_management(const interface& port) { return take_apart(port.if_index).type == IF_TYPE_MGMT; }
 
-// Makes the counters of a record 0 that are not known.
+// Sets unknown counters of a record to 0.
 template <typename Counters>
 void make_known(Counters& counted) {
   auto all = std::bit_cast<std::array<counter, sizeof(Counters) / sizeof(counter)>>(counted);
@@ -25,7 +25,7 @@ void make_known(Counters& counted) {
   counted = std::bit_cast<Counters>(all);
 }
 
-// What a device of the kernel does not count a simulated port has not met: what are no multicasts are unicasts.
+// A simulated port never has events that a kernel device does not count; packets other than multicasts are unicasts.
 void complete_device_counters(statistics& stats) {
   make_known(stats.in);
   make_known(stats.out);

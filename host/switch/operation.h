@@ -10,7 +10,7 @@ namespace host {
 // that is enabled again gets its previous link.
 void follow_settings(interface& port, const port_settings& before);
 
-// The same of mode, speed, duplex and flow control alone.
+// The same only for mode, speed, duplex and flow control.
 void negotiate(interface& port);
 
 }  // namespace host

@@ -15,7 +15,7 @@
 
 namespace host {
 
-// What a source may leave out of an interface until a service needs it.
+// Data of an interface that a source may omit until a service needs it.
 enum class detail : uint8 {
   link_fault,   // state_reason of a port that is up and has no link
   driver,       // capabilities.model
@@ -53,10 +53,10 @@ class switch_source {
 
   // ---- Values
 
-  // Brings the model up to date for a command.
+  // Updates the model for a command.
   virtual void refresh(machine& model);
 
-  // Completes a detail of an interface that was left out. A second call changes nothing.
+  // Completes an omitted detail of an interface. A second call changes nothing.
   virtual void complete(interface& port, detail needed);
 
   // Whether the model has every value of every interface: displays then do not ask which are absent.
@@ -64,17 +64,17 @@ class switch_source {
 
   // ---- Statistics
 
-  // Brings the statistics of an interface up to a moment (seconds since 1970). False when the source has none for it.
+  // Updates the statistics of an interface to a time (seconds since 1970). False when the source has none for it.
   virtual bool update_statistics(interface& port, uint32 now_sec);
 
-  // Lets the counters that the source gives start from 0 at a moment. The caller sets those of the model to 0.
+  // Makes the counters that the source supplies start from 0 at a time. The caller sets those of the model to 0.
   virtual void clear_counters(interface& port, uint32 now_sec);
 
-  // Whether the source reads its counters in refresh(). Otherwise they are those of the moment of the update.
+  // Whether the source reads its counters in refresh(). Otherwise they are read by the update.
   virtual bool counts_at_refresh() const;
 
-  // A source whose counters cannot be set to 0 subtracts what they were when they were cleared. The file in which it
-  // keeps that, empty when only this process knows it; nothing for a source whose counters do start from 0.
+  // The file with the baselines of a source whose counters cannot be set to 0: it subtracts them. Empty when only this
+  // process has them; nothing for a source whose counters start from 0.
   virtual std::optional<std::string> baseline_file() const;
 
   // Writes that file, when counters were cleared since the last time. Returns 0 or an errno.
@@ -108,15 +108,15 @@ class switch_source {
   // The same, to delete interfaces that exist.
   virtual uint32 delete_interfaces(machine& model, std::span<const if_index_t> interfaces);
 
-  // Creates a deleted interface again, set as it was, and brings the model up to date. Returns as above.
+  // Creates a deleted interface again with its settings, and updates the model. Returns as above.
   virtual uint32 restore_interface(machine& model, const interface& deleted);
 
   // ---- Network devices of the kernel
 
-  // Those that the switch is made of; nothing for a switch that is not the kernel's.
+  // The devices of the switch; nothing for a switch that is not the kernel's.
   virtual std::optional<std::vector<kernel_device>> devices() const;
 
-  // That of an interface.
+  // The device of an interface.
   virtual std::optional<kernel_device> find_device(if_index_t if_index) const;
 
   // The interfaces that packets to an address take, sorted. An empty or invalid address uses the default route.
@@ -127,7 +127,7 @@ class switch_source {
 switch_source& the_source();
 void set_source(std::unique_ptr<switch_source> source = std::make_unique<switch_source>());
 
-// Exchanges the source for another one.
+// Replaces the source.
 void swap_source(std::unique_ptr<switch_source>& other);
 
 }  // namespace host
