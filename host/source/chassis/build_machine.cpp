@@ -40,7 +40,7 @@ bool needs_card(if_index_t if_index) {
   return fields.shape == index_shape::slot_port && fields.type != IF_TYPE_MGMT;
 }
 
-// Puts the interface's own number where the description of a range says "{port}".
+// Replaces "{port}" in the description of a range by the interface's number.
 void number_description(interface& port) {
   constexpr std::string_view kPlace = "{port}";
   const std::size_t at = port.settings.description.find(kPlace);
@@ -176,7 +176,7 @@ class builder {
     if (port.capabilities.type.empty()) port.capabilities.type = module.media;
   }
 
-  // A module without a page of its own has that of its medium, and diagnostics when the page says so.
+  // A module without its own page gets that of its medium, and diagnostics by the page.
   static void finish_module(interface& port, const transceiver_choice& chosen) {
     transceiver& module = *port.module_in_port;
     if (module.eeprom.empty()) module.eeprom = module_image(chosen.media, port.if_index);
@@ -194,7 +194,7 @@ class builder {
     if (port.router_mac == mac_address{}) port.router_mac = draft_.base_mac;
   }
 
-  // The counters run since they were cleared, at most as long as the traffic flows.
+  // Counters start with the last clear, or later with the traffic.
   uint32 counted_sec(const interface_draft& entry) const {
     const uint32 flowing_sec = entry.traffic->uptime_sec.value_or(draft_.uptime_sec);
     const uint32 last_clear_sec = entry.attributes.stats.last_clear_sec;
@@ -219,7 +219,7 @@ class builder {
 
   // References
 
-  // What the references of an entry point to.
+  // The targets of an entry's references.
   struct reference_targets {
     if_index_t channel = 0;
     if_index_t bound_to = 0;
@@ -294,9 +294,9 @@ class builder {
     }
   }
 
-  // What follows from other interfaces
+  // Values that follow from other interfaces
 
-  // A member is set as its port-channel.
+  // A member has the settings of its port-channel.
   void follow_channel(interface& port) {
     if (port.settings.channel == 0) return;
     take_over_settings(*result().find(port.settings.channel), port);
@@ -304,7 +304,7 @@ class builder {
     negotiate(port);
   }
 
-  // A port-channel is as fast as its members that are up together; other interfaces as they operate.
+  // The speed of a port-channel is the sum of its members that are up; other interfaces have their operational speed.
   void derive_bandwidth(interface& port) {
     const bool is_whole_channel = is_channel(port.if_index) && !if_index_is_sub_intf(port.if_index);
     if (is_whole_channel && port.oper_speed_mbps == 0 && port.oper_state == PM_PORT_STATE_UP)

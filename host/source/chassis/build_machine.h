@@ -1,4 +1,4 @@
-// From what a switch file says to the machine that it describes.
+// Builds the machine that a switch file describes.
 #pragma once
 
 #include <string>

@@ -37,7 +37,7 @@ std::vector<if_index_t> indexes_of(const interface_draft& entry, const interface
   return indexes;
 }
 
-// Two interfaces of one name are duplicates, also when they are of different kinds.
+// Two interfaces with one name are duplicates, even if their kinds differ.
 void refuse_duplicates(const std::vector<placed_interface>& placed, const std::vector<interface_draft>& entries,
                        const std::string& path) {
   struct named {

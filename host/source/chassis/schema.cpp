@@ -85,13 +85,13 @@ void notation(const yaml_value& value, owner_of<Member>& target) {
   target.*Member = kRead(value);
 }
 
-// A map whose keys have rules of their own.
+// A map with its own rules for keys.
 template <class Target, const auto& kRules>
 void map(const yaml_value& value, Target& target) {
   read_map(value, kRules, target);
 }
 
-// What reads a part, for the whole.
+// Applies the reader of a part to the whole.
 template <auto Part, auto kRead>
 void in(const yaml_value& value, owner_of<Part>& target) {
   kRead(value, target.*Part);
@@ -168,7 +168,7 @@ void choose_medium(const yaml_value& value, transceiver_choice& choice) {
   choice.media = value.text();
 }
 
-// "absent", "unsupported", the medium of a supported transceiver, or a map that says more of it.
+// "absent", "unsupported", the medium of a supported transceiver, or a map with details.
 void read_transceiver(const yaml_value& value, transceiver_choice& choice) {
   choice.is_given = true;
   if (value.is_map()) {
@@ -185,7 +185,7 @@ void read_transceiver(const yaml_value& value, transceiver_choice& choice) {
     choose_medium(value, choice);
 }
 
-// "no", "yes" (ports are empty unless they say otherwise), or what every port holds unless it says otherwise.
+// "no", "yes" (ports are empty by default), or the default transceiver of every port.
 void read_transceiver_capability(const yaml_value& value, capability_profile& profile) {
   profile.capabilities.transceiver = value.is_map() || value.text() != "no";
   if (value.is_map() || (profile.capabilities.transceiver && value.text() != "yes"))
@@ -311,7 +311,7 @@ void read_rate(const yaml_value& value, traffic_rate& rate) {
   rate.unit = kUnit;
 }
 
-// Keys of a map that say the same thing in different ways.
+// Keys of a map that exclude each other.
 void refuse_several(const yaml_value& value, std::initializer_list<std::string_view> keys) {
   std::string given;
   for (const std::string_view key : keys) {
@@ -426,7 +426,7 @@ constexpr key_rule<traffic_plan> kTrafficRules[] = {
     {"out", in<&traffic_plan::out, read_flow>},
     {"errors", in<&traffic_plan::errors, map<error_sources, kErrorStartRules>>},
     {"errors-per-million", in<&traffic_plan::errors, map<error_sources, kErrorRateRules>>},
-    {"profile", [](const yaml_value&, traffic_plan&) {}},  // what the other keys change
+    {"profile", [](const yaml_value&, traffic_plan&) {}},  // the other keys change it
 };
 
 const traffic_plan& traffic_profile_named(const yaml_value& value, const std::vector<traffic_profile>& profiles) {
@@ -458,7 +458,7 @@ void read_setting(const yaml_value& value, interface_draft& entry) {
   if constexpr (of.kind == setting_kind::text)
     of.put(entry.attributes, value.text_of_at_most(of.highest));
   else if constexpr (of.kind == setting_kind::vlans)
-    entry.allowed_vlans = read_vlan_list(value);  // what they are otherwise depends on the mode
+    entry.allowed_vlans = read_vlan_list(value);  // the default depends on the mode
   else
     of.put(entry.attributes, read_number(of, value));
 }
@@ -667,7 +667,7 @@ void read_cards(const yaml_value& value, switch_draft& draft) {
   });
 }
 
-// Without a list a user sees all VSANs; the word says so too.
+// Without a list, or with the word, a user sees all VSANs.
 void read_user_vsans(const yaml_value& value, user& target) {
   if (value.text() != "all") target.vsans = read_vsan_list(value);
 }

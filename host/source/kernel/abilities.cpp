@@ -84,8 +84,8 @@ void set_capabilities(const link_modes& supported, port_capabilities& port) {
   port.transceiver = supported[ETHTOOL_LINK_MODE_FIBRE_BIT];
 }
 
-// Without negotiation a port is set to the speed that it has; while it has none, that is not known. A device without
-// modes has a speed, but is not set to it: without a link, when displays show what a port is set to, it has none.
+// Without negotiation the setting is the current speed, unknown without a link. A device without modes has a current
+// speed, but no setting: without a link, when displays show the setting, it has none.
 void set_speed(const kernel_link& link, interface& port) {
   if (link.supported.none() && port.oper_state != PM_PORT_STATE_UP) {
     port.oper_speed_mbps.reset();
@@ -110,7 +110,7 @@ uint16 flow_control(const pause_directions& directions, int how) {
   return static_cast<uint16>(sides & how);
 }
 
-// What both sides advertised leads to, by the table of the negotiation: symmetric when both can, else one direction.
+// The result of the negotiation from what both sides advertised: symmetric when both can, else one direction.
 pause_directions negotiated(const link_modes& ours, const link_modes& theirs) {
   const bool we_pause = ours[ETHTOOL_LINK_MODE_Pause_BIT], they_pause = theirs[ETHTOOL_LINK_MODE_Pause_BIT];
   if (we_pause && they_pause) return {.receives = true, .sends = true};

@@ -5,8 +5,7 @@
 
 namespace host {
 
-// MTU limits, speeds, duplex and flow control, those that it has and those that it is set to, of an interface that has
-// its state.
+// Sets MTU limits, speeds, duplex and flow control, operational and configured, of an interface whose state is set.
 void set_abilities(const kernel_link& link, interface& port);
 
 }  // namespace host

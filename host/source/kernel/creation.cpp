@@ -17,7 +17,7 @@ netlink_request creation_request(uint32 number, bool is_up, const std::string& n
   head.ifi_index = static_cast<int>(number);
   head.ifi_flags = is_up ? unsigned{IFF_UP} : 0U;
   head.ifi_change = IFF_UP;
-  // The kernel finds a name of its own when this one is too long.
+  // The kernel chooses a name when this one is too long.
   if (name.size() < IFNAMSIZ) mnl_attr_put_strz(&request.head(), IFLA_IFNAME, name.c_str());
   return request;
 }

@@ -86,7 +86,7 @@ void set_vlans(const kernel_link& link, interface& port) {
 
 // ---- Interfaces -----------------------------------------------------------------------------------------------------
 
-// What is known of a switch that is made for it, and of a device only when the kernel reports it.
+// Values that simulated switches always have, but devices only when the kernel reports them.
 void forget_usual_values(interface& port) {
   port.oper_mode = port.oper_speed_mbps = port.settings.span_monitor = std::nullopt;
   port.oper_duplex.reset();
@@ -102,7 +102,7 @@ void forget_usual_values(interface& port) {
   able.qos.reset();
 }
 
-// What a switch's line cards can do and the kernel's devices cannot, or not by this shell.
+// Capabilities of line cards that the kernel's devices do not have, or not through this shell.
 void take_away_abilities(port_capabilities& port) {
   port.suppression = port.cos_rewrite = port.tos_rewrite = port.span = port.udld = port.debounce = port.mdix = false;
 }
@@ -188,7 +188,7 @@ machine kernel_source::read_again() {
   return made;
 }
 
-// What a device has counted, and since when it is shown.
+// The counters of a device, and the time of their last clear.
 kernel_source::device_reading kernel_source::reading_of(const kernel_link& link, if_index_t if_index) {
   device_reading reading;
   reading.if_index = if_index;
@@ -311,7 +311,7 @@ uint32 kernel_source::apply_settings(interface& port, const port_settings& befor
 
 bool kernel_source::applies_setting(uint8 type) const { return makes_kernel_setting(type); }
 
-// A bond hands its settings to its members itself.
+// A bond passes its settings to its members itself.
 bool kernel_source::hands_settings_to_members() const { return true; }
 
 bool kernel_source::allows_sub_interfaces_of_switched_ports() const { return true; }

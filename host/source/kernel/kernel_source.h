@@ -48,7 +48,7 @@ class kernel_source final : public switch_source {
   uint32 restore_interface(machine& model, const interface& deleted) override;
   std::optional<std::vector<kernel_device>> devices() const override;
   std::optional<kernel_device> find_device(if_index_t if_index) const override;
-  // Those below these, too: parents, members of bridges and bonds.
+  // Including lower devices: parents, members of bridges and bonds.
   std::vector<if_index_t> interfaces_towards(const std::string& address) const override;
 
  private:

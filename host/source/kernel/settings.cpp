@@ -81,7 +81,7 @@ std::vector<port_vlan> vlans_of(const port_settings& settings) {
   return vlans;
 }
 
-// VLANs that follow each other with the same flags travel as the two ends of a range.
+// Consecutive VLANs with the same flags are sent as the two ends of a range.
 void put_vlans(nlmsghdr& message, const std::vector<port_vlan>& vlans) {
   const auto put = [&message](const port_vlan& vlan, int mark) {
     const bridge_vlan_info info{static_cast<uint16>(vlan.flags | mark), vlan.id};
@@ -152,7 +152,7 @@ uint32 send_ethtool(const setting_target& target, uint8 command, uint16 head, Pu
   return status_of(error == ENOENT ? EOPNOTSUPP : error, ethtool.reason());  // a kernel without the family
 }
 
-// Without a speed and a duplex of their own both ends agree on them.
+// Both ends negotiate when neither speed nor duplex is set.
 uint32 set_speed(const setting_target& target, const port_settings& wanted, const port_settings&) {
   const bool is_auto_duplex = wanted.admin_duplex == PM_PORT_DUPLEX_AUTO;
   const bool is_auto = wanted.admin_speed_mbps == 0 && is_auto_duplex;
@@ -191,13 +191,13 @@ struct step {
   void (*take_back)(const setting_target& target, const port_settings& wanted, const port_settings& before);
 };
 
-// Takes a step back by making it the other way.
+// Reverts a step by applying its opposite.
 template <uint32 (*Make)(const setting_target&, const port_settings&, const port_settings&)>
 void reverse(const setting_target& target, const port_settings& wanted, const port_settings& before) {
   Make(target, before, wanted);
 }
 
-// An MTU that ports do not count is not known.
+// An MTU of more than 16 bits is unknown.
 void take_back_mtu(const setting_target& target, const port_settings& wanted, const port_settings& before) {
   if (before.mtu_bytes) set_mtu(target, before, wanted);
 }
@@ -206,7 +206,7 @@ bool is_switched_on(const port_settings& wanted) { return wanted.admin_state == 
 bool is_switched_off(const port_settings& wanted) { return !is_switched_on(wanted); }
 bool is_always(const port_settings&) { return true; }
 
-// In this order: a device that is switched off is so before anything else, one that is switched on when all is done.
+// In this order: a device is switched off before other steps, and switched on after them.
 constexpr step kSteps[] = {
     {kernel_step::state, is_switched_off, set_state, reverse<set_state>},
     {kernel_step::alias, is_always, set_alias, reverse<set_alias>},
@@ -224,7 +224,7 @@ bool is_needed(kernel_step made, const port_settings& wanted, const port_setting
   return false;
 }
 
-// Whether something is set that no step makes.
+// Whether a setting changed that no step applies.
 bool is_beyond_the_kernel(const port_settings& wanted, const port_settings& before) {
   return wanted.is_edge != before.is_edge || is_needed(kernel_step::none, wanted, before);
 }
@@ -269,7 +269,7 @@ uint32 check_device(const setting_target& target, const port_settings& wanted, c
 
 uint32 apply_to_device(const setting_target& target, const port_settings& wanted, const port_settings& before) {
   if (const uint32 status = check_device(target, wanted, before); status != 0) return status;
-  // A bond hands its settings to its members itself.
+  // A bond passes its settings to its members itself.
   if (wanted.channel != before.channel) return set_bond(target, wanted, before);
   std::vector<const step*> made;
   for (const step& it : kSteps) {

@@ -13,7 +13,7 @@ auto* find_by(Records& records, const Value& value) {
   return found != records.end() && (*found).*Member == value ? &*found : nullptr;
 }
 
-// Records mostly come in their order: then nothing is moved.
+// Records mostly arrive sorted: then nothing is moved.
 template <auto Member, typename Records>
 void sort_by(Records& records) {
   const auto is_before = [](const auto& a, const auto& b) { return a.*Member < b.*Member; };

@@ -55,7 +55,7 @@ class yaml_value {
   const std::string& path_;
 };
 
-// What a key means: how its value is read into the target.
+// The rule of a key: how its value is read into the target.
 template <class Target>
 struct key_rule {
   std::string_view key;
