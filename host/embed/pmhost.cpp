@@ -78,7 +78,7 @@ Result guarded(char** error, Result failed, Work work) noexcept {
   return failed;
 }
 
-// The same of a command: the text goes where errors go.
+// The same for a command: the text goes to the callback for errors.
 template <typename Work>
 int guarded_command(Work work) noexcept {
   char* error = nullptr;
@@ -107,8 +107,8 @@ std::string find_switch_file(const std::string& name) {
   return name;
 }
 
-// The command library opens the client libraries by name. It finds them in this library's place when they are loaded
-// already. Throws when one is missing: a library cannot see which command asks for it.
+// The command library opens the client libraries by name. It finds those in this library's directory when they are
+// already loaded. Throws when one is missing: a library cannot see which command asks for it.
 void load_client_libraries(const fs::path& directory) {
   std::error_code error;
   for (const char* const name : {PMCLI_CLIENT_LIBRARIES}) {
@@ -120,10 +120,10 @@ void load_client_libraries(const fs::path& directory) {
   }
 }
 
-// Once for the process: libraries and what they add to the shell stay.
+// Once for the process: libraries and the commands that they add stay.
 const host::command_library& loaded_libraries() {
   static std::optional<host::command_library> library;
-  static std::string failure;  // what was added before it stays, too: there is no second try
+  static std::string failure;  // earlier additions stay, too: there is no second attempt
   if (!failure.empty()) throw std::runtime_error(failure);
   try {
     const fs::path directory = library_directory();

@@ -71,7 +71,7 @@ uint32 count_interfaces(Matches matches) {
   return static_cast<uint32>(std::count_if(all.begin(), all.end(), matches));
 }
 
-// What speaks against the sub-interfaces of a range; 0 is nothing.
+// The status that prevents sub-interfaces of a range; 0: none.
 syserr_t refusal_of_sub_interfaces(const index_range& range) {
   const interface* const parent = std::as_const(the_machine()).find(parent_of(range.low));
   if (parent == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
@@ -153,7 +153,7 @@ void make_set(std::vector<if_index_t>& interfaces) {
   interfaces.erase(std::unique(interfaces.begin(), interfaces.end()), interfaces.end());
 }
 
-// A sub-interface of a switch that is its model alone. Another source reports how a new one is set.
+// A sub-interface of a simulated switch. Other sources report the settings of a new one.
 void set_as_parent(if_index_t if_index) {
   interface* const made = the_machine().find(if_index);
   if (made == nullptr || if_index_is_sub_intf(if_index) == 0) return;
@@ -177,7 +177,7 @@ syserr_t create(std::span<const index_range> ranges) {
   return 0;
 }
 
-// What the source deletes before it refuses is noted as well.
+// Interfaces that the source deletes before it refuses are noted, too.
 syserr_t remove(std::span<const index_range> ranges) {
   std::vector<if_index_t> doomed;
   for (const index_range& range : ranges) {

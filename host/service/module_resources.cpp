@@ -20,7 +20,7 @@ struct shared_out {
   uint32 buffers = 0, performance = 0, mbps = 0;
 };
 
-// A node without children, and what its ports use.
+// A node without children, and the resources of its ports.
 struct tree_node {
   reply bytes;
   shared_out used;

@@ -19,7 +19,7 @@ uint32 set_port(interface& port, const setting& of, const setting_value& value) 
   return change_settings(port, [&](interface& it) { return set_value(of, it, value); });
 }
 
-// Members take what they can of their channel's settings: others may have followed from the one that was set.
+// Members take all settings of their channel that they support: others may have followed from the one that was set.
 void hand_to_members(const interface& channel) {
   for (const if_index_t member : the_machine().members_of(channel.if_index))
     change_settings(*the_machine().find(member), [&](interface& it) -> uint32 {

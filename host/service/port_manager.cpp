@@ -17,7 +17,7 @@ bool is_of_type(if_index_t if_index, uint32 wanted) {
 }
 
 // One record for each interface of a range, with the detail that it needs. The in-band interface is listed, but it is
-// no port and has none.
+// not a port and has none.
 template <typename Record>
 reply answer_range(std::span<const std::byte> bytes, detail needed, Record (*record_of)(const interface&)) {
   const auto request = read_request<range_request>(bytes);
@@ -59,7 +59,7 @@ reply answer_tracked_ports(const interface& port) {
   return answer.finish();
 }
 
-// Clears what was asked for: the interfaces themselves, or sub-interfaces when the first one is such.
+// Clears the interfaces of the request, or their sub-interfaces when the first one is a sub-interface.
 reply clear_range(std::span<interface> interfaces) {
   const boolean of_subs = if_index_is_sub_intf(interfaces.front().if_index);
   reply answer = answer_writer(0).finish();

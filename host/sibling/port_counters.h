@@ -14,7 +14,7 @@ extern "C" {
  * printed.
  */
 
-/* Every counter, the layer-3 ones behind the others; of a sub-interface those alone. */
+/* All counters, the layer-3 ones last; only those of a sub-interface. */
 uint32 sibling_show_all_counters(paraminfo_t* param);
 
 /* A row of the storm-control table. A sub-interface has none. */
