@@ -50,12 +50,12 @@ std::string demonstration_switch() {
   return "campus.yaml";
 }
 
-// Where cleared counters are kept; empty: for the session only.
+// The file of cleared counters; empty: only for the session.
 std::string cleared_counters_file(const options& wanted) {
   return wanted.has_session_counters ? "" : state_file("cleared-counters." + kernel_namespace());
 }
 
-// Where the interfaces of devices are stored; empty: nowhere.
+// The file of the interfaces of devices; empty: none.
 std::string interface_names_file() {
   const std::string file = state_file("interface-names." + kernel_namespace());
   make_directories_of(file);  // the source reports a file that it cannot write
@@ -109,7 +109,7 @@ bool provoke(const options& wanted) {
   return true;
 }
 
-// Makes the settings of a file before anything else happens; its last mode does not stay.
+// Runs the commands of the --config file first; the session does not keep its mode.
 int begin_with(const std::string& configuration, shell& session) {
   if (configuration.empty()) return kDone;
   const int code = run_file(session, configuration);
@@ -129,7 +129,7 @@ fs::path library_directory() {
                                                          : (program_directory() / PMCLI_LIBRARIES).lexically_normal();
 }
 
-// Files, commands, or what the user types. Returns the first exit code that is not 0.
+// Runs files, commands or typed lines. Returns the first exit code that is not 0.
 int run_session(const options& wanted, shell& session) {
   int result = begin_with(wanted.configuration, session);
   if (result != kDone && (result == kInterrupted || !wanted.keep_going)) return result;
@@ -174,7 +174,7 @@ int run(const options& wanted) {
   return result == kDone ? code : result;
 }
 
-// A descriptor that is closed must not become that of another file: reading and writing it fail.
+// Standard descriptors that are closed must not become those of other files: reading and writing them fail.
 void hold_standard_descriptors() {
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
     if (fcntl(descriptor, F_GETFD) < 0) open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);

@@ -79,8 +79,8 @@ void take_vocabulary(const function_finder& library) {
   set_vocabulary(words);
 }
 
-// Whether the segments of a library reach beyond the end of its file: the loader would map them, and touching them ends
-// the process. Anything else that is wrong with the file, the loader reports.
+// Whether the segments of a library reach beyond the end of its file: the loader would map them, and accessing them
+// would end the process. The loader reports all other faults of the file.
 bool is_cut(const std::string& file) {
   std::ifstream in(file, std::ios::binary | std::ios::ate);
   const auto size = static_cast<uint64>(std::max<std::streamoff>(in.tellg(), 0));

@@ -36,7 +36,7 @@ constexpr interface_kind kKinds[] = {
 };
 // clang-format on
 
-// Of what is no interface at all.
+// For an index that is not an interface.
 constexpr interface_kind kUnknown = {IF_TYPE_NONE, usual, 0, false, nullptr, nullptr};
 
 }  // namespace

@@ -28,11 +28,11 @@ class command_parameters {
   // Argument 1: ranges of numbers.
   void add_number_ranges(std::span<const vlan_span> ranges);
 
-  // The block is for a setting, or for its "no" form: argument 0 are the interfaces, the tokens follow.
+  // The block is for a setting, or for its "no" form: argument 0 has the interfaces, the tokens follow.
   void begin_setting(bool is_no);
   void add_token(uint32 token_id, void* value);  // the value is the caller's; null: none
 
-  // Argument 0 are interfaces that the command creates, or deletes in its "no" form; they are to be verified.
+  // Argument 0 has interfaces that the command creates, or deletes in its "no" form; they need verification.
   void begin_creation(bool is_no);
 
   // The block for one interface, or for at most PARAM_MAX_RANGES ranges of a kind.

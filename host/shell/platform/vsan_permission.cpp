@@ -1,4 +1,4 @@
-// What the platform asks of the shell: whether its user may see a port, and whether some VSANs are all that he sees.
+// Permissions of the shell's user: whether a port is visible, and whether the user is restricted to some VSANs.
 #include "platform/vsan.h"
 #include "platform/vsh.h"
 #include "switch/model.h"
