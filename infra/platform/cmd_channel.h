@@ -1,4 +1,4 @@
-/* The output channel of the running command: text for a person and tagged values for a program, said at once. */
+/* The output channel of the running command: text for people and tagged values for programs. */
 #ifndef PLATFORM_CMD_CHANNEL_H
 #define PLATFORM_CMD_CHANNEL_H
 
@@ -61,7 +61,7 @@ cmd_rx_handle_t* cmd_paraminfo_to_rxhandle(paraminfo_t* param);
 
 /*
  * Binds a value to a tag for the cmd_prt() whose argument it is; at least 16 may be bound for one cmd_prt().
- * `value` points to what the type code of `tuple_value` promises, and is read before that cmd_prt() returns.
+ * `value` has the type of the type code of `tuple_value`, and is read before that cmd_prt() returns.
  */
 cmd_tuple_t* cmd_tuple(uint32 tuple_value, const void* value);
 

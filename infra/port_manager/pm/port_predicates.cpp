@@ -1,4 +1,4 @@
-// What kinds of interface are, and which attributes they have.
+// Predicates on kinds of interface and their attributes.
 
 #include "platform/if_index.h"
 #include "platform/transceiver.h"

@@ -84,7 +84,7 @@ void for_each_in_ranges(const interface_listing& listed, const intf_range_t& ran
   });
 }
 
-// Room for `count` interfaces, or null after two lines were printed. `told_size` is what the second line says, in
+// Room for `count` interfaces, or null after two lines were printed. `told_size` is the size in the second line, in
 // bytes.
 index_block allocate_indexes(uint32 count, uint32 told_size, int line = __builtin_LINE()) {
   const uint32 size = count * static_cast<uint32>(sizeof(if_index_t));

@@ -1,4 +1,4 @@
-// The frame of a command handler: what each does before and after its display.
+// The frame of a command handler: the steps before and after its display.
 #pragma once
 
 #include <cstring>

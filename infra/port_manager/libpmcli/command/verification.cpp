@@ -28,9 +28,9 @@ constexpr mts_opc_t kVerifyOpcode = 330;
 constexpr int32 kVerifyTimeout = 60;    // seconds
 constexpr uint32 kConfigTimeout = 120;  // seconds
 
-// What the arguments of the command say.
+// The arguments of the command.
 struct named_interfaces {
-  bool is_conf = false;  // a configuration command, which may create or delete what it names
+  bool is_conf = false;  // a configuration command, which may create or delete its interfaces
   bool is_move = false;
   const intf_range_t* ranges = nullptr;
 };
@@ -119,7 +119,7 @@ exchange_end exchange(mts_q_handle_t q, uint32 sap, const request_block& request
   return exchange_end::not_dropped;
 }
 
-// What is said of a status that refuses.
+// The text for a status that refuses.
 struct refusal {
   uint32 status;
   const char* text;
@@ -143,7 +143,7 @@ int32 judge(uint32 status) {
   return kRefused;
 }
 
-// Creates or deletes what a configuration command names, when the port manager's status says that this is to be done.
+// Creates or deletes the interfaces of a configuration command, when the port manager's status requires this.
 // The loopback rule is the same for both forms, which is intended.
 uint32 configure(interface_mask_t mask, const paraminfo_t* param, const intf_range_t& ranges, uint32 status) {
   const bool is_no = param->no_flag == 1;
@@ -156,7 +156,7 @@ uint32 configure(interface_mask_t mask, const paraminfo_t* param, const intf_ran
   return status;
 }
 
-// Asks the port manager; -1 after the reason was printed.
+// Sends the request to the port manager; -1 after the reason was printed.
 int32 ask_status(const paraminfo_t* param, const named_interfaces& named, uint32* status) {
   const bool is_no = param->no_flag == 1;
   const intf_range_t& ranges = *named.ranges;

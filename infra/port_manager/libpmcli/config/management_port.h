@@ -1,4 +1,4 @@
-// What the management port does not let a command change.
+// Settings that cannot be changed on the management port.
 #pragma once
 
 #include "config/config_command.h"

@@ -15,7 +15,7 @@ using errors_t = statscl_portcl_mac_error_stats_t;
 using ctrl_t = statscl_portcl_mac_ctrl_stats_t;
 using layer_t = statscl_portcl_lu_layer_stats_t;
 
-// Where the values of the rows come from.
+// The records with the values of the rows.
 template <auto Member>
 uint64 flow(const port_stats& stats) {
   return stats.mac.pktflow.*Member;
@@ -288,7 +288,7 @@ constexpr counter_row<pfstat_key_cntrs_t> kAllL3[] = {
      l3<&pfstat_l3_cntrs_t::l3_average_output_packets>},
 };
 
-// What the key of forwarding statistics says of its counters.
+// The layers of the counters, by the key of forwarding statistics.
 enum key_flags : uint32 { kLayer2Only = 1, kLayer3 = 2, kBothLayers = 3 };
 
 // Whether there are layer-3 counters that are not 0.

@@ -38,7 +38,7 @@ void show_detail(cmd_rx_handle_t* rx, mts_q_handle_t q, if_index_t if_index, pm_
   pm_cli_common_show_intf_data_t data;
   pm_cli_get_port_data(if_index, q, &data);
   ip_if_stats stats{};
-  pm_cli_get_loopback_counters(if_index, q, &stats);  // what it left is shown
+  pm_cli_get_loopback_counters(if_index, q, &stats);  // shown also after a failure
   pm_cli_calc_ip_reliability_loads(&stats, &data);
   pm_cli_show_port_info(rx, record, &data);
   pm_cli_loopback_intf_stats_print(rx, &stats, 0);

@@ -17,7 +17,7 @@ namespace {
 
 using intf_data = pm_cli_common_show_intf_data_t;
 
-// What a virtual Ethernet interface is bound to.
+// The binding of a virtual Ethernet interface.
 void print_binding(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
   if (kind_of(port.if_index) != IF_TYPE_VETHERNET) return;
   if (port.bound_ifindex != 0)

@@ -67,7 +67,7 @@ void print_count(const char* format, int32 count) {
 
 // ---- Nodes: each prints one with its children, and passes it ------------------------------------------------------
 
-// What became of a node: passed, of another kind (that was printed), or not there as a whole.
+// The result of reading a node: passed, of another kind (which was printed), or incomplete.
 enum class node_end { passed, malformed, cut };
 
 using print_node = node_end (*)(reader* at);
@@ -161,7 +161,7 @@ reader endless(const pm_mod_resource_alloc_resp_data_t* node) {
 
 // ---- The answer -------------------------------------------------------------------------------------------------
 
-// What a module's own node says against its groups; false after that was printed.
+// Compares a module's own node with its groups; false after a contradiction was printed.
 bool is_module_expected(const resource_node& module, uint32 wanted) {
   if (module.id != wanted) {
     std::printf("Incorrect module number %d in response\n", static_cast<int32>(module.id));

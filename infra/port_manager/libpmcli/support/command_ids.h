@@ -7,7 +7,7 @@
 
 namespace pmcli {
 
-// A command id, or consecutive ones, and what they do.
+// A command id, or consecutive ones, and their action.
 template <typename Action>
 struct command_ids {
   constexpr command_ids(uint32 id, Action does) : command_ids(id, id, does) {}

@@ -1,4 +1,4 @@
-// What must be released is released by its scope.
+// Guards that release resources at the end of a scope.
 #pragma once
 
 #include <dlfcn.h>

@@ -1,4 +1,4 @@
-// What kind of module and transmitter a transceiver is.
+// The class of a transceiver's module and transmitter.
 
 #include <algorithm>
 #include <cstdio>

@@ -32,7 +32,7 @@ void print_extended_id(const char* text, uint8 code) {
   std::printf("    tarno extended id is %s (0x%x)\n", text, code);
 }
 
-// Whether the port's record says that the transceiver is not ready; a failed query says nothing.
+// Whether the port's record reports that the transceiver is not ready; false after a failed query.
 bool is_initializing(mts_q_handle_t q, if_index_t if_index) {
   const port_answer answer = ask_port_record(q, if_index);
   return answer.record != nullptr && answer.record->sfp_initializing_state != 0;
