@@ -12,7 +12,7 @@ namespace {
 
 using sibling::request;
 
-// What the statistics client says of a port; nothing after that was printed.
+// The report of the statistics client on a port; nothing after a failure was printed.
 std::optional<statscl_portcl_stats_msg_t> statistics_of(const request& wanted) {
   statscl_portcl_stats_msg_t stats{};
   if (pm_cli_get_eth_stat_info(wanted.if_index, &stats) == 0) return stats;

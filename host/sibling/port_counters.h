@@ -1,4 +1,4 @@
-/* Counter displays of Ethernet ports and port-channels, which the command library itself leaves to others. */
+/* Counter displays of Ethernet ports and port-channels, which the command library itself does not have. */
 #ifndef SIBLING_PORT_COUNTERS_H
 #define SIBLING_PORT_COUNTERS_H
 

@@ -6,7 +6,7 @@
 
 namespace sibling {
 
-// Asks for the record and frees it. Without one the reason was printed.
+// Requests the record and frees it. Without one the reason was printed.
 class port_record {
  public:
   explicit port_record(const request& wanted);

@@ -36,7 +36,7 @@ std::optional<pm_fcot_res_t> transceiver_of(const request& wanted) {
   return record;
 }
 
-// False when there is no module whose values could follow.
+// False when there is no module with values.
 bool show_identity(const request& wanted) {
   const sibling::port_record port(wanted);
   if (!port) return false;

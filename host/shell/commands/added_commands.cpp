@@ -50,7 +50,7 @@ struct table_reader {
     return reinterpret_cast<command_handler>(found);
   }
 
-  // What the library says of an exported address; null when it says nothing.
+  // The symbol of an exported address; null when there is none.
   static const ElfW(Sym) * symbol_at(const void* address) {
     Dl_info where{};
     const ElfW(Sym)* symbol = nullptr;
@@ -60,7 +60,7 @@ struct table_reader {
   }
 };
 
-// Texts that are made here and that the grammar and the schema refer to from then on.
+// Texts made here, to which the grammar and the schema refer.
 std::string_view keep(std::string text) {
   static std::deque<std::string> kept;
   return kept.emplace_back(std::move(text));
@@ -102,7 +102,7 @@ bool is_printable(std::string_view text) {
   });
 }
 
-// A text that must be there.
+// A required text.
 std::string_view read_text(const table_reader& reader, const char* text, const char* what) {
   if (text == nullptr || text[0] == '\0') reader.refuse("it has no " + std::string(what));
   if (!is_printable(text)) reader.refuse("its " + std::string(what) + " has control characters");
@@ -269,7 +269,7 @@ std::multimap<std::string_view, owner_of_kinds>& owners() {
   return all;
 }
 
-// Whether some line is accepted by both, arguments by their names.
+// Whether both accept a common line, comparing arguments by their names.
 bool share_a_line(const command_syntax& one, const command_syntax& other) {
   // [i][j]: the first i words of one and the first j of the other accept a common line.
   bool agree[MAX_SYNTAX_WORDS + 1][MAX_SYNTAX_WORDS + 1] = {{true}};
@@ -371,7 +371,7 @@ void read_library(const std::string& file) {
   std::error_code none;
   if (std::filesystem::exists(file, none) && !std::filesystem::is_regular_file(file, none))
     throw library_error(file + ": it is not a file.");
-  // The loader looks for a name without a slash in its own places.
+  // The loader searches its own directories for a name without a slash.
   const std::string path = file.find('/') == std::string::npos ? "./" + file : file;
   static std::deque<loaded_library> libraries;
   const loaded_library& library = libraries.emplace_back(path, loaded_library::binding::at_once);

@@ -41,7 +41,7 @@ constexpr word_help kCommonWords[] = {
     {"up", "Only interfaces that are up"},
 };
 
-// The table with what was added.
+// The table with added commands.
 std::vector<command>& command_list() {
   static std::vector<command> commands = [] {
     std::vector<command> all;
@@ -62,7 +62,7 @@ std::string_view find_help(std::span<const word_help> words, std::string_view wo
   return known == words.end() ? std::string_view() : known->help;
 }
 
-// With how many equal words two commands begin.
+// The number of words that two commands share at their beginning.
 std::size_t num_common_words(const command_syntax& one, const command_syntax& other) {
   std::size_t count = 0;
   while (count < std::min(one.num_words, other.num_words) && one.words[count].text == other.words[count].text) ++count;

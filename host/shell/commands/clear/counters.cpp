@@ -1,4 +1,5 @@
-// "clear counters": hands interfaces to the owner of their counters, and compares what was cleared with what was named.
+// "clear counters": passes interfaces to the owner of their counters, and compares the cleared ones with the named
+// ones.
 #include <dlfcn.h>
 
 #include <algorithm>
@@ -39,7 +40,7 @@ constexpr if_index_type_t kAll[] = {IF_TYPE_MGMT,      IF_TYPE_ETHERNET,        
 
 // ---- Handing over ---------------------------------------------------------------------------------------------------
 
-// Who clears a kind of interface.
+// The part of the library that clears a kind of interface.
 enum class clearer : uint8 { ethernet, port_channels, loopbacks, inband, others };
 
 clearer clearer_of(if_index_t if_index) {
@@ -118,13 +119,13 @@ void clear_inband_of_switch(const invocation& run, mts_q_handle_t q) {
 
 // ---- Comparing ------------------------------------------------------------------------------------------------------
 
-// What the services answered, by interface.
+// The answers of services, by interface.
 class answered_clears {
  public:
   explicit answered_clears(const std::vector<clear_result>& results) {
     for (const clear_result& it : results) {
       const auto [known, is_new] = by_low_.emplace(it.low, it);
-      if (!is_new && it.error == 0) known->second = it;  // of several answers the success counts
+      if (!is_new && it.error == 0) known->second = it;  // success takes precedence over other answers
     }
   }
 
@@ -144,7 +145,7 @@ class answered_clears {
   std::map<if_index_t, clear_result> by_low_;
 };
 
-// A function that the command library takes from a client library to clear interfaces.
+// A function of a client library by which the command library clears interfaces.
 struct client_function {
   const char* library;
   const char* name;
@@ -176,7 +177,7 @@ bool name_uncleared(const invocation& run, std::span<const if_index_t> wanted, c
   std::map<std::string, std::vector<if_index_t>> by_reason;
   std::map<clearer, std::string> not_asked;  // reasons, each found once
   for (const if_index_t if_index : wanted) {
-    if (is_inband(if_index)) continue;  // the kernel's, which answers nothing
+    if (is_inband(if_index)) continue;  // the kernel's, which sends no answer
     const clear_result* const result = answered.find(if_index);
     if (result != nullptr && result->error == 0) continue;
     if (result != nullptr) {
@@ -211,7 +212,7 @@ int keep_cleared(const invocation& run, const std::string& path) {
   return kDone;
 }
 
-// The exit code of a command that was to clear these interfaces.
+// The exit code of a command that should clear these interfaces.
 int result_of(const invocation& run, std::span<const if_index_t> wanted, const std::vector<clear_result>& results) {
   run.output.flush();
   const answered_clears answered(results);
@@ -221,7 +222,7 @@ int result_of(const invocation& run, std::span<const if_index_t> wanted, const s
   return has_failed ? kServiceFailed : kept;
 }
 
-// All interfaces of some kinds: `clear_all` is the command library's own way, which leaves out some of them. These are
+// All interfaces of some kinds: `clear_all` is the command library's own function, which omits some of them. These are
 // cleared by their ranges.
 template <typename ClearAll>
 int clear_every(const invocation& run, std::span<const if_index_type_t> kinds, ClearAll clear_all) {

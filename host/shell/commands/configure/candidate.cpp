@@ -1,4 +1,4 @@
-// The candidate: what it would change, and committing it.
+// The candidate: its differences and its commit.
 #include "shell/session/candidate.h"
 
 #include <map>
@@ -57,7 +57,7 @@ setting_difference with_interface(const shown_change& change, std::span<const if
   return all;
 }
 
-// Red and green where alarms and what is normal are.
+// Red and green, as for alarms and normal values.
 void print_command(command_output& output, char sign, const std::string& command, severity colour) {
   constexpr std::string_view kIndent = "  ";
   line_gatherer& line = output.line();
@@ -138,7 +138,7 @@ std::string text_of_commit(const changes_made& made, std::optional<uint32> secon
   return text + "\n";
 }
 
-// With `seconds` the commit waits so long for its confirmation.
+// With `seconds` the commit waits that long for its confirmation.
 int commit_changes(const invocation& run, std::optional<uint32> seconds) {
   const machine_changes changes = run.session.edited->changes();
   const ports_before before(run, changes.ports());

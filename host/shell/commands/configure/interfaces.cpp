@@ -36,7 +36,7 @@ int choose_interfaces(const invocation& run) {
   before.report();
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) {
-    leave_interfaces(run.session);  // settings that follow must not go to those chosen before
+    leave_interfaces(run.session);  // later settings must not apply to the interfaces chosen before
     return chosen.code;
   }
   run.session.configured = ranges_of(chosen.interfaces);

@@ -19,8 +19,8 @@
 namespace host {
 namespace {
 
-// The address that the user is connected from, by the environment; empty for one that sits at the machine or changed
-// the user, so that it is not known.
+// The address from which the user is connected, by the environment; empty at the machine itself, and after a change of
+// the user, when it is unknown.
 std::string address_of_user() {
   const char* const connection = std::getenv("SSH_CONNECTION");
   const std::string_view text = connection == nullptr ? "" : connection;
@@ -59,7 +59,7 @@ bool may_change(const invocation& run, Test is_changed) {
   return false;
 }
 
-// Whether a value is that of the command with "no".
+// Whether a value is the one of the "no" form.
 bool is_off(const setting& of, const port_settings& settings) {
   const auto value = of.get(settings);
   return std::any_of(of.forms.begin(), of.forms.end(), [&](const setting_form& it) {

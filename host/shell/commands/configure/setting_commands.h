@@ -1,4 +1,4 @@
-// The commands that make settings: one for each form of each setting, and those that are no settings of their own.
+// The commands of settings: one for each form of each setting, and those that combine settings.
 #pragma once
 
 #include <array>
@@ -13,7 +13,7 @@
 
 namespace host {
 
-// Makes the setting of a line, by the command library or by the host, for the chosen interfaces.
+// Applies the setting of a line to the chosen interfaces, by the command library or by the host.
 int set_ports(const invocation& run);
 int set_ports_of_host(const invocation& run);
 

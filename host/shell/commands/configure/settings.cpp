@@ -51,7 +51,7 @@ void add_tokens(const command_line& line, command_parameters& parameters, token_
 
 int32 worse(int32 one, int32 other) { return one == kForbiddenSetting || one == 1 ? one : other; }
 
-// Asks the command library for a setting of all ranges: one call for as many of them as an argument holds. A command
+// Calls the command library for a setting of all ranges: one call for as many of them as an argument holds. A command
 // that is refused or not confirmed sends nothing, and ends with its first call. Returns the worst result.
 int32 set_ranges(const invocation& run, mts_q_handle_t q, const setting_results& results) {
   const kept_answers answers;
@@ -142,7 +142,7 @@ constexpr word_help kOtherWords[] = {
     {"vlan", "VLANs"},
 };
 
-// Those first that have a help of their own.
+// Words with their own help first.
 constexpr auto kWords = [] {
   std::array<word_help, std::size(kOtherWords) + kWordsOfForms.size()> words{};
   std::copy(kWordsOfForms.begin(), kWordsOfForms.end(),

@@ -1,4 +1,4 @@
-// Taking changes back.
+// "undo".
 #include "messages/calls/command_account.h"
 #include "settings/change_journal.h"
 #include "shell/commands/configure/own_connection.h"

@@ -1,4 +1,4 @@
-// "show changes": what this session changed, as commands, with what was before.
+// "show changes": the changes of this session, as commands, with the previous ones.
 #include <deque>
 #include <map>
 #include <string>
@@ -16,7 +16,7 @@
 namespace host {
 namespace {
 
-// The settings of a port after a step: what a later one found, or what is now.
+// The settings of a port after a step: those before a later step, or the current ones.
 command_list commands_after(const std::deque<change_step>& steps, std::size_t at, const interface& port) {
   for (std::size_t later = at + 1; later < steps.size(); ++later)
     if (const auto found = steps[later].before.find(port.if_index); found != steps[later].before.end())

@@ -16,7 +16,7 @@ enum class port_light : uint8 { unknown, up, down, admin_down, error_disabled };
 struct front_panel {
   uint32 unit = 0;  // satellite; 0: the switch itself
   uint32 module = 0;
-  std::string model;  // printable; empty: not known, or not the same for all ports
+  std::string model;  // printable; empty: unknown, or not the same for all ports
   std::map<uint32, port_light> ports;
 };
 

@@ -15,7 +15,7 @@
 namespace host {
 namespace {
 
-// How the displays of a command went.
+// The result of a command's displays.
 struct tally {
   std::size_t shown = 0;
   std::size_t failed = 0;

@@ -1,4 +1,4 @@
-// "show panel": the fronts of the modules, of the values that the service of values has.
+// "show panel": the front panels of the modules, from the service of interface values.
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
@@ -69,7 +69,7 @@ std::string model_of(std::span<const interface_value> values) {
 
 // ---- Fronts ---------------------------------------------------------------------------------------------------------
 
-// The front that a port belongs to. Ports of two kinds may have the same number: the second is on a front of its own.
+// The front that a port belongs to. Ports of two kinds may have the same number: the second is on a separate front.
 front_panel& front_for(std::vector<front_panel>& fronts, const interface_number& number, const std::string& model) {
   const auto found = std::find_if(fronts.begin(), fronts.end(), [&number](const front_panel& it) {
     return it.unit == number.unit && it.module == number.slot && !it.ports.contains(number.port);
@@ -106,7 +106,7 @@ bool is_utf8_locale() {
   return false;
 }
 
-// Marks are of the channel: plain text has those of optical diagnostics.
+// Marks belong to the channel: plain text has those of optical diagnostics.
 void print(command_output& output, const panel_line& shown) {
   line_gatherer& line = output.line();
   line.set_of_channel();

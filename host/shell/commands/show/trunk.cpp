@@ -4,7 +4,7 @@
 namespace host {
 namespace {
 
-// Of the others the library has no detailed view.
+// The library has no detailed view of the others.
 constexpr if_index_type_t kTrunksInDetail[] = {IF_TYPE_ETHERNET, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
 
 constexpr display kTrunkShown = {kTrunkDisplay, {}, "trunk", false, true};
