@@ -96,7 +96,7 @@ syserr_t refusal_of_creation(std::span<const index_range> ranges) {
   return present + missing > kMaxSubInterfaces ? PM_ERR_TOO_MANY_SUB_INTERFACES : 0;
 }
 
-bool is_loopback(if_index_t if_index) { return take_apart(if_index).type == IF_TYPE_LOOPBACK; }
+bool is_loopback(if_index_t if_index) { return decode_index(if_index).type == IF_TYPE_LOOPBACK; }
 
 bool is_too_wide(const index_range& range) { return range.high - range.low >= kMaxLoopbacks; }
 

@@ -32,7 +32,7 @@ class subject {
 
   interface& port;
 
-  if_index_type_t kind() const { return take_apart(port.if_index).type; }
+  if_index_type_t kind() const { return decode_index(port.if_index).type; }
   bool is_sub_interface() const { return if_index_is_sub_intf(port.if_index) != 0; }
   bool is_any_of(std::initializer_list<if_index_type_t> kinds) const {
     return std::find(kinds.begin(), kinds.end(), kind()) != kinds.end();

@@ -31,7 +31,7 @@ void hand_to_members(const interface& channel) {
 uint32 apply_to(interface& port, const setting& of, octets bytes) {
   if (port.refusal != 0) return port.refusal;
   if (port.is_locked) return PM_ERR_PORT_LOCKED;
-  if (!of.has_it(take_apart(port.if_index).type)) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
+  if (!of.has_it(decode_index(port.if_index).type)) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
   if (is_of_channel(of) && port.settings.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
   const auto value = value_of_octets(of, bytes, port);
   if (!value) return PM_ERR_VALUE_OUT_OF_RANGE;

@@ -138,7 +138,7 @@ name_writer name_of(if_index_t if_index, std::string_view kind_info::*prefix) {
     out.hexadecimal(if_index);
     return out;
   }
-  const index_fields fields = take_apart(if_index);
+  const index_fields fields = decode_index(if_index);
   out.text(prefix_of(fields, kind.*prefix));
   write_number(out, fields);
   if (fields.sub_interface != 0) {
@@ -163,7 +163,7 @@ int copy_name(char* buffer, uint32 size, const name_writer& name) {
 template <class Value>
 int32 give(bool has_field, if_index_t if_index, uint32 index_fields::*member, Value* value) {
   if (!has_field) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
-  *value = static_cast<Value>(take_apart(if_index).*member);
+  *value = static_cast<Value>(decode_index(if_index).*member);
   return 0;
 }
 
@@ -229,7 +229,7 @@ if_index_t first_index_of(if_index_type_t type) { return numbered_index(type, 0)
 
 if_index_t last_index_of(if_index_type_t type) { return numbered_index(type, kMaxNumber); }
 
-index_fields take_apart(if_index_t if_index) {
+index_fields decode_index(if_index_t if_index) {
   index_fields fields;
   fields.shape = kind_of(if_index).shape;
   if (fields.shape == index_shape::none) return fields;
@@ -255,7 +255,7 @@ index_fields take_apart(if_index_t if_index) {
 }  // namespace host
 
 int32 if_index_get_type(if_index_t if_index, if_index_type_t* type) {
-  const host::index_fields fields = host::take_apart(if_index);
+  const host::index_fields fields = host::decode_index(if_index);
   if (fields.shape == host::index_shape::none) return PM_ERR_NO_SUCH_INTERFACE;
   *type = fields.type;
   return 0;
@@ -299,7 +299,7 @@ int32 if_index_port_channel_get_channel_num(if_index_t if_index, uint32* channel
 }
 
 int32 if_index_port_channel_get_subtype(if_index_t if_index, pc_subtype_t* subtype) {
-  const host::index_fields fields = host::take_apart(if_index);
+  const host::index_fields fields = host::decode_index(if_index);
   if (fields.shape != host::index_shape::channel) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
   *subtype = fields.subtype;
   return 0;

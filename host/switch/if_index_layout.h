@@ -62,7 +62,7 @@ struct index_fields {
   uint32 sub_interface = 0;
   pc_subtype_t subtype = 0;
 };
-index_fields take_apart(if_index_t if_index);
+index_fields decode_index(if_index_t if_index);
 
 // The first index of a kind; all its indexes are below the first of the next kind.
 if_index_t first_index_of(if_index_type_t type);

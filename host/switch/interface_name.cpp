@@ -32,7 +32,7 @@ std::string interface_text(const interface_word& word, const interface_number& n
 }
 
 if_index_t index_of(if_index_type_t type, const interface_number& number, pc_subtype_t subtype) {
-  switch (take_apart(first_index_of(type)).shape) {
+  switch (decode_index(first_index_of(type)).shape) {
     case index_shape::slot_port:
       if (type == IF_TYPE_MGMT) return ethernet_index(type, 0, number.port);
       if (number.family != name_family::usual) return named_fc_index(number.family, number.port - 1);
@@ -44,7 +44,7 @@ if_index_t index_of(if_index_type_t type, const interface_number& number, pc_sub
 }
 
 interface_number number_of(if_index_t if_index) {
-  const index_fields fields = take_apart(if_index);
+  const index_fields fields = decode_index(if_index);
   if (fields.type == IF_TYPE_MGMT) return {.port = fields.port};
   if (fields.family != name_family::usual) return {.family = fields.family, .port = fields.port + 1};
   if (fields.shape == index_shape::channel || fields.shape == index_shape::number)

@@ -381,7 +381,7 @@ bool matches_name(const name_pattern& pattern, if_index_t if_index) {
   char displayed[64] = {};
   if (is_match(pattern, sprintf_if_index(displayed, if_index))) return true;
   const interface_number number = number_of(if_index);
-  const interface_word* const word = word_of(take_apart(if_index).type, number.family);
+  const interface_word* const word = word_of(decode_index(if_index).type, number.family);
   return word != nullptr && is_match(pattern, interface_text(*word, number).c_str());
 }
 

@@ -15,7 +15,7 @@ namespace {
 
 uint32 now_sec() { return static_cast<uint32>(clock_now()); }
 
-bool is_management(const interface& port) { return take_apart(port.if_index).type == IF_TYPE_MGMT; }
+bool is_management(const interface& port) { return decode_index(port.if_index).type == IF_TYPE_MGMT; }
 
 // Sets unknown counters of a record to 0.
 template <typename Counters>
@@ -93,7 +93,7 @@ bool clear_statistics(interface& port) {
 }
 
 std::string management_device(const machine& of, if_index_t if_index) {
-  const uint32 port = take_apart(if_index).port;
+  const uint32 port = decode_index(if_index).port;
   if (of.chassis_type == CHASSIS_17) return "eth" + std::to_string(port + 1);
   return of.chassis_type == CHASSIS_22 && port == 1 ? of.mgmt_device2 : of.mgmt_device;
 }

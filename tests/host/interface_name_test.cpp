@@ -375,7 +375,7 @@ TEST(InterfaceNumber, GoesToAnIndexAndBack) {
       named_fc_index(name_family::bay, 13),
       named_fc_index(name_family::external, 0),
   };
-  for (const if_index_t it : kIndexes) EXPECT_EQ(index_of(take_apart(it).type, number_of(it)), it);
+  for (const if_index_t it : kIndexes) EXPECT_EQ(index_of(decode_index(it).type, number_of(it)), it);
 }
 
 TEST(InterfaceWord, EveryKindHasAWord) {

@@ -697,7 +697,7 @@ class CampusSwitch : public testing::Test {
   auto count(Wanted wanted) const {
     return std::count_if(campus_.interfaces.begin(), campus_.interfaces.end(), wanted);
   }
-  static bool is_kind(const interface& it, if_index_type_t kind) { return take_apart(it.if_index).type == kind; }
+  static bool is_kind(const interface& it, if_index_type_t kind) { return decode_index(it.if_index).type == kind; }
   static bool is_sub_interface(const interface& it) { return if_index_is_sub_intf(it.if_index) != 0; }
 
   const machine campus_ = load_switch_file(PMCLI_SWITCHES "/campus.yaml", kNow);

@@ -44,7 +44,7 @@ constexpr interface_kind kUnknown = {IF_TYPE_NONE, usual, 0, false, nullptr, nul
 std::span<const interface_kind> all_kinds() { return kKinds; }
 
 const interface_kind& kind_of(if_index_t if_index) {
-  const index_fields fields = take_apart(if_index);
+  const index_fields fields = decode_index(if_index);
   const auto* const found = std::find_if(std::begin(kKinds), std::end(kKinds), [&fields](const interface_kind& kind) {
     return kind.type == fields.type && kind.family == fields.family;
   });

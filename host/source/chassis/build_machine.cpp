@@ -25,7 +25,7 @@ std::string name_of(if_index_t if_index) {
 }
 
 bool is_kind(if_index_t if_index, std::initializer_list<if_index_type_t> kinds) {
-  return std::find(kinds.begin(), kinds.end(), take_apart(if_index).type) != kinds.end();
+  return std::find(kinds.begin(), kinds.end(), decode_index(if_index).type) != kinds.end();
 }
 
 bool is_channel(if_index_t if_index) { return is_kind(if_index, {IF_TYPE_PORT_CHANNEL, IF_TYPE_ETH_PORT_CHANNEL}); }
@@ -36,7 +36,7 @@ bool is_always_layer_2(if_index_t if_index) {
 
 // Whether an interface needs a card in its slot.
 bool needs_card(if_index_t if_index) {
-  const index_fields fields = take_apart(if_index);
+  const index_fields fields = decode_index(if_index);
   return fields.shape == index_shape::slot_port && fields.type != IF_TYPE_MGMT;
 }
 
@@ -116,7 +116,7 @@ class builder {
     refuse_misplaced(placed.if_index, entry);
     interface port = entry.attributes;
     port.if_index = placed.if_index;
-    if (const uint32 unit = take_apart(port.if_index).unit; unit != 0) port.satellite_unit = unit;
+    if (const uint32 unit = decode_index(port.if_index).unit; unit != 0) port.satellite_unit = unit;
     number_description(port);
     set_layer(entry, port);
     set_capabilities(entry, port);
@@ -127,7 +127,7 @@ class builder {
   }
 
   void refuse_misplaced(if_index_t if_index, const interface_draft& entry) const {
-    const index_fields fields = take_apart(if_index);
+    const index_fields fields = decode_index(if_index);
     if (needs_card(if_index) && card_in(fields.slot) == nullptr)
       fail(entry.line, name_of(if_index) + ": slot " + std::to_string(fields.slot + 1) + " holds no card");
     if (fields.sub_interface != 0 && !exists(parent_of(if_index)))
@@ -157,7 +157,7 @@ class builder {
   }
 
   void set_capabilities(const interface_draft& entry, interface& port) const {
-    const card_draft* const card = needs_card(port.if_index) ? card_in(take_apart(port.if_index).slot) : nullptr;
+    const card_draft* const card = needs_card(port.if_index) ? card_in(decode_index(port.if_index).slot) : nullptr;
     file_reference wanted = entry.profile;
     if (wanted.text.empty() && card != nullptr) wanted = card->profile;
     transceiver_choice module = entry.module;
@@ -257,8 +257,8 @@ class builder {
       fail(entry.channel.line, name_of(member) + ": a sub-interface cannot join a port-channel");
     if (!can_join)
       fail(entry.channel.line, name_of(member) + " cannot join " + name_of(channel) + ": a port-channel of kind " +
-                                   std::to_string(take_apart(channel).type) + " takes no interface of kind " +
-                                   std::to_string(take_apart(member).type));
+                                   std::to_string(decode_index(channel).type) + " takes no interface of kind " +
+                                   std::to_string(decode_index(member).type));
   }
 
   if_index_t single(const file_reference& reference, const std::string& text) const {
@@ -288,7 +288,7 @@ class builder {
       if (channel == 0) continue;
       const if_index_t member = placed_[i].if_index;
       const if_index_t first = first_members.emplace(channel, member).first->second;
-      if (take_apart(first).type != take_apart(member).type)
+      if (decode_index(first).type != decode_index(member).type)
         fail(draft_.interfaces[placed_[i].entry].channel.line,
              name_of(member) + " and " + name_of(first) + " in " + name_of(channel) + " are of different kinds");
     }

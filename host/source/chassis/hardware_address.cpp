@@ -8,7 +8,7 @@ namespace {
 // The distance of an interface's address from the switch's base address: another region for each layout of indexes.
 // Sub-interfaces share their parent's.
 uint32 mac_offset(if_index_t if_index) {
-  const index_fields fields = take_apart(if_index);
+  const index_fields fields = decode_index(if_index);
   switch (fields.shape) {
     case index_shape::satellite: return 0x100000 | fields.unit << 12 | fields.slot << 8 | (fields.port & 0xFF);
     case index_shape::channel: return 0x010000 | fields.number;

@@ -281,7 +281,7 @@ void stand_still(statistics& stats) {
 }  // namespace
 
 bool follow_traffic(interface& port, uint32 now_sec) {
-  const bool is_management = take_apart(port.if_index).type == IF_TYPE_MGMT;
+  const bool is_management = decode_index(port.if_index).type == IF_TYPE_MGMT;
   if (port.traffic == nullptr) {
     stand_still(port.stats);
     return !is_management;

@@ -25,10 +25,10 @@ netlink_request creation_request(uint32 number, bool is_up, const std::string& n
 }  // namespace
 
 bool is_created_by_command(const kernel_link& link, if_index_t if_index) {
-  const if_index_type_t type = take_apart(if_index).type;
+  const if_index_type_t type = decode_index(if_index).type;
   if (link.kind == "dummy") return if_index == numbered_index(IF_TYPE_LOOPBACK, link.number);
   return link.kind == "vlan" && (type == IF_TYPE_ETHERNET || type == IF_TYPE_ETHERNET_L3) &&
-         take_apart(if_index).sub_interface == link.vlan;
+         decode_index(if_index).sub_interface == link.vlan;
 }
 
 uint32 create_dummy(uint32 number) {

@@ -56,7 +56,7 @@ if_index_t sub_interface_index(const kernel_link& link, const std::vector<mapped
   const auto parent =
       std::find_if(mapped.begin(), mapped.end(), [&link](const mapped_device& it) { return it.number == link.parent; });
   if (parent == mapped.end() || link.vlan == 0) return 0;
-  const index_fields fields = take_apart(parent->if_index);
+  const index_fields fields = decode_index(parent->if_index);
   if (fields.type == IF_TYPE_ETHERNET || fields.type == IF_TYPE_ETHERNET_L3)
     return ethernet_index(fields.type, fields.slot, fields.port, link.vlan);
   if (fields.type == IF_TYPE_ETH_PORT_CHANNEL)
@@ -86,7 +86,7 @@ class device_mapper {
   void add_known(const kernel_link& link) {
     const auto it = known_.of_devices.find(link.number);
     if (it == known_.of_devices.end() || !may_be_known_as(link, it->second.if_index)) return;
-    const index_fields fields = take_apart(it->second.if_index);
+    const index_fields fields = decode_index(it->second.if_index);
     const bool becomes_routed = fields.type == IF_TYPE_ETHERNET && is_routed(link);
     add(link, becomes_routed ? ethernet_index(IF_TYPE_ETHERNET_L3, fields.slot, fields.port) : it->second.if_index,
         it->second.reason);
@@ -108,7 +108,7 @@ class device_mapper {
     if_index_t found = usual_index(link, number, is_routed(link));
     if (of_user_.contains(switched_index(found))) return;
     while (found != 0 && !is_free(found)) found = usual_index(link, ++number, is_routed(link));
-    const bool is_channel = take_apart(found).type == IF_TYPE_ETH_PORT_CHANNEL;
+    const bool is_channel = decode_index(found).type == IF_TYPE_ETH_PORT_CHANNEL;
     add(link, found, is_channel ? name_reason::bond : name_reason::device_index);
   }
 
@@ -175,16 +175,16 @@ wanted_interfaces read_map_file(const std::string& path) {
 
 bool may_be_known_as(const kernel_link& link, if_index_t if_index) {
   if ((link.flags & IFF_LOOPBACK) != 0 || is_named_by_command(link)) return false;
-  const if_index_type_t type = take_apart(if_index).type;
+  const if_index_type_t type = decode_index(if_index).type;
   if (if_index == ethernet_index(IF_TYPE_MGMT, 0, 0)) return link.kind != "vlan";
-  if (link.kind == "dummy") return type == IF_TYPE_LOOPBACK && take_apart(if_index).number != 0;
-  if (is_port(link)) return type == IF_TYPE_ETHERNET && take_apart(if_index).sub_interface == 0;
-  const bool is_channel = type == IF_TYPE_ETH_PORT_CHANNEL && take_apart(if_index).sub_interface == 0;
+  if (link.kind == "dummy") return type == IF_TYPE_LOOPBACK && decode_index(if_index).number != 0;
+  if (is_port(link)) return type == IF_TYPE_ETHERNET && decode_index(if_index).sub_interface == 0;
+  const bool is_channel = type == IF_TYPE_ETH_PORT_CHANNEL && decode_index(if_index).sub_interface == 0;
   return type == IF_TYPE_VETHERNET || (link.kind == "bond" && is_channel);
 }
 
 if_index_t switched_index(if_index_t if_index) {
-  const index_fields it = take_apart(if_index);
+  const index_fields it = decode_index(if_index);
   return it.type == IF_TYPE_ETHERNET_L3 ? ethernet_index(IF_TYPE_ETHERNET, it.slot, it.port, it.sub_interface)
                                         : if_index;
 }

@@ -70,11 +70,11 @@ void set_state(const kernel_link& link, interface& port) {
 // none.
 void set_vlans(const kernel_link& link, interface& port) {
   const bool is_trunk = link.has_tagged_vlans;
-  port.settings.layer = link.slave_kind == "bridge" || take_apart(port.if_index).type == IF_TYPE_ETHERNET
+  port.settings.layer = link.slave_kind == "bridge" || decode_index(port.if_index).type == IF_TYPE_ETHERNET
                             ? uint32{IF_LAYER_2}
                             : uint32{IF_LAYER_3};
   port.settings.admin_mode =
-      is_trunk ? uint32{PM_PORT_MODE_TRUNK} : default_port_mode(take_apart(port.if_index).type, port.settings.layer);
+      is_trunk ? uint32{PM_PORT_MODE_TRUNK} : default_port_mode(decode_index(port.if_index).type, port.settings.layer);
   if (!link.vlans.empty()) {
     port.oper_mode = port.settings.admin_mode;
     port.settings.native_vlan = port.settings.access_vlan = link.native_vlan;
@@ -126,7 +126,7 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   set_state(link, port);
   set_vlans(link, port);
   const mapped_device* const master = find_by<&mapped_device::number>(mapped, link.master);
-  if (link.slave_kind == "bond" && master != nullptr && take_apart(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
+  if (link.slave_kind == "bond" && master != nullptr && decode_index(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
     port.settings.channel = master->if_index;
   set_abilities(link, port);
   port.is_created = is_created_by_command(link, if_index);
@@ -146,7 +146,7 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
   made.interfaces.reserve(mapped.size());
   for_each_mapped(links, mapped, [&](const mapped_device& it, const kernel_link& link) {
     fill_interface(link, mapped, it.if_index, made.interfaces.emplace_back());
-    const index_fields fields = take_apart(it.if_index);
+    const index_fields fields = decode_index(it.if_index);
     if (fields.type == IF_TYPE_MGMT) made.mgmt_device = it.device;
     if (fields.shape == index_shape::slot_port) made.num_slots = std::max(made.num_slots, fields.slot + 1);
   });
@@ -222,7 +222,7 @@ const kernel_link* kernel_source::link_of(if_index_t if_index) {
 }
 
 uint32 kernel_source::create_interface(if_index_t if_index) {
-  const index_fields fields = take_apart(if_index);
+  const index_fields fields = decode_index(if_index);
   if (fields.type == IF_TYPE_LOOPBACK) {
     if (fields.number == 0) return status_of_text("the kernel numbers its devices from 1");
     const kernel_link* const other = find_link(links_, fields.number);
@@ -242,7 +242,7 @@ uint32 kernel_source::delete_interface(if_index_t if_index) {
 
 // The device may have another interface by the map.
 void kernel_source::delete_created_device(if_index_t if_index) {
-  const index_fields fields = take_apart(if_index);
+  const index_fields fields = decode_index(if_index);
   if (fields.type == IF_TYPE_LOOPBACK) {
     delete_device(fields.number);
     return;

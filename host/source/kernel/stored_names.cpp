@@ -72,7 +72,7 @@ if_index_t interface_of(std::string_view text) {
 }
 
 std::string text_of(if_index_t if_index) {
-  const interface_word* const word = word_of(take_apart(if_index).type);
+  const interface_word* const word = word_of(decode_index(if_index).type);
   return word == nullptr ? std::string() : interface_text(*word, number_of(if_index));
 }
 

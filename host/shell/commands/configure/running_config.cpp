@@ -65,7 +65,7 @@ std::string fixed_settings_of(const interface& it) {
   std::string lines;
   for (const setting& of : all_settings()) {
     const auto value = of.get(it.settings);
-    if (!value || of.has_it(take_apart(it.if_index).type) || is_usual(of, it)) continue;
+    if (!value || of.has_it(decode_index(it.if_index).type) || is_usual(of, it)) continue;
     for (const std::string& command : commands_for(of, *value)) lines += "  ! cannot be set: " + command + "\n";
   }
   return lines;
