@@ -44,7 +44,7 @@ struct pmhost_t {
 
 struct pmhost_command_t {
   pmhost_command_t(pmhost_t* of, uint32 id)
-      : host(of), command_id(id), parameters(of->session.library, of->session.who, queue.handle, id) {}
+      : host(of), command_id(id), parameters(of->session.library, of->session.user, queue.handle, id) {}
 
   pmhost_t* host;
   uint32 command_id;
@@ -260,7 +260,7 @@ pmhost_t* pmhost_open(const char* switch_file, char** error) {
     opened->session.switch_name = host::the_machine().name;
     opened->session.switch_file = file;
     const auto& users = host::the_machine().users;
-    opened->session.who = users.empty() ? nullptr : &users.front();
+    opened->session.user = users.empty() ? nullptr : &users.front();
     opened->session.output = &opened->output;
     program_output::of_program = stdout;
     host::set_error_sink(print_error_line);

@@ -85,11 +85,11 @@ std::string open_switch(const options& wanted) {
 bool choose_user(const std::string& name, shell& session) {
   const std::vector<user>& users = the_machine().users;
   if (name.empty()) {
-    session.who = users.empty() ? nullptr : &users.front();
+    session.user = users.empty() ? nullptr : &users.front();
     return true;
   }
-  session.who = the_machine().find_user(name);
-  if (session.who != nullptr) return true;
+  session.user = the_machine().find_user(name);
+  if (session.user != nullptr) return true;
   std::string names;
   for (const user& known : users) names.append(names.empty() ? "" : ", ").append(known.name);
   print_error("unknown user '" + name + "' in --user. " +

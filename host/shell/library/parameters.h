@@ -18,7 +18,7 @@ namespace host {
 // is called.
 class command_parameters {
  public:
-  command_parameters(const command_library& library, const user* who, mts_q_handle_t q, uint32 command_id);
+  command_parameters(const command_library& library, const host::user* user, mts_q_handle_t q, uint32 command_id);
   command_parameters(const command_parameters&) = delete;
   command_parameters& operator=(const command_parameters&) = delete;
 
@@ -43,13 +43,13 @@ class command_parameters {
   void set_command_id(uint32 command_id) { block_.command_id = command_id; }
 
   const command_library& library() const { return library_; }
-  const user* who() const { return who_; }
+  const host::user* user() const { return user_; }
   mts_q_handle_t queue() const { return block_.q; }
   bool is_no() const { return block_.no_flag != 0; }
 
  private:
   const command_library& library_;
-  const user* who_;
+  const host::user* user_;
   paraminfo_t block_{};
   param_arg_t interfaces_{};
   param_arg_t number_argument_{};

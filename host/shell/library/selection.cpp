@@ -178,12 +178,12 @@ bool verify(command_parameters& command, std::span<const expanded_span> spans, s
   });
 }
 
-bool is_restricted(const user* who) { return who != nullptr && who->vsans; }
+bool is_restricted(const host::user* user) { return user != nullptr && user->vsans; }
 
 // Takes the interfaces that the user may not see out of `found`. Nothing after the reason was printed.
 std::optional<interfaces> take_hidden(command_parameters& command, interfaces& found) {
   interfaces hidden;
-  if (!is_restricted(command.who())) return hidden;
+  if (!is_restricted(command.user())) return hidden;
   interfaces seen;
   for (const if_index_t if_index : found) {
     paraminfo_t* const block = command.for_interface(kind_of(if_index).mask, if_index);
@@ -195,9 +195,9 @@ std::optional<interfaces> take_hidden(command_parameters& command, interfaces& f
   return hidden;
 }
 
-std::string forbidden(const user& who, const interfaces& hidden) {
+std::string forbidden(const host::user& user, const interfaces& hidden) {
   constexpr std::size_t kNamed = 8;
-  std::string text = "not permitted: user '" + who.name + "' may not see ";
+  std::string text = "not permitted: user '" + user.name + "' may not see ";
   for (std::size_t i = 0; i < std::min(kNamed, hidden.size()); ++i) {
     char name[64];
     text.append(i == 0 ? "" : ", ").append(sprintf_if_index(name, hidden[i]));
@@ -212,7 +212,7 @@ void check_vsans(command_parameters& command, selection& chosen) {
     chosen.code = kServiceFailed;
   } else if (!hidden->empty()) {
     chosen.code = kNotPermitted;
-    chosen.complaint = forbidden(*command.who(), *hidden);
+    chosen.complaint = forbidden(*command.user(), *hidden);
   }
 }
 

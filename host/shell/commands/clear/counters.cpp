@@ -58,8 +58,8 @@ clearer clearer_of(if_index_t if_index) {
 }
 
 // Results of the handlers are ignored: interfaces that were not cleared are found by comparison.
-void clear_by(clearer who, const command_library& library, paraminfo_t* block) {
-  switch (who) {
+void clear_by(clearer owner, const command_library& library, paraminfo_t* block) {
+  switch (owner) {
     case clearer::ethernet: library.clear_ethernet(block); return;
     case clearer::port_channels: library.clear_port_channels(block); return;
     case clearer::loopbacks: library.clear_loopbacks(block); return;
@@ -82,8 +82,8 @@ void clear_block(const invocation& run, command_parameters& parameters, std::spa
 
 void clear_ranges(const invocation& run, command_parameters& parameters, std::span<const if_index_t> interfaces) {
   while (!interfaces.empty() && !run.output.is_discarding()) {
-    const auto has_other_clearer = [who = clearer_of(interfaces.front())](if_index_t it) {
-      return clearer_of(it) != who;
+    const auto has_other_clearer = [owner = clearer_of(interfaces.front())](if_index_t it) {
+      return clearer_of(it) != owner;
     };
     const auto most = interfaces.first(std::min<std::size_t>(interfaces.size(), PARAM_MAX_RANGES));
     const auto end = std::find_if(most.begin(), most.end(), has_other_clearer);
@@ -98,7 +98,9 @@ void clear_ranges(const invocation& run, command_parameters& parameters, std::sp
 bool is_inband(if_index_t if_index) { return clearer_of(if_index) == clearer::inband; }
 
 // By the switch file.
-bool has_inband_right(const invocation& run) { return run.session.who != nullptr && run.session.who->may_clear_inband; }
+bool has_inband_right(const invocation& run) {
+  return run.session.user != nullptr && run.session.user->may_clear_inband;
+}
 
 bool may_clear_inband(const invocation& run) {
   if (has_inband_right(run)) return true;
@@ -159,8 +161,8 @@ std::string fault_of(const client_function& wanted) {
   return is_there ? "no service was asked" : std::string(wanted.library) + " has no function " + wanted.name;
 }
 
-std::string why_not_asked(clearer who) {
-  switch (who) {
+std::string why_not_asked(clearer owner) {
+  switch (owner) {
     case clearer::ethernet: return fault_of({STATCL_LIBRARY, "statscl_clear_port_client_stats"});
     case clearer::loopbacks: return fault_of({IP_STATS_LIBRARY, "ip_clear_loopback_counters"});
     default: return "the command library does not clear interfaces of this kind";
@@ -184,9 +186,9 @@ bool name_uncleared(const invocation& run, std::span<const if_index_t> wanted, c
       by_reason[why_failed(*result)].push_back(if_index);
       continue;
     }
-    const clearer who = clearer_of(if_index);
-    std::string& reason = not_asked[who];
-    if (reason.empty()) reason = run.output.is_discarding() ? "the command was interrupted" : why_not_asked(who);
+    const clearer owner = clearer_of(if_index);
+    std::string& reason = not_asked[owner];
+    if (reason.empty()) reason = run.output.is_discarding() ? "the command was interrupted" : why_not_asked(owner);
     by_reason[reason].push_back(if_index);
   }
   for (const auto& [reason, interfaces] : by_reason)
@@ -228,7 +230,7 @@ template <typename ClearAll>
 int clear_every(const invocation& run, std::span<const if_index_type_t> kinds, ClearAll clear_all) {
   const command_queue q;
   command_account account(q.handle);
-  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   const selection every = select_all(parameters, kinds);
   if (every.code != kDone) return every.code;
   clear_all(parameters);
@@ -243,7 +245,7 @@ int clear_every(const invocation& run, std::span<const if_index_type_t> kinds, C
 int clear_named(const invocation& run, std::span<const interface_span> spans) {
   const command_queue q;
   command_account account(q.handle);
-  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   const selection chosen = select_named(parameters, spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;

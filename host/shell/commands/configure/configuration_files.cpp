@@ -25,7 +25,7 @@ constexpr uint32 kNoDisplayId = 0;
 // The interfaces that were named, or all that the user may see.
 selection select_configured(const invocation& run) {
   const command_queue q;
-  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   selection chosen = run.line.spans.empty() ? select_every(parameters) : select_named(parameters, run.line.spans);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   return chosen;

@@ -29,7 +29,7 @@ configured_interfaces ranges_of(const std::vector<if_index_t>& interfaces) {
 int choose_interfaces(const invocation& run) {
   const command_queue q;
   command_account account(q.handle);
-  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
   const interfaces_before before(run);
   const selection chosen = select_or_create(parameters, run.line.spans);
@@ -48,7 +48,7 @@ int delete_interfaces(const invocation& run) {
   if (!may_delete(run)) return kNotPermitted;
   const command_queue q;
   command_account account(q.handle);
-  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
   const interfaces_before before(run);
   const selection deleted = delete_named(parameters, run.line.spans, run.session.num_files > 0);

@@ -58,7 +58,7 @@ int32 set_ranges(const invocation& run, mts_q_handle_t q, const setting_results&
   const configured_interfaces& configured = run.session.configured;
   int32 worst = 0;
   for (std::span<const vsh_intf_mono_range_t> left = configured.ranges; !left.empty();) {
-    command_parameters parameters(run.session.library, run.session.who, q, kNoDisplayId);
+    command_parameters parameters(run.session.library, run.session.user, q, kNoDisplayId);
     token_values values;
     add_tokens(run.line, parameters, values);
     const auto block = left.first(std::min<std::size_t>(left.size(), PARAM_MAX_RANGES));

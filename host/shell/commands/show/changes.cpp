@@ -74,7 +74,7 @@ std::string text_without_steps(const shell& session) {
 
 int show_changes(const invocation& run) {
   const auto& steps = change_steps(the_machine());
-  const std::string user = run.session.who != nullptr ? run.session.who->name : std::string();
+  const std::string user = run.session.user != nullptr ? run.session.user->name : std::string();
   for (std::size_t at = 0; at < steps.size() && !run.output.is_discarding(); ++at) {
     const auto found = differences(steps, at, the_machine());
     if (run.output.is_structured())

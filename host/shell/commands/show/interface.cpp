@@ -164,7 +164,7 @@ std::vector<const interface_view*> views_from(const interface_view& first) {
 int show_views(const invocation& run, std::span<const interface_view* const> views,
                std::span<const if_index_type_t> kinds) {
   const command_queue q;
-  command_parameters parameters(run.session.library, run.session.who, q.handle, views.front()->command_id());
+  command_parameters parameters(run.session.library, run.session.user, q.handle, views.front()->command_id());
   if (run.line.number) parameters.add_number(*run.line.number);
   if (!run.line.vlans.empty()) parameters.add_number_ranges(run.line.vlans);
   const bool are_named = !run.line.spans.empty();

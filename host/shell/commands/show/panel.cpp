@@ -124,7 +124,7 @@ void print_fronts(command_output& output, const std::vector<front_panel>& fronts
 
 int show_panel(const invocation& run) {
   const command_queue q;
-  command_parameters parameters(run.session.library, run.session.who, q.handle, 0);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, 0);
   const selection chosen = select_ports(parameters);
   if (chosen.code != kDone) return chosen.code;
 
