@@ -165,17 +165,17 @@ void report_value(const pmhost_output_t& to, if_index_t if_index, const cmd_tupl
   to.value(to.context, &value);
 }
 
-host::output_settings settings_for(const pmhost_output_t& wanted) {
+host::output_settings settings_for(const pmhost_output_t& requested) {
   host::output_settings settings;
-  settings.structured = wanted.form == PMHOST_JSON;
-  if (wanted.write != nullptr)
-    settings.sink = [wanted](std::string_view text) {
+  settings.structured = requested.form == PMHOST_JSON;
+  if (requested.write != nullptr)
+    settings.sink = [requested](std::string_view text) {
       const program_output printing;
-      wanted.write(wanted.context, text.data(), text.size());
+      requested.write(requested.context, text.data(), text.size());
     };
-  if (wanted.value != nullptr)
-    settings.on_value = [wanted](if_index_t if_index, const cmd_tuple_t& tuple) {
-      report_value(wanted, if_index, tuple);
+  if (requested.value != nullptr)
+    settings.on_value = [requested](if_index_t if_index, const cmd_tuple_t& tuple) {
+      report_value(requested, if_index, tuple);
     };
   return settings;
 }
@@ -185,15 +185,15 @@ void print_error_line(std::string_view text) {
   std::fputs(line.c_str(), stderr);
 }
 
-void set_output(pmhost_t& host, const pmhost_output_t& wanted) {
-  host.output = settings_for(wanted);
-  if (wanted.error == nullptr) {
+void set_output(pmhost_t& host, const pmhost_output_t& requested) {
+  host.output = settings_for(requested);
+  if (requested.error == nullptr) {
     host::set_error_sink(print_error_line);
     return;
   }
-  host::set_error_sink([wanted](std::string_view text) {
+  host::set_error_sink([requested](std::string_view text) {
     const program_output printing;
-    wanted.error(wanted.context, std::string(text).c_str());
+    requested.error(requested.context, std::string(text).c_str());
   });
 }
 

@@ -136,12 +136,12 @@ struct configurable {
 };
 
 syserr_t refusal_of_loopbacks(std::span<const index_range> ranges) {
-  uint64 wanted = count_interfaces([](const interface& it) { return is_loopback(it.if_index); });
+  uint64 requested = count_interfaces([](const interface& it) { return is_loopback(it.if_index); });
   for (const index_range& range : ranges) {
     if (is_too_wide(range)) return PM_ERR_INVALID_RANGE;
-    wanted += count_missing(range);
+    requested += count_missing(range);
   }
-  return wanted > kMaxLoopbacks ? PM_ERR_INVALID_RANGE : 0;
+  return requested > kMaxLoopbacks ? PM_ERR_INVALID_RANGE : 0;
 }
 
 constexpr configurable kSubInterfaces = {is_sub_interface, refusal_of_creation};

@@ -11,6 +11,6 @@ port_settings merged_settings(port_settings now, const port_settings& from, cons
 
 // Has the source apply several settings of a port, one by one, in the order of commands. When it refuses one, those
 // before it are reverted and the port is unchanged. Returns 0, or the status of the refusal.
-uint32 apply_in_steps(interface& port, const port_settings& wanted);
+uint32 apply_in_steps(interface& port, const port_settings& requested);
 
 }  // namespace host

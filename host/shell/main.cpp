@@ -51,8 +51,8 @@ std::string demonstration_switch() {
 }
 
 // The file of cleared counters; empty: only for the session.
-std::string cleared_counters_file(const options& wanted) {
-  return wanted.has_session_counters ? "" : state_file("cleared-counters." + kernel_namespace());
+std::string cleared_counters_file(const options& requested) {
+  return requested.has_session_counters ? "" : state_file("cleared-counters." + kernel_namespace());
 }
 
 // The file of the interfaces of devices; empty: none.
@@ -63,20 +63,20 @@ std::string interface_names_file() {
 }
 
 // Sets the switch and its source. Returns the switch file; empty: none was read.
-std::string open_switch(const options& wanted) {
-  if (wanted.is_kernel) {
-    auto kernel =
-        std::make_unique<kernel_source>(wanted.map_file.empty() ? wanted_interfaces{} : read_map_file(wanted.map_file),
-                                        cleared_counters_file(wanted), interface_names_file());
+std::string open_switch(const options& requested) {
+  if (requested.is_kernel) {
+    auto kernel = std::make_unique<kernel_source>(
+        requested.map_file.empty() ? requested_interfaces{} : read_map_file(requested.map_file),
+        cleared_counters_file(requested), interface_names_file());
     the_machine() = kernel->read();
     if (!kernel->names_fault().empty()) print_error(kernel->names_fault());
     set_source(std::move(kernel));
     return {};
   }
-  std::string file = wanted.switch_file;
-  if (file.empty() && wanted.giant_ports == 0) file = demonstration_switch();
-  the_machine() = file.empty() ? make_giant(wanted.giant_ports) : load_switch_file(file);
-  if (wanted.has_defaults) set_to_defaults(the_machine());
+  std::string file = requested.switch_file;
+  if (file.empty() && requested.giant_ports == 0) file = demonstration_switch();
+  the_machine() = file.empty() ? make_giant(requested.giant_ports) : load_switch_file(file);
+  if (requested.has_defaults) set_to_defaults(the_machine());
   set_source(std::make_unique<chassis_source>());
   return file;
 }
@@ -97,9 +97,9 @@ bool choose_user(const std::string& name, shell& session) {
   return false;
 }
 
-bool provoke(const options& wanted) {
-  transport_limit_waits(wanted.longest_wait_sec);
-  for (const wanted_provocation& provoked : wanted.provocations) {
+bool provoke(const options& requested) {
+  transport_limit_waits(requested.longest_wait_sec);
+  for (const requested_fault& provoked : requested.provocations) {
     if (transport_provoke(provoked.service, provoked.what)) continue;
     std::string names;
     for (const service& known : all_services()) names.append(names.empty() ? "" : ", ").append(known.name);
@@ -130,20 +130,20 @@ fs::path library_directory() {
 }
 
 // Runs files, commands or typed lines. Returns the first exit code that is not 0.
-int run_session(const options& wanted, shell& session) {
-  int result = begin_with(wanted.configuration, session);
-  if (result != kDone && (result == kInterrupted || !wanted.keep_going)) return result;
-  for (const std::string& file : wanted.files) {
+int run_session(const options& requested, shell& session) {
+  int result = begin_with(requested.configuration, session);
+  if (result != kDone && (result == kInterrupted || !requested.keep_going)) return result;
+  for (const std::string& file : requested.files) {
     const int code = run_file(session, file);
     if (result == kDone) result = code;
-    if (session.is_leaving || (code != kDone && !wanted.keep_going)) return result;
+    if (session.is_leaving || (code != kDone && !requested.keep_going)) return result;
   }
-  if (wanted.commands.empty() && wanted.files.empty()) {
+  if (requested.commands.empty() && requested.files.empty()) {
     session.is_interactive = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
     const int code = session.is_interactive ? run_interactively(session) : run_input(session);
     return result == kDone ? code : result;
   }
-  for (const std::string& command : wanted.commands) {
+  for (const std::string& command : requested.commands) {
     const int code = run_line(session, command);
     if (result == kDone) result = code;
     if (code == kInterrupted || session.is_leaving) break;
@@ -151,24 +151,24 @@ int run_session(const options& wanted, shell& session) {
   return result;
 }
 
-int run(const options& wanted) {
-  if (wanted.published != nullptr) {
-    load_libraries(library_directory(), wanted.libraries);
-    return print_text(wanted.published());
+int run(const options& requested) {
+  if (requested.published != nullptr) {
+    load_libraries(library_directory(), requested.libraries);
+    return print_text(requested.published());
   }
-  if (wanted.clock) clock_set(static_cast<std::time_t>(*wanted.clock));
+  if (requested.clock) clock_set(static_cast<std::time_t>(*requested.clock));
   shell session;
-  session.switch_file = open_switch(wanted);
+  session.switch_file = open_switch(requested);
   transport_register(all_services());
-  if (!provoke(wanted)) return kUsage;
-  if (!choose_user(wanted.user, session)) return kUsage;
-  session.library = load_libraries(library_directory(), wanted.libraries);
+  if (!provoke(requested)) return kUsage;
+  if (!choose_user(requested.user, session)) return kUsage;
+  session.library = load_libraries(library_directory(), requested.libraries);
   session.switch_name = the_machine().name;
-  session.keeps_going = wanted.keep_going;
+  session.keeps_going = requested.keep_going;
 
-  if (wanted.is_dry_run) session.trying = std::make_unique<dry_run>(dry_run::kWholeSession);
-  if (wanted.assume_yes) assume_yes();
-  const int result = run_session(wanted, session);
+  if (requested.is_dry_run) session.trying = std::make_unique<dry_run>(dry_run::kWholeSession);
+  if (requested.assume_yes) assume_yes();
+  const int result = run_session(requested, session);
   end_candidate(session);
   const int code = end_unconfirmed_commit(session);
   return result == kDone ? code : result;
@@ -186,10 +186,10 @@ void hold_standard_descriptors() {
 int main(int argc, char** argv) {
   host::hold_standard_descriptors();
   int exit_code = host::kDone;
-  const auto wanted = host::read_options(argc, argv, exit_code);
-  if (!wanted) return exit_code;
+  const auto requested = host::read_options(argc, argv, exit_code);
+  if (!requested) return exit_code;
   try {
-    return host::run(*wanted);
+    return host::run(*requested);
   } catch (const host::yaml_file_error& error) {
     host::print_error(error.what());
     return host::kUsage;

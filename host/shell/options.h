@@ -9,7 +9,7 @@
 
 namespace host {
 
-struct wanted_provocation {
+struct requested_fault {
   std::string service;
   provocation what;
 };
@@ -30,7 +30,7 @@ struct options {
   std::string user;                      // empty: the first of the switch
   std::vector<std::string> libraries;    // files of command libraries of others
   std::string (*published)() = nullptr;  // a text to print instead of running
-  std::vector<wanted_provocation> provocations;
+  std::vector<requested_fault> provocations;
   std::optional<uint32> clock;  // seconds since 1970 at which the clock is stopped
   uint32 longest_wait_sec = 0;  // 0: what the services' clients ask for
 };

@@ -167,7 +167,7 @@ int32 give(bool has_field, if_index_t if_index, uint32 index_fields::*member, Va
   return 0;
 }
 
-bool has(if_index_t if_index, field wanted) { return (kind_of(if_index).fields & wanted) != 0; }
+bool has(if_index_t if_index, field requested) { return (kind_of(if_index).fields & requested) != 0; }
 
 bool is(if_index_t if_index, if_index_type_t type) { return if_index >> kKindShift == stored_kind(type); }
 

@@ -694,8 +694,8 @@ TEST(SwitchFile, ManagementDeviceIsTheFirstOfTheMachineUnlessTheFileNamesOne) {
 class CampusSwitch : public testing::Test {
  protected:
   template <class Wanted>
-  auto count(Wanted wanted) const {
-    return std::count_if(campus_.interfaces.begin(), campus_.interfaces.end(), wanted);
+  auto count(Wanted requested) const {
+    return std::count_if(campus_.interfaces.begin(), campus_.interfaces.end(), requested);
   }
   static bool is_kind(const interface& it, if_index_type_t kind) { return decode_index(it.if_index).type == kind; }
   static bool is_sub_interface(const interface& it) { return if_index_is_sub_intf(it.if_index) != 0; }

@@ -118,7 +118,7 @@ command_library load_command_library(const std::string& file) {
   command_library found;
   found.file = file;
   const function_finder common(file);
-  for (const named_handler& wanted : kHandlers) common.find(wanted.name, found.*wanted.handler);
+  for (const named_handler& requested : kHandlers) common.find(requested.name, found.*requested.handler);
   common.find("pm_cli_show_inband_port_config", the_inband_handler);
   found.show_inband = show_inband;
   common.find("pm_cli_if_index_enum_func", found.enumerate);

@@ -103,10 +103,10 @@ class builder {
     return nullptr;
   }
 
-  const capability_profile& profile_named(const file_reference& wanted) const {
+  const capability_profile& profile_named(const file_reference& requested) const {
     for (const capability_profile& it : draft_.profiles)
-      if (it.name == wanted.text) return it;
-    fail(wanted.line, "there is no profile '" + wanted.text + "'");
+      if (it.name == requested.text) return it;
+    fail(requested.line, "there is no profile '" + requested.text + "'");
   }
 
   // One interface
@@ -158,11 +158,11 @@ class builder {
 
   void set_capabilities(const interface_draft& entry, interface& port) const {
     const card_draft* const card = needs_card(port.if_index) ? card_in(decode_index(port.if_index).slot) : nullptr;
-    file_reference wanted = entry.profile;
-    if (wanted.text.empty() && card != nullptr) wanted = card->profile;
+    file_reference requested = entry.profile;
+    if (requested.text.empty() && card != nullptr) requested = card->profile;
     transceiver_choice module = entry.module;
-    if (!wanted.text.empty()) {
-      const capability_profile& profile = profile_named(wanted);
+    if (!requested.text.empty()) {
+      const capability_profile& profile = profile_named(requested);
       port.capabilities = profile.capabilities;
       if (!module.is_given) module = profile.module;
     }

@@ -114,8 +114,9 @@ bool is_switch(const setting& of) {
 }
 
 uint32 read_switch(const setting& of, const yaml_value& value) {
-  const form_kind wanted = value.yes_or_no() ? form_kind::word : form_kind::off;
-  return std::find_if(of.forms.begin(), of.forms.end(), [wanted](const auto& it) { return it.kind == wanted; })->value;
+  const form_kind requested = value.yes_or_no() ? form_kind::word : form_kind::off;
+  return std::find_if(of.forms.begin(), of.forms.end(), [requested](const auto& it) { return it.kind == requested; })
+      ->value;
 }
 
 uint32 read_number(const setting& of, const yaml_value& value) {
@@ -206,12 +207,12 @@ qos_counts read_qos(const yaml_value& value) {
     uint8 count = 0;
     const auto [next, error] = std::from_chars(at, end, count);
     const char unit = next != end ? *next : '\0';
-    uint8* const wanted = unit == 'p'   ? &counts.priorities
-                          : unit == 'q' ? &counts.queues
-                          : unit == 't' ? &counts.thresholds
-                                        : nullptr;
-    if (error != std::errc() || wanted == nullptr) value.fail_with_value("is not a queue structure such as 1p3q4t");
-    *wanted = count;
+    uint8* const requested = unit == 'p'   ? &counts.priorities
+                             : unit == 'q' ? &counts.queues
+                             : unit == 't' ? &counts.thresholds
+                                           : nullptr;
+    if (error != std::errc() || requested == nullptr) value.fail_with_value("is not a queue structure such as 1p3q4t");
+    *requested = count;
     at = next + 1;
   }
   return counts;

@@ -23,9 +23,11 @@ if_index_t interface_named(const yaml_value& value) {
   return index_of(spans[0].word->kinds.front(), spans[0].low);
 }
 
-constexpr key_rule<wanted_interface> kRules[] = {
-    {"interface", [](const yaml_value& value, wanted_interface& wanted) { wanted.if_index = interface_named(value); }},
-    {"routed", [](const yaml_value& value, wanted_interface& wanted) { wanted.is_routed = value.yes_or_no(); }},
+constexpr key_rule<requested_interface> kRules[] = {
+    {"interface",
+     [](const yaml_value& value, requested_interface& requested) { requested.if_index = interface_named(value); }},
+    {"routed",
+     [](const yaml_value& value, requested_interface& requested) { requested.is_routed = value.yes_or_no(); }},
 };
 
 // ---- The usual interface --------------------------------------------------------------------------------------------
@@ -69,11 +71,12 @@ if_index_t sub_interface_index(const kernel_link& link, const std::vector<mapped
 // Gives each device one interface, and each interface to one device: what is added first holds.
 class device_mapper {
  public:
-  device_mapper(const wanted_interfaces& wanted, const known_interfaces& known) : wanted_(wanted), known_(known) {}
+  device_mapper(const requested_interfaces& requested, const known_interfaces& known)
+      : requested_(requested), known_(known) {}
 
-  void add_wanted(const kernel_link& link) {
-    const auto it = wanted_.find(link.name);
-    if (it == wanted_.end() || it->second.if_index == 0) return;
+  void add_requested(const kernel_link& link) {
+    const auto it = requested_.find(link.name);
+    if (it == requested_.end() || it->second.if_index == 0) return;
     if (add(link, it->second.if_index, name_reason::map_file)) of_user_.insert(switched_index(it->second.if_index));
   }
 
@@ -119,8 +122,8 @@ class device_mapper {
 
  private:
   bool is_routed(const kernel_link& link) const {
-    const auto it = wanted_.find(link.name);
-    return it != wanted_.end() && it->second.is_routed;
+    const auto it = requested_.find(link.name);
+    return it != requested_.end() && it->second.is_routed;
   }
 
   bool is_free(if_index_t if_index) const {
@@ -135,7 +138,7 @@ class device_mapper {
     return true;
   }
 
-  const wanted_interfaces& wanted_;
+  const requested_interfaces& requested_;
   const known_interfaces& known_;
   std::vector<mapped_device> mapped_;
   std::set<uint32> done_;         // devices, by number
@@ -145,7 +148,7 @@ class device_mapper {
 
 }  // namespace
 
-wanted_interfaces read_map_file(const std::string& path) {
+requested_interfaces read_map_file(const std::string& path) {
   std::ifstream file(path);
   if (!file) throw yaml_file_error(path + ": cannot be read");
   YAML::Node document;
@@ -156,21 +159,22 @@ wanted_interfaces read_map_file(const std::string& path) {
   }
   const yaml_value top(document, "the map", path);
   require_map(top);
-  wanted_interfaces wanted;
+  requested_interfaces requested;
   for (const auto& entry : document) {
     const yaml_value device(entry.first, "device", path);
     const yaml_value value(entry.second, "interface", path);
-    wanted_interface& of_device = wanted[device.text()];
+    requested_interface& of_device = requested[device.text()];
     if (value.is_map())
       read_map(value, kRules, of_device);
     else
       of_device.if_index = interface_named(value);
-    const auto other = std::find_if(wanted.begin(), wanted.end(), [&](const auto& known) {
+    const auto other = std::find_if(requested.begin(), requested.end(), [&](const auto& known) {
       return &known.second != &of_device && known.second.if_index == of_device.if_index && of_device.if_index != 0;
     });
-    if (other != wanted.end()) value.fail("'" + other->first + "' and '" + device.text() + "' are the same interface");
+    if (other != requested.end())
+      value.fail("'" + other->first + "' and '" + device.text() + "' are the same interface");
   }
-  return wanted;
+  return requested;
 }
 
 bool may_be_known_as(const kernel_link& link, if_index_t if_index) {
@@ -190,11 +194,11 @@ if_index_t switched_index(if_index_t if_index) {
 }
 
 std::vector<mapped_device> map_devices(const std::vector<kernel_link>& links, uint32 management,
-                                       const wanted_interfaces& wanted, const known_interfaces& known) {
-  device_mapper map(wanted, known);
+                                       const requested_interfaces& requested, const known_interfaces& known) {
+  device_mapper map(requested, known);
   // Interfaces of the map file are assigned first, so that no other device takes them; VLAN devices last, because they
   // need their parents.
-  for (const kernel_link& link : links) map.add_wanted(link);
+  for (const kernel_link& link : links) map.add_requested(link);
   for (const kernel_link& link : links) map.add_own(link);
   for (const kernel_link& link : links)
     if (link.kind != "vlan") map.add_known(link);

@@ -159,8 +159,9 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
 
 // ---- The source -----------------------------------------------------------------------------------------------------
 
-kernel_source::kernel_source(wanted_interfaces wanted, const std::string& baseline_file, const std::string& names_file)
-    : wanted_(std::move(wanted)) {
+kernel_source::kernel_source(requested_interfaces requested, const std::string& baseline_file,
+                             const std::string& names_file)
+    : requested_(std::move(requested)) {
   baselines_.keep_in(baseline_file);
   names_.keep_in(names_file);
 }
@@ -174,7 +175,7 @@ machine kernel_source::read_again() {
   netlink_socket route(NETLINK_ROUTE);
   links_ = read_links(route);
   if (find_link(links_, management_) == nullptr) management_ = default_route_device(route);
-  mapped_ = names_.map(links_, management_, wanted_);
+  mapped_ = names_.map(links_, management_, requested_);
   details_.begin(links_, mapped_);
   counted_.clear();
   counted_.reserve(mapped_.size());

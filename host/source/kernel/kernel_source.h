@@ -19,9 +19,9 @@ namespace host {
 
 class kernel_source final : public switch_source {
  public:
-  // `wanted` has the interfaces that the user's map file gives to devices. Without the path of a file, baselines of
+  // `requested` has the interfaces that the user's map file gives to devices. Without the path of a file, baselines of
   // cleared counters, or the interfaces of devices, are known only to this process.
-  explicit kernel_source(wanted_interfaces wanted = {}, const std::string& baseline_file = {},
+  explicit kernel_source(requested_interfaces requested = {}, const std::string& baseline_file = {},
                          const std::string& names_file = {});
 
   // Reads the kernel. The first refresh() leaves the model as it was read here. Throws kernel_error.
@@ -72,7 +72,7 @@ class kernel_source final : public switch_source {
   uint32 delete_interface(if_index_t if_index);
   void delete_created_device(if_index_t if_index);
 
-  wanted_interfaces wanted_;
+  requested_interfaces requested_;
   stored_names names_;
   uint32 management_ = 0;  // the kernel's number of the management port's device: that of the first default route, as
                            // long as it exists, also when its route is lost; 0: none

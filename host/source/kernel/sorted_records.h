@@ -9,7 +9,7 @@ namespace host {
 template <auto Member, typename Records, typename Value>
 auto* find_by(Records& records, const Value& value) {
   const auto found = std::lower_bound(records.begin(), records.end(), value,
-                                      [](const auto& it, const Value& wanted) { return it.*Member < wanted; });
+                                      [](const auto& it, const Value& requested) { return it.*Member < requested; });
   return found != records.end() && (*found).*Member == value ? &*found : nullptr;
 }
 

@@ -282,10 +282,10 @@ bool stored_names::add_new(const std::vector<kernel_link>& links, const matches&
 }
 
 std::vector<mapped_device> stored_names::map(const std::vector<kernel_link>& links, uint32 management,
-                                             const wanted_interfaces& wanted) {
-  if (path_.empty() && entries_.empty()) return map_devices(links, management, wanted);
+                                             const requested_interfaces& requested) {
+  if (path_.empty() && entries_.empty()) return map_devices(links, management, requested);
   matches found = match(links);
-  std::vector<mapped_device> mapped = map_devices(links, management, wanted, known_of(links, found));
+  std::vector<mapped_device> mapped = map_devices(links, management, requested, known_of(links, found));
   if (path_.empty()) return mapped;
   entries before = entries_;
   if (!add_new(links, found, mapped)) return mapped;
@@ -299,7 +299,7 @@ std::vector<mapped_device> stored_names::map(const std::vector<kernel_link>& lin
   entries_ = std::move(before);
   read();
   found = match(links);
-  mapped = map_devices(links, management, wanted, known_of(links, found));
+  mapped = map_devices(links, management, requested, known_of(links, found));
   if (add_new(links, found, mapped) && !path_.empty()) write();
   return mapped;
 }

@@ -22,7 +22,7 @@ class stored_names {
 
   // Maps the devices, and stores the interfaces of new ones. Entries that another shell stored take precedence.
   std::vector<mapped_device> map(const std::vector<kernel_link>& links, uint32 management,
-                                 const wanted_interfaces& wanted);
+                                 const requested_interfaces& requested);
 
   // Why interfaces are not stored: one sentence; empty when they are.
   const std::string& fault() const { return fault_; }

@@ -153,12 +153,12 @@ struct client_function {
   const char* name;
 };
 
-std::string fault_of(const client_function& wanted) {
-  void* const library = dlopen(wanted.library, RTLD_NOW);
-  if (library == nullptr) return std::string(wanted.library) + " cannot be opened";
-  const bool is_there = dlsym(library, wanted.name) != nullptr;
+std::string fault_of(const client_function& requested) {
+  void* const library = dlopen(requested.library, RTLD_NOW);
+  if (library == nullptr) return std::string(requested.library) + " cannot be opened";
+  const bool is_there = dlsym(library, requested.name) != nullptr;
   dlclose(library);
-  return is_there ? "no service was asked" : std::string(wanted.library) + " has no function " + wanted.name;
+  return is_there ? "no service was asked" : std::string(requested.library) + " has no function " + requested.name;
 }
 
 std::string why_not_asked(clearer owner) {
@@ -175,10 +175,10 @@ std::string why_failed(const clear_result& result) {
 }
 
 // Names the interfaces whose counters were not cleared, by reason. False when there are none.
-bool name_uncleared(const invocation& run, std::span<const if_index_t> wanted, const answered_clears& answered) {
+bool name_uncleared(const invocation& run, std::span<const if_index_t> requested, const answered_clears& answered) {
   std::map<std::string, std::vector<if_index_t>> by_reason;
   std::map<clearer, std::string> not_asked;  // reasons, each found once
-  for (const if_index_t if_index : wanted) {
+  for (const if_index_t if_index : requested) {
     if (is_inband(if_index)) continue;  // the kernel's, which sends no answer
     const clear_result* const result = answered.find(if_index);
     if (result != nullptr && result->error == 0) continue;
@@ -215,10 +215,10 @@ int keep_cleared(const invocation& run, const std::string& path) {
 }
 
 // The exit code of a command that should clear these interfaces.
-int result_of(const invocation& run, std::span<const if_index_t> wanted, const std::vector<clear_result>& results) {
+int result_of(const invocation& run, std::span<const if_index_t> requested, const std::vector<clear_result>& results) {
   run.output.flush();
   const answered_clears answered(results);
-  const bool has_failed = name_uncleared(run, wanted, answered) || run.output.failed();
+  const bool has_failed = name_uncleared(run, requested, answered) || run.output.failed();
   const std::optional<std::string> file = the_source().baseline_file();
   const int kept = file && (!has_failed || answered.has_success()) ? keep_cleared(run, *file) : kDone;
   return has_failed ? kServiceFailed : kept;
