@@ -97,13 +97,13 @@ bool choose_user(const std::string& name, shell& session) {
   return false;
 }
 
-bool provoke(const options& requested) {
+bool inject_faults(const options& requested) {
   transport_limit_waits(requested.longest_wait_sec);
-  for (const requested_fault& provoked : requested.provocations) {
-    if (transport_provoke(provoked.service, provoked.what)) continue;
+  for (const requested_fault& injected : requested.faults) {
+    if (transport_inject_fault(injected.service, injected.what)) continue;
     std::string names;
     for (const service& known : all_services()) names.append(names.empty() ? "" : ", ").append(known.name);
-    print_error("unknown service '" + provoked.service + "' in --provoke. Expected one of " + names + ".");
+    print_error("unknown service '" + injected.service + "' in --provoke. Expected one of " + names + ".");
     return false;
   }
   return true;
@@ -160,7 +160,7 @@ int run(const options& requested) {
   shell session;
   session.switch_file = open_switch(requested);
   transport_register(all_services());
-  if (!provoke(requested)) return kUsage;
+  if (!inject_faults(requested)) return kUsage;
   if (!choose_user(requested.user, session)) return kUsage;
   session.library = load_libraries(library_directory(), requested.libraries);
   session.switch_name = the_machine().name;

@@ -15,15 +15,15 @@
 namespace host {
 namespace {
 
-using kind = provocation::kind;
+using kind = injected_fault::kind;
 
-struct provocation_word {
+struct fault_word {
   std::string_view word;
   kind what;
   bool takes_number;
 };
 
-constexpr provocation_word kProvocations[] = {
+constexpr fault_word kFaults[] = {
     {"lost", kind::lost, false}, {"reject", kind::reject, false},      {"silent", kind::silent, false},
     {"cut", kind::cut, true},    {"interrupt", kind::interrupt, true},
 };
@@ -45,9 +45,9 @@ constexpr char kFooter[] =
     "  5  not permitted\n"
     "  130  interrupted with Ctrl-C";
 
-std::string check_provocation(const std::string& text) {
+std::string check_fault(const std::string& text) {
   const std::size_t sign = text.find('=');
-  if (sign != std::string::npos && sign > 0 && parse_provocation(text.substr(sign + 1))) return {};
+  if (sign != std::string::npos && sign > 0 && parse_fault(text.substr(sign + 1))) return {};
   return "'" + text + "' is not SERVICE=lost, reject, silent, cut:N or interrupt:N";
 }
 
@@ -56,7 +56,7 @@ void add_printer(CLI::App& app, const char* name, std::string (*text)(), options
   app.add_flag_callback(name, [text, &requested] { requested.published = text; })->group("");
 }
 
-void add_options(CLI::App& app, options& requested, std::vector<std::string>& provocations) {
+void add_options(CLI::App& app, options& requested, std::vector<std::string>& faults) {
   app.add_option("-c,--command", requested.commands, "Run a command and exit; may be repeated")
       ->type_name("COMMAND")
       ->allow_extra_args(false);
@@ -83,10 +83,10 @@ void add_options(CLI::App& app, options& requested, std::vector<std::string>& pr
   app.add_flag("--session-counters", requested.has_session_counters, "Clear counters for this session only")
       ->needs(kernel);
   app.add_option("--user", requested.user, "User of the switch (default: the first one)")->type_name("NAME");
-  app.add_option("--provoke", provocations, "Inject a fault: SERVICE=lost, reject, silent, cut:N or interrupt:N")
+  app.add_option("--provoke", faults, "Inject a fault: SERVICE=lost, reject, silent, cut:N or interrupt:N")
       ->type_name("SERVICE=HOW")
       ->allow_extra_args(false)
-      ->check(check_provocation);
+      ->check(check_fault);
   app.add_option("--clock", requested.clock, "Stop the clock at this moment, in seconds since 1970")
       ->type_name("SECONDS");
   app.add_option("--wait", requested.longest_wait_sec, "Longest wait for a service")->type_name("SECONDS");
@@ -109,12 +109,12 @@ void take_command(const std::vector<std::string>& words, options& requested) {
 
 }  // namespace
 
-std::optional<provocation> parse_provocation(const std::string& text) {
+std::optional<injected_fault> parse_fault(const std::string& text) {
   const std::size_t colon = text.find(':');
   const std::string word = text.substr(0, colon);
-  for (const provocation_word& known : kProvocations) {
+  for (const fault_word& known : kFaults) {
     if (known.word != word || known.takes_number != (colon != std::string::npos)) continue;
-    provocation found{known.what};
+    injected_fault found{known.what};
     if (!known.takes_number) return found;
     const char* const digits = text.data() + colon + 1;
     const char* const end = text.data() + text.size();
@@ -127,8 +127,8 @@ std::optional<provocation> parse_provocation(const std::string& text) {
 std::optional<options> read_options(int argc, char** argv, int& exit_code) {
   CLI::App app("A switch shell: shows and configures the interfaces of a switch.", "pmsh");
   options requested;
-  std::vector<std::string> provocations;
-  add_options(app, requested, provocations);
+  std::vector<std::string> faults;
+  add_options(app, requested, faults);
   try {
     app.parse(argc, argv);
     take_command(app.remaining(), requested);
@@ -137,9 +137,9 @@ std::optional<options> read_options(int argc, char** argv, int& exit_code) {
     exit_code = app.exit(error, asked_for) == 0 ? print_text(asked_for.str()) : int{kUsage};
     return std::nullopt;
   }
-  for (const std::string& text : provocations) {
+  for (const std::string& text : faults) {
     const std::size_t sign = text.find('=');
-    requested.provocations.push_back({text.substr(0, sign), *parse_provocation(text.substr(sign + 1))});
+    requested.faults.push_back({text.substr(0, sign), *parse_fault(text.substr(sign + 1))});
   }
   return requested;
 }

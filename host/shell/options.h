@@ -11,7 +11,7 @@ namespace host {
 
 struct requested_fault {
   std::string service;
-  provocation what;
+  injected_fault what;
 };
 
 struct options {
@@ -30,7 +30,7 @@ struct options {
   std::string user;                      // empty: the first of the switch
   std::vector<std::string> libraries;    // files of command libraries of others
   std::string (*published)() = nullptr;  // a text to print instead of running
-  std::vector<requested_fault> provocations;
+  std::vector<requested_fault> faults;
   std::optional<uint32> clock;  // seconds since 1970 at which the clock is stopped
   uint32 longest_wait_sec = 0;  // 0: what the services' clients ask for
 };
@@ -39,7 +39,7 @@ struct options {
 // done.
 std::optional<options> read_options(int argc, char** argv, int& exit_code);
 
-// "reject", "cut:10" and so on; nothing when the text is no provocation.
-std::optional<provocation> parse_provocation(const std::string& text);
+// "reject", "cut:10" and so on; nothing when the text is not a fault.
+std::optional<injected_fault> parse_fault(const std::string& text);
 
 }  // namespace host

@@ -41,7 +41,7 @@ struct queue {
 
 struct registered_service {
   service what;
-  provocation provoked;
+  injected_fault injected;
 };
 
 struct transport {
@@ -145,17 +145,17 @@ void link_answer(queue& to, uint32 index) {
   to.waiting = index;
 }
 
-// What a service says, with what was provoked. A service that throws has rejected the request.
+// The answer of a service, with its injected fault. A service that throws has rejected the request.
 reply serve(const registered_service& service, mts_opc_t opcode, std::span<const std::byte> request) {
-  switch (service.provoked.what) {
-    case provocation::kind::reject: return {reply::kind::reject, {}};
-    case provocation::kind::silent: return {reply::kind::silence, {}};
+  switch (service.injected.what) {
+    case injected_fault::kind::reject: return {reply::kind::reject, {}};
+    case injected_fault::kind::silent: return {reply::kind::silence, {}};
     default: break;
   }
   try {
     reply said = service.what.serve(opcode, request);
-    if (service.provoked.what == provocation::kind::cut && said.payload.size() > service.provoked.number)
-      said.payload.resize(service.provoked.number);
+    if (service.injected.what == injected_fault::kind::cut && said.payload.size() > service.injected.number)
+      said.payload.resize(service.injected.number);
     return said;
   } catch (...) {
     return {reply::kind::reject, {}};
@@ -186,11 +186,11 @@ mts_msg_ref_t deliver(mts_q_handle_t q, queue& from, uint32 service, mts_opc_t o
   return reference_of(sent);
 }
 
-// True as often as it was provoked for this service.
+// True as often as interruptions were injected for this service.
 bool is_interrupted(uint32 service) {
-  provocation& provoked = the_transport.services[service].provoked;
-  if (provoked.what != provocation::kind::interrupt || provoked.number == 0) return false;
-  --provoked.number;
+  injected_fault& injected = the_transport.services[service].injected;
+  if (injected.what != injected_fault::kind::interrupt || injected.number == 0) return false;
+  --injected.number;
   return true;
 }
 
@@ -260,11 +260,11 @@ command_account* attached_account(mts_q_handle_t q) {
   return asked == nullptr ? nullptr : asked->account;
 }
 
-bool transport_provoke(std::string_view service_name, provocation what) {
+bool transport_inject_fault(std::string_view service_name, injected_fault what) {
   bool known = false;
   for (registered_service& service : the_transport.services) {
     if (service.what.name != service_name) continue;
-    service.provoked = what;
+    service.injected = what;
     known = true;
   }
   return known;
@@ -290,7 +290,7 @@ int32 mts_send(mts_q_handle_t q, const mts_addr_t* to, mts_opc_t opcode, void* p
   if (to == nullptr || sent == nullptr || (payload == nullptr && size != 0)) return fail(*from, EINVAL);
   if (to->node != MTS_NODE_LOCAL && !is_line_card(to->node)) return fail(*from, EHOSTUNREACH);
   const uint32 service = find_service(to->sap, is_line_card(to->node));
-  if (service == kNone || the_transport.services[service].provoked.what == provocation::kind::lost) {
+  if (service == kNone || the_transport.services[service].injected.what == injected_fault::kind::lost) {
     note_failure({service == kNone ? kUnknownService : the_transport.services[service].what.name, fault::unreachable});
     return fail(*from, ECONNREFUSED);
   }

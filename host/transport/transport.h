@@ -29,7 +29,7 @@ using service_function = reply (*)(mts_opc_t opcode, std::span<const std::byte> 
 
 struct service {
   uint32 sap;
-  std::string_view name;  // such as "port-manager", for provocations and reports
+  std::string_view name;  // such as "port-manager", for faults and reports
   service_function serve;
   bool is_on_line_cards = false;  // reachable at the nodes of line cards, not on the local one
 
@@ -57,14 +57,14 @@ command_account* attach_account(mts_q_handle_t q, command_account* account);
 command_account* attached_account(mts_q_handle_t q);
 
 // A fault that requests of a service meet from now on.
-struct provocation {
+struct injected_fault {
   enum class kind { none, lost, reject, silent, cut, interrupt };
   kind what = kind::none;
   uint32 number = 0;  // cut: bytes that are left of an answer; interrupt: how many waits are interrupted first
 };
 
 // Returns false when no service has this name.
-bool transport_provoke(std::string_view service_name, provocation what);
+bool transport_inject_fault(std::string_view service_name, injected_fault what);
 
 // The longest wait in seconds, even when more was requested; 0 is no limit.
 void transport_limit_waits(uint32 seconds);

@@ -346,7 +346,7 @@ class ClientFailures : public testing::TestWithParam<client_call> {
     q_ = transport_open_queue();
   }
   ~ClientFailures() override {
-    provoke(provocation::kind::none);
+    inject_fault(injected_fault::kind::none);
     transport_cancel(false);
     transport_close_queue(q_);
     const transport_account now = transport_accounts();
@@ -355,8 +355,8 @@ class ClientFailures : public testing::TestWithParam<client_call> {
     EXPECT_EQ(now.never_dropped, before_.never_dropped);
   }
 
-  static void provoke(provocation::kind what, std::size_t number = 0) {
-    ASSERT_TRUE(transport_provoke(GetParam().service, {what, static_cast<uint32>(number)}));
+  static void inject_fault(injected_fault::kind what, std::size_t number = 0) {
+    ASSERT_TRUE(transport_inject_fault(GetParam().service, {what, static_cast<uint32>(number)}));
   }
 
   outcome call() const { return GetParam().call(names_, q_); }
@@ -379,10 +379,10 @@ class ClientFailures : public testing::TestWithParam<client_call> {
   mts_q_handle_t q_;
 };
 
-TEST_P(ClientFailures, NothingProvokedSucceeds) { EXPECT_EQ(call().result, success()); }
+TEST_P(ClientFailures, WithoutAFaultItSucceeds) { EXPECT_EQ(call().result, success()); }
 
 TEST_P(ClientFailures, LostServiceIsATransportFailure) {
-  provoke(provocation::kind::lost);
+  inject_fault(injected_fault::kind::lost);
 
   const outcome got = call();
 
@@ -392,7 +392,7 @@ TEST_P(ClientFailures, LostServiceIsATransportFailure) {
 }
 
 TEST_P(ClientFailures, SilentServiceIsWaitedForUntilTheUserGivesUp) {
-  provoke(provocation::kind::silent);
+  inject_fault(injected_fault::kind::silent);
   const alarm_soon alarm([](int) { transport_cancel(true); });
 
   const outcome got = call();
@@ -413,7 +413,7 @@ TEST_P(ClientFailures, CancelledWaitIsATransportFailure) {
 }
 
 TEST_P(ClientFailures, RejectedRequestIsAGeneralFailure) {
-  provoke(provocation::kind::reject);
+  inject_fault(injected_fault::kind::reject);
 
   const outcome got = call();
 
@@ -460,7 +460,7 @@ TEST_P(ClientFailures, AnErrorThatTheServiceReportsIsNoted) {
 }
 
 TEST_P(ClientFailures, InterruptionsDoNotShow) {
-  provoke(provocation::kind::interrupt, 5);
+  inject_fault(injected_fault::kind::interrupt, 5);
 
   EXPECT_EQ(call().result, success());
 }
@@ -468,12 +468,12 @@ TEST_P(ClientFailures, InterruptionsDoNotShow) {
 TEST_P(ClientFailures, AnswerCutAtAnyByteIsAGeneralFailure) {
   const std::size_t whole = GetParam().answer_bytes;
   for (std::size_t left = 0; left < whole; ++left) {
-    provoke(provocation::kind::cut, left);
+    inject_fault(injected_fault::kind::cut, left);
     const outcome got = call();
     EXPECT_EQ(got.result, failure(PM_ERR_GENERAL)) << "cut to " << left;
     EXPECT_FALSE(got.delivered) << "cut to " << left;
   }
-  provoke(provocation::kind::cut, whole);
+  inject_fault(injected_fault::kind::cut, whole);
   EXPECT_EQ(call().result, success()) << "the whole answer has " << whole << " bytes";
 }
 

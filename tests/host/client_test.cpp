@@ -77,7 +77,7 @@ TEST_F(Clients, PortConfigOnAClosedQueueIsATransportFailure) {
 }
 
 TEST_F(Clients, SilentServiceIsWaitedForAsLongAsTheCallerSays) {
-  ASSERT_TRUE(transport_provoke("port-manager", {.what = provocation::kind::silent}));
+  ASSERT_TRUE(transport_inject_fault("port-manager", {.what = injected_fault::kind::silent}));
   const if_index_range_t range{names_.first_port, names_.first_port};
   uint32 count = 99;
   pm_port_info_t* records = nullptr;
@@ -85,7 +85,7 @@ TEST_F(Clients, SilentServiceIsWaitedForAsLongAsTheCallerSays) {
   EXPECT_EQ(pm_cmi_get_port_config(q_, 1, 1, &range, &count, &records, 1), -1);
 
   EXPECT_EQ(mts_errno_get(q_), ETIMEDOUT);
-  transport_provoke("port-manager", {});
+  transport_inject_fault("port-manager", {});
 }
 
 TEST_F(Clients, TransceiverLengthIsInBytes) {
@@ -313,7 +313,7 @@ TEST_F(Clients, CapabilityFillsNoMoreThanTheCallersBytes) {
 }
 
 TEST_F(Clients, InterruptedWaitsAreTakenUpAgain) {
-  ASSERT_TRUE(transport_provoke("port-manager", {.what = provocation::kind::interrupt, .number = 3}));
+  ASSERT_TRUE(transport_inject_fault("port-manager", {.what = injected_fault::kind::interrupt, .number = 3}));
   pm_if_stat stats{};
 
   EXPECT_EQ(pm_get_interface_counters(names_.mgmt, q_, &stats), 1);

@@ -95,9 +95,9 @@ TEST_F(Account, QueuesDoNotMix) {
 TEST_F(Account, FailureOfARequestIsThatOfItsQueue) {
   command_account of_first(q_);
   command_account of_other(other_.handle);
-  transport_provoke("port-manager", {provocation::kind::lost});
+  transport_inject_fault("port-manager", {injected_fault::kind::lost});
   EXPECT_EQ(set_pause(other_.handle, names_.first_port), -1);
-  transport_provoke("port-manager", {});
+  transport_inject_fault("port-manager", {});
 
   EXPECT_TRUE(of_other.settings.was_asked && of_other.settings.has_failed);
   EXPECT_FALSE(of_first.settings.was_asked || of_first.settings.has_failed);

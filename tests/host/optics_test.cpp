@@ -271,10 +271,10 @@ TEST_F(Modules, ResourcesOfAModuleAreTakenApartAsAWhole) {
   EXPECT_EQ(whole->back().buffer_group, 1u);
   EXPECT_EQ(whole->back().bandwidth_mbps, 4'000u);
   for (uint32 left = 0; left < kBytes; ++left) {
-    ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::cut, left}));
+    ASSERT_TRUE(transport_inject_fault("port-manager", {injected_fault::kind::cut, left}));
     EXPECT_FALSE(ask_module_resources(q_, 4)) << "cut to " << left;
   }
-  ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::none}));
+  ASSERT_TRUE(transport_inject_fault("port-manager", {injected_fault::kind::none}));
   EXPECT_FALSE(ask_module_resources(q_, 5)) << "its card shares nothing out";
 }
 

@@ -357,9 +357,9 @@ TEST_F(PortConfig, LyingRequestsAreRejected) {
 }
 
 TEST_F(PortConfig, FailedRequestsLeaveNoResults) {
-  ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::lost}));
+  ASSERT_TRUE(transport_inject_fault("port-manager", {injected_fault::kind::lost}));
   const outcome got = set({{names_.third_port, names_.third_port}}, PM_CFG_BEACON, {1});
-  ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::none}));
+  ASSERT_TRUE(transport_inject_fault("port-manager", {injected_fault::kind::none}));
   EXPECT_EQ(got.error, -1);
   EXPECT_TRUE(got.ports.empty());
   EXPECT_FALSE(port(names_.third_port).settings.beacon_on);
@@ -367,9 +367,9 @@ TEST_F(PortConfig, FailedRequestsLeaveNoResults) {
 
 TEST_F(PortConfig, ShortAnswersAreFailures) {
   for (const uint32 bytes : {0U, 4U, 8U, 15U}) {
-    ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::cut, bytes}));
+    ASSERT_TRUE(transport_inject_fault("port-manager", {injected_fault::kind::cut, bytes}));
     const outcome got = set({{names_.third_port, names_.third_port}}, PM_CFG_BEACON, {1});
-    ASSERT_TRUE(transport_provoke("port-manager", {provocation::kind::none}));
+    ASSERT_TRUE(transport_inject_fault("port-manager", {injected_fault::kind::none}));
     EXPECT_NE(got.error, 0) << bytes;
     EXPECT_TRUE(got.ports.empty()) << bytes;
   }

@@ -49,7 +49,7 @@ class Transport : public testing::Test {
     before_ = transport_accounts();
   }
   ~Transport() override {
-    transport_provoke("echo", {});
+    transport_inject_fault("echo", {});
     transport_limit_waits(0);
     transport_cancel(false);
     transport_close_queue(q_);
@@ -195,14 +195,14 @@ TEST_F(Transport, NotesRequestsWithoutAUsableAnswer) {
   drop_all(exchange_with("good"));
   EXPECT_TRUE(noted_failures().empty());
 
-  transport_provoke("echo", {provocation::kind::reject});
+  transport_inject_fault("echo", {injected_fault::kind::reject});
   drop_all(exchange_with("refused"));
-  transport_provoke("echo", {provocation::kind::cut, 0});
+  transport_inject_fault("echo", {injected_fault::kind::cut, 0});
   drop_all(exchange_with("empty"));
-  transport_provoke("echo", {provocation::kind::lost});
+  transport_inject_fault("echo", {injected_fault::kind::lost});
   mts_msg_ref_t none{};
   EXPECT_EQ(send("lost", &none), -1);
-  transport_provoke("echo", {provocation::kind::silent});
+  transport_inject_fault("echo", {injected_fault::kind::silent});
   transport_limit_waits(1);
   drop_all(exchange_with("unanswered"));
   transport_note_damaged(kThrowingSap);
@@ -222,7 +222,7 @@ TEST_F(Transport, NotesRequestsWithoutAUsableAnswer) {
 
 TEST_F(Transport, ACancelledWaitIsNoFailure) {
   forget_failures();
-  transport_provoke("echo", {provocation::kind::silent});
+  transport_inject_fault("echo", {injected_fault::kind::silent});
   transport_cancel(true);
   drop_all(exchange_with("cancelled"));
   EXPECT_TRUE(noted_failures().empty());
@@ -323,7 +323,7 @@ TEST_F(Transport, ClosedQueueIsRefusedEvenWhenItsPlaceIsTakenAgain) {
 }
 
 TEST_F(Transport, RejectedRequestIsAnsweredByARejection) {
-  ASSERT_TRUE(transport_provoke("echo", {.what = provocation::kind::reject}));
+  ASSERT_TRUE(transport_inject_fault("echo", {.what = injected_fault::kind::reject}));
   const mts_msg_ref_t request = sent("please");
   mts_msg_ref_t answer{};
 
@@ -345,7 +345,7 @@ TEST_F(Transport, ServiceThatThrowsHasRejected) {
 }
 
 TEST_F(Transport, LostServiceRefusesTheRequest) {
-  ASSERT_TRUE(transport_provoke("echo", {.what = provocation::kind::lost}));
+  ASSERT_TRUE(transport_inject_fault("echo", {.what = injected_fault::kind::lost}));
   mts_msg_ref_t request{};
 
   EXPECT_EQ(send("anybody", &request), -1);
@@ -365,11 +365,11 @@ TEST_F(Transport, NobodyListensAtAnUnknownAccessPointOrNode) {
   EXPECT_EQ(error(), EHOSTUNREACH);
 }
 
-TEST_F(Transport, RegisteringAgainReplacesTheServiceAndWhatWasProvoked) {
+TEST_F(Transport, RegisteringAgainReplacesTheServiceAndItsFault) {
   constexpr service earlier[] = {{kReplacedSap, "replaced", throwing}};
   constexpr service later[] = {{kReplacedSap, "replaced", echo}};
   transport_register(earlier);
-  ASSERT_TRUE(transport_provoke("replaced", {.what = provocation::kind::lost}));
+  ASSERT_TRUE(transport_inject_fault("replaced", {.what = injected_fault::kind::lost}));
 
   transport_register(later);
   const mts_msg_ref_t request = sent("hello", kReplacedSap);
@@ -379,10 +379,10 @@ TEST_F(Transport, RegisteringAgainReplacesTheServiceAndWhatWasProvoked) {
   EXPECT_EQ(text_of(answer), "hello!");
 }
 
-TEST_F(Transport, OnlyNamedServicesAreProvoked) { EXPECT_FALSE(transport_provoke("nobody", {})); }
+TEST_F(Transport, OnlyNamedServicesGetFaults) { EXPECT_FALSE(transport_inject_fault("nobody", {})); }
 
 TEST_F(Transport, CutAnswerKeepsItsFirstBytes) {
-  ASSERT_TRUE(transport_provoke("echo", {.what = provocation::kind::cut, .number = 3}));
+  ASSERT_TRUE(transport_inject_fault("echo", {.what = injected_fault::kind::cut, .number = 3}));
   const mts_msg_ref_t request = sent("scissors");
   mts_msg_ref_t answer{};
 
@@ -392,7 +392,7 @@ TEST_F(Transport, CutAnswerKeepsItsFirstBytes) {
 }
 
 TEST_F(Transport, AnswerCutToNothingHasNoPayload) {
-  ASSERT_TRUE(transport_provoke("echo", {.what = provocation::kind::cut, .number = 0}));
+  ASSERT_TRUE(transport_inject_fault("echo", {.what = injected_fault::kind::cut, .number = 0}));
   const mts_msg_ref_t request = sent("scissors");
   mts_msg_ref_t answer{};
 
@@ -403,7 +403,7 @@ TEST_F(Transport, AnswerCutToNothingHasNoPayload) {
 }
 
 TEST_F(Transport, ShorterAnswerThanTheCutStaysAsItIs) {
-  ASSERT_TRUE(transport_provoke("echo", {.what = provocation::kind::cut, .number = 100}));
+  ASSERT_TRUE(transport_inject_fault("echo", {.what = injected_fault::kind::cut, .number = 100}));
   const mts_msg_ref_t request = sent("x");
   mts_msg_ref_t answer{};
 
@@ -413,7 +413,7 @@ TEST_F(Transport, ShorterAnswerThanTheCutStaysAsItIs) {
 }
 
 TEST_F(Transport, SilentServiceIsWaitedForUntilTheTimeOut) {
-  ASSERT_TRUE(transport_provoke("echo", {.what = provocation::kind::silent}));
+  ASSERT_TRUE(transport_inject_fault("echo", {.what = injected_fault::kind::silent}));
   const mts_msg_ref_t request = sent("hello");
   mts_msg_ref_t answer{};
   const auto start = steady_clock::now();
@@ -428,7 +428,7 @@ TEST_F(Transport, SilentServiceIsWaitedForUntilTheTimeOut) {
 
 TEST_F(Transport, WaitsAreLimitedWhateverTheWaiterAskedFor) {
   transport_limit_waits(1);
-  ASSERT_TRUE(transport_provoke("echo", {.what = provocation::kind::silent}));
+  ASSERT_TRUE(transport_inject_fault("echo", {.what = injected_fault::kind::silent}));
   const mts_msg_ref_t request = sent("hello");
   mts_msg_ref_t answer{};
 
@@ -438,7 +438,7 @@ TEST_F(Transport, WaitsAreLimitedWhateverTheWaiterAskedFor) {
 }
 
 TEST_F(Transport, DoesNotWaitWhenToldNotTo) {
-  ASSERT_TRUE(transport_provoke("echo", {.what = provocation::kind::silent}));
+  ASSERT_TRUE(transport_inject_fault("echo", {.what = injected_fault::kind::silent}));
   const mts_msg_ref_t request = sent("hello");
   mts_recv_options_t options = options_for(request);
   options.non_blocking = 1;
@@ -449,8 +449,8 @@ TEST_F(Transport, DoesNotWaitWhenToldNotTo) {
   EXPECT_EQ(error(), EAGAIN);
 }
 
-TEST_F(Transport, ProvokedInterruptionsComeFirstAndTheAnswerWaits) {
-  ASSERT_TRUE(transport_provoke("echo", {.what = provocation::kind::interrupt, .number = 2}));
+TEST_F(Transport, InjectedInterruptionsComeFirstAndTheAnswerWaits) {
+  ASSERT_TRUE(transport_inject_fault("echo", {.what = injected_fault::kind::interrupt, .number = 2}));
   const mts_msg_ref_t request = sent("patience");
   mts_msg_ref_t answer{};
 
@@ -465,7 +465,7 @@ TEST_F(Transport, ProvokedInterruptionsComeFirstAndTheAnswerWaits) {
 }
 
 TEST_F(Transport, SignalInterruptsAWait) {
-  ASSERT_TRUE(transport_provoke("echo", {.what = provocation::kind::silent}));
+  ASSERT_TRUE(transport_inject_fault("echo", {.what = injected_fault::kind::silent}));
   const mts_msg_ref_t request = sent("hello");
   mts_msg_ref_t answer{};
   const alarm_soon alarm([](int) {});
@@ -476,7 +476,7 @@ TEST_F(Transport, SignalInterruptsAWait) {
 }
 
 TEST_F(Transport, CancellationFromASignalHandlerEndsAWait) {
-  ASSERT_TRUE(transport_provoke("echo", {.what = provocation::kind::silent}));
+  ASSERT_TRUE(transport_inject_fault("echo", {.what = injected_fault::kind::silent}));
   const mts_msg_ref_t request = sent("hello");
   mts_msg_ref_t answer{};
   const alarm_soon alarm([](int) { transport_cancel(true); });
