@@ -1,7 +1,7 @@
 /*
  * The port vocabulary: the text of every port attribute and state reason, and the predicates on kinds of interface.
  *
- * None of it fails, and no service is asked. Texts are constant and the library's, but for "Unknown(%d)", which the
+ * None of it fails, and no service is called. Texts are constant and the library's, but for "Unknown(%d)", which the
  * first group returns for a value outside its vocabulary: the library keeps it in one buffer that the next such text
  * overwrites, so use each result before the next call.
  */

@@ -1,6 +1,6 @@
 /*
  * Headers of the tabular displays. The shell calls a header handler once, before the rows; each prints as plain text,
- * without tagged values. No service is asked.
+ * without tagged values. No service is called.
  */
 #ifndef PMCLI_HEADERS_H
 #define PMCLI_HEADERS_H

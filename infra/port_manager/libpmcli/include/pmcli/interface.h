@@ -23,7 +23,7 @@
 extern "C" {
 #endif
 
-/* What a port can do. Native, built by the library. Texts are terminated. */
+/* Capabilities of a port. Native, built by the library. Texts are terminated. */
 typedef struct pm_cli_common_capability_s {
   if_index_t if_index;
   char model[32];
@@ -56,7 +56,7 @@ typedef struct pm_cli_common_capability_s {
   uint8 ASIC;
 } pm_cli_common_capability_t;
 
-/* What the detailed block shows besides the port record. Native, built by the library, but for the address inside. */
+/* Values of the detailed block besides the port record. Native, built by the library, but for the address inside. */
 typedef struct pm_cli_common_show_intf_data_s {
   char hardware[80];
   char type[80];                        /* media type */
@@ -89,8 +89,8 @@ typedef struct pm_cli_common_show_intf_data_s {
 syserr_t pm_cli_get_port_capability(if_index_t if_index, pm_cli_common_capability_t* port_cap);
 
 /*
- * Capabilities of the management port: fixed values, no service is asked. Counts of queues, the port group and the ASIC
- * are left as they were. Returns 0.
+ * Capabilities of the management port: fixed values, no service is called. Counts of queues, the port group and the
+ * ASIC are left as they were. Returns 0.
  */
 syserr_t pm_cli_get_mgmt_capability(if_index_t if_index, pm_cli_common_capability_t* port_cap);
 
@@ -117,7 +117,7 @@ void pm_cli_get_port_data(if_index_t if_index, mts_q_handle_t mts_q, pm_cli_comm
  * Reliability (0 to 255; 255 without packets) and loads (1 to 255; 1 without a configured bandwidth) of an Ethernet
  * port from its statistics and its record, and the times since counters were cleared and since the link changed, up to
  * now, as texts ("never" for a moment of 0), into `port_data`. They are computed in 64 bits, where products wrap; a
- * load keeps the low 16 bits of its quotient. No service is asked. A null pointer changes nothing.
+ * load keeps the low 16 bits of its quotient. No service is called. A null pointer changes nothing.
  */
 void pm_cli_calc_eth_reliability_loads(statscl_portcl_stats_msg_t* stats, pm_port_info_t* port_info,
                                        pm_cli_common_show_intf_data_t* port_data);
@@ -252,7 +252,7 @@ int32 pm_show_tracked_port_info(mts_q_handle_t q, if_index_t if_index);
 
 /* ---- Capabilities ----------------------------------------------------------------------------------------------- */
 
-/* Prints the capability list of a record that the caller filled; no service is asked. The name is spelled so. */
+/* Prints the capability list of a record that the caller filled; no service is called. The name is spelled so. */
 void pm_cli_show_port_capabities(cmd_rx_handle_t* rx_handle, pm_cli_common_capability_t* port_cap);
 
 /*
@@ -367,14 +367,14 @@ void print_eth_port_status_line(cmd_rx_handle_t* rx_handle, pm_port_info_t* port
 
 /*
  * Prints a row of the error-disabled table: name, description, state, and the reason of a port that is error-disabled,
- * else "none". `mts_q` is not used: no service is asked.
+ * else "none". `mts_q` is not used: no service is called.
  */
 void print_eth_port_err_status_line(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info, mts_q_handle_t mts_q);
 
 /*
  * Each prints a row of one table from the port record, for any kind of interface: name and description, or "--"; name,
  * router's and burned-in MAC address; name and interface index, in decimal and in hexadecimal; name, whether link
- * debounce is on, and its time in ms. No service is asked.
+ * debounce is on, and its time in ms. No service is called.
  */
 void print_eth_port_description(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info);
 void print_eth_port_mac_address(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info);
