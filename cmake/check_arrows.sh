@@ -18,7 +18,7 @@ host/settings:      platform pmcli base switch settings
 host/source:        platform pmcli base switch settings source
 host/transport:     platform base transport
 host/service:       platform base messages switch settings transport service
-host/client:        platform base messages switch transport client
+host/client:        platform base messages transport client
 host/shell:         platform pm pmcli pmsh base messages switch settings transport shell
 host/embed:         platform pm pmcli pmhost pmsh base messages switch source transport service client shell embed
 host/sibling:       platform pm pmcli pmsh sibling

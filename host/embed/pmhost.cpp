@@ -200,9 +200,9 @@ void set_output(pmhost_t& host, const pmhost_output_t& requested) {
 // ---- Commands ----
 
 std::string choose_interfaces(pmhost_command_t& command, const char* text) {
-  std::vector<host::interface_span> spans;
-  if (const auto error = host::parse_interface_range(text, spans)) return error->message;
-  const host::selection chosen = host::select_named(command.parameters, spans);
+  host::interface_range range;
+  if (const auto error = host::parse_interface_range(text, range)) return error->message;
+  const host::selection chosen = host::select_named(command.parameters, range);
   if (chosen.code != host::kDone) return chosen.complaint.empty() ? "the interfaces were refused" : chosen.complaint;
   command.interfaces = chosen.interfaces;
   for (const auto& [first, last] : host::runs_of(chosen.interfaces)) {

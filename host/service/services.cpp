@@ -1,6 +1,7 @@
 #include "service/services.h"
 
 #include "messages/card_config_messages.h"
+#include "messages/hardware_messages.h"
 #include "messages/interface_manager_messages.h"
 #include "messages/interface_values.h"
 #include "messages/ip_messages.h"
@@ -19,6 +20,7 @@ constexpr service kServices[] = {
     {SAP_INTERFACE_MANAGER, "interface-manager", serve_interface_manager},
     {SAP_STATISTICS, "statistics", serve_statistics},
     {SAP_IP, "ip", serve_ip},
+    {SAP_HARDWARE, "hardware", serve_hardware},
     {SAP_CARD_CONFIG, "card-config", serve_card_config},
     {SAP_PORT_CHANNEL, "port-channel", serve_port_channel},
     {SAP_SPANNING_TREE, "spanning-tree", serve_spanning_tree},

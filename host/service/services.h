@@ -12,6 +12,7 @@ reply serve_port_manager(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_interface_manager(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_statistics(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_ip(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_hardware(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_card_config(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_port_channel(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_spanning_tree(mts_opc_t opcode, std::span<const std::byte> request);

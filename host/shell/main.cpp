@@ -103,7 +103,7 @@ bool inject_faults(const options& requested) {
     if (transport_inject_fault(injected.service, injected.what)) continue;
     std::string names;
     for (const service& known : all_services()) names.append(names.empty() ? "" : ", ").append(known.name);
-    print_error("unknown service '" + injected.service + "' in --provoke. Expected one of " + names + ".");
+    print_error("unknown service '" + injected.service + "' in --inject-fault. Expected one of " + names + ".");
     return false;
   }
   return true;

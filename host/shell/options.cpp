@@ -56,7 +56,8 @@ void add_printer(CLI::App& app, const char* name, std::string (*text)(), options
   app.add_flag_callback(name, [text, &requested] { requested.published = text; })->group("");
 }
 
-void add_options(CLI::App& app, options& requested, std::vector<std::string>& faults) {
+void add_options(CLI::App& app, options& requested, std::vector<std::string>& faults,
+                 std::vector<std::string>& renamed) {
   app.add_option("-c,--command", requested.commands, "Run a command and exit; may be repeated")
       ->type_name("COMMAND")
       ->allow_extra_args(false);
@@ -83,10 +84,14 @@ void add_options(CLI::App& app, options& requested, std::vector<std::string>& fa
   app.add_flag("--session-counters", requested.has_session_counters, "Clear counters for this session only")
       ->needs(kernel);
   app.add_option("--user", requested.user, "User of the switch (default: the first one)")->type_name("NAME");
-  app.add_option("--provoke", faults, "Inject a fault: SERVICE=lost, reject, silent, cut:N or interrupt:N")
-      ->type_name("SERVICE=HOW")
+  app.add_option("--inject-fault", faults, "Make a service fail: lost, reject, silent, cut:N or interrupt:N")
+      ->type_name("SERVICE=FAULT")
       ->allow_extra_args(false)
       ->check(check_fault);
+  app.add_option("--provoke", renamed, "The former name of --inject-fault")
+      ->allow_extra_args(false)
+      ->check(check_fault)
+      ->group("");
   app.add_option("--clock", requested.clock, "Stop the clock at this moment, in seconds since 1970")
       ->type_name("SECONDS");
   app.add_option("--wait", requested.longest_wait_sec, "Longest wait for a service")->type_name("SECONDS");
@@ -127,8 +132,8 @@ std::optional<injected_fault> parse_fault(const std::string& text) {
 std::optional<options> read_options(int argc, char** argv, int& exit_code) {
   CLI::App app("A switch shell: shows and configures the interfaces of a switch.", "pmsh");
   options requested;
-  std::vector<std::string> faults;
-  add_options(app, requested, faults);
+  std::vector<std::string> faults, renamed;
+  add_options(app, requested, faults, renamed);
   try {
     app.parse(argc, argv);
     take_command(app.remaining(), requested);
@@ -137,6 +142,7 @@ std::optional<options> read_options(int argc, char** argv, int& exit_code) {
     exit_code = app.exit(error, asked_for) == 0 ? print_text(asked_for.str()) : int{kUsage};
     return std::nullopt;
   }
+  faults.insert(faults.end(), renamed.begin(), renamed.end());
   for (const std::string& text : faults) {
     const std::size_t sign = text.find('=');
     requested.faults.push_back({text.substr(0, sign), *parse_fault(text.substr(sign + 1))});

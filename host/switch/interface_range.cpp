@@ -18,7 +18,7 @@ constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
 constexpr bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 constexpr bool is_word_char(char c) { return is_letter(c) || c == '-'; }
 constexpr bool is_number_char(char c) { return is_digit(c) || c == '/' || c == '.'; }
-constexpr bool is_blank(char c) { return c == ' ' || c == '\t'; }
+constexpr bool is_blank(char c) { return kBlanks.find(c) != std::string_view::npos; }
 constexpr bool is_quote(char c) { return c == '"' || c == '\''; }
 
 // A number as it stands: its parts between slashes, and the one after the dot.
@@ -153,8 +153,8 @@ class range_reader {
     const std::size_t start = at_;
     const std::string_view token = take(is_word_char);
     reading_.ending = {.begun = start, .begins_item = true};
-    if (scope_ == range_scope::all && starts_with_ignoring_case("all", token)) {
-      list.emplace_back(every_interface{});
+    if (scope_ == range_scope::all && starts_with_ignoring_case(kEveryInterface, token)) {
+      list.emplace_back(any_interface{});
       reading_.ending.is_complete = true;
       return end_item();
     }
@@ -325,7 +325,6 @@ class range_reader {
 
   // Takes "except", which may be abbreviated when a blank follows.
   bool take_except() {
-    constexpr std::string_view kExcept = "except";
     constexpr std::size_t kShortest = 3;
     const std::string_view word = rest_token();
     const bool is_last = at_ + word.size() == text_.size();
@@ -349,7 +348,7 @@ class range_reader {
   // What is at this place: a comma, or all up to the next comma or blank.
   std::string_view rest_token() const {
     if (!is_at_end() && text_[at_] == ',') return text_.substr(at_, 1);
-    const std::size_t end = std::min(text_.find_first_of(" \t,", at_), text_.size());
+    const std::size_t end = std::min(text_.find_first_of(" \t\r\n,", at_), text_.size());
     return text_.substr(at_, end - at_);
   }
 
@@ -364,10 +363,10 @@ class range_reader {
 
 // The first error of a text that is a range.
 std::optional<range_error> first_error(std::string_view text, const range_reading& reading) {
-  const std::size_t rest = std::min(text.find_first_not_of(" \t", reading.end), text.size());
+  const std::size_t rest = std::min(text.find_first_not_of(kBlanks, reading.end), text.size());
   if (reading.errors.empty() && rest == text.size()) return std::nullopt;
   if (!reading.errors.empty()) return reading.errors.front();
-  const std::string_view token = text.substr(rest, text.find_first_of(" \t", rest) - rest);
+  const std::string_view token = text.substr(rest, text.find_first_of(kBlanks, rest) - rest);
   const std::string reason = "unexpected text " + quoted(token);
   return range_error{range_fault::kTrailingText, rest, token.size(), reason,
                      reason + " at character " + std::to_string(rest + 1)};

@@ -24,14 +24,18 @@
 
 namespace host {
 
-struct every_interface {};
+// Its word, and that before the exceptions.
+inline constexpr std::string_view kEveryInterface = "all";
+inline constexpr std::string_view kExcept = "except";
+
+struct any_interface {};
 
 // Matches the name as it is written ("ethernet 1/1") and as it is displayed ("Ethernet1/1"), in any case.
 struct name_pattern {
   std::string text;
 };
 
-using range_item = std::variant<interface_span, name_pattern, every_interface>;
+using range_item = std::variant<interface_span, name_pattern, any_interface>;
 
 struct interface_range {
   std::vector<range_item> items;

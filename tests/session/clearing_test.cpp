@@ -108,14 +108,15 @@ TEST(ClearingAll, TheInBandInterfaceIsClearedByThoseWhoMayOrNamed) {
 
 TEST(ClearingFails, AServiceThatRefusesIsNamedWithItsInterfaces) {
   const counting_switch lab(10);
-  const outcome one = lab.run({"--provoke", "statistics=reject", "-c", "clear counters loopback"});
+  const outcome one = lab.run({"--inject-fault", "statistics=reject", "-c", "clear counters loopback"});
   EXPECT_EQ(one.out, "error: clearing counters\n");
   EXPECT_EQ(one.err,
             "pmsh: counters of loopback 3 were not cleared: the statistics service failed (general failure).\n"
             "pmsh: the service 'statistics' refused a request.\n");
   EXPECT_EQ(one.exit_code, 2);
 
-  const outcome ports = lab.run({"--provoke", "statistics=lost", "-c", "clear counters interface ethernet 2/1, 1/1-2"});
+  const outcome ports =
+      lab.run({"--inject-fault", "statistics=lost", "-c", "clear counters interface ethernet 2/1, 1/1-2"});
   EXPECT_EQ(ports.err,
             "pmsh: counters of ethernet 2/1, ethernet 1/1-2 were not cleared: the statistics service failed (message "
             "transport failed).\n"
@@ -124,8 +125,8 @@ TEST(ClearingFails, AServiceThatRefusesIsNamedWithItsInterfaces) {
 }
 
 TEST(ClearingFails, EachReasonHasItsInterfaces) {
-  const outcome result =
-      counting_switch(10).run({"--provoke", "statistics=reject", "-c", "clear counters interface mgmt 0, loopback 3"});
+  const outcome result = counting_switch(10).run(
+      {"--inject-fault", "statistics=reject", "-c", "clear counters interface mgmt 0, loopback 3"});
   EXPECT_EQ(result.err,
             "pmsh: counters of loopback 3 were not cleared: the statistics service failed (general failure).\n"
             "pmsh: the service 'statistics' refused a request.\n");
@@ -135,7 +136,7 @@ TEST(ClearingFails, EachReasonHasItsInterfaces) {
 TEST(ClearingFails, ThePortManagerThatDoesNotAnswerEndsTheCommand) {
   for (const char* const command :
        {"clear counters", "clear counters ethernet", "clear counters interface loopback 3"}) {
-    const outcome result = counting_switch(5).run({"--provoke", "port-manager=lost", "-c", command});
+    const outcome result = counting_switch(5).run({"--inject-fault", "port-manager=lost", "-c", command});
     EXPECT_EQ(result.out.find("error: no answer to the request: "), 0U) << command << result.out;
     EXPECT_EQ(result.exit_code, 2) << command;
   }

@@ -250,8 +250,8 @@ TEST(Options, CommandsAreReadFromStandardInputToo) {
 
 TEST(Options, WrongOptionsAreUsageErrors) {
   EXPECT_EQ(run_shell({"--wrong"}).exit_code, 1);
-  EXPECT_EQ(run_shell({"--provoke", "port-manager=cut"}).exit_code, 1);
-  const outcome result = run_shell({"--provoke", "nobody=lost", "-c", "help"});
+  EXPECT_EQ(run_shell({"--inject-fault", "port-manager=cut"}).exit_code, 1);
+  const outcome result = run_shell({"--inject-fault", "nobody=lost", "-c", "help"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_NE(result.err.find("port-manager"), std::string::npos) << result.err;
 }
@@ -264,6 +264,17 @@ TEST(Options, GiantIsASwitchOfThatManyPorts) {
   for (const char* const wrong : {"0", "10001", "-1", "many"})
     EXPECT_EQ(run_program(PMSH_PROGRAM, {"--giant", wrong, "-c", "help"}).exit_code, 1) << wrong;
   EXPECT_EQ(run_shell({"--giant", "96", "-c", "help"}).exit_code, 1) << "and a file";
+}
+
+TEST(Options, FaultsAreInjectedByTheFormerNameToo) {
+  for (const char* const name : {"--inject-fault", "--provoke"}) {
+    const outcome result = run_shell({name, "port-manager=reject", "-c", "show interface ethernet 1/1 status"});
+    EXPECT_EQ(result.err, "pmsh: the service 'port-manager' refused a request.\n") << name;
+    EXPECT_EQ(run_shell({name, "port-manager=cut"}).exit_code, 1) << name;
+  }
+  const std::string help = run_shell({"--help"}).out;
+  EXPECT_NE(help.find("--inject-fault SERVICE=FAULT"), std::string::npos) << help;
+  EXPECT_EQ(help.find("--provoke"), std::string::npos) << help;
 }
 
 TEST(Options, HelpAndVersionAreDone) {

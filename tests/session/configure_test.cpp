@@ -240,7 +240,7 @@ TEST(Configure, RefusedVlansAndChannelsAreReportedByPort) {
             "Ethernet1/11 failed for switchport access vlan 9 with port belongs to a port-channel\n\n");
   EXPECT_EQ(configured("ethernet 1/1", "switchport access vlan 4095").err,
             "pmsh: expected a number from 1 to 4094 for VLAN, not '4095'.\n");
-  const outcome lost = run_shell_on(kSwitch, {"--provoke", "port-manager=lost"},
+  const outcome lost = run_shell_on(kSwitch, {"--inject-fault", "port-manager=lost"},
                                     "configure\ninterface ethernet 1/1\nflowcontrol send on\n");
   EXPECT_EQ(lost.exit_code, 2);
 }
@@ -374,14 +374,16 @@ TEST(Configure, RefusalsHaveTheirStatusInTheStructuredForm) {
 }
 
 TEST(Configure, AFailedRequestIsAnotherExitCode) {
-  const outcome result = run_lines("configure\ninterface ethernet 1/1\n", {"-f", "-", "--provoke", "statistics=lost"});
+  const outcome result =
+      run_lines("configure\ninterface ethernet 1/1\n", {"-f", "-", "--inject-fault", "statistics=lost"});
   EXPECT_EQ(result.exit_code, 0);
-  const outcome lost =
-      run_lines("configure\ninterface ethernet 1/1\nshutdown\n", {"-f", "-", "--provoke", "port-manager=interrupt:0"});
+  const outcome lost = run_lines("configure\ninterface ethernet 1/1\nshutdown\n",
+                                 {"-f", "-", "--inject-fault", "port-manager=interrupt:0"});
   EXPECT_EQ(lost.exit_code, 0) << lost.out;
-  EXPECT_EQ(run_lines("configure\ninterface ethernet 1/1\nshutdown\n", {"-f", "-", "--provoke", "port-manager=reject"})
-                .exit_code,
-            2);
+  EXPECT_EQ(
+      run_lines("configure\ninterface ethernet 1/1\nshutdown\n", {"-f", "-", "--inject-fault", "port-manager=reject"})
+          .exit_code,
+      2);
 }
 
 TEST(Configure, WhatIsWrongWithACommandIsSaidBeforeAnythingIsSent) {

@@ -335,7 +335,7 @@ TEST(Clearing, InterfacesThatDoNotExistAreToldAndNothingIsCleared) {
 }
 
 TEST(Clearing, FailedServicesAreTold) {
-  const outcome result = run_all({"clear counters loopback"}, {"--provoke", "statistics=reject"});
+  const outcome result = run_all({"clear counters loopback"}, {"--inject-fault", "statistics=reject"});
   EXPECT_EQ(result.out, "error: clearing counters\n");
   EXPECT_EQ(result.exit_code, 2);
 }
@@ -378,7 +378,7 @@ TEST(Inband, FixedLinesAreShown) {
 }
 
 TEST(Progress, StandsAtATerminalWhileACommandLasts) {
-  terminal screen({"--provoke", "statistics=silent", "--wait", "2"});
+  terminal screen({"--inject-fault", "statistics=silent", "--wait", "2"});
   ASSERT_TRUE(screen.shows_prompt());
   screen.type("show interface ethernet 1/1 counters detailed\r");
   EXPECT_TRUE(screen.shows("\r\x1b[Kworking, 1 s; Ctrl-C stops it")) << screen.unread();
@@ -386,8 +386,8 @@ TEST(Progress, StandsAtATerminalWhileACommandLasts) {
 }
 
 TEST(Progress, NeverGoesIntoAPipe) {
-  const outcome result =
-      run_all({"show interface ethernet 1/1 counters detailed"}, {"--provoke", "statistics=silent", "--wait", "2"});
+  const outcome result = run_all({"show interface ethernet 1/1 counters detailed"},
+                                 {"--inject-fault", "statistics=silent", "--wait", "2"});
   EXPECT_EQ(result.out, "stats unavailable\n");
   EXPECT_EQ(result.err, "pmsh: the service 'statistics' did not answer in time.\n");
 }

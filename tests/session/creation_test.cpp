@@ -163,7 +163,7 @@ TEST(Creation, RefusalsAreNamedAndCreateNothing) {
 TEST(Creation, AServiceThatIsLostIsNamed) {
   const routed_switch lab;
   for (const char* const line : {"interface loopback 77", "no interface loopback 0"}) {
-    const outcome result = lab.run("configure\n" + std::string(line) + "\n", {"--provoke", "port-manager=lost"});
+    const outcome result = lab.run("configure\n" + std::string(line) + "\n", {"--inject-fault", "port-manager=lost"});
     EXPECT_EQ(result.out.find("error: no answer to the request: "), 0U) << result.out;
     EXPECT_EQ(result.exit_code, 2) << line;
   }

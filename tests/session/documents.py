@@ -36,7 +36,8 @@ class Checker:
         self.faults = []
         self.count = 0
         jsonschema.Draft202012Validator.check_schema(schema)
-        self.whole = jsonschema.Draft202012Validator(schema)
+        # What follows the definition of its display in closed form also follows the whole schema, which has them all.
+        self.published = {entry["$ref"].removeprefix("#/$defs/") for entry in schema["anyOf"]}
         self.schema = closed(schema)
         self.validators = {}
         self.state = tempfile.TemporaryDirectory()
@@ -64,8 +65,8 @@ class Checker:
             return self.fault(line, f"display {document.get('display')!r} is not published")
         for error in self.validator(document["display"]).iter_errors(document):
             self.fault(line, f"/{'/'.join(map(str, error.path))}: {error.message[:200]}")
-        if not self.whole.is_valid(document):
-            self.fault(line, "does not follow the schema as a whole")
+        if document["display"] not in self.published:
+            self.fault(line, f"display {document['display']!r} is not among those of the whole schema")
         if exit_code is not None and document.get("exit_code") != exit_code:
             self.fault(line, f"says exit code {document.get('exit_code')}, and ended with {exit_code}")
         return document

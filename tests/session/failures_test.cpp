@@ -17,7 +17,7 @@ class PortManagerFails : public testing::TestWithParam<const char*> {};
 
 TEST_P(PortManagerFails, CommandSaysSoAndReturnsTwo) {
   const outcome result =
-      run_shell({"--wait", "1", "--provoke", std::string("port-manager=") + GetParam(), "-c", kOnePort});
+      run_shell({"--wait", "1", "--inject-fault", std::string("port-manager=") + GetParam(), "-c", kOnePort});
 
   EXPECT_EQ(result.out.find("error: "), 0U) << result.out;
   EXPECT_EQ(result.out.find("Ethernet1/1"), std::string::npos);
@@ -28,14 +28,15 @@ INSTANTIATE_TEST_SUITE_P(Ways, PortManagerFails,
                          testing::Values("lost", "reject", "silent", "cut:0", "cut:3", "cut:9"));
 
 TEST(Failures, InterruptedWaitsAreTakenUpAgain) {
-  const outcome result = run_shell({"--provoke", "port-manager=interrupt:3", "-c", kOnePort});
+  const outcome result = run_shell({"--inject-fault", "port-manager=interrupt:3", "-c", kOnePort});
 
   EXPECT_EQ(result.out.find("Ethernet1/1 is up\n"), 0U);
   EXPECT_EQ(result.exit_code, 0);
 }
 
 TEST(Failures, ServiceThatFailsForSomeInterfacesReturnsThree) {
-  const outcome result = run_shell({"--provoke", "card-config=lost", "-c", "show interface ethernet 1/1, vethernet 1"});
+  const outcome result =
+      run_shell({"--inject-fault", "card-config=lost", "-c", "show interface ethernet 1/1, vethernet 1"});
 
   EXPECT_EQ(result.out.find("crdcfg_get_port_cap failed with "), 0U);
   EXPECT_NE(result.out.find("Vethernet1 is up\n"), std::string::npos);
@@ -60,15 +61,15 @@ account account_after(std::vector<std::string> arguments) {
 // A missing answer about addresses reads like no address in the text.
 TEST(Failures, OfWhichTheTextSaysNothingAreNamed) {
   const char* const command = "show interface ethernet 1/1, loopback 0 brief";
-  const outcome some = run_shell({"--provoke", "ip=lost", "-c", command});
+  const outcome some = run_shell({"--inject-fault", "ip=lost", "-c", command});
   EXPECT_EQ(some.exit_code, 3);
   EXPECT_EQ(some.err, "pmsh: the service 'ip' is not running.\n");
 
-  const outcome all = run_shell({"--provoke", "ip=reject", "-c", "show interface ethernet 1/1 brief"});
+  const outcome all = run_shell({"--inject-fault", "ip=reject", "-c", "show interface ethernet 1/1 brief"});
   EXPECT_EQ(all.exit_code, 2);
   EXPECT_EQ(all.err, "pmsh: the service 'ip' refused a request.\n");
 
-  const outcome document = run_shell({"--provoke", "ip=cut:3", "-c", std::string(command) + " | json"});
+  const outcome document = run_shell({"--inject-fault", "ip=cut:3", "-c", std::string(command) + " | json"});
   EXPECT_EQ(document.exit_code, 3);
   EXPECT_EQ(document.err, "pmsh: the service 'ip' answered with less than it promised.\n");
   EXPECT_NE(document.out.find("{\"interface\":\"Ethernet1/1\",\"severity\":\"error\",\"text\":\"the service 'ip' "
@@ -90,7 +91,7 @@ TEST(Accounts, EveryMessageIsDroppedOnceAfterShowInterface) {
 class AccountsOfFailures : public testing::TestWithParam<const char*> {};
 
 TEST_P(AccountsOfFailures, AreBalanced) {
-  const account messages = account_after({"--wait", "1", "--provoke", GetParam(), "-c", kOnePort});
+  const account messages = account_after({"--wait", "1", "--inject-fault", GetParam(), "-c", kOnePort});
 
   EXPECT_EQ(messages.dropped, messages.sent + messages.received);
   EXPECT_EQ(messages.twice, 0U);

@@ -19,7 +19,7 @@
 #include <thread>
 
 #include "base/write_all.h"
-#include "host/alarm_soon.h"
+#include "host/transport/alarm_soon.h"
 
 namespace host {
 namespace {

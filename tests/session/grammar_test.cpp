@@ -213,10 +213,40 @@ TEST(Grammar, RangeIsHandedOnWithItsSpans) {
 
   ASSERT_TRUE(parsed) << error;
   EXPECT_EQ(parsed->text, "show interface e 1/1-4 , 1/7,port-channel 3");
-  ASSERT_EQ(parsed->spans.size(), 3U);
-  EXPECT_EQ(parsed->spans[0].high.port, 4U);
-  EXPECT_EQ(parsed->spans[1].low.port, 7U);
-  EXPECT_EQ(parsed->spans[2].word->word, "port-channel");
+  ASSERT_EQ(parsed->range.items.size(), 3U);
+  EXPECT_EQ(std::get<host::interface_span>(parsed->range.items[0]).high.port, 4U);
+  EXPECT_EQ(std::get<host::interface_span>(parsed->range.items[1]).low.port, 7U);
+  EXPECT_EQ(std::get<host::interface_span>(parsed->range.items[2]).word->word, "port-channel");
+}
+
+TEST(Grammar, WordsFollowEveryFormOfARange) {
+  const command* const brief = command_of("show interface brief");
+  for (const char* const range : {"all", "al", "all except ethernet 1/1-4", "ethernet1/1-ethernet1/4", "e1/1-4,6",
+                                  "\"e*1/[1-3]\"", "'ethernet  1/*', po1", "e1/1 exc 'Eth*', mgmt0", "in-band"})
+    EXPECT_EQ(command_of(std::string("show interface ") + range + " brief"), brief) << range;
+  std::string error;
+  EXPECT_EQ(parse_command("show  interface 'a  b',mgmt0 brief", error)->text, "show interface 'a  b',mgmt0 brief");
+  EXPECT_EQ(parse_command("show interface all  except  e1/1 brief", error)->text,
+            "show interface all except e1/1 brief");
+}
+
+TEST(Grammar, EveryBadItemOfARangeIsNamedWithItsColumn) {
+  EXPECT_EQ(error_of("show interface ethernet 1/300, foo 2, 1/4-1 brief"),
+            "column 25: not a number of ethernet '1/300'; column 32: unknown interface 'foo'. A range looks like "
+            "'ethernet 1/1-4, 1/7'.");
+  EXPECT_EQ(error_of("  show int e1/4-1,e1/300 | json"),
+            "column 13: reversed range '1/4-1'; column 20: not a number of ethernet '1/300'. A range looks like "
+            "'ethernet 1/1-4, 1/7'.");
+  EXPECT_EQ(error_of("show interface \"e* brief"),
+            "column 16: unclosed quote '\"e* brief'. A range looks like 'ethernet 1/1-4, 1/7'.");
+  EXPECT_EQ(error_of("show interface ethernet brief"),
+            "column 25: no number for ethernet 'brief'. A range looks like 'ethernet 1/1-4, 1/7'.");
+}
+
+TEST(Grammar, RangeThatIsNotCompleteLacksANumber) {
+  for (const char* const line : {"show interface all except", "show interface ethernet", "show interface e1/1 -"})
+    EXPECT_EQ(error_of(line),
+              "a number is missing after '" + std::string(line) + "'. Type '" + line + " ?' for the list.");
 }
 
 TEST(Grammar, EveryInterfaceWordStartsARange) {
@@ -319,7 +349,7 @@ TEST(Watch, ItsNumberIsNotTheNumberOfTheCommand) {
   EXPECT_EQ(parsed->every, 5U);
   EXPECT_EQ(parsed->number, 3U);
   EXPECT_EQ(parsed->text, "show interface e1/1-2 status module 3");
-  EXPECT_EQ(parsed->spans.size(), 1U);
+  EXPECT_EQ(parsed->range.items.size(), 1U);
   EXPECT_EQ(parsed->pipes.size(), 1U);
   EXPECT_EQ(parse_command("watch 5 show interface status", error)->number, std::nullopt);
   EXPECT_EQ(parse_command("show interface status", error)->every, std::nullopt);
@@ -446,6 +476,38 @@ TEST(Suggestions, NumberBelongsToTheLastInterfaceWord) {
   EXPECT_EQ(numbers_of("show interface ethernet 1/1, port 1"), "port-channel");
   EXPECT_EQ(numbers_of("show interface "), "");
   EXPECT_EQ(suggest("show interface ethernet 1/1,2/").start, std::string("show interface ethernet 1/1,").size());
+}
+
+TEST(Suggestions, ExceptFollowsARange) {
+  EXPECT_TRUE(suggests("show interface all ", "except"));
+  EXPECT_TRUE(suggests("show interface e1/1 ex", "except"));
+  EXPECT_TRUE(suggests("show interface e1/1 exce", "except"));
+  EXPECT_EQ(host::complete("show interface all except").addition, " ");
+  EXPECT_TRUE(suggests("show interface all except ", "ethernet"));
+  EXPECT_FALSE(suggests("show interface all except e1/1 ", "except"));
+  EXPECT_FALSE(suggests("show interface ", "except"));
+  EXPECT_FALSE(suggests("show interface e1/1 brief ", "except"));
+}
+
+TEST(Suggestions, LastNumberOfASpanFollowsTheFirst) {
+  const auto after = [](const char* line) {
+    const auto found = suggest(line);
+    if (found.numbers_of == nullptr || !found.after) return std::string("nothing");
+    return host::interface_text(*found.numbers_of, *found.after) + (found.needs_whole_number ? " whole" : "");
+  };
+  EXPECT_EQ(after("show interface e1/3-"), "ethernet 1/3");
+  EXPECT_EQ(after("show interface e 1/3 - 1"), "ethernet 1/3");
+  EXPECT_EQ(after("show interface e1/1,mgmt 0-"), "mgmt 0");
+  EXPECT_EQ(after("show interface e1/3-eth"), "nothing");
+  EXPECT_EQ(after("show interface e1/3-ethernet "), "ethernet 1/3 whole");
+  EXPECT_EQ(after("show interface e1/3"), "nothing");
+  EXPECT_TRUE(suggests("show interface e1/3-e", "ethernet"));
+}
+
+TEST(Expressions, QuestionMarkBelongsToAPattern) {
+  EXPECT_TRUE(host::is_in_expression("show interface \"e"));
+  EXPECT_TRUE(host::is_in_expression("show interface e1/1, 'e 1/"));
+  EXPECT_FALSE(host::is_in_expression("show interface \"e*\" "));
 }
 
 TEST(Suggestions, EndOfACommandIsHinted) {

@@ -42,7 +42,7 @@ def commands_of(shell):
 
 
 def services_of(shell, switch):
-    code, _, error = run(shell, switch, "help", ["--provoke", "none=lost"])
+    code, _, error = run(shell, switch, "help", ["--inject-fault", "none=lost"])
     assert code == 1, error
     return re.search(r"Expected one of (.*)\.", error).group(1).split(", ")
 
@@ -68,7 +68,7 @@ def client_libraries(shell):
 
 def fault_of(shell, switch, command, undisturbed, service, fault):
     """What is wrong with the command under a fault of a service, or None. Without a fault the "service" is a library that is missing."""
-    code, out, error = run(shell, switch, command, ["--provoke", f"{service}={fault}"] if fault else [])
+    code, out, error = run(shell, switch, command, ["--inject-fault", f"{service}={fault}"] if fault else [])
     if out == undisturbed:
         return None
     if code == 0:

@@ -271,7 +271,7 @@ TEST(ModuleResources, AreTypedInTheStructuredForm) {
 
 TEST(ModuleResources, AreAnEmptyListWhenTheServiceFails) {
   const outcome cut = run_shell_on(test_file("optics.yaml"),
-                                   {"--provoke", "port-manager=cut:14", "-c", "show module 3 resources | json"});
+                                   {"--inject-fault", "port-manager=cut:14", "-c", "show module 3 resources | json"});
   rapidjson::Document document;
   document.Parse(cut.out.c_str());
   ASSERT_FALSE(document.HasParseError());

@@ -87,7 +87,7 @@ TEST_F(Panel, DocumentHasARecordForEachPort) {
 }
 
 TEST_F(Panel, ServiceThatFailsReturnsTwo) {
-  const outcome result = run_shell({"--provoke", "interface-values=reject", "-c", "show panel"});
+  const outcome result = run_shell({"--inject-fault", "interface-values=reject", "-c", "show panel"});
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.err, "pmsh: the service 'interface-values' refused a request.\n");
   EXPECT_EQ(result.exit_code, 2);

@@ -1,5 +1,5 @@
 // The shell over a recorded machine: linked with the shell's own main(), whose --kernel finds this kernel.
-#include "host/recorded_switch.h"
+#include "host/source/kernel/recorded_switch.h"
 
 namespace host {
 namespace {

@@ -24,10 +24,40 @@ std::string selected(const std::string& range) {
   return names_of(run_command("show interface " + range + " status | json"));
 }
 
-TEST(Selection, OverlappingRangesShowAnInterfaceOnceForEach) {
-  EXPECT_EQ(selected("ethernet 1/1-3, ethernet 1/2-4"),
-            "Ethernet1/1 Ethernet1/2 Ethernet1/3 Ethernet1/2 Ethernet1/3 Ethernet1/4 ");
-  EXPECT_EQ(selected("ethernet 1/10, 1/10"), "Ethernet1/10 Ethernet1/10 ");
+TEST(Selection, DuplicatesCountOnceWhereTheyAreNamedFirst) {
+  EXPECT_EQ(selected("ethernet 1/2-4, ethernet 1/1-3"), "Ethernet1/2 Ethernet1/3 Ethernet1/4 Ethernet1/1 ");
+  EXPECT_EQ(selected("ethernet 1/10, 1/10"), "Ethernet1/10 ");
+  EXPECT_EQ(selected("ethernet 1/10, \"*1/1*\", ethernet 1/1-2"), "Ethernet1/10 Ethernet1/1 Ethernet1/2 ");
+}
+
+TEST(Selection, SpansMayRepeatTheWordAndNumbersMayBeLastParts) {
+  const char kFour[] = "Ethernet1/1 Ethernet1/2 Ethernet1/3 Ethernet1/4 ";
+  EXPECT_EQ(selected("ethernet1/1-ethernet1/4"), kFour);
+  EXPECT_EQ(selected("e1/1-3,4"), kFour);
+}
+
+TEST(Selection, ExceptTakesInterfacesAway) {
+  EXPECT_EQ(selected("ethernet 1/1-4 except 1/2, \"Ethernet1/3\""), "Ethernet1/1 Ethernet1/4 ");
+  const outcome none = run_command("show interface ethernet 1/1-4 except all status");
+  EXPECT_EQ(none.err, "pmsh: 'except' leaves no interface of the range.\n");
+  EXPECT_EQ(none.exit_code, 4);
+}
+
+TEST(Selection, AllIsWhatACommandWithoutARangeShows) {
+  for (const char* const table : {"status", "description"}) {
+    const outcome all = run_command(std::string("show interface all ") + table);
+    EXPECT_EQ(all.out, run_command(std::string("show interface ") + table).out) << table;
+    EXPECT_EQ(all.err, "") << table;
+    EXPECT_EQ(all.exit_code, 0) << table;
+  }
+}
+
+TEST(Selection, PatternsMatchNames) {
+  EXPECT_EQ(selected("\"e*1/[1-3]\""), "Ethernet1/1 Ethernet1/2 Ethernet1/3 ");
+  EXPECT_EQ(selected("'ETHERNET 1/?'"), "Ethernet1/1 Ethernet1/2 Ethernet1/3 Ethernet1/4 Ethernet1/5 ");
+  const outcome none = run_command("show interface \"x*\" status");
+  EXPECT_EQ(none.err, "pmsh: no such interface: \"x*\". Type 'show interface ?' for the kinds.\n");
+  EXPECT_EQ(none.exit_code, 4);
 }
 
 TEST(Selection, RangeSpansModulesAndKindsInNaturalOrder) {
@@ -48,21 +78,58 @@ TEST(Selection, ReversedRangesAreUsageErrors) {
   }
 }
 
-TEST(Selection, EveryMissingEndIsNamed) {
-  const outcome result = run_command("show interface ethernet 1/1-9, port-channel 8, vethernet 1, mgmt 1 brief");
+constexpr char kAbsentEnds[] = "no such interface: ethernet 1/9, port-channel 8, \"x*\", mgmt 1. The others are shown.";
 
-  EXPECT_EQ(result.out, "");
-  EXPECT_EQ(result.err,
-            "pmsh: no such interface: ethernet 1/9, port-channel 8, mgmt 1. Type 'show interface ?' for the kinds.\n");
-  EXPECT_EQ(result.exit_code, 4);
+TEST(Selection, AbsentEndsAreNamedAndTheRestIsShown) {
+  const std::string range = "show interface ethernet 1/4-9, port-channel 8, \"x*\", vethernet 1, mgmt 1 status";
+  const outcome text = run_command(range);
+  EXPECT_EQ(text.out, run_command("show interface ethernet 1/4-5, vethernet 1 status").out);
+  EXPECT_EQ(text.err, "pmsh: " + std::string(kAbsentEnds) + "\n");
+  EXPECT_EQ(text.exit_code, 4);
+
+  const outcome document = run_command(range + " | json");
+  EXPECT_EQ(names_of(document), "Ethernet1/4 Ethernet1/5 Vethernet1 ");
+  EXPECT_NE(
+      document.out.find("no such interface: ethernet 1/9, port-channel 8, \\\"x*\\\", mgmt 1. The others are shown."),
+      std::string::npos)
+      << document.out;
+  EXPECT_NE(document.out.find("\"exit_code\":4"), std::string::npos) << document.out;
+}
+
+TEST(Selection, EveryDisplayOfARangeShowsWhatExists) {
+  for (const char* const line : {"show interface e1/1-9 overview", "show running-config interface e1/1-9"}) {
+    const outcome result = run_command(line);
+    EXPECT_NE(result.out, "") << line;
+    EXPECT_EQ(result.err, "pmsh: no such interface: ethernet 1/9. The others are shown.\n");
+    EXPECT_EQ(result.exit_code, 4) << line;
+  }
+}
+
+TEST(Selection, RangeOfWhichNothingExistsIsAnError) {
+  for (const char* const range : {"ethernet 1/6-9", "ethernet 1/6-9 except ethernet 1/1"}) {
+    const outcome result = run_command(std::string("show interface ") + range + " brief");
+    EXPECT_EQ(result.out, "") << range;
+    EXPECT_EQ(result.err,
+              "pmsh: no such interface: ethernet 1/6, ethernet 1/9. Type 'show interface ?' for the kinds.\n");
+    EXPECT_EQ(result.exit_code, 4) << range;
+  }
+}
+
+TEST(Selection, CommandsThatChangeInterfacesRefuseAbsentEnds) {
+  const char kRefusal[] = "pmsh: no such interface: ethernet 1/9. Type 'show interface ?' for the kinds.\n";
+  EXPECT_EQ(run_command("clear counters interface ethernet 1/1-9").err, kRefusal);
+  const outcome configured = run_shell(
+      {"-c", "configure", "-c", "interface ethernet 1/1-9", "-c", "shutdown", "-c", "show interface e1/1 brief"});
+  EXPECT_EQ(configured.err.find(kRefusal), 0U) << configured.err;
+  EXPECT_EQ(run_shell({"-c", "configure", "-c", "interface all except ethernet 1/9"}).err, kRefusal);
 }
 
 // An argument of the library holds 64 ranges.
 TEST(Selection, MoreThan64RangesAreTaken) {
   std::string command = "show interface ethernet 1/1";
-  for (int i = 0; i < 150; ++i) command += i % 2 == 0 ? ",1/2-3" : ",1/10";
-  EXPECT_EQ(run_command(command + " status | include ^Eth | count").out, "226\n");
-  EXPECT_EQ(run_command(command + ",1/9 status").exit_code, 4);
+  for (int module = 2; module <= 75; ++module)
+    command += "," + std::to_string(module % 37 + 1) + "/" + (module <= 38 ? "2-3" : "5");
+  EXPECT_EQ(run_on_giant(command + " status | include ^Eth | count").out, "112\n");
 }
 
 TEST(Selection, AllPortsOfAGiantAreShown) {
@@ -91,7 +158,7 @@ TEST(Selection, RangeOverManyModulesOfAGiant) {
 TEST(Selection, PortManagerThatDoesNotAnswerEndsTheCommand) {
   for (const char* const range : {"", "ethernet 1/1 ", "port-channel 7 "}) {
     const outcome result =
-        run_shell({"--provoke", "port-manager=lost", "-c", "show interface " + std::string(range) + "status"});
+        run_shell({"--inject-fault", "port-manager=lost", "-c", "show interface " + std::string(range) + "status"});
     EXPECT_EQ(result.out.find("error: no answer to the request: "), 0U) << range << result.out;
     EXPECT_EQ(result.out.find('\n'), result.out.size() - 1) << result.out;
     EXPECT_EQ(result.exit_code, 2) << range;

@@ -129,7 +129,8 @@ TEST(Structured, ErrorsOfTheShellAreMessagesWithoutAnInterface) {
 }
 
 TEST(Structured, FailuresOfServicesAreMessagesToo) {
-  const auto document = parse(run_shell({"--provoke", "statistics=lost", "-c", "show interface ethernet 1/1 | json"}));
+  const auto document =
+      parse(run_shell({"--inject-fault", "statistics=lost", "-c", "show interface ethernet 1/1 | json"}));
 
   EXPECT_STREQ(document["interfaces"][0]["state"].GetString(), "up");
   bool told = false;

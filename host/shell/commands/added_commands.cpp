@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "base/text.h"
+#include "base/tokens.h"
 #include "pmsh/commands.h"
 #include "shell/commands/show/interface.h"
 #include "shell/commands/show/library_display.h"

@@ -33,7 +33,8 @@ int help(const invocation& run) {
   run.output.text(
       "\n"
       "Words may be abbreviated. TAB completes a word, ? lists what may come next.\n"
-      "A RANGE looks like 'ethernet 1/1-4, 1/7' or 'port-channel 1-3'. Output goes through any number of\n");
+      "A RANGE looks like 'ethernet 1/1-4, 1/7', 'all except mgmt 0' or '\"e*1/[1-3]\"'. Output goes through any "
+      "number of\n");
   for (const pipe_word& word : kPipeWords) {
     const std::string written = "| " + std::string(word.word) + std::string(syntax_of(word.argument));
     run.output.text("  " + padded(written, kHelpWidth) + std::string(word.help) + "\n");

@@ -8,7 +8,7 @@
 #include "base/vlan_set.h"
 #include "shell/grammar/syntax.h"
 #include "shell/output/pipes.h"
-#include "switch/interface_name.h"
+#include "switch/interface_range.h"
 
 namespace host {
 
@@ -18,7 +18,7 @@ struct command_line {
   const command* before = nullptr;  // that runs it, such as "watch INTERVAL"; null: the session does
   std::string text;                 // with all words in full, without pipes, "do" and "watch INTERVAL"
   std::string written_range;        // empty: none
-  std::vector<interface_span> spans;
+  interface_range range;
   std::optional<uint32> number;  // of a module: UINT32_MAX also for what is greater
   std::optional<uint32> every;   // seconds: the command is watched
   std::string module;            // its number as written; empty: none

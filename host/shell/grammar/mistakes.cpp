@@ -74,17 +74,19 @@ std::string bounds_of(const number_argument& number) {
   return std::to_string(number.lowest) + " to " + std::to_string(number.highest);
 }
 
-std::string unknown_word(const std::vector<position>& positions, std::string_view word, std::string_view in_front) {
-  if (const number_argument* const number = expected_number(positions))
+std::string unknown_word(const reading_state& state, std::string_view word) {
+  const std::string before = join(state.path, " ");
+  if (const number_argument* const number = expected_number(state.positions))
     return "expected a number from " + bounds_of(*number) + " for " + std::string(number->name) + ", not " +
            quoted(word) + ".";
-  const std::vector<std::string_view> expected = expected_words(positions);
-  if (expects_vlans(positions)) return quoted(word) + " is not a list of VLANs such as 1-10,20.";
-  if (expected.empty()) return "unexpected " + quoted(word) + " after " + quoted(in_front) + ".";
+  std::vector<std::string_view> expected = expected_words(state.positions);
+  if (expects_vlans(state.positions)) return quoted(word) + " is not a list of VLANs such as 1-10,20.";
+  if (expected.empty()) return "unexpected " + quoted(word) + " after " + quoted(before) + ".";
+  if (state.takes_except) expected.push_back(kExcept);
   const std::string_view meant = likely_word(word, expected);
   std::string text = "unknown word " + quoted(word);
   if (!meant.empty()) text += ": did you mean " + quoted(meant) + "?";
-  return text + (meant.empty() ? ". " : " ") + type_help(in_front);
+  return text + (meant.empty() ? ". " : " ") + type_help(before);
 }
 
 std::string unreadable_word(const reading_state& state, std::string_view word) {
@@ -93,17 +95,25 @@ std::string unreadable_word(const reading_state& state, std::string_view word) {
   if (is_no) hint = hint_of_mode({"no", word}, state.mode);
   if (state.path.empty()) hint = hint_of_mode({word}, state.mode);
   if (hint.empty()) hint = hint_of_watch(state, word);
-  return hint.empty() ? unknown_word(state.positions, word, join(state.path, " ")) : hint;
+  return hint.empty() ? unknown_word(state, word) : hint;
 }
 
 std::string ambiguous_word(std::string_view word, const std::vector<std::string_view>& meanings) {
   return "ambiguous word " + quoted(word) + ": " + join(meanings, ", ") + ". Type one more letter.";
 }
 
+std::string bad_range(const std::vector<range_error>& errors, std::size_t start) {
+  std::string text;
+  for (const range_error& it : errors)
+    text.append(text.empty() ? "" : "; ")
+        .append("column " + std::to_string(start + it.position + 1) + ": " + it.reason);
+  return text + ". A range looks like 'ethernet 1/1-4, 1/7'.";
+}
+
 std::string incomplete_command(const reading_state& state) {
   const std::string path = join(state.path, " ");
   if (path.empty()) return "no command before '|'. " + type_help({});
-  const bool lacks_number = !may_leave_range(state.positions.front().range);
+  const bool lacks_number = state.ending && !state.ending->is_complete;
   return (lacks_number ? "a number is missing after '" : "incomplete command '") + path + "'. " + type_help(path);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "base/tokens.h"
 #include "shell/grammar/mistakes.h"
 #include "shell/grammar/words.h"
 

@@ -1,7 +1,6 @@
 #include "shell/grammar/reading.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <functional>
 #include <iterator>
@@ -13,31 +12,20 @@
 namespace host {
 namespace {
 
-bool is_digit(char character) { return std::isdigit(static_cast<unsigned char>(character)) != 0; }
-bool is_letter(char character) { return std::isalpha(static_cast<unsigned char>(character)) != 0; }
-
-range_end end_of_range(std::string_view text) {
-  if (text.back() == ',') return range_end::comma;
-  const std::string_view item = text.substr(text.find_last_of(", ") + 1);  // npos + 1 is 0
-  if (item.empty() || item.find_first_of("0123456789") == std::string_view::npos) {
-    if (item.empty() || !is_letter(item.front())) return range_end::dash;
-    range_fault fault{};
-    const interface_word* const word = parse_interface_word(item, fault);
-    return word != nullptr && names_one_interface(*word) ? range_end::number : range_end::word;
-  }
-  return text.back() == '-' ? range_end::dash : range_end::number;
-}
-
-// True when a word continues a range that ends with `end` so far.
-bool continues_range(range_end end, std::string_view word) {
-  switch (end) {
-    case range_end::none: return false;
-    case range_end::word:
-    case range_end::dash: return is_digit(word.front());
-    case range_end::comma: return is_digit(word.front()) || !interface_words(word).empty();
-    case range_end::number: return word.front() == ',' || word.front() == '-';
-  }
-  return false;
+// The names of what a range may begin with that a word names or abbreviates.
+std::vector<std::string_view> beginnings_of_range(std::string_view word) {
+  if (word.front() == '"' || word.front() == '\'') return {word};
+  const std::string_view letters = word.substr(0, word.find_first_of("0123456789/,"));
+  if (letters.empty()) return {};
+  if (starts_with_ignoring_case(kEveryInterface, letters)) return {kEveryInterface};
+  range_fault fault{};
+  const interface_word* const named = parse_interface_word(letters, fault);
+  if (named != nullptr) return {named->word};
+  std::vector<std::string_view> found;
+  if (fault != range_fault::kAmbiguousWord) return found;
+  for (const interface_word& known : kInterfaceWords)
+    if (starts_with_ignoring_case(known.word, letters)) found.push_back(known.word);
+  return found;
 }
 
 // The number that a word is; within its bounds unless it may have any value.
@@ -55,10 +43,10 @@ std::optional<uint32> read_number(const number_argument& wanted, std::string_vie
 void add_free_readings(const std::vector<position>& positions, std::string_view word, std::vector<step>& steps) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
-      const position next{at.what, index + 1, range_end::none, at.number};
+      const position next{at.what, index + 1, at.number};
       if (expected.kind == syntax_kind::file || expected.kind == syntax_kind::word) steps.push_back({word, next});
       if (expected.kind != syntax_kind::vlans) return;
-      if (auto vlans = parse_vlans(word)) steps.push_back({word, next, std::move(*vlans)});
+      if (auto vlans = parse_vlans(word)) steps.push_back({word, next, false, std::move(*vlans)});
     });
   }
 }
@@ -88,23 +76,8 @@ void begin_command_behind(reading_state& state) {
 
 }  // namespace
 
-bool may_leave_range(range_end end) { return end == range_end::none || end == range_end::number; }
-
-std::vector<const interface_word*> interface_words(std::string_view text) {
-  const std::size_t letters = std::min(text.find_first_of("0123456789/,"), text.size());
-  std::vector<const interface_word*> found;
-  range_fault fault{};
-  const interface_word* const named = letters == 0 ? nullptr : parse_interface_word(text.substr(0, letters), fault);
-  if (named != nullptr) return {named};
-  if (letters == 0 || fault != range_fault::kAmbiguousWord) return found;
-  for (const interface_word& word : kInterfaceWords) {
-    if (starts_with_ignoring_case(word.word, text.substr(0, letters))) found.push_back(&word);
-  }
-  return found;
-}
-
 bool is_complete(const position& at) {
-  bool only_optional = may_leave_range(at.range);
+  bool only_optional = true;
   for_each_next_word(at, [&](const syntax_word& word, std::size_t) { only_optional &= word.is_optional; });
   return only_optional;
 }
@@ -125,19 +98,15 @@ const number_argument& number_argument_of(const syntax_word& word) {
 std::vector<step> readings(const std::vector<position>& positions, std::string_view word) {
   std::vector<step> steps;
   for (const position& at : positions) {
-    if (continues_range(at.range, word)) {
-      steps.push_back({word, {at.what, at.next, end_of_range(word), at.number}});
-      continue;
-    }
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
       if (expected.kind == syntax_kind::range) {
-        for (const interface_word* const kind : interface_words(word))
-          steps.push_back({kind->word, {at.what, index + 1, end_of_range(word), at.number}});
+        for (const std::string_view name : beginnings_of_range(word))
+          steps.push_back({name, {at.what, index + 1, at.number}, true});
       } else if (expected.kind == syntax_kind::number) {
         if (const auto number = read_number(number_argument_of(expected), word))
-          steps.push_back({word, {at.what, index + 1, range_end::none, number}});
+          steps.push_back({word, {at.what, index + 1, number}});
       } else if (expected.kind == syntax_kind::literal && starts_with_ignoring_case(expected.text, word)) {
-        steps.push_back({expected.text, {at.what, index + 1, range_end::none, at.number}});
+        steps.push_back({expected.text, {at.what, index + 1, at.number}});
       }
     });
   }
@@ -190,23 +159,59 @@ void keep_argument(step& reading, std::string_view word, command_line& line) {
   if (argument.kind == syntax_kind::number && number_argument_of(argument).has_any_value) line.module = word;
 }
 
+// Whether an error is that the line ends too soon: more may still be typed.
+bool is_of_end(const range_error& error, std::size_t end, bool is_being_typed) {
+  if (error.position + error.length != end) return false;
+  const bool is_missing = error.fault == range_fault::kEmpty || error.fault == range_fault::kMissingNumber;
+  return is_being_typed || (is_missing && error.length == 0);
+}
+
+// Reads a range from its first word on.
+std::size_t read_range_of(reading_state& state, std::string_view line, std::span<const word_token> words) {
+  state.range_start = words.front().start;
+  const std::string_view text = line.substr(state.range_start);
+  range_reading reading = read_range(text);
+  const bool is_open =
+      reading.errors.size() == 1 && is_of_end(reading.errors.front(), text.size(), state.is_being_typed);
+  if (!reading.errors.empty() && !is_open) {
+    state.error = bad_range(reading.errors, state.range_start);
+    return 0;
+  }
+  if (reading.end == text.size()) state.ending = reading.ending;
+  const auto taken = std::count_if(words.begin(), words.end(),
+                                   [&](const word_token& it) { return it.start < state.range_start + reading.end; });
+  const std::string_view written = trim(text.substr(0, reading.end));
+  const std::size_t first = state.path.size();
+  if (written.find_first_of("\"'") != std::string_view::npos) {
+    state.path.push_back(written);  // with the blanks of its patterns
+  } else {
+    for (const word_token& it : words.first(static_cast<std::size_t>(taken))) state.path.push_back(it.text);
+  }
+  state.takes_except = !is_open && reading.range.exceptions.empty();
+  state.line.range = std::move(reading.range);
+  state.line.written_range = join({state.path.begin() + static_cast<std::ptrdiff_t>(first), state.path.end()}, " ");
+  return static_cast<std::size_t>(taken);
+}
+
 }  // namespace
 
-bool read_word(reading_state& state, std::string_view word) {
+std::size_t read_next(reading_state& state, std::string_view line, std::span<const word_token> words) {
+  const std::string_view word = words.front().text;
   std::vector<step> steps = readings(state.positions, word);
   prefer_exact(steps, word);
   const std::vector<std::string_view> names = names_of(steps);
   if (names.size() != 1) {
     state.error = names.empty() ? unreadable_word(state, word) : ambiguous_word(word, names);
-    return false;
+    return 0;
   }
   keep_argument(steps.front(), word, state.line);
   state.positions.clear();
   for (const step& reading : steps) state.positions.push_back(reading.to);
-  const bool in_range = steps.front().to.range != range_end::none;
-  state.path.push_back(in_range ? word : names.front());
+  state.takes_except = false;
+  if (steps.front().begins_range) return read_range_of(state, line, words);
+  state.path.push_back(names.front());
   begin_command_behind(state);
-  return true;
+  return 1;
 }
 
 }  // namespace host

@@ -3,31 +3,27 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/tokens.h"
 #include "shell/grammar/command_line.h"
-#include "switch/interface_name.h"
+#include "shell/grammar/words.h"
+#include "switch/interface_range.h"
 
 namespace host {
 
-// How a partly typed interface range ends.
-enum class range_end : uint8 { none, word, number, comma, dash };
-
 struct position {
   const command* what;
-  std::size_t next = 0;  // word of the syntax that comes next
-  range_end range = range_end::none;
+  std::size_t next = 0;               // word of the syntax that comes next
   std::optional<uint32> number = {};  // that the line has named
 };
-
-bool may_leave_range(range_end end);
 
 // The words of the syntax that may come next, up to the first one that is required.
 template <typename Visit>
 void for_each_next_word(const position& at, Visit visit) {
-  if (!may_leave_range(at.range)) return;
   for (std::size_t i = at.next; i < at.what->syntax.num_words; ++i) {
     const syntax_word& word = at.what->syntax.words[i];
     visit(word, i);
@@ -47,6 +43,7 @@ const number_argument& number_argument_of(const syntax_word& word);
 struct step {
   std::string_view name;  // the word in full
   position to;
+  bool begins_range = false;          // of interfaces, which may have more words
   std::vector<vlan_span> vlans = {};  // that the word is
 };
 
@@ -58,9 +55,6 @@ void prefer_exact(std::vector<step>& steps, std::string_view word);
 
 std::vector<std::string_view> names_of(const std::vector<step>& steps);
 
-// The interface words that the letters at the start of `text` name or abbreviate.
-std::vector<const interface_word*> interface_words(std::string_view text);
-
 // The number that may come next, if any.
 const number_argument* expected_number(const std::vector<position>& positions);
 
@@ -68,17 +62,24 @@ const number_argument* expected_number(const std::vector<position>& positions);
 bool takes_text(const std::vector<position>& positions);
 
 struct reading_state {
-  explicit reading_state(shell_mode typed_in) : mode(typed_in), positions(all_positions(typed_in)) {}
+  explicit reading_state(shell_mode typed_in, bool is_typed = false)
+      : mode(typed_in), is_being_typed(is_typed), positions(all_positions(typed_in)) {}
 
   shell_mode mode;
+  bool is_being_typed;  // what is not complete at the end of the line is no error
   std::vector<position> positions;
   std::vector<std::string_view> path;  // words in full
   command_line line;                   // the values of its arguments
   std::size_t words_in_front = 0;      // of the command behind "do" or "watch INTERVAL"
+  std::size_t range_start = 0;         // of the last range, in the line
+  std::optional<range_ending> ending;  // of a range with which the line ends
+  bool takes_except = false;           // a range was read last, which has no exceptions
   std::string error;
 };
 
-// Reads a word; returns false and says why when it fits nowhere or in too many ways.
-bool read_word(reading_state& state, std::string_view word);
+// Reads the next word, or all words of the range that begins with it. `line` is the whole of the words. Returns how
+// many were read; 0, with the reason in `error`, when the first fits nowhere or in too many ways, or the range is
+// wrong.
+std::size_t read_next(reading_state& state, std::string_view line, std::span<const word_token> words);
 
 }  // namespace host

@@ -1,7 +1,7 @@
 #include "shell/grammar/suggester.h"
 
 #include <algorithm>
-#include <cctype>
+#include <span>
 
 #include "base/text.h"
 #include "shell/grammar/mistakes.h"
@@ -12,48 +12,41 @@
 namespace host {
 namespace {
 
-bool is_letter(char character) { return std::isalpha(static_cast<unsigned char>(character)) != 0; }
-
-void add_word(suggestions& found, std::string_view word, std::string_view help) {
+void add_word(suggestions& found, std::string_view word, std::string_view help, const interface_word* kind = nullptr) {
   const auto same = [word](const suggestion& known) { return known.word == word; };
   if (std::none_of(found.words.begin(), found.words.end(), same))
-    found.words.push_back({std::string(word), std::string(help)});
+    found.words.push_back({std::string(word), std::string(help), kind});
 }
 
-void suggest_interface_words(suggestions& found, std::string_view begun) {
-  for (const interface_word& word : kInterfaceWords) {
-    if (starts_with_ignoring_case(word.word, begun)) add_word(found, word.word, word.help);
-  }
+void suggest_items(suggestions& found, std::string_view begun) {
+  for (const interface_word& word : kInterfaceWords)
+    if (starts_with_ignoring_case(word.word, begun)) add_word(found, word.word, word.help, &word);
+  if (starts_with_ignoring_case(kEveryInterface, begun)) add_word(found, kEveryInterface, "All interfaces");
 }
 
-// The interface word to which a number at the end of a range belongs.
-const interface_word* word_of_number(std::string_view range) {
-  const std::size_t last = range.find_last_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ");
-  if (last == std::string_view::npos) return nullptr;
-  const std::size_t start = range.find_last_of(" ,", last) + 1;  // npos + 1 is 0
-  const auto words = interface_words(range.substr(start, last + 1 - start));
-  return words.size() == 1 ? words.front() : nullptr;
+void suggest_except(suggestions& found, std::string_view begun) {
+  if (starts_with_ignoring_case(kExcept, begun)) add_word(found, kExcept, "Interfaces to leave out of the range");
 }
 
-// Suggests a number at the end of the last word, which is part of a range: where the number begins, and its kind.
-void suggest_numbers(suggestions& found, std::string_view range, const word_token& begun) {
-  const std::size_t separator = begun.text.find_last_of(",-");
-  std::size_t number = separator == std::string_view::npos ? 0 : separator + 1;
-  if (separator == std::string_view::npos) {
-    number = std::min(begun.text.find_first_of("0123456789"), begun.text.size());
-  } else if (number < begun.text.size() && is_letter(begun.text[number])) {
-    found.start = begun.start + number;
-    return suggest_interface_words(found, begun.text.substr(number));
-  }
-  found.start = begun.start + number;
-  found.numbers_of = word_of_number(range);
-  if (begun.text.ends_with(',')) suggest_interface_words(found, {});
+// Suggests what completes a range with which the line ends.
+void suggest_in_range(suggestions& found, std::string_view line, const reading_state& state) {
+  const range_ending& ending = *state.ending;
+  found.start = state.range_start + ending.begun;
+  const std::string_view begun = line.substr(found.start);
+  if (ending.begins_item) suggest_items(found, begun);
+  if (ending.begins_item && begun.empty())
+    found.hints.push_back({"\"PATTERN\"", "Names like \"e*1/[1-3]\": * ? and [...] stand for characters"});
+  if (ending.word != nullptr && !begun.empty() && starts_with_ignoring_case(ending.word->word, begun))
+    add_word(found, ending.word->word, ending.word->help);
+  found.numbers_of = ending.number;
+  found.after = ending.low;
+  found.needs_whole_number = ending.is_whole;
 }
 
 void suggest_next_words(suggestions& found, const std::vector<position>& positions, std::string_view begun) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
-      if (word.kind == syntax_kind::range) return suggest_interface_words(found, begun);
+      if (word.kind == syntax_kind::range) return suggest_items(found, begun);
       if (word.kind == syntax_kind::literal && starts_with_ignoring_case(word.text, begun))
         add_word(found, word.text, help_of_word(word.text));
     });
@@ -79,13 +72,10 @@ void suggest_free_argument(suggestions& found, const std::vector<position>& posi
   }
 }
 
-void suggest_hints(suggestions& found, const std::vector<position>& positions) {
-  const bool in_number =
-      std::any_of(positions.begin(), positions.end(), [](const position& at) { return at.range == range_end::number; });
-  if (in_number) {
-    found.hints.push_back({",", "Another interface or range"});
-    found.hints.push_back({"-", "The last number of a range"});
-  }
+void suggest_hints(suggestions& found, const reading_state& state) {
+  const std::vector<position>& positions = state.positions;
+  if (state.ending) found.hints.push_back({",", "Another interface or range"});
+  if (state.ending && state.ending->takes_dash) found.hints.push_back({"-", "The last number of a range"});
   suggest_number_argument(found, positions);
   suggest_free_argument(found, positions);
   if (std::none_of(positions.begin(), positions.end(), is_complete)) return;
@@ -93,12 +83,19 @@ void suggest_hints(suggestions& found, const std::vector<position>& positions) {
   found.hints.push_back({"<Enter>", "Run the command"});
 }
 
-// True when a word can be read as part of a range that has reached a number.
-bool begins_number(const std::vector<position>& positions, std::string_view word) {
-  const std::vector<step> steps = readings(positions, word);
-  return std::any_of(steps.begin(), steps.end(), [](const step& reading) {
-    return reading.to.range != range_end::none && reading.to.range != range_end::word;
-  });
+// True when a word is the beginning of a range, and more than a part of its first word.
+bool is_in_range(const reading_state& state, std::string_view word) {
+  const std::vector<step> steps = readings(state.positions, word);
+  const auto begins_range = [](const step& reading) { return reading.begins_range; };
+  if (std::none_of(steps.begin(), steps.end(), begins_range)) return false;
+  const range_ending ending = read_range(word).ending;
+  return !ending.begins_item || ending.begun != 0;
+}
+
+// True when a line ends with "except", whose exceptions follow a blank.
+bool ends_with_except(std::string_view line, const reading_state& state) {
+  return state.ending->begins_item && state.ending->begun + state.range_start == line.size() &&
+         starts_with_ignoring_case(line.substr(line.size() - std::min(line.size(), kExcept.size())), kExcept);
 }
 
 suggestions suggest_pipe(const word_token& part) {
@@ -132,50 +129,52 @@ suggestions suggest_pipe(const word_token& part) {
 
 }  // namespace
 
-suggestions suggest(std::string_view line, shell_mode mode) {
+suggestions suggest(const cut_line& typed, shell_mode mode) {
   suggestions found;
-  if (is_comment(line)) return found;
-  const std::vector<word_token> parts = split_pipes(line);
-  if (parts.size() > 1) return suggest_pipe(parts.back());
+  if (typed.is_comment) return found;
+  if (typed.parts.size() > 1) return suggest_pipe(typed.parts.back());
 
-  std::vector<word_token> words = split_words(line);
+  const std::string_view line = typed.text;
+  const std::vector<word_token>& words = typed.words;
   const bool has_begun = !words.empty() && words.back().text.end() == line.end();
-  const word_token begun = has_begun ? words.back() : word_token{line.substr(line.size()), line.size()};
-  if (has_begun) words.pop_back();
-
-  found.start = begun.start;
-  reading_state state(mode);
-  std::size_t range_start = begun.start;
-  for (const word_token& word : words) {
-    if (takes_text(state.positions)) return found;
-    if (!read_word(state, word.text)) {
+  reading_state state(mode, true);
+  std::span<const word_token> left = words;
+  while (!left.empty()) {
+    const bool is_last = has_begun && left.size() == 1;
+    if (!is_last && takes_text(state.positions)) return found;
+    if (is_last && !is_in_range(state, left.front().text)) break;
+    const std::size_t taken = read_next(state, line, left);
+    if (taken == 0) {
       found.error = state.error;
       return found;
     }
-    if (state.positions.front().range == range_end::none)
-      range_start = begun.start;
-    else
-      range_start = std::min(range_start, word.start);
+    left = left.subspan(taken);
   }
-  const range_end end = state.positions.front().range;
-  if (has_begun ? begins_number(state.positions, begun.text) : !may_leave_range(end)) {
-    suggest_numbers(found, line.substr(range_start), begun);
-    if (end == range_end::comma && !has_begun) suggest_interface_words(found, {});
+  found.creates_interfaces = std::any_of(state.positions.begin(), state.positions.end(), [](const position& at) {
+    return at.what->syntax.words[0].text == "interface";
+  });
+  const word_token begun = left.empty() ? word_token{line.substr(line.size()), line.size()} : left.front();
+  found.start = begun.start;
+  if (state.ending && ends_with_except(line, state)) {
+    found.start = line.size() - kExcept.size();
+    suggest_except(found, line.substr(found.start));
     return found;
   }
-  if (end == range_end::comma) {
-    suggest_interface_words(found, begun.text);
+  const bool has_left_range = !state.ending || (state.ending->is_complete && !has_begun);
+  if (!has_left_range) {
+    suggest_in_range(found, line, state);
     return found;
   }
+  if (state.takes_except) suggest_except(found, begun.text);
   suggest_next_words(found, state.positions, begun.text);
-  if (!has_begun)
-    suggest_hints(found, state.positions);
+  if (left.empty())
+    suggest_hints(found, state);
   else if (takes_text(state.positions) && found.words.empty())
     suggest_free_argument(found, state.positions);
   else if (!readings(state.positions, begun.text).empty())
     suggest_number_argument(found, state.positions);
-  else
-    found.error = unknown_word(state.positions, begun.text, join(state.path, " "));
+  else if (found.words.empty())
+    found.error = unknown_word(state, begun.text);
   return found;
 }
 

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "shell/grammar/cut_line.h"
 #include "shell/grammar/syntax.h"
 #include "switch/interface_name.h"
 
@@ -14,6 +16,7 @@ namespace host {
 struct suggestion {
   std::string word;
   std::string help;
+  const interface_word* kind = nullptr;  // of a word of interfaces
 };
 
 // What may be typed at the end of a line, whose last word may be incomplete.
@@ -22,8 +25,11 @@ struct suggestions {
   std::vector<suggestion> words;
   std::vector<suggestion> hints;               // other than words: numbers, expressions, the end of the line
   const interface_word* numbers_of = nullptr;  // a number of this word may be typed there
+  std::optional<interface_number> after;       // the number is the last of a span that begins with this
+  bool needs_whole_number = false;             // with all of its parts
+  bool creates_interfaces = false;             // the command makes those that do not exist
   std::string error;                           // of the words before
 };
-suggestions suggest(std::string_view line, shell_mode mode = kExecMode);
+suggestions suggest(const cut_line& line, shell_mode mode = kExecMode);
 
 }  // namespace host

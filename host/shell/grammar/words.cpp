@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "base/text.h"
+#include "base/tokens.h"
 #include "shell/output/terminal/printable.h"
 
 namespace host {

@@ -1,18 +1,12 @@
-// What lines of commands are made of: pipes, comments, texts.
+// What lines of commands are made of: comments and texts.
 #pragma once
 
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
-
-#include "base/tokens.h"
 
 namespace host {
-
-// The parts of a line between "|"; one in quotes does not count.
-inline std::vector<word_token> split_pipes(std::string_view line) { return split_outside_quotes(line, '|'); }
 
 // Whether a line is a comment: it begins with "!" or "#".
 bool is_comment(std::string_view line);

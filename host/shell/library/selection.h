@@ -8,7 +8,7 @@
 
 #include "shell/library/parameters.h"
 #include "shell/output/exit_codes.h"
-#include "switch/interface_name.h"
+#include "switch/interface_range.h"
 
 namespace host {
 
@@ -16,19 +16,31 @@ struct selection {
   int code = kDone;  // exit code; otherwise nothing is to be shown
   std::string complaint;
   std::vector<if_index_t> interfaces;
+  std::vector<if_index_t> matched = {};  // those that "all" and patterns alone name, sorted
+  bool has_absent_ends = false;          // which the complaint names; the others are to be shown
+
+  // Whether the user named an interface by its number.
+  bool is_named(if_index_t if_index) const;
+
+  // The exit code of a command with this result, which showed what exists.
+  int result_of(int shown) const { return shown == kDone && has_absent_ends ? int{kNoSuchInterface} : shown; }
 };
 
-// The interfaces that the user named, in the order of the spans, in natural order within each. All of their ends must
-// exist, and the user must be allowed to see all of them.
-selection select_named(command_parameters& command, std::span<const interface_span> spans);
+// Ends of ranges that do not exist: an error, or named and skipped as long as something exists.
+enum class absent_ends : uint8 { refuse, skip };
 
-// The interfaces that the user named for their configuration. Loopbacks, and sub-interfaces of ports that exist, are
-// created where they are missing.
-selection select_or_create(command_parameters& command, std::span<const interface_span> spans);
+// The interfaces of a range that the user wrote: each once, in the order of the items, in natural order within each.
+// The user must be allowed to see what the numbers name; of "all" and of patterns the others are left out.
+selection select_named(command_parameters& command, const interface_range& range,
+                       absent_ends absent = absent_ends::refuse);
+
+// The same for their configuration. Loopbacks, and sub-interfaces of ports that exist, are created where they are
+// missing.
+selection select_or_create(command_parameters& command, const interface_range& range);
 
 // Deletes the interfaces that the user named: loopbacks and sub-interfaces of ports. Without `may_be_missing` all ends
 // must exist.
-selection delete_named(command_parameters& command, std::span<const interface_span> spans, bool may_be_missing);
+selection delete_named(command_parameters& command, const interface_range& range, bool may_be_missing);
 
 // All interfaces of some kinds that the user may see, word by word in natural order; sub-interfaces follow their port.
 selection select_all(command_parameters& command, std::span<const if_index_type_t> kinds);

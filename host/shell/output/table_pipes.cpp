@@ -106,6 +106,8 @@ class keeping_stage : public line_filters::stage {
 
 // ---- Sorting
 
+bool is_digit(char character) { return character >= '0' && character <= '9'; }
+
 // What rows are compared by: numbers, then texts, in which runs of digits are numbers, then what is not known.
 struct sort_key {
   enum { number, text, unknown } kind = unknown;
@@ -115,6 +117,8 @@ struct sort_key {
 
 sort_key key_of(std::string_view written) {
   if (written.empty() || written == kUnknown) return {};
+  const std::size_t digit = written.front() == '-' ? 1 : 0;
+  if (digit == written.size() || !is_digit(written[digit])) return {sort_key::text, 0, written};
   long double value = 0;
   const char* const end = written.data() + written.size();
   const auto read = std::from_chars(written.data(), end, value);
@@ -126,8 +130,6 @@ sort_key key_of(std::string_view written) {
     if (*read.ptr == prefix && read.ptr + 1 == end) return {sort_key::number, value * factor, written};
   return {sort_key::text, 0, written};
 }
-
-bool is_digit(char character) { return character >= '0' && character <= '9'; }
 
 bool is_before(std::string_view left, std::string_view right) {
   while (!left.empty() && !right.empty()) {

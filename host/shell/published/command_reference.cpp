@@ -67,8 +67,7 @@ void add_arguments(std::string& page) {
   heading(page, "Arguments");
   table_head(page, "Argument", "Meaning");
   row(page, "RANGE",
-      "Interfaces: `ethernet 1/1-4, 1/7` or `port-channel 1-3`; a number without a word belongs to the "
-      "word before it");
+      "Interfaces: `ethernet 1/1-4, 1/7`, `e1/1-4,6`, `ethernet1/1-ethernet1/4`, `all`, `\"e*1/[1-3]\"`; see below");
   row(page, "FILE", "Name of a file");
   row(page, "WORD", "Part of a command or of its help, in lower or upper case");
   row(page, "TEXT", "Rest of the line; in quotes when it contains `|`");
@@ -90,6 +89,23 @@ void add_interfaces(std::string& page) {
   page += "\nA port of a satellite unit is written `ethernet UNIT/SLOT/PORT`.\n";
 }
 
+void add_ranges(std::string& page) {
+  heading(page, "Ranges");
+  page +=
+      "A RANGE is a list of items with `,` between them; blanks may be between all parts.\n\n"
+      "| Item | Interfaces |\n|---|---|\n"
+      "| `ethernet 1/1` | one; a number without a word belongs to the word before, and may be its last part alone: "
+      "`e1/1,6` |\n"
+      "| `e1/1-4`, `e1/1-1/4`, `ethernet1/1-ethernet1/4` | those from the first to the last |\n"
+      "| `all` | all that the user may see |\n"
+      "| `\"e*1/[1-3]\"`, in either quotes | those whose name matches, as it is written (`ethernet 1/1`) or displayed "
+      "(`Ethernet1/1`), in any case; `*` stands for any characters, `?` for one, `[1-3]` for one of these |\n"
+      "\n`except` and another list after the items take interfaces away: `all except ethernet 1/1-4, mgmt 0`. An "
+      "interface\nthat is named twice counts once. Displays skip what does not exist between the ends of a range; ends "
+      "that do not exist\nare reported, the others are shown, and the exit code is 4. Commands that change interfaces "
+      "refuse such a range.\n";
+}
+
 void add_pipes(std::string& page) {
   heading(page, "Pipes");
   page += "A command may end with any number of pipes; each works on the output of the previous one.\n\n";
@@ -105,6 +121,7 @@ std::string command_reference() {
   add_commands(page);
   add_arguments(page);
   add_interfaces(page);
+  add_ranges(page);
   add_pipes(page);
   return page;
 }

@@ -2,6 +2,7 @@
 #include "shell/session/completion.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "base/text.h"
 #include "shell/grammar/suggester.h"
@@ -12,18 +13,69 @@
 namespace host {
 namespace {
 
-// The numbers of the interfaces of a word that begin with `begun`.
-std::vector<std::string> numbers_of(const interface_word* word, std::string_view begun) {
+// The interfaces of a word; nothing when the port manager does not answer.
+std::optional<std::vector<interface_number>> existing_of(const interface_word& word) {
   const command_queue q;
-  const auto interfaces = list_word(q.handle, *word);
+  const auto interfaces = list_word(q.handle, word);
+  if (!interfaces) return std::nullopt;
+  std::vector<interface_number> existing;
+  for (const if_index_t if_index : *interfaces)
+    if (number_of(if_index).family == word.family) existing.push_back(number_of(if_index));
+  return existing;
+}
+
+std::string number_text(const interface_word& word, const interface_number& number) {
+  return interface_text(word, number).substr(word.word.size() + 1);
+}
+
+// Whether a number may be the last of a span that begins with another one.
+bool may_follow(const interface_number& low, const interface_number& high) {
+  if (high <= low || (low.unit == 0) != (high.unit == 0)) return false;
+  if (low.sub_interface == 0) return high.sub_interface == 0;
+  return high.sub_interface != 0 && high.unit == low.unit && high.slot == low.slot && high.port == low.port;
+}
+
+// The last part alone, for a number in the same slot or on the same port; empty for others.
+std::string last_part(const interface_number& low, const interface_number& high) {
+  if (low.sub_interface != 0) return std::to_string(high.sub_interface);
+  return low.unit == high.unit && low.slot == high.slot ? std::to_string(high.port) : std::string();
+}
+
+// The numbers that may be the last of a span: those in the same slot by their last part, as long as there are such.
+std::vector<std::string> last_numbers(const suggestions& found, const std::vector<interface_number>& existing,
+                                      std::string_view begun) {
+  std::vector<std::string> parts, numbers;
+  for (const interface_number& number : existing) {
+    if (!may_follow(*found.after, number)) continue;
+    const std::string part = found.needs_whole_number ? "" : last_part(*found.after, number);
+    std::string whole = number_text(*found.numbers_of, number);
+    if (!part.empty() && part.starts_with(begun)) parts.push_back(part);
+    if (whole.starts_with(begun)) numbers.push_back(std::move(whole));
+  }
+  return parts.empty() ? numbers : parts;
+}
+
+// The numbers that may be typed and begin with `begun`.
+std::vector<std::string> numbers_of(const suggestions& found, std::string_view begun) {
+  const auto existing = existing_of(*found.numbers_of);
   std::vector<std::string> numbers;
-  if (!interfaces) return numbers;
-  for (const if_index_t if_index : *interfaces) {
-    if (number_of(if_index).family != word->family) continue;
-    std::string number = interface_text(*word, number_of(if_index)).substr(word->word.size() + 1);
-    if (number.starts_with(begun)) numbers.push_back(std::move(number));
+  if (!existing) return numbers;
+  if (found.after) return last_numbers(found, *existing, begun);
+  for (const interface_number& number : *existing) {
+    std::string text = number_text(*found.numbers_of, number);
+    if (text.starts_with(begun)) numbers.push_back(std::move(text));
   }
   return numbers;
+}
+
+// Removes the words of interfaces that the switch does not have and the command does not make.
+void remove_absent_kinds(suggestions& found) {
+  std::erase_if(found.words, [&found](const suggestion& choice) {
+    if (choice.kind == nullptr) return false;
+    if (found.creates_interfaces && choice.kind->kinds.front() == IF_TYPE_LOOPBACK) return false;
+    const auto existing = existing_of(*choice.kind);
+    return existing && existing->empty();
+  });
 }
 
 // Lists up to eight numbers; of more, the first two and the last.
@@ -79,25 +131,27 @@ std::string columns(const std::vector<std::string>& words) {
 }  // namespace
 
 std::string help_text(std::string_view line, shell_mode mode) {
-  const suggestions found = suggest(line, mode);
+  suggestions found = suggest(line, mode);
   if (!found.error.empty()) return found.error + "\n";
+  remove_absent_kinds(found);
   std::vector<suggestion> rows = found.words;
   if (found.numbers_of != nullptr) {
     const std::string_view begun = line.substr(found.start);
-    rows.push_back({"NUMBER", number_help(*found.numbers_of, numbers_of(found.numbers_of, begun))});
+    rows.push_back({"NUMBER", number_help(*found.numbers_of, numbers_of(found, begun))});
   }
   rows.insert(rows.end(), found.hints.begin(), found.hints.end());
   return table(rows);
 }
 
 completion complete(std::string_view line, shell_mode mode) {
-  const suggestions found = suggest(line, mode);
+  suggestions found = suggest(line, mode);
   if (!found.error.empty()) return {{}, found.error + "\n"};
+  remove_absent_kinds(found);
   const std::string_view begun = line.substr(found.start);
   std::vector<std::string> words;
   for (const suggestion& choice : found.words) words.push_back(choice.word);
   if (found.numbers_of != nullptr) {
-    std::vector<std::string> numbers = numbers_of(found.numbers_of, begun);
+    std::vector<std::string> numbers = numbers_of(found, begun);
     words.insert(words.end(), numbers.begin(), numbers.end());
   }
   if (words.empty()) return {};

@@ -52,10 +52,11 @@ int open_locked(const std::string& path, int flags, int lock) {
   while (true) {
     const int descriptor = open(path.c_str(), flags | O_CLOEXEC, 0600);
     if (descriptor < 0) return -1;
-    if (flock(descriptor, lock) == 0 && is_named(path, descriptor)) return descriptor;
-    const int error = errno;
+    int error = 0;
+    while (flock(descriptor, lock) != 0 && (error = errno) == EINTR) error = 0;
+    if (error == 0 && is_named(path, descriptor)) return descriptor;
     close(descriptor);
-    if (error == EINTR || error == 0 || error == ENOENT) continue;
+    if (error == 0) continue;
     errno = error;
     return -1;
   }

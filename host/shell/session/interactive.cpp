@@ -4,8 +4,6 @@
 #include <dlfcn.h>
 #include <histedit.h>
 #include <langinfo.h>
-#include <termios.h>
-#include <unistd.h>
 
 #include <clocale>
 #include <csignal>
@@ -17,8 +15,10 @@
 
 #include "base/text.h"
 #include "shell/grammar/parser.h"
+#include "shell/output/exit_codes.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/output/terminal/printable.h"
+#include "shell/output/terminal/restore_terminal.h"
 #include "shell/session/completion.h"
 #include "shell/session/history.h"
 #include "shell/session/modes.h"
@@ -156,29 +156,6 @@ void bind_keys(EditLine* line) {
   set(line, EL_SETTY, "-d", "-isig", nullptr);  // Ctrl-C is a key while a line is edited
 }
 
-// The terminal as the shell found it.
-termios terminal_before{};
-
-// A shell that is killed while it reads keys leaves a terminal that edits lines itself.
-void restore_terminal_and_end(int number) {
-  std::signal(SIGTTOU, SIG_IGN);  // in the background, too
-  tcsetattr(STDIN_FILENO, TCSANOW, &terminal_before);
-  std::signal(number, SIG_DFL);
-  std::raise(number);
-}
-
-void restore_terminal_at_end() {
-  if (tcgetattr(STDIN_FILENO, &terminal_before) != 0) return;
-  for (const int number : {SIGHUP, SIGTERM}) {
-    struct sigaction action {};
-    sigaction(number, nullptr, &action);
-    if (action.sa_handler == SIG_IGN) continue;
-    action.sa_handler = restore_terminal_and_end;
-    action.sa_flags = static_cast<int>(SA_NODEFER | SA_RESETHAND);
-    sigaction(number, &action, nullptr);
-  }
-}
-
 // Text at the prompt is UTF-8 also where the environment names no locale, or one that is not installed.
 void set_character_set() {
   const char* const named = std::setlocale(LC_CTYPE, "");
@@ -227,7 +204,7 @@ int run_interactively(shell& session) {
       continue;
     }
     history.add(typed);
-    run_line(session, text);
+    if (run_line(session, text) == kInterrupted) std::fputs("\n", stdout);  // the terminal shows ^C
   }
   editor.edit.el_end(line);
   return kDone;

@@ -1,151 +1,57 @@
 #include "shell/session/run.h"
 
-#include <unistd.h>
-
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
-#include "base/files.h"
-#include "base/text.h"
 #include "shell/grammar/parser.h"
-#include "shell/grammar/words.h"
 #include "shell/output/command_output.h"
-#include "shell/output/terminal/external_pager.h"
-#include "shell/output/terminal/pager.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/session/command_files.h"
 #include "shell/session/completion.h"
 #include "shell/session/interrupt.h"
 #include "shell/session/invocation.h"
-#include "shell/session/saved_files.h"
+#include "shell/session/line_output.h"
 #include "switch/source.h"
 
 namespace host {
 namespace {
 
-const pipe_stage* find_stage(const command_line& line, pipe_kind kind) {
-  for (const pipe_stage& stage : line.pipes) {
-    if (stage.kind == kind) return &stage;
-  }
-  return nullptr;
-}
-
-bool has_stage(const command_line& line, pipe_kind kind) { return find_stage(line, kind) != nullptr; }
-
-bool terminal_can_page() {
-  const char* const terminal = std::getenv("TERM");
-  return isatty(STDIN_FILENO) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb";
-}
-
-// Settings that do not depend on where the output goes.
-void set_display(output_settings& settings, const shell& session, const command_line& line) {
-  settings.shown = line.what->shown;
-  settings.command = line.text;
-  settings.hides_traffic = session.user != nullptr && !session.user->sees_counters;
-  settings.is_cancelled = was_interrupted;
-}
-
-output_settings settings_for(const shell& session, const command_line& line) {
-  output_settings settings = session.output == nullptr ? output_settings() : *session.output;
-  set_display(settings, session, line);
-  if (session.output != nullptr) {
-    settings.structured |= has_stage(line, pipe_kind::json);
-    return settings;
-  }
-  settings.to_terminal = isatty(STDOUT_FILENO) != 0 && !has_stage(line, pipe_kind::save);
-  if (settings.to_terminal) settings.columns = size_of(STDOUT_FILENO).columns;
-  settings.paged =
-      session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(line, pipe_kind::no_more);
-  settings.paged &= session.screen_lines != 0U;
-  settings.lines = session.screen_lines.value_or(0);
-  if (settings.paged && !session.screen_lines) {
-    const pager_choice pager = chosen_pager();
-    settings.paged = pager.has_pages;
-    settings.pager = pager.command;
-  }
-  settings.structured = has_stage(line, pipe_kind::json);
-  const char* const no_colour = std::getenv("NO_COLOR");
-  settings.coloured = settings.to_terminal && terminal_can_page() && (no_colour == nullptr || no_colour[0] == '\0');
-  return settings;
-}
-
-// A line that does not run: the error on standard error, and in a document when its output is structured.
-int refuse_line(const shell& session, std::string_view line, std::string_view error, bool is_structured) {
-  print_error(error);
-  if (!is_structured) return kUsage;
-  const std::string document = document_of_error(line, error, kUsage);
-  if (session.output != nullptr && session.output->sink) return session.output->sink(document), kUsage;
-  const int code = print_text(document);
-  return code == kDone ? int{kUsage} : code;
-}
-
-// Text of the shell itself.
-int show_text(const shell& session, std::string_view text) {
-  if (session.output != nullptr && session.output->sink) return session.output->sink(text), kDone;
-  return print_text(text);
-}
-
-// Makes the filters of a line that was read. Returns an error, or an empty text when the line can run.
-std::string check_line(const shell& session, const command_line& line, bool is_structured, line_filters& filters) {
-  const auto for_tables = std::find_if(line.pipes.begin(), line.pipes.end(),
-                                       [](const pipe_stage& stage) { return is_for_tables(stage.kind); });
-  if (is_structured && for_tables != line.pipes.end())
-    return "'| columns', '| sort' and '| rows' work on tables, not on JSON. Remove them or '| json'.";
-  for (const pipe_stage& stage : line.pipes) {
-    if (const auto fault = filters.add(stage))
-      return "bad expression '" + stage.argument + "': " + *fault + ". Quote it, and put '\\' before special signs.";
-  }
-  if (!line.every) return {};
-  if (session.output != nullptr) return "'watch' runs only in the shell. Repeat the show command instead.";
-  return has_stage(line, pipe_kind::save) ? "'| save' does not apply to 'watch'." : "";
+// Runs a command with an output of its own. `write_error` is the errno with which that was lost.
+int run_with_output(shell& session, const command_line& line, const output_settings& settings, line_filters& filters,
+                    int& write_error) {
+  std::optional<copied_file> copied;
+  if (line.what->run == nullptr) copied = run_for_copy(session, line, settings.structured || !line.pipes.empty());
+  command_output output(settings, filters);
+  const int result = output.report_failures(copied ? report(*copied, output) : run_handler({line, session, output}));
+  output.set_exit_code(was_interrupted() ? int{kInterrupted} : result);
+  write_error = output.finish();
+  return result;
 }
 
 int run_command(shell& session, const command_line& line, std::string_view written) {
   output_settings settings = settings_for(session, line);
   const auto refuse = [&](std::string_view error) { return refuse_line(session, written, error, settings.structured); };
   line_filters filters;
-  if (const std::string fault = check_line(session, line, settings.structured, filters); !fault.empty())
+  if (const std::string fault = make_filters(session, line, settings.structured, filters); !fault.empty())
     return refuse(fault);
   if (line.before != nullptr) return line.before->run_other(session, line, settings);
+  saved_output saved(line);
+  if (const std::string fault = saved.begin(settings); !fault.empty()) return refuse(fault);
   the_source().refresh(the_machine());
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
   if (session.output == nullptr) interrupts.emplace();
-  const pipe_stage* const save = find_stage(line, pipe_kind::save);
-  std::string saved;
-  if (save != nullptr) {
-    if (const std::string fault = refuse_to_replace(save->argument); !fault.empty()) return refuse(fault);
-    settings.sink = [&saved](std::string_view text) { saved += text; };
-    settings.sinks_errors = false;
-  }
-  std::optional<copied_file> copied;
-  if (line.what->run == nullptr) copied = run_for_copy(session, line, settings.structured || !line.pipes.empty());
-  int result = kDone;
   int write_error = 0;
-  {
-    command_output output(settings, filters);
-    result = output.report_failures(copied ? report(*copied, output) : run_handler({line, session, output}));
-    output.set_exit_code(was_interrupted() ? int{kInterrupted} : result);
-    write_error = output.finish();
-  }
+  const int result = run_with_output(session, line, settings, filters, write_error);
   if (was_interrupted()) return kInterrupted;
   if (result == kDone && !filters.fault().empty()) return refuse(filters.fault());
-  if (save != nullptr) {
-    const std::string fault = write_fault(save->argument, write_file(save->argument, saved));
-    if (!fault.empty()) return refuse(fault);
-    const int shown = show_text(session, written_sentence(save->argument));
+  if (saved.is_wanted()) {
+    if (const std::string fault = saved.write(); !fault.empty()) return refuse(fault);
+    const int shown = show_text(session, saved.sentence());
     return result == kDone ? shown : result;
   }
   if (write_error == 0) return result;
   session.is_leaving = session.has_lost_output = true;
   return report_lost_output(write_error);
-}
-
-// The line before a "?" at its end; null when the line does not ask for help.
-std::string_view question_of(std::string_view line, shell_mode mode) {
-  const std::string_view text = trim(line);
-  if (text.empty() || text.back() != '?' || is_in_expression(text, mode)) return {};
-  return line.substr(0, line.rfind('?') + 1);
 }
 
 }  // namespace
@@ -162,17 +68,14 @@ int run_handler(const invocation& run) {
 
 int run_line(shell& session, std::string_view line) {
   check_confirmation(session);
-  if (const std::string_view question = question_of(line, session.mode); !question.empty()) {
-    const std::string help = help_text(question.substr(0, question.size() - 1), session.mode);
-    return show_text(session, help);
+  const line_meaning meant = meaning_of(line, session.mode);
+  switch (meant.kind) {
+    case line_kind::nothing: return kDone;
+    case line_kind::question: return show_text(session, help_text(meant.begun, session.mode));
+    case line_kind::mistake: return refuse_mistake(session, meant);
+    case line_kind::command: return run_command(session, meant.command, meant.written);
   }
-  std::string error;
-  const auto parsed = parse_command(line, error, session.mode);
-  if (!parsed) {
-    const bool is_structured = asks_for_document(line) || (session.output != nullptr && session.output->structured);
-    return refuse_line(session, trim(line), error, is_structured);
-  }
-  return parsed->what == nullptr ? kDone : run_command(session, *parsed, trim(line));
+  return kDone;
 }
 
 int run_input(shell& session) {

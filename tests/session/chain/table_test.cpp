@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "session/chain/seen_lines.h"
+#include "shell/output/chain/filter.h"
 
 namespace session {
 namespace {
@@ -69,6 +70,34 @@ TEST_F(TableSink, GroupTitleBeginsEachTitleBelowIt) {
   take({kRule, "Port     Sent             Received", "         admin    oper    admin    oper", kRule,
         "Eth1/1   on       off     on       on"});
   EXPECT_EQ(seen.columns.back(), (texts{"Port", "Sent admin", "Sent oper", "Received admin", "Received oper"}));
+}
+
+// The values of the only column in the order of its rows.
+texts sorted(std::initializer_list<std::string_view> values) {
+  seen_lines seen;
+  host::line_filters filters;
+  filters.add({host::pipe_kind::sort, "value"});
+  host::filtering_sink filter(filters, seen);
+  host::table_sink sink(filter);
+  for (const std::string_view line : {std::string_view(kRule), std::string_view("Value"), std::string_view(kRule)})
+    sink.take({line});
+  for (const std::string_view value : values) sink.take({value});
+  sink.end();
+  EXPECT_EQ(filters.fault(), "");
+  const texts all = seen.texts();
+  return {all.begin() + 3, all.end()};
+}
+
+TEST(Sort, NumbersAreBeforeTextsAndUnknownValuesAreLast) {
+  EXPECT_EQ(sorted({"auto", "--", "10", "9.5", "-3", "18446744073709551615", "18446744073709551614"}),
+            (texts{"-3", "9.5", "10", "18446744073709551614", "18446744073709551615", "auto", "--"}));
+  EXPECT_EQ(sorted({"1.2G", "950", "255k", "3M"}), (texts{"950", "255k", "3M", "1.2G"}));
+  EXPECT_EQ(sorted({"nan", "2", "inf", "1"}), (texts{"1", "2", "inf", "nan"}));
+}
+
+TEST(Sort, NumbersInTextsAreNumbersAndEqualRowsKeepTheirOrder) {
+  EXPECT_EQ(sorted({"Eth1/10", "Eth1/9.2", "Eth1/9", "Eth1/09", "Po1"}),
+            (texts{"Eth1/9", "Eth1/09", "Eth1/9.2", "Eth1/10", "Po1"}));
 }
 
 }  // namespace

@@ -242,11 +242,11 @@ int clear_every(const invocation& run, std::span<const if_index_type_t> kinds, C
 }
 
 // Named interfaces, all of which are cleared by their ranges.
-int clear_named(const invocation& run, std::span<const interface_span> spans) {
+int clear_named(const invocation& run, const interface_range& range) {
   const command_queue q;
   command_account account(q.handle);
   command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
-  const selection chosen = select_named(parameters, spans);
+  const selection chosen = select_named(parameters, range);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
   if (std::any_of(chosen.interfaces.begin(), chosen.interfaces.end(), is_inband) && !may_clear_inband(run))
@@ -263,7 +263,7 @@ int clear_all(const invocation& run) {
   });
 }
 
-int clear_range(const invocation& run) { return clear_named(run, run.line.spans); }
+int clear_range(const invocation& run) { return clear_named(run, run.line.range); }
 
 int clear_ethernet(const invocation& run) {
   return clear_every(run, kPorts, [&run](command_parameters& parameters) {
@@ -292,7 +292,7 @@ int clear_inband(const invocation& run) {
 int clear_management(const invocation& run) {
   const interface_number number{.port = *run.line.number};
   const interface_span span{word_of(IF_TYPE_MGMT), number, number};
-  return clear_named(run, {&span, 1});
+  return clear_named(run, {{span}, {}});
 }
 
 // clang-format off

@@ -26,13 +26,14 @@ constexpr uint32 kNoDisplayId = 0;
 selection select_configured(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
-  selection chosen = run.line.spans.empty() ? select_every(parameters) : select_named(parameters, run.line.spans);
+  selection chosen =
+      run.line.range.empty() ? select_every(parameters) : select_named(parameters, run.line.range, absent_ends::skip);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   return chosen;
 }
 
 std::string configuration_text(const invocation& run, const selection& chosen) {
-  const bool is_whole = run.line.spans.empty();
+  const bool is_whole = run.line.range.empty();
   return running_config(the_machine(), chosen.interfaces,
                         is_whole ? std::span<const if_index_t>(the_machine().deleted) : std::span<const if_index_t>());
 }
@@ -113,7 +114,7 @@ int show_running_config(const invocation& run) {
     record_commands(run.output, chosen);
   else
     run.output.text(configuration_text(run, chosen));
-  return kDone;
+  return chosen.result_of(kDone);
 }
 
 int copy_running_config(const invocation& run) {

@@ -32,7 +32,7 @@ int choose_interfaces(const invocation& run) {
   command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
   const interfaces_before before(run);
-  const selection chosen = select_or_create(parameters, run.line.spans);
+  const selection chosen = select_or_create(parameters, run.line.range);
   before.report();
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) {
@@ -51,7 +51,7 @@ int delete_interfaces(const invocation& run) {
   command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
   const interfaces_before before(run);
-  const selection deleted = delete_named(parameters, run.line.spans, run.session.num_files > 0);
+  const selection deleted = delete_named(parameters, run.line.range, run.session.num_files > 0);
   before.report();
   if (!deleted.complaint.empty()) run.output.complain(deleted.complaint);
   if (deleted.code != kDone) return deleted.code;

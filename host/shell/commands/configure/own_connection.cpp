@@ -85,14 +85,7 @@ bool may_go_on(const invocation& run) {
 }
 
 bool may_delete(const invocation& run) {
-  return may_change(run, [&](if_index_t it) {
-    const std::span<const interface_span> named = run.line.spans;
-    return std::any_of(named.begin(), named.end(), [it](const interface_span& span) {
-      std::vector<if_index_t> matches;
-      append_matching(span, {&it, 1}, matches);
-      return !matches.empty();
-    });
-  });
+  return may_change(run, [&](if_index_t it) { return matches(run.line.range, it); });
 }
 
 bool may_commit(const invocation& run, const machine_changes& changes) {

@@ -24,12 +24,20 @@ command_list commands_after(const std::deque<change_step>& steps, std::size_t at
   return commands_of(port);
 }
 
+// The port that a step changed, as it is now or was when a later step deleted it.
+const interface* port_of(const std::deque<change_step>& steps, std::size_t at, const machine& of, if_index_t if_index) {
+  for (std::size_t later = at + 1; later < steps.size(); ++later)
+    for (const interface& deleted : steps[later].deleted)
+      if (deleted.if_index == if_index) return &deleted;
+  return of.find(if_index);
+}
+
 std::map<if_index_t, setting_difference> differences(const std::deque<change_step>& steps, std::size_t at,
                                                      const machine& of) {
   const change_step& step = steps[at];
   std::map<if_index_t, setting_difference> found;
   for (const auto& [if_index, settings] : step.before)
-    if (const interface* const port = of.find(if_index); port != nullptr)
+    if (const interface* const port = port_of(steps, at, of, if_index); port != nullptr)
       found[if_index] = difference_between(commands_with(*port, settings), commands_after(steps, at, *port));
   for (const if_index_t it : step.created) found[it] = {{}, {"interface " + range_text({&it, 1})}};
   for (const interface& it : step.deleted) found[it.if_index] = {{"interface " + range_text({&it.if_index, 1})}, {}};

@@ -139,11 +139,13 @@ std::string words_of(const command& what) {
   return words;
 }
 
-// Removes the interfaces to which the display does not apply. Those that the user named are errors.
-std::size_t remove_not_applicable(const showing& view, bool are_named, std::vector<if_index_t>& interfaces) {
-  return std::erase_if(interfaces, [&view, are_named](if_index_t if_index) {
+// Removes the interfaces to which the display does not apply. Those that the user named are errors; returns how many.
+std::size_t remove_not_applicable(const showing& view, bool has_range, selection& chosen) {
+  std::size_t named = 0;
+  std::erase_if(chosen.interfaces, [&](if_index_t if_index) {
     if (view.applies_to(if_index)) return false;
-    if (!are_named) return true;
+    if (!has_range || !chosen.is_named(if_index)) return true;
+    ++named;
     char name[64];
     sprintf_if_index(name, if_index);
     view.run.output.complain(
@@ -151,6 +153,7 @@ std::size_t remove_not_applicable(const showing& view, bool are_named, std::vect
         name);
     return true;
   });
+  return named;
 }
 
 // A view and those that follow it.
@@ -167,20 +170,20 @@ int show_views(const invocation& run, std::span<const interface_view* const> vie
   command_parameters parameters(run.session.library, run.session.user, q.handle, views.front()->command_id());
   if (run.line.number) parameters.add_number(*run.line.number);
   if (!run.line.vlans.empty()) parameters.add_number_ranges(run.line.vlans);
-  const bool are_named = !run.line.spans.empty();
-  selection chosen = are_named ? select_named(parameters, run.line.spans) : select_all(parameters, kinds);
+  const bool has_range = !run.line.range.empty();
+  selection chosen =
+      has_range ? select_named(parameters, run.line.range, absent_ends::skip) : select_all(parameters, kinds);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
 
   tally count;
-  const std::size_t removed = remove_not_applicable({run, views, parameters}, are_named, chosen.interfaces);
-  if (are_named) count.not_applicable = removed;
+  count.not_applicable = remove_not_applicable({run, views, parameters}, has_range, chosen);
 
   // As text the tables follow each other; a structured record holds the values of all of them.
   const std::size_t at_once = run.output.is_structured() ? views.size() : 1;
   for (std::size_t first = 0; first < views.size(); first += at_once)
     show_all({run, views.subspan(first, at_once), parameters}, chosen.interfaces, count);
-  return count.result();
+  return chosen.result_of(count.result());
 }
 
 }  // namespace

@@ -210,8 +210,8 @@ selection select_overview(command_parameters& parameters) {
 int show_overview(const invocation& run) {
   const command_queue q;
   command_parameters parameters(run.session.library, run.session.user, q.handle, 0);
-  const selection chosen =
-      run.line.spans.empty() ? select_overview(parameters) : select_named(parameters, run.line.spans);
+  const selection chosen = run.line.range.empty() ? select_overview(parameters)
+                                                  : select_named(parameters, run.line.range, absent_ends::skip);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
 
@@ -223,13 +223,14 @@ int show_overview(const invocation& run) {
       add_interface(run.output, if_index, made);
       continue;
     }
+    if (!chosen.is_named(if_index)) continue;
     ++without_values;
     char name[64] = {};
     run.output.complain(std::string(sprintf_if_index(name, if_index)) + " is not in the overview.");
   }
   const bool is_all_lost = made.failed == made.interfaces.size();
   if (!run.output.is_structured() && !is_all_lost) print_table(run.output, made);
-  if (made.failed + without_values == 0) return kDone;
+  if (made.failed + without_values == 0) return chosen.result_of(kDone);
   return is_all_lost && made.failed != 0 ? kServiceFailed : kSomeInterfacesFailed;
 }
 

@@ -1,23 +1,29 @@
 #include "shell/commands/watch/watch.h"
 
 #include <poll.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <iterator>
 #include <utility>
 
 #include "base/write_all.h"
 #include "platform/if_index.h"
 #include "shell/commands/group.h"
+#include "shell/commands/watch/drawing.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/output/terminal/printable.h"
+#include "shell/output/terminal/restore_terminal.h"
+#include "shell/output/terminal/sparkline.h"
 #include "shell/session/interrupt.h"
 #include "shell/session/run.h"
 #include "switch/clock.h"
@@ -68,44 +74,102 @@ interface* counted_interface(if_index_t if_index) {
 
 // ---- Time
 
+enum class wait_end : uint8 { moment, key, interrupted, reader_gone };
+
 // Moments at equal distances. Those that a slow reading misses are skipped.
 class pace {
  public:
   explicit pace(uint32 seconds) : distance_(seconds) {}
 
-  // Waits for the next. False: the reader of standard output is gone. Ctrl-C ends the wait.
-  bool wait() {
-    do next_ += distance_;
-    while (next_ <= clock::now());
+  // Waits for the next moment, or for a key when `keys` is a terminal; -1: none.
+  wait_end wait(int keys) {
+    while (is_over_ || next_ <= clock::now()) {
+      next_ += distance_;
+      is_over_ = false;
+    }
     // Blocked outside of the waiting, Ctrl-C cannot come just before it and be lost.
     sigset_t ctrl_c;
     sigset_t outside;
     sigemptyset(&ctrl_c);
     sigaddset(&ctrl_c, SIGINT);
     pthread_sigmask(SIG_BLOCK, &ctrl_c, &outside);
-    const bool is_read = wait_with(outside);
+    const wait_end end = wait_with(outside, keys);
     pthread_sigmask(SIG_SETMASK, &outside, nullptr);
-    return is_read;
+    is_over_ = end == wait_end::moment;
+    return end;
   }
 
  private:
   using clock = std::chrono::steady_clock;
 
-  bool wait_with(const sigset_t& signals) const {
+  wait_end wait_with(const sigset_t& signals, int keys) const {
     while (!was_interrupted()) {
       const auto left = std::chrono::ceil<std::chrono::nanoseconds>(next_ - clock::now());
-      if (left.count() <= 0) return true;
+      if (left.count() <= 0) return wait_end::moment;
       const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
       const timespec timeout{static_cast<std::time_t>(seconds.count()), static_cast<long>((left - seconds).count())};
-      pollfd reader{STDOUT_FILENO, 0, 0};
-      if (ppoll(&reader, 1, &timeout, &signals) > 0) return false;
+      std::array<pollfd, 2> events = {{{STDOUT_FILENO, 0, 0}, {keys, POLLIN, 0}}};
+      if (ppoll(events.data(), events.size(), &timeout, &signals) <= 0) continue;
+      return events[0].revents != 0 ? wait_end::reader_gone : wait_end::key;
     }
-    return true;
+    return wait_end::interrupted;
   }
 
   std::chrono::seconds distance_;
   clock::time_point next_ = clock::now();
+  bool is_over_ = true;  // the moment that was waited for
 };
+
+// ---- Keys
+
+// While it lives, the terminal hands on each key at once and does not show it.
+class key_scope {
+ public:
+  // There are none without a terminal, and for a process in the background.
+  explicit key_scope(bool is_used) {
+    if (!is_used || tcgetpgrp(STDIN_FILENO) != getpgrp() || tcgetattr(STDIN_FILENO, &outside_) != 0) return;
+    restore_terminal_at_end();
+    termios modes = outside_;
+    modes.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
+    modes.c_cc[VMIN] = 1;
+    modes.c_cc[VTIME] = 0;
+    if (tcsetattr(STDIN_FILENO, TCSADRAIN, &modes) == 0) keys_ = STDIN_FILENO;
+  }
+  ~key_scope() {
+    if (has_keys()) tcsetattr(STDIN_FILENO, TCSADRAIN, &outside_);
+  }
+  key_scope(const key_scope&) = delete;
+  key_scope& operator=(const key_scope&) = delete;
+
+  bool has_keys() const { return keys_ >= 0; }
+  int descriptor() const { return keys_; }  // -1: none
+
+  // What was typed; no keys come any more when that is nothing.
+  std::string typed() {
+    char keys[64];
+    const ssize_t size = read(keys_, keys, sizeof keys);
+    if (size > 0) return {keys, static_cast<std::size_t>(size)};
+    if (size == 0 || errno != EINTR) is_at_end_ = true;
+    return {};
+  }
+  bool is_at_end() const { return is_at_end_; }
+
+ private:
+  termios outside_{};
+  int keys_ = -1;
+  bool is_at_end_ = false;
+};
+
+struct scroll_key {
+  std::string_view typed;
+  int lines;  // down; negative: up
+  int pages = 0;
+};
+
+constexpr std::string_view kHelp = "j/k scroll";
+constexpr scroll_key kScrollKeys[] = {{"j", 1},          {"k", -1},         {"\x1b[B", 1}, {"\x1b[A", -1},
+                                      {"\x1bOB", 1},     {"\x1bOA", -1},    {" ", 0, 1},   {"b", 0, -1},
+                                      {"\x1b[6~", 0, 1}, {"\x1b[5~", 0, -1}};
 
 // ---- Output
 
@@ -146,36 +210,6 @@ std::vector<std::string> lines_of(std::string_view text) {
   return lines;
 }
 
-// Characters that take a place on the screen: colours do not.
-std::size_t width_of(std::string_view line) {
-  std::size_t width = 0;
-  for (std::size_t colour = line.find('\x1b'); colour != std::string_view::npos; colour = line.find('\x1b')) {
-    width += count_characters(line.substr(0, colour));
-    line.remove_prefix(std::min(line.find('m', colour), line.size() - 1) + 1);
-  }
-  return width + count_characters(line);
-}
-
-std::size_t rows_of(std::string_view line, screen_size size) {
-  return std::max<std::size_t>(1, (width_of(line) + size.columns - 1) / size.columns);
-}
-
-std::size_t rows_of(const std::vector<std::string>& lines, screen_size size) {
-  std::size_t rows = 0;
-  for (const std::string& line : lines) rows += rows_of(line, size);
-  return rows;
-}
-
-// The lines that fit; takes their rows from `room`.
-void add_fitting(std::string& text, const std::vector<std::string>& lines, screen_size size, std::size_t room) {
-  for (const std::string& line : lines) {
-    const std::size_t rows = rows_of(line, size);
-    if (rows > room) return;
-    room -= rows;
-    text.append("\n").append(line);
-  }
-}
-
 std::string time_of_day() {
   const std::time_t now = clock_now();
   std::tm parts{};
@@ -196,8 +230,8 @@ std::string_view begin_of_drawing() {
 // A running watch.
 class watcher {
  public:
-  watcher(shell& session, const command_line& line, const output_settings& usual)
-      : session_(session), line_(line), usual_(usual) {}
+  watcher(shell& session, const command_line& line, const output_settings& usual, bool has_keys)
+      : session_(session), line_(line), usual_(usual), has_keys_(has_keys) {}
 
   // Makes a reading and shows it. Returns 0, or the errno with which writing it failed.
   int show_reading() {
@@ -209,15 +243,32 @@ class watcher {
     return usual_.structured ? show_document() : is_drawn() ? show_screen() : show_text();
   }
 
+  // Draws the last reading again, scrolled by what was typed. Returns as show_reading().
+  int scroll(std::string_view typed) {
+    const std::size_t page = std::max<std::size_t>(1, size_of(STDOUT_FILENO).rows / 2);
+    const std::size_t before = offset_;
+    while (!typed.empty()) {
+      const auto* const key = std::find_if(std::begin(kScrollKeys), std::end(kScrollKeys),
+                                           [&](const scroll_key& it) { return typed.starts_with(it.typed); });
+      const bool is_known = key != std::end(kScrollKeys);
+      typed.remove_prefix(is_known ? key->typed.size() : 1);
+      if (!is_known) continue;
+      const auto lines = static_cast<std::size_t>(std::abs(key->lines)) + (key->pages != 0 ? page : 0);
+      const bool is_down = key->lines > 0 || key->pages > 0;
+      offset_ = is_down ? offset_ + lines : offset_ - std::min(offset_, lines);
+    }
+    return offset_ == before ? 0 : draw();
+  }
+
   // How the command went.
   int result() const { return result_; }
 
   // True when the first reading was refused: what it is about may go away later, but has to be there at first, and the
   // display has to apply to a part of it.
   bool is_refused() const {
-    const bool is_without_interfaces = result_ == kSomeInterfacesFailed && !has_shown_interface_;
+    const bool is_about_interfaces = result_ == kSomeInterfacesFailed || result_ == kNoSuchInterface;
     return readings_ == 1 &&
-           (result_ == kUsage || result_ == kNoSuchInterface || result_ == kNotPermitted || is_without_interfaces);
+           (result_ == kUsage || result_ == kNotPermitted || (is_about_interfaces && !has_shown_interface_));
   }
 
  private:
@@ -285,6 +336,7 @@ class watcher {
     std::string shown = run(filters);
     if (was_interrupted()) return 0;
     if (is_refused()) return put(shown);
+    drawn_at_ = time_of_day();
     shown.insert(0, first_line(std::string::npos) + "\n");
     for (const std::string& line : rate_lines(traffic_.rows())) shown.append(line).append("\n");
     return put(shown + "\n");
@@ -301,15 +353,25 @@ class watcher {
       return 0;
     }
     shown.insert(shown.begin(), rollback_.begin(), rollback_.end());
+    shown_ = std::move(shown);
+    rates_ = traffic_.rows();
+    recent_.add(rates_);
+    drawn_at_ = time_of_day();
+    return draw();
+  }
+
+  int draw() {
     const screen_size size = size_of(STDOUT_FILENO);
+    const std::string first = first_line(size.columns);
+    const std::vector<std::string> rates = rate_lines(rates_, recent_, size.columns, is_utf8_);
     return put(std::string(begin_of_drawing()) +
-               drawing(first_line(size.columns), shown, rate_lines(traffic_.rows()), size));
+               drawing({first, shown_, rates}, size, offset_, has_keys_ ? kHelp : std::string_view()));
   }
 
   std::string first_line(std::size_t columns) const {
     std::string text;
     append_printable(text, "Every " + std::to_string(*line_.every) + " s: " + line_.text + "   " +
-                               session_.switch_name + "   " + time_of_day());
+                               session_.switch_name + "   " + drawn_at_);
     return std::string(first_characters(text, columns));
   }
 
@@ -329,6 +391,8 @@ class watcher {
   shell& session_;
   const command_line& line_;
   const output_settings& usual_;
+  const bool has_keys_;
+  const bool is_utf8_ = has_utf8_locale();
   int result_ = kDone;
   bool has_shown_interface_ = false;
   std::vector<std::string> rollback_;  // what was said of a commit that was not confirmed
@@ -336,61 +400,38 @@ class watcher {
   std::vector<std::string> reported_before_;
   uint64 readings_ = 0;
   double refreshed_sec_ = 0;
+  std::vector<std::string> shown_;  // what is drawn
+  std::vector<traffic_readings::row> rates_;
+  recent_rates recent_;
+  std::string drawn_at_;
+  std::size_t offset_ = 0;  // lines that are scrolled away
   traffic_readings traffic_{[this](if_index_t if_index) { return count(if_index); }};
 };
 
 }  // namespace
 
-std::vector<std::string> rate_lines(const std::vector<traffic_readings::row>& rows) {
-  constexpr int kNameWidth = 22, kRateWidth = 14;
-  if (rows.empty()) return {};
-  const auto padded = [](std::string_view text, int width) {
-    char cell[64];
-    std::snprintf(cell, sizeof cell, "%*.*s", width, static_cast<int>(text.size()), text.data());
-    return std::string(cell);
-  };
-  std::string titles = padded("Interface", -kNameWidth);
-  for (const rate_field& rate : kRateFields) titles += padded(rate.title, kRateWidth);
-  std::vector<std::string> lines = {"", titles};
-  for (const traffic_readings::row& row : rows) {
-    char name[64];
-    std::string line = padded(sprintf_if_index(name, row.if_index), -kNameWidth);
-    for (const rate_field& rate : kRateFields) {
-      char number[64] = "--";
-      if (row.rates) std::snprintf(number, sizeof number, "%.1f", (*row.rates).*rate.value);
-      line += padded(number, kRateWidth);
-    }
-    lines.push_back(line);
-  }
-  return lines;
-}
-
-std::string drawing(const std::string& first, const std::vector<std::string>& shown,
-                    const std::vector<std::string>& rates, screen_size size) {
-  const std::size_t room = size.rows - 1;
-  const std::size_t left_by_display = room - std::min(room, rows_of(shown, size));
-  const std::size_t for_rates = std::min(rows_of(rates, size), std::max(room / 2, left_by_display));
-  std::string text = first;
-  add_fitting(text, shown, size, room - for_rates);
-  add_fitting(text, rates, size, for_rates);
-  return text;
-}
-
 int watch(shell& session, const command_line& line, const output_settings& usual) {
   const interrupt_scope interrupts;
   const broken_pipe_scope pipes;
   the_source().refresh(the_machine());  // the first may leave what was read when the shell started
-  watcher running(session, line, usual);
+  key_scope keys(usual.to_terminal && !usual.structured);
+  watcher running(session, line, usual, keys.has_keys());
   pace readings(*line.every);
+  const auto fail = [&](int error) {
+    session.is_leaving = session.has_lost_output = true;
+    return report_lost_output(error);
+  };
   while (!was_interrupted()) {
-    if (const int error = running.show_reading(); error != 0 && !was_interrupted()) {
-      session.is_leaving = session.has_lost_output = true;
-      return report_lost_output(error);
-    }
+    if (const int error = running.show_reading(); error != 0 && !was_interrupted()) return fail(error);
     if (running.is_refused()) return running.result();
-    if (!readings.wait()) return kDone;
+    for (wait_end end = wait_end::key; end == wait_end::key;) {
+      end = readings.wait(keys.is_at_end() ? -1 : keys.descriptor());
+      if (end == wait_end::reader_gone) return kDone;
+      if (end != wait_end::key) continue;
+      if (const int error = running.scroll(keys.typed()); error != 0 && !was_interrupted()) return fail(error);
+    }
   }
-  if (usual.to_terminal && !usual.structured) put("\n");
+  if (usual.to_terminal && !usual.structured && !session.is_interactive) put("\n");
   return kInterrupted;
 }
 

@@ -35,17 +35,18 @@ screen_size size_of(int terminal) {
   return {size.ws_row, size.ws_col};
 }
 
-int read_key(int terminal) {
+int ask_for_key(int screen, int keys, std::string_view question) {
   termios saved{};
-  if (tcgetattr(terminal, &saved) != 0) return -1;
+  if (tcgetattr(keys, &saved) != 0) return -1;
   termios raw = saved;
   raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
   raw.c_cc[VMIN] = 1;
   raw.c_cc[VTIME] = 0;
-  tcsetattr(terminal, TCSADRAIN, &raw);
+  tcsetattr(keys, TCSADRAIN, &raw);  // first: a key that follows the question at once is not shown
+  put(screen, question);
   unsigned char key = 0;
-  const ssize_t size = read(terminal, &key, 1);
-  tcsetattr(terminal, TCSADRAIN, &saved);
+  const ssize_t size = read(keys, &key, 1);
+  tcsetattr(keys, TCSADRAIN, &saved);
   return size == 1 ? key : -1;
 }
 
@@ -69,12 +70,11 @@ void pager::erase() {
 
 // Blank shows the next screen, Return the next line, q ends the output.
 bool pager::ask() {
-  put(terminal_, "--More--");
   int key = 0;
   do {
-    key = read_key(STDIN_FILENO);
+    key = ask_for_key(terminal_, STDIN_FILENO, "\r--More--");
   } while (key >= 0 && std::string_view(" \r\nqQ").find(static_cast<char>(key)) == std::string_view::npos);
-  put(terminal_, "\r        \r");
+  put(terminal_, key < 0 ? "\r        \r^C" : "\r        \r");
   if (key == ' ') rows_used_ = 0;
   if (key == '\n' || key == '\r') rows_used_ -= 1;
   return key >= 0 && key != 'q' && key != 'Q';

@@ -13,9 +13,9 @@ struct screen_size {
 // The size that the terminal reports, else COLUMNS of the environment, else 24 rows of 80 columns.
 screen_size size_of(int terminal);
 
-// Reads a character from the terminal without waiting for the end of a line and without showing it; -1 when there is
-// none or a signal came first.
-int read_key(int terminal);
+// Shows a question on the terminal `screen` and reads a character from the terminal `keys`, without waiting for the end
+// of a line and without showing it; -1 when there is none or a signal came first.
+int ask_for_key(int screen, int keys, std::string_view question);
 
 class pager {
  public:

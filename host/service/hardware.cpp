@@ -1,0 +1,56 @@
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "messages/hardware_messages.h"
+#include "service/answers.h"
+#include "service/device_counters.h"
+#include "service/services.h"
+
+namespace host {
+namespace {
+
+template <std::size_t Size>
+void copy_device_name(const std::string& name, char (&to)[Size]) {
+  std::memcpy(to, name.data(), std::min(name.size(), Size - 1));
+}
+
+reply answer_chassis(std::span<const std::byte> request) {
+  if (!request.empty()) return reject();
+  const machine& self = the_machine();
+  chassis_record record{};
+  record.chassis_type = self.chassis_type;
+  record.num_slots = self.num_slots;
+  copy_device_name(self.mgmt_device, record.management.mgmt_eth_intf_name);
+  copy_device_name(self.mgmt_device2, record.management.mgmt_eth_intf_name2);
+  return answer_record(record);
+}
+
+reply answer_card(std::span<const std::byte> bytes) {
+  const auto request = read_request<card_request>(bytes);
+  if (!request) return reject();
+  const auto& cards = the_machine().cards;
+  const auto found = std::find_if(cards.begin(), cards.end(), [&](const card& it) { return it.slot == request->slot; });
+  if (found == cards.end()) return answer_error(PM_ERR_NO_SUCH_INTERFACE);
+  return answer_record(card_record{found->slot, found->card_type, found->shares_resources ? 1U : 0U});
+}
+
+reply answer_device_counters(std::span<const std::byte> bytes) {
+  const auto request = read_request<device_request>(bytes);
+  if (!request) return reject();
+  const auto counted = kernel_counters(std::string(request->name, strnlen(request->name, sizeof request->name)));
+  return counted ? answer_record(device_record(*counted)) : answer_error(PM_ERR_NO_SUCH_INTERFACE);
+}
+
+}  // namespace
+
+reply serve_hardware(mts_opc_t opcode, std::span<const std::byte> request) {
+  switch (opcode) {
+    case HARDWARE_OPC_CHASSIS: return answer_chassis(request);
+    case HARDWARE_OPC_CARD: return answer_card(request);
+    case HARDWARE_OPC_DEVICE_COUNTERS: return answer_device_counters(request);
+    default: return reject();
+  }
+}
+
+}  // namespace host
