@@ -99,7 +99,7 @@ SHORT_TABLE 'pmsh_commands' is not a table of pmsh_command_t
 NO_HELP_OF_WORD it has no help of a word
 UPPER_CASE_WORD 'Mood' is neither a word in lower case nor a known argument
 NO_KINDS it takes a RANGE, but has no kinds of interface
-UNKNOWN_FIELD_TYPE the type of the field 'mood' is not known
+UNKNOWN_FIELD_TYPE the type of the field 'mood' is unknown
 WRONG_TYPE_CODE the type code of the tuple id of 'mood' does not fit its type
 TAKEN_TUPLE the tuple id of 'mood' belongs to the field 'member_of'
 TAKEN_DISPLAY the display 'brief' exists already

@@ -201,7 +201,7 @@ bool name_uncleared(const invocation& run, std::span<const if_index_t> requested
 // The kernel's counters cannot be set to 0: reports how long the baseline is kept.
 int keep_cleared(const invocation& run, const std::string& path) {
   if (path.empty()) {
-    run.output.text("The kernel's counters keep running; in this session displays subtract the values read now.\n");
+    run.output.text("The kernel's counters keep running; for this session, displays subtract the values read now.\n");
     return kDone;
   }
   make_directories_of(path);
