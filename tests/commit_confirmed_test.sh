@@ -150,7 +150,7 @@ if command -v setpriv >/dev/null && command -v prlimit >/dev/null; then
   if said "not permitted"; then
     skipped "a guardian that cannot start" "a plain user cannot be given CAP_NET_ADMIN here"
   else
-    said "pmsh: nothing was committed: the process that would roll it back cannot start: Resource temporarily unavailable." ||
+    said "pmsh: nothing was committed: the process that rolls back cannot start: Resource temporarily unavailable." ||
       fail "$(cat "$work/said")"
     expect mtu 5500
   fi

@@ -77,7 +77,7 @@ is_so '.[0].flags | index("UP")' null
 is_so '.[0].ifalias' 'set here'
 is_so '.[0].mtu' 5000
 set_on "$left" $'no shutdown' >/dev/null
-[ "$(set_on "$left" $'shutdown\nundo')" = "Taken back for $left." ] || fail "undo"
+[ "$(set_on "$left" $'shutdown\nundo')" = "Undone for $left." ] || fail "undo"
 is_so '.[0].flags | index("UP") != null' true
 set_on "$left" $'no shutdown\nno description\nswitchport mtu 4000' >/dev/null
 is_so '.[0].flags | index("UP") != null' true
@@ -145,10 +145,10 @@ step "a question before the user's own connection is cut; without a terminal the
 ip -n "$here" addr add 203.0.113.1/24 dev left
 export SSH_CONNECTION='203.0.113.9 50000 203.0.113.1 22'
 said=$(set_on "$left" shutdown) && fail "the user's way was cut"
-has_line "$said" "pmsh: nothing was changed: you may be connected by $left. Start the shell with --yes to change it all the same, or use 'configure candidate' and 'commit confirmed SECONDS', which is rolled back unless you confirm it."
+has_line "$said" "pmsh: nothing was changed: this may cut your own connection through $left. Start the shell with --yes to change it anyway, or use 'configure candidate' and 'commit confirmed SECONDS', which is rolled back unless you confirm it."
 is_so '.[0].flags | index("UP") != null' true
 said=$(printf 'configure\nno interface %s\n' "$left" | run 2>&1) && fail "the user's way was deleted"
-has_line "$said" "pmsh: nothing was changed: you may be connected by $left. Start the shell with --yes to change it all the same, or use 'configure candidate' and 'commit confirmed SECONDS', which is rolled back unless you confirm it."
+has_line "$said" "pmsh: nothing was changed: this may cut your own connection through $left. Start the shell with --yes to change it anyway, or use 'configure candidate' and 'commit confirmed SECONDS', which is rolled back unless you confirm it."
 set_on "$right" 'description the other end' >/dev/null || fail "another port is not set"
 set_on "$left" shutdown --yes >/dev/null || fail "--yes does not cut the way"
 is_so '.[0].flags | index("UP")' null
@@ -308,10 +308,10 @@ creates() {
   run -f "$map.config" || fail "the running configuration is refused where $2 exists"
   delete "$2" >/dev/null
   said=$(printf 'configure\ninterface %s\nundo\n' "$2" | run 2>&1)
-  [ "$said" = "Taken back for $2." ] && [ -z "$(interface "$3")" ] || fail "the creation is not taken back: $said"
+  [ "$said" = "Undone for $2." ] && [ -z "$(interface "$3")" ] || fail "the creation is not undone: $said"
   create "$2" >/dev/null
   said=$(printf 'configure\nno interface %s\nundo\n' "$2" | run 2>&1)
-  [ "$said" = "Taken back for $2." ] || fail "the deletion is not taken back: $said"
+  [ "$said" = "Undone for $2." ] || fail "the deletion is not undone: $said"
   [ "$(ip -n "$here" -j link show "$3" | jq -r '.[0].ifalias')" = "made here" ] || fail "another $3 after undo"
   delete "$2" >/dev/null
 }

@@ -16,19 +16,19 @@ RENEW = "tools/reference.py . --write"
 INTRODUCTION = """# Library reference
 
 Every function that `libpmcli_common` exports, with its prototype and contract, by public header. Types and constants are
-in the headers themselves; handles, records of services and system errors are in `infra/platform`. Made from the headers by
-`tools/reference.py . --write` (or `ninja update_docs`); the tests compare.
+in the headers themselves; handles, records of services and system errors are in `infra/platform`. Generated from the headers
+by `tools/reference.py . --write` (or `ninja update_docs`); the tests compare.
 
-What holds for all of them:
+Common rules:
 
 - They have C linkage, run on the caller's thread, throw nothing, and keep no state but the buffers and caches named here.
-- Handles, parameter blocks, records and texts that go in stay the caller's. Blocks that come out are from `malloc()` and
-  belong to the caller.
-- Records in wire format are big-endian and may lie at any address; `platform/wire.h` has the functions that read and write
+- Handles, parameter blocks, records and texts that a caller passes stay the caller's. Blocks that a function returns are from
+  `malloc()` and belong to the caller.
+- Records in wire format are big-endian and may be at any address; `platform/wire.h` has the functions that read and write
   them. Everything else is native.
-- Displays print through the output handle that they take. What is printed "on the terminal" goes to standard output and
-  is no part of the structured output. The introduction of a header says which of the two "printed" alone means.
-- The port manager, and services that are asked by message, have 60 seconds to answer unless another time is named.
+- Displays print through the output handle that they take. Text "on the terminal" goes to standard output and is not
+  part of the structured output. The introduction of a header defines which of the two "printed" means.
+- The port manager and services that get messages have 60 seconds to answer, unless another time is given.
 """
 
 TOKEN = re.compile(r"(?P<comment>/\*.*?\*/)|(?P<empty>\n[ \t]*(?=\n))|(?P<directive>^#[^\n]*)|(?P<space>\s+)|(?P<code>\S)",

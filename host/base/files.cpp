@@ -66,7 +66,7 @@ bool is_pipe_without_writer(int descriptor) {
   return poll(&writer, 1, 0) == 0;
 }
 
-// What is wrong with the lines of a text that comes in parts.
+// Checks the lines of a text that arrives in parts.
 struct line_check {
   std::size_t number = 1;  // of the line, from 1
   std::string_view fault;  // a sentence; empty: none so far

@@ -1,4 +1,4 @@
-// Statuses of ports beyond the port manager's own: each is a text that the platform tells as any other.
+// Statuses of ports besides those of the port manager; the platform reports their texts in the same way.
 #pragma once
 
 #include <string>
@@ -10,11 +10,11 @@ namespace host {
 // The user lacks the right to change devices of the kernel.
 enum : uint32 { kPortStatusNoRight = 0x40F00001 };
 
-// The status with this text, the same for the same text. It is good for this process. At most 65,535 texts are kept;
+// Returns the status code for a text, valid in this process; equal texts share a code. At most 65,535 texts are kept;
 // further ones get PM_ERR_GENERAL.
 uint32 status_of_text(const std::string& text);
 
-// Its text, owned here for as long as the process lives; null for any other number.
+// Its text, owned here for the life of the process; null for any other number.
 const char* text_of_port_status(uint32 status);
 
 }  // namespace host

@@ -37,7 +37,7 @@ inline mode_t mode_of_new_files() {
 
 inline int flush_to_disk(int descriptor) { return fsync(descriptor) == 0 || errno == EINVAL ? 0 : errno; }
 
-// Fills the file that is to take the place of `old`, which is null when there is none.
+// Fills the file that replaces `old`, which is null when there is none.
 inline int fill_replacement(int descriptor, std::string_view text, const struct stat* old) {
   if (const int error = write_all(descriptor, text); error != 0) return error;
   const bool has_owner = old == nullptr || (old->st_uid == geteuid() && old->st_gid == getegid());
@@ -46,7 +46,7 @@ inline int fill_replacement(int descriptor, std::string_view text, const struct 
   return flush_to_disk(descriptor);
 }
 
-// A new name is on the disk when its directory is.
+// A new name is on the disk when its directory was synchronised.
 inline int flush_directory_of(const std::string& path) {
   const std::string directory = std::filesystem::path(path).parent_path().string();
   const open_file opened(open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));

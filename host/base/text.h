@@ -1,4 +1,4 @@
-// Texts and words: what every part of the host may use.
+// Texts and words, for every part of the host.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,7 @@ bool contains_ignoring_case(std::string_view text, std::string_view part);
 std::string_view closest_word(std::string_view written, const std::vector<std::string_view>& known,
                               std::size_t max_edits);
 
-// The text in single quotes, as messages name what was written.
+// The text in single quotes, as messages quote input.
 std::string quoted(std::string_view text);
 
 std::string join(const std::vector<std::string_view>& words, std::string_view separator);

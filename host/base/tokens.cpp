@@ -10,7 +10,7 @@ namespace {
 // Follows the quotes of a text.
 class quote_reader {
  public:
-  // Takes the next character; true when it is a quote or lies between two.
+  // Takes the next character; true when it is a quote or is between two quotes.
   bool take(char character) {
     if (is_escaped_) return is_escaped_ = false, true;
     if (quote_ == '\0') {

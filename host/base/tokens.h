@@ -1,4 +1,4 @@
-// Texts cut into words and parts, with quotes respected.
+// Splits texts into words and parts; quotes are respected.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +18,7 @@ std::vector<word_token> split_words(std::string_view text, std::size_t start = 0
 // The parts of a line between separators; one in quotes does not count.
 std::vector<word_token> split_outside_quotes(std::string_view line, char separator);
 
-// The last quote of a text that has no end; npos: each has one.
+// The position of an unclosed quote; npos when there is none.
 std::size_t find_open_quote(std::string_view text);
 
 // Without the quotes around the whole.

@@ -9,7 +9,7 @@
 
 namespace host {
 
-// Writes all of it; a pipe that is full and does not block is waited for. Returns 0 or an errno: ECANCELED when a
+// Writes the whole text; waits for a full pipe that does not block. Returns 0 or an errno: ECANCELED when a
 // signal came and `is_cancelled` returned true; a null one never does.
 inline int write_all(int descriptor, std::string_view text, bool (*is_cancelled)() = nullptr) {
   while (!text.empty()) {

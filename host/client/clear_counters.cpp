@@ -70,7 +70,7 @@ syserr_t clear_some(mts_q_handle_t q, std::span<const if_index_t> if_indexes, st
   return error;
 }
 
-// What a list cannot count is left out, good entries first.
+// Entries that the count byte cannot hold are omitted, successful ones first.
 void fit_in_list(status_entries& entries) {
   if (entries.size() <= kMaxClearedAtOnce) return;
   std::erase_if(entries, [](const pm_clear_status_t& it) { return it.status == 0; });
@@ -88,7 +88,7 @@ syserr_t give_list(const status_entries& entries, uint8** list) {
   return 0;
 }
 
-// Notes what became of it, so that it is a failure when there is no memory for that.
+// Notes the result; a failure to store it is a failure of the request.
 syserr_t ask_to_clear(const call& to, if_index_t if_index) {
   return no_throw<syserr_t>(PM_ERR_GENERAL, [&] {
     const syserr_t error = answer(answered_by_errors(to), bytes_of(interface_request{if_index}), 1).error();
@@ -97,7 +97,7 @@ syserr_t ask_to_clear(const call& to, if_index_t if_index) {
   });
 }
 
-// The same of all, in as many requests as it takes.
+// Clears all interfaces, in as many requests as needed.
 syserr_t clear_all_of(mts_q_handle_t q, std::span<const if_index_t> left, uint8** status_list) {
   status_entries entries;
   while (!left.empty()) {
@@ -161,7 +161,7 @@ int32 pm_clear_port_counters(mts_q_handle_t q, uint32 count, const if_index_t* i
   return no_throw<syserr_t>(PM_ERR_GENERAL, [&] { return clear_all_of(q, {if_indexes, count}, status_list); });
 }
 
-// Not zero is success. Callers name the device by the number of its port; which one that is here the machine knows.
+// Not zero is success. Callers name the device by the number of its port; the machine maps it to the device here.
 int32 pm_clear_interface_counters(const char*, if_index_t if_index, mts_q_handle_t q) {
   return ask_to_clear({q, MTS_SAP_PORT_MANAGER, PM_OPC_CLEAR_MANAGEMENT}, if_index) == 0 ? 1 : 0;
 }

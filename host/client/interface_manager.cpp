@@ -26,7 +26,7 @@ syserr_t fill_values(interface_manager_opcode opcode, if_info_t* records, uint32
 
 }  // namespace
 
-// Nothing needs preparation here: the queue opens with the first query.
+// Needs no preparation: the queue opens with the first query.
 int32 im_ext_sbcr_init(uint32, uint32, const char*) { return 0; }
 
 int32 im_get_ifindex_layermode_list(if_info_t* records, uint32 count) {

@@ -1,5 +1,4 @@
-// What the client libraries that are opened by name call: they hold nothing themselves, the program that loaded them
-// does.
+// Called by the client libraries that are opened by name. They have no state; the program that loaded them has it.
 #pragma once
 
 #include "platform/card_config.h"
@@ -24,11 +23,11 @@ int32 get_loopback_counters(mts_q_handle_t q, if_index_t if_index, ip_if_stats* 
 int32 clear_port_statistics(if_index_t if_index);
 int32 clear_loopback_counters(if_index_t if_index);
 
-// Fills the caller's response, as far as its `size` bytes reach. Returns 0 or a system error.
+// Fills up to `size` bytes of the caller's response. Returns 0 or a system error.
 syserr_t get_port_capability(const if_index_range_t* range, uint32 size, uint8* response);
 
-// Steps of a configuration macro, over the command's range: the ports leave their channels; spanning tree takes them
-// for ports to hosts. Each stores a heap block of results by port that the caller frees. Returns 0 or a system error.
+// Steps of a configuration macro, over the command's range: the ports leave their channels; spanning tree treats them
+// as ports to hosts. Each stores a heap block of results by port that the caller frees. Returns 0 or a system error.
 int32 leave_channels(const paraminfo_t* param, pm_port_cfg_status_t** cfg_status, uint32* num_ports);
 int32 make_edge_ports(const paraminfo_t* param, pm_port_cfg_status_t** cfg_status, uint32* num_ports);
 

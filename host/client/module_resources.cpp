@@ -10,7 +10,7 @@ using namespace host;
 
 namespace {
 
-// Whether an answer ends in front of the tree that it promises: an error, then the tree's first node unless it is one.
+// Whether an answer ends before its tree. It begins with an error; without one the tree's first node follows.
 bool is_cut(std::span<const std::byte> payload) {
   be32 error;
   if (payload.size() < sizeof error) return true;

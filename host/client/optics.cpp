@@ -1,4 +1,4 @@
-// Client functions about the modules in ports: diagnostics, satellites, and the texts of their codes.
+// Client functions for transceivers: diagnostics, satellites, and the texts of their codes.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -64,7 +64,7 @@ const char* first_word(const bit_text (&words)[Count], uint8 bits) {
 int32 ask_diagnostics(const call& to, if_index_t if_index, mts_get_sfp_diag_info_t* diag_info,
                       sfp_diag_info_ddm_tlvs_t* sfp_ddm_info) {
   if (diag_info == nullptr || sfp_ddm_info == nullptr) return PM_ERR_GENERAL;
-  std::fflush(stdout);  // what was printed so far is of the module before
+  std::fflush(stdout);  // the text so far belongs to the previous module
   forget_marks();
   sfp_diagnostics record;
   const syserr_t error = ask_record(to, bytes_of(interface_request{if_index}), writable_bytes_of(record));

@@ -36,8 +36,8 @@ int32 pdb_get_chassis_type(uint32* type) {
   return error;
 }
 
-// The table is read after its row was asked for: that is when the row of this machine is filled. Without an answer it
-// names no device.
+// Readers of the table look up the row first: the row of this machine is filled then. Without an answer it names no
+// device.
 uint32 get_platform_runtime_index(void) {
   chassis_record chassis{};
   ask_chassis(chassis);
@@ -62,7 +62,7 @@ int32 get_card_module_info(if_index_t if_index, card_module_info_t* info) {
   return error;
 }
 
-// The simulated switches carry no line card of these two families.
+// Simulated switches have no line cards of these two families.
 boolean pm_is_tamber_lindo_linecard(uint32) { return 0; }
 boolean pm_is_corvid_linecard(uint32) { return 0; }
 

@@ -26,7 +26,7 @@ struct heap_deleter {
   void operator()(void* block) const { std::free(block); }
 };
 
-// Asks for a status of each port. On success the caller frees the block.
+// Requests a status for each port. On success the caller frees the block.
 int32 ask_statuses(const call& to, std::span<const std::byte> request, pm_port_cfg_status_t** cfg_status,
                    uint32* num_ports) {
   const answer got(answered_by_errors(to), request, sizeof **cfg_status);

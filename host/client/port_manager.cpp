@@ -59,7 +59,7 @@ int32 get_listing(const call& to, if_index_type_t type, mts_msg_ref_t* message) 
   return -1;
 }
 
-// Asks for ranges of interfaces to be created or deleted.
+// Requests the creation or deletion of ranges of interfaces.
 uint32 configure_interfaces(const call& to, uint32 create, const intf_range_t* ranges) {
   if (ranges == nullptr || ranges->range_count > PARAM_MAX_RANGES) return PM_ERR_GENERAL;
   struct {
@@ -75,7 +75,7 @@ uint32 configure_interfaces(const call& to, uint32 create, const intf_range_t* r
   return static_cast<uint32>(error);
 }
 
-constexpr std::size_t kTrackedHead = 12;  // eight bytes that nobody reads, and the count
+constexpr std::size_t kTrackedHead = 12;  // eight unused bytes, and the count
 constexpr std::size_t kMaxTracked = 256;
 constexpr list_layout kTrackedLayout = {
     .block_bytes = kTrackedHead + kMaxTracked * sizeof(be32),
@@ -124,7 +124,7 @@ int32 pm_get_if_index_listing(if_index_type_t type, mts_q_handle_t q, mts_msg_re
   return get_listing({q, MTS_SAP_PORT_MANAGER, PM_OPC_LISTING, timeout}, type, message);
 }
 
-// A switch has one startup configuration, wherever the prefix says that it lies.
+// A switch has one startup configuration, whatever place the prefix names.
 int32 pm_get_startup_if_index_listing(const char*, if_index_type_t type, mts_q_handle_t q, mts_msg_ref_t* message,
                                       int32 timeout) {
   return get_listing({q, MTS_SAP_PORT_MANAGER, PM_OPC_STARTUP_LISTING, timeout}, type, message);
@@ -162,7 +162,7 @@ int32 pm_parse_get_port_info_range(const mts_msg_ref_t* message, uint32* num_por
   return 0;
 }
 
-// The indexes name the kinds of interface, so that the mask adds nothing.
+// The mask is not needed: the indexes give the kinds of interface.
 uint32 pm_cli_config_sub_interface(mts_q_handle_t q, uint32 create, interface_mask_t, const intf_range_t* ranges,
                                    uint32 timeout) {
   return configure_interfaces({q, MTS_SAP_PORT_MANAGER, PM_OPC_SUB_INTERFACES, static_cast<int32>(timeout)}, create,

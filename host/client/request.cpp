@@ -24,7 +24,7 @@ int32 receive(const call& to, mts_rr_token_t token, mts_msg_ref_t* got) {
   return result;
 }
 
-// Whether an error says that there is nothing to report of a transceiver.
+// Whether an error means that a transceiver has nothing to report.
 bool is_none(syserr_t error) {
   constexpr syserr_t kNone[] = {PM_ERR_SFP_NOT_PRESENT, PM_ERR_SFP_NO_DIAGNOSTICS, PM_ERR_SFP_NO_INFORMATION};
   return std::find(std::begin(kNone), std::end(kNone), error) != std::end(kNone);

@@ -1,4 +1,4 @@
-// The road of every client function: a request to a service, and its answer.
+// Sends the request of a client function to a service and reads the answer.
 #pragma once
 
 #include <cstddef>
@@ -13,11 +13,11 @@ namespace host {
 
 enum { kAnswerTimeoutSec = 60 };
 
-// What an error that a service reports means: it failed the command, which is noted (transport/failures.h), or it is
-// its answer: a refusal, or that there is none.
+// The meaning of an error that a service reports: a failure of the command, which is noted (transport/failures.h), or
+// an answer: a refusal, or that there is no such value.
 enum class error_is : uint8 { failure, answer };
 
-// Where a request goes, how long its answer may take, and what an error in it means.
+// The address of a request, the timeout of its answer, and the meaning of an error in it.
 struct call {
   mts_q_handle_t q;
   uint32 sap;
@@ -26,7 +26,7 @@ struct call {
   error_is error = error_is::failure;
 };
 
-// The same call, to which an error is an answer.
+// The same call; an error is an answer.
 inline call answered_by_errors(call to) {
   to.error = error_is::answer;
   return to;
@@ -57,8 +57,8 @@ std::span<const std::byte> payload_of(const mts_msg_ref_t& got);
 // The error that an answer reports, PM_ERR_GENERAL for one that is too short to say.
 syserr_t reported_error(std::span<const std::byte> payload);
 
-// The records of an answer, as many as it says. It is not believed further than its payload reaches: then the error is
-// PM_ERR_GENERAL and there are no records.
+// The records of an answer, as many as its count says. If its payload is shorter, the error is PM_ERR_GENERAL and there
+// are no records.
 struct counted_records {
   syserr_t error = 0;
   uint32 count = 0;
@@ -66,7 +66,7 @@ struct counted_records {
 };
 counted_records records_of(std::span<const std::byte> payload, std::size_t record_size);
 
-// Asks, and holds the answer's records until its scope ends.
+// Sends a request, and holds the answer's records until its scope ends.
 class answer {
  public:
   answer(const call& to, std::span<const std::byte> request, std::size_t record_size);
@@ -74,8 +74,8 @@ class answer {
   answer(const answer&) = delete;
   answer& operator=(const answer&) = delete;
 
-  // 0, the errors of exchange(), the error that the service reports, or PM_ERR_GENERAL for an answer that does not hold
-  // what it promises. Without error 0 there are no records.
+  // 0, the errors of exchange(), the error that the service reports, or PM_ERR_GENERAL for an incomplete answer.
+  // Without error 0 there are no records.
   syserr_t error() const { return held_.error; }
   uint32 count() const { return held_.count; }
   std::span<const std::byte> records() const { return held_.records; }
@@ -93,7 +93,7 @@ bool is_damaged(std::span<const std::byte> payload, const counted_records& found
 // PM_ERR_GENERAL for an answer without a record.
 syserr_t ask_record(const call& to, std::span<const std::byte> request, std::span<std::byte> record);
 
-// How a list without a length of its own lies in its block: the number of entries as 32 bits, then the entries, each
+// The block of a list that is passed without its length: the number of entries as 32 bits, then the entries, each
 // beginning with four bytes of an interface index.
 struct list_layout {
   std::size_t block_bytes;

@@ -9,7 +9,7 @@ namespace {
 constexpr std::string_view kSchemes[] = {"bootflash:", "volatile:", "file:"};
 constexpr std::size_t kLongest = 100;
 
-// What a shell may be handed without quotes.
+// Characters that need no quotes in a shell.
 bool is_plain(std::string_view path) {
   for (const char letter : path) {
     const bool is_word = std::isalnum(static_cast<unsigned char>(letter)) != 0;

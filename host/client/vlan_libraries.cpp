@@ -1,4 +1,4 @@
-// What the client libraries of the VLAN services build and parse.
+// Requests and answers of the client libraries of the VLAN services.
 #include <cstdlib>
 #include <cstring>
 

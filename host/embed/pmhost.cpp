@@ -44,7 +44,7 @@ struct pmhost_t {
 
 struct pmhost_command_t {
   pmhost_command_t(pmhost_t* of, uint32 id)
-      : host(of), command_id(id), parameters(of->session.library, of->session.who, queue.handle, id) {}
+      : host(of), command_id(id), parameters(of->session.library, of->session.user, queue.handle, id) {}
 
   pmhost_t* host;
   uint32 command_id;
@@ -78,7 +78,7 @@ Result guarded(char** error, Result failed, Work work) noexcept {
   return failed;
 }
 
-// The same of a command: the text goes where errors go.
+// The same for a command: the text goes to the callback for errors.
 template <typename Work>
 int guarded_command(Work work) noexcept {
   char* error = nullptr;
@@ -90,7 +90,7 @@ int guarded_command(Work work) noexcept {
 
 // ---- Places ----
 
-// Where this library lies, and the others with it.
+// The directory of this library and of the others.
 fs::path library_directory() {
   Dl_info found{};
   if (dladdr(reinterpret_cast<void*>(&pmhost_open), &found) == 0 || found.dli_fname == nullptr) return ".";
@@ -107,8 +107,8 @@ std::string find_switch_file(const std::string& name) {
   return name;
 }
 
-// The command library opens the client libraries by name. It finds them in this library's place when they are loaded
-// already. Throws when one is missing: a library cannot see which command asks for it.
+// The command library opens the client libraries by name. It finds those in this library's directory when they are
+// already loaded. Throws when one is missing: a library cannot see which command asks for it.
 void load_client_libraries(const fs::path& directory) {
   std::error_code error;
   for (const char* const name : {PMCLI_CLIENT_LIBRARIES}) {
@@ -120,10 +120,10 @@ void load_client_libraries(const fs::path& directory) {
   }
 }
 
-// Once for the process: libraries and what they add to the shell stay.
+// Once for the process: libraries and the commands that they add stay.
 const host::command_library& loaded_libraries() {
   static std::optional<host::command_library> library;
-  static std::string failure;  // what was added before it stays, too: there is no second try
+  static std::string failure;  // earlier additions stay, too: there is no second attempt
   if (!failure.empty()) throw std::runtime_error(failure);
   try {
     const fs::path directory = library_directory();
@@ -165,17 +165,17 @@ void report_value(const pmhost_output_t& to, if_index_t if_index, const cmd_tupl
   to.value(to.context, &value);
 }
 
-host::output_settings settings_for(const pmhost_output_t& wanted) {
+host::output_settings settings_for(const pmhost_output_t& requested) {
   host::output_settings settings;
-  settings.structured = wanted.form == PMHOST_JSON;
-  if (wanted.write != nullptr)
-    settings.sink = [wanted](std::string_view text) {
+  settings.structured = requested.form == PMHOST_JSON;
+  if (requested.write != nullptr)
+    settings.sink = [requested](std::string_view text) {
       const program_output printing;
-      wanted.write(wanted.context, text.data(), text.size());
+      requested.write(requested.context, text.data(), text.size());
     };
-  if (wanted.value != nullptr)
-    settings.on_value = [wanted](if_index_t if_index, const cmd_tuple_t& tuple) {
-      report_value(wanted, if_index, tuple);
+  if (requested.value != nullptr)
+    settings.on_value = [requested](if_index_t if_index, const cmd_tuple_t& tuple) {
+      report_value(requested, if_index, tuple);
     };
   return settings;
 }
@@ -185,15 +185,15 @@ void print_error_line(std::string_view text) {
   std::fputs(line.c_str(), stderr);
 }
 
-void set_output(pmhost_t& host, const pmhost_output_t& wanted) {
-  host.output = settings_for(wanted);
-  if (wanted.error == nullptr) {
+void set_output(pmhost_t& host, const pmhost_output_t& requested) {
+  host.output = settings_for(requested);
+  if (requested.error == nullptr) {
     host::set_error_sink(print_error_line);
     return;
   }
-  host::set_error_sink([wanted](std::string_view text) {
+  host::set_error_sink([requested](std::string_view text) {
     const program_output printing;
-    wanted.error(wanted.context, std::string(text).c_str());
+    requested.error(requested.context, std::string(text).c_str());
   });
 }
 
@@ -248,7 +248,7 @@ paraminfo_t* block_of_ranges(pmhost_command_t& command) {
 pmhost_t* pmhost_open(const char* switch_file, char** error) {
   return guarded(error, static_cast<pmhost_t*>(nullptr), [&]() -> pmhost_t* {
     if (the_open_host != nullptr) throw std::runtime_error("a host is open already; close it first");
-    if (switch_file == nullptr) throw std::runtime_error("there is no name of a switch file");
+    if (switch_file == nullptr) throw std::runtime_error("no switch file is given");
     const host::command_library& library = loaded_libraries();
     const std::string file = find_switch_file(switch_file);
     host::the_machine() = host::load_switch_file(file);
@@ -260,7 +260,7 @@ pmhost_t* pmhost_open(const char* switch_file, char** error) {
     opened->session.switch_name = host::the_machine().name;
     opened->session.switch_file = file;
     const auto& users = host::the_machine().users;
-    opened->session.who = users.empty() ? nullptr : &users.front();
+    opened->session.user = users.empty() ? nullptr : &users.front();
     opened->session.output = &opened->output;
     program_output::of_program = stdout;
     host::set_error_sink(print_error_line);

@@ -1,4 +1,4 @@
-// The request for the values of an interface, and its answer: which values there are, and why others are absent.
+// The request for the values of an interface, and its answer: the values, and the reasons for absent ones.
 //
 // One request carries all properties that a display has. Everything travels big-endian and packed.
 #pragma once
@@ -31,7 +31,7 @@ struct values_request {
 };
 static_assert(sizeof(values_request) == 8);
 
-// What holds for all interfaces of a switch.
+// The answer for all interfaces of a switch.
 struct source_answer {
   uint8 knows_all;  // 1: no value is absent for another reason than absence::none
 };

@@ -1,4 +1,4 @@
-// What the messages of all services have in common. Everything here travels: big-endian, packed.
+// Common parts of the messages of all services, in wire format: big-endian, packed.
 #pragma once
 
 #include "platform/if_index.h"
@@ -7,13 +7,13 @@
 
 namespace host {
 
-// A question about one interface.
+// A request about one interface.
 struct interface_request {
   be32 if_index;
 };
 static_assert(sizeof(interface_request) == 4);
 
-// A question about a range of interfaces, bounds included.
+// A request about a range of interfaces, bounds included.
 struct range_request {
   be32 low;
   be32 high;

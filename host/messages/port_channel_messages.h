@@ -13,7 +13,7 @@ enum { SAP_PORT_CHANNEL = 194 };
 enum port_channel_opcode : mts_opc_t {
   PC_OPC_MEMBERS = 1,               // interface_request   be32, an interface index each
   PC_OPC_MULTI_CHASSIS_STATUS = 2,  // interface_request   multi_chassis_status
-  PC_OPC_NEXT = 3,                  // interface_request   be32, the first port-channel behind this index
+  PC_OPC_NEXT = 3,                  // interface_request   be32, the first port-channel after this index
   PC_OPC_LEAVE = 4,                 // range_requests      pm_port_cfg_status_t for each port
   PC_OPC_CHANNEL_OF = 5,            // interface_request   port_channel_info_t
 };

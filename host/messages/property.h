@@ -1,5 +1,5 @@
-// What there is to know of an interface. Requests name values by these numbers, which travel: shell and services of one
-// build speak to each other. Each property has one meaning, whichever display shows it.
+// The properties of an interface. Requests name values by these numbers, so shell and services must be of one build.
+// Each property has the same meaning in every display.
 #pragma once
 
 #include "platform/types.h"

@@ -13,8 +13,8 @@ namespace host {
 // MTS_OPC_VLAN_INFO                  vdc_vlan_id_t                vlan_info_resp_t; without that VLAN a rejection
 // MTS_OPC_VLAN_TRUNKING_MEMBERSHIP   be32, an index each          trunk_port_memb_t, for each that is there
 // MTS_OPC_PVLAN_GET_SWITCHPORT_INFO  interface_request            pvlan_switchport_info_t
-// VLAN_OPC_ALL                       nothing                      vlan_info_resp_t of each VLAN, behind a head
-// VLAN_OPC_ERRORED                   interface_request            vlan_bitset_t, behind a head
+// VLAN_OPC_ALL                       nothing                      vlan_info_resp_t of each VLAN, after a head
+// VLAN_OPC_ERRORED                   interface_request            vlan_bitset_t, after a head
 
 enum { VLAN_OPC_ERRORED = 23570, VLAN_OPC_ALL = 23571 };
 

@@ -81,7 +81,7 @@ std::optional<Request> read_request(std::span<const std::byte> bytes) {
   return request;
 }
 
-// Answers a question about one interface with what `answer` makes of that interface.
+// Answers a request about one interface with the record that `answer` returns for it.
 template <typename Answer>
 reply answer_for_interface(std::span<const std::byte> bytes, Answer answer) {
   const auto request = read_request<interface_request>(bytes);
@@ -90,7 +90,7 @@ reply answer_for_interface(std::span<const std::byte> bytes, Answer answer) {
   return found == nullptr ? answer_error(PM_ERR_NO_SUCH_INTERFACE) : answer(*found);
 }
 
-// The same, with the interface's statistics brought up to this moment.
+// The same, with the interface's statistics updated first.
 template <typename Answer>
 reply answer_with_statistics(std::span<const std::byte> bytes, Answer answer) {
   return answer_for_interface(bytes, [=](interface& it) {

@@ -1,4 +1,4 @@
-// How services change what a port is set to.
+// How services change the settings of a port.
 #pragma once
 
 #include "settings/change_journal.h"
@@ -6,8 +6,8 @@
 
 namespace host {
 
-// Changes a port by `apply`, which returns the port's status and changes nothing when that is not 0, and has the source
-// make it so. The change is noted. A port that refuses is as it was.
+// Changes a port by `apply`, which returns the port's status and changes nothing when it is not 0, and has the source
+// apply the settings. The change is noted. A port that refuses is unchanged.
 template <typename Apply>
 uint32 change_settings(interface& port, Apply apply) {
   const port_settings before = port.settings;

@@ -1,4 +1,4 @@
-// The record of a kernel device, as displays of management ports get it.
+// The record of a kernel device for displays of management ports.
 #pragma once
 
 #include "platform/ip_statistics.h"

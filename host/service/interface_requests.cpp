@@ -71,19 +71,19 @@ uint32 count_interfaces(Matches matches) {
   return static_cast<uint32>(std::count_if(all.begin(), all.end(), matches));
 }
 
-// What speaks against the sub-interfaces of a range; 0 is nothing.
+// The status that prevents sub-interfaces of a range; 0: none.
 syserr_t refusal_of_sub_interfaces(const index_range& range) {
   const interface* const parent = std::as_const(the_machine()).find(parent_of(range.low));
   if (parent == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
   uint16 highest = 0;
   if_index_get_sub_intf(range.high, &highest);
-  if (highest == MAX_SUB_INTERFACE) return PM_ERR_SUB_INTERFACE_INTERNAL;
+  if (highest == kMaxSubInterface) return PM_ERR_SUB_INTERFACE_INTERNAL;
   if (parent->settings.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
   if (parent->settings.layer != IF_LAYER_2 || the_source().allows_sub_interfaces_of_switched_ports()) return 0;
   return PM_ERR_SUB_INTERFACE_ON_L2;
 }
 
-// The status of a request that creates sub-interfaces, as far as it is known before they are looked up.
+// Checks a request that creates sub-interfaces, before they are looked up.
 syserr_t refusal_of_creation(std::span<const index_range> ranges) {
   uint32 missing = 0;
   for (const index_range& range : ranges) {
@@ -96,7 +96,7 @@ syserr_t refusal_of_creation(std::span<const index_range> ranges) {
   return present + missing > kMaxSubInterfaces ? PM_ERR_TOO_MANY_SUB_INTERFACES : 0;
 }
 
-bool is_loopback(if_index_t if_index) { return take_apart(if_index).type == IF_TYPE_LOOPBACK; }
+bool is_loopback(if_index_t if_index) { return decode_index(if_index).type == IF_TYPE_LOOPBACK; }
 
 bool is_too_wide(const index_range& range) { return range.high - range.low >= kMaxLoopbacks; }
 
@@ -136,12 +136,12 @@ struct configurable {
 };
 
 syserr_t refusal_of_loopbacks(std::span<const index_range> ranges) {
-  uint64 wanted = count_interfaces([](const interface& it) { return is_loopback(it.if_index); });
+  uint64 requested = count_interfaces([](const interface& it) { return is_loopback(it.if_index); });
   for (const index_range& range : ranges) {
     if (is_too_wide(range)) return PM_ERR_INVALID_RANGE;
-    wanted += count_missing(range);
+    requested += count_missing(range);
   }
-  return wanted > kMaxLoopbacks ? PM_ERR_INVALID_RANGE : 0;
+  return requested > kMaxLoopbacks ? PM_ERR_INVALID_RANGE : 0;
 }
 
 constexpr configurable kSubInterfaces = {is_sub_interface, refusal_of_creation};
@@ -153,7 +153,7 @@ void make_set(std::vector<if_index_t>& interfaces) {
   interfaces.erase(std::unique(interfaces.begin(), interfaces.end()), interfaces.end());
 }
 
-// A sub-interface of a switch that is its model alone. Another source reports how a new one is set.
+// A sub-interface of a simulated switch. Other sources report the settings of a new one.
 void set_as_parent(if_index_t if_index) {
   interface* const made = the_machine().find(if_index);
   if (made == nullptr || if_index_is_sub_intf(if_index) == 0) return;
@@ -177,7 +177,7 @@ syserr_t create(std::span<const index_range> ranges) {
   return 0;
 }
 
-// What the source deletes before it refuses is noted as well.
+// Interfaces that the source deletes before it refuses are noted, too.
 syserr_t remove(std::span<const index_range> ranges) {
   std::vector<if_index_t> doomed;
   for (const index_range& range : ranges) {

@@ -1,4 +1,4 @@
-// What the port manager makes of interface ranges that a command names: may they be used, created or deleted.
+// Requests of the port manager for interface ranges: verification, creation and deletion.
 #pragma once
 
 #include <span>
@@ -11,7 +11,7 @@ namespace host {
 // Most sub-interfaces and loopbacks of a switch.
 enum { kMaxSubInterfaces = 1000, kMaxLoopbacks = 1024 };
 
-// Each takes a verification (see port_manager_messages.h) and rejects one of another size than it says.
+// Each takes a verification (see port_manager_messages.h) and rejects one whose size is wrong.
 //
 // Verification answers with a bare status: PM_ERR_INVALID_RANGE for ends that span no range, PM_ERR_NO_SUCH_INTERFACE
 // for an end that does not exist. To create sub-interfaces or loopbacks every one of the range has to exist; a reason
@@ -21,7 +21,7 @@ enum { kMaxSubInterfaces = 1000, kMaxLoopbacks = 1024 };
 reply answer_verification(std::span<const std::byte> request);
 
 // Creates the interfaces of the ranges that are missing, or deletes those that exist, in the source or else in the
-// model. Nothing changes unless all of it can be done.
+// model. All or nothing is done.
 reply configure_sub_interfaces(std::span<const std::byte> request);
 reply configure_loopbacks(std::span<const std::byte> request);
 

@@ -1,4 +1,4 @@
-// The values of an interface by property: one table says where each comes from. What the model does not have is absent.
+// The values of an interface by property: one table has their origin. Values that the model does not have are absent.
 #include "messages/interface_values.h"
 
 #include <algorithm>
@@ -32,7 +32,7 @@ class subject {
 
   interface& port;
 
-  if_index_type_t kind() const { return take_apart(port.if_index).type; }
+  if_index_type_t kind() const { return decode_index(port.if_index).type; }
   bool is_sub_interface() const { return if_index_is_sub_intf(port.if_index) != 0; }
   bool is_any_of(std::initializer_list<if_index_type_t> kinds) const {
     return std::find(kinds.begin(), kinds.end(), kind()) != kinds.end();
@@ -42,7 +42,7 @@ class subject {
   bool is_up() const { return port.oper_state == PM_PORT_STATE_UP; }
   bool has_statistics() const { return has_statistics_; }
 
-  // What the kernel device of a management port counts, read once.
+  // The counters of the kernel device of a management port, read once.
   const std::optional<device_counters>& device() {
     if (!device_) device_ = kernel_counters(management_device(the_machine(), port.if_index));
     return *device_;
@@ -55,7 +55,7 @@ class subject {
   std::optional<std::optional<device_counters>> device_;
 };
 
-// Writes the value of a property, or why there is none.
+// Writes the value of a property, or the reason for its absence.
 using reader = void (*)(subject& it, property of, value_writer& to);
 
 void write_number(property of, std::optional<uint64> value, value_writer& to) {
@@ -117,7 +117,7 @@ void own_mac(subject& it, property of, value_writer& to) {
   to.mac(of, member_of<Member>(it.port));
 }
 
-// A number of which 0 says that there is none.
+// A number; 0 means none.
 template <auto Member>
 void own_number_but_zero(subject& it, property of, value_writer& to) {
   const auto value = widened(member_of<Member>(it.port));
@@ -191,7 +191,7 @@ void read_hardware(subject& it, property of, value_writer& to) {
   }
 }
 
-// Switched interfaces use the address that they were made with, routed ones their router's.
+// Switched interfaces use their burned-in address, routed ones their router's.
 void read_address(subject& it, property of, value_writer& to) {
   const bool is_always_switched = it.is_any_of({IF_TYPE_ETHERNET, IF_TYPE_SATELLITE});
   to.mac(of, is_always_switched || it.port.settings.layer == IF_LAYER_2 ? it.port.burned_in_mac : it.port.router_mac);
@@ -262,7 +262,7 @@ void read_state_reason(subject& it, property of, value_writer& to) {
   to.number(of, it.port.state_reason);
 }
 
-// Of a trunk the configured one.
+// For a trunk the configured one.
 void read_port_mode(subject& it, property of, value_writer& to) {
   if (!is_trunk(it.port) && it.port.oper_mode == 0) return to.absent(of, absence::none);
   write_number(of, is_trunk(it.port) ? std::optional<uint64>(it.port.settings.admin_mode) : widened(it.port.oper_mode),
@@ -332,13 +332,13 @@ void read_forwarding_vlans(subject& it, property of, value_writer& to) {
 
 constexpr uint32 kFullScale = 255;
 
-// In the width of the counters, where products wrap.
+// Computed in the width of the counters, where products wrap.
 template <typename Count>
 uint16 reliability(Count packets, Count errors) {
   return static_cast<uint16>(packets == 0 ? kFullScale : kFullScale - errors * Count{kFullScale} / packets);
 }
 
-// Of a management port by its kernel device, in whose record counters have 32 bits.
+// For a management port from its kernel device, whose record has counters of 32 bits.
 void read_reliability(subject& it, property of, value_writer& to) {
   if (it.kind() == IF_TYPE_MGMT) {
     const device_counters counted = it.device().value_or(device_counters{});
@@ -372,7 +372,7 @@ struct rates {
 constexpr uint32 kRingSteps = 5;
 constexpr uint32 kRingSeconds = kRingSteps * ETH_RATE_SAMPLE_SECONDS;
 
-// Over how many seconds displays average the traffic of an interface; 0 when they have no rates of it. Management ports
+// The seconds over which displays average the traffic of an interface; 0 when it has no rates. Management ports
 // and ports that can be routed have averages of their own, others those of the ring; without a ring there are those of
 // the last minute.
 uint32 average_seconds(const subject& it) {
@@ -482,7 +482,7 @@ void read_interval(subject& it, property of, value_writer& to) {
 
 void read_last_clear(subject& it, property of, value_writer& to) { write_moment(of, it.port.stats.last_clear_sec, to); }
 
-// What displays always show as 0: a switch without such traffic has none, of a device it is not known.
+// Values that displays always show as 0: simulated switches have no such traffic, for a device it is unknown.
 void read_always_zero(subject&, property of, value_writer& to) {
   write_number(of, the_source().knows_all_fields() ? std::optional<uint64>(0) : std::nullopt, to);
 }
@@ -506,7 +506,7 @@ void read_ability(subject& it, property of, value_writer& to) {
   to.number(of, it.port.capabilities.*Member ? 1 : 0);
 }
 
-// A switch knows no card of its management port; displays have these for it.
+// Fixed values of displays for the management port, which has no card.
 template <typename Bits>
 std::optional<Bits> management_or(subject& it, const std::optional<Bits>& own, uint8 of_management) {
   return it.kind() == IF_TYPE_MGMT && the_source().knows_all_fields() ? of_management : own;
@@ -537,7 +537,7 @@ void read_duplexes(subject& it, property of, value_writer& to) {
 
 void read_trunk_encapsulation(subject&, property of, value_writer& to) { to.text(of, "802.1Q"); }
 
-// Of a switch that is made for it displays say so in any case.
+// Displays of simulated switches always show it.
 void read_suppression(subject& it, property of, value_writer& to) {
   if (it.port.capabilities.suppression || the_source().knows_all_fields())
     to.text(of, "percentage(0-100)");
@@ -581,7 +581,7 @@ void read_presence(subject& it, property of, value_writer& to) {
   to.text(of, is_known ? "present" : "present but not supported");
 }
 
-// What an image has at a place, without the blanks that fill it up.
+// The text at a place of an image, without padding.
 template <std::size_t Size>
 std::string_view filled_text(const char (&field)[Size]) {
   std::string_view text(field, Size);
@@ -616,7 +616,7 @@ void read_module_length(subject& it, property of, value_writer& to) {
     to.number(of, length);
 }
 
-// A code of the image that stands for another length than its number.
+// A code of the image whose length differs from its number.
 struct special_length {
   uint8 code;
   uint32 metres;
@@ -672,7 +672,7 @@ void read_module_state(subject& it, property of, value_writer& to) {
 
 // ---- The table ------------------------------------------------------------------------------------------------------
 
-// What has to be brought up to date, or completed, before a value is read.
+// The updates and details that a value needs before it is read.
 enum class need : uint8 { nothing, link_fault, driver, module, module_state, totals, counters };
 
 struct row {
@@ -918,7 +918,7 @@ constexpr row kRows[] = {
     {property::extended_checksum_ok, read_module_state<&state::csum_ext_ok>, module_state},
 };
 
-// Properties that displays bind without asking: readings and constants of transceivers.
+// Properties that displays bind without a request: readings and constants of transceivers.
 constexpr property kFirstOfDisplays = property::temperature_c, kLastOfDisplays = property::rx_power_0;
 
 constexpr bool has_a_row_for_each() {

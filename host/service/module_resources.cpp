@@ -20,7 +20,7 @@ struct shared_out {
   uint32 buffers = 0, performance = 0, mbps = 0;
 };
 
-// A node without children, and what its ports use.
+// A node without children, and the resources of its ports.
 struct tree_node {
   reply bytes;
   shared_out used;
@@ -92,7 +92,7 @@ tree_node port_group(uint32 number, std::span<const interface* const> ports) {
 std::vector<const interface*> fibre_channel_ports(uint32 slot) {
   std::vector<const interface*> ports;
   for (const interface& it : the_machine().interfaces) {
-    const index_fields fields = take_apart(it.if_index);
+    const index_fields fields = decode_index(it.if_index);
     if (fields.type == IF_TYPE_FC && fields.slot == slot) ports.push_back(&it);
   }
   return ports;

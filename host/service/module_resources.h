@@ -1,4 +1,4 @@
-// How line cards share out buffers and bandwidth among their ports.
+// How the ports of line cards share buffers and bandwidth.
 #pragma once
 
 #include <span>
@@ -8,7 +8,7 @@
 namespace host {
 
 // Answers a module_request with the tree of platform/module_resources.h; an error in its head for a slot without a card
-// that shares out resources.
+// with shared resources.
 reply answer_module_resources(std::span<const std::byte> request);
 
 }  // namespace host

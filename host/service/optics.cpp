@@ -59,7 +59,7 @@ void fill_reading(const optical_reading& reading, diagnostics_t& to) {
 
 // ---- Run-time state -------------------------------------------------------------------------------------------------
 
-// Whether the byte at `at` is the sum of those from `from` up to it. What the page lacks is 0.
+// Whether the byte at `at` is the sum of those from `from` up to it. Missing bytes are 0.
 uint8 is_sum_right(const std::vector<uint8>& page, std::size_t from, std::size_t at) {
   const auto byte = [&page](std::size_t place) { return place < page.size() ? page[place] : uint8{0}; };
   uint8 sum = 0;

@@ -1,4 +1,4 @@
-// What the port manager and the line cards say of the modules in ports.
+// Reports of the port manager and the line cards on the transceivers in ports.
 #pragma once
 
 #include <span>
@@ -9,7 +9,7 @@
 
 namespace host {
 
-// Run-time state of the module in a port, whose diagnostics are read.
+// Run-time state of the module in a port, after its diagnostics are read.
 port_xcvr_info_t transceiver_state(const interface& port);
 
 // Optical diagnostics of a port whose statistics are up to date: one sfp_diagnostics, or why there are none.

@@ -19,7 +19,7 @@ uint32 set_port(interface& port, const setting& of, const setting_value& value) 
   return change_settings(port, [&](interface& it) { return set_value(of, it, value); });
 }
 
-// Members take what they can of their channel's settings: others may have followed from the one that was set.
+// Members take all settings of their channel that they support: others may have followed from the one that was set.
 void hand_to_members(const interface& channel) {
   for (const if_index_t member : the_machine().members_of(channel.if_index))
     change_settings(*the_machine().find(member), [&](interface& it) -> uint32 {
@@ -31,7 +31,7 @@ void hand_to_members(const interface& channel) {
 uint32 apply_to(interface& port, const setting& of, octets bytes) {
   if (port.refusal != 0) return port.refusal;
   if (port.is_locked) return PM_ERR_PORT_LOCKED;
-  if (!of.has_it(take_apart(port.if_index).type)) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
+  if (!of.has_it(decode_index(port.if_index).type)) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
   if (is_of_channel(of) && port.settings.channel != 0) return PM_ERR_PORT_IN_CHANNEL;
   const auto value = value_of_octets(of, bytes, port);
   if (!value) return PM_ERR_VALUE_OUT_OF_RANGE;

@@ -9,7 +9,7 @@
 namespace host {
 
 // Answers a setting_request with a pm_port_cfg_status_t for each port of its ranges; a range without any gives one for
-// its low end. A request that is not what it says is rejected.
+// its low end. A malformed request is rejected.
 reply configure_ports(std::span<const std::byte> request);
 
 }  // namespace host

@@ -11,13 +11,13 @@
 namespace host {
 namespace {
 
-bool is_of_type(if_index_t if_index, uint32 wanted) {
+bool is_of_type(if_index_t if_index, uint32 requested) {
   if_index_type_t type = IF_TYPE_NONE;
-  return wanted == IF_TYPE_NONE || (if_index_get_type(if_index, &type) == 0 && type == wanted);
+  return requested == IF_TYPE_NONE || (if_index_get_type(if_index, &type) == 0 && type == requested);
 }
 
 // One record for each interface of a range, with the detail that it needs. The in-band interface is listed, but it is
-// no port and has none.
+// not a port and has none.
 template <typename Record>
 reply answer_range(std::span<const std::byte> bytes, detail needed, Record (*record_of)(const interface&)) {
   const auto request = read_request<range_request>(bytes);
@@ -59,7 +59,7 @@ reply answer_tracked_ports(const interface& port) {
   return answer.finish();
 }
 
-// Clears what was asked for: the interfaces themselves, or sub-interfaces when the first one is such.
+// Clears the interfaces of the request, or their sub-interfaces when the first one is a sub-interface.
 reply clear_range(std::span<interface> interfaces) {
   const boolean of_subs = if_index_is_sub_intf(interfaces.front().if_index);
   reply answer = answer_writer(0).finish();
@@ -94,13 +94,13 @@ reply answer_clear(std::span<const std::byte> bytes) {
   clear_request request;
   if (bytes.size() < sizeof request) return reject();
   std::memcpy(&request, bytes.data(), sizeof request);
-  const std::span wanted = bytes.subspan(sizeof request);
-  if (request.count > kMaxClearedAtOnce || wanted.size() != request.count * sizeof(be32)) return reject();
+  const std::span requested = bytes.subspan(sizeof request);
+  if (request.count > kMaxClearedAtOnce || requested.size() != request.count * sizeof(be32)) return reject();
   reply answer;
   append_bytes(answer, static_cast<uint8>(request.count));
-  for (std::size_t at = 0; at < wanted.size(); at += sizeof(be32)) {
+  for (std::size_t at = 0; at < requested.size(); at += sizeof(be32)) {
     be32 if_index;
-    std::memcpy(&if_index, wanted.data() + at, sizeof if_index);
+    std::memcpy(&if_index, requested.data() + at, sizeof if_index);
     append_bytes(answer, pm_clear_status_t{if_index, clear_counters(if_index)});
   }
   return answer;

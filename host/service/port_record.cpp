@@ -9,9 +9,9 @@
 namespace host {
 namespace {
 
-// On and off, as most attributes of the port manager count them.
+// On and off in most attributes of the port manager.
 enum : uint8 { kOn = 1, kOff = 2 };
-// Trunking mode counts the other way round.
+// Trunking mode uses the opposite numbers.
 enum : uint8 { kTrunkingOff = 1, kTrunkingOn = 2 };
 enum : uint8 { kPortReserved = 1, kPortUnreserved = 2 };
 enum : uint32 { kPortTypeExternal = 1 };

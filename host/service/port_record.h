@@ -7,11 +7,11 @@
 
 namespace host {
 
-// Every member that the model knows; those it does not know are zero.
+// All members that the model knows; unknown ones are zero.
 pm_port_info_t port_record(const interface& port);
 
-// The module in a port: the image as it was read, then the port manager's trailer. Without a module the record says so
-// in `status` and in `is_fcot_supported`.
+// The module in a port: the image as it was read, then the port manager's trailer. `status` and `is_fcot_supported`
+// report a missing module.
 pm_fcot_res_t transceiver_record(const interface& port);
 
 }  // namespace host

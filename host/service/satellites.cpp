@@ -9,7 +9,7 @@ namespace host {
 namespace {
 
 reply answer_fabric_port(const interface& port) {
-  const index_fields fields = take_apart(port.if_index);
+  const index_fields fields = decode_index(port.if_index);
   if (fields.type != IF_TYPE_SATELLITE) return answer_error(PM_ERR_NOT_ALLOWED_ON_INTERFACE);
   return answer_record(satmgr_fport_info_t{fields.unit, fields.slot + 1});
 }

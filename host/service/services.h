@@ -7,7 +7,7 @@
 
 namespace host {
 
-// Each rejects an opcode that it does not know and a request of another size than its opcode's.
+// Each rejects unknown opcodes and requests whose size does not match the opcode.
 reply serve_port_manager(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_interface_manager(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_statistics(mts_opc_t opcode, std::span<const std::byte> request);

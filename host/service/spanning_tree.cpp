@@ -18,7 +18,7 @@ namespace {
 
 uint32 become_edge(interface& port) {
   if (port.refusal != 0) return port.refusal;
-  if (port.settings.layer != IF_LAYER_2 || !find_setting(PM_CFG_PORT_MODE)->has_it(take_apart(port.if_index).type))
+  if (port.settings.layer != IF_LAYER_2 || !find_setting(PM_CFG_PORT_MODE)->has_it(decode_index(port.if_index).type))
     return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
   if (port.is_locked) return PM_ERR_PORT_LOCKED;
   return change_settings(port, [](interface& it) -> uint32 {

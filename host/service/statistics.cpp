@@ -25,9 +25,9 @@ reply answer_loopback(const interface& it) {
 }
 
 // Clears an interface of the kind that the opcode is for.
-reply answer_clear(std::span<const std::byte> request, bool (*is_wanted)(const interface&)) {
+reply answer_clear(std::span<const std::byte> request, bool (*is_requested)(const interface&)) {
   return answer_for_interface(request, [=](interface& it) {
-    return is_wanted(it) ? answer_clear_of(it) : answer_error(PM_ERR_NOT_ALLOWED_ON_INTERFACE);
+    return is_requested(it) ? answer_clear_of(it) : answer_error(PM_ERR_NOT_ALLOWED_ON_INTERFACE);
   });
 }
 

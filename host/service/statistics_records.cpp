@@ -130,7 +130,7 @@ void fill_totals(const statistics& stats, eth_intf_if_data_t& data) {
   data.ifi_noproto = in_32_bits(stats.errors.bad_protocol);
 }
 
-// What the records of the IP stack and of the management port have in common.
+// Common members of the records of the IP stack and of the management port.
 template <typename Record>
 void fill_traffic(const statistics& stats, Record& record) {
   record.interval_start_time = stats.last_clear_sec;
@@ -147,7 +147,7 @@ void fill_traffic(const statistics& stats, Record& record) {
   record.out_pkts_bcast = stats.out.broadcast_packets.value_or(0);
 }
 
-// What the ring says of the last minutes, the newest first.
+// The last minutes of the ring, the newest first.
 void fill_history(const statistics& stats, pm_if_stat& record) {
   if (!stats.rate_ring) return;
   const auto& [samples, next] = *stats.rate_ring;

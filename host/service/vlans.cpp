@@ -24,7 +24,7 @@ constexpr uint16 kLastVlan = 4094;
 
 bool is_trunk(const interface& port) { return port.oper_mode == PM_PORT_MODE_TRUNK; }
 
-// The VLAN that exists because a port has it for access or as native; 0: none.
+// The VLAN that exists because a port has it as access or native VLAN; 0: none.
 uint16 used_vlan(const interface& port) {
   if (port.settings.layer != 2) return 0;
   return (is_trunk(port) ? port.settings.native_vlan : port.settings.access_vlan).value_or(0);
@@ -50,7 +50,7 @@ vlan_info_resp_t record_of(uint16 id, const vlan* described) {
   return record;
 }
 
-// Nothing of a VLAN that is neither described nor used.
+// Nothing for a VLAN that is neither described nor used.
 std::optional<vlan_info_resp_t> find_record(uint16 id) {
   const auto& vlans = the_machine().vlans;
   const auto& ports = the_machine().interfaces;

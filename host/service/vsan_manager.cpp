@@ -5,7 +5,7 @@
 namespace host {
 namespace {
 
-// Only Fibre-Channel ports, their port-channels and their tunnels belong to VSANs.
+// Only Fibre Channel ports, their port-channels and their tunnels belong to VSANs.
 bool has_vsans(const interface& port) {
   if_index_type_t type = IF_TYPE_NONE;
   if_index_get_type(port.if_index, &type);

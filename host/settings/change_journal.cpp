@@ -23,7 +23,7 @@ std::size_t num_ports(const change_step& step) {
   return step.before.size() + step.created.size() + step.deleted.size();
 }
 
-// Leaves out of the last step what is as it was, and then the step when nothing is left.
+// Removes unchanged ports from the last step, and the step when it is empty.
 void drop_empty_step(const machine& of) {
   if (journal.steps.empty()) return;
   change_step& last = journal.steps.back();
@@ -45,7 +45,7 @@ void forget_oldest_steps() {
   }
 }
 
-// The step of the running command; that of a source or a service without one begins its own.
+// The step of the running command; a change without a command begins its own step.
 change_step& running_step() {
   if (!journal.is_running) begin_changes({});
   return journal.steps.back();
@@ -125,7 +125,7 @@ std::vector<if_index_t> changed_ports(const machine& of, std::size_t num_steps) 
 changes_made take_change_back(machine& of) {
   changes_made made;
   if (change_steps(of).empty()) return made;
-  const change_step step = journal.steps.back();  // noting the changes back must not change it
+  const change_step step = journal.steps.back();  // a copy: undoing notes changes, too
   delete_created(step, of, made);
   create_deleted(step, of, made);
   restore_settings(step, of, made);

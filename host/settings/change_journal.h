@@ -1,4 +1,4 @@
-// What the commands of a session changed, created and deleted, so that it can be taken back, the last one first.
+// What the commands of a session changed, created and deleted, to be undone in reverse order.
 #pragma once
 
 #include <deque>
@@ -11,7 +11,7 @@
 
 namespace host {
 
-// What one command did. Ports that it did not change in the end are left out.
+// The changes of one command. Ports that it did not change in the end are omitted.
 struct change_step {
   std::string command;
   uint32 at_sec = 0;                           // since 1970
@@ -30,10 +30,10 @@ struct change_journal {
   bool is_running = false;        // the last step is that of a command that began
 };
 
-// Exchanges the journal that the functions below are about for another one.
+// Replaces the journal that the functions below use.
 void swap_journal(change_journal& other);
 
-// A command begins. One that changes nothing, because it is refused or because all was so before, is no step.
+// A command begins. A command that changes nothing makes no step.
 void begin_changes(std::string_view command);
 
 // A new session: there are no steps.
@@ -46,14 +46,14 @@ void note_change(const interface& port);
 void note_created(if_index_t if_index);
 void note_deleted(interface port);
 
-// The steps that can be taken back, the oldest first. Before the last one, so many are kept as have 20,000 ports
-// together.
+// The steps that can be undone, the oldest first. Besides the last one, steps with up to 20,000 ports in total are
+// kept.
 const std::deque<change_step>& change_steps(const machine& of);
 
 // The ports of the last steps, sorted.
 std::vector<if_index_t> changed_ports(const machine& of, std::size_t num_steps);
 
-// What became of changes of several interfaces: they were made, or refused with a status. Both are sorted.
+// The results of changes of several interfaces: applied, or refused with a status. Both are sorted.
 struct changes_made {
   struct refusal {
     if_index_t if_index;
@@ -63,8 +63,8 @@ struct changes_made {
   std::vector<refusal> refused;
 };
 
-// Takes the last step back: puts the ports back to what they were before, deletes those that it created and creates
-// those that it deleted, and has the source make it so. What is refused stays a step. Without steps nothing happens.
+// Undoes the last step: restores the settings of its ports, deletes interfaces that it created and creates those that
+// it deleted, and has the source apply this. Refused changes stay in the step. Without steps nothing happens.
 changes_made take_change_back(machine& of);
 
 }  // namespace host

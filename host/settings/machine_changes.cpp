@@ -13,7 +13,7 @@
 namespace host {
 namespace {
 
-// A port that joined a channel since the changes began takes only what is not its channel's.
+// A port that joined a channel meanwhile takes only settings that are not its channel's.
 bool is_for_channel(const interface& port, const machine_changes::settings& change) {
   const bool has_joined = port.settings.channel != 0 && port.settings.channel != change.before.channel;
   if (!has_joined || change.after.channel != change.before.channel || the_source().hands_settings_to_members())
@@ -27,13 +27,13 @@ bool is_for_channel(const interface& port, const machine_changes::settings& chan
 uint32 change(machine& of, if_index_t if_index, const machine_changes::settings& change) {
   interface* const port = of.find(if_index);
   if (port == nullptr) return PM_ERR_NO_SUCH_INTERFACE;
-  const port_settings wanted = merged_settings(port->settings, change.before, change.after);
-  if (wanted == port->settings) return 0;
+  const port_settings requested = merged_settings(port->settings, change.before, change.after);
+  if (requested == port->settings) return 0;
   if (port->refusal != 0) return port->refusal;
   if (port->is_locked) return PM_ERR_PORT_LOCKED;
   if (change.is_for_channel) return PM_ERR_PORT_IN_CHANNEL;
   note_change(*port);
-  return apply_in_steps(*port, wanted);
+  return apply_in_steps(*port, requested);
 }
 
 uint32 remove(machine& of, if_index_t if_index) {
@@ -55,13 +55,13 @@ uint32 refusal_of_parent(const machine& of, if_index_t if_index) {
   return is_switched && !the_source().allows_sub_interfaces_of_switched_ports() ? PM_ERR_SUB_INTERFACE_ON_L2 : 0;
 }
 
-uint32 create(machine& of, const interface& wanted) {
-  const if_index_t if_index = wanted.if_index;
-  if (of.find(if_index) != nullptr) return change(of, if_index, {wanted.at_start, wanted.settings});
+uint32 create(machine& of, const interface& requested) {
+  const if_index_t if_index = requested.if_index;
+  if (of.find(if_index) != nullptr) return change(of, if_index, {requested.at_start, requested.settings});
   if (const uint32 status = refusal_of_parent(of, if_index); status != 0) return status;
   if (const uint32 status = the_source().create_interfaces(of, {&if_index, 1}); status != 0) return status;
   interface& made = *of.find(if_index);
-  const uint32 status = apply_in_steps(made, merged_settings(made.settings, wanted.at_start, wanted.settings));
+  const uint32 status = apply_in_steps(made, merged_settings(made.settings, requested.at_start, requested.settings));
   if (status == 0)
     note_created(if_index);
   else
@@ -169,7 +169,7 @@ machine_changes reversed(const machine_changes& changes) {
   return back;
 }
 
-// Sub-interfaces go before their port changes, and come when it has.
+// Sub-interfaces are deleted before their port changes, and created after it.
 changes_made apply_changes(machine& of, const machine_changes& changes) {
   result results;
   for (const auto& [if_index, it] : changes.deleted) results.note(if_index, remove(of, if_index));

@@ -1,4 +1,4 @@
-// What differs between two machines, to be made of a third one.
+// The differences between two machines, to be applied to a third one.
 #pragma once
 
 #include <map>
@@ -27,18 +27,18 @@ struct machine_changes {
   std::vector<if_index_t> ports() const;
 };
 
-// What commands did that made one machine of the other.
+// The changes that commands made between two states of a machine.
 machine_changes changes_between(const machine& from, const machine& to);
 
-// What of the changes is left to do on a machine which has changed as well since they began. Ports that it does not
-// have any more stay among the changes; apply_changes() refuses them.
+// The changes that remain to be made on a machine that has changed since they began. Ports that it no longer has stay
+// among the changes; apply_changes() refuses them.
 machine_changes rebased(const machine_changes& changes, const machine& now);
 
-// The changes that take these back.
+// The changes that revert these.
 machine_changes reversed(const machine_changes& changes);
 
-// Makes the changes of a machine, and notes them in the journal. Each interface takes all that is for it or is as it
-// was before; the source has made what was applied.
+// Applies the changes to a machine, and notes them in the journal. Each interface takes all of its changes or none; the
+// source has applied the accepted ones.
 changes_made apply_changes(machine& of, const machine_changes& changes);
 
 }  // namespace host

@@ -20,7 +20,7 @@ bool has_sub_interfaces(const machine& of, if_index_t parent) {
   });
 }
 
-if_index_type_t kind_of(const interface& port) { return take_apart(port.if_index).type; }
+if_index_type_t kind_of(const interface& port) { return decode_index(port.if_index).type; }
 
 template <typename... Kind>
 bool is_one_of(if_index_type_t kind, Kind... kinds) {
@@ -29,7 +29,7 @@ bool is_one_of(if_index_type_t kind, Kind... kinds) {
 
 uint32 number_in(const setting_value& value) { return std::get<uint32>(value); }
 
-// Whether a number is one of the values of the forms, or lies within the bounds of an argument.
+// Whether a number is one of the values of the forms, or within the bounds of an argument.
 bool is_within(const setting& of, uint32 number) {
   const bool is_word = std::any_of(of.forms.begin(), of.forms.end(), [number](const setting_form& it) {
     return (it.kind == form_kind::word || it.kind == form_kind::off) && it.value == number;
@@ -57,7 +57,7 @@ if_index_t channel_for(const interface& port, uint32 number) {
   for (const if_index_type_t family : {IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL}) {
     if (!takes(family, kind_of(port))) continue;
     for (const interface& it : the_machine().interfaces) {
-      const index_fields fields = take_apart(it.if_index);
+      const index_fields fields = decode_index(it.if_index);
       if (fields.type == family && fields.number == number && fields.sub_interface == 0) return it.if_index;
     }
   }
@@ -123,7 +123,7 @@ uint32 refuses_mode(const interface& port, const setting_value& value) {
   if (is_channel && found != std::end(kNotOfChannels)) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
   if (kind_of(port) == IF_TYPE_SATELLITE && number_in(value) == PM_PORT_MODE_FABRIC)
     return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
-  const bool is_first = take_apart(port.if_index).port % kPortsOfGroup == 0;
+  const bool is_first = decode_index(port.if_index).port % kPortsOfGroup == 0;
   return number_in(value) == PM_PORT_MODE_E && port.capabilities.e_mode_on_first_only && !is_first
              ? PM_ERR_MODE_E_OUTSIDE_FIRST_PORT
              : 0;
@@ -188,7 +188,7 @@ void put_flow_control(interface& to, uint16 side, const setting_value& value) {
 }
 
 std::optional<setting_value> get_channel(const port_settings& from) {
-  return from.channel == 0 ? 0 : uint32{take_apart(from.channel).number};
+  return from.channel == 0 ? 0 : uint32{decode_index(from.channel).number};
 }
 
 uint32 refuses_channel(const interface& port, const setting_value& value) {
@@ -312,7 +312,7 @@ void inherit_settings(const interface& parent, interface& made) {
 bool is_of_channel(const setting& of) { return of.traits.of_channel && !the_source().hands_settings_to_members(); }
 
 bool has_setting_of_its_own(const interface& port, const setting& of) {
-  return of.has_it(take_apart(port.if_index).type) && !(is_of_channel(of) && port.settings.channel != 0) &&
+  return of.has_it(decode_index(port.if_index).type) && !(is_of_channel(of) && port.settings.channel != 0) &&
          the_source().applies_setting(of.type);
 }
 

@@ -1,4 +1,4 @@
-// Settings that differ, setting by setting.
+// Merges settings one by one.
 #pragma once
 
 #include "switch/model.h"
@@ -9,9 +9,8 @@ namespace host {
 // settings of their own; a list of VLANs is one.
 port_settings merged_settings(port_settings now, const port_settings& from, const port_settings& to);
 
-// Has the source make settings of a port that may differ in any number of ways. The source takes them one after the
-// other, in the order in which commands would make them. When it refuses one, those before it are taken back, and the
-// port is as it was. Returns 0, or the status of the refusal.
-uint32 apply_in_steps(interface& port, const port_settings& wanted);
+// Has the source apply several settings of a port, one by one, in the order of commands. When it refuses one, those
+// before it are reverted and the port is unchanged. Returns 0, or the status of the refusal.
+uint32 apply_in_steps(interface& port, const port_settings& requested);
 
 }  // namespace host

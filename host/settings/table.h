@@ -1,4 +1,4 @@
-// The settings of interfaces, a row each: this is the only list of them.
+// The only list of settings of interfaces, one row each.
 #pragma once
 
 #include <type_traits>
@@ -22,11 +22,11 @@ bool is_fibre_channel(if_index_type_t kind);
 bool is_fibre_channel_port(if_index_type_t kind);
 bool can_monitor(if_index_type_t kind);
 bool has_layer(if_index_type_t kind);  // those that can be routed
-bool has_mode(if_index_type_t kind);   // Ethernet ports, Fibre-Channel ports, port-channels
+bool has_mode(if_index_type_t kind);   // Ethernet ports, Fibre Channel ports, port-channels
 bool has_speed(if_index_type_t kind);  // and management ports
 bool is_port(if_index_type_t kind);
 
-// ---- What a port refuses, and what follows from a setting
+// ---- Checks of values, and settings that follow from others
 
 uint32 refuses_layer(const interface& port, const setting_value& value);
 uint32 refuses_mode(const interface& port, const setting_value& value);
@@ -84,7 +84,7 @@ void put_side(interface& to, const setting_value& value) {
   put_flow_control(to, kSide, value);
 }
 
-// ---- How they are written
+// ---- Forms
 
 namespace form {
 
@@ -313,7 +313,7 @@ inline constexpr setting kSettings[] = {
     {HOST_CFG_SEND_PAUSE, "flowcontrol send", kSendPauseForms, {}, kWord, 1, 0, 0,
      is_ethernet_or_channel, get_side<PM_FLOW_CTRL_SEND>, put_side<PM_FLOW_CTRL_SEND>,
      {.of_channel = true, .cuts = may_cut::always, .step = kernel_step::flow_control, .key = "flow-control send"}},
-    {HOST_CFG_CHANNEL, "channel-group", kChannelForms, {}, kNumbers, 2, 1, MAX_CHANNEL,
+    {HOST_CFG_CHANNEL, "channel-group", kChannelForms, {}, kNumbers, 2, 1, kMaxChannel,
      is_port, get_channel, put_channel, {.refuses = refuses_channel,
      .cuts = may_cut::always, .step = kernel_step::bond}},
     {PM_CFG_MTU, "switchport mtu", kMtuForms, switchport(TOKEN_SWITCHPORT_MTU), kNumbers, 4, 64, UINT16_MAX,
@@ -350,7 +350,7 @@ inline constexpr setting kSettings[] = {
     {PM_CFG_PORT_STATE, "shutdown", kStateForms, {{TOKEN_SHUTDOWN}}, kWord, 1, 0, 0,
      is_any_but_inband, get_number<&set::admin_state>, put_number<&set::admin_state>, {.cuts = may_cut::unless_off, .step = kernel_step::state}},
 
-    // Attributes that no command names.
+    // Attributes without a command.
     {PM_CFG_31, "", {}, {}, kNumbers, 4, 1, 2, is_any_but_inband, get_number<&set::attribute_31>, put_number<&set::attribute_31>},
     {PM_CFG_36, "", {}, {}, kNumbers, 4, 1, 2, has_mode, get_number<&set::attribute_36>, put_number<&set::attribute_36>},
     {PM_CFG_44, "", {}, {}, kNumbers, 1, 0, 3, has_mode, get_number<&set::attribute_44>, put_number<&set::attribute_44>},

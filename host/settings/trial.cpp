@@ -9,7 +9,7 @@ namespace {
 
 int num_trials = 0;
 
-// What is not overridden changes the model only.
+// Functions that are not overridden change only the model.
 class trial_source final : public switch_source {
  public:
   explicit trial_source(switch_source& real) : real_(real), began_sec_(static_cast<uint32>(clock_now())) {}

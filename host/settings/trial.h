@@ -1,4 +1,4 @@
-// Commands on a copy of the machine: what they change, create and delete stays in the copy.
+// Runs commands on a copy of the machine: their changes, creations and deletions stay in the copy.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@
 
 namespace host {
 
-// A machine that commands are tried on, and what they changed of it.
+// A machine on which commands are tried, and their changes of it.
 struct trial_state {
   machine model;
   change_journal journal;
@@ -17,7 +17,7 @@ struct trial_state {
 
 // While it lives, the_machine(), the_source() and the journal are those of a trial: its state takes every change. The
 // source reads from the real one, which is not refreshed and gets no setting, creation, deletion or clear. The end of
-// the scope puts back what was there before. A trial may run within another one; they end in the reverse order.
+// the scope restores the previous ones. A trial may run within another one; they end in the reverse order.
 class trial {
  public:
   // The state outlives the trial.

@@ -19,16 +19,16 @@ std::vector<std::byte> octets_of_vlans(const std::vector<uint16>& vlans, vlan_ac
   return bytes;
 }
 
-// What a port's list of VLANs becomes.
+// The new list of VLANs of a port.
 std::optional<setting_value> vlans_of(octets bytes, const std::vector<uint16>& now) {
-  allowed_vlans_value wanted;
-  std::memcpy(&wanted, bytes.data(), sizeof wanted);
-  if (wanted.action > static_cast<uint8>(vlan_action::remove)) return std::nullopt;
-  const auto action = static_cast<vlan_action>(wanted.action);
+  allowed_vlans_value requested;
+  std::memcpy(&requested, bytes.data(), sizeof requested);
+  if (requested.action > static_cast<uint8>(vlan_action::remove)) return std::nullopt;
+  const auto action = static_cast<vlan_action>(requested.action);
   std::vector<uint16> vlans;
   for (const uint16 id : every_vlan()) {
     const bool was = std::binary_search(now.begin(), now.end(), id);
-    const bool named = bitset_is_set(&wanted.vlans, id) != 0;
+    const bool named = bitset_is_set(&requested.vlans, id) != 0;
     if (action == vlan_action::remove ? was && !named : named || (action == vlan_action::add && was))
       vlans.push_back(id);
   }

@@ -23,7 +23,7 @@ static_assert(sizeof(allowed_vlans_value) == 1 + 516);
 // The bytes of a value: a number big-endian, a text padded with zeros, VLANs as an allowed_vlans_value.
 std::vector<std::byte> octets_of(const setting& of, const setting_value& value, vlan_action action = vlan_action::set);
 
-// The value that a port is asked to take; nothing when the bytes are none of the setting.
+// The requested value of a port; nothing when the bytes are not a value of the setting.
 std::optional<setting_value> value_of_octets(const setting& of, std::span<const std::byte> octets,
                                              const interface& port);
 

@@ -40,7 +40,7 @@ fs::path program_directory() {
   return fs::read_symlink("/proc/self/exe", error).parent_path();
 }
 
-// The demonstration switch: in the source tree when the program was built there, else beside the program.
+// The demonstration switch: in the source tree when the program was built there, else relative to the program.
 std::string demonstration_switch() {
   std::error_code error;
   for (const char* const place : {PMCLI_SWITCHES, "../switches", "../share/pmcli/switches"}) {
@@ -50,12 +50,12 @@ std::string demonstration_switch() {
   return "campus.yaml";
 }
 
-// Where cleared counters are kept; empty: for the session only.
-std::string cleared_counters_file(const options& wanted) {
-  return wanted.has_session_counters ? "" : state_file("cleared-counters." + kernel_namespace());
+// The file of cleared counters; empty: only for the session.
+std::string cleared_counters_file(const options& requested) {
+  return requested.has_session_counters ? "" : state_file("cleared-counters." + kernel_namespace());
 }
 
-// Where the interfaces of devices are stored; empty: nowhere.
+// The file of the interfaces of devices; empty: none.
 std::string interface_names_file() {
   const std::string file = state_file("interface-names." + kernel_namespace());
   make_directories_of(file);  // the source reports a file that it cannot write
@@ -63,20 +63,20 @@ std::string interface_names_file() {
 }
 
 // Sets the switch and its source. Returns the switch file; empty: none was read.
-std::string open_switch(const options& wanted) {
-  if (wanted.is_kernel) {
-    auto kernel =
-        std::make_unique<kernel_source>(wanted.map_file.empty() ? wanted_interfaces{} : read_map_file(wanted.map_file),
-                                        cleared_counters_file(wanted), interface_names_file());
+std::string open_switch(const options& requested) {
+  if (requested.is_kernel) {
+    auto kernel = std::make_unique<kernel_source>(
+        requested.map_file.empty() ? requested_interfaces{} : read_map_file(requested.map_file),
+        cleared_counters_file(requested), interface_names_file());
     the_machine() = kernel->read();
     if (!kernel->names_fault().empty()) print_error(kernel->names_fault());
     set_source(std::move(kernel));
     return {};
   }
-  std::string file = wanted.switch_file;
-  if (file.empty() && wanted.giant_ports == 0) file = demonstration_switch();
-  the_machine() = file.empty() ? make_giant(wanted.giant_ports) : load_switch_file(file);
-  if (wanted.has_defaults) set_to_defaults(the_machine());
+  std::string file = requested.switch_file;
+  if (file.empty() && requested.giant_ports == 0) file = demonstration_switch();
+  the_machine() = file.empty() ? make_giant(requested.giant_ports) : load_switch_file(file);
+  if (requested.has_defaults) set_to_defaults(the_machine());
   set_source(std::make_unique<chassis_source>());
   return file;
 }
@@ -85,31 +85,31 @@ std::string open_switch(const options& wanted) {
 bool choose_user(const std::string& name, shell& session) {
   const std::vector<user>& users = the_machine().users;
   if (name.empty()) {
-    session.who = users.empty() ? nullptr : &users.front();
+    session.user = users.empty() ? nullptr : &users.front();
     return true;
   }
-  session.who = the_machine().find_user(name);
-  if (session.who != nullptr) return true;
+  session.user = the_machine().find_user(name);
+  if (session.user != nullptr) return true;
   std::string names;
   for (const user& known : users) names.append(names.empty() ? "" : ", ").append(known.name);
   print_error("unknown user '" + name + "' in --user. " +
-              (names.empty() ? "This switch has no users." : "It is one of " + names + "."));
+              (names.empty() ? "This switch has no users." : "Expected one of " + names + "."));
   return false;
 }
 
-bool inject_faults(const options& wanted) {
-  transport_limit_waits(wanted.longest_wait_sec);
-  for (const requested_fault& injected : wanted.faults) {
+bool inject_faults(const options& requested) {
+  transport_limit_waits(requested.longest_wait_sec);
+  for (const requested_fault& injected : requested.faults) {
     if (transport_inject_fault(injected.service, injected.what)) continue;
     std::string names;
     for (const service& known : all_services()) names.append(names.empty() ? "" : ", ").append(known.name);
-    print_error("unknown service '" + injected.service + "' in --inject-fault. It is one of " + names + ".");
+    print_error("unknown service '" + injected.service + "' in --inject-fault. Expected one of " + names + ".");
     return false;
   }
   return true;
 }
 
-// Makes the settings of a file before anything else happens; its last mode does not stay.
+// Runs the commands of the --config file first; the session does not keep its mode.
 int begin_with(const std::string& configuration, shell& session) {
   if (configuration.empty()) return kDone;
   const int code = run_file(session, configuration);
@@ -121,7 +121,7 @@ int begin_with(const std::string& configuration, shell& session) {
   return code;
 }
 
-// Where the libraries lie: beside the program when it was built here, else where it was installed.
+// The directory of the libraries: relative to the program when it was built here, else where it was installed.
 fs::path library_directory() {
   const fs::path built = (program_directory() / "../lib").lexically_normal();
   std::error_code error;
@@ -129,21 +129,21 @@ fs::path library_directory() {
                                                          : (program_directory() / PMCLI_LIBRARIES).lexically_normal();
 }
 
-// Files, commands, or what the user types. Returns the first exit code that is not 0.
-int run_session(const options& wanted, shell& session) {
-  int result = begin_with(wanted.configuration, session);
-  if (result != kDone && (result == kInterrupted || !wanted.keep_going)) return result;
-  for (const std::string& file : wanted.files) {
+// Runs files, commands or typed lines. Returns the first exit code that is not 0.
+int run_session(const options& requested, shell& session) {
+  int result = begin_with(requested.configuration, session);
+  if (result != kDone && (result == kInterrupted || !requested.keep_going)) return result;
+  for (const std::string& file : requested.files) {
     const int code = run_file(session, file);
     if (result == kDone) result = code;
-    if (session.is_leaving || (code != kDone && !wanted.keep_going)) return result;
+    if (session.is_leaving || (code != kDone && !requested.keep_going)) return result;
   }
-  if (wanted.commands.empty() && wanted.files.empty()) {
+  if (requested.commands.empty() && requested.files.empty()) {
     session.is_interactive = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
     const int code = session.is_interactive ? run_interactively(session) : run_input(session);
     return result == kDone ? code : result;
   }
-  for (const std::string& command : wanted.commands) {
+  for (const std::string& command : requested.commands) {
     const int code = run_line(session, command);
     if (result == kDone) result = code;
     if (code == kInterrupted || session.is_leaving) break;
@@ -151,30 +151,30 @@ int run_session(const options& wanted, shell& session) {
   return result;
 }
 
-int run(const options& wanted) {
-  if (wanted.published != nullptr) {
-    load_libraries(library_directory(), wanted.libraries);
-    return print_text(wanted.published());
+int run(const options& requested) {
+  if (requested.published != nullptr) {
+    load_libraries(library_directory(), requested.libraries);
+    return print_text(requested.published());
   }
-  if (wanted.clock) clock_set(static_cast<std::time_t>(*wanted.clock));
+  if (requested.clock) clock_set(static_cast<std::time_t>(*requested.clock));
   shell session;
-  session.switch_file = open_switch(wanted);
+  session.switch_file = open_switch(requested);
   transport_register(all_services());
-  if (!inject_faults(wanted)) return kUsage;
-  if (!choose_user(wanted.user, session)) return kUsage;
-  session.library = load_libraries(library_directory(), wanted.libraries);
+  if (!inject_faults(requested)) return kUsage;
+  if (!choose_user(requested.user, session)) return kUsage;
+  session.library = load_libraries(library_directory(), requested.libraries);
   session.switch_name = the_machine().name;
-  session.keeps_going = wanted.keep_going;
+  session.keeps_going = requested.keep_going;
 
-  if (wanted.is_dry_run) session.trying = std::make_unique<dry_run>(dry_run::kWholeSession);
-  if (wanted.assume_yes) assume_yes();
-  const int result = run_session(wanted, session);
+  if (requested.is_dry_run) session.trying = std::make_unique<dry_run>(dry_run::kWholeSession);
+  if (requested.assume_yes) assume_yes();
+  const int result = run_session(requested, session);
   end_candidate(session);
   const int code = end_unconfirmed_commit(session);
   return result == kDone ? code : result;
 }
 
-// A descriptor that is closed must not become that of another file: reading and writing it fail.
+// Standard descriptors that are closed must not become those of other files: reading and writing them fail.
 void hold_standard_descriptors() {
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
     if (fcntl(descriptor, F_GETFD) < 0) open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
@@ -186,10 +186,10 @@ void hold_standard_descriptors() {
 int main(int argc, char** argv) {
   host::hold_standard_descriptors();
   int exit_code = host::kDone;
-  const auto wanted = host::read_options(argc, argv, exit_code);
-  if (!wanted) return exit_code;
+  const auto requested = host::read_options(argc, argv, exit_code);
+  if (!requested) return exit_code;
   try {
-    return host::run(*wanted);
+    return host::run(*requested);
   } catch (const host::yaml_file_error& error) {
     host::print_error(error.what());
     return host::kUsage;

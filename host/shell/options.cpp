@@ -52,42 +52,38 @@ std::string check_fault(const std::string& text) {
 }
 
 // A hidden option that prints a text of the published documents.
-void add_printer(CLI::App& app, const char* name, std::string (*text)(), options& wanted) {
-  app.add_flag_callback(name, [text, &wanted] { wanted.published = text; })->group("");
+void add_printer(CLI::App& app, const char* name, std::string (*text)(), options& requested) {
+  app.add_flag_callback(name, [text, &requested] { requested.published = text; })->group("");
 }
 
-void add_options(CLI::App& app, options& wanted, std::vector<std::string>& faults, std::vector<std::string>& renamed) {
-  app.add_option("-c,--command", wanted.commands, "Run a command and exit; may be repeated")
+void add_options(CLI::App& app, options& requested, std::vector<std::string>& faults,
+                 std::vector<std::string>& renamed) {
+  app.add_option("-c,--command", requested.commands, "Run a command and exit; may be repeated")
       ->type_name("COMMAND")
       ->allow_extra_args(false);
-  app.add_option("-f,--file", wanted.files, "Run the commands of a file and exit; '-' is standard input")
+  app.add_option("-f,--file", requested.files, "Run the commands of a file and exit; '-' is standard input")
       ->type_name("FILE")
       ->allow_extra_args(false);
-  app.add_flag("--keep-going", wanted.keep_going, "Continue a file after a command that failed");
-  app.add_flag("--dry-run", wanted.is_dry_run, "Try the commands and show what they would change; nothing is changed");
-  app.add_flag("-y,--yes", wanted.assume_yes, "Answer every question with yes");
-  app.add_option("--config", wanted.configuration,
-                 "Begin with the settings of a file; 'startup-config' is what was kept")
+  app.add_flag("--keep-going", requested.keep_going, "Continue a file after a failed command");
+  app.add_flag("--dry-run", requested.is_dry_run, "Show what the commands would change, without changing anything");
+  app.add_flag("-y,--yes", requested.assume_yes, "Answer every question with yes");
+  app.add_option("--config", requested.configuration, "Start with the settings of a file or of 'startup-config'")
       ->type_name("FILE");
   CLI::Option* const file =
-      app.add_option("--switch", wanted.switch_file, "Switch file; without it the demonstration switch");
+      app.add_option("--switch", requested.switch_file, "Switch file (default: the demonstration switch)");
   file->type_name("FILE");
-  CLI::Option* const defaults = app.add_flag("--hardware-defaults", wanted.has_defaults,
-                                             "Start with the default settings in place of those of the switch file");
-  CLI::Option* const giant =
-      app.add_option("--giant", wanted.giant_ports, "A switch of N Ethernet ports in place of a file");
+  CLI::Option* const defaults =
+      app.add_flag("--hardware-defaults", requested.has_defaults, "Ignore the settings of the switch file");
+  CLI::Option* const giant = app.add_option("--giant", requested.giant_ports, "Generate a switch of N Ethernet ports");
   giant->type_name("N")->check(CLI::Range(1U, uint32{kMaxGiantPorts}))->excludes(file);
-  CLI::Option* const kernel =
-      app.add_flag("--kernel", wanted.is_kernel, "The network devices of this machine in place of a file")
-          ->excludes(file)
-          ->excludes(giant)
-          ->excludes(defaults);
-  app.add_option("--map", wanted.map_file, "File that says which interface a device is")
-      ->type_name("FILE")
+  CLI::Option* const kernel = app.add_flag("--kernel", requested.is_kernel, "Use the network devices of this machine")
+                                  ->excludes(file)
+                                  ->excludes(giant)
+                                  ->excludes(defaults);
+  app.add_option("--map", requested.map_file, "File that maps devices to interfaces")->type_name("FILE")->needs(kernel);
+  app.add_flag("--session-counters", requested.has_session_counters, "Clear counters for this session only")
       ->needs(kernel);
-  app.add_flag("--session-counters", wanted.has_session_counters, "Clear counters for this session only")
-      ->needs(kernel);
-  app.add_option("--user", wanted.user, "User of the switch; without it the first one")->type_name("NAME");
+  app.add_option("--user", requested.user, "User of the switch (default: the first one)")->type_name("NAME");
   app.add_option("--inject-fault", faults, "Make a service fail: lost, reject, silent, cut:N or interrupt:N")
       ->type_name("SERVICE=FAULT")
       ->allow_extra_args(false)
@@ -96,23 +92,24 @@ void add_options(CLI::App& app, options& wanted, std::vector<std::string>& fault
       ->allow_extra_args(false)
       ->check(check_fault)
       ->group("");
-  app.add_option("--clock", wanted.clock, "Stop the clock at this moment, in seconds since 1970")->type_name("SECONDS");
-  app.add_option("--wait", wanted.longest_wait_sec, "Longest wait for a service")->type_name("SECONDS");
-  app.add_option("--library", wanted.libraries, "Load the commands of a library; may be repeated")
+  app.add_option("--clock", requested.clock, "Stop the clock at this moment, in seconds since 1970")
+      ->type_name("SECONDS");
+  app.add_option("--wait", requested.longest_wait_sec, "Longest wait for a service")->type_name("SECONDS");
+  app.add_option("--library", requested.libraries, "Load the commands of a library; may be repeated")
       ->type_name("FILE")
       ->allow_extra_args(false);
-  add_printer(app, "--print-command-reference", command_reference, wanted);
-  add_printer(app, "--print-json-schema", json_schema, wanted);
+  add_printer(app, "--print-command-reference", command_reference, requested);
+  add_printer(app, "--print-json-schema", json_schema, requested);
   app.prefix_command();
   app.set_version_flag("--version", "pmsh " PMCLI_VERSION);
   app.footer(kFooter);
 }
 
 // The words after the options are one command.
-void take_command(const std::vector<std::string>& words, options& wanted) {
+void take_command(const std::vector<std::string>& words, options& requested) {
   if (words.empty()) return;
   if (words.front().starts_with('-')) throw CLI::ExtrasError("pmsh", {words.front()});
-  wanted.commands.push_back(join({words.begin(), words.end()}, " "));
+  requested.commands.push_back(join({words.begin(), words.end()}, " "));
 }
 
 }  // namespace
@@ -134,12 +131,12 @@ std::optional<injected_fault> parse_fault(const std::string& text) {
 
 std::optional<options> read_options(int argc, char** argv, int& exit_code) {
   CLI::App app("A switch shell: shows and configures the interfaces of a switch.", "pmsh");
-  options wanted;
+  options requested;
   std::vector<std::string> faults, renamed;
-  add_options(app, wanted, faults, renamed);
+  add_options(app, requested, faults, renamed);
   try {
     app.parse(argc, argv);
-    take_command(app.remaining(), wanted);
+    take_command(app.remaining(), requested);
   } catch (const CLI::ParseError& error) {
     std::ostringstream asked_for;  // help, the version
     exit_code = app.exit(error, asked_for) == 0 ? print_text(asked_for.str()) : int{kUsage};
@@ -148,9 +145,9 @@ std::optional<options> read_options(int argc, char** argv, int& exit_code) {
   faults.insert(faults.end(), renamed.begin(), renamed.end());
   for (const std::string& text : faults) {
     const std::size_t sign = text.find('=');
-    wanted.faults.push_back({text.substr(0, sign), *parse_fault(text.substr(sign + 1))});
+    requested.faults.push_back({text.substr(0, sign), *parse_fault(text.substr(sign + 1))});
   }
-  return wanted;
+  return requested;
 }
 
 }  // namespace host

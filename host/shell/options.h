@@ -24,22 +24,22 @@ struct options {
   std::string switch_file;               // empty: the demonstration switch
   bool is_kernel = false;                // the machine that the shell runs on, in place of a file
   std::string map_file;                  // which interface a device is; empty: the usual ones
-  bool has_session_counters = false;     // cleared counters are so for this session only
+  bool has_session_counters = false;     // counters are cleared for this session only
   bool has_defaults = false;             // the settings of the hardware, in place of those of the file
   uint32 giant_ports = 0;                // not 0: a switch of so many ports in place of a file
   std::string user;                      // empty: the first of the switch
   std::vector<std::string> libraries;    // files of command libraries of others
-  std::string (*published)() = nullptr;  // a text to print in place of all else
+  std::string (*published)() = nullptr;  // a text to print instead of running
   std::vector<requested_fault> faults;
   std::optional<uint32> clock;  // seconds since 1970 at which the clock is stopped
   uint32 longest_wait_sec = 0;  // 0: what the services' clients ask for
 };
 
-// Reads the options. When the program is done already (help, version, a wrong option) that is printed and `exit_code`
-// set.
+// Reads the options. Help, the version or the error of a wrong option is printed, and sets `exit_code`: the program is
+// done.
 std::optional<options> read_options(int argc, char** argv, int& exit_code);
 
-// "reject", "cut:10" and so on; nothing when the text is no fault.
+// "reject", "cut:10" and so on; nothing when the text is not a fault.
 std::optional<injected_fault> parse_fault(const std::string& text);
 
 }  // namespace host

@@ -39,7 +39,7 @@ __attribute__((visibility("default")))
 const pmsh_command_t pmsh_commands[] = {
     {
         .words = "show vlan",
-        .help = "The VLANs of the switch",
+        .help = "VLANs of the switch",
         .handler = "sibling_show_vlans",
         .display = "vlans",
         .fields = kVlans,
@@ -47,7 +47,7 @@ const pmsh_command_t pmsh_commands[] = {
     },
     {
         .words = "show interface [RANGE] trunk errored",
-        .help = "The VLANs that an error keeps off them",
+        .help = "VLANs disabled on trunks by an error",
         .handler = "sibling_show_errored_vlans",
         .kinds = ALL_PORTS | CHANNELS,
         .header = "sibling_show_errored_vlans_header",

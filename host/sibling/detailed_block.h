@@ -1,4 +1,4 @@
-/* The detailed display of Ethernet ports and port-channels with everything that is computed from statistics. */
+/* The detailed display of Ethernet ports and port-channels with the values computed from statistics. */
 #ifndef SIBLING_DETAILED_BLOCK_H
 #define SIBLING_DETAILED_BLOCK_H
 

@@ -1,4 +1,4 @@
-// What all handlers of this library begin and end with.
+// The common begin and end of this library's handlers.
 #pragma once
 
 #include <cstdio>
@@ -9,7 +9,7 @@
 
 namespace sibling {
 
-// One interface that is to be shown.
+// The interface of a handler's call.
 struct request {
   cmd_rx_handle_t* rx;
   mts_q_handle_t q;

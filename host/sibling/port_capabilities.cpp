@@ -5,11 +5,11 @@
 
 namespace {
 
-void show_capabilities(const sibling::request& wanted) {
-  if (if_index_is_sub_intf(wanted.if_index)) return;
+void show_capabilities(const sibling::request& requested) {
+  if (if_index_is_sub_intf(requested.if_index)) return;
   pm_cli_common_capability_t capability{};
-  if (pm_cli_get_port_capability(wanted.if_index, &capability) == 0)
-    pm_cli_show_port_capabities(wanted.rx, &capability);
+  if (pm_cli_get_port_capability(requested.if_index, &capability) == 0)
+    pm_cli_show_port_capabities(requested.rx, &capability);
 }
 
 }  // namespace

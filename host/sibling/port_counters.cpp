@@ -12,35 +12,35 @@ namespace {
 
 using sibling::request;
 
-// What the statistics client says of a port; nothing after that was printed.
-std::optional<statscl_portcl_stats_msg_t> statistics_of(const request& wanted) {
+// The report of the statistics client on a port; nothing after a failure was printed.
+std::optional<statscl_portcl_stats_msg_t> statistics_of(const request& requested) {
   statscl_portcl_stats_msg_t stats{};
-  if (pm_cli_get_eth_stat_info(wanted.if_index, &stats) == 0) return stats;
+  if (pm_cli_get_eth_stat_info(requested.if_index, &stats) == 0) return stats;
   std::puts("stats unavailable");
   return std::nullopt;
 }
 
-void show_all_counters(const request& wanted) {
+void show_all_counters(const request& requested) {
   pfstat_key_cntrs_t forwarding;
   std::memset(&forwarding, 0, sizeof forwarding);
-  pm_cli_get_pfstat_counters(wanted.if_index, wanted.q, &forwarding, 0);
-  if (auto stats = statistics_of(wanted)) pm_cli_show_eth_counters_detailed_all(wanted.rx, &forwarding, &*stats);
+  pm_cli_get_pfstat_counters(requested.if_index, requested.q, &forwarding, 0);
+  if (auto stats = statistics_of(requested)) pm_cli_show_eth_counters_detailed_all(requested.rx, &forwarding, &*stats);
 }
 
-void show_storm_control(const request& wanted) {
-  if (if_index_is_sub_intf(wanted.if_index)) return;
-  const sibling::port_record port(wanted);
+void show_storm_control(const request& requested) {
+  if (if_index_is_sub_intf(requested.if_index)) return;
+  const sibling::port_record port(requested);
   if (!port) return;
-  if (auto stats = statistics_of(wanted)) pm_cli_show_port_storm_ctrl_counters(wanted.rx, port.get(), &*stats);
+  if (auto stats = statistics_of(requested)) pm_cli_show_port_storm_ctrl_counters(requested.rx, port.get(), &*stats);
 }
 
-void show_rates(const request& wanted) {
-  if (if_index_is_sub_intf(wanted.if_index)) return;
-  if (!wanted.may_see_counters) {
+void show_rates(const request& requested) {
+  if (if_index_is_sub_intf(requested.if_index)) return;
+  if (!requested.may_see_counters) {
     std::puts("    Counters not available");
     return;
   }
-  if (auto stats = statistics_of(wanted)) pm_cli_show_common_counters_brief(wanted.rx, &*stats);
+  if (auto stats = statistics_of(requested)) pm_cli_show_common_counters_brief(requested.rx, &*stats);
 }
 
 }  // namespace

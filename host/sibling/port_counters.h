@@ -1,4 +1,4 @@
-/* Counter displays of Ethernet ports and port-channels, which the command library itself leaves to others. */
+/* Counter displays of Ethernet ports and port-channels, which the command library itself does not have. */
 #ifndef SIBLING_PORT_COUNTERS_H
 #define SIBLING_PORT_COUNTERS_H
 
@@ -14,7 +14,7 @@ extern "C" {
  * printed.
  */
 
-/* Every counter, the layer-3 ones behind the others; of a sub-interface those alone. */
+/* All counters, the layer-3 ones last; only those of a sub-interface. */
 uint32 sibling_show_all_counters(paraminfo_t* param);
 
 /* A row of the storm-control table. A sub-interface has none. */

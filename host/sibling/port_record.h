@@ -6,10 +6,10 @@
 
 namespace sibling {
 
-// Asks for the record and frees it. Without one the reason was printed.
+// Requests the record and frees it. Without one the reason was printed.
 class port_record {
  public:
-  explicit port_record(const request& wanted);
+  explicit port_record(const request& requested);
   ~port_record();
   port_record(const port_record&) = delete;
   port_record& operator=(const port_record&) = delete;

@@ -11,7 +11,7 @@ extern "C" {
 
 /*
  * Show handlers: `arg` of argument 0 points to the if_index_t of an Ethernet port. Each shows the identity of the
- * port's transceiver; behind it its diagnostics with thresholds, or its calibration constants. Return 0.
+ * port's transceiver; after it its diagnostics with thresholds, or its calibration constants. Return 0.
  */
 uint32 sibling_show_transceiver(paraminfo_t* param);
 uint32 sibling_show_transceiver_calibration(paraminfo_t* param);

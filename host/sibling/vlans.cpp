@@ -53,12 +53,12 @@ void show_vlans(cmd_rx_handle_t* rx) {
   std::free(records);
 }
 
-void show_errored(const sibling::request& wanted) {
-  const sibling::port_record port(wanted);
+void show_errored(const sibling::request& requested) {
+  const sibling::port_record port(requested);
   if (!port || port.get()->oper_port_mode != PM_PORT_MODE_TRUNK) return;
   vlan_bitset_t errored{};
-  if (vlan_get_errored_vlans(wanted.if_index, &errored) == 0)
-    pm_cli_print_eth_trunk_errored_vlans(wanted.rx, port.get(), &errored);
+  if (vlan_get_errored_vlans(requested.if_index, &errored) == 0)
+    pm_cli_print_eth_trunk_errored_vlans(requested.rx, port.get(), &errored);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-/* VLANs: those of the switch, and those that an error keeps off trunks. */
+/* VLANs: those of the switch, and those that an error disables on trunks. */
 #ifndef SIBLING_VLANS_H
 #define SIBLING_VLANS_H
 
@@ -22,8 +22,8 @@ enum {
 uint32 sibling_show_vlans(paraminfo_t* param);
 
 /*
- * Show handler: `arg` of argument 0 points to the if_index_t of an interface; a row with the VLANs that an error keeps
- * off it when it is a trunk. Returns 0.
+ * Show handler: `arg` of argument 0 points to the if_index_t of an interface; a row with the VLANs that an error
+ * disables on it when it is a trunk. Returns 0.
  */
 uint32 sibling_show_errored_vlans(paraminfo_t* param);
 

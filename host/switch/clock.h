@@ -1,4 +1,4 @@
-// The clock of the host. Whatever depends on time asks it: the model, traffic, services, times of clearing.
+// The clock of the host, for everything that depends on time: the model, traffic, services, times of clearing.
 #pragma once
 
 #include <ctime>
@@ -11,10 +11,10 @@ std::time_t clock_now();
 // The same with its fraction, for what the machine's devices count. A stopped clock has none.
 double clock_now_exactly();
 
-// Stops the clock at this moment. It stands there until it is moved, so that all that follows from time is known.
+// Stops the clock at this moment until it is moved, so that values that depend on time can be predicted.
 void clock_set(std::time_t seconds_since_1970);
 
-// Moves the clock on; a negative number moves it back. A stopped clock stands at the new moment, a running one runs on
+// Advances the clock; a negative number moves it back. A stopped clock stays at the new moment, a running one continues
 // from it.
 void clock_advance(std::time_t seconds);
 

@@ -7,7 +7,7 @@
 
 namespace host {
 
-// Takes the eight bytes of its value: the largest value but one stands for "not known", and a count of that value is
+// Takes the eight bytes of its value: the largest value but one means "unknown", and a count of that value is
 // stored as the one below. Used as std::optional<uint64> is.
 class counter {
  public:

@@ -17,7 +17,7 @@ constexpr uint32 kStoredExternal = 63;
 enum field : uint8 { kSlot = 1, kPort = 2, kSub = 4 };
 
 struct kind_info {
-  index_shape shape = index_shape::kNone;
+  index_shape shape = index_shape::none;
   uint8 fields = 0;
   std::string_view name;
   std::string_view short_name;
@@ -28,23 +28,22 @@ struct kind_row {
   kind_info info;
 };
 
-using enum index_shape;
 constexpr kind_row kKinds[] = {
-    {IF_TYPE_FC, {kSlotPort, kSlot | kPort, "fc", "fc"}},
-    {IF_TYPE_ETHERNET, {kSlotPort, kSlot | kPort | kSub, "Ethernet", "Eth"}},
-    {IF_TYPE_PORT_CHANNEL, {kChannel, kSub, "port-channel", "Po"}},
-    {IF_TYPE_MGMT, {kSlotPort, kSlot | kPort, "mgmt", "mgmt"}},
-    {IF_TYPE_FCIP, {kNumber, 0, "fcip", "fcip"}},
-    {IF_TYPE_ISCSI, {kSlotPort, kSlot | kPort, "iscsi", "iscsi"}},
-    {IF_TYPE_GIG_ETHERNET, {kSlotPort, kSlot | kPort | kSub, "GigabitEthernet", "Gig"}},
-    {IF_TYPE_LOOPBACK, {kNumber, 0, "loopback", "Lo"}},
-    {IF_TYPE_ETH_PORT_CHANNEL, {kChannel, kSub, "port-channel", "Po"}},
-    {IF_TYPE_ETHERNET_L3, {kSlotPort, kSlot | kPort | kSub, "Ethernet", "Eth"}},
-    {IF_TYPE_VETHERNET, {kNumber, 0, "Vethernet", "Veth"}},
-    {IF_TYPE_SERVER, {kNumber, 0, "server", "server"}},
-    {IF_TYPE_SATELLITE, {kSatellite, kSlot | kPort, "Ethernet", "Eth"}},
-    {IF_TYPE_INBAND, {kNumber, 0, "sup-fc", "sup-fc"}},
-    {IF_TYPE_EXTERNAL, {kSlotPort, kSlot | kPort, "external", "external"}},
+    {IF_TYPE_FC, {index_shape::slot_port, kSlot | kPort, "fc", "fc"}},
+    {IF_TYPE_ETHERNET, {index_shape::slot_port, kSlot | kPort | kSub, "Ethernet", "Eth"}},
+    {IF_TYPE_PORT_CHANNEL, {index_shape::channel, kSub, "port-channel", "Po"}},
+    {IF_TYPE_MGMT, {index_shape::slot_port, kSlot | kPort, "mgmt", "mgmt"}},
+    {IF_TYPE_FCIP, {index_shape::number, 0, "fcip", "fcip"}},
+    {IF_TYPE_ISCSI, {index_shape::slot_port, kSlot | kPort, "iscsi", "iscsi"}},
+    {IF_TYPE_GIG_ETHERNET, {index_shape::slot_port, kSlot | kPort | kSub, "GigabitEthernet", "Gig"}},
+    {IF_TYPE_LOOPBACK, {index_shape::number, 0, "loopback", "Lo"}},
+    {IF_TYPE_ETH_PORT_CHANNEL, {index_shape::channel, kSub, "port-channel", "Po"}},
+    {IF_TYPE_ETHERNET_L3, {index_shape::slot_port, kSlot | kPort | kSub, "Ethernet", "Eth"}},
+    {IF_TYPE_VETHERNET, {index_shape::number, 0, "Vethernet", "Veth"}},
+    {IF_TYPE_SERVER, {index_shape::number, 0, "server", "server"}},
+    {IF_TYPE_SATELLITE, {index_shape::satellite, kSlot | kPort, "Ethernet", "Eth"}},
+    {IF_TYPE_INBAND, {index_shape::number, 0, "sup-fc", "sup-fc"}},
+    {IF_TYPE_EXTERNAL, {index_shape::slot_port, kSlot | kPort, "external", "external"}},
 };
 
 constexpr uint32 stored_kind(if_index_type_t type) { return type == IF_TYPE_EXTERNAL ? kStoredExternal : type; }
@@ -55,7 +54,7 @@ constexpr std::array<kind_info, 64> kKindByCode = [] {
   return by_code;
 }();
 
-// Where a field lies.
+// The place of a field.
 struct bit_field {
   unsigned shift;
   unsigned width;
@@ -75,10 +74,10 @@ constexpr bit_field kSubtypeField = {24, 2};
 constexpr bit_field kChannelField = {12, 12};
 constexpr bit_field kNumberField = {0, 26};
 
-// Stored slots of the Fibre-Channel ports that are named by a number alone.
-constexpr uint32 kBaySlot = MAX_FC_SLOT + 1;
-constexpr uint32 kExternalSlot = MAX_FC_SLOT + 2;
-static_assert(kExternalSlot == MAX_SLOT);
+// Stored slots of the Fibre Channel ports that are named by a number alone.
+constexpr uint32 kBaySlot = kMaxFcSlot + 1;
+constexpr uint32 kExternalSlot = kMaxFcSlot + 2;
+static_assert(kExternalSlot == kMaxSlot);
 
 const kind_info& kind_of(if_index_t if_index) { return kKindByCode[if_index >> kKindShift]; }
 
@@ -112,17 +111,17 @@ class name_writer {
 // What a name begins with.
 std::string_view prefix_of(const index_fields& fields, std::string_view usual) {
   switch (fields.family) {
-    case name_family::kBay: return "bay";
-    case name_family::kExternal: return "ext";
+    case name_family::bay: return "bay";
+    case name_family::external: return "ext";
     default: return usual;
   }
 }
 
 void write_number(name_writer& out, const index_fields& fields) {
   if (fields.type == IF_TYPE_MGMT) return out.number(fields.port);
-  if (fields.family != name_family::kUsual) return out.number(fields.port + 1);
-  if (fields.shape == kChannel || fields.shape == kNumber) return out.number(fields.number);
-  if (fields.shape == kSatellite) {
+  if (fields.family != name_family::usual) return out.number(fields.port + 1);
+  if (fields.shape == index_shape::channel || fields.shape == index_shape::number) return out.number(fields.number);
+  if (fields.shape == index_shape::satellite) {
     out.number(fields.unit);
     out.mark('/');
   }
@@ -134,12 +133,12 @@ void write_number(name_writer& out, const index_fields& fields) {
 name_writer name_of(if_index_t if_index, std::string_view kind_info::*prefix) {
   name_writer out;
   const kind_info& kind = kind_of(if_index);
-  if (kind.shape == kNone) {
+  if (kind.shape == index_shape::none) {
     out.text("if0x");
     out.hexadecimal(if_index);
     return out;
   }
-  const index_fields fields = take_apart(if_index);
+  const index_fields fields = decode_index(if_index);
   out.text(prefix_of(fields, kind.*prefix));
   write_number(out, fields);
   if (fields.sub_interface != 0) {
@@ -164,21 +163,21 @@ int copy_name(char* buffer, uint32 size, const name_writer& name) {
 template <class Value>
 int32 give(bool has_field, if_index_t if_index, uint32 index_fields::*member, Value* value) {
   if (!has_field) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
-  *value = static_cast<Value>(take_apart(if_index).*member);
+  *value = static_cast<Value>(decode_index(if_index).*member);
   return 0;
 }
 
-bool has(if_index_t if_index, field wanted) { return (kind_of(if_index).fields & wanted) != 0; }
+bool has(if_index_t if_index, field requested) { return (kind_of(if_index).fields & requested) != 0; }
 
 bool is(if_index_t if_index, if_index_type_t type) { return if_index >> kKindShift == stored_kind(type); }
 
-// Where the number lies that tells an interface from its neighbours.
+// The field that numbers the interfaces of a kind.
 bit_field place_of_number(if_index_t if_index) {
   if (if_index_is_sub_intf(if_index)) return kSubInterfaceField;
   switch (kind_of(if_index).shape) {
-    case kSlotPort: return kPortField;
-    case kSatellite: return kUnitPortField;
-    case kChannel: return kChannelField;
+    case index_shape::slot_port: return kPortField;
+    case index_shape::satellite: return kUnitPortField;
+    case index_shape::channel: return kChannelField;
     default: return kNumberField;
   }
 }
@@ -195,8 +194,8 @@ void take_slot_and_port(if_index_t if_index, index_fields& fields) {
   const uint32 stored_slot = kSlotField.get(if_index);
   fields.port = kPortField.get(if_index);
   fields.sub_interface = kSubInterfaceField.get(if_index);
-  if (fields.type == IF_TYPE_FC && stored_slot > MAX_FC_SLOT)
-    fields.family = stored_slot == kBaySlot ? name_family::kBay : name_family::kExternal;
+  if (fields.type == IF_TYPE_FC && stored_slot > kMaxFcSlot)
+    fields.family = stored_slot == kBaySlot ? name_family::bay : name_family::external;
   else
     fields.slot = stored_slot;
 }
@@ -218,7 +217,7 @@ if_index_t channel_index(if_index_type_t type, uint32 channel, pc_subtype_t subt
 if_index_t numbered_index(if_index_type_t type, uint32 number) { return stored_kind(type) << kKindShift | number; }
 
 if_index_t named_fc_index(name_family family, uint32 port) {
-  return ethernet_index(IF_TYPE_FC, family == name_family::kBay ? kBaySlot : kExternalSlot, port);
+  return ethernet_index(IF_TYPE_FC, family == name_family::bay ? kBaySlot : kExternalSlot, port);
 }
 
 if_index_t parent_of(if_index_t if_index) {
@@ -228,22 +227,22 @@ if_index_t parent_of(if_index_t if_index) {
 
 if_index_t first_index_of(if_index_type_t type) { return numbered_index(type, 0); }
 
-if_index_t last_index_of(if_index_type_t type) { return numbered_index(type, MAX_NUMBER); }
+if_index_t last_index_of(if_index_type_t type) { return numbered_index(type, kMaxNumber); }
 
-index_fields take_apart(if_index_t if_index) {
+index_fields decode_index(if_index_t if_index) {
   index_fields fields;
   fields.shape = kind_of(if_index).shape;
-  if (fields.shape == kNone) return fields;
+  if (fields.shape == index_shape::none) return fields;
   const uint32 code = if_index >> kKindShift;
   fields.type = static_cast<if_index_type_t>(code == kStoredExternal ? uint32{IF_TYPE_EXTERNAL} : code);
   switch (fields.shape) {
-    case kSlotPort: take_slot_and_port(if_index, fields); break;
-    case kSatellite:
+    case index_shape::slot_port: take_slot_and_port(if_index, fields); break;
+    case index_shape::satellite:
       fields.unit = kUnitField.get(if_index);
       fields.slot = kUnitSlotField.get(if_index);
       fields.port = kUnitPortField.get(if_index);
       break;
-    case kChannel:
+    case index_shape::channel:
       fields.subtype = static_cast<pc_subtype_t>(kSubtypeField.get(if_index));
       fields.number = kChannelField.get(if_index);
       fields.sub_interface = kSubInterfaceField.get(if_index);
@@ -256,8 +255,8 @@ index_fields take_apart(if_index_t if_index) {
 }  // namespace host
 
 int32 if_index_get_type(if_index_t if_index, if_index_type_t* type) {
-  const host::index_fields fields = host::take_apart(if_index);
-  if (fields.shape == host::kNone) return PM_ERR_NO_SUCH_INTERFACE;
+  const host::index_fields fields = host::decode_index(if_index);
+  if (fields.shape == host::index_shape::none) return PM_ERR_NO_SUCH_INTERFACE;
   *type = fields.type;
   return 0;
 }
@@ -290,7 +289,7 @@ int32 if_index_phy_fc_get_port(if_index_t if_index, uint32* port) {
 }
 
 int32 if_index_phy_fc_port_init(if_index_t* if_index, uint32 slot, uint32 port) {
-  if (if_index == nullptr || slot > host::MAX_SLOT || port > host::MAX_PORT) return PM_ERR_INVALID_RANGE;
+  if (if_index == nullptr || slot > host::kMaxSlot || port > host::kMaxPort) return PM_ERR_INVALID_RANGE;
   *if_index = host::ethernet_index(IF_TYPE_FC, slot, port);
   return 0;
 }
@@ -300,8 +299,8 @@ int32 if_index_port_channel_get_channel_num(if_index_t if_index, uint32* channel
 }
 
 int32 if_index_port_channel_get_subtype(if_index_t if_index, pc_subtype_t* subtype) {
-  const host::index_fields fields = host::take_apart(if_index);
-  if (fields.shape != host::kChannel) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
+  const host::index_fields fields = host::decode_index(if_index);
+  if (fields.shape != host::index_shape::channel) return PM_ERR_NOT_ALLOWED_ON_INTERFACE;
   *subtype = fields.subtype;
   return 0;
 }
@@ -329,7 +328,8 @@ int32 if_index_set_sub_intf(if_index_t* if_index, uint32 sub_interface) {
 }
 
 int32 if_index_set_channel_num(if_index_t* if_index, uint32 channel) {
-  return host::put(host::kind_of(*if_index).shape == host::kChannel, if_index, host::kChannelField, channel);
+  return host::put(host::kind_of(*if_index).shape == host::index_shape::channel, if_index, host::kChannelField,
+                   channel);
 }
 
 int32 if_index_set_tunnel(if_index_t* if_index, uint32 tunnel) {
@@ -341,7 +341,7 @@ int32 if_index_set_sif_num(if_index_t* if_index, uint32 number) {
 }
 
 int32 if_index_next(if_index_t if_index, if_index_t* next) {
-  if (next == nullptr || host::kind_of(if_index).shape == host::kNone) return PM_ERR_NO_SUCH_INTERFACE;
+  if (next == nullptr || host::kind_of(if_index).shape == host::index_shape::none) return PM_ERR_NO_SUCH_INTERFACE;
   const host::bit_field number = host::place_of_number(if_index);
   if (number.get(if_index) == number.highest()) return PM_ERR_INVALID_RANGE;
   *next = number.set(if_index, number.get(if_index) + 1);
@@ -351,7 +351,7 @@ int32 if_index_next(if_index_t if_index, if_index_t* next) {
 // Each supervisor has one attachment, and the active one's is the first.
 if_index_t if_index_inband_get_active_sup_priority_hi(void) { return host::numbered_index(IF_TYPE_INBAND, 0); }
 
-// The indexes of a family lie in the order of its numbers, bays before external ports.
+// The indexes of a family are in the order of its numbers, bays before external ports.
 int compare_intf_bay_ext_aliases(const void* left, const void* right) {
   const if_index_t a = *static_cast<const if_index_t*>(left);
   const if_index_t b = *static_cast<const if_index_t*>(right);

@@ -32,24 +32,24 @@ std::string interface_text(const interface_word& word, const interface_number& n
 }
 
 if_index_t index_of(if_index_type_t type, const interface_number& number, pc_subtype_t subtype) {
-  switch (take_apart(first_index_of(type)).shape) {
-    case index_shape::kSlotPort:
+  switch (decode_index(first_index_of(type)).shape) {
+    case index_shape::slot_port:
       if (type == IF_TYPE_MGMT) return ethernet_index(type, 0, number.port);
-      if (number.family != name_family::kUsual) return named_fc_index(number.family, number.port - 1);
+      if (number.family != name_family::usual) return named_fc_index(number.family, number.port - 1);
       return ethernet_index(type, number.slot - 1, number.port - 1, number.sub_interface);
-    case index_shape::kSatellite: return satellite_index(number.unit, number.slot - 1, number.port - 1);
-    case index_shape::kChannel: return channel_index(type, number.port, subtype, number.sub_interface);
+    case index_shape::satellite: return satellite_index(number.unit, number.slot - 1, number.port - 1);
+    case index_shape::channel: return channel_index(type, number.port, subtype, number.sub_interface);
     default: return numbered_index(type, number.port);
   }
 }
 
 interface_number number_of(if_index_t if_index) {
-  const index_fields fields = take_apart(if_index);
+  const index_fields fields = decode_index(if_index);
   if (fields.type == IF_TYPE_MGMT) return {.port = fields.port};
-  if (fields.family != name_family::kUsual) return {.family = fields.family, .port = fields.port + 1};
-  if (fields.shape == index_shape::kChannel || fields.shape == index_shape::kNumber)
+  if (fields.family != name_family::usual) return {.family = fields.family, .port = fields.port + 1};
+  if (fields.shape == index_shape::channel || fields.shape == index_shape::number)
     return {.port = fields.number, .sub_interface = fields.sub_interface};
-  return {name_family::kUsual, fields.unit, fields.slot + 1, fields.port + 1, fields.sub_interface};
+  return {name_family::usual, fields.unit, fields.slot + 1, fields.port + 1, fields.sub_interface};
 }
 
 const interface_word* word_of(if_index_type_t type, name_family family) {

@@ -24,36 +24,36 @@ struct interface_word {
   uint32 lowest, highest;                // of kNumber; when both are 0 the number may be left out
   std::array<if_index_type_t, 3> kinds;  // filled up with IF_TYPE_NONE
   std::string_view help;
-  name_family family = name_family::kUsual;
+  name_family family = name_family::usual;
 };
 
 // clang-format off
 inline constexpr interface_word kInterfaceWords[] = {
     {"ethernet",        1, number_form::kSlotPort, true,  0, 0,           {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3,
                                                                            IF_TYPE_SATELLITE},    "Ethernet port"},
-    {"port-channel",    1, number_form::kNumber,   true,  1, MAX_CHANNEL, {IF_TYPE_ETH_PORT_CHANNEL,
+    {"port-channel",    1, number_form::kNumber,   true,  1, kMaxChannel, {IF_TYPE_ETH_PORT_CHANNEL,
                                                                            IF_TYPE_PORT_CHANNEL}, "Port-channel"},
-    {"mgmt",            1, number_form::kNumber,   false, 0, MAX_PORT,    {IF_TYPE_MGMT},         "Management port"},
-    {"loopback",        1, number_form::kNumber,   false, 0, MAX_NUMBER,  {IF_TYPE_LOOPBACK},     "Loopback interface"},
-    {"vethernet",       1, number_form::kNumber,   false, 0, MAX_NUMBER,  {IF_TYPE_VETHERNET},    "Virtual Ethernet"},
-    {"fc",              1, number_form::kSlotPort, false, 0, 0,           {IF_TYPE_FC},           "Fibre-Channel port"},
-    {"fcip",            1, number_form::kNumber,   false, 0, MAX_NUMBER,  {IF_TYPE_FCIP},         "FC tunnel over IP"},
+    {"mgmt",            1, number_form::kNumber,   false, 0, kMaxPort,    {IF_TYPE_MGMT},         "Management port"},
+    {"loopback",        1, number_form::kNumber,   false, 0, kMaxNumber,  {IF_TYPE_LOOPBACK},     "Loopback interface"},
+    {"vethernet",       1, number_form::kNumber,   false, 0, kMaxNumber,  {IF_TYPE_VETHERNET},    "Virtual Ethernet"},
+    {"fc",              1, number_form::kSlotPort, false, 0, 0,           {IF_TYPE_FC},           "Fibre Channel port"},
+    {"fcip",            1, number_form::kNumber,   false, 0, kMaxNumber,  {IF_TYPE_FCIP},         "FC tunnel over IP"},
     {"iscsi",           1, number_form::kSlotPort, false, 0, 0,           {IF_TYPE_ISCSI},        "IP storage port"},
     {"gigabitethernet", 1, number_form::kSlotPort, true,  0, 0,           {IF_TYPE_GIG_ETHERNET}, "Gigabit port"},
-    {"server",          1, number_form::kNumber,   false, 0, MAX_NUMBER,  {IF_TYPE_SERVER},       "Server interface"},
-    {"sup-fc",          1, number_form::kNumber,   false, 0, MAX_NUMBER,  {IF_TYPE_INBAND},       "In-band interface"},
+    {"server",          1, number_form::kNumber,   false, 0, kMaxNumber,  {IF_TYPE_SERVER},       "Server interface"},
+    {"sup-fc",          1, number_form::kNumber,   false, 0, kMaxNumber,  {IF_TYPE_INBAND},       "In-band interface"},
     {"in-band",         2, number_form::kNumber,   false, 0, 0,           {IF_TYPE_INBAND},       "In-band interface"},
-    {"bay",             1, number_form::kNumber,   false, 1, MAX_PORT + 1, {IF_TYPE_FC}, "Fibre-Channel port to a bay",
-                                                                           name_family::kBay},
-    {"ext",             2, number_form::kNumber,   false, 1, MAX_PORT + 1, {IF_TYPE_FC}, "Fibre-Channel port outwards",
-                                                                           name_family::kExternal},
+    {"bay",             1, number_form::kNumber,   false, 1, kMaxPort + 1, {IF_TYPE_FC}, "Fibre Channel port to a bay",
+                                                                           name_family::bay},
+    {"ext",             2, number_form::kNumber,   false, 1, kMaxPort + 1, {IF_TYPE_FC}, "External Fibre Channel port",
+                                                                           name_family::external},
     {"external",        4, number_form::kSlotPort, false, 0, 0,           {IF_TYPE_EXTERNAL},     "External port"},
 };
 // clang-format on
 
 // The number of an interface as it is named: slots and ports count from 1. What a name does not have is 0.
 struct interface_number {
-  name_family family = name_family::kUsual;
+  name_family family = name_family::usual;
   uint32 unit = 0;
   uint32 slot = 0;
   uint32 port = 0;  // or the number of a kNumber interface
@@ -97,7 +97,7 @@ if_index_t index_of(if_index_type_t type, const interface_number& number, pc_sub
 interface_number number_of(if_index_t if_index);
 
 // The word of a kind, or of a family of its names; null for one that does not exist.
-const interface_word* word_of(if_index_type_t type, name_family family = name_family::kUsual);
+const interface_word* word_of(if_index_type_t type, name_family family = name_family::usual);
 
 // Whether the two ends of a span are interfaces that exist.
 struct span_ends {

@@ -56,19 +56,19 @@ std::optional<written_number> split_number(std::string_view token) {
 constexpr bool within(uint32 value, uint32 low, uint32 high) { return value >= low && value <= high; }
 
 bool is_slot_port(const interface_number& number) {
-  return within(number.slot, 1, MAX_SLOT + 1) && within(number.port, 1, MAX_PORT + 1);
+  return within(number.slot, 1, kMaxSlot + 1) && within(number.port, 1, kMaxPort + 1);
 }
 
 bool is_satellite_port(const interface_number& number) {
-  return within(number.unit, kFirstUnit, MAX_UNIT) && within(number.slot, 1, MAX_UNIT_SLOT + 1) &&
-         within(number.port, 1, MAX_UNIT_PORT + 1) && number.sub_interface == 0;
+  return within(number.unit, kFirstUnit, kMaxUnit) && within(number.slot, 1, kMaxUnitSlot + 1) &&
+         within(number.port, 1, kMaxUnitPort + 1) && number.sub_interface == 0;
 }
 
 // Whether a number can name an interface of this word.
 bool fits(const interface_word& word, const interface_number& number) {
   if (number.sub_interface != 0 && !word.has_sub_interfaces) return false;
   if (number.unit != 0) return word.kinds.back() == IF_TYPE_SATELLITE && is_satellite_port(number);
-  if (word.kinds.front() == IF_TYPE_FC && number.slot > MAX_FC_SLOT + 1) return false;
+  if (word.kinds.front() == IF_TYPE_FC && number.slot > kMaxFcSlot + 1) return false;
   if (word.form == number_form::kSlotPort) return is_slot_port(number);
   return within(number.port, word.lowest, word.highest);
 }
@@ -85,7 +85,7 @@ std::optional<interface_number> whole_number(const interface_word& word, const w
   } else {
     return std::nullopt;
   }
-  if (written.sub_interface && !within(*written.sub_interface, 1, MAX_SUB_INTERFACE)) return std::nullopt;
+  if (written.sub_interface && !within(*written.sub_interface, 1, kMaxSubInterface)) return std::nullopt;
   number.sub_interface = written.sub_interface.value_or(0);
   if (!fits(word, number)) return std::nullopt;
   return number;
@@ -98,7 +98,7 @@ std::optional<interface_number> high_number(const interface_word& word, const in
   interface_number high = low;
   uint32& last_part = low.sub_interface != 0 ? high.sub_interface : high.port;
   last_part = written.parts[0];
-  const bool is_no_sub_interface = low.sub_interface != 0 && !within(last_part, 1, MAX_SUB_INTERFACE);
+  const bool is_no_sub_interface = low.sub_interface != 0 && !within(last_part, 1, kMaxSubInterface);
   if (is_no_sub_interface || !fits(word, high)) return std::nullopt;
   return high;
 }
@@ -380,7 +380,7 @@ bool matches_name(const name_pattern& pattern, if_index_t if_index) {
   char displayed[64] = {};
   if (is_match(pattern, sprintf_if_index(displayed, if_index))) return true;
   const interface_number number = number_of(if_index);
-  const interface_word* const word = word_of(take_apart(if_index).type, number.family);
+  const interface_word* const word = word_of(decode_index(if_index).type, number.family);
   return word != nullptr && is_match(pattern, interface_text(*word, number).c_str());
 }
 

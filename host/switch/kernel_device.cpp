@@ -21,13 +21,13 @@ using open_file = std::unique_ptr<std::FILE, close_file>;
 
 open_file kernel_table() { return open_file(std::fopen("/proc/net/dev", "re")); }
 
-// The name in front of the colon of a row such as "  eth0:  100  2 ...", and what follows it; a headline has none.
+// The name before the colon of a row such as "  eth0:  100  2 ...", and what follows it; a headline has none.
 struct device_row {
   std::string_view device;
   const char* numbers = nullptr;
 };
 
-device_row take_apart(const char* row) {
+device_row decode_index(const char* row) {
   std::string_view text = row;
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
   const std::size_t colon = text.find(':');
@@ -40,7 +40,7 @@ template <class Accept>
 void for_each_row(std::FILE* table, Accept accept) {
   std::array<char, 512> line;
   while (std::fgets(line.data(), line.size(), table) != nullptr) {
-    const device_row row = take_apart(line.data());
+    const device_row row = decode_index(line.data());
     if (row.numbers != nullptr && accept(row)) return;
   }
 }

@@ -35,7 +35,7 @@ inline constexpr uint64 device_counters::*kDeviceCounters[] = {
     &device_counters::tx_compressed,
 };
 
-// What came between two readings; nothing when a counter went back: the device was made anew.
+// What was counted between two readings; nothing when a counter decreased: the device was recreated.
 std::optional<device_counters> counted_since(const device_counters& now, const device_counters& then);
 
 // A device's row in a table in the form of /proc/net/dev; nothing when it has none or its row is not complete.
@@ -51,11 +51,11 @@ struct device_rates {
   counter rx_bytes, rx_packets, tx_bytes, tx_packets;  // per second
 };
 
-// What is remembered of one device from look to look. One that has counted less than at the last look was made anew:
-// it counts from its own start.
+// The readings of one device. A device that counted less than at the last reading was recreated: it counts from its
+// own start.
 class device_memory {
  public:
-  // Takes in what the device has counted at this moment.
+  // Stores what the device has counted at this moment.
   void look(std::time_t now, const device_counters& counted);
 
   // What is counted up to the last look counts no more.
@@ -78,16 +78,16 @@ class device_memory {
   std::vector<sample> samples_;  // of the last minute, and one that is older
 };
 
-// What a device of the running kernel has counted since it was cleared here; nothing when there is no such device.
+// What a device of the running kernel has counted since it was cleared; nothing when there is no such device.
 std::optional<device_counters> kernel_counters(const std::string& device);
 
-// Its rates by the looks that this process took at it, the last of them in kernel_counters().
+// Its rates, from the readings taken by this process; kernel_counters() takes one.
 device_rates kernel_rates(const std::string& device);
 
-// Lets a device count from what it had counted once.
+// Makes a device count from a stored baseline.
 void begin_kernel_counters_at(const std::string& device, const device_counters& counted);
 
-// Lets a device count from 0 again, for this process. False when there is no such device.
+// Clears a device's counters for this process. False when there is no such device.
 bool clear_kernel_counters(const std::string& device);
 
 }  // namespace host

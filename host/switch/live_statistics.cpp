@@ -15,9 +15,9 @@ namespace {
 
 uint32 now_sec() { return static_cast<uint32>(clock_now()); }
 
-bool is_management(const interface& port) { return take_apart(port.if_index).type == IF_TYPE_MGMT; }
+bool is_management(const interface& port) { return decode_index(port.if_index).type == IF_TYPE_MGMT; }
 
-// Makes the counters of a record 0 that are not known.
+// Sets unknown counters of a record to 0.
 template <typename Counters>
 void make_known(Counters& counted) {
   auto all = std::bit_cast<std::array<counter, sizeof(Counters) / sizeof(counter)>>(counted);
@@ -25,7 +25,7 @@ void make_known(Counters& counted) {
   counted = std::bit_cast<Counters>(all);
 }
 
-// What a device of the kernel does not count a simulated port has not met: what are no multicasts are unicasts.
+// A simulated port never has events that a kernel device does not count; packets other than multicasts are unicasts.
 void complete_device_counters(statistics& stats) {
   make_known(stats.in);
   make_known(stats.out);
@@ -93,7 +93,7 @@ bool clear_statistics(interface& port) {
 }
 
 std::string management_device(const machine& of, if_index_t if_index) {
-  const uint32 port = take_apart(if_index).port;
+  const uint32 port = decode_index(if_index).port;
   if (of.chassis_type == CHASSIS_17) return "eth" + std::to_string(port + 1);
   return of.chassis_type == CHASSIS_22 && port == 1 ? of.mgmt_device2 : of.mgmt_device;
 }

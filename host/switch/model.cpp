@@ -10,7 +10,7 @@ namespace {
 template <class Interfaces>
 auto place_of(Interfaces& interfaces, if_index_t if_index) {
   return std::lower_bound(interfaces.begin(), interfaces.end(), if_index,
-                          [](const interface& it, if_index_t wanted) { return it.if_index < wanted; });
+                          [](const interface& it, if_index_t requested) { return it.if_index < requested; });
 }
 
 template <class Interfaces>
@@ -46,8 +46,8 @@ void machine::save_startup() {
   for (const interface& it : interfaces) startup.push_back(it.if_index);
 }
 
-const user* machine::find_user(std::string_view wanted) const {
-  const auto found = std::find_if(users.begin(), users.end(), [=](const user& it) { return it.name == wanted; });
+const user* machine::find_user(std::string_view requested) const {
+  const auto found = std::find_if(users.begin(), users.end(), [=](const user& it) { return it.name == requested; });
   return found == users.end() ? nullptr : &*found;
 }
 

@@ -1,7 +1,7 @@
-// What a switch is, as plain data. Sources (switch/source.h) fill it, services answer from it.
+// The model of a switch, as plain data. Sources (switch/source.h) fill it, services answer from it.
 //
-// Numbers are native, units stand in the names, interfaces are named by their index. Vectors of interfaces are sorted
-// by index. What a source may not know is optional: nothing there means that the source cannot supply it.
+// Numbers are native, units are part of the names, interfaces are named by their index. Vectors of interfaces are
+// sorted by index. Values that a source may not know are optional.
 #pragma once
 
 #include <array>
@@ -32,7 +32,7 @@ struct ip_address {
   bool operator==(const ip_address&) const = default;
 };
 
-// What a port can do, as its line card knows it.
+// Capabilities of a port, from its line card.
 struct port_capabilities {
   std::string model;
   std::string type;                  // media type; empty where the transceiver decides
@@ -57,7 +57,7 @@ struct port_capabilities {
   bool debounce = true;
   bool mdix = false;
   bool transceiver = false;
-  bool e_mode_on_first_only = false;  // mode E only on the first of each four Fibre-Channel ports
+  bool e_mode_on_first_only = false;  // mode E only on the first of each four Fibre Channel ports
   struct qos_scheduling {
     uint8 rx_priorities = 0, rx_queues = 0, rx_thresholds = 0;
     uint8 tx_priorities = 0, tx_queues = 0, tx_thresholds = 0;
@@ -69,7 +69,7 @@ struct port_capabilities {
   bool operator==(const port_capabilities&) const = default;
 };
 
-// The module in a port. An absent one is no transceiver at all.
+// The transceiver in a port. An absent value means no transceiver.
 struct transceiver {
   bool supported = true;
   uint8 type = 0;                  // FCOT_TYPE_*
@@ -82,7 +82,7 @@ struct transceiver {
   bool operator==(const transceiver&) const = default;
 };
 
-// Packets by their size in bytes: up to 64, 127, 255, 511, 1023, 1518, 1548, and what is longer.
+// Packets by their size in bytes: up to 64, 127, 255, 511, 1023, 1518, 1548, and longer ones.
 inline constexpr std::array<uint32, 7> kLargestOfSizeClass = {64, 127, 255, 511, 1023, 1518, 1548};
 using size_classes = std::array<counter, kLargestOfSizeClass.size() + 1>;
 
@@ -146,7 +146,7 @@ struct error_counters {
   bool operator==(const error_counters&) const = default;
 };
 
-// A record of nothing but counters, each of them known and 0.
+// A record of counters only, all known and 0.
 template <typename Counters>
 constexpr Counters all_zero() {
   std::array<counter, sizeof(Counters) / sizeof(counter)> zeros;
@@ -183,8 +183,8 @@ struct statistics {
   counter out_packets_per_second;
   std::optional<rate_samples> rate_ring;
   uint32 last_clear_sec = 0;     // seconds since 1970; 0 is never
-  uint32 counted_sec = 0;        // how long the totals have been counting
-  bool is_cleared_here = false;  // the totals began with a clear that the source did not make itself
+  uint32 counted_sec = 0;        // seconds that the totals cover
+  bool is_cleared_here = false;  // the last clear was not made by the source
 
   bool operator==(const statistics&) const = default;
 };
@@ -192,10 +192,10 @@ struct statistics {
 // Makes every total known, and 0.
 void set_totals_to_zero(statistics& stats);
 
-// What a source makes the statistics of an interface from; only the source knows what it is.
+// The input for the statistics of an interface; only the source knows its contents.
 struct traffic_source;
 
-// Any kind of interface. What a kind does not have keeps its default.
+// An interface of any kind. Members that a kind does not have keep their defaults.
 struct interface {
   if_index_t if_index = 0;
   bool is_created = false;  // by a command; the running configuration creates it again
@@ -203,7 +203,7 @@ struct interface {
   port_settings settings;
   port_settings at_start;  // as the source found the port when the session began
 
-  // How it operates.
+  // Operation.
   uint8 oper_state = 2;
   uint8 state_reason = 1;
   struct link {
@@ -218,8 +218,8 @@ struct interface {
   std::optional<uint8> oper_duplex = uint8{3};
   std::optional<uint16> oper_flow_control = uint16{0};
 
-  // What the device at the other end of the link agrees to: where the port leaves it open, and where the port is set as
-  // it was at the start. Absent: whatever the port does.
+  // What the device at the other end of the link agrees to, when the port negotiates or has the settings of the start.
+  // Absent: everything.
   struct link_partner {
     std::optional<uint32> mode;
     std::optional<uint32> speed_mbps;
@@ -286,7 +286,7 @@ struct interface {
 
   port_capabilities capabilities;
   std::optional<transceiver> module_in_port;
-  bool is_module_protected = false;               // the user may not read modules: whether there is one is not known
+  bool is_module_protected = false;               // the user may not read transceivers: whether there is one is unknown
   statistics stats;                               // as they were last brought up to date, see switch/live_statistics.h
   std::shared_ptr<const traffic_source> traffic;  // equal when it is the same one
 
@@ -298,12 +298,12 @@ struct card {
   uint32 slot = 0;
   uint32 card_type = 0;
   std::string model;
-  bool shares_resources = false;  // buffers and bandwidth are shared out among groups of its ports
+  bool shares_resources = false;  // groups of its ports share buffers and bandwidth
 
   bool operator==(const card&) const = default;
 };
 
-// A VLAN that has a name or a kind of its own.
+// A VLAN with a name or a kind.
 struct vlan {
   uint16 id = 0;
   std::string name;
@@ -313,7 +313,7 @@ struct vlan {
   bool operator==(const vlan&) const = default;
 };
 
-// Who may use the shell, and how far.
+// A user of the shell and the user's rights.
 struct user {
   std::string name;
   std::optional<std::vector<uint16>> vsans;  // those that the user sees, ascending; without a list all
@@ -343,10 +343,10 @@ struct machine {
   // Puts an interface in its place; one with its index must not exist.
   void add(interface added);
 
-  // Takes an interface away, also from what others track. False when there is none.
+  // Removes an interface, also from the tracked interfaces of others. False when there is none.
   bool remove(if_index_t if_index);
 
-  // What runs now becomes the startup configuration.
+  // Stores the running configuration as the startup configuration.
   void save_startup();
 
   // The user with this name, or null.

@@ -34,13 +34,13 @@ uint8 agreed_duplex(const interface& port) {
   return is_auto && is_up(port) ? uint8{PM_PORT_DUPLEX_FULL} : duplex;
 }
 
-// A side that is on or off is so, whatever the partner does; one that is desired is on when the partner agrees.
+// A side that is on or off ignores the partner; one that is desired is on when the partner agrees.
 uint16 agreed_flow_control(const interface& port) {
   uint16 agreed = 0;
   for (const uint16 side : {PM_FLOW_CTRL_RECEIVE, PM_FLOW_CTRL_SEND}) {
-    const uint16 wanted = port.settings.admin_flow_control.value_or(0) & side;
-    const bool is_desired = (wanted & PM_FLOW_CTRL_DESIRED) != 0;
-    agreed |= is_desired ? port.partner.flow_control & PM_FLOW_CTRL_ON & side : wanted;
+    const uint16 requested = port.settings.admin_flow_control.value_or(0) & side;
+    const bool is_desired = (requested & PM_FLOW_CTRL_DESIRED) != 0;
+    agreed |= is_desired ? port.partner.flow_control & PM_FLOW_CTRL_ON & side : requested;
   }
   return is_up(port) ? agreed : uint16{0};
 }

@@ -12,7 +12,7 @@ namespace {
 
 constexpr uint32 kDriftPeriodSec = 6 * 3600;
 
-// How much of the line both directions use together, 0 to 1.
+// The load of both directions together, 0 to 1.
 double load_of(const interface& port) {
   const double line_bytes = static_cast<double>(port.oper_speed_mbps.value_or(0)) * 125'000 * 2;
   const uint64 used = port.stats.in_bytes_per_second.value_or(0) + port.stats.out_bytes_per_second.value_or(0);

@@ -1,4 +1,4 @@
-// What the module in a port measures, and within which limits.
+// Measurements of the transceiver in a port, and their limits.
 #pragma once
 
 #include <array>
@@ -14,8 +14,8 @@ struct interface;
 template <typename Number>
 using optical_limits = std::array<Number, 4>;
 
-// Constants of a module that is calibrated externally: slopes as 256ths, offsets in units of its page; these are those
-// of a module that measures right.
+// Constants of a module that is calibrated externally: slopes as 256ths, offsets in units of its page; the defaults
+// are those of an exact module.
 struct optical_constants {
   uint32 temperature_slope = 256, temperature_offset = 0;
   uint32 voltage_slope = 256, voltage_offset = 0;
@@ -26,14 +26,14 @@ struct optical_constants {
   bool operator==(const optical_constants&) const = default;
 };
 
-// Optical diagnostics of a module: what it measures at rest, and what changes it.
+// Optical diagnostics of a module: its measurements at rest, and what changes them.
 struct optical_diagnostics {
   uint32 calibration = 0;         // 0: the module has no diagnostics; 1 internal, 2 external
-  bool is_silent = false;         // the module has diagnostics, but does not tell them now
-  bool is_measured = false;       // the values are of this moment: neither time nor load nor state changes them
+  bool is_silent = false;         // the module has diagnostics, but does not report them now
+  bool is_measured = false;       // the values were measured: neither time nor load nor state changes them
   int32 temperature_mc = 34'000;  // thousandths of a degree Celsius
-  int32 drift_mc = 2'500;         // how far the room takes it, up and down in six hours
-  int32 load_drift_mc = 6'000;    // how far a full line warms it
+  int32 drift_mc = 2'500;         // change by the room temperature, up and down in six hours
+  int32 load_drift_mc = 6'000;    // change by a full line
   uint32 voltage_uv = 3'295'000;
   uint32 bias_ua = 6'600;
   uint32 tx_uw = 590;
@@ -48,8 +48,8 @@ struct optical_diagnostics {
   bool operator==(const optical_diagnostics&) const = default;
 };
 
-// A measurement, with a bit for each limit that is passed: two for each of temperature, voltage, bias, transmit and
-// receive power, the high one first. Limits of a real module that are none (the high not above the low) are not passed.
+// A measurement, with a bit for each limit that is exceeded: two for each of temperature, voltage, bias, transmit and
+// receive power, the high one first. Invalid limits of a real module (the high not above the low) are never exceeded.
 struct optical_reading {
   int32 temperature_mc;
   uint32 voltage_uv;
@@ -60,11 +60,11 @@ struct optical_reading {
   uint32 warnings;
 };
 
-// Whether the identity page of a module says that it has diagnostics.
+// Whether a module has diagnostics, by its identity page.
 bool has_diagnostics(const std::vector<uint8>& page);
 
-// What the module of a port measures at a moment (seconds since 1970). It is warmer under load: the port's statistics
-// must have been brought up to that moment.
+// The measurements of a port's module at a time (seconds since 1970). It is warmer under load: update the port's
+// statistics to that time first.
 optical_reading read_optics(const interface& port, uint32 now_sec);
 
 }  // namespace host

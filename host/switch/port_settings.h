@@ -1,4 +1,4 @@
-// What a port is set to. Plain data, so that it can be kept, compared and put back as a whole.
+// The settings of a port: plain data that can be stored, compared and restored as a whole.
 #pragma once
 
 #include <optional>
@@ -28,10 +28,10 @@ struct port_settings {
   std::optional<uint16> native_vlan = uint16{1};  // 0 is none
   std::vector<uint16> allowed_vlans;
   std::optional<uint16> admin_flow_control = uint16{0};  // bits of PM_FLOW_CTRL_RECEIVE and PM_FLOW_CTRL_SEND
-  bool is_edge = false;                                  // spanning tree takes the port for one to a host
+  bool is_edge = false;                                  // spanning tree treats the port as one to a host
 
-  // Kept and reported; nothing of the switch depends on them.
-  uint8 trunking_mode = 0;  // 0: as the port mode says
+  // Stored and reported; nothing else depends on them.
+  uint8 trunking_mode = 0;  // 0: by the port mode
   uint8 encapsulation = 1;
   uint16 receive_buffer_bytes = 2112;
   uint32 promiscuous_mode = 2;
@@ -51,7 +51,7 @@ struct port_settings {
   bool operator==(const port_settings&) const = default;
 };
 
-// Settings that the command library does not make, beside PM_CFG_...
+// Settings besides PM_CFG_..., which the command library does not make.
 enum host_setting : uint8 {
   HOST_CFG_ACCESS_VLAN = 120,
   HOST_CFG_NATIVE_VLAN = 121,
@@ -61,10 +61,10 @@ enum host_setting : uint8 {
   HOST_CFG_CHANNEL = 125,
 };
 
-// The VLANs that a trunk carries when nothing else is set: 1 to 4094.
+// The VLANs that a trunk carries by default: 1 to 4094.
 const std::vector<uint16>& every_vlan();
 
-// The mode that a port of a kind and layer has when none is set.
+// The default mode of a port of a kind and layer.
 uint32 default_port_mode(if_index_type_t kind, uint32 layer);
 
 // Speeds that a port supports, as bits: the CRDCFG_SPEED_* of line cards, and beyond their byte those that only the

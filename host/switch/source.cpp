@@ -13,7 +13,7 @@ namespace {
 
 enum : uint8 { kReasonNone = PM_REASON_NONE, kReasonParentDown = 26 };
 
-// A new sub-interface works as its parent does.
+// A new sub-interface operates as its parent.
 interface new_sub_interface(const interface& parent, if_index_t if_index) {
   interface made;
   made.if_index = if_index;

@@ -1,7 +1,7 @@
-// Where a switch comes from, and what it does beyond its model.
+// The origin of a switch: what it does besides its model.
 //
-// The bodies here are those of a switch that is its model alone: all of it is known and as it stands, and a change is
-// made once the model has it. A source overrides what it does otherwise.
+// The default implementations are those of a switch that only has its model: all values are known, and a change is
+// complete when the model has it. A source overrides what differs.
 #pragma once
 
 #include <memory>
@@ -15,7 +15,7 @@
 
 namespace host {
 
-// What a source may leave out of an interface until a service needs it.
+// Data of an interface that a source may omit until a service needs it.
 enum class detail : uint8 {
   link_fault,   // state_reason of a port that is up and has no link
   driver,       // capabilities.model
@@ -53,10 +53,10 @@ class switch_source {
 
   // ---- Values
 
-  // Brings the model up to date for a command.
+  // Updates the model for a command.
   virtual void refresh(machine& model);
 
-  // Completes a detail of an interface that was left out. A second call changes nothing.
+  // Completes an omitted detail of an interface. A second call changes nothing.
   virtual void complete(interface& port, detail needed);
 
   // Whether the model has every value of every interface: displays then do not ask which are absent.
@@ -64,17 +64,17 @@ class switch_source {
 
   // ---- Statistics
 
-  // Brings the statistics of an interface up to a moment (seconds since 1970). False when the source has none for it.
+  // Updates the statistics of an interface to a time (seconds since 1970). False when the source has none for it.
   virtual bool update_statistics(interface& port, uint32 now_sec);
 
-  // Lets the counters that the source gives start from 0 at a moment. The caller sets those of the model to 0.
+  // Makes the counters that the source supplies start from 0 at a time. The caller sets those of the model to 0.
   virtual void clear_counters(interface& port, uint32 now_sec);
 
-  // Whether the source reads its counters in refresh(). Otherwise they are those of the moment of the update.
+  // Whether the source reads its counters in refresh(). Otherwise they are read by the update.
   virtual bool counts_at_refresh() const;
 
-  // A source whose counters cannot be set to 0 subtracts what they were when they were cleared. The file in which it
-  // keeps that, empty when only this process knows it; nothing for a source whose counters do start from 0.
+  // The file with the baselines of a source whose counters cannot be set to 0: it subtracts them. Empty when only this
+  // process has them; nothing for a source whose counters start from 0.
   virtual std::optional<std::string> baseline_file() const;
 
   // Writes that file, when counters were cleared since the last time. Returns 0 or an errno.
@@ -82,18 +82,18 @@ class switch_source {
 
   // ---- Settings
 
-  // The status with which apply_settings() refuses, as far as the source knows without trying; 0: nothing is known.
+  // The status with which apply_settings() would refuse, if the source knows it without trying; else 0.
   virtual uint32 check_settings(const interface& port, const port_settings& before) const;
 
-  // Makes a port operate as it was just set to in the model; `before` is what it was set to. Returns 0, or the status
-  // with which the source refuses: nothing is changed then, and the caller puts the settings back.
+  // Applies the settings that a port just got in the model; `before` has the previous ones. Returns 0, or the status
+  // with which the source refuses: then nothing has changed, and the caller restores the settings.
   virtual uint32 apply_settings(interface& port, const port_settings& before);
 
   // Whether the source applies a setting (PM_CFG_... or HOST_CFG_...) of some port.
   virtual bool applies_setting(uint8 type) const;
 
-  // Whether the source decides what members of port-channels may be set to, and hands them their channel's settings.
-  // Otherwise the services do: a member then refuses what its channel is set to.
+  // Whether the source checks settings of port-channel members and passes them the settings of their channel. Otherwise
+  // the services do: a member then refuses settings that its channel has.
   virtual bool hands_settings_to_members() const;
 
   // ---- Interfaces that commands create and delete
@@ -101,34 +101,33 @@ class switch_source {
   // Whether a switched port may have sub-interfaces.
   virtual bool allows_sub_interfaces_of_switched_ports() const;
 
-  // Creates loopbacks and sub-interfaces that do not exist, the latter of ports that do, and brings the model up to
-  // date: all or none, as far as the source can check this in advance. Returns 0, or the status with which it refuses.
+  // Creates loopbacks and sub-interfaces that do not exist, the latter of existing ports, and updates the model: all or
+  // none, if the source can check this in advance. Returns 0, or the status with which it refuses.
   virtual uint32 create_interfaces(machine& model, std::span<const if_index_t> interfaces);
 
   // The same, to delete interfaces that exist.
   virtual uint32 delete_interfaces(machine& model, std::span<const if_index_t> interfaces);
 
-  // Creates a deleted interface again, set as it was, and brings the model up to date. Returns as above.
+  // Creates a deleted interface again with its settings, and updates the model. Returns as above.
   virtual uint32 restore_interface(machine& model, const interface& deleted);
 
   // ---- Network devices of the kernel
 
-  // Those that the switch is made of; nothing for a switch that is not the kernel's.
+  // The devices of the switch; nothing for a switch that is not the kernel's.
   virtual std::optional<std::vector<kernel_device>> devices() const;
 
-  // That of an interface.
+  // The device of an interface.
   virtual std::optional<kernel_device> find_device(if_index_t if_index) const;
 
-  // The interfaces that packets to an address take, sorted. An address that is none, or empty, is somewhere behind the
-  // default route.
+  // The interfaces that packets to an address take, sorted. An empty or invalid address uses the default route.
   virtual std::vector<if_index_t> interfaces_towards(const std::string& address) const;
 };
 
-// The source of the_machine(). It is set together with that, and owned here; until then it has the bodies above.
+// The source of the_machine(). It is set together with it, and owned here; until then it has the defaults above.
 switch_source& the_source();
 void set_source(std::unique_ptr<switch_source> source = std::make_unique<switch_source>());
 
-// Exchanges the source for another one.
+// Replaces the source.
 void swap_source(std::unique_ptr<switch_source>& other);
 
 }  // namespace host

@@ -1,4 +1,4 @@
-// Which Fibre-Channel ports a user sees: those in a VSAN of the user's set.
+// Which Fibre Channel ports a user sees: those in a VSAN of the user's set.
 #pragma once
 
 #include "platform/bitset.h"
@@ -13,10 +13,10 @@ bool is_trunking_mode(uint32 port_mode);
 struct port_vsans {
   uint32 vsan;
   bool is_trunking;
-  const vsan_bitset_t& carried;  // counts for trunking ports only
+  const vsan_bitset_t& carried;  // only for trunking ports
 };
 
-// A port is seen when the set holds its VSAN or, for a trunking port, any VSAN that it carries.
+// A port is visible when the set contains its VSAN or, for a trunking port, any VSAN that it carries.
 bool may_see_port(const vsan_bitset_t& user_vsans, const port_vsans& port);
 
 }  // namespace host

@@ -145,7 +145,7 @@ void link_answer(queue& to, uint32 index) {
   to.waiting = index;
 }
 
-// What a service says, with what was injected. A service that throws has rejected the request.
+// The answer of a service, with its injected fault. A service that throws has rejected the request.
 reply serve(const registered_service& service, mts_opc_t opcode, std::span<const std::byte> request) {
   switch (service.injected.what) {
     case injected_fault::kind::reject: return {reply::kind::reject, {}};
@@ -186,7 +186,7 @@ mts_msg_ref_t deliver(mts_q_handle_t q, queue& from, uint32 service, mts_opc_t o
   return reference_of(sent);
 }
 
-// True as often as it was injected for this service.
+// True as often as interruptions were injected for this service.
 bool is_interrupted(uint32 service) {
   injected_fault& injected = the_transport.services[service].injected;
   if (injected.what != injected_fault::kind::interrupt || injected.number == 0) return false;

@@ -1,8 +1,8 @@
-// The message transport in one process: what platform/mts.h declares, and how services join it.
+// The message transport in one process: the functions of platform/mts.h, and the registration of services.
 //
 // A service is a function from request bytes to an answer. It runs when its request is sent; the answer waits on the
-// sender's queue until it is received. Every message is accounted for: what was sent, received, dropped, dropped twice,
-// never dropped. Lost services, rejections, short answers, silence and interruptions can be injected.
+// sender's queue until it is received. Messages are counted: sent, received, dropped, dropped twice, never
+// dropped. Lost services, rejections, short answers, silence and interruptions can be injected as faults.
 #pragma once
 
 #include <cstddef>
@@ -46,12 +46,11 @@ void transport_register(std::span<const service> services);
 mts_q_handle_t transport_open_queue();
 void transport_close_queue(mts_q_handle_t q);
 
-// What became of the requests of a command (messages/calls/command_account.h), which the transport only keeps with a
+// The results of a command's requests (messages/calls/command_account.h); the transport only stores the pointer with a
 // queue.
 class command_account;
 
-// Attaches an account to a queue in place of the one that is attached, which it returns; null is none. It is detached
-// when the queue is closed.
+// Attaches an account to a queue and returns the previous one; null is none. Closing the queue detaches it.
 command_account* attach_account(mts_q_handle_t q, command_account* account);
 
 // The account of a queue; null when it has none, and of a queue that is not open.
@@ -67,7 +66,7 @@ struct injected_fault {
 // Returns false when no service has this name.
 bool transport_inject_fault(std::string_view service_name, injected_fault what);
 
-// The longest time in seconds that a wait lasts, whatever the waiter asked for; 0 is no limit of ours.
+// The longest wait in seconds, even when more was requested; 0 is no limit.
 void transport_limit_waits(uint32 seconds);
 
 // Ends every wait, now and from now on, with error ECANCELED, until it is called with false; the answer that was waited
@@ -76,7 +75,7 @@ void transport_cancel(bool cancelled);
 
 // ---- Requests without a usable answer (transport/failures.h).
 
-// The transport notes what does not arrive, is rejected or empty; requests whose wait was cancelled are no failures.
+// The transport notes requests that are lost, rejected or empty; a cancelled wait is not a failure.
 // The reader of an answer notes that it is damaged, or that it is an error.
 void transport_note_damaged(uint32 sap);
 void transport_note_error(uint32 sap, syserr_t error);

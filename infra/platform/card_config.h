@@ -1,4 +1,4 @@
-/* Line-card configuration: what a port can do. */
+/* Line-card configuration: the capabilities of a port. */
 #ifndef PLATFORM_CARD_CONFIG_H
 #define PLATFORM_CARD_CONFIG_H
 

@@ -1,4 +1,4 @@
-/* Clearing counters: what each owner of counters offers. What is cleared counts from 0 again. */
+/* Clearing counters: the functions of each owner of counters. Cleared counters start from 0. */
 #ifndef PLATFORM_CLEAR_COUNTERS_H
 #define PLATFORM_CLEAR_COUNTERS_H
 
@@ -11,7 +11,7 @@
 extern "C" {
 #endif
 
-/* What became of one interface. Wire format. */
+/* The result for one interface. Wire format. */
 typedef struct pm_clear_status_t {
   be32 if_index;
   be_int32 status; /* a system error; 0 is good */
@@ -26,13 +26,14 @@ static_assert(sizeof(pm_clear_status_t) == 8, "wire size");
 int32 pm_clear_port_counters(mts_q_handle_t q, uint32 count, const if_index_t* if_indexes, uint32 clear,
                              uint8** status_list, uint32 wait);
 
-/* Clears the counters of the kernel device behind a management port. Not zero is success. */
+/* Clears the counters of the kernel device of a management port. Not zero is success. */
 int32 pm_clear_interface_counters(const char* device, if_index_t if_index, mts_q_handle_t q);
 
 /* Clears those of a port-channel at the distributed statistics service; the last words are 1, 1 and 5. 0 is success. */
 int32 dstats_clear_counters(mts_q_handle_t q, if_index_t if_index, uint32 scope, uint32 clear, uint32 timeout);
 
-/* The port-channel after `current`; 0 asks for the first. Returns 0, or another value and stores nothing at the end. */
+/* The port-channel after `current`; the first one after 0. Returns 0, or another value and stores nothing at the end.
+ */
 int32 pcmap_get_next_port_channel(if_index_t current, if_index_t* next);
 
 /* The command of the Ethernet port-channel service that clears the channels which `param` names. 0 is success. */

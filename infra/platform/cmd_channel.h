@@ -1,4 +1,4 @@
-/* The output channel of the running command: text for a person and tagged values for a program, said at once. */
+/* The output channel of the running command: text for people and tagged values for programs. */
 #ifndef PLATFORM_CMD_CHANNEL_H
 #define PLATFORM_CMD_CHANNEL_H
 
@@ -31,7 +31,7 @@ enum {
   CMD_TYPE_FLOAT = 0x45     /* cmd_float_t                            */
 };
 
-/* Digits of a cmd_float_t in front of and behind the point. */
+/* Digits of a cmd_float_t before and after the point. */
 typedef struct cmd_float_3ints_t {
   int32 whole;       /* the value truncated toward zero               */
   int32 decimal;     /* the fractional digits as a number, never < 0  */
@@ -61,13 +61,13 @@ cmd_rx_handle_t* cmd_paraminfo_to_rxhandle(paraminfo_t* param);
 
 /*
  * Binds a value to a tag for the cmd_prt() whose argument it is; at least 16 may be bound for one cmd_prt().
- * `value` points to what the type code of `tuple_value` promises, and is read before that cmd_prt() returns.
+ * `value` has the type of the type code of `tuple_value`, and is read before that cmd_prt() returns.
  */
 cmd_tuple_t* cmd_tuple(uint32 tuple_value, const void* value);
 
 /*
  * Prints one piece of a line. Each placeholder (`%`, optional `-`, digits, optional `.digits`, `s`) takes the text of
- * the next tuple, padded and cut to its width; every other character stands for itself.
+ * the next tuple, padded and cut to its width; every other character is copied.
  */
 void cmd_prt(cmd_rx_handle_t* rx_handle, const char* format, ...);
 

@@ -176,7 +176,7 @@ typedef struct statscl_portcl_lu_layer_stats_t {
   be64 mcast;
 } statscl_portcl_lu_layer_stats_t;
 
-/* Statistics of one Ethernet port as the statistics client gives them. Wire format. */
+/* Statistics of one Ethernet port, from the statistics client. Wire format. */
 typedef struct statscl_portcl_stats_msg_t {
   be32 ifidx;
   be32 last_clear; /* seconds since 1970; 0 is never */

@@ -29,7 +29,7 @@ int32 if_index_set_sif_num(if_index_t* if_index, uint32 number);
 
 /*
  * The interface with the next number of the same kind and place, whether it exists or not; asked of loopbacks, virtual
- * Ethernet interfaces and ports of satellite units, whose numbers have no function of their own. Returns 0, or a system
+ * Ethernet interfaces and ports of satellite units, whose numbers have no other function. Returns 0, or a system
  * error and stores nothing after the last number and for a kind without numbers.
  */
 int32 if_index_next(if_index_t if_index, if_index_t* next);

@@ -20,13 +20,13 @@ enum { MTS_SAP_VLAN_MANAGER = 167, MTS_SAP_PORT_MANAGER = 179, MTS_SAP_PORT_MISC
 /* mts_errno_get(): the wait for an answer was interrupted by a signal; it may be taken up again. */
 enum { MTS_ERRNO_INTERRUPTED = 4 };
 
-/* Where a request goes. */
+/* The address of a request. */
 typedef struct mts_addr_t {
   uint32 node;
   uint32 sap; /* service access point of the addressee */
 } mts_addr_t;
 
-/* What mts_recv() waits for. All members but version, timeout and rr_token are zero. */
+/* The message that mts_recv() waits for. All members but version, timeout and rr_token are zero. */
 typedef struct mts_recv_options_t {
   uint32 version;     /* always 1 */
   int32 non_blocking; /* 0: wait */

@@ -14,12 +14,12 @@ typedef uint32 param_type_t;      /* what `arg` points to */
 typedef uint32 sysmgr_supstate_t; /* state of this supervisor */
 typedef uint32 vsh_user_mode_state_t;
 
-/* What the shell passes. The library only tests for the second state, the second mode and the show command. */
+/* Values that the shell passes. The library only tests for the second state, the second mode and the show command. */
 enum { SYSMGR_SUPSTATE_ACTIVE = 1, SYSMGR_SUPSTATE_STANDBY = 2 };
 enum { VSH_USER_MODE_FULL = 0, VSH_USER_MODE_RESTRICTED = 2 }; /* restricted: the user may not see rates in brief */
 enum { PRC_MODE_CONFIGURE = 1, PRC_MODE_SHOW = 3 };
 
-/* Parameter types that name what `arg` points to. */
+/* Parameter types: the type of the object that `arg` points to. */
 enum {
   PARAM_TYPE_UINT32 = 0x40100001,          /* uint32                */
   PARAM_TYPE_INT_RANGES = 0x40100008,      /* vsh_int_multi_range_t */

@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-/* Chassis types with a behaviour of their own. 10, 11, 17 and 19 to 24 are the Ethernet-switch family. */
+/* Chassis types with special behaviour. 10, 11, 17 and 19 to 24 are the Ethernet-switch family. */
 enum {
   CHASSIS_UNKNOWN = 0,
   CHASSIS_10 = 10,

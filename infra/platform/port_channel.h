@@ -12,7 +12,7 @@ extern "C" {
 /* The command library of port-channels, opened by name for its step of a configuration macro. */
 #define PORT_CHANNEL_COMMANDS_LIBRARY "libethpcmcli.so"
 
-/* A list of members is padded with zeros to this many entries of 8 bytes behind its 32 bytes of head. */
+/* A list of members has a head of 32 bytes and is padded with zeros to this many entries of 8 bytes. */
 enum { PORT_CHANNEL_MAX_MEMBERS = 256, PORT_CHANNEL_MEMBERS_BYTES = 32 + 8 * PORT_CHANNEL_MAX_MEMBERS };
 
 /*

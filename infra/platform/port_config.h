@@ -55,7 +55,7 @@ typedef uint32 pm_err_t;
 #define PM_ERR_MODE_E_OUTSIDE_FIRST_PORT 0x4029002EU /* mode E is allowed only on the first port of a group */
 #define PM_ERR_TEXT_ONLY 0x402900F4U                 /* its text says all; the ranges are left out */
 
-/* What became of one port. Wire format. */
+/* The result for one port. Wire format. */
 typedef struct pm_port_cfg_status_t {
   be32 if_index;
   be32 status; /* pm_err_t; 0 is success */

@@ -1,4 +1,4 @@
-/* The port manager: the record of a port, and the client calls that ask for it. */
+/* The port manager: the record of a port, and the client calls that request it. */
 #ifndef PLATFORM_PORT_MANAGER_H
 #define PLATFORM_PORT_MANAGER_H
 
@@ -71,7 +71,7 @@ enum { PM_PORT_DUPLEX_FULL = 1, PM_PORT_DUPLEX_HALF = 2, PM_PORT_DUPLEX_AUTO = 3
 enum { PM_PORT_MDIX_ON = 1 };
 enum { PM_PHY_LAYER_FC = 1 }; /* phy_port_layer of a channel that carries Fibre Channel */
 
-/* Sides of the flow-control bits, and what the bits of either side say. */
+/* Sides of the flow-control bits, and the values of either side. */
 enum { PM_FLOW_CTRL_RECEIVE = 0x000A, PM_FLOW_CTRL_SEND = 0x0005 };
 enum { PM_FLOW_CTRL_ON = 0x0003, PM_FLOW_CTRL_DESIRED = 0x000C };
 
@@ -85,7 +85,7 @@ static_assert(sizeof(pm_port_storm_control_t) == 4, "wire size");
 
 enum { PM_STORM_BROADCAST = 0, PM_STORM_MULTICAST = 1, PM_STORM_UNICAST = 2, PM_STORM_CLASSES = 3 };
 
-/* What a virtual Fibre-Channel interface is bound to. Wire format. */
+/* The binding of a virtual Fibre Channel interface. Wire format. */
 typedef struct pm_vfc_bind_data_t {
   be32 vfc_type;
   uint8 vfc_remote_mac[6];

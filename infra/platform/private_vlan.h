@@ -14,7 +14,7 @@ extern "C" {
 
 enum { MTS_SAP_PVLAN = 168, MTS_OPC_PVLAN_GET_SWITCHPORT_INFO = 23808 };
 
-/* What a port is asked about. */
+/* A request about a port. */
 typedef struct pvlan_get_switchport_info_req_t {
   if_index_t port;
 } pvlan_get_switchport_info_req_t;

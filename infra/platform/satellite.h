@@ -11,7 +11,7 @@
 extern "C" {
 #endif
 
-/* The fabric port behind an interface, from the satellite manager. */
+/* The fabric port of an interface, from the satellite manager. */
 typedef struct satmgr_fport_info_t {
   be32 sat_id; /* identifier of the unit */
   be32 slot;   /* slot of the unit, from 1 */

@@ -31,7 +31,7 @@ typedef int32 (*stp_send_get_port_state_fn)(mts_q_handle_t q, uint32 vdc, uint32
 /*
  * "stp_parse_get_port_state": takes the ports out of the answer, which stays the caller's and is not a rejection.
  * Returns 0 and stores a heap block of records that the caller frees, and their number. Any other value is a failure,
- * as for an answer without a payload; a block that was stored all the same is the caller's too.
+ * as for an answer without a payload; a block that was stored nevertheless is the caller's too.
  */
 typedef int32 (*stp_parse_get_port_state_fn)(mts_msg_ref_t* got, stp_port_state_t** ports, uint32* count);
 

@@ -14,7 +14,7 @@ enum { ACFG_RUNNING = 1, ACFG_STARTUP = 2 };
 /* ACFG_RUNNING or ACFG_STARTUP. */
 uint32 acfg_pinfo_cfg_type_get(const paraminfo_t* param);
 
-/* Where the startup configuration lies, owned by the shell. */
+/* The path of the startup configuration, owned by the shell. */
 const char* acfg_pinfo_startup_cfg_uri_prefix_get(const paraminfo_t* param);
 
 #ifdef __cplusplus

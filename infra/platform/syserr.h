@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-/* The port manager's codes, as they come out of its services and its client library. */
+/* The port manager's codes, from its services and its client library. */
 enum {
   PM_ERR_GENERAL = 0x40290000, /* general failure */
   PM_ERR_NOT_ALLOWED_ON_INTERFACE = 0x40290003,

@@ -3,7 +3,7 @@
  * Names are for C++17 and later; the ids themselves are part of the contract with the programs that read them.
  *
  * A name is that of the value without its unit. The ids of the detailed view have no prefix; those of another display
- * have its name in front, as in status_duplex. The schema of the host says which key and unit a value has.
+ * have its name as a prefix, as in status_duplex. The schema of the host has the key and unit of each value.
  */
 #ifndef PLATFORM_TAGS_H
 #define PLATFORM_TAGS_H

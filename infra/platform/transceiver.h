@@ -91,8 +91,8 @@ typedef struct lc_fcot_x2_info_t {
   uint8 low_pwr_startup_cap;
   uint8 reserved;
   uint8 checksum;
-  uint8 writable_area[48];         /* the module's own part number stands at 140 of the image */
-  uint8 extnd_vendor_specific[89]; /* the vendor's extended module code stands at 206 of the image */
+  uint8 writable_area[48];         /* the module's own part number is at 140 of the image */
+  uint8 extnd_vendor_specific[89]; /* the vendor's extended module code is at 206 of the image */
   be32 max_speed;                  /* Mbit/s */
   be32 min_speed;                  /* Mbit/s */
   port_num_t fcot_num;
@@ -204,7 +204,7 @@ typedef struct sfp_diag_info_ddm_tlvs_t {
   uint8 tlvs[SFP_DDM_TLV_BYTES];
 } sfp_diag_info_ddm_tlvs_t;
 
-/* Results of a diagnostics query that are told apart; 0 is success. */
+/* Results of a diagnostics query; 0 is success. */
 #define PM_ERR_SFP_NO_PORT 0x4029000B
 #define PM_ERR_SFP_NOT_PRESENT 0x4029002A
 #define PM_ERR_SFP_NO_DIAGNOSTICS 0x40290041

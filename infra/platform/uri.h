@@ -9,7 +9,7 @@ extern "C" {
 #endif
 
 /*
- * The path behind a name such as "bootflash:cable.txt" into the caller's buffer, terminated. Returns 0, or another
+ * The path of a name such as "bootflash:cable.txt" into the caller's buffer, terminated. Returns 0, or another
  * value for a scheme that is not known and for a path with characters outside A-Z a-z 0-9 . _ / -.
  */
 int32 uri_map_targetfs_path_get(const char* uri, char* path, uint32 size);

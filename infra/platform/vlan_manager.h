@@ -32,7 +32,7 @@ static_assert(offsetof(trunk_port_memb_t, reserved) == 524, "wire offset");
 
 enum { VLAN_NAME_BYTES = 33 };
 
-/* Kinds of VLAN that are told apart. */
+/* Kinds of VLAN. */
 enum {
   VLAN_TYPE_PRIMARY = 3,
   VLAN_TYPE_SECONDARY_ISOLATED = 4,
@@ -69,11 +69,11 @@ typedef int32 (*vlan_get_port_trunking_memb_build_fn)(if_index_t* ports, uint32 
 typedef int32 (*vlan_get_port_trunking_memb_parse_fn)(void* payload, uint32 size, trunk_port_memb_t** records,
                                                       uint32* count);
 
-/* The VLANs that an error keeps off a trunk, into the caller's record. Returns 0 or a system error. */
+/* Stores the VLANs that an error disables on a trunk in the caller's record. Returns 0 or a system error. */
 int32 vlan_get_errored_vlans(if_index_t if_index, vlan_bitset_t* vlans);
 
 /*
- * The attributes of all VLANs that are there, in the order of their ids: stores a heap block of records that the caller
+ * The attributes of all existing VLANs, in the order of their ids: stores a heap block of records that the caller
  * frees, null when there are none, and their number. Returns 0 or a system error, and then stores nothing.
  */
 int32 vlan_get_all_vlans(vlan_info_resp_t** records, uint32* count);

@@ -14,7 +14,7 @@ extern "C" {
  */
 int32 vsan_get_port_trunking_membership(mts_q_handle_t q, if_index_t if_index, vsan_bitset_t* vsans);
 
-/* A port and what its user may see. Native; all owned by the caller. */
+/* A port and the VSANs that its user may see. Native; all owned by the caller. */
 typedef struct vsh_fc_intf_perm_check_info_t {
   const vsan_bitset_t* vsan_mask; /* VSANs of the user */
   if_index_t if_index;

@@ -1,4 +1,4 @@
-/* What the command shell offers to its handlers besides the output channel: prompts and its own error texts. */
+/* Functions of the command shell besides the output channel: prompts and its own error texts. */
 #ifndef PLATFORM_VSH_H
 #define PLATFORM_VSH_H
 

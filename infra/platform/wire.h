@@ -75,7 +75,7 @@ static inline uint32 be32_get(be32 value) { return (uint32)wire_bits(value.bytes
 static inline uint64 be64_get(be64 value) { return wire_bits(value.bytes, sizeof value.bytes); }
 static inline int32 be_int32_get(be_int32 value) { return (int32)(uint32)wire_bits(value.bytes, sizeof value.bytes); }
 
-/* Store the host's integer in the caller's wire integer, which may lie at any address. */
+/* Store the host's integer in the caller's wire integer, which may be at any address. */
 static inline void be16_set(be16* to, uint16 value) { wire_store(to->bytes, sizeof to->bytes, value); }
 static inline void be32_set(be32* to, uint32 value) { wire_store(to->bytes, sizeof to->bytes, value); }
 static inline void be64_set(be64* to, uint64 value) { wire_store(to->bytes, sizeof to->bytes, value); }

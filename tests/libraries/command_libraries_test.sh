@@ -108,7 +108,7 @@ SHORT_TABLE 'pmsh_commands' is not a table of pmsh_command_t
 NO_HELP_OF_WORD it has no help of a word
 UPPER_CASE_WORD 'Mood' is neither a word in lower case nor a known argument
 NO_KINDS it takes a RANGE, but has no kinds of interface
-UNKNOWN_FIELD_TYPE the type of the field 'mood' is not known
+UNKNOWN_FIELD_TYPE the type of the field 'mood' is unknown
 WRONG_TYPE_CODE the type code of the tuple id of 'mood' does not fit its type
 TAKEN_TUPLE the tuple id of 'mood' belongs to the field 'member_of'
 TAKEN_DISPLAY the display 'brief' exists already
@@ -116,15 +116,15 @@ NOT_A_SHOW_COMMAND it does not begin with 'show'
 TWELVE_WORDS it has more than
 NO_FIELDS its display has no fields
 ESCAPE_IN_HELP its help of a field has control characters
-UNKNOWN_FLAG its flags are not known
+UNKNOWN_FLAG its flags are unknown
 ENDLESS_FIELDS its list of fields has no end
-REPLACES_NOTHING there is no such command whose kinds it could replace
+REPLACES_NOTHING there is no command with these words to replace
 MISSING_SYMBOL nobody_has_this
 OBJECT_FOR_HANDLER 'no_function' is not a function
 DISPLAY_OF_DOCUMENTS every document has a member 'interfaces'
 SAME_LINES 'show interface RANGE brief': there is such a command already, of the shell
 TWO_RANGES it takes more than one RANGE
-HELP_OF_NO_WORD it has help of 'good mood', which is not a word in lower case
+HELP_OF_NO_WORD it has help for 'good mood', which is not a word in lower case
 KEY_OF_TWO_TYPES the field 'mood' has two types
 TABLE
 

@@ -95,7 +95,7 @@ TEST(Candidate, ACommitIsOneUndoStep) {
   const outcome result =
       edited(kMtu + "shutdown\ninterface loopback 9\ncommit\nend\nshow changes | count\nundo\nshow changes\n" + kShow);
   EXPECT_THAT(result.out,
-              HasSubstr("Taken back for ethernet 1/1-2, loopback 9.\nNothing was changed in this session.\n" + kPlain));
+              HasSubstr("Undone for ethernet 1/1-2, loopback 9.\nNothing was changed in this session.\n" + kPlain));
 }
 
 TEST(Candidate, AfterACommitItHasNoChangesToShow) {
@@ -109,7 +109,7 @@ TEST(Candidate, AfterACommitItHasNoChangesToShow) {
 
 TEST(Candidate, WithinItSettingsAreTakenBackOneByOne) {
   EXPECT_EQ(edited(kMtu + "shutdown\nundo\nshow diff\nundo 2\n").out,
-            "Taken back for ethernet 1/1-2.\nethernet 1/1-2\n  + switchport mtu 9000\n");
+            "Undone for ethernet 1/1-2.\nethernet 1/1-2\n  + switchport mtu 9000\n");
 }
 
 TEST(Candidate, WhatRunsInItStaysAfterTheCommit) {

@@ -51,15 +51,15 @@ TEST(Changes, ACommandThatIsRefusedOrChangesNothingIsNone) {
       "configure\ninterface ethernet 1/9\nshutdown\nshow changes\nundo\nshow changes\n");
   EXPECT_THAT(result.out, HasSubstr("1  2027-01-15T08:00:00Z  operator  switchport mtu 9000\n"));
   EXPECT_THAT(result.out, Not(HasSubstr("\n2  ")));
-  EXPECT_THAT(result.out, HasSubstr("Taken back for ethernet 1/1.\nNothing was changed in this session.\n"));
+  EXPECT_THAT(result.out, HasSubstr("Undone for ethernet 1/1.\nNothing was changed in this session.\n"));
 }
 
 TEST(Changes, MoreThanThereAreAreRefusedAsAWhole) {
   const outcome result =
       run_lines("configure\ninterface ethernet 1/1\nswitchport mtu 9000\nundo 2\nundo 0\nshow changes\n");
-  EXPECT_THAT(result.err, HasSubstr("pmsh: there are only 1 changes to take back. 'show changes' lists them.\n"));
+  EXPECT_THAT(result.err, HasSubstr("pmsh: cannot undo 2 changes: this session has 1. 'show changes' lists them.\n"));
   EXPECT_THAT(result.out, HasSubstr("switchport mtu 9000"));
-  EXPECT_EQ(run_lines("configure\nundo\n").err, "pmsh: there is no setting to take back.\n");
+  EXPECT_EQ(run_lines("configure\nundo\n").err, "pmsh: there is no change to undo.\n");
 }
 
 TEST(Changes, HaveARecordForEachInterface) {

@@ -59,17 +59,17 @@ TEST(CommandLine, ControlBytesOfATypedWordAreShownAsText) {
 
 TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
   EXPECT_EQ(run_command("show ?").out,
-            "  changes         What was changed in this session\n"
-            "  clock           The clock of this shell\n"
-            "  diff            What a commit of the candidate would change\n"
+            "  changes         Changes of this session\n"
+            "  clock           Clock of this shell\n"
+            "  diff            Differences between the candidate and the switch\n"
             "  history         Lines entered at the prompt\n"
             "  interface       Interfaces: settings, state and traffic\n"
-            "  kernel-map      Devices of the kernel\n"
-            "  module          A module, or only its ports\n"
-            "  panel           The fronts of the modules\n"
-            "  running-config  The settings as they are now\n"
-            "  startup-config  The settings that were stored\n"
-            "  transceiver     Modules in ports\n"
+            "  kernel-map      Kernel device of each interface\n"
+            "  module          A module or its ports\n"
+            "  panel           Front panels of the modules\n"
+            "  running-config  Current settings\n"
+            "  startup-config  Stored settings\n"
+            "  transceiver     Transceivers\n"
             "  transport       Messages between this shell and the services\n"
             "  version         Versions and the platform\n"
             "  vlan            VLANs\n");
@@ -94,7 +94,7 @@ TEST(CommandLine, HelpNamesEveryCommand) {
 
 TEST(CommandLine, FindListsTheCommandsThatContainAWord) {
   const outcome result = run_command("find STORED");
-  EXPECT_EQ(result.out, "  show startup-config         The commands that were stored under the name of the switch\n");
+  EXPECT_EQ(result.out, "  show startup-config         Stored settings as commands\n");
   EXPECT_EQ(result.exit_code, 0);
   const std::string settings = run_command("find MTU").out;
   EXPECT_THAT(settings, HasSubstr("  show interface [RANGE] brief"));

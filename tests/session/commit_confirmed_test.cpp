@@ -35,7 +35,7 @@ TEST(CommitConfirmed, IsRolledBackWhenItsTimeIsOver) {
   const outcome result = edited("commit confirmed 60\n" + kShow + "clock advance 60\n" + kShow + "undo\nconfirm\n");
   EXPECT_EQ(result.out, kCommitted + kSet + kPlain);
   EXPECT_EQ(result.err.substr(0, kTooLate.size()), kTooLate);
-  EXPECT_THAT(result.err, HasSubstr("pmsh: there is no commit that waits for its confirmation.\n"));
+  EXPECT_THAT(result.err, HasSubstr("pmsh: no commit is waiting for confirmation.\n"));
 }
 
 TEST(CommitConfirmed, WhatWasRolledBackIsInTheCandidateAgain) {
@@ -90,10 +90,9 @@ TEST(CommitConfirmed, TheEndOfTheShellRollsItBack) {
 }
 
 TEST(CommitConfirmed, WithoutChangesItWaitsForNothing) {
-  EXPECT_EQ(edited("discard\ncommit confirmed 60\nconfirm\n").err,
-            "pmsh: there is no commit that waits for its confirmation.\n");
-  EXPECT_EQ(edited("commit confirmed 86401\n").err.substr(0, 58),
-            "pmsh: 'commit confirmed' waits for 1 to 86400 seconds.\npms");
+  EXPECT_EQ(edited("discard\ncommit confirmed 60\nconfirm\n").err, "pmsh: no commit is waiting for confirmation.\n");
+  EXPECT_EQ(edited("commit confirmed 86401\n").err.substr(0, 54),
+            "pmsh: 'commit confirmed' takes 1 to 86400 seconds.\npms");
 }
 
 TEST(CommitConfirmed, CreatedAndDeletedInterfacesAreRolledBack) {

@@ -462,7 +462,7 @@ TEST(Configure, TheLastChangeIsTakenBack) {
   const outcome result = configured("ethernet 1/1-3, ethernet 2/2", "switchport mtu 9000\nswitchport mtu 4000\nundo",
                                     "show running-config");
   EXPECT_EQ(result.out,
-            "Taken back for ethernet 1/1-3, ethernet 2/2.\n"
+            "Undone for ethernet 1/1-3, ethernet 2/2.\n"
             "! Settings of lab\nconfigure\ninterface ethernet 1/1-3\n  switchport mtu 9000\n" +
                 kMembers +
                 "interface ethernet 2/2\n"

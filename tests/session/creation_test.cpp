@@ -232,9 +232,9 @@ TEST(Undo, TakesBackCreationsAndDeletionsTheLastOneFirst) {
       "interface loopback 0\ndescription of the lab\nno interface loopback 0, ethernet 2/1.10\nundo\nundo\nend\n"
       "show running-config interface loopback 0\nshow running-config | include \"no interface|loopback 7\"\n");
   EXPECT_EQ(result.out,
-            "Taken back for loopback 77-78.\n"
-            "Taken back for loopback 0, ethernet 2/1.10.\n"
-            "Taken back for loopback 0.\n"
+            "Undone for loopback 77-78.\n"
+            "Undone for loopback 0, ethernet 2/1.10.\n"
+            "Undone for loopback 0.\n"
             "! Settings of lab\nconfigure\nend\n");
   EXPECT_EQ(result.err, "");
 }
@@ -242,7 +242,7 @@ TEST(Undo, TakesBackCreationsAndDeletionsTheLastOneFirst) {
 TEST(Undo, ChoosingInterfacesKeepsTheLastSetting) {
   const outcome result = routed_switch().run(
       "configure\ninterface ethernet 1/1\ndescription of the lab\ninterface ethernet 1/2, loopback 0\nundo\n");
-  EXPECT_EQ(result.out, "Taken back for ethernet 1/1.\n");
+  EXPECT_EQ(result.out, "Undone for ethernet 1/1.\n");
   EXPECT_EQ(result.err, "");
 }
 

@@ -26,7 +26,7 @@ const std::string kUnchanged = "! Settings of lab\nconfigure\ninterface ethernet
 TEST(DryRun, ListsWhatWouldChangeAndChangesNothing) {
   const outcome result = tried("interface ethernet 1/1\nswitchport mtu 9000\nend\nshow running-config\nundo\n");
   EXPECT_EQ(result.out, "Ethernet1/1: switchport mtu 1500 -> switchport mtu 9000\n" + kUnchanged);
-  EXPECT_EQ(result.err, "pmsh: there is no setting to take back.\n");
+  EXPECT_EQ(result.err, "pmsh: there is no change to undo.\n");
 }
 
 TEST(DryRun, PortsWithTheSameChangeAreOneRange) {
@@ -63,7 +63,7 @@ TEST(DryRun, RefusalsAreThoseOfARealRun) {
 TEST(DryRun, ItsSettingsCanBeTakenBackWithinIt) {
   EXPECT_EQ(tried("interface ethernet 1/1\nswitchport mtu 9000\nundo\nshow changes\n").out,
             "Ethernet1/1: switchport mtu 1500 -> switchport mtu 9000\n"
-            "Taken back for ethernet 1/1.\n"
+            "Undone for ethernet 1/1.\n"
             "Ethernet1/1: switchport mtu 9000 -> switchport mtu 1500\n"
             "Nothing was changed in this session.\n");
 }

@@ -372,7 +372,7 @@ TEST(Watch, MistakesAreNamedWithTheNextStep) {
 
 TEST(Watch, HelpAndCompletionAreThoseOfTheCommandBehindIt) {
   EXPECT_EQ(host::help_text("watch "), "  INTERVAL      Seconds from one reading to the next, 1 to 86400\n");
-  EXPECT_EQ(host::help_text("watch 2 "), "  show          Show what the switch knows\n");
+  EXPECT_EQ(host::help_text("watch 2 "), "  show          Show information\n");
   EXPECT_EQ(host::complete("wat").addition, "ch ");
   EXPECT_EQ(host::complete("watch 2 sh").addition, "ow ");
   for (const char* const line : {"show ", "show interface ", "show interface ethernet 1/1 counters "})

@@ -44,7 +44,7 @@ def commands_of(shell):
 def services_of(shell, switch):
     code, _, error = run(shell, switch, "help", ["--inject-fault", "none=lost"])
     assert code == 1, error
-    return re.search(r"It is one of (.*)\.", error).group(1).split(", ")
+    return re.search(r"Expected one of (.*)\.", error).group(1).split(", ")
 
 
 def tree_without(library, shell, root):

@@ -57,6 +57,14 @@ void read_all(int out, int err, outcome& result) {
   }
 }
 
+// In a child: a program with the usual signals, also when the tests themselves ignore one, as under nohup.
+[[noreturn]] void run_in_child(std::vector<char*>& arguments, const std::string& state) {
+  signal(SIGHUP, SIG_DFL);
+  setenv("XDG_STATE_HOME", state.c_str(), 1);
+  execv(arguments[0], arguments.data());
+  _exit(127);
+}
+
 }  // namespace
 
 outcome run_program(const std::string& program, const std::vector<std::string>& arguments, const std::string& input) {
@@ -68,12 +76,10 @@ outcome run_program(const std::string& program, const std::vector<std::string>& 
   const std::string state = state_directory();
   const pid_t child = fork();
   if (child == 0) {
-    setenv("XDG_STATE_HOME", state.c_str(), 1);
     dup2(in[0], 0);
     dup2(out[1], 1);
     dup2(err[1], 2);
-    execv(pointers[0], pointers.data());
-    _exit(127);
+    run_in_child(pointers, state);
   }
   for (const int end : {in[0], out[1], err[1]}) close(end);
   if (write(in[1], input.data(), input.size()) != static_cast<ssize_t>(input.size())) std::abort();
@@ -112,10 +118,8 @@ piped_shell::piped_shell(const std::string& switch_file, std::vector<std::string
   const auto out = make_pipe();
   child_ = fork();
   if (child_ == 0) {
-    setenv("XDG_STATE_HOME", state.c_str(), 1);
     dup2(out[1], 1);
-    execv(pointers[0], pointers.data());
-    _exit(127);
+    run_in_child(pointers, state);
   }
   close(out[1]);
   out_ = out[0];
@@ -182,9 +186,7 @@ terminal::terminal(std::vector<std::string> arguments, const std::string& switch
   child_ = forkpty(&screen_, nullptr, nullptr, &size);
   if (child_ == 0) {
     setenv("TERM", "vt100", 1);
-    setenv("XDG_STATE_HOME", state.c_str(), 1);
-    execv(pointers[0], pointers.data());
-    _exit(127);
+    run_in_child(pointers, state);
   }
 }
 

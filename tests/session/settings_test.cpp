@@ -181,7 +181,7 @@ std::vector<setting_value> values_of(const setting& of) {
 std::size_t set_one_of_each_kind(machine& of, const setting& row, const setting_value& value) {
   std::vector<if_index_type_t> kinds;
   for (interface& port : of.interfaces) {
-    const if_index_type_t kind = take_apart(port.if_index).type;
+    const if_index_type_t kind = decode_index(port.if_index).type;
     const bool is_first = std::find(kinds.begin(), kinds.end(), kind) == kinds.end();
     if (!is_first || !row.has_it(kind) || set_value(row, port, value) != 0) continue;
     kinds.push_back(kind);
@@ -217,7 +217,7 @@ TEST_F(RoundTrip, SettingsTogetherLoadAsTheyWereWritten) {
           const auto values = values_of(row);
           const bool is_left = values.empty() || row.command.empty() || random() % 3 == 0;
           const bool is_of_channel = row.traits.of_channel && port.settings.channel != 0;
-          if (is_left || is_of_channel || !row.has_it(take_apart(port.if_index).type)) continue;
+          if (is_left || is_of_channel || !row.has_it(decode_index(port.if_index).type)) continue;
           set_value(row, port, values[random() % values.size()]);
         }
       for (interface& port : the_machine().interfaces)

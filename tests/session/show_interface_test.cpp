@@ -195,8 +195,16 @@ TEST(ShowInterface, RangesAndListsShowWhatExistsInside) {
             "Ethernet1/4 Ethernet1/5 Ethernet1/10 Ethernet1/1 port-channel7 ");
 }
 
-TEST(ShowInterface, UnknownInterfaceIsNamedAndNothingIsShown) {
+TEST(ShowInterface, UnknownInterfacesAreNamedAndTheOthersAreShown) {
   const outcome result = run_command("show interface ethernet 1/1, ethernet 9/9, loopback 5");
+
+  EXPECT_EQ(shown_names(result.out), "Ethernet1/1 ");
+  EXPECT_EQ(result.err, "pmsh: no such interface: ethernet 9/9, loopback 5. The others are shown.\n");
+  EXPECT_EQ(result.exit_code, 4);
+}
+
+TEST(ShowInterface, NothingIsShownOfARangeOfWhichNothingExists) {
+  const outcome result = run_command("show interface ethernet 9/9, loopback 5");
 
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.err, "pmsh: no such interface: ethernet 9/9, loopback 5. Type 'show interface ?' for the kinds.\n");

@@ -22,7 +22,7 @@ TEST(Users, WithoutANameTheFirstOneIsTaken) {
 
 TEST(Users, UnknownNameListsTheKnownOnes) {
   const outcome result = run_as("nobody", "help");
-  EXPECT_EQ(result.err, "pmsh: unknown user 'nobody' in --user. It is one of admin, storage-a, guest.\n");
+  EXPECT_EQ(result.err, "pmsh: unknown user 'nobody' in --user. Expected one of admin, storage-a, guest.\n");
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(run_shell({"--user", "admin", "-c", "help"}).err,
             "pmsh: unknown user 'admin' in --user. This switch has no users.\n");

@@ -452,7 +452,7 @@ TEST_F(WatchAtATerminal, QuestionMarkHelpsBehindIt) {
   screen.type("watch ?");
   EXPECT_TRUE(screen.shows("  INTERVAL      Seconds from one reading to the next, 1 to 86400\r\n")) << screen.unread();
   screen.type("2 show interface ethernet 1/1 de?");
-  EXPECT_TRUE(screen.shows("  debounce      How long a link must be down to count\r\n")) << screen.unread();
+  EXPECT_TRUE(screen.shows("  debounce      Link debounce times\r\n")) << screen.unread();
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The client libraries that the command library opens by name, and what it takes from them.
+// The client libraries that the command library opens by name, and the functions that it looks up.
 #pragma once
 
 #include <span>

@@ -1,8 +1,8 @@
-// What services answered to the settings, clears and creations of a command.
+// The answers of services to the settings, clears and creations of a command.
 //
-// A command that needs the answers opens an account on its queue. Client functions note what they are answered in the
-// account of the queue that they are given; those that get no queue by their contract use client_queue(), which leads
-// to the account that was opened last. Without an account nothing is kept.
+// A command that needs the answers opens an account on its queue. Client functions note answers in the account
+// of their queue; those without a queue in their contract use client_queue(), which belongs to the account that was
+// opened last. Without an account nothing is noted.
 #pragma once
 
 #include <span>

@@ -1,4 +1,4 @@
-// The values of an interface, asked of the service that has them.
+// Requests for the values of an interface.
 #pragma once
 
 #include <optional>
@@ -21,7 +21,7 @@ class values_answer {
   values_answer& operator=(const values_answer&) = delete;
   ~values_answer() = default;
 
-  // In the order in which they were asked for.
+  // In the order of the request.
   std::span<const interface_value> values() const { return values_; }
 
   // The value of a property, or null when the answer has none: no service knows the property, or only what is absent
@@ -38,7 +38,7 @@ class values_answer {
 std::optional<values_answer> ask_interface_values(mts_q_handle_t q, if_index_t if_index,
                                                   std::span<const property> asked, bool only_absent);
 
-// Whether no value of any interface is absent for another reason than that there is none: displays then need not ask.
+// Whether values are absent only because there are none: then displays need no request.
 // Nothing as above.
 std::optional<bool> ask_source_knows_all(mts_q_handle_t q);
 

@@ -1,4 +1,4 @@
-// The resources of a module, taken apart.
+// The decoded resources of a module.
 #pragma once
 
 #include <optional>
@@ -9,7 +9,7 @@
 
 namespace host {
 
-// A node of the tree of platform/module_resources.h. What the module does not report is none.
+// A node of the tree of platform/module_resources.h. Values that the module does not report are absent.
 struct module_resource {
   uint32 category = 0;    // PM_RESOURCE_...
   uint32 id = 0;          // number of the group, or interface index of the port

@@ -51,7 +51,7 @@ struct table_reader {
     return reinterpret_cast<command_handler>(found);
   }
 
-  // What the library says of an exported address; null when it says nothing.
+  // The symbol of an exported address; null when there is none.
   static const ElfW(Sym) * symbol_at(const void* address) {
     Dl_info where{};
     const ElfW(Sym)* symbol = nullptr;
@@ -61,7 +61,7 @@ struct table_reader {
   }
 };
 
-// Texts that are made here and that the grammar and the schema refer to from then on.
+// Texts made here, to which the grammar and the schema refer.
 std::string_view keep(std::string text) {
   static std::deque<std::string> kept;
   return kept.emplace_back(std::move(text));
@@ -103,7 +103,7 @@ bool is_printable(std::string_view text) {
   });
 }
 
-// A text that must be there.
+// A required text.
 std::string_view read_text(const table_reader& reader, const char* text, const char* what) {
   if (text == nullptr || text[0] == '\0') reader.refuse("it has no " + std::string(what));
   if (!is_printable(text)) reader.refuse("its " + std::string(what) + " has control characters");
@@ -117,7 +117,7 @@ void read_words_with_help(const table_reader& reader, const pmsh_word_t* words) 
     if (i == kMostRows) reader.refuse("its list of words has no end");
     const std::string_view help = read_text(reader, words[i].help, "help of a word");
     if (!is_of(words[i].word, kWordLetters))
-      reader.refuse("it has help of " + quoted(words[i].word) + ", which is not a word in lower case");
+      reader.refuse("it has help for " + quoted(words[i].word) + ", which is not a word in lower case");
     if (help_of_word(words[i].word).empty()) add_word(words[i].word, help);
   }
 }
@@ -128,7 +128,7 @@ bool is_argument(std::string_view word) {
 }
 
 void check_word(const table_reader& reader, std::string_view word) {
-  if (word.starts_with('[') != word.ends_with(']')) reader.refuse(quoted(word) + " has one bracket");
+  if (word.starts_with('[') != word.ends_with(']')) reader.refuse(quoted(word) + " lacks a bracket");
   if (word.starts_with('[')) word = word.substr(1, word.size() - 2);
   if (is_argument(word)) return;
   if (!is_of(word, kWordLetters)) reader.refuse(quoted(word) + " is neither a word in lower case nor a known argument");
@@ -211,7 +211,7 @@ added_field read_field(const table_reader& reader, const pmsh_field_t& row) {
   if (!is_of(key, kKeyLetters)) reader.refuse("the key " + quoted(key) + " is not in lower case with underscores");
   const auto* const form = std::find_if(std::begin(kForms), std::end(kForms),
                                         [&row](const field_form& known) { return known.type == row.type; });
-  if (form == std::end(kForms)) reader.refuse("the type of the field " + quoted(key) + " is not known");
+  if (form == std::end(kForms)) reader.refuse("the type of the field " + quoted(key) + " is unknown");
   const auto code = static_cast<uint8>(row.tuple >> 24);
   if (std::find(form->codes.begin(), form->codes.end(), code) == form->codes.end())
     reader.refuse("the type code of the tuple id of " + quoted(key) + " does not fit its type");
@@ -259,7 +259,7 @@ display read_display(const table_reader& reader, const pmsh_command_t& entry, bo
 
 // ---- Commands ----
 
-// Which library a command is of, and which kinds of a command it shows; to name it when another does the same.
+// The library of a command and the kinds that it shows, to name it when another library adds the same.
 struct owner_of_kinds {
   interface_mask_t kinds;
   bool only_structured;
@@ -270,9 +270,9 @@ std::multimap<std::string_view, owner_of_kinds>& owners() {
   return all;
 }
 
-// Whether some line is accepted by both, arguments by their names.
+// Whether both accept a common line, comparing arguments by their names.
 bool share_a_line(const command_syntax& one, const command_syntax& other) {
-  // [i][j]: the first i words of one and the first j of the other accept the same beginning of a line.
+  // [i][j]: the first i words of one and the first j of the other accept a common line.
   bool agree[MAX_SYNTAX_WORDS + 1][MAX_SYNTAX_WORDS + 1] = {{true}};
   for (std::size_t i = 0; i <= one.num_words; ++i) {
     for (std::size_t j = 0; j <= other.num_words; ++j) {
@@ -304,7 +304,7 @@ const command* find_command(std::string_view words) {
 void replace_kinds(const table_reader& reader, const pmsh_command_t& entry, std::string_view words,
                    command_handler handler) {
   const command* const existing = find_command(words);
-  if (existing == nullptr) reader.refuse("there is no such command whose kinds it could replace");
+  if (existing == nullptr) reader.refuse("there is no command with these words to replace");
   if (existing->run != show_interface) reader.refuse("only displays of interfaces can be replaced");
   read_kinds(reader, entry.kinds);
   const bool only_structured = (entry.flags & PMSH_STRUCTURED_ONLY) != 0;
@@ -352,12 +352,12 @@ void add_entry(table_reader& reader, const pmsh_command_t& entry) {
   read_words_with_help(reader, entry.word_helps);
   const std::string_view words = read_syntax(reader, entry);
   constexpr uint32 kKnownFlags = PMSH_REPLACES | PMSH_STRUCTURED_ONLY | PMSH_LIST | PMSH_NO_SUB_INTERFACES;
-  if ((entry.flags & ~kKnownFlags) != 0) reader.refuse("its flags are not known");
+  if ((entry.flags & ~kKnownFlags) != 0) reader.refuse("its flags are unknown");
   const command_handler handler = reader.find_handler(read_text(reader, entry.handler, "handler").data());
   name_added_handler(handler, std::string(entry.handler) + " of " + reader.library.file());
   const bool has_list = (entry.flags & PMSH_LIST) != 0;
   if (has_list && (entry.flags != PMSH_LIST || entry.display == nullptr))
-    reader.refuse("PMSH_LIST needs a display, and no other flag");
+    reader.refuse("PMSH_LIST needs a display and excludes other flags");
   if ((entry.flags & PMSH_NO_SUB_INTERFACES) != 0 && ((entry.flags & PMSH_REPLACES) != 0 || entry.kinds == 0))
     reader.refuse("PMSH_NO_SUB_INTERFACES is for new commands with RANGE");
   if ((entry.flags & PMSH_REPLACES) != 0)
@@ -372,7 +372,7 @@ void read_library(const std::string& file) {
   std::error_code none;
   if (std::filesystem::exists(file, none) && !std::filesystem::is_regular_file(file, none))
     throw library_error(file + ": it is not a file.");
-  // The loader looks for a name without a slash in its own places.
+  // The loader searches its own directories for a name without a slash.
   const std::string path = file.find('/') == std::string::npos ? "./" + file : file;
   static std::deque<loaded_library> libraries;
   const loaded_library& library = libraries.emplace_back(path, loaded_library::binding::at_once);

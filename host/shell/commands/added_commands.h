@@ -10,7 +10,7 @@
 
 namespace host {
 
-// A library of others that cannot be used: one line that names the file and what is wrong with it.
+// A library of others that cannot be used: one line with the file and the fault.
 struct added_library_error : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
@@ -19,7 +19,7 @@ struct added_library_error : std::runtime_error {
 // added_library_error; then the shell must not be used. Call it before the first command.
 void add_commands_of(const std::string& file);
 
-// The same of all command libraries in a directory, by name. A directory that does not exist has none.
+// Loads all command libraries of a directory, in the order of their names. A missing directory has none.
 void add_commands_in(const std::string& directory);
 
 // Loads the command library of a directory, the command libraries in its "pmsh" directory, and those that are named.

@@ -23,14 +23,14 @@ constexpr display kClockShown = {kClockDisplay, "clock", "clock"};
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"show clock", "The time of the shell's clock, in UTC", show_clock, kClockShown},
-    {"clock advance SECONDS", "Move the shell's clock on, and the traffic with it", advance_clock, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"show clock", "Time of the shell's clock, in UTC", show_clock, kClockShown},
+    {"clock advance SECONDS", "Advance the shell's clock and the simulated traffic", advance_clock, kSentences, nullptr, kEveryMode, command_effect::outside},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"advance", "Move it on"},
-    {"clock", "The clock of this shell"},
+    {"advance", "Advance the clock"},
+    {"clock", "Clock of this shell"},
 };
 
 }  // namespace

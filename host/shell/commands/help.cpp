@@ -55,7 +55,7 @@ int find_commands(const invocation& run) {
 // clang-format off
 constexpr command kCommands[] = {
     {"help", "All commands", help, kSentences},
-    {"find WORD", "The commands that have a word in their words or help", find_commands, kSentences},
+    {"find WORD", "Commands that contain a word", find_commands, kSentences},
 };
 // clang-format on
 

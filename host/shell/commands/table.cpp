@@ -20,28 +20,28 @@ constexpr const command_group* kGroups[] = {
 
 // The help of words that several groups have.
 constexpr word_help kCommonWords[] = {
-    {"all", "Every one of them"},
-    {"allowed", "The VLANs that they carry"},
-    {"brief", "A line for each"},
-    {"configure", "Go to the configuration"},
+    {"all", "All of them"},
+    {"allowed", "VLANs that trunks carry"},
+    {"brief", "One line for each interface"},
+    {"configure", "Enter the configuration"},
     {"counters", "Counters of interfaces"},
     {"description", "Descriptions"},
     {"detailed", "In detail"},
-    {"down", "Interfaces that are switched off, or stay down"},
+    {"down", "Interfaces that are down"},
     {"end", "Leave the configuration"},
     {"errors", "Only errors"},
     {"flowcontrol", "Flow control and pause frames"},
     {"interface", "Interfaces: settings, state and traffic"},
-    {"module", "A module, or only its ports"},
-    {"no", "Take a setting back"},
+    {"module", "A module or its ports"},
+    {"no", "Remove a setting or restore its default"},
     {"port-channel", "All port-channels"},
-    {"show", "Show what the switch knows"},
-    {"terminal", "This terminal"},
+    {"show", "Show information"},
+    {"terminal", "Settings of this terminal"},
     {"trunk", "Trunks"},
     {"up", "Only interfaces that are up"},
 };
 
-// The table with what was added.
+// The table with added commands.
 std::vector<command>& command_list() {
   static std::vector<command> commands = [] {
     std::vector<command> all;
@@ -62,7 +62,7 @@ std::string_view find_help(std::span<const word_help> words, std::string_view wo
   return known == words.end() ? std::string_view() : known->help;
 }
 
-// With how many equal words two commands begin.
+// The number of words that two commands share at their beginning.
 std::size_t num_common_words(const command_syntax& one, const command_syntax& other) {
   std::size_t count = 0;
   while (count < std::min(one.num_words, other.num_words) && one.words[count].text == other.words[count].text) ++count;

@@ -11,12 +11,12 @@ int set_screen_lines(const invocation& run) {
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"terminal length LINES", "Stop after so many lines in this session; 0: never", set_screen_lines, kSentences},
+    {"terminal length LINES", "Lines per screen in this session; 0: unlimited", set_screen_lines, kSentences},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"length", "Lines of a screen"},
+    {"length", "Lines per screen"},
 };
 
 }  // namespace

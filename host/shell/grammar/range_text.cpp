@@ -5,7 +5,7 @@
 namespace host {
 
 bool is_next(if_index_t first, if_index_t second) {
-  const index_fields one = take_apart(first), other = take_apart(second);
+  const index_fields one = decode_index(first), other = decode_index(second);
   if (one.type != other.type || one.subtype != other.subtype) return false;
   interface_number next = number_of(first);
   ++next.port;
@@ -25,7 +25,7 @@ std::vector<number_run> runs_of(std::span<const if_index_t> interfaces) {
 
 std::string range_text(const number_run& run) {
   const interface_number first = number_of(run.first), last = number_of(run.last);
-  const interface_word* const word = word_of(take_apart(run.first).type, first.family);
+  const interface_word* const word = word_of(decode_index(run.first).type, first.family);
   if (word == nullptr) return {};
   std::string text = interface_text(*word, first);
   if (run.last != run.first) text += "-" + std::to_string(last.sub_interface != 0 ? last.sub_interface : last.port);

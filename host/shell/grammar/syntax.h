@@ -24,14 +24,14 @@ struct number_argument {
 };
 
 inline constexpr number_argument kNumberArguments[] = {
-    {"MODULE", 1, MAX_SLOT + 1, "Number of a module", true},
-    {"PORT", 0, MAX_PORT, "Number of a management port"},
+    {"MODULE", 1, kMaxSlot + 1, "Number of a module", true},
+    {"PORT", 0, kMaxPort, "Number of a management port"},
     {"SECONDS", 1, 4'000'000'000, "A time in seconds"},
     {"INTERVAL", 1, 86'400, "Seconds from one reading to the next"},
     {"BYTES", 1, 65535, "A size in bytes"},
     {"COUNT", 0, 65535, "A number of credits or buffers"},
     {"VLAN", 1, 4094, "Number of a VLAN"},
-    {"CHANNEL", 1, MAX_CHANNEL, "Number of a port-channel"},
+    {"CHANNEL", 1, kMaxChannel, "Number of a port-channel"},
     {"CHANGES", 1, 20'000, "How many changes"},
     {"LINES", 0, 512, "Lines of a screen (0: no stops)"},
 };

@@ -79,8 +79,8 @@ void take_vocabulary(const function_finder& library) {
   set_vocabulary(words);
 }
 
-// Whether the segments of a library reach beyond the end of its file: the loader would map them, and touching them ends
-// the process. Anything else that is wrong with the file, the loader reports.
+// Whether the segments of a library reach beyond the end of its file: the loader would map them, and accessing them
+// would end the process. The loader reports all other faults of the file.
 bool is_cut(const std::string& file) {
   std::ifstream in(file, std::ios::binary | std::ios::ate);
   const auto size = static_cast<uint64>(std::max<std::streamoff>(in.tellg(), 0));
@@ -118,7 +118,7 @@ command_library load_command_library(const std::string& file) {
   command_library found;
   found.file = file;
   const function_finder common(file);
-  for (const named_handler& wanted : kHandlers) common.find(wanted.name, found.*wanted.handler);
+  for (const named_handler& requested : kHandlers) common.find(requested.name, found.*requested.handler);
   common.find("pm_cli_show_inband_port_config", the_inband_handler);
   found.show_inband = show_inband;
   common.find("pm_cli_if_index_enum_func", found.enumerate);

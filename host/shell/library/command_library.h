@@ -17,9 +17,9 @@ namespace host {
 
 using command_handler = uint32 (*)(paraminfo_t*);
 
-// What the shell calls of the command library; the contracts are in its public headers.
+// The functions of the command library that the shell calls; their contracts are in its public headers.
 struct command_library {
-  std::string file;  // that it was loaded from
+  std::string file;  // from which it was loaded
 
   // Rows and blocks, by kind of interface.
   command_handler show_ethernet = nullptr;
@@ -55,7 +55,7 @@ struct command_library {
   decltype(&pm_cli_set_port_config) set_port_config = nullptr;
   decltype(&print_cfg_status) print_refusals = nullptr;
 
-  // Clearing counters: of what the first argument names, and all of a kind.
+  // Clearing counters: of the interfaces in the first argument, and of all of a kind.
   decltype(&pm_cli_eth_clear_counters) clear_ethernet = nullptr;
   decltype(&pm_cli_clear_port_channel_counters) clear_port_channels = nullptr;
   decltype(&pm_cli_clear_counters) clear_others = nullptr;
@@ -76,8 +76,8 @@ struct library_error : std::runtime_error {
 // A shared object that stays loaded for the rest of the process.
 class loaded_library {
  public:
-  // What the library calls is looked for at the first call, or `at_once`. Throws library_error when the file cannot be
-  // loaded.
+  // Functions that the library calls are looked up at the first call, or `at_once`. Throws library_error when the file
+  // cannot be loaded.
   enum class binding { lazy, at_once };
   explicit loaded_library(const std::string& file, binding when = binding::lazy);
 

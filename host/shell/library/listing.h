@@ -1,4 +1,4 @@
-// Which interfaces there are: the port manager's listings, asked over the message transport.
+// The existing interfaces, from the port manager's listings over the message transport.
 #pragma once
 
 #include <cstddef>

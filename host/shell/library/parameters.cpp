@@ -10,16 +10,16 @@ namespace {
 
 constexpr uint32 kLastVsan = 4093;
 
-const char* name_of(const user* who) {
-  if (who != nullptr) return who->name.c_str();
+const char* name_of(const host::user* user) {
+  if (user != nullptr) return user->name.c_str();
   const char* const name = std::getenv("USER");
   return name == nullptr ? "" : name;
 }
 
-void set_vsans(vsan_bitset_t& set, const user* who) {
+void set_vsans(vsan_bitset_t& set, const host::user* user) {
   bitset_clear_all(&set);
-  if (who != nullptr && who->vsans) {
-    for (const uint16 vsan : *who->vsans) bitset_set(&set, vsan);
+  if (user != nullptr && user->vsans) {
+    for (const uint16 vsan : *user->vsans) bitset_set(&set, vsan);
     return;
   }
   for (uint32 vsan = 1; vsan <= kLastVsan; ++vsan) bitset_set(&set, vsan);
@@ -27,19 +27,19 @@ void set_vsans(vsan_bitset_t& set, const user* who) {
 
 }  // namespace
 
-command_parameters::command_parameters(const command_library& library, const user* who, mts_q_handle_t q,
+command_parameters::command_parameters(const command_library& library, const host::user* user, mts_q_handle_t q,
                                        uint32 command_id)
-    : library_(library), who_(who) {
+    : library_(library), user_(user) {
   block_.parameter_count = 1;
   block_.q = q;
   block_.command_id = command_id;
   block_.vtyname = isatty(STDIN_FILENO) != 0 ? ttyname(STDIN_FILENO) : nullptr;
-  block_.username = name_of(who);
+  block_.username = name_of(user);
   block_.session_id = static_cast<uint32>(getpid());
   block_.sup_state = SYSMGR_SUPSTATE_ACTIVE;
-  block_.user_mode_state = who != nullptr && !who->sees_counters ? VSH_USER_MODE_RESTRICTED : VSH_USER_MODE_FULL;
+  block_.user_mode_state = user != nullptr && !user->sees_counters ? VSH_USER_MODE_RESTRICTED : VSH_USER_MODE_FULL;
   block_.prc_mode = PRC_MODE_SHOW;
-  set_vsans(block_.vsan_mask, who);
+  set_vsans(block_.vsan_mask, user);
   interfaces_.type = PARAM_TYPE_INTERFACES;
   block_.arg_list[0] = &interfaces_;
   ranges_.size = sizeof ranges_;

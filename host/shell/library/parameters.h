@@ -18,7 +18,7 @@ namespace host {
 // is called.
 class command_parameters {
  public:
-  command_parameters(const command_library& library, const user* who, mts_q_handle_t q, uint32 command_id);
+  command_parameters(const command_library& library, const host::user* user, mts_q_handle_t q, uint32 command_id);
   command_parameters(const command_parameters&) = delete;
   command_parameters& operator=(const command_parameters&) = delete;
 
@@ -28,11 +28,11 @@ class command_parameters {
   // Argument 1: ranges of numbers.
   void add_number_ranges(std::span<const vlan_span> ranges);
 
-  // The block is for a setting, or for its "no" form: argument 0 are the interfaces, the tokens follow.
+  // The block is for a setting, or for its "no" form: argument 0 has the interfaces, the tokens follow.
   void begin_setting(bool is_no);
   void add_token(uint32 token_id, void* value);  // the value is the caller's; null: none
 
-  // Argument 0 are interfaces that the command creates, or deletes in its "no" form; they are to be verified.
+  // Argument 0 has interfaces that the command creates, or deletes in its "no" form; they need verification.
   void begin_creation(bool is_no);
 
   // The block for one interface, or for at most PARAM_MAX_RANGES ranges of a kind.
@@ -43,13 +43,13 @@ class command_parameters {
   void set_command_id(uint32 command_id) { block_.command_id = command_id; }
 
   const command_library& library() const { return library_; }
-  const user* who() const { return who_; }
+  const host::user* user() const { return user_; }
   mts_q_handle_t queue() const { return block_.q; }
   bool is_no() const { return block_.no_flag != 0; }
 
  private:
   const command_library& library_;
-  const user* who_;
+  const host::user* user_;
   paraminfo_t block_{};
   param_arg_t interfaces_{};
   param_arg_t number_argument_{};

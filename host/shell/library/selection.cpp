@@ -134,7 +134,7 @@ interfaces matching(const range_item& item, const interfaces& existing) {
   const std::vector<const interface_word*> words = words_in_order();
   std::vector<interfaces> of_words(words.size());
   for (const if_index_t it : existing) {
-    const interface_word* const word = word_of(take_apart(it).type, number_of(it).family);
+    const interface_word* const word = word_of(decode_index(it).type, number_of(it).family);
     const auto place = std::find(words.begin(), words.end(), word);
     if (place != words.end() && matches(item, it))
       of_words[static_cast<std::size_t>(place - words.begin())].push_back(it);
@@ -256,12 +256,12 @@ bool verify(command_parameters& command, std::span<const expanded_item> items, b
   });
 }
 
-bool is_restricted(const user* who) { return who != nullptr && who->vsans; }
+bool is_restricted(const host::user* user) { return user != nullptr && user->vsans; }
 
 // Takes the interfaces that the user may not see out of `found`. Nothing after the reason was printed.
 std::optional<interfaces> take_hidden(command_parameters& command, interfaces& found) {
   interfaces hidden;
-  if (!is_restricted(command.who())) return hidden;
+  if (!is_restricted(command.user())) return hidden;
   interfaces seen;
   for (const if_index_t if_index : found) {
     paraminfo_t* const block = command.for_interface(kind_of(if_index).mask, if_index);
@@ -273,16 +273,16 @@ std::optional<interfaces> take_hidden(command_parameters& command, interfaces& f
   return hidden;
 }
 
-// Takes the interfaces that the user may not see out of what is not named by numbers. False after the reason was
+// Removes the interfaces that the user may not see from items that are not named by numbers. False after the reason was
 // printed.
 bool hide(command_parameters& command, expanded_items& items) {
   return std::all_of(items.begin(), items.end(),
                      [&](expanded_item& it) { return it.span() != nullptr || take_hidden(command, it.found); });
 }
 
-std::string forbidden(const user& who, const interfaces& hidden) {
+std::string forbidden(const host::user& user, const interfaces& hidden) {
   constexpr std::size_t kNamed = 8;
-  std::string text = "not permitted: user '" + who.name + "' may not see ";
+  std::string text = "not permitted: user '" + user.name + "' may not see ";
   for (std::size_t i = 0; i < std::min(kNamed, hidden.size()); ++i) {
     char name[64];
     text.append(i == 0 ? "" : ", ").append(sprintf_if_index(name, hidden[i]));
@@ -297,7 +297,7 @@ void check_vsans(command_parameters& command, selection& chosen) {
     chosen.code = kServiceFailed;
   } else if (!hidden->empty()) {
     chosen.code = kNotPermitted;
-    chosen.complaint = forbidden(*command.who(), *hidden);
+    chosen.complaint = forbidden(*command.user(), *hidden);
   }
 }
 

@@ -9,7 +9,7 @@
 namespace host {
 namespace {
 
-// What other libraries added.
+// Views and handlers that other libraries added.
 std::deque<interface_view>& added_views() {
   static std::deque<interface_view> views;
   return views;

@@ -1,4 +1,4 @@
-// The views of "show interface": which kinds of interface the library shows in each, and what others add to them.
+// The views of "show interface": the kinds of interface that the library shows in each, and those that others add.
 #pragma once
 
 #include <span>
@@ -11,14 +11,14 @@
 
 namespace host {
 
-// The id for the in-band interface where the library has one of its own for it.
+// The id for the in-band interface where the library has a separate one.
 enum inband_id : uint32 {
   kInbandSame = 0,
   kInbandCounters = DISPLAY_COUNTERS,
   kInbandNothing = DISPLAY_COUNTERS_BRIEF
 };
 
-// The handlers of a view that another library added, for the kinds that the view is of.
+// The handlers of a view that another library added, for the kinds of the view.
 struct added_handlers {
   command_handler handler = nullptr;  // null: the view is the command library's, by kind
   command_handler header = nullptr;   // null: none
@@ -38,11 +38,11 @@ struct interface_view {
   uint32 command_id() const { return own.handler != nullptr ? own.command_id : id; }
 };
 
-// Adds a view of another library, which has no kinds when its command is about no interface. It stays for the rest of
-// the process. Call it before the first command, as provide_kinds().
+// Adds a view of another library, without kinds when its command has no interfaces. It stays for the rest of the
+// process. Call it before the first command, like provide_kinds().
 const interface_view* add_view(std::vector<if_index_type_t> kinds, const added_handlers& handlers);
 
-// Kinds of interface that another library shows in the place of the view's own handlers.
+// Kinds of interface that another library shows instead of the view's own handlers.
 struct provided_kinds {
   const interface_view* view;
   interface_mask_t kinds;
@@ -51,7 +51,7 @@ struct provided_kinds {
 };
 void provide_kinds(const provided_kinds& kinds);
 
-// What a handler of another library is called in errors, "NAME of FILE"; empty for a handler of the command library.
+// The name of another library's handler in errors, "NAME of FILE"; empty for a handler of the command library.
 void name_added_handler(command_handler handler, std::string name);
 std::string_view name_of_added_handler(command_handler handler);
 

@@ -14,7 +14,7 @@ namespace {
 
 command_output* the_running_output = nullptr;
 
-// Text that is lost is a failure of the command. The stream itself goes on: it also serves the commands that follow.
+// Lost text is a failure of the command. The stream stays usable for later commands.
 ssize_t write_printed(void*, const char* data, std::size_t size) {
   if (the_running_output == nullptr) return static_cast<ssize_t>(size);
   const bool is_taken = no_throw(false, [&] {
@@ -50,7 +50,7 @@ command_output::command_output(const output_settings& settings, line_filters& fi
   the_running_output = this;
 }
 
-// Colours take no room on a screen: they come after the pager.
+// Colours have no width: they come after the pager.
 void command_output::wire_chain(line_filters& filters) {
   line_sink* next = &write_;
   if (settings_.coloured && has_marks()) next = &colour_.emplace(*next);
@@ -157,7 +157,7 @@ bool command_output::end_interface() {
   return failed_;
 }
 
-// What no line bound comes from the service of values, when all that was asked for the interface was answered.
+// Values that no line bound come from the service of values, if it answered all requests for the interface.
 void command_output::fill_record() {
   if (!settings_.shown.has_values || if_index_ == 0 || is_discarding()) return;
   if (failed_) return document_->fill_failed();

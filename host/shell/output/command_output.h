@@ -1,7 +1,7 @@
 // The output of one command, from the first byte to the last.
 //
-// While it lives, a stream of the host replaces `stdout`: what the library prints with printf and puts, and what
-// it prints on the output channel, pass through it in order. It wires the chain that the lines pass (output/chain):
+// While it lives, a stream of the host replaces `stdout`: text that the library prints with printf and puts, and on the
+// output channel, passes through it in order. It wires the chain that the lines pass (output/chain):
 // they are gathered, made safe for a terminal, recorded in the document or filtered, paged, coloured and written.
 #pragma once
 
@@ -73,8 +73,7 @@ class command_output {
   }
   // Binds a value; it is stored when the output is structured.
   void bind(const cmd_tuple_t& tuple);
-  // Whether the value of the interface that is being shown is not known: it shows as "--", and bind_unknown() leaves
-  // null.
+  // Whether the value of the current interface is unknown: it shows as "--", and bind_unknown() leaves null.
   bool is_unknown(const cmd_tuple_t& tuple);
   void bind_unknown(const cmd_tuple_t& tuple);
   // Plain text with any number of lines.
@@ -87,26 +86,26 @@ class command_output {
   // The exit code of the command, for the document.
   void set_exit_code(int code) { exit_code_ = code; }
 
-  // How many records have each result, for the document.
+  // The number of records with each result, for the document.
   void set_summary(const result_summary& summary) {
     if (document_) document_->set_summary(summary);
   }
 
-  // The same as complain(), but not into the document.
+  // The same as complain(), but without the document.
   void print_complaint(std::string_view text);
 
   // A sentence for each service and client library that failed the command: to standard error, and into the document.
-  // Returns the exit code: that of a service that failed when there is one and `result` is none. To be called when the
+  // Returns the exit code: that of a failed service, if any, when `result` is kDone. To be called after the
   // command has run.
   int report_failures(int result);
 
-  // Ends the output, which then takes nothing more. Returns 0, or the errno with which writing it failed.
+  // Ends the output. Returns 0, or the errno with which writing failed.
   int finish();
 
-  // Shows what is printed so far, also when its line is not complete.
+  // Shows the text so far, including an incomplete line.
   void flush();
 
-  // While the result lives, nothing of progress is shown: the user is asked something.
+  // While the result lives, the progress line is hidden: the user is asked a question.
   std::optional<progress_line::pause> hold_progress();
 
   // ---- Interfaces.
@@ -136,7 +135,7 @@ class command_output {
   // Whether pipes ask for the cells of lines.
   bool needs_cells() const { return table_.has_value(); }
 
-  // Whether values of the display mark alarms and warnings.
+  // Whether values of the display can mark alarms and warnings.
   bool has_marks() const { return settings_.shown.has_marks; }
 
   // True when nothing more will be shown: the command was cancelled, the user left the pager, or writing failed.

@@ -10,7 +10,7 @@ enum exit_code {
   kSomeInterfacesFailed = 3,
   kNoSuchInterface = 4,  // or module
   kNotPermitted = 5,
-  kInterrupted = 130,  // as shells report a program that SIGINT ended
+  kInterrupted = 130,  // as in shells, for a program that SIGINT ended
 };
 
 }  // namespace host

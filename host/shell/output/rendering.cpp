@@ -67,7 +67,7 @@ const char* enum_text(enum_words words, uint32 value) {
   return nullptr;
 }
 
-// The words of a tuple as text.
+// The enumeration of a tuple's value.
 enum_words words_of(const cmd_tuple_t& tuple) {
   const binding* const bound = find_binding(tuple.id);
   if (bound == nullptr) return enum_words::number;

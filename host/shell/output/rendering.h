@@ -46,14 +46,14 @@ std::vector<std::string> all_words(enum_words words);
 std::string text_of_mac(const uint8* bytes);
 std::string text_of_ipv4(const uint8* bytes);
 
-// A moment as RFC 3339 has it, in UTC: "2026-01-31T23:59:59Z".
+// A time in RFC 3339 format, in UTC: "2026-01-31T23:59:59Z".
 std::string utc_text(std::time_t moment);
 
 // True when the tuple is bound to a text: by its code, or because its field is one.
 bool is_string(const cmd_tuple_t& tuple);
 
-// A mark of optical diagnostics: its text, empty for a value in its limits, and what it says of the value. A tuple that
-// is no mark says nothing.
+// A mark of optical diagnostics: its text, empty for a value within its limits, and its severity. A tuple that is not a
+// mark has none.
 std::string_view mark_text(uint32 mark);
 std::optional<severity> severity_of_mark(uint32 mark);
 std::optional<severity> severity_of_mark(const cmd_tuple_t& tuple);

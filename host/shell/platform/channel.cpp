@@ -1,4 +1,4 @@
-// The output channel: what platform/cmd_channel.h declares of printing.
+// The output channel: the print functions of platform/cmd_channel.h.
 #include <algorithm>
 #include <array>
 #include <cstdarg>
@@ -110,7 +110,7 @@ void print_cell(command_output& output, const placeholder& cell, const cmd_tuple
 
 void print(command_output& output, const char* format, std::va_list tuples) {
   while (*format != '\0') {
-    line_gatherer& line = output.line();  // after all that was printed before
+    line_gatherer& line = output.line();  // after earlier text
     line.set_of_channel();
     const std::size_t literal = std::string_view(format).find_first_of("%\n");
     line.current().append(format, std::min(literal, std::char_traits<char>::length(format)));
@@ -134,7 +134,7 @@ command_output* output_of(const cmd_rx_handle_t* handle) {
   return handle == &the_handle ? command_output::running() : nullptr;
 }
 
-// Prints; what cannot be printed is a failure of the command.
+// Prints; a failure to print is a failure of the command.
 template <typename Print>
 void print_or_note_failure(command_output& output, Print print_all) {
   const bool is_printed = no_throw(false, [&] {
@@ -174,8 +174,7 @@ void cmd_print_short(cmd_rx_handle_t* rx_handle) {
   if (command_output* const output = host::output_of(rx_handle)) output->line().set_short_names();
 }
 
-// Lines are shown as the command's output leaves; there is nothing to wait for here but text in the library's own
-// buffer.
+// Lines are shown by the command's output; only text in the library's own buffer is flushed here.
 void cmd_prt_send(cmd_rx_handle_t* rx_handle) {
   if (command_output* const output = host::output_of(rx_handle))
     host::print_or_note_failure(*output, [output] { output->line(); });

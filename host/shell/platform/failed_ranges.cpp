@@ -1,4 +1,4 @@
-// Records of the ranges that failed: what platform/cmd_channel.h declares of them.
+// Records of the ranges that failed: the functions of platform/cmd_channel.h for them.
 #include <cstdio>
 #include <new>
 #include <string>
@@ -15,7 +15,7 @@
 namespace {
 
 struct range_record {
-  mrange_handle_t head{};  // what the library holds; must stay first
+  mrange_handle_t head{};  // the library's pointer; must stay first
   std::vector<if_index_range_t> ranges;
   range_record* handed_over_before = nullptr;
 };
@@ -36,7 +36,7 @@ std::string text_of(const if_index_range_t& range) {
          (differ_in_port_alone(low, high) ? std::to_string(high.port) : sprintf_if_index(name, range.high));
 }
 
-// Ranges that follow each other are one.
+// Consecutive ranges become one.
 std::vector<if_index_range_t> joined(const std::vector<if_index_range_t>& ranges) {
   std::vector<if_index_range_t> found;
   for (const if_index_range_t& range : ranges) {
@@ -76,7 +76,7 @@ mrange_handle_t* cmd_mrange_create(uint32 token_id) {
   return &record->head;
 }
 
-// A range for which there is no memory is left out, which is a failure of the command.
+// Without memory a range is omitted, which is a failure of the command.
 void cmd_mrange_range_add(mrange_handle_t* ranges, if_index_t first, if_index_t last) {
   if (ranges == nullptr) return;
   range_record* const record = record_of(ranges);

@@ -19,7 +19,7 @@ namespace {
 constexpr std::string_view kClearInband = "echo > /proc/vexa/hw/inband/dicounts";
 constexpr char kInbandDevice[] = "eth2";
 
-// As a shell reports a command that it does not find.
+// The exit status of a shell for an unknown command.
 constexpr int kNotRun = 127 << 8;
 
 using open_function = void* (*)(const char*, int);
@@ -29,7 +29,7 @@ open_function next_dlopen() {
   return next;
 }
 
-// Whether a library has all that the command library takes from it; a function that is missing is noted.
+// Whether a library has all functions that the command library looks up; missing ones are noted.
 bool has_functions(void* opened, const client_library& library) {
   bool has_all = true;
   for (const char* const function : library.functions) {
@@ -40,8 +40,8 @@ bool has_functions(void* opened, const client_library& library) {
   return has_all;
 }
 
-// Opens a client library; what is missing is noted as a failure of the command. Client libraries are not unloaded:
-// those that are complete are looked through once.
+// Opens a client library; missing parts are noted as a failure of the command. Client libraries are not unloaded:
+// complete ones are checked once.
 void* open_client_library(const client_library& library, int mode) {
   void* const opened = next_dlopen()(library.file, mode);
   if (opened == nullptr) {
@@ -70,7 +70,7 @@ extern "C" time_t time(time_t* result) noexcept {
   return now;
 }
 
-// Runs no command. What the in-band driver would do is applied to the device of the in-band interface.
+// Runs no command. The effect of the in-band driver is applied to the device of the in-band interface.
 extern "C" int system(const char* command) {
   if (command == nullptr) return 0;
   return host::no_throw(-1, [command] {

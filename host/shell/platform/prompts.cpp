@@ -1,4 +1,4 @@
-// What platform/vsh.h declares: questions to the user, and the shell's texts for transport failures.
+// The functions of platform/vsh.h: questions to the user, and the shell's texts for transport failures.
 #include "shell/platform/prompts.h"
 
 #include <unistd.h>

@@ -8,7 +8,7 @@ namespace host {
 // From now on every question is answered with yes.
 void assume_yes();
 
-// From now on nobody is asked: a question is answered as without a terminal.
+// From now on no question is asked: each is answered as without a terminal.
 void ask_nobody();
 
 // Asks a question with yes or no. Without a terminal the answer is yes, as with assume_yes().

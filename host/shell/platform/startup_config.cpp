@@ -1,4 +1,4 @@
-// What platform/startup_config.h declares: every command of this shell is about the running configuration.
+// The functions of platform/startup_config.h: every command of this shell uses the running configuration.
 #include "platform/startup_config.h"
 
 uint32 acfg_pinfo_cfg_type_get(const paraminfo_t*) { return ACFG_RUNNING; }

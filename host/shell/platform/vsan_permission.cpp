@@ -1,4 +1,4 @@
-// What the platform asks of the shell: whether its user may see a port, and whether some VSANs are all that he sees.
+// Permissions of the shell's user: whether a port is visible, and whether the user is restricted to some VSANs.
 #include "platform/vsan.h"
 #include "platform/vsh.h"
 #include "switch/model.h"
@@ -6,8 +6,8 @@
 
 uint32 vsh_is_user_vsan_restricted(const paraminfo_t* param) {
   if (param == nullptr || param->username == nullptr) return 0;
-  const host::user* const who = host::the_machine().find_user(param->username);
-  return who != nullptr && who->vsans ? 1 : 0;
+  const host::user* const user = host::the_machine().find_user(param->username);
+  return user != nullptr && user->vsans ? 1 : 0;
 }
 
 boolean vsh_fc_intf_perm_check(const vsh_fc_intf_perm_check_info_t* info) {

@@ -12,11 +12,11 @@ namespace {
 constexpr std::string_view kBeginning =
     "# Commands of pmsh\n"
     "\n"
-    "This page is made from the shell's tables: `pmsh --print-command-reference`.\n"
+    "This page is generated from the shell's tables: `pmsh --print-command-reference`.\n"
     "\n"
-    "Every word may be abbreviated as long as it is unique. TAB completes a word, `?` lists what may come next. Words "
+    "Words may be abbreviated as long as they are unique. TAB completes a word, `?` lists what may come next. Words "
     "in\n"
-    "brackets may be left out; words in capital letters stand for what the user names.\n";
+    "brackets are optional; words in capital letters are arguments.\n";
 
 void heading(std::string& page, std::string_view text) { page.append("\n## ").append(text).append("\n\n"); }
 
@@ -41,19 +41,18 @@ struct command_section {
 constexpr command_section kSections[] = {
     {"Commands", [](uint8 modes) { return (modes & kExecMode) != 0; },
      "The last column names the definition in [schema.json](schema.json) that the output of `| json` follows.\n"
-     "Without a RANGE a command shows all interfaces that have its display and that the user may see.\n"},
+     "Without a RANGE a command shows all interfaces that have its display and are visible to the user.\n"},
     {"In the configuration", [](uint8 modes) { return (modes & (kExecMode | kConfigureMode)) == kConfigureMode; },
      "The commands above can be typed here, too, except `configure`.\n"},
     {"Settings of the chosen interfaces", [](uint8 modes) { return modes == kInterfaceMode; },
-     "They follow `interface RANGE` and are for all of it. What refuses is reported by error, with `| json` as a "
-     "record "
-     "for\neach port.\n"},
+     "They follow `interface RANGE` and apply to the whole range. Refusals are reported by error, with `| json` in a\n"
+     "record for each port.\n"},
 };
 
 void add_commands(std::string& page) {
   for (const command_section& section : kSections) {
     heading(page, section.title);
-    page += "| Command | What it shows or does | JSON |\n|---|---|---|\n";
+    page += "| Command | Description | JSON |\n|---|---|---|\n";
     for (const command& entry : all_commands()) {
       if (!section.has(entry.modes)) continue;
       page.append("| `").append(entry.syntax.text).append("` | ").append(entry.help).append(" | ");
@@ -70,8 +69,8 @@ void add_arguments(std::string& page) {
   row(page, "RANGE",
       "Interfaces: `ethernet 1/1-4, 1/7`, `e1/1-4,6`, `ethernet1/1-ethernet1/4`, `all`, `\"e*1/[1-3]\"`; see below");
   row(page, "FILE", "Name of a file");
-  row(page, "WORD", "Part of a command or of its help, in small or capital letters");
-  row(page, "TEXT", "The rest of the line; in quotes when it contains `|`");
+  row(page, "WORD", "Part of a command or of its help, in lower or upper case");
+  row(page, "TEXT", "Rest of the line; in quotes when it contains `|`");
   row(page, "COMMAND", "A command with its arguments; after `watch` a `show` command");
   for (const number_argument& number : kNumberArguments)
     row(page, number.name,
@@ -80,7 +79,7 @@ void add_arguments(std::string& page) {
 
 void add_interfaces(std::string& page) {
   heading(page, "Interfaces");
-  table_head(page, "Written", "What it is");
+  table_head(page, "Name", "Interface");
   for (const interface_word& word : kInterfaceWords) {
     std::string number = word.form == number_form::kSlotPort ? "SLOT/PORT" : "NUMBER";
     if (word.has_sub_interfaces) number += "[.SUB-INTERFACE]";
@@ -108,9 +107,9 @@ void add_ranges(std::string& page) {
 }
 
 void add_pipes(std::string& page) {
-  heading(page, "Behind a command");
-  page += "Any number of these may follow; each works on the lines that the one in front lets through.\n\n";
-  table_head(page, "Written", "What it does");
+  heading(page, "Pipes");
+  page += "A command may end with any number of pipes; each works on the output of the previous one.\n\n";
+  table_head(page, "Pipe", "Result");
   for (const pipe_word& word : kPipeWords)
     row(page, "| " + std::string(word.word) + std::string(syntax_of(word.argument)), word.help);
 }

@@ -1,4 +1,4 @@
-// What is published of the shell, made of its own tables: docs/commands.md and docs/schema.json.
+// The published documents, generated from the shell's tables: docs/commands.md and docs/schema.json.
 #pragma once
 
 #include <string>

@@ -14,8 +14,8 @@
 namespace host {
 namespace {
 
-// A definition that fields refer to. Its name begins with "value_", which no display's does. MODES stands for the words
-// of VLAN modes.
+// A definition that fields refer to. Its name begins with "value_", which no display's does. MODES is replaced by
+// the words of VLAN modes.
 struct value_definition {
   std::string_view name;
   std::string_view schema;
@@ -99,7 +99,7 @@ std::string member_for_definition(std::string_view definition) {
 
 std::string reference_to(std::string_view definition) { return "{" + member_for_definition(definition) + "}"; }
 
-// What a property is called and means. Neither text needs escapes.
+// The title and the description of a property. Neither text needs escapes.
 struct property_texts {
   std::string_view title;
   std::string_view description;
@@ -214,7 +214,7 @@ void write_message(json_writer& json) {
   });
 }
 
-// A list of what `write_item` writes.
+// A list of items that `write_item` writes.
 template <typename WriteItem>
 void write_list(json_writer& json, std::string_view name, const property_texts& texts, WriteItem write_item) {
   json.key(name);

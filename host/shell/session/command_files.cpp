@@ -20,10 +20,10 @@ namespace {
 
 constexpr uint32 kMostNestedFiles = 8;
 
-// The lines of a file, which is read to its end first; those of standard input as they come.
+// The lines of a file, which is read completely first; those of standard input as they arrive.
 class input_lines {
  public:
-  // Without a text of its own: standard input.
+  // Without a text: standard input.
   explicit input_lines(std::optional<std::string> text) : text_(std::move(text)) {}
   ~input_lines() { std::free(typed_); }
   input_lines(const input_lines&) = delete;
@@ -51,7 +51,7 @@ class input_lines {
   std::size_t size_ = 0;
 };
 
-// How messages name a file.
+// The name of a file in messages.
 std::string shown_name(const std::string& path) { return path == "-" ? "standard input" : path; }
 
 int run_lines(shell& session, input_lines& lines, const std::string& shown) {

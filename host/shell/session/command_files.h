@@ -27,12 +27,13 @@ struct command_text {
 };
 command_text read_commands(const std::string& path, bool is_startup);
 
-// Runs the commands of a file; "-" is standard input, "startup-config" what was stored. Lines that begin with "!" or
-// "#" are comments. It stops at the first command that fails and says where, unless the session keeps going. Returns
-// the first exit code that is not 0.
+// Runs the commands of a file; "-" is standard input, "startup-config" the stored settings. Lines that begin with "!"
+// or
+// "#" are comments. It stops at the first command that fails and reports its line, unless the session keeps going.
+// Returns the first exit code that is not 0.
 int run_file(shell& session, const std::string& name);
 
-// What "copy FILE running-config" came to.
+// The result of "copy FILE running-config".
 struct copied_file {
   struct line {
     bool is_error;
@@ -41,16 +42,16 @@ struct copied_file {
 
   std::string path;
   int code = kDone;
-  std::vector<line> lines;  // that the commands of the file printed, when they were collected
+  std::vector<line> lines;  // printed by the commands of the file, if collected
 };
 
-// Runs the commands of the file that a line names, or of the startup-config without one. One output can run at a time,
-// so that of the line itself begins after the last command of the file. Each command has an output of its own, which
-// goes where that of a typed line goes; or, with `is_collected`, into the result, so that the line's filters and its
-// document take it. The session keeps its mode; "exit" ends the file only.
+// Runs the commands of the file that a line names, or of the startup-config without one. Only one output can run at a
+// time, so the output of the line itself begins after the last command of the file. Each command has its own output,
+// which goes where that of a typed line goes, or, with `is_collected`, into the result for the line's filters and
+// document. The session keeps its mode; "exit" ends the file only.
 copied_file run_for_copy(shell& session, const command_line& line, bool is_collected);
 
-// Puts the result into the output of the line. Returns the exit code.
+// Writes the result to the output of the line. Returns the exit code.
 int report(const copied_file& copied, command_output& output);
 
 }  // namespace host

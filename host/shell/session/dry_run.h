@@ -1,4 +1,4 @@
-// Commands that are tried and change nothing.
+// Tries commands without changing anything.
 #pragma once
 
 #include "platform/types.h"
@@ -10,10 +10,10 @@ struct command_line;
 struct invocation;
 struct shell;
 
-// As long as it lives the session's commands run on a copy of the machine.
+// While it lives, the session's commands run on a copy of the machine.
 class dry_run {
  public:
-  // For all that the session does, or until the configuration is left that a line of so many files in each other began.
+  // For the whole session, or until the configuration is left that a line in so many nested files began.
   static constexpr uint32 kWholeSession = UINT32_MAX;
   explicit dry_run(uint32 num_files);
 
@@ -30,7 +30,7 @@ class dry_run {
 // moves the clock.
 bool is_skipped_in_dry_run(const command_line& line);
 
-// Says that the command was skipped.
+// Reports that the command was skipped.
 int skip_in_dry_run(const invocation& run);
 
 // The configuration was left: ends the dry run that began with it. `configure` in a file that a dry run reads neither

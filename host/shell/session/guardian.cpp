@@ -24,7 +24,7 @@
 namespace host {
 namespace {
 
-// Orders to the guardian: a byte, for kBegin followed by the seconds.
+// Requests to the guardian: a byte, for kBegin followed by the seconds.
 enum : char { kBegin = 'b', kConfirm = 'c', kRollBack = 'r' };
 
 // Its answers: first kReady, at the end one of the others.
@@ -49,8 +49,8 @@ bool receive_message(int socket, message& it) {
 
 using clock = std::chrono::steady_clock;
 
-// Lets go of all open files but one. Their descriptors stay in use, because objects of the shell may close theirs later
-// and must not hit another file.
+// Closes all open files except one. Their descriptors stay in use, because objects of the shell may close them later
+// and must not close another file.
 void release_files_but(int kept, int nowhere) {
   std::vector<int> open_ones;
   if (DIR* const directory = opendir("/proc/self/fd"); directory != nullptr) {
@@ -62,8 +62,7 @@ void release_files_but(int kept, int nowhere) {
     if (descriptor > STDERR_FILENO && descriptor != kept) dup2(nowhere, descriptor);
 }
 
-// The process gets a session of its own, keeps no file of the shell open but its socket, and outlives what ends the
-// shell.
+// The process has its own session, keeps only its socket open, and survives the signals that end the shell.
 void leave_shell(int socket) {
   setsid();
   for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGTSTP, SIGPIPE}) std::signal(signal, SIG_IGN);
@@ -72,7 +71,7 @@ void leave_shell(int socket) {
   release_files_but(socket, nowhere);
 }
 
-// Of devices that cannot be read, none is changed back: a kernel that is out of memory may have some a little later.
+// Nothing is rolled back while the devices cannot be read: a kernel that is out of memory may have some a little later.
 uint32 roll_back_devices(const machine_changes& back) {
   constexpr uint32 kTries = 10;
   for (uint32 i = 0; i < kTries; ++i) {
@@ -92,7 +91,7 @@ int milliseconds_until(const std::optional<clock::time_point>& deadline) {
   return static_cast<int>(std::clamp<std::int64_t>(left, 0, std::numeric_limits<int>::max()));
 }
 
-// True when the changes were confirmed, false when they are to be taken back.
+// True when the changes were confirmed, false when they must be rolled back.
 bool wait_for_confirmation(int socket) {
   std::optional<clock::time_point> deadline;
   for (;;) {
@@ -151,7 +150,7 @@ bool guardian::has_ended() const {
   return socket_ < 0 || recv(socket_, &answer, sizeof answer, MSG_PEEK | MSG_DONTWAIT) == sizeof answer;
 }
 
-// A guardian that ends without an answer was killed: nothing is taken back any more.
+// A guardian that ends without an answer was killed and no longer rolls back.
 bool guardian::confirm() {
   if (socket_ < 0) return false;
   send_message(socket_, {kConfirm, 0});

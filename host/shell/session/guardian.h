@@ -1,4 +1,4 @@
-// A process of its own that takes changes of the kernel's devices back when the shell cannot.
+// A separate process that rolls back changes of the kernel's devices when the shell cannot.
 #pragma once
 
 #include <memory>
@@ -9,29 +9,29 @@
 
 namespace host {
 
-// Whatever ends this process, its connection or its session, takes the changes back: the guardian then finds that the
-// other end of its socket is gone.
+// The end of this process, of its connection or of its session rolls the changes back: the guardian then finds the
+// other end of its socket closed.
 class guardian {
  public:
   // Starts it, before the changes that `back` reverses are made. Null when it cannot start; `error` says why.
   static std::unique_ptr<guardian> start(const machine_changes& back, std::string& error);
 
-  // Takes the changes back unless they were confirmed.
+  // Rolls the changes back unless they were confirmed.
   ~guardian();
   guardian(const guardian&) = delete;
   guardian& operator=(const guardian&) = delete;
 
-  // The changes were made: they are taken back after so many seconds of the machine's time.
+  // The changes were made: they are rolled back after this time of the machine's clock.
   void begin(uint32 seconds);
 
-  // True when the guardian has taken the changes back. One that was killed has not: the shell's own clock then decides.
+  // True when the guardian has rolled the changes back. If it was killed, the shell's own clock decides.
   bool has_ended() const;
 
-  // Ends it without taking them back. False when it took them back before that.
+  // Ends it without a rollback. False when it had already rolled back.
   bool confirm();
 
-  // Has it take them back now, if it has not yet, and waits. Returns how many interfaces refused that; nothing when the
-  // guardian was killed and they are still there.
+  // Requests the rollback now, unless it is done, and waits. Returns how many interfaces refused; nothing when the
+  // guardian was killed and the changes remain.
   std::optional<uint32> roll_back();
 
  private:

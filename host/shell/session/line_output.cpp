@@ -33,7 +33,7 @@ bool terminal_can_page() {
 void set_display(output_settings& settings, const shell& session, const command_line& line) {
   settings.shown = line.what->shown;
   settings.command = line.text;
-  settings.hides_traffic = session.who != nullptr && !session.who->sees_counters;
+  settings.hides_traffic = session.user != nullptr && !session.user->sees_counters;
   settings.is_cancelled = was_interrupted;
 }
 

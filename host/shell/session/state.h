@@ -33,7 +33,7 @@ struct shell {
   command_library library;
   std::string switch_name;
   std::string switch_file;                  // empty: a generated switch, or the devices of the kernel
-  const user* who = nullptr;                // null: all rights
+  const host::user* user = nullptr;         // null: all rights
   const output_settings* output = nullptr;  // of a program that embeds the shell; null: standard output
   bool is_interactive = false;
   std::optional<uint32> screen_lines;  // of "terminal length"; 0: output does not stop; none: as the terminal reports

@@ -1,4 +1,4 @@
-// Where the shell keeps what outlives it.
+// The place of the shell's persistent files.
 #pragma once
 
 #include <string>
@@ -10,8 +10,7 @@ namespace host {
 // no place for it.
 std::string state_file(std::string_view name);
 
-// Creates the directories in front of the last part of a path. Returns 0, or the errno of the first that is not there
-// and cannot be created.
+// Creates the parent directories of a path. Returns 0, or the errno of the first missing one that cannot be created.
 int make_directories_of(const std::string& path);
 
 }  // namespace host

@@ -1,4 +1,4 @@
-// A commit that is taken back unless it is confirmed.
+// A commit that is rolled back unless it is confirmed.
 #pragma once
 
 #include <memory>
@@ -19,16 +19,16 @@ struct unconfirmed_commit {
   std::unique_ptr<guardian> keeper = {};  // of the kernel's devices; null: their state ends with the shell
 };
 
-// To be called before a line runs: takes a commit back whose time is over, and says so.
+// To be called before a line runs: rolls back a commit whose time is over, with a message.
 void check_confirmation(shell& session);
 
-// Keeps the commit that waits. False, after an error, when its time was over: it was taken back.
+// Keeps the commit that waits. False, after an error, when its time was over and it was rolled back.
 bool confirm_commit(shell& session);
 
-// The session ends: a commit that is not confirmed is taken back, which is said. Returns the exit code.
+// The session ends: rolls back an unconfirmed commit, with a message. Returns the exit code.
 int end_unconfirmed_commit(shell& session);
 
-// True, after a complaint, when a commit waits for its confirmation: nothing else may be changed meanwhile.
+// True, after an error, when a commit waits for its confirmation: nothing else may be changed meanwhile.
 bool is_waiting_for_confirmation(const invocation& run);
 
 }  // namespace host

@@ -17,7 +17,7 @@ struct time_unit {
 };
 constexpr time_unit kTimeUnits[] = {{'w', 604800}, {'d', 86400}, {'h', 3600}, {'m', 60}, {'s', 1}};
 
-// Takes a number off the front of a text. False when there is none.
+// Reads and removes a number at the beginning of a text. False when there is none.
 bool take_number(std::string_view& text, uint32& number) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc()) return false;
@@ -31,7 +31,7 @@ bool take_mark(std::string_view& text, char mark) {
   return true;
 }
 
-// "4" or "4-7" off the front of a list of VLANs.
+// Reads and removes "4" or "4-7" at the beginning of a list of VLANs.
 bool take_vlans(std::string_view& text, std::vector<uint16>& vlans) {
   uint32 low = 0;
   if (!take_number(text, low)) return false;
@@ -98,7 +98,7 @@ uint16 read_vlan(const yaml_value& value) { return static_cast<uint16>(value.num
 
 namespace {
 
-// `what` is what the numbers stand for.
+// `what` names the numbers in errors.
 std::vector<uint16> read_id_list(const yaml_value& value, const std::string& what) {
   std::string_view text = value.text();
   std::vector<uint16> vlans;

@@ -1,4 +1,4 @@
-// The words and short notations of switch files for what the model holds as numbers.
+// The words and short notations of switch files for numbers of the model.
 #pragma once
 
 #include <vector>
@@ -24,7 +24,7 @@ inline constexpr word_value kModuleWords[] = {
 
 enum : uint8 { kReasonNone = 2, kReasonAdminDown = 12, kReasonSfpAbsent = 29 };
 
-// Words of our own first, then the short word of each family of reasons with the family's first reason.
+// The host's own words first, then the short word of each family of reasons with the family's first reason.
 inline constexpr word_value kReasonWords[] = {
     {"up", 2},
     {"admin-down", 12},
@@ -111,7 +111,7 @@ inline constexpr word_value kRateModeBits[] = {{"dedicated", CRDCFG_RATE_DEDICAT
 // Seconds of "3d4h30m10s"; weeks ("w") too.
 uint32 read_duration_sec(const yaml_value& value);
 
-// A moment as seconds since 1970: "never" (0), such a number, or a duration that looks back from `now_sec`.
+// A moment as seconds since 1970: "never" (0), such a number, or a duration before `now_sec`.
 uint32 read_moment_sec(const yaml_value& value, uint32 now_sec);
 
 mac_address read_mac(const yaml_value& value);

@@ -25,7 +25,7 @@ std::string name_of(if_index_t if_index) {
 }
 
 bool is_kind(if_index_t if_index, std::initializer_list<if_index_type_t> kinds) {
-  return std::find(kinds.begin(), kinds.end(), take_apart(if_index).type) != kinds.end();
+  return std::find(kinds.begin(), kinds.end(), decode_index(if_index).type) != kinds.end();
 }
 
 bool is_channel(if_index_t if_index) { return is_kind(if_index, {IF_TYPE_PORT_CHANNEL, IF_TYPE_ETH_PORT_CHANNEL}); }
@@ -34,13 +34,13 @@ bool is_always_layer_2(if_index_t if_index) {
   return is_kind(if_index, {IF_TYPE_ETHERNET, IF_TYPE_SATELLITE, IF_TYPE_VETHERNET});
 }
 
-// Whether an interface stands in a slot that holds a card.
+// Whether an interface needs a card in its slot.
 bool needs_card(if_index_t if_index) {
-  const index_fields fields = take_apart(if_index);
-  return fields.shape == index_shape::kSlotPort && fields.type != IF_TYPE_MGMT;
+  const index_fields fields = decode_index(if_index);
+  return fields.shape == index_shape::slot_port && fields.type != IF_TYPE_MGMT;
 }
 
-// Puts the interface's own number where the description of a range says "{port}".
+// Replaces "{port}" in the description of a range by the interface's number.
 void number_description(interface& port) {
   constexpr std::string_view kPlace = "{port}";
   const std::size_t at = port.settings.description.find(kPlace);
@@ -103,10 +103,10 @@ class builder {
     return nullptr;
   }
 
-  const capability_profile& profile_named(const file_reference& wanted) const {
+  const capability_profile& profile_named(const file_reference& requested) const {
     for (const capability_profile& it : draft_.profiles)
-      if (it.name == wanted.text) return it;
-    fail(wanted.line, "there is no profile '" + wanted.text + "'");
+      if (it.name == requested.text) return it;
+    fail(requested.line, "there is no profile '" + requested.text + "'");
   }
 
   // One interface
@@ -116,7 +116,7 @@ class builder {
     refuse_misplaced(placed.if_index, entry);
     interface port = entry.attributes;
     port.if_index = placed.if_index;
-    if (const uint32 unit = take_apart(port.if_index).unit; unit != 0) port.satellite_unit = unit;
+    if (const uint32 unit = decode_index(port.if_index).unit; unit != 0) port.satellite_unit = unit;
     number_description(port);
     set_layer(entry, port);
     set_capabilities(entry, port);
@@ -127,7 +127,7 @@ class builder {
   }
 
   void refuse_misplaced(if_index_t if_index, const interface_draft& entry) const {
-    const index_fields fields = take_apart(if_index);
+    const index_fields fields = decode_index(if_index);
     if (needs_card(if_index) && card_in(fields.slot) == nullptr)
       fail(entry.line, name_of(if_index) + ": slot " + std::to_string(fields.slot + 1) + " holds no card");
     if (fields.sub_interface != 0 && !exists(parent_of(if_index)))
@@ -148,7 +148,7 @@ class builder {
     const bool is_sub_interface = if_index_is_sub_intf(port.if_index) != 0;
     port.settings.layer = entry.layer.value_or(std::get<uint32>(usual_layer(port)));
     if (is_always_layer_2(port.if_index) && !is_sub_interface && port.settings.layer != IF_LAYER_2)
-      fail(entry.line, name_of(port.if_index) + " is of a kind that is never routed");
+      fail(entry.line, name_of(port.if_index) + " cannot be routed");
     if (port.settings.admin_mode == 0) follow_layer(port);
     if (entry.allowed_vlans)
       port.settings.allowed_vlans = *entry.allowed_vlans;
@@ -157,18 +157,18 @@ class builder {
   }
 
   void set_capabilities(const interface_draft& entry, interface& port) const {
-    const card_draft* const card = needs_card(port.if_index) ? card_in(take_apart(port.if_index).slot) : nullptr;
-    file_reference wanted = entry.profile;
-    if (wanted.text.empty() && card != nullptr) wanted = card->profile;
+    const card_draft* const card = needs_card(port.if_index) ? card_in(decode_index(port.if_index).slot) : nullptr;
+    file_reference requested = entry.profile;
+    if (requested.text.empty() && card != nullptr) requested = card->profile;
     transceiver_choice module = entry.module;
-    if (!wanted.text.empty()) {
-      const capability_profile& profile = profile_named(wanted);
+    if (!requested.text.empty()) {
+      const capability_profile& profile = profile_named(requested);
       port.capabilities = profile.capabilities;
       if (!module.is_given) module = profile.module;
     }
     if (port.capabilities.model.empty() && card != nullptr) port.capabilities.model = card->data.model;
     if (entry.module.is_given && !port.capabilities.transceiver)
-      fail(entry.line, name_of(port.if_index) + " takes no transceiver");
+      fail(entry.line, name_of(port.if_index) + " has no receptacle for a transceiver");
     if (!port.capabilities.transceiver || if_index_is_sub_intf(port.if_index)) return;
     if (port.state_reason == kReasonSfpAbsent) module = {};
     port.module_in_port = module.module;
@@ -176,7 +176,7 @@ class builder {
     if (port.capabilities.type.empty()) port.capabilities.type = module.media;
   }
 
-  // A module without a page of its own has that of its medium, and diagnostics when the page says so.
+  // A module without its own page gets that of its medium, and diagnostics by the page.
   static void finish_module(interface& port, const transceiver_choice& chosen) {
     transceiver& module = *port.module_in_port;
     if (module.eeprom.empty()) module.eeprom = module_image(chosen.media, port.if_index);
@@ -194,7 +194,7 @@ class builder {
     if (port.router_mac == mac_address{}) port.router_mac = draft_.base_mac;
   }
 
-  // The counters run since they were cleared, at most as long as the traffic flows.
+  // Counters start with the last clear, or later with the traffic.
   uint32 counted_sec(const interface_draft& entry) const {
     const uint32 flowing_sec = entry.traffic->uptime_sec.value_or(draft_.uptime_sec);
     const uint32 last_clear_sec = entry.attributes.stats.last_clear_sec;
@@ -219,7 +219,7 @@ class builder {
 
   // References
 
-  // What the references of an entry point to.
+  // The targets of an entry's references.
   struct reference_targets {
     if_index_t channel = 0;
     if_index_t bound_to = 0;
@@ -254,11 +254,11 @@ class builder {
                               ? is_kind(member, {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE})
                               : is_kind(member, {IF_TYPE_FC, IF_TYPE_ETHERNET});
     if (if_index_is_sub_intf(member))
-      fail(entry.channel.line, name_of(member) + ": a sub-interface joins no port-channel");
+      fail(entry.channel.line, name_of(member) + ": a sub-interface cannot join a port-channel");
     if (!can_join)
       fail(entry.channel.line, name_of(member) + " cannot join " + name_of(channel) + ": a port-channel of kind " +
-                                   std::to_string(take_apart(channel).type) + " takes no interface of kind " +
-                                   std::to_string(take_apart(member).type));
+                                   std::to_string(decode_index(channel).type) + " takes no interface of kind " +
+                                   std::to_string(decode_index(member).type));
   }
 
   if_index_t single(const file_reference& reference, const std::string& text) const {
@@ -288,15 +288,15 @@ class builder {
       if (channel == 0) continue;
       const if_index_t member = placed_[i].if_index;
       const if_index_t first = first_members.emplace(channel, member).first->second;
-      if (take_apart(first).type != take_apart(member).type)
+      if (decode_index(first).type != decode_index(member).type)
         fail(draft_.interfaces[placed_[i].entry].channel.line,
              name_of(member) + " and " + name_of(first) + " in " + name_of(channel) + " are of different kinds");
     }
   }
 
-  // What follows from other interfaces
+  // Values that follow from other interfaces
 
-  // A member is set as its port-channel.
+  // A member has the settings of its port-channel.
   void follow_channel(interface& port) {
     if (port.settings.channel == 0) return;
     take_over_settings(*result().find(port.settings.channel), port);
@@ -304,7 +304,7 @@ class builder {
     negotiate(port);
   }
 
-  // A port-channel is as fast as its members that are up together; other interfaces as they operate.
+  // The speed of a port-channel is the sum of its members that are up; other interfaces have their operational speed.
   void derive_bandwidth(interface& port) {
     const bool is_whole_channel = is_channel(port.if_index) && !if_index_is_sub_intf(port.if_index);
     if (is_whole_channel && port.oper_speed_mbps == 0 && port.oper_state == PM_PORT_STATE_UP)

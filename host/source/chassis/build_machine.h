@@ -1,4 +1,4 @@
-// From what a switch file says to the machine that it describes.
+// Builds the machine that a switch file describes.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 
 namespace host {
 
-// Tells the interfaces of the ranges apart, follows references and derives what the file leaves open. Throws
-// yaml_file_error with the file's `path` and a line for what no switch can be.
+// Expands ranges into interfaces, resolves references and derives omitted values. Throws yaml_file_error with the
+// file's `path` and the line for a switch that is impossible.
 machine build_machine(switch_draft draft, const std::string& path);
 
 }  // namespace host

@@ -17,16 +17,16 @@
 namespace host {
 namespace {
 
-constexpr uint32 kSlots = MAX_SLOT + 1;
+constexpr uint32 kSlots = kMaxSlot + 1;
 constexpr uint32 kUsualPortsOfACard = 48;
 constexpr uint32 kMaxChannels = 8;
 constexpr uint32 kMembersOfAChannel = 2;
 constexpr uint32 kPortsForAChannel = 16;  // a switch has one port-channel for as many ports
 constexpr uint32 kDaySec = 86400;
 constexpr mac_address kBaseMac = {0x02, 0x1C, 0x73, 0x00, 0x00, 0x00};
-static_assert(kSlots * (MAX_PORT + 1) >= kMaxGiantPorts);
+static_assert(kSlots * (kMaxPort + 1) >= kMaxGiantPorts);
 
-// What a port does. The ports of a card take turns.
+// The duty of a port. The ports of a card take turns.
 struct duty {
   const char* description;
   uint8 state_reason;
@@ -70,7 +70,7 @@ struct grid {
 
 constexpr if_index_type_t kind_of_card(uint32 slot) { return slot % 2 == 0 ? IF_TYPE_ETHERNET : IF_TYPE_ETHERNET_L3; }
 
-// The first ports of the first cards are bundled, those of one card together.
+// The first ports of the first cards are members of port-channels, one per card.
 if_index_t channel_of(const grid& size, uint32 slot, uint32 port) {
   const bool is_member =
       slot < size.channels() && port < kMembersOfAChannel && size.ports_in(slot) > kMembersOfAChannel;
@@ -182,7 +182,7 @@ void add_management(machine& giant, uint32 now_sec) {
   giant.interfaces.push_back(std::move(made));
 }
 
-// Port-channels are twice what their members are.
+// The values of a port-channel are twice those of a member.
 void add_channels(machine& giant, const grid& size, uint32 now_sec) {
   for (uint32 slot = 0; slot < size.channels(); ++slot) {
     const if_index_t channel = channel_of(size, slot, 0);

@@ -1,4 +1,4 @@
-// Hardware addresses of interfaces whose file gives them none.
+// Hardware addresses of interfaces that have none in their file.
 #pragma once
 
 #include "switch/model.h"

@@ -128,7 +128,7 @@ std::vector<uint8> bytes_of_hex(const std::string& text) {
     line.resize(std::min(line.find('#'), line.size()));
     std::istringstream words(line);
     for (std::string word; words >> word;) {
-      if (word.size() % 2 != 0) throw std::runtime_error("half a byte in '" + word + "'");
+      if (word.size() % 2 != 0) throw std::runtime_error("odd number of digits in '" + word + "'");
       for (std::size_t at = 0; at < word.size(); at += 2) {
         const int high = digit_of(word[at]), low = digit_of(word[at + 1]);
         if (high < 0 || low < 0) throw std::runtime_error("'" + word + "' is not hexadecimal");

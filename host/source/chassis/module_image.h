@@ -10,7 +10,7 @@
 
 namespace host {
 
-// The page of a module of a medium with a serial number of its own: the 128 bytes of an SFP's A0h page, or the 256 of
+// The page of a module of a medium with the given serial number: the 128 bytes of an SFP's A0h page, or the 256 of
 // an X2's. Empty for a medium that has none.
 std::vector<uint8> module_image(std::string_view medium, if_index_t port);
 

@@ -37,7 +37,7 @@ std::vector<if_index_t> indexes_of(const interface_draft& entry, const interface
   return indexes;
 }
 
-// Two interfaces of one name are duplicates, also when they are of different kinds.
+// Two interfaces with one name are duplicates, even if their kinds differ.
 void refuse_duplicates(const std::vector<placed_interface>& placed, const std::vector<interface_draft>& entries,
                        const std::string& path) {
   struct named {
@@ -52,7 +52,7 @@ void refuse_duplicates(const std::vector<placed_interface>& placed, const std::v
   names.reserve(placed.size());
   for (const placed_interface& it : placed) {
     const interface_number number = number_of(it.if_index);
-    names.push_back({word_of(take_apart(it.if_index).type, number.family), number, it.entry});
+    names.push_back({word_of(decode_index(it.if_index).type, number.family), number, it.entry});
   }
   std::stable_sort(names.begin(), names.end(), is_less);
   const auto twice =

@@ -85,19 +85,19 @@ void notation(const yaml_value& value, owner_of<Member>& target) {
   target.*Member = kRead(value);
 }
 
-// A map whose keys have rules of their own.
+// A map with its own rules for keys.
 template <class Target, const auto& kRules>
 void map(const yaml_value& value, Target& target) {
   read_map(value, kRules, target);
 }
 
-// What reads a part, for the whole.
+// Applies the reader of a part to the whole.
 template <auto Part, auto kRead>
 void in(const yaml_value& value, owner_of<Part>& target) {
   kRead(value, target.*Part);
 }
 
-// Values of settings, in the words of their table.
+// Values of settings, by the words in their table.
 
 // A word may be the number of Gbit/s.
 std::optional<uint32> read_word(const setting& of, std::string_view written) {
@@ -114,8 +114,9 @@ bool is_switch(const setting& of) {
 }
 
 uint32 read_switch(const setting& of, const yaml_value& value) {
-  const form_kind wanted = value.yes_or_no() ? form_kind::word : form_kind::off;
-  return std::find_if(of.forms.begin(), of.forms.end(), [wanted](const auto& it) { return it.kind == wanted; })->value;
+  const form_kind requested = value.yes_or_no() ? form_kind::word : form_kind::off;
+  return std::find_if(of.forms.begin(), of.forms.end(), [requested](const auto& it) { return it.kind == requested; })
+      ->value;
 }
 
 uint32 read_number(const setting& of, const yaml_value& value) {
@@ -130,7 +131,7 @@ uint32 read_number(const setting& of, const yaml_value& value) {
 
 constexpr word_value kCalibrationWords[] = {{"none", 0}, {"internal", 1}, {"external", 2}};
 
-// A file beside the switch file.
+// A file in the directory of the switch file.
 void read_eeprom(const yaml_value& value, transceiver& module) {
   const std::filesystem::path file = std::filesystem::path(value.path()).parent_path() / value.text();
   try {
@@ -168,7 +169,7 @@ void choose_medium(const yaml_value& value, transceiver_choice& choice) {
   choice.media = value.text();
 }
 
-// "absent", "unsupported", the medium of a supported transceiver, or a map that says more of it.
+// "absent", "unsupported", the medium of a supported transceiver, or a map with details.
 void read_transceiver(const yaml_value& value, transceiver_choice& choice) {
   choice.is_given = true;
   if (value.is_map()) {
@@ -185,7 +186,7 @@ void read_transceiver(const yaml_value& value, transceiver_choice& choice) {
     choose_medium(value, choice);
 }
 
-// "no", "yes" (ports are empty unless they say otherwise), or what every port holds unless it says otherwise.
+// "no", "yes" (ports are empty by default), or the default transceiver of every port.
 void read_transceiver_capability(const yaml_value& value, capability_profile& profile) {
   profile.capabilities.transceiver = value.is_map() || value.text() != "no";
   if (value.is_map() || (profile.capabilities.transceiver && value.text() != "yes"))
@@ -206,12 +207,12 @@ qos_counts read_qos(const yaml_value& value) {
     uint8 count = 0;
     const auto [next, error] = std::from_chars(at, end, count);
     const char unit = next != end ? *next : '\0';
-    uint8* const wanted = unit == 'p'   ? &counts.priorities
-                          : unit == 'q' ? &counts.queues
-                          : unit == 't' ? &counts.thresholds
-                                        : nullptr;
-    if (error != std::errc() || wanted == nullptr) value.fail_with_value("is not a queue structure such as 1p3q4t");
-    *wanted = count;
+    uint8* const requested = unit == 'p'   ? &counts.priorities
+                             : unit == 'q' ? &counts.queues
+                             : unit == 't' ? &counts.thresholds
+                                           : nullptr;
+    if (error != std::errc() || requested == nullptr) value.fail_with_value("is not a queue structure such as 1p3q4t");
+    *requested = count;
     at = next + 1;
   }
   return counts;
@@ -273,7 +274,7 @@ constexpr key_rule<capability_profile> kProfileRules[] = {
 };
 
 // Slots count from 1 in the file.
-uint32 read_slot(const yaml_value& value) { return static_cast<uint32>(value.number(1, MAX_SLOT + 1)) - 1; }
+uint32 read_slot(const yaml_value& value) { return static_cast<uint32>(value.number(1, kMaxSlot + 1)) - 1; }
 
 constexpr key_rule<card_draft> kCardRules[] = {
     {"slot", in<&card_draft::data, notation<&card::slot, read_slot>>},
@@ -286,7 +287,7 @@ constexpr key_rule<card_draft> kCardRules[] = {
 constexpr key_rule<switch_draft> kSwitchRules[] = {
     {"name", in<&switch_draft::data, text<&machine::name, kMaxSwitchName>>},
     {"chassis-type", in<&switch_draft::data, number<&machine::chassis_type, 0, UINT32_MAX>>},
-    {"slots", in<&switch_draft::data, number<&machine::num_slots, 1, MAX_SLOT + 1>>},
+    {"slots", in<&switch_draft::data, number<&machine::num_slots, 1, kMaxSlot + 1>>},
     {"management-device", in<&switch_draft::data, text<&machine::mgmt_device, kMaxDeviceName>>},
     {"management-device2", in<&switch_draft::data, text<&machine::mgmt_device2, kMaxDeviceName>>},
     {"base-mac", notation<&switch_draft::base_mac, read_mac>},
@@ -304,14 +305,14 @@ constexpr uint64 kMostPacketsPerSecond = 2'000'000'000;
 
 template <rate_unit kUnit>
 void read_rate(const yaml_value& value, traffic_rate& rate) {
-  if constexpr (kUnit == rate_unit::kPackets)
+  if constexpr (kUnit == rate_unit::packets)
     rate.value = value.number(0, kMostPacketsPerSecond);
   else
-    rate.value = kUnit == rate_unit::kKbps ? read_rate_kbps(value) : read_percent_thousandths(value);
+    rate.value = kUnit == rate_unit::kbps ? read_rate_kbps(value) : read_percent_thousandths(value);
   rate.unit = kUnit;
 }
 
-// Keys of a map that say the same thing in different ways.
+// Keys of a map that exclude each other.
 void refuse_several(const yaml_value& value, std::initializer_list<std::string_view> keys) {
   std::string given;
   for (const std::string_view key : keys) {
@@ -326,9 +327,9 @@ void refuse_several_rates(const yaml_value& value) { refuse_several(value, {"mbp
 constexpr key_rule<traffic_burst> kBurstRules[] = {
     {"every", notation<&traffic_burst::period_sec, read_duration_sec>},
     {"for", notation<&traffic_burst::length_sec, read_duration_sec>},
-    {"mbps", in<&traffic_burst::rate, read_rate<rate_unit::kKbps>>},
-    {"pps", in<&traffic_burst::rate, read_rate<rate_unit::kPackets>>},
-    {"line-rate-percent", in<&traffic_burst::rate, read_rate<rate_unit::kLineRate>>},
+    {"mbps", in<&traffic_burst::rate, read_rate<rate_unit::kbps>>},
+    {"pps", in<&traffic_burst::rate, read_rate<rate_unit::packets>>},
+    {"line-rate-percent", in<&traffic_burst::rate, read_rate<rate_unit::line_rate>>},
 };
 
 void read_burst(const yaml_value& value, traffic_flow& flow) {
@@ -336,7 +337,7 @@ void read_burst(const yaml_value& value, traffic_flow& flow) {
   read_map(value, kBurstRules, burst);
   refuse_several_rates(value);
   if (burst.period_sec == 0 || burst.length_sec == 0) value.fail("a burst needs 'every' and 'for'");
-  if (burst.length_sec > burst.period_sec) value.fail("a burst lasts longer than the time from one to the next");
+  if (burst.length_sec > burst.period_sec) value.fail("a burst lasts longer than its 'every'");
   flow.burst = burst;
 }
 
@@ -358,13 +359,13 @@ void read_packet_sizes(const yaml_value& value, traffic_flow& flow) {
         {static_cast<uint32>(size.number(kSmallestPacket, kLargestPacket)), read_percent_thousandths(share)});
     sum += flow.sizes.back().percent_thousandths;
   }
-  if (sum != 100'000) value.fail("the shares of the packet sizes are not 100 percent together");
+  if (sum != 100'000) value.fail("the shares of the packet sizes do not add up to 100 percent");
 }
 
 constexpr key_rule<traffic_flow> kFlowRules[] = {
-    {"mbps", in<&traffic_flow::rate, read_rate<rate_unit::kKbps>>},
-    {"pps", in<&traffic_flow::rate, read_rate<rate_unit::kPackets>>},
-    {"line-rate-percent", in<&traffic_flow::rate, read_rate<rate_unit::kLineRate>>},
+    {"mbps", in<&traffic_flow::rate, read_rate<rate_unit::kbps>>},
+    {"pps", in<&traffic_flow::rate, read_rate<rate_unit::packets>>},
+    {"line-rate-percent", in<&traffic_flow::rate, read_rate<rate_unit::line_rate>>},
     {"packet-bytes", read_packet_bytes},
     {"packet-sizes", read_packet_sizes},
     {"multicast-percent", notation<&traffic_flow::multicast_percent_thousandths, read_percent_thousandths>},
@@ -426,7 +427,7 @@ constexpr key_rule<traffic_plan> kTrafficRules[] = {
     {"out", in<&traffic_plan::out, read_flow>},
     {"errors", in<&traffic_plan::errors, map<error_sources, kErrorStartRules>>},
     {"errors-per-million", in<&traffic_plan::errors, map<error_sources, kErrorRateRules>>},
-    {"profile", [](const yaml_value&, traffic_plan&) {}},  // what the other keys change
+    {"profile", [](const yaml_value&, traffic_plan&) {}},  // the other keys change it
 };
 
 const traffic_plan& traffic_profile_named(const yaml_value& value, const std::vector<traffic_profile>& profiles) {
@@ -458,12 +459,12 @@ void read_setting(const yaml_value& value, interface_draft& entry) {
   if constexpr (of.kind == setting_kind::text)
     of.put(entry.attributes, value.text_of_at_most(of.highest));
   else if constexpr (of.kind == setting_kind::vlans)
-    entry.allowed_vlans = read_vlan_list(value);  // what they are otherwise depends on the mode
+    entry.allowed_vlans = read_vlan_list(value);  // the default depends on the mode
   else
     of.put(entry.attributes, read_number(of, value));
 }
 
-// A member in the words of a setting.
+// A member, by the words of a setting.
 template <auto Member, uint8 kType>
 void setting_word(const yaml_value& value, owner_of<Member>& target) {
   target.*Member = static_cast<value_of<Member>>(read_number(*find_setting(kType), value));
@@ -618,7 +619,7 @@ constexpr key_rule<interface_draft> kOtherInterfaceRules[] = {
     {"channel", reference<&interface_draft::channel>},
     {"bound-to", reference<&interface_draft::bound_to>},
     {"tracked", reference<&interface_draft::tracked>},
-    {"unit", port<number<&interface::satellite_unit, 100, MAX_UNIT>>},
+    {"unit", port<number<&interface::satellite_unit, 100, kMaxUnit>>},
     {"multi-chassis", port<text<&interface::multi_chassis_status, kMaxStatus>>},
     {"storm-control", port<map<interface, kStormRules>>},
     {"transceiver", in<&interface_draft::module, read_transceiver>},
@@ -643,7 +644,7 @@ void read_profiles(const yaml_value& value, switch_draft& draft) {
   }
 }
 
-// A profile may begin with one that stands above it.
+// A profile may extend one that precedes it.
 void read_traffic_profiles(const yaml_value& value, switch_draft& draft) {
   require_map(value);
   for (const auto& entry : value.node()) {
@@ -667,7 +668,7 @@ void read_cards(const yaml_value& value, switch_draft& draft) {
   });
 }
 
-// Without a list a user sees all VSANs; the word says so too.
+// Without a list, or with the word, a user sees all VSANs.
 void read_user_vsans(const yaml_value& value, user& target) {
   if (value.text() != "all") target.vsans = read_vsan_list(value);
 }
@@ -749,7 +750,7 @@ constexpr key_rule<switch_draft> kFileRules[] = {
 
 void read_switch(const yaml_value& file, switch_draft& draft) {
   require_map(file);
-  // Interfaces refer to these, wherever in the file they stand.
+  // Interfaces refer to these, in any order in the file.
   const YAML::Node profiles = file.node()[std::string(kTrafficProfilesKey)];
   if (profiles.IsDefined()) read_traffic_profiles(yaml_value(profiles, kTrafficProfilesKey, file.path()), draft);
   read_map(file, kFileRules, draft);

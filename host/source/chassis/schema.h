@@ -1,4 +1,4 @@
-// What a switch file says, key by key, before kinds of interface are distinguished and references are followed.
+// The contents of a switch file, key by key, before kinds of interface are distinguished and references are resolved.
 #pragma once
 
 #include <memory>
@@ -13,13 +13,13 @@
 
 namespace host {
 
-// The name of something that may stand elsewhere in the file.
+// A reference to a name elsewhere in the file.
 struct file_reference {
   std::string text;  // empty when none was given
   uint32 line = 0;
 };
 
-// What a file says about the transceiver of a port.
+// The transceiver of a port in a file.
 struct transceiver_choice {
   bool is_given = false;
   std::optional<transceiver> module;
@@ -63,7 +63,7 @@ struct interface_draft {
   file_reference bound_to;
   file_reference tracked;
   const std::vector<traffic_profile>* traffic_profiles = nullptr;
-  std::shared_ptr<traffic_plan> traffic;  // null when the file says nothing about it
+  std::shared_ptr<traffic_plan> traffic;  // null when the file has none
 };
 
 struct switch_draft {

@@ -10,9 +10,9 @@
 
 namespace host {
 
-// Reads a switch file. Throws yaml_file_error for a file that is missing, is not YAML, or says what no switch can be:
-// unknown keys, wrong types, values out of range, interfaces named twice, references to interfaces that do not exist.
-// `now` (seconds since 1970) is the moment to which times such as "2d4h" in the file look back.
+// Reads a switch file. Throws yaml_file_error for a file that is missing, is not YAML, or describes an impossible
+// switch: unknown keys, wrong types, values out of range, interfaces named twice, references to interfaces that do not
+// exist. `now` (seconds since 1970) is the time from which durations such as "2d4h" in the file count back.
 machine load_switch_file(const std::string& path, std::time_t now = clock_now());
 
 }  // namespace host

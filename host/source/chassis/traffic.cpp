@@ -34,8 +34,8 @@ speed of_packets(uint64 packets_per_second, uint64 mean) {
 }
 
 speed speed_of(const traffic_rate& rate, uint64 mean, uint64 line_kbps) {
-  if (rate.unit == rate_unit::kPackets) return of_packets(rate.value, mean);
-  if (rate.unit == rate_unit::kLineRate) {
+  if (rate.unit == rate_unit::packets) return of_packets(rate.value, mean);
+  if (rate.unit == rate_unit::line_rate) {
     const uint64 bits_per_second = line_kbps * rate.value / 100;
     return of_packets(bits_per_second * kWhole / (8 * (mean + kGapBytes * kWhole)), mean);
   }
@@ -43,7 +43,7 @@ speed speed_of(const traffic_rate& rate, uint64 mean, uint64 line_kbps) {
   return {bytes_per_second, bytes_per_second * kWhole / mean};
 }
 
-// All that has passed since 1970, modulo 2^64. Only differences mean something.
+// All traffic since 1970, modulo 2^64. Only differences are meaningful.
 struct position {
   uint64 bytes = 0;
   uint64 packets = 0;
@@ -89,7 +89,7 @@ uint64 per_million_of(uint64 packets, uint64 parts) {
   return packets / kMillion * parts + packets % kMillion * parts / kMillion;
 }
 
-// What passed between two moments, one kind of it after the other.
+// The traffic between two times, by kind.
 struct passage {
   position from;
   position to;
@@ -102,7 +102,7 @@ struct passage {
   }
 };
 
-// A moment so long ago, but not before 1970.
+// A time before another one, but not before 1970.
 uint32 before(uint32 moment_sec, uint32 seconds) { return moment_sec - std::min(moment_sec, seconds); }
 
 std::size_t size_class_of(uint32 bytes) {
@@ -142,7 +142,7 @@ const error_kind& kind_of(const error_source& source) {
                        [&](const error_kind& it) { return it.counter == source.counter; });
 }
 
-// What passed in both directions.
+// The traffic of both directions.
 struct both_ways {
   passage in;
   passage out;
@@ -180,8 +180,8 @@ void put_totals(const traffic_flow& flow, traffic_counters& counted) {
   add_by_size(flow, {{}, {0, *counted.packets}}, counted.packets_by_size);
 }
 
-// Totals that a file gives hold instead of what has passed; errors that it gives one by one are errors of their
-// direction unless it gives those, too.
+// Totals of a file replace computed ones; its single error counters add to the errors of their direction, unless it
+// gives those, too.
 void put_given_totals(const traffic_plan& plan, statistics& stats) {
   for (const error_source& source : plan.errors) {
     if (!source.start) continue;
@@ -193,7 +193,7 @@ void put_given_totals(const traffic_plan& plan, statistics& stats) {
   put_totals(plan.out, stats.out);
 }
 
-// The two courses of an interface, which stand still while there is no link.
+// Received and sent traffic of an interface, which stop while there is no link.
 class line_in_use {
  public:
   line_in_use(const interface& port, uint32 now_sec) {
@@ -264,7 +264,7 @@ void fill_ring(const line_in_use& line, uint32 started_sec, uint32 now_sec, stat
   }
 }
 
-// On a trunk all packets are those of a trunk.
+// On a trunk all packets are trunk packets.
 void count_trunk_packets(interface& port) {
   const bool is_trunk = port.oper_mode == PM_PORT_MODE_TRUNK;
   for (traffic_counters* const it : {&port.stats.in, &port.stats.out})
@@ -281,7 +281,7 @@ void stand_still(statistics& stats) {
 }  // namespace
 
 bool follow_traffic(interface& port, uint32 now_sec) {
-  const bool is_management = take_apart(port.if_index).type == IF_TYPE_MGMT;
+  const bool is_management = decode_index(port.if_index).type == IF_TYPE_MGMT;
   if (port.traffic == nullptr) {
     stand_still(port.stats);
     return !is_management;

@@ -1,7 +1,7 @@
 // Traffic of an interface as a switch file describes it, and the statistics that follow from it.
 //
-// What an interface has counted is a function of its traffic and of two moments, now and the one from which it counts:
-// nothing is summed up on the way. Bursts begin at whole multiples of their period on the clock.
+// Counters are a function of the traffic and of two times, the start of counting and now: nothing is accumulated.
+// Bursts begin at whole multiples of their period on the clock.
 #pragma once
 
 #include <memory>
@@ -14,13 +14,13 @@
 namespace host {
 
 enum class rate_unit : uint8 {
-  kKbps,      // of the bytes that count
-  kPackets,   // per second
-  kLineRate,  // thousandths of a percent of the line, with the 20 bytes between packets
+  kbps,       // of the bytes that count
+  packets,    // per second
+  line_rate,  // thousandths of a percent of the line, with the 20 bytes between packets
 };
 
 struct traffic_rate {
-  rate_unit unit = rate_unit::kKbps;
+  rate_unit unit = rate_unit::kbps;
   uint64 value = 0;
 };
 
@@ -37,7 +37,7 @@ struct traffic_burst {
   uint32 length_sec = 0;
 };
 
-// One direction: its rates, and totals that hold when the switch starts instead of those that follow from the rates.
+// One direction: its rates, and totals at the start of the switch that replace those computed from the rates.
 struct traffic_flow {
   traffic_rate rate;
   std::vector<packet_share> sizes = {{512, 100'000}};  // all of them together are 100 percent
@@ -53,7 +53,7 @@ struct traffic_flow {
   std::optional<uint64> discards;
 };
 
-// A counter of errors and the like: what it shows when the switch starts instead of what follows from the rate.
+// A counter such as errors: its value at the start of the switch, which replaces the one computed from the rate.
 struct error_source {
   host::counter error_counters::*counter = nullptr;
   std::optional<uint64> start;
@@ -67,7 +67,7 @@ struct traffic_plan {
   std::vector<error_source> errors;  // those that a file names
 };
 
-// What there is to count besides packets and bytes.
+// Counters besides packets and bytes.
 struct error_kind {
   std::string_view word;  // of switch files
   host::counter error_counters::*counter;
@@ -131,8 +131,8 @@ struct traffic_source {
   uint32 counting_sec = 0;  // how long its counters had been counting then
 };
 
-// Brings the statistics of an interface up to a moment. False for a management port without traffic of its own:
-// a device of the kernel should have counted for it.
+// Updates the statistics of an interface to a time. False for a management port without its own traffic: its counters
+// come from a device of the kernel.
 bool follow_traffic(interface& port, uint32 now_sec);
 
 }  // namespace host

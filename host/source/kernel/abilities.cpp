@@ -13,7 +13,7 @@ namespace {
 
 // ---- Link modes -----------------------------------------------------------------------------------------------------
 
-// A run of bits that stand for modes of one speed and duplex. Speeds that no port of a switch has (20 and 56 Gbit/s)
+// A run of bits for modes of one speed and duplex. Speeds that no port of a switch has (20 and 56 Gbit/s)
 // are not among known_speeds().
 struct mode_run {
   uint32 first;
@@ -84,8 +84,8 @@ void set_capabilities(const link_modes& supported, port_capabilities& port) {
   port.transceiver = supported[ETHTOOL_LINK_MODE_FIBRE_BIT];
 }
 
-// Without negotiation a port is set to the speed that it has; while it has none, that is not known. A device without
-// modes has a speed, but is not set to it: without a link, when displays show what a port is set to, it has none.
+// Without negotiation the setting is the current speed, unknown without a link. A device without modes has a current
+// speed, but no setting: without a link, when displays show the setting, it has none.
 void set_speed(const kernel_link& link, interface& port) {
   if (link.supported.none() && port.oper_state != PM_PORT_STATE_UP) {
     port.oper_speed_mbps.reset();
@@ -110,7 +110,7 @@ uint16 flow_control(const pause_directions& directions, int how) {
   return static_cast<uint16>(sides & how);
 }
 
-// What both sides advertised leads to, by the table of the negotiation: symmetric when both can, else one direction.
+// The result of the negotiation from what both sides advertised: symmetric when both can, else one direction.
 pause_directions negotiated(const link_modes& ours, const link_modes& theirs) {
   const bool we_pause = ours[ETHTOOL_LINK_MODE_Pause_BIT], they_pause = theirs[ETHTOOL_LINK_MODE_Pause_BIT];
   if (we_pause && they_pause) return {.receives = true, .sends = true};
@@ -129,7 +129,7 @@ void set_flow_control(const kernel_link& link, interface& port) {
       flow_control(link.pause->negotiates ? negotiated(link.advertised, link.partner) : set, PM_FLOW_CTRL_ON);
 }
 
-// As far as ports count. A device without an upper limit has 0.
+// Limited to the 16 bits of a port's MTU. A device without an upper limit has 0.
 void set_mtu_limits(const kernel_link& link, port_capabilities& port) {
   port.mtu = {link.lowest_mtu_bytes, UINT16_MAX};
   if (link.highest_mtu_bytes != 0) port.mtu.highest = std::min<uint32>(link.highest_mtu_bytes, UINT16_MAX);

@@ -1,6 +1,6 @@
 // The counters of devices when they were cleared: the kernel's own cannot be set to 0.
 //
-// They are stored in a file, so that other and later shells of a user subtract the same. A file is valid for one boot
+// They are stored in a file, so all shells of a user subtract the same values. A file is valid for one boot
 // and one network namespace; a baseline is valid while its device has the same number and hardware address.
 #pragma once
 
@@ -44,10 +44,10 @@ class counter_baselines {
   bool is_changed_ = false;
 };
 
-// The number of the network namespace, as a text; "0" when it is not known.
+// The number of the network namespace, as a text; "0" when it is unknown.
 std::string kernel_namespace();
 
-// Which boot and network namespace this is: the first line of a file that is valid for them.
+// The boot and the network namespace: the first line of a file that is valid for them.
 std::string running_system();
 
 }  // namespace host

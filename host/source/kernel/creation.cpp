@@ -17,7 +17,7 @@ netlink_request creation_request(uint32 number, bool is_up, const std::string& n
   head.ifi_index = static_cast<int>(number);
   head.ifi_flags = is_up ? unsigned{IFF_UP} : 0U;
   head.ifi_change = IFF_UP;
-  // The kernel finds a name of its own when this one is too long.
+  // The kernel chooses a name when this one is too long.
   if (name.size() < IFNAMSIZ) mnl_attr_put_strz(&request.head(), IFLA_IFNAME, name.c_str());
   return request;
 }
@@ -25,10 +25,10 @@ netlink_request creation_request(uint32 number, bool is_up, const std::string& n
 }  // namespace
 
 bool is_created_by_command(const kernel_link& link, if_index_t if_index) {
-  const if_index_type_t type = take_apart(if_index).type;
+  const if_index_type_t type = decode_index(if_index).type;
   if (link.kind == "dummy") return if_index == numbered_index(IF_TYPE_LOOPBACK, link.number);
   return link.kind == "vlan" && (type == IF_TYPE_ETHERNET || type == IF_TYPE_ETHERNET_L3) &&
-         take_apart(if_index).sub_interface == link.vlan;
+         decode_index(if_index).sub_interface == link.vlan;
 }
 
 uint32 create_dummy(uint32 number) {

@@ -99,7 +99,7 @@ driver_counters since(const driver_counters& now, const driver_counters& cleared
 }
 
 // A management port has the counters of the kernel's own table only (switch/live_statistics.h).
-bool is_counted_here(if_index_t if_index) { return take_apart(if_index).type != IF_TYPE_MGMT; }
+bool is_counted_here(if_index_t if_index) { return decode_index(if_index).type != IF_TYPE_MGMT; }
 
 }  // namespace
 

@@ -14,7 +14,7 @@
 namespace host {
 namespace {
 
-constexpr uint32 kPortsOfSlot = MAX_PORT + 1;
+constexpr uint32 kPortsOfSlot = kMaxPort + 1;
 
 if_index_t interface_named(const yaml_value& value) {
   std::vector<interface_span> spans;
@@ -23,9 +23,11 @@ if_index_t interface_named(const yaml_value& value) {
   return index_of(spans[0].word->kinds.front(), spans[0].low);
 }
 
-constexpr key_rule<wanted_interface> kRules[] = {
-    {"interface", [](const yaml_value& value, wanted_interface& wanted) { wanted.if_index = interface_named(value); }},
-    {"routed", [](const yaml_value& value, wanted_interface& wanted) { wanted.is_routed = value.yes_or_no(); }},
+constexpr key_rule<requested_interface> kRules[] = {
+    {"interface",
+     [](const yaml_value& value, requested_interface& requested) { requested.if_index = interface_named(value); }},
+    {"routed",
+     [](const yaml_value& value, requested_interface& requested) { requested.is_routed = value.yes_or_no(); }},
 };
 
 // ---- The usual interface --------------------------------------------------------------------------------------------
@@ -34,14 +36,14 @@ bool is_port(const kernel_link& link) { return is_physical(link) || link.kind ==
 
 if_index_t port_index(uint32 number, bool is_routed) {
   const uint32 place = number - 1;
-  if (place / kPortsOfSlot > MAX_SLOT) return 0;
+  if (place / kPortsOfSlot > kMaxSlot) return 0;
   return ethernet_index(is_routed ? IF_TYPE_ETHERNET_L3 : IF_TYPE_ETHERNET, place / kPortsOfSlot, place % kPortsOfSlot);
 }
 
 // Of the kinds whose number counts, with another number in the place of the kernel's.
 if_index_t usual_index(const kernel_link& link, uint32 number, bool is_routed) {
   if (link.kind == "dummy") return numbered_index(IF_TYPE_LOOPBACK, number);
-  if (link.kind == "bond" && number <= MAX_CHANNEL) return channel_index(IF_TYPE_ETH_PORT_CHANNEL, number);
+  if (link.kind == "bond" && number <= kMaxChannel) return channel_index(IF_TYPE_ETH_PORT_CHANNEL, number);
   if (is_port(link)) return port_index(number, is_routed);
   return numbered_index(IF_TYPE_VETHERNET, number);
 }
@@ -56,7 +58,7 @@ if_index_t sub_interface_index(const kernel_link& link, const std::vector<mapped
   const auto parent =
       std::find_if(mapped.begin(), mapped.end(), [&link](const mapped_device& it) { return it.number == link.parent; });
   if (parent == mapped.end() || link.vlan == 0) return 0;
-  const index_fields fields = take_apart(parent->if_index);
+  const index_fields fields = decode_index(parent->if_index);
   if (fields.type == IF_TYPE_ETHERNET || fields.type == IF_TYPE_ETHERNET_L3)
     return ethernet_index(fields.type, fields.slot, fields.port, link.vlan);
   if (fields.type == IF_TYPE_ETH_PORT_CHANNEL)
@@ -69,11 +71,12 @@ if_index_t sub_interface_index(const kernel_link& link, const std::vector<mapped
 // Gives each device one interface, and each interface to one device: what is added first holds.
 class device_mapper {
  public:
-  device_mapper(const wanted_interfaces& wanted, const known_interfaces& known) : wanted_(wanted), known_(known) {}
+  device_mapper(const requested_interfaces& requested, const known_interfaces& known)
+      : requested_(requested), known_(known) {}
 
-  void add_wanted(const kernel_link& link) {
-    const auto it = wanted_.find(link.name);
-    if (it == wanted_.end() || it->second.if_index == 0) return;
+  void add_requested(const kernel_link& link) {
+    const auto it = requested_.find(link.name);
+    if (it == requested_.end() || it->second.if_index == 0) return;
     if (add(link, it->second.if_index, name_reason::map_file)) of_user_.insert(switched_index(it->second.if_index));
   }
 
@@ -86,7 +89,7 @@ class device_mapper {
   void add_known(const kernel_link& link) {
     const auto it = known_.of_devices.find(link.number);
     if (it == known_.of_devices.end() || !may_be_known_as(link, it->second.if_index)) return;
-    const index_fields fields = take_apart(it->second.if_index);
+    const index_fields fields = decode_index(it->second.if_index);
     const bool becomes_routed = fields.type == IF_TYPE_ETHERNET && is_routed(link);
     add(link, becomes_routed ? ethernet_index(IF_TYPE_ETHERNET_L3, fields.slot, fields.port) : it->second.if_index,
         it->second.reason);
@@ -100,7 +103,7 @@ class device_mapper {
     return true;
   }
 
-  // The interface that the number stands for, or the next one that is free.
+  // The interface of the device's number, or the next free one.
   void add_new(const kernel_link& link, bool is_management) {
     const if_index_t management = ethernet_index(IF_TYPE_MGMT, 0, 0);
     if (is_management && is_free(management) && add(link, management, name_reason::default_route)) return;
@@ -108,7 +111,7 @@ class device_mapper {
     if_index_t found = usual_index(link, number, is_routed(link));
     if (of_user_.contains(switched_index(found))) return;
     while (found != 0 && !is_free(found)) found = usual_index(link, ++number, is_routed(link));
-    const bool is_channel = take_apart(found).type == IF_TYPE_ETH_PORT_CHANNEL;
+    const bool is_channel = decode_index(found).type == IF_TYPE_ETH_PORT_CHANNEL;
     add(link, found, is_channel ? name_reason::bond : name_reason::device_index);
   }
 
@@ -119,8 +122,8 @@ class device_mapper {
 
  private:
   bool is_routed(const kernel_link& link) const {
-    const auto it = wanted_.find(link.name);
-    return it != wanted_.end() && it->second.is_routed;
+    const auto it = requested_.find(link.name);
+    return it != requested_.end() && it->second.is_routed;
   }
 
   bool is_free(if_index_t if_index) const {
@@ -135,7 +138,7 @@ class device_mapper {
     return true;
   }
 
-  const wanted_interfaces& wanted_;
+  const requested_interfaces& requested_;
   const known_interfaces& known_;
   std::vector<mapped_device> mapped_;
   std::set<uint32> done_;         // devices, by number
@@ -145,7 +148,7 @@ class device_mapper {
 
 }  // namespace
 
-wanted_interfaces read_map_file(const std::string& path) {
+requested_interfaces read_map_file(const std::string& path) {
   std::ifstream file(path);
   if (!file) throw yaml_file_error(path + ": cannot be read");
   YAML::Node document;
@@ -156,45 +159,46 @@ wanted_interfaces read_map_file(const std::string& path) {
   }
   const yaml_value top(document, "the map", path);
   require_map(top);
-  wanted_interfaces wanted;
+  requested_interfaces requested;
   for (const auto& entry : document) {
     const yaml_value device(entry.first, "device", path);
     const yaml_value value(entry.second, "interface", path);
-    wanted_interface& of_device = wanted[device.text()];
+    requested_interface& of_device = requested[device.text()];
     if (value.is_map())
       read_map(value, kRules, of_device);
     else
       of_device.if_index = interface_named(value);
-    const auto other = std::find_if(wanted.begin(), wanted.end(), [&](const auto& known) {
+    const auto other = std::find_if(requested.begin(), requested.end(), [&](const auto& known) {
       return &known.second != &of_device && known.second.if_index == of_device.if_index && of_device.if_index != 0;
     });
-    if (other != wanted.end()) value.fail("'" + other->first + "' and '" + device.text() + "' have one interface");
+    if (other != requested.end())
+      value.fail("'" + other->first + "' and '" + device.text() + "' are the same interface");
   }
-  return wanted;
+  return requested;
 }
 
 bool may_be_known_as(const kernel_link& link, if_index_t if_index) {
   if ((link.flags & IFF_LOOPBACK) != 0 || is_named_by_command(link)) return false;
-  const if_index_type_t type = take_apart(if_index).type;
+  const if_index_type_t type = decode_index(if_index).type;
   if (if_index == ethernet_index(IF_TYPE_MGMT, 0, 0)) return link.kind != "vlan";
-  if (link.kind == "dummy") return type == IF_TYPE_LOOPBACK && take_apart(if_index).number != 0;
-  if (is_port(link)) return type == IF_TYPE_ETHERNET && take_apart(if_index).sub_interface == 0;
-  const bool is_channel = type == IF_TYPE_ETH_PORT_CHANNEL && take_apart(if_index).sub_interface == 0;
+  if (link.kind == "dummy") return type == IF_TYPE_LOOPBACK && decode_index(if_index).number != 0;
+  if (is_port(link)) return type == IF_TYPE_ETHERNET && decode_index(if_index).sub_interface == 0;
+  const bool is_channel = type == IF_TYPE_ETH_PORT_CHANNEL && decode_index(if_index).sub_interface == 0;
   return type == IF_TYPE_VETHERNET || (link.kind == "bond" && is_channel);
 }
 
 if_index_t switched_index(if_index_t if_index) {
-  const index_fields it = take_apart(if_index);
+  const index_fields it = decode_index(if_index);
   return it.type == IF_TYPE_ETHERNET_L3 ? ethernet_index(IF_TYPE_ETHERNET, it.slot, it.port, it.sub_interface)
                                         : if_index;
 }
 
 std::vector<mapped_device> map_devices(const std::vector<kernel_link>& links, uint32 management,
-                                       const wanted_interfaces& wanted, const known_interfaces& known) {
-  device_mapper map(wanted, known);
-  // What the user wants comes first, so that nothing else takes its place; VLAN devices last, for they need their
-  // parents.
-  for (const kernel_link& link : links) map.add_wanted(link);
+                                       const requested_interfaces& requested, const known_interfaces& known) {
+  device_mapper map(requested, known);
+  // Interfaces of the map file are assigned first, so that no other device takes them; VLAN devices last, because they
+  // need their parents.
+  for (const kernel_link& link : links) map.add_requested(link);
   for (const kernel_link& link : links) map.add_own(link);
   for (const kernel_link& link : links)
     if (link.kind != "vlan") map.add_known(link);

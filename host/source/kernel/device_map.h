@@ -17,14 +17,14 @@
 namespace host {
 
 // What a user says of a device.
-struct wanted_interface {
+struct requested_interface {
   if_index_t if_index = 0;  // 0: the usual one
   bool is_routed = false;   // a port of the kind that is asked for its layer
 };
-using wanted_interfaces = std::map<std::string, wanted_interface>;
+using requested_interfaces = std::map<std::string, requested_interface>;
 
 // Reads a map file: "DEVICE: INTERFACE" or "DEVICE: {interface: INTERFACE, routed: yes}". Throws yaml_file_error.
-wanted_interfaces read_map_file(const std::string& path);
+requested_interfaces read_map_file(const std::string& path);
 
 // What devices were called before.
 struct known_interface {
@@ -49,7 +49,7 @@ struct mapped_device {
 // names nothing for has the interface that it had before; one that is new gets neither that of another device nor that
 // of one that is gone. A device whose interface the user gives to another has none and is left out.
 std::vector<mapped_device> map_devices(const std::vector<kernel_link>& links, uint32 management,
-                                       const wanted_interfaces& wanted, const known_interfaces& known = {});
+                                       const requested_interfaces& requested, const known_interfaces& known = {});
 
 // Whether a device may have had this interface before: its kind has such interfaces, and what the device is does not
 // decide it alone.

@@ -7,7 +7,7 @@
 namespace host {
 namespace {
 
-// Asks with a command of ethtool; false when the device does not answer it.
+// Sends a command of ethtool; false when the device does not support it.
 template <typename Command>
 bool ask(const std::string& device, uint32 number, Command& command) {
   command = {};

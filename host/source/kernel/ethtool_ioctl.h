@@ -1,5 +1,5 @@
-// What ethtool tells of a device by ioctl: in place of its netlink family on kernels that lack it, and what that family
-// does not tell.
+// Data of a device that ethtool reports by ioctl: on kernels without its netlink family, and data that this family does
+// not report.
 #pragma once
 
 #include <string>

@@ -18,13 +18,14 @@
 namespace host {
 namespace {
 
-// The kernel lets a port blink as long as somebody waits in its call: a child for each.
+// A port blinks while a process waits in the kernel's call: one child for each port.
 std::map<uint32, pid_t> children;
 
-// A call that goes wrong does so at once.
+// A call that fails returns immediately.
 constexpr int kRefusalMs = 100;
 
-// Blinks until it is killed, or says by the pipe why it cannot. In a group of its own: Ctrl-C is not meant for it.
+// Blinks until it is killed, or reports by the pipe why it cannot. In its own process group, so Ctrl-C does not reach
+// it.
 [[noreturn]] void blink(const std::string& device, int result) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   setpgid(0, 0);

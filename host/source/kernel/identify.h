@@ -1,4 +1,4 @@
-// Ports that blink, so that they are found on the machine.
+// Ports that blink, to identify them on the machine.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace host {
 
-// Lets a device blink until stop_identifying() or the end of this process. Returns 0 or an errno, EOPNOTSUPP for a
+// Makes a device blink until stop_identifying() or the end of this process. Returns 0 or an errno, EOPNOTSUPP for a
 // device that cannot.
 int start_identifying(uint32 number, const std::string& device);
 

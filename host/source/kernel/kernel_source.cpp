@@ -70,11 +70,11 @@ void set_state(const kernel_link& link, interface& port) {
 // none.
 void set_vlans(const kernel_link& link, interface& port) {
   const bool is_trunk = link.has_tagged_vlans;
-  port.settings.layer = link.slave_kind == "bridge" || take_apart(port.if_index).type == IF_TYPE_ETHERNET
+  port.settings.layer = link.slave_kind == "bridge" || decode_index(port.if_index).type == IF_TYPE_ETHERNET
                             ? uint32{IF_LAYER_2}
                             : uint32{IF_LAYER_3};
   port.settings.admin_mode =
-      is_trunk ? uint32{PM_PORT_MODE_TRUNK} : default_port_mode(take_apart(port.if_index).type, port.settings.layer);
+      is_trunk ? uint32{PM_PORT_MODE_TRUNK} : default_port_mode(decode_index(port.if_index).type, port.settings.layer);
   if (!link.vlans.empty()) {
     port.oper_mode = port.settings.admin_mode;
     port.settings.native_vlan = port.settings.access_vlan = link.native_vlan;
@@ -86,7 +86,7 @@ void set_vlans(const kernel_link& link, interface& port) {
 
 // ---- Interfaces -----------------------------------------------------------------------------------------------------
 
-// What is known of a switch that is made for it, and of a device only when the kernel reports it.
+// Values that simulated switches always have, but devices only when the kernel reports them.
 void forget_usual_values(interface& port) {
   port.oper_mode = port.oper_speed_mbps = port.settings.span_monitor = std::nullopt;
   port.oper_duplex.reset();
@@ -102,7 +102,7 @@ void forget_usual_values(interface& port) {
   able.qos.reset();
 }
 
-// What a switch's line cards can do and the kernel's devices cannot, or not by this shell.
+// Capabilities of line cards that the kernel's devices do not have, or not through this shell.
 void take_away_abilities(port_capabilities& port) {
   port.suppression = port.cos_rewrite = port.tos_rewrite = port.span = port.udld = port.debounce = port.mdix = false;
 }
@@ -114,7 +114,7 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   port.if_index = if_index;
   port.settings.description = link.alias.substr(0, kLongest);
   if (link.mtu_bytes <= UINT16_MAX)
-    port.settings.mtu_bytes = static_cast<uint16>(link.mtu_bytes);  // as far as ports count
+    port.settings.mtu_bytes = static_cast<uint16>(link.mtu_bytes);  // a port's MTU has 16 bits
   port.burned_in_mac = port.router_mac = link.mac;
   port.oper_speed_mbps = link.speed_mbps;
   if (link.speed_mbps) port.bandwidth_kbps = *link.speed_mbps * 1000;
@@ -126,7 +126,7 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   set_state(link, port);
   set_vlans(link, port);
   const mapped_device* const master = find_by<&mapped_device::number>(mapped, link.master);
-  if (link.slave_kind == "bond" && master != nullptr && take_apart(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
+  if (link.slave_kind == "bond" && master != nullptr && decode_index(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
     port.settings.channel = master->if_index;
   set_abilities(link, port);
   port.is_created = is_created_by_command(link, if_index);
@@ -146,9 +146,9 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
   made.interfaces.reserve(mapped.size());
   for_each_mapped(links, mapped, [&](const mapped_device& it, const kernel_link& link) {
     fill_interface(link, mapped, it.if_index, made.interfaces.emplace_back());
-    const index_fields fields = take_apart(it.if_index);
+    const index_fields fields = decode_index(it.if_index);
     if (fields.type == IF_TYPE_MGMT) made.mgmt_device = it.device;
-    if (fields.shape == index_shape::kSlotPort) made.num_slots = std::max(made.num_slots, fields.slot + 1);
+    if (fields.shape == index_shape::slot_port) made.num_slots = std::max(made.num_slots, fields.slot + 1);
   });
   sort_by<&interface::if_index>(made.interfaces);
   for (uint32 slot = 0; slot < made.num_slots; ++slot)
@@ -159,8 +159,9 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
 
 // ---- The source -----------------------------------------------------------------------------------------------------
 
-kernel_source::kernel_source(wanted_interfaces wanted, const std::string& baseline_file, const std::string& names_file)
-    : wanted_(std::move(wanted)) {
+kernel_source::kernel_source(requested_interfaces requested, const std::string& baseline_file,
+                             const std::string& names_file)
+    : requested_(std::move(requested)) {
   baselines_.keep_in(baseline_file);
   names_.keep_in(names_file);
 }
@@ -174,7 +175,7 @@ machine kernel_source::read_again() {
   netlink_socket route(NETLINK_ROUTE);
   links_ = read_links(route);
   if (find_link(links_, management_) == nullptr) management_ = default_route_device(route);
-  mapped_ = names_.map(links_, management_, wanted_);
+  mapped_ = names_.map(links_, management_, requested_);
   details_.begin(links_, mapped_);
   counted_.clear();
   counted_.reserve(mapped_.size());
@@ -188,7 +189,7 @@ machine kernel_source::read_again() {
   return made;
 }
 
-// What a device has counted, and since when it is shown.
+// The counters of a device, and the time of their last clear.
 kernel_source::device_reading kernel_source::reading_of(const kernel_link& link, if_index_t if_index) {
   device_reading reading;
   reading.if_index = if_index;
@@ -222,7 +223,7 @@ const kernel_link* kernel_source::link_of(if_index_t if_index) {
 }
 
 uint32 kernel_source::create_interface(if_index_t if_index) {
-  const index_fields fields = take_apart(if_index);
+  const index_fields fields = decode_index(if_index);
   if (fields.type == IF_TYPE_LOOPBACK) {
     if (fields.number == 0) return status_of_text("the kernel numbers its devices from 1");
     const kernel_link* const other = find_link(links_, fields.number);
@@ -240,9 +241,9 @@ uint32 kernel_source::delete_interface(if_index_t if_index) {
   return link == nullptr ? uint32{PM_ERR_NO_SUCH_INTERFACE} : delete_device(link->number);
 }
 
-// Whatever interface the map gives it.
+// The device may have another interface by the map.
 void kernel_source::delete_created_device(if_index_t if_index) {
-  const index_fields fields = take_apart(if_index);
+  const index_fields fields = decode_index(if_index);
   if (fields.type == IF_TYPE_LOOPBACK) {
     delete_device(fields.number);
     return;
@@ -311,7 +312,7 @@ uint32 kernel_source::apply_settings(interface& port, const port_settings& befor
 
 bool kernel_source::applies_setting(uint8 type) const { return makes_kernel_setting(type); }
 
-// A bond hands its settings to its members itself.
+// A bond passes its settings to its members itself.
 bool kernel_source::hands_settings_to_members() const { return true; }
 
 bool kernel_source::allows_sub_interfaces_of_switched_ports() const { return true; }

@@ -19,9 +19,9 @@ namespace host {
 
 class kernel_source final : public switch_source {
  public:
-  // `wanted` is what a user says of devices. Without the path of a file, what devices had counted when they were
-  // cleared, or which interfaces they are, is known to this process only.
-  explicit kernel_source(wanted_interfaces wanted = {}, const std::string& baseline_file = {},
+  // `requested` has the interfaces that the user's map file gives to devices. Without the path of a file, baselines of
+  // cleared counters, or the interfaces of devices, are known only to this process.
+  explicit kernel_source(requested_interfaces requested = {}, const std::string& baseline_file = {},
                          const std::string& names_file = {});
 
   // Reads the kernel. The first refresh() leaves the model as it was read here. Throws kernel_error.
@@ -48,7 +48,7 @@ class kernel_source final : public switch_source {
   uint32 restore_interface(machine& model, const interface& deleted) override;
   std::optional<std::vector<kernel_device>> devices() const override;
   std::optional<kernel_device> find_device(if_index_t if_index) const override;
-  // Those below these, too: parents, members of bridges and bonds.
+  // Including lower devices: parents, members of bridges and bonds.
   std::vector<if_index_t> interfaces_towards(const std::string& address) const override;
 
  private:
@@ -72,7 +72,7 @@ class kernel_source final : public switch_source {
   uint32 delete_interface(if_index_t if_index);
   void delete_created_device(if_index_t if_index);
 
-  wanted_interfaces wanted_;
+  requested_interfaces requested_;
   stored_names names_;
   uint32 management_ = 0;  // the kernel's number of the management port's device: that of the first default route, as
                            // long as it exists, also when its route is lost; 0: none
@@ -86,7 +86,7 @@ class kernel_source final : public switch_source {
   bool is_fresh_ = false;
 };
 
-// Makes a machine of devices. What the kernel does not tell keeps the default that is shown as absent.
+// Makes a machine from devices. Values that the kernel does not report keep the default, which is shown as absent.
 machine machine_of_devices(const std::vector<kernel_link>& links, const std::vector<mapped_device>& mapped);
 
 }  // namespace host

@@ -105,7 +105,7 @@ void take_vlan(const nlattr& attribute, kernel_link& link, uint16& range_begin) 
 
 // This dump includes the counters, all that RTM_GETSTATS would report: no second request is needed.
 std::vector<kernel_link> dump_links(netlink_socket& route) {
-  constexpr std::size_t kUsuallyEnough = 4096;  // room that is not used costs nothing, growing does
+  constexpr std::size_t kUsuallyEnough = 4096;  // unused room costs nothing, growing does
   std::vector<kernel_link> links;
   links.reserve(kUsuallyEnough);
   netlink_request request(RTM_GETLINK, NLM_F_DUMP);
@@ -117,7 +117,7 @@ std::vector<kernel_link> dump_links(netlink_socket& route) {
         if (auto link = decode_link(message)) links.push_back(std::move(*link));
       },
       [&links] { links.clear(); });
-  if (error != 0) throw kernel_error(std::string("the kernel does not tell its devices: ") + std::strerror(error));
+  if (error != 0) throw kernel_error(std::string("cannot read the devices of the kernel: ") + std::strerror(error));
   sort_by<&kernel_link::number>(links);
   return links;
 }

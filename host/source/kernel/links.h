@@ -63,7 +63,7 @@ std::optional<kernel_link> decode_link(const nlmsghdr& message);
 void decode_bridge_vlans(const nlmsghdr& message, std::vector<kernel_link>& links);
 void decode_address(const nlmsghdr& message, std::vector<kernel_link>& links);
 
-// Whether a device is hardware, as far as the kernel reports it: it has no kind, or is a port of a switch chip.
+// Whether the kernel reports a device as hardware: it has no kind, or is a port of a switch chip.
 bool is_physical(const kernel_link& link);
 
 // The device of this number, or null.
@@ -73,7 +73,7 @@ kernel_link* find_link(std::vector<kernel_link>& links, uint32 number);
 uint32 decode_default_route(const nlmsghdr& message);
 
 // All devices, sorted by number: one dump per type of message. Throws kernel_error when the devices cannot be read;
-// other values that the kernel does not report are left out.
+// other values that the kernel does not report are omitted.
 std::vector<kernel_link> read_links(netlink_socket& route);
 
 // The device that the default route leads to; 0 when there is none.

@@ -56,7 +56,7 @@ uint8 sum(const std::vector<uint8>& page, std::size_t from, std::size_t until) {
 
 // ---- The identity of a QSFP in the layout of an SFP -----------------------------------------------------------------
 
-// Fields that both have: from where in the QSFP's page to where in the SFP's, in bytes.
+// Common fields: offset in the QSFP's page, offset in the SFP's page, bytes.
 struct moved_field {
   std::size_t from;
   std::size_t to;
@@ -82,7 +82,7 @@ constexpr std::size_t kBaseSumAt = 63, kExtendedSumAt = 95;
 constexpr std::size_t kSfpDiagnosticsType = 92;
 constexpr uint8 kInternalDiagnostics = 0x60;
 
-// A checksum over the new page that is right where that of the old one is.
+// A checksum of the new page that is valid if that of the old page is.
 uint8 moved_sum(const std::vector<uint8>& old_page, const std::vector<uint8>& new_page, std::size_t from,
                 std::size_t until) {
   const bool is_right = sum(old_page, from, until) == byte_at(old_page, until);

@@ -1,4 +1,4 @@
-// Modules in ports, from the pages of their memory. A page may be short or wrong: missing bytes are 0.
+// Transceivers, from the pages of their memory. A page may be short or wrong: missing bytes are 0.
 #pragma once
 
 #include <functional>

@@ -136,7 +136,7 @@ kernel_io& the_kernel_io() {
 
 netlink_socket::netlink_socket(int bus) : bus_(bus), buffer_(std::make_unique_for_overwrite<char[]>(kBufferBytes)) {
   if (const int error = open(); error != 0)
-    throw kernel_error(std::string("the kernel cannot be asked by netlink: ") + std::strerror(error));
+    throw kernel_error(std::string("cannot open a netlink socket: ") + std::strerror(error));
 }
 
 int netlink_socket::open() {

@@ -1,4 +1,4 @@
-// Questions to the kernel by netlink.
+// Requests to the kernel by netlink.
 #pragma once
 
 #include <libmnl/libmnl.h>
@@ -72,7 +72,7 @@ class netlink_request {
   nlmsghdr* head_;
 };
 
-// How messages travel to the kernel and back.
+// The channel of messages to and from the kernel.
 class kernel_channel {
  public:
   virtual ~kernel_channel() = default;
@@ -95,8 +95,8 @@ class netlink_socket {
   // `bus`: NETLINK_ROUTE or NETLINK_GENERIC. Throws kernel_error.
   explicit netlink_socket(int bus);
 
-  // Sends and hands over each answer. A dump that was interrupted, or lost messages, is repeated a few times; `restart`
-  // is called before each repetition. Returns 0 or an errno.
+  // Sends a request and passes on each answer. A dump that was interrupted, or lost messages, is repeated a few times;
+  // `restart` is called before each repetition. Returns 0 or an errno.
   int ask(netlink_request& request, const message_visitor& visit, const std::function<void()>& restart = {});
 
   // Why the kernel refused the last request, in the kernel's text; empty without one.
@@ -108,7 +108,7 @@ class netlink_socket {
 
   int bus_;
   std::unique_ptr<kernel_channel> channel_;
-  std::unique_ptr<char[]> buffer_;  // not cleared: only what is used costs
+  std::unique_ptr<char[]> buffer_;  // not cleared, which saves time
   uint32 sequence_ = 0;
   std::string reason_;
 };

@@ -40,21 +40,21 @@ netlink_request link_request(uint32 number, uint32 flags = 0, uint32 changed_fla
   return request;
 }
 
-uint32 set_state(const setting_target& target, const port_settings& wanted, const port_settings&) {
-  const bool is_up = wanted.admin_state == PM_PORT_STATE_UP;
+uint32 set_state(const setting_target& target, const port_settings& requested, const port_settings&) {
+  const bool is_up = requested.admin_state == PM_PORT_STATE_UP;
   netlink_request request = link_request(target.number, is_up ? uint32{IFF_UP} : 0, IFF_UP);
   return send_link_request(request);
 }
 
-uint32 set_alias(const setting_target& target, const port_settings& wanted, const port_settings&) {
+uint32 set_alias(const setting_target& target, const port_settings& requested, const port_settings&) {
   netlink_request request = link_request(target.number);
-  mnl_attr_put(&request.head(), IFLA_IFALIAS, wanted.description.size(), wanted.description.data());
+  mnl_attr_put(&request.head(), IFLA_IFALIAS, requested.description.size(), requested.description.data());
   return send_link_request(request);
 }
 
-uint32 set_mtu(const setting_target& target, const port_settings& wanted, const port_settings&) {
+uint32 set_mtu(const setting_target& target, const port_settings& requested, const port_settings&) {
   netlink_request request = link_request(target.number);
-  mnl_attr_put_u32(&request.head(), IFLA_MTU, wanted.mtu_bytes.value_or(0));
+  mnl_attr_put_u32(&request.head(), IFLA_MTU, requested.mtu_bytes.value_or(0));
   return send_link_request(request);
 }
 
@@ -81,7 +81,7 @@ std::vector<port_vlan> vlans_of(const port_settings& settings) {
   return vlans;
 }
 
-// VLANs that follow each other with the same flags travel as the two ends of a range.
+// Consecutive VLANs with the same flags are sent as the two ends of a range.
 void put_vlans(nlmsghdr& message, const std::vector<port_vlan>& vlans) {
   const auto put = [&message](const port_vlan& vlan, int mark) {
     const bridge_vlan_info info{static_cast<uint16>(vlan.flags | mark), vlan.id};
@@ -116,24 +116,24 @@ bool is_native_missing(const port_settings& settings) {
                              settings.native_vlan.value_or(0));
 }
 
-void take_back_vlans(const setting_target& target, const port_settings& wanted, const port_settings& before) {
-  for (netlink_request& request : bridge_vlan_requests(target.number, before, wanted)) send_link_request(request);
+void take_back_vlans(const setting_target& target, const port_settings& requested, const port_settings& before) {
+  for (netlink_request& request : bridge_vlan_requests(target.number, before, requested)) send_link_request(request);
 }
 
-uint32 refuses_vlans(const setting_target& target, const port_settings& wanted, const port_settings& before) {
+uint32 refuses_vlans(const setting_target& target, const port_settings& requested, const port_settings& before) {
   if (!target.is_bridge_port) return status_of_text("the device is not a port of a bridge");
-  const bool is_known = wanted.admin_mode == PM_PORT_MODE_ACCESS || wanted.admin_mode == PM_PORT_MODE_TRUNK;
+  const bool is_known = requested.admin_mode == PM_PORT_MODE_ACCESS || requested.admin_mode == PM_PORT_MODE_TRUNK;
   if (!is_known) return status_of_text("the kernel has access and trunk ports only");
-  if (wanted.native_vlan != before.native_vlan && is_native_missing(wanted))
+  if (requested.native_vlan != before.native_vlan && is_native_missing(requested))
     return status_of_text("the trunk does not carry the native VLAN");
   return 0;
 }
 
-uint32 set_vlans(const setting_target& target, const port_settings& wanted, const port_settings& before) {
-  std::vector<netlink_request> requests = bridge_vlan_requests(target.number, wanted, before);
+uint32 set_vlans(const setting_target& target, const port_settings& requested, const port_settings& before) {
+  std::vector<netlink_request> requests = bridge_vlan_requests(target.number, requested, before);
   for (std::size_t i = 0; i < requests.size(); ++i) {
     const uint32 status = send_link_request(requests[i]);
-    if (status != 0) take_back_vlans(target, wanted, before);
+    if (status != 0) take_back_vlans(target, requested, before);
     if (status != 0) return status;
   }
   return 0;
@@ -141,7 +141,7 @@ uint32 set_vlans(const setting_target& target, const port_settings& wanted, cons
 
 // ---- What ethtool sets ----------------------------------------------------------------------------------------------
 
-// Asks the family to set something of a device; `put` adds what, behind the head.
+// Sends a request to set something of a device; `put` adds the attributes after the head.
 template <typename Put>
 uint32 send_ethtool(const setting_target& target, uint8 command, uint16 head, Put put) {
   ethtool_socket ethtool;
@@ -152,21 +152,22 @@ uint32 send_ethtool(const setting_target& target, uint8 command, uint16 head, Pu
   return status_of(error == ENOENT ? EOPNOTSUPP : error, ethtool.reason());  // a kernel without the family
 }
 
-// Without a speed and a duplex of their own both ends agree on them.
-uint32 set_speed(const setting_target& target, const port_settings& wanted, const port_settings&) {
-  const bool is_auto_duplex = wanted.admin_duplex == PM_PORT_DUPLEX_AUTO;
-  const bool is_auto = wanted.admin_speed_mbps == 0 && is_auto_duplex;
+// Both ends negotiate when neither speed nor duplex is set.
+uint32 set_speed(const setting_target& target, const port_settings& requested, const port_settings&) {
+  const bool is_auto_duplex = requested.admin_duplex == PM_PORT_DUPLEX_AUTO;
+  const bool is_auto = requested.admin_speed_mbps == 0 && is_auto_duplex;
   return send_ethtool(target, ETHTOOL_MSG_LINKMODES_SET, ETHTOOL_A_LINKMODES_HEADER, [&](nlmsghdr& message) {
     mnl_attr_put_u8(&message, ETHTOOL_A_LINKMODES_AUTONEG, is_auto ? AUTONEG_ENABLE : AUTONEG_DISABLE);
-    if (wanted.admin_speed_mbps != 0) mnl_attr_put_u32(&message, ETHTOOL_A_LINKMODES_SPEED, wanted.admin_speed_mbps);
+    if (requested.admin_speed_mbps != 0)
+      mnl_attr_put_u32(&message, ETHTOOL_A_LINKMODES_SPEED, requested.admin_speed_mbps);
     if (!is_auto_duplex)
       mnl_attr_put_u8(&message, ETHTOOL_A_LINKMODES_DUPLEX,
-                      wanted.admin_duplex == PM_PORT_DUPLEX_FULL ? DUPLEX_FULL : DUPLEX_HALF);
+                      requested.admin_duplex == PM_PORT_DUPLEX_FULL ? DUPLEX_FULL : DUPLEX_HALF);
   });
 }
 
-uint32 set_flow_control(const setting_target& target, const port_settings& wanted, const port_settings&) {
-  const uint16 bits = wanted.admin_flow_control.value_or(0);
+uint32 set_flow_control(const setting_target& target, const port_settings& requested, const port_settings&) {
+  const uint16 bits = requested.admin_flow_control.value_or(0);
   return send_ethtool(target, ETHTOOL_MSG_PAUSE_SET, ETHTOOL_A_PAUSE_HEADER, [bits](nlmsghdr& message) {
     mnl_attr_put_u8(&message, ETHTOOL_A_PAUSE_AUTONEG, (bits & PM_FLOW_CTRL_DESIRED) != 0 ? 1 : 0);
     mnl_attr_put_u8(&message, ETHTOOL_A_PAUSE_RX, (bits & PM_FLOW_CTRL_RECEIVE) != 0 ? 1 : 0);
@@ -174,8 +175,8 @@ uint32 set_flow_control(const setting_target& target, const port_settings& wante
   });
 }
 
-uint32 set_beacon(const setting_target& target, const port_settings& wanted, const port_settings&) {
-  if (!wanted.beacon_on) {
+uint32 set_beacon(const setting_target& target, const port_settings& requested, const port_settings&) {
+  if (!requested.beacon_on) {
     stop_identifying(target.number);
     return 0;
   }
@@ -186,27 +187,27 @@ uint32 set_beacon(const setting_target& target, const port_settings& wanted, con
 
 struct step {
   kernel_step made;
-  bool (*is_due)(const port_settings& wanted);
-  uint32 (*make)(const setting_target& target, const port_settings& wanted, const port_settings& before);
-  void (*take_back)(const setting_target& target, const port_settings& wanted, const port_settings& before);
+  bool (*is_due)(const port_settings& requested);
+  uint32 (*make)(const setting_target& target, const port_settings& requested, const port_settings& before);
+  void (*take_back)(const setting_target& target, const port_settings& requested, const port_settings& before);
 };
 
-// Takes a step back by making it the other way.
+// Reverts a step by applying its opposite.
 template <uint32 (*Make)(const setting_target&, const port_settings&, const port_settings&)>
-void reverse(const setting_target& target, const port_settings& wanted, const port_settings& before) {
-  Make(target, before, wanted);
+void reverse(const setting_target& target, const port_settings& requested, const port_settings& before) {
+  Make(target, before, requested);
 }
 
-// An MTU that ports do not count is not known.
-void take_back_mtu(const setting_target& target, const port_settings& wanted, const port_settings& before) {
-  if (before.mtu_bytes) set_mtu(target, before, wanted);
+// An MTU of more than 16 bits is unknown.
+void take_back_mtu(const setting_target& target, const port_settings& requested, const port_settings& before) {
+  if (before.mtu_bytes) set_mtu(target, before, requested);
 }
 
-bool is_switched_on(const port_settings& wanted) { return wanted.admin_state == PM_PORT_STATE_UP; }
-bool is_switched_off(const port_settings& wanted) { return !is_switched_on(wanted); }
+bool is_switched_on(const port_settings& requested) { return requested.admin_state == PM_PORT_STATE_UP; }
+bool is_switched_off(const port_settings& requested) { return !is_switched_on(requested); }
 bool is_always(const port_settings&) { return true; }
 
-// In this order: a device that is switched off is so before anything else, one that is switched on when all is done.
+// In this order: a device is switched off before other steps, and switched on after them.
 constexpr step kSteps[] = {
     {kernel_step::state, is_switched_off, set_state, reverse<set_state>},
     {kernel_step::alias, is_always, set_alias, reverse<set_alias>},
@@ -218,15 +219,15 @@ constexpr step kSteps[] = {
     {kernel_step::state, is_switched_on, set_state, reverse<set_state>},
 };
 
-bool is_needed(kernel_step made, const port_settings& wanted, const port_settings& before) {
+bool is_needed(kernel_step made, const port_settings& requested, const port_settings& before) {
   for (const setting& it : all_settings())
-    if (it.traits.step == made && !is_equal(it, wanted, before)) return true;
+    if (it.traits.step == made && !is_equal(it, requested, before)) return true;
   return false;
 }
 
-// Whether something is set that no step makes.
-bool is_beyond_the_kernel(const port_settings& wanted, const port_settings& before) {
-  return wanted.is_edge != before.is_edge || is_needed(kernel_step::none, wanted, before);
+// Whether a setting changed that no step applies.
+bool is_beyond_the_kernel(const port_settings& requested, const port_settings& before) {
+  return requested.is_edge != before.is_edge || is_needed(kernel_step::none, requested, before);
 }
 
 }  // namespace
@@ -241,14 +242,14 @@ uint32 send_link_request(netlink_request& request) {
   }
 }
 
-std::vector<netlink_request> bridge_vlan_requests(uint32 number, const port_settings& wanted,
+std::vector<netlink_request> bridge_vlan_requests(uint32 number, const port_settings& requested,
                                                   const port_settings& before) {
-  const std::vector<port_vlan> vlans = vlans_of(wanted);
-  const auto is_wanted = [&](const port_vlan& it) {
+  const std::vector<port_vlan> vlans = vlans_of(requested);
+  const auto is_requested = [&](const port_vlan& it) {
     return std::any_of(vlans.begin(), vlans.end(), [&](const port_vlan& kept) { return kept.id == it.id; });
   };
   std::vector<port_vlan> gone = vlans_of(before);
-  gone.erase(std::remove_if(gone.begin(), gone.end(), is_wanted), gone.end());
+  gone.erase(std::remove_if(gone.begin(), gone.end(), is_requested), gone.end());
   for (port_vlan& it : gone) it.flags = 0;
   std::vector<netlink_request> requests;
   if (!vlans.empty()) requests.push_back(vlan_request(number, RTM_SETLINK, vlans));
@@ -261,21 +262,21 @@ bool makes_kernel_setting(uint8 type) {
   return found != nullptr && found->traits.step != kernel_step::none;
 }
 
-uint32 check_device(const setting_target& target, const port_settings& wanted, const port_settings& before) {
-  if (wanted.channel != before.channel) return 0;
-  if (is_beyond_the_kernel(wanted, before)) return status_of_text("the kernel has no such setting");
-  return is_needed(kernel_step::vlans, wanted, before) ? refuses_vlans(target, wanted, before) : 0;
+uint32 check_device(const setting_target& target, const port_settings& requested, const port_settings& before) {
+  if (requested.channel != before.channel) return 0;
+  if (is_beyond_the_kernel(requested, before)) return status_of_text("the kernel has no such setting");
+  return is_needed(kernel_step::vlans, requested, before) ? refuses_vlans(target, requested, before) : 0;
 }
 
-uint32 apply_to_device(const setting_target& target, const port_settings& wanted, const port_settings& before) {
-  if (const uint32 status = check_device(target, wanted, before); status != 0) return status;
-  // A bond hands its settings to its members itself.
-  if (wanted.channel != before.channel) return set_bond(target, wanted, before);
+uint32 apply_to_device(const setting_target& target, const port_settings& requested, const port_settings& before) {
+  if (const uint32 status = check_device(target, requested, before); status != 0) return status;
+  // A bond passes its settings to its members itself.
+  if (requested.channel != before.channel) return set_bond(target, requested, before);
   std::vector<const step*> made;
   for (const step& it : kSteps) {
-    if (!it.is_due(wanted) || !is_needed(it.made, wanted, before)) continue;
-    if (const uint32 status = it.make(target, wanted, before); status != 0) {
-      std::for_each(made.rbegin(), made.rend(), [&](const step* done) { done->take_back(target, wanted, before); });
+    if (!it.is_due(requested) || !is_needed(it.made, requested, before)) continue;
+    if (const uint32 status = it.make(target, requested, before); status != 0) {
+      std::for_each(made.rbegin(), made.rend(), [&](const step* done) { done->take_back(target, requested, before); });
       return status;
     }
     made.push_back(&it);

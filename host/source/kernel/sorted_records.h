@@ -9,11 +9,11 @@ namespace host {
 template <auto Member, typename Records, typename Value>
 auto* find_by(Records& records, const Value& value) {
   const auto found = std::lower_bound(records.begin(), records.end(), value,
-                                      [](const auto& it, const Value& wanted) { return it.*Member < wanted; });
+                                      [](const auto& it, const Value& requested) { return it.*Member < requested; });
   return found != records.end() && (*found).*Member == value ? &*found : nullptr;
 }
 
-// Records mostly come in their order: then nothing is moved.
+// Records mostly arrive sorted: then nothing is moved.
 template <auto Member, typename Records>
 void sort_by(Records& records) {
   const auto is_before = [](const auto& a, const auto& b) { return a.*Member < b.*Member; };

@@ -57,7 +57,7 @@ bool read_mac(std::string_view text, std::array<uint8, 6>& mac) {
   return true;
 }
 
-// The text up to the next blank, or line; it is taken off.
+// Removes and returns the text up to the next blank or line end.
 std::string_view take_until(char end, std::string_view& text) {
   const std::string_view part = text.substr(0, text.find(end));
   text.remove_prefix(std::min(part.size() + 1, text.size()));
@@ -72,7 +72,7 @@ if_index_t interface_of(std::string_view text) {
 }
 
 std::string text_of(if_index_t if_index) {
-  const interface_word* const word = word_of(take_apart(if_index).type);
+  const interface_word* const word = word_of(decode_index(if_index).type);
   return word == nullptr ? std::string() : interface_text(*word, number_of(if_index));
 }
 
@@ -102,7 +102,7 @@ std::string read_own_file(const std::string& path, std::string& fault) {
   return text;
 }
 
-// Locks a file, and waits a second for another process that holds it. Returns why it cannot.
+// Locks a file, waiting up to a second for another process. Returns the reason of a failure.
 std::string lock(int descriptor) {
   constexpr int kTries = 100;
   constexpr useconds_t kPauseUsec = 10'000;
@@ -138,7 +138,7 @@ std::string stored_names::written(const entry& it) {
   return it.key + " " + std::to_string(it.number) + " " + hex(it.mac) + " " + text_of(it.if_index) + "\n";
 }
 
-// A key and an interface are taken once: the first line holds. What only this process knows is kept.
+// A key and an interface are used once: the first line counts. Entries of this process are kept.
 void stored_names::read() {
   std::string fault;
   const std::string text = read_own_file(path_, fault);
@@ -155,7 +155,7 @@ void stored_names::read() {
   };
   if (take_until('\n', rest) == head_)
     while (!rest.empty()) {
-      // The last line has an end, unless it is cut.
+      // The last line ends with a newline, unless it is cut.
       const bool is_whole = rest.find('\n') != std::string_view::npos;
       if (auto it = read_entry(take_until('\n', rest)); it && is_whole) add(std::move(*it));
     }
@@ -282,10 +282,10 @@ bool stored_names::add_new(const std::vector<kernel_link>& links, const matches&
 }
 
 std::vector<mapped_device> stored_names::map(const std::vector<kernel_link>& links, uint32 management,
-                                             const wanted_interfaces& wanted) {
-  if (path_.empty() && entries_.empty()) return map_devices(links, management, wanted);
+                                             const requested_interfaces& requested) {
+  if (path_.empty() && entries_.empty()) return map_devices(links, management, requested);
   matches found = match(links);
-  std::vector<mapped_device> mapped = map_devices(links, management, wanted, known_of(links, found));
+  std::vector<mapped_device> mapped = map_devices(links, management, requested, known_of(links, found));
   if (path_.empty()) return mapped;
   entries before = entries_;
   if (!add_new(links, found, mapped)) return mapped;
@@ -299,7 +299,7 @@ std::vector<mapped_device> stored_names::map(const std::vector<kernel_link>& lin
   entries_ = std::move(before);
   read();
   found = match(links);
-  mapped = map_devices(links, management, wanted, known_of(links, found));
+  mapped = map_devices(links, management, requested, known_of(links, found));
   if (add_new(links, found, mapped) && !path_.empty()) write();
   return mapped;
 }

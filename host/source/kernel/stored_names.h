@@ -1,7 +1,7 @@
-// Which interface each device was when a shell first saw it.
+// The interface that each device had when a shell first saw it.
 //
-// They are stored in a file, so that later shells of a user call a device the same. A file is valid for one boot and
-// one network namespace. A device is known again by its number and hardware address, else by its permanent hardware
+// They are stored in a file, so later shells of a user give a device the same interface. A file is valid for one boot
+// and one network namespace. A device is recognised by its number and hardware address, else by its permanent hardware
 // address, or by its name when it has no permanent address or shares it.
 #pragma once
 
@@ -20,9 +20,9 @@ class stored_names {
   // Stores them in a file from now on, and reads it. Without a path there are none.
   void keep_in(const std::string& path);
 
-  // Maps the devices, and stores the interfaces of those that are new. What another shell stored holds.
+  // Maps the devices, and stores the interfaces of new ones. Entries that another shell stored take precedence.
   std::vector<mapped_device> map(const std::vector<kernel_link>& links, uint32 management,
-                                 const wanted_interfaces& wanted);
+                                 const requested_interfaces& requested);
 
   // Why interfaces are not stored: one sentence; empty when they are.
   const std::string& fault() const { return fault_; }

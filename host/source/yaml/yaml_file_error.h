@@ -5,7 +5,7 @@
 
 namespace host {
 
-// "FILE:LINE: reason", or "FILE: reason" when no line is to blame.
+// "FILE:LINE: reason", or "FILE: reason" when the fault has no line.
 struct yaml_file_error : std::runtime_error {
   using std::runtime_error::runtime_error;
 };

@@ -1,4 +1,4 @@
-// One value of a YAML file with the place where it stands, and the walk over a map by a table of its keys.
+// One value of a YAML file with its line, and the walk over a map by a table of its keys.
 #pragma once
 
 #include <yaml-cpp/yaml.h>
@@ -12,7 +12,7 @@
 
 namespace host {
 
-// A word of the file and the number that it stands for.
+// A word of the file and its number.
 struct word_value {
   std::string_view word;
   uint32 value;
@@ -55,7 +55,7 @@ class yaml_value {
   const std::string& path_;
 };
 
-// What a key means: how its value is read into the target.
+// The rule of a key: how its value is read into the target.
 template <class Target>
 struct key_rule {
   std::string_view key;

@@ -34,7 +34,7 @@ constexpr interface_numbering kEthChannels = {lazily<if_index_eth_port_channel_g
 constexpr interface_numbering kTunnels = {lazily<if_index_fcip_get_tunnel>, lazily<if_index_set_tunnel>};
 constexpr interface_numbering kServers = {lazily<if_index_server_interface_get_sif_num>, lazily<if_index_set_sif_num>};
 
-// What a range of a kind must be. Tunnels are in any order, which is intended: the count wraps.
+// The rule for ranges of a kind. Tunnels may be in any order, which is intended: the count wraps.
 enum class range_rule { ports_of_slot, ports_or_sub_interfaces, ascending, any_order, single };
 
 struct counted_kind {

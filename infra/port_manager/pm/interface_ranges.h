@@ -17,7 +17,7 @@ extern "C" {
 #endif
 
 /*
- * Stores how many interfaces lie in low..high, bounds included. Both must be of one kind: 1, 2, 4, 5, 10, 11, 13, 22,
+ * Stores the number of interfaces in low..high, bounds included. Both must be of one kind: 1, 2, 4, 5, 10, 11, 13, 22,
  * 26 or 30; ports also of one slot that exists, and in ascending order. A range of one port of kind 2 or 26 counts its
  * sub-interfaces. Management ports count 1. FCIP tunnels are counted without an order check: a reversed range wraps.
  * Returns 0, or 0x4029000A and a count of 0.

@@ -81,7 +81,7 @@ const char* text_or_unknown(attribute_texts texts, uint32 value) {
   return local_temp_string_buffer;
 }
 
-// A number, or "default" for the one value that stands for it.
+// A number, or "default" for the value that means it.
 char* number_or_default(uint32 number, uint32 default_value, char* buf, size_t size) {
   if (number == default_value)
     std::snprintf(buf, size, "%s", "default");

@@ -1,7 +1,7 @@
 /*
  * The port vocabulary: the text of every port attribute and state reason, and the predicates on kinds of interface.
  *
- * None of it fails, and no service is asked. Texts are constant and the library's, but for "Unknown(%d)", which the
+ * None of it fails, and no service is called. Texts are constant and the library's, but for "Unknown(%d)", which the
  * first group returns for a value outside its vocabulary: the library keeps it in one buffer that the next such text
  * overwrites, so use each result before the next call.
  */
@@ -70,7 +70,7 @@ pm_port_state_reason_t port_state_reason_unique_enum(pm_port_state_reason_t port
 
 /* ---- Predicates on interfaces ----------------------------------------------------------------------------------- */
 
-/* What an interface is; false when its kind cannot be read. */
+/* Each returns false when the kind cannot be read. */
 bool pm_is_xgfc_interface(if_index_t if_index);   /* a port-channel of either family with subtype PC_SUBTYPE_XGFC */
 bool pm_is_bundle_port_type(if_index_t if_index); /* any other port-channel of either family */
 bool pm_is_fcsif_port_type(if_index_t if_index);  /* a server (Fibre-Channel SIF) interface */

@@ -1,4 +1,4 @@
-// What kinds of interface are, and which attributes they have.
+// Predicates on kinds of interface and their attributes.
 
 #include "platform/if_index.h"
 #include "platform/transceiver.h"
@@ -26,7 +26,7 @@ constexpr uint32 kKindsWithoutModes = 1U << IF_TYPE_ETHERNET | 1U << IF_TYPE_MGM
 static_assert(kKindsWithoutModes == 0x824);
 
 // Vendor's codes of DWDM modules.
-enum { FIRST_DWDM_CODE = 9, LAST_DWDM_CODE = 40 };
+enum { kFirstDwdmCode = 9, kLastDwdmCode = 40 };
 
 }  // namespace
 
@@ -89,7 +89,7 @@ bool pm_is_transceiver_supported(if_index_t if_index) {
 bool pm_is_x2_dwdm(lc_fcot_x2_info_t* x2) {
   if (x2 == nullptr || x2->xg_eth_code[0] != 0) return false;  // 10-gigabit Ethernet is no DWDM module
   const uint8 code = x2->extnd_vendor_specific[X2_EXTENDED_CODE];
-  return code >= FIRST_DWDM_CODE && code <= LAST_DWDM_CODE;
+  return code >= kFirstDwdmCode && code <= kLastDwdmCode;
 }
 
 int32 pm_map_snmp_error_code(int32 ret_val) { return ret_val; }

@@ -28,9 +28,9 @@ struct pair {
 };
 
 // A request as it travels, of exactly its size so that a sanitizer sees a read past the end.
-std::vector<std::byte> request(intent wanted, const std::vector<pair>& ranges) {
+std::vector<std::byte> request(intent requested, const std::vector<pair>& ranges) {
   const pm_cli_if_index_verify_req_payload_t head{
-      wanted == intent::create ? 1u : 0u, wanted == intent::remove ? 1u : 0u, static_cast<uint32>(ranges.size())};
+      requested == intent::create ? 1u : 0u, requested == intent::remove ? 1u : 0u, static_cast<uint32>(ranges.size())};
   std::vector<std::byte> bytes(sizeof head + ranges.size() * sizeof(pm_port_range_t));
   std::memcpy(bytes.data(), &head, sizeof head);
   for (std::size_t i = 0; i < ranges.size(); ++i) {
@@ -42,15 +42,15 @@ std::vector<std::byte> request(intent wanted, const std::vector<pair>& ranges) {
 
 class InterfaceRequests : public testing::Test {
  protected:
-  static uint32 status(intent wanted, const std::vector<pair>& ranges) {
-    const reply answer = serve_port_manager(330, request(wanted, ranges));
+  static uint32 status(intent requested, const std::vector<pair>& ranges) {
+    const reply answer = serve_port_manager(330, request(requested, ranges));
     EXPECT_EQ(answer.what, reply::kind::answer);
     EXPECT_EQ(answer.payload.size(), 4u);
     be32 status = 99;
     if (answer.payload.size() == 4) std::memcpy(&status, answer.payload.data(), 4);
     return status;
   }
-  static uint32 status(intent wanted, if_index_t if_index) { return status(wanted, {{if_index, if_index}}); }
+  static uint32 status(intent requested, if_index_t if_index) { return status(requested, {{if_index, if_index}}); }
 
   if_index_t sub(uint32 number) const { return ethernet_index(IF_TYPE_ETHERNET_L3, 1, 0, number); }
 

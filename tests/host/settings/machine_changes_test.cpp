@@ -54,7 +54,7 @@ class MachineChanges : public testing::Test {
     begin_changes("commit");
     port(names_.third_port).settings.admin_state = PM_PORT_STATE_UP;
     begun_ = the_machine();
-    wanted_ = the_machine();
+    requested_ = the_machine();
   }
   ~MachineChanges() override {
     set_source();
@@ -64,16 +64,16 @@ class MachineChanges : public testing::Test {
   interface& port(if_index_t if_index) {
     return *the_machine().find(if_index);
   }
-  port_settings& wanted(if_index_t if_index) { return wanted_.find(if_index)->settings; }
+  port_settings& requested(if_index_t if_index) { return requested_.find(if_index)->settings; }
 
   changes_made apply() {
-    return apply_changes(the_machine(), rebased(changes_between(begun_, wanted_), the_machine()));
+    return apply_changes(the_machine(), rebased(changes_between(begun_, requested_), the_machine()));
   }
 
   small_machine names_ = install_small_machine();
   made_settings made_;
   machine begun_;
-  machine wanted_;
+  machine requested_;
 };
 
 TEST(MergedSettings, OnlyWhatDiffersIsTaken) {
@@ -96,7 +96,7 @@ TEST(MergedSettings, TheSidesOfFlowControlAreSettingsOfTheirOwn) {
 }
 
 TEST_F(MachineChanges, AreMergedWithWhatChangedMeanwhile) {
-  wanted(names_.third_port).mtu_bytes = uint16{9000};
+  requested(names_.third_port).mtu_bytes = uint16{9000};
   port(names_.third_port).settings.description = "set meanwhile";
   port(names_.loopback).settings.description = "another port";
   const changes_made made = apply();
@@ -107,20 +107,20 @@ TEST_F(MachineChanges, AreMergedWithWhatChangedMeanwhile) {
 }
 
 TEST_F(MachineChanges, WhatIsSoAlreadyIsNone) {
-  wanted(names_.third_port).mtu_bytes = uint16{9000};
+  requested(names_.third_port).mtu_bytes = uint16{9000};
   port(names_.third_port).settings.mtu_bytes = uint16{9000};
-  EXPECT_TRUE(rebased(changes_between(begun_, wanted_), the_machine()).is_empty());
+  EXPECT_TRUE(rebased(changes_between(begun_, requested_), the_machine()).is_empty());
 }
 
 // The refused step comes behind others, and the port is switched off first.
 TEST_F(MachineChanges, APortTakesAllOfThemOrNone) {
   made_.refuses_flow_control = true;
-  port_settings& settings = wanted(names_.third_port);
+  port_settings& settings = requested(names_.third_port);
   settings.admin_state = PM_PORT_STATE_DOWN;
   settings.description = "new";
   settings.admin_flow_control = kReceiveOn;
   settings.mtu_bytes = uint16{9000};
-  wanted(names_.loopback).description = "also new";
+  requested(names_.loopback).description = "also new";
   const changes_made made = apply();
   ASSERT_EQ(made.refused.size(), 1U);
   EXPECT_EQ(made.refused[0].if_index, names_.third_port);
@@ -133,8 +133,8 @@ TEST_F(MachineChanges, APortTakesAllOfThemOrNone) {
 }
 
 TEST_F(MachineChanges, AreOneStepOfTheJournal) {
-  wanted(names_.third_port).mtu_bytes = uint16{9000};
-  wanted(names_.loopback).description = "new";
+  requested(names_.third_port).mtu_bytes = uint16{9000};
+  requested(names_.loopback).description = "new";
   apply();
   ASSERT_EQ(change_steps(the_machine()).size(), 1U);
   take_change_back(the_machine());
@@ -143,8 +143,8 @@ TEST_F(MachineChanges, AreOneStepOfTheJournal) {
 }
 
 TEST_F(MachineChanges, LockedAndMissingPortsRefuseThem) {
-  wanted(names_.third_port).mtu_bytes = uint16{9000};
-  wanted(names_.sub_port).description = "new";
+  requested(names_.third_port).mtu_bytes = uint16{9000};
+  requested(names_.sub_port).description = "new";
   port(names_.third_port).is_locked = true;
   the_machine().remove(names_.sub_port);
   const changes_made made = apply();
@@ -155,11 +155,11 @@ TEST_F(MachineChanges, LockedAndMissingPortsRefuseThem) {
 }
 
 TEST_F(MachineChanges, APortThatJoinedAChannelRefusesWhatIsItsChannels) {
-  wanted(names_.third_port).mtu_bytes = uint16{9000};
+  requested(names_.third_port).mtu_bytes = uint16{9000};
   port(names_.third_port).settings.channel = names_.channel;
   ASSERT_EQ(apply().refused.size(), 1U);
-  wanted(names_.third_port) = begun_.find(names_.third_port)->settings;
-  wanted(names_.third_port).description = "its own";
+  requested(names_.third_port) = begun_.find(names_.third_port)->settings;
+  requested(names_.third_port).description = "its own";
   EXPECT_TRUE(apply().refused.empty());
 }
 
@@ -167,10 +167,10 @@ class CreatedAndDeleted : public MachineChanges {
  protected:
   // As a command does.
   void create(if_index_t if_index) {
-    switch_source().create_interfaces(wanted_, {&if_index, 1});
-    wanted(if_index).description = "created";
+    switch_source().create_interfaces(requested_, {&if_index, 1});
+    requested(if_index).description = "created";
   }
-  void remove(if_index_t if_index) { switch_source().delete_interfaces(wanted_, {&if_index, 1}); }
+  void remove(if_index_t if_index) { switch_source().delete_interfaces(requested_, {&if_index, 1}); }
 
   const if_index_t new_loopback_ = numbered_index(IF_TYPE_LOOPBACK, 9);
 };
@@ -190,7 +190,7 @@ TEST_F(CreatedAndDeleted, InterfacesAreAmongThem) {
 TEST_F(CreatedAndDeleted, AnInterfaceWhoseSettingsAreRefusedIsNotCreated) {
   made_.refuses_flow_control = true;
   create(new_loopback_);
-  wanted(new_loopback_).admin_flow_control = PM_FLOW_CTRL_ON;
+  requested(new_loopback_).admin_flow_control = PM_FLOW_CTRL_ON;
   EXPECT_EQ(apply().refused.size(), 1U);
   EXPECT_EQ(the_machine().find(new_loopback_), nullptr);
   EXPECT_TRUE(change_steps(the_machine()).empty());
@@ -221,7 +221,7 @@ TEST_F(CreatedAndDeleted, OneThatCannotBeCreatedAgainStays) {
 
 TEST_F(CreatedAndDeleted, SubInterfacesComeWhenTheirPortHasChanged) {
   const if_index_t sub = ethernet_index(IF_TYPE_ETHERNET, 0, 2, 5);
-  wanted(names_.third_port).layer = IF_LAYER_3;
+  requested(names_.third_port).layer = IF_LAYER_3;
   create(sub);
   EXPECT_TRUE(apply().refused.empty());
   EXPECT_NE(the_machine().find(sub), nullptr);
@@ -230,10 +230,10 @@ TEST_F(CreatedAndDeleted, SubInterfacesComeWhenTheirPortHasChanged) {
 TEST_F(CreatedAndDeleted, ReversedTheyTakeEverythingBack) {
   create(new_loopback_);
   remove(names_.sub_port);
-  wanted(names_.third_port).mtu_bytes = uint16{9000};
+  requested(names_.third_port).mtu_bytes = uint16{9000};
   port(names_.third_port).settings.mtu_bytes = uint16{4000};
   const machine before = the_machine();
-  const machine_changes changes = rebased(changes_between(begun_, wanted_), the_machine());
+  const machine_changes changes = rebased(changes_between(begun_, requested_), the_machine());
   EXPECT_EQ(changes.ports().size(), 3U);
   apply_changes(the_machine(), changes);
   port(names_.third_port).settings.description = "set afterwards";

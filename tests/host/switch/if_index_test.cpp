@@ -34,8 +34,7 @@ TEST(InterfaceName, EveryKindHasItsNames) {
       {ethernet_index(IF_TYPE_ETHERNET, 0, 0), "Ethernet1/1", "Eth1/1"},
       {ethernet_index(IF_TYPE_ETHERNET_L3, 1, 31), "Ethernet2/32", "Eth2/32"},
       {ethernet_index(IF_TYPE_ETHERNET_L3, 0, 0, 10), "Ethernet1/1.10", "Eth1/1.10"},
-      {ethernet_index(IF_TYPE_ETHERNET, MAX_SLOT, MAX_PORT, MAX_SUB_INTERFACE), "Ethernet64/256.4095",
-       "Eth64/256.4095"},
+      {ethernet_index(IF_TYPE_ETHERNET, kMaxSlot, kMaxPort, kMaxSubInterface), "Ethernet64/256.4095", "Eth64/256.4095"},
       {satellite_index(101, 0, 0), "Ethernet101/1/1", "Eth101/1/1"},
       {satellite_index(255, 15, 0x3FFF), "Ethernet255/16/16384", "Eth255/16/16384"},
       {channel_index(IF_TYPE_ETH_PORT_CHANNEL, 12), "port-channel12", "Po12"},
@@ -47,7 +46,7 @@ TEST(InterfaceName, EveryKindHasItsNames) {
       {numbered_index(IF_TYPE_LOOPBACK, 3), "loopback3", "Lo3"},
       {numbered_index(IF_TYPE_LOOPBACK, 0), "loopback0", "Lo0"},
       {numbered_index(IF_TYPE_VETHERNET, 7), "Vethernet7", "Veth7"},
-      {numbered_index(IF_TYPE_VETHERNET, MAX_NUMBER), "Vethernet67108863", "Veth67108863"},
+      {numbered_index(IF_TYPE_VETHERNET, kMaxNumber), "Vethernet67108863", "Veth67108863"},
       {ethernet_index(IF_TYPE_FC, 0, 0), "fc1/1", "fc1/1"},
       {numbered_index(IF_TYPE_FCIP, 5), "fcip5", "fcip5"},
       {ethernet_index(IF_TYPE_ISCSI, 0, 0), "iscsi1/1", "iscsi1/1"},
@@ -55,10 +54,10 @@ TEST(InterfaceName, EveryKindHasItsNames) {
       {numbered_index(IF_TYPE_SERVER, 3), "server3", "server3"},
       {numbered_index(IF_TYPE_INBAND, 0), "sup-fc0", "sup-fc0"},
       {ethernet_index(IF_TYPE_EXTERNAL, 0, 0), "external1/1", "external1/1"},
-      {ethernet_index(IF_TYPE_FC, MAX_FC_SLOT, MAX_PORT), "fc62/256", "fc62/256"},
-      {named_fc_index(name_family::kBay, 0), "bay1", "bay1"},
-      {named_fc_index(name_family::kBay, MAX_PORT), "bay256", "bay256"},
-      {named_fc_index(name_family::kExternal, 9), "ext10", "ext10"},
+      {ethernet_index(IF_TYPE_FC, kMaxFcSlot, kMaxPort), "fc62/256", "fc62/256"},
+      {named_fc_index(name_family::bay, 0), "bay1", "bay1"},
+      {named_fc_index(name_family::bay, kMaxPort), "bay256", "bay256"},
+      {named_fc_index(name_family::external, 9), "ext10", "ext10"},
   };
   for (const named_index& it : kNames) {
     EXPECT_EQ(name(it.if_index), it.name);
@@ -140,9 +139,9 @@ TEST(InterfaceIndex, EveryKindAnswersForItsFieldsOnly) {
 
 TEST(InterfaceIndex, PortsNamedByANumberStandOnTheFirstSlot) {
   const answers bay{1, 0, 9, -1, -1, 62, 9, -1, -1, -1, -1, -1};
-  EXPECT_EQ(ask_all(named_fc_index(name_family::kBay, 9)), bay);
+  EXPECT_EQ(ask_all(named_fc_index(name_family::bay, 9)), bay);
   const answers external{1, 0, 9, -1, -1, 63, 9, -1, -1, -1, -1, -1};
-  EXPECT_EQ(ask_all(named_fc_index(name_family::kExternal, 9)), external);
+  EXPECT_EQ(ask_all(named_fc_index(name_family::external, 9)), external);
 }
 
 TEST(InterfaceIndex, SettersReplaceOneNumber) {
@@ -152,8 +151,8 @@ TEST(InterfaceIndex, SettersReplaceOneNumber) {
   };
   EXPECT_EQ(changed(if_index_set_port, ethernet_index(IF_TYPE_ETHERNET_L3, 2, 4, 9), 47), "Ethernet3/48.9");
   EXPECT_EQ(changed(if_index_set_port, ethernet_index(IF_TYPE_FC, 1, 0), 255), "fc2/256");
-  EXPECT_EQ(changed(if_index_set_port, named_fc_index(name_family::kBay, 0), 13), "bay14");
-  EXPECT_EQ(changed(if_index_set_port, named_fc_index(name_family::kExternal, 7), 0), "ext1");
+  EXPECT_EQ(changed(if_index_set_port, named_fc_index(name_family::bay, 0), 13), "bay14");
+  EXPECT_EQ(changed(if_index_set_port, named_fc_index(name_family::external, 7), 0), "ext1");
   EXPECT_EQ(changed(if_index_set_port, satellite_index(101, 1, 2), 299), "Ethernet101/2/300");
   EXPECT_EQ(changed(if_index_set_port, ethernet_index(IF_TYPE_MGMT, 0, 0), 1), "mgmt1");
   EXPECT_EQ(changed(if_index_set_sub_intf, ethernet_index(IF_TYPE_ETHERNET, 0, 4, 9), 4095), "Ethernet1/5.4095");
@@ -162,7 +161,7 @@ TEST(InterfaceIndex, SettersReplaceOneNumber) {
   EXPECT_EQ(changed(if_index_set_channel_num, channel_index(IF_TYPE_ETH_PORT_CHANNEL, 7, PC_SUBTYPE_XGFC, 2), 4095),
             "port-channel4095.2");
   EXPECT_EQ(changed(if_index_set_channel_num, channel_index(IF_TYPE_PORT_CHANNEL, 7), 1), "port-channel1");
-  EXPECT_EQ(changed(if_index_set_tunnel, numbered_index(IF_TYPE_FCIP, 5), MAX_NUMBER), "fcip67108863");
+  EXPECT_EQ(changed(if_index_set_tunnel, numbered_index(IF_TYPE_FCIP, 5), kMaxNumber), "fcip67108863");
   EXPECT_EQ(changed(if_index_set_sif_num, numbered_index(IF_TYPE_SERVER, 5), 12), "server12");
 }
 
@@ -191,7 +190,7 @@ TEST(InterfaceIndex, SettersRefuseWhatAnInterfaceDoesNotHave) {
   EXPECT_EQ(refusal(if_index_set_port, port, 256), 0x4029000A);
   EXPECT_EQ(refusal(if_index_set_sub_intf, port, 4096), 0x4029000A);
   EXPECT_EQ(refusal(if_index_set_channel_num, channel_index(IF_TYPE_PORT_CHANNEL, 1), 4096), 0x4029000A);
-  EXPECT_EQ(refusal(if_index_set_tunnel, tunnel, MAX_NUMBER + 1), 0x4029000A);
+  EXPECT_EQ(refusal(if_index_set_tunnel, tunnel, kMaxNumber + 1), 0x4029000A);
 }
 
 TEST(InterfaceIndex, FibreChannelPortIsBuiltFromItsPlace) {
@@ -202,12 +201,12 @@ TEST(InterfaceIndex, FibreChannelPortIsBuiltFromItsPlace) {
   };
   EXPECT_EQ(built(0, 0), "fc1/1");
   EXPECT_EQ(built(2, 15), "fc3/16");
-  EXPECT_EQ(built(MAX_FC_SLOT, MAX_PORT), "fc62/256");
+  EXPECT_EQ(built(kMaxFcSlot, kMaxPort), "fc62/256");
 }
 
 TEST(InterfaceIndex, FibreChannelPortIsBuiltFromWhatItsGettersRead) {
-  for (const if_index_t port : {ethernet_index(IF_TYPE_FC, 3, 15), named_fc_index(name_family::kBay, 9),
-                                named_fc_index(name_family::kExternal, 0)}) {
+  for (const if_index_t port : {ethernet_index(IF_TYPE_FC, 3, 15), named_fc_index(name_family::bay, 9),
+                                named_fc_index(name_family::external, 0)}) {
     uint32 slot = 0, number = 0;
     if_index_t built = 0;
     ASSERT_EQ(if_index_phy_fc_get_slot(port, &slot), 0);
@@ -219,7 +218,7 @@ TEST(InterfaceIndex, FibreChannelPortIsBuiltFromWhatItsGettersRead) {
 
 TEST(InterfaceIndex, FibreChannelPortWithoutAPlaceIsRefused) {
   const std::pair<uint32, uint32> kNowhere[] = {
-      {MAX_SLOT + 1, 0}, {0, MAX_PORT + 1}, {MAX_SLOT + 1, MAX_PORT + 1}, {UINT32_MAX, UINT32_MAX}};
+      {kMaxSlot + 1, 0}, {0, kMaxPort + 1}, {kMaxSlot + 1, kMaxPort + 1}, {UINT32_MAX, UINT32_MAX}};
   for (const auto& [slot, port] : kNowhere) {
     if_index_t if_index = 4711;
     EXPECT_EQ(if_index_phy_fc_port_init(&if_index, slot, port), 0x4029000A) << slot << "/" << port;
@@ -233,8 +232,8 @@ TEST(InterfaceIndex, InBandInterfaceOfTheActiveSupervisor) {
 }
 
 TEST(InterfaceIndex, BayAndExternalPortsSortByTheirNumbers) {
-  const auto bay = [](uint32 number) { return named_fc_index(name_family::kBay, number - 1); };
-  const auto external = [](uint32 number) { return named_fc_index(name_family::kExternal, number - 1); };
+  const auto bay = [](uint32 number) { return named_fc_index(name_family::bay, number - 1); };
+  const auto external = [](uint32 number) { return named_fc_index(name_family::external, number - 1); };
   std::vector<if_index_t> ports = {external(2), bay(10), bay(9), external(1), bay(100), bay(9)};
 
   std::qsort(ports.data(), ports.size(), sizeof ports[0], compare_intf_bay_ext_aliases);
@@ -285,7 +284,7 @@ TEST(InterfaceIndex, NextHasTheNextNumberOfTheSameKindAndPlace) {
       {numbered_index(IF_TYPE_LOOPBACK, 0), numbered_index(IF_TYPE_LOOPBACK, 1)},
       {numbered_index(IF_TYPE_VETHERNET, 4095), numbered_index(IF_TYPE_VETHERNET, 4096)},
       {ethernet_index(IF_TYPE_MGMT, 0, 0), ethernet_index(IF_TYPE_MGMT, 0, 1)},
-      {named_fc_index(name_family::kBay, 0), named_fc_index(name_family::kBay, 1)},
+      {named_fc_index(name_family::bay, 0), named_fc_index(name_family::bay, 1)},
   };
   for (const auto& [from, to] : kSteps) {
     if_index_t next = 0;
@@ -296,9 +295,9 @@ TEST(InterfaceIndex, NextHasTheNextNumberOfTheSameKindAndPlace) {
 
 TEST(InterfaceIndex, NothingFollowsTheLastNumber) {
   for (const if_index_t last :
-       {ethernet_index(IF_TYPE_ETHERNET, 2, MAX_PORT), ethernet_index(IF_TYPE_ETHERNET_L3, 2, 7, MAX_SUB_INTERFACE),
-        satellite_index(101, 3, MAX_UNIT_PORT), channel_index(IF_TYPE_ETH_PORT_CHANNEL, MAX_CHANNEL),
-        numbered_index(IF_TYPE_LOOPBACK, MAX_NUMBER), if_index_t{0}, if_index_t{0xF8000000}}) {
+       {ethernet_index(IF_TYPE_ETHERNET, 2, kMaxPort), ethernet_index(IF_TYPE_ETHERNET_L3, 2, 7, kMaxSubInterface),
+        satellite_index(101, 3, kMaxUnitPort), channel_index(IF_TYPE_ETH_PORT_CHANNEL, kMaxChannel),
+        numbered_index(IF_TYPE_LOOPBACK, kMaxNumber), if_index_t{0}, if_index_t{0xF8000000}}) {
     if_index_t next = 4711;
     EXPECT_NE(if_index_next(last, &next), 0) << name(last);
     EXPECT_EQ(next, 4711u) << name(last);

@@ -290,11 +290,11 @@ std::string matching(std::string_view text) {
       ethernet_index(IF_TYPE_MGMT, 0, 0),
       ethernet_index(IF_TYPE_FC, 0, 0),
       ethernet_index(IF_TYPE_FC, 0, 1),
-      ethernet_index(IF_TYPE_FC, MAX_FC_SLOT, 0),
-      named_fc_index(name_family::kBay, 0),
-      named_fc_index(name_family::kBay, 9),
-      named_fc_index(name_family::kExternal, 0),
-      named_fc_index(name_family::kExternal, 1),
+      ethernet_index(IF_TYPE_FC, kMaxFcSlot, 0),
+      named_fc_index(name_family::bay, 0),
+      named_fc_index(name_family::bay, 9),
+      named_fc_index(name_family::external, 0),
+      named_fc_index(name_family::external, 1),
   };
   std::sort(existing.begin(), existing.end());
   std::vector<interface_span> spans;
@@ -372,10 +372,10 @@ TEST(InterfaceNumber, GoesToAnIndexAndBack) {
       ethernet_index(IF_TYPE_MGMT, 0, 1),
       ethernet_index(IF_TYPE_EXTERNAL, 2, 3),
       ethernet_index(IF_TYPE_FC, 2, 3),
-      named_fc_index(name_family::kBay, 13),
-      named_fc_index(name_family::kExternal, 0),
+      named_fc_index(name_family::bay, 13),
+      named_fc_index(name_family::external, 0),
   };
-  for (const if_index_t it : kIndexes) EXPECT_EQ(index_of(take_apart(it).type, number_of(it)), it);
+  for (const if_index_t it : kIndexes) EXPECT_EQ(index_of(decode_index(it).type, number_of(it)), it);
 }
 
 TEST(InterfaceWord, EveryKindHasAWord) {
@@ -385,8 +385,8 @@ TEST(InterfaceWord, EveryKindHasAWord) {
   EXPECT_EQ(word_of(200), nullptr);
   EXPECT_EQ(word_of(IF_TYPE_PORT_CHANNEL), word_of(IF_TYPE_ETH_PORT_CHANNEL));
   EXPECT_EQ(word_of(IF_TYPE_FC)->word, "fc");
-  EXPECT_EQ(word_of(IF_TYPE_FC, name_family::kBay)->word, "bay");
-  EXPECT_EQ(word_of(IF_TYPE_FC, name_family::kExternal)->word, "ext");
+  EXPECT_EQ(word_of(IF_TYPE_FC, name_family::bay)->word, "bay");
+  EXPECT_EQ(word_of(IF_TYPE_FC, name_family::external)->word, "ext");
   EXPECT_EQ(word_of(IF_TYPE_EXTERNAL)->word, "external");
 }
 

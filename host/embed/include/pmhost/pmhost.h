@@ -2,14 +2,14 @@
  * A platform for the command library, inside a program: a simulated switch with its services, the shell's commands over
  * it, and parameter blocks for calling the library's handlers (pmcli/command.h) directly.
  *
- * Link with the library and this one (pkg-config pmhost, or pmcli::host); they find what they need of each other in the
+ * Link with the library and this one (pkg-config pmhost, or pmcli::host); each finds the other's functions in the
  * process. A program that loads them with dlopen() needs RTLD_GLOBAL for this one.
  *
  * Threads: one host at a time in a process, used by one thread at a time. Nothing here starts a thread or changes a
  * signal. Calls block while a service answers; services of a simulated switch are in the process and answer at once.
  * While a command runs, `stdout` is a stream of the host's; in callbacks it is the program's.
  *
- * Nobody is asked: a question of a command ("Do you want to continue (y/n)?") is answered as in a shell without a
+ * Nothing is asked: a question of a command ("Do you want to continue (y/n)?") is answered as in a shell without a
  * terminal, which is yes.
  *
  * Texts are UTF-8. Functions that fail store one line in `*error`, which the caller frees with free(), unless `error`
@@ -44,16 +44,16 @@ enum {
 /* Forms of the output. */
 enum { PMHOST_TEXT = 0, PMHOST_JSON = 1 };
 
-/* A value that a display bound to its tag. All of it is good until the callback returns. */
+/* A value that a display bound to its tag. All of it is valid until the callback returns. */
 typedef struct pmhost_value_t {
   if_index_t if_index; /* of the interface that is being shown; 0: of none                           */
   uint32 tuple;        /* its tuple id (platform/cmd_channel.h)                                      */
   const char* key;     /* of the field in the structured form; null: no display has it               */
-  const char* text;    /* as it is shown; null: nobody knows the value                               */
-  const void* value;   /* what the type code of the tuple id promises; null: nobody knows the value  */
+  const char* text;    /* as it is shown; null: the value is unavailable                             */
+  const void* value;   /* of the type in the tuple id's type code; null: the value is unavailable    */
 } pmhost_value_t;
 
-/* Where the output of commands goes. Members that are null or 0 leave their part as it is for pmsh. */
+/* Where the output of commands goes. Members that are null or 0 mean the default of pmsh. */
 typedef struct pmhost_output_t {
   uint32 form; /* PMHOST_TEXT or PMHOST_JSON: one document for each command                              */
   void (*write)(void* context, const char* text, size_t size); /* null: to standard output         */
@@ -63,8 +63,8 @@ typedef struct pmhost_output_t {
 } pmhost_output_t;
 
 /*
- * Reads a switch file and starts its services. A name without a slash that is no file here is looked for among the
- * switches that were installed ("campus.yaml"). Null on failure: no such file, a mistake in it (file and line), a
+ * Reads a switch file and starts its services. A name without a slash that is not a file is looked up among the
+ * installed switches ("campus.yaml"). Null on failure: no such file, a mistake in it (file and line), a
  * command or client library that cannot be loaded (then no further host can be opened either), or a host that is open
  * already.
  * pmhost_close() ends it, after all of its commands; its queue is closed with it. Both libraries stay loaded.
@@ -80,7 +80,7 @@ void pmhost_set_output(pmhost_t* host, const pmhost_output_t* output);
 
 /*
  * Runs a line as pmsh does ("show interface ethernet 1/1-4", "configure", pipes included), with the services that its
- * command asks. Returns one of the codes above. "watch" is refused.
+ * command needs. Returns one of the codes above. "watch" is refused.
  */
 int pmhost_run(pmhost_t* host, const char* line);
 
@@ -108,9 +108,10 @@ typedef uint32 (*pmhost_handler_t)(paraminfo_t* block);
 /*
  * Calls a show handler for each interface, in one output; pmhost_call() calls a handler once, for all ranges, as table
  * headers and configuration handlers are. In the structured form the display is that of pmsh's command with the same
- * command id; PMHOST_USAGE when there is none. What failed is known from what the handler printed, and from its
- * requests to services: one that fails (lost, rejected, not answered, or answered with damage) names the service as an
- * error, and PMHOST_SERVICE_FAILED replaces PMHOST_DONE. Answers to clears and settings are discarded after the call.
+ * command id; PMHOST_USAGE when there is none. Failures are found in the output of the handler, and in its
+ * requests to services: a request that fails (lost, rejected, not answered, or answered with damage) names the service
+ * as an error, and PMHOST_SERVICE_FAILED replaces PMHOST_DONE. Answers to clears and settings are discarded after the
+ * call.
  */
 int pmhost_show(pmhost_command_t* command, pmhost_handler_t handler);
 int pmhost_call(pmhost_command_t* command, pmhost_handler_t handler);

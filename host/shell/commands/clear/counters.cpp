@@ -1,4 +1,5 @@
-// "clear counters": hands interfaces to the owner of their counters, and compares what was cleared with what was named.
+// "clear counters": passes interfaces to the owner of their counters, and compares the cleared ones with the named
+// ones.
 #include <dlfcn.h>
 
 #include <algorithm>
@@ -39,7 +40,7 @@ constexpr if_index_type_t kAll[] = {IF_TYPE_MGMT,      IF_TYPE_ETHERNET,        
 
 // ---- Handing over ---------------------------------------------------------------------------------------------------
 
-// Who clears a kind of interface.
+// The part of the library that clears a kind of interface.
 enum class clearer : uint8 { ethernet, port_channels, loopbacks, inband, others };
 
 clearer clearer_of(if_index_t if_index) {
@@ -56,9 +57,9 @@ clearer clearer_of(if_index_t if_index) {
   }
 }
 
-// What the handlers return is not needed: what they did not clear is found by comparing.
-void clear_by(clearer who, const command_library& library, paraminfo_t* block) {
-  switch (who) {
+// Results of the handlers are ignored: interfaces that were not cleared are found by comparison.
+void clear_by(clearer owner, const command_library& library, paraminfo_t* block) {
+  switch (owner) {
     case clearer::ethernet: library.clear_ethernet(block); return;
     case clearer::port_channels: library.clear_port_channels(block); return;
     case clearer::loopbacks: library.clear_loopbacks(block); return;
@@ -81,8 +82,8 @@ void clear_block(const invocation& run, command_parameters& parameters, std::spa
 
 void clear_ranges(const invocation& run, command_parameters& parameters, std::span<const if_index_t> interfaces) {
   while (!interfaces.empty() && !run.output.is_discarding()) {
-    const auto has_other_clearer = [who = clearer_of(interfaces.front())](if_index_t it) {
-      return clearer_of(it) != who;
+    const auto has_other_clearer = [owner = clearer_of(interfaces.front())](if_index_t it) {
+      return clearer_of(it) != owner;
     };
     const auto most = interfaces.first(std::min<std::size_t>(interfaces.size(), PARAM_MAX_RANGES));
     const auto end = std::find_if(most.begin(), most.end(), has_other_clearer);
@@ -97,7 +98,9 @@ void clear_ranges(const invocation& run, command_parameters& parameters, std::sp
 bool is_inband(if_index_t if_index) { return clearer_of(if_index) == clearer::inband; }
 
 // By the switch file.
-bool has_inband_right(const invocation& run) { return run.session.who != nullptr && run.session.who->may_clear_inband; }
+bool has_inband_right(const invocation& run) {
+  return run.session.user != nullptr && run.session.user->may_clear_inband;
+}
 
 bool may_clear_inband(const invocation& run) {
   if (has_inband_right(run)) return true;
@@ -118,13 +121,13 @@ void clear_inband_of_switch(const invocation& run, mts_q_handle_t q) {
 
 // ---- Comparing ------------------------------------------------------------------------------------------------------
 
-// What the services answered, by interface.
+// The answers of services, by interface.
 class answered_clears {
  public:
   explicit answered_clears(const std::vector<clear_result>& results) {
     for (const clear_result& it : results) {
       const auto [known, is_new] = by_low_.emplace(it.low, it);
-      if (!is_new && it.error == 0) known->second = it;  // of several answers the success counts
+      if (!is_new && it.error == 0) known->second = it;  // success takes precedence over other answers
     }
   }
 
@@ -144,22 +147,22 @@ class answered_clears {
   std::map<if_index_t, clear_result> by_low_;
 };
 
-// A function that the command library takes from a client library to clear interfaces.
+// A function of a client library by which the command library clears interfaces.
 struct client_function {
   const char* library;
   const char* name;
 };
 
-std::string fault_of(const client_function& wanted) {
-  void* const library = dlopen(wanted.library, RTLD_NOW);
-  if (library == nullptr) return std::string(wanted.library) + " cannot be opened";
-  const bool is_there = dlsym(library, wanted.name) != nullptr;
+std::string fault_of(const client_function& requested) {
+  void* const library = dlopen(requested.library, RTLD_NOW);
+  if (library == nullptr) return std::string(requested.library) + " cannot be opened";
+  const bool is_there = dlsym(library, requested.name) != nullptr;
   dlclose(library);
-  return is_there ? "no service was asked" : std::string(wanted.library) + " has no function " + wanted.name;
+  return is_there ? "no service was asked" : std::string(requested.library) + " has no function " + requested.name;
 }
 
-std::string why_not_asked(clearer who) {
-  switch (who) {
+std::string why_not_asked(clearer owner) {
+  switch (owner) {
     case clearer::ethernet: return fault_of({STATCL_LIBRARY, "statscl_clear_port_client_stats"});
     case clearer::loopbacks: return fault_of({IP_STATS_LIBRARY, "ip_clear_loopback_counters"});
     default: return "the command library does not clear interfaces of this kind";
@@ -172,20 +175,20 @@ std::string why_failed(const clear_result& result) {
 }
 
 // Names the interfaces whose counters were not cleared, by reason. False when there are none.
-bool name_uncleared(const invocation& run, std::span<const if_index_t> wanted, const answered_clears& answered) {
+bool name_uncleared(const invocation& run, std::span<const if_index_t> requested, const answered_clears& answered) {
   std::map<std::string, std::vector<if_index_t>> by_reason;
   std::map<clearer, std::string> not_asked;  // reasons, each found once
-  for (const if_index_t if_index : wanted) {
-    if (is_inband(if_index)) continue;  // the kernel's, which answers nothing
+  for (const if_index_t if_index : requested) {
+    if (is_inband(if_index)) continue;  // the kernel's, which sends no answer
     const clear_result* const result = answered.find(if_index);
     if (result != nullptr && result->error == 0) continue;
     if (result != nullptr) {
       by_reason[why_failed(*result)].push_back(if_index);
       continue;
     }
-    const clearer who = clearer_of(if_index);
-    std::string& reason = not_asked[who];
-    if (reason.empty()) reason = run.output.is_discarding() ? "the command was interrupted" : why_not_asked(who);
+    const clearer owner = clearer_of(if_index);
+    std::string& reason = not_asked[owner];
+    if (reason.empty()) reason = run.output.is_discarding() ? "the command was interrupted" : why_not_asked(owner);
     by_reason[reason].push_back(if_index);
   }
   for (const auto& [reason, interfaces] : by_reason)
@@ -198,36 +201,36 @@ bool name_uncleared(const invocation& run, std::span<const if_index_t> wanted, c
 // The kernel's counters cannot be set to 0: reports how long the baseline is kept.
 int keep_cleared(const invocation& run, const std::string& path) {
   if (path.empty()) {
-    run.output.text("The kernel counts on; for this session, what it had counted is left out.\n");
+    run.output.text("The kernel's counters keep running; for this session, displays subtract the values read now.\n");
     return kDone;
   }
   make_directories_of(path);
   if (const int error = the_source().write_baselines(); error != 0) {
     run.output.complain("cannot write '" + path + "': " + std::strerror(error) +
-                        ". What was counted is left out for this session only.");
+                        ". The counters are cleared for this session only.");
     return kServiceFailed;
   }
-  run.output.text("The kernel counts on; what it had counted is left out from now on, as kept in\n" + path + ".\n");
+  run.output.text("The kernel's counters keep running; displays subtract the values saved in\n" + path + ".\n");
   return kDone;
 }
 
-// The exit code of a command that was to clear these interfaces.
-int result_of(const invocation& run, std::span<const if_index_t> wanted, const std::vector<clear_result>& results) {
+// The exit code of a command that should clear these interfaces.
+int result_of(const invocation& run, std::span<const if_index_t> requested, const std::vector<clear_result>& results) {
   run.output.flush();
   const answered_clears answered(results);
-  const bool has_failed = name_uncleared(run, wanted, answered) || run.output.failed();
+  const bool has_failed = name_uncleared(run, requested, answered) || run.output.failed();
   const std::optional<std::string> file = the_source().baseline_file();
   const int kept = file && (!has_failed || answered.has_success()) ? keep_cleared(run, *file) : kDone;
   return has_failed ? kServiceFailed : kept;
 }
 
-// All interfaces of some kinds: `clear_all` is the command library's own way, which leaves out some of them. These are
+// All interfaces of some kinds: `clear_all` is the command library's own function, which omits some of them. These are
 // cleared by their ranges.
 template <typename ClearAll>
 int clear_every(const invocation& run, std::span<const if_index_type_t> kinds, ClearAll clear_all) {
   const command_queue q;
   command_account account(q.handle);
-  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   const selection every = select_all(parameters, kinds);
   if (every.code != kDone) return every.code;
   clear_all(parameters);
@@ -242,7 +245,7 @@ int clear_every(const invocation& run, std::span<const if_index_type_t> kinds, C
 int clear_named(const invocation& run, const interface_range& range) {
   const command_queue q;
   command_account account(q.handle);
-  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   const selection chosen = select_named(parameters, range);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
@@ -295,19 +298,19 @@ int clear_management(const invocation& run) {
 // clang-format off
 constexpr command kCommands[] = {
     {"clear counters", "Clear the counters of all interfaces", clear_all, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters all", "The same", clear_all, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters interface RANGE", "Those of some interfaces", clear_range, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters ethernet", "Those of all Ethernet ports", clear_ethernet, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters port-channel", "Those of all port-channels", clear_port_channels, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters loopback", "Those of all loopbacks", clear_loopbacks, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters in-band", "Those of the in-band interface, when the user may", clear_inband, kSentences, nullptr, kEveryMode, command_effect::outside},
-    {"clear counters mgmt PORT", "Those of a management port", clear_management, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters all", "Clear the counters of all interfaces", clear_all, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters interface RANGE", "Clear the counters of a range", clear_range, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters ethernet", "Clear the counters of all Ethernet ports", clear_ethernet, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters port-channel", "Clear the counters of all port-channels", clear_port_channels, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters loopback", "Clear the counters of all loopbacks", clear_loopbacks, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters in-band", "Clear the counters of the in-band interface", clear_inband, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"clear counters mgmt PORT", "Clear the counters of a management port", clear_management, kSentences, nullptr, kEveryMode, command_effect::outside},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"clear", "Let counters start from 0"}, {"ethernet", "All Ethernet ports"}, {"in-band", "The in-band interface"},
-    {"loopback", "All loopbacks"},          {"mgmt", "A management port"},
+    {"clear", "Clear counters"},   {"ethernet", "All Ethernet ports"}, {"in-band", "The in-band interface"},
+    {"loopback", "All loopbacks"}, {"mgmt", "A management port"},
 };
 
 }  // namespace

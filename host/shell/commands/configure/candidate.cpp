@@ -1,4 +1,4 @@
-// The candidate: what it would change, and committing it.
+// The candidate: its differences and its commit.
 #include "shell/session/candidate.h"
 
 #include <map>
@@ -57,7 +57,7 @@ setting_difference with_interface(const shown_change& change, std::span<const if
   return all;
 }
 
-// Red and green where alarms and what is normal are.
+// Red and green, as for alarms and normal values.
 void print_command(command_output& output, char sign, const std::string& command, severity colour) {
   constexpr std::string_view kIndent = "  ";
   line_gatherer& line = output.line();
@@ -121,14 +121,14 @@ int show_diff(const invocation& run) {
 
 constexpr uint32 kLongestConfirmation = 86'400;  // seconds
 
-// What takes the changes back when this shell is gone, for a switch that outlives it. False after a complaint.
+// Starts the rollback process, for a switch that outlives this shell. False after an error.
 bool start_guardian(const invocation& run, const machine_changes& changes, std::unique_ptr<guardian>& keeper) {
   if (!the_source().devices()) return true;
   std::string error;
   const auto quiet = run.output.hold_progress();
   keeper = guardian::start(reversed(changes), error);
   if (keeper == nullptr)
-    run.output.complain("nothing was committed: the process that would roll it back cannot start: " + error + ".");
+    run.output.complain("nothing was committed: the process that rolls back cannot start: " + error + ".");
   return keeper != nullptr;
 }
 
@@ -138,7 +138,7 @@ std::string text_of_commit(const changes_made& made, std::optional<uint32> secon
   return text + "\n";
 }
 
-// With `seconds` the commit waits so long for its confirmation.
+// With `seconds` the commit waits that long for its confirmation.
 int commit_changes(const invocation& run, std::optional<uint32> seconds) {
   const machine_changes changes = run.session.edited->changes();
   const ports_before before(run, changes.ports());
@@ -146,7 +146,7 @@ int commit_changes(const invocation& run, std::optional<uint32> seconds) {
   if (!seconds && !may_commit(run, changes)) return before.report(run.line.text, {}, kUnconfirmed), kNotPermitted;
   std::unique_ptr<guardian> keeper;
   if (seconds && !changes.is_empty() && !start_guardian(run, changes, keeper))
-    return before.report(run.line.text, {}, "no process could start that would roll it back"), kServiceFailed;
+    return before.report(run.line.text, {}, "the process that rolls back could not start"), kServiceFailed;
   std::optional<machine> before_commit;
   if (seconds) before_commit = the_machine();
   begin_changes(run.line.text);
@@ -173,14 +173,14 @@ int commit_candidate(const invocation& run, std::optional<uint32> seconds) {
     return kUsage;
   }
   if (is_waiting_for_confirmation(run)) return kUsage;
-  return commit_changes(run, trial::is_running() ? std::nullopt : seconds);  // a dry run takes all back anyway
+  return commit_changes(run, trial::is_running() ? std::nullopt : seconds);  // a dry run reverts everything anyway
 }
 
 int commit(const invocation& run) { return commit_candidate(run, std::nullopt); }
 
 int commit_confirmed(const invocation& run) {
   if (*run.line.number <= kLongestConfirmation) return commit_candidate(run, run.line.number);
-  run.output.complain("'commit confirmed' waits for 1 to " + std::to_string(kLongestConfirmation) + " seconds.");
+  run.output.complain("'commit confirmed' takes 1 to " + std::to_string(kLongestConfirmation) + " seconds.");
   return kUsage;
 }
 
@@ -196,7 +196,7 @@ int discard(const invocation& run) {
 
 int confirm_commit(const invocation& run) {
   if (run.session.unconfirmed == nullptr) {
-    run.output.complain("there is no commit that waits for its confirmation.");
+    run.output.complain("no commit is waiting for confirmation.");
     return kUsage;
   }
   const std::vector<if_index_t> interfaces = run.session.unconfirmed->interfaces;
@@ -209,19 +209,19 @@ constexpr display kDiffShown = {kDiffDisplay, {}, "diff", true, false, "differen
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"configure candidate", "The same, to collect settings and to commit them together", configure_candidate, kSentences, nullptr, kExecMode},
-    {"show diff", "What a commit of the candidate would change", show_diff, kDiffShown},
-    {"commit", "Make the settings of the candidate", commit, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
-    {"commit confirmed SECONDS", "The same, rolled back after so long without 'confirm'", commit_confirmed, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
-    {"confirm", "Keep what 'commit confirmed' made", confirm_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
-    {"discard", "Forget the changes of the candidate", discard, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+    {"configure candidate", "Collect settings and commit them together", configure_candidate, kSentences, nullptr, kExecMode},
+    {"show diff", "Differences between the candidate and the switch", show_diff, kDiffShown},
+    {"commit", "Apply the candidate", commit, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
+    {"commit confirmed SECONDS", "Apply the candidate; roll back without 'confirm'", commit_confirmed, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
+    {"confirm", "Keep a commit that waits for confirmation", confirm_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+    {"discard", "Discard the changes of the candidate", discard, kSentences, nullptr, kConfigureMode | kInterfaceMode},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"candidate", "Collect settings and commit them together"}, {"commit", "Make the settings of the candidate"},
-    {"confirm", "Keep what 'commit confirmed' made"},           {"confirmed", "Roll back without 'confirm'"},
-    {"diff", "What a commit of the candidate would change"},    {"discard", "Forget the changes of the candidate"},
+    {"candidate", "Collect settings and commit them together"},   {"commit", "Apply the candidate"},
+    {"confirm", "Keep a commit that waits for confirmation"},     {"confirmed", "Roll back without 'confirm'"},
+    {"diff", "Differences between the candidate and the switch"}, {"discard", "Discard the changes of the candidate"},
 };
 
 }  // namespace

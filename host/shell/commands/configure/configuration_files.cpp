@@ -25,7 +25,7 @@ constexpr uint32 kNoDisplayId = 0;
 // The interfaces that were named, or all that the user may see.
 selection select_configured(const invocation& run) {
   const command_queue q;
-  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   selection chosen =
       run.line.range.empty() ? select_every(parameters) : select_named(parameters, run.line.range, absent_ends::skip);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
@@ -151,11 +151,11 @@ constexpr display kStartupConfigShown = {kStartupConfigDisplay, {}, "startup_con
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"show running-config", "The commands that make the settings of all interfaces", show_running_config, kRunningConfigShown},
-    {"show running-config interface RANGE", "Those of some interfaces", show_running_config, kRunningConfigShown},
-    {"show startup-config", "The commands that were stored under the name of the switch", show_startup_config, kStartupConfigShown},
-    {"copy running-config startup-config", "Keep the settings under the name of the switch", copy_running_config, kSentences, nullptr, kEveryMode, command_effect::writes_file},
-    {"write", "The same", copy_running_config, kSentences, nullptr, kEveryMode, command_effect::writes_file},
+    {"show running-config", "Current settings as commands", show_running_config, kRunningConfigShown},
+    {"show running-config interface RANGE", "Current settings of a range", show_running_config, kRunningConfigShown},
+    {"show startup-config", "Stored settings as commands", show_startup_config, kStartupConfigShown},
+    {"copy running-config startup-config", "Store the settings under the switch's name", copy_running_config, kSentences, nullptr, kEveryMode, command_effect::writes_file},
+    {"write", "Store the settings under the switch's name", copy_running_config, kSentences, nullptr, kEveryMode, command_effect::writes_file},
     {"copy startup-config running-config", "Run the commands of the startup-config", nullptr, kSentences},
     {"copy FILE running-config", "Run the commands of a file", nullptr, kSentences},
     {"copy running-config FILE", "Write the settings to a file", copy_running_config, kSentences, nullptr, kEveryMode, command_effect::writes_file},
@@ -163,9 +163,9 @@ constexpr command kCommands[] = {
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"copy", "Write settings to a file, or run those of one"},
-    {"running-config", "The settings as they are now"},
-    {"startup-config", "The settings that were stored"},
+    {"copy", "Write settings to a file, or load them"},
+    {"running-config", "Current settings"},
+    {"startup-config", "Stored settings"},
     {"write", "Store the settings as the startup-config"},
 };
 

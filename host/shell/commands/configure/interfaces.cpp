@@ -29,14 +29,14 @@ configured_interfaces ranges_of(const std::vector<if_index_t>& interfaces) {
 int choose_interfaces(const invocation& run) {
   const command_queue q;
   command_account account(q.handle);
-  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
   const interfaces_before before(run);
   const selection chosen = select_or_create(parameters, run.line.range);
   before.report();
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) {
-    leave_interfaces(run.session);  // settings that follow must not go to those chosen before
+    leave_interfaces(run.session);  // later settings must not apply to the interfaces chosen before
     return chosen.code;
   }
   run.session.configured = ranges_of(chosen.interfaces);
@@ -48,7 +48,7 @@ int delete_interfaces(const invocation& run) {
   if (!may_delete(run)) return kNotPermitted;
   const command_queue q;
   command_account account(q.handle);
-  command_parameters parameters(run.session.library, run.session.who, q.handle, kNoDisplayId);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   begin_changes(words_of_command(run.line));
   const interfaces_before before(run);
   const selection deleted = delete_named(parameters, run.line.range, run.session.num_files > 0);

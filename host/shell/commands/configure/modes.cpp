@@ -45,18 +45,18 @@ int leave_mode(const invocation& run) {
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"configure [terminal]", "Go to the configuration", configure, kSentences, nullptr, kExecMode},
-    {"configure dry-run", "The same, to try settings and change none", configure_dry_run, kSentences, nullptr, kExecMode, command_effect::dry_run},
-    {"do COMMAND", "Run a command of the exec mode", nullptr, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+    {"configure [terminal]", "Enter the configuration", configure, kSentences, nullptr, kExecMode},
+    {"configure dry-run", "Check settings without changing anything", configure_dry_run, kSentences, nullptr, kExecMode, command_effect::dry_run},
+    {"do COMMAND", "Run an exec command", nullptr, kSentences, nullptr, kConfigureMode | kInterfaceMode},
     {"end", "Leave the configuration", leave_configuration, kSentences, nullptr, kConfigureMode | kInterfaceMode},
-    {"exit", "Leave the configuration of interfaces, the configuration, the shell", leave_mode, kSentences, nullptr, kEveryMode, command_effect::leaves},
+    {"exit", "Leave the mode, or the shell", leave_mode, kSentences, nullptr, kEveryMode, command_effect::leaves},
     {"quit", "Leave the shell", leave, kSentences, nullptr, kEveryMode, command_effect::leaves},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"do", "Run a command of the exec mode"},
-    {"dry-run", "Try settings without changing anything"},
+    {"do", "Run an exec command"},
+    {"dry-run", "Check settings without changing anything"},
     {"exit", "Leave the mode, or the shell"},
     {"quit", "Leave the shell"},
 };

@@ -19,8 +19,8 @@
 namespace host {
 namespace {
 
-// The address that the user is connected from, by the environment; empty for one that sits at the machine or changed
-// the user, so that it is not known.
+// The address from which the user is connected, by the environment; empty at the machine itself, and after a change of
+// the user, when it is unknown.
 std::string address_of_user() {
   const char* const connection = std::getenv("SSH_CONNECTION");
   const std::string_view text = connection == nullptr ? "" : connection;
@@ -35,9 +35,9 @@ bool is_in_mode(const shell& session, if_index_t if_index) {
 }
 
 bool wants_it(const std::vector<if_index_t>& cut) {
-  const std::string prompt = "You may be connected by " + range_text(cut) +
-                             ". 'commit confirmed SECONDS' of a candidate is rolled back unless you confirm it. Cut "
-                             "that all the same? (y/n) [n] ";
+  const std::string prompt = "This may cut your own connection through " + range_text(cut) +
+                             ". 'commit confirmed SECONDS' of a candidate is rolled back unless you confirm it. "
+                             "Continue? (y/n) [n] ";
   std::array<char, 9> answer{};
   vsh_user_input_info_t question{};
   question.prompt = prompt.c_str();
@@ -53,13 +53,13 @@ bool may_change(const invocation& run, Test is_changed) {
   std::vector<if_index_t> way = the_source().interfaces_towards(address_of_user());
   way.erase(std::remove_if(way.begin(), way.end(), [&](if_index_t it) { return !is_changed(it); }), way.end());
   if (way.empty() || wants_it(way)) return true;
-  run.output.complain("nothing was changed: you may be connected by " + range_text(way) +
-                      ". Start the shell with --yes to change it all the same, or use 'configure candidate' and "
+  run.output.complain("nothing was changed: this may cut your own connection through " + range_text(way) +
+                      ". Start the shell with --yes to change it anyway, or use 'configure candidate' and "
                       "'commit confirmed SECONDS', which is rolled back unless you confirm it.");
   return false;
 }
 
-// Whether a value is that of the command with "no".
+// Whether a value is the one of the "no" form.
 bool is_off(const setting& of, const port_settings& settings) {
   const auto value = of.get(settings);
   return std::any_of(of.forms.begin(), of.forms.end(), [&](const setting_form& it) {

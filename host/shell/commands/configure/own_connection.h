@@ -12,13 +12,13 @@ namespace host {
 // was changed. Without a terminal the answer is no, with --yes it is yes.
 bool may_go_on(const invocation& run);
 
-// The same, of taking back the last changes.
+// The same for undoing the last changes.
 bool may_undo(const invocation& run, std::size_t num_steps);
 
-// The same, of a commit.
+// The same for a commit.
 bool may_commit(const invocation& run, const machine_changes& changes);
 
-// The same, of deleting the interfaces that the command names.
+// The same for deleting the interfaces of the command.
 bool may_delete(const invocation& run);
 
 }  // namespace host

@@ -13,7 +13,7 @@
 namespace host {
 namespace {
 
-// The settings that a configuration has to name, in the order of their table.
+// The settings that a configuration must contain, in the order of their table.
 class named_settings {
  public:
   explicit named_settings(const interface& now) : now_(now) {
@@ -33,14 +33,15 @@ class named_settings {
   const std::vector<const setting*>& all() const { return named_; }
 
  private:
-  // What a port that a command creates has from its parent depends on that.
+  // The settings that a created port gets from its parent depend on the parent.
   bool is_inherited(const setting& of) const {
     return of.traits.of_parent && now_.is_created && if_index_is_sub_intf(now_.if_index) != 0;
   }
 
   bool is_named(const setting* of) const { return std::find(named_.begin(), named_.end(), of) != named_.end(); }
 
-  // Loads what is named on a port that starts so, and names what is different then. A setting may follow from another.
+  // Loads the listed settings on a port with these initial ones, and lists those that then differ: settings may follow
+  // from others.
   bool add_what_differs_on(interface loaded) {
     for (const setting* const of : own_) {
       if (of->type == HOST_CFG_CHANNEL || !is_named(of)) continue;
@@ -64,7 +65,7 @@ std::string fixed_settings_of(const interface& it) {
   std::string lines;
   for (const setting& of : all_settings()) {
     const auto value = of.get(it.settings);
-    if (!value || of.has_it(take_apart(it.if_index).type) || is_usual(of, it)) continue;
+    if (!value || of.has_it(decode_index(it.if_index).type) || is_usual(of, it)) continue;
     for (const std::string& command : commands_for(of, *value)) lines += "  ! cannot be set: " + command + "\n";
   }
   return lines;
@@ -77,7 +78,7 @@ std::string lines_of(const interface& it) { return settings_of(it) + fixed_setti
 std::string settings_of(const interface& it) {
   std::string lines;
   if (it.settings.is_edge) lines += "  switchport host\n";
-  // Before it takes settings of its own, or joins another port-channel.
+  // Before it takes its own settings, or joins another port-channel.
   const bool leaves_channel = it.at_start.channel != 0 && it.settings.channel != it.at_start.channel;
   if (leaves_channel) lines += "  no channel-group\n";
   const named_settings named(it);

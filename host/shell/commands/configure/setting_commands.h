@@ -1,4 +1,4 @@
-// The commands that make settings: one for each form of each setting, and those that are no settings of their own.
+// The commands of settings: one for each form of each setting, and those that combine settings.
 #pragma once
 
 #include <array>
@@ -13,7 +13,7 @@
 
 namespace host {
 
-// Makes the setting of a line, by the command library or by the host, for the chosen interfaces.
+// Applies the setting of a line to the chosen interfaces, by the command library or by the host.
 int set_ports(const invocation& run);
 int set_ports_of_host(const invocation& run);
 
@@ -28,8 +28,8 @@ inline constexpr command kOtherSettingCommands[] = {
     of_library("no switchport name", "The same as 'no description'", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_NAME}}),
     of_library("switchport trunk mode", "The same as 'switchport trunk mode on'", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_TRUNK_MODE}, {TOKEN_TRUNK_MODE_WORD}}),
     of_library("switchport trunk encapsulation dot1q", "VLAN tags on trunks", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_TRUNK_MODE}, {TOKEN_TRUNK_ENCAPSULATION_DOT1Q}}),
-    of_library("switchport dot1q ethertype", "Number of VLAN tags", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_DOT1Q_ETHERTYPE}}),
-    of_library("[no] switchport host", "Ports to hosts: no channel, access mode, edge of the spanning tree", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_HOST}}),
+    of_library("switchport dot1q ethertype", "Ethertype of VLAN tags", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_DOT1Q_ETHERTYPE}}),
+    of_library("[no] switchport host", "Host ports: access mode, edge, no channel", {{TOKEN_SWITCHPORT}, {TOKEN_SWITCHPORT_HOST}}),
 };
 // clang-format on
 
@@ -42,7 +42,7 @@ constexpr void for_each_form(Visit visit) {
   }
 }
 
-// "COMMAND syntax" or "no COMMAND syntax". A form with words of its own asks for the usual value without "no".
+// "COMMAND syntax" or "no COMMAND syntax". A form with its own words restores the default without "no".
 template <typename Append>
 constexpr void write_form(const setting& of, const setting_form& form, Append append) {
   const bool is_no = form.kind == form_kind::off || (form.kind == form_kind::usual && form.syntax.empty());

@@ -19,7 +19,7 @@ command_list without(const command_list& from, const command_list& others) {
   return left;
 }
 
-// The settings as the commands of a switch that started with others: usual values that differ from those have commands.
+// The settings as commands of a switch that started with others: defaults that differ from those have commands, too.
 command_list commands_from(interface port, const port_settings& settings, const port_settings& at_start) {
   port.settings = settings;
   port.at_start = at_start;

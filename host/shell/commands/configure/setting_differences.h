@@ -1,4 +1,4 @@
-// What differs between the settings of interfaces, as commands.
+// Differences between settings of interfaces, as commands.
 #pragma once
 
 #include <compare>
@@ -28,7 +28,7 @@ setting_difference difference_between(const command_list& before, const command_
 command_list commands_of(const interface& port);
 command_list commands_with(interface port, const port_settings& settings);
 
-// What was changed of a port: for each setting the command before and the one after, also of usual values.
+// The changes of a port: for each setting the command before and the one after, also for defaults.
 setting_difference change_of(const interface& port, const port_settings& before);
 
 // Interfaces with the same value together, in the order of the first of each.

@@ -28,7 +28,7 @@ bool any_port(std::span<const pm_port_cfg_status_t> ports, Test test) {
                      [&](const pm_port_cfg_status_t& port) { return test(uint32{port.status}); });
 }
 
-// What became of a setting of one port.
+// The result of a setting of one port.
 enum class outcome : uint8 { applied, unchanged, refused };
 
 struct setting_result {
@@ -54,7 +54,7 @@ void refuse(setting_result& result, uint32 status, const std::string& reason) {
   result.reason = reason;
 }
 
-// By what the port is set to now; `before` is nothing for an interface that was not there.
+// By the current settings of the port; `before` is empty for an interface that did not exist.
 setting_result result_of(if_index_t if_index, const std::optional<port_settings>& before) {
   const interface* const port = std::as_const(the_machine()).find(if_index);
   const command_list itself = {"interface " + range_text({&if_index, 1})};
@@ -97,7 +97,7 @@ void record(command_output& output, const std::string& setting, const std::map<i
   output.set_summary(summary);
 }
 
-// What would change, as text.
+// The changes of a dry run, as text.
 std::string text_of(const setting_result& result) {
   const std::string before = joined(result.made.before), after = joined(result.made.after);
   if (before.empty()) return after.empty() ? word_of(result.what) : after;
@@ -121,7 +121,7 @@ std::vector<if_index_t> every_interface() {
   return all;
 }
 
-// What only the first of two sorted lists has.
+// The entries that only the first of two sorted lists has.
 std::vector<if_index_t> difference_of(const std::vector<if_index_t>& from, const std::vector<if_index_t>& others) {
   std::vector<if_index_t> left;
   std::set_difference(from.begin(), from.end(), others.begin(), others.end(), std::back_inserter(left));

@@ -1,4 +1,4 @@
-// What became of settings: which ports refused, and the exit code.
+// The results of settings: the ports that refused, and the exit code.
 #pragma once
 
 #include <map>
@@ -16,27 +16,27 @@
 
 namespace host {
 
-// The document of commands that make settings.
+// The document of setting commands.
 inline constexpr display kSettingShown = {kSettingDisplay, {}, "settings"};
 
-// What the command library returns when the user may not make settings.
+// The result of the command library when the user may not change settings.
 inline constexpr int32 kForbiddenSetting = PM_CLI_NOT_PERMITTED;
 
 // The reason of a setting that the user did not confirm.
-inline constexpr char kUnconfirmed[] = "it may cut the connection of the user";
+inline constexpr char kUnconfirmed[] = "it may cut the user's own connection";
 
-// The ports of a command as they were when it began. In the structured form it makes a record for each of them, which
-// says what became of the setting. As text, a dry run lists what would change; who refused is printed anyway.
+// The ports of a command as they were when it began. In the structured form it writes a record for each of them with
+// the result of the setting. As text, a dry run lists the changes; refusals are always printed.
 class ports_before {
  public:
-  // The ports that are to change.
+  // The ports that the command may change.
   ports_before(const invocation& run, std::span<const if_index_t> ports);
 
   // Those of the interface mode.
   explicit ports_before(const invocation& run);
 
-  // To be called when the command has run. `setting` is the command, `answers` what services said. A port without an
-  // answer has refused when there is a reason for it, `unanswered`; otherwise its settings decide.
+  // To be called after the command has run. `setting` is the command, `answers` are those of the services. A port
+  // without an answer has refused if there is a reason, `unanswered`; otherwise its settings decide.
   void report(const std::string& setting, std::span<const pm_port_cfg_status_t> answers,
               const std::string& unanswered = {}) const;
 
@@ -45,10 +45,10 @@ class ports_before {
   void note(if_index_t if_index);
 
   const invocation& run_;
-  std::map<if_index_t, std::optional<port_settings>> ports_;  // nothing: there was no such interface
+  std::map<if_index_t, std::optional<port_settings>> ports_;  // empty: there was no such interface
 };
 
-// The interfaces as they were when a command began that creates or deletes some. A dry run lists what it would do.
+// The interfaces as they were when a command began that creates or deletes some. A dry run lists them.
 class interfaces_before {
  public:
   explicit interfaces_before(const invocation& run);
@@ -65,7 +65,7 @@ std::string reason_of_silence(int32 worst, const setting_results& results);
 // The exit code of a setting. `worst` is what the command library returned, 0 where it was not asked.
 int exit_code_of(int32 worst, const setting_results& results);
 
-// Prints which of the ports refused what `words` name. Returns the exit code.
+// Prints which ports refused the command in `words`. Returns the exit code.
 int report_refusals(const invocation& run, const std::string& words, std::span<pm_port_cfg_status_t> ports);
 
 }  // namespace host

@@ -51,14 +51,14 @@ void add_tokens(const command_line& line, command_parameters& parameters, token_
 
 int32 worse(int32 one, int32 other) { return one == kForbiddenSetting || one == 1 ? one : other; }
 
-// Asks the command library for a setting of all ranges: one call for as many of them as an argument holds. A command
+// Calls the command library for a setting of all ranges: one call for as many of them as an argument holds. A command
 // that is refused or not confirmed sends nothing, and ends with its first call. Returns the worst result.
 int32 set_ranges(const invocation& run, mts_q_handle_t q, const setting_results& results) {
   const kept_answers answers;
   const configured_interfaces& configured = run.session.configured;
   int32 worst = 0;
   for (std::span<const vsh_intf_mono_range_t> left = configured.ranges; !left.empty();) {
-    command_parameters parameters(run.session.library, run.session.who, q, kNoDisplayId);
+    command_parameters parameters(run.session.library, run.session.user, q, kNoDisplayId);
     token_values values;
     add_tokens(run.line, parameters, values);
     const auto block = left.first(std::min<std::size_t>(left.size(), PARAM_MAX_RANGES));
@@ -98,51 +98,51 @@ constexpr auto kWordsOfForms = [] {
 }();
 
 constexpr word_help kOtherWords[] = {
-    {"add", "Put VLANs to them"},
-    {"auto", "As both ends agree"},
+    {"add", "Add VLANs"},
+    {"auto", "Negotiate with the other end"},
     {"bb-credit", "Credits for frames received"},
-    {"bb-scn", "Count credits that were lost"},
-    {"beacon", "Let the ports blink"},
+    {"bb-scn", "Detect lost credits"},
+    {"beacon", "Blink the port LEDs"},
     {"bit-errors", "Bit errors"},
-    {"channel-group", "Put ports into a port-channel"},
-    {"default", "The usual value"},
-    {"dot1q", "Tags of VLANs"},
+    {"channel-group", "Add the ports to a port-channel"},
+    {"default", "Default value"},
+    {"dot1q", "VLAN tags"},
     {"duplex", "Full, half or auto"},
-    {"encapsulation", "How frames are packed"},
-    {"ethertype", "The number of VLAN tags"},
+    {"encapsulation", "Encapsulation of frames"},
+    {"ethertype", "Ethertype of VLAN tags"},
     {"extended", "Credits for long distances"},
-    {"failure", "The link fails"},
+    {"failure", "Link failure"},
     {"host", "Ports to hosts"},
-    {"ignore", "Leave a port up in spite of errors"},
-    {"ingress", "They also take packets"},
-    {"learning", "They also learn addresses"},
-    {"link", "The link of a port"},
-    {"max", "The fastest speed"},
-    {"mode", "What kind of port it is"},
-    {"monitor", "Ports that copies of packets are sent to"},
-    {"mtu", "The largest packet"},
-    {"multiplier", "A credit for so many frames"},
-    {"name", "The description of the ports"},
-    {"native", "The VLAN without tags"},
-    {"none", "Not any"},
+    {"ignore", "Keep ports up despite errors"},
+    {"ingress", "Also receive packets"},
+    {"learning", "Also learn addresses"},
+    {"link", "Link of a port"},
+    {"max", "Highest speed"},
+    {"mode", "Port mode"},
+    {"monitor", "Destination ports of mirrored packets"},
+    {"mtu", "Largest packet"},
+    {"multiplier", "Frames for each credit"},
+    {"name", "Description of the ports"},
+    {"native", "Untagged VLAN"},
+    {"none", "None"},
     {"off", "Off"},
     {"on", "On"},
     {"out-of-service", "Take the ports out of service"},
     {"performance-buffers", "Buffers for fast ports"},
-    {"port", "What a port does"},
+    {"port", "Behaviour of a port"},
     {"private-vlan", "Ports of a private VLAN"},
-    {"promiscuous-mode", "Whose packets the ports take"},
-    {"receive", "Packets that ask the port to stop"},
-    {"receive-buffer-size", "The largest frame"},
-    {"remove", "Take VLANs from them"},
-    {"send", "Packets that ask the other end to stop"},
-    {"shutdown", "Switch the interfaces off"},
+    {"promiscuous-mode", "Packets that the ports accept"},
+    {"receive", "Received pause frames"},
+    {"receive-buffer-size", "Largest frame"},
+    {"remove", "Remove VLANs"},
+    {"send", "Sent pause frames"},
+    {"shutdown", "Disable the interfaces"},
     {"speed", "Mbit/s, or auto"},
     {"switchport", "Switched ports and their settings"},
     {"vlan", "VLANs"},
 };
 
-// Those first that have a help of their own.
+// Words with their own help first.
 constexpr auto kWords = [] {
   std::array<word_help, std::size(kOtherWords) + kWordsOfForms.size()> words{};
   std::copy(kWordsOfForms.begin(), kWordsOfForms.end(),

@@ -1,4 +1,4 @@
-// Taking changes back.
+// "undo".
 #include "messages/calls/command_account.h"
 #include "settings/change_journal.h"
 #include "shell/commands/configure/own_connection.h"
@@ -19,9 +19,9 @@ int undo(const invocation& run) {
   const std::size_t num_steps = run.line.number.value_or(1);
   const std::size_t num_known = change_steps(the_machine()).size();
   if (num_known < num_steps) {
-    run.output.complain(num_known == 0 ? "there is no setting to take back."
-                                       : "there are only " + std::to_string(num_known) +
-                                             " changes to take back. 'show changes' lists them.");
+    run.output.complain(num_known == 0 ? "there is no change to undo."
+                                       : "cannot undo " + std::to_string(num_steps) + " changes: this session has " +
+                                             std::to_string(num_known) + ". 'show changes' lists them.");
     return kUsage;
   }
   const ports_before before(run, changed_ports(the_machine(), num_steps));
@@ -30,7 +30,7 @@ int undo(const invocation& run) {
   std::vector<pm_port_cfg_status_t> refused;
   for (std::size_t i = 0; i < num_steps && code == kDone; ++i) {
     const changes_made made = take_change_back(the_machine());
-    if (!made.applied.empty()) run.output.text("Taken back for " + range_text(made.applied) + ".\n");
+    if (!made.applied.empty()) run.output.text("Undone for " + range_text(made.applied) + ".\n");
     for (const auto& [if_index, status] : made.refused) refused.push_back({if_index, status});
     code = report_refusals(run, "undo", refused);
   }
@@ -41,12 +41,12 @@ int undo(const invocation& run) {
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"undo [CHANGES]", "Take back the last settings, creations or deletions", undo, kSettingShown, nullptr, kEveryMode, command_effect::settings},
+    {"undo [CHANGES]", "Undo the last settings, creations or deletions", undo, kSettingShown, nullptr, kEveryMode, command_effect::settings},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"undo", "Take back the last setting, creation or deletion"},
+    {"undo", "Undo the last settings, creations or deletions"},
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Settings as the commands that make them.
+// Settings as commands.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@
 
 namespace host {
 
-// The commands that set a port to a value: one, or as many as a long list of VLANs needs. None when no command makes
-// the setting.
+// The commands that set a port to a value: one, or as many as a long list of VLANs needs. None when the setting has
+// no command.
 std::vector<std::string> commands_for(const setting& of, const setting_value& value);
 
 }  // namespace host

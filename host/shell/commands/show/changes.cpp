@@ -1,4 +1,4 @@
-// "show changes": what this session changed, as commands, with what was before.
+// "show changes": the changes of this session, as commands, with the previous ones.
 #include <deque>
 #include <map>
 #include <string>
@@ -16,7 +16,7 @@
 namespace host {
 namespace {
 
-// The settings of a port after a step: what a later one found, or what is now.
+// The settings of a port after a step: those before a later step, or the current ones.
 command_list commands_after(const std::deque<change_step>& steps, std::size_t at, const interface& port) {
   for (std::size_t later = at + 1; later < steps.size(); ++later)
     if (const auto found = steps[later].before.find(port.if_index); found != steps[later].before.end())
@@ -82,7 +82,7 @@ std::string text_without_steps(const shell& session) {
 
 int show_changes(const invocation& run) {
   const auto& steps = change_steps(the_machine());
-  const std::string user = run.session.who != nullptr ? run.session.who->name : std::string();
+  const std::string user = run.session.user != nullptr ? run.session.user->name : std::string();
   for (std::size_t at = 0; at < steps.size() && !run.output.is_discarding(); ++at) {
     const auto found = differences(steps, at, the_machine());
     if (run.output.is_structured())
@@ -98,12 +98,12 @@ constexpr display kChangesShown = {kChangesDisplay, {}, "changes", false, false,
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"show changes", "What was set, created and deleted in this session, as 'undo' takes it back", show_changes, kChangesShown, nullptr, kEveryMode, command_effect::shows_settings},
+    {"show changes", "Changes of this session that 'undo' reverts", show_changes, kChangesShown, nullptr, kEveryMode, command_effect::shows_settings},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"changes", "What was changed in this session"},
+    {"changes", "Changes of this session"},
 };
 
 }  // namespace

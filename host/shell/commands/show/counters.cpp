@@ -36,21 +36,21 @@ constexpr interface_display kDisplays[] = {
      {DISPLAY_RECEIVED, kKindsWithTraffic, kCounterHeaders, kInbandCounters, &kSent}},
     {"show interface [RANGE] counters brief", "Rates of bytes and packets", kRatesShown,
      {DISPLAY_COUNTERS_BRIEF, kKindsWithRates, kPortHeaders}},
-    {"show interface [RANGE] counters detailed", "The counters that are not 0", kDetailedCountersShown,
+    {"show interface [RANGE] counters detailed", "Counters that are not 0", kDetailedCountersShown,
      {DISPLAY_COUNTERS_NONZERO, kAllWithInband, kNoHeaders, kInbandCounters}},
-    {"show interface [RANGE] counters detailed all", "Every counter", kAllCountersShown,
+    {"show interface [RANGE] counters detailed all", "All counters", kAllCountersShown,
      {DISPLAY_COUNTERS_ALL, kAllWithInband, kNoHeaders}},
     {"show interface [RANGE] counters errors", "Errors in three tables", kErrorCountersShown,
      {DISPLAY_ERRORS_FIRST, kAllButLoopbacks, kCounterHeaders, kInbandSame, &kSecondErrors}},
-    {"show interface [RANGE] counters errors module MODULE", "The first table of the ports of a module", kErrorCountersShown,
+    {"show interface [RANGE] counters errors module MODULE", "First error table of a module's ports", kErrorCountersShown,
      {DISPLAY_ERRORS_FIRST_OF_MODULE, kKindsInModules, kPortHeaders}},
     {"show interface [RANGE] counters trunk", "Packets on trunks", kTrunkCountersShown,
      {DISPLAY_TRUNK_COUNTERS, kCountedKinds, kTrunkCounterHeaders}},
-    {"show interface [RANGE] counters storm-control", "Storm control: levels and what was discarded", kStormControlShown,
+    {"show interface [RANGE] counters storm-control", "Storm control levels and discarded packets", kStormControlShown,
      {DISPLAY_STORM_CONTROL, kCountedKinds, kPortHeaders}},
     {"show interface [RANGE] flowcontrol", "Flow control: settings and pause frames", kFlowControlShown,
      {DISPLAY_FLOW_CONTROL, kCountedKinds, kPortHeaders}},
-    {"show interface [RANGE] flowcontrol module MODULE", "The same of the ports of a module", kFlowControlShown,
+    {"show interface [RANGE] flowcontrol module MODULE", "Flow control of the ports of a module", kFlowControlShown,
      {DISPLAY_FLOW_CONTROL_OF_MODULE, kKindsInModules, kPortHeaders}},
 };
 // clang-format on
@@ -58,7 +58,7 @@ constexpr interface_display kDisplays[] = {
 constexpr auto kCommands = commands_of<kDisplays>();
 
 constexpr word_help kWords[] = {
-    {"storm-control", "Levels of storm control and what was discarded"},
+    {"storm-control", "Storm control levels and discarded packets"},
 };
 
 }  // namespace

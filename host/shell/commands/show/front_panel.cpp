@@ -40,7 +40,7 @@ struct frame_characters {
 constexpr frame_characters kAscii = {"-", "|", {"+", "+", "+"}, {"+", "+", "+"}};
 constexpr frame_characters kBox = {"─", "│", {"┌", "┬", "┐"}, {"└", "┴", "┘"}};
 
-// How the cells of a front lie.
+// The layout of the cells of a front.
 struct layout {
   std::size_t digits;       // of the largest number
   std::size_t cell;         // characters between two bars

@@ -16,7 +16,7 @@ enum class port_light : uint8 { unknown, up, down, admin_down, error_disabled };
 struct front_panel {
   uint32 unit = 0;  // satellite; 0: the switch itself
   uint32 module = 0;
-  std::string model;  // printable; empty: not known, or not the same for all ports
+  std::string model;  // printable; empty: unknown, or not the same for all ports
   std::map<uint32, port_light> ports;
 };
 
@@ -31,11 +31,11 @@ struct panel_line {
   std::vector<line_mark> marks = {};
 };
 
-// A title, then frames of twelve ports, odd numbers on top, side by side as far as they fit and four at most. Groups of
-// twelve without ports are left out. Without colours a letter after the number is the state.
+// A title, then frames of twelve ports, odd numbers on top, up to four side by side if they fit. Groups of twelve
+// without ports are omitted. Without colours a letter after the number is the state.
 std::vector<panel_line> lines_of(const front_panel& front, const panel_style& style);
 
-// What colours and letters mean.
+// The meaning of colours and letters.
 panel_line legend(const panel_style& style);
 
 }  // namespace host

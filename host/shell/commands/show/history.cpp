@@ -31,7 +31,7 @@ constexpr display kHistoryShown = {kHistoryDisplay, {}, "history", false, false,
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"show history", "The last lines that were entered at the prompt", show_history, kHistoryShown},
+    {"show history", "Lines entered at the prompt", show_history, kHistoryShown},
 };
 // clang-format on
 

@@ -15,7 +15,7 @@
 namespace host {
 namespace {
 
-// How the displays of a command went.
+// The result of a command's displays.
 struct tally {
   std::size_t shown = 0;
   std::size_t failed = 0;
@@ -131,7 +131,7 @@ void show_all(const showing& view, const std::vector<if_index_t>& interfaces, ta
   }
 }
 
-// The words of a command without its arguments.
+// A command without its arguments.
 std::string words_of(const command& what) {
   std::string words;
   for (const syntax_word& word : std::span(what.syntax.words).first(what.syntax.num_words))
@@ -167,7 +167,7 @@ std::vector<const interface_view*> views_from(const interface_view& first) {
 int show_views(const invocation& run, std::span<const interface_view* const> views,
                std::span<const if_index_type_t> kinds) {
   const command_queue q;
-  command_parameters parameters(run.session.library, run.session.who, q.handle, views.front()->command_id());
+  command_parameters parameters(run.session.library, run.session.user, q.handle, views.front()->command_id());
   if (run.line.number) parameters.add_number(*run.line.number);
   if (!run.line.vlans.empty()) parameters.add_number_ranges(run.line.vlans);
   const bool has_range = !run.line.range.empty();
@@ -233,15 +233,15 @@ constexpr interface_display kDisplays[] = {
      {DISPLAY_BRIEF, kBriefKinds, kBriefHeaders}},
     {"show interface [RANGE] status", "State, VLAN, duplex, speed and type", kStatusShown,
      {DISPLAY_STATUS, kAllWithInband, kCommonHeaders}},
-    {"show interface [RANGE] status up", "The same of those that are up", kStatusShown,
+    {"show interface [RANGE] status up", "Status of interfaces that are up", kStatusShown,
      {DISPLAY_STATUS_UP, kUsualKinds, kCommonHeaders}},
-    {"show interface [RANGE] status down", "The same of those that are switched off", kStatusShown,
+    {"show interface [RANGE] status down", "Status of disabled interfaces", kStatusShown,
      {DISPLAY_STATUS_ADMIN_DOWN, kUsualKinds, kCommonHeaders}},
-    {"show interface [RANGE] status inactive", "The same of those that are inactive", kStatusShown,
+    {"show interface [RANGE] status inactive", "Status of inactive interfaces", kStatusShown,
      {DISPLAY_STATUS_INACTIVE, kUsualKinds, kCommonHeaders}},
-    {"show interface [RANGE] status module MODULE", "The same of the ports of a module", kStatusShown,
+    {"show interface [RANGE] status module MODULE", "Status of the ports of a module", kStatusShown,
      {DISPLAY_STATUS_OF_MODULE, kKindsInModules, kCommonHeaders}},
-    {"show interface [RANGE] status err-disabled", "Ports shut by an error", kErrorStatusShown,
+    {"show interface [RANGE] status err-disabled", "Status of ports disabled by an error", kErrorStatusShown,
      {DISPLAY_ERROR_DISABLED, kAllButLoopbacks, kCommonHeaders}},
     {"show interface [RANGE] description", "Descriptions", kDescriptionShown,
      {DISPLAY_DESCRIPTION, kUsualKinds, kDescriptionHeaders}},
@@ -249,11 +249,11 @@ constexpr interface_display kDisplays[] = {
      {DISPLAY_MAC_ADDRESS, kAllButLoopbacks, kCommonHeaders}},
     {"show interface [RANGE] ifindex", "Interface indexes", kIfIndexShown,
      {DISPLAY_IF_INDEX, kEthernetPorts, kCommonHeaders}},
-    {"show interface [RANGE] debounce", "How long a link must be down to count", kDebounceShown,
+    {"show interface [RANGE] debounce", "Link debounce times", kDebounceShown,
      {DISPLAY_DEBOUNCE, kEthernetPorts, kCommonHeaders}},
-    {"show interface [RANGE] capabilities", "What the ports can do", kCapabilitiesShown,
+    {"show interface [RANGE] capabilities", "Capabilities of the ports", kCapabilitiesShown,
      {DISPLAY_CAPABILITIES, kKindsWithCapabilities, kNoHeaders}},
-    {"show interface [RANGE] detailed", "Settings, state and traffic, with loads and times computed", kDetailedShown,
+    {"show interface [RANGE] detailed", "Settings, state and traffic, with computed loads", kDetailedShown,
      {DISPLAY_DETAIL, kAllWithInband, kNoHeaders}},
 };
 // clang-format on
@@ -261,13 +261,13 @@ constexpr interface_display kDisplays[] = {
 constexpr auto kCommands = commands_of<kDisplays>();
 
 constexpr word_help kWords[] = {
-    {"capabilities", "What the ports can do"},
-    {"debounce", "How long a link must be down to count"},
-    {"err-disabled", "Only ports shut by an error"},
+    {"capabilities", "Capabilities of the ports"},
+    {"debounce", "Link debounce times"},
+    {"err-disabled", "Only ports disabled by an error"},
     {"ifindex", "Interface indexes"},
     {"inactive", "Only interfaces that are inactive"},
     {"mac-address", "Hardware addresses"},
-    {"status", "A line for each: state, VLAN, duplex, speed, type"},
+    {"status", "Status table: VLAN, duplex, speed and type"},
 };
 
 }  // namespace

@@ -38,7 +38,7 @@ constexpr auto commands_of() {
 
 // ---- What views have in common
 
-// Without a range the in-band interface is left out, as every kind without a word of kWordsInOrder (selection.cpp).
+// Without a range the in-band interface is omitted, like every kind without a word of kWordsInOrder (selection.cpp).
 inline constexpr if_index_type_t kAllWithInband[] = {IF_TYPE_MGMT,      IF_TYPE_ETHERNET,         IF_TYPE_ETHERNET_L3,
                                                      IF_TYPE_SATELLITE, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL,
                                                      IF_TYPE_LOOPBACK,  IF_TYPE_VETHERNET,        IF_TYPE_INBAND};

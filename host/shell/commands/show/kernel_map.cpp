@@ -54,12 +54,12 @@ constexpr display kKernelMapShown = {kKernelMapDisplay, {}, "kernel_map", false,
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"show kernel-map", "Which device of the kernel an interface is", show_kernel_map, kKernelMapShown},
+    {"show kernel-map", "Kernel device of each interface", show_kernel_map, kKernelMapShown},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"kernel-map", "Devices of the kernel"},
+    {"kernel-map", "Kernel device of each interface"},
 };
 
 }  // namespace

@@ -9,18 +9,18 @@
 
 namespace host {
 
-// Calls a handler of a display. When one of another library does not return 0, it failed; that is an error of the
+// Calls a handler of a display. If one of another library does not return 0, it failed, which is an error of the
 // command.
 void call_handler(const invocation& run, command_handler handler, paraminfo_t* block);
 
 // False, after a complaint, when the line names a module that the switch does not have.
 bool has_named_module(const invocation& run);
 
-// Calls `show` with a block that names no interface. Failures are those that the output noted.
+// Calls `show` with a block without interfaces. Failures are those that the output noted.
 template <typename Show>
 int run_display(const invocation& run, Show show) {
   const command_queue q;
-  command_parameters parameters(run.session.library, run.session.who, q.handle, 0);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, 0);
   show(parameters.for_ranges(0, {}));
   run.output.flush();
   return run.output.failed() ? kServiceFailed : kDone;

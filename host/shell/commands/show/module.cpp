@@ -71,7 +71,7 @@ constexpr display kModuleResourcesShown = {
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"show module MODULE resources", "How a module shares out buffers and bandwidth", show_module_resources, kModuleResourcesShown},
+    {"show module MODULE resources", "Buffers and bandwidth of a module", show_module_resources, kModuleResourcesShown},
 };
 // clang-format on
 

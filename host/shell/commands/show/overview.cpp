@@ -1,4 +1,4 @@
-// "show interface overview": a row for each interface, of the values that the service of values has.
+// "show interface overview": a row for each interface, from the service of interface values.
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -33,7 +33,7 @@ class shown_values {
     return value == nullptr || value->kind == value_kind::absent ? nullptr : value;
   }
 
-  // What is shown for an absent value: nothing when there is none, dashes when it is not known.
+  // The text for an absent value: nothing when there is none, dashes when it is unknown.
   std::string text_of_absent(property of) const {
     const interface_value* const value = any(of);
     return value != nullptr && value->why_absent() == absence::none ? std::string() : kNotKnown;
@@ -91,7 +91,7 @@ std::string rate_cell(const shown_values& values) {
   return value == nullptr ? values.text_of_absent(kOf) : short_number(value->number());
 }
 
-// Both directions. What is not known of one is not known of the sum.
+// Both directions. The sum is unknown if one of them is.
 std::string errors_cell(const shown_values& values) {
   constexpr property kDirections[] = {property::input_errors, property::output_errors};
   uint64 sum = 0;
@@ -113,7 +113,7 @@ std::string short_name(if_index_t if_index) {
   return name;
 }
 
-// "Po10" of a member; "2: Eth1/1, Eth1/2" of a channel.
+// "Po10" for a member; "2: Eth1/1, Eth1/2" for a channel.
 std::string channel_cell(const shown_values& values) {
   if (const interface_value* const channel = values.find(property::member_of))
     return short_name(static_cast<if_index_t>(channel->number()));
@@ -209,7 +209,7 @@ selection select_overview(command_parameters& parameters) {
 
 int show_overview(const invocation& run) {
   const command_queue q;
-  command_parameters parameters(run.session.library, run.session.who, q.handle, 0);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, 0);
   const selection chosen = run.line.range.empty() ? select_overview(parameters)
                                                   : select_named(parameters, run.line.range, absent_ends::skip);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
@@ -238,12 +238,12 @@ constexpr display kOverviewShown = {kOverviewDisplay, {}, "overview", false, tru
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"show interface [RANGE] overview", "State, VLAN, speed, rates and errors, as wide as the terminal", show_overview, kOverviewShown},
+    {"show interface [RANGE] overview", "One row per interface, fitted to the terminal", show_overview, kOverviewShown},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"overview", "One row for each interface"},
+    {"overview", "One row per interface, fitted to the terminal"},
 };
 
 }  // namespace

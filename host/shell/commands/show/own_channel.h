@@ -6,7 +6,7 @@
 
 namespace host {
 
-// The channel's handle is asked of a parameter block.
+// The channel's handle comes from a parameter block.
 inline cmd_rx_handle_t* channel() {
   paraminfo_t block{};
   return cmd_paraminfo_to_rxhandle(&block);

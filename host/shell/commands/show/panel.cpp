@@ -1,4 +1,4 @@
-// "show panel": the fronts of the modules, of the values that the service of values has.
+// "show panel": the front panels of the modules, from the service of interface values.
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
@@ -25,7 +25,7 @@ constexpr if_index_type_t kInModules[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3,
 bool is_in_module(if_index_t if_index) {
   const interface_kind& kind = kind_of(if_index);
   const bool has_module = std::find(std::begin(kInModules), std::end(kInModules), kind.type) != std::end(kInModules);
-  return has_module && kind.family == name_family::kUsual && if_index_is_sub_intf(if_index) == 0;
+  return has_module && kind.family == name_family::usual && if_index_is_sub_intf(if_index) == 0;
 }
 
 // All ports of modules, by module.
@@ -69,7 +69,7 @@ std::string model_of(std::span<const interface_value> values) {
 
 // ---- Fronts ---------------------------------------------------------------------------------------------------------
 
-// The front that a port belongs to. Ports of two kinds may have the same number: the second is on a front of its own.
+// The front that a port belongs to. Ports of two kinds may have the same number: the second is on a separate front.
 front_panel& front_for(std::vector<front_panel>& fronts, const interface_number& number, const std::string& model) {
   const auto found = std::find_if(fronts.begin(), fronts.end(), [&number](const front_panel& it) {
     return it.unit == number.unit && it.module == number.slot && !it.ports.contains(number.port);
@@ -106,7 +106,7 @@ bool is_utf8_locale() {
   return false;
 }
 
-// Marks are of the channel: plain text has those of optical diagnostics.
+// Marks belong to the channel: plain text has those of optical diagnostics.
 void print(command_output& output, const panel_line& shown) {
   line_gatherer& line = output.line();
   line.set_of_channel();
@@ -124,7 +124,7 @@ void print_fronts(command_output& output, const std::vector<front_panel>& fronts
 
 int show_panel(const invocation& run) {
   const command_queue q;
-  command_parameters parameters(run.session.library, run.session.who, q.handle, 0);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, 0);
   const selection chosen = select_ports(parameters);
   if (chosen.code != kDone) return chosen.code;
 
@@ -155,12 +155,12 @@ constexpr display kPanelShown = {kPanelDisplay, {}, "panel", true, true, "ports"
 
 // clang-format off
 constexpr command kCommands[] = {
-    {"show panel", "The fronts of the modules, with the state of each port", show_panel, kPanelShown},
+    {"show panel", "Front panels with the state of each port", show_panel, kPanelShown},
 };
 // clang-format on
 
 constexpr word_help kWords[] = {
-    {"panel", "The fronts of the modules"},
+    {"panel", "Front panels of the modules"},
 };
 
 }  // namespace

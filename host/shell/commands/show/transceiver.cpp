@@ -17,9 +17,9 @@ constexpr display kCalibrationShown = {kCalibrationDisplay, {}, "transceiver_cal
 constexpr interface_display kDisplays[] = {
     {"show interface [RANGE] transceiver", "Transceivers: identity, state and measured values", kTransceiverShown,
      {DISPLAY_TRANSCEIVER, kKindsWithOptics, kNoHeaders}},
-    {"show interface [RANGE] transceiver details", "The same with the limits of the values", kTransceiverDetailsShown,
+    {"show interface [RANGE] transceiver details", "Transceivers with the limits of their values", kTransceiverDetailsShown,
      {DISPLAY_TRANSCEIVER_DETAIL, kKindsWithOptics, kNoHeaders}},
-    {"show interface [RANGE] transceiver calibrations", "Their identity, state and calibration constants", kCalibrationShown,
+    {"show interface [RANGE] transceiver calibrations", "Transceivers with their calibration constants", kCalibrationShown,
      {DISPLAY_TRANSCEIVER_CALIBRATION, kKindsWithOptics, kNoHeaders}},
 };
 // clang-format on
@@ -39,9 +39,9 @@ int show_transceivers(const invocation& run) {
 
 // clang-format off
 constexpr command kOfAllPorts[] = {
-    {"show transceiver", "The transceivers of all ports", show_transceivers, kTransceiverShown, &kDisplays[0].view},
-    {"show transceiver details", "The same with the limits of their values", show_transceivers, kTransceiverDetailsShown, &kDisplays[1].view},
-    {"show transceiver calibrations", "Their calibration constants", show_transceivers, kCalibrationShown, &kDisplays[2].view},
+    {"show transceiver", "Transceivers of all ports", show_transceivers, kTransceiverShown, &kDisplays[0].view},
+    {"show transceiver details", "All transceivers with the limits of their values", show_transceivers, kTransceiverDetailsShown, &kDisplays[1].view},
+    {"show transceiver calibrations", "All transceivers with their calibration constants", show_transceivers, kCalibrationShown, &kDisplays[2].view},
 };
 // clang-format on
 
@@ -54,8 +54,8 @@ constexpr auto kAllCommands = [] {
 
 constexpr word_help kWords[] = {
     {"calibrations", "Calibration constants"},
-    {"details", "With the limits of the values"},
-    {"transceiver", "Modules in ports"},
+    {"details", "With the limits of their values"},
+    {"transceiver", "Transceivers"},
 };
 
 }  // namespace

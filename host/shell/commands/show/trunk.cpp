@@ -4,7 +4,7 @@
 namespace host {
 namespace {
 
-// Of the others the library has no detailed view.
+// The library has no detailed view of the others.
 constexpr if_index_type_t kTrunksInDetail[] = {IF_TYPE_ETHERNET, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};
 
 constexpr display kTrunkShown = {kTrunkDisplay, {}, "trunk", false, true};
@@ -16,15 +16,15 @@ constexpr display kTrunkDetailShown = {kSwitchportDisplay, {}, "trunk_detail", f
 constexpr interface_display kDisplays[] = {
     {"show interface [RANGE] trunk", "Trunks: native VLAN, status, port-channel", kTrunkShown,
      {DISPLAY_TRUNK_STATUS, kCountedKinds, kPortHeaders}},
-    {"show interface [RANGE] trunk allowed", "The VLANs that trunks carry", kAllowedVlansShown,
+    {"show interface [RANGE] trunk allowed", "VLANs that trunks carry", kAllowedVlansShown,
      {DISPLAY_TRUNK_ALLOWED_VLANS, kCountedKinds, kPortHeaders}},
-    {"show interface [RANGE] trunk forwarding", "The VLANs in which spanning tree lets them forward", kForwardingVlansShown,
+    {"show interface [RANGE] trunk forwarding", "VLANs that spanning tree forwards on trunks", kForwardingVlansShown,
      {DISPLAY_TRUNK_FORWARDING_VLANS, kCountedKinds, kPortHeaders}},
     {"show interface [RANGE] trunk detail", "Trunks in detail", kTrunkDetailShown,
      {DISPLAY_TRUNK_DETAIL, kTrunksInDetail, kNoHeaders}},
-    {"show interface [RANGE] trunk detail module MODULE", "The same of the ports of a module", kTrunkDetailShown,
+    {"show interface [RANGE] trunk detail module MODULE", "Trunks in detail on the ports of a module", kTrunkDetailShown,
      {DISPLAY_TRUNK_DETAIL_OF_MODULE, kTrunksInDetail, kNoHeaders}},
-    {"show interface [RANGE] trunk detail native-vlan VLANS", "The same of those with such a native VLAN", kTrunkDetailShown,
+    {"show interface [RANGE] trunk detail native-vlan VLANS", "Trunks with one of these native VLANs", kTrunkDetailShown,
      {DISPLAY_TRUNK_DETAIL_OF_VLANS, kTrunksInDetail, kNoHeaders}},
 };
 // clang-format on
@@ -33,8 +33,8 @@ constexpr auto kCommands = commands_of<kDisplays>();
 
 constexpr word_help kWords[] = {
     {"detail", "In detail"},
-    {"forwarding", "The VLANs in which spanning tree lets them forward"},
-    {"native-vlan", "Only those with such a native VLAN"},
+    {"forwarding", "VLANs that spanning tree forwards on trunks"},
+    {"native-vlan", "Only trunks with one of these native VLANs"},
 };
 
 }  // namespace

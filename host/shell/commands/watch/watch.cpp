@@ -380,7 +380,7 @@ class watcher {
   }
 
   std::optional<traffic_count> count(if_index_t if_index) const {
-    const bool may_see = session_.who == nullptr || session_.who->sees_counters;
+    const bool may_see = session_.user == nullptr || session_.user->sees_counters;
     if (!may_see || (usual_.shown.bit & kCountingDisplays) == 0) return std::nullopt;
     interface* const port = counted_interface(if_index);
     if (port == nullptr) return std::nullopt;

@@ -3,8 +3,8 @@
  *
  * A command library is a shared object that exports one table, pmsh_commands[], and the handlers that the table names.
  * `pmsh --library FILE` loads it; parsing, help, completion, the command reference and the JSON schema follow from the
- * table. What a handler may call of the shell and of the services is declared in platform/; the loader finds it in the
- * program. All texts are UTF-8, owned by the library, and used for as long as the shell runs.
+ * table. The functions of the shell and the services that a handler may call are declared in platform/; the loader
+ * finds them in the program. All texts are UTF-8, owned by the library, and used for as long as the shell runs.
  */
 #ifndef PMSH_COMMANDS_H
 #define PMSH_COMMANDS_H
@@ -18,13 +18,13 @@
 extern "C" {
 #endif
 
-/* The help of a word that the shell does not know. */
+/* Help of a word that the shell does not have. */
 typedef struct pmsh_word_t {
   const char* word;
   const char* help; /* what may be typed there, in a few words */
 } pmsh_word_t;
 
-/* How a field stands in the structured form. An interface is shown by its full name. */
+/* The type of a field in the structured form. An interface is shown by its full name. */
 enum {
   PMSH_TEXT = 1,
   PMSH_NUMBER,
@@ -61,7 +61,7 @@ enum {
 typedef uint32 (*pmsh_handler_t)(paraminfo_t* param);
 
 /*
- * One command. Members that are left out are zero.
+ * One command. Omitted members are zero.
  *
  * With RANGE among its words the handler is called once for each interface, as the show handlers of pmcli/command.h
  * are: `arg` of argument 0 points to its if_index_t. Without RANGE it is called once, and argument 0 holds no ranges.

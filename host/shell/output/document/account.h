@@ -1,4 +1,4 @@
-// What the running command asked for and did not get, in sentences.
+// The failed requests of the running command, in sentences.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@ namespace host {
 // "the service 'ip' is not running."
 std::string sentence_of(const failure& failed);
 
-// Begins with nothing noted.
+// Begins empty.
 class account {
  public:
   account() { forget_failures(); }
@@ -29,7 +29,7 @@ class account {
   // A sentence for each service and library that failed since the last call.
   void take_new(const sentence_taker& take);
 
-  // The same of all that was noted.
+  // The same for all failures.
   void take_all(const sentence_taker& take) const;
 
  private:

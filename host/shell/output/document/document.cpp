@@ -41,7 +41,7 @@ void write_text_or_null(json_writer& json, std::string_view text) {
 
 bool is_integer(field_type type) { return type == field_type::integer || type == field_type::integer_or_auto; }
 
-// Types whose values a tuple cannot carry: they come from the service alone.
+// Types that tuples cannot carry: their values come only from the service.
 bool is_answered_only(field_type type) {
   switch (type) {
     case field_type::numbers:

@@ -18,7 +18,7 @@ namespace host {
 
 enum { kSchemaVersion = 2 };
 
-// What a document is made for.
+// The display of a document.
 struct display {
   display_bit bit;
   std::string_view section = {};         // of its only record in the document; empty: a list of records
@@ -27,10 +27,10 @@ struct display {
   bool has_values = false;               // values that the text shows without a tag come from the service of values:
                                          // lines of the channel that bind none are layout and no messages
   std::string_view list = "interfaces";  // of its records; empty: the document has messages only
-  bool repeats = false;  // a value that is bound once more begins the next record; lines that bind none are layout
+  bool repeats = false;  // a value that is bound again begins the next record; lines without values are layout
 };
 
-// Whether documents of a display say how many records have each result.
+// Whether documents of a display have a summary of results.
 inline bool has_summary(const display& shown) { return shown.bit == kSettingDisplay; }
 
 struct result_summary {
@@ -39,7 +39,7 @@ struct result_summary {
   uint32 refused = 0;
 };
 
-// Of commands that have nothing but sentences to say.
+// For commands whose output is only sentences.
 inline constexpr display kSentences = {kTextDisplay, {}, "text", false, false, {}};
 
 // Whether its records have rates when the command is watched: those of interfaces that a show command makes.
@@ -54,7 +54,7 @@ class document {
   // `command` without its pipes.
   document(const display& shown, std::string_view command);
 
-  // Complete lines of the document; the caller clears what it took.
+  // Complete lines of the document; the caller removes those that it took.
   std::string& ready() { return ready_; }
 
   void begin_record(std::string_view interface_name);
@@ -64,27 +64,27 @@ class document {
 
   // Fills the open record with the values that no tuple bound, and with the reasons for those that are absent.
   void fill(std::span<const interface_value> values);
-  // The same when a service failed: what is not bound is absent for that.
+  // The same when a service failed, which is the reason for all absent values.
   void fill_failed();
 
-  // Writes the record, unless nothing at all was said of its interface. `rates` of a watched command are its last
+  // Writes the record, unless nothing was shown of its interface. `rates` of a watched command are its last
   // member when the display may have them.
   void end_record(const std::optional<traffic_rates>* rates = nullptr);
 
   // Stores a value in the record. False when the display has no field for it.
   bool bind(const cmd_tuple_t& tuple);
 
-  // The same of a value that is not known: it stays null.
+  // The same for an unknown value, which stays null.
   bool bind_unknown(const cmd_tuple_t& tuple);
 
-  // A sentence of an interface; without its name that of the record that is open, if any. False when the document holds
-  // so many already that this one is left out; its last one says so.
+  // A sentence about an interface; without a name about that of the open record, if any. False when the document has
+  // its maximum of sentences and this one is omitted; the last one reports this.
   bool add_message(std::string_view text, importance how = importance::info, std::string_view interface_name = {});
 
-  // How many records have each result.
+  // The number of records with each result.
   void set_summary(const result_summary& summary) { summary_ = summary; }
 
-  // Writes what is left: messages, exit code and the end.
+  // Writes the rest: messages, exit code and the end.
   void end(int exit_code);
 
  private:
@@ -122,7 +122,7 @@ class document {
 // The properties of a display's fields, which the service of values answers.
 std::vector<property> properties_of(const display& shown);
 
-// A document that says only why a line did not run, with its newline.
+// A document with only the reason why a line did not run, with its newline.
 std::string document_of_error(std::string_view line, std::string_view text, int exit_code);
 
 }  // namespace host

@@ -24,7 +24,7 @@ void interface_answers::begin(if_index_t if_index) {
   all_.reset();
 }
 
-// Asked once for a command. A service that does not answer leaves nothing unknown; its failure is noted.
+// Requested once per command. If the service does not answer, no value counts as unknown; the failure is noted.
 bool interface_answers::knows_all() {
   if (!knows_all_) knows_all_ = ask_source_knows_all(client_queue()).value_or(true);
   return *knows_all_;

@@ -1,5 +1,4 @@
-// What the service of interface values reports about the interface that is being shown: asked when it is needed, and
-// once.
+// Answers of the service of interface values for the current interface, requested once and only when needed.
 #pragma once
 
 #include <bitset>
@@ -17,10 +16,10 @@ class interface_answers {
   // `asked`: the properties of the display. `hides_traffic`: the user may not see counters and rates.
   interface_answers(std::vector<property> asked, bool hides_traffic);
 
-  // The interface that the next questions are about; 0: none, of which nothing is asked.
+  // The interface of the next requests; 0: none.
   void begin(if_index_t if_index);
 
-  // Whether the interface's value is not known: the source cannot supply it, or the user may not read it.
+  // Whether the interface's value is unknown: the source cannot supply it, or the user may not read it.
   bool is_unknown(property of);
 
   // All values of the display; nothing when the service failed, which is noted. Those of traffic are absent when the

@@ -8,7 +8,7 @@ namespace {
 
 bool is_digit(char character) { return character >= '0' && character <= '9'; }
 
-// Takes digits off the front; false when there are none.
+// Removes leading digits; false when there are none.
 bool take_digits(std::string_view& text) {
   std::size_t count = 0;
   while (count < text.size() && is_digit(text[count])) ++count;

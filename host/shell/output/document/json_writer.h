@@ -1,7 +1,7 @@
 // Writes JSON, value by value, at the end of a text.
 //
-// Commas follow from the order of the calls; who calls pairs the begins and ends, and gives each member of an object a
-// key. Memory that is missing is std::bad_alloc, and the text then ends with a whole token.
+// Commas follow from the order of the calls; the caller pairs begins and ends, and gives each member of an object a
+// key. Out of memory throws std::bad_alloc; the text then ends with a complete token.
 #pragma once
 
 #include <concepts>

@@ -1,4 +1,4 @@
-// Readings of what interfaces have counted, and the rates between one reading and the next.
+// Readings of the counters of interfaces, and the rates between consecutive readings.
 #pragma once
 
 #include <functional>
@@ -13,7 +13,7 @@
 
 namespace host {
 
-// What an interface has counted at a moment.
+// The counters of an interface at a time.
 struct traffic_count {
   double at_sec = 0;  // since 1970
   uint64 in_bytes = 0;
@@ -31,7 +31,7 @@ struct traffic_rates {
   double out_packets = 0;
 };
 
-// How rates are called, as a member of a record and above a column.
+// The names of rates, as members of a record and as titles of columns.
 struct rate_field {
   std::string_view name;
   std::string_view title;
@@ -46,8 +46,8 @@ inline constexpr rate_field kRateFields[] = {
     {"output_packets_per_second", "Out packets/s", "Packets sent per second", &traffic_rates::out_packets},
 };
 
-// None when no time has passed between them, or when they do not belong together: the counters were cleared, or one of
-// them went backwards.
+// None when no time has passed between them, or when they cannot be compared: the counters were cleared, or one of them
+// decreased.
 std::optional<traffic_rates> rates_between(const traffic_count& before, const traffic_count& now);
 
 class traffic_readings {
@@ -57,11 +57,11 @@ class traffic_readings {
   using counter = std::function<std::optional<traffic_count>(if_index_t)>;
   explicit traffic_readings(counter count) : count_(std::move(count)) {}
 
-  // What was read becomes the reading before.
+  // The current reading becomes the previous one.
   void begin_reading();
 
-  // Reads an interface, the first time in a reading that it is looked at. `is_shown`: the user sees something of it.
-  // Returns its rates since the reading before, when it was in that.
+  // Reads an interface, once per reading. `is_shown`: the display shows it. Returns its rates since the previous
+  // reading, if it was in that.
   std::optional<traffic_rates> look_at(if_index_t if_index, bool is_shown);
 
   // The interfaces of this reading that are counted and shown, in the order in which they were looked at.

@@ -58,7 +58,7 @@ constexpr binding kBindings[] = {
     {tag::error_status_state_reason, row_of(property::state_reason), kErrorStatus},
     {tag::brief_state_reason, row_of(property::state_reason), kBrief, by_service, enum_words::state_reason_short},
 
-    // What the interface is.
+    // Identity.
     {tag::description, row_of(property::description), kDetailed | kSwitchport, as_text},
     {tag::brief_description, row_of(property::description), kBrief, as_text},
     {tag::status_description, row_of(property::description), kStatus, as_text},
@@ -443,7 +443,7 @@ constexpr binding kBindings[] = {
     {tag::all_layer3_input_unicast_packets, row_of(property::layer3_input_unicast_packets), kAllCounters},
     {tag::all_layer3_input_multicast_packets, row_of(property::layer3_input_multicast_packets), kAllCounters},
 
-    // What the port manager counts at the management port.
+    // Counters of the port manager for the management port.
     {tag::nonzero_vdc_input_packets, row_of(property::input_packets), kDetailedCounters},
     {tag::all_vdc_input_packets, row_of(property::input_packets), kAllCounters},
     {tag::nonzero_vdc_input_bytes, row_of(property::input_bytes), kDetailedCounters},
@@ -481,7 +481,7 @@ constexpr binding kBindings[] = {
     {tag::nonzero_vdc_interval_output_bytes, row_of(property::interval_output_bytes), kDetailedCounters},
     {tag::all_vdc_interval_output_bytes, row_of(property::interval_output_bytes), kAllCounters},
 
-    // What the kernel counts there.
+    // Counters of the kernel for it.
     {tag::all_kernel_input_packets, row_of(property::kernel_input_packets), kDetailedCounters | kAllCounters, by_service},
     {tag::all_kernel_input_bytes, row_of(property::kernel_input_bytes), kDetailedCounters | kAllCounters, by_service},
     {tag::all_kernel_input_multicast_packets, row_of(property::kernel_input_multicast_packets), kDetailedCounters | kAllCounters, by_service},
@@ -593,7 +593,7 @@ constexpr binding kBindings[] = {
     {kTagMessagesDroppedTwice, kRowDroppedTwice, kTransportDisplay},
     {kTagMessagesNeverDropped, kRowNeverDropped, kTransportDisplay},
 
-    // What became of a setting of a port.
+    // The result of a setting of a port.
     {kTagSettingInterface, row_of(property::interface), kSettingDisplay},
     {kTagSettingStatus, kRowStatus, kSettingDisplay},
     {kTagSettingText, kRowText, kSettingDisplay, as_text},
@@ -617,7 +617,7 @@ constexpr binding kBindings[] = {
     {kTagChangeBefore, kRowBefore, kChangesDisplay},
     {kTagChangeAfter, kRowAfter, kChangesDisplay},
 
-    // What a commit would change of an interface.
+    // The changes of an interface that a commit would make.
     {kTagDiffInterface, row_of(property::interface), kDiffDisplay},
     {kTagDiffBefore, kRowBefore, kDiffDisplay},
     {kTagDiffAfter, kRowAfter, kDiffDisplay},
@@ -661,7 +661,7 @@ constexpr uint64 kOfInterfaces =
     ((kForwardingVlansDisplay * 2 - 1) & ~uint64{kTransportDisplay} & ~uint64{kSettingDisplay}) | kOverviewDisplay |
     kPanelDisplay;
 
-// What a display shows as plain text, or what belongs to it: its values come from the service alone.
+// Fields that a display shows as plain text, or that belong to it: their values come only from the service.
 struct untagged {
   property of;
   uint64 displays;

@@ -302,7 +302,7 @@ constexpr field kFields[] = {
     {property::none, "dropped_twice", integer, "messages", "Messages released twice", "Messages that were released more than once"},
     {property::none, "never_dropped", integer, "messages", "Messages never released", "Received messages that were not released"},
 
-    // What became of a setting of a port.
+    // The result of a setting of a port.
     {property::none, "status", integer, "", "Status", "Status with which the port refused the setting; 0 when it did not"},
     {property::none, "text", text, "", "Refusal", "Text of that status; null when the port did not refuse"},
     {property::none, "setting", text, "", "Setting", "Command that was to change the port"},
@@ -318,7 +318,7 @@ constexpr field kFields[] = {
     {property::none, "before", text, "", "Before", "Commands that made the settings before, separated by semicolons"},
     {property::none, "after", text, "", "After", "Commands that make the settings afterwards, separated by semicolons"},
 
-    // Where a port is.
+    // The place of a port.
     {property::none, "unit", integer, "", "Unit", "Satellite unit of the port; null in the switch itself"},
     {property::none, "module", integer, "", "Module", "Module of the port"},
 

@@ -8,7 +8,7 @@ namespace {
 
 enum : uint8 { kComponentOfLibrary = 0x2A, kComponentOfShell = 0 };
 
-// The own rows, then those that were added.
+// The shell's own rows, then added ones.
 std::vector<field>& field_rows() {
   static std::vector<field> rows(own_fields().begin(), own_fields().end());
   return rows;
@@ -19,7 +19,7 @@ std::vector<binding>& added_bindings() {
   return rows;
 }
 
-// Row of each tag of our own, counted from 1; 0 is none.
+// Row of each of the shell's own tags, counted from 1; 0 is none.
 const std::array<uint16, kNumTags>& rows_by_tag() {
   static const std::array<uint16, kNumTags> rows = [] {
     std::array<uint16, kNumTags> made{};

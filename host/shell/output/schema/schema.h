@@ -1,4 +1,4 @@
-// The schema: which fields the structured form has, and which value of the output channel belongs to which field.
+// The schema: the fields of the structured form, and the values of the output channel that belong to them.
 //
 // Fields are one table (fields.cpp): key, type, unit, title, description, words. Bindings are another (bindings.cpp):
 // which tuple id is which field, and in which displays. Command libraries of others add rows to both.
@@ -34,7 +34,7 @@ enum class field_type : uint8 {
   time,             // RFC 3339, in UTC
 };
 
-// Which texts the values of an enumerated field have.
+// The texts of the values of an enumerated field.
 enum class enum_words : uint8 {
   of_field,  // of a binding: those of its field
   number,    // none: the number itself
@@ -96,7 +96,7 @@ enum display_bit : uint64 {
 };
 
 struct field {
-  property value;         // what the service of interface values calls it; none: only displays bind it
+  property value;         // its number in the service of interface values; none: only displays bind it
   std::string_view name;  // the key
   field_type type;
   std::string_view unit = {};
@@ -151,7 +151,7 @@ enum : uint16 {
 // How the value of a tuple is bound.
 enum class binding_form : uint8 {
   by_code,     // as its type code says
-  as_text,     // as a text, whatever its type code says
+  as_text,     // as a text, regardless of its type code
   by_service,  // not at all: the value is that of the service, which averages or counts otherwise
 };
 

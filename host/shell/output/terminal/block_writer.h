@@ -1,4 +1,4 @@
-// Lines to a file descriptor, gathered into blocks, or to a function in its place.
+// Writes lines in blocks to a file descriptor or to a function.
 #pragma once
 
 #include <functional>
@@ -31,7 +31,7 @@ class block_writer {
 
   int descriptor() const { return descriptor_; }
 
-  // Writes to another descriptor from now on; what failed at the one before is forgotten.
+  // Changes the descriptor and clears the error.
   void redirect(int descriptor) {
     flush();
     descriptor_ = descriptor;

@@ -30,7 +30,7 @@ bool is_installed(std::string_view program) {
   return false;
 }
 
-// The words of a command; one that only a shell understands is given to that.
+// The arguments of a command; a command that needs a shell is passed to one.
 std::vector<std::string> arguments_of(const std::string& command) {
   if (command.find_first_of("|&;<>()$`\\\"'*?[#~=%\n") != std::string::npos) return {"/bin/sh", "-c", command};
   std::vector<std::string> words;

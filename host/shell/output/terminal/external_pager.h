@@ -8,7 +8,7 @@
 
 namespace host {
 
-// What the environment says: $PAGER, else less where it is installed; empty: none. "cat" and an empty $PAGER are no
+// The pager of the environment: $PAGER, else less where it is installed; empty: none. "cat" and an empty $PAGER are no
 // pager: then `has_pages` is false.
 struct pager_choice {
   std::string command;

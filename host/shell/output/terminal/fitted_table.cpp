@@ -50,7 +50,7 @@ void leave_out(std::span<const fitted_column> columns, std::vector<shown_column>
     shown.erase(std::max_element(shown.begin(), shown.end(), is_more_important));
 }
 
-// Gives the room that is left to the columns that are cut, the most important first.
+// Distributes the remaining width among the columns that are cut, the most important first.
 void widen(std::span<const fitted_column> columns, std::vector<shown_column>& shown, std::size_t width) {
   std::vector<shown_column*> by_rank;
   for (shown_column& it : shown) by_rank.push_back(&it);

@@ -10,7 +10,7 @@ struct screen_size {
   std::size_t rows;
   std::size_t columns;
 };
-// What the terminal reports, else COLUMNS of the environment, else 24 rows of 80 columns.
+// The size that the terminal reports, else COLUMNS of the environment, else 24 rows of 80 columns.
 screen_size size_of(int terminal);
 
 // Shows a question on the terminal `screen` and reads a character from the terminal `keys`, without waiting for the end
@@ -28,7 +28,7 @@ class pager {
     return rows_used_ == 0 || rows_used_ + rows_of(line) < rows_of_screen();
   }
 
-  // Erases what is on the screen of the lines so far, which all had room.
+  // Erases the lines so far from the screen, which all fit it.
   void erase();
 
   // To be called before each line. Asks at the end of a screen; false when the user ends the output.

@@ -1,4 +1,4 @@
-// Errors of the shell itself, and texts that are no output of a command.
+// Errors of the shell itself, and texts that are not the output of a command.
 #pragma once
 
 #include <functional>
@@ -9,8 +9,8 @@ namespace host {
 // One line to standard error, safe for a terminal.
 void print_error(std::string_view text);
 
-// Writes a text to standard output, after what was printed. Returns an exit code and prints why it failed. A reader
-// that is gone is not a failure.
+// Writes a text to standard output, after the text printed so far. Returns an exit code and prints the reason of a
+// failure. A closed pipe is not a failure.
 int print_text(std::string_view text);
 
 // The error of output that could not be written, by its errno. Returns the exit code.

@@ -7,7 +7,7 @@
 
 namespace host {
 
-// True when the text is printable ASCII throughout: the common case, which needs no further look.
+// True when the text is all printable ASCII, the common case.
 bool is_plain_ascii(std::string_view text);
 
 // Appends `text`; every byte that is not part of a printable UTF-8 character is written visibly, such as "\x1b":

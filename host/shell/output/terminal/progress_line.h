@@ -9,7 +9,7 @@
 
 namespace host {
 
-// Shows the seconds so far whenever nothing else was shown for a second.
+// Shows the elapsed seconds when nothing else was shown for a second.
 class progress_line {
  public:
   explicit progress_line(int terminal);
@@ -30,7 +30,7 @@ class progress_line {
     std::unique_lock<std::mutex> lock_;
   };
 
-  // Shows nothing any more: the terminal belongs to another program. To be called during a pause.
+  // Ends the progress line: the terminal belongs to another program. To be called during a pause.
   void silence() { is_silent_ = true; }
 
  private:

@@ -1,4 +1,4 @@
-// Numbers as people write large ones.
+// Short forms of large numbers.
 #pragma once
 
 #include <string>

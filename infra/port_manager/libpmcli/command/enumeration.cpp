@@ -71,7 +71,7 @@ void hand_over(if_index_list_t* list, index_block block, uint32 length) {
   list->list = block.release();
 }
 
-// Calls `visit` with each listed interface once for each range that it lies in.
+// Calls `visit` with each listed interface, once for each range that contains it.
 template <typename Visitor>
 void for_each_in_ranges(const interface_listing& listed, const intf_range_t& ranges, paraminfo_t* param,
                         Visitor visit) {
@@ -84,7 +84,7 @@ void for_each_in_ranges(const interface_listing& listed, const intf_range_t& ran
   });
 }
 
-// Room for `count` interfaces, or null after two lines were printed. `told_size` is what the second line says, in
+// Room for `count` interfaces, or null after two lines were printed. `told_size` is the size in the second line, in
 // bytes.
 index_block allocate_indexes(uint32 count, uint32 told_size, int line = __builtin_LINE()) {
   const uint32 size = count * static_cast<uint32>(sizeof(if_index_t));
@@ -106,7 +106,7 @@ int32 list_ranges(const interface_listing& listed, const intf_range_t& ranges, p
   for_each_in_ranges(listed, ranges, param, [&](if_index_t) { ++count; });
   if (count == 0) return kSuccess;
 
-  // A failure tells the size of the listing, not of this list, which is intended.
+  // A failure reports the size of the listing, not of this list, which is intended.
   index_block block = allocate_indexes(count, listed.size());
   if (block == nullptr) return kFailure;
   if_index_t* next = block.get();
@@ -167,7 +167,7 @@ int32 list_kind(paraminfo_t* param, uint32 config_type, interface_mask_t mask, i
   return kFailure;
 }
 
-// A family of interface names, told by its first character, that exactly one mask selects.
+// A family of interface names, given by its first character, that exactly one mask selects.
 struct name_family {
   char first;
   interface_mask_t mask;
@@ -197,6 +197,6 @@ int32 pm_cli_if_index_enum_func(paraminfo_t* param, if_index_list_t* ifindex_lis
     return kFailure;
   }
   if (mask == IF_MASK_INBAND) return list_inband(ifindex_list_ptr);
-  if ((mask & MASK_NOT_ENUMERABLE) != 0) return kFailure;
+  if ((mask & kMaskNotEnumerable) != 0) return kFailure;
   return list_kind(param, config_type, mask, ifindex_list_ptr);
 }

@@ -1,4 +1,4 @@
-// The frame of a command handler: what each does before and after its display.
+// The frame of a command handler: the steps before and after its display.
 #pragma once
 
 #include <cstring>
@@ -18,7 +18,7 @@ cmd_rx_handle_t* obtain_output(paraminfo_t* param);
 // count of arguments.
 const param_arg_t* find_argument(const paraminfo_t* param, uint8 index);
 
-// The native value behind an argument; the shell's object need not be aligned.
+// The native value of an argument; the shell's object need not be aligned.
 template <typename Value>
 Value argument_value(const param_arg_t& argument) {
   Value value;

@@ -20,9 +20,9 @@ using namespace pmcli;
 namespace {
 
 enum : uint32 {
-  ALLOWED = 0,
-  DENIED = static_cast<uint32>(PM_CLI_VSAN_DENIED),
-  FAILED = static_cast<uint32>(PM_CLI_FAILED)
+  kAllowed = 0,
+  kDenied = static_cast<uint32>(PM_CLI_VSAN_DENIED),
+  kFailed = static_cast<uint32>(PM_CLI_FAILED)
 };
 
 bool carries_vsans(if_index_t if_index) {
@@ -75,11 +75,11 @@ bool is_allowed(paraminfo_t* param, const pm_port_info_t& port) {
 
 uint32 check_pair(paraminfo_t* param, const vsh_intf_mono_range_t& range) {
   port_range_answer got(param->q);
-  if (fetch_ports(param->q, range, &got) != fetch_end::done) return FAILED;
+  if (fetch_ports(param->q, range, &got) != fetch_end::done) return kFailed;
   const pm_port_info_t* const ports = got.ports.get();
   const bool are_allowed =
       std::all_of(ports, ports + got.count, [param](const pm_port_info_t& port) { return is_allowed(param, port); });
-  return are_allowed ? ALLOWED : DENIED;
+  return are_allowed ? kAllowed : kDenied;
 }
 
 }  // namespace
@@ -88,19 +88,19 @@ uint32 pm_cli_check_user_vsan_perms(paraminfo_t* param, const intf_range_t* intf
   const uint32 count = std::min<uint32>(intf_range->range_count, PARAM_MAX_RANGES);
   for (const vsh_intf_mono_range_t* range = intf_range->range; range != intf_range->range + count; ++range) {
     if (!carries_vsans(range->lower_if_index)) continue;
-    if (const uint32 result = check_pair(param, *range); result != ALLOWED) return result;
+    if (const uint32 result = check_pair(param, *range); result != kAllowed) return result;
   }
-  return ALLOWED;
+  return kAllowed;
 }
 
 uint32 pm_cli_check_if_index_for_vsan_perm(paraminfo_t* param, if_index_t if_index) {
-  if (!carries_vsans(if_index)) return ALLOWED;
+  if (!carries_vsans(if_index)) return kAllowed;
   port_range_answer got(param->q);
   switch (fetch_ports(param->q, {if_index, if_index}, &got)) {
-    case fetch_end::failed: return FAILED;
+    case fetch_end::failed: return kFailed;
     case fetch_end::not_parsed: return PM_ERR_GENERAL;
     case fetch_end::done: break;
   }
   if (got.count != 1 || !is_allowed(param, *got.ports)) return PM_ERR_GENERAL;
-  return ALLOWED;
+  return kAllowed;
 }

@@ -12,6 +12,6 @@ pm_library_function_t pm_get_function_from_library(const char* filename, const c
     return nullptr;
   }
   *handle = library;
-  dlerror();  // so that a text found there afterwards is of this lookup
+  dlerror();  // so that a text found afterwards belongs to this lookup
   return reinterpret_cast<pm_library_function_t>(dlsym(library, symbol));
 }

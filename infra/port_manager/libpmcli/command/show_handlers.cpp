@@ -125,7 +125,7 @@ bool in_named_module(const shown_interface& shown) {
   return slot + 1 == argument_value<uint32>(*argument);
 }
 
-// Trunking membership of the port; nothing is printed when it cannot be had.
+// Trunking membership of the port; nothing is printed when it is unavailable.
 std::optional<trunk_port_memb_t> find_membership(const shown_interface& shown) {
   const service_library vlan_manager(VLAN_MGR_LIBRARY, RTLD_LAZY);
   if (!vlan_manager) return std::nullopt;

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kLineBytes = 90;
 
-// Rules of 80 and of 79 dashes. From the second character on there is no empty line in front.
+// Rules of 80 and of 79 dashes. From the second character on there is no empty line before them.
 constexpr char kRule[] =
     "\n"
     "--------------------------------------------------------------------------------\n";

@@ -22,15 +22,15 @@ using namespace pmcli;
 
 namespace {
 
-enum : int32 { ALLOWED = 0, FAILED = PM_CLI_FAILED, REFUSED = PM_CLI_REFUSED };
+enum : int32 { kAllowed = 0, kFailed = PM_CLI_FAILED, kRefused = PM_CLI_REFUSED };
 
 constexpr mts_opc_t kVerifyOpcode = 330;
 constexpr int32 kVerifyTimeout = 60;    // seconds
 constexpr uint32 kConfigTimeout = 120;  // seconds
 
-// What the arguments of the command say.
+// The arguments of the command.
 struct named_interfaces {
-  bool is_conf = false;  // a configuration command, which may create or delete what it names
+  bool is_conf = false;  // a configuration command, which may create or delete its interfaces
   bool is_move = false;
   const intf_range_t* ranges = nullptr;
 };
@@ -66,10 +66,10 @@ bool are_sub_interfaces(const intf_range_t& ranges) {
 int32 verify_inband(const intf_range_t& ranges) {
   for (uint32 i = 0; i < range_count(ranges); ++i) {
     const auto& [low, high] = ranges.range[i];
-    if (low != high) return REFUSED;
-    if (low == if_index_inband_get_active_sup_priority_hi()) return ALLOWED;
+    if (low != high) return kRefused;
+    if (low == if_index_inband_get_active_sup_priority_hi()) return kAllowed;
   }
-  return REFUSED;
+  return kRefused;
 }
 
 struct request_block {
@@ -91,7 +91,7 @@ request_block build_request(bool is_create, bool is_delete, const vsh_intf_mono_
 
 enum class exchange_end { answered, not_sent, not_received, no_answer, not_dropped };
 
-// Asks the port manager behind `sap`; its status goes to `*status`. A message that cannot be dropped is reported.
+// Sends a request to the port manager at `sap` and stores its status. A message that cannot be dropped is reported.
 exchange_end exchange(mts_q_handle_t q, uint32 sap, const request_block& request, uint32* status) {
   const mts_addr_t to{MTS_NODE_LOCAL, sap};
   message sent(q);
@@ -119,7 +119,7 @@ exchange_end exchange(mts_q_handle_t q, uint32 sap, const request_block& request
   return exchange_end::not_dropped;
 }
 
-// What is said of a status that refuses.
+// The text for a status that refuses.
 struct refusal {
   uint32 status;
   const char* text;
@@ -140,23 +140,23 @@ int32 judge(uint32 status) {
     std::printf("Total number of Gigabit Ethernet sub-interfaces exceeds %d\n", kMaxSubInterfaces);
   for (const refusal& row : kRefusals)
     if (row.status == status) std::puts(row.text);
-  return REFUSED;
+  return kRefused;
 }
 
-// Creates or deletes what a configuration command names, when the port manager's status says that this is to be done.
+// Creates or deletes the interfaces of a configuration command, when the port manager's status requires this.
 // The loopback rule is the same for both forms, which is intended.
 uint32 configure(interface_mask_t mask, const paraminfo_t* param, const intf_range_t& ranges, uint32 status) {
   const bool is_no = param->no_flag == 1;
   const uint32 create = is_no ? 0 : 1;
   const uint32 sub_interface_status = is_no ? 0U : static_cast<uint32>(PM_ERR_NO_SUCH_INTERFACE);
-  if ((mask & MASK_WITH_SUB_INTERFACES) != 0 && status == sub_interface_status)
+  if ((mask & kMaskWithSubInterfaces) != 0 && status == sub_interface_status)
     status = pm_cli_config_sub_interface(param->q, create, mask, &ranges, kConfigTimeout);
   if ((mask & IF_MASK_LOOPBACK) != 0 && status == PM_ERR_NO_SUCH_INTERFACE)
     status = pm_cli_config_loopback_interface(param->q, create, mask, &ranges, kConfigTimeout);
   return status;
 }
 
-// Asks the port manager; -1 after the reason was printed.
+// Sends the request to the port manager; -1 after the reason was printed.
 int32 ask_status(const paraminfo_t* param, const named_interfaces& named, uint32* status) {
   const bool is_no = param->no_flag == 1;
   const intf_range_t& ranges = *named.ranges;
@@ -166,46 +166,46 @@ int32 ask_status(const paraminfo_t* param, const named_interfaces& named, uint32
       build_request(named.is_conf && !is_no, named.is_conf && is_no, ranges.range, range_count(ranges));
   if (request.payload == nullptr) {
     std::printf("error: malloc failure - size(%d)\n", static_cast<int32>(request.size));
-    return FAILED;
+    return kFailed;
   }
   switch (exchange(param->q, sap, request, status)) {
-    case exchange_end::answered: return ALLOWED;
+    case exchange_end::answered: return kAllowed;
     case exchange_end::not_sent: std::puts("error: in sending message"); break;
     case exchange_end::not_received: vsh_print_mts_error_message(VSH_MTS_ERROR_REQUEST, mts_errno_get(param->q)); break;
     case exchange_end::no_answer:
     case exchange_end::not_dropped: break;
   }
-  return FAILED;
+  return kFailed;
 }
 
 }  // namespace
 
 int32 pm_cli_if_index_verification_func(interface_mask_t iface_mask, paraminfo_t* param) {
-  if (param == nullptr || iface_mask == 0) return REFUSED;
-  if ((iface_mask & MASK_NOT_ENUMERABLE) != 0) return ALLOWED;
+  if (param == nullptr || iface_mask == 0) return kRefused;
+  if ((iface_mask & kMaskNotEnumerable) != 0) return kAllowed;
   const named_interfaces named = scan_arguments(param);
   const bool is_deletion = named.is_conf && param->no_flag == 1;
-  if (is_deletion && (iface_mask & MASK_PERMANENT) != 0) return REFUSED;
+  if (is_deletion && (iface_mask & kMaskPermanent) != 0) return kRefused;
   if (named.ranges == nullptr) {
     std::puts("error: token id list does not contain SHOW_INTF");
-    return FAILED;
+    return kFailed;
   }
-  if (is_deletion && (iface_mask & MASK_WITH_SUB_INTERFACES) != 0 && !are_sub_interfaces(*named.ranges)) return REFUSED;
+  if (is_deletion && (iface_mask & kMaskWithSubInterfaces) != 0 && !are_sub_interfaces(*named.ranges)) return kRefused;
   if ((iface_mask & IF_MASK_INBAND) != 0) return verify_inband(*named.ranges);
 
   uint32 status = 0;
-  if (ask_status(param, named, &status) != ALLOWED) return FAILED;
+  if (ask_status(param, named, &status) != kAllowed) return kFailed;
   if (named.is_conf) status = configure(iface_mask, param, *named.ranges, status);
   if (status != 0) return judge(status);
-  if (param->prc_mode == PRC_MODE_SHOW) return ALLOWED;
+  if (param->prc_mode == PRC_MODE_SHOW) return kAllowed;
   return static_cast<int32>(pm_cli_check_user_vsan_perms(param, named.ranges));
 }
 
 syserr_t pm_if_index_verify_cb(if_index_verify_info_t* if_info) {
   const vsh_intf_mono_range_t range{if_info->if_range.low, if_info->if_range.high};
   const request_block request = build_request(false, false, &range, 1);
-  if (request.payload == nullptr) return FAILED;
+  if (request.payload == nullptr) return kFailed;
   uint32 status = 0;
   const exchange_end end = exchange(if_info->mts_q, pm_get_mts_sap(range.lower_if_index), request, &status);
-  return end == exchange_end::answered ? static_cast<syserr_t>(status) : FAILED;
+  return end == exchange_end::answered ? static_cast<syserr_t>(status) : kFailed;
 }

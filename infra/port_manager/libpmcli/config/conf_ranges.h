@@ -1,4 +1,4 @@
-// The interface range of a configuration command, told by its token.
+// The interface range of a configuration command, found by its token.
 #pragma once
 
 #include "platform/paraminfo.h"

@@ -1,4 +1,4 @@
-// A configuration command: its interface range, and the tokens behind it.
+// A configuration command: its interface range, and the tokens after it.
 #pragma once
 
 #include <algorithm>
@@ -25,7 +25,7 @@ struct config_command {
   // How many arguments follow the range.
   uint32 num_behind() const { return param->parameter_count - range_at; }
 
-  // The argument `distance` behind the range's; null when there is none.
+  // The argument at `distance` after the range; null when there is none.
   const param_arg_t* argument(uint32 distance) const;
 
   // Its token; 0 when there is none.
@@ -34,10 +34,10 @@ struct config_command {
     return found != nullptr ? found->token_id : 0;
   }
 
-  // The keyword stands behind the range; a range without the range's token carries it itself.
+  // The keyword follows the range; a range without the range's token carries it itself.
   uint32 keyword() const { return token(0) == TOKEN_CONF_INTERFACES ? token(1) : token(0); }
 
-  // The shell's value behind that argument, which need not be aligned; none when it has none.
+  // The shell's value of that argument, which need not be aligned; none when it has none.
   template <typename Value>
   std::optional<Value> value(uint32 distance) const {
     const param_arg_t* const found = argument(distance);
@@ -47,7 +47,7 @@ struct config_command {
     return value;
   }
 
-  // The text behind that argument; empty when it has none.
+  // The text of that argument; empty when it has none.
   const char* text(uint32 distance) const {
     const param_arg_t* const found = argument(distance);
     return found != nullptr && found->arg != nullptr ? static_cast<const char*>(found->arg) : "";
@@ -60,7 +60,7 @@ std::optional<config_command> read_config_command(paraminfo_t* param);
 // The ranges as the port manager takes them, in their order. Null after the exhausted heap was printed.
 heap_block<if_index_range_t> copy_ranges(std::span<const vsh_intf_mono_range_t> ranges);
 
-// The ranges behind an argument; no more than the record holds.
+// The ranges of an argument; no more than the record holds.
 inline std::span<const vsh_intf_mono_range_t> ranges_of(const intf_range_t& ranges) {
   return {ranges.range, std::min<std::size_t>(ranges.range_count, PARAM_MAX_RANGES)};
 }

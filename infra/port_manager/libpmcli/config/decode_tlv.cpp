@@ -32,7 +32,7 @@ uint32 pm_decode_tlv(pm_cfg_tlv_t* p_payload, uint8* p_cfg_type, uint8* p_cfg_le
   const uint8 type = *p_cfg_type = p_payload->cfg_type;
   const uint8 length = *p_cfg_length = p_payload->cfg_length;
 
-  uint8 received[PM_PORT_NAME_BYTES] = {};  // what the TLV is too short for is 0
+  uint8 received[PM_PORT_NAME_BYTES] = {};  // bytes that the TLV lacks are 0
   std::memcpy(received, p_payload + 1, std::min<std::size_t>(length, sizeof received));
   pmcli::reader value(received, sizeof received);
 

@@ -1,4 +1,4 @@
-// The ports that refused a setting, told together by error.
+// The ports that refused a setting, reported together by error.
 #pragma once
 
 #include <span>

@@ -1,12 +1,12 @@
-// The layer check that stands in front of the switchport sub-commands.
+// The layer check before the switchport sub-commands.
 #pragma once
 
 #include "config/config_command.h"
 
 namespace pmcli {
 
-// Asks the interface manager for the layer of every interface of the command. False at the first that it cannot tell,
-// which is printed; the layer itself decides nothing.
+// Asks the interface manager for the layer of every interface of the command. False at the first whose layer is
+// unknown, which is printed; the layer itself decides nothing.
 bool all_layers_known(const config_command& command);
 
 }  // namespace pmcli

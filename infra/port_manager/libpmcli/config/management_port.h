@@ -1,4 +1,4 @@
-// What the management port does not let a command change.
+// Settings that cannot be changed on the management port.
 #pragma once
 
 #include "config/config_command.h"
@@ -9,7 +9,7 @@ namespace pmcli {
 // that is printed.
 bool is_refused_off_console(const config_command& command);
 
-// True when the management port cannot run at 1 Gbit/s, or its card cannot be told; that is printed.
+// True when the management port cannot run at 1 Gbit/s, or its card is unknown; prints the reason.
 bool is_gigabit_refused(const config_command& command);
 
 }  // namespace pmcli

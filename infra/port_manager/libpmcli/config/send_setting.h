@@ -13,10 +13,11 @@ namespace pmcli {
 
 inline bool is_vsan_restricted(const paraminfo_t* param) { return vsh_is_user_vsan_restricted(param) == 1; }
 
-// The TLV of a setting, with its value behind it. Null after the exhausted heap was printed.
+// The TLV of a setting, followed by its value. Null after the exhausted heap was reported.
 heap_block<pm_cfg_tlv_t> make_tlv(const port_setting& setting);
 
-// Asks the port manager, for the user and the session of the command; results as pm_cmi_set_port_config().
+// Sends the setting to the port manager, for the user and the session of the command; results as of
+// pm_cmi_set_port_config().
 int32 apply(paraminfo_t* param, std::span<const if_index_range_t> ranges, const pm_cfg_tlv_t& tlv,
             pm_port_cfg_status_t** cfg_status, uint32* num_ports);
 

@@ -1,4 +1,4 @@
-// What a configuration command comes to: a setting to send, or the end of the command.
+// The result of parsing a configuration command: a setting to send, or the end of the command.
 #pragma once
 
 #include <cstdio>

@@ -16,8 +16,8 @@ namespace pmcli {
 
 namespace {
 
-// Arguments behind the range and the keyword: the sub-command, and what follows it.
-enum : uint32 { SUB_COMMAND = 2, NEXT = 3, AFTER_NEXT = 4, LAST = 5 };
+// Distances from the range: the sub-command, and the arguments after it.
+enum : uint32 { kSubCommand = 2, kNext = 3, kAfterNext = 4, kLast = 5 };
 
 constexpr const char* kNoIsNotSupported = "'no' option is not supported with this command";
 constexpr const char* kModeNotAllowed = "error: port mode configuration not allowed";
@@ -38,7 +38,7 @@ struct row {
 
 outcome send(const row& row, uint32 number) { return send_setting({row.type, row.length, number}); }
 
-// ---- Words that stand for values --------------------------------------------------------------------------------
+// ---- Values of words --------------------------------------------------------------------------------------------
 
 struct word {
   uint32 token;
@@ -71,7 +71,7 @@ outcome fixed(const config_command& command, const row& row) {
 
 outcome name(const config_command& command, const row& row) {
   constexpr std::size_t kLongest = PM_PORT_NAME_BYTES - 1;
-  const char* const text = command.is_no ? "" : command.text(NEXT);
+  const char* const text = command.is_no ? "" : command.text(kNext);
   if (strnlen(text, kLongest + 1) > kLongest) {
     std::printf("error: name too long. max size allowed is %d\n", static_cast<int32>(kLongest));
     return end_command(1);
@@ -88,10 +88,10 @@ bool is_refused_on_channels(uint32 mode) {
 outcome mode(const config_command& command, const row& row) {
   if (is_vsan_restricted(command.param)) return refuse(kModeNotAllowed, PM_CLI_NOT_PERMITTED);
   if (command.is_no) return send(row, command.kind == IF_TYPE_ETHERNET_L3 ? uint32{PM_PORT_MODE_ACCESS} : row.no);
-  if (command.num_behind() < NEXT) return refuse("error: more arguments expected for mode");
-  if (command.num_behind() > AFTER_NEXT) return refuse("error: invalid arguments for this mode");
-  const bool is_by_number = command.token(NEXT) == TOKEN_MODE_BY_NUMBER;
-  const auto value = command.value<uint32>(is_by_number ? AFTER_NEXT : NEXT);
+  if (command.num_behind() < kNext) return refuse("error: more arguments expected for mode");
+  if (command.num_behind() > kAfterNext) return refuse("error: invalid arguments for this mode");
+  const bool is_by_number = command.token(kNext) == TOKEN_MODE_BY_NUMBER;
+  const auto value = command.value<uint32>(is_by_number ? kAfterNext : kNext);
   if (!value) return refuse("error: more arguments expected for mode");
   if (!is_by_number && command.is_bundle && is_refused_on_channels(*value))
     return refuse("This mode not supported for port channels");
@@ -101,19 +101,19 @@ outcome mode(const config_command& command, const row& row) {
 }
 
 std::optional<uint32> speed_of(const config_command& command) {
-  enum : uint32 { AUTO = 0, AUTO_MAX_2000 = 1, AUTO_MAX_4000 = 2 };
-  if (command.is_no) return AUTO;
-  if (command.token(NEXT) != TOKEN_SPEED_AUTO) return value_of(kSpeeds, command.token(NEXT));
-  if (command.token(AFTER_NEXT) != TOKEN_AUTO_MAX) return AUTO;
-  if (command.token(LAST) == TOKEN_AUTO_MAX_2000) return AUTO_MAX_2000;
-  return command.token(LAST) == TOKEN_AUTO_MAX_4000 ? AUTO_MAX_4000 : AUTO;
+  enum : uint32 { kAuto = 0, kAutoMax2000 = 1, kAutoMax4000 = 2 };
+  if (command.is_no) return kAuto;
+  if (command.token(kNext) != TOKEN_SPEED_AUTO) return value_of(kSpeeds, command.token(kNext));
+  if (command.token(kAfterNext) != TOKEN_AUTO_MAX) return kAuto;
+  if (command.token(kLast) == TOKEN_AUTO_MAX_2000) return kAutoMax2000;
+  return command.token(kLast) == TOKEN_AUTO_MAX_4000 ? kAutoMax4000 : kAuto;
 }
 
 outcome speed(const config_command& command, const row& row) {
   if (is_refused_off_console(command)) return end_command(1);
   const auto value = speed_of(command);
   if (!value) {
-    std::printf("error: invalid port speed - %d\n", static_cast<int32>(command.token(NEXT)));
+    std::printf("error: invalid port speed - %d\n", static_cast<int32>(command.token(kNext)));
     return end_command(1);
   }
   if (*value == 1000 && is_gigabit_refused(command)) return end_command(1);
@@ -123,9 +123,9 @@ outcome speed(const config_command& command, const row& row) {
 outcome duplex(const config_command& command, const row& row) {
   if (is_refused_off_console(command)) return end_command(1);
   if (command.is_no) return send(row, row.no);
-  const auto value = value_of(kDuplexes, command.token(NEXT));
+  const auto value = value_of(kDuplexes, command.token(kNext));
   if (value) return send(row, *value);
-  std::printf("error: invalid port duplex - %d\n", static_cast<int32>(command.token(NEXT)));
+  std::printf("error: invalid port duplex - %d\n", static_cast<int32>(command.token(kNext)));
   return end_command(1);
 }
 
@@ -138,12 +138,12 @@ outcome trunk_mode(const config_command& command, const row& row) {
   constexpr uint32 kFirst = 1, kLastMode = 3;
   if (is_vsan_restricted(command.param)) return refuse(kModeNotAllowed, PM_CLI_NOT_PERMITTED);
   if (command.is_no) return refuse(kNoIsNotSupported);
-  if (command.token(NEXT) == TOKEN_TRUNK_ENCAPSULATION_DOT1Q)
+  if (command.token(kNext) == TOKEN_TRUNK_ENCAPSULATION_DOT1Q)
     return not_implemented("switchport trunk encapsulation dot1q");
-  if (command.token(NEXT) != TOKEN_TRUNK_MODE_WORD || command.num_behind() > AFTER_NEXT)
+  if (command.token(kNext) != TOKEN_TRUNK_MODE_WORD || command.num_behind() > kAfterNext)
     return refuse("error: invalid arguments for trunk mode");
-  if (command.num_behind() < AFTER_NEXT) return send(row, row.plain);
-  const uint32 value = command.value<uint32>(AFTER_NEXT).value_or(0);
+  if (command.num_behind() < kAfterNext) return send(row, row.plain);
+  const uint32 value = command.value<uint32>(kAfterNext).value_or(0);
   return value >= kFirst && value <= kLastMode ? send(row, value) : refuse("error: invalid trunk mode");
 }
 
@@ -155,29 +155,29 @@ outcome send_credit(uint8 type, const std::optional<uint32>& value) {
 
 std::optional<uint32> credit_with_mode(const config_command& command) {
   constexpr uint32 kModeFx = 0x80000000, kModeE = 0x40000000;
-  auto count = command.value<uint32>(NEXT);
-  if (count && command.token(LAST) == TOKEN_CREDIT_MODE_FX) *count |= kModeFx;
-  if (count && command.token(LAST) == TOKEN_CREDIT_MODE_E) *count |= kModeE;
+  auto count = command.value<uint32>(kNext);
+  if (count && command.token(kLast) == TOKEN_CREDIT_MODE_FX) *count |= kModeFx;
+  if (count && command.token(kLast) == TOKEN_CREDIT_MODE_E) *count |= kModeE;
   return count;
 }
 
 std::optional<uint32> extended_credit(const config_command& command) {
-  if (command.token(AFTER_NEXT) != TOKEN_CREDIT_EXTENDED_COUNT) return std::nullopt;
-  const auto own = command.value<uint32>(AFTER_NEXT);
-  return own ? own : command.value<uint32>(LAST);
+  if (command.token(kAfterNext) != TOKEN_CREDIT_EXTENDED_COUNT) return std::nullopt;
+  const auto own = command.value<uint32>(kAfterNext);
+  return own ? own : command.value<uint32>(kLast);
 }
 
 std::optional<uint32> credit_multiplier(const config_command& command) {
-  const auto following = command.value<uint32>(AFTER_NEXT);
-  return following ? following : command.value<uint32>(NEXT);
+  const auto following = command.value<uint32>(kAfterNext);
+  return following ? following : command.value<uint32>(kNext);
 }
 
-// One sub-command for four settings; the next word tells which.
+// One sub-command for four settings; the next word selects one.
 outcome bb_credit(const config_command& command, const row&) {
   constexpr uint32 kDefaultBuffers = 0xFFFFFFFF;
-  if (command.num_behind() > LAST) return refuse(kInvalidCredit);
+  if (command.num_behind() > kLast) return refuse(kInvalidCredit);
   const bool is_no = command.is_no;
-  switch (command.token(NEXT)) {
+  switch (command.token(kNext)) {
     case TOKEN_CREDIT_COUNT:
       return send_credit(PM_CFG_RX_BB_CREDIT, is_no ? std::optional<uint32>(0) : credit_with_mode(command));
     case 0:  // nothing follows
@@ -186,7 +186,7 @@ outcome bb_credit(const config_command& command, const row&) {
     case TOKEN_PERFORMANCE_BUFFERS_2:
     case TOKEN_PERFORMANCE_BUFFERS_3:
       return send_credit(PM_CFG_PERFORMANCE_BUFFERS,
-                         is_no ? kDefaultBuffers : command.value<uint32>(AFTER_NEXT).value_or(kDefaultBuffers));
+                         is_no ? kDefaultBuffers : command.value<uint32>(kAfterNext).value_or(kDefaultBuffers));
     case TOKEN_CREDIT_EXTENDED:
       return send_credit(PM_CFG_BB_CREDIT_EXTENDED, is_no ? std::optional<uint32>(0) : extended_credit(command));
     case TOKEN_CREDIT_MULTIPLIER:
@@ -196,41 +196,41 @@ outcome bb_credit(const config_command& command, const row&) {
 }
 
 outcome receive_buffer_size(const config_command& command, const row& row) {
-  if (command.num_behind() > NEXT) return refuse("error: invalid arguments for receive buffer size");
-  if (command.is_no || command.token(NEXT) != TOKEN_RXBUFSIZE_BYTES) return send(row, row.plain);
-  const uint32 size = command.value<uint16>(NEXT).value_or(static_cast<uint16>(row.plain));
+  if (command.num_behind() > kNext) return refuse("error: invalid arguments for receive buffer size");
+  if (command.is_no || command.token(kNext) != TOKEN_RXBUFSIZE_BYTES) return send(row, row.plain);
+  const uint32 size = command.value<uint16>(kNext).value_or(static_cast<uint16>(row.plain));
   return size % 4 == 0 ? send(row, size) : refuse("error: invalid receive buffer size (not a multiple of 4)");
 }
 
 outcome encapsulation(const config_command& command, const row& row) {
-  if (command.num_behind() > NEXT) return refuse("error: invalid arguments for encapsulation");
+  if (command.num_behind() > kNext) return refuse("error: invalid arguments for encapsulation");
   if (command.is_no) return send(row, row.no);
-  const auto value = value_of(kEncapsulations, command.token(NEXT));
+  const auto value = value_of(kEncapsulations, command.token(kNext));
   return value ? send(row, *value) : refuse("error: invalid encapsulation");
 }
 
 outcome mtu(const config_command& command, const row& row) {
-  if (command.num_behind() > NEXT) return refuse("error: invalid arguments for mtu");
-  if (command.is_no || command.token(NEXT) != TOKEN_MTU_BYTES) return send(row, row.plain);
-  return send(row, command.value<uint32>(NEXT).value_or(row.plain));
+  if (command.num_behind() > kNext) return refuse("error: invalid arguments for mtu");
+  if (command.is_no || command.token(kNext) != TOKEN_MTU_BYTES) return send(row, row.plain);
+  return send(row, command.value<uint32>(kNext).value_or(row.plain));
 }
 
 outcome promiscuous_mode(const config_command& command, const row& row) {
-  if (command.num_behind() > NEXT) return refuse("error: invalid arguments for promiscuous mode");
-  if (command.is_no || command.num_behind() < NEXT) return send(row, row.no);
-  const auto value = value_of(kPromiscuous, command.token(NEXT));
+  if (command.num_behind() > kNext) return refuse("error: invalid arguments for promiscuous mode");
+  if (command.is_no || command.num_behind() < kNext) return send(row, row.no);
+  const auto value = value_of(kPromiscuous, command.token(kNext));
   return value ? send(row, *value) : refuse("error: invalid promiscuous mode");
 }
 
 outcome ignore(const config_command& command, const row& row) {
-  if (command.num_behind() < NEXT) return refuse("error : invalid arguments to switchport ignore");
-  if (command.token(NEXT) == TOKEN_BIT_ERRORS) return send(row, command.is_no ? row.no : row.plain);
-  std::printf("error: invalid bit error option  - %d\n", static_cast<int32>(command.token(NEXT)));  // two blanks
+  if (command.num_behind() < kNext) return refuse("error : invalid arguments to switchport ignore");
+  if (command.token(kNext) == TOKEN_BIT_ERRORS) return send(row, command.is_no ? row.no : row.plain);
+  std::printf("error: invalid bit error option  - %d\n", static_cast<int32>(command.token(kNext)));  // two blanks
   return end_command(1);
 }
 
 outcome attribute_44(const config_command& command, const row& row) {
-  return send(row, command.is_no ? row.no : value_of(kAttribute44, command.token(NEXT)).value_or(row.plain));
+  return send(row, command.is_no ? row.no : value_of(kAttribute44, command.token(kNext)).value_or(row.plain));
 }
 
 outcome dot1q_ethertype(const config_command&, const row&) { return not_implemented("switchport dot1q ethertype"); }
@@ -253,12 +253,12 @@ outcome host(const config_command& command, const row&) {
 }
 
 outcome monitor(const config_command& command, const row& row) {
-  enum : uint32 { ON = 1, ON_WITH_ONE_WORD = 2, ON_WITH_TWO_WORDS = 3 };
+  enum : uint32 { kOn = 1, kOnWithOneWord = 2, kOnWithTwoWords = 3 };
   if (command.kind == IF_TYPE_SATELLITE) return refuse("error: switchport monitor not supported for interface type");
   if (command.is_no) return send(row, row.no);
-  if (command.num_behind() < NEXT) return send(row, ON);
-  if (command.num_behind() == NEXT) return send(row, ON_WITH_ONE_WORD);
-  if (command.num_behind() == AFTER_NEXT) return send(row, ON_WITH_TWO_WORDS);
+  if (command.num_behind() < kNext) return send(row, kOn);
+  if (command.num_behind() == kNext) return send(row, kOnWithOneWord);
+  if (command.num_behind() == kAfterNext) return send(row, kOnWithTwoWords);
   return refuse("error: invalid arguments for monitor");
 }
 
@@ -295,7 +295,7 @@ constexpr row kRows[] = {
 }  // namespace
 
 outcome read_switchport_command(const config_command& command) {
-  const uint32 token = command.token(SUB_COMMAND);
+  const uint32 token = command.token(kSubCommand);
   const auto found =
       std::find_if(std::begin(kRows), std::end(kRows), [token](const row& r) { return r.token == token; });
   if (found != std::end(kRows)) return found->rule(command, *found);

@@ -6,7 +6,7 @@
 
 namespace pmcli {
 
-// What the sub-command behind the keyword comes to; what is wrong with it is printed.
+// Runs the sub-command after the keyword; errors in it are printed.
 outcome read_switchport_command(const config_command& command);
 
 }  // namespace pmcli

@@ -1,4 +1,4 @@
-// Clearing counters that the port manager, the port-channel services and the kernel keep.
+// Clearing counters of the port manager, the port-channel services and the kernel.
 
 #include "pmcli/clear.h"
 
@@ -21,7 +21,7 @@ using namespace pmcli;
 
 namespace {
 
-// No length comes with the list, so of its count no more is believed than was asked for.
+// The list has no length, so its count is limited to the number of requested interfaces.
 void report_failed(const uint8* list, std::size_t num_requested) {
   if (list == nullptr) return;
   const auto* const entries = reinterpret_cast<const pm_clear_status_t*>(list + 1);
@@ -53,7 +53,7 @@ bool clear_counted(mts_q_handle_t q, const vsh_intf_mono_range_t& range, uint32 
   }
   const std::span if_indexes(block.get(), count);
   for (uint32 i = 0; i < count; ++i) {
-    if_indexes[i] = 0;  // stays so when there is none at this position
+    if_indexes[i] = 0;  // unless there is one at this position
     pm_get_if_index_in_range(range.lower_if_index, range.upper_if_index, &if_indexes[i], i);
   }
   clear_at_port_manager(q, if_indexes);

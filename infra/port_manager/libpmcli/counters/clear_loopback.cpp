@@ -17,7 +17,7 @@ namespace {
 // The IP statistics library, which clears one loopback after the other.
 class loopback_clearer {
  public:
-  // A missing library is not told, a missing function is.
+  // A missing library is not reported, a missing function is.
   loopback_clearer() : library_(IP_STATS_LIBRARY, RTLD_LAZY) {
     constexpr char kSymbol[] = "ip_clear_loopback_counters";
     if (!library_) return;

@@ -1,4 +1,4 @@
-// The interfaces that a clear command is about: those of the ranges that it names, or all of a kind.
+// The interfaces of a clear command: those of its ranges, or all of a kind.
 #pragma once
 
 #include <optional>

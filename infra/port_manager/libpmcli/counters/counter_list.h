@@ -1,4 +1,4 @@
-// Long lists of counters as tables: a row is a label, a tuple id and where the value comes from.
+// Long lists of counters as tables: a row is a label, a tuple id and the source of the value.
 #pragma once
 
 #include <algorithm>

@@ -41,7 +41,7 @@ constexpr counter_cell<errors_t> kErrors2[] = {
     {&errors_t::runts, &errors_t::have_runts, tag::error_counters_runts, kErrorCell},
 };
 
-// Transmit stands in front of receive in the fourth and fifth cells, which is intended.
+// Transmit is before receive in the fourth and fifth cells, which is intended.
 constexpr counter_cell<errors_t> kErrors3[] = {
     {&errors_t::giant, &errors_t::have_giant, tag::error_counters_giants, kErrorCell},
     {&errors_t::SQEtest, &errors_t::have_SQEtest, tag::error_counters_sqe_test_errors, kErrorCell},

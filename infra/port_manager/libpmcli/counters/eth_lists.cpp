@@ -1,4 +1,4 @@
-// The lists of an Ethernet port's counters, and of the layer-3 counters behind them.
+// The lists of an Ethernet port's counters, and of the layer-3 counters after them.
 
 #include "counters/counter_list.h"
 #include "platform/if_index.h"
@@ -15,7 +15,7 @@ using errors_t = statscl_portcl_mac_error_stats_t;
 using ctrl_t = statscl_portcl_mac_ctrl_stats_t;
 using layer_t = statscl_portcl_lu_layer_stats_t;
 
-// Where the values of the rows come from.
+// The records with the values of the rows.
 template <auto Member>
 uint64 flow(const port_stats& stats) {
   return stats.mac.pktflow.*Member;
@@ -46,7 +46,7 @@ uint64 l3(const pfstat_key_cntrs_t& stats) {
   return stats.cntrs.l3_cntrs.*Member;
 }
 
-// "Output Errors:" stands twice, "SQETest" has no colon: both are intended.
+// "Output Errors:" appears twice, "SQETest" has no colon: both are intended.
 constexpr counter_row<port_stats> kNonzero[] = {
     {"Rx Packets:", tag::nonzero_input_packets, flow<&flow_t::ingress_pkts>},
     {"Rx Unicast Packets:", tag::nonzero_input_unicast_packets, flow<&flow_t::unicast_pkts>},
@@ -128,7 +128,7 @@ constexpr counter_row<port_stats> kNonzero[] = {
     {"Layer 3 Broadcast:", tag::nonzero_layer3_broadcast_packets, l3<&layer_t::bcast>},
 };
 
-// Some ids stand in the list above, too, which is intended.
+// Some ids are also in the list above, which is intended.
 constexpr counter_row<pfstat_key_cntrs_t> kNonzeroL3[] = {
     {"Layer 3 Routed Input Packets", tag::nonzero_layer3_input_routed_packets,
      l3<&pfstat_l3_cntrs_t::l3_routed_pkts_in>},
@@ -288,19 +288,19 @@ constexpr counter_row<pfstat_key_cntrs_t> kAllL3[] = {
      l3<&pfstat_l3_cntrs_t::l3_average_output_packets>},
 };
 
-// What the key of forwarding statistics says of its counters.
-enum key_flags : uint32 { LAYER_2_ONLY = 1, LAYER_3 = 2, BOTH_LAYERS = 3 };
+// The layers of the counters, by the key of forwarding statistics.
+enum key_flags : uint32 { kLayer2Only = 1, kLayer3 = 2, kBothLayers = 3 };
 
 // Whether there are layer-3 counters that are not 0.
 bool shows_layer3(pfstat_key_cntrs_t* pfstats) {
   if (pfstats == nullptr) return false;
   const uint32 flags = pfstats->key.key_flags;
-  return (flags == LAYER_3 || flags == BOTH_LAYERS) && pm_cli_is_nonzero_pfstats(pfstats);
+  return (flags == kLayer3 || flags == kBothLayers) && pm_cli_is_nonzero_pfstats(pfstats);
 }
 
-// Behind a list the layer-3 counters follow for every key but the one of layer 2 alone; this is not the test above.
+// Layer-3 counters follow a list for every key except the one of layer 2 only; this is not the test above.
 bool follows_layer3(const pfstat_key_cntrs_t* pfstats) {
-  return pfstats != nullptr && pfstats->key.key_flags != LAYER_2_ONLY;
+  return pfstats != nullptr && pfstats->key.key_flags != kLayer2Only;
 }
 
 }  // namespace

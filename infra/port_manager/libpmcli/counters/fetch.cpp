@@ -49,7 +49,7 @@ syserr_t pm_cli_get_loopback_counters(if_index_t if_index, mts_q_handle_t src_q,
   return get_counters.function(src_q, if_index, loopback_stats) == 1 ? 0 : -1;  // 1 is success here
 }
 
-// No provider is asked: every forwarding counter shows as 0. What is cleared is the length of the counters, counted
+// No provider is called: every forwarding counter shows as 0. The cleared length is that of the counters, counted
 // from the start of the record, so that its last 12 bytes stay the caller's; this is intended.
 syserr_t pm_cli_get_pfstat_counters(if_index_t, mts_q_handle_t, pfstat_key_cntrs_t* stats, boolean) {
   std::memset(stats, 0, sizeof stats->cntrs);

@@ -98,7 +98,7 @@ void pm_cli_show_eth_port_counters(cmd_rx_handle_t* rx_handle, mts_q_handle_t q,
     return;
   }
   if (type == IF_TYPE_PORT_CHANNEL)
-    std::puts("No counters available.");  // of a port nothing is said, which is intended
+    std::puts("No counters available.");  // for a port nothing is printed, which is intended
 }
 
 void pm_cli_show_loopback_port_counters(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, if_index_t if_index) {

@@ -1,4 +1,4 @@
-// What a port can do: from the line-card configuration, and as a list.
+// The capabilities of a port: from the line-card configuration, and as a list.
 
 #include <cstddef>
 #include <cstdio>
@@ -108,7 +108,7 @@ value_text rate_mode_text(uint32 rate_mode) {
   return value;
 }
 
-// What one direction does.
+// Flow control of one direction.
 struct direction_text {
   char text[20];
 };

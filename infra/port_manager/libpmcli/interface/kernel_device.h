@@ -1,4 +1,4 @@
-// What the kernel says of one of its network devices.
+// The kernel's report on one of its network devices.
 #pragma once
 
 #include <net/if.h>

@@ -15,7 +15,7 @@ using namespace pmcli;
 
 namespace {
 
-// Single blanks as separators, and the last label as it stands, are intended.
+// Single blanks as separators, and the spelling of the last label, are intended.
 constexpr counter_piece<ip_if_stats, be64> kLoopbackCounters[] = {
     {"    %s packets input", &ip_if_stats::in_pkts, tag::loopback_input_packets},
     {" %s bytes\n", &ip_if_stats::in_bytes, tag::loopback_input_bytes},
@@ -38,7 +38,7 @@ void show_detail(cmd_rx_handle_t* rx, mts_q_handle_t q, if_index_t if_index, pm_
   pm_cli_common_show_intf_data_t data;
   pm_cli_get_port_data(if_index, q, &data);
   ip_if_stats stats{};
-  pm_cli_get_loopback_counters(if_index, q, &stats);  // what it left is shown
+  pm_cli_get_loopback_counters(if_index, q, &stats);  // shown also after a failure
   pm_cli_calc_ip_reliability_loads(&stats, &data);
   pm_cli_show_port_info(rx, record, &data);
   pm_cli_loopback_intf_stats_print(rx, &stats, 0);

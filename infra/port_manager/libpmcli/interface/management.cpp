@@ -12,7 +12,7 @@
 
 using namespace pmcli;
 
-// A table, unlike a function, is bound when the library is loaded. Weak, so that a platform may leave it out.
+// A table, unlike a function, is bound when the library is loaded. Weak, because a platform may lack it.
 extern "C" [[gnu::weak]] platform_runtime_param_t platform_runtime_param_array[PLATFORM_RUNTIME_PARAMS];
 
 namespace {

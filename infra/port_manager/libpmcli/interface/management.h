@@ -8,7 +8,7 @@
 
 namespace pmcli {
 
-// The name of the kernel device behind a management port, at most 15 characters, terminated, into `size` bytes (16 hold
+// The name of the kernel device of a management port, at most 15 characters, terminated, into `size` bytes (16 hold
 // any). The chassis type is asked once in the life of the process; one that cannot be read counts as 0.
 void pm_get_mgmt_kernel_ifname(if_index_t if_index, char* buf, uint32 size);
 
@@ -18,7 +18,7 @@ bool fetch_kernel_counters(if_index_t if_index, pm_proc_net_dev_stats_t* statist
 // The traffic lines of a kernel device from its counters, or a line that says that there are none.
 void show_device_counters(cmd_rx_handle_t* rx, const char* device);
 
-// The same for the device behind a management port.
+// The same for the device of a management port.
 void show_management_counters(cmd_rx_handle_t* rx, if_index_t if_index);
 
 }  // namespace pmcli

@@ -27,7 +27,7 @@ struct interface_list {
   const if_index_t* end() const { return if_index + count; }
 };
 
-// Where a list keeps its count and its entries, in bytes; each entry begins with an interface index.
+// Offsets of a list's count and entries, in bytes; each entry begins with an interface index.
 struct list_form {
   std::size_t count_offset;
   std::size_t entries_offset;

@@ -17,7 +17,7 @@ namespace {
 
 using intf_data = pm_cli_common_show_intf_data_t;
 
-// What a virtual Ethernet interface is bound to.
+// The binding of a virtual Ethernet interface.
 void print_binding(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
   if (kind_of(port.if_index) != IF_TYPE_VETHERNET) return;
   if (port.bound_ifindex != 0)
@@ -35,7 +35,7 @@ void print_multi_chassis_status(cmd_rx_handle_t* rx, const pm_port_info_t& port)
   cmd_prt(rx, "\n");
 }
 
-// A routed interface shows its router's address, and the burned-in one behind it all the same.
+// A routed interface shows its router's address, followed by the burned-in one.
 void print_hardware(cmd_rx_handle_t* rx, const pm_port_info_t& port, const intf_data& data) {
   print_text(rx, "  Hardware: %s", tag::hardware, data.hardware);
   if (data.physical || data.port_channel) {
@@ -57,7 +57,7 @@ struct figure_text {
   char text[8];
 };
 
-// Transmit load in front of receive load.
+// Transmit load before receive load.
 void print_loads(cmd_rx_handle_t* rx, const intf_data& data) {
   print_text(rx, "     reliability %s/255,", tag::reliability, figure_text(data.reliability).text);
   print_text(rx, " txload %s/255,", tag::tx_load, figure_text(data.tx_load).text);

@@ -7,13 +7,13 @@
 
 namespace pmcli {
 
-// What the port manager says of one port: its record, or a null one and the error.
+// The port manager's record of one port, or a null one and the error.
 struct port_answer {
   heap_block<pm_port_info_t> record;
   int32 error;
 };
 
-// Asks for it in silence. An answer without a record is a general failure.
+// Requests it without printing. An answer without a record is a general failure.
 port_answer ask_port_record(mts_q_handle_t q, if_index_t if_index);
 
 // The same, for displays that cannot go on without a record: null after the reason was printed.

@@ -43,7 +43,7 @@ void print_port_lines(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
   print_flow_control(rx, port);
 }
 
-// The status line stands here a second time as the first of the common lines, which is intended.
+// The status line is printed a second time as the first of the common lines, which is intended.
 void print_channel(cmd_rx_handle_t* rx, mts_q_handle_t q, pm_port_info_t* record, if_index_type_t type) {
   const pm_port_info_t& port = *record;
   print_eth_port_common_info(rx, record);
@@ -89,7 +89,7 @@ void print_eth_port_common_info(cmd_rx_handle_t* rx_handle, pm_port_info_t* port
     print_text_as_number(rx_handle, "    Belongs to %s\n", tag::member_of, interface_name(port.bundle_if_index).text);
 }
 
-// Unlike in the common block, four blanks in front and no comma behind, which is intended.
+// Unlike in the common block, four leading blanks and no comma at the end, which is intended.
 void print_eth_mtu_bw_dly(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info, int) {
   print_mtu_bandwidth_delay(rx_handle, *port_info, "    MTU %s bytes,", " DLY %s usec\n");
 }

@@ -54,7 +54,7 @@ void print_name(cmd_rx_handle_t* rx, tuple_id<CMD_TYPE_STRING> tuple, const pm_p
     print_absent(rx, "%-19.19s");
 }
 
-// What the interface manager says of a port's VLAN: a number for an access port, else a word.
+// A port's VLAN, from the interface manager: a number for an access port, else a word.
 void format_vlan(char (&cell)[10], const pm_port_info_t& port, mts_q_handle_t q) {
   if_info_t layer;
   vlan_id_t access_vlan = 0;

@@ -1,4 +1,4 @@
-// The traffic lines of an interface; each kind has a provider of its own.
+// The traffic lines of an interface; each kind has its own provider.
 
 #include <cstdio>
 
@@ -39,7 +39,7 @@ void show_port(cmd_rx_handle_t* rx, if_index_t if_index) {
   if (get_stats.function(if_index, &statistics) == 0) pm_cli_ethernet_intf_stats_print(rx, &statistics, 0);
 }
 
-// Whether the provider succeeded is not asked: what it left is printed.
+// The provider's result is ignored: the record is printed also after a failure.
 void show_loopback(cmd_rx_handle_t* rx, mts_q_handle_t q, if_index_t if_index) {
   constexpr char kSymbol[] = "ip_get_loopback_counters";
   const service_library library(IP_STATS_LIBRARY, RTLD_NOW);

@@ -28,7 +28,7 @@ struct resource_node {
 // The head alone; none when it does not fit.
 std::optional<resource_node> read_node_head(reader* at);
 
-// Reads the values behind a head into it, as far as they fit; the children follow.
+// Reads the values after a head into it, as many as fit; the children follow.
 void read_node_values(reader* at, resource_node* node);
 
 }  // namespace pmcli

@@ -52,9 +52,9 @@ cell bandwidth_of(int32 megabits) {
 }
 
 const char* rate_mode_text(int32 mode) {
-  enum : int32 { DEDICATED = 1, SHARED = 2 };
-  if (mode == DEDICATED) return "dedicated";
-  return mode == SHARED ? "shared" : "  ";
+  enum : int32 { kDedicated = 1, kShared = 2 };
+  if (mode == kDedicated) return "dedicated";
+  return mode == kShared ? "shared" : "  ";
 }
 
 void print_bandwidth(const char* format, int32 megabits) {
@@ -67,7 +67,7 @@ void print_count(const char* format, int32 count) {
 
 // ---- Nodes: each prints one with its children, and passes it ------------------------------------------------------
 
-// What became of a node: passed, of another kind (that was printed), or not there as a whole.
+// The result of reading a node: passed, of another kind (which was printed), or incomplete.
 enum class node_end { passed, malformed, cut };
 
 using print_node = node_end (*)(reader* at);
@@ -82,7 +82,7 @@ void print_children(reader* at, uint16 count, print_node print) {
   }
 }
 
-// Reads a node of a kind; `at` is left in front of another.
+// Reads a node of a kind; `at` stays before a node of another kind.
 node_end read_node(reader* at, uint32 category, const char* refusal, resource_node* node) {
   reader ahead = *at;
   const auto head = read_node_head(&ahead);
@@ -161,7 +161,7 @@ reader endless(const pm_mod_resource_alloc_resp_data_t* node) {
 
 // ---- The answer -------------------------------------------------------------------------------------------------
 
-// What a module's own node says against its groups; false after that was printed.
+// Compares a module's own node with its groups; false after a contradiction was printed.
 bool is_module_expected(const resource_node& module, uint32 wanted) {
   if (module.id != wanted) {
     std::printf("Incorrect module number %d in response\n", static_cast<int32>(module.id));

@@ -1,4 +1,4 @@
-// Families of chassis that display something of their own.
+// Families of chassis with special displays.
 #pragma once
 
 #include "platform/platform_data.h"

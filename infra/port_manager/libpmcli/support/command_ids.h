@@ -1,4 +1,4 @@
-// What a command id selects: lists of ids beside an action.
+// What a command id selects: lists of ids, each with its action.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 
 namespace pmcli {
 
-// A command id, or consecutive ones, and what they do.
+// A command id, or consecutive ones, and their action.
 template <typename Action>
 struct command_ids {
   constexpr command_ids(uint32 id, Action does) : command_ids(id, id, does) {}

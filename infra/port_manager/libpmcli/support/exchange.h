@@ -17,7 +17,7 @@ struct service_request {
 
 enum class exchange_result { answered, not_sent, not_received };
 
-// Sends and waits, also through interruptions. `answer` is held when one came, be it a rejection. The request's message
+// Sends and waits, also through interruptions. `answer` is held when one came, also a rejection. The request's message
 // is dropped.
 inline exchange_result exchange(mts_q_handle_t q, const service_request& request, message* answer) {
   message sent(q);

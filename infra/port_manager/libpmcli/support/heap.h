@@ -8,7 +8,7 @@
 
 namespace pmcli {
 
-// Says that there is no memory, and where. `size` is what was asked for, in bytes.
+// Reports that there is no memory, and where. `size` is the requested size in bytes.
 inline void report_malloc_failure(uint32 size, const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
   const char* const slash = std::strrchr(file, '/');
   std::printf("(Error) Malloc Failure in %s[%d] for size %d\n", slash != nullptr ? slash + 1 : file, line,

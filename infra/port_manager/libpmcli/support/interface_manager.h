@@ -24,7 +24,7 @@ struct interface_query {
   const char* format;
 };
 
-// Asks into a zeroed record. True when both the call and the record are good; otherwise the failure was printed.
+// Fills a zeroed record. True when both the call and the record are good; otherwise the failure was printed.
 // `*error` is the call's result: 0 also when only the record's status is bad.
 inline bool ask_interface_manager(const interface_query& query, if_index_t if_index, if_info_t* record,
                                   syserr_t* error) {

@@ -6,8 +6,8 @@
 
 namespace pmcli {
 
-inline constexpr interface_mask_t MASK_NOT_ENUMERABLE = IF_MASK_UNLISTED_16 | IF_MASK_UNLISTED_24;
-inline constexpr interface_mask_t MASK_WITH_SUB_INTERFACES = IF_MASK_ETHERNET | IF_MASK_ETHERNET_L3;
-inline constexpr interface_mask_t MASK_PERMANENT = IF_MASK_FC | IF_MASK_MGMT | IF_MASK_INBAND;  // never deleted
+inline constexpr interface_mask_t kMaskNotEnumerable = IF_MASK_UNLISTED_16 | IF_MASK_UNLISTED_24;
+inline constexpr interface_mask_t kMaskWithSubInterfaces = IF_MASK_ETHERNET | IF_MASK_ETHERNET_L3;
+inline constexpr interface_mask_t kMaskPermanent = IF_MASK_FC | IF_MASK_MGMT | IF_MASK_INBAND;  // never deleted
 
 }  // namespace pmcli

@@ -1,4 +1,4 @@
-// What is printed when a service's client library cannot serve.
+// The messages about a service's client library that cannot be used.
 #pragma once
 
 #include <cstdio>

@@ -13,8 +13,8 @@
 
 namespace pmcli {
 
-// The interfaces of a listing message, which stays the caller's. Its count is believed only as far as its payload
-// reaches.
+// The interfaces of a listing message, which stays the caller's. Its count is limited by the size of its
+// payload.
 class interface_listing {
  public:
   explicit interface_listing(const mts_msg_ref_t* answer)
@@ -38,7 +38,8 @@ class interface_listing {
   uint32 count_;
 };
 
-// Asks the port manager for the interfaces of a kind; a failure is printed. Returns 0 and fills `answer`, or the error.
+// Requests the interfaces of a kind from the port manager; a failure is printed. Returns 0 and fills `answer`, or the
+// error.
 inline int32 request_listing(if_index_type_t kind, mts_q_handle_t q, message* answer) {
   const int32 error = pm_get_if_index_listing(kind, q, answer->ref(), kPortManagerTimeout);
   if (error == 0)

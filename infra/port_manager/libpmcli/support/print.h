@@ -93,7 +93,7 @@ inline void print_counter(cmd_rx_handle_t* rx, const char* format, counter_tuple
   cmd_prt(rx, format, cmd_tuple(tuple.id, is_wide ? static_cast<const void*>(&value) : &low_bits));
 }
 
-// The cell of a value that there is none of: "--", as wide as `format` makes it (at most 79 columns).
+// The cell of an absent value: "--", in the width of `format` (at most 79 columns).
 inline void print_absent(cmd_rx_handle_t* rx, const char* format) {
   char cell[80];
   std::snprintf(cell, sizeof cell, format, "--");

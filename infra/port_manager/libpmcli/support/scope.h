@@ -1,4 +1,4 @@
-// What must be released is released by its scope.
+// Guards that release resources at the end of a scope.
 #pragma once
 
 #include <dlfcn.h>
@@ -79,7 +79,7 @@ class message {
   message(const message&) = delete;
   message& operator=(const message&) = delete;
 
-  // To be filled by the transport or by a client function; when that has succeeded, hold() is told.
+  // To be filled by the transport or by a client function; call hold() when it succeeded.
   mts_msg_ref_t* ref() { return &ref_; }
   void hold() { is_held_ = true; }
 

@@ -63,7 +63,7 @@ void print_calibration(const Sink& to, const diagnostics_t& diagnostics) {
   to.text(title_of(diagnostics, "           SFP Calibration Information (internal calibration)\n",
                    "           SFP Calibration Information (external calibration)\n"));
   to.text(kDiagnosticsRule);
-  if (diagnostics.calib_type == CALIBRATION_INTERNAL)
+  if (diagnostics.calib_type == kCalibrationInternal)
     to.text("  No external calibration constants\n");
   else
     print_constants(to, diagnostics);

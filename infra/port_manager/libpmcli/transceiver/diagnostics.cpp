@@ -20,7 +20,7 @@ using diagnostics_t = mts_get_sfp_diag_info_t;
 uint32 mark_of(const diagnostics_t& diagnostics, uint32 high_bit) {
   const uint32 low_bit = high_bit << 1;
   const uint32 alarms = diagnostics.alarm_flags, warnings = diagnostics.warn_flags;
-  uint32 mark = MARK_NONE;
+  uint32 mark = kMarkNone;
   pm_set_alarm_warn_flag(&mark, (alarms & high_bit) != 0, (alarms & low_bit) != 0, (warnings & high_bit) != 0,
                          (warnings & low_bit) != 0);
   return mark;
@@ -28,7 +28,7 @@ uint32 mark_of(const diagnostics_t& diagnostics, uint32 high_bit) {
 
 }  // namespace
 
-std::array<raw_quantity, DIAGNOSTIC_QUANTITIES> quantities_of(const diagnostics_t& d) {
+std::array<raw_quantity, kDiagnosticQuantities> quantities_of(const diagnostics_t& d) {
   const auto as_signed = [](be_int32 value) { return std::int64_t{static_cast<int32>(value)}; };
   const auto as_unsigned = [](be32 value) { return std::int64_t{static_cast<uint32>(value)}; };
   return {{
@@ -56,10 +56,10 @@ std::array<raw_quantity, DIAGNOSTIC_QUANTITIES> quantities_of(const diagnostics_
 
 const char* mark_text(uint32 mark) {
   switch (mark) {
-    case MARK_HIGH_ALARM: return "++";
-    case MARK_HIGH_WARNING: return "+";
-    case MARK_LOW_WARNING: return "-";
-    case MARK_LOW_ALARM: return "--";
+    case kMarkHighAlarm: return "++";
+    case kMarkHighWarning: return "+";
+    case kMarkLowWarning: return "-";
+    case kMarkLowAlarm: return "--";
     default: return "";
   }
 }
@@ -99,16 +99,16 @@ struct row {
   const char* absent_value;  // null: every value is shown
   decimal_cell value;
   mark_cell mark;
-  std::array<decimal_cell, DIAGNOSTIC_THRESHOLDS> thresholds;
+  std::array<decimal_cell, kDiagnosticThresholds> thresholds;
   const char* short_line;         // of the table without thresholds
   const char* short_absent_line;  // null: every value is shown
 };
 
-constexpr const char* kAbsentThresholds[DIAGNOSTIC_THRESHOLDS] = {"     N/A    ", "     N/A    ", "     N/A    ",
+constexpr const char* kAbsentThresholds[kDiagnosticThresholds] = {"     N/A    ", "     N/A    ", "     N/A    ",
                                                                   "       N/A\n"};
 
 // clang-format off
-constexpr row kRows[DIAGNOSTIC_QUANTITIES] = {
+constexpr row kRows[kDiagnosticQuantities] = {
     {thousandth, nullptr,
      {"  Temperature  %6s C", tag::transceiver_temperature},
      {"  %2.2s", tag::transceiver_temperature_mark},
@@ -201,13 +201,13 @@ void print_short_row(const row& row, const raw_quantity& quantity) {
 
 void pm_set_alarm_warn_flag(uint32* flag, boolean hi_alrm, boolean lo_alrm, boolean hi_warn, boolean lo_warn) {
   if (hi_alrm)
-    *flag = MARK_HIGH_ALARM;
+    *flag = kMarkHighAlarm;
   else if (lo_alrm)
-    *flag = MARK_LOW_ALARM;
+    *flag = kMarkLowAlarm;
   else if (hi_warn)
-    *flag = MARK_HIGH_WARNING;
+    *flag = kMarkHighWarning;
   else
-    *flag = lo_warn ? MARK_LOW_WARNING : MARK_NONE;
+    *flag = lo_warn ? kMarkLowWarning : kMarkNone;
 }
 
 void pm_show_transceiver_sfp_details_info(cmd_rx_handle_t* rx_handle, mts_get_sfp_diag_info_t* diag_info,

@@ -10,22 +10,22 @@
 
 namespace pmcli {
 
-enum : uint32 { CALIBRATION_INTERNAL = 1, CALIBRATION_EXTERNAL = 2 };
+enum : uint32 { kCalibrationInternal = 1, kCalibrationExternal = 2 };
 
 // The marks of values.
-enum : uint32 { MARK_HIGH_ALARM = 1, MARK_HIGH_WARNING = 2, MARK_LOW_WARNING = 3, MARK_LOW_ALARM = 4, MARK_NONE = 5 };
+enum : uint32 { kMarkHighAlarm = 1, kMarkHighWarning = 2, kMarkLowWarning = 3, kMarkLowAlarm = 4, kMarkNone = 5 };
 
-enum { DIAGNOSTIC_QUANTITIES = 5, DIAGNOSTIC_THRESHOLDS = 4 };
+enum { kDiagnosticQuantities = 5, kDiagnosticThresholds = 4 };
 
 // A quantity as it was measured, and its thresholds: high alarm, low alarm, high warning, low warning.
 struct raw_quantity {
   std::int64_t value;
-  std::array<std::int64_t, DIAGNOSTIC_THRESHOLDS> thresholds;
+  std::array<std::int64_t, kDiagnosticThresholds> thresholds;
   uint32 mark;
 };
 
 // Temperature, voltage, current, transmit and receive power.
-std::array<raw_quantity, DIAGNOSTIC_QUANTITIES> quantities_of(const mts_get_sfp_diag_info_t& diagnostics);
+std::array<raw_quantity, kDiagnosticQuantities> quantities_of(const mts_get_sfp_diag_info_t& diagnostics);
 
 // The text of a mark.
 const char* mark_text(uint32 mark);
@@ -74,12 +74,12 @@ inline constexpr const char* kInvalidCalibration = "    Invalid calibration\n\n"
 
 // Whether values can be used.
 inline bool is_calibrated(const mts_get_sfp_diag_info_t& diagnostics) {
-  return diagnostics.calib_type == CALIBRATION_INTERNAL || diagnostics.calib_type == CALIBRATION_EXTERNAL;
+  return diagnostics.calib_type == kCalibrationInternal || diagnostics.calib_type == kCalibrationExternal;
 }
 
 // One of two titles, by the kind of calibration.
 inline const char* title_of(const mts_get_sfp_diag_info_t& diagnostics, const char* internal, const char* external) {
-  return diagnostics.calib_type == CALIBRATION_INTERNAL ? internal : external;
+  return diagnostics.calib_type == kCalibrationInternal ? internal : external;
 }
 
 }  // namespace pmcli

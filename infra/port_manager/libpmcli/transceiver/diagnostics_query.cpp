@@ -8,7 +8,7 @@
 namespace {
 
 syserr_t print_reason(syserr_t error) {
-  // puts() adds an empty line; the blanks in front differ: both intended.
+  // puts() adds an empty line; the leading blanks differ: both intended.
   switch (static_cast<uint32>(error)) {
     case 0:
     case PM_ERR_SFP_NO_PORT:

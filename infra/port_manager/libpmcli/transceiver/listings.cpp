@@ -21,7 +21,7 @@ namespace {
 
 using diagnostics_printer = void (*)(mts_get_sfp_diag_info_t*, sfp_diag_info_ddm_tlvs_t*, boolean);
 
-// Each listing: what it prints behind the identity, whether that is told of Ethernet ports, what becomes of the answer.
+// Each listing: what follows the identity, whether Ethernet ports have it, and what is done with the answer.
 struct listing_kind {
   diagnostics_printer print;
   bool tells_ethernet;

@@ -1,4 +1,4 @@
-// What kind of module and transmitter a transceiver is.
+// The class of a transceiver's module and transmitter.
 
 #include <algorithm>
 #include <cstdio>
@@ -43,9 +43,9 @@ void pm_port_type_string(char* type, uint32 t_size, uint8 fc_tx_type) {
 }
 
 uint8 pm_get_x2_fcot_type(lc_fcot_x2_info_t* p_x2_fcot_info) {
-  enum : uint8 { SFP_LIKE = 1, X2 = 12, X2_DWDM = 20 };
+  enum : uint8 { kSfpLike = 1, kX2 = 12, kX2Dwdm = 20 };
   constexpr uint8 kXcvrTypeX2 = 2;
-  if (p_x2_fcot_info == nullptr) return SFP_LIKE;
-  if (pm_is_x2_dwdm(p_x2_fcot_info)) return X2_DWDM;
-  return has_x2_part_number(*p_x2_fcot_info) || p_x2_fcot_info->xcvr_type == kXcvrTypeX2 ? X2 : SFP_LIKE;
+  if (p_x2_fcot_info == nullptr) return kSfpLike;
+  if (pm_is_x2_dwdm(p_x2_fcot_info)) return kX2Dwdm;
+  return has_x2_part_number(*p_x2_fcot_info) || p_x2_fcot_info->xcvr_type == kXcvrTypeX2 ? kX2 : kSfpLike;
 }

@@ -32,7 +32,7 @@ void print_extended_id(const char* text, uint8 code) {
   std::printf("    tarno extended id is %s (0x%x)\n", text, code);
 }
 
-// Whether the port's record says that the transceiver is not ready; a failed query says nothing.
+// Whether the port's record reports that the transceiver is not ready; false after a failed query.
 bool is_initializing(mts_q_handle_t q, if_index_t if_index) {
   const port_answer answer = ask_port_record(q, if_index);
   return answer.record != nullptr && answer.record->sfp_initializing_state != 0;
@@ -70,7 +70,7 @@ void print_transceiver_info(uint8* sfp_sprom, boolean is_type_fc, boolean suppor
   print_texts(texts_of(image));
   if (is_type_fc) print_sfp_fc_transmitter(sfp_sprom);
   std::printf("    Nominal bit rate is %d MBits/sec\n", image.brIn100Mhz * 100);
-  // The units of 100 m stand behind the point as they are, without scaling: intended.
+  // The units of 100 m are printed after the point without scaling: intended.
   if (image.distInKmFor9u != 0 || image.distaneIn100mFor9u != 0)
     std::printf("    Link length supported for 9/125mm fiber is %d.%d km(s)\n", image.distInKmFor9u,
                 image.distaneIn100mFor9u);

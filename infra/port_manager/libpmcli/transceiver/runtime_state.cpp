@@ -21,7 +21,7 @@ constexpr syserr_t kFailed = 1;
 
 // ---- The answer -------------------------------------------------------------------------------------------------
 
-// What the answer says of its first port.
+// The state of the first port in the answer.
 struct port_information {
   if_index_t if_index;
   syserr_t status;
@@ -52,7 +52,7 @@ std::optional<port_xcvr_info_t> find_state(reader* answer, uint16 num_entries) {
   return std::nullopt;
 }
 
-// ---- What is printed --------------------------------------------------------------------------------------------
+// ---- Output -----------------------------------------------------------------------------------------------------
 
 const char* no_unless(uint8 flag) { return flag != 0 ? "" : "no "; }
 

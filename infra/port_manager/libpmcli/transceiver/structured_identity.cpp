@@ -23,7 +23,7 @@ struct identity {
   uint32 extended_id = 0;
 };
 
-// A code of the image that stands for another length than its number.
+// A code of the image whose length differs from its number.
 struct special_length {
   uint8 code;
   uint32 metres;
@@ -60,7 +60,7 @@ identity identity_of(const lc_fcot_x2_info_t& image) {
 
 // ---- Lines ------------------------------------------------------------------------------------------------------
 
-// The label of a line and the place of its value, with what stands behind it.
+// The label of a line, the place of its value, and the text after it.
 struct line_format {
   explicit line_format(const char* label, const char* behind = "\n") {
     std::snprintf(text, sizeof text, "    %s%%s%s", label, behind);

@@ -1,4 +1,4 @@
-// What the interface manager knows of a port's layer and VLANs.
+// A port's layer and VLANs, from the interface manager.
 
 #include "pmcli/vlan.h"
 #include "support/interface_manager.h"

@@ -1,4 +1,4 @@
-// What the VLAN manager knows: the attributes of a VLAN, and the trunking membership of a port.
+// The attributes of a VLAN and the trunking membership of a port, from the VLAN manager.
 
 #include <cstdio>
 #include <cstring>
@@ -16,7 +16,7 @@ namespace {
 constexpr int32 kTimeout = 60;  // seconds
 constexpr mts_addr_t kVlanManager = {MTS_NODE_LOCAL, MTS_SAP_VLAN_MANAGER};
 
-// The last record of the port, copied whole; the caller's is left alone when there is none.
+// The last record of the port, copied whole; the caller's is unchanged when there is none.
 void take_membership(const trunk_port_memb_t* records, uint32 count, if_index_t if_index, trunk_port_memb_t* to) {
   for (uint32 i = 0; records != nullptr && i < count; ++i)
     if (records[i].port == if_index) std::memcpy(to, &records[i], sizeof *to);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int32 kTimeout = 60;  // seconds
 
-// Sends the question; the token of its answer goes to `token`.
+// Sends the request and stores the token of its answer.
 bool send(stp_send_get_port_state_fn send_query, mts_q_handle_t q, if_index_t if_index, mts_rr_token_t* token) {
   message sent(q);
   if (send_query(q, sysmgr_vdc_get(), 1, &if_index, sent.ref()) != 0) return false;

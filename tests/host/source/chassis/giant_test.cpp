@@ -22,7 +22,7 @@ class Giant : public testing::TestWithParam<uint32> {
     return static_cast<uint32>(std::count_if(giant_.interfaces.begin(), giant_.interfaces.end(), condition));
   }
   static bool is_port(const interface& it) {
-    const if_index_type_t type = take_apart(it.if_index).type;
+    const if_index_type_t type = decode_index(it.if_index).type;
     return type == IF_TYPE_ETHERNET || type == IF_TYPE_ETHERNET_L3;
   }
 
@@ -54,8 +54,8 @@ TEST_P(Giant, PortsStandOnCardsOfTheSwitch) {
   for (const card& it : giant_.cards) slots.insert(it.slot);
   for (const interface& it : giant_.interfaces) {
     if (!is_port(it)) continue;
-    EXPECT_TRUE(slots.contains(take_apart(it.if_index).slot));
-    EXPECT_LT(take_apart(it.if_index).slot, giant_.num_slots);
+    EXPECT_TRUE(slots.contains(decode_index(it.if_index).slot));
+    EXPECT_LT(decode_index(it.if_index).slot, giant_.num_slots);
   }
 }
 
@@ -67,7 +67,7 @@ TEST_P(Giant, MembersAndChannelsBelongTogether) {
     EXPECT_NE(giant_.find(channel), nullptr);
     EXPECT_EQ(number, 2u);
   }
-  EXPECT_EQ(count([](const interface& it) { return take_apart(it.if_index).type == IF_TYPE_ETH_PORT_CHANNEL; }),
+  EXPECT_EQ(count([](const interface& it) { return decode_index(it.if_index).type == IF_TYPE_ETH_PORT_CHANNEL; }),
             members.size());
 }
 
@@ -106,7 +106,7 @@ TEST(GiantSwitch, HasBothKindsAndSeveralStates) {
   for (const interface& it : giant.interfaces) {
     reasons.insert(it.state_reason);
     modes.insert(it.settings.admin_mode);
-    ++kinds[take_apart(it.if_index).type];
+    ++kinds[decode_index(it.if_index).type];
   }
   EXPECT_EQ(kinds[IF_TYPE_ETHERNET], 48u);
   EXPECT_EQ(kinds[IF_TYPE_ETHERNET_L3], 16u);
@@ -122,7 +122,7 @@ TEST(GiantSwitch, StateAndReasonAgree) {
     EXPECT_EQ(it.oper_state == 1, it.state_reason == 2);
     EXPECT_EQ(it.settings.admin_state == 2, it.state_reason == 12);
     EXPECT_EQ(it.stats.in_bytes_per_second.value_or(0) != 0,
-              it.oper_state == 1 && take_apart(it.if_index).type != IF_TYPE_MGMT);
+              it.oper_state == 1 && decode_index(it.if_index).type != IF_TYPE_MGMT);
   }
 }
 

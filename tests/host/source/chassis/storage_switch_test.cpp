@@ -31,7 +31,7 @@ class StorageSwitch : public testing::Test {
 
   std::map<int, int> count_by_kind() const {
     std::map<int, int> kinds;
-    for (const interface& it : storage_.interfaces) ++kinds[take_apart(it.if_index).type];
+    for (const interface& it : storage_.interfaces) ++kinds[decode_index(it.if_index).type];
     return kinds;
   }
 
@@ -62,22 +62,22 @@ TEST_F(StorageSwitch, FibreChannelPortsAreOfThreeFamiliesOnTwoModules) {
   std::map<name_family, int> families;
   std::set<uint32> slots;
   for (const interface& it : storage_.interfaces) {
-    const index_fields fields = take_apart(it.if_index);
+    const index_fields fields = decode_index(it.if_index);
     if (fields.type != IF_TYPE_FC) continue;
     ++families[fields.family];
-    if (fields.family == name_family::kUsual) slots.insert(fields.slot);
+    if (fields.family == name_family::usual) slots.insert(fields.slot);
   }
-  EXPECT_EQ(families[name_family::kUsual], 48);
-  EXPECT_EQ(families[name_family::kBay], 13);
-  EXPECT_EQ(families[name_family::kExternal], 4);
+  EXPECT_EQ(families[name_family::usual], 48);
+  EXPECT_EQ(families[name_family::bay], 13);
+  EXPECT_EQ(families[name_family::external], 4);
   EXPECT_EQ(slots, (std::set<uint32>{0, 1}));
 }
 
 TEST_F(StorageSwitch, PortChannelsAreOfBothSubtypesInBothFamilies) {
   std::set<std::pair<int, int>> seen;
   for (const interface& it : storage_.interfaces) {
-    const index_fields fields = take_apart(it.if_index);
-    if (fields.shape == index_shape::kChannel) seen.insert({fields.type, fields.subtype});
+    const index_fields fields = decode_index(it.if_index);
+    if (fields.shape == index_shape::channel) seen.insert({fields.type, fields.subtype});
   }
   EXPECT_EQ(seen, (std::set<std::pair<int, int>>{{4, 1}, {4, 2}, {22, 1}, {22, 2}}));
 }
@@ -86,7 +86,7 @@ TEST_F(StorageSwitch, ModesSpeedsAndReasonsOfFibreChannel) {
   std::set<uint32> modes, speeds;
   std::set<int> reasons;
   for (const interface& it : storage_.interfaces) {
-    if (take_apart(it.if_index).type != IF_TYPE_FC) continue;
+    if (decode_index(it.if_index).type != IF_TYPE_FC) continue;
     modes.insert(*it.oper_mode);
     speeds.insert(*it.oper_speed_mbps);
     reasons.insert(it.state_reason);

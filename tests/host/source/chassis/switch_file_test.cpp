@@ -90,8 +90,8 @@ TEST(SwitchFile, FibreChannelPortsHaveVsansAndAutomaticModes) {
   EXPECT_EQ(port.settings.admin_mode, 0x1U);
   EXPECT_EQ(port.oper_mode, 0x8U);
   EXPECT_EQ(port.oper_speed_mbps, 4000U);
-  EXPECT_NE(it.find(named_fc_index(name_family::kBay, 2)), nullptr);
-  EXPECT_EQ(it.find(named_fc_index(name_family::kExternal, 1))->settings.description, "uplink 2");
+  EXPECT_NE(it.find(named_fc_index(name_family::bay, 2)), nullptr);
+  EXPECT_EQ(it.find(named_fc_index(name_family::external, 1))->settings.description, "uplink 2");
   EXPECT_EQ(it.find(numbered_index(IF_TYPE_FCIP, 9))->settings.admin_mode, 0x1U);
   EXPECT_EQ(it.find(numbered_index(IF_TYPE_SERVER, 4))->settings.admin_mode, 0x1U);
   EXPECT_NE(it.find(if_index_inband_get_active_sup_priority_hi()), nullptr);
@@ -570,14 +570,14 @@ TEST(WrongSwitchFile, AttributesAreChecked) {
       {"- {range: ethernet 1/1, traffic: {in: {line-rate-percent: 101}}}\n",
        "5: line-rate-percent '101' is more than 100"},
       {"- {range: ethernet 1/1, traffic: {in: {packet-sizes: {64: 50, 512: 49.9}}}}\n",
-       "5: the shares of the packet sizes are not 100 percent together"},
+       "5: the shares of the packet sizes do not add up to 100 percent"},
       {"- {range: ethernet 1/1, traffic: {in: {packet-sizes: {63: 100}}}}\n",
        "5: packet size '63' is not from 64 to 65535"},
       {"- {range: ethernet 1/1, traffic: {in: {packet-sizes: []}}}\n",
        "5: 'packet-sizes' needs keys with values, not a list"},
       {"- {range: ethernet 1/1, traffic: {in: {burst: {every: 5m, mbps: 1}}}}\n", "5: a burst needs 'every' and 'for'"},
       {"- {range: ethernet 1/1, traffic: {in: {burst: {every: 5m, for: 5m1s}}}}\n",
-       "5: a burst lasts longer than the time from one to the next"},
+       "5: a burst lasts longer than its 'every'"},
       {"- {range: ethernet 1/1, traffic: {in: {burst: {every: 5m, for: 1m, mbps: 1, line-rate-percent: 5}}}}\n",
        "5: 'mbps' and 'line-rate-percent' exclude each other"},
       {"- {range: ethernet 1/1, traffic: {in: {discards-per-million: 1000001}}}\n",
@@ -599,10 +599,10 @@ TEST(WrongSwitchFile, AttributesAreChecked) {
        "5: addresses '10.1.2.300/24' is not an address with its prefix length, such as 10.1.2.3/24"},
       {"- {range: loopback 1-2, addresses: 10.1.2.3/32}\n",
        "5: 'addresses' belong to a single interface, not to a range"},
-      {"- {range: ethernet 1/1, transceiver: 10Gbase-SR}\n", "5: Ethernet1/1 takes no transceiver"},
+      {"- {range: ethernet 1/1, transceiver: 10Gbase-SR}\n", "5: Ethernet1/1 has no receptacle for a transceiver"},
       {"- {range: ethernet 2/1, transceiver: 10Gbase-XR}\n",
        "5: transceiver '10Gbase-XR' is not known, did you mean '10Gbase-SR'?"},
-      {"- {range: ethernet 1/1, layer: 3}\n", "5: Ethernet1/1 is of a kind that is never routed"},
+      {"- {range: ethernet 1/1, layer: 3}\n", "5: Ethernet1/1 cannot be routed"},
       {"- {range: ethernet 1/1, layer: 4}\n", "5: layer '4' is not from 2 to 3"},
       {"- {range: ethernet 1/1, profile: missing}\n", "5: there is no profile 'missing'"},
   };
@@ -653,7 +653,7 @@ TEST(WrongSwitchFile, ReferencesAreChecked) {
        "6: Ethernet2/1 cannot join port-channel1: a port-channel of kind 4 takes no interface of kind 26"},
       {"- {range: port-channel 1}\n- {range: ethernet 2/1, kind: 26}\n- {range: ethernet 2/1.5, kind: 26, channel: "
        "1}\n",
-       "7: Ethernet2/1.5: a sub-interface joins no port-channel"},
+       "7: Ethernet2/1.5: a sub-interface cannot join a port-channel"},
       {"- {range: port-channel 1}\n- {range: port-channel 2, channel: 1}\n",
        "6: port-channel2 cannot join port-channel1: a port-channel of kind 22 takes no interface of kind 22"},
       {"- {range: port-channel 1}\n- {range: ethernet 1/1, channel: 1}\n- {range: ethernet 2/1, kind: 26, channel: "
@@ -694,10 +694,10 @@ TEST(SwitchFile, ManagementDeviceIsTheFirstOfTheMachineUnlessTheFileNamesOne) {
 class CampusSwitch : public testing::Test {
  protected:
   template <class Wanted>
-  auto count(Wanted wanted) const {
-    return std::count_if(campus_.interfaces.begin(), campus_.interfaces.end(), wanted);
+  auto count(Wanted requested) const {
+    return std::count_if(campus_.interfaces.begin(), campus_.interfaces.end(), requested);
   }
-  static bool is_kind(const interface& it, if_index_type_t kind) { return take_apart(it.if_index).type == kind; }
+  static bool is_kind(const interface& it, if_index_type_t kind) { return decode_index(it.if_index).type == kind; }
   static bool is_sub_interface(const interface& it) { return if_index_is_sub_intf(it.if_index) != 0; }
 
   const machine campus_ = load_switch_file(PMCLI_SWITCHES "/campus.yaml", kNow);

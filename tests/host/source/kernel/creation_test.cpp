@@ -85,8 +85,8 @@ class KernelCreation : public testing::Test {
     set_source();
   }
 
-  static void read(const wanted_interfaces& wanted) {
-    auto source = std::make_unique<kernel_source>(wanted);
+  static void read(const requested_interfaces& requested) {
+    auto source = std::make_unique<kernel_source>(requested);
     the_machine() = source->read();
     set_source(std::move(source));
   }

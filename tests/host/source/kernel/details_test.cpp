@@ -57,7 +57,7 @@ class KernelRecording : public testing::Test {
 
   // The machine as a command finds it.
   void read(const std::string& baseline_file = {}) {
-    auto source = std::make_unique<kernel_source>(wanted_interfaces{}, baseline_file);
+    auto source = std::make_unique<kernel_source>(requested_interfaces{}, baseline_file);
     the_machine() = source->read();
     set_source(std::move(source));
   }
@@ -893,7 +893,7 @@ TEST_F(KernelRecording, DevicesThatAreRefusedAreAnError) {
     read();
     ADD_FAILURE() << "a machine without its devices";
   } catch (const kernel_error& error) {
-    EXPECT_EQ(std::string(error.what()), "the kernel does not tell its devices: Operation not permitted");
+    EXPECT_EQ(std::string(error.what()), "cannot read the devices of the kernel: Operation not permitted");
   }
 }
 
@@ -992,8 +992,8 @@ TEST_F(KernelRecording, ADeviceThatIsGoneForTheNextCommandHasNoDetails) {
   EXPECT_EQ(std::as_const(the_machine()).find(gone), nullptr);
   interface left_over;
   left_over.if_index = gone;
-  for (const detail wanted : {detail::link_fault, detail::module, detail::diagnostics, detail::counters})
-    the_source().complete(left_over, wanted);
+  for (const detail requested : {detail::link_fault, detail::module, detail::diagnostics, detail::counters})
+    the_source().complete(left_over, requested);
   EXPECT_FALSE(left_over.module_in_port);
   EXPECT_EQ(kernel_.times_asked(kModules) + kernel_.times_asked(kCounters), 0U);
 }
@@ -1004,8 +1004,8 @@ TEST_F(KernelRecording, AnswersThatAreCutAtEachByteAreSafe) {
   for (kernel_.longest = sizeof(nlmsghdr); kernel_.longest < kLongest; ++kernel_.longest) {
     read();
     for (interface& it : the_machine().interfaces) {
-      for (const detail wanted : {detail::link_fault, detail::module, detail::diagnostics, detail::counters})
-        the_source().complete(it, wanted);
+      for (const detail requested : {detail::link_fault, detail::module, detail::diagnostics, detail::counters})
+        the_source().complete(it, requested);
       EXPECT_TRUE(!it.oper_speed_mbps || it.oper_speed_mbps == 1000 || it.oper_speed_mbps == 10'000 ||
                   it.oper_speed_mbps == 40'000)
           << kernel_.longest;

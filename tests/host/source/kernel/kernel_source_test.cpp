@@ -342,7 +342,7 @@ TEST(KernelMap, TwoDevicesOfOneInterfaceAreAnError) {
     read_map_file(file.path());
     FAIL() << "the map file is taken";
   } catch (const yaml_file_error& error) {
-    EXPECT_EQ(error.what(), file.path() + ":2: 'eth0' and 'eth1' have one interface");
+    EXPECT_EQ(error.what(), file.path() + ":2: 'eth0' and 'eth1' are the same interface");
   }
 }
 

@@ -63,9 +63,9 @@ asked vlans_in_request(const nlmsghdr& request) {
   return it;
 }
 
-std::vector<asked> asked_for(const port_settings& wanted, const port_settings& before) {
+std::vector<asked> asked_for(const port_settings& requested, const port_settings& before) {
   std::vector<asked> all;
-  for (netlink_request& request : bridge_vlan_requests(7, wanted, before))
+  for (netlink_request& request : bridge_vlan_requests(7, requested, before))
     all.push_back(vlans_in_request(request.head()));
   return all;
 }
@@ -118,14 +118,14 @@ TEST(KernelVlans, EverySecondVlanFitsIntoOneRequest) {
 
 // ---- Refused before the kernel is asked -----------------------------------------------------------------------------
 
-const char* refusal(const port_settings& wanted, const port_settings& before) {
-  return text_of_port_status(apply_to_device({.number = 0, .name = "", .is_bridge_port = false}, wanted, before));
+const char* refusal(const port_settings& requested, const port_settings& before) {
+  return text_of_port_status(apply_to_device({.number = 0, .name = "", .is_bridge_port = false}, requested, before));
 }
 
 TEST(KernelSettings, WhatTheKernelDoesNotHaveIsRefused) {
-  port_settings wanted = access(1);
-  wanted.receive_credit = 12;
-  EXPECT_STREQ(refusal(wanted, access(1)), "the kernel has no such setting");
+  port_settings requested = access(1);
+  requested.receive_credit = 12;
+  EXPECT_STREQ(refusal(requested, access(1)), "the kernel has no such setting");
   EXPECT_STREQ(refusal(access(2), access(1)), "the device is not a port of a bridge");
 }
 
@@ -166,8 +166,8 @@ class KernelAsked : public testing::Test {
     });
   }
 
-  uint32 apply(const port_settings& wanted, const port_settings& before) {
-    return apply_to_device({.number = 7, .name = "swp7", .is_bridge_port = true, .bond = 9}, wanted, before);
+  uint32 apply(const port_settings& requested, const port_settings& before) {
+    return apply_to_device({.number = 7, .name = "swp7", .is_bridge_port = true, .bond = 9}, requested, before);
   }
   // The request for a link, which must be this one alone.
   const ifinfomsg& link_request() const {
@@ -235,9 +235,9 @@ TEST_F(KernelAsked, ForAnAliasOrNone) {
 }
 
 TEST_F(KernelAsked, ForAnMtu) {
-  port_settings wanted;
-  wanted.mtu_bytes = 9000;
-  EXPECT_EQ(apply(wanted, {}), 0U);
+  port_settings requested;
+  requested.mtu_bytes = 9000;
+  EXPECT_EQ(apply(requested, {}), 0U);
   EXPECT_EQ(of_link(IFLA_MTU), bytes_of_number(9000));
 }
 
@@ -283,14 +283,14 @@ TEST_F(KernelAsked, ForPauseByDirection) {
 }
 
 TEST_F(KernelAsked, ADeviceIsSwitchedOnWhenAllElseIsDone) {
-  port_settings wanted = with_state(PM_PORT_STATE_UP);
-  wanted.mtu_bytes = 9000;
-  EXPECT_EQ(apply(wanted, with_state(PM_PORT_STATE_DOWN)), 0U);
+  port_settings requested = with_state(PM_PORT_STATE_UP);
+  requested.mtu_bytes = 9000;
+  EXPECT_EQ(apply(requested, with_state(PM_PORT_STATE_DOWN)), 0U);
   ASSERT_EQ(requests_.size(), 2U);
   EXPECT_EQ(head_of(requests_[0]).ifi_change, 0U);
   EXPECT_EQ(head_of(requests_[1]).ifi_flags, unsigned{IFF_UP});
   requests_.clear();
-  EXPECT_EQ(apply(with_state(PM_PORT_STATE_DOWN), wanted), 0U);
+  EXPECT_EQ(apply(with_state(PM_PORT_STATE_DOWN), requested), 0U);
   ASSERT_EQ(requests_.size(), 2U);
   EXPECT_EQ(head_of(requests_[0]).ifi_change, unsigned{IFF_UP});
 }
@@ -301,9 +301,10 @@ TEST_F(KernelAsked, ARefusalHasTheKernelsWordsAndEndsTheRest) {
     ++asked;
     return recorded_answer{EINVAL, {}, "mtu greater than device maximum"};
   });
-  port_settings wanted = with_state(PM_PORT_STATE_UP);
-  wanted.mtu_bytes = 9000;
-  EXPECT_STREQ(text_of_port_status(apply(wanted, with_state(PM_PORT_STATE_DOWN))), "mtu greater than device maximum");
+  port_settings requested = with_state(PM_PORT_STATE_UP);
+  requested.mtu_bytes = 9000;
+  EXPECT_STREQ(text_of_port_status(apply(requested, with_state(PM_PORT_STATE_DOWN))),
+               "mtu greater than device maximum");
   EXPECT_EQ(asked, 1U);
 }
 
@@ -321,39 +322,39 @@ TEST_F(KernelAsked, EveryStepIsRefusedInTheKernelsWords) {
                                                       {kSetModes, fast},
                                                       {kSetPause, pausing},
                                                       {kSetVlans, access(20)}};
-  for (const auto& [asked, wanted] : steps) {
+  for (const auto& [asked, requested] : steps) {
     port_settings before = asked == kSetVlans ? access(1) : port_settings();
     requests_.clear();
     refuse(asked, 1, {EINVAL, {}, "in the kernel's words"});
-    EXPECT_STREQ(text_of_port_status(apply(wanted, before)), "in the kernel's words");
+    EXPECT_STREQ(text_of_port_status(apply(requested, before)), "in the kernel's words");
     // The kernel adds VLANs one by one: those before the refused one are taken back.
     EXPECT_EQ(requests_.size(), asked == kSetVlans ? 3U : 1U);
     requests_.clear();
     refuse(asked, 1, {EBUSY});
-    EXPECT_STREQ(text_of_port_status(apply(wanted, before)), "Device or resource busy");
+    EXPECT_STREQ(text_of_port_status(apply(requested, before)), "Device or resource busy");
   }
 }
 
 TEST_F(KernelAsked, ARefusalWithoutWordsIsAnErrno) {
-  port_settings wanted;
-  wanted.mtu_bytes = 9000;
+  port_settings requested;
+  requested.mtu_bytes = 9000;
   for (const auto& [error, text] : {std::pair{ENODEV, "No such device"},
                                     {EBUSY, "Device or resource busy"},
                                     {EPERM, "not permitted: the right CAP_NET_ADMIN is missing"}}) {
     kernel_.answer(kSetLink, [error = error](const nlmsghdr&) { return recorded_answer{error, {}}; });
-    EXPECT_STREQ(text_of_port_status(apply(wanted, {})), text);
+    EXPECT_STREQ(text_of_port_status(apply(requested, {})), text);
   }
 }
 
 // ---- What was made before a refusal is taken back -------------------------------------------------------------------
 
 TEST_F(KernelAsked, WhatWasMadeBeforeARefusalIsTakenBack) {
-  port_settings before = with_state(PM_PORT_STATE_UP), wanted = with_state(PM_PORT_STATE_DOWN);
+  port_settings before = with_state(PM_PORT_STATE_UP), requested = with_state(PM_PORT_STATE_DOWN);
   before.description = "old";
-  wanted.description = "new";
-  wanted.mtu_bytes = 9000;
+  requested.description = "new";
+  requested.mtu_bytes = 9000;
   refuse(kSetLink, 3, {EINVAL, {}, "mtu greater than device maximum"});
-  EXPECT_STREQ(text_of_port_status(apply(wanted, before)), "mtu greater than device maximum");
+  EXPECT_STREQ(text_of_port_status(apply(requested, before)), "mtu greater than device maximum");
   ASSERT_EQ(requests_.size(), 5U);
   EXPECT_EQ(attribute(sizeof(ifinfomsg), IFLA_IFALIAS, 3), (Bytes{'o', 'l', 'd'}));
   EXPECT_EQ(head_of(requests_[4]).ifi_change, unsigned{IFF_UP});
@@ -361,13 +362,13 @@ TEST_F(KernelAsked, WhatWasMadeBeforeARefusalIsTakenBack) {
 }
 
 TEST_F(KernelAsked, ASpeedIsTakenBackWhenPauseIsRefused) {
-  port_settings wanted;
-  wanted.mtu_bytes = 9000;
-  wanted.admin_speed_mbps = 1000;
-  wanted.admin_duplex = PM_PORT_DUPLEX_FULL;
-  wanted.admin_flow_control = 0x0002;
+  port_settings requested;
+  requested.mtu_bytes = 9000;
+  requested.admin_speed_mbps = 1000;
+  requested.admin_duplex = PM_PORT_DUPLEX_FULL;
+  requested.admin_flow_control = 0x0002;
   refuse(kSetPause, 3, {EOPNOTSUPP});
-  EXPECT_STREQ(text_of_port_status(apply(wanted, {})), "Operation not supported");
+  EXPECT_STREQ(text_of_port_status(apply(requested, {})), "Operation not supported");
   ASSERT_EQ(requests_.size(), 5U);
   EXPECT_EQ(attribute(sizeof(genlmsghdr), ETHTOOL_A_LINKMODES_AUTONEG, 3), Bytes{1});
   EXPECT_EQ(attribute(sizeof(ifinfomsg), IFLA_MTU, 4), bytes_of_number(1500));
@@ -393,9 +394,9 @@ TEST_F(KernelAsked, VlansAreTakenBackWhenTheDeviceDoesNotComeUp) {
 
 TEST_F(KernelAsked, AFirstRefusalLeavesNothingToTakeBack) {
   refuse(kSetLink, 1, {EPERM});
-  port_settings wanted = with_state(PM_PORT_STATE_UP);
-  wanted.description = "new";
-  EXPECT_STREQ(text_of_port_status(apply(wanted, with_state(PM_PORT_STATE_DOWN))),
+  port_settings requested = with_state(PM_PORT_STATE_UP);
+  requested.description = "new";
+  EXPECT_STREQ(text_of_port_status(apply(requested, with_state(PM_PORT_STATE_DOWN))),
                "not permitted: the right CAP_NET_ADMIN is missing");
   EXPECT_EQ(requests_.size(), 1U);
 }
@@ -403,10 +404,10 @@ TEST_F(KernelAsked, AFirstRefusalLeavesNothingToTakeBack) {
 TEST_F(KernelAsked, AnMtuThatIsNotKnownIsNotTakenBack) {
   port_settings before;
   before.mtu_bytes.reset();
-  port_settings wanted;
-  wanted.admin_flow_control = 0x0002;
+  port_settings requested;
+  requested.admin_flow_control = 0x0002;
   refuse(kSetPause, 2, {EOPNOTSUPP});
-  EXPECT_STREQ(text_of_port_status(apply(wanted, before)), "Operation not supported");
+  EXPECT_STREQ(text_of_port_status(apply(requested, before)), "Operation not supported");
   EXPECT_EQ(requests_.size(), 2U);
 }
 
@@ -415,16 +416,16 @@ TEST_F(KernelAsked, ASocketThatCannotBeOpenedIsARefusal) {
     errno = EMFILE;
     return std::unique_ptr<kernel_channel>();
   };
-  port_settings wanted;
-  wanted.mtu_bytes = 9000;
-  EXPECT_STREQ(text_of_port_status(apply(wanted, {})), "the kernel cannot be asked by netlink: Too many open files");
+  port_settings requested;
+  requested.mtu_bytes = 9000;
+  EXPECT_STREQ(text_of_port_status(apply(requested, {})), "cannot open a netlink socket: Too many open files");
 }
 
 TEST_F(KernelAsked, AKernelWithoutEthtoolRefusesItsSettings) {
   kernel_.has_ethtool = false;
-  port_settings wanted;
-  wanted.admin_flow_control = 0x0002;
-  const uint32 status = apply(wanted, {});
+  port_settings requested;
+  requested.admin_flow_control = 0x0002;
+  const uint32 status = apply(requested, {});
   EXPECT_STREQ(text_of_port_status(status), "Operation not supported");
 }
 

@@ -52,10 +52,11 @@ class Names : public testing::Test {
   }
 
   // The devices as a shell of its own maps them.
-  std::vector<mapped_device> map(const Links& links, uint32 management = 0, const wanted_interfaces& wanted = {}) {
+  std::vector<mapped_device> map(const Links& links, uint32 management = 0,
+                                 const requested_interfaces& requested = {}) {
     stored_names names;
     names.keep_in(path_);
-    auto mapped = names.map(links, management, wanted);
+    auto mapped = names.map(links, management, requested);
     fault_ = names.fault();
     return mapped;
   }

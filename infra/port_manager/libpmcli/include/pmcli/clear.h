@@ -1,12 +1,12 @@
 /*
  * Clearing counters: each owner is asked to reset its own.
  *
- * Failures are printed on the terminal, and clearing goes on with the next interface; what stays silent is named below.
+ * Failures are printed on the terminal, and clearing goes on with the next interface; silent cases are listed below.
  *
  * Range handlers take the interfaces from the first argument whose type or token id is PARAM_TYPE_CONF_INTERFACES or
  * PARAM_TYPE_INTERFACES; its `arg` points to an intf_range_t. A parameter block without such an argument is reported
  * ("error: token id list does not contain CONF_INTF"), a null block is not. A list without ranges clears nothing. The
- * block and all it points to stay the shell's; its queue `q` is the one on which services are asked.
+ * block and all it points to stay the shell's; its queue `q` is used for requests to services.
  */
 #ifndef PMCLI_CLEAR_H
 #define PMCLI_CLEAR_H

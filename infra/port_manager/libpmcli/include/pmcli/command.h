@@ -3,7 +3,7 @@
  * share.
  *
  * Every handler runs on the caller's thread and has released all it took when it returns. The block and all it points
- * to stay the shell's; its queue `q` is the one on which services are asked. A null block prints nothing and returns 0.
+ * to stay the shell's; its queue `q` is used for requests to services. A null block prints nothing and returns 0.
  */
 #ifndef PMCLI_COMMAND_H
 #define PMCLI_COMMAND_H
@@ -68,7 +68,7 @@ uint32 pm_cli_show_eth_stat_info(paraminfo_t* param);
 
 /*
  * Its worker: fetches the port record from the port manager and shows it by print_eth_stat_info(). `option` is 1; any
- * other prints "Option not supported". A record that cannot be had is reported on the terminal.
+ * other prints "Option not supported". A record that is unavailable is reported on the terminal.
  */
 void pm_show_eth_stat_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, int32 option, if_index_t if_index);
 

@@ -1,7 +1,7 @@
 /*
- * Settings of ports: the handler behind the configuration commands, configuration macros, and results by port.
+ * Settings of ports: the handler of the configuration commands, configuration macros, and results by port.
  *
- * Settings are applied by the port manager. What is wrong with a command is printed on the terminal before anything is
+ * Settings are applied by the port manager. Errors in a command are printed on the terminal before anything is
  * sent. Parameter blocks and all they point to stay the shell's.
  */
 #ifndef PMCLI_CONFIG_H

@@ -94,14 +94,14 @@ typedef struct pfstat_l3_cntrs_t {
 } pfstat_l3_cntrs_t;
 static_assert(sizeof(pfstat_l3_cntrs_t) == 276, "wire size");
 
-/* Forwarding statistics of what was dropped. Wire format. */
+/* Forwarding statistics of dropped packets. Wire format. */
 typedef struct pfstat_null_cntrs_t {
   be64 null_dropped_bytes;
   be64 null_dropped_pkts;
   be64 last_cleared; /* timestamp_t */
 } pfstat_null_cntrs_t;
 
-/* What the counters belong to. Wire format. */
+/* The key of the counters. Wire format. */
 typedef struct pfstat_key_t {
   be32 key_flags; /* 1 layer 2, 2 layer 3, 3 both */
   union {
@@ -191,7 +191,7 @@ syserr_t pm_cli_get_snmp_eth_stat_info(if_index_t if_index, statscl_portcl_stats
 syserr_t pm_cli_get_loopback_counters(if_index_t if_index, mts_q_handle_t src_q, ip_if_stats* loopback_stats);
 
 /*
- * Forwarding statistics: no provider is asked, and only `stats` is looked at. Zeroes the first 276 of its 288 bytes.
+ * Forwarding statistics: no provider is called, and only `stats` is used. Zeroes the first 276 of its 288 bytes.
  * Returns 0.
  */
 syserr_t pm_cli_get_pfstat_counters(if_index_t if_index, mts_q_handle_t q, pfstat_key_cntrs_t* stats,
@@ -222,7 +222,7 @@ void nzero_prt_uint32(cmd_rx_handle_t* rx_handle, const uint32* value, const cha
 void numlist_prt(cmd_rx_handle_t* rx_handle, const uint64* value, const char* desc, int ctr, int tuple);
 void numlist_prt_uint32(cmd_rx_handle_t* rx_handle, const uint32* value, const char* desc, int ctr, int tuple);
 
-/* 1 when one of the sixteen layer-3 counters of the lists is not 0, whatever the key says; else 0, also for null. */
+/* 1 when one of the sixteen layer-3 counters of the lists is not 0, regardless of the key; else 0, also for null. */
 boolean pm_cli_is_nonzero_pfstats(pfstat_key_cntrs_t* pfstats);
 
 /*
@@ -264,7 +264,7 @@ void pm_cli_show_loopback_counters_detailed_all(cmd_rx_handle_t* rx_handle, ip_i
  * The management port's counter display with this command id: DISPLAY_COUNTERS, the three tables of errors,
  * DISPLAY_RECEIVED, DISPLAY_SENT, DISPLAY_COUNTERS_NONZERO or DISPLAY_COUNTERS_ALL; others print nothing. Fetches what
  * it shows from the port manager and the kernel; a failure is printed on the terminal. A list shows what there is, and
- * leaves out the kernel's counters silently when only they cannot be had. The errors are all "--", without a fetch.
+ * leaves out the kernel's counters silently when only they are unavailable. The errors are all "--", without a fetch.
  * Flushes in every case. Returns 0.
  */
 int32 pm_cli_show_mgmt_counters(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, uint32 command, if_index_t if_index);
@@ -320,7 +320,7 @@ void pm_cli_show_common_counters_brief(cmd_rx_handle_t* rx_handle, statscl_portc
  * A row of rates in brief, as one text without tagged values, from five-minute rates: megabits (10^6) per second,
  * rounded down, under columns that are headed MB/s, and frames per second, received and sent. Only Ethernet-class ports
  * (IF_TYPE_ETHERNET) and port-channels of both families have one; other kinds print nothing. The rates come from the
- * port manager, those of the older family of port-channels from their service; when they cannot be had nothing is
+ * port manager, those of the older family of port-channels from their service; when they are unavailable nothing is
  * printed. For VSH_USER_MODE_RESTRICTED only "    Counters not available" is printed, on the terminal.
  */
 void pm_cli_show_eth_port_counters_brief(cmd_rx_handle_t* rx_handle, mts_q_handle_t q, if_index_t if_index,

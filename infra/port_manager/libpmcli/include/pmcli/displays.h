@@ -1,6 +1,6 @@
 /*
- * Numbers with which the shell calls the library: the command ids of displays, and what else fills a parameter block
- * (platform/paraminfo.h) or comes back from a handler.
+ * Numbers with which the shell calls the library: the command ids of displays, and other values of a parameter block
+ * (platform/paraminfo.h) or of a handler's result.
  *
  * Named in other headers: supervisor states, user modes, prc_mode, parameter types and the token ids of interface
  * ranges in platform/paraminfo.h; kinds of interface (IF_TYPE_...) in platform/if_index.h; layers in

@@ -1,6 +1,6 @@
 /*
  * Headers of the tabular displays. The shell calls a header handler once, before the rows; each prints as plain text,
- * without tagged values. No service is asked.
+ * without tagged values. No service is called.
  */
 #ifndef PMCLI_HEADERS_H
 #define PMCLI_HEADERS_H
@@ -33,7 +33,7 @@ uint32 pm_cli_show_mgmt_header(paraminfo_t* param);     /* description, brief */
 
 /*
  * The header of DISPLAY_BRIEF for the in-band interface, on the terminal; other ids print nothing. Takes no output
- * handle, looks at no argument and flushes nothing. Returns 0.
+ * handle, reads no argument and flushes nothing. Returns 0.
  */
 uint32 pm_cli_show_inband_header(paraminfo_t* param);
 

@@ -5,7 +5,7 @@
  * pointer may be null unless a contract says what null does. Displays print through the output handle unless they say
  * "on the terminal", and only pm_cli_show_mgmt_info() flushes it.
  *
- * The kernel's device behind a management port has the name that the platform's run-time parameters give it, on chassis
+ * The kernel's device of a management port has the name that the platform's run-time parameters give it, on chassis
  * 17 one with its number; the chassis type is read once for it in the life of the process.
  */
 #ifndef PMCLI_INTERFACE_H
@@ -23,7 +23,7 @@
 extern "C" {
 #endif
 
-/* What a port can do. Native, built by the library. Texts are terminated. */
+/* Capabilities of a port. Native, built by the library. Texts are terminated. */
 typedef struct pm_cli_common_capability_s {
   if_index_t if_index;
   char model[32];
@@ -56,7 +56,7 @@ typedef struct pm_cli_common_capability_s {
   uint8 ASIC;
 } pm_cli_common_capability_t;
 
-/* What the detailed block shows besides the port record. Native, built by the library, but for the address inside. */
+/* Values of the detailed block besides the port record. Native, built by the library, but for the address inside. */
 typedef struct pm_cli_common_show_intf_data_s {
   char hardware[80];
   char type[80];                        /* media type */
@@ -89,8 +89,8 @@ typedef struct pm_cli_common_show_intf_data_s {
 syserr_t pm_cli_get_port_capability(if_index_t if_index, pm_cli_common_capability_t* port_cap);
 
 /*
- * Capabilities of the management port: fixed values, no service is asked. Counts of queues, the port group and the ASIC
- * are left as they were. Returns 0.
+ * Capabilities of the management port: fixed values, no service is called. Counts of queues, the port group and the
+ * ASIC are left as they were. Returns 0.
  */
 syserr_t pm_cli_get_mgmt_capability(if_index_t if_index, pm_cli_common_capability_t* port_cap);
 
@@ -106,7 +106,7 @@ syserr_t pm_cli_get_layer(if_index_t if_index, mts_q_handle_t src_q, if_info_t* 
  * port manager for the transceiver and the line-card configuration for speeds, media type and MDIX; of kinds 22 and 26
  * the interface manager for the layer; of the management port the platform for the chassis; of all the IP configuration
  * for the first address. Kinds without a block of their own show "--" as hardware. Reliability, loads and times stay 0
- * and empty. Cannot fail: what cannot be had stays zero or takes its default; of failures only those of
+ * and empty. Cannot fail: unavailable values stay zero or take their defaults; of failures only those of
  * pm_cli_get_port_capability() and pm_cli_get_layer() are printed.
  */
 void pm_cli_get_port_data(if_index_t if_index, mts_q_handle_t mts_q, pm_cli_common_show_intf_data_t* port_data);
@@ -117,7 +117,7 @@ void pm_cli_get_port_data(if_index_t if_index, mts_q_handle_t mts_q, pm_cli_comm
  * Reliability (0 to 255; 255 without packets) and loads (1 to 255; 1 without a configured bandwidth) of an Ethernet
  * port from its statistics and its record, and the times since counters were cleared and since the link changed, up to
  * now, as texts ("never" for a moment of 0), into `port_data`. They are computed in 64 bits, where products wrap; a
- * load keeps the low 16 bits of its quotient. No service is asked. A null pointer changes nothing.
+ * load keeps the low 16 bits of its quotient. No service is called. A null pointer changes nothing.
  */
 void pm_cli_calc_eth_reliability_loads(statscl_portcl_stats_msg_t* stats, pm_port_info_t* port_info,
                                        pm_cli_common_show_intf_data_t* port_data);
@@ -143,8 +143,8 @@ void pm_cli_eth_intf_get_rate_stuff(show_eth_intf_resp_t* stats, uint64* in_rate
 
 /*
  * Shows the display with this command id (pmcli/displays.h) of one interface: fetches the port record from the port
- * manager, and from other services what the display needs, prints, frees. A record that cannot be had is reported on
- * the terminal and nothing is shown, whatever the id; statistics that cannot be had print "stats unavailable" there. An
+ * manager, and from other services what the display needs, prints, frees. A record that is unavailable is reported on
+ * the terminal and nothing is shown, whatever the id; unavailable statistics print "stats unavailable" there. An
  * id without a display prints "Option not supported" on the terminal. Selections by module or by VLANs are the
  * caller's.
  */
@@ -252,7 +252,7 @@ int32 pm_show_tracked_port_info(mts_q_handle_t q, if_index_t if_index);
 
 /* ---- Capabilities ----------------------------------------------------------------------------------------------- */
 
-/* Prints the capability list of a record that the caller filled; no service is asked. The name is spelled so. */
+/* Prints the capability list of a record that the caller filled; no service is called. The name is spelled so. */
 void pm_cli_show_port_capabities(cmd_rx_handle_t* rx_handle, pm_cli_common_capability_t* port_cap);
 
 /*
@@ -269,7 +269,7 @@ void pm_cli_build_flowctrl_flags(char* flags_str, int size, boolean fl_off, bool
 /*
  * Shows the detailed view (DISPLAY_DETAIL) or the row of the brief table (DISPLAY_BRIEF) of a management port; other
  * ids show nothing. The port record, which is fetched for every id, and rates come from the port manager, counters from
- * the kernel. A record that cannot be had, and rates that cannot, are reported on the terminal; what is missing shows
+ * the kernel. A record or rates that are unavailable are reported on the terminal; missing values show
  * zeros. Flushes in every case. Returns 1 when there was no record, else 0.
  */
 int32 pm_cli_show_mgmt_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, uint32 command, if_index_t if_index);
@@ -281,7 +281,7 @@ int32 pm_cli_show_mgmt_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, ui
 void print_mgmt_info_brief(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, pm_port_info_t* port_info);
 
 /*
- * What the kernel says of the device `name` (at most 15 characters, null is empty) behind a management port, and the
+ * What the kernel reports of the device `name` (at most 15 characters, null is empty) of a management port, and the
  * port manager of its speed, duplex and state.
  *
  * With `print_info` not zero it prints hardware, address and, for a port that is up or down, MTU in bytes, and for one
@@ -313,8 +313,8 @@ void pm_cli_show_mgmt_vdc_counters(cmd_rx_handle_t* rx_handle, pm_if_stat* stats
  * Shows a loopback: DISPLAY_DETAIL, DISPLAY_STATUS, DISPLAY_DESCRIPTION, DISPLAY_BRIEF, or its status row for
  * DISPLAY_STATUS_ADMIN_DOWN, DISPLAY_STATUS_INACTIVE and DISPLAY_STATUS_UP when it is so. Any other id prints "Option
  * not supported" on the terminal. The port record, which is fetched for every id, comes from the port manager, counters
- * from the IP statistics library, the address from the IP configuration. A record that cannot be had is reported on the
- * terminal and nothing is shown; counters that cannot show zeros.
+ * from the IP statistics library, the address from the IP configuration. A record that is unavailable is reported on
+ * the terminal and nothing is shown; counters that cannot show zeros.
  */
 void pm_cli_show_loopback_port_info(cmd_rx_handle_t* rx_handle, mts_q_handle_t src_q, uint32 command,
                                     if_index_t if_index);
@@ -361,20 +361,20 @@ void print_eth_port_info_brief(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_
  * loopbacks and the management port, is left out for Ethernet-class ports (IF_TYPE_ETHERNET), and else comes from the
  * interface manager, whose failures are printed on the terminal and show "--". The type is that of
  * pm_cli_get_port_capability(), or when it is empty the vendor of the transceiver, from the port manager; "--" when it
- * cannot be had, and for other kinds than 2 and 26.
+ * is unavailable, and for other kinds than 2 and 26.
  */
 void print_eth_port_status_line(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info, mts_q_handle_t mts_q);
 
 /*
  * Prints a row of the error-disabled table: name, description, state, and the reason of a port that is error-disabled,
- * else "none". `mts_q` is not used: no service is asked.
+ * else "none". `mts_q` is not used: no service is called.
  */
 void print_eth_port_err_status_line(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info, mts_q_handle_t mts_q);
 
 /*
  * Each prints a row of one table from the port record, for any kind of interface: name and description, or "--"; name,
  * router's and burned-in MAC address; name and interface index, in decimal and in hexadecimal; name, whether link
- * debounce is on, and its time in ms. No service is asked.
+ * debounce is on, and its time in ms. No service is called.
  */
 void print_eth_port_description(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info);
 void print_eth_port_mac_address(cmd_rx_handle_t* rx_handle, pm_port_info_t* port_info);

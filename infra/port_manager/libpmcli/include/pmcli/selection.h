@@ -1,7 +1,7 @@
 /*
  * Selecting interfaces: the callbacks with which the shell asks which interfaces exist and whether a command may use
  * them, and the permission checks of users who are restricted to some VSANs. The answers come from the port manager.
- * What is printed is on the terminal.
+ * Texts are printed on the terminal.
  */
 #ifndef PMCLI_SELECTION_H
 #define PMCLI_SELECTION_H

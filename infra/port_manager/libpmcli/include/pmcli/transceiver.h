@@ -26,7 +26,7 @@ extern "C" {
  * changes nothing.
  *
  * Returns 0 when diagnostics may follow; 0x40290000 when there is no identity to show (another kind, no transceiver or
- * one that is initializing, an error), which is printed; 1 when only the state could not be had, which is printed
+ * one that is initializing, an error), which is printed; 1 when only the state was unavailable, which is printed
  * unless the line card rejected the request.
  */
 syserr_t print_port_fcot_info(mts_q_handle_t src_q, pm_port_info_t* port_info, boolean eth_port);
@@ -77,7 +77,7 @@ void pm_set_alarm_warn_flag(uint32* flag, boolean hi_alrm, boolean lo_alrm, bool
 /*
  * Each prints fetched diagnostics with tagged values: the values with thresholds and marks; the calibration constants.
  * A record that is not calibrated (`calib_type`) prints "Invalid calibration" only. The further values are not looked
- * at and may be null. No service is asked.
+ * at and may be null. No service is called.
  */
 void pm_show_transceiver_sfp_details_info(cmd_rx_handle_t* rx_handle, mts_get_sfp_diag_info_t* diag_info,
                                           sfp_diag_info_ddm_tlvs_t* sfp_ddm_info);
@@ -87,7 +87,7 @@ void pm_show_transceiver_sfp_calibration_info(cmd_rx_handle_t* rx_handle, mts_ge
 /*
  * Each prints fetched diagnostics as plain text: the values in short; the calibration constants; the values with
  * thresholds and marks. A record that is not calibrated (`calib_type`) prints "Invalid calibration" only. The further
- * values are not looked at and may be null; `eth` changes nothing. No service is asked.
+ * values are not used and may be null; `eth` changes nothing. No service is called.
  */
 void pm_print_sfp_diag_info(mts_get_sfp_diag_info_t* diag_info, sfp_diag_info_ddm_tlvs_t* sfp_ddm_info, boolean eth);
 void pm_print_sfp_calibration_info(mts_get_sfp_diag_info_t* diag_info, sfp_diag_info_ddm_tlvs_t* sfp_ddm_info,
@@ -109,7 +109,7 @@ int32 pm_show_interface_tranceiver_calibrations(paraminfo_t* param);
 
 /*
  * Each shows the same of the ports of one kind that the port manager lists on the queue of the command. A port that the
- * user may not see, or whose record cannot be had, is skipped; other failures are printed, and the next port
+ * user may not see, or whose record is unavailable, is skipped; other failures are printed, and the next port
  * follows. Returns 0; 1 for a null block (silently) and when there is no listing (printed); -1, printed, when the
  * listing's message could not be dropped. The last does not drop it: the transport frees it with the queue.
  */

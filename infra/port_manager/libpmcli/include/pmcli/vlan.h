@@ -73,21 +73,21 @@ syserr_t pm_cli_get_pvlan_info(if_index_t if_index, mts_q_handle_t src_q, vlan_i
 
 /*
  * Each prints VLAN lines of detailed views from a membership that the caller fetched: the native VLAN and the allowed
- * VLANs, cut at 100 characters; the allowed VLANs, cut at 8192. No service is asked.
+ * VLANs, cut at 100 characters; the allowed VLANs, cut at 8192. No service is called.
  */
 void print_vlan_memb_info(cmd_rx_handle_t* rx_handle, const trunk_port_memb_t* membership);
 void print_allowed_vlan_info(cmd_rx_handle_t* rx_handle, const trunk_port_memb_t* membership);
 
 /*
  * Prints a row of the trunk status table: native VLAN from the interface manager, whether the port trunks by its
- * record, its port-channel from the port-channel service. A value that cannot be had shows "--", and failures of the
+ * record, its port-channel from the port-channel service. A value that is unavailable shows "--", and failures of the
  * interface manager are printed, too. `q` is not used.
  */
 void pm_cli_print_eth_trunk_brief(cmd_rx_handle_t* rx_handle, const pm_port_info_t* port_info, mts_q_handle_t q);
 
 /*
  * Prints a row of the table of allowed VLANs, from the VLAN manager through its client library, opened by name. When
- * they cannot be had there is no row; what pm_cli_get_vlan_memb_info() prints is printed.
+ * they are unavailable there is no row; texts of pm_cli_get_vlan_memb_info() are printed.
  */
 void pm_cli_print_eth_trunk_allowed_vlans(cmd_rx_handle_t* rx_handle, const pm_port_info_t* port_info,
                                           mts_q_handle_t q);
@@ -98,7 +98,7 @@ void pm_cli_print_eth_trunk_errored_vlans(cmd_rx_handle_t* rx_handle, const pm_p
 
 /*
  * Prints a row of the table of VLANs in which spanning tree forwards, asked by pm_cli_get_stp_forwarding_info(): "--"
- * when they cannot be had, "none" when there are none.
+ * when they are unavailable, "none" when there are none.
  */
 void pm_cli_print_eth_trunk_stp_forwarding(cmd_rx_handle_t* rx_handle, const pm_port_info_t* port_info,
                                            mts_q_handle_t q);
