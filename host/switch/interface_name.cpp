@@ -6,26 +6,26 @@
 
 namespace host {
 
-bool names_one_interface(const interface_word& word) { return word.form == number_form::kNumber && word.highest == 0; }
+bool names_one_interface(const interface_word& word) { return word.form == number_form::number && word.highest == 0; }
 
 const interface_word* parse_interface_word(std::string_view text, range_fault& fault) {
   const interface_word* found = nullptr;
-  fault = range_fault::kUnknownWord;
+  fault = range_fault::unknown_word;
   for (const interface_word& word : kInterfaceWords) {
     if (!starts_with_ignoring_case(word.word, text)) continue;
     if (text.size() == word.word.size()) return &word;
     if (text.size() < word.shortest) continue;
-    if (found != nullptr) fault = range_fault::kAmbiguousWord;
+    if (found != nullptr) fault = range_fault::ambiguous_word;
     found = &word;
   }
-  return fault == range_fault::kAmbiguousWord ? nullptr : found;
+  return fault == range_fault::ambiguous_word ? nullptr : found;
 }
 
 std::string interface_text(const interface_word& word, const interface_number& number) {
   std::string text(word.word);
   text += ' ';
   if (number.unit != 0) text += std::to_string(number.unit) + '/';
-  if (word.form == number_form::kSlotPort) text += std::to_string(number.slot) + '/';
+  if (word.form == number_form::slot_port) text += std::to_string(number.slot) + '/';
   text += std::to_string(number.port);
   if (number.sub_interface != 0) text += '.' + std::to_string(number.sub_interface);
   return text;

@@ -13,7 +13,7 @@
 
 namespace host {
 
-enum class number_form : uint8 { kSlotPort, kNumber };
+enum class number_form : uint8 { slot_port, number };
 
 // A word that names interfaces. The interfaces that exist decide which of its kinds a number means.
 struct interface_word {
@@ -21,7 +21,7 @@ struct interface_word {
   uint8 shortest;         // characters that an abbreviation needs
   number_form form;
   bool has_sub_interfaces;
-  uint32 lowest, highest;                // of kNumber; when both are 0 the number may be left out
+  uint32 lowest, highest;                // of number_form::number; when both are 0 the number may be left out
   std::array<if_index_type_t, 3> kinds;  // filled up with IF_TYPE_NONE
   std::string_view help;
   name_family family = name_family::usual;
@@ -29,25 +29,25 @@ struct interface_word {
 
 // clang-format off
 inline constexpr interface_word kInterfaceWords[] = {
-    {"ethernet",        1, number_form::kSlotPort, true,  0, 0,           {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3,
+    {"ethernet",        1, number_form::slot_port, true,  0, 0,           {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3,
                                                                            IF_TYPE_SATELLITE},    "Ethernet port"},
-    {"port-channel",    1, number_form::kNumber,   true,  1, kMaxChannel, {IF_TYPE_ETH_PORT_CHANNEL,
+    {"port-channel",    1, number_form::number,   true,  1, kMaxChannel, {IF_TYPE_ETH_PORT_CHANNEL,
                                                                            IF_TYPE_PORT_CHANNEL}, "Port-channel"},
-    {"mgmt",            1, number_form::kNumber,   false, 0, kMaxPort,    {IF_TYPE_MGMT},         "Management port"},
-    {"loopback",        1, number_form::kNumber,   false, 0, kMaxNumber,  {IF_TYPE_LOOPBACK},     "Loopback interface"},
-    {"vethernet",       1, number_form::kNumber,   false, 0, kMaxNumber,  {IF_TYPE_VETHERNET},    "Virtual Ethernet"},
-    {"fc",              1, number_form::kSlotPort, false, 0, 0,           {IF_TYPE_FC},           "Fibre Channel port"},
-    {"fcip",            1, number_form::kNumber,   false, 0, kMaxNumber,  {IF_TYPE_FCIP},         "FC tunnel over IP"},
-    {"iscsi",           1, number_form::kSlotPort, false, 0, 0,           {IF_TYPE_ISCSI},        "IP storage port"},
-    {"gigabitethernet", 1, number_form::kSlotPort, true,  0, 0,           {IF_TYPE_GIG_ETHERNET}, "Gigabit port"},
-    {"server",          1, number_form::kNumber,   false, 0, kMaxNumber,  {IF_TYPE_SERVER},       "Server interface"},
-    {"sup-fc",          1, number_form::kNumber,   false, 0, kMaxNumber,  {IF_TYPE_INBAND},       "In-band interface"},
-    {"in-band",         2, number_form::kNumber,   false, 0, 0,           {IF_TYPE_INBAND},       "In-band interface"},
-    {"bay",             1, number_form::kNumber,   false, 1, kMaxPort + 1, {IF_TYPE_FC}, "Fibre Channel port to a bay",
+    {"mgmt",            1, number_form::number,   false, 0, kMaxPort,    {IF_TYPE_MGMT},         "Management port"},
+    {"loopback",        1, number_form::number,   false, 0, kMaxNumber,  {IF_TYPE_LOOPBACK},     "Loopback interface"},
+    {"vethernet",       1, number_form::number,   false, 0, kMaxNumber,  {IF_TYPE_VETHERNET},    "Virtual Ethernet"},
+    {"fc",              1, number_form::slot_port, false, 0, 0,           {IF_TYPE_FC},           "Fibre Channel port"},
+    {"fcip",            1, number_form::number,   false, 0, kMaxNumber,  {IF_TYPE_FCIP},         "FC tunnel over IP"},
+    {"iscsi",           1, number_form::slot_port, false, 0, 0,           {IF_TYPE_ISCSI},        "IP storage port"},
+    {"gigabitethernet", 1, number_form::slot_port, true,  0, 0,           {IF_TYPE_GIG_ETHERNET}, "Gigabit port"},
+    {"server",          1, number_form::number,   false, 0, kMaxNumber,  {IF_TYPE_SERVER},       "Server interface"},
+    {"sup-fc",          1, number_form::number,   false, 0, kMaxNumber,  {IF_TYPE_INBAND},       "In-band interface"},
+    {"in-band",         2, number_form::number,   false, 0, 0,           {IF_TYPE_INBAND},       "In-band interface"},
+    {"bay",             1, number_form::number,   false, 1, kMaxPort + 1, {IF_TYPE_FC}, "Fibre Channel port to a bay",
                                                                            name_family::bay},
-    {"ext",             2, number_form::kNumber,   false, 1, kMaxPort + 1, {IF_TYPE_FC}, "External Fibre Channel port",
+    {"ext",             2, number_form::number,   false, 1, kMaxPort + 1, {IF_TYPE_FC}, "External Fibre Channel port",
                                                                            name_family::external},
-    {"external",        4, number_form::kSlotPort, false, 0, 0,           {IF_TYPE_EXTERNAL},     "External port"},
+    {"external",        4, number_form::slot_port, false, 0, 0,           {IF_TYPE_EXTERNAL},     "External port"},
 };
 // clang-format on
 
@@ -56,7 +56,7 @@ struct interface_number {
   name_family family = name_family::usual;
   uint32 unit = 0;
   uint32 slot = 0;
-  uint32 port = 0;  // or the number of a kNumber interface
+  uint32 port = 0;  // or the number of an interface with number_form::number
   uint32 sub_interface = 0;
 
   auto operator<=>(const interface_number&) const = default;
@@ -70,17 +70,17 @@ struct interface_span {
 
 // What is wrong with a name or a range.
 enum class range_fault : uint8 {
-  kUnknownWord,
-  kAmbiguousWord,
-  kMissingWord,
-  kMissingNumber,
-  kBadNumber,
-  kReversed,
-  kTooWide,  // over ports or slots that have no simple order
-  kEmpty,
-  kOtherWord,  // the ends of a span have different words
-  kOpenQuote,
-  kTrailingText
+  unknown_word,
+  ambiguous_word,
+  missing_word,
+  missing_number,
+  bad_number,
+  reversed,
+  too_wide,  // over ports or slots that have no simple order
+  empty,
+  other_word,  // the ends of a span have different words
+  open_quote,
+  trailing_text
 };
 
 // Whether the word names one interface only, whose number may be left out.

@@ -69,18 +69,18 @@ bool fits(const interface_word& word, const interface_number& number) {
   if (number.sub_interface != 0 && !word.has_sub_interfaces) return false;
   if (number.unit != 0) return word.kinds.back() == IF_TYPE_SATELLITE && is_satellite_port(number);
   if (word.kinds.front() == IF_TYPE_FC && number.slot > kMaxFcSlot + 1) return false;
-  if (word.form == number_form::kSlotPort) return is_slot_port(number);
+  if (word.form == number_form::slot_port) return is_slot_port(number);
   return within(number.port, word.lowest, word.highest);
 }
 
 std::optional<interface_number> whole_number(const interface_word& word, const written_number& written) {
   interface_number number{.family = word.family};
-  if (word.form == number_form::kNumber && written.num_parts == 1) {
+  if (word.form == number_form::number && written.num_parts == 1) {
     number.port = written.parts[0];
-  } else if (word.form == number_form::kSlotPort && written.num_parts == 2) {
+  } else if (word.form == number_form::slot_port && written.num_parts == 2) {
     number.slot = written.parts[0];
     number.port = written.parts[1];
-  } else if (word.form == number_form::kSlotPort && written.num_parts == 3 && written.parts[0] != 0) {
+  } else if (word.form == number_form::slot_port && written.num_parts == 3 && written.parts[0] != 0) {
     number = {.unit = written.parts[0], .slot = written.parts[1], .port = written.parts[2]};
   } else {
     return std::nullopt;
@@ -147,7 +147,7 @@ class range_reader {
   void item(std::vector<range_item>& list) {
     skip_blanks();
     reading_.ending = {.begun = at_, .begins_item = true, .number = word_};
-    if (is_at_end() || text_[at_] == ',') return fault(range_fault::kEmpty, "empty range", {});
+    if (is_at_end() || text_[at_] == ',') return fault(range_fault::empty, "empty range", {});
     if (scope_ == range_scope::all && is_quote(text_[at_])) return pattern(list);
     if (!is_letter(text_[at_])) return after_word(list);
     const std::size_t start = at_;
@@ -173,12 +173,12 @@ class range_reader {
   }
 
   void word_error(range_fault reason, std::string_view token) {
-    fault(reason, reason == range_fault::kUnknownWord ? "unknown interface" : "ambiguous interface", token);
+    fault(reason, reason == range_fault::unknown_word ? "unknown interface" : "ambiguous interface", token);
   }
 
   void after_word(std::vector<range_item>& list) {
     if (is_word_bad_) return skip_item();
-    if (word_ == nullptr) return fault(range_fault::kMissingWord, "no kind of interface in front of", rest_token());
+    if (word_ == nullptr) return fault(range_fault::missing_word, "no kind of interface in front of", rest_token());
     numbers(list, *word_);
   }
 
@@ -217,7 +217,7 @@ class range_reader {
 
   // A whole number, or the last part of one that is in the same slot as the number before, or on the same port.
   std::optional<interface_number> low_number(const interface_word& word, const written_number& written) const {
-    const bool is_whole = word.form == number_form::kNumber || !last_number_;
+    const bool is_whole = word.form == number_form::number || !last_number_;
     return is_whole ? whole_number(word, written) : high_number(word, *last_number_, written);
   }
 
@@ -245,10 +245,10 @@ class range_reader {
     const std::string_view both(low_token.data(),
                                 static_cast<std::size_t>(token.data() + token.size() - low_token.data()));
     if (!has_simple_order(span.low, *high)) {
-      fault(range_fault::kTooWide, "range over more than the sub-interfaces of one port", both);
+      fault(range_fault::too_wide, "range over more than the sub-interfaces of one port", both);
       return false;
     }
-    if (*high < span.low) return fault(range_fault::kReversed, "reversed range", both), false;
+    if (*high < span.low) return fault(range_fault::reversed, "reversed range", both), false;
     span.high = *high;
     return true;
   }
@@ -262,7 +262,7 @@ class range_reader {
     if (again == nullptr)
       word_error(reason, token);
     else
-      fault(range_fault::kOtherWord, "range from " + std::string(word.word) + " to another kind", token);
+      fault(range_fault::other_word, "range from " + std::string(word.word) + " to another kind", token);
     return false;
   }
 
@@ -273,10 +273,10 @@ class range_reader {
     if (end == std::string_view::npos) {
       reading_.ending = {.begun = text_.size(), .is_in_quotes = true};
       at_ = text_.size();
-      return note(range_fault::kOpenQuote, "unclosed quote", text_.substr(start));
+      return note(range_fault::open_quote, "unclosed quote", text_.substr(start));
     }
     at_ = end + 1;
-    if (end == start + 1) return fault(range_fault::kEmpty, "empty pattern", text_.substr(start, 2));
+    if (end == start + 1) return fault(range_fault::empty, "empty pattern", text_.substr(start, 2));
     list.emplace_back(name_pattern{std::string(text_.substr(start + 1, end - start - 1))});
     end_item();
   }
@@ -284,15 +284,15 @@ class range_reader {
   // An item ends at a blank or a comma.
   void end_item() {
     if (is_at_end() || is_blank(text_[at_]) || text_[at_] == ',') return;
-    fault(range_fault::kTrailingText, "unexpected text", rest_token());
+    fault(range_fault::trailing_text, "unexpected text", rest_token());
   }
 
   void missing_number(const interface_word& word) {
-    fault(range_fault::kMissingNumber, "no number for " + std::string(word.word), rest_token());
+    fault(range_fault::missing_number, "no number for " + std::string(word.word), rest_token());
   }
 
   void bad_number(const interface_word& word, std::string_view token) {
-    fault(range_fault::kBadNumber, "not a number of " + std::string(word.word), token);
+    fault(range_fault::bad_number, "not a number of " + std::string(word.word), token);
   }
 
   // `token` is a part of the text; an empty one stands for the place that was reached.
@@ -308,7 +308,7 @@ class range_reader {
   void fault(range_fault kind, std::string_view reason, std::string_view token) {
     note(kind, reason, token);
     reading_.ending.is_complete = false;
-    if (kind != range_fault::kEmpty || !token.empty()) skip_item();
+    if (kind != range_fault::empty || !token.empty()) skip_item();
   }
 
   void skip_item() {
@@ -368,7 +368,7 @@ std::optional<range_error> first_error(std::string_view text, const range_readin
   if (!reading.errors.empty()) return reading.errors.front();
   const std::string_view token = text.substr(rest, text.find_first_of(kBlanks, rest) - rest);
   const std::string reason = "unexpected text " + quoted(token);
-  return range_error{range_fault::kTrailingText, rest, token.size(), reason,
+  return range_error{range_fault::trailing_text, rest, token.size(), reason,
                      reason + " at character " + std::to_string(rest + 1)};
 }
 

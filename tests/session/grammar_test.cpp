@@ -255,7 +255,7 @@ TEST(Grammar, EveryInterfaceWordStartsARange) {
       EXPECT_NE(command_of("show interface " + std::string(word.word)), nullptr);
       continue;
     }
-    const char* const number = word.form == host::number_form::kSlotPort ? "1/1" : "1";
+    const char* const number = word.form == host::number_form::slot_port ? "1/1" : "1";
     EXPECT_NE(command_of("show interface " + std::string(word.word) + " " + number), nullptr);
     EXPECT_NE(command_of("show interface " + std::string(word.word) + number), nullptr);
   }

@@ -138,7 +138,7 @@ void check_word(const table_reader& reader, std::string_view word) {
 std::string_view read_syntax(const table_reader& reader, const pmsh_command_t& entry) {
   const std::string_view words = read_text(reader, entry.words, "words");
   const auto parts = split_words(words);
-  if (parts.size() > MAX_SYNTAX_WORDS) reader.refuse("it has more than " + std::to_string(MAX_SYNTAX_WORDS) + " words");
+  if (parts.size() > kMaxSyntaxWords) reader.refuse("it has more than " + std::to_string(kMaxSyntaxWords) + " words");
   if (parts.empty() || parts.front().text != "show") reader.refuse("it does not begin with 'show'");
   std::vector<std::string_view> texts;
   for (const word_token& part : parts) {
@@ -273,7 +273,7 @@ std::multimap<std::string_view, owner_of_kinds>& owners() {
 // Whether both accept a common line, comparing arguments by their names.
 bool share_a_line(const command_syntax& one, const command_syntax& other) {
   // [i][j]: the first i words of one and the first j of the other accept a common line.
-  bool agree[MAX_SYNTAX_WORDS + 1][MAX_SYNTAX_WORDS + 1] = {{true}};
+  bool agree[kMaxSyntaxWords + 1][kMaxSyntaxWords + 1] = {{true}};
   for (std::size_t i = 0; i <= one.num_words; ++i) {
     for (std::size_t j = 0; j <= other.num_words; ++j) {
       if (!agree[i][j]) continue;

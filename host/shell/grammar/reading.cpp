@@ -22,7 +22,7 @@ std::vector<std::string_view> beginnings_of_range(std::string_view word) {
   const interface_word* const named = parse_interface_word(letters, fault);
   if (named != nullptr) return {named->word};
   std::vector<std::string_view> found;
-  if (fault != range_fault::kAmbiguousWord) return found;
+  if (fault != range_fault::ambiguous_word) return found;
   for (const interface_word& known : kInterfaceWords)
     if (starts_with_ignoring_case(known.word, letters)) found.push_back(known.word);
   return found;
@@ -162,7 +162,7 @@ void keep_argument(step& reading, std::string_view word, command_line& line) {
 // Whether an error is that the line ends too soon: more may still be typed.
 bool is_of_end(const range_error& error, std::size_t end, bool is_being_typed) {
   if (error.position + error.length != end) return false;
-  const bool is_missing = error.fault == range_fault::kEmpty || error.fault == range_fault::kMissingNumber;
+  const bool is_missing = error.fault == range_fault::empty || error.fault == range_fault::missing_number;
   return is_being_typed || (is_missing && error.length == 0);
 }
 

@@ -72,17 +72,17 @@ struct syntax_word {
   bool is_optional = false;
 };
 
-enum { MAX_SYNTAX_WORDS = 8 };
+enum { kMaxSyntaxWords = 8 };
 
 struct command_syntax {
   std::string_view text;
-  std::array<syntax_word, MAX_SYNTAX_WORDS> words{};
+  std::array<syntax_word, kMaxSyntaxWords> words{};
   std::size_t num_words = 0;
 
   constexpr command_syntax() = default;
   consteval command_syntax(const char* written) : command_syntax(std::string_view(written)) {}
 
-  // At most MAX_SYNTAX_WORDS words, with one blank between them.
+  // At most kMaxSyntaxWords words, with one blank between them.
   explicit constexpr command_syntax(std::string_view written) : text(written) {
     std::string_view left = text;
     while (!left.empty()) {

@@ -81,7 +81,7 @@ void add_interfaces(std::string& page) {
   heading(page, "Interfaces");
   table_head(page, "Name", "Interface");
   for (const interface_word& word : kInterfaceWords) {
-    std::string number = word.form == number_form::kSlotPort ? "SLOT/PORT" : "NUMBER";
+    std::string number = word.form == number_form::slot_port ? "SLOT/PORT" : "NUMBER";
     if (word.has_sub_interfaces) number += "[.SUB-INTERFACE]";
     if (names_one_interface(word)) number = "";
     row(page, std::string(word.word) + (number.empty() ? "" : " ") + number, word.help);
