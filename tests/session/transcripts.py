@@ -12,7 +12,7 @@ and goes on with what a person types. Empty lines are skipped. A line is typed a
 
     show interface<TAB>
     type: show tr?          without Enter
-    wait: --More--          waits for this text in place of the prompt; "wait: lab# " waits for a prompt
+    wait: --More--          waits for this text in place of the prompt; "wait: lab#" waits for a prompt
     screen: first page      keeps what is on the screen, under this title
 
 Keys are written by their names: <TAB> <Ctrl-C> <Up> ...; <resize 40x10> changes the size of the terminal. The clock of the
@@ -129,7 +129,7 @@ class Session:
     def wait_for_text(self, text):
         self.wait_for(lambda: text in self.screen.text[self.consumed:], repr(text))
         self.consumed = self.screen.text.index(text, self.consumed) + len(text)
-        if PROMPT.match(text):
+        if PROMPT.match(text + " "):
             self.wait_for(self.is_at_prompt, "the prompt")
 
     def keep_screen(self, title):
@@ -191,7 +191,7 @@ def read_transcript(file):
         elif found := re.match(r"^type: (.*)<Enter>$", line):
             steps.append((number, "line", found[1]))
         elif found := re.match(r"^(type|wait|screen): (.+)$", line):
-            steps.append((number, found[1], found[2]))
+            steps.append((number, found[1], found[2].rstrip()))
         elif line.strip():
             steps.append((number, "line", line))
     return settings, steps

@@ -37,7 +37,7 @@ screen_size size_of(int terminal) {
 
 int ask_for_key(int screen, int keys, std::string_view question) {
   termios saved{};
-  if (tcgetattr(keys, &saved) != 0) return -1;
+  if (tcgetattr(keys, &saved) != 0) return put(screen, question), -1;
   termios raw = saved;
   raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
   raw.c_cc[VMIN] = 1;
@@ -71,8 +71,10 @@ void pager::erase() {
 // Blank shows the next screen, Return the next line, q ends the output.
 bool pager::ask() {
   int key = 0;
+  std::string_view question = "--More--";
   do {
-    key = ask_for_key(terminal_, STDIN_FILENO, "\r--More--");
+    key = ask_for_key(terminal_, STDIN_FILENO, question);
+    question = {};
   } while (key >= 0 && std::string_view(" \r\nqQ").find(static_cast<char>(key)) == std::string_view::npos);
   put(terminal_, key < 0 ? "\r        \r^C" : "\r        \r");
   if (key == ' ') rows_used_ = 0;
