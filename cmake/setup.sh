@@ -6,7 +6,7 @@ build_packages=(g++ cmake ninja-build pkgconf clang-format libedit-dev libcli11-
   libre2-dev)
 test_packages=(abigail-tools googletest clang libclang-rt-14-dev g++-powerpc-linux-gnu qemu-user jq python3
   python3-jsonschema rapidjson-dev iproute2
-  ethtool strace)
+  ethtool less strace)
 
 say() { printf '%s\n' "$*" >&2; }
 
