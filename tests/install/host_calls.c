@@ -74,7 +74,7 @@ static int fails_with(const void* made, char** error, const char* text) {
 static void open_wrongly(void) {
   char* error = NULL;
   CHECK(fails_with(pmhost_open("/nowhere/none.yaml", &error), &error, "/nowhere/none.yaml"));
-  CHECK(fails_with(pmhost_open(NULL, &error), &error, "no name"));
+  CHECK(fails_with(pmhost_open(NULL, &error), &error, "no switch file"));
   CHECK(pmhost_open("/nowhere/none.yaml", NULL) == NULL);
   pmhost_close(NULL);
 }
