@@ -14,6 +14,9 @@
 
 namespace host {
 
+// The command id of a block that is for no display.
+inline constexpr uint32 kNoDisplayId = 0;
+
 // One block for a command of a user, null with all rights; argument 0 is set for each call. The library is that which
 // is called.
 class command_parameters {

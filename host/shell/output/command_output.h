@@ -73,6 +73,9 @@ class command_output {
   }
   // Binds a value; it is stored when the output is structured.
   void bind(const cmd_tuple_t& tuple);
+
+  // Binds a text to a tag of the shell itself.
+  void bind_text(uint16 tag, const std::string& text) { bind({uint32{CMD_TYPE_STRING} << 24 | tag, text.c_str()}); }
   // Whether the value of the current interface is unknown: it shows as "--", and bind_unknown() leaves null.
   bool is_unknown(const cmd_tuple_t& tuple);
   void bind_unknown(const cmd_tuple_t& tuple);

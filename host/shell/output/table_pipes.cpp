@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <deque>
 #include <utility>
 
@@ -110,7 +111,8 @@ bool is_digit(char character) { return character >= '0' && character <= '9'; }
 
 // What rows are compared by: numbers, then texts, in which runs of digits are numbers, then what is not known.
 struct sort_key {
-  enum { number, text, unknown } kind = unknown;
+  enum class kind_of_value : uint8_t { number, text, unknown };
+  kind_of_value kind = kind_of_value::unknown;
   long double value = 0;
   std::string_view written;
 };
@@ -118,17 +120,17 @@ struct sort_key {
 sort_key key_of(std::string_view written) {
   if (written.empty() || written == kUnknown) return {};
   const std::size_t digit = written.front() == '-' ? 1 : 0;
-  if (digit == written.size() || !is_digit(written[digit])) return {sort_key::text, 0, written};
+  if (digit == written.size() || !is_digit(written[digit])) return {sort_key::kind_of_value::text, 0, written};
   long double value = 0;
   const char* const end = written.data() + written.size();
   const auto read = std::from_chars(written.data(), end, value);
-  if (read.ec != std::errc{}) return {sort_key::text, 0, written};
-  if (read.ptr == end) return {sort_key::number, value, written};
+  if (read.ec != std::errc{}) return {sort_key::kind_of_value::text, 0, written};
+  if (read.ptr == end) return {sort_key::kind_of_value::number, value, written};
   constexpr std::pair<char, long double> kPrefixes[] = {{'k', 1e3L},  {'M', 1e6L},  {'G', 1e9L},
                                                         {'T', 1e12L}, {'P', 1e15L}, {'E', 1e18L}};
   for (const auto& [prefix, factor] : kPrefixes)
-    if (*read.ptr == prefix && read.ptr + 1 == end) return {sort_key::number, value * factor, written};
-  return {sort_key::text, 0, written};
+    if (*read.ptr == prefix && read.ptr + 1 == end) return {sort_key::kind_of_value::number, value * factor, written};
+  return {sort_key::kind_of_value::text, 0, written};
 }
 
 bool is_before(std::string_view left, std::string_view right) {
@@ -155,8 +157,8 @@ bool is_before(std::string_view left, std::string_view right) {
 
 bool is_before(const sort_key& left, const sort_key& right) {
   if (left.kind != right.kind) return left.kind < right.kind;
-  if (left.kind == sort_key::number) return left.value < right.value;
-  return left.kind == sort_key::text && is_before(left.written, right.written);
+  if (left.kind == sort_key::kind_of_value::number) return left.value < right.value;
+  return left.kind == sort_key::kind_of_value::text && is_before(left.written, right.written);
 }
 
 class sort_stage : public keeping_stage {
@@ -285,7 +287,7 @@ class columns_stage : public keeping_stage {
         if (it.line.table != table.of || it.values.empty()) continue;
         const std::string& value = it.values[column];
         width = std::max(width, count_characters(value));
-        is_number &= key_of(value).kind != sort_key::text;
+        is_number &= key_of(value).kind != sort_key::kind_of_value::text;
       }
       table.widths.push_back(width);
       table.is_number.push_back(is_number);

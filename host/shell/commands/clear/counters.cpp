@@ -28,8 +28,6 @@
 namespace host {
 namespace {
 
-constexpr uint32 kNoDisplayId = 0;
-
 // Kinds that show counters, by the commands that clear all of them.
 constexpr if_index_type_t kPorts[] = {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE, IF_TYPE_VETHERNET};
 constexpr if_index_type_t kChannels[] = {IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_PORT_CHANNEL};

@@ -77,15 +77,12 @@ void print_changes(command_output& output, const std::map<if_index_t, shown_chan
 }
 
 void record_changes(command_output& output, const std::map<if_index_t, shown_change>& shown) {
-  const auto bind_text = [&output](uint16 tag, const std::string& text) {
-    output.bind({uint32{CMD_TYPE_STRING} << 24 | tag, text.c_str()});
-  };
   for (const auto& [if_index, change] : shown) {
     const setting_difference all = with_interface(change, {&if_index, 1});
     char name[64];
     output.begin_interface(sprintf_if_index(name, if_index));
-    bind_text(kTagDiffBefore, joined(all.before));
-    bind_text(kTagDiffAfter, joined(all.after));
+    output.bind_text(kTagDiffBefore, joined(all.before));
+    output.bind_text(kTagDiffAfter, joined(all.after));
     output.end_interface();
   }
 }

@@ -20,8 +20,6 @@
 namespace host {
 namespace {
 
-constexpr uint32 kNoDisplayId = 0;
-
 // The interfaces that were named, or all that the user may see.
 selection select_configured(const invocation& run) {
   const command_queue q;
@@ -38,11 +36,6 @@ std::string configuration_text(const invocation& run, const selection& chosen) {
                         is_whole ? std::span<const if_index_t>(the_machine().deleted) : std::span<const if_index_t>());
 }
 
-// `text` outlives the tuple.
-cmd_tuple_t text_tuple(uint16 tag, const std::string& text) {
-  return {uint32{CMD_TYPE_STRING} << 24 | tag, text.c_str()};
-}
-
 // A record for each command of each interface.
 void record_commands(command_output& output, const selection& chosen) {
   for (const if_index_t if_index : chosen.interfaces) {
@@ -52,7 +45,7 @@ void record_commands(command_output& output, const selection& chosen) {
     for (std::string line; std::getline(lines, line);) {
       output.begin_interface(sprintf_if_index(name, if_index));
       const std::string command(trim(line));
-      output.bind(text_tuple(kTagCommand, command));
+      output.bind_text(kTagCommand, command);
       output.end_interface();
     }
   }
@@ -88,8 +81,8 @@ void record_commands(command_output& output, const std::string& text) {
       continue;
     }
     output.begin_interface({});
-    if (!range.empty()) output.bind(text_tuple(kTagCommandRange, range));
-    output.bind(text_tuple(kTagCommand, command));
+    if (!range.empty()) output.bind_text(kTagCommandRange, range);
+    output.bind_text(kTagCommand, command);
     output.end_interface();
   }
 }

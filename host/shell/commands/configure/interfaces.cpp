@@ -15,8 +15,6 @@
 namespace host {
 namespace {
 
-constexpr uint32 kNoDisplayId = 0;
-
 configured_interfaces ranges_of(const std::vector<if_index_t>& interfaces) {
   configured_interfaces found;
   for (const auto& [first, last] : runs_of(interfaces)) {

@@ -19,8 +19,6 @@
 namespace host {
 namespace {
 
-constexpr uint32 kNoDisplayId = 0;
-
 // ---- The values of a setting's tokens, which must outlive the call.
 
 struct token_values {

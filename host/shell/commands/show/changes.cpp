@@ -57,19 +57,16 @@ void print_step(command_output& output, std::size_t number, const change_step& s
 
 void record_step(command_output& output, std::size_t number, const change_step& step, const std::string& user,
                  const std::map<if_index_t, setting_difference>& found) {
-  const auto bind_text = [&output](uint16 tag, const std::string& text) {
-    output.bind({uint32{CMD_TYPE_STRING} << 24 | tag, text.c_str()});
-  };
   for (const auto& [if_index, made] : found) {
     char name[64];
     output.begin_interface(sprintf_if_index(name, if_index));
     const auto counted = static_cast<uint32>(number);
     output.bind({uint32{CMD_TYPE_UINT32} << 24 | kTagChangeStep, &counted});
-    bind_text(kTagChangedAt, utc_text(step.at_sec));
-    bind_text(kTagChangeUser, user);
-    bind_text(kTagChangeCommand, step.command);
-    bind_text(kTagChangeBefore, joined(made.before));
-    bind_text(kTagChangeAfter, joined(made.after));
+    output.bind_text(kTagChangedAt, utc_text(step.at_sec));
+    output.bind_text(kTagChangeUser, user);
+    output.bind_text(kTagChangeCommand, step.command);
+    output.bind_text(kTagChangeBefore, joined(made.before));
+    output.bind_text(kTagChangeAfter, joined(made.after));
     output.end_interface();
   }
 }

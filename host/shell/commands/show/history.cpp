@@ -21,7 +21,7 @@ int show_history(const invocation& run) {
       continue;
     }
     run.output.begin_interface({});
-    run.output.bind({uint32{CMD_TYPE_STRING} << 24 | kTagCommand, line.c_str()});
+    run.output.bind_text(kTagCommand, line);
     run.output.end_interface();
   }
   return kDone;

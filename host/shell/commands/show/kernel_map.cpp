@@ -40,8 +40,8 @@ int show_kernel_map(const invocation& run) {
     if (run.output.is_structured()) {
       char name[64];
       run.output.begin_interface(sprintf_if_index(name, it.if_index), it.if_index);
-      run.output.bind({uint32{CMD_TYPE_STRING} << 24 | kTagMapDevice, it.name.c_str()});
-      run.output.bind({uint32{CMD_TYPE_STRING} << 24 | kTagMapReason, reason.c_str()});
+      run.output.bind_text(kTagMapDevice, it.name);
+      run.output.bind_text(kTagMapReason, reason);
       run.output.end_interface();
       continue;
     }

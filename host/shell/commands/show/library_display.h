@@ -20,7 +20,7 @@ bool has_named_module(const invocation& run);
 template <typename Show>
 int run_display(const invocation& run, Show show) {
   const command_queue q;
-  command_parameters parameters(run.session.library, run.session.user, q.handle, 0);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   show(parameters.for_ranges(0, {}));
   run.output.flush();
   return run.output.failed() ? kServiceFailed : kDone;

@@ -209,7 +209,7 @@ selection select_overview(command_parameters& parameters) {
 
 int show_overview(const invocation& run) {
   const command_queue q;
-  command_parameters parameters(run.session.library, run.session.user, q.handle, 0);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   const selection chosen = run.line.range.empty() ? select_overview(parameters)
                                                   : select_named(parameters, run.line.range, absent_ends::skip);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);

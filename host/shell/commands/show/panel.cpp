@@ -13,6 +13,7 @@
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
+#include "shell/output/terminal/locale.h"
 #include "shell/output/terminal/printable.h"
 
 namespace host {
@@ -96,16 +97,6 @@ void bind_place(command_output& output, if_index_t if_index) {
 
 // ---- Output ---------------------------------------------------------------------------------------------------------
 
-bool is_utf8_locale() {
-  for (const char* const name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    const char* const locale = std::getenv(name);
-    if (locale == nullptr || *locale == '\0') continue;
-    const std::string_view text = locale;
-    return text.ends_with("UTF-8") || text.ends_with("utf8");
-  }
-  return false;
-}
-
 // Marks belong to the channel: plain text has those of optical diagnostics.
 void print(command_output& output, const panel_line& shown) {
   line_gatherer& line = output.line();
@@ -116,7 +107,7 @@ void print(command_output& output, const panel_line& shown) {
 }
 
 void print_fronts(command_output& output, const std::vector<front_panel>& fronts) {
-  const panel_style style = {output.columns(), output.has_colours(), is_utf8_locale()};
+  const panel_style style = {output.columns(), output.has_colours(), has_utf8_locale()};
   for (const front_panel& front : fronts)
     for (const panel_line& line : lines_of(front, style)) print(output, line);
   print(output, legend(style));
@@ -124,7 +115,7 @@ void print_fronts(command_output& output, const std::vector<front_panel>& fronts
 
 int show_panel(const invocation& run) {
   const command_queue q;
-  command_parameters parameters(run.session.library, run.session.user, q.handle, 0);
+  command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
   const selection chosen = select_ports(parameters);
   if (chosen.code != kDone) return chosen.code;
 

@@ -20,6 +20,7 @@
 #include "shell/commands/group.h"
 #include "shell/commands/watch/drawing.h"
 #include "shell/library/interface_kinds.h"
+#include "shell/output/terminal/locale.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/output/terminal/printable.h"
 #include "shell/output/terminal/restore_terminal.h"

@@ -1,9 +1,7 @@
 #include "shell/output/terminal/sparkline.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
-#include <cstdlib>
 #include <iterator>
 #include <string_view>
 
@@ -15,18 +13,6 @@ constexpr std::string_view kLetters[] = {"_", ".", "-", "=", "+", "*", "%", "#"}
 static_assert(std::size(kBlocks) == std::size(kLetters));
 
 }  // namespace
-
-bool has_utf8_locale() {
-  for (const char* const name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    const char* const value = std::getenv(name);
-    if (value == nullptr || value[0] == '\0') continue;
-    std::string plain;
-    for (const char character : std::string_view(value))
-      if (character != '-') plain += static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
-    return plain.find("utf8") != std::string::npos;
-  }
-  return false;
-}
 
 std::string sparkline(std::span<const double> values, std::size_t width, bool is_utf8) {
   if (values.size() > width) values = values.last(width);

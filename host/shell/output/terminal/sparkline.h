@@ -6,9 +6,6 @@
 
 namespace host {
 
-// Whether the environment names a locale of UTF-8 for characters.
-bool has_utf8_locale();
-
 // A character for each of the last `width` values, whose height is its share of the greatest of them; values are not
 // negative. Blocks of UTF-8, or ASCII.
 std::string sparkline(std::span<const double> values, std::size_t width, bool is_utf8);
