@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/text.h"
 #include "shell/output/schema/schema.h"
 #include "shell/output/terminal/printable.h"
 
@@ -16,12 +17,6 @@ constexpr std::size_t kShortestRule = 20;
 constexpr std::size_t kMostTitleLines = 6;
 
 using piece = table_sink::piece;
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t");
-  return first == std::string_view::npos ? std::string_view()
-                                         : text.substr(first, text.find_last_not_of(" \t") + 1 - first);
-}
 
 bool is_rule(std::string_view text) {
   const std::string_view dashes = text.substr(0, text.find_last_not_of(' ') + 1);  // npos + 1 is 0
@@ -83,7 +78,7 @@ std::vector<piece> pieces_of(const text_line& row) {
     const std::size_t first = text.find_first_not_of(' ');
     done = cell.end;
     if (first == std::string_view::npos) continue;
-    const std::string_view value = trimmed(text);
+    const std::string_view value = trim(text);
     const std::size_t begin = character_at(row.text, cell.begin + first);
     found.push_back({begin, begin + count_characters(value), std::string(value), cell.id});
   }
@@ -123,7 +118,7 @@ void table_sink::release(const line_table* as) {
 }
 
 void table_sink::take(const text_line& it) {
-  const bool is_blank = trimmed(it.text).empty();
+  const bool is_blank = trim(it.text).empty();
   const bool begins_header = it.role == line_role::title || is_rule(it.text);
   if (state_ == state::below_header && (is_blank || begins_header)) begin_rows(nullptr);
   if (begins_header && state_ != state::in_header) {

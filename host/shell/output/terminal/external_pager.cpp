@@ -13,6 +13,9 @@
 #include <string_view>
 #include <vector>
 
+#include "base/text.h"
+#include "base/tokens.h"
+
 namespace host {
 namespace {
 
@@ -34,12 +37,7 @@ bool is_installed(std::string_view program) {
 std::vector<std::string> arguments_of(const std::string& command) {
   if (command.find_first_of("|&;<>()$`\\\"'*?[#~=%\n") != std::string::npos) return {"/bin/sh", "-c", command};
   std::vector<std::string> words;
-  std::size_t at = 0;
-  while ((at = command.find_first_not_of(" \t", at)) != std::string::npos) {
-    const std::size_t end = std::min(command.find_first_of(" \t", at), command.size());
-    words.push_back(command.substr(at, end - at));
-    at = end;
-  }
+  for (const word_token& word : split_words(command)) words.emplace_back(word.text);
   return words;
 }
 
@@ -83,11 +81,8 @@ int spawn(const std::string& command, int input, pid_t& child) {
 pager_choice chosen_pager() {
   const char* const named = std::getenv("PAGER");
   if (named == nullptr) return {is_installed("less") ? kUsual : ""};
-  const std::string command = named;
-  const std::size_t first = command.find_first_not_of(" \t");
-  if (first == std::string::npos) return {"", false};
-  const std::string trimmed = command.substr(first, command.find_last_not_of(" \t") + 1 - first);
-  return {trimmed, trimmed != "cat"};
+  const std::string command(trim(named));
+  return {command, !command.empty() && command != "cat"};
 }
 
 int external_pager::start(const std::string& command) {
