@@ -27,10 +27,22 @@ int visit_message(const nlmsghdr* message, void* visitor) {
 
 constexpr message_policy kExtackPolicy = {{NLMSGERR_ATTR_MSG, attribute_type::text, 1}};
 
-// The first text among the messages.
-std::string words_among(const char* messages, std::size_t size) {
-  int left = static_cast<int>(size);
-  for (const auto* at = reinterpret_cast<const nlmsghdr*>(messages); mnl_nlmsg_ok(at, left);
+// The complete messages at the start of a datagram. A length is compared as it is: as an int it may be negative.
+std::span<const char> complete_messages(std::span<const char> datagram) {
+  std::span<const char> left = datagram;
+  while (left.size() >= sizeof(nlmsghdr)) {
+    nlmsghdr head;
+    std::memcpy(&head, left.data(), sizeof head);
+    if (head.nlmsg_len < sizeof head || head.nlmsg_len > left.size()) break;
+    left = left.subspan(std::min<std::size_t>(NLMSG_ALIGN(head.nlmsg_len), left.size()));
+  }
+  return datagram.first(datagram.size() - left.size());
+}
+
+// The first text among complete messages.
+std::string words_among(std::span<const char> messages) {
+  int left = static_cast<int>(messages.size());
+  for (const auto* at = reinterpret_cast<const nlmsghdr*>(messages.data()); mnl_nlmsg_ok(at, left);
        at = mnl_nlmsg_next(at, &left))
     if (std::string words = extack_message(*at); !words.empty()) return words;
   return {};
@@ -47,10 +59,23 @@ class socket_channel : public kernel_channel {
   int send(const nlmsghdr& request) override {
     return mnl_socket_sendto(socket_.get(), &request, request.nlmsg_len) < 0 ? errno : 0;
   }
+  // Any process may send to the socket's port; only the kernel has the port 0.
   ssize_t receive(std::span<char> to, int& error) override {
-    const ssize_t size = mnl_socket_recvfrom(socket_.get(), to.data(), to.size());
-    error = errno;
-    return size;
+    while (true) {
+      sockaddr_nl sender{};
+      iovec buffer{to.data(), to.size()};
+      msghdr datagram{};
+      datagram.msg_name = &sender;
+      datagram.msg_namelen = sizeof sender;
+      datagram.msg_iov = &buffer;
+      datagram.msg_iovlen = 1;
+      const ssize_t size = recvmsg(mnl_socket_get_fd(socket_.get()), &datagram, 0);
+      error = size < 0 ? errno : 0;
+      if (size >= 0 && (datagram.msg_namelen != sizeof sender || sender.nl_pid != 0)) continue;
+      if (size < 0 || (datagram.msg_flags & MSG_TRUNC) == 0) return size;
+      error = ENOSPC;
+      return -1;
+    }
   }
 
  private:
@@ -140,14 +165,17 @@ int netlink_socket::receive(uint32 sequence, const message_visitor& visit) {
       if (error == EINTR) continue;  // a signal, not an interrupted dump
       return error;
     }
-    const int status = mnl_cb_run(buffer_.get(), static_cast<std::size_t>(size), sequence, channel_->port(),
-                                  visit_message, const_cast<message_visitor*>(&visit));
+    const std::span<const char> datagram(buffer_.get(), static_cast<std::size_t>(size));
+    const std::span<const char> messages = complete_messages(datagram);
+    const int status = mnl_cb_run(messages.data(), messages.size(), sequence, channel_->port(), visit_message,
+                                  const_cast<message_visitor*>(&visit));
     if (status < 0) {
       if (errno == ESRCH || errno == EPROTO) continue;  // left over from an earlier question
       error = errno;
-      reason_ = words_among(buffer_.get(), static_cast<std::size_t>(size));
+      reason_ = words_among(messages);
       return error;
     }
+    if (status != MNL_CB_STOP && datagram.size() - messages.size() >= sizeof(nlmsghdr)) return EBADMSG;
     if (status == MNL_CB_STOP) return 0;
   }
 }
