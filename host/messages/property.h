@@ -290,9 +290,17 @@ enum class property : uint16 {
   rx_power_2,
   rx_power_1,
   rx_power_0,
+
+  // Columns of tables.
+  peer_address,
+  address_scope,
+  address_flags,
+  address_label,
+  valid_lifetime_seconds,
+  preferred_lifetime_seconds,
 };
 
-inline constexpr uint16 kNumProperties = static_cast<uint16>(property::rx_power_0) + 1;
+inline constexpr uint16 kNumProperties = static_cast<uint16>(property::preferred_lifetime_seconds) + 1;
 
 // Counters, rates and loads, which not every user may see.
 constexpr bool is_of_traffic(property of) {

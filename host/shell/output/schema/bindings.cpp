@@ -661,6 +661,9 @@ constexpr uint64 kOfInterfaces =
     ((kForwardingVlansDisplay * 2 - 1) & ~uint64{kTransportDisplay} & ~uint64{kSettingDisplay}) | kOverviewDisplay |
     kPanelDisplay;
 
+// Tables of rows: the service of tables answers all of their values.
+constexpr uint64 kTables = kAddressesDisplay;
+
 // Fields that a display shows as plain text, or that belong to it: their values come only from the service.
 struct untagged {
   property of;
@@ -716,6 +719,19 @@ constexpr untagged kUntagged[] = {
     {property::base_checksum_ok, kTransceivers | kCalibrationDisplay},
     {property::extended_checksum_ok, kTransceivers | kCalibrationDisplay},
     {property::model, kPanelDisplay},
+    {property::interface, kTables},
+    {property::device, kTables},
+    {property::ifindex, kTables},
+    {property::state, kAddressesDisplay},
+    {property::mtu_bytes, kAddressesDisplay},
+    {property::ip_address, kAddressesDisplay},
+    {property::prefix_length_bits, kAddressesDisplay},
+    {property::peer_address, kAddressesDisplay},
+    {property::address_scope, kAddressesDisplay},
+    {property::address_flags, kAddressesDisplay},
+    {property::address_label, kAddressesDisplay},
+    {property::valid_lifetime_seconds, kAddressesDisplay},
+    {property::preferred_lifetime_seconds, kAddressesDisplay},
 };
 
 constexpr bool every_tag_is_one_field() {

@@ -23,8 +23,8 @@ constexpr field kFields[] = {
     {property::hardware, "hardware", text, "", "Hardware", "Hardware of the port"},
     {property::address, "address", mac, "", "Address", "Hardware address in use"},
     {property::burned_in_address, "burned_in_address", mac, "", "Burned-in address", "Hardware address that the hardware was made with"},
-    {property::ip_address, "ip_address", ipv4, "", "IPv4 address", "First IPv4 address"},
-    {property::prefix_length_bits, "prefix_length_bits", integer, "bits", "Prefix length", "Length of the prefix of the IPv4 address"},
+    {property::ip_address, "ip_address", ip, "", "IP address", "IP address; of a display of interfaces the first IPv4 address"},
+    {property::prefix_length_bits, "prefix_length_bits", integer, "bits", "Prefix length", "Length of the prefix of the IP address"},
 
     // State.
     {property::state, "state", enumeration, "", "State", "Operational state", enum_words::port_state},
@@ -294,6 +294,14 @@ constexpr field kFields[] = {
     {property::rx_power_2, "rx_power_2", integer, "", "Receive power, order 2", "Calibration coefficient of order 2"},
     {property::rx_power_1, "rx_power_1", integer, "", "Receive power, order 1", "Calibration coefficient of order 1"},
     {property::rx_power_0, "rx_power_0", integer, "", "Receive power, order 0", "Calibration coefficient of order 0"},
+
+    // Columns of tables.
+    {property::peer_address, "peer_address", ip, "", "Peer", "IP address at the other end of a link between two"},
+    {property::address_scope, "address_scope", text, "", "Scope", "Where the address is valid: global, site, link, host, or the kernel's number; null when it is not known"},
+    {property::address_flags, "address_flags", words, "", "Flags", "Flags of the address, such as primary, secondary, permanent, tentative, dadfailed, deprecated, temporary; null when they are not known"},
+    {property::address_label, "address_label", text, "", "Label", "Label of the address in the kernel"},
+    {property::valid_lifetime_seconds, "valid_lifetime_seconds", integer, "s", "Valid lifetime", "Seconds for which the address is valid; null for ever"},
+    {property::preferred_lifetime_seconds, "preferred_lifetime_seconds", integer, "s", "Preferred lifetime", "Seconds for which new connections use the address; null for ever"},
 
     // Messages of this process.
     {property::none, "sent", integer, "messages", "Messages sent", "Messages sent to services"},
