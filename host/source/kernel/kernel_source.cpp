@@ -21,6 +21,7 @@
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
 #include "source/kernel/sorted_records.h"
+#include "source/kernel/tables.h"
 #include "source/kernel/way.h"
 #include "switch/if_index_layout.h"
 #include "switch/live_statistics.h"
@@ -352,6 +353,11 @@ uint32 kernel_source::restore_interface(machine& model, const interface& deleted
   delete_created_device(deleted.if_index);
   model = read_again();
   return status;
+}
+
+std::unique_ptr<table_reader> kernel_source::open_table(const machine&, table_id table,
+                                                        const std::vector<if_index_t>& interfaces) {
+  return open_kernel_table(table, table_devices(links_, mapped_, interfaces));
 }
 
 kernel_device kernel_source::device_named(const mapped_device& it) {
