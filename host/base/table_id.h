@@ -8,7 +8,11 @@ namespace host {
 enum class table_id : uint16 {
   ipv4_addresses = 1,
   ipv6_addresses,
-  last = ipv6_addresses,
+  ipv4_neighbors,
+  ipv6_neighbors,
+  mac_addresses,  // of bridges and devices
+  bridge_ports,
+  last = bridge_ports,
 };
 
 }  // namespace host

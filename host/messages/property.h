@@ -34,6 +34,7 @@ enum class property : uint16 {
   bound_interface,
   multi_chassis_status,
   port_channel,
+  vrf,
 
   // Settings.
   vlan,
@@ -298,9 +299,26 @@ enum class property : uint16 {
   address_label,
   valid_lifetime_seconds,
   preferred_lifetime_seconds,
+  mac_address,
+  neighbor_state,
+  neighbor_flags,
+  bridge,
+  vlan_id,
+  entry_type,
+  entry_flags,
+  remote_address,
+  age_seconds,
+  spanning_tree_state,
+  spanning_tree_role,
+  path_cost,
+  port_priority,
+  port_id,
+  root_bridge,
+  designated_bridge,
+  last = designated_bridge,
 };
 
-inline constexpr uint16 kNumProperties = static_cast<uint16>(property::preferred_lifetime_seconds) + 1;
+inline constexpr uint16 kNumProperties = static_cast<uint16>(property::last) + 1;
 
 // Counters, rates and loads, which not every user may see.
 constexpr bool is_of_traffic(property of) {

@@ -711,6 +711,7 @@ constexpr row kRows[] = {
     {property::bound_interface, own_interface<&interface::bound_to>},
     {property::multi_chassis_status, own_text<&interface::multi_chassis_status>},
     {property::port_channel, own_interface<&port_settings::channel>},
+    {property::vrf, own_text<&interface::vrf>},
 
     {property::vlan, read_membership},
     {property::encapsulation, read_encapsulation},

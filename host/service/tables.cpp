@@ -55,6 +55,19 @@ class row_writer {
     else
       to_.interface(of, if_index);
   }
+  void mac(property of, const std::optional<mac_address>& mac) {
+    if (mac)
+      to_.mac(of, *mac);
+    else
+      to_.absent(of, absence::none);
+  }
+  // Without a value it is unknown.
+  void known_text(property of, const std::optional<std::string>& text) {
+    if (text && !text->empty())
+      to_.text(of, *text);
+    else
+      to_.absent(of, absence::not_supported);
+  }
   void device(const row_device& it) {
     interface(property::interface, it.if_index);
     text(property::device, it.name);
@@ -82,6 +95,51 @@ void write_row(const address_row& row, row_writer to) {
   to.text(property::address_label, row.label);
   to.number(property::valid_lifetime_seconds, row.valid_seconds);
   to.number(property::preferred_lifetime_seconds, row.preferred_seconds);
+}
+
+void write_row(const neighbor_row& row, row_writer to) {
+  to.device(row.device);
+  to.address(property::ip_address, row.address);
+  to.mac(property::mac_address, row.mac);
+  to.known_text(property::neighbor_state, row.state);
+  to.words(property::neighbor_flags, row.flags);
+  to.number(property::age_seconds, row.age_seconds);
+}
+
+void write_row(const forwarding_row& row, row_writer to) {
+  to.device(row.port);
+  to.text(property::bridge, row.bridge);
+  to.mac(property::mac_address, row.mac);
+  to.number(property::vlan_id, row.vlan);
+  to.text(property::entry_type, row.type);
+  to.words(property::entry_flags, row.flags);
+  to.address(property::remote_address, row.remote);
+  to.number(property::age_seconds, row.age_seconds);
+}
+
+// "8000.021c.7340.0100", as the parts of other addresses are written.
+std::optional<std::string> text_of(const std::optional<bridge_id>& id) {
+  if (!id) return std::nullopt;
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string text;
+  for (std::size_t i = 0; i < id->size(); ++i) {
+    if (i != 0 && i % 2 == 0) text += '.';
+    text += kDigits[(*id)[i] >> 4];
+    text += kDigits[(*id)[i] & 0xF];
+  }
+  return text;
+}
+
+void write_row(const bridge_port_row& row, row_writer to) {
+  to.device(row.port);
+  to.text(property::bridge, row.bridge);
+  to.known_text(property::spanning_tree_state, row.state);
+  to.known_text(property::spanning_tree_role, row.role);
+  to.number(property::path_cost, row.path_cost);
+  to.number(property::port_priority, row.priority);
+  to.number(property::port_id, row.port_id);
+  to.known_text(property::root_bridge, text_of(row.root));
+  to.known_text(property::designated_bridge, text_of(row.designated_bridge));
 }
 
 // ---- Open tables ----------------------------------------------------------------------------------------------------

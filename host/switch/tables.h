@@ -1,6 +1,7 @@
 // Tables of a switch: rows that a source reads piece by piece, so that a table of any length takes little memory.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -33,7 +34,39 @@ struct address_row {
   std::optional<uint32> preferred_seconds;
 };
 
-using table_row = std::variant<address_row>;
+struct neighbor_row {
+  row_device device;
+  ip_address address;
+  std::optional<mac_address> mac;
+  std::string state;
+  std::string flags;
+  std::optional<uint32> age_seconds;  // since it was known to be reachable
+};
+
+// An address that a bridge or a device forwards.
+struct forwarding_row {
+  row_device port;
+  std::string bridge;  // empty: the device's own
+  mac_address mac{};
+  std::optional<uint32> vlan;
+  std::string type;  // permanent, static or dynamic
+  std::string flags;
+  std::optional<ip_address> remote;   // of a tunnel
+  std::optional<uint32> age_seconds;  // since a packet came from the address
+};
+
+using bridge_id = std::array<uint8, 8>;  // priority, then the address
+
+struct bridge_port_row {
+  row_device port;
+  std::string bridge;
+  std::string state;                // empty: unknown
+  std::optional<std::string> role;  // none: the bridge does not run spanning tree itself
+  std::optional<uint32> path_cost, priority, port_id;
+  std::optional<bridge_id> root, designated_bridge;
+};
+
+using table_row = std::variant<address_row, neighbor_row, forwarding_row, bridge_port_row>;
 
 // A table that is being read. It lives until its last row was read, or the reader is dropped.
 class table_reader {

@@ -25,7 +25,7 @@ class table_query {
   bool next();
 
   // They live until the next call.
-  std::span<const row> rows() const { return rows_; }
+  std::span<row> rows() { return rows_; }
 
   // 0; kNoSuchTable, or why the source cannot read the table (see syserr2str). A service that does not answer, rejects
   // the request or sends a damaged answer is noted, and the error is PM_ERR_GENERAL.

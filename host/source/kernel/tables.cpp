@@ -1,5 +1,6 @@
 #include "source/kernel/tables.h"
 
+#include <linux/neighbour.h>
 #include <linux/rtnetlink.h>
 #include <sys/socket.h>
 
@@ -29,6 +30,12 @@ class dump_reader final : public table_reader {
   row_decoder decode_;
   table_devices devices_;
 };
+
+netlink_request neighbor_request(uint8 family) {
+  netlink_request request(RTM_GETNEIGH, NLM_F_DUMP);
+  request.extra<ndmsg>().ndm_family = family;
+  return request;
+}
 
 netlink_request address_request(uint8 family) {
   netlink_request request(RTM_GETADDR, NLM_F_DUMP);
@@ -73,6 +80,14 @@ std::unique_ptr<table_reader> open_kernel_table(table_id table, table_devices de
     case table_id::ipv6_addresses:
       return read_dump(address_request(table == table_id::ipv4_addresses ? AF_INET : AF_INET6),
                        "addresses of the kernel", decode_address_row, std::move(devices));
+    case table_id::ipv4_neighbors:
+    case table_id::ipv6_neighbors:
+      return read_dump(neighbor_request(table == table_id::ipv4_neighbors ? AF_INET : AF_INET6),
+                       "neighbors of the kernel", decode_neighbor_row, std::move(devices));
+    case table_id::mac_addresses:
+      return read_dump(neighbor_request(AF_BRIDGE), "MAC addresses of the kernel", decode_forwarding_row,
+                       std::move(devices));
+    case table_id::bridge_ports: return read_bridge_ports(std::move(devices));
   }
   return nullptr;
 }

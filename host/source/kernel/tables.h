@@ -58,6 +58,29 @@ std::unique_ptr<table_reader> open_kernel_table(table_id table, table_devices de
 // ---- Decoders of single messages ------------------------------------------------------------------------------------
 
 void decode_address_row(const nlmsghdr& message, const table_devices& devices, std::vector<table_row>& rows);
+void decode_neighbor_row(const nlmsghdr& message, const table_devices& devices, std::vector<table_row>& rows);
+void decode_forwarding_row(const nlmsghdr& message, const table_devices& devices, std::vector<table_row>& rows);
+
+// A bridge, by its own message, which spanning tree needs for the rows of its ports.
+struct bridge_state {
+  bool runs_spanning_tree = false;  // the kernel does
+  std::optional<bridge_id> id;
+  uint32 root_port = 0;  // number of a port; 0: it is the root
+};
+std::optional<bridge_state> decode_bridge(const nlmsghdr& message);
+
+// The row of a port; its role follows from its bridge.
+struct bridge_port {
+  uint32 bridge = 0;  // the kernel's number
+  uint32 number = 0;  // of the port in its bridge
+  uint32 designated_port = 0;
+  bridge_port_row row;
+};
+std::optional<bridge_port> decode_bridge_port(const nlmsghdr& message, const table_devices& devices);
+std::optional<std::string> role_of(const bridge_port& port, const bridge_state& bridge);
+
+// All ports at once: a bridge may come after its ports.
+std::unique_ptr<table_reader> read_bridge_ports(table_devices devices);
 
 // Words of the bits in `flags`, in the order of `words`, separated by commas.
 struct flag_word {

@@ -136,7 +136,8 @@ std::string shown_row::text(property of) const {
   return found->why_absent() == absence::none ? "" : "--";
 }
 
-int read_table(const invocation& run, table_id table, std::string_view what, const row_taker& take) {
+int read_table(const invocation& run, table_id table, std::string_view what, const row_taker& take,
+               const row_condition& is_shown) {
   const command_queue q;
   const selection chosen = interfaces_for(run, q.handle);
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
@@ -145,10 +146,16 @@ int read_table(const invocation& run, table_id table, std::string_view what, con
   table_query query(q.handle, table, chosen.interfaces);
   while (!may_see_none && query.next()) {
     if (run.output.is_discarding()) return kDone;
+    std::span<table_query::row> rows = query.rows();
+    if (is_shown) {
+      const auto shown = std::stable_partition(rows.begin(), rows.end(),
+                                               [&](const table_query::row& it) { return is_shown(shown_row(it)); });
+      rows = rows.first(static_cast<std::size_t>(shown - rows.begin()));
+    }
     if (run.output.is_structured())
-      for (const table_query::row& row : query.rows()) run.output.add_row(row);
-    else if (!query.rows().empty())
-      take(query.rows());
+      for (const table_query::row& row : rows) run.output.add_row(row);
+    else if (!rows.empty())
+      take(rows);
   }
   if (query.error() != 0) return report_failure(run, what, query.error());
   if (!run.output.is_structured()) take({});
@@ -158,17 +165,18 @@ int read_table(const invocation& run, table_id table, std::string_view what, con
   return chosen.result_of(kDone);
 }
 
-int show_table(const invocation& run, const table_view& view) {
+int show_table(const invocation& run, const table_view& view, const row_condition& is_shown) {
   table_printer printer(run.output, view);
   std::size_t count = 0;
-  return read_table(run, view.table, view.what, [&](std::span<const table_query::row> rows) {
+  const auto take = [&](std::span<const table_query::row> rows) {
     count += rows.size();
     if (!rows.empty()) return printer.add(rows);
     if (count == 0)
       run.output.text("There are no " + std::string(view.what) + ".\n");
     else
       printer.end();
-  });
+  };
+  return read_table(run, view.table, view.what, take, is_shown);
 }
 
 }  // namespace host

@@ -45,10 +45,13 @@ using row_taker = std::function<void(std::span<const table_query::row>)>;
 
 // Reads a table: of the interfaces that the line names, or all that the user may see. `take` gets its rows in pieces,
 // at least once; an empty piece is the end. Returns an exit code; errors are reported.
-int read_table(const invocation& run, table_id table, std::string_view what, const row_taker& take);
+// Rows for which `is_shown` is false are skipped; null: none.
+using row_condition = std::function<bool(const shown_row&)>;
+int read_table(const invocation& run, table_id table, std::string_view what, const row_taker& take,
+               const row_condition& is_shown = {});
 
 // Shows a table. One with few rows fits the terminal; the rows of a longer one are shown as they come, under the
 // columns of the first ones.
-int show_table(const invocation& run, const table_view& view);
+int show_table(const invocation& run, const table_view& view, const row_condition& is_shown = {});
 
 }  // namespace host

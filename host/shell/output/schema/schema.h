@@ -93,7 +93,10 @@ enum display_bit : uint64 {
   kClockDisplay = uint64{1} << 36,
   kHistoryDisplay = uint64{1} << 37,
   kAddressesDisplay = uint64{1} << 38,
-  kLastDisplay = kAddressesDisplay,
+  kNeighborsDisplay = uint64{1} << 39,
+  kMacTableDisplay = uint64{1} << 40,
+  kSpanningTreeDisplay = uint64{1} << 41,
+  kLastDisplay = kSpanningTreeDisplay,
 };
 
 struct field {
