@@ -241,7 +241,82 @@ def check_vrf(space):
     return faults
 
 
-CHECKS = (check_addresses, check_neighbors, check_bridge, check_vrf)
+# ---- Drivers
+
+def lines_of(text):
+    """The lines of a text of ethtool(8) as a dictionary."""
+    return {key: value.strip().removeprefix("N/A") for line in text.splitlines() for key, _, value in [line.partition(":")]}
+
+
+def amounts_of(text):
+    """The most and the current amounts of 'ethtool -l' and 'ethtool -g', as "rx" and "rx-max"; those that are not numbers lack."""
+    amounts, suffix = {}, ""
+    for line in text.splitlines():
+        key, _, value = line.partition(":")
+        if key == "Pre-set maximums":
+            suffix = "-max"
+        elif key == "Current hardware settings":
+            suffix = ""
+        elif value.strip().isdigit():
+            amounts[key.strip().lower() + suffix] = int(value)
+    return amounts
+
+
+def check_drivers(space):
+    faults = []
+    if run("ethtool", "--version").returncode != 0:
+        print("skipped: drivers: ethtool(8) is missing")
+        return []
+    records, found = space.records("show interface hardware", "interfaces")
+    faults += found
+    by_name = {record["device"]: record for record in records}
+    links = [link["ifname"] for link in space.json("ip", "-j", "link")]
+    if sorted(by_name) != sorted(links):
+        faults.append(f"show interface hardware: {sorted(by_name)}, and {sorted(links)} are reported")
+    features = 0
+    for device, record in by_name.items():
+        driver = lines_of(space.run("ethtool", "-i", device).stdout)
+        channels = amounts_of(space.run("ethtool", "-l", device).stdout)
+        rings = amounts_of(space.run("ethtool", "-g", device).stdout)
+        offloads = (space.json("ethtool", "--json", "-k", device) or [{}])[0]
+        features += len(record["offloads"])
+        reported = {
+            "driver": driver.get("driver"), "bus": driver.get("bus-info"), "combined_queues": channels.get("combined"),
+            "rx_queues": channels.get("rx"), "tx_queues": channels.get("tx"),
+            "max_rx_queues": channels.get("rx-max"), "max_tx_queues": channels.get("tx-max"),
+            "max_combined_queues": channels.get("combined-max"), "rx_ring_entries": rings.get("rx"),
+            "max_rx_ring_entries": rings.get("rx-max"), "permanent_address": None}
+        faults += [f"show interface hardware: {key} of {device} is {record[key]}, and {value or None} reported"
+                   for key, value in reported.items() if record[key] != (value if value == 0 else value or None)]
+        # ethtool(8) has groups of offloads beside the features themselves, under names of its own.
+        active = {name for name, state in offloads.items() if isinstance(state, dict) and state["active"]}
+        known = set(offloads)
+        faults += [f"show interface hardware: {name} of {device} is not active" for name in record["offloads"]
+                   if name in known and name not in active]
+        own_names = {"rx-checksumming", "tx-checksumming", "scatter-gather", "tcp-segmentation-offload", "rx-vlan-offload",
+                     "generic-segmentation-offload", "generic-receive-offload", "large-receive-offload", "tx-vlan-offload",
+                     "receive-hashing", "ntuple-filters", "udp-fragmentation-offload"}
+        faults += [f"show interface hardware: {name} of {device} is active and not shown" for name in active - own_names
+                   if name not in record["offloads"]]
+    if features == 0:
+        faults.append("show interface hardware: no device has a feature")
+
+    counted = 0
+    records, found = space.records("show interface counters driver", "interfaces")
+    faults += found
+    for record in records:
+        said = space.run("ethtool", "-S", record["device"])
+        reported = {name.strip(): int(value) for line in said.stdout.splitlines()[1:] for name, value in [line.rsplit(":", 1)]}
+        counted += len(reported)
+        shown = record["driver_counters"] or {}
+        if list(shown) != list(reported) or any(shown[name] > reported[name] for name in shown):
+            faults.append(f"show interface counters driver: {record}, and {reported} are reported")
+    if counted == 0:
+        faults.append("show interface counters driver: nothing to compare")
+    return faults
+
+
+CHECKS = (check_addresses, check_neighbors, check_bridge, check_vrf, check_drivers)
 
 
 def main():

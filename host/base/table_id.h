@@ -12,7 +12,9 @@ enum class table_id : uint16 {
   ipv6_neighbors,
   mac_addresses,  // of bridges and devices
   bridge_ports,
-  last = bridge_ports,
+  driver_counters,
+  hardware,
+  last = hardware,
 };
 
 }  // namespace host

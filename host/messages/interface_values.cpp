@@ -37,7 +37,8 @@ bool is_size_of(value_kind kind, std::size_t size) {
     case value_kind::interface:
     case value_kind::time: return size == sizeof(be32);
     case value_kind::text:
-    case value_kind::decimal: return true;
+    case value_kind::decimal:
+    case value_kind::map: return true;
     case value_kind::interfaces:
     case value_kind::numbers: return size % sizeof(be32) == 0;
     case value_kind::vlans: return size % (2 * sizeof(be16)) == 0;
@@ -94,6 +95,20 @@ uint32 interface_value::entry(std::size_t index) const {
 
 vlan_membership interface_value::membership() const {
   return kind == value_kind::membership ? read_at<vlan_membership>(bytes, 0) : vlan_membership{};
+}
+
+std::vector<std::pair<std::string_view, uint64>> interface_value::map_entries() const {
+  constexpr std::size_t kHead = sizeof(be64) + sizeof(be16);
+  std::vector<std::pair<std::string_view, uint64>> entries;
+  if (kind != value_kind::map) return entries;
+  for (std::size_t at = 0; at + kHead <= bytes.size();) {
+    const std::size_t size = uint16{read_at<be16>(bytes, at + sizeof(be64))};
+    if (size > bytes.size() - at - kHead) break;
+    const auto* const name = reinterpret_cast<const char*>(bytes.data()) + at + kHead;
+    entries.emplace_back(std::string_view(name, size), read_at<be64>(bytes, at));
+    at += kHead + size;
+  }
+  return entries;
 }
 
 std::optional<std::vector<interface_value>> read_values(std::span<const std::byte> bytes) {
@@ -222,6 +237,21 @@ void value_writer::time(property of, uint32 seconds_since_1970) {
   const be32 number = seconds_since_1970;
   head(of, value_kind::time, sizeof number);
   append(&number, sizeof number);
+}
+
+void value_writer::map(property of, std::span<const std::pair<std::string, uint64>> entries) {
+  constexpr std::size_t kHead = sizeof(be64) + sizeof(be16);
+  std::size_t size = 0, count = 0;
+  for (; count < entries.size() && size + kHead + entries[count].first.size() <= UINT16_MAX; ++count)
+    size += kHead + entries[count].first.size();
+  head(of, value_kind::map, size);
+  for (const auto& [name, number] : entries.first(count)) {
+    const be64 value = number;
+    const be16 length = static_cast<uint16>(name.size());
+    append(&value, sizeof value);
+    append(&length, sizeof length);
+    append(name.data(), name.size());
+  }
 }
 
 std::string_view word_of(vlan_mode mode) {

@@ -6,7 +6,9 @@
 #include <cstddef>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "messages/property.h"
@@ -58,6 +60,7 @@ enum class value_kind : uint8 {
   membership,  // vlan_membership, then the allowed VLANs as above
   time,        // be32: seconds since 1970
   ipv6,        // 16 bytes, network order
+  map,         // of names to numbers: for each a be64, the size of its name as be16, and the name
 };
 
 struct value_head {
@@ -94,6 +97,7 @@ struct interface_value {
   std::size_t num_entries() const;  // of lists: numbers, interfaces, bounds of runs
   uint32 entry(std::size_t index) const;
   vlan_membership membership() const;
+  std::vector<std::pair<std::string_view, uint64>> map_entries() const;  // up to the first that is cut
 };
 
 // The values of an answer without its reply head; nothing when the bytes are not those of whole values.
@@ -123,6 +127,8 @@ class value_writer {
   void vlans(property of, std::span<const uint16> ascending);
   void membership(property of, const vlan_membership& value, std::span<const uint16> allowed);
   void time(property of, uint32 seconds_since_1970);
+  // At most 64 KiB of entries; further ones are left out.
+  void map(property of, std::span<const std::pair<std::string, uint64>> entries);
 
   uint32 count() const { return count_; }
 

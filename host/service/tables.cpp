@@ -61,7 +61,26 @@ class row_writer {
     else
       to_.absent(of, absence::none);
   }
-  // Without a value it is unknown.
+  // Without a value these are unknown.
+  template <typename Number>
+  void known_number(property of, const std::optional<Number>& value) {
+    if (value)
+      to_.number(of, *value);
+    else
+      to_.absent(of, absence::not_supported);
+  }
+  void known_mac(property of, const std::optional<mac_address>& value) {
+    if (value)
+      to_.mac(of, *value);
+    else
+      to_.absent(of, absence::not_supported);
+  }
+  void map(property of, const std::optional<std::vector<std::pair<std::string, uint64>>>& entries) {
+    if (entries)
+      to_.map(of, *entries);
+    else
+      to_.absent(of, absence::not_supported);
+  }
   void known_text(property of, const std::optional<std::string>& text) {
     if (text && !text->empty())
       to_.text(of, *text);
@@ -140,6 +159,37 @@ void write_row(const bridge_port_row& row, row_writer to) {
   to.number(property::port_id, row.port_id);
   to.known_text(property::root_bridge, text_of(row.root));
   to.known_text(property::designated_bridge, text_of(row.designated_bridge));
+}
+
+void write_row(const driver_counter_row& row, row_writer to) {
+  to.device(row.device);
+  to.map(property::driver_counters, row.counters);
+}
+
+void write_row(const hardware_row& row, row_writer to) {
+  to.device(row.device);
+  to.known_text(property::driver, row.driver);
+  to.known_text(property::driver_version, row.driver_version);
+  to.known_text(property::firmware_version, row.firmware_version);
+  to.known_text(property::bus, row.bus);
+  to.known_mac(property::permanent_address, row.permanent_mac);
+  to.known_number(property::rx_queues, row.rx_queues);
+  to.known_number(property::tx_queues, row.tx_queues);
+  to.known_number(property::other_queues, row.other_queues);
+  to.known_number(property::combined_queues, row.combined_queues);
+  to.known_number(property::max_rx_queues, row.most_rx_queues);
+  to.known_number(property::max_tx_queues, row.most_tx_queues);
+  to.known_number(property::max_other_queues, row.most_other_queues);
+  to.known_number(property::max_combined_queues, row.most_combined_queues);
+  to.known_number(property::rx_ring_entries, row.rx_ring);
+  to.known_number(property::tx_ring_entries, row.tx_ring);
+  to.known_number(property::max_rx_ring_entries, row.most_rx_ring);
+  to.known_number(property::max_tx_ring_entries, row.most_tx_ring);
+  to.words(property::configured_fec, row.configured_fec);
+  to.known_text(property::active_fec, row.active_fec);
+  to.known_number(property::eee_enabled, row.is_eee_enabled);
+  to.known_number(property::eee_active, row.is_eee_active);
+  to.words(property::offloads, row.offloads);
 }
 
 // ---- Open tables ----------------------------------------------------------------------------------------------------

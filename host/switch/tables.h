@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -66,7 +67,28 @@ struct bridge_port_row {
   std::optional<bridge_id> root, designated_bridge;
 };
 
-using table_row = std::variant<address_row, neighbor_row, forwarding_row, bridge_port_row>;
+// Counters of a driver under its own names. Those of a device follow each other in rows of at most 512.
+struct driver_counter_row {
+  row_device device;
+  std::optional<std::vector<std::pair<std::string, uint64>>> counters;  // none: the driver reports none
+};
+
+// What the kernel does not report is absent.
+struct hardware_row {
+  row_device device;
+  std::string driver, driver_version, firmware_version, bus;
+  std::optional<mac_address> permanent_mac;
+  std::optional<uint32> rx_queues, tx_queues, other_queues, combined_queues;
+  std::optional<uint32> most_rx_queues, most_tx_queues, most_other_queues, most_combined_queues;
+  std::optional<uint32> rx_ring, tx_ring, most_rx_ring, most_tx_ring;  // entries
+  std::optional<std::string> configured_fec;                           // words
+  std::string active_fec;
+  std::optional<bool> is_eee_enabled, is_eee_active;
+  std::optional<std::string> offloads;  // the names of those that are active
+};
+
+using table_row =
+    std::variant<address_row, neighbor_row, forwarding_row, bridge_port_row, driver_counter_row, hardware_row>;
 
 // A table that is being read. It lives until its last row was read, or the reader is dropped.
 class table_reader {

@@ -57,6 +57,17 @@ TEST(CommandLine, ControlBytesOfATypedWordAreShownAsText) {
   EXPECT_EQ(error_of("\x1b[2Jshow"), "pmsh: unknown word '\\x1b[2Jshow'. Type '?' for the list.\n");
 }
 
+TEST(CommandLine, QuestionMarkListsTheTablesOfAFamily) {
+  EXPECT_EQ(run_command("show ip ?").out,
+            "  arp           IPv4 neighbors\n"
+            "  interface     Interfaces: settings, state and traffic\n");
+  EXPECT_EQ(run_command("show mac ?").out, "  address-table  MAC addresses of bridges and ports\n");
+  EXPECT_THAT(run_command("show interface ethernet 1/1 ?").out,
+              HasSubstr("  hardware      Driver, queues, rings, FEC, EEE and offloads\n"));
+  EXPECT_THAT(run_command("show interface counters ?").out,
+              HasSubstr("  driver         Counters of drivers under their own names\n"));
+}
+
 TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
   EXPECT_EQ(run_command("show ?").out,
             "  changes         Changes of this session\n"
@@ -64,10 +75,14 @@ TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
             "  diff            Differences between the candidate and the switch\n"
             "  history         Lines entered at the prompt\n"
             "  interface       Interfaces: settings, state and traffic\n"
+            "  ip              IPv4: addresses and neighbors\n"
+            "  ipv6            IPv6: addresses and neighbors\n"
             "  kernel-map      Kernel device of each interface\n"
+            "  mac             MAC addresses\n"
             "  module          A module or its ports\n"
             "  panel           Front panels of the modules\n"
             "  running-config  Current settings\n"
+            "  spanning-tree   Spanning tree of bridge ports\n"
             "  startup-config  Stored settings\n"
             "  transceiver     Transceivers\n"
             "  transport       Messages between this shell and the services\n"

@@ -226,8 +226,8 @@ TEST(ShowInterface, ControlBytesOfADescriptionAreShownAsText) {
 }
 
 TEST(ShowInterface, AbbreviationsOfEveryWordMeanTheSame) {
-  for (const char* const command : {"sh int eth 1/1", "s i e 1/1", "SHOW Interface Ethernet1/1", "show interface e1/1",
-                                    " show  interface\tethe 1/1 "})
+  for (const char* const command : {"sh int eth 1/1", "s int e 1/1", "SHOW Interface Ethernet1/1",
+                                    "show interface e1/1", " show  interface\tethe 1/1 "})
     EXPECT_EQ(run_command(command).out, kDesk1) << command;
 }
 

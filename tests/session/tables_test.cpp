@@ -264,7 +264,7 @@ TEST(Tables, WordThatIsNoNumberOfAModuleIsAUsageError) {
 TEST(Tables, AbbreviationsMeanTheSame) {
   const std::pair<const char*, const char*> pairs[] = {
       {"show interface brief", "sh int br"},
-      {"show interface status", "s i st"},
+      {"show interface status", "s int st"},
       {"show interface status up", "sho inter stat u"},
       {"show interface status down", "sh int st d"},
       {"show interface status inactive", "sh int st i"},

@@ -22,9 +22,10 @@ struct command_group {
 };
 
 // In the order of the table.
-extern const command_group kInterfaceCommands, kOverviewCommands, kCounterCommands, kTrunkCommands,
-    kTransceiverCommands, kModuleCommands, kAddressCommands, kNeighborCommands, kSpanningTreeCommands, kPanelCommands,
-    kKernelMapCommands, kWatchCommands, kClearCommands, kClockCommands, kConfigurationCommands, kModeCommands,
-    kChosenInterfaceCommands, kUndoCommands, kChangesCommands, kCandidateCommands, kTransportCommands, kVersionCommands,
-    kHistoryCommands, kTerminalCommands, kHelpCommands, kSettingGroup;
+extern const command_group kInterfaceCommands, kOverviewCommands, kCounterCommands, kDriverCounterCommands,
+    kHardwareCommands, kTrunkCommands, kTransceiverCommands, kModuleCommands, kAddressCommands, kNeighborCommands,
+    kSpanningTreeCommands, kPanelCommands, kKernelMapCommands, kWatchCommands, kClearCommands, kClockCommands,
+    kConfigurationCommands, kModeCommands, kChosenInterfaceCommands, kUndoCommands, kChangesCommands,
+    kCandidateCommands, kTransportCommands, kVersionCommands, kHistoryCommands, kTerminalCommands, kHelpCommands,
+    kSettingGroup;
 }  // namespace host

@@ -35,6 +35,7 @@ constexpr value_definition kValues[] = {
                    R"("pattern": "^[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z$"})"},
     {"value_numbers", R"({"type": ["array", "null"], "items": {"type": "integer"}})"},
     {"value_words", R"({"type": ["array", "null"], "items": {"type": "string"}})"},
+    {"value_map", R"({"type": ["object", "null"], "additionalProperties": {"type": "integer"}})"},
     {"value_vlans", R"({"type": ["string", "null"], "pattern": "^([0-9]+(-[0-9]+)?(,[0-9]+(-[0-9]+)?)*)?$"})"},
     {"value_membership", R"({"type": ["object", "null"], "properties": {)"
                          R"("mode": {"enum": [MODES, null], )"
@@ -75,6 +76,7 @@ std::string_view value_of(const field& described, const display& shown) {
     case field_type::numbers: return "value_numbers";
     case field_type::words:
     case field_type::interfaces: return "value_words";
+    case field_type::map: return "value_map";
     case field_type::vlans: return "value_vlans";
     case field_type::membership: return "value_membership";
     case field_type::time: return "value_time";

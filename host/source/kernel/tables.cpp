@@ -52,7 +52,7 @@ table_devices::table_devices(const std::vector<kernel_link>& links, const std::v
   for (const kernel_link& it : links) {
     const mapped_device* const known = find_by<&mapped_device::number>(mapped, it.number);
     const if_index_t if_index = known == nullptr ? 0 : known->if_index;
-    all_.push_back({it.number, it.name, if_index, it.mtu_bytes});
+    all_.push_back({it.number, it.name, if_index, it.mtu_bytes, it.permanent_mac});
     if (has_all_ || std::binary_search(interfaces.begin(), interfaces.end(), if_index))
       requested_.push_back(all_.back());
   }
@@ -88,6 +88,8 @@ std::unique_ptr<table_reader> open_kernel_table(table_id table, table_devices de
       return read_dump(neighbor_request(AF_BRIDGE), "MAC addresses of the kernel", decode_forwarding_row,
                        std::move(devices));
     case table_id::bridge_ports: return read_bridge_ports(std::move(devices));
+    case table_id::driver_counters: return read_driver_counter_table(std::move(devices));
+    case table_id::hardware: return read_hardware_table(std::move(devices));
   }
   return nullptr;
 }

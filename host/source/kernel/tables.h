@@ -19,6 +19,7 @@ struct table_device {
   std::string name;
   if_index_t if_index = 0;  // 0: none
   uint32 mtu_bytes = 0;
+  std::optional<mac_address> permanent_mac = {};
 };
 
 // The devices that a table is read of, as the command found them.
@@ -81,6 +82,11 @@ std::optional<std::string> role_of(const bridge_port& port, const bridge_state& 
 
 // All ports at once: a bridge may come after its ports.
 std::unique_ptr<table_reader> read_bridge_ports(table_devices devices);
+
+// The counters of a device's driver in rows; one without counters when it has none.
+std::vector<table_row> driver_counter_rows(const table_device& device);
+std::unique_ptr<table_reader> read_driver_counter_table(table_devices devices);
+std::unique_ptr<table_reader> read_hardware_table(table_devices devices);
 
 // Words of the bits in `flags`, in the order of `words`, separated by commas.
 struct flag_word {

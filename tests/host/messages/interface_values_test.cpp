@@ -29,6 +29,31 @@ TEST(InterfaceValues, AnIpv6AddressHasSixteenBytes) {
   EXPECT_FALSE(read_values(answer)) << "one byte less";
 }
 
+TEST(InterfaceValues, AMapHasNamesAndNumbers) {
+  const std::vector<std::pair<std::string, uint64>> entries = {{"rx_queue_0", 1}, {"", 2}, {"\xff", ~uint64{0}}};
+  bytes answer;
+  value_writer(answer).map(property::driver_counters, entries);
+  const auto values = read_values(answer);
+  ASSERT_TRUE(values);
+  const auto read = values->front().map_entries();
+  ASSERT_EQ(read.size(), 3U);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(read[i].first, entries[i].first);
+    EXPECT_EQ(read[i].second, entries[i].second);
+  }
+  interface_value cut = values->front();
+  cut.bytes = cut.bytes.first(cut.bytes.size() - 1);
+  EXPECT_EQ(cut.map_entries().size(), 2U);
+}
+
+TEST(InterfaceValues, AMapThatIsTooLargeLacksItsLastEntries) {
+  const std::vector<std::pair<std::string, uint64>> entries(3, {std::string(30'000, 'x'), 1});
+  bytes answer;
+  value_writer(answer).map(property::driver_counters, entries);
+  ASSERT_TRUE(read_values(answer));
+  EXPECT_EQ(read_values(answer)->front().map_entries().size(), 2U);
+}
+
 TEST(InterfaceValues, ARequestNamesItsProperties) {
   const std::array asked = {property::interface, property::device};
   const bytes request = values_request_for(0x1A000000, asked, true);

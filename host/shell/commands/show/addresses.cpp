@@ -33,13 +33,6 @@ std::string lifetime_text(const shown_row& row, property of) {
   return seconds == nullptr ? "forever" : std::to_string(seconds->number()) + " s";
 }
 
-// The interface of a row, or its device when that has none.
-std::string subject_text(const shown_row& row) {
-  const std::string interface = row.text(property::interface), device = row.text(property::device);
-  if (interface.empty()) return device;
-  return device.empty() ? interface : interface + " (" + device + ")";
-}
-
 void append_with(std::string& line, std::string_view before, const std::string& text) {
   if (!text.empty() && text != "--") line.append(before).append(text);
 }
@@ -59,10 +52,11 @@ std::string address_text(const shown_row& row) {
 int show_address_blocks(const invocation& run, const table_view& view) {
   std::string last;
   return read_table(run, view.table, view.what, [&](std::span<const table_query::row> rows) {
+    if (run.output.is_structured()) return record_rows(run, rows);
     for (const table_query::row& values : rows) {
       if (run.output.is_discarding()) return;
       const shown_row row(values);
-      if (std::string subject = subject_text(row); subject != last) {
+      if (std::string subject = subject_of(row); subject != last) {
         std::string head = subject;
         append_with(head, " is ", row.text(property::state));
         append_with(head, ", MTU ", row.text(property::mtu_bytes));

@@ -152,23 +152,31 @@ int read_table(const invocation& run, table_id table, std::string_view what, con
                                                [&](const table_query::row& it) { return is_shown(shown_row(it)); });
       rows = rows.first(static_cast<std::size_t>(shown - rows.begin()));
     }
-    if (run.output.is_structured())
-      for (const table_query::row& row : rows) run.output.add_row(row);
-    else if (!rows.empty())
-      take(rows);
+    if (!rows.empty()) take(rows);
   }
   if (query.error() != 0) return report_failure(run, what, query.error());
-  if (!run.output.is_structured()) take({});
+  take({});
   if (query.has_changed())
     run.output.complain("the " + std::string(what) +
                         " changed while they were read: rows may be missing, or be there twice.");
   return chosen.result_of(kDone);
 }
 
+void record_rows(const invocation& run, std::span<const table_query::row> rows) {
+  for (const table_query::row& it : rows) run.output.add_row(it);
+}
+
+std::string subject_of(const shown_row& row) {
+  const std::string interface = row.text(property::interface), device = row.text(property::device);
+  if (interface.empty()) return device;
+  return device.empty() ? interface : interface + " (" + device + ")";
+}
+
 int show_table(const invocation& run, const table_view& view, const row_condition& is_shown) {
   table_printer printer(run.output, view);
   std::size_t count = 0;
   const auto take = [&](std::span<const table_query::row> rows) {
+    if (run.output.is_structured()) return record_rows(run, rows);
     count += rows.size();
     if (!rows.empty()) return printer.add(rows);
     if (count == 0)

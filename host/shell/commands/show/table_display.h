@@ -43,12 +43,18 @@ struct table_view {
 
 using row_taker = std::function<void(std::span<const table_query::row>)>;
 
-// Reads a table: of the interfaces that the line names, or all that the user may see. `take` gets its rows in pieces,
-// at least once; an empty piece is the end. Returns an exit code; errors are reported.
+// Reads a table: of the interfaces that the line names, or all that the user may see. `take` gets its rows in pieces;
+// an empty piece is the end. Returns an exit code; errors are reported.
 // Rows for which `is_shown` is false are skipped; null: none.
 using row_condition = std::function<bool(const shown_row&)>;
 int read_table(const invocation& run, table_id table, std::string_view what, const row_taker& take,
                const row_condition& is_shown = {});
+
+// The record of each row, when the output is structured.
+void record_rows(const invocation& run, std::span<const table_query::row> rows);
+
+// The interface that a row is about with its device, such as "Ethernet1/7 (eth0)".
+std::string subject_of(const shown_row& row);
 
 // Shows a table. One with few rows fits the terminal; the rows of a longer one are shown as they come, under the
 // columns of the first ones.

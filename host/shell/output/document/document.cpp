@@ -4,6 +4,7 @@
 #include <charconv>
 #include <ctime>
 #include <limits>
+#include <map>
 
 #include "platform/if_index.h"
 #include "shell/output/terminal/printable.h"
@@ -46,6 +47,7 @@ bool is_answered_only(field_type type) {
   switch (type) {
     case field_type::numbers:
     case field_type::words:
+    case field_type::map:
     case field_type::interfaces:
     case field_type::membership:
     case field_type::time: return true;
@@ -105,6 +107,20 @@ void write_words(json_writer& json, std::string_view words) {
   json.end_array();
 }
 
+// Names that occur again have their count: a reader keeps only one value of a key.
+void write_map(json_writer& json, const interface_value& value) {
+  std::map<std::string, uint32> times;
+  json.begin_object();
+  for (const auto& [name, number] : value.map_entries()) {
+    std::string key;
+    append_printable(key, name, kEscapedByJson);
+    if (const uint32 count = ++times[key]; count != 1) key += "#" + std::to_string(count);
+    json.key(key);
+    json.number(number);
+  }
+  json.end_object();
+}
+
 template <typename WriteEntry>
 void write_entries(json_writer& json, const interface_value& value, WriteEntry write_entry) {
   json.begin_array();
@@ -134,6 +150,7 @@ void write_answered(json_writer& json, const field& meaning, const interface_val
     case value_kind::time: return json.text(utc_text(static_cast<std::time_t>(value.number())));
     case value_kind::vlans: return json.text(text_of_runs(value));
     case value_kind::membership: return write_membership(json, value);
+    case value_kind::map: return write_map(json, value);
     case value_kind::numbers: return write_entries(json, value, [&](uint32 number) { json.number(number); });
     case value_kind::interfaces:
       return write_entries(json, value, [&](uint32 if_index) { json.text(interface_name(if_index)); });
@@ -162,6 +179,7 @@ bool fits(const field& meaning, const interface_value& value) {
     case value_kind::vlans: return meaning.type == field_type::vlans;
     case value_kind::membership: return meaning.type == field_type::membership;
     case value_kind::time: return meaning.type == field_type::time;
+    case value_kind::map: return meaning.type == field_type::map;
     case value_kind::absent: return true;
   }
   return false;

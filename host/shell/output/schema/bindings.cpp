@@ -662,7 +662,8 @@ constexpr uint64 kOfInterfaces =
     kPanelDisplay;
 
 // Tables of rows: the service of tables answers all of their values.
-constexpr uint64 kTables = kAddressesDisplay | kNeighborsDisplay | kMacTableDisplay | kSpanningTreeDisplay;
+constexpr uint64 kTables = kAddressesDisplay | kNeighborsDisplay | kMacTableDisplay | kSpanningTreeDisplay |
+                           kDriverCountersDisplay | kHardwareDisplay;
 
 // Fields that a display shows as plain text, or that belong to it: their values come only from the service.
 struct untagged {
@@ -749,6 +750,29 @@ constexpr untagged kUntagged[] = {
     {property::port_id, kSpanningTreeDisplay},
     {property::root_bridge, kSpanningTreeDisplay},
     {property::designated_bridge, kSpanningTreeDisplay},
+    {property::driver_counters, kDriverCountersDisplay},
+    {property::driver, kHardwareDisplay},
+    {property::driver_version, kHardwareDisplay},
+    {property::firmware_version, kHardwareDisplay},
+    {property::bus, kHardwareDisplay},
+    {property::permanent_address, kHardwareDisplay},
+    {property::rx_queues, kHardwareDisplay},
+    {property::tx_queues, kHardwareDisplay},
+    {property::other_queues, kHardwareDisplay},
+    {property::combined_queues, kHardwareDisplay},
+    {property::max_rx_queues, kHardwareDisplay},
+    {property::max_tx_queues, kHardwareDisplay},
+    {property::max_other_queues, kHardwareDisplay},
+    {property::max_combined_queues, kHardwareDisplay},
+    {property::rx_ring_entries, kHardwareDisplay},
+    {property::tx_ring_entries, kHardwareDisplay},
+    {property::max_rx_ring_entries, kHardwareDisplay},
+    {property::max_tx_ring_entries, kHardwareDisplay},
+    {property::configured_fec, kHardwareDisplay},
+    {property::active_fec, kHardwareDisplay},
+    {property::eee_enabled, kHardwareDisplay},
+    {property::eee_active, kHardwareDisplay},
+    {property::offloads, kHardwareDisplay},
 };
 
 constexpr bool every_tag_is_one_field() {

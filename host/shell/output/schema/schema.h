@@ -28,6 +28,7 @@ enum class field_type : uint8 {
   decimal,          // a number with the digits that are shown
   numbers,          // an array of integers
   words,            // an array of texts
+  map,              // an object of integers
   interfaces,       // an array of full names
   vlans,            // "1-10,20"; without any ""
   membership,       // {"mode", "access", "native", "allowed"}
@@ -96,7 +97,9 @@ enum display_bit : uint64 {
   kNeighborsDisplay = uint64{1} << 39,
   kMacTableDisplay = uint64{1} << 40,
   kSpanningTreeDisplay = uint64{1} << 41,
-  kLastDisplay = kSpanningTreeDisplay,
+  kDriverCountersDisplay = uint64{1} << 42,
+  kHardwareDisplay = uint64{1} << 43,
+  kLastDisplay = kHardwareDisplay,
 };
 
 struct field {

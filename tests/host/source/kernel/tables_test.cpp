@@ -2,6 +2,9 @@
 #include "source/kernel/tables.h"
 
 #include <gtest/gtest.h>
+#include <linux/ethtool.h>
+#include <linux/ethtool_netlink.h>
+#include <linux/genetlink.h>
 #include <linux/if_addr.h>
 #include <linux/if_bridge.h>
 #include <linux/neighbour.h>
@@ -9,10 +12,12 @@
 #include <netinet/in.h>
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <string>
 
 #include "host/source/kernel/kernel_recording.h"
+#include "host/source/kernel/recorded_switch.h"
 #include "source/kernel/kernel_source.h"
 #include "switch/if_index_layout.h"
 
@@ -369,6 +374,211 @@ TEST(KernelTables, MessagesThatAreCutAtAnyByteGiveNoMoreThanTheirRow) {
     kernel.tell(kAddresses, address_message(7));
     const auto reader = open_addresses();
     EXPECT_LE(pieces_of(*reader).front(), 1U);
+  }
+}
+
+// ---- Drivers --------------------------------------------------------------------------------------------------------
+
+struct recorded_strings {
+  uint32 cmd = ETHTOOL_GSTRINGS, string_set = ETH_SS_STATS, len = 0;
+  char names[600][ETH_GSTRING_LEN] = {};
+};
+struct recorded_stats {
+  uint32 cmd = ETHTOOL_GSTATS, n_stats = 0;
+  uint64 values[600] = {};
+};
+
+// A driver that reports these counters, each with its place from 10.
+void record_driver(recorded_kernel& kernel, const std::vector<std::string>& names, uint32 announced) {
+  ethtool_drvinfo info{};
+  info.cmd = ETHTOOL_GDRVINFO;
+  info.n_stats = announced;
+  std::strcpy(info.driver, "swp");
+  std::memset(info.version, 'v', sizeof info.version);  // not terminated
+  std::strcpy(info.fw_version, "N/A");
+  std::strcpy(info.bus_info, "0000:03:00.0");
+  recorded_strings strings;
+  recorded_stats stats;
+  strings.len = stats.n_stats = static_cast<uint32>(names.size());
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    std::memcpy(strings.names[i], names[i].data(), std::min<std::size_t>(names[i].size(), ETH_GSTRING_LEN));
+    stats.values[i] = 10 + i;
+  }
+  kernel.answer_by_ioctl("eth 7", info);
+  kernel.answer_by_ioctl("eth 7", strings);
+  kernel.answer_by_ioctl("eth 7", stats);
+}
+
+using named_counters = std::vector<std::pair<std::string, uint64>>;
+
+std::vector<driver_counter_row> counter_rows() {
+  std::vector<driver_counter_row> found;
+  for (table_row& it : driver_counter_rows({7, "eth 7", kPort7})) found.push_back(std::get<driver_counter_row>(it));
+  return found;
+}
+
+TEST(DriverCounterRows, HaveTheNamesOfTheDriver) {
+  recorded_kernel kernel;
+  const std::string longest(ETH_GSTRING_LEN, 'x');
+  record_driver(kernel, {"rx \"a\"/b", "", longest, "\xff\x1b", "again", "again"}, 6);
+  const auto rows = counter_rows();
+  ASSERT_EQ(rows.size(), 1U);
+  EXPECT_EQ(rows[0].device.if_index, kPort7);
+  EXPECT_EQ(rows[0].counters,
+            (named_counters{{"rx \"a\"/b", 10}, {longest, 12}, {"\xff\x1b", 13}, {"again", 14}, {"again", 15}}));
+}
+
+TEST(DriverCounterRows, ADriverWithoutCountersHasNone) {
+  recorded_kernel kernel;
+  ASSERT_EQ(counter_rows().size(), 1U);
+  EXPECT_EQ(counter_rows()[0].counters, std::nullopt);
+  record_driver(kernel, {}, 0);
+  EXPECT_EQ(counter_rows()[0].counters, std::nullopt);
+}
+
+TEST(DriverCounterRows, MoreCountersThanAnnouncedHaveRoom) {
+  recorded_kernel kernel;
+  record_driver(kernel, {"a", "b", "c"}, 1);
+  EXPECT_EQ(counter_rows()[0].counters, (named_counters{{"a", 10}, {"b", 11}, {"c", 12}}));
+}
+
+TEST(DriverCounterRows, LengthsThatLieAreNotRead) {
+  recorded_kernel kernel;
+  record_driver(kernel, {"a", "b"}, 2);
+  recorded_stats stats;
+  stats.n_stats = 0xFFFFFFFF;
+  kernel.answer_by_ioctl("eth 7", stats);
+  EXPECT_EQ(counter_rows()[0].counters->size(), 2U);
+}
+
+TEST(DriverCounterRows, ManyCountersAreSeveralRows) {
+  recorded_kernel kernel;
+  std::vector<std::string> names;
+  for (int i = 0; i < 600; ++i) names.push_back("n" + std::to_string(i));
+  record_driver(kernel, names, 600);
+  const auto rows = counter_rows();
+  ASSERT_EQ(rows.size(), 2U);
+  EXPECT_EQ(rows[0].counters->size(), 512U);
+  EXPECT_EQ(rows[1].counters->front(), std::pair(std::string("n512"), uint64{522}));
+  EXPECT_EQ(rows[1].counters->size(), 88U);
+}
+
+void put_numbers(nlmsghdr& it, std::initializer_list<std::pair<uint16, uint32>> numbers) {
+  for (const auto& [number, value] : numbers) mnl_attr_put_u32(&it, number, value);
+}
+
+void put_bits(nlmsghdr& it, uint16 number, std::initializer_list<uint32> words) {
+  nlattr* const bitset = mnl_attr_nest_start(&it, number);
+  mnl_attr_put(&it, ETHTOOL_A_BITSET_VALUE, words.size() * sizeof(uint32), std::data(words));
+  mnl_attr_nest_end(&it, bitset);
+}
+
+netlink_request names_message(std::initializer_list<std::pair<uint32, const char*>> names) {
+  netlink_request message(recorded_kernel::kEthtoolFamily, 0);
+  message.extra<genlmsghdr>().cmd = ETHTOOL_MSG_STRSET_GET_REPLY;
+  nlmsghdr& it = message.head();
+  nlattr* const sets = mnl_attr_nest_start(&it, ETHTOOL_A_STRSET_STRINGSETS);
+  nlattr* const set = mnl_attr_nest_start(&it, ETHTOOL_A_STRINGSETS_STRINGSET);
+  mnl_attr_put_u32(&it, ETHTOOL_A_STRINGSET_ID, ETH_SS_FEATURES);
+  nlattr* const strings = mnl_attr_nest_start(&it, ETHTOOL_A_STRINGSET_STRINGS);
+  for (const auto& [index, name] : names) {
+    nlattr* const string = mnl_attr_nest_start(&it, ETHTOOL_A_STRINGS_STRING);
+    mnl_attr_put_u32(&it, ETHTOOL_A_STRING_INDEX, index);
+    mnl_attr_put_strz(&it, ETHTOOL_A_STRING_VALUE, name);
+    mnl_attr_nest_end(&it, string);
+  }
+  mnl_attr_nest_end(&it, strings);
+  mnl_attr_nest_end(&it, set);
+  mnl_attr_nest_end(&it, sets);
+  return message;
+}
+
+// The rows of both devices; the second one reports nothing.
+std::vector<hardware_row> hardware_rows() {
+  std::vector<table_row> rows;
+  EXPECT_FALSE(open_kernel_table(table_id::hardware, devices_for())->next(rows));
+  std::vector<hardware_row> found;
+  for (table_row& it : rows) found.push_back(std::get<hardware_row>(it));
+  return found;
+}
+
+void record_hardware(recorded_kernel& kernel) {
+  record_driver(kernel, {}, 0);
+  kernel.tell(recorded_kernel::ethtool(ETHTOOL_MSG_CHANNELS_GET),
+              ethtool_message(ETHTOOL_MSG_CHANNELS_GET_REPLY, ETHTOOL_A_CHANNELS_HEADER, 7, [](nlmsghdr& it) {
+                put_numbers(it, {{ETHTOOL_A_CHANNELS_RX_COUNT, 1},
+                                 {ETHTOOL_A_CHANNELS_RX_MAX, 2},
+                                 {ETHTOOL_A_CHANNELS_COMBINED_COUNT, 8},
+                                 {ETHTOOL_A_CHANNELS_COMBINED_MAX, 64}});
+              }));
+  kernel.tell(recorded_kernel::ethtool(ETHTOOL_MSG_RINGS_GET),
+              ethtool_message(ETHTOOL_MSG_RINGS_GET_REPLY, ETHTOOL_A_RINGS_HEADER, 7, [](nlmsghdr& it) {
+                put_numbers(it, {{ETHTOOL_A_RINGS_RX, 512}, {ETHTOOL_A_RINGS_RX_MAX, 4096}, {ETHTOOL_A_RINGS_TX, 256}});
+              }));
+  kernel.tell(recorded_kernel::ethtool(ETHTOOL_MSG_FEC_GET),
+              ethtool_message(ETHTOOL_MSG_FEC_GET_REPLY, ETHTOOL_A_FEC_HEADER, 7, [](nlmsghdr& it) {
+                put_bits(it, ETHTOOL_A_FEC_MODES, {0, 1U << (ETHTOOL_LINK_MODE_FEC_RS_BIT - 32)});
+                mnl_attr_put_u8(&it, ETHTOOL_A_FEC_AUTO, 1);
+                mnl_attr_put_u32(&it, ETHTOOL_A_FEC_ACTIVE, ETHTOOL_LINK_MODE_FEC_BASER_BIT);
+              }));
+  kernel.tell(recorded_kernel::ethtool(ETHTOOL_MSG_EEE_GET),
+              ethtool_message(ETHTOOL_MSG_EEE_GET_REPLY, ETHTOOL_A_EEE_HEADER, 7, [](nlmsghdr& it) {
+                mnl_attr_put_u8(&it, ETHTOOL_A_EEE_ENABLED, 1);
+                mnl_attr_put_u8(&it, ETHTOOL_A_EEE_ACTIVE, 0);
+              }));
+  kernel.tell(recorded_kernel::ethtool(ETHTOOL_MSG_FEATURES_GET),
+              ethtool_message(ETHTOOL_MSG_FEATURES_GET_REPLY, ETHTOOL_A_FEATURES_HEADER, 7, [](nlmsghdr& it) {
+                put_bits(it, ETHTOOL_A_FEATURES_ACTIVE, {0x80000001, 2});
+              }));
+  kernel.tell(recorded_kernel::ethtool(ETHTOOL_MSG_STRSET_GET),
+              names_message({{0, "tx-scatter-gather"}, {33, "rx-gro\"/"}, {2, "unused"}}));
+}
+
+TEST(HardwareRows, HaveWhatTheKernelReports) {
+  recorded_kernel kernel;
+  record_hardware(kernel);
+  const auto rows = hardware_rows();
+  ASSERT_EQ(rows.size(), 2U);
+  const hardware_row& row = rows[0];
+  EXPECT_EQ(row.driver, "swp");
+  EXPECT_EQ(row.driver_version, std::string(32, 'v'));
+  EXPECT_EQ(row.firmware_version, "") << "N/A";
+  EXPECT_EQ(row.bus, "0000:03:00.0");
+  EXPECT_EQ(row.rx_queues, 1U);
+  EXPECT_EQ(row.most_rx_queues, 2U);
+  EXPECT_EQ(row.tx_queues, std::nullopt);
+  EXPECT_EQ(row.combined_queues, 8U);
+  EXPECT_EQ(row.most_combined_queues, 64U);
+  EXPECT_EQ(row.rx_ring, 512U);
+  EXPECT_EQ(row.most_rx_ring, 4096U);
+  EXPECT_EQ(row.tx_ring, 256U);
+  EXPECT_EQ(row.configured_fec, "auto,rs");
+  EXPECT_EQ(row.active_fec, "baser");
+  EXPECT_EQ(row.is_eee_enabled, true);
+  EXPECT_EQ(row.is_eee_active, false);
+  EXPECT_EQ(row.offloads, "tx-scatter-gather,feature 31,rx-gro\"/");
+}
+
+TEST(HardwareRows, WhatIsNotReportedIsAbsent) {
+  recorded_kernel kernel;
+  record_hardware(kernel);
+  for (const bool has_ethtool : {true, false}) {
+    kernel.has_ethtool = has_ethtool;
+    const hardware_row row = hardware_rows().at(has_ethtool ? 1 : 0);
+    EXPECT_EQ(row.combined_queues, std::nullopt);
+    EXPECT_EQ(row.rx_ring, std::nullopt);
+    EXPECT_EQ(row.configured_fec, std::nullopt);
+    EXPECT_EQ(row.is_eee_enabled, std::nullopt);
+    EXPECT_EQ(row.offloads, std::nullopt);
+  }
+}
+
+TEST(HardwareRows, MessagesThatAreCutGiveNoMoreThanTheirValues) {
+  for (std::size_t longest = sizeof(nlmsghdr); longest < 160; ++longest) {
+    recorded_kernel kernel;
+    kernel.longest = longest;
+    record_hardware(kernel);
+    EXPECT_LE(hardware_rows().size(), 2U);
   }
 }
 
