@@ -440,7 +440,7 @@ namespace {
 
 // clang-format off
 constexpr command kWatchRows[] = {
-    {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kSentences, nullptr, kEveryMode, command_effect::none, watch},
+    {"watch INTERVAL COMMAND", "Repeat a show command, with rates of traffic", nullptr, kSentences, nullptr, kEveryMode, command_effect::none, watch},
 };
 // clang-format on
 
