@@ -80,6 +80,15 @@ void add_options(CLI::App& app, options& requested, std::vector<std::string>& fa
                                   ->excludes(file)
                                   ->excludes(giant)
                                   ->excludes(defaults);
+  app.add_option("--capture", requested.capture_directory, "Store the answers of the kernel in a new directory")
+      ->type_name("DIR")
+      ->needs(kernel);
+  app.add_option("--replay", requested.replay_directory, "Use the switch of a directory that --capture stored")
+      ->type_name("DIR")
+      ->excludes(file)
+      ->excludes(giant)
+      ->excludes(defaults)
+      ->excludes(kernel);
   app.add_option("--map", requested.map_file, "File that maps devices to interfaces")->type_name("FILE")->needs(kernel);
   app.add_flag("--session-counters", requested.has_session_counters, "Clear counters for this session only")
       ->needs(kernel);
