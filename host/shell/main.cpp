@@ -191,7 +191,8 @@ int run(const options& requested) {
   if (requested.clock) clock_set(static_cast<std::time_t>(*requested.clock));
   shell session;
   std::unique_ptr<capture> capturing;
-  if (!requested.capture_directory.empty()) capturing = std::make_unique<capture>(requested.capture_directory);
+  if (!requested.capture_directory.empty())
+    capturing = std::make_unique<capture>(requested.capture_directory, requested.is_anonymous);
   session.switch_file = open_switch(requested, capturing.get());
   transport_register(all_services());
   if (!inject_faults(requested)) return kUsage;

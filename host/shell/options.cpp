@@ -80,9 +80,11 @@ void add_options(CLI::App& app, options& requested, std::vector<std::string>& fa
                                   ->excludes(file)
                                   ->excludes(giant)
                                   ->excludes(defaults);
-  app.add_option("--capture", requested.capture_directory, "Store the answers of the kernel in a new directory")
-      ->type_name("DIR")
-      ->needs(kernel);
+  CLI::Option* const capturing =
+      app.add_option("--capture", requested.capture_directory, "Store the answers of the kernel in a new directory");
+  capturing->type_name("DIR")->needs(kernel);
+  app.add_flag("--anonymous", requested.is_anonymous, "Replace names, addresses and serial numbers in the capture")
+      ->needs(capturing);
   app.add_option("--replay", requested.replay_directory, "Use the switch of a directory that --capture stored")
       ->type_name("DIR")
       ->excludes(file)

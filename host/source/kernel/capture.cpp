@@ -68,7 +68,8 @@ class captured_channel final : public kernel_channel {
 
   int send(const nlmsghdr& request) override {
     store();
-    request_ = request_of(bus_, request);
+    const auto* const bytes = reinterpret_cast<const char*>(&request);
+    request_.assign(bytes, bytes + request.nlmsg_len);
     error_ = real_->send(request);
     return error_;
   }
@@ -83,17 +84,16 @@ class captured_channel final : public kernel_channel {
   }
 
   void store() {
-    if (!request_ || the_capture == nullptr) return;
-    address_messages(answer_, 0, 0);
-    the_capture->add_answer(*request_, answer_, error_);
-    request_.reset();
+    if (request_.empty() || the_capture == nullptr) return;
+    the_capture->add_messages(bus_, *reinterpret_cast<const nlmsghdr*>(request_.data()), std::move(answer_), error_);
+    request_.clear();
     answer_.clear();
   }
 
  private:
   int bus_;
   std::unique_ptr<kernel_channel> real_;
-  std::optional<captured_request> request_;
+  std::vector<char> request_;  // empty: its answer is stored
   std::string answer_;
   int error_ = 0;
 };
@@ -110,10 +110,10 @@ std::unique_ptr<kernel_channel> open_captured(int bus) {
 }
 
 int ask_captured(const std::string& device, void* command) {
-  const captured_request request = request_of_ioctl(device, command);
-  const std::size_t size = ioctl_size(command);
+  const auto* const bytes = static_cast<const char*>(command);
+  const std::vector<char> before(bytes, bytes + ioctl_size(command));
   const int error = real_io.ethtool_ioctl(device, command);
-  the_capture->add_answer(request, {static_cast<const char*>(command), size}, error);
+  if (!before.empty()) the_capture->add_ioctl(device, before.data(), command, error);
   return error;
 }
 
@@ -123,7 +123,7 @@ std::FILE* open_captured_table() {
   std::string text;
   for (int character = std::fgetc(table); character != EOF; character = std::fgetc(table))
     text += static_cast<char>(character);
-  the_capture->add_answer(request_of_table(), text, 0);
+  the_capture->add_table(text);
   std::rewind(table);
   return table;
 }
@@ -132,7 +132,7 @@ std::FILE* open_captured_table() {
 
 // ---- The folder -----------------------------------------------------------------------------------------------------
 
-capture::capture(const std::string& directory)
+capture::capture(const std::string& directory, bool is_anonymous)
     : directory_((make_empty_directory(directory), directory)),
       index_(create(directory, kCaptureIndex)),
       process_(getpid()),
@@ -140,6 +140,7 @@ capture::capture(const std::string& directory)
       table_before_(the_kernel_table_opener()) {
   if (index_.descriptor < 0)
     throw capture_error("cannot capture into " + host::quoted(directory) + ": " + std::strerror(errno) + ".");
+  if (is_anonymous) anonymiser_.emplace();
   the_capture = this;
   real_io = before_;
   real_table_opener = table_before_;
@@ -171,6 +172,33 @@ void capture::write_file(const std::string& name, std::string_view text) {
 
 void capture::add_line(const std::string& line) {
   if (is_own_process() && lines_.insert(line).second) write_index(line);
+}
+
+void capture::add_baseline(uint32 device, const counter_baseline& baseline) {
+  add_line("baseline " + baseline_text(device, anonymiser_ ? anonymiser_->baseline(baseline) : baseline));
+}
+
+void capture::add_switch_name(const std::string& name) {
+  add_line("switch " + (anonymiser_ ? std::string("switch") : name));
+}
+
+void capture::add_messages(int netlink_bus, const nlmsghdr& request, std::string messages, int error) {
+  const captured_request asked = request_of(netlink_bus, request);
+  if (anonymiser_ && !anonymiser::is_stored(asked)) return;
+  if (anonymiser_) messages = anonymiser_->answer(request, messages);
+  address_messages(messages, 0, 0);
+  add_answer(asked, messages, error);
+}
+
+// The record before the call is the request, the one after it is the answer.
+void capture::add_ioctl(const std::string& device, const void* before, const void* after, int error) {
+  const std::string_view record(static_cast<const char*>(after), ioctl_size(before));
+  if (!anonymiser_) return add_answer(request_of_ioctl(device, before), record, error);
+  add_answer(request_of_ioctl(anonymiser_->device_name(device), before), anonymiser_->ioctl_answer(record), error);
+}
+
+void capture::add_table(const std::string& text) {
+  add_answer(request_of_table(), anonymiser_ ? anonymiser_->table(text) : text, 0);
 }
 
 void capture::add_answer(const captured_request& request, std::string_view answer, int error) {
@@ -211,7 +239,7 @@ capturing_source::capturing_source(capture& to, requested_interfaces requested, 
     : kernel_source(std::move(requested), baseline_file, names_file), capture_(to) {
   const auto kernel = system();
   capture_.add_line("system " + kernel->name + " " + kernel->release);
-  capture_.add_line("switch " + name());
+  capture_.add_switch_name(name());
 }
 
 std::vector<mapped_device> capturing_source::map(const std::vector<kernel_link>& links, uint32 management) {
@@ -224,7 +252,7 @@ std::vector<mapped_device> capturing_source::map(const std::vector<kernel_link>&
 
 const counter_baseline* capturing_source::find_baseline(const kernel_link& link) const {
   const counter_baseline* const baseline = kernel_source::find_baseline(link);
-  if (baseline != nullptr) capture_.add_line("baseline " + baseline_text(link.number, *baseline));
+  if (baseline != nullptr) capture_.add_baseline(link.number, *baseline);
   return baseline;
 }
 

@@ -1,6 +1,7 @@
 // Storing the answers of the kernel in a folder (capture_format.h).
 #pragma once
 
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "base/replace_file.h"
+#include "source/kernel/anonymous.h"
 #include "source/kernel/capture_format.h"
 #include "source/kernel/kernel_source.h"
 
@@ -23,16 +25,20 @@ struct capture_error : std::runtime_error {
 class capture {
  public:
   // Creates the folder, or takes an empty one. Throws capture_error.
-  explicit capture(const std::string& directory);
+  explicit capture(const std::string& directory, bool is_anonymous = false);
   ~capture();
   capture(const capture&) = delete;
   capture& operator=(const capture&) = delete;
 
   // Adds a line to the index, unless it has the same line.
   void add_line(const std::string& line);
+  void add_baseline(uint32 device, const counter_baseline& baseline);
+  void add_switch_name(const std::string& name);
 
   // Stores an answer in a file of its own. `error` is an errno.
-  void add_answer(const captured_request& request, std::string_view answer, int error);
+  void add_messages(int netlink_bus, const nlmsghdr& request, std::string messages, int error);
+  void add_ioctl(const std::string& device, const void* before, const void* after, int error);
+  void add_table(const std::string& text);
 
   // Has a source read what no command has read so far, so that the folder has the answers for every display.
   void complete(const machine& model, switch_source& source);
@@ -43,11 +49,14 @@ class capture {
  private:
   friend class captured_channel;
 
+  void add_answer(const captured_request& request, std::string_view answer, int error);
+
   bool is_own_process() const;
   void write_file(const std::string& name, std::string_view text);
   void write_index(const std::string& line);
 
   std::string directory_;
+  std::optional<anonymiser> anonymiser_;
   open_file index_;
   pid_t process_;
   kernel_io before_;
