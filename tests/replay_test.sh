@@ -34,12 +34,41 @@ step "a machine with hardware"
 compare hardware "$recorded"
 grep -q 'FL-10G-SR' "$place/hardware.replayed" || fail "no module: $(cat "$place/hardware.replayed")"
 
+# What it has is in tests/host/source/kernel/recorded_switch.h.
+step "a capture of an earlier version"
+kept=$(dirname "$0")/captures/hardware
+shown() { "$pmsh" --replay "$kept" -c "$@" 2>&1 || fail "$* of the capture"; }
+has "$(shown "show interface ethernet 1/5 trunk allowed")" "10,20-22,30"
+has "$(shown "show interface ethernet 1/3 transceiver details")" "FL-10G-SR"
+has "$(shown "show interface ethernet 1/5 transceiver details")" "WL-40G-SR4"
+has "$(shown "show interface port-channel 9")" "Members in this channel: Eth1/3, Eth1/4"
+has "$(shown "show interface ethernet 1/6")" "Ethernet1/6 is down (Link failure: loss of sync)"
+has "$(shown "show interface mgmt 0 counters | json")" '"input_bytes":420000'
+has "$(shown "show version")" "Linux 6.1.0-lab"
+
 step "what was not shown when it was captured"
 "$recorded" --kernel --clock 1795363200 --capture "$place/brief" -c "show interface brief" >/dev/null || fail "no capture"
 for command in "show interface" "show interface counters" "show interface transceiver details" "show interface | json"; do
   live=$("$recorded" --kernel --clock 1795363200 -c "$command" 2>&1)
   [ "$("$pmsh" --replay "$place/brief" -c "$command" 2>&1)" = "$live" ] || fail "$command differs from $live"
 done
+
+# The same tables, with other names and addresses: what identifies the machine is in no file.
+step "anonymous captures"
+"$recorded" --kernel --clock 1795363200 --capture "$place/anonymous" --anonymous -c "show version" >/dev/null || fail "no capture"
+holds() { LC_ALL=C grep -qaP -- "$2" "$1"/*; }
+for identity in swp1 eth0 veth0 br0 FL000123 WL000456 '\xc0\x00\x02\x0d'; do
+  holds "$place/brief" "$identity" || fail "'$identity' is not in the capture with names"
+  ! holds "$place/anonymous" "$identity" || fail "'$identity' is in $(LC_ALL=C grep -laP -- "$identity" "$place"/anonymous/*)"
+done
+grep -q "^switch switch$" "$place/anonymous/index" || fail "the name of the switch: $(cat "$place/anonymous/index")"
+for command in "show interface status" "show interface trunk" "show interface counters"; do
+  live=$("$recorded" --kernel --clock 1795363200 -c "$command" 2>&1)
+  [ "$("$pmsh" --replay "$place/anonymous" -c "$command" 2>&1)" = "$live" ] || fail "$command differs from $live"
+done
+optics=$("$pmsh" --replay "$place/anonymous" -c "show interface transceiver details" 2>&1) || fail "optics: $optics"
+has "$optics" "FL-10G-SR"
+has "$optics" "0000000000000000"
 
 step "nothing is changed"
 printf 'configure\ninterface ethernet 1/3\nshutdown\n' | "$pmsh" --replay "$place/brief" >"$place/said" 2>&1
