@@ -146,7 +146,12 @@ class folder_reader {
          "-endian machine. Replay it on one.");
   }
 
-  bool read_clock(const words& all, std::string_view) { return read_number(all[1], folder_.clock); }
+  bool read_clock(const words& all, std::string_view) {
+    uint32 seconds = 0;
+    if (!read_number(all[1], seconds)) return false;
+    folder_.clock = static_cast<std::time_t>(seconds);
+    return true;
+  }
 
   bool read_system(const words& all, std::string_view) {
     folder_.system = {std::string(all[1]), std::string(all[2])};
@@ -163,6 +168,8 @@ class folder_reader {
     captured_interface it;
     const auto reason = reason_named(all[3]);
     if (!read_number(all[1], number) || !read_number(all[2], it.if_index, 16) || !reason) return false;
+    for (const auto& [other, known] : folder_.interfaces)
+      if (other != number && known.if_index == it.if_index) return false;
     it.reason = *reason;
     folder_.interfaces[number] = it;
     return true;

@@ -139,6 +139,8 @@ std::string replay_source::name() const { return folder_.switch_name; }
 
 std::optional<kernel_system> replay_source::system() const { return folder_.system; }
 
+std::vector<if_index_t> replay_source::interfaces_towards(const std::string&) const { return {}; }
+
 uint32 replay_source::check_settings(const interface&, const port_settings&) const { return read_only_status(); }
 uint32 replay_source::apply_settings(interface&, const port_settings&) { return read_only_status(); }
 uint32 replay_source::create_interfaces(machine&, std::span<const if_index_t>) { return read_only_status(); }

@@ -26,6 +26,8 @@ class replay_source final : public kernel_source {
   uint32 delete_interfaces(machine& model, std::span<const if_index_t> interfaces) override;
   uint32 restore_interface(machine& model, const interface& deleted) override;
   std::optional<kernel_system> system() const override;
+  // None: the user's connection is not through a replayed device.
+  std::vector<if_index_t> interfaces_towards(const std::string& address) const override;
 
  protected:
   std::vector<mapped_device> map(const std::vector<kernel_link>& links, uint32 management) override;

@@ -241,6 +241,7 @@ TEST_F(Replay, SettingsAreRefused) {
   const std::string refusal = "the switch is replayed from a capture and cannot be changed";
   EXPECT_EQ(text_of_port_status(source.check_settings(port, port.settings)), refusal);
   EXPECT_EQ(text_of_port_status(source.apply_settings(port, port.settings)), refusal);
+  EXPECT_TRUE(source.interfaces_towards("192.0.2.1").empty());
   const if_index_t loopback = numbered_index(IF_TYPE_LOOPBACK, 9);
   EXPECT_EQ(text_of_port_status(source.create_interfaces(model, {&loopback, 1})), refusal);
   EXPECT_EQ(text_of_port_status(source.delete_interfaces(model, {&loopback, 1})), refusal);
@@ -376,6 +377,7 @@ TEST_F(Replay, EachLineThatIsWrongHasItsSentence) {
       "device 3 08002000 luck",
       "baseline 3 020000000007 1 2",
       "clock soon",
+      "clock 4294967296",
       "byte-order middle",
       "answer 2 route 18 links 0001-links 20 0 12000103",     // not the next number
       "answer 1 river 18 links 0001-links 20 0 12000103",     // no such bus
@@ -402,6 +404,11 @@ TEST_F(Replay, AnIndexCutAtEachByteIsIncomplete) {
   }
   write_text(folder_ / "index", whole.substr(0, whole.size() - 1));
   EXPECT_EQ(faults(), strings{"'DIR/index' has no last line 'end'. The capture was interrupted or the file is cut."});
+}
+
+TEST_F(Replay, AnInterfaceIsThatOfOneDevice) {
+  write_folder(index_with("device 3 08002000 bond\ndevice 4 08002000 bond\n" + std::string(kLinksAnswer) + "end 1\n"));
+  EXPECT_EQ(faults(), strings{"'DIR/index' line 7 cannot be read: 'device 4 08002000 bond'."});
 }
 
 TEST_F(Replay, NothingFollowsTheEnd) {
