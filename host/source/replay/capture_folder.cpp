@@ -168,8 +168,6 @@ class folder_reader {
     captured_interface it;
     const auto reason = reason_named(all[3]);
     if (!read_number(all[1], number) || !read_number(all[2], it.if_index, 16) || !reason) return false;
-    for (const auto& [other, known] : folder_.interfaces)
-      if (other != number && known.if_index == it.if_index) return false;
     it.reason = *reason;
     folder_.interfaces[number] = it;
     return true;

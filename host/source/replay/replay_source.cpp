@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <set>
 #include <utility>
 
 #include "base/port_status.h"
@@ -114,11 +115,13 @@ replay_source::~replay_source() {
   the_replay = {};
 }
 
+// An interface is that of the first device that has it.
 std::vector<mapped_device> replay_source::map(const std::vector<kernel_link>& links, uint32) {
   std::vector<mapped_device> mapped;
+  std::set<if_index_t> taken;
   for (const kernel_link& link : links) {
     const auto found = folder_.interfaces.find(link.number);
-    if (found == folder_.interfaces.end()) continue;
+    if (found == folder_.interfaces.end() || !taken.insert(found->second.if_index).second) continue;
     const captured_interface& it = found->second;
     mapped.push_back({link.name, link.number, it.if_index, link.slave_kind == "bridge", it.reason});
     if (it.reason != name_reason::vlan) continue;
