@@ -98,6 +98,7 @@ uint32 switch_source::restore_interface(machine& model, const interface& deleted
 }
 
 std::optional<std::vector<kernel_device>> switch_source::devices() const { return std::nullopt; }
+std::optional<kernel_system> switch_source::system() const { return std::nullopt; }
 std::optional<kernel_device> switch_source::find_device(if_index_t) const { return std::nullopt; }
 std::vector<if_index_t> switch_source::interfaces_towards(const std::string&) const { return {}; }
 

@@ -44,6 +44,12 @@ struct kernel_device {
   std::string parent = {};  // the device below, of name_reason::vlan
 };
 
+// The name and the release of a kernel.
+struct kernel_system {
+  std::string name;
+  std::string release;
+};
+
 class switch_source {
  public:
   switch_source() = default;
@@ -115,6 +121,9 @@ class switch_source {
 
   // The devices of the switch; nothing for a switch that is not the kernel's.
   virtual std::optional<std::vector<kernel_device>> devices() const;
+
+  // The kernel that these devices are of.
+  virtual std::optional<kernel_system> system() const;
 
   // The device of an interface.
   virtual std::optional<kernel_device> find_device(if_index_t if_index) const;

@@ -8,93 +8,110 @@
 #include <cerrno>
 
 #include "source/kernel/ethtool_ioctl.h"
+#include "source/kernel/policy.h"
 
 namespace host {
 namespace {
 
-// The device that a head names.
-uint32 device_of(const nlattr& head) {
-  uint32 number = 0;
-  for_each_nested(head, [&number](const nlattr& attribute) {
-    if (type_of(attribute) == ETHTOOL_A_HEADER_DEV_INDEX) number = attribute_number<uint32>(attribute);
-  });
-  return number;
-}
+// ---- Policies -------------------------------------------------------------------------------------------------------
 
-// The device that a message is about; 0 without a head.
-uint32 device_of(const nlmsghdr& message, uint16 head) {
-  uint32 number = 0;
-  for_each_attribute(message, sizeof(genlmsghdr), [&](const nlattr& attribute) {
-    if (type_of(attribute) == head) number = device_of(attribute);
-  });
-  return number;
+constexpr message_policy kHeadPolicy = {{ETHTOOL_A_HEADER_DEV_INDEX, attribute_type::number, sizeof(uint32)}};
+constexpr message_policy kBitsetPolicy = {
+    {ETHTOOL_A_BITSET_VALUE, attribute_type::bytes, sizeof(uint32)},
+    {ETHTOOL_A_BITSET_MASK, attribute_type::bytes, sizeof(uint32)},
+};
+constexpr message_policy kLinkModesPolicy = {
+    {ETHTOOL_A_LINKMODES_HEADER, attribute_type::nest, 0},
+    {ETHTOOL_A_LINKMODES_AUTONEG, attribute_type::number, sizeof(uint8)},
+    {ETHTOOL_A_LINKMODES_OURS, attribute_type::nest, 0},
+    {ETHTOOL_A_LINKMODES_PEER, attribute_type::nest, 0},
+    {ETHTOOL_A_LINKMODES_SPEED, attribute_type::number, sizeof(uint32)},
+    {ETHTOOL_A_LINKMODES_DUPLEX, attribute_type::number, sizeof(uint8)},
+};
+constexpr message_policy kPausePolicy = {
+    {ETHTOOL_A_PAUSE_HEADER, attribute_type::nest, 0},
+    {ETHTOOL_A_PAUSE_AUTONEG, attribute_type::number, sizeof(uint8)},
+    {ETHTOOL_A_PAUSE_RX, attribute_type::number, sizeof(uint8)},
+    {ETHTOOL_A_PAUSE_TX, attribute_type::number, sizeof(uint8)},
+    {ETHTOOL_A_PAUSE_STATS, attribute_type::nest, 0},
+};
+constexpr message_policy kPauseStatsPolicy = {
+    {ETHTOOL_A_PAUSE_STAT_RX_FRAMES, attribute_type::number, sizeof(uint64)},
+    {ETHTOOL_A_PAUSE_STAT_TX_FRAMES, attribute_type::number, sizeof(uint64)},
+};
+constexpr message_policy kLinkStatePolicy = {
+    {ETHTOOL_A_LINKSTATE_HEADER, attribute_type::nest, 0},
+    {ETHTOOL_A_LINKSTATE_EXT_STATE, attribute_type::number, sizeof(uint8)},
+    {ETHTOOL_A_LINKSTATE_EXT_SUBSTATE, attribute_type::number, sizeof(uint8)},
+};
+constexpr message_policy kStatsPolicy = {
+    {ETHTOOL_A_STATS_HEADER, attribute_type::nest, 0},
+    {ETHTOOL_A_STATS_GRP, attribute_type::nest, 0},
+};
+constexpr message_policy kGroupPolicy = {
+    {ETHTOOL_A_STATS_GRP_ID, attribute_type::number, sizeof(uint32)},
+    {ETHTOOL_A_STATS_GRP_STAT, attribute_type::nest, 0},
+    {ETHTOOL_A_STATS_GRP_HIST_RX, attribute_type::nest, 0},
+    {ETHTOOL_A_STATS_GRP_HIST_TX, attribute_type::nest, 0},
+};
+constexpr message_policy kCounterPolicy = message_policy::uniform(attribute_type::number, sizeof(uint64));
+constexpr message_policy kSizePolicy = {
+    {ETHTOOL_A_STATS_GRP_HIST_BKT_LOW, attribute_type::number, sizeof(uint32)},
+    {ETHTOOL_A_STATS_GRP_HIST_BKT_HI, attribute_type::number, sizeof(uint32)},
+    {ETHTOOL_A_STATS_GRP_HIST_VAL, attribute_type::number, sizeof(uint64)},
+};
+constexpr message_policy kModulePagePolicy = {
+    {ETHTOOL_A_MODULE_EEPROM_HEADER, attribute_type::nest, 0},
+    {ETHTOOL_A_MODULE_EEPROM_DATA, attribute_type::bytes, 1},
+};
+constexpr message_policy kFamilyPolicy = {{CTRL_ATTR_FAMILY_ID, attribute_type::number, sizeof(uint16)}};
+
+// A message of the family.
+struct ethtool_reply {
+  uint32 device;  // that it is about; 0 without a head
+  attributes all;
+};
+
+std::optional<ethtool_reply> parse_reply(const nlmsghdr& message, const message_policy& policy, uint16 head) {
+  const auto parsed = parse<genlmsghdr>(message, policy);
+  if (!parsed) return std::nullopt;
+  const uint32 device = parsed->all.nested(head, kHeadPolicy).number<uint32>(ETHTOOL_A_HEADER_DEV_INDEX).value_or(0);
+  return ethtool_reply{device, parsed->all};
 }
 
 // ---- Link modes -----------------------------------------------------------------------------------------------------
 
-link_modes modes_of(const nlattr& words) {
-  const std::span<const uint8> bytes = bytes_of(words);
+link_modes modes_of(const attributes& bitset, uint16 words) {
+  const std::span<const uint8> bytes = bitset.bytes(words).value_or(std::span<const uint8>());
   link_modes modes;
-  for (std::size_t word = 0; word + sizeof(uint32) <= std::min(bytes.size(), modes.size() / 8);
-       word += sizeof(uint32)) {
-    uint32 bits = 0;
-    std::memcpy(&bits, bytes.data() + word, sizeof bits);
-    modes |= link_modes(bits) << (word * 8);
-  }
+  for (std::size_t word = 0; word + sizeof(uint32) <= std::min(bytes.size(), modes.size() / 8); word += sizeof(uint32))
+    modes |= link_modes(record_of<uint32>(bytes.subspan(word))) << (word * 8);
   return modes;
 }
 
-struct mode_set {
-  link_modes value;
-  link_modes mask;
-};
-
-mode_set mode_set_of(const nlattr& bitset) {
-  mode_set set;
-  for_each_nested(bitset, [&set](const nlattr& attribute) {
-    if (type_of(attribute) == ETHTOOL_A_BITSET_VALUE) set.value = modes_of(attribute);
-    if (type_of(attribute) == ETHTOOL_A_BITSET_MASK) set.mask = modes_of(attribute);
-  });
-  return set;
-}
-
-void take_link_mode(const nlattr& attribute, kernel_link& link) {
+void take_link_modes(const attributes& all, kernel_link& link) {
   constexpr uint32 kUnknownSpeed = 0xFFFFFFFF;
-  switch (type_of(attribute)) {
-    case ETHTOOL_A_LINKMODES_AUTONEG: link.negotiates = attribute_number<uint8>(attribute) != AUTONEG_DISABLE; return;
-    case ETHTOOL_A_LINKMODES_OURS: {
-      const mode_set ours = mode_set_of(attribute);
-      link.supported = ours.mask;
-      link.advertised = ours.value;
-      return;
-    }
-    case ETHTOOL_A_LINKMODES_PEER: link.partner = mode_set_of(attribute).value; return;
-    case ETHTOOL_A_LINKMODES_SPEED:
-      if (const auto speed = attribute_number<uint32>(attribute); speed != kUnknownSpeed) link.speed_mbps = speed;
-      return;
-    case ETHTOOL_A_LINKMODES_DUPLEX:
-      if (const auto duplex = attribute_number<uint8>(attribute); duplex <= DUPLEX_FULL)
-        link.is_full_duplex = duplex == DUPLEX_FULL;
-      return;
-    default: return;
-  }
+  const attributes ours = all.nested(ETHTOOL_A_LINKMODES_OURS, kBitsetPolicy);
+  const attributes peer = all.nested(ETHTOOL_A_LINKMODES_PEER, kBitsetPolicy);
+  link.supported = modes_of(ours, ETHTOOL_A_BITSET_MASK);
+  link.advertised = modes_of(ours, ETHTOOL_A_BITSET_VALUE);
+  link.partner = modes_of(peer, ETHTOOL_A_BITSET_VALUE);
+  if (const auto mode = all.number<uint8>(ETHTOOL_A_LINKMODES_AUTONEG)) link.negotiates = mode != AUTONEG_DISABLE;
+  if (const auto speed = all.number<uint32>(ETHTOOL_A_LINKMODES_SPEED); speed && speed != kUnknownSpeed)
+    link.speed_mbps = speed;
+  if (const auto duplex = all.number<uint8>(ETHTOOL_A_LINKMODES_DUPLEX); duplex && *duplex <= DUPLEX_FULL)
+    link.is_full_duplex = duplex == DUPLEX_FULL;
 }
 
 // ---- Pause ----------------------------------------------------------------------------------------------------------
 
-void take_pause(const nlattr& attribute, pause_settings& pause) {
-  switch (type_of(attribute)) {
-    case ETHTOOL_A_PAUSE_AUTONEG: pause.negotiates = attribute_number<uint8>(attribute) != 0; return;
-    case ETHTOOL_A_PAUSE_RX: pause.receives = attribute_number<uint8>(attribute) != 0; return;
-    case ETHTOOL_A_PAUSE_TX: pause.sends = attribute_number<uint8>(attribute) != 0; return;
-    case ETHTOOL_A_PAUSE_STATS:
-      for_each_nested(attribute, [&pause](const nlattr& frames) {
-        if (type_of(frames) == ETHTOOL_A_PAUSE_STAT_RX_FRAMES) pause.received_frames = attribute_number<uint64>(frames);
-        if (type_of(frames) == ETHTOOL_A_PAUSE_STAT_TX_FRAMES) pause.sent_frames = attribute_number<uint64>(frames);
-      });
-      return;
-    default: return;
-  }
+pause_settings pause_of(const attributes& all) {
+  const attributes stats = all.nested(ETHTOOL_A_PAUSE_STATS, kPauseStatsPolicy);
+  return {.negotiates = all.number<uint8>(ETHTOOL_A_PAUSE_AUTONEG).value_or(0) != 0,
+          .receives = all.number<uint8>(ETHTOOL_A_PAUSE_RX).value_or(0) != 0,
+          .sends = all.number<uint8>(ETHTOOL_A_PAUSE_TX).value_or(0) != 0,
+          .received_frames = stats.number<uint64>(ETHTOOL_A_PAUSE_STAT_RX_FRAMES),
+          .sent_frames = stats.number<uint64>(ETHTOOL_A_PAUSE_STAT_TX_FRAMES)};
 }
 
 // ---- Counters -------------------------------------------------------------------------------------------------------
@@ -127,11 +144,10 @@ constexpr driver_row kDriverRows[] = {
 };
 constexpr uint32 kWantedGroups = 1U << ETHTOOL_STATS_ETH_PHY | 1U << ETHTOOL_STATS_ETH_MAC | 1U << ETHTOOL_STATS_RMON;
 
-void take_counter(uint32 group, const nlattr& attribute, driver_counters& counters) {
-  if (mnl_attr_get_payload_len(&attribute) < sizeof(uint64)) return;
+void take_counter(uint32 group, const attributes& counter, driver_counters& counters) {
   for (const driver_row& row : kDriverRows)
-    if (row.group == group && row.number == type_of(attribute))
-      counters[row.counter] = attribute_number<uint64>(attribute);
+    if (const auto value = counter.number<uint64>(row.number); value && row.group == group)
+      counters[row.counter] = value;
 }
 
 // The size class that has exactly these bounds in bytes; none for others. The smallest begins where the driver says,
@@ -144,35 +160,22 @@ std::optional<std::size_t> size_class_of(uint32 low, uint32 high) {
   return std::nullopt;
 }
 
-void take_size(const nlattr& nest, uint32 first, driver_counters& counters) {
-  uint32 low = 0, high = 0;
-  std::optional<uint64> packets;
-  for_each_nested(nest, [&](const nlattr& attribute) {
-    switch (type_of(attribute)) {
-      case ETHTOOL_A_STATS_GRP_HIST_BKT_LOW: low = attribute_number<uint32>(attribute); return;
-      case ETHTOOL_A_STATS_GRP_HIST_BKT_HI: high = attribute_number<uint32>(attribute); return;
-      case ETHTOOL_A_STATS_GRP_HIST_VAL:
-        if (mnl_attr_get_payload_len(&attribute) >= sizeof(uint64)) packets = attribute_number<uint64>(attribute);
-        return;
-      default: return;
-    }
-  });
+void take_size(const attributes& bucket, uint32 first, driver_counters& counters) {
+  const uint32 low = bucket.number<uint32>(ETHTOOL_A_STATS_GRP_HIST_BKT_LOW).value_or(0);
+  const uint32 high = bucket.number<uint32>(ETHTOOL_A_STATS_GRP_HIST_BKT_HI).value_or(0);
+  const auto packets = bucket.number<uint64>(ETHTOOL_A_STATS_GRP_HIST_VAL);
   if (const auto size = size_class_of(low, high); size && packets) counters[first + *size] = packets;
 }
 
-void take_group(const nlattr& nest, driver_counters& counters) {
-  std::optional<uint32> group;
-  for_each_nested(nest, [&](const nlattr& attribute) {
-    switch (type_of(attribute)) {
-      case ETHTOOL_A_STATS_GRP_ID: group = attribute_number<uint32>(attribute); return;
-      case ETHTOOL_A_STATS_GRP_STAT:
-        if (group) for_each_nested(attribute, [&](const nlattr& it) { take_counter(*group, it, counters); });
-        return;
-      case ETHTOOL_A_STATS_GRP_HIST_RX: return take_size(attribute, kDriverReceivedBySize, counters);
-      case ETHTOOL_A_STATS_GRP_HIST_TX: return take_size(attribute, kDriverSentBySize, counters);
-      default: return;
-    }
-  });
+void take_group(const attributes& all, driver_counters& counters) {
+  const auto group = all.number<uint32>(ETHTOOL_A_STATS_GRP_ID);
+  if (!group) return;
+  all.for_each(ETHTOOL_A_STATS_GRP_STAT,
+               [&](std::span<const uint8> it) { take_counter(*group, parse(it, kCounterPolicy), counters); });
+  all.for_each(ETHTOOL_A_STATS_GRP_HIST_RX,
+               [&](std::span<const uint8> it) { take_size(parse(it, kSizePolicy), kDriverReceivedBySize, counters); });
+  all.for_each(ETHTOOL_A_STATS_GRP_HIST_TX,
+               [&](std::span<const uint8> it) { take_size(parse(it, kSizePolicy), kDriverSentBySize, counters); });
 }
 
 // ---- Modules by ioctl -----------------------------------------------------------------------------------------------
@@ -192,9 +195,8 @@ uint16 ethtool_family(netlink_socket& generic) {
   mnl_attr_put_strz(&request.head(), CTRL_ATTR_FAMILY_NAME, ETHTOOL_GENL_NAME);
   uint16 family = 0;
   generic.ask(request, [&family](const nlmsghdr& message) {
-    for_each_attribute(message, sizeof(genlmsghdr), [&family](const nlattr& attribute) {
-      if (type_of(attribute) == CTRL_ATTR_FAMILY_ID) family = attribute_number<uint16>(attribute);
-    });
+    if (const auto parsed = parse<genlmsghdr>(message, kFamilyPolicy))
+      family = parsed->all.number<uint16>(CTRL_ATTR_FAMILY_ID).value_or(family);
   });
   return family;
 }
@@ -243,18 +245,15 @@ void read_port_settings(std::vector<kernel_link>& links) {
 }
 
 void decode_link_modes(const nlmsghdr& message, std::vector<kernel_link>& links) {
-  kernel_link* const link = find_link(links, device_of(message, ETHTOOL_A_LINKMODES_HEADER));
-  if (link == nullptr) return;
-  for_each_attribute(message, sizeof(genlmsghdr),
-                     [link](const nlattr& attribute) { take_link_mode(attribute, *link); });
+  const auto reply = parse_reply(message, kLinkModesPolicy, ETHTOOL_A_LINKMODES_HEADER);
+  if (kernel_link* const link = reply ? find_link(links, reply->device) : nullptr; link != nullptr)
+    take_link_modes(reply->all, *link);
 }
 
 void decode_pause(const nlmsghdr& message, std::vector<kernel_link>& links) {
-  kernel_link* const link = find_link(links, device_of(message, ETHTOOL_A_PAUSE_HEADER));
-  if (link == nullptr) return;
-  pause_settings pause;
-  for_each_attribute(message, sizeof(genlmsghdr), [&pause](const nlattr& attribute) { take_pause(attribute, pause); });
-  link->pause = pause;
+  const auto reply = parse_reply(message, kPausePolicy, ETHTOOL_A_PAUSE_HEADER);
+  if (kernel_link* const link = reply ? find_link(links, reply->device) : nullptr; link != nullptr)
+    link->pause = pause_of(reply->all);
 }
 
 // ---- Why links are down ---------------------------------------------------------------------------------------------
@@ -270,15 +269,11 @@ link_faults read_link_faults(ethtool_socket& ethtool) {
 }
 
 void decode_link_fault(const nlmsghdr& message, link_faults& faults) {
-  std::optional<uint8> state;
-  uint8 substate = 0;
-  for_each_attribute(message, sizeof(genlmsghdr), [&](const nlattr& attribute) {
-    if (mnl_attr_get_payload_len(&attribute) == 0) return;
-    if (type_of(attribute) == ETHTOOL_A_LINKSTATE_EXT_STATE) state = attribute_number<uint8>(attribute);
-    if (type_of(attribute) == ETHTOOL_A_LINKSTATE_EXT_SUBSTATE) substate = attribute_number<uint8>(attribute);
-  });
-  const uint32 device = device_of(message, ETHTOOL_A_LINKSTATE_HEADER);
-  if (state && device != 0) faults[device] = {*state, substate};
+  const auto reply = parse_reply(message, kLinkStatePolicy, ETHTOOL_A_LINKSTATE_HEADER);
+  if (!reply || reply->device == 0) return;
+  const auto state = reply->all.number<uint8>(ETHTOOL_A_LINKSTATE_EXT_STATE);
+  const uint8 substate = reply->all.number<uint8>(ETHTOOL_A_LINKSTATE_EXT_SUBSTATE).value_or(0);
+  if (state) faults[reply->device] = {*state, substate};
 }
 
 // ---- Counters -------------------------------------------------------------------------------------------------------
@@ -299,14 +294,13 @@ std::map<uint32, driver_counters> read_driver_counters(ethtool_socket& ethtool) 
 }
 
 void decode_driver_counters(const nlmsghdr& message, std::map<uint32, driver_counters>& counted) {
-  const uint32 device = device_of(message, ETHTOOL_A_STATS_HEADER);
-  if (device == 0) return;
+  const auto reply = parse_reply(message, kStatsPolicy, ETHTOOL_A_STATS_HEADER);
+  if (!reply || reply->device == 0) return;
   driver_counters counters;
-  for_each_attribute(message, sizeof(genlmsghdr), [&counters](const nlattr& attribute) {
-    if (type_of(attribute) == ETHTOOL_A_STATS_GRP) take_group(attribute, counters);
-  });
+  reply->all.for_each(ETHTOOL_A_STATS_GRP,
+                      [&counters](std::span<const uint8> group) { take_group(parse(group, kGroupPolicy), counters); });
   const bool tells = std::any_of(counters.begin(), counters.end(), [](const auto& it) { return it.has_value(); });
-  if (tells) counted[device] = counters;
+  if (tells) counted[reply->device] = counters;
 }
 
 // ---- Modules --------------------------------------------------------------------------------------------------------
@@ -325,15 +319,11 @@ std::vector<uint8> read_module_page(ethtool_socket& ethtool, uint32 device, cons
 }
 
 std::vector<uint8> decode_module_page(const nlmsghdr& message, uint32 device) {
-  std::vector<uint8> page;
-  if (device_of(message, ETHTOOL_A_MODULE_EEPROM_HEADER) != device) return page;
-  for_each_attribute(message, sizeof(genlmsghdr), [&page](const nlattr& attribute) {
-    if (type_of(attribute) != ETHTOOL_A_MODULE_EEPROM_DATA) return;
-    const std::span<const uint8> bytes = bytes_of(attribute);
-    page.assign(bytes.begin(),
-                bytes.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(bytes.size(), kModulePageBytes)));
-  });
-  return page;
+  const auto reply = parse_reply(message, kModulePagePolicy, ETHTOOL_A_MODULE_EEPROM_HEADER);
+  if (!reply || reply->device != device) return {};
+  const auto bytes = reply->all.bytes(ETHTOOL_A_MODULE_EEPROM_DATA).value_or(std::span<const uint8>());
+  const auto page = bytes.first(std::min<std::size_t>(bytes.size(), kModulePageBytes));
+  return {page.begin(), page.end()};
 }
 
 std::vector<uint8> read_module_page_by_ioctl(const std::string& device, const module_place& place) {

@@ -3,6 +3,7 @@
 #include <linux/if_bridge.h>
 #include <linux/rtnetlink.h>
 #include <net/if.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -169,7 +170,7 @@ machine kernel_source::read_again() {
   netlink_socket route(NETLINK_ROUTE);
   links_ = read_links(route);
   if (find_link(links_, management_) == nullptr) management_ = default_route_device(route);
-  mapped_ = names_.map(links_, management_, requested_);
+  mapped_ = map(links_, management_);
   details_.begin(links_, mapped_);
   counted_.clear();
   counted_.reserve(mapped_.size());
@@ -179,8 +180,25 @@ machine kernel_source::read_again() {
   });
   sort_by<&device_reading::if_index>(counted_);
   machine made = machine_of_devices(links_, mapped_);
+  made.name = name();
   for (interface& port : made.interfaces) port.at_start = at_start_.emplace(port.if_index, port.settings).first->second;
   return made;
+}
+
+std::vector<mapped_device> kernel_source::map(const std::vector<kernel_link>& links, uint32 management) {
+  return names_.map(links, management, requested_);
+}
+
+const counter_baseline* kernel_source::find_baseline(const kernel_link& link) const {
+  return baselines_.find(link.number, link.mac, link.counted);
+}
+
+std::string kernel_source::name() const { return host_name(); }
+
+std::optional<kernel_system> kernel_source::system() const {
+  utsname kernel{};
+  uname(&kernel);
+  return kernel_system{kernel.sysname, kernel.release};
 }
 
 // The counters of a device, and the time of their last clear.
@@ -189,7 +207,7 @@ kernel_source::device_reading kernel_source::reading_of(const kernel_link& link,
   reading.if_index = if_index;
   reading.number = link.number;
   reading.counted = link.counted;
-  const counter_baseline* const baseline = baselines_.find(link.number, link.mac, link.counted);
+  const counter_baseline* const baseline = find_baseline(link);
   if (baseline == nullptr) return reading;
   reading.cleared_at = baseline->counted;
   reading.cleared_sec = baseline->cleared_sec;

@@ -17,7 +17,7 @@
 
 namespace host {
 
-class kernel_source final : public switch_source {
+class kernel_source : public switch_source {
  public:
   // `requested` has the interfaces that the user's map file gives to devices. Without the path of a file, baselines of
   // cleared counters, or the interfaces of devices, are known only to this process.
@@ -47,9 +47,20 @@ class kernel_source final : public switch_source {
   uint32 delete_interfaces(machine& model, std::span<const if_index_t> interfaces) override;
   uint32 restore_interface(machine& model, const interface& deleted) override;
   std::optional<std::vector<kernel_device>> devices() const override;
+  std::optional<kernel_system> system() const override;
   std::optional<kernel_device> find_device(if_index_t if_index) const override;
   // Including lower devices: parents, members of bridges and bonds.
   std::vector<if_index_t> interfaces_towards(const std::string& address) const override;
+
+ protected:
+  // The interfaces of devices; `management` is the number of the management port's device, or 0.
+  virtual std::vector<mapped_device> map(const std::vector<kernel_link>& links, uint32 management);
+
+  // The stored baseline of a device that counts from one; null for others.
+  virtual const counter_baseline* find_baseline(const kernel_link& link) const;
+
+  // The name of the switch.
+  virtual std::string name() const;
 
  private:
   struct device_reading {

@@ -9,86 +9,106 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstring>
 
 #include "source/kernel/ethtool.h"
+#include "source/kernel/policy.h"
 #include "source/kernel/sorted_records.h"
 
 namespace host {
 namespace {
 
+using mac_address = std::array<uint8, 6>;
+
+// ---- Policies -------------------------------------------------------------------------------------------------------
+
+constexpr message_policy kLinkPolicy = {
+    {IFLA_IFNAME, attribute_type::text, 1},
+    {IFLA_IFALIAS, attribute_type::text, 1},
+    {IFLA_MTU, attribute_type::number, sizeof(uint32)},
+    {IFLA_MIN_MTU, attribute_type::number, sizeof(uint32)},
+    {IFLA_MAX_MTU, attribute_type::number, sizeof(uint32)},
+    {IFLA_OPERSTATE, attribute_type::number, sizeof(uint8)},
+    {IFLA_MASTER, attribute_type::number, sizeof(uint32)},
+    {IFLA_LINK, attribute_type::number, sizeof(uint32)},
+    {IFLA_CARRIER_CHANGES, attribute_type::number, sizeof(uint32)},
+    {IFLA_ADDRESS, attribute_type::bytes, sizeof(mac_address)},
+    {IFLA_PERM_ADDRESS, attribute_type::bytes, sizeof(mac_address), sizeof(mac_address)},
+    {IFLA_STATS64, attribute_type::bytes,
+     offsetof(rtnl_link_stats64, rx_nohandler)},  // the last counter of old kernels
+    {IFLA_LINKINFO, attribute_type::nest, 0},
+};
+constexpr message_policy kInfoPolicy = {
+    {IFLA_INFO_KIND, attribute_type::text, 1},
+    {IFLA_INFO_SLAVE_KIND, attribute_type::text, 1},
+    {IFLA_INFO_DATA, attribute_type::nest, 0},
+    {IFLA_INFO_SLAVE_DATA, attribute_type::nest, 0},
+};
+constexpr message_policy kVlanDevicePolicy = {{IFLA_VLAN_ID, attribute_type::number, sizeof(uint16)}};
+constexpr message_policy kBridgePortPolicy = {{IFLA_BRPORT_STATE, attribute_type::number, sizeof(uint8)}};
+constexpr message_policy kBridgePolicy = {{IFLA_AF_SPEC, attribute_type::nest, 0}};
+constexpr message_policy kBridgeVlanPolicy = {{IFLA_BRIDGE_VLAN_INFO, attribute_type::bytes, sizeof(bridge_vlan_info)}};
+constexpr message_policy kIpv4Policy = {
+    {IFA_LOCAL, attribute_type::bytes, sizeof(in_addr), sizeof(in_addr)},
+    {IFA_ADDRESS, attribute_type::bytes, sizeof(in_addr), sizeof(in_addr)},
+};
+constexpr message_policy kIpv6Policy = {
+    {IFA_LOCAL, attribute_type::bytes, sizeof(in6_addr), sizeof(in6_addr)},
+    {IFA_ADDRESS, attribute_type::bytes, sizeof(in6_addr), sizeof(in6_addr)},
+};
+constexpr message_policy kRoutePolicy = {{RTA_OIF, attribute_type::number, sizeof(uint32)}};
+
 // ---- Links ----------------------------------------------------------------------------------------------------------
 
-void take_statistics(const nlattr& attribute, device_counters& to) {
-  rtnl_link_stats64 from{};
-  std::memcpy(&from, mnl_attr_get_payload(&attribute),
-              std::min<std::size_t>(sizeof from, mnl_attr_get_payload_len(&attribute)));
-  to = {.rx_bytes = from.rx_bytes,
-        .rx_packets = from.rx_packets,
-        .rx_errors = from.rx_errors,
-        .rx_dropped = from.rx_dropped + from.rx_missed_errors,
-        .rx_fifo_errors = from.rx_fifo_errors,
-        .rx_frame_errors = from.rx_crc_errors + from.rx_frame_errors,
-        .rx_compressed = from.rx_compressed,
-        .rx_multicast = from.multicast,
-        .tx_bytes = from.tx_bytes,
-        .tx_packets = from.tx_packets,
-        .tx_errors = from.tx_errors,
-        .tx_dropped = from.tx_dropped,
-        .tx_fifo_errors = from.tx_fifo_errors,
-        .tx_collisions = from.collisions,
-        .tx_carrier_errors = from.tx_carrier_errors,
-        .tx_compressed = from.tx_compressed};
+device_counters counters_of(const rtnl_link_stats64& from) {
+  return {.rx_bytes = from.rx_bytes,
+          .rx_packets = from.rx_packets,
+          .rx_errors = from.rx_errors,
+          .rx_dropped = from.rx_dropped + from.rx_missed_errors,
+          .rx_fifo_errors = from.rx_fifo_errors,
+          .rx_frame_errors = from.rx_crc_errors + from.rx_frame_errors,
+          .rx_compressed = from.rx_compressed,
+          .rx_multicast = from.multicast,
+          .tx_bytes = from.tx_bytes,
+          .tx_packets = from.tx_packets,
+          .tx_errors = from.tx_errors,
+          .tx_dropped = from.tx_dropped,
+          .tx_fifo_errors = from.tx_fifo_errors,
+          .tx_collisions = from.collisions,
+          .tx_carrier_errors = from.tx_carrier_errors,
+          .tx_compressed = from.tx_compressed};
 }
 
-void take_info(const nlattr& nest, kernel_link& link) {
-  for_each_nested(nest, [&link](const nlattr& attribute) {
-    switch (type_of(attribute)) {
-      case IFLA_INFO_KIND: link.kind = text_of(attribute); return;
-      case IFLA_INFO_SLAVE_KIND: link.slave_kind = text_of(attribute); return;
-      case IFLA_INFO_DATA:
-        for_each_nested(attribute, [&link](const nlattr& data) {
-          if (link.kind == "vlan" && type_of(data) == IFLA_VLAN_ID) link.vlan = attribute_number<uint16>(data);
-        });
-        return;
-      case IFLA_INFO_SLAVE_DATA:
-        for_each_nested(attribute, [&link](const nlattr& data) {
-          if (link.slave_kind == "bridge" && type_of(data) == IFLA_BRPORT_STATE)
-            link.bridge_state = attribute_number<uint8>(data);
-        });
-        return;
-      default: return;
-    }
-  });
+void take_info(const attributes& info, kernel_link& link) {
+  link.kind = info.text(IFLA_INFO_KIND).value_or("");
+  link.slave_kind = info.text(IFLA_INFO_SLAVE_KIND).value_or("");
+  if (link.kind == "vlan")
+    link.vlan = info.nested(IFLA_INFO_DATA, kVlanDevicePolicy).number<uint16>(IFLA_VLAN_ID).value_or(0);
+  if (link.slave_kind == "bridge")
+    link.bridge_state = info.nested(IFLA_INFO_SLAVE_DATA, kBridgePortPolicy).number<uint8>(IFLA_BRPORT_STATE);
 }
 
-void take_link_attribute(const nlattr& attribute, kernel_link& link) {
-  switch (type_of(attribute)) {
-    case IFLA_IFNAME: link.name = text_of(attribute); return;
-    case IFLA_IFALIAS: link.alias = text_of(attribute); return;
-    case IFLA_MTU: link.mtu_bytes = attribute_number<uint32>(attribute); return;
-    case IFLA_MIN_MTU: link.lowest_mtu_bytes = attribute_number<uint32>(attribute); return;
-    case IFLA_MAX_MTU: link.highest_mtu_bytes = attribute_number<uint32>(attribute); return;
-    case IFLA_OPERSTATE: link.operation = attribute_number<uint8>(attribute); return;
-    case IFLA_MASTER: link.master = attribute_number<uint32>(attribute); return;
-    case IFLA_LINK: link.parent = attribute_number<uint32>(attribute); return;
-    case IFLA_CARRIER_CHANGES: link.carrier_changes = attribute_number<uint32>(attribute); return;
-    case IFLA_ADDRESS: link.mac = attribute_number<std::array<uint8, 6>>(attribute); return;
-    case IFLA_PERM_ADDRESS:
-      if (mnl_attr_get_payload_len(&attribute) == link.mac.size())
-        link.permanent_mac = attribute_number<std::array<uint8, 6>>(attribute);
-      return;
-    case IFLA_STATS64: return take_statistics(attribute, link.counted);
-    case IFLA_LINKINFO: return take_info(attribute, link);
-    default: return;
-  }
+void take_link(const attributes& all, kernel_link& link) {
+  link.name = all.text(IFLA_IFNAME).value_or("");
+  link.alias = all.text(IFLA_IFALIAS).value_or("");
+  link.mtu_bytes = all.number<uint32>(IFLA_MTU).value_or(0);
+  link.lowest_mtu_bytes = all.number<uint32>(IFLA_MIN_MTU).value_or(0);
+  link.highest_mtu_bytes = all.number<uint32>(IFLA_MAX_MTU).value_or(0);
+  link.operation = all.number<uint8>(IFLA_OPERSTATE).value_or(0);
+  link.master = all.number<uint32>(IFLA_MASTER).value_or(0);
+  link.parent = all.number<uint32>(IFLA_LINK).value_or(0);
+  link.carrier_changes = all.number<uint32>(IFLA_CARRIER_CHANGES).value_or(0);
+  if (const auto mac = all.bytes(IFLA_ADDRESS)) link.mac = record_of<mac_address>(*mac);
+  if (const auto mac = all.bytes(IFLA_PERM_ADDRESS)) link.permanent_mac = record_of<mac_address>(*mac);
+  if (const auto stats = all.bytes(IFLA_STATS64)) link.counted = counters_of(record_of<rtnl_link_stats64>(*stats));
+  take_info(all.nested(IFLA_LINKINFO, kInfoPolicy), link);
 }
 
 // ---- Bridge VLANs ---------------------------------------------------------------------------------------------------
 
 // A VLAN, or one end of a range of them.
-void take_vlan(const nlattr& attribute, kernel_link& link, uint16& range_begin) {
-  const auto info = attribute_number<bridge_vlan_info>(attribute);
+void take_vlan(const bridge_vlan_info& info, kernel_link& link, uint16& range_begin) {
   if ((info.flags & BRIDGE_VLAN_INFO_PVID) != 0) link.native_vlan = info.vid;
   if ((info.flags & BRIDGE_VLAN_INFO_UNTAGGED) == 0) link.has_tagged_vlans = true;
   if ((info.flags & BRIDGE_VLAN_INFO_RANGE_BEGIN) != 0) {
@@ -149,14 +169,11 @@ void dump_addresses(netlink_socket& route, std::vector<kernel_link>& links) {
 // uses the others.
 constexpr const char* kSomewhere[] = {"192.0.2.255", "198.51.100.255", "203.0.113.255"};
 
-uint32 device_of_route(const nlmsghdr& message) {
-  uint32 device = 0;
-  if (message.nlmsg_type != RTM_NEWROUTE) return device;
-  for_each_attribute(message, sizeof(rtmsg), [&device](const nlattr& attribute) {
-    if (type_of(attribute) == RTA_OIF) device = attribute_number<uint32>(attribute);
-  });
-  return device;
+std::optional<parsed_message<rtmsg>> parse_route(const nlmsghdr& message) {
+  return message.nlmsg_type == RTM_NEWROUTE ? parse<rtmsg>(message, kRoutePolicy) : std::nullopt;
 }
+
+uint32 device_of_route(const parsed_message<rtmsg>& route) { return route.all.number<uint32>(RTA_OIF).value_or(0); }
 
 // The device, when a route for every address is the one that leads to `somewhere`; 0 otherwise.
 uint32 device_of_default_route_to(netlink_socket& route, const char* somewhere) {
@@ -176,51 +193,47 @@ uint32 device_of_default_route_to(netlink_socket& route, const char* somewhere) 
 }  // namespace
 
 uint32 decode_default_route(const nlmsghdr& message) {
-  if (message.nlmsg_type != RTM_NEWROUTE || mnl_nlmsg_get_payload_len(&message) < sizeof(rtmsg)) return 0;
-  const auto* const route = static_cast<const rtmsg*>(mnl_nlmsg_get_payload(&message));
-  return route->rtm_dst_len != 0 ? 0 : device_of_route(message);
+  const auto route = parse_route(message);
+  return route && route->head.rtm_dst_len == 0 ? device_of_route(*route) : 0;
 }
 
 std::optional<kernel_link> decode_link(const nlmsghdr& message) {
-  if (message.nlmsg_type != RTM_NEWLINK || mnl_nlmsg_get_payload_len(&message) < sizeof(ifinfomsg)) return std::nullopt;
-  const auto* const head = static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&message));
+  if (message.nlmsg_type != RTM_NEWLINK) return std::nullopt;
+  const auto parsed = parse<ifinfomsg>(message, kLinkPolicy);
+  if (!parsed) return std::nullopt;
   kernel_link link;
-  link.number = static_cast<uint32>(head->ifi_index);
-  link.flags = head->ifi_flags;
-  for_each_attribute(message, sizeof *head, [&link](const nlattr& it) { take_link_attribute(it, link); });
+  link.number = static_cast<uint32>(parsed->head.ifi_index);
+  link.flags = parsed->head.ifi_flags;
+  take_link(parsed->all, link);
   return link.name.empty() ? std::nullopt : std::optional(std::move(link));
 }
 
 void decode_bridge_vlans(const nlmsghdr& message, std::vector<kernel_link>& links) {
-  if (message.nlmsg_type != RTM_NEWLINK || mnl_nlmsg_get_payload_len(&message) < sizeof(ifinfomsg)) return;
-  const auto* const head = static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&message));
-  kernel_link* const link = find_link(links, static_cast<uint32>(head->ifi_index));
+  if (message.nlmsg_type != RTM_NEWLINK) return;
+  const auto parsed = parse<ifinfomsg>(message, kBridgePolicy);
+  kernel_link* const link = parsed ? find_link(links, static_cast<uint32>(parsed->head.ifi_index)) : nullptr;
   if (link == nullptr) return;
-  for_each_attribute(message, sizeof *head, [link](const nlattr& attribute) {
-    if (type_of(attribute) != IFLA_AF_SPEC) return;
-    uint16 range_begin = 0;
-    for_each_nested(attribute, [&](const nlattr& vlan) {
-      if (type_of(vlan) == IFLA_BRIDGE_VLAN_INFO) take_vlan(vlan, *link, range_begin);
-    });
+  uint16 range_begin = 0;
+  parsed->all.nested(IFLA_AF_SPEC, kBridgeVlanPolicy).for_each(IFLA_BRIDGE_VLAN_INFO, [&](std::span<const uint8> vlan) {
+    take_vlan(record_of<bridge_vlan_info>(vlan), *link, range_begin);
   });
 }
 
+// IFA_ADDRESS is the other end of a link between two, which has IFA_LOCAL, too.
 void decode_address(const nlmsghdr& message, std::vector<kernel_link>& links) {
-  if (message.nlmsg_type != RTM_NEWADDR || mnl_nlmsg_get_payload_len(&message) < sizeof(ifaddrmsg)) return;
-  const auto* const head = static_cast<const ifaddrmsg*>(mnl_nlmsg_get_payload(&message));
-  kernel_link* const link = find_link(links, head->ifa_index);
-  if (link == nullptr) return;
-  ip_address address{.is_ipv6 = head->ifa_family == AF_INET6, .bytes = {}, .prefix_length = head->ifa_prefixlen};
-  bool is_known = false;
-  for_each_attribute(message, sizeof *head, [&](const nlattr& attribute) {
-    const bool is_local = type_of(attribute) == IFA_LOCAL;
-    if (!is_local && (is_known || type_of(attribute) != IFA_ADDRESS)) return;
-    const std::size_t size = mnl_attr_get_payload_len(&attribute);
-    if (size > address.bytes.size()) return;
-    std::memcpy(address.bytes.data(), mnl_attr_get_payload(&attribute), size);
-    is_known = true;
-  });
-  if (is_known) link->addresses.push_back(address);
+  if (message.nlmsg_type != RTM_NEWADDR) return;
+  const auto families = parse<ifaddrmsg>(message, kIpv4Policy);
+  if (!families) return;
+  const ifaddrmsg head = families->head;
+  kernel_link* const link = find_link(links, head.ifa_index);
+  if (link == nullptr || (head.ifa_family != AF_INET && head.ifa_family != AF_INET6)) return;
+  const bool is_ipv6 = head.ifa_family == AF_INET6;
+  const attributes all = is_ipv6 ? parse<ifaddrmsg>(message, kIpv6Policy)->all : families->all;
+  const auto bytes = all.bytes(IFA_LOCAL) ? all.bytes(IFA_LOCAL) : all.bytes(IFA_ADDRESS);
+  if (!bytes) return;
+  ip_address address{.is_ipv6 = is_ipv6, .bytes = {}, .prefix_length = head.ifa_prefixlen};
+  std::copy(bytes->begin(), bytes->end(), address.bytes.begin());
+  link->addresses.push_back(address);
 }
 
 bool is_physical(const kernel_link& link) {
@@ -252,7 +265,10 @@ uint32 device_towards(netlink_socket& route, const std::string& address) {
   head.rtm_dst_len = static_cast<uint8>(size * 8);
   mnl_attr_put(&request.head(), RTA_DST, size, bytes.data());
   uint32 device = 0;
-  route.ask(request, [&device](const nlmsghdr& message) { device = device_of_route(message); });
+  route.ask(request, [&device](const nlmsghdr& message) {
+    const auto found = parse_route(message);
+    device = found ? device_of_route(*found) : 0;
+  });
   return device;
 }
 

@@ -12,6 +12,8 @@
 #include <cstring>
 #include <string>
 
+#include "source/kernel/policy.h"
+
 namespace host {
 namespace {
 
@@ -23,21 +25,24 @@ int visit_message(const nlmsghdr* message, void* visitor) {
   return MNL_CB_OK;
 }
 
-void visit_all(const char* at, std::size_t left, const attribute_visitor& visit) {
-  while (left >= sizeof(nlattr)) {
-    const auto* const attribute = reinterpret_cast<const nlattr*>(at);
-    if (!mnl_attr_ok(attribute, static_cast<int>(left))) return;
-    visit(*attribute);
-    const std::size_t size = std::min<std::size_t>(MNL_ALIGN(attribute->nla_len), left);
-    at += size;
-    left -= size;
+constexpr message_policy kExtackPolicy = {{NLMSGERR_ATTR_MSG, attribute_type::text, 1}};
+
+// The complete messages at the start of a datagram. A length is compared as it is: as an int it may be negative.
+std::span<const char> complete_messages(std::span<const char> datagram) {
+  std::span<const char> left = datagram;
+  while (left.size() >= sizeof(nlmsghdr)) {
+    nlmsghdr head;
+    std::memcpy(&head, left.data(), sizeof head);
+    if (head.nlmsg_len < sizeof head || head.nlmsg_len > left.size()) break;
+    left = left.subspan(std::min<std::size_t>(NLMSG_ALIGN(head.nlmsg_len), left.size()));
   }
+  return datagram.first(datagram.size() - left.size());
 }
 
-// The first text among the messages.
-std::string words_among(const char* messages, std::size_t size) {
-  int left = static_cast<int>(size);
-  for (const auto* at = reinterpret_cast<const nlmsghdr*>(messages); mnl_nlmsg_ok(at, left);
+// The first text among complete messages.
+std::string words_among(std::span<const char> messages) {
+  int left = static_cast<int>(messages.size());
+  for (const auto* at = reinterpret_cast<const nlmsghdr*>(messages.data()); mnl_nlmsg_ok(at, left);
        at = mnl_nlmsg_next(at, &left))
     if (std::string words = extack_message(*at); !words.empty()) return words;
   return {};
@@ -54,10 +59,23 @@ class socket_channel : public kernel_channel {
   int send(const nlmsghdr& request) override {
     return mnl_socket_sendto(socket_.get(), &request, request.nlmsg_len) < 0 ? errno : 0;
   }
+  // Any process may send to the socket's port; only the kernel has the port 0.
   ssize_t receive(std::span<char> to, int& error) override {
-    const ssize_t size = mnl_socket_recvfrom(socket_.get(), to.data(), to.size());
-    error = errno;
-    return size;
+    while (true) {
+      sockaddr_nl sender{};
+      iovec buffer{to.data(), to.size()};
+      msghdr datagram{};
+      datagram.msg_name = &sender;
+      datagram.msg_namelen = sizeof sender;
+      datagram.msg_iov = &buffer;
+      datagram.msg_iovlen = 1;
+      const ssize_t size = recvmsg(mnl_socket_get_fd(socket_.get()), &datagram, 0);
+      error = size < 0 ? errno : 0;
+      if (size >= 0 && (datagram.msg_namelen != sizeof sender || sender.nl_pid != 0)) continue;
+      if (size < 0 || (datagram.msg_flags & MSG_TRUNC) == 0) return size;
+      error = ENOSPC;
+      return -1;
+    }
   }
 
  private:
@@ -93,40 +111,19 @@ int ask_by_ioctl(const std::string& device, void* command) {
 
 }  // namespace
 
+// The text follows the request, or its header where the rest is omitted.
 std::string extack_message(const nlmsghdr& message) {
-  const auto* const error = static_cast<const nlmsgerr*>(mnl_nlmsg_get_payload(&message));
-  const bool is_error = message.nlmsg_type == NLMSG_ERROR && mnl_nlmsg_get_payload_len(&message) >= sizeof *error;
-  if (!is_error || error->error == 0 || (message.nlmsg_flags & NLM_F_ACK_TLVS) == 0) return {};
-  const bool is_whole_request = (message.nlmsg_flags & NLM_F_CAPPED) == 0;
-  const std::size_t request =
-      is_whole_request ? error->msg.nlmsg_len - std::min(error->msg.nlmsg_len, NLMSG_HDRLEN + 0U) : 0;
-  std::string words;
-  for_each_attribute(message, sizeof *error + request, [&words](const nlattr& attribute) {
-    if (mnl_attr_get_type(&attribute) != NLMSGERR_ATTR_MSG) return;
-    const auto* const text = static_cast<const char*>(mnl_attr_get_payload(&attribute));
-    words.assign(text, strnlen(text, mnl_attr_get_payload_len(&attribute)));
-  });
-  return words;
-}
-
-void for_each_attribute(const nlmsghdr& message, std::size_t offset, const attribute_visitor& visit) {
-  const std::size_t size = mnl_nlmsg_get_payload_len(&message);
-  const std::size_t head = MNL_ALIGN(offset);
-  if (size < head) return;
-  visit_all(static_cast<const char*>(mnl_nlmsg_get_payload(&message)) + head, size - head, visit);
-}
-
-void for_each_nested(const nlattr& nest, const attribute_visitor& visit) {
-  visit_all(static_cast<const char*>(mnl_attr_get_payload(&nest)), mnl_attr_get_payload_len(&nest), visit);
-}
-
-std::string text_of(const nlattr& attribute) {
-  const auto* const text = static_cast<const char*>(mnl_attr_get_payload(&attribute));
-  return {text, strnlen(text, mnl_attr_get_payload_len(&attribute))};
-}
-
-std::span<const uint8> bytes_of(const nlattr& attribute) {
-  return {static_cast<const uint8*>(mnl_attr_get_payload(&attribute)), mnl_attr_get_payload_len(&attribute)};
+  const auto parsed = parse<nlmsgerr>(message, kExtackPolicy);
+  if (!parsed || message.nlmsg_type != NLMSG_ERROR || parsed->head.error == 0 ||
+      (message.nlmsg_flags & NLM_F_ACK_TLVS) == 0)
+    return {};
+  const uint32 request = parsed->head.msg.nlmsg_len;
+  if ((message.nlmsg_flags & NLM_F_CAPPED) != 0 || request <= NLMSG_HDRLEN)
+    return parsed->all.text(NLMSGERR_ATTR_MSG).value_or("");
+  const std::span<const uint8> rest = payload_of(message).subspan(sizeof(nlmsgerr));
+  const uint32 omitted = request - NLMSG_HDRLEN;
+  if (rest.size() < omitted || rest.size() < NLMSG_ALIGN(omitted)) return {};
+  return parse(rest.subspan(NLMSG_ALIGN(omitted)), kExtackPolicy).text(NLMSGERR_ATTR_MSG).value_or("");
 }
 
 kernel_io& the_kernel_io() {
@@ -168,14 +165,17 @@ int netlink_socket::receive(uint32 sequence, const message_visitor& visit) {
       if (error == EINTR) continue;  // a signal, not an interrupted dump
       return error;
     }
-    const int status = mnl_cb_run(buffer_.get(), static_cast<std::size_t>(size), sequence, channel_->port(),
-                                  visit_message, const_cast<message_visitor*>(&visit));
+    const std::span<const char> datagram(buffer_.get(), static_cast<std::size_t>(size));
+    const std::span<const char> messages = complete_messages(datagram);
+    const int status = mnl_cb_run(messages.data(), messages.size(), sequence, channel_->port(), visit_message,
+                                  const_cast<message_visitor*>(&visit));
     if (status < 0) {
       if (errno == ESRCH || errno == EPROTO) continue;  // left over from an earlier question
       error = errno;
-      reason_ = words_among(buffer_.get(), static_cast<std::size_t>(size));
+      reason_ = words_among(messages);
       return error;
     }
+    if (status != MNL_CB_STOP && datagram.size() - messages.size() >= sizeof(nlmsghdr)) return EBADMSG;
     if (status == MNL_CB_STOP) return 0;
   }
 }

@@ -21,28 +21,6 @@ struct kernel_error : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-using attribute_visitor = std::function<void(const nlattr&)>;
-
-// Calls `visit` with each complete attribute after a message's head of `offset` bytes, and within a nested attribute.
-void for_each_attribute(const nlmsghdr& message, std::size_t offset, const attribute_visitor& visit);
-void for_each_nested(const nlattr& nest, const attribute_visitor& visit);
-
-inline uint16 type_of(const nlattr& attribute) { return static_cast<uint16>(mnl_attr_get_type(&attribute)); }
-
-std::string text_of(const nlattr& attribute);
-
-// The bytes in an attribute, as long as its message lives.
-std::span<const uint8> bytes_of(const nlattr& attribute);
-
-// The number in an attribute; 0 in one that is too short.
-template <typename Number>
-Number attribute_number(const nlattr& attribute) {
-  Number number{};
-  if (mnl_attr_get_payload_len(&attribute) >= sizeof number)
-    std::memcpy(&number, mnl_attr_get_payload(&attribute), sizeof number);
-  return number;
-}
-
 // The text of the kernel in an error message; empty for an acknowledgement, for another message, or without a text.
 std::string extack_message(const nlmsghdr& message);
 

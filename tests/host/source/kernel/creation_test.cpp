@@ -17,6 +17,7 @@
 #include "platform/port_config.h"
 #include "platform/syserr.h"
 #include "source/kernel/kernel_source.h"
+#include "source/kernel/policy.h"
 #include "switch/if_index_layout.h"
 
 namespace host {
@@ -49,22 +50,28 @@ std::ostream& operator<<(std::ostream& to, const creation& it) {
             << it.vlan;
 }
 
+constexpr message_policy kCreationPolicy = {
+    {IFLA_IFNAME, attribute_type::text, 1},
+    {IFLA_IFALIAS, attribute_type::text, 0},
+    {IFLA_LINK, attribute_type::number, 4},
+    {IFLA_LINKINFO, attribute_type::nest, 0},
+};
+constexpr message_policy kCreatedKindPolicy = {
+    {IFLA_INFO_KIND, attribute_type::text, 1},
+    {IFLA_INFO_DATA, attribute_type::nest, 0},
+};
+constexpr message_policy kCreatedVlanPolicy = {{IFLA_VLAN_ID, attribute_type::number, 2}};
+
 creation creation_in(const nlmsghdr& request) {
   EXPECT_EQ(request.nlmsg_flags & (NLM_F_CREATE | NLM_F_EXCL), NLM_F_CREATE | NLM_F_EXCL);
-  const auto* const head = static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&request));
-  creation it{.number = static_cast<uint32>(head->ifi_index), .is_up = (head->ifi_flags & IFF_UP) != 0};
-  for_each_attribute(request, sizeof *head, [&](const nlattr& attribute) {
-    if (type_of(attribute) == IFLA_IFNAME) it.name = text_of(attribute);
-    if (type_of(attribute) == IFLA_LINK) it.parent = attribute_number<uint32>(attribute);
-    if (type_of(attribute) != IFLA_LINKINFO) return;
-    for_each_nested(attribute, [&](const nlattr& info) {
-      if (type_of(info) == IFLA_INFO_KIND) it.kind = text_of(info);
-      if (type_of(info) != IFLA_INFO_DATA) return;
-      for_each_nested(info, [&](const nlattr& data) {
-        if (type_of(data) == IFLA_VLAN_ID) it.vlan = attribute_number<uint16>(data);
-      });
-    });
-  });
+  const auto parsed = parse<ifinfomsg>(request, kCreationPolicy);
+  if (!parsed) return {};
+  const attributes info = parsed->all.nested(IFLA_LINKINFO, kCreatedKindPolicy);
+  creation it{.number = static_cast<uint32>(parsed->head.ifi_index), .is_up = (parsed->head.ifi_flags & IFF_UP) != 0};
+  it.name = parsed->all.text(IFLA_IFNAME).value_or("");
+  it.parent = parsed->all.number<uint32>(IFLA_LINK).value_or(0);
+  it.kind = info.text(IFLA_INFO_KIND).value_or("");
+  it.vlan = info.nested(IFLA_INFO_DATA, kCreatedVlanPolicy).number<uint16>(IFLA_VLAN_ID).value_or(0);
   return it;
 }
 
@@ -211,9 +218,8 @@ class KernelRestoration : public KernelCreation {
   KernelRestoration() {
     kernel_.answer(kNewLink, [this](const nlmsghdr& request) {
       if ((request.nlmsg_flags & NLM_F_CREATE) != 0) return create(creation_in(request));
-      for_each_attribute(request, sizeof(ifinfomsg), [&](const nlattr& attribute) {
-        if (type_of(attribute) == IFLA_IFALIAS) aliases_.push_back(text_of(attribute));
-      });
+      if (const auto alias = parse<ifinfomsg>(request, kCreationPolicy)->all.text(IFLA_IFALIAS))
+        aliases_.push_back(*alias);
       return setting_answer_;
     });
     deleted_interface_ = *find(loopback(0));

@@ -112,7 +112,10 @@ class recorded_channel : public kernel_channel {
       for (std::size_t i = at; i < std::min(at + kMessagesOfDatagram, messages.size()); ++i) {
         recorded_message& message = messages[i];
         if (message.size() > the_recording->longest) message.resize(std::max(the_recording->longest, sizeof(nlmsghdr)));
+        const std::size_t place = next.bytes.size();
         append(next.bytes, message, request, flags);
+        if (const auto claimed = the_recording->claimed_length; claimed && place != 0)
+          std::memcpy(next.bytes.data() + place, &*claimed, sizeof *claimed);
       }
       if (at == 0 && disturbed == disturbance::lost) next = {{}, ENOBUFS};
       events_.push_back(std::move(next));

@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -72,7 +73,8 @@ class recorded_kernel {
   uint32 ioctls() const { return ioctls_; }
 
   bool has_ethtool = true;
-  std::size_t longest = SIZE_MAX;  // every message is cut at this many bytes
+  std::size_t longest = SIZE_MAX;        // every message is cut at this many bytes
+  std::optional<uint32> claimed_length;  // that the second message of a datagram gives as its own
 
  private:
   friend class recorded_channel;

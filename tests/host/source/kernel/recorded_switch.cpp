@@ -11,6 +11,8 @@
 #include <cerrno>
 #include <numeric>
 
+#include "source/kernel/policy.h"
+
 namespace host {
 namespace {
 
@@ -70,26 +72,13 @@ void put_words(std::vector<uint8>& page, std::size_t at, const std::vector<uint1
   for (std::size_t i = 0; i < words.size(); ++i) put_word(page, at + i * 2, words[i]);
 }
 
-uint32 number_in(const nlmsghdr& request, uint16 type) {
-  uint32 number = 0;
-  for_each_attribute(request, sizeof(genlmsghdr), [&](const nlattr& attribute) {
-    if (type_of(attribute) != type) return;
-    number = mnl_attr_get_payload_len(&attribute) == 1 ? attribute_number<uint8>(attribute)
-                                                       : attribute_number<uint32>(attribute);
-  });
-  return number;
-}
-
-uint32 device_in(const nlmsghdr& request) {
-  uint32 device = 0;
-  for_each_attribute(request, sizeof(genlmsghdr), [&](const nlattr& head) {
-    if (type_of(head) == ETHTOOL_A_MODULE_EEPROM_HEADER)
-      for_each_nested(head, [&](const nlattr& it) {
-        if (type_of(it) == ETHTOOL_A_HEADER_DEV_INDEX) device = attribute_number<uint32>(it);
-      });
-  });
-  return device;
-}
+constexpr message_policy kPlacePolicy = {
+    {ETHTOOL_A_MODULE_EEPROM_HEADER, attribute_type::nest, 0},
+    {ETHTOOL_A_MODULE_EEPROM_OFFSET, attribute_type::number, 4},
+    {ETHTOOL_A_MODULE_EEPROM_PAGE, attribute_type::number, 1},
+    {ETHTOOL_A_MODULE_EEPROM_I2C_ADDRESS, attribute_type::number, 1},
+};
+constexpr message_policy kDevicePolicy = {{ETHTOOL_A_HEADER_DEV_INDEX, attribute_type::number, 4}};
 
 // ---- The switch -----------------------------------------------------------------------------------------------------
 
@@ -380,12 +369,16 @@ module_pages qsfp_pages() {
 
 void record_modules(recorded_kernel& kernel, std::map<uint32, module_pages> modules) {
   const auto answer = [modules = std::move(modules)](const nlmsghdr& request) -> recorded_answer {
-    const uint32 device = device_in(request);
+    const attributes all = parse<genlmsghdr>(request, kPlacePolicy)->all;
+    const uint32 device = all.nested(ETHTOOL_A_MODULE_EEPROM_HEADER, kDevicePolicy)
+                              .number<uint32>(ETHTOOL_A_HEADER_DEV_INDEX)
+                              .value_or(0);
     const auto found = modules.find(device);
     if (found == modules.end()) return {EINVAL};
-    const auto page = found->second.find({static_cast<uint8>(number_in(request, ETHTOOL_A_MODULE_EEPROM_I2C_ADDRESS)),
-                                          static_cast<uint8>(number_in(request, ETHTOOL_A_MODULE_EEPROM_PAGE)),
-                                          static_cast<uint8>(number_in(request, ETHTOOL_A_MODULE_EEPROM_OFFSET))});
+    const auto page =
+        found->second.find({all.number<uint8>(ETHTOOL_A_MODULE_EEPROM_I2C_ADDRESS).value_or(0),
+                            all.number<uint8>(ETHTOOL_A_MODULE_EEPROM_PAGE).value_or(0),
+                            static_cast<uint8>(all.number<uint32>(ETHTOOL_A_MODULE_EEPROM_OFFSET).value_or(0))});
     if (page == found->second.end()) return {EIO};
     return {0,
             {recorded(ethtool_message(

@@ -20,6 +20,7 @@
 #include "host/source/kernel/kernel_recording.h"
 #include "platform/port_manager.h"
 #include "platform/syserr.h"
+#include "source/kernel/policy.h"
 #include "source/kernel/way.h"
 
 namespace host {
@@ -47,19 +48,23 @@ std::ostream& operator<<(std::ostream& to, const asked& it) {
   return to;
 }
 
+constexpr message_policy kRequestedVlansPolicy = {{IFLA_AF_SPEC, attribute_type::nest, 0}};
+constexpr message_policy kRequestedVlanPolicy = {
+    {IFLA_BRIDGE_VLAN_INFO, attribute_type::bytes, sizeof(bridge_vlan_info)}};
+
 asked vlans_in_request(const nlmsghdr& request) {
   asked it{request.nlmsg_type, {}};
-  const auto* const head = static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&request));
-  EXPECT_EQ(head->ifi_family, AF_BRIDGE);
-  EXPECT_EQ(head->ifi_index, 7);
-  for_each_attribute(request, sizeof *head, [&](const nlattr& spec) {
-    EXPECT_EQ(mnl_attr_get_type(&spec), IFLA_AF_SPEC);
-    for_each_nested(spec, [&](const nlattr& attribute) {
-      EXPECT_EQ(mnl_attr_get_type(&attribute), IFLA_BRIDGE_VLAN_INFO);
-      const auto info = attribute_number<bridge_vlan_info>(attribute);
-      it.vlans.emplace_back(info.flags, info.vid);
-    });
-  });
+  const auto parsed = parse<ifinfomsg>(request, kRequestedVlansPolicy);
+  if (!parsed) return it;
+  EXPECT_EQ(parsed->head.ifi_family, AF_BRIDGE);
+  EXPECT_EQ(parsed->head.ifi_index, 7);
+  parsed->all.nested(IFLA_AF_SPEC, kRequestedVlanPolicy)
+      .for_each(IFLA_BRIDGE_VLAN_INFO, [&](std::span<const uint8> bytes) {
+        const auto info = record_of<bridge_vlan_info>(bytes);
+        it.vlans.emplace_back(info.flags, info.vid);
+      });
+  const std::size_t nothing_else = it.vlans.size() * NLA_ALIGN(NLA_HDRLEN + sizeof(bridge_vlan_info)) + NLA_HDRLEN;
+  EXPECT_EQ(request.nlmsg_len, NLMSG_LENGTH(sizeof(ifinfomsg)) + nothing_else);
   return it;
 }
 
@@ -180,12 +185,10 @@ class KernelAsked : public testing::Test {
   }
   // The bytes of an attribute of a request behind a head of this size; nothing when it has none.
   std::optional<std::vector<uint8>> attribute(std::size_t head, uint16 type, std::size_t which = 0) const {
-    std::optional<std::vector<uint8>> found;
-    for_each_attribute(*reinterpret_cast<const nlmsghdr*>(requests_.at(which).data()), head, [&](const nlattr& it) {
-      const std::span<const uint8> bytes = bytes_of(it);
-      if (type_of(it) == type) found.emplace(bytes.begin(), bytes.end());
-    });
-    return found;
+    static constexpr message_policy kAnyPolicy = message_policy::uniform(attribute_type::bytes, 0);
+    const auto& request = *reinterpret_cast<const nlmsghdr*>(requests_.at(which).data());
+    const auto found = parse(payload_of(request).subspan(head), kAnyPolicy).bytes(type);
+    return found ? std::optional(std::vector<uint8>(found->begin(), found->end())) : std::nullopt;
   }
   asked vlans_in(std::size_t which) const {
     const auto& head = *reinterpret_cast<const nlmsghdr*>(requests_.at(which).data());
