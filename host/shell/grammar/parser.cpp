@@ -24,13 +24,11 @@ std::vector<position> behind_text(const std::vector<position>& positions) {
 }
 
 // True when the line ends within a TEXT argument, or in the quotes of a pattern.
-bool is_in_text(const cut_line& line, shell_mode mode) {
-  reading_state state(mode, true);
-  for (std::span<const word_token> left = line.words; !left.empty();) {
-    if (takes_text(state.positions)) return left.front().text != "?";
-    const std::size_t taken = read_next(state, line.text, left);
-    if (taken == 0) return false;
-    left = left.subspan(taken);
+bool is_in_text(const line_part& command, shell_mode mode) {
+  reading_state state(command, mode, true);
+  while (!state.left.empty()) {
+    if (takes_text(state.positions)) return true;
+    if (!read_next(state)) return false;
   }
   return state.ending && state.ending->is_in_quotes;
 }
@@ -49,35 +47,30 @@ bool asks_for_document(const cut_line& line) {
     return word != nullptr && word->kind == pipe_kind::json;
   };
   // A quote that does not end hides the pipes after it.
-  const std::size_t last = line.text.rfind('|');
-  if (last != std::string_view::npos && is_json(trim(line.text.substr(last + 1)))) return true;
-  return std::any_of(line.parts.begin() + 1, line.parts.end(), [&is_json](const word_token& part) {
-    const std::string_view text = trim(part.text);
-    return is_json(text.substr(0, text.find_first_of(" \t")));
+  const std::string_view end = line.parts.back().text;
+  const std::size_t last = end.rfind('|');
+  if (last != std::string_view::npos && is_json(trim(end.substr(last + 1)))) return true;
+  return std::any_of(line.pipes().begin(), line.pipes().end(), [&is_json](const line_part& pipe) {
+    return !pipe.words.empty() && is_json(pipe.words.front().text);
   });
 }
 
 std::optional<command_line> parse_command(const cut_line& line, std::string& error, shell_mode mode) {
   if (line.is_empty()) return command_line();
-  const std::vector<word_token>& parts = line.parts;
-
-  reading_state state(mode);
+  reading_state state(line.command(), mode);
   command_line& parsed = state.line;
-  for (std::span<const word_token> left = line.words; !left.empty();) {
-    const std::size_t start = left.front().start;
+  while (!state.left.empty()) {
     if (takes_text(state.positions)) {
-      auto text = read_text_argument(trim(parts[0].text.substr(start)), error);
+      auto text = read_text_argument(text_of(state.left), error);
       if (!text) return std::nullopt;
       parsed.free_text = std::move(*text);
       state.positions = behind_text(state.positions);
       break;
     }
-    const std::size_t taken = read_next(state, parts[0].text, left);
-    if (taken == 0) {
+    if (!read_next(state)) {
       error = state.error;
       return std::nullopt;
     }
-    left = left.subspan(taken);
   }
   const auto complete = std::find_if(state.positions.begin(), state.positions.end(), is_complete);
   const bool is_range_open = state.ending && !state.ending->is_complete;
@@ -89,20 +82,19 @@ std::optional<command_line> parse_command(const cut_line& line, std::string& err
   parsed.number = complete->number;
   parsed.is_no = !state.path.empty() && state.path.front() == "no";
   parsed.text = join({state.path.begin() + static_cast<std::ptrdiff_t>(state.words_in_front), state.path.end()}, " ");
-  for (std::size_t i = 1; i < parts.size(); ++i) {
-    error = read_pipe(parts[i].text, parsed.pipes);
+  for (const line_part& pipe : line.pipes()) {
+    error = read_pipe(pipe, parsed.pipes);
     if (!error.empty()) return std::nullopt;
   }
   return std::move(parsed);
 }
 
 bool is_in_expression(const cut_line& line, shell_mode mode) {
-  if (line.is_comment) return true;
-  if (line.parts.size() == 1) return is_in_text(line, mode);
-  const std::string_view pipe = line.parts.back().text;
-  const std::vector<word_token> words = split_words(pipe);
-  if (words.empty() || (words.size() == 1 && words[0].text.end() == pipe.end())) return false;
-  const pipe_word* const word = find_pipe(words[0].text);
+  if (line.is_comment()) return true;
+  if (line.pipes().empty()) return is_in_text(line.command(), mode);
+  const line_part& pipe = line.pipes().back();
+  if (pipe.words.empty() || (pipe.words.size() == 1 && pipe.ends_with_word())) return false;
+  const pipe_word* const word = find_pipe(pipe.words.front().text);
   return word != nullptr && word->argument == pipe_argument::expression;
 }
 
@@ -110,7 +102,7 @@ line_meaning meaning_of(std::string_view text, shell_mode mode) {
   const cut_line line(text);
   line_meaning meant;
   meant.written = trim(text);
-  if (meant.written.ends_with('?') && !is_in_expression(meant.written, mode)) {
+  if (line.ends_with_question() && !is_in_expression(line.before_question(), mode)) {
     meant.kind = line_kind::question;
     meant.begun = text.substr(0, text.rfind('?'));
     return meant;

@@ -1,11 +1,11 @@
 #include "shell/grammar/pipe_stages.h"
 
 #include <algorithm>
+#include <span>
 
 #include "base/text.h"
 #include "base/tokens.h"
 #include "shell/grammar/mistakes.h"
-#include "shell/grammar/words.h"
 
 namespace host {
 namespace {
@@ -17,9 +17,9 @@ std::vector<std::string_view> pipe_names() {
 }
 
 // Reads the file name after "| save". Returns the error, or an empty text.
-std::string read_save(std::string_view rest, std::vector<pipe_stage>& pipes) {
+std::string read_save(std::span<const word_token> words, std::vector<pipe_stage>& pipes) {
+  const std::string_view rest = text_of(words);
   const std::string_view name = unquote(rest);
-  const std::vector<word_token> words = split_words(rest);
   if (name.empty()) return "'| save' needs the name of a file, such as '| save ports.txt'.";
   if (name == "-") return "'| save' writes to a file: expected its name, not '-'.";
   if (words.size() > 1 && name.size() == rest.size())
@@ -49,17 +49,17 @@ std::string unknown_pipe(std::string_view written) {
   return text + " It is one of " + join(pipe_names(), ", ") + ".";
 }
 
-std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
-  part = trim(part);
-  if (part.empty()) return "nothing after '|': expected one of " + join(pipe_names(), ", ") + ".";
-  const std::string_view written = part.substr(0, part.find_first_of(" \t"));
+std::string read_pipe(const line_part& part, std::vector<pipe_stage>& pipes) {
+  if (part.words.empty()) return "nothing after '|': expected one of " + join(pipe_names(), ", ") + ".";
+  const std::string_view written = part.words.front().text;
   const pipe_word* const word = find_pipe(written);
   if (word == nullptr) return unknown_pipe(written);
-  const std::string_view rest = trim(part.substr(written.size()));
+  const auto arguments = std::span(part.words).subspan(1);
+  const std::string_view rest = text_of(arguments);
   const std::string name(word->word);
   if (const std::size_t quote = find_open_quote(rest); quote != std::string_view::npos)
     return "the quote " + std::string(1, rest[quote]) + " in " + quoted(rest) + " is not closed.";
-  if (word->argument == pipe_argument::file) return read_save(rest, pipes);
+  if (word->argument == pipe_argument::file) return read_save(arguments, pipes);
   if (word->argument == pipe_argument::expression && rest.empty())
     return "'| " + name + "' needs an expression, such as '| " + name + " up'.";
   const bool is_columns = word->argument == pipe_argument::columns;

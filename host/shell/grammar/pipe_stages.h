@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "shell/grammar/cut_line.h"
 #include "shell/output/pipes.h"
 
 namespace host {
@@ -15,7 +16,7 @@ const pipe_word* find_pipe(std::string_view written);
 // The error of a word that names none.
 std::string unknown_pipe(std::string_view written);
 
-// Reads the text after a "|". Returns the error, or an empty text.
-std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes);
+// Reads the part of a line after a "|". Returns the error, or an empty text.
+std::string read_pipe(const line_part& part, std::vector<pipe_stage>& pipes);
 
 }  // namespace host

@@ -1,7 +1,6 @@
 #include "shell/grammar/suggester.h"
 
 #include <algorithm>
-#include <span>
 
 #include "base/text.h"
 #include "shell/grammar/mistakes.h"
@@ -29,10 +28,10 @@ void suggest_except(suggestions& found, std::string_view begun) {
 }
 
 // Suggests what completes a range with which the line ends.
-void suggest_in_range(suggestions& found, std::string_view line, const reading_state& state) {
+void suggest_in_range(suggestions& found, const reading_state& state) {
   const range_ending& ending = *state.ending;
   found.start = state.range_start + ending.begun;
-  const std::string_view begun = line.substr(found.start);
+  const std::string_view begun = state.text.substr(found.start);
   if (ending.begins_item) suggest_items(found, begun);
   if (ending.begins_item && begun.empty())
     found.hints.push_back({"\"PATTERN\"", "Names like \"e*1/[1-3]\": * ? and [...] stand for characters"});
@@ -93,18 +92,18 @@ bool is_in_range(const reading_state& state, std::string_view word) {
 }
 
 // True when a line ends with "except", whose exceptions follow a blank.
-bool ends_with_except(std::string_view line, const reading_state& state) {
-  return state.ending->begins_item && state.ending->begun + state.range_start == line.size() &&
-         starts_with_ignoring_case(line.substr(line.size() - std::min(line.size(), kExcept.size())), kExcept);
+bool ends_with_except(const reading_state& state) {
+  const std::string_view text = state.text;
+  return state.ending->begins_item && state.ending->begun + state.range_start == text.size() &&
+         starts_with_ignoring_case(text.substr(text.size() - std::min(text.size(), kExcept.size())), kExcept);
 }
 
-suggestions suggest_pipe(const word_token& part) {
+suggestions suggest_pipe(const line_part& part) {
   suggestions found;
-  const std::vector<word_token> words = split_words(part.text, part.start);
-  const bool in_first = words.size() == 1 && words[0].text.end() == part.text.end();
-  if (words.empty() || in_first) {
-    found.start = words.empty() ? part.start + part.text.size() : words[0].start;
-    const std::string_view begun = words.empty() ? "" : words[0].text;
+  const std::vector<word_token>& words = part.words;
+  if (words.empty() || (words.size() == 1 && part.ends_with_word())) {
+    const auto [begun, start] = part.last_word();
+    found.start = start;
     for (const pipe_word& word : kPipeWords) {
       if (starts_with_ignoring_case(word.word, begun)) add_word(found, word.word, word.help);
     }
@@ -129,45 +128,40 @@ suggestions suggest_pipe(const word_token& part) {
 
 }  // namespace
 
-suggestions suggest(const cut_line& typed, shell_mode mode) {
+suggestions suggest(const cut_line& line, shell_mode mode) {
   suggestions found;
-  if (typed.is_comment) return found;
-  if (typed.parts.size() > 1) return suggest_pipe(typed.parts.back());
+  if (line.is_comment()) return found;
+  if (!line.pipes().empty()) return suggest_pipe(line.pipes().back());
 
-  const std::string_view line = typed.text;
-  const std::vector<word_token>& words = typed.words;
-  const bool has_begun = !words.empty() && words.back().text.end() == line.end();
-  reading_state state(mode, true);
-  std::span<const word_token> left = words;
-  while (!left.empty()) {
-    const bool is_last = has_begun && left.size() == 1;
+  reading_state state(line.command(), mode, true);
+  while (!state.left.empty()) {
+    const bool is_last = line.command().ends_with_word() && state.left.size() == 1;
     if (!is_last && takes_text(state.positions)) return found;
-    if (is_last && !is_in_range(state, left.front().text)) break;
-    const std::size_t taken = read_next(state, line, left);
-    if (taken == 0) {
+    if (is_last && !is_in_range(state, state.left.front().text)) break;
+    if (!read_next(state)) {
       found.error = state.error;
       return found;
     }
-    left = left.subspan(taken);
   }
   found.creates_interfaces = std::any_of(state.positions.begin(), state.positions.end(), [](const position& at) {
     return at.what->syntax.words[0].text == "interface";
   });
-  const word_token begun = left.empty() ? word_token{line.substr(line.size()), line.size()} : left.front();
+  const word_token begun =
+      state.left.empty() ? word_token{state.text.substr(state.text.size()), state.text.size()} : state.left.front();
   found.start = begun.start;
-  if (state.ending && ends_with_except(line, state)) {
-    found.start = line.size() - kExcept.size();
-    suggest_except(found, line.substr(found.start));
+  if (state.ending && ends_with_except(state)) {
+    found.start = state.text.size() - kExcept.size();
+    suggest_except(found, state.text.substr(found.start));
     return found;
   }
-  const bool has_left_range = !state.ending || (state.ending->is_complete && !has_begun);
+  const bool has_left_range = !state.ending || (state.ending->is_complete && !line.command().ends_with_word());
   if (!has_left_range) {
-    suggest_in_range(found, line, state);
+    suggest_in_range(found, state);
     return found;
   }
   if (state.takes_except) suggest_except(found, begun.text);
   suggest_next_words(found, state.positions, begun.text);
-  if (left.empty())
+  if (state.left.empty())
     suggest_hints(found, state);
   else if (takes_text(state.positions) && found.words.empty())
     suggest_free_argument(found, state.positions);

@@ -7,7 +7,7 @@
 
 #include "base/files.h"
 #include "base/text.h"
-#include "shell/grammar/words.h"
+#include "shell/grammar/cut_line.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/session/interrupt.h"
