@@ -1,14 +1,11 @@
 #include "shell/grammar/cut_line.h"
 
+#include "base/text.h"
+
 namespace host {
 
-word_token line_part::last_word() const {
-  return ends_with_word() ? words.back() : word_token{text.substr(text.size()), start + text.size()};
-}
-
-cut_line::cut_line(std::string_view line, int) {
-  for (const auto& [text, start] : split_outside_quotes(line, '|'))
-    parts.push_back({text, start, split_words(text, start)});
+cut_line::cut_line(std::string_view line, int) : written(trim(line)) {
+  for (const auto& [text, start] : split_outside_quotes(line, '|')) parts.push_back({text, split_words(text, start)});
 }
 
 bool cut_line::is_comment() const { return !command().words.empty() && host::is_comment(command().words.front().text); }
@@ -20,6 +17,7 @@ bool cut_line::ends_with_question() const {
 cut_line cut_line::before_question() const {
   cut_line line = *this;
   line_part& last = line.parts.back();
+  line.written.remove_suffix(1);
   last.text = last.text.substr(0, last.text.rfind('?'));
   last.words.back().text.remove_suffix(1);
   if (last.words.back().text.empty()) last.words.pop_back();

@@ -13,13 +13,12 @@ namespace host {
 // What is before the first "|", or after one. The texts are those of the line.
 struct line_part {
   std::string_view text;
-  std::size_t start;  // in the line
-  std::vector<word_token> words;
+  std::vector<word_token> words;  // with their places in the line
 
   bool ends_with_word() const { return !words.empty() && words.back().text.end() == text.end(); }
 
   // The word at the end, which may be incomplete; empty after a blank.
-  word_token last_word() const;
+  std::string_view begun() const { return ends_with_word() ? words.back().text : std::string_view(); }
 };
 
 // "|" in quotes does not cut.
@@ -27,6 +26,7 @@ struct cut_line {
   template <std::convertible_to<std::string_view> Text>
   cut_line(const Text& line) : cut_line(std::string_view(line), 0) {}
 
+  std::string_view written;      // without blanks at both ends
   std::vector<line_part> parts;  // at least one
 
   const line_part& command() const { return parts.front(); }

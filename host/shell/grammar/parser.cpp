@@ -78,6 +78,7 @@ std::optional<command_line> parse_command(const cut_line& line, std::string& err
     error = incomplete_command(state);
     return std::nullopt;
   }
+  parsed.written = line.written;
   parsed.what = complete->what;
   parsed.number = complete->number;
   parsed.is_no = !state.path.empty() && state.path.front() == "no";
@@ -98,24 +99,16 @@ bool is_in_expression(const cut_line& line, shell_mode mode) {
   return word != nullptr && word->argument == pipe_argument::expression;
 }
 
-line_meaning meaning_of(std::string_view text, shell_mode mode) {
-  const cut_line line(text);
-  line_meaning meant;
-  meant.written = trim(text);
-  if (line.ends_with_question() && !is_in_expression(line.before_question(), mode)) {
-    meant.kind = line_kind::question;
-    meant.begun = text.substr(0, text.rfind('?'));
-    return meant;
+line_meaning meaning_of(const cut_line& line, shell_mode mode) {
+  if (line.ends_with_question()) {
+    const cut_line begun = line.before_question();
+    if (!is_in_expression(begun, mode)) return suggest(begun, mode);
   }
-  auto parsed = parse_command(line, meant.mistake, mode);
-  if (!parsed) {
-    meant.kind = line_kind::mistake;
-    meant.wants_document = asks_for_document(line);
-  } else if (parsed->what != nullptr) {
-    meant.kind = line_kind::command;
-    meant.command = std::move(*parsed);
-  }
-  return meant;
+  if (line.is_empty()) return {};
+  line_mistake mistake{line.written, {}, false};
+  if (auto parsed = parse_command(line, mistake.text, mode)) return *std::move(parsed);
+  mistake.wants_document = asks_for_document(line);
+  return mistake;
 }
 
 }  // namespace host

@@ -17,36 +17,35 @@ void add_word(suggestions& found, std::string_view word, std::string_view help, 
     found.words.push_back({std::string(word), std::string(help), kind});
 }
 
-void suggest_items(suggestions& found, std::string_view begun) {
+void suggest_items(suggestions& found) {
   for (const interface_word& word : kInterfaceWords)
-    if (starts_with_ignoring_case(word.word, begun)) add_word(found, word.word, word.help, &word);
-  if (starts_with_ignoring_case(kEveryInterface, begun)) add_word(found, kEveryInterface, "All interfaces");
+    if (starts_with_ignoring_case(word.word, found.begun)) add_word(found, word.word, word.help, &word);
+  if (starts_with_ignoring_case(kEveryInterface, found.begun)) add_word(found, kEveryInterface, "All interfaces");
 }
 
-void suggest_except(suggestions& found, std::string_view begun) {
-  if (starts_with_ignoring_case(kExcept, begun)) add_word(found, kExcept, "Interfaces to leave out of the range");
+void suggest_except(suggestions& found) {
+  if (starts_with_ignoring_case(kExcept, found.begun)) add_word(found, kExcept, "Interfaces to leave out of the range");
 }
 
 // Suggests what completes a range with which the line ends.
 void suggest_in_range(suggestions& found, const reading_state& state) {
   const range_ending& ending = *state.ending;
-  found.start = state.range_start + ending.begun;
-  const std::string_view begun = state.text.substr(found.start);
-  if (ending.begins_item) suggest_items(found, begun);
-  if (ending.begins_item && begun.empty())
+  found.begun = state.text.substr(state.range_start + ending.begun);
+  if (ending.begins_item) suggest_items(found);
+  if (ending.begins_item && found.begun.empty())
     found.hints.push_back({"\"PATTERN\"", "Names like \"e*1/[1-3]\": * ? and [...] stand for characters"});
-  if (ending.word != nullptr && !begun.empty() && starts_with_ignoring_case(ending.word->word, begun))
+  if (ending.word != nullptr && !found.begun.empty() && starts_with_ignoring_case(ending.word->word, found.begun))
     add_word(found, ending.word->word, ending.word->help);
   found.numbers_of = ending.number;
   found.after = ending.low;
   found.needs_whole_number = ending.is_whole;
 }
 
-void suggest_next_words(suggestions& found, const std::vector<position>& positions, std::string_view begun) {
+void suggest_next_words(suggestions& found, const std::vector<position>& positions) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
-      if (word.kind == syntax_kind::range) return suggest_items(found, begun);
-      if (word.kind == syntax_kind::literal && starts_with_ignoring_case(word.text, begun))
+      if (word.kind == syntax_kind::range) return suggest_items(found);
+      if (word.kind == syntax_kind::literal && starts_with_ignoring_case(word.text, found.begun))
         add_word(found, word.text, help_of_word(word.text));
     });
   }
@@ -102,14 +101,12 @@ suggestions suggest_pipe(const line_part& part) {
   suggestions found;
   const std::vector<word_token>& words = part.words;
   if (words.empty() || (words.size() == 1 && part.ends_with_word())) {
-    const auto [begun, start] = part.last_word();
-    found.start = start;
+    found.begun = part.begun();
     for (const pipe_word& word : kPipeWords) {
-      if (starts_with_ignoring_case(word.word, begun)) add_word(found, word.word, word.help);
+      if (starts_with_ignoring_case(word.word, found.begun)) add_word(found, word.word, word.help);
     }
     return found;
   }
-  found.start = part.start + part.text.size();
   const pipe_word* const word = find_pipe(words[0].text);
   if (word == nullptr)
     found.error = unknown_pipe(words[0].text);
@@ -146,12 +143,10 @@ suggestions suggest(const cut_line& line, shell_mode mode) {
   found.creates_interfaces = std::any_of(state.positions.begin(), state.positions.end(), [](const position& at) {
     return at.what->syntax.words[0].text == "interface";
   });
-  const word_token begun =
-      state.left.empty() ? word_token{state.text.substr(state.text.size()), state.text.size()} : state.left.front();
-  found.start = begun.start;
+  if (!state.left.empty()) found.begun = state.left.front().text;
   if (state.ending && ends_with_except(state)) {
-    found.start = state.text.size() - kExcept.size();
-    suggest_except(found, state.text.substr(found.start));
+    found.begun = state.text.substr(state.text.size() - kExcept.size());
+    suggest_except(found);
     return found;
   }
   const bool has_left_range = !state.ending || (state.ending->is_complete && !line.command().ends_with_word());
@@ -159,16 +154,16 @@ suggestions suggest(const cut_line& line, shell_mode mode) {
     suggest_in_range(found, state);
     return found;
   }
-  if (state.takes_except) suggest_except(found, begun.text);
-  suggest_next_words(found, state.positions, begun.text);
+  if (state.takes_except) suggest_except(found);
+  suggest_next_words(found, state.positions);
   if (state.left.empty())
     suggest_hints(found, state);
   else if (takes_text(state.positions) && found.words.empty())
     suggest_free_argument(found, state.positions);
-  else if (!readings(state.positions, begun.text).empty())
+  else if (!readings(state.positions, found.begun).empty())
     suggest_number_argument(found, state.positions);
   else if (found.words.empty())
-    found.error = unknown_word(state, begun.text);
+    found.error = unknown_word(state, found.begun);
   return found;
 }
 

@@ -1,7 +1,6 @@
 // What may be typed at the end of a line.
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,7 +20,7 @@ struct suggestion {
 
 // What may be typed at the end of a line, whose last word may be incomplete.
 struct suggestions {
-  std::size_t start = 0;  // where the word begins that they would replace
+  std::string_view begun;  // the end of the line, which they would complete
   std::vector<suggestion> words;
   std::vector<suggestion> hints;               // other than words: numbers, expressions, the end of the line
   const interface_word* numbers_of = nullptr;  // a number of this word may be typed there

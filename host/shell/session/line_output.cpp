@@ -77,9 +77,9 @@ int show_text(const shell& session, std::string_view text) {
   return print_text(text);
 }
 
-int refuse_mistake(const shell& session, const line_meaning& meant) {
-  const bool is_structured = meant.wants_document || (session.output != nullptr && session.output->structured);
-  return refuse_line(session, meant.written, meant.mistake, is_structured);
+int refuse_mistake(const shell& session, const line_mistake& mistake) {
+  const bool is_structured = mistake.wants_document || (session.output != nullptr && session.output->structured);
+  return refuse_line(session, mistake.line, mistake.text, is_structured);
 }
 
 std::string make_filters(const shell& session, const command_line& line, bool is_structured, line_filters& filters) {

@@ -18,7 +18,7 @@ std::string make_filters(const shell& session, const command_line& line, bool is
 // A line that does not run: the error on standard error, and in a document when its output is structured. Returns the
 // exit code.
 int refuse_line(const shell& session, std::string_view line, std::string_view error, bool is_structured);
-int refuse_mistake(const shell& session, const line_meaning& meant);
+int refuse_mistake(const shell& session, const line_mistake& mistake);
 
 // Shows a text of the shell itself. Returns an exit code.
 int show_text(const shell& session, std::string_view text);

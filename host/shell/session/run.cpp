@@ -28,9 +28,11 @@ int run_with_output(shell& session, const command_line& line, const output_setti
   return result;
 }
 
-int run_command(shell& session, const command_line& line, std::string_view written) {
+int answer(shell& session, const command_line& line) {
   output_settings settings = settings_for(session, line);
-  const auto refuse = [&](std::string_view error) { return refuse_line(session, written, error, settings.structured); };
+  const auto refuse = [&](std::string_view error) {
+    return refuse_line(session, line.written, error, settings.structured);
+  };
   line_filters filters;
   if (const std::string fault = make_filters(session, line, settings.structured, filters); !fault.empty())
     return refuse(fault);
@@ -54,6 +56,12 @@ int run_command(shell& session, const command_line& line, std::string_view writt
   return report_lost_output(write_error);
 }
 
+int answer(const shell&, std::monostate) { return kDone; }
+
+int answer(const shell& session, const suggestions& question) { return show_text(session, help_text(question)); }
+
+int answer(const shell& session, const line_mistake& mistake) { return refuse_mistake(session, mistake); }
+
 }  // namespace
 
 int run_handler(const invocation& run) {
@@ -68,14 +76,7 @@ int run_handler(const invocation& run) {
 
 int run_line(shell& session, std::string_view line) {
   check_confirmation(session);
-  const line_meaning meant = meaning_of(line, session.mode);
-  switch (meant.kind) {
-    case line_kind::nothing: return kDone;
-    case line_kind::question: return show_text(session, help_text(meant.begun, session.mode));
-    case line_kind::mistake: return refuse_mistake(session, meant);
-    case line_kind::command: return run_command(session, meant.command, meant.written);
-  }
-  return kDone;
+  return std::visit([&session](const auto& meant) { return answer(session, meant); }, meaning_of(line, session.mode));
 }
 
 int run_input(shell& session) {
