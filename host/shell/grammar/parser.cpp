@@ -23,36 +23,12 @@ std::vector<position> behind_text(const std::vector<position>& positions) {
   return behind;
 }
 
-// True when the line ends within a TEXT argument, or in the quotes of a pattern.
-bool is_in_text(const line_part& command, shell_mode mode) {
-  reading_state state(command, mode, true);
-  while (!state.left.empty()) {
-    if (takes_text(state.positions)) return true;
-    if (!read_next(state)) return false;
-  }
-  return state.ending && state.ending->is_in_quotes;
-}
-
 }  // namespace
 
 std::string words_of_command(const command_line& line) {
   const bool has_text = std::any_of(line.what->syntax.words.begin(), line.what->syntax.words.end(),
                                     [](const syntax_word& word) { return word.kind == syntax_kind::text; });
   return has_text && !line.is_no ? line.text + " " + text_argument(line.free_text) : line.text;
-}
-
-bool asks_for_document(const cut_line& line) {
-  const auto is_json = [](std::string_view text) {
-    const pipe_word* const word = text.empty() ? nullptr : find_pipe(text);
-    return word != nullptr && word->kind == pipe_kind::json;
-  };
-  // A quote that does not end hides the pipes after it.
-  const std::string_view end = line.parts.back().text;
-  const std::size_t last = end.rfind('|');
-  if (last != std::string_view::npos && is_json(trim(end.substr(last + 1)))) return true;
-  return std::any_of(line.pipes().begin(), line.pipes().end(), [&is_json](const line_part& pipe) {
-    return !pipe.words.empty() && is_json(pipe.words.front().text);
-  });
 }
 
 std::optional<command_line> parse_command(const cut_line& line, std::string& error, shell_mode mode) {
@@ -83,26 +59,16 @@ std::optional<command_line> parse_command(const cut_line& line, std::string& err
   parsed.number = complete->number;
   parsed.is_no = !state.path.empty() && state.path.front() == "no";
   parsed.text = join({state.path.begin() + static_cast<std::ptrdiff_t>(state.words_in_front), state.path.end()}, " ");
-  for (const line_part& pipe : line.pipes()) {
-    error = read_pipe(pipe, parsed.pipes);
-    if (!error.empty()) return std::nullopt;
-  }
+  error = read_pipes(line.pipes(), parsed.pipes);
+  if (!error.empty()) return std::nullopt;
   return std::move(parsed);
 }
 
-bool is_in_expression(const cut_line& line, shell_mode mode) {
-  if (line.is_comment()) return true;
-  if (line.pipes().empty()) return is_in_text(line.command(), mode);
-  const line_part& pipe = line.pipes().back();
-  if (pipe.words.empty() || (pipe.words.size() == 1 && pipe.ends_with_word())) return false;
-  const pipe_word* const word = find_pipe(pipe.words.front().text);
-  return word != nullptr && word->argument == pipe_argument::expression;
-}
-
-line_meaning meaning_of(const cut_line& line, shell_mode mode) {
+line_meaning meaning_of(std::string_view text, shell_mode mode) {
+  const cut_line line(text);
   if (line.ends_with_question()) {
-    const cut_line begun = line.before_question();
-    if (!is_in_expression(begun, mode)) return suggest(begun, mode);
+    suggestions found = suggest(line.before_question(), mode);
+    if (!found.is_in_text) return found;
   }
   if (line.is_empty()) return {};
   line_mistake mistake{line.written, {}, false};

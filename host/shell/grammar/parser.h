@@ -16,12 +16,6 @@ namespace host {
 // do next.
 std::optional<command_line> parse_command(const cut_line& line, std::string& error, shell_mode mode = kExecMode);
 
-// Whether one of the pipes of a line is "| json", also when the line cannot be parsed.
-bool asks_for_document(const cut_line& line);
-
-// True when a "?" at the end of the line belongs to an expression, a text or a comment and asks for no help.
-bool is_in_expression(const cut_line& line, shell_mode mode = kExecMode);
-
 struct line_mistake {
   std::string_view line;
   std::string text;             // one line that says what to do next
@@ -30,6 +24,6 @@ struct line_mistake {
 
 // What a user asks for with a line: nothing with an empty line or a comment, what may be typed at its end with a "?".
 using line_meaning = std::variant<std::monostate, suggestions, line_mistake, command_line>;
-line_meaning meaning_of(const cut_line& line, shell_mode mode);
+line_meaning meaning_of(std::string_view line, shell_mode mode);
 
 }  // namespace host

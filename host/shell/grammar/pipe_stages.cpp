@@ -30,25 +30,7 @@ std::string read_save(std::span<const word_token> words, std::vector<pipe_stage>
   return {};
 }
 
-}  // namespace
-
-const pipe_word* find_pipe(std::string_view written) {
-  const pipe_word* found = nullptr;
-  for (const pipe_word& word : kPipeWords) {
-    if (!starts_with_ignoring_case(word.word, written)) continue;
-    if (found != nullptr) return nullptr;
-    found = &word;
-  }
-  return found;
-}
-
-std::string unknown_pipe(std::string_view written) {
-  const std::string_view meant = likely_word(written, pipe_names());
-  std::string text = "unknown word " + quoted(written) + " after '|'";
-  text += meant.empty() ? "." : ": did you mean " + quoted(meant) + "?";
-  return text + " It is one of " + join(pipe_names(), ", ") + ".";
-}
-
+// Returns the error, or an empty text.
 std::string read_pipe(const line_part& part, std::vector<pipe_stage>& pipes) {
   if (part.words.empty()) return "nothing after '|': expected one of " + join(pipe_names(), ", ") + ".";
   const std::string_view written = part.words.front().text;
@@ -73,6 +55,46 @@ std::string read_pipe(const line_part& part, std::vector<pipe_stage>& pipes) {
   if (word->kind == pipe_kind::json && has_filter) return "'| json' must be the first '|' of the command.";
   pipes.push_back({word->kind, std::string(is_columns ? rest : unquote(rest))});
   return {};
+}
+
+}  // namespace
+
+const pipe_word* find_pipe(std::string_view written) {
+  const pipe_word* found = nullptr;
+  for (const pipe_word& word : kPipeWords) {
+    if (!starts_with_ignoring_case(word.word, written)) continue;
+    if (found != nullptr) return nullptr;
+    found = &word;
+  }
+  return found;
+}
+
+std::string unknown_pipe(std::string_view written) {
+  const std::string_view meant = likely_word(written, pipe_names());
+  std::string text = "unknown word " + quoted(written) + " after '|'";
+  text += meant.empty() ? "." : ": did you mean " + quoted(meant) + "?";
+  return text + " It is one of " + join(pipe_names(), ", ") + ".";
+}
+
+std::string read_pipes(std::span<const line_part> parts, std::vector<pipe_stage>& pipes) {
+  for (const line_part& part : parts) {
+    if (std::string error = read_pipe(part, pipes); !error.empty()) return error;
+  }
+  return {};
+}
+
+bool asks_for_document(const cut_line& line) {
+  const auto is_json = [](std::string_view word) {
+    const pipe_word* const found = word.empty() ? nullptr : find_pipe(word);
+    return found != nullptr && found->kind == pipe_kind::json;
+  };
+  // A quote that does not end hides the pipes after it.
+  const std::string_view end = line.parts.back().text;
+  const std::size_t last = end.rfind('|');
+  if (last != std::string_view::npos && is_json(trim(end.substr(last + 1)))) return true;
+  return std::any_of(line.pipes().begin(), line.pipes().end(), [&is_json](const line_part& pipe) {
+    return !pipe.words.empty() && is_json(pipe.words.front().text);
+  });
 }
 
 }  // namespace host

@@ -108,6 +108,7 @@ suggestions suggest_pipe(const line_part& part) {
     return found;
   }
   const pipe_word* const word = find_pipe(words[0].text);
+  found.is_in_text = word != nullptr && word->argument == pipe_argument::expression;
   if (word == nullptr)
     found.error = unknown_pipe(words[0].text);
   else if (word->argument == pipe_argument::file && words.size() == 1)
@@ -127,19 +128,22 @@ suggestions suggest_pipe(const line_part& part) {
 
 suggestions suggest(const cut_line& line, shell_mode mode) {
   suggestions found;
-  if (line.is_comment()) return found;
+  found.is_in_text = line.is_comment();
+  if (found.is_in_text) return found;
   if (!line.pipes().empty()) return suggest_pipe(line.pipes().back());
 
   reading_state state(line.command(), mode, true);
   while (!state.left.empty()) {
     const bool is_last = line.command().ends_with_word() && state.left.size() == 1;
-    if (!is_last && takes_text(state.positions)) return found;
+    found.is_in_text = takes_text(state.positions);
+    if (!is_last && found.is_in_text) return found;
     if (is_last && !is_in_range(state, state.left.front().text)) break;
     if (!read_next(state)) {
       found.error = state.error;
       return found;
     }
   }
+  found.is_in_text |= state.ending && state.ending->is_in_quotes;
   found.creates_interfaces = std::any_of(state.positions.begin(), state.positions.end(), [](const position& at) {
     return at.what->syntax.words[0].text == "interface";
   });

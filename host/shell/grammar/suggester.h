@@ -27,6 +27,7 @@ struct suggestions {
   std::optional<interface_number> after;       // the number is the last of a span that begins with this
   bool needs_whole_number = false;             // with all of its parts
   bool creates_interfaces = false;             // the command makes those that do not exist
+  bool is_in_text = false;                     // a "?" there belongs to an expression, a text or a comment
   std::string error;                           // of the words before
 };
 suggestions suggest(const cut_line& line, shell_mode mode = kExecMode);

@@ -78,13 +78,13 @@ std::string begun_line(EditLine* line) {
 }
 
 unsigned char show_help(EditLine* line, wint_t) {
-  const std::string typed = begun_line(line);
-  const cut_line begun(typed);
-  if (is_in_expression(begun, editor.session->mode)) {
+  const std::string begun = begun_line(line);
+  const suggestions found = suggest(begun, editor.session->mode);
+  if (found.is_in_text) {
     editor.edit.el_insertstr(line, "?");
     return CC_REFRESH;
   }
-  std::printf("?\n%s", help_text(suggest(begun, editor.session->mode)).c_str());
+  std::printf("?\n%s", help_text(found).c_str());
   std::fflush(stdout);
   return CC_REDISPLAY;
 }

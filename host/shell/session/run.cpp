@@ -28,7 +28,7 @@ int run_with_output(shell& session, const command_line& line, const output_setti
   return result;
 }
 
-int answer(shell& session, const command_line& line) {
+int run_command(shell& session, const command_line& line) {
   output_settings settings = settings_for(session, line);
   const auto refuse = [&](std::string_view error) {
     return refuse_line(session, line.written, error, settings.structured);
@@ -56,12 +56,6 @@ int answer(shell& session, const command_line& line) {
   return report_lost_output(write_error);
 }
 
-int answer(const shell&, std::monostate) { return kDone; }
-
-int answer(const shell& session, const suggestions& question) { return show_text(session, help_text(question)); }
-
-int answer(const shell& session, const line_mistake& mistake) { return refuse_mistake(session, mistake); }
-
 }  // namespace
 
 int run_handler(const invocation& run) {
@@ -76,7 +70,11 @@ int run_handler(const invocation& run) {
 
 int run_line(shell& session, std::string_view line) {
   check_confirmation(session);
-  return std::visit([&session](const auto& meant) { return answer(session, meant); }, meaning_of(line, session.mode));
+  const line_meaning meant = meaning_of(line, session.mode);
+  if (const auto* const question = std::get_if<suggestions>(&meant)) return show_text(session, help_text(*question));
+  if (const auto* const mistake = std::get_if<line_mistake>(&meant)) return refuse_mistake(session, *mistake);
+  if (const auto* const command = std::get_if<command_line>(&meant)) return run_command(session, *command);
+  return kDone;
 }
 
 int run_input(shell& session) {
