@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "base/text.h"
 #include "shell/grammar/parser.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
@@ -59,13 +60,22 @@ int run_command(shell& session, const command_line& line) {
 }  // namespace
 
 int run_handler(const invocation& run) {
-  if (run.session.trying && is_skipped_in_dry_run(run.line)) return skip_in_dry_run(run);
-  const command_effect effect = run.line.what->effect;
-  const bool changes_switch = effect == command_effect::settings && !run.session.edited;
-  if ((changes_switch || effect == command_effect::dry_run) && is_waiting_for_confirmation(run)) return kUsage;
+  const auto& [line, session, output] = run;
+  const command_effect effect = line.what->effect;
+  const bool is_outside =
+      effect == command_effect::outside || (effect == command_effect::writes_file && line.file != "-");
+  if (session.trying && is_outside) {
+    output.text("Skipped in a dry run: " + quoted(line.text) + ".\n");
+    return kDone;
+  }
+  const bool changes_settings = effect == command_effect::settings;
+  const bool changes_switch = changes_settings && !session.edited;
+  if ((changes_switch || effect == command_effect::dry_run) && is_waiting_for_confirmation(session, output))
+    return kUsage;
   std::optional<trial> on_candidate;
-  if (run.session.edited && is_for_candidate(run.line)) on_candidate.emplace(run.session.edited->state());
-  return run.line.what->run(run);
+  if (session.edited && (changes_settings || effect == command_effect::shows_settings))
+    on_candidate.emplace(session.edited->state());
+  return line.what->run(run);
 }
 
 int run_line(shell& session, std::string_view line) {

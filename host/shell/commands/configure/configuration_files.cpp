@@ -112,7 +112,7 @@ int show_running_config(const invocation& run) {
 
 int copy_running_config(const invocation& run) {
   const bool is_startup = run.line.file.empty();
-  if (is_startup && is_waiting_for_confirmation(run)) return kUsage;
+  if (is_startup && is_waiting_for_confirmation(run.session, run.output)) return kUsage;
   const std::string path = is_startup ? startup_file(run.session) : run.line.file;
   if (path.empty()) {
     run.output.complain(kNoPlaceForStartup);
