@@ -21,7 +21,7 @@ namespace {
 int run_with_output(shell& session, const command_line& line, const output_settings& settings, line_filters& filters,
                     int& write_error) {
   std::optional<copied_file> copied;
-  if (line.what->run == nullptr) copied = run_for_copy(session, line, settings.structured || !line.pipes.empty());
+  if (line.what->run == nullptr) copied = run_for_copy(session, line.file, settings.structured || !line.pipes.empty());
   command_output output(settings, filters);
   const int result = output.report_failures(copied ? report(*copied, output) : run_handler({line, session, output}));
   output.set_exit_code(was_interrupted() ? int{kInterrupted} : result);
@@ -30,15 +30,20 @@ int run_with_output(shell& session, const command_line& line, const output_setti
 }
 
 int run_command(shell& session, const command_line& line) {
-  output_settings settings = settings_for(session, line);
+  output_settings settings = settings_for(session, line.pipes);
+  settings.shown = line.what->shown;
+  settings.command = line.text;
   const auto refuse = [&](std::string_view error) {
     return refuse_line(session, line.written, error, settings.structured);
   };
   line_filters filters;
-  if (const std::string fault = make_filters(session, line, settings.structured, filters); !fault.empty())
+  if (const std::string fault = make_filters(line.pipes, settings.structured, filters); !fault.empty())
     return refuse(fault);
-  if (line.before != nullptr) return line.before->run_other(session, line, settings);
-  saved_output saved(line);
+  if (line.before != nullptr) {
+    if (const std::string fault = refuse_to_watch(session, line.pipes); !fault.empty()) return refuse(fault);
+    return line.before->run_other(session, line, settings);
+  }
+  saved_output saved(line.pipes);
   if (const std::string fault = saved.begin(settings); !fault.empty()) return refuse(fault);
   the_source().refresh(the_machine());
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
