@@ -86,9 +86,9 @@ int run_handler(const invocation& run) {
 int run_line(shell& session, std::string_view line) {
   check_confirmation(session);
   const line_meaning meant = meaning_of(line, session.mode);
-  if (const auto* const question = std::get_if<suggestions>(&meant)) return show_text(session, help_text(*question));
-  if (const auto* const mistake = std::get_if<line_mistake>(&meant)) return refuse_mistake(session, *mistake);
   if (const auto* const command = std::get_if<command_line>(&meant)) return run_command(session, *command);
+  if (const auto* const mistake = std::get_if<line_mistake>(&meant)) return refuse_mistake(session, *mistake);
+  if (const auto* const question = std::get_if<suggestions>(&meant)) return show_text(session, help_text(*question));
   return kDone;
 }
 
