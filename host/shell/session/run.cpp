@@ -70,7 +70,7 @@ int run_handler(const invocation& run) {
   const bool is_outside =
       effect == command_effect::outside || (effect == command_effect::writes_file && line.file != "-");
   if (session.trying && is_outside) {
-    output.text("Skipped in a dry run: " + quoted(line.text) + ".\n");
+    output.text("Skipped in a dry run: " + in_quotes(line.text) + ".\n");
     return kDone;
   }
   const bool changes_settings = effect == command_effect::settings;
