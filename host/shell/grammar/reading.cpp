@@ -167,51 +167,53 @@ bool is_of_end(const range_error& error, std::size_t end, bool is_being_typed) {
 }
 
 // Reads a range from its first word on.
-std::size_t read_range_of(reading_state& state, std::string_view line, std::span<const word_token> words) {
-  state.range_start = words.front().start;
-  const std::string_view text = line.substr(state.range_start);
+bool read_range_of(reading_state& state) {
+  state.range_start = state.left.front().start;
+  const std::string_view text = state.text.substr(state.range_start);
   range_reading reading = read_range(text);
   const bool is_open =
       reading.errors.size() == 1 && is_of_end(reading.errors.front(), text.size(), state.is_being_typed);
   if (!reading.errors.empty() && !is_open) {
     state.error = bad_range(reading.errors, state.range_start);
-    return 0;
+    return false;
   }
   if (reading.end == text.size()) state.ending = reading.ending;
-  const auto taken = std::count_if(words.begin(), words.end(),
-                                   [&](const word_token& it) { return it.start < state.range_start + reading.end; });
+  const auto after = std::find_if(state.left.begin(), state.left.end(),
+                                  [&](const word_token& it) { return it.start >= state.range_start + reading.end; });
   const std::string_view written = trim(text.substr(0, reading.end));
   const std::size_t first = state.path.size();
   if (written.find_first_of("\"'") != std::string_view::npos) {
     state.path.push_back(written);  // with the blanks of its patterns
   } else {
-    for (const word_token& it : words.first(static_cast<std::size_t>(taken))) state.path.push_back(it.text);
+    for (const word_token& it : std::span(state.left.begin(), after)) state.path.push_back(it.text);
   }
   state.takes_except = !is_open && reading.range.exceptions.empty();
   state.line.range = std::move(reading.range);
   state.line.written_range = join({state.path.begin() + static_cast<std::ptrdiff_t>(first), state.path.end()}, " ");
-  return static_cast<std::size_t>(taken);
+  state.left = {after, state.left.end()};
+  return true;
 }
 
 }  // namespace
 
-std::size_t read_next(reading_state& state, std::string_view line, std::span<const word_token> words) {
-  const std::string_view word = words.front().text;
+bool read_next(reading_state& state) {
+  const std::string_view word = state.left.front().text;
   std::vector<step> steps = readings(state.positions, word);
   prefer_exact(steps, word);
   const std::vector<std::string_view> names = names_of(steps);
   if (names.size() != 1) {
     state.error = names.empty() ? unreadable_word(state, word) : ambiguous_word(word, names);
-    return 0;
+    return false;
   }
   keep_argument(steps.front(), word, state.line);
   state.positions.clear();
   for (const step& reading : steps) state.positions.push_back(reading.to);
   state.takes_except = false;
-  if (steps.front().begins_range) return read_range_of(state, line, words);
+  if (steps.front().begins_range) return read_range_of(state);
   state.path.push_back(names.front());
   begin_command_behind(state);
-  return 1;
+  state.left = state.left.subspan(1);
+  return true;
 }
 
 }  // namespace host

@@ -8,9 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "base/tokens.h"
 #include "shell/grammar/command_line.h"
-#include "shell/grammar/words.h"
+#include "shell/grammar/cut_line.h"
 #include "switch/interface_range.h"
 
 namespace host {
@@ -62,9 +61,16 @@ const number_argument* expected_number(const std::vector<position>& positions);
 bool takes_text(const std::vector<position>& positions);
 
 struct reading_state {
-  explicit reading_state(shell_mode typed_in, bool is_typed = false)
-      : mode(typed_in), is_being_typed(is_typed), positions(all_positions(typed_in)) {}
+  // The command of a line, which it reads; that must outlive this.
+  reading_state(const line_part& command, shell_mode typed_in, bool is_typed = false)
+      : text(command.text),
+        left(command.words),
+        mode(typed_in),
+        is_being_typed(is_typed),
+        positions(all_positions(typed_in)) {}
 
+  std::string_view text;
+  std::span<const word_token> left;  // to be read
   shell_mode mode;
   bool is_being_typed;  // what is not complete at the end of the line is no error
   std::vector<position> positions;
@@ -77,9 +83,8 @@ struct reading_state {
   std::string error;
 };
 
-// Reads the next word, or all words of the range that begins with it. `line` is the whole of the words. Returns how
-// many were read; 0, with the reason in `error`, when the first fits nowhere or in too many ways, or the range is
-// wrong.
-std::size_t read_next(reading_state& state, std::string_view line, std::span<const word_token> words);
+// Reads the next word, or all words of the range that begins with it. False, with the reason in `error`, when it fits
+// nowhere or in too many ways, or the range is wrong.
+bool read_next(reading_state& state);
 
 }  // namespace host

@@ -46,11 +46,6 @@ std::size_t read_escape(std::string_view escape, std::string& to) {
 
 }  // namespace
 
-bool is_comment(std::string_view line) {
-  const std::string_view text = trim(line);
-  return text.starts_with('!') || text.starts_with('#');
-}
-
 std::string text_argument(std::string_view text) {
   std::string shown;
   append_printable(shown, text);

@@ -63,10 +63,6 @@ void leave_interfaces_lost_to_user(shell& session) {
   leave_lost_interfaces(session);
 }
 
-bool is_for_candidate(const command_line& line) {
-  return line.what->effect == command_effect::settings || line.what->effect == command_effect::shows_settings;
-}
-
 bool may_leave_candidate(shell& session) {
   if (session.edited == nullptr || is_of_file_within(session)) return true;
   if (has_changes(session)) {

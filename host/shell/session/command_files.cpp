@@ -7,7 +7,7 @@
 
 #include "base/files.h"
 #include "base/text.h"
-#include "shell/grammar/words.h"
+#include "shell/grammar/cut_line.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/session/interrupt.h"
@@ -138,10 +138,10 @@ int run_file(shell& session, const std::string& name) {
   return run_file_at(session, is_startup ? startup_file(session) : name, is_startup);
 }
 
-copied_file run_for_copy(shell& session, const command_line& line, bool is_collected) {
-  const bool is_startup = line.file.empty();
+copied_file run_for_copy(shell& session, const std::string& name, bool is_collected) {
+  const bool is_startup = name.empty();
   copied_file copied;
-  copied.path = is_startup ? startup_file(session) : line.file;
+  copied.path = is_startup ? startup_file(session) : name;
   std::optional<collection> collecting;
   if (is_collected) collecting.emplace(session, copied.lines);
   const shell_mode mode = std::exchange(session.mode, kExecMode);

@@ -79,17 +79,19 @@ std::string begun_line(EditLine* line) {
 
 unsigned char show_help(EditLine* line, wint_t) {
   const std::string begun = begun_line(line);
-  if (is_in_expression(begun, editor.session->mode)) {
+  const suggestions found = suggest(begun, editor.session->mode);
+  if (found.is_in_text) {
     editor.edit.el_insertstr(line, "?");
     return CC_REFRESH;
   }
-  std::printf("?\n%s", help_text(begun, editor.session->mode).c_str());
+  std::printf("?\n%s", help_text(found).c_str());
   std::fflush(stdout);
   return CC_REDISPLAY;
 }
 
 unsigned char complete_word(EditLine* line, wint_t) {
-  const completion found = complete(begun_line(line), editor.session->mode);
+  const std::string begun = begun_line(line);
+  const completion found = complete(suggest(begun, editor.session->mode));
   if (!found.addition.empty()) {
     editor.edit.el_insertstr(line, found.addition.c_str());
     return CC_REFRESH;

@@ -6,7 +6,7 @@
 #include "shell/grammar/range_text.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
-#include "shell/session/invocation.h"
+#include "shell/session/state.h"
 #include "switch/clock.h"
 #include "switch/source.h"
 
@@ -45,11 +45,11 @@ int end_unconfirmed_commit(shell& session) {
   return roll_back(session, "the commit was not confirmed") == 0 ? kUsage : kSomeInterfacesFailed;
 }
 
-bool is_waiting_for_confirmation(const invocation& run) {
-  if (run.session.unconfirmed == nullptr) return false;
-  const std::time_t left = static_cast<std::time_t>(run.session.unconfirmed->deadline_sec) - clock_now();
-  run.output.complain("nothing was changed: a commit waits for 'confirm' and is rolled back in " +
-                      std::to_string(left) + " seconds.");
+bool is_waiting_for_confirmation(const shell& session, command_output& output) {
+  if (session.unconfirmed == nullptr) return false;
+  const std::time_t left = static_cast<std::time_t>(session.unconfirmed->deadline_sec) - clock_now();
+  output.complain("nothing was changed: a commit waits for 'confirm' and is rolled back in " + std::to_string(left) +
+                  " seconds.");
   return true;
 }
 

@@ -169,7 +169,7 @@ int commit_candidate(const invocation& run, std::optional<uint32> seconds) {
     run.output.complain(kNoCandidate);
     return kUsage;
   }
-  if (is_waiting_for_confirmation(run)) return kUsage;
+  if (is_waiting_for_confirmation(run.session, run.output)) return kUsage;
   return commit_changes(run, trial::is_running() ? std::nullopt : seconds);  // a dry run reverts everything anyway
 }
 

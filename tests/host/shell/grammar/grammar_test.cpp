@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "shell/grammar/parser.h"
+#include "shell/grammar/pipe_stages.h"
 #include "shell/grammar/suggester.h"
 #include "shell/library/views.h"
 #include "shell/session/completion.h"
@@ -14,6 +15,7 @@ namespace {
 using host::command;
 using host::parse_command;
 using host::suggest;
+using host::suggestions;
 using host::syntax_kind;
 
 // A line of a command: all its words, and an interface where a range may stand.
@@ -126,7 +128,7 @@ TEST(Grammar, TabCompletesEachWordFromItsMiddle) {
       for (std::size_t length = 1; length < name.size(); ++length) {
         const std::string begun = in_front + name.substr(0, length);
         if (suggest(begun, mode_of(what)).words.size() > 1) continue;
-        EXPECT_EQ(host::complete(begun, mode_of(what)).addition, name.substr(length) + " ") << begun;
+        EXPECT_EQ(host::complete(suggest(begun, mode_of(what))).addition, name.substr(length) + " ") << begun;
       }
       in_front += name + " ";
     }
@@ -174,8 +176,10 @@ TEST(Grammar, TheRestOfALineIsAText) {
   EXPECT_EQ(text_of("description  to the  lab "), "to the  lab");
   EXPECT_EQ(text_of("desc 'a | b'"), "a | b");
   EXPECT_EQ(text_of("switchport name what? why"), "what? why");
-  EXPECT_TRUE(host::is_in_expression("description what", host::kInterfaceMode));
-  EXPECT_FALSE(host::is_in_expression("description ", host::kInterfaceMode));
+  EXPECT_TRUE(suggest("description what", host::kInterfaceMode).is_in_text);
+  EXPECT_FALSE(suggest("description ", host::kInterfaceMode).is_in_text);
+  EXPECT_TRUE(std::holds_alternative<suggestions>(host::meaning_of(" description ? ", host::kInterfaceMode)));
+  EXPECT_TRUE(std::holds_alternative<host::command_line>(host::meaning_of("description why?", host::kInterfaceMode)));
 }
 
 TEST(Grammar, NoIsTheFormThatTakesBack) {
@@ -371,14 +375,14 @@ TEST(Watch, MistakesAreNamedWithTheNextStep) {
 }
 
 TEST(Watch, HelpAndCompletionAreThoseOfTheCommandBehindIt) {
-  EXPECT_EQ(host::help_text("watch "), "  INTERVAL      Seconds from one reading to the next, 1 to 86400\n");
-  EXPECT_EQ(host::help_text("watch 2 "), "  show          Show information\n");
-  EXPECT_EQ(host::complete("wat").addition, "ch ");
-  EXPECT_EQ(host::complete("watch 2 sh").addition, "ow ");
+  EXPECT_EQ(host::help_text(suggest("watch ")), "  INTERVAL      Seconds from one reading to the next, 1 to 86400\n");
+  EXPECT_EQ(host::help_text(suggest("watch 2 ")), "  show          Show information\n");
+  EXPECT_EQ(host::complete(suggest("wat")).addition, "ch ");
+  EXPECT_EQ(host::complete(suggest("watch 2 sh")).addition, "ow ");
   for (const char* const line : {"show ", "show interface ", "show interface ethernet 1/1 counters "})
-    EXPECT_EQ(host::help_text(std::string("watch 2 ") + line), host::help_text(line)) << line;
-  EXPECT_TRUE(host::is_in_expression("watch 2 show interface | include up"));
-  EXPECT_FALSE(host::is_in_expression("watch 2 show interface "));
+    EXPECT_EQ(host::help_text(suggest(std::string("watch 2 ") + line)), host::help_text(suggest(line))) << line;
+  EXPECT_TRUE(suggest("watch 2 show interface | include up").is_in_text);
+  EXPECT_FALSE(suggest("watch 2 show interface ").is_in_text);
 }
 
 TEST(Do, CommandsOfTheExecModeAreReadBehindIt) {
@@ -413,12 +417,12 @@ TEST(Do, NoCommandThatChangesTheModeIsReadBehindIt) {
 
 TEST(Do, HelpAndCompletionAreThoseOfTheCommandBehindIt) {
   const auto mode = host::kInterfaceMode;
-  EXPECT_EQ(host::complete("do sh", mode).addition, "ow ");
+  EXPECT_EQ(host::complete(suggest("do sh", mode)).addition, "ow ");
   EXPECT_TRUE(suggests("do ", "watch", mode));
   EXPECT_FALSE(suggests("do ", "configure", mode));
   for (const char* const line : {"show ", "show interface ethernet 1/1 counters ", "clear counters "})
-    EXPECT_EQ(host::help_text(std::string("do ") + line, mode), host::help_text(line)) << line;
-  EXPECT_TRUE(host::is_in_expression("do show interface | include up", mode));
+    EXPECT_EQ(host::help_text(suggest(std::string("do ") + line, mode)), host::help_text(suggest(line))) << line;
+  EXPECT_TRUE(suggest("do show interface | include up", mode).is_in_text);
 }
 
 TEST(Comments, AreLinesWithoutACommand) {
@@ -427,10 +431,10 @@ TEST(Comments, AreLinesWithoutACommand) {
     const auto parsed = parse_command(line, error);
     ASSERT_TRUE(parsed) << line << error;
     EXPECT_EQ(parsed->what, nullptr) << line;
-    EXPECT_TRUE(host::is_in_expression(line)) << line;
-    EXPECT_EQ(host::complete(line).addition + host::complete(line).choices, "") << line;
+    EXPECT_TRUE(suggest(line).is_in_text) << line;
+    EXPECT_EQ(host::complete(suggest(line)).addition + host::complete(suggest(line)).choices, "") << line;
   }
-  EXPECT_FALSE(host::is_in_expression(""));
+  EXPECT_FALSE(suggest("").is_in_text);
 }
 
 TEST(Suggestions, NumberArgumentIsNamedWithItsBoundsAndKeptWhileItIsTyped) {
@@ -475,14 +479,14 @@ TEST(Suggestions, NumberBelongsToTheLastInterfaceWord) {
   EXPECT_EQ(numbers_of("show interface ethernet 1/1, 1/"), "ethernet");
   EXPECT_EQ(numbers_of("show interface ethernet 1/1, port 1"), "port-channel");
   EXPECT_EQ(numbers_of("show interface "), "");
-  EXPECT_EQ(suggest("show interface ethernet 1/1,2/").start, std::string("show interface ethernet 1/1,").size());
+  EXPECT_EQ(suggest("show interface ethernet 1/1,2/").begun, "2/");
 }
 
 TEST(Suggestions, ExceptFollowsARange) {
   EXPECT_TRUE(suggests("show interface all ", "except"));
   EXPECT_TRUE(suggests("show interface e1/1 ex", "except"));
   EXPECT_TRUE(suggests("show interface e1/1 exce", "except"));
-  EXPECT_EQ(host::complete("show interface all except").addition, " ");
+  EXPECT_EQ(host::complete(suggest("show interface all except")).addition, " ");
   EXPECT_TRUE(suggests("show interface all except ", "ethernet"));
   EXPECT_FALSE(suggests("show interface all except e1/1 ", "except"));
   EXPECT_FALSE(suggests("show interface ", "except"));
@@ -505,9 +509,9 @@ TEST(Suggestions, LastNumberOfASpanFollowsTheFirst) {
 }
 
 TEST(Expressions, QuestionMarkBelongsToAPattern) {
-  EXPECT_TRUE(host::is_in_expression("show interface \"e"));
-  EXPECT_TRUE(host::is_in_expression("show interface e1/1, 'e 1/"));
-  EXPECT_FALSE(host::is_in_expression("show interface \"e*\" "));
+  EXPECT_TRUE(suggest("show interface \"e").is_in_text);
+  EXPECT_TRUE(suggest("show interface e1/1, 'e 1/").is_in_text);
+  EXPECT_FALSE(suggest("show interface \"e*\" ").is_in_text);
 }
 
 TEST(Suggestions, EndOfACommandIsHinted) {
@@ -519,18 +523,18 @@ TEST(Suggestions, EndOfACommandIsHinted) {
 TEST(Suggestions, PipesAreOfferedWithTheirArguments) {
   EXPECT_TRUE(suggests("show transport | s", "save"));
   EXPECT_TRUE(suggests("show transport | s", "section"));
-  EXPECT_EQ(host::help_text("show transport | save "), "  FILE          Name of a file\n");
-  EXPECT_EQ(host::help_text("show transport | save a "), "  <Enter>       Run the command\n");
-  EXPECT_FALSE(host::is_in_expression("show transport | save a"));
-  EXPECT_TRUE(host::is_in_expression("show transport | section a"));
+  EXPECT_EQ(host::help_text(suggest("show transport | save ")), "  FILE          Name of a file\n");
+  EXPECT_EQ(host::help_text(suggest("show transport | save a ")), "  <Enter>       Run the command\n");
+  EXPECT_FALSE(suggest("show transport | save a").is_in_text);
+  EXPECT_TRUE(suggest("show transport | section a").is_in_text);
 }
 
 TEST(Expressions, QuestionMarksBelongToThem) {
-  EXPECT_FALSE(host::is_in_expression("show interface "));
-  EXPECT_FALSE(host::is_in_expression("show interface | inc"));
-  EXPECT_TRUE(host::is_in_expression("show interface | inc "));
-  EXPECT_TRUE(host::is_in_expression("show interface | include ab"));
-  EXPECT_FALSE(host::is_in_expression("show interface | count "));
+  EXPECT_FALSE(suggest("show interface ").is_in_text);
+  EXPECT_FALSE(suggest("show interface | inc").is_in_text);
+  EXPECT_TRUE(suggest("show interface | inc ").is_in_text);
+  EXPECT_TRUE(suggest("show interface | include ab").is_in_text);
+  EXPECT_FALSE(suggest("show interface | count ").is_in_text);
 }
 
 }  // namespace
