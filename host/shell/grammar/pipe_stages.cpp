@@ -1,5 +1,7 @@
 #include "shell/grammar/pipe_stages.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <span>
 
@@ -23,7 +25,7 @@ std::string read_save(std::span<const word_token> words, std::vector<pipe_stage>
   if (name.empty()) return "'| save' needs the name of a file, such as '| save ports.txt'.";
   if (name == "-") return "'| save' writes to a file: expected its name, not '-'.";
   if (words.size() > 1 && name.size() == rest.size())
-    return "unexpected " + in_quotes(words[1].text) + " after '| save " + std::string(words[0].text) + "'.";
+    return fmt::format("unexpected '{}' after '| save {}'.", words[1].text, words[0].text);
   if (std::any_of(pipes.begin(), pipes.end(), [](const pipe_stage& it) { return it.kind == pipe_kind::save; }))
     return "'| save' is written twice: the output goes to one file.";
   pipes.push_back({pipe_kind::save, std::string(name)});
@@ -32,24 +34,24 @@ std::string read_save(std::span<const word_token> words, std::vector<pipe_stage>
 
 // Returns the error, or an empty text.
 std::string read_pipe(const line_part& part, std::vector<pipe_stage>& pipes) {
-  if (part.words.empty()) return "nothing after '|': expected one of " + join(pipe_names(), ", ") + ".";
+  if (part.words.empty()) return fmt::format("nothing after '|': expected one of {}.", fmt::join(pipe_names(), ", "));
   const std::string_view written = part.words.front().text;
   const pipe_word* const word = find_pipe(written);
   if (word == nullptr) return unknown_pipe(written);
   const auto arguments = std::span(part.words).subspan(1);
   const std::string_view rest = text_of(arguments);
-  const std::string name(word->word);
+  const std::string_view name = word->word;
   if (const std::size_t quote = find_open_quote(rest); quote != std::string_view::npos)
-    return "the quote " + std::string(1, rest[quote]) + " in " + in_quotes(rest) + " is not closed.";
+    return fmt::format("the quote {} in '{}' is not closed.", rest[quote], rest);
   if (word->argument == pipe_argument::file) return read_save(arguments, pipes);
   if (word->argument == pipe_argument::expression && rest.empty())
-    return "'| " + name + "' needs an expression, such as '| " + name + " up'.";
+    return fmt::format("'| {0}' needs an expression, such as '| {0} up'.", name);
   const bool is_columns = word->argument == pipe_argument::columns;
-  if ((is_columns || word->argument == pipe_argument::column) && rest.empty())
-    return "'| " + name + "' needs " + (is_columns ? "columns" : "a column") + ", such as '| " + name +
-           (is_columns ? " Port,Status'." : " Port'.");
+  if (is_columns && rest.empty()) return fmt::format("'| {0}' needs columns, such as '| {0} Port,Status'.", name);
+  if (word->argument == pipe_argument::column && rest.empty())
+    return fmt::format("'| {0}' needs a column, such as '| {0} Port'.", name);
   if (word->argument == pipe_argument::none && !rest.empty())
-    return "unexpected " + in_quotes(rest) + " after '| " + name + "'.";
+    return fmt::format("unexpected '{}' after '| {}'.", rest, name);
   const bool has_filter =
       std::any_of(pipes.begin(), pipes.end(), [](const pipe_stage& known) { return is_filter(known.kind); });
   if (word->kind == pipe_kind::json && has_filter) return "'| json' must be the first '|' of the command.";
@@ -71,9 +73,8 @@ const pipe_word* find_pipe(std::string_view written) {
 
 std::string unknown_pipe(std::string_view written) {
   const std::string_view meant = likely_word(written, pipe_names());
-  std::string text = "unknown word " + in_quotes(written) + " after '|'";
-  text += meant.empty() ? "." : ": did you mean " + in_quotes(meant) + "?";
-  return text + " It is one of " + join(pipe_names(), ", ") + ".";
+  const std::string hint = meant.empty() ? "." : fmt::format(": did you mean '{}'?", meant);
+  return fmt::format("unknown word '{}' after '|'{} It is one of {}.", written, hint, fmt::join(pipe_names(), ", "));
 }
 
 std::string read_pipes(std::span<const line_part> parts, std::vector<pipe_stage>& pipes) {

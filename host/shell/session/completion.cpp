@@ -1,6 +1,8 @@
 // Help and completion at the end of a line.
 #include "shell/session/completion.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <optional>
 
@@ -59,12 +61,9 @@ void remove_absent_kinds(suggestions& found) {
 // Lists up to eight numbers; of more, the first two and the last.
 std::string number_help(const interface_word& word, const std::vector<std::string>& numbers) {
   constexpr std::size_t kFew = 8;
-  std::string text = std::string(word.help) + ": ";
-  if (numbers.empty()) return text + "none such exists";
-  if (numbers.size() > kFew)
-    return text + numbers[0] + ", " + numbers[1] + ", ... " + numbers.back() + " (" + std::to_string(numbers.size()) +
-           ")";
-  return text + join({numbers.begin(), numbers.end()}, ", ");
+  if (numbers.empty()) return fmt::format("{}: none such exists", word.help);
+  if (numbers.size() <= kFew) return fmt::format("{}: {}", word.help, fmt::join(numbers, ", "));
+  return fmt::format("{}: {}, {}, ... {} ({})", word.help, numbers[0], numbers[1], numbers.back(), numbers.size());
 }
 
 std::string table(const std::vector<suggestion>& rows) {
