@@ -41,7 +41,7 @@ void put_text(bytes& to, uint16 number, const std::string& text) {
 }
 
 // Copies an attribute; with another size than `size`, which 0 does not ask for, it is another one with the same number.
-void copy(const attributes& from, uint16 number, bytes& to, std::size_t size = 0) {
+void copy_attribute(const attributes& from, uint16 number, bytes& to, std::size_t size = 0) {
   from.for_each(number, [&](std::span<const uint8> value) {
     if (size == 0 || value.size() == size) put_attribute(to, number, value);
   });
@@ -60,18 +60,18 @@ std::span<const uint8> after_head(std::span<const uint8> payload, std::size_t si
 
 bytes link_info(const attributes& info) {
   bytes made;
-  for (const uint16 kind : {IFLA_INFO_KIND, IFLA_INFO_SLAVE_KIND}) copy(info, kind, made);
+  for (const uint16 kind : {IFLA_INFO_KIND, IFLA_INFO_SLAVE_KIND}) copy_attribute(info, kind, made);
   bytes vlan, port;
-  copy(info.nested(IFLA_INFO_DATA, kBytesOfAny), IFLA_VLAN_ID, vlan, sizeof(uint16));
-  copy(info.nested(IFLA_INFO_SLAVE_DATA, kBytesOfAny), IFLA_BRPORT_STATE, port, sizeof(uint8));
+  copy_attribute(info.nested(IFLA_INFO_DATA, kBytesOfAny), IFLA_VLAN_ID, vlan, sizeof(uint16));
+  copy_attribute(info.nested(IFLA_INFO_SLAVE_DATA, kBytesOfAny), IFLA_BRPORT_STATE, port, sizeof(uint8));
   if (!vlan.empty()) put_attribute(made, IFLA_INFO_DATA, vlan);
   if (!port.empty()) put_attribute(made, IFLA_INFO_SLAVE_DATA, port);
   return made;
 }
 
-bytes route(std::span<const uint8> payload) {
+bytes route_answer(std::span<const uint8> payload) {
   bytes made = head_of(payload, sizeof(rtmsg));
-  copy(parse(after_head(payload, sizeof(rtmsg)), kBytesOfAny), RTA_OIF, made);
+  copy_attribute(parse(after_head(payload, sizeof(rtmsg)), kBytesOfAny), RTA_OIF, made);
   return made;
 }
 
@@ -120,18 +120,18 @@ module_place place_of(const nlmsghdr& request) {
 }
 
 // A message of ethtool: its head keeps the number of the device alone.
-bytes ethtool(const nlmsghdr& request, std::span<const uint8> payload) {
+bytes ethtool_answer(const nlmsghdr& request, std::span<const uint8> payload) {
   constexpr uint16 kHeader = ETHTOOL_A_LINKMODES_HEADER;  // the same in all messages
   bytes made = head_of(payload, sizeof(genlmsghdr));
   const auto list = after_head(payload, sizeof(genlmsghdr));
   const attributes all = parse(list, kBytesOfAny);
   bytes head;
-  copy(parse(list, kNests).nested(kHeader, kBytesOfAny), ETHTOOL_A_HEADER_DEV_INDEX, head);
+  copy_attribute(parse(list, kNests).nested(kHeader, kBytesOfAny), ETHTOOL_A_HEADER_DEV_INDEX, head);
   put_attribute(made, kHeader, head);
   const bool is_module = record_of<genlmsghdr>(payload_of(request)).cmd == ETHTOOL_MSG_MODULE_EEPROM_GET;
   for (uint16 number = kHeader + 1; number < message_policy::kNumbers; ++number) {
     if (!is_module) {
-      copy(all, number, made);
+      copy_attribute(all, number, made);
       continue;
     }
     if (number != ETHTOOL_A_MODULE_EEPROM_DATA || !all.bytes(number)) continue;
@@ -213,12 +213,12 @@ anonymiser::bytes anonymiser::link(std::span<const uint8> payload) {
   }
   for (const uint16 kept : {IFLA_MTU, IFLA_MIN_MTU, IFLA_MAX_MTU, IFLA_OPERSTATE, IFLA_MASTER, IFLA_LINK,
                             IFLA_CARRIER_CHANGES, IFLA_STATS64})
-    copy(all, kept, made);
+    copy_attribute(all, kept, made);
   for (const uint16 mac : {IFLA_ADDRESS, IFLA_PERM_ADDRESS})
     if (const auto real = all.bytes(mac)) put_attribute(made, mac, hardware_address(*real));
   if (!kept_info.empty()) put_attribute(made, IFLA_LINKINFO, kept_info);
   bytes vlans;
-  copy(nests.nested(IFLA_AF_SPEC, kBytesOfAny), IFLA_BRIDGE_VLAN_INFO, vlans, sizeof(bridge_vlan_info));
+  copy_attribute(nests.nested(IFLA_AF_SPEC, kBytesOfAny), IFLA_BRIDGE_VLAN_INFO, vlans, sizeof(bridge_vlan_info));
   if (!vlans.empty()) put_attribute(made, IFLA_AF_SPEC, vlans);
   return made;
 }
@@ -251,9 +251,9 @@ std::string anonymiser::answer(const nlmsghdr& request, std::string_view message
     } else if (head.nlmsg_type == RTM_NEWADDR) {
       kept = address(payload);
     } else if (head.nlmsg_type == RTM_NEWROUTE) {
-      kept = route(payload);
+      kept = route_answer(payload);
     } else if (head.nlmsg_type == request.nlmsg_type) {
-      kept = ethtool(request, payload);
+      kept = ethtool_answer(request, payload);
     }
     head.nlmsg_len = static_cast<uint32>(sizeof head + kept.size());
     made.append(reinterpret_cast<const char*>(&head), sizeof head);
