@@ -15,6 +15,10 @@ add_compile_definitions(_GNU_SOURCE)
 # Every float is rounded where the source says so: no contraction to fused operations.
 add_compile_options(-ffp-contract=off)
 
+# Files that are compiled together share the headers that they include. The names in their unnamed namespaces must differ.
+set(CMAKE_UNITY_BUILD ${PMCLI_UNITY})
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
+
 # What our own targets promise; headers of other projects are exempt as system headers.
 set(PMCLI_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")

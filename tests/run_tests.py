@@ -47,14 +47,18 @@ class Report:
         self.lock = threading.Lock()
         self.results = []
         self.running = {}  # thread -> (name, since)
+        self.seconds = collections.Counter()  # by name
 
     def start(self, name):
+        self.stop()
         with self.lock:
             self.running[threading.get_ident()] = (name, time.monotonic())
 
     def stop(self):
         with self.lock:
-            self.running.pop(threading.get_ident(), None)
+            name, since = self.running.pop(threading.get_ident(), (None, 0))
+            if name is not None:
+                self.seconds[name] += time.monotonic() - since
 
     def add(self, name, outcome, detail="", command=()):
         with self.lock:
@@ -73,7 +77,9 @@ class Report:
                 if now - since > REMINDER_SECONDS:
                     print(f"still running for {int(now - since)} s: {name}", file=sys.stderr, flush=True)
 
-    def summary(self):
+    def summary(self, slowest):
+        for name, seconds in self.seconds.most_common(slowest):
+            print(f"{seconds:7.1f} s  {name}")
         count = collections.Counter(result.outcome for result in self.results)
         skipped = [result for result in self.results if result.outcome == "skipped"]
         for result in skipped:
@@ -283,6 +289,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("-j", dest="jobs", type=int, default=len(os.sched_getaffinity(0)), help="threads; default: cores")
     parser.add_argument("-k", dest="pattern", default="", help="only tests whose name contains PATTERN")
+    parser.add_argument("--slowest", metavar="N", type=int, default=0, help="list the N tests and steps that took longest")
     parser.add_argument("directories", nargs="+", type=pathlib.Path)
     options = parser.parse_args()
 
@@ -303,7 +310,7 @@ def main():
             if time.monotonic() - last_reminder >= REMINDER_SECONDS:
                 last_reminder = time.monotonic()
                 report.remind()
-    return report.summary()
+    return report.summary(options.slowest)
 
 
 if __name__ == "__main__":

@@ -57,7 +57,7 @@ std::string_view closest_word(std::string_view written, const std::vector<std::s
   return closest;
 }
 
-std::string quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
+std::string in_quotes(std::string_view text) { return "'" + std::string(text) + "'"; }
 
 std::string join(const std::vector<std::string_view>& words, std::string_view separator) {
   std::string text;

@@ -10,6 +10,9 @@ namespace host {
 
 inline constexpr std::string_view kBlanks = " \t\r\n";
 
+// In any locale.
+constexpr bool is_digit(char character) { return character >= '0' && character <= '9'; }
+
 // Without blanks at both ends.
 std::string_view trim(std::string_view text);
 
@@ -22,7 +25,7 @@ std::string_view closest_word(std::string_view written, const std::vector<std::s
                               std::size_t max_edits);
 
 // The text in single quotes, as messages quote input.
-std::string quoted(std::string_view text);
+std::string in_quotes(std::string_view text);
 
 std::string join(const std::vector<std::string_view>& words, std::string_view separator);
 

@@ -14,7 +14,6 @@ namespace {
 
 constexpr uint32 kFirstUnit = 100;
 
-constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
 constexpr bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 constexpr bool is_word_char(char c) { return is_letter(c) || c == '-'; }
 constexpr bool is_number_char(char c) { return is_digit(c) || c == '/' || c == '.'; }
@@ -299,7 +298,7 @@ class range_reader {
   void note(range_fault kind, std::string_view reason, std::string_view token) {
     const std::size_t position = token.empty() ? at_ : static_cast<std::size_t>(token.data() - text_.data());
     range_error error{kind, position, token.size(), std::string(reason), {}};
-    if (!token.empty()) error.reason += " " + quoted(token);
+    if (!token.empty()) error.reason += " " + in_quotes(token);
     error.message = error.reason + " at character " + std::to_string(position + 1);
     reading_.errors.push_back(std::move(error));
   }
@@ -367,7 +366,7 @@ std::optional<range_error> first_error(std::string_view text, const range_readin
   if (reading.errors.empty() && rest == text.size()) return std::nullopt;
   if (!reading.errors.empty()) return reading.errors.front();
   const std::string_view token = text.substr(rest, text.find_first_of(kBlanks, rest) - rest);
-  const std::string reason = "unexpected text " + quoted(token);
+  const std::string reason = "unexpected text " + in_quotes(token);
   return range_error{range_fault::trailing_text, rest, token.size(), reason,
                      reason + " at character " + std::to_string(rest + 1)};
 }

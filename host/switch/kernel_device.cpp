@@ -29,7 +29,7 @@ struct device_row {
   const char* numbers = nullptr;
 };
 
-device_row decode_index(const char* row) {
+device_row parse_row(const char* row) {
   std::string_view text = row;
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
   const std::size_t colon = text.find(':');
@@ -42,7 +42,7 @@ template <class Accept>
 void for_each_row(std::FILE* table, Accept accept) {
   std::array<char, 512> line;
   while (std::fgets(line.data(), line.size(), table) != nullptr) {
-    const device_row row = decode_index(line.data());
+    const device_row row = parse_row(line.data());
     if (row.numbers != nullptr && accept(row)) return;
   }
 }

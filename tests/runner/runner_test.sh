@@ -48,6 +48,11 @@ run_on "$program" "" -k PassesAfter
 [ "$code" -eq 0 ] || fail "exit code $code"
 [ "$printed" = "tests: 2 passed, 0 failed, 0 skipped" ] || fail "another summary"
 
+echo "step: the slowest tests are listed"
+run_on "$program" "$script" --slowest 2
+[ "$(grep -cE '^ +[0-9]+\.[0-9] s  ' <<<"$printed")" -eq 2 ] || fail "not two lines of seconds"
+grep -qE "^ +[0-9]+\.[0-9] s  $name/(sample/Sample|script: )" <<<"$printed" || fail "no name after the seconds"
+
 echo "step: nothing that ran is a failure"
 run_on "$program" "" -k NoSuchTest
 [ "$code" -eq 1 ] || fail "exit code $code"

@@ -47,7 +47,7 @@ struct table_reader {
   command_handler find_handler(const char* name) const {
     void* const found = find(name);
     const ElfW(Sym)* const symbol = symbol_at(found);
-    if (symbol == nullptr || ELF64_ST_TYPE(symbol->st_info) != STT_FUNC) refuse(quoted(name) + " is not a function");
+    if (symbol == nullptr || ELF64_ST_TYPE(symbol->st_info) != STT_FUNC) refuse(in_quotes(name) + " is not a function");
     return reinterpret_cast<command_handler>(found);
   }
 
@@ -117,7 +117,7 @@ void read_words_with_help(const table_reader& reader, const pmsh_word_t* words) 
     if (i == kMostRows) reader.refuse("its list of words has no end");
     const std::string_view help = read_text(reader, words[i].help, "help of a word");
     if (!is_of(words[i].word, kWordLetters))
-      reader.refuse("it has help for " + quoted(words[i].word) + ", which is not a word in lower case");
+      reader.refuse("it has help for " + in_quotes(words[i].word) + ", which is not a word in lower case");
     if (help_of_word(words[i].word).empty()) add_word(words[i].word, help);
   }
 }
@@ -128,11 +128,12 @@ bool is_argument(std::string_view word) {
 }
 
 void check_word(const table_reader& reader, std::string_view word) {
-  if (word.starts_with('[') != word.ends_with(']')) reader.refuse(quoted(word) + " lacks a bracket");
+  if (word.starts_with('[') != word.ends_with(']')) reader.refuse(in_quotes(word) + " lacks a bracket");
   if (word.starts_with('[')) word = word.substr(1, word.size() - 2);
   if (is_argument(word)) return;
-  if (!is_of(word, kWordLetters)) reader.refuse(quoted(word) + " is neither a word in lower case nor a known argument");
-  if (help_of_word(word).empty()) reader.refuse("the word " + quoted(word) + " has no help");
+  if (!is_of(word, kWordLetters))
+    reader.refuse(in_quotes(word) + " is neither a word in lower case nor a known argument");
+  if (help_of_word(word).empty()) reader.refuse("the word " + in_quotes(word) + " has no help");
 }
 
 std::string_view read_syntax(const table_reader& reader, const pmsh_command_t& entry) {
@@ -186,7 +187,7 @@ const field_form kForms[] = {
     {PMSH_DECIMAL, field_type::decimal, {CMD_TYPE_FLOAT}},
     {PMSH_MAC, field_type::mac, {CMD_TYPE_MAC}},
     {PMSH_IPV4, field_type::ipv4, {CMD_TYPE_IPV4}},
-    {PMSH_INTERFACE, field_type::interface_name, {CMD_TYPE_IF_INDEX}},
+    {PMSH_INTERFACE, field_type::full_name, {CMD_TYPE_IF_INDEX}},
     {PMSH_VLANS, field_type::vlans, {CMD_TYPE_STRING}},
 };
 
@@ -208,13 +209,13 @@ std::string title_of(std::string_view key) {
 
 added_field read_field(const table_reader& reader, const pmsh_field_t& row) {
   const std::string_view key = row.key;
-  if (!is_of(key, kKeyLetters)) reader.refuse("the key " + quoted(key) + " is not in lower case with underscores");
+  if (!is_of(key, kKeyLetters)) reader.refuse("the key " + in_quotes(key) + " is not in lower case with underscores");
   const auto* const form = std::find_if(std::begin(kForms), std::end(kForms),
                                         [&row](const field_form& known) { return known.type == row.type; });
-  if (form == std::end(kForms)) reader.refuse("the type of the field " + quoted(key) + " is unknown");
+  if (form == std::end(kForms)) reader.refuse("the type of the field " + in_quotes(key) + " is unknown");
   const auto code = static_cast<uint8>(row.tuple >> 24);
   if (std::find(form->codes.begin(), form->codes.end(), code) == form->codes.end())
-    reader.refuse("the type code of the tuple id of " + quoted(key) + " does not fit its type");
+    reader.refuse("the type code of the tuple id of " + in_quotes(key) + " does not fit its type");
   added_field read{row.tuple, {property::none, row.key, form->form}};
   read.described.title = keep(title_of(key));
   if (row.unit != nullptr) read.described.unit = read_text(reader, row.unit, "unit");
@@ -231,7 +232,7 @@ std::vector<added_field> read_fields(const table_reader& reader, const pmsh_fiel
       const field& last = fields.back().described;
       return other.described.name == last.name && other.described.type != last.type;
     });
-    if (contradicts) reader.refuse("the field " + quoted(fields.back().described.name) + " has two types");
+    if (contradicts) reader.refuse("the field " + in_quotes(fields.back().described.name) + " has two types");
   }
   if (fields.empty()) reader.refuse("its display has no fields");
   return fields;
@@ -245,11 +246,11 @@ display read_display(const table_reader& reader, const pmsh_command_t& entry, bo
   if (entry.display == nullptr) return kSentences;
   const std::string_view name = entry.display;
   if (!is_of(name, kKeyLetters) || name.starts_with("value_"))
-    reader.refuse("the name of its display " + quoted(name) + " is not in lower case with underscores");
+    reader.refuse("the name of its display " + in_quotes(name) + " is not in lower case with underscores");
   if (std::find(std::begin(kOfDocuments), std::end(kOfDocuments), name) != std::end(kOfDocuments))
-    reader.refuse("every document has a member " + quoted(name) + "; its display needs another name");
+    reader.refuse("every document has a member " + in_quotes(name) + "; its display needs another name");
   for (const command& other : all_commands())
-    if (other.shown.name == name) reader.refuse("the display " + quoted(name) + " exists already");
+    if (other.shown.name == name) reader.refuse("the display " + in_quotes(name) + " exists already");
   std::string error;
   const display_bit bit = add_display(read_fields(reader, entry.fields), error);
   if (bit == kNoDisplay) reader.refuse(error);
@@ -382,8 +383,8 @@ void read_library(const std::string& file) {
   for (const pmsh_command_t& entry : read_table(reader)) {
     ++number;
     const bool has_words = entry.words != nullptr && is_printable(entry.words);
-    reader.where =
-        file + ": " + (has_words ? quoted(entry.words) : "command " + std::to_string(number) + " of its table") + ": ";
+    reader.where = file + ": " +
+                   (has_words ? in_quotes(entry.words) : "command " + std::to_string(number) + " of its table") + ": ";
     add_entry(reader, entry);
   }
 }

@@ -22,19 +22,19 @@ int advance_clock(const invocation& run) {
 constexpr display kClockShown = {kClockDisplay, "clock", "clock"};
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kClockRows[] = {
     {"show clock", "Time of the shell's clock, in UTC", show_clock, kClockShown},
     {"clock advance SECONDS", "Advance the shell's clock and the simulated traffic", advance_clock, kSentences, nullptr, kEveryMode, command_effect::outside},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kClockWords[] = {
     {"advance", "Advance the clock"},
     {"clock", "Clock of this shell"},
 };
 
 }  // namespace
 
-constexpr command_group kClockCommands = {kCommands, kWords};
+constexpr command_group kClockCommands = {kClockRows, kClockWords};
 
 }  // namespace host

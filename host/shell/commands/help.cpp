@@ -48,24 +48,24 @@ int find_commands(const invocation& run) {
     return contains_ignoring_case(entry.syntax.text, part) || contains_ignoring_case(entry.help, part);
   });
   if (is_found) return kDone;
-  run.output.complain("no command has " + quoted(part) + " in its words or its help.");
+  run.output.complain("no command has " + in_quotes(part) + " in its words or its help.");
   return kUsage;
 }
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kHelpRows[] = {
     {"help", "All commands", help, kSentences},
     {"find WORD", "Commands that contain a word", find_commands, kSentences},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kHelpWords[] = {
     {"find", "Find commands"},
     {"help", "Show all commands"},
 };
 
 }  // namespace
 
-constexpr command_group kHelpCommands = {kCommands, kWords};
+constexpr command_group kHelpCommands = {kHelpRows, kHelpWords};
 
 }  // namespace host

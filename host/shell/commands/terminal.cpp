@@ -10,17 +10,17 @@ int set_screen_lines(const invocation& run) {
 }
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kTerminalRows[] = {
     {"terminal length LINES", "Lines per screen in this session; 0: unlimited", set_screen_lines, kSentences},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kTerminalWords[] = {
     {"length", "Lines per screen"},
 };
 
 }  // namespace
 
-constexpr command_group kTerminalCommands = {kCommands, kWords};
+constexpr command_group kTerminalCommands = {kTerminalRows, kTerminalWords};
 
 }  // namespace host

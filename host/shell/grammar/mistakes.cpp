@@ -40,7 +40,7 @@ bool expects_vlans(const std::vector<position>& positions) {
 std::string hint_of_watch(const reading_state& state, std::string_view word) {
   if (!state.line.every || state.path.size() > state.words_in_front) return {};
   if (readings(all_positions(state.mode), word).empty()) return {};
-  return quoted(word) + " cannot be watched: only show commands can. " + type_help(join(state.path, " ") + " show");
+  return in_quotes(word) + " cannot be watched: only show commands can. " + type_help(join(state.path, " ") + " show");
 }
 
 // What to do when a line begins with words of another mode; empty when it does not.
@@ -57,9 +57,9 @@ std::string hint_of_mode(const std::vector<std::string_view>& words, shell_mode 
   };
   const std::string line = join(words, " ");
   if (mode == kExecMode && begins_line_in(kConfigureMode))
-    return quoted(line) + " belongs to the configuration. Type 'configure' first.";
+    return in_quotes(line) + " belongs to the configuration. Type 'configure' first.";
   if (mode != kInterfaceMode && begins_line_in(kInterfaceMode))
-    return quoted(line) + " is a setting of interfaces. Type '" +
+    return in_quotes(line) + " is a setting of interfaces. Type '" +
            (mode == kExecMode ? "configure' and then 'interface RANGE' first." : "interface RANGE' first.");
   return {};
 }
@@ -78,14 +78,14 @@ std::string unknown_word(const reading_state& state, std::string_view word) {
   const std::string before = join(state.path, " ");
   if (const number_argument* const number = expected_number(state.positions))
     return "expected a number from " + bounds_of(*number) + " for " + std::string(number->name) + ", not " +
-           quoted(word) + ".";
+           in_quotes(word) + ".";
   std::vector<std::string_view> expected = expected_words(state.positions);
-  if (expects_vlans(state.positions)) return quoted(word) + " is not a list of VLANs such as 1-10,20.";
-  if (expected.empty()) return "unexpected " + quoted(word) + " after " + quoted(before) + ".";
+  if (expects_vlans(state.positions)) return in_quotes(word) + " is not a list of VLANs such as 1-10,20.";
+  if (expected.empty()) return "unexpected " + in_quotes(word) + " after " + in_quotes(before) + ".";
   if (state.takes_except) expected.push_back(kExcept);
   const std::string_view meant = likely_word(word, expected);
-  std::string text = "unknown word " + quoted(word);
-  if (!meant.empty()) text += ": did you mean " + quoted(meant) + "?";
+  std::string text = "unknown word " + in_quotes(word);
+  if (!meant.empty()) text += ": did you mean " + in_quotes(meant) + "?";
   return text + (meant.empty() ? ". " : " ") + type_help(before);
 }
 
@@ -99,7 +99,7 @@ std::string unreadable_word(const reading_state& state, std::string_view word) {
 }
 
 std::string ambiguous_word(std::string_view word, const std::vector<std::string_view>& meanings) {
-  return "ambiguous word " + quoted(word) + ": " + join(meanings, ", ") + ". Type one more letter.";
+  return "ambiguous word " + in_quotes(word) + ": " + join(meanings, ", ") + ". Type one more letter.";
 }
 
 std::string bad_range(const std::vector<range_error>& errors, std::size_t start) {

@@ -23,7 +23,7 @@ std::string read_save(std::string_view rest, std::vector<pipe_stage>& pipes) {
   if (name.empty()) return "'| save' needs the name of a file, such as '| save ports.txt'.";
   if (name == "-") return "'| save' writes to a file: expected its name, not '-'.";
   if (words.size() > 1 && name.size() == rest.size())
-    return "unexpected " + quoted(words[1].text) + " after '| save " + std::string(words[0].text) + "'.";
+    return "unexpected " + in_quotes(words[1].text) + " after '| save " + std::string(words[0].text) + "'.";
   if (std::any_of(pipes.begin(), pipes.end(), [](const pipe_stage& it) { return it.kind == pipe_kind::save; }))
     return "'| save' is written twice: the output goes to one file.";
   pipes.push_back({pipe_kind::save, std::string(name)});
@@ -44,8 +44,8 @@ const pipe_word* find_pipe(std::string_view written) {
 
 std::string unknown_pipe(std::string_view written) {
   const std::string_view meant = likely_word(written, pipe_names());
-  std::string text = "unknown word " + quoted(written) + " after '|'";
-  text += meant.empty() ? "." : ": did you mean " + quoted(meant) + "?";
+  std::string text = "unknown word " + in_quotes(written) + " after '|'";
+  text += meant.empty() ? "." : ": did you mean " + in_quotes(meant) + "?";
   return text + " It is one of " + join(pipe_names(), ", ") + ".";
 }
 
@@ -58,7 +58,7 @@ std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
   const std::string_view rest = trim(part.substr(written.size()));
   const std::string name(word->word);
   if (const std::size_t quote = find_open_quote(rest); quote != std::string_view::npos)
-    return "the quote " + std::string(1, rest[quote]) + " in " + quoted(rest) + " is not closed.";
+    return "the quote " + std::string(1, rest[quote]) + " in " + in_quotes(rest) + " is not closed.";
   if (word->argument == pipe_argument::file) return read_save(rest, pipes);
   if (word->argument == pipe_argument::expression && rest.empty())
     return "'| " + name + "' needs an expression, such as '| " + name + " up'.";
@@ -67,7 +67,7 @@ std::string read_pipe(std::string_view part, std::vector<pipe_stage>& pipes) {
     return "'| " + name + "' needs " + (is_columns ? "columns" : "a column") + ", such as '| " + name +
            (is_columns ? " Port,Status'." : " Port'.");
   if (word->argument == pipe_argument::none && !rest.empty())
-    return "unexpected " + quoted(rest) + " after '| " + name + "'.";
+    return "unexpected " + in_quotes(rest) + " after '| " + name + "'.";
   const bool has_filter =
       std::any_of(pipes.begin(), pipes.end(), [](const pipe_stage& known) { return is_filter(known.kind); });
   if (word->kind == pipe_kind::json && has_filter) return "'| json' must be the first '|' of the command.";

@@ -86,7 +86,7 @@ std::optional<std::string> read_text_argument(std::string_view written, std::str
   for (std::size_t i = 1; i < written.size(); ++i) {
     if (written[i] == '"') {
       if (i + 1 == written.size()) return text;
-      error = "unexpected " + quoted(written.substr(i + 1)) + " after the text in quotes.";
+      error = "unexpected " + in_quotes(written.substr(i + 1)) + " after the text in quotes.";
       return std::nullopt;
     }
     if (written[i] != '\\') {
@@ -96,7 +96,8 @@ std::optional<std::string> read_text_argument(std::string_view written, std::str
     const std::string_view escape = written.substr(i + 1);
     const std::size_t length = read_escape(escape, text);
     if (length == 0) {
-      error = quoted("\\" + std::string(escape.substr(0, 1))) + " is not an escape: expected one of " + escapes() + ".";
+      error =
+          in_quotes("\\" + std::string(escape.substr(0, 1))) + " is not an escape: expected one of " + escapes() + ".";
       return std::nullopt;
     }
     i += length;

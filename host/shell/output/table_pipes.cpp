@@ -79,14 +79,14 @@ std::string find_in_tables(const std::vector<const line_table*>& tables, std::st
     if (columns.size() > 1) {
       std::vector<std::string_view> meant;
       for (const std::size_t column : columns) meant.push_back(table->columns[column]);
-      return "ambiguous column " + quoted(name) + ": " + join(meant, ", ") + ".";
+      return "ambiguous column " + in_quotes(name) + ": " + join(meant, ", ") + ".";
     }
     if (columns.size() == 1) found.emplace_back(table, columns.front());
     for (const std::string& title : table->columns)
       if (std::find(known.begin(), known.end(), title) == known.end()) known.push_back(title);
   }
   if (!found.empty()) return {};
-  return "unknown column " + quoted(name) + ". The columns are " + join(known, ", ") + ".";
+  return "unknown column " + in_quotes(name) + ". The columns are " + join(known, ", ") + ".";
 }
 
 // ---- Stages that need all lines
@@ -106,8 +106,6 @@ class keeping_stage : public line_filters::stage {
 };
 
 // ---- Sorting
-
-bool is_digit(char character) { return character >= '0' && character <= '9'; }
 
 // What rows are compared by: numbers, then texts, in which runs of digits are numbers, then what is not known.
 struct sort_key {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/c_edge.h"
+#include "base/text.h"
 #include "platform/cmd_channel.h"
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
@@ -29,8 +30,6 @@ struct placeholder {
   std::size_t precision = std::string_view::npos;  // npos: no cut
   std::size_t length = 0;                          // of its text in the format; 0: none
 };
-
-bool is_digit(char character) { return character >= '0' && character <= '9'; }
 
 std::size_t read_digits(const char*& at) {
   constexpr std::size_t kLargest = 100'000;

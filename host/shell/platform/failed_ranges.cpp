@@ -37,7 +37,7 @@ std::string text_of(const if_index_range_t& range) {
 }
 
 // Consecutive ranges become one.
-std::vector<if_index_range_t> joined(const std::vector<if_index_range_t>& ranges) {
+std::vector<if_index_range_t> without_gaps(const std::vector<if_index_range_t>& ranges) {
   std::vector<if_index_range_t> found;
   for (const if_index_range_t& range : ranges) {
     if (!found.empty() && host::is_next(found.back().high, range.low))
@@ -53,7 +53,7 @@ range_record* handed_over = nullptr;  // the last one, which leads to those befo
 std::string text_of_all(const mrange_handle_t* ranges) {
   std::string text;
   if (ranges == nullptr) return text;
-  for (const if_index_range_t& range : joined(reinterpret_cast<const range_record*>(ranges)->ranges)) {
+  for (const if_index_range_t& range : without_gaps(reinterpret_cast<const range_record*>(ranges)->ranges)) {
     if (!text.empty()) text += ", ";
     text += text_of(range);
   }

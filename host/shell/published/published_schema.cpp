@@ -63,8 +63,7 @@ std::string with_modes(std::string_view schema) {
 // Name of the definition for a field; none for an enumeration, which lists its own words.
 std::string_view value_of(const field& described) {
   switch (described.type) {
-    case field_type::interface_name:
-      return described.name == "interface" ? "value_interface" : "value_interface_or_null";
+    case field_type::full_name: return described.name == "interface" ? "value_interface" : "value_interface_or_null";
     case field_type::mac: return "value_mac";
     case field_type::ipv4: return "value_ipv4";
     case field_type::hexadecimal: return "value_hexadecimal";

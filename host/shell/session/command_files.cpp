@@ -63,7 +63,7 @@ int run_lines(shell& session, input_lines& lines, const std::string& shown) {
     const int code = run_line(session, line);
     if (result == kDone) result = code;
     if (code == kDone) continue;
-    const std::string failed = shown + ":" + std::to_string(number) + ": " + quoted(line) + " failed";
+    const std::string failed = shown + ":" + std::to_string(number) + ": " + in_quotes(line) + " failed";
     if (code == kInterrupted || !session.keeps_going) {
       print_error(failed + "; the remaining lines were not run. Use --keep-going to continue.");
       break;
@@ -76,7 +76,7 @@ int run_lines(shell& session, input_lines& lines, const std::string& shown) {
 int run_file_at(shell& session, const std::string& path, bool is_startup) {
   const std::string shown = shown_name(path);
   if (session.num_files == kMostNestedFiles) {
-    print_error(quoted(shown) + " was not run: files may run each other 8 deep. Does one run itself?");
+    print_error(in_quotes(shown) + " was not run: files may run each other 8 deep. Does one run itself?");
     return kUsage;
   }
   command_text read = path == "-" ? command_text() : read_commands(path, is_startup);

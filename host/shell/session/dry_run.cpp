@@ -18,7 +18,7 @@ bool is_skipped_in_dry_run(const command_line& line) {
 }
 
 int skip_in_dry_run(const invocation& run) {
-  run.output.text("Skipped in a dry run: " + quoted(run.line.text) + ".\n");
+  run.output.text("Skipped in a dry run: " + in_quotes(run.line.text) + ".\n");
   return kDone;
 }
 

@@ -15,7 +15,7 @@ namespace {
 std::string shown(const std::string& path) {
   std::string text;
   append_printable(text, path);
-  return quoted(text);
+  return in_quotes(text);
 }
 
 }  // namespace

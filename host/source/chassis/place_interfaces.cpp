@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t kMaxInterfaces = 65536;
 
-std::string quoted(const interface_word& word, const interface_number& number) {
+std::string in_quotes(const interface_word& word, const interface_number& number) {
   return "'" + interface_text(word, number) + "'";
 }
 
@@ -18,7 +18,7 @@ if_index_type_t kind_of(const interface_draft& entry, const interface_span& span
   if (entry.kind == IF_TYPE_NONE) return is_satellite ? if_index_type_t{IF_TYPE_SATELLITE} : kinds.front();
   const bool is_of_word = std::find(kinds.begin(), kinds.end(), entry.kind) != kinds.end();
   if (!is_of_word || (entry.kind == IF_TYPE_SATELLITE) != is_satellite)
-    fail_at(path, entry.line, quoted(*span.word, span.low) + " cannot be of kind " + std::to_string(entry.kind));
+    fail_at(path, entry.line, in_quotes(*span.word, span.low) + " cannot be of kind " + std::to_string(entry.kind));
   return entry.kind;
 }
 
@@ -59,7 +59,7 @@ void refuse_duplicates(const std::vector<placed_interface>& placed, const std::v
       std::adjacent_find(names.begin(), names.end(), [&](const named& a, const named& b) { return !is_less(a, b); });
   if (twice == names.end()) return;
   fail_at(path, entries[twice[1].entry].line,
-          quoted(*twice->word, twice->number) + " is described already in line " +
+          in_quotes(*twice->word, twice->number) + " is described already in line " +
               std::to_string(entries[twice->entry].line));
 }
 

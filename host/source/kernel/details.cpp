@@ -16,7 +16,6 @@ namespace {
 
 // ---- Why a link is down ---------------------------------------------------------------------------------------------
 
-constexpr uint8 kReasonNotConnected = 7;
 constexpr uint8 kAnySubstate = 0xFF;
 
 // Faults that the port manager has a reason for. All others leave the port not connected.

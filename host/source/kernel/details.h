@@ -14,6 +14,9 @@
 
 namespace host {
 
+// The port manager's reason for a link without carrier, and for a fault that it has no reason for.
+inline constexpr uint8 kReasonNotConnected = 7;
+
 class device_details {
  public:
   // Takes note of the devices that a command begins with. Details that were read before are dropped.

@@ -31,13 +31,7 @@ namespace {
 
 // The kernel's IF_OPER_* values; its header of that name clashes with libc's.
 enum : uint8 { kOperUnknown = 0, kOperNotPresent = 1, kOperLowerLayerDown = 3, kOperDormant = 5, kOperUp = 6 };
-enum : uint8 {
-  kReasonNotConnected = 7,
-  kReasonInit = 10,
-  kReasonInactive = 11,
-  kReasonSuspended = 14,
-  kReasonParentDown = 26
-};
+enum : uint8 { kReasonInit = 10, kReasonInactive = 11, kReasonSuspended = 14, kReasonParentDown = 26 };
 constexpr uint32 kCardType = 1;
 
 // ---- State ----------------------------------------------------------------------------------------------------------

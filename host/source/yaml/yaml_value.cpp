@@ -30,18 +30,19 @@ std::optional<uint64> to_number(std::string_view digits, int base = 10) {
 // The word that was probably meant, as an addition to a message.
 std::string suggestion(std::string_view written, const std::vector<std::string_view>& known) {
   const std::string_view nearest = closest_word(written, known, std::max<std::size_t>(written.size() / 3, 1));
-  return nearest.empty() ? "" : ", did you mean " + quoted(nearest) + "?";
+  return nearest.empty() ? "" : ", did you mean " + in_quotes(nearest) + "?";
 }
 
 }  // namespace
 
 const std::string& yaml_value::text() const {
-  if (!node_.IsScalar()) fail(quoted(name_) + " needs a value, not " + type_of(node_));
+  if (!node_.IsScalar()) fail(in_quotes(name_) + " needs a value, not " + type_of(node_));
   return node_.Scalar();
 }
 
 std::string yaml_value::text_of_at_most(std::size_t max_length) const {
-  if (text().size() > max_length) fail(quoted(name_) + " is longer than " + std::to_string(max_length) + " characters");
+  if (text().size() > max_length)
+    fail(in_quotes(name_) + " is longer than " + std::to_string(max_length) + " characters");
   return text();
 }
 
@@ -87,7 +88,7 @@ uint32 yaml_value::word(std::span<const word_value> words) const {
 void yaml_value::fail(const std::string& reason) const { fail_at(path_, line(), reason); }
 
 void yaml_value::fail_with_value(const std::string& reason) const {
-  fail(std::string(name_) + " " + quoted(text()) + " " + reason);
+  fail(std::string(name_) + " " + in_quotes(text()) + " " + reason);
 }
 
 void fail_at(const std::string& path, uint32 line, const std::string& reason) {
@@ -95,11 +96,11 @@ void fail_at(const std::string& path, uint32 line, const std::string& reason) {
 }
 
 void require_map(const yaml_value& value) {
-  if (!value.is_map()) value.fail(quoted(value.name()) + " needs keys with values, not " + type_of(value.node()));
+  if (!value.is_map()) value.fail(in_quotes(value.name()) + " needs keys with values, not " + type_of(value.node()));
 }
 
 void fail_for_unknown_key(const yaml_value& key, std::string_view owner, const std::vector<std::string_view>& known) {
-  key.fail("unknown key " + quoted(key.text()) + " in " + quoted(owner) + suggestion(key.text(), known));
+  key.fail("unknown key " + in_quotes(key.text()) + " in " + in_quotes(owner) + suggestion(key.text(), known));
 }
 
 }  // namespace host

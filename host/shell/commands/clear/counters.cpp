@@ -294,7 +294,7 @@ int clear_management(const invocation& run) {
 }
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kClearRows[] = {
     {"clear counters", "Clear the counters of all interfaces", clear_all, kSentences, nullptr, kEveryMode, command_effect::outside},
     {"clear counters all", "Clear the counters of all interfaces", clear_all, kSentences, nullptr, kEveryMode, command_effect::outside},
     {"clear counters interface RANGE", "Clear the counters of a range", clear_range, kSentences, nullptr, kEveryMode, command_effect::outside},
@@ -306,13 +306,13 @@ constexpr command kCommands[] = {
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kClearWords[] = {
     {"clear", "Clear counters"},   {"ethernet", "All Ethernet ports"}, {"in-band", "The in-band interface"},
     {"loopback", "All loopbacks"}, {"mgmt", "A management port"},
 };
 
 }  // namespace
 
-constexpr command_group kClearCommands = {kCommands, kWords};
+constexpr command_group kClearCommands = {kClearRows, kClearWords};
 
 }  // namespace host

@@ -205,7 +205,7 @@ int confirm_commit(const invocation& run) {
 constexpr display kDiffShown = {kDiffDisplay, {}, "diff", true, false, "differences"};
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kCandidateRows[] = {
     {"configure candidate", "Collect settings and commit them together", configure_candidate, kSentences, nullptr, kExecMode},
     {"show diff", "Differences between the candidate and the switch", show_diff, kDiffShown},
     {"commit", "Apply the candidate", commit, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
@@ -215,7 +215,7 @@ constexpr command kCommands[] = {
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kCandidateWords[] = {
     {"candidate", "Collect settings and commit them together"},   {"commit", "Apply the candidate"},
     {"confirm", "Keep a commit that waits for confirmation"},     {"confirmed", "Roll back without 'confirm'"},
     {"diff", "Differences between the candidate and the switch"}, {"discard", "Discard the changes of the candidate"},
@@ -223,6 +223,6 @@ constexpr word_help kWords[] = {
 
 }  // namespace
 
-constexpr command_group kCandidateCommands = {kCommands, kWords};
+constexpr command_group kCandidateCommands = {kCandidateRows, kCandidateWords};
 
 }  // namespace host

@@ -143,7 +143,7 @@ constexpr display kRunningConfigShown = {kRunningConfigDisplay, {}, "running_con
 constexpr display kStartupConfigShown = {kStartupConfigDisplay, {}, "startup_config", false, false, "commands"};
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kConfigurationRows[] = {
     {"show running-config", "Current settings as commands", show_running_config, kRunningConfigShown},
     {"show running-config interface RANGE", "Current settings of a range", show_running_config, kRunningConfigShown},
     {"show startup-config", "Stored settings as commands", show_startup_config, kStartupConfigShown},
@@ -155,7 +155,7 @@ constexpr command kCommands[] = {
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kConfigurationWords[] = {
     {"copy", "Write settings to a file, or load them"},
     {"running-config", "Current settings"},
     {"startup-config", "Stored settings"},
@@ -164,6 +164,6 @@ constexpr word_help kWords[] = {
 
 }  // namespace
 
-constexpr command_group kConfigurationCommands = {kCommands, kWords};
+constexpr command_group kConfigurationCommands = {kConfigurationRows, kConfigurationWords};
 
 }  // namespace host

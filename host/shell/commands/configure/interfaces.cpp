@@ -58,7 +58,7 @@ int delete_interfaces(const invocation& run) {
 }
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kChosenInterfaceRows[] = {
     {"interface RANGE", "Choose interfaces, creating missing loopbacks and sub-interfaces", choose_interfaces, kSentences, nullptr, kConfigureMode | kInterfaceMode, command_effect::settings},
     {"no interface RANGE", "Delete loopbacks and sub-interfaces of ports", delete_interfaces, kSentences, nullptr, kConfigureMode | kInterfaceMode, command_effect::settings},
 };
@@ -66,6 +66,6 @@ constexpr command kCommands[] = {
 
 }  // namespace
 
-constexpr command_group kChosenInterfaceCommands = {kCommands, {}};
+constexpr command_group kChosenInterfaceCommands = {kChosenInterfaceRows, {}};
 
 }  // namespace host

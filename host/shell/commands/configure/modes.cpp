@@ -44,7 +44,7 @@ int leave_mode(const invocation& run) {
 }
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kModeRows[] = {
     {"configure [terminal]", "Enter the configuration", configure, kSentences, nullptr, kExecMode},
     {"configure dry-run", "Check settings without changing anything", configure_dry_run, kSentences, nullptr, kExecMode, command_effect::dry_run},
     {"do COMMAND", "Run an exec command", nullptr, kSentences, nullptr, kConfigureMode | kInterfaceMode},
@@ -54,7 +54,7 @@ constexpr command kCommands[] = {
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kModeWords[] = {
     {"do", "Run an exec command"},
     {"dry-run", "Check settings without changing anything"},
     {"exit", "Leave the mode, or the shell"},
@@ -63,6 +63,6 @@ constexpr word_help kWords[] = {
 
 }  // namespace
 
-constexpr command_group kModeCommands = {kCommands, kWords};
+constexpr command_group kModeCommands = {kModeRows, kModeWords};
 
 }  // namespace host

@@ -78,7 +78,7 @@ inline constexpr auto kWrittenForms = [] {
   return all;
 }();
 
-constexpr setting_tokens joined(setting_tokens tokens, const setting_tokens& more) {
+constexpr setting_tokens with_more(setting_tokens tokens, const setting_tokens& more) {
   for (std::size_t i = 0; i < more.count; ++i) tokens.token[tokens.count++] = more.token[i];
   return tokens;
 }
@@ -95,7 +95,7 @@ constexpr command command_of(const setting& of, const setting_form& form, std::s
           nullptr,
           &of,
           &form,
-          is_of_host ? setting_tokens() : joined(of.tokens, form.tokens)};
+          is_of_host ? setting_tokens() : with_more(of.tokens, form.tokens)};
 }
 
 inline constexpr auto kSettingCommands = [] {

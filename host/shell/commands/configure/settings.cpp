@@ -141,7 +141,7 @@ constexpr word_help kOtherWords[] = {
 };
 
 // Words with their own help first.
-constexpr auto kWords = [] {
+constexpr auto kSettingWords = [] {
   std::array<word_help, std::size(kOtherWords) + kWordsOfForms.size()> words{};
   std::copy(kWordsOfForms.begin(), kWordsOfForms.end(),
             std::copy(std::begin(kOtherWords), std::end(kOtherWords), words.begin()));
@@ -150,6 +150,6 @@ constexpr auto kWords = [] {
 
 }  // namespace
 
-constexpr command_group kSettingGroup = {kSettingCommands, kWords};
+constexpr command_group kSettingGroup = {kSettingCommands, kSettingWords};
 
 }  // namespace host

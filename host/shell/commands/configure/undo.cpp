@@ -40,17 +40,17 @@ int undo(const invocation& run) {
 }
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kUndoRows[] = {
     {"undo [CHANGES]", "Undo the last settings, creations or deletions", undo, kSettingShown, nullptr, kEveryMode, command_effect::settings},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kUndoWords[] = {
     {"undo", "Undo the last settings, creations or deletions"},
 };
 
 }  // namespace
 
-constexpr command_group kUndoCommands = {kCommands, kWords};
+constexpr command_group kUndoCommands = {kUndoRows, kUndoWords};
 
 }  // namespace host

@@ -7,7 +7,7 @@
 namespace host {
 namespace {
 
-std::string joined(std::string_view command, std::string_view words) {
+std::string line_of(std::string_view command, std::string_view words) {
   return std::string(command) + (words.empty() ? "" : " ") + std::string(words);
 }
 
@@ -22,14 +22,14 @@ std::string no_command(const setting& of) { return "no " + std::string(of.comman
 // "bb-credit COUNT mode e" with the number in the place of its name.
 std::string with_number(const setting& of, const setting_form& form, uint32 number) {
   const std::size_t end = std::min(form.syntax.find(' '), form.syntax.size());
-  return joined(of.command, std::to_string(number)) + std::string(form.syntax.substr(end));
+  return line_of(of.command, std::to_string(number)) + std::string(form.syntax.substr(end));
 }
 
 std::string command_for_number(const setting& of, uint32 number) {
   for (const setting_form& form : of.forms) {
     const bool is_word = form.kind == form_kind::word || form.kind == form_kind::off;
     if (is_word && form.value == number)
-      return form.kind == form_kind::off ? no_command(of) : joined(of.command, form.syntax);
+      return form.kind == form_kind::off ? no_command(of) : line_of(of.command, form.syntax);
   }
   const uint32 bits = number & form_bits(of), plain = number & ~bits;
   for (const setting_form& form : of.forms)
@@ -41,14 +41,14 @@ std::string command_for_number(const setting& of, uint32 number) {
 // A line takes a limited number of ranges.
 std::vector<std::string> commands_for_vlans(const setting& of, const std::vector<uint16>& vlans) {
   constexpr std::size_t kRangesOfLine = 60;
-  if (vlans.empty()) return {joined(of.command, "none")};
+  if (vlans.empty()) return {line_of(of.command, "none")};
   std::vector<std::string> lines;
   std::size_t num_ranges = 0;
   for (std::size_t first = 0; first < vlans.size(); ++num_ranges) {
     std::size_t last = first;
     while (last + 1 < vlans.size() && vlans[last + 1] == vlans[last] + 1) ++last;
     if (num_ranges % kRangesOfLine == 0)
-      lines.push_back(joined(of.command, lines.empty() ? "" : "add") + " ");
+      lines.push_back(line_of(of.command, lines.empty() ? "" : "add") + " ");
     else
       lines.back() += ",";
     lines.back() += std::to_string(vlans[first]);
@@ -67,7 +67,7 @@ std::vector<std::string> commands_for(const setting& of, const setting_value& va
     case setting_kind::text: {
       const auto& text = std::get<std::string>(value);
       return {text.empty() && find_form(of, form_kind::usual) != nullptr ? no_command(of)
-                                                                         : joined(of.command, text_argument(text))};
+                                                                         : line_of(of.command, text_argument(text))};
     }
     default: return {command_for_number(of, std::get<uint32>(value))};
   }

@@ -94,17 +94,17 @@ int show_changes(const invocation& run) {
 constexpr display kChangesShown = {kChangesDisplay, {}, "changes", false, false, "changes"};
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kChangesRows[] = {
     {"show changes", "Changes of this session that 'undo' reverts", show_changes, kChangesShown, nullptr, kEveryMode, command_effect::shows_settings},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kChangesWords[] = {
     {"changes", "Changes of this session"},
 };
 
 }  // namespace
 
-constexpr command_group kChangesCommands = {kCommands, kWords};
+constexpr command_group kChangesCommands = {kChangesRows, kChangesWords};
 
 }  // namespace host

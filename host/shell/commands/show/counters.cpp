@@ -31,7 +31,7 @@ constexpr display kStormControlShown = {kStormControlDisplay, {}, "storm_control
 constexpr display kFlowControlShown = {kFlowControlDisplay, {}, "flow_control", false, true};
 
 // clang-format off
-constexpr interface_display kDisplays[] = {
+constexpr interface_display kCounterDisplays[] = {
     {"show interface [RANGE] counters", "Bytes and packets received and sent", kCountersShown,
      {DISPLAY_RECEIVED, kKindsWithTraffic, kCounterHeaders, kInbandCounters, &kSent}},
     {"show interface [RANGE] counters brief", "Rates of bytes and packets", kRatesShown,
@@ -55,14 +55,14 @@ constexpr interface_display kDisplays[] = {
 };
 // clang-format on
 
-constexpr auto kCommands = commands_of<kDisplays>();
+constexpr auto kCounterRows = commands_of<kCounterDisplays>();
 
-constexpr word_help kWords[] = {
+constexpr word_help kCounterWords[] = {
     {"storm-control", "Storm control levels and discarded packets"},
 };
 
 }  // namespace
 
-constexpr command_group kCounterCommands = {kCommands, kWords};
+constexpr command_group kCounterCommands = {kCounterRows, kCounterWords};
 
 }  // namespace host

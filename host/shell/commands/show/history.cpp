@@ -30,17 +30,17 @@ int show_history(const invocation& run) {
 constexpr display kHistoryShown = {kHistoryDisplay, {}, "history", false, false, "commands"};
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kHistoryRows[] = {
     {"show history", "Lines entered at the prompt", show_history, kHistoryShown},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kHistoryWords[] = {
     {"history", "Lines entered at the prompt"},
 };
 
 }  // namespace
 
-constexpr command_group kHistoryCommands = {kCommands, kWords};
+constexpr command_group kHistoryCommands = {kHistoryRows, kHistoryWords};
 
 }  // namespace host

@@ -226,7 +226,7 @@ constexpr display kDebounceShown = {kDebounceDisplay, {}, "debounce", false, tru
 constexpr display kCapabilitiesShown = {kCapabilityDisplay, {}, "capabilities", false, true};
 
 // clang-format off
-constexpr interface_display kDisplays[] = {
+constexpr interface_display kInterfaceDisplays[] = {
     {"show interface [RANGE]", "Settings, state and traffic, in detail", kDetailedShown,
      {DISPLAY_DETAIL, kAllWithInband, kNoHeaders}},
     {"show interface [RANGE] brief", "State, address, speed and MTU", kBriefShown,
@@ -258,9 +258,9 @@ constexpr interface_display kDisplays[] = {
 };
 // clang-format on
 
-constexpr auto kCommands = commands_of<kDisplays>();
+constexpr auto kInterfaceRows = commands_of<kInterfaceDisplays>();
 
-constexpr word_help kWords[] = {
+constexpr word_help kShowInterfaceWords[] = {
     {"capabilities", "Capabilities of the ports"},
     {"debounce", "Link debounce times"},
     {"err-disabled", "Only ports disabled by an error"},
@@ -272,6 +272,6 @@ constexpr word_help kWords[] = {
 
 }  // namespace
 
-constexpr command_group kInterfaceCommands = {kCommands, kWords};
+constexpr command_group kInterfaceCommands = {kInterfaceRows, kShowInterfaceWords};
 
 }  // namespace host

@@ -29,11 +29,11 @@ int show_kinds(const invocation& run, std::span<const if_index_type_t> kinds);
 // The commands of a table of displays.
 template <const auto& Displays>
 constexpr auto commands_of() {
-  std::array<command, std::size(Displays)> commands{};
-  for (std::size_t i = 0; i < commands.size(); ++i)
-    commands[i] = {command_syntax(Displays[i].syntax), Displays[i].help, show_interface, Displays[i].shown,
-                   &Displays[i].view};
-  return commands;
+  return []<std::size_t... I>(std::index_sequence<I...>) {
+    return std::array{command{command_syntax(Displays[I].syntax), Displays[I].help, show_interface, Displays[I].shown,
+                              &Displays[I].view}...};
+  }
+  (std::make_index_sequence<std::size(Displays)>());
 }
 
 // ---- What views have in common

@@ -53,17 +53,17 @@ int show_kernel_map(const invocation& run) {
 constexpr display kKernelMapShown = {kKernelMapDisplay, {}, "kernel_map", false, false, "devices"};
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kKernelMapRows[] = {
     {"show kernel-map", "Kernel device of each interface", show_kernel_map, kKernelMapShown},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kKernelMapWords[] = {
     {"kernel-map", "Kernel device of each interface"},
 };
 
 }  // namespace
 
-constexpr command_group kKernelMapCommands = {kCommands, kWords};
+constexpr command_group kKernelMapCommands = {kKernelMapRows, kKernelMapWords};
 
 }  // namespace host

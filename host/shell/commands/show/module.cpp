@@ -70,17 +70,17 @@ constexpr display kModuleResourcesShown = {
     kModuleResourcesDisplay, {}, "module_resources", false, false, "resources", true};
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kModuleRows[] = {
     {"show module MODULE resources", "Buffers and bandwidth of a module", show_module_resources, kModuleResourcesShown},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kModuleWords[] = {
     {"resources", "Buffers and bandwidth"},
 };
 
 }  // namespace
 
-constexpr command_group kModuleCommands = {kCommands, kWords};
+constexpr command_group kModuleCommands = {kModuleRows, kModuleWords};
 
 }  // namespace host

@@ -60,10 +60,10 @@ std::string text_cell(const shown_values& values) {
   return text;
 }
 
-template <property kOf, enum_words kWords>
+template <property kOf, enum_words kOfValue>
 std::string word_cell(const shown_values& values) {
   const interface_value* const value = values.find(kOf);
-  return value == nullptr ? values.text_of_absent(kOf) : text_of_enum(kWords, static_cast<uint32>(value->number()));
+  return value == nullptr ? values.text_of_absent(kOf) : text_of_enum(kOfValue, static_cast<uint32>(value->number()));
 }
 
 std::string vlan_cell(const shown_values& values) {
@@ -237,17 +237,17 @@ int show_overview(const invocation& run) {
 constexpr display kOverviewShown = {kOverviewDisplay, {}, "overview", false, true};
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kOverviewRows[] = {
     {"show interface [RANGE] overview", "One row per interface, fitted to the terminal", show_overview, kOverviewShown},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kOverviewWords[] = {
     {"overview", "One row per interface, fitted to the terminal"},
 };
 
 }  // namespace
 
-constexpr command_group kOverviewCommands = {kCommands, kWords};
+constexpr command_group kOverviewCommands = {kOverviewRows, kOverviewWords};
 
 }  // namespace host

@@ -145,17 +145,17 @@ int show_panel(const invocation& run) {
 constexpr display kPanelShown = {kPanelDisplay, {}, "panel", true, true, "ports"};
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kPanelRows[] = {
     {"show panel", "Front panels with the state of each port", show_panel, kPanelShown},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kPanelWords[] = {
     {"panel", "Front panels of the modules"},
 };
 
 }  // namespace
 
-constexpr command_group kPanelCommands = {kCommands, kWords};
+constexpr command_group kPanelCommands = {kPanelRows, kPanelWords};
 
 }  // namespace host

@@ -14,7 +14,7 @@ constexpr display kTransceiverDetailsShown = {kTransceiverDetailsDisplay, {}, "t
 constexpr display kCalibrationShown = {kCalibrationDisplay, {}, "transceiver_calibrations", true, true};
 
 // clang-format off
-constexpr interface_display kDisplays[] = {
+constexpr interface_display kTransceiverDisplays[] = {
     {"show interface [RANGE] transceiver", "Transceivers: identity, state and measured values", kTransceiverShown,
      {DISPLAY_TRANSCEIVER, kKindsWithOptics, kNoHeaders}},
     {"show interface [RANGE] transceiver details", "Transceivers with the limits of their values", kTransceiverDetailsShown,
@@ -39,20 +39,20 @@ int show_transceivers(const invocation& run) {
 
 // clang-format off
 constexpr command kOfAllPorts[] = {
-    {"show transceiver", "Transceivers of all ports", show_transceivers, kTransceiverShown, &kDisplays[0].view},
-    {"show transceiver details", "All transceivers with the limits of their values", show_transceivers, kTransceiverDetailsShown, &kDisplays[1].view},
-    {"show transceiver calibrations", "All transceivers with their calibration constants", show_transceivers, kCalibrationShown, &kDisplays[2].view},
+    {"show transceiver", "Transceivers of all ports", show_transceivers, kTransceiverShown, &kTransceiverDisplays[0].view},
+    {"show transceiver details", "All transceivers with the limits of their values", show_transceivers, kTransceiverDetailsShown, &kTransceiverDisplays[1].view},
+    {"show transceiver calibrations", "All transceivers with their calibration constants", show_transceivers, kCalibrationShown, &kTransceiverDisplays[2].view},
 };
 // clang-format on
 
-constexpr auto kAllCommands = [] {
-  constexpr auto kOfRanges = commands_of<kDisplays>();
+constexpr auto kTransceiverRows = [] {
+  constexpr auto kOfRanges = commands_of<kTransceiverDisplays>();
   std::array<command, kOfRanges.size() + std::size(kOfAllPorts)> all{};
   std::copy(std::begin(kOfAllPorts), std::end(kOfAllPorts), std::copy(kOfRanges.begin(), kOfRanges.end(), all.begin()));
   return all;
 }();
 
-constexpr word_help kWords[] = {
+constexpr word_help kTransceiverWords[] = {
     {"calibrations", "Calibration constants"},
     {"details", "With the limits of their values"},
     {"transceiver", "Transceivers"},
@@ -60,6 +60,6 @@ constexpr word_help kWords[] = {
 
 }  // namespace
 
-constexpr command_group kTransceiverCommands = {kAllCommands, kWords};
+constexpr command_group kTransceiverCommands = {kTransceiverRows, kTransceiverWords};
 
 }  // namespace host

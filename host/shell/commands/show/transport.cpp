@@ -36,17 +36,17 @@ int show_transport(const invocation&) {
 constexpr display kTransportShown = {kTransportDisplay, "transport", "transport"};
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kTransportRows[] = {
     {"show transport", "Messages between this shell and the services", show_transport, kTransportShown},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kTransportWords[] = {
     {"transport", "Messages between this shell and the services"},
 };
 
 }  // namespace
 
-constexpr command_group kTransportCommands = {kCommands, kWords};
+constexpr command_group kTransportCommands = {kTransportRows, kTransportWords};
 
 }  // namespace host

@@ -13,7 +13,7 @@ constexpr display kForwardingVlansShown = {kForwardingVlansDisplay, {}, "trunk_f
 constexpr display kTrunkDetailShown = {kSwitchportDisplay, {}, "trunk_detail", false, true};
 
 // clang-format off
-constexpr interface_display kDisplays[] = {
+constexpr interface_display kTrunkDisplays[] = {
     {"show interface [RANGE] trunk", "Trunks: native VLAN, status, port-channel", kTrunkShown,
      {DISPLAY_TRUNK_STATUS, kCountedKinds, kPortHeaders}},
     {"show interface [RANGE] trunk allowed", "VLANs that trunks carry", kAllowedVlansShown,
@@ -29,9 +29,9 @@ constexpr interface_display kDisplays[] = {
 };
 // clang-format on
 
-constexpr auto kCommands = commands_of<kDisplays>();
+constexpr auto kTrunkRows = commands_of<kTrunkDisplays>();
 
-constexpr word_help kWords[] = {
+constexpr word_help kTrunkWords[] = {
     {"detail", "In detail"},
     {"forwarding", "VLANs that spanning tree forwards on trunks"},
     {"native-vlan", "Only trunks with one of these native VLANs"},
@@ -39,6 +39,6 @@ constexpr word_help kWords[] = {
 
 }  // namespace
 
-constexpr command_group kTrunkCommands = {kCommands, kWords};
+constexpr command_group kTrunkCommands = {kTrunkRows, kTrunkWords};
 
 }  // namespace host

@@ -32,17 +32,17 @@ int show_version(const invocation& run) {
 constexpr display kVersionShown = {kVersionDisplay, "version", "version"};
 
 // clang-format off
-constexpr command kCommands[] = {
+constexpr command kVersionRows[] = {
     {"show version", "Versions, the platform and the command library", show_version, kVersionShown},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kVersionWords[] = {
     {"version", "Versions and the platform"},
 };
 
 }  // namespace
 
-constexpr command_group kVersionCommands = {kCommands, kWords};
+constexpr command_group kVersionCommands = {kVersionRows, kVersionWords};
 
 }  // namespace host

@@ -439,17 +439,17 @@ int watch(shell& session, const command_line& line, const output_settings& usual
 namespace {
 
 // clang-format off
-constexpr command kCommands[] = {
-    {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kSentences, nullptr, kEveryMode, command_effect::none, watch},
+constexpr command kWatchRows[] = {
+    {"watch INTERVAL COMMAND", "Repeat a show command, with rates of traffic", nullptr, kSentences, nullptr, kEveryMode, command_effect::none, watch},
 };
 // clang-format on
 
-constexpr word_help kWords[] = {
+constexpr word_help kWatchWords[] = {
     {"watch", "Repeat a show command"},
 };
 
 }  // namespace
 
-constexpr command_group kWatchCommands = {kCommands, kWords};
+constexpr command_group kWatchCommands = {kWatchRows, kWatchWords};
 
 }  // namespace host

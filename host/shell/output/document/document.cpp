@@ -152,7 +152,7 @@ bool fits(const field& meaning, const interface_value& value) {
     case value_kind::decimal: return meaning.type == field_type::decimal && is_json_number(value.text());
     case value_kind::mac: return meaning.type == field_type::mac;
     case value_kind::ipv4: return meaning.type == field_type::ipv4;
-    case value_kind::interface: return meaning.type == field_type::interface_name;
+    case value_kind::interface: return meaning.type == field_type::full_name;
     case value_kind::interfaces: return meaning.type == field_type::interfaces;
     case value_kind::numbers: return meaning.type == field_type::numbers;
     case value_kind::vlans: return meaning.type == field_type::vlans;
@@ -261,7 +261,7 @@ bool document::bind(const cmd_tuple_t& tuple) {
   const binding& bound = *find_binding(tuple.id);
   const field& meaning = field_of(bound);
   const bool is_text = bound.form == binding_form::as_text || type_code(tuple) == CMD_TYPE_STRING;
-  const bool is_name_as_text = is_text && meaning.type == field_type::interface_name;
+  const bool is_name_as_text = is_text && meaning.type == field_type::full_name;
   const bool is_unread = is_name_as_text || is_answered_only(meaning.type) || bound.form == binding_form::by_service;
   if (is_unread && shown_.has_values && meaning.value != property::none) return true;
   if (shown_.repeats && found->state == cell_state::bound) {

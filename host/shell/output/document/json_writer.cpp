@@ -3,10 +3,10 @@
 #include <charconv>
 #include <cmath>
 
+#include "base/text.h"
+
 namespace host {
 namespace {
-
-bool is_digit(char character) { return character >= '0' && character <= '9'; }
 
 // Removes leading digits; false when there are none.
 bool take_digits(std::string_view& text) {

@@ -14,7 +14,7 @@ using enum field_type;
 // clang-format off
 constexpr field kFields[] = {
     // Identity.
-    {property::interface, "interface", interface_name, "", "Interface", "Full name of the interface"},
+    {property::interface, "interface", full_name, "", "Interface", "Full name of the interface"},
     {property::device, "device", text, "", "Device", "Network device of the kernel"},
     {property::ifindex, "ifindex", integer, "", "Device index", "Index of the device in the kernel"},
     {property::interface_index, "interface_index", integer, "", "Interface index", "Index of the interface in the switch"},
@@ -33,11 +33,11 @@ constexpr field kFields[] = {
     {property::interface_resets, "interface_resets", integer, "resets", "Interface resets", "How often the interface was reset"},
 
     // Other interfaces.
-    {property::member_of, "member_of", interface_name, "", "Port-channel", "Port-channel that the interface is a member of"},
+    {property::member_of, "member_of", full_name, "", "Port-channel", "Port-channel that the interface is a member of"},
     {property::members, "members", interfaces, "", "Members", "Members of the port-channel"},
-    {property::bound_interface, "bound_interface", interface_name, "", "Bound interface", "Interface that a virtual interface is bound to"},
+    {property::bound_interface, "bound_interface", full_name, "", "Bound interface", "Interface that a virtual interface is bound to"},
     {property::multi_chassis_status, "multi_chassis_status", text, "", "Multi-chassis status", "Status of a port-channel over several chassis"},
-    {property::port_channel, "port_channel", interface_name, "", "Port-channel", "Port-channel that the trunk is a member of"},
+    {property::port_channel, "port_channel", full_name, "", "Port-channel", "Port-channel that the trunk is a member of"},
 
     // Settings.
     {property::vlan, "vlan", membership, "", "VLANs", "How the interface takes part in VLANs"},
@@ -324,7 +324,7 @@ constexpr field kFields[] = {
 
     // Resources of a module.
     {property::none, "level", text, "", "Level", "What the record is about: \"module\", \"port group\", \"buffer group\" or \"port\""},
-    {property::none, "port", interface_name, "", "Port", "Full name of the port"},
+    {property::none, "port", full_name, "", "Port", "Full name of the port"},
     {property::none, "port_group", integer, "", "Port group", "Number of the port group, or of the one that it is in"},
     {property::none, "buffer_group", integer, "", "Buffer group", "Number of the buffer group, or of the one that it is in"},
     {property::none, "bb_credits", integer, "credits", "Buffer credits", "Buffer-to-buffer credits of the port"},

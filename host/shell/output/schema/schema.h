@@ -18,11 +18,11 @@ namespace host {
 // How a field is written in the structured form. An absent value is null.
 enum class field_type : uint8 {
   text,
-  interface_name,  // full name
-  mac,             // "xxxx.xxxx.xxxx"
-  ipv4,            // dotted
-  hexadecimal,     // an integer as "0x..."
-  enumeration,     // the text of the value
+  full_name,    // of an interface
+  mac,          // "xxxx.xxxx.xxxx"
+  ipv4,         // dotted
+  hexadecimal,  // an integer as "0x..."
+  enumeration,  // the text of the value
   integer,
   integer_or_auto,  // 0 is automatic and null here
   decimal,          // a number with the digits that are shown

@@ -16,41 +16,46 @@ struct counter_cell {
   const char* format;
 };
 
-using errors_t = pm_cli_common_error_stat_t;
+using counted_errors_t = pm_cli_common_error_stat_t;
 using trunk_t = pm_cli_common_trunk_stat_t;
 
 constexpr char kErrorCell[] = " %11s";
 constexpr char kAbsentErrorCell[] = "          --";
 
-constexpr counter_cell<errors_t> kErrors1[] = {
-    {&errors_t::rx_align, &errors_t::have_rx_align, tag::error_counters_alignment_errors, kErrorCell},
-    {&errors_t::rx_frames, &errors_t::have_rx_frames, tag::error_counters_frame_check_errors, kErrorCell},
-    {&errors_t::tx_errors, &errors_t::have_tx_errors, tag::error_counters_output_errors, kErrorCell},
-    {&errors_t::rx_errors, &errors_t::have_rx_errors, tag::error_counters_input_errors, kErrorCell},
-    {&errors_t::undersize, &errors_t::have_undersize, tag::error_counters_undersize_errors, kErrorCell},
-    {&errors_t::tx_dropped, &errors_t::have_tx_dropped, tag::error_counters_output_discards, kErrorCell},
+constexpr counter_cell<counted_errors_t> kErrors1[] = {
+    {&counted_errors_t::rx_align, &counted_errors_t::have_rx_align, tag::error_counters_alignment_errors, kErrorCell},
+    {&counted_errors_t::rx_frames, &counted_errors_t::have_rx_frames, tag::error_counters_frame_check_errors,
+     kErrorCell},
+    {&counted_errors_t::tx_errors, &counted_errors_t::have_tx_errors, tag::error_counters_output_errors, kErrorCell},
+    {&counted_errors_t::rx_errors, &counted_errors_t::have_rx_errors, tag::error_counters_input_errors, kErrorCell},
+    {&counted_errors_t::undersize, &counted_errors_t::have_undersize, tag::error_counters_undersize_errors, kErrorCell},
+    {&counted_errors_t::tx_dropped, &counted_errors_t::have_tx_dropped, tag::error_counters_output_discards,
+     kErrorCell},
 };
 
 // The carrier cell lacks its leading blank, which is intended.
-constexpr counter_cell<errors_t> kErrors2[] = {
-    {&errors_t::single_coll, &errors_t::have_single_coll, tag::error_counters_single_collisions, kErrorCell},
-    {&errors_t::multi_coll, &errors_t::have_multi_coll, tag::error_counters_multiple_collisions, kErrorCell},
-    {&errors_t::late_coll, &errors_t::have_late_coll, tag::error_counters_late_collisions, kErrorCell},
-    {&errors_t::excess_coll, &errors_t::have_excess_coll, tag::error_counters_excessive_collisions, kErrorCell},
-    {&errors_t::carrier, &errors_t::have_carrier, tag::error_counters_carrier_errors, "%11s"},
-    {&errors_t::runts, &errors_t::have_runts, tag::error_counters_runts, kErrorCell},
+constexpr counter_cell<counted_errors_t> kErrors2[] = {
+    {&counted_errors_t::single_coll, &counted_errors_t::have_single_coll, tag::error_counters_single_collisions,
+     kErrorCell},
+    {&counted_errors_t::multi_coll, &counted_errors_t::have_multi_coll, tag::error_counters_multiple_collisions,
+     kErrorCell},
+    {&counted_errors_t::late_coll, &counted_errors_t::have_late_coll, tag::error_counters_late_collisions, kErrorCell},
+    {&counted_errors_t::excess_coll, &counted_errors_t::have_excess_coll, tag::error_counters_excessive_collisions,
+     kErrorCell},
+    {&counted_errors_t::carrier, &counted_errors_t::have_carrier, tag::error_counters_carrier_errors, "%11s"},
+    {&counted_errors_t::runts, &counted_errors_t::have_runts, tag::error_counters_runts, kErrorCell},
 };
 
 // Transmit is before receive in the fourth and fifth cells, which is intended.
-constexpr counter_cell<errors_t> kErrors3[] = {
-    {&errors_t::giant, &errors_t::have_giant, tag::error_counters_giants, kErrorCell},
-    {&errors_t::SQEtest, &errors_t::have_SQEtest, tag::error_counters_sqe_test_errors, kErrorCell},
-    {&errors_t::deferred, &errors_t::have_deferred, tag::error_counters_deferred, kErrorCell},
-    {&errors_t::tx_int_mac_errors, &errors_t::have_tx_int_mac_errors, tag::error_counters_output_internal_mac_errors,
-     kErrorCell},
-    {&errors_t::rx_int_mac_errors, &errors_t::have_rx_int_mac_errors, tag::error_counters_input_internal_mac_errors,
-     kErrorCell},
-    {&errors_t::symbol, &errors_t::have_symbol, tag::error_counters_symbol_errors, kErrorCell},
+constexpr counter_cell<counted_errors_t> kErrors3[] = {
+    {&counted_errors_t::giant, &counted_errors_t::have_giant, tag::error_counters_giants, kErrorCell},
+    {&counted_errors_t::SQEtest, &counted_errors_t::have_SQEtest, tag::error_counters_sqe_test_errors, kErrorCell},
+    {&counted_errors_t::deferred, &counted_errors_t::have_deferred, tag::error_counters_deferred, kErrorCell},
+    {&counted_errors_t::tx_int_mac_errors, &counted_errors_t::have_tx_int_mac_errors,
+     tag::error_counters_output_internal_mac_errors, kErrorCell},
+    {&counted_errors_t::rx_int_mac_errors, &counted_errors_t::have_rx_int_mac_errors,
+     tag::error_counters_input_internal_mac_errors, kErrorCell},
+    {&counted_errors_t::symbol, &counted_errors_t::have_symbol, tag::error_counters_symbol_errors, kErrorCell},
 };
 
 constexpr char kTrunkCell[] = "%16.16s";
@@ -75,8 +80,8 @@ void print_cells(cmd_rx_handle_t* rx, const counter_cell<Stats> (&cells)[Cells],
 }
 
 template <std::size_t Cells>
-void print_errors(cmd_rx_handle_t* rx, if_index_t if_index, const counter_cell<errors_t> (&cells)[Cells],
-                  const errors_t& errors) {
+void print_errors(cmd_rx_handle_t* rx, if_index_t if_index, const counter_cell<counted_errors_t> (&cells)[Cells],
+                  const counted_errors_t& errors) {
   cmd_print_short(rx);
   print_if_index(rx, "%-8.8s", tag::error_counters_interface, if_index);
   print_cells(rx, cells, errors, kAbsentErrorCell);

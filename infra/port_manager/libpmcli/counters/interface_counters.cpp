@@ -40,10 +40,8 @@ class column_line {
   std::size_t length_ = 0;
 };
 
-constexpr uint64 kMega = 1'000'000;
-
 // As printf takes it.
-unsigned long long mega(uint64 value) { return value / kMega; }
+unsigned long long mega(uint64 value) { return value / 1'000'000; }
 
 void print_rates(cmd_rx_handle_t* rx, if_index_t if_index, show_eth_intf_resp_t* statistics) {
   uint64 in_bits = 0, out_bits = 0, in_bytes = 0, out_bytes = 0;

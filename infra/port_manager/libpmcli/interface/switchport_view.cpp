@@ -26,7 +26,7 @@ void print_speed_and_duplex(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
   print_enum(rx, "    Duplex mode is %s\n", tag::duplex, shows_oper ? port.oper_port_duplex : port.admin_port_duplex);
 }
 
-void print_flow_control(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
+void print_flow_control_directions(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
   const uint16 flow = port.admin_port_flow_ctrl;
   char line[80];
   std::snprintf(line, sizeof line - 1, "    Receive flow-control is %s, Send flow-control is %s\n",
@@ -40,7 +40,7 @@ void print_port_lines(cmd_rx_handle_t* rx, const pm_port_info_t& port) {
   if (is_ips(port)) cmd_prt(rx, "    Port mode is IPS\n");
   print_enum(rx, "    Port mode is %s\n", tag::port_mode, shown_mode(port));
   print_speed_and_duplex(rx, port);
-  print_flow_control(rx, port);
+  print_flow_control_directions(rx, port);
 }
 
 // The status line is printed a second time as the first of the common lines, which is intended.

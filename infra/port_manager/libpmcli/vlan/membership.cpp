@@ -13,7 +13,7 @@ using namespace pmcli;
 
 namespace {
 
-constexpr int32 kTimeout = 60;  // seconds
+constexpr int32 kVlanInfoTimeout = 60;  // seconds
 constexpr mts_addr_t kVlanManager = {MTS_NODE_LOCAL, MTS_SAP_VLAN_MANAGER};
 
 // The last record of the port, copied whole; the caller's is unchanged when there is none.
@@ -35,8 +35,8 @@ syserr_t pm_cli_get_vlan_info_from_vlan_mgr(void* libvm_handle, mts_q_handle_t s
   if (build_error != 0) return PM_ERR_GENERAL;
 
   message answer(src_q);
-  const auto result =
-      exchange(src_q, {kVlanManager, MTS_OPC_VLAN_INFO, request.payload.get(), request.size, kTimeout}, &answer);
+  const auto result = exchange(
+      src_q, {kVlanManager, MTS_OPC_VLAN_INFO, request.payload.get(), request.size, kVlanInfoTimeout}, &answer);
   if (result != exchange_result::answered || mts_is_reject(answer.ref())) return PM_ERR_GENERAL;
   const answer_payload got = payload_of(answer);
   if (!got) return PM_ERR_GENERAL;
@@ -63,7 +63,8 @@ syserr_t pm_cli_get_vlan_memb_info(void* dl_handle, mts_q_handle_t mts_q, if_ind
 
   // Neither result is looked at: without an answer the payload is empty.
   message answer(mts_q);
-  exchange(mts_q, {kVlanManager, MTS_OPC_VLAN_TRUNKING_MEMBERSHIP, request.payload.get(), request.size, kTimeout},
+  exchange(mts_q,
+           {kVlanManager, MTS_OPC_VLAN_TRUNKING_MEMBERSHIP, request.payload.get(), request.size, kVlanInfoTimeout},
            &answer);
   if (mts_is_reject(answer.ref())) return -1;
   const answer_payload got = payload_of(answer);

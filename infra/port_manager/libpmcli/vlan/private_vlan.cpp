@@ -17,7 +17,7 @@ using namespace pmcli;
 
 namespace {
 
-constexpr int32 kTimeout = 10;  // seconds
+constexpr int32 kPrivateVlanTimeout = 10;  // seconds
 constexpr mts_addr_t kPrivateVlans = {MTS_NODE_LOCAL, MTS_SAP_PVLAN};
 
 // The record of a port; false after the reason was printed, or when the request was not built or sent.
@@ -38,7 +38,7 @@ bool ask(void* library, mts_q_handle_t q, if_index_t if_index, pvlan_switchport_
 
   message answer(q);
   const service_request to_send{kPrivateVlans, MTS_OPC_PVLAN_GET_SWITCHPORT_INFO, request.payload.get(), request.size,
-                                kTimeout};
+                                kPrivateVlanTimeout};
   const exchange_result result = exchange(q, to_send, &answer);
   if (result == exchange_result::not_sent) return false;
   if (result == exchange_result::not_received) {

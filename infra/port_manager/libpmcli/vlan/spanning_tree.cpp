@@ -14,7 +14,7 @@ using namespace pmcli;
 
 namespace {
 
-constexpr int32 kTimeout = 60;  // seconds
+constexpr int32 kSpanningTreeTimeout = 60;  // seconds
 
 // Sends the request and stores the token of its answer.
 bool send(stp_send_get_port_state_fn send_query, mts_q_handle_t q, if_index_t if_index, mts_rr_token_t* token) {
@@ -28,7 +28,7 @@ bool send(stp_send_get_port_state_fn send_query, mts_q_handle_t q, if_index_t if
 bool receive(mts_q_handle_t q, mts_rr_token_t token, message* answer) {
   mts_recv_options_t options{};
   options.version = 1;
-  options.timeout = kTimeout;
+  options.timeout = kSpanningTreeTimeout;
   options.rr_token = token;
   if (pm_mts_recv_with_eintr(q, answer->ref(), &options) != 0) return false;
   answer->hold();

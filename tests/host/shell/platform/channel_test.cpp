@@ -6,10 +6,10 @@
 #include <cstdio>
 #include <cstring>
 
+#include "host/shell/output/captured_command.h"
 #include "messages/interface_values.h"
 #include "platform/cmd_channel.h"
 #include "service/answers.h"
-#include "session/captured_command.h"
 #include "shell/output/rendering.h"
 #include "switch/if_index_layout.h"
 #include "transport/transport.h"

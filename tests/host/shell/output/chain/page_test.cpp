@@ -6,7 +6,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "session/chain/seen_lines.h"
+#include "host/shell/output/chain/seen_lines.h"
 
 namespace session {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "host/shell/output/captured_command.h"
 #include "platform/cmd_channel.h"
-#include "session/captured_command.h"
 #include "switch/if_index_layout.h"
 
 namespace session {

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "host/shell/output/chain/seen_lines.h"
 #include "messages/calls/diagnostic_marks.h"
-#include "session/chain/seen_lines.h"
 
 namespace session {
 namespace {

@@ -4,12 +4,12 @@
 #include <cerrno>
 #include <cstring>
 
+#include "host/shell/output/captured_command.h"
 #include "platform/bitset.h"
 #include "platform/cmd_channel.h"
 #include "platform/startup_config.h"
 #include "platform/vsan.h"
 #include "platform/vsh.h"
-#include "session/captured_command.h"
 #include "shell/library/listing.h"
 #include "switch/if_index_layout.h"
 

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "session/chain/seen_lines.h"
+#include "host/shell/output/chain/seen_lines.h"
 
 namespace session {
 namespace {

@@ -6,10 +6,10 @@
 #include <cstring>
 #include <string>
 
+#include "host/shell/output/captured_command.h"
 #include "platform/bitset.h"
 #include "platform/cmd_channel.h"
 #include "platform/vsh.h"
-#include "session/captured_command.h"
 #include "shell/platform/libc_calls.h"
 #include "support/allocations.h"
 #include "switch/if_index_layout.h"

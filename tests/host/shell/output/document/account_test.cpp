@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "session/captured_command.h"
+#include "host/shell/output/captured_command.h"
 #include "session/json.h"
 #include "shell/output/exit_codes.h"
 #include "shell/output/terminal/print_error.h"

@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <iterator>
 
+#include "host/shell/output/captured_command.h"
 #include "platform/cmd_channel.h"
-#include "session/captured_command.h"
 #include "session/json.h"
 #include "shell/output/schema/schema.h"
 

@@ -1,4 +1,4 @@
-#include "session/captured_command.h"
+#include "host/shell/output/captured_command.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
