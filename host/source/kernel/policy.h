@@ -113,7 +113,7 @@ class attributes {
     }
     const piece found{static_cast<std::size_t>(head.nla_type & NLA_TYPE_MASK),
                       left.first(head.nla_len).subspan(sizeof head)};
-    const std::size_t padded = std::size_t{NLA_ALIGN(head.nla_len)};
+    const auto padded = static_cast<std::size_t>(NLA_ALIGN(head.nla_len));
     left = left.subspan(padded < left.size() ? padded : left.size());
     return found;
   }
