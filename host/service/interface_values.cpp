@@ -141,9 +141,11 @@ void write_moment(property of, std::optional<uint32> moment_sec, value_writer& t
 void read_index(subject& it, property of, value_writer& to) { to.number(of, it.port.if_index); }
 void read_interface(subject& it, property of, value_writer& to) { to.interface(of, it.port.if_index); }
 
-void read_device(subject& it, property of, value_writer& to) {
+// Empty for an interface that is not a device of the kernel.
+template <std::string kernel_device::*kMember>
+void device_text(subject& it, property of, value_writer& to) {
   const auto device = the_source().find_device(it.port.if_index);
-  write_text(of, device ? device->name : std::string(), to);
+  write_text(of, device ? (*device).*kMember : std::string(), to);
 }
 
 void read_device_number(subject& it, property of, value_writer& to) {
@@ -690,8 +692,11 @@ using state = port_xcvr_info_t;
 
 constexpr row kRows[] = {
     {property::interface, read_interface},
-    {property::device, read_device},
+    {property::device, device_text<&kernel_device::name>},
     {property::ifindex, read_device_number},
+    {property::device_type, device_text<&kernel_device::type>},
+    {property::parent_device, device_text<&kernel_device::parent>},
+    {property::master_device, device_text<&kernel_device::master>},
     {property::interface_index, read_index},
     {property::interface_index_hex, read_index},
     {property::description, own_text<&port_settings::description>},

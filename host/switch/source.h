@@ -41,7 +41,10 @@ struct kernel_device {
   if_index_t if_index;
   uint32 number = 0;  // the kernel's
   name_reason reason = name_reason::device_index;
-  std::string parent = {};  // the device below, of name_reason::vlan
+  std::string parent = {};  // the device below, empty when there is none
+  std::string master = {};  // the bridge, bond or VRF that it is a port of
+  std::string type = {};    // such as "veth" or "vxlan 42 over eth1"
+  std::vector<std::string> alternative_names = {};
 };
 
 // The name and the release of a kernel.

@@ -61,10 +61,14 @@ std::span<const uint8> after_head(std::span<const uint8> payload, std::size_t si
 octet_list link_info(const attributes& info) {
   octet_list made;
   for (const uint16 kind : {IFLA_INFO_KIND, IFLA_INFO_SLAVE_KIND}) copy_attribute(info, kind, made);
-  octet_list vlan, port;
-  copy_attribute(info.nested(IFLA_INFO_DATA, kBytesOfAny), IFLA_VLAN_ID, vlan, sizeof(uint16));
+  octet_list own, port;
+  const attributes data = info.nested(IFLA_INFO_DATA, kBytesOfAny);
+  copy_attribute(data, IFLA_VLAN_ID, own, sizeof(uint16));
+  copy_attribute(data, IFLA_VXLAN_ID, own, sizeof(uint32));
+  copy_attribute(data, IFLA_VXLAN_LINK, own, sizeof(uint32));
+  copy_attribute(data, IFLA_TUN_TYPE, own, sizeof(uint8));
   copy_attribute(info.nested(IFLA_INFO_SLAVE_DATA, kBytesOfAny), IFLA_BRPORT_STATE, port, sizeof(uint8));
-  if (!vlan.empty()) put_attribute(made, IFLA_INFO_DATA, vlan);
+  if (!own.empty()) put_attribute(made, IFLA_INFO_DATA, own);
   if (!port.empty()) put_attribute(made, IFLA_INFO_SLAVE_DATA, port);
   return made;
 }

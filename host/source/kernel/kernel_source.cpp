@@ -19,6 +19,7 @@
 #include "platform/syserr.h"
 #include "source/kernel/abilities.h"
 #include "source/kernel/creation.h"
+#include "source/kernel/device_type.h"
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
 #include "source/kernel/sorted_records.h"
@@ -372,8 +373,19 @@ uint32 kernel_source::restore_interface(machine& model, const interface& deleted
   return status;
 }
 
-kernel_device kernel_source::device_named(const mapped_device& it) {
-  return {it.device, it.if_index, it.number, it.reason, it.parent};
+kernel_device kernel_source::device_named(const mapped_device& it) const {
+  kernel_device device{it.device, it.if_index, it.number, it.reason};
+  const kernel_link* const link = find_link(links_, it.number);
+  if (link == nullptr) return device;
+  const auto name_of = [this](uint32 number) {
+    const kernel_link* const found = number == 0 ? nullptr : find_link(links_, number);
+    return found == nullptr ? std::string() : found->name;
+  };
+  if (has_device_below(*link)) device.parent = name_of(link->parent);
+  device.master = name_of(link->master);
+  device.type = device_type(*link, device.parent);
+  device.alternative_names = link->alternative_names;
+  return device;
 }
 
 std::optional<std::vector<kernel_device>> kernel_source::devices() const {

@@ -71,7 +71,7 @@ class kernel_source : public switch_source {
     uint32 cleared_sec = 0;
   };
 
-  static kernel_device device_named(const mapped_device& it);
+  kernel_device device_named(const mapped_device& it) const;
   machine read_again();
   device_reading reading_of(const kernel_link& link, if_index_t if_index);
   device_reading* find_reading(if_index_t if_index);

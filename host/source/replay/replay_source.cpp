@@ -124,10 +124,6 @@ std::vector<mapped_device> replay_source::map(const std::vector<kernel_link>& li
     if (found == folder_.interfaces.end() || !taken.insert(found->second.if_index).second) continue;
     const captured_interface& it = found->second;
     mapped.push_back({link.name, link.number, it.if_index, link.slave_kind == "bridge", it.reason});
-    if (it.reason != name_reason::vlan) continue;
-    const auto parent = std::find_if(links.begin(), links.end(),
-                                     [&link](const kernel_link& other) { return other.number == link.parent; });
-    if (parent != links.end()) mapped.back().parent = parent->name;
   }
   return mapped;
 }

@@ -137,6 +137,8 @@ struct overview_column {
 constexpr overview_column kColumns[] = {
     {{"Interface", 1}, nullptr},
     {{"Device", 3}, text_cell<property::device>},
+    {{"Type", 12, false, 8}, text_cell<property::device_type>},
+    {{"Master", 13}, text_cell<property::master_device>},
     {{"State", 2}, word_cell<property::state, enum_words::port_state>},
     {{"Reason", 9, false, 12}, word_cell<property::state_reason, enum_words::state_reason>},
     {{"VLAN", 7}, vlan_cell},
