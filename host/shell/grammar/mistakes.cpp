@@ -39,7 +39,7 @@ bool expects_vlans(const std::vector<position>& positions) {
 // What to do when a command that cannot be watched follows "watch INTERVAL"; empty when none does.
 std::string hint_of_watch(const reading_state& state, std::string_view word) {
   if (!state.line.every || state.path.size() > state.words_in_front) return {};
-  if (readings(all_positions(state.mode), word).empty()) return {};
+  if (readings(all_positions(state.mode), word, state.names).empty()) return {};
   return fmt::format("'{}' cannot be watched: only show commands can. {}", word,
                      type_help(join(state.path, " ") + " show"));
 }
@@ -49,7 +49,7 @@ std::string hint_of_mode(const std::vector<std::string_view>& words, shell_mode 
   const auto begins_line_in = [&words](shell_mode other) {
     std::vector<position> positions = all_positions(other);
     return std::all_of(words.begin(), words.end(), [&positions](std::string_view word) {
-      std::vector<step> steps = readings(positions, word);
+      std::vector<step> steps = readings(positions, word, interface_names());
       prefer_exact(steps, word);
       positions.clear();
       for (const step& reading : steps) positions.push_back(reading.to);

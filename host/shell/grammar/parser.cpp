@@ -31,9 +31,10 @@ std::string words_of_command(const command_line& line) {
   return has_text && !line.is_no ? line.text + " " + text_argument(line.free_text) : line.text;
 }
 
-std::optional<command_line> parse_command(const cut_line& line, std::string& error, shell_mode mode) {
+std::optional<command_line> parse_command(const cut_line& line, std::string& error, shell_mode mode,
+                                          const interface_names& names) {
   if (line.is_empty()) return command_line();
-  reading_state state(line.command(), mode);
+  reading_state state(line.command(), mode, names);
   command_line& parsed = state.line;
   while (!state.left.empty()) {
     if (takes_text(state.positions)) {
@@ -64,15 +65,15 @@ std::optional<command_line> parse_command(const cut_line& line, std::string& err
   return std::move(parsed);
 }
 
-line_meaning meaning_of(std::string_view text, shell_mode mode) {
+line_meaning meaning_of(std::string_view text, shell_mode mode, const interface_names& names) {
   const cut_line line(text);
   if (line.ends_with_question()) {
-    suggestions found = suggest(line.before_question(), mode);
+    suggestions found = suggest(line.before_question(), mode, names);
     if (!found.is_in_text) return found;
   }
   if (line.is_empty()) return {};
   line_mistake mistake{line.written, {}, false};
-  if (auto parsed = parse_command(line, mistake.text, mode)) return *std::move(parsed);
+  if (auto parsed = parse_command(line, mistake.text, mode, names)) return *std::move(parsed);
   mistake.wants_document = asks_for_document(line);
   return mistake;
 }

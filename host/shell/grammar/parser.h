@@ -14,7 +14,8 @@ namespace host {
 
 // Parses a line that was typed in a mode; a comment is an empty line. On an error `error` is one line that says what to
 // do next.
-std::optional<command_line> parse_command(const cut_line& line, std::string& error, shell_mode mode = kExecMode);
+std::optional<command_line> parse_command(const cut_line& line, std::string& error, shell_mode mode = kExecMode,
+                                          const interface_names& names = interface_names());
 
 struct line_mistake {
   std::string_view line;
@@ -24,6 +25,6 @@ struct line_mistake {
 
 // What a user asks for with a line: nothing with an empty line or a comment, what may be typed at its end with a "?".
 using line_meaning = std::variant<std::monostate, suggestions, line_mistake, command_line>;
-line_meaning meaning_of(std::string_view line, shell_mode mode);
+line_meaning meaning_of(std::string_view line, shell_mode mode, const interface_names& names = interface_names());
 
 }  // namespace host

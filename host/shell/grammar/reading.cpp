@@ -13,7 +13,8 @@ namespace host {
 namespace {
 
 // The names of what a range may begin with that a word names or abbreviates.
-std::vector<std::string_view> beginnings_of_range(std::string_view word) {
+std::vector<std::string_view> beginnings_of_range(std::string_view word, const interface_names& names) {
+  if (const std::string_view name = first_item_word(word); names.find(name)) return {name};
   if (word.front() == '"' || word.front() == '\'') return {word};
   const std::string_view letters = word.substr(0, word.find_first_of("0123456789/,"));
   if (letters.empty()) return {};
@@ -95,13 +96,14 @@ const number_argument& number_argument_of(const syntax_word& word) {
                        [&word](const number_argument& known) { return known.name == word.text; });
 }
 
-std::vector<step> readings(const std::vector<position>& positions, std::string_view word) {
+std::vector<step> readings(const std::vector<position>& positions, std::string_view word,
+                           const interface_names& names) {
   std::vector<step> steps;
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
       if (expected.kind == syntax_kind::range) {
-        for (const std::string_view name : beginnings_of_range(word))
-          steps.push_back({name, {at.what, index + 1, at.number}, true});
+        for (const std::string_view name : beginnings_of_range(word, names))
+          steps.push_back({name, {at.what, index + 1, at.number}, true, {}, names.find(name).has_value()});
       } else if (expected.kind == syntax_kind::number) {
         if (const auto number = read_number(number_argument_of(expected), word))
           steps.push_back({word, {at.what, index + 1, number}});
@@ -118,8 +120,10 @@ void prefer_exact(std::vector<step>& steps, std::string_view word) {
   const auto is_exact = [word](const step& reading) {
     return reading.name.size() == word.size() && starts_with_ignoring_case(reading.name, word);
   };
-  if (std::any_of(steps.begin(), steps.end(), is_exact))
-    steps.erase(std::remove_if(steps.begin(), steps.end(), std::not_fn(is_exact)), steps.end());
+  if (std::none_of(steps.begin(), steps.end(), is_exact)) return;
+  std::erase_if(steps, std::not_fn(is_exact));
+  const auto is_name = [](const step& reading) { return reading.is_name; };
+  if (!std::all_of(steps.begin(), steps.end(), is_name)) std::erase_if(steps, is_name);
 }
 
 std::vector<std::string_view> names_of(const std::vector<step>& steps) {
@@ -170,7 +174,7 @@ bool is_of_end(const range_error& error, std::size_t end, bool is_being_typed) {
 bool read_range_of(reading_state& state) {
   state.range_start = state.left.front().start;
   const std::string_view text = state.text.substr(state.range_start);
-  range_reading reading = read_range(text);
+  range_reading reading = read_range(text, state.names);
   const bool is_open =
       reading.errors.size() == 1 && is_of_end(reading.errors.front(), text.size(), state.is_being_typed);
   if (!reading.errors.empty() && !is_open) {
@@ -198,7 +202,7 @@ bool read_range_of(reading_state& state) {
 
 bool read_next(reading_state& state) {
   const std::string_view word = state.left.front().text;
-  std::vector<step> steps = readings(state.positions, word);
+  std::vector<step> steps = readings(state.positions, word, state.names);
   prefer_exact(steps, word);
   const std::vector<std::string_view> names = names_of(steps);
   if (names.size() != 1) {

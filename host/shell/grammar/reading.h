@@ -44,12 +44,14 @@ struct step {
   position to;
   bool begins_range = false;          // of interfaces, which may have more words
   std::vector<vlan_span> vlans = {};  // that the word is
+  bool is_name = false;               // of an interface, beside its word and number
 };
 
 // Every way in which a word can be read at these positions.
-std::vector<step> readings(const std::vector<position>& positions, std::string_view word);
+std::vector<step> readings(const std::vector<position>& positions, std::string_view word, const interface_names& names);
 
-// Only the readings of a word that is written in full, when there are any.
+// Only the readings of a word that is written in full, when there are any: a word of the syntax before the name of an
+// interface.
 void prefer_exact(std::vector<step>& steps, std::string_view word);
 
 std::vector<std::string_view> names_of(const std::vector<step>& steps);
@@ -61,16 +63,18 @@ const number_argument* expected_number(const std::vector<position>& positions);
 bool takes_text(const std::vector<position>& positions);
 
 struct reading_state {
-  // The command of a line, which it reads; that must outlive this.
-  reading_state(const line_part& command, shell_mode typed_in, bool is_typed = false)
+  // The command of a line, which it reads; that and the names must outlive this.
+  reading_state(const line_part& command, shell_mode typed_in, const interface_names& known, bool is_typed = false)
       : text(command.text),
         left(command.words),
+        names(known),
         mode(typed_in),
         is_being_typed(is_typed),
         positions(all_positions(typed_in)) {}
 
   std::string_view text;
   std::span<const word_token> left;  // to be read
+  const interface_names& names;
   shell_mode mode;
   bool is_being_typed;  // what is not complete at the end of the line is no error
   std::vector<position> positions;

@@ -1,6 +1,9 @@
 #include "shell/grammar/suggester.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <iterator>
 
 #include "base/text.h"
 #include "shell/grammar/mistakes.h"
@@ -17,7 +20,26 @@ void add_word(suggestions& found, std::string_view word, std::string_view help, 
     found.words.push_back({std::string(word), std::string(help), kind});
 }
 
-void suggest_items(suggestions& found) {
+// Once, without a text that a name would complete.
+void hint_at_names(suggestions& found, const interface_names& names) {
+  constexpr std::string_view kHint = "DEVICE";
+  constexpr std::size_t kNamed = 8;
+  const auto same = [=](const suggestion& known) { return known.word == kHint; };
+  if (names.all().empty() || std::any_of(found.hints.begin(), found.hints.end(), same)) return;
+  std::string text = "Network device: ";
+  for (std::size_t i = 0; i < std::min(kNamed, names.all().size()); ++i)
+    fmt::format_to(std::back_inserter(text), "{}{}", i == 0 ? "" : ", ", names.all()[i].first);
+  found.hints.push_back({std::string(kHint), text + (names.all().size() > kNamed ? ", ..." : "")});
+}
+
+void suggest_names(suggestions& found, const interface_names& names) {
+  if (found.begun.empty()) return hint_at_names(found, names);
+  for (const auto& [name, if_index] : names.all())
+    if (name.starts_with(found.begun)) add_word(found, name, "Network device");
+}
+
+void suggest_items(suggestions& found, const interface_names& names) {
+  suggest_names(found, names);
   for (const interface_word& word : kInterfaceWords)
     if (starts_with_ignoring_case(word.word, found.begun)) add_word(found, word.word, word.help, &word);
   if (starts_with_ignoring_case(kEveryInterface, found.begun)) add_word(found, kEveryInterface, "All interfaces");
@@ -30,8 +52,11 @@ void suggest_except(suggestions& found) {
 // Suggests what completes a range with which the line ends.
 void suggest_in_range(suggestions& found, const reading_state& state) {
   const range_ending& ending = *state.ending;
+  found.begun = state.text.substr(state.range_start + ending.item);
+  if (!found.begun.empty() && !ending.begins_item) suggest_names(found, state.names);
+  if (!found.words.empty()) return;
   found.begun = state.text.substr(state.range_start + ending.begun);
-  if (ending.begins_item) suggest_items(found);
+  if (ending.begins_item) suggest_items(found, state.names);
   if (ending.begins_item && found.begun.empty())
     found.hints.push_back({"\"PATTERN\"", "Names like \"e*1/[1-3]\": * ? and [...] stand for characters"});
   if (ending.word != nullptr && !found.begun.empty() && starts_with_ignoring_case(ending.word->word, found.begun))
@@ -41,10 +66,10 @@ void suggest_in_range(suggestions& found, const reading_state& state) {
   found.needs_whole_number = ending.is_whole;
 }
 
-void suggest_next_words(suggestions& found, const std::vector<position>& positions) {
-  for (const position& at : positions) {
+void suggest_next_words(suggestions& found, const reading_state& state) {
+  for (const position& at : state.positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
-      if (word.kind == syntax_kind::range) return suggest_items(found);
+      if (word.kind == syntax_kind::range) return suggest_items(found, state.names);
       if (word.kind == syntax_kind::literal && starts_with_ignoring_case(word.text, found.begun))
         add_word(found, word.text, help_of_word(word.text));
     });
@@ -83,10 +108,10 @@ void suggest_hints(suggestions& found, const reading_state& state) {
 
 // True when a word is the beginning of a range, and more than a part of its first word.
 bool is_in_range(const reading_state& state, std::string_view word) {
-  const std::vector<step> steps = readings(state.positions, word);
+  const std::vector<step> steps = readings(state.positions, word, state.names);
   const auto begins_range = [](const step& reading) { return reading.begins_range; };
   if (std::none_of(steps.begin(), steps.end(), begins_range)) return false;
-  const range_ending ending = read_range(word).ending;
+  const range_ending ending = read_range(word, state.names).ending;
   return !ending.begins_item || ending.begun != 0;
 }
 
@@ -126,13 +151,13 @@ suggestions suggest_pipe(const line_part& part) {
 
 }  // namespace
 
-suggestions suggest(const cut_line& line, shell_mode mode) {
+suggestions suggest(const cut_line& line, shell_mode mode, const interface_names& names) {
   suggestions found;
   found.is_in_text = line.is_comment();
   if (found.is_in_text) return found;
   if (!line.pipes().empty()) return suggest_pipe(line.pipes().back());
 
-  reading_state state(line.command(), mode, true);
+  reading_state state(line.command(), mode, names, true);
   while (!state.left.empty()) {
     const bool is_last = line.command().ends_with_word() && state.left.size() == 1;
     found.is_in_text = takes_text(state.positions);
@@ -159,12 +184,12 @@ suggestions suggest(const cut_line& line, shell_mode mode) {
     return found;
   }
   if (state.takes_except) suggest_except(found);
-  suggest_next_words(found, state.positions);
+  suggest_next_words(found, state);
   if (state.left.empty())
     suggest_hints(found, state);
   else if (takes_text(state.positions) && found.words.empty())
     suggest_free_argument(found, state.positions);
-  else if (!readings(state.positions, found.begun).empty())
+  else if (!readings(state.positions, found.begun, names).empty())
     suggest_number_argument(found, state.positions);
   else if (found.words.empty())
     found.error = unknown_word(state, found.begun);

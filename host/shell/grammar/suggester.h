@@ -9,6 +9,7 @@
 #include "shell/grammar/cut_line.h"
 #include "shell/grammar/syntax.h"
 #include "switch/interface_name.h"
+#include "switch/interface_names.h"
 
 namespace host {
 
@@ -30,6 +31,7 @@ struct suggestions {
   bool is_in_text = false;                     // a "?" there belongs to an expression, a text or a comment
   std::string error;                           // of the words before
 };
-suggestions suggest(const cut_line& line, shell_mode mode = kExecMode);
+suggestions suggest(const cut_line& line, shell_mode mode = kExecMode,
+                    const interface_names& names = interface_names());
 
 }  // namespace host

@@ -61,7 +61,7 @@ struct editing_library {
 // One user, one terminal: libedit's callbacks carry no argument of ours.
 struct {
   editing_library edit;
-  const shell* session = nullptr;
+  shell* session = nullptr;
   std::string prompt;
   bool line_abandoned = false;
 } editor;
@@ -77,9 +77,14 @@ std::string begun_line(EditLine* line) {
   return {info->buffer, info->cursor};
 }
 
+interface_names names_for_typing() {
+  editor.session->is_refreshed = false;
+  return device_names(*editor.session);
+}
+
 unsigned char show_help(EditLine* line, wint_t) {
   const std::string begun = begun_line(line);
-  const suggestions found = suggest(begun, editor.session->mode);
+  const suggestions found = suggest(begun, editor.session->mode, names_for_typing());
   if (found.is_in_text) {
     editor.edit.el_insertstr(line, "?");
     return CC_REFRESH;
@@ -91,7 +96,7 @@ unsigned char show_help(EditLine* line, wint_t) {
 
 unsigned char complete_word(EditLine* line, wint_t) {
   const std::string begun = begun_line(line);
-  const completion found = complete(suggest(begun, editor.session->mode));
+  const completion found = complete(suggest(begun, editor.session->mode, names_for_typing()));
   if (!found.addition.empty()) {
     editor.edit.el_insertstr(line, found.addition.c_str());
     return CC_REFRESH;

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "base/text.h"
+#include "messages/calls/device_names.h"
 #include "shell/grammar/parser.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
@@ -16,6 +17,11 @@
 
 namespace host {
 namespace {
+
+void refresh_model(shell& session) {
+  if (!session.is_refreshed) the_source().refresh(the_machine());
+  session.is_refreshed = true;
+}
 
 // Runs a command with an output of its own. `write_error` is the errno with which that was lost.
 int run_with_output(shell& session, const command_line& line, const output_settings& settings, line_filters& filters,
@@ -45,7 +51,7 @@ int run_command(shell& session, const command_line& line) {
   }
   saved_output saved(line.pipes);
   if (const std::string fault = saved.begin(settings); !fault.empty()) return refuse(fault);
-  the_source().refresh(the_machine());
+  refresh_model(session);
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
   if (session.output == nullptr) interrupts.emplace();
   int write_error = 0;
@@ -63,6 +69,13 @@ int run_command(shell& session, const command_line& line) {
 }
 
 }  // namespace
+
+interface_names device_names(shell& session) {
+  return interface_names([&session] {
+    refresh_model(session);
+    return ask_device_names();
+  });
+}
 
 int run_handler(const invocation& run) {
   const auto& [line, session, output] = run;
@@ -85,7 +98,8 @@ int run_handler(const invocation& run) {
 
 int run_line(shell& session, std::string_view line) {
   check_confirmation(session);
-  const line_meaning meant = meaning_of(line, session.mode);
+  session.is_refreshed = false;
+  const line_meaning meant = meaning_of(line, session.mode, device_names(session));
   if (const auto* const command = std::get_if<command_line>(&meant)) return run_command(session, *command);
   if (const auto* const mistake = std::get_if<line_mistake>(&meant)) return refuse_mistake(session, *mistake);
   if (const auto* const question = std::get_if<suggestions>(&meant)) return show_text(session, help_text(*question));

@@ -4,10 +4,15 @@
 #include <string_view>
 
 #include "shell/session/state.h"
+#include "switch/interface_names.h"
 
 namespace host {
 
 struct invocation;
+
+// The names of the kernel's devices, as they are when one is looked for: the model is then that of the line. The
+// session must outlive them.
+interface_names device_names(shell& session);
 
 // Runs a line: a command, or a question when it ends with "?". Returns an exit code.
 int run_line(shell& session, std::string_view line);

@@ -538,4 +538,59 @@ TEST(Expressions, QuestionMarksBelongToThem) {
 }
 
 }  // namespace
+// ---- Names of devices
+
+const host::interface_names kDevices([] {
+  return std::vector<host::interface_names::named_interface>{{"b", host::ethernet_index(IF_TYPE_ETHERNET, 0, 0)},
+                                                             {"brief", host::ethernet_index(IF_TYPE_ETHERNET, 0, 1)},
+                                                             {"veth12", host::ethernet_index(IF_TYPE_ETHERNET, 0, 2)},
+                                                             {"veth13", host::ethernet_index(IF_TYPE_ETHERNET, 0, 3)}};
+});
+
+std::string read_with_devices(const std::string& line) {
+  std::string error;
+  const auto parsed = parse_command(line, error, host::kExecMode, kDevices);
+  if (!parsed) return error;
+  std::string text(parsed->what->syntax.text);
+  for (const host::range_item& it : parsed->range.items) {
+    const auto& span = std::get<host::interface_span>(it);
+    text += ": " + interface_text(*span.word, span.low);
+  }
+  return text;
+}
+
+std::vector<std::string> typed_with_devices(const std::string& line) {
+  std::vector<std::string> words;
+  for (const auto& choice : suggest(line, host::kExecMode, kDevices).words) words.push_back(choice.word);
+  return words;
+}
+
+TEST(DeviceNames, AreRangesAndComeBeforeAbbreviations) {
+  EXPECT_EQ(read_with_devices("show interface veth12 status"), "show interface [RANGE] status: ethernet 1/3");
+  EXPECT_EQ(read_with_devices("show interface b"), "show interface [RANGE]: ethernet 1/1");
+  EXPECT_EQ(read_with_devices("show interface br"), "show interface [RANGE] brief");
+}
+
+TEST(DeviceNames, AWordOfACommandInFullComesBeforeAName) {
+  EXPECT_EQ(read_with_devices("show interface brief"), "show interface [RANGE] brief");
+  std::string error;
+  const auto parsed = parse_command("show interface 'brief' status", error, host::kExecMode, kDevices);
+  ASSERT_TRUE(parsed) << error;
+  EXPECT_TRUE(matches(parsed->range, host::ethernet_index(IF_TYPE_ETHERNET, 0, 1)));
+}
+
+TEST(DeviceNames, AreCompleted) {
+  EXPECT_THAT(typed_with_devices("show interface veth1"), testing::ElementsAre("veth12", "veth13"));
+  EXPECT_THAT(typed_with_devices("show interface veth12,veth1"), testing::ElementsAre("veth12", "veth13"));
+  EXPECT_THAT(typed_with_devices("show interface v"), testing::ElementsAre("veth12", "veth13", "vethernet"));
+  EXPECT_EQ(suggest("show interface veth12,veth1", host::kExecMode, kDevices).begun, "veth1");
+}
+
+TEST(DeviceNames, AreNamedOnceByHelp) {
+  const auto hints = suggest("show interface ", host::kExecMode, kDevices).hints;
+  const auto is_of_devices = [](const host::suggestion& it) { return it.word == "DEVICE"; };
+  ASSERT_EQ(std::count_if(hints.begin(), hints.end(), is_of_devices), 1);
+  EXPECT_EQ(std::find_if(hints.begin(), hints.end(), is_of_devices)->help, "Network device: b, brief, veth12, veth13");
+}
+
 }  // namespace session
