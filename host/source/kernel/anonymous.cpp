@@ -19,14 +19,14 @@
 namespace host {
 namespace {
 
-using bytes = std::vector<uint8>;
+using octet_list = std::vector<uint8>;
 
 // ---- Messages -------------------------------------------------------------------------------------------------------
 
 constexpr message_policy kBytesOfAny = message_policy::uniform(attribute_type::bytes, 0);
 constexpr message_policy kNests = message_policy::uniform(attribute_type::nest, 0);
 
-void put_attribute(bytes& to, uint16 number, std::span<const uint8> value) {
+void put_attribute(octet_list& to, uint16 number, std::span<const uint8> value) {
   const nlattr head{static_cast<uint16>(sizeof(nlattr) + value.size()), number};
   const auto* const start = reinterpret_cast<const uint8*>(&head);
   to.insert(to.end(), start, start + sizeof head);
@@ -34,22 +34,22 @@ void put_attribute(bytes& to, uint16 number, std::span<const uint8> value) {
   to.resize(NLA_ALIGN(to.size()));
 }
 
-void put_text(bytes& to, uint16 number, const std::string& text) {
-  bytes value(text.begin(), text.end());
+void put_text(octet_list& to, uint16 number, const std::string& text) {
+  octet_list value(text.begin(), text.end());
   value.push_back(0);
   put_attribute(to, number, value);
 }
 
 // Copies an attribute; with another size than `size`, which 0 does not ask for, it is another one with the same number.
-void copy(const attributes& from, uint16 number, bytes& to, std::size_t size = 0) {
+void copy_attribute(const attributes& from, uint16 number, octet_list& to, std::size_t size = 0) {
   from.for_each(number, [&](std::span<const uint8> value) {
     if (size == 0 || value.size() == size) put_attribute(to, number, value);
   });
 }
 
-bytes head_of(std::span<const uint8> payload, std::size_t size) {
+octet_list head_of(std::span<const uint8> payload, std::size_t size) {
   const auto head = payload.first(std::min(payload.size(), size));
-  bytes made(head.begin(), head.end());
+  octet_list made(head.begin(), head.end());
   made.resize(NLMSG_ALIGN(size));
   return made;
 }
@@ -58,25 +58,25 @@ std::span<const uint8> after_head(std::span<const uint8> payload, std::size_t si
   return payload.subspan(std::min(payload.size(), std::size_t{NLMSG_ALIGN(size)}));
 }
 
-bytes link_info(const attributes& info) {
-  bytes made;
-  for (const uint16 kind : {IFLA_INFO_KIND, IFLA_INFO_SLAVE_KIND}) copy(info, kind, made);
-  bytes vlan, port;
-  copy(info.nested(IFLA_INFO_DATA, kBytesOfAny), IFLA_VLAN_ID, vlan, sizeof(uint16));
-  copy(info.nested(IFLA_INFO_SLAVE_DATA, kBytesOfAny), IFLA_BRPORT_STATE, port, sizeof(uint8));
+octet_list link_info(const attributes& info) {
+  octet_list made;
+  for (const uint16 kind : {IFLA_INFO_KIND, IFLA_INFO_SLAVE_KIND}) copy_attribute(info, kind, made);
+  octet_list vlan, port;
+  copy_attribute(info.nested(IFLA_INFO_DATA, kBytesOfAny), IFLA_VLAN_ID, vlan, sizeof(uint16));
+  copy_attribute(info.nested(IFLA_INFO_SLAVE_DATA, kBytesOfAny), IFLA_BRPORT_STATE, port, sizeof(uint8));
   if (!vlan.empty()) put_attribute(made, IFLA_INFO_DATA, vlan);
   if (!port.empty()) put_attribute(made, IFLA_INFO_SLAVE_DATA, port);
   return made;
 }
 
-bytes route(std::span<const uint8> payload) {
-  bytes made = head_of(payload, sizeof(rtmsg));
-  copy(parse(after_head(payload, sizeof(rtmsg)), kBytesOfAny), RTA_OIF, made);
+octet_list route_answer(std::span<const uint8> payload) {
+  octet_list made = head_of(payload, sizeof(rtmsg));
+  copy_attribute(parse(after_head(payload, sizeof(rtmsg)), kBytesOfAny), RTA_OIF, made);
   return made;
 }
 
 // Only the code: the text and the repeated request may name a device.
-bytes error_code(std::span<const uint8> payload) { return head_of(payload, sizeof(nlmsgerr)); }
+octet_list error_code(std::span<const uint8> payload) { return head_of(payload, sizeof(nlmsgerr)); }
 
 // ---- Memory of modules ----------------------------------------------------------------------------------------------
 
@@ -120,22 +120,22 @@ module_place place_of(const nlmsghdr& request) {
 }
 
 // A message of ethtool: its head keeps the number of the device alone.
-bytes ethtool(const nlmsghdr& request, std::span<const uint8> payload) {
+octet_list ethtool_answer(const nlmsghdr& request, std::span<const uint8> payload) {
   constexpr uint16 kHeader = ETHTOOL_A_LINKMODES_HEADER;  // the same in all messages
-  bytes made = head_of(payload, sizeof(genlmsghdr));
+  octet_list made = head_of(payload, sizeof(genlmsghdr));
   const auto list = after_head(payload, sizeof(genlmsghdr));
   const attributes all = parse(list, kBytesOfAny);
-  bytes head;
-  copy(parse(list, kNests).nested(kHeader, kBytesOfAny), ETHTOOL_A_HEADER_DEV_INDEX, head);
+  octet_list head;
+  copy_attribute(parse(list, kNests).nested(kHeader, kBytesOfAny), ETHTOOL_A_HEADER_DEV_INDEX, head);
   put_attribute(made, kHeader, head);
   const bool is_module = record_of<genlmsghdr>(payload_of(request)).cmd == ETHTOOL_MSG_MODULE_EEPROM_GET;
   for (uint16 number = kHeader + 1; number < message_policy::kNumbers; ++number) {
     if (!is_module) {
-      copy(all, number, made);
+      copy_attribute(all, number, made);
       continue;
     }
     if (number != ETHTOOL_A_MODULE_EEPROM_DATA || !all.bytes(number)) continue;
-    bytes page(all.bytes(number)->begin(), all.bytes(number)->end());
+    octet_list page(all.bytes(number)->begin(), all.bytes(number)->end());
     blank_module_page(place_of(request), page);
     put_attribute(made, number, page);
   }
@@ -155,11 +155,11 @@ std::string anonymiser::device_name(const std::string& name, const std::string& 
 }
 
 // 02:00:00:00:00:01 and so on; addresses of another size become zeros.
-anonymiser::bytes anonymiser::hardware_address(std::span<const uint8> real) {
+anonymiser::octet_list anonymiser::hardware_address(std::span<const uint8> real) {
   constexpr std::size_t kBytes = 6;
-  bytes key(real.begin(), real.end());
+  octet_list key(real.begin(), real.end());
   const bool is_zero = std::all_of(key.begin(), key.end(), [](uint8 it) { return it == 0; });
-  if (key.size() != kBytes || is_zero) return bytes(key.size());
+  if (key.size() != kBytes || is_zero) return octet_list(key.size());
   const auto [found, is_new] = hardware_.try_emplace(key);
   if (is_new) {
     const std::size_t number = hardware_.size();
@@ -170,12 +170,12 @@ anonymiser::bytes anonymiser::hardware_address(std::span<const uint8> real) {
 }
 
 // Addresses for documentation; more than there are of IPv4 begin again. Addresses of the loopback stay.
-anonymiser::bytes anonymiser::ip_address(std::span<const uint8> real) {
+anonymiser::octet_list anonymiser::ip_address(std::span<const uint8> real) {
   constexpr uint8 kNetworks[][3] = {{192, 0, 2}, {198, 51, 100}, {203, 0, 113}};
   constexpr std::size_t kHosts = 254;
-  const bytes key(real.begin(), real.end());
+  const octet_list key(real.begin(), real.end());
   const bool is_ipv4 = key.size() == sizeof(in_addr);
-  const bytes loopback6 = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1};
+  const octet_list loopback6 = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1};
   if ((is_ipv4 && key[0] == 127) || key == loopback6) return key;
   const auto [found, is_new] = ip_.try_emplace(key);
   if (!is_new) return found->second;
@@ -184,7 +184,7 @@ anonymiser::bytes anonymiser::ip_address(std::span<const uint8> real) {
     const auto& network = kNetworks[number / kHosts % std::size(kNetworks)];
     return found->second = {network[0], network[1], network[2], static_cast<uint8>(number % kHosts + 1)};
   }
-  bytes made = {0x20, 0x01, 0x0d, 0xb8};
+  octet_list made = {0x20, 0x01, 0x0d, 0xb8};
   made.resize(key.size());
   if (made.size() == sizeof(in6_addr)) {
     made[14] = static_cast<uint8>((number + 1) >> 8);
@@ -195,12 +195,12 @@ anonymiser::bytes anonymiser::ip_address(std::span<const uint8> real) {
 
 // ---- Answers --------------------------------------------------------------------------------------------------------
 
-anonymiser::bytes anonymiser::link(std::span<const uint8> payload) {
-  bytes made = head_of(payload, sizeof(ifinfomsg));
+anonymiser::octet_list anonymiser::link(std::span<const uint8> payload) {
+  octet_list made = head_of(payload, sizeof(ifinfomsg));
   const auto list = after_head(payload, sizeof(ifinfomsg));
   const attributes all = parse(list, kBytesOfAny), nests = parse(list, kNests);
   const attributes info = nests.nested(IFLA_LINKINFO, kBytesOfAny);
-  const bytes kept_info = link_info(nests.nested(IFLA_LINKINFO, kNests));
+  const octet_list kept_info = link_info(nests.nested(IFLA_LINKINFO, kNests));
   const auto text_of = [](const auto& value) {
     return value ? std::string(value->begin(), std::find(value->begin(), value->end(), uint8{0})) : std::string();
   };
@@ -213,18 +213,18 @@ anonymiser::bytes anonymiser::link(std::span<const uint8> payload) {
   }
   for (const uint16 kept : {IFLA_MTU, IFLA_MIN_MTU, IFLA_MAX_MTU, IFLA_OPERSTATE, IFLA_MASTER, IFLA_LINK,
                             IFLA_CARRIER_CHANGES, IFLA_STATS64})
-    copy(all, kept, made);
+    copy_attribute(all, kept, made);
   for (const uint16 mac : {IFLA_ADDRESS, IFLA_PERM_ADDRESS})
     if (const auto real = all.bytes(mac)) put_attribute(made, mac, hardware_address(*real));
   if (!kept_info.empty()) put_attribute(made, IFLA_LINKINFO, kept_info);
-  bytes vlans;
-  copy(nests.nested(IFLA_AF_SPEC, kBytesOfAny), IFLA_BRIDGE_VLAN_INFO, vlans, sizeof(bridge_vlan_info));
+  octet_list vlans;
+  copy_attribute(nests.nested(IFLA_AF_SPEC, kBytesOfAny), IFLA_BRIDGE_VLAN_INFO, vlans, sizeof(bridge_vlan_info));
   if (!vlans.empty()) put_attribute(made, IFLA_AF_SPEC, vlans);
   return made;
 }
 
-anonymiser::bytes anonymiser::address(std::span<const uint8> payload) {
-  bytes made = head_of(payload, sizeof(ifaddrmsg));
+anonymiser::octet_list anonymiser::address(std::span<const uint8> payload) {
+  octet_list made = head_of(payload, sizeof(ifaddrmsg));
   const attributes all = parse(after_head(payload, sizeof(ifaddrmsg)), kBytesOfAny);
   for (const uint16 number : {IFA_LOCAL, IFA_ADDRESS})
     if (const auto real = all.bytes(number)) put_attribute(made, number, ip_address(*real));
@@ -238,7 +238,7 @@ std::string anonymiser::answer(const nlmsghdr& request, std::string_view message
     std::memcpy(&head, messages.data(), sizeof head);
     const std::span payload(reinterpret_cast<const uint8*>(messages.data()) + sizeof head,
                             head.nlmsg_len - sizeof head);
-    bytes kept;
+    octet_list kept;
     if (head.nlmsg_type == NLMSG_ERROR) {
       kept = error_code(payload);
       head.nlmsg_flags = static_cast<uint16>((head.nlmsg_flags & ~NLM_F_ACK_TLVS) | NLM_F_CAPPED);
@@ -251,9 +251,9 @@ std::string anonymiser::answer(const nlmsghdr& request, std::string_view message
     } else if (head.nlmsg_type == RTM_NEWADDR) {
       kept = address(payload);
     } else if (head.nlmsg_type == RTM_NEWROUTE) {
-      kept = route(payload);
+      kept = route_answer(payload);
     } else if (head.nlmsg_type == request.nlmsg_type) {
-      kept = ethtool(request, payload);
+      kept = ethtool_answer(request, payload);
     }
     head.nlmsg_len = static_cast<uint32>(sizeof head + kept.size());
     made.append(reinterpret_cast<const char*>(&head), sizeof head);
@@ -315,7 +315,7 @@ std::string anonymiser::table(std::string_view text) {
 
 counter_baseline anonymiser::baseline(const counter_baseline& real) {
   counter_baseline made = real;
-  const bytes mac = hardware_address(real.mac);
+  const octet_list mac = hardware_address(real.mac);
   std::copy(mac.begin(), mac.end(), made.mac.begin());
   return made;
 }

@@ -35,16 +35,16 @@ class anonymiser {
   counter_baseline baseline(const counter_baseline& real);
 
  private:
-  using bytes = std::vector<uint8>;
+  using octet_list = std::vector<uint8>;
 
-  bytes link(std::span<const uint8> payload);
-  bytes address(std::span<const uint8> payload);
-  bytes hardware_address(std::span<const uint8> real);
-  bytes ip_address(std::span<const uint8> real);
+  octet_list link(std::span<const uint8> payload);
+  octet_list address(std::span<const uint8> payload);
+  octet_list hardware_address(std::span<const uint8> real);
+  octet_list ip_address(std::span<const uint8> real);
 
   std::map<std::string, std::string> names_;
-  std::map<bytes, bytes> hardware_;
-  std::map<bytes, bytes> ip_;
+  std::map<octet_list, octet_list> hardware_;
+  std::map<octet_list, octet_list> ip_;
   std::map<std::string, std::string> aliases_;
 };
 

@@ -33,12 +33,11 @@ void make_empty_directory(const std::string& directory) {
   std::error_code failed;
   const bool is_empty = std::filesystem::is_empty(directory, failed);
   if (error != EEXIST || failed)
-    throw capture_error("cannot capture into " + host::in_quotes(directory) + ": " +
+    throw capture_error("cannot capture into " + in_quotes(directory) + ": " +
                         (error != EEXIST ? std::strerror(error) : failed.message()) + ".");
   if (!std::filesystem::is_directory(directory, failed))
-    throw capture_error(host::in_quotes(directory) + " is not a directory. Give --capture a new or empty directory.");
-  if (!is_empty)
-    throw capture_error(host::in_quotes(directory) + " is not empty. Give --capture a new or empty directory.");
+    throw capture_error(in_quotes(directory) + " is not a directory. Give --capture a new or empty directory.");
+  if (!is_empty) throw capture_error(in_quotes(directory) + " is not empty. Give --capture a new or empty directory.");
 }
 
 // A file that does not exist yet, for this user alone.
@@ -139,7 +138,7 @@ capture::capture(const std::string& directory, bool is_anonymous)
       before_(the_kernel_io()),
       table_before_(the_kernel_table_opener()) {
   if (index_.descriptor < 0)
-    throw capture_error("cannot capture into " + host::in_quotes(directory) + ": " + std::strerror(errno) + ".");
+    throw capture_error("cannot capture into " + in_quotes(directory) + ": " + std::strerror(errno) + ".");
   if (is_anonymous) anonymiser_.emplace();
   the_capture = this;
   real_io = before_;

@@ -83,7 +83,7 @@ class folder_reader {
     int error = 0;
     const std::string index = read_file(path(kCaptureIndex), error);
     if (error != 0)
-      fail("cannot read " + host::in_quotes(path(kCaptureIndex)) + ": " + std::strerror(error) +
+      fail("cannot read " + in_quotes(path(kCaptureIndex)) + ": " + std::strerror(error) +
            ". Give --replay a folder that --capture has written.");
     read_index(index);
     read_foreign_files();
@@ -103,7 +103,7 @@ class folder_reader {
 
   void add_fault(const std::string& text) { faults_.push_back(text); }
 
-  std::string at_line() const { return host::in_quotes(path(kCaptureIndex)) + " line " + std::to_string(line_); }
+  std::string at_line() const { return in_quotes(path(kCaptureIndex)) + " line " + std::to_string(line_); }
 
   void read_index(std::string_view text) {
     while (!text.empty()) {
@@ -115,12 +115,12 @@ class folder_reader {
     }
     if (line_ == 0) fail_without_version();
     if (!is_ended_)
-      add_fault(host::in_quotes(path(kCaptureIndex)) +
+      add_fault(in_quotes(path(kCaptureIndex)) +
                 " has no last line 'end'. The capture was interrupted or the file is cut.");
   }
 
   [[noreturn]] void fail_without_version() {
-    fail(host::in_quotes(path(kCaptureIndex)) + " is not the index of a capture: expected '" + kCaptureVersion +
+    fail(in_quotes(path(kCaptureIndex)) + " is not the index of a capture: expected '" + kCaptureVersion +
          "' in its first line.");
   }
 
@@ -129,20 +129,20 @@ class folder_reader {
     const words all = words_of(line);
     for (const line_row& row : kLines)
       if (row.word == all[0] && !is_ended_ && all.size() >= row.least_words && (this->*row.read)(all, line)) return;
-    add_fault(at_line() + " cannot be read: " + host::in_quotes(line) + ".");
+    add_fault(at_line() + " cannot be read: " + in_quotes(line) + ".");
   }
 
   void read_version(std::string_view line) {
     if (line == kCaptureVersion) return;
     if (!line.starts_with(kVersionWords)) fail_without_version();
-    fail(host::in_quotes(path(kCaptureIndex)) + " has the format " + host::in_quotes(line) +
-         ", but this program reads " + host::in_quotes(kCaptureVersion) + ".");
+    fail(in_quotes(path(kCaptureIndex)) + " has the format " + in_quotes(line) + ", but this program reads " +
+         in_quotes(kCaptureVersion) + ".");
   }
 
   bool read_byte_order(const words& all, std::string_view) {
     if (all[1] == byte_order_word()) return true;
     if (all[1] != "little" && all[1] != "big") return false;
-    fail("the capture " + host::in_quotes(directory_) + " is of a " + std::string(all[1]) +
+    fail("the capture " + in_quotes(directory_) + " is of a " + std::string(all[1]) +
          "-endian machine. Replay it on one.");
   }
 
@@ -202,14 +202,14 @@ class folder_reader {
     int error = 0;
     bytes = read_file(path(name), error);
     if (error == ENOENT)
-      add_fault(host::in_quotes(path(name)) + " is missing; " + at_line() + " names it.");
+      add_fault(in_quotes(path(name)) + " is missing; " + at_line() + " names it.");
     else if (error != 0)
-      add_fault("cannot read " + host::in_quotes(path(name)) + ": " + std::strerror(error) + ".");
+      add_fault("cannot read " + in_quotes(path(name)) + ": " + std::strerror(error) + ".");
     else if (bytes.size() != size)
-      add_fault(host::in_quotes(path(name)) + " has " + std::to_string(bytes.size()) + " bytes; " + at_line() +
-                " expects " + std::to_string(size) + ".");
+      add_fault(in_quotes(path(name)) + " has " + std::to_string(bytes.size()) + " bytes; " + at_line() + " expects " +
+                std::to_string(size) + ".");
     else if ((bus == capture_bus::route || bus == capture_bus::generic) && !are_messages(bytes))
-      add_fault(host::in_quotes(path(name)) + " is not an answer of the kernel: a message in it has a wrong length.");
+      add_fault(in_quotes(path(name)) + " is not an answer of the kernel: a message in it has a wrong length.");
     else
       return true;
     return false;
@@ -224,8 +224,7 @@ class folder_reader {
   void read_foreign_files() {
     const auto close_directory = [](DIR* it) { closedir(it); };
     const std::unique_ptr<DIR, decltype(close_directory)> opened(opendir(directory_.c_str()), close_directory);
-    if (opened == nullptr)
-      return add_fault("cannot read " + host::in_quotes(directory_) + ": " + std::strerror(errno) + ".");
+    if (opened == nullptr) return add_fault("cannot read " + in_quotes(directory_) + ": " + std::strerror(errno) + ".");
     std::vector<std::string> foreign;
     while (const dirent* const entry = readdir(opened.get())) {
       const std::string name = entry->d_name;
@@ -233,7 +232,7 @@ class folder_reader {
     }
     std::sort(foreign.begin(), foreign.end());
     for (const std::string& name : foreign)
-      add_fault(host::in_quotes(path(name)) + " is not part of the capture. Remove it.");
+      add_fault(in_quotes(path(name)) + " is not part of the capture. Remove it.");
   }
 
   struct line_row {
