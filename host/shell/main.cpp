@@ -1,5 +1,6 @@
 // pmsh: the shell of a switch.
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -88,7 +89,7 @@ int end_capture(capture* capturing, int code) {
   capturing->complete(the_machine(), the_source());
   const int error = capturing->finish();
   if (error == 0) return code;
-  print_error("the capture is not complete: " + std::string(std::strerror(error)) + ".");
+  print_error(fmt::format("the capture is not complete: {}.", std::strerror(error)));
   return code == kDone ? int{kServiceFailed} : code;
 }
 
@@ -122,10 +123,11 @@ bool choose_user(const std::string& name, shell& session) {
   }
   session.user = the_machine().find_user(name);
   if (session.user != nullptr) return true;
-  std::string names;
-  for (const user& known : users) names.append(names.empty() ? "" : ", ").append(known.name);
-  print_error("unknown user '" + name + "' in --user. " +
-              (names.empty() ? "This switch has no users." : "Expected one of " + names + "."));
+  std::vector<std::string_view> names;
+  for (const user& known : users) names.push_back(known.name);
+  print_error(names.empty()
+                  ? fmt::format("unknown user '{}' in --user. This switch has no users.", name)
+                  : fmt::format("unknown user '{}' in --user. Expected one of {}.", name, fmt::join(names, ", ")));
   return false;
 }
 
@@ -133,9 +135,10 @@ bool inject_faults(const options& requested) {
   transport_limit_waits(requested.longest_wait_sec);
   for (const requested_fault& injected : requested.faults) {
     if (transport_inject_fault(injected.service, injected.what)) continue;
-    std::string names;
-    for (const service& known : all_services()) names.append(names.empty() ? "" : ", ").append(known.name);
-    print_error("unknown service '" + injected.service + "' in --inject-fault. Expected one of " + names + ".");
+    std::vector<std::string_view> names;
+    for (const service& known : all_services()) names.push_back(known.name);
+    print_error(fmt::format("unknown service '{}' in --inject-fault. Expected one of {}.", injected.service,
+                            fmt::join(names, ", ")));
     return false;
   }
   return true;

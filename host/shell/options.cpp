@@ -1,5 +1,7 @@
 #include "shell/options.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <cstdio>
@@ -48,7 +50,7 @@ constexpr char kFooter[] =
 std::string check_fault(const std::string& text) {
   const std::size_t sign = text.find('=');
   if (sign != std::string::npos && sign > 0 && parse_fault(text.substr(sign + 1))) return {};
-  return "'" + text + "' is not SERVICE=lost, reject, silent, cut:N or interrupt:N";
+  return fmt::format("'{}' is not SERVICE=lost, reject, silent, cut:N or interrupt:N", text);
 }
 
 // A hidden option that prints a text of the published documents.

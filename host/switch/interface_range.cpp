@@ -1,5 +1,6 @@
 #include "switch/interface_range.h"
 
+#include <fmt/format.h>
 #include <fnmatch.h>
 
 #include <algorithm>
@@ -282,7 +283,7 @@ class range_reader {
     if (again == nullptr)
       word_error(reason, token);
     else
-      fault(range_fault::other_word, "range from " + std::string(word.word) + " to another kind", token);
+      fault(range_fault::other_word, fmt::format("range from {} to another kind", word.word), token);
     return false;
   }
 
@@ -316,19 +317,19 @@ class range_reader {
   }
 
   void missing_number(const interface_word& word) {
-    fault(range_fault::missing_number, "no number for " + std::string(word.word), rest_token());
+    fault(range_fault::missing_number, fmt::format("no number for {}", word.word), rest_token());
   }
 
   void bad_number(const interface_word& word, std::string_view token) {
-    fault(range_fault::bad_number, "not a number of " + std::string(word.word), token);
+    fault(range_fault::bad_number, fmt::format("not a number of {}", word.word), token);
   }
 
   // `token` is a part of the text; an empty one stands for the place that was reached.
   void note(range_fault kind, std::string_view reason, std::string_view token) {
     const std::size_t position = token.empty() ? at_ : static_cast<std::size_t>(token.data() - text_.data());
     range_error error{kind, position, token.size(), std::string(reason), {}};
-    if (!token.empty()) error.reason += " " + in_quotes(token);
-    error.message = error.reason + " at character " + std::to_string(position + 1);
+    if (!token.empty()) error.reason = fmt::format("{} '{}'", reason, token);
+    error.message = fmt::format("{} at character {}", error.reason, position + 1);
     reading_.errors.push_back(std::move(error));
   }
 
@@ -396,9 +397,9 @@ std::optional<range_error> first_error(std::string_view text, const range_readin
   if (reading.errors.empty() && rest == text.size()) return std::nullopt;
   if (!reading.errors.empty()) return reading.errors.front();
   const std::string_view token = text.substr(rest, text.find_first_of(kBlanks, rest) - rest);
-  const std::string reason = "unexpected text " + in_quotes(token);
+  const std::string reason = fmt::format("unexpected text '{}'", token);
   return range_error{range_fault::trailing_text, rest, token.size(), reason,
-                     reason + " at character " + std::to_string(rest + 1)};
+                     fmt::format("{} at character {}", reason, rest + 1)};
 }
 
 bool is_match(const name_pattern& pattern, const char* name) {

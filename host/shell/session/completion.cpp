@@ -71,11 +71,7 @@ std::string table(const std::vector<suggestion>& rows) {
   std::size_t width = kShortest;
   for (const suggestion& row : rows) width = std::max(width, row.word.size() + 2);
   std::string text;
-  for (const suggestion& row : rows) {
-    text += "  " + row.word;
-    text.append(width - row.word.size(), ' ');
-    text += row.help + "\n";
-  }
+  for (const suggestion& row : rows) text += fmt::format("  {:{}}{}\n", row.word, width, row.help);
   return text;
 }
 

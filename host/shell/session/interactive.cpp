@@ -2,6 +2,7 @@
 #include "shell/session/interactive.h"
 
 #include <dlfcn.h>
+#include <fmt/format.h>
 #include <histedit.h>
 #include <langinfo.h>
 
@@ -140,7 +141,7 @@ struct line_history {
     last = std::move(text);
     const int error = append_to_history(path, last);
     if (error == 0 || std::exchange(has_reported, true)) return;
-    print_error("the history is not kept: " + path + ": " + std::strerror(error) + ".");
+    print_error(fmt::format("the history is not kept: {}: {}.", path, std::strerror(error)));
   }
 
   History* lines;

@@ -1,5 +1,6 @@
 #include "shell/session/line_output.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -80,7 +81,8 @@ std::string make_filters(std::span<const pipe_stage> pipes, bool is_structured, 
     return "'| columns', '| sort' and '| rows' work on tables, not on JSON. Remove them or '| json'.";
   for (const pipe_stage& stage : pipes) {
     if (const auto fault = filters.add(stage))
-      return "bad expression '" + stage.argument + "': " + *fault + ". Quote it, and put '\\' before special signs.";
+      return fmt::format("bad expression '{}': {}. Quote it, and put '\\' before special signs.", stage.argument,
+                         *fault);
   }
   return {};
 }

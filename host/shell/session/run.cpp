@@ -1,9 +1,10 @@
 #include "shell/session/run.h"
 
+#include <fmt/format.h>
+
 #include <cstdio>
 #include <cstdlib>
 
-#include "base/text.h"
 #include "messages/calls/device_names.h"
 #include "shell/grammar/parser.h"
 #include "shell/output/command_output.h"
@@ -83,7 +84,7 @@ int run_handler(const invocation& run) {
   const bool is_outside =
       effect == command_effect::outside || (effect == command_effect::writes_file && line.file != "-");
   if (session.trying && is_outside) {
-    output.text("Skipped in a dry run: " + in_quotes(line.text) + ".\n");
+    output.text(fmt::format("Skipped in a dry run: '{}'.\n", line.text));
     return kDone;
   }
   const bool changes_settings = effect == command_effect::settings;

@@ -1,5 +1,7 @@
 #include "shell/session/unconfirmed_commit.h"
 
+#include <fmt/format.h>
+
 #include <utility>
 
 #include "settings/change_journal.h"
@@ -26,8 +28,8 @@ std::size_t roll_back(shell& session, const std::string& reason) {
   const std::size_t refused = take_back(*commit);
   if (session.edited) session.edited->compare_again();
   leave_interfaces_lost_to_user(session);
-  print_error(reason + ": it was rolled back for " + range_text(commit->interfaces) +
-              (refused == 0 ? "." : ", but some interfaces refused that."));
+  print_error(fmt::format("{}: it was rolled back for {}{}", reason, range_text(commit->interfaces),
+                          refused == 0 ? "." : ", but some interfaces refused that."));
   return refused;
 }
 
@@ -48,8 +50,8 @@ int end_unconfirmed_commit(shell& session) {
 bool is_waiting_for_confirmation(const shell& session, command_output& output) {
   if (session.unconfirmed == nullptr) return false;
   const std::time_t left = static_cast<std::time_t>(session.unconfirmed->deadline_sec) - clock_now();
-  output.complain("nothing was changed: a commit waits for 'confirm' and is rolled back in " + std::to_string(left) +
-                  " seconds.");
+  output.complain(
+      fmt::format("nothing was changed: a commit waits for 'confirm' and is rolled back in {} seconds.", left));
   return true;
 }
 

@@ -1,4 +1,6 @@
 // "show interface overview": a row for each interface, from the service of interface values.
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -228,7 +230,7 @@ int show_overview(const invocation& run) {
     if (!chosen.is_named(if_index)) continue;
     ++without_values;
     char name[64] = {};
-    run.output.complain(std::string(sprintf_if_index(name, if_index)) + " is not in the overview.");
+    run.output.complain(fmt::format("{} is not in the overview.", sprintf_if_index(name, if_index)));
   }
   const bool is_all_lost = made.failed == made.interfaces.size();
   if (!run.output.is_structured() && !is_all_lost) print_table(run.output, made);

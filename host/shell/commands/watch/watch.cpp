@@ -1,5 +1,6 @@
 #include "shell/commands/watch/watch.h"
 
+#include <fmt/format.h>
 #include <poll.h>
 #include <termios.h>
 #include <unistd.h>
@@ -371,8 +372,8 @@ class watcher {
 
   std::string first_line(std::size_t columns) const {
     std::string text;
-    append_printable(text, "Every " + std::to_string(*line_.every) + " s: " + line_.text + "   " +
-                               session_.switch_name + "   " + drawn_at_);
+    append_printable(
+        text, fmt::format("Every {} s: {}   {}   {}", *line_.every, line_.text, session_.switch_name, drawn_at_));
     return std::string(first_characters(text, columns));
   }
 
