@@ -4,9 +4,12 @@
 #include <iterator>
 
 #include "base/port_status.h"
+#include "messages/table_messages.h"
 #include "platform/port_config.h"
 
 namespace {
+
+using namespace host;
 
 struct error_text {
   syserr_t error;
@@ -31,6 +34,8 @@ constexpr error_text kTexts[] = {
     {PM_ERR_TOO_MANY_SUB_INTERFACES, "too many sub-interfaces"},
     {PM_ERR_SUB_INTERFACE_ON_L2, "no sub-interfaces on a layer 2 port"},
     {PM_ERR_SUB_INTERFACE_INTERNAL, "sub-interface 4095 is internal"},
+    {kNoSuchTable, "the switch has no such table"},
+    {kTableGivenUp, "too many other tables were begun meanwhile"},
 };
 
 }  // namespace
@@ -39,5 +44,5 @@ const char* syserr2str(syserr_t error) {
   const auto* const end = std::end(kTexts);
   const auto* const found =
       std::find_if(std::begin(kTexts), end, [=](const error_text& it) { return it.error == error; });
-  return found == end ? host::text_of_port_status(static_cast<uint32>(error)) : found->text;
+  return found == end ? text_of_port_status(static_cast<uint32>(error)) : found->text;
 }

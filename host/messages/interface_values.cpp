@@ -32,6 +32,7 @@ bool is_size_of(value_kind kind, std::size_t size) {
     case value_kind::absent: return size == 1;
     case value_kind::number: return size == sizeof(be64);
     case value_kind::mac: return size == 6;
+    case value_kind::ipv6: return size == 16;
     case value_kind::ipv4:
     case value_kind::interface:
     case value_kind::time: return size == sizeof(be32);
@@ -176,6 +177,11 @@ void value_writer::mac(property of, std::span<const uint8, 6> bytes) {
 void value_writer::ipv4(property of, std::span<const uint8> bytes) {
   head(of, value_kind::ipv4, 4);
   append(bytes.data(), 4);
+}
+
+void value_writer::ipv6(property of, std::span<const uint8, 16> bytes) {
+  head(of, value_kind::ipv6, bytes.size());
+  append(bytes.data(), bytes.size());
 }
 
 void value_writer::interface(property of, if_index_t value) {

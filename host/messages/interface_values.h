@@ -57,6 +57,7 @@ enum class value_kind : uint8 {
   vlans,       // be16 each: first and last VLAN of each run, ascending
   membership,  // vlan_membership, then the allowed VLANs as above
   time,        // be32: seconds since 1970
+  ipv6,        // 16 bytes, network order
 };
 
 struct value_head {
@@ -115,6 +116,7 @@ class value_writer {
   void decimal(property of, std::string_view digits);
   void mac(property of, std::span<const uint8, 6> bytes);
   void ipv4(property of, std::span<const uint8> bytes);  // the first four
+  void ipv6(property of, std::span<const uint8, 16> bytes);
   void interface(property of, if_index_t value);
   void interfaces(property of, std::span<const if_index_t> values);
   void numbers(property of, std::span<const uint32> values);

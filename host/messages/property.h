@@ -37,6 +37,7 @@ enum class property : uint16 {
   bound_interface,
   multi_chassis_status,
   port_channel,
+  vrf,
 
   // Settings.
   vlan,
@@ -293,9 +294,34 @@ enum class property : uint16 {
   rx_power_2,
   rx_power_1,
   rx_power_0,
+
+  // Columns of tables.
+  peer_address,
+  address_scope,
+  address_flags,
+  address_label,
+  valid_lifetime_seconds,
+  preferred_lifetime_seconds,
+  mac_address,
+  neighbor_state,
+  neighbor_flags,
+  bridge,
+  vlan_id,
+  entry_type,
+  entry_flags,
+  remote_address,
+  age_seconds,
+  spanning_tree_state,
+  spanning_tree_role,
+  path_cost,
+  port_priority,
+  port_id,
+  root_bridge,
+  designated_bridge,
+  last = designated_bridge,
 };
 
-inline constexpr uint16 kNumProperties = static_cast<uint16>(property::rx_power_0) + 1;
+inline constexpr uint16 kNumProperties = static_cast<uint16>(property::last) + 1;
 
 // Counters, rates and loads, which not every user may see.
 constexpr bool is_of_traffic(property of) {

@@ -714,6 +714,7 @@ constexpr row kRows[] = {
     {property::bound_interface, own_interface<&interface::bound_to>},
     {property::multi_chassis_status, own_text<&interface::multi_chassis_status>},
     {property::port_channel, own_interface<&port_settings::channel>},
+    {property::vrf, own_text<&interface::vrf>},
 
     {property::vlan, read_membership},
     {property::encapsulation, read_encapsulation},
@@ -921,8 +922,8 @@ constexpr row kRows[] = {
     {property::extended_checksum_ok, read_module_state<&state::csum_ext_ok>, module_state},
 };
 
-// Properties that displays bind without a request: readings and constants of transceivers.
-constexpr property kFirstOfDisplays = property::temperature_c, kLastOfDisplays = property::rx_power_0;
+// Properties that displays bind without a request: readings and constants of transceivers, columns of tables.
+constexpr property kFirstOfDisplays = property::temperature_c;
 
 constexpr bool has_a_row_for_each() {
   uint16 next = 1;
@@ -931,7 +932,6 @@ constexpr bool has_a_row_for_each() {
   return next == static_cast<uint16>(kFirstOfDisplays);
 }
 static_assert(has_a_row_for_each(), "in the order of the properties");
-static_assert(static_cast<uint16>(kLastOfDisplays) + 1 == kNumProperties);
 
 const row* row_of(property of) {
   const auto number = static_cast<std::size_t>(of);

@@ -8,6 +8,7 @@
 #include "messages/port_channel_messages.h"
 #include "messages/spanning_tree_messages.h"
 #include "messages/statistics_messages.h"
+#include "messages/table_messages.h"
 #include "messages/vlan_messages.h"
 #include "messages/vsan_messages.h"
 #include "platform/misc_info.h"
@@ -29,6 +30,7 @@ constexpr service kServices[] = {
     {MTS_SAP_PVLAN, "private-vlans", serve_private_vlans},
     {SAP_SATELLITE_MANAGER, "satellite-manager", serve_satellite_manager},
     {SAP_INTERFACE_VALUES, "interface-values", serve_interface_values},
+    {SAP_TABLES, "tables", serve_tables},
     {MTS_SAP_PORT_MISC_INFO, "line-card", serve_line_card, true, is_whole_line_card_answer},
 };
 

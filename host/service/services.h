@@ -22,6 +22,7 @@ reply serve_vlan_manager(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_private_vlans(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_satellite_manager(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_interface_values(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_tables(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_line_card(mts_opc_t opcode, std::span<const std::byte> request);
 bool is_whole_line_card_answer(std::span<const std::byte> answer);
 

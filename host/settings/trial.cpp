@@ -34,6 +34,10 @@ class trial_source final : public switch_source {
   bool allows_sub_interfaces_of_switched_ports() const override {
     return real_.allows_sub_interfaces_of_switched_ports();
   }
+  std::unique_ptr<table_reader> open_table(const machine& model, table_id table,
+                                           const std::vector<if_index_t>& interfaces) override {
+    return real_.open_table(model, table, interfaces);
+  }
   std::optional<std::vector<kernel_device>> devices() const override { return real_.devices(); }
   std::optional<kernel_system> system() const override { return real_.system(); }
   std::optional<kernel_device> find_device(if_index_t if_index) const override { return real_.find_device(if_index); }

@@ -12,9 +12,8 @@
 // be between all parts. The number after "-" is the last part alone ("1/1-4", "1/9.10-20") or a whole number
 // ("1/1-1/4"), which may be of another slot when no sub-interface is named.
 //
-// A name comes before everything else that its characters could be in a range; in quotes it is a pattern, for names with
-// blanks and commas, or such as words of commands. Files name their interfaces by words and numbers
-// alone.
+// A name comes before everything else that its characters could be in a range; in quotes it is a pattern, for names
+// with blanks and commas, or such as words of commands. Files name their interfaces by words and numbers alone.
 #pragma once
 
 #include <optional>

@@ -273,6 +273,7 @@ struct interface {
   uint32 satellite_unit = 0;  // of a satellite's port, or the unit that a fabric port leads to; 0 is none
   std::vector<if_index_t> tracked;
   std::string multi_chassis_status;
+  std::string vrf;  // that routes its packets; empty: none
 
   struct storm_level {
     uint8 mode = 0;

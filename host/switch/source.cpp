@@ -97,6 +97,13 @@ uint32 switch_source::restore_interface(machine& model, const interface& deleted
   return 0;
 }
 
+std::unique_ptr<table_reader> switch_source::open_table(const machine& model, table_id table,
+                                                        const std::vector<if_index_t>& interfaces) {
+  if (table == table_id::ipv4_addresses || table == table_id::ipv6_addresses)
+    return addresses_of(model, table == table_id::ipv6_addresses, interfaces);
+  return nullptr;
+}
+
 std::optional<std::vector<kernel_device>> switch_source::devices() const { return std::nullopt; }
 std::optional<kernel_system> switch_source::system() const { return std::nullopt; }
 std::optional<kernel_device> switch_source::find_device(if_index_t) const { return std::nullopt; }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "switch/model.h"
+#include "switch/tables.h"
 
 namespace host {
 
@@ -119,6 +120,13 @@ class switch_source {
 
   // Creates a deleted interface again with its settings, and updates the model. Returns as above.
   virtual uint32 restore_interface(machine& model, const interface& deleted);
+
+  // ---- Tables
+
+  // Begins to read a table: of `interfaces`, sorted, or of everything when there are none. Null when the source has no
+  // such table. Throws std::runtime_error with the reason when it cannot be read.
+  virtual std::unique_ptr<table_reader> open_table(const machine& model, table_id table,
+                                                   const std::vector<if_index_t>& interfaces);
 
   // ---- Network devices of the kernel
 

@@ -88,7 +88,7 @@ def commands(pmsh):
     """Lines for all interfaces, with the name of their display."""
     for syntax, display in syntaxes(pmsh):
         line = re.sub(r"\[[^\]]*\] ?", "", syntax).strip()
-        line = line.replace("RANGE", "ethernet 1/1").replace("MODULE", "2").replace("VLANS", "1-300").replace("PORT", "0")
+        line = line.replace("RANGE", "ethernet 1/1").replace("MODULE", "2").replace("VLANS", "1-300").replace("VLAN", "10").replace("PORT", "0")
         if line.split()[0] not in ("show", "clear"):
             continue
         if re.search("[A-Z]", line):

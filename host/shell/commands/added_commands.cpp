@@ -183,7 +183,7 @@ const field_form kForms[] = {
     {PMSH_NUMBER, field_type::integer, {CMD_TYPE_UINT32, CMD_TYPE_UINT64, CMD_TYPE_ENUM, CMD_TYPE_HEX32}},
     {PMSH_DECIMAL, field_type::decimal, {CMD_TYPE_FLOAT}},
     {PMSH_MAC, field_type::mac, {CMD_TYPE_MAC}},
-    {PMSH_IPV4, field_type::ipv4, {CMD_TYPE_IPV4}},
+    {PMSH_IPV4, field_type::ip, {CMD_TYPE_IPV4}},
     {PMSH_INTERFACE, field_type::full_name, {CMD_TYPE_IF_INDEX}},
     {PMSH_VLANS, field_type::vlans, {CMD_TYPE_STRING}},
 };

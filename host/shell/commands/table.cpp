@@ -11,11 +11,12 @@ namespace host {
 namespace {
 
 constexpr const command_group* kGroups[] = {
-    &kInterfaceCommands, &kOverviewCommands,      &kCounterCommands,   &kTrunkCommands,           &kTransceiverCommands,
-    &kModuleCommands,    &kPanelCommands,         &kKernelMapCommands, &kWatchCommands,           &kClearCommands,
-    &kClockCommands,     &kConfigurationCommands, &kModeCommands,      &kChosenInterfaceCommands, &kUndoCommands,
-    &kChangesCommands,   &kCandidateCommands,     &kTransportCommands, &kVersionCommands,         &kHistoryCommands,
-    &kTerminalCommands,  &kHelpCommands,          &kSettingGroup,
+    &kInterfaceCommands, &kOverviewCommands,        &kCounterCommands,  &kTrunkCommands,        &kTransceiverCommands,
+    &kModuleCommands,    &kAddressCommands,         &kNeighborCommands, &kSpanningTreeCommands, &kPanelCommands,
+    &kKernelMapCommands, &kWatchCommands,           &kClearCommands,    &kClockCommands,        &kConfigurationCommands,
+    &kModeCommands,      &kChosenInterfaceCommands, &kUndoCommands,     &kChangesCommands,      &kCandidateCommands,
+    &kTransportCommands, &kVersionCommands,         &kHistoryCommands,  &kTerminalCommands,     &kHelpCommands,
+    &kSettingGroup,
 };
 
 // The help of words that several groups have.

@@ -157,6 +157,12 @@ bool command_output::end_interface() {
   return failed_;
 }
 
+void command_output::add_row(std::span<const interface_value> values) {
+  if (!document_) return;
+  document_->add_row(values);
+  record_->hand_on();
+}
+
 // Values that no line bound come from the service of values, if it answered all requests for the interface.
 void command_output::fill_record() {
   if (!settings_.shown.has_values || if_index_ == 0 || is_discarding()) return;

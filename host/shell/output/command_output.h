@@ -120,6 +120,9 @@ class command_output {
 
   // To be called when the command has ended; one function is kept.
   void at_end(void (*function)()) { at_end_ = function; }
+  // A row of a display that is a table, for the document.
+  void add_row(std::span<const interface_value> values);
+
   // All values of the display, of the interface that was begun; nothing when the service failed, which is noted. They
   // are valid until the next call.
   std::optional<std::vector<interface_value>> values() { return answers_.values(); }

@@ -1,5 +1,8 @@
 #include "shell/output/rendering.h"
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cstring>
@@ -167,6 +170,11 @@ std::string text_of_ipv4(const uint8* bytes) {
   std::string text;
   append_ipv4(text, bytes);
   return text;
+}
+
+std::string text_of_ipv6(const uint8* bytes) {
+  char text[INET6_ADDRSTRLEN] = {};
+  return inet_ntop(AF_INET6, bytes, text, sizeof text);
 }
 
 std::string utc_text(std::time_t moment) {

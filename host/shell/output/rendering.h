@@ -42,9 +42,10 @@ std::string text_of_enum(enum_words words, uint32 value);
 // The texts of all values that a field's words have, in the order of the values.
 std::vector<std::string> all_words(enum_words words);
 
-// "021c.7340.0202" of six bytes, and "198.51.100.1" of four in network order.
+// "021c.7340.0202" of six bytes, "198.51.100.1" of four and "2001:db8::1" of sixteen in network order.
 std::string text_of_mac(const uint8* bytes);
 std::string text_of_ipv4(const uint8* bytes);
+std::string text_of_ipv6(const uint8* bytes);
 
 // A time in RFC 3339 format, in UTC: "2026-01-31T23:59:59Z".
 std::string utc_text(std::time_t moment);

@@ -28,7 +28,8 @@ constexpr value_definition kValues[] = {
     {"value_interface", R"({"type": "string"})"},
     {"value_interface_or_null", R"({"type": ["string", "null"]})"},
     {"value_mac", R"({"type": ["string", "null"], "pattern": "^[0-9a-f]{4}[.][0-9a-f]{4}[.][0-9a-f]{4}$"})"},
-    {"value_ipv4", R"({"type": ["string", "null"], "pattern": "^[0-9]+[.][0-9]+[.][0-9]+[.][0-9]+$"})"},
+    {"value_ip",
+     R"({"type": ["string", "null"], "pattern": "^([0-9]+[.][0-9]+[.][0-9]+[.][0-9]+|[0-9a-f]*:[0-9a-f:.]+)$"})"},
     {"value_hexadecimal", R"({"type": ["string", "null"], "pattern": "^0x[0-9a-f]+$"})"},
     {"value_time", R"({"type": ["string", "null"], "format": "date-time", )"
                    R"("pattern": "^[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z$"})"},
@@ -61,11 +62,12 @@ std::string with_modes(std::string_view schema) {
 }
 
 // Name of the definition for a field; none for an enumeration, which lists its own words.
-std::string_view value_of(const field& described) {
+std::string_view value_of(const field& described, const display& shown) {
   switch (described.type) {
-    case field_type::full_name: return described.name == "interface" ? "value_interface" : "value_interface_or_null";
+    case field_type::full_name:
+      return described.name == "interface" && !shown.is_table ? "value_interface" : "value_interface_or_null";
     case field_type::mac: return "value_mac";
-    case field_type::ipv4: return "value_ipv4";
+    case field_type::ip: return "value_ip";
     case field_type::hexadecimal: return "value_hexadecimal";
     case field_type::integer:
     case field_type::integer_or_auto: return "value_integer";
@@ -153,13 +155,13 @@ void write_words(json_writer& json, enum_words words) {
   json.end_array();
 }
 
-void write_field(json_writer& json, const field& described) {
+void write_field(json_writer& json, const field& described, const display& shown) {
   json.key(described.name);
   json.begin_object();
   if (described.type == field_type::enumeration)
     write_words(json, described.words);
   else
-    write(json, "$ref", "#/$defs/" + std::string(value_of(described)));
+    write(json, "$ref", "#/$defs/" + std::string(value_of(described, shown)));
   for (const auto& [key, text] : {std::pair("title", described.title), std::pair("description", described.description),
                                   std::pair("unit", described.unit)})
     if (!text.empty()) write(json, key, text);  // libraries of others need not have them
@@ -188,7 +190,7 @@ void write_record(json_writer& json, const display& shown, const property_texts&
     std::vector<std::string_view> names;
     for (const uint16 row : rows_of(shown.bit)) {
       names.push_back(all_fields()[row].name);
-      write_field(json, all_fields()[row]);
+      write_field(json, all_fields()[row], shown);
     }
     if (shown.has_values) {
       names.emplace_back("absent");

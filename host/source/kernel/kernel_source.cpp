@@ -23,6 +23,7 @@
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
 #include "source/kernel/sorted_records.h"
+#include "source/kernel/tables.h"
 #include "source/kernel/way.h"
 #include "switch/if_index_layout.h"
 #include "switch/live_statistics.h"
@@ -128,6 +129,12 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   port.is_created = is_created_by_command(link, if_index);
 }
 
+// The name of the VRF that a device is in; empty when it is in none.
+std::string vrf_of(const std::vector<kernel_link>& links, const kernel_link& link) {
+  const kernel_link* const master = find_by<&kernel_link::number>(links, link.master);
+  return master != nullptr && master->kind == "vrf" ? master->name : std::string();
+}
+
 std::string host_name() {
   std::array<char, 256> name{};
   return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "linux";
@@ -142,6 +149,7 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
   made.interfaces.reserve(mapped.size());
   for_each_mapped(links, mapped, [&](const mapped_device& it, const kernel_link& link) {
     fill_interface(link, mapped, it.if_index, made.interfaces.emplace_back());
+    made.interfaces.back().vrf = vrf_of(links, link);
     const index_fields fields = decode_index(it.if_index);
     if (fields.type == IF_TYPE_MGMT) made.mgmt_device = it.device;
     if (fields.shape == index_shape::slot_port) made.num_slots = std::max(made.num_slots, fields.slot + 1);
@@ -371,6 +379,11 @@ uint32 kernel_source::restore_interface(machine& model, const interface& deleted
   delete_created_device(deleted.if_index);
   model = read_again();
   return status;
+}
+
+std::unique_ptr<table_reader> kernel_source::open_table(const machine&, table_id table,
+                                                        const std::vector<if_index_t>& interfaces) {
+  return open_kernel_table(table, table_devices(links_, mapped_, interfaces));
 }
 
 kernel_device kernel_source::device_named(const mapped_device& it) const {

@@ -16,6 +16,19 @@ bytes of(std::initializer_list<int> values) {
   return made;
 }
 
+TEST(InterfaceValues, AnIpv6AddressHasSixteenBytes) {
+  constexpr std::array<uint8, 16> kAddress = {0x20, 1, 0x0d, 0xb8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 7};
+  bytes answer;
+  value_writer(answer).ipv6(property::peer_address, kAddress);
+  const auto values = read_values(answer);
+  ASSERT_TRUE(values);
+  EXPECT_EQ(values->front().kind, value_kind::ipv6);
+  EXPECT_EQ(values->front().bytes[15], std::byte{7});
+  answer[5] = std::byte{15};
+  answer.pop_back();
+  EXPECT_FALSE(read_values(answer)) << "one byte less";
+}
+
 TEST(InterfaceValues, ARequestNamesItsProperties) {
   const std::array asked = {property::interface, property::device};
   const bytes request = values_request_for(0x1A000000, asked, true);

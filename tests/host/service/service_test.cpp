@@ -131,10 +131,10 @@ TEST_F(Services, HaveNamesAndAccessPointsOfTheirOwn) {
     service_names.push_back(it.name);
     if (!it.is_on_line_cards) saps.push_back(it.sap);
   }
-  EXPECT_EQ(service_names, (std::vector<std::string_view>{"port-manager", "interface-manager", "statistics", "ip",
-                                                          "hardware", "card-config", "port-channel", "spanning-tree",
-                                                          "vsan-manager", "vlan-manager", "private-vlans",
-                                                          "satellite-manager", "interface-values", "line-card"}));
+  EXPECT_EQ(service_names, (std::vector<std::string_view>{
+                               "port-manager", "interface-manager", "statistics", "ip", "hardware", "card-config",
+                               "port-channel", "spanning-tree", "vsan-manager", "vlan-manager", "private-vlans",
+                               "satellite-manager", "interface-values", "tables", "line-card"}));
   EXPECT_EQ(saps.front(), 179u);
   std::sort(saps.begin(), saps.end());
   EXPECT_EQ(std::adjacent_find(saps.begin(), saps.end()), saps.end());

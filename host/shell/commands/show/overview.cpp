@@ -149,6 +149,7 @@ constexpr overview_column kColumns[] = {
     {{"Out bit/s", 5, true}, rate_cell<property::output_bits_per_second>},
     {{"Errors", 8, true}, errors_cell},
     {{"Channel", 10, false, 10}, channel_cell},
+    {{"VRF", 8}, text_cell<property::vrf>},
     {{"Description", 11, false, 11}, text_cell<property::description>},
 };
 // clang-format on

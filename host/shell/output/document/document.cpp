@@ -97,7 +97,9 @@ void write_words(json_writer& json, std::string_view words) {
   json.begin_array();
   while (!words.empty()) {
     const std::size_t end = std::min(words.find(','), words.size());
-    json.text(words.substr(0, end));
+    std::string printable;
+    append_printable(printable, words.substr(0, end), kEscapedByJson);
+    json.text(printable);
     words.remove_prefix(std::min(end + 1, words.size()));
   }
   json.end_array();
@@ -127,6 +129,7 @@ void write_answered(json_writer& json, const field& meaning, const interface_val
     case value_kind::decimal: return json.digits(value.text());
     case value_kind::mac: return json.text(text_of_mac(bytes));
     case value_kind::ipv4: return json.text(text_of_ipv4(bytes));
+    case value_kind::ipv6: return json.text(text_of_ipv6(bytes));
     case value_kind::interface: return json.text(interface_name(static_cast<if_index_t>(value.number())));
     case value_kind::time: return json.text(utc_text(static_cast<std::time_t>(value.number())));
     case value_kind::vlans: return json.text(text_of_runs(value));
@@ -151,7 +154,8 @@ bool fits(const field& meaning, const interface_value& value) {
     case value_kind::text: return meaning.type == field_type::text || meaning.type == field_type::words;
     case value_kind::decimal: return meaning.type == field_type::decimal && is_json_number(value.text());
     case value_kind::mac: return meaning.type == field_type::mac;
-    case value_kind::ipv4: return meaning.type == field_type::ipv4;
+    case value_kind::ipv4:
+    case value_kind::ipv6: return meaning.type == field_type::ip;
     case value_kind::interface: return meaning.type == field_type::full_name;
     case value_kind::interfaces: return meaning.type == field_type::interfaces;
     case value_kind::numbers: return meaning.type == field_type::numbers;
@@ -357,6 +361,13 @@ void document::end_record(const std::optional<traffic_rates>* rates) {
   ready_ += first_record_ ? "\n" : ",\n";
   first_record_ = false;
   write_record(may_have_rates(shown_) ? rates : nullptr);
+}
+
+void document::add_row(std::span<const interface_value> values) {
+  begin_record({});
+  record_is_empty_ = false;
+  fill(values);
+  end_record();
 }
 
 bool document::add_message(std::string_view text, importance how, std::string_view interface_name) {

@@ -27,7 +27,8 @@ struct display {
   bool has_values = false;               // values that the text shows without a tag come from the service of values:
                                          // lines of the channel that bind none are layout and no messages
   std::string_view list = "interfaces";  // of its records; empty: the document has messages only
-  bool repeats = false;  // a value that is bound again begins the next record; lines without values are layout
+  bool repeats = false;   // a value that is bound again begins the next record; lines without values are layout
+  bool is_table = false;  // its records are rows (document::add_row), which may be about no interface
 };
 
 // Whether documents of a display have a summary of results.
@@ -44,7 +45,8 @@ inline constexpr display kSentences = {kTextDisplay, {}, "text", false, false, {
 
 // Whether its records have rates when the command is watched: those of interfaces that a show command makes.
 constexpr bool may_have_rates(const display& shown) {
-  return shown.has_values || (shown.list == "interfaces" && shown.section.empty() && shown.bit != kSettingDisplay);
+  return shown.has_values ||
+         (shown.list == "interfaces" && shown.section.empty() && !shown.is_table && shown.bit != kSettingDisplay);
 }
 
 enum class importance : uint8 { info, error };
@@ -76,6 +78,9 @@ class document {
 
   // The same for an unknown value, which stays null.
   bool bind_unknown(const cmd_tuple_t& tuple);
+
+  // A record of a table: a row with its values.
+  void add_row(std::span<const interface_value> values);
 
   // A sentence about an interface; without a name about that of the open record, if any. False when the document has
   // its maximum of sentences and this one is omitted; the last one reports this.

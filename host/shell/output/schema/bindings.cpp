@@ -661,6 +661,9 @@ constexpr uint64 kOfInterfaces =
     ((kForwardingVlansDisplay * 2 - 1) & ~uint64{kTransportDisplay} & ~uint64{kSettingDisplay}) | kOverviewDisplay |
     kPanelDisplay;
 
+// Tables of rows: the service of tables answers all of their values.
+constexpr uint64 kTables = kAddressesDisplay | kNeighborsDisplay | kMacTableDisplay | kSpanningTreeDisplay;
+
 // Fields that a display shows as plain text, or that belong to it: their values come only from the service.
 struct untagged {
   property of;
@@ -678,6 +681,7 @@ constexpr untagged kUntagged[] = {
     {property::state_reason, kOverviewDisplay | kPanelDisplay},
     {property::member_of, kOverviewDisplay},
     {property::members, kDetailed | kSwitchport | kOverviewDisplay},
+    {property::vrf, kDetailed | kSwitchport | kBriefDisplay | kOverviewDisplay},
     {property::vlan, kOverviewDisplay},
     {property::encapsulation, kDetailed},
     {property::encapsulation_vlan, kDetailed},
@@ -719,6 +723,35 @@ constexpr untagged kUntagged[] = {
     {property::base_checksum_ok, kTransceivers | kCalibrationDisplay},
     {property::extended_checksum_ok, kTransceivers | kCalibrationDisplay},
     {property::model, kPanelDisplay},
+    {property::interface, kTables},
+    {property::device, kTables},
+    {property::ifindex, kTables},
+    {property::state, kAddressesDisplay},
+    {property::mtu_bytes, kAddressesDisplay},
+    {property::ip_address, kAddressesDisplay | kNeighborsDisplay},
+    {property::prefix_length_bits, kAddressesDisplay},
+    {property::peer_address, kAddressesDisplay},
+    {property::address_scope, kAddressesDisplay},
+    {property::address_flags, kAddressesDisplay},
+    {property::address_label, kAddressesDisplay},
+    {property::valid_lifetime_seconds, kAddressesDisplay},
+    {property::preferred_lifetime_seconds, kAddressesDisplay},
+    {property::mac_address, kNeighborsDisplay | kMacTableDisplay},
+    {property::neighbor_state, kNeighborsDisplay},
+    {property::neighbor_flags, kNeighborsDisplay},
+    {property::age_seconds, kNeighborsDisplay | kMacTableDisplay},
+    {property::bridge, kMacTableDisplay | kSpanningTreeDisplay},
+    {property::vlan_id, kMacTableDisplay},
+    {property::entry_type, kMacTableDisplay},
+    {property::entry_flags, kMacTableDisplay},
+    {property::remote_address, kMacTableDisplay},
+    {property::spanning_tree_state, kSpanningTreeDisplay},
+    {property::spanning_tree_role, kSpanningTreeDisplay},
+    {property::path_cost, kSpanningTreeDisplay},
+    {property::port_priority, kSpanningTreeDisplay},
+    {property::port_id, kSpanningTreeDisplay},
+    {property::root_bridge, kSpanningTreeDisplay},
+    {property::designated_bridge, kSpanningTreeDisplay},
 };
 
 constexpr bool every_tag_is_one_field() {

@@ -26,8 +26,8 @@ constexpr field kFields[] = {
     {property::hardware, "hardware", text, "", "Hardware", "Hardware of the port"},
     {property::address, "address", mac, "", "Address", "Hardware address in use"},
     {property::burned_in_address, "burned_in_address", mac, "", "Burned-in address", "Hardware address that the hardware was made with"},
-    {property::ip_address, "ip_address", ipv4, "", "IPv4 address", "First IPv4 address"},
-    {property::prefix_length_bits, "prefix_length_bits", integer, "bits", "Prefix length", "Length of the prefix of the IPv4 address"},
+    {property::ip_address, "ip_address", ip, "", "IP address", "IP address; of a display of interfaces the first IPv4 address"},
+    {property::prefix_length_bits, "prefix_length_bits", integer, "bits", "Prefix length", "Length of the prefix of the IP address"},
 
     // State.
     {property::state, "state", enumeration, "", "State", "Operational state", enum_words::port_state},
@@ -41,6 +41,7 @@ constexpr field kFields[] = {
     {property::bound_interface, "bound_interface", full_name, "", "Bound interface", "Interface that a virtual interface is bound to"},
     {property::multi_chassis_status, "multi_chassis_status", text, "", "Multi-chassis status", "Status of a port-channel over several chassis"},
     {property::port_channel, "port_channel", full_name, "", "Port-channel", "Port-channel that the trunk is a member of"},
+    {property::vrf, "vrf", text, "", "VRF", "VRF that routes the packets of the interface; null when there is none"},
 
     // Settings.
     {property::vlan, "vlan", membership, "", "VLANs", "How the interface takes part in VLANs"},
@@ -297,6 +298,30 @@ constexpr field kFields[] = {
     {property::rx_power_2, "rx_power_2", integer, "", "Receive power, order 2", "Calibration coefficient of order 2"},
     {property::rx_power_1, "rx_power_1", integer, "", "Receive power, order 1", "Calibration coefficient of order 1"},
     {property::rx_power_0, "rx_power_0", integer, "", "Receive power, order 0", "Calibration coefficient of order 0"},
+
+    // Columns of tables.
+    {property::peer_address, "peer_address", ip, "", "Peer", "IP address at the other end of a link between two"},
+    {property::address_scope, "address_scope", text, "", "Scope", "Where the address is valid: global, site, link, host, or the kernel's number; null when it is not known"},
+    {property::address_flags, "address_flags", words, "", "Flags", "Flags of the address, such as primary, secondary, permanent, tentative, dadfailed, deprecated, temporary; null when they are not known"},
+    {property::address_label, "address_label", text, "", "Label", "Label of the address in the kernel"},
+    {property::valid_lifetime_seconds, "valid_lifetime_seconds", integer, "s", "Valid lifetime", "Seconds for which the address is valid; null for ever"},
+    {property::preferred_lifetime_seconds, "preferred_lifetime_seconds", integer, "s", "Preferred lifetime", "Seconds for which new connections use the address; null for ever"},
+    {property::mac_address, "mac_address", mac, "", "MAC address", "Hardware address of the entry; null when it is not resolved"},
+    {property::neighbor_state, "neighbor_state", text, "", "State", "State of the neighbor: reachable, stale, delay, probe, incomplete, failed, permanent"},
+    {property::neighbor_flags, "neighbor_flags", words, "", "Flags", "Flags of the neighbor, such as router, extern_learn, offload"},
+    {property::bridge, "bridge", text, "", "Bridge", "Network device of the kernel that is the bridge; null for an entry of a device alone"},
+    {property::vlan_id, "vlan_id", integer, "", "VLAN", "VLAN of the entry; null when it has none"},
+    {property::entry_type, "entry_type", text, "", "Type", "permanent: an address of the switch, static: set by a user, dynamic: learned"},
+    {property::entry_flags, "entry_flags", words, "", "Flags", "Flags of the entry, such as self, master, extern_learn, offload, sticky"},
+    {property::remote_address, "remote_address", ip, "", "Remote", "IP address of the tunnel end that has the address"},
+    {property::age_seconds, "age_seconds", integer, "s", "Age", "Seconds since the entry was confirmed: a neighbor was reachable, or a packet came from the address"},
+    {property::spanning_tree_state, "spanning_tree_state", text, "", "State", "State of the port: disabled, listening, learning, forwarding, blocking"},
+    {property::spanning_tree_role, "spanning_tree_role", text, "", "Role", "Role of the port: root, designated, alternate, disabled; null when the kernel does not run spanning tree on the bridge"},
+    {property::path_cost, "path_cost", integer, "", "Cost", "Path cost of the port"},
+    {property::port_priority, "port_priority", integer, "", "Priority", "Priority of the port"},
+    {property::port_id, "port_id", integer, "", "Port ID", "Identifier of the port in spanning tree"},
+    {property::root_bridge, "root_bridge", text, "", "Root bridge", "Identifier of the root bridge: priority and hardware address"},
+    {property::designated_bridge, "designated_bridge", text, "", "Designated bridge", "Identifier of the designated bridge of the segment: priority and hardware address"},
 
     // Messages of this process.
     {property::none, "sent", integer, "messages", "Messages sent", "Messages sent to services"},

@@ -20,7 +20,7 @@ enum class field_type : uint8 {
   text,
   full_name,    // of an interface
   mac,          // "xxxx.xxxx.xxxx"
-  ipv4,         // dotted
+  ip,           // an IPv4 or IPv6 address
   hexadecimal,  // an integer as "0x..."
   enumeration,  // the text of the value
   integer,
@@ -92,7 +92,11 @@ enum display_bit : uint64 {
   kVersionDisplay = uint64{1} << 35,
   kClockDisplay = uint64{1} << 36,
   kHistoryDisplay = uint64{1} << 37,
-  kLastDisplay = kHistoryDisplay,
+  kAddressesDisplay = uint64{1} << 38,
+  kNeighborsDisplay = uint64{1} << 39,
+  kMacTableDisplay = uint64{1} << 40,
+  kSpanningTreeDisplay = uint64{1} << 41,
+  kLastDisplay = kSpanningTreeDisplay,
 };
 
 struct field {

@@ -51,6 +51,14 @@ TEST(FittedTable, ColumnsWithoutTextAreLeftOut) {
   EXPECT_EQ(host::fitted_lines(kColumns, {}, 0), lines{"Name"});
 }
 
+TEST(FittedLayout, FurtherRowsKeepTheColumnsOfTheFirstOnes) {
+  const host::fitted_layout layout(kColumns, {{"a", "up", "7", "remark"}}, 0);
+  EXPECT_EQ(layout.titles(), "Name  State  Count  Remark");
+  EXPECT_EQ(layout.line({"bb", "down", "12", "b"}), "bb    down      12  b");
+  EXPECT_EQ(layout.line({"long name", "up", "1", "a long remark"}), "long name  up         1  a l...")
+      << "names are not cut";
+}
+
 TEST(FittedTable, WidthIsCountedInCharacters) {
   constexpr fitted_column kOne[] = {{"N", 1}, {"R", 2, false, 4}};
   const table_rows rows = {{"\u00fc", "\u00e4\u00f6\u00fc\u00e4\u00f6"}};

@@ -1,0 +1,18 @@
+// The tables of rows that the source of a switch may have, beside its interfaces.
+#pragma once
+
+#include "platform/types.h"
+
+namespace host {
+
+enum class table_id : uint16 {
+  ipv4_addresses = 1,
+  ipv6_addresses,
+  ipv4_neighbors,
+  ipv6_neighbors,
+  mac_addresses,  // of bridges and devices
+  bridge_ports,
+  last = bridge_ports,
+};
+
+}  // namespace host
