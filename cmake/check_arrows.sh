@@ -26,6 +26,7 @@ host/sibling:       platform pm pmcli pmsh sibling
 rooms="
 host/source/chassis:   chassis yaml
 host/source/kernel:    kernel yaml
+host/source/replay:    replay kernel
 host/source/yaml:      yaml
 host/shell/output:     output
 host/shell/grammar:    output grammar

@@ -48,6 +48,47 @@ dev set left down && dev set left name renamed && dev set renamed up
 [ "$(interface renamed)" = "$left" ] || fail "renamed from $left to $(interface renamed)"
 dev set renamed down && dev set renamed name left && dev set left up
 
+step "names of devices are ranges"
+dev set left alias ''
+of_names() { run -c "show interface $1 mac-address | json" | jq -r '[.interfaces[] | .device] | join(" ")'; }
+[ "$(of_names left)" = left ] || fail "left is $(of_names left)"
+[ "$(of_names "right, left")" = "right left" ] || fail "right, left are $(of_names "right, left")"
+[ "$(of_names "'lef*','right'")" = "left right" ] || fail "the patterns are $(of_names "'lef*','right'")"
+index() { ip -n "$here" -j link show dev "$1" | jq '.[0].ifindex'; }
+[ "$(run -c "show interface left | json" | jq -c '.interfaces[0] | [.device, .ifindex, .device_type]')" = \
+  "[\"left\",$(index left),\"veth\"]" ] || fail "the record of left: $(run -c "show interface left | json")"
+
+# A name is never that of another interface, also one that looks like an abbreviation.
+dev add v1 type veth peer name e1
+[ "$(of_names v1)" = v1 ] || fail "v1 is $(of_names v1)"
+[ "$(of_names e1)" = e1 ] || fail "e1 is $(of_names e1)"
+dev del v1
+has "$(run -c "show interface v1" 2>&1)" "no such interface: vethernet 1."
+
+# Alternative names, with all that the kernel lets them have.
+if ip -n "$here" link property add dev left altname "uplink, of 'the' lab" 2>/dev/null; then
+  [ "$(of_names "\"uplink, of 'the' lab\"")" = left ] || fail "an alternative name is not known"
+  ip -n "$here" link property add dev left altname uplink0
+  [ "$(of_names uplink0)" = left ] || fail "uplink0 is $(of_names uplink0)"
+fi
+
+step "types of devices, with the device below and the master"
+type_of() { run -c "show interface overview | json" | jq -c ".interfaces[] | select(.device == \"$1\") | [.device_type, .parent_device, .master_device]"; }
+[ "$(type_of lo)" = '["loopback",null,null]' ] || fail "lo is $(type_of lo)"
+if dev add tunnel type vxlan id 42 dev left dstport 4789; then
+  [ "$(type_of tunnel)" = '["vxlan 42 over left","left",null]' ] || fail "the tunnel is $(type_of tunnel)"
+  dev del tunnel
+fi
+if dev add upper link left type macvlan; then
+  [ "$(type_of upper)" = '["macvlan of left","left",null]' ] || fail "upper is $(type_of upper)"
+  dev del upper
+fi
+if dev add switch0 type bridge && dev set right master switch0; then
+  [ "$(type_of switch0)" = '["bridge",null,null]' ] || fail "the bridge is $(type_of switch0)"
+  [ "$(type_of right)" = '["veth",null,"switch0"]' ] || fail "right is $(type_of right)"
+  dev del switch0
+fi
+
 step "what the kernel reports of a device"
 dev set left mtu 4000
 has "$(show left)" "  MTU 4000 bytes"

@@ -1,6 +1,7 @@
 #include "base/files.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -126,8 +127,8 @@ std::optional<std::string> read_file(const std::string& path, std::string& error
     text += part;
   }
   if (reason.empty() && lines.fault.empty()) return text;
-  error = !reason.empty() ? "cannot read '" + path + "': " + reason + "."
-                          : path + ":" + std::to_string(lines.number) + ": " + std::string(lines.fault);
+  error = !reason.empty() ? fmt::format("cannot read '{}': {}.", path, reason)
+                          : fmt::format("{}:{}: {}", path, lines.number, lines.fault);
   return std::nullopt;
 }
 

@@ -1,5 +1,7 @@
 #include "base/text.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cctype>
 
@@ -57,7 +59,7 @@ std::string_view closest_word(std::string_view written, const std::vector<std::s
   return closest;
 }
 
-std::string in_quotes(std::string_view text) { return "'" + std::string(text) + "'"; }
+std::string in_quotes(std::string_view text) { return fmt::format("'{}'", text); }
 
 std::string join(const std::vector<std::string_view>& words, std::string_view separator) {
   std::string text;

@@ -41,6 +41,10 @@ std::vector<word_token> split_words(std::string_view text, std::size_t start) {
   return words;
 }
 
+std::string_view text_of(std::span<const word_token> words) {
+  return words.empty() ? std::string_view() : std::string_view(words.front().text.begin(), words.back().text.end());
+}
+
 std::vector<word_token> split_outside_quotes(std::string_view line, char separator) {
   std::vector<word_token> parts;
   std::size_t start = 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -14,6 +15,9 @@ struct word_token {
 
 // The words between blanks.
 std::vector<word_token> split_words(std::string_view text, std::size_t start = 0);
+
+// The text from the first to the last of some words of one text.
+std::string_view text_of(std::span<const word_token> words);
 
 // The parts of a line between separators; one in quotes does not count.
 std::vector<word_token> split_outside_quotes(std::string_view line, char separator);

@@ -34,11 +34,19 @@ struct device_request {
 };
 static_assert(sizeof(device_request) == 16);
 
+// A name of a device: its characters follow, without a zero.
+struct device_name_record {
+  be32 if_index;
+  be16 length;
+};
+static_assert(sizeof(device_name_record) == 6);
+
 // Opcode                        request         record of the answer
 enum hardware_opcode : mts_opc_t {
-  HARDWARE_OPC_CHASSIS = 1,         // none            chassis_record
-  HARDWARE_OPC_CARD = 2,            // card_request    card_record; PM_ERR_NO_SUCH_INTERFACE for an empty slot
-  HARDWARE_OPC_DEVICE_COUNTERS = 3  // device_request  pm_proc_net_dev_stats_t; the same for an unknown device
+  HARDWARE_OPC_CHASSIS = 1,          // none            chassis_record
+  HARDWARE_OPC_CARD = 2,             // card_request    card_record; PM_ERR_NO_SUCH_INTERFACE for an empty slot
+  HARDWARE_OPC_DEVICE_COUNTERS = 3,  // device_request  pm_proc_net_dev_stats_t; the same for an unknown device
+  HARDWARE_OPC_DEVICE_NAMES = 4      // none            device_name_record and the name, for each name of a device
 };
 
 }  // namespace host

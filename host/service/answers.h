@@ -41,6 +41,13 @@ class answer_writer {
     ++count_;
   }
 
+  // A record and what follows it.
+  template <wire_record Record>
+  void append(const Record& record, std::span<const std::byte> rest) {
+    append(record);
+    answer_.payload.insert(answer_.payload.end(), rest.begin(), rest.end());
+  }
+
   reply finish() {
     const reply_head head{0, count_};
     std::memcpy(answer_.payload.data(), &head, sizeof head);

@@ -42,6 +42,21 @@ reply answer_device_counters(std::span<const std::byte> bytes) {
   return counted ? answer_record(device_record(*counted)) : answer_error(PM_ERR_NO_SUCH_INTERFACE);
 }
 
+void append_name(answer_writer& to, if_index_t if_index, const std::string& name) {
+  to.append(device_name_record{if_index, static_cast<uint16>(name.size())}, std::as_bytes(std::span(name)));
+}
+
+reply answer_device_names(std::span<const std::byte> request) {
+  if (!request.empty()) return reject();
+  const auto devices = the_source().devices();
+  answer_writer answer(0);
+  for (const kernel_device& it : devices ? *devices : std::vector<kernel_device>()) {
+    append_name(answer, it.if_index, it.name);
+    for (const std::string& name : it.alternative_names) append_name(answer, it.if_index, name);
+  }
+  return answer.finish();
+}
+
 }  // namespace
 
 reply serve_hardware(mts_opc_t opcode, std::span<const std::byte> request) {
@@ -49,6 +64,7 @@ reply serve_hardware(mts_opc_t opcode, std::span<const std::byte> request) {
     case HARDWARE_OPC_CHASSIS: return answer_chassis(request);
     case HARDWARE_OPC_CARD: return answer_card(request);
     case HARDWARE_OPC_DEVICE_COUNTERS: return answer_device_counters(request);
+    case HARDWARE_OPC_DEVICE_NAMES: return answer_device_names(request);
     default: return reject();
   }
 }

@@ -1,6 +1,8 @@
 // The values of an interface by property: one table has their origin. Values that the model does not have are absent.
 #include "messages/interface_values.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -141,9 +143,11 @@ void write_moment(property of, std::optional<uint32> moment_sec, value_writer& t
 void read_index(subject& it, property of, value_writer& to) { to.number(of, it.port.if_index); }
 void read_interface(subject& it, property of, value_writer& to) { to.interface(of, it.port.if_index); }
 
-void read_device(subject& it, property of, value_writer& to) {
+// Empty for an interface that is not a device of the kernel.
+template <std::string kernel_device::*kMember>
+void device_text(subject& it, property of, value_writer& to) {
   const auto device = the_source().find_device(it.port.if_index);
-  write_text(of, device ? device->name : std::string(), to);
+  write_text(of, device ? (*device).*kMember : std::string(), to);
 }
 
 void read_device_number(subject& it, property of, value_writer& to) {
@@ -244,7 +248,7 @@ void read_membership(subject& it, property of, value_writer& to) {
 
 void read_encapsulation(subject& it, property of, value_writer& to) {
   if (it.port.encapsulation_vlan != 0)
-    return to.text(of, "802.1Q Virtual LAN, Vlan ID " + std::to_string(it.port.encapsulation_vlan));
+    return to.text(of, fmt::format("802.1Q Virtual LAN, Vlan ID {}", it.port.encapsulation_vlan));
   if (it.kind() == IF_TYPE_LOOPBACK) return to.text(of, "LOOPBACK");
   const bool is_arpa = it.is_ethernet() || it.is_any_of({IF_TYPE_MGMT, IF_TYPE_ETH_PORT_CHANNEL, IF_TYPE_VETHERNET});
   write_text(of, is_arpa ? "ARPA" : "", to);
@@ -545,22 +549,18 @@ void read_suppression(subject& it, property of, value_writer& to) {
     to.absent(of, absence::not_supported);
 }
 
-std::string both_directions(const std::string& rx, const std::string& tx) { return "rx-(" + rx + "),tx-(" + tx + ")"; }
-
 void read_flow_modes(subject& it, property of, value_writer& to) {
   const able& port = it.port.capabilities;
   if (!port.rx_flow_control || !port.tx_flow_control) return to.absent(of, absence::not_supported);
   const auto words = [](uint8 bits) { return bits == 0 ? "none" : joined(kFlowWords, bits, "/"); };
-  to.text(of, both_directions(words(*port.rx_flow_control), words(*port.tx_flow_control)));
+  to.text(of, fmt::format("rx-({}),tx-({})", words(*port.rx_flow_control), words(*port.tx_flow_control)));
 }
 
 void read_qos(subject& it, property of, value_writer& to) {
   const auto& qos = it.port.capabilities.qos;
   if (!qos) return to.absent(of, absence::not_supported);
-  const auto counted = [](uint8 count, const char* unit) { return std::to_string(count) + unit; };
-  to.text(of, both_directions(
-                  counted(qos->rx_queues, "q") + counted(qos->rx_thresholds, "t"),
-                  counted(qos->tx_priorities, "p") + counted(qos->tx_queues, "q") + counted(qos->tx_thresholds, "t")));
+  to.text(of, fmt::format("rx-({}q{}t),tx-({}p{}q{}t)", qos->rx_queues, qos->rx_thresholds, qos->tx_priorities,
+                          qos->tx_queues, qos->tx_thresholds));
 }
 
 // ---- Transceivers ---------------------------------------------------------------------------------------------------
@@ -690,8 +690,11 @@ using state = port_xcvr_info_t;
 
 constexpr row kRows[] = {
     {property::interface, read_interface},
-    {property::device, read_device},
+    {property::device, device_text<&kernel_device::name>},
     {property::ifindex, read_device_number},
+    {property::device_type, device_text<&kernel_device::type>},
+    {property::parent_device, device_text<&kernel_device::parent>},
+    {property::master_device, device_text<&kernel_device::master>},
     {property::interface_index, read_index},
     {property::interface_index_hex, read_index},
     {property::description, own_text<&port_settings::description>},

@@ -1,4 +1,6 @@
 // The VLAN manager and the private VLANs of ports.
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <iterator>
 #include <map>
@@ -30,10 +32,7 @@ uint16 used_vlan(const interface& port) {
   return (is_trunk(port) ? port.settings.native_vlan : port.settings.access_vlan).value_or(0);
 }
 
-std::string usual_name(uint16 id) {
-  const std::string number = std::to_string(id);
-  return id == 1 ? "default" : "VLAN" + std::string(4 - std::min<std::size_t>(4, number.size()), '0') + number;
-}
+std::string usual_name(uint16 id) { return id == 1 ? "default" : fmt::format("VLAN{:04}", id); }
 
 // `described` is null for a VLAN that ports use and nothing describes.
 vlan_info_resp_t record_of(uint16 id, const vlan* described) {

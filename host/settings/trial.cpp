@@ -39,6 +39,7 @@ class trial_source final : public switch_source {
     return real_.open_table(model, table, interfaces);
   }
   std::optional<std::vector<kernel_device>> devices() const override { return real_.devices(); }
+  std::optional<kernel_system> system() const override { return real_.system(); }
   std::optional<kernel_device> find_device(if_index_t if_index) const override { return real_.find_device(if_index); }
   std::vector<if_index_t> interfaces_towards(const std::string& address) const override {
     return real_.interfaces_towards(address);

@@ -1,8 +1,10 @@
 // pmsh: the shell of a switch.
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <utility>
@@ -22,7 +24,10 @@
 #include "source/chassis/giant.h"
 #include "source/chassis/switch_file.h"
 #include "source/kernel/baselines.h"
+#include "source/kernel/capture.h"
 #include "source/kernel/kernel_source.h"
+#include "source/replay/capture_folder.h"
+#include "source/replay/replay_source.h"
 #include "source/yaml/yaml_file_error.h"
 #include "switch/clock.h"
 #include "switch/model.h"
@@ -62,12 +67,40 @@ std::string interface_names_file() {
   return file;
 }
 
+std::unique_ptr<kernel_source> make_kernel_source(const options& requested, capture* capturing) {
+  auto interfaces = requested.map_file.empty() ? requested_interfaces{} : read_map_file(requested.map_file);
+  const std::string counters = cleared_counters_file(requested), names = interface_names_file();
+  if (capturing != nullptr)
+    return std::make_unique<capturing_source>(*capturing, std::move(interfaces), counters, names);
+  return std::make_unique<kernel_source>(std::move(interfaces), counters, names);
+}
+
+// The clock stops at the moment of the capture, unless the user has stopped it.
+void open_replay(const options& requested) {
+  auto replay = std::make_unique<replay_source>(read_capture_folder(requested.replay_directory));
+  if (!requested.clock) clock_set(replay->clock());
+  the_machine() = replay->read();
+  set_source(std::move(replay));
+}
+
+// Completes a capture. Returns the exit code of the session, or that of a write that failed.
+int end_capture(capture* capturing, int code) {
+  if (capturing == nullptr) return code;
+  capturing->complete(the_machine(), the_source());
+  const int error = capturing->finish();
+  if (error == 0) return code;
+  print_error(fmt::format("the capture is not complete: {}.", std::strerror(error)));
+  return code == kDone ? int{kServiceFailed} : code;
+}
+
 // Sets the switch and its source. Returns the switch file; empty: none was read.
-std::string open_switch(const options& requested) {
+std::string open_switch(const options& requested, capture* capturing) {
+  if (!requested.replay_directory.empty()) {
+    open_replay(requested);
+    return {};
+  }
   if (requested.is_kernel) {
-    auto kernel = std::make_unique<kernel_source>(
-        requested.map_file.empty() ? requested_interfaces{} : read_map_file(requested.map_file),
-        cleared_counters_file(requested), interface_names_file());
+    auto kernel = make_kernel_source(requested, capturing);
     the_machine() = kernel->read();
     if (!kernel->names_fault().empty()) print_error(kernel->names_fault());
     set_source(std::move(kernel));
@@ -90,10 +123,11 @@ bool choose_user(const std::string& name, shell& session) {
   }
   session.user = the_machine().find_user(name);
   if (session.user != nullptr) return true;
-  std::string names;
-  for (const user& known : users) names.append(names.empty() ? "" : ", ").append(known.name);
-  print_error("unknown user '" + name + "' in --user. " +
-              (names.empty() ? "This switch has no users." : "Expected one of " + names + "."));
+  std::vector<std::string_view> names;
+  for (const user& known : users) names.push_back(known.name);
+  print_error(names.empty()
+                  ? fmt::format("unknown user '{}' in --user. This switch has no users.", name)
+                  : fmt::format("unknown user '{}' in --user. Expected one of {}.", name, fmt::join(names, ", ")));
   return false;
 }
 
@@ -101,9 +135,10 @@ bool inject_faults(const options& requested) {
   transport_limit_waits(requested.longest_wait_sec);
   for (const requested_fault& injected : requested.faults) {
     if (transport_inject_fault(injected.service, injected.what)) continue;
-    std::string names;
-    for (const service& known : all_services()) names.append(names.empty() ? "" : ", ").append(known.name);
-    print_error("unknown service '" + injected.service + "' in --inject-fault. Expected one of " + names + ".");
+    std::vector<std::string_view> names;
+    for (const service& known : all_services()) names.push_back(known.name);
+    print_error(fmt::format("unknown service '{}' in --inject-fault. Expected one of {}.", injected.service,
+                            fmt::join(names, ", ")));
     return false;
   }
   return true;
@@ -158,7 +193,10 @@ int run(const options& requested) {
   }
   if (requested.clock) clock_set(static_cast<std::time_t>(*requested.clock));
   shell session;
-  session.switch_file = open_switch(requested);
+  std::unique_ptr<capture> capturing;
+  if (!requested.capture_directory.empty())
+    capturing = std::make_unique<capture>(requested.capture_directory, requested.is_anonymous);
+  session.switch_file = open_switch(requested, capturing.get());
   transport_register(all_services());
   if (!inject_faults(requested)) return kUsage;
   if (!choose_user(requested.user, session)) return kUsage;
@@ -171,7 +209,7 @@ int run(const options& requested) {
   const int result = run_session(requested, session);
   end_candidate(session);
   const int code = end_unconfirmed_commit(session);
-  return result == kDone ? code : result;
+  return end_capture(capturing.get(), result == kDone ? code : result);
 }
 
 // Standard descriptors that are closed must not become those of other files: reading and writing them fail.
@@ -191,6 +229,12 @@ int main(int argc, char** argv) {
   try {
     return host::run(*requested);
   } catch (const host::yaml_file_error& error) {
+    host::print_error(error.what());
+    return host::kUsage;
+  } catch (const host::capture_folder_error& error) {
+    for (const std::string& fault : error.faults) host::print_error(fault);
+    return host::kUsage;
+  } catch (const host::capture_error& error) {
     host::print_error(error.what());
     return host::kUsage;
   } catch (const host::kernel_error& error) {

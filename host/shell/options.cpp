@@ -1,5 +1,7 @@
 #include "shell/options.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <cstdio>
@@ -48,7 +50,7 @@ constexpr char kFooter[] =
 std::string check_fault(const std::string& text) {
   const std::size_t sign = text.find('=');
   if (sign != std::string::npos && sign > 0 && parse_fault(text.substr(sign + 1))) return {};
-  return "'" + text + "' is not SERVICE=lost, reject, silent, cut:N or interrupt:N";
+  return fmt::format("'{}' is not SERVICE=lost, reject, silent, cut:N or interrupt:N", text);
 }
 
 // A hidden option that prints a text of the published documents.
@@ -80,6 +82,17 @@ void add_options(CLI::App& app, options& requested, std::vector<std::string>& fa
                                   ->excludes(file)
                                   ->excludes(giant)
                                   ->excludes(defaults);
+  CLI::Option* const capturing =
+      app.add_option("--capture", requested.capture_directory, "Store the answers of the kernel in a new directory");
+  capturing->type_name("DIR")->needs(kernel);
+  app.add_flag("--anonymous", requested.is_anonymous, "Replace names, addresses and serial numbers in the capture")
+      ->needs(capturing);
+  app.add_option("--replay", requested.replay_directory, "Use the switch of a directory that --capture stored")
+      ->type_name("DIR")
+      ->excludes(file)
+      ->excludes(giant)
+      ->excludes(defaults)
+      ->excludes(kernel);
   app.add_option("--map", requested.map_file, "File that maps devices to interfaces")->type_name("FILE")->needs(kernel);
   app.add_flag("--session-counters", requested.has_session_counters, "Clear counters for this session only")
       ->needs(kernel);

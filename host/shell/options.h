@@ -23,6 +23,9 @@ struct options {
   bool is_dry_run = false;               // commands are tried and change nothing
   std::string switch_file;               // empty: the demonstration switch
   bool is_kernel = false;                // the machine that the shell runs on, in place of a file
+  std::string capture_directory;         // where the answers of the kernel are stored; empty: nowhere
+  bool is_anonymous = false;             // without names and addresses in the capture
+  std::string replay_directory;          // of a capture, in place of a file; empty: none
   std::string map_file;                  // which interface a device is; empty: the usual ones
   bool has_session_counters = false;     // counters are cleared for this session only
   bool has_defaults = false;             // the settings of the hardware, in place of those of the file

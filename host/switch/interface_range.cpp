@@ -1,5 +1,6 @@
 #include "switch/interface_range.h"
 
+#include <fmt/format.h>
 #include <fnmatch.h>
 
 #include <algorithm>
@@ -114,7 +115,8 @@ enum class range_scope : uint8 { all, numbers };
 
 class range_reader {
  public:
-  range_reader(std::string_view text, range_scope scope) : text_(text), scope_(scope) {}
+  range_reader(std::string_view text, range_scope scope, const interface_names& names)
+      : text_(text), scope_(scope), names_(names) {}
 
   range_reading read() {
     std::vector<range_item>* list = &reading_.range.items;
@@ -138,6 +140,7 @@ class range_reader {
       reading_.ending.low.reset();
     }
     reading_.ending.takes_except = list == &reading_.range.items;
+    reading_.ending.item = item_;
     reading_.end = at_;
     return std::move(reading_);
   }
@@ -145,7 +148,9 @@ class range_reader {
  private:
   void item(std::vector<range_item>& list) {
     skip_blanks();
+    item_ = at_;
     reading_.ending = {.begun = at_, .begins_item = true, .number = word_};
+    if (take_name(list)) return;
     if (is_at_end() || text_[at_] == ',') return fault(range_fault::empty, "empty range", {});
     if (scope_ == range_scope::all && is_quote(text_[at_])) return pattern(list);
     if (!is_letter(text_[at_])) return after_word(list);
@@ -160,6 +165,23 @@ class range_reader {
     last_number_.reset();
     if (!take_word(token)) return skip_number();
     after_word(list);
+  }
+
+  // Takes a name that an interface has beside its word and number.
+  bool take_name(std::vector<range_item>& list) {
+    const std::string_view name = first_item_word(text_.substr(at_));
+    const std::optional<if_index_t> named = name.empty() ? std::nullopt : names_.find(name);
+    if (!named) return false;
+    const interface_number number = number_of(*named);
+    const interface_word* const word = word_of(decode_index(*named).type, number.family);
+    if (word == nullptr) return false;
+    at_ += name.size();
+    list.emplace_back(interface_span{word, number, number});
+    reading_.ending.is_complete = true;
+    word_ = nullptr;
+    last_number_.reset();
+    is_word_bad_ = false;
+    return true;
   }
 
   // The word of the items that follow. False after an error.
@@ -261,7 +283,7 @@ class range_reader {
     if (again == nullptr)
       word_error(reason, token);
     else
-      fault(range_fault::other_word, "range from " + std::string(word.word) + " to another kind", token);
+      fault(range_fault::other_word, fmt::format("range from {} to another kind", word.word), token);
     return false;
   }
 
@@ -276,8 +298,16 @@ class range_reader {
     }
     at_ = end + 1;
     if (end == start + 1) return fault(range_fault::empty, "empty pattern", text_.substr(start, 2));
-    list.emplace_back(name_pattern{std::string(text_.substr(start + 1, end - start - 1))});
+    list.emplace_back(pattern_of(text_.substr(start + 1, end - start - 1)));
     end_item();
+  }
+
+  name_pattern pattern_of(std::string_view text) const {
+    name_pattern made{std::string(text)};
+    for (const auto& [name, if_index] : names_.all())
+      if (name == text || fnmatch(made.text.c_str(), name.c_str(), 0) == 0) made.named.push_back(if_index);
+    std::sort(made.named.begin(), made.named.end());
+    return made;
   }
 
   // An item ends at a blank or a comma.
@@ -287,19 +317,19 @@ class range_reader {
   }
 
   void missing_number(const interface_word& word) {
-    fault(range_fault::missing_number, "no number for " + std::string(word.word), rest_token());
+    fault(range_fault::missing_number, fmt::format("no number for {}", word.word), rest_token());
   }
 
   void bad_number(const interface_word& word, std::string_view token) {
-    fault(range_fault::bad_number, "not a number of " + std::string(word.word), token);
+    fault(range_fault::bad_number, fmt::format("not a number of {}", word.word), token);
   }
 
   // `token` is a part of the text; an empty one stands for the place that was reached.
   void note(range_fault kind, std::string_view reason, std::string_view token) {
     const std::size_t position = token.empty() ? at_ : static_cast<std::size_t>(token.data() - text_.data());
     range_error error{kind, position, token.size(), std::string(reason), {}};
-    if (!token.empty()) error.reason += " " + in_quotes(token);
-    error.message = error.reason + " at character " + std::to_string(position + 1);
+    if (!token.empty()) error.reason = fmt::format("{} '{}'", reason, token);
+    error.message = fmt::format("{} at character {}", error.reason, position + 1);
     reading_.errors.push_back(std::move(error));
   }
 
@@ -347,13 +377,14 @@ class range_reader {
   // What is at this place: a comma, or all up to the next comma or blank.
   std::string_view rest_token() const {
     if (!is_at_end() && text_[at_] == ',') return text_.substr(at_, 1);
-    const std::size_t end = std::min(text_.find_first_of(" \t\r\n,", at_), text_.size());
-    return text_.substr(at_, end - at_);
+    return first_item_word(text_.substr(at_));
   }
 
   std::string_view text_;
   range_scope scope_;
+  const interface_names& names_;
   std::size_t at_ = 0;
+  std::size_t item_ = 0;                         // where the current item begins
   const interface_word* word_ = nullptr;         // of numbers without a word
   std::optional<interface_number> last_number_;  // of the items since that word
   bool is_word_bad_ = false;                     // the last word names no interface
@@ -366,9 +397,9 @@ std::optional<range_error> first_error(std::string_view text, const range_readin
   if (reading.errors.empty() && rest == text.size()) return std::nullopt;
   if (!reading.errors.empty()) return reading.errors.front();
   const std::string_view token = text.substr(rest, text.find_first_of(kBlanks, rest) - rest);
-  const std::string reason = "unexpected text " + in_quotes(token);
+  const std::string reason = fmt::format("unexpected text '{}'", token);
   return range_error{range_fault::trailing_text, rest, token.size(), reason,
-                     reason + " at character " + std::to_string(rest + 1)};
+                     fmt::format("{} at character {}", reason, rest + 1)};
 }
 
 bool is_match(const name_pattern& pattern, const char* name) {
@@ -376,6 +407,7 @@ bool is_match(const name_pattern& pattern, const char* name) {
 }
 
 bool matches_name(const name_pattern& pattern, if_index_t if_index) {
+  if (std::binary_search(pattern.named.begin(), pattern.named.end(), if_index)) return true;
   char displayed[64] = {};
   if (is_match(pattern, sprintf_if_index(displayed, if_index))) return true;
   const interface_number number = number_of(if_index);
@@ -401,7 +433,11 @@ bool matches(const interface_range& range, if_index_t if_index) {
   return matches_any(range.items, if_index) && !matches_any(range.exceptions, if_index);
 }
 
-range_reading read_range(std::string_view text) { return range_reader(text, range_scope::all).read(); }
+range_reading read_range(std::string_view text, const interface_names& names) {
+  return range_reader(text, range_scope::all, names).read();
+}
+
+std::string_view first_item_word(std::string_view text) { return text.substr(0, text.find_first_of(" \t\r\n,")); }
 
 std::optional<range_error> parse_interface_range(std::string_view text, interface_range& range) {
   range_reading reading = read_range(text);
@@ -410,7 +446,7 @@ std::optional<range_error> parse_interface_range(std::string_view text, interfac
 }
 
 std::optional<range_error> parse_interface_range(std::string_view text, std::vector<interface_span>& spans) {
-  const range_reading reading = range_reader(text, range_scope::numbers).read();
+  const range_reading reading = range_reader(text, range_scope::numbers, interface_names()).read();
   const auto error = first_error(text, reading);
   for (const range_item& it : reading.range.items) spans.push_back(std::get<interface_span>(it));
   return error;

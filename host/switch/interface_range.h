@@ -2,8 +2,9 @@
 //
 //   range   := list [ "except" list ]
 //   list    := item { "," item }
-//   item    := "all" | pattern | [ word ] number [ "-" [ word ] number ]
+//   item    := "all" | name | pattern | [ word ] number [ "-" [ word ] number ]
 //   number  := slot/port[.sub] | unit/slot/port | number[.sub]
+//   name    := a name of interface_names, exactly as it is written there
 //   pattern := a text in quotes, in which * ? and [...] stand for characters of a name
 //
 // A number without a word belongs to the word before, and may be the last part alone: "1/1-4,6". "bay" and "ext" name
@@ -11,7 +12,8 @@
 // be between all parts. The number after "-" is the last part alone ("1/1-4", "1/9.10-20") or a whole number
 // ("1/1-1/4"), which may be of another slot when no sub-interface is named.
 //
-// Files name their interfaces by words and numbers alone.
+// A name comes before everything else that its characters could be in a range; in quotes it is a pattern, for names
+// with blanks and commas, or such as words of commands. Files name their interfaces by words and numbers alone.
 #pragma once
 
 #include <optional>
@@ -21,6 +23,7 @@
 #include <vector>
 
 #include "switch/interface_name.h"
+#include "switch/interface_names.h"
 
 namespace host {
 
@@ -30,9 +33,11 @@ inline constexpr std::string_view kExcept = "except";
 
 struct any_interface {};
 
-// Matches the name as it is written ("ethernet 1/1") and as it is displayed ("Ethernet1/1"), in any case.
+// Matches the name as it is written ("ethernet 1/1") and as it is displayed ("Ethernet1/1"), in any case, and other
+// names of interfaces.
 struct name_pattern {
   std::string text;
+  std::vector<if_index_t> named = {};  // the interfaces whose other names match, sorted
 };
 
 using range_item = std::variant<interface_span, name_pattern, any_interface>;
@@ -58,6 +63,7 @@ struct range_error {
 // What may be typed at the end of a text that ends within a range or with it.
 struct range_ending {
   std::size_t begun = 0;                     // where that begins which may still be completed
+  std::size_t item = 0;                      // where its item begins, which may become a name
   bool is_complete = false;                  // the range may end here
   bool begins_item = false;                  // a word of interfaces, "all" or a pattern may be typed
   bool takes_dash = false;                   // "-" and another number may follow
@@ -77,7 +83,10 @@ struct range_reading {
 };
 
 // Reads the range with which a text begins. Every bad item is an error; the others are in the range.
-range_reading read_range(std::string_view text);
+range_reading read_range(std::string_view text, const interface_names& names = interface_names());
+
+// What is in front of the next blank or comma.
+std::string_view first_item_word(std::string_view text);
 
 // Reads a text that is a range. Returns its first error.
 std::optional<range_error> parse_interface_range(std::string_view text, interface_range& range);

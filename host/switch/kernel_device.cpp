@@ -19,7 +19,9 @@ struct close_file {
 };
 using open_file = std::unique_ptr<std::FILE, close_file>;
 
-open_file kernel_table() { return open_file(std::fopen("/proc/net/dev", "re")); }
+std::FILE* open_running_table() { return std::fopen("/proc/net/dev", "re"); }
+
+open_file kernel_table() { return open_file(the_kernel_table_opener()()); }
 
 // The name before the colon of a row such as "  eth0:  100  2 ...", and what follows it; a headline has none.
 struct device_row {
@@ -72,6 +74,11 @@ device_memory* look_at(const std::string& device) {
 }
 
 }  // namespace
+
+kernel_table_opener& the_kernel_table_opener() {
+  static kernel_table_opener opener = open_running_table;
+  return opener;
+}
 
 std::optional<device_counters> read_device_counters(std::FILE* table, std::string_view device) {
   std::optional<device_counters> found;

@@ -78,6 +78,11 @@ class device_memory {
   std::vector<sample> samples_;  // of the last minute, and one that is older
 };
 
+// Opens the table of the running kernel's devices, in the form of /proc/net/dev; null when there is none. A recording
+// replaces it.
+using kernel_table_opener = std::FILE* (*)();
+kernel_table_opener& the_kernel_table_opener();
+
 // What a device of the running kernel has counted since it was cleared; nothing when there is no such device.
 std::optional<device_counters> kernel_counters(const std::string& device);
 

@@ -105,6 +105,7 @@ std::unique_ptr<table_reader> switch_source::open_table(const machine& model, ta
 }
 
 std::optional<std::vector<kernel_device>> switch_source::devices() const { return std::nullopt; }
+std::optional<kernel_system> switch_source::system() const { return std::nullopt; }
 std::optional<kernel_device> switch_source::find_device(if_index_t) const { return std::nullopt; }
 std::vector<if_index_t> switch_source::interfaces_towards(const std::string&) const { return {}; }
 

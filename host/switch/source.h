@@ -42,7 +42,16 @@ struct kernel_device {
   if_index_t if_index;
   uint32 number = 0;  // the kernel's
   name_reason reason = name_reason::device_index;
-  std::string parent = {};  // the device below, of name_reason::vlan
+  std::string parent = {};  // the device below, empty when there is none
+  std::string master = {};  // the bridge, bond or VRF that it is a port of
+  std::string type = {};    // such as "veth" or "vxlan 42 over eth1"
+  std::vector<std::string> alternative_names = {};
+};
+
+// The name and the release of a kernel.
+struct kernel_system {
+  std::string name;
+  std::string release;
 };
 
 class switch_source {
@@ -123,6 +132,9 @@ class switch_source {
 
   // The devices of the switch; nothing for a switch that is not the kernel's.
   virtual std::optional<std::vector<kernel_device>> devices() const;
+
+  // The kernel that these devices are of.
+  virtual std::optional<kernel_system> system() const;
 
   // The device of an interface.
   virtual std::optional<kernel_device> find_device(if_index_t if_index) const;

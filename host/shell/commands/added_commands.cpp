@@ -1,6 +1,7 @@
 #include "shell/commands/added_commands.h"
 
 #include <dlfcn.h>
+#include <fmt/format.h>
 #include <link.h>
 
 #include <algorithm>
@@ -34,20 +35,23 @@ struct table_reader {
   const loaded_library& library;
   std::string where{};  // "FILE: " or "FILE: 'show interface x': "
 
-  [[noreturn]] void refuse(const std::string& what) const { throw library_error(where + what + "."); }
+  template <typename... Values>
+  [[noreturn]] void refuse(fmt::format_string<Values...> what, Values&&... of) const {
+    throw library_error(fmt::format("{}{}.", where, fmt::format(what, std::forward<Values>(of)...)));
+  }
 
   // The address of the exported object or function.
   void* find(const char* name) const {
     std::string error;
     void* const found = library.find(name, error);
-    if (found == nullptr) refuse("it does not export '" + std::string(name) + "'");
+    if (found == nullptr) refuse("it does not export '{}'", name);
     return found;
   }
 
   command_handler find_handler(const char* name) const {
     void* const found = find(name);
     const ElfW(Sym)* const symbol = symbol_at(found);
-    if (symbol == nullptr || ELF64_ST_TYPE(symbol->st_info) != STT_FUNC) refuse(in_quotes(name) + " is not a function");
+    if (symbol == nullptr || ELF64_ST_TYPE(symbol->st_info) != STT_FUNC) refuse("'{}' is not a function", name);
     return reinterpret_cast<command_handler>(found);
   }
 
@@ -83,9 +87,7 @@ std::span<const pmsh_command_t> read_table(const table_reader& reader) {
   const std::size_t most = symbol->st_size / sizeof(pmsh_command_t);
   std::size_t count = 0;
   while (count < most && !is_zero(table[count])) ++count;
-  if (count > kMostCommands)
-    reader.refuse("'pmsh_commands' has " + std::to_string(count) + " commands; " + std::to_string(kMostCommands) +
-                  " is the most");
+  if (count > kMostCommands) reader.refuse("'pmsh_commands' has {} commands; {} is the most", count, kMostCommands);
   return {table, count};
 }
 
@@ -105,8 +107,8 @@ bool is_printable(std::string_view text) {
 
 // A required text.
 std::string_view read_text(const table_reader& reader, const char* text, const char* what) {
-  if (text == nullptr || text[0] == '\0') reader.refuse("it has no " + std::string(what));
-  if (!is_printable(text)) reader.refuse("its " + std::string(what) + " has control characters");
+  if (text == nullptr || text[0] == '\0') reader.refuse("it has no {}", what);
+  if (!is_printable(text)) reader.refuse("its {} has control characters", what);
   return text;
 }
 
@@ -117,7 +119,7 @@ void read_words_with_help(const table_reader& reader, const pmsh_word_t* words) 
     if (i == kMostRows) reader.refuse("its list of words has no end");
     const std::string_view help = read_text(reader, words[i].help, "help of a word");
     if (!is_of(words[i].word, kWordLetters))
-      reader.refuse("it has help for " + in_quotes(words[i].word) + ", which is not a word in lower case");
+      reader.refuse("it has help for '{}', which is not a word in lower case", words[i].word);
     if (help_of_word(words[i].word).empty()) add_word(words[i].word, help);
   }
 }
@@ -128,18 +130,17 @@ bool is_argument(std::string_view word) {
 }
 
 void check_word(const table_reader& reader, std::string_view word) {
-  if (word.starts_with('[') != word.ends_with(']')) reader.refuse(in_quotes(word) + " lacks a bracket");
+  if (word.starts_with('[') != word.ends_with(']')) reader.refuse("'{}' lacks a bracket", word);
   if (word.starts_with('[')) word = word.substr(1, word.size() - 2);
   if (is_argument(word)) return;
-  if (!is_of(word, kWordLetters))
-    reader.refuse(in_quotes(word) + " is neither a word in lower case nor a known argument");
-  if (help_of_word(word).empty()) reader.refuse("the word " + in_quotes(word) + " has no help");
+  if (!is_of(word, kWordLetters)) reader.refuse("'{}' is neither a word in lower case nor a known argument", word);
+  if (help_of_word(word).empty()) reader.refuse("the word '{}' has no help", word);
 }
 
 std::string_view read_syntax(const table_reader& reader, const pmsh_command_t& entry) {
   const std::string_view words = read_text(reader, entry.words, "words");
   const auto parts = split_words(words);
-  if (parts.size() > kMaxSyntaxWords) reader.refuse("it has more than " + std::to_string(kMaxSyntaxWords) + " words");
+  if (parts.size() > kMaxSyntaxWords) reader.refuse("it has more than {} words", kMaxSyntaxWords);
   if (parts.empty() || parts.front().text != "show") reader.refuse("it does not begin with 'show'");
   std::vector<std::string_view> texts;
   for (const word_token& part : parts) {
@@ -164,11 +165,7 @@ std::vector<if_index_type_t> read_kinds(const table_reader& reader, interface_ma
     const bool is_new = std::find(types.begin(), types.end(), kind.type) == types.end();
     if ((kinds & kind.mask) != 0 && is_new) types.push_back(kind.type);
   }
-  if ((kinds & ~known) != 0) {
-    char bits[32];
-    std::snprintf(bits, sizeof bits, "0x%llx", static_cast<unsigned long long>(kinds & ~known));
-    reader.refuse("its kinds " + std::string(bits) + " are not kinds of interface");
-  }
+  if ((kinds & ~known) != 0) reader.refuse("its kinds {:#x} are not kinds of interface", kinds & ~known);
   if (types.empty()) reader.refuse("it takes a RANGE, but has no kinds of interface");
   return types;
 }
@@ -209,13 +206,13 @@ std::string title_of(std::string_view key) {
 
 added_field read_field(const table_reader& reader, const pmsh_field_t& row) {
   const std::string_view key = row.key;
-  if (!is_of(key, kKeyLetters)) reader.refuse("the key " + in_quotes(key) + " is not in lower case with underscores");
+  if (!is_of(key, kKeyLetters)) reader.refuse("the key '{}' is not in lower case with underscores", key);
   const auto* const form = std::find_if(std::begin(kForms), std::end(kForms),
                                         [&row](const field_form& known) { return known.type == row.type; });
-  if (form == std::end(kForms)) reader.refuse("the type of the field " + in_quotes(key) + " is unknown");
+  if (form == std::end(kForms)) reader.refuse("the type of the field '{}' is unknown", key);
   const auto code = static_cast<uint8>(row.tuple >> 24);
   if (std::find(form->codes.begin(), form->codes.end(), code) == form->codes.end())
-    reader.refuse("the type code of the tuple id of " + in_quotes(key) + " does not fit its type");
+    reader.refuse("the type code of the tuple id of '{}' does not fit its type", key);
   added_field read{row.tuple, {property::none, row.key, form->form}};
   read.described.title = keep(title_of(key));
   if (row.unit != nullptr) read.described.unit = read_text(reader, row.unit, "unit");
@@ -232,7 +229,7 @@ std::vector<added_field> read_fields(const table_reader& reader, const pmsh_fiel
       const field& last = fields.back().described;
       return other.described.name == last.name && other.described.type != last.type;
     });
-    if (contradicts) reader.refuse("the field " + in_quotes(fields.back().described.name) + " has two types");
+    if (contradicts) reader.refuse("the field '{}' has two types", fields.back().described.name);
   }
   if (fields.empty()) reader.refuse("its display has no fields");
   return fields;
@@ -246,14 +243,14 @@ display read_display(const table_reader& reader, const pmsh_command_t& entry, bo
   if (entry.display == nullptr) return kSentences;
   const std::string_view name = entry.display;
   if (!is_of(name, kKeyLetters) || name.starts_with("value_"))
-    reader.refuse("the name of its display " + in_quotes(name) + " is not in lower case with underscores");
+    reader.refuse("the name of its display '{}' is not in lower case with underscores", name);
   if (std::find(std::begin(kOfDocuments), std::end(kOfDocuments), name) != std::end(kOfDocuments))
-    reader.refuse("every document has a member " + in_quotes(name) + "; its display needs another name");
+    reader.refuse("every document has a member '{}'; its display needs another name", name);
   for (const command& other : all_commands())
-    if (other.shown.name == name) reader.refuse("the display " + in_quotes(name) + " exists already");
+    if (other.shown.name == name) reader.refuse("the display '{}' exists already", name);
   std::string error;
   const display_bit bit = add_display(read_fields(reader, entry.fields), error);
-  if (bit == kNoDisplay) reader.refuse(error);
+  if (bit == kNoDisplay) reader.refuse("{}", error);
   if ((entry.flags & PMSH_LIST) != 0) return {bit, {}, name, false, false, name, true};
   return {bit, is_about_interfaces ? std::string_view() : name, name};
 }
@@ -312,7 +309,7 @@ void replace_kinds(const table_reader& reader, const pmsh_command_t& entry, std:
   const auto [first, last] = owners().equal_range(words);
   for (auto other = first; other != last; ++other)
     if ((other->second.kinds & entry.kinds) != 0)
-      reader.refuse("some of its kinds are shown by " + other->second.file + " already");
+      reader.refuse("some of its kinds are shown by {} already", other->second.file);
   owners().insert({existing->syntax.text, {entry.kinds, only_structured, reader.library.file()}});
   provide_kinds({existing->view, entry.kinds, only_structured, handler});
 }
@@ -327,8 +324,7 @@ void add_new_command(const table_reader& reader, const pmsh_command_t& entry, st
   const command_syntax syntax(words);
   if (const command* const rival = find_rival(syntax); rival != nullptr) {
     const auto other = owners().find(rival->syntax.text);
-    reader.refuse("there is such a command already" +
-                  (other == owners().end() ? std::string(", of the shell") : ", of " + other->second.file));
+    reader.refuse("there is such a command already, of {}", other == owners().end() ? "the shell" : other->second.file);
   }
   const bool is_about_interfaces = num_ranges(syntax) != 0;
   if (is_about_interfaces && (entry.flags & PMSH_LIST) != 0) reader.refuse("PMSH_LIST is for commands without RANGE");
@@ -355,7 +351,7 @@ void add_entry(table_reader& reader, const pmsh_command_t& entry) {
   constexpr uint32 kKnownFlags = PMSH_REPLACES | PMSH_STRUCTURED_ONLY | PMSH_LIST | PMSH_NO_SUB_INTERFACES;
   if ((entry.flags & ~kKnownFlags) != 0) reader.refuse("its flags are unknown");
   const command_handler handler = reader.find_handler(read_text(reader, entry.handler, "handler").data());
-  name_added_handler(handler, std::string(entry.handler) + " of " + reader.library.file());
+  name_added_handler(handler, fmt::format("{} of {}", entry.handler, reader.library.file()));
   const bool has_list = (entry.flags & PMSH_LIST) != 0;
   if (has_list && (entry.flags != PMSH_LIST || entry.display == nullptr))
     reader.refuse("PMSH_LIST needs a display and excludes other flags");
@@ -372,7 +368,7 @@ void add_entry(table_reader& reader, const pmsh_command_t& entry) {
 void read_library(const std::string& file) {
   std::error_code none;
   if (std::filesystem::exists(file, none) && !std::filesystem::is_regular_file(file, none))
-    throw library_error(file + ": it is not a file.");
+    throw library_error(fmt::format("{}: it is not a file.", file));
   // The loader searches its own directories for a name without a slash.
   const std::string path = file.find('/') == std::string::npos ? "./" + file : file;
   static std::deque<loaded_library> libraries;
@@ -383,8 +379,8 @@ void read_library(const std::string& file) {
   for (const pmsh_command_t& entry : read_table(reader)) {
     ++number;
     const bool has_words = entry.words != nullptr && is_printable(entry.words);
-    reader.where = file + ": " +
-                   (has_words ? in_quotes(entry.words) : "command " + std::to_string(number) + " of its table") + ": ";
+    reader.where = has_words ? fmt::format("{}: '{}': ", file, entry.words)
+                             : fmt::format("{}: command {} of its table: ", file, number);
     add_entry(reader, entry);
   }
 }

@@ -1,4 +1,6 @@
 // Lists of commands.
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <string>
 
@@ -9,12 +11,6 @@
 namespace host {
 namespace {
 
-std::string padded(std::string_view text, std::size_t width) {
-  std::string cell(text);
-  cell.resize(std::max(width, text.size() + 1), ' ');
-  return cell;
-}
-
 constexpr std::size_t kHelpWidth = 28;
 
 // The chosen commands with their help, a line for each. Returns false when there is none.
@@ -24,7 +20,7 @@ bool list_commands(const invocation& run, IsChosen is_chosen) {
   for (const command& entry : all_commands())
     if (is_chosen(entry)) width = std::max({width, kHelpWidth, entry.syntax.text.size() + 2});
   for (const command& entry : all_commands())
-    if (is_chosen(entry)) run.output.text("  " + padded(entry.syntax.text, width) + std::string(entry.help) + "\n");
+    if (is_chosen(entry)) run.output.text(fmt::format("  {:{}}{}\n", entry.syntax.text, width, entry.help));
   return width > 0;
 }
 
@@ -36,8 +32,8 @@ int help(const invocation& run) {
       "A RANGE looks like 'ethernet 1/1-4, 1/7', 'all except mgmt 0' or '\"e*1/[1-3]\"'. Output goes through any "
       "number of\n");
   for (const pipe_word& word : kPipeWords) {
-    const std::string written = "| " + std::string(word.word) + std::string(syntax_of(word.argument));
-    run.output.text("  " + padded(written, kHelpWidth) + std::string(word.help) + "\n");
+    const std::string written = fmt::format("| {}{}", word.word, syntax_of(word.argument));
+    run.output.text(fmt::format("  {:{}} {}\n", written, kHelpWidth - 1, word.help));
   }
   return kDone;
 }
@@ -48,7 +44,7 @@ int find_commands(const invocation& run) {
     return contains_ignoring_case(entry.syntax.text, part) || contains_ignoring_case(entry.help, part);
   });
   if (is_found) return kDone;
-  run.output.complain("no command has " + in_quotes(part) + " in its words or its help.");
+  run.output.complain(fmt::format("no command has '{}' in its words or its help.", part));
   return kUsage;
 }
 

@@ -16,6 +16,7 @@ namespace host {
 struct command_line {
   const command* what = nullptr;    // null: an empty line
   const command* before = nullptr;  // that runs it, such as "watch INTERVAL"; null: the session does
+  std::string_view written;         // the whole line as it was typed
   std::string text;                 // with all words in full, without pipes, "do" and "watch INTERVAL"
   std::string written_range;        // empty: none
   interface_range range;

@@ -1,5 +1,7 @@
 #include "shell/grammar/mistakes.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "base/text.h"
@@ -24,9 +26,7 @@ std::vector<std::string_view> expected_words(const std::vector<position>& positi
 }
 
 std::string type_help(std::string_view in_front) {
-  std::string text = "Type '";
-  if (!in_front.empty()) text.append(in_front).append(" ");
-  return text + "?' for the list.";
+  return fmt::format("Type '{}{}?' for the list.", in_front, in_front.empty() ? "" : " ");
 }
 
 bool expects_vlans(const std::vector<position>& positions) {
@@ -39,8 +39,9 @@ bool expects_vlans(const std::vector<position>& positions) {
 // What to do when a command that cannot be watched follows "watch INTERVAL"; empty when none does.
 std::string hint_of_watch(const reading_state& state, std::string_view word) {
   if (!state.line.every || state.path.size() > state.words_in_front) return {};
-  if (readings(all_positions(state.mode), word).empty()) return {};
-  return in_quotes(word) + " cannot be watched: only show commands can. " + type_help(join(state.path, " ") + " show");
+  if (readings(all_positions(state.mode), word, state.names).empty()) return {};
+  return fmt::format("'{}' cannot be watched: only show commands can. {}", word,
+                     type_help(join(state.path, " ") + " show"));
 }
 
 // What to do when a line begins with words of another mode; empty when it does not.
@@ -48,7 +49,7 @@ std::string hint_of_mode(const std::vector<std::string_view>& words, shell_mode 
   const auto begins_line_in = [&words](shell_mode other) {
     std::vector<position> positions = all_positions(other);
     return std::all_of(words.begin(), words.end(), [&positions](std::string_view word) {
-      std::vector<step> steps = readings(positions, word);
+      std::vector<step> steps = readings(positions, word, interface_names());
       prefer_exact(steps, word);
       positions.clear();
       for (const step& reading : steps) positions.push_back(reading.to);
@@ -57,10 +58,10 @@ std::string hint_of_mode(const std::vector<std::string_view>& words, shell_mode 
   };
   const std::string line = join(words, " ");
   if (mode == kExecMode && begins_line_in(kConfigureMode))
-    return in_quotes(line) + " belongs to the configuration. Type 'configure' first.";
+    return fmt::format("'{}' belongs to the configuration. Type 'configure' first.", line);
   if (mode != kInterfaceMode && begins_line_in(kInterfaceMode))
-    return in_quotes(line) + " is a setting of interfaces. Type '" +
-           (mode == kExecMode ? "configure' and then 'interface RANGE' first." : "interface RANGE' first.");
+    return fmt::format("'{}' is a setting of interfaces. Type {}'interface RANGE' first.", line,
+                       mode == kExecMode ? "'configure' and then " : "");
   return {};
 }
 
@@ -70,23 +71,19 @@ std::string_view likely_word(std::string_view written, const std::vector<std::st
   return closest_word(written, known, std::min<std::size_t>(2, (written.size() + 1) / 2));
 }
 
-std::string bounds_of(const number_argument& number) {
-  return std::to_string(number.lowest) + " to " + std::to_string(number.highest);
-}
+std::string bounds_of(const number_argument& number) { return fmt::format("{} to {}", number.lowest, number.highest); }
 
 std::string unknown_word(const reading_state& state, std::string_view word) {
   const std::string before = join(state.path, " ");
   if (const number_argument* const number = expected_number(state.positions))
-    return "expected a number from " + bounds_of(*number) + " for " + std::string(number->name) + ", not " +
-           in_quotes(word) + ".";
+    return fmt::format("expected a number from {} for {}, not '{}'.", bounds_of(*number), number->name, word);
   std::vector<std::string_view> expected = expected_words(state.positions);
-  if (expects_vlans(state.positions)) return in_quotes(word) + " is not a list of VLANs such as 1-10,20.";
-  if (expected.empty()) return "unexpected " + in_quotes(word) + " after " + in_quotes(before) + ".";
+  if (expects_vlans(state.positions)) return fmt::format("'{}' is not a list of VLANs such as 1-10,20.", word);
+  if (expected.empty()) return fmt::format("unexpected '{}' after '{}'.", word, before);
   if (state.takes_except) expected.push_back(kExcept);
   const std::string_view meant = likely_word(word, expected);
-  std::string text = "unknown word " + in_quotes(word);
-  if (!meant.empty()) text += ": did you mean " + in_quotes(meant) + "?";
-  return text + (meant.empty() ? ". " : " ") + type_help(before);
+  if (meant.empty()) return fmt::format("unknown word '{}'. {}", word, type_help(before));
+  return fmt::format("unknown word '{}': did you mean '{}'? {}", word, meant, type_help(before));
 }
 
 std::string unreadable_word(const reading_state& state, std::string_view word) {
@@ -99,14 +96,13 @@ std::string unreadable_word(const reading_state& state, std::string_view word) {
 }
 
 std::string ambiguous_word(std::string_view word, const std::vector<std::string_view>& meanings) {
-  return "ambiguous word " + in_quotes(word) + ": " + join(meanings, ", ") + ". Type one more letter.";
+  return fmt::format("ambiguous word '{}': {}. Type one more letter.", word, fmt::join(meanings, ", "));
 }
 
 std::string bad_range(const std::vector<range_error>& errors, std::size_t start) {
   std::string text;
   for (const range_error& it : errors)
-    text.append(text.empty() ? "" : "; ")
-        .append("column " + std::to_string(start + it.position + 1) + ": " + it.reason);
+    text += fmt::format("{}column {}: {}", text.empty() ? "" : "; ", start + it.position + 1, it.reason);
   return text + ". A range looks like 'ethernet 1/1-4, 1/7'.";
 }
 
@@ -114,7 +110,8 @@ std::string incomplete_command(const reading_state& state) {
   const std::string path = join(state.path, " ");
   if (path.empty()) return "no command before '|'. " + type_help({});
   const bool lacks_number = state.ending && !state.ending->is_complete;
-  return (lacks_number ? "a number is missing after '" : "incomplete command '") + path + "'. " + type_help(path);
+  return fmt::format("{} '{}'. {}", lacks_number ? "a number is missing after" : "incomplete command", path,
+                     type_help(path));
 }
 
 }  // namespace host

@@ -13,7 +13,8 @@ namespace host {
 namespace {
 
 // The names of what a range may begin with that a word names or abbreviates.
-std::vector<std::string_view> beginnings_of_range(std::string_view word) {
+std::vector<std::string_view> beginnings_of_range(std::string_view word, const interface_names& names) {
+  if (const std::string_view name = first_item_word(word); names.find(name)) return {name};
   if (word.front() == '"' || word.front() == '\'') return {word};
   const std::string_view letters = word.substr(0, word.find_first_of("0123456789/,"));
   if (letters.empty()) return {};
@@ -95,13 +96,14 @@ const number_argument& number_argument_of(const syntax_word& word) {
                        [&word](const number_argument& known) { return known.name == word.text; });
 }
 
-std::vector<step> readings(const std::vector<position>& positions, std::string_view word) {
+std::vector<step> readings(const std::vector<position>& positions, std::string_view word,
+                           const interface_names& names) {
   std::vector<step> steps;
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
       if (expected.kind == syntax_kind::range) {
-        for (const std::string_view name : beginnings_of_range(word))
-          steps.push_back({name, {at.what, index + 1, at.number}, true});
+        for (const std::string_view name : beginnings_of_range(word, names))
+          steps.push_back({name, {at.what, index + 1, at.number}, true, {}, names.find(name).has_value()});
       } else if (expected.kind == syntax_kind::number) {
         if (const auto number = read_number(number_argument_of(expected), word))
           steps.push_back({word, {at.what, index + 1, number}});
@@ -118,8 +120,10 @@ void prefer_exact(std::vector<step>& steps, std::string_view word) {
   const auto is_exact = [word](const step& reading) {
     return reading.name.size() == word.size() && starts_with_ignoring_case(reading.name, word);
   };
-  if (std::any_of(steps.begin(), steps.end(), is_exact))
-    steps.erase(std::remove_if(steps.begin(), steps.end(), std::not_fn(is_exact)), steps.end());
+  if (std::none_of(steps.begin(), steps.end(), is_exact)) return;
+  std::erase_if(steps, std::not_fn(is_exact));
+  const auto is_name = [](const step& reading) { return reading.is_name; };
+  if (!std::all_of(steps.begin(), steps.end(), is_name)) std::erase_if(steps, is_name);
 }
 
 std::vector<std::string_view> names_of(const std::vector<step>& steps) {
@@ -167,51 +171,53 @@ bool is_of_end(const range_error& error, std::size_t end, bool is_being_typed) {
 }
 
 // Reads a range from its first word on.
-std::size_t read_range_of(reading_state& state, std::string_view line, std::span<const word_token> words) {
-  state.range_start = words.front().start;
-  const std::string_view text = line.substr(state.range_start);
-  range_reading reading = read_range(text);
+bool read_range_of(reading_state& state) {
+  state.range_start = state.left.front().start;
+  const std::string_view text = state.text.substr(state.range_start);
+  range_reading reading = read_range(text, state.names);
   const bool is_open =
       reading.errors.size() == 1 && is_of_end(reading.errors.front(), text.size(), state.is_being_typed);
   if (!reading.errors.empty() && !is_open) {
     state.error = bad_range(reading.errors, state.range_start);
-    return 0;
+    return false;
   }
   if (reading.end == text.size()) state.ending = reading.ending;
-  const auto taken = std::count_if(words.begin(), words.end(),
-                                   [&](const word_token& it) { return it.start < state.range_start + reading.end; });
+  const auto after = std::find_if(state.left.begin(), state.left.end(),
+                                  [&](const word_token& it) { return it.start >= state.range_start + reading.end; });
   const std::string_view written = trim(text.substr(0, reading.end));
   const std::size_t first = state.path.size();
   if (written.find_first_of("\"'") != std::string_view::npos) {
     state.path.push_back(written);  // with the blanks of its patterns
   } else {
-    for (const word_token& it : words.first(static_cast<std::size_t>(taken))) state.path.push_back(it.text);
+    for (const word_token& it : std::span(state.left.begin(), after)) state.path.push_back(it.text);
   }
   state.takes_except = !is_open && reading.range.exceptions.empty();
   state.line.range = std::move(reading.range);
   state.line.written_range = join({state.path.begin() + static_cast<std::ptrdiff_t>(first), state.path.end()}, " ");
-  return static_cast<std::size_t>(taken);
+  state.left = {after, state.left.end()};
+  return true;
 }
 
 }  // namespace
 
-std::size_t read_next(reading_state& state, std::string_view line, std::span<const word_token> words) {
-  const std::string_view word = words.front().text;
-  std::vector<step> steps = readings(state.positions, word);
+bool read_next(reading_state& state) {
+  const std::string_view word = state.left.front().text;
+  std::vector<step> steps = readings(state.positions, word, state.names);
   prefer_exact(steps, word);
   const std::vector<std::string_view> names = names_of(steps);
   if (names.size() != 1) {
     state.error = names.empty() ? unreadable_word(state, word) : ambiguous_word(word, names);
-    return 0;
+    return false;
   }
   keep_argument(steps.front(), word, state.line);
   state.positions.clear();
   for (const step& reading : steps) state.positions.push_back(reading.to);
   state.takes_except = false;
-  if (steps.front().begins_range) return read_range_of(state, line, words);
+  if (steps.front().begins_range) return read_range_of(state);
   state.path.push_back(names.front());
   begin_command_behind(state);
-  return 1;
+  state.left = state.left.subspan(1);
+  return true;
 }
 
 }  // namespace host

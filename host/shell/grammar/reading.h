@@ -8,9 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "base/tokens.h"
 #include "shell/grammar/command_line.h"
-#include "shell/grammar/words.h"
+#include "shell/grammar/cut_line.h"
 #include "switch/interface_range.h"
 
 namespace host {
@@ -45,12 +44,14 @@ struct step {
   position to;
   bool begins_range = false;          // of interfaces, which may have more words
   std::vector<vlan_span> vlans = {};  // that the word is
+  bool is_name = false;               // of an interface, beside its word and number
 };
 
 // Every way in which a word can be read at these positions.
-std::vector<step> readings(const std::vector<position>& positions, std::string_view word);
+std::vector<step> readings(const std::vector<position>& positions, std::string_view word, const interface_names& names);
 
-// Only the readings of a word that is written in full, when there are any.
+// Only the readings of a word that is written in full, when there are any: a word of the syntax before the name of an
+// interface.
 void prefer_exact(std::vector<step>& steps, std::string_view word);
 
 std::vector<std::string_view> names_of(const std::vector<step>& steps);
@@ -62,9 +63,18 @@ const number_argument* expected_number(const std::vector<position>& positions);
 bool takes_text(const std::vector<position>& positions);
 
 struct reading_state {
-  explicit reading_state(shell_mode typed_in, bool is_typed = false)
-      : mode(typed_in), is_being_typed(is_typed), positions(all_positions(typed_in)) {}
+  // The command of a line, which it reads; that and the names must outlive this.
+  reading_state(const line_part& command, shell_mode typed_in, const interface_names& known, bool is_typed = false)
+      : text(command.text),
+        left(command.words),
+        names(known),
+        mode(typed_in),
+        is_being_typed(is_typed),
+        positions(all_positions(typed_in)) {}
 
+  std::string_view text;
+  std::span<const word_token> left;  // to be read
+  const interface_names& names;
   shell_mode mode;
   bool is_being_typed;  // what is not complete at the end of the line is no error
   std::vector<position> positions;
@@ -77,9 +87,8 @@ struct reading_state {
   std::string error;
 };
 
-// Reads the next word, or all words of the range that begins with it. `line` is the whole of the words. Returns how
-// many were read; 0, with the reason in `error`, when the first fits nowhere or in too many ways, or the range is
-// wrong.
-std::size_t read_next(reading_state& state, std::string_view line, std::span<const word_token> words);
+// Reads the next word, or all words of the range that begins with it. False, with the reason in `error`, when it fits
+// nowhere or in too many ways, or the range is wrong.
+bool read_next(reading_state& state);
 
 }  // namespace host

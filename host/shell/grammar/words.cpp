@@ -1,5 +1,7 @@
 #include "shell/grammar/words.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
 #include <iterator>
@@ -46,11 +48,6 @@ std::size_t read_escape(std::string_view escape, std::string& to) {
 
 }  // namespace
 
-bool is_comment(std::string_view line) {
-  const std::string_view text = trim(line);
-  return text.starts_with('!') || text.starts_with('#');
-}
-
 std::string text_argument(std::string_view text) {
   std::string shown;
   append_printable(shown, text);
@@ -86,7 +83,7 @@ std::optional<std::string> read_text_argument(std::string_view written, std::str
   for (std::size_t i = 1; i < written.size(); ++i) {
     if (written[i] == '"') {
       if (i + 1 == written.size()) return text;
-      error = "unexpected " + in_quotes(written.substr(i + 1)) + " after the text in quotes.";
+      error = fmt::format("unexpected '{}' after the text in quotes.", written.substr(i + 1));
       return std::nullopt;
     }
     if (written[i] != '\\') {
@@ -96,8 +93,7 @@ std::optional<std::string> read_text_argument(std::string_view written, std::str
     const std::string_view escape = written.substr(i + 1);
     const std::size_t length = read_escape(escape, text);
     if (length == 0) {
-      error =
-          in_quotes("\\" + std::string(escape.substr(0, 1))) + " is not an escape: expected one of " + escapes() + ".";
+      error = fmt::format("'\\{}' is not an escape: expected one of {}.", escape.substr(0, 1), escapes());
       return std::nullopt;
     }
     i += length;

@@ -1,4 +1,4 @@
-// What lines of commands are made of: comments and texts.
+// Texts as arguments of commands.
 #pragma once
 
 #include <cstddef>
@@ -7,9 +7,6 @@
 #include <string_view>
 
 namespace host {
-
-// Whether a line is a comment: it begins with "!" or "#".
-bool is_comment(std::string_view line);
 
 // A text as the argument of a command. It reads as the same bytes, on one line, whatever they are but zero: what could
 // be read otherwise, or is not printable, is in double quotes, with the escapes of C.

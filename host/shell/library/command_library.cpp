@@ -1,6 +1,7 @@
 #include "shell/library/command_library.h"
 
 #include <dlfcn.h>
+#include <fmt/format.h>
 #include <link.h>
 
 #include <algorithm>
@@ -50,7 +51,7 @@ class function_finder {
   void find(const char* name, Function& function) const {
     std::string error;
     function = reinterpret_cast<Function>(library_.find(name, error));
-    if (function == nullptr) throw library_error(library_.file() + " has no " + name + ": " + error);
+    if (function == nullptr) throw library_error(fmt::format("{} has no {}: {}", library_.file(), name, error));
   }
 
  private:
@@ -102,9 +103,9 @@ bool is_cut(const std::string& file) {
 }  // namespace
 
 loaded_library::loaded_library(const std::string& file, binding when) : file_(file) {
-  if (when == binding::at_once && is_cut(file)) throw library_error(file + ": the file is cut off.");
+  if (when == binding::at_once && is_cut(file)) throw library_error(fmt::format("{}: the file is cut off.", file));
   handle_ = dlopen(file.c_str(), (when == binding::lazy ? RTLD_LAZY : RTLD_NOW) | RTLD_LOCAL);
-  if (handle_ == nullptr) throw library_error("cannot load the command library: " + loader_error());
+  if (handle_ == nullptr) throw library_error(fmt::format("cannot load the command library: {}", loader_error()));
 }
 
 void* loaded_library::find(const char* name, std::string& error) const {

@@ -5,6 +5,7 @@
 
 #include "platform/port_manager.h"
 #include "platform/wire.h"
+#include "shell/library/command_queue.h"
 
 namespace host {
 namespace {
@@ -67,6 +68,19 @@ std::optional<std::vector<if_index_t>> list_word(mts_q_handle_t q, const interfa
   }
   sort_naturally(interfaces);
   return interfaces;
+}
+
+std::optional<std::vector<written_number>> existing_numbers(const interface_word& word) {
+  const command_queue q;
+  const auto interfaces = list_word(q.handle, word);
+  if (!interfaces) return std::nullopt;
+  std::vector<written_number> numbers;
+  for (const if_index_t if_index : *interfaces) {
+    const interface_number number = number_of(if_index);
+    if (number.family == word.family)
+      numbers.push_back({number, interface_text(word, number).substr(word.word.size() + 1)});
+  }
+  return numbers;
 }
 
 }  // namespace host

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "platform/if_index.h"
@@ -24,5 +25,14 @@ void sort_naturally(std::vector<if_index_t>& interfaces);
 
 // All interfaces of a word, in natural order.
 std::optional<std::vector<if_index_t>> list_word(mts_q_handle_t q, const interface_word& word);
+
+// A number that may be typed after the word of an interface, and how it is written.
+struct written_number {
+  interface_number number;
+  std::string text;
+};
+
+// The numbers of all interfaces of a word; nothing when the port manager does not answer.
+std::optional<std::vector<written_number>> existing_numbers(const interface_word& word);
 
 }  // namespace host

@@ -1,5 +1,7 @@
 #include "shell/library/selection.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
@@ -196,7 +198,7 @@ void take_out(const expanded_items& exceptions, expanded_items& items) {
 }
 
 selection no_such(const std::string& missing) {
-  return {kNoSuchInterface, "no such interface: " + missing + ". Type 'show interface ?' for the kinds.", {}};
+  return {kNoSuchInterface, fmt::format("no such interface: {}. Type 'show interface ?' for the kinds.", missing), {}};
 }
 
 // What the port manager verifies of a kind: the first and the last interface of it in each span, and the runs of what
@@ -228,8 +230,8 @@ int refusal(int32 result, const command_parameters& parameters, std::span<const 
             std::string& complaint) {
   if (const syserr_t error = creation_error_of(parameters.queue()); error != 0) {
     const char* const reason = syserr2str(error);
-    complaint = (parameters.is_no() ? "cannot delete " : "cannot create ") + text_of(block) + ": " +
-                (reason == nullptr ? "unknown error" : reason) + ".";
+    complaint = fmt::format("cannot {} {}: {}.", parameters.is_no() ? "delete" : "create", text_of(block),
+                            reason == nullptr ? "unknown error" : reason);
     return error == kPortStatusNoRight ? kNotPermitted : kServiceFailed;
   }
   if (result == PM_CLI_FAILED) return kServiceFailed;
@@ -282,13 +284,15 @@ bool hide(command_parameters& command, expanded_items& items) {
 
 std::string forbidden(const host::user& user, const interfaces& hidden) {
   constexpr std::size_t kNamed = 8;
-  std::string text = "not permitted: user '" + user.name + "' may not see ";
+  std::string names;
   for (std::size_t i = 0; i < std::min(kNamed, hidden.size()); ++i) {
     char name[64];
-    text.append(i == 0 ? "" : ", ").append(sprintf_if_index(name, hidden[i]));
+    names.append(i == 0 ? "" : ", ").append(sprintf_if_index(name, hidden[i]));
   }
-  if (hidden.size() > kNamed) text += ", ... (" + std::to_string(hidden.size()) + ")";
-  return text + ". Omit the range to show every interface that this user may see.";
+  if (hidden.size() > kNamed) names += fmt::format(", ... ({})", hidden.size());
+  return fmt::format(
+      "not permitted: user '{}' may not see {}. Omit the range to show every interface that this user may see.",
+      user.name, names);
 }
 
 void check_vsans(command_parameters& command, selection& chosen) {
@@ -482,7 +486,7 @@ selection select_named(command_parameters& command, const interface_range& range
   if (missing.empty()) return chosen;
   if (chosen.code != kDone) return no_such(missing);
   chosen.has_absent_ends = true;
-  chosen.complaint = "no such interface: " + missing + ". The others are shown.";
+  chosen.complaint = fmt::format("no such interface: {}. The others are shown.", missing);
   return chosen;
 }
 

@@ -1,5 +1,7 @@
 #include "shell/output/table_pipes.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
@@ -79,14 +81,14 @@ std::string find_in_tables(const std::vector<const line_table*>& tables, std::st
     if (columns.size() > 1) {
       std::vector<std::string_view> meant;
       for (const std::size_t column : columns) meant.push_back(table->columns[column]);
-      return "ambiguous column " + in_quotes(name) + ": " + join(meant, ", ") + ".";
+      return fmt::format("ambiguous column '{}': {}.", name, fmt::join(meant, ", "));
     }
     if (columns.size() == 1) found.emplace_back(table, columns.front());
     for (const std::string& title : table->columns)
       if (std::find(known.begin(), known.end(), title) == known.end()) known.push_back(title);
   }
   if (!found.empty()) return {};
-  return "unknown column " + in_quotes(name) + ". The columns are " + join(known, ", ") + ".";
+  return fmt::format("unknown column '{}'. The columns are {}.", name, fmt::join(known, ", "));
 }
 
 // ---- Stages that need all lines
@@ -343,7 +345,7 @@ std::unique_ptr<line_filters::stage> make_sort_stage(std::string_view column) {
 }
 
 std::string no_table_fault(std::string_view pipe) {
-  return "'| " + std::string(pipe) + "' works on tables, and this output has none. Use '| include' for lines.";
+  return fmt::format("'| {}' works on tables, and this output has none. Use '| include' for lines.", pipe);
 }
 
 }  // namespace host

@@ -1,4 +1,6 @@
 // Records of the ranges that failed: the functions of platform/cmd_channel.h for them.
+#include <fmt/format.h>
+
 #include <cstdio>
 #include <new>
 #include <string>
@@ -32,8 +34,8 @@ std::string text_of(const if_index_range_t& range) {
   std::string text = sprintf_if_index(name, range.low);
   if (range.high == range.low) return text;
   const host::interface_number low = host::number_of(range.low), high = host::number_of(range.high);
-  return text + "-" +
-         (differ_in_port_alone(low, high) ? std::to_string(high.port) : sprintf_if_index(name, range.high));
+  if (differ_in_port_alone(low, high)) return fmt::format("{}-{}", text, high.port);
+  return fmt::format("{}-{}", text, sprintf_if_index(name, range.high));
 }
 
 // Consecutive ranges become one.

@@ -1,5 +1,7 @@
 #include "shell/session/candidate.h"
 
+#include <fmt/format.h>
+
 #include <optional>
 #include <string>
 #include <utility>
@@ -63,22 +65,18 @@ void leave_interfaces_lost_to_user(shell& session) {
   leave_lost_interfaces(session);
 }
 
-bool is_for_candidate(const command_line& line) {
-  return line.what->effect == command_effect::settings || line.what->effect == command_effect::shows_settings;
-}
-
 bool may_leave_candidate(shell& session) {
   if (session.edited == nullptr || is_of_file_within(session)) return true;
   if (has_changes(session)) {
     if (!confirm("The candidate has changes that are not committed. Discard them? (y/n) [n] ")) return false;
-    if (command_output* const output = command_output::running()) output->text("The" + std::string(kDiscarded) + "\n");
+    if (command_output* const output = command_output::running()) output->text(fmt::format("The{}\n", kDiscarded));
   }
   session.edited.reset();
   return true;
 }
 
 void end_candidate(shell& session) {
-  if (has_changes(session)) print_error("the" + std::string(kDiscarded));
+  if (has_changes(session)) print_error(fmt::format("the{}", kDiscarded));
   session.edited.reset();
 }
 

@@ -10,7 +10,6 @@
 
 namespace host {
 
-struct command_line;
 struct shell;
 
 // A copy of the machine that takes settings until they are committed.
@@ -52,10 +51,6 @@ class candidate {
 // leave_lost_interfaces() of the candidate when there is one, otherwise of the machine. Not to be called in a trial of
 // the candidate.
 void leave_interfaces_lost_to_user(shell& session);
-
-// Whether a command applies to the candidate, when there is one: settings, creations and deletions, and commands that
-// undo or list them. All others apply to the machine.
-bool is_for_candidate(const command_line& line);
 
 // The configuration or the shell is left. False when the candidate has uncommitted changes and the user answers not to
 // discard them. Without a terminal they are discarded. `configure` in a file that a candidate reads neither begins nor

@@ -1,5 +1,7 @@
 #include "shell/session/command_files.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -7,7 +9,7 @@
 
 #include "base/files.h"
 #include "base/text.h"
-#include "shell/grammar/words.h"
+#include "shell/grammar/cut_line.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/session/interrupt.h"
@@ -63,12 +65,12 @@ int run_lines(shell& session, input_lines& lines, const std::string& shown) {
     const int code = run_line(session, line);
     if (result == kDone) result = code;
     if (code == kDone) continue;
-    const std::string failed = shown + ":" + std::to_string(number) + ": " + in_quotes(line) + " failed";
     if (code == kInterrupted || !session.keeps_going) {
-      print_error(failed + "; the remaining lines were not run. Use --keep-going to continue.");
+      print_error(fmt::format("{}:{}: '{}' failed; the remaining lines were not run. Use --keep-going to continue.",
+                              shown, number, line));
       break;
     }
-    print_error(failed + ".");
+    print_error(fmt::format("{}:{}: '{}' failed.", shown, number, line));
   }
   return result;
 }
@@ -76,7 +78,7 @@ int run_lines(shell& session, input_lines& lines, const std::string& shown) {
 int run_file_at(shell& session, const std::string& path, bool is_startup) {
   const std::string shown = shown_name(path);
   if (session.num_files == kMostNestedFiles) {
-    print_error(in_quotes(shown) + " was not run: files may run each other 8 deep. Does one run itself?");
+    print_error(fmt::format("'{}' was not run: files may run each other 8 deep. Does one run itself?", shown));
     return kUsage;
   }
   command_text read = path == "-" ? command_text() : read_commands(path, is_startup);
@@ -119,7 +121,7 @@ class collection {
 }  // namespace
 
 std::string startup_file(const shell& session) {
-  return state_file(session.switch_name + "." + std::string(kStartupConfig));
+  return state_file(fmt::format("{}.{}", session.switch_name, kStartupConfig));
 }
 
 command_text read_commands(const std::string& path, bool is_startup) {
@@ -138,10 +140,10 @@ int run_file(shell& session, const std::string& name) {
   return run_file_at(session, is_startup ? startup_file(session) : name, is_startup);
 }
 
-copied_file run_for_copy(shell& session, const command_line& line, bool is_collected) {
-  const bool is_startup = line.file.empty();
+copied_file run_for_copy(shell& session, const std::string& name, bool is_collected) {
+  const bool is_startup = name.empty();
   copied_file copied;
-  copied.path = is_startup ? startup_file(session) : line.file;
+  copied.path = is_startup ? startup_file(session) : name;
   std::optional<collection> collecting;
   if (is_collected) collecting.emplace(session, copied.lines);
   const shell_mode mode = std::exchange(session.mode, kExecMode);
@@ -158,7 +160,7 @@ copied_file run_for_copy(shell& session, const command_line& line, bool is_colle
 
 int report(const copied_file& copied, command_output& output) {
   for (const auto& [is_error, text] : copied.lines) is_error ? output.complain(text) : output.text(text);
-  if (copied.code == kDone) output.text("Applied " + shown_name(copied.path) + ".\n");
+  if (copied.code == kDone) output.text(fmt::format("Applied {}.\n", shown_name(copied.path)));
   return copied.code;
 }
 

@@ -45,11 +45,11 @@ struct copied_file {
   std::vector<line> lines;  // printed by the commands of the file, if collected
 };
 
-// Runs the commands of the file that a line names, or of the startup-config without one. Only one output can run at a
+// Runs the commands of a file, or of the startup-config without a name. Only one output can run at a
 // time, so the output of the line itself begins after the last command of the file. Each command has its own output,
 // which goes where that of a typed line goes, or, with `is_collected`, into the result for the line's filters and
 // document. The session keeps its mode; "exit" ends the file only.
-copied_file run_for_copy(shell& session, const command_line& line, bool is_collected);
+copied_file run_for_copy(shell& session, const std::string& name, bool is_collected);
 
 // Writes the result to the output of the line. Returns the exit code.
 int report(const copied_file& copied, command_output& output);

@@ -1,32 +1,16 @@
 // Help and completion at the end of a line.
 #include "shell/session/completion.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <optional>
 
 #include "base/text.h"
-#include "shell/grammar/suggester.h"
-#include "shell/grammar/words.h"
-#include "shell/library/command_queue.h"
 #include "shell/library/listing.h"
 
 namespace host {
 namespace {
-
-// The interfaces of a word; nothing when the port manager does not answer.
-std::optional<std::vector<interface_number>> existing_of(const interface_word& word) {
-  const command_queue q;
-  const auto interfaces = list_word(q.handle, word);
-  if (!interfaces) return std::nullopt;
-  std::vector<interface_number> existing;
-  for (const if_index_t if_index : *interfaces)
-    if (number_of(if_index).family == word.family) existing.push_back(number_of(if_index));
-  return existing;
-}
-
-std::string number_text(const interface_word& word, const interface_number& number) {
-  return interface_text(word, number).substr(word.word.size() + 1);
-}
 
 // Whether a number may be the last of a span that begins with another one.
 bool may_follow(const interface_number& low, const interface_number& high) {
@@ -42,29 +26,25 @@ std::string last_part(const interface_number& low, const interface_number& high)
 }
 
 // The numbers that may be the last of a span: those in the same slot by their last part, as long as there are such.
-std::vector<std::string> last_numbers(const suggestions& found, const std::vector<interface_number>& existing,
-                                      std::string_view begun) {
+std::vector<std::string> last_numbers(const suggestions& found, const std::vector<written_number>& existing) {
   std::vector<std::string> parts, numbers;
-  for (const interface_number& number : existing) {
+  for (const auto& [number, text] : existing) {
     if (!may_follow(*found.after, number)) continue;
     const std::string part = found.needs_whole_number ? "" : last_part(*found.after, number);
-    std::string whole = number_text(*found.numbers_of, number);
-    if (!part.empty() && part.starts_with(begun)) parts.push_back(part);
-    if (whole.starts_with(begun)) numbers.push_back(std::move(whole));
+    if (!part.empty() && part.starts_with(found.begun)) parts.push_back(part);
+    if (text.starts_with(found.begun)) numbers.push_back(text);
   }
   return parts.empty() ? numbers : parts;
 }
 
-// The numbers that may be typed and begin with `begun`.
-std::vector<std::string> numbers_of(const suggestions& found, std::string_view begun) {
-  const auto existing = existing_of(*found.numbers_of);
+// The numbers that may be typed and begin with what is typed already.
+std::vector<std::string> numbers_of(const suggestions& found) {
   std::vector<std::string> numbers;
+  const auto existing = existing_numbers(*found.numbers_of);
   if (!existing) return numbers;
-  if (found.after) return last_numbers(found, *existing, begun);
-  for (const interface_number& number : *existing) {
-    std::string text = number_text(*found.numbers_of, number);
-    if (text.starts_with(begun)) numbers.push_back(std::move(text));
-  }
+  if (found.after) return last_numbers(found, *existing);
+  for (const auto& [number, text] : *existing)
+    if (text.starts_with(found.begun)) numbers.push_back(text);
   return numbers;
 }
 
@@ -73,7 +53,7 @@ void remove_absent_kinds(suggestions& found) {
   std::erase_if(found.words, [&found](const suggestion& choice) {
     if (choice.kind == nullptr) return false;
     if (found.creates_interfaces && choice.kind->kinds.front() == IF_TYPE_LOOPBACK) return false;
-    const auto existing = existing_of(*choice.kind);
+    const auto existing = existing_numbers(*choice.kind);
     return existing && existing->empty();
   });
 }
@@ -81,12 +61,9 @@ void remove_absent_kinds(suggestions& found) {
 // Lists up to eight numbers; of more, the first two and the last.
 std::string number_help(const interface_word& word, const std::vector<std::string>& numbers) {
   constexpr std::size_t kFew = 8;
-  std::string text = std::string(word.help) + ": ";
-  if (numbers.empty()) return text + "none such exists";
-  if (numbers.size() > kFew)
-    return text + numbers[0] + ", " + numbers[1] + ", ... " + numbers.back() + " (" + std::to_string(numbers.size()) +
-           ")";
-  return text + join({numbers.begin(), numbers.end()}, ", ");
+  if (numbers.empty()) return fmt::format("{}: none such exists", word.help);
+  if (numbers.size() <= kFew) return fmt::format("{}: {}", word.help, fmt::join(numbers, ", "));
+  return fmt::format("{}: {}, {}, ... {} ({})", word.help, numbers[0], numbers[1], numbers.back(), numbers.size());
 }
 
 std::string table(const std::vector<suggestion>& rows) {
@@ -94,11 +71,7 @@ std::string table(const std::vector<suggestion>& rows) {
   std::size_t width = kShortest;
   for (const suggestion& row : rows) width = std::max(width, row.word.size() + 2);
   std::string text;
-  for (const suggestion& row : rows) {
-    text += "  " + row.word;
-    text.append(width - row.word.size(), ' ');
-    text += row.help + "\n";
-  }
+  for (const suggestion& row : rows) text += fmt::format("  {:{}}{}\n", row.word, width, row.help);
   return text;
 }
 
@@ -130,35 +103,29 @@ std::string columns(const std::vector<std::string>& words) {
 
 }  // namespace
 
-std::string help_text(std::string_view line, shell_mode mode) {
-  suggestions found = suggest(line, mode);
+std::string help_text(suggestions found) {
   if (!found.error.empty()) return found.error + "\n";
   remove_absent_kinds(found);
   std::vector<suggestion> rows = found.words;
-  if (found.numbers_of != nullptr) {
-    const std::string_view begun = line.substr(found.start);
-    rows.push_back({"NUMBER", number_help(*found.numbers_of, numbers_of(found, begun))});
-  }
+  if (found.numbers_of != nullptr) rows.push_back({"NUMBER", number_help(*found.numbers_of, numbers_of(found))});
   rows.insert(rows.end(), found.hints.begin(), found.hints.end());
   return table(rows);
 }
 
-completion complete(std::string_view line, shell_mode mode) {
-  suggestions found = suggest(line, mode);
+completion complete(suggestions found) {
   if (!found.error.empty()) return {{}, found.error + "\n"};
   remove_absent_kinds(found);
-  const std::string_view begun = line.substr(found.start);
   std::vector<std::string> words;
   for (const suggestion& choice : found.words) words.push_back(choice.word);
   if (found.numbers_of != nullptr) {
-    std::vector<std::string> numbers = numbers_of(found, begun);
+    std::vector<std::string> numbers = numbers_of(found);
     words.insert(words.end(), numbers.begin(), numbers.end());
   }
   if (words.empty()) return {};
   const bool is_number = found.numbers_of != nullptr;
-  if (words.size() == 1) return {words[0].substr(begun.size()) + (is_number ? "" : " "), {}};
+  if (words.size() == 1) return {words[0].substr(found.begun.size()) + (is_number ? "" : " "), {}};
   const std::string common = common_beginning(words);
-  if (common.size() > begun.size()) return {common.substr(begun.size()), {}};
+  if (common.size() > found.begun.size()) return {common.substr(found.begun.size()), {}};
   return {{}, columns(words)};
 }
 

@@ -2,20 +2,19 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
-#include "shell/grammar/syntax.h"
+#include "shell/grammar/suggester.h"
 
 namespace host {
 
 // The text for a "?" at the end of a line.
-std::string help_text(std::string_view line, shell_mode mode = kExecMode);
+std::string help_text(suggestions found);
 
 // The text that completes the last word of a line as far as it is clear.
 struct completion {
   std::string addition;  // to be inserted
   std::string choices;   // to be shown, one line each, when there is more than one
 };
-completion complete(std::string_view line, shell_mode mode = kExecMode);
+completion complete(suggestions found);
 
 }  // namespace host

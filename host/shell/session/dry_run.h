@@ -6,8 +6,6 @@
 
 namespace host {
 
-struct command_line;
-struct invocation;
 struct shell;
 
 // While it lives, the session's commands run on a copy of the machine.
@@ -25,13 +23,6 @@ class dry_run {
   trial running_;
   uint32 num_files_;
 };
-
-// Whether a command changes more than the machine, so that a dry run skips it: it writes a file, clears counters or
-// moves the clock.
-bool is_skipped_in_dry_run(const command_line& line);
-
-// Reports that the command was skipped.
-int skip_in_dry_run(const invocation& run);
 
 // The configuration was left: ends the dry run that began with it. `configure` in a file that a dry run reads neither
 // begins nor ends one.

@@ -2,6 +2,7 @@
 #include "shell/session/interactive.h"
 
 #include <dlfcn.h>
+#include <fmt/format.h>
 #include <histedit.h>
 #include <langinfo.h>
 
@@ -61,7 +62,7 @@ struct editing_library {
 // One user, one terminal: libedit's callbacks carry no argument of ours.
 struct {
   editing_library edit;
-  const shell* session = nullptr;
+  shell* session = nullptr;
   std::string prompt;
   bool line_abandoned = false;
 } editor;
@@ -77,19 +78,26 @@ std::string begun_line(EditLine* line) {
   return {info->buffer, info->cursor};
 }
 
+interface_names names_for_typing() {
+  editor.session->is_refreshed = false;
+  return device_names(*editor.session);
+}
+
 unsigned char show_help(EditLine* line, wint_t) {
   const std::string begun = begun_line(line);
-  if (is_in_expression(begun, editor.session->mode)) {
+  const suggestions found = suggest(begun, editor.session->mode, names_for_typing());
+  if (found.is_in_text) {
     editor.edit.el_insertstr(line, "?");
     return CC_REFRESH;
   }
-  std::printf("?\n%s", help_text(begun, editor.session->mode).c_str());
+  std::printf("?\n%s", help_text(found).c_str());
   std::fflush(stdout);
   return CC_REDISPLAY;
 }
 
 unsigned char complete_word(EditLine* line, wint_t) {
-  const completion found = complete(begun_line(line), editor.session->mode);
+  const std::string begun = begun_line(line);
+  const completion found = complete(suggest(begun, editor.session->mode, names_for_typing()));
   if (!found.addition.empty()) {
     editor.edit.el_insertstr(line, found.addition.c_str());
     return CC_REFRESH;
@@ -133,7 +141,7 @@ struct line_history {
     last = std::move(text);
     const int error = append_to_history(path, last);
     if (error == 0 || std::exchange(has_reported, true)) return;
-    print_error("the history is not kept: " + path + ": " + std::strerror(error) + ".");
+    print_error(fmt::format("the history is not kept: {}: {}.", path, std::strerror(error)));
   }
 
   History* lines;

@@ -1,5 +1,6 @@
 #include "shell/session/line_output.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,41 +16,32 @@
 namespace host {
 namespace {
 
-const pipe_stage* find_stage(const command_line& line, pipe_kind kind) {
-  for (const pipe_stage& stage : line.pipes) {
-    if (stage.kind == kind) return &stage;
-  }
-  return nullptr;
+const pipe_stage* find_stage(std::span<const pipe_stage> pipes, pipe_kind kind) {
+  const auto found = std::find_if(pipes.begin(), pipes.end(), [kind](const pipe_stage& it) { return it.kind == kind; });
+  return found == pipes.end() ? nullptr : &*found;
 }
 
-bool has_stage(const command_line& line, pipe_kind kind) { return find_stage(line, kind) != nullptr; }
+bool has_stage(std::span<const pipe_stage> pipes, pipe_kind kind) { return find_stage(pipes, kind) != nullptr; }
 
 bool terminal_can_page() {
   const char* const terminal = std::getenv("TERM");
   return isatty(STDIN_FILENO) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb";
 }
 
-// Settings that do not depend on where the output goes.
-void set_display(output_settings& settings, const shell& session, const command_line& line) {
-  settings.shown = line.what->shown;
-  settings.command = line.text;
-  settings.hides_traffic = session.user != nullptr && !session.user->sees_counters;
-  settings.is_cancelled = was_interrupted;
-}
-
 }  // namespace
 
-output_settings settings_for(const shell& session, const command_line& line) {
+output_settings settings_for(const shell& session, std::span<const pipe_stage> pipes) {
   output_settings settings = session.output == nullptr ? output_settings() : *session.output;
-  set_display(settings, session, line);
+  settings.hides_traffic = session.user != nullptr && !session.user->sees_counters;
+  settings.is_cancelled = was_interrupted;
   if (session.output != nullptr) {
-    settings.structured |= has_stage(line, pipe_kind::json);
+    settings.structured |= has_stage(pipes, pipe_kind::json);
     return settings;
   }
-  settings.to_terminal = isatty(STDOUT_FILENO) != 0 && !has_stage(line, pipe_kind::save);
+  settings.to_terminal = isatty(STDOUT_FILENO) != 0 && !has_stage(pipes, pipe_kind::save);
   if (settings.to_terminal) settings.columns = size_of(STDOUT_FILENO).columns;
   settings.paged =
-      session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(line, pipe_kind::no_more);
+      session.is_interactive && settings.to_terminal && terminal_can_page() && !has_stage(pipes, pipe_kind::no_more);
   settings.paged &= session.screen_lines != 0U;
   settings.lines = session.screen_lines.value_or(0);
   if (settings.paged && !session.screen_lines) {
@@ -57,7 +49,7 @@ output_settings settings_for(const shell& session, const command_line& line) {
     settings.paged = pager.has_pages;
     settings.pager = pager.command;
   }
-  settings.structured = has_stage(line, pipe_kind::json);
+  settings.structured = has_stage(pipes, pipe_kind::json);
   const char* const no_colour = std::getenv("NO_COLOR");
   settings.coloured = settings.to_terminal && terminal_can_page() && (no_colour == nullptr || no_colour[0] == '\0');
   return settings;
@@ -77,27 +69,31 @@ int show_text(const shell& session, std::string_view text) {
   return print_text(text);
 }
 
-int refuse_mistake(const shell& session, const line_meaning& meant) {
-  const bool is_structured = meant.wants_document || (session.output != nullptr && session.output->structured);
-  return refuse_line(session, meant.written, meant.mistake, is_structured);
+int refuse_mistake(const shell& session, const line_mistake& mistake) {
+  const bool is_structured = mistake.wants_document || (session.output != nullptr && session.output->structured);
+  return refuse_line(session, mistake.line, mistake.text, is_structured);
 }
 
-std::string make_filters(const shell& session, const command_line& line, bool is_structured, line_filters& filters) {
-  const auto for_tables = std::find_if(line.pipes.begin(), line.pipes.end(),
-                                       [](const pipe_stage& stage) { return is_for_tables(stage.kind); });
-  if (is_structured && for_tables != line.pipes.end())
+std::string make_filters(std::span<const pipe_stage> pipes, bool is_structured, line_filters& filters) {
+  const bool is_for_table =
+      std::any_of(pipes.begin(), pipes.end(), [](const pipe_stage& stage) { return is_for_tables(stage.kind); });
+  if (is_structured && is_for_table)
     return "'| columns', '| sort' and '| rows' work on tables, not on JSON. Remove them or '| json'.";
-  for (const pipe_stage& stage : line.pipes) {
+  for (const pipe_stage& stage : pipes) {
     if (const auto fault = filters.add(stage))
-      return "bad expression '" + stage.argument + "': " + *fault + ". Quote it, and put '\\' before special signs.";
+      return fmt::format("bad expression '{}': {}. Quote it, and put '\\' before special signs.", stage.argument,
+                         *fault);
   }
-  if (!line.every) return {};
-  if (session.output != nullptr) return "'watch' runs only in the shell. Repeat the show command instead.";
-  return has_stage(line, pipe_kind::save) ? "'| save' does not apply to 'watch'." : "";
+  return {};
 }
 
-saved_output::saved_output(const command_line& line) {
-  if (const pipe_stage* const stage = find_stage(line, pipe_kind::save)) file_ = &stage->argument;
+std::string refuse_to_watch(const shell& session, std::span<const pipe_stage> pipes) {
+  if (session.output != nullptr) return "'watch' runs only in the shell. Repeat the show command instead.";
+  return has_stage(pipes, pipe_kind::save) ? "'| save' does not apply to 'watch'." : "";
+}
+
+saved_output::saved_output(std::span<const pipe_stage> pipes) {
+  if (const pipe_stage* const stage = find_stage(pipes, pipe_kind::save)) file_ = &stage->argument;
 }
 
 std::string saved_output::begin(output_settings& settings) {

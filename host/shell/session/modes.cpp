@@ -1,5 +1,7 @@
 #include "shell/session/modes.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -22,7 +24,7 @@ std::string prompt_of(const shell& session) {
   std::string mode = session.mode == kExecMode ? "" : session.mode == kConfigureMode ? "config" : "config-if";
   if (session.edited && session.mode != kExecMode) mode += "-candidate";
   if (session.trying) mode += mode.empty() ? "dry-run" : "-dry-run";
-  return session.switch_name + (mode.empty() ? "" : "(" + mode + ")") + "# ";
+  return mode.empty() ? fmt::format("{}# ", session.switch_name) : fmt::format("{}({})# ", session.switch_name, mode);
 }
 
 void leave_interfaces(shell& session) {

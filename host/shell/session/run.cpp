@@ -1,8 +1,11 @@
 #include "shell/session/run.h"
 
+#include <fmt/format.h>
+
 #include <cstdio>
 #include <cstdlib>
 
+#include "messages/calls/device_names.h"
 #include "shell/grammar/parser.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
@@ -16,11 +19,16 @@
 namespace host {
 namespace {
 
+void refresh_model(shell& session) {
+  if (!session.is_refreshed) the_source().refresh(the_machine());
+  session.is_refreshed = true;
+}
+
 // Runs a command with an output of its own. `write_error` is the errno with which that was lost.
 int run_with_output(shell& session, const command_line& line, const output_settings& settings, line_filters& filters,
                     int& write_error) {
   std::optional<copied_file> copied;
-  if (line.what->run == nullptr) copied = run_for_copy(session, line, settings.structured || !line.pipes.empty());
+  if (line.what->run == nullptr) copied = run_for_copy(session, line.file, settings.structured || !line.pipes.empty());
   command_output output(settings, filters);
   const int result = output.report_failures(copied ? report(*copied, output) : run_handler({line, session, output}));
   output.set_exit_code(was_interrupted() ? int{kInterrupted} : result);
@@ -28,16 +36,23 @@ int run_with_output(shell& session, const command_line& line, const output_setti
   return result;
 }
 
-int run_command(shell& session, const command_line& line, std::string_view written) {
-  output_settings settings = settings_for(session, line);
-  const auto refuse = [&](std::string_view error) { return refuse_line(session, written, error, settings.structured); };
+int run_command(shell& session, const command_line& line) {
+  output_settings settings = settings_for(session, line.pipes);
+  settings.shown = line.what->shown;
+  settings.command = line.text;
+  const auto refuse = [&](std::string_view error) {
+    return refuse_line(session, line.written, error, settings.structured);
+  };
   line_filters filters;
-  if (const std::string fault = make_filters(session, line, settings.structured, filters); !fault.empty())
+  if (const std::string fault = make_filters(line.pipes, settings.structured, filters); !fault.empty())
     return refuse(fault);
-  if (line.before != nullptr) return line.before->run_other(session, line, settings);
-  saved_output saved(line);
+  if (line.before != nullptr) {
+    if (const std::string fault = refuse_to_watch(session, line.pipes); !fault.empty()) return refuse(fault);
+    return line.before->run_other(session, line, settings);
+  }
+  saved_output saved(line.pipes);
   if (const std::string fault = saved.begin(settings); !fault.empty()) return refuse(fault);
-  the_source().refresh(the_machine());
+  refresh_model(session);
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
   if (session.output == nullptr) interrupts.emplace();
   int write_error = 0;
@@ -56,25 +71,39 @@ int run_command(shell& session, const command_line& line, std::string_view writt
 
 }  // namespace
 
+interface_names device_names(shell& session) {
+  return interface_names([&session] {
+    refresh_model(session);
+    return ask_device_names();
+  });
+}
+
 int run_handler(const invocation& run) {
-  if (run.session.trying && is_skipped_in_dry_run(run.line)) return skip_in_dry_run(run);
-  const command_effect effect = run.line.what->effect;
-  const bool changes_switch = effect == command_effect::settings && !run.session.edited;
-  if ((changes_switch || effect == command_effect::dry_run) && is_waiting_for_confirmation(run)) return kUsage;
+  const auto& [line, session, output] = run;
+  const command_effect effect = line.what->effect;
+  const bool is_outside =
+      effect == command_effect::outside || (effect == command_effect::writes_file && line.file != "-");
+  if (session.trying && is_outside) {
+    output.text(fmt::format("Skipped in a dry run: '{}'.\n", line.text));
+    return kDone;
+  }
+  const bool changes_settings = effect == command_effect::settings;
+  const bool changes_switch = changes_settings && !session.edited;
+  if ((changes_switch || effect == command_effect::dry_run) && is_waiting_for_confirmation(session, output))
+    return kUsage;
   std::optional<trial> on_candidate;
-  if (run.session.edited && is_for_candidate(run.line)) on_candidate.emplace(run.session.edited->state());
-  return run.line.what->run(run);
+  if (session.edited && (changes_settings || effect == command_effect::shows_settings))
+    on_candidate.emplace(session.edited->state());
+  return line.what->run(run);
 }
 
 int run_line(shell& session, std::string_view line) {
   check_confirmation(session);
-  const line_meaning meant = meaning_of(line, session.mode);
-  switch (meant.kind) {
-    case line_kind::nothing: return kDone;
-    case line_kind::question: return show_text(session, help_text(meant.begun, session.mode));
-    case line_kind::mistake: return refuse_mistake(session, meant);
-    case line_kind::command: return run_command(session, meant.command, meant.written);
-  }
+  session.is_refreshed = false;
+  const line_meaning meant = meaning_of(line, session.mode, device_names(session));
+  if (const auto* const command = std::get_if<command_line>(&meant)) return run_command(session, *command);
+  if (const auto* const mistake = std::get_if<line_mistake>(&meant)) return refuse_mistake(session, *mistake);
+  if (const auto* const question = std::get_if<suggestions>(&meant)) return show_text(session, help_text(*question));
   return kDone;
 }
 

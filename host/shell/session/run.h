@@ -4,16 +4,22 @@
 #include <string_view>
 
 #include "shell/session/state.h"
+#include "switch/interface_names.h"
 
 namespace host {
 
 struct invocation;
 
+// The names of the kernel's devices, as they are when one is looked for: the model is then that of the line. The
+// session must outlive them.
+interface_names device_names(shell& session);
+
 // Runs a line: a command, or a question when it ends with "?". Returns an exit code.
 int run_line(shell& session, std::string_view line);
 
-// Runs the handler of a command: in a trial of the candidate when there is one and the command is for it. Returns an
-// exit code.
+// Runs the handler of a command as its effect allows. A dry run skips what changes more than the machine. A commit that
+// waits for its confirmation refuses changes of the switch. Settings, creations and deletions, and what undoes or lists
+// them, are for the candidate when there is one: they run in a trial of it. Returns an exit code.
 int run_handler(const invocation& run);
 
 // Reads commands line by line from standard input. Returns the first exit code that is not 0.

@@ -1,5 +1,7 @@
 #include "shell/session/saved_files.h"
 
+#include <fmt/format.h>
+
 #include <cerrno>
 #include <cstring>
 
@@ -21,16 +23,16 @@ std::string shown(const std::string& path) {
 }  // namespace
 
 std::string refuse_to_replace(const std::string& path) {
-  if (!is_regular_file(path) || confirm("Replace " + shown(path) + "? (y/n) [n] ")) return {};
-  return "nothing was written: " + shown(path) + " exists. Start the shell with --yes to replace it.";
+  if (!is_regular_file(path) || confirm(fmt::format("Replace {}? (y/n) [n] ", shown(path)))) return {};
+  return fmt::format("nothing was written: {} exists. Start the shell with --yes to replace it.", shown(path));
 }
 
 std::string write_fault(const std::string& path, int error) {
   if (error == 0) return {};
   const std::string reason = error == ENXIO ? "no process reads the pipe" : std::strerror(error);
-  return "cannot write " + shown(path) + ": " + reason + ".";
+  return fmt::format("cannot write {}: {}.", shown(path), reason);
 }
 
-std::string written_sentence(const std::string& path) { return "Written to " + shown(path) + ".\n"; }
+std::string written_sentence(const std::string& path) { return fmt::format("Written to {}.\n", shown(path)); }
 
 }  // namespace host

@@ -38,6 +38,7 @@ struct shell {
   bool is_interactive = false;
   std::optional<uint32> screen_lines;  // of "terminal length"; 0: output does not stop; none: as the terminal reports
   bool is_leaving = false;             // set by "exit"
+  bool is_refreshed = false;           // the model has what its source knows since the line began
   bool has_lost_output = false;        // no output can be written any more
   bool keeps_going = false;            // files go on after a line that failed
   uint32 num_files = 0;                // whose lines are being run, each by a line of the one before; 0: a user types

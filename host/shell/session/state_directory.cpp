@@ -1,5 +1,6 @@
 #include "shell/session/state_directory.h"
 
+#include <fmt/format.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -12,9 +13,9 @@ std::string state_file(std::string_view name) {
   std::string file(name);
   std::replace(file.begin(), file.end(), '/', '_');
   const char* const state = std::getenv("XDG_STATE_HOME");
-  if (state != nullptr && state[0] == '/') return std::string(state) + "/pmsh/" + file;
+  if (state != nullptr && state[0] == '/') return fmt::format("{}/pmsh/{}", state, file);
   const char* const home = std::getenv("HOME");
-  return home == nullptr || home[0] != '/' ? "" : std::string(home) + "/.local/state/pmsh/" + file;
+  return home == nullptr || home[0] != '/' ? "" : fmt::format("{}/.local/state/pmsh/{}", home, file);
 }
 
 int make_directories_of(const std::string& path) {

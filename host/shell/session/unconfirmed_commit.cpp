@@ -1,12 +1,14 @@
 #include "shell/session/unconfirmed_commit.h"
 
+#include <fmt/format.h>
+
 #include <utility>
 
 #include "settings/change_journal.h"
 #include "shell/grammar/range_text.h"
 #include "shell/output/command_output.h"
 #include "shell/output/terminal/print_error.h"
-#include "shell/session/invocation.h"
+#include "shell/session/state.h"
 #include "switch/clock.h"
 #include "switch/source.h"
 
@@ -26,8 +28,8 @@ std::size_t roll_back(shell& session, const std::string& reason) {
   const std::size_t refused = take_back(*commit);
   if (session.edited) session.edited->compare_again();
   leave_interfaces_lost_to_user(session);
-  print_error(reason + ": it was rolled back for " + range_text(commit->interfaces) +
-              (refused == 0 ? "." : ", but some interfaces refused that."));
+  print_error(fmt::format("{}: it was rolled back for {}{}", reason, range_text(commit->interfaces),
+                          refused == 0 ? "." : ", but some interfaces refused that."));
   return refused;
 }
 
@@ -45,11 +47,11 @@ int end_unconfirmed_commit(shell& session) {
   return roll_back(session, "the commit was not confirmed") == 0 ? kUsage : kSomeInterfacesFailed;
 }
 
-bool is_waiting_for_confirmation(const invocation& run) {
-  if (run.session.unconfirmed == nullptr) return false;
-  const std::time_t left = static_cast<std::time_t>(run.session.unconfirmed->deadline_sec) - clock_now();
-  run.output.complain("nothing was changed: a commit waits for 'confirm' and is rolled back in " +
-                      std::to_string(left) + " seconds.");
+bool is_waiting_for_confirmation(const shell& session, command_output& output) {
+  if (session.unconfirmed == nullptr) return false;
+  const std::time_t left = static_cast<std::time_t>(session.unconfirmed->deadline_sec) - clock_now();
+  output.complain(
+      fmt::format("nothing was changed: a commit waits for 'confirm' and is rolled back in {} seconds.", left));
   return true;
 }
 

@@ -10,7 +10,7 @@
 
 namespace host {
 
-struct invocation;
+class command_output;
 struct shell;
 
 struct unconfirmed_commit {
@@ -29,6 +29,6 @@ bool confirm_commit(shell& session);
 int end_unconfirmed_commit(shell& session);
 
 // True, after an error, when a commit waits for its confirmation: nothing else may be changed meanwhile.
-bool is_waiting_for_confirmation(const invocation& run);
+bool is_waiting_for_confirmation(const shell& session, command_output& output);
 
 }  // namespace host

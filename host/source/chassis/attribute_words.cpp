@@ -1,6 +1,7 @@
 #include "source/chassis/attribute_words.h"
 
 #include <arpa/inet.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <charconv>
@@ -106,7 +107,8 @@ std::vector<uint16> read_id_list(const yaml_value& value, const std::string& wha
   if (text == "all") return every_vlan();
   bool is_good = take_vlans(text, vlans);
   while (is_good && take_mark(text, ',')) is_good = take_vlans(text, vlans);
-  if (!is_good || !text.empty()) value.fail_with_value("is not a list of " + what + " from 1 to 4094, such as 1-10,20");
+  if (!is_good || !text.empty())
+    value.fail_with_value(fmt::format("is not a list of {} from 1 to 4094, such as 1-10,20", what));
   std::sort(vlans.begin(), vlans.end());
   vlans.erase(std::unique(vlans.begin(), vlans.end()), vlans.end());
   return vlans;

@@ -1,5 +1,7 @@
 #include "source/chassis/build_machine.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <map>
@@ -77,18 +79,19 @@ class builder {
  private:
   machine& result() { return draft_.data; }
 
-  [[noreturn]] void fail(uint32 line, const std::string& reason) const { fail_at(path_, line, reason); }
+  template <typename... Values>
+  [[noreturn]] void fail(uint32 line, fmt::format_string<Values...> reason, Values&&... of) const {
+    fail_at(path_, line, fmt::format(reason, std::forward<Values>(of)...));
+  }
 
   // Cards
 
   void take_cards() {
     for (const card_draft& it : draft_.cards) {
       if (result().num_slots != 0 && it.data.slot >= result().num_slots)
-        fail(it.line, "slot " + std::to_string(it.data.slot + 1) + " is beyond the " +
-                          std::to_string(result().num_slots) + " slots of the switch");
+        fail(it.line, "slot {} is beyond the {} slots of the switch", it.data.slot + 1, result().num_slots);
       if (const card_draft* other = card_in(it.data.slot); other != &it)
-        fail(it.line,
-             "slot " + std::to_string(it.data.slot + 1) + " is taken already in line " + std::to_string(other->line));
+        fail(it.line, "slot {} is taken already in line {}", it.data.slot + 1, other->line);
       if (!it.profile.text.empty()) profile_named(it.profile);
       result().cards.push_back(it.data);
     }
@@ -106,7 +109,7 @@ class builder {
   const capability_profile& profile_named(const file_reference& requested) const {
     for (const capability_profile& it : draft_.profiles)
       if (it.name == requested.text) return it;
-    fail(requested.line, "there is no profile '" + requested.text + "'");
+    fail(requested.line, "there is no profile '{}'", requested.text);
   }
 
   // One interface
@@ -129,14 +132,14 @@ class builder {
   void refuse_misplaced(if_index_t if_index, const interface_draft& entry) const {
     const index_fields fields = decode_index(if_index);
     if (needs_card(if_index) && card_in(fields.slot) == nullptr)
-      fail(entry.line, name_of(if_index) + ": slot " + std::to_string(fields.slot + 1) + " holds no card");
+      fail(entry.line, "{}: slot {} holds no card", name_of(if_index), fields.slot + 1);
     if (fields.sub_interface != 0 && !exists(parent_of(if_index)))
-      fail(entry.line, name_of(if_index) + " has no parent: " + name_of(parent_of(if_index)) + " of kind " +
-                           std::to_string(fields.type) + " does not exist");
+      fail(entry.line, "{} has no parent: {} of kind {} does not exist", name_of(if_index),
+           name_of(parent_of(if_index)), fields.type);
     if (fields.sub_interface == 0 && entry.attributes.encapsulation_vlan != 0)
-      fail(entry.line, name_of(if_index) + ": only a sub-interface has 'dot1q'");
+      fail(entry.line, "{}: only a sub-interface has 'dot1q'", name_of(if_index));
     if (fields.type != IF_TYPE_VETHERNET && !entry.bound_to.text.empty())
-      fail(entry.bound_to.line, name_of(if_index) + ": only a virtual Ethernet interface has 'bound-to'");
+      fail(entry.bound_to.line, "{}: only a virtual Ethernet interface has 'bound-to'", name_of(if_index));
     const bool is_alone = entry.spans.size() == 1 && entry.spans.front().low == entry.spans.front().high;
     if (!is_alone && !entry.attributes.addresses.empty())
       fail(entry.line, "'addresses' belong to a single interface, not to a range");
@@ -148,7 +151,7 @@ class builder {
     const bool is_sub_interface = if_index_is_sub_intf(port.if_index) != 0;
     port.settings.layer = entry.layer.value_or(std::get<uint32>(usual_layer(port)));
     if (is_always_layer_2(port.if_index) && !is_sub_interface && port.settings.layer != IF_LAYER_2)
-      fail(entry.line, name_of(port.if_index) + " cannot be routed");
+      fail(entry.line, "{} cannot be routed", name_of(port.if_index));
     if (port.settings.admin_mode == 0) follow_layer(port);
     if (entry.allowed_vlans)
       port.settings.allowed_vlans = *entry.allowed_vlans;
@@ -168,7 +171,7 @@ class builder {
     }
     if (port.capabilities.model.empty() && card != nullptr) port.capabilities.model = card->data.model;
     if (entry.module.is_given && !port.capabilities.transceiver)
-      fail(entry.line, name_of(port.if_index) + " has no receptacle for a transceiver");
+      fail(entry.line, "{} has no receptacle for a transceiver", name_of(port.if_index));
     if (!port.capabilities.transceiver || if_index_is_sub_intf(port.if_index)) return;
     if (port.state_reason == kReasonSfpAbsent) module = {};
     port.module_in_port = module.module;
@@ -245,7 +248,7 @@ class builder {
     const bool is_bare_number = reference.text.find_first_not_of("0123456789") == std::string::npos;
     const if_index_t channel = single(reference, (is_bare_number ? "port-channel " : "") + reference.text);
     if (!is_channel(channel) || if_index_is_sub_intf(channel))
-      fail(reference.line, name_of(channel) + " is not a port-channel");
+      fail(reference.line, "{} is not a port-channel", name_of(channel));
     return channel;
   }
 
@@ -254,28 +257,26 @@ class builder {
                               ? is_kind(member, {IF_TYPE_ETHERNET, IF_TYPE_ETHERNET_L3, IF_TYPE_SATELLITE})
                               : is_kind(member, {IF_TYPE_FC, IF_TYPE_ETHERNET});
     if (if_index_is_sub_intf(member))
-      fail(entry.channel.line, name_of(member) + ": a sub-interface cannot join a port-channel");
+      fail(entry.channel.line, "{}: a sub-interface cannot join a port-channel", name_of(member));
     if (!can_join)
-      fail(entry.channel.line, name_of(member) + " cannot join " + name_of(channel) + ": a port-channel of kind " +
-                                   std::to_string(decode_index(channel).type) + " takes no interface of kind " +
-                                   std::to_string(decode_index(member).type));
+      fail(entry.channel.line, "{} cannot join {}: a port-channel of kind {} takes no interface of kind {}",
+           name_of(member), name_of(channel), decode_index(channel).type, decode_index(member).type);
   }
 
   if_index_t single(const file_reference& reference, const std::string& text) const {
     const std::vector<if_index_t> found = interfaces_of(reference, text);
-    if (found.size() != 1) fail(reference.line, "'" + reference.text + "' is not a single interface");
+    if (found.size() != 1) fail(reference.line, "'{}' is not a single interface", reference.text);
     return found.front();
   }
 
   std::vector<if_index_t> interfaces_of(const file_reference& reference, const std::string& text) const {
     std::vector<interface_span> spans;
-    if (const auto error = parse_interface_range(text, spans)) fail(reference.line, error->message);
+    if (const auto error = parse_interface_range(text, spans)) fail(reference.line, "{}", error->message);
     std::vector<if_index_t> found;
     for (const interface_span& span : spans) {
       const span_ends ends = append_matching(span, existing_, found);
       if (ends.low_exists && ends.high_exists) continue;
-      fail(reference.line,
-           "'" + interface_text(*span.word, ends.low_exists ? span.high : span.low) + "' does not exist");
+      fail(reference.line, "'{}' does not exist", interface_text(*span.word, ends.low_exists ? span.high : span.low));
     }
     return found;
   }
@@ -289,8 +290,8 @@ class builder {
       const if_index_t member = placed_[i].if_index;
       const if_index_t first = first_members.emplace(channel, member).first->second;
       if (decode_index(first).type != decode_index(member).type)
-        fail(draft_.interfaces[placed_[i].entry].channel.line,
-             name_of(member) + " and " + name_of(first) + " in " + name_of(channel) + " are of different kinds");
+        fail(draft_.interfaces[placed_[i].entry].channel.line, "{} and {} in {} are of different kinds",
+             name_of(member), name_of(first), name_of(channel));
     }
   }
 

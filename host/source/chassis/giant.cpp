@@ -1,5 +1,7 @@
 #include "source/chassis/giant.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <numeric>
@@ -191,7 +193,7 @@ void add_channels(machine& giant, const grid& size, uint32 now_sec) {
     made.if_index = channel;
     made.settings.channel = 0;
     made.module_in_port.reset();
-    made.settings.description = "bundle " + std::to_string(slot + 1);
+    made.settings.description = fmt::format("bundle {}", slot + 1);
     *made.bandwidth_kbps *= kMembersOfAChannel;
     made.burned_in_mac = hardware_address(kBaseMac, channel);
     giant.interfaces.push_back(std::move(made));
@@ -205,7 +207,7 @@ machine make_giant(uint32 ports, std::time_t now) {
   const grid size{ports, std::max(kUsualPortsOfACard, (ports + kSlots - 1) / kSlots)};
   const auto now_sec = static_cast<uint32>(now);
   machine giant;
-  giant.name = "giant-" + std::to_string(ports);
+  giant.name = fmt::format("giant-{}", ports);
   giant.chassis_type = CHASSIS_10;
   giant.num_slots = std::max(size.slots(), 1U);
   giant.mgmt_device = "eth0";

@@ -1,5 +1,7 @@
 #include "source/chassis/module_image.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cctype>
 #include <fstream>
@@ -128,10 +130,10 @@ std::vector<uint8> bytes_of_hex(const std::string& text) {
     line.resize(std::min(line.find('#'), line.size()));
     std::istringstream words(line);
     for (std::string word; words >> word;) {
-      if (word.size() % 2 != 0) throw std::runtime_error("odd number of digits in '" + word + "'");
+      if (word.size() % 2 != 0) throw std::runtime_error(fmt::format("odd number of digits in '{}'", word));
       for (std::size_t at = 0; at < word.size(); at += 2) {
         const int high = digit_of(word[at]), low = digit_of(word[at + 1]);
-        if (high < 0 || low < 0) throw std::runtime_error("'" + word + "' is not hexadecimal");
+        if (high < 0 || low < 0) throw std::runtime_error(fmt::format("'{}' is not hexadecimal", word));
         bytes.push_back(static_cast<uint8>(high * 16 + low));
       }
     }

@@ -1,5 +1,7 @@
 #include "source/chassis/place_interfaces.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <tuple>
 
@@ -8,17 +10,14 @@ namespace {
 
 constexpr std::size_t kMaxInterfaces = 65536;
 
-std::string in_quotes(const interface_word& word, const interface_number& number) {
-  return "'" + interface_text(word, number) + "'";
-}
-
 if_index_type_t kind_of(const interface_draft& entry, const interface_span& span, const std::string& path) {
   const auto& kinds = span.word->kinds;
   const bool is_satellite = span.low.unit != 0;
   if (entry.kind == IF_TYPE_NONE) return is_satellite ? if_index_type_t{IF_TYPE_SATELLITE} : kinds.front();
   const bool is_of_word = std::find(kinds.begin(), kinds.end(), entry.kind) != kinds.end();
   if (!is_of_word || (entry.kind == IF_TYPE_SATELLITE) != is_satellite)
-    fail_at(path, entry.line, in_quotes(*span.word, span.low) + " cannot be of kind " + std::to_string(entry.kind));
+    fail_at(path, entry.line,
+            fmt::format("'{}' cannot be of kind {}", interface_text(*span.word, span.low), entry.kind));
   return entry.kind;
 }
 
@@ -31,7 +30,7 @@ std::vector<if_index_t> indexes_of(const interface_draft& entry, const interface
   const bool is_one_slot = span.low.unit == span.high.unit && span.low.slot == span.high.slot;
   if (!is_one_slot) fail_at(path, entry.line, "a range of a switch file stays within one slot");
   if (last - running >= kMaxInterfaces)
-    fail_at(path, entry.line, "more than " + std::to_string(kMaxInterfaces) + " interfaces");
+    fail_at(path, entry.line, fmt::format("more than {} interfaces", kMaxInterfaces));
   std::vector<if_index_t> indexes;
   for (; running <= last; ++running) indexes.push_back(index_of(kind, number, entry.subtype));
   return indexes;
@@ -59,8 +58,8 @@ void refuse_duplicates(const std::vector<placed_interface>& placed, const std::v
       std::adjacent_find(names.begin(), names.end(), [&](const named& a, const named& b) { return !is_less(a, b); });
   if (twice == names.end()) return;
   fail_at(path, entries[twice[1].entry].line,
-          in_quotes(*twice->word, twice->number) + " is described already in line " +
-              std::to_string(entries[twice->entry].line));
+          fmt::format("'{}' is described already in line {}", interface_text(*twice->word, twice->number),
+                      entries[twice->entry].line));
 }
 
 }  // namespace
@@ -71,7 +70,7 @@ std::vector<placed_interface> place_interfaces(const std::vector<interface_draft
     for (const interface_span& span : entries[i].spans) {
       for (const if_index_t if_index : indexes_of(entries[i], span, path)) placed.push_back({if_index, i});
       if (placed.size() > kMaxInterfaces)
-        fail_at(path, entries[i].line, "more than " + std::to_string(kMaxInterfaces) + " interfaces");
+        fail_at(path, entries[i].line, fmt::format("more than {} interfaces", kMaxInterfaces));
     }
   refuse_duplicates(placed, entries, path);
   std::sort(placed.begin(), placed.end(),

@@ -1,5 +1,7 @@
 #include "source/chassis/schema.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -104,7 +106,7 @@ std::optional<uint32> read_word(const setting& of, std::string_view written) {
   if (const auto number = number_of_word(of, written)) return number;
   const bool is_gigabits = written.size() > 1 && (written.back() == 'G' || written.back() == 'g');
   if (!is_gigabits) return std::nullopt;
-  return number_of_word(of, std::string(written.substr(0, written.size() - 1)) + "000");
+  return number_of_word(of, fmt::format("{}000", written.substr(0, written.size() - 1)));
 }
 
 // A setting that is on or off takes "yes" and "no".
@@ -137,7 +139,7 @@ void read_eeprom(const yaml_value& value, transceiver& module) {
   try {
     module.eeprom = read_image(file.string());
   } catch (const std::runtime_error& error) {
-    value.fail("'" + value.text() + "' " + error.what());
+    value.fail(fmt::format("'{}' {}", value.text(), error.what()));
   }
 }
 
@@ -317,7 +319,7 @@ void refuse_several(const yaml_value& value, std::initializer_list<std::string_v
   std::string given;
   for (const std::string_view key : keys) {
     if (!value.is_map() || !value.node()[std::string(key)].IsDefined()) continue;
-    if (!given.empty()) value.fail("'" + given + "' and '" + std::string(key) + "' exclude each other");
+    if (!given.empty()) value.fail(fmt::format("'{}' and '{}' exclude each other", given, key));
     given = key;
   }
 }
@@ -433,7 +435,7 @@ constexpr key_rule<traffic_plan> kTrafficRules[] = {
 const traffic_plan& traffic_profile_named(const yaml_value& value, const std::vector<traffic_profile>& profiles) {
   for (const traffic_profile& it : profiles)
     if (it.name == value.text()) return it.plan;
-  value.fail("there is no traffic profile '" + value.text() + "'");
+  value.fail(fmt::format("there is no traffic profile '{}'", value.text()));
 }
 
 // A profile by its name alone, or a map that may begin with a profile.
@@ -638,7 +640,7 @@ void read_profiles(const yaml_value& value, switch_draft& draft) {
     const std::string& name = key.text();
     const auto same_name = [&](const capability_profile& it) { return it.name == name; };
     if (std::any_of(draft.profiles.begin(), draft.profiles.end(), same_name))
-      key.fail("profile '" + name + "' is given twice");
+      key.fail(fmt::format("profile '{}' is given twice", name));
     draft.profiles.push_back({.name = name, .line = key.line(), .capabilities = {}, .module = {}});
     read_map(yaml_value(entry.second, name, value.path()), kProfileRules, draft.profiles.back());
   }
@@ -651,7 +653,7 @@ void read_traffic_profiles(const yaml_value& value, switch_draft& draft) {
     const yaml_value key(entry.first, "traffic profile", value.path());
     const auto same_name = [&](const traffic_profile& it) { return it.name == key.text(); };
     if (std::any_of(draft.traffic_profiles.begin(), draft.traffic_profiles.end(), same_name))
-      key.fail("traffic profile '" + key.text() + "' is given twice");
+      key.fail(fmt::format("traffic profile '{}' is given twice", key.text()));
     traffic_profile profile{.name = key.text(), .plan = {}};
     read_traffic(yaml_value(entry.second, profile.name, value.path()), draft.traffic_profiles, profile.plan);
     draft.traffic_profiles.push_back(std::move(profile));
@@ -685,7 +687,7 @@ void read_users(const yaml_value& value, switch_draft& draft) {
     user read;
     read_map(yaml_value(item.node(), "a user", item.path()), kUserRules, read);
     if (read.name.empty()) item.fail("a user needs a 'name'");
-    if (draft.data.find_user(read.name) != nullptr) item.fail("user '" + read.name + "' is given twice");
+    if (draft.data.find_user(read.name) != nullptr) item.fail(fmt::format("user '{}' is given twice", read.name));
     draft.data.users.push_back(std::move(read));
   });
 }

@@ -1,5 +1,7 @@
 #include "source/chassis/switch_file.h"
 
+#include <fmt/format.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -13,23 +15,24 @@ namespace {
 
 std::string read_file(const std::string& path) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "re"), std::fclose);
-  if (!file) throw yaml_file_error(path + ": " + std::strerror(errno));
+  if (!file) throw yaml_file_error(fmt::format("{}: {}", path, std::strerror(errno)));
   std::string content;
   char block[16384];
   while (const std::size_t size = std::fread(block, 1, sizeof block, file.get())) content.append(block, size);
-  if (std::ferror(file.get())) throw yaml_file_error(path + ": " + std::strerror(errno));
+  if (std::ferror(file.get())) throw yaml_file_error(fmt::format("{}: {}", path, std::strerror(errno)));
   return content;
 }
 
 YAML::Node parse_document(const std::string& content, const std::string& path) {
   try {
     std::vector<YAML::Node> documents = YAML::LoadAll(content);
-    if (documents.empty() || documents.front().IsNull()) throw yaml_file_error(path + ": the file is empty");
+    if (documents.empty() || documents.front().IsNull())
+      throw yaml_file_error(fmt::format("{}: the file is empty", path));
     if (documents.size() > 1) fail_at(path, static_cast<uint32>(documents[1].Mark().line + 1), "a second document");
     return documents.front();
   } catch (const YAML::Exception& error) {
-    if (error.mark.is_null()) throw yaml_file_error(path + ": not YAML: " + error.msg);
-    fail_at(path, static_cast<uint32>(error.mark.line + 1), "not YAML: " + error.msg);
+    if (error.mark.is_null()) throw yaml_file_error(fmt::format("{}: not YAML: {}", path, error.msg));
+    fail_at(path, static_cast<uint32>(error.mark.line + 1), fmt::format("not YAML: {}", error.msg));
   }
 }
 

@@ -29,8 +29,9 @@ bool read_driver_columns(std::istream& text, driver_counters& reported) {
   return true;
 }
 
-// "NUMBER MAC SECONDS", then the counters in their order.
-bool read_line(const std::string& line, uint32& number, counter_baseline& baseline) {
+}  // namespace
+
+bool read_baseline(const std::string& line, uint32& number, counter_baseline& baseline) {
   std::istringstream text(line);
   std::string mac;
   if (!(text >> number >> mac >> baseline.cleared_sec) || mac.size() != 2 * baseline.mac.size()) return false;
@@ -41,7 +42,7 @@ bool read_line(const std::string& line, uint32& number, counter_baseline& baseli
   return read_driver_columns(text, baseline.reported);
 }
 
-std::string written_line(uint32 number, const counter_baseline& baseline) {
+std::string baseline_text(uint32 number, const counter_baseline& baseline) {
   std::string line = std::to_string(number) + " ";
   for (const uint8 byte : baseline.mac) {
     char digits[3];
@@ -51,10 +52,8 @@ std::string written_line(uint32 number, const counter_baseline& baseline) {
   line += " " + std::to_string(baseline.cleared_sec);
   for (const auto column : kDeviceCounters) line += " " + std::to_string(baseline.counted.*column);
   for (const auto& counter : baseline.reported) line += " " + (counter ? std::to_string(*counter) : kAbsent);
-  return line + "\n";
+  return line;
 }
-
-}  // namespace
 
 std::string kernel_namespace() {
   struct stat space {};
@@ -76,14 +75,14 @@ void counter_baselines::read() {
   while (std::getline(file, line)) {
     uint32 number = 0;
     counter_baseline baseline;
-    if (read_line(line, number, baseline)) kept_[number] = baseline;
+    if (read_baseline(line, number, baseline)) kept_[number] = baseline;
   }
 }
 
 int counter_baselines::write() {
   if (path_.empty() || !is_changed_) return 0;
   std::string text = running_system() + "\n";
-  for (const auto& [number, baseline] : kept_) text += written_line(number, baseline);
+  for (const auto& [number, baseline] : kept_) text += baseline_text(number, baseline) + "\n";
   const int error = replace_file(path_, text, nullptr);
   is_changed_ = error != 0;
   return error;

@@ -44,6 +44,10 @@ class counter_baselines {
   bool is_changed_ = false;
 };
 
+// A baseline as a line of text, "NUMBER MAC SECONDS", then the counters in their order; false for another text.
+std::string baseline_text(uint32 number, const counter_baseline& baseline);
+bool read_baseline(const std::string& line, uint32& number, counter_baseline& baseline);
+
 // The number of the network namespace, as a text; "0" when it is unknown.
 std::string kernel_namespace();
 

@@ -97,10 +97,7 @@ class device_mapper {
 
   bool add_sub_interface(const kernel_link& link) {
     const if_index_t sub = sub_interface_index(link, mapped_);
-    if (sub == 0 || !add(link, sub, name_reason::vlan)) return false;
-    mapped_.back().parent =
-        std::find_if(mapped_.begin(), mapped_.end(), [&](const auto& it) { return it.number == link.parent; })->device;
-    return true;
+    return sub != 0 && add(link, sub, name_reason::vlan);
   }
 
   // The interface of the device's number, or the next free one.

@@ -42,7 +42,6 @@ struct mapped_device {
   if_index_t if_index = 0;
   bool is_bridge_port = false;
   name_reason reason = name_reason::device_index;
-  std::string parent = {};  // the device below, of name_reason::vlan
 };
 
 // Maps devices, sorted by number; `management` is the number of the management port's, or 0. A device that the user

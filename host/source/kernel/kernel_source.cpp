@@ -3,6 +3,7 @@
 #include <linux/if_bridge.h>
 #include <linux/rtnetlink.h>
 #include <net/if.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -18,6 +19,7 @@
 #include "platform/syserr.h"
 #include "source/kernel/abilities.h"
 #include "source/kernel/creation.h"
+#include "source/kernel/device_type.h"
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
 #include "source/kernel/sorted_records.h"
@@ -177,7 +179,7 @@ machine kernel_source::read_again() {
   netlink_socket route(NETLINK_ROUTE);
   links_ = read_links(route);
   if (find_link(links_, management_) == nullptr) management_ = default_route_device(route);
-  mapped_ = names_.map(links_, management_, requested_);
+  mapped_ = map(links_, management_);
   details_.begin(links_, mapped_);
   counted_.clear();
   counted_.reserve(mapped_.size());
@@ -187,8 +189,25 @@ machine kernel_source::read_again() {
   });
   sort_by<&device_reading::if_index>(counted_);
   machine made = machine_of_devices(links_, mapped_);
+  made.name = name();
   for (interface& port : made.interfaces) port.at_start = at_start_.emplace(port.if_index, port.settings).first->second;
   return made;
+}
+
+std::vector<mapped_device> kernel_source::map(const std::vector<kernel_link>& links, uint32 management) {
+  return names_.map(links, management, requested_);
+}
+
+const counter_baseline* kernel_source::find_baseline(const kernel_link& link) const {
+  return baselines_.find(link.number, link.mac, link.counted);
+}
+
+std::string kernel_source::name() const { return host_name(); }
+
+std::optional<kernel_system> kernel_source::system() const {
+  utsname kernel{};
+  uname(&kernel);
+  return kernel_system{kernel.sysname, kernel.release};
 }
 
 // The counters of a device, and the time of their last clear.
@@ -197,7 +216,7 @@ kernel_source::device_reading kernel_source::reading_of(const kernel_link& link,
   reading.if_index = if_index;
   reading.number = link.number;
   reading.counted = link.counted;
-  const counter_baseline* const baseline = baselines_.find(link.number, link.mac, link.counted);
+  const counter_baseline* const baseline = find_baseline(link);
   if (baseline == nullptr) return reading;
   reading.cleared_at = baseline->counted;
   reading.cleared_sec = baseline->cleared_sec;
@@ -367,8 +386,19 @@ std::unique_ptr<table_reader> kernel_source::open_table(const machine&, table_id
   return open_kernel_table(table, table_devices(links_, mapped_, interfaces));
 }
 
-kernel_device kernel_source::device_named(const mapped_device& it) {
-  return {it.device, it.if_index, it.number, it.reason, it.parent};
+kernel_device kernel_source::device_named(const mapped_device& it) const {
+  kernel_device device{it.device, it.if_index, it.number, it.reason};
+  const kernel_link* const link = find_link(links_, it.number);
+  if (link == nullptr) return device;
+  const auto name_of = [this](uint32 number) {
+    const kernel_link* const found = number == 0 ? nullptr : find_link(links_, number);
+    return found == nullptr ? std::string() : found->name;
+  };
+  if (has_device_below(*link)) device.parent = name_of(link->parent);
+  device.master = name_of(link->master);
+  device.type = device_type(*link, device.parent);
+  device.alternative_names = link->alternative_names;
+  return device;
 }
 
 std::optional<std::vector<kernel_device>> kernel_source::devices() const {

@@ -17,7 +17,7 @@
 
 namespace host {
 
-class kernel_source final : public switch_source {
+class kernel_source : public switch_source {
  public:
   // `requested` has the interfaces that the user's map file gives to devices. Without the path of a file, baselines of
   // cleared counters, or the interfaces of devices, are known only to this process.
@@ -49,9 +49,20 @@ class kernel_source final : public switch_source {
   std::unique_ptr<table_reader> open_table(const machine& model, table_id table,
                                            const std::vector<if_index_t>& interfaces) override;
   std::optional<std::vector<kernel_device>> devices() const override;
+  std::optional<kernel_system> system() const override;
   std::optional<kernel_device> find_device(if_index_t if_index) const override;
   // Including lower devices: parents, members of bridges and bonds.
   std::vector<if_index_t> interfaces_towards(const std::string& address) const override;
+
+ protected:
+  // The interfaces of devices; `management` is the number of the management port's device, or 0.
+  virtual std::vector<mapped_device> map(const std::vector<kernel_link>& links, uint32 management);
+
+  // The stored baseline of a device that counts from one; null for others.
+  virtual const counter_baseline* find_baseline(const kernel_link& link) const;
+
+  // The name of the switch.
+  virtual std::string name() const;
 
  private:
   struct device_reading {
@@ -62,7 +73,7 @@ class kernel_source final : public switch_source {
     uint32 cleared_sec = 0;
   };
 
-  static kernel_device device_named(const mapped_device& it);
+  kernel_device device_named(const mapped_device& it) const;
   machine read_again();
   device_reading reading_of(const kernel_link& link, if_index_t if_index);
   device_reading* find_reading(if_index_t if_index);

@@ -4,6 +4,7 @@
 #include <linux/if_bridge.h>
 #include <linux/if_ether.h>
 #include <linux/if_link.h>
+#include <linux/if_tun.h>
 #include <linux/rtnetlink.h>
 #include <net/if.h>
 
@@ -38,7 +39,9 @@ constexpr message_policy kLinkPolicy = {
     {IFLA_STATS64, attribute_type::bytes,
      offsetof(rtnl_link_stats64, rx_nohandler)},  // the last counter of old kernels
     {IFLA_LINKINFO, attribute_type::nest, 0},
+    {IFLA_PROP_LIST, attribute_type::nest, 0},
 };
+constexpr message_policy kPropertyPolicy = {{IFLA_ALT_IFNAME, attribute_type::bytes, 1}};
 constexpr message_policy kInfoPolicy = {
     {IFLA_INFO_KIND, attribute_type::text, 1},
     {IFLA_INFO_SLAVE_KIND, attribute_type::text, 1},
@@ -46,6 +49,11 @@ constexpr message_policy kInfoPolicy = {
     {IFLA_INFO_SLAVE_DATA, attribute_type::nest, 0},
 };
 constexpr message_policy kVlanDevicePolicy = {{IFLA_VLAN_ID, attribute_type::number, sizeof(uint16)}};
+constexpr message_policy kVxlanPolicy = {
+    {IFLA_VXLAN_ID, attribute_type::number, sizeof(uint32)},
+    {IFLA_VXLAN_LINK, attribute_type::number, sizeof(uint32)},
+};
+constexpr message_policy kTunPolicy = {{IFLA_TUN_TYPE, attribute_type::number, sizeof(uint8)}};
 constexpr message_policy kBridgePortPolicy = {{IFLA_BRPORT_STATE, attribute_type::number, sizeof(uint8)}};
 constexpr message_policy kBridgePolicy = {{IFLA_AF_SPEC, attribute_type::nest, 0}};
 constexpr message_policy kBridgeVlanPolicy = {{IFLA_BRIDGE_VLAN_INFO, attribute_type::bytes, sizeof(bridge_vlan_info)}};
@@ -85,6 +93,12 @@ void take_info(const attributes& info, kernel_link& link) {
   link.slave_kind = info.text(IFLA_INFO_SLAVE_KIND).value_or("");
   if (link.kind == "vlan")
     link.vlan = info.nested(IFLA_INFO_DATA, kVlanDevicePolicy).number<uint16>(IFLA_VLAN_ID).value_or(0);
+  if (link.kind == "tun") link.is_tap = info.nested(IFLA_INFO_DATA, kTunPolicy).number<uint8>(IFLA_TUN_TYPE) == IFF_TAP;
+  if (link.kind == "vxlan") {
+    const attributes vxlan = info.nested(IFLA_INFO_DATA, kVxlanPolicy);
+    link.vxlan = vxlan.number<uint32>(IFLA_VXLAN_ID);
+    link.parent = vxlan.number<uint32>(IFLA_VXLAN_LINK).value_or(link.parent);
+  }
   if (link.slave_kind == "bridge")
     link.bridge_state = info.nested(IFLA_INFO_SLAVE_DATA, kBridgePortPolicy).number<uint8>(IFLA_BRPORT_STATE);
 }
@@ -103,6 +117,9 @@ void take_link(const attributes& all, kernel_link& link) {
   if (const auto mac = all.bytes(IFLA_PERM_ADDRESS)) link.permanent_mac = record_of<mac_address>(*mac);
   if (const auto stats = all.bytes(IFLA_STATS64)) link.counted = counters_of(record_of<rtnl_link_stats64>(*stats));
   take_info(all.nested(IFLA_LINKINFO, kInfoPolicy), link);
+  all.nested(IFLA_PROP_LIST, kPropertyPolicy).for_each(IFLA_ALT_IFNAME, [&link](std::span<const uint8> name) {
+    link.alternative_names.emplace_back(name.begin(), std::find(name.begin(), name.end(), 0));
+  });
 }
 
 // ---- Bridge VLANs ---------------------------------------------------------------------------------------------------
@@ -241,6 +258,10 @@ bool is_physical(const kernel_link& link) {
 }
 
 kernel_link* find_link(std::vector<kernel_link>& links, uint32 number) {
+  return find_by<&kernel_link::number>(links, number);
+}
+
+const kernel_link* find_link(const std::vector<kernel_link>& links, uint32 number) {
   return find_by<&kernel_link::number>(links, number);
 }
 

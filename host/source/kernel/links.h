@@ -39,8 +39,11 @@ struct kernel_link {
   uint32 mtu_bytes = 0;
   uint32 lowest_mtu_bytes = 0, highest_mtu_bytes = 0;  // that the device takes; 0: no limit
   uint32 master = 0;                                   // index of the bridge or bond; 0 is none
-  uint32 parent = 0;  // index of the device below; 0 is none, or one of another namespace
-  uint32 vlan = 0;    // of a VLAN device
+  uint32 parent = 0;            // index of the device below; 0 is none, or one of another namespace
+  uint32 vlan = 0;              // of a VLAN device
+  std::optional<uint32> vxlan;  // network identifier of a VXLAN device
+  bool is_tap = false;          // of a device of kind "tun": with frames, not packets
+  std::vector<std::string> alternative_names;
   uint32 carrier_changes = 0;
   std::optional<uint8> bridge_state;  // BR_STATE_*
   device_counters counted;
@@ -68,6 +71,7 @@ bool is_physical(const kernel_link& link);
 
 // The device of this number, or null.
 kernel_link* find_link(std::vector<kernel_link>& links, uint32 number);
+const kernel_link* find_link(const std::vector<kernel_link>& links, uint32 number);
 
 // The device of a route; 0 when the route is not for every address.
 uint32 decode_default_route(const nlmsghdr& message);

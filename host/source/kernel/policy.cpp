@@ -4,18 +4,6 @@
 
 namespace host {
 
-attributes::piece attributes::next(std::span<const uint8>& left) {
-  const auto head = record_of<nlattr>(left);
-  if (head.nla_len < sizeof head || head.nla_len > left.size()) {
-    left = {};
-    return {};
-  }
-  const piece found{static_cast<std::size_t>(head.nla_type & NLA_TYPE_MASK),
-                    left.first(head.nla_len).subspan(sizeof head)};
-  left = left.subspan(std::min<std::size_t>(NLA_ALIGN(head.nla_len), left.size()));
-  return found;
-}
-
 attributes::attributes(std::span<const uint8> list, const message_policy& policy) : list_(list), policy_(&policy) {
   for (std::span<const uint8> left = list; !left.empty();)
     if (const piece it = next(left); policy.fits(it.number, it.bytes.size()))

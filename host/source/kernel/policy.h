@@ -60,6 +60,18 @@ class message_policy {
   std::array<attribute_policy, kNumbers> rows_{};
 };
 
+// The start of a record; what its bytes do not reach is 0.
+template <typename Record>
+Record record_of(std::span<const uint8> bytes) {
+  static_assert(std::is_trivially_copyable_v<Record>);
+  Record record{};
+  if (bytes.size() >= sizeof record)
+    std::memcpy(&record, bytes.data(), sizeof record);  // a fixed size is far faster
+  else
+    std::memcpy(&record, bytes.data(), bytes.size());
+  return record;
+}
+
 // The attributes of a message or a nest that fit its policy, by number; the last one of several with the same number.
 // Views of the message, which must outlive them.
 class attributes {
@@ -93,7 +105,18 @@ class attributes {
     std::span<const uint8> bytes;
   };
   // Takes the first attribute from `left`; all of it when no attribute is complete.
-  static piece next(std::span<const uint8>& left);
+  static piece next(std::span<const uint8>& left) {
+    const auto head = record_of<nlattr>(left);
+    if (head.nla_len < sizeof head || head.nla_len > left.size()) {
+      left = {};
+      return {};
+    }
+    const piece found{static_cast<std::size_t>(head.nla_type & NLA_TYPE_MASK),
+                      left.first(head.nla_len).subspan(sizeof head)};
+    const auto padded = static_cast<std::size_t>(NLA_ALIGN(head.nla_len));
+    left = left.subspan(padded < left.size() ? padded : left.size());
+    return found;
+  }
   std::optional<std::span<const uint8>> find(uint16 number, attribute_type type) const;
 
   std::span<const uint8> list_;
@@ -102,15 +125,6 @@ class attributes {
 };
 
 inline attributes parse(std::span<const uint8> list, const message_policy& policy) { return {list, policy}; }
-
-// The start of a record; what its bytes do not reach is 0.
-template <typename Record>
-Record record_of(std::span<const uint8> bytes) {
-  static_assert(std::is_trivially_copyable_v<Record>);
-  Record record{};
-  std::memcpy(&record, bytes.data(), bytes.size() < sizeof record ? bytes.size() : sizeof record);
-  return record;
-}
 
 // What follows the header of a message.
 std::span<const uint8> payload_of(const nlmsghdr& message);

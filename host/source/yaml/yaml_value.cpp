@@ -1,5 +1,6 @@
 #include "source/yaml/yaml_value.h"
 
+#include <fmt/format.h>
 #include <strings.h>
 
 #include <algorithm>
@@ -30,19 +31,18 @@ std::optional<uint64> to_number(std::string_view digits, int base = 10) {
 // The word that was probably meant, as an addition to a message.
 std::string suggestion(std::string_view written, const std::vector<std::string_view>& known) {
   const std::string_view nearest = closest_word(written, known, std::max<std::size_t>(written.size() / 3, 1));
-  return nearest.empty() ? "" : ", did you mean " + in_quotes(nearest) + "?";
+  return nearest.empty() ? "" : fmt::format(", did you mean '{}'?", nearest);
 }
 
 }  // namespace
 
 const std::string& yaml_value::text() const {
-  if (!node_.IsScalar()) fail(in_quotes(name_) + " needs a value, not " + type_of(node_));
+  if (!node_.IsScalar()) fail(fmt::format("'{}' needs a value, not {}", name_, type_of(node_)));
   return node_.Scalar();
 }
 
 std::string yaml_value::text_of_at_most(std::size_t max_length) const {
-  if (text().size() > max_length)
-    fail(in_quotes(name_) + " is longer than " + std::to_string(max_length) + " characters");
+  if (text().size() > max_length) fail(fmt::format("'{}' is longer than {} characters", name_, max_length));
   return text();
 }
 
@@ -51,8 +51,7 @@ uint64 yaml_value::number(uint64 low, uint64 high) const {
   const bool is_hexadecimal = written.starts_with("0x");
   const std::optional<uint64> value = is_hexadecimal ? to_number(written.substr(2), 16) : to_number(written);
   if (!value) fail_with_value("is not a whole number");
-  if (*value < low || *value > high)
-    fail_with_value("is not from " + std::to_string(low) + " to " + std::to_string(high));
+  if (*value < low || *value > high) fail_with_value(fmt::format("is not from {} to {}", low, high));
   return *value;
 }
 
@@ -66,7 +65,7 @@ uint64 yaml_value::thousandths(uint64 highest) const {
   const std::optional<uint64> fraction = to_number(decimals);
   if (is_cut_short || !whole || !fraction) fail_with_value("is not a number of at most three decimals");
   if (*whole > highest || *whole * 1000 + *fraction > highest * 1000)
-    fail_with_value("is more than " + std::to_string(highest));
+    fail_with_value(fmt::format("is more than {}", highest));
   return *whole * 1000 + *fraction;
 }
 
@@ -82,25 +81,26 @@ uint32 yaml_value::word(std::span<const word_value> words) const {
     if (word.size() == written.size() && strncasecmp(word.data(), written.data(), word.size()) == 0) return value;
   std::vector<std::string_view> known;
   for (const word_value& it : words) known.push_back(it.word);
-  fail_with_value("is not known" + suggestion(written, known));
+  fail_with_value(fmt::format("is not known{}", suggestion(written, known)));
 }
 
 void yaml_value::fail(const std::string& reason) const { fail_at(path_, line(), reason); }
 
 void yaml_value::fail_with_value(const std::string& reason) const {
-  fail(std::string(name_) + " " + in_quotes(text()) + " " + reason);
+  fail(fmt::format("{} '{}' {}", name_, text(), reason));
 }
 
 void fail_at(const std::string& path, uint32 line, const std::string& reason) {
-  throw yaml_file_error(path + ":" + std::to_string(line) + ": " + reason);
+  throw yaml_file_error(fmt::format("{}:{}: {}", path, line, reason));
 }
 
 void require_map(const yaml_value& value) {
-  if (!value.is_map()) value.fail(in_quotes(value.name()) + " needs keys with values, not " + type_of(value.node()));
+  if (!value.is_map())
+    value.fail(fmt::format("'{}' needs keys with values, not {}", value.name(), type_of(value.node())));
 }
 
 void fail_for_unknown_key(const yaml_value& key, std::string_view owner, const std::vector<std::string_view>& known) {
-  key.fail("unknown key " + in_quotes(key.text()) + " in " + in_quotes(owner) + suggestion(key.text(), known));
+  key.fail(fmt::format("unknown key '{}' in '{}'{}", key.text(), owner, suggestion(key.text(), known)));
 }
 
 }  // namespace host

@@ -1,6 +1,7 @@
 // One value of a YAML file with its line, and the walk over a map by a table of its keys.
 #pragma once
 
+#include <fmt/format.h>
 #include <yaml-cpp/yaml.h>
 
 #include <span>
@@ -83,7 +84,7 @@ void read_map(const yaml_value& map, std::type_identity_t<std::span<const key_ru
       for (const auto& rule : rules) known.push_back(rule.key);
       fail_for_unknown_key(key, map.name(), known);
     }
-    if ((seen >> at & 1) != 0) key.fail("'" + text + "' is given twice");
+    if ((seen >> at & 1) != 0) key.fail(fmt::format("'{}' is given twice", text));
     seen |= uint64{1} << at;
     rules[at].read(yaml_value(entry.second, rules[at].key, map.path()), target);
   }

@@ -228,6 +228,73 @@ TEST(CommandRange, EveryBadItemIsAnError) {
             "ethernet 1/1, ethernet 1/2; unexpected text 'x' at character 5; unexpected text ';3' at character 10");
 }
 
+// ---- Other names of interfaces
+
+interface_names devices() {
+  return interface_names([] {
+    return std::vector<interface_names::named_interface>{{"v1", ethernet_index(IF_TYPE_ETHERNET, 0, 9)},
+                                                         {"e1/2", ethernet_index(IF_TYPE_ETHERNET, 0, 30)},
+                                                         {"br-lan.7", ethernet_index(IF_TYPE_ETHERNET, 0, 3)},
+                                                         {"lo", index_of(IF_TYPE_LOOPBACK, {.port = 0})}};
+  });
+}
+
+std::string named(std::string_view text) {
+  const range_reading reading = read_range(text, devices());
+  std::string read;
+  for (const range_item& it : reading.range.items) read += text_of({std::get<interface_span>(it)});
+  for (const range_error& it : reading.errors) read += "error: " + it.message + "\n";
+  return read;
+}
+
+TEST(NamedInterface, IsThatOfItsExactNameBeforeAnythingElse) {
+  EXPECT_EQ(named("v1"), "ethernet 1/10 to ethernet 1/10\n");
+  EXPECT_EQ(named("e1/2"), "ethernet 1/31 to ethernet 1/31\n");
+  EXPECT_EQ(named("br-lan.7,lo , mgmt0"),
+            "ethernet 1/4 to ethernet 1/4\n"
+            "loopback 0 to loopback 0\n"
+            "mgmt 0 to mgmt 0\n");
+}
+
+TEST(NamedInterface, OtherTextsAreReadAsWithoutNames) {
+  EXPECT_EQ(named("v 1"), "vethernet 1 to vethernet 1\n");
+  EXPECT_EQ(named("V1"), "vethernet 1 to vethernet 1\n");
+  EXPECT_EQ(named("v10"), "vethernet 10 to vethernet 10\n");
+  EXPECT_EQ(named("br-lan"), "error: unknown interface 'br-lan' at character 1\n");
+}
+
+TEST(NamedInterface, ANumberAfterItHasNoWord) {
+  EXPECT_EQ(named("e1/5,v1,7"),
+            "ethernet 1/5 to ethernet 1/5\n"
+            "ethernet 1/10 to ethernet 1/10\n"
+            "error: no kind of interface in front of '7' at character 9\n");
+}
+
+TEST(NamedInterface, PatternsMatchNames) {
+  const range_reading reading = read_range("'br*', 'v[0-9]'", devices());
+  ASSERT_EQ(reading.range.items.size(), 2U);
+  EXPECT_TRUE(matches(reading.range, ethernet_index(IF_TYPE_ETHERNET, 0, 3)));
+  EXPECT_TRUE(matches(reading.range, ethernet_index(IF_TYPE_ETHERNET, 0, 9)));
+  EXPECT_FALSE(matches(reading.range, ethernet_index(IF_TYPE_ETHERNET, 0, 30)));
+}
+
+TEST(NamedInterface, NamesAreLoadedWhenOneIsLookedFor) {
+  int loads = 0;
+  interface_names names([&loads] {
+    ++loads;
+    return std::vector<interface_names::named_interface>{{"b", 2}, {"a", 1}};
+  });
+  EXPECT_EQ(loads, 0);
+  EXPECT_EQ(names.find("a"), std::optional<if_index_t>(1));
+  EXPECT_EQ(names.find("b"), std::optional<if_index_t>(2));
+  EXPECT_EQ(names.find("A"), std::nullopt);
+  EXPECT_EQ(names.find(""), std::nullopt);
+  EXPECT_EQ(loads, 1);
+  names.forget();
+  EXPECT_EQ(names.all().front().first, "a");
+  EXPECT_EQ(loads, 2);
+}
+
 TEST(CommandRange, FilesNameInterfacesByNumbersAlone) {
   EXPECT_EQ(parsed("all"), "error: unknown interface 'all' at character 1");
   EXPECT_EQ(parsed("'e*'"), "error: no kind of interface in front of ''e*'' at character 1");

@@ -1,6 +1,7 @@
 // "clear counters": passes interfaces to the owner of their counters, and compares the cleared ones with the named
 // ones.
 #include <dlfcn.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -153,10 +154,10 @@ struct client_function {
 
 std::string fault_of(const client_function& requested) {
   void* const library = dlopen(requested.library, RTLD_NOW);
-  if (library == nullptr) return std::string(requested.library) + " cannot be opened";
+  if (library == nullptr) return fmt::format("{} cannot be opened", requested.library);
   const bool is_there = dlsym(library, requested.name) != nullptr;
   dlclose(library);
-  return is_there ? "no service was asked" : std::string(requested.library) + " has no function " + requested.name;
+  return is_there ? "no service was asked" : fmt::format("{} has no function {}", requested.library, requested.name);
 }
 
 std::string why_not_asked(clearer owner) {
@@ -169,7 +170,7 @@ std::string why_not_asked(clearer owner) {
 
 std::string why_failed(const clear_result& result) {
   const char* const text = syserr2str(result.error);
-  return std::string(result.service) + " failed (" + (text == nullptr ? "" : text) + ")";
+  return fmt::format("{} failed ({})", result.service, text == nullptr ? "" : text);
 }
 
 // Names the interfaces whose counters were not cleared, by reason. False when there are none.
@@ -190,7 +191,7 @@ bool name_uncleared(const invocation& run, std::span<const if_index_t> requested
     by_reason[reason].push_back(if_index);
   }
   for (const auto& [reason, interfaces] : by_reason)
-    run.output.complain("counters of " + range_text(interfaces) + " were not cleared: " + reason + ".");
+    run.output.complain(fmt::format("counters of {} were not cleared: {}.", range_text(interfaces), reason));
   return !by_reason.empty();
 }
 
@@ -204,11 +205,12 @@ int keep_cleared(const invocation& run, const std::string& path) {
   }
   make_directories_of(path);
   if (const int error = the_source().write_baselines(); error != 0) {
-    run.output.complain("cannot write '" + path + "': " + std::strerror(error) +
-                        ". The counters are cleared for this session only.");
+    run.output.complain(fmt::format("cannot write '{}': {}. The counters are cleared for this session only.", path,
+                                    std::strerror(error)));
     return kServiceFailed;
   }
-  run.output.text("The kernel's counters keep running; displays subtract the values saved in\n" + path + ".\n");
+  run.output.text(
+      fmt::format("The kernel's counters keep running; displays subtract the values saved in\n{}.\n", path));
   return kDone;
 }
 

@@ -1,6 +1,8 @@
 // The candidate: its differences and its commit.
 #include "shell/session/candidate.h"
 
+#include <fmt/format.h>
+
 #include <map>
 #include <optional>
 #include <string>
@@ -125,14 +127,14 @@ bool start_guardian(const invocation& run, const machine_changes& changes, std::
   const auto quiet = run.output.hold_progress();
   keeper = guardian::start(reversed(changes), error);
   if (keeper == nullptr)
-    run.output.complain("nothing was committed: the process that rolls back cannot start: " + error + ".");
+    run.output.complain(fmt::format("nothing was committed: the process that rolls back cannot start: {}.", error));
   return keeper != nullptr;
 }
 
 std::string text_of_commit(const changes_made& made, std::optional<uint32> seconds) {
-  std::string text = "Committed for " + range_text(made.applied) + ".";
-  if (seconds) text += " Type 'confirm', or it is rolled back in " + std::to_string(*seconds) + " seconds.";
-  return text + "\n";
+  const std::string interfaces = range_text(made.applied);
+  if (!seconds) return fmt::format("Committed for {}.\n", interfaces);
+  return fmt::format("Committed for {}. Type 'confirm', or it is rolled back in {} seconds.\n", interfaces, *seconds);
 }
 
 // With `seconds` the commit waits that long for its confirmation.
@@ -169,7 +171,7 @@ int commit_candidate(const invocation& run, std::optional<uint32> seconds) {
     run.output.complain(kNoCandidate);
     return kUsage;
   }
-  if (is_waiting_for_confirmation(run)) return kUsage;
+  if (is_waiting_for_confirmation(run.session, run.output)) return kUsage;
   return commit_changes(run, trial::is_running() ? std::nullopt : seconds);  // a dry run reverts everything anyway
 }
 
@@ -177,7 +179,7 @@ int commit(const invocation& run) { return commit_candidate(run, std::nullopt); 
 
 int commit_confirmed(const invocation& run) {
   if (*run.line.number <= kLongestConfirmation) return commit_candidate(run, run.line.number);
-  run.output.complain("'commit confirmed' takes 1 to " + std::to_string(kLongestConfirmation) + " seconds.");
+  run.output.complain(fmt::format("'commit confirmed' takes 1 to {} seconds.", kLongestConfirmation));
   return kUsage;
 }
 
@@ -198,7 +200,7 @@ int confirm_commit(const invocation& run) {
   }
   const std::vector<if_index_t> interfaces = run.session.unconfirmed->interfaces;
   if (!confirm_commit(run.session)) return kUsage;
-  run.output.text("Confirmed for " + range_text(interfaces) + ".\n");
+  run.output.text(fmt::format("Confirmed for {}.\n", range_text(interfaces)));
   return kDone;
 }
 

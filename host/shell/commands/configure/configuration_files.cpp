@@ -6,8 +6,8 @@
 #include "base/text.h"
 #include "shell/commands/configure/running_config.h"
 #include "shell/commands/group.h"
+#include "shell/grammar/cut_line.h"
 #include "shell/grammar/parser.h"
-#include "shell/grammar/words.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"
@@ -112,7 +112,7 @@ int show_running_config(const invocation& run) {
 
 int copy_running_config(const invocation& run) {
   const bool is_startup = run.line.file.empty();
-  if (is_startup && is_waiting_for_confirmation(run)) return kUsage;
+  if (is_startup && is_waiting_for_confirmation(run.session, run.output)) return kUsage;
   const std::string path = is_startup ? startup_file(run.session) : run.line.file;
   if (path.empty()) {
     run.output.complain(kNoPlaceForStartup);

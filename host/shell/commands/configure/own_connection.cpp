@@ -1,5 +1,7 @@
 #include "shell/commands/configure/own_connection.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -35,9 +37,11 @@ bool is_in_mode(const shell& session, if_index_t if_index) {
 }
 
 bool wants_it(const std::vector<if_index_t>& cut) {
-  const std::string prompt = "This may cut your own connection through " + range_text(cut) +
-                             ". 'commit confirmed SECONDS' of a candidate is rolled back unless you confirm it. "
-                             "Continue? (y/n) [n] ";
+  const std::string prompt = fmt::format(
+      "This may cut your own connection through {}. 'commit confirmed SECONDS' of a candidate is rolled back unless "
+      "you "
+      "confirm it. Continue? (y/n) [n] ",
+      range_text(cut));
   std::array<char, 9> answer{};
   vsh_user_input_info_t question{};
   question.prompt = prompt.c_str();
@@ -53,9 +57,11 @@ bool may_change(const invocation& run, Test is_changed) {
   std::vector<if_index_t> way = the_source().interfaces_towards(address_of_user());
   way.erase(std::remove_if(way.begin(), way.end(), [&](if_index_t it) { return !is_changed(it); }), way.end());
   if (way.empty() || wants_it(way)) return true;
-  run.output.complain("nothing was changed: this may cut your own connection through " + range_text(way) +
-                      ". Start the shell with --yes to change it anyway, or use 'configure candidate' and "
-                      "'commit confirmed SECONDS', which is rolled back unless you confirm it.");
+  run.output.complain(fmt::format(
+      "nothing was changed: this may cut your own connection through {}. Start the shell with --yes to change it "
+      "anyway, or use 'configure candidate' and 'commit confirmed SECONDS', which is rolled back unless you confirm "
+      "it.",
+      range_text(way)));
   return false;
 }
 

@@ -1,5 +1,7 @@
 #include "shell/commands/configure/running_config.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <vector>
 
@@ -66,7 +68,8 @@ std::string fixed_settings_of(const interface& it) {
   for (const setting& of : all_settings()) {
     const auto value = of.get(it.settings);
     if (!value || of.has_it(decode_index(it.if_index).type) || is_usual(of, it)) continue;
-    for (const std::string& command : commands_for(of, *value)) lines += "  ! cannot be set: " + command + "\n";
+    for (const std::string& command : commands_for(of, *value))
+      lines += fmt::format("  ! cannot be set: {}\n", command);
   }
   return lines;
 }
@@ -91,8 +94,8 @@ std::string settings_of(const interface& it) {
 
 std::string running_config(const machine& of, std::span<const if_index_t> interfaces,
                            std::span<const if_index_t> deleted) {
-  std::string text = "! Settings of " + text_argument(of.name) + "\nconfigure\n";
-  if (!deleted.empty()) text += "no interface " + range_text(deleted) + "\n";
+  std::string text = fmt::format("! Settings of {}\nconfigure\n", text_argument(of.name));
+  if (!deleted.empty()) text += fmt::format("no interface {}\n", range_text(deleted));
   for (std::size_t first = 0; first < interfaces.size();) {
     const interface* const it = of.find(interfaces[first]);
     const std::string lines = it != nullptr ? lines_of(*it) : std::string();
@@ -105,7 +108,7 @@ std::string running_config(const machine& of, std::span<const if_index_t> interf
            is_like_first(of.find(interfaces[end])))
       ++end;
     if (is_created || !lines.empty())
-      text += "interface " + range_text(interfaces.subspan(first, end - first)) + "\n" + lines;
+      text += fmt::format("interface {}\n{}", range_text(interfaces.subspan(first, end - first)), lines);
     first = end;
   }
   return text + "end\n";

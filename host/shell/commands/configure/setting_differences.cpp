@@ -1,5 +1,7 @@
 #include "shell/commands/configure/setting_differences.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <sstream>
 #include <string_view>
@@ -58,7 +60,7 @@ std::string names_text(std::span<const if_index_t> interfaces) {
   for (const auto& [first, last] : runs_of(interfaces)) {
     char name[64] = {};
     text.append(text.empty() ? "" : ", ").append(sprintf_if_index(name, first));
-    if (last != first) text += "-" + std::to_string(number_of(last).port);
+    if (last != first) text += fmt::format("-{}", number_of(last).port);
   }
   return text;
 }

@@ -1,5 +1,7 @@
 #include "shell/commands/configure/setting_outcome.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -101,11 +103,11 @@ void record(command_output& output, const std::string& setting, const std::map<i
 std::string text_of(const setting_result& result) {
   const std::string before = joined(result.made.before), after = joined(result.made.after);
   if (before.empty()) return after.empty() ? word_of(result.what) : after;
-  return before + " -> " + (after.empty() ? "none" : after);
+  return fmt::format("{} -> {}", before, after.empty() ? "none" : after);
 }
 
 void print_names(command_output& output, const std::vector<if_index_t>& interfaces, const std::string& what) {
-  if (!interfaces.empty()) output.text(names_text(interfaces) + ": " + what + "\n");
+  if (!interfaces.empty()) output.text(fmt::format("{}: {}\n", names_text(interfaces), what));
 }
 
 void print(command_output& output, const std::map<if_index_t, setting_result>& results) {

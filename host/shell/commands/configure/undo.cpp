@@ -1,4 +1,6 @@
 // "undo".
+#include <fmt/format.h>
+
 #include "messages/calls/command_account.h"
 #include "settings/change_journal.h"
 #include "shell/commands/configure/own_connection.h"
@@ -19,9 +21,10 @@ int undo(const invocation& run) {
   const std::size_t num_steps = run.line.number.value_or(1);
   const std::size_t num_known = change_steps(the_machine()).size();
   if (num_known < num_steps) {
-    run.output.complain(num_known == 0 ? "there is no change to undo."
-                                       : "cannot undo " + std::to_string(num_steps) + " changes: this session has " +
-                                             std::to_string(num_known) + ". 'show changes' lists them.");
+    run.output.complain(num_known == 0
+                            ? "there is no change to undo."
+                            : fmt::format("cannot undo {} changes: this session has {}. 'show changes' lists them.",
+                                          num_steps, num_known));
     return kUsage;
   }
   const ports_before before(run, changed_ports(the_machine(), num_steps));
@@ -30,7 +33,7 @@ int undo(const invocation& run) {
   std::vector<pm_port_cfg_status_t> refused;
   for (std::size_t i = 0; i < num_steps && code == kDone; ++i) {
     const changes_made made = take_change_back(the_machine());
-    if (!made.applied.empty()) run.output.text("Undone for " + range_text(made.applied) + ".\n");
+    if (!made.applied.empty()) run.output.text(fmt::format("Undone for {}.\n", range_text(made.applied)));
     for (const auto& [if_index, status] : made.refused) refused.push_back({if_index, status});
     code = report_refusals(run, "undo", refused);
   }

@@ -1,5 +1,7 @@
 #include "shell/commands/configure/written_settings.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "shell/grammar/words.h"
@@ -8,7 +10,7 @@ namespace host {
 namespace {
 
 std::string line_of(std::string_view command, std::string_view words) {
-  return std::string(command) + (words.empty() ? "" : " ") + std::string(words);
+  return words.empty() ? std::string(command) : fmt::format("{} {}", command, words);
 }
 
 const setting_form* find_form(const setting& of, form_kind kind) {
@@ -17,12 +19,12 @@ const setting_form* find_form(const setting& of, form_kind kind) {
   return found == of.forms.end() ? nullptr : &*found;
 }
 
-std::string no_command(const setting& of) { return "no " + std::string(of.command); }
+std::string no_command(const setting& of) { return fmt::format("no {}", of.command); }
 
 // "bb-credit COUNT mode e" with the number in the place of its name.
 std::string with_number(const setting& of, const setting_form& form, uint32 number) {
   const std::size_t end = std::min(form.syntax.find(' '), form.syntax.size());
-  return line_of(of.command, std::to_string(number)) + std::string(form.syntax.substr(end));
+  return fmt::format("{} {}{}", of.command, number, form.syntax.substr(end));
 }
 
 std::string command_for_number(const setting& of, uint32 number) {
@@ -48,11 +50,10 @@ std::vector<std::string> commands_for_vlans(const setting& of, const std::vector
     std::size_t last = first;
     while (last + 1 < vlans.size() && vlans[last + 1] == vlans[last] + 1) ++last;
     if (num_ranges % kRangesOfLine == 0)
-      lines.push_back(line_of(of.command, lines.empty() ? "" : "add") + " ");
+      lines.push_back(fmt::format("{} {}", of.command, lines.empty() ? "" : "add "));
     else
       lines.back() += ",";
-    lines.back() += std::to_string(vlans[first]);
-    if (last != first) lines.back() += "-" + std::to_string(vlans[last]);
+    lines.back() += last == first ? std::to_string(vlans[first]) : fmt::format("{}-{}", vlans[first], vlans[last]);
     first = last + 1;
   }
   return lines;

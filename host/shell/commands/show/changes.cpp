@@ -1,4 +1,6 @@
 // "show changes": the changes of this session, as commands, with the previous ones.
+#include <fmt/format.h>
+
 #include <deque>
 #include <map>
 #include <string>
@@ -46,12 +48,12 @@ std::map<if_index_t, setting_difference> differences(const std::deque<change_ste
 
 void print_step(command_output& output, std::size_t number, const change_step& step, const std::string& user,
                 const std::map<if_index_t, setting_difference>& found) {
-  output.text(std::to_string(number) + "  " + utc_text(step.at_sec) + "  " + user + (user.empty() ? "" : "  ") +
-              step.command + "\n");
+  output.text(
+      fmt::format("{}  {}  {}{}{}\n", number, utc_text(step.at_sec), user, user.empty() ? "" : "  ", step.command));
   for (const auto& [made, ports] : grouped(found)) {
-    output.text("     " + range_text(ports) + "\n");
-    for (const std::string& line : made.before) output.text("     - " + line + "\n");
-    for (const std::string& line : made.after) output.text("     + " + line + "\n");
+    output.text(fmt::format("     {}\n", range_text(ports)));
+    for (const std::string& line : made.before) output.text(fmt::format("     - {}\n", line));
+    for (const std::string& line : made.after) output.text(fmt::format("     + {}\n", line));
   }
 }
 

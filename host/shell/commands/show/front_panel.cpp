@@ -1,5 +1,7 @@
 #include "shell/commands/show/front_panel.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <iterator>
 #include <optional>
@@ -118,9 +120,9 @@ void append_row(panel_line& line, const front_panel& front, uint32 first, const 
 }
 
 std::string title_of(const front_panel& front) {
-  std::string text = "Module " + std::to_string(front.module);
-  if (front.unit != 0) text += " of unit " + std::to_string(front.unit);
-  return front.model.empty() ? text : text + ": " + front.model;
+  const std::string place = front.unit == 0 ? fmt::format("Module {}", front.module)
+                                            : fmt::format("Module {} of unit {}", front.module, front.unit);
+  return front.model.empty() ? place : fmt::format("{}: {}", place, front.model);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // "show history": the lines that users entered at the prompt.
 #include "shell/session/history.h"
 
-#include <cstdio>
+#include <fmt/format.h>
 
 #include "shell/commands/group.h"
 #include "shell/output/command_output.h"
@@ -14,10 +14,8 @@ int show_history(const invocation& run) {
   std::size_t number = 0;
   for (const std::string& line : read_history(history_file())) {
     if (run.output.is_discarding()) break;
-    char counted[24];
-    std::snprintf(counted, sizeof counted, "%5zu  ", ++number);
     if (!run.output.is_structured()) {
-      run.output.text(counted + line + "\n");
+      run.output.text(fmt::format("{:5}  {}\n", ++number, line));
       continue;
     }
     run.output.begin_interface({});

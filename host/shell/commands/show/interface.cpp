@@ -1,6 +1,8 @@
 // "show interface" in all its views: calls the library's handlers, once for each interface.
 #include "shell/commands/show/interface.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <span>
@@ -149,8 +151,7 @@ std::size_t remove_not_applicable(const showing& view, bool has_range, selection
     char name[64];
     sprintf_if_index(name, if_index);
     view.run.output.complain(
-        std::string(name) + ": '" + words_of(*view.run.line.what) + "' does not apply to this kind of interface.",
-        name);
+        fmt::format("{}: '{}' does not apply to this kind of interface.", name, words_of(*view.run.line.what)), name);
     return true;
   });
   return named;

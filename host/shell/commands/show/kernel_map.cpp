@@ -1,4 +1,6 @@
 // "show kernel-map".
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <string>
 
@@ -19,7 +21,7 @@ std::string text_of(const kernel_device& it) {
     case name_reason::default_route: return "default route";
     case name_reason::loopback: return "loopback";
     case name_reason::bond: return "bond";
-    case name_reason::vlan: return "vlan of " + it.parent;
+    case name_reason::vlan: return fmt::format("vlan of {}", it.parent);
     case name_reason::device_index: return "device index";
   }
   return {};

@@ -1,7 +1,10 @@
 #include "shell/commands/show/library_display.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "shell/library/views.h"
 #include "switch/model.h"
@@ -12,7 +15,7 @@ void call_handler(const invocation& run, command_handler handler, paraminfo_t* b
   const uint32 result = handler(block);
   const std::string_view added = result == 0 ? std::string_view() : name_of_added_handler(handler);
   if (added.empty()) return;
-  run.output.complain(std::string(added) + " failed: it returned " + std::to_string(result) + ".");
+  run.output.complain(fmt::format("{} failed: it returned {}.", added, result));
   run.output.note_failure();
 }
 
@@ -20,13 +23,14 @@ bool has_named_module(const invocation& run) {
   const auto& words = run.line.what->syntax.words;
   if (std::none_of(words.begin(), words.end(), [](const syntax_word& word) { return word.text == "MODULE"; }))
     return true;
-  std::string modules;
+  std::vector<uint32> modules;
   for (const card& it : the_machine().cards) {
     if (it.slot + 1 == run.line.number) return true;
-    modules.append(modules.empty() ? "" : ", ").append(std::to_string(it.slot + 1));
+    modules.push_back(it.slot + 1);
   }
-  run.output.complain("module " + run.line.module + " does not exist" +
-                      (modules.empty() ? "." : "; the modules of this switch are " + modules + "."));
+  run.output.complain(modules.empty() ? fmt::format("module {} does not exist.", run.line.module)
+                                      : fmt::format("module {} does not exist; the modules of this switch are {}.",
+                                                    run.line.module, fmt::join(modules, ", ")));
   return false;
 }
 

@@ -1,4 +1,6 @@
 // "show module resources".
+#include <fmt/format.h>
+
 #include <optional>
 
 #include "messages/calls/module_resources.h"
@@ -56,8 +58,8 @@ int show_module_resources(const invocation& run) {
   if (!has_named_module(run)) return kNoSuchInterface;
   const uint32 module = *run.line.number;
   if (pdb_is_module_tamber(module * 256 + 2) == 0) {
-    run.output.complain("module " + std::to_string(module) +
-                        ": 'show module resources' does not apply to this kind of module.");
+    run.output.complain(
+        fmt::format("module {}: 'show module resources' does not apply to this kind of module.", module));
     return kSomeInterfacesFailed;
   }
   if (run.output.is_structured()) return bind_module_resources(run, module);

@@ -1,4 +1,6 @@
 // "show interface overview": a row for each interface, from the service of interface values.
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -137,6 +139,8 @@ struct overview_column {
 constexpr overview_column kColumns[] = {
     {{"Interface", 1}, nullptr},
     {{"Device", 3}, text_cell<property::device>},
+    {{"Type", 12, false, 8}, text_cell<property::device_type>},
+    {{"Master", 13}, text_cell<property::master_device>},
     {{"State", 2}, word_cell<property::state, enum_words::port_state>},
     {{"Reason", 9, false, 12}, word_cell<property::state_reason, enum_words::state_reason>},
     {{"VLAN", 7}, vlan_cell},
@@ -227,7 +231,7 @@ int show_overview(const invocation& run) {
     if (!chosen.is_named(if_index)) continue;
     ++without_values;
     char name[64] = {};
-    run.output.complain(std::string(sprintf_if_index(name, if_index)) + " is not in the overview.");
+    run.output.complain(fmt::format("{} is not in the overview.", sprintf_if_index(name, if_index)));
   }
   const bool is_all_lost = made.failed == made.interfaces.size();
   if (!run.output.is_structured() && !is_all_lost) print_table(run.output, made);

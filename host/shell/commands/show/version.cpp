@@ -1,6 +1,4 @@
 // "show version".
-#include <sys/utsname.h>
-
 #include "shell/commands/group.h"
 #include "shell/commands/show/own_channel.h"
 #include "shell/output/command_output.h"
@@ -16,11 +14,9 @@ int show_version(const invocation& run) {
   cmd_rx_handle_t* const rx = channel();
   const shell& session = run.session;
   cmd_prt(rx, "pmsh:      %s\n", text_tuple(kTagProgramVersion, PMCLI_VERSION));
-  if (the_source().devices()) {
-    utsname kernel{};
-    uname(&kernel);
-    cmd_prt(rx, "Platform:  %s %s\n", text_tuple(kTagPlatform, kernel.sysname),
-            text_tuple(kTagKernelRelease, kernel.release));
+  if (const auto kernel = the_source().system()) {
+    cmd_prt(rx, "Platform:  %s %s\n", text_tuple(kTagPlatform, kernel->name.c_str()),
+            text_tuple(kTagKernelRelease, kernel->release.c_str()));
   } else if (session.switch_file.empty()) {
     cmd_prt(rx, "Platform:  %s %s\n", text_tuple(kTagPlatform, kSimulated),
             text_tuple(kTagSwitchName, session.switch_name.c_str()));

@@ -1,5 +1,7 @@
 #include "shell/commands/watch/drawing.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstdio>
 
@@ -145,8 +147,7 @@ std::string drawing(const drawing_parts& parts, screen_size size, std::size_t& o
   std::size_t drawn = add_fitting(text, shown, of_display, size, room - for_rates);
   drawn += add_fitting(text, rates, offset - of_display, size, for_rates);
   if (!is_hidden || size.rows < 2) return text;
-  std::string status = std::to_string(all - drawn) + " rows hidden";
-  if (!help.empty()) status.append(": ").append(help);
+  const std::string status = fmt::format("{} rows hidden{}{}", all - drawn, help.empty() ? "" : ": ", help);
   return text.append("\n").append(first_characters(status, size.columns));
 }
 

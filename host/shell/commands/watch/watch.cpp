@@ -1,5 +1,6 @@
 #include "shell/commands/watch/watch.h"
 
+#include <fmt/format.h>
 #include <poll.h>
 #include <termios.h>
 #include <unistd.h>
@@ -371,8 +372,8 @@ class watcher {
 
   std::string first_line(std::size_t columns) const {
     std::string text;
-    append_printable(text, "Every " + std::to_string(*line_.every) + " s: " + line_.text + "   " +
-                               session_.switch_name + "   " + drawn_at_);
+    append_printable(
+        text, fmt::format("Every {} s: {}   {}   {}", *line_.every, line_.text, session_.switch_name, drawn_at_));
     return std::string(first_characters(text, columns));
   }
 
@@ -440,7 +441,7 @@ namespace {
 
 // clang-format off
 constexpr command kWatchRows[] = {
-    {"watch INTERVAL COMMAND", "Repeat a show command until Ctrl-C, with the rates of the traffic that it counts", nullptr, kSentences, nullptr, kEveryMode, command_effect::none, watch},
+    {"watch INTERVAL COMMAND", "Repeat a show command, with rates of traffic", nullptr, kSentences, nullptr, kEveryMode, command_effect::none, watch},
 };
 // clang-format on
 

@@ -1,5 +1,7 @@
 #include "shell/output/chain/page.h"
 
+#include <fmt/format.h>
+
 #include <cstring>
 
 #include "shell/output/terminal/print_error.h"
@@ -42,7 +44,7 @@ bool paging_sink::begin_program() {
   if (const int error = outside_.start(program_); error != 0) {
     static std::string reported;
     if (reported != program_)
-      print_error("the pager '" + program_ + "' cannot be started: " + std::strerror(error) + ". Check $PAGER.");
+      print_error(fmt::format("the pager '{}' cannot be started: {}. Check $PAGER.", program_, std::strerror(error)));
     reported = program_;
     program_.clear();
     for (const kept_line& line : kept_)

@@ -1,5 +1,7 @@
 #include "shell/output/document/account.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <span>
 #include <vector>
@@ -17,10 +19,10 @@ std::string text_of(const failure& failed) {
     case fault::damaged: return "answered with less than it promised";
     case fault::error: {
       const char* const text = syserr2str(failed.error);
-      return "answered with an error: " + (text == nullptr ? std::to_string(failed.error) : std::string(text));
+      return fmt::format("answered with an error: {}", text == nullptr ? std::to_string(failed.error) : text);
     }
     case fault::not_opened: return "cannot be opened";
-    case fault::without_function: return "has no function " + std::string(failed.function);
+    case fault::without_function: return fmt::format("has no function {}", failed.function);
   }
   return "failed";
 }
@@ -42,8 +44,7 @@ void take_each(std::span<const failure> noted, const account::sentence_taker& ta
 }  // namespace
 
 std::string sentence_of(const failure& failed) {
-  return std::string(is_library(failed) ? "the library '" : "the service '") + std::string(failed.source) + "' " +
-         text_of(failed) + ".";
+  return fmt::format("the {} '{}' {}.", is_library(failed) ? "library" : "service", failed.source, text_of(failed));
 }
 
 void account::take_new(const sentence_taker& take) {

@@ -674,6 +674,9 @@ struct untagged {
 constexpr untagged kUntagged[] = {
     {property::device, kOfInterfaces},
     {property::ifindex, kOfInterfaces},
+    {property::device_type, kDetailed | kOverviewDisplay},
+    {property::parent_device, kDetailed | kOverviewDisplay},
+    {property::master_device, kDetailed | kOverviewDisplay},
     {property::description, kOverviewDisplay},
     {property::state, kOverviewDisplay | kPanelDisplay},
     {property::state_reason, kOverviewDisplay | kPanelDisplay},

@@ -1,5 +1,7 @@
 #include "shell/output/schema/schema.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 
@@ -68,14 +70,14 @@ display_bit add_display(std::span<const added_field> fields, std::string& error)
   for (const added_field& added : fields) {
     const binding* const known = find_binding(added.tuple_id);
     if (known != nullptr && field_of(*known).name != added.described.name) {
-      error = "the tuple id of '" + std::string(added.described.name) + "' belongs to the field '" +
-              std::string(field_of(*known).name) + "'";
+      error =
+          fmt::format("the tuple id of '{}' belongs to the field '{}'", added.described.name, field_of(*known).name);
       return kNoDisplay;
     }
     const auto same_key = std::find_if(field_rows().begin(), field_rows().end(),
                                        [&](const field& row) { return row.name == added.described.name; });
     if (same_key != field_rows().end() && contradicts(*same_key, added.described)) {
-      error = "the field '" + std::string(added.described.name) + "' has another type in another display";
+      error = fmt::format("the field '{}' has another type in another display", added.described.name);
       return kNoDisplay;
     }
   }

@@ -1,6 +1,7 @@
 #include "shell/output/terminal/external_pager.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -26,7 +27,7 @@ bool is_installed(std::string_view program) {
   std::string_view places = path == nullptr ? "" : path;
   while (!places.empty()) {
     const std::size_t end = std::min(places.find(':'), places.size());
-    const std::string file = std::string(places.substr(0, end)) + "/" + std::string(program);
+    const std::string file = fmt::format("{}/{}", places.substr(0, end), program);
     if (access(file.c_str(), X_OK) == 0) return true;
     places.remove_prefix(std::min(end + 1, places.size()));
   }

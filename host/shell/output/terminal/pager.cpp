@@ -1,5 +1,6 @@
 #include "shell/output/terminal/pager.h"
 
+#include <fmt/format.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -64,7 +65,7 @@ bool pager::make_room(std::string_view line) {
 }
 
 void pager::erase() {
-  if (rows_used_ > 0) put(terminal_, "\x1b[" + std::to_string(rows_used_) + "A\r\x1b[J");
+  if (rows_used_ > 0) put(terminal_, fmt::format("\x1b[{}A\r\x1b[J", rows_used_));
   rows_used_ = 0;
 }
 

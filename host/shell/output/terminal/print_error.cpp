@@ -1,5 +1,6 @@
 #include "shell/output/terminal/print_error.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -26,7 +27,7 @@ error_taker set_error_sink(error_taker sink) { return std::exchange(error_sink()
 
 int report_lost_output(int error) {
   if (error == EPIPE) return kDone;
-  print_error("the output cannot be written: " + std::string(std::strerror(error)) + ".");
+  print_error(fmt::format("the output cannot be written: {}.", std::strerror(error)));
   return kServiceFailed;
 }
 

@@ -1,5 +1,6 @@
 #include "shell/output/terminal/progress_line.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -54,7 +55,7 @@ void progress_line::work() {
       continue;
     }
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(now - start_).count();
-    write(std::string(kErase) + "working, " + std::to_string(seconds) + " s; Ctrl-C stops it");
+    write(fmt::format("{}working, {} s; Ctrl-C stops it", kErase, seconds));
     is_visible_ = true;
     next = now + kPatience;
   }

@@ -299,7 +299,6 @@ TEST(KernelMap, EachInterfaceHasItsReason) {
   EXPECT_EQ(mapped[3].reason, name_reason::bond);
   EXPECT_EQ(mapped[4].reason, name_reason::device_index);
   EXPECT_EQ(mapped[5].reason, name_reason::vlan);
-  EXPECT_EQ(mapped[5].parent, "eth1");
   EXPECT_EQ(mapped[6].reason, name_reason::device_index);
   EXPECT_EQ(mapped[7].reason, name_reason::map_file);
 }

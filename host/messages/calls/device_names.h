@@ -1,0 +1,16 @@
+// The network devices of the kernel that are interfaces of the switch.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/if_index.h"
+
+namespace host {
+
+// Each name of a device, also its alternative ones, and its interface, from the hardware service. None when the switch
+// is not the kernel's, or when the service does not answer.
+std::vector<std::pair<std::string, if_index_t>> ask_device_names();
+
+}  // namespace host
