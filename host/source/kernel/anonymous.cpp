@@ -6,6 +6,7 @@
 #include <linux/genetlink.h>
 #include <linux/if_bridge.h>
 #include <linux/if_link.h>
+#include <linux/neighbour.h>
 #include <linux/rtnetlink.h>
 #include <net/if.h>
 
@@ -232,6 +233,16 @@ anonymiser::octet_list anonymiser::address(std::span<const uint8> payload) {
   const attributes all = parse(after_head(payload, sizeof(ifaddrmsg)), kBytesOfAny);
   for (const uint16 number : {IFA_LOCAL, IFA_ADDRESS})
     if (const auto real = all.bytes(number)) put_attribute(made, number, ip_address(*real));
+  for (const uint16 kept : {IFA_FLAGS, IFA_CACHEINFO}) copy_attribute(all, kept, made);
+  return made;
+}
+
+anonymiser::octet_list anonymiser::neighbor(std::span<const uint8> payload) {
+  octet_list made = head_of(payload, sizeof(ndmsg));
+  const attributes all = parse(after_head(payload, sizeof(ndmsg)), kBytesOfAny);
+  if (const auto real = all.bytes(NDA_DST)) put_attribute(made, NDA_DST, ip_address(*real));
+  if (const auto real = all.bytes(NDA_LLADDR)) put_attribute(made, NDA_LLADDR, hardware_address(*real));
+  for (const uint16 kept : {NDA_CACHEINFO, NDA_VLAN, NDA_MASTER}) copy_attribute(all, kept, made);
   return made;
 }
 
@@ -254,6 +265,8 @@ std::string anonymiser::answer(const nlmsghdr& request, std::string_view message
       kept = link(payload);
     } else if (head.nlmsg_type == RTM_NEWADDR) {
       kept = address(payload);
+    } else if (head.nlmsg_type == RTM_NEWNEIGH) {
+      kept = neighbor(payload);
     } else if (head.nlmsg_type == RTM_NEWROUTE) {
       kept = route_answer(payload);
     } else if (head.nlmsg_type == request.nlmsg_type) {
@@ -285,6 +298,7 @@ std::string anonymiser::ioctl_answer(std::string_view record) const {
     ethtool_drvinfo real{}, kept{};
     std::memcpy(&real, made.data(), sizeof real);
     kept.cmd = real.cmd;
+    kept.n_stats = real.n_stats;
     std::memcpy(kept.driver, real.driver, sizeof kept.driver);
     std::memcpy(made.data(), &kept, sizeof kept);
   }

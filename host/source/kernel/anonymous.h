@@ -39,6 +39,7 @@ class anonymiser {
 
   octet_list link(std::span<const uint8> payload);
   octet_list address(std::span<const uint8> payload);
+  octet_list neighbor(std::span<const uint8> payload);
   octet_list hardware_address(std::span<const uint8> real);
   octet_list ip_address(std::span<const uint8> real);
 

@@ -212,6 +212,20 @@ void capture::add_answer(const captured_request& request, std::string_view answe
               std::to_string(error) + " " + request.key);
 }
 
+namespace {
+
+// A table that cannot be read cannot be read from the capture either.
+void read_table(const machine& model, table_id table, switch_source& source) {
+  try {
+    const std::unique_ptr<table_reader> reader = source.open_table(model, table, {});
+    std::vector<table_row> rows;
+    while (reader != nullptr && reader->next(rows)) rows.clear();
+  } catch (const kernel_error&) {
+  }
+}
+
+}  // namespace
+
 void capture::complete(const machine& model, switch_source& source) {
   for (const interface& port : model.interfaces) {
     interface copy = port;
@@ -219,6 +233,8 @@ void capture::complete(const machine& model, switch_source& source) {
          {detail::link_fault, detail::driver, detail::module, detail::diagnostics, detail::counters})
       source.complete(copy, needed);
   }
+  for (auto number = uint16{1}; number <= static_cast<uint16>(table_id::last); ++number)
+    read_table(model, static_cast<table_id>(number), source);
   if (std::FILE* const table = the_kernel_table_opener()(); table != nullptr) std::fclose(table);
 }
 

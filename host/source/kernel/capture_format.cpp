@@ -53,12 +53,22 @@ constexpr name_row kNames[] = {
     {capture_bus::route, RTM_GETLINK, AF_BRIDGE, "bridge-vlans"},
     {capture_bus::route, RTM_GETADDR, kAnyByte, "addresses"},
     {capture_bus::route, RTM_GETROUTE, kAnyByte, "route"},
+    {capture_bus::route, RTM_GETNEIGH, AF_BRIDGE, "mac-addresses"},
+    {capture_bus::route, RTM_GETNEIGH, kAnyByte, "neighbors"},
     {capture_bus::generic, GENL_ID_CTRL, kAnyByte, "ethtool-family"},
     {capture_bus::generic, kAnyType, ETHTOOL_MSG_LINKMODES_GET, "link-modes"},
     {capture_bus::generic, kAnyType, ETHTOOL_MSG_PAUSE_GET, "pause"},
     {capture_bus::generic, kAnyType, ETHTOOL_MSG_LINKSTATE_GET, "link-state"},
     {capture_bus::generic, kAnyType, ETHTOOL_MSG_STATS_GET, "driver-counters"},
     {capture_bus::generic, kAnyType, ETHTOOL_MSG_MODULE_EEPROM_GET, "module-memory"},
+    {capture_bus::generic, kAnyType, ETHTOOL_MSG_CHANNELS_GET, "queues"},
+    {capture_bus::generic, kAnyType, ETHTOOL_MSG_RINGS_GET, "rings"},
+    {capture_bus::generic, kAnyType, ETHTOOL_MSG_FEC_GET, "fec"},
+    {capture_bus::generic, kAnyType, ETHTOOL_MSG_EEE_GET, "eee"},
+    {capture_bus::generic, kAnyType, ETHTOOL_MSG_FEATURES_GET, "offloads"},
+    {capture_bus::generic, kAnyType, ETHTOOL_MSG_STRSET_GET, "offload-names"},
+    {capture_bus::ioctl, ETHTOOL_GSTRINGS, kAnyByte, "counter-names"},
+    {capture_bus::ioctl, ETHTOOL_GSTATS, kAnyByte, "counter-values"},
     {capture_bus::ioctl, ETHTOOL_GSET, kAnyByte, "link-modes"},
     {capture_bus::ioctl, ETHTOOL_GPAUSEPARAM, kAnyByte, "pause"},
     {capture_bus::ioctl, ETHTOOL_GDRVINFO, kAnyByte, "driver"},
@@ -94,13 +104,25 @@ captured_request request_of(int netlink_bus, const nlmsghdr& request) {
   return {netlink_bus == NETLINK_GENERIC ? capture_bus::generic : capture_bus::route, request.nlmsg_type, key};
 }
 
+namespace {
+
+// Of a list only the head asks for something.
+std::size_t ioctl_request_size(const void* command) {
+  uint32 number = 0;
+  std::memcpy(&number, command, sizeof number);
+  if (number == ETHTOOL_GSTRINGS) return sizeof(ethtool_gstrings);
+  return number == ETHTOOL_GSTATS ? sizeof(ethtool_stats) : ioctl_size(command);
+}
+
+}  // namespace
+
 captured_request request_of_ioctl(const std::string& device, const void* command) {
   uint32 number = 0;
   std::memcpy(&number, command, sizeof number);
   std::string key;
   append_hex(key, device);
   key += '.';
-  append_hex(key, {static_cast<const char*>(command), ioctl_size(command)});
+  append_hex(key, {static_cast<const char*>(command), ioctl_request_size(command)});
   return {capture_bus::ioctl, static_cast<uint16>(number), key};
 }
 
@@ -115,6 +137,16 @@ std::size_t ioctl_size(const void* command) {
     case ETHTOOL_GDRVINFO: return sizeof(ethtool_drvinfo);
     case ETHTOOL_GMODULEINFO: return sizeof(ethtool_modinfo);
     case ETHTOOL_GMODULEEEPROM: std::memcpy(&head, command, sizeof head); return sizeof head + head.len;
+    case ETHTOOL_GSTRINGS: {
+      ethtool_gstrings names{};
+      std::memcpy(&names, command, sizeof names);
+      return sizeof names + std::size_t{names.len} * ETH_GSTRING_LEN;
+    }
+    case ETHTOOL_GSTATS: {
+      ethtool_stats values{};
+      std::memcpy(&values, command, sizeof values);
+      return sizeof values + std::size_t{values.n_stats} * sizeof(uint64);
+    }
     default: return 0;
   }
 }

@@ -116,7 +116,8 @@ int report_failure(const invocation& run, std::string_view what, syserr_t error)
   }
   const char* const text = syserr2str(error);
   if (error != PM_ERR_GENERAL && text != nullptr)
-    run.output.complain("the " + std::string(what) + " cannot be read: " + text + ".");
+    run.output.complain("the " + std::string(what) + " cannot be read: " + text +
+                        (std::string_view(text).ends_with('.') ? "" : "."));
   return kServiceFailed;
 }
 

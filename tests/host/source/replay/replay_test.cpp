@@ -70,6 +70,15 @@ class Replay : public testing::Test {
     EXPECT_EQ(capturing.finish(), 0);
   }
 
+  // The rows of a table, which is read to its end.
+  static std::vector<table_row> rows_of(switch_source& source, const machine& model, table_id table) {
+    std::vector<table_row> rows;
+    const auto reader = source.open_table(model, table, {});
+    while (reader->next(rows)) {
+    }
+    return rows;
+  }
+
   replay_source replayed() const { return replay_source(read_capture_folder(folder_.string())); }
 
   // The sentences about the folder, with DIR in the place of its path.
@@ -443,6 +452,45 @@ TEST_F(Replay, AnInterfaceIsThatOfOneDevice) {
 TEST_F(Replay, NothingFollowsTheEnd) {
   write_folder(index_with(std::string(kLinksAnswer) + "end 1\nswitch other\n"));
   EXPECT_EQ(faults(), strings{"'DIR/index' line 8 cannot be read: 'switch other'."});
+}
+
+// ---- Tables
+
+TEST_F(Replay, TablesThatNoCommandReadAreThere) {
+  {
+    recorded_kernel kernel;
+    record_switch(kernel);
+    ethtool_drvinfo driver{};
+    driver.cmd = ETHTOOL_GDRVINFO;
+    driver.n_stats = 1;
+    kernel.answer_by_ioctl("swp1", driver);
+    struct {
+      uint32 cmd = ETHTOOL_GSTRINGS, string_set = ETH_SS_STATS, len = 1;
+      char name[ETH_GSTRING_LEN] = "rx_queue_0";
+    } names;
+    kernel.answer_by_ioctl("swp1", names);
+    struct {
+      uint32 cmd = ETHTOOL_GSTATS, n_stats = 1;
+      uint64 value = 42;
+    } values;
+    kernel.answer_by_ioctl("swp1", values);
+    capture capturing(folder_.string());
+    capturing_source source(capturing);
+    machine model = source.read();
+    capturing.complete(model, source);
+    EXPECT_EQ(capturing.finish(), 0);
+  }
+  replay_source source = replayed();
+  machine model = source.read();
+  for (const table_id table : {table_id::ipv4_neighbors, table_id::ipv6_neighbors, table_id::mac_addresses})
+    EXPECT_TRUE(rows_of(source, model, table).empty());
+  EXPECT_FALSE(rows_of(source, model, table_id::hardware).empty());
+  EXPECT_FALSE(rows_of(source, model, table_id::bridge_ports).empty());
+  uint64 counted = 0;
+  for (const table_row& it : rows_of(source, model, table_id::driver_counters))
+    if (const auto& row = std::get<driver_counter_row>(it); row.device.name == "swp1" && row.counters)
+      counted = row.counters->at(0).second;
+  EXPECT_EQ(counted, 42U);
 }
 
 }  // namespace
