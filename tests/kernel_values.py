@@ -60,6 +60,19 @@ def make_devices(space):
     space.run("bash", "-c", "for i in {1..50}; do echo $i >/dev/udp/198.51.100.2/9; done")
 
 
+def type_of(link):
+    """What a device is, by the kernel's kind and its data."""
+    info = link.get("linkinfo", {})
+    kind = info.get("info_kind") or ("loopback" if "LOOPBACK" in link["flags"] else "physical")
+    number = f" {info['info_data']['id']}" if kind in ("vlan", "vxlan") else ""
+    return kind + number + (f" of {below(link)}" if below(link) else "")
+
+
+def below(link):
+    """The device below; that of a veth device is the other end."""
+    return None if link.get("linkinfo", {}).get("info_kind") == "veth" else link.get("link")
+
+
 def expected(link, address, speed, pause):
     """What the kernel reports, by the keys of records."""
     rx, tx = link["stats64"]["rx"], link["stats64"]["tx"]
@@ -67,6 +80,7 @@ def expected(link, address, speed, pause):
     is_up = "UP" in link["flags"] and (link["operstate"] in ("UP", "UNKNOWN")) and "LOWER_UP" in link["flags"]
     return {
         "device": link["ifname"], "ifindex": link["ifindex"], "description": link.get("ifalias"),
+        "device_type": type_of(link), "parent_device": below(link), "master_device": link.get("master"),
         "address": ".".join((mac[0:4], mac[4:8], mac[8:12])), "burned_in_address": ".".join((mac[0:4], mac[4:8], mac[8:12])),
         "ip_address": address.get("local"), "prefix_length_bits": address.get("prefixlen"),
         "state": "up" if is_up else "down", "mtu_bytes": link["mtu"], "speed_mbps": speed[0], "duplex": speed[1],

@@ -9,7 +9,7 @@
 namespace host {
 namespace {
 
-using bytes = std::span<const std::byte>;
+using byte_span = std::span<const std::byte>;
 using node_head = pm_mod_resource_alloc_resp_data_t;
 
 constexpr uint32 kAllValues = 65535;
@@ -17,7 +17,7 @@ constexpr std::size_t kMostNodes = 4096;
 
 // Takes a record from the front of the bytes; false when they end before it.
 template <typename Record>
-bool take(bytes& from, Record& record) {
+bool take(byte_span& from, Record& record) {
   if (from.size() < sizeof record) return false;
   std::memcpy(&record, from.data(), sizeof record);
   from = from.subspan(sizeof record);
@@ -37,10 +37,10 @@ std::optional<uint32>* value_of(module_resource& node, uint16 type) {
   }
 }
 
-bool take_value(bytes& from, module_resource& node) {
+bool take_value(byte_span& from, module_resource& node) {
   pm_mod_resource_tlv_t head;
   if (!take(from, head) || from.size() < head.length) return false;
-  bytes value = from.first(head.length);
+  byte_span value = from.first(head.length);
   from = from.subspan(head.length);
   be32 number;
   if (auto* const member = value_of(node, head.type); member != nullptr && value.size() == sizeof number) {
@@ -51,7 +51,7 @@ bool take_value(bytes& from, module_resource& node) {
 }
 
 // Nodes follow their parents, which name the groups that they are in. False for a tree that ends early.
-bool take_tree(bytes from, std::vector<module_resource>& nodes) {
+bool take_tree(byte_span from, std::vector<module_resource>& nodes) {
   struct parent {
     uint32 left;
     uint32 port_group, buffer_group;
@@ -84,7 +84,7 @@ std::optional<std::vector<module_resource>> ask_module_resources(mts_q_handle_t 
   const pm_mod_resource_category_t category{PM_RESOURCE_MODULE, module - 1};
   mts_msg_ref_t answer{};
   if (pm_get_module_resources(q, 1, &category, kAllValues, module * 256 + 2, &answer) != 0) return std::nullopt;
-  bytes payload = payload_of(answer);
+  byte_span payload = payload_of(answer);
   pm_mod_resource_alloc_resp_payload_t head;
   std::vector<module_resource> nodes;
   const bool is_whole = take(payload, head) && head.err_status == 0 && take_tree(payload, nodes);

@@ -73,11 +73,11 @@ bool table_query::read(std::span<const std::byte> payload) {
   cursor_ = answer->next;
   has_changed_ |= answer->has_changed != 0;
   while (!payload.empty()) {
-    const auto row = take<row_head>(payload);
-    if (!row || row->size > payload.size()) return false;
-    auto values = read_values(payload.first(row->size));
+    const auto of_row = take<row_head>(payload);
+    if (!of_row || of_row->size > payload.size()) return false;
+    auto values = read_values(payload.first(of_row->size));
     if (!values) return false;
-    payload = payload.subspan(row->size);
+    payload = payload.subspan(of_row->size);
     rows_.push_back(std::move(*values));
   }
   return rows_.size() == head->count;

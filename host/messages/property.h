@@ -302,7 +302,7 @@ enum class property : uint16 {
   address_label,
   valid_lifetime_seconds,
   preferred_lifetime_seconds,
-  mac_address,
+  mac,
   neighbor_state,
   neighbor_flags,
   bridge,

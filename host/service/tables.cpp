@@ -119,7 +119,7 @@ void write_row(const address_row& row, row_writer to) {
 void write_row(const neighbor_row& row, row_writer to) {
   to.device(row.device);
   to.address(property::ip_address, row.address);
-  to.mac(property::mac_address, row.mac);
+  to.mac(property::mac, row.mac);
   to.known_text(property::neighbor_state, row.state);
   to.words(property::neighbor_flags, row.flags);
   to.number(property::age_seconds, row.age_seconds);
@@ -128,7 +128,7 @@ void write_row(const neighbor_row& row, row_writer to) {
 void write_row(const forwarding_row& row, row_writer to) {
   to.device(row.port);
   to.text(property::bridge, row.bridge);
-  to.mac(property::mac_address, row.mac);
+  to.mac(property::mac, row.mac);
   to.number(property::vlan_id, row.vlan);
   to.text(property::entry_type, row.type);
   to.words(property::entry_flags, row.flags);

@@ -20,8 +20,6 @@
 namespace host {
 namespace {
 
-using mac_address = std::array<uint8, 6>;
-
 // ---- Policies -------------------------------------------------------------------------------------------------------
 
 constexpr message_policy kLinkPolicy = {

@@ -10,7 +10,7 @@ namespace {
 // clang-format off
 constexpr table_column kNeighborColumns[] = {
     {{"Address", 1}, property::ip_address, 15},
-    {{"MAC address", 1}, property::mac_address, 14},
+    {{"MAC address", 1}, property::mac, 14},
     {{"Interface", 2}, property::interface, 13},
     {{"Device", 4}, property::device, 8},
     {{"State", 3}, property::neighbor_state, 10},
@@ -20,7 +20,7 @@ constexpr table_column kNeighborColumns[] = {
 
 constexpr table_column kMacTableColumns[] = {
     {{"VLAN", 3, true}, property::vlan_id, 4},
-    {{"MAC address", 1}, property::mac_address, 14},
+    {{"MAC address", 1}, property::mac, 14},
     {{"Type", 4}, property::entry_type, 9},
     {{"Port", 2}, property::interface, 13},
     {{"Device", 2}, property::device, 8},

@@ -737,7 +737,7 @@ constexpr untagged kUntagged[] = {
     {property::address_label, kAddressesDisplay},
     {property::valid_lifetime_seconds, kAddressesDisplay},
     {property::preferred_lifetime_seconds, kAddressesDisplay},
-    {property::mac_address, kNeighborsDisplay | kMacTableDisplay},
+    {property::mac, kNeighborsDisplay | kMacTableDisplay},
     {property::neighbor_state, kNeighborsDisplay},
     {property::neighbor_flags, kNeighborsDisplay},
     {property::age_seconds, kNeighborsDisplay | kMacTableDisplay},

@@ -306,7 +306,7 @@ constexpr field kFields[] = {
     {property::address_label, "address_label", text, "", "Label", "Label of the address in the kernel"},
     {property::valid_lifetime_seconds, "valid_lifetime_seconds", integer, "s", "Valid lifetime", "Seconds for which the address is valid; null for ever"},
     {property::preferred_lifetime_seconds, "preferred_lifetime_seconds", integer, "s", "Preferred lifetime", "Seconds for which new connections use the address; null for ever"},
-    {property::mac_address, "mac_address", mac, "", "MAC address", "Hardware address of the entry; null when it is not resolved"},
+    {property::mac, "mac_address", mac, "", "MAC address", "Hardware address of the entry; null when it is not resolved"},
     {property::neighbor_state, "neighbor_state", text, "", "State", "State of the neighbor: reachable, stale, delay, probe, incomplete, failed, permanent"},
     {property::neighbor_flags, "neighbor_flags", words, "", "Flags", "Flags of the neighbor, such as router, extern_learn, offload"},
     {property::bridge, "bridge", text, "", "Bridge", "Network device of the kernel that is the bridge; null for an entry of a device alone"},
