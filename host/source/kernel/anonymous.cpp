@@ -331,6 +331,33 @@ std::string anonymiser::table(std::string_view text) {
   return made;
 }
 
+// A hardware address stays one; any other identifier becomes a number.
+lldp_id anonymiser::chassis_or_port(const lldp_id& real, uint32 mac_subtype) {
+  constexpr std::size_t kMacBytes = 6;
+  constexpr uint32 kLocalSubtype = 7;
+  if (real.bytes.empty()) return real;
+  if (real.subtype == mac_subtype && real.bytes.size() == kMacBytes) {
+    const octet_list mac = hardware_address(octet_list(real.bytes.begin(), real.bytes.end()));
+    return {real.subtype, std::string(mac.begin(), mac.end())};
+  }
+  const auto [found, is_new] = neighbors_.try_emplace(real.bytes);
+  if (is_new) found->second = "id" + std::to_string(neighbors_.size());
+  return {kLocalSubtype, found->second};
+}
+
+lldp_neighbor anonymiser::neighbor(const lldp_neighbor& real) {
+  constexpr uint32 kChassisMac = 4, kPortMac = 3;
+  lldp_neighbor made = real;
+  made.device = device_name(real.device);
+  made.chassis = chassis_or_port(real.chassis, kChassisMac);
+  made.port = chassis_or_port(real.port, kPortMac);
+  made.system_name.clear();
+  made.system_description.clear();
+  made.port_description.clear();
+  made.management_addresses.clear();
+  return made;
+}
+
 counter_baseline anonymiser::baseline(const counter_baseline& real) {
   counter_baseline made = real;
   const octet_list mac = hardware_address(real.mac);
