@@ -14,7 +14,8 @@ enum class table_id : uint16 {
   bridge_ports,
   driver_counters,
   hardware,
-  last = hardware,
+  lldp_neighbors,
+  last = lldp_neighbors,
 };
 
 }  // namespace host

@@ -341,7 +341,22 @@ enum class property : uint16 {
   eee_enabled,
   eee_active,
   offloads,
-  last = offloads,
+  protocol,
+  chassis_id,
+  chassis_id_type,
+  system_name,
+  system_description,
+  management_addresses,
+  system_capabilities,
+  enabled_capabilities,
+  remote_port_id,
+  remote_port_id_type,
+  remote_port_description,
+  remote_port_vlan,
+  remote_vlans,
+  ttl_seconds,
+  unchanged_seconds,
+  last = unchanged_seconds,
 };
 
 inline constexpr uint16 kNumProperties = static_cast<uint16>(property::last) + 1;

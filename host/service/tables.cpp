@@ -87,6 +87,7 @@ class row_writer {
     else
       to_.absent(of, absence::not_supported);
   }
+  void vlans(property of, const std::vector<uint16>& ascending) { to_.vlans(of, ascending); }
   void device(const row_device& it) {
     interface(property::interface, it.if_index);
     text(property::device, it.name);
@@ -190,6 +191,25 @@ void write_row(const hardware_row& row, row_writer to) {
   to.known_number(property::eee_enabled, row.is_eee_enabled);
   to.known_number(property::eee_active, row.is_eee_active);
   to.words(property::offloads, row.offloads);
+}
+
+void write_row(const lldp_row& row, row_writer to) {
+  to.device(row.device);
+  to.text(property::protocol, row.protocol);
+  to.text(property::chassis_id, row.chassis_id);
+  to.text(property::chassis_id_type, row.chassis_id_type);
+  to.text(property::system_name, row.system_name);
+  to.text(property::system_description, row.system_description);
+  to.words(property::management_addresses, row.management_addresses);
+  to.words(property::system_capabilities, row.capabilities);
+  to.words(property::enabled_capabilities, row.enabled_capabilities);
+  to.text(property::remote_port_id, row.port_id);
+  to.text(property::remote_port_id_type, row.port_id_type);
+  to.text(property::remote_port_description, row.port_description);
+  to.number(property::remote_port_vlan, row.port_vlan);
+  to.vlans(property::remote_vlans, row.vlans);
+  to.number(property::ttl_seconds, row.ttl_seconds);
+  to.number(property::unchanged_seconds, row.unchanged_seconds);
 }
 
 // ---- Open tables ----------------------------------------------------------------------------------------------------
