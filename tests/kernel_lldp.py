@@ -19,6 +19,9 @@ SOCKET = "/run/lldpd.socket"
 NOT_RUNNING = "pmsh: the LLDP neighbors cannot be read: lldpd is not running. Start it with 'systemctl start lldpd'.\n"
 DAMAGED = ("pmsh: the LLDP neighbors cannot be read: the answer of lldpd is damaged. "
            "lldpd and liblldpctl.so.4 must have the same version.\n")
+MISSING = "pmsh: the LLDP neighbors cannot be read: liblldpctl.so.4 is missing. Install the package lldpd.\n"
+REFUSED = ("pmsh: the LLDP neighbors cannot be read: this user may not use the socket of lldpd. "
+           "Run the shell as root or as a member of the group _lldpd.\n")
 SERVICE_FAILED = 2
 
 
@@ -50,7 +53,7 @@ def enter_namespaces():
         return
     for program in ("lldpd", "lldpcli", "unshare", "nsenter", "ip"):
         if shutil.which(program, path=os.environ["PATH"] + ":/usr/sbin:/sbin") is None:
-            skip(f"{program} is missing")
+            skip(f"{program} is missing, or this user may not run it")
     unshare = ["unshare", "--mount", "--net"] + ([] if os.geteuid() == 0 else ["--map-root-user"])
     if run(*unshare, "true").returncode != 0:
         skip("namespaces are not allowed here")
@@ -128,11 +131,12 @@ FOREIGN_FRAME = b"".join([
     of_ieee(1, struct.pack("!H", 10)), of_ieee(3, struct.pack("!H", 20) + b"\x04blue"),
     of_ieee(3, struct.pack("!H", 10) + b"\x03red"), tlv(0, b""),
 ])
+# Of control characters JSON has its own escapes; a byte that is no UTF-8 is visible.
 FOREIGN = {
-    "device": "lab", "protocol": "LLDP", "chassis_id": "rack \\x1b[2J7", "chassis_id_type": "local",
+    "device": "lab", "protocol": "LLDP", "chassis_id": "rack \x1b[2J7", "chassis_id_type": "local",
     "system_name": "ev\"il\\xff", "system_description": "D" * 255, "management_addresses": ["192.0.2.9"],
     "system_capabilities": ["bridge", "router"], "enabled_capabilities": ["router"], "remote_port_id": "Eth 1/7",
-    "remote_port_id_type": "ifname", "remote_port_description": "up\\x0alink", "remote_port_vlan": 10,
+    "remote_port_id_type": "ifname", "remote_port_description": "up\nlink", "remote_port_vlan": 10,
     "remote_vlans": "10,20", "ttl_seconds": 3600,
 }
 SEND = ("import socket, sys; "
@@ -159,7 +163,7 @@ def reported(device, it):
     chassis, port = it["chassis"][0], it["port"][0]
     chassis_id, chassis_type = identifier(chassis["id"])
     port_id, port_type = identifier(port["id"])
-    capabilities = [(one["type"].lower(), one["enabled"]) for one in chassis.get("capability", [])]
+    capabilities = sorted((one["type"].lower(), one["enabled"]) for one in chassis.get("capability", []))
     vlans = sorted(int(one["vlan-id"]) for one in it.get("vlan", []) if "value" in one)
     return {
         "device": device, "protocol": it["via"], "chassis_id": chassis_id, "chassis_id_type": chassis_type,
@@ -189,9 +193,9 @@ class Checks:
         self.state = state
         self.faults = []
 
-    def show(self, *lines, options=("--kernel",)):
+    def show(self, *lines, options=("--kernel",), user=()):
         commands = [word for line in lines for word in ("-c", line)]
-        return run(self.pmsh, *options, *commands, env={**os.environ, "XDG_STATE_HOME": self.state})
+        return run(*user, self.pmsh, *options, *commands, env={**os.environ, "XDG_STATE_HOME": self.state})
 
     def equal(self, what, shown, expected):
         if shown != expected:
@@ -220,12 +224,13 @@ def check_neighbors(checks, here):
     shown = checks.records()["left"]
     after = here.neighbors()["left"]
     expected = reported("left", before)
+    shown = {**shown, **{key: sorted(shown[key]) for key in ("system_capabilities", "enabled_capabilities")}}
     checks.equal("values", {key: shown[key] for key in expected}, expected)
     age = shown["unchanged_seconds"]
     if not seconds_of(before["age"]) <= age <= seconds_of(after["age"]):
         checks.faults.append(f"age: {age} is not from {before['age']} to {after['age']}")
-    number = int(run("cat", "/sys/class/net/left/ifindex").stdout)
-    devices = json.loads(checks.show("show kernel-map | json").stdout)["interfaces"]
+    number = socket.if_nametoindex("left")
+    devices = json.loads(checks.show("show kernel-map | json").stdout)["devices"]
     names = {it["device"]: it["interface"] for it in devices}
     checks.equal("interface", (shown["interface"], shown["ifindex"]), (names["left"], number))
 
@@ -277,14 +282,17 @@ def serve_once(answer):
     server.bind(SOCKET)
     server.listen()
     process = os.fork()
-    if process == 0:
-        while True:
-            accepted, _ = server.accept()
+    if process != 0:
+        server.close()
+        return process
+    while True:
+        accepted, _ = server.accept()
+        try:
             accepted.recv(65536)
             accepted.sendall(answer)
-            accepted.close()
-    server.close()
-    return process
+        except OSError:
+            pass
+        accepted.close()
 
 
 def check_lost(checks):
@@ -303,6 +311,29 @@ def check_lost(checks):
         os.kill(process, 9)
         os.waitpid(process, 0)
         os.unlink(SOCKET)
+
+
+def check_refused(checks):
+    step("a user without rights")
+    nobody = ("setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--inh-caps=-all", "--")
+    if run(*nobody, checks.pmsh, "--version").returncode != 0:
+        print("skipped: a user without rights: it cannot run the shell here")
+        return
+    done = checks.show("show lldp neighbors", user=nobody)
+    said = [line for line in done.stderr.splitlines(True) if "LLDP" in line]
+    checks.equal("refused", (done.returncode, done.stdout, said), (SERVICE_FAILED, "", [REFUSED]))
+
+
+def check_missing(checks):
+    step("no library")
+    known = run("ldconfig", "-p").stdout
+    path = next(line.split()[-1] for line in known.splitlines() if line.split()[:1] == ["liblldpctl.so.4"])
+    path = os.path.realpath(path)
+    if run("mount", "--bind", "/dev/null", path).returncode != 0:
+        print("skipped: no library: it cannot be hidden here")
+        return
+    checks.is_lost(MISSING)
+    run("umount", path)
 
 
 def make_links(other):
@@ -332,6 +363,8 @@ def compare(checks, other, folder):
         check_neighbors(checks, here)
         check_foreign(checks)
         check_capture(checks, folder)
+        check_refused(checks)
+        check_missing(checks)
     finally:
         there.end()
         here.end()
