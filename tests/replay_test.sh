@@ -41,6 +41,12 @@ shown() { "$pmsh" --replay "$kept" -c "$@" 2>&1 || fail "$* of the capture"; }
 has "$(shown "show interface ethernet 1/5 trunk allowed")" "10,20-22,30"
 has "$(shown "show interface ethernet 1/3 transceiver details")" "FL-10G-SR"
 has "$(shown "show interface ethernet 1/5 transceiver details")" "WL-40G-SR4"
+for lane in "  1        7.00 mA        -1.54 dBm       -2.21 dBm ++" "  4        7.60 mA        -1.36 dBm       -2.00 dBm ++"; do
+  has_line "$(shown "show interface ethernet 1/5 transceiver")" "$lane"
+  has_line "$(shown "show interface ethernet 1/5 transceiver details")" "$lane"
+done
+has_line "$(shown "show interface ethernet 1/5 transceiver violations")" "Ethernet1/5  swp3       3  Rx Power  -2.07  -2.22  dBm   ++"
+has "$(shown "show interface ethernet 1/5 transceiver | json")" '{"lane":2,"current_ma":7.20,"current_mark":null,"tx_power_dbm":-1.48,"tx_power_mark":null,"rx_power_dbm":-2.14,"rx_power_mark":"high alarm"}'
 has "$(shown "show interface port-channel 9")" "Members in this channel: Eth1/3, Eth1/4"
 has "$(shown "show interface ethernet 1/6")" "Ethernet1/6 is down (Link failure: loss of sync)"
 has "$(shown "show interface mgmt 0 counters | json")" '"input_bytes":420000'

@@ -15,7 +15,8 @@ enum class table_id : uint16 {
   driver_counters,
   hardware,
   lldp_neighbors,
-  last = lldp_neighbors,
+  optical_violations,  // of limits of transceivers; the source has no such table, the service makes it
+  last = optical_violations,
 };
 
 }  // namespace host

@@ -251,6 +251,7 @@ enum class property : uint16 {
   diagnostic_monitoring_type,
   base_checksum_ok,
   extended_checksum_ok,
+  lanes,
   temperature_c,
   temperature_mark,
   temperature_high_alarm_c,
@@ -356,7 +357,13 @@ enum class property : uint16 {
   remote_vlans,
   ttl_seconds,
   unchanged_seconds,
-  last = unchanged_seconds,
+  lane,
+  quantity,
+  measured_value,
+  violated_limit,
+  value_unit,
+  violation,
+  last = violation,
 };
 
 inline constexpr uint16 kNumProperties = static_cast<uint16>(property::last) + 1;

@@ -8,6 +8,7 @@
 #include "base/port_status.h"
 #include "messages/table_messages.h"
 #include "service/answers.h"
+#include "service/optics.h"
 #include "service/services.h"
 
 namespace host {
@@ -74,6 +75,12 @@ class row_writer {
       to_.mac(of, *value);
     else
       to_.absent(of, absence::not_supported);
+  }
+  void known_decimal(property of, const std::string& digits) {
+    if (digits.empty())
+      to_.absent(of, absence::not_supported);
+    else
+      to_.decimal(of, digits);
   }
   void map(property of, const std::optional<std::vector<std::pair<std::string, uint64>>>& entries) {
     if (entries)
@@ -212,6 +219,16 @@ void write_row(const lldp_row& row, row_writer to) {
   to.number(property::unchanged_seconds, row.unchanged_seconds);
 }
 
+void write_row(const violation_row& row, row_writer to) {
+  to.device(row.device);
+  to.number(property::lane, row.lane);
+  to.text(property::quantity, row.quantity);
+  to.known_decimal(property::measured_value, row.measured);
+  to.known_decimal(property::violated_limit, row.limit);
+  to.text(property::value_unit, row.unit);
+  to.number(property::violation, row.mark);
+}
+
 // ---- Open tables ----------------------------------------------------------------------------------------------------
 
 struct open_table {
@@ -308,7 +325,8 @@ reply begin_table(std::span<const std::byte> request) {
   std::unique_ptr<table_reader> reader;
   try {
     const auto table = static_cast<table_id>(uint16{head.table});
-    reader = the_source().open_table(the_machine(), table, interfaces);
+    reader = table == table_id::optical_violations ? read_violations(interfaces)
+                                                   : the_source().open_table(the_machine(), table, interfaces);
   } catch (const std::runtime_error& why) {
     return answer_error(static_cast<syserr_t>(status_of_text(why.what())));
   }

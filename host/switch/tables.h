@@ -102,8 +102,18 @@ struct lldp_row {
   std::optional<uint32> unchanged_seconds;  // since it advertised something else
 };
 
+// A measured value of a transceiver that is outside of a limit.
+struct violation_row {
+  row_device device;
+  std::optional<uint32> lane;  // from 1; none: of the module
+  std::string quantity;
+  std::string measured, limit;  // digits; empty: a power without light
+  std::string unit;
+  uint32 mark = 0;  // 1 high alarm, 2 high warning, 3 low warning, 4 low alarm
+};
+
 using table_row = std::variant<address_row, neighbor_row, forwarding_row, bridge_port_row, driver_counter_row,
-                               hardware_row, lldp_row>;
+                               hardware_row, lldp_row, violation_row>;
 
 // A table that is being read. It lives until its last row was read, or the reader is dropped.
 class table_reader {

@@ -663,7 +663,7 @@ constexpr uint64 kOfInterfaces =
 
 // Tables of rows: the service of tables answers all of their values.
 constexpr uint64 kTables = kAddressesDisplay | kNeighborsDisplay | kMacTableDisplay | kSpanningTreeDisplay |
-                           kDriverCountersDisplay | kHardwareDisplay | kLldpDisplay;
+                           kDriverCountersDisplay | kHardwareDisplay | kLldpDisplay | kViolationsDisplay;
 
 // Fields that a display shows as plain text, or that belong to it: their values come only from the service.
 struct untagged {
@@ -723,6 +723,7 @@ constexpr untagged kUntagged[] = {
     {property::diagnostic_monitoring_type, kTransceivers | kCalibrationDisplay},
     {property::base_checksum_ok, kTransceivers | kCalibrationDisplay},
     {property::extended_checksum_ok, kTransceivers | kCalibrationDisplay},
+    {property::lanes, kTransceivers},
     {property::model, kPanelDisplay},
     {property::interface, kTables},
     {property::device, kTables},
@@ -791,6 +792,12 @@ constexpr untagged kUntagged[] = {
     {property::remote_vlans, kLldpDisplay},
     {property::ttl_seconds, kLldpDisplay},
     {property::unchanged_seconds, kLldpDisplay},
+    {property::lane, kViolationsDisplay},
+    {property::quantity, kViolationsDisplay},
+    {property::measured_value, kViolationsDisplay},
+    {property::violated_limit, kViolationsDisplay},
+    {property::value_unit, kViolationsDisplay},
+    {property::violation, kViolationsDisplay},
 };
 
 constexpr bool every_tag_is_one_field() {

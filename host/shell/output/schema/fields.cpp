@@ -255,6 +255,7 @@ constexpr field kFields[] = {
     {property::diagnostic_monitoring_type, "diagnostic_monitoring_type", integer, "", "Diagnostic monitoring type", "How the module monitors itself, in the bits of its identity page"},
     {property::base_checksum_ok, "base_checksum_ok", enumeration, "", "Base checksum", "Whether the checksum of the base identity is right", enum_words::yes_no},
     {property::extended_checksum_ok, "extended_checksum_ok", enumeration, "", "Extended checksum", "Whether the checksum of the extended identity is right", enum_words::yes_no},
+    {property::lanes, "lanes", lanes, "", "Lanes", "Measured values of each lane, from the first; null for a module with one lane"},
     {property::temperature_c, "temperature_c", decimal, "C", "Temperature", "Temperature now"},
     {property::temperature_mark, "temperature_mark", enumeration, "", "Temperature mark", "Which limit the temperature is beyond", enum_words::mark},
     {property::temperature_high_alarm_c, "temperature_high_alarm_c", decimal, "C", "Temperature, high alarm", "Above it is an alarm"},
@@ -360,6 +361,12 @@ constexpr field kFields[] = {
     {property::remote_vlans, "remote_vlans", vlans, "", "VLANs", "VLANs of the neighbor's port that have names"},
     {property::ttl_seconds, "ttl_seconds", integer, "s", "TTL", "Seconds for which an advertisement of the neighbor is valid"},
     {property::unchanged_seconds, "unchanged_seconds", integer, "s", "Age", "Seconds since the neighbor advertised something else"},
+    {property::lane, "lane", integer, "", "Lane", "Lane of the transceiver, from 1; null for the whole module"},
+    {property::quantity, "quantity", text, "", "Quantity", "What is measured: Temperature, Voltage, Current, Tx Power or Rx Power"},
+    {property::measured_value, "measured_value", decimal, "", "Value", "Measured value in its unit; null for a power without light"},
+    {property::violated_limit, "violated_limit", decimal, "", "Limit", "Limit that the value is beyond"},
+    {property::value_unit, "value_unit", text, "", "Unit", "Unit of the value and the limit"},
+    {property::violation, "violation", enumeration, "", "Mark", "Which limit the value is beyond", enum_words::mark},
 
     // Messages of this process.
     {property::none, "sent", integer, "messages", "Messages sent", "Messages sent to services"},
