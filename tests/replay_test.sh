@@ -52,6 +52,52 @@ has "$(shown "show interface ethernet 1/6")" "Ethernet1/6 is down (Link failure:
 has "$(shown "show interface mgmt 0 counters | json")" '"input_bytes":420000'
 has "$(shown "show version")" "Linux 6.1.0-lab"
 
+step "neighbors by LLDP"
+cp -r "$kept" "$place/lldp"
+cat >"$place/lldp/lldp-neighbors" <<'END'
+neighbor 3 swp1
+protocol LLDP
+chassis-id 4 \x02\x1cs@\x02\x02
+port-id 5 Eth1/1
+system-name leaf\x1b[2J
+port-description to spine
+management-address 192.0.2.1
+management-address 2001:db8::1
+capabilities 20
+enabled-capabilities 4
+port-vlan 10
+vlan 20
+vlan 21
+vlan 30
+ttl 120
+unchanged 33
+neighbor 3 lan0
+chassis-id 7 elsewhere
+END
+last=$(sed -n 's/^end //p' "$kept/index")
+sed -i '$d' "$place/lldp/index"
+printf 'answer %d lldp 0 lldp-neighbors lldp-neighbors %d 0 -\nend %d\n' $((last + 1)) "$(stat -c %s "$place/lldp/lldp-neighbors")" \
+  $((last + 1)) >>"$place/lldp/index"
+neighbors() { "$pmsh" --replay "$place/lldp" -c "show lldp neighbors ${1-}" 2>&1 || fail "show lldp neighbors ${1-}"; }
+[ "$(neighbors)" = 'Interface    Device  Chassis ID      System name  Port ID  Port description  TTL  Age  Capabilities
+Ethernet1/3  swp1    021c.7340.0202  leaf\x1b[2J  Eth1/1   to spine          120   33  bridge
+             lan0    elsewhere' ] || fail "neighbors: $(neighbors | cat -A)"
+[ "$(neighbors "ethernet 1/3 detail")" = 'Ethernet1/3 (swp1)
+  Chassis ID:           021c.7340.0202 (mac)
+  System name:          leaf\x1b[2J
+  System description:   --
+  Management addresses: 192.0.2.1,2001:db8::1
+  Capabilities:         bridge,router
+  Enabled capabilities: bridge
+  Port ID:              Eth1/1 (ifname)
+  Port description:     to spine
+  Port VLAN:            10
+  VLANs:                20-21,30
+  Protocol:             LLDP
+  TTL:                  120 seconds
+  Age:                  33 seconds' ] || fail "detail: $(neighbors "ethernet 1/3 detail")"
+[ "$(neighbors "ethernet 1/5")" = "There are no LLDP neighbors." ] || fail "others: $(neighbors "ethernet 1/5")"
+
 step "what was not shown when it was captured"
 "$recorded" --kernel --clock 1795363200 --capture "$place/brief" -c "show interface brief" >/dev/null || fail "no capture"
 for command in "show interface" "show interface counters" "show interface transceiver details" "show interface | json"; do
