@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "messages/port_manager_messages.h"
 #include "platform/misc_info.h"

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <iterator>
+#include <span>
 #include <utility>
 
 #include "source/kernel/netlink.h"

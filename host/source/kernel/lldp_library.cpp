@@ -11,8 +11,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <cstdint>
 #include <ctime>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "base/replace_file.h"
 #include "source/kernel/lldp.h"

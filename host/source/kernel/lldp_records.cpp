@@ -1,8 +1,10 @@
 // Neighbors by LLDP as text.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <optional>
 
 #include "source/kernel/lldp.h"
 

@@ -1,4 +1,5 @@
 // "show lldp neighbors".
+#include <span>
 #include <string>
 
 #include "shell/commands/group.h"
