@@ -53,10 +53,7 @@ class row_writer {
     put(of, value, absence::not_supported, &value_writer::mac);
   }
   void known_decimal(property of, const std::string& digits) {
-    if (digits.empty())
-      to_.absent(of, absence::not_supported);
-    else
-      to_.decimal(of, digits);
+    put(of, filled(digits), absence::not_supported, &value_writer::decimal);
   }
   void map(property of, const std::optional<std::vector<std::pair<std::string, uint64>>>& entries) {
     put(of, entries, absence::not_supported, &value_writer::map);

@@ -18,16 +18,16 @@ namespace {
 
 using namespace std::string_literals;
 
-constexpr if_index_t kPort7 = 0x1A006000;
+constexpr if_index_t kHearingPort = 0x1A006000;
 
 // The port Ethernet 7, and a device without an interface.
-table_devices devices_for(const std::vector<if_index_t>& interfaces = {}) {
+table_devices hearing_devices(const std::vector<if_index_t>& interfaces = {}) {
   std::vector<kernel_link> links(2);
   links[0].number = 7;
   links[0].name = "eth7";
   links[1].number = 9;
   links[1].name = "eth9";
-  return table_devices(links, {{"eth7", 7, kPort7}}, interfaces);
+  return table_devices(links, {{"eth7", 7, kHearingPort}}, interfaces);
 }
 
 lldp_neighbor bridge_at_port_7() {
@@ -53,7 +53,7 @@ std::vector<lldp_row> lldp_rows(const std::vector<lldp_neighbor>& neighbors,
   recorded_kernel kernel;
   kernel.lldp = {0, neighbors};
   std::vector<table_row> rows;
-  EXPECT_FALSE(open_kernel_table(table_id::lldp_neighbors, devices_for(interfaces))->next(rows));
+  EXPECT_FALSE(open_kernel_table(table_id::lldp_neighbors, hearing_devices(interfaces))->next(rows));
   std::vector<lldp_row> found;
   for (table_row& it : rows) found.push_back(std::get<lldp_row>(it));
   return found;
@@ -63,7 +63,7 @@ TEST(LldpRows, HaveWhatTheNeighborAdvertises) {
   const auto rows = lldp_rows({bridge_at_port_7()});
   ASSERT_EQ(rows.size(), 1U);
   const lldp_row& row = rows[0];
-  EXPECT_EQ(row.device.if_index, kPort7);
+  EXPECT_EQ(row.device.if_index, kHearingPort);
   EXPECT_EQ(row.device.name, "eth7");
   EXPECT_EQ(row.device.number, 7U);
   EXPECT_EQ(row.protocol, "LLDP");
@@ -128,7 +128,7 @@ TEST(LldpRows, OfOtherInterfacesAreSkipped) {
   EXPECT_EQ(all[0].device.name, "eth7") << "in the order of devices";
   EXPECT_EQ(all[1].device.name, "eth9");
   EXPECT_EQ(all[1].device.if_index, 0U);
-  ASSERT_EQ(lldp_rows({at_9, bridge_at_port_7()}, {kPort7}).size(), 1U);
+  ASSERT_EQ(lldp_rows({at_9, bridge_at_port_7()}, {kHearingPort}).size(), 1U);
 }
 
 TEST(LldpRows, ADeviceOfAnotherNamespaceHasNoInterface) {
@@ -139,7 +139,7 @@ TEST(LldpRows, ADeviceOfAnotherNamespaceHasNoInterface) {
   EXPECT_EQ(rows[0].device.if_index, 0U);
   EXPECT_EQ(rows[0].device.name, "lan0");
   EXPECT_EQ(rows[0].device.number, 0U);
-  EXPECT_TRUE(lldp_rows({other}, {kPort7}).empty());
+  EXPECT_TRUE(lldp_rows({other}, {kHearingPort}).empty());
 }
 
 TEST(LldpRows, WithoutAnAnswerTheReasonIsASentence) {
@@ -162,7 +162,7 @@ TEST(LldpRows, WithoutAnAnswerTheReasonIsASentence) {
     kernel.lldp = {it.error};
     std::vector<table_row> rows;
     try {
-      open_kernel_table(table_id::lldp_neighbors, devices_for())->next(rows);
+      open_kernel_table(table_id::lldp_neighbors, hearing_devices())->next(rows);
       ADD_FAILURE() << it.error;
     } catch (const kernel_error& error) {
       EXPECT_STREQ(error.what(), it.text);

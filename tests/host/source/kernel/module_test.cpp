@@ -238,7 +238,7 @@ TEST(KernelModule, ALaneExceedsTheLimitsOfItsModule) {
 
 // ---- CMIS -----------------------------------------------------------------------------------------------------------
 
-constexpr module_place kAbilities{0x50, 1, 128}, kLimits{0x50, 2, 128}, kLanes{0x50, 0x11, 128};
+constexpr module_place kCmisAbilitiesPage{0x50, 1, 128}, kCmisLimitsPage{0x50, 2, 128}, kCmisLanesPage{0x50, 0x11, 128};
 
 void put_word_at(std::vector<uint8>& page, std::size_t at, unsigned word) {
   page[at] = static_cast<uint8>(word >> 8);
@@ -280,7 +280,11 @@ module_pages cmis_pages() {
   put_words_at(lanes, 154 - 128, {10'000, 10'100, 10'200, 900, 9, 9, 9, 9});
   put_words_at(lanes, 170 - 128, {2'000, 2'100, 2'200, 5'001, 9, 9, 9, 9});
   put_words_at(lanes, 186 - 128, {8'000, 8'100, 8'200, 0, 9, 9, 9, 9});
-  return {{kFirst, lower}, {kUpper, upper}, {kAbilities, abilities}, {kLimits, limits}, {kLanes, lanes}};
+  return {{kFirst, lower},
+          {kUpper, upper},
+          {kCmisAbilitiesPage, abilities},
+          {kCmisLimitsPage, limits},
+          {kCmisLanesPage, lanes}};
 }
 
 TEST(KernelModule, TheIdentityByCmisIsPutInTheLayoutOfAnSfp) {
@@ -330,8 +334,8 @@ TEST(KernelModule, DiagnosticsByCmisHaveLanes) {
 
 TEST(KernelModule, FaultsByCmisAreThoseOfItsLanes) {
   module_pages pages = cmis_pages();
-  pages[kLanes][135 - 128] = 0x08;
-  pages[kLanes][147 - 128] = 0x10;
+  pages[kCmisLanesPage][135 - 128] = 0x08;
+  pages[kCmisLanesPage][147 - 128] = 0x10;
   EXPECT_TRUE(module_of(pages).has_tx_fault);
   EXPECT_EQ(module_of(pages).has_rx_loss, false) << "the fifth lane is not used";
 }
@@ -349,7 +353,7 @@ TEST(KernelModule, ByCmisWithoutPagesThereAreNoLanes) {
 }
 
 TEST(KernelModule, PagesByCmisCutAtEachByteAreSafe) {
-  for (const module_place& place : {kFirst, kUpper, kAbilities, kLimits, kLanes}) {
+  for (const module_place& place : {kFirst, kUpper, kCmisAbilitiesPage, kCmisLimitsPage, kCmisLanesPage}) {
     for (std::size_t size = 0; size < 128; ++size) {
       module_pages pages = cmis_pages();
       pages[place].resize(size);
