@@ -127,7 +127,7 @@ std::string extack_message(const nlmsghdr& message) {
 }
 
 kernel_io& the_kernel_io() {
-  static kernel_io gate = {open_socket, ask_by_ioctl};
+  static kernel_io gate = {open_socket, ask_by_ioctl, ask_lldpd};
   return gate;
 }
 

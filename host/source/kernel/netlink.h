@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/types.h"
+#include "source/kernel/lldp.h"
 
 namespace host {
 
@@ -59,10 +60,11 @@ class kernel_channel {
   virtual ssize_t receive(std::span<char> to, int& error) = 0;  // bytes of a datagram; -1 with an errno
 };
 
-// Requests to the kernel. Tests replace them with a recording.
+// Requests to the kernel, and to the daemon that speaks LLDP for it. Tests replace them with a recording.
 struct kernel_io {
   std::unique_ptr<kernel_channel> (*open)(int bus);                // null with errno
   int (*ethtool_ioctl)(const std::string& device, void* command);  // 0 or an errno
+  lldp_answer (*lldp_neighbors)();
 };
 kernel_io& the_kernel_io();
 

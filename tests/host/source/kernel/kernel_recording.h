@@ -1,6 +1,7 @@
 // A kernel that answers from messages made by hand. It stands in the place of the real one as long as it lives.
 #pragma once
 
+#include <cerrno>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -73,6 +74,7 @@ class recorded_kernel {
   uint32 ioctls() const { return ioctls_; }
 
   bool has_ethtool = true;
+  lldp_answer lldp = {ENOENT};           // of lldpd, which is not running
   std::size_t longest = SIZE_MAX;        // every message is cut at this many bytes
   std::optional<uint32> claimed_length;  // that the second message of a datagram gives as its own
 
@@ -86,6 +88,7 @@ class recorded_kernel {
 
   recorded_answer answer_to(const question& asked, const nlmsghdr& request);
   static std::unique_ptr<kernel_channel> open(int bus);
+  static lldp_answer answer_lldp();
   static int answer_ioctl(const std::string& device, void* command);
 
   kernel_io before_;
