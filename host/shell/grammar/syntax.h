@@ -51,6 +51,7 @@ enum class syntax_kind : uint8 {
   file,     // "FILE": any word
   word,     // "WORD": any word
   text,     // "TEXT": the rest of the line
+  mac,      // "MAC": an address in any of its spellings
   vlans,    // "VLANS": a list such as "1-10,20"
   command,  // "COMMAND": another command follows
 };
@@ -60,6 +61,7 @@ constexpr syntax_kind kind_of_syntax_word(std::string_view word) {
   if (word == "FILE") return syntax_kind::file;
   if (word == "WORD") return syntax_kind::word;
   if (word == "TEXT") return syntax_kind::text;
+  if (word == "MAC") return syntax_kind::mac;
   if (word == "VLANS") return syntax_kind::vlans;
   if (word == "COMMAND") return syntax_kind::command;
   return is_number_argument(word) ? syntax_kind::number : syntax_kind::literal;
