@@ -74,6 +74,7 @@ enum class property : uint16 {
   tx_load_per_255,
   rx_load_per_255,
   load_interval_seconds,
+  rate_interval_seconds,
   input_bits_per_second,
   input_bytes_per_second,
   input_megabytes_per_second,

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <iterator>
 #include <string>
@@ -412,6 +413,17 @@ void read_load_interval(subject& it, property of, value_writer& to) {
     to.absent(of, absence::none);
 }
 
+// Of tables of rates, which have the averages of the model. Those of a source's own readings cover the time between
+// them.
+void read_rate_interval(subject& it, property of, value_writer& to) {
+  constexpr uint32 kHalfMinute = 30;
+  if (average_seconds(it) == 0) return to.absent(of, absence::none);
+  if (!the_source().counts_at_refresh())
+    return to.number(of, it.kind() == IF_TYPE_MGMT ? uint32{ETH_RATE_SAMPLE_SECONDS} : kHalfMinute);
+  const auto& measured = it.port.stats.rates_of_sec;
+  write_number(of, measured ? std::optional<uint64>(std::llround(*measured)) : std::nullopt, to);
+}
+
 template <bool kIsReceived, auto Rate, uint32 kFactor>
 void read_rate(subject& it, property of, value_writer& to) {
   if (average_seconds(it) == 0) return to.absent(of, absence::none);
@@ -748,6 +760,7 @@ constexpr row kRows[] = {
     {property::tx_load_per_255, read_load<&statistics::out_bytes_per_second>, totals},
     {property::rx_load_per_255, read_load<&statistics::in_bytes_per_second>, totals},
     {property::load_interval_seconds, read_load_interval},
+    {property::rate_interval_seconds, read_rate_interval, totals},
     {property::input_bits_per_second, read_rate<true, &rates::bytes, 8>, totals},
     {property::input_bytes_per_second, read_rate<true, &rates::bytes, 1>, totals},
     {property::input_megabytes_per_second, read_megabytes<true>, totals},

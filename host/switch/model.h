@@ -181,6 +181,7 @@ struct statistics {
   counter out_bytes_per_second;
   counter in_packets_per_second;
   counter out_packets_per_second;
+  std::optional<double> rates_of_sec;  // seconds that these averages cover; none: as above
   std::optional<rate_samples> rate_ring;
   uint32 last_clear_sec = 0;     // seconds since 1970; 0 is never
   uint32 counted_sec = 0;        // seconds that the totals cover

@@ -83,6 +83,9 @@ class switch_source {
   // Whether the source reads its counters in refresh(). Otherwise they are read by the update.
   virtual bool counts_at_refresh() const;
 
+  // The seconds that the rates of such a source cover. None before it has read twice.
+  virtual std::optional<double> rate_seconds() const;
+
   // The file with the baselines of a source whose counters cannot be set to 0: it subtracts them. Empty when only this
   // process has them; nothing for a source whose counters start from 0.
   virtual std::optional<std::string> baseline_file() const;

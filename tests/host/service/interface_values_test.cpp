@@ -186,6 +186,9 @@ TEST_F(ValuesService, RatesOfAPortThatCanBeRoutedAreThoseOfHalfAMinute) {
   EXPECT_EQ(value_of(names_.routed_port, property::input_bits_per_second), "40008");
   EXPECT_EQ(value_of(names_.routed_port, property::output_packets_per_second), "5004");
   EXPECT_EQ(value_of(names_.loopback, property::load_interval_seconds), kNone);
+  EXPECT_EQ(value_of(names_.first_port, property::rate_interval_seconds), "30")
+      << "tables of rates have other averages";
+  EXPECT_EQ(value_of(names_.loopback, property::rate_interval_seconds), kNone);
   EXPECT_EQ(value_of(names_.loopback, property::input_bytes_per_second), kNone);
 }
 

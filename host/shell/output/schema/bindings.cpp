@@ -691,6 +691,7 @@ constexpr untagged kUntagged[] = {
     {property::input_flow_control, kSwitchport},
     {property::output_flow_control, kSwitchport},
     {property::load_interval_seconds, kDetailed | kSwitchport},
+    {property::rate_interval_seconds, kRates},
     {property::input_bits_per_second, kSwitchport | kOverviewDisplay},
     {property::input_bytes_per_second, kDetailed | kSwitchport},
     {property::input_packets_per_second, kSwitchport},

@@ -78,6 +78,7 @@ constexpr field kFields[] = {
     {property::tx_load_per_255, "tx_load_per_255", integer, "/255", "Transmit load", "Transmit load in parts of 255"},
     {property::rx_load_per_255, "rx_load_per_255", integer, "/255", "Receive load", "Receive load in parts of 255"},
     {property::load_interval_seconds, "load_interval_seconds", integer, "s", "Load interval", "Interval that the rates of this record are averaged over"},
+    {property::rate_interval_seconds, "rate_interval_seconds", integer, "s", "Rate interval", "Interval that the rates of this table are averaged over; null until devices were read twice"},
     {property::input_bits_per_second, "input_bits_per_second", integer, "bit/s", "Input bit rate", "Received bits per second"},
     {property::input_bytes_per_second, "input_bytes_per_second", integer, "byte/s", "Input byte rate", "Received bytes per second"},
     {property::input_megabytes_per_second, "input_megabytes_per_second", integer, "Mbyte/s", "Input rate", "Received bytes per second in whole millions"},
