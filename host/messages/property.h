@@ -29,6 +29,7 @@ enum class property : uint16 {
   state,
   state_reason,
   last_link_flapped,
+  link_changes,
   interface_resets,
 
   // Other interfaces.

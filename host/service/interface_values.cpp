@@ -224,6 +224,14 @@ void read_prefix_length(subject& it, property of, value_writer& to) {
 
 void read_link_change(subject& it, property of, value_writer& to) { write_moment(of, it.port.link_change_sec, to); }
 
+// Simulated switches do not count them.
+void read_link_changes(subject& it, property of, value_writer& to) {
+  if (it.port.num_link_changes)
+    to.number(of, *it.port.num_link_changes);
+  else
+    to.absent(of, the_source().knows_all_fields() ? absence::none : absence::not_supported);
+}
+
 void read_members(subject& it, property of, value_writer& to) {
   if (it.is_channel() && !it.is_sub_interface())
     to.interfaces(of, the_machine().members_of(it.port.if_index));
@@ -719,6 +727,7 @@ constexpr row kRows[] = {
     {property::state, own_number<&interface::oper_state>},
     {property::state_reason, read_state_reason, link_fault},
     {property::last_link_flapped, read_link_change},
+    {property::link_changes, read_link_changes},
     {property::interface_resets, own_number<&interface::resets>},
 
     {property::member_of, own_interface<&port_settings::channel>},

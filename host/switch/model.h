@@ -245,9 +245,10 @@ struct interface {
 
     bool operator==(const link_change&) const = default;
   };
-  std::vector<link_change> link_changes;  // since the switch started, in their order
-  bool is_locked = false;                 // the port takes no settings
-  uint32 refusal = 0;                     // the status with which it refuses every setting; 0: it does not
+  std::vector<link_change> link_changes;   // since the switch started, in their order
+  std::optional<uint32> num_link_changes;  // that the device counted
+  bool is_locked = false;                  // the port takes no settings
+  uint32 refusal = 0;                      // the status with which it refuses every setting; 0: it does not
   uint32 vsan = 1;
   std::vector<uint16> trunk_vsans;  // what a trunking port carries, ascending
   uint8 fc_layer = 0;               // phy_port_layer: 1 for a channel that carries no Ethernet

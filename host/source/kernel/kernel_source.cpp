@@ -127,6 +127,7 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   if (link.slave_kind == "bond" && master != nullptr && decode_index(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
     port.settings.channel = master->if_index;
   set_abilities(link, port);
+  port.num_link_changes = link.carrier_changes;
   port.is_created = is_created_by_command(link, if_index);
 }
 
@@ -183,7 +184,7 @@ machine kernel_source::read() {
 
 machine kernel_source::read_again() {
   netlink_socket route(NETLINK_ROUTE);
-  links_ = read_links(route);
+  note_link_changes(std::exchange(links_, read_links(route)));
   if (find_link(links_, management_) == nullptr) management_ = default_route_device(route);
   mapped_ = map(links_, management_);
   details_.begin(links_, mapped_);
@@ -196,8 +197,29 @@ machine kernel_source::read_again() {
   sort_by<&device_reading::if_index>(counted_);
   machine made = machine_of_devices(links_, mapped_);
   made.name = name();
+  for (const auto& [number, changed_sec] : link_changed_sec_)
+    if (const mapped_device* const it = find_by<&mapped_device::number>(mapped_, number))
+      made.find(it->if_index)->link_change_sec = changed_sec;
   for (interface& port : made.interfaces) port.at_start = at_start_.emplace(port.if_index, port.settings).first->second;
   return made;
+}
+
+// A device that counts less than before is another one with the same number.
+void kernel_source::note_link_change(const kernel_link& before, const kernel_link& now) {
+  if (!before.carrier_changes || !now.carrier_changes || *now.carrier_changes == *before.carrier_changes) return;
+  if (*now.carrier_changes > *before.carrier_changes)
+    link_changed_sec_[now.number] = static_cast<uint32>(clock_now());
+  else
+    link_changed_sec_.erase(now.number);
+}
+
+void kernel_source::note_link_changes(const std::vector<kernel_link>& before) {
+  for (const kernel_link& it : before) {
+    if (const kernel_link* const now = find_link(links_, it.number))
+      note_link_change(it, *now);
+    else
+      link_changed_sec_.erase(it.number);
+  }
 }
 
 std::vector<mapped_device> kernel_source::map(const std::vector<kernel_link>& links, uint32 management) {

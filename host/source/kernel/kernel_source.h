@@ -83,6 +83,10 @@ class kernel_source : public switch_source {
     const device_reading* find(const device_reading& of) const;  // of the same device
   };
 
+  // Stores when the session sees that the link of a device changed.
+  void note_link_change(const kernel_link& before, const kernel_link& now);
+  void note_link_changes(const std::vector<kernel_link>& before);
+
   // What a device counted in a time.
   struct measurement {
     device_counters counted;
@@ -110,9 +114,10 @@ class kernel_source : public switch_source {
                            // long as it exists, also when its route is lost; 0: none
   std::vector<kernel_link> links_;
   std::vector<mapped_device> mapped_;
-  std::vector<device_reading> counted_;  // as the kernel reported it last, sorted by interface
-  double counted_sec_ = 0;               // when it did
-  std::deque<counter_reading> earlier_;  // for rates: of the last minute, and one that is older
+  std::vector<device_reading> counted_;        // as the kernel reported it last, sorted by interface
+  double counted_sec_ = 0;                     // when it did
+  std::deque<counter_reading> earlier_;        // for rates: of the last minute, and one that is older
+  std::map<uint32, uint32> link_changed_sec_;  // by the device's number; of changes that the session saw
   std::map<if_index_t, port_settings> at_start_;
   counter_baselines baselines_;
   device_details details_;

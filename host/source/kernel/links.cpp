@@ -110,7 +110,7 @@ void take_link(const attributes& all, kernel_link& link) {
   link.operation = all.number<uint8>(IFLA_OPERSTATE).value_or(0);
   link.master = all.number<uint32>(IFLA_MASTER).value_or(0);
   link.parent = all.number<uint32>(IFLA_LINK).value_or(0);
-  link.carrier_changes = all.number<uint32>(IFLA_CARRIER_CHANGES).value_or(0);
+  link.carrier_changes = all.number<uint32>(IFLA_CARRIER_CHANGES);
   if (const auto mac = all.bytes(IFLA_ADDRESS)) link.mac = record_of<mac_address>(*mac);
   if (const auto mac = all.bytes(IFLA_PERM_ADDRESS)) link.permanent_mac = record_of<mac_address>(*mac);
   if (const auto stats = all.bytes(IFLA_STATS64)) link.counted = counters_of(record_of<rtnl_link_stats64>(*stats));

@@ -44,7 +44,7 @@ struct kernel_link {
   std::optional<uint32> vxlan;  // network identifier of a VXLAN device
   bool is_tap = false;          // of a device of kind "tun": with frames, not packets
   std::vector<std::string> alternative_names;
-  uint32 carrier_changes = 0;
+  std::optional<uint32> carrier_changes;
   std::optional<uint8> bridge_state;  // BR_STATE_*
   device_counters counted;
 

@@ -85,6 +85,7 @@ TEST_F(ValuesService, IdentityAndStateAreThoseOfTheModel) {
   EXPECT_EQ(value_of(names_.first_port, property::state_reason), "9");
   EXPECT_EQ(value_of(names_.first_port, property::last_link_flapped), "1600000000");
   EXPECT_EQ(value_of(names_.second_port, property::last_link_flapped), kNone) << "never";
+  EXPECT_EQ(value_of(names_.first_port, property::link_changes), kNone) << "simulated switches do not count them";
   EXPECT_EQ(value_of(names_.first_port, property::interface_resets), "11");
   EXPECT_EQ(value_of(names_.first_port, property::device), kNone) << "no device of a kernel";
 }

@@ -680,6 +680,8 @@ constexpr untagged kUntagged[] = {
     {property::description, kOverviewDisplay},
     {property::state, kOverviewDisplay | kPanelDisplay},
     {property::state_reason, kOverviewDisplay | kPanelDisplay},
+    {property::last_link_flapped, kOverviewDisplay},
+    {property::link_changes, kOverviewDisplay},
     {property::member_of, kOverviewDisplay},
     {property::members, kDetailed | kSwitchport | kOverviewDisplay},
     {property::vrf, kDetailed | kSwitchport | kBriefDisplay | kOverviewDisplay},

@@ -33,6 +33,7 @@ constexpr field kFields[] = {
     {property::state, "state", enumeration, "", "State", "Operational state", enum_words::port_state},
     {property::state_reason, "state_reason", enumeration, "", "State reason", "Why the interface is not up", enum_words::state_reason},
     {property::last_link_flapped, "last_link_flapped", time, "", "Last link change", "When the link changed last"},
+    {property::link_changes, "link_changes", integer, "changes", "Link changes", "How often the link of the device came up or went down, as the kernel counted"},
     {property::interface_resets, "interface_resets", integer, "resets", "Interface resets", "How often the interface was reset"},
 
     // Other interfaces.

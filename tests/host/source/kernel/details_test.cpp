@@ -626,6 +626,28 @@ TEST_F(KernelReadings, ADeviceThatCountsFromItsStartAgainHasNoRates) {
   EXPECT_EQ(number_of(kVeth0, property::rate_interval_seconds), 10U);
 }
 
+TEST_F(KernelReadings, LinkChangesHaveTheirTimeWhenTheSessionSawThem) {
+  set(4, 0);
+  read();
+  EXPECT_EQ(number_of(kVeth0, property::link_changes), 4U);
+  EXPECT_TRUE(is_unknown(kVeth0, property::last_link_flapped));
+  after(10, 6, 0);
+  EXPECT_EQ(number_of(kVeth0, property::link_changes), 6U);
+  EXPECT_EQ(number_of(kVeth0, property::last_link_flapped), kMoment + 10);
+  after(10, 6, 0);
+  EXPECT_EQ(number_of(kVeth0, property::last_link_flapped), kMoment + 10);
+  after(10, 1, 0);
+  EXPECT_TRUE(is_unknown(kVeth0, property::last_link_flapped)) << "another device with the same number";
+}
+
+TEST_F(KernelReadings, LinkChangesAreUnknownWhereTheKernelDoesNotCountThem) {
+  set(std::nullopt, 0);
+  read();
+  EXPECT_TRUE(is_unknown(kVeth0, property::link_changes));
+  after(10, 3, 0);
+  EXPECT_TRUE(is_unknown(kVeth0, property::last_link_flapped));
+}
+
 void expect_not_supported(uint32 device, const std::vector<property>& expected) {
   const auto absent = absent_of(port_of(device), expected);
   for (const property of : expected) {
