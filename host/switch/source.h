@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "switch/events.h"
 #include "switch/model.h"
 #include "switch/tables.h"
 
@@ -130,6 +131,12 @@ class switch_source {
   // such table. Throws std::runtime_error with the reason when it cannot be read.
   virtual std::unique_ptr<table_reader> open_table(const machine& model, table_id table,
                                                    const std::vector<if_index_t>& interfaces);
+
+  // ---- Events
+
+  // Begins to read the changes that the source publishes from now on. Null when it publishes none. Throws
+  // std::runtime_error with the reason when they cannot be read.
+  virtual std::unique_ptr<event_reader> open_events();
 
   // ---- Network devices of the kernel
 

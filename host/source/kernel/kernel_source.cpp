@@ -20,6 +20,7 @@
 #include "source/kernel/abilities.h"
 #include "source/kernel/creation.h"
 #include "source/kernel/device_type.h"
+#include "source/kernel/events.h"
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
 #include "source/kernel/sorted_records.h"
@@ -445,6 +446,16 @@ uint32 kernel_source::restore_interface(machine& model, const interface& deleted
 std::unique_ptr<table_reader> kernel_source::open_table(const machine&, table_id table,
                                                         const std::vector<if_index_t>& interfaces) {
   return open_kernel_table(table, table_devices(links_, mapped_, interfaces));
+}
+
+std::unique_ptr<event_reader> kernel_source::open_events() {
+  return open_kernel_events([this](const std::vector<kernel_link>& links) { return map(links, management_); },
+                            [this](const kernel_link& now) {
+                              kernel_link* const known = find_link(links_, now.number);
+                              if (known == nullptr) return;
+                              note_link_change(*known, now);
+                              known->carrier_changes = now.carrier_changes;
+                            });
 }
 
 kernel_device kernel_source::device_named(const mapped_device& it) const {

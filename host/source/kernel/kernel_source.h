@@ -50,6 +50,7 @@ class kernel_source : public switch_source {
   uint32 restore_interface(machine& model, const interface& deleted) override;
   std::unique_ptr<table_reader> open_table(const machine& model, table_id table,
                                            const std::vector<if_index_t>& interfaces) override;
+  std::unique_ptr<event_reader> open_events() override;
   std::optional<std::vector<kernel_device>> devices() const override;
   std::optional<kernel_system> system() const override;
   std::optional<kernel_device> find_device(if_index_t if_index) const override;

@@ -80,6 +80,9 @@ uint32 decode_default_route(const nlmsghdr& message);
 // other values that the kernel does not report are omitted.
 std::vector<kernel_link> read_links(netlink_socket& route);
 
+// The same without what other messages report: VLANs of bridges, addresses and settings.
+std::vector<kernel_link> read_devices(netlink_socket& route);
+
 // The device that the default route leads to; 0 when there is none.
 uint32 default_route_device(netlink_socket& route);
 

@@ -648,6 +648,21 @@ TEST_F(KernelReadings, LinkChangesAreUnknownWhereTheKernelDoesNotCountThem) {
   EXPECT_TRUE(is_unknown(kVeth0, property::last_link_flapped));
 }
 
+TEST_F(KernelReadings, AnEventHasTheTimeOfTheChangeBeforeTheNextReading) {
+  set(4, 0);
+  read();
+  const auto events = the_source().open_events();
+  ASSERT_NE(events, nullptr);
+  clock_advance(7);
+  netlink_request message = link_message({.number = kVeth0, .name = "veth0", .kind = "veth", .operation = 6});
+  mnl_attr_put_u32(&message.head(), IFLA_CARRIER_CHANGES, 5);
+  kernel_.publish(NETLINK_ROUTE, std::move(message));
+  std::vector<switch_event> read_events;
+  EXPECT_TRUE(events->read(read_events));
+  after(10, 5, 0);
+  EXPECT_EQ(number_of(kVeth0, property::last_link_flapped), kMoment + 7);
+}
+
 void expect_not_supported(uint32 device, const std::vector<property>& expected) {
   const auto absent = absent_of(port_of(device), expected);
   for (const property of : expected) {
