@@ -343,7 +343,14 @@ enum class property : uint16 {
   eee_enabled,
   eee_active,
   offloads,
-  last = offloads,
+
+  // Events.
+  event_time,
+  event_kind,
+  change,
+  old_value,
+  new_value,
+  last = new_value,
 };
 
 inline constexpr uint16 kNumProperties = static_cast<uint16>(property::last) + 1;

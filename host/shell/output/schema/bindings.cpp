@@ -663,7 +663,7 @@ constexpr uint64 kOfInterfaces =
 
 // Tables of rows: the service of tables answers all of their values.
 constexpr uint64 kTables = kAddressesDisplay | kNeighborsDisplay | kMacTableDisplay | kSpanningTreeDisplay |
-                           kDriverCountersDisplay | kHardwareDisplay;
+                           kDriverCountersDisplay | kHardwareDisplay | kEventsDisplay;
 
 // Fields that a display shows as plain text, or that belong to it: their values come only from the service.
 struct untagged {
@@ -732,15 +732,15 @@ constexpr untagged kUntagged[] = {
     {property::ifindex, kTables},
     {property::state, kAddressesDisplay},
     {property::mtu_bytes, kAddressesDisplay},
-    {property::ip_address, kAddressesDisplay | kNeighborsDisplay},
-    {property::prefix_length_bits, kAddressesDisplay},
+    {property::ip_address, kAddressesDisplay | kNeighborsDisplay | kEventsDisplay},
+    {property::prefix_length_bits, kAddressesDisplay | kEventsDisplay},
     {property::peer_address, kAddressesDisplay},
     {property::address_scope, kAddressesDisplay},
     {property::address_flags, kAddressesDisplay},
     {property::address_label, kAddressesDisplay},
     {property::valid_lifetime_seconds, kAddressesDisplay},
     {property::preferred_lifetime_seconds, kAddressesDisplay},
-    {property::mac, kNeighborsDisplay | kMacTableDisplay},
+    {property::mac, kNeighborsDisplay | kMacTableDisplay | kEventsDisplay},
     {property::neighbor_state, kNeighborsDisplay},
     {property::neighbor_flags, kNeighborsDisplay},
     {property::age_seconds, kNeighborsDisplay | kMacTableDisplay},
@@ -779,6 +779,11 @@ constexpr untagged kUntagged[] = {
     {property::eee_enabled, kHardwareDisplay},
     {property::eee_active, kHardwareDisplay},
     {property::offloads, kHardwareDisplay},
+    {property::event_time, kEventsDisplay},
+    {property::event_kind, kEventsDisplay},
+    {property::change, kEventsDisplay},
+    {property::old_value, kEventsDisplay},
+    {property::new_value, kEventsDisplay},
 };
 
 constexpr bool every_tag_is_one_field() {

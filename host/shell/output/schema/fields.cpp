@@ -348,6 +348,13 @@ constexpr field kFields[] = {
     {property::eee_active, "eee_active", enumeration, "", "EEE active", "Whether Energy-Efficient Ethernet is negotiated and in use", enum_words::yes_no},
     {property::offloads, "offloads", words, "", "Offloads", "Features of the device that are active, under the names of the kernel"},
 
+    // Events.
+    {property::event_time, "event_time", time, "", "Time", "When the shell received the event, in UTC"},
+    {property::event_kind, "event_kind", text, "", "Kind", "What the event is about: link, address, neighbor or module"},
+    {property::change, "change", text, "", "Change", "added, removed, or the name of what changed, such as mtu or oper_state"},
+    {property::old_value, "old_value", text, "", "Old value", "Value before the change; null when there was none"},
+    {property::new_value, "new_value", text, "", "New value", "Value after the change; null when there is none"},
+
     // Messages of this process.
     {property::none, "sent", integer, "messages", "Messages sent", "Messages sent to services"},
     {property::none, "received", integer, "messages", "Messages received", "Messages received from services"},

@@ -99,7 +99,8 @@ enum display_bit : uint64 {
   kSpanningTreeDisplay = uint64{1} << 41,
   kDriverCountersDisplay = uint64{1} << 42,
   kHardwareDisplay = uint64{1} << 43,
-  kLastDisplay = kHardwareDisplay,
+  kEventsDisplay = uint64{1} << 44,
+  kLastDisplay = kEventsDisplay,
 };
 
 struct field {

@@ -227,6 +227,16 @@ TEST(Grammar, AWrongMacAddressIsReportedWithItsColumn) {
             "'02:00:00:00:00:09'.");
 }
 
+TEST(Grammar, EventsTakeARangeAndANumber) {
+  std::string error;
+  const auto parsed = parse_command("watch events interface ethernet 1/1-4 count 3", error);
+  ASSERT_TRUE(parsed) << error;
+  EXPECT_EQ(parsed->number, 3U);
+  EXPECT_EQ(parsed->written_range, "ethernet 1/1-4");
+  EXPECT_FALSE(parse_command("watch events", error)->number);
+  EXPECT_EQ(error_of("watch events count 0"), "expected a number from 1 to 1000000 for EVENTS, not '0'.");
+}
+
 TEST(Grammar, EverySuggestionHasAHelpText) {
   for (const char* const line : {"", "show ", "show interface ", "show interface status ", "show interface | "}) {
     for (const auto& choice : suggest(line).words) EXPECT_FALSE(choice.help.empty()) << line << choice.word;
@@ -397,7 +407,9 @@ TEST(Watch, MistakesAreNamedWithTheNextStep) {
 }
 
 TEST(Watch, HelpAndCompletionAreThoseOfTheCommandBehindIt) {
-  EXPECT_EQ(host::help_text(suggest("watch ")), "  INTERVAL      Seconds from one reading to the next, 1 to 86400\n");
+  EXPECT_EQ(host::help_text(suggest("watch ")),
+            "  events        Changes as they come\n"
+            "  INTERVAL      Seconds from one reading to the next, 1 to 86400\n");
   EXPECT_EQ(host::help_text(suggest("watch 2 ")), "  show          Show information\n");
   EXPECT_EQ(host::complete(suggest("wat")).addition, "ch ");
   EXPECT_EQ(host::complete(suggest("watch 2 sh")).addition, "ow ");
