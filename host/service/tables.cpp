@@ -22,24 +22,11 @@ class row_writer {
  public:
   explicit row_writer(value_writer& to) : to_(to) {}
 
-  void number(property of, const std::optional<uint64>& value) {
-    if (value)
-      to_.number(of, *value);
-    else
-      to_.absent(of, absence::none);
-  }
-  void text(property of, const std::string& text) {
-    if (text.empty())
-      to_.absent(of, absence::none);
-    else
-      to_.text(of, text);
-  }
+  void number(property of, const std::optional<uint64>& value) { put(of, value, absence::none, &value_writer::number); }
+  void text(property of, const std::string& text) { put(of, filled(text), absence::none, &value_writer::text); }
   // A list, which may be empty.
   void words(property of, const std::optional<std::string>& words) {
-    if (words)
-      to_.text(of, *words);
-    else
-      to_.absent(of, absence::not_supported);
+    put(of, words, absence::not_supported, &value_writer::text);
   }
   void address(property of, const std::optional<ip_address>& address) {
     if (!address)
@@ -55,37 +42,20 @@ class row_writer {
     else
       to_.interface(of, if_index);
   }
-  void mac(property of, const std::optional<mac_address>& mac) {
-    if (mac)
-      to_.mac(of, *mac);
-    else
-      to_.absent(of, absence::none);
-  }
+  void mac(property of, const std::optional<mac_address>& mac) { put(of, mac, absence::none, &value_writer::mac); }
   // Without a value these are unknown.
   template <typename Number>
   void known_number(property of, const std::optional<Number>& value) {
-    if (value)
-      to_.number(of, *value);
-    else
-      to_.absent(of, absence::not_supported);
+    put(of, value, absence::not_supported, &value_writer::number);
   }
   void known_mac(property of, const std::optional<mac_address>& value) {
-    if (value)
-      to_.mac(of, *value);
-    else
-      to_.absent(of, absence::not_supported);
+    put(of, value, absence::not_supported, &value_writer::mac);
   }
   void map(property of, const std::optional<std::vector<std::pair<std::string, uint64>>>& entries) {
-    if (entries)
-      to_.map(of, *entries);
-    else
-      to_.absent(of, absence::not_supported);
+    put(of, entries, absence::not_supported, &value_writer::map);
   }
   void known_text(property of, const std::optional<std::string>& text) {
-    if (text && !text->empty())
-      to_.text(of, *text);
-    else
-      to_.absent(of, absence::not_supported);
+    put(of, text ? filled(*text) : std::nullopt, absence::not_supported, &value_writer::text);
   }
   void device(const row_device& it) {
     interface(property::interface, it.if_index);
@@ -94,6 +64,20 @@ class row_writer {
   }
 
  private:
+  static std::optional<std::string_view> filled(const std::string& text) {
+    return text.empty() ? std::nullopt : std::optional<std::string_view>(text);
+  }
+
+  // The value, or why there is none.
+  template <typename Value, typename Written>
+  void put(property of, const std::optional<Value>& value, absence why,
+           void (value_writer::*write)(property, Written)) {
+    if (value)
+      (to_.*write)(of, *value);
+    else
+      to_.absent(of, why);
+  }
+
   value_writer& to_;
 };
 

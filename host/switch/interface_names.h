@@ -17,16 +17,14 @@ class interface_names {
   using named_interface = std::pair<std::string, if_index_t>;
   using loader = std::function<std::vector<named_interface>()>;
 
-  // `load` is called when a name is looked for, once until forget(). Without it there are no names.
+  // `load` is called once, when a name is looked for. Without it there are no names.
   explicit interface_names(loader load = {}) : load_(std::move(load)) {}
 
   // The interface with exactly this name.
   std::optional<if_index_t> find(std::string_view name) const;
 
-  // All names, sorted. They live until forget().
+  // All names, sorted.
   const std::vector<named_interface>& all() const;
-
-  void forget() { known_.reset(); }
 
  private:
   loader load_;

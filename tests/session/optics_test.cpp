@@ -25,7 +25,7 @@ std::string shown(const std::string& command) {
   return result.out;
 }
 
-constexpr char kRule[] = "  ----------------------------------------------------------------------------\n";
+constexpr char kTableRule[] = "  ----------------------------------------------------------------------------\n";
 constexpr char kLegend[] = "  Note: ++  high-alarm; +  high-warning; --  low-alarm; -  low-warning\n\n";
 
 const std::string kIdentity =
@@ -43,13 +43,13 @@ const std::string kIdentity =
 
 TEST(Optics, IdentityStateAndValues) {
   EXPECT_EQ(shown("show interface ethernet 1/1 transceiver"),
-            kIdentity + "           SFP Diagnostics Information (internal calibration)\n" + kRule +
+            kIdentity + "           SFP Diagnostics Information (internal calibration)\n" + kTableRule +
                 "  Temperature   34.00 C    \n"
                 "  Voltage        3.29 V    \n"
                 "  Current        6.60 mA    \n"
                 "  Tx Power       -2.29 dBm   \n"
                 "  Rx Power       -3.76 dBm   \n" +
-                kRule + kLegend);
+                kTableRule + kLegend);
 }
 
 TEST(Optics, DetailsHaveLimits) {

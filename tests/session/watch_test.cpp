@@ -31,7 +31,7 @@ piped_shell standing(const std::string& command) {
   return {test_file("counters.yaml"), {"--clock", kMoment, "-c", command}};
 }
 
-outcome run(const std::string& command, std::vector<std::string> options = {}) {
+outcome run_watch(const std::string& command, std::vector<std::string> options = {}) {
   options.insert(options.end(), {"-c", command});
   return run_shell_on(test_file("counters.yaml"), options);
 }
@@ -248,13 +248,13 @@ TEST(WatchEvents, PipesThatNeedTheWholeOutputAreRefused) {
 }
 
 TEST(WatchInAPipe, CommandThatIsRefusedEndsTheWatch) {
-  const outcome missing = run("watch 1 show interface ethernet 9/9 counters | json");
+  const outcome missing = run_watch("watch 1 show interface ethernet 9/9 counters | json");
   EXPECT_EQ(missing.exit_code, 4);
   const rapidjson::Document document = parse(missing.out);
   EXPECT_EQ(document["interfaces"].Size(), 0U);
   EXPECT_EQ(document["messages"].Size(), 1U);
   EXPECT_EQ(document["exit_code"].GetInt(), 4);
-  EXPECT_NE(run("watch 1 show interface | include (").err.find("bad expression '('"), std::string::npos);
+  EXPECT_NE(run_watch("watch 1 show interface | include (").err.find("bad expression '('"), std::string::npos);
 }
 
 TEST(WatchInAPipe, DisplayThatAppliesToNothingEndsTheWatch) {
@@ -295,7 +295,7 @@ TEST(WatchInAPipe, MistakeOfALineThatAsksForDocumentsIsOneDocument) {
        {"watch | json", "watch 0 show transport | json", "watch 1 show nothing | json", "watch 1 clear counters | json",
         "watch 1 | json", "watch 1 show interface | json | jsn", "watch 1 show interface | count | json",
         "watch 1 show interface | json | include (", "watch 1 show interface ethernet 1/4-1 brief | json"}) {
-    const outcome result = run(line);
+    const outcome result = run_watch(line);
     EXPECT_EQ(result.exit_code, 1) << line;
     const rapidjson::Document document = parse(result.out);
     ASSERT_TRUE(document.IsObject()) << line;
@@ -308,7 +308,7 @@ TEST(WatchInAPipe, MistakeOfALineThatAsksForDocumentsIsOneDocument) {
 TEST(WatchInAPipe, MistakesAreUsageErrors) {
   for (const char* const line : {"watch show transport", "watch 0 show transport", "watch 1 clear counters",
                                  "watch 1 watch 1 show transport", "watch 1"}) {
-    const outcome result = run(line);
+    const outcome result = run_watch(line);
     EXPECT_EQ(result.exit_code, 1) << line;
     EXPECT_EQ(result.out, "") << line;
     EXPECT_EQ(result.err.find("pmsh: "), 0U) << line;
@@ -337,7 +337,7 @@ TEST(WatchInAPipe, WritesTextUnlessJsonIsRequested) {
 }
 
 TEST(WatchInAPipe, PipesThatDoNotApplyEndTheWatch) {
-  const outcome result = run("watch 1 show interface ethernet 2/1 counters | sort Colour");
+  const outcome result = run_watch("watch 1 show interface ethernet 2/1 counters | sort Colour");
   EXPECT_EQ(result.out, "");
   EXPECT_TRUE(result.err.starts_with("pmsh: unknown column 'Colour'. The columns are Port, InOctets, ")) << result.err;
   EXPECT_EQ(result.exit_code, 1);

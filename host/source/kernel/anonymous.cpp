@@ -217,7 +217,7 @@ anonymiser::octet_list anonymiser::link(std::span<const uint8> payload) {
     put_text(made, IFLA_IFALIAS, found->second);
   }
   for (const uint16 kept : {IFLA_MTU, IFLA_MIN_MTU, IFLA_MAX_MTU, IFLA_OPERSTATE, IFLA_MASTER, IFLA_LINK,
-                            IFLA_CARRIER_CHANGES, IFLA_STATS64})
+                            IFLA_LINK_NETNSID, IFLA_CARRIER_CHANGES, IFLA_STATS64})
     copy_attribute(all, kept, made);
   for (const uint16 mac : {IFLA_ADDRESS, IFLA_PERM_ADDRESS})
     if (const auto real = all.bytes(mac)) put_attribute(made, mac, hardware_address(*real));

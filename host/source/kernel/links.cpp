@@ -31,6 +31,7 @@ constexpr message_policy kLinkPolicy = {
     {IFLA_OPERSTATE, attribute_type::number, sizeof(uint8)},
     {IFLA_MASTER, attribute_type::number, sizeof(uint32)},
     {IFLA_LINK, attribute_type::number, sizeof(uint32)},
+    {IFLA_LINK_NETNSID, attribute_type::number, sizeof(int32)},
     {IFLA_CARRIER_CHANGES, attribute_type::number, sizeof(uint32)},
     {IFLA_ADDRESS, attribute_type::bytes, sizeof(mac_address)},
     {IFLA_PERM_ADDRESS, attribute_type::bytes, sizeof(mac_address), sizeof(mac_address)},
@@ -40,12 +41,6 @@ constexpr message_policy kLinkPolicy = {
     {IFLA_PROP_LIST, attribute_type::nest, 0},
 };
 constexpr message_policy kPropertyPolicy = {{IFLA_ALT_IFNAME, attribute_type::bytes, 1}};
-constexpr message_policy kInfoPolicy = {
-    {IFLA_INFO_KIND, attribute_type::text, 1},
-    {IFLA_INFO_SLAVE_KIND, attribute_type::text, 1},
-    {IFLA_INFO_DATA, attribute_type::nest, 0},
-    {IFLA_INFO_SLAVE_DATA, attribute_type::nest, 0},
-};
 constexpr message_policy kVlanDevicePolicy = {{IFLA_VLAN_ID, attribute_type::number, sizeof(uint16)}};
 constexpr message_policy kVxlanPolicy = {
     {IFLA_VXLAN_ID, attribute_type::number, sizeof(uint32)},
@@ -114,7 +109,8 @@ void take_link(const attributes& all, kernel_link& link) {
   if (const auto mac = all.bytes(IFLA_ADDRESS)) link.mac = record_of<mac_address>(*mac);
   if (const auto mac = all.bytes(IFLA_PERM_ADDRESS)) link.permanent_mac = record_of<mac_address>(*mac);
   if (const auto stats = all.bytes(IFLA_STATS64)) link.counted = counters_of(record_of<rtnl_link_stats64>(*stats));
-  take_info(all.nested(IFLA_LINKINFO, kInfoPolicy), link);
+  take_info(all.nested(IFLA_LINKINFO, kLinkInfoPolicy), link);
+  if (all.number<int32>(IFLA_LINK_NETNSID)) link.parent = 0;  // the number is one of another namespace
   all.nested(IFLA_PROP_LIST, kPropertyPolicy).for_each(IFLA_ALT_IFNAME, [&link](std::span<const uint8> name) {
     link.alternative_names.emplace_back(name.begin(), std::find(name.begin(), name.end(), 0));
   });

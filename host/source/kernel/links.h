@@ -1,6 +1,8 @@
 // The network devices of the kernel, from its dumps.
 #pragma once
 
+#include <linux/if_link.h>
+
 #include <array>
 #include <bitset>
 #include <optional>
@@ -9,6 +11,7 @@
 
 #include "platform/types.h"
 #include "source/kernel/netlink.h"
+#include "source/kernel/policy.h"
 #include "switch/kernel_device.h"
 #include "switch/model.h"
 
@@ -59,6 +62,14 @@ struct kernel_link {
   link_modes supported, advertised, partner;
   std::optional<pause_settings> pause;
   std::vector<ip_address> addresses;
+};
+
+// Of IFLA_LINKINFO.
+inline constexpr message_policy kLinkInfoPolicy = {
+    {IFLA_INFO_KIND, attribute_type::text, 1},
+    {IFLA_INFO_SLAVE_KIND, attribute_type::text, 1},
+    {IFLA_INFO_DATA, attribute_type::nest, 0},
+    {IFLA_INFO_SLAVE_DATA, attribute_type::nest, 0},
 };
 
 // Decoders of single messages; a truncated attribute is ignored.

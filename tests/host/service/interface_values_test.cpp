@@ -302,7 +302,7 @@ TEST_F(ValuesService, WhatIsPresentIsLeftOutOnRequest) {
 // ---- What is done for a request -------------------------------------------------------------------------------------
 
 // Notes what the service asks of its source.
-struct noting_source : switch_source {
+struct refreshing_source : switch_source {
   bool update_statistics(interface&, uint32) override {
     ++updates;
     return true;
@@ -317,7 +317,7 @@ struct noting_source : switch_source {
 class ValuesOfASource : public ValuesService {
  protected:
   ValuesOfASource() {
-    auto source = std::make_unique<noting_source>();
+    auto source = std::make_unique<refreshing_source>();
     source_ = source.get();
     set_source(std::move(source));
   }
@@ -325,7 +325,7 @@ class ValuesOfASource : public ValuesService {
 
   void ask(const std::vector<property>& asked) { ask_interface_values(q_, names_.first_port, asked, true); }
 
-  noting_source* source_;
+  refreshing_source* source_;
 };
 
 TEST_F(ValuesOfASource, NothingIsBroughtUpToDateForASetting) {

@@ -627,4 +627,22 @@ TEST(DeviceNames, AreNamedOnceByHelp) {
   EXPECT_EQ(std::find_if(hints.begin(), hints.end(), is_of_devices)->help, "Network device: b, brief, veth12, veth13");
 }
 
+TEST(DeviceNames, ThatCannotBeShownAreNotCompleted) {
+  const host::interface_names names([] {
+    return std::vector<host::interface_names::named_interface>{
+        {"lab\x1b]0;x\x07", host::ethernet_index(IF_TYPE_ETHERNET, 0, 0)},
+        {"lab\xff", host::ethernet_index(IF_TYPE_ETHERNET, 0, 1)}};
+  });
+  EXPECT_EQ(host::complete(suggest("show interface la", host::kExecMode, names)).addition, "");
+  EXPECT_EQ(host::complete(suggest("show interface la", host::kExecMode, names)).choices, "");
+}
+
+TEST(Help, ShowsControlBytesOfTheLineVisibly) {
+  for (const std::string& text :
+       {host::help_text(suggest("abc\x1b]0;x\x07 ")), host::complete(suggest("abc\x1b]0;x\x07 ")).choices}) {
+    EXPECT_EQ(text.find_first_of("\x1b\x07"), std::string::npos);
+    EXPECT_NE(text.find("abc\\x1b]0;x\\x07"), std::string::npos) << text;
+  }
+}
+
 }  // namespace session

@@ -33,7 +33,7 @@
 namespace host {
 namespace {
 
-constexpr question kLinks{NETLINK_ROUTE, RTM_GETLINK, AF_UNSPEC};
+constexpr question kLinkDump{NETLINK_ROUTE, RTM_GETLINK, AF_UNSPEC};
 constexpr question kVlans{NETLINK_ROUTE, RTM_GETLINK, AF_BRIDGE};
 constexpr question kAddresses{NETLINK_ROUTE, RTM_GETADDR, AF_UNSPEC};
 const question kModes = recorded_kernel::ethtool(ETHTOOL_MSG_LINKMODES_GET);
@@ -76,7 +76,7 @@ class KernelRecording : public testing::Test {
 };
 
 template <typename Request>
-std::span<const std::byte> bytes_in(const Request& request) {
+std::span<const std::byte> request_bytes(const Request& request) {
   return std::as_bytes(std::span(&request, 1));
 }
 
@@ -99,26 +99,26 @@ syserr_t status_of(const reply& answer) {
 
 pm_port_info_t port_record_of(uint32 device) {
   return record_of<pm_port_info_t>(
-      serve_port_manager(PM_OPC_PORT_CONFIG, bytes_in(range_request{port_of(device), port_of(device)})));
+      serve_port_manager(PM_OPC_PORT_CONFIG, request_bytes(range_request{port_of(device), port_of(device)})));
 }
 
 pm_fcot_res_t transceiver_of(uint32 device) {
   return record_of<pm_fcot_res_t>(
-      serve_port_manager(PM_OPC_TRANSCEIVER, bytes_in(range_request{port_of(device), port_of(device)})));
+      serve_port_manager(PM_OPC_TRANSCEIVER, request_bytes(range_request{port_of(device), port_of(device)})));
 }
 
 reply diagnostics_of(uint32 device) {
-  return serve_port_manager(PM_OPC_DIAGNOSTICS, bytes_in(interface_request{port_of(device)}));
+  return serve_port_manager(PM_OPC_DIAGNOSTICS, request_bytes(interface_request{port_of(device)}));
 }
 
 statscl_portcl_stats_msg_t statistics_of(uint32 device) {
   return record_of<statscl_portcl_stats_msg_t>(
-      serve_statistics(STATS_OPC_PORT, bytes_in(interface_request{port_of(device)})));
+      serve_statistics(STATS_OPC_PORT, request_bytes(interface_request{port_of(device)})));
 }
 
 crdcfg_port_cap_t capability_of(uint32 device) {
   return record_of<crdcfg_port_cap_t>(
-      serve_card_config(CRDCFG_OPC_PORT_CAPABILITY, bytes_in(range_request{port_of(device), port_of(device)})));
+      serve_card_config(CRDCFG_OPC_PORT_CAPABILITY, request_bytes(range_request{port_of(device), port_of(device)})));
 }
 
 std::string vendor_in(const pm_fcot_res_t& record) {
@@ -382,7 +382,7 @@ TEST_F(KernelRecording, TheStateOfAModuleIsItsOwn) {
                   [status](std::vector<uint8>&, std::vector<uint8>& diagnostics) { diagnostics[110] = status; });
     read();
     const port_misc_info_req_t request{0, 1, port_of(kSwp1), 1, {MISC_INFO_TRANSCEIVER_STATE}};
-    const reply answer = serve_line_card(MTS_OPC_PORT_MISC_INFO, bytes_in(request));
+    const reply answer = serve_line_card(MTS_OPC_PORT_MISC_INFO, request_bytes(request));
     port_xcvr_info_t state{};
     if (answer.payload.size() > sizeof state)
       std::memcpy(&state, answer.payload.data() + answer.payload.size() - sizeof state, sizeof state);
@@ -807,7 +807,7 @@ TEST_F(KernelRecording, CountersOfADriverAreKnownWhereItHasThem) {
 TEST_F(KernelRecording, AnMtuBeyondWhatPortsCountIsNotSupported) {
   netlink_request loopback = link_message({.number = kVeth0, .name = "veth0", .kind = "veth", .flags = IFF_UP});
   mnl_attr_put_u32(&loopback.head(), IFLA_MTU, 65'536);  // the last one holds
-  kernel_.answer(kLinks, [bytes = recorded(std::move(loopback))](const nlmsghdr&) {
+  kernel_.answer(kLinkDump, [bytes = recorded(std::move(loopback))](const nlmsghdr&) {
     return recorded_answer{0, {bytes}};
   });
   read();
@@ -940,7 +940,7 @@ TEST_F(KernelRecording, CountersThatAreClearedCountFromThereOn) {
   read(path);
   tell_symbols(50);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 50U);
-  EXPECT_EQ(status_of(serve_statistics(STATS_OPC_CLEAR_PORT, bytes_in(interface_request{port_of(kSwp1)}))), 0);
+  EXPECT_EQ(status_of(serve_statistics(STATS_OPC_CLEAR_PORT, request_bytes(interface_request{port_of(kSwp1)}))), 0);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 0U);
   EXPECT_EQ(statistics_of(kSwp1).mac.ctrl.rx_pause, 0U);
   EXPECT_EQ(the_source().write_baselines(), 0);
@@ -970,7 +970,7 @@ void expect_whole(const machine& made) {
 }
 
 TEST_F(KernelRecording, ADumpThatWasDisturbedIsAskedForAgain) {
-  for (const question& asked : {kLinks, kVlans, kAddresses, kModes, kPauses})
+  for (const question& asked : {kLinkDump, kVlans, kAddresses, kModes, kPauses})
     for (const disturbance how : {disturbance::lost, disturbance::interrupted}) {
       const uint32 before = kernel_.times_asked(asked);
       kernel_.disturb(asked, how);
@@ -991,9 +991,9 @@ TEST_F(KernelRecording, ADumpOfDetailsThatWasDisturbedIsAskedForAgain) {
 }
 
 TEST_F(KernelRecording, DevicesThatAlwaysChangeAreAnError) {
-  kernel_.disturb(kLinks, disturbance::interrupted, 100);
+  kernel_.disturb(kLinkDump, disturbance::interrupted, 100);
   EXPECT_THROW(read(), kernel_error);
-  EXPECT_LT(kernel_.times_asked(kLinks), 10U);
+  EXPECT_LT(kernel_.times_asked(kLinkDump), 10U);
 }
 
 TEST_F(KernelRecording, VlansThatAlwaysChangeAreAbsent) {
@@ -1004,7 +1004,7 @@ TEST_F(KernelRecording, VlansThatAlwaysChangeAreAbsent) {
 }
 
 TEST_F(KernelRecording, DevicesThatAreRefusedAreAnError) {
-  kernel_.refuse(kLinks, EPERM);
+  kernel_.refuse(kLinkDump, EPERM);
   try {
     read();
     ADD_FAILURE() << "a machine without its devices";
@@ -1101,7 +1101,7 @@ TEST_F(KernelRecording, AnswersForADeviceThatIsGoneAreLeftOut) {
 TEST_F(KernelRecording, ADeviceThatIsGoneForTheNextCommandHasNoDetails) {
   read();
   const if_index_t gone = port_of(kSwp1);
-  kernel_.answer(kLinks, [](const nlmsghdr&) {
+  kernel_.answer(kLinkDump, [](const nlmsghdr&) {
     return recorded_answer{0, {recorded(link_message({.number = kSwp5, .name = "swp5", .flags = 1, .operation = 2}))}};
   });
   next_command();
