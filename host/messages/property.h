@@ -29,6 +29,7 @@ enum class property : uint16 {
   state,
   state_reason,
   last_link_flapped,
+  link_changes,
   interface_resets,
 
   // Other interfaces.
@@ -74,6 +75,7 @@ enum class property : uint16 {
   tx_load_per_255,
   rx_load_per_255,
   load_interval_seconds,
+  rate_interval_seconds,
   input_bits_per_second,
   input_bytes_per_second,
   input_megabytes_per_second,
@@ -363,7 +365,14 @@ enum class property : uint16 {
   violated_limit,
   value_unit,
   violation,
-  last = violation,
+
+  // Events.
+  event_time,
+  event_kind,
+  change,
+  old_value,
+  new_value,
+  last = new_value,
 };
 
 inline constexpr uint16 kNumProperties = static_cast<uint16>(property::last) + 1;

@@ -105,6 +105,8 @@ ROWS = [
      "pmsh: this switch has no table of MAC addresses. Start the shell with --kernel to show that of this machine."),
     ("show mac address-table interface RANGE", "lab", "show mac address-table interface ethernet 1/1",
      "pmsh: this switch has no table of MAC addresses. Start the shell with --kernel to show that of this machine."),
+    ("show mac address-table address MAC", "lab", "show mac address-table address 0200.0000.0009",
+     "pmsh: this switch has no table of MAC addresses. Start the shell with --kernel to show that of this machine."),
     ("show mac address-table vlan VLAN", "lab", "show mac address-table vlan 1",
      "pmsh: this switch has no table of MAC addresses. Start the shell with --kernel to show that of this machine."),
     ("show spanning-tree", "lab", "show spanning-tree",

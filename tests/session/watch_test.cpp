@@ -1,6 +1,7 @@
 // "watch" of the real shell: documents on lines in a pipe, drawings at a terminal.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -211,6 +212,39 @@ TEST(WatchInAPipe, FiltersWorkOnTheLineOfEachReading) {
   EXPECT_EQ(excluded.line(), "0");
   piped_shell included = standing("watch 1 show interface brief | json | include Ethernet2/1");
   EXPECT_TRUE(parse(included.line())["interfaces"].IsArray());
+}
+
+// ---- Events ----
+
+// Those of a kernel are tested by tests/kernel_events.py.
+TEST(WatchEvents, SimulatedSwitchPublishesNone) {
+  constexpr char kSentence[] =
+      "this switch publishes no events. Start the shell with --kernel to watch those of this machine.";
+  const outcome text = run("watch events");
+  EXPECT_EQ(text.out, "");
+  EXPECT_EQ(text.err, std::string("pmsh: ") + kSentence + "\n");
+  EXPECT_EQ(text.exit_code, 1);
+  const outcome structured = run("watch events interface ethernet 2/1 count 3 | json");
+  const rapidjson::Document document = parse(structured.out);
+  EXPECT_EQ(std::count(structured.out.begin(), structured.out.end(), '\n'), 1) << structured.out;
+  EXPECT_STREQ(document["display"].GetString(), "events");
+  EXPECT_EQ(document["events"].Size(), 0U);
+  ASSERT_EQ(document["messages"].Size(), 1U);
+  EXPECT_STREQ(document["messages"][0]["text"].GetString(), kSentence);
+  EXPECT_EQ(document["exit_code"].GetInt(), 1);
+  EXPECT_EQ(structured.exit_code, 1);
+}
+
+TEST(WatchEvents, RangeThatDoesNotExistIsRefused) {
+  const outcome result = run("watch events interface ethernet 9/9");
+  EXPECT_EQ(result.err, "pmsh: no such interface: ethernet 9/9. Type 'show interface ?' for the kinds.\n");
+  EXPECT_EQ(result.exit_code, 4);
+}
+
+TEST(WatchEvents, PipesThatNeedTheWholeOutputAreRefused) {
+  EXPECT_EQ(run("watch events | sort Kind").err,
+            "pmsh: '| columns', '| sort' and '| rows' do not apply to events, which have no end. Remove them.\n");
+  EXPECT_EQ(run("watch events | save events").err, "pmsh: '| save' does not apply to 'watch'.\n");
 }
 
 TEST(WatchInAPipe, CommandThatIsRefusedEndsTheWatch) {

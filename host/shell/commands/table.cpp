@@ -11,14 +11,16 @@ namespace host {
 namespace {
 
 constexpr const command_group* kGroups[] = {
-    &kInterfaceCommands, &kOverviewCommands,      &kCounterCommands,     &kDriverCounterCommands,
-    &kHardwareCommands,  &kTrunkCommands,         &kTransceiverCommands, &kModuleCommands,
-    &kAddressCommands,   &kNeighborCommands,      &kLldpCommands,        &kSpanningTreeCommands,
-    &kPanelCommands,     &kKernelMapCommands,     &kWatchCommands,       &kClearCommands,
-    &kClockCommands,     &kConfigurationCommands, &kModeCommands,        &kChosenInterfaceCommands,
-    &kUndoCommands,      &kChangesCommands,       &kCandidateCommands,   &kTransportCommands,
-    &kVersionCommands,   &kHistoryCommands,       &kTerminalCommands,    &kHelpCommands,
-    &kSettingGroup,
+    &kInterfaceCommands,     &kOverviewCommands,  &kCounterCommands,
+    &kDriverCounterCommands, &kHardwareCommands,  &kTrunkCommands,
+    &kTransceiverCommands,   &kModuleCommands,    &kAddressCommands,
+    &kNeighborCommands,      &kLldpCommands,      &kSpanningTreeCommands,
+    &kPanelCommands,         &kKernelMapCommands, &kWatchCommands,
+    &kEventCommands,         &kClearCommands,     &kClockCommands,
+    &kConfigurationCommands, &kModeCommands,      &kChosenInterfaceCommands,
+    &kUndoCommands,          &kChangesCommands,   &kCandidateCommands,
+    &kTransportCommands,     &kVersionCommands,   &kHistoryCommands,
+    &kTerminalCommands,      &kHelpCommands,      &kSettingGroup,
 };
 
 // The help of words that several groups have.

@@ -47,7 +47,7 @@ struct kernel_link {
   std::optional<uint32> vxlan;  // network identifier of a VXLAN device
   bool is_tap = false;          // of a device of kind "tun": with frames, not packets
   std::vector<std::string> alternative_names;
-  uint32 carrier_changes = 0;
+  std::optional<uint32> carrier_changes;
   std::optional<uint8> bridge_state;  // BR_STATE_*
   device_counters counted;
 
@@ -90,6 +90,9 @@ uint32 decode_default_route(const nlmsghdr& message);
 // All devices, sorted by number: one dump per type of message. Throws kernel_error when the devices cannot be read;
 // other values that the kernel does not report are omitted.
 std::vector<kernel_link> read_links(netlink_socket& route);
+
+// The same without what other messages report: VLANs of bridges, addresses and settings.
+std::vector<kernel_link> read_devices(netlink_socket& route);
 
 // The device that the default route leads to; 0 when there is none.
 uint32 default_route_device(netlink_socket& route);

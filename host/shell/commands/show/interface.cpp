@@ -14,6 +14,7 @@
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -189,12 +190,23 @@ int show_views(const invocation& run, std::span<const interface_view* const> vie
   return chosen.result_of(count.result());
 }
 
+// The header of the library names a minute; readings of devices cover another time. Documents have it in each record.
+void print_time_of_rates(command_output& output) {
+  if (output.is_structured() || !the_source().counts_at_refresh() || !output.has_shown_interface()) return;
+  if (const auto seconds = the_source().rate_seconds())
+    output.text(fmt::format("\nThe rates cover the last {:.0f} s.\n", *seconds));
+  else
+    output.text("\nRates need two readings, a second or more apart: repeat the command.\n");
+}
+
 }  // namespace
 
 int show_interface(const invocation& run) {
   if (!has_named_module(run)) return kNoSuchInterface;
   const interface_view& shown = *run.line.what->view;
-  return show_views(run, views_from(shown), shown.kinds);
+  const int result = show_views(run, views_from(shown), shown.kinds);
+  if (run.line.what->shown.bit == kRatesDisplay) print_time_of_rates(run.output);
+  return result;
 }
 
 int show_kinds(const invocation& run, std::span<const if_index_type_t> kinds) {

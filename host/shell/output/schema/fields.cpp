@@ -33,6 +33,7 @@ constexpr field kFields[] = {
     {property::state, "state", enumeration, "", "State", "Operational state", enum_words::port_state},
     {property::state_reason, "state_reason", enumeration, "", "State reason", "Why the interface is not up", enum_words::state_reason},
     {property::last_link_flapped, "last_link_flapped", time, "", "Last link change", "When the link changed last"},
+    {property::link_changes, "link_changes", integer, "changes", "Link changes", "How often the link of the device came up or went down, as the kernel counted"},
     {property::interface_resets, "interface_resets", integer, "resets", "Interface resets", "How often the interface was reset"},
 
     // Other interfaces.
@@ -78,6 +79,7 @@ constexpr field kFields[] = {
     {property::tx_load_per_255, "tx_load_per_255", integer, "/255", "Transmit load", "Transmit load in parts of 255"},
     {property::rx_load_per_255, "rx_load_per_255", integer, "/255", "Receive load", "Receive load in parts of 255"},
     {property::load_interval_seconds, "load_interval_seconds", integer, "s", "Load interval", "Interval that the rates of this record are averaged over"},
+    {property::rate_interval_seconds, "rate_interval_seconds", integer, "s", "Rate interval", "Interval that the rates of this table are averaged over; null until devices were read twice"},
     {property::input_bits_per_second, "input_bits_per_second", integer, "bit/s", "Input bit rate", "Received bits per second"},
     {property::input_bytes_per_second, "input_bytes_per_second", integer, "byte/s", "Input byte rate", "Received bytes per second"},
     {property::input_megabytes_per_second, "input_megabytes_per_second", integer, "Mbyte/s", "Input rate", "Received bytes per second in whole millions"},
@@ -367,6 +369,13 @@ constexpr field kFields[] = {
     {property::violated_limit, "violated_limit", decimal, "", "Limit", "Limit that the value is beyond"},
     {property::value_unit, "value_unit", text, "", "Unit", "Unit of the value and the limit"},
     {property::violation, "violation", enumeration, "", "Mark", "Which limit the value is beyond", enum_words::mark},
+
+    // Events.
+    {property::event_time, "event_time", time, "", "Time", "When the shell received the event, in UTC"},
+    {property::event_kind, "event_kind", text, "", "Kind", "What the event is about: link, address, neighbor or module"},
+    {property::change, "change", text, "", "Change", "added, removed, or the name of what changed, such as mtu or oper_state"},
+    {property::old_value, "old_value", text, "", "Old value", "Value before the change; null when there was none"},
+    {property::new_value, "new_value", text, "", "New value", "Value after the change; null when there is none"},
 
     // Messages of this process.
     {property::none, "sent", integer, "messages", "Messages sent", "Messages sent to services"},

@@ -102,7 +102,8 @@ enum display_bit : uint64 {
   kHardwareDisplay = uint64{1} << 43,
   kLldpDisplay = uint64{1} << 44,
   kViolationsDisplay = uint64{1} << 45,
-  kLastDisplay = kViolationsDisplay,
+  kEventsDisplay = uint64{1} << 46,
+  kLastDisplay = kEventsDisplay,
 };
 
 struct field {

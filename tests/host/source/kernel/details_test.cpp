@@ -545,7 +545,122 @@ TEST_F(KernelRecording, RatesAreKnownFromTheSecondReadingOn) {
   EXPECT_TRUE(is_unknown(kSwp6, property::input_packets_per_second));
   clock_advance(10);
   statistics_of(kSwp6);
+  EXPECT_TRUE(is_unknown(kSwp6, property::input_packets_per_second)) << "of the same reading";
+  next_command();
   EXPECT_FALSE(is_unknown(kSwp6, property::input_packets_per_second));
+}
+
+// ---- Readings -------------------------------------------------------------------------------------------------------
+
+std::optional<uint64> number_of(uint32 device, property of) {
+  const reply answer =
+      serve_interface_values(VALUES_OPC_INTERFACE, values_request_for(port_of(device), std::span(&of, 1), false));
+  const auto values =
+      read_values(std::span(answer.payload).subspan(std::min(sizeof(reply_head), answer.payload.size())));
+  if (!values || values->size() != 1 || (*values)[0].kind == value_kind::absent) return std::nullopt;
+  return (*values)[0].number();
+}
+
+// The only device: how often its link changed, and what it received.
+class KernelReadings : public KernelRecording {
+ protected:
+  void set(std::optional<uint32> changes, uint64 packets) {
+    netlink_request message = link_message({.number = kVeth0, .name = "veth0", .kind = "veth", .flags = IFF_UP});
+    if (changes) mnl_attr_put_u32(&message.head(), IFLA_CARRIER_CHANGES, *changes);
+    rtnl_link_stats64 stats{};
+    stats.rx_packets = packets;
+    stats.rx_bytes = packets * 100;
+    mnl_attr_put(&message.head(), IFLA_STATS64, sizeof stats, &stats);  // the last one holds
+    kernel_.answer(kLinks, [bytes = recorded(std::move(message))](const nlmsghdr&) {
+      return recorded_answer{0, {bytes}};
+    });
+  }
+  void after(std::time_t seconds, std::optional<uint32> changes, uint64 packets) {
+    clock_advance(seconds);
+    set(changes, packets);
+    next_command();
+  }
+
+  stopped_clock clock_{kMoment};
+  static constexpr uint32 kMoment = 1'800'000'000;
+};
+
+TEST_F(KernelReadings, RatesAreThoseOfTheTimeBetweenThem) {
+  set(0, 1000);
+  read();
+  EXPECT_EQ(number_of(kVeth0, property::rate_interval_seconds), std::nullopt);
+  EXPECT_EQ(the_source().rate_seconds(), std::nullopt);
+  after(10, 0, 1070);
+  EXPECT_EQ(number_of(kVeth0, property::input_packets_per_second), 7U);
+  EXPECT_EQ(number_of(kVeth0, property::input_bytes_per_second), 700U);
+  EXPECT_EQ(number_of(kVeth0, property::rate_interval_seconds), 10U);
+  EXPECT_EQ(the_source().rate_seconds(), 10.0);
+}
+
+TEST_F(KernelReadings, WithinTheSameSecondThereAreNoRates) {
+  set(0, 1000);
+  read();
+  after(0, 0, 1070);
+  EXPECT_TRUE(is_unknown(kVeth0, property::input_packets_per_second));
+  EXPECT_TRUE(is_unknown(kVeth0, property::rate_interval_seconds));
+}
+
+// A reading that is older than a minute counts only until there is a later one of that age.
+TEST_F(KernelReadings, RatesCoverAMinuteWhereThereAreSoMany) {
+  set(0, 0);
+  read();
+  for (uint32 i = 1; i <= 12; ++i) after(10, 0, i * 100);
+  EXPECT_EQ(number_of(kVeth0, property::rate_interval_seconds), 60U);
+  after(600, 0, 1260);
+  EXPECT_EQ(number_of(kVeth0, property::rate_interval_seconds), 600U);
+  EXPECT_EQ(number_of(kVeth0, property::input_bytes_per_second), 10U);
+}
+
+TEST_F(KernelReadings, ADeviceThatCountsFromItsStartAgainHasNoRates) {
+  set(0, 1000);
+  read();
+  after(10, 0, 5);
+  EXPECT_TRUE(is_unknown(kVeth0, property::input_packets_per_second));
+  after(10, 0, 25);
+  EXPECT_EQ(number_of(kVeth0, property::input_packets_per_second), 2U);
+  EXPECT_EQ(number_of(kVeth0, property::rate_interval_seconds), 10U);
+}
+
+TEST_F(KernelReadings, LinkChangesHaveTheirTimeWhenTheSessionSawThem) {
+  set(4, 0);
+  read();
+  EXPECT_EQ(number_of(kVeth0, property::link_changes), 4U);
+  EXPECT_TRUE(is_unknown(kVeth0, property::last_link_flapped));
+  after(10, 6, 0);
+  EXPECT_EQ(number_of(kVeth0, property::link_changes), 6U);
+  EXPECT_EQ(number_of(kVeth0, property::last_link_flapped), kMoment + 10);
+  after(10, 6, 0);
+  EXPECT_EQ(number_of(kVeth0, property::last_link_flapped), kMoment + 10);
+  after(10, 1, 0);
+  EXPECT_TRUE(is_unknown(kVeth0, property::last_link_flapped)) << "another device with the same number";
+}
+
+TEST_F(KernelReadings, LinkChangesAreUnknownWhereTheKernelDoesNotCountThem) {
+  set(std::nullopt, 0);
+  read();
+  EXPECT_TRUE(is_unknown(kVeth0, property::link_changes));
+  after(10, 3, 0);
+  EXPECT_TRUE(is_unknown(kVeth0, property::last_link_flapped));
+}
+
+TEST_F(KernelReadings, AnEventHasTheTimeOfTheChangeBeforeTheNextReading) {
+  set(4, 0);
+  read();
+  const auto events = the_source().open_events();
+  ASSERT_NE(events, nullptr);
+  clock_advance(7);
+  netlink_request message = link_message({.number = kVeth0, .name = "veth0", .kind = "veth", .operation = 6});
+  mnl_attr_put_u32(&message.head(), IFLA_CARRIER_CHANGES, 5);
+  kernel_.publish(NETLINK_ROUTE, std::move(message));
+  std::vector<switch_event> read_events;
+  EXPECT_TRUE(events->read(read_events));
+  after(10, 5, 0);
+  EXPECT_EQ(number_of(kVeth0, property::last_link_flapped), kMoment + 7);
 }
 
 void expect_not_supported(uint32 device, const std::vector<property>& expected) {
@@ -676,6 +791,7 @@ TEST_F(KernelRecording, LoadsAreKnownOnceTheyAreMeasured) {
   read();
   expect_not_supported(kSwp3, measured);
   clock_advance(10);
+  next_command();
   expect_present(kSwp3, measured);
 }
 

@@ -48,6 +48,7 @@ struct ioctl_module {
 class recorded_kernel {
  public:
   static constexpr uint16 kEthtoolFamily = 0x20;
+  static constexpr uint32 kMonitorGroup = 6;
   static question ethtool(uint8 command);
 
   recorded_kernel();
@@ -63,6 +64,10 @@ class recorded_kernel {
   void disturb(const question& asked, disturbance how, uint32 times = 1);
   void plug(const std::string& device, ioctl_module module) { modules_[device] = std::move(module); }
 
+  // What the kernel publishes on a bus, and an error in the place of a datagram.
+  void publish(int bus, netlink_request message);
+  void fail_to_publish(int bus, int error);
+
   // What a command of ethtool by ioctl gives for a device.
   template <typename Command>
   void answer_by_ioctl(const std::string& device, const Command& recorded) {
@@ -72,6 +77,7 @@ class recorded_kernel {
 
   uint32 times_asked(const question& asked) const;
   uint32 ioctls() const { return ioctls_; }
+  const std::vector<uint32>& groups(int bus) { return groups_[bus]; }  // that were subscribed to
 
   bool has_ethtool = true;
   lldp_answer lldp = {ENOENT};           // of lldpd, which is not running
@@ -80,6 +86,11 @@ class recorded_kernel {
 
  private:
   friend class recorded_channel;
+  friend class recorded_subscription;
+  struct published {
+    recorded_message message;
+    int error = 0;
+  };
   struct known {
     recorded_answer answer;
     std::function<recorded_answer(const nlmsghdr&)> by;
@@ -89,6 +100,7 @@ class recorded_kernel {
   recorded_answer answer_to(const question& asked, const nlmsghdr& request);
   static std::unique_ptr<kernel_channel> open(int bus);
   static lldp_answer answer_lldp();
+  static std::unique_ptr<kernel_channel> subscribe(int bus, std::span<const uint32> groups);
   static int answer_ioctl(const std::string& device, void* command);
 
   kernel_io before_;
@@ -97,6 +109,8 @@ class recorded_kernel {
   std::map<std::string, ioctl_module> modules_;
   std::map<std::pair<std::string, uint32>, std::vector<char>> read_by_ioctl_;
   uint32 ioctls_ = 0;
+  std::map<int, std::deque<published>> published_;
+  std::map<int, std::vector<uint32>> groups_;
 };
 
 }  // namespace host

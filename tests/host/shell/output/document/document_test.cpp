@@ -279,8 +279,8 @@ constexpr unit_of_key kUnitsOfKeys[] = {
 };
 
 // What is counted needs no end of its key: "runts" are packets.
-constexpr std::string_view kUnitsOfCounts[] = {"credits",  "buffers", "packets", "frames", "events",
-                                               "messages", "resets",  "queues",  "entries"};
+constexpr std::string_view kUnitsOfCounts[] = {"credits",  "buffers", "packets", "frames",  "events",
+                                               "messages", "resets",  "queues",  "entries", "changes"};
 
 // "input_packets_65_to_127_bytes" counts packets of a size: its end is no unit.
 bool is_size_class(std::string_view key) {
