@@ -82,7 +82,40 @@ def vlan_set():
             "all": head + be32(0xFFFFFFFF) + b"\xff" * 512, "none": head + be32(0)}
 
 
-for make in (diagnostics, listing, members, misc_info, module_resources, tlv, transceiver, vlan_set):
+# Messages of the kernel are in the order of the machine.
+def attribute(kind, content):
+    return (struct.pack("=HH", 4 + len(content), kind) + content).ljust((len(content) + 7) & ~3, b"\0")
+
+
+def message(kind, head, *attributes):
+    body = head + b"".join(attributes)
+    return struct.pack("=IHHII", 16 + len(body), kind, 2, 1, 0) + body
+
+
+def netlink():
+    link = struct.pack("=BxHiII", 0, 1, 7, 0x1003, 0)
+    number = struct.Struct("=I").pack
+    vxlan = attribute(18, attribute(1, b"vxlan\0") + attribute(2, attribute(1, number(42)) + attribute(3, number(3))))
+    names = attribute(52, attribute(53, b"front-left\0"))
+    a_link = message(16, link, attribute(3, b"swp7\0"), attribute(4, number(9000)), attribute(16, b"\x06"),
+                     attribute(1, bytes([2, 0, 0, 0, 0, 7])), attribute(23, bytes(192)), vxlan, names)
+    bridge = message(16, struct.pack("=BxHiII", 7, 1, 7, 0x1003, 0), attribute(3, b"swp7\0"),
+                     attribute(26, attribute(2, struct.pack("=HH", 8, 10)) + attribute(2, struct.pack("=HH", 16, 20))),
+                     attribute(12, attribute(1, b"\x03")))
+    address = message(20, struct.pack("=BBBBi", 2, 24, 128, 0, 7), attribute(1, bytes([192, 0, 2, 1])),
+                      attribute(2, bytes([192, 0, 2, 1])), attribute(3, b"swp7\0"), attribute(8, number(128)))
+    neighbor = message(28, struct.pack("=BxHiHBB", 2, 0, 7, 2, 0, 1), attribute(1, bytes([192, 0, 2, 9])),
+                       attribute(2, bytes([2, 0, 0, 0, 0, 9])), attribute(3, bytes(16)))
+    entry = message(28, struct.pack("=BxHiHBB", 7, 0, 7, 0x80, 2, 0), attribute(2, bytes([2, 0, 0, 0, 0, 9])),
+                    attribute(5, struct.pack("=H", 10)), attribute(9, number(3)))
+    modes = message(0x20, bytes([4, 1, 0, 0]), attribute(1, attribute(1, number(7))), attribute(5, number(25000)),
+                    attribute(6, b"\x01"))
+    return {"link": a_link, "bridge-port": bridge, "address": address, "neighbor": neighbor, "entry": entry,
+            "link-modes": modes, "removed": message(17, link, attribute(3, b"swp7\0")), "several": a_link + neighbor,
+            "lying": number(0xFFFFFFFF) + a_link[4:], "cut": a_link[:70]}
+
+
+for make in (diagnostics, listing, members, misc_info, module_resources, netlink, tlv, transceiver, vlan_set):
     folder = ROOT / make.__name__
     folder.mkdir(parents=True, exist_ok=True)
     for name, content in make().items():
