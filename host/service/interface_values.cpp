@@ -624,6 +624,25 @@ void read_media_type(subject& it, property of, value_writer& to) {
   read_module_text<&lc_fcot_info_t::VendorName, &lc_fcot_x2_info_t::vendor_name>(it, of, to);
 }
 
+// Modules with one lane have none.
+void read_lanes(subject& it, property of, value_writer& to) {
+  if (!has_module(it, of, to)) return;
+  const optical_diagnostics& module = it.port.module_in_port->diagnostics;
+  if (module.lanes.empty() || module.is_silent) return to.absent(of, absence::none);
+  std::vector<lane_value> values;
+  for (const optical_lane& lane : module.lanes) {
+    const auto [alarms, warnings] = exceeded_by(lane, module);
+    lane_value& value = values.emplace_back();
+    in_milliamperes(lane.bias_ua).copy(value.current_ma, sizeof value.current_ma);
+    in_dbm(lane.tx_uw).copy(value.tx_power_dbm, sizeof value.tx_power_dbm);
+    in_dbm(lane.rx_uw).copy(value.rx_power_dbm, sizeof value.rx_power_dbm);
+    value.current_mark = static_cast<uint8>(mark_of_bits(alarms, warnings, kBiasHigh));
+    value.tx_power_mark = static_cast<uint8>(mark_of_bits(alarms, warnings, kTxHigh));
+    value.rx_power_mark = static_cast<uint8>(mark_of_bits(alarms, warnings, kRxHigh));
+  }
+  to.lanes(of, values);
+}
+
 // A number of the image of an SFP; 0 is none. An X2 has another layout.
 template <uint32 (*OfImage)(const lc_fcot_info_t& image)>
 void read_module_length(subject& it, property of, value_writer& to) {
@@ -942,6 +961,7 @@ constexpr row kRows[] = {
     {property::diagnostic_monitoring_type, read_module_state<&state::diag_mon_type>, module_state},
     {property::base_checksum_ok, read_module_state<&state::csum_base_ok>, module_state},
     {property::extended_checksum_ok, read_module_state<&state::csum_ext_ok>, module_state},
+    {property::lanes, read_lanes, module_state},
 };
 
 // Properties that displays bind without a request: readings and constants of transceivers, columns of tables.

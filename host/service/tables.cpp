@@ -8,6 +8,7 @@
 #include "base/port_status.h"
 #include "messages/table_messages.h"
 #include "service/answers.h"
+#include "service/optics.h"
 #include "service/services.h"
 
 namespace host {
@@ -51,12 +52,16 @@ class row_writer {
   void known_mac(property of, const std::optional<mac_address>& value) {
     put(of, value, absence::not_supported, &value_writer::mac);
   }
+  void known_decimal(property of, const std::string& digits) {
+    put(of, filled(digits), absence::not_supported, &value_writer::decimal);
+  }
   void map(property of, const std::optional<std::vector<std::pair<std::string, uint64>>>& entries) {
     put(of, entries, absence::not_supported, &value_writer::map);
   }
   void known_text(property of, const std::optional<std::string>& text) {
     put(of, text ? filled(*text) : std::nullopt, absence::not_supported, &value_writer::text);
   }
+  void vlans(property of, const std::vector<uint16>& ascending) { to_.vlans(of, ascending); }
   void device(const row_device& it) {
     interface(property::interface, it.if_index);
     text(property::device, it.name);
@@ -176,6 +181,35 @@ void write_row(const hardware_row& row, row_writer to) {
   to.words(property::offloads, row.offloads);
 }
 
+void write_row(const lldp_row& row, row_writer to) {
+  to.device(row.device);
+  to.text(property::protocol, row.protocol);
+  to.text(property::chassis_id, row.chassis_id);
+  to.text(property::chassis_id_type, row.chassis_id_type);
+  to.text(property::system_name, row.system_name);
+  to.text(property::system_description, row.system_description);
+  to.words(property::management_addresses, row.management_addresses);
+  to.words(property::system_capabilities, row.capabilities);
+  to.words(property::enabled_capabilities, row.enabled_capabilities);
+  to.text(property::remote_port_id, row.port_id);
+  to.text(property::remote_port_id_type, row.port_id_type);
+  to.text(property::remote_port_description, row.port_description);
+  to.number(property::remote_port_vlan, row.port_vlan);
+  to.vlans(property::remote_vlans, row.vlans);
+  to.number(property::ttl_seconds, row.ttl_seconds);
+  to.number(property::unchanged_seconds, row.unchanged_seconds);
+}
+
+void write_row(const violation_row& row, row_writer to) {
+  to.device(row.device);
+  to.number(property::lane, row.lane);
+  to.text(property::quantity, row.quantity);
+  to.known_decimal(property::measured_value, row.measured);
+  to.known_decimal(property::violated_limit, row.limit);
+  to.text(property::value_unit, row.unit);
+  to.number(property::violation, row.mark);
+}
+
 // ---- Open tables ----------------------------------------------------------------------------------------------------
 
 struct open_table {
@@ -272,7 +306,8 @@ reply begin_table(std::span<const std::byte> request) {
   std::unique_ptr<table_reader> reader;
   try {
     const auto table = static_cast<table_id>(uint16{head.table});
-    reader = the_source().open_table(the_machine(), table, interfaces);
+    reader = table == table_id::optical_violations ? read_violations(interfaces)
+                                                   : the_source().open_table(the_machine(), table, interfaces);
   } catch (const std::runtime_error& why) {
     return answer_error(static_cast<syserr_t>(status_of_text(why.what())));
   }

@@ -115,6 +115,34 @@ TEST(Optics, StructuredFormSaysWhyThereAreNoValues) {
   EXPECT_STREQ(document["interfaces"][1]["presence"].GetString(), "not present");
 }
 
+TEST(Optics, ViolationsAreTheValuesOutsideTheirLimits) {
+  EXPECT_EQ(shown("show interface ethernet 1/1, ethernet 1/9-11 transceiver violations"),
+            "Interface     Quantity      Value   Limit  Unit  Mark\n"
+            "Ethernet1/9   Temperature   76.00   75.00  C     ++\n"
+            "Ethernet1/9   Rx Power     -12.21  -12.00  dBm   -\n"
+            "Ethernet1/10  Rx Power         --  -16.02  dBm   --\n")
+      << "no column is empty";
+  EXPECT_EQ(shown("show interface ethernet 1/1 transceiver violations"), "There are no values outside their limits.\n");
+}
+
+TEST(Optics, ViolationsAreRecords) {
+  rapidjson::Document document;
+  document.Parse(shown("show interface ethernet 1/9-10 transceiver violations | json").c_str());
+  ASSERT_FALSE(document.HasParseError());
+  ASSERT_EQ(document["violations"].Size(), 3U);
+  const auto& warm = document["violations"][0];
+  EXPECT_STREQ(warm["interface"].GetString(), "Ethernet1/9");
+  EXPECT_TRUE(warm["lane"].IsNull());
+  EXPECT_STREQ(warm["quantity"].GetString(), "Temperature");
+  EXPECT_EQ(warm["measured_value"].GetDouble(), 76.0);
+  EXPECT_EQ(warm["violated_limit"].GetDouble(), 75.0);
+  EXPECT_STREQ(warm["value_unit"].GetString(), "C");
+  EXPECT_STREQ(warm["violation"].GetString(), "high alarm");
+  const auto& dark = document["violations"][2];
+  EXPECT_TRUE(dark["measured_value"].IsNull()) << "no light";
+  EXPECT_STREQ(dark["violation"].GetString(), "low alarm");
+}
+
 TEST(Optics, ListingsShowAllPorts) {
   const outcome all = run_optics("show transceiver");
   EXPECT_THAT(all.out, HasSubstr("fc3/1 sfp is present \n"));

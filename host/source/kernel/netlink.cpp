@@ -154,7 +154,7 @@ void visit_messages(std::span<const char> datagram, const message_visitor& visit
 }
 
 kernel_io& the_kernel_io() {
-  static kernel_io gate = {open_socket, ask_by_ioctl, open_subscription};
+  static kernel_io gate = {open_socket, ask_by_ioctl, ask_lldpd, open_subscription};
   return gate;
 }
 

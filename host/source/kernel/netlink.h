@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/types.h"
+#include "source/kernel/lldp.h"
 
 namespace host {
 
@@ -60,10 +61,11 @@ class kernel_channel {
   virtual int descriptor() const { return -1; }                 // to wait for a datagram; -1: there is none
 };
 
-// Requests to the kernel. Tests replace them with a recording.
+// Requests to the kernel, and to the daemon that speaks LLDP for it. Tests replace them with a recording.
 struct kernel_io {
   std::unique_ptr<kernel_channel> (*open)(int bus);                // null with errno
   int (*ethtool_ioctl)(const std::string& device, void* command);  // 0 or an errno
+  lldp_answer (*lldp_neighbors)();
 
   // A channel for what the kernel publishes to these groups, whose receive() does not wait: EAGAIN. Null with errno.
   // Without the function nothing is published.

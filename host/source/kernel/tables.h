@@ -95,6 +95,9 @@ std::vector<table_row> driver_counter_rows(const table_device& device);
 std::unique_ptr<table_reader> read_driver_counter_table(table_devices devices);
 std::unique_ptr<table_reader> read_hardware_table(table_devices devices);
 
+// Neighbors by lldpd, in the order of devices.
+std::unique_ptr<table_reader> read_lldp_table(table_devices devices);
+
 // Words of the bits in `flags`, in the order of `words`, separated by commas.
 struct flag_word {
   uint32 bits;

@@ -132,7 +132,7 @@ struct header_case {
 };
 
 const std::vector<header_case>& handlers() {
-  static const std::vector<header_case> kHandlers = {
+  static const std::vector<header_case> kHeaderHandlers = {
       {pm_cli_show_common_header,
        {
            {2, 2, kStatus, true},          {7, 7, kCountersBrief, false},  {18, 18, kErrors1, false},
@@ -168,7 +168,7 @@ const std::vector<header_case>& handlers() {
       {pm_cli_show_loopback_header, {{4, 4, kDescription, true}, {5, 5, kLoopbackBrief, true}}},
       {pm_cli_show_mgmt_header, {{4, 4, kDescription, true}, {5, 5, kMgmtBrief, true}}},
   };
-  return kHandlers;
+  return kHeaderHandlers;
 }
 
 std::string header_text(const header_case& shown, uint32 command, bool is_sub_interface) {

@@ -354,7 +354,7 @@ TEST(ManagementConfig, LaterRequestsFailToo) {
       {"SIOCGIFFLAGS", {"socket 1", "SIOCGIFHWADDR eth7", "SIOCGIFFLAGS eth7", "close 1"}},
       {"SIOCGIFMTU", kWholeQuery},
   };
-  for (const auto& [request, events] : kLater) {
+  for (const auto& [request, asked] : kLater) {
     RecordingPlatform platform;
     platform.ports[mgmt()] = port_record();
     platform.kernel_interfaces["eth7"] = kDevice;
@@ -363,7 +363,7 @@ TEST(ManagementConfig, LaterRequestsFailToo) {
     EXPECT_EQ(platform.text(), std::string("    Hardware is GigabitEthernet\n"
                                            "    Address is 0200.ff12.3456\n") +
                                    kNoConfig);
-    EXPECT_EQ(platform.kernel_events, events);
+    EXPECT_EQ(platform.kernel_events, asked);
   }
 }
 

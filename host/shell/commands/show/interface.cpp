@@ -8,6 +8,7 @@
 #include <span>
 
 #include "platform/if_index.h"
+#include "shell/commands/show/lanes.h"
 #include "shell/commands/show/library_display.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
@@ -113,6 +114,7 @@ void show_in(const showing& view, const interface_view& in, if_index_t if_index)
   const bool has_traffic_lines =
       kind.has_statistics && in.command_id() == DISPLAY_DETAIL && view.provided(in, kind) == nullptr;
   if (has_traffic_lines) view.library().show_statistics(block);
+  if (in.followed_by_lanes && !view.run.output.is_structured()) show_lanes(view.run, if_index);
 }
 
 void show_one(const showing& view, if_index_t if_index, tally& count) {

@@ -74,7 +74,6 @@ constexpr command kNeighborRows[] = {
 
 constexpr word_help kNeighborWords[] = {
     {"arp", "IPv4 neighbors"},
-    {"neighbors", "Neighbors on the links"},
     {"mac", "MAC addresses"},
     {"address", "Entries of a MAC address"},
     {"address-table", "MAC addresses of bridges and ports"},

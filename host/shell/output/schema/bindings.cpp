@@ -663,7 +663,8 @@ constexpr uint64 kOfInterfaces =
 
 // Tables of rows: the service of tables answers all of their values.
 constexpr uint64 kTables = kAddressesDisplay | kNeighborsDisplay | kMacTableDisplay | kSpanningTreeDisplay |
-                           kDriverCountersDisplay | kHardwareDisplay | kEventsDisplay;
+                           kDriverCountersDisplay | kHardwareDisplay | kLldpDisplay | kViolationsDisplay |
+                           kEventsDisplay;
 
 // Fields that a display shows as plain text, or that belong to it: their values come only from the service.
 struct untagged {
@@ -726,6 +727,7 @@ constexpr untagged kUntagged[] = {
     {property::diagnostic_monitoring_type, kTransceivers | kCalibrationDisplay},
     {property::base_checksum_ok, kTransceivers | kCalibrationDisplay},
     {property::extended_checksum_ok, kTransceivers | kCalibrationDisplay},
+    {property::lanes, kTransceivers},
     {property::model, kPanelDisplay},
     {property::interface, kTables},
     {property::device, kTables},
@@ -779,6 +781,27 @@ constexpr untagged kUntagged[] = {
     {property::eee_enabled, kHardwareDisplay},
     {property::eee_active, kHardwareDisplay},
     {property::offloads, kHardwareDisplay},
+    {property::protocol, kLldpDisplay},
+    {property::chassis_id, kLldpDisplay},
+    {property::chassis_id_type, kLldpDisplay},
+    {property::system_name, kLldpDisplay},
+    {property::system_description, kLldpDisplay},
+    {property::management_addresses, kLldpDisplay},
+    {property::system_capabilities, kLldpDisplay},
+    {property::enabled_capabilities, kLldpDisplay},
+    {property::remote_port_id, kLldpDisplay},
+    {property::remote_port_id_type, kLldpDisplay},
+    {property::remote_port_description, kLldpDisplay},
+    {property::remote_port_vlan, kLldpDisplay},
+    {property::remote_vlans, kLldpDisplay},
+    {property::ttl_seconds, kLldpDisplay},
+    {property::unchanged_seconds, kLldpDisplay},
+    {property::lane, kViolationsDisplay},
+    {property::quantity, kViolationsDisplay},
+    {property::measured_value, kViolationsDisplay},
+    {property::violated_limit, kViolationsDisplay},
+    {property::value_unit, kViolationsDisplay},
+    {property::violation, kViolationsDisplay},
     {property::event_time, kEventsDisplay},
     {property::event_kind, kEventsDisplay},
     {property::change, kEventsDisplay},

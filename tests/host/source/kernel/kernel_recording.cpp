@@ -187,7 +187,7 @@ question recorded_kernel::ethtool(uint8 command) { return {NETLINK_GENERIC, kEth
 
 recorded_kernel::recorded_kernel() : before_(the_kernel_io()) {
   the_recording = this;
-  the_kernel_io() = {open, answer_ioctl, subscribe};
+  the_kernel_io() = {open, answer_ioctl, answer_lldp, subscribe};
   answer({NETLINK_GENERIC, GENL_ID_CTRL, CTRL_CMD_GETFAMILY}, [this](const nlmsghdr&) {
     return has_ethtool ? recorded_answer{0, {recorded(family_message())}} : recorded_answer{ENOENT};
   });
@@ -197,6 +197,8 @@ recorded_kernel::~recorded_kernel() {
   the_kernel_io() = before_;
   the_recording = nullptr;
 }
+
+lldp_answer recorded_kernel::answer_lldp() { return the_recording->lldp; }
 
 void recorded_kernel::tell(const question& asked, netlink_request message) {
   known_[asked].answer.messages.push_back(recorded(std::move(message)));

@@ -1,6 +1,7 @@
 // A kernel that answers from messages made by hand. It stands in the place of the real one as long as it lives.
 #pragma once
 
+#include <cerrno>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -79,6 +80,7 @@ class recorded_kernel {
   const std::vector<uint32>& groups(int bus) { return groups_[bus]; }  // that were subscribed to
 
   bool has_ethtool = true;
+  lldp_answer lldp = {ENOENT};           // of lldpd, which is not running
   std::size_t longest = SIZE_MAX;        // every message is cut at this many bytes
   std::optional<uint32> claimed_length;  // that the second message of a datagram gives as its own
 
@@ -97,6 +99,7 @@ class recorded_kernel {
 
   recorded_answer answer_to(const question& asked, const nlmsghdr& request);
   static std::unique_ptr<kernel_channel> open(int bus);
+  static lldp_answer answer_lldp();
   static std::unique_ptr<kernel_channel> subscribe(int bus, std::span<const uint32> groups);
   static int answer_ioctl(const std::string& device, void* command);
 
