@@ -105,7 +105,7 @@ STEPS = [
     ("link add left type veth peer name right",
      [("link", "left", "added", None, "veth")]),
     ("link set left up", [("link", "left", "admin_state", "down", "up")]),
-    ("link set right up", [("link", "left", "oper_state", "lowerlayerdown", "up")]),
+    ("link set right up", [("link", "left", "oper_state", ..., "up")]),
     ("link set left mtu 1400", [("link", "left", "mtu", "1500", "1400")]),
     ("link set left alias Uplink", [("link", "left", "description", None, "Uplink")]),
     ("link set left address 02:00:00:00:00:07", [("link", "left", "mac", ..., "0200.0000.0007")]),

@@ -26,7 +26,7 @@
 namespace host {
 namespace {
 
-constexpr uint32 kDevice = 7, kBridge = 9;
+constexpr uint32 kLeft = 7, kBridge = 9;
 constexpr uint32 kMoment = 1'800'000'000;
 constexpr uint8 kDown = 2, kUp = 6;  // IF_OPER_*
 constexpr mac_address kFirstMac = {2, 0, 0, 0, 0, 1}, kSecondMac = {2, 0, 0, 0, 0, 2};
@@ -46,7 +46,7 @@ std::vector<netlink_request> messages(auto... all) {
 }
 
 // A veth device as it is unless a test changes it.
-recorded_link veth() { return {.number = kDevice, .name = "left", .kind = "veth", .operation = kDown}; }
+recorded_link veth() { return {.number = kLeft, .name = "left", .kind = "veth", .operation = kDown}; }
 recorded_link bridge() { return {.number = kBridge, .name = "br0", .kind = "bridge", .operation = kUp}; }
 
 netlink_request link_with(const recorded_link& link, const put_attributes& put) {
@@ -57,7 +57,7 @@ netlink_request link_with(const recorded_link& link, const put_attributes& put) 
 
 netlink_request address_message(uint16 type, uint8 flags = IFA_F_PERMANENT) {
   netlink_request message(type, 0);
-  message.extra<ifaddrmsg>() = {AF_INET, 24, flags, RT_SCOPE_UNIVERSE, kDevice};
+  message.extra<ifaddrmsg>() = {AF_INET, 24, flags, RT_SCOPE_UNIVERSE, kLeft};
   mnl_attr_put(&message.head(), IFA_LOCAL, kAddress.size(), kAddress.data());
   mnl_attr_put(&message.head(), IFA_ADDRESS, kAddress.size(), kAddress.data());
   mnl_attr_put_strz(&message.head(), IFA_LABEL, "left");
@@ -69,7 +69,7 @@ netlink_request neighbor_message(uint16 type, uint16 state, const mac_address& m
   netlink_request message(type, 0);
   auto& head = message.extra<ndmsg>();
   head.ndm_family = family;
-  head.ndm_ifindex = kDevice;
+  head.ndm_ifindex = kLeft;
   head.ndm_state = state;
   mnl_attr_put(&message.head(), NDA_DST, kNeighbor.size(), kNeighbor.data());
   mnl_attr_put(&message.head(), NDA_LLADDR, mac.size(), mac.data());
@@ -77,7 +77,7 @@ netlink_request neighbor_message(uint16 type, uint16 state, const mac_address& m
 }
 
 netlink_request power_message(uint8 command, uint8 policy, uint8 mode) {
-  return ethtool_message(command, ETHTOOL_A_MODULE_HEADER, kDevice, [=](nlmsghdr& it) {
+  return ethtool_message(command, ETHTOOL_A_MODULE_HEADER, kLeft, [=](nlmsghdr& it) {
     mnl_attr_put_u8(&it, ETHTOOL_A_MODULE_POWER_MODE_POLICY, policy);
     mnl_attr_put_u8(&it, ETHTOOL_A_MODULE_POWER_MODE, mode);
   });
@@ -151,7 +151,7 @@ TEST_F(Events, RenamedLinkHasItsNewName) {
 }
 
 TEST_F(Events, LinkThatAppearsOrGoesHasItsType) {
-  EXPECT_EQ(after(link_message({.number = 8, .name = "vlan", .kind = "vlan", .parent = kDevice, .vlan = 10})),
+  EXPECT_EQ(after(link_message({.number = 8, .name = "vlan", .kind = "vlan", .parent = kLeft, .vlan = 10})),
             texts{"vlan added: -- -> vlan 10 of left"});
   EXPECT_EQ(after(of_type(link_message(veth()), RTM_DELLINK)), texts{"left removed: veth -> --"});
   EXPECT_EQ(after(of_type(link_message(veth()), RTM_DELLINK)), texts()) << "it is not known any more";
@@ -170,7 +170,7 @@ TEST_F(Events, MessagesOfABridgeAboutItsPortsAreNotThoseOfTheLink) {
 // Such as those of wireless networks, which have nothing but the name.
 TEST_F(Events, MessageAboutAPartOfALinkChangesNothingElse) {
   netlink_request message(RTM_NEWLINK, 0);
-  message.extra<ifinfomsg>().ifi_index = kDevice;
+  message.extra<ifinfomsg>().ifi_index = kLeft;
   mnl_attr_put_strz(&message.head(), IFLA_IFNAME, "left");
   EXPECT_EQ(after(std::move(message)), texts());
 }
@@ -190,7 +190,7 @@ TEST_F(Events, AddressAppearsChangesAndGoes) {
   EXPECT_EQ(texts_of(added), texts{"left added: -- -> address 1/24"});
   ASSERT_EQ(added.size(), 1U);
   EXPECT_EQ(added[0].kind, event_kind::address);
-  EXPECT_EQ(added[0].device.number, kDevice);
+  EXPECT_EQ(added[0].device.number, kLeft);
   ASSERT_TRUE(added[0].address);
   EXPECT_EQ(added[0].address->prefix_length, 24U);
   EXPECT_EQ(after(address_message(RTM_NEWADDR)), texts{"left flags: primary,tentative -> primary,permanent"});

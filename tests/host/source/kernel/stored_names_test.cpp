@@ -40,7 +40,7 @@ kernel_link hardware(uint32 number, const std::string& name, uint8 last_byte) {
   return link;
 }
 
-if_index_t port(uint32 place, uint32 sub = 0) { return ethernet_index(IF_TYPE_ETHERNET, 0, place - 1, sub); }
+if_index_t ethernet_port(uint32 place, uint32 sub = 0) { return ethernet_index(IF_TYPE_ETHERNET, 0, place - 1, sub); }
 const if_index_t kManagement = ethernet_index(IF_TYPE_MGMT, 0, 0);
 
 using Links = std::vector<kernel_link>;
@@ -86,68 +86,68 @@ TEST_F(Names, TheManagementPortOutlivesItsRoute) {
   EXPECT_EQ(interface_of(links, "eth0", 2), kManagement);
   EXPECT_EQ(interface_of(links, "eth0", 0), kManagement);
   EXPECT_EQ(interface_of(links, "eth0", 3), kManagement);
-  EXPECT_EQ(interface_of(links, "eth1", 3), port(3));
+  EXPECT_EQ(interface_of(links, "eth1", 3), ethernet_port(3));
   EXPECT_EQ(fault_, "");
 }
 
 TEST_F(Names, APortThatHasANameIsNoManagementPortLater) {
   const Links links = {hardware(2, "eth0", 2)};
-  EXPECT_EQ(interface_of(links, "eth0", 0), port(2));
-  EXPECT_EQ(interface_of(links, "eth0", 2), port(2));
+  EXPECT_EQ(interface_of(links, "eth0", 0), ethernet_port(2));
+  EXPECT_EQ(interface_of(links, "eth0", 2), ethernet_port(2));
 }
 
 TEST_F(Names, HardwareIsKnownByItsPermanentAddress) {
   map({hardware(2, "eth0", 2)});
   kernel_link again = hardware(12, "lan0", 2);
   again.mac = {2, 2, 2, 2, 2, 2};
-  EXPECT_EQ(interface_of({again}, "lan0"), port(2));
-  EXPECT_EQ(interface_of({hardware(12, "eth0", 5)}, "eth0"), port(12));
+  EXPECT_EQ(interface_of({again}, "lan0"), ethernet_port(2));
+  EXPECT_EQ(interface_of({hardware(12, "eth0", 5)}, "eth0"), ethernet_port(12));
 }
 
 TEST_F(Names, OtherDevicesAreKnownByTheirName) {
   map({named_device(5, "left"), named_device(6, "right")});
-  EXPECT_EQ(interface_of({named_device(15, "left"), named_device(16, "other")}, "left"), port(5));
-  EXPECT_EQ(interface_of({named_device(15, "left"), named_device(16, "other")}, "other"), port(16));
+  EXPECT_EQ(interface_of({named_device(15, "left"), named_device(16, "other")}, "left"), ethernet_port(5));
+  EXPECT_EQ(interface_of({named_device(15, "left"), named_device(16, "other")}, "other"), ethernet_port(16));
 }
 
 TEST_F(Names, HardwareThatSharesItsAddressIsKnownByName) {
   map({hardware(2, "a", 7), hardware(3, "b", 7)});
-  EXPECT_EQ(interface_of({hardware(22, "b", 7), hardware(23, "a", 7)}, "a"), port(2));
-  EXPECT_EQ(interface_of({hardware(22, "b", 7), hardware(23, "a", 7)}, "b"), port(3));
+  EXPECT_EQ(interface_of({hardware(22, "b", 7), hardware(23, "a", 7)}, "a"), ethernet_port(2));
+  EXPECT_EQ(interface_of({hardware(22, "b", 7), hardware(23, "a", 7)}, "b"), ethernet_port(3));
 }
 
 TEST_F(Names, ADeviceThatIsRenamedIsTheSame) {
   kernel_link renamed = named_device(5, "left");
   map({renamed});
   renamed.name = "renamed";
-  EXPECT_EQ(interface_of({renamed}, "renamed"), port(5));
+  EXPECT_EQ(interface_of({renamed}, "renamed"), ethernet_port(5));
   const Links both = {renamed, named_device(6, "left")};
-  EXPECT_EQ(interface_of(both, "renamed"), port(5));
-  EXPECT_EQ(interface_of(both, "left"), port(6));
+  EXPECT_EQ(interface_of(both, "renamed"), ethernet_port(5));
+  EXPECT_EQ(interface_of(both, "left"), ethernet_port(6));
 }
 
 TEST_F(Names, ADeviceWithTheNameOfOneThatIsGoneKeepsItsOwn) {
   map({named_device(4, "other"), named_device(5, "left")});
   kernel_link renamed = named_device(5, "left");
   renamed.name = "other";
-  EXPECT_EQ(interface_of({renamed}, "other"), port(5));
-  EXPECT_EQ(interface_of({renamed}, "other"), port(5));
+  EXPECT_EQ(interface_of({renamed}, "other"), ethernet_port(5));
+  EXPECT_EQ(interface_of({renamed}, "other"), ethernet_port(5));
   renamed.number = 15;
-  EXPECT_EQ(interface_of({renamed}, "other"), port(5));
-  EXPECT_EQ(interface_of({hardware(4, "new", 4), renamed}, "new"), port(6)) << "4 was another's, 5 is taken";
+  EXPECT_EQ(interface_of({renamed}, "other"), ethernet_port(5));
+  EXPECT_EQ(interface_of({hardware(4, "new", 4), renamed}, "new"), ethernet_port(6)) << "4 was another's, 5 is taken";
 }
 
 TEST_F(Names, TheInterfaceOfADeviceThatIsGoneIsNotGivenAgain) {
   map({hardware(5, "eth0", 5), named_device(9, "gone")}, 5);
-  EXPECT_EQ(interface_of({hardware(9, "new", 9)}, "new"), port(10));
-  EXPECT_EQ(interface_of({hardware(8, "eth1", 8)}, "eth1", 8), port(8));
+  EXPECT_EQ(interface_of({hardware(9, "new", 9)}, "new"), ethernet_port(10));
+  EXPECT_EQ(interface_of({hardware(8, "eth1", 8)}, "eth1", 8), ethernet_port(8));
   EXPECT_EQ(interface_of({hardware(5, "eth0", 5)}, "eth0"), kManagement);
 }
 
 TEST_F(Names, AKindThatChangedIsDecidedAnew) {
   map({named_device(5, "x", "dummy")});
-  EXPECT_EQ(interface_of({named_device(6, "x", "veth")}, "x"), port(6));
-  EXPECT_EQ(interface_of({named_device(7, "x", "veth")}, "x"), port(6));
+  EXPECT_EQ(interface_of({named_device(6, "x", "veth")}, "x"), ethernet_port(6));
+  EXPECT_EQ(interface_of({named_device(7, "x", "veth")}, "x"), ethernet_port(6));
 }
 
 TEST_F(Names, SubInterfacesFollowTheirParents) {
@@ -158,7 +158,7 @@ TEST_F(Names, SubInterfacesFollowTheirParents) {
   vlan.parent = 15;
   vlan.vlan = 20;
   const auto mapped = map({vlan, named_device(15, "left")});
-  EXPECT_EQ(found(mapped, "left.10").if_index, port(5, 20));
+  EXPECT_EQ(found(mapped, "left.10").if_index, ethernet_port(5, 20));
 }
 
 TEST_F(Names, ADummyOfACommandIsTheLoopbackThatItNamed) {
@@ -169,18 +169,18 @@ TEST_F(Names, ADummyOfACommandIsTheLoopbackThatItNamed) {
 TEST_F(Names, TheMapFileWinsAndIsNotStored) {
   const Links links = {named_device(5, "left"), named_device(6, "right")};
   map(links);
-  const auto mapped = map(links, 0, {{"right", {port(5), false}}});
-  EXPECT_EQ(found(mapped, "right").if_index, port(5));
+  const auto mapped = map(links, 0, {{"right", {ethernet_port(5), false}}});
+  EXPECT_EQ(found(mapped, "right").if_index, ethernet_port(5));
   EXPECT_EQ(found(mapped, "right").reason, name_reason::map_file);
-  EXPECT_EQ(interface_of(links, "left"), port(5));
-  EXPECT_EQ(interface_of(links, "right"), port(6));
+  EXPECT_EQ(interface_of(links, "left"), ethernet_port(5));
+  EXPECT_EQ(interface_of(links, "right"), ethernet_port(6));
 }
 
 TEST_F(Names, ARoutedPortKeepsItsPlace) {
   map({named_device(5, "left")});
   const auto mapped = map({named_device(15, "left")}, 0, {{"left", {0, true}}});
   EXPECT_EQ(found(mapped, "left").if_index, ethernet_index(IF_TYPE_ETHERNET_L3, 0, 4));
-  EXPECT_EQ(interface_of({named_device(15, "left")}, "left"), port(5));
+  EXPECT_EQ(interface_of({named_device(15, "left")}, "left"), ethernet_port(5));
 }
 
 TEST_F(Names, AReasonIsThatOfTheSessionThatDecided) {
@@ -212,7 +212,7 @@ TEST_F(Names, WithoutAFileDevicesHaveTheirUsualInterfaces) {
   stored_names names;
   const Links links = {hardware(2, "eth0", 2)};
   EXPECT_EQ(names.map(links, 2, {})[0].if_index, kManagement);
-  EXPECT_EQ(names.map(links, 0, {})[0].if_index, port(2));
+  EXPECT_EQ(names.map(links, 0, {})[0].if_index, ethernet_port(2));
   EXPECT_EQ(names.fault(), "");
 }
 
@@ -221,7 +221,7 @@ TEST_F(Names, WithoutAFileDevicesHaveTheirUsualInterfaces) {
 TEST_F(Names, AFileOfAnotherBootIsIgnored) {
   map({named_device(5, "left")});
   write("boot 0 namespace 0 cookie 0\n" + text().substr(first_line().size()));
-  EXPECT_EQ(interface_of({named_device(15, "left")}, "left"), port(15));
+  EXPECT_EQ(interface_of({named_device(15, "left")}, "left"), ethernet_port(15));
 }
 
 TEST_F(Names, AFileThatIsCutAtEachByteGivesWhatIsWhole) {
@@ -231,8 +231,8 @@ TEST_F(Names, AFileThatIsCutAtEachByteGivesWhatIsWhole) {
     write(whole.substr(0, size));
     const auto mapped = map({named_device(15, "left"), named_device(16, "right")});
     const if_index_t left = found(mapped, "left").if_index, right = found(mapped, "right").if_index;
-    EXPECT_TRUE(left == port(5) || left == port(15)) << size;
-    EXPECT_EQ(right, port(16)) << size;
+    EXPECT_TRUE(left == ethernet_port(5) || left == ethernet_port(15)) << size;
+    EXPECT_EQ(right, ethernet_port(16)) << size;
     EXPECT_EQ(fault_, "") << size;
   }
 }
@@ -245,8 +245,8 @@ TEST_F(Names, AFileThatLiesGivesAnInterfaceOnce) {
                                  "name:left 5 020000000105 ethernet 1/9\nname:left 5 020000000105 ethernet 1/8\n"}) {
     write(first + lies);
     const auto mapped = map({named_device(5, "left"), named_device(6, "right")});
-    EXPECT_EQ(found(mapped, "left").if_index, port(9));
-    EXPECT_EQ(found(mapped, "right").if_index, port(6));
+    EXPECT_EQ(found(mapped, "left").if_index, ethernet_port(9));
+    EXPECT_EQ(found(mapped, "right").if_index, ethernet_port(6));
   }
 }
 
@@ -261,20 +261,20 @@ TEST_F(Names, LinesThatAreNoneAreIgnored) {
         "name:left 5 020000000105 ethernet 1/9.5", "name:left 5 020000000105 loopback 9",
         "name:left 5 020000000105 mgmt 3", "name:left 5 020000000105 cheese 9", "name:left 5 020000000105 fc 1/9"}) {
     write(first + line + "\n");
-    EXPECT_EQ(interface_of({named_device(5, "left")}, "left"), port(5)) << line;
+    EXPECT_EQ(interface_of({named_device(5, "left")}, "left"), ethernet_port(5)) << line;
     EXPECT_EQ(fault_, "") << line;
   }
 }
 
 TEST_F(Names, AFileThatIsNoneIsNeitherReadNorWritten) {
   ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
-  EXPECT_EQ(interface_of({named_device(5, "left")}, "left"), port(5));
+  EXPECT_EQ(interface_of({named_device(5, "left")}, "left"), ethernet_port(5));
   EXPECT_EQ(fault_, "the interfaces of devices are not stored: cannot read '" + path_ +
                         "': it is not a regular file of this user.");
   std::remove(path_.c_str());
   const std::string other = path_ + ".other";
   ASSERT_EQ(symlink(other.c_str(), path_.c_str()), 0);
-  EXPECT_EQ(interface_of({named_device(5, "left")}, "left"), port(5));
+  EXPECT_EQ(interface_of({named_device(5, "left")}, "left"), ethernet_port(5));
   EXPECT_NE(fault_, "");
   EXPECT_NE(::access(other.c_str(), F_OK), 0);
 }
@@ -282,7 +282,7 @@ TEST_F(Names, AFileThatIsNoneIsNeitherReadNorWritten) {
 TEST_F(Names, AFileOfAnotherUserIsNotRead) {
   map({named_device(5, "left")});
   if (chown(path_.c_str(), 65534, 65534) != 0) GTEST_SKIP() << "only root gives files away";
-  EXPECT_EQ(interface_of({named_device(15, "left")}, "left"), port(15));
+  EXPECT_EQ(interface_of({named_device(15, "left")}, "left"), ethernet_port(15));
   EXPECT_EQ(fault_, "the interfaces of devices are not stored: cannot read '" + path_ +
                         "': it is not a regular file of this user.");
 }
@@ -300,7 +300,7 @@ TEST_F(Names, WithoutADirectoryTheProcessAloneKnows) {
 TEST_F(Names, ALockThatIsHeldIsNotWaitedForForEver) {
   const int held = open((path_ + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
   ASSERT_EQ(flock(held, LOCK_EX), 0);
-  EXPECT_EQ(interface_of({named_device(5, "left")}, "left"), port(5));
+  EXPECT_EQ(interface_of({named_device(5, "left")}, "left"), ethernet_port(5));
   EXPECT_EQ(fault_, "the interfaces of devices are not stored: cannot lock '" + path_ + "': another process holds it.");
   close(held);
 }
