@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -103,8 +104,24 @@ struct interface_value {
 // The values of an answer without its reply head; nothing when the bytes are not those of whole values.
 std::optional<std::vector<interface_value>> read_values(std::span<const std::byte> bytes);
 
-// The properties that a request asks for; nothing when its size is not that of as many as it says.
-std::optional<std::vector<property>> read_properties(std::span<const std::byte> request);
+// The same, one by one without memory for them: calls `visit` with each value. False as above; values before the fault
+// were visited.
+bool for_each_value(std::span<const std::byte> bytes, const std::function<void(const interface_value&)>& visit);
+
+// The properties that a request asks for. A view of the request, which must outlive it.
+class requested_properties {
+ public:
+  explicit requested_properties(std::span<const be16> numbers) : numbers_(numbers) {}
+
+  std::size_t size() const { return numbers_.size(); }
+  property operator[](std::size_t at) const { return static_cast<property>(uint16{numbers_[at]}); }
+
+ private:
+  std::span<const be16> numbers_;
+};
+
+// Nothing when the size of the request is not that of as many as it says, or one of them does not exist.
+std::optional<requested_properties> read_properties(std::span<const std::byte> request);
 
 // A request as it travels.
 std::vector<std::byte> values_request_for(if_index_t if_index, std::span<const property> asked, bool only_absent);
@@ -112,7 +129,8 @@ std::vector<std::byte> values_request_for(if_index_t if_index, std::span<const p
 // Appends values to an answer.
 class value_writer {
  public:
-  explicit value_writer(std::vector<std::byte>& to) : to_(to) {}
+  // `only_absent`: values that are present are left out.
+  explicit value_writer(std::vector<std::byte>& to, bool only_absent = false) : to_(to), only_absent_(only_absent) {}
 
   void absent(property of, absence why);
   void number(property of, uint64 value);
@@ -133,11 +151,11 @@ class value_writer {
   uint32 count() const { return count_; }
 
  private:
-  void head(property of, value_kind kind, std::size_t size);
-  void append(const void* bytes, std::size_t size);
-  void append_runs(std::span<const uint16> ascending);
+  std::byte* room_for(property of, value_kind kind, std::size_t size);
+  void put(property of, value_kind kind, const void* bytes, std::size_t size);
 
   std::vector<std::byte>& to_;
+  bool only_absent_;
   uint32 count_ = 0;
 };
 

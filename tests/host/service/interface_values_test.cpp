@@ -295,6 +295,14 @@ TEST_F(ValuesService, WhatIsPresentIsLeftOutOnRequest) {
   EXPECT_EQ(answer->values()[1].why_absent(), absence::none);
 }
 
+TEST_F(ValuesService, OnlyWhatIsUnknownIsReportedAsSuch) {
+  const std::array asked = {property::state, property::symbol_errors, property::mtu_bytes, property::ip_address};
+  const auto unknown = ask_unknown_values(q_, names_.first_port, asked);
+  ASSERT_TRUE(unknown);
+  EXPECT_EQ(unknown->count(), 1U) << "an address that is not there is known to be absent";
+  EXPECT_TRUE(unknown->test(static_cast<std::size_t>(property::symbol_errors)));
+}
+
 // ---- What is done for a request -------------------------------------------------------------------------------------
 
 // Notes what the service asks of its source.
@@ -427,6 +435,9 @@ TEST_F(ValuesService, AnAnswerThatIsCutIsDamaged) {
     cut.assign(whole.payload.begin(), whole.payload.begin() + static_cast<std::ptrdiff_t>(size));
     forget_failures();
     EXPECT_FALSE(ask_interface_values(q_, names_.first_port, asked, false)) << size;
+    EXPECT_FALSE(noted_failures().empty()) << size;
+    forget_failures();
+    EXPECT_FALSE(ask_unknown_values(q_, names_.first_port, asked)) << size;
     EXPECT_FALSE(noted_failures().empty()) << size;
   }
   cut = whole.payload;
