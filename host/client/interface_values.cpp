@@ -20,33 +20,6 @@ std::optional<values_answer> read_answer(std::span<const std::byte> payload) {
   return values_answer(std::move(bytes), std::move(*values));
 }
 
-std::optional<property_set> read_unknown(std::span<const std::byte> payload) {
-  reply_head head;
-  std::memcpy(&head, payload.data(), sizeof head);
-  property_set unknown;
-  uint32 count = 0;
-  const bool is_whole = for_each_value(payload.subspan(sizeof head), [&](const interface_value& value) {
-    ++count;
-    const auto number = static_cast<std::size_t>(value.of);
-    if (value.why_absent() != absence::none && number < unknown.size()) unknown.set(number);
-  });
-  return is_whole && count == head.count ? std::optional(unknown) : std::nullopt;
-}
-
-// Sends a request and reads its answer.
-template <typename Read>
-auto ask(mts_q_handle_t q, std::span<const std::byte> request, Read read) -> decltype(read(request)) {
-  mts_msg_ref_t got{};
-  if (exchange({q, SAP_INTERFACE_VALUES, VALUES_OPC_INTERFACE}, request, &got) != 0) return std::nullopt;
-  const std::span payload = payload_of(got);
-  const bool has_head = payload.size() >= sizeof(reply_head);
-  const bool is_refused = has_head && reported_error(payload) != 0;
-  auto answer = has_head && !is_refused ? read(payload) : std::nullopt;
-  if (!answer && !is_refused) transport_note_damaged(SAP_INTERFACE_VALUES);
-  mts_drop(q, &got);
-  return answer;
-}
-
 }  // namespace
 
 const interface_value* values_answer::find(property of) const {
@@ -57,11 +30,24 @@ const interface_value* values_answer::find(property of) const {
 
 std::optional<values_answer> ask_interface_values(mts_q_handle_t q, if_index_t if_index,
                                                   std::span<const property> asked, bool only_absent) {
-  return ask(q, values_request_for(if_index, asked, only_absent), read_answer);
+  mts_msg_ref_t got{};
+  const std::vector<std::byte> request = values_request_for(if_index, asked, only_absent);
+  if (exchange({q, SAP_INTERFACE_VALUES, VALUES_OPC_INTERFACE}, request, &got) != 0) return std::nullopt;
+  const std::span payload = payload_of(got);
+  const bool has_head = payload.size() >= sizeof(reply_head);
+  const bool is_refused = has_head && reported_error(payload) != 0;
+  auto answer = has_head && !is_refused ? read_answer(payload) : std::nullopt;
+  if (!answer && !is_refused) transport_note_damaged(SAP_INTERFACE_VALUES);
+  mts_drop(q, &got);
+  return answer;
 }
 
-std::optional<property_set> ask_unknown_values(mts_q_handle_t q, if_index_t if_index, std::span<const property> asked) {
-  return ask(q, values_request_for(if_index, asked, true), read_unknown);
+std::optional<unknown_answer> ask_unknown_values(mts_q_handle_t q, if_index_t if_index,
+                                                 std::span<const property> asked) {
+  unknown_answer unknown{};
+  const call to = answered_by_errors({q, SAP_INTERFACE_VALUES, VALUES_OPC_UNKNOWN});
+  const syserr_t error = ask_record(to, values_request_for(if_index, asked, true), writable_bytes_of(unknown));
+  return error == 0 ? std::optional(unknown) : std::nullopt;
 }
 
 std::optional<bool> ask_source_knows_all(mts_q_handle_t q) {

@@ -149,10 +149,6 @@ std::optional<std::vector<interface_value>> read_values(std::span<const std::byt
   return is_whole ? std::optional(std::move(values)) : std::nullopt;
 }
 
-bool for_each_value(std::span<const std::byte> bytes, const std::function<void(const interface_value&)>& visit) {
-  return read_each(bytes, visit);
-}
-
 std::optional<requested_properties> read_properties(std::span<const std::byte> request) {
   if (request.size() < sizeof(values_request)) return std::nullopt;
   const std::size_t count = read_at<values_request>(request, 0).count;
@@ -194,7 +190,12 @@ void value_writer::put(property of, value_kind kind, const void* bytes, std::siz
     room_for(of, kind, size);
 }
 
-void value_writer::absent(property of, absence why) { *room_for(of, value_kind::absent, 1) = std::byte(why); }
+void value_writer::absent(property of, absence why) {
+  if (unknown_ == nullptr)
+    *room_for(of, value_kind::absent, 1) = std::byte(why);
+  else if (why != absence::none)
+    unknown_->set(of);
+}
 
 void value_writer::number(property of, uint64 value) {
   const be64 number = value;

@@ -33,6 +33,7 @@ class subject {
   explicit subject(interface& it) : port(it) {}
 
   interface& port;
+  bool is_about_unknown = false;  // values are not requested, only whether they are unknown
 
   if_index_type_t kind() const { return kind_; }
   bool is_sub_interface() const { return if_index_is_sub_intf(port.if_index) != 0; }
@@ -154,11 +155,13 @@ void read_interface(subject& it, property of, value_writer& to) { to.interface(o
 // Empty for an interface that is not a device of the kernel.
 template <std::string kernel_device::*kMember>
 void device_text(subject& it, property of, value_writer& to) {
+  if (it.is_about_unknown) return;  // an interface that is no device has none
   const auto& device = it.kernel();
   write_text(of, device ? (*device).*kMember : std::string(), to);
 }
 
 void read_device_number(subject& it, property of, value_writer& to) {
+  if (it.is_about_unknown) return;
   const auto& device = it.kernel();
   if (device)
     to.number(of, device->number);
@@ -975,7 +978,21 @@ void prepare(subject& it, const requested_properties& asked) {
   if (needs(counters)) the_source().complete(it.port, detail::counters);
 }
 
-reply answer_values(std::span<const std::byte> bytes) {
+void read_all(subject& it, const requested_properties& asked, value_writer& to) {
+  for (std::size_t i = 0; i < asked.size(); ++i) {
+    const property of = asked[i];
+    const row* const found = row_of(of);
+    if (found == nullptr) continue;
+    if (has_error_counter(it, of))
+      found->read(it, of, to);
+    else
+      to.absent(of, absence::none);
+  }
+}
+
+// Answers a request about values of an interface with what `answer` returns for the interface and what is asked.
+template <typename Answer>
+reply answer_about(std::span<const std::byte> bytes, Answer answer) {
   const auto asked = read_properties(bytes);
   if (!asked) return reject();
   values_request request;
@@ -984,30 +1001,35 @@ reply answer_values(std::span<const std::byte> bytes) {
   if (port == nullptr) return answer_error(PM_ERR_NO_SUCH_INTERFACE);
   subject it(*port);
   prepare(it, *asked);
+  return answer(it, *asked, request.only_absent != 0);
+}
 
+reply answer_values(subject& it, const requested_properties& asked, bool only_absent) {
   reply answer{reply::kind::answer, transport_take_buffer()};
-  answer.payload.reserve(sizeof(reply_head) + asked->size() * (sizeof(value_head) + sizeof(be64)));
+  answer.payload.reserve(sizeof(reply_head) + asked.size() * (sizeof(value_head) + sizeof(be64)));
   append_bytes(answer, reply_head{0, 0});
-  value_writer to(answer.payload, request.only_absent != 0);
-  for (std::size_t i = 0; i < asked->size(); ++i) {
-    const property of = (*asked)[i];
-    const row* const found = row_of(of);
-    if (found == nullptr) continue;
-    if (has_error_counter(it, of))
-      found->read(it, of, to);
-    else
-      to.absent(of, absence::none);
-  }
+  value_writer to(answer.payload, only_absent);
+  read_all(it, asked, to);
   const reply_head head{0, to.count()};
   std::memcpy(answer.payload.data(), &head, sizeof head);
   return answer;
+}
+
+reply answer_unknown(subject& it, const requested_properties& asked, bool) {
+  it.is_about_unknown = true;
+  unknown_answer unknown{};
+  std::vector<std::byte> no_values;
+  value_writer to(no_values, unknown);
+  read_all(it, asked, to);
+  return answer_record(unknown);
 }
 
 }  // namespace
 
 reply serve_interface_values(mts_opc_t opcode, std::span<const std::byte> request) {
   switch (opcode) {
-    case VALUES_OPC_INTERFACE: return answer_values(request);
+    case VALUES_OPC_INTERFACE: return answer_about(request, answer_values);
+    case VALUES_OPC_UNKNOWN: return answer_about(request, answer_unknown);
     case VALUES_OPC_SOURCE:
       if (!request.empty()) return reject();
       return answer_record(source_answer{static_cast<uint8>(the_source().knows_all_fields() ? 1 : 0)});

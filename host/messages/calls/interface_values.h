@@ -1,7 +1,6 @@
 // Requests for the values of an interface.
 #pragma once
 
-#include <bitset>
 #include <optional>
 #include <span>
 #include <vector>
@@ -40,8 +39,8 @@ std::optional<values_answer> ask_interface_values(mts_q_handle_t q, if_index_t i
                                                   std::span<const property> asked, bool only_absent);
 
 // Those of these properties whose values are absent for another reason than absence::none. Nothing as above.
-using property_set = std::bitset<kNumProperties>;
-std::optional<property_set> ask_unknown_values(mts_q_handle_t q, if_index_t if_index, std::span<const property> asked);
+std::optional<unknown_answer> ask_unknown_values(mts_q_handle_t q, if_index_t if_index,
+                                                 std::span<const property> asked);
 
 // Whether values are absent only because there are none: then displays need no request.
 // Nothing as above.

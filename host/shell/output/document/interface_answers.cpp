@@ -30,8 +30,8 @@ bool interface_answers::knows_all() {
 
 bool interface_answers::is_unknown(property of) {
   if (if_index_ == 0 || of == property::none || asked_.empty() || knows_all()) return false;
-  if (!unknown_) unknown_ = ask_unknown_values(client_queue(), if_index_, asked_).value_or(property_set());
-  return unknown_->test(static_cast<std::size_t>(of));
+  if (!unknown_) unknown_ = ask_unknown_values(client_queue(), if_index_, asked_).value_or(unknown_answer{});
+  return unknown_->has(of);
 }
 
 std::optional<std::vector<interface_value>> interface_answers::values() {

@@ -31,9 +31,9 @@ class interface_answers {
   std::vector<property> asked_;
   bool hides_traffic_;
   if_index_t if_index_ = 0;
-  std::optional<bool> knows_all_;        // of the source
-  std::optional<property_set> unknown_;  // of the interface
-  std::optional<values_answer> all_;     // owns the bytes of values()
+  std::optional<bool> knows_all_;          // of the source
+  std::optional<unknown_answer> unknown_;  // of the interface
+  std::optional<values_answer> all_;       // owns the bytes of values()
 };
 
 }  // namespace host
