@@ -130,6 +130,23 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   port.is_created = is_created_by_command(link, if_index);
 }
 
+// A device with its interface.
+struct placed_device {
+  if_index_t if_index;
+  const kernel_link* link;
+};
+
+std::vector<placed_device> in_order_of_interfaces(const std::vector<kernel_link>& links,
+                                                  const std::vector<mapped_device>& mapped) {
+  std::vector<placed_device> placed;
+  placed.reserve(mapped.size());
+  for_each_mapped(links, mapped, [&](const mapped_device& it, const kernel_link& link) {
+    placed.push_back({it.if_index, &link});
+  });
+  sort_by<&placed_device::if_index>(placed);
+  return placed;
+}
+
 // The name of the VRF that a device is in; empty when it is in none.
 std::string vrf_of(const std::vector<kernel_link>& links, const kernel_link& link) {
   const kernel_link* const master = find_by<&kernel_link::number>(links, link.master);
@@ -148,14 +165,13 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
   made.name = host_name();
   made.chassis_type = CHASSIS_10;
   made.interfaces.reserve(mapped.size());
-  for_each_mapped(links, mapped, [&](const mapped_device& it, const kernel_link& link) {
-    fill_interface(link, mapped, it.if_index, made.interfaces.emplace_back());
-    made.interfaces.back().vrf = vrf_of(links, link);
+  for (const placed_device& it : in_order_of_interfaces(links, mapped)) {
+    fill_interface(*it.link, mapped, it.if_index, made.interfaces.emplace_back());
+    made.interfaces.back().vrf = vrf_of(links, *it.link);
     const index_fields fields = decode_index(it.if_index);
-    if (fields.type == IF_TYPE_MGMT) made.mgmt_device = it.device;
+    if (fields.type == IF_TYPE_MGMT) made.mgmt_device = it.link->name;
     if (fields.shape == index_shape::slot_port) made.num_slots = std::max(made.num_slots, fields.slot + 1);
-  });
-  sort_by<&interface::if_index>(made.interfaces);
+  }
   for (uint32 slot = 0; slot < made.num_slots; ++slot)
     made.cards.push_back({.slot = slot, .card_type = kCardType, .model = "kernel"});
   made.save_startup();
