@@ -12,6 +12,7 @@
 #include <map>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "base/replace_file.h"
 #include "source/kernel/own_file.h"
@@ -140,7 +141,6 @@ void stored_names::keep_in(const std::string& path) {
   path_ = path;
   if (path_.empty()) return;
   head_ = line_of_namespace();
-  read();
 }
 
 // ---- Devices --------------------------------------------------------------------------------------------------------
@@ -239,6 +239,7 @@ bool stored_names::add_new(const std::vector<kernel_link>& links, const matches&
 
 std::vector<mapped_device> stored_names::map(const std::vector<kernel_link>& links, uint32 management,
                                              const requested_interfaces& requested) {
+  if (!path_.empty() && !std::exchange(is_read_, true)) read();
   if (path_.empty() && entries_.empty()) return map_devices(links, management, requested);
   matches found = match(links);
   std::vector<mapped_device> mapped = map_devices(links, management, requested, known_of(links, found));
