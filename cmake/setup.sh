@@ -6,7 +6,7 @@ build_packages=(g++ cmake ninja-build pkgconf clang-format libedit-dev libcli11-
   libyaml-cpp-dev libre2-dev)
 test_packages=(abigail-tools googletest clang libclang-rt-14-dev g++-powerpc-linux-gnu qemu-user jq python3
   python3-jsonschema rapidjson-dev iproute2
-  ethtool less strace)
+  ethtool liblldpctl-dev less lldpd strace)
 
 say() { printf '%s\n' "$*" >&2; }
 

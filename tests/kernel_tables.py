@@ -198,6 +198,12 @@ def check_bridge(space):
     lines = space.show("show mac address-table vlan 1").stdout.splitlines()
     if (len(lines) < 3 or not all(line.split()[0] == "1" for line in lines[1:])) if has_vlans else len(lines) != 1:
         faults.append(f"show mac address-table vlan 1: {lines}")
+    for written in ("0200.0000.0041", "02:00:00:00:00:41", "2-0-0-0-0-41", "020000000041"):
+        line = f"show mac address-table address {written}"
+        records, found = space.records(line, "mac_addresses")
+        faults += found
+        if {(it["device"], it["mac_address"]) for it in records} != {("one", "0200.0000.0041")}:
+            faults.append(f"{line}: {records}")
 
     for _ in range(20):  # ports change their state meanwhile
         ports = [it for it in space.json("ip", "-d", "-j", "link") if it.get("linkinfo", {}).get("info_slave_kind") == "bridge"]

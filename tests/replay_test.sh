@@ -41,10 +41,62 @@ shown() { "$pmsh" --replay "$kept" -c "$@" 2>&1 || fail "$* of the capture"; }
 has "$(shown "show interface ethernet 1/5 trunk allowed")" "10,20-22,30"
 has "$(shown "show interface ethernet 1/3 transceiver details")" "FL-10G-SR"
 has "$(shown "show interface ethernet 1/5 transceiver details")" "WL-40G-SR4"
+for lane in "  1        7.00 mA        -1.54 dBm       -2.21 dBm ++" "  4        7.60 mA        -1.36 dBm       -2.00 dBm ++"; do
+  has_line "$(shown "show interface ethernet 1/5 transceiver")" "$lane"
+  has_line "$(shown "show interface ethernet 1/5 transceiver details")" "$lane"
+done
+has_line "$(shown "show interface ethernet 1/5 transceiver violations")" "Ethernet1/5  swp3       3  Rx Power  -2.07  -2.22  dBm   ++"
+has "$(shown "show interface ethernet 1/5 transceiver | json")" '{"lane":2,"current_ma":7.20,"current_mark":null,"tx_power_dbm":-1.48,"tx_power_mark":null,"rx_power_dbm":-2.14,"rx_power_mark":"high alarm"}'
 has "$(shown "show interface port-channel 9")" "Members in this channel: Eth1/3, Eth1/4"
 has "$(shown "show interface ethernet 1/6")" "Ethernet1/6 is down (Link failure: loss of sync)"
 has "$(shown "show interface mgmt 0 counters | json")" '"input_bytes":420000'
 has "$(shown "show version")" "Linux 6.1.0-lab"
+
+step "neighbors by LLDP"
+cp -r "$kept" "$place/lldp"
+cat >"$place/lldp/lldp-neighbors" <<'END'
+neighbor 3 swp1
+protocol LLDP
+chassis-id 4 \x02\x1cs@\x02\x02
+port-id 5 Eth1/1
+system-name leaf\x1b[2J
+port-description to spine
+management-address 192.0.2.1
+management-address 2001:db8::1
+capabilities 20
+enabled-capabilities 4
+port-vlan 10
+vlan 20
+vlan 21
+vlan 30
+ttl 120
+unchanged 33
+neighbor 3 lan0
+chassis-id 7 elsewhere
+END
+last=$(sed -n 's/^end //p' "$kept/index")
+sed -i '$d' "$place/lldp/index"
+printf 'answer %d lldp 0 lldp-neighbors lldp-neighbors %d 0 -\nend %d\n' $((last + 1)) "$(stat -c %s "$place/lldp/lldp-neighbors")" \
+  $((last + 1)) >>"$place/lldp/index"
+neighbors() { "$pmsh" --replay "$place/lldp" -c "show lldp neighbors ${1-}" 2>&1 || fail "show lldp neighbors ${1-}"; }
+[ "$(neighbors)" = 'Interface    Device  Chassis ID      System name  Port ID  Port description  TTL  Age  Capabilities
+Ethernet1/3  swp1    021c.7340.0202  leaf\x1b[2J  Eth1/1   to spine          120   33  bridge
+             lan0    elsewhere' ] || fail "neighbors: $(neighbors | cat -A)"
+[ "$(neighbors "ethernet 1/3 detail")" = 'Ethernet1/3 (swp1)
+  Chassis ID:           021c.7340.0202 (mac)
+  System name:          leaf\x1b[2J
+  System description:   --
+  Management addresses: 192.0.2.1,2001:db8::1
+  Capabilities:         bridge,router
+  Enabled capabilities: bridge
+  Port ID:              Eth1/1 (ifname)
+  Port description:     to spine
+  Port VLAN:            10
+  VLANs:                20-21,30
+  Protocol:             LLDP
+  TTL:                  120 seconds
+  Age:                  33 seconds' ] || fail "detail: $(neighbors "ethernet 1/3 detail")"
+[ "$(neighbors "ethernet 1/5")" = "There are no LLDP neighbors." ] || fail "others: $(neighbors "ethernet 1/5")"
 
 step "what was not shown when it was captured"
 "$recorded" --kernel --clock 1795363200 --capture "$place/brief" -c "show interface brief" >/dev/null || fail "no capture"

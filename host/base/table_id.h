@@ -14,7 +14,9 @@ enum class table_id : uint16 {
   bridge_ports,
   driver_counters,
   hardware,
-  last = hardware,
+  lldp_neighbors,
+  optical_violations,  // of limits of transceivers; the source has no such table, the service makes it
+  last = optical_violations,
 };
 
 }  // namespace host

@@ -41,6 +41,7 @@ bool is_size_of(value_kind kind, std::size_t size) {
     case value_kind::map: return true;
     case value_kind::interfaces:
     case value_kind::numbers: return size % sizeof(be32) == 0;
+    case value_kind::lanes: return size % sizeof(lane_value) == 0;
     case value_kind::vlans: return size % (2 * sizeof(be16)) == 0;
     case value_kind::membership:
       return size >= sizeof(vlan_membership) && (size - sizeof(vlan_membership)) % (2 * sizeof(be16)) == 0;
@@ -126,6 +127,14 @@ uint32 interface_value::entry(std::size_t index) const {
 
 vlan_membership interface_value::membership() const {
   return kind == value_kind::membership ? read_at<vlan_membership>(bytes, 0) : vlan_membership{};
+}
+
+std::vector<lane_value> interface_value::lanes() const {
+  std::vector<lane_value> values;
+  if (kind != value_kind::lanes) return values;
+  for (std::size_t at = 0; at < bytes.size(); at += sizeof(lane_value))
+    values.push_back(read_at<lane_value>(bytes, at));
+  return values;
 }
 
 std::vector<std::pair<std::string_view, uint64>> interface_value::map_entries() const {
@@ -249,6 +258,10 @@ void value_writer::membership(property of, const vlan_membership& value, std::sp
 void value_writer::time(property of, uint32 seconds_since_1970) {
   const be32 number = seconds_since_1970;
   put(of, value_kind::time, &number, sizeof number);
+}
+
+void value_writer::lanes(property of, std::span<const lane_value> values) {
+  put(of, value_kind::lanes, values.data(), values.size_bytes());
 }
 
 void value_writer::map(property of, std::span<const std::pair<std::string, uint64>> entries) {

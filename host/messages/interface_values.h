@@ -74,6 +74,7 @@ enum class value_kind : uint8 {
   time,        // be32: seconds since 1970
   ipv6,        // 16 bytes, network order
   map,         // of names to numbers: for each a be64, the size of its name as be16, and the name
+  lanes,       // lane_value each, from the first lane
 };
 
 struct value_head {
@@ -97,6 +98,19 @@ struct vlan_membership {
 };
 static_assert(sizeof(vlan_membership) == 6);
 
+// What is measured in a lane of a module. Texts are the digits that are shown, and not terminated when all of their
+// bytes are used; a power without light is empty. Marks are those of optical diagnostics, 0 for none.
+struct lane_value {
+  char current_ma[8];
+  char tx_power_dbm[8];
+  char rx_power_dbm[8];
+  uint8 current_mark;
+  uint8 tx_power_mark;
+  uint8 rx_power_mark;
+  uint8 reserved;
+};
+static_assert(sizeof(lane_value) == 28);
+
 // One value of an answer. `bytes` are the answer's own.
 struct interface_value {
   property of = property::none;
@@ -110,6 +124,7 @@ struct interface_value {
   std::size_t num_entries() const;  // of lists: numbers, interfaces, bounds of runs
   uint32 entry(std::size_t index) const;
   vlan_membership membership() const;
+  std::vector<lane_value> lanes() const;
   std::vector<std::pair<std::string_view, uint64>> map_entries() const;  // up to the first that is cut
 };
 
@@ -156,6 +171,7 @@ class value_writer {
   void vlans(property of, std::span<const uint16> ascending);
   void membership(property of, const vlan_membership& value, std::span<const uint16> allowed);
   void time(property of, uint32 seconds_since_1970);
+  void lanes(property of, std::span<const lane_value> values);
   // At most 64 KiB of entries; further ones are left out.
   void map(property of, std::span<const std::pair<std::string, uint64>> entries);
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <iterator>
 #include <string>
@@ -234,6 +235,14 @@ void read_prefix_length(subject& it, property of, value_writer& to) {
 
 void read_link_change(subject& it, property of, value_writer& to) { write_moment(of, it.port.link_change_sec, to); }
 
+// Simulated switches do not count them.
+void read_link_changes(subject& it, property of, value_writer& to) {
+  if (it.port.num_link_changes)
+    to.number(of, *it.port.num_link_changes);
+  else
+    to.absent(of, the_source().knows_all_fields() ? absence::none : absence::not_supported);
+}
+
 void read_members(subject& it, property of, value_writer& to) {
   if (it.is_channel() && !it.is_sub_interface())
     to.interfaces(of, the_machine().members_of(it.port.if_index));
@@ -421,6 +430,17 @@ void read_load_interval(subject& it, property of, value_writer& to) {
     to.number(of, seconds);
   else
     to.absent(of, absence::none);
+}
+
+// Of tables of rates, which have the averages of the model. Those of a source's own readings cover the time between
+// them.
+void read_rate_interval(subject& it, property of, value_writer& to) {
+  constexpr uint32 kHalfMinute = 30;
+  if (average_seconds(it) == 0) return to.absent(of, absence::none);
+  if (!the_source().counts_at_refresh())
+    return to.number(of, it.kind() == IF_TYPE_MGMT ? uint32{ETH_RATE_SAMPLE_SECONDS} : kHalfMinute);
+  const auto& measured = it.port.stats.rates_of_sec;
+  write_number(of, measured ? std::optional<uint64>(std::llround(*measured)) : std::nullopt, to);
 }
 
 template <bool kIsReceived, auto Rate, uint32 kFactor>
@@ -615,6 +635,25 @@ void read_media_type(subject& it, property of, value_writer& to) {
   read_module_text<&lc_fcot_info_t::VendorName, &lc_fcot_x2_info_t::vendor_name>(it, of, to);
 }
 
+// Modules with one lane have none.
+void read_lanes(subject& it, property of, value_writer& to) {
+  if (!has_module(it, of, to)) return;
+  const optical_diagnostics& module = it.port.module_in_port->diagnostics;
+  if (module.lanes.empty() || module.is_silent) return to.absent(of, absence::none);
+  std::vector<lane_value> values;
+  for (const optical_lane& lane : module.lanes) {
+    const auto [alarms, warnings] = exceeded_by(lane, module);
+    lane_value& value = values.emplace_back();
+    in_milliamperes(lane.bias_ua).copy(value.current_ma, sizeof value.current_ma);
+    in_dbm(lane.tx_uw).copy(value.tx_power_dbm, sizeof value.tx_power_dbm);
+    in_dbm(lane.rx_uw).copy(value.rx_power_dbm, sizeof value.rx_power_dbm);
+    value.current_mark = static_cast<uint8>(mark_of_bits(alarms, warnings, kBiasHigh));
+    value.tx_power_mark = static_cast<uint8>(mark_of_bits(alarms, warnings, kTxHigh));
+    value.rx_power_mark = static_cast<uint8>(mark_of_bits(alarms, warnings, kRxHigh));
+  }
+  to.lanes(of, values);
+}
+
 // A number of the image of an SFP; 0 is none. An X2 has another layout.
 template <uint32 (*OfImage)(const lc_fcot_info_t& image)>
 void read_module_length(subject& it, property of, value_writer& to) {
@@ -718,6 +757,7 @@ constexpr row kRows[] = {
     {property::state, own_number<&interface::oper_state>},
     {property::state_reason, read_state_reason, link_fault},
     {property::last_link_flapped, read_link_change},
+    {property::link_changes, read_link_changes},
     {property::interface_resets, own_number<&interface::resets>},
 
     {property::member_of, own_interface<&port_settings::channel>},
@@ -759,6 +799,7 @@ constexpr row kRows[] = {
     {property::tx_load_per_255, read_load<&statistics::out_bytes_per_second>, totals},
     {property::rx_load_per_255, read_load<&statistics::in_bytes_per_second>, totals},
     {property::load_interval_seconds, read_load_interval},
+    {property::rate_interval_seconds, read_rate_interval, totals},
     {property::input_bits_per_second, read_rate<true, &rates::bytes, 8>, totals},
     {property::input_bytes_per_second, read_rate<true, &rates::bytes, 1>, totals},
     {property::input_megabytes_per_second, read_megabytes<true>, totals},
@@ -931,6 +972,7 @@ constexpr row kRows[] = {
     {property::diagnostic_monitoring_type, read_module_state<&state::diag_mon_type>, module_state},
     {property::base_checksum_ok, read_module_state<&state::csum_base_ok>, module_state},
     {property::extended_checksum_ok, read_module_state<&state::csum_ext_ok>, module_state},
+    {property::lanes, read_lanes, module_state},
 };
 
 // Properties that displays bind without a request: readings and constants of transceivers, columns of tables.

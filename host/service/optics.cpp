@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "messages/port_manager_messages.h"
 #include "platform/misc_info.h"
@@ -120,6 +121,96 @@ reply answer_diagnostics(interface& port) {
   fill_limits(module.diagnostics, record.values);
   fill_constants(module.diagnostics.constants, record.values);
   return answer_record(record);
+}
+
+namespace {
+
+struct measured_quantity {
+  const char* name;
+  uint32 high;  // the bit of its high limit
+  const char* unit;
+};
+constexpr measured_quantity kTemperatureQuantity = {"Temperature", kTemperatureHigh, "C"};
+constexpr measured_quantity kVoltageQuantity = {"Voltage", kVoltageHigh, "V"};
+constexpr measured_quantity kCurrentQuantity = {"Current", kBiasHigh, "mA"};
+constexpr measured_quantity kTxQuantity = {"Tx Power", kTxHigh, "dBm"};
+constexpr measured_quantity kRxQuantity = {"Rx Power", kRxHigh, "dBm"};
+
+// Appends the violations of a module or a lane.
+class violation_writer {
+ public:
+  violation_writer(row_device device, std::optional<uint32> lane, uint32 alarms, uint32 warnings,
+                   std::vector<table_row>& rows)
+      : device_(std::move(device)), lane_(lane), alarms_(alarms), warnings_(warnings), rows_(rows) {}
+
+  template <typename Number>
+  void add(const measured_quantity& quantity, Number value, const optical_limits<Number>& limits,
+           std::string (*text)(Number)) {
+    constexpr std::size_t kLimitOfMark[] = {0, 0, 2, 3, 1};
+    const uint32 mark = mark_of_bits(alarms_, warnings_, quantity.high);
+    if (mark == 0) return;
+    rows_.emplace_back(violation_row{device_, lane_, quantity.name, text(value), text(limits[kLimitOfMark[mark]]),
+                                     quantity.unit, mark});
+  }
+
+ private:
+  row_device device_;
+  std::optional<uint32> lane_;
+  uint32 alarms_, warnings_;
+  std::vector<table_row>& rows_;
+};
+
+row_device device_of_port(if_index_t if_index) {
+  const auto device = the_source().find_device(if_index);
+  return device ? row_device{if_index, device->name, device->number} : row_device{if_index, {}, 0};
+}
+
+void add_lane(const optical_lane& lane, const optical_diagnostics& module, violation_writer to) {
+  to.add(kCurrentQuantity, lane.bias_ua, module.bias_limits_ua, in_milliamperes);
+  to.add(kTxQuantity, lane.tx_uw, module.tx_limits_uw, in_dbm);
+  to.add(kRxQuantity, lane.rx_uw, module.rx_limits_uw, in_dbm);
+}
+
+void add_violations(interface& port, std::vector<table_row>& rows) {
+  the_source().complete(port, detail::diagnostics);
+  if (!port.module_in_port || port.module_in_port->is_initializing) return;
+  const optical_diagnostics& module = port.module_in_port->diagnostics;
+  if (module.calibration == 0 || module.is_silent) return;
+  const auto now = static_cast<uint32>(clock_now());
+  the_source().update_statistics(port, now);
+  const optical_reading reading = read_optics(port, now);
+  const row_device device = device_of_port(port.if_index);
+  violation_writer to(device, std::nullopt, reading.alarms, reading.warnings, rows);
+  to.add(kTemperatureQuantity, reading.temperature_mc, module.temperature_limits_mc, in_degrees);
+  to.add(kVoltageQuantity, reading.voltage_uv, module.voltage_limits_uv, in_volts);
+  if (module.lanes.empty()) return add_lane({reading.bias_ua, reading.tx_uw, reading.rx_uw}, module, to);
+  for (std::size_t i = 0; i < module.lanes.size(); ++i) {
+    const auto [alarms, warnings] = exceeded_by(module.lanes[i], module);
+    add_lane(module.lanes[i], module, {device, static_cast<uint32>(i + 1), alarms, warnings, rows});
+  }
+}
+
+class violation_reader final : public table_reader {
+ public:
+  explicit violation_reader(std::vector<if_index_t> interfaces) : interfaces_(std::move(interfaces)) {}
+
+  bool next(std::vector<table_row>& rows) override {
+    interface* const port = next_ < interfaces_.size() ? the_machine().find(interfaces_[next_]) : nullptr;
+    if (port != nullptr) add_violations(*port, rows);
+    return ++next_ < interfaces_.size();
+  }
+
+ private:
+  std::vector<if_index_t> interfaces_;
+  std::size_t next_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<table_reader> read_violations(std::vector<if_index_t> interfaces) {
+  if (interfaces.empty())
+    for (const interface& port : the_machine().interfaces) interfaces.push_back(port.if_index);
+  return std::make_unique<violation_reader>(std::move(interfaces));
 }
 
 bool is_whole_line_card_answer(std::span<const std::byte> answer) {

@@ -8,6 +8,7 @@
 #include "base/port_status.h"
 #include "messages/table_messages.h"
 #include "service/answers.h"
+#include "service/optics.h"
 #include "service/services.h"
 
 namespace host {
@@ -22,24 +23,11 @@ class row_writer {
  public:
   explicit row_writer(value_writer& to) : to_(to) {}
 
-  void number(property of, const std::optional<uint64>& value) {
-    if (value)
-      to_.number(of, *value);
-    else
-      to_.absent(of, absence::none);
-  }
-  void text(property of, const std::string& text) {
-    if (text.empty())
-      to_.absent(of, absence::none);
-    else
-      to_.text(of, text);
-  }
+  void number(property of, const std::optional<uint64>& value) { put(of, value, absence::none, &value_writer::number); }
+  void text(property of, const std::string& text) { put(of, filled(text), absence::none, &value_writer::text); }
   // A list, which may be empty.
   void words(property of, const std::optional<std::string>& words) {
-    if (words)
-      to_.text(of, *words);
-    else
-      to_.absent(of, absence::not_supported);
+    put(of, words, absence::not_supported, &value_writer::text);
   }
   void address(property of, const std::optional<ip_address>& address) {
     if (!address)
@@ -55,38 +43,25 @@ class row_writer {
     else
       to_.interface(of, if_index);
   }
-  void mac(property of, const std::optional<mac_address>& mac) {
-    if (mac)
-      to_.mac(of, *mac);
-    else
-      to_.absent(of, absence::none);
-  }
+  void mac(property of, const std::optional<mac_address>& mac) { put(of, mac, absence::none, &value_writer::mac); }
   // Without a value these are unknown.
   template <typename Number>
   void known_number(property of, const std::optional<Number>& value) {
-    if (value)
-      to_.number(of, *value);
-    else
-      to_.absent(of, absence::not_supported);
+    put(of, value, absence::not_supported, &value_writer::number);
   }
   void known_mac(property of, const std::optional<mac_address>& value) {
-    if (value)
-      to_.mac(of, *value);
-    else
-      to_.absent(of, absence::not_supported);
+    put(of, value, absence::not_supported, &value_writer::mac);
+  }
+  void known_decimal(property of, const std::string& digits) {
+    put(of, filled(digits), absence::not_supported, &value_writer::decimal);
   }
   void map(property of, const std::optional<std::vector<std::pair<std::string, uint64>>>& entries) {
-    if (entries)
-      to_.map(of, *entries);
-    else
-      to_.absent(of, absence::not_supported);
+    put(of, entries, absence::not_supported, &value_writer::map);
   }
   void known_text(property of, const std::optional<std::string>& text) {
-    if (text && !text->empty())
-      to_.text(of, *text);
-    else
-      to_.absent(of, absence::not_supported);
+    put(of, text ? filled(*text) : std::nullopt, absence::not_supported, &value_writer::text);
   }
+  void vlans(property of, const std::vector<uint16>& ascending) { to_.vlans(of, ascending); }
   void device(const row_device& it) {
     interface(property::interface, it.if_index);
     text(property::device, it.name);
@@ -94,6 +69,20 @@ class row_writer {
   }
 
  private:
+  static std::optional<std::string_view> filled(const std::string& text) {
+    return text.empty() ? std::nullopt : std::optional<std::string_view>(text);
+  }
+
+  // The value, or why there is none.
+  template <typename Value, typename Written>
+  void put(property of, const std::optional<Value>& value, absence why,
+           void (value_writer::*write)(property, Written)) {
+    if (value)
+      (to_.*write)(of, *value);
+    else
+      to_.absent(of, why);
+  }
+
   value_writer& to_;
 };
 
@@ -192,6 +181,35 @@ void write_row(const hardware_row& row, row_writer to) {
   to.words(property::offloads, row.offloads);
 }
 
+void write_row(const lldp_row& row, row_writer to) {
+  to.device(row.device);
+  to.text(property::protocol, row.protocol);
+  to.text(property::chassis_id, row.chassis_id);
+  to.text(property::chassis_id_type, row.chassis_id_type);
+  to.text(property::system_name, row.system_name);
+  to.text(property::system_description, row.system_description);
+  to.words(property::management_addresses, row.management_addresses);
+  to.words(property::system_capabilities, row.capabilities);
+  to.words(property::enabled_capabilities, row.enabled_capabilities);
+  to.text(property::remote_port_id, row.port_id);
+  to.text(property::remote_port_id_type, row.port_id_type);
+  to.text(property::remote_port_description, row.port_description);
+  to.number(property::remote_port_vlan, row.port_vlan);
+  to.vlans(property::remote_vlans, row.vlans);
+  to.number(property::ttl_seconds, row.ttl_seconds);
+  to.number(property::unchanged_seconds, row.unchanged_seconds);
+}
+
+void write_row(const violation_row& row, row_writer to) {
+  to.device(row.device);
+  to.number(property::lane, row.lane);
+  to.text(property::quantity, row.quantity);
+  to.known_decimal(property::measured_value, row.measured);
+  to.known_decimal(property::violated_limit, row.limit);
+  to.text(property::value_unit, row.unit);
+  to.number(property::violation, row.mark);
+}
+
 // ---- Open tables ----------------------------------------------------------------------------------------------------
 
 struct open_table {
@@ -288,7 +306,8 @@ reply begin_table(std::span<const std::byte> request) {
   std::unique_ptr<table_reader> reader;
   try {
     const auto table = static_cast<table_id>(uint16{head.table});
-    reader = the_source().open_table(the_machine(), table, interfaces);
+    reader = table == table_id::optical_violations ? read_violations(interfaces)
+                                                   : the_source().open_table(the_machine(), table, interfaces);
   } catch (const std::runtime_error& why) {
     return answer_error(static_cast<syserr_t>(status_of_text(why.what())));
   }

@@ -19,18 +19,16 @@ class interface_names {
 
   using inquiry = std::function<bool(std::string_view)>;
 
-  // `load` is called when a name is looked for, once until forget(). Without it there are no names. `may_exist` may
-  // answer more cheaply that a name does not exist: then nothing is loaded for it.
+  // `load` is called once, when a name is looked for. Without it there are no names. `may_exist` may answer more
+  // cheaply that a name does not exist: then nothing is loaded for it.
   explicit interface_names(loader load = {}, inquiry may_exist = {})
       : load_(std::move(load)), may_exist_(std::move(may_exist)) {}
 
   // The interface with exactly this name.
   std::optional<if_index_t> find(std::string_view name) const;
 
-  // All names, sorted. They live until forget().
+  // All names, sorted.
   const std::vector<named_interface>& all() const;
-
-  void forget() { known_.reset(); }
 
  private:
   loader load_;

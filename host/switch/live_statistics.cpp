@@ -38,11 +38,20 @@ void complete_device_counters(statistics& stats) {
   stats.rate_ring.emplace();
 }
 
+// Those of a source that reads the counters of its devices are from all readings.
+device_rates rates_of_device(interface& port, const std::string& device) {
+  const statistics& stats = port.stats;
+  if (the_source().counts_at_refresh() && the_source().update_statistics(port, now_sec()))
+    return {stats.in_bytes_per_second, stats.in_packets_per_second, stats.out_bytes_per_second,
+            stats.out_packets_per_second};
+  return kernel_rates(device);
+}
+
 bool refresh_from_device(interface& port) {
   const std::string device = management_device(the_machine(), port.if_index);
   const auto counted = kernel_counters(device);
   if (!counted) return false;
-  take_device_counters(*counted, kernel_rates(device), port.stats);
+  take_device_counters(*counted, rates_of_device(port, device), port.stats);
   if (the_source().knows_all_fields()) complete_device_counters(port.stats);
   return true;
 }

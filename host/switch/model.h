@@ -181,6 +181,7 @@ struct statistics {
   counter out_bytes_per_second;
   counter in_packets_per_second;
   counter out_packets_per_second;
+  std::optional<double> rates_of_sec;  // seconds that these averages cover; none: as above
   std::optional<rate_samples> rate_ring;
   uint32 last_clear_sec = 0;     // seconds since 1970; 0 is never
   uint32 counted_sec = 0;        // seconds that the totals cover
@@ -244,9 +245,10 @@ struct interface {
 
     bool operator==(const link_change&) const = default;
   };
-  std::vector<link_change> link_changes;  // since the switch started, in their order
-  bool is_locked = false;                 // the port takes no settings
-  uint32 refusal = 0;                     // the status with which it refuses every setting; 0: it does not
+  std::vector<link_change> link_changes;   // since the switch started, in their order
+  std::optional<uint32> num_link_changes;  // that the device counted
+  bool is_locked = false;                  // the port takes no settings
+  uint32 refusal = 0;                      // the status with which it refuses every setting; 0: it does not
   uint32 vsan = 1;
   std::vector<uint16> trunk_vsans;  // what a trunking port carries, ascending
   uint8 fc_layer = 0;               // phy_port_layer: 1 for a channel that carries no Ethernet

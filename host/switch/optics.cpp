@@ -1,7 +1,10 @@
 #include "switch/optics.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <numbers>
 
 #include "platform/port_manager.h"
@@ -26,13 +29,20 @@ int32 temperature_of(const interface& port, const optical_diagnostics& module, u
 }
 
 // The bits of one quantity: high is 1, low is 2.
-template <typename Number>
-void compare(Number value, const optical_limits<Number>& limits, uint32 shift, optical_reading& reading) {
+template <typename Number, typename Reading>
+void compare(Number value, const optical_limits<Number>& limits, uint32 shift, Reading& reading) {
   const auto bits = [value](Number high, Number low) {
     return high <= low ? 0U : (value > high ? 1U : 0U) | (value < low ? 2U : 0U);
   };
   reading.alarms |= bits(limits[0], limits[1]) << shift;
   reading.warnings |= bits(limits[2], limits[3]) << shift;
+}
+
+// Computed as the command library does, in single precision and without rounding.
+std::string with_two_digits(float value) {
+  const float product = value * 100;
+  const auto hundredths = static_cast<int32>(product);
+  return fmt::format("{}{}.{:02}", hundredths < 0 ? "-" : "", std::abs(hundredths) / 100, std::abs(hundredths) % 100);
 }
 
 }  // namespace
@@ -61,6 +71,30 @@ optical_reading read_optics(const interface& port, uint32 now_sec) {
   compare(reading.tx_uw, module.tx_limits_uw, 6, reading);
   compare(reading.rx_uw, module.rx_limits_uw, 8, reading);
   return reading;
+}
+
+uint32 mark_of_bits(uint32 alarms, uint32 warnings, uint32 high) {
+  if ((alarms & high) != 0) return 1;
+  if ((alarms & high << 1) != 0) return 4;
+  if ((warnings & high) != 0) return 2;
+  return (warnings & high << 1) != 0 ? 3 : 0;
+}
+
+lane_limits exceeded_by(const optical_lane& lane, const optical_diagnostics& module) {
+  lane_limits exceeded{};
+  compare(lane.bias_ua, module.bias_limits_ua, 4, exceeded);
+  compare(lane.tx_uw, module.tx_limits_uw, 6, exceeded);
+  compare(lane.rx_uw, module.rx_limits_uw, 8, exceeded);
+  return exceeded;
+}
+
+std::string in_degrees(int32 millidegrees) { return with_two_digits(static_cast<float>(millidegrees) / 1000.0F); }
+std::string in_volts(uint32 microvolts) { return with_two_digits(static_cast<float>(microvolts) / 1000000.0F); }
+std::string in_milliamperes(uint32 microamperes) { return with_two_digits(static_cast<float>(microamperes) / 1000.0F); }
+std::string in_dbm(uint32 microwatts) {
+  if (microwatts == 0) return {};
+  const float milliwatts = static_cast<float>(microwatts) / 1000.0F;
+  return with_two_digits(static_cast<float>(10.0 * std::log10(static_cast<double>(milliwatts))));
 }
 
 }  // namespace host

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 #include <vector>
 
 #include "platform/types.h"
@@ -26,6 +27,15 @@ struct optical_constants {
   bool operator==(const optical_constants&) const = default;
 };
 
+// What is measured in a lane of a module with several.
+struct optical_lane {
+  uint32 bias_ua = 0;
+  uint32 tx_uw = 0;
+  uint32 rx_uw = 0;
+
+  bool operator==(const optical_lane&) const = default;
+};
+
 // Optical diagnostics of a module: its measurements at rest, and what changes them.
 struct optical_diagnostics {
   uint32 calibration = 0;         // 0: the module has no diagnostics; 1 internal, 2 external
@@ -44,6 +54,7 @@ struct optical_diagnostics {
   optical_limits<uint32> tx_limits_uw = {1'479, 117, 741, 186};
   optical_limits<uint32> rx_limits_uw = {1'584, 25, 794, 63};
   optical_constants constants = {};
+  std::vector<optical_lane> lanes = {};  // of a module with several; the values above are those of the first
 
   bool operator==(const optical_diagnostics&) const = default;
 };
@@ -59,6 +70,26 @@ struct optical_reading {
   uint32 alarms;
   uint32 warnings;
 };
+
+// The mark of the quantity with this bit for its high limit: 1 high alarm, 2 high warning, 3 low warning, 4 low alarm,
+// 0 none. An alarm outweighs a warning, and the upper limit the lower one.
+uint32 mark_of_bits(uint32 alarms, uint32 warnings, uint32 high);
+
+// The bits of the high limits.
+enum : uint32 { kTemperatureHigh = 0x001, kVoltageHigh = 0x004, kBiasHigh = 0x010, kTxHigh = 0x040, kRxHigh = 0x100 };
+
+// The limits that a lane exceeds: only those of bias, transmit and receive power.
+struct lane_limits {
+  uint32 alarms;
+  uint32 warnings;
+};
+lane_limits exceeded_by(const optical_lane& lane, const optical_diagnostics& module);
+
+// Values in units, with the two digits that displays show; the power is none without light.
+std::string in_degrees(int32 millidegrees);
+std::string in_volts(uint32 microvolts);
+std::string in_milliamperes(uint32 microamperes);
+std::string in_dbm(uint32 microwatts);
 
 // Whether a module has diagnostics, by its identity page.
 bool has_diagnostics(const std::vector<uint8>& page);

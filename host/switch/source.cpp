@@ -101,6 +101,10 @@ uint32 switch_source::restore_interface(machine& model, const interface& deleted
   return 0;
 }
 
+std::optional<double> switch_source::rate_seconds() const { return std::nullopt; }
+
+std::unique_ptr<event_reader> switch_source::open_events() { return nullptr; }
+
 std::unique_ptr<table_reader> switch_source::open_table(const machine& model, table_id table,
                                                         const std::vector<if_index_t>& interfaces) {
   if (table == table_id::ipv4_addresses || table == table_id::ipv6_addresses)

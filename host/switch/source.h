@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "switch/events.h"
 #include "switch/model.h"
 #include "switch/tables.h"
 
@@ -87,6 +88,9 @@ class switch_source {
   // Whether the source reads its counters in refresh(). Otherwise they are read by the update.
   virtual bool counts_at_refresh() const;
 
+  // The seconds that the rates of such a source cover. None before it has read twice.
+  virtual std::optional<double> rate_seconds() const;
+
   // The file with the baselines of a source whose counters cannot be set to 0: it subtracts them. Empty when only this
   // process has them; nothing for a source whose counters start from 0.
   virtual std::optional<std::string> baseline_file() const;
@@ -131,6 +135,12 @@ class switch_source {
   // such table. Throws std::runtime_error with the reason when it cannot be read.
   virtual std::unique_ptr<table_reader> open_table(const machine& model, table_id table,
                                                    const std::vector<if_index_t>& interfaces);
+
+  // ---- Events
+
+  // Begins to read the changes that the source publishes from now on. Null when it publishes none. Throws
+  // std::runtime_error with the reason when they cannot be read.
+  virtual std::unique_ptr<event_reader> open_events();
 
   // ---- Network devices of the kernel
 

@@ -87,8 +87,33 @@ struct hardware_row {
   std::optional<std::string> offloads;  // the names of those that are active
 };
 
-using table_row =
-    std::variant<address_row, neighbor_row, forwarding_row, bridge_port_row, driver_counter_row, hardware_row>;
+// A neighbor by LLDP, or a protocol like it. What it does not advertise is empty.
+struct lldp_row {
+  row_device device;
+  std::string protocol;
+  std::string chassis_id, chassis_id_type;
+  std::string system_name, system_description;
+  std::string management_addresses;                // words
+  std::string capabilities, enabled_capabilities;  // words
+  std::string port_id, port_id_type, port_description;
+  std::optional<uint32> port_vlan;  // of untagged frames
+  std::vector<uint16> vlans;        // ascending
+  std::optional<uint32> ttl_seconds;
+  std::optional<uint32> unchanged_seconds;  // since it advertised something else
+};
+
+// A measured value of a transceiver that is outside of a limit.
+struct violation_row {
+  row_device device;
+  std::optional<uint32> lane;  // from 1; none: of the module
+  std::string quantity;
+  std::string measured, limit;  // digits; empty: a power without light
+  std::string unit;
+  uint32 mark = 0;  // 1 high alarm, 2 high warning, 3 low warning, 4 low alarm
+};
+
+using table_row = std::variant<address_row, neighbor_row, forwarding_row, bridge_port_row, driver_counter_row,
+                               hardware_row, lldp_row, violation_row>;
 
 // A table that is being read. It lives until its last row was read, or the reader is dropped.
 class table_reader {

@@ -11,10 +11,10 @@
 
 namespace pmcli_test {
 
-inline const if_index_t kPort = ethernet(1, 1);
-inline const if_index_t kRoutablePort = ethernet(1, 2, IF_TYPE_ETHERNET_L3);
-inline const if_index_t kChannel = port_channel(3);
-inline const if_index_t kOldChannel = port_channel(4, IF_TYPE_PORT_CHANNEL);
+inline constexpr if_index_t kPort = ethernet(1, 1);
+inline constexpr if_index_t kRoutablePort = ethernet(1, 2, IF_TYPE_ETHERNET_L3);
+inline constexpr if_index_t kChannel = port_channel(3);
+inline constexpr if_index_t kOldChannel = port_channel(4, IF_TYPE_PORT_CHANNEL);
 
 inline constexpr char kBurnedInMac[] = "0210.2030.4050";
 inline constexpr char kRouterMac[] = "02aa.bbcc.ddee";

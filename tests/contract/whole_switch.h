@@ -26,22 +26,22 @@ struct shown_kind {
 
 inline uint32 show_inband(paraminfo_t* param) { return static_cast<uint32>(pm_cli_show_inband_port_config(param)); }
 
-inline const shown_kind kAccessPort = {"Ethernet port in access mode", pm_cli_show_eth_port_config, kPort};
-inline const shown_kind kTrunk = {"Ethernet port in trunk mode", pm_cli_show_eth_port_config, kPort,
-                                  PM_PORT_MODE_TRUNK};
-inline const shown_kind kRouted = {"Routed Ethernet port", pm_cli_show_eth_port_config, kRoutablePort,
-                                   PM_PORT_MODE_ACCESS, IF_LAYER_3};
-inline const shown_kind kSubInterface = {"Sub-interface", pm_cli_show_eth_port_config,
-                                         sub_interface(kRoutablePort, 100), PM_PORT_MODE_ACCESS, IF_LAYER_3};
-inline const shown_kind kSatellitePort = {"Port of a satellite unit", pm_cli_show_sat_eth_port_config,
-                                          satellite(100, 1, 1)};
-inline const shown_kind kEthernetChannel = {"Ethernet port-channel", pm_cli_show_eth_port_config, kChannel,
-                                            PM_PORT_MODE_TRUNK};
-inline const shown_kind kVethernet = {"Virtual Ethernet interface", pm_cli_show_eth_port_config, vethernet(1)};
-inline const shown_kind kManagement = {"Management port", pm_cli_show_mgmt_port_config, mgmt()};
-inline const shown_kind kLoopback = {"Loopback", pm_cli_show_loopback_config, loopback(0)};
-inline const shown_kind kInband = {"In-band interface", show_inband, numbered(IF_TYPE_INBAND, 0)};
-inline const shown_kind kKinds[] = {
+inline constexpr shown_kind kAccessPort = {"Ethernet port in access mode", pm_cli_show_eth_port_config, kPort};
+inline constexpr shown_kind kTrunk = {"Ethernet port in trunk mode", pm_cli_show_eth_port_config, kPort,
+                                      PM_PORT_MODE_TRUNK};
+inline constexpr shown_kind kRouted = {"Routed Ethernet port", pm_cli_show_eth_port_config, kRoutablePort,
+                                       PM_PORT_MODE_ACCESS, IF_LAYER_3};
+inline constexpr shown_kind kSubInterface = {"Sub-interface", pm_cli_show_eth_port_config,
+                                             sub_interface(kRoutablePort, 100), PM_PORT_MODE_ACCESS, IF_LAYER_3};
+inline constexpr shown_kind kSatellitePort = {"Port of a satellite unit", pm_cli_show_sat_eth_port_config,
+                                              satellite(100, 1, 1)};
+inline constexpr shown_kind kEthernetChannel = {"Ethernet port-channel", pm_cli_show_eth_port_config, kChannel,
+                                                PM_PORT_MODE_TRUNK};
+inline constexpr shown_kind kVethernet = {"Virtual Ethernet interface", pm_cli_show_eth_port_config, vethernet(1)};
+inline constexpr shown_kind kManagement = {"Management port", pm_cli_show_mgmt_port_config, mgmt()};
+inline constexpr shown_kind kLoopback = {"Loopback", pm_cli_show_loopback_config, loopback(0)};
+inline constexpr shown_kind kInband = {"In-band interface", show_inband, numbered(IF_TYPE_INBAND, 0)};
+inline constexpr shown_kind kKinds[] = {
     kAccessPort,      kTrunk,     kRouted,     kSubInterface, kSatellitePort,
     kEthernetChannel, kVethernet, kManagement, kLoopback,     kInband,
 };

@@ -14,10 +14,6 @@ namespace {
 
 using testing::HasSubstr;
 
-outcome run_lines(const std::string& lines, std::vector<std::string> options = {}) {
-  return run_shell_on(test_file("configuration.yaml"), std::move(options), lines);
-}
-
 outcome edited(const std::string& lines, std::vector<std::string> options = {}) {
   return run_lines("configure candidate\n" + lines, std::move(options));
 }

@@ -13,12 +13,12 @@ using testing::Not;
 
 constexpr char kMoment[] = "1800000000";  // 2027-01-15 08:00 UTC
 
-outcome run_lines(const std::string& lines) {
+outcome run_at_moment(const std::string& lines) {
   return run_shell_on(test_file("configuration.yaml"), {"--clock", kMoment}, lines);
 }
 
 TEST(Changes, AreListedWithWhatWasBefore) {
-  const outcome result = run_lines(
+  const outcome result = run_at_moment(
       "configure\ninterface ethernet 1/1-2\nswitchport mtu 9000\nclock advance 90\n"
       "interface ethernet 1/1\nswitchport mtu 4000\ndescription \"a | b\"\nshow changes\n");
   EXPECT_EQ(result.err, "");
@@ -38,15 +38,15 @@ TEST(Changes, AreListedWithWhatWasBefore) {
 TEST(Changes, AreTakenBackTheLastOneFirst) {
   const std::string show = "show running-config interface ethernet 1/1\n";
   const outcome result =
-      run_lines("configure\ninterface ethernet 1/1\nswitchport mtu 9000\nswitchport mtu 4000\nshutdown\nundo\n" + show +
-                "undo 2\n" + show);
+      run_at_moment("configure\ninterface ethernet 1/1\nswitchport mtu 9000\nswitchport mtu 4000\nshutdown\nundo\n" +
+                    show + "undo 2\n" + show);
   EXPECT_EQ(result.err, "");
   EXPECT_THAT(result.out, HasSubstr("  switchport mtu 4000\nend\n"));
   EXPECT_EQ(result.out.substr(result.out.rfind("configure")), "configure\nend\n");
 }
 
 TEST(Changes, ACommandThatIsRefusedOrChangesNothingIsNone) {
-  const outcome result = run_lines(
+  const outcome result = run_at_moment(
       "configure\ninterface ethernet 1/1\nswitchport mtu 9000\nswitchport mtu 9000\nend\n"
       "configure\ninterface ethernet 1/9\nshutdown\nshow changes\nundo\nshow changes\n");
   EXPECT_THAT(result.out, HasSubstr("1  2027-01-15T08:00:00Z  operator  switchport mtu 9000\n"));
@@ -56,14 +56,14 @@ TEST(Changes, ACommandThatIsRefusedOrChangesNothingIsNone) {
 
 TEST(Changes, MoreThanThereAreAreRefusedAsAWhole) {
   const outcome result =
-      run_lines("configure\ninterface ethernet 1/1\nswitchport mtu 9000\nundo 2\nundo 0\nshow changes\n");
+      run_at_moment("configure\ninterface ethernet 1/1\nswitchport mtu 9000\nundo 2\nundo 0\nshow changes\n");
   EXPECT_THAT(result.err, HasSubstr("pmsh: cannot undo 2 changes: this session has 1. 'show changes' lists them.\n"));
   EXPECT_THAT(result.out, HasSubstr("switchport mtu 9000"));
-  EXPECT_EQ(run_lines("configure\nundo\n").err, "pmsh: there is no change to undo.\n");
+  EXPECT_EQ(run_at_moment("configure\nundo\n").err, "pmsh: there is no change to undo.\n");
 }
 
 TEST(Changes, HaveARecordForEachInterface) {
-  const outcome result = run_lines(
+  const outcome result = run_at_moment(
       "configure\ninterface ethernet 1/1-2\nswitchport mtu 9000\ninterface loopback 77\nshow changes | json\n");
   rapidjson::Document document;
   document.Parse(result.out.c_str());

@@ -61,6 +61,7 @@ TEST(CommandLine, QuestionMarkListsTheTablesOfAFamily) {
   EXPECT_EQ(run_command("show ip ?").out,
             "  arp           IPv4 neighbors\n"
             "  interface     Interfaces: settings, state and traffic\n");
+  EXPECT_EQ(run_command("show lldp ?").out, "  neighbors     Neighbors on the links\n");
   EXPECT_EQ(run_command("show mac ?").out, "  address-table  MAC addresses of bridges and ports\n");
   EXPECT_THAT(run_command("show interface ethernet 1/1 ?").out,
               HasSubstr("  hardware      Driver, queues, rings, FEC, EEE and offloads\n"));
@@ -78,6 +79,7 @@ TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
             "  ip              IPv4: addresses and neighbors\n"
             "  ipv6            IPv6: addresses and neighbors\n"
             "  kernel-map      Kernel device of each interface\n"
+            "  lldp            Neighbors by LLDP\n"
             "  mac             MAC addresses\n"
             "  module          A module or its ports\n"
             "  panel           Front panels of the modules\n"

@@ -19,15 +19,10 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-const std::string kSwitch = test_file("configuration.yaml");
+const std::string kConfiguredSwitch = test_file("configuration.yaml");
 
 // The members that the switch file has.
-const std::string kMembers = "interface ethernet 1/11-12\n  channel-group 7\n";
-
-// Runs lines of commands on the switch; `options` in front.
-outcome run_lines(const std::string& lines, std::vector<std::string> options = {}) {
-  return run_shell_on(kSwitch, std::move(options), lines);
-}
+const std::string kSetMembers = "interface ethernet 1/11-12\n  channel-group 7\n";
 
 // Settings of some interfaces, then one command.
 outcome configured(const std::string& range, const std::string& settings, const std::string& then = "") {
@@ -95,7 +90,7 @@ TEST(Configure, EverySettingWithAWordIsInTheRunningConfig) {
       "  switchport receive-buffer-size 1024\n"
       "  switchport ignore bit-errors\n";
   EXPECT_EQ(running("configure\ninterface ethernet 2/1-2\n" + ethernet + "interface fc 3/5\n" + fibre + "end"),
-            "! Settings of lab\nconfigure\n" + kMembers + "interface ethernet 2/1-2\n" + ethernet +
+            "! Settings of lab\nconfigure\n" + kSetMembers + "interface ethernet 2/1-2\n" + ethernet +
                 "interface fc 3/5\n" + fibre + "end\n");
 }
 
@@ -166,12 +161,12 @@ TEST(Configure, EveryModeHasItsWord) {
   for (const char* const mode : {"trunk", "fabric", "private-vlan host", "private-vlan promiscuous", "sd", "tl"}) {
     const std::string line = std::string("  switchport mode ") + mode + "\n";
     EXPECT_EQ(running("configure\ninterface ethernet 1/3\n" + line + "end"),
-              "! Settings of lab\nconfigure\ninterface ethernet 1/3\n" + line + kMembers + "end\n");
+              "! Settings of lab\nconfigure\ninterface ethernet 1/3\n" + line + kSetMembers + "end\n");
   }
   for (const char* const mode : {"e", "f", "fl", "fx", "np", "st"}) {
     const std::string line = std::string("  switchport mode ") + mode + "\n";
     EXPECT_EQ(running("configure\ninterface fc 3/1\n" + line + "end"),
-              "! Settings of lab\nconfigure\n" + kMembers + "interface fc 3/1\n" + line + "end\n");
+              "! Settings of lab\nconfigure\n" + kSetMembers + "interface fc 3/1\n" + line + "end\n");
   }
 }
 
@@ -179,12 +174,12 @@ TEST(Configure, EverySpeedHasItsWord) {
   for (const char* const speed : {"10", "100", "1000"}) {
     const std::string line = std::string("  switchport speed ") + speed + "\n";
     EXPECT_EQ(running("configure\ninterface ethernet 1/3\n" + line + "end"),
-              "! Settings of lab\nconfigure\ninterface ethernet 1/3\n" + line + kMembers + "end\n");
+              "! Settings of lab\nconfigure\ninterface ethernet 1/3\n" + line + kSetMembers + "end\n");
   }
   for (const char* const speed : {"2000", "4000", "8000", "auto max 2000"}) {
     const std::string line = std::string("  switchport speed ") + speed + "\n";
     EXPECT_EQ(running("configure\ninterface fc 3/1\n" + line + "end"),
-              "! Settings of lab\nconfigure\n" + kMembers + "interface fc 3/1\n" + line + "end\n");
+              "! Settings of lab\nconfigure\n" + kSetMembers + "interface fc 3/1\n" + line + "end\n");
   }
 }
 
@@ -208,7 +203,7 @@ TEST(Configure, VlansFlowControlAndMembershipAreSettings) {
   EXPECT_EQ(running("configure\ninterface ethernet 2/1\nswitchport mode trunk\nno switchport access vlan\n"
                     "no switchport trunk native vlan\nswitchport trunk allowed vlan none\nflowcontrol receive off\n"
                     "interface ethernet 2/2\nswitchport mode trunk\nno switchport trunk allowed vlan\nend"),
-            "! Settings of lab\nconfigure\n" + kMembers +
+            "! Settings of lab\nconfigure\n" + kSetMembers +
                 "interface ethernet 2/1\n  switchport mode trunk\n  switchport trunk allowed vlan none\n"
                 "interface ethernet 2/2\n  switchport mode trunk\nend\n")
       << "what is as always is left out";
@@ -222,7 +217,7 @@ TEST(Configure, AListOfVlansMayNeedSeveralLines) {
       "configure\ninterface ethernet 2/1\nswitchport mode trunk\nswitchport trunk allowed vlan " + list + "\nend");
   const file_of_test file(lines);
   EXPECT_THAT(lines, HasSubstr("  switchport trunk allowed vlan add 122,124,"));
-  EXPECT_EQ(run_shell_on(kSwitch, {"--config", file.path, "-c", "show running-config"}).out, lines);
+  EXPECT_EQ(run_shell_on(kConfiguredSwitch, {"--config", file.path, "-c", "show running-config"}).out, lines);
 }
 
 TEST(Configure, MembersTakeOverWhatTheirChannelIsSetTo) {
@@ -244,7 +239,7 @@ TEST(Configure, RefusedVlansAndChannelsAreReportedByPort) {
             "Ethernet1/11 failed for switchport access vlan 9 with port belongs to a port-channel\n\n");
   EXPECT_EQ(configured("ethernet 1/1", "switchport access vlan 4095").err,
             "pmsh: expected a number from 1 to 4094 for VLAN, not '4095'.\n");
-  const outcome lost = run_shell_on(kSwitch, {"--inject-fault", "port-manager=lost"},
+  const outcome lost = run_shell_on(kConfiguredSwitch, {"--inject-fault", "port-manager=lost"},
                                     "configure\ninterface ethernet 1/1\nflowcontrol send on\n");
   EXPECT_EQ(lost.exit_code, 2);
 }
@@ -258,7 +253,7 @@ TEST(Configure, TheRunningConfigRebuildsTheState) {
   const file_of_test file(first);
   const std::string show = "show interface | exclude rate\nshow interface status\n";
   EXPECT_EQ(
-      run_shell_on(kSwitch, {"--config", file.path, "-c", "show running-config"})
+      run_shell_on(kConfiguredSwitch, {"--config", file.path, "-c", "show running-config"})
           .out.substr(
               std::string(" Warning: portfast should only be enabled on ports connected to a single\n host. Connecting "
                           "hubs, concentrators, switches, bridges, etc... to this\n interface  when portfast is "
@@ -266,7 +261,7 @@ TEST(Configure, TheRunningConfigRebuildsTheState) {
                   .size()),
       first);
   const std::string before = run_lines(lines + show, {"--clock", "1800000000"}).out;
-  const std::string after = run_shell_on(kSwitch, {"--clock", "1800000000", "--config", file.path}, show).out;
+  const std::string after = run_shell_on(kConfiguredSwitch, {"--clock", "1800000000", "--config", file.path}, show).out;
   EXPECT_EQ(before, after);
 }
 
@@ -315,7 +310,7 @@ TEST(Configure, ASettingOfSeveralKindsIsRefusedAsAWhole) {
   const outcome result = configured("ethernet 1/1, ethernet 2/1", "no switchport", "show running-config");
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.out,
-            "Error: command not supported on interface type\n! Settings of lab\nconfigure\n" + kMembers + "end\n");
+            "Error: command not supported on interface type\n! Settings of lab\nconfigure\n" + kSetMembers + "end\n");
 }
 
 TEST(Configure, PortsOfSeveralKindsThatRefuseAlikeAreOneGroupInTheOrderOfTheUser) {
@@ -394,7 +389,7 @@ TEST(Configure, WhatIsWrongWithACommandIsSaidBeforeAnythingIsSent) {
   const outcome result = configured("fc 3/1", "switchport receive-buffer-size 2110", "show running-config");
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.out, "error: invalid receive buffer size (not a multiple of 4)\n! Settings of lab\nconfigure\n" +
-                            kMembers + "end\n");
+                            kSetMembers + "end\n");
   EXPECT_EQ(configured("ethernet 1/1", "switchport").out, "Error: command not supported on interface type\n");
   EXPECT_EQ(configured("port-channel 7", "switchport beacon").out, "Beacon mode not supported for port channels\n");
   EXPECT_EQ(configured("ethernet 1/1", "no switchport host").out,
@@ -464,7 +459,7 @@ TEST(Configure, TheLastChangeIsTakenBack) {
   EXPECT_EQ(result.out,
             "Undone for ethernet 1/1-3, ethernet 2/2.\n"
             "! Settings of lab\nconfigure\ninterface ethernet 1/1-3\n  switchport mtu 9000\n" +
-                kMembers +
+                kSetMembers +
                 "interface ethernet 2/2\n"
                 "  switchport mtu 9000\nend\n");
   EXPECT_EQ(result.err, "");
@@ -480,7 +475,7 @@ TEST(Configure, TheStandardOutputIsWrittenToUnderAnyName) {
 
 TEST(Configure, AFileEndsWithTheFirstFailure) {
   const file_of_test file("! a comment\nconfigure\n\ninterface ethernet 1/1\nswitchport mtu 99999\nshutdown\n");
-  const outcome result = run_shell_on(kSwitch, {"-f", file.path, "-c", "show running-config"});
+  const outcome result = run_shell_on(kConfiguredSwitch, {"-f", file.path, "-c", "show running-config"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.out, "");
   EXPECT_EQ(result.err, "pmsh: expected a number from 1 to 65535 for BYTES, not '99999'.\npmsh: " + file.path +
@@ -490,24 +485,26 @@ TEST(Configure, AFileEndsWithTheFirstFailure) {
 
 TEST(Configure, AFileGoesOnWhenItIsTo) {
   const file_of_test file("configure\ninterface ethernet 1/1\nswitchport mtu 99999\nshutdown\nend\n");
-  const outcome result = run_shell_on(kSwitch, {"--keep-going", "-f", file.path, "-c", "show running-config"});
+  const outcome result =
+      run_shell_on(kConfiguredSwitch, {"--keep-going", "-f", file.path, "-c", "show running-config"});
   EXPECT_EQ(result.exit_code, 1);
-  EXPECT_EQ(result.out, "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kMembers + "end\n");
+  EXPECT_EQ(result.out, "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kSetMembers + "end\n");
   EXPECT_THAT(result.err, HasSubstr(":3: 'switchport mtu 99999' failed.\n"));
 }
 
 TEST(Configure, AFileToBeginWithGoesOnWhenItIsTo) {
   const file_of_test file("configure\ninterface ethernet 1/1\nswitchport mtu 99999\nshutdown\nend\n");
-  const outcome ended = run_shell_on(kSwitch, {"--config", file.path, "-c", "show running-config"});
+  const outcome ended = run_shell_on(kConfiguredSwitch, {"--config", file.path, "-c", "show running-config"});
   EXPECT_EQ(ended.exit_code, 1);
   EXPECT_EQ(ended.out, "");
-  const outcome result = run_shell_on(kSwitch, {"--keep-going", "--config", file.path, "-c", "show running-config"});
+  const outcome result =
+      run_shell_on(kConfiguredSwitch, {"--keep-going", "--config", file.path, "-c", "show running-config"});
   EXPECT_EQ(result.exit_code, 1);
-  EXPECT_EQ(result.out, "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kMembers + "end\n");
+  EXPECT_EQ(result.out, "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kSetMembers + "end\n");
 }
 
 TEST(Configure, FilesThatCannotBeReadAreNamed) {
-  const outcome result = run_shell_on(kSwitch, {"-f", "/nowhere/site.cfg"});
+  const outcome result = run_shell_on(kConfiguredSwitch, {"-f", "/nowhere/site.cfg"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.err, "pmsh: cannot read '/nowhere/site.cfg': No such file or directory.\n");
 }
@@ -516,7 +513,7 @@ TEST(Configure, SettingsAreWrittenToFiles) {
   const file_of_test file("what was there before");
   const outcome result = configured("ethernet 1/1", "shutdown", "copy running-config " + file.path);
   EXPECT_EQ(result.out, "Written to '" + file.path + "'.\n");
-  EXPECT_EQ(file.text(), "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kMembers + "end\n");
+  EXPECT_EQ(file.text(), "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kSetMembers + "end\n");
   const outcome failed = run_lines("copy running-config /nowhere/site.cfg\n");
   EXPECT_EQ(failed.exit_code, 1);
   EXPECT_EQ(failed.err, "pmsh: cannot write '/nowhere/site.cfg': No such file or directory.\n");
@@ -524,10 +521,10 @@ TEST(Configure, SettingsAreWrittenToFiles) {
 
 TEST(Configure, TheStartupConfigIsKeptUnderTheNameOfTheSwitch) {
   EXPECT_EQ(configured("ethernet 1/1", "shutdown", "copy running-config startup-config").exit_code, 0);
-  EXPECT_EQ(run_shell_on(kSwitch, {"-c", "show running-config"}).out,
-            "! Settings of lab\nconfigure\n" + kMembers + "end\n");
-  EXPECT_EQ(run_shell_on(kSwitch, {"--config", "startup-config", "-c", "show running-config"}).out,
-            "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kMembers + "end\n");
+  EXPECT_EQ(run_shell_on(kConfiguredSwitch, {"-c", "show running-config"}).out,
+            "! Settings of lab\nconfigure\n" + kSetMembers + "end\n");
+  EXPECT_EQ(run_shell_on(kConfiguredSwitch, {"--config", "startup-config", "-c", "show running-config"}).out,
+            "! Settings of lab\nconfigure\ninterface ethernet 1/1\n  shutdown\n" + kSetMembers + "end\n");
 }
 
 // The last port of each slot, from the names of a table.
@@ -579,7 +576,7 @@ TEST(ConfigureAtThePrompt, PromptsNameTheModeAndQuestionsWait) {
 
 // The question is asked by the first request; its answer holds for those that follow.
 TEST(ConfigureAtThePrompt, ManyRangesAreConfirmedOnce) {
-  terminal shell({}, kSwitch);
+  terminal shell({}, kConfiguredSwitch);
   ASSERT_TRUE(shell.shows_prompt()) << shell.unread();
   shell.type("configure\rinterface " + many_ranges() + "\rout-of-service\r");
   ASSERT_TRUE(shell.shows("Do you wish to continue(y/n)?")) << shell.unread();

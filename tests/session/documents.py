@@ -88,7 +88,7 @@ def commands(pmsh):
     """Lines for all interfaces, with the name of their display."""
     for syntax, display in syntaxes(pmsh):
         line = re.sub(r"\[[^\]]*\] ?", "", syntax).strip()
-        line = line.replace("RANGE", "ethernet 1/1").replace("MODULE", "2").replace("VLANS", "1-300").replace("VLAN", "10").replace("PORT", "0")
+        line = line.replace("RANGE", "ethernet 1/1").replace("MODULE", "2").replace("VLANS", "1-300").replace("VLAN", "10").replace("PORT", "0").replace("MAC", "0200.0000.0009")
         if line.split()[0] not in ("show", "clear"):
             continue
         if re.search("[A-Z]", line):
@@ -169,7 +169,7 @@ def check_watch(checker, switch):
                 checker.fault(line, f"rates, not as expected, in {found}")
 
 
-ARGUMENTS = {"RANGE": "ethernet 1/1", "MODULE": "2", "VLANS": "10-20", "PORT": "0", "SECONDS": "5", "BYTES": "2112",
+ARGUMENTS = {"RANGE": "ethernet 1/1", "MODULE": "2", "VLANS": "10-20", "PORT": "0", "SECONDS": "5", "BYTES": "2112", "MAC": "0200.0000.0009",
              "COUNT": "3", "VLAN": "10", "CHANNEL": "1", "CHANGES": "1", "LINES": "0", "WORD": "counters", "TEXT": "some words", "FILE": "saved"}
 
 

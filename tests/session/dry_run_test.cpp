@@ -15,10 +15,6 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-outcome run_lines(const std::string& lines, std::vector<std::string> options = {}) {
-  return run_shell_on(test_file("configuration.yaml"), std::move(options), lines);
-}
-
 outcome tried(const std::string& lines) { return run_lines("configure dry-run\n" + lines); }
 
 const std::string kUnchanged = "! Settings of lab\nconfigure\ninterface ethernet 1/11-12\n  channel-group 7\nend\n";

@@ -149,7 +149,7 @@ TEST_F(Keystrokes, MissingLineEditorIsReportedOnce) {
   EXPECT_EQ(screen.unread().find("libedit"), std::string::npos) << screen.unread();
 }
 
-std::string text_of(const std::string& path) {
+std::string file_text(const std::string& path) {
   std::ifstream file(path);
   return {std::istreambuf_iterator<char>(file), {}};
 }
@@ -177,7 +177,7 @@ TEST_F(Keystrokes, PagerGetsWhatDoesNotFitAScreen) {
   EXPECT_FALSE(std::filesystem::exists(state_directory() + "/paged")) << "it fits";
   screen.type("show interface\r");
   ASSERT_TRUE(screen.shows(" option key?")) << screen.unread();
-  const std::string text = text_of(state_directory() + "/paged");
+  const std::string text = file_text(state_directory() + "/paged");
   EXPECT_EQ(text, run_command("show interface").out);
   EXPECT_NE(screen.seen().find("PAGER " + std::to_string(count_lines(text))), std::string::npos) << screen.seen();
   screen.type("\r");
@@ -284,12 +284,12 @@ TEST_F(Keystrokes, ShellsThatAreKilledLoseNoLine) {
   ASSERT_TRUE(second.shows_prompt());
   first.type("show clock | count\r");
   ASSERT_TRUE(first.shows_prompt());
-  EXPECT_EQ(text_of(history_path()), "show clock\nshow version\nshow clock | count\n");
+  EXPECT_EQ(file_text(history_path()), "show clock\nshow version\nshow clock | count\n");
   first.signal(SIGHUP);
   second.signal(SIGTERM);
   EXPECT_EQ(first.exit_code(), 128 + SIGHUP);
   EXPECT_EQ(second.exit_code(), 128 + SIGTERM);
-  EXPECT_EQ(text_of(history_path()), "show clock\nshow version\nshow clock | count\n");
+  EXPECT_EQ(file_text(history_path()), "show clock\nshow version\nshow clock | count\n");
 }
 
 TEST_F(AtThePrompt, SignalThatEndsTheShellRestoresTheTerminal) {
@@ -325,7 +325,7 @@ TEST_F(Keystrokes, LongHistoryIsShortenedWhenAShellStarts) {
   write_history(lines);
   terminal screen({});
   ASSERT_TRUE(screen.shows_prompt());
-  EXPECT_EQ(text_of(history_path()), lines.substr(lines.find("line 1501\n")));
+  EXPECT_EQ(file_text(history_path()), lines.substr(lines.find("line 1501\n")));
 }
 
 TEST_F(Keystrokes, HistoryInTheFormOfTheLineEditorIsRead) {
@@ -333,7 +333,7 @@ TEST_F(Keystrokes, HistoryInTheFormOfTheLineEditorIsRead) {
   EXPECT_EQ(run_command("show history").out, "    1  show clock | include a\\d\n");
   terminal screen({});
   ASSERT_TRUE(screen.shows_prompt());
-  EXPECT_EQ(text_of(history_path()), "show clock | include a\\d\n");
+  EXPECT_EQ(file_text(history_path()), "show clock | include a\\d\n");
 }
 
 TEST_F(Keystrokes, HistoryThatCannotBeWrittenIsReportedOnce) {

@@ -17,7 +17,7 @@ from concurrent.futures import ThreadPoolExecutor
 
 FAULTS = ["lost", "reject", "cut:3", "cut:14"]  # in all commands
 SILENT = "silent"                     # a second for each request: in commands about one interface
-ARGUMENTS = {"MODULE": "2", "VLANS": "1-200", "RANGE": "ethernet 1/1"}
+ARGUMENTS = {"MODULE": "2", "VLANS": "1-200", "RANGE": "ethernet 1/1", "MAC": "0200.0000.0009"}
 
 
 def run(shell, switch, command, options=()):

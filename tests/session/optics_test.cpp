@@ -25,7 +25,7 @@ std::string shown(const std::string& command) {
   return result.out;
 }
 
-constexpr char kRule[] = "  ----------------------------------------------------------------------------\n";
+constexpr char kTableRule[] = "  ----------------------------------------------------------------------------\n";
 constexpr char kLegend[] = "  Note: ++  high-alarm; +  high-warning; --  low-alarm; -  low-warning\n\n";
 
 const std::string kIdentity =
@@ -43,13 +43,13 @@ const std::string kIdentity =
 
 TEST(Optics, IdentityStateAndValues) {
   EXPECT_EQ(shown("show interface ethernet 1/1 transceiver"),
-            kIdentity + "           SFP Diagnostics Information (internal calibration)\n" + kRule +
+            kIdentity + "           SFP Diagnostics Information (internal calibration)\n" + kTableRule +
                 "  Temperature   34.00 C    \n"
                 "  Voltage        3.29 V    \n"
                 "  Current        6.60 mA    \n"
                 "  Tx Power       -2.29 dBm   \n"
                 "  Rx Power       -3.76 dBm   \n" +
-                kRule + kLegend);
+                kTableRule + kLegend);
 }
 
 TEST(Optics, DetailsHaveLimits) {
@@ -113,6 +113,34 @@ TEST(Optics, StructuredFormSaysWhyThereAreNoValues) {
   ASSERT_EQ(document["messages"].Size(), 1U);
   EXPECT_STREQ(document["messages"][0]["text"].GetString(), "    Digital diagnostics feature not supported in SFP");
   EXPECT_STREQ(document["interfaces"][1]["presence"].GetString(), "not present");
+}
+
+TEST(Optics, ViolationsAreTheValuesOutsideTheirLimits) {
+  EXPECT_EQ(shown("show interface ethernet 1/1, ethernet 1/9-11 transceiver violations"),
+            "Interface     Quantity      Value   Limit  Unit  Mark\n"
+            "Ethernet1/9   Temperature   76.00   75.00  C     ++\n"
+            "Ethernet1/9   Rx Power     -12.21  -12.00  dBm   -\n"
+            "Ethernet1/10  Rx Power         --  -16.02  dBm   --\n")
+      << "no column is empty";
+  EXPECT_EQ(shown("show interface ethernet 1/1 transceiver violations"), "There are no values outside their limits.\n");
+}
+
+TEST(Optics, ViolationsAreRecords) {
+  rapidjson::Document document;
+  document.Parse(shown("show interface ethernet 1/9-10 transceiver violations | json").c_str());
+  ASSERT_FALSE(document.HasParseError());
+  ASSERT_EQ(document["violations"].Size(), 3U);
+  const auto& warm = document["violations"][0];
+  EXPECT_STREQ(warm["interface"].GetString(), "Ethernet1/9");
+  EXPECT_TRUE(warm["lane"].IsNull());
+  EXPECT_STREQ(warm["quantity"].GetString(), "Temperature");
+  EXPECT_EQ(warm["measured_value"].GetDouble(), 76.0);
+  EXPECT_EQ(warm["violated_limit"].GetDouble(), 75.0);
+  EXPECT_STREQ(warm["value_unit"].GetString(), "C");
+  EXPECT_STREQ(warm["violation"].GetString(), "high alarm");
+  const auto& dark = document["violations"][2];
+  EXPECT_TRUE(dark["measured_value"].IsNull()) << "no light";
+  EXPECT_STREQ(dark["violation"].GetString(), "low alarm");
 }
 
 TEST(Optics, ListingsShowAllPorts) {

@@ -109,6 +109,10 @@ outcome run_shell(std::vector<std::string> arguments, const std::string& input) 
   return run_shell_on(test_file("lab.yaml"), std::move(arguments), input);
 }
 
+outcome run_lines(const std::string& lines, std::vector<std::string> options) {
+  return run_shell_on(test_file("configuration.yaml"), std::move(options), lines);
+}
+
 outcome run_command(const std::string& command) { return run_shell({"-c", command}); }
 
 piped_shell::piped_shell(const std::string& switch_file, std::vector<std::string> arguments) {

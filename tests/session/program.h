@@ -22,7 +22,10 @@ outcome run_shell_on(const std::string& switch_file, std::vector<std::string> ar
 // The same on the switch of these tests.
 outcome run_shell(std::vector<std::string> arguments, const std::string& input = {});
 
-// One command on it.
+// Lines of commands on the switch of configuration.yaml; `options` in front.
+outcome run_lines(const std::string& lines, std::vector<std::string> options = {});
+
+// One command on the switch of these tests.
 outcome run_command(const std::string& command);
 
 // The path of a file of these tests, and of a switch that comes with the shell.

@@ -14,10 +14,6 @@ rapidjson::Document parsed(const std::string& text) {
   return document;
 }
 
-outcome run_lines(const std::string& lines, std::vector<std::string> options = {}) {
-  return run_shell_on(test_file("configuration.yaml"), std::move(options), lines);
-}
-
 // The document of the last line.
 rapidjson::Document configured(const std::string& range, const std::string& lines) {
   const std::string out = run_lines("configure\ninterface " + range + "\n" + lines + " | json\n").out;

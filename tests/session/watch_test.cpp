@@ -1,6 +1,7 @@
 // "watch" of the real shell: documents on lines in a pipe, drawings at a terminal.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -30,7 +31,7 @@ piped_shell standing(const std::string& command) {
   return {test_file("counters.yaml"), {"--clock", kMoment, "-c", command}};
 }
 
-outcome run(const std::string& command, std::vector<std::string> options = {}) {
+outcome run_watch(const std::string& command, std::vector<std::string> options = {}) {
   options.insert(options.end(), {"-c", command});
   return run_shell_on(test_file("counters.yaml"), options);
 }
@@ -213,14 +214,47 @@ TEST(WatchInAPipe, FiltersWorkOnTheLineOfEachReading) {
   EXPECT_TRUE(parse(included.line())["interfaces"].IsArray());
 }
 
+// ---- Events ----
+
+// Those of a kernel are tested by tests/kernel_events.py.
+TEST(WatchEvents, SimulatedSwitchPublishesNone) {
+  constexpr char kSentence[] =
+      "this switch publishes no events. Start the shell with --kernel to watch those of this machine.";
+  const outcome text = run("watch events");
+  EXPECT_EQ(text.out, "");
+  EXPECT_EQ(text.err, std::string("pmsh: ") + kSentence + "\n");
+  EXPECT_EQ(text.exit_code, 1);
+  const outcome structured = run("watch events interface ethernet 2/1 count 3 | json");
+  const rapidjson::Document document = parse(structured.out);
+  EXPECT_EQ(std::count(structured.out.begin(), structured.out.end(), '\n'), 1) << structured.out;
+  EXPECT_STREQ(document["display"].GetString(), "events");
+  EXPECT_EQ(document["events"].Size(), 0U);
+  ASSERT_EQ(document["messages"].Size(), 1U);
+  EXPECT_STREQ(document["messages"][0]["text"].GetString(), kSentence);
+  EXPECT_EQ(document["exit_code"].GetInt(), 1);
+  EXPECT_EQ(structured.exit_code, 1);
+}
+
+TEST(WatchEvents, RangeThatDoesNotExistIsRefused) {
+  const outcome result = run("watch events interface ethernet 9/9");
+  EXPECT_EQ(result.err, "pmsh: no such interface: ethernet 9/9. Type 'show interface ?' for the kinds.\n");
+  EXPECT_EQ(result.exit_code, 4);
+}
+
+TEST(WatchEvents, PipesThatNeedTheWholeOutputAreRefused) {
+  EXPECT_EQ(run("watch events | sort Kind").err,
+            "pmsh: '| columns', '| sort' and '| rows' do not apply to events, which have no end. Remove them.\n");
+  EXPECT_EQ(run("watch events | save events").err, "pmsh: '| save' does not apply to 'watch'.\n");
+}
+
 TEST(WatchInAPipe, CommandThatIsRefusedEndsTheWatch) {
-  const outcome missing = run("watch 1 show interface ethernet 9/9 counters | json");
+  const outcome missing = run_watch("watch 1 show interface ethernet 9/9 counters | json");
   EXPECT_EQ(missing.exit_code, 4);
   const rapidjson::Document document = parse(missing.out);
   EXPECT_EQ(document["interfaces"].Size(), 0U);
   EXPECT_EQ(document["messages"].Size(), 1U);
   EXPECT_EQ(document["exit_code"].GetInt(), 4);
-  EXPECT_NE(run("watch 1 show interface | include (").err.find("bad expression '('"), std::string::npos);
+  EXPECT_NE(run_watch("watch 1 show interface | include (").err.find("bad expression '('"), std::string::npos);
 }
 
 TEST(WatchInAPipe, DisplayThatAppliesToNothingEndsTheWatch) {
@@ -261,7 +295,7 @@ TEST(WatchInAPipe, MistakeOfALineThatAsksForDocumentsIsOneDocument) {
        {"watch | json", "watch 0 show transport | json", "watch 1 show nothing | json", "watch 1 clear counters | json",
         "watch 1 | json", "watch 1 show interface | json | jsn", "watch 1 show interface | count | json",
         "watch 1 show interface | json | include (", "watch 1 show interface ethernet 1/4-1 brief | json"}) {
-    const outcome result = run(line);
+    const outcome result = run_watch(line);
     EXPECT_EQ(result.exit_code, 1) << line;
     const rapidjson::Document document = parse(result.out);
     ASSERT_TRUE(document.IsObject()) << line;
@@ -274,7 +308,7 @@ TEST(WatchInAPipe, MistakeOfALineThatAsksForDocumentsIsOneDocument) {
 TEST(WatchInAPipe, MistakesAreUsageErrors) {
   for (const char* const line : {"watch show transport", "watch 0 show transport", "watch 1 clear counters",
                                  "watch 1 watch 1 show transport", "watch 1"}) {
-    const outcome result = run(line);
+    const outcome result = run_watch(line);
     EXPECT_EQ(result.exit_code, 1) << line;
     EXPECT_EQ(result.out, "") << line;
     EXPECT_EQ(result.err.find("pmsh: "), 0U) << line;
@@ -303,7 +337,7 @@ TEST(WatchInAPipe, WritesTextUnlessJsonIsRequested) {
 }
 
 TEST(WatchInAPipe, PipesThatDoNotApplyEndTheWatch) {
-  const outcome result = run("watch 1 show interface ethernet 2/1 counters | sort Colour");
+  const outcome result = run_watch("watch 1 show interface ethernet 2/1 counters | sort Colour");
   EXPECT_EQ(result.out, "");
   EXPECT_TRUE(result.err.starts_with("pmsh: unknown column 'Colour'. The columns are Port, InOctets, ")) << result.err;
   EXPECT_EQ(result.exit_code, 1);

@@ -24,8 +24,8 @@ struct command_group {
 // In the order of the table.
 extern const command_group kInterfaceCommands, kOverviewCommands, kCounterCommands, kDriverCounterCommands,
     kHardwareCommands, kTrunkCommands, kTransceiverCommands, kModuleCommands, kAddressCommands, kNeighborCommands,
-    kSpanningTreeCommands, kPanelCommands, kKernelMapCommands, kWatchCommands, kClearCommands, kClockCommands,
-    kConfigurationCommands, kModeCommands, kChosenInterfaceCommands, kUndoCommands, kChangesCommands,
-    kCandidateCommands, kTransportCommands, kVersionCommands, kHistoryCommands, kTerminalCommands, kHelpCommands,
-    kSettingGroup;
+    kLldpCommands, kSpanningTreeCommands, kPanelCommands, kKernelMapCommands, kWatchCommands, kEventCommands,
+    kClearCommands, kClockCommands, kConfigurationCommands, kModeCommands, kChosenInterfaceCommands, kUndoCommands,
+    kChangesCommands, kCandidateCommands, kTransportCommands, kVersionCommands, kHistoryCommands, kTerminalCommands,
+    kHelpCommands, kSettingGroup;
 }  // namespace host

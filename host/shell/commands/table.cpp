@@ -11,12 +11,16 @@ namespace host {
 namespace {
 
 constexpr const command_group* kGroups[] = {
-    &kInterfaceCommands,    &kOverviewCommands,      &kCounterCommands,   &kDriverCounterCommands,   &kHardwareCommands,
-    &kTrunkCommands,        &kTransceiverCommands,   &kModuleCommands,    &kAddressCommands,         &kNeighborCommands,
-    &kSpanningTreeCommands, &kPanelCommands,         &kKernelMapCommands, &kWatchCommands,           &kClearCommands,
-    &kClockCommands,        &kConfigurationCommands, &kModeCommands,      &kChosenInterfaceCommands, &kUndoCommands,
-    &kChangesCommands,      &kCandidateCommands,     &kTransportCommands, &kVersionCommands,         &kHistoryCommands,
-    &kTerminalCommands,     &kHelpCommands,          &kSettingGroup,
+    &kInterfaceCommands,     &kOverviewCommands,  &kCounterCommands,
+    &kDriverCounterCommands, &kHardwareCommands,  &kTrunkCommands,
+    &kTransceiverCommands,   &kModuleCommands,    &kAddressCommands,
+    &kNeighborCommands,      &kLldpCommands,      &kSpanningTreeCommands,
+    &kPanelCommands,         &kKernelMapCommands, &kWatchCommands,
+    &kEventCommands,         &kClearCommands,     &kClockCommands,
+    &kConfigurationCommands, &kModeCommands,      &kChosenInterfaceCommands,
+    &kUndoCommands,          &kChangesCommands,   &kCandidateCommands,
+    &kTransportCommands,     &kVersionCommands,   &kHistoryCommands,
+    &kTerminalCommands,      &kHelpCommands,      &kSettingGroup,
 };
 
 // The help of words that several groups have.
@@ -27,6 +31,7 @@ constexpr word_help kCommonWords[] = {
     {"configure", "Enter the configuration"},
     {"counters", "Counters of interfaces"},
     {"description", "Descriptions"},
+    {"detail", "In detail"},
     {"detailed", "In detail"},
     {"down", "Interfaces that are down"},
     {"end", "Leave the configuration"},
@@ -34,6 +39,7 @@ constexpr word_help kCommonWords[] = {
     {"flowcontrol", "Flow control and pause frames"},
     {"interface", "Interfaces: settings, state and traffic"},
     {"module", "A module or its ports"},
+    {"neighbors", "Neighbors on the links"},
     {"no", "Remove a setting or restore its default"},
     {"port-channel", "All port-channels"},
     {"show", "Show information"},

@@ -1,6 +1,7 @@
 // A command as the user wrote it, with the values of its arguments.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,6 +28,7 @@ struct command_line {
   std::string search_word;
   std::string free_text;
   std::vector<vlan_span> vlans;
+  std::optional<std::array<uint8, 6>> mac;
   bool is_no = false;  // begins with "no"
   std::vector<pipe_stage> pipes;
 };

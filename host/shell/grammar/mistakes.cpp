@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/mac_text.h"
 #include "base/text.h"
 
 namespace host {
@@ -29,11 +30,17 @@ std::string type_help(std::string_view in_front) {
   return fmt::format("Type '{}{}?' for the list.", in_front, in_front.empty() ? "" : " ");
 }
 
-bool expects_vlans(const std::vector<position>& positions) {
+bool expects(syntax_kind kind, const std::vector<position>& positions) {
   bool found = false;
   for (const position& at : positions)
-    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.kind == syntax_kind::vlans; });
+    for_each_next_word(at, [&](const syntax_word& word, std::size_t) { found |= word.kind == kind; });
   return found;
+}
+
+std::string bad_mac(const reading_state& state, std::string_view word) {
+  const mac_reading read = read_mac(word);
+  return fmt::format("column {}: {}. A MAC address looks like '0200.0000.0009' or '02:00:00:00:00:09'.",
+                     state.left.front().start + read.position + 1, read.fault);
 }
 
 // What to do when a command that cannot be watched follows "watch INTERVAL"; empty when none does.
@@ -78,7 +85,9 @@ std::string unknown_word(const reading_state& state, std::string_view word) {
   if (const number_argument* const number = expected_number(state.positions))
     return fmt::format("expected a number from {} for {}, not '{}'.", bounds_of(*number), number->name, word);
   std::vector<std::string_view> expected = expected_words(state.positions);
-  if (expects_vlans(state.positions)) return fmt::format("'{}' is not a list of VLANs such as 1-10,20.", word);
+  if (expects(syntax_kind::mac, state.positions)) return bad_mac(state, word);
+  if (expects(syntax_kind::vlans, state.positions))
+    return fmt::format("'{}' is not a list of VLANs such as 1-10,20.", word);
   if (expected.empty()) return fmt::format("unexpected '{}' after '{}'.", word, before);
   if (state.takes_except) expected.push_back(kExcept);
   const std::string_view meant = likely_word(word, expected);

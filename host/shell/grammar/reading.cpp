@@ -5,6 +5,7 @@
 #include <functional>
 #include <iterator>
 
+#include "base/mac_text.h"
 #include "base/text.h"
 #include "base/vlan_set.h"
 #include "shell/grammar/mistakes.h"
@@ -40,12 +41,13 @@ std::optional<uint32> read_number(const number_argument& wanted, std::string_vie
   return number >= wanted.lowest && number <= wanted.highest ? std::optional(number) : std::nullopt;
 }
 
-// A word that has no other reading is the name of a file, or a word to look for.
+// A word that has no other reading is the name of a file, a word to look for, a MAC address or a list of VLANs.
 void add_free_readings(const std::vector<position>& positions, std::string_view word, std::vector<step>& steps) {
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& expected, std::size_t index) {
       const position next{at.what, index + 1, at.number};
       if (expected.kind == syntax_kind::file || expected.kind == syntax_kind::word) steps.push_back({word, next});
+      if (expected.kind == syntax_kind::mac && read_mac(word).mac) steps.push_back({word, next});
       if (expected.kind != syntax_kind::vlans) return;
       if (auto vlans = parse_vlans(word)) steps.push_back({word, next, false, std::move(*vlans)});
     });
@@ -159,6 +161,7 @@ void keep_argument(step& reading, std::string_view word, command_line& line) {
   const syntax_word& argument = reading.to.what->syntax.words[reading.to.next - 1];
   if (argument.kind == syntax_kind::file) line.file = word;
   if (argument.kind == syntax_kind::word) line.search_word = word;
+  if (argument.kind == syntax_kind::mac) line.mac = read_mac(word).mac;
   if (argument.kind == syntax_kind::vlans) line.vlans = std::move(reading.vlans);
   if (argument.kind == syntax_kind::number && number_argument_of(argument).has_any_value) line.module = word;
 }

@@ -87,6 +87,7 @@ void suggest_free_argument(suggestions& found, const std::vector<position>& posi
   for (const position& at : positions) {
     for_each_next_word(at, [&](const syntax_word& word, std::size_t) {
       if (word.kind == syntax_kind::vlans) found.hints.push_back({"VLANS", "A list of VLANs, such as 1-10,20"});
+      if (word.kind == syntax_kind::mac) found.hints.push_back({"MAC", "A MAC address, such as 0200.0000.0009"});
       if (word.kind == syntax_kind::file) found.hints.push_back({"FILE", "Name of a file"});
       if (word.kind == syntax_kind::word) found.hints.push_back({"WORD", "Part of a command or of its help"});
       if (word.kind == syntax_kind::text)

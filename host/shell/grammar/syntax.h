@@ -33,6 +33,7 @@ inline constexpr number_argument kNumberArguments[] = {
     {"VLAN", 1, 4094, "Number of a VLAN"},
     {"CHANNEL", 1, kMaxChannel, "Number of a port-channel"},
     {"CHANGES", 1, 20'000, "How many changes"},
+    {"EVENTS", 1, 1'000'000, "How many events"},
     {"LINES", 0, 512, "Lines of a screen (0: no stops)"},
 };
 
@@ -51,6 +52,7 @@ enum class syntax_kind : uint8 {
   file,     // "FILE": any word
   word,     // "WORD": any word
   text,     // "TEXT": the rest of the line
+  mac,      // "MAC": an address in any of its spellings
   vlans,    // "VLANS": a list such as "1-10,20"
   command,  // "COMMAND": another command follows
 };
@@ -60,6 +62,7 @@ constexpr syntax_kind kind_of_syntax_word(std::string_view word) {
   if (word == "FILE") return syntax_kind::file;
   if (word == "WORD") return syntax_kind::word;
   if (word == "TEXT") return syntax_kind::text;
+  if (word == "MAC") return syntax_kind::mac;
   if (word == "VLANS") return syntax_kind::vlans;
   if (word == "COMMAND") return syntax_kind::command;
   return is_number_argument(word) ? syntax_kind::number : syntax_kind::literal;
@@ -125,7 +128,8 @@ struct command {
   uint8 modes = kEveryMode;              // in which it can be typed
   command_effect effect = command_effect::none;
 
-  // Of a command that runs another one, which follows it, as a session would show that one. Returns an exit code.
+  // Of a command whose output has many parts: it shows them itself, as a session would show one. `other` is the command
+  // that follows it, or the command itself. Returns an exit code.
   int (*run_other)(shell&, const command_line& other, const output_settings&) = nullptr;
 
   // Of the commands that make settings.

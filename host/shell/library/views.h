@@ -33,6 +33,7 @@ struct interface_view {
   inband_id inband = kInbandSame;
   const interface_view* followed_by = nullptr;  // another view whose table follows this one; null: none
   added_handlers own = {};
+  bool followed_by_lanes = false;  // as text; a record has them anyway
 
   // The id that the handlers get.
   uint32 command_id() const { return own.handler != nullptr ? own.command_id : id; }

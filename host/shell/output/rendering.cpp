@@ -184,6 +184,13 @@ std::string utc_text(std::time_t moment) {
   return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts)};
 }
 
+std::string local_text(std::time_t moment) {
+  std::tm parts{};
+  localtime_r(&moment, &parts);
+  char text[32];
+  return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts)};
+}
+
 bool is_string(const cmd_tuple_t& tuple) {
   if (type_code(tuple) == CMD_TYPE_STRING || tuple.id == 0) return true;
   const binding* const bound = find_binding(tuple.id);

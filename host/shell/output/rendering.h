@@ -50,6 +50,9 @@ std::string text_of_ipv6(const uint8* bytes);
 // A time in RFC 3339 format, in UTC: "2026-01-31T23:59:59Z".
 std::string utc_text(std::time_t moment);
 
+// The same for people, in the time zone of the user: "2026-02-01 00:59:59".
+std::string local_text(std::time_t moment);
+
 // True when the tuple is bound to a text: by its code, or because its field is one.
 bool is_string(const cmd_tuple_t& tuple);
 

@@ -70,6 +70,7 @@ void add_arguments(std::string& page) {
       "Interfaces: `ethernet 1/1-4, 1/7`, `e1/1-4,6`, `ethernet1/1-ethernet1/4`, `all`, `\"e*1/[1-3]\"`; see below");
   row(page, "FILE", "Name of a file");
   row(page, "WORD", "Part of a command or of its help, in lower or upper case");
+  row(page, "MAC", "MAC address: `0200.0000.0009`, `02:00:00:00:00:09`, `02-00-00-00-00-09` or `020000000009`");
   row(page, "TEXT", "Rest of the line; in quotes when it contains `|`");
   row(page, "COMMAND", "A command with its arguments; after `watch` a `show` command");
   for (const number_argument& number : kNumberArguments)

@@ -47,6 +47,24 @@ constexpr value_definition kValues[] = {
                          R"("allowed": {"$ref": "#/$defs/value_vlans", )"
                          R"("title": "Allowed VLANs", "description": "VLANs that the trunk carries"}}, )"
                          R"("required": ["mode", "access", "native", "allowed"]})"},
+    {"value_lanes",
+     R"({"type": ["array", "null"], "items": {"type": "object", "properties": {)"
+     R"("lane": {"type": "integer", "title": "Lane", "description": "Number of the lane, from 1"}, )"
+     R"("current_ma": {"type": ["number", "null"], "unit": "mA", )"
+     R"("title": "Laser current", "description": "Laser current now"}, )"
+     R"("current_mark": {"$ref": "#/$defs/value_mark", )"
+     R"("title": "Laser current mark", "description": "Which limit the laser current is beyond"}, )"
+     R"("tx_power_dbm": {"type": ["number", "null"], "unit": "dBm", )"
+     R"("title": "Transmit power", "description": "Transmit power now"}, )"
+     R"("tx_power_mark": {"$ref": "#/$defs/value_mark", )"
+     R"("title": "Transmit power mark", "description": "Which limit the transmit power is beyond"}, )"
+     R"("rx_power_dbm": {"type": ["number", "null"], "unit": "dBm", )"
+     R"("title": "Receive power", "description": "Receive power now; null without light"}, )"
+     R"("rx_power_mark": {"$ref": "#/$defs/value_mark", )"
+     R"("title": "Receive power mark", "description": "Which limit the receive power is beyond"}}, )"
+     R"("required": ["lane", "current_ma", "current_mark", "tx_power_dbm", "tx_power_mark", "rx_power_dbm", )"
+     R"("rx_power_mark"]}})"},
+    {"value_mark", R"({"enum": ["high alarm", "high warning", "low warning", "low alarm", null]})"},
     {"value_absent",
      R"({"type": "object", "additionalProperties": {"enum": ["not supported", "no permission", "service failed"]}})"},
 };
@@ -79,6 +97,7 @@ std::string_view value_of(const field& described, const display& shown) {
     case field_type::map: return "value_map";
     case field_type::vlans: return "value_vlans";
     case field_type::membership: return "value_membership";
+    case field_type::lanes: return "value_lanes";
     case field_type::time: return "value_time";
     case field_type::enumeration: return {};
     case field_type::text: break;

@@ -8,6 +8,7 @@
 
 #include "base/text.h"
 #include "shell/library/listing.h"
+#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {
@@ -66,12 +67,21 @@ std::string number_help(const interface_word& word, const std::vector<std::strin
   return fmt::format("{}: {}, {}, ... {} ({})", word.help, numbers[0], numbers[1], numbers.back(), numbers.size());
 }
 
+std::string printable(std::string_view text) {
+  std::string made;
+  append_printable(made, text);
+  return made;
+}
+
 std::string table(const std::vector<suggestion>& rows) {
   constexpr std::size_t kShortest = 14;
+  std::vector<std::string> words;
   std::size_t width = kShortest;
-  for (const suggestion& row : rows) width = std::max(width, row.word.size() + 2);
+  for (const suggestion& row : rows)
+    width = std::max(width, count_characters(words.emplace_back(printable(row.word))) + 2);
   std::string text;
-  for (const suggestion& row : rows) text += fmt::format("  {:{}}{}\n", row.word, width, row.help);
+  for (std::size_t i = 0; i < rows.size(); ++i)
+    text += fmt::format("  {}{:{}}{}\n", words[i], "", width - count_characters(words[i]), printable(rows[i].help));
   return text;
 }
 
@@ -88,7 +98,7 @@ std::string common_beginning(const std::vector<std::string>& words) {
 std::string columns(const std::vector<std::string>& words) {
   constexpr std::size_t kLineWidth = 80;
   std::size_t width = 0;
-  for (const std::string& word : words) width = std::max(width, word.size() + 2);
+  for (const std::string& word : words) width = std::max(width, count_characters(word) + 2);
   const std::size_t in_line = std::max<std::size_t>(1, kLineWidth / width);
   std::string text;
   for (std::size_t i = 0; i < words.size(); ++i) {
@@ -96,7 +106,7 @@ std::string columns(const std::vector<std::string>& words) {
     if (i % in_line == in_line - 1 || i + 1 == words.size())
       text += '\n';
     else
-      text.append(width - words[i].size(), ' ');
+      text.append(width - count_characters(words[i]), ' ');
   }
   return text;
 }
@@ -104,7 +114,7 @@ std::string columns(const std::vector<std::string>& words) {
 }  // namespace
 
 std::string help_text(suggestions found) {
-  if (!found.error.empty()) return found.error + "\n";
+  if (!found.error.empty()) return printable(found.error) + "\n";
   remove_absent_kinds(found);
   std::vector<suggestion> rows = found.words;
   if (found.numbers_of != nullptr) rows.push_back({"NUMBER", number_help(*found.numbers_of, numbers_of(found))});
@@ -113,7 +123,7 @@ std::string help_text(suggestions found) {
 }
 
 completion complete(suggestions found) {
-  if (!found.error.empty()) return {{}, found.error + "\n"};
+  if (!found.error.empty()) return {{}, printable(found.error) + "\n"};
   remove_absent_kinds(found);
   std::vector<std::string> words;
   for (const suggestion& choice : found.words) words.push_back(choice.word);
@@ -121,6 +131,8 @@ completion complete(suggestions found) {
     std::vector<std::string> numbers = numbers_of(found);
     words.insert(words.end(), numbers.begin(), numbers.end());
   }
+  // What a terminal cannot show cannot be typed either.
+  std::erase_if(words, [](const std::string& word) { return printable(word) != word; });
   if (words.empty()) return {};
   const bool is_number = found.numbers_of != nullptr;
   if (words.size() == 1) return {words[0].substr(found.begun.size()) + (is_number ? "" : " "), {}};

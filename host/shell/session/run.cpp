@@ -49,9 +49,10 @@ int run_command(shell& session, const command_line& line) {
   line_filters filters;
   if (const std::string fault = make_filters(line.pipes, settings.structured, filters); !fault.empty())
     return refuse(fault);
-  if (line.before != nullptr) {
+  const command& runs = line.before != nullptr ? *line.before : *line.what;
+  if (runs.run_other != nullptr) {
     if (const std::string fault = refuse_to_watch(session, line.pipes); !fault.empty()) return refuse(fault);
-    return line.before->run_other(session, line, settings);
+    return runs.run_other(session, line, settings);
   }
   saved_output saved(line.pipes);
   if (const std::string fault = saved.begin(settings); !fault.empty()) return refuse(fault);

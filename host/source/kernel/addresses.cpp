@@ -63,16 +63,16 @@ std::optional<ip_address> address_in(const attributes& all, uint16 number, const
 }  // namespace
 
 // IFA_ADDRESS is the other end of a link between two, which has IFA_LOCAL, too.
-void decode_address_row(const nlmsghdr& message, const table_devices& devices, std::vector<table_row>& rows) {
-  const auto parsed = message.nlmsg_type == RTM_NEWADDR ? parse<ifaddrmsg>(message, kAddressRowPolicy) : std::nullopt;
-  if (!parsed || !devices.is_requested(parsed->head.ifa_index)) return;
+std::optional<address_row> address_in_message(const nlmsghdr& message) {
+  const bool is_of_address = message.nlmsg_type == RTM_NEWADDR || message.nlmsg_type == RTM_DELADDR;
+  const auto parsed = is_of_address ? parse<ifaddrmsg>(message, kAddressRowPolicy) : std::nullopt;
+  if (!parsed) return std::nullopt;
   const attributes& all = parsed->all;
   const auto local = address_in(all, IFA_LOCAL, parsed->head);
   const auto other = address_in(all, IFA_ADDRESS, parsed->head);
-  if (!local && !other) return;
+  if (!local && !other) return std::nullopt;
   address_row row;
-  row.device = devices.row_of(parsed->head.ifa_index);
-  if (const table_device* const device = devices.find(row.device.number)) row.mtu_bytes = device->mtu_bytes;
+  row.device.number = parsed->head.ifa_index;
   row.address = local ? *local : *other;
   if (local && other && *other != *local) row.peer = other;
   row.scope = scope_of(parsed->head.ifa_scope);
@@ -83,7 +83,15 @@ void decode_address_row(const nlmsghdr& message, const table_devices& devices, s
     row.valid_seconds = lifetime_of(lifetimes.ifa_valid);
     row.preferred_seconds = lifetime_of(lifetimes.ifa_prefered);
   }
-  rows.emplace_back(std::move(row));
+  return row;
+}
+
+void decode_address_row(const nlmsghdr& message, const table_devices& devices, std::vector<table_row>& rows) {
+  auto row = message.nlmsg_type == RTM_NEWADDR ? address_in_message(message) : std::nullopt;
+  if (!row || !devices.is_requested(row->device.number)) return;
+  row->device = devices.row_of(row->device.number);
+  if (const table_device* const device = devices.find(row->device.number)) row->mtu_bytes = device->mtu_bytes;
+  rows.emplace_back(std::move(*row));
 }
 
 }  // namespace host

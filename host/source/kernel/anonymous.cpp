@@ -87,15 +87,31 @@ octet_list error_code(std::span<const uint8> payload) { return head_of(payload, 
 
 bool is_sfp(uint8 identifier) { return identifier == 0x02 || identifier == 0x03 || identifier == 0x0B; }
 bool is_qsfp(uint8 identifier) { return identifier == 0x0C || identifier == 0x0D || identifier == 0x11; }
+bool is_cmis(uint8 identifier) {
+  return identifier == 0x18 || identifier == 0x19 || identifier == 0x1B || identifier == 0x1E || identifier == 0x1F;
+}
 
-// Zeros in the place of a serial number, by SFF-8472 and SFF-8636. The sum over it stays right, or wrong.
-void blank_serial_number(std::span<uint8> page) {
-  constexpr std::size_t kSerial = 68, kSerialBytes = 16, kSum = 95;
-  if (page.size() <= kSum) return std::fill(page.begin() + 1, page.end(), uint8{0});
-  const auto serial = page.subspan(kSerial, kSerialBytes);
+// Offsets of a serial number and of the sum over it.
+struct serial_place {
+  std::size_t serial, sum;
+};
+constexpr serial_place kSffSerial = {68, 95};  // by SFF-8472 and SFF-8636
+constexpr serial_place kCmisSerial = {38, 94};
+
+// Zeros in the place of a serial number. The sum over it stays right, or wrong.
+void blank_serial_number(std::span<uint8> page, const serial_place& at) {
+  constexpr std::size_t kSerialBytes = 16;
+  if (page.size() <= at.sum) return std::fill(page.begin() + 1, page.end(), uint8{0});
+  const auto serial = page.subspan(at.serial, kSerialBytes);
   const unsigned before = std::accumulate(serial.begin(), serial.end(), 0U);
   std::fill(serial.begin(), serial.end(), uint8{'0'});
-  page[kSum] = static_cast<uint8>(page[kSum] + kSerialBytes * '0' - before);
+  page[at.sum] = static_cast<uint8>(page[at.sum] + kSerialBytes * '0' - before);
+}
+
+// Pages of measured values, abilities and limits.
+bool has_identity(const module_place& place) {
+  constexpr module_place kWithout[] = {{0x50, 3, 128}, {0x51, 0, 0}, {0x50, 1, 128}, {0x50, 2, 128}, {0x50, 0x11, 128}};
+  return std::find(std::begin(kWithout), std::end(kWithout), place) == std::end(kWithout);
 }
 
 // Memory of a layout that is not known keeps its first byte, the identifier.
@@ -103,10 +119,9 @@ void blank_module_page(const module_place& place, std::span<uint8> page) {
   if (page.empty()) return;
   const bool is_lower = place == module_place{0x50, 0, 0};
   const bool is_upper = place == module_place{0x50, 0, 128};
-  const bool has_no_identity =
-      place == module_place{0x50, 3, 128} || place == module_place{0x51, 0, 0} || (is_lower && is_qsfp(page[0]));
-  if (has_no_identity) return;
-  if ((is_lower && is_sfp(page[0])) || (is_upper && is_qsfp(page[0]))) return blank_serial_number(page);
+  if (!has_identity(place) || (is_lower && (is_qsfp(page[0]) || is_cmis(page[0])))) return;
+  if ((is_lower && is_sfp(page[0])) || (is_upper && is_qsfp(page[0]))) return blank_serial_number(page, kSffSerial);
+  if (is_upper && is_cmis(page[0])) return blank_serial_number(page, kCmisSerial);
   std::fill(page.begin() + 1, page.end(), uint8{0});
 }
 
@@ -217,7 +232,7 @@ anonymiser::octet_list anonymiser::link(std::span<const uint8> payload) {
     put_text(made, IFLA_IFALIAS, found->second);
   }
   for (const uint16 kept : {IFLA_MTU, IFLA_MIN_MTU, IFLA_MAX_MTU, IFLA_OPERSTATE, IFLA_MASTER, IFLA_LINK,
-                            IFLA_CARRIER_CHANGES, IFLA_STATS64})
+                            IFLA_LINK_NETNSID, IFLA_CARRIER_CHANGES, IFLA_STATS64})
     copy_attribute(all, kept, made);
   for (const uint16 mac : {IFLA_ADDRESS, IFLA_PERM_ADDRESS})
     if (const auto real = all.bytes(mac)) put_attribute(made, mac, hardware_address(*real));
@@ -328,6 +343,33 @@ std::string anonymiser::table(std::string_view text) {
       made += device_name(std::string(line.substr(begin, colon - begin))) + std::string(line.substr(colon));
     made += '\n';
   }
+  return made;
+}
+
+// A hardware address stays one; any other identifier becomes a number.
+lldp_id anonymiser::chassis_or_port(const lldp_id& real, uint32 mac_subtype) {
+  constexpr std::size_t kMacBytes = 6;
+  constexpr uint32 kLocalSubtype = 7;
+  if (real.bytes.empty()) return real;
+  if (real.subtype == mac_subtype && real.bytes.size() == kMacBytes) {
+    const octet_list mac = hardware_address(octet_list(real.bytes.begin(), real.bytes.end()));
+    return {real.subtype, std::string(mac.begin(), mac.end())};
+  }
+  const auto [found, is_new] = neighbors_.try_emplace(real.bytes);
+  if (is_new) found->second = "id" + std::to_string(neighbors_.size());
+  return {kLocalSubtype, found->second};
+}
+
+lldp_neighbor anonymiser::neighbor(const lldp_neighbor& real) {
+  constexpr uint32 kChassisMac = 4, kPortMac = 3;
+  lldp_neighbor made = real;
+  made.device = device_name(real.device);
+  made.chassis = chassis_or_port(real.chassis, kChassisMac);
+  made.port = chassis_or_port(real.port, kPortMac);
+  made.system_name.clear();
+  made.system_description.clear();
+  made.port_description.clear();
+  made.management_addresses.clear();
   return made;
 }
 

@@ -32,6 +32,9 @@ class anonymiser {
   // A device's substitute: "lo", or its kind and a number. `kind` is empty for hardware.
   std::string device_name(const std::string& name, const std::string& kind = "device");
 
+  // A neighbor without its texts: only its protocol, types, capabilities, VLANs and times stay.
+  lldp_neighbor neighbor(const lldp_neighbor& real);
+
   counter_baseline baseline(const counter_baseline& real);
 
  private:
@@ -40,6 +43,7 @@ class anonymiser {
   octet_list link(std::span<const uint8> payload);
   octet_list address(std::span<const uint8> payload);
   octet_list neighbor(std::span<const uint8> payload);
+  lldp_id chassis_or_port(const lldp_id& real, uint32 mac_subtype);
   octet_list hardware_address(std::span<const uint8> real);
   octet_list ip_address(std::span<const uint8> real);
 
@@ -47,6 +51,7 @@ class anonymiser {
   std::map<octet_list, octet_list> hardware_;
   std::map<octet_list, octet_list> ip_;
   std::map<std::string, std::string> aliases_;
+  std::map<std::string, std::string> neighbors_;
 };
 
 }  // namespace host

@@ -18,12 +18,6 @@ constexpr message_policy kTreeLinkPolicy = {
     {IFLA_MASTER, attribute_type::number, sizeof(uint32)},
     {IFLA_LINKINFO, attribute_type::nest, 0},
 };
-constexpr message_policy kTreeInfoPolicy = {
-    {IFLA_INFO_KIND, attribute_type::text, 1},
-    {IFLA_INFO_SLAVE_KIND, attribute_type::text, 1},
-    {IFLA_INFO_DATA, attribute_type::nest, 0},
-    {IFLA_INFO_SLAVE_DATA, attribute_type::nest, 0},
-};
 constexpr message_policy kTreeBridgePolicy = {
     {IFLA_BR_STP_STATE, attribute_type::number, sizeof(uint32)},
     {IFLA_BR_BRIDGE_ID, attribute_type::bytes, sizeof(bridge_id)},
@@ -97,7 +91,7 @@ class bridge_port_reader final : public table_reader {
 std::optional<bridge_state> decode_bridge(const nlmsghdr& message) {
   const auto parsed = message.nlmsg_type == RTM_NEWLINK ? parse<ifinfomsg>(message, kTreeLinkPolicy) : std::nullopt;
   if (!parsed) return std::nullopt;
-  const attributes info = parsed->all.nested(IFLA_LINKINFO, kTreeInfoPolicy);
+  const attributes info = parsed->all.nested(IFLA_LINKINFO, kLinkInfoPolicy);
   if (info.text(IFLA_INFO_KIND) != "bridge") return std::nullopt;
   const attributes data = info.nested(IFLA_INFO_DATA, kTreeBridgePolicy);
   return bridge_state{.runs_spanning_tree = data.number<uint32>(IFLA_BR_STP_STATE) == 1U,
@@ -108,7 +102,7 @@ std::optional<bridge_state> decode_bridge(const nlmsghdr& message) {
 std::optional<bridge_port> decode_bridge_port(const nlmsghdr& message, const table_devices& devices) {
   const auto parsed = message.nlmsg_type == RTM_NEWLINK ? parse<ifinfomsg>(message, kTreeLinkPolicy) : std::nullopt;
   if (!parsed || !devices.is_requested(static_cast<uint32>(parsed->head.ifi_index))) return std::nullopt;
-  const attributes info = parsed->all.nested(IFLA_LINKINFO, kTreeInfoPolicy);
+  const attributes info = parsed->all.nested(IFLA_LINKINFO, kLinkInfoPolicy);
   if (info.text(IFLA_INFO_SLAVE_KIND) != "bridge") return std::nullopt;
   const attributes data = info.nested(IFLA_INFO_SLAVE_DATA, kTreePortPolicy);
   bridge_port port;

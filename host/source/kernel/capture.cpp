@@ -116,6 +116,12 @@ int ask_captured(const std::string& device, void* command) {
   return error;
 }
 
+lldp_answer ask_captured_lldpd() {
+  lldp_answer answer = real_io.lldp_neighbors();
+  if (the_capture != nullptr) the_capture->add_lldp(answer);
+  return answer;
+}
+
 std::FILE* open_captured_table() {
   std::FILE* const table = real_table_opener();
   if (table == nullptr) return nullptr;
@@ -143,7 +149,7 @@ capture::capture(const std::string& directory, bool is_anonymous)
   the_capture = this;
   real_io = before_;
   real_table_opener = table_before_;
-  the_kernel_io() = {open_captured, ask_captured};
+  the_kernel_io() = {open_captured, ask_captured, ask_captured_lldpd};
   the_kernel_table_opener() = open_captured_table;
   write_index(kCaptureVersion);
   write_index("byte-order " + std::string(byte_order_word()));
@@ -198,6 +204,13 @@ void capture::add_ioctl(const std::string& device, const void* before, const voi
 
 void capture::add_table(const std::string& text) {
   add_answer(request_of_table(), anonymiser_ ? anonymiser_->table(text) : text, 0);
+}
+
+void capture::add_lldp(const lldp_answer& answer) {
+  std::vector<lldp_neighbor> stored = answer.neighbors;
+  if (anonymiser_)
+    for (lldp_neighbor& it : stored) it = anonymiser_->neighbor(it);
+  add_answer(request_of_lldp(), lldp_text(stored), answer.error);
 }
 
 void capture::add_answer(const captured_request& request, std::string_view answer, int error) {

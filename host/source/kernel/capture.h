@@ -39,6 +39,7 @@ class capture {
   void add_messages(int netlink_bus, const nlmsghdr& request, std::string messages, int error);
   void add_ioctl(const std::string& device, const void* before, const void* after, int error);
   void add_table(const std::string& text);
+  void add_lldp(const lldp_answer& answer);
 
   // Has a source read what no command has read so far, so that the folder has the answers for every display.
   void complete(const machine& model, switch_source& source);

@@ -18,10 +18,8 @@ struct bus_row {
   std::string_view word;
 };
 constexpr bus_row kBuses[] = {
-    {capture_bus::route, "route"},
-    {capture_bus::generic, "generic"},
-    {capture_bus::ioctl, "ioctl"},
-    {capture_bus::table, "table"},
+    {capture_bus::route, "route"}, {capture_bus::generic, "generic"}, {capture_bus::ioctl, "ioctl"},
+    {capture_bus::table, "table"}, {capture_bus::lldp, "lldp"},
 };
 
 struct reason_row {
@@ -75,6 +73,7 @@ constexpr name_row kNames[] = {
     {capture_bus::ioctl, ETHTOOL_GMODULEINFO, kAnyByte, "module-size"},
     {capture_bus::ioctl, ETHTOOL_GMODULEEEPROM, kAnyByte, "module-memory"},
     {capture_bus::table, 0, kAnyByte, "device-table"},
+    {capture_bus::lldp, 0, kAnyByte, "lldp-neighbors"},
 };
 
 constexpr std::size_t kTypeAndFlags = offsetof(nlmsghdr, nlmsg_seq) - offsetof(nlmsghdr, nlmsg_type);
@@ -127,6 +126,7 @@ captured_request request_of_ioctl(const std::string& device, const void* command
 }
 
 captured_request request_of_table() { return {capture_bus::table, 0, "-"}; }
+captured_request request_of_lldp() { return {capture_bus::lldp, 0, "-"}; }
 
 std::size_t ioctl_size(const void* command) {
   ethtool_eeprom head{};

@@ -9,8 +9,9 @@
 //   baseline NUMBER MAC SECONDS COUNTERS...    where the counters of a device begin, as in the file of baselines
 //   answer N BUS TYPE NAME FILE BYTES ERROR KEY
 // An answer is in a file of its own: the messages of netlink without sequence numbers and ports, the record of an
-// ioctl, or the text of the table of devices. ERROR is an errno. KEY is the request in hexadecimal digits, without its
-// length, sequence number and port; "-" when it is empty. The same request may have several answers, in their order.
+// ioctl, the text of the table of devices, or the neighbors of lldpd as a text (lldp.h). ERROR is an errno. KEY is the
+// request in hexadecimal digits, without its length, sequence number and port; "-" when it is empty. The same request
+// may have several answers, in their order.
 #pragma once
 
 #include <optional>
@@ -27,7 +28,7 @@ namespace host {
 inline constexpr char kCaptureVersion[] = "pmsh capture 1";
 inline constexpr char kCaptureIndex[] = "index";
 
-enum class capture_bus : uint8 { route, generic, ioctl, table };
+enum class capture_bus : uint8 { route, generic, ioctl, table, lldp };
 
 // What was asked.
 struct captured_request {
@@ -39,6 +40,7 @@ struct captured_request {
 captured_request request_of(int netlink_bus, const nlmsghdr& request);
 captured_request request_of_ioctl(const std::string& device, const void* command);
 captured_request request_of_table();
+captured_request request_of_lldp();
 
 // Bytes of the record of an ioctl; 0 for a command that is not known.
 std::size_t ioctl_size(const void* command);

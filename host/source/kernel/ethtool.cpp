@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <tuple>
+#include <utility>
 
 #include "source/kernel/ethtool_ioctl.h"
 #include "source/kernel/policy.h"
@@ -67,7 +69,20 @@ constexpr message_policy kModulePagePolicy = {
     {ETHTOOL_A_MODULE_EEPROM_HEADER, attribute_type::nest, 0},
     {ETHTOOL_A_MODULE_EEPROM_DATA, attribute_type::bytes, 1},
 };
-constexpr message_policy kFamilyPolicy = {{CTRL_ATTR_FAMILY_ID, attribute_type::number, sizeof(uint16)}};
+constexpr message_policy kModulePowerPolicy = {
+    {ETHTOOL_A_MODULE_HEADER, attribute_type::nest, 0},
+    {ETHTOOL_A_MODULE_POWER_MODE_POLICY, attribute_type::number, sizeof(uint8)},
+    {ETHTOOL_A_MODULE_POWER_MODE, attribute_type::number, sizeof(uint8)},
+};
+constexpr message_policy kFamilyPolicy = {
+    {CTRL_ATTR_FAMILY_ID, attribute_type::number, sizeof(uint16)},
+    {CTRL_ATTR_MCAST_GROUPS, attribute_type::nest, 0},
+};
+constexpr message_policy kMulticastGroupsPolicy = message_policy::uniform(attribute_type::nest, 0);
+constexpr message_policy kMulticastGroupPolicy = {
+    {CTRL_ATTR_MCAST_GRP_NAME, attribute_type::text, 1},
+    {CTRL_ATTR_MCAST_GRP_ID, attribute_type::number, sizeof(uint32)},
+};
 
 // A message of the family.
 struct ethtool_reply {
@@ -191,17 +206,28 @@ uint32 ioctl_offset(const module_place& place) {
   return place.page * kModulePageBytes + place.offset;
 }
 
-// The number of the family; 0 when the kernel has none.
-uint16 ethtool_family(netlink_socket& generic) {
+// The number of the group in a message of the family; 0: it has no such group.
+uint32 monitor_group_in(const attributes& family) {
+  const attributes groups = family.nested(CTRL_ATTR_MCAST_GROUPS, kMulticastGroupsPolicy);
+  for (uint16 place = 0; place < message_policy::kNumbers; ++place) {
+    const attributes group = groups.nested(place, kMulticastGroupPolicy);
+    if (group.text(CTRL_ATTR_MCAST_GRP_NAME) == ETHTOOL_MCGRP_MONITOR_NAME)
+      return group.number<uint32>(CTRL_ATTR_MCAST_GRP_ID).value_or(0);
+  }
+  return 0;
+}
+
+// The numbers of the family and of its group; 0 when the kernel has none.
+std::pair<uint16, uint32> ethtool_family(netlink_socket& generic) {
   netlink_request request(GENL_ID_CTRL, NLM_F_ACK);
   request.extra<genlmsghdr>() = {.cmd = CTRL_CMD_GETFAMILY, .version = 1, .reserved = 0};
   mnl_attr_put_strz(&request.head(), CTRL_ATTR_FAMILY_NAME, ETHTOOL_GENL_NAME);
-  uint16 family = 0;
-  generic.ask(request, [&family](const nlmsghdr& message) {
+  std::pair<uint16, uint32> found{};
+  generic.ask(request, [&found](const nlmsghdr& message) {
     if (const auto parsed = parse<genlmsghdr>(message, kFamilyPolicy))
-      family = parsed->all.number<uint16>(CTRL_ATTR_FAMILY_ID).value_or(family);
+      found = {parsed->all.number<uint16>(CTRL_ATTR_FAMILY_ID).value_or(found.first), monitor_group_in(parsed->all)};
   });
-  return family;
+  return found;
 }
 
 }  // namespace
@@ -210,7 +236,7 @@ uint16 ethtool_family(netlink_socket& generic) {
 
 ethtool_socket::ethtool_socket() {
   try {
-    family_ = ethtool_family(generic_.emplace(NETLINK_GENERIC));
+    std::tie(family_, monitor_group_) = ethtool_family(generic_.emplace(NETLINK_GENERIC));
   } catch (const kernel_error&) {
     generic_.reset();
   }
@@ -275,13 +301,13 @@ link_faults read_link_faults(ethtool_socket& ethtool) {
   return faults;
 }
 
-std::optional<named_device> decode_link_name(const nlmsghdr& message) {
+std::optional<reported_device> decode_link_name(const nlmsghdr& message) {
   const auto parsed = parse<genlmsghdr>(message, kLinkStatePolicy);
   if (!parsed) return std::nullopt;
   const attributes head = parsed->all.nested(ETHTOOL_A_LINKSTATE_HEADER, kHeadPolicy);
   const auto number = head.number<uint32>(ETHTOOL_A_HEADER_DEV_INDEX);
   auto name = head.text(ETHTOOL_A_HEADER_DEV_NAME);
-  return number && name ? std::optional(named_device{*number, std::move(*name)}) : std::nullopt;
+  return number && name ? std::optional(reported_device{*number, std::move(*name)}) : std::nullopt;
 }
 
 void decode_link_fault(const nlmsghdr& message, link_faults& faults) {
@@ -317,6 +343,30 @@ void decode_driver_counters(const nlmsghdr& message, std::map<uint32, driver_cou
                       [&counters](std::span<const uint8> group) { take_group(parse(group, kGroupPolicy), counters); });
   const bool tells = std::any_of(counters.begin(), counters.end(), [](const auto& it) { return it.has_value(); });
   if (tells) counted[reply->device] = counters;
+}
+
+// ---- Power of modules -----------------------------------------------------------------------------------------------
+
+std::map<uint32, module_power> read_module_power(ethtool_socket& ethtool) {
+  std::map<uint32, module_power> all;
+  netlink_request request = ethtool.request(ETHTOOL_MSG_MODULE_GET, NLM_F_DUMP);
+  put_ethtool_head(request, ETHTOOL_A_MODULE_HEADER, 0, 0);
+  ethtool.ask(
+      request,
+      [&all](const nlmsghdr& message) {
+        if (const auto found = decode_module_power(message)) all.insert(*found);
+      },
+      [&all] { all.clear(); });
+  return all;
+}
+
+std::optional<std::pair<uint32, module_power>> decode_module_power(const nlmsghdr& message) {
+  const uint8 command = record_of<genlmsghdr>(payload_of(message)).cmd;
+  if (command != ETHTOOL_MSG_MODULE_GET_REPLY && command != ETHTOOL_MSG_MODULE_NTF) return std::nullopt;
+  const auto reply = parse_reply(message, kModulePowerPolicy, ETHTOOL_A_MODULE_HEADER);
+  if (!reply || reply->device == 0) return std::nullopt;
+  return std::pair{reply->device, module_power{reply->all.number<uint8>(ETHTOOL_A_MODULE_POWER_MODE_POLICY).value_or(0),
+                                               reply->all.number<uint8>(ETHTOOL_A_MODULE_POWER_MODE).value_or(0)}};
 }
 
 // ---- Modules --------------------------------------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 #include <array>
 #include <map>
 #include <optional>
+#include <utility>
 
 #include "source/kernel/links.h"
 #include "source/kernel/netlink.h"
@@ -22,12 +23,16 @@ class ethtool_socket {
 
   int ask(netlink_request& request, const message_visitor& visit, const std::function<void()>& restart = {});
 
+  // The group to which the kernel publishes changes that ethtool shows; 0: it publishes none.
+  uint32 monitor_group() const { return monitor_group_; }
+
   // As netlink_socket::reason().
   std::string reason() const { return generic_ ? generic_->reason() : std::string(); }
 
  private:
   std::optional<netlink_socket> generic_;
   uint16 family_ = 0;  // the kernel has none
+  uint32 monitor_group_ = 0;
 };
 
 // Puts the head of a request: for one device, or all when `device` is 0.
@@ -55,11 +60,11 @@ struct link_fault {
 using link_faults = std::map<uint32, link_fault>;  // by the device's number
 
 // The device that a message about the state of a link is about; none without its number and name.
-struct named_device {
+struct reported_device {
   uint32 number;
   std::string name;
 };
-std::optional<named_device> decode_link_name(const nlmsghdr& message);
+std::optional<reported_device> decode_link_name(const nlmsghdr& message);
 
 link_faults read_link_faults(ethtool_socket& ethtool);
 void decode_link_fault(const nlmsghdr& message, link_faults& faults);
@@ -95,6 +100,22 @@ using driver_counters = std::array<std::optional<uint64>, kDriverCounters>;
 
 std::map<uint32, driver_counters> read_driver_counters(ethtool_socket& ethtool);
 void decode_driver_counters(const nlmsghdr& message, std::map<uint32, driver_counters>& counted);
+
+// ---- Power of modules -----------------------------------------------------------------------------------------------
+
+// ETHTOOL_MODULE_POWER_MODE_POLICY_* and ETHTOOL_MODULE_POWER_MODE_*; 0: the driver does not report it.
+struct module_power {
+  uint8 policy = 0;
+  uint8 mode = 0;
+
+  bool operator==(const module_power&) const = default;
+};
+
+// The power of all modules whose drivers report it, by the device's number.
+std::map<uint32, module_power> read_module_power(ethtool_socket& ethtool);
+
+// The device and the power of its module, of an answer or a notification; none of another message.
+std::optional<std::pair<uint32, module_power>> decode_module_power(const nlmsghdr& message);
 
 // ---- Memory of modules ----------------------------------------------------------------------------------------------
 

@@ -21,11 +21,13 @@
 #include "source/kernel/creation.h"
 #include "source/kernel/device_counters.h"
 #include "source/kernel/device_type.h"
+#include "source/kernel/events.h"
 #include "source/kernel/identify.h"
 #include "source/kernel/settings.h"
 #include "source/kernel/sorted_records.h"
 #include "source/kernel/tables.h"
 #include "source/kernel/way.h"
+#include "switch/clock.h"
 #include "switch/if_index_layout.h"
 #include "switch/live_statistics.h"
 
@@ -127,6 +129,7 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   if (link.slave_kind == "bond" && master != nullptr && decode_index(master->if_index).type == IF_TYPE_ETH_PORT_CHANNEL)
     port.settings.channel = master->if_index;
   set_abilities(link, port);
+  port.num_link_changes = link.carrier_changes;
   port.is_created = is_created_by_command(link, if_index);
 }
 
@@ -151,6 +154,11 @@ std::vector<placed_device> in_order_of_interfaces(const std::vector<kernel_link>
 std::string vrf_of(const std::vector<kernel_link>& links, const kernel_link& link) {
   const kernel_link* const master = find_by<&kernel_link::number>(links, link.master);
   return master != nullptr && master->kind == "vrf" ? master->name : std::string();
+}
+
+device_rates rates_of(const device_counters& counted, double seconds) {
+  const auto rate = [=](uint64 count) { return static_cast<uint64>(static_cast<double>(count) / seconds); };
+  return {rate(counted.rx_bytes), rate(counted.rx_packets), rate(counted.tx_bytes), rate(counted.tx_packets)};
 }
 
 std::string host_name() {
@@ -198,7 +206,7 @@ machine kernel_source::read() {
 machine kernel_source::read_again() {
   is_listed_ = false;
   netlink_socket route(NETLINK_ROUTE);
-  links_ = read_links(route);
+  note_link_changes(std::exchange(links_, read_links(route)));
   if (find_link(links_, management_) == nullptr) management_ = default_route_device(route);
   mapped_ = map(links_, management_);
   baselines_.read();
@@ -211,13 +219,16 @@ machine kernel_source::read_again() {
 machine kernel_source::model_of_devices() const {
   machine made = machine_of_devices(links_, mapped_);
   made.name = name();
+  for (const auto& [number, changed_sec] : link_changed_sec_)
+    if (const mapped_device* const it = find_by<&mapped_device::number>(mapped_, number))
+      made.find(it->if_index)->link_change_sec = changed_sec;
   return made;
 }
 
 // The counters of the devices, as they were read last.
 void kernel_source::take_readings() {
   details_.begin(links_, mapped_);
-  counted_.clear();
+  keep_reading();
   counted_.reserve(mapped_.size());
   for_each_mapped(links_, mapped_, [&](const mapped_device& it, const kernel_link& link) {
     counted_.push_back(reading_of(link, it.if_index));
@@ -260,6 +271,24 @@ bool kernel_source::count_again() {
   }
   take_readings();
   return true;
+}
+
+// A device that counts less than before is another one with the same number.
+void kernel_source::note_link_change(const kernel_link& before, const kernel_link& now) {
+  if (!before.carrier_changes || !now.carrier_changes || *now.carrier_changes == *before.carrier_changes) return;
+  if (*now.carrier_changes > *before.carrier_changes)
+    link_changed_sec_[now.number] = static_cast<uint32>(clock_now());
+  else
+    link_changed_sec_.erase(now.number);
+}
+
+void kernel_source::note_link_changes(const std::vector<kernel_link>& before) {
+  for (const kernel_link& it : before) {
+    if (const kernel_link* const now = find_link(links_, it.number))
+      note_link_change(it, *now);
+    else
+      link_changed_sec_.erase(it.number);
+  }
 }
 
 std::vector<mapped_device> kernel_source::map(const std::vector<kernel_link>& links, uint32 management) {
@@ -357,14 +386,47 @@ void kernel_source::complete(interface& port, detail needed) { details_.complete
 
 bool kernel_source::knows_all_fields() const { return false; }
 
-bool kernel_source::update_statistics(interface& port, uint32 now_sec) {
+// Few readings cover the minute, so that they take little memory.
+void kernel_source::keep_reading() {
+  constexpr double kAverageSeconds = 60, kDistanceSeconds = 5;
+  const double now_sec = clock_now_exactly();
+  if (!earlier_.empty() && earlier_.back().at_sec > now_sec) earlier_.clear();  // the clock was moved back
+  const bool is_first = earlier_.empty() || counted_sec_ >= earlier_.back().at_sec + kDistanceSeconds;
+  if (counted_sec_ != 0 && counted_sec_ <= now_sec && is_first) earlier_.push_back({counted_sec_, std::move(counted_)});
+  while (earlier_.size() > 1 && earlier_[1].at_sec <= now_sec - kAverageSeconds) earlier_.pop_front();
+  counted_.clear();
+  counted_sec_ = now_sec;
+}
+
+const kernel_source::device_reading* kernel_source::counter_reading::find(const device_reading& of) const {
+  const device_reading* const found = find_by<&device_reading::if_index>(counted, of.if_index);
+  return found != nullptr && found->number == of.number ? found : nullptr;
+}
+
+// Since the earliest reading of the device as it is now. Within a second a rate says little.
+std::optional<kernel_source::measurement> kernel_source::measured(const device_reading& now) const {
+  for (const counter_reading& it : earlier_) {
+    const device_reading* const then = it.find(now);
+    const double seconds = counted_sec_ - it.at_sec;
+    if (then == nullptr || seconds < 1) continue;
+    if (const auto counted = counted_since(now.counted, then->counted)) return measurement{*counted, seconds};
+  }
+  return std::nullopt;
+}
+
+std::optional<double> kernel_source::rate_seconds() const {
+  const double seconds = earlier_.empty() ? 0 : counted_sec_ - earlier_.front().at_sec;
+  return seconds >= 1 ? std::optional(seconds) : std::nullopt;
+}
+
+bool kernel_source::update_statistics(interface& port, uint32) {
   const device_reading* const found = find_reading(port.if_index);
   if (found == nullptr) return false;
   const device_reading& reading = *found;
-  device_memory& memory = memory_[port.if_index];
-  memory.look(now_sec, reading.counted);
-  take_device_counters(counted_since(reading.counted, reading.cleared_at).value_or(reading.counted), memory.rates(),
-                       port.stats);
+  const std::optional<measurement> recent = measured(reading);
+  take_device_counters(counted_since(reading.counted, reading.cleared_at).value_or(reading.counted),
+                       recent ? rates_of(recent->counted, recent->seconds) : device_rates(), port.stats);
+  port.stats.rates_of_sec = recent ? std::optional(recent->seconds) : std::nullopt;
   port.stats.last_clear_sec = reading.cleared_sec;
   port.stats.is_cleared_here = reading.cleared_sec != 0;
   return true;
@@ -457,6 +519,16 @@ uint32 kernel_source::restore_interface(machine& model, const interface& deleted
 std::unique_ptr<table_reader> kernel_source::open_table(const machine&, table_id table,
                                                         const std::vector<if_index_t>& interfaces) {
   return open_kernel_table(table, table_devices(links_, mapped_, interfaces));
+}
+
+std::unique_ptr<event_reader> kernel_source::open_events() {
+  return open_kernel_events([this](const std::vector<kernel_link>& links) { return map(links, management_); },
+                            [this](const kernel_link& now) {
+                              kernel_link* const known = find_link(links_, now.number);
+                              if (known == nullptr) return;
+                              note_link_change(*known, now);
+                              known->carrier_changes = now.carrier_changes;
+                            });
 }
 
 kernel_device kernel_source::device_named(const mapped_device& it) const {

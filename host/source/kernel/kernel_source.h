@@ -1,6 +1,7 @@
 // The machine that the shell runs on, as a switch: its devices, addresses and counters from the kernel.
 #pragma once
 
+#include <deque>
 #include <map>
 #include <optional>
 #include <span>
@@ -42,6 +43,7 @@ class kernel_source : public switch_source {
   bool update_statistics(interface& port, uint32 now_sec) override;
   void clear_counters(interface& port, uint32 now_sec) override;
   bool counts_at_refresh() const override;
+  std::optional<double> rate_seconds() const override;
   std::optional<std::string> baseline_file() const override;
   int write_baselines() override;
   uint32 check_settings(const interface& port, const port_settings& before) const override;
@@ -54,6 +56,7 @@ class kernel_source : public switch_source {
   uint32 restore_interface(machine& model, const interface& deleted) override;
   std::unique_ptr<table_reader> open_table(const machine& model, table_id table,
                                            const std::vector<if_index_t>& interfaces) override;
+  std::unique_ptr<event_reader> open_events() override;
   std::optional<std::vector<kernel_device>> devices() const override;
   std::optional<kernel_system> system() const override;
   bool may_have_device(std::string_view name) const override;
@@ -83,6 +86,27 @@ class kernel_source : public switch_source {
     uint32 cleared_sec = 0;
   };
 
+  // The counters at a moment.
+  struct counter_reading {
+    double at_sec = 0;                    // since 1970
+    std::vector<device_reading> counted;  // sorted by interface
+
+    const device_reading* find(const device_reading& of) const;  // of the same device
+  };
+
+  // Stores when the session sees that the link of a device changed.
+  void note_link_change(const kernel_link& before, const kernel_link& now);
+  void note_link_changes(const std::vector<kernel_link>& before);
+
+  // What a device counted in a time.
+  struct measurement {
+    device_counters counted;
+    double seconds;
+  };
+
+  void keep_reading();
+  std::optional<measurement> measured(const device_reading& now) const;
+
   kernel_device device_named(const mapped_device& it) const;
   machine read_again();
   machine model_of_devices() const;
@@ -104,8 +128,10 @@ class kernel_source : public switch_source {
                            // long as it exists, also when its route is lost; 0: none
   std::vector<kernel_link> links_;
   std::vector<mapped_device> mapped_;
-  std::vector<device_reading> counted_;         // as the kernel reported it last, sorted by interface
-  std::map<if_index_t, device_memory> memory_;  // for rates
+  std::vector<device_reading> counted_;        // as the kernel reported it last, sorted by interface
+  double counted_sec_ = 0;                     // when it did
+  std::deque<counter_reading> earlier_;        // for rates: of the last minute, and one that is older
+  std::map<uint32, uint32> link_changed_sec_;  // by the device's number; of changes that the session saw
   std::map<if_index_t, port_settings> at_start_;
   counter_baselines baselines_;
   device_details details_;

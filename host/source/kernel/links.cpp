@@ -31,6 +31,7 @@ constexpr message_policy kLinkPolicy = {
     {IFLA_OPERSTATE, attribute_type::number, sizeof(uint8)},
     {IFLA_MASTER, attribute_type::number, sizeof(uint32)},
     {IFLA_LINK, attribute_type::number, sizeof(uint32)},
+    {IFLA_LINK_NETNSID, attribute_type::number, sizeof(int32)},
     {IFLA_CARRIER_CHANGES, attribute_type::number, sizeof(uint32)},
     {IFLA_ADDRESS, attribute_type::bytes, sizeof(mac_address)},
     {IFLA_PERM_ADDRESS, attribute_type::bytes, sizeof(mac_address), sizeof(mac_address)},
@@ -39,12 +40,6 @@ constexpr message_policy kLinkPolicy = {
     {IFLA_PROP_LIST, attribute_type::nest, 0},
 };
 constexpr message_policy kPropertyPolicy = {{IFLA_ALT_IFNAME, attribute_type::bytes, 1}};
-constexpr message_policy kInfoPolicy = {
-    {IFLA_INFO_KIND, attribute_type::text, 1},
-    {IFLA_INFO_SLAVE_KIND, attribute_type::text, 1},
-    {IFLA_INFO_DATA, attribute_type::nest, 0},
-    {IFLA_INFO_SLAVE_DATA, attribute_type::nest, 0},
-};
 constexpr message_policy kVlanDevicePolicy = {{IFLA_VLAN_ID, attribute_type::number, sizeof(uint16)}};
 constexpr message_policy kVxlanPolicy = {
     {IFLA_VXLAN_ID, attribute_type::number, sizeof(uint32)},
@@ -90,11 +85,12 @@ void take_link(const attributes& all, kernel_link& link) {
   link.operation = all.number<uint8>(IFLA_OPERSTATE).value_or(0);
   link.master = all.number<uint32>(IFLA_MASTER).value_or(0);
   link.parent = all.number<uint32>(IFLA_LINK).value_or(0);
-  link.carrier_changes = all.number<uint32>(IFLA_CARRIER_CHANGES).value_or(0);
+  link.carrier_changes = all.number<uint32>(IFLA_CARRIER_CHANGES);
   if (const auto mac = all.bytes(IFLA_ADDRESS)) link.mac = record_of<mac_address>(*mac);
   if (const auto mac = all.bytes(IFLA_PERM_ADDRESS)) link.permanent_mac = record_of<mac_address>(*mac);
   if (const auto stats = all.bytes(IFLA_STATS64)) link.counted = counters_of(*stats);
-  take_info(all.nested(IFLA_LINKINFO, kInfoPolicy), link);
+  take_info(all.nested(IFLA_LINKINFO, kLinkInfoPolicy), link);
+  if (all.number<int32>(IFLA_LINK_NETNSID)) link.parent = 0;  // the number is one of another namespace
   all.nested(IFLA_PROP_LIST, kPropertyPolicy).for_each(IFLA_ALT_IFNAME, [&link](std::span<const uint8> name) {
     link.alternative_names.emplace_back(name.begin(), std::find(name.begin(), name.end(), 0));
   });
@@ -117,25 +113,6 @@ void take_vlan(const bridge_vlan_info& info, kernel_link& link, uint16& range_be
 }
 
 // ---- The dumps ------------------------------------------------------------------------------------------------------
-
-// This dump includes the counters, all that RTM_GETSTATS would report: no second request is needed.
-std::vector<kernel_link> dump_links(netlink_socket& route) {
-  constexpr std::size_t kUsuallyEnough = 4096;  // unused room costs nothing, growing does
-  std::vector<kernel_link> links;
-  links.reserve(kUsuallyEnough);
-  netlink_request request(RTM_GETLINK, NLM_F_DUMP);
-  request.extra<ifinfomsg>().ifi_family = AF_UNSPEC;
-  mnl_attr_put_u32(&request.head(), IFLA_EXT_MASK, RTEXT_FILTER_SKIP_STATS);  // of IPv6; the device's own are needed
-  const int error = route.ask(
-      request,
-      [&links](const nlmsghdr& message) {
-        if (auto link = decode_link(message)) links.push_back(std::move(*link));
-      },
-      [&links] { links.clear(); });
-  if (error != 0) throw kernel_error(std::string("cannot read the devices of the kernel: ") + std::strerror(error));
-  sort_by<&kernel_link::number>(links);
-  return links;
-}
 
 void dump_bridge_vlans(netlink_socket& route, std::vector<kernel_link>& links) {
   netlink_request request(RTM_GETLINK, NLM_F_DUMP);
@@ -265,8 +242,27 @@ const kernel_link* find_link(const std::vector<kernel_link>& links, uint32 numbe
   return find_by<&kernel_link::number>(links, number);
 }
 
+// This dump includes the counters, all that RTM_GETSTATS would report: no second request is needed.
+std::vector<kernel_link> read_devices(netlink_socket& route) {
+  constexpr std::size_t kUsuallyEnough = 4096;  // unused room costs nothing, growing does
+  std::vector<kernel_link> links;
+  links.reserve(kUsuallyEnough);
+  netlink_request request(RTM_GETLINK, NLM_F_DUMP);
+  request.extra<ifinfomsg>().ifi_family = AF_UNSPEC;
+  mnl_attr_put_u32(&request.head(), IFLA_EXT_MASK, RTEXT_FILTER_SKIP_STATS);  // of IPv6; the device's own are needed
+  const int error = route.ask(
+      request,
+      [&links](const nlmsghdr& message) {
+        if (auto link = decode_link(message)) links.push_back(std::move(*link));
+      },
+      [&links] { links.clear(); });
+  if (error != 0) throw kernel_error(std::string("cannot read the devices of the kernel: ") + std::strerror(error));
+  sort_by<&kernel_link::number>(links);
+  return links;
+}
+
 std::vector<kernel_link> read_links(netlink_socket& route) {
-  std::vector<kernel_link> links = dump_links(route);
+  std::vector<kernel_link> links = read_devices(route);
   const bool has_bridge =
       std::any_of(links.begin(), links.end(), [](const kernel_link& link) { return link.slave_kind == "bridge"; });
   if (has_bridge) dump_bridge_vlans(route, links);

@@ -1,6 +1,8 @@
 // The network devices of the kernel, from its dumps.
 #pragma once
 
+#include <linux/if_link.h>
+
 #include <array>
 #include <bitset>
 #include <optional>
@@ -10,6 +12,7 @@
 
 #include "platform/types.h"
 #include "source/kernel/netlink.h"
+#include "source/kernel/policy.h"
 #include "switch/kernel_device.h"
 #include "switch/model.h"
 
@@ -45,7 +48,7 @@ struct kernel_link {
   std::optional<uint32> vxlan;  // network identifier of a VXLAN device
   bool is_tap = false;          // of a device of kind "tun": with frames, not packets
   std::vector<std::string> alternative_names;
-  uint32 carrier_changes = 0;
+  std::optional<uint32> carrier_changes;
   std::optional<uint8> bridge_state;  // BR_STATE_*
   device_counters counted;
 
@@ -60,6 +63,14 @@ struct kernel_link {
   link_modes supported, advertised, partner;
   std::optional<pause_settings> pause;
   std::vector<ip_address> addresses;
+};
+
+// Of IFLA_LINKINFO.
+inline constexpr message_policy kLinkInfoPolicy = {
+    {IFLA_INFO_KIND, attribute_type::text, 1},
+    {IFLA_INFO_SLAVE_KIND, attribute_type::text, 1},
+    {IFLA_INFO_DATA, attribute_type::nest, 0},
+    {IFLA_INFO_SLAVE_DATA, attribute_type::nest, 0},
 };
 
 // Decoders of single messages; a truncated attribute is ignored.
@@ -84,6 +95,9 @@ uint32 decode_default_route(const nlmsghdr& message);
 // All devices, sorted by number: one dump per type of message. Throws kernel_error when the devices cannot be read;
 // other values that the kernel does not report are omitted.
 std::vector<kernel_link> read_links(netlink_socket& route);
+
+// The same without what other messages report: VLANs of bridges, addresses and settings.
+std::vector<kernel_link> read_devices(netlink_socket& route);
 
 // Whether a device has this name, or it as an alternative one; true when the kernel does not say.
 bool has_device_named(netlink_socket& route, std::string_view name);

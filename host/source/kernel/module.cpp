@@ -15,8 +15,11 @@ constexpr module_place kIdentity = {0x50, 0, 0};
 constexpr module_place kSfpDiagnostics = {0x51, 0, 0};
 constexpr module_place kQsfpIdentity = {0x50, 0, 128};
 constexpr module_place kQsfpLimits = {0x50, 3, 128};
+constexpr module_place kCmisAbilities = {0x50, 1, 128};
+constexpr module_place kCmisLimits = {0x50, 2, 128};
+constexpr module_place kCmisLanes = {0x50, 0x11, 128};
 
-enum class page_layout { none, sfp, qsfp };
+enum class page_layout { none, sfp, qsfp, cmis };
 
 // By the first byte of the memory.
 page_layout layout_of(uint8 identifier) {
@@ -30,6 +33,12 @@ page_layout layout_of(uint8 identifier) {
     case 0x0D:  // QSFP+
     case 0x11:  // QSFP28
       return page_layout::qsfp;
+    case 0x18:  // QSFP-DD
+    case 0x19:  // OSFP
+    case 0x1B:  // DSFP
+    case 0x1E:  // QSFP+ by CMIS
+    case 0x1F:  // SFP-DD by CMIS
+      return page_layout::cmis;
     default: return page_layout::none;
   }
 }
@@ -100,6 +109,34 @@ std::vector<uint8> sfp_page_of(const std::vector<uint8>& qsfp, bool has_diagnost
   page[kSfpDiagnosticsType] = has_diagnostics ? kInternalDiagnostics : uint8{0};
   page[kBaseSumAt] = moved_sum(qsfp, page, 0, kBaseSumAt);
   page[kExtendedSumAt] = moved_sum(qsfp, page, 64, kExtendedSumAt);
+  return page;
+}
+
+// ---- The identity of a module by CMIS -------------------------------------------------------------------------------
+
+constexpr moved_field kCmisFields[] = {
+    {0, 0, 1},     // identifier
+    {75, 2, 1},    // connector
+    {1, 20, 16},   // vendor
+    {17, 37, 3},   // its OUI
+    {20, 40, 16},  // part number
+    {36, 56, 2},   // revision
+    {38, 68, 16},  // serial number
+    {54, 84, 8},   // date
+};
+constexpr std::size_t kCmisSumAt = 94;
+
+// One sum is over the whole identity.
+std::vector<uint8> sfp_page_of_cmis(const std::vector<uint8>& upper, bool has_diagnostics) {
+  if (upper.empty()) return {};
+  std::vector<uint8> page(kModulePageBytes);
+  std::fill_n(page.begin() + kRevisionAt, kRevisionBytes, uint8{' '});
+  for (const moved_field& field : kCmisFields)
+    for (std::size_t i = 0; i < field.size; ++i) page[field.to + i] = byte_at(upper, field.from + i);
+  page[kSfpDiagnosticsType] = has_diagnostics ? kInternalDiagnostics : uint8{0};
+  const uint8 fault = sum(upper, 0, kCmisSumAt) == byte_at(upper, kCmisSumAt) ? 0 : 1;
+  page[kBaseSumAt] = static_cast<uint8>(sum(page, 0, kBaseSumAt) + fault);
+  page[kExtendedSumAt] = static_cast<uint8>(sum(page, 64, kExtendedSumAt) + fault);
   return page;
 }
 
@@ -179,6 +216,17 @@ constexpr quantity_places kSfpLimits = {0, 8, 16, 24, 32};
 constexpr quantity_places kQsfpValues = {22, 26, 42, 50, 34};    // of the lower half
 constexpr quantity_places kQsfpLimitsOf3 = {0, 16, 56, 64, 48};  // of page 3
 constexpr std::size_t kSfpValuesEnd = 106, kQsfpValuesEnd = 58;
+constexpr std::size_t kQsfpLanes = 4, kMostCmisLanes = 8;
+
+// The first lane is at the offsets, each other one behind the one before.
+std::vector<optical_lane> lanes_at(const std::vector<uint8>& page, std::size_t count, std::size_t bias, std::size_t tx,
+                                   std::size_t rx, uint32 bias_factor) {
+  std::vector<optical_lane> lanes;
+  for (std::size_t at = 0; at < count * 2; at += 2)
+    lanes.push_back({microamperes(word_at(page, bias + at)) * bias_factor, microwatts(word_at(page, tx + at)),
+                     microwatts(word_at(page, rx + at))});
+  return lanes;
+}
 
 void take_values(const std::vector<uint8>& page, const quantity_places& at, const calibrations& by,
                  optical_diagnostics& to) {
@@ -245,10 +293,71 @@ void read_qsfp_diagnostics(const page_reader& read, transceiver& module) {
   to.is_silent = lower.size() < kQsfpValuesEnd || (lower[kStatus] & kNotReady) != 0;
   if (to.is_silent) return;
   take_values(lower, kQsfpValues, {}, to);
+  to.lanes = lanes_at(lower, kQsfpLanes, kQsfpValues.bias, kQsfpValues.tx, kQsfpValues.rx, 1);
   module.has_rx_loss = (lower[kLosses] & kReceivers) != 0;
   module.has_tx_fault = (lower[kFaults] & kTransmitters) != 0;
   const bool has_limits = (lower[kStatus] & kHasNoPages) == 0;
   take_limits(has_limits ? read(kQsfpLimits) : std::vector<uint8>{}, kQsfpLimitsOf3, {}, to);
+}
+
+// ---- Diagnostics by CMIS --------------------------------------------------------------------------------------------
+
+// Offsets in the lower half, and in upper pages from their first byte.
+constexpr std::size_t kCmisRevision = 2, kCmisTemperature = 14, kCmisVoltage = 16, kCmisLaneCounts = 88;
+constexpr std::size_t kCmisMonitors = 160 - 128, kCmisTxFaults = 135 - 128, kCmisRxLosses = 147 - 128;
+constexpr std::size_t kCmisLaneTx = 154 - 128, kCmisLaneBias = 170 - 128, kCmisLaneRx = 186 - 128;
+constexpr std::size_t kCmisLanesEnd = 202 - 128;
+constexpr quantity_places kCmisLimitPlaces = {0, 8, 184 - 128, 176 - 128, 192 - 128};
+
+bool has_cmis_values(const std::vector<uint8>& lower) {
+  return word_at(lower, kCmisTemperature) != 0 || word_at(lower, kCmisVoltage) != 0;
+}
+
+bool has_cmis_pages(const std::vector<uint8>& lower) { return (byte_at(lower, kCmisRevision) & 0x80) == 0; }
+
+// Media lanes of the first application.
+std::size_t cmis_lane_count(const std::vector<uint8>& lower) {
+  const std::size_t count = byte_at(lower, kCmisLaneCounts) & 0x0FU;
+  return count >= 1 && count <= kMostCmisLanes ? count : kMostCmisLanes;
+}
+
+// The unit of bias is 2 uA times a power of 2.
+uint32 cmis_bias_factor(const std::vector<uint8>& abilities) {
+  const uint32 power = byte_at(abilities, kCmisMonitors) >> 3 & 3U;
+  return power < 3 ? 1U << power : 1U;
+}
+
+void take_cmis_lanes(const page_reader& read, const std::vector<uint8>& lower, transceiver& module) {
+  const std::vector<uint8> page = read(kCmisLanes);
+  if (page.size() < kCmisLanesEnd) return;
+  const uint32 factor = cmis_bias_factor(read(kCmisAbilities));
+  const std::size_t count = cmis_lane_count(lower);
+  const auto mask = static_cast<uint8>((1U << count) - 1);
+  optical_diagnostics& to = module.diagnostics;
+  to.lanes = lanes_at(page, count, kCmisLaneBias, kCmisLaneTx, kCmisLaneRx, factor);
+  to.bias_ua = to.lanes.front().bias_ua;
+  to.tx_uw = to.lanes.front().tx_uw;
+  to.rx_uw = to.lanes.front().rx_uw;
+  if (count == 1) to.lanes.clear();
+  module.has_tx_fault = (page[kCmisTxFaults] & mask) != 0;
+  module.has_rx_loss = (page[kCmisRxLosses] & mask) != 0;
+  take_limits(read(kCmisLimits), kCmisLimitPlaces, {}, to);
+  for (uint32& limit : to.bias_limits_ua) limit *= factor;
+}
+
+void read_cmis_diagnostics(const page_reader& read, transceiver& module) {
+  if (byte_at(module.eeprom, kSfpDiagnosticsType) == 0) return;
+  optical_diagnostics& to = module.diagnostics;
+  to.calibration = 1;
+  to.is_measured = true;
+  const std::vector<uint8> lower = read(kIdentity);
+  to.is_silent = lower.size() < kModulePageBytes;
+  if (to.is_silent) return;
+  take_limits({}, kCmisLimitPlaces, {}, to);
+  to.temperature_mc = millidegrees(plain_signed(word_at(lower, kCmisTemperature)));
+  to.voltage_uv = microvolts(word_at(lower, kCmisVoltage));
+  to.bias_ua = to.tx_uw = to.rx_uw = 0;
+  if (has_cmis_pages(lower)) take_cmis_lanes(read, lower, module);
 }
 
 }  // namespace
@@ -261,6 +370,7 @@ std::optional<transceiver> read_module(const page_reader& read) {
   switch (layout_of(page.front())) {
     case page_layout::sfp: module.eeprom = std::move(page); break;
     case page_layout::qsfp: module.eeprom = sfp_page_of(read(kQsfpIdentity), has_qsfp_values(page)); break;
+    case page_layout::cmis: module.eeprom = sfp_page_of_cmis(read(kQsfpIdentity), has_cmis_values(page)); break;
     case page_layout::none: break;
   }
   module.supported = !module.eeprom.empty();
@@ -273,6 +383,7 @@ void read_module_diagnostics(const page_reader& read, transceiver& module) {
   const page_layout layout = layout_of(module.eeprom.front());
   if (layout == page_layout::sfp) read_sfp_diagnostics(read, module);
   if (layout == page_layout::qsfp) read_qsfp_diagnostics(read, module);
+  if (layout == page_layout::cmis) read_cmis_diagnostics(read, module);
 }
 
 }  // namespace host

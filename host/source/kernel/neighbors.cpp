@@ -76,21 +76,31 @@ std::optional<ip_address> whole_address_in(const attributes& all) {
 
 }  // namespace
 
-// Entries that need no resolution, such as those of groups, are no neighbors.
-void decode_neighbor_row(const nlmsghdr& message, const table_devices& devices, std::vector<table_row>& rows) {
-  const auto parsed = parse_neighbor(message, devices);
+std::optional<neighbor_row> neighbor_in_message(const nlmsghdr& message) {
+  const bool is_of_neighbor = message.nlmsg_type == RTM_NEWNEIGH || message.nlmsg_type == RTM_DELNEIGH;
+  const auto parsed = is_of_neighbor ? parse<ndmsg>(message, kNeighborPolicy) : std::nullopt;
   const auto address = parsed ? whole_address_in(parsed->all) : std::nullopt;
-  if (!address || parsed->head.ndm_state == NUD_NONE || (parsed->head.ndm_state & NUD_NOARP) != 0 ||
-      address->is_ipv6 != (parsed->head.ndm_family == AF_INET6))
-    return;
+  if (!address || parsed->head.ndm_family != (address->is_ipv6 ? AF_INET6 : AF_INET)) return std::nullopt;
   neighbor_row row;
-  row.device = devices.row_of(static_cast<uint32>(parsed->head.ndm_ifindex));
+  row.device.number = static_cast<uint32>(parsed->head.ndm_ifindex);
   row.address = *address;
   row.mac = mac_in(parsed->all);
   row.state = word_of_state(parsed->head.ndm_state);
   row.flags = words_of_flags(parsed->head.ndm_flags, kNeighborFlags);
   if (const auto ages = ages_in(parsed->all)) row.age_seconds = seconds_of(ages->ndm_confirmed);
-  rows.emplace_back(std::move(row));
+  return row;
+}
+
+bool is_neighbor(const nlmsghdr& message) {
+  const uint16 state = record_of<ndmsg>(payload_of(message)).ndm_state;
+  return state != NUD_NONE && (state & NUD_NOARP) == 0;
+}
+
+void decode_neighbor_row(const nlmsghdr& message, const table_devices& devices, std::vector<table_row>& rows) {
+  auto row = message.nlmsg_type == RTM_NEWNEIGH && is_neighbor(message) ? neighbor_in_message(message) : std::nullopt;
+  if (!row || !devices.is_requested(row->device.number)) return;
+  row->device = devices.row_of(row->device.number);
+  rows.emplace_back(std::move(*row));
 }
 
 void decode_forwarding_row(const nlmsghdr& message, const table_devices& devices, std::vector<table_row>& rows) {

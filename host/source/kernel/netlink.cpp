@@ -39,13 +39,13 @@ std::span<const char> complete_messages(std::span<const char> datagram) {
   return datagram.first(datagram.size() - left.size());
 }
 
-// The first text among complete messages.
+// The first text among messages.
 std::string words_among(std::span<const char> messages) {
-  int left = static_cast<int>(messages.size());
-  for (const auto* at = reinterpret_cast<const nlmsghdr*>(messages.data()); mnl_nlmsg_ok(at, left);
-       at = mnl_nlmsg_next(at, &left))
-    if (std::string words = extack_message(*at); !words.empty()) return words;
-  return {};
+  std::string words;
+  visit_messages(messages, [&words](const nlmsghdr& message) {
+    if (words.empty()) words = extack_message(message);
+  });
+  return words;
 }
 
 bool is_worth_another_try(int error) { return error == EINTR || error == ENOBUFS; }
@@ -56,6 +56,7 @@ class socket_channel : public kernel_channel {
  public:
   explicit socket_channel(mnl_socket* socket) : socket_(socket) {}
   uint32 port() const override { return mnl_socket_get_portid(socket_.get()); }
+  int descriptor() const override { return mnl_socket_get_fd(socket_.get()); }
   int send(const nlmsghdr& request) override {
     return mnl_socket_sendto(socket_.get(), &request, request.nlmsg_len) < 0 ? errno : 0;
   }
@@ -97,6 +98,24 @@ std::unique_ptr<kernel_channel> open_socket(int bus) {
   return channel;
 }
 
+// A group that the kernel does not have publishes nothing. A large buffer loses less: without the capability for it the
+// kernel grants a part.
+std::unique_ptr<kernel_channel> open_subscription(int bus, std::span<const uint32> groups) {
+  constexpr int kReceiveBytes = 4 * 1024 * 1024;
+  mnl_socket* const socket = mnl_socket_open2(bus, SOCK_CLOEXEC | SOCK_NONBLOCK);
+  if (socket == nullptr) return nullptr;
+  auto channel = std::make_unique<socket_channel>(socket);
+  const int number = channel->descriptor();
+  if (setsockopt(number, SOL_SOCKET, SO_RCVBUFFORCE, &kReceiveBytes, sizeof kReceiveBytes) != 0)
+    setsockopt(number, SOL_SOCKET, SO_RCVBUF, &kReceiveBytes, sizeof kReceiveBytes);
+  if (mnl_socket_bind(socket, 0, MNL_SOCKET_AUTOPID) < 0) return nullptr;
+  for (const uint32 group : groups) {
+    auto joined = static_cast<int>(group);
+    mnl_socket_setsockopt(socket, NETLINK_ADD_MEMBERSHIP, &joined, sizeof joined);
+  }
+  return channel;
+}
+
 int ask_by_ioctl(const std::string& device, void* command) {
   ifreq request{};
   if (device.size() >= sizeof request.ifr_name) return ENODEV;
@@ -126,8 +145,16 @@ std::string extack_message(const nlmsghdr& message) {
   return parse(rest.subspan(NLMSG_ALIGN(omitted)), kExtackPolicy).text(NLMSGERR_ATTR_MSG).value_or("");
 }
 
+void visit_messages(std::span<const char> datagram, const message_visitor& visit) {
+  const std::span<const char> messages = complete_messages(datagram);
+  int left = static_cast<int>(messages.size());
+  for (const auto* at = reinterpret_cast<const nlmsghdr*>(messages.data()); mnl_nlmsg_ok(at, left);
+       at = mnl_nlmsg_next(at, &left))
+    visit(*at);
+}
+
 kernel_io& the_kernel_io() {
-  static kernel_io gate = {open_socket, ask_by_ioctl};
+  static kernel_io gate = {open_socket, ask_by_ioctl, ask_lldpd, open_subscription};
   return gate;
 }
 

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/types.h"
+#include "source/kernel/lldp.h"
 
 namespace host {
 
@@ -57,16 +58,25 @@ class kernel_channel {
   virtual uint32 port() const = 0;
   virtual int send(const nlmsghdr& request) = 0;                // 0 or an errno
   virtual ssize_t receive(std::span<char> to, int& error) = 0;  // bytes of a datagram; -1 with an errno
+  virtual int descriptor() const { return -1; }                 // to wait for a datagram; -1: there is none
 };
 
-// Requests to the kernel. Tests replace them with a recording.
+// Requests to the kernel, and to the daemon that speaks LLDP for it. Tests replace them with a recording.
 struct kernel_io {
   std::unique_ptr<kernel_channel> (*open)(int bus);                // null with errno
   int (*ethtool_ioctl)(const std::string& device, void* command);  // 0 or an errno
+  lldp_answer (*lldp_neighbors)();
+
+  // A channel for what the kernel publishes to these groups, whose receive() does not wait: EAGAIN. Null with errno.
+  // Without the function nothing is published.
+  std::unique_ptr<kernel_channel> (*subscribe)(int bus, std::span<const uint32> groups) = nullptr;
 };
 kernel_io& the_kernel_io();
 
 using message_visitor = std::function<void(const nlmsghdr&)>;
+
+// Visits the complete messages at the start of a datagram.
+void visit_messages(std::span<const char> datagram, const message_visitor& visit);
 
 class netlink_socket {
  public:

@@ -90,6 +90,8 @@ std::unique_ptr<table_reader> open_kernel_table(table_id table, table_devices de
     case table_id::bridge_ports: return read_bridge_ports(std::move(devices));
     case table_id::driver_counters: return read_driver_counter_table(std::move(devices));
     case table_id::hardware: return read_hardware_table(std::move(devices));
+    case table_id::lldp_neighbors: return read_lldp_table(std::move(devices));
+    case table_id::optical_violations: break;
   }
   return nullptr;
 }

@@ -58,6 +58,13 @@ std::unique_ptr<table_reader> open_kernel_table(table_id table, table_devices de
 
 // ---- Decoders of single messages ------------------------------------------------------------------------------------
 
+// An address or a neighbor of a message about one, also about its end; its device has a number only.
+std::optional<address_row> address_in_message(const nlmsghdr& message);
+std::optional<neighbor_row> neighbor_in_message(const nlmsghdr& message);
+
+// Whether an entry is a neighbor: those that need no resolution, such as those of groups, are none.
+bool is_neighbor(const nlmsghdr& message);
+
 void decode_address_row(const nlmsghdr& message, const table_devices& devices, std::vector<table_row>& rows);
 void decode_neighbor_row(const nlmsghdr& message, const table_devices& devices, std::vector<table_row>& rows);
 void decode_forwarding_row(const nlmsghdr& message, const table_devices& devices, std::vector<table_row>& rows);
@@ -87,6 +94,9 @@ std::unique_ptr<table_reader> read_bridge_ports(table_devices devices);
 std::vector<table_row> driver_counter_rows(const table_device& device);
 std::unique_ptr<table_reader> read_driver_counter_table(table_devices devices);
 std::unique_ptr<table_reader> read_hardware_table(table_devices devices);
+
+// Neighbors by lldpd, in the order of devices.
+std::unique_ptr<table_reader> read_lldp_table(table_devices devices);
 
 // Words of the bits in `flags`, in the order of `words`, separated by commas.
 struct flag_word {

@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <linux/netlink.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -258,16 +259,10 @@ const folder_reader::line_row folder_reader::kLines[8] = {
     {"answer", 9, &folder_reader::read_answer},         {"end", 2, &folder_reader::read_end},
 };
 
-std::string joined(const std::vector<std::string>& faults) {
-  std::string text;
-  for (const std::string& fault : faults) text.append(text.empty() ? "" : "\n").append(fault);
-  return text;
-}
-
 }  // namespace
 
 capture_folder_error::capture_folder_error(std::vector<std::string> all)
-    : std::runtime_error(joined(all)), faults(std::move(all)) {}
+    : std::runtime_error(fmt::format("{}", fmt::join(all, "\n"))), faults(std::move(all)) {}
 
 capture_folder read_capture_folder(const std::string& directory) { return folder_reader(directory).read(); }
 

@@ -86,6 +86,11 @@ int ask_replayed(const std::string& device, void* command) {
   return answer.error;
 }
 
+lldp_answer ask_replayed_lldpd() {
+  const captured_answer& answer = answer_to(request_of_lldp());
+  return {answer.error, read_lldp_text(answer.bytes)};
+}
+
 std::FILE* open_replayed_table() {
   const captured_answer* const answer = find_answer(request_of_table());
   if (answer == nullptr || answer->bytes.empty()) return nullptr;
@@ -105,7 +110,7 @@ uint32 read_only_status() { return status_of_text("the switch is replayed from a
 replay_source::replay_source(capture_folder folder)
     : folder_(std::move(folder)), before_(the_kernel_io()), table_before_(the_kernel_table_opener()) {
   the_replay = {&folder_, {}};
-  the_kernel_io() = {open_replayed, ask_replayed};
+  the_kernel_io() = {open_replayed, ask_replayed, ask_replayed_lldpd};
   the_kernel_table_opener() = open_replayed_table;
 }
 

@@ -74,13 +74,13 @@ struct mask_case {
 };
 
 // Other bits of the low word are listed as type 0.
-constexpr mask_case kMasks[] = {
+constexpr mask_case kKindMasks[] = {
     {0x1, 1},  {0x40000, 1}, {0x80000, 1},     {0x2, 2},     {0x800000, 26},
     {0x80, 5}, {0x8, 11},    {0x2000000, 254}, {0x4000, 20}, {0x10000000, 31},
 };
 
 if_index_type_t listed_type(interface_mask_t mask) {
-  for (const mask_case& known : kMasks)
+  for (const mask_case& known : kKindMasks)
     if (known.mask == mask) return known.type;
   return 0;
 }

@@ -8,9 +8,9 @@
 namespace pmcli_test {
 namespace {
 
-constexpr uint32 kMostCommand = 120;
+constexpr uint32 kLastCommand = 120;
 
-constexpr char kNoHandle[] = "cmd_paraminfo_to_rxhandle failed \n";
+constexpr char kHandleFailure[] = "cmd_paraminfo_to_rxhandle failed \n";
 
 std::string framed(const std::string& columns) {
   const std::string rule = std::string(80, '-') + "\n";
@@ -50,7 +50,7 @@ const std::string kErrors3 =
 const std::string kReceived =
     framed("Port                InOctets       InUcastPkts      InMcastPkts      InBcastPkts\n");
 const std::string kSent = framed("Port               OutOctets      OutUcastPkts     OutMcastPkts     OutBcastPkts\n");
-const std::string kAllowed = framed("Port       Vlans Allowed on Trunk\n");
+const std::string kTrunkHeader = framed("Port       Vlans Allowed on Trunk\n");
 const std::string kForwarding = framed("Port       STP Forwarding\n");
 const std::string kErrored = framed("Port       Vlans Err-disabled on Trunk\n");
 const std::string kDebounce = framed("Port          Debounce time   Value(ms)\n");
@@ -126,28 +126,28 @@ struct header_ids {
   bool for_sub_interfaces;
 };
 
-struct handler_case {
+struct header_case {
   header_handler handler;
   std::vector<header_ids> headers;  // ids that are not here have none
 };
 
-const std::vector<handler_case>& handlers() {
-  static const std::vector<handler_case> kHandlers = {
+const std::vector<header_case>& handlers() {
+  static const std::vector<header_case> kHeaderHandlers = {
       {pm_cli_show_common_header,
        {
            {2, 2, kStatus, true},          {7, 7, kCountersBrief, false},  {18, 18, kErrors1, false},
            {19, 19, kStormControl, false}, {22, 22, kDebounce, false},     {23, 23, kFlowControl, false},
            {24, 24, kStatus, true},        {25, 25, kErrDisabled, true},   {26, 28, kStatus, true},
            {32, 32, kStatus, true},        {34, 35, kFlowControl, false},  {36, 36, kMacAddress, false},
-           {37, 38, kTrunkStatus, false},  {39, 39, kAllowed, false},      {40, 40, kForwarding, false},
+           {37, 38, kTrunkStatus, false},  {39, 39, kTrunkHeader, false},  {40, 40, kForwarding, false},
            {44, 46, kReceived, false},     {47, 49, kSent, false},         {50, 51, kErrors1, false},
            {52, 54, kErrors2, false},      {55, 57, kErrors3, false},      {60, 60, kErrDisabled, true},
            {67, 69, kErrors1, false},      {70, 72, kErrors2, false},      {73, 75, kErrors3, false},
            {76, 78, kReceived, false},     {79, 81, kSent, false},         {83, 84, kStormControl, false},
-           {85, 85, kTrunkStatus, false},  {86, 86, kAllowed, false},      {87, 87, kForwarding, false},
-           {88, 88, kTrunkStatus, false},  {89, 89, kAllowed, false},      {90, 90, kForwarding, false},
-           {91, 91, kTrunkStatus, false},  {92, 92, kAllowed, false},      {93, 93, kForwarding, false},
-           {94, 94, kTrunkStatus, false},  {95, 95, kAllowed, false},      {96, 96, kForwarding, false},
+           {85, 85, kTrunkStatus, false},  {86, 86, kTrunkHeader, false},  {87, 87, kForwarding, false},
+           {88, 88, kTrunkStatus, false},  {89, 89, kTrunkHeader, false},  {90, 90, kForwarding, false},
+           {91, 91, kTrunkStatus, false},  {92, 92, kTrunkHeader, false},  {93, 93, kForwarding, false},
+           {94, 94, kTrunkStatus, false},  {95, 95, kTrunkHeader, false},  {96, 96, kForwarding, false},
            {97, 100, kErrored, false},     {101, 102, kErroredVlan, true}, {104, 104, kIfIndex, true},
        }},
       {pm_cli_show_eth_header,
@@ -168,10 +168,10 @@ const std::vector<handler_case>& handlers() {
       {pm_cli_show_loopback_header, {{4, 4, kDescription, true}, {5, 5, kLoopbackBrief, true}}},
       {pm_cli_show_mgmt_header, {{4, 4, kDescription, true}, {5, 5, kMgmtBrief, true}}},
   };
-  return kHandlers;
+  return kHeaderHandlers;
 }
 
-std::string header_text(const handler_case& shown, uint32 command, bool is_sub_interface) {
+std::string header_text(const header_case& shown, uint32 command, bool is_sub_interface) {
   std::string text;
   uint32 matches = 0;
   for (const header_ids& row : shown.headers) {
@@ -186,7 +186,7 @@ std::string header_text(const handler_case& shown, uint32 command, bool is_sub_i
 // The description header flushes by itself, and its handler once more.
 uint32 flushes(const std::string& text) { return text == kDescription ? 2 : 1; }
 
-void expect_header(const handler_case& shown, uint32 command, if_index_t first, bool is_sub_interface) {
+void expect_header(const header_case& shown, uint32 command, if_index_t first, bool is_sub_interface) {
   RecordingPlatform platform;
   intf_range_t ranges = interface_ranges({{first, first}});
   EXPECT_EQ(shown.handler(interface_command(platform, command, 2, &ranges)), 0U);
@@ -200,13 +200,13 @@ void expect_header(const handler_case& shown, uint32 command, if_index_t first, 
 
 std::vector<uint32> all_commands() {
   std::vector<uint32> commands;
-  for (uint32 command = 0; command <= kMostCommand; ++command) commands.push_back(command);
+  for (uint32 command = 0; command <= kLastCommand; ++command) commands.push_back(command);
   commands.insert(commands.end(), {255, 256, 258, 260, 261, 263, 0x10002, 0x80000005, 0xFFFFFFFF});
   return commands;
 }
 
 TEST(HeaderHandler, EachIdPrintsItsHeaderAndFlushes) {
-  for (const handler_case& shown : handlers())
+  for (const header_case& shown : handlers())
     for (const uint32 command : all_commands()) {
       SCOPED_TRACE(command);
       expect_header(shown, command, ethernet(1, 1), false);
@@ -214,7 +214,7 @@ TEST(HeaderHandler, EachIdPrintsItsHeaderAndFlushes) {
 }
 
 TEST(HeaderHandler, SomeHeadersAreSkippedForSubInterfacesAndTheHandleIsFlushedAllTheSame) {
-  for (const handler_case& shown : handlers())
+  for (const header_case& shown : handlers())
     for (const uint32 command : all_commands())
       for (const if_index_t parent : {ethernet(1, 1), port_channel(3)}) {
         SCOPED_TRACE(command);
@@ -251,7 +251,7 @@ TEST(HeaderHandler, CountOfRangesDecidesNothing) {
 // Where no interface is named, none is a sub-interface.
 TEST(HeaderHandler, WithoutAnInterfaceEveryHeaderIsPrinted) {
   const if_index_t sub = sub_interface(ethernet(1, 1), 1);
-  for (const handler_case& shown : handlers()) {
+  for (const header_case& shown : handlers()) {
     for (const uint32 command : all_commands()) {
       const std::string expected = header_text(shown, command, false);
       SCOPED_TRACE(command);
@@ -291,14 +291,14 @@ TEST(HeaderHandler, StandbySupervisorPrintsHeaders) {
 }
 
 TEST(HeaderHandler, MissingHandleIsToldForEveryId) {
-  for (const handler_case& shown : handlers()) {
+  for (const header_case& shown : handlers()) {
     for (const uint32 command : all_commands()) {
       RecordingPlatform platform;
       platform.fail_with("cmd_paraminfo_to_rxhandle");
       intf_range_t ranges = interface_ranges({{ethernet(1, 1), ethernet(1, 1)}});
       EXPECT_EQ(shown.handler(interface_command(platform, command, 2, &ranges)), 0U);
-      EXPECT_EQ(platform.text(), kNoHandle) << command;
-      EXPECT_EQ(platform.terminal(), kNoHandle);
+      EXPECT_EQ(platform.text(), kHandleFailure) << command;
+      EXPECT_EQ(platform.terminal(), kHandleFailure);
       EXPECT_EQ(platform.sends, 0U);
     }
   }
@@ -306,7 +306,7 @@ TEST(HeaderHandler, MissingHandleIsToldForEveryId) {
 
 TEST(HeaderHandler, WithoutAParameterBlockNothingIsPrinted) {
   RecordingPlatform platform;
-  for (const handler_case& shown : handlers()) EXPECT_EQ(shown.handler(nullptr), 0U);
+  for (const header_case& shown : handlers()) EXPECT_EQ(shown.handler(nullptr), 0U);
   EXPECT_EQ(pm_cli_show_inband_header(nullptr), 0U);
   EXPECT_EQ(platform.text(), "");
   EXPECT_EQ(platform.sends, 0U);

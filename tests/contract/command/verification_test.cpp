@@ -11,15 +11,15 @@
 namespace pmcli_test {
 namespace {
 
-constexpr interface_mask_t kEthernetMask = 0x2;
+constexpr interface_mask_t kVerifiedMask = 0x2;
 constexpr interface_mask_t kRoutableMask = 0x800000;
 constexpr interface_mask_t kLoopbackMask = 0x4000;
 constexpr interface_mask_t kInbandMask = 0x800;
 
-constexpr int32 kAllowed = 0;
+constexpr int32 kVerified = 0;
 constexpr int32 kRefused = -10;
-constexpr int32 kFailed = -1;
-constexpr int32 kDenied = -13;
+constexpr int32 kNotVerified = -1;
+constexpr int32 kNotPermitted = -13;
 
 constexpr uint32 kShow = 3;  // prc_mode of a show command
 constexpr uint32 kConfigure = 1;
@@ -73,8 +73,8 @@ TEST(Verification, TwoKindsAreAllowedAtOnce) {
        {interface_mask_t{0x10000}, interface_mask_t{0x1000000}, interface_mask_t{0x1010000}, interface_mask_t{0x10002},
         interface_mask_t{0x8000000001000801}}) {
     RecordingPlatform platform;
-    EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(mask), kAllowed);
-    EXPECT_EQ(command(platform, {}).conf(true).verify(mask), kAllowed);
+    EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(mask), kVerified);
+    EXPECT_EQ(command(platform, {}).conf(true).verify(mask), kVerified);
     expect_silence(platform);
   }
 }
@@ -90,10 +90,10 @@ TEST(Verification, ThreeKindsCannotBeDeleted) {
 TEST(Verification, KindsThatCannotBeDeletedMayBeNamedByOtherCommands) {
   RecordingPlatform platform;
   answer(platform, 0);
-  EXPECT_EQ(command(platform, {{mgmt(), mgmt()}}).conf().verify(0x80), kAllowed);
+  EXPECT_EQ(command(platform, {{mgmt(), mgmt()}}).conf().verify(0x80), kVerified);
   command no_form_of_another(platform, {{mgmt(), mgmt()}});
   no_form_of_another.param->no_flag = 1;
-  EXPECT_EQ(no_form_of_another.verify(0x80), kAllowed);
+  EXPECT_EQ(no_form_of_another.verify(0x80), kVerified);
   EXPECT_EQ(platform.requests.size(), 2U);
 }
 
@@ -111,7 +111,7 @@ TEST(Verification, OnlyANoFlagOf1IsTheNoForm) {
     answer(platform, 0);
     command positive(platform, {{mgmt(), mgmt()}});
     positive.conf().param->no_flag = flag;
-    EXPECT_EQ(positive.verify(0x80), kAllowed);
+    EXPECT_EQ(positive.verify(0x80), kVerified);
     ASSERT_EQ(platform.requests.size(), 1U);
     EXPECT_EQ(platform.requests[0].payload, words({1, 0, 1, mgmt(), mgmt()}));
   }
@@ -123,26 +123,26 @@ TEST(Verification, CommandWithoutAnInterfaceParameterIsAnError) {
   RecordingPlatform platform;
   command other_type(platform, {{kPort, kPort}});
   other_type.param->arg_list[0]->type = PARAM_TYPE_CONF_INTERFACES;
-  EXPECT_EQ(other_type.verify(kEthernetMask), kFailed);
+  EXPECT_EQ(other_type.verify(kVerifiedMask), kNotVerified);
   EXPECT_EQ(platform.text(), kNoInterfaces);
   EXPECT_EQ(platform.terminal(), kNoInterfaces);
 
   platform.clear_output();
   command without_entry(platform, {{kPort, kPort}});
   without_entry.param->arg_list[0] = nullptr;
-  EXPECT_EQ(without_entry.verify(kEthernetMask), kFailed);
+  EXPECT_EQ(without_entry.verify(kVerifiedMask), kNotVerified);
   EXPECT_EQ(platform.text(), kNoInterfaces);
 
   platform.clear_output();
   command without_value(platform, {{kPort, kPort}});
   without_value.param->arg_list[0]->arg = nullptr;
-  EXPECT_EQ(without_value.verify(kEthernetMask), kFailed);
+  EXPECT_EQ(without_value.verify(kVerifiedMask), kNotVerified);
   EXPECT_EQ(platform.text(), kNoInterfaces);
 
   platform.clear_output();
   command without_parameters(platform, {{kPort, kPort}});
   without_parameters.param->parameter_count = 0;
-  EXPECT_EQ(without_parameters.verify(kEthernetMask), kFailed);
+  EXPECT_EQ(without_parameters.verify(kVerifiedMask), kNotVerified);
   EXPECT_EQ(platform.text(), kNoInterfaces);
   EXPECT_THAT(platform.requests, IsEmpty());
 }
@@ -154,7 +154,7 @@ TEST(Verification, InterfaceParameterMayStandAnywhere) {
     command named(platform, {{kPort, kPort}});
     std::swap(named.param->arg_list[0], named.param->arg_list[position]);
     named.param->parameter_count = 255;
-    EXPECT_EQ(named.verify(kEthernetMask), kAllowed);
+    EXPECT_EQ(named.verify(kVerifiedMask), kVerified);
     ASSERT_EQ(platform.requests.size(), 1U);
     EXPECT_EQ(platform.requests[0].payload, words({0, 0, 1, kPort, kPort}));
   }
@@ -164,7 +164,7 @@ TEST(Verification, ParameterBehindTheCountIsNotThere) {
   RecordingPlatform platform;
   command named(platform, {{kPort, kPort}});
   std::swap(named.param->arg_list[0], named.param->arg_list[1]);
-  EXPECT_EQ(named.verify(kEthernetMask), kFailed);
+  EXPECT_EQ(named.verify(kVerifiedMask), kNotVerified);
   EXPECT_EQ(platform.text(), kNoInterfaces);
 }
 
@@ -174,14 +174,14 @@ TEST(Verification, FirstOfTwoInterfaceParametersCounts) {
   command named(platform, {{kPort, kPort}});
   intf_range_t second = interface_ranges({{kRoutablePort, kRoutablePort}});
   platform.add_argument(named.param, PARAM_TYPE_INTERFACES, &second);
-  EXPECT_EQ(named.verify(kEthernetMask), kAllowed);
+  EXPECT_EQ(named.verify(kVerifiedMask), kVerified);
   ASSERT_EQ(platform.requests.size(), 1U);
   EXPECT_EQ(platform.requests[0].payload, words({0, 0, 1, kPort, kPort}));
 }
 
 TEST(Verification, NeedsAParameterBlock) {
   RecordingPlatform platform;
-  EXPECT_EQ(pm_cli_if_index_verification_func(kEthernetMask, nullptr), kRefused);
+  EXPECT_EQ(pm_cli_if_index_verification_func(kVerifiedMask, nullptr), kRefused);
   expect_silence(platform);
 }
 
@@ -198,7 +198,7 @@ TEST(DeletionOfEthernetInterfaces, IsForSubInterfacesOnly) {
       {{kSub, kSub}, {kSub, kSub}, {kSub, kPort}},
       {{loopback(1), loopback(1)}},
   };
-  for (const interface_mask_t mask : {kEthernetMask, kRoutableMask, kEthernetMask | kRoutableMask}) {
+  for (const interface_mask_t mask : {kVerifiedMask, kRoutableMask, kVerifiedMask | kRoutableMask}) {
     for (const auto& pairs : kOthers) {
       RecordingPlatform platform;
       EXPECT_EQ(command(platform, pairs).conf(true).verify(mask), kRefused);
@@ -214,15 +214,15 @@ TEST(DeletionOfEthernetInterfaces, IsForSubInterfacesOnly) {
 TEST(DeletionOfEthernetInterfaces, UnreadableNumberIsNoSubInterface) {
   RecordingPlatform platform;
   platform.fail_with("if_index_get_sub_intf", PM_ERR_GENERAL);
-  EXPECT_EQ(command(platform, {{kSub, kSub}}).conf(true).verify(kEthernetMask), kRefused);
+  EXPECT_EQ(command(platform, {{kSub, kSub}}).conf(true).verify(kVerifiedMask), kRefused);
   expect_silence(platform);
 }
 
 TEST(DeletionOfEthernetInterfaces, OtherKindsAndFormsAreNotLookedAt) {
   RecordingPlatform platform;
   answer(platform, 0);
-  EXPECT_EQ(command(platform, {{loopback(1), loopback(1)}}).conf(true).verify(kLoopbackMask), kAllowed);
-  EXPECT_EQ(command(platform, {{kPort, kPort}}).conf().verify(kEthernetMask), kAllowed);
+  EXPECT_EQ(command(platform, {{loopback(1), loopback(1)}}).conf(true).verify(kLoopbackMask), kVerified);
+  EXPECT_EQ(command(platform, {{kPort, kPort}}).conf().verify(kVerifiedMask), kVerified);
   EXPECT_EQ(platform.count("if_index_get_sub_intf"), 0U);
 }
 
@@ -236,10 +236,10 @@ TEST(InbandVerification, WalksTheRangesInOrder) {
   };
   const inband_case kCases[] = {
       {{}, kRefused},
-      {{{kInband, kInband}}, kAllowed},
-      {{{other, other}, {kInband, kInband}}, kAllowed},
-      {{{kInband, kInband}, {kInband, other}}, kAllowed},
-      {{{kInband, kInband}, {other, other}}, kAllowed},
+      {{{kInband, kInband}}, kVerified},
+      {{{other, other}, {kInband, kInband}}, kVerified},
+      {{{kInband, kInband}, {kInband, other}}, kVerified},
+      {{{kInband, kInband}, {other, other}}, kVerified},
       {{{other, other}}, kRefused},
       {{{kPort, kPort}}, kRefused},
       {{{kInband, other}}, kRefused},
@@ -247,7 +247,7 @@ TEST(InbandVerification, WalksTheRangesInOrder) {
       {{{other, other}, {other, kInband}, {kInband, kInband}}, kRefused},
   };
   for (const inband_case& inband : kCases) {
-    for (const interface_mask_t mask : {kInbandMask, kInbandMask | kEthernetMask}) {
+    for (const interface_mask_t mask : {kInbandMask, kInbandMask | kVerifiedMask}) {
       RecordingPlatform platform;
       EXPECT_EQ(command(platform, inband.pairs).verify(mask), inband.result);
       EXPECT_EQ(command(platform, inband.pairs).conf().verify(mask), inband.result);
@@ -274,7 +274,7 @@ mts_request only_request(const RecordingPlatform& platform) {
 TEST(VerificationRequest, OfAShowCommand) {
   RecordingPlatform platform;
   answer(platform, 0);
-  EXPECT_EQ(command(platform, {{0x01020304, 0x05060708}, {0xF1F2F3F4, 0xF5F6F7F8}}).verify(kEthernetMask), kAllowed);
+  EXPECT_EQ(command(platform, {{0x01020304, 0x05060708}, {0xF1F2F3F4, 0xF5F6F7F8}}).verify(kVerifiedMask), kVerified);
   const mts_request request = only_request(platform);
   EXPECT_EQ(request.node, 0xFE000000U);
   EXPECT_EQ(request.sap, 179U);
@@ -291,14 +291,14 @@ TEST(VerificationRequest, OfAShowCommand) {
 TEST(VerificationRequest, OfAConfigurationCommand) {
   RecordingPlatform platform;
   answer(platform, 0);
-  EXPECT_EQ(command(platform, {{kPort, kRoutablePort}}).conf().verify(kEthernetMask), kAllowed);
+  EXPECT_EQ(command(platform, {{kPort, kRoutablePort}}).conf().verify(kVerifiedMask), kVerified);
   EXPECT_EQ(only_request(platform).payload, words({1, 0, 1, kPort, kRoutablePort}));
 }
 
 TEST(VerificationRequest, OfADeletion) {
   RecordingPlatform platform;
   answer(platform, 0);
-  EXPECT_EQ(command(platform, {{loopback(1), loopback(9)}}).conf(true).verify(kLoopbackMask), kAllowed);
+  EXPECT_EQ(command(platform, {{loopback(1), loopback(9)}}).conf(true).verify(kLoopbackMask), kVerified);
   EXPECT_EQ(only_request(platform).payload, words({0, 1, 1, loopback(1), loopback(9)}));
 }
 
@@ -307,7 +307,7 @@ TEST(VerificationRequest, NoFormOfACommandThatDoesNotCreateDeletesNothing) {
   answer(platform, 0);
   command named(platform, {{kPort, kPort}});
   named.param->no_flag = 1;
-  EXPECT_EQ(named.verify(kEthernetMask), kAllowed);
+  EXPECT_EQ(named.verify(kVerifiedMask), kVerified);
   EXPECT_EQ(only_request(platform).payload, words({0, 0, 1, kPort, kPort}));
 }
 
@@ -317,7 +317,7 @@ TEST(VerificationRequest, TokenOfAConfigurationMayBeThatOfAnotherParameter) {
   command named(platform, {{kPort, kPort}});
   uint32 value = 0;
   platform.add_argument(named.param, PARAM_TYPE_UINT32, &value)->token_id = TOKEN_CONF_INTERFACES;
-  EXPECT_EQ(named.verify(kEthernetMask), kAllowed);
+  EXPECT_EQ(named.verify(kVerifiedMask), kVerified);
   EXPECT_EQ(only_request(platform).payload, words({1, 0, 1, kPort, kPort}));
 }
 
@@ -325,7 +325,7 @@ TEST(VerificationRequest, GoesToTheOwnerOfTheFirstInterface) {
   RecordingPlatform platform;
   answer(platform, 0);
   platform.port_manager_saps = {{kRoutablePort, 1234}, {kPort, 4321}};
-  EXPECT_EQ(command(platform, {{kRoutablePort, kPort}, {kPort, kPort}}).verify(kRoutableMask), kAllowed);
+  EXPECT_EQ(command(platform, {{kRoutablePort, kPort}, {kPort, kPort}}).verify(kRoutableMask), kVerified);
   EXPECT_EQ(only_request(platform).sap, 1234U);
 }
 
@@ -336,14 +336,14 @@ TEST(VerificationRequest, OfAMoveGoesToThePortManagerItself) {
   command move(platform, {{kPort, kPort}});
   uint32 value = 0;
   platform.add_argument(move.param, PARAM_TYPE_UINT32, &value)->token_id = TOKEN_MOVE_INTERFACES;
-  EXPECT_EQ(move.verify(kEthernetMask), kAllowed);
+  EXPECT_EQ(move.verify(kVerifiedMask), kVerified);
   EXPECT_EQ(only_request(platform).sap, 179U);
   EXPECT_EQ(only_request(platform).payload, words({0, 0, 1, kPort, kPort}));
 }
 
 // Whatever the unused pairs hold.
 TEST(VerificationRequest, WithoutARangeGoesToTheOwnerOfIndex0) {
-  for (const interface_mask_t mask : {kEthernetMask, kRoutableMask, kLoopbackMask}) {
+  for (const interface_mask_t mask : {kVerifiedMask, kRoutableMask, kLoopbackMask}) {
     for (const bool is_conf : {false, true}) {
       RecordingPlatform platform;
       answer(platform, 0);
@@ -351,7 +351,7 @@ TEST(VerificationRequest, WithoutARangeGoesToTheOwnerOfIndex0) {
       command empty(platform, {});
       empty.ranges->range[0] = {kPort, kPort};
       if (is_conf) empty.conf();
-      EXPECT_EQ(empty.verify(mask), kAllowed);
+      EXPECT_EQ(empty.verify(mask), kVerified);
       const mts_request request = only_request(platform);
       EXPECT_EQ(request.node, 0xFE000000U);
       EXPECT_EQ(request.sap, 1234U);
@@ -368,7 +368,7 @@ TEST(VerificationRequest, OfAMoveWithoutARangeGoesToThePortManagerItself) {
   command move(platform, {});
   uint32 value = 0;
   platform.add_argument(move.param, PARAM_TYPE_UINT32, &value)->token_id = TOKEN_MOVE_INTERFACES;
-  EXPECT_EQ(move.verify(kEthernetMask), kAllowed);
+  EXPECT_EQ(move.verify(kVerifiedMask), kVerified);
   EXPECT_EQ(only_request(platform).sap, 179U);
   EXPECT_EQ(only_request(platform).payload, words({0, 0, 0}));
 }
@@ -379,7 +379,7 @@ TEST(VerificationRequest, HoldsAtMost64Ranges) {
     answer(platform, 0);
     command named(platform, std::vector<vsh_intf_mono_range_t>(64, {kPort, kRoutablePort}));
     named.ranges->range_count = count;
-    EXPECT_EQ(named.verify(kEthernetMask), kAllowed);
+    EXPECT_EQ(named.verify(kVerifiedMask), kVerified);
     const octets payload = only_request(platform).payload;
     EXPECT_EQ(payload.size(), 12U + 64U * 8U);
     EXPECT_EQ(octets(payload.begin(), payload.begin() + 12), words({0, 0, 64}));
@@ -408,7 +408,7 @@ std::size_t place_of(const RecordingPlatform& platform, const char* call) {
 TEST(VerificationExchange, SentMessageIsDroppedBeforeTheAnswerIsReceived) {
   RecordingPlatform platform;
   answer(platform, 0);
-  EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kEthernetMask), kAllowed);
+  EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kVerifiedMask), kVerified);
   ASSERT_EQ(platform.receives.size(), 1U);
   expect_no_option_but(platform.receives[0], 60, 1);
   EXPECT_EQ(platform.drops, (std::vector<uint32>{1, 2}));
@@ -419,14 +419,14 @@ TEST(VerificationExchange, SentMessageIsDroppedBeforeTheAnswerIsReceived) {
 TEST(VerificationExchange, InterruptedReceiveIsTakenUpAgain) {
   RecordingPlatform platform;
   platform.on_request = [](const mts_request&) { return mts_reply{.payload = words({0}), .interrupted_receives = 3}; };
-  EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kEthernetMask), kAllowed);
+  EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kVerifiedMask), kVerified);
   EXPECT_EQ(platform.receives.size(), 4U);
 }
 
 TEST(VerificationExchange, RequestThatCannotBeAllocatedIsTold) {
   RecordingPlatform platform;
   platform.fail_with("malloc");
-  EXPECT_EQ(command(platform, {{kPort, kPort}, {kPort, kPort}}).verify(kEthernetMask), kFailed);
+  EXPECT_EQ(command(platform, {{kPort, kPort}, {kPort, kPort}}).verify(kVerifiedMask), kNotVerified);
   EXPECT_EQ(platform.text(), "error: malloc failure - size(28)\n");
   EXPECT_THAT(platform.requests, IsEmpty());
 }
@@ -434,7 +434,7 @@ TEST(VerificationExchange, RequestThatCannotBeAllocatedIsTold) {
 TEST(VerificationExchange, RequestThatCannotBeSentIsTold) {
   RecordingPlatform platform;
   platform.fail_with("mts_send");
-  EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kEthernetMask), kFailed);
+  EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kVerifiedMask), kNotVerified);
   EXPECT_EQ(platform.text(), "error: in sending message\n");
   EXPECT_EQ(platform.terminal(), platform.text());
   EXPECT_THAT(platform.receives, IsEmpty());
@@ -442,7 +442,7 @@ TEST(VerificationExchange, RequestThatCannotBeSentIsTold) {
 
 TEST(VerificationExchange, AnswerThatDoesNotComeIsTold) {
   RecordingPlatform platform;
-  EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kEthernetMask), kFailed);
+  EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kVerifiedMask), kNotVerified);
   EXPECT_EQ(platform.text(), "<transport failure 1 110>\n");
   EXPECT_EQ(platform.drops, (std::vector<uint32>{1}));
 }
@@ -452,7 +452,7 @@ TEST(VerificationExchange, MessageThatCannotBeDroppedIsTold) {
   for (const uint32 nth : {1U, 2U}) {
     RecordingPlatform platform;
     answer(platform, 0);
-    command(platform, {{kPort, kPort}}).verify(kEthernetMask);
+    command(platform, {{kPort, kPort}}).verify(kVerifiedMask);
     uint32 call = 0, drops = 0;
     while (drops < nth && call < platform.calls.size())
       if (platform.calls[call++] == "mts_drop") ++drops;
@@ -461,7 +461,7 @@ TEST(VerificationExchange, MessageThatCannotBeDroppedIsTold) {
     platform.drops.clear();
     platform.receives.clear();
     platform.fail_call(static_cast<uint32>(platform.calls.size()) + call);
-    EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kEthernetMask), kFailed);
+    EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kVerifiedMask), kNotVerified);
     EXPECT_EQ(platform.failed_call(), "mts_drop");
     EXPECT_EQ(platform.text(), "error: in dropping message\n");
     EXPECT_EQ(platform.drops.size(), nth);
@@ -481,7 +481,7 @@ TEST(VerificationExchange, AnswerWithoutAStatusFailsSilently) {
   for (const mts_reply& reply : kReplies) {
     RecordingPlatform platform;
     platform.on_request = [&reply](const mts_request&) { return reply; };
-    EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kEthernetMask), kFailed);
+    EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kVerifiedMask), kNotVerified);
     EXPECT_EQ(platform.text(), "");
     EXPECT_EQ(platform.drops, (std::vector<uint32>{1, 2}));
   }
@@ -490,7 +490,7 @@ TEST(VerificationExchange, AnswerWithoutAStatusFailsSilently) {
 TEST(VerificationExchange, AnswerMayBeLongerThanItsStatus) {
   RecordingPlatform platform;
   platform.on_request = [](const mts_request&) { return mts_reply{.payload = words({0, 0xFFFFFFFF})}; };
-  EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kEthernetMask), kAllowed);
+  EXPECT_EQ(command(platform, {{kPort, kPort}}).verify(kVerifiedMask), kVerified);
 }
 
 // ---- The status ----------------------------------------------------------------------------------------------------
@@ -502,7 +502,7 @@ struct status_case {
 };
 
 constexpr status_case kStatuses[] = {
-    {0, kAllowed, ""},
+    {0, kVerified, ""},
     {0x4029003C, kRefused, "Total number of Gigabit Ethernet sub-interfaces exceeds 1000\n"},
     {0x40290015, kRefused, "Gigabit Ethernet port belongs to a port-channel\nSub interface creation not allowed\n"},
     {0x402900EE, kRefused, "Sub-interface configuration not allowed on L2 port\n"},
@@ -523,7 +523,7 @@ TEST(VerificationStatus, DecidesAndIsTold) {
       answer(platform, expected.status);
       command named(platform, {{kPort, kPort}});
       named.param->prc_mode = mode;
-      EXPECT_EQ(named.verify(kEthernetMask), expected.result) << expected.status;
+      EXPECT_EQ(named.verify(kVerifiedMask), expected.result) << expected.status;
       EXPECT_EQ(platform.text(), expected.text);
       EXPECT_EQ(platform.terminal(), platform.text());
       EXPECT_THAT(platform.port_ranges_asked, IsEmpty());
@@ -551,7 +551,7 @@ TEST(VerificationStatus, DecidesOfACommandWithoutARangeToo) {
       answer(platform, expected.status);
       command empty(platform, {});
       empty.param->prc_mode = mode;
-      EXPECT_EQ(empty.verify(kEthernetMask), expected.result) << expected.status;
+      EXPECT_EQ(empty.verify(kVerifiedMask), expected.result) << expected.status;
       EXPECT_EQ(platform.text(), expected.text);
       EXPECT_THAT(platform.port_ranges_asked, IsEmpty());
     }
@@ -571,7 +571,7 @@ TEST(VerificationOfVsans, ShowCommandIsNotSubjectedToThem) {
   RecordingPlatform platform;
   answer(platform, 0);
   deny_everything(platform);
-  EXPECT_EQ(command(platform, {{kFibrePort, kFibrePort}}).verify(0x1), kAllowed);
+  EXPECT_EQ(command(platform, {{kFibrePort, kFibrePort}}).verify(0x1), kVerified);
   EXPECT_THAT(platform.port_ranges_asked, IsEmpty());
 }
 
@@ -582,7 +582,7 @@ TEST(VerificationOfVsans, EveryOtherCommandIs) {
     deny_everything(platform);
     command named(platform, {{kFibrePort, kFibrePort}});
     named.param->prc_mode = mode;
-    EXPECT_EQ(named.verify(0x1), kDenied);
+    EXPECT_EQ(named.verify(0x1), kNotPermitted);
     EXPECT_EQ(platform.text(), "");
     EXPECT_EQ(platform.count("vsh_fc_intf_perm_check"), 1U);
   }
@@ -592,7 +592,7 @@ TEST(VerificationOfVsans, FailureOfTheCheckIsTheResult) {
   RecordingPlatform platform;
   answer(platform, 0);
   platform.fail_with("pm_get_port_info_range");
-  EXPECT_EQ(command(platform, {{kFibrePort, kFibrePort}}).conf().verify(0x1), kFailed);
+  EXPECT_EQ(command(platform, {{kFibrePort, kFibrePort}}).conf().verify(0x1), kNotVerified);
   EXPECT_EQ(platform.text(), "error: getting port info range\n");
 }
 
@@ -600,7 +600,7 @@ TEST(VerificationOfVsans, PermittedPortIsAllowed) {
   RecordingPlatform platform;
   answer(platform, 0);
   platform.ports[kFibrePort] = port_record();
-  EXPECT_EQ(command(platform, {{kFibrePort, kFibrePort}}).conf().verify(0x1), kAllowed);
+  EXPECT_EQ(command(platform, {{kFibrePort, kFibrePort}}).conf().verify(0x1), kVerified);
   EXPECT_EQ(platform.count("vsh_fc_intf_perm_check"), 1U);
 }
 
@@ -614,12 +614,12 @@ struct creation_case {
 };
 
 constexpr creation_case kCreations[] = {
-    {kEthernetMask, false, 0x40290037, 1},
-    {kEthernetMask, false, 0, -1},
-    {kEthernetMask, false, 0x40290000, -1},
-    {kEthernetMask, true, 0, 0},
-    {kEthernetMask, true, 0x40290037, -1},
-    {kEthernetMask, true, 0x40290000, -1},
+    {kVerifiedMask, false, 0x40290037, 1},
+    {kVerifiedMask, false, 0, -1},
+    {kVerifiedMask, false, 0x40290000, -1},
+    {kVerifiedMask, true, 0, 0},
+    {kVerifiedMask, true, 0x40290037, -1},
+    {kVerifiedMask, true, 0x40290000, -1},
     {kRoutableMask, false, 0x40290037, 1},
     {kRoutableMask, false, 0, -1},
     {kRoutableMask, true, 0, 0},
@@ -643,11 +643,11 @@ TEST(VerificationCreates, WhatTheStatusCallsFor) {
     SCOPED_TRACE(testing::Message() << "mask " << creation.mask << ", no " << creation.is_no << ", status "
                                     << creation.status);
     if (creation.create == -1) {
-      EXPECT_EQ(result, creation.status == 0 ? kAllowed : kRefused);
+      EXPECT_EQ(result, creation.status == 0 ? kVerified : kRefused);
       EXPECT_THAT(platform.interface_configurations, IsEmpty());
       continue;
     }
-    EXPECT_EQ(result, kAllowed);
+    EXPECT_EQ(result, kVerified);
     ASSERT_EQ(platform.interface_configurations.size(), 1U);
     const RecordingPlatform::interface_configuration& done = platform.interface_configurations[0];
     EXPECT_EQ(done.type, is_loopback ? IF_TYPE_LOOPBACK : IF_TYPE_ETHERNET);
@@ -662,14 +662,14 @@ TEST(VerificationCreates, WhatTheStatusCallsFor) {
 }
 
 TEST(VerificationCreates, NothingForShowCommands) {
-  for (const interface_mask_t mask : {kEthernetMask, kRoutableMask, kLoopbackMask}) {
+  for (const interface_mask_t mask : {kVerifiedMask, kRoutableMask, kLoopbackMask}) {
     for (const uint8 no_flag : {uint8{0}, uint8{1}}) {
       for (const uint32 status : {0U, 0x40290037U}) {
         RecordingPlatform platform;
         answer(platform, status);
         command named(platform, {{kSub, kSub}});
         named.param->no_flag = no_flag;
-        EXPECT_EQ(named.verify(mask), status == 0 ? kAllowed : kRefused);
+        EXPECT_EQ(named.verify(mask), status == 0 ? kVerified : kRefused);
         EXPECT_THAT(platform.interface_configurations, IsEmpty());
       }
     }
@@ -682,7 +682,7 @@ TEST(VerificationCreates, ResultBecomesTheStatus) {
     interface_mask_t mask;
     if_index_t if_index;
   };
-  const result_case kCalls[] = {{"pm_cli_config_sub_interface", kEthernetMask, kSub},
+  const result_case kCalls[] = {{"pm_cli_config_sub_interface", kVerifiedMask, kSub},
                                 {"pm_cli_config_sub_interface", kRoutableMask, kSub},
                                 {"pm_cli_config_loopback_interface", kLoopbackMask, loopback(5)}};
   for (const result_case& call : kCalls) {
@@ -701,7 +701,7 @@ TEST(VerificationCreates, CreatedInterfacesAreSubjectedToTheVsansOfTheUser) {
   RecordingPlatform platform;
   answer(platform, 0x40290037);
   deny_everything(platform);
-  EXPECT_EQ(command(platform, {{kFibrePort, kFibrePort}}).conf().verify(kLoopbackMask), kDenied);
+  EXPECT_EQ(command(platform, {{kFibrePort, kFibrePort}}).conf().verify(kLoopbackMask), kNotPermitted);
 }
 
 // ---- One range, for callers that need its status only --------------------------------------------------------------

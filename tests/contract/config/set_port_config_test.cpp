@@ -13,14 +13,14 @@
 namespace pmcli_test {
 namespace {
 
-const if_index_t kPort = ethernet(1, 1, IF_TYPE_ETHERNET_L3);
+const if_index_t kRoutedPort = ethernet(1, 1, IF_TYPE_ETHERNET_L3);
 const if_index_t kPort2 = ethernet(1, 2, IF_TYPE_ETHERNET_L3);
 const if_index_t kFibre = fibre_channel(1, 1);
 const if_index_t kChannel = port_channel(3);
 const if_index_t kSatellite = satellite(100, 1, 1);
-const if_index_t kLoopback = loopback(0);
+const if_index_t kLoopback0 = loopback(0);
 
-using Asked = std::vector<std::pair<if_index_t, if_index_t>>;
+using AskedRanges = std::vector<std::pair<if_index_t, if_index_t>>;
 
 // A word of a command: its token, and the 32-bit value behind it.
 struct command_word {
@@ -66,7 +66,7 @@ void expect_sent(const std::vector<sent_case>& cases) {
     const auto& request = platform.setting_requests[0];
     EXPECT_EQ(request.type, it.type);
     EXPECT_EQ(request.value, it.value);
-    EXPECT_EQ(request.ranges, (Asked{{it.line.port, it.line.port}}));
+    EXPECT_EQ(request.ranges, (AskedRanges{{it.line.port, it.line.port}}));
   }
 }
 
@@ -95,7 +95,7 @@ octets word_bytes(uint32 value) {
 
 TEST(PortSetting, GoesOnceForAllRangesWithUserSessionAndTimeout) {
   RecordingPlatform platform;
-  config_command command(platform, {{kPort, kPort2}, {kFibre, kFibre}});
+  config_command command(platform, {{kRoutedPort, kPort2}, {kFibre, kFibre}});
   command.token(3);
   EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
   ASSERT_EQ(platform.setting_requests.size(), 1U);
@@ -104,14 +104,14 @@ TEST(PortSetting, GoesOnceForAllRangesWithUserSessionAndTimeout) {
   EXPECT_EQ(request.username, "operator");
   EXPECT_EQ(request.session_id, 4711U);
   EXPECT_EQ(request.timeout, 60);
-  EXPECT_EQ(request.ranges, (Asked{{kPort, kPort2}, {kFibre, kFibre}}));
+  EXPECT_EQ(request.ranges, (AskedRanges{{kRoutedPort, kPort2}, {kFibre, kFibre}}));
 }
 
 TEST(PortSetting, NeedsAParameterBlock) { EXPECT_EQ(pm_cli_set_port_config(nullptr), 1); }
 
 TEST(PortSetting, DoesNothingWhenOnlyTheTextIsAskedFor) {
   RecordingPlatform platform;
-  config_command command(platform, kPort);
+  config_command command(platform, kRoutedPort);
   command.token(3);
   command.param->ascii_gen = 1;
   EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
@@ -121,7 +121,7 @@ TEST(PortSetting, DoesNothingWhenOnlyTheTextIsAskedFor) {
 
 TEST(PortSetting, NeedsARangeWhichItsTypeTells) {
   RecordingPlatform platform;
-  config_command command(platform, kPort);
+  config_command command(platform, kRoutedPort);
   command.token(3);
   command.range_argument->type = PARAM_TYPE_UINT32;
   EXPECT_EQ(pm_cli_set_port_config(command.param), 1);
@@ -133,7 +133,7 @@ TEST(PortSetting, NeedsARangeWhichItsTypeTells) {
 
 TEST(PortSetting, PassesOverAbsentArguments) {
   RecordingPlatform platform;
-  config_command command(platform, kPort);
+  config_command command(platform, kRoutedPort);
   command.token(9);
   param_arg_t empty = *command.range_argument;
   empty.arg = nullptr;
@@ -152,7 +152,7 @@ TEST(PortSetting, PassesOverAbsentArguments) {
 
 TEST(PortSetting, LooksAtNoMoreArgumentsThanTheBlockHolds) {
   RecordingPlatform platform;
-  config_command command(platform, kPort);
+  config_command command(platform, kRoutedPort);
   std::swap(command.param->arg_list[0], command.param->arg_list[31]);
   command.param->parameter_count = 255;
   EXPECT_EQ(pm_cli_set_port_config(command.param), 1);
@@ -161,7 +161,7 @@ TEST(PortSetting, LooksAtNoMoreArgumentsThanTheBlockHolds) {
 
 TEST(PortSetting, TakesTheKeywordFromTheRangeThatHasNoRangeToken) {
   RecordingPlatform platform;
-  config_command command(platform, kPort);
+  config_command command(platform, kRoutedPort);
   command.range_argument->token_id = 9;
   EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
   ASSERT_EQ(platform.setting_requests.size(), 1U);
@@ -183,9 +183,9 @@ TEST(PortSetting, CountsPlacesFromTheRangeWhereverTheKeywordStands) {
 
 TEST(PortSetting, TrustsNoMoreRangesThanTheRecordHolds) {
   RecordingPlatform platform;
-  config_command command(platform, kPort);
+  config_command command(platform, kRoutedPort);
   command.token(9);
-  for (auto& range : command.ranges.range) range = {kPort, kPort};
+  for (auto& range : command.ranges.range) range = {kRoutedPort, kRoutedPort};
   command.ranges.range_count = 0xFFFFFFFF;
   EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
   ASSERT_EQ(platform.setting_requests.size(), 1U);
@@ -206,17 +206,17 @@ TEST(PortSetting, SendsAnEmptyListAndCallsItRefused) {
 
 TEST(Keyword, BecomesItsSetting) {
   expect_sent({
-      {{kPort, false, {3}}, 1, {2}},
-      {{kPort, true, {3}}, 1, {1}},
-      {{kPort, true, {5}}, 45, {0, 0, 0, 0}},
-      {{kPort, false, {5, 7}}, 45, {0, 0, 0, 1}},  // with a word behind it nothing is asked
-      {{kPort, false, {9}}, 31, {0, 0, 0, 1}},
-      {{kPort, true, {9}}, 31, {0, 0, 0, 2}},
-      {{kPort, false, {127}}, 78, {0, 0, 0, 3}},
-      {{kPort, true, {127}}, 78, {0, 0, 0, 4}},
-      {{kPort, true, {127, 1}}, 78, {0, 0, 0, 4}},
-      {{kPort, false, {kSwitchport}}, 50, {0, 0, 0, 2}},
-      {{kPort, true, {kSwitchport}}, 50, {0, 0, 0, 3}},
+      {{kRoutedPort, false, {3}}, 1, {2}},
+      {{kRoutedPort, true, {3}}, 1, {1}},
+      {{kRoutedPort, true, {5}}, 45, {0, 0, 0, 0}},
+      {{kRoutedPort, false, {5, 7}}, 45, {0, 0, 0, 1}},  // with a word behind it nothing is asked
+      {{kRoutedPort, false, {9}}, 31, {0, 0, 0, 1}},
+      {{kRoutedPort, true, {9}}, 31, {0, 0, 0, 2}},
+      {{kRoutedPort, false, {127}}, 78, {0, 0, 0, 3}},
+      {{kRoutedPort, true, {127}}, 78, {0, 0, 0, 4}},
+      {{kRoutedPort, true, {127, 1}}, 78, {0, 0, 0, 4}},
+      {{kRoutedPort, false, {kSwitchport}}, 50, {0, 0, 0, 2}},
+      {{kRoutedPort, true, {kSwitchport}}, 50, {0, 0, 0, 3}},
       {{kChannel, false, {kSwitchport}}, 50, {0, 0, 0, 2}},
       {{kSatellite, false, {kSwitchport}}, 50, {0, 0, 0, 2}},
       {{mgmt(), true, {3}}, 1, {1}},      // the "no" form never asks
@@ -226,17 +226,17 @@ TEST(Keyword, BecomesItsSetting) {
 
 TEST(Keyword, IsRefusedWhenItIsNone) {
   expect_refused({
-      {{kPort, false, {4}}, "error: invalid configuration 4 on interface\n"},
-      {{kPort, false, {}}, "error: invalid configuration 0 on interface\n"},
-      {{kLoopback, false, {kSwitchport}}, "Error: command not supported on interface type\n"},
+      {{kRoutedPort, false, {4}}, "error: invalid configuration 4 on interface\n"},
+      {{kRoutedPort, false, {}}, "error: invalid configuration 0 on interface\n"},
+      {{kLoopback0, false, {kSwitchport}}, "Error: command not supported on interface type\n"},
       {{kFibre, true, {kSwitchport}}, "Error: command not supported on interface type\n"},
-      {{kPort, true, {127, 1, 2}}, "'no' option is not supported with this command\n"},
+      {{kRoutedPort, true, {127, 1, 2}}, "'no' option is not supported with this command\n"},
   });
 }
 
 TEST(Keyword, TellsTheDebuggerTheLinkFailureState) {
   RecordingPlatform platform;
-  config_command command(platform, kPort);
+  config_command command(platform, kRoutedPort);
   command.token(127);
   command.param->vsh_debug_flag = 1;
   EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
@@ -253,7 +253,7 @@ struct confirmation {
 TEST(Keyword, AsksBeforeItCuts) {
   for (const confirmation& it :
        {confirmation{mgmt(), 3, "Shutting down this interface will drop all telnet and SSH sessions.\n", 1},
-        confirmation{kPort, 5,
+        confirmation{kRoutedPort, 5,
                      "Putting an interface into out-of-service will cause its shared resource configuration to revert "
                      "to default\n",
                      0}}) {
@@ -272,7 +272,7 @@ TEST(Keyword, AsksBeforeItCuts) {
 
 TEST(Keyword, AsksNothingBeforeAnotherPortIsShutDown) {
   RecordingPlatform platform;
-  EXPECT_EQ(run(platform, {kPort, false, {3}}), 0);
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {3}}), 0);
   EXPECT_THAT(platform.questions, IsEmpty());
 }
 
@@ -290,7 +290,7 @@ TEST(Switchport, SubCommandsBecomeTheirSettings) {
       {line({4, {1, 4}}, false, kChannel), 2, {0, 0, 0, 4}},
       {line({4, {1, 4}}, false, kSatellite), 2, {0, 0, 0, 4}},
       {line({4}, true), 2, {0x80, 0, 0, 0}},
-      {line({4}, true, kPort), 2, {0, 8, 0, 0}},
+      {line({4}, true, kRoutedPort), 2, {0, 8, 0, 0}},
       {line({15}), 5, {1}},
       {line({15}, true), 5, {2}},
       {line({129}), 84, {1}},
@@ -503,7 +503,7 @@ TEST(Switchport, ReceiveBuffersAreMultiplesOfFour) {
 
 TEST(LayerCheck, AsksForEveryInterfaceOfTheRange) {
   RecordingPlatform platform;
-  config_command command(platform, {{kPort, ethernet(1, 3, IF_TYPE_ETHERNET_L3)}});
+  config_command command(platform, {{kRoutedPort, ethernet(1, 3, IF_TYPE_ETHERNET_L3)}});
   command.tokens({kSwitchport, 15});
   EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
   EXPECT_EQ(platform.interface_manager_starts, (std::vector<std::string>(3, "262 0 clish")));
@@ -532,7 +532,7 @@ TEST(LayerCheck, StepsFromVirtualInterfaceToVirtualInterface) {
 TEST(LayerCheck, StepsEachRangeByItsOwnKind) {
   const if_index_t switched = ethernet(2, 1);
   RecordingPlatform platform;
-  config_command command(platform, {{kPort, kPort2},
+  config_command command(platform, {{kRoutedPort, kPort2},
                                     {port_channel(1), port_channel(3)},
                                     {switched, ethernet(2, 3)},
                                     {port_channel(7, IF_TYPE_PORT_CHANNEL), port_channel(8, IF_TYPE_PORT_CHANNEL)},
@@ -540,7 +540,7 @@ TEST(LayerCheck, StepsEachRangeByItsOwnKind) {
   command.tokens({kSwitchport, 15});
   EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
   EXPECT_EQ(platform.layers_asked,
-            (std::vector<if_index_t>{kPort, kPort2, port_channel(1), port_channel(2), port_channel(3), switched,
+            (std::vector<if_index_t>{kRoutedPort, kPort2, port_channel(1), port_channel(2), port_channel(3), switched,
                                      ethernet(2, 2), ethernet(2, 3), port_channel(7, IF_TYPE_PORT_CHANNEL),
                                      port_channel(8, IF_TYPE_PORT_CHANNEL), vethernet(4), vethernet(5), vethernet(6)}));
 }
@@ -550,7 +550,7 @@ TEST(LayerCheck, EndsTheCommandAtAnyInterfaceOfALaterRange) {
   platform.syserr_texts[0] = "good";
   platform.syserr_texts[0x41] = "bad";
   platform.layer_statuses[port_channel(3)] = 0x41;
-  config_command command(platform, {{kPort, kPort2}, {port_channel(1), port_channel(3)}});
+  config_command command(platform, {{kRoutedPort, kPort2}, {port_channel(1), port_channel(3)}});
   command.tokens({kSwitchport, 15});
   EXPECT_EQ(pm_cli_set_port_config(command.param), 1);
   char expected[200];
@@ -574,17 +574,17 @@ TEST(LayerCheck, AsksForEveryInterfaceOfALongRange) {
 // The recording platform has 256 ports in a module; the port after the last is the first again.
 TEST(LayerCheck, DoesNotFollowAPlatformThatStepsBack) {
   RecordingPlatform platform;
-  config_command command(platform, {{kPort, kPort}, {ethernet(1, 255), ethernet(2, 2)}});
+  config_command command(platform, {{kRoutedPort, kRoutedPort}, {ethernet(1, 255), ethernet(2, 2)}});
   command.tokens({kSwitchport, 15});
   EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
-  EXPECT_EQ(platform.layers_asked, (std::vector<if_index_t>{kPort, ethernet(1, 255), ethernet(1, 256)}));
+  EXPECT_EQ(platform.layers_asked, (std::vector<if_index_t>{kRoutedPort, ethernet(1, 255), ethernet(1, 256)}));
 }
 
 TEST(LayerCheck, IsLeftOutWithNoAndForOtherKinds) {
   RecordingPlatform platform;
-  EXPECT_EQ(run(platform, {kPort, true, {kSwitchport, 15}}), 0);
+  EXPECT_EQ(run(platform, {kRoutedPort, true, {kSwitchport, 15}}), 0);
   EXPECT_EQ(run(platform, {kFibre, false, {kSwitchport, 15}}), 0);
-  EXPECT_EQ(run(platform, {kPort, false, {kSwitchport}}), 0);
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {kSwitchport}}), 0);
   EXPECT_THAT(platform.interface_manager_starts, IsEmpty());
 }
 
@@ -606,10 +606,10 @@ TEST(LayerCheck, EndsTheCommandWhenTheRecordIsBad) {
   platform.syserr_texts[0] = "good";
   platform.syserr_texts[0x41] = "bad";
   platform.interface_manager_status = 0x41;
-  EXPECT_EQ(run(platform, {kPort, false, {kSwitchport, 15}}), 1);
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {kSwitchport, 15}}), 1);
   char expected[200];
   std::snprintf(expected, sizeof expected,
-                "layermode query on if_idx 0x%x failed: \nstatus: 0 - good\nif_info_status: 41 - bad\n", kPort);
+                "layermode query on if_idx 0x%x failed: \nstatus: 0 - good\nif_info_status: 41 - bad\n", kRoutedPort);
   EXPECT_EQ(platform.text(), expected);
   EXPECT_THAT(platform.setting_requests, IsEmpty());
 }
@@ -618,13 +618,13 @@ TEST(LayerCheck, EndsTheCommandWhenItCannotBegin) {
   RecordingPlatform platform;
   platform.syserr_texts[0x42] = "closed";
   platform.fail_with("im_ext_sbcr_init", 0x42);
-  EXPECT_EQ(run(platform, {kPort, false, {kSwitchport, 15}}), 1);
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {kSwitchport, 15}}), 1);
   EXPECT_EQ(platform.text(), "im_ext_sbcr_init failed: 0x42 (closed)\n");
 }
 
 TEST(LayerCheck, DoesNotFollowARangeThatRunsBackwards) {
   RecordingPlatform platform;
-  config_command command(platform, {{kPort2, kPort}});
+  config_command command(platform, {{kPort2, kRoutedPort}});
   command.tokens({kSwitchport, 15});
   EXPECT_EQ(pm_cli_set_port_config(command.param), 0);
   EXPECT_LE(platform.count("im_get_ifindex_layermode_list"), 1U);
@@ -675,7 +675,7 @@ TEST(ManagementPort, GigabitNeedsToKnowTheCard) {
 TEST(SettingFailure, OfTheTransportIsToldByTheShell) {
   RecordingPlatform platform;
   platform.fail_with("pm_cmi_set_port_config", -1);
-  EXPECT_EQ(run(platform, {kPort, false, {9}}), 1);
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {9}}), 1);
   EXPECT_EQ(platform.mts_errors, (std::vector<std::pair<int32, int32>>{{2, 110}}));
   EXPECT_THAT(platform.failures, IsEmpty());
 }
@@ -684,8 +684,8 @@ TEST(SettingFailure, OfTheServiceIsPrintedAsTextAndCode) {
   RecordingPlatform platform;
   platform.syserr_texts[0x40290007] = "busy";
   platform.fail_with("pm_cmi_set_port_config", 0x40290007);
-  platform.results_in_spite_of_failure = {{kPort, 3}};
-  EXPECT_EQ(run(platform, {kPort, false, {9}}), 1);
+  platform.results_in_spite_of_failure = {{kRoutedPort, 3}};
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {9}}), 1);
   EXPECT_EQ(platform.text(), "error: busy\nerror: 0x40290007\n");
   EXPECT_THAT(platform.failures, IsEmpty());
 }
@@ -693,7 +693,7 @@ TEST(SettingFailure, OfTheServiceIsPrintedAsTextAndCode) {
 TEST(SettingFailure, WithoutResultsIsNoSuccess) {
   RecordingPlatform platform;
   platform.null_results = 5;
-  EXPECT_EQ(run(platform, {kPort, false, {9}}), 1);
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {9}}), 1);
   EXPECT_EQ(platform.text(), "");
   EXPECT_THAT(platform.failures, IsEmpty());
 }
@@ -704,7 +704,7 @@ TEST(SettingFailure, IsToldByErrorTheLastOpenedFirst) {
   platform.syserr_texts[0x12] = "too fast";
   const if_index_t p1 = ethernet(1, 1), p2 = ethernet(1, 2), p3 = ethernet(1, 3), p4 = ethernet(1, 4);
   platform.setting_results = {{p1, 0x11}, {p2, 0}, {p3, 0x12}, {p4, 0x11}};
-  EXPECT_EQ(run(platform, {kPort, false, {9}}), 0);
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {9}}), 0);
   EXPECT_EQ(platform.failures, (std::vector<std::string>{"Ethernet1/3: too fast\nEthernet1/1, Ethernet1/4: locked\n"}));
   ASSERT_EQ(platform.error_ranges.size(), 1U);
   ASSERT_EQ(platform.error_ranges[0].size(), 3U);
@@ -718,7 +718,7 @@ TEST(SettingFailure, OfAllPortsIsAlsoTheResult) {
   RecordingPlatform platform;
   platform.syserr_texts[0x11] = "locked";
   platform.setting_results = {{ethernet(1, 1), 0x11}};
-  EXPECT_EQ(run(platform, {kPort, false, {9}}), 1);
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {9}}), 1);
   EXPECT_EQ(platform.failures, std::vector<std::string>{"Ethernet1/1: locked\n"});
 }
 
@@ -726,7 +726,7 @@ TEST(SettingFailure, WhoseTextSaysAllHasNoRanges) {
   RecordingPlatform platform;
   platform.syserr_texts[0x402900F4] = "use the other command";
   platform.setting_results = {{ethernet(1, 1), 0x402900F4}};
-  EXPECT_EQ(run(platform, {kPort, false, {9}}), 1);
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {9}}), 1);
   EXPECT_EQ(platform.failures, std::vector<std::string>{"use the other command\n"});
 }
 
@@ -740,7 +740,7 @@ TEST(SettingFailure, HasTwentyGroupsAndNoMore) {
     if (n <= 20) expected = "Ethernet1/" + std::to_string(n) + ": error " + std::to_string(n) + "\n" + expected;
   }
   platform.setting_results = results;
-  EXPECT_EQ(run(platform, {kPort, false, {9}}), 1);
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {9}}), 1);
   EXPECT_EQ(platform.failures, std::vector<std::string>{expected});
   ASSERT_EQ(platform.error_ranges.size(), 1U);
   EXPECT_EQ(platform.error_ranges[0].size(), 25U);
@@ -791,7 +791,7 @@ TEST(SettingFailure, CutsTheRangesOfAGroupAtTwentyBytesEach) {
   platform.names[port] = "a-name-of-thirty-characters---";
   platform.syserr_texts[0x11] = "locked";
   platform.setting_results = {{port, 0x11}};
-  EXPECT_EQ(run(platform, {kPort, false, {9}}), 1);
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {9}}), 1);
   EXPECT_EQ(platform.failures, std::vector<std::string>{"a-name-of-thirty-ch: locked\n"});
 }
 
@@ -799,7 +799,7 @@ TEST(SettingFailure, WithoutAnOutputHandleIsStillAFailure) {
   RecordingPlatform platform;
   platform.fail_with("cmd_paraminfo_to_rxhandle");
   platform.setting_results = {{ethernet(1, 1), 0x11}};
-  EXPECT_EQ(run(platform, {kPort, false, {9}}), 1);
+  EXPECT_EQ(run(platform, {kRoutedPort, false, {9}}), 1);
   EXPECT_EQ(platform.text(), "cmd_paraminfo_to_rxhandle failed \n");
   EXPECT_THAT(platform.failures, IsEmpty());
 }
@@ -808,8 +808,8 @@ TEST(PortSetting, SurvivesEveryFailure) {
   walk_failures([](RecordingPlatform& platform) {
     platform.user_answer = "y";
     platform.setting_results = {{ethernet(1, 1), 0x11}, {fibre_channel(1, 3), 0x4029002E}, {ethernet(1, 2), 0}};
-    run(platform, {kPort, false, {kSwitchport, 15}});
-    run(platform, {kPort, false, {5}});
+    run(platform, {kRoutedPort, false, {kSwitchport, 15}});
+    run(platform, {kRoutedPort, false, {5}});
     run(platform, {mgmt(), false, {kSwitchport, 16, 20}});
   });
 }
@@ -818,7 +818,7 @@ TEST(PortSetting, SaysWhereTheHeapIsExhausted) {
   std::vector<std::string> texts;
   walk_failures(
       [](RecordingPlatform& platform) {
-        run(platform, {kPort, false, {9}});
+        run(platform, {kRoutedPort, false, {9}});
       },
       [&texts](const walk_run& at) {
         if (at.platform.failed_call() == "malloc") texts.push_back(at.platform.text());

@@ -12,8 +12,8 @@ namespace {
 
 using Events = std::vector<std::string>;
 
-const if_index_t kPort1 = ethernet(1, 1);
-const if_index_t kPort2 = ethernet(1, 2);
+const if_index_t kEthernet1 = ethernet(1, 1);
+const if_index_t kEthernet2 = ethernet(1, 2);
 
 const Events kClient = {"open libstatcl.so now", "find statscl_clear_port_client_stats", "close libstatcl.so"};
 const Events kIpLibrary = {"open libip_stats.so lazy", "find ip_clear_loopback_counters", "close libip_stats.so"};
@@ -33,7 +33,7 @@ std::string at_port_manager(const std::string& name) { return "pm_get_clear_eth_
 std::string at_ip_library(const std::string& name) { return "ip_clear_loopback_counters " + name; }
 
 void list_ports(RecordingPlatform& platform) {
-  platform.listings[IF_TYPE_ETHERNET] = listing_of({kPort1, kPort2});
+  platform.listings[IF_TYPE_ETHERNET] = listing_of({kEthernet1, kEthernet2});
   platform.listings[IF_TYPE_VETHERNET] = listing_of({vethernet(1), vethernet(9)});
 }
 
@@ -75,7 +75,7 @@ TEST(ClearAllEthernet, EachFailureIsToldAndTheNextCleared) {
     RecordingPlatform platform;
     platform.chassis_type = chassis;
     list_ports(platform);
-    platform.clear_errors = {{kPort1, PM_ERR_GENERAL}, {vethernet(9), -1}};
+    platform.clear_errors = {{kEthernet1, PM_ERR_GENERAL}, {vethernet(9), -1}};
     clear_all();
     EXPECT_EQ(platform.cleared.size(), 4U);
     EXPECT_EQ(platform.text(), std::string(kClearingFailed) + kClearingFailed);
@@ -152,7 +152,7 @@ TEST(ClearAllEthernet, FailedListingIsToldAndTheOtherKindCleared) {
 }
 
 TEST(ClearAllEthernet, LyingListingsAreReadToTheirEnd) {
-  const octets lying = listing_of({kPort1, kPort2}, 0x40000001);
+  const octets lying = listing_of({kEthernet1, kEthernet2}, 0x40000001);
   for (std::size_t size = 0; size <= lying.size(); ++size) {
     RecordingPlatform platform;
     platform.listings[IF_TYPE_ETHERNET] = octets(lying.begin(), lying.begin() + static_cast<std::ptrdiff_t>(size));
@@ -170,7 +170,7 @@ TEST(ClearEthernetRange, EachChassisHasItsOwners) {
     SCOPED_TRACE(chassis);
     RecordingPlatform platform;
     platform.chassis_type = chassis;
-    clear_command command(platform, {{kPort1, kPort2}, {vethernet(1), vethernet(2)}});
+    clear_command command(platform, {{kEthernet1, kEthernet2}, {vethernet(1), vethernet(2)}});
     EXPECT_EQ(pm_cli_eth_clear_counters(command.param), 0);
     const auto port = keeps_ports_at_client(chassis) ? at_client : at_port_manager;
     const auto virtual_interface = keeps_virtual_at_client(chassis) ? at_client : at_port_manager;
@@ -185,7 +185,7 @@ TEST(ClearEthernetRange, KindsThatThePortManagerCounts) {
   RecordingPlatform platform;
   const if_index_t routable = ethernet(2, 47, IF_TYPE_ETHERNET_L3);
   clear_command command(platform, {{routable, ethernet(2, 48, IF_TYPE_ETHERNET_L3)},
-                                   {sub_interface(kPort1, 7), sub_interface(kPort1, 8)},
+                                   {sub_interface(kEthernet1, 7), sub_interface(kEthernet1, 8)},
                                    only(mgmt())});
   EXPECT_EQ(pm_cli_eth_clear_counters(command.param), 0);
   EXPECT_EQ(platform.cleared, (Cleared{at_client("Ethernet2/47"), at_client("Ethernet2/48"), at_client("Ethernet1/1.7"),
@@ -197,7 +197,7 @@ TEST(ClearEthernetRange, Chassis17OpensTheLibraryForVirtualInterfacesOnly) {
     RecordingPlatform platform;
     platform.chassis_type = CHASSIS_17;
     platform.libraries.erase(STATCL_LIBRARY);
-    clear_command command(platform, {only(kPort1), has_virtual ? only(vethernet(1)) : only(kPort2)});
+    clear_command command(platform, {only(kEthernet1), has_virtual ? only(vethernet(1)) : only(kEthernet2)});
     EXPECT_EQ(pm_cli_eth_clear_counters(command.param), has_virtual ? 1 : 0);
     EXPECT_EQ(platform.cleared.size(), has_virtual ? 0U : 2U);
     EXPECT_EQ(platform.text(), "");
@@ -207,7 +207,7 @@ TEST(ClearEthernetRange, Chassis17OpensTheLibraryForVirtualInterfacesOnly) {
 TEST(ClearEthernetRange, MissingLibraryReturnsOneInSilence) {
   RecordingPlatform platform;
   platform.libraries.erase(STATCL_LIBRARY);
-  clear_command command(platform, {only(kPort1)});
+  clear_command command(platform, {only(kEthernet1)});
   EXPECT_EQ(pm_cli_eth_clear_counters(command.param), 1);
   EXPECT_EQ(platform.text(), "");
   EXPECT_EQ(platform.loader_events, (Events{"miss libstatcl.so now"}));
@@ -216,7 +216,7 @@ TEST(ClearEthernetRange, MissingLibraryReturnsOneInSilence) {
 TEST(ClearEthernetRange, MissingFunctionIsTold) {
   RecordingPlatform platform;
   platform.libraries[STATCL_LIBRARY] = {};
-  clear_command command(platform, {only(kPort1), only(kPort2)});
+  clear_command command(platform, {only(kEthernet1), only(kEthernet2)});
   EXPECT_EQ(pm_cli_eth_clear_counters(command.param), 1);
   EXPECT_EQ(platform.text(), kNoFunction);
   EXPECT_EQ(platform.loader_events, kClient);
@@ -226,8 +226,8 @@ TEST(ClearEthernetRange, EachFailureIsToldAndTheNextCleared) {
   for (const uint32 chassis : {uint32{CHASSIS_UNKNOWN}, uint32{CHASSIS_10}}) {
     RecordingPlatform platform;
     platform.chassis_type = chassis;
-    platform.clear_errors[kPort1] = PM_ERR_GENERAL;
-    clear_command command(platform, {{kPort1, kPort2}});
+    platform.clear_errors[kEthernet1] = PM_ERR_GENERAL;
+    clear_command command(platform, {{kEthernet1, kEthernet2}});
     EXPECT_EQ(pm_cli_eth_clear_counters(command.param), 0);
     EXPECT_EQ(platform.cleared.size(), 2U);
     EXPECT_EQ(platform.text(), kClearingFailed);
@@ -236,14 +236,14 @@ TEST(ClearEthernetRange, EachFailureIsToldAndTheNextCleared) {
 
 TEST(ClearEthernetRange, UncountableRangesArePassedOver) {
   RecordingPlatform platform;
-  clear_command command(platform, {{kPort2, kPort1},
-                                   {kPort1, ethernet(2, 1)},
-                                   {kPort1, vethernet(3)},
+  clear_command command(platform, {{kEthernet2, kEthernet1},
+                                   {kEthernet1, ethernet(2, 1)},
+                                   {kEthernet1, vethernet(3)},
                                    {vethernet(3), vethernet(1)},
                                    {vethernet(1), loopback(3)},
                                    {numbered(IF_TYPE_FCIP, 1), numbered(IF_TYPE_FCIP, 65537)},
                                    only(numbered(IF_TYPE_INBAND, 0)),
-                                   only(kPort2)});
+                                   only(kEthernet2)});
   EXPECT_EQ(pm_cli_eth_clear_counters(command.param), 0);
   EXPECT_EQ(platform.cleared, (Cleared{at_client("Ethernet1/2")}));
   EXPECT_EQ(platform.text(), "");
@@ -391,7 +391,7 @@ TEST(ClearEthernetFailures, EverythingIsReleased) {
       walk_failures(
           [=](RecordingPlatform& platform) {
             platform.chassis_type = chassis;
-            clear_command command(platform, {only(kPort1), {vethernet(1), vethernet(2)}});
+            clear_command command(platform, {only(kEthernet1), {vethernet(1), vethernet(2)}});
             const int32 result = pm_cli_eth_clear_counters(command.param);
             EXPECT_EQ(result, platform.failed_call() == "dlopen" || platform.failed_call() == "dlsym" ? 1 : 0);
           },

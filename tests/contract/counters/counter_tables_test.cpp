@@ -9,8 +9,8 @@
 namespace pmcli_test {
 namespace {
 
-const if_index_t kPort = ethernet(1, 1);
-const if_index_t kLoopback = loopback(4);
+const if_index_t kTablePort = ethernet(1, 1);
+const if_index_t kTableLoopback = loopback(4);
 constexpr uint64 kMost = 0xFFFFFFFFFFFFFFFF;
 
 // ---- Errors --------------------------------------------------------------------------------------------------------
@@ -58,7 +58,7 @@ const errors_table kTables[] = {
 };
 
 // The members that the rows show, each with a value of its own and present.
-errors_t distinct_errors() {
+errors_t distinct_error_members() {
   errors_t errors{};
   uint64 value = 100;
   for (const errors_table& table : kTables) {
@@ -72,10 +72,10 @@ errors_t distinct_errors() {
 
 TEST(ErrorsRow, FirstTable) {
   RecordingPlatform platform;
-  errors_t errors = distinct_errors();
-  pm_cli_show_port_1st_counters_errors_table(platform.output(), kPort, &errors);
+  errors_t errors = distinct_error_members();
+  pm_cli_show_port_1st_counters_errors_table(platform.output(), kTablePort, &errors);
   EXPECT_EQ(platform.text(), "Eth1/1           100         101         102         103         104         105\n");
-  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A05C2, kPort},
+  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A05C2, kTablePort},
                                        {0x152A05C3, 100},
                                        {0x152A05C4, 101},
                                        {0x152A05C5, 102},
@@ -88,10 +88,10 @@ TEST(ErrorsRow, FirstTable) {
 
 TEST(ErrorsRow, SecondTableIsAColumnShorterAtItsCarrier) {
   RecordingPlatform platform;
-  errors_t errors = distinct_errors();
-  pm_cli_show_port_2nd_counters_errors_table(platform.output(), kPort, &errors);
+  errors_t errors = distinct_error_members();
+  pm_cli_show_port_2nd_counters_errors_table(platform.output(), kTablePort, &errors);
   EXPECT_EQ(platform.text(), "Eth1/1           106         107         108         109        110         111\n");
-  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A05C2, kPort},
+  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A05C2, kTablePort},
                                        {0x152A05C9, 106},
                                        {0x152A05CA, 107},
                                        {0x152A05CB, 108},
@@ -103,12 +103,12 @@ TEST(ErrorsRow, SecondTableIsAColumnShorterAtItsCarrier) {
 
 TEST(ErrorsRow, ThirdTableShowsTransmitBeforeReceive) {
   RecordingPlatform platform;
-  errors_t errors = distinct_errors();
+  errors_t errors = distinct_error_members();
   errors.tx_int_mac_errors = 7001;
   errors.rx_int_mac_errors = 7002;
-  pm_cli_show_port_3rd_counters_errors_table(platform.output(), kPort, &errors);
+  pm_cli_show_port_3rd_counters_errors_table(platform.output(), kTablePort, &errors);
   EXPECT_EQ(platform.text(), "Eth1/1           112         113         114        7001        7002         117\n");
-  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A05C2, kPort},
+  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A05C2, kTablePort},
                                        {0x152A05CF, 112},
                                        {0x152A05D0, 113},
                                        {0x152A05D1, 114},
@@ -125,29 +125,29 @@ TEST(ErrorsRow, EachCellDependsOnItsOwnFlag) {
       errors_t errors{};
       for (const errors_cell& cell : table.cells) errors.*cell.counter = 1234567890;
       errors.*shown.present = 0x80000000;  // any flag but 0
-      table.print(platform.output(), kPort, &errors);
+      table.print(platform.output(), kTablePort, &errors);
 
       std::string expected = "Eth1/1  ";
       for (const errors_cell& cell : table.cells) expected += &cell == &shown ? shown.shown : kNoCell;
       EXPECT_EQ(platform.text(), expected + "\n");
-      EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A05C2, kPort}, {shown.tuple, 1234567890}}));
+      EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A05C2, kTablePort}, {shown.tuple, 1234567890}}));
     }
   }
 }
 
 TEST(ErrorsRow, LargestCountersAreNotCut) {
   RecordingPlatform platform;
-  errors_t errors = distinct_errors();
+  errors_t errors = distinct_error_members();
   errors.rx_align = kMost;
-  pm_cli_show_port_1st_counters_errors_table(platform.output(), kPort, &errors);
+  pm_cli_show_port_1st_counters_errors_table(platform.output(), kTablePort, &errors);
   EXPECT_THAT(platform.text(), HasSubstr("Eth1/1   18446744073709551615         101"));
 }
 
 TEST(ErrorsRow, LongNamesAreCut) {
   RecordingPlatform platform;
-  platform.short_names[kPort] = "an-interface-with-a-long-name";
+  platform.short_names[kTablePort] = "an-interface-with-a-long-name";
   errors_t errors{};
-  for (const errors_table& table : kTables) table.print(platform.output(), kPort, &errors);
+  for (const errors_table& table : kTables) table.print(platform.output(), kTablePort, &errors);
   const std::string row = "an-inter          --          --          --          --          --          --\n";
   EXPECT_EQ(platform.text(), row + row + row);
 }
@@ -161,14 +161,14 @@ TEST(ErrorsRow, OfAnEthernetPort) {
   stats.mac.ctrl.sqetest = 9;
   errors_t errors{};
   pm_cli_copy_eth_to_common_ctr_err(&errors, &stats);
-  pm_cli_show_port_3rd_counters_errors_table(platform.output(), kPort, &errors);
+  pm_cli_show_port_3rd_counters_errors_table(platform.output(), kTablePort, &errors);
   EXPECT_EQ(platform.text(), "Eth1/1             5          --           0           0           0           6\n");
 }
 
 TEST(ErrorsRow, OfTheManagementPortHasNoCounter) {
   RecordingPlatform platform;
   pm_if_stat stats{};
-  errors_t errors = distinct_errors();
+  errors_t errors = distinct_error_members();
   pm_cli_copy_mgmt_to_common_ctr_err(&errors, &stats);
   for (const errors_table& table : kTables) table.print(platform.output(), mgmt(), &errors);
   const std::string row = "mgmt0             --          --          --          --          --          --\n";
@@ -184,7 +184,7 @@ TEST(ErrorsRow, OfALoopback) {
   stats.out_carrier_errors = 4;
   errors_t errors{};
   pm_cli_copy_ip_to_common_ctr_err(&errors, &stats);
-  for (const errors_table& table : kTables) table.print(platform.output(), kLoopback, &errors);
+  for (const errors_table& table : kTables) table.print(platform.output(), kTableLoopback, &errors);
   EXPECT_EQ(platform.text(),
             "Lo4               --           1           2           3          --          --\n"
             "Lo4               --          --          --          --          4          --\n"
@@ -196,29 +196,30 @@ TEST(ErrorsRow, OfALoopback) {
 TEST(TrunkRow, SentStandsBeforeReceived) {
   RecordingPlatform platform;
   pm_cli_common_trunk_stat_t trunk{21, 22, 23, 1, 1, 1};
-  pm_cli_show_port_counters_trunk(platform.output(), &trunk, kPort);
+  pm_cli_show_port_counters_trunk(platform.output(), &trunk, kTablePort);
   EXPECT_EQ(platform.text(), "Eth1/1                     22              21              23\n");
-  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A05E2, kPort}, {0x152A05E3, 22}, {0x152A05E4, 21}, {0x152A05E5, 23}}));
+  EXPECT_EQ(platform.tuples(),
+            (Tuples{{0x0C2A05E2, kTablePort}, {0x152A05E3, 22}, {0x152A05E4, 21}, {0x152A05E5, 23}}));
   EXPECT_EQ(platform.short_rows, 1U);
 }
 
 TEST(TrunkRow, AbsentCountersShowDashes) {
   RecordingPlatform platform;
   pm_cli_common_trunk_stat_t trunk{21, 22, 23, 0, 0, 0};
-  pm_cli_show_port_counters_trunk(platform.output(), &trunk, kPort);
+  pm_cli_show_port_counters_trunk(platform.output(), &trunk, kTablePort);
   trunk.have_trunk_rx = 1;
-  pm_cli_show_port_counters_trunk(platform.output(), &trunk, kPort);
+  pm_cli_show_port_counters_trunk(platform.output(), &trunk, kTablePort);
   EXPECT_EQ(platform.text(),
             "Eth1/1                     --              --              --\n"
             "Eth1/1                     --              21              --\n");
-  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A05E2, kPort}, {0x0C2A05E2, kPort}, {0x152A05E4, 21}}));
+  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A05E2, kTablePort}, {0x0C2A05E2, kTablePort}, {0x152A05E4, 21}}));
 }
 
 TEST(TrunkRow, NamesAndCountersAreCut) {
   RecordingPlatform platform;
-  platform.short_names[kPort] = "an-interface-with-a-long-name";
+  platform.short_names[kTablePort] = "an-interface-with-a-long-name";
   pm_cli_common_trunk_stat_t trunk{kMost, 1, 2, 1, 1, 1};
-  pm_cli_show_port_counters_trunk(platform.output(), &trunk, kPort);
+  pm_cli_show_port_counters_trunk(platform.output(), &trunk, kTablePort);
   EXPECT_EQ(platform.text(), "an-interface-               11844674407370955               2\n");
 }
 
@@ -296,17 +297,17 @@ TEST(TrafficRow, OfALoopback) {
   stats.out_pkts_mcast = 23;
   stats.out_pkts_bcast = 24;
   stats.in_bytes = stats.out_bytes = 99;
-  pm_cli_show_loopback_stats_rx(platform.output(), kLoopback, &stats);
-  pm_cli_show_loopback_stats_tx(platform.output(), kLoopback, &stats);
+  pm_cli_show_loopback_stats_rx(platform.output(), kTableLoopback, &stats);
+  pm_cli_show_loopback_stats_tx(platform.output(), kTableLoopback, &stats);
   EXPECT_EQ(platform.text(),
             "loopback4               11            12            13            14\n"
             "loopback4               21            22            23            24\n");
-  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A0696, kLoopback},
+  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A0696, kTableLoopback},
                                        {0x152A0697, 11},
                                        {0x152A0698, 12},
                                        {0x152A0699, 13},
                                        {0x152A069A, 14},
-                                       {0x0C2A0696, kLoopback},
+                                       {0x0C2A0696, kTableLoopback},
                                        {0x152A069B, 21},
                                        {0x152A069C, 22},
                                        {0x152A069D, 23},
@@ -317,7 +318,7 @@ TEST(TrafficRow, LargestCountersRunTogetherInTheLoopbackRow) {
   RecordingPlatform platform;
   ip_if_stats stats{};
   stats.in_pkts = stats.in_pkts_ucast = kMost;
-  pm_cli_show_loopback_stats_rx(platform.output(), kLoopback, &stats);
+  pm_cli_show_loopback_stats_rx(platform.output(), kTableLoopback, &stats);
   EXPECT_EQ(platform.text(), "loopback4   1844674407370955161518446744073709551615             0             0\n");
 }
 
@@ -325,7 +326,7 @@ TEST(TrafficRow, LargestCountersRunTogetherInTheLoopbackRow) {
 
 TEST(FlowControlRow, MasksTheFlagsOfEachSide) {
   RecordingPlatform platform;
-  pm_port_info_t port = named(kPort, port_record());
+  pm_port_info_t port = named(kTablePort, port_record());
   port.admin_port_flow_ctrl = 0xFFF9;  // 1 and 8
   port.oper_port_flow_ctrl = 0xFFF6;   // 4 and 2
   statscl_portcl_stats_msg_t stats{};
@@ -333,7 +334,7 @@ TEST(FlowControlRow, MasksTheFlagsOfEachSide) {
   stats.mac.ctrl.tx_pause = 32;
   pm_cli_show_port_flow_ctrl(platform.output(), &port, &stats);
   EXPECT_EQ(platform.text(), "Eth1/1     1        4        8        2           31      32     \n");
-  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A0602, kPort},
+  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A0602, kTablePort},
                                        {0x022A0603, 1},
                                        {0x022A0604, 4},
                                        {0x022A0605, 8},
@@ -345,9 +346,9 @@ TEST(FlowControlRow, MasksTheFlagsOfEachSide) {
 
 TEST(FlowControlRow, PauseCountersAreCut) {
   RecordingPlatform platform;
-  platform.short_names[kPort] = "an-interface-with-a-long-name";
+  platform.short_names[kTablePort] = "an-interface-with-a-long-name";
   platform.enum_texts[0x0603][0] = "a-long-text";
-  pm_port_info_t port = named(kPort, port_record());
+  pm_port_info_t port = named(kTablePort, port_record());
   port.admin_port_flow_ctrl = 0;
   statscl_portcl_stats_msg_t stats{};
   stats.mac.ctrl.rx_pause = kMost;
@@ -397,7 +398,7 @@ TEST(StormControlRow, LimitsOfTheLevel) {
 TEST(StructuredBriefRow, ShowsMillionsOfBytesAndPackets) {
   RecordingPlatform platform;
   statscl_portcl_stats_msg_t stats{};
-  stats.ifidx = kPort;
+  stats.ifidx = kTablePort;
   stats.mac.pktflow.byte_rate_rx = 51'999'999;
   stats.mac.pktflow.pkt_rate_rx = 52;
   stats.mac.pktflow.byte_rate_tx = 53'000'000;
@@ -405,14 +406,14 @@ TEST(StructuredBriefRow, ShowsMillionsOfBytesAndPackets) {
   pm_cli_show_common_counters_brief(platform.output(), &stats);
   EXPECT_EQ(platform.text(), "Ethernet1/1            51       52                53       54               \n");
   EXPECT_EQ(platform.tuples(),
-            (Tuples{{0x0C2A0217, kPort}, {0x152A0218, 51}, {0x152A0219, 52}, {0x152A021A, 53}, {0x152A021B, 54}}));
+            (Tuples{{0x0C2A0217, kTablePort}, {0x152A0218, 51}, {0x152A0219, 52}, {0x152A021A, 53}, {0x152A021B, 54}}));
   EXPECT_EQ(platform.short_rows, 0U);
 }
 
 TEST(StructuredBriefRow, RatesBelowAMillionAreZeroAndLargestOnesAreCut) {
   RecordingPlatform platform;
   statscl_portcl_stats_msg_t stats{};
-  stats.ifidx = kPort;
+  stats.ifidx = kTablePort;
   stats.mac.pktflow.byte_rate_rx = 999'999;
   stats.mac.pktflow.pkt_rate_rx = kMost;
   stats.mac.pktflow.byte_rate_tx = kMost;
@@ -425,21 +426,21 @@ TEST(StructuredBriefRow, RatesBelowAMillionAreZeroAndLargestOnesAreCut) {
 
 TEST(CounterTables, BothFormsAgree) {
   RecordingPlatform platform;
-  errors_t errors = distinct_errors();
+  errors_t errors = distinct_error_members();
   pm_cli_common_trunk_stat_t trunk{201, 202, 203, 1, 1, 1};
-  pm_cli_show_port_1st_counters_errors_table(platform.output(), kPort, &errors);
+  pm_cli_show_port_1st_counters_errors_table(platform.output(), kTablePort, &errors);
   expect_both_forms_agree(platform,
                           {0x0C2A05C2, 0x152A05C3, 0x152A05C4, 0x152A05C5, 0x152A05C6, 0x152A05C7, 0x152A05C8});
   platform.clear_output();
-  pm_cli_show_port_2nd_counters_errors_table(platform.output(), kPort, &errors);
+  pm_cli_show_port_2nd_counters_errors_table(platform.output(), kTablePort, &errors);
   expect_both_forms_agree(platform,
                           {0x0C2A05C2, 0x152A05C9, 0x152A05CA, 0x152A05CB, 0x152A05CC, 0x152A05CD, 0x152A05CE});
   platform.clear_output();
-  pm_cli_show_port_3rd_counters_errors_table(platform.output(), kPort, &errors);
+  pm_cli_show_port_3rd_counters_errors_table(platform.output(), kTablePort, &errors);
   expect_both_forms_agree(platform,
                           {0x0C2A05C2, 0x152A05CF, 0x152A05D0, 0x152A05D1, 0x152A05D3, 0x152A05D2, 0x152A05D4});
   platform.clear_output();
-  pm_cli_show_port_counters_trunk(platform.output(), &trunk, kPort);
+  pm_cli_show_port_counters_trunk(platform.output(), &trunk, kTablePort);
   expect_both_forms_agree(platform, {0x0C2A05E2, 0x152A05E3, 0x152A05E4, 0x152A05E5});
 }
 
@@ -469,13 +470,13 @@ TEST(TrafficRows, BothFormsAgree) {
   loopback_stats.out_pkts_ucast = 32;
   loopback_stats.out_pkts_mcast = 33;
   loopback_stats.out_pkts_bcast = 34;
-  pm_cli_show_loopback_stats_tx(platform.output(), kLoopback, &loopback_stats);
+  pm_cli_show_loopback_stats_tx(platform.output(), kTableLoopback, &loopback_stats);
   expect_both_forms_agree(platform, {0x0C2A0696, 0x152A069B, 0x152A069C, 0x152A069D, 0x152A069E});
 }
 
 TEST(FlowControlRow, BothFormsAgree) {
   RecordingPlatform platform;
-  pm_port_info_t port = named(kPort, port_record());
+  pm_port_info_t port = named(kTablePort, port_record());
   port.admin_port_flow_ctrl = 0x000C;  // 4 and 8
   port.oper_port_flow_ctrl = 0x0003;   // 1 and 2
   statscl_portcl_stats_msg_t stats{};
@@ -489,7 +490,7 @@ TEST(FlowControlRow, BothFormsAgree) {
 TEST(StructuredBriefRow, BothFormsAgree) {
   RecordingPlatform platform;
   statscl_portcl_stats_msg_t stats{};
-  stats.ifidx = kPort;
+  stats.ifidx = kTablePort;
   stats.mac.pktflow.byte_rate_rx = 51'000'000;
   stats.mac.pktflow.pkt_rate_rx = 52;
   stats.mac.pktflow.byte_rate_tx = 53'000'000;

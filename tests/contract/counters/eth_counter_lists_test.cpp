@@ -10,8 +10,8 @@
 namespace pmcli_test {
 namespace {
 
-const if_index_t kPort = ethernet(1, 1);
-const if_index_t kSubInterface = sub_interface(kPort, 100);
+const if_index_t kListPort = ethernet(1, 1);
+const if_index_t kSubInterface = sub_interface(kListPort, 100);
 
 constexpr counter_line kNonzero[] = {
     {"Rx Packets:", 0x152A00D0, {{8}}},
@@ -262,11 +262,11 @@ constexpr uint32 kOtherFlags[] = {0, 4, 0x10002, 0xFFFFFFFF};  // neither a laye
 
 TEST(EthNonzeroList, AllCountersStandInTheirOrder) {
   RecordingPlatform platform;
-  statscl_portcl_stats_msg_t stats = full_record(kPort, kNonzero);
+  statscl_portcl_stats_msg_t stats = full_record(kListPort, kNonzero);
   pm_cli_show_common_eth_counters_detailed(platform.output(), nullptr, &stats);
 
   EXPECT_EQ(platform.text(), "Ethernet1/1\n" + nonzero_lines(kNonzero) + "\n");
-  Tuples bound = {{0x0C2A0085, kPort}};
+  Tuples bound = {{0x0C2A0085, kListPort}};
   append_tuples(bound, kNonzero);
   EXPECT_EQ(platform.tuples(), bound);
   EXPECT_EQ(platform.terminal(), "");
@@ -276,7 +276,7 @@ TEST(EthNonzeroList, AllCountersStandInTheirOrder) {
 
 TEST(EthNonzeroList, CrcOfWhatWasSentIsASecondLineOfOutputErrors) {
   RecordingPlatform platform;
-  statscl_portcl_stats_msg_t stats = record_of(kPort);
+  statscl_portcl_stats_msg_t stats = record_of(kListPort);
   stats.mac.errors.crc_tx = 9;
   pm_cli_show_common_eth_counters_detailed(platform.output(), nullptr, &stats);
 
@@ -284,23 +284,23 @@ TEST(EthNonzeroList, CrcOfWhatWasSentIsASecondLineOfOutputErrors) {
             "Ethernet1/1\n"
             "  Output Errors:                                        9\n"
             "\n");
-  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A0085, kPort}, {0x152A0104, 9}}));
+  EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A0085, kListPort}, {0x152A0104, 9}}));
 }
 
 TEST(EthNonzeroList, EachCounterAloneShowsTheList) {
   for (const counter_line& line : kNonzero) {
     RecordingPlatform platform;
-    statscl_portcl_stats_msg_t stats = record_of(kPort);
+    statscl_portcl_stats_msg_t stats = record_of(kListPort);
     put_counter(stats, line.counters[0], 0xFFFFFFFFFFFFFFFF);
     pm_cli_show_common_eth_counters_detailed(platform.output(), nullptr, &stats);
     EXPECT_EQ(platform.text(), "Ethernet1/1\n" + nonzero_line(line.label, 0xFFFFFFFFFFFFFFFF) + "\n");
-    EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A0085, kPort}, {line.tuple, 0xFFFFFFFFFFFFFFFF}}));
+    EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A0085, kListPort}, {line.tuple, 0xFFFFFFFFFFFFFFFF}}));
   }
 }
 
 TEST(EthNonzeroList, HighHalvesCount) {
   RecordingPlatform platform;
-  statscl_portcl_stats_msg_t stats = record_of(kPort);
+  statscl_portcl_stats_msg_t stats = record_of(kListPort);
   stats.mac.ctrl.sqetest = 0x100000000;
   pm_cli_show_common_eth_counters_detailed(platform.output(), nullptr, &stats);
   EXPECT_EQ(platform.text(),
@@ -311,7 +311,7 @@ TEST(EthNonzeroList, HighHalvesCount) {
 
 TEST(EthNonzeroList, NothingIsShownWhenAllAreZero) {
   RecordingPlatform platform;
-  statscl_portcl_stats_msg_t stats = record_of(kPort);
+  statscl_portcl_stats_msg_t stats = record_of(kListPort);
   for (const wire_counter& other : kNotShown) put_counter(stats, other, value_at(other));
   pm_cli_show_common_eth_counters_detailed(platform.output(), nullptr, &stats);
   EXPECT_THAT(platform.pieces, IsEmpty());
@@ -319,7 +319,7 @@ TEST(EthNonzeroList, NothingIsShownWhenAllAreZero) {
 
 TEST(EthNonzeroList, NothingIsShownWithoutARecordOrAHandle) {
   RecordingPlatform platform;
-  statscl_portcl_stats_msg_t stats = full_record(kPort, kNonzero);
+  statscl_portcl_stats_msg_t stats = full_record(kListPort, kNonzero);
   pfstat_key_cntrs_t pfstats = full_layer3(2);
   pm_cli_show_common_eth_counters_detailed(platform.output(), &pfstats, nullptr);
   pm_cli_show_common_eth_counters_detailed(nullptr, &pfstats, &stats);
@@ -337,7 +337,7 @@ TEST(EthNonzeroList, NothingIsShownWithoutARecordOrAHandle) {
 TEST(EthNonzeroList, Layer3AloneShowsTheListForTwoKeys) {
   for (const uint32 flags : {2U, 3U}) {
     RecordingPlatform platform;
-    statscl_portcl_stats_msg_t stats = record_of(kPort);
+    statscl_portcl_stats_msg_t stats = record_of(kListPort);
     pfstat_key_cntrs_t pfstats = full_layer3(flags);
     pm_cli_show_common_eth_counters_detailed(platform.output(), &pfstats, &stats);
     EXPECT_EQ(platform.text(), "Ethernet1/1\n" + nonzero_lines(kNonzeroL3) + "\n");
@@ -347,7 +347,7 @@ TEST(EthNonzeroList, Layer3AloneShowsTheListForTwoKeys) {
 TEST(EthNonzeroList, Layer3AloneShowsNothingForOtherKeys) {
   for (const uint32 flags : {0U, 1U, 4U, 0x10002U, 0xFFFFFFFFU}) {
     RecordingPlatform platform;
-    statscl_portcl_stats_msg_t stats = record_of(kPort);
+    statscl_portcl_stats_msg_t stats = record_of(kListPort);
     pfstat_key_cntrs_t pfstats = full_layer3(flags);
     pm_cli_show_common_eth_counters_detailed(platform.output(), &pfstats, &stats);
     EXPECT_EQ(platform.text(), "") << flags;
@@ -357,11 +357,11 @@ TEST(EthNonzeroList, Layer3AloneShowsNothingForOtherKeys) {
 TEST(EthNonzeroList, Layer3FollowsForEveryKeyButLayer2Alone) {
   for (const uint32 flags : {0U, 2U, 3U, 4U, 0xFFFFFFFFU}) {
     RecordingPlatform platform;
-    statscl_portcl_stats_msg_t stats = full_record(kPort, kNonzero);
+    statscl_portcl_stats_msg_t stats = full_record(kListPort, kNonzero);
     pfstat_key_cntrs_t pfstats = full_layer3(flags);
     pm_cli_show_common_eth_counters_detailed(platform.output(), &pfstats, &stats);
     EXPECT_EQ(platform.text(), "Ethernet1/1\n" + nonzero_lines(kNonzero) + nonzero_lines(kNonzeroL3) + "\n") << flags;
-    Tuples bound = {{0x0C2A0085, kPort}};
+    Tuples bound = {{0x0C2A0085, kListPort}};
     append_tuples(bound, kNonzero);
     append_tuples(bound, kNonzeroL3);
     EXPECT_EQ(platform.tuples(), bound);
@@ -370,7 +370,7 @@ TEST(EthNonzeroList, Layer3FollowsForEveryKeyButLayer2Alone) {
 
 TEST(EthNonzeroList, Layer3DoesNotFollowForLayer2Alone) {
   RecordingPlatform platform;
-  statscl_portcl_stats_msg_t stats = full_record(kPort, kNonzero);
+  statscl_portcl_stats_msg_t stats = full_record(kListPort, kNonzero);
   pfstat_key_cntrs_t pfstats = full_layer3(1);
   pm_cli_show_common_eth_counters_detailed(platform.output(), &pfstats, &stats);
   EXPECT_EQ(platform.text(), "Ethernet1/1\n" + nonzero_lines(kNonzero) + "\n");
@@ -445,12 +445,12 @@ TEST(Layer3Presence, OtherCountersDoNotCount) {
 
 TEST(EthAllList, NumbersStartAgainInTheSecondPart) {
   RecordingPlatform platform;
-  statscl_portcl_stats_msg_t stats = full_record(kPort, kAll);
+  statscl_portcl_stats_msg_t stats = full_record(kListPort, kAll);
   pm_cli_show_eth_counters_detailed_all(platform.output(), nullptr, &stats);
 
   EXPECT_EQ(platform.text(), "Ethernet1/1\n  64 bit counters:\n" + numbered_lines(0, kHighCapacity) +
                                  "\n  All Port Counters:\n" + numbered_lines(0, kAll) + "\n");
-  Tuples bound = {{0x0C2A0408, kPort}};
+  Tuples bound = {{0x0C2A0408, kListPort}};
   append_tuples(bound, kHighCapacity);
   append_tuples(bound, kAll);
   EXPECT_EQ(platform.tuples(), bound);
@@ -458,7 +458,7 @@ TEST(EthAllList, NumbersStartAgainInTheSecondPart) {
 
 TEST(EthAllList, ZerosAreShown) {
   RecordingPlatform platform;
-  statscl_portcl_stats_msg_t stats = record_of(kPort);
+  statscl_portcl_stats_msg_t stats = record_of(kListPort);
   pm_cli_show_eth_counters_detailed_all(platform.output(), nullptr, &stats);
   EXPECT_THAT(platform.text(), StartsWith("Ethernet1/1\n"
                                           "  64 bit counters:\n"
@@ -469,7 +469,7 @@ TEST(EthAllList, ZerosAreShown) {
 
 TEST(EthAllList, SumsCarryAndWrap) {
   RecordingPlatform platform;
-  statscl_portcl_stats_msg_t stats = record_of(kPort);
+  statscl_portcl_stats_msg_t stats = record_of(kListPort);
   stats.mac.pktflow.b64_rx = 0xFFFFFFFF;
   stats.mac.pktflow.b64_tx = 1;
   stats.mac.errors.bad_etype_drop = 0xFFFFFFFFFFFFFFFF;
@@ -483,7 +483,7 @@ TEST(EthAllList, SumsCarryAndWrap) {
 TEST(EthAllList, Layer3CountsOnForEveryKeyButLayer2Alone) {
   for (const uint32 flags : kOtherFlags) {
     RecordingPlatform platform;
-    statscl_portcl_stats_msg_t stats = full_record(kPort, kAll);
+    statscl_portcl_stats_msg_t stats = full_record(kListPort, kAll);
     pfstat_key_cntrs_t pfstats = full_layer3(flags);
     pm_cli_show_eth_counters_detailed_all(platform.output(), &pfstats, &stats);
     EXPECT_EQ(platform.text(), "Ethernet1/1\n  64 bit counters:\n" + numbered_lines(0, kHighCapacity) +
@@ -491,7 +491,7 @@ TEST(EthAllList, Layer3CountsOnForEveryKeyButLayer2Alone) {
                                    "\n");
   }
   RecordingPlatform platform;
-  statscl_portcl_stats_msg_t stats = full_record(kPort, kAll);
+  statscl_portcl_stats_msg_t stats = full_record(kListPort, kAll);
   pfstat_key_cntrs_t pfstats = full_layer3(1);
   pm_cli_show_eth_counters_detailed_all(platform.output(), &pfstats, &stats);
   EXPECT_EQ(platform.tuples().size(), 1U + 20U + 73U);

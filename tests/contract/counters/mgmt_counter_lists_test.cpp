@@ -8,7 +8,7 @@
 namespace pmcli_test {
 namespace {
 
-const if_index_t kLoopback = loopback(4);
+const if_index_t kListLoopback = loopback(4);
 
 // Of the port manager.
 constexpr counter_line kNonzeroVdc[] = {
@@ -207,11 +207,11 @@ TEST(LoopbackAllList, BothPartsCountFromZero) {
   RecordingPlatform platform;
   ip_if_stats stats{};
   fill(stats, kLoopbackAll);
-  pm_cli_show_loopback_counters_detailed_all(platform.output(), &stats, kLoopback);
+  pm_cli_show_loopback_counters_detailed_all(platform.output(), &stats, kListLoopback);
 
   EXPECT_EQ(platform.text(), "loopback4\n  64 bit counters:\n" + numbered_lines(0, kLoopbackHighCapacity) +
                                  "\n  All Port Counters:\n" + numbered_lines(0, kLoopbackAll) + "\n");
-  Tuples bound = {{0x0C2A0408, kLoopback}};
+  Tuples bound = {{0x0C2A0408, kListLoopback}};
   append_tuples(bound, kLoopbackHighCapacity);
   append_tuples(bound, kLoopbackAll);
   EXPECT_EQ(platform.tuples(), bound);
@@ -221,7 +221,7 @@ TEST(LoopbackAllList, LargestCountersAreShown) {
   RecordingPlatform platform;
   ip_if_stats stats{};
   stats.out_pkts = 0xFFFFFFFFFFFFFFFF;
-  pm_cli_show_loopback_counters_detailed_all(platform.output(), &stats, kLoopback);
+  pm_cli_show_loopback_counters_detailed_all(platform.output(), &stats, kListLoopback);
   EXPECT_THAT(platform.text(), HasSubstr("   1.                      txHCTotalPkts = 18446744073709551615\n"));
   EXPECT_THAT(platform.text(), HasSubstr("   1.                         OutPackets = 18446744073709551615\n"));
 }
@@ -232,8 +232,8 @@ TEST(CounterLists, NothingIsShownWithoutAHandle) {
   ip_if_stats loopback_stats{};
   pm_cli_mgmt_counters_detailed(nullptr, &stats, nullptr, mgmt());
   pm_cli_mgmt_counters_detailed_all(nullptr, &stats, nullptr, mgmt());
-  pm_cli_show_loopback_counters_detailed_all(nullptr, &loopback_stats, kLoopback);
-  pm_cli_show_loopback_counters_detailed_all(platform.output(), nullptr, kLoopback);
+  pm_cli_show_loopback_counters_detailed_all(nullptr, &loopback_stats, kListLoopback);
+  pm_cli_show_loopback_counters_detailed_all(platform.output(), nullptr, kListLoopback);
   EXPECT_THAT(platform.pieces, IsEmpty());
 }
 

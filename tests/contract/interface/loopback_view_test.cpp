@@ -24,7 +24,7 @@ ip_if_stats lossy_counters() {
   return stats;
 }
 
-std::string block(uint32 reliability) {
+std::string loopback_block(uint32 reliability) {
   return "loopback4 is 1\n"
          "  Hardware: Loopback\n"
          "  MTU 1500 bytes, BW 1000000 Kbit, DLY 200 usec,\n"
@@ -50,7 +50,7 @@ constexpr char kNoLines[] =
     "    0 output errors 0 collisions 0 fifo\n"
     "    0 out_carrier_errors\n";
 
-std::string view(RecordingPlatform& platform, uint32 command) {
+std::string loopback_view(RecordingPlatform& platform, uint32 command) {
   pm_cli_show_loopback_port_info(platform.output(), RecordingPlatform::q(), command, kLoopback);
   EXPECT_EQ(platform.sends, 0U);
   return platform.text();
@@ -60,17 +60,18 @@ TEST(LoopbackView, DetailIsTheBlockWithReliabilityAndTheCounters) {
   RecordingPlatform platform;
   platform.ports[kLoopback] = port_record();
   platform.loopback_stats[kLoopback] = lossy_counters();
-  EXPECT_EQ(view(platform, 1), block(153) + kLossyLines);
+  EXPECT_EQ(loopback_view(platform, 1), loopback_block(153) + kLossyLines);
   EXPECT_EQ(platform.terminal(), "");
 }
 
 TEST(LoopbackView, DetailGoesOnWithoutCounters) {
   RecordingPlatform platform;
   platform.ports[kLoopback] = port_record();
-  EXPECT_EQ(view(platform, 1), block(255) + kNoLines);
+  EXPECT_EQ(loopback_view(platform, 1), loopback_block(255) + kNoLines);
   platform.clear_output();
   platform.libraries.erase(IP_STATS_LIBRARY);
-  EXPECT_EQ(view(platform, 1), "error: unable to open library libip_stats.so\n" + block(255) + kNoLines);
+  EXPECT_EQ(loopback_view(platform, 1),
+            "error: unable to open library libip_stats.so\n" + loopback_block(255) + kNoLines);
 }
 
 TEST(LoopbackView, DetailShowsWhatAFailedFetchLeft) {
@@ -81,18 +82,18 @@ TEST(LoopbackView, DetailShowsWhatAFailedFetchLeft) {
          *stats = lossy_counters();
          return 0;
        }}};
-  EXPECT_EQ(view(platform, 1), block(153) + kLossyLines);
+  EXPECT_EQ(loopback_view(platform, 1), loopback_block(153) + kLossyLines);
 }
 
 TEST(LoopbackView, RecordIsNeededByEveryId) {
   for (uint32 command = 0; command <= 120; ++command) {
     RecordingPlatform platform;
     platform.loopback_stats[kLoopback] = lossy_counters();
-    EXPECT_EQ(view(platform, command), "error: <system error 40290037>\n");
+    EXPECT_EQ(loopback_view(platform, command), "error: <system error 40290037>\n");
     EXPECT_THAT(platform.loader_events, IsEmpty());
     platform.clear_output();
     platform.fail_with("pm_cmi_get_port_config");
-    EXPECT_EQ(view(platform, command), "<transport failure 2 110>\n");
+    EXPECT_EQ(loopback_view(platform, command), "<transport failure 2 110>\n");
   }
 }
 
@@ -102,7 +103,7 @@ TEST(LoopbackView, OtherIdsAreNotSupported) {
     platform.ports[kLoopback] = port_record();
     const bool is_served =
         command == 1 || command == 2 || command == 4 || command == 5 || command == 24 || command == 26 || command == 28;
-    EXPECT_EQ(view(platform, command) == kNotSupported, !is_served) << command;
+    EXPECT_EQ(loopback_view(platform, command) == kNotSupported, !is_served) << command;
     EXPECT_EQ(platform.port_queries.size(), 1U);
   }
 }
@@ -112,7 +113,7 @@ TEST(LoopbackView, OtherIdsAreNotSupported) {
 std::string shown_of(const pm_port_info_t& record, uint32 command) {
   RecordingPlatform platform;
   platform.ports[kLoopback] = record;
-  return view(platform, command);
+  return loopback_view(platform, command);
 }
 
 pm_port_info_t record_in(uint8 state, uint8 reason) {
@@ -158,7 +159,7 @@ TEST(LoopbackBriefRow, RowWithADescription) {
   set_description(record, "router id 100% of the time");
   RecordingPlatform platform;
   platform.ports[kLoopback] = record;
-  EXPECT_EQ(view(platform, 5), "loopback4     1          router id 100% of the time\n");
+  EXPECT_EQ(loopback_view(platform, 5), "loopback4     1          router id 100% of the time\n");
   expect_both_forms_agree(platform, {0x0C2A01F4, 0x022A01F8, 0x302A0339});
   EXPECT_EQ(platform.short_rows, 0U);
 }
@@ -166,7 +167,7 @@ TEST(LoopbackBriefRow, RowWithADescription) {
 TEST(LoopbackBriefRow, RowWithoutADescription) {
   RecordingPlatform platform;
   platform.ports[kLoopback] = down_port_record();
-  EXPECT_EQ(view(platform, 5), "loopback4     2          --\n");
+  EXPECT_EQ(loopback_view(platform, 5), "loopback4     2          --\n");
   EXPECT_EQ(platform.tuples(), (Tuples{{0x0C2A01F4, kLoopback}, {0x022A01F8, 2}}));
 }
 
@@ -185,7 +186,7 @@ TEST(LoopbackBriefRow, CellsAreCutAndADescriptionEndsWithItsField) {
   platform.names[kLoopback] = "loopback1234567";
   platform.enum_texts[0x01F8][1] = "not present";
   platform.ports[kLoopback] = record;
-  EXPECT_EQ(view(platform, 5), "loopback12345 not presen " + std::string(81, 'd') + "\n");
+  EXPECT_EQ(loopback_view(platform, 5), "loopback12345 not presen " + std::string(81, 'd') + "\n");
 }
 
 TEST(LoopbackView, EveryFailureIsContracted) {
@@ -194,14 +195,15 @@ TEST(LoopbackView, EveryFailureIsContracted) {
       [](RecordingPlatform& platform) {
         platform.ports[kLoopback] = port_record();
         platform.loopback_stats[kLoopback] = lossy_counters();
-        view(platform, 1);
+        loopback_view(platform, 1);
       },
       [&](const walk_run& run) { texts[run.platform.failed_call()] = run.platform.text(); });
-  EXPECT_EQ(texts[""], block(153) + kLossyLines);
+  EXPECT_EQ(texts[""], loopback_block(153) + kLossyLines);
   EXPECT_EQ(texts["pm_cmi_get_port_config"], "<transport failure 2 110>\n");
-  EXPECT_EQ(texts["dlopen"], "error: unable to open library libip_stats.so\n" + block(255) + kNoLines);
-  EXPECT_EQ(texts["dlsym"], "error: undefined symbol in dlsym for ip_get_loopback_counters\n" + block(255) + kNoLines);
-  EXPECT_EQ(texts["ip_get_loopback_counters"], block(255) + kNoLines);
+  EXPECT_EQ(texts["dlopen"], "error: unable to open library libip_stats.so\n" + loopback_block(255) + kNoLines);
+  EXPECT_EQ(texts["dlsym"],
+            "error: undefined symbol in dlsym for ip_get_loopback_counters\n" + loopback_block(255) + kNoLines);
+  EXPECT_EQ(texts["ip_get_loopback_counters"], loopback_block(255) + kNoLines);
 }
 
 }  // namespace

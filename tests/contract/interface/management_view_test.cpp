@@ -44,7 +44,7 @@ constexpr char kCounters[] =
     "    71 output packets 73 unicast packets 74 multicast packets\n"
     "    75 broadcast packets 72 bytes\n";
 
-constexpr char kNoCounters[] =
+constexpr char kNoManagementCounters[] =
     "  1 minute input rate 0 bits/sec, 0 packets/sec\n"
     "  1 minute output rate 0 bits/sec, 0 packets/sec\n"
     "  Rx\n"
@@ -54,7 +54,7 @@ constexpr char kNoCounters[] =
     "    0 output packets 0 unicast packets 0 multicast packets\n"
     "    0 broadcast packets 0 bytes\n";
 
-std::string block(uint32 reliability, const std::string& address = "") {
+std::string management_block(uint32 reliability, const std::string& address = "") {
   return "mgmt0 is 1\n"
          "  Hardware: GigabitEthernet, address: 02aa.bbcc.ddee (bia 0210.2030.4050)\n" +
          address +
@@ -76,7 +76,7 @@ pm_proc_net_dev_stats_t lossy_device() {
 }
 constexpr uint32 kLossyReliability = 230;
 
-void program(RecordingPlatform& platform) {
+void program_management(RecordingPlatform& platform) {
   platform.ports[mgmt()] = port_record();
   platform.interface_counters[mgmt()] = some_counters();
   platform.kernel_devices["eth1"] = lossy_device();
@@ -129,9 +129,9 @@ TEST(ManagementRates, NothingIsShownWithoutARecord) {
 
 TEST(ManagementView, DetailIsTheBlockWithReliabilityAndTheCounters) {
   RecordingPlatform platform;
-  program(platform);
+  program_management(platform);
   EXPECT_EQ(show(platform, 1), 0);
-  EXPECT_EQ(platform.text(), block(kLossyReliability) + kCounters);
+  EXPECT_EQ(platform.text(), management_block(kLossyReliability) + kCounters);
   EXPECT_EQ(platform.terminal(), "");
   EXPECT_EQ(platform.sends, 1U);
   EXPECT_EQ(platform.kernel_devices_asked, (Events{"eth1"}));
@@ -139,11 +139,11 @@ TEST(ManagementView, DetailIsTheBlockWithReliabilityAndTheCounters) {
 
 TEST(ManagementView, DetailGoesOnWithoutItsProviders) {
   RecordingPlatform platform;
-  program(platform);
+  program_management(platform);
   platform.interface_counters.clear();
   platform.kernel_devices.clear();
   EXPECT_EQ(show(platform, 1), 0);
-  EXPECT_EQ(platform.text(), kStatsFailed + block(255) + kNoCounters);
+  EXPECT_EQ(platform.text(), kStatsFailed + management_block(255) + kNoManagementCounters);
   EXPECT_EQ(platform.terminal(), kStatsFailed);
 }
 
@@ -165,7 +165,7 @@ TEST(ManagementView, OtherIdsFlushOnly) {
   for (uint32 command = 0; command <= 120; ++command) {
     if (command == 1 || command == 5) continue;
     RecordingPlatform platform;
-    program(platform);
+    program_management(platform);
     EXPECT_EQ(show(platform, command), 0);
     EXPECT_EQ(platform.text(), "") << command;
     EXPECT_EQ(platform.sends, 1U);
@@ -174,7 +174,7 @@ TEST(ManagementView, OtherIdsFlushOnly) {
 
 TEST(ManagementView, EveryFailureIsContracted) {
   const walk_scenario scenario = [](RecordingPlatform& platform) {
-    program(platform);
+    program_management(platform);
     platform.addresses[mgmt()] = {ipv4_address(10, 1, 2, 3, 24)};
     show(platform, 1);
   };
@@ -185,18 +185,18 @@ TEST(ManagementView, EveryFailureIsContracted) {
     const std::string& text = run.platform.text();
     EXPECT_EQ(run.platform.sends, 1U);
     if (call.empty()) {
-      EXPECT_EQ(text, block(kLossyReliability, address) + kCounters);
+      EXPECT_EQ(text, management_block(kLossyReliability, address) + kCounters);
       return;
     }
     ++failed;
     if (call == "pm_cmi_get_port_config") {
       EXPECT_EQ(text, "<transport failure 2 110>\n");
     } else if (call == "pm_get_interface_counters") {
-      EXPECT_EQ(text, kStatsFailed + block(kLossyReliability, address) + kNoCounters);
+      EXPECT_EQ(text, kStatsFailed + management_block(kLossyReliability, address) + kNoManagementCounters);
     } else if (call == "pm_get_proc_net_dev_stats") {
-      EXPECT_EQ(text, block(255, address) + kCounters);
+      EXPECT_EQ(text, management_block(255, address) + kCounters);
     } else if (call == "ipconf_get_if_inet_addrs") {
-      EXPECT_EQ(text, block(kLossyReliability) + kCounters);
+      EXPECT_EQ(text, management_block(kLossyReliability) + kCounters);
     }
   });
   EXPECT_GE(failed, 4U);
@@ -354,7 +354,7 @@ TEST(ManagementConfig, LaterRequestsFailToo) {
       {"SIOCGIFFLAGS", {"socket 1", "SIOCGIFHWADDR eth7", "SIOCGIFFLAGS eth7", "close 1"}},
       {"SIOCGIFMTU", kWholeQuery},
   };
-  for (const auto& [request, events] : kLater) {
+  for (const auto& [request, asked] : kLater) {
     RecordingPlatform platform;
     platform.ports[mgmt()] = port_record();
     platform.kernel_interfaces["eth7"] = kDevice;
@@ -363,7 +363,7 @@ TEST(ManagementConfig, LaterRequestsFailToo) {
     EXPECT_EQ(platform.text(), std::string("    Hardware is GigabitEthernet\n"
                                            "    Address is 0200.ff12.3456\n") +
                                    kNoConfig);
-    EXPECT_EQ(platform.kernel_events, events);
+    EXPECT_EQ(platform.kernel_events, asked);
   }
 }
 

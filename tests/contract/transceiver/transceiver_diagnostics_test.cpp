@@ -488,7 +488,7 @@ struct reason_case {
   int32 code;
   const char* text;
 };
-const reason_case kReasons[] = {
+const reason_case kRejections[] = {
     {0x40290041, "    Digital diagnostics feature not supported in SFP\n\n"},
     {0x4029000B, ""},
     {0x4029002A, ""},
@@ -499,7 +499,7 @@ const reason_case kReasons[] = {
 };
 
 TEST(DiagnosticsQuery, SaysWhyThereAreNone) {
-  for (const reason_case& reason : kReasons) {
+  for (const reason_case& reason : kRejections) {
     RecordingPlatform platform;
     platform.fail_with("pm_get_sfp_diag_info", reason.code);
     diagnostics_t diagnostics{};
@@ -543,7 +543,7 @@ TEST(SatelliteDiagnostics, SayWhyThereAreNone) {
     EXPECT_EQ(platform.text(), "error getting FEX fabric interface information\n");
     EXPECT_THAT(platform.satellite_queries, IsEmpty());
   }
-  for (const reason_case& reason : kReasons) {
+  for (const reason_case& reason : kRejections) {
     RecordingPlatform platform;
     platform.fabric_ports[port] = {101, 3};
     platform.fail_with("pm_get_sat_sfp_diag_info", reason.code);

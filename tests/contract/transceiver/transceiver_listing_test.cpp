@@ -14,7 +14,7 @@
 namespace pmcli_test {
 namespace {
 
-const if_index_t kFibre = fibre_channel(1, 1);
+const if_index_t kListedFibre = fibre_channel(1, 1);
 const if_index_t kSecondPort = ethernet(1, 5);
 
 octets listing(const std::vector<if_index_t>& interfaces) {
@@ -43,8 +43,8 @@ void equip(RecordingPlatform& platform, if_index_t if_index) {
 class Listing : public testing::Test {
  protected:
   Listing() {
-    for (const if_index_t port : {kFibre, kPort, kSecondPort}) equip(platform, port);
-    platform.listings[IF_TYPE_FC] = listing({kFibre});
+    for (const if_index_t port : {kListedFibre, kPort, kSecondPort}) equip(platform, port);
+    platform.listings[IF_TYPE_FC] = listing({kListedFibre});
     platform.listings[IF_TYPE_ETHERNET] = listing({kPort, kSecondPort});
     platform.on_request = good_state;
   }
@@ -106,7 +106,7 @@ TEST_F(Listing, PassesPortsThatMayNotBeSeenOrHaveNoRecord) {
 TEST_F(Listing, HidesWhatTheUserMayNotSee) {
   vsan_bitset_t vsans;
   bitset_clear_all(&vsans);
-  platform.port_vsans[kFibre] = vsans;
+  platform.port_vsans[kListedFibre] = vsans;
   platform.is_permitted = [](const vsh_fc_intf_perm_check_info_t&) { return boolean{0}; };
   EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0);
   EXPECT_THAT(shown(), IsEmpty());
@@ -134,12 +134,12 @@ TEST_F(Listing, AnAnswerThatCannotBeDroppedIsToldOfTwo) {
 
 TEST_F(Listing, HostileListingsShowWhatTheyHold) {
   for (const std::size_t size : {0U, 3U, 4U}) {
-    octets payload = listing({kFibre});
+    octets payload = listing({kListedFibre});
     payload.resize(size);
     platform.listings[IF_TYPE_FC] = payload;
     EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0) << size;
   }
-  octets lying = listing({kFibre});
+  octets lying = listing({kListedFibre});
   std::fill_n(lying.begin(), 4, uint8{0xFF});
   platform.listings[IF_TYPE_FC] = lying;
   EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0);
@@ -201,7 +201,7 @@ TEST_F(Listing, AsksForDiagnosticsOnlyBehindAWholeIdentity) {
 }
 
 TEST_F(Listing, PassesAPortWhosePermissionCannotBeRead) {
-  platform.listings[IF_TYPE_FC] = listing({kFibre, kPort});
+  platform.listings[IF_TYPE_FC] = listing({kListedFibre, kPort});
   platform.fail_with("pm_get_port_info_range");
   EXPECT_EQ(pm_show_interface_transceiver_for_if_type(param, IF_TYPE_FC), 0);
   EXPECT_THAT(platform.text(), StartsWith("error: getting port info range\nEthernet1/1 sfp is present \n"));

@@ -17,19 +17,16 @@
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
 #include "platform/syserr.h"
+#include "support/heap_block.h"
 #include "switch/if_index_layout.h"
 #include "switch/source.h"
 
 namespace host {
 namespace {
 
-struct free_block {
-  void operator()(uint8* block) const { std::free(block); }
-};
-
 // A status list as callers walk it.
 struct status_list {
-  std::unique_ptr<uint8, free_block> block;
+  heap_block<uint8> block;
 
   std::size_t count() const { return block == nullptr ? 0 : *block; }
   pm_clear_status_t operator[](std::size_t i) const {

@@ -35,7 +35,7 @@ namespace {
 // How a client reports failures.
 enum class convention { error, only_minus_one, zero_is_failure, one_is_failure };
 
-struct outcome {
+struct failed_call {
   int32 result;
   bool delivered;  // a block or a message came out
 };
@@ -47,13 +47,13 @@ struct client_call {
   std::size_t answer_bytes;  // the shortest answer that serves the caller
   convention failures;
   mts_q_handle_t (*queue)(mts_q_handle_t command_queue);
-  outcome (*call)(const small_machine& names, mts_q_handle_t q);
+  failed_call (*call)(const small_machine& names, mts_q_handle_t q);
 };
 
 mts_q_handle_t of_command(mts_q_handle_t q) { return q; }
 mts_q_handle_t of_process(mts_q_handle_t) { return client_queue(); }
 
-outcome take_block(int32 result, void* block) {
+failed_call take_block(int32 result, void* block) {
   std::free(block);
   return {result, block != nullptr};
 }
@@ -64,7 +64,7 @@ T* stale() {
   return reinterpret_cast<T*>(std::uintptr_t{16});
 }
 
-outcome call_port_config(const small_machine& names, mts_q_handle_t q) {
+failed_call call_port_config(const small_machine& names, mts_q_handle_t q) {
   const if_index_range_t range{names.first_port, names.second_port};
   uint32 count = 99;
   auto* records = stale<pm_port_info_t>();
@@ -73,7 +73,7 @@ outcome call_port_config(const small_machine& names, mts_q_handle_t q) {
   return take_block(result, records);
 }
 
-outcome call_transceiver(const small_machine& names, mts_q_handle_t q) {
+failed_call call_transceiver(const small_machine& names, mts_q_handle_t q) {
   const if_index_range_t range{names.first_port, names.first_port};
   uint32 length = 99;
   auto* response = stale<pm_fcot_res_t>();
@@ -82,33 +82,33 @@ outcome call_transceiver(const small_machine& names, mts_q_handle_t q) {
   return take_block(result, response);
 }
 
-outcome call_tracked(const small_machine& names, mts_q_handle_t q) {
+failed_call call_tracked(const small_machine& names, mts_q_handle_t q) {
   auto* list = stale<void>();
   const int32 result = pm_cmi_get_tracked_port_if_list(q, names.first_port, &list, 60);
   return take_block(result, list);
 }
 
 // What became of a message that a client function was to fill; it is dropped.
-outcome take_message(int32 result, mts_q_handle_t q, mts_msg_ref_t& message) {
+failed_call take_message(int32 result, mts_q_handle_t q, mts_msg_ref_t& message) {
   const bool delivered = message.id != 0;
   EXPECT_EQ(mts_drop(q, &message), 0);
   return {result, delivered};
 }
 
-outcome call_listing(const small_machine&, mts_q_handle_t q) {
+failed_call call_listing(const small_machine&, mts_q_handle_t q) {
   mts_msg_ref_t message{7, 7};
   const int32 result = pm_get_if_index_listing(IF_TYPE_ETHERNET, q, &message, 60);
   return take_message(result, q, message);
 }
 
-outcome call_startup_listing(const small_machine&, mts_q_handle_t q) {
+failed_call call_startup_listing(const small_machine&, mts_q_handle_t q) {
   mts_msg_ref_t message{7, 7};
   const int32 result = pm_get_startup_if_index_listing("/startup", IF_TYPE_ETHERNET, q, &message, 60);
   return take_message(result, q, message);
 }
 
 // Asking and reading the answer are two functions that callers use one after the other.
-outcome call_port_info(const small_machine& names, mts_q_handle_t q) {
+failed_call call_port_info(const small_machine& names, mts_q_handle_t q) {
   mts_msg_ref_t message{7, 7};
   auto* ports = stale<pm_port_info_t>();
   uint32 num_ports = 99;
@@ -121,7 +121,7 @@ outcome call_port_info(const small_machine& names, mts_q_handle_t q) {
   return take_block(result, ports);
 }
 
-outcome call_trunk_membership(const small_machine& names, mts_q_handle_t q) {
+failed_call call_trunk_membership(const small_machine& names, mts_q_handle_t q) {
   vsan_bitset_t carried{};
   const int32 result = vsan_get_port_trunking_membership(q, names.old_channel, &carried);
   EXPECT_EQ(carried.size, result == 0 ? 512u : 0u) << "a failure leaves the set alone";
@@ -150,55 +150,55 @@ struct block_of_range {
   paraminfo_t param{};
 };
 
-outcome call_config_sub_interface(const small_machine& names, mts_q_handle_t q) {
+failed_call call_config_sub_interface(const small_machine& names, mts_q_handle_t q) {
   const intf_range_t ranges = one_range(names.sub_port + 1, names.sub_port + 2);
   return {static_cast<int32>(pm_cli_config_sub_interface(q, 1, 0x800000, &ranges, 120)), false};
 }
 
-outcome call_config_loopback(const small_machine& names, mts_q_handle_t q) {
+failed_call call_config_loopback(const small_machine& names, mts_q_handle_t q) {
   const intf_range_t ranges = one_range(names.loopback + 1, names.loopback + 1);
   return {static_cast<int32>(pm_cli_config_loopback_interface(q, 1, 0x4000, &ranges, 120)), false};
 }
 
-outcome call_statistics(const small_machine& names, mts_q_handle_t q) {
+failed_call call_statistics(const small_machine& names, mts_q_handle_t q) {
   show_eth_intf_resp_t stats;
   return {pm_get_clear_eth_stats(q, names.first_port, names.first_port, 1, &stats), false};
 }
 
-outcome call_clear(const small_machine& names, mts_q_handle_t q) {
+failed_call call_clear(const small_machine& names, mts_q_handle_t q) {
   return {pm_get_clear_eth_stats(q, names.first_port, names.first_port, 0, nullptr), false};
 }
 
-outcome call_channel_statistics(const small_machine& names, mts_q_handle_t q) {
+failed_call call_channel_statistics(const small_machine& names, mts_q_handle_t q) {
   show_eth_intf_resp_t stats;
   return {pm_port_channel_get_clear_eth_stats(q, names.old_channel, 1, &stats), false};
 }
 
-outcome call_counters(const small_machine& names, mts_q_handle_t q) {
+failed_call call_counters(const small_machine& names, mts_q_handle_t q) {
   pm_if_stat stats;
   return {pm_get_interface_counters(names.mgmt, q, &stats), false};
 }
 
-outcome call_addresses(const small_machine& names, mts_q_handle_t q) {
+failed_call call_addresses(const small_machine& names, mts_q_handle_t q) {
   auto* list = stale<ipconf_if_inet_addrs_t>();
   const int32 result = ipconf_get_if_inet_addrs(q, names.routed_port, &list);
   return take_block(result, list);
 }
 
 template <int32 (*Query)(if_info_t*, uint32)>
-outcome call_interface_manager(const small_machine& names, mts_q_handle_t) {
+failed_call call_interface_manager(const small_machine& names, mts_q_handle_t) {
   if_info_t record{};
   record.ifindex = names.first_port;
   return {Query(&record, 1), false};
 }
 
-outcome call_members(const small_machine& names, mts_q_handle_t) {
+failed_call call_members(const small_machine& names, mts_q_handle_t) {
   auto* response = stale<void>();
   const int32 result = get_port_channel_members(11, names.channel, &response);
   return take_block(result, response);
 }
 
-outcome call_multi_chassis(const small_machine& names, mts_q_handle_t) {
+failed_call call_multi_chassis(const small_machine& names, mts_q_handle_t) {
   char status[MCEC_STATUS_BYTES] = {};
   const int32 result = mcecm_api_sdb_sh_int_po(names.channel, status);
   EXPECT_STREQ(status, result == 0 ? "peer is alive" : "");
@@ -206,56 +206,56 @@ outcome call_multi_chassis(const small_machine& names, mts_q_handle_t) {
 }
 
 template <int32 (*Query)(if_index_t, statscl_portcl_stats_msg_t*)>
-outcome call_port_statistics(const small_machine& names, mts_q_handle_t) {
+failed_call call_port_statistics(const small_machine& names, mts_q_handle_t) {
   statscl_portcl_stats_msg_t stats{};
   const int32 result = Query(names.first_port, &stats);
   EXPECT_EQ(stats.ifidx, result == 0 ? names.first_port : 0u);
   return {result, false};
 }
 
-outcome call_loopback(const small_machine& names, mts_q_handle_t q) {
+failed_call call_loopback(const small_machine& names, mts_q_handle_t q) {
   ip_if_stats stats{};
   return {get_loopback_counters(q, names.loopback, &stats), false};
 }
 
-outcome call_capability(const small_machine& names, mts_q_handle_t) {
+failed_call call_capability(const small_machine& names, mts_q_handle_t) {
   const if_index_range_t range{names.first_port, names.first_port};
   uint8 response[sizeof(crdcfg_port_cap_t)] = {};
   return {get_port_capability(&range, sizeof response, response), false};
 }
 
-outcome call_clear_ports(const small_machine& names, mts_q_handle_t q) {
+failed_call call_clear_ports(const small_machine& names, mts_q_handle_t q) {
   const if_index_t ports[] = {names.first_port, names.nobody};
   auto* list = stale<uint8>();
   const int32 result = pm_clear_port_counters(q, 2, ports, 1, &list, 1);
   return take_block(result, list);
 }
 
-outcome call_clear_management(const small_machine& names, mts_q_handle_t q) {
+failed_call call_clear_management(const small_machine& names, mts_q_handle_t q) {
   return {pm_clear_interface_counters("eth0", names.mgmt, q), false};
 }
 
-outcome call_clear_channel(const small_machine& names, mts_q_handle_t q) {
+failed_call call_clear_channel(const small_machine& names, mts_q_handle_t q) {
   return {dstats_clear_counters(q, names.channel, 1, 1, 5), false};
 }
 
-outcome call_next_channel(const small_machine& names, mts_q_handle_t) {
+failed_call call_next_channel(const small_machine& names, mts_q_handle_t) {
   if_index_t next = 4711;
   const int32 result = pcmap_get_next_port_channel(0, &next);
   EXPECT_EQ(next, result == 0 ? names.old_channel : 4711u) << "a failure stores nothing";
   return {result, false};
 }
 
-outcome call_clear_port_statistics(const small_machine& names, mts_q_handle_t) {
+failed_call call_clear_port_statistics(const small_machine& names, mts_q_handle_t) {
   return {clear_port_statistics(names.first_port), false};
 }
 
-outcome call_clear_loopback(const small_machine& names, mts_q_handle_t) {
+failed_call call_clear_loopback(const small_machine& names, mts_q_handle_t) {
   return {clear_loopback_counters(names.loopback), false};
 }
 
 // A description, which the port keeps.
-outcome call_set_config(const small_machine& names, mts_q_handle_t q) {
+failed_call call_set_config(const small_machine& names, mts_q_handle_t q) {
   const if_index_range_t range{names.first_port, names.second_port};
   const char name[PM_PORT_NAME_BYTES] = "a name that is too long to be kept without memory of its own";
   auto* statuses = stale<pm_port_cfg_status_t>();
@@ -268,7 +268,7 @@ outcome call_set_config(const small_machine& names, mts_q_handle_t q) {
 
 // A step of a macro.
 template <int32 (*Step)(const paraminfo_t*, pm_port_cfg_status_t**, uint32*)>
-outcome call_step(const small_machine& names, mts_q_handle_t q) {
+failed_call call_step(const small_machine& names, mts_q_handle_t q) {
   block_of_range block(names.first_port, names.second_port);
   block.argument.token_id = TOKEN_CONF_INTERFACES;
   block.param.q = q;
@@ -280,16 +280,16 @@ outcome call_step(const small_machine& names, mts_q_handle_t q) {
 }
 
 // The only client that says on the terminal what went wrong.
-outcome clear_channel_ranges(const small_machine& names, mts_q_handle_t q) {
+failed_call clear_channel_ranges(const small_machine& names, mts_q_handle_t q) {
   block_of_range block(names.channel, names.channel);
   block.argument.type = PARAM_TYPE_INTERFACES;
   block.param.q = q;
   return {pm_cli_clear_ethernet_channel_counters(&block.param), false};
 }
 
-outcome call_clear_channel_ranges(const small_machine& names, mts_q_handle_t q) {
+failed_call call_clear_channel_ranges(const small_machine& names, mts_q_handle_t q) {
   testing::internal::CaptureStdout();
-  const outcome cleared = clear_channel_ranges(names, q);
+  const failed_call cleared = clear_channel_ranges(names, q);
   std::fflush(stdout);
   EXPECT_EQ(testing::internal::GetCapturedStdout().empty(), cleared.result == 0);
   return cleared;
@@ -297,22 +297,22 @@ outcome call_clear_channel_ranges(const small_machine& names, mts_q_handle_t q) 
 
 using enum convention;
 constexpr std::size_t kHead = 8;
-outcome call_chassis_type(const small_machine&, mts_q_handle_t) {
+failed_call call_chassis_type(const small_machine&, mts_q_handle_t) {
   uint32 type = 0;
   return {pdb_get_chassis_type(&type), false};
 }
 
-outcome call_platform_info(const small_machine&, mts_q_handle_t) {
+failed_call call_platform_info(const small_machine&, mts_q_handle_t) {
   platform_info_t info{};
   return {get_platform_info(&info), false};
 }
 
-outcome call_card(const small_machine& names, mts_q_handle_t) {
+failed_call call_card(const small_machine& names, mts_q_handle_t) {
   card_module_info_t info{};
   return {get_card_module_info(names.first_port, &info), false};
 }
 
-outcome call_device_counters(const small_machine&, mts_q_handle_t) {
+failed_call call_device_counters(const small_machine&, mts_q_handle_t) {
   pm_proc_net_dev_stats_t stats{};
   return {pm_get_proc_net_dev_stats("lo", &stats), false};
 }
@@ -385,7 +385,7 @@ class ClientFailures : public testing::TestWithParam<client_call> {
     ASSERT_TRUE(transport_inject_fault(GetParam().service, {what, static_cast<uint32>(number)}));
   }
 
-  outcome call() const { return GetParam().call(names_, q_); }
+  failed_call call() const { return GetParam().call(names_, q_); }
   int32 error_of_transport() const { return mts_errno_get(GetParam().queue(q_)); }
 
   // The result that stands for a failure, by the function's convention.
@@ -410,7 +410,7 @@ TEST_P(ClientFailures, NoFaultSucceeds) { EXPECT_EQ(call().result, success()); }
 TEST_P(ClientFailures, LostServiceIsATransportFailure) {
   inject_fault(injected_fault::kind::lost);
 
-  const outcome got = call();
+  const failed_call got = call();
 
   EXPECT_EQ(got.result, failure(-1));
   EXPECT_FALSE(got.delivered);
@@ -421,7 +421,7 @@ TEST_P(ClientFailures, SilentServiceIsWaitedForUntilTheUserGivesUp) {
   inject_fault(injected_fault::kind::silent);
   const alarm_soon alarm([](int) { transport_cancel(true); });
 
-  const outcome got = call();
+  const failed_call got = call();
 
   EXPECT_EQ(got.result, failure(-1));
   EXPECT_FALSE(got.delivered);
@@ -431,7 +431,7 @@ TEST_P(ClientFailures, SilentServiceIsWaitedForUntilTheUserGivesUp) {
 TEST_P(ClientFailures, CancelledWaitIsATransportFailure) {
   transport_cancel(true);
 
-  const outcome got = call();
+  const failed_call got = call();
 
   EXPECT_EQ(got.result, failure(-1));
   EXPECT_FALSE(got.delivered);
@@ -441,7 +441,7 @@ TEST_P(ClientFailures, CancelledWaitIsATransportFailure) {
 TEST_P(ClientFailures, RejectedRequestIsAGeneralFailure) {
   inject_fault(injected_fault::kind::reject);
 
-  const outcome got = call();
+  const failed_call got = call();
 
   EXPECT_EQ(got.result, failure(PM_ERR_GENERAL));
   EXPECT_FALSE(got.delivered);
@@ -497,7 +497,7 @@ TEST_P(ClientFailures, AnswerCutAtAnyByteIsAGeneralFailure) {
   const std::size_t whole = GetParam().answer_bytes;
   for (std::size_t left = 0; left < whole; ++left) {
     inject_fault(injected_fault::kind::cut, left);
-    const outcome got = call();
+    const failed_call got = call();
     EXPECT_EQ(got.result, failure(PM_ERR_GENERAL)) << "cut to " << left;
     EXPECT_FALSE(got.delivered) << "cut to " << left;
   }
@@ -515,7 +515,7 @@ TEST_P(ClientFailures, MemoryThatRunsOutIsAFailure) {
     command_account account(q_);  // what is noted in an empty one needs memory
     transport_take_buffer();      // so does an answer
     const pmcli_test::failing_allocation memory(spared);
-    const outcome got = call_without_memory(names_, q_);
+    const failed_call got = call_without_memory(names_, q_);
     if (!memory.has_failed()) break;
     if (got.result == success()) continue;  // it was done without that
     ++failures;
@@ -594,7 +594,7 @@ TEST_P(ClientsOfBrokenServices, CountIsBelievedOnlyAsFarAsThePayloadReaches) {
   const bool begins_with_the_count = GetParam().failures == only_minus_one || GetParam().call == call_clear_ports;
   replace(begins_with_the_count ? list_more : promise_more);
 
-  const outcome got = call();
+  const failed_call got = call();
 
   EXPECT_EQ(got.result, failure(PM_ERR_GENERAL));
   EXPECT_FALSE(got.delivered);

@@ -18,18 +18,13 @@
 #include "platform/port_channel.h"
 #include "platform/port_manager.h"
 #include "platform/transceiver.h"
+#include "support/heap_block.h"
 #include "switch/if_index_layout.h"
 
 namespace host {
 namespace {
 
 using testing::HasSubstr;
-
-struct free_block {
-  void operator()(void* block) const { std::free(block); }
-};
-template <typename T>
-using heap_block = std::unique_ptr<T, free_block>;
 
 uint32 word_at(const void* block, std::size_t offset) {
   be32 word;

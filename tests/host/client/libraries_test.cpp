@@ -19,6 +19,7 @@
 #include "platform/syserr.h"
 #include "platform/vlan_manager.h"
 #include "service/services.h"
+#include "support/heap_block.h"
 
 namespace host {
 namespace {
@@ -124,10 +125,6 @@ TEST_F(ClientLibraries, AClosedLibraryStaysLoaded) {
 
 TEST_F(ClientLibraries, MissingLibraryStaysMissing) { EXPECT_EQ(dlopen("libnobody.so", RTLD_LAZY), nullptr); }
 
-struct free_block {
-  void operator()(void* block) const { std::free(block); }
-};
-
 // A command about some interfaces, as the shell hands it to a step of a macro.
 struct step_command {
   explicit step_command(std::initializer_list<if_index_t> interfaces) {
@@ -154,7 +151,7 @@ Statuses run_step(macro_step step, step_command& command, int32 expected_result 
   pm_port_cfg_status_t* block = nullptr;
   uint32 count = 99;
   EXPECT_EQ(step(&command.block, &block, &count), expected_result);
-  const std::unique_ptr<pm_port_cfg_status_t, free_block> owned(block);
+  const heap_block<pm_port_cfg_status_t> owned(block);
   Statuses statuses;
   for (uint32 i = 0; i < count; ++i) statuses.emplace_back(block[i].if_index, block[i].status);
   return statuses;

@@ -14,6 +14,7 @@
 #include "platform/vsan.h"
 #include "service/services.h"
 #include "settings/change_journal.h"
+#include "support/heap_block.h"
 #include "switch/if_index_layout.h"
 #include "switch/source.h"
 
@@ -498,10 +499,6 @@ TEST_F(InterfaceConfiguration, RangesOfTheShellAreBelievedOnlyAsFarAsTheyReach) 
 
 // Ports of a range, and what they carry.
 
-struct free_block {
-  void operator()(void* block) const { std::free(block); }
-};
-
 TEST_F(InterfaceConfiguration, PortInfoOfARange) {
   mts_msg_ref_t message{};
   ASSERT_EQ(pm_get_port_info_range(q_, names_.first_port, names_.third_port, &message), 0);
@@ -511,7 +508,7 @@ TEST_F(InterfaceConfiguration, PortInfoOfARange) {
   ASSERT_EQ(pm_parse_get_port_info_range(&message, &count, &ports), 0);
   EXPECT_EQ(mts_drop(q_, &message), 0);
 
-  const std::unique_ptr<pm_port_info_t, free_block> block(ports);
+  const heap_block<pm_port_info_t> block(ports);
   ASSERT_EQ(count, 3u);
   EXPECT_EQ(ports[0].if_index, names_.first_port);
   EXPECT_EQ(ports[0].port_vsan, 17u);

@@ -85,6 +85,7 @@ TEST_F(ValuesService, IdentityAndStateAreThoseOfTheModel) {
   EXPECT_EQ(value_of(names_.first_port, property::state_reason), "9");
   EXPECT_EQ(value_of(names_.first_port, property::last_link_flapped), "1600000000");
   EXPECT_EQ(value_of(names_.second_port, property::last_link_flapped), kNone) << "never";
+  EXPECT_EQ(value_of(names_.first_port, property::link_changes), kNone) << "simulated switches do not count them";
   EXPECT_EQ(value_of(names_.first_port, property::interface_resets), "11");
   EXPECT_EQ(value_of(names_.first_port, property::device), kNone) << "no device of a kernel";
 }
@@ -186,6 +187,9 @@ TEST_F(ValuesService, RatesOfAPortThatCanBeRoutedAreThoseOfHalfAMinute) {
   EXPECT_EQ(value_of(names_.routed_port, property::input_bits_per_second), "40008");
   EXPECT_EQ(value_of(names_.routed_port, property::output_packets_per_second), "5004");
   EXPECT_EQ(value_of(names_.loopback, property::load_interval_seconds), kNone);
+  EXPECT_EQ(value_of(names_.first_port, property::rate_interval_seconds), "30")
+      << "tables of rates have other averages";
+  EXPECT_EQ(value_of(names_.loopback, property::rate_interval_seconds), kNone);
   EXPECT_EQ(value_of(names_.loopback, property::input_bytes_per_second), kNone);
 }
 
@@ -309,7 +313,7 @@ TEST_F(ValuesService, OnlyWhatIsUnknownIsReportedAsSuch) {
 // ---- What is done for a request -------------------------------------------------------------------------------------
 
 // Notes what the service asks of its source.
-struct noting_source : switch_source {
+struct refreshing_source : switch_source {
   bool update_statistics(interface&, uint32) override {
     ++updates;
     return true;
@@ -324,7 +328,7 @@ struct noting_source : switch_source {
 class ValuesOfASource : public ValuesService {
  protected:
   ValuesOfASource() {
-    auto source = std::make_unique<noting_source>();
+    auto source = std::make_unique<refreshing_source>();
     source_ = source.get();
     set_source(std::move(source));
   }
@@ -332,7 +336,7 @@ class ValuesOfASource : public ValuesService {
 
   void ask(const std::vector<property>& asked) { ask_interface_values(q_, names_.first_port, asked, true); }
 
-  noting_source* source_;
+  refreshing_source* source_;
 };
 
 TEST_F(ValuesOfASource, NothingIsBroughtUpToDateForASetting) {

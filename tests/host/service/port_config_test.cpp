@@ -14,16 +14,13 @@
 #include "platform/card_config.h"
 #include "platform/syserr.h"
 #include "settings/change_journal.h"
+#include "support/heap_block.h"
 #include "switch/if_index_layout.h"
 #include "switch/interface_name.h"
 #include "switch/source.h"
 
 namespace host {
 namespace {
-
-struct free_block {
-  void operator()(void* block) const { std::free(block); }
-};
 
 struct outcome {
   int32 error = 0;
@@ -43,7 +40,7 @@ class PortConfig : public Clients {
     outcome got;
     got.error = pm_cmi_set_port_config(q_, "operator", 1, static_cast<uint32>(ranges.size()), ranges.data(), type,
                                        static_cast<uint8>(value.size()), value.data(), &block, &count, 60);
-    const std::unique_ptr<pm_port_cfg_status_t, free_block> results(block);
+    const heap_block<pm_port_cfg_status_t> results(block);
     for (uint32 i = 0; i < count; ++i) got.ports.emplace_back(block[i].if_index, block[i].status);
     return got;
   }

@@ -19,7 +19,7 @@ namespace host {
 namespace {
 
 template <typename Record>
-std::vector<std::byte> bytes(const Record& record) {
+std::vector<std::byte> bytes_of(const Record& record) {
   std::vector<std::byte> copy(sizeof record);
   std::memcpy(copy.data(), &record, sizeof record);
   return copy;
@@ -121,7 +121,7 @@ TEST_F(Services, RejectRequestsOfEveryOtherSize) {
 TEST_F(Services, RejectUnknownOpcodes) {
   for (const service& it : all_services())
     for (const mts_opc_t opcode : {0u, 99u, 333u, 0xFFFFFFFFu})
-      EXPECT_EQ(it.serve(opcode, bytes(about(names_.first_port))).what, reply::kind::reject) << it.name;
+      EXPECT_EQ(it.serve(opcode, bytes_of(about(names_.first_port))).what, reply::kind::reject) << it.name;
 }
 
 TEST_F(Services, HaveNamesAndAccessPointsOfTheirOwn) {
@@ -168,7 +168,8 @@ TEST_F(Services, RefuseAReversedRangeAndOneOverTwoKinds) {
 }
 
 TEST_F(Services, PortRecordCarriesTheWholePort) {
-  const auto port = only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes(one(names_.first_port))));
+  const auto port =
+      only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes_of(one(names_.first_port))));
 
   EXPECT_EQ(port.if_index, names_.first_port);
   EXPECT_EQ(port.status, 0x40290003u);
@@ -206,7 +207,8 @@ TEST_F(Services, PortRecordCarriesTheWholePort) {
 }
 
 TEST_F(Services, PortRecordCarriesBothMacAddresses) {
-  const auto port = only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes(one(names_.first_port))));
+  const auto port =
+      only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes_of(one(names_.first_port))));
   const uint8 burned_in[] = {0x02, 0x11, 0x22, 0x33, 0x44, 0x55};
   const uint8 router[] = {0x02, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE};
 
@@ -215,7 +217,8 @@ TEST_F(Services, PortRecordCarriesBothMacAddresses) {
 }
 
 TEST_F(Services, PortRecordCarriesStormControl) {
-  const auto port = only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes(one(names_.first_port))));
+  const auto port =
+      only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes_of(one(names_.first_port))));
 
   const pm_port_storm_control_t& unicast = port.admin_port_storm_control[PM_STORM_UNICAST];
   EXPECT_EQ(port.admin_port_storm_control[PM_STORM_BROADCAST].mode, 1);
@@ -226,7 +229,8 @@ TEST_F(Services, PortRecordCarriesStormControl) {
 }
 
 TEST_F(Services, PortRecordOfAnIdlePortSaysSo) {
-  const auto port = only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes(one(names_.third_port))));
+  const auto port =
+      only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes_of(one(names_.third_port))));
 
   EXPECT_EQ(port.oper_port_state, 2);
   EXPECT_EQ(port.is_part_of_bundle, 0u);
@@ -241,27 +245,29 @@ TEST_F(Services, PortRecordOfAnIdlePortSaysSo) {
 TEST_F(Services, DescriptionThatFillsItsFieldIsNotTerminated) {
   the_machine().find(names_.first_port)->settings.description = std::string(200, 'x');
 
-  const auto port = only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes(one(names_.first_port))));
+  const auto port =
+      only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes_of(one(names_.first_port))));
 
   EXPECT_EQ(std::string(port.port_name, sizeof port.port_name), std::string(81, 'x'));
   EXPECT_EQ(port.admin_port_mode, 0x00100000u);
 }
 
 TEST_F(Services, SubInterfaceRecordCarriesItsVlan) {
-  const auto port = only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes(one(names_.sub_port))));
+  const auto port = only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes_of(one(names_.sub_port))));
 
   EXPECT_EQ(port.admin_si_vlan_id, 70u);
 }
 
 TEST_F(Services, ChannelRecordCarriesItsLayer) {
-  const auto port = only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes(one(names_.old_channel))));
+  const auto port =
+      only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes_of(one(names_.old_channel))));
 
   EXPECT_EQ(port.phy_port_layer, 1);
 }
 
 TEST_F(Services, RangeHasOneRecordForEachPort) {
-  const auto ports =
-      records<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes(range(names_.first_port, names_.nobody))));
+  const auto ports = records<pm_port_info_t>(
+      serve_port_manager(PM_OPC_PORT_CONFIG, bytes_of(range(names_.first_port, names_.nobody))));
 
   ASSERT_EQ(ports.size(), 3u);
   EXPECT_EQ(ports[0].if_index, names_.first_port);
@@ -270,7 +276,7 @@ TEST_F(Services, RangeHasOneRecordForEachPort) {
 }
 
 TEST_F(Services, TransceiverRecordHoldsTheImageAndTheTrailer) {
-  const auto sfp = only_record<pm_fcot_res_t>(serve_port_manager(PM_OPC_TRANSCEIVER, bytes(one(names_.first_port))));
+  const auto sfp = only_record<pm_fcot_res_t>(serve_port_manager(PM_OPC_TRANSCEIVER, bytes_of(one(names_.first_port))));
 
   EXPECT_EQ(sfp.if_index, names_.first_port);
   EXPECT_EQ(sfp.status, 0u);
@@ -284,7 +290,7 @@ TEST_F(Services, TransceiverRecordHoldsTheImageAndTheTrailer) {
 }
 
 TEST_F(Services, ModuleThatIsNotSupportedIsPresent) {
-  const auto x2 = only_record<pm_fcot_res_t>(serve_port_manager(PM_OPC_TRANSCEIVER, bytes(one(names_.second_port))));
+  const auto x2 = only_record<pm_fcot_res_t>(serve_port_manager(PM_OPC_TRANSCEIVER, bytes_of(one(names_.second_port))));
 
   EXPECT_EQ(x2.status, 0u);
   EXPECT_EQ(x2.is_fcot_supported, 2);
@@ -296,7 +302,8 @@ TEST_F(Services, ModuleThatIsNotSupportedIsPresent) {
 }
 
 TEST_F(Services, EmptyCageHasNoTransceiver) {
-  const auto none = only_record<pm_fcot_res_t>(serve_port_manager(PM_OPC_TRANSCEIVER, bytes(one(names_.third_port))));
+  const auto none =
+      only_record<pm_fcot_res_t>(serve_port_manager(PM_OPC_TRANSCEIVER, bytes_of(one(names_.third_port))));
 
   EXPECT_EQ(none.is_fcot_supported, 0);
   EXPECT_EQ(none.status, 0x4029002Au);
@@ -304,7 +311,7 @@ TEST_F(Services, EmptyCageHasNoTransceiver) {
 
 TEST_F(Services, ListingIsOfOneKindOrOfAll) {
   const auto listing = [](if_index_type_t type) {
-    const reply answer = serve_port_manager(PM_OPC_LISTING, bytes(listing_request{type}));
+    const reply answer = serve_port_manager(PM_OPC_LISTING, bytes_of(listing_request{type}));
     const auto head = record_at<pm_if_index_listing_res_payload_t>(answer, 0);
     EXPECT_EQ(answer.payload.size(), 4 + 4 * head.num_if_index);
     std::vector<if_index_t> listed;
@@ -320,7 +327,7 @@ TEST_F(Services, ListingIsOfOneKindOrOfAll) {
 }
 
 TEST_F(Services, ListingOfATypeBeyondAByteIsEmpty) {
-  const reply answer = serve_port_manager(PM_OPC_LISTING, bytes(listing_request{0x100 + IF_TYPE_ETHERNET}));
+  const reply answer = serve_port_manager(PM_OPC_LISTING, bytes_of(listing_request{0x100 + IF_TYPE_ETHERNET}));
 
   EXPECT_EQ(record_at<be32>(answer, 0), 0u);
   EXPECT_EQ(answer.payload.size(), 4u);
@@ -328,7 +335,7 @@ TEST_F(Services, ListingOfATypeBeyondAByteIsEmpty) {
 
 TEST_F(Services, StartupListingHoldsWhatWasSavedWhateverRuns) {
   const auto startup = [](if_index_type_t type) {
-    const reply answer = serve_port_manager(PM_OPC_STARTUP_LISTING, bytes(listing_request{type}));
+    const reply answer = serve_port_manager(PM_OPC_STARTUP_LISTING, bytes_of(listing_request{type}));
     std::vector<if_index_t> listed;
     for (std::size_t at = 4; at < answer.payload.size(); at += 4) listed.push_back(record_at<be32>(answer, at));
     EXPECT_EQ(record_at<be32>(answer, 0), listed.size());
@@ -349,16 +356,17 @@ TEST_F(Services, InBandInterfaceIsListedAndHasNoRecord) {
   in_band.if_index = if_index_inband_get_active_sup_priority_hi();
   the_machine().add(in_band);
 
-  const reply listing = serve_port_manager(PM_OPC_LISTING, bytes(listing_request{IF_TYPE_INBAND}));
+  const reply listing = serve_port_manager(PM_OPC_LISTING, bytes_of(listing_request{IF_TYPE_INBAND}));
 
   EXPECT_EQ(record_at<be32>(listing, 0), 1u);
   EXPECT_EQ(record_at<be32>(listing, 4), in_band.if_index);
-  EXPECT_EQ(error_of(serve_port_manager(PM_OPC_PORT_CONFIG, bytes(one(in_band.if_index)))), PM_ERR_NO_SUCH_INTERFACE);
+  EXPECT_EQ(error_of(serve_port_manager(PM_OPC_PORT_CONFIG, bytes_of(one(in_band.if_index)))),
+            PM_ERR_NO_SUCH_INTERFACE);
 }
 
 TEST_F(Services, TrunkMembershipIsASetOfVsans) {
   const auto carried =
-      only_record<vsan_bitset_t>(serve_vsan_manager(VSAN_OPC_TRUNK_MEMBERSHIP, bytes(about(names_.old_channel))));
+      only_record<vsan_bitset_t>(serve_vsan_manager(VSAN_OPC_TRUNK_MEMBERSHIP, bytes_of(about(names_.old_channel))));
 
   vsan_bitset_t expected{};
   expected.size = 512;
@@ -370,7 +378,7 @@ TEST_F(Services, TrunkMembershipIsASetOfVsans) {
 
 TEST_F(Services, TrunkMembershipIsOfKindsWithVsansOnly) {
   for (const if_index_t without : {names_.first_port, names_.channel, names_.mgmt, names_.loopback})
-    EXPECT_EQ(error_of(serve_vsan_manager(VSAN_OPC_TRUNK_MEMBERSHIP, bytes(about(without)))),
+    EXPECT_EQ(error_of(serve_vsan_manager(VSAN_OPC_TRUNK_MEMBERSHIP, bytes_of(about(without)))),
               PM_ERR_NOT_ALLOWED_ON_INTERFACE);
 }
 
@@ -378,7 +386,7 @@ TEST_F(Services, PortRecordOfATrunkOfVsansSaysSo) {
   const auto trunking = [this](uint32 oper_mode) {
     the_machine().find(names_.old_channel)->oper_mode = oper_mode;
     const auto port =
-        only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes(one(names_.old_channel))));
+        only_record<pm_port_info_t>(serve_port_manager(PM_OPC_PORT_CONFIG, bytes_of(one(names_.old_channel))));
     return int{port.oper_trunking_mode};
   };
   EXPECT_EQ(trunking(0x8), 2) << "TE";
@@ -386,15 +394,15 @@ TEST_F(Services, PortRecordOfATrunkOfVsansSaysSo) {
 }
 
 TEST_F(Services, TrackedPortsAreListed) {
-  const auto tracked = records<be32>(serve_port_manager(PM_OPC_TRACKED_PORTS, bytes(about(names_.first_port))));
+  const auto tracked = records<be32>(serve_port_manager(PM_OPC_TRACKED_PORTS, bytes_of(about(names_.first_port))));
   EXPECT_EQ(indexes(tracked), (std::vector<if_index_t>{names_.third_port, names_.routed_port}));
 
-  EXPECT_TRUE(records<be32>(serve_port_manager(PM_OPC_TRACKED_PORTS, bytes(about(names_.third_port)))).empty());
+  EXPECT_TRUE(records<be32>(serve_port_manager(PM_OPC_TRACKED_PORTS, bytes_of(about(names_.third_port)))).empty());
 }
 
 TEST_F(Services, EthernetStatisticsCarryRatesAndTotals) {
   const auto stats = only_record<show_eth_intf_resp_t>(
-      serve_port_manager(PM_OPC_ETH_STATISTICS, bytes(eth_statistics_request{one(names_.first_port), 1})));
+      serve_port_manager(PM_OPC_ETH_STATISTICS, bytes_of(eth_statistics_request{one(names_.first_port), 1})));
 
   EXPECT_EQ(stats.if_mtu, 9216u);
   EXPECT_EQ(stats.macaddr[5], 0x55);
@@ -421,7 +429,7 @@ TEST_F(Services, ClearingZeroesTheCountersOfTheRange) {
   const auto now = static_cast<uint32>(std::time(nullptr));
 
   const auto none = records<show_eth_intf_resp_t>(serve_port_manager(
-      PM_OPC_ETH_STATISTICS, bytes(eth_statistics_request{range(names_.first_port, names_.third_port), 0})));
+      PM_OPC_ETH_STATISTICS, bytes_of(eth_statistics_request{range(names_.first_port, names_.third_port), 0})));
 
   EXPECT_TRUE(none.empty());
   const statistics& stats = the_machine().find(names_.first_port)->stats;
@@ -437,7 +445,7 @@ TEST_F(Services, ClearingZeroesTheCountersOfTheRange) {
 
 TEST_F(Services, ChannelStatisticsAreForChannelsOnly) {
   const auto ask = [&](if_index_t if_index) {
-    return serve_port_manager(PM_OPC_CHANNEL_STATISTICS, bytes(eth_statistics_request{one(if_index), 1}));
+    return serve_port_manager(PM_OPC_CHANNEL_STATISTICS, bytes_of(eth_statistics_request{one(if_index), 1}));
   };
 
   EXPECT_EQ(only_record<show_eth_intf_resp_t>(ask(names_.old_channel)).if_mtu, 1500u);
@@ -446,7 +454,8 @@ TEST_F(Services, ChannelStatisticsAreForChannelsOnly) {
 }
 
 TEST_F(Services, InterfaceCountersCarryRates) {
-  const auto stats = only_record<pm_if_stat>(serve_port_manager(PM_OPC_INTERFACE_COUNTERS, bytes(about(names_.mgmt))));
+  const auto stats =
+      only_record<pm_if_stat>(serve_port_manager(PM_OPC_INTERFACE_COUNTERS, bytes_of(about(names_.mgmt))));
 
   EXPECT_EQ(stats.in_pkts, 0x100000017u);
   EXPECT_EQ(stats.in_bytes, 0x100002001u);
@@ -466,7 +475,7 @@ TEST_F(Services, InterfaceCountersCarryRates) {
 
 TEST_F(Services, PortStatisticsCarryTrafficAndRates) {
   const auto stats =
-      only_record<statscl_portcl_stats_msg_t>(serve_statistics(STATS_OPC_PORT, bytes(about(names_.first_port))));
+      only_record<statscl_portcl_stats_msg_t>(serve_statistics(STATS_OPC_PORT, bytes_of(about(names_.first_port))));
   const statscl_portcl_mac_pktflow_stats_t& flow = stats.mac.pktflow;
 
   EXPECT_EQ(stats.ifidx, names_.first_port);
@@ -495,7 +504,7 @@ TEST_F(Services, PortStatisticsCarryTrafficAndRates) {
 
 TEST_F(Services, PortStatisticsCarryErrors) {
   const auto stats =
-      only_record<statscl_portcl_stats_msg_t>(serve_statistics(STATS_OPC_PORT, bytes(about(names_.first_port))));
+      only_record<statscl_portcl_stats_msg_t>(serve_statistics(STATS_OPC_PORT, bytes_of(about(names_.first_port))));
   const statscl_portcl_mac_error_stats_t& errors = stats.mac.errors;
 
   EXPECT_EQ(errors.crc, 4001u);
@@ -550,7 +559,7 @@ TEST_F(Services, PortStatisticsCarryEveryCounterOfTheModel) {
                   .cos7_lost = 407};
 
   const auto record =
-      only_record<statscl_portcl_stats_msg_t>(serve_statistics(STATS_OPC_PORT, bytes(about(names_.first_port))));
+      only_record<statscl_portcl_stats_msg_t>(serve_statistics(STATS_OPC_PORT, bytes_of(about(names_.first_port))));
 
   const statscl_portcl_mac_pktflow_stats_t& flow = record.mac.pktflow;
   EXPECT_EQ(flow.b64_rx, 101u);
@@ -602,7 +611,7 @@ TEST_F(Services, PortStatisticsCarryEveryCounterOfTheModel) {
 
   const auto totals =
       only_record<show_eth_intf_resp_t>(
-          serve_port_manager(PM_OPC_ETH_STATISTICS, bytes(eth_statistics_request{one(names_.first_port), 1})))
+          serve_port_manager(PM_OPC_ETH_STATISTICS, bytes_of(eth_statistics_request{one(names_.first_port), 1})))
           .if_data;
   EXPECT_EQ(totals.ifi_badetype, 305u);
   EXPECT_EQ(totals.ifi_noproto, 306u);
@@ -622,7 +631,8 @@ TEST_F(Services, InterfaceCountersCarryTheLastMinutes) {
   stats.rate_ring->next = 2;
   stats.counted_sec = 77;
 
-  const auto record = only_record<pm_if_stat>(serve_port_manager(PM_OPC_INTERFACE_COUNTERS, bytes(about(names_.mgmt))));
+  const auto record =
+      only_record<pm_if_stat>(serve_port_manager(PM_OPC_INTERFACE_COUNTERS, bytes_of(about(names_.mgmt))));
 
   EXPECT_EQ(record.interval, 77u);
   EXPECT_EQ(record.interval_in_bytes, 100u) << "slot 1 less slot 0";
@@ -641,7 +651,7 @@ TEST_F(Services, InterfaceCountersCarryTheLastMinutes) {
 TEST_F(Services, LookedUpPacketsCountForTheLayerOfThePort) {
   const auto stats_of = [](if_index_t if_index) {
     return only_record<statscl_portcl_stats_msg_t>(
-        serve_statistics(STATS_OPC_PORT_SNMP, bytes(interface_request{if_index})));
+        serve_statistics(STATS_OPC_PORT_SNMP, bytes_of(interface_request{if_index})));
   };
 
   EXPECT_EQ(stats_of(names_.first_port).lu.l2.ucast, 0x100000000u);
@@ -651,7 +661,7 @@ TEST_F(Services, LookedUpPacketsCountForTheLayerOfThePort) {
 }
 
 TEST_F(Services, LoopbackStatisticsAreForLoopbacksOnly) {
-  const auto stats = only_record<ip_if_stats>(serve_statistics(STATS_OPC_LOOPBACK, bytes(about(names_.loopback))));
+  const auto stats = only_record<ip_if_stats>(serve_statistics(STATS_OPC_LOOPBACK, bytes_of(about(names_.loopback))));
 
   EXPECT_EQ(stats.in_pkts, 0x100000017u);
   EXPECT_EQ(stats.in_bytes, 0x100002001u);
@@ -669,18 +679,18 @@ TEST_F(Services, LoopbackStatisticsAreForLoopbacksOnly) {
 
   the_machine().find(names_.loopback)->stats.errors = {
       .bad_protocol = 501, .compressed = 502, .receive_fifo = 503, .send_fifo = 504};
-  const auto rarer = only_record<ip_if_stats>(serve_statistics(STATS_OPC_LOOPBACK, bytes(about(names_.loopback))));
+  const auto rarer = only_record<ip_if_stats>(serve_statistics(STATS_OPC_LOOPBACK, bytes_of(about(names_.loopback))));
   EXPECT_EQ(rarer.unknown_proto_pkts, 501u);
   EXPECT_EQ(rarer.in_compressed, 502u);
   EXPECT_EQ(rarer.in_fifo, 503u);
   EXPECT_EQ(rarer.out_fifo, 504u);
-  EXPECT_EQ(error_of(serve_statistics(STATS_OPC_LOOPBACK, bytes(about(names_.first_port)))),
+  EXPECT_EQ(error_of(serve_statistics(STATS_OPC_LOOPBACK, bytes_of(about(names_.first_port)))),
             PM_ERR_NOT_ALLOWED_ON_INTERFACE);
 }
 
 TEST_F(Services, InterfaceManagerKnowsLayersAndVlans) {
   const auto ask = [&](mts_opc_t opcode, if_index_t if_index) {
-    return only_record<if_value>(serve_interface_manager(opcode, bytes(about(if_index))));
+    return only_record<if_value>(serve_interface_manager(opcode, bytes_of(about(if_index))));
   };
 
   EXPECT_EQ(ask(IM_OPC_LAYER_MODE, names_.first_port).value, 2u);
@@ -693,7 +703,7 @@ TEST_F(Services, InterfaceManagerKnowsLayersAndVlans) {
 
 TEST_F(Services, AddressesAreInNetworkOrder) {
   const auto addresses =
-      records<ipconf_if_inet_addr_info_t>(serve_ip(IP_OPC_ADDRESSES, bytes(about(names_.routed_port))));
+      records<ipconf_if_inet_addr_info_t>(serve_ip(IP_OPC_ADDRESSES, bytes_of(about(names_.routed_port))));
 
   ASSERT_EQ(addresses.size(), 2u);
   EXPECT_EQ(addresses[0].if_index, names_.routed_port);
@@ -708,7 +718,7 @@ TEST_F(Services, AddressesAreInNetworkOrder) {
 
 TEST_F(Services, CapabilityRecordHasAByteForEachCapability) {
   const auto can =
-      only_record<crdcfg_port_cap_t>(serve_card_config(CRDCFG_OPC_PORT_CAPABILITY, bytes(one(names_.first_port))));
+      only_record<crdcfg_port_cap_t>(serve_card_config(CRDCFG_OPC_PORT_CAPABILITY, bytes_of(one(names_.first_port))));
 
   EXPECT_EQ(can.speed, 2 | 4 | 16);
   EXPECT_EQ(can.duplex, 1 | 2);
@@ -737,16 +747,16 @@ TEST_F(Services, CapabilityRecordHasAByteForEachCapability) {
 }
 
 TEST_F(Services, ChannelsKnowTheirMembers) {
-  const auto members = records<be32>(serve_port_channel(PC_OPC_MEMBERS, bytes(about(names_.channel))));
+  const auto members = records<be32>(serve_port_channel(PC_OPC_MEMBERS, bytes_of(about(names_.channel))));
   EXPECT_EQ(indexes(members), (std::vector<if_index_t>{names_.first_port, names_.second_port}));
 
-  EXPECT_TRUE(records<be32>(serve_port_channel(PC_OPC_MEMBERS, bytes(about(names_.old_channel)))).empty());
+  EXPECT_TRUE(records<be32>(serve_port_channel(PC_OPC_MEMBERS, bytes_of(about(names_.old_channel)))).empty());
 }
 
 TEST_F(Services, MultiChassisStatusIsTerminated) {
   const auto ask = [&] {
     return only_record<multi_chassis_status>(
-        serve_port_channel(PC_OPC_MULTI_CHASSIS_STATUS, bytes(about(names_.channel))));
+        serve_port_channel(PC_OPC_MULTI_CHASSIS_STATUS, bytes_of(about(names_.channel))));
   };
   EXPECT_STREQ(ask().text, "peer is alive");
 

@@ -9,15 +9,10 @@
 #include "platform/port_channel.h"
 #include "platform/port_manager.h"
 #include "service/services.h"
+#include "support/heap_block.h"
 
 namespace host {
 namespace {
-
-struct free_block {
-  void operator()(void* block) const { std::free(block); }
-};
-template <typename Record>
-using block = std::unique_ptr<Record, free_block>;
 
 std::vector<uint32> ids_of(const vlan_bitset_t& set) {
   std::vector<uint32> ids;
@@ -36,7 +31,7 @@ class VlanServices : public Clients {
 
   // Asks a service as a display does.
   reply ask(service_function serve, mts_opc_t opcode, void* payload, uint32 size) {
-    const block<void> owned(payload);
+    const heap_block<void> owned(payload);
     return serve(opcode, {static_cast<const std::byte*>(payload), size});
   }
 };
@@ -52,7 +47,7 @@ TEST_F(VlanServices, MembershipsAreOfThePortsThatAreThere) {
   trunk_port_memb_t* records = nullptr;
   uint32 count = 0;
   ASSERT_EQ(parse_memberships(got.payload.data(), static_cast<uint32>(got.payload.size()), &records, &count), 0);
-  const block<trunk_port_memb_t> owned(records);
+  const heap_block<trunk_port_memb_t> owned(records);
   ASSERT_EQ(count, 2u);
   EXPECT_EQ(records[0].port, names_.third_port);
   EXPECT_EQ(records[0].native_trunk.vlan_id, 7);
@@ -99,7 +94,7 @@ TEST_F(VlanServices, AllVlansAreListedOnceAndById) {
   vlan_info_resp_t* list = nullptr;
   uint32 count = 0;
   ASSERT_EQ(vlan_get_all_vlans(&list, &count), 0);
-  const block<vlan_info_resp_t> owned(list);
+  const heap_block<vlan_info_resp_t> owned(list);
 
   std::vector<std::pair<uint32, std::string>> shown;
   for (const vlan_info_resp_t& it : std::span(list, count)) shown.emplace_back(it.vdc_vlan.vlan_id, it.vlan_name);
@@ -143,7 +138,7 @@ TEST_F(VlanServices, PortsForwardWhereNothingBlocksThem) {
     stp_port_state_t* states = nullptr;
     uint32 count = 0;
     EXPECT_EQ(parse_forwarding(&got, &states, &count), 0);
-    const block<stp_port_state_t> owned(states);
+    const heap_block<stp_port_state_t> owned(states);
     mts_drop(q_, &sent);
     mts_drop(q_, &got);
     EXPECT_EQ(count, 1u);

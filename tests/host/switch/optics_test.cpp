@@ -24,7 +24,7 @@
 namespace host {
 namespace {
 
-constexpr uint32 kNow = 1'800'000'000 / 21'600 * 21'600;  // the drift begins anew
+constexpr uint32 kDriftBegins = 1'800'000'000 / 21'600 * 21'600;  // the drift begins anew
 
 // ---- Pages ----------------------------------------------------------------------------------------------------------
 
@@ -89,7 +89,7 @@ class Modules : public Clients {
     return pm_get_sfp_diag_info(q_, names_.third_port, record, &further);
   }
 
-  const stopped_clock at_ = stopped_clock(kNow);
+  const stopped_clock at_ = stopped_clock(kDriftBegins);
 };
 
 TEST_F(Modules, MeasureAtRest) {
@@ -108,37 +108,37 @@ TEST_F(Modules, MeasureAtRest) {
 }
 
 TEST_F(Modules, DriftWithTheRoomAndWarmUpUnderLoad) {
-  EXPECT_EQ(read_optics(port(), kNow + 5'400).temperature_mc, 36'500) << "a quarter of six hours";
-  EXPECT_EQ(read_optics(port(), kNow + 16'200).temperature_mc, 31'500);
+  EXPECT_EQ(read_optics(port(), kDriftBegins + 5'400).temperature_mc, 36'500) << "a quarter of six hours";
+  EXPECT_EQ(read_optics(port(), kDriftBegins + 16'200).temperature_mc, 31'500);
   port().stats.in_bytes_per_second = port().stats.out_bytes_per_second = 625'000'000;  // half of the line
-  EXPECT_EQ(read_optics(port(), kNow).temperature_mc, 37'000);
+  EXPECT_EQ(read_optics(port(), kDriftBegins).temperature_mc, 37'000);
   port().stats.in_bytes_per_second = 1'000'000'000'000;
-  EXPECT_EQ(read_optics(port(), kNow).temperature_mc, 40'000) << "no more than all of it";
+  EXPECT_EQ(read_optics(port(), kDriftBegins).temperature_mc, 40'000) << "no more than all of it";
 }
 
 TEST_F(Modules, AlarmsComeAndGo) {
   module().temperature_mc = 69'000;
-  EXPECT_EQ(read_optics(port(), kNow).warnings, 0u);
-  EXPECT_EQ(read_optics(port(), kNow + 5'400).warnings, 0x001u);
-  EXPECT_EQ(read_optics(port(), kNow + 5'400).alarms, 0u);
+  EXPECT_EQ(read_optics(port(), kDriftBegins).warnings, 0u);
+  EXPECT_EQ(read_optics(port(), kDriftBegins + 5'400).warnings, 0x001u);
+  EXPECT_EQ(read_optics(port(), kDriftBegins + 5'400).alarms, 0u);
   module().temperature_mc = -6'000;
-  EXPECT_EQ(read_optics(port(), kNow).alarms, 0x002u);
-  EXPECT_EQ(read_optics(port(), kNow).warnings, 0x002u);
+  EXPECT_EQ(read_optics(port(), kDriftBegins).alarms, 0x002u);
+  EXPECT_EQ(read_optics(port(), kDriftBegins).warnings, 0x002u);
   module().temperature_mc = 34'000;
   module().voltage_uv = 3'700'000;
   module().bias_ua = 3'000;
   module().tx_uw = 1;
   module().rx_uw = 2'000;
-  EXPECT_EQ(read_optics(port(), kNow).alarms, 0x004u | 0x020u | 0x080u | 0x100u);
+  EXPECT_EQ(read_optics(port(), kDriftBegins).alarms, 0x004u | 0x020u | 0x080u | 0x100u);
 }
 
 TEST_F(Modules, SendNothingWhenSwitchedOffAndReceiveNothingWithoutALink) {
   port().oper_state = 2;
-  EXPECT_EQ(read_optics(port(), kNow).rx_uw, 0u);
-  EXPECT_EQ(read_optics(port(), kNow).tx_uw, 590u);
+  EXPECT_EQ(read_optics(port(), kDriftBegins).rx_uw, 0u);
+  EXPECT_EQ(read_optics(port(), kDriftBegins).tx_uw, 590u);
   port().settings.admin_state = 2;
-  EXPECT_EQ(read_optics(port(), kNow).tx_uw, 0u);
-  EXPECT_EQ(read_optics(port(), kNow).bias_ua, 0u);
+  EXPECT_EQ(read_optics(port(), kDriftBegins).tx_uw, 0u);
+  EXPECT_EQ(read_optics(port(), kDriftBegins).bias_ua, 0u);
 }
 
 TEST_F(Modules, WithoutDiagnosticsSayWhy) {

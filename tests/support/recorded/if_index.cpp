@@ -9,15 +9,10 @@
 namespace pmcli_test {
 namespace {
 
-constexpr uint32 kStoredExternal = 63;
-constexpr uint32 kSubInterfaceMask = 0xFFF;
-
 if_index_type_t kind_of(if_index_t if_index) {
   const uint32 stored = if_index >> 26;
   return static_cast<if_index_type_t>(stored == kStoredExternal ? static_cast<uint32>(IF_TYPE_EXTERNAL) : stored);
 }
-
-if_index_t make(uint32 kind, uint32 rest) { return (kind == IF_TYPE_EXTERNAL ? kStoredExternal : kind) << 26 | rest; }
 
 bool is_place(if_index_t if_index) {
   switch (kind_of(if_index)) {
@@ -102,22 +97,6 @@ int32 get_field(const char* function, bool has_field, uint32 value, Field* field
 uint32 counting_bits(if_index_t if_index) { return is_satellite(if_index) ? 14 : 26; }
 
 }  // namespace
-
-if_index_t ethernet(uint32 module, uint32 port, if_index_type_t type) {
-  return make(type, (module - 1) << 20 | (port - 1) << 12);
-}
-if_index_t fibre_channel(uint32 module, uint32 port) { return ethernet(module, port, IF_TYPE_FC); }
-if_index_t satellite(uint32 unit, uint32 module, uint32 port) {
-  return make(IF_TYPE_SATELLITE, unit << 18 | (module - 1) << 14 | (port - 1));
-}
-if_index_t sub_interface(if_index_t parent, uint32 number) { return (parent & ~kSubInterfaceMask) | number; }
-if_index_t port_channel(uint32 channel, if_index_type_t type, pc_subtype_t subtype) {
-  return make(type, static_cast<uint32>(subtype) << 24 | channel << 12);
-}
-if_index_t numbered(if_index_type_t type, uint32 number) { return make(type, number); }
-if_index_t loopback(uint32 number) { return numbered(IF_TYPE_LOOPBACK, number); }
-if_index_t vethernet(uint32 number) { return numbered(IF_TYPE_VETHERNET, number); }
-if_index_t mgmt(uint32 port) { return make(IF_TYPE_MGMT, port << 12); }
 
 std::string interface_text(const RecordingPlatform& platform, if_index_t if_index, bool is_short) {
   const auto& names = is_short ? platform.short_names : platform.names;

@@ -8,11 +8,13 @@
 #include <span>
 
 #include "platform/if_index.h"
+#include "shell/commands/show/lanes.h"
 #include "shell/commands/show/library_display.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
+#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -112,6 +114,7 @@ void show_in(const showing& view, const interface_view& in, if_index_t if_index)
   const bool has_traffic_lines =
       kind.has_statistics && in.command_id() == DISPLAY_DETAIL && view.provided(in, kind) == nullptr;
   if (has_traffic_lines) view.library().show_statistics(block);
+  if (in.followed_by_lanes && !view.run.output.is_structured()) show_lanes(view.run, if_index);
 }
 
 void show_one(const showing& view, if_index_t if_index, tally& count) {
@@ -187,12 +190,23 @@ int show_views(const invocation& run, std::span<const interface_view* const> vie
   return chosen.result_of(count.result());
 }
 
+// The header of the library names a minute; readings of devices cover another time. Documents have it in each record.
+void print_time_of_rates(command_output& output) {
+  if (output.is_structured() || !the_source().counts_at_refresh() || !output.has_shown_interface()) return;
+  if (const auto seconds = the_source().rate_seconds())
+    output.text(fmt::format("\nThe rates cover the last {:.0f} s.\n", *seconds));
+  else
+    output.text("\nRates need two readings, a second or more apart: repeat the command.\n");
+}
+
 }  // namespace
 
 int show_interface(const invocation& run) {
   if (!has_named_module(run)) return kNoSuchInterface;
   const interface_view& shown = *run.line.what->view;
-  return show_views(run, views_from(shown), shown.kinds);
+  const int result = show_views(run, views_from(shown), shown.kinds);
+  if (run.line.what->shown.bit == kRatesDisplay) print_time_of_rates(run.output);
+  return result;
 }
 
 int show_kinds(const invocation& run, std::span<const if_index_type_t> kinds) {

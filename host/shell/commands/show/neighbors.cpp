@@ -1,4 +1,7 @@
 // "show ip arp", "show ipv6 neighbors" and "show mac address-table".
+#include <algorithm>
+#include <span>
+
 #include "shell/commands/group.h"
 #include "shell/commands/show/table_display.h"
 #include "shell/output/command_output.h"
@@ -46,6 +49,13 @@ int show_mac_table_of_vlan(const invocation& run) {
   });
 }
 
+int show_mac_table_of_address(const invocation& run) {
+  return show_table(run, kMacAddresses, [mac = *run.line.mac](const shown_row& row) {
+    const interface_value* const value = row.find(property::mac);
+    return value != nullptr && std::ranges::equal(value->bytes, std::as_bytes(std::span(mac)));
+  });
+}
+
 constexpr display kNeighborsShown = {
     .bit = kNeighborsDisplay, .name = "neighbors", .list = "neighbors", .is_table = true};
 constexpr display kMacTableShown = {
@@ -56,6 +66,7 @@ constexpr command kNeighborRows[] = {
     {"show ip arp [RANGE]", "IPv4 neighbors with hardware address and state", show_arp, kNeighborsShown},
     {"show ipv6 neighbors [RANGE]", "IPv6 neighbors with hardware address and state", show_ipv6_neighbors, kNeighborsShown},
     {"show mac address-table", "MAC addresses of bridges and ports", show_mac_table, kMacTableShown},
+    {"show mac address-table address MAC", "Entries of a MAC address", show_mac_table_of_address, kMacTableShown},
     {"show mac address-table interface RANGE", "MAC addresses of a range", show_mac_table, kMacTableShown},
     {"show mac address-table vlan VLAN", "MAC addresses of a VLAN", show_mac_table_of_vlan, kMacTableShown},
 };
@@ -63,8 +74,8 @@ constexpr command kNeighborRows[] = {
 
 constexpr word_help kNeighborWords[] = {
     {"arp", "IPv4 neighbors"},
-    {"neighbors", "Neighbors on the links"},
     {"mac", "MAC addresses"},
+    {"address", "Entries of a MAC address"},
     {"address-table", "MAC addresses of bridges and ports"},
 };
 

@@ -88,6 +88,18 @@ std::string speed_cell(const shown_values& values) {
 }
 
 template <property kOf>
+std::string number_cell(const shown_values& values) {
+  const interface_value* const value = values.find(kOf);
+  return value == nullptr ? values.text_of_absent(kOf) : std::to_string(value->number());
+}
+
+template <property kOf>
+std::string time_cell(const shown_values& values) {
+  const interface_value* const value = values.find(kOf);
+  return value == nullptr ? values.text_of_absent(kOf) : local_text(static_cast<std::time_t>(value->number()));
+}
+
+template <property kOf>
 std::string rate_cell(const shown_values& values) {
   const interface_value* const value = values.find(kOf);
   return value == nullptr ? values.text_of_absent(kOf) : short_number(value->number());
@@ -151,6 +163,8 @@ constexpr overview_column kColumns[] = {
     {{"Channel", 10, false, 10}, channel_cell},
     {{"VRF", 8}, text_cell<property::vrf>},
     {{"Description", 11, false, 11}, text_cell<property::description>},
+    {{"Link changes", 14, true}, number_cell<property::link_changes>},
+    {{"Last link change", 15}, time_cell<property::last_link_flapped>},
 };
 // clang-format on
 
@@ -188,9 +202,10 @@ void add_interface(command_output& output, if_index_t if_index, overview& made) 
   made.failed += output.end_interface();
 }
 
-// Names are short when the table would be cut otherwise.
+// Names are short when the table would be cut otherwise, but for the history of links, which comes last.
 void print_table(command_output& output, overview& made) {
-  if (!fits(kFitted, made.rows, output.columns()))
+  constexpr std::size_t kOfHistory = 2;
+  if (!fits(std::span(kFitted).first(kFitted.size() - kOfHistory), made.rows, output.columns()))
     for (std::size_t i = 0; i < made.rows.size(); ++i) made.rows[i].front() = short_name(made.interfaces[i]);
   output.line().set_title();
   for (const std::string& line : fitted_lines(kFitted, made.rows, output.columns())) {

@@ -3,6 +3,7 @@
 
 #include "shell/commands/show/interface.h"
 #include "shell/commands/show/library_display.h"
+#include "shell/commands/show/table_display.h"
 
 namespace host {
 namespace {
@@ -16,9 +17,9 @@ constexpr display kCalibrationShown = {kCalibrationDisplay, {}, "transceiver_cal
 // clang-format off
 constexpr interface_display kTransceiverDisplays[] = {
     {"show interface [RANGE] transceiver", "Transceivers: identity, state and measured values", kTransceiverShown,
-     {DISPLAY_TRANSCEIVER, kKindsWithOptics, kNoHeaders}},
+     {.id = DISPLAY_TRANSCEIVER, .kinds = kKindsWithOptics, .followed_by_lanes = true}},
     {"show interface [RANGE] transceiver details", "Transceivers with the limits of their values", kTransceiverDetailsShown,
-     {DISPLAY_TRANSCEIVER_DETAIL, kKindsWithOptics, kNoHeaders}},
+     {.id = DISPLAY_TRANSCEIVER_DETAIL, .kinds = kKindsWithOptics, .followed_by_lanes = true}},
     {"show interface [RANGE] transceiver calibrations", "Transceivers with their calibration constants", kCalibrationShown,
      {DISPLAY_TRANSCEIVER_CALIBRATION, kKindsWithOptics, kNoHeaders}},
 };
@@ -38,6 +39,29 @@ int show_transceivers(const invocation& run) {
 }
 
 // clang-format off
+constexpr table_column kViolationColumns[] = {
+    {{"Interface", 1}, property::interface, 13},
+    {{"Device", 3}, property::device, 8},
+    {{"Lane", 2, true}, property::lane, 4},
+    {{"Quantity", 1}, property::quantity, 11},
+    {{"Value", 1, true}, property::measured_value, 6},
+    {{"Limit", 2, true}, property::violated_limit, 6},
+    {{"Unit", 2}, property::value_unit, 4},
+    {{"Mark", 1}, property::violation, 4},
+};
+// clang-format on
+
+constexpr table_view kViolations = {table_id::optical_violations, "values outside their limits", kViolationColumns};
+
+int show_violations(const invocation& run) { return show_table(run, kViolations); }
+
+constexpr display kViolationsShown = {
+    .bit = kViolationsDisplay, .name = "transceiver_violations", .list = "violations", .is_table = true};
+
+// clang-format off
+constexpr command kOfViolations[] = {
+    {"show interface [RANGE] transceiver violations", "Values of transceivers outside their limits", show_violations, kViolationsShown},
+};
 constexpr command kOfAllPorts[] = {
     {"show transceiver", "Transceivers of all ports", show_transceivers, kTransceiverShown, &kTransceiverDisplays[0].view},
     {"show transceiver details", "All transceivers with the limits of their values", show_transceivers, kTransceiverDetailsShown, &kTransceiverDisplays[1].view},
@@ -47,8 +71,10 @@ constexpr command kOfAllPorts[] = {
 
 constexpr auto kTransceiverRows = [] {
   constexpr auto kOfRanges = commands_of<kTransceiverDisplays>();
-  std::array<command, kOfRanges.size() + std::size(kOfAllPorts)> all{};
-  std::copy(std::begin(kOfAllPorts), std::end(kOfAllPorts), std::copy(kOfRanges.begin(), kOfRanges.end(), all.begin()));
+  std::array<command, kOfRanges.size() + std::size(kOfViolations) + std::size(kOfAllPorts)> all{};
+  auto* const after_ranges = std::copy(kOfRanges.begin(), kOfRanges.end(), all.begin());
+  auto* const after_violations = std::copy(std::begin(kOfViolations), std::end(kOfViolations), after_ranges);
+  std::copy(std::begin(kOfAllPorts), std::end(kOfAllPorts), after_violations);
   return all;
 }();
 
@@ -56,6 +82,7 @@ constexpr word_help kTransceiverWords[] = {
     {"calibrations", "Calibration constants"},
     {"details", "With the limits of their values"},
     {"transceiver", "Transceivers"},
+    {"violations", "Only values outside their limits"},
 };
 
 }  // namespace

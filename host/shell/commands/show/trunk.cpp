@@ -32,7 +32,6 @@ constexpr interface_display kTrunkDisplays[] = {
 constexpr auto kTrunkRows = commands_of<kTrunkDisplays>();
 
 constexpr word_help kTrunkWords[] = {
-    {"detail", "In detail"},
     {"forwarding", "VLANs that spanning tree forwards on trunks"},
     {"native-vlan", "Only trunks with one of these native VLANs"},
 };

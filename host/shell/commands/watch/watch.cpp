@@ -16,10 +16,10 @@
 #include <iterator>
 #include <utility>
 
-#include "base/write_all.h"
 #include "platform/if_index.h"
 #include "shell/commands/group.h"
 #include "shell/commands/watch/drawing.h"
+#include "shell/commands/watch/output.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/output/terminal/locale.h"
 #include "shell/output/terminal/print_error.h"
@@ -175,18 +175,6 @@ constexpr scroll_key kScrollKeys[] = {{"j", 1},          {"k", -1},         {"\x
 
 // ---- Output
 
-// While it lives, writing to a reader that is gone fails and ends nothing.
-class broken_pipe_scope {
- public:
-  broken_pipe_scope() { outside_ = std::signal(SIGPIPE, SIG_IGN); }
-  ~broken_pipe_scope() { std::signal(SIGPIPE, outside_); }
-  broken_pipe_scope(const broken_pipe_scope&) = delete;
-  broken_pipe_scope& operator=(const broken_pipe_scope&) = delete;
-
- private:
-  void (*outside_)(int) = SIG_DFL;
-};
-
 // While it lives, errors go to a sink.
 class error_sink_scope {
  public:
@@ -198,9 +186,6 @@ class error_sink_scope {
  private:
   error_taker outside_;
 };
-
-// Returns 0, or the errno with which writing failed. Ctrl-C ends the waiting for a reader.
-int put(std::string_view text) { return write_all(STDOUT_FILENO, text, was_interrupted); }
 
 std::vector<std::string> lines_of(std::string_view text) {
   std::vector<std::string> lines;

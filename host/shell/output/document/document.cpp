@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 #include <ctime>
 #include <limits>
 #include <map>
@@ -48,6 +49,7 @@ bool is_answered_only(field_type type) {
     case field_type::numbers:
     case field_type::words:
     case field_type::map:
+    case field_type::lanes:
     case field_type::interfaces:
     case field_type::membership:
     case field_type::time: return true;
@@ -58,6 +60,11 @@ bool is_answered_only(field_type type) {
 std::string_view mark_word(uint32 mark) {
   constexpr std::string_view kWords[] = {"high alarm", "high warning", "low warning", "low alarm"};
   return mark >= 1 && mark <= std::size(kWords) ? kWords[mark - 1] : std::string_view();
+}
+
+// Marks are words here.
+std::string enumerated_text(const field& meaning, uint32 number) {
+  return meaning.words == enum_words::mark ? std::string(mark_word(number)) : text_of_enum(meaning.words, number);
 }
 
 // ---- Values of the service ----
@@ -107,6 +114,31 @@ void write_words(json_writer& json, std::string_view words) {
   json.end_array();
 }
 
+std::string_view text_in(std::span<const char> bytes) { return {bytes.data(), strnlen(bytes.data(), bytes.size())}; }
+
+void write_measured(json_writer& json, std::string_view key, std::span<const char> digits, std::string_view mark_key,
+                    uint32 mark) {
+  json.key(key);
+  is_json_number(text_in(digits)) ? json.digits(text_in(digits)) : json.null();
+  json.key(mark_key);
+  write_text_or_null(json, mark_word(mark));
+}
+
+void write_lanes(json_writer& json, const interface_value& value) {
+  json.begin_array();
+  int number = 0;
+  for (const lane_value& lane : value.lanes()) {
+    json.begin_object();
+    json.key("lane");
+    json.number(++number);
+    write_measured(json, "current_ma", lane.current_ma, "current_mark", lane.current_mark);
+    write_measured(json, "tx_power_dbm", lane.tx_power_dbm, "tx_power_mark", lane.tx_power_mark);
+    write_measured(json, "rx_power_dbm", lane.rx_power_dbm, "rx_power_mark", lane.rx_power_mark);
+    json.end_object();
+  }
+  json.end_array();
+}
+
 // Names that occur again have their count: a reader keeps only one value of a key.
 void write_map(json_writer& json, const interface_value& value) {
   std::map<std::string, uint32> times;
@@ -129,8 +161,7 @@ void write_entries(json_writer& json, const interface_value& value, WriteEntry w
 }
 
 void write_number_as(json_writer& json, const field& meaning, uint64 number) {
-  if (meaning.type == field_type::enumeration)
-    return json.text(text_of_enum(meaning.words, static_cast<uint32>(number)));
+  if (meaning.type == field_type::enumeration) return json.text(enumerated_text(meaning, static_cast<uint32>(number)));
   if (meaning.type == field_type::integer_or_auto && number == 0) return json.null();
   if (meaning.type != field_type::hexadecimal) return json.number(number);
   char digits[24] = "0x";
@@ -151,6 +182,7 @@ void write_answered(json_writer& json, const field& meaning, const interface_val
     case value_kind::vlans: return json.text(text_of_runs(value));
     case value_kind::membership: return write_membership(json, value);
     case value_kind::map: return write_map(json, value);
+    case value_kind::lanes: return write_lanes(json, value);
     case value_kind::numbers: return write_entries(json, value, [&](uint32 number) { json.number(number); });
     case value_kind::interfaces:
       return write_entries(json, value, [&](uint32 if_index) { json.text(interface_name(if_index)); });
@@ -180,6 +212,7 @@ bool fits(const field& meaning, const interface_value& value) {
     case value_kind::membership: return meaning.type == field_type::membership;
     case value_kind::time: return meaning.type == field_type::time;
     case value_kind::map: return meaning.type == field_type::map;
+    case value_kind::lanes: return meaning.type == field_type::lanes;
     case value_kind::absent: return true;
   }
   return false;
@@ -301,7 +334,7 @@ bool document::bind(const cmd_tuple_t& tuple) {
     value.number = value_of_64(tuple);
   } else if (meaning.type == field_type::enumeration) {
     const uint32 number = value_of_32(tuple);
-    value.text = meaning.words == enum_words::mark ? mark_word(number) : text_of_enum(meaning.words, number);
+    value.text = enumerated_text(meaning, number);
   } else {
     append_tuple_text(value.text, tuple, false, std::string::npos);
   }

@@ -663,7 +663,8 @@ constexpr uint64 kOfInterfaces =
 
 // Tables of rows: the service of tables answers all of their values.
 constexpr uint64 kTables = kAddressesDisplay | kNeighborsDisplay | kMacTableDisplay | kSpanningTreeDisplay |
-                           kDriverCountersDisplay | kHardwareDisplay;
+                           kDriverCountersDisplay | kHardwareDisplay | kLldpDisplay | kViolationsDisplay |
+                           kEventsDisplay;
 
 // Fields that a display shows as plain text, or that belong to it: their values come only from the service.
 struct untagged {
@@ -680,6 +681,8 @@ constexpr untagged kUntagged[] = {
     {property::description, kOverviewDisplay},
     {property::state, kOverviewDisplay | kPanelDisplay},
     {property::state_reason, kOverviewDisplay | kPanelDisplay},
+    {property::last_link_flapped, kOverviewDisplay},
+    {property::link_changes, kOverviewDisplay},
     {property::member_of, kOverviewDisplay},
     {property::members, kDetailed | kSwitchport | kOverviewDisplay},
     {property::vrf, kDetailed | kSwitchport | kBriefDisplay | kOverviewDisplay},
@@ -691,6 +694,7 @@ constexpr untagged kUntagged[] = {
     {property::input_flow_control, kSwitchport},
     {property::output_flow_control, kSwitchport},
     {property::load_interval_seconds, kDetailed | kSwitchport},
+    {property::rate_interval_seconds, kRates},
     {property::input_bits_per_second, kSwitchport | kOverviewDisplay},
     {property::input_bytes_per_second, kDetailed | kSwitchport},
     {property::input_packets_per_second, kSwitchport},
@@ -723,21 +727,22 @@ constexpr untagged kUntagged[] = {
     {property::diagnostic_monitoring_type, kTransceivers | kCalibrationDisplay},
     {property::base_checksum_ok, kTransceivers | kCalibrationDisplay},
     {property::extended_checksum_ok, kTransceivers | kCalibrationDisplay},
+    {property::lanes, kTransceivers},
     {property::model, kPanelDisplay},
     {property::interface, kTables},
     {property::device, kTables},
     {property::ifindex, kTables},
     {property::state, kAddressesDisplay},
     {property::mtu_bytes, kAddressesDisplay},
-    {property::ip_address, kAddressesDisplay | kNeighborsDisplay},
-    {property::prefix_length_bits, kAddressesDisplay},
+    {property::ip_address, kAddressesDisplay | kNeighborsDisplay | kEventsDisplay},
+    {property::prefix_length_bits, kAddressesDisplay | kEventsDisplay},
     {property::peer_address, kAddressesDisplay},
     {property::address_scope, kAddressesDisplay},
     {property::address_flags, kAddressesDisplay},
     {property::address_label, kAddressesDisplay},
     {property::valid_lifetime_seconds, kAddressesDisplay},
     {property::preferred_lifetime_seconds, kAddressesDisplay},
-    {property::mac, kNeighborsDisplay | kMacTableDisplay},
+    {property::mac, kNeighborsDisplay | kMacTableDisplay | kEventsDisplay},
     {property::neighbor_state, kNeighborsDisplay},
     {property::neighbor_flags, kNeighborsDisplay},
     {property::age_seconds, kNeighborsDisplay | kMacTableDisplay},
@@ -776,6 +781,32 @@ constexpr untagged kUntagged[] = {
     {property::eee_enabled, kHardwareDisplay},
     {property::eee_active, kHardwareDisplay},
     {property::offloads, kHardwareDisplay},
+    {property::protocol, kLldpDisplay},
+    {property::chassis_id, kLldpDisplay},
+    {property::chassis_id_type, kLldpDisplay},
+    {property::system_name, kLldpDisplay},
+    {property::system_description, kLldpDisplay},
+    {property::management_addresses, kLldpDisplay},
+    {property::system_capabilities, kLldpDisplay},
+    {property::enabled_capabilities, kLldpDisplay},
+    {property::remote_port_id, kLldpDisplay},
+    {property::remote_port_id_type, kLldpDisplay},
+    {property::remote_port_description, kLldpDisplay},
+    {property::remote_port_vlan, kLldpDisplay},
+    {property::remote_vlans, kLldpDisplay},
+    {property::ttl_seconds, kLldpDisplay},
+    {property::unchanged_seconds, kLldpDisplay},
+    {property::lane, kViolationsDisplay},
+    {property::quantity, kViolationsDisplay},
+    {property::measured_value, kViolationsDisplay},
+    {property::violated_limit, kViolationsDisplay},
+    {property::value_unit, kViolationsDisplay},
+    {property::violation, kViolationsDisplay},
+    {property::event_time, kEventsDisplay},
+    {property::event_kind, kEventsDisplay},
+    {property::change, kEventsDisplay},
+    {property::old_value, kEventsDisplay},
+    {property::new_value, kEventsDisplay},
 };
 
 constexpr bool every_tag_is_one_field() {

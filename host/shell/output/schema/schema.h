@@ -29,6 +29,7 @@ enum class field_type : uint8 {
   numbers,          // an array of integers
   words,            // an array of texts
   map,              // an object of integers
+  lanes,            // an array of {"lane", "current_ma", "current_mark", ...}
   interfaces,       // an array of full names
   vlans,            // "1-10,20"; without any ""
   membership,       // {"mode", "access", "native", "allowed"}
@@ -99,7 +100,10 @@ enum display_bit : uint64 {
   kSpanningTreeDisplay = uint64{1} << 41,
   kDriverCountersDisplay = uint64{1} << 42,
   kHardwareDisplay = uint64{1} << 43,
-  kLastDisplay = kHardwareDisplay,
+  kLldpDisplay = uint64{1} << 44,
+  kViolationsDisplay = uint64{1} << 45,
+  kEventsDisplay = uint64{1} << 46,
+  kLastDisplay = kEventsDisplay,
 };
 
 struct field {

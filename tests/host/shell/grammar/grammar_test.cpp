@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 
 #include "shell/grammar/parser.h"
 #include "shell/grammar/pipe_stages.h"
@@ -29,6 +30,7 @@ std::string line_of(const command& what, bool with_optional) {
             : word.kind == syntax_kind::number ? "7"
             : word.kind == syntax_kind::file   ? "lab/site.cfg"
             : word.kind == syntax_kind::text   ? "some words"
+            : word.kind == syntax_kind::mac    ? "02:00:5e:00:0a:b9"
             : word.kind == syntax_kind::vlans  ? "1-10,20"
                                                : std::string(word.text);
   }
@@ -122,7 +124,8 @@ TEST(Grammar, TabCompletesEachWordFromItsMiddle) {
       const host::syntax_word& word = what.syntax.words[i];
       if (word.is_optional) continue;
       if (word.kind == syntax_kind::range || word.kind == syntax_kind::file || word.kind == syntax_kind::word ||
-          word.kind == syntax_kind::text || word.kind == syntax_kind::vlans || word.kind == syntax_kind::command)
+          word.kind == syntax_kind::text || word.kind == syntax_kind::mac || word.kind == syntax_kind::vlans ||
+          word.kind == syntax_kind::command)
         break;
       const std::string name(word.kind == syntax_kind::number ? "7" : word.text);
       for (std::size_t length = 1; length < name.size(); ++length) {
@@ -203,6 +206,35 @@ TEST(Grammar, ArgumentsAreHandedOnByTheirKind) {
   EXPECT_EQ(vlans->vlans[0].last, 10U);
   EXPECT_EQ(vlans->vlans[1].first, 20U);
   EXPECT_TRUE(parse_command("switchport trunk allowed vlan none", error, host::kInterfaceMode)->vlans.empty());
+}
+
+TEST(Grammar, AMacAddressHasManySpellings) {
+  const std::array<uint8, 6> mac = {0x02, 0, 0x5e, 0, 0x0a, 0xb9};
+  for (const char* const written : {"0200.5e00.0ab9", "02:00:5E:00:0A:B9", "2-0-5e-0-a-b9", "02005e000ab9"}) {
+    std::string error;
+    const auto parsed = parse_command(std::string("show mac address-table address ") + written, error);
+    ASSERT_TRUE(parsed) << error;
+    EXPECT_EQ(parsed->mac, mac) << written;
+  }
+}
+
+TEST(Grammar, AWrongMacAddressIsReportedWithItsColumn) {
+  EXPECT_EQ(error_of("show mac address-table address 0200.5g00.0ab9"),
+            "column 38: expected a hexadecimal digit. A MAC address looks like '0200.0000.0009' or "
+            "'02:00:00:00:00:09'.");
+  EXPECT_EQ(error_of("show mac address-table address 02:00"),
+            "column 37: the address ends too soon. A MAC address looks like '0200.0000.0009' or "
+            "'02:00:00:00:00:09'.");
+}
+
+TEST(Grammar, EventsTakeARangeAndANumber) {
+  std::string error;
+  const auto parsed = parse_command("watch events interface ethernet 1/1-4 count 3", error);
+  ASSERT_TRUE(parsed) << error;
+  EXPECT_EQ(parsed->number, 3U);
+  EXPECT_EQ(parsed->written_range, "ethernet 1/1-4");
+  EXPECT_FALSE(parse_command("watch events", error)->number);
+  EXPECT_EQ(error_of("watch events count 0"), "expected a number from 1 to 1000000 for EVENTS, not '0'.");
 }
 
 TEST(Grammar, EverySuggestionHasAHelpText) {
@@ -375,7 +407,9 @@ TEST(Watch, MistakesAreNamedWithTheNextStep) {
 }
 
 TEST(Watch, HelpAndCompletionAreThoseOfTheCommandBehindIt) {
-  EXPECT_EQ(host::help_text(suggest("watch ")), "  INTERVAL      Seconds from one reading to the next, 1 to 86400\n");
+  EXPECT_EQ(host::help_text(suggest("watch ")),
+            "  events        Changes as they come\n"
+            "  INTERVAL      Seconds from one reading to the next, 1 to 86400\n");
   EXPECT_EQ(host::help_text(suggest("watch 2 ")), "  show          Show information\n");
   EXPECT_EQ(host::complete(suggest("wat")).addition, "ch ");
   EXPECT_EQ(host::complete(suggest("watch 2 sh")).addition, "ow ");
@@ -591,6 +625,24 @@ TEST(DeviceNames, AreNamedOnceByHelp) {
   const auto is_of_devices = [](const host::suggestion& it) { return it.word == "DEVICE"; };
   ASSERT_EQ(std::count_if(hints.begin(), hints.end(), is_of_devices), 1);
   EXPECT_EQ(std::find_if(hints.begin(), hints.end(), is_of_devices)->help, "Network device: b, brief, veth12, veth13");
+}
+
+TEST(DeviceNames, ThatCannotBeShownAreNotCompleted) {
+  const host::interface_names names([] {
+    return std::vector<host::interface_names::named_interface>{
+        {"lab\x1b]0;x\x07", host::ethernet_index(IF_TYPE_ETHERNET, 0, 0)},
+        {"lab\xff", host::ethernet_index(IF_TYPE_ETHERNET, 0, 1)}};
+  });
+  EXPECT_EQ(host::complete(suggest("show interface la", host::kExecMode, names)).addition, "");
+  EXPECT_EQ(host::complete(suggest("show interface la", host::kExecMode, names)).choices, "");
+}
+
+TEST(Help, ShowsControlBytesOfTheLineVisibly) {
+  for (const std::string& text :
+       {host::help_text(suggest("abc\x1b]0;x\x07 ")), host::complete(suggest("abc\x1b]0;x\x07 ")).choices}) {
+    EXPECT_EQ(text.find_first_of("\x1b\x07"), std::string::npos);
+    EXPECT_NE(text.find("abc\\x1b]0;x\\x07"), std::string::npos) << text;
+  }
 }
 
 }  // namespace session

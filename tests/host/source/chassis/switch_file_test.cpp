@@ -20,12 +20,12 @@
 namespace host {
 namespace {
 
-constexpr std::time_t kNow = 1'700'000'000;
+constexpr std::time_t kReadAt = 1'700'000'000;
 constexpr if_index_t kNothing = 0;
 
 machine load(const std::string& content) {
   const temporary_file file(content);
-  return load_switch_file(file.path(), kNow);
+  return load_switch_file(file.path(), kReadAt);
 }
 
 // The head of a small file, lines 1 to 4; interfaces start in line 5.
@@ -41,7 +41,7 @@ machine load_interfaces(const std::string& entries) { return load(kHead + entrie
 std::string refusal(const std::string& content) {
   const temporary_file file(content);
   try {
-    load_switch_file(file.path(), kNow);
+    load_switch_file(file.path(), kReadAt);
   } catch (const yaml_file_error& error) {
     const std::string text = error.what();
     EXPECT_EQ(text.substr(0, file.path().size() + 1), file.path() + ":");
@@ -455,13 +455,13 @@ void expect_refusals(const std::string& head, std::span<const wrong_file> files)
 
 TEST(WrongSwitchFile, MissingFileAndFolderAreRefused) {
   try {
-    load_switch_file("no/such/file.yaml", kNow);
+    load_switch_file("no/such/file.yaml", kReadAt);
     ADD_FAILURE() << "accepted";
   } catch (const yaml_file_error& error) {
     EXPECT_STREQ(error.what(), "no/such/file.yaml: No such file or directory");
   }
   try {
-    load_switch_file("/", kNow);
+    load_switch_file("/", kReadAt);
     ADD_FAILURE() << "accepted";
   } catch (const yaml_file_error& error) {
     EXPECT_STREQ(error.what(), "/: Is a directory");
@@ -700,7 +700,7 @@ class CampusSwitch : public testing::Test {
   static bool is_kind(const interface& it, if_index_type_t kind) { return decode_index(it.if_index).type == kind; }
   static bool is_sub_interface(const interface& it) { return if_index_is_sub_intf(it.if_index) != 0; }
 
-  const machine campus_ = load_switch_file(PMCLI_SWITCHES "/campus.yaml", kNow);
+  const machine campus_ = load_switch_file(PMCLI_SWITCHES "/campus.yaml", kReadAt);
 };
 
 TEST_F(CampusSwitch, IsAModularEthernetSwitch) {

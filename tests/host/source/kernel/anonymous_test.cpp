@@ -185,15 +185,25 @@ TEST(AnonymousModule, AQsfpHasItsSerialNumberInTheUpperPage) {
 
 TEST(AnonymousModule, AnotherLayoutKeepsItsIdentifierAlone) {
   octets real(128, 'S');
-  real[0] = 0x18;
+  real[0] = 0x06;
   octets kept(128);
-  kept[0] = 0x18;
+  kept[0] = 0x06;
   EXPECT_EQ(page_after(real, 0, 0), kept);
-  EXPECT_EQ(page_after(real, 2, 128), [] {
-    octets it(128);
-    it[0] = 0x18;
-    return it;
-  }());
+  EXPECT_EQ(page_after(real, 0, 128), kept);
+  EXPECT_EQ(page_after(real, 4, 128), kept);
+}
+
+TEST(AnonymousModule, ByCmisTheSerialNumberIsInTheUpperPage) {
+  octets real(128, 'V');
+  real[0] = 0x18;
+  EXPECT_EQ(page_after(real, 0, 0), real);
+  for (const uint8 page : std::initializer_list<uint8>{1, 2, 0x11})
+    EXPECT_EQ(page_after(real, page, 128), real) << unsigned{page};
+  const octets made = page_after(real, 0, 128);
+  octets expected = real;
+  std::fill_n(expected.begin() + 38, 16, uint8{'0'});
+  expected[94] = static_cast<uint8>('V' + 16 * ('0' - 'V'));
+  EXPECT_EQ(made, expected);
 }
 
 // ---- Other answers --------------------------------------------------------------------------------------------------

@@ -33,7 +33,7 @@
 namespace host {
 namespace {
 
-constexpr question kLinks{NETLINK_ROUTE, RTM_GETLINK, AF_UNSPEC};
+constexpr question kLinkDump{NETLINK_ROUTE, RTM_GETLINK, AF_UNSPEC};
 constexpr question kVlans{NETLINK_ROUTE, RTM_GETLINK, AF_BRIDGE};
 constexpr question kAddresses{NETLINK_ROUTE, RTM_GETADDR, AF_UNSPEC};
 const question kModes = recorded_kernel::ethtool(ETHTOOL_MSG_LINKMODES_GET);
@@ -76,7 +76,7 @@ class KernelRecording : public testing::Test {
 };
 
 template <typename Request>
-std::span<const std::byte> bytes_in(const Request& request) {
+std::span<const std::byte> request_bytes(const Request& request) {
   return std::as_bytes(std::span(&request, 1));
 }
 
@@ -99,26 +99,26 @@ syserr_t status_of(const reply& answer) {
 
 pm_port_info_t port_record_of(uint32 device) {
   return record_of<pm_port_info_t>(
-      serve_port_manager(PM_OPC_PORT_CONFIG, bytes_in(range_request{port_of(device), port_of(device)})));
+      serve_port_manager(PM_OPC_PORT_CONFIG, request_bytes(range_request{port_of(device), port_of(device)})));
 }
 
 pm_fcot_res_t transceiver_of(uint32 device) {
   return record_of<pm_fcot_res_t>(
-      serve_port_manager(PM_OPC_TRANSCEIVER, bytes_in(range_request{port_of(device), port_of(device)})));
+      serve_port_manager(PM_OPC_TRANSCEIVER, request_bytes(range_request{port_of(device), port_of(device)})));
 }
 
 reply diagnostics_of(uint32 device) {
-  return serve_port_manager(PM_OPC_DIAGNOSTICS, bytes_in(interface_request{port_of(device)}));
+  return serve_port_manager(PM_OPC_DIAGNOSTICS, request_bytes(interface_request{port_of(device)}));
 }
 
 statscl_portcl_stats_msg_t statistics_of(uint32 device) {
   return record_of<statscl_portcl_stats_msg_t>(
-      serve_statistics(STATS_OPC_PORT, bytes_in(interface_request{port_of(device)})));
+      serve_statistics(STATS_OPC_PORT, request_bytes(interface_request{port_of(device)})));
 }
 
 crdcfg_port_cap_t capability_of(uint32 device) {
   return record_of<crdcfg_port_cap_t>(
-      serve_card_config(CRDCFG_OPC_PORT_CAPABILITY, bytes_in(range_request{port_of(device), port_of(device)})));
+      serve_card_config(CRDCFG_OPC_PORT_CAPABILITY, request_bytes(range_request{port_of(device), port_of(device)})));
 }
 
 std::string vendor_in(const pm_fcot_res_t& record) {
@@ -382,7 +382,7 @@ TEST_F(KernelRecording, TheStateOfAModuleIsItsOwn) {
                   [status](std::vector<uint8>&, std::vector<uint8>& diagnostics) { diagnostics[110] = status; });
     read();
     const port_misc_info_req_t request{0, 1, port_of(kSwp1), 1, {MISC_INFO_TRANSCEIVER_STATE}};
-    const reply answer = serve_line_card(MTS_OPC_PORT_MISC_INFO, bytes_in(request));
+    const reply answer = serve_line_card(MTS_OPC_PORT_MISC_INFO, request_bytes(request));
     port_xcvr_info_t state{};
     if (answer.payload.size() > sizeof state)
       std::memcpy(&state, answer.payload.data() + answer.payload.size() - sizeof state, sizeof state);
@@ -545,7 +545,122 @@ TEST_F(KernelRecording, RatesAreKnownFromTheSecondReadingOn) {
   EXPECT_TRUE(is_unknown(kSwp6, property::input_packets_per_second));
   clock_advance(10);
   statistics_of(kSwp6);
+  EXPECT_TRUE(is_unknown(kSwp6, property::input_packets_per_second)) << "of the same reading";
+  next_command();
   EXPECT_FALSE(is_unknown(kSwp6, property::input_packets_per_second));
+}
+
+// ---- Readings -------------------------------------------------------------------------------------------------------
+
+std::optional<uint64> number_of(uint32 device, property of) {
+  const reply answer =
+      serve_interface_values(VALUES_OPC_INTERFACE, values_request_for(port_of(device), std::span(&of, 1), false));
+  const auto values =
+      read_values(std::span(answer.payload).subspan(std::min(sizeof(reply_head), answer.payload.size())));
+  if (!values || values->size() != 1 || (*values)[0].kind == value_kind::absent) return std::nullopt;
+  return (*values)[0].number();
+}
+
+// The only device: how often its link changed, and what it received.
+class KernelReadings : public KernelRecording {
+ protected:
+  void set(std::optional<uint32> changes, uint64 packets) {
+    netlink_request message = link_message({.number = kVeth0, .name = "veth0", .kind = "veth", .flags = IFF_UP});
+    if (changes) mnl_attr_put_u32(&message.head(), IFLA_CARRIER_CHANGES, *changes);
+    rtnl_link_stats64 stats{};
+    stats.rx_packets = packets;
+    stats.rx_bytes = packets * 100;
+    mnl_attr_put(&message.head(), IFLA_STATS64, sizeof stats, &stats);  // the last one holds
+    kernel_.answer(kLinks, [bytes = recorded(std::move(message))](const nlmsghdr&) {
+      return recorded_answer{0, {bytes}};
+    });
+  }
+  void after(std::time_t seconds, std::optional<uint32> changes, uint64 packets) {
+    clock_advance(seconds);
+    set(changes, packets);
+    next_command();
+  }
+
+  stopped_clock clock_{kMoment};
+  static constexpr uint32 kMoment = 1'800'000'000;
+};
+
+TEST_F(KernelReadings, RatesAreThoseOfTheTimeBetweenThem) {
+  set(0, 1000);
+  read();
+  EXPECT_EQ(number_of(kVeth0, property::rate_interval_seconds), std::nullopt);
+  EXPECT_EQ(the_source().rate_seconds(), std::nullopt);
+  after(10, 0, 1070);
+  EXPECT_EQ(number_of(kVeth0, property::input_packets_per_second), 7U);
+  EXPECT_EQ(number_of(kVeth0, property::input_bytes_per_second), 700U);
+  EXPECT_EQ(number_of(kVeth0, property::rate_interval_seconds), 10U);
+  EXPECT_EQ(the_source().rate_seconds(), 10.0);
+}
+
+TEST_F(KernelReadings, WithinTheSameSecondThereAreNoRates) {
+  set(0, 1000);
+  read();
+  after(0, 0, 1070);
+  EXPECT_TRUE(is_unknown(kVeth0, property::input_packets_per_second));
+  EXPECT_TRUE(is_unknown(kVeth0, property::rate_interval_seconds));
+}
+
+// A reading that is older than a minute counts only until there is a later one of that age.
+TEST_F(KernelReadings, RatesCoverAMinuteWhereThereAreSoMany) {
+  set(0, 0);
+  read();
+  for (uint32 i = 1; i <= 12; ++i) after(10, 0, i * 100);
+  EXPECT_EQ(number_of(kVeth0, property::rate_interval_seconds), 60U);
+  after(600, 0, 1260);
+  EXPECT_EQ(number_of(kVeth0, property::rate_interval_seconds), 600U);
+  EXPECT_EQ(number_of(kVeth0, property::input_bytes_per_second), 10U);
+}
+
+TEST_F(KernelReadings, ADeviceThatCountsFromItsStartAgainHasNoRates) {
+  set(0, 1000);
+  read();
+  after(10, 0, 5);
+  EXPECT_TRUE(is_unknown(kVeth0, property::input_packets_per_second));
+  after(10, 0, 25);
+  EXPECT_EQ(number_of(kVeth0, property::input_packets_per_second), 2U);
+  EXPECT_EQ(number_of(kVeth0, property::rate_interval_seconds), 10U);
+}
+
+TEST_F(KernelReadings, LinkChangesHaveTheirTimeWhenTheSessionSawThem) {
+  set(4, 0);
+  read();
+  EXPECT_EQ(number_of(kVeth0, property::link_changes), 4U);
+  EXPECT_TRUE(is_unknown(kVeth0, property::last_link_flapped));
+  after(10, 6, 0);
+  EXPECT_EQ(number_of(kVeth0, property::link_changes), 6U);
+  EXPECT_EQ(number_of(kVeth0, property::last_link_flapped), kMoment + 10);
+  after(10, 6, 0);
+  EXPECT_EQ(number_of(kVeth0, property::last_link_flapped), kMoment + 10);
+  after(10, 1, 0);
+  EXPECT_TRUE(is_unknown(kVeth0, property::last_link_flapped)) << "another device with the same number";
+}
+
+TEST_F(KernelReadings, LinkChangesAreUnknownWhereTheKernelDoesNotCountThem) {
+  set(std::nullopt, 0);
+  read();
+  EXPECT_TRUE(is_unknown(kVeth0, property::link_changes));
+  after(10, 3, 0);
+  EXPECT_TRUE(is_unknown(kVeth0, property::last_link_flapped));
+}
+
+TEST_F(KernelReadings, AnEventHasTheTimeOfTheChangeBeforeTheNextReading) {
+  set(4, 0);
+  read();
+  const auto events = the_source().open_events();
+  ASSERT_NE(events, nullptr);
+  clock_advance(7);
+  netlink_request message = link_message({.number = kVeth0, .name = "veth0", .kind = "veth", .operation = 6});
+  mnl_attr_put_u32(&message.head(), IFLA_CARRIER_CHANGES, 5);
+  kernel_.publish(NETLINK_ROUTE, std::move(message));
+  std::vector<switch_event> read_events;
+  EXPECT_TRUE(events->read(read_events));
+  after(10, 5, 0);
+  EXPECT_EQ(number_of(kVeth0, property::last_link_flapped), kMoment + 7);
 }
 
 void expect_not_supported(uint32 device, const std::vector<property>& expected) {
@@ -676,6 +791,7 @@ TEST_F(KernelRecording, LoadsAreKnownOnceTheyAreMeasured) {
   read();
   expect_not_supported(kSwp3, measured);
   clock_advance(10);
+  next_command();
   expect_present(kSwp3, measured);
 }
 
@@ -691,7 +807,7 @@ TEST_F(KernelRecording, CountersOfADriverAreKnownWhereItHasThem) {
 TEST_F(KernelRecording, AnMtuBeyondWhatPortsCountIsNotSupported) {
   netlink_request loopback = link_message({.number = kVeth0, .name = "veth0", .kind = "veth", .flags = IFF_UP});
   mnl_attr_put_u32(&loopback.head(), IFLA_MTU, 65'536);  // the last one holds
-  kernel_.answer(kLinks, [bytes = recorded(std::move(loopback))](const nlmsghdr&) {
+  kernel_.answer(kLinkDump, [bytes = recorded(std::move(loopback))](const nlmsghdr&) {
     return recorded_answer{0, {bytes}};
   });
   read();
@@ -824,7 +940,7 @@ TEST_F(KernelRecording, CountersThatAreClearedCountFromThereOn) {
   read(path);
   tell_symbols(50);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 50U);
-  EXPECT_EQ(status_of(serve_statistics(STATS_OPC_CLEAR_PORT, bytes_in(interface_request{port_of(kSwp1)}))), 0);
+  EXPECT_EQ(status_of(serve_statistics(STATS_OPC_CLEAR_PORT, request_bytes(interface_request{port_of(kSwp1)}))), 0);
   EXPECT_EQ(statistics_of(kSwp1).mac.errors.symbol_err, 0U);
   EXPECT_EQ(statistics_of(kSwp1).mac.ctrl.rx_pause, 0U);
   EXPECT_EQ(the_source().write_baselines(), 0);
@@ -854,7 +970,7 @@ void expect_whole(const machine& made) {
 }
 
 TEST_F(KernelRecording, ADumpThatWasDisturbedIsAskedForAgain) {
-  for (const question& asked : {kLinks, kVlans, kAddresses, kModes, kPauses})
+  for (const question& asked : {kLinkDump, kVlans, kAddresses, kModes, kPauses})
     for (const disturbance how : {disturbance::lost, disturbance::interrupted}) {
       const uint32 before = kernel_.times_asked(asked);
       kernel_.disturb(asked, how);
@@ -875,9 +991,9 @@ TEST_F(KernelRecording, ADumpOfDetailsThatWasDisturbedIsAskedForAgain) {
 }
 
 TEST_F(KernelRecording, DevicesThatAlwaysChangeAreAnError) {
-  kernel_.disturb(kLinks, disturbance::interrupted, 100);
+  kernel_.disturb(kLinkDump, disturbance::interrupted, 100);
   EXPECT_THROW(read(), kernel_error);
-  EXPECT_LT(kernel_.times_asked(kLinks), 10U);
+  EXPECT_LT(kernel_.times_asked(kLinkDump), 10U);
 }
 
 TEST_F(KernelRecording, VlansThatAlwaysChangeAreAbsent) {
@@ -888,7 +1004,7 @@ TEST_F(KernelRecording, VlansThatAlwaysChangeAreAbsent) {
 }
 
 TEST_F(KernelRecording, DevicesThatAreRefusedAreAnError) {
-  kernel_.refuse(kLinks, EPERM);
+  kernel_.refuse(kLinkDump, EPERM);
   try {
     read();
     ADD_FAILURE() << "a machine without its devices";
@@ -985,7 +1101,7 @@ TEST_F(KernelRecording, AnswersForADeviceThatIsGoneAreLeftOut) {
 TEST_F(KernelRecording, ADeviceThatIsGoneForTheNextCommandHasNoDetails) {
   read();
   const if_index_t gone = port_of(kSwp1);
-  kernel_.answer(kLinks, [](const nlmsghdr&) {
+  kernel_.answer(kLinkDump, [](const nlmsghdr&) {
     return recorded_answer{0, {recorded(link_message({.number = kSwp5, .name = "swp5", .flags = 1, .operation = 2}))}};
   });
   next_command();

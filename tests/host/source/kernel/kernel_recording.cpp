@@ -51,6 +51,12 @@ netlink_request family_message() {
   message.extra<genlmsghdr>().cmd = CTRL_CMD_NEWFAMILY;
   mnl_attr_put_u16(&message.head(), CTRL_ATTR_FAMILY_ID, recorded_kernel::kEthtoolFamily);
   mnl_attr_put_strz(&message.head(), CTRL_ATTR_FAMILY_NAME, ETHTOOL_GENL_NAME);
+  nlattr* const groups = mnl_attr_nest_start(&message.head(), CTRL_ATTR_MCAST_GROUPS);
+  nlattr* const group = mnl_attr_nest_start(&message.head(), 1);
+  mnl_attr_put_u32(&message.head(), CTRL_ATTR_MCAST_GRP_ID, recorded_kernel::kMonitorGroup);
+  mnl_attr_put_strz(&message.head(), CTRL_ATTR_MCAST_GRP_NAME, ETHTOOL_MCGRP_MONITOR_NAME);
+  mnl_attr_nest_end(&message.head(), group);
+  mnl_attr_nest_end(&message.head(), groups);
   return message;
 }
 
@@ -151,6 +157,27 @@ class recorded_channel : public kernel_channel {
   uint16 last_flags_ = NLM_F_MULTI;
 };
 
+// What is published waits until it is read.
+class recorded_subscription : public kernel_channel {
+ public:
+  explicit recorded_subscription(int bus) : bus_(bus) {}
+  uint32 port() const override { return kPort; }
+  int send(const nlmsghdr&) override { return EOPNOTSUPP; }
+  ssize_t receive(std::span<char> to, int& error) override {
+    auto& waiting = the_recording->published_[bus_];
+    error = waiting.empty() ? EAGAIN : waiting.front().error;
+    if (waiting.empty()) return -1;
+    const recorded_message message = std::move(waiting.front().message);
+    waiting.pop_front();
+    if (error != 0) return -1;
+    std::copy(message.begin(), message.end(), to.begin());
+    return static_cast<ssize_t>(message.size());
+  }
+
+ private:
+  int bus_;
+};
+
 recorded_message recorded(netlink_request message) {
   const auto* const bytes = reinterpret_cast<const char*>(&message.head());
   return {bytes, bytes + message.head().nlmsg_len};
@@ -160,7 +187,7 @@ question recorded_kernel::ethtool(uint8 command) { return {NETLINK_GENERIC, kEth
 
 recorded_kernel::recorded_kernel() : before_(the_kernel_io()) {
   the_recording = this;
-  the_kernel_io() = {open, answer_ioctl};
+  the_kernel_io() = {open, answer_ioctl, answer_lldp, subscribe};
   answer({NETLINK_GENERIC, GENL_ID_CTRL, CTRL_CMD_GETFAMILY}, [this](const nlmsghdr&) {
     return has_ethtool ? recorded_answer{0, {recorded(family_message())}} : recorded_answer{ENOENT};
   });
@@ -170,6 +197,8 @@ recorded_kernel::~recorded_kernel() {
   the_kernel_io() = before_;
   the_recording = nullptr;
 }
+
+lldp_answer recorded_kernel::answer_lldp() { return the_recording->lldp; }
 
 void recorded_kernel::tell(const question& asked, netlink_request message) {
   known_[asked].answer.messages.push_back(recorded(std::move(message)));
@@ -195,6 +224,17 @@ recorded_answer recorded_kernel::answer_to(const question& asked, const nlmsghdr
   if (what.by) return what.by(request);
   if (what.answer.error != 0 || !what.answer.messages.empty()) return what.answer;
   return {(request.nlmsg_flags & NLM_F_DUMP) == NLM_F_DUMP ? 0 : EOPNOTSUPP};
+}
+
+void recorded_kernel::publish(int bus, netlink_request message) {
+  published_[bus].push_back({recorded(std::move(message))});
+}
+
+void recorded_kernel::fail_to_publish(int bus, int error) { published_[bus].push_back({{}, error}); }
+
+std::unique_ptr<kernel_channel> recorded_kernel::subscribe(int bus, std::span<const uint32> groups) {
+  the_recording->groups_[bus].assign(groups.begin(), groups.end());
+  return std::make_unique<recorded_subscription>(bus);
 }
 
 std::unique_ptr<kernel_channel> recorded_kernel::open(int bus) { return std::make_unique<recorded_channel>(bus); }

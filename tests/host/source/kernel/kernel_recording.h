@@ -1,6 +1,7 @@
 // A kernel that answers from messages made by hand. It stands in the place of the real one as long as it lives.
 #pragma once
 
+#include <cerrno>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -47,6 +48,7 @@ struct ioctl_module {
 class recorded_kernel {
  public:
   static constexpr uint16 kEthtoolFamily = 0x20;
+  static constexpr uint32 kMonitorGroup = 6;
   static question ethtool(uint8 command);
 
   recorded_kernel();
@@ -62,6 +64,10 @@ class recorded_kernel {
   void disturb(const question& asked, disturbance how, uint32 times = 1);
   void plug(const std::string& device, ioctl_module module) { modules_[device] = std::move(module); }
 
+  // What the kernel publishes on a bus, and an error in the place of a datagram.
+  void publish(int bus, netlink_request message);
+  void fail_to_publish(int bus, int error);
+
   // What a command of ethtool by ioctl gives for a device.
   template <typename Command>
   void answer_by_ioctl(const std::string& device, const Command& recorded) {
@@ -71,13 +77,20 @@ class recorded_kernel {
 
   uint32 times_asked(const question& asked) const;
   uint32 ioctls() const { return ioctls_; }
+  const std::vector<uint32>& groups(int bus) { return groups_[bus]; }  // that were subscribed to
 
   bool has_ethtool = true;
+  lldp_answer lldp = {ENOENT};           // of lldpd, which is not running
   std::size_t longest = SIZE_MAX;        // every message is cut at this many bytes
   std::optional<uint32> claimed_length;  // that the second message of a datagram gives as its own
 
  private:
   friend class recorded_channel;
+  friend class recorded_subscription;
+  struct published {
+    recorded_message message;
+    int error = 0;
+  };
   struct known {
     recorded_answer answer;
     std::function<recorded_answer(const nlmsghdr&)> by;
@@ -86,6 +99,8 @@ class recorded_kernel {
 
   recorded_answer answer_to(const question& asked, const nlmsghdr& request);
   static std::unique_ptr<kernel_channel> open(int bus);
+  static lldp_answer answer_lldp();
+  static std::unique_ptr<kernel_channel> subscribe(int bus, std::span<const uint32> groups);
   static int answer_ioctl(const std::string& device, void* command);
 
   kernel_io before_;
@@ -94,6 +109,8 @@ class recorded_kernel {
   std::map<std::string, ioctl_module> modules_;
   std::map<std::pair<std::string, uint32>, std::vector<char>> read_by_ioctl_;
   uint32 ioctls_ = 0;
+  std::map<int, std::deque<published>> published_;
+  std::map<int, std::vector<uint32>> groups_;
 };
 
 }  // namespace host

@@ -186,6 +186,19 @@ TEST(KernelMessages, VlansOfABridgePortAreSinglesAndRanges) {
   EXPECT_TRUE(links[0].vlans.empty());
 }
 
+TEST(KernelMessages, TheDeviceBelowMayBeOneOfAnotherNamespace) {
+  for (const bool is_other : {false, true}) {
+    netlink_request message = link_message(7, 0, [is_other](nlmsghdr& it) {
+      mnl_attr_put_strz(&it, IFLA_IFNAME, "veth0");
+      mnl_attr_put_u32(&it, IFLA_LINK, 3);
+      if (is_other) mnl_attr_put_u32(&it, IFLA_LINK_NETNSID, 0);
+    });
+    const auto link = decode_link(message.head());
+    ASSERT_TRUE(link);
+    EXPECT_EQ(link->parent, is_other ? 0U : 3U);
+  }
+}
+
 TEST(KernelMessages, AVlanRangeThatIsNoneEndsAtTheLastVlan) {
   netlink_request message = link_message(7, 0, [](nlmsghdr& it) {
     nlattr* const spec = mnl_attr_nest_start(&it, IFLA_AF_SPEC);

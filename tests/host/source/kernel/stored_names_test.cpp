@@ -1,4 +1,4 @@
-// Which interface a device was before, and the file that stores it.
+// Which interface a named_device was before, and the file that stores it.
 #include "source/kernel/stored_names.h"
 
 #include <fcntl.h>
@@ -24,7 +24,7 @@ using testing::HasSubstr;
 
 using address = std::array<uint8, 6>;
 
-kernel_link device(uint32 number, const std::string& name, const std::string& kind = "veth") {
+kernel_link named_device(uint32 number, const std::string& name, const std::string& kind = "veth") {
   kernel_link link;
   link.number = number;
   link.name = name;
@@ -34,7 +34,7 @@ kernel_link device(uint32 number, const std::string& name, const std::string& ki
 }
 
 kernel_link hardware(uint32 number, const std::string& name, uint8 last_byte) {
-  kernel_link link = device(number, name, "");
+  kernel_link link = named_device(number, name, "");
   link.mac = address{2, 0, 0, 0, 9, last_byte};
   link.permanent_mac = link.mac;
   return link;
@@ -60,12 +60,12 @@ class Names : public testing::Test {
     fault_ = names.fault();
     return mapped;
   }
-  if_index_t interface_of(const Links& links, const std::string& device, uint32 management = 0) {
-    return found(map(links, management), device).if_index;
+  if_index_t interface_of(const Links& links, const std::string& named_device, uint32 management = 0) {
+    return found(map(links, management), named_device).if_index;
   }
-  static mapped_device found(const std::vector<mapped_device>& mapped, const std::string& device) {
+  static mapped_device found(const std::vector<mapped_device>& mapped, const std::string& named_device) {
     for (const mapped_device& it : mapped)
-      if (it.device == device) return it;
+      if (it.device == named_device) return it;
     return {};
   }
 
@@ -105,9 +105,9 @@ TEST_F(Names, HardwareIsKnownByItsPermanentAddress) {
 }
 
 TEST_F(Names, OtherDevicesAreKnownByTheirName) {
-  map({device(5, "left"), device(6, "right")});
-  EXPECT_EQ(interface_of({device(15, "left"), device(16, "other")}, "left"), port(5));
-  EXPECT_EQ(interface_of({device(15, "left"), device(16, "other")}, "other"), port(16));
+  map({named_device(5, "left"), named_device(6, "right")});
+  EXPECT_EQ(interface_of({named_device(15, "left"), named_device(16, "other")}, "left"), port(5));
+  EXPECT_EQ(interface_of({named_device(15, "left"), named_device(16, "other")}, "other"), port(16));
 }
 
 TEST_F(Names, HardwareThatSharesItsAddressIsKnownByName) {
@@ -117,18 +117,18 @@ TEST_F(Names, HardwareThatSharesItsAddressIsKnownByName) {
 }
 
 TEST_F(Names, ADeviceThatIsRenamedIsTheSame) {
-  kernel_link renamed = device(5, "left");
+  kernel_link renamed = named_device(5, "left");
   map({renamed});
   renamed.name = "renamed";
   EXPECT_EQ(interface_of({renamed}, "renamed"), port(5));
-  const Links both = {renamed, device(6, "left")};
+  const Links both = {renamed, named_device(6, "left")};
   EXPECT_EQ(interface_of(both, "renamed"), port(5));
   EXPECT_EQ(interface_of(both, "left"), port(6));
 }
 
 TEST_F(Names, ADeviceWithTheNameOfOneThatIsGoneKeepsItsOwn) {
-  map({device(4, "other"), device(5, "left")});
-  kernel_link renamed = device(5, "left");
+  map({named_device(4, "other"), named_device(5, "left")});
+  kernel_link renamed = named_device(5, "left");
   renamed.name = "other";
   EXPECT_EQ(interface_of({renamed}, "other"), port(5));
   EXPECT_EQ(interface_of({renamed}, "other"), port(5));
@@ -138,36 +138,36 @@ TEST_F(Names, ADeviceWithTheNameOfOneThatIsGoneKeepsItsOwn) {
 }
 
 TEST_F(Names, TheInterfaceOfADeviceThatIsGoneIsNotGivenAgain) {
-  map({hardware(5, "eth0", 5), device(9, "gone")}, 5);
+  map({hardware(5, "eth0", 5), named_device(9, "gone")}, 5);
   EXPECT_EQ(interface_of({hardware(9, "new", 9)}, "new"), port(10));
   EXPECT_EQ(interface_of({hardware(8, "eth1", 8)}, "eth1", 8), port(8));
   EXPECT_EQ(interface_of({hardware(5, "eth0", 5)}, "eth0"), kManagement);
 }
 
 TEST_F(Names, AKindThatChangedIsDecidedAnew) {
-  map({device(5, "x", "dummy")});
-  EXPECT_EQ(interface_of({device(6, "x", "veth")}, "x"), port(6));
-  EXPECT_EQ(interface_of({device(7, "x", "veth")}, "x"), port(6));
+  map({named_device(5, "x", "dummy")});
+  EXPECT_EQ(interface_of({named_device(6, "x", "veth")}, "x"), port(6));
+  EXPECT_EQ(interface_of({named_device(7, "x", "veth")}, "x"), port(6));
 }
 
 TEST_F(Names, SubInterfacesFollowTheirParents) {
-  kernel_link vlan = device(8, "left.10", "vlan");
+  kernel_link vlan = named_device(8, "left.10", "vlan");
   vlan.parent = 5;
   vlan.vlan = 10;
-  map({device(5, "left"), vlan});
+  map({named_device(5, "left"), vlan});
   vlan.parent = 15;
   vlan.vlan = 20;
-  const auto mapped = map({vlan, device(15, "left")});
+  const auto mapped = map({vlan, named_device(15, "left")});
   EXPECT_EQ(found(mapped, "left.10").if_index, port(5, 20));
 }
 
 TEST_F(Names, ADummyOfACommandIsTheLoopbackThatItNamed) {
-  map({device(12, "lo77", "dummy")});
-  EXPECT_EQ(interface_of({device(77, "lo77", "dummy")}, "lo77"), numbered_index(IF_TYPE_LOOPBACK, 77));
+  map({named_device(12, "lo77", "dummy")});
+  EXPECT_EQ(interface_of({named_device(77, "lo77", "dummy")}, "lo77"), numbered_index(IF_TYPE_LOOPBACK, 77));
 }
 
 TEST_F(Names, TheMapFileWinsAndIsNotStored) {
-  const Links links = {device(5, "left"), device(6, "right")};
+  const Links links = {named_device(5, "left"), named_device(6, "right")};
   map(links);
   const auto mapped = map(links, 0, {{"right", {port(5), false}}});
   EXPECT_EQ(found(mapped, "right").if_index, port(5));
@@ -177,14 +177,14 @@ TEST_F(Names, TheMapFileWinsAndIsNotStored) {
 }
 
 TEST_F(Names, ARoutedPortKeepsItsPlace) {
-  map({device(5, "left")});
-  const auto mapped = map({device(15, "left")}, 0, {{"left", {0, true}}});
+  map({named_device(5, "left")});
+  const auto mapped = map({named_device(15, "left")}, 0, {{"left", {0, true}}});
   EXPECT_EQ(found(mapped, "left").if_index, ethernet_index(IF_TYPE_ETHERNET_L3, 0, 4));
-  EXPECT_EQ(interface_of({device(15, "left")}, "left"), port(5));
+  EXPECT_EQ(interface_of({named_device(15, "left")}, "left"), port(5));
 }
 
 TEST_F(Names, AReasonIsThatOfTheSessionThatDecided) {
-  const Links links = {hardware(2, "eth0", 2), device(4, "bond0", "bond"), device(5, "left")};
+  const Links links = {hardware(2, "eth0", 2), named_device(4, "bond0", "bond"), named_device(5, "left")};
   stored_names names;
   names.keep_in(path_);
   for (int command = 0; command < 2; ++command) {
@@ -198,7 +198,7 @@ TEST_F(Names, AReasonIsThatOfTheSessionThatDecided) {
 }
 
 TEST_F(Names, NothingNewIsNotWritten) {
-  const Links links = {device(5, "left")};
+  const Links links = {named_device(5, "left")};
   map(links);
   struct stat before {
   }, after{};
@@ -219,17 +219,17 @@ TEST_F(Names, WithoutAFileDevicesHaveTheirUsualInterfaces) {
 // ---- The file -------------------------------------------------------------------------------------------------------
 
 TEST_F(Names, AFileOfAnotherBootIsIgnored) {
-  map({device(5, "left")});
+  map({named_device(5, "left")});
   write("boot 0 namespace 0 cookie 0\n" + text().substr(first_line().size()));
-  EXPECT_EQ(interface_of({device(15, "left")}, "left"), port(15));
+  EXPECT_EQ(interface_of({named_device(15, "left")}, "left"), port(15));
 }
 
 TEST_F(Names, AFileThatIsCutAtEachByteGivesWhatIsWhole) {
-  map({device(5, "left"), device(6, "right")});
+  map({named_device(5, "left"), named_device(6, "right")});
   const std::string whole = text();
   for (std::size_t size = 0; size < whole.size(); ++size) {
     write(whole.substr(0, size));
-    const auto mapped = map({device(15, "left"), device(16, "right")});
+    const auto mapped = map({named_device(15, "left"), named_device(16, "right")});
     const if_index_t left = found(mapped, "left").if_index, right = found(mapped, "right").if_index;
     EXPECT_TRUE(left == port(5) || left == port(15)) << size;
     EXPECT_EQ(right, port(16)) << size;
@@ -239,19 +239,19 @@ TEST_F(Names, AFileThatIsCutAtEachByteGivesWhatIsWhole) {
 
 TEST_F(Names, AFileThatLiesGivesAnInterfaceOnce) {
   map({});
-  map({device(1, "any")});
+  map({named_device(1, "any")});
   const std::string first = first_line();
   for (const char* const lies : {"name:left 5 020000000105 ethernet 1/9\nname:right 6 020000000106 ethernet 1/9\n",
                                  "name:left 5 020000000105 ethernet 1/9\nname:left 5 020000000105 ethernet 1/8\n"}) {
     write(first + lies);
-    const auto mapped = map({device(5, "left"), device(6, "right")});
+    const auto mapped = map({named_device(5, "left"), named_device(6, "right")});
     EXPECT_EQ(found(mapped, "left").if_index, port(9));
     EXPECT_EQ(found(mapped, "right").if_index, port(6));
   }
 }
 
 TEST_F(Names, LinesThatAreNoneAreIgnored) {
-  map({device(1, "any")});
+  map({named_device(1, "any")});
   const std::string first = first_line();
   for (const char* const line :
        {"", " ", "left 5 020000000105 ethernet 1/9", "name:left", "name:left 5",
@@ -261,28 +261,28 @@ TEST_F(Names, LinesThatAreNoneAreIgnored) {
         "name:left 5 020000000105 ethernet 1/9.5", "name:left 5 020000000105 loopback 9",
         "name:left 5 020000000105 mgmt 3", "name:left 5 020000000105 cheese 9", "name:left 5 020000000105 fc 1/9"}) {
     write(first + line + "\n");
-    EXPECT_EQ(interface_of({device(5, "left")}, "left"), port(5)) << line;
+    EXPECT_EQ(interface_of({named_device(5, "left")}, "left"), port(5)) << line;
     EXPECT_EQ(fault_, "") << line;
   }
 }
 
 TEST_F(Names, AFileThatIsNoneIsNeitherReadNorWritten) {
   ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
-  EXPECT_EQ(interface_of({device(5, "left")}, "left"), port(5));
+  EXPECT_EQ(interface_of({named_device(5, "left")}, "left"), port(5));
   EXPECT_EQ(fault_, "the interfaces of devices are not stored: cannot read '" + path_ +
                         "': it is not a regular file of this user.");
   std::remove(path_.c_str());
   const std::string other = path_ + ".other";
   ASSERT_EQ(symlink(other.c_str(), path_.c_str()), 0);
-  EXPECT_EQ(interface_of({device(5, "left")}, "left"), port(5));
+  EXPECT_EQ(interface_of({named_device(5, "left")}, "left"), port(5));
   EXPECT_NE(fault_, "");
-  EXPECT_NE(access(other.c_str(), F_OK), 0);
+  EXPECT_NE(::access(other.c_str(), F_OK), 0);
 }
 
 TEST_F(Names, AFileOfAnotherUserIsNotRead) {
-  map({device(5, "left")});
+  map({named_device(5, "left")});
   if (chown(path_.c_str(), 65534, 65534) != 0) GTEST_SKIP() << "only root gives files away";
-  EXPECT_EQ(interface_of({device(15, "left")}, "left"), port(15));
+  EXPECT_EQ(interface_of({named_device(15, "left")}, "left"), port(15));
   EXPECT_EQ(fault_, "the interfaces of devices are not stored: cannot read '" + path_ +
                         "': it is not a regular file of this user.");
 }
@@ -300,7 +300,7 @@ TEST_F(Names, WithoutADirectoryTheProcessAloneKnows) {
 TEST_F(Names, ALockThatIsHeldIsNotWaitedForForEver) {
   const int held = open((path_ + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
   ASSERT_EQ(flock(held, LOCK_EX), 0);
-  EXPECT_EQ(interface_of({device(5, "left")}, "left"), port(5));
+  EXPECT_EQ(interface_of({named_device(5, "left")}, "left"), port(5));
   EXPECT_EQ(fault_, "the interfaces of devices are not stored: cannot lock '" + path_ + "': another process holds it.");
   close(held);
 }
@@ -311,7 +311,7 @@ TEST_F(Names, ProcessesThatStoreAtOnceLoseNothing) {
     if (fork() == 0) {
       for (uint32 i = 0; i < kDevices; ++i) {
         const uint32 number = 1 + process * kDevices + i;
-        map({device(number, "d" + std::to_string(number))});
+        map({named_device(number, "d" + std::to_string(number))});
       }
       _exit(fault_.empty() ? 0 : 1);
     }
@@ -327,9 +327,9 @@ TEST_F(Names, ProcessesThatStoreAtOnceLoseNothing) {
 TEST_F(Names, WhatAnotherShellStoredMeanwhileHolds) {
   stored_names mine;
   mine.keep_in(path_);
-  mine.map({device(5, "left")}, 0, {});
-  map({device(5, "left"), hardware(6, "eth0", 6)}, 6);
-  const auto mapped = mine.map({device(5, "left"), hardware(6, "eth0", 6)}, 0, {});
+  mine.map({named_device(5, "left")}, 0, {});
+  map({named_device(5, "left"), hardware(6, "eth0", 6)}, 6);
+  const auto mapped = mine.map({named_device(5, "left"), hardware(6, "eth0", 6)}, 0, {});
   EXPECT_EQ(found(mapped, "eth0").if_index, kManagement);
   EXPECT_EQ(found(mapped, "eth0").reason, name_reason::stored);
   EXPECT_EQ(found(mapped, "left").reason, name_reason::device_index);

@@ -1,4 +1,4 @@
-// The structured form, record by record.
+// The structured_detailed form, record by record.
 #include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ using testing::HasSubstr;
 
 constexpr host::display kDetailed = {host::kDetailedDisplay, {}, "detailed"};
 
-host::output_settings structured() {
+host::output_settings structured_detailed() {
   host::output_settings settings;
   settings.structured = true;
   settings.shown = kDetailed;
@@ -30,7 +30,7 @@ host::output_settings structured() {
 // The document of a command that prints one interface with `print`.
 template <typename Print>
 rapidjson::Document document_of(Print print) {
-  captured_command command(structured());
+  captured_command command(structured_detailed());
   command.output().begin_interface("Ethernet1/1");
   print(command.channel());
   command.output().end_interface();
@@ -109,7 +109,7 @@ TEST(Document, LineIsAMessageUnlessItBindsAFieldOfTheDisplay) {
 }
 
 TEST(Document, ValuesOfOneRecordDoNotReachTheNext) {
-  captured_command command(structured());
+  captured_command command(structured_detailed());
   const uint32 mtu = 9000;
   command.output().begin_interface("Ethernet1/1");
   cmd_prt(command.channel(), "%s\n", cmd_tuple(0x142A0278, &mtu));
@@ -126,7 +126,7 @@ TEST(Document, ValuesOfOneRecordDoNotReachTheNext) {
 
 TEST(Document, DecimalsKeepTheDigitsThatAreShown) {
   const host::display shown = {host::kTransceiverDisplay, {}, "transceiver"};
-  host::output_settings settings = structured();
+  host::output_settings settings = structured_detailed();
   settings.shown = shown;
   captured_command command(settings);
   command.output().begin_interface("Ethernet1/1");
@@ -139,7 +139,7 @@ TEST(Document, DecimalsKeepTheDigitsThatAreShown) {
 }
 
 TEST(Document, LinesOfTheChannelAreLayoutWhereTheServiceHasTheValues) {
-  host::output_settings settings = structured();
+  host::output_settings settings = structured_detailed();
   settings.shown.has_values = true;
   captured_command command(settings);
   command.output().begin_interface("Ethernet1/1");
@@ -279,8 +279,8 @@ constexpr unit_of_key kUnitsOfKeys[] = {
 };
 
 // What is counted needs no end of its key: "runts" are packets.
-constexpr std::string_view kUnitsOfCounts[] = {"credits",  "buffers", "packets", "frames", "events",
-                                               "messages", "resets",  "queues",  "entries"};
+constexpr std::string_view kUnitsOfCounts[] = {"credits",  "buffers", "packets", "frames",  "events",
+                                               "messages", "resets",  "queues",  "entries", "changes"};
 
 // "input_packets_65_to_127_bytes" counts packets of a size: its end is no unit.
 bool is_size_class(std::string_view key) {
