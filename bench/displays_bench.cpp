@@ -35,9 +35,16 @@ constexpr const char* kLines[] = {
     "show interface description",
     "show interface mac-address",
     "show interface ifindex",
+    "show interface debounce",
+    "show interface capabilities",
+    "show interface flowcontrol",
+    "show interface trunk",
+    "show interface transceiver",
     "show interface counters",
+    "show interface counters brief",
     "show interface counters errors",
     "show interface counters detailed",
+    "show interface overview",
 };
 
 host::shell& session() {
@@ -90,17 +97,25 @@ void show(benchmark::State& state, const char* line) {
   const auto interfaces = static_cast<double>(host::the_machine().interfaces.size());
   const double bytes = bytes_of(line);
   const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-  const auto allocations = allocations_so_far();
+  const auto before = allocations_so_far();
   {
     const output_to null(nowhere);
     for ([[maybe_unused]] auto iteration : state) host::run_line(session(), line);
   }
   close(nowhere);
   const auto runs = static_cast<double>(state.iterations());
-  state.counters["allocations"] = static_cast<double>(allocations_so_far() - allocations) / runs / interfaces;
+  state.counters["allocations"] = static_cast<double>(allocations_so_far() - before) / runs / interfaces;
   state.counters["bytes"] = bytes / interfaces;
   state.counters["time"] =
       benchmark::Counter(interfaces * runs, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+// A fixed piece of work: times of displays are compared with it where machines differ.
+void format_numbers(benchmark::State& state) {
+  char text[32];
+  for ([[maybe_unused]] auto iteration : state)
+    for (unsigned number = 0; number < 100; ++number)
+      benchmark::DoNotOptimize(std::snprintf(text, sizeof text, "%u", number * 40'503'211U));
 }
 
 }  // namespace
@@ -108,6 +123,7 @@ void show(benchmark::State& state, const char* line) {
 int main(int argc, char** argv) {
   session();
   for (const char* const line : kLines) benchmark::RegisterBenchmark(line, show, line)->Unit(benchmark::kMicrosecond);
+  benchmark::RegisterBenchmark("reference: 100 numbers by snprintf", format_numbers)->Unit(benchmark::kMicrosecond);
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
   return 0;

@@ -42,6 +42,14 @@ std::optional<values_answer> ask_interface_values(mts_q_handle_t q, if_index_t i
   return answer;
 }
 
+std::optional<unknown_answer> ask_unknown_values(mts_q_handle_t q, if_index_t if_index,
+                                                 std::span<const property> asked) {
+  unknown_answer unknown{};
+  const call to = answered_by_errors({q, SAP_INTERFACE_VALUES, VALUES_OPC_UNKNOWN});
+  const syserr_t error = ask_record(to, values_request_for(if_index, asked, true), writable_bytes_of(unknown));
+  return error == 0 ? std::optional(unknown) : std::nullopt;
+}
+
 std::optional<bool> ask_source_knows_all(mts_q_handle_t q) {
   source_answer record{};
   if (ask_record({q, SAP_INTERFACE_VALUES, VALUES_OPC_SOURCE}, {}, writable_bytes_of(record)) != 0) return std::nullopt;

@@ -1,5 +1,6 @@
 #include <array>
-#include <cstdio>
+#include <charconv>
+#include <string_view>
 
 #include "client/library_functions.h"
 #include "client/request.h"
@@ -14,11 +15,20 @@ syserr_t ask_statistics(mts_q_handle_t q, statistics_opcode opcode, if_index_t i
   return ask_record({q, SAP_STATISTICS, opcode}, bytes_of(interface_request{if_index}), writable_bytes_of(*record));
 }
 
-// One line of plain text. `format` holds as many %llu as there are numbers; the line has no percent sign left.
+// One line of plain text without a percent sign. `format` has a '#' for each number; with five of them it fits.
 template <typename... Numbers>
-void print_line(cmd_rx_handle_t* rx_handle, const char* format, Numbers... numbers) {
-  std::array<char, 160> line;
-  std::snprintf(line.data(), line.size(), format, static_cast<unsigned long long>(numbers)...);
+void print_line(cmd_rx_handle_t* rx_handle, std::string_view format, Numbers... numbers) {
+  const std::array<uint64, sizeof...(numbers)> values{numbers...};
+  std::array<char, 192> line;
+  const auto* value = values.begin();
+  char* end = line.begin();
+  for (const char character : format) {
+    if (character == '#')
+      end = std::to_chars(end, line.end(), *value++).ptr;
+    else
+      *end++ = character;
+  }
+  *end = '\0';
   cmd_prt(rx_handle, line.data());
 }
 
@@ -45,22 +55,22 @@ void pm_cli_ethernet_intf_stats_print(cmd_rx_handle_t* rx_handle, statscl_portcl
   using host::print_line;
   const statscl_portcl_mac_pktflow_stats_t& flow = stats->mac.pktflow;
   const statscl_portcl_mac_error_stats_t& errors = stats->mac.errors;
-  print_line(rx_handle, "    30 seconds input rate %llu bits/sec, %llu packets/sec\n",
-             flow.byte_rate_rx * host::kBitsPerByte, flow.pkt_rate_rx);
-  print_line(rx_handle, "    30 seconds output rate %llu bits/sec, %llu packets/sec\n",
+  print_line(rx_handle, "    30 seconds input rate # bits/sec, # packets/sec\n", flow.byte_rate_rx * host::kBitsPerByte,
+             flow.pkt_rate_rx);
+  print_line(rx_handle, "    30 seconds output rate # bits/sec, # packets/sec\n",
              flow.byte_rate_tx * host::kBitsPerByte, flow.pkt_rate_tx);
-  print_line(rx_handle, "    %llu packets input, %llu bytes, %llu input errors\n", flow.ingress_pkts, flow.bytes_pkts,
+  print_line(rx_handle, "    # packets input, # bytes, # input errors\n", flow.ingress_pkts, flow.bytes_pkts,
              errors.input_errors);
-  print_line(rx_handle, "      %llu unicast, %llu multicast, %llu broadcast\n", flow.unicast_pkts, flow.multicast_pkts,
+  print_line(rx_handle, "      # unicast, # multicast, # broadcast\n", flow.unicast_pkts, flow.multicast_pkts,
              flow.broadcast_pkts);
   if (detail != 0)
-    print_line(rx_handle, "      %llu runts, %llu giants, %llu CRC, %llu overrun, %llu dropped\n", errors.runt,
-               errors.giants_rx, errors.crc, errors.overrun, errors.in_discard);
-  print_line(rx_handle, "    %llu packets output, %llu bytes, %llu output errors\n", flow.egress_pkts, flow.bytes_tx,
+    print_line(rx_handle, "      # runts, # giants, # CRC, # overrun, # dropped\n", errors.runt, errors.giants_rx,
+               errors.crc, errors.overrun, errors.in_discard);
+  print_line(rx_handle, "    # packets output, # bytes, # output errors\n", flow.egress_pkts, flow.bytes_tx,
              errors.output_errors);
-  print_line(rx_handle, "      %llu unicast, %llu multicast, %llu broadcast\n", flow.unicast_pkts_tx,
-             flow.multicast_pkts_tx, flow.broadcast_pkts_tx);
+  print_line(rx_handle, "      # unicast, # multicast, # broadcast\n", flow.unicast_pkts_tx, flow.multicast_pkts_tx,
+             flow.broadcast_pkts_tx);
   if (detail != 0)
-    print_line(rx_handle, "      %llu collisions, %llu late collisions, %llu underrun, %llu dropped\n",
-               errors.collision, errors.late_collision, errors.underrun, errors.tx_dropped);
+    print_line(rx_handle, "      # collisions, # late collisions, # underrun, # dropped\n", errors.collision,
+               errors.late_collision, errors.underrun, errors.tx_dropped);
 }

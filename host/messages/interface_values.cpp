@@ -65,6 +65,37 @@ std::size_t runs_size(std::span<const uint16> ascending) {
   return size;
 }
 
+template <typename Wire, typename Value>
+void write_each(std::byte* to, std::span<const Value> values) {
+  for (const Wire number : values) {
+    std::memcpy(to, &number, sizeof number);
+    to += sizeof number;
+  }
+}
+
+void write_runs(std::byte* to, std::span<const uint16> ascending) {
+  for_each_run(ascending, [&to](be16 first, be16 last) {
+    std::memcpy(to, &first, sizeof first);
+    std::memcpy(to + sizeof first, &last, sizeof last);
+    to += sizeof first + sizeof last;
+  });
+}
+
+// False when the bytes are not those of whole values.
+template <typename Visit>
+bool read_each(std::span<const std::byte> bytes, const Visit& visit) {
+  while (!bytes.empty()) {
+    if (bytes.size() < sizeof(value_head)) return false;
+    const auto head = read_at<value_head>(bytes, 0);
+    bytes = bytes.subspan(sizeof head);
+    const std::size_t size = head.size;
+    if (size > bytes.size() || !is_size_of(head.kind, size)) return false;
+    visit(interface_value{static_cast<property>(uint16{head.of}), head.kind, bytes.first(size)});
+    bytes = bytes.subspan(size);
+  }
+  return true;
+}
+
 }  // namespace
 
 absence interface_value::why_absent() const {
@@ -123,28 +154,18 @@ std::vector<std::pair<std::string_view, uint64>> interface_value::map_entries() 
 std::optional<std::vector<interface_value>> read_values(std::span<const std::byte> bytes) {
   std::vector<interface_value> values;
   values.reserve(bytes.size() / (sizeof(value_head) + sizeof(be64)));
-  while (!bytes.empty()) {
-    if (bytes.size() < sizeof(value_head)) return std::nullopt;
-    const auto head = read_at<value_head>(bytes, 0);
-    bytes = bytes.subspan(sizeof head);
-    if (head.size > bytes.size() || !is_size_of(head.kind, head.size)) return std::nullopt;
-    values.push_back({static_cast<property>(uint16{head.of}), head.kind, bytes.first(head.size)});
-    bytes = bytes.subspan(head.size);
-  }
-  return values;
+  const bool is_whole = read_each(bytes, [&values](const interface_value& value) { values.push_back(value); });
+  return is_whole ? std::optional(std::move(values)) : std::nullopt;
 }
 
-std::optional<std::vector<property>> read_properties(std::span<const std::byte> request) {
+std::optional<requested_properties> read_properties(std::span<const std::byte> request) {
   if (request.size() < sizeof(values_request)) return std::nullopt;
   const std::size_t count = read_at<values_request>(request, 0).count;
   if (request.size() != sizeof(values_request) + count * sizeof(be16)) return std::nullopt;
-  std::vector<property> asked(count);
-  for (std::size_t i = 0; i < count; ++i) {
-    const uint16 number = read_at<be16>(request, sizeof(values_request) + i * sizeof(be16));
-    if (number >= kNumProperties) return std::nullopt;
-    asked[i] = static_cast<property>(number);
-  }
-  return asked;
+  const auto* const numbers = reinterpret_cast<const be16*>(request.data() + sizeof(values_request));
+  if (!std::all_of(numbers, numbers + count, [](uint16 number) { return number < kNumProperties; }))
+    return std::nullopt;
+  return requested_properties({numbers, count});
 }
 
 std::vector<std::byte> values_request_for(if_index_t if_index, std::span<const property> asked, bool only_absent) {
@@ -160,111 +181,103 @@ std::vector<std::byte> values_request_for(if_index_t if_index, std::span<const p
   return request;
 }
 
-void value_writer::append(const void* bytes, std::size_t size) {
-  const auto* const first = static_cast<const std::byte*>(bytes);
-  to_.insert(to_.end(), first, first + size);
+// Appends the head of a value, and room for its bytes.
+std::byte* value_writer::room_for(property of, value_kind kind, std::size_t size) {
+  const value_head head = {static_cast<uint16>(of), kind, 0, static_cast<uint16>(size)};
+  const std::size_t begin = to_.size();
+  to_.resize(begin + sizeof head + size);
+  std::memcpy(to_.data() + begin, &head, sizeof head);
+  ++count_;
+  return to_.data() + begin + sizeof head;
 }
 
-void value_writer::head(property of, value_kind kind, std::size_t size) {
-  const value_head head = {static_cast<uint16>(of), kind, 0, static_cast<uint16>(size)};
-  append(&head, sizeof head);
-  ++count_;
+// A value that is present.
+void value_writer::put(property of, value_kind kind, const void* bytes, std::size_t size) {
+  if (!only_absent_ && size != 0)
+    std::memcpy(room_for(of, kind, size), bytes, size);
+  else if (!only_absent_)
+    room_for(of, kind, size);
 }
 
 void value_writer::absent(property of, absence why) {
-  head(of, value_kind::absent, 1);
-  append(&why, 1);
+  if (unknown_ == nullptr)
+    *room_for(of, value_kind::absent, 1) = std::byte(why);
+  else if (why != absence::none)
+    unknown_->set(of);
 }
 
 void value_writer::number(property of, uint64 value) {
   const be64 number = value;
-  head(of, value_kind::number, sizeof number);
-  append(&number, sizeof number);
+  put(of, value_kind::number, &number, sizeof number);
 }
 
 void value_writer::text(property of, std::string_view value) {
-  value = value.substr(0, UINT16_MAX);
-  head(of, value_kind::text, value.size());
-  append(value.data(), value.size());
+  put(of, value_kind::text, value.data(), std::min<std::size_t>(value.size(), UINT16_MAX));
 }
 
 void value_writer::decimal(property of, std::string_view digits) {
-  head(of, value_kind::decimal, digits.size());
-  append(digits.data(), digits.size());
+  put(of, value_kind::decimal, digits.data(), digits.size());
 }
 
 void value_writer::mac(property of, std::span<const uint8, 6> bytes) {
-  head(of, value_kind::mac, bytes.size());
-  append(bytes.data(), bytes.size());
+  put(of, value_kind::mac, bytes.data(), bytes.size());
 }
 
-void value_writer::ipv4(property of, std::span<const uint8> bytes) {
-  head(of, value_kind::ipv4, 4);
-  append(bytes.data(), 4);
-}
+void value_writer::ipv4(property of, std::span<const uint8> bytes) { put(of, value_kind::ipv4, bytes.data(), 4); }
 
 void value_writer::ipv6(property of, std::span<const uint8, 16> bytes) {
-  head(of, value_kind::ipv6, bytes.size());
-  append(bytes.data(), bytes.size());
+  put(of, value_kind::ipv6, bytes.data(), bytes.size());
 }
 
 void value_writer::interface(property of, if_index_t value) {
   const be32 number = value;
-  head(of, value_kind::interface, sizeof number);
-  append(&number, sizeof number);
+  put(of, value_kind::interface, &number, sizeof number);
 }
 
 void value_writer::interfaces(property of, std::span<const if_index_t> values) {
-  head(of, value_kind::interfaces, values.size() * sizeof(be32));
-  for (const be32 number : values) append(&number, sizeof number);
+  if (only_absent_) return;
+  write_each<be32>(room_for(of, value_kind::interfaces, values.size() * sizeof(be32)), values);
 }
 
 void value_writer::numbers(property of, std::span<const uint32> values) {
-  head(of, value_kind::numbers, values.size() * sizeof(be32));
-  for (const be32 number : values) append(&number, sizeof number);
-}
-
-void value_writer::append_runs(std::span<const uint16> ascending) {
-  for_each_run(ascending, [this](be16 first, be16 last) {
-    append(&first, sizeof first);
-    append(&last, sizeof last);
-  });
+  if (only_absent_) return;
+  write_each<be32>(room_for(of, value_kind::numbers, values.size() * sizeof(be32)), values);
 }
 
 void value_writer::vlans(property of, std::span<const uint16> ascending) {
-  head(of, value_kind::vlans, runs_size(ascending));
-  append_runs(ascending);
+  if (!only_absent_) write_runs(room_for(of, value_kind::vlans, runs_size(ascending)), ascending);
 }
 
 void value_writer::membership(property of, const vlan_membership& value, std::span<const uint16> allowed) {
-  head(of, value_kind::membership, sizeof value + runs_size(allowed));
-  append(&value, sizeof value);
-  append_runs(allowed);
+  if (only_absent_) return;
+  std::byte* const to = room_for(of, value_kind::membership, sizeof value + runs_size(allowed));
+  std::memcpy(to, &value, sizeof value);
+  write_runs(to + sizeof value, allowed);
 }
 
 void value_writer::time(property of, uint32 seconds_since_1970) {
   const be32 number = seconds_since_1970;
-  head(of, value_kind::time, sizeof number);
-  append(&number, sizeof number);
+  put(of, value_kind::time, &number, sizeof number);
 }
 
 void value_writer::lanes(property of, std::span<const lane_value> values) {
-  head(of, value_kind::lanes, values.size_bytes());
-  append(values.data(), values.size_bytes());
+  put(of, value_kind::lanes, values.data(), values.size_bytes());
 }
 
 void value_writer::map(property of, std::span<const std::pair<std::string, uint64>> entries) {
   constexpr std::size_t kHead = sizeof(be64) + sizeof(be16);
+  if (only_absent_) return;
   std::size_t size = 0, count = 0;
   for (; count < entries.size() && size + kHead + entries[count].first.size() <= UINT16_MAX; ++count)
     size += kHead + entries[count].first.size();
-  head(of, value_kind::map, size);
+  std::byte* to = room_for(of, value_kind::map, size);
   for (const auto& [name, number] : entries.first(count)) {
     const be64 value = number;
     const be16 length = static_cast<uint16>(name.size());
-    append(&value, sizeof value);
-    append(&length, sizeof length);
-    append(name.data(), name.size());
+    std::memcpy(to, &value, sizeof value);
+    std::memcpy(to + sizeof value, &length, sizeof length);
+    std::memcpy(to + kHead, name.data(), name.size());
+    to += kHead + name.size();
   }
 }
 

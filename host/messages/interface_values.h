@@ -23,7 +23,8 @@ enum { SAP_INTERFACE_VALUES = 198 };
 // VALUES_OPC_INTERFACE  values_request, a be16 for each property             a reply head, then value_head and bytes of
 //                                                                            each value, in the order of the request
 // VALUES_OPC_SOURCE     nothing                                              a reply head and source_answer
-enum { VALUES_OPC_INTERFACE = 1, VALUES_OPC_SOURCE = 2 };
+// VALUES_OPC_UNKNOWN    as VALUES_OPC_INTERFACE                              a reply head and unknown_answer
+enum { VALUES_OPC_INTERFACE = 1, VALUES_OPC_SOURCE = 2, VALUES_OPC_UNKNOWN = 3 };
 
 struct values_request {
   be32 if_index;
@@ -38,6 +39,18 @@ struct source_answer {
   uint8 knows_all;  // 1: no value is absent for another reason than absence::none
 };
 static_assert(sizeof(source_answer) == 1);
+
+// A bit for each property, the lowest of each byte first: 1 when its value is absent for another reason than
+// absence::none.
+struct unknown_answer {
+  uint8 bits[(kNumProperties + 7) / 8];
+
+  void set(property of) { bits[number(of) / 8] |= static_cast<uint8>(1U << number(of) % 8); }
+  bool has(property of) const { return (bits[number(of) / 8] >> number(of) % 8 & 1) != 0; }
+
+ private:
+  static constexpr std::size_t number(property of) { return static_cast<std::size_t>(of); }
+};
 
 // Why an interface has no value.
 enum class absence : uint8 {
@@ -118,8 +131,20 @@ struct interface_value {
 // The values of an answer without its reply head; nothing when the bytes are not those of whole values.
 std::optional<std::vector<interface_value>> read_values(std::span<const std::byte> bytes);
 
-// The properties that a request asks for; nothing when its size is not that of as many as it says.
-std::optional<std::vector<property>> read_properties(std::span<const std::byte> request);
+// The properties that a request asks for. A view of the request, which must outlive it.
+class requested_properties {
+ public:
+  explicit requested_properties(std::span<const be16> numbers) : numbers_(numbers) {}
+
+  std::size_t size() const { return numbers_.size(); }
+  property operator[](std::size_t at) const { return static_cast<property>(uint16{numbers_[at]}); }
+
+ private:
+  std::span<const be16> numbers_;
+};
+
+// Nothing when the size of the request is not that of as many as it says, or one of them does not exist.
+std::optional<requested_properties> read_properties(std::span<const std::byte> request);
 
 // A request as it travels.
 std::vector<std::byte> values_request_for(if_index_t if_index, std::span<const property> asked, bool only_absent);
@@ -127,7 +152,11 @@ std::vector<std::byte> values_request_for(if_index_t if_index, std::span<const p
 // Appends values to an answer.
 class value_writer {
  public:
-  explicit value_writer(std::vector<std::byte>& to) : to_(to) {}
+  // `only_absent`: values that are present are left out.
+  explicit value_writer(std::vector<std::byte>& to, bool only_absent = false) : to_(to), only_absent_(only_absent) {}
+
+  // Writes no values: takes note of those that are unknown. `to` stays empty.
+  value_writer(std::vector<std::byte>& to, unknown_answer& unknown) : to_(to), only_absent_(true), unknown_(&unknown) {}
 
   void absent(property of, absence why);
   void number(property of, uint64 value);
@@ -149,11 +178,12 @@ class value_writer {
   uint32 count() const { return count_; }
 
  private:
-  void head(property of, value_kind kind, std::size_t size);
-  void append(const void* bytes, std::size_t size);
-  void append_runs(std::span<const uint16> ascending);
+  std::byte* room_for(property of, value_kind kind, std::size_t size);
+  void put(property of, value_kind kind, const void* bytes, std::size_t size);
 
   std::vector<std::byte>& to_;
+  bool only_absent_;
+  unknown_answer* unknown_ = nullptr;
   uint32 count_ = 0;
 };
 

@@ -31,6 +31,7 @@ void append_bytes(reply& to, const Record& record) {
 class answer_writer {
  public:
   explicit answer_writer(std::size_t expected_bytes) {
+    answer_.payload = transport_take_buffer();
     answer_.payload.reserve(sizeof(reply_head) + expected_bytes);
     append_bytes(answer_, reply_head{0, 0});
   }

@@ -34,8 +34,9 @@ class subject {
   explicit subject(interface& it) : port(it) {}
 
   interface& port;
+  bool is_about_unknown = false;  // values are not requested, only whether they are unknown
 
-  if_index_type_t kind() const { return decode_index(port.if_index).type; }
+  if_index_type_t kind() const { return kind_; }
   bool is_sub_interface() const { return if_index_is_sub_intf(port.if_index) != 0; }
   bool is_any_of(std::initializer_list<if_index_type_t> kinds) const {
     return std::find(kinds.begin(), kinds.end(), kind()) != kinds.end();
@@ -51,10 +52,18 @@ class subject {
     return *device_;
   }
 
+  // The kernel's device of the interface, asked for once.
+  const std::optional<kernel_device>& kernel() {
+    if (!kernel_) kernel_ = the_source().find_device(port.if_index);
+    return *kernel_;
+  }
+
   void update_statistics() { has_statistics_ = refresh_statistics(port); }
 
  private:
+  if_index_type_t kind_ = decode_index(port.if_index).type;
   bool has_statistics_ = false;
+  std::optional<std::optional<kernel_device>> kernel_;
   std::optional<std::optional<device_counters>> device_;
 };
 
@@ -147,12 +156,14 @@ void read_interface(subject& it, property of, value_writer& to) { to.interface(o
 // Empty for an interface that is not a device of the kernel.
 template <std::string kernel_device::*kMember>
 void device_text(subject& it, property of, value_writer& to) {
-  const auto device = the_source().find_device(it.port.if_index);
+  if (it.is_about_unknown) return;  // an interface that is no device has none
+  const auto& device = it.kernel();
   write_text(of, device ? (*device).*kMember : std::string(), to);
 }
 
 void read_device_number(subject& it, property of, value_writer& to) {
-  const auto device = the_source().find_device(it.port.if_index);
+  if (it.is_about_unknown) return;
+  const auto& device = it.kernel();
   if (device)
     to.number(of, device->number);
   else
@@ -996,10 +1007,10 @@ bool has_error_counter(const subject& it, property of) {
 
 // ---- The service ----------------------------------------------------------------------------------------------------
 
-void prepare(subject& it, std::span<const property> asked) {
+void prepare(subject& it, const requested_properties& asked) {
   std::array<bool, static_cast<std::size_t>(counters) + 1> is_needed{};
-  for (const property of : asked)
-    if (const row* const found = row_of(of)) is_needed[static_cast<std::size_t>(found->needed)] = true;
+  for (std::size_t i = 0; i < asked.size(); ++i)
+    if (const row* const found = row_of(asked[i])) is_needed[static_cast<std::size_t>(found->needed)] = true;
   const auto needs = [&](need which) { return is_needed[static_cast<std::size_t>(which)]; };
   if (needs(link_fault)) the_source().complete(it.port, detail::link_fault);
   if (needs(driver)) the_source().complete(it.port, detail::driver);
@@ -1009,7 +1020,21 @@ void prepare(subject& it, std::span<const property> asked) {
   if (needs(counters)) the_source().complete(it.port, detail::counters);
 }
 
-reply answer_values(std::span<const std::byte> bytes) {
+void read_all(subject& it, const requested_properties& asked, value_writer& to) {
+  for (std::size_t i = 0; i < asked.size(); ++i) {
+    const property of = asked[i];
+    const row* const found = row_of(of);
+    if (found == nullptr) continue;
+    if (has_error_counter(it, of))
+      found->read(it, of, to);
+    else
+      to.absent(of, absence::none);
+  }
+}
+
+// Answers a request about values of an interface with what `answer` returns for the interface and what is asked.
+template <typename Answer>
+reply answer_about(std::span<const std::byte> bytes, Answer answer) {
   const auto asked = read_properties(bytes);
   if (!asked) return reject();
   values_request request;
@@ -1018,36 +1043,35 @@ reply answer_values(std::span<const std::byte> bytes) {
   if (port == nullptr) return answer_error(PM_ERR_NO_SUCH_INTERFACE);
   subject it(*port);
   prepare(it, *asked);
+  return answer(it, *asked, request.only_absent != 0);
+}
 
-  reply answer;
+reply answer_values(subject& it, const requested_properties& asked, bool only_absent) {
+  reply answer{reply::kind::answer, transport_take_buffer()};
+  answer.payload.reserve(sizeof(reply_head) + asked.size() * (sizeof(value_head) + sizeof(be64)));
   append_bytes(answer, reply_head{0, 0});
-  uint32 count = 0;
-  value_writer to(answer.payload);
-  for (const property of : *asked) {
-    const row* const found = row_of(of);
-    if (found == nullptr) continue;
-    const std::size_t begin = answer.payload.size();
-    if (has_error_counter(it, of))
-      found->read(it, of, to);
-    else
-      to.absent(of, absence::none);
-    value_head head;
-    std::memcpy(&head, answer.payload.data() + begin, sizeof head);
-    if (request.only_absent != 0 && head.kind != value_kind::absent)
-      answer.payload.resize(begin);
-    else
-      ++count;
-  }
-  const reply_head head{0, count};
+  value_writer to(answer.payload, only_absent);
+  read_all(it, asked, to);
+  const reply_head head{0, to.count()};
   std::memcpy(answer.payload.data(), &head, sizeof head);
   return answer;
+}
+
+reply answer_unknown(subject& it, const requested_properties& asked, bool) {
+  it.is_about_unknown = true;
+  unknown_answer unknown{};
+  std::vector<std::byte> no_values;
+  value_writer to(no_values, unknown);
+  read_all(it, asked, to);
+  return answer_record(unknown);
 }
 
 }  // namespace
 
 reply serve_interface_values(mts_opc_t opcode, std::span<const std::byte> request) {
   switch (opcode) {
-    case VALUES_OPC_INTERFACE: return answer_values(request);
+    case VALUES_OPC_INTERFACE: return answer_about(request, answer_values);
+    case VALUES_OPC_UNKNOWN: return answer_about(request, answer_unknown);
     case VALUES_OPC_SOURCE:
       if (!request.empty()) return reject();
       return answer_record(source_answer{static_cast<uint8>(the_source().knows_all_fields() ? 1 : 0)});

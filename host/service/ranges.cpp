@@ -14,6 +14,10 @@ interface_run find_range(const range_request& range) {
   if (low > high || low_type != high_type) return {PM_ERR_INVALID_RANGE, {}};
 
   auto& all = the_machine().interfaces;
+  if (low == high) {
+    interface* const found = the_machine().find(low);
+    return found == nullptr ? interface_run{PM_ERR_NO_SUCH_INTERFACE, {}} : interface_run{0, {found, 1}};
+  }
   const auto first = std::lower_bound(all.begin(), all.end(), low,
                                       [](const interface& it, if_index_t bound) { return it.if_index < bound; });
   const auto last = std::upper_bound(first, all.end(), high,

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <sstream>
 #include <utility>
 
 #include "service/services.h"
@@ -67,12 +68,37 @@ std::string interface_names_file() {
   return file;
 }
 
+// The file of the list of devices; empty: none.
+std::string device_list_file() { return state_file("device-list." + kernel_namespace()); }
+
 std::unique_ptr<kernel_source> make_kernel_source(const options& requested, capture* capturing) {
   auto interfaces = requested.map_file.empty() ? requested_interfaces{} : read_map_file(requested.map_file);
   const std::string counters = cleared_counters_file(requested), names = interface_names_file();
   if (capturing != nullptr)
     return std::make_unique<capturing_source>(*capturing, std::move(interfaces), counters, names);
-  return std::make_unique<kernel_source>(std::move(interfaces), counters, names);
+  return std::make_unique<kernel_source>(std::move(interfaces), counters, names, device_list_file());
+}
+
+// Whether the session seems to begin with a command that shows counters only. It is a guess, because the libraries that
+// may add commands are not loaded yet: if it is wrong, the command reads the rest.
+bool begins_with_counters(const options& requested) {
+  if (requested.commands.empty() || !requested.files.empty() || !requested.configuration.empty() ||
+      requested.is_dry_run)
+    return false;
+  constexpr std::size_t kShortest = 3;  // of the word "counters"
+  const std::string line = requested.commands.front().substr(0, requested.commands.front().find('|'));
+  std::istringstream words(line);
+  std::string word, last;
+  while (words >> word) last = word;
+  const auto begins = [&last](std::string_view whole) { return last.size() >= kShortest && whole.starts_with(last); };
+  const bool follows_counters = line.find(" cou") != std::string::npos;
+  return begins("counters") || (follows_counters && (begins("errors") || begins("brief")));
+}
+
+machine read_kernel(kernel_source& kernel, const options& requested) {
+  if (begins_with_counters(requested))
+    if (auto counted = kernel.read_counters()) return std::move(*counted);
+  return kernel.read();
 }
 
 // The clock stops at the moment of the capture, unless the user has stopped it.
@@ -101,7 +127,7 @@ std::string open_switch(const options& requested, capture* capturing) {
   }
   if (requested.is_kernel) {
     auto kernel = make_kernel_source(requested, capturing);
-    the_machine() = kernel->read();
+    the_machine() = read_kernel(*kernel, requested);
     if (!kernel->names_fault().empty()) print_error(kernel->names_fault());
     set_source(std::move(kernel));
     return {};

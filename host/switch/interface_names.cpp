@@ -13,6 +13,7 @@ const std::vector<interface_names::named_interface>& interface_names::all() cons
 }
 
 std::optional<if_index_t> interface_names::find(std::string_view name) const {
+  if (!known_ && may_exist_ && !may_exist_(name)) return std::nullopt;
   const auto& known = all();
   const auto found = std::lower_bound(known.begin(), known.end(), name,
                                       [](const named_interface& it, std::string_view text) { return it.first < text; });

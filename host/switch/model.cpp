@@ -13,10 +13,16 @@ auto place_of(Interfaces& interfaces, if_index_t if_index) {
                           [](const interface& it, if_index_t requested) { return it.if_index < requested; });
 }
 
+// Commands visit interfaces in order and ask for each several times: the last place, or the next one, is mostly right.
 template <class Interfaces>
 auto* find_in(Interfaces& interfaces, if_index_t if_index) {
+  static std::size_t last = 0;
+  for (std::size_t place = last; place < interfaces.size() && place <= last + 1; ++place)
+    if (interfaces[place].if_index == if_index) return &interfaces[last = place];
   const auto found = place_of(interfaces, if_index);
-  return found != interfaces.end() && found->if_index == if_index ? &*found : nullptr;
+  if (found == interfaces.end() || found->if_index != if_index) return decltype(&*found)(nullptr);
+  last = static_cast<std::size_t>(found - interfaces.begin());
+  return &*found;
 }
 
 }  // namespace

@@ -49,6 +49,10 @@ std::unique_ptr<switch_source>& owned_source() {
 }  // namespace
 
 void switch_source::refresh(machine&) {}
+
+bool switch_source::refresh_counters(machine&) { return false; }
+
+bool switch_source::may_have_device(std::string_view) const { return true; }
 void switch_source::complete(interface&, detail) {}
 bool switch_source::knows_all_fields() const { return true; }
 bool switch_source::update_statistics(interface&, uint32) { return true; }

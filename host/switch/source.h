@@ -67,6 +67,10 @@ class switch_source {
   // Updates the model for a command.
   virtual void refresh(machine& model);
 
+  // Updates the counters of the model alone, for a command that shows nothing else: the rest stays as it was. False
+  // when the source has to update all of the model.
+  virtual bool refresh_counters(machine& model);
+
   // Completes an omitted detail of an interface. A second call changes nothing.
   virtual void complete(interface& port, detail needed);
 
@@ -145,6 +149,9 @@ class switch_source {
 
   // The kernel that these devices are of.
   virtual std::optional<kernel_system> system() const;
+
+  // False when no device has this name, or it as an alternative one, as far as that can be said without a refresh.
+  virtual bool may_have_device(std::string_view name) const;
 
   // The device of an interface.
   virtual std::optional<kernel_device> find_device(if_index_t if_index) const;

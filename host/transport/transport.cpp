@@ -1,6 +1,7 @@
 #include "transport/transport.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <utility>
 
@@ -49,9 +50,11 @@ struct transport {
   uint32 unused = kNone;
   std::vector<queue> queues;
   std::vector<registered_service> services;
+  std::array<uint32, 64> places_asked{};  // of services, by the lowest bits of their access point
   mts_rr_token_t last_token = 0;
   uint32 longest_wait_sec = 0;
   transport_account account;
+  std::vector<std::byte> spare;  // the memory of a dropped message
 };
 
 transport the_transport;
@@ -75,8 +78,13 @@ int32 fail(queue& on, int32 error) {
 
 uint32 find_service(uint32 sap, bool is_on_line_cards) {
   const auto& services = the_transport.services;
+  const auto is_asked = [&](uint32 i) {
+    return services[i].what.sap == sap && services[i].what.is_on_line_cards == is_on_line_cards;
+  };
+  uint32& last = the_transport.places_asked[sap % the_transport.places_asked.size()];
+  if (last < services.size() && is_asked(last)) return last;
   for (uint32 i = 0; i < services.size(); ++i)
-    if (services[i].what.sap == sap && services[i].what.is_on_line_cards == is_on_line_cards) return i;
+    if (is_asked(i)) return last = i;
   return kNone;
 }
 
@@ -119,11 +127,17 @@ uint32 take_message(stage at, mts_q_handle_t q, mts_rr_token_t token) {
   return index;
 }
 
+void keep_memory(std::vector<std::byte> unused) {
+  constexpr std::size_t kMost = 64 * 1024;
+  if (unused.capacity() > the_transport.spare.capacity() && unused.capacity() <= kMost)
+    the_transport.spare = std::move(unused);
+}
+
 void release_message(uint32 index) {
   message& released = the_transport.messages[index];
   released.at = stage::unused;
   ++released.generation;
-  released.payload = {};
+  keep_memory(std::exchange(released.payload, {}));
   released.next = the_transport.unused;
   the_transport.unused = index;
 }
@@ -215,6 +229,12 @@ uint32 wait_in_seconds(int32 asked) {
 }
 
 }  // namespace
+
+std::vector<std::byte> transport_take_buffer() {
+  std::vector<std::byte> taken = std::exchange(the_transport.spare, {});
+  taken.clear();
+  return taken;
+}
 
 void transport_register(std::span<const service> services) {
   for (const service& added : services) {

@@ -38,6 +38,9 @@ struct service {
   bool (*is_whole)(std::span<const std::byte> answer) = nullptr;
 };
 
+// Empty, for the payload of an answer, with the memory of one that was dropped.
+std::vector<std::byte> transport_take_buffer();
+
 // Makes services reachable. Later ones of the same access point and place replace earlier ones.
 void transport_register(std::span<const service> services);
 

@@ -38,6 +38,10 @@ class values_answer {
 std::optional<values_answer> ask_interface_values(mts_q_handle_t q, if_index_t if_index,
                                                   std::span<const property> asked, bool only_absent);
 
+// Those of these properties whose values are absent for another reason than absence::none. Nothing as above.
+std::optional<unknown_answer> ask_unknown_values(mts_q_handle_t q, if_index_t if_index,
+                                                 std::span<const property> asked);
+
 // Whether values are absent only because there are none: then displays need no request.
 // Nothing as above.
 std::optional<bool> ask_source_knows_all(mts_q_handle_t q);

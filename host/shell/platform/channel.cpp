@@ -71,11 +71,10 @@ void fit_cell(std::string& line, std::size_t start, const placeholder& cell) {
 
 // An untagged text printed by a bare %s may be a complete line. Its newline ends the line; other newlines are escaped
 // like every byte that is not printable.
-bool print_whole_line(command_output& output, const placeholder& cell, const cmd_tuple_t* tuple) {
+bool print_whole_line(line_gatherer& line, const placeholder& cell, const cmd_tuple_t* tuple) {
   if (tuple == nullptr || tuple->id != 0 || tuple->value == nullptr || cell.length != 2) return false;
   const std::string_view text = static_cast<const char*>(tuple->value);
   if (!text.ends_with('\n')) return false;
-  line_gatherer& line = output.line();
   append_printable(line.current(), text.substr(0, text.size() - 1));
   line.end_line();
   return true;
@@ -88,9 +87,8 @@ void add_mark(line_gatherer& line, std::size_t start, severity what) {
   if (begin != std::string::npos) line.add_mark({begin, text.find_last_not_of(' ') + 1, what});
 }
 
-void print_cell(command_output& output, const placeholder& cell, const cmd_tuple_t* tuple) {
-  if (print_whole_line(output, cell, tuple)) return;
-  line_gatherer& gathered = output.line();
+void print_cell(command_output& output, line_gatherer& gathered, const placeholder& cell, const cmd_tuple_t* tuple) {
+  if (print_whole_line(gathered, cell, tuple)) return;
   std::string& line = gathered.current();
   const std::size_t start = line.size();
   std::optional<severity> mark;
@@ -108,13 +106,14 @@ void print_cell(command_output& output, const placeholder& cell, const cmd_tuple
 }
 
 void print(command_output& output, const char* format, std::va_list tuples) {
+  line_gatherer& line = output.line();  // after earlier text
   while (*format != '\0') {
-    line_gatherer& line = output.line();  // after earlier text
     line.set_of_channel();
-    const std::size_t literal = std::string_view(format).find_first_of("%\n");
-    line.current().append(format, std::min(literal, std::char_traits<char>::length(format)));
-    if (literal == std::string_view::npos) return;
-    format += literal;
+    const char* literal_end = format;
+    while (*literal_end != '\0' && *literal_end != '%' && *literal_end != '\n') ++literal_end;
+    line.current().append(format, literal_end);
+    format = literal_end;
+    if (*format == '\0') return;
     if (*format == '\n') {
       line.end_line();
       ++format;
@@ -122,7 +121,7 @@ void print(command_output& output, const char* format, std::va_list tuples) {
     }
     const placeholder cell = read_placeholder(format);
     if (cell.length > 0)
-      print_cell(output, cell, va_arg(tuples, const cmd_tuple_t*));
+      print_cell(output, line, cell, va_arg(tuples, const cmd_tuple_t*));
     else
       line.current() += '%';
     format += std::max<std::size_t>(cell.length, 1);

@@ -24,6 +24,13 @@ constexpr int kNotRun = 127 << 8;
 
 using open_function = void* (*)(const char*, int);
 
+using close_function = int (*)(void*);
+
+close_function next_dlclose() {
+  static const auto next = reinterpret_cast<close_function>(dlsym(RTLD_NEXT, "dlclose"));
+  return next;
+}
+
 open_function next_dlopen() {
   static const auto next = reinterpret_cast<open_function>(dlsym(RTLD_NEXT, "dlopen"));
   return next;
@@ -40,17 +47,33 @@ bool has_functions(void* opened, const client_library& library) {
   return has_all;
 }
 
-// Opens a client library; missing parts are noted as a failure of the command. Client libraries are not unloaded:
-// complete ones are checked once.
+// A complete client library that stays open: closing it has no effect, and opening it again gives the same handle.
+struct resident_library {
+  const client_library* library;
+  int mode;
+  void* handle;
+};
+
+// Libraries are closed until the process ends: it is never destroyed.
+std::vector<resident_library>& resident_libraries() {
+  static auto* const opened = new std::vector<resident_library>;
+  return *opened;
+}
+
+bool is_resident(const void* handle) {
+  return std::ranges::any_of(resident_libraries(), [=](const resident_library& it) { return it.handle == handle; });
+}
+
+// Opens a client library; missing parts are noted as a failure of the command.
 void* open_client_library(const client_library& library, int mode) {
+  std::vector<resident_library>& resident = resident_libraries();
+  for (const resident_library& it : resident)
+    if (it.library == &library && it.mode == mode) return it.handle;
   void* const opened = next_dlopen()(library.file, mode);
-  if (opened == nullptr) {
+  if (opened == nullptr)
     note_failure({library.file, fault::not_opened});
-    return nullptr;
-  }
-  static std::vector<const client_library*> complete;
-  if (std::ranges::find(complete, &library) == complete.end() && has_functions(opened, library))
-    complete.push_back(&library);
+  else if (has_functions(opened, library))
+    resident.push_back({&library, mode, opened});
   return opened;
 }
 
@@ -88,3 +111,5 @@ extern "C" void* dlopen(const char* file, int mode) {
     return host::no_throw<void*>(nullptr, [=] { return host::open_client_library(*library, mode); });
   return host::next_dlopen()(file, mode);
 }
+
+extern "C" int dlclose(void* handle) noexcept { return host::is_resident(handle) ? 0 : host::next_dlclose()(handle); }

@@ -4,6 +4,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
+#include <map>
+#include <string>
 
 #include "messages/calls/device_names.h"
 #include "shell/grammar/parser.h"
@@ -19,8 +22,8 @@
 namespace host {
 namespace {
 
-void refresh_model(shell& session) {
-  if (!session.is_refreshed) the_source().refresh(the_machine());
+void refresh_model(shell& session, const command* shown = nullptr) {
+  if (!session.is_refreshed) refresh_for(shown);
   session.is_refreshed = true;
 }
 
@@ -53,7 +56,7 @@ int run_command(shell& session, const command_line& line) {
   }
   saved_output saved(line.pipes);
   if (const std::string fault = saved.begin(settings); !fault.empty()) return refuse(fault);
-  refresh_model(session);
+  refresh_model(session, line.what);
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
   if (session.output == nullptr) interrupts.emplace();
   int write_error = 0;
@@ -72,11 +75,24 @@ int run_command(shell& session, const command_line& line) {
 
 }  // namespace
 
+void refresh_for(const command* shown) {
+  constexpr uint64 kCounters = kCountersDisplay | kErrorCountersDisplay | kRatesDisplay;
+  const bool needs_counters_only = shown != nullptr && (shown->shown.bit & kCounters) != 0;
+  if (!needs_counters_only || !the_source().refresh_counters(the_machine())) the_source().refresh(the_machine());
+}
+
 interface_names device_names(shell& session) {
-  return interface_names([&session] {
+  const auto load = [&session] {
     refresh_model(session);
     return ask_device_names();
-  });
+  };
+  // The grammar looks for the same word several times.
+  const auto may_exist = [&session, known = std::map<std::string, bool, std::less<>>()](std::string_view name) mutable {
+    if (session.is_refreshed) return true;
+    const auto found = known.find(name);
+    return found != known.end() ? found->second : known[std::string(name)] = the_source().may_have_device(name);
+  };
+  return interface_names(load, may_exist);
 }
 
 int run_handler(const invocation& run) {

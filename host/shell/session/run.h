@@ -8,11 +8,16 @@
 
 namespace host {
 
+struct command;
 struct invocation;
 
 // The names of the kernel's devices, as they are when one is looked for: the model is then that of the line. The
 // session must outlive them.
 interface_names device_names(shell& session);
+
+// Updates the model for a command, which is null when it is not known yet: only the counters for one that shows nothing
+// else, if the source can read them alone.
+void refresh_for(const command* shown);
 
 // Runs a line: a command, or a question when it ends with "?". Returns an exit code.
 int run_line(shell& session, std::string_view line);

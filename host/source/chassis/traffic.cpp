@@ -57,6 +57,7 @@ struct course {
   uint32 burst_length_sec = 0;
 
   position at(uint32 moment_sec) const {
+    if (burst_length_sec == 0) return {steady.bytes_per_second * moment_sec, steady.packets_per_second * moment_sec};
     const uint64 bursting_sec = uint64{moment_sec / burst_period_sec} * burst_length_sec +
                                 std::min(moment_sec % burst_period_sec, burst_length_sec);
     return {steady.bytes_per_second * moment_sec + burst.bytes_per_second * bursting_sec,

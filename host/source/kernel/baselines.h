@@ -33,6 +33,8 @@ class counter_baselines {
   // Writes what was put here since the last time. Returns 0 or an errno.
   int write();
 
+  bool is_empty() const { return kept_.empty(); }
+
   void put(uint32 number, const counter_baseline& baseline);
 
   // The one of a device that has counted so far; null when there is none, or the device was created again since.

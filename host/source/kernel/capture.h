@@ -78,6 +78,7 @@ class capturing_source final : public kernel_source {
  protected:
   std::vector<mapped_device> map(const std::vector<kernel_link>& links, uint32 management) override;
   const counter_baseline* find_baseline(const kernel_link& link) const override;
+  bool may_read_counters_alone() const override { return false; }
 
  private:
   capture& capture_;

@@ -102,6 +102,7 @@ class device_mapper {
 
   // The interface of the device's number, or the next free one.
   void add_new(const kernel_link& link, bool is_management) {
+    if (done_.contains(link.number)) return;
     const if_index_t management = ethernet_index(IF_TYPE_MGMT, 0, 0);
     if (is_management && is_free(management) && add(link, management, name_reason::default_route)) return;
     uint32 number = link.number;

@@ -17,7 +17,10 @@ namespace {
 
 // ---- Policies -------------------------------------------------------------------------------------------------------
 
-constexpr message_policy kHeadPolicy = {{ETHTOOL_A_HEADER_DEV_INDEX, attribute_type::number, sizeof(uint32)}};
+constexpr message_policy kHeadPolicy = {
+    {ETHTOOL_A_HEADER_DEV_INDEX, attribute_type::number, sizeof(uint32)},
+    {ETHTOOL_A_HEADER_DEV_NAME, attribute_type::text, 1},
+};
 constexpr message_policy kBitsetPolicy = {
     {ETHTOOL_A_BITSET_VALUE, attribute_type::bytes, sizeof(uint32)},
     {ETHTOOL_A_BITSET_MASK, attribute_type::bytes, sizeof(uint32)},
@@ -264,6 +267,10 @@ void read_port_settings(std::vector<kernel_link>& links) {
   put_ethtool_head(modes, ETHTOOL_A_LINKMODES_HEADER, 0, ETHTOOL_FLAG_COMPACT_BITSETS);
   const int error = ethtool.ask(modes, [&links](const nlmsghdr& message) { decode_link_modes(message, links); });
   if (error == ENOENT || error == EOPNOTSUPP) return read_port_settings_by_ioctl(links);
+  read_pause_settings(ethtool, links);
+}
+
+void read_pause_settings(ethtool_socket& ethtool, std::vector<kernel_link>& links) {
   if (std::none_of(links.begin(), links.end(), is_physical)) return;
   netlink_request pause = ethtool.request(ETHTOOL_MSG_PAUSE_GET, NLM_F_DUMP);
   put_ethtool_head(pause, ETHTOOL_A_PAUSE_HEADER, 0, ETHTOOL_FLAG_STATS);
@@ -292,6 +299,15 @@ link_faults read_link_faults(ethtool_socket& ethtool) {
       request, [&faults](const nlmsghdr& message) { decode_link_fault(message, faults); },
       [&faults] { faults.clear(); });
   return faults;
+}
+
+std::optional<reported_device> decode_link_name(const nlmsghdr& message) {
+  const auto parsed = parse<genlmsghdr>(message, kLinkStatePolicy);
+  if (!parsed) return std::nullopt;
+  const attributes head = parsed->all.nested(ETHTOOL_A_LINKSTATE_HEADER, kHeadPolicy);
+  const auto number = head.number<uint32>(ETHTOOL_A_HEADER_DEV_INDEX);
+  auto name = head.text(ETHTOOL_A_HEADER_DEV_NAME);
+  return number && name ? std::optional(reported_device{*number, std::move(*name)}) : std::nullopt;
 }
 
 void decode_link_fault(const nlmsghdr& message, link_faults& faults) {

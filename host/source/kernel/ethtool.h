@@ -44,6 +44,9 @@ void put_ethtool_head(netlink_request& request, uint16 attribute, uint32 device,
 // does not know these messages.
 void read_port_settings(std::vector<kernel_link>& links);
 
+// The pause settings alone, when there is hardware.
+void read_pause_settings(ethtool_socket& ethtool, std::vector<kernel_link>& links);
+
 void decode_link_modes(const nlmsghdr& message, std::vector<kernel_link>& links);
 void decode_pause(const nlmsghdr& message, std::vector<kernel_link>& links);
 
@@ -55,6 +58,13 @@ struct link_fault {
   uint8 substate = 0;
 };
 using link_faults = std::map<uint32, link_fault>;  // by the device's number
+
+// The device that a message about the state of a link is about; none without its number and name.
+struct reported_device {
+  uint32 number;
+  std::string name;
+};
+std::optional<reported_device> decode_link_name(const nlmsghdr& message);
 
 link_faults read_link_faults(ethtool_socket& ethtool);
 void decode_link_fault(const nlmsghdr& message, link_faults& faults);

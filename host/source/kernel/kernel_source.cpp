@@ -19,6 +19,7 @@
 #include "platform/syserr.h"
 #include "source/kernel/abilities.h"
 #include "source/kernel/creation.h"
+#include "source/kernel/device_counters.h"
 #include "source/kernel/device_type.h"
 #include "source/kernel/events.h"
 #include "source/kernel/identify.h"
@@ -132,6 +133,23 @@ void fill_interface(const kernel_link& link, const std::vector<mapped_device>& m
   port.is_created = is_created_by_command(link, if_index);
 }
 
+// A device with its interface.
+struct placed_device {
+  if_index_t if_index;
+  const kernel_link* link;
+};
+
+std::vector<placed_device> in_order_of_interfaces(const std::vector<kernel_link>& links,
+                                                  const std::vector<mapped_device>& mapped) {
+  std::vector<placed_device> placed;
+  placed.reserve(mapped.size());
+  for_each_mapped(links, mapped, [&](const mapped_device& it, const kernel_link& link) {
+    placed.push_back({it.if_index, &link});
+  });
+  sort_by<&placed_device::if_index>(placed);
+  return placed;
+}
+
 // The name of the VRF that a device is in; empty when it is in none.
 std::string vrf_of(const std::vector<kernel_link>& links, const kernel_link& link) {
   const kernel_link* const master = find_by<&kernel_link::number>(links, link.master);
@@ -155,14 +173,13 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
   made.name = host_name();
   made.chassis_type = CHASSIS_10;
   made.interfaces.reserve(mapped.size());
-  for_each_mapped(links, mapped, [&](const mapped_device& it, const kernel_link& link) {
-    fill_interface(link, mapped, it.if_index, made.interfaces.emplace_back());
-    made.interfaces.back().vrf = vrf_of(links, link);
+  for (const placed_device& it : in_order_of_interfaces(links, mapped)) {
+    fill_interface(*it.link, mapped, it.if_index, made.interfaces.emplace_back());
+    made.interfaces.back().vrf = vrf_of(links, *it.link);
     const index_fields fields = decode_index(it.if_index);
-    if (fields.type == IF_TYPE_MGMT) made.mgmt_device = it.device;
+    if (fields.type == IF_TYPE_MGMT) made.mgmt_device = it.link->name;
     if (fields.shape == index_shape::slot_port) made.num_slots = std::max(made.num_slots, fields.slot + 1);
-  });
-  sort_by<&interface::if_index>(made.interfaces);
+  }
   for (uint32 slot = 0; slot < made.num_slots; ++slot)
     made.cards.push_back({.slot = slot, .card_type = kCardType, .model = "kernel"});
   made.save_startup();
@@ -172,37 +189,88 @@ machine machine_of_devices(const std::vector<kernel_link>& links, const std::vec
 // ---- The source -----------------------------------------------------------------------------------------------------
 
 kernel_source::kernel_source(requested_interfaces requested, const std::string& baseline_file,
-                             const std::string& names_file)
+                             const std::string& names_file, const std::string& list_file)
     : requested_(std::move(requested)) {
   baselines_.keep_in(baseline_file);
   names_.keep_in(names_file);
+  if (requested_.empty()) list_.keep_in(list_file);
 }
 
 machine kernel_source::read() {
+  machine made = read_again();
   is_fresh_ = true;
-  return read_again();
+  if (names_.fault().empty()) list_.write(links_, mapped_, management_);
+  return made;
 }
 
 machine kernel_source::read_again() {
+  is_listed_ = false;
   netlink_socket route(NETLINK_ROUTE);
   note_link_changes(std::exchange(links_, read_links(route)));
   if (find_link(links_, management_) == nullptr) management_ = default_route_device(route);
   mapped_ = map(links_, management_);
-  details_.begin(links_, mapped_);
-  keep_reading();
-  counted_.reserve(mapped_.size());
   baselines_.read();
-  for_each_mapped(links_, mapped_, [&](const mapped_device& it, const kernel_link& link) {
-    counted_.push_back(reading_of(link, it.if_index));
-  });
-  sort_by<&device_reading::if_index>(counted_);
+  take_readings();
+  machine made = model_of_devices();
+  for (interface& port : made.interfaces) port.at_start = at_start_.emplace(port.if_index, port.settings).first->second;
+  return made;
+}
+
+machine kernel_source::model_of_devices() const {
   machine made = machine_of_devices(links_, mapped_);
   made.name = name();
   for (const auto& [number, changed_sec] : link_changed_sec_)
     if (const mapped_device* const it = find_by<&mapped_device::number>(mapped_, number))
       made.find(it->if_index)->link_change_sec = changed_sec;
-  for (interface& port : made.interfaces) port.at_start = at_start_.emplace(port.if_index, port.settings).first->second;
   return made;
+}
+
+// The counters of the devices, as they were read last.
+void kernel_source::take_readings() {
+  details_.begin(links_, mapped_);
+  keep_reading();
+  counted_.reserve(mapped_.size());
+  for_each_mapped(links_, mapped_, [&](const mapped_device& it, const kernel_link& link) {
+    counted_.push_back(reading_of(link, it.if_index));
+  });
+  sort_by<&device_reading::if_index>(counted_);
+}
+
+std::optional<machine> kernel_source::read_counters() {
+  if (!may_read_counters_alone()) return std::nullopt;
+  auto listed = list_.read();
+  if (!listed) return std::nullopt;
+  links_ = std::move(listed->links);
+  mapped_ = std::move(listed->mapped);
+  management_ = listed->management;
+  if (!count_again()) {
+    links_.clear();
+    mapped_.clear();
+    management_ = 0;
+    return std::nullopt;
+  }
+  is_fresh_ = is_listed_ = true;
+  return model_of_devices();
+}
+
+// Reads the counters of the known devices. False, and nothing is changed, when the kernel has others by now, and when
+// counters were cleared: a baseline belongs to a hardware address, which this does not read.
+bool kernel_source::count_again() {
+  baselines_.read();
+  if (!baselines_.is_empty()) return false;
+  const auto counted = read_device_counters();
+  const bool has_same_devices = counted && std::equal(links_.begin(), links_.end(), counted->begin(), counted->end(),
+                                                      [](const kernel_link& link, const counted_device& device) {
+                                                        return link.number == device.number && link.name == device.name;
+                                                      });
+  if (!has_same_devices) return false;
+  for (std::size_t i = 0; i < links_.size(); ++i) links_[i].counted = (*counted)[i].counted;
+  if (std::any_of(links_.begin(), links_.end(), is_physical)) {
+    ethtool_socket ethtool;
+    read_pause_settings(ethtool, links_);
+  }
+  take_readings();
+  return true;
 }
 
 // A device that counts less than before is another one with the same number.
@@ -305,8 +373,13 @@ void kernel_source::delete_created_device(if_index_t if_index) {
 }
 
 void kernel_source::refresh(machine& model) {
-  if (!is_fresh_) model = read_again();
+  if (!is_fresh_ || is_listed_) model = read_again();
   is_fresh_ = false;
+}
+
+bool kernel_source::refresh_counters(machine&) {
+  if (std::exchange(is_fresh_, false)) return true;
+  return may_read_counters_alone() && !links_.empty() && count_again();
 }
 
 void kernel_source::complete(interface& port, detail needed) { details_.complete(port, needed); }
@@ -477,6 +550,13 @@ std::optional<std::vector<kernel_device>> kernel_source::devices() const {
   std::vector<kernel_device> devices;
   for (const mapped_device& it : mapped_) devices.push_back(device_named(it));
   return devices;
+}
+
+// While only counters were read, the kernel is asked: it may have had new names since.
+bool kernel_source::may_have_device(std::string_view name) const {
+  if (!may_read_counters_alone() || links_.empty()) return true;
+  netlink_socket route(NETLINK_ROUTE);
+  return has_device_named(route, name);
 }
 
 std::optional<kernel_device> kernel_source::find_device(if_index_t if_index) const {

@@ -11,6 +11,7 @@
 
 #include "source/kernel/baselines.h"
 #include "source/kernel/details.h"
+#include "source/kernel/device_list.h"
 #include "source/kernel/device_map.h"
 #include "source/kernel/settings.h"
 #include "source/kernel/stored_names.h"
@@ -21,17 +22,22 @@ namespace host {
 class kernel_source : public switch_source {
  public:
   // `requested` has the interfaces that the user's map file gives to devices. Without the path of a file, baselines of
-  // cleared counters, or the interfaces of devices, are known only to this process.
+  // cleared counters, or the interfaces of devices, are known only to this process, and read_counters() reads nothing.
   explicit kernel_source(requested_interfaces requested = {}, const std::string& baseline_file = {},
-                         const std::string& names_file = {});
+                         const std::string& names_file = {}, const std::string& list_file = {});
 
   // Reads the kernel. The first refresh() leaves the model as it was read here. Throws kernel_error.
   machine read();
+
+  // The same for a session that begins with a command that shows counters only: what the devices are is taken from the
+  // list that an earlier process stored, and the next refresh() reads the rest. Nothing when that is not possible.
+  std::optional<machine> read_counters();
 
   // Why the interfaces of devices are not stored: one sentence; empty when they are, or no file is given.
   const std::string& names_fault() const { return names_.fault(); }
 
   void refresh(machine& model) override;
+  bool refresh_counters(machine& model) override;
   void complete(interface& port, detail needed) override;
   bool knows_all_fields() const override;
   bool update_statistics(interface& port, uint32 now_sec) override;
@@ -53,6 +59,7 @@ class kernel_source : public switch_source {
   std::unique_ptr<event_reader> open_events() override;
   std::optional<std::vector<kernel_device>> devices() const override;
   std::optional<kernel_system> system() const override;
+  bool may_have_device(std::string_view name) const override;
   std::optional<kernel_device> find_device(if_index_t if_index) const override;
   // Including lower devices: parents, members of bridges and bonds.
   std::vector<if_index_t> interfaces_towards(const std::string& address) const override;
@@ -60,6 +67,9 @@ class kernel_source : public switch_source {
  protected:
   // The interfaces of devices; `management` is the number of the management port's device, or 0.
   virtual std::vector<mapped_device> map(const std::vector<kernel_link>& links, uint32 management);
+
+  // Whether counters may be read without the rest: a capture has the requests of whole readings.
+  virtual bool may_read_counters_alone() const { return true; }
 
   // The stored baseline of a device that counts from one; null for others.
   virtual const counter_baseline* find_baseline(const kernel_link& link) const;
@@ -99,6 +109,9 @@ class kernel_source : public switch_source {
 
   kernel_device device_named(const mapped_device& it) const;
   machine read_again();
+  machine model_of_devices() const;
+  void take_readings();
+  bool count_again();
   device_reading reading_of(const kernel_link& link, if_index_t if_index);
   device_reading* find_reading(if_index_t if_index);
   const device_reading* find_reading(if_index_t if_index) const;
@@ -122,7 +135,9 @@ class kernel_source : public switch_source {
   std::map<if_index_t, port_settings> at_start_;
   counter_baselines baselines_;
   device_details details_;
+  device_list list_;
   bool is_fresh_ = false;
+  bool is_listed_ = false;  // the model is that of read_counters()
 };
 
 // Makes a machine from devices. Values that the kernel does not report keep the default, which is shown as absent.

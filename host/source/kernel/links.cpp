@@ -35,8 +35,7 @@ constexpr message_policy kLinkPolicy = {
     {IFLA_CARRIER_CHANGES, attribute_type::number, sizeof(uint32)},
     {IFLA_ADDRESS, attribute_type::bytes, sizeof(mac_address)},
     {IFLA_PERM_ADDRESS, attribute_type::bytes, sizeof(mac_address), sizeof(mac_address)},
-    {IFLA_STATS64, attribute_type::bytes,
-     offsetof(rtnl_link_stats64, rx_nohandler)},  // the last counter of old kernels
+    {IFLA_STATS64, attribute_type::bytes, kLeastStatisticsBytes},
     {IFLA_LINKINFO, attribute_type::nest, 0},
     {IFLA_PROP_LIST, attribute_type::nest, 0},
 };
@@ -61,25 +60,6 @@ constexpr message_policy kIpv6Policy = {
 constexpr message_policy kRoutePolicy = {{RTA_OIF, attribute_type::number, sizeof(uint32)}};
 
 // ---- Links ----------------------------------------------------------------------------------------------------------
-
-device_counters counters_of(const rtnl_link_stats64& from) {
-  return {.rx_bytes = from.rx_bytes,
-          .rx_packets = from.rx_packets,
-          .rx_errors = from.rx_errors,
-          .rx_dropped = from.rx_dropped + from.rx_missed_errors,
-          .rx_fifo_errors = from.rx_fifo_errors,
-          .rx_frame_errors = from.rx_crc_errors + from.rx_frame_errors,
-          .rx_compressed = from.rx_compressed,
-          .rx_multicast = from.multicast,
-          .tx_bytes = from.tx_bytes,
-          .tx_packets = from.tx_packets,
-          .tx_errors = from.tx_errors,
-          .tx_dropped = from.tx_dropped,
-          .tx_fifo_errors = from.tx_fifo_errors,
-          .tx_collisions = from.collisions,
-          .tx_carrier_errors = from.tx_carrier_errors,
-          .tx_compressed = from.tx_compressed};
-}
 
 void take_info(const attributes& info, kernel_link& link) {
   link.kind = info.text(IFLA_INFO_KIND).value_or("");
@@ -108,7 +88,7 @@ void take_link(const attributes& all, kernel_link& link) {
   link.carrier_changes = all.number<uint32>(IFLA_CARRIER_CHANGES);
   if (const auto mac = all.bytes(IFLA_ADDRESS)) link.mac = record_of<mac_address>(*mac);
   if (const auto mac = all.bytes(IFLA_PERM_ADDRESS)) link.permanent_mac = record_of<mac_address>(*mac);
-  if (const auto stats = all.bytes(IFLA_STATS64)) link.counted = counters_of(record_of<rtnl_link_stats64>(*stats));
+  if (const auto stats = all.bytes(IFLA_STATS64)) link.counted = counters_of(*stats);
   take_info(all.nested(IFLA_LINKINFO, kLinkInfoPolicy), link);
   if (all.number<int32>(IFLA_LINK_NETNSID)) link.parent = 0;  // the number is one of another namespace
   all.nested(IFLA_PROP_LIST, kPropertyPolicy).for_each(IFLA_ALT_IFNAME, [&link](std::span<const uint8> name) {
@@ -183,6 +163,28 @@ uint32 device_of_default_route_to(netlink_socket& route, const char* somewhere) 
 }
 
 }  // namespace
+
+static_assert(kLeastStatisticsBytes == offsetof(rtnl_link_stats64, rx_nohandler));
+
+device_counters counters_of(std::span<const uint8> statistics) {
+  const auto from = record_of<rtnl_link_stats64>(statistics);
+  return {.rx_bytes = from.rx_bytes,
+          .rx_packets = from.rx_packets,
+          .rx_errors = from.rx_errors,
+          .rx_dropped = from.rx_dropped + from.rx_missed_errors,
+          .rx_fifo_errors = from.rx_fifo_errors,
+          .rx_frame_errors = from.rx_crc_errors + from.rx_frame_errors,
+          .rx_compressed = from.rx_compressed,
+          .rx_multicast = from.multicast,
+          .tx_bytes = from.tx_bytes,
+          .tx_packets = from.tx_packets,
+          .tx_errors = from.tx_errors,
+          .tx_dropped = from.tx_dropped,
+          .tx_fifo_errors = from.tx_fifo_errors,
+          .tx_collisions = from.collisions,
+          .tx_carrier_errors = from.tx_carrier_errors,
+          .tx_compressed = from.tx_compressed};
+}
 
 uint32 decode_default_route(const nlmsghdr& message) {
   const auto route = parse_route(message);
@@ -267,6 +269,15 @@ std::vector<kernel_link> read_links(netlink_socket& route) {
   dump_addresses(route, links);
   read_port_settings(links);
   return links;
+}
+
+bool has_device_named(netlink_socket& route, std::string_view name) {
+  constexpr std::size_t kLongest = 127;  // bytes of an alternative name
+  if (name.empty() || name.size() > kLongest || name.find('\0') != std::string_view::npos) return true;
+  netlink_request request(RTM_GETLINK, NLM_F_ACK);
+  request.extra<ifinfomsg>().ifi_family = AF_UNSPEC;
+  mnl_attr_put_strz(&request.head(), IFLA_ALT_IFNAME, std::string(name).c_str());
+  return route.ask(request, [](const nlmsghdr&) {}) != ENODEV;
 }
 
 uint32 device_towards(netlink_socket& route, const std::string& address) {

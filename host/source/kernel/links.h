@@ -6,6 +6,7 @@
 #include <array>
 #include <bitset>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -77,6 +78,10 @@ std::optional<kernel_link> decode_link(const nlmsghdr& message);
 void decode_bridge_vlans(const nlmsghdr& message, std::vector<kernel_link>& links);
 void decode_address(const nlmsghdr& message, std::vector<kernel_link>& links);
 
+// The counters of a device: a record rtnl_link_stats64, which older kernels end with tx_compressed.
+inline constexpr uint16 kLeastStatisticsBytes = 23 * sizeof(uint64);
+device_counters counters_of(std::span<const uint8> statistics);
+
 // Whether the kernel reports a device as hardware: it has no kind, or is a port of a switch chip.
 bool is_physical(const kernel_link& link);
 
@@ -93,6 +98,9 @@ std::vector<kernel_link> read_links(netlink_socket& route);
 
 // The same without what other messages report: VLANs of bridges, addresses and settings.
 std::vector<kernel_link> read_devices(netlink_socket& route);
+
+// Whether a device has this name, or it as an alternative one; true when the kernel does not say.
+bool has_device_named(netlink_socket& route, std::string_view name);
 
 // The device that the default route leads to; 0 when there is none.
 uint32 default_route_device(netlink_socket& route);

@@ -2,8 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,9 +12,10 @@
 #include <map>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "base/replace_file.h"
-#include "source/kernel/baselines.h"
+#include "source/kernel/own_file.h"
 #include "switch/interface_range.h"
 
 namespace host {
@@ -24,15 +23,6 @@ namespace {
 
 constexpr std::size_t kNone = SIZE_MAX;
 constexpr char kGone[] = "gone:";  // begins the key of an entry that no device can have
-
-// The number of a namespace may return when the namespace is gone, its cookie does not; 0 from a kernel without one.
-std::string first_line() {
-  uint64 cookie = 0;
-  socklen_t size = sizeof cookie;
-  const open_file any(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-  getsockopt(any.descriptor, SOL_SOCKET, SO_NETNS_COOKIE, &cookie, &size);
-  return running_system() + " cookie " + std::to_string(cookie);
-}
 
 std::string hex(const std::array<uint8, 6>& mac) {
   std::string text;
@@ -57,13 +47,6 @@ bool read_mac(std::string_view text, std::array<uint8, 6>& mac) {
   return true;
 }
 
-// Removes and returns the text up to the next blank or line end.
-std::string_view take_until(char end, std::string_view& text) {
-  const std::string_view part = text.substr(0, text.find(end));
-  text.remove_prefix(std::min(part.size() + 1, text.size()));
-  return part;
-}
-
 // The single interface that a text names; 0 for another text.
 if_index_t interface_of(std::string_view text) {
   std::vector<interface_span> spans;
@@ -74,32 +57,6 @@ if_index_t interface_of(std::string_view text) {
 std::string text_of(if_index_t if_index) {
   const interface_word* const word = word_of(decode_index(if_index).type);
   return word == nullptr ? std::string() : interface_text(*word, number_of(if_index));
-}
-
-// The text of a regular file of this user, up to a limit; empty when there is none. `fault` is why it cannot be read.
-std::string read_own_file(const std::string& path, std::string& fault) {
-  constexpr std::size_t kMostBytes = 8 << 20;
-  const open_file file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW));
-  struct stat found {};
-  if (file.descriptor < 0 || fstat(file.descriptor, &found) != 0) {
-    if (errno != ENOENT) fault = std::strerror(errno);
-    return {};
-  }
-  if (!S_ISREG(found.st_mode) || found.st_uid != geteuid()) {
-    fault = "it is not a regular file of this user";
-    return {};
-  }
-  std::string text(std::min<std::size_t>(static_cast<std::size_t>(found.st_size), kMostBytes), '\0');
-  std::size_t filled = 0;
-  while (filled < text.size()) {
-    const ssize_t size = ::read(file.descriptor, text.data() + filled, text.size() - filled);
-    if (size < 0 && errno == EINTR) continue;
-    if (size < 0) fault = std::strerror(errno);
-    if (size <= 0) break;
-    filled += static_cast<std::size_t>(size);
-  }
-  text.resize(filled);
-  return text;
 }
 
 // Locks a file, waiting up to a second for another process. Returns the reason of a failure.
@@ -183,8 +140,7 @@ void stored_names::give_up(const char* failed, const std::string& reason) {
 void stored_names::keep_in(const std::string& path) {
   path_ = path;
   if (path_.empty()) return;
-  head_ = first_line();
-  read();
+  head_ = line_of_namespace();
 }
 
 // ---- Devices --------------------------------------------------------------------------------------------------------
@@ -283,6 +239,7 @@ bool stored_names::add_new(const std::vector<kernel_link>& links, const matches&
 
 std::vector<mapped_device> stored_names::map(const std::vector<kernel_link>& links, uint32 management,
                                              const requested_interfaces& requested) {
+  if (!path_.empty() && !std::exchange(is_read_, true)) read();
   if (path_.empty() && entries_.empty()) return map_devices(links, management, requested);
   matches found = match(links);
   std::vector<mapped_device> mapped = map_devices(links, management, requested, known_of(links, found));

@@ -17,7 +17,7 @@ namespace host {
 
 class stored_names {
  public:
-  // Stores them in a file from now on, and reads it. Without a path there are none.
+  // Stores them in a file from now on; map() reads it when it is called first. Without a path there are none.
   void keep_in(const std::string& path);
 
   // Maps the devices, and stores the interfaces of new ones. Entries that another shell stored take precedence.
@@ -58,6 +58,7 @@ class stored_names {
   std::string head_;  // first line of the file
   std::string fault_;
   entries entries_;
+  bool is_read_ = false;
 };
 
 }  // namespace host

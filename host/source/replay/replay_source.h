@@ -32,6 +32,7 @@ class replay_source final : public kernel_source {
  protected:
   std::vector<mapped_device> map(const std::vector<kernel_link>& links, uint32 management) override;
   const counter_baseline* find_baseline(const kernel_link& link) const override;
+  bool may_read_counters_alone() const override { return false; }
   std::string name() const override;
 
  private:

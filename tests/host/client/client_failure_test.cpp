@@ -27,6 +27,7 @@
 #include "service/services.h"
 #include "support/allocations.h"
 #include "transport/failures.h"
+#include "transport/transport.h"
 
 namespace host {
 namespace {
@@ -512,6 +513,7 @@ TEST_P(ClientFailures, MemoryThatRunsOutIsAFailure) {
   std::size_t failures = 0;
   for (std::size_t spared = 0;; ++spared) {
     command_account account(q_);  // what is noted in an empty one needs memory
+    transport_take_buffer();      // so does an answer
     const pmcli_test::failing_allocation memory(spared);
     const failed_call got = call_without_memory(names_, q_);
     if (!memory.has_failed()) break;
@@ -542,6 +544,7 @@ TEST(KernelCountersClient, MemoryThatRunsOutIsAFailure) {
   transport_register(all_services());
   pm_proc_net_dev_stats_t stats{};
   ASSERT_EQ(pm_get_proc_net_dev_stats("lo", &stats), 0);
+  transport_take_buffer();  // an answer needs memory
   const pmcli_test::failing_allocation memory(0);
   EXPECT_EQ(pm_get_proc_net_dev_stats("lo", &stats), PM_ERR_GENERAL);
 }

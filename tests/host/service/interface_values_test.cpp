@@ -299,6 +299,17 @@ TEST_F(ValuesService, WhatIsPresentIsLeftOutOnRequest) {
   EXPECT_EQ(answer->values()[1].why_absent(), absence::none);
 }
 
+TEST_F(ValuesService, OnlyWhatIsUnknownIsReportedAsSuch) {
+  const std::array asked = {property::state, property::symbol_errors, property::mtu_bytes, property::ip_address};
+  const auto unknown = ask_unknown_values(q_, names_.first_port, asked);
+  ASSERT_TRUE(unknown);
+  EXPECT_TRUE(unknown->has(property::symbol_errors));
+  EXPECT_FALSE(unknown->has(property::state));
+  EXPECT_FALSE(unknown->has(property::mtu_bytes));
+  EXPECT_FALSE(unknown->has(property::ip_address)) << "which is known to be absent";
+  EXPECT_FALSE(unknown->has(property::giants)) << "which was not asked for";
+}
+
 // ---- What is done for a request -------------------------------------------------------------------------------------
 
 // Notes what the service asks of its source.
@@ -437,6 +448,21 @@ TEST_F(ValuesService, AnAnswerThatIsCutIsDamaged) {
   forget_failures();
   EXPECT_TRUE(ask_interface_values(q_, names_.first_port, asked, false));
   EXPECT_TRUE(noted_failures().empty());
+}
+
+TEST_F(ValuesService, AnAnswerAboutUnknownValuesThatIsCutIsDamaged) {
+  const std::array asked = {property::state, property::symbol_errors};
+  const reply whole = serve_interface_values(VALUES_OPC_UNKNOWN, values_request_for(names_.first_port, asked, true));
+  const service cutting[] = {{SAP_INTERFACE_VALUES, "interface-values", serve_bytes}};
+  transport_register(cutting);
+  bytes cut;
+  served_bytes = &cut;
+  for (std::size_t size = 0; size < whole.payload.size(); ++size) {
+    cut.assign(whole.payload.begin(), whole.payload.begin() + static_cast<std::ptrdiff_t>(size));
+    forget_failures();
+    EXPECT_FALSE(ask_unknown_values(q_, names_.first_port, asked)) << size;
+    EXPECT_FALSE(noted_failures().empty()) << size;
+  }
 }
 
 // Reads all of an answer's values by every accessor.

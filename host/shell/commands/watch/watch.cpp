@@ -223,7 +223,7 @@ class watcher {
   // Makes a reading and shows it. Returns 0, or the errno with which writing it failed.
   int show_reading() {
     check_commit();
-    the_source().refresh(the_machine());
+    refresh_for(line_.what);
     refreshed_sec_ = clock_now_exactly();
     traffic_.begin_reading();
     ++readings_;
@@ -400,7 +400,7 @@ class watcher {
 int watch(shell& session, const command_line& line, const output_settings& usual) {
   const interrupt_scope interrupts;
   const broken_pipe_scope pipes;
-  the_source().refresh(the_machine());  // the first may leave what was read when the shell started
+  refresh_for(line.what);  // the first may leave what was read when the shell started
   key_scope keys(usual.to_terminal && !usual.structured);
   watcher running(session, line, usual, keys.has_keys());
   pace readings(*line.every);

@@ -11,8 +11,6 @@ namespace {
 // As a service would write it.
 constexpr std::byte kNoPermission[] = {static_cast<std::byte>(absence::no_permission)};
 
-std::size_t number_of(property of) { return static_cast<std::size_t>(of); }
-
 }  // namespace
 
 interface_answers::interface_answers(std::vector<property> asked, bool hides_traffic)
@@ -32,14 +30,8 @@ bool interface_answers::knows_all() {
 
 bool interface_answers::is_unknown(property of) {
   if (if_index_ == 0 || of == property::none || asked_.empty() || knows_all()) return false;
-  if (!unknown_) {
-    unknown_.emplace();
-    const auto answer = ask_interface_values(client_queue(), if_index_, asked_, true);
-    if (answer)
-      for (const interface_value& value : answer->values())
-        if (value.why_absent() != absence::none) unknown_->set(number_of(value.of));
-  }
-  return unknown_->test(number_of(of));
+  if (!unknown_) unknown_ = ask_unknown_values(client_queue(), if_index_, asked_).value_or(unknown_answer{});
+  return unknown_->has(of);
 }
 
 std::optional<std::vector<interface_value>> interface_answers::values() {

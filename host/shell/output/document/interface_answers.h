@@ -1,7 +1,6 @@
 // Answers of the service of interface values for the current interface, requested once and only when needed.
 #pragma once
 
-#include <bitset>
 #include <optional>
 #include <vector>
 
@@ -27,16 +26,14 @@ class interface_answers {
   std::optional<std::vector<interface_value>> values();
 
  private:
-  using properties = std::bitset<kNumProperties>;
-
   bool knows_all();
 
   std::vector<property> asked_;
   bool hides_traffic_;
   if_index_t if_index_ = 0;
-  std::optional<bool> knows_all_;      // of the source
-  std::optional<properties> unknown_;  // of the interface
-  std::optional<values_answer> all_;   // owns the bytes of values()
+  std::optional<bool> knows_all_;          // of the source
+  std::optional<unknown_answer> unknown_;  // of the interface
+  std::optional<values_answer> all_;       // owns the bytes of values()
 };
 
 }  // namespace host

@@ -819,9 +819,21 @@ constexpr bool every_tag_is_one_field() {
 }
 static_assert(every_tag_is_one_field());
 
+// Row of each tag, counted from 1; 0 is none.
+constexpr std::array<uint16, kNumTags> kRowOfTag = [] {
+  std::array<uint16, kNumTags> made{};
+  uint16 row = 0;
+  for (const binding& each : kBindings) made[each.tag] = ++row;
+  return made;
+}();
+
 }  // namespace
 
 std::span<const binding> own_bindings() { return kBindings; }
+
+const binding* find_own_binding(uint16 tag) {
+  return tag < kNumTags && kRowOfTag[tag] != 0 ? &kBindings[kRowOfTag[tag] - 1U] : nullptr;
+}
 
 uint64 displays_without_tag(uint16 row) {
   uint64 displays = 0;

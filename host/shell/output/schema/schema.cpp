@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 
 namespace host {
 namespace {
@@ -21,17 +20,6 @@ std::vector<binding>& added_bindings() {
   return rows;
 }
 
-// Row of each of the shell's own tags, counted from 1; 0 is none.
-const std::array<uint16, kNumTags>& rows_by_tag() {
-  static const std::array<uint16, kNumTags> rows = [] {
-    std::array<uint16, kNumTags> made{};
-    uint16 row = 0;
-    for (const binding& each : own_bindings()) made[each.tag] = ++row;
-    return made;
-  }();
-  return rows;
-}
-
 // Whose values are of other types or words under the same key.
 bool contradicts(const field& known, const field& added) { return known.type != added.type; }
 
@@ -43,7 +31,7 @@ const binding* find_binding(uint32 tuple_id) {
   const auto tag = static_cast<uint16>(tuple_id);
   const auto component = static_cast<uint8>(tuple_id >> 16);
   const bool is_ours = component == kComponentOfLibrary || component == kComponentOfShell;
-  if (is_ours && tag < kNumTags && rows_by_tag()[tag] != 0) return &own_bindings()[rows_by_tag()[tag] - 1U];
+  if (const binding* const own = is_ours ? find_own_binding(tag) : nullptr; own != nullptr) return own;
   const std::vector<binding>& added = added_bindings();
   const auto found = std::find_if(added.begin(), added.end(),
                                   [=](const binding& row) { return row.tag == tag && row.component == component; });

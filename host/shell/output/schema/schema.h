@@ -260,6 +260,9 @@ display_bit add_display(std::span<const added_field> fields, std::string& error)
 inline constexpr std::size_t kNumTags = 0x900;
 std::span<const field> own_fields();
 std::span<const binding> own_bindings();
+
+// The shell's own binding of a tag, or null.
+const binding* find_own_binding(uint16 tag);
 // The displays of each own row that have it without a tag.
 uint64 displays_without_tag(uint16 row);
 

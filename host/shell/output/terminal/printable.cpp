@@ -1,5 +1,8 @@
 #include "shell/output/terminal/printable.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "platform/types.h"
 
 namespace host {
@@ -41,6 +44,17 @@ std::size_t printable_length(std::string_view text) {
   return is_refused(code_point, length) ? 0 : length;
 }
 
+// Eight bytes at once: whether none of them is 0x80 or above, below the first printable character, or the delete
+// character. Subtracting it from each byte borrows from the next one only where a byte is smaller.
+bool is_plain_word(const char* bytes) {
+  constexpr uint64 kEach = 0x0101010101010101;
+  constexpr uint64 kHighest = kEach << 7;
+  uint64 word = 0;
+  std::memcpy(&word, bytes, sizeof word);
+  const uint64 is_delete = word ^ kEach * kDelete;
+  return ((word | (word - kEach * kFirstPrintable) | (is_delete - kEach)) & kHighest) == 0;
+}
+
 void append_escape(std::string& to, unsigned char byte) {
   constexpr char kDigits[] = "0123456789abcdef";
   const char escape[] = {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 0xF]};
@@ -50,12 +64,15 @@ void append_escape(std::string& to, unsigned char byte) {
 }  // namespace
 
 bool is_plain_ascii(std::string_view text) {
-  bool plain = true;
-  for (const char character : text) {
+  const char* at = text.data();
+  std::size_t left = text.size();
+  for (; left >= sizeof(uint64); at += sizeof(uint64), left -= sizeof(uint64))
+    if (!is_plain_word(at)) return false;
+  if (left != 0 && text.size() >= sizeof(uint64)) return is_plain_word(at + left - sizeof(uint64));
+  return std::all_of(at, at + left, [](char character) {
     const auto byte = static_cast<unsigned char>(character);
-    plain &= byte >= kFirstPrintable && byte < kDelete;
-  }
-  return plain;
+    return byte >= kFirstPrintable && byte < kDelete;
+  });
 }
 
 void append_printable(std::string& to, std::string_view text, std::string_view but) {
@@ -76,6 +93,7 @@ void append_printable(std::string& to, std::string_view text, std::string_view b
 }
 
 std::size_t count_characters(std::string_view text) {
+  if (is_plain_ascii(text)) return text.size();
   std::size_t count = 0;
   for (const char character : text) count += !is_continuation(static_cast<unsigned char>(character));
   return count;

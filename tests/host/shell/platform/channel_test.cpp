@@ -61,12 +61,13 @@ host::reply serve_no_mtu(mts_opc_t opcode, std::span<const std::byte> request) {
     host::append_bytes(answer, host::source_answer{0});
     return answer;
   }
+  EXPECT_EQ(opcode, host::VALUES_OPC_UNKNOWN);
   host::values_request asked;
   std::memcpy(&asked, request.data(), sizeof asked);
-  EXPECT_EQ(asked.only_absent, 1);
-  head(asked.if_index == kEthernet1_10 ? 1 : 0);
-  if (asked.if_index == kEthernet1_10)
-    host::value_writer(answer.payload).absent(host::property::mtu_bytes, host::absence::not_supported);
+  host::unknown_answer unknown{};
+  if (asked.if_index == kEthernet1_10) unknown.set(host::property::mtu_bytes);
+  head(1);
+  host::append_bytes(answer, unknown);
   return answer;
 }
 

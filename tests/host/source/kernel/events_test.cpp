@@ -28,7 +28,7 @@ namespace {
 
 constexpr uint32 kLeft = 7, kBridge = 9;
 constexpr uint32 kMoment = 1'800'000'000;
-constexpr uint8 kDown = 2, kUp = 6;  // IF_OPER_*
+constexpr uint8 kOperationDown = 2, kOperationUp = 6;  // IF_OPER_*
 constexpr mac_address kFirstMac = {2, 0, 0, 0, 0, 1}, kSecondMac = {2, 0, 0, 0, 0, 2};
 constexpr std::array<uint8, 4> kAddress = {192, 0, 2, 1}, kNeighbor = {192, 0, 2, 9};
 
@@ -46,8 +46,8 @@ std::vector<netlink_request> messages(auto... all) {
 }
 
 // A veth device as it is unless a test changes it.
-recorded_link veth() { return {.number = kLeft, .name = "left", .kind = "veth", .operation = kDown}; }
-recorded_link bridge() { return {.number = kBridge, .name = "br0", .kind = "bridge", .operation = kUp}; }
+recorded_link veth() { return {.number = kLeft, .name = "left", .kind = "veth", .operation = kOperationDown}; }
+recorded_link bridge() { return {.number = kBridge, .name = "br0", .kind = "bridge", .operation = kOperationUp}; }
 
 netlink_request link_with(const recorded_link& link, const put_attributes& put) {
   netlink_request message = link_message(link);
@@ -127,7 +127,7 @@ class Events : public testing::Test {
 TEST_F(Events, LinkThatIsSetUpHasAnEventForEachOfItsStates) {
   recorded_link now = veth();
   now.flags = IFF_UP | IFF_RUNNING;
-  now.operation = kUp;
+  now.operation = kOperationUp;
   EXPECT_EQ(after(link_message(now)), (texts{"left admin_state: down -> up", "left oper_state: down -> up"}));
   EXPECT_EQ(after(link_message(now)), texts()) << "the same again";
 }

@@ -22,6 +22,16 @@ TEST(Printable, ControlBytesOfBothRangesAreVisible) {
   EXPECT_EQ(printable("\xc2\x80\xc2\x9f\xc2\xa0"), "\\xc2\\x80\\xc2\\x9f\xc2\xa0");
 }
 
+TEST(Printable, BytesAreFoundAtEveryPlaceOfATextOfAnyLength) {
+  for (const auto& [byte, visible] :
+       {std::pair("\x1f", "\\x1f"), {"\x7f", "\\x7f"}, {"\x80", "\\x80"}, {"\xff", "\\xff"}})
+    for (std::size_t length = 1; length <= 20; ++length)
+      for (std::size_t place = 0; place < length; ++place) {
+        const std::string before(place, ' '), after(length - place - 1, '~');
+        EXPECT_EQ(printable(before + byte + after), before + visible + after) << place << " of " << length;
+      }
+}
+
 TEST(Printable, BytesThatAreNoUtf8AreVisible) {
   EXPECT_EQ(printable("\x80"), "\\x80");
   EXPECT_EQ(printable("\xc3("), "\\xc3(");
