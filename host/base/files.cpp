@@ -100,6 +100,17 @@ int write_file(const std::string& path, std::string_view text) {
   return target.empty() ? errno : replace_file(target, text, exists ? &old : nullptr);
 }
 
+int make_directories_of(const std::string& path) {
+  for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
+    const std::string directory = path.substr(0, slash);
+    struct stat found {};
+    if (mkdir(directory.c_str(), 0700) == 0) continue;
+    const int error = errno;
+    if (stat(directory.c_str(), &found) != 0) return error;
+  }
+  return 0;
+}
+
 bool exists(const std::string& path) {
   struct stat found {};
   return stat(path.c_str(), &found) == 0 || (errno != ENOENT && errno != ENOTDIR);

@@ -12,6 +12,9 @@ namespace host {
 // standard output under any of its names are written to. Returns 0 or an errno; ENXIO for a pipe that no process reads.
 int write_file(const std::string& path, std::string_view text);
 
+// Creates the parent directories of a path. Returns 0, or the errno of the first missing one that cannot be created.
+int make_directories_of(const std::string& path);
+
 // Whether there is something with this name, also when it cannot be read.
 bool exists(const std::string& path);
 

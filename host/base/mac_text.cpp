@@ -2,21 +2,15 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
+#include <cctype>
+
+#include "base/digits.h"
 
 namespace host {
 namespace {
 
 constexpr std::string_view kSeparators = ".:-";
 constexpr std::size_t kDigits = 12;
-
-// The value of a hexadecimal digit; none for another character.
-std::optional<uint8> digit_of(char character) {
-  if (character >= '0' && character <= '9') return static_cast<uint8>(character - '0');
-  if (character >= 'a' && character <= 'f') return static_cast<uint8>(character - 'a' + 10);
-  if (character >= 'A' && character <= 'F') return static_cast<uint8>(character - 'A' + 10);
-  return std::nullopt;
-}
 
 mac_reading fault_at(std::size_t position, std::string fault) { return {std::nullopt, position, std::move(fault)}; }
 
@@ -33,7 +27,7 @@ mac_reading read_mac(std::string_view text) {
   std::size_t start = 0;
   for (std::size_t group = 0; group < groups; ++group) {
     std::size_t end = start;
-    while (end < text.size() && digit_of(text[end])) ++end;
+    while (end < text.size() && std::isxdigit(static_cast<unsigned char>(text[end])) != 0) ++end;
     const bool is_last = group + 1 == groups;
     if (end == start)
       return fault_at(start, start == text.size() ? "the address ends too soon" : "expected a hexadecimal digit");
@@ -49,8 +43,7 @@ mac_reading read_mac(std::string_view text) {
   }
   mac_reading read;
   read.mac.emplace();
-  for (std::size_t i = 0; i < read.mac->size(); ++i)
-    (*read.mac)[i] = static_cast<uint8>(*digit_of(digits[2 * i]) << 4 | *digit_of(digits[2 * i + 1]));
+  read_hex(digits, *read.mac);
   return read;
 }
 

@@ -24,9 +24,12 @@ uint32 status_of_text(const std::string& text) {
   return kFirst + place;
 }
 
+bool is_status_of_text(uint32 status) { return status >= kFirst && status - kFirst < kMostTexts; }
+
 const char* text_of_port_status(uint32 status) {
   if (status == kPortStatusNoRight) return "not permitted: the right CAP_NET_ADMIN is missing";
-  return status >= kFirst && status - kFirst < texts.size() ? texts[status - kFirst].c_str() : nullptr;
+  if (status == kPortStatusLookOnly) return "not permitted: this session may only look at the switch";
+  return is_status_of_text(status) && status - kFirst < texts.size() ? texts[status - kFirst].c_str() : nullptr;
 }
 
 }  // namespace host

@@ -7,12 +7,17 @@
 
 namespace host {
 
-// The user lacks the right to change devices of the kernel.
-enum : uint32 { kPortStatusNoRight = 0x40F00001 };
+// The user lacks the right to change devices of the kernel, or the session that to change the switch.
+enum : uint32 { kPortStatusNoRight = 0x40F00001, kPortStatusLookOnly = 0x40F00010 };
 
-// Returns the status code for a text, valid in this process; equal texts share a code. At most 65,535 texts are kept;
-// further ones get PM_ERR_GENERAL.
+inline bool is_missing_right(uint32 status) { return status == kPortStatusNoRight || status == kPortStatusLookOnly; }
+
+// Returns the status code for a text, valid in this process, that of the services; equal texts share a code. At most
+// 65,535 texts are kept; further ones get PM_ERR_GENERAL.
 uint32 status_of_text(const std::string& text);
+
+// Whether a number may be such a status, of any process.
+bool is_status_of_text(uint32 status);
 
 // Its text, owned here for the life of the process; null for any other number.
 const char* text_of_port_status(uint32 status);

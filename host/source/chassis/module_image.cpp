@@ -3,13 +3,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cctype>
 #include <fstream>
 #include <iterator>
 #include <numeric>
+#include <span>
 #include <sstream>
 #include <stdexcept>
 
+#include "base/digits.h"
 #include "platform/transceiver.h"
 
 namespace host {
@@ -117,12 +118,6 @@ std::vector<uint8> x2_image(const x2_medium& medium, if_index_t port) {
   return image;
 }
 
-int digit_of(char letter) {
-  if (letter >= '0' && letter <= '9') return letter - '0';
-  const int lower = std::tolower(static_cast<unsigned char>(letter));
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
 std::vector<uint8> bytes_of_hex(const std::string& text) {
   std::vector<uint8> bytes;
   std::istringstream lines(text);
@@ -131,11 +126,10 @@ std::vector<uint8> bytes_of_hex(const std::string& text) {
     std::istringstream words(line);
     for (std::string word; words >> word;) {
       if (word.size() % 2 != 0) throw std::runtime_error(fmt::format("odd number of digits in '{}'", word));
-      for (std::size_t at = 0; at < word.size(); at += 2) {
-        const int high = digit_of(word[at]), low = digit_of(word[at + 1]);
-        if (high < 0 || low < 0) throw std::runtime_error(fmt::format("'{}' is not hexadecimal", word));
-        bytes.push_back(static_cast<uint8>(high * 16 + low));
-      }
+      const std::size_t before = bytes.size();
+      bytes.resize(before + word.size() / 2);
+      if (!read_hex(word, std::span(bytes).subspan(before)))
+        throw std::runtime_error(fmt::format("'{}' is not hexadecimal", word));
     }
   }
   return bytes;

@@ -4,12 +4,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
-#include <cinttypes>
-#include <cstdio>
 #include <fstream>
 #include <sstream>
 
+#include "base/digits.h"
 #include "base/replace_file.h"
 
 namespace host {
@@ -18,13 +16,12 @@ namespace {
 // In place of a counter that is not reported.
 constexpr char kAbsent[] = "-";
 
-bool read_driver_columns(std::istream& text, driver_counters& reported) {
+bool read_driver_columns(std::istream& text, driver_counter_values& reported) {
   for (auto& counter : reported) {
     std::string word;
     if (!(text >> word)) return false;
     if (word == kAbsent) continue;
-    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), counter.emplace());
-    if (error != std::errc() || end != word.data() + word.size()) return false;
+    if (!read_number(word, counter.emplace())) return false;
   }
   return true;
 }
@@ -34,22 +31,14 @@ bool read_driver_columns(std::istream& text, driver_counters& reported) {
 bool read_baseline(const std::string& line, uint32& number, counter_baseline& baseline) {
   std::istringstream text(line);
   std::string mac;
-  if (!(text >> number >> mac >> baseline.cleared_sec) || mac.size() != 2 * baseline.mac.size()) return false;
-  for (std::size_t i = 0; i < baseline.mac.size(); ++i)
-    if (std::sscanf(mac.c_str() + 2 * i, "%2" SCNx8, &baseline.mac[i]) != 1) return false;
+  if (!(text >> number >> mac >> baseline.cleared_sec) || !read_hex(mac, baseline.mac)) return false;
   for (const auto column : kDeviceCounters)
     if (!(text >> baseline.counted.*column)) return false;
   return read_driver_columns(text, baseline.reported);
 }
 
 std::string baseline_text(uint32 number, const counter_baseline& baseline) {
-  std::string line = std::to_string(number) + " ";
-  for (const uint8 byte : baseline.mac) {
-    char digits[3];
-    std::snprintf(digits, sizeof digits, "%02x", unsigned{byte});
-    line += digits;
-  }
-  line += " " + std::to_string(baseline.cleared_sec);
+  std::string line = std::to_string(number) + " " + hex_of(baseline.mac) + " " + std::to_string(baseline.cleared_sec);
   for (const auto column : kDeviceCounters) line += " " + std::to_string(baseline.counted.*column);
   for (const auto& counter : baseline.reported) line += " " + (counter ? std::to_string(*counter) : kAbsent);
   return line;

@@ -18,7 +18,7 @@ struct counter_baseline {
   std::array<uint8, 6> mac{};
   uint32 cleared_sec = 0;  // seconds since 1970
   device_counters counted;
-  driver_counters reported = {};  // those beyond
+  driver_counter_values reported = {};  // those beyond
 };
 
 class counter_baselines {

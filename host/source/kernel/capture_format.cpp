@@ -10,6 +10,8 @@
 #include <cstring>
 #include <utility>
 
+#include "base/digits.h"
+
 namespace host {
 namespace {
 
@@ -78,15 +80,6 @@ constexpr name_row kNames[] = {
 
 constexpr std::size_t kTypeAndFlags = offsetof(nlmsghdr, nlmsg_seq) - offsetof(nlmsghdr, nlmsg_type);
 
-void append_hex(std::string& to, std::span<const char> bytes) {
-  constexpr char kDigits[] = "0123456789abcdef";
-  for (const char byte : bytes) {
-    const auto value = static_cast<uint8>(byte);
-    to += kDigits[value / 16];
-    to += kDigits[value % 16];
-  }
-}
-
 // The first byte of a request's head, after its type and flags.
 int first_byte_of(const std::string& key) {
   const std::size_t at = kTypeAndFlags * 2;
@@ -97,9 +90,8 @@ int first_byte_of(const std::string& key) {
 
 captured_request request_of(int netlink_bus, const nlmsghdr& request) {
   const std::span<const char> all(reinterpret_cast<const char*>(&request), request.nlmsg_len);
-  std::string key;
-  append_hex(key, all.subspan(offsetof(nlmsghdr, nlmsg_type), kTypeAndFlags));
-  append_hex(key, all.subspan(sizeof request));
+  const std::string key =
+      hex_of(all.subspan(offsetof(nlmsghdr, nlmsg_type), kTypeAndFlags)) + hex_of(all.subspan(sizeof request));
   return {netlink_bus == NETLINK_GENERIC ? capture_bus::generic : capture_bus::route, request.nlmsg_type, key};
 }
 
@@ -118,11 +110,8 @@ std::size_t ioctl_request_size(const void* command) {
 captured_request request_of_ioctl(const std::string& device, const void* command) {
   uint32 number = 0;
   std::memcpy(&number, command, sizeof number);
-  std::string key;
-  append_hex(key, device);
-  key += '.';
-  append_hex(key, {static_cast<const char*>(command), ioctl_request_size(command)});
-  return {capture_bus::ioctl, static_cast<uint16>(number), key};
+  const std::span<const char> asked(static_cast<const char*>(command), ioctl_request_size(command));
+  return {capture_bus::ioctl, static_cast<uint16>(number), hex_of(device) + "." + hex_of(asked)};
 }
 
 captured_request request_of_table() { return {capture_bus::table, 0, "-"}; }

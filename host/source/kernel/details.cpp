@@ -63,7 +63,7 @@ constexpr struct {
 };
 
 // Unicasts are what is left of the packets, when the driver counts both of the others.
-void take_kinds(const driver_counters& reported, driver_counter multicasts, driver_counter broadcasts,
+void take_kinds(const driver_counter_values& reported, driver_counter multicasts, driver_counter broadcasts,
                 traffic_counters& traffic) {
   uint64 left = traffic.packets.value_or(0);
   if (reported[multicasts]) traffic.multicast_packets = std::min(*reported[multicasts], left);
@@ -72,12 +72,12 @@ void take_kinds(const driver_counters& reported, driver_counter multicasts, driv
   if (reported[multicasts] && reported[broadcasts]) traffic.unicast_packets = left - *traffic.broadcast_packets;
 }
 
-void take_sizes(const driver_counters& reported, uint32 first, traffic_counters& traffic) {
+void take_sizes(const driver_counter_values& reported, uint32 first, traffic_counters& traffic) {
   for (std::size_t i = 0; i < traffic.packets_by_size.size(); ++i)
     if (reported[first + i]) traffic.packets_by_size[i] = *reported[first + i];
 }
 
-void take_driver_counters(const driver_counters& reported, statistics& stats) {
+void take_driver_counters(const driver_counter_values& reported, statistics& stats) {
   for (const auto& row : kErrorCounters)
     if (reported[row.reported]) stats.errors.*row.counter = *reported[row.reported];
   take_kinds(reported, kDriverMulticastsReceived, kDriverBroadcastsReceived, stats.in);
@@ -88,8 +88,8 @@ void take_driver_counters(const driver_counters& reported, statistics& stats) {
 
 // The counts since a clear. A device that counts less than its baseline was created again: it counts from its own
 // start.
-driver_counters since(const driver_counters& now, const driver_counters& cleared) {
-  driver_counters came = now;
+driver_counter_values since(const driver_counter_values& now, const driver_counter_values& cleared) {
+  driver_counter_values came = now;
   for (std::size_t i = 0; i < now.size(); ++i) {
     if (now[i] < cleared[i] && now[i]) return now;
     if (now[i]) *came[i] -= cleared[i].value_or(0);
@@ -149,10 +149,10 @@ void device_details::read_diagnostics_of(known_device& device, interface& port) 
 }
 
 // The current counters of the device.
-driver_counters device_details::counters_of(const known_device& device) {
+driver_counter_values device_details::counters_of(const known_device& device) {
   if (!counted_) counted_ = read_driver_counters(ethtool());
   const auto found = counted_->find(device.number);
-  driver_counters reported = found != counted_->end() ? found->second : driver_counters{};
+  driver_counter_values reported = found != counted_->end() ? found->second : driver_counter_values{};
   if (device.pause) {
     reported[kDriverPausesReceived] = device.pause->received_frames;
     reported[kDriverPausesSent] = device.pause->sent_frames;
@@ -188,14 +188,14 @@ void device_details::complete(interface& port, detail needed) {
   }
 }
 
-driver_counters device_details::clear(const interface& port) {
+driver_counter_values device_details::clear(const interface& port) {
   known_device* const device = find_hardware(port.if_index);
   if (device == nullptr) return {};
   device->cleared = counters_of(*device);
   return device->cleared;
 }
 
-void device_details::begin_at(if_index_t if_index, const driver_counters& cleared) {
+void device_details::begin_at(if_index_t if_index, const driver_counter_values& cleared) {
   if (known_device* const device = find_hardware(if_index); device != nullptr) device->cleared = cleared;
 }
 

@@ -26,10 +26,10 @@ class device_details {
   void complete(interface& port, detail needed);
 
   // Sets the baseline of the further counters of an interface. Returns their current values.
-  driver_counters clear(const interface& port);
+  driver_counter_values clear(const interface& port);
 
   // Sets an earlier baseline, for this command.
-  void begin_at(if_index_t if_index, const driver_counters& cleared);
+  void begin_at(if_index_t if_index, const driver_counter_values& cleared);
 
  private:
   struct known_device {
@@ -37,7 +37,7 @@ class device_details {
     uint32 number = 0;  // the kernel's
     std::string name;
     std::optional<pause_settings> pause;
-    driver_counters cleared = {};  // counts no more
+    driver_counter_values cleared = {};  // counts no more
     bool has_module_read = false;
     bool has_diagnostics_read = false;
   };
@@ -48,12 +48,12 @@ class device_details {
   page_reader reader_of(const known_device& device);
   void read_module_of(known_device& device, interface& port);
   void read_diagnostics_of(known_device& device, interface& port);
-  driver_counters counters_of(const known_device& device);
+  driver_counter_values counters_of(const known_device& device);
 
   std::vector<known_device> hardware_;  // sorted by interface; other devices have no details
   std::optional<ethtool_socket> ethtool_;
   std::optional<link_faults> faults_;
-  std::optional<std::map<uint32, driver_counters>> counted_;
+  std::optional<std::map<uint32, driver_counter_values>> counted_;
   bool modules_are_closed_ = false;  // to this user
 };
 

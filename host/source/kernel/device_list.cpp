@@ -7,6 +7,7 @@
 #include <charconv>
 #include <string_view>
 
+#include "base/digits.h"
 #include "base/replace_file.h"
 #include "source/kernel/own_file.h"
 #include "source/kernel/sorted_records.h"
@@ -60,9 +61,7 @@ void append_device(std::string& to, const kernel_link& link, const mapped_device
 // Reads the next field. False when it is not a number.
 template <typename Number>
 bool take_field(std::string_view& line, Number& number) {
-  const std::string_view text = take_until(' ', line);
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end == text.data() + text.size();
+  return read_number(take_until(' ', line), number);
 }
 
 std::string take_kind(std::string_view& line) {

@@ -162,7 +162,7 @@ constexpr driver_row kDriverRows[] = {
 };
 constexpr uint32 kWantedGroups = 1U << ETHTOOL_STATS_ETH_PHY | 1U << ETHTOOL_STATS_ETH_MAC | 1U << ETHTOOL_STATS_RMON;
 
-void take_counter(uint32 group, const attributes& counter, driver_counters& counters) {
+void take_counter(uint32 group, const attributes& counter, driver_counter_values& counters) {
   for (const driver_row& row : kDriverRows)
     if (const auto value = counter.number<uint64>(row.number); value && row.group == group)
       counters[row.counter] = value;
@@ -178,14 +178,14 @@ std::optional<std::size_t> size_class_of(uint32 low, uint32 high) {
   return std::nullopt;
 }
 
-void take_size(const attributes& bucket, uint32 first, driver_counters& counters) {
+void take_size(const attributes& bucket, uint32 first, driver_counter_values& counters) {
   const uint32 low = bucket.number<uint32>(ETHTOOL_A_STATS_GRP_HIST_BKT_LOW).value_or(0);
   const uint32 high = bucket.number<uint32>(ETHTOOL_A_STATS_GRP_HIST_BKT_HI).value_or(0);
   const auto packets = bucket.number<uint64>(ETHTOOL_A_STATS_GRP_HIST_VAL);
   if (const auto size = size_class_of(low, high); size && packets) counters[first + *size] = packets;
 }
 
-void take_group(const attributes& all, driver_counters& counters) {
+void take_group(const attributes& all, driver_counter_values& counters) {
   const auto group = all.number<uint32>(ETHTOOL_A_STATS_GRP_ID);
   if (!group) return;
   all.for_each(ETHTOOL_A_STATS_GRP_STAT,
@@ -320,8 +320,8 @@ void decode_link_fault(const nlmsghdr& message, link_faults& faults) {
 
 // ---- Counters -------------------------------------------------------------------------------------------------------
 
-std::map<uint32, driver_counters> read_driver_counters(ethtool_socket& ethtool) {
-  std::map<uint32, driver_counters> counted;
+std::map<uint32, driver_counter_values> read_driver_counters(ethtool_socket& ethtool) {
+  std::map<uint32, driver_counter_values> counted;
   netlink_request request = ethtool.request(ETHTOOL_MSG_STATS_GET, NLM_F_DUMP);
   put_ethtool_head(request, ETHTOOL_A_STATS_HEADER, 0, 0);
   nlattr* const groups = mnl_attr_nest_start(&request.head(), ETHTOOL_A_STATS_GROUPS);
@@ -335,10 +335,10 @@ std::map<uint32, driver_counters> read_driver_counters(ethtool_socket& ethtool) 
   return counted;
 }
 
-void decode_driver_counters(const nlmsghdr& message, std::map<uint32, driver_counters>& counted) {
+void decode_driver_counters(const nlmsghdr& message, std::map<uint32, driver_counter_values>& counted) {
   const auto reply = parse_reply(message, kStatsPolicy, ETHTOOL_A_STATS_HEADER);
   if (!reply || reply->device == 0) return;
-  driver_counters counters;
+  driver_counter_values counters;
   reply->all.for_each(ETHTOOL_A_STATS_GRP,
                       [&counters](std::span<const uint8> group) { take_group(parse(group, kGroupPolicy), counters); });
   const bool tells = std::any_of(counters.begin(), counters.end(), [](const auto& it) { return it.has_value(); });

@@ -96,10 +96,10 @@ enum driver_counter : uint32 {
   kDriverCounters = kDriverSentBySize + std::tuple_size_v<size_classes>
 };
 // What a driver does not count is absent.
-using driver_counters = std::array<std::optional<uint64>, kDriverCounters>;
+using driver_counter_values = std::array<std::optional<uint64>, kDriverCounters>;
 
-std::map<uint32, driver_counters> read_driver_counters(ethtool_socket& ethtool);
-void decode_driver_counters(const nlmsghdr& message, std::map<uint32, driver_counters>& counted);
+std::map<uint32, driver_counter_values> read_driver_counters(ethtool_socket& ethtool);
+void decode_driver_counters(const nlmsghdr& message, std::map<uint32, driver_counter_values>& counted);
 
 // ---- Power of modules -----------------------------------------------------------------------------------------------
 

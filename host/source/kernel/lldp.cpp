@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <iterator>
 #include <span>
 #include <utility>
 
+#include "base/digits.h"
 #include "source/kernel/netlink.h"
 #include "source/kernel/tables.h"
 
@@ -36,16 +36,10 @@ constexpr flag_word kLldpCapabilities[] = {
     {0x10, "router"}, {0x20, "telephone"}, {0x40, "docsis"}, {0x80, "station"},
 };
 
-std::string hexadecimal_of(std::string_view bytes) {
-  std::string text;
-  for (const char byte : bytes) fmt::format_to(std::back_inserter(text), "{:02x}", static_cast<uint8>(byte));
-  return text;
-}
-
-// "021c.7340.0202"
 std::string mac_text(std::string_view bytes) {
-  std::string text = hexadecimal_of(bytes);
-  return text.insert(8, ".").insert(4, ".");
+  std::string text;
+  append_dotted_hex(text, bytes);
+  return text;
 }
 
 // The first byte is the family, as IANA numbers them.
@@ -54,12 +48,12 @@ std::string address_text(std::string_view bytes) {
   char text[INET6_ADDRSTRLEN] = {};
   if (bytes.size() == 5 && bytes[0] == kIpv4) inet_ntop(AF_INET, bytes.data() + 1, text, sizeof text);
   if (bytes.size() == 17 && bytes[0] == kIpv6) inet_ntop(AF_INET6, bytes.data() + 1, text, sizeof text);
-  return text[0] == '\0' ? hexadecimal_of(bytes) : text;
+  return text[0] == '\0' ? hex_of(bytes) : text;
 }
 
 std::string id_text(const lldp_id& id, id_form form) {
   constexpr std::size_t kMacBytes = 6;
-  if (form == id_form::mac) return id.bytes.size() == kMacBytes ? mac_text(id.bytes) : hexadecimal_of(id.bytes);
+  if (form == id_form::mac) return id.bytes.size() == kMacBytes ? mac_text(id.bytes) : hex_of(id.bytes);
   return form == id_form::address ? address_text(id.bytes) : id.bytes;
 }
 

@@ -68,9 +68,11 @@ bool find_functions(void* from, lldp_library& to) {
          find_function(from, "lldpctl_atom_dec_ref", to.drop);
 }
 
-// Loads the library once. Returns 0 or the errno of the answer.
+// Loads the library, which then stays: it may be installed while this program runs. Returns 0 or the errno of the
+// answer.
 int load_library(lldp_library& loaded) {
-  static void* const opened = dlopen("liblldpctl.so.4", RTLD_NOW | RTLD_LOCAL);
+  static void* opened = nullptr;
+  if (opened == nullptr) opened = dlopen("liblldpctl.so.4", RTLD_NOW | RTLD_LOCAL);
   if (opened == nullptr) return ELIBACC;
   if (!find_functions(opened, loaded)) return ELIBBAD;
   loaded.log_callback([](int, const char*) {});

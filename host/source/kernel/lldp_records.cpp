@@ -1,12 +1,11 @@
 // Neighbors by LLDP as text.
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <charconv>
-#include <iterator>
 #include <optional>
 
+#include "base/digits.h"
 #include "source/kernel/lldp.h"
+#include "source/kernel/own_file.h"
 
 namespace host {
 namespace {
@@ -15,7 +14,7 @@ std::string escaped(std::string_view bytes) {
   std::string text;
   for (const char byte : bytes)
     if (byte < ' ' || byte > '~' || byte == '\\')
-      fmt::format_to(std::back_inserter(text), "\\x{:02x}", static_cast<uint8>(byte));
+      append_hex(text += "\\x", static_cast<uint8>(byte));
     else
       text += byte;
   return text;
@@ -25,9 +24,7 @@ std::string escaped(std::string_view bytes) {
 template <typename Number>
 std::optional<Number> number_in(std::string_view text, int base = 10) {
   Number number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
+  return read_number(text, number, base) ? std::optional(number) : std::nullopt;
 }
 
 std::string unescaped(std::string_view text) {
@@ -40,13 +37,6 @@ std::string unescaped(std::string_view text) {
     text.remove_prefix(byte ? kEscapeLength : 1);
   }
   return bytes;
-}
-
-// The word at the start of a line, which is removed with its blank.
-std::string_view take_word(std::string_view& line) {
-  const std::string_view word = line.substr(0, line.find(' '));
-  line.remove_prefix(std::min(word.size() + 1, line.size()));
-  return word;
 }
 
 // A line of a neighbor: how it is written, if at all, and read.
@@ -76,7 +66,7 @@ constexpr line_form id_line(std::string_view word) {
             put_line(to, name, fmt::format("{} {}", (it.*member).subtype, escaped((it.*member).bytes)));
           },
           [](std::string_view value, lldp_neighbor& it) {
-            (it.*member).subtype = number_in<uint32>(take_word(value)).value_or(0);
+            (it.*member).subtype = number_in<uint32>(take_until(' ', value)).value_or(0);
             (it.*member).bytes = unescaped(value);
           }};
 }
@@ -133,10 +123,10 @@ constexpr line_form kLineForms[] = {
 constexpr std::string_view kNeighborWord = "neighbor";
 
 void read_line(std::string_view line, std::vector<lldp_neighbor>& neighbors) {
-  const std::string_view word = take_word(line);
+  const std::string_view word = take_until(' ', line);
   if (word == kNeighborWord) {
     lldp_neighbor& it = neighbors.emplace_back();
-    it.device_number = number_in<uint32>(take_word(line)).value_or(0);
+    it.device_number = number_in<uint32>(take_until(' ', line)).value_or(0);
     it.device = unescaped(line);
     return;
   }
@@ -158,11 +148,7 @@ std::string lldp_text(const std::vector<lldp_neighbor>& neighbors) {
 
 std::vector<lldp_neighbor> read_lldp_text(std::string_view text) {
   std::vector<lldp_neighbor> neighbors;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    read_line(text.substr(0, end), neighbors);
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
+  while (!text.empty()) read_line(take_until('\n', text), neighbors);
   return neighbors;
 }
 

@@ -6,14 +6,13 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
-#include <cstdio>
 #include <cstring>
 #include <map>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
+#include "base/digits.h"
 #include "base/replace_file.h"
 #include "source/kernel/own_file.h"
 #include "switch/interface_range.h"
@@ -23,29 +22,6 @@ namespace {
 
 constexpr std::size_t kNone = SIZE_MAX;
 constexpr char kGone[] = "gone:";  // begins the key of an entry that no device can have
-
-std::string hex(const std::array<uint8, 6>& mac) {
-  std::string text;
-  for (const uint8 byte : mac) {
-    char digits[3];
-    std::snprintf(digits, sizeof digits, "%02x", unsigned{byte});
-    text += digits;
-  }
-  return text;
-}
-
-template <typename Number>
-bool read_number(std::string_view text, int base, Number& number) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  return error == std::errc() && end == text.data() + text.size();
-}
-
-bool read_mac(std::string_view text, std::array<uint8, 6>& mac) {
-  if (text.size() != 2 * mac.size()) return false;
-  for (std::size_t i = 0; i < mac.size(); ++i)
-    if (!read_number(text.substr(2 * i, 2), 16, mac[i])) return false;
-  return true;
-}
 
 // The single interface that a text names; 0 for another text.
 if_index_t interface_of(std::string_view text) {
@@ -85,14 +61,13 @@ std::optional<stored_names::entry> stored_names::read_entry(std::string_view lin
   it.key = take_until(' ', line);
   if (!it.key.starts_with("address:") && !it.key.starts_with("name:") && !it.key.starts_with(kGone))
     return std::nullopt;
-  if (!read_number(take_until(' ', line), 10, it.number) || !read_mac(take_until(' ', line), it.mac))
-    return std::nullopt;
+  if (!read_number(take_until(' ', line), it.number) || !read_hex(take_until(' ', line), it.mac)) return std::nullopt;
   it.if_index = interface_of(line);
   return it.if_index == 0 ? std::nullopt : std::optional(it);
 }
 
 std::string stored_names::written(const entry& it) {
-  return it.key + " " + std::to_string(it.number) + " " + hex(it.mac) + " " + text_of(it.if_index) + "\n";
+  return it.key + " " + std::to_string(it.number) + " " + hex_of(it.mac) + " " + text_of(it.if_index) + "\n";
 }
 
 // A key and an interface are used once: the first line counts. Entries of this process are kept.
@@ -154,7 +129,9 @@ std::vector<std::string> stored_names::keys_of(const std::vector<kernel_link>& l
   for (const kernel_link& link : links) {
     const bool has_address = link.permanent_mac && count[*link.permanent_mac] == 1;
     const bool is_word = link.name.find_first_of(" \n") == std::string::npos;
-    keys.push_back(has_address ? "address:" + hex(*link.permanent_mac) : is_word ? "name:" + link.name : std::string());
+    keys.push_back(has_address ? "address:" + hex_of(*link.permanent_mac)
+                   : is_word   ? "name:" + link.name
+                               : std::string());
   }
   return keys;
 }

@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <cstring>
 #include <memory>
 #include <optional>
@@ -18,6 +17,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/digits.h"
 #include "base/replace_file.h"
 #include "base/text.h"
 
@@ -26,12 +26,6 @@ namespace {
 
 constexpr std::size_t kMostBytes = 256 << 20;  // of one file
 constexpr std::string_view kVersionWords = "pmsh capture ";
-
-template <typename Number>
-bool read_number(std::string_view text, Number& number, int base = 10) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  return error == std::errc() && end == text.data() + text.size() && !text.empty();
-}
 
 std::vector<std::string_view> words_of(std::string_view line) {
   std::vector<std::string_view> words;

@@ -4,9 +4,9 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 
+#include "base/digits.h"
 #include "base/text.h"
 #include "source/yaml/yaml_file_error.h"
 
@@ -23,9 +23,7 @@ const char* type_of(const YAML::Node& node) {
 
 std::optional<uint64> to_number(std::string_view digits, int base = 10) {
   uint64 value = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
-  if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
-  return value;
+  return read_number(digits, value, base) ? std::optional(value) : std::nullopt;
 }
 
 // The word that was probably meant, as an addition to a message.

@@ -6,12 +6,12 @@
 #include <set>
 #include <string>
 
+#include "base/vsan_access.h"
 #include "host/messages/vsan_set.h"
 #include "platform/port_manager.h"
 #include "source/chassis/switch_file.h"
 #include "switch/if_index_layout.h"
 #include "switch/interface_range.h"
-#include "switch/vsan_access.h"
 
 namespace host {
 namespace {

@@ -23,7 +23,6 @@
 namespace host {
 namespace {
 
-constexpr question kLinks{NETLINK_ROUTE, RTM_GETLINK, AF_UNSPEC};
 constexpr question kNewLink{NETLINK_ROUTE, RTM_NEWLINK, AF_UNSPEC};
 constexpr question kDeleteLink{NETLINK_ROUTE, RTM_DELLINK, AF_UNSPEC};
 constexpr uint32 kFree = 77;  // no device has this number

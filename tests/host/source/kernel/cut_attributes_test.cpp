@@ -229,7 +229,7 @@ TEST(KernelCutAttributes, OfALinkFault) {
 }
 
 TEST(KernelCutAttributes, OfDriverCounters) {
-  std::map<uint32, driver_counters> counted;
+  std::map<uint32, driver_counter_values> counted;
   const auto has = [&](driver_counter counter) { return [&, counter] { return counted[kDevice][counter] == 8; }; };
   const auto in_group = [](nlmsghdr& it) { mnl_attr_put_u32(&it, ETHTOOL_A_STATS_GRP_ID, ETHTOOL_STATS_ETH_MAC); };
   const std::vector<uint8> value = bytes_in(uint64{8});

@@ -33,7 +33,6 @@
 namespace host {
 namespace {
 
-constexpr question kLinkDump{NETLINK_ROUTE, RTM_GETLINK, AF_UNSPEC};
 constexpr question kVlans{NETLINK_ROUTE, RTM_GETLINK, AF_BRIDGE};
 constexpr question kAddresses{NETLINK_ROUTE, RTM_GETADDR, AF_UNSPEC};
 const question kModes = recorded_kernel::ethtool(ETHTOOL_MSG_LINKMODES_GET);
@@ -202,7 +201,7 @@ TEST_F(KernelRecording, FlowControlIsSetOrAgreedOn) {
 // The table of the negotiation: what the sides advertise (pause, asymmetric) and where pauses then work.
 TEST(KernelFlowControl, FollowsTheTableOfTheNegotiation) {
   constexpr uint16 kReceives = 2, kSends = 1;
-  enum : unsigned { kNothing = 0, kPause = 1, kAsymmetric = 2, kBoth = 3 };
+  enum : unsigned { kNoPause = 0, kPause = 1, kAsymmetric = 2, kBoth = 3 };
   const auto oper_of = [](unsigned ours, unsigned theirs) {
     kernel_link link;
     link.number = 2;
@@ -221,7 +220,7 @@ TEST(KernelFlowControl, FollowsTheTableOfTheNegotiation) {
   EXPECT_EQ(oper_of(kAsymmetric, kAsymmetric), 0);
   EXPECT_EQ(oper_of(kAsymmetric, kPause), 0);
   EXPECT_EQ(oper_of(kPause, kAsymmetric), 0);
-  EXPECT_EQ(oper_of(kBoth, kNothing), 0);
+  EXPECT_EQ(oper_of(kBoth, kNoPause), 0);
 }
 
 // ---- Why links are down ---------------------------------------------------------------------------------------------
@@ -807,7 +806,7 @@ TEST_F(KernelRecording, CountersOfADriverAreKnownWhereItHasThem) {
 TEST_F(KernelRecording, AnMtuBeyondWhatPortsCountIsNotSupported) {
   netlink_request loopback = link_message({.number = kVeth0, .name = "veth0", .kind = "veth", .flags = IFF_UP});
   mnl_attr_put_u32(&loopback.head(), IFLA_MTU, 65'536);  // the last one holds
-  kernel_.answer(kLinkDump, [bytes = recorded(std::move(loopback))](const nlmsghdr&) {
+  kernel_.answer(kLinks, [bytes = recorded(std::move(loopback))](const nlmsghdr&) {
     return recorded_answer{0, {bytes}};
   });
   read();
@@ -970,7 +969,7 @@ void expect_whole(const machine& made) {
 }
 
 TEST_F(KernelRecording, ADumpThatWasDisturbedIsAskedForAgain) {
-  for (const question& asked : {kLinkDump, kVlans, kAddresses, kModes, kPauses})
+  for (const question& asked : {kLinks, kVlans, kAddresses, kModes, kPauses})
     for (const disturbance how : {disturbance::lost, disturbance::interrupted}) {
       const uint32 before = kernel_.times_asked(asked);
       kernel_.disturb(asked, how);
@@ -991,9 +990,9 @@ TEST_F(KernelRecording, ADumpOfDetailsThatWasDisturbedIsAskedForAgain) {
 }
 
 TEST_F(KernelRecording, DevicesThatAlwaysChangeAreAnError) {
-  kernel_.disturb(kLinkDump, disturbance::interrupted, 100);
+  kernel_.disturb(kLinks, disturbance::interrupted, 100);
   EXPECT_THROW(read(), kernel_error);
-  EXPECT_LT(kernel_.times_asked(kLinkDump), 10U);
+  EXPECT_LT(kernel_.times_asked(kLinks), 10U);
 }
 
 TEST_F(KernelRecording, VlansThatAlwaysChangeAreAbsent) {
@@ -1004,7 +1003,7 @@ TEST_F(KernelRecording, VlansThatAlwaysChangeAreAbsent) {
 }
 
 TEST_F(KernelRecording, DevicesThatAreRefusedAreAnError) {
-  kernel_.refuse(kLinkDump, EPERM);
+  kernel_.refuse(kLinks, EPERM);
   try {
     read();
     ADD_FAILURE() << "a machine without its devices";
@@ -1101,7 +1100,7 @@ TEST_F(KernelRecording, AnswersForADeviceThatIsGoneAreLeftOut) {
 TEST_F(KernelRecording, ADeviceThatIsGoneForTheNextCommandHasNoDetails) {
   read();
   const if_index_t gone = port_of(kSwp1);
-  kernel_.answer(kLinkDump, [](const nlmsghdr&) {
+  kernel_.answer(kLinks, [](const nlmsghdr&) {
     return recorded_answer{0, {recorded(link_message({.number = kSwp5, .name = "swp5", .flags = 1, .operation = 2}))}};
   });
   next_command();
@@ -1152,7 +1151,7 @@ TEST(KernelMessages, OfEthtoolCutAtEachByteKeepWhatIsWhole) {
       std::vector<kernel_link> links(1);
       links[0].number = kSwp1;
       link_faults faults;
-      std::map<uint32, driver_counters> counted;
+      std::map<uint32, driver_counter_values> counted;
       decode_link_modes(head, links);
       decode_pause(head, links);
       decode_link_fault(head, faults);

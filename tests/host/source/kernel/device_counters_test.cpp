@@ -25,7 +25,6 @@ namespace {
 
 const question kDumpOfNames = recorded_kernel::ethtool(ETHTOOL_MSG_LINKSTATE_GET);
 const question kDumpOfStatistics = {NETLINK_ROUTE, RTM_GETSTATS, AF_UNSPEC};
-const question kDumpOfLinks = {NETLINK_ROUTE, RTM_GETLINK, AF_UNSPEC};
 
 netlink_request name_message(uint32 number, const std::string& name) {
   netlink_request message(recorded_kernel::kEthtoolFamily, 0);
@@ -51,7 +50,7 @@ class CountedDevices : public testing::Test {
  protected:
   CountedDevices() {
     for (const auto& [number, name] : {std::pair(12U, "veth0"), {13U, "veth1"}})
-      kernel_.tell(kDumpOfLinks, link_message({.number = number, .name = name, .kind = "veth", .flags = IFF_UP}));
+      kernel_.tell(kLinks, link_message({.number = number, .name = name, .kind = "veth", .flags = IFF_UP}));
     kernel_.answer(kDumpOfNames, [this](const nlmsghdr&) {
       ++dumps_of_names_;
       const bool is_renamed = renamed_at_ != 0 && dumps_of_names_ >= renamed_at_;
@@ -83,7 +82,7 @@ TEST_F(CountedDevices, AreReadWithTheirNames) {
   EXPECT_EQ((*counted)[0].counted.rx_packets, 100U);
   EXPECT_EQ((*counted)[1].name, "veth1");
   EXPECT_EQ((*counted)[1].counted.rx_packets, 200U);
-  EXPECT_EQ(kernel_.times_asked(kDumpOfLinks), 0U);
+  EXPECT_EQ(kernel_.times_asked(kLinks), 0U);
 }
 
 TEST_F(CountedDevices, AreNotReadWhileOneIsRenamed) {
@@ -122,7 +121,7 @@ TEST_F(CountedDevices, RefreshOnlyTheCountersOfAModel) {
   ASSERT_TRUE(source.refresh_counters(model));
   EXPECT_EQ(received_by(source, model, 12), 100U);
   EXPECT_EQ(received_by(source, model, 13), 200U);
-  EXPECT_EQ(kernel_.times_asked(kDumpOfLinks), 1U);
+  EXPECT_EQ(kernel_.times_asked(kLinks), 1U);
 }
 
 TEST_F(CountedDevices, AreNotShownUnderAnEarlierName) {
@@ -138,12 +137,12 @@ TEST_F(CountedDevices, AreKnownToALaterProcess) {
   kernel_source later({}, {}, {}, list_);
   auto model = later.read_counters();
   ASSERT_TRUE(model);
-  EXPECT_EQ(kernel_.times_asked(kDumpOfLinks), 1U);
+  EXPECT_EQ(kernel_.times_asked(kLinks), 1U);
   ASSERT_EQ(model->interfaces.size(), first.interfaces.size());
   EXPECT_TRUE(later.refresh_counters(*model));
   EXPECT_EQ(received_by(later, *model, 13), 200U);
   later.refresh(*model);
-  EXPECT_EQ(kernel_.times_asked(kDumpOfLinks), 2U) << "other commands read the rest";
+  EXPECT_EQ(kernel_.times_asked(kLinks), 2U) << "other commands read the rest";
 }
 
 TEST_F(CountedDevices, OfALaterProcessMustHaveTheirNames) {

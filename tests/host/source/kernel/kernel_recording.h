@@ -1,6 +1,10 @@
 // A kernel that answers from messages made by hand. It stands in the place of the real one as long as it lives.
 #pragma once
 
+#include <linux/netlink.h>
+#include <linux/rtnetlink.h>
+#include <sys/socket.h>
+
 #include <cerrno>
 #include <cstdint>
 #include <deque>
@@ -27,6 +31,9 @@ struct question {
 
   auto operator<=>(const question&) const = default;
 };
+
+// The dump of links.
+inline constexpr question kLinks{NETLINK_ROUTE, RTM_GETLINK, AF_UNSPEC};
 
 struct recorded_answer {
   int error = 0;  // an errno in place of messages

@@ -111,7 +111,6 @@ class KernelLengths : public testing::Test {
     return found;
   }
 
-  static constexpr question kLinks{NETLINK_ROUTE, RTM_GETLINK, AF_UNSPEC};
   recorded_kernel kernel_;
 };
 

@@ -265,7 +265,6 @@ netlink_request port_message(uint8 state, const bridge_id& designated, uint16 de
 // The row of a port, whose message comes before that of its bridge.
 bridge_port_row tree_row(netlink_request bridge, netlink_request port) {
   recorded_kernel kernel;
-  constexpr question kLinks = {NETLINK_ROUTE, RTM_GETLINK, AF_UNSPEC};
   kernel.tell(kLinks, std::move(port));
   kernel.tell(kLinks, std::move(bridge));
   std::vector<table_row> rows;

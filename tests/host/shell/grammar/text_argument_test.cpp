@@ -1,12 +1,12 @@
 // Texts as arguments of commands: what is written reads as the same bytes.
-#include "shell/grammar/words.h"
+#include "base/text_argument.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
+#include "base/printable.h"
 #include "shell/grammar/parser.h"
-#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {

@@ -6,6 +6,12 @@
 
 namespace host {
 
+// The VSANs of which a user may see all.
+enum : uint32 { kFirstVsan = 1, kLastVsan = 4093 };
+
+// Whether the set lacks one of them.
+bool is_restricted_to(const vsan_bitset_t& vsans);
+
 // Whether ports of this mode (a PM_PORT_MODE_ bit) carry several VSANs.
 bool is_trunking_mode(uint32 port_mode);
 

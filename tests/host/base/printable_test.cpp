@@ -1,5 +1,5 @@
 // Text of others, made printable.
-#include "shell/output/terminal/printable.h"
+#include "base/printable.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "switch/vsan_access.h"
+#include "base/vsan_access.h"
 
 #include <algorithm>
 #include <iterator>
@@ -19,6 +19,12 @@ bool share_any(const vsan_bitset_t& a, const vsan_bitset_t& b) {
 }  // namespace
 
 bool is_trunking_mode(uint32 port_mode) { return (port_mode & kTrunkingModes) != 0; }
+
+bool is_restricted_to(const vsan_bitset_t& vsans) {
+  for (uint32 vsan = kFirstVsan; vsan <= kLastVsan; ++vsan)
+    if (bitset_is_set(&vsans, vsan) == 0) return true;
+  return false;
+}
 
 bool may_see_port(const vsan_bitset_t& user_vsans, const port_vsans& port) {
   return bitset_is_set(&user_vsans, port.vsan) != 0 || (port.is_trunking && share_any(user_vsans, port.carried));

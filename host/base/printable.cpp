@@ -1,8 +1,9 @@
-#include "shell/output/terminal/printable.h"
+#include "base/printable.h"
 
 #include <algorithm>
 #include <cstring>
 
+#include "base/digits.h"
 #include "platform/types.h"
 
 namespace host {
@@ -56,9 +57,8 @@ bool is_plain_word(const char* bytes) {
 }
 
 void append_escape(std::string& to, unsigned char byte) {
-  constexpr char kDigits[] = "0123456789abcdef";
-  const char escape[] = {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 0xF]};
-  to.append(escape, sizeof escape);
+  to += "\\x";
+  append_hex(to, byte);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // Which ports a user of some VSANs sees.
-#include "switch/vsan_access.h"
+#include "base/vsan_access.h"
 
 #include <gtest/gtest.h>
 
@@ -35,6 +35,20 @@ TEST(VsanAccess, TrunkIsSeenByAnyVsanThatItCarries) {
 
 TEST(VsanAccess, CarriedVsansOfAPortThatDoesNotTrunkDoNotCount) {
   EXPECT_FALSE(may_see_port(set_of({10}), {1, false, set_of({10})}));
+}
+
+// All that a user may see, but one.
+vsan_bitset_t all_but(uint32 missing) {
+  vsan_bitset_t set = set_of({});
+  for (uint32 vsan = 1; vsan <= 4093; ++vsan)
+    if (vsan != missing) bitset_set(&set, vsan);
+  return set;
+}
+
+TEST(VsanAccess, UsersWithAllVsansAreNotRestricted) {
+  EXPECT_FALSE(is_restricted_to(all_but(0)));
+  EXPECT_TRUE(is_restricted_to(set_of({})));
+  for (const uint32 missing : {1U, 2000U, 4093U}) EXPECT_TRUE(is_restricted_to(all_but(missing))) << missing;
 }
 
 TEST(VsanAccess, UserWithoutAVsanSeesNothing) {

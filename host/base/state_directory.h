@@ -10,7 +10,4 @@ namespace host {
 // no place for it.
 std::string state_file(std::string_view name);
 
-// Creates the parent directories of a path. Returns 0, or the errno of the first missing one that cannot be created.
-int make_directories_of(const std::string& path);
-
 }  // namespace host

@@ -1,4 +1,4 @@
-#include "shell/grammar/words.h"
+#include "base/text_argument.h"
 
 #include <fmt/format.h>
 
@@ -6,9 +6,9 @@
 #include <charconv>
 #include <iterator>
 
+#include "base/printable.h"
 #include "base/text.h"
 #include "base/tokens.h"
-#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {
