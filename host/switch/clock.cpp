@@ -31,6 +31,8 @@ std::time_t clock_now() {
   return clock.stopped_at ? *clock.stopped_at : machine_time().tv_sec + clock.ahead;
 }
 
+bool clock_is_stopped() { return the_clock().stopped_at.has_value(); }
+
 double clock_now_exactly() {
   constexpr double kSecondsPerNanosecond = 1e-9;
   const host_clock& clock = the_clock();
@@ -44,6 +46,15 @@ void clock_set(std::time_t seconds_since_1970) { the_clock().stopped_at = second
 void clock_advance(std::time_t seconds) {
   host_clock& clock = the_clock();
   (clock.stopped_at ? *clock.stopped_at : clock.ahead) += seconds;
+}
+
+clock_course clock_course_now() {
+  const host_clock& clock = the_clock();
+  return {clock.stopped_at.has_value(), clock.stopped_at.value_or(clock.ahead)};
+}
+
+void clock_take_over(const clock_course& course) {
+  the_clock() = course.is_stopped ? host_clock{course.seconds, 0} : host_clock{std::nullopt, course.seconds};
 }
 
 void clock_follow_machine() { the_clock() = {}; }

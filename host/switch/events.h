@@ -19,11 +19,11 @@ using event_value = std::variant<std::monostate, std::string, mac_address, ip_ad
 struct switch_event {
   uint32 at_sec = 0;  // when it was received, in seconds since 1970
   event_kind kind = event_kind::link;
-  row_device device;
-  std::optional<ip_address> address;  // that an event of an address or a neighbor is about
-  std::optional<mac_address> mac;     // of the neighbor
-  std::string change;                 // "added", "removed", or the name of what changed
-  event_value old_value, new_value;
+  row_device device = {};
+  std::optional<ip_address> address = {};  // that an event of an address or a neighbor is about
+  std::optional<mac_address> mac = {};     // of the neighbor
+  std::string change = {};                 // "added", "removed", or the name of what changed
+  event_value old_value = {}, new_value = {};
 };
 
 // Events as they come, from the moment at which it was made.

@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
+#include "base/digits.h"
 #include "base/text.h"
 #include "platform/if_index.h"
 
@@ -30,9 +30,7 @@ struct written_number {
 
 std::optional<uint32> to_number(std::string_view digits) {
   uint32 value = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-  if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
-  return value;
+  return read_number(digits, value) ? std::optional(value) : std::nullopt;
 }
 
 std::optional<written_number> split_number(std::string_view token) {

@@ -90,16 +90,16 @@ struct hardware_row {
 // A neighbor by LLDP, or a protocol like it. What it does not advertise is empty.
 struct lldp_row {
   row_device device;
-  std::string protocol;
-  std::string chassis_id, chassis_id_type;
-  std::string system_name, system_description;
-  std::string management_addresses;                // words
-  std::string capabilities, enabled_capabilities;  // words
-  std::string port_id, port_id_type, port_description;
-  std::optional<uint32> port_vlan;  // of untagged frames
-  std::vector<uint16> vlans;        // ascending
-  std::optional<uint32> ttl_seconds;
-  std::optional<uint32> unchanged_seconds;  // since it advertised something else
+  std::string protocol = {};
+  std::string chassis_id = {}, chassis_id_type = {};
+  std::string system_name = {}, system_description = {};
+  std::string management_addresses = {};                     // words
+  std::string capabilities = {}, enabled_capabilities = {};  // words
+  std::string port_id = {}, port_id_type = {}, port_description = {};
+  std::optional<uint32> port_vlan = {};  // of untagged frames
+  std::vector<uint16> vlans = {};        // ascending
+  std::optional<uint32> ttl_seconds = {};
+  std::optional<uint32> unchanged_seconds = {};  // since it advertised something else
 };
 
 // A measured value of a transceiver that is outside of a limit.

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "base/text_argument.h"
 #include "base/tokens.h"
 #include "shell/grammar/mistakes.h"
 #include "shell/grammar/pipe_stages.h"
 #include "shell/grammar/reading.h"
-#include "shell/grammar/words.h"
 
 namespace host {
 namespace {

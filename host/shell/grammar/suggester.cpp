@@ -6,10 +6,10 @@
 #include <iterator>
 
 #include "base/text.h"
+#include "base/text_argument.h"
 #include "shell/grammar/mistakes.h"
 #include "shell/grammar/pipe_stages.h"
 #include "shell/grammar/reading.h"
-#include "shell/grammar/words.h"
 
 namespace host {
 namespace {

@@ -47,6 +47,20 @@ TEST_F(Clock, IsToldWithItsFraction) {
   EXPECT_EQ(clock_now_exactly(), 1'700'000'090);
 }
 
+TEST_F(Clock, IsTakenOverFromAnotherOne) {
+  clock_set(1'700'000'000);
+  const clock_course stopped = clock_course_now();
+  clock_follow_machine();
+  clock_advance(100'000);
+  const clock_course ahead = clock_course_now();
+
+  clock_take_over(stopped);
+  EXPECT_EQ(clock_now(), 1'700'000'000);
+  clock_take_over(ahead);
+  EXPECT_FALSE(clock_is_stopped());
+  EXPECT_GE(clock_now(), std::time(nullptr) + 99'999);
+}
+
 TEST_F(Clock, GoesBackToTheTimeOfTheMachine) {
   clock_set(5);
   clock_follow_machine();

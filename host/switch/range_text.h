@@ -26,4 +26,7 @@ std::vector<number_run> runs_of(std::span<const if_index_t> interfaces);
 std::string range_text(const number_run& run);
 std::string range_text(std::span<const if_index_t> interfaces);
 
+// Interfaces by their full names: "Ethernet1/1-4, Ethernet1/7".
+std::string names_text(std::span<const if_index_t> interfaces);
+
 }  // namespace host

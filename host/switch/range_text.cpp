@@ -1,4 +1,4 @@
-#include "shell/grammar/range_text.h"
+#include "switch/range_text.h"
 
 #include "switch/interface_name.h"
 
@@ -35,6 +35,16 @@ std::string range_text(const number_run& run) {
 std::string range_text(std::span<const if_index_t> interfaces) {
   std::string text;
   for (const number_run& run : runs_of(interfaces)) text.append(text.empty() ? "" : ", ").append(range_text(run));
+  return text;
+}
+
+std::string names_text(std::span<const if_index_t> interfaces) {
+  std::string text;
+  for (const auto& [first, last] : runs_of(interfaces)) {
+    char name[64] = {};
+    text.append(text.empty() ? "" : ", ").append(sprintf_if_index(name, first));
+    if (last != first) text.append("-").append(std::to_string(number_of(last).port));
+  }
   return text;
 }
 
