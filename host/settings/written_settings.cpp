@@ -1,10 +1,10 @@
-#include "shell/commands/configure/written_settings.h"
+#include "settings/written_settings.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 
-#include "shell/grammar/words.h"
+#include "base/text_argument.h"
 
 namespace host {
 namespace {

@@ -1,15 +1,10 @@
-#include "shell/commands/configure/setting_differences.h"
-
-#include <fmt/format.h>
+#include "settings/setting_differences.h"
 
 #include <algorithm>
 #include <sstream>
-#include <string_view>
 
 #include "base/text.h"
-#include "shell/commands/configure/running_config.h"
-#include "shell/grammar/range_text.h"
-#include "switch/interface_name.h"
+#include "settings/running_config.h"
 
 namespace host {
 namespace {
@@ -30,7 +25,7 @@ command_list commands_from(interface port, const port_settings& settings, const 
 
 }  // namespace
 
-setting_difference difference_between(const command_list& before, const command_list& after) {
+command_changes difference_between(const command_list& before, const command_list& after) {
   return {without(before, after), without(after, before)};
 }
 
@@ -46,23 +41,9 @@ command_list commands_with(interface port, const port_settings& settings) {
   return commands_of(port);
 }
 
-setting_difference change_of(const interface& port, const port_settings& before) {
+command_changes change_of(const interface& port, const port_settings& before) {
   if (port.settings == before) return {};
   return difference_between(commands_from(port, before, port.settings), commands_from(port, port.settings, before));
-}
-
-std::string joined(const command_list& commands) {
-  return join(std::vector<std::string_view>(commands.begin(), commands.end()), "; ");
-}
-
-std::string names_text(std::span<const if_index_t> interfaces) {
-  std::string text;
-  for (const auto& [first, last] : runs_of(interfaces)) {
-    char name[64] = {};
-    text.append(text.empty() ? "" : ", ").append(sprintf_if_index(name, first));
-    if (last != first) text += fmt::format("-{}", number_of(last).port);
-  }
-  return text;
 }
 
 }  // namespace host

@@ -1,4 +1,4 @@
-#include "shell/session/guardian.h"
+#include "settings/guardian.h"
 
 #include <dirent.h>
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-// A separate process that rolls back changes of the kernel's devices when the shell cannot.
+// A separate process that rolls back changes of the kernel's devices when this one cannot.
 #pragma once
 
 #include <memory>
@@ -24,7 +24,7 @@ class guardian {
   // The changes were made: they are rolled back after this time of the machine's clock.
   void begin(uint32 seconds);
 
-  // True when the guardian has rolled the changes back. If it was killed, the shell's own clock decides.
+  // True when the guardian has rolled the changes back. If it was killed, the caller's own clock decides.
   bool has_ended() const;
 
   // Ends it without a rollback. False when it had already rolled back.

@@ -1,16 +1,16 @@
-#include "shell/commands/configure/running_config.h"
+#include "settings/running_config.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <vector>
 
+#include "base/text_argument.h"
 #include "platform/if_index.h"
 #include "settings/settings.h"
-#include "shell/commands/configure/written_settings.h"
-#include "shell/grammar/range_text.h"
-#include "shell/grammar/words.h"
+#include "settings/written_settings.h"
 #include "switch/if_index_layout.h"
+#include "switch/range_text.h"
 
 namespace host {
 namespace {

@@ -1,0 +1,206 @@
+#include "settings/session.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <utility>
+
+#include "base/c_edge.h"
+#include "switch/clock.h"
+#include "switch/source.h"
+
+namespace host {
+namespace {
+
+// Null: that of the process.
+switch_session* running_session = nullptr;
+
+switch_session& session_of_process() {
+  static switch_session session;
+  return session;
+}
+
+std::vector<switch_session*>& every_session() {
+  static std::vector<switch_session*> all;
+  return all;
+}
+
+uint32 next_number() {
+  static uint32 last = 0;
+  return ++last;
+}
+
+session_owner owner_of_process(uint32 since_sec) {
+  const char* const terminal = ttyname(STDIN_FILENO);
+  return {name_of_user(getuid()), getuid(), static_cast<uint32>(getpid()),
+          terminal != nullptr ? name_of_terminal(terminal) : std::string(), since_sec};
+}
+
+}  // namespace
+
+std::string name_of_user(uint32 user) {
+  char buffer[4096];
+  passwd entry{};
+  passwd* found = nullptr;
+  return getpwuid_r(user, &entry, buffer, sizeof buffer, &found) == 0 && found != nullptr ? entry.pw_name : "";
+}
+
+std::string shown_name(const session_owner& owner) {
+  return owner.user_name.empty() ? std::to_string(owner.user) : owner.user_name;
+}
+
+std::string name_of_terminal(std::string_view device) {
+  constexpr std::string_view kFolder = "/dev/";
+  return std::string(device.starts_with(kFolder) ? device.substr(kFolder.size()) : device);
+}
+
+std::span<switch_session* const> living_sessions() { return every_session(); }
+
+switch_session::switch_session() : number_(next_number()), since_sec_(static_cast<uint32>(clock_now())) {
+  every_session().push_back(this);
+}
+
+const session_owner& switch_session::owner() {
+  if (!owner_) owner_ = owner_of_process(since_sec_);
+  return *owner_;
+}
+
+void switch_session::set_owner(session_owner owner) {
+  owner_ = std::move(owner);
+  is_of_client_ = true;
+}
+
+switch_session& the_session() { return running_session != nullptr ? *running_session : session_of_process(); }
+
+session_scope::session_scope(switch_session& session)
+    : session_(session), outer_(std::exchange(running_session, &session)) {
+  session_.enter();
+}
+
+session_scope::~session_scope() {
+  session_.leave();
+  running_session = outer_;
+}
+
+void switch_session::enter() {
+  swap_journal(journal_);
+  if (dry_run_) in_dry_run_.emplace(*dry_run_);
+  if (is_for_candidate_) in_candidate_.emplace(candidate_->state());
+}
+
+void switch_session::leave() {
+  in_candidate_.reset();
+  in_dry_run_.reset();
+  swap_journal(journal_);
+}
+
+switch_session::~switch_session() {
+  if (unconfirmed_) {
+    no_throw(0, [this] {
+      const session_scope own(*this);
+      return roll_back(), 0;
+    });
+  }
+  std::erase(every_session(), this);
+}
+
+void switch_session::begin_dry_run() {
+  if (dry_run_) return;
+  dry_run_.emplace(trial_state{the_machine(), {}});
+  in_dry_run_.emplace(*dry_run_);
+}
+
+void switch_session::end_dry_run() {
+  in_dry_run_.reset();
+  dry_run_.reset();
+}
+
+void switch_session::begin_candidate() {
+  if (!candidate_) candidate_ = std::make_unique<candidate>();
+}
+
+void switch_session::end_candidate() {
+  leave_candidate();
+  candidate_.reset();
+}
+
+void switch_session::enter_candidate() {
+  if (!candidate_ || is_for_candidate_) return;
+  in_candidate_.emplace(candidate_->state());
+  is_for_candidate_ = true;
+}
+
+void switch_session::leave_candidate() {
+  is_for_candidate_ = false;
+  in_candidate_.reset();
+}
+
+machine_changes switch_session::candidate_changes() const {
+  if (!candidate_) return {};
+  return is_for_candidate_ ? candidate_->changes_in_trial() : candidate_->changes();
+}
+
+const interface* switch_session::find_in_candidate(if_index_t if_index) const {
+  return candidate_ ? candidate_->find(if_index) : nullptr;
+}
+
+void switch_session::discard_candidate() {
+  if (candidate_) candidate_->begin_again();
+}
+
+commit_result switch_session::commit(std::string_view command, std::optional<uint32> seconds) {
+  if (!candidate_) return {};
+  const machine_changes changes = candidate_->changes();
+  commit_result result;
+  std::unique_ptr<guardian> keeper;
+  if (seconds && !changes.is_empty() && the_source().devices()) {
+    keeper = guardian::start(reversed(changes), result.fault);
+    if (!keeper) return result;
+  }
+  std::optional<machine> before_commit;
+  if (seconds) before_commit = the_machine();
+  begin_changes(command);
+  result.made = apply_changes(the_machine(), changes);
+  if (seconds && !result.made.applied.empty()) {
+    if (keeper) keeper->begin(*seconds);
+    unconfirmed_ = std::make_unique<unconfirmed_commit>(
+        unconfirmed_commit{result.made.applied, static_cast<uint32>(clock_now()) + *seconds, std::move(keeper)});
+  }
+  candidate_->begin_again(changes, result.made);
+  if (unconfirmed_ && before_commit) candidate_->keep_before_commit(std::move(*before_commit));
+  return result;
+}
+
+std::optional<uint32> switch_session::seconds_to_confirm() const {
+  if (!unconfirmed_) return std::nullopt;
+  const auto now = static_cast<uint32>(clock_now());
+  return unconfirmed_->deadline_sec > now ? unconfirmed_->deadline_sec - now : 0;
+}
+
+std::optional<rollback> switch_session::end_overdue_commit() {
+  if (!unconfirmed_) return std::nullopt;
+  const bool is_over = seconds_to_confirm() == 0U;
+  return is_over || (unconfirmed_->keeper && unconfirmed_->keeper->has_ended()) ? roll_back() : std::nullopt;
+}
+
+std::optional<std::vector<if_index_t>> switch_session::confirm(std::optional<rollback>& rolled_back) {
+  if (!unconfirmed_) return std::nullopt;
+  if (unconfirmed_->keeper && !unconfirmed_->keeper->confirm()) {
+    rolled_back = roll_back();
+    return std::nullopt;
+  }
+  return std::exchange(unconfirmed_, nullptr)->interfaces;
+}
+
+// The guardian does it, or the journal when there is none.
+std::optional<rollback> switch_session::roll_back() {
+  if (!unconfirmed_) return std::nullopt;
+  const std::unique_ptr<unconfirmed_commit> commit = std::exchange(unconfirmed_, nullptr);
+  const std::optional<uint32> refused = commit->keeper ? commit->keeper->roll_back() : std::nullopt;
+  the_source().refresh(the_machine());
+  rollback done{commit->interfaces, refused ? *refused : take_change_back(the_machine()).refused.size()};
+  if (candidate_) candidate_->compare_again();
+  return done;
+}
+
+}  // namespace host
