@@ -18,6 +18,7 @@ enum class fault : uint8 {
   unanswered,       // in time
   rejected,         // by the service
   damaged,          // the answer is shorter than it says, or than it must be
+  disconnected,     // from the switch; the failure's source is the reason, one sentence
   error,            // the service answered with an error
   not_opened,       // a client library
   without_function  // a client library

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <optional>
 #include <utility>
 
 #include "base/c_edge.h"
 #include "transport/cancellation.h"
 #include "transport/failures.h"
+#include "transport/request_path.h"
 
 // Everything but transport_cancel() belongs to one thread: the one that runs commands.
 
@@ -18,7 +20,8 @@ constexpr uint32 kNone = 0xFFFFFFFF;
 
 constexpr std::string_view kUnknownService = "unknown";
 
-enum class stage : uint8 { unused, sent, waiting, received };
+// An answer is requested while its path does not have it, then it waits to be received.
+enum class stage : uint8 { unused, sent, requested, waiting, received };
 
 // A message, or room for one. `next` joins the unused ones, and the answers that wait on a queue.
 struct message {
@@ -45,7 +48,26 @@ struct registered_service {
   injected_fault injected;
 };
 
+// Calls the service when its request is sent. One that throws has rejected the request.
+class path_in_process final : public request_path {
+ public:
+  int32 begin(const sent_request& request, std::optional<reply>& answer) override {
+    try {
+      answer = request.asked.serve(request.opcode, request.payload);
+    } catch (...) {
+      answer = reply{reply::kind::reject, {}};
+    }
+    return 0;
+  }
+  int32 finish(mts_rr_token_t, uint32, reply&) override { return EAGAIN; }
+  void forget(mts_rr_token_t) override {}
+  std::vector<int> descriptors(const service& asked, uint32 cursor) override { return asked.descriptors(cursor); }
+};
+
+path_in_process services_of_process;
+
 struct transport {
+  request_path* path = &services_of_process;
   std::vector<message> messages;
   uint32 unused = kNone;
   std::vector<queue> queues;
@@ -135,6 +157,7 @@ void keep_memory(std::vector<std::byte> unused) {
 
 void release_message(uint32 index) {
   message& released = the_transport.messages[index];
+  if (released.at == stage::requested) the_transport.path->forget(released.token);
   released.at = stage::unused;
   ++released.generation;
   keep_memory(std::exchange(released.payload, {}));
@@ -159,21 +182,23 @@ void link_answer(queue& to, uint32 index) {
   to.waiting = index;
 }
 
-// The answer of a service, with its injected fault. A service that throws has rejected the request.
-reply serve(const registered_service& service, mts_opc_t opcode, std::span<const std::byte> request) {
+// The answer of a service that an injected fault keeps from being asked.
+std::optional<reply> injected_answer(const registered_service& service) {
   switch (service.injected.what) {
-    case injected_fault::kind::reject: return {reply::kind::reject, {}};
-    case injected_fault::kind::silent: return {reply::kind::silence, {}};
-    default: break;
+    case injected_fault::kind::reject: return reply{reply::kind::reject, {}};
+    case injected_fault::kind::silent: return reply{reply::kind::silence, {}};
+    default: return std::nullopt;
   }
-  try {
-    reply said = service.what.serve(opcode, request);
-    if (service.injected.what == injected_fault::kind::cut && said.payload.size() > service.injected.number)
-      said.payload.resize(service.injected.number);
-    return said;
-  } catch (...) {
-    return {reply::kind::reject, {}};
-  }
+}
+
+// Stores an answer in its message, cut if that was injected.
+void store_answer(message& to, reply said) {
+  const injected_fault& injected = the_transport.services[to.service].injected;
+  if (injected.what == injected_fault::kind::cut && said.payload.size() > injected.number)
+    said.payload.resize(injected.number);
+  to.at = stage::waiting;
+  to.rejected = said.what == reply::kind::reject;
+  to.payload = std::move(said.payload);
 }
 
 mts_rr_token_t next_token() {
@@ -181,23 +206,29 @@ mts_rr_token_t next_token() {
   return the_transport.last_token;
 }
 
-mts_msg_ref_t deliver(mts_q_handle_t q, queue& from, uint32 service, mts_opc_t opcode,
-                      std::span<const std::byte> request) {
+// Sends a request and fills `reference`. Returns 0 or an errno.
+int32 deliver(mts_q_handle_t q, queue& from, uint32 service, const mts_addr_t& to, mts_opc_t opcode,
+              std::span<const std::byte> request, mts_msg_ref_t& reference) {
   make_room();
-  reply said = serve(the_transport.services[service], opcode, request);
+  const registered_service& asked = the_transport.services[service];
   const mts_rr_token_t token = next_token();
+  std::optional<reply> said = injected_answer(asked);
+  if (!said) {
+    const int32 error = the_transport.path->begin({asked.what, to.node, opcode, token, request}, said);
+    if (error != 0) return error;
+  }
   const uint32 sent = take_message(stage::sent, q, token);
   the_transport.messages[sent].service = service;
   ++the_transport.account.sent;
-  if (said.what == reply::kind::silence) return reference_of(sent);
+  reference = reference_of(sent);
+  if (said && said->what == reply::kind::silence) return 0;
 
-  const uint32 answer = take_message(stage::waiting, q, token);
-  message& waiting = the_transport.messages[answer];
-  waiting.rejected = said.what == reply::kind::reject;
-  waiting.service = service;
-  waiting.payload = std::move(said.payload);
+  const uint32 answer = take_message(stage::requested, q, token);
+  message& expected = the_transport.messages[answer];
+  expected.service = service;
+  if (said) store_answer(expected, std::move(*said));
   link_answer(from, answer);
-  return reference_of(sent);
+  return 0;
 }
 
 // True as often as interruptions were injected for this service.
@@ -228,7 +259,23 @@ uint32 wait_in_seconds(int32 asked) {
   return limit == 0 ? wait : std::min(wait, limit);
 }
 
+// Waits for an answer that its path did not have yet. Returns 0 or an errno.
+int32 take_requested(message& requested, const mts_recv_options_t& options) {
+  return no_throw<int32>(ENOMEM, [&] {
+    reply said;
+    const uint32 seconds = options.non_blocking != 0 ? 0 : wait_in_seconds(options.timeout);
+    const int32 error = the_transport.path->finish(requested.token, seconds, said);
+    if (error == 0) store_answer(requested, std::move(said));
+    if (error == ETIMEDOUT) note_failure({the_transport.services[requested.service].what.name, fault::unanswered});
+    return error;
+  });
+}
+
 }  // namespace
+
+void transport_use(request_path* path) { the_transport.path = path == nullptr ? &services_of_process : path; }
+
+void transport_renew() { the_transport.path->renew(); }
 
 std::vector<std::byte> transport_take_buffer() {
   std::vector<std::byte> taken = std::exchange(the_transport.spare, {});
@@ -244,6 +291,12 @@ void transport_register(std::span<const service> services) {
     else
       the_transport.services[earlier] = {added, {}};
   }
+}
+
+std::vector<int> transport_descriptors(uint32 sap, uint32 cursor) {
+  const uint32 asked = find_service(sap, false);
+  if (asked == kNone || the_transport.services[asked].what.descriptors == nullptr) return {};
+  return the_transport.path->descriptors(the_transport.services[asked].what, cursor);
 }
 
 mts_q_handle_t transport_open_queue() {
@@ -265,7 +318,7 @@ void transport_close_queue(mts_q_handle_t q) {
   for (uint32 i = 0; i < the_transport.messages.size(); ++i) {
     const message& left = the_transport.messages[i];
     if (left.at == stage::unused || left.q != q) continue;
-    if (left.at != stage::waiting) ++the_transport.account.never_dropped;
+    if (left.at == stage::sent || left.at == stage::received) ++the_transport.account.never_dropped;
     release_message(i);
   }
 }
@@ -315,10 +368,8 @@ int32 mts_send(mts_q_handle_t q, const mts_addr_t* to, mts_opc_t opcode, void* p
     return fail(*from, ECONNREFUSED);
   }
   const std::span<const std::byte> request(static_cast<const std::byte*>(payload), size);
-  *sent = no_throw(mts_msg_ref_t{}, [&] { return deliver(q, *from, service, opcode, request); });
-  if (sent->id == 0) return fail(*from, ENOMEM);
-  from->error = 0;
-  return 0;
+  from->error = no_throw<int32>(ENOMEM, [&] { return deliver(q, *from, service, *to, opcode, request, *sent); });
+  return from->error == 0 ? 0 : -1;
 }
 
 mts_rr_token_t mts_rr_token_get(const mts_msg_ref_t* sent) {
@@ -338,13 +389,23 @@ int32 mts_recv(mts_q_handle_t q, mts_msg_ref_t* got, mts_recv_options_t* options
     return fail(*on, ECANCELED);
   }
   if (answer == kNone) {
-    // Services answer when their request is sent: an answer that is not here will not come.
+    // The service keeps silent, or the answer was received before: it will not come.
     if (options->non_blocking != 0) return fail(*on, EAGAIN);
     const int32 error = sleep_interruptibly(wait_in_seconds(options->timeout));
     if (error != ECANCELED) note_failure({service_asked(q, options->rr_token), fault::unanswered});
     return fail(*on, error);
   }
   message& received = the_transport.messages[answer];
+  if (received.at == stage::requested) {
+    const int32 error = take_requested(received, *options);
+    if (error != 0) {
+      if (error == ECANCELED)
+        release_message(answer);
+      else
+        link_answer(*on, answer);
+      return fail(*on, error);
+    }
+  }
   if (is_interrupted(received.service)) {
     link_answer(*on, answer);
     return fail(*on, MTS_ERRNO_INTERRUPTED);

@@ -22,6 +22,7 @@ struct reply {
   enum class kind { answer, reject, silence };
   kind what = kind::answer;
   std::vector<std::byte> payload;
+  bool is_unknown = false;  // a rejection: the service has no such opcode
 };
 
 // `request` is the payload as it was sent, unchecked.
@@ -36,6 +37,9 @@ struct service {
   // Whether an answer is complete, for services whose answers the command library reads itself; null: the reader of an
   // answer notes that it is damaged.
   bool (*is_whole)(std::span<const std::byte> answer) = nullptr;
+
+  // The descriptors of what a client follows under a cursor that it got from this service; null: the service has none.
+  std::vector<int> (*descriptors)(uint32 cursor) = nullptr;
 };
 
 // Empty, for the payload of an answer, with the memory of one that was dropped.
@@ -43,6 +47,12 @@ std::vector<std::byte> transport_take_buffer();
 
 // Makes services reachable. Later ones of the same access point and place replace earlier ones.
 void transport_register(std::span<const service> services);
+
+// Descriptors on which a client waits for what it follows under a cursor of a service: one of them is readable when a
+// request may find something new. In one process they are the service's own. On a socket it is that of the connection:
+// the other side watches those of the service and reports when one is readable. To be called before each wait. Empty
+// when the service does not know the cursor.
+std::vector<int> transport_descriptors(uint32 sap, uint32 cursor);
 
 // A queue for a command or a client, -1 when there are too many; and its end. Closing frees what was not dropped, and
 // counts it.
@@ -71,6 +81,9 @@ bool transport_inject_fault(std::string_view service_name, injected_fault what);
 
 // The longest wait in seconds, even when more was requested; 0 is no limit.
 void transport_limit_waits(uint32 seconds);
+
+// Makes a connection to the switch again that was lost.
+void transport_renew();
 
 // Ends every wait, now and from now on, with error ECANCELED, until it is called with false; the answer that was waited
 // for is given up. Safe in a signal handler.
