@@ -115,7 +115,18 @@ def netlink():
             "lying": number(0xFFFFFFFF) + a_link[4:], "cut": a_link[:70]}
 
 
-for make in (diagnostics, listing, members, misc_info, module_resources, netlink, tlv, transceiver, vlan_set):
+def frame():
+    def request(payload, flags=0):
+        return be32(len(payload)) + bytes([4, flags, 0, 0]) + be32(9, 0xFE000000, 179, 7) + payload
+
+    hello = b"pmsh" + be32(1, 3) + b"1.2" + be32(10) + b"/dev/pts/3"
+    greeting = be32(len(hello)) + bytes([1, 0, 0, 0]) + bytes(16) + hello
+    return {"hello": greeting, "request": request(be32(PORT)), "several": greeting + request(b"") + request(be32(PORT)),
+            "long": request(b"one", 1) + request(b"two", 1) + request(b"three"), "cut": request(be32(PORT))[:26],
+            "lying": be32(0xFFFFFFFF) + request(b"")[4:]}
+
+
+for make in (diagnostics, frame, listing, members, misc_info, module_resources, netlink, tlv, transceiver, vlan_set):
     folder = ROOT / make.__name__
     folder.mkdir(parents=True, exist_ok=True)
     for name, content in make().items():

@@ -59,7 +59,7 @@ void decode_ethtool(const nlmsghdr& message, std::vector<host::kernel_link>& lin
   host::decode_pause(message, links);
   host::link_faults faults;
   host::decode_link_fault(message, faults);
-  std::map<uint32_t, host::driver_counters> counted;
+  std::map<uint32_t, host::driver_counter_values> counted;
   host::decode_driver_counters(message, counted);
   expect(faults.size() <= 1 && counted.size() <= 1);
   host::decode_module_power(message);
