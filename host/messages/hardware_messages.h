@@ -46,7 +46,8 @@ enum hardware_opcode : mts_opc_t {
   HARDWARE_OPC_CHASSIS = 1,          // none            chassis_record
   HARDWARE_OPC_CARD = 2,             // card_request    card_record; PM_ERR_NO_SUCH_INTERFACE for an empty slot
   HARDWARE_OPC_DEVICE_COUNTERS = 3,  // device_request  pm_proc_net_dev_stats_t; the same for an unknown device
-  HARDWARE_OPC_DEVICE_NAMES = 4      // none            device_name_record and the name, for each name of a device
+  HARDWARE_OPC_DEVICE_NAMES = 4,     // none            device_name_record and the name, for each name of a device
+  HARDWARE_OPC_CLEAR_DEVICE = 5      // device_request  none: its counters start from 0; the same for an unknown device
 };
 
 }  // namespace host

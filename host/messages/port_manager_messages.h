@@ -66,8 +66,10 @@ static_assert(sizeof(setting_request) == 7);
 struct sfp_diagnostics {
   mts_get_sfp_diag_info_t values;
   sfp_diag_info_ddm_tlvs_t further;
+  uint8 has_lanes;  // 1: the module has several (property::lanes)
+  uint8 reserved[3];
 };
-static_assert(sizeof(sfp_diagnostics) == 172 + 260);
+static_assert(sizeof(sfp_diagnostics) == 172 + 260 + 4);
 
 // The resources of the module in a slot, from 0.
 struct module_request {

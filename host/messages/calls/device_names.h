@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -12,5 +13,8 @@ namespace host {
 // Each name of a device, also its alternative ones, and its interface, from the hardware service. None when the switch
 // is not the kernel's, or when the service does not answer.
 std::vector<std::pair<std::string, if_index_t>> ask_device_names();
+
+// Makes the counters of a device start from 0. False when there is no such device, or the service does not answer.
+bool ask_to_clear_device(std::string_view name);
 
 }  // namespace host

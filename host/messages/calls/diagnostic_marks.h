@@ -1,4 +1,4 @@
-// Alarms and warnings of the optical diagnostics that were fetched last.
+// Alarms and warnings of the optical diagnostics that were fetched last, and whether their module has several lanes.
 #pragma once
 
 #include <span>
@@ -15,9 +15,13 @@ struct quantity_mark {
   bool operator==(const quantity_mark&) const = default;
 };
 
-// Replaces the marks by those of a record.
+// Replaces the marks by those of a record; then no lanes are noted.
 void note_marks(const mts_get_sfp_diag_info_t& fetched);
 void forget_marks();
+
+// The module in a port has several lanes, whose values are property::lanes.
+void note_lanes(if_index_t if_index);
+bool has_noted_lanes(if_index_t if_index);
 
 // Of the quantities that are outside of their limits.
 std::span<const quantity_mark> noted_marks();
