@@ -7,6 +7,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "messages/fields.h"
 #include "messages/messages.h"
 #include "platform/port_config.h"
 #include "switch/live_statistics.h"
@@ -20,6 +21,9 @@ template <typename Record>
 concept wire_record = std::is_trivially_copyable_v<Record> && alignof(Record) == 1;
 
 inline reply reject() { return {reply::kind::reject, {}}; }
+
+// Rejects an opcode that the service does not have.
+inline reply reject_opcode() { return {reply::kind::reject, {}, true}; }
 
 template <wire_record Record>
 void append_bytes(reply& to, const Record& record) {
@@ -63,6 +67,16 @@ class answer_writer {
 inline reply answer_error(syserr_t error) {
   reply answer;
   append_bytes(answer, reply_head{error, 0});
+  return answer;
+}
+
+// An answer of fields: those that `write` appends.
+template <typename Write>
+reply answer_fields(Write write) {
+  reply answer{reply::kind::answer, transport_take_buffer()};
+  append_bytes(answer, reply_head{0, 0});
+  field_writer fields(answer.payload);
+  write(fields);
   return answer;
 }
 

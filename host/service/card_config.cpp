@@ -59,7 +59,7 @@ reply answer_capability(std::span<const std::byte> bytes) {
 }  // namespace
 
 reply serve_card_config(mts_opc_t opcode, std::span<const std::byte> request) {
-  return opcode == CRDCFG_OPC_PORT_CAPABILITY ? answer_capability(request) : reject();
+  return opcode == CRDCFG_OPC_PORT_CAPABILITY ? answer_capability(request) : reject_opcode();
 }
 
 }  // namespace host

@@ -42,6 +42,13 @@ reply answer_device_counters(std::span<const std::byte> bytes) {
   return counted ? answer_record(device_record(*counted)) : answer_error(PM_ERR_NO_SUCH_INTERFACE);
 }
 
+reply clear_device(std::span<const std::byte> bytes) {
+  const auto request = read_request<device_request>(bytes);
+  if (!request) return reject();
+  const std::string name(request->name, strnlen(request->name, sizeof request->name));
+  return clear_kernel_counters(name) ? answer_writer(0).finish() : answer_error(PM_ERR_NO_SUCH_INTERFACE);
+}
+
 void append_name(answer_writer& to, if_index_t if_index, const std::string& name) {
   to.append(device_name_record{if_index, static_cast<uint16>(name.size())}, std::as_bytes(std::span(name)));
 }
@@ -65,7 +72,8 @@ reply serve_hardware(mts_opc_t opcode, std::span<const std::byte> request) {
     case HARDWARE_OPC_CARD: return answer_card(request);
     case HARDWARE_OPC_DEVICE_COUNTERS: return answer_device_counters(request);
     case HARDWARE_OPC_DEVICE_NAMES: return answer_device_names(request);
-    default: return reject();
+    case HARDWARE_OPC_CLEAR_DEVICE: return clear_device(request);
+    default: return reject_opcode();
   }
 }
 

@@ -25,7 +25,7 @@ reply serve_interface_manager(mts_opc_t opcode, std::span<const std::byte> reque
     case IM_OPC_LAYER_MODE: return answer_value(request, &port_settings::layer);
     case IM_OPC_NATIVE_VLAN: return answer_value(request, &port_settings::native_vlan);
     case IM_OPC_ACCESS_VLAN: return answer_value(request, &port_settings::access_vlan);
-    default: return reject();
+    default: return reject_opcode();
   }
 }
 

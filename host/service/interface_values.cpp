@@ -1075,7 +1075,7 @@ reply serve_interface_values(mts_opc_t opcode, std::span<const std::byte> reques
     case VALUES_OPC_SOURCE:
       if (!request.empty()) return reject();
       return answer_record(source_answer{static_cast<uint8>(the_source().knows_all_fields() ? 1 : 0)});
-    default: return reject();
+    default: return reject_opcode();
   }
 }
 

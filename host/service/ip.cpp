@@ -28,7 +28,7 @@ reply answer_addresses(const interface& it) {
 }  // namespace
 
 reply serve_ip(mts_opc_t opcode, std::span<const std::byte> request) {
-  return opcode == IP_OPC_ADDRESSES ? answer_for_interface(request, answer_addresses) : reject();
+  return opcode == IP_OPC_ADDRESSES ? answer_for_interface(request, answer_addresses) : reject_opcode();
 }
 
 }  // namespace host

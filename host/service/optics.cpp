@@ -120,6 +120,7 @@ reply answer_diagnostics(interface& port) {
   fill_reading(read_optics(port, static_cast<uint32>(clock_now())), record.values);
   fill_limits(module.diagnostics, record.values);
   fill_constants(module.diagnostics.constants, record.values);
+  record.has_lanes = module.diagnostics.lanes.empty() ? 0 : 1;
   return answer_record(record);
 }
 
@@ -226,7 +227,7 @@ bool is_whole_line_card_answer(std::span<const std::byte> answer) {
 }
 
 reply serve_line_card(mts_opc_t opcode, std::span<const std::byte> request) {
-  return opcode == MTS_OPC_PORT_MISC_INFO ? answer_misc_info(request) : reject();
+  return opcode == MTS_OPC_PORT_MISC_INFO ? answer_misc_info(request) : reject_opcode();
 }
 
 }  // namespace host

@@ -60,7 +60,7 @@ reply serve_port_channel(mts_opc_t opcode, std::span<const std::byte> request) {
     case PC_OPC_NEXT: return answer_next(request);
     case PC_OPC_CHANNEL_OF: return answer_for_interface(request, answer_channel_of);
     case PC_OPC_LEAVE: return answer_statuses(request, leave);
-    default: return reject();
+    default: return reject_opcode();
   }
 }
 

@@ -133,7 +133,7 @@ reply serve_port_manager(mts_opc_t opcode, std::span<const std::byte> request) {
     case PM_OPC_MODULE_RESOURCES: return answer_module_resources(request);
     case PM_OPC_CLEAR_COUNTERS: return answer_clear(request);
     case PM_OPC_CLEAR_MANAGEMENT: return answer_for_interface(request, answer_clear_management);
-    default: return reject();
+    default: return reject_opcode();
   }
 }
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/vsan_access.h"
 #include "platform/syserr.h"
-#include "switch/vsan_access.h"
 
 namespace host {
 namespace {

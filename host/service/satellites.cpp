@@ -28,7 +28,7 @@ reply serve_satellite_manager(mts_opc_t opcode, std::span<const std::byte> reque
     case SAT_OPC_FABRIC_PORT: return answer_for_interface(request, answer_fabric_port);
     case SAT_OPC_SLOT: return answer_slot(request);
     case SAT_OPC_DIAGNOSTICS: return answer_with_statistics(request, answer_diagnostics);
-    default: return reject();
+    default: return reject_opcode();
   }
 }
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <span>
+#include <string>
+#include <vector>
 
 #include "transport/transport.h"
 
@@ -23,8 +25,14 @@ reply serve_private_vlans(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_satellite_manager(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_interface_values(mts_opc_t opcode, std::span<const std::byte> request);
 reply serve_tables(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_switch(mts_opc_t opcode, std::span<const std::byte> request);
+reply serve_session(mts_opc_t opcode, std::span<const std::byte> request);
+std::vector<int> descriptors_of_switch(uint32 cursor);  // of its events
 reply serve_line_card(mts_opc_t opcode, std::span<const std::byte> request);
 bool is_whole_line_card_answer(std::span<const std::byte> answer);
+
+// The file that the_machine() was read from, which the switch reports; empty: none.
+void set_switch_file(std::string file);
 
 // All of them, to be registered with the transport.
 std::span<const service> all_services();

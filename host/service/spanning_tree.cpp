@@ -70,7 +70,7 @@ reply serve_spanning_tree(mts_opc_t opcode, std::span<const std::byte> request) 
   switch (opcode) {
     case STP_OPC_EDGE: return answer_statuses(request, become_edge);
     case STP_OPC_PORT_STATE: return answer_states(request);
-    default: return reject();
+    default: return reject_opcode();
   }
 }
 

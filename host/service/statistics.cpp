@@ -41,7 +41,7 @@ reply serve_statistics(mts_opc_t opcode, std::span<const std::byte> request) {
     case STATS_OPC_CLEAR_PORT: return answer_clear(request, is_port);
     case STATS_OPC_CLEAR_LOOPBACK: return answer_clear(request, is_loopback);
     case STATS_OPC_CLEAR_CHANNEL: return answer_clear(request, is_channel);
-    default: return reject();
+    default: return reject_opcode();
   }
 }
 

@@ -5,11 +5,14 @@
 #include <list>
 #include <stdexcept>
 
+#include "base/digits.h"
 #include "base/port_status.h"
 #include "messages/table_messages.h"
 #include "service/answers.h"
 #include "service/optics.h"
+#include "service/row_writer.h"
 #include "service/services.h"
+#include "settings/session.h"
 
 namespace host {
 namespace {
@@ -17,74 +20,6 @@ namespace {
 constexpr std::size_t kMostOpenTables = 8;
 
 // ---- Values of rows -------------------------------------------------------------------------------------------------
-
-// The values of one row.
-class row_writer {
- public:
-  explicit row_writer(value_writer& to) : to_(to) {}
-
-  void number(property of, const std::optional<uint64>& value) { put(of, value, absence::none, &value_writer::number); }
-  void text(property of, const std::string& text) { put(of, filled(text), absence::none, &value_writer::text); }
-  // A list, which may be empty.
-  void words(property of, const std::optional<std::string>& words) {
-    put(of, words, absence::not_supported, &value_writer::text);
-  }
-  void address(property of, const std::optional<ip_address>& address) {
-    if (!address)
-      to_.absent(of, absence::none);
-    else if (address->is_ipv6)
-      to_.ipv6(of, address->bytes);
-    else
-      to_.ipv4(of, address->bytes);
-  }
-  void interface(property of, if_index_t if_index) {
-    if (if_index == 0)
-      to_.absent(of, absence::none);
-    else
-      to_.interface(of, if_index);
-  }
-  void mac(property of, const std::optional<mac_address>& mac) { put(of, mac, absence::none, &value_writer::mac); }
-  // Without a value these are unknown.
-  template <typename Number>
-  void known_number(property of, const std::optional<Number>& value) {
-    put(of, value, absence::not_supported, &value_writer::number);
-  }
-  void known_mac(property of, const std::optional<mac_address>& value) {
-    put(of, value, absence::not_supported, &value_writer::mac);
-  }
-  void known_decimal(property of, const std::string& digits) {
-    put(of, filled(digits), absence::not_supported, &value_writer::decimal);
-  }
-  void map(property of, const std::optional<std::vector<std::pair<std::string, uint64>>>& entries) {
-    put(of, entries, absence::not_supported, &value_writer::map);
-  }
-  void known_text(property of, const std::optional<std::string>& text) {
-    put(of, text ? filled(*text) : std::nullopt, absence::not_supported, &value_writer::text);
-  }
-  void vlans(property of, const std::vector<uint16>& ascending) { to_.vlans(of, ascending); }
-  void device(const row_device& it) {
-    interface(property::interface, it.if_index);
-    text(property::device, it.name);
-    number(property::ifindex, it.number == 0 ? std::nullopt : std::optional<uint64>(it.number));
-  }
-
- private:
-  static std::optional<std::string_view> filled(const std::string& text) {
-    return text.empty() ? std::nullopt : std::optional<std::string_view>(text);
-  }
-
-  // The value, or why there is none.
-  template <typename Value, typename Written>
-  void put(property of, const std::optional<Value>& value, absence why,
-           void (value_writer::*write)(property, Written)) {
-    if (value)
-      (to_.*write)(of, *value);
-    else
-      to_.absent(of, why);
-  }
-
-  value_writer& to_;
-};
 
 std::optional<uint64> state_of(const row_device& device) {
   const interface* const port = the_machine().find(device.if_index);
@@ -128,13 +63,8 @@ void write_row(const forwarding_row& row, row_writer to) {
 // "8000.021c.7340.0100", as the parts of other addresses are written.
 std::optional<std::string> text_of(const std::optional<bridge_id>& id) {
   if (!id) return std::nullopt;
-  constexpr char kDigits[] = "0123456789abcdef";
   std::string text;
-  for (std::size_t i = 0; i < id->size(); ++i) {
-    if (i != 0 && i % 2 == 0) text += '.';
-    text += kDigits[(*id)[i] >> 4];
-    text += kDigits[(*id)[i] & 0xF];
-  }
+  append_dotted_hex(text, *id);
   return text;
 }
 
@@ -220,11 +150,12 @@ struct open_table {
   bool has_changed = false;
 };
 
-// The last used one is the last.
-std::list<open_table>& open_tables() {
-  static std::list<open_table> all;
-  return all;
-}
+// Those of the session. The last used one is the last.
+struct tables_of_session {
+  std::list<open_table> open;
+};
+
+std::list<open_table>& open_tables() { return the_session().kept<tables_of_session>().open; }
 
 uint32 new_cursor() {
   static uint32 last = 0;
@@ -336,7 +267,7 @@ reply serve_tables(mts_opc_t opcode, std::span<const std::byte> request) {
     case TABLES_OPC_BEGIN: return begin_table(request);
     case TABLES_OPC_GO_ON: return go_on(request);
     case TABLES_OPC_END: return end_table(request);
-    default: return reject();
+    default: return reject_opcode();
   }
 }
 

@@ -130,12 +130,12 @@ reply serve_vlan_manager(mts_opc_t opcode, std::span<const std::byte> request) {
       return answer_for_interface(request,
                                   [](const interface& port) { return answer_record(set_of(port.errored_vlans)); });
     case MTS_OPC_VLAN_TRUNKING_MEMBERSHIP: return answer_memberships(request);
-    default: return reject();
+    default: return reject_opcode();
   }
 }
 
 reply serve_private_vlans(mts_opc_t opcode, std::span<const std::byte> request) {
-  return opcode == MTS_OPC_PVLAN_GET_SWITCHPORT_INFO ? answer_private_vlans(request) : reject();
+  return opcode == MTS_OPC_PVLAN_GET_SWITCHPORT_INFO ? answer_private_vlans(request) : reject_opcode();
 }
 
 }  // namespace host

@@ -23,7 +23,7 @@ reply answer_trunk_membership(const interface& port) {
 }  // namespace
 
 reply serve_vsan_manager(mts_opc_t opcode, std::span<const std::byte> request) {
-  return opcode == VSAN_OPC_TRUNK_MEMBERSHIP ? answer_for_interface(request, answer_trunk_membership) : reject();
+  return opcode == VSAN_OPC_TRUNK_MEMBERSHIP ? answer_for_interface(request, answer_trunk_membership) : reject_opcode();
 }
 
 }  // namespace host

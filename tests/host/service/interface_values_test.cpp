@@ -431,38 +431,33 @@ bytes* served_bytes = nullptr;
 
 reply serve_bytes(mts_opc_t, std::span<const std::byte>) { return {reply::kind::answer, *served_bytes}; }
 
-TEST_F(ValuesService, AnAnswerThatIsCutIsDamaged) {
-  const std::array asked = {property::state, property::description, property::mtu_bytes};
-  const reply whole = serve_interface_values(VALUES_OPC_INTERFACE, values_request_for(names_.first_port, asked, false));
+// Serves the beginnings of an answer, then all of it; `ask` returns whether there was an answer.
+template <typename Ask>
+void expect_cut_answers_are_damaged(const reply& whole, const Ask& ask) {
   const service cutting[] = {{SAP_INTERFACE_VALUES, "interface-values", serve_bytes}};
   transport_register(cutting);
   bytes cut;
   served_bytes = &cut;
-  for (std::size_t size = 0; size < whole.payload.size(); ++size) {
+  for (std::size_t size = 0; size <= whole.payload.size(); ++size) {
     cut.assign(whole.payload.begin(), whole.payload.begin() + static_cast<std::ptrdiff_t>(size));
+    const bool is_whole = size == whole.payload.size();
     forget_failures();
-    EXPECT_FALSE(ask_interface_values(q_, names_.first_port, asked, false)) << size;
-    EXPECT_FALSE(noted_failures().empty()) << size;
+    EXPECT_EQ(ask(), is_whole) << size;
+    EXPECT_EQ(noted_failures().empty(), is_whole) << size;
   }
-  cut = whole.payload;
-  forget_failures();
-  EXPECT_TRUE(ask_interface_values(q_, names_.first_port, asked, false));
-  EXPECT_TRUE(noted_failures().empty());
+}
+
+TEST_F(ValuesService, AnAnswerThatIsCutIsDamaged) {
+  const std::array asked = {property::state, property::description, property::mtu_bytes};
+  const reply whole = serve_interface_values(VALUES_OPC_INTERFACE, values_request_for(names_.first_port, asked, false));
+  expect_cut_answers_are_damaged(whole,
+                                 [&] { return ask_interface_values(q_, names_.first_port, asked, false).has_value(); });
 }
 
 TEST_F(ValuesService, AnAnswerAboutUnknownValuesThatIsCutIsDamaged) {
   const std::array asked = {property::state, property::symbol_errors};
   const reply whole = serve_interface_values(VALUES_OPC_UNKNOWN, values_request_for(names_.first_port, asked, true));
-  const service cutting[] = {{SAP_INTERFACE_VALUES, "interface-values", serve_bytes}};
-  transport_register(cutting);
-  bytes cut;
-  served_bytes = &cut;
-  for (std::size_t size = 0; size < whole.payload.size(); ++size) {
-    cut.assign(whole.payload.begin(), whole.payload.begin() + static_cast<std::ptrdiff_t>(size));
-    forget_failures();
-    EXPECT_FALSE(ask_unknown_values(q_, names_.first_port, asked)) << size;
-    EXPECT_FALSE(noted_failures().empty()) << size;
-  }
+  expect_cut_answers_are_damaged(whole, [&] { return ask_unknown_values(q_, names_.first_port, asked).has_value(); });
 }
 
 // Reads all of an answer's values by every accessor.

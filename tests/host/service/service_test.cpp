@@ -73,13 +73,13 @@ class Services : public testing::Test {
 };
 
 // Every question that can be asked.
-struct question {
+struct service_question {
   const char* name;
   service_function serve;
   mts_opc_t opcode;
   std::size_t request_bytes;
 };
-constexpr question kQuestions[] = {
+constexpr service_question kQuestions[] = {
     {"port config", serve_port_manager, PM_OPC_PORT_CONFIG, 8},
     {"transceiver", serve_port_manager, PM_OPC_TRANSCEIVER, 8},
     {"listing", serve_port_manager, PM_OPC_LISTING, 4},
@@ -107,7 +107,7 @@ constexpr question kQuestions[] = {
 };
 
 TEST_F(Services, RejectRequestsOfEveryOtherSize) {
-  for (const question& asked : kQuestions) {
+  for (const service_question& asked : kQuestions) {
     for (std::size_t size = 0; size < 32; ++size) {
       // Of exactly its size, so that a sanitizer sees a read past the end.
       const std::vector<std::byte> request(size);
@@ -134,14 +134,14 @@ TEST_F(Services, HaveNamesAndAccessPointsOfTheirOwn) {
   EXPECT_EQ(service_names, (std::vector<std::string_view>{
                                "port-manager", "interface-manager", "statistics", "ip", "hardware", "card-config",
                                "port-channel", "spanning-tree", "vsan-manager", "vlan-manager", "private-vlans",
-                               "satellite-manager", "interface-values", "tables", "line-card"}));
+                               "satellite-manager", "interface-values", "tables", "session", "switch", "line-card"}));
   EXPECT_EQ(saps.front(), 179u);
   std::sort(saps.begin(), saps.end());
   EXPECT_EQ(std::adjacent_find(saps.begin(), saps.end()), saps.end());
 }
 
 TEST_F(Services, ReportAnUnknownInterface) {
-  for (const question& asked : kQuestions) {
+  for (const service_question& asked : kQuestions) {
     const bool is_listing = asked.opcode == PM_OPC_LISTING || asked.opcode == PM_OPC_STARTUP_LISTING;
     const bool is_walk = asked.serve == serve_port_channel && asked.opcode == PC_OPC_NEXT;
     if (asked.serve == serve_interface_manager || is_listing || is_walk) continue;
@@ -154,7 +154,7 @@ TEST_F(Services, ReportAnUnknownInterface) {
 }
 
 TEST_F(Services, RefuseAReversedRangeAndOneOverTwoKinds) {
-  for (const question& asked : kQuestions) {
+  for (const service_question& asked : kQuestions) {
     if (asked.request_bytes < 8) continue;
     const auto ask = [&](range_request range) {
       std::vector<std::byte> request(asked.request_bytes);

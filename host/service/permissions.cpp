@@ -1,0 +1,97 @@
+#include "service/permissions.h"
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+#include "base/port_status.h"
+#include "messages/port_manager_messages.h"
+#include "messages/session_messages.h"
+#include "platform/clear_counters.h"
+#include "service/answers.h"
+#include "settings/session.h"
+#include "settings/trial.h"
+
+namespace host {
+namespace {
+
+bool may_send(const known_request& request) {
+  switch (request.effect) {
+    case request_effect::none: return true;
+    case request_effect::settings: return the_session().rights().may_change || trial::is_running();
+    case request_effect::other: return the_session().rights().may_change;
+  }
+  return false;
+}
+
+// The ports that a request of the session would change.
+std::vector<if_index_t> ports_of(mts_opc_t opcode) {
+  if (opcode == SESSION_OPC_UNDO) return changed_ports(the_machine(), 1);
+  return opcode == SESSION_OPC_COMMIT ? the_session().candidate_changes().ports() : std::vector<if_index_t>();
+}
+
+}  // namespace
+
+reply serve_permitted(std::span<const known_request> known, service_function serve, mts_opc_t opcode,
+                      std::span<const std::byte> request) {
+  const auto found =
+      std::find_if(known.begin(), known.end(), [opcode](const known_request& it) { return it.opcode == opcode; });
+  if (found == known.end()) return reject_opcode();
+  if (!may_send(*found)) {
+    if (std::optional<reply> refused = found->refuse(opcode, request, kPortStatusLookOnly)) return std::move(*refused);
+  }
+  return serve(opcode, request);
+}
+
+std::optional<reply> refuse_with_error(mts_opc_t, std::span<const std::byte>, uint32 status) {
+  return answer_error(static_cast<syserr_t>(status));
+}
+
+std::optional<reply> refuse_ranges(mts_opc_t, std::span<const std::byte> request, uint32 status) {
+  return answer_statuses(request, [status](const interface&) { return status; });
+}
+
+std::optional<reply> refuse_setting(mts_opc_t opcode, std::span<const std::byte> request, uint32 status) {
+  setting_request head;
+  if (request.size() < sizeof head) return reject();
+  std::memcpy(&head, request.data(), sizeof head);
+  request = request.subspan(sizeof head);
+  if (request.size() < head.cfg_length) return reject();
+  return refuse_ranges(opcode, request.subspan(head.cfg_length), status);
+}
+
+std::optional<reply> refuse_clear(mts_opc_t, std::span<const std::byte> request, uint32 status) {
+  if (request.size() < sizeof(clear_request)) return reject();
+  const auto interfaces = request.subspan(sizeof(clear_request));
+  const std::size_t count = interfaces.size() / sizeof(be32);
+  if (count > kMaxClearedAtOnce || interfaces.size() % sizeof(be32) != 0) return reject();
+  reply answer;
+  append_bytes(answer, static_cast<uint8>(count));
+  for (std::size_t i = 0; i < count; ++i) {
+    be32 if_index;
+    std::memcpy(&if_index, interfaces.data() + i * sizeof if_index, sizeof if_index);
+    append_bytes(answer, pm_clear_status_t{if_index, static_cast<int32>(status)});
+  }
+  return answer;
+}
+
+std::optional<reply> refuse_clear_of_statistics(mts_opc_t, std::span<const std::byte> request, uint32 status) {
+  const auto read = read_request<eth_statistics_request>(request);
+  if (!read || read->get != 0) return std::nullopt;
+  return answer_error(static_cast<syserr_t>(status));
+}
+
+std::optional<reply> refuse_session_change(mts_opc_t opcode, std::span<const std::byte>, uint32 status) {
+  const std::vector<if_index_t> ports = ports_of(opcode);
+  return answer_fields([&](field_writer& to) {
+    to.numbers({});
+    to.u32(static_cast<uint32>(ports.size()));
+    for (const if_index_t it : ports) {
+      to.u32(it);
+      to.u32(status);
+    }
+    if (opcode == SESSION_OPC_COMMIT) to.text({});  // no other fault
+  });
+}
+
+}  // namespace host
