@@ -1,4 +1,5 @@
 #include <cstring>
+#include <optional>
 #include <string_view>
 
 #include "client/request.h"
@@ -8,17 +9,17 @@
 
 using namespace host;
 
-int32 pm_get_proc_net_dev_stats(const char* device, pm_proc_net_dev_stats_t* stats) {
-  if (device == nullptr || stats == nullptr) return PM_ERR_GENERAL;
-  const std::string_view name = device;
+namespace {
+
+// Nothing for a name that no device has.
+std::optional<device_request> request_for(std::string_view name) {
   device_request request{};
-  if (name.size() >= sizeof request.name) return PM_ERR_NO_SUCH_INTERFACE;  // no device has such a name
+  if (name.size() >= sizeof request.name) return std::nullopt;
   std::memcpy(request.name, name.data(), name.size());
-  const call to{client_queue(), SAP_HARDWARE, HARDWARE_OPC_DEVICE_COUNTERS};
-  return ask_record(answered_by_errors(to), bytes_of(request), writable_bytes_of(*stats));
+  return request;
 }
 
-namespace {
+call to_hardware(mts_opc_t opcode) { return answered_by_errors({client_queue(), SAP_HARDWARE, opcode}); }
 
 using device_names = std::vector<std::pair<std::string, if_index_t>>;
 
@@ -37,6 +38,18 @@ device_names read_names(std::span<const std::byte> records) {
 }
 
 }  // namespace
+
+int32 pm_get_proc_net_dev_stats(const char* device, pm_proc_net_dev_stats_t* stats) {
+  if (device == nullptr || stats == nullptr) return PM_ERR_GENERAL;
+  const auto request = request_for(device);
+  if (!request) return PM_ERR_NO_SUCH_INTERFACE;
+  return ask_record(to_hardware(HARDWARE_OPC_DEVICE_COUNTERS), bytes_of(*request), writable_bytes_of(*stats));
+}
+
+bool host::ask_to_clear_device(std::string_view name) {
+  const auto request = request_for(name);
+  return request && answer(to_hardware(HARDWARE_OPC_CLEAR_DEVICE), bytes_of(*request), 1).error() == 0;
+}
 
 std::vector<std::pair<std::string, if_index_t>> host::ask_device_names() {
   constexpr int32 kNamesTimeoutSec = 2;  // a line that names no device needs none

@@ -72,6 +72,7 @@ int32 ask_diagnostics(const call& to, if_index_t if_index, mts_get_sfp_diag_info
   *diag_info = record.values;
   *sfp_ddm_info = record.further;
   note_marks(record.values);
+  if (record.has_lanes != 0) note_lanes(if_index);
   return 0;
 }
 

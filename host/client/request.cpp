@@ -94,6 +94,23 @@ answer::answer(const call& to, std::span<const std::byte> request, std::size_t r
 
 answer::~answer() { mts_drop(q_, &got_); }
 
+fields_answer::fields_answer(const call& to, std::span<const std::byte> request)
+    : q_(to.q), sap_(to.sap), error_(exchange(to, request, &got_)) {
+  if (error_ != 0) return;
+  const std::span payload = payload_of(got_);
+  error_ = reported_error(payload);
+  if (payload.size() < sizeof(reply_head))
+    note_damage();
+  else if (error_ != 0)
+    note_reported(to, error_);
+  else
+    fields_ = payload.subspan(sizeof(reply_head));
+}
+
+fields_answer::~fields_answer() { mts_drop(q_, &got_); }
+
+void fields_answer::note_damage() const { transport_note_damaged(sap_); }
+
 syserr_t ask_record(const call& to, std::span<const std::byte> request, std::span<std::byte> record) {
   const answer got(to, request, record.size());
   if (got.error() != 0) return got.error();

@@ -2,9 +2,12 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
+#include <utility>
 
 #include "messages/calls/command_account.h"
+#include "messages/fields.h"
 #include "platform/mts.h"
 #include "platform/syserr.h"
 #include "platform/types.h"
@@ -85,6 +88,43 @@ class answer {
   mts_msg_ref_t got_{};
   counted_records held_;
 };
+
+// Sends a request, and holds the fields of the answer, which follow its reply head, until its scope ends.
+class fields_answer {
+ public:
+  fields_answer(const call& to, std::span<const std::byte> request);
+  ~fields_answer();
+  fields_answer(const fields_answer&) = delete;
+  fields_answer& operator=(const fields_answer&) = delete;
+
+  // 0, the errors of exchange(), or the error that the service reports: then there are no fields.
+  syserr_t error() const { return error_; }
+  field_reader fields() const { return field_reader(fields_); }
+
+  // Notes that the answer is damaged: its fields are not those that its reader expects.
+  void note_damage() const;
+
+ private:
+  mts_q_handle_t q_;
+  uint32 sap_;
+  mts_msg_ref_t got_{};
+  syserr_t error_;
+  std::span<const std::byte> fields_ = {};
+};
+
+// Asks for fields and returns what `read` makes of them. Nothing, and a failure is noted, when there is no answer, when
+// the service reports an error, and when `read` does not use exactly the fields that came.
+template <typename Read>
+auto ask_fields(const call& to, std::span<const std::byte> request, Read read)
+    -> std::optional<decltype(read(std::declval<field_reader&>()))> {
+  const fields_answer answer(to, request);
+  if (answer.error() != 0) return std::nullopt;
+  field_reader fields = answer.fields();
+  auto result = read(fields);
+  if (fields.is_complete()) return result;
+  answer.note_damage();
+  return std::nullopt;
+}
 
 // Whether records could not be taken from an answer although the service reports no error.
 bool is_damaged(std::span<const std::byte> payload, const counted_records& found);

@@ -2,8 +2,13 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
+#include <string>
+#include <utility>
 
+#include "base/c_edge.h"
 #include "base/port_status.h"
+#include "messages/calls/session.h"
 #include "messages/table_messages.h"
 #include "platform/port_config.h"
 
@@ -38,11 +43,25 @@ constexpr error_text kTexts[] = {
     {kTableGivenUp, "too many other tables were begun meanwhile"},
 };
 
+// The services may be of another process: its text is valid until the same status is asked for again.
+const char* text_of_services(uint32 status) {
+  static std::map<uint32, std::string> asked;
+  return no_throw<const char*>(nullptr, [status]() -> const char* {
+    auto text = session_status_text(status);
+    return text ? (asked[status] = std::move(*text)).c_str() : nullptr;
+  });
+}
+
+const char* text_of_status(uint32 status) {
+  const char* const text = text_of_port_status(status);
+  return text == nullptr && is_status_of_text(status) ? text_of_services(status) : text;
+}
+
 }  // namespace
 
 const char* syserr2str(syserr_t error) {
   const auto* const end = std::end(kTexts);
   const auto* const found =
       std::find_if(std::begin(kTexts), end, [=](const error_text& it) { return it.error == error; });
-  return found == end ? text_of_port_status(static_cast<uint32>(error)) : found->text;
+  return found == end ? text_of_status(static_cast<uint32>(error)) : found->text;
 }

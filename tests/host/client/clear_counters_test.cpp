@@ -13,6 +13,7 @@
 #include "host/switch/loopback_device.h"
 #include "host/switch/stopped_clock.h"
 #include "messages/calls/command_account.h"
+#include "messages/calls/device_names.h"
 #include "messages/port_manager_messages.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
@@ -402,6 +403,16 @@ TEST_F(ClearCounters, BothViewsOfTheManagementDeviceStartFromItsClear) {
   EXPECT_LE(stats.in_pkts, kernel.rx_packets) << "both count what has come since, one after the other";
   EXPECT_LE(kernel.rx_packets, since);
   EXPECT_EQ(stats.interval_start_time, 1'750'000'000u);
+}
+
+TEST_F(ClearCounters, ADeviceIsClearedByItsName) {
+  pm_proc_net_dev_stats_t kernel{};
+  const uint64 kernel_had = kernel_says("rx_packets");
+  EXPECT_TRUE(ask_to_clear_device("lo"));
+  ASSERT_EQ(pm_get_proc_net_dev_stats("lo", &kernel), 0);
+  EXPECT_LE(kernel.rx_packets, kernel_says("rx_packets") - kernel_had);
+  EXPECT_FALSE(ask_to_clear_device("none-of-these"));
+  EXPECT_FALSE(ask_to_clear_device("sixteen-letters."));
 }
 
 // Sends a packet each second.

@@ -13,6 +13,7 @@
 #include "client/request.h"
 #include "host/client/captured_output.h"
 #include "host/client/client_fixture.h"
+#include "messages/calls/diagnostic_marks.h"
 #include "platform/interface_manager.h"
 #include "platform/ip_config.h"
 #include "platform/port_channel.h"
@@ -343,6 +344,21 @@ TEST_F(Clients, StatisticsPrinterAddsLinesForDetail) {
   const std::string printed = take_captured_output();
   EXPECT_THAT(printed, HasSubstr("      4002 runts, 4003 giants, 4001 CRC, 4005 overrun, 2003 dropped\n"));
   EXPECT_THAT(printed, HasSubstr("      4007 collisions, 4008 late collisions, 4006 underrun, 3005 dropped\n"));
+}
+
+TEST_F(Clients, LanesAreNotedWithTheDiagnosticsOfTheirModule) {
+  for (const if_index_t it : {names_.first_port, names_.second_port})
+    the_machine().find(it)->module_in_port->diagnostics.calibration = 1;
+  the_machine().find(names_.first_port)->module_in_port->diagnostics.lanes.resize(4);
+  mts_get_sfp_diag_info_t diagnostics{};
+  sfp_diag_info_ddm_tlvs_t further{};
+
+  ASSERT_EQ(pm_get_sfp_diag_info(q_, names_.first_port, &diagnostics, &further), 0);
+  EXPECT_TRUE(has_noted_lanes(names_.first_port));
+  EXPECT_FALSE(has_noted_lanes(names_.second_port));
+  ASSERT_EQ(pm_get_sfp_diag_info(q_, names_.second_port, &diagnostics, &further), 0);
+  EXPECT_FALSE(has_noted_lanes(names_.first_port));
+  EXPECT_FALSE(has_noted_lanes(names_.second_port)) << "it has one";
 }
 
 TEST_F(Clients, SystemErrorsHaveTexts) {
