@@ -12,11 +12,13 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "messages/calls/switch_facts.h"
 #include "service/services.h"
+#include "settings/session.h"
 #include "shell/commands/added_commands.h"
-#include "shell/grammar/range_text.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/parameters.h"
 #include "shell/library/selection.h"
@@ -30,6 +32,7 @@
 #include "switch/interface_name.h"
 #include "switch/interface_range.h"
 #include "switch/model.h"
+#include "switch/range_text.h"
 #include "switch/source.h"
 #include "transport/transport.h"
 
@@ -37,6 +40,8 @@ namespace fs = std::filesystem;
 
 // The one that is open.
 struct pmhost_t {
+  host::switch_session of_switch;
+  host::session_scope requests{of_switch};
   host::shell session;
   host::command_queue queue;
   host::output_settings output;
@@ -237,6 +242,15 @@ int run_with_output(pmhost_command_t& command, Work work) {
   return code;
 }
 
+// What the session knows of its switch, and the first user.
+void begin_session(host::shell& session) {
+  auto about = host::ask_switch_facts();
+  auto answer = host::ask_user({});
+  if (!about || !answer) throw std::runtime_error("the service of the switch did not answer");
+  session.about = std::move(*about);
+  if (answer->user) session.user = std::make_shared<const host::session_user>(std::move(*answer->user));
+}
+
 paraminfo_t* block_of_ranges(pmhost_command_t& command) {
   return command.parameters.for_ranges(command.mask, command.ranges);
 }
@@ -253,14 +267,12 @@ pmhost_t* pmhost_open(const char* switch_file, char** error) {
     const std::string file = find_switch_file(switch_file);
     host::the_machine() = host::load_switch_file(file);
     host::set_source(std::make_unique<host::chassis_source>());
+    host::set_switch_file(file);
     host::transport_register(host::all_services());
     host::ask_nobody();
     auto opened = std::make_unique<pmhost_t>();
     opened->session.library = library;
-    opened->session.switch_name = host::the_machine().name;
-    opened->session.switch_file = file;
-    const auto& users = host::the_machine().users;
-    opened->session.user = users.empty() ? nullptr : &users.front();
+    begin_session(opened->session);
     opened->session.output = &opened->output;
     program_output::of_program = stdout;
     host::set_error_sink(print_error_line);
@@ -276,6 +288,7 @@ void pmhost_close(pmhost_t* host) {
     host::set_error_sink({});
     host::the_machine() = {};
     host::set_source();
+    host::set_switch_file({});
     return 0;
   });
 }
