@@ -10,29 +10,32 @@
 #include <sstream>
 #include <utility>
 
+#include "base/files.h"
+#include "base/program_directory.h"
+#include "messages/calls/switch_facts.h"
 #include "service/services.h"
-#include "settings/settings.h"
+#include "settings/session.h"
 #include "shell/commands/added_commands.h"
 #include "shell/library/command_library.h"
 #include "shell/options.h"
+#include "shell/output/document/account.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/platform/prompts.h"
 #include "shell/session/command_files.h"
+#include "shell/session/connection.h"
 #include "shell/session/interactive.h"
 #include "shell/session/run.h"
-#include "shell/session/state_directory.h"
-#include "source/chassis/chassis_source.h"
-#include "source/chassis/giant.h"
-#include "source/chassis/switch_file.h"
-#include "source/kernel/baselines.h"
+#include "shell/session/unconfirmed_commit.h"
 #include "source/kernel/capture.h"
 #include "source/kernel/kernel_source.h"
+#include "source/open/open_switch.h"
 #include "source/replay/capture_folder.h"
-#include "source/replay/replay_source.h"
 #include "source/yaml/yaml_file_error.h"
 #include "switch/clock.h"
 #include "switch/model.h"
 #include "switch/source.h"
+#include "transport/failures.h"
+#include "transport/socket_path.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -40,44 +43,6 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
-
-fs::path program_directory() {
-  std::error_code error;
-  return fs::read_symlink("/proc/self/exe", error).parent_path();
-}
-
-// The demonstration switch: in the source tree when the program was built there, else relative to the program.
-std::string demonstration_switch() {
-  std::error_code error;
-  for (const char* const place : {PMCLI_SWITCHES, "../switches", "../share/pmcli/switches"}) {
-    const fs::path file = program_directory() / place / "campus.yaml";
-    if (fs::exists(file, error)) return fs::weakly_canonical(file, error).string();
-  }
-  return "campus.yaml";
-}
-
-// The file of cleared counters; empty: only for the session.
-std::string cleared_counters_file(const options& requested) {
-  return requested.has_session_counters ? "" : state_file("cleared-counters." + kernel_namespace());
-}
-
-// The file of the interfaces of devices; empty: none.
-std::string interface_names_file() {
-  const std::string file = state_file("interface-names." + kernel_namespace());
-  make_directories_of(file);  // the source reports a file that it cannot write
-  return file;
-}
-
-// The file of the list of devices; empty: none.
-std::string device_list_file() { return state_file("device-list." + kernel_namespace()); }
-
-std::unique_ptr<kernel_source> make_kernel_source(const options& requested, capture* capturing) {
-  auto interfaces = requested.map_file.empty() ? requested_interfaces{} : read_map_file(requested.map_file);
-  const std::string counters = cleared_counters_file(requested), names = interface_names_file();
-  if (capturing != nullptr)
-    return std::make_unique<capturing_source>(*capturing, std::move(interfaces), counters, names);
-  return std::make_unique<kernel_source>(std::move(interfaces), counters, names, device_list_file());
-}
 
 // Whether the session seems to begin with a command that shows counters only. It is a guess, because the libraries that
 // may add commands are not loaded yet: if it is wrong, the command reads the rest.
@@ -95,20 +60,6 @@ bool begins_with_counters(const options& requested) {
   return begins("counters") || (follows_counters && (begins("errors") || begins("brief")));
 }
 
-machine read_kernel(kernel_source& kernel, const options& requested) {
-  if (begins_with_counters(requested))
-    if (auto counted = kernel.read_counters()) return std::move(*counted);
-  return kernel.read();
-}
-
-// The clock stops at the moment of the capture, unless the user has stopped it.
-void open_replay(const options& requested) {
-  auto replay = std::make_unique<replay_source>(read_capture_folder(requested.replay_directory));
-  if (!requested.clock) clock_set(replay->clock());
-  the_machine() = replay->read();
-  set_source(std::move(replay));
-}
-
 // Completes a capture. Returns the exit code of the session, or that of a write that failed.
 int end_capture(capture* capturing, int code) {
   if (capturing == nullptr) return code;
@@ -117,44 +68,6 @@ int end_capture(capture* capturing, int code) {
   if (error == 0) return code;
   print_error(fmt::format("the capture is not complete: {}.", std::strerror(error)));
   return code == kDone ? int{kServiceFailed} : code;
-}
-
-// Sets the switch and its source. Returns the switch file; empty: none was read.
-std::string open_switch(const options& requested, capture* capturing) {
-  if (!requested.replay_directory.empty()) {
-    open_replay(requested);
-    return {};
-  }
-  if (requested.is_kernel) {
-    auto kernel = make_kernel_source(requested, capturing);
-    the_machine() = read_kernel(*kernel, requested);
-    if (!kernel->names_fault().empty()) print_error(kernel->names_fault());
-    set_source(std::move(kernel));
-    return {};
-  }
-  std::string file = requested.switch_file;
-  if (file.empty() && requested.giant_ports == 0) file = demonstration_switch();
-  the_machine() = file.empty() ? make_giant(requested.giant_ports) : load_switch_file(file);
-  if (requested.has_defaults) set_to_defaults(the_machine());
-  set_source(std::make_unique<chassis_source>());
-  return file;
-}
-
-// Chooses the user of the session: the one with this name, or else the first. False when there is no such user.
-bool choose_user(const std::string& name, shell& session) {
-  const std::vector<user>& users = the_machine().users;
-  if (name.empty()) {
-    session.user = users.empty() ? nullptr : &users.front();
-    return true;
-  }
-  session.user = the_machine().find_user(name);
-  if (session.user != nullptr) return true;
-  std::vector<std::string_view> names;
-  for (const user& known : users) names.push_back(known.name);
-  print_error(names.empty()
-                  ? fmt::format("unknown user '{}' in --user. This switch has no users.", name)
-                  : fmt::format("unknown user '{}' in --user. Expected one of {}.", name, fmt::join(names, ", ")));
-  return false;
 }
 
 bool inject_faults(const options& requested) {
@@ -212,6 +125,52 @@ int run_session(const options& requested, shell& session) {
   return result;
 }
 
+int run_shell(const options& requested, shell& session) {
+  transport_register(all_services());
+  if (const int begun = begin_session(session, requested.user); begun != kDone) return begun;
+  if (!inject_faults(requested)) return kUsage;
+  session.library = load_libraries(library_directory(), requested.libraries);
+  session.keeps_going = requested.keep_going;
+
+  if (requested.is_dry_run && !begin_dry_run(session, begun_dry_run::kWholeSession)) {
+    print_error("no dry run could begin: the session service does not answer.");
+    return kServiceFailed;
+  }
+  if (requested.assume_yes) assume_yes();
+  const int result = run_session(requested, session);
+  end_candidate(session);
+  const int code = end_unconfirmed_commit(session);
+  return result == kDone ? code : result;
+}
+
+std::string terminal_name() {
+  const char* const name = ttyname(STDIN_FILENO);
+  return name == nullptr ? "" : name;
+}
+
+// While it lives, requests travel over a connection.
+struct path_scope {
+  explicit path_scope(request_path& path) { transport_use(&path); }
+  ~path_scope() { transport_use(nullptr); }
+  path_scope(const path_scope&) = delete;
+  path_scope& operator=(const path_scope&) = delete;
+};
+
+int run_connected(const options& requested, shell& session) {
+  socket_path path(
+      requested.connected_switch, {kProtocolVersion, PMCLI_VERSION, terminal_name()}, [&session](const welcome& from) {
+        session.has_new_connection = true;
+        take_over_clock({from.stopped_clock.has_value(), static_cast<std::int64_t>(from.stopped_clock.value_or(0))});
+      });
+  if (const std::string fault = path.connect(); !fault.empty()) {
+    print_error(fault);
+    return kServiceFailed;
+  }
+  const path_scope connected(path);
+  session.has_new_connection = false;
+  return run_shell(requested, session);
+}
+
 int run(const options& requested) {
   if (requested.published != nullptr) {
     load_libraries(library_directory(), requested.libraries);
@@ -219,23 +178,16 @@ int run(const options& requested) {
   }
   if (requested.clock) clock_set(static_cast<std::time_t>(*requested.clock));
   shell session;
+  if (!requested.connected_switch.empty()) return run_connected(requested, session);
   std::unique_ptr<capture> capturing;
   if (!requested.capture_directory.empty())
     capturing = std::make_unique<capture>(requested.capture_directory, requested.is_anonymous);
-  session.switch_file = open_switch(requested, capturing.get());
-  transport_register(all_services());
-  if (!inject_faults(requested)) return kUsage;
-  if (!choose_user(requested.user, session)) return kUsage;
-  session.library = load_libraries(library_directory(), requested.libraries);
-  session.switch_name = the_machine().name;
-  session.keeps_going = requested.keep_going;
-
-  if (requested.is_dry_run) session.trying = std::make_unique<dry_run>(dry_run::kWholeSession);
-  if (requested.assume_yes) assume_yes();
-  const int result = run_session(requested, session);
-  end_candidate(session);
-  const int code = end_unconfirmed_commit(session);
-  return end_capture(capturing.get(), result == kDone ? code : result);
+  const opened_switch opened = open_switch(requested, capturing.get(), begins_with_counters(requested));
+  if (!opened.warning.empty()) print_error(opened.warning);
+  set_switch_file(opened.file);
+  switch_session of_switch;
+  const session_scope requests(of_switch);
+  return end_capture(capturing.get(), run_shell(requested, session));
 }
 
 // Standard descriptors that are closed must not become those of other files: reading and writing them fail.

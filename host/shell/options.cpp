@@ -12,7 +12,6 @@
 #include "shell/output/exit_codes.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/published/published.h"
-#include "source/chassis/giant.h"
 
 namespace host {
 namespace {
@@ -71,32 +70,19 @@ void add_options(CLI::App& app, options& requested, std::vector<std::string>& fa
   app.add_flag("-y,--yes", requested.assume_yes, "Answer every question with yes");
   app.add_option("--config", requested.configuration, "Start with the settings of a file or of 'startup-config'")
       ->type_name("FILE");
-  CLI::Option* const file =
-      app.add_option("--switch", requested.switch_file, "Switch file (default: the demonstration switch)");
-  file->type_name("FILE");
-  CLI::Option* const defaults =
-      app.add_flag("--hardware-defaults", requested.has_defaults, "Ignore the settings of the switch file");
-  CLI::Option* const giant = app.add_option("--giant", requested.giant_ports, "Generate a switch of N Ethernet ports");
-  giant->type_name("N")->check(CLI::Range(1U, uint32{kMaxGiantPorts}))->excludes(file);
-  CLI::Option* const kernel = app.add_flag("--kernel", requested.is_kernel, "Use the network devices of this machine")
-                                  ->excludes(file)
-                                  ->excludes(giant)
-                                  ->excludes(defaults);
+  CLI::Option* const connection =
+      app.add_option("--connect", requested.connected_switch, "Use the switch of a running pmshd, by name or socket");
+  connection->type_name("NAME|PATH");
+  add_switch_options(app, requested);
+  for (const char* const opened : {"--switch", "--hardware-defaults", "--giant", "--kernel", "--replay", "--clock"})
+    connection->excludes(app.get_option(opened));
   CLI::Option* const capturing =
       app.add_option("--capture", requested.capture_directory, "Store the answers of the kernel in a new directory");
-  capturing->type_name("DIR")->needs(kernel);
+  capturing->type_name("DIR")->needs(app.get_option("--kernel"));
   app.add_flag("--anonymous", requested.is_anonymous, "Replace names, addresses and serial numbers in the capture")
       ->needs(capturing);
-  app.add_option("--replay", requested.replay_directory, "Use the switch of a directory that --capture stored")
-      ->type_name("DIR")
-      ->excludes(file)
-      ->excludes(giant)
-      ->excludes(defaults)
-      ->excludes(kernel);
-  app.add_option("--map", requested.map_file, "File that maps devices to interfaces")->type_name("FILE")->needs(kernel);
-  app.add_flag("--session-counters", requested.has_session_counters, "Clear counters for this session only")
-      ->needs(kernel);
-  app.add_option("--user", requested.user, "User of the switch (default: the first one)")->type_name("NAME");
+  app.add_option("--user", requested.user, "User of the switch (default: the own name with --connect, else the first)")
+      ->type_name("NAME");
   app.add_option("--inject-fault", faults, "Make a service fail: lost, reject, silent, cut:N or interrupt:N")
       ->type_name("SERVICE=FAULT")
       ->allow_extra_args(false)
@@ -105,8 +91,6 @@ void add_options(CLI::App& app, options& requested, std::vector<std::string>& fa
       ->allow_extra_args(false)
       ->check(check_fault)
       ->group("");
-  app.add_option("--clock", requested.clock, "Stop the clock at this moment, in seconds since 1970")
-      ->type_name("SECONDS");
   app.add_option("--wait", requested.longest_wait_sec, "Longest wait for a service")->type_name("SECONDS");
   app.add_option("--library", requested.libraries, "Load the commands of a library; may be repeated")
       ->type_name("FILE")

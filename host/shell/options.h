@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "source/open/switch_options.h"
 #include "transport/transport.h"
 
 namespace host {
@@ -14,27 +15,20 @@ struct requested_fault {
   injected_fault what;
 };
 
-struct options {
+struct options : switch_options {
+  std::string connected_switch;          // the name or the socket of one that runs; empty: the shell opens its own
   std::vector<std::string> commands;     // empty: a user, or standard input
   std::string configuration;             // file of commands that run first; empty: none
   std::vector<std::string> files;        // of commands
   bool keep_going = false;               // also after a command that failed
   bool assume_yes = false;               // to questions
   bool is_dry_run = false;               // commands are tried and change nothing
-  std::string switch_file;               // empty: the demonstration switch
-  bool is_kernel = false;                // the machine that the shell runs on, in place of a file
   std::string capture_directory;         // where the answers of the kernel are stored; empty: nowhere
   bool is_anonymous = false;             // without names and addresses in the capture
-  std::string replay_directory;          // of a capture, in place of a file; empty: none
-  std::string map_file;                  // which interface a device is; empty: the usual ones
-  bool has_session_counters = false;     // counters are cleared for this session only
-  bool has_defaults = false;             // the settings of the hardware, in place of those of the file
-  uint32 giant_ports = 0;                // not 0: a switch of so many ports in place of a file
   std::string user;                      // empty: the first of the switch
   std::vector<std::string> libraries;    // files of command libraries of others
   std::string (*published)() = nullptr;  // a text to print instead of running
   std::vector<requested_fault> faults;
-  std::optional<uint32> clock;  // seconds since 1970 at which the clock is stopped
   uint32 longest_wait_sec = 0;  // 0: what the services' clients ask for
 };
 

@@ -16,11 +16,11 @@
 #include <vector>
 
 #include "base/text.h"
+#include "base/text_argument.h"
 #include "base/tokens.h"
 #include "pmsh/commands.h"
 #include "shell/commands/show/interface.h"
 #include "shell/commands/show/library_display.h"
-#include "shell/grammar/words.h"
 #include "shell/library/command_library.h"
 #include "shell/output/schema/schema.h"
 
@@ -31,7 +31,7 @@ constexpr std::size_t kMostCommands = 256;  // of one library
 constexpr std::size_t kMostRows = 200;      // of a list of fields or words
 
 // A table that is being read.
-struct table_reader {
+struct command_table_reader {
   const loaded_library& library;
   std::string where{};  // "FILE: " or "FILE: 'show interface x': "
 
@@ -79,9 +79,9 @@ bool is_zero(const pmsh_command_t& entry) {
 }
 
 // The commands up to the first entry of zeros, as many as the exported object holds.
-std::span<const pmsh_command_t> read_table(const table_reader& reader) {
+std::span<const pmsh_command_t> read_table(const command_table_reader& reader) {
   const auto* const table = static_cast<const pmsh_command_t*>(reader.find("pmsh_commands"));
-  const ElfW(Sym)* const symbol = table_reader::symbol_at(table);
+  const ElfW(Sym)* const symbol = command_table_reader::symbol_at(table);
   if (symbol == nullptr || symbol->st_size < sizeof(pmsh_command_t))
     reader.refuse("'pmsh_commands' is not a table of pmsh_command_t");
   const std::size_t most = symbol->st_size / sizeof(pmsh_command_t);
@@ -106,7 +106,7 @@ bool is_printable(std::string_view text) {
 }
 
 // A required text.
-std::string_view read_text(const table_reader& reader, const char* text, const char* what) {
+std::string_view read_text(const command_table_reader& reader, const char* text, const char* what) {
   if (text == nullptr || text[0] == '\0') reader.refuse("it has no {}", what);
   if (!is_printable(text)) reader.refuse("its {} has control characters", what);
   return text;
@@ -114,7 +114,7 @@ std::string_view read_text(const table_reader& reader, const char* text, const c
 
 // ---- Words ----
 
-void read_words_with_help(const table_reader& reader, const pmsh_word_t* words) {
+void read_words_with_help(const command_table_reader& reader, const pmsh_word_t* words) {
   for (std::size_t i = 0; words != nullptr && words[i].word != nullptr; ++i) {
     if (i == kMostRows) reader.refuse("its list of words has no end");
     const std::string_view help = read_text(reader, words[i].help, "help of a word");
@@ -129,7 +129,7 @@ bool is_argument(std::string_view word) {
   return is_number_argument(word) || std::find(std::begin(kOthers), std::end(kOthers), word) != std::end(kOthers);
 }
 
-void check_word(const table_reader& reader, std::string_view word) {
+void check_word(const command_table_reader& reader, std::string_view word) {
   if (word.starts_with('[') != word.ends_with(']')) reader.refuse("'{}' lacks a bracket", word);
   if (word.starts_with('[')) word = word.substr(1, word.size() - 2);
   if (is_argument(word)) return;
@@ -137,7 +137,7 @@ void check_word(const table_reader& reader, std::string_view word) {
   if (help_of_word(word).empty()) reader.refuse("the word '{}' has no help", word);
 }
 
-std::string_view read_syntax(const table_reader& reader, const pmsh_command_t& entry) {
+std::string_view read_syntax(const command_table_reader& reader, const pmsh_command_t& entry) {
   const std::string_view words = read_text(reader, entry.words, "words");
   const auto parts = split_words(words);
   if (parts.size() > kMaxSyntaxWords) reader.refuse("it has more than {} words", kMaxSyntaxWords);
@@ -157,7 +157,7 @@ std::ptrdiff_t num_ranges(const command_syntax& syntax) {
 
 // ---- Kinds of interface ----
 
-std::vector<if_index_type_t> read_kinds(const table_reader& reader, interface_mask_t kinds) {
+std::vector<if_index_type_t> read_kinds(const command_table_reader& reader, interface_mask_t kinds) {
   std::vector<if_index_type_t> types;
   interface_mask_t known = 0;
   for (const interface_kind& kind : all_kinds()) {
@@ -204,7 +204,7 @@ std::string title_of(std::string_view key) {
   return title;
 }
 
-added_field read_field(const table_reader& reader, const pmsh_field_t& row) {
+added_field read_field(const command_table_reader& reader, const pmsh_field_t& row) {
   const std::string_view key = row.key;
   if (!is_of(key, kKeyLetters)) reader.refuse("the key '{}' is not in lower case with underscores", key);
   const auto* const form = std::find_if(std::begin(kForms), std::end(kForms),
@@ -220,7 +220,7 @@ added_field read_field(const table_reader& reader, const pmsh_field_t& row) {
   return read;
 }
 
-std::vector<added_field> read_fields(const table_reader& reader, const pmsh_field_t* rows) {
+std::vector<added_field> read_fields(const command_table_reader& reader, const pmsh_field_t* rows) {
   std::vector<added_field> fields;
   for (std::size_t i = 0; rows != nullptr && rows[i].key != nullptr; ++i) {
     if (i == kMostRows) reader.refuse("its list of fields has no end");
@@ -239,7 +239,7 @@ std::vector<added_field> read_fields(const table_reader& reader, const pmsh_fiel
 constexpr std::string_view kOfDocuments[] = {"schema_version", "display",  "command",  "time",
                                              "interfaces",     "messages", "exit_code"};
 
-display read_display(const table_reader& reader, const pmsh_command_t& entry, bool is_about_interfaces) {
+display read_display(const command_table_reader& reader, const pmsh_command_t& entry, bool is_about_interfaces) {
   if (entry.display == nullptr) return kSentences;
   const std::string_view name = entry.display;
   if (!is_of(name, kKeyLetters) || name.starts_with("value_"))
@@ -299,7 +299,7 @@ const command* find_command(std::string_view words) {
   return found == commands.end() ? nullptr : &*found;
 }
 
-void replace_kinds(const table_reader& reader, const pmsh_command_t& entry, std::string_view words,
+void replace_kinds(const command_table_reader& reader, const pmsh_command_t& entry, std::string_view words,
                    command_handler handler) {
   const command* const existing = find_command(words);
   if (existing == nullptr) reader.refuse("there is no command with these words to replace");
@@ -315,11 +315,11 @@ void replace_kinds(const table_reader& reader, const pmsh_command_t& entry, std:
 }
 
 int show_added(const invocation& run) {
-  if (!has_named_module(run)) return kNoSuchInterface;
+  if (const int checked = check_module(run); checked != kDone) return checked;
   return run_display(run, [&run](paraminfo_t* block) { call_handler(run, run.line.what->view->own.handler, block); });
 }
 
-void add_new_command(const table_reader& reader, const pmsh_command_t& entry, std::string_view words,
+void add_new_command(const command_table_reader& reader, const pmsh_command_t& entry, std::string_view words,
                      command_handler handler) {
   const command_syntax syntax(words);
   if (const command* const rival = find_rival(syntax); rival != nullptr) {
@@ -345,7 +345,7 @@ void add_new_command(const table_reader& reader, const pmsh_command_t& entry, st
   owners().insert({words, {entry.kinds, false, reader.library.file()}});
 }
 
-void add_entry(table_reader& reader, const pmsh_command_t& entry) {
+void add_entry(command_table_reader& reader, const pmsh_command_t& entry) {
   read_words_with_help(reader, entry.word_helps);
   const std::string_view words = read_syntax(reader, entry);
   constexpr uint32 kKnownFlags = PMSH_REPLACES | PMSH_STRUCTURED_ONLY | PMSH_LIST | PMSH_NO_SUB_INTERFACES;
@@ -373,7 +373,7 @@ void read_library(const std::string& file) {
   const std::string path = file.find('/') == std::string::npos ? "./" + file : file;
   static std::deque<loaded_library> libraries;
   const loaded_library& library = libraries.emplace_back(path, loaded_library::binding::at_once);
-  table_reader reader{library};
+  command_table_reader reader{library};
   reader.where = file + ": ";
   std::size_t number = 0;
   for (const pmsh_command_t& entry : read_table(reader)) {

@@ -1,10 +1,12 @@
-// The clock of the shell.
+// The clock of the switch.
 #include "switch/clock.h"
 
+#include "messages/calls/switch_facts.h"
 #include "shell/commands/group.h"
 #include "shell/commands/show/own_channel.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
+#include "shell/session/run.h"
 
 namespace host {
 namespace {
@@ -15,7 +17,9 @@ int show_clock(const invocation&) {
 }
 
 int advance_clock(const invocation& run) {
-  clock_advance(*run.line.number);
+  const auto clock = ask_to_advance_clock(*run.line.number);
+  if (!clock) return kServiceFailed;
+  take_over_clock(*clock);
   return kDone;
 }
 
@@ -23,14 +27,14 @@ constexpr display kClockShown = {kClockDisplay, "clock", "clock"};
 
 // clang-format off
 constexpr command kClockRows[] = {
-    {"show clock", "Time of the shell's clock, in UTC", show_clock, kClockShown},
-    {"clock advance SECONDS", "Advance the shell's clock and the simulated traffic", advance_clock, kSentences, nullptr, kEveryMode, command_effect::outside},
+    {"show clock", "Time of the switch's clock, in UTC", show_clock, kClockShown},
+    {"clock advance SECONDS", "Advance the switch's clock and the simulated traffic", advance_clock, kSentences, nullptr, kEveryMode, command_effect::outside},
 };
 // clang-format on
 
 constexpr word_help kClockWords[] = {
     {"advance", "Advance the clock"},
-    {"clock", "Clock of this shell"},
+    {"clock", "Clock of the switch"},
 };
 
 }  // namespace

@@ -26,6 +26,6 @@ extern const command_group kInterfaceCommands, kOverviewCommands, kCounterComman
     kHardwareCommands, kTrunkCommands, kTransceiverCommands, kModuleCommands, kAddressCommands, kNeighborCommands,
     kLldpCommands, kSpanningTreeCommands, kPanelCommands, kKernelMapCommands, kWatchCommands, kEventCommands,
     kClearCommands, kClockCommands, kConfigurationCommands, kModeCommands, kChosenInterfaceCommands, kUndoCommands,
-    kChangesCommands, kCandidateCommands, kTransportCommands, kVersionCommands, kHistoryCommands, kTerminalCommands,
-    kHelpCommands, kSettingGroup;
+    kChangesCommands, kCandidateCommands, kTransportCommands, kSessionsCommands, kVersionCommands, kHistoryCommands,
+    kTerminalCommands, kHelpCommands, kSettingGroup;
 }  // namespace host

@@ -11,16 +11,14 @@ namespace host {
 namespace {
 
 constexpr const command_group* kGroups[] = {
-    &kInterfaceCommands,     &kOverviewCommands,  &kCounterCommands,
-    &kDriverCounterCommands, &kHardwareCommands,  &kTrunkCommands,
-    &kTransceiverCommands,   &kModuleCommands,    &kAddressCommands,
-    &kNeighborCommands,      &kLldpCommands,      &kSpanningTreeCommands,
-    &kPanelCommands,         &kKernelMapCommands, &kWatchCommands,
-    &kEventCommands,         &kClearCommands,     &kClockCommands,
-    &kConfigurationCommands, &kModeCommands,      &kChosenInterfaceCommands,
-    &kUndoCommands,          &kChangesCommands,   &kCandidateCommands,
-    &kTransportCommands,     &kVersionCommands,   &kHistoryCommands,
-    &kTerminalCommands,      &kHelpCommands,      &kSettingGroup,
+    &kInterfaceCommands,       &kOverviewCommands,  &kCounterCommands,       &kDriverCounterCommands,
+    &kHardwareCommands,        &kTrunkCommands,     &kTransceiverCommands,   &kModuleCommands,
+    &kAddressCommands,         &kNeighborCommands,  &kLldpCommands,          &kSpanningTreeCommands,
+    &kPanelCommands,           &kKernelMapCommands, &kWatchCommands,         &kEventCommands,
+    &kClearCommands,           &kClockCommands,     &kConfigurationCommands, &kModeCommands,
+    &kChosenInterfaceCommands, &kUndoCommands,      &kChangesCommands,       &kCandidateCommands,
+    &kTransportCommands,       &kSessionsCommands,  &kVersionCommands,       &kHistoryCommands,
+    &kTerminalCommands,        &kHelpCommands,      &kSettingGroup,
 };
 
 // The help of words that several groups have.
@@ -49,7 +47,7 @@ constexpr word_help kCommonWords[] = {
 };
 
 // The table with added commands.
-std::vector<command>& command_list() {
+std::vector<command>& commands_and_added() {
   static std::vector<command> commands = [] {
     std::vector<command> all;
     for (const command_group* const group : kGroups)
@@ -78,7 +76,7 @@ std::size_t num_common_words(const command_syntax& one, const command_syntax& ot
 
 }  // namespace
 
-std::span<const command> all_commands() { return command_list(); }
+std::span<const command> all_commands() { return commands_and_added(); }
 
 std::string_view help_of_word(std::string_view word) {
   if (const std::string_view help = find_help(kCommonWords, word); !help.empty()) return help;
@@ -88,7 +86,7 @@ std::string_view help_of_word(std::string_view word) {
 }
 
 void add_command(const command& added) {
-  std::vector<command>& commands = command_list();
+  std::vector<command>& commands = commands_and_added();
   auto place = commands.begin();
   std::size_t most = 0;
   for (auto other = commands.begin(); other != commands.end(); ++other) {

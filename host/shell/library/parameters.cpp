@@ -4,42 +4,43 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
+
+#include "base/vsan_access.h"
 
 namespace host {
 namespace {
 
-constexpr uint32 kLastVsan = 4093;
-
-const char* name_of(const host::user* user) {
+const char* name_of(const session_user* user) {
   if (user != nullptr) return user->name.c_str();
   const char* const name = std::getenv("USER");
   return name == nullptr ? "" : name;
 }
 
-void set_vsans(vsan_bitset_t& set, const host::user* user) {
+void set_vsans(vsan_bitset_t& set, const session_user* user) {
   bitset_clear_all(&set);
   if (user != nullptr && user->vsans) {
     for (const uint16 vsan : *user->vsans) bitset_set(&set, vsan);
     return;
   }
-  for (uint32 vsan = 1; vsan <= kLastVsan; ++vsan) bitset_set(&set, vsan);
+  for (uint32 vsan = kFirstVsan; vsan <= kLastVsan; ++vsan) bitset_set(&set, vsan);
 }
 
 }  // namespace
 
-command_parameters::command_parameters(const command_library& library, const host::user* user, mts_q_handle_t q,
-                                       uint32 command_id)
-    : library_(library), user_(user) {
+command_parameters::command_parameters(const command_library& library, std::shared_ptr<const session_user> user,
+                                       mts_q_handle_t q, uint32 command_id)
+    : library_(library), user_(std::move(user)) {
   block_.parameter_count = 1;
   block_.q = q;
   block_.command_id = command_id;
   block_.vtyname = isatty(STDIN_FILENO) != 0 ? ttyname(STDIN_FILENO) : nullptr;
-  block_.username = name_of(user);
+  block_.username = name_of(user_.get());
   block_.session_id = static_cast<uint32>(getpid());
   block_.sup_state = SYSMGR_SUPSTATE_ACTIVE;
-  block_.user_mode_state = user != nullptr && !user->sees_counters ? VSH_USER_MODE_RESTRICTED : VSH_USER_MODE_FULL;
+  block_.user_mode_state = user_ != nullptr && !user_->sees_counters ? VSH_USER_MODE_RESTRICTED : VSH_USER_MODE_FULL;
   block_.prc_mode = PRC_MODE_SHOW;
-  set_vsans(block_.vsan_mask, user);
+  set_vsans(block_.vsan_mask, user_.get());
   interfaces_.type = PARAM_TYPE_INTERFACES;
   block_.arg_list[0] = &interfaces_;
   ranges_.size = sizeof ranges_;

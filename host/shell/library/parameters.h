@@ -2,15 +2,16 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <span>
 
+#include "base/text_argument.h"
 #include "base/vlan_set.h"
+#include "messages/calls/switch_facts.h"
 #include "platform/mts.h"
 #include "platform/paraminfo.h"
 #include "settings/settings.h"
-#include "shell/grammar/words.h"
 #include "shell/library/command_library.h"
-#include "switch/model.h"
 
 namespace host {
 
@@ -21,7 +22,8 @@ inline constexpr uint32 kNoDisplayId = 0;
 // is called.
 class command_parameters {
  public:
-  command_parameters(const command_library& library, const host::user* user, mts_q_handle_t q, uint32 command_id);
+  command_parameters(const command_library& library, std::shared_ptr<const session_user> user, mts_q_handle_t q,
+                     uint32 command_id);
   command_parameters(const command_parameters&) = delete;
   command_parameters& operator=(const command_parameters&) = delete;
 
@@ -46,13 +48,13 @@ class command_parameters {
   void set_command_id(uint32 command_id) { block_.command_id = command_id; }
 
   const command_library& library() const { return library_; }
-  const host::user* user() const { return user_; }
+  const session_user* user() const { return user_.get(); }
   mts_q_handle_t queue() const { return block_.q; }
   bool is_no() const { return block_.no_flag != 0; }
 
  private:
   const command_library& library_;
-  const host::user* user_;
+  std::shared_ptr<const session_user> user_;
   paraminfo_t block_{};
   param_arg_t interfaces_{};
   param_arg_t number_argument_{};

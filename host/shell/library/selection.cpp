@@ -15,9 +15,9 @@
 #include "platform/syserr.h"
 #include "platform/vsh.h"
 #include "pmcli/displays.h"
-#include "shell/grammar/range_text.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/listing.h"
+#include "switch/range_text.h"
 
 namespace host {
 namespace {
@@ -232,7 +232,7 @@ int refusal(int32 result, const command_parameters& parameters, std::span<const 
     const char* const reason = syserr2str(error);
     complaint = fmt::format("cannot {} {}: {}.", parameters.is_no() ? "delete" : "create", text_of(block),
                             reason == nullptr ? "unknown error" : reason);
-    return error == kPortStatusNoRight ? kNotPermitted : kServiceFailed;
+    return is_missing_right(static_cast<uint32>(error)) ? kNotPermitted : kServiceFailed;
   }
   if (result == PM_CLI_FAILED) return kServiceFailed;
   complaint = result == PM_CLI_VSAN_DENIED ? "the user's VSANs do not allow this command on these interfaces."
@@ -258,7 +258,7 @@ bool verify(command_parameters& command, std::span<const expanded_item> items, b
   });
 }
 
-bool is_restricted(const host::user* user) { return user != nullptr && user->vsans; }
+bool is_restricted(const session_user* user) { return user != nullptr && user->vsans; }
 
 // Takes the interfaces that the user may not see out of `found`. Nothing after the reason was printed.
 std::optional<interfaces> take_hidden(command_parameters& command, interfaces& found) {
@@ -282,7 +282,7 @@ bool hide(command_parameters& command, expanded_items& items) {
                      [&](expanded_item& it) { return it.span() != nullptr || take_hidden(command, it.found); });
 }
 
-std::string forbidden(const host::user& user, const interfaces& hidden) {
+std::string forbidden(const session_user& user, const interfaces& hidden) {
   constexpr std::size_t kNamed = 8;
   std::string names;
   for (std::size_t i = 0; i < std::min(kNamed, hidden.size()); ++i) {

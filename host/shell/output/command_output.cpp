@@ -3,11 +3,11 @@
 #include <stdio_ext.h>
 
 #include "base/c_edge.h"
+#include "base/printable.h"
 #include "messages/calls/diagnostic_marks.h"
 #include "shell/output/exit_codes.h"
 #include "shell/output/rendering.h"
 #include "shell/output/terminal/print_error.h"
-#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {
@@ -184,6 +184,8 @@ void command_output::record_failures() {
 int command_output::report_failures(int result) {
   record_failures();
   account_.take_all([this](std::string_view sentence) { print_complaint(sentence); });
+  if (account_.has_lost_switch()) return kServiceFailed;
+  if (account_.has_missing_right()) return kNotPermitted;
   return result == kDone && !account_.is_empty() ? int{kServiceFailed} : result;
 }
 

@@ -7,9 +7,11 @@
 #include <charconv>
 #include <cstring>
 #include <numeric>
+#include <span>
 
+#include "base/digits.h"
+#include "base/printable.h"
 #include "platform/if_index.h"
-#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {
@@ -97,14 +99,7 @@ void append_interface_name(std::string& to, if_index_t if_index, bool short_name
   append_printable(to, is_number ? std::strpbrk(name, "0123456789") : name);
 }
 
-void append_mac(std::string& to, const uint8* bytes) {
-  constexpr char kDigits[] = "0123456789abcdef";
-  for (int i = 0; i < 6; ++i) {
-    if (i == 2 || i == 4) to += '.';
-    to += kDigits[bytes[i] >> 4];
-    to += kDigits[bytes[i] & 0xF];
-  }
-}
+void append_mac(std::string& to, const uint8* bytes) { append_dotted_hex(to, std::span<const uint8, 6>(bytes, 6)); }
 
 void append_ipv4(std::string& to, const uint8* bytes) {
   for (int i = 0; i < 4; ++i) {

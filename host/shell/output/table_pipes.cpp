@@ -8,9 +8,9 @@
 #include <deque>
 #include <utility>
 
+#include "base/printable.h"
 #include "base/text.h"
 #include "base/tokens.h"
-#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {

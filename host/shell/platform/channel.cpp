@@ -6,11 +6,11 @@
 #include <string_view>
 
 #include "base/c_edge.h"
+#include "base/printable.h"
 #include "base/text.h"
 #include "platform/cmd_channel.h"
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
-#include "shell/output/terminal/printable.h"
 
 // One command runs at a time, and this is its handle.
 struct cmd_rx_handle_t {};

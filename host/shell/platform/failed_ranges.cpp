@@ -10,9 +10,9 @@
 #include "base/c_edge.h"
 #include "platform/cmd_channel.h"
 #include "platform/if_index.h"
-#include "shell/grammar/range_text.h"
 #include "shell/output/command_output.h"
 #include "switch/interface_name.h"
+#include "switch/range_text.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 
 #include "base/c_edge.h"
 #include "messages/calls/client_libraries.h"
+#include "messages/calls/device_names.h"
 #include "switch/clock.h"
-#include "switch/kernel_device.h"
 #include "transport/failures.h"
 
 namespace host {
@@ -99,7 +99,7 @@ extern "C" int system(const char* command) {
   return host::no_throw(-1, [command] {
     host::system_commands().emplace_back(command);
     if (command != host::kClearInband) return host::kNotRun;
-    return host::clear_kernel_counters(host::kInbandDevice) ? 0 : 1 << 8;
+    return host::ask_to_clear_device(host::kInbandDevice) ? 0 : 1 << 8;
   });
 }
 

@@ -1,13 +1,10 @@
 // Permissions of the shell's user: whether a port is visible, and whether the user is restricted to some VSANs.
+#include "base/vsan_access.h"
 #include "platform/vsan.h"
 #include "platform/vsh.h"
-#include "switch/model.h"
-#include "switch/vsan_access.h"
 
 uint32 vsh_is_user_vsan_restricted(const paraminfo_t* param) {
-  if (param == nullptr || param->username == nullptr) return 0;
-  const host::user* const user = host::the_machine().find_user(param->username);
-  return user != nullptr && user->vsans ? 1 : 0;
+  return param != nullptr && host::is_restricted_to(param->vsan_mask) ? 1 : 0;
 }
 
 boolean vsh_fc_intf_perm_check(const vsh_fc_intf_perm_check_info_t* info) {

@@ -1,54 +1,39 @@
-// Collects settings and commits them together.
+// The candidate of the session: it collects settings that are committed together.
 #pragma once
 
-#include <optional>
-#include <utility>
-
 #include "platform/types.h"
-#include "settings/machine_changes.h"
-#include "settings/trial.h"
 
 namespace host {
 
 struct shell;
 
-// A copy of the machine that takes settings until they are committed.
-class candidate {
- public:
-  // Begins as a copy of the machine. It ends when the configuration is left that a line began; `num_files` counts the
-  // nested files of that line.
-  explicit candidate(uint32 num_files);
-
-  // For a trial.
-  trial_state& state() { return state_; }
-  uint32 num_files() const { return num_files_; }
-
-  // The changes that a commit would make now.
-  machine_changes changes() const;
-
-  // The same, to be called in a trial of the candidate, which is the_machine() there.
-  machine_changes changes_in_trial() const;
-
-  // An interface of the candidate, or null.
-  const interface* find(if_index_t if_index) const { return state_.model.find(if_index); }
-
-  // Begins again as a copy of the machine, with the refused changes.
-  void begin_again(const machine_changes& changes = {}, const changes_made& made = {});
-
-  // The machine just before a commit that may be rolled back.
-  void keep_before_commit(machine before) { before_commit_ = std::move(before); }
-
-  // The commit was rolled back: its changes are in the candidate again, unless they were discarded meanwhile.
-  void compare_again();
-
- private:
-  machine begun_;
-  std::optional<machine> before_commit_;
-  trial_state state_;
-  uint32 num_files_;
+// It ends when the configuration is left that a line began; `num_files` counts the nested files of that line.
+struct begun_candidate {
+  uint32 num_files = 0;
 };
 
-// leave_lost_interfaces() of the candidate when there is one, otherwise of the machine. Not to be called in a trial of
+// False when the session service does not answer; without effect when there is a candidate.
+bool begin_candidate(shell& session);
+
+// While it lives, requests are for the candidate of the session, if it has one.
+class candidate_scope {
+ public:
+  // Without `is_used` it does nothing.
+  explicit candidate_scope(shell& session, bool is_used = true);
+  ~candidate_scope();
+  candidate_scope(const candidate_scope&) = delete;
+  candidate_scope& operator=(const candidate_scope&) = delete;
+
+  // The session service did not answer: requests would be for the switch.
+  bool has_failed() const { return has_failed_; }
+
+ private:
+  shell& session_;
+  bool is_entered_ = false;
+  bool has_failed_ = false;
+};
+
+// leave_lost_interfaces() of the candidate when there is one, otherwise of the switch. Not to be called in a scope of
 // the candidate.
 void leave_interfaces_lost_to_user(shell& session);
 

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "base/files.h"
+#include "base/state_directory.h"
 #include "base/text.h"
 #include "shell/grammar/cut_line.h"
 #include "shell/output/command_output.h"
@@ -15,7 +16,6 @@
 #include "shell/session/interrupt.h"
 #include "shell/session/modes.h"
 #include "shell/session/run.h"
-#include "shell/session/state_directory.h"
 
 namespace host {
 namespace {
@@ -121,7 +121,7 @@ class collection {
 }  // namespace
 
 std::string startup_file(const shell& session) {
-  return state_file(fmt::format("{}.{}", session.switch_name, kStartupConfig));
+  return state_file(fmt::format("{}.{}", session.about.name, kStartupConfig));
 }
 
 command_text read_commands(const std::string& path, bool is_startup) {
@@ -152,8 +152,8 @@ copied_file run_for_copy(shell& session, const std::string& name, bool is_collec
   session.mode = mode;
   session.configured = configured;
   session.is_leaving = session.has_lost_output;
-  if (session.edited && session.edited->num_files() > session.num_files) end_candidate(session);
-  if (session.trying && session.trying->num_files() > session.num_files) leave_dry_run(session);
+  if (session.edited && session.edited->num_files > session.num_files) end_candidate(session);
+  if (session.trying && session.trying->num_files > session.num_files) leave_dry_run(session);
   leave_interfaces_lost_to_user(session);
   return copied;
 }

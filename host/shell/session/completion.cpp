@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/printable.h"
 #include "base/text.h"
 #include "shell/library/listing.h"
-#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {

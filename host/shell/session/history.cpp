@@ -8,9 +8,10 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "base/files.h"
 #include "base/replace_file.h"
+#include "base/state_directory.h"
 #include "base/write_all.h"
-#include "shell/session/state_directory.h"
 
 namespace host {
 namespace {

@@ -14,17 +14,19 @@
 #include <string>
 #include <utility>
 
+#include "base/printable.h"
+#include "base/state_directory.h"
 #include "base/text.h"
 #include "shell/grammar/parser.h"
 #include "shell/output/exit_codes.h"
 #include "shell/output/terminal/print_error.h"
-#include "shell/output/terminal/printable.h"
 #include "shell/output/terminal/restore_terminal.h"
 #include "shell/session/completion.h"
+#include "shell/session/connection.h"
 #include "shell/session/history.h"
 #include "shell/session/modes.h"
 #include "shell/session/run.h"
-#include "shell/session/state_directory.h"
+#include "transport/transport.h"
 
 namespace host {
 namespace {
@@ -173,7 +175,7 @@ void set_character_set() {
 
 void show_banner(const shell& session) {
   std::string name;
-  append_printable(name, session.switch_name);
+  append_printable(name, session.about.name);
   std::printf("pmsh on %s. Type '?' for the next word, 'help' for all commands.\n", name.c_str());
 }
 
@@ -212,7 +214,9 @@ int run_interactively(shell& session) {
       continue;
     }
     history.add(typed);
-    if (run_line(session, text) == kInterrupted) std::fputs("\n", stdout);  // the terminal shows ^C
+    renew_connection(session);
+    if (!session.is_leaving && run_line(session, text) == kInterrupted)
+      std::fputs("\n", stdout);  // the terminal shows ^C
   }
   editor.edit.el_end(line);
   return kDone;

@@ -28,6 +28,10 @@ bool terminal_can_page() {
   return isatty(STDIN_FILENO) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb";
 }
 
+bool wants_document(const shell& session, const line_mistake& mistake) {
+  return mistake.wants_document || (session.output != nullptr && session.output->structured);
+}
+
 }  // namespace
 
 output_settings settings_for(const shell& session, std::span<const pipe_stage> pipes) {
@@ -55,13 +59,14 @@ output_settings settings_for(const shell& session, std::span<const pipe_stage> p
   return settings;
 }
 
-int refuse_line(const shell& session, std::string_view line, std::string_view error, bool is_structured) {
+int refuse_line(const shell& session, std::string_view line, std::string_view error, bool is_structured,
+                int exit_code) {
   print_error(error);
-  if (!is_structured) return kUsage;
-  const std::string document = document_of_error(line, error, kUsage);
-  if (session.output != nullptr && session.output->sink) return session.output->sink(document), kUsage;
+  if (!is_structured) return exit_code;
+  const std::string document = document_of_error(line, error, exit_code);
+  if (session.output != nullptr && session.output->sink) return session.output->sink(document), exit_code;
   const int code = print_text(document);
-  return code == kDone ? int{kUsage} : code;
+  return code == kDone ? exit_code : code;
 }
 
 int show_text(const shell& session, std::string_view text) {
@@ -70,8 +75,11 @@ int show_text(const shell& session, std::string_view text) {
 }
 
 int refuse_mistake(const shell& session, const line_mistake& mistake) {
-  const bool is_structured = mistake.wants_document || (session.output != nullptr && session.output->structured);
-  return refuse_line(session, mistake.line, mistake.text, is_structured);
+  return refuse_line(session, mistake.line, mistake.text, wants_document(session, mistake));
+}
+
+int refuse_mistake(const shell& session, const line_mistake& mistake, std::string_view fault) {
+  return refuse_line(session, mistake.line, fault, wants_document(session, mistake), kServiceFailed);
 }
 
 std::string make_filters(std::span<const pipe_stage> pipes, bool is_structured, line_filters& filters) {

@@ -22,8 +22,12 @@ std::string refuse_to_watch(const shell& session, std::span<const pipe_stage> pi
 
 // A line that does not run: the error on standard error, and in a document when its output is structured. Returns the
 // exit code.
-int refuse_line(const shell& session, std::string_view line, std::string_view error, bool is_structured);
+int refuse_line(const shell& session, std::string_view line, std::string_view error, bool is_structured,
+                int exit_code = kUsage);
 int refuse_mistake(const shell& session, const line_mistake& mistake);
+
+// The same for a line in which names of devices could not be found for this reason.
+int refuse_mistake(const shell& session, const line_mistake& mistake, std::string_view fault);
 
 // Shows a text of the shell itself. Returns an exit code.
 int show_text(const shell& session, std::string_view text);

@@ -3,19 +3,19 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <utility>
-
-#include "switch/model.h"
+#include <vector>
 
 namespace host {
 namespace {
 
+// Without an answer nothing is known to be lost.
 bool has_lost_interfaces(const shell& session) {
-  const auto is_lost = [](const vsh_intf_mono_range_t& range) {
-    return std::as_const(the_machine()).find(range.lower_if_index) == nullptr ||
-           std::as_const(the_machine()).find(range.upper_if_index) == nullptr;
-  };
-  return std::any_of(session.configured.ranges.begin(), session.configured.ranges.end(), is_lost);
+  std::vector<if_index_t> ends;
+  for (const vsh_intf_mono_range_t& it : session.configured.ranges)
+    ends.insert(ends.end(), {it.lower_if_index, it.upper_if_index});
+  if (ends.empty()) return false;
+  const auto exist = ask_which_exist(ends);
+  return exist && std::find(exist->begin(), exist->end(), false) != exist->end();
 }
 
 }  // namespace
@@ -24,7 +24,7 @@ std::string prompt_of(const shell& session) {
   std::string mode = session.mode == kExecMode ? "" : session.mode == kConfigureMode ? "config" : "config-if";
   if (session.edited && session.mode != kExecMode) mode += "-candidate";
   if (session.trying) mode += mode.empty() ? "dry-run" : "-dry-run";
-  return mode.empty() ? fmt::format("{}# ", session.switch_name) : fmt::format("{}({})# ", session.switch_name, mode);
+  return mode.empty() ? fmt::format("{}# ", session.about.name) : fmt::format("{}({})# ", session.about.name, mode);
 }
 
 void leave_interfaces(shell& session) {

@@ -9,23 +9,22 @@
 #include <string>
 
 #include "messages/calls/device_names.h"
+#include "messages/calls/switch_facts.h"
 #include "shell/grammar/parser.h"
 #include "shell/output/command_output.h"
+#include "shell/output/document/account.h"
 #include "shell/output/terminal/print_error.h"
 #include "shell/session/command_files.h"
 #include "shell/session/completion.h"
 #include "shell/session/interrupt.h"
 #include "shell/session/invocation.h"
 #include "shell/session/line_output.h"
-#include "switch/source.h"
+#include "shell/session/unconfirmed_commit.h"
+#include "switch/clock.h"
+#include "transport/failures.h"
 
 namespace host {
 namespace {
-
-void refresh_model(shell& session, const command* shown = nullptr) {
-  if (!session.is_refreshed) refresh_for(shown);
-  session.is_refreshed = true;
-}
 
 // Runs a command with an output of its own. `write_error` is the errno with which that was lost.
 int run_with_output(shell& session, const command_line& line, const output_settings& settings, line_filters& filters,
@@ -56,7 +55,9 @@ int run_command(shell& session, const command_line& line) {
   }
   saved_output saved(line.pipes);
   if (const std::string fault = saved.begin(settings); !fault.empty()) return refuse(fault);
-  refresh_model(session, line.what);
+  const std::string& refresh_fault = refresh_model(session, line.what);
+  if (!refresh_fault.empty() && line.what->effect != command_effect::leaves)
+    return refuse_line(session, line.written, refresh_fault, settings.structured, kServiceFailed);
   std::optional<interrupt_scope> interrupts;  // signals of a program that embeds the shell are its own
   if (session.output == nullptr) interrupts.emplace();
   int write_error = 0;
@@ -75,22 +76,38 @@ int run_command(shell& session, const command_line& line) {
 
 }  // namespace
 
-void refresh_for(const command* shown) {
+void take_over_clock(const switch_clock& clock) {
+  clock_take_over({clock.is_stopped, static_cast<std::time_t>(clock.seconds)});
+}
+
+std::string refresh_for(const command* shown) {
   constexpr uint64 kCounters = kCountersDisplay | kErrorCountersDisplay | kRatesDisplay;
   const bool needs_counters_only = shown != nullptr && (shown->shown.bit & kCounters) != 0;
-  if (!needs_counters_only || !the_source().refresh_counters(the_machine())) the_source().refresh(the_machine());
+  const std::size_t num_noted = noted_failures().size();
+  if (const auto answer = ask_refresh(needs_counters_only ? switch_part::counters : switch_part::everything)) {
+    take_over_clock(answer->clock);
+    return answer->reason.empty() ? answer->reason : answer->reason + ".";
+  }
+  const auto noted = noted_failures().subspan(num_noted);
+  return noted.empty() ? std::string() : sentence_of(noted.front());  // none: the user interrupted it
+}
+
+const std::string& refresh_model(shell& session, const command* shown) {
+  if (!session.is_refreshed) session.refresh_fault = refresh_for(shown);
+  session.is_refreshed = true;
+  return session.refresh_fault;
 }
 
 interface_names device_names(shell& session) {
   const auto load = [&session] {
-    refresh_model(session);
-    return ask_device_names();
+    return refresh_model(session).empty() ? ask_device_names() : std::vector<interface_names::named_interface>();
   };
   // The grammar looks for the same word several times.
   const auto may_exist = [&session, known = std::map<std::string, bool, std::less<>>()](std::string_view name) mutable {
     if (session.is_refreshed) return true;
     const auto found = known.find(name);
-    return found != known.end() ? found->second : known[std::string(name)] = the_source().may_have_device(name);
+    if (found != known.end()) return found->second;
+    return known.emplace(name, ask_may_have_device(name).value_or(true)).first->second;
   };
   return interface_names(load, may_exist);
 }
@@ -108,10 +125,8 @@ int run_handler(const invocation& run) {
   const bool changes_switch = changes_settings && !session.edited;
   if ((changes_switch || effect == command_effect::dry_run) && is_waiting_for_confirmation(session, output))
     return kUsage;
-  std::optional<trial> on_candidate;
-  if (session.edited && (changes_settings || effect == command_effect::shows_settings))
-    on_candidate.emplace(session.edited->state());
-  return line.what->run(run);
+  const candidate_scope on_candidate(session, changes_settings || effect == command_effect::shows_settings);
+  return on_candidate.has_failed() ? int{kServiceFailed} : line.what->run(run);
 }
 
 int run_line(shell& session, std::string_view line) {
@@ -119,7 +134,10 @@ int run_line(shell& session, std::string_view line) {
   session.is_refreshed = false;
   const line_meaning meant = meaning_of(line, session.mode, device_names(session));
   if (const auto* const command = std::get_if<command_line>(&meant)) return run_command(session, *command);
-  if (const auto* const mistake = std::get_if<line_mistake>(&meant)) return refuse_mistake(session, *mistake);
+  if (const auto* const mistake = std::get_if<line_mistake>(&meant)) {
+    const bool is_known = !session.is_refreshed || session.refresh_fault.empty();
+    return is_known ? refuse_mistake(session, *mistake) : refuse_mistake(session, *mistake, session.refresh_fault);
+  }
   if (const auto* const question = std::get_if<suggestions>(&meant)) return show_text(session, help_text(*question));
   return kDone;
 }

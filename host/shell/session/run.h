@@ -1,8 +1,10 @@
 // Running lines.
 #pragma once
 
+#include <string>
 #include <string_view>
 
+#include "messages/calls/switch_facts.h"
 #include "shell/session/state.h"
 #include "switch/interface_names.h"
 
@@ -15,9 +17,16 @@ struct invocation;
 // session must outlive them.
 interface_names device_names(shell& session);
 
-// Updates the model for a command, which is null when it is not known yet: only the counters for one that shows nothing
-// else, if the source can read them alone.
-void refresh_for(const command* shown);
+// The shell shows the time of the switch.
+void take_over_clock(const switch_clock& clock);
+
+// Has the switch updated for a command, which is null when it is not known yet: only the counters for one that shows
+// nothing else, if the source can read them alone. Returns a sentence with the reason when that fails, else an empty
+// text.
+std::string refresh_for(const command* shown);
+
+// The same, unless it was done for this line; then the sentence is that of the first time.
+const std::string& refresh_model(shell& session, const command* shown = nullptr);
 
 // Runs a line: a command, or a question when it ends with "?". Returns an exit code.
 int run_line(shell& session, std::string_view line);

@@ -6,8 +6,8 @@
 #include <cstring>
 
 #include "base/files.h"
+#include "base/printable.h"
 #include "base/text.h"
-#include "shell/output/terminal/printable.h"
 #include "shell/platform/prompts.h"
 
 namespace host {

@@ -11,20 +11,21 @@
 #include <optional>
 #include <string>
 
+#include "base/port_status.h"
+#include "base/state_directory.h"
 #include "messages/calls/command_account.h"
+#include "messages/calls/switch_facts.h"
 #include "platform/clear_counters.h"
 #include "platform/eth_statistics.h"
 #include "platform/ip_statistics.h"
 #include "platform/vsh.h"
 #include "shell/commands/group.h"
-#include "shell/grammar/range_text.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/listing.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
-#include "shell/session/state_directory.h"
-#include "switch/source.h"
+#include "switch/range_text.h"
 
 namespace host {
 namespace {
@@ -138,6 +139,11 @@ class answered_clears {
     return if_index <= found.high ? &found : nullptr;
   }
 
+  bool has_missing_right() const {
+    return std::any_of(by_low_.begin(), by_low_.end(),
+                       [](const auto& it) { return is_missing_right(static_cast<uint32>(it.second.error)); });
+  }
+
   bool has_success() const {
     return std::any_of(by_low_.begin(), by_low_.end(), [](const auto& it) { return it.second.error == 0; });
   }
@@ -198,19 +204,21 @@ bool name_uncleared(const invocation& run, std::span<const if_index_t> requested
 // ---- The end of a command -------------------------------------------------------------------------------------------
 
 // The kernel's counters cannot be set to 0: reports how long the baseline is kept.
-int keep_cleared(const invocation& run, const std::string& path) {
-  if (path.empty()) {
+int keep_cleared(const invocation& run) {
+  const auto baselines = ask_to_store_baselines();
+  if (!baselines) return kServiceFailed;
+  if (!baselines->are_kept) return kDone;
+  if (baselines->file.empty()) {
     run.output.text("The kernel's counters keep running; for this session, displays subtract the values read now.\n");
     return kDone;
   }
-  make_directories_of(path);
-  if (const int error = the_source().write_baselines(); error != 0) {
-    run.output.complain(fmt::format("cannot write '{}': {}. The counters are cleared for this session only.", path,
-                                    std::strerror(error)));
+  if (baselines->error != 0) {
+    run.output.complain(fmt::format("cannot write '{}': {}. The counters are cleared for this session only.",
+                                    baselines->file, std::strerror(baselines->error)));
     return kServiceFailed;
   }
   run.output.text(
-      fmt::format("The kernel's counters keep running; displays subtract the values saved in\n{}.\n", path));
+      fmt::format("The kernel's counters keep running; displays subtract the values saved in\n{}.\n", baselines->file));
   return kDone;
 }
 
@@ -219,8 +227,8 @@ int result_of(const invocation& run, std::span<const if_index_t> requested, cons
   run.output.flush();
   const answered_clears answered(results);
   const bool has_failed = name_uncleared(run, requested, answered) || run.output.failed();
-  const std::optional<std::string> file = the_source().baseline_file();
-  const int kept = file && (!has_failed || answered.has_success()) ? keep_cleared(run, *file) : kDone;
+  const int kept = !has_failed || answered.has_success() ? keep_cleared(run) : kDone;
+  if (answered.has_missing_right()) return kNotPermitted;
   return has_failed ? kServiceFailed : kept;
 }
 

@@ -1,10 +1,12 @@
 // The settings as commands: shown, and written to files.
+#include <optional>
 #include <sstream>
 #include <string>
 
 #include "base/files.h"
+#include "base/state_directory.h"
 #include "base/text.h"
-#include "shell/commands/configure/running_config.h"
+#include "messages/calls/session.h"
 #include "shell/commands/group.h"
 #include "shell/grammar/cut_line.h"
 #include "shell/grammar/parser.h"
@@ -15,7 +17,7 @@
 #include "shell/output/schema/schema.h"
 #include "shell/session/command_files.h"
 #include "shell/session/saved_files.h"
-#include "shell/session/state_directory.h"
+#include "shell/session/unconfirmed_commit.h"
 
 namespace host {
 namespace {
@@ -30,25 +32,23 @@ selection select_configured(const invocation& run) {
   return chosen;
 }
 
-std::string configuration_text(const invocation& run, const selection& chosen) {
-  const bool is_whole = run.line.range.empty();
-  return running_config(the_machine(), chosen.interfaces,
-                        is_whole ? std::span<const if_index_t>(the_machine().deleted) : std::span<const if_index_t>());
+// Nothing when the session service does not answer.
+std::optional<std::string> configuration_text(const invocation& run, const selection& chosen) {
+  return session_running_config(chosen.interfaces, run.line.range.empty());
 }
 
-// A record for each command of each interface.
-void record_commands(command_output& output, const selection& chosen) {
-  for (const if_index_t if_index : chosen.interfaces) {
-    const interface* const port = the_machine().find(if_index);
-    char name[64];
-    std::istringstream lines(port != nullptr ? settings_of(*port) : std::string());
-    for (std::string line; std::getline(lines, line);) {
-      output.begin_interface(sprintf_if_index(name, if_index));
-      const std::string command(trim(line));
+// A record for each command of each interface. False when the session service does not answer.
+bool record_commands(command_output& output, const selection& chosen) {
+  const auto commands = session_commands(chosen.interfaces);
+  if (!commands) return false;
+  for (std::size_t i = 0; i < chosen.interfaces.size(); ++i)
+    for (const std::string& command : (*commands)[i]) {
+      char name[64];
+      output.begin_interface(sprintf_if_index(name, chosen.interfaces[i]));
       output.bind_text(kTagCommand, command);
       output.end_interface();
     }
-  }
+  return true;
 }
 
 // Whether a command only changes the mode, which follows it.
@@ -104,9 +104,10 @@ int show_running_config(const invocation& run) {
   const selection chosen = select_configured(run);
   if (chosen.code != kDone) return chosen.code;
   if (run.output.is_structured())
-    record_commands(run.output, chosen);
-  else
-    run.output.text(configuration_text(run, chosen));
+    return record_commands(run.output, chosen) ? chosen.result_of(kDone) : int{kServiceFailed};
+  const auto text = configuration_text(run, chosen);
+  if (!text) return kServiceFailed;
+  run.output.text(*text);
   return chosen.result_of(kDone);
 }
 
@@ -120,21 +121,23 @@ int copy_running_config(const invocation& run) {
   }
   const selection chosen = select_configured(run);
   if (chosen.code != kDone) return chosen.code;
+  const auto text = configuration_text(run, chosen);
+  if (!text) return kServiceFailed;
   if (path == "-") {
-    run.output.text(configuration_text(run, chosen));
+    run.output.text(*text);
     return kDone;
   }
   std::string fault = is_startup ? std::string() : refuse_to_replace(path);
   if (fault.empty()) {
     int error = is_startup ? make_directories_of(path) : 0;
-    if (error == 0) error = write_file(path, configuration_text(run, chosen));
+    if (error == 0) error = write_file(path, *text);
     fault = write_fault(path, error);
   }
   if (!fault.empty()) {
     run.output.complain(fault);
     return kUsage;
   }
-  if (is_startup) the_machine().save_startup();
+  if (is_startup && !session_save_startup()) return kServiceFailed;
   run.output.text(written_sentence(path));
   return kDone;
 }

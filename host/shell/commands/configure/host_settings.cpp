@@ -4,13 +4,13 @@
 #include <span>
 #include <vector>
 
+#include "base/text_argument.h"
+#include "messages/calls/session.h"
 #include "platform/vsh.h"
-#include "settings/change_journal.h"
 #include "settings/wire.h"
 #include "shell/commands/configure/own_connection.h"
 #include "shell/commands/configure/setting_commands.h"
 #include "shell/commands/configure/setting_outcome.h"
-#include "shell/grammar/words.h"
 #include "shell/library/command_queue.h"
 #include "shell/output/command_output.h"
 #include "shell/session/invocation.h"
@@ -58,7 +58,7 @@ int set_ports_of_host(const invocation& run) {
   if (!may_go_on(run)) return before.report(setting, {}, kUnconfirmed), kNotPermitted;
   const command_queue q;
   command_account account(q.handle);
-  begin_changes(setting);
+  session_begin_changes(setting);
   const int32 error =
       set_host_setting(q.handle, ranges_of(run.session), run.line.what->sets->type, octets_of(run.line));
   before.report(setting, account.settings.ports, reason_of_silence(0, account.settings));

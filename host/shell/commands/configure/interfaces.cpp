@@ -1,16 +1,16 @@
 // The interfaces that settings are for.
 #include "messages/calls/command_account.h"
-#include "settings/change_journal.h"
+#include "messages/calls/session.h"
 #include "shell/commands/configure/own_connection.h"
 #include "shell/commands/configure/setting_outcome.h"
 #include "shell/commands/group.h"
-#include "shell/grammar/range_text.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
 #include "shell/platform/prompts.h"
 #include "shell/session/modes.h"
+#include "switch/range_text.h"
 
 namespace host {
 namespace {
@@ -28,7 +28,7 @@ int choose_interfaces(const invocation& run) {
   const command_queue q;
   command_account account(q.handle);
   command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
-  begin_changes(words_of_command(run.line));
+  session_begin_changes(words_of_command(run.line));
   const interfaces_before before(run);
   const selection chosen = select_or_create(parameters, run.line.range);
   before.report();
@@ -47,7 +47,7 @@ int delete_interfaces(const invocation& run) {
   const command_queue q;
   command_account account(q.handle);
   command_parameters parameters(run.session.library, run.session.user, q.handle, kNoDisplayId);
-  begin_changes(words_of_command(run.line));
+  session_begin_changes(words_of_command(run.line));
   const interfaces_before before(run);
   const selection deleted = delete_named(parameters, run.line.range, run.session.num_files > 0);
   before.report();

@@ -17,7 +17,7 @@ int configure_dry_run(const invocation& run) {
     run.output.complain("a dry run cannot begin while there is a candidate. Type 'end' to leave the candidate first.");
     return kUsage;
   }
-  if (!run.session.trying) run.session.trying = std::make_unique<dry_run>(run.session.num_files);
+  if (!begin_dry_run(run.session, run.session.num_files)) return kServiceFailed;
   run.session.mode = kConfigureMode;
   return kDone;
 }

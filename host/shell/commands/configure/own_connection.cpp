@@ -9,14 +9,12 @@
 #include <string_view>
 #include <vector>
 
+#include "messages/calls/switch_facts.h"
 #include "platform/port_manager.h"
 #include "platform/vsh.h"
-#include "settings/change_journal.h"
-#include "settings/trial.h"
-#include "shell/grammar/range_text.h"
 #include "shell/output/command_output.h"
 #include "shell/session/invocation.h"
-#include "switch/source.h"
+#include "switch/range_text.h"
 
 namespace host {
 namespace {
@@ -53,31 +51,17 @@ bool wants_it(const std::vector<if_index_t>& cut) {
 
 template <typename Test>
 bool may_change(const invocation& run, Test is_changed) {
-  if (trial::is_running()) return true;
-  std::vector<if_index_t> way = the_source().interfaces_towards(address_of_user());
-  way.erase(std::remove_if(way.begin(), way.end(), [&](if_index_t it) { return !is_changed(it); }), way.end());
+  if (run.session.is_trial()) return true;
+  const auto towards = ask_interfaces_towards(address_of_user());
+  if (!towards) return false;
+  std::vector<if_index_t> way = *towards;
+  std::erase_if(way, [&](if_index_t it) { return !is_changed(it); });
   if (way.empty() || wants_it(way)) return true;
   run.output.complain(fmt::format(
       "nothing was changed: this may cut your own connection through {}. Start the shell with --yes to change it "
       "anyway, or use 'configure candidate' and 'commit confirmed SECONDS', which is rolled back unless you confirm "
       "it.",
       range_text(way)));
-  return false;
-}
-
-// Whether a value is the one of the "no" form.
-bool is_off(const setting& of, const port_settings& settings) {
-  const auto value = of.get(settings);
-  return std::any_of(of.forms.begin(), of.forms.end(), [&](const setting_form& it) {
-    return it.kind == form_kind::off && value == setting_value(it.value);
-  });
-}
-
-bool can_cut(const machine_changes::settings& change) {
-  for (const setting& it : all_settings()) {
-    if (it.traits.cuts == may_cut::never || is_equal(it, change.before, change.after)) continue;
-    if (it.traits.cuts == may_cut::always || !is_off(it, change.after)) return true;
-  }
   return false;
 }
 
@@ -94,15 +78,14 @@ bool may_delete(const invocation& run) {
   return may_change(run, [&](if_index_t it) { return matches(run.line.range, it); });
 }
 
-bool may_commit(const invocation& run, const machine_changes& changes) {
+bool may_commit(const invocation& run, std::span<const candidate_change> changes) {
   return may_change(run, [&](if_index_t it) {
-    const auto changed = changes.changed.find(it);
-    return changes.deleted.count(it) != 0 || (changed != changes.changed.end() && can_cut(changed->second));
+    return std::any_of(changes.begin(), changes.end(),
+                       [it](const candidate_change& change) { return change.if_index == it && change.may_cut; });
   });
 }
 
-bool may_undo(const invocation& run, std::size_t num_steps) {
-  const std::vector<if_index_t> changed = changed_ports(the_machine(), num_steps);
+bool may_undo(const invocation& run, std::span<const if_index_t> changed) {
   return may_change(run, [&](if_index_t it) { return std::binary_search(changed.begin(), changed.end(), it); });
 }
 

@@ -7,12 +7,14 @@
 #include <utility>
 
 #include "base/port_status.h"
+#include "messages/calls/session.h"
+#include "messages/calls/switch_facts.h"
 #include "platform/syserr.h"
-#include "shell/commands/configure/setting_differences.h"
-#include "shell/grammar/range_text.h"
+#include "shell/commands/configure/change_texts.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
 #include "shell/session/invocation.h"
+#include "switch/range_text.h"
 
 namespace host {
 namespace {
@@ -36,8 +38,8 @@ enum class outcome : uint8 { applied, unchanged, refused };
 struct setting_result {
   outcome what = outcome::unchanged;
   uint32 status = 0;
-  std::string reason;
-  setting_difference made;
+  std::string reason = {};
+  command_changes made = {};
 };
 
 const char* word_of(outcome what) {
@@ -56,20 +58,9 @@ void refuse(setting_result& result, uint32 status, const std::string& reason) {
   result.reason = reason;
 }
 
-// By the current settings of the port; `before` is empty for an interface that did not exist.
-setting_result result_of(if_index_t if_index, const std::optional<port_settings>& before) {
-  const interface* const port = std::as_const(the_machine()).find(if_index);
-  const command_list itself = {"interface " + range_text({&if_index, 1})};
-  setting_result result;
-  if (before && port != nullptr)
-    result.made = change_of(*port, *before);
-  else if (before)
-    result.made.before = itself;
-  else if (port != nullptr)
-    result.made.after = itself;
-  const bool is_same = port != nullptr ? before == port->settings : !before;
-  result.what = is_same ? outcome::unchanged : outcome::applied;
-  return result;
+// By the current settings of the port.
+setting_result result_of(const noted_port& port) {
+  return {.what = port.is_same ? outcome::unchanged : outcome::applied, .made = port.made};
 }
 
 void record(command_output& output, const std::string& setting, if_index_t if_index, const setting_result& result) {
@@ -117,12 +108,6 @@ void print(command_output& output, const std::map<if_index_t, setting_result>& r
   for (const auto& [text, interfaces] : grouped(texts)) print_names(output, interfaces, text);
 }
 
-std::vector<if_index_t> every_interface() {
-  std::vector<if_index_t> all;
-  for (const interface& it : the_machine().interfaces) all.push_back(it.if_index);
-  return all;
-}
-
 // The entries that only the first of two sorted lists has.
 std::vector<if_index_t> difference_of(const std::vector<if_index_t>& from, const std::vector<if_index_t>& others) {
   std::vector<if_index_t> left;
@@ -131,7 +116,7 @@ std::vector<if_index_t> difference_of(const std::vector<if_index_t>& from, const
 }
 
 int exit_code_of_ports(std::span<const pm_port_cfg_status_t> ports) {
-  if (any_port(ports, [](uint32 status) { return status == kPortStatusNoRight; })) return kNotPermitted;
+  if (any_port(ports, is_missing_right)) return kNotPermitted;
   return any_port(ports, [](uint32 status) { return status != 0; }) ? kSomeInterfacesFailed : kDone;
 }
 
@@ -139,22 +124,20 @@ int exit_code_of_ports(std::span<const pm_port_cfg_status_t> ports) {
 
 ports_before::ports_before(const invocation& run, std::span<const if_index_t> ports) : run_(run) {
   if (!is_reported()) return;
-  for (const if_index_t it : ports) note(it);
+  std::vector<if_index_range_t> ranges;
+  for (const if_index_t it : ports) ranges.push_back({it, it});
+  session_note_ports(ranges, true);
 }
 
 ports_before::ports_before(const invocation& run) : run_(run) {
   if (!is_reported()) return;
+  std::vector<if_index_range_t> ranges;
   for (const vsh_intf_mono_range_t& range : run.session.configured.ranges)
-    for (const interface& it : the_machine().interfaces)
-      if (range.lower_if_index <= it.if_index && it.if_index <= range.upper_if_index) note(it.if_index);
+    ranges.push_back({range.lower_if_index, range.upper_if_index});
+  session_note_ports(ranges, false);
 }
 
-bool ports_before::is_reported() const { return run_.output.is_structured() || run_.session.trying != nullptr; }
-
-void ports_before::note(if_index_t if_index) {
-  const interface* const port = std::as_const(the_machine()).find(if_index);
-  ports_.emplace(if_index, port == nullptr ? std::nullopt : std::optional(port->settings));
-}
+bool ports_before::is_reported() const { return run_.output.is_structured() || run_.session.trying; }
 
 void ports_before::report(const std::string& setting, std::span<const pm_port_cfg_status_t> answers,
                           const std::string& unanswered) const {
@@ -165,16 +148,16 @@ void ports_before::report(const std::string& setting, std::span<const pm_port_cf
     if (known->second == 0) known->second = it.status;
   }
   std::map<if_index_t, setting_result> results;
-  for (const auto& [if_index, before] : ports_) {
-    setting_result result = result_of(if_index, before);
-    if (const auto answer = statuses.find(if_index); answer != statuses.end())
+  for (const noted_port& port : session_port_results()) {
+    setting_result result = result_of(port);
+    if (const auto answer = statuses.find(port.if_index); answer != statuses.end())
       refuse(result, answer->second, text_of(answer->second));
     else if (result.what == outcome::unchanged && !unanswered.empty())
       refuse(result, PM_ERR_GENERAL, unanswered);
-    results.emplace(if_index, std::move(result));
+    results.emplace(port.if_index, std::move(result));
   }
   for (const auto& [if_index, status] : statuses)
-    if (status != 0 && ports_.count(if_index) == 0)
+    if (status != 0 && results.count(if_index) == 0)
       refuse(results[if_index], status, text_of(status));  // there is no such interface
   if (run_.output.is_structured())
     record(run_.output, setting, results);
@@ -183,14 +166,15 @@ void ports_before::report(const std::string& setting, std::span<const pm_port_cf
 }
 
 interfaces_before::interfaces_before(const invocation& run) : run_(run) {
-  if (run.session.trying) interfaces_ = every_interface();
+  if (run.session.trying) interfaces_ = ask_every_interface();
 }
 
 void interfaces_before::report() const {
   if (!run_.session.trying) return;
-  const std::vector<if_index_t> now = every_interface();
-  print_names(run_.output, difference_of(now, interfaces_), "created");
-  print_names(run_.output, difference_of(interfaces_, now), "deleted");
+  const auto now = ask_every_interface();
+  if (!interfaces_ || !now) return;
+  print_names(run_.output, difference_of(*now, *interfaces_), "created");
+  print_names(run_.output, difference_of(*interfaces_, *now), "deleted");
 }
 
 std::string reason_of_silence(int32 worst, const setting_results& results) {

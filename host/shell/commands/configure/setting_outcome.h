@@ -1,7 +1,6 @@
 // The results of settings: the ports that refused, and the exit code.
 #pragma once
 
-#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,7 +11,6 @@
 #include "pmcli/displays.h"
 #include "shell/output/document/document.h"
 #include "shell/session/invocation.h"
-#include "switch/model.h"
 
 namespace host {
 
@@ -42,10 +40,8 @@ class ports_before {
 
  private:
   bool is_reported() const;
-  void note(if_index_t if_index);
 
   const invocation& run_;
-  std::map<if_index_t, std::optional<port_settings>> ports_;  // empty: there was no such interface
 };
 
 // The interfaces as they were when a command began that creates or deletes some. A dry run lists them.
@@ -56,7 +52,7 @@ class interfaces_before {
 
  private:
   const invocation& run_;
-  std::vector<if_index_t> interfaces_;
+  std::optional<std::vector<if_index_t>> interfaces_;
 };
 
 // Why no service was asked for a setting: for ports_before::report(). Empty when one was.

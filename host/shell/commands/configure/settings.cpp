@@ -4,17 +4,17 @@
 #include <string>
 
 #include "messages/calls/command_account.h"
-#include "settings/change_journal.h"
+#include "messages/calls/session.h"
 #include "shell/commands/configure/own_connection.h"
 #include "shell/commands/configure/setting_commands.h"
 #include "shell/commands/configure/setting_outcome.h"
-#include "shell/grammar/range_text.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
 #include "shell/platform/prompts.h"
 #include "shell/session/modes.h"
+#include "switch/range_text.h"
 
 namespace host {
 namespace {
@@ -75,7 +75,7 @@ int set_ports(const invocation& run) {
   if (!may_go_on(run)) return before.report(setting, {}, kUnconfirmed), kNotPermitted;
   const command_queue q;
   command_account account(q.handle);
-  begin_changes(setting);
+  session_begin_changes(setting);
   const int32 worst = set_ranges(run, q.handle, account.settings);
   run.output.flush();
   before.report(setting, account.settings.ports, reason_of_silence(worst, account.settings));

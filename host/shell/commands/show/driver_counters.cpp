@@ -3,11 +3,11 @@
 #include <optional>
 #include <vector>
 
+#include "base/printable.h"
 #include "shell/commands/group.h"
 #include "shell/commands/show/table_display.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
-#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <span>
 
+#include "messages/calls/switch_facts.h"
 #include "platform/if_index.h"
 #include "shell/commands/show/lanes.h"
 #include "shell/commands/show/library_display.h"
@@ -14,7 +15,6 @@
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
-#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -191,9 +191,12 @@ int show_views(const invocation& run, std::span<const interface_view* const> vie
 }
 
 // The header of the library names a minute; readings of devices cover another time. Documents have it in each record.
-void print_time_of_rates(command_output& output) {
-  if (output.is_structured() || !the_source().counts_at_refresh() || !output.has_shown_interface()) return;
-  if (const auto seconds = the_source().rate_seconds())
+void print_time_of_rates(const invocation& run) {
+  command_output& output = run.output;
+  if (output.is_structured() || !run.session.about.counts_at_refresh || !output.has_shown_interface()) return;
+  const auto seconds = ask_rate_seconds();
+  if (!seconds) return;
+  if (*seconds != 0)
     output.text(fmt::format("\nThe rates cover the last {:.0f} s.\n", *seconds));
   else
     output.text("\nRates need two readings, a second or more apart: repeat the command.\n");
@@ -202,10 +205,10 @@ void print_time_of_rates(command_output& output) {
 }  // namespace
 
 int show_interface(const invocation& run) {
-  if (!has_named_module(run)) return kNoSuchInterface;
+  if (const int checked = check_module(run); checked != kDone) return checked;
   const interface_view& shown = *run.line.what->view;
   const int result = show_views(run, views_from(shown), shown.kinds);
-  if (run.line.what->shown.bit == kRatesDisplay) print_time_of_rates(run.output);
+  if (run.line.what->shown.bit == kRatesDisplay) print_time_of_rates(run);
   return result;
 }
 

@@ -1,35 +1,21 @@
 // "show kernel-map".
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <string>
 
+#include "messages/calls/switch_facts.h"
 #include "platform/if_index.h"
 #include "shell/commands/group.h"
-#include "shell/grammar/range_text.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
-#include "switch/source.h"
+#include "switch/range_text.h"
 
 namespace host {
 namespace {
 
-std::string text_of(const kernel_device& it) {
-  switch (it.reason) {
-    case name_reason::map_file: return "map file";
-    case name_reason::stored: return "stored";
-    case name_reason::default_route: return "default route";
-    case name_reason::loopback: return "loopback";
-    case name_reason::bond: return "bond";
-    case name_reason::vlan: return fmt::format("vlan of {}", it.parent);
-    case name_reason::device_index: return "device index";
-  }
-  return {};
-}
-
 int show_kernel_map(const invocation& run) {
-  const auto devices = the_source().devices();
-  if (!devices) {
+  const auto answer = ask_devices();
+  if (!answer) return kServiceFailed;
+  if (!answer->is_kernel) {
     run.output.complain("this switch is not read from the kernel. Start the shell with --kernel.");
     return kUsage;
   }
@@ -37,17 +23,16 @@ int show_kernel_map(const invocation& run) {
   const auto padded = [](const std::string& text) {
     return text + std::string(std::max(kWidth, text.size() + 2) - text.size(), ' ');
   };
-  for (const kernel_device& it : *devices) {
-    const std::string reason = text_of(it);
+  for (const device_interface& it : answer->devices) {
     if (run.output.is_structured()) {
       char name[64];
       run.output.begin_interface(sprintf_if_index(name, it.if_index), it.if_index);
       run.output.bind_text(kTagMapDevice, it.name);
-      run.output.bind_text(kTagMapReason, reason);
+      run.output.bind_text(kTagMapReason, it.reason);
       run.output.end_interface();
       continue;
     }
-    run.output.text(padded(it.name) + padded(range_text({&it.if_index, 1})) + reason + "\n");
+    run.output.text(padded(it.name) + padded(range_text({&it.if_index, 1})) + it.reason + "\n");
   }
   return kDone;
 }

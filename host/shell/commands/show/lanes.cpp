@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
+#include "messages/calls/diagnostic_marks.h"
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
-#include "switch/model.h"
 
 namespace host {
 namespace {
@@ -36,16 +36,10 @@ std::string lane_line(std::size_t number, const lane_value& lane) {
   return line + "\n";
 }
 
-// Most modules have one lane: no request is sent for them.
-bool has_lanes(if_index_t if_index) {
-  const interface* const port = the_machine().find(if_index);
-  return port != nullptr && port->module_in_port && !port->module_in_port->diagnostics.lanes.empty();
-}
-
 }  // namespace
 
 void show_lanes(const invocation& run, if_index_t if_index) {
-  if (!has_lanes(if_index)) return;
+  if (!has_noted_lanes(if_index)) return;  // most modules have one: no request is sent for them
   const auto values = run.output.values();
   if (!values) return;
   const auto found =

@@ -4,10 +4,9 @@
 
 #include <algorithm>
 #include <string>
-#include <vector>
 
+#include "messages/calls/switch_facts.h"
 #include "shell/library/views.h"
-#include "switch/model.h"
 
 namespace host {
 
@@ -19,19 +18,17 @@ void call_handler(const invocation& run, command_handler handler, paraminfo_t* b
   run.output.note_failure();
 }
 
-bool has_named_module(const invocation& run) {
+int check_module(const invocation& run) {
   const auto& words = run.line.what->syntax.words;
   if (std::none_of(words.begin(), words.end(), [](const syntax_word& word) { return word.text == "MODULE"; }))
-    return true;
-  std::vector<uint32> modules;
-  for (const card& it : the_machine().cards) {
-    if (it.slot + 1 == run.line.number) return true;
-    modules.push_back(it.slot + 1);
-  }
-  run.output.complain(modules.empty() ? fmt::format("module {} does not exist.", run.line.module)
-                                      : fmt::format("module {} does not exist; the modules of this switch are {}.",
-                                                    run.line.module, fmt::join(modules, ", ")));
-  return false;
+    return kDone;
+  const auto modules = ask_modules();
+  if (!modules) return kServiceFailed;
+  if (std::find(modules->begin(), modules->end(), run.line.number) != modules->end()) return kDone;
+  run.output.complain(modules->empty() ? fmt::format("module {} does not exist.", run.line.module)
+                                       : fmt::format("module {} does not exist; the modules of this switch are {}.",
+                                                     run.line.module, fmt::join(*modules, ", ")));
+  return kNoSuchInterface;
 }
 
 }  // namespace host

@@ -13,8 +13,8 @@ namespace host {
 // command.
 void call_handler(const invocation& run, command_handler handler, paraminfo_t* block);
 
-// False, after a complaint, when the line names a module that the switch does not have.
-bool has_named_module(const invocation& run);
+// Returns an exit code: not kDone, after a complaint, when the line names a module that the switch does not have.
+int check_module(const invocation& run);
 
 // Calls `show` with a block without interfaces. Failures are those that the output noted.
 template <typename Show>

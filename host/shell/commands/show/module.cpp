@@ -55,7 +55,7 @@ int bind_module_resources(const invocation& run, uint32 module) {
 }
 
 int show_module_resources(const invocation& run) {
-  if (!has_named_module(run)) return kNoSuchInterface;
+  if (const int checked = check_module(run); checked != kDone) return checked;
   const uint32 module = *run.line.number;
   if (pdb_is_module_tamber(module * 256 + 2) == 0) {
     run.output.complain(

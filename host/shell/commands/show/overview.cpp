@@ -6,6 +6,7 @@
 #include <iterator>
 #include <limits>
 
+#include "base/printable.h"
 #include "platform/if_index.h"
 #include "shell/commands/group.h"
 #include "shell/library/command_queue.h"
@@ -15,7 +16,6 @@
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
 #include "shell/output/terminal/fitted_table.h"
-#include "shell/output/terminal/printable.h"
 #include "shell/output/terminal/short_number.h"
 
 namespace host {

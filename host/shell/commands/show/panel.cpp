@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <optional>
 
+#include "base/printable.h"
 #include "platform/if_index.h"
 #include "platform/port_manager.h"
 #include "shell/commands/group.h"
@@ -14,7 +15,6 @@
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
 #include "shell/output/terminal/locale.h"
-#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {

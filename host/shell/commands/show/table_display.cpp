@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/printable.h"
 #include "platform/if_index.h"
 #include "platform/syserr.h"
 #include "shell/library/command_queue.h"
@@ -11,7 +12,6 @@
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
 #include "shell/output/schema/schema.h"
-#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {

@@ -3,7 +3,6 @@
 #include "shell/commands/show/own_channel.h"
 #include "shell/output/command_output.h"
 #include "shell/output/schema/schema.h"
-#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -14,16 +13,16 @@ int show_version(const invocation& run) {
   cmd_rx_handle_t* const rx = channel();
   const shell& session = run.session;
   cmd_prt(rx, "pmsh:      %s\n", text_tuple(kTagProgramVersion, PMCLI_VERSION));
-  if (const auto kernel = the_source().system()) {
-    cmd_prt(rx, "Platform:  %s %s\n", text_tuple(kTagPlatform, kernel->name.c_str()),
-            text_tuple(kTagKernelRelease, kernel->release.c_str()));
-  } else if (session.switch_file.empty()) {
+  const switch_facts& about = session.about;
+  if (!about.kernel_name.empty()) {
+    cmd_prt(rx, "Platform:  %s %s\n", text_tuple(kTagPlatform, about.kernel_name.c_str()),
+            text_tuple(kTagKernelRelease, about.kernel_release.c_str()));
+  } else if (about.file.empty()) {
     cmd_prt(rx, "Platform:  %s %s\n", text_tuple(kTagPlatform, kSimulated),
-            text_tuple(kTagSwitchName, session.switch_name.c_str()));
+            text_tuple(kTagSwitchName, about.name.c_str()));
   } else {
     cmd_prt(rx, "Platform:  %s %s from %s\n", text_tuple(kTagPlatform, kSimulated),
-            text_tuple(kTagSwitchName, session.switch_name.c_str()),
-            text_tuple(kTagSwitchFile, session.switch_file.c_str()));
+            text_tuple(kTagSwitchName, about.name.c_str()), text_tuple(kTagSwitchFile, about.file.c_str()));
   }
   cmd_prt(rx, "Library:   %s\n", text_tuple(kTagLibrary, session.library.file.c_str()));
   return kDone;

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/printable.h"
 #include "platform/if_index.h"
-#include "shell/output/terminal/printable.h"
 #include "shell/output/terminal/sparkline.h"
 
 namespace host {

@@ -1,6 +1,4 @@
 // "watch events": changes of the switch, as its source publishes them.
-#include "switch/events.h"
-
 #include <fmt/format.h>
 #include <poll.h>
 #include <unistd.h>
@@ -10,16 +8,15 @@
 #include <csignal>
 #include <ctime>
 #include <limits>
-#include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "messages/interface_values.h"
-#include "platform/if_index.h"
+#include "base/printable.h"
+#include "messages/calls/switch_events.h"
 #include "shell/commands/group.h"
+#include "shell/commands/show/table_display.h"
 #include "shell/commands/watch/output.h"
 #include "shell/library/command_queue.h"
 #include "shell/library/parameters.h"
@@ -28,9 +25,9 @@
 #include "shell/output/rendering.h"
 #include "shell/output/schema/schema.h"
 #include "shell/output/terminal/print_error.h"
-#include "shell/output/terminal/printable.h"
 #include "shell/session/interrupt.h"
-#include "switch/source.h"
+#include "shell/session/line_output.h"
+#include "shell/session/run.h"
 
 namespace host {
 namespace {
@@ -39,95 +36,31 @@ constexpr display kEventsShown = {.bit = kEventsDisplay, .name = "events", .list
 
 // ---- Texts ----------------------------------------------------------------------------------------------------------
 
-constexpr std::string_view word_of(event_kind kind) {
-  switch (kind) {
-    case event_kind::link: return "link";
-    case event_kind::address: return "address";
-    case event_kind::neighbor: return "neighbor";
-    case event_kind::module: return "module";
-  }
-  return {};
-}
-
-std::string text_of(const ip_address& address) {
-  return address.is_ipv6 ? text_of_ipv6(address.bytes.data()) : text_of_ipv4(address.bytes.data());
-}
-
-std::string with_prefix(const ip_address& address) {
-  return fmt::format("{}/{}", text_of(address), address.prefix_length);
-}
-
-// Empty for no value.
-std::string text_of(const event_value& value) {
-  if (const auto* const text = std::get_if<std::string>(&value)) return *text;
-  if (const auto* const mac = std::get_if<mac_address>(&value)) return text_of_mac(mac->data());
-  if (const auto* const address = std::get_if<ip_address>(&value)) return with_prefix(*address);
-  return {};
-}
-
-std::string name_of(if_index_t if_index) {
-  char name[64] = {};
-  return if_index == 0 ? std::string() : sprintf_if_index(name, if_index);
-}
-
-// "Ethernet1/7 (eth0)"
-std::string subject_of(const row_device& device) {
-  const std::string name = name_of(device.if_index);
-  if (name.empty()) return device.name;
-  return device.name.empty() ? name : fmt::format("{} ({})", name, device.name);
+// The address of an event: with its prefix when the event is about it.
+std::string address_of(const shown_row& event) {
+  const std::string address = event.text(property::ip_address);
+  if (event.text(property::event_kind) != "address") return address;
+  return fmt::format("{}/{}", address, event.text(property::prefix_length_bits));
 }
 
 // "mtu: 1500 -> 9000", "192.0.2.9 added: reachable, 0200.0000.0009", "192.0.2.1/24 removed"
-std::string change_of(const switch_event& event) {
+std::string change_of(const shown_row& event) {
   std::string text;
-  if (event.address)
-    text = (event.kind == event_kind::address ? with_prefix(*event.address) : text_of(*event.address)) + " ";
-  text += event.change;
-  const std::string before = text_of(event.old_value), now = text_of(event.new_value);
-  const bool is_whole = event.change == "added" || event.change == "removed";
+  if (event.find(property::ip_address) != nullptr) text = address_of(event) + " ";
+  const std::string change = event.text(property::change);
+  text += change;
+  const std::string before = event.text(property::old_value), now = event.text(property::new_value);
+  const bool is_whole = change == "added" || change == "removed";
   if (!is_whole) return fmt::format("{}: {} -> {}", text, before.empty() ? "--" : before, now.empty() ? "--" : now);
-  if (event.kind == event_kind::address) return text;  // the value is the address
+  if (event.text(property::event_kind) == "address") return text;  // the value is the address
   std::string value = before.empty() ? now : before;
-  if (event.mac) value += (value.empty() ? "" : ", ") + text_of_mac(event.mac->data());
+  const std::string mac = event.text(property::mac);
+  if (!mac.empty()) value += (value.empty() ? "" : ", ") + mac;
   return value.empty() ? text : fmt::format("{}: {}", text, value);
 }
 
 std::string line_of(std::string_view time, std::string_view kind, std::string_view subject, std::string_view change) {
   return fmt::format("{:<19}  {:<8}  {:<24}  {}", time, kind, subject, change);
-}
-
-// ---- Records --------------------------------------------------------------------------------------------------------
-
-void write_text(value_writer& to, property of, const std::string& text) {
-  if (text.empty())
-    to.absent(of, absence::none);
-  else
-    to.text(of, text);
-}
-
-void write_address(value_writer& to, const std::optional<ip_address>& address) {
-  if (!address) return;
-  if (address->is_ipv6)
-    to.ipv6(property::ip_address, address->bytes);
-  else
-    to.ipv4(property::ip_address, address->bytes);
-  to.number(property::prefix_length_bits, address->prefix_length);
-}
-
-std::vector<std::byte> values_of(const switch_event& event) {
-  std::vector<std::byte> bytes;
-  value_writer to(bytes);
-  if (event.device.if_index != 0) to.interface(property::interface, event.device.if_index);
-  write_text(to, property::device, event.device.name);
-  if (event.device.number != 0) to.number(property::ifindex, event.device.number);
-  write_address(to, event.address);
-  if (event.mac) to.mac(property::mac, *event.mac);
-  to.time(property::event_time, event.at_sec);
-  to.text(property::event_kind, word_of(event.kind));
-  to.text(property::change, event.change);
-  write_text(to, property::old_value, text_of(event.old_value));
-  write_text(to, property::new_value, text_of(event.new_value));
-  return bytes;
 }
 
 // ---- The stream -----------------------------------------------------------------------------------------------------
@@ -155,8 +88,10 @@ struct event_filter {
   bool has_all = true;
   std::vector<if_index_t> interfaces;  // sorted
 
-  bool shows(const switch_event& event) const {
-    return has_all || std::binary_search(interfaces.begin(), interfaces.end(), event.device.if_index);
+  bool shows(const shown_row& event) const {
+    if (has_all) return true;
+    const interface_value* const of = event.find(property::interface);
+    return of != nullptr && std::binary_search(interfaces.begin(), interfaces.end(), of->number());
   }
 };
 
@@ -171,8 +106,9 @@ class event_stream {
   int run() {
     const interrupt_scope interrupts;
     const broken_pipe_scope pipes;
-    the_source().refresh(the_machine());
-    std::unique_ptr<event_reader> events;
+    const std::string& fault = refresh_model(session_);
+    if (!fault.empty()) return refuse_line(session_, line_.written, fault, usual_.structured, kServiceFailed);
+    std::optional<event_query> events;
     const int begun = refuse([&](command_output& output) { return begin(output, events); });
     const int result = begun == kDone ? follow(*events) : begun;
     write_rest();
@@ -203,17 +139,19 @@ class event_stream {
     return code;
   }
 
-  int begin(command_output& output, std::unique_ptr<event_reader>& events) {
+  int begin(command_output& output, std::optional<event_query>& events) {
     if (const int code = choose(output); code != kDone) return code;
-    try {
-      events = the_source().open_events();
-    } catch (const std::runtime_error& why) {
-      output.complain(why.what() + std::string("."));
-      return kServiceFailed;
-    }
-    if (events != nullptr) return kDone;
+    events.emplace();
+    if (events->state() == events_state::open) return kDone;
+    if (events->state() == events_state::failed) return fail(output, *events);
     output.complain("this switch publishes no events. Start the shell with --kernel to watch those of this machine.");
     return kUsage;
+  }
+
+  // A service that failed is in the account of the command.
+  static int fail(command_output& output, const event_query& events) {
+    if (!events.reason().empty()) output.complain(events.reason() + ".");
+    return kServiceFailed;
   }
 
   int choose(command_output& output) {
@@ -227,27 +165,20 @@ class event_stream {
     return chosen.code;
   }
 
-  int follow(event_reader& events) {
+  int follow(event_query& events) {
     const uint32 most = line_.number.value_or(std::numeric_limits<uint32>::max());
     if (!usual_.structured) take_line(line_of("Time", "Kind", "Interface", "Change"), line_role::title);
-    std::vector<switch_event> read;
     for (uint32 count = 0;;) {
       write();
       if (error_ != 0) return kDone;
-      const stream_end end = wait_for(events.descriptors());
-      if (end == stream_end::interrupted) return kInterrupted;
+      const stream_end end = events.has_more() ? stream_end::event : wait_for(events.descriptors());
+      if (end == stream_end::interrupted || was_interrupted()) return kInterrupted;
       if (end == stream_end::reader_gone) return kDone;
-      read.clear();
-      try {
-        if (!events.read(read)) report_loss();
-      } catch (const std::runtime_error& why) {
-        return refuse([&](command_output& output) {
-          output.complain(why.what() + std::string("."));
-          return kServiceFailed;
-        });
-      }
-      for (const switch_event& it : read) {
-        if (!shown_.shows(it)) continue;
+      const int code = refuse([&](command_output& output) { return events.read() ? kDone : fail(output, events); });
+      if (code != kDone) return was_interrupted() ? int{kInterrupted} : code;
+      if (events.has_lost()) report_loss();
+      for (const event_query::row& it : events.rows()) {
+        if (!shown_.shows(shown_row(it))) continue;
         show(it);
         if (++count == most) return kDone;
       }
@@ -265,15 +196,16 @@ class event_stream {
     if (usual_.structured) take_document(std::move(text));
   }
 
-  void show(const switch_event& event) {
-    if (!usual_.structured)
-      return take_line(
-          line_of(local_text(event.at_sec), word_of(event.kind), subject_of(event.device), change_of(event)),
-          line_role::row);
+  void show(const event_query::row& event) {
+    if (!usual_.structured) {
+      const shown_row row(event);
+      const interface_value* const at = row.find(property::event_time);
+      const std::string time = at == nullptr ? std::string() : local_text(static_cast<std::time_t>(at->number()));
+      return take_line(line_of(time, row.text(property::event_kind), subject_of(row), change_of(row)), line_role::row);
+    }
     std::string text;
     with_output(text, [&](command_output& output) {
-      const std::vector<std::byte> bytes = values_of(event);
-      if (const auto values = read_values(bytes)) output.add_row(*values);
+      output.add_row(event);
       return kDone;
     });
     take_document(std::move(text));

@@ -16,22 +16,21 @@
 #include <iterator>
 #include <utility>
 
+#include "base/printable.h"
+#include "messages/calls/switch_facts.h"
 #include "platform/if_index.h"
 #include "shell/commands/group.h"
 #include "shell/commands/watch/drawing.h"
 #include "shell/commands/watch/output.h"
-#include "shell/library/interface_kinds.h"
 #include "shell/output/terminal/locale.h"
 #include "shell/output/terminal/print_error.h"
-#include "shell/output/terminal/printable.h"
 #include "shell/output/terminal/restore_terminal.h"
 #include "shell/output/terminal/sparkline.h"
 #include "shell/session/interrupt.h"
+#include "shell/session/line_output.h"
 #include "shell/session/run.h"
+#include "shell/session/unconfirmed_commit.h"
 #include "switch/clock.h"
-#include "switch/kernel_device.h"
-#include "switch/live_statistics.h"
-#include "switch/source.h"
 
 namespace host {
 namespace {
@@ -41,38 +40,6 @@ namespace {
 // Displays with the bytes and packets that an interface received and sent.
 constexpr uint32 kCountingDisplays =
     kDetailedDisplay | kCountersDisplay | kDetailedCountersDisplay | kAllCountersDisplay;
-
-// Devices count all the time; the traffic of a switch file grows by whole seconds of the clock.
-bool is_counted_by_kernel(const interface& port) {
-  return kind_of(port.if_index).type == IF_TYPE_MGMT &&
-         kernel_counters(management_device(the_machine(), port.if_index)).has_value();
-}
-
-traffic_count count_of(const interface& port, double at_sec) {
-  const statistics& stats = port.stats;
-  return {at_sec,
-          stats.in.bytes.value_or(0),
-          stats.in.packets.value_or(0),
-          stats.out.bytes.value_or(0),
-          stats.out.packets.value_or(0),
-          stats.last_clear_sec};
-}
-
-// The current counts of an interface, read again until they and the time are of the same second.
-std::optional<traffic_count> count_now(interface& port) {
-  double at_sec = 0;
-  do {
-    at_sec = static_cast<double>(clock_now());
-    if (!refresh_statistics(port)) return std::nullopt;
-    if (is_counted_by_kernel(port)) return count_of(port, clock_now_exactly());
-  } while (static_cast<double>(clock_now()) != at_sec);
-  return count_of(port, at_sec);
-}
-
-// The in-band interface is no part of the model: the library reads its device.
-interface* counted_interface(if_index_t if_index) {
-  return kind_of(if_index).type == IF_TYPE_INBAND ? nullptr : the_machine().find(if_index);
-}
 
 // ---- Time
 
@@ -220,11 +187,12 @@ class watcher {
   watcher(shell& session, const command_line& line, const output_settings& usual, bool has_keys)
       : session_(session), line_(line), usual_(usual), has_keys_(has_keys) {}
 
-  // Makes a reading and shows it. Returns 0, or the errno with which writing it failed.
+  // Makes a reading and shows it, unless the switch cannot be updated. Returns 0, or the errno with which writing it
+  // failed.
   int show_reading() {
     check_commit();
-    refresh_for(line_.what);
-    refreshed_sec_ = clock_now_exactly();
+    fault_ = refresh_for(line_.what);
+    if (!fault_.empty()) return 0;
     traffic_.begin_reading();
     ++readings_;
     return usual_.structured ? show_document() : is_drawn() ? show_screen() : show_text();
@@ -246,6 +214,9 @@ class watcher {
     }
     return offset_ == before ? 0 : draw();
   }
+
+  // Why the switch could not be updated: a sentence, else empty.
+  const std::string& fault() const { return fault_; }
 
   // How the command went.
   int result() const { return result_; }
@@ -357,8 +328,8 @@ class watcher {
 
   std::string first_line(std::size_t columns) const {
     std::string text;
-    append_printable(
-        text, fmt::format("Every {} s: {}   {}   {}", *line_.every, line_.text, session_.switch_name, drawn_at_));
+    append_printable(text,
+                     fmt::format("Every {} s: {}   {}   {}", *line_.every, line_.text, session_.about.name, drawn_at_));
     return std::string(first_characters(text, columns));
   }
 
@@ -369,10 +340,7 @@ class watcher {
   std::optional<traffic_count> count(if_index_t if_index) const {
     const bool may_see = session_.user == nullptr || session_.user->sees_counters;
     if (!may_see || (usual_.shown.bit & kCountingDisplays) == 0) return std::nullopt;
-    interface* const port = counted_interface(if_index);
-    if (port == nullptr) return std::nullopt;
-    if (!the_source().counts_at_refresh() || is_counted_by_kernel(*port)) return count_now(*port);
-    return refresh_statistics(*port) ? std::optional(count_of(*port, refreshed_sec_)) : std::nullopt;
+    return ask_traffic(if_index);
   }
 
   shell& session_;
@@ -386,7 +354,7 @@ class watcher {
   std::vector<std::string> reported_;  // errors of the reading
   std::vector<std::string> reported_before_;
   uint64 readings_ = 0;
-  double refreshed_sec_ = 0;
+  std::string fault_;
   std::vector<std::string> shown_;  // what is drawn
   std::vector<traffic_readings::row> rates_;
   recent_rates recent_;
@@ -400,7 +368,11 @@ class watcher {
 int watch(shell& session, const command_line& line, const output_settings& usual) {
   const interrupt_scope interrupts;
   const broken_pipe_scope pipes;
-  refresh_for(line.what);  // the first may leave what was read when the shell started
+  const auto refuse = [&](const std::string& fault) {
+    return refuse_line(session, line.written, fault, usual.structured, kServiceFailed);
+  };
+  // The first may leave what was read when the shell started.
+  if (const std::string fault = refresh_for(line.what); !fault.empty()) return refuse(fault);
   key_scope keys(usual.to_terminal && !usual.structured);
   watcher running(session, line, usual, keys.has_keys());
   pace readings(*line.every);
@@ -410,6 +382,7 @@ int watch(shell& session, const command_line& line, const output_settings& usual
   };
   while (!was_interrupted()) {
     if (const int error = running.show_reading(); error != 0 && !was_interrupted()) return fail(error);
+    if (!running.fault().empty() && !was_interrupted()) return refuse(running.fault());
     if (running.is_refused()) return running.result();
     for (wait_end end = wait_end::key; end == wait_end::key;) {
       end = readings.wait(keys.is_at_end() ? -1 : keys.descriptor());

@@ -1,6 +1,6 @@
 #include "shell/output/chain/sanitise.h"
 
-#include "shell/output/terminal/printable.h"
+#include "base/printable.h"
 
 namespace host {
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <utility>
 
+#include "base/printable.h"
 #include "base/text.h"
 #include "shell/output/schema/schema.h"
-#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {

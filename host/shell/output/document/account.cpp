@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "base/port_status.h"
 #include "platform/syserr.h"
 
 namespace host {
@@ -17,6 +18,7 @@ std::string text_of(const failure& failed) {
     case fault::unanswered: return "did not answer in time";
     case fault::rejected: return "refused a request";
     case fault::damaged: return "answered with less than it promised";
+    case fault::disconnected: break;
     case fault::error: {
       const char* const text = syserr2str(failed.error);
       return fmt::format("answered with an error: {}", text == nullptr ? std::to_string(failed.error) : text);
@@ -44,7 +46,20 @@ void take_each(std::span<const failure> noted, const account::sentence_taker& ta
 }  // namespace
 
 std::string sentence_of(const failure& failed) {
+  if (failed.what == fault::disconnected) return std::string(failed.source);
   return fmt::format("the {} '{}' {}.", is_library(failed) ? "library" : "service", failed.source, text_of(failed));
+}
+
+bool account::has_lost_switch() const {
+  const std::span<const failure> noted = noted_failures();
+  return std::any_of(noted.begin(), noted.end(), [](const failure& it) { return it.what == fault::disconnected; });
+}
+
+bool account::has_missing_right() const {
+  const std::span<const failure> noted = noted_failures();
+  return std::any_of(noted.begin(), noted.end(), [](const failure& it) {
+    return it.what == fault::error && is_missing_right(static_cast<uint32>(it.error));
+  });
 }
 
 void account::take_new(const sentence_taker& take) {

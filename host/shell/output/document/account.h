@@ -20,6 +20,12 @@ class account {
 
   bool is_empty() const { return noted_failures().empty(); }
 
+  // Whether the connection to the switch was lost: no interface is at fault, whatever the command has shown of it.
+  bool has_lost_switch() const;
+
+  // Whether a service refused a request that the session may not send.
+  bool has_missing_right() const;
+
   // True when something was noted since the last call of take_new(): the command, or the interface that is being shown,
   // has failed.
   bool has_new() const { return noted_failures().size() > taken_; }

@@ -7,8 +7,8 @@
 #include <limits>
 #include <map>
 
+#include "base/printable.h"
 #include "platform/if_index.h"
-#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {

@@ -8,20 +8,11 @@
 #include <utility>
 #include <vector>
 
+#include "messages/calls/switch_facts.h"
 #include "platform/if_index.h"
 #include "platform/types.h"
 
 namespace host {
-
-// The counters of an interface at a time.
-struct traffic_count {
-  double at_sec = 0;  // since 1970
-  uint64 in_bytes = 0;
-  uint64 in_packets = 0;
-  uint64 out_bytes = 0;
-  uint64 out_packets = 0;
-  uint32 last_clear_sec = 0;  // since 1970; 0 is never
-};
 
 // Per second.
 struct traffic_rates {

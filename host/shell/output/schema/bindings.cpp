@@ -636,6 +636,15 @@ constexpr binding kBindings[] = {
     {kTagKernelRelease, kRowKernelRelease, kVersionDisplay},
     {kTagClockTime, kRowClockTime, kClockDisplay},
 
+    // A session with the switch.
+    {kTagSession, kRowSession, kSessionsDisplay},
+    {kTagSessionUser, kRowUser, kSessionsDisplay},
+    {kTagSessionTerminal, kRowTerminal, kSessionsDisplay},
+    {kTagSessionProcess, kRowProcess, kSessionsDisplay},
+    {kTagSessionSince, kRowSince, kSessionsDisplay},
+    {kTagSessionHolds, kRowHolds, kSessionsDisplay},
+    {kTagSessionSeconds, kRowSecondsToConfirm, kSessionsDisplay},
+
     // An interface whose values all come from the service.
     {kTagRowInterface, row_of(property::interface), kOverviewDisplay | kPanelDisplay},
     {kTagRowUnit, kRowUnit, kPanelDisplay},

@@ -396,7 +396,7 @@ constexpr field kFields[] = {
     {property::none, "command", text, "", "Command", "Command that makes the setting"},
     {property::none, "step", integer, "", "Step", "Which change it is, counted from the first of the session"},
     {property::none, "changed_at", time, "", "Time", "When the command ran, in UTC"},
-    {property::none, "user", text, "", "User", "Who ran the command"},
+    {property::none, "user", text, "", "User", "Who ran the command, or has the session"},
     {property::none, "before", text, "", "Before", "Commands that made the settings before, separated by semicolons"},
     {property::none, "after", text, "", "After", "Commands that make the settings afterwards, separated by semicolons"},
 
@@ -427,7 +427,15 @@ constexpr field kFields[] = {
     {property::none, "switch_name", text, "", "Switch", "Name of the simulated switch; null over the kernel"},
     {property::none, "switch_file", text, "", "Switch file", "File that describes the simulated switch; null when there is none"},
     {property::none, "kernel_release", text, "", "Kernel release", "Release of the kernel; null for a simulated switch"},
-    {property::none, "clock_time", time, "", "Clock", "Time of the shell's clock, in UTC"},
+    {property::none, "clock_time", time, "", "Clock", "Time of the switch's clock, in UTC"},
+
+    // A session with the switch.
+    {property::none, "session", integer, "", "Session", "Number of the session, counted from 1 since the switch was started"},
+    {property::none, "terminal", text, "", "Terminal", "Terminal of the session; null when it has none"},
+    {property::none, "process", integer, "", "Process", "Number of the process that uses the session"},
+    {property::none, "since", time, "", "Since", "When the session began, in UTC"},
+    {property::none, "holds", text, "", "Holds", "What the session holds: \"candidate\", \"commit\" for one that waits, or both with a comma; null for nothing"},
+    {property::none, "confirmation_seconds", integer, "s", "Seconds to confirm", "Time until the commit that waits is rolled back; null when none waits"},
 };
 // clang-format on
 

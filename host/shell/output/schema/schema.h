@@ -103,7 +103,8 @@ enum display_bit : uint64 {
   kLldpDisplay = uint64{1} << 44,
   kViolationsDisplay = uint64{1} << 45,
   kEventsDisplay = uint64{1} << 46,
-  kLastDisplay = kEventsDisplay,
+  kSessionsDisplay = uint64{1} << 47,
+  kLastDisplay = kSessionsDisplay,
 };
 
 struct field {
@@ -156,6 +157,12 @@ enum : uint16 {
   kRowSwitchFile,
   kRowKernelRelease,
   kRowClockTime,
+  kRowSession,
+  kRowTerminal,
+  kRowProcess,
+  kRowSince,
+  kRowHolds,
+  kRowSecondsToConfirm,
   kNumOwnRows
 };
 
@@ -216,6 +223,13 @@ enum : uint16 {
   kTagSwitchFile,
   kTagKernelRelease,
   kTagClockTime,
+  kTagSession,
+  kTagSessionUser,
+  kTagSessionTerminal,
+  kTagSessionProcess,
+  kTagSessionSince,
+  kTagSessionHolds,
+  kTagSessionSeconds,
 };
 
 // Tags of the resources of modules, below those.

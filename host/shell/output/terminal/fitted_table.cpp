@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "shell/output/terminal/printable.h"
+#include "base/printable.h"
 
 namespace host {
 namespace {

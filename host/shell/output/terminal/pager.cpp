@@ -1,17 +1,21 @@
 #include "shell/output/terminal/pager.h"
 
 #include <fmt/format.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 
-#include "shell/output/terminal/printable.h"
+#include "base/printable.h"
+#include "transport/cancellation.h"
 
 namespace host {
 namespace {
@@ -43,11 +47,22 @@ int ask_for_key(int screen, int keys, std::string_view question) {
   raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
   raw.c_cc[VMIN] = 1;
   raw.c_cc[VTIME] = 0;
+  // Blocked outside of the waiting, Ctrl-C cannot come just before it and be lost.
+  sigset_t ctrl_c;
+  sigset_t outside;
+  sigemptyset(&ctrl_c);
+  sigaddset(&ctrl_c, SIGINT);
+  pthread_sigmask(SIG_BLOCK, &ctrl_c, &outside);
   tcsetattr(keys, TCSADRAIN, &raw);  // first: a key that follows the question at once is not shown
   put(screen, question);
+  pollfd waiting{keys, POLLIN, 0};
+  int ready = 0;
+  do ready = ppoll(&waiting, 1, nullptr, &outside);
+  while (ready < 0 && errno == EINTR && !waits_are_cancelled());
   unsigned char key = 0;
-  const ssize_t size = read(keys, &key, 1);
+  const ssize_t size = ready > 0 ? read(keys, &key, 1) : -1;
   tcsetattr(keys, TCSADRAIN, &saved);
+  pthread_sigmask(SIG_SETMASK, &outside, nullptr);
   return size == 1 ? key : -1;
 }
 

@@ -9,9 +9,9 @@
 #include <string>
 #include <utility>
 
+#include "base/printable.h"
 #include "base/write_all.h"
 #include "shell/output/exit_codes.h"
-#include "shell/output/terminal/printable.h"
 
 namespace host {
 namespace {
