@@ -72,7 +72,7 @@ TEST(CommandLine, QuestionMarkListsTheTablesOfAFamily) {
 TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
   EXPECT_EQ(run_command("show ?").out,
             "  changes         Changes of this session\n"
-            "  clock           Clock of this shell\n"
+            "  clock           Clock of the switch\n"
             "  diff            Differences between the candidate and the switch\n"
             "  history         Lines entered at the prompt\n"
             "  interface       Interfaces: settings, state and traffic\n"
@@ -84,6 +84,7 @@ TEST(CommandLine, QuestionMarkListsTheNextWordsWithTheirHelp) {
             "  module          A module or its ports\n"
             "  panel           Front panels of the modules\n"
             "  running-config  Current settings\n"
+            "  sessions        Sessions with the switch\n"
             "  spanning-tree   Spanning tree of bridge ports\n"
             "  startup-config  Stored settings\n"
             "  transceiver     Transceivers\n"

@@ -124,7 +124,8 @@ ROWS = [
      "pmsh: there is no startup-config yet. Type 'copy running-config startup-config' to store one."),
     ("show changes", "configuration", "show changes", "Nothing was changed in this session."),
     ("show diff", "configuration", "show diff", "pmsh: there is no candidate. Type 'configure candidate' first."),
-    ("show transport", "lab", "show transport", "Messages sent:                    0"),
+    ("show sessions", "lab", "show sessions | count", "1"),  # this session
+    ("show transport", "lab", "show transport", "Messages sent:                    3"),
     ("show version", "lab", "show version", f"Platform:  simulated switch lab from {HERE / 'lab.yaml'}"),
     ("show history", "lab", "show history", "    1  show clock"),
 ]

@@ -25,7 +25,8 @@ def run(shell, switch, command, options=()):
         [shell, "--switch", switch, "--clock", "1700000000", "--wait", "1", *options, "-c", command],
         stdin=subprocess.DEVNULL, capture_output=True, text=True, env={**os.environ, "TZ": "UTC", "USER": "tester"}, check=False)
     tree = str(pathlib.Path(shell).resolve().parent.parent)  # 'show version' names the file of the command library
-    return done.returncode, done.stdout.replace(tree, ""), done.stderr
+    shown = re.sub(r"(?<=root)( +)[0-9]+ +|(?<=\"process\":)[0-9]+", " PROCESS ", done.stdout)  # of 'show sessions'
+    return done.returncode, shown.replace(tree, ""), done.stderr
 
 
 def commands_of(shell):
