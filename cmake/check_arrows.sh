@@ -16,11 +16,12 @@ host/messages:      platform base messages
 host/switch:        platform base switch
 host/settings:      platform pmcli base switch settings
 host/source:        platform pmcli base switch settings source
-host/transport:     platform base transport
+host/transport:     platform base messages transport
 host/service:       platform base messages switch settings transport service
 host/client:        platform base messages transport client
 host/shell:         platform pm pmcli pmsh base messages switch settings transport shell
-host/embed:         platform pm pmcli pmhost pmsh base messages switch source transport service client shell embed
+host/daemon:        platform base messages switch settings transport service daemon
+host/embed:         platform pm pmcli pmhost pmsh base messages switch settings source transport service client shell embed
 host/sibling:       platform pm pmcli pmsh sibling
 "
 rooms="
@@ -28,6 +29,7 @@ host/source/chassis:   chassis yaml
 host/source/kernel:    kernel yaml
 host/source/replay:    replay kernel
 host/source/yaml:      yaml
+host/source/open:      chassis kernel replay yaml open
 host/shell/output:     output
 host/shell/grammar:    output grammar
 host/shell/library:    output grammar library
@@ -37,8 +39,9 @@ host/shell/commands:   output grammar library platform session commands
 host/shell/published:  output grammar published
 "
 # Programs, and what reads their options, wire all together.
-wiring="host/shell/main.cpp host/shell/options.cpp host/shell/options.h"
-ours="$library pmsh pmhost base messages switch settings source transport service client shell sibling"
+wiring="host/shell/main.cpp host/shell/options.cpp host/shell/options.h
+  host/daemon/main.cpp host/daemon/options.cpp host/daemon/options.h"
+ours="$library pmsh pmhost base messages switch settings source transport service client shell sibling daemon"
 libc='assert|arpa/inet|dlfcn|errno|fcntl|net/if|netinet/in|stdbool|stddef|stdint|sys/ioctl|sys/socket|unistd'
 
 awk -v rules="$rules $rooms" -v wiring="$wiring" -v ours="$ours" -v libc="$libc" '

@@ -27,7 +27,7 @@ shows_four_ports() {
 
 step "into an empty prefix with blanks"
 cmake --install "$native" --prefix "$prefix" >"$work/log" || fail "$(tail -5 "$work/log")"
-for file in bin/pmsh lib/libpmcli_common.so lib/libpmcli_common.so.1 lib/libpmhost.so.1 lib/pmcli/libstatcl.so lib/pmsh/libpmcli_sibling.so \
+for file in bin/pmsh bin/pmshd lib/systemd/system/pmshd@.service lib/systemd/system/pmshd@.socket lib/libpmcli_common.so lib/libpmcli_common.so.1 lib/libpmhost.so.1 lib/pmcli/libstatcl.so lib/pmsh/libpmcli_sibling.so \
   lib/pkgconfig/pmcli.pc lib/pkgconfig/pmhost.pc lib/cmake/pmcli/pmcliConfig.cmake share/pmcli/switches/campus.yaml; do
   [ -e "$prefix/$file" ] || fail "$file is missing"
 done

@@ -1,0 +1,47 @@
+#include "daemon/options.h"
+
+#include <CLI/CLI.hpp>
+
+#include "transport/socket_place.h"
+
+namespace host {
+namespace {
+
+constexpr char kDaemonFooter[] =
+    "Shells connect with 'pmsh --connect NAME'. The socket is /run/pmsh/NAME.sock for root, else\n"
+    "$XDG_RUNTIME_DIR/pmsh/NAME.sock. SIGTERM and SIGINT end the program.\n"
+    "\n"
+    "Exit codes:\n"
+    "  0  ended by a signal\n"
+    "  1  wrong option or switch file, or the name is in use\n"
+    "  2  the switch cannot be read, or the daemon failed";
+
+std::string check_name(const std::string& text) {
+  if (is_switch_name(text)) return {};
+  return "'" + text + "' is not a name: expected up to 64 letters, digits, '-', '_' and '.'";
+}
+
+}  // namespace
+
+std::optional<daemon_options> read_daemon_options(int argc, char** argv, int& exit_code) {
+  CLI::App app("Owns a switch and serves any number of shells.", "pmshd");
+  daemon_options requested;
+  add_switch_options(app, requested);
+  app.add_option("--name", requested.name, "Name of the switch for --connect (default: its own)")
+      ->type_name("NAME")
+      ->check(check_name);
+  app.add_option("--socket", requested.socket, "Path of the socket, in place of the usual one")->type_name("PATH");
+  app.add_option("--group", requested.group, "Only members of this group may change the switch; others may only look")
+      ->type_name("GROUP");
+  app.set_version_flag("--version", "pmshd " PMCLI_VERSION);
+  app.footer(kDaemonFooter);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    exit_code = app.exit(error) == 0 ? 0 : 1;
+    return std::nullopt;
+  }
+  return requested;
+}
+
+}  // namespace host
