@@ -1,5 +1,7 @@
 #!/usr/bin/python3
-"""Types transcripts at a terminal and compares what it shows: transcripts.py [--patience SECONDS] PMSH NAME.in...
+"""Types transcripts at a terminal and compares what it shows: transcripts.py [--patience SECONDS] [--daemon PMSHD] PMSH NAME.in...
+
+With --daemon the switch is that of a pmshd of its own, to which the shell connects. What is shown is the same.
 
 NAME.in begins with comments: what the transcript shows, and optional settings,
 
@@ -30,7 +32,9 @@ import pathlib
 import re
 import select
 import shlex
+import socket
 import struct
+import subprocess
 import sys
 import tempfile
 import termios
@@ -59,7 +63,7 @@ class Failure(Exception):
 class Session:
     """The shell at a pseudo-terminal, in a home directory of its own."""
 
-    def __init__(self, pmsh, settings, home, patience):
+    def __init__(self, program, arguments, settings, home, patience):
         columns, rows = map(int, settings.get("size", "80x24").split("x"))
         self.screen = Screen(columns, rows)
         self.home = home
@@ -73,7 +77,7 @@ class Session:
             os.close(self.master)
             os.login_tty(self.slave)
             os.chdir(home)
-            os.execve(pmsh, arguments_of(pmsh, settings), environment_of(settings, home))
+            os.execve(program, [program, *arguments], environment_of(settings, home))
 
     def set_size(self, columns, rows):
         self.screen.resize(columns, rows)
@@ -166,12 +170,44 @@ class Session:
             os.waitpid(self.child, 0)
 
 
-def arguments_of(pmsh, settings):
+class Daemon:
+    """A pmshd that owns the switch, ready for shells."""
+
+    def __init__(self, program, arguments, home):
+        self.socket = f"{home}/switch.sock"
+        with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as ready:
+            ready.bind(f"{home}/ready.sock")
+            environment = environment_of({}, home) | {"NOTIFY_SOCKET": f"{home}/ready.sock"}
+            self.process = subprocess.Popen([program, *arguments, "--socket", self.socket], env=environment,
+                                            stderr=subprocess.PIPE, text=True)
+            while not select.select([ready], [], [], 0.1)[0]:
+                if self.process.poll() is not None:
+                    raise Failure(f"pmshd ended: {self.process.stderr.read()}")
+        pathlib.Path(home, "ready.sock").unlink()
+
+    def finish(self):
+        self.process.terminate()
+        _, log = self.process.communicate()
+        return [] if self.process.returncode == 0 else [f"pmshd ended with {self.process.returncode}: {log}"]
+
+
+CLOCK = ["--clock", "1800000000"]
+SWITCH_OPTIONS = ["--giant", "--hardware-defaults"]
+
+
+def arguments_of(settings):
+    """Those that choose the switch, and those of the shell itself."""
     switch = settings.get("switch", "lab.yaml")
-    arguments = [pmsh, "--clock", "1800000000"]
+    of_switch, of_shell = [], shlex.split(settings.get("options", ""))
     if switch != "none":
-        arguments += ["--switch", str(HERE / switch if (HERE / switch).exists() else SWITCHES / switch)]
-    return arguments + shlex.split(settings.get("options", ""))
+        of_switch = ["--switch", str(HERE / switch if (HERE / switch).exists() else SWITCHES / switch)]
+    for option in SWITCH_OPTIONS:
+        if option in of_shell:
+            at = of_shell.index(option)
+            end = at + (2 if option == "--giant" else 1)
+            of_switch += of_shell[at:end]
+            del of_shell[at:end]
+    return CLOCK + of_switch, of_shell
 
 
 def environment_of(settings, home):
@@ -218,11 +254,14 @@ def play(session, steps):
     return session.finish()
 
 
-def faults_of(pmsh, file, patience):
+def faults_of(pmsh, pmshd, file, patience):
     """The difference of what is shown from what is expected, as lines."""
     settings, steps = read_transcript(file)
+    of_switch, of_shell = arguments_of(settings)
     with tempfile.TemporaryDirectory() as home:
-        session = Session(pmsh, settings, home, patience)
+        daemon = Daemon(pmshd, of_switch, home) if pmshd else None
+        chosen = ["--connect", daemon.socket] if daemon else of_switch
+        session = Session(pmsh, chosen + of_shell, settings, home, patience)
         failure = []
         try:
             shown = play(session, steps)
@@ -231,6 +270,7 @@ def faults_of(pmsh, file, patience):
             shown = session.screen.everything()
         finally:
             session.close()
+            failure += daemon.finish() if daemon else []
     expected_file = file.with_suffix(".out")
     expected = expected_file.read_text(encoding="utf-8").splitlines() if expected_file.exists() else []
     return failure + list(difflib.unified_diff(expected, shown, expected_file.name, "shown", n=3, lineterm=""))
@@ -239,13 +279,15 @@ def faults_of(pmsh, file, patience):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--patience", type=float, default=600, metavar="SECONDS", help="of a wait for what never comes")
+    parser.add_argument("--daemon", type=os.path.abspath, metavar="PMSHD", help="of whose switch the shell is")
     parser.add_argument("pmsh", type=os.path.abspath)
     parser.add_argument("transcripts", nargs="+", type=pathlib.Path, metavar="NAME.in")
     options = parser.parse_args()
     failed = 0
     for file in options.transcripts:
-        if faults := faults_of(options.pmsh, file, options.patience):
-            alone = shlex.join([sys.argv[0], options.pmsh, str(file)])
+        if faults := faults_of(options.pmsh, options.daemon, file, options.patience):
+            daemon = ["--daemon", options.daemon] if options.daemon else []
+            alone = shlex.join([sys.argv[0], *daemon, options.pmsh, str(file)])
             print(*faults, f"run it alone: {alone}", sep="\n", flush=True)
             failed += 1
     sys.exit(f"{failed} of {len(options.transcripts)} transcripts differ" if failed else 0)

@@ -1,0 +1,162 @@
+#!/usr/bin/python3
+"""A connection that ends after each of its packets: killed_daemon.py PMSH PMSHD SWITCH
+
+The shell reports it once, with exit code 2, and a document stays one document. A shell at a terminal connects again with
+its next line.
+"""
+
+import json
+import os
+import pty
+import select
+import socket
+import subprocess
+import sys
+import threading
+
+import daemon
+from daemon import PACKET, expect, step
+
+LOST = "was lost."
+
+
+class Cutter:
+    """A socket whose connection to the switch ends after so many packets, in both directions together."""
+
+    def __init__(self, target, path):
+        self.target, self.path = target, path
+        self.left = 0
+        self.listening = socket.socket(socket.AF_UNIX, socket.SOCK_SEQPACKET)
+        self.listening.bind(path)
+        self.listening.listen()
+        threading.Thread(target=self.serve, daemon=True).start()
+
+    def serve(self):
+        while True:
+            shell, _ = self.listening.accept()
+            with shell, socket.socket(socket.AF_UNIX, socket.SOCK_SEQPACKET) as switch:
+                switch.connect(self.target)
+                self.forward({shell: switch, switch: shell})
+
+    def forward(self, other):
+        while self.left > 0:
+            for ready in select.select(list(other), [], [])[0]:
+                packet = ready.recv(PACKET)
+                if not packet:
+                    return
+                other[ready].send(packet)
+                self.left -= 1
+                if self.left == 0:
+                    return
+
+
+def cut_at_each_packet(pmsh, cutter, command):
+    """Returns how many packets the command needs. The shell begins with requests of its own, before the document."""
+    documents = 0
+    for count in range(1, 10000):
+        cutter.left = count
+        code, out, error = daemon.run(pmsh, cutter.path, command)
+        if code == 0:
+            expect(error == "", f"it is done and reports {error}")
+            expect(documents > count / 3 or not command.endswith("json"), f"only {documents} documents")
+            return count
+        where = f"{command}, cut after {count} packets:"
+        expect(code == 2, f"{where} it exits with {code}: {error}")
+        expect(error.count(LOST) == 1 and len(error.splitlines()) == 1, f"{where} standard error is {error}")
+        if command.endswith("json") and (out or documents):
+            expect(json.loads(out)["messages"], f"{where} the document has no message")
+            documents += 1
+    sys.exit("it is never done")
+
+
+class Terminal:
+    def __init__(self, command, environment):
+        self.process, self.descriptor = pty.fork()
+        if self.process == 0:
+            os.execvpe(command[0], command, environment)
+        self.seen = ""
+
+    def read_until(self, text):
+        """What is shown up to this text."""
+        while text not in self.seen:
+            self.seen += os.read(self.descriptor, 4096).decode()
+        found, self.seen = self.seen.split(text, 1)
+        return found
+
+    def type(self, line):
+        os.write(self.descriptor, line.encode() + b"\r")
+        self.read_until(line)
+
+
+def check_reconnection(pmsh, pmshd, file):
+    step("a shell at a terminal connects again")
+    prompt = "# "
+    with daemon.Daemon(pmshd, "--switch", file) as first:
+        environment = {**os.environ, "TERM": "dumb", "XDG_STATE_HOME": first.folder}
+        terminal = Terminal([pmsh, "--connect", first.socket], environment)
+        terminal.read_until(prompt)
+        terminal.type("show interface mgmt0 brief")
+        expect("192.0.2.10" in terminal.read_until(prompt), "the first line has no answer")
+        first.kill()
+        terminal.type("show interface mgmt0 brief")
+        shown = terminal.read_until(prompt)
+        expect("192.0.2.10" not in shown and shown.count("pmsh: ") == 1, f"the lost switch is not reported once: {shown}")
+        with daemon.Daemon(pmshd, "--switch", file, folder=first.folder, stale=True):
+            terminal.type("show interface mgmt0 brief")
+            shown = terminal.read_until(prompt)
+            expect("192.0.2.10" in shown and "pmsh: " not in shown, f"it does not connect again: {shown}")
+            terminal.type("exit")
+            expect(os.waitstatus_to_exitcode(os.waitpid(terminal.process, 0)[1]) == 0, "the shell failed")
+
+
+def check_several_commands(pmsh, cutter, command, count):
+    step("later commands fail at once")
+    cutter.left = count // 2
+    code, out, error = daemon.run(pmsh, cutter.path, command, "show interface status")
+    expect(code == 2 and "connected" not in out, f"exit code {code}, output {out}")
+    expect(error.count(LOST) == len(error.splitlines()) == 2, f"not one sentence for each command: {error}")
+
+
+def check_no_switch(pmsh, folder):
+    step("no switch")
+    code, out, error = daemon.run(pmsh, "lab", "show interface", environment={"XDG_RUNTIME_DIR": folder})
+    expect((code, out) == (2, "") and error.startswith("pmsh: no switch 'lab' is running: start it with 'pmshd --name lab'"),
+           f"{code}: {error}")
+    code, _, error = daemon.run(pmsh, f"{folder}/none.sock", "show interface")
+    expect(code == 2 and f"start it with 'pmshd --socket {folder}/none.sock'" in error, f"{code}: {error}")
+    code, _, error = daemon.run(pmsh, "../lab", "show interface")
+    expect(code == 2 and "no switch is running at '../lab'" in error, f"{code}: {error}")
+    code, _, error = daemon.run(pmsh, "a b", "show interface")
+    expect(code == 2 and "'a b' is not the name of a switch" in error, f"{code}: {error}")
+
+
+def check_stopped_daemon(pmsh, switch):
+    step("a switch that does not answer")
+    switch.process.send_signal(daemon.signal.SIGSTOP)
+    try:
+        shell = subprocess.Popen([pmsh, "--connect", switch.socket, "-c", "show interface brief"], stdout=subprocess.DEVNULL,
+                                 stderr=subprocess.PIPE)
+        shell.terminate()  # the wait for its hello ends with the shell
+        shell.communicate()
+    finally:
+        switch.process.send_signal(daemon.signal.SIGCONT)
+
+
+def main():
+    pmsh, pmshd, file = sys.argv[1:]
+    with daemon.Daemon(pmshd, "--switch", file) as switch:
+        cutter = Cutter(switch.socket, os.path.join(switch.folder, "cut.sock"))
+        for command in ("show interface ethernet 1/1", "show interface ethernet 1/1-2 brief | json",
+                        "show interface ethernet 1/1 transceiver details | json"):
+            step(f"killed at each packet of {command}")
+            count = cut_at_each_packet(pmsh, cutter, command)
+            expect(count > 5, f"only {count} packets")
+        check_several_commands(pmsh, cutter, command, count)
+        check_stopped_daemon(pmsh, switch)
+        check_no_switch(pmsh, switch.folder)
+        expect(" is ended: " not in switch.log(), f"shells were ended: {switch.log()}")
+    check_reconnection(pmsh, pmshd, file)
+
+
+if __name__ == "__main__":
+    main()
