@@ -230,32 +230,34 @@ class Checker:
         return [f"{line}: {value} of {row!r} is not in the record" for value, row in missing(text, document)]
 
     def compare_all(self, shell, lines):
-        faulty = {}
-        for line, text, document in shell.run(lines):
+        """Returns what the lines wrote."""
+        faulty, written = {}, list(shell.run(lines))
+        for line, text, document in written:
             if faults := self.compare(line, text, document):
                 faulty[line] = faults
         # Counters of a device of this machine move between two commands: they are read again.
         for _ in range(3):
             if not faulty:
-                return
+                break
             again = {line: self.compare(line, text, document) for line, text, document in shell.run(list(faulty))}
             faulty = {line: faults for line, faults in again.items() if faults}
         for faults in faulty.values():
             self.faults += faults
+        return written
 
-    def check_one_value(self, shell, lines):
+    def check_one_value(self, written):
         """A key of an interface has the same value in every display."""
         seen = {}
-        for line, _, document in shell.run(lines):
+        for line, _, document in written:
             for record in document["interfaces"]:
                 for key in record.keys() - {"absent"} - ELSEWHERE.keys():
                     value, first = seen.setdefault((record["interface"], key), (record[key], line))
                     if record[key] != value:
                         self.faults.append(f"{line}: {key} is {record[key]!r}, and {value!r} in {first}")
 
-    def check_distinct(self, shell, lines):
+    def check_distinct(self, written):
         """No two keys carry the same counter."""
-        for line, _, document in shell.run(lines):
+        for line, _, document in written:
             for record in document["interfaces"]:
                 keys = {}
                 for key, value in record.items():
@@ -298,11 +300,11 @@ def main():
         for interface in shell.interfaces():
             kind, number = re.match(r"([A-Za-z-]+)(.*)", interface).groups()
             of_interface = [line.format(f"{kind} {number}") for line in lines]
-            checker.compare_all(shell, of_interface)
+            written = checker.compare_all(shell, of_interface)
             if shell is not recorded_machine and kind != "mgmt":  # whose device may be one of this machine
-                checker.check_one_value(shell, of_interface)
+                checker.check_one_value(written)
             if shell is shells[0]:
-                checker.check_distinct(shell, of_interface)
+                checker.check_distinct(written)
     check_damage(checker, shells[0])
     documents.report(checker.faults, f"{checker.compared} comparisons")
     print(f"{checker.tokens} values in {checker.compared} texts of {len(lines)} commands are in the records")
