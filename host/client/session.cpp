@@ -12,10 +12,7 @@ std::vector<std::byte> no_fields(field_reader&) { return {}; }
 // Sends the fields that `write` appends, and returns what `read` makes of those of the answer.
 template <typename Write, typename Read>
 auto ask_session(mts_opc_t opcode, Write write, Read read) {
-  std::vector<std::byte> request;
-  field_writer fields(request);
-  write(fields);
-  return ask_fields(session_call(opcode), request, read);
+  return ask_fields(session_call(opcode), fields_of(write), read);
 }
 
 template <typename Read>

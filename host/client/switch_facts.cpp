@@ -11,16 +11,8 @@ constexpr double kNanoseconds = 1e9;  // in a second
 
 call to_switch(mts_opc_t opcode) { return {client_queue(), SAP_SWITCH, opcode}; }
 
-template <typename Write>
-std::vector<std::byte> request_of(Write write) {
-  std::vector<std::byte> request;
-  field_writer to(request);
-  write(to);
-  return request;
-}
-
-std::vector<std::byte> request_of_text(std::string_view text) {
-  return request_of([text](field_writer& to) { to.text(text); });
+std::vector<std::byte> field_of(std::string_view text) {
+  return fields_of([text](field_writer& to) { to.text(text); });
 }
 
 switch_clock read_clock(field_reader& fields) {
@@ -71,7 +63,7 @@ devices_answer read_devices(field_reader& fields) {
 }  // namespace
 
 std::optional<refresh_answer> ask_refresh(switch_part part) {
-  const auto request = request_of([part](field_writer& to) { to.u8(static_cast<uint8>(part)); });
+  const auto request = fields_of([part](field_writer& to) { to.u8(static_cast<uint8>(part)); });
   return ask_fields(to_switch(SWITCH_OPC_REFRESH), request, [](field_reader& fields) {
     refresh_answer answer;
     answer.reason = fields.text();
@@ -81,7 +73,7 @@ std::optional<refresh_answer> ask_refresh(switch_part part) {
 }
 
 std::optional<switch_clock> ask_to_advance_clock(uint32 seconds) {
-  const auto request = request_of([seconds](field_writer& to) { to.u32(seconds); });
+  const auto request = fields_of([seconds](field_writer& to) { to.u32(seconds); });
   return ask_fields(to_switch(SWITCH_OPC_ADVANCE_CLOCK), request, read_clock);
 }
 
@@ -104,7 +96,7 @@ std::optional<double> ask_rate_seconds() {
 }
 
 std::optional<user_answer> ask_user(std::string_view name) {
-  return ask_fields(to_switch(SWITCH_OPC_USER), request_of_text(name), read_user);
+  return ask_fields(to_switch(SWITCH_OPC_USER), field_of(name), read_user);
 }
 
 std::optional<std::vector<if_index_t>> ask_every_interface() {
@@ -112,7 +104,7 @@ std::optional<std::vector<if_index_t>> ask_every_interface() {
 }
 
 std::optional<std::vector<bool>> ask_which_exist(std::span<const if_index_t> interfaces) {
-  const auto request = request_of([=](field_writer& to) { to.numbers(interfaces); });
+  const auto request = fields_of([=](field_writer& to) { to.numbers(interfaces); });
   return ask_fields(to_switch(SWITCH_OPC_EXIST), request, [=](field_reader& fields) {
     std::vector<bool> exist(interfaces.size());
     for (std::size_t i = 0; i < exist.size(); ++i) exist[i] = fields.flag();
@@ -121,14 +113,13 @@ std::optional<std::vector<bool>> ask_which_exist(std::span<const if_index_t> int
 }
 
 std::optional<std::vector<if_index_t>> ask_interfaces_towards(std::string_view address) {
-  return ask_fields(to_switch(SWITCH_OPC_TOWARDS), request_of_text(address), read_numbers);
+  return ask_fields(to_switch(SWITCH_OPC_TOWARDS), field_of(address), read_numbers);
 }
 
 std::optional<std::vector<uint32>> ask_modules() { return ask_fields(to_switch(SWITCH_OPC_MODULES), {}, read_numbers); }
 
 std::optional<bool> ask_may_have_device(std::string_view name) {
-  return ask_fields(to_switch(SWITCH_OPC_DEVICE), request_of_text(name),
-                    [](field_reader& fields) { return fields.flag(); });
+  return ask_fields(to_switch(SWITCH_OPC_DEVICE), field_of(name), [](field_reader& fields) { return fields.flag(); });
 }
 
 std::optional<devices_answer> ask_devices() { return ask_fields(to_switch(SWITCH_OPC_DEVICES), {}, read_devices); }
@@ -144,7 +135,7 @@ std::optional<baselines_answer> ask_to_store_baselines() {
 }
 
 std::optional<traffic_count> ask_traffic(if_index_t if_index) {
-  const auto request = request_of([=](field_writer& to) { to.u32(if_index); });
+  const auto request = fields_of([=](field_writer& to) { to.u32(if_index); });
   const auto answer = ask_fields(to_switch(SWITCH_OPC_TRAFFIC), request, [](field_reader& fields) {
     const bool has_counters = fields.flag();
     traffic_count count;

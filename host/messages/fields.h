@@ -54,6 +54,15 @@ class field_writer {
   std::vector<std::byte>& to_;
 };
 
+// The message of the fields that `write` appends to a field_writer.
+template <typename Write>
+std::vector<std::byte> fields_of(Write write) {
+  std::vector<std::byte> message;
+  field_writer to(message);
+  write(to);
+  return message;
+}
+
 // Takes fields from the front of a message. The first that is not there fails the reader: from then on all are 0 or
 // empty. Texts are views of the message.
 class field_reader {

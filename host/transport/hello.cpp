@@ -11,38 +11,40 @@ constexpr std::size_t kMaxHelloBytes = 4 * 1024;  // of the whole message
 
 bool is_short(const std::string& text) { return text.size() <= kMaxTextBytes; }
 
+// Reads the mark and the version that every greeting begins with. False when they are not there or it is too long.
+bool read_version(field_reader& fields, std::size_t message_bytes, uint32& version) {
+  const bool is_marked = fields.u32() == kHelloMark;
+  version = fields.u32();
+  return message_bytes <= kMaxHelloBytes && is_marked && !fields.has_failed();
+}
+
 }  // namespace
 
 std::vector<std::byte> encode(const hello& from) {
-  std::vector<std::byte> message;
-  field_writer fields(message);
-  fields.u32(kHelloMark);
-  fields.u32(from.version);
-  fields.text(from.program_version);
-  fields.text(from.terminal);
-  return message;
+  return fields_of([&](field_writer& to) {
+    to.u32(kHelloMark);
+    to.u32(from.version);
+    to.text(from.program_version);
+    to.text(from.terminal);
+  });
 }
 
 std::vector<std::byte> encode(const welcome& from) {
-  std::vector<std::byte> message;
-  field_writer fields(message);
-  fields.u32(kHelloMark);
-  fields.u32(from.version);
-  fields.text(from.program_version);
-  fields.text(from.switch_name);
-  fields.u32(from.process);
-  fields.flag(from.stopped_clock.has_value());
-  fields.u64(from.stopped_clock.value_or(0));
-  return message;
+  return fields_of([&](field_writer& to) {
+    to.u32(kHelloMark);
+    to.u32(from.version);
+    to.text(from.program_version);
+    to.text(from.switch_name);
+    to.u32(from.process);
+    to.flag(from.stopped_clock.has_value());
+    to.u64(from.stopped_clock.value_or(0));
+  });
 }
 
 std::optional<hello> decode_hello(std::span<const std::byte> message) {
-  if (message.size() > kMaxHelloBytes) return std::nullopt;
   field_reader fields(message);
   hello read;
-  const bool is_marked = fields.u32() == kHelloMark;
-  read.version = fields.u32();
-  if (!is_marked || fields.has_failed()) return std::nullopt;
+  if (!read_version(fields, message.size(), read.version)) return std::nullopt;
   if (read.version != kProtocolVersion) return read;
   read.program_version = fields.text();
   read.terminal = fields.text();
@@ -51,12 +53,9 @@ std::optional<hello> decode_hello(std::span<const std::byte> message) {
 }
 
 std::optional<welcome> decode_welcome(std::span<const std::byte> message) {
-  if (message.size() > kMaxHelloBytes) return std::nullopt;
   field_reader fields(message);
   welcome read;
-  const bool is_marked = fields.u32() == kHelloMark;
-  read.version = fields.u32();
-  if (!is_marked || fields.has_failed()) return std::nullopt;
+  if (!read_version(fields, message.size(), read.version)) return std::nullopt;
   if (read.version != kProtocolVersion) return read;
   read.program_version = fields.text();
   read.switch_name = fields.text();
