@@ -175,9 +175,9 @@ void choose_medium(const yaml_value& value, transceiver_choice& choice) {
 void read_transceiver(const yaml_value& value, transceiver_choice& choice) {
   choice.is_given = true;
   if (value.is_map()) {
-    const YAML::Node media = value.node()["media"];
-    if (!media.IsDefined()) value.fail("a transceiver needs a 'media'");
-    choose_medium(yaml_value(media, "media", value.path()), choice);
+    const std::optional<yaml_value> media = value.find("media");
+    if (!media) value.fail("a transceiver needs a 'media'");
+    choose_medium(*media, choice);
     read_map(value, kTransceiverRules, *choice.module);
     return;
   }
@@ -318,7 +318,7 @@ void read_rate(const yaml_value& value, traffic_rate& rate) {
 void refuse_several(const yaml_value& value, std::initializer_list<std::string_view> keys) {
   std::string given;
   for (const std::string_view key : keys) {
-    if (!value.is_map() || !value.node()[std::string(key)].IsDefined()) continue;
+    if (!value.find(key)) continue;
     if (!given.empty()) value.fail(fmt::format("'{}' and '{}' exclude each other", given, key));
     given = key;
   }
@@ -354,9 +354,9 @@ void read_packet_sizes(const yaml_value& value, traffic_flow& flow) {
   require_map(value);
   flow.sizes.clear();
   uint32 sum = 0;
-  for (const auto& entry : value.node()) {
-    const yaml_value size(entry.first, "packet size", value.path());
-    const yaml_value share(entry.second, size.text(), value.path());
+  for (const yaml_entry& entry : value.node().entries) {
+    const yaml_value size(*entry.key, "packet size", value.path());
+    const yaml_value share(*entry.value, size.text(), value.path());
     flow.sizes.push_back(
         {static_cast<uint32>(size.number(kSmallestPacket, kLargestPacket)), read_percent_thousandths(share)});
     sum += flow.sizes.back().percent_thousandths;
@@ -444,8 +444,7 @@ void read_traffic(const yaml_value& value, const std::vector<traffic_profile>& p
     plan = traffic_profile_named(value, profiles);
     return;
   }
-  const YAML::Node named = value.node()["profile"];
-  if (named.IsDefined()) plan = traffic_profile_named(yaml_value(named, "profile", value.path()), profiles);
+  if (const auto named = value.find("profile")) plan = traffic_profile_named(*named, profiles);
   read_map(value, kTrafficRules, plan);
 }
 
@@ -635,27 +634,27 @@ static_assert(std::size(kInterfaceRules) <= 64);
 
 void read_profiles(const yaml_value& value, switch_draft& draft) {
   require_map(value);
-  for (const auto& entry : value.node()) {
-    const yaml_value key(entry.first, "profile", value.path());
+  for (const yaml_entry& entry : value.node().entries) {
+    const yaml_value key(*entry.key, "profile", value.path());
     const std::string& name = key.text();
     const auto same_name = [&](const capability_profile& it) { return it.name == name; };
     if (std::any_of(draft.profiles.begin(), draft.profiles.end(), same_name))
       key.fail(fmt::format("profile '{}' is given twice", name));
     draft.profiles.push_back({.name = name, .line = key.line(), .capabilities = {}, .module = {}});
-    read_map(yaml_value(entry.second, name, value.path()), kProfileRules, draft.profiles.back());
+    read_map(yaml_value(*entry.value, name, value.path()), kProfileRules, draft.profiles.back());
   }
 }
 
 // A profile may extend one that precedes it.
 void read_traffic_profiles(const yaml_value& value, switch_draft& draft) {
   require_map(value);
-  for (const auto& entry : value.node()) {
-    const yaml_value key(entry.first, "traffic profile", value.path());
+  for (const yaml_entry& entry : value.node().entries) {
+    const yaml_value key(*entry.key, "traffic profile", value.path());
     const auto same_name = [&](const traffic_profile& it) { return it.name == key.text(); };
     if (std::any_of(draft.traffic_profiles.begin(), draft.traffic_profiles.end(), same_name))
       key.fail(fmt::format("traffic profile '{}' is given twice", key.text()));
     traffic_profile profile{.name = key.text(), .plan = {}};
-    read_traffic(yaml_value(entry.second, profile.name, value.path()), draft.traffic_profiles, profile.plan);
+    read_traffic(yaml_value(*entry.value, profile.name, value.path()), draft.traffic_profiles, profile.plan);
     draft.traffic_profiles.push_back(std::move(profile));
   }
 }
@@ -753,8 +752,7 @@ constexpr key_rule<switch_draft> kFileRules[] = {
 void read_switch(const yaml_value& file, switch_draft& draft) {
   require_map(file);
   // Interfaces refer to these, in any order in the file.
-  const YAML::Node profiles = file.node()[std::string(kTrafficProfilesKey)];
-  if (profiles.IsDefined()) read_traffic_profiles(yaml_value(profiles, kTrafficProfilesKey, file.path()), draft);
+  if (const auto profiles = file.find(kTrafficProfilesKey)) read_traffic_profiles(*profiles, draft);
   read_map(file, kFileRules, draft);
 }
 

@@ -3,11 +3,9 @@
 #include <net/if.h>
 
 #include <algorithm>
-#include <fstream>
 #include <set>
 
 #include "source/kernel/sorted_records.h"
-#include "source/yaml/yaml_file_error.h"
 #include "source/yaml/yaml_value.h"
 #include "switch/interface_range.h"
 
@@ -147,20 +145,13 @@ class device_mapper {
 }  // namespace
 
 requested_interfaces read_map_file(const std::string& path) {
-  std::ifstream file(path);
-  if (!file) throw yaml_file_error(path + ": cannot be read");
-  YAML::Node document;
-  try {
-    document = YAML::Load(file);
-  } catch (const YAML::Exception& error) {
-    fail_at(path, static_cast<uint32>(error.mark.line + 1), "not YAML: " + error.msg);
-  }
-  const yaml_value top(document, "the map", path);
+  const yaml_document document = load_yaml_file(path);
+  const yaml_value top(document.root(), "the map", path);
   require_map(top);
   requested_interfaces requested;
-  for (const auto& entry : document) {
-    const yaml_value device(entry.first, "device", path);
-    const yaml_value value(entry.second, "interface", path);
+  for (const yaml_entry& entry : top.node().entries) {
+    const yaml_value device(*entry.key, "device", path);
+    const yaml_value value(*entry.value, "interface", path);
     requested_interface& of_device = requested[device.text()];
     if (value.is_map())
       read_map(value, kRules, of_device);

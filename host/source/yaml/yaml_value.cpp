@@ -15,10 +15,13 @@ namespace {
 
 constexpr word_value kYesOrNo[] = {{"yes", 1}, {"on", 1}, {"true", 1}, {"no", 0}, {"off", 0}, {"false", 0}};
 
-const char* type_of(const YAML::Node& node) {
-  if (node.IsMap()) return "a map";
-  if (node.IsSequence()) return "a list";
-  return node.IsScalar() ? "a value" : "nothing";
+const char* type_of(const yaml_node& node) {
+  switch (node.what) {
+    case yaml_node::type::map: return "a map";
+    case yaml_node::type::list: return "a list";
+    case yaml_node::type::scalar: return "a value";
+    default: return "nothing";
+  }
 }
 
 std::optional<uint64> to_number(std::string_view digits, int base = 10) {
@@ -35,8 +38,8 @@ std::string suggestion(std::string_view written, const std::vector<std::string_v
 }  // namespace
 
 const std::string& yaml_value::text() const {
-  if (!node_.IsScalar()) fail(fmt::format("'{}' needs a value, not {}", name_, type_of(node_)));
-  return node_.Scalar();
+  if (node_.what != yaml_node::type::scalar) fail(fmt::format("'{}' needs a value, not {}", name_, type_of(node_)));
+  return node_.text;
 }
 
 std::string yaml_value::text_of_at_most(std::size_t max_length) const {

@@ -2,14 +2,16 @@
 #pragma once
 
 #include <fmt/format.h>
-#include <yaml-cpp/yaml.h>
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 #include "platform/types.h"
+#include "source/yaml/yaml_document.h"
 
 namespace host {
 
@@ -22,14 +24,20 @@ struct word_value {
 class yaml_value {
  public:
   // `name` is what messages call the value: its key, or what it is.
-  yaml_value(const YAML::Node& node, std::string_view name, const std::string& path)
+  yaml_value(const yaml_node& node, std::string_view name, const std::string& path)
       : node_(node), name_(name), path_(path) {}
 
-  uint32 line() const { return static_cast<uint32>(node_.Mark().line + 1); }
-  const YAML::Node& node() const { return node_; }
+  uint32 line() const { return node_.line; }
+  const yaml_node& node() const { return node_; }
   std::string_view name() const { return name_; }
   const std::string& path() const { return path_; }
-  bool is_map() const { return node_.IsMap(); }
+  bool is_map() const { return node_.what == yaml_node::type::map; }
+
+  // The value of a key, named by it; nothing when there is none.
+  std::optional<yaml_value> find(std::string_view key) const {
+    const yaml_node* const found = node_.find(key);
+    return found != nullptr ? std::optional(yaml_value(*found, key, path_)) : std::nullopt;
+  }
 
   // Each throws yaml_file_error when the value is of another type or outside of the bounds.
   const std::string& text() const;
@@ -42,8 +50,8 @@ class yaml_value {
   // A single value counts as a list of one.
   template <class Visit>
   void for_each(Visit visit) const {
-    if (!node_.IsSequence()) return visit(*this);
-    for (const YAML::Node& item : node_) visit(yaml_value(item, name_, path_));
+    if (node_.what != yaml_node::type::list) return visit(*this);
+    for (const yaml_node* const item : node_.items) visit(yaml_value(*item, name_, path_));
   }
 
   // Throws yaml_file_error with "FILE:LINE: reason".
@@ -51,7 +59,7 @@ class yaml_value {
   [[noreturn]] void fail_with_value(const std::string& reason) const;  // reason preceded by name and value
 
  private:
-  const YAML::Node& node_;
+  const yaml_node& node_;
   std::string_view name_;
   const std::string& path_;
 };
@@ -74,8 +82,8 @@ template <class Target>
 void read_map(const yaml_value& map, std::type_identity_t<std::span<const key_rule<Target>>> rules, Target& target) {
   require_map(map);
   uint64 seen = 0;  // a bit for each rule, of which there are at most 64
-  for (const auto& entry : map.node()) {
-    const yaml_value key(entry.first, "key", map.path());
+  for (const yaml_entry& entry : map.node().entries) {
+    const yaml_value key(*entry.key, "key", map.path());
     const std::string& text = key.text();
     std::size_t at = 0;
     while (at < rules.size() && rules[at].key != text) ++at;
@@ -86,7 +94,7 @@ void read_map(const yaml_value& map, std::type_identity_t<std::span<const key_ru
     }
     if ((seen >> at & 1) != 0) key.fail(fmt::format("'{}' is given twice", text));
     seen |= uint64{1} << at;
-    rules[at].read(yaml_value(entry.second, rules[at].key, map.path()), target);
+    rules[at].read(yaml_value(*entry.value, rules[at].key, map.path()), target);
   }
 }
 
