@@ -126,7 +126,17 @@ def frame():
             "lying": be32(0xFFFFFFFF) + request(b"")[4:]}
 
 
-for make in (diagnostics, frame, listing, members, misc_info, module_resources, netlink, tlv, transceiver, vlan_set):
+def switch_file():
+    head = b"switch: {name: small, chassis-type: 10, slots: 4, base-mac: '02:00:00:00:00:f0', uptime: 10m}\n"
+    cards = (b"profiles: {plain: {speeds: [100, 1000], duplex: [full]}, optical: {speeds: [10000], transceiver: 10Gbase-SR}}\n"
+             b"cards: [{slot: 1, model: COPPER, profile: plain}, {slot: 2, model: OPTICS, type: 7, profile: optical}]\n")
+    ports = b"interfaces:\n  - &first {range: ethernet 1/1-4, speed: 1000, traffic: {in: {mbps: 10}}}\n  - {range: ethernet 2/1}\n"
+    rest = b"users: [{name: ann, vsans: 1-10}]\nvlans: [{id: 10, name: lab}]\nmanagement: {device: eth0}\n"
+    return {"small": head, "ports": head + cards + ports + rest, "alias": head + cards + ports + b"  - *first\n",
+            "two": head + b"---\n" + head, "odd": b"  : \n,", "deep": b"[" * 65}
+
+
+for make in (diagnostics, frame, listing, members, misc_info, module_resources, netlink, switch_file, tlv, transceiver, vlan_set):
     folder = ROOT / make.__name__
     folder.mkdir(parents=True, exist_ok=True)
     for name, content in make().items():
