@@ -26,7 +26,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   list(APPEND PMCLI_WARNINGS -Wno-return-type-c-linkage)
 elseif(CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # gcc 12 sees overlaps and overflows in std::string and std::vector that are not there, once it optimises.
-  list(APPEND PMCLI_WARNINGS -Wno-restrict -Wno-stringop-overflow)
+  list(APPEND PMCLI_WARNINGS -Wno-restrict -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
 
 if(PMCLI_SANITIZE)

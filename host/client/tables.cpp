@@ -42,8 +42,9 @@ bool table_query::next() {
   if (error_ != 0 || (is_begun_ && cursor_ == 0)) return false;
   const mts_opc_t opcode = is_begun_ ? mts_opc_t{TABLES_OPC_GO_ON} : mts_opc_t{TABLES_OPC_BEGIN};
   if (is_begun_) {
-    request_.clear();
-    append_to(request_, bytes_of(table_cursor{cursor_}));
+    const table_cursor cursor{cursor_};
+    const std::span bytes = bytes_of(cursor);
+    request_.assign(bytes.begin(), bytes.end());
   }
   is_begun_ = true;
   cursor_ = 0;

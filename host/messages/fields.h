@@ -47,8 +47,9 @@ class field_writer {
 
  private:
   void put(const void* bytes, std::size_t size) {
-    const auto* const begin = static_cast<const std::byte*>(bytes);
-    to_.insert(to_.end(), begin, begin + size);
+    const std::size_t at = to_.size();
+    to_.resize(at + size);
+    if (size != 0) std::memcpy(to_.data() + at, bytes, size);
   }
 
   std::vector<std::byte>& to_;
