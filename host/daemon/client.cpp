@@ -117,6 +117,7 @@ int client::handle_more(sd_event_source*, void* self) noexcept {
 }
 
 void client::end(const std::string& reason) {
+  flush();
   if (std::exchange(has_ended_, true)) return;
   const session_owner& owner = session_.owner();
   log_line(log_level::warning, fmt::format("shell {} (user {}, process {}) is ended: {}.", session_.number(),
@@ -155,6 +156,7 @@ void client::work() {
     if (const auto* const fault = std::get_if<frame_fault>(&added)) return end(fault->text);
     if (auto* const message = std::get_if<frame_message>(&added)) take(std::move(*message));
   }
+  flush();
   if (has_ended_) return;
   if (frames_.is_at_end() && packet_.capacity() > kKeptPacketBytes) packet_ = {};
   wait_for_events();
@@ -263,31 +265,33 @@ int client::handle_news(sd_event_source* source, int, uint32_t, void* self) noex
     const uint32 cursor = found->first;
     of.followed_.erase(found);
     of.send(head_of(frame_kind::news, cursor), {});
+    of.flush();
     if (!of.has_ended_) of.wait_for_events();
   });
   return 0;
 }
 
+// Gathers the frames of a message for the packet that flush() sends.
 void client::send(const frame_head_t& head, std::span<const std::byte> payload) {
   send_frames(head, payload, [this](std::span<const std::byte> of_frame, std::span<const std::byte> part) {
+    if (gathered_.size() + part.size() > kSentFrameBytes) flush();
     if (has_ended_) return ECONNRESET;
-    if (queued_.empty()) {
-      iovec parts[] = {{const_cast<std::byte*>(of_frame.data()), of_frame.size()},
-                       {const_cast<std::byte*>(part.data()), part.size()}};
-      msghdr packet{};
-      packet.msg_iov = parts;
-      packet.msg_iovlen = 2;
-      if (sendmsg(descriptor_, &packet, MSG_NOSIGNAL | MSG_DONTWAIT) >= 0) return 0;
-      if (errno != EAGAIN && errno != EINTR && errno != ENOBUFS) {
-        has_ended_ = true;
-        return errno;
-      }
-    }
-    std::vector<std::byte>& packet = queued_.emplace_back(of_frame.begin(), of_frame.end());
-    packet.insert(packet.end(), part.begin(), part.end());
-    queued_bytes_ += packet.size();
+    gathered_.insert(gathered_.end(), of_frame.begin(), of_frame.end());
+    gathered_.insert(gathered_.end(), part.begin(), part.end());
     return 0;
   });
+}
+
+// Sends the gathered frames, or queues their packet.
+void client::flush() {
+  if (gathered_.empty() || has_ended_) return;
+  if (queued_.empty()) {
+    const bool is_sent = ::send(descriptor_, gathered_.data(), gathered_.size(), MSG_NOSIGNAL | MSG_DONTWAIT) >= 0;
+    if (!is_sent && errno != EAGAIN && errno != EINTR && errno != ENOBUFS) has_ended_ = true;
+    if (is_sent || has_ended_) return gathered_.clear();
+  }
+  queued_bytes_ += gathered_.size();
+  queued_.push_back(std::exchange(gathered_, {}));
 }
 
 void client::send_queued() {

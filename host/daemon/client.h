@@ -54,6 +54,7 @@ class client {
   void serve(const frame_message& request);
   void follow(const frame_message& request);
   void send(const frame_head_t& head, std::span<const std::byte> payload);
+  void flush();
   void send_queued();
   void wait_for_events();
 
@@ -70,6 +71,7 @@ class client {
   std::vector<std::byte> packet_;  // that was received last
   frame_reader frames_;            // of it, that were not read yet
   message_assembly assembly_;
+  std::vector<std::byte> gathered_;            // frames of the next packet
   std::deque<std::vector<std::byte>> queued_;  // packets that the socket had no room for
   std::size_t queued_bytes_ = 0;
 };

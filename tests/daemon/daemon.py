@@ -31,11 +31,20 @@ def hello(version=1, terminal=b""):
     return frame(HELLO, b"pmsh" + struct.pack(">I", version) + text(b"test") + text(terminal))
 
 
+def read_frames(packet):
+    """Kind, token and payload of each frame of a packet."""
+    while packet:
+        size, kind, _, _, token, _, _, _ = HEAD.unpack_from(packet)
+        end = HEAD.size + size
+        assert end <= len(packet), packet
+        yield kind, token, packet[HEAD.size:end]
+        packet = packet[end:]
+
+
 def read_frame(packet):
-    """Kind, token and payload of a packet of one frame."""
-    size, kind, _, _, token, _, _, _ = HEAD.unpack_from(packet)
-    assert size == len(packet) - HEAD.size, packet
-    return kind, token, packet[HEAD.size:]
+    """The same of a packet of one frame."""
+    frame_of_packet, = read_frames(packet)
+    return frame_of_packet
 
 
 class Daemon:
