@@ -138,9 +138,9 @@ constexpr service kServices[] = {
     {MTS_SAP_PVLAN, "private-vlans", permitted<serve_private_vlans, kOfPrivateVlans>},
     {SAP_SATELLITE_MANAGER, "satellite-manager", permitted<serve_satellite_manager, kOfSatelliteManager>},
     {SAP_INTERFACE_VALUES, "interface-values", permitted<serve_interface_values, kOfInterfaceValues>},
-    {SAP_TABLES, "tables", permitted<serve_tables, kOfTables>},
-    {SAP_SESSION, "session", permitted<serve_session, kOfSession>},
-    {SAP_SWITCH, "switch", permitted<serve_switch, kOfSwitch>, false, nullptr, descriptors_of_switch},
+    {SAP_TABLES, "tables", permitted<serve_tables, kOfTables>, false, nullptr, nullptr, false},
+    {SAP_SESSION, "session", permitted<serve_session, kOfSession>, false, nullptr, nullptr, false},
+    {SAP_SWITCH, "switch", permitted<serve_switch, kOfSwitch>, false, nullptr, descriptors_of_switch, false},
     {MTS_SAP_PORT_MISC_INFO, "line-card", permitted<serve_line_card, kOfLineCard>, true, is_whole_line_card_answer},
 };
 

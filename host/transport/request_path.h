@@ -36,6 +36,9 @@ class request_path {
   // Descriptors on which a client waits for more under a cursor of a service.
   virtual std::vector<int> descriptors(const service& asked, uint32 cursor) = 0;
 
+  // The next requests are about these interfaces, in about this order: some may be sent ahead.
+  virtual void announce(std::span<const uint32>) {}
+
   // Makes a connection again that was lost.
   virtual void renew() {}
 };

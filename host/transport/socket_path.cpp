@@ -35,6 +35,13 @@ std::string_view text_of(std::span<const std::byte> bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
+// Equal for requests with the same answer.
+std::string key_of(const mts_addr_t& to, mts_opc_t opcode, std::span<const std::byte> payload) {
+  const uint32 numbers[] = {to.node, to.sap, static_cast<uint32>(opcode)};
+  std::string key(reinterpret_cast<const char*>(numbers), sizeof numbers);
+  return key.append(text_of(payload));
+}
+
 }  // namespace
 
 socket_path::socket_path(std::string target, hello own, connected_handler on_connected)
@@ -142,7 +149,9 @@ std::vector<int> socket_path::descriptors(const service& asked, uint32 cursor) {
 }
 
 void socket_path::renew() {
-  if (!is_connected()) connect();
+  if (is_connected()) return;
+  drop_ahead();
+  connect();
 }
 
 int32 socket_path::fail_disconnected() {
@@ -150,11 +159,52 @@ int32 socket_path::fail_disconnected() {
   return ECONNRESET;
 }
 
-int32 socket_path::begin(const sent_request& request, std::optional<reply>&) {
-  if (!is_connected()) return fail_disconnected();
-  expected_.push_back({request.token, std::nullopt});
+int32 socket_path::begin(const sent_request& request, std::optional<reply>& answer) {
+  const mts_addr_t to{request.node, request.asked.sap};
+  const bool is_foreseeable = forecast_.is_on() && request.asked.may_be_asked_ahead;
+  asked_request asked{request.token, 0, {}};
+  bool was_foreseen = false;
+  if (is_foreseeable) {
+    asked.kept_as = key_of(to, request.opcode, request.payload);
+    asked.about = forecast_.interface_of(request.payload);
+    if (const reply* const known = find_known(asked.kept_as, asked.about)) {
+      answer = *known;
+      return 0;
+    }
+    if (const auto sent = ahead_.find(asked.kept_as); sent != ahead_.end()) {
+      was_foreseen = true;
+      asked.frame_token = sent->second;
+      ahead_.erase(sent);
+    }
+  }
+  if (!was_foreseen) {
+    if (!is_connected()) return fail_disconnected();
+    asked.frame_token = ++last_frame_token_;
+    if (const int error = send_request(request, asked.frame_token); error != 0) return error;
+    expected_[asked.frame_token];
+  }
+  asked_.push_back(std::move(asked));
+  if (is_foreseeable && is_connected())
+    send_ahead(was_foreseen ? forecast_.note_foreseen(to, request.opcode, request.payload)
+                            : forecast_.note_new(to, request.opcode, request.payload));
+  return 0;
+}
+
+// A command that asks the same twice gets the same answer.
+const reply* socket_path::find_known(const std::string& key, uint32 about) {
+  if (about != 0 && about != last_interface_) {
+    known_answers_.clear();
+    last_interface_ = about;
+  }
+  const auto& known = about == 0 ? known_constants_ : known_answers_;
+  const auto found = known.find(key);
+  return found == known.end() ? nullptr : &found->second;
+}
+
+// Returns 0 or an errno, which is noted.
+int socket_path::send_request(const sent_request& request, uint32 frame_token) {
   const frame_head_t head =
-      head_of(frame_kind::request, request.token, {request.node, request.asked.sap}, request.opcode);
+      head_of(frame_kind::request, frame_token, {request.node, request.asked.sap}, request.opcode);
   std::size_t sent_frames = 0;
   const int error = send_frames(head, request.payload, [&](auto of_frame, auto payload) {
     const int failed = send_packet(of_frame, payload);
@@ -162,7 +212,6 @@ int32 socket_path::begin(const sent_request& request, std::optional<reply>&) {
     return failed;
   });
   if (error == 0) return 0;
-  expected_.pop_back();
   if (!is_connected()) return fail_disconnected();
   // The switch would take the frames of the next request for the rest of this one.
   if (sent_frames > 0) lose(fmt::format("the connection to the switch {} ended with a half request.", quoted_target_));
@@ -170,13 +219,57 @@ int32 socket_path::begin(const sent_request& request, std::optional<reply>&) {
   return error;
 }
 
+// Sends requests of which each is a frame, many in a packet. What cannot be sent is asked for when it is needed.
+void socket_path::send_ahead(std::span<const foreseen_request> requests) {
+  std::vector<std::byte> packet;
+  std::vector<std::pair<std::string, uint32>> in_packet;
+  const auto send = [&] {
+    if (packet.empty() || !is_connected() || send_packet(packet, {}) != 0) return false;
+    for (auto& [key, frame_token] : in_packet) {
+      expected_[frame_token];
+      ahead_.emplace(std::move(key), frame_token);
+    }
+    packet.clear();
+    in_packet.clear();
+    return true;
+  };
+  for (const foreseen_request& it : requests) {
+    std::string key = key_of(it.to, it.opcode, it.payload);
+    if (ahead_.contains(key)) continue;
+    if (packet.size() > kSentFrameBytes && !send()) return;
+    frame_head_t head = head_of(frame_kind::request, ++last_frame_token_, it.to, it.opcode);
+    head.size = static_cast<uint32>(it.payload.size());
+    const auto bytes = std::as_bytes(std::span(&head, 1));
+    packet.insert(packet.end(), bytes.begin(), bytes.end());
+    packet.insert(packet.end(), it.payload.begin(), it.payload.end());
+    in_packet.emplace_back(std::move(key), last_frame_token_);
+  }
+  send();
+}
+
+void socket_path::announce(std::span<const uint32> interfaces) {
+  drop_ahead();
+  forecast_.begin(interfaces);
+}
+
+// Answers that still come are not expected.
+void socket_path::drop_ahead() {
+  for (const auto& [key, frame_token] : ahead_) expected_.erase(frame_token);
+  ahead_.clear();
+  known_answers_.clear();
+  known_constants_.clear();
+  last_interface_ = 0;
+}
+
 int32 socket_path::finish(mts_rr_token_t token, uint32 seconds, reply& answer) {
   const int64_t until = after_seconds(seconds);
+  const auto asked = std::find_if(asked_.begin(), asked_.end(), [=](const auto& it) { return it.token == token; });
+  if (asked == asked_.end()) return EAGAIN;
+  const uint32 frame_token = asked->frame_token;
   for (;;) {
-    expected_answer* const expected = find_expected(token);
-    if (expected == nullptr) return EAGAIN;
-    if (expected->arrived) {
-      answer = std::move(*expected->arrived);
+    if (std::optional<reply>& arrived = expected_[frame_token]) {
+      answer = std::move(*arrived);
+      keep(*asked, answer);
       forget(token);
       return 0;
     }
@@ -188,14 +281,20 @@ int32 socket_path::finish(mts_rr_token_t token, uint32 seconds, reply& answer) {
   }
 }
 
-void socket_path::forget(mts_rr_token_t token) {
-  std::erase_if(expected_, [token](const expected_answer& it) { return it.token == token; });
+void socket_path::keep(const asked_request& asked, const reply& answer) {
+  if (asked.kept_as.empty() || !forecast_.is_on()) return;
+  if (asked.about == 0)
+    known_constants_.emplace(asked.kept_as, answer);
+  else if (asked.about == last_interface_)
+    known_answers_.emplace(asked.kept_as, answer);
 }
 
-socket_path::expected_answer* socket_path::find_expected(mts_rr_token_t token) {
-  const auto found =
-      std::find_if(expected_.begin(), expected_.end(), [=](const auto& it) { return it.token == token; });
-  return found == expected_.end() ? nullptr : &*found;
+void socket_path::forget(mts_rr_token_t token) {
+  std::erase_if(asked_, [&](const asked_request& it) {
+    if (it.token != token) return false;
+    expected_.erase(it.frame_token);
+    return true;
+  });
 }
 
 void socket_path::lose(std::string reason) {
@@ -294,9 +393,9 @@ int socket_path::take_message(frame_message&& message) {
     case frame_kind::answer:
     case frame_kind::reject:
       // An answer that is not expected any more is dropped.
-      if (expected_answer* const expected = find_expected(message.token))
-        expected->arrived = reply{message.kind == frame_kind::reject ? reply::kind::reject : reply::kind::answer,
-                                  std::move(message.payload)};
+      if (const auto expected = expected_.find(message.token); expected != expected_.end())
+        expected->second = reply{message.kind == frame_kind::reject ? reply::kind::reject : reply::kind::answer,
+                                 std::move(message.payload)};
       return 0;
     case frame_kind::news: return 0;  // whoever waits for it asks the service
     case frame_kind::welcome: greeting_ = std::move(message); return 0;

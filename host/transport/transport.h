@@ -40,6 +40,10 @@ struct service {
 
   // The descriptors of what a client follows under a cursor that it got from this service; null: the service has none.
   std::vector<int> (*descriptors)(uint32 cursor) = nullptr;
+
+  // Whether requests that change nothing may be sent before they are needed, and in vain: they begin nothing that
+  // others go on with.
+  bool may_be_asked_ahead = true;
 };
 
 // Empty, for the payload of an answer, with the memory of one that was dropped.
@@ -84,6 +88,16 @@ void transport_limit_waits(uint32 seconds);
 
 // Makes a connection to the switch again that was lost.
 void transport_renew();
+
+// While it lives, requests that change nothing are about these interfaces, in about this order: on a socket many are
+// sent at once. The outer one of several has no effect meanwhile.
+class announced_interfaces {
+ public:
+  explicit announced_interfaces(std::span<const uint32> interfaces);
+  ~announced_interfaces();
+  announced_interfaces(const announced_interfaces&) = delete;
+  announced_interfaces& operator=(const announced_interfaces&) = delete;
+};
 
 // Ends every wait, now and from now on, with error ECANCELED, until it is called with false; the answer that was waited
 // for is given up. Safe in a signal handler.

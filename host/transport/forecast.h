@@ -1,0 +1,74 @@
+// Requests that a command is likely to send next: for its later interfaces those that it sent for the first one of
+// their kind.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/mts.h"
+#include "platform/types.h"
+
+namespace host {
+
+struct foreseen_request {
+  mts_addr_t to;
+  mts_opc_t opcode;
+  std::vector<std::byte> payload;
+};
+
+class forecast {
+ public:
+  // The next requests are about these interfaces, in about this order. What was learned before is forgotten.
+  void begin(std::span<const uint32> interfaces);
+
+  // Whether the next requests are about interfaces.
+  bool is_on() const { return !places_.empty(); }
+
+  // The interface that a request is about; 0: none of them.
+  uint32 interface_of(std::span<const std::byte> payload) const;
+
+  // A request that was not foreseen, or that was. Both return requests to send ahead, none of them a second time.
+  std::vector<foreseen_request> note_new(const mts_addr_t& to, mts_opc_t opcode, std::span<const std::byte> payload);
+  std::vector<foreseen_request> note_foreseen(const mts_addr_t& to, mts_opc_t opcode,
+                                              std::span<const std::byte> payload);
+
+ private:
+  // Interfaces with the same upper byte, which is their type.
+  using kind = uint8;
+
+  // A request with room for an interface.
+  struct pattern {
+    foreseen_request request;          // the interface is 0
+    std::vector<std::size_t> offsets;  // of the interface, big-endian
+    kind of = 0;
+    std::size_t since = 0, until = 0;  // it was foreseen for the interfaces of its kind from one to before the other
+    std::size_t num_used = 0;
+
+    // Whether interfaces before this one needed it, so that it is worth foreseeing.
+    bool is_usual(std::size_t at) const { return at < since + 8 || num_used * 4 >= at - since; }
+  };
+
+  struct place {
+    kind of;
+    std::size_t at;  // among those of its kind
+  };
+
+  // A pattern with the interface that was in its place; no offsets: the request has none of the interfaces.
+  struct found_pattern {
+    pattern what;
+    place where{};
+  };
+
+  found_pattern take_apart(const mts_addr_t& to, mts_opc_t opcode, std::span<const std::byte> payload) const;
+  pattern* find(const pattern& what);
+  void foresee(pattern& what, std::size_t until, std::vector<foreseen_request>& ahead);
+  std::size_t end_of(kind of, std::size_t at) const;
+
+  std::unordered_map<uint32, place> places_;
+  std::unordered_map<kind, std::vector<uint32>> interfaces_;
+  std::vector<pattern> patterns_;
+};
+
+}  // namespace host
