@@ -15,6 +15,7 @@
 #include "shell/library/interface_kinds.h"
 #include "shell/library/selection.h"
 #include "shell/output/command_output.h"
+#include "transport/transport.h"
 
 namespace host {
 namespace {
@@ -127,6 +128,7 @@ void show_one(const showing& view, if_index_t if_index, tally& count) {
 }
 
 void show_all(const showing& view, const std::vector<if_index_t>& interfaces, tally& count) {
+  const announced_interfaces announced(interfaces);
   for (const headed_group& group : group_by_header(view, interfaces)) {
     if (group.header != nullptr && !view.run.output.is_structured()) show_header(view, group);
     for (const if_index_t if_index : group.interfaces) {

@@ -17,6 +17,7 @@
 #include "shell/output/rendering.h"
 #include "shell/output/terminal/fitted_table.h"
 #include "shell/output/terminal/short_number.h"
+#include "transport/transport.h"
 
 namespace host {
 namespace {
@@ -235,6 +236,7 @@ int show_overview(const invocation& run) {
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
 
+  const announced_interfaces announced(chosen.interfaces);
   overview made;
   std::size_t without_values = 0;
   for (const if_index_t if_index : chosen.interfaces) {

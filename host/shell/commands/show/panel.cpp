@@ -15,6 +15,7 @@
 #include "shell/output/command_output.h"
 #include "shell/output/rendering.h"
 #include "shell/output/terminal/locale.h"
+#include "transport/transport.h"
 
 namespace host {
 namespace {
@@ -119,6 +120,7 @@ int show_panel(const invocation& run) {
   const selection chosen = select_ports(parameters);
   if (chosen.code != kDone) return chosen.code;
 
+  const announced_interfaces announced(chosen.interfaces);
   command_output& output = run.output;
   std::vector<front_panel> fronts;
   std::size_t failed = 0;
