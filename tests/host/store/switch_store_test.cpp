@@ -462,6 +462,200 @@ TEST_F(StoredSwitch, StoresNothingOfADryRun) {
   EXPECT_NE(port(first_).settings.description, "tried");
 }
 
+// ---- Sessions
+
+class StoredCommits : public StoredSwitch {
+ protected:
+  // Describes both ports in the candidate of the session, and commits them.
+  changes_made commit(switch_session& session, const std::string& text, std::optional<uint32> seconds = {}) {
+    const session_scope scope(session);
+    session.begin_candidate();
+    session.enter_candidate();
+    EXPECT_EQ(describe(text, first_), 0U);
+    EXPECT_EQ(describe(text, second_), 0U);
+    EXPECT_EQ(error_in(ask("port-manager", PM_OPC_LOOPBACKS, creation_of(loopback_, loopback_))), 0U);
+    session.leave_candidate();
+    return session.commit("commit", seconds).made;
+  }
+
+  void expect_descriptions(const std::string& first, const std::string& second) const {
+    EXPECT_EQ(port(first_).settings.description, first);
+    EXPECT_EQ(port(second_).settings.description, second);
+  }
+
+  // The process ends without a word: sessions of its own do not roll back in the next one.
+  void restart_after_kill() {
+    const machine now = the_machine();
+    const std::string stored = bytes();
+    set_source();
+    sessions_.clear();
+    write(stored);
+    start();
+  }
+
+  switch_session& begin_session() { return *sessions_.emplace_back(std::make_unique<switch_session>()); }
+
+  std::vector<std::unique_ptr<switch_session>> sessions_;
+  const std::string first_text_ = as_in_file("campus.yaml").find(first_)->settings.description;
+  const std::string second_text_ = as_in_file("campus.yaml").find(second_)->settings.description;
+};
+
+TEST_F(StoredCommits, AreOneRecord) {
+  const std::string before = bytes();
+  EXPECT_EQ(commit(begin_session(), "together").applied.size(), 3U);
+  EXPECT_EQ(num_records(), 2U);
+  const std::string whole = bytes();
+  for (std::size_t size = before.size(); size < whole.size(); ++size) {
+    set_source();
+    write(whole.substr(0, size));
+    start();
+    ASSERT_TRUE(the_machine() == as_in_file(file_)) << size;
+  }
+  set_source();
+  write(whole);
+  start();
+  expect_descriptions("together", "together");
+}
+
+TEST_F(StoredCommits, ACandidateStoresNothingBefore) {
+  const std::string before = bytes();
+  switch_session& session = begin_session();
+  {
+    const session_scope scope(session);
+    session.begin_candidate();
+    session.enter_candidate();
+    EXPECT_EQ(describe("candidate", first_), 0U);
+    session.leave_candidate();
+  }
+  EXPECT_EQ(bytes(), before);
+}
+
+TEST_F(StoredCommits, ThatCannotBeStoredStayInTheCandidate) {
+  switch_session& session = begin_session();
+  const machine before = the_machine();
+  the_failing_calls().fail(1, ENOSPC, true);
+  // The candidate's own lines store nothing, so only the commit fails.
+  const changes_made made = commit(session, "full");
+  the_failing_calls().reset();
+  EXPECT_THAT(made.applied, IsEmpty());
+  ASSERT_EQ(made.refused.size(), 3U);
+  for (const auto& [if_index, status] : made.refused)
+    EXPECT_EQ(text_of_port_status(status), "cannot store the change in '" + path_ + "': No space left on device");
+  EXPECT_TRUE(the_machine() == before);
+  EXPECT_EQ(num_records(), 1U);
+  const session_scope scope(session);
+  EXPECT_EQ(session.candidate_changes().ports().size(), 3U);
+  EXPECT_EQ(session.commit("commit", std::nullopt).made.applied.size(), 3U);
+  expect_descriptions("full", "full");
+}
+
+TEST_F(StoredCommits, AnUndoThatCannotBeStoredCanBeRepeated) {
+  begin_changes("description");
+  EXPECT_EQ(describe("changed", first_), 0U);
+  the_failing_calls().fail(1, ENOSPC);
+  EXPECT_EQ(take_change_back(the_machine()).refused.size(), 1U);
+  EXPECT_EQ(port(first_).settings.description, "changed");
+  EXPECT_EQ(take_change_back(the_machine()).applied.size(), 1U);
+  EXPECT_EQ(port(first_).settings.description, first_text_);
+  start();
+  EXPECT_EQ(port(first_).settings.description, first_text_);
+}
+
+TEST_F(StoredCommits, AreRolledBackWhenTheProcessEndsBeforeTheirConfirmation) {
+  EXPECT_EQ(describe("kept", first_), 0U);
+  EXPECT_EQ(commit(begin_session(), "unconfirmed", 60).applied.size(), 3U);
+  expect_descriptions("unconfirmed", "unconfirmed");
+  restart_after_kill();
+  expect_descriptions("kept", second_text_);
+  EXPECT_EQ(the_machine().find(loopback_), nullptr);
+  EXPECT_THAT(said_, ElementsAre("a commit of 3 interfaces that was not confirmed is rolled back; 0 of them refused."));
+  expect_same_after_restart();
+}
+
+TEST_F(StoredCommits, OnlyWhatTheyChangedIsRolledBack) {
+  EXPECT_EQ(commit(begin_session(), "unconfirmed", 60).applied.size(), 3U);
+  EXPECT_THAT(set(PM_CFG_MTU, uint32{4000}, first_), ElementsAre(0U));
+  restart_after_kill();
+  expect_descriptions(first_text_, second_text_);
+  EXPECT_EQ(port(first_).settings.mtu_bytes, 4000);
+}
+
+TEST_F(StoredCommits, StayWhenTheyWereConfirmed) {
+  switch_session& session = begin_session();
+  EXPECT_EQ(commit(session, "confirmed", 60).applied.size(), 3U);
+  {
+    const session_scope scope(session);
+    EXPECT_EQ(error_in(ask("session", SESSION_OPC_CONFIRM, {})), 0U);
+  }
+  restart_after_kill();
+  expect_descriptions("confirmed", "confirmed");
+  EXPECT_THAT(said_, IsEmpty());
+}
+
+TEST_F(StoredCommits, AConfirmationThatCannotBeStoredIsRefused) {
+  switch_session& session = begin_session();
+  EXPECT_EQ(commit(session, "waits", 60).applied.size(), 3U);
+  const session_scope scope(session);
+  the_failing_calls().fail(1, ENOSPC);
+  EXPECT_TRUE(is_status_of_text(error_in(ask("session", SESSION_OPC_CONFIRM, {}))));
+  EXPECT_TRUE(session.seconds_to_confirm()) << "it waits on";
+  EXPECT_EQ(error_in(ask("session", SESSION_OPC_CONFIRM, {})), 0U);
+  EXPECT_FALSE(session.seconds_to_confirm());
+}
+
+TEST_F(StoredCommits, ARollbackIsStored) {
+  switch_session& session = begin_session();
+  EXPECT_EQ(commit(session, "rolled back", 60).applied.size(), 3U);
+  {
+    const session_scope scope(session);
+    EXPECT_TRUE(session.roll_back());
+  }
+  EXPECT_EQ(describe("later", first_), 0U);
+  restart_after_kill();
+  expect_descriptions("later", second_text_);
+  EXPECT_THAT(said_, IsEmpty());
+}
+
+// The switch is rolled back although its disk is full; the next change stores that, too.
+TEST_F(StoredCommits, ARollbackThatCannotBeStoredIsMadeAllTheSame) {
+  switch_session& session = begin_session();
+  EXPECT_EQ(commit(session, "rolled back", 60).applied.size(), 3U);
+  {
+    const session_scope scope(session);
+    the_failing_calls().fail(1, ENOSPC, true);
+    EXPECT_TRUE(session.roll_back());
+  }
+  expect_descriptions(first_text_, second_text_);
+  EXPECT_NE(describe("refused", first_), 0U);
+  expect_descriptions(first_text_, second_text_);
+  the_failing_calls().reset();
+  const std::string before = bytes();
+  EXPECT_EQ(describe("later", first_), 0U);
+  const std::string after = bytes();
+  for (const std::string* const stored : {&before, &after}) {
+    set_source();
+    write(*stored);
+    start();
+    expect_descriptions(stored == &after ? "later" : first_text_, second_text_);
+    EXPECT_EQ(the_machine().find(loopback_), nullptr);
+    EXPECT_THAT(said_, Contains(HasSubstr("not confirmed is rolled back")).Times(stored == &before ? 1 : 0));
+  }
+}
+
+// The rollback at the start cannot be stored: it is made again at the next one.
+TEST_F(StoredCommits, AreRolledBackAtEachStartUntilThatIsStored) {
+  EXPECT_EQ(commit(begin_session(), "unconfirmed", 60).applied.size(), 3U);
+  the_failing_calls().fail(1, ENOSPC, true);
+  restart_after_kill();
+  expect_descriptions(first_text_, second_text_);
+  the_failing_calls().reset();
+  restart_after_kill();
+  expect_descriptions(first_text_, second_text_);
+  EXPECT_THAT(said_, Contains(HasSubstr("not confirmed is rolled back")).Times(1));
+  start();
+  EXPECT_THAT(said_, IsEmpty());
+}
+
 // ---- Damage
 
 class DamagedJournal : public StoredSwitch {
