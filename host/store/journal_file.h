@@ -38,6 +38,8 @@ class journal_file {
   // The name of the file that was moved aside; empty: there was none.
   const std::string& moved_to() const { return moved_to_; }
 
+  std::size_t size_bytes() const { return size_bytes_; }
+
   // Whether the file is there: it was opened, or written since.
   bool exists() const { return descriptor_ >= 0; }
 

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
@@ -12,6 +13,9 @@
 
 namespace host {
 namespace {
+
+constexpr std::size_t kSmallBytes = 4 * 1024 * 1024;  // a smaller journal is not written again while the switch runs
+constexpr std::size_t kGrowth = 4;
 
 constexpr char kBeginAnew[] = "start pmshd with --new-state, which moves the file aside and begins anew.";
 
@@ -106,6 +110,7 @@ void switch_store::begin(machine& of) {
   }
   compact(own);
   state_ = {own, {}, {}};
+  large_bytes_ = std::max(kSmallBytes, kGrowth * file_.size_bytes());
 }
 
 void switch_store::compact(const switch_identity& own) {
@@ -116,6 +121,20 @@ void switch_store::compact(const switch_identity& own) {
     report_(fmt::format("cannot write '{}' again without outdated changes: {}. It is kept as it is.", file_.path(),
                         std::strerror(error)));
   load(own);
+}
+
+// Whether this succeeds or not, the changes are stored.
+void switch_store::compact_large_journal() {
+  if (file_.size_bytes() < large_bytes_ || !waiting_.empty()) return;
+  const switch_identity own = state_.identity;
+  try {
+    load(own);
+    compact(own);
+  } catch (const store_error& error) {
+    report_(error.what());
+  }
+  state_ = {own, {}, {}};
+  large_bytes_ = std::max(kSmallBytes, kGrowth * file_.size_bytes());
 }
 
 // ---- Notes ----------------------------------------------------------------------------------------------------------
@@ -204,6 +223,7 @@ uint32 switch_store::store(machine& of, bool waits, std::optional<uint64> over) 
   forget_notes();
   delayed_.clear();
   delayed_over_.clear();
+  compact_large_journal();
   return 0;
 }
 

@@ -38,8 +38,8 @@ class switch_store {
   void restore(machine& to);
 
   // Reverts commits that waited for their confirmation when the last process ended, by the_source(), and writes the
-  // journal again without what is outdated. To be called once, after restore(), when the source stores its changes
-  // here.
+  // journal again without what is outdated, as is done later when it has grown. To be called once, after restore(),
+  // when the source stores its changes here.
   void begin(machine& of);
 
   // ---- What is going to change. The first note of an interface counts, until its change is stored.
@@ -60,6 +60,7 @@ class switch_store {
 
   void load(const switch_identity& own);
   void compact(const switch_identity& own);
+  void compact_large_journal();
   change_record changes_in(const machine& of) const;
   int append(const change_record& changes);
   uint32 store(machine& of, bool waits, std::optional<uint64> over);
@@ -71,6 +72,7 @@ class switch_store {
   reporter report_;
   stored_state state_;  // as it was loaded
   uint64 next_sequence_ = 0;
+  std::size_t large_bytes_ = 0;  // a journal of this size is written again
   std::vector<machine_changes> to_revert_;
   notes noted_;
   std::set<if_index_t> deleted_;                          // of those

@@ -797,6 +797,26 @@ TEST_F(StoredSwitch, KeepsAJournalThatCannotBeWrittenAgain) {
   EXPECT_EQ(port(first_).settings.description, "number 2");
 }
 
+// Of a journal of 4 MiB most is outdated.
+TEST_F(StoredSwitch, IsWrittenAgainWhenItIsLarge) {
+  constexpr std::size_t kLargeBytes = 4 * 1024 * 1024;
+  const setting& vlans = *find_setting(HOST_CFG_ALLOWED_VLANS);
+  const if_index_t last = ethernet_index(IF_TYPE_ETHERNET, 0, 47);
+  std::size_t largest = 0, size = bytes().size();
+  for (uint16 number = 1; size >= largest; ++number) {
+    largest = size;
+    ASSERT_LT(number, 4000);
+    ask("port-manager", PM_OPC_SET_CONFIG, setting_of(vlans, std::vector<uint16>{number}, first_, last));
+    size = fs::file_size(path_);
+  }
+  EXPECT_GT(largest, kLargeBytes / 2);
+  EXPECT_LT(largest, kLargeBytes);
+  EXPECT_EQ(num_records(), 2U);
+  EXPECT_EQ(describe("later", first_), 0U);
+  EXPECT_EQ(num_records(), 3U);
+  expect_same_after_restart();
+}
+
 // ---- Failing disks
 
 class FailingDisk : public StoredSwitch {
