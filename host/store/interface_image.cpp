@@ -37,12 +37,6 @@ void list_as_deleted(machine& of, if_index_t if_index, bool is_listed) {
   if (is_listed) of.deleted.insert(std::lower_bound(of.deleted.begin(), of.deleted.end(), if_index), if_index);
 }
 
-// The baseline of the kernel's device that a management port counts ends with the process.
-bool is_counted_by_device(const machine& of, const interface& port) {
-  return decode_index(port.if_index).type == IF_TYPE_MGMT &&
-         kernel_counters(management_device(of, port.if_index)).has_value();
-}
-
 uint32 num_equal(const std::vector<interface::link_change>& one, const std::vector<interface::link_change>& other) {
   const auto [at, end] = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
   return static_cast<uint32>(at - one.begin());
@@ -101,6 +95,11 @@ bool read_values(field_reader& from, std::vector<stored_value>& values) {
 }
 
 }  // namespace
+
+bool is_counted_by_device(const machine& of, const interface& port) {
+  return decode_index(port.if_index).type == IF_TYPE_MGMT &&
+         kernel_counters(management_device(of, port.if_index)).has_value();
+}
 
 interface_image image_of(const machine& of, if_index_t if_index, const interface* before) {
   interface_image image;

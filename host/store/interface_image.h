@@ -49,6 +49,10 @@ struct interface_image {
   bool operator==(const interface_image&) const = default;
 };
 
+// Whether a management port counts what a device of the kernel counts. The baseline of its clear is the process's own,
+// and is not stored.
+bool is_counted_by_device(const machine& of, const interface& port);
+
 // The image of an interface of a machine. With `before`, an interface as it was when its last image was taken, link
 // changes are those after it.
 interface_image image_of(const machine& of, if_index_t if_index, const interface* before = nullptr);

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <string_view>
 #include <utility>
 
@@ -68,6 +69,7 @@ journal_file::~journal_file() {
 // The lock has a file of its own: the journal is replaced while it is held.
 void journal_file::lock() {
   if (const int error = make_directories_of(path_); error != 0) throw cannot("make the folder of", path_, error);
+  flush_directory_of(std::filesystem::path(path_).parent_path().string());  // the folder may be new
   const std::string path = path_ + ".lock";
   lock_ = open_regular(path, O_RDWR | O_CREAT);
   int result = 0;

@@ -17,7 +17,7 @@ class stored_source final : public Source {
   explicit stored_source(std::unique_ptr<switch_store> store) : store_(std::move(store)) {}
 
   void clear_counters(interface& port, uint32 now_sec) override {
-    store_->note(port);
+    if (!is_counted_by_device(the_machine(), port)) store_->note(port);
     Source::clear_counters(port, now_sec);
   }
 

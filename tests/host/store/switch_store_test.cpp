@@ -434,6 +434,19 @@ TEST_F(StoredSwitch, KeepsClearedCounters) {
   expect_same_after_restart();
 }
 
+// Its baseline is of the process: after a restart it would be wrong that the port was cleared.
+TEST_F(StoredSwitch, ForgetsTheClearOfADeviceOfTheKernel) {
+  const if_index_t management = ethernet_index(IF_TYPE_MGMT, 0, 0);
+  the_machine().mgmt_device = "lo";
+  EXPECT_EQ(error_in(ask("port-manager", PM_OPC_CLEAR_MANAGEMENT, request_of(be32(management)))), 0U);
+  EXPECT_TRUE(port(management).stats.is_cleared_here);
+  EXPECT_EQ(num_records(), 1U);
+  EXPECT_EQ(describe("management", management), 0U);
+  start();
+  EXPECT_EQ(port(management).settings.description, "management");
+  EXPECT_FALSE(port(management).stats.is_cleared_here);
+}
+
 TEST_F(StoredSwitch, KnowsWhenItStartedForTheFirstTime) {
   EXPECT_EQ(started_sec_, kStart);
   clock_advance(500);
