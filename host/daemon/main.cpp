@@ -48,14 +48,15 @@ void continue_switch(const std::string& name, uint32 started_sec, const std::str
                     "--stateless.",
                     name));
   std::signal(SIGXFSZ, SIG_IGN);  // a write above the limit of file sizes reports its error
-  auto store = std::make_unique<switch_store>(journal_path(name),
-                                              switch_identity{fingerprint_of(the_machine()), file, started_sec},
+  const std::string path = journal_path(name);
+  auto store = std::make_unique<switch_store>(path, switch_identity{fingerprint_of(the_machine()), file, started_sec},
                                               requested.begins_new_state, report_store);
   if (store->started_sec() != started_sec) open_switch_at(store->started_sec(), requested);
   store->restore(the_machine());
   switch_store& kept = *store;
   set_source(std::make_unique<stored_source<chassis_source>>(std::move(store)));
   kept.begin(the_machine());
+  log_line(log_level::info, fmt::format("stores changes in '{}'.", path));
 }
 
 // The switch is opened after the socket: a switch with a name of its own is not read for a second time.

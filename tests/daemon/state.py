@@ -8,6 +8,7 @@ import itertools
 import json
 import os
 import pathlib
+import pwd
 import shutil
 import subprocess
 import sys
@@ -60,12 +61,13 @@ class Switch:
         found = [line.split(None, 1)[1] for line in out.splitlines() if line.startswith("  description ")]
         return found[0] if found else ""
 
-    def refusal(self, *options, state, file=None):
+    def refusal(self, *options, state, file=None, **more):
         """Why it does not start."""
         with tempfile.TemporaryDirectory() as folder:
+            os.chmod(folder, 0o777)
             done = subprocess.run([self.pmshd, "--name", NAME, "--switch", file or self.file, "--socket", f"{folder}/x.sock",
                                    *options], stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False,
-                                  env={**os.environ, "STATE_DIRECTORY": state})
+                                  env={**os.environ, "STATE_DIRECTORY": state}, **more)
         expect(done.returncode == 1 and done.stderr.count("\n") == 1, f"{done.returncode}: {done.stderr}")
         return done.stderr
 
@@ -289,6 +291,14 @@ def check_damage(switch, other_file):
     step("a folder that cannot be written")
     error = switch.refusal(state="/proc/none")
     expect("cannot make the folder of '/proc/none/lab.journal': " in error and "--stateless" in error, error)
+    if os.geteuid() != 0:
+        print("skipped: a folder of another user: needs root, to become another user", flush=True)
+        return
+    with tempfile.TemporaryDirectory() as folder:
+        os.chmod(folder, 0o755)
+        user = pwd.getpwnam("nobody")
+        error = switch.refusal(state=folder, user=user.pw_uid, group=user.pw_gid, extra_groups=[])
+        expect(f"cannot open '{folder}/lab.journal.lock': Permission denied." in error, error)
 
 
 def check_unconfirmed_commit(switch):
