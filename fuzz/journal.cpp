@@ -38,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   host::stored_state raw;
   read_journal(payload, raw);
 
-  std::vector<std::byte> journal = host::write_state({1, "lab.yaml", 2}, {}).bytes;
+  std::vector<std::byte> journal = host::write_state({.identity = {1, "lab.yaml", 2}}).bytes;
   host::append_record(journal, 1, payload);
   host::append_record(journal, 2, payload);
   host::stored_state state;
@@ -47,10 +47,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   if (num_known != 3) std::abort();  // the same payload twice
   host::machine changed = small_switch();
   for (const host::waiting_commit& it : state.waiting) static_cast<void>(host::changes_of_commit(it, changed));
-  host::put_images(changed, state.images);
+  host::put_state(changed, state);
 
   host::stored_state again;
-  const host::journal_text text = host::write_state(state.identity, state.images);
-  if (read_journal(text.bytes, again) != text.num_records || again.images != state.images) std::abort();
+  const host::journal_text text = host::write_state(state);
+  if (read_journal(text.bytes, again) != text.num_records || again.images != state.images ||
+      again.startup != state.startup)
+    std::abort();
   return 0;
 }

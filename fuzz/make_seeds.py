@@ -136,14 +136,15 @@ def journal():
         known = be32(0, len(changes)) + b"".join(be32(at) + bytes([state]) for at, state in changes)
         return head + be32(count) + settings + be32(0) + link + known + number(1800000001)
 
-    def change(*images, waits=0, over=()):
-        return bytes([waits]) + be32(len(over)) + b"".join(be32(0, it) for it in over) + be32(len(images)) + b"".join(images)
+    def change(*images, waits=0, over=(), startup=b"\0"):
+        commits = bytes([waits]) + be32(len(over)) + b"".join(be32(0, it) for it in over)
+        return commits + be32(len(images)) + b"".join(images) + startup
 
     loopback = (20 << 26) | 77
     state = bytes([1]) + be32(1) + b"\2"
     gone = be32(loopback) + bytes([0, 1, 0])
     return {"setting": change(image(PORT, state, 1, [(1800000000, 2), (1800000009, 1)])), "waits": change(image(PORT), waits=1),
-            "over": change(over=[1]), "created": change(image(loopback, created=b"\1")), "deleted": change(gone),
+            "over": change(over=[1], startup=b"\1" + be32(1, PORT)), "created": change(image(loopback, created=b"\1")), "deleted": change(gone),
             "cut": change(image(PORT))[:30], "lying": bytes([0]) + be32(0, 0xFFFFFFFF)}
 
 

@@ -39,6 +39,7 @@ std::optional<change_record> read_changes(octets payload) {
     if (!image) return std::nullopt;
     changes.images.push_back(std::move(*image));
   }
+  if (from.flag()) changes.startup = from.numbers();
   return from.is_complete() ? std::optional(std::move(changes)) : std::nullopt;
 }
 
@@ -60,7 +61,12 @@ void add_changes(stored_state& state, uint64 sequence, change_record changes) {
   }
   for (const uint64 over : changes.over)
     std::erase_if(state.waiting, [over](const waiting_commit& it) { return it.sequence == over; });
+  if (changes.startup) state.startup = std::move(changes.startup);
   if (changes.waits) state.waiting.push_back(std::move(commit));
+}
+
+bool put_images(machine& to, const image_map& images) {
+  return std::all_of(images.begin(), images.end(), [&to](const auto& it) { return put_image(to, it.second); });
 }
 
 }  // namespace
@@ -105,6 +111,8 @@ std::vector<std::byte> encode(const change_record& changes) {
   for (const uint64 it : changes.over) to.u64(it);
   to.u32(static_cast<uint32>(changes.images.size()));
   for (const interface_image& it : changes.images) write_image(to, it);
+  to.flag(changes.startup.has_value());
+  if (changes.startup) to.numbers(*changes.startup);
   return payload;
 }
 
@@ -112,7 +120,7 @@ std::size_t read_state(std::span<const octets> payloads, stored_state& state) {
   if (payloads.empty()) return 0;
   auto identity = read_identity(payloads.front());
   if (!identity) return 0;
-  state = {std::move(*identity), {}, {}};
+  state = {.identity = std::move(*identity)};
   for (std::size_t sequence = 1; sequence < payloads.size(); ++sequence) {
     auto changes = read_changes(payloads[sequence]);
     if (!changes) return sequence;
@@ -121,18 +129,20 @@ std::size_t read_state(std::span<const octets> payloads, stored_state& state) {
   return payloads.size();
 }
 
-journal_text write_state(const switch_identity& identity, const image_map& images) {
+journal_text write_state(const stored_state& state) {
   journal_text text;
-  append_record(text.bytes, text.num_records++, encode(identity));
-  if (images.empty()) return text;
+  append_record(text.bytes, text.num_records++, encode(state.identity));
+  if (state.images.empty() && !state.startup) return text;
   change_record all;
-  for (const auto& [if_index, image] : images) all.images.push_back(image);
+  for (const auto& [if_index, image] : state.images) all.images.push_back(image);
+  all.startup = state.startup;
   append_record(text.bytes, text.num_records++, encode(all));
   return text;
 }
 
-bool put_images(machine& to, const image_map& images) {
-  return std::all_of(images.begin(), images.end(), [&to](const auto& it) { return put_image(to, it.second); });
+bool put_state(machine& to, const stored_state& state) {
+  if (state.startup) to.startup = *state.startup;
+  return put_images(to, state.images);
 }
 
 machine_changes changes_of_commit(const waiting_commit& commit, const machine& as_in_file) {

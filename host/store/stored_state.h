@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -30,6 +31,7 @@ struct change_record {
   bool waits = false;          // they are those of a commit that waits for its confirmation
   std::vector<uint64> over{};  // records of commits that were confirmed, or that the changes revert
   std::vector<interface_image> images{};
+  std::optional<std::vector<if_index_t>> startup{};  // machine::startup, when it was saved
 };
 
 // A commit without its end; an interface without an image is as in the switch file.
@@ -41,8 +43,9 @@ struct waiting_commit {
 
 struct stored_state {
   switch_identity identity;
-  image_map images;
-  std::vector<waiting_commit> waiting;
+  image_map images{};
+  std::optional<std::vector<if_index_t>> startup{};
+  std::vector<waiting_commit> waiting{};
 };
 
 // The payloads of records.
@@ -53,16 +56,16 @@ std::vector<std::byte> encode(const change_record& changes);
 // writes.
 std::size_t read_state(std::span<const std::span<const std::byte>> payloads, stored_state& state);
 
-// A journal with these images and without waiting commits: its bytes, and its number of records.
+// A journal of a state without waiting commits: its bytes, and its number of records.
 struct journal_text {
   std::vector<std::byte> bytes;
   uint64 num_records = 0;
 };
-journal_text write_state(const switch_identity& identity, const image_map& images);
+journal_text write_state(const stored_state& state);
 
-// Makes the machine, which is as its switch file describes it, as the images say. Returns false when they are not of
-// such a machine.
-bool put_images(machine& to, const image_map& images);
+// Makes the machine, which is as its switch file describes it, as the state says. Returns false when it is not the
+// state of such a machine.
+bool put_state(machine& to, const stored_state& state);
 
 // The changes that a commit made to a machine, which is as its switch file describes it.
 machine_changes changes_of_commit(const waiting_commit& commit, const machine& as_in_file);

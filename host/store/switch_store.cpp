@@ -61,7 +61,7 @@ switch_store::switch_store(std::string path, switch_identity identity, bool begi
     : file_(std::move(path), begins_anew, calls), report_(std::move(report)) {
   if (!file_.moved_to().empty()) report_(fmt::format("the old state is in '{}'.", file_.moved_to()));
   if (!file_.exists())
-    if (const int error = file_.replace(write_state(identity, {}).bytes); error != 0)
+    if (const int error = file_.replace(write_state({.identity = identity}).bytes); error != 0)
       throw store_error(
           fmt::format("cannot store the state of the switch in '{}': {}. Correct it, or start pmshd with "
                       "--stateless.",
@@ -91,7 +91,8 @@ void switch_store::load(const switch_identity& own) {
 
 void switch_store::restore(machine& to) {
   for (const waiting_commit& it : state_.waiting) to_revert_.push_back(changes_of_commit(it, to));
-  if (!put_images(to, state_.images)) throw of_another_switch(file_.path(), state_.identity.switch_file);
+  if (!put_state(to, state_)) throw of_another_switch(file_.path(), state_.identity.switch_file);
+  startup_ = to.startup;
 }
 
 void switch_store::begin(machine& of) {
@@ -109,13 +110,13 @@ void switch_store::begin(machine& of) {
     load(own);
   }
   compact(own);
-  state_ = {own, {}, {}};
+  state_ = {.identity = own};
   large_bytes_ = std::max(kSmallBytes, kGrowth * file_.size_bytes());
 }
 
 void switch_store::compact(const switch_identity& own) {
   if (!state_.waiting.empty()) return;
-  const journal_text text = write_state(own, state_.images);
+  const journal_text text = write_state(state_);
   if (text.bytes == file_.read()) return;
   if (const int error = file_.replace(text.bytes); error != 0)
     report_(fmt::format("cannot write '{}' again without outdated changes: {}. It is kept as it is.", file_.path(),
@@ -133,7 +134,7 @@ void switch_store::compact_large_journal() {
   } catch (const store_error& error) {
     report_(error.what());
   }
-  state_ = {own, {}, {}};
+  state_ = {.identity = own};
   large_bytes_ = std::max(kSmallBytes, kGrowth * file_.size_bytes());
 }
 
@@ -175,6 +176,7 @@ void switch_store::put_back(machine& of) {
       of.add(std::move(*before));
   }
   if (listed_before_) of.deleted = std::move(*listed_before_);
+  of.startup = startup_;
   forget_notes();
 }
 
@@ -190,6 +192,7 @@ change_record switch_store::changes_in(const machine& of) const {
     image.was_deleted = image.was_deleted || deleted_.contains(if_index);
     changes.images.push_back(std::move(image));
   }
+  if (of.startup != startup_) changes.startup = of.startup;
   return changes;
 }
 
@@ -215,11 +218,12 @@ uint32 switch_store::store(machine& of, bool waits, std::optional<uint64> over) 
   changes.waits = waits;
   changes.over = delayed_over_;
   if (over) changes.over.push_back(*over);
-  if (!changes.images.empty() || !changes.over.empty())
+  if (!changes.images.empty() || !changes.over.empty() || changes.startup)
     if (const int error = append(changes); error != 0) {
       put_back(of);
       return status_of_text(fmt::format("cannot store the change in '{}': {}", file_.path(), std::strerror(error)));
     }
+  startup_ = of.startup;
   forget_notes();
   delayed_.clear();
   delayed_over_.clear();
@@ -227,7 +231,9 @@ uint32 switch_store::store(machine& of, bool waits, std::optional<uint64> over) 
   return 0;
 }
 
-uint32 switch_store::store_changes(machine& of) { return noted_.empty() ? 0 : store(of, false, {}); }
+uint32 switch_store::store_changes(machine& of) {
+  return noted_.empty() && of.startup == startup_ ? 0 : store(of, false, {});
+}
 
 uint32 switch_store::store_waiting_commit(machine& of, uint32 commit) {
   const uint64 sequence = next_sequence_;

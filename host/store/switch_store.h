@@ -1,5 +1,5 @@
 // What a simulated switch keeps when its process ends: settings of ports, created and deleted interfaces, cleared
-// counters.
+// counters, the interfaces of its startup configuration.
 #pragma once
 
 #include <functional>
@@ -77,6 +77,7 @@ class switch_store {
   notes noted_;
   std::set<if_index_t> deleted_;                          // of those
   std::optional<std::vector<if_index_t>> listed_before_;  // machine::deleted before a deletion
+  std::vector<if_index_t> startup_;                       // machine::startup as it is stored
   std::map<uint32, uint64> waiting_;                      // the records of commits, by their session
   // A rollback that could not be stored is stored with the next change.
   notes delayed_;

@@ -286,7 +286,7 @@ TEST_F(StoredSwitch, KeepsEveryValueOfEverySetting) {
           stored_state state;
           const record_list records = read_records(std::as_bytes(std::span(all)));
           ASSERT_EQ(read_state(records.payloads, state), records.payloads.size());
-          ASSERT_TRUE(put_images(replayed, state.images));
+          ASSERT_TRUE(put_state(replayed, state));
           ASSERT_EQ(replayed.find(it)->settings, port(it).settings) << of.command;
           ASSERT_TRUE(*replayed.find(it) == port(it)) << of.command;
         }
@@ -414,8 +414,18 @@ TEST_F(StoredInterfaces, AreTrackedNoMoreWhenTheyWereDeleted) {
   const std::string all = bytes();
   stored_state state;
   read_state(read_records(std::as_bytes(std::span(all))).payloads, state);
-  ASSERT_TRUE(put_images(changed, state.images));
+  ASSERT_TRUE(put_state(changed, state));
   EXPECT_TRUE(changed == the_machine());
+}
+
+TEST_F(StoredInterfaces, OfTheStartupConfigurationAreKept) {
+  EXPECT_EQ(create(PM_OPC_LOOPBACKS, loopback_), 0U);
+  EXPECT_EQ(error_in(ask("session", SESSION_OPC_SAVE_STARTUP, {})), 0U);
+  EXPECT_THAT(the_machine().startup, Contains(loopback_));
+  EXPECT_EQ(num_records(), 3U);
+  expect_same_after_restart();
+  expect_same_after_restart();  // of the shortened journal
+  EXPECT_THAT(the_machine().startup, Contains(loopback_));
 }
 
 // ---- Counters
@@ -878,6 +888,11 @@ TEST_F(FailingDisk, RefusesADeletion) {
   for (const interface& it : the_machine().interfaces)
     if (if_index_is_sub_intf(it.if_index) != 0) sub = it.if_index;
   expect_refused([=] { return error_in(ask("port-manager", PM_OPC_SUB_INTERFACES, creation_of(sub, sub, true))); });
+}
+
+TEST_F(FailingDisk, RefusesTheStartupConfiguration) {
+  EXPECT_EQ(error_in(ask("port-manager", PM_OPC_LOOPBACKS, creation_of(loopback_, loopback_))), 0U);
+  expect_refused([] { return error_in(ask("session", SESSION_OPC_SAVE_STARTUP, {})); });
 }
 
 TEST_F(FailingDisk, RefusesAClear) {
