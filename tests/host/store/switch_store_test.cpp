@@ -946,16 +946,43 @@ TEST_F(FailingDisk, ThatFailsForEverKeepsWhatWasAcknowledged) {
   }
 }
 
+// A variable of the environment, which gets its old value back.
+class variable {
+ public:
+  variable(const char* name, const char* value) : name_(name) {
+    if (const char* const old = std::getenv(name)) old_ = old;
+    value != nullptr ? setenv(name, value, 1) : unsetenv(name);
+  }
+  ~variable() { old_ ? setenv(name_, old_->c_str(), 1) : unsetenv(name_); }
+  variable(const variable&) = delete;
+  variable& operator=(const variable&) = delete;
+
+ private:
+  const char* name_;
+  std::optional<std::string> old_;
+};
+
 TEST(JournalPath, IsInTheFolderOfSystemdOrOfTheUser) {
   const auto path_with = [](const char* given, const char* own) {
-    given != nullptr ? setenv("STATE_DIRECTORY", given, 1) : unsetenv("STATE_DIRECTORY");
-    own != nullptr ? setenv("XDG_STATE_HOME", own, 1) : unsetenv("XDG_STATE_HOME");
+    const variable of_systemd("STATE_DIRECTORY", given), of_user("XDG_STATE_HOME", own);
     return journal_path("lab");
   };
-  EXPECT_EQ(path_with("/var/lib/pmsh/lab", "/home/ann/state"), "/var/lib/pmsh/lab/lab.journal");
+  EXPECT_EQ(path_with("/var/lib/pmshd/lab", "/home/ann/state"), "/var/lib/pmshd/lab/lab.journal");
   EXPECT_EQ(path_with("/var/lib/one:/var/lib/two", nullptr), "/var/lib/one/lab.journal");
   EXPECT_EQ(path_with(nullptr, "/home/ann/state"), "/home/ann/state/pmsh/switches/lab.journal");
   EXPECT_EQ(path_with("", "/home/ann/state"), "/home/ann/state/pmsh/switches/lab.journal");
+}
+
+TEST(JournalPath, WithoutAFolderIsReported) {
+  const variable of_systemd("STATE_DIRECTORY", nullptr), of_user("XDG_STATE_HOME", nullptr), home("HOME", nullptr);
+  try {
+    FAIL() << journal_path("lab");
+  } catch (const store_error& error) {
+    EXPECT_STREQ(
+        error.what(),
+        "there is no folder for the state of the switch. Set STATE_DIRECTORY, XDG_STATE_HOME or HOME, or start "
+        "pmshd with --stateless.");
+  }
 }
 
 }  // namespace
