@@ -15,6 +15,7 @@ host/base:          platform base
 host/messages:      platform base messages
 host/switch:        platform base switch
 host/settings:      platform pmcli base switch settings
+host/store:         platform base messages switch settings store
 host/source:        platform pmcli base switch settings source
 host/transport:     platform base messages transport
 host/service:       platform base messages switch settings transport service
@@ -41,7 +42,7 @@ host/shell/published:  output grammar published
 # Programs, and what reads their options, wire all together.
 wiring="host/shell/main.cpp host/shell/options.cpp host/shell/options.h
   host/daemon/main.cpp host/daemon/options.cpp host/daemon/options.h"
-ours="$library pmsh pmhost base messages switch settings source transport service client shell sibling daemon"
+ours="$library pmsh pmhost base messages switch settings store source transport service client shell sibling daemon"
 libc='assert|arpa/inet|dlfcn|errno|fcntl|net/if|netinet/in|stdbool|stddef|stdint|sys/ioctl|sys/socket|unistd'
 
 awk -v rules="$rules $rooms" -v wiring="$wiring" -v ours="$ours" -v libc="$libc" '

@@ -136,7 +136,30 @@ def switch_file():
             "two": head + b"---\n" + head, "odd": b"  : \n,", "deep": b"[" * 65}
 
 
-for make in (diagnostics, frame, listing, members, misc_info, module_resources, netlink, switch_file, tlv, transceiver, vlan_set):
+def journal():
+    def number(value):
+        return bytes([value is not None]) + be32(value or 0)
+
+    def image(if_index, settings=b"", count=0, changes=(), created=b"\0"):
+        head = be32(if_index) + bytes([1, 0, 0]) + created + (be32(0) if created == b"\1" else b"")
+        link = bytes([0, 1, 9, 1, 1, 9]) + b"".join(map(number, (1, 1000, 2, None, 1000, 1800000000)))
+        known = be32(0, len(changes)) + b"".join(be32(at) + bytes([state]) for at, state in changes)
+        return head + be32(count) + settings + be32(0) + link + known + number(1800000001)
+
+    def change(*images, waits=0, over=(), startup=b"\0"):
+        commits = bytes([waits]) + be32(len(over)) + b"".join(be32(0, it) for it in over)
+        return commits + be32(len(images)) + b"".join(images) + startup
+
+    loopback = (20 << 26) | 77
+    state = bytes([1]) + be32(1) + b"\2"
+    gone = be32(loopback) + bytes([0, 1, 0])
+    return {"setting": change(image(PORT, state, 1, [(1800000000, 2), (1800000009, 1)])), "waits": change(image(PORT), waits=1),
+            "over": change(over=[1], startup=b"\1" + be32(1, PORT)), "created": change(image(loopback, created=b"\1")), "deleted": change(gone),
+            "cut": change(image(PORT))[:30], "lying": bytes([0]) + be32(0, 0xFFFFFFFF)}
+
+
+for make in (diagnostics, frame, journal, listing, members, misc_info, module_resources, netlink, switch_file, tlv, transceiver,
+             vlan_set):
     folder = ROOT / make.__name__
     folder.mkdir(parents=True, exist_ok=True)
     for name, content in make().items():

@@ -11,10 +11,23 @@ constexpr char kDaemonFooter[] =
     "Shells connect with 'pmsh --connect NAME'. The socket is /run/pmsh/NAME.sock for root, else\n"
     "$XDG_RUNTIME_DIR/pmsh/NAME.sock. SIGTERM and SIGINT end the program.\n"
     "\n"
+    "Changes of a simulated switch are stored in $STATE_DIRECTORY/NAME.journal, else in\n"
+    "$XDG_STATE_HOME/pmsh/switches/NAME.journal, before they are acknowledged.\n"
+    "\n"
     "Exit codes:\n"
     "  0  ended by a signal\n"
-    "  1  wrong option or switch file, or the name is in use\n"
+    "  1  wrong option, switch file or stored state, or the name is in use\n"
     "  2  the switch cannot be read, or the daemon failed";
+
+// The devices of the kernel keep their own state, and a capture has none.
+void add_state_options(CLI::App& app, daemon_options& requested) {
+  CLI::Option* const stateless =
+      app.add_flag("--stateless", requested.is_stateless, "Forget all changes of a simulated switch at the end");
+  app.add_flag("--new-state", requested.begins_new_state, "Move the stored changes aside and begin without them")
+      ->excludes(stateless)
+      ->excludes(app.get_option("--kernel"))
+      ->excludes(app.get_option("--replay"));
+}
 
 std::string check_name(const std::string& text) {
   if (is_switch_name(text)) return {};
@@ -33,6 +46,7 @@ std::optional<daemon_options> read_daemon_options(int argc, char** argv, int& ex
   app.add_option("--socket", requested.socket, "Path of the socket, in place of the usual one")->type_name("PATH");
   app.add_option("--group", requested.group, "Only members of this group may change the switch; others may only look")
       ->type_name("GROUP");
+  add_state_options(app, requested);
   app.set_version_flag("--version", "pmshd " PMCLI_VERSION);
   app.footer(kDaemonFooter);
   try {

@@ -40,7 +40,10 @@ reply serve_permitted(std::span<const known_request> known, service_function ser
   if (!may_send(*found)) {
     if (std::optional<reply> refused = found->refuse(opcode, request, kPortStatusLookOnly)) return std::move(*refused);
   }
-  return serve(opcode, request);
+  reply said = serve(opcode, request);
+  if (found->effect == request_effect::none) return said;
+  const uint32 status = the_source().store_changes(the_machine());
+  return status == 0 ? std::move(said) : found->refuse(opcode, request, status).value_or(reject());
 }
 
 std::optional<reply> refuse_with_error(mts_opc_t, std::span<const std::byte>, uint32 status) {

@@ -27,8 +27,8 @@ struct known_request {
 // Those of the service with this name.
 std::span<const known_request> requests_of(std::string_view service_name);
 
-// Has the service answer, or refuses with kPortStatusLookOnly what the_session() may not do. Requests that are not
-// `known` are rejected.
+// Has the service answer, or refuses with kPortStatusLookOnly what the_session() may not do, and with the status of the
+// source what it cannot store. Requests that are not `known` are rejected.
 reply serve_permitted(std::span<const known_request> known, service_function serve, mts_opc_t opcode,
                       std::span<const std::byte> request);
 

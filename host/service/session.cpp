@@ -269,6 +269,8 @@ reply commit_changes(field_reader& request) {
 }
 
 reply confirm(field_reader&) {
+  if (const uint32 status = the_source().store_confirmation(the_machine(), the_session().number()); status != 0)
+    return answer_error(static_cast<syserr_t>(status));
   std::optional<rollback> rolled_back;
   const auto kept = the_session().confirm(rolled_back);
   return answer_fields([&](field_writer& to) {

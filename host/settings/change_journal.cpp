@@ -76,6 +76,23 @@ void restore_settings(const change_step& step, machine& of, changes_made& made) 
   }
 }
 
+// Undoes the last step, and has `store` store that: with the status of a refusal nothing has changed.
+template <typename Store>
+changes_made undo_last_step(machine& of, Store store) {
+  changes_made made;
+  if (change_steps(of).empty()) return store(), made;
+  const change_step step = journal.steps.back();  // a copy: undoing notes changes, too
+  delete_created(step, of, made);
+  create_deleted(step, of, made);
+  restore_settings(step, of, made);
+  if (const uint32 status = store(); status != 0) refuse_all(made, status);
+  drop_empty_step(of);
+  std::sort(made.applied.begin(), made.applied.end());
+  std::sort(made.refused.begin(), made.refused.end(),
+            [](const auto& one, const auto& other) { return one.if_index < other.if_index; });
+  return made;
+}
+
 }  // namespace
 
 std::vector<if_index_t> change_step::ports() const {
@@ -122,18 +139,16 @@ std::vector<if_index_t> changed_ports(const machine& of, std::size_t num_steps) 
   return ports;
 }
 
+void refuse_all(changes_made& made, uint32 status) {
+  for (const if_index_t it : std::exchange(made.applied, {})) made.refused.push_back({it, status});
+}
+
 changes_made take_change_back(machine& of) {
-  changes_made made;
-  if (change_steps(of).empty()) return made;
-  const change_step step = journal.steps.back();  // a copy: undoing notes changes, too
-  delete_created(step, of, made);
-  create_deleted(step, of, made);
-  restore_settings(step, of, made);
-  drop_empty_step(of);
-  std::sort(made.applied.begin(), made.applied.end());
-  std::sort(made.refused.begin(), made.refused.end(),
-            [](const auto& one, const auto& other) { return one.if_index < other.if_index; });
-  return made;
+  return undo_last_step(of, [&of] { return the_source().store_changes(of); });
+}
+
+changes_made roll_back_change(machine& of, uint32 commit) {
+  return undo_last_step(of, [&of, commit] { return the_source().store_rollback(of, commit), 0U; });
 }
 
 }  // namespace host

@@ -63,8 +63,14 @@ struct changes_made {
   std::vector<refusal> refused;
 };
 
+// What was applied is refused with this status after all.
+void refuse_all(changes_made& made, uint32 status);
+
 // Undoes the last step: restores the settings of its ports, deletes interfaces that it created and creates those that
-// it deleted, and has the source apply this. Refused changes stay in the step. Without steps nothing happens.
+// it deleted, and has the source apply and store this. Refused changes stay in the step. Without steps nothing happens.
 changes_made take_change_back(machine& of);
+
+// The same for a commit of the session with this number that was not confirmed (switch_source::store_rollback).
+changes_made roll_back_change(machine& of, uint32 commit);
 
 }  // namespace host

@@ -161,6 +161,9 @@ commit_result switch_session::commit(std::string_view command, std::optional<uin
   if (seconds) before_commit = the_machine();
   begin_changes(command);
   result.made = apply_changes(the_machine(), changes);
+  const uint32 status =
+      seconds ? the_source().store_waiting_commit(the_machine(), number_) : the_source().store_changes(the_machine());
+  if (status != 0) refuse_all(result.made, status);
   if (seconds && !result.made.applied.empty()) {
     if (keeper) keeper->begin(*seconds);
     unconfirmed_ = std::make_unique<unconfirmed_commit>(
@@ -198,7 +201,7 @@ std::optional<rollback> switch_session::roll_back() {
   const std::unique_ptr<unconfirmed_commit> commit = std::exchange(unconfirmed_, nullptr);
   const std::optional<uint32> refused = commit->keeper ? commit->keeper->roll_back() : std::nullopt;
   the_source().refresh(the_machine());
-  rollback done{commit->interfaces, refused ? *refused : take_change_back(the_machine()).refused.size()};
+  rollback done{commit->interfaces, refused ? *refused : roll_back_change(the_machine(), number_).refused.size()};
   if (candidate_) candidate_->compare_again();
   return done;
 }

@@ -101,6 +101,11 @@ uint32 switch_source::restore_interface(machine& model, const interface& deleted
   return 0;
 }
 
+uint32 switch_source::store_changes(machine&) { return 0; }
+uint32 switch_source::store_waiting_commit(machine&, uint32) { return 0; }
+uint32 switch_source::store_confirmation(machine&, uint32) { return 0; }
+void switch_source::store_rollback(machine&, uint32) {}
+
 std::optional<double> switch_source::rate_seconds() const { return std::nullopt; }
 
 std::unique_ptr<event_reader> switch_source::open_events() { return nullptr; }

@@ -129,6 +129,22 @@ class switch_source {
   // Creates a deleted interface again with its settings, and updates the model. Returns as above.
   virtual uint32 restore_interface(machine& model, const interface& deleted);
 
+  // ---- Changes that outlive the process. A source that stores none needs none of these.
+
+  // Stores what settings, creations, deletions and clears changed since the last call: all or nothing. Returns 0, or
+  // the status with which the source refuses: then the model is as it was at that call. It invalidates references to
+  // interfaces.
+  virtual uint32 store_changes(machine& model);
+
+  // The same for the changes of a commit that waits for its confirmation: they are reverted when the switch starts
+  // again, unless the confirmation or the rollback was stored. A session has one commit at a time; `commit` is its
+  // number.
+  virtual uint32 store_waiting_commit(machine& model, uint32 commit);
+  virtual uint32 store_confirmation(machine& model, uint32 commit);
+
+  // Stores the changes of a rollback. They stay in the model when they cannot be stored now.
+  virtual void store_rollback(machine& model, uint32 commit);
+
   // ---- Tables
 
   // Begins to read a table: of `interfaces`, sorted, or of everything when there are none. Null when the source has no

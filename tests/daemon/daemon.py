@@ -48,9 +48,10 @@ def read_frame(packet):
 
 
 class Daemon:
-    """pmshd at a socket in a folder of its own. It is ready when the constructor returns."""
+    """pmshd at a socket in a folder of its own. It is ready when the constructor returns. It forgets all changes at its
+    end, unless `state` names the folder that keeps them. `tracer` is a command that runs it, such as strace."""
 
-    def __init__(self, program, *options, folder=None, stale=False, clock=True, environment=None):
+    def __init__(self, program, *options, folder=None, stale=False, clock=True, environment=None, state=None, tracer=()):
         self.folder = folder or tempfile.mkdtemp()
         self.socket = os.path.join(self.folder, "x.sock")
         assert stale or not os.path.exists(self.socket)
@@ -62,8 +63,11 @@ class Daemon:
         ready.bind(notify)
         with open(self.log_file, "ab") as log:
             self.process = subprocess.Popen(
-                [program, *(["--clock", CLOCK] if clock else []), "--socket", self.socket, *options],
-                stdin=subprocess.DEVNULL, stderr=log, env={**os.environ, "NOTIFY_SOCKET": notify, **(environment or {})})
+                [*tracer, program, *(["--clock", CLOCK] if clock else []), "--socket", self.socket,
+                 *([] if state else ["--stateless"]), *options],
+                stdin=subprocess.DEVNULL, stderr=log,
+                env={**os.environ, "NOTIFY_SOCKET": notify, **({"STATE_DIRECTORY": state} if state else {}),
+                     **(environment or {})})
         ready.settimeout(1)
         while True:
             try:

@@ -85,7 +85,7 @@ def check_usual_place(pmsh, pmshd, file):
     environment = {"XDG_RUNTIME_DIR": runtime, "HOME": runtime, "ASAN_OPTIONS": checks}
     as_user = {"user": user.pw_uid, "group": user.pw_gid, "extra_groups": []}
     path = os.path.join(runtime, "pmsh", "lab.sock")
-    with subprocess.Popen([pmshd, "--switch", file, "--name", "lab"], stderr=subprocess.PIPE, text=True,
+    with subprocess.Popen([pmshd, "--stateless", "--switch", file, "--name", "lab"], stderr=subprocess.PIPE, text=True,
                           env={**os.environ, **environment}, **as_user) as running:
         expect(f"serves the switch 'lab' at {path}." in running.stderr.readline(), "it is not at the usual place")
         expect(stat.S_IMODE(os.stat(path).st_mode) == 0o600, "others may connect")
@@ -123,7 +123,7 @@ def activated(pmshd, file, descriptors, **popen):
             os.dup2(descriptor, 3 + place)
             os.set_inheritable(3 + place, True)
         os.environ.update({"LISTEN_PID": str(os.getpid()), "LISTEN_FDS": str(len(descriptors))})
-        os.execv(pmshd, [pmshd, "--switch", file, "--clock", daemon.CLOCK])
+        os.execv(pmshd, [pmshd, "--stateless", "--switch", file, "--clock", daemon.CLOCK])
 
     launcher = os.fork()
     if launcher == 0:
@@ -165,7 +165,7 @@ def check_socket_activate(pmsh, pmshd, file):
         print("skipped: systemd-socket-activate: it is not installed", flush=True)
         return
     path = os.path.join(tempfile.mkdtemp(), "x.sock")
-    with subprocess.Popen(["systemd-socket-activate", "--seqpacket", "-l", path, pmshd, "--switch", file],
+    with subprocess.Popen(["systemd-socket-activate", "--seqpacket", "-l", path, pmshd, "--stateless", "--switch", file],
                           stderr=subprocess.DEVNULL) as running:
         while not os.path.exists(path):
             pass

@@ -178,7 +178,7 @@ class Daemon:
         with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as ready:
             ready.bind(f"{home}/ready.sock")
             environment = environment_of({}, home) | {"NOTIFY_SOCKET": f"{home}/ready.sock"}
-            self.process = subprocess.Popen([program, *arguments, "--socket", self.socket], env=environment,
+            self.process = subprocess.Popen([program, *arguments, "--stateless", "--socket", self.socket], env=environment,
                                             stderr=subprocess.PIPE, text=True)
             while not select.select([ready], [], [], 0.1)[0]:
                 if self.process.poll() is not None:

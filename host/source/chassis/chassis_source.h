@@ -6,7 +6,7 @@
 
 namespace host {
 
-class chassis_source final : public switch_source {
+class chassis_source : public switch_source {
  public:
   bool update_statistics(interface& port, uint32 now_sec) override { return follow_traffic(port, now_sec); }
 };
