@@ -3,7 +3,7 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages=(g++ cmake ninja-build pkgconf clang-format libedit-dev libcli11-dev libfmt-dev libmnl-dev
-  libyaml-cpp-dev libre2-dev libsystemd-dev)
+  libmicrohttpd-dev libyaml-cpp-dev libre2-dev libsystemd-dev)
 test_packages=(abigail-tools googletest clang libclang-rt-14-dev g++-powerpc-linux-gnu qemu-user jq python3
   python3-jsonschema rapidjson-dev iproute2
   ethtool liblldpctl-dev less lldpd strace)

@@ -8,12 +8,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
 
 #include "daemon/log.h"
+#include "daemon/metrics/request_times.h"
 #include "service/services.h"
 #include "switch/clock.h"
 #include "transport/transport.h"
@@ -39,7 +41,21 @@ const service* find_service(const mts_addr_t& to) {
   return nullptr;
 }
 
+// While it lives, a service answers a request.
+class request_timer {
+ public:
+  explicit request_timer(const service& asked) : asked_(asked) {}
+  ~request_timer() { the_request_times().note(asked_, std::chrono::steady_clock::now() - began_); }
+  request_timer(const request_timer&) = delete;
+  request_timer& operator=(const request_timer&) = delete;
+
+ private:
+  const service& asked_;
+  std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
+};
+
 reply call_service(const service& asked, const frame_message& request) {
+  const request_timer timer(asked);
   try {
     return asked.serve(request.opcode, request.payload);
   } catch (const std::exception& error) {

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "daemon/metrics/listen_address.h"
 #include "transport/socket_place.h"
 
 namespace host {
@@ -14,11 +15,16 @@ constexpr char kDaemonFooter[] =
     "Exit codes:\n"
     "  0  ended by a signal\n"
     "  1  wrong option or switch file, or the name is in use\n"
-    "  2  the switch cannot be read, or the daemon failed";
+    "  2  the switch cannot be read, --metrics cannot listen, or the daemon failed";
 
 std::string check_name(const std::string& text) {
   if (is_switch_name(text)) return {};
   return "'" + text + "' is not a name: expected up to 64 letters, digits, '-', '_' and '.'";
+}
+
+std::string check_metrics_address(const std::string& text) {
+  if (read_listen_address(text)) return {};
+  return "'" + text + "' is not an address: expected a port, or an IP address and a port, such as [::1]:9100";
 }
 
 }  // namespace
@@ -33,6 +39,10 @@ std::optional<daemon_options> read_daemon_options(int argc, char** argv, int& ex
   app.add_option("--socket", requested.socket, "Path of the socket, in place of the usual one")->type_name("PATH");
   app.add_option("--group", requested.group, "Only members of this group may change the switch; others may only look")
       ->type_name("GROUP");
+  app.add_option("--metrics", requested.metrics,
+                 "Serve metrics over HTTP, for Prometheus; a port alone is at 127.0.0.1")
+      ->type_name("[ADDRESS:]PORT")
+      ->check(check_metrics_address);
   app.set_version_flag("--version", "pmshd " PMCLI_VERSION);
   app.footer(kDaemonFooter);
   try {

@@ -9,9 +9,10 @@
 namespace host {
 
 struct daemon_options : switch_options {
-  std::string name;    // empty: that of the switch
-  std::string socket;  // its path; empty: the usual place
-  std::string group;   // whose members may change the switch; empty: everyone who can connect
+  std::string name;     // empty: that of the switch
+  std::string socket;   // its path; empty: the usual place
+  std::string metrics;  // where these are given to readers, as read_listen_address() reads it; empty: nowhere
+  std::string group;    // whose members may change the switch; empty: everyone who can connect
 };
 
 // Reads the options. Help, the version or the error of a wrong option is printed, and sets `exit_code`: the program is
