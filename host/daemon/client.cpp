@@ -14,6 +14,7 @@
 #include <new>
 #include <utility>
 
+#include "daemon/frame_log.h"
 #include "daemon/log.h"
 #include "daemon/metrics/request_times.h"
 #include "service/services.h"
@@ -141,6 +142,7 @@ void client::end(const std::string& reason) {
   // If the socket has no room, the shell finds only its end.
   if (queued_.empty())
     send_frames(head_of(frame_kind::refusal), std::as_bytes(std::span(sentence)), [this](auto head, auto payload) {
+      capture_frame(frame_sender::daemon, number_, head, payload);
       std::vector<std::byte> packet(head.begin(), head.end());
       packet.insert(packet.end(), payload.begin(), payload.end());
       return ::send(descriptor_, packet.data(), packet.size(), MSG_NOSIGNAL | MSG_DONTWAIT) < 0 ? errno : 0;
@@ -167,8 +169,10 @@ void client::work() {
     if (left == 0 || queued_bytes_ > kMaxQueuedBytes) break;
     const auto read = frames_.next();
     if (const auto* const fault = std::get_if<frame_fault>(&read)) return end(fault->text);
-    auto added = assembly_.add(std::get<frame_reader::frame>(read));
+    const auto& frame = std::get<frame_reader::frame>(read);
+    auto added = assembly_.add(frame);
     if (const auto* const fault = std::get_if<frame_fault>(&added)) return end(fault->text);
+    capture_frame(frame_sender::shell, number_, std::as_bytes(std::span(&frame.head, 1)), frame.payload);
     if (auto* const message = std::get_if<frame_message>(&added)) take(std::move(*message));
   }
   if (has_ended_) return;
@@ -287,6 +291,7 @@ int client::handle_news(sd_event_source* source, int, uint32_t, void* self) noex
 void client::send(const frame_head_t& head, std::span<const std::byte> payload) {
   send_frames(head, payload, [this](std::span<const std::byte> of_frame, std::span<const std::byte> part) {
     if (has_ended_) return ECONNRESET;
+    capture_frame(frame_sender::daemon, number_, of_frame, part);
     if (queued_.empty()) {
       iovec parts[] = {{const_cast<std::byte*>(of_frame.data()), of_frame.size()},
                        {const_cast<std::byte*>(part.data()), part.size()}};

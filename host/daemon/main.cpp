@@ -5,6 +5,7 @@
 
 #include "daemon/access.h"
 #include "daemon/daemon.h"
+#include "daemon/frame_log.h"
 #include "daemon/listening_socket.h"
 #include "daemon/log.h"
 #include "daemon/options.h"
@@ -32,6 +33,7 @@ int run(const daemon_options& requested) {
   if (!is_switch_name(name) && requested.socket.empty())
     throw socket_error(fmt::format("the switch has no name for a socket: '{}'. Name it with --name.", name));
   const listening_socket listening(name, requested.socket, group);
+  if (!requested.capture.empty()) begin_frame_capture(requested.capture);
   daemon serving(listening.descriptor(), name, PMCLI_VERSION, group);
   if (!requested.metrics.empty()) {
     const listen_address at = serving.serve_metrics(*read_listen_address(requested.metrics));

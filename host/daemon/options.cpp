@@ -43,6 +43,8 @@ std::optional<daemon_options> read_daemon_options(int argc, char** argv, int& ex
                  "Serve metrics over HTTP, for Prometheus; a port alone is at 127.0.0.1")
       ->type_name("[ADDRESS:]PORT")
       ->check(check_metrics_address);
+  app.add_option("--capture", requested.capture, "Store all requests and answers in a file, for 'pmsh --replay-frames'")
+      ->type_name("FILE");
   app.set_version_flag("--version", "pmshd " PMCLI_VERSION);
   app.footer(kDaemonFooter);
   try {

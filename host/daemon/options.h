@@ -11,7 +11,8 @@ namespace host {
 struct daemon_options : switch_options {
   std::string name;     // empty: that of the switch
   std::string socket;   // its path; empty: the usual place
-  std::string metrics;  // where these are given to readers, as read_listen_address() reads it; empty: nowhere
+  std::string metrics;  // where HTTP readers get metrics, for read_listen_address(); empty: nowhere
+  std::string capture;  // file of all frames; empty: none
   std::string group;    // whose members may change the switch; empty: everyone who can connect
 };
 
