@@ -239,9 +239,7 @@ MHD_Result metrics_server::answer_metrics(MHD_Connection* connection) {
   const char* const accept = MHD_lookup_connection_value(connection, MHD_HEADER_KIND, MHD_HTTP_HEADER_ACCEPT);
   const exposition_format format = format_accepted(accept == nullptr ? "" : accept);
   auto made = std::make_unique<page>(page{{}, pages_in_use_});
-  made->text.reserve(page_bytes_);
   metrics_.write(describe_(), format, made->text);
-  page_bytes_ = made->text.size();
   const http_response response(MHD_create_response_from_buffer_with_free_callback_cls(
       made->text.size(), made->text.data(), &page::release, made.get()));
   if (!response) return MHD_NO;

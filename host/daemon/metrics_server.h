@@ -64,7 +64,6 @@ class metrics_server {
   listen_address address_;
   int descriptor_ = -1;
   switch_metrics metrics_;
-  std::size_t page_bytes_ = 0;    // of the last page
   std::size_t pages_in_use_ = 0;  // that readers did not take yet
   bool is_switch_lost_ = false;
   bool is_short_of_descriptors_ = false;

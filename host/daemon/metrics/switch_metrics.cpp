@@ -256,7 +256,9 @@ void switch_metrics::write(const daemon_facts& facts, exposition_format format, 
   append_label(switch_label_, "switch", facts.switch_name);
   read(the_machine());
 
+  constexpr std::size_t kSampleBytes = 100;  // mostly less
   to.clear();
+  to.reserve(values_.size() * kSampleBytes);
   exposition text(format, to);
   write_daemon(facts, text);
   write_interfaces(text);
