@@ -3,10 +3,10 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages=(g++ cmake ninja-build pkgconf clang-format libedit-dev libcli11-dev libfmt-dev libmnl-dev
-  libyaml-dev libre2-dev libsystemd-dev)
+  libmicrohttpd-dev libyaml-dev libre2-dev libsystemd-dev)
 test_packages=(abigail-tools googletest clang libclang-rt-14-dev g++-powerpc-linux-gnu qemu-user jq python3
   python3-jsonschema rapidjson-dev iproute2
-  ethtool liblldpctl-dev less lldpd strace)
+  ethtool liblldpctl-dev less lldpd prometheus strace)
 
 say() { printf '%s\n' "$*" >&2; }
 
@@ -28,6 +28,11 @@ need_packages() {
     as_root=(sudo)
   fi
   say "Installing ${missing[*]} ..."
+  # Tests start a server of their own: that of the package is neither started nor enabled.
+  if [[ " ${missing[*]} " == *" prometheus "* && -d /run/systemd/system ]]; then
+    say "The service prometheus.service is masked: 'systemctl unmask prometheus' allows it."
+    "${as_root[@]}" systemctl mask --quiet prometheus.service >&2
+  fi
   # An old package index may lack what is asked for, so it is renewed first.
   if ! { "${as_root[@]}" apt-get update -q && "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive $install -q; } >&2; then
     say "The packages could not be installed. Please run this, then try again:"

@@ -158,8 +158,27 @@ def journal():
             "cut": change(image(PORT))[:30], "lying": bytes([0]) + be32(0, 0xFFFFFFFF)}
 
 
-for make in (diagnostics, frame, journal, listing, members, misc_info, module_resources, netlink, switch_file, tlv, transceiver,
-             vlan_set):
+def frame_capture():
+    def part(kind, payload=b"", token=0, to=(0, 0, 0), size=None):
+        return be32(len(payload) if size is None else size) + bytes([kind, 0, 0, 0]) + be32(token, *to) + payload
+
+    def record(time, sender, content, client=1, size=None):
+        head = be32(len(content) if size is None else size, 0) + bytes([sender, 0, 0, 0])
+        return head + be32(0, client, 0, time, 0, time) + content
+
+    head = b"pmshfrm\n" + be32(1, 1)
+    hello = record(1, 1, part(1, b"pmsh" + be32(1, 3) + b"1.2" + be32(0)))
+    welcome = record(2, 2, part(2, b"pmsh" + be32(1, 3) + b"1.2" + be32(3) + b"lab" + be32(77) + bytes(9)))
+    asked = record(3, 1, part(4, b"", 5, (0xFE000000, 202, 5)))
+    answer, rejected = record(4, 2, part(5, b"facts", 5)), record(4, 2, part(6, b"", 5))
+    news = record(5, 2, part(8, b"", 1))
+    return {"answered": head + hello + welcome + asked + answer + news, "rejected": head + hello + welcome + asked + rejected,
+            "unasked": head + hello + welcome + answer, "earlier": head + welcome + hello,
+            "lying": head + record(1, 1, part(1), size=1000), "cut": head + hello[:40], "foreign": b"\x7fELF" + bytes(12)}
+
+
+for make in (diagnostics, frame, frame_capture, journal, listing, members, misc_info, module_resources, netlink, switch_file, tlv,
+             transceiver, vlan_set):
     folder = ROOT / make.__name__
     folder.mkdir(parents=True, exist_ok=True)
     for name, content in make().items():

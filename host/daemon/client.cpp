@@ -8,12 +8,15 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
 
+#include "daemon/frame_log.h"
 #include "daemon/log.h"
+#include "daemon/metrics/request_times.h"
 #include "service/services.h"
 #include "switch/clock.h"
 #include "transport/transport.h"
@@ -39,7 +42,21 @@ const service* find_service(const mts_addr_t& to) {
   return nullptr;
 }
 
+// While it lives, a service answers a request.
+class request_timer {
+ public:
+  explicit request_timer(const service& asked) : asked_(asked) {}
+  ~request_timer() { the_request_times().note(asked_, std::chrono::steady_clock::now() - began_); }
+  request_timer(const request_timer&) = delete;
+  request_timer& operator=(const request_timer&) = delete;
+
+ private:
+  const service& asked_;
+  std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
+};
+
 reply call_service(const service& asked, const frame_message& request) {
+  const request_timer timer(asked);
   try {
     return asked.serve(request.opcode, request.payload);
   } catch (const std::exception& error) {
@@ -126,6 +143,7 @@ void client::end(const std::string& reason) {
   // If the socket has no room, the shell finds only its end.
   if (queued_.empty())
     send_frames(head_of(frame_kind::refusal), std::as_bytes(std::span(sentence)), [this](auto head, auto payload) {
+      capture_frame(frame_sender::daemon, number_, head, payload);
       std::vector<std::byte> packet(head.begin(), head.end());
       packet.insert(packet.end(), payload.begin(), payload.end());
       return ::send(descriptor_, packet.data(), packet.size(), MSG_NOSIGNAL | MSG_DONTWAIT) < 0 ? errno : 0;
@@ -152,8 +170,10 @@ void client::work() {
     if (left == 0 || queued_bytes_ > kMaxQueuedBytes) break;
     const auto read = frames_.next();
     if (const auto* const fault = std::get_if<frame_fault>(&read)) return end(fault->text);
-    auto added = assembly_.add(std::get<frame_reader::frame>(read));
+    const auto& frame = std::get<frame_reader::frame>(read);
+    auto added = assembly_.add(frame);
     if (const auto* const fault = std::get_if<frame_fault>(&added)) return end(fault->text);
+    capture_frame(frame_sender::shell, number_, std::as_bytes(std::span(&frame.head, 1)), frame.payload);
     if (auto* const message = std::get_if<frame_message>(&added)) take(std::move(*message));
   }
   flush();
@@ -276,6 +296,7 @@ void client::send(const frame_head_t& head, std::span<const std::byte> payload) 
   send_frames(head, payload, [this](std::span<const std::byte> of_frame, std::span<const std::byte> part) {
     if (gathered_.size() + part.size() > kSentFrameBytes) flush();
     if (has_ended_) return ECONNRESET;
+    capture_frame(frame_sender::daemon, number_, of_frame, part);
     gathered_.insert(gathered_.end(), of_frame.begin(), of_frame.end());
     gathered_.insert(gathered_.end(), part.begin(), part.end());
     return 0;

@@ -70,6 +70,13 @@ daemon::daemon(int listening, std::string switch_name, std::string program_versi
   }
 }
 
+listen_address daemon::serve_metrics(const listen_address& at) {
+  metrics_ = std::make_unique<metrics_server>(loop_.get(), at, [this] {
+    return daemon_facts{switch_name_, program_version_, clients_.size()};
+  });
+  return metrics_->address();
+}
+
 void daemon::run() {
   sd_notify(0, fmt::format("READY=1\nSTATUS=Serves the switch {}.", switch_name_).c_str());
   check_event(sd_event_loop(loop_.get()), "wait for events");

@@ -10,6 +10,7 @@
 
 #include "daemon/client.h"
 #include "daemon/event_source.h"
+#include "daemon/metrics_server.h"
 
 namespace host {
 
@@ -19,6 +20,9 @@ class daemon {
   daemon(int listening, std::string switch_name, std::string program_version, std::optional<gid_t> group);
   daemon(const daemon&) = delete;
   daemon& operator=(const daemon&) = delete;
+
+  // Gives metrics to readers there. Returns where, with the port that it took. Throws metrics_error.
+  listen_address serve_metrics(const listen_address& at);
 
   // Reports that it is ready, and serves until SIGTERM or SIGINT.
   void run();
@@ -42,6 +46,7 @@ class daemon {
   bool is_short_of_descriptors_ = false;
   uint64 last_number_ = 0;
   std::map<uint64, std::unique_ptr<client>> clients_;
+  std::unique_ptr<metrics_server> metrics_;
 };
 
 }  // namespace host

@@ -8,6 +8,7 @@
 
 #include "daemon/access.h"
 #include "daemon/daemon.h"
+#include "daemon/frame_log.h"
 #include "daemon/listening_socket.h"
 #include "daemon/log.h"
 #include "daemon/options.h"
@@ -73,7 +74,12 @@ int run(const daemon_options& requested) {
     throw socket_error(fmt::format("the switch has no name for a socket: '{}'. Name it with --name.", name));
   const listening_socket listening(name, requested.socket, group);
   if (is_simulated && !requested.is_stateless) continue_switch(name, started_sec, opened.file, requested);
+  if (!requested.capture.empty()) begin_frame_capture(requested.capture);
   daemon serving(listening.descriptor(), name, PMCLI_VERSION, group);
+  if (!requested.metrics.empty()) {
+    const listen_address at = serving.serve_metrics(*read_listen_address(requested.metrics));
+    log_line(log_level::info, fmt::format("gives metrics at http://{}/metrics.", text_of(at)));
+  }
   log_line(log_level::info, fmt::format("serves the switch '{}' at {}.", name,
                                         listening.path().empty() ? "the socket of systemd" : listening.path()));
   serving.run();
@@ -97,6 +103,8 @@ int main(int argc, char** argv) {
   } catch (const host::capture_folder_error& error) {
     for (const std::string& fault : error.faults) host::log_line(host::log_level::error, fault);
     return host::kWrongOptions;
+  } catch (const host::metrics_error& error) {
+    return host::report(host::kFailed, error.what());
   } catch (const host::kernel_error& error) {
     return host::report(host::kFailed, error.what());
   } catch (const std::bad_alloc&) {

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "daemon/metrics/listen_address.h"
 #include "transport/socket_place.h"
 
 namespace host {
@@ -17,7 +18,7 @@ constexpr char kDaemonFooter[] =
     "Exit codes:\n"
     "  0  ended by a signal\n"
     "  1  wrong option, switch file or stored state, or the name is in use\n"
-    "  2  the switch cannot be read, or the daemon failed";
+    "  2  the switch cannot be read, --metrics cannot listen, or the daemon failed";
 
 // The devices of the kernel keep their own state, and a capture has none.
 void add_state_options(CLI::App& app, daemon_options& requested) {
@@ -34,6 +35,11 @@ std::string check_name(const std::string& text) {
   return "'" + text + "' is not a name: expected up to 64 letters, digits, '-', '_' and '.'";
 }
 
+std::string check_metrics_address(const std::string& text) {
+  if (read_listen_address(text)) return {};
+  return "'" + text + "' is not an address: expected a port, or an IP address and a port, such as [::1]:9100";
+}
+
 }  // namespace
 
 std::optional<daemon_options> read_daemon_options(int argc, char** argv, int& exit_code) {
@@ -47,6 +53,12 @@ std::optional<daemon_options> read_daemon_options(int argc, char** argv, int& ex
   app.add_option("--group", requested.group, "Only members of this group may change the switch; others may only look")
       ->type_name("GROUP");
   add_state_options(app, requested);
+  app.add_option("--metrics", requested.metrics,
+                 "Serve metrics over HTTP, for Prometheus; a port alone is at 127.0.0.1")
+      ->type_name("[ADDRESS:]PORT")
+      ->check(check_metrics_address);
+  app.add_option("--capture", requested.capture, "Store all requests and answers in a file, for 'pmsh --replay-frames'")
+      ->type_name("FILE");
   app.set_version_flag("--version", "pmshd " PMCLI_VERSION);
   app.footer(kDaemonFooter);
   try {

@@ -174,9 +174,9 @@ void add_lane(const optical_lane& lane, const optical_diagnostics& module, viola
 
 void add_violations(interface& port, std::vector<table_row>& rows) {
   the_source().complete(port, detail::diagnostics);
-  if (!port.module_in_port || port.module_in_port->is_initializing) return;
-  const optical_diagnostics& module = port.module_in_port->diagnostics;
-  if (module.calibration == 0 || module.is_silent) return;
+  const optical_diagnostics* const reported = reported_diagnostics(port);
+  if (reported == nullptr) return;
+  const optical_diagnostics& module = *reported;
   const auto now = static_cast<uint32>(clock_now());
   the_source().update_statistics(port, now);
   const optical_reading reading = read_optics(port, now);

@@ -35,6 +35,7 @@
 #include "switch/model.h"
 #include "switch/source.h"
 #include "transport/failures.h"
+#include "transport/recorded_path.h"
 #include "transport/socket_path.h"
 #include "transport/transport.h"
 
@@ -156,18 +157,29 @@ struct path_scope {
   path_scope& operator=(const path_scope&) = delete;
 };
 
+void take_over_clock_of(const welcome& from) {
+  take_over_clock({from.stopped_clock.has_value(), static_cast<std::int64_t>(from.stopped_clock.value_or(0))});
+}
+
 int run_connected(const options& requested, shell& session) {
-  socket_path path(
-      requested.connected_switch, {kProtocolVersion, PMCLI_VERSION, terminal_name()}, [&session](const welcome& from) {
-        session.has_new_connection = true;
-        take_over_clock({from.stopped_clock.has_value(), static_cast<std::int64_t>(from.stopped_clock.value_or(0))});
-      });
+  socket_path path(requested.connected_switch, {kProtocolVersion, PMCLI_VERSION, terminal_name()},
+                   [&session](const welcome& from) {
+                     session.has_new_connection = true;
+                     take_over_clock_of(from);
+                   });
   if (const std::string fault = path.connect(); !fault.empty()) {
     print_error(fault);
     return kServiceFailed;
   }
   const path_scope connected(path);
   session.has_new_connection = false;
+  return run_shell(requested, session);
+}
+
+int run_recorded(const options& requested, shell& session) {
+  recorded_path path(requested.recorded_frames, clock_take_machine_time);
+  const path_scope recorded(path);
+  take_over_clock_of(path.greeting());
   return run_shell(requested, session);
 }
 
@@ -179,6 +191,7 @@ int run(const options& requested) {
   if (requested.clock) clock_set(static_cast<std::time_t>(*requested.clock));
   shell session;
   if (!requested.connected_switch.empty()) return run_connected(requested, session);
+  if (!requested.recorded_frames.empty()) return run_recorded(requested, session);
   std::unique_ptr<capture> capturing;
   if (!requested.capture_directory.empty())
     capturing = std::make_unique<capture>(requested.capture_directory, requested.is_anonymous);
@@ -213,6 +226,9 @@ int main(int argc, char** argv) {
     for (const std::string& fault : error.faults) host::print_error(fault);
     return host::kUsage;
   } catch (const host::capture_error& error) {
+    host::print_error(error.what());
+    return host::kUsage;
+  } catch (const host::frame_capture_error& error) {
     host::print_error(error.what());
     return host::kUsage;
   } catch (const host::kernel_error& error) {

@@ -73,9 +73,13 @@ void add_options(CLI::App& app, options& requested, std::vector<std::string>& fa
   CLI::Option* const connection =
       app.add_option("--connect", requested.connected_switch, "Use the switch of a running pmshd, by name or socket");
   connection->type_name("NAME|PATH");
+  CLI::Option* const recorded =
+      app.add_option("--replay-frames", requested.recorded_frames, "Use the answers that 'pmshd --capture' stored");
+  recorded->type_name("FILE")->excludes(connection);
   add_switch_options(app, requested);
-  for (const char* const opened : {"--switch", "--hardware-defaults", "--giant", "--kernel", "--replay", "--clock"})
-    connection->excludes(app.get_option(opened));
+  for (CLI::Option* const other : {connection, recorded})
+    for (const char* const opened : {"--switch", "--hardware-defaults", "--giant", "--kernel", "--replay", "--clock"})
+      other->excludes(app.get_option(opened));
   CLI::Option* const capturing =
       app.add_option("--capture", requested.capture_directory, "Store the answers of the kernel in a new directory");
   capturing->type_name("DIR")->needs(app.get_option("--kernel"));

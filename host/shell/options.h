@@ -17,6 +17,7 @@ struct requested_fault {
 
 struct options : switch_options {
   std::string connected_switch;          // the name or the socket of one that runs; empty: the shell opens its own
+  std::string recorded_frames;           // file of a capture that answers in the place of a switch; empty: none
   std::vector<std::string> commands;     // empty: a user, or standard input
   std::string configuration;             // file of commands that run first; empty: none
   std::vector<std::string> files;        // of commands

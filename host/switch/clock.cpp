@@ -12,6 +12,8 @@ struct host_clock {
   std::time_t ahead = 0;  // seconds that a running clock is ahead of the machine's
 };
 
+std::optional<timespec> recorded_time;  // in place of the machine's
+
 host_clock& the_clock() {
   static host_clock only;
   return only;
@@ -19,6 +21,7 @@ host_clock& the_clock() {
 
 // Not time(): a program may define that by this clock.
 timespec machine_time() {
+  if (recorded_time) return *recorded_time;
   timespec now{};
   clock_gettime(CLOCK_REALTIME, &now);
   return now;
@@ -57,6 +60,15 @@ void clock_take_over(const clock_course& course) {
   the_clock() = course.is_stopped ? host_clock{course.seconds, 0} : host_clock{std::nullopt, course.seconds};
 }
 
-void clock_follow_machine() { the_clock() = {}; }
+void clock_take_machine_time(unsigned long long nanoseconds_since_1970) {
+  constexpr unsigned long long kNanoseconds = 1'000'000'000;
+  recorded_time = timespec{static_cast<std::time_t>(nanoseconds_since_1970 / kNanoseconds),
+                           static_cast<long>(nanoseconds_since_1970 % kNanoseconds)};
+}
+
+void clock_follow_machine() {
+  the_clock() = {};
+  recorded_time.reset();
+}
 
 }  // namespace host

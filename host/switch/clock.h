@@ -29,6 +29,9 @@ struct clock_course {
 clock_course clock_course_now();
 void clock_take_over(const clock_course& course);
 
+// From now on the machine's time is this moment, in nanoseconds since 1970: that at which a recorded switch answered.
+void clock_take_machine_time(unsigned long long nanoseconds_since_1970);
+
 // Back to the machine's time.
 void clock_follow_machine();
 

@@ -53,6 +53,12 @@ bool has_diagnostics(const std::vector<uint8>& page) {
   return page.size() > kMonitoringType && (page[kMonitoringType] & kImplemented) != 0;
 }
 
+const optical_diagnostics* reported_diagnostics(const interface& port) {
+  if (!port.module_in_port || port.module_in_port->is_initializing) return nullptr;
+  const optical_diagnostics& module = port.module_in_port->diagnostics;
+  return module.calibration == 0 || module.is_silent ? nullptr : &module;
+}
+
 optical_reading read_optics(const interface& port, uint32 now_sec) {
   const optical_diagnostics& module = port.module_in_port->diagnostics;
   const bool is_lit = module.is_measured || port.settings.admin_state == PM_PORT_STATE_UP;

@@ -94,6 +94,9 @@ std::string in_dbm(uint32 microwatts);
 // Whether a module has diagnostics, by its identity page.
 bool has_diagnostics(const std::vector<uint8>& page);
 
+// The diagnostics of the module in a port; null when there is none, or when it has none or does not report them now.
+const optical_diagnostics* reported_diagnostics(const interface& port);
+
 // The measurements of a port's module at a time (seconds since 1970). It is warmer under load: update the port's
 // statistics to that time first.
 optical_reading read_optics(const interface& port, uint32 now_sec);

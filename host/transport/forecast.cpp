@@ -32,7 +32,7 @@ void forecast::begin(std::span<const uint32> interfaces) {
   patterns_.clear();
   if (interfaces.size() < 2) return;
   for (const uint32 it : interfaces) {
-    const auto of = static_cast<kind>(it >> 24);
+    const auto of = static_cast<kind>(it >> 26);
     std::vector<uint32>& same = interfaces_[of];
     if (places_.try_emplace(it, place{of, same.size()}).second) same.push_back(it);
   }

@@ -35,7 +35,7 @@ class forecast {
                                               std::span<const std::byte> payload);
 
  private:
-  // Interfaces with the same upper byte, which is their type.
+  // Interfaces with the same upper six bits, which are their type.
   using kind = uint8;
 
   // A request with room for an interface.

@@ -28,7 +28,8 @@ shows_four_ports() {
 step "into an empty prefix with blanks"
 cmake --install "$native" --prefix "$prefix" >"$work/log" || fail "$(tail -5 "$work/log")"
 for file in bin/pmsh bin/pmshd lib/systemd/system/pmshd@.service lib/systemd/system/pmshd@.socket lib/libpmcli_common.so lib/libpmcli_common.so.1 lib/libpmhost.so.1 lib/pmcli/libstatcl.so lib/pmsh/libpmcli_sibling.so \
-  lib/pkgconfig/pmcli.pc lib/pkgconfig/pmhost.pc lib/cmake/pmcli/pmcliConfig.cmake share/pmcli/switches/campus.yaml; do
+  lib/pkgconfig/pmcli.pc lib/pkgconfig/pmhost.pc lib/cmake/pmcli/pmcliConfig.cmake share/pmcli/switches/campus.yaml \
+  share/pmcli/prometheus/pmshd-rules.yaml; do
   [ -e "$prefix/$file" ] || fail "$file is missing"
 done
 for header in "$source"/infra/platform/*.h "$source"/infra/port_manager/libpmcli/include/pmcli/*.h "$source"/infra/port_manager/pm/*.h; do

@@ -47,6 +47,18 @@ TEST_F(Clock, IsToldWithItsFraction) {
   EXPECT_EQ(clock_now_exactly(), 1'700'000'090);
 }
 
+TEST_F(Clock, HasTheMachineTimeOfARecording) {
+  clock_take_machine_time(1'600'000'000'250'000'000);
+  EXPECT_EQ(clock_now(), 1'600'000'000);
+  EXPECT_EQ(clock_now_exactly(), 1'600'000'000.25);
+  clock_take_over({false, 90});
+  EXPECT_EQ(clock_now(), 1'600'000'090);
+  clock_take_over({true, 5});
+  EXPECT_EQ(clock_now(), 5);
+  clock_follow_machine();
+  EXPECT_GE(clock_now(), std::time(nullptr) - 1);
+}
+
 TEST_F(Clock, IsTakenOverFromAnotherOne) {
   clock_set(1'700'000'000);
   const clock_course stopped = clock_course_now();

@@ -9,9 +9,13 @@ namespace {
 
 enum : uint8 { kComponentOfLibrary = 0x2A, kComponentOfShell = 0 };
 
-// The shell's own rows, then added ones.
+// Those of properties, those of displays, then added ones.
 std::vector<field>& field_rows() {
-  static std::vector<field> rows(own_fields().begin(), own_fields().end());
+  static std::vector<field> rows = [] {
+    std::vector<field> made(property_fields().begin(), property_fields().end());
+    made.insert(made.end(), display_fields().begin(), display_fields().end());
+    return made;
+  }();
   return rows;
 }
 

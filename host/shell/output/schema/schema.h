@@ -1,7 +1,8 @@
 // The schema: the fields of the structured form, and the values of the output channel that belong to them.
 //
-// Fields are one table (fields.cpp): key, type, unit, title, description, words. Bindings are another (bindings.cpp):
-// which tuple id is which field, and in which displays. Command libraries of others add rows to both.
+// Fields are one table in two parts: those of interfaces (messages/property_fields.h) and those of displays
+// (fields.cpp). Bindings are another (bindings.cpp): which tuple id is which field, and in which displays. Command
+// libraries of others add rows to both.
 #pragma once
 
 #include <cstddef>
@@ -10,48 +11,10 @@
 #include <string_view>
 #include <vector>
 
-#include "messages/property.h"
+#include "messages/property_fields.h"
 #include "platform/types.h"
 
 namespace host {
-
-// How a field is written in the structured form. An absent value is null.
-enum class field_type : uint8 {
-  text,
-  full_name,    // of an interface
-  mac,          // "xxxx.xxxx.xxxx"
-  ip,           // an IPv4 or IPv6 address
-  hexadecimal,  // an integer as "0x..."
-  enumeration,  // the text of the value
-  integer,
-  integer_or_auto,  // 0 is automatic and null here
-  decimal,          // a number with the digits that are shown
-  numbers,          // an array of integers
-  words,            // an array of texts
-  map,              // an object of integers
-  lanes,            // an array of {"lane", "current_ma", "current_mark", ...}
-  interfaces,       // an array of full names
-  vlans,            // "1-10,20"; without any ""
-  membership,       // {"mode", "access", "native", "allowed"}
-  time,             // RFC 3339, in UTC
-};
-
-// The texts of the values of an enumerated field.
-enum class enum_words : uint8 {
-  of_field,  // of a binding: those of its field
-  number,    // none: the number itself
-  port_state,
-  state_reason,
-  state_reason_short,
-  duplex,
-  speed_mbps,
-  port_mode,
-  rate_mode,
-  flow_control,
-  on_off,
-  yes_no,
-  mark,
-};
 
 // A display, as a bit so that a field can belong to several.
 enum display_bit : uint64 {
@@ -105,16 +68,6 @@ enum display_bit : uint64 {
   kEventsDisplay = uint64{1} << 46,
   kSessionsDisplay = uint64{1} << 47,
   kLastDisplay = kSessionsDisplay,
-};
-
-struct field {
-  property value;         // its number in the service of interface values; none: only displays bind it
-  std::string_view name;  // the key
-  field_type type;
-  std::string_view unit = {};
-  std::string_view title = {};
-  std::string_view description = {};
-  enum_words words = enum_words::number;
 };
 
 // Rows of the fields that are not about interfaces; those of interfaces have the numbers of their properties, less 1.
@@ -272,7 +225,7 @@ display_bit add_display(std::span<const added_field> fields, std::string& error)
 // ---- For the tables.
 
 inline constexpr std::size_t kNumTags = 0x900;
-std::span<const field> own_fields();
+std::span<const field> display_fields();
 std::span<const binding> own_bindings();
 
 // The shell's own binding of a tag, or null.

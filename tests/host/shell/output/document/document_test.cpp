@@ -6,6 +6,8 @@
 #include <array>
 #include <cstdio>
 #include <iterator>
+#include <set>
+#include <string_view>
 
 #include "host/shell/output/captured_command.h"
 #include "platform/cmd_channel.h"
@@ -236,9 +238,11 @@ TEST(Document, WhatAFailedServiceLeavesOutHasThatReason) {
 }
 
 TEST(Schema, KeysAreLowerCaseAndEveryTagHasAField) {
+  std::set<std::string_view> keys;
   for (const host::field& field : host::all_fields()) {
     for (const char letter : field.name)
       EXPECT_TRUE((letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9') || letter == '_') << field.name;
+    EXPECT_TRUE(keys.insert(field.name).second) << field.name;
     EXPECT_FALSE(field.title.empty()) << field.name;
     EXPECT_FALSE(field.description.empty()) << field.name;
   }
