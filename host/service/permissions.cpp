@@ -81,6 +81,14 @@ std::optional<reply> refuse_clear_of_statistics(mts_opc_t, std::span<const std::
   return answer_error(static_cast<syserr_t>(status));
 }
 
+// A user ends the commits that the own sessions left.
+std::optional<reply> refuse_end_of_commit(mts_opc_t opcode, std::span<const std::byte> request, uint32 status) {
+  field_reader fields(request);
+  switch_session* const of = find_abandoned_session(fields.u32());
+  if (of != nullptr && of->owner().user == the_session().owner().user) return std::nullopt;
+  return refuse_with_error(opcode, request, status);
+}
+
 std::optional<reply> refuse_session_change(mts_opc_t opcode, std::span<const std::byte>, uint32 status) {
   const std::vector<if_index_t> ports = ports_of(opcode);
   return answer_fields([&](field_writer& to) {

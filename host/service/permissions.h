@@ -20,7 +20,7 @@ struct known_request {
   request_effect effect = request_effect::none;
 
   // The answer to a request that is refused with a status, in the form that its sender expects. Nothing for one that
-  // changes nothing after all. Not null unless the effect is none.
+  // is permitted after all. Not null unless the effect is none.
   std::optional<reply> (*refuse)(mts_opc_t opcode, std::span<const std::byte> request, uint32 status) = nullptr;
 };
 
@@ -39,6 +39,7 @@ std::optional<reply> refuse_ranges(mts_opc_t opcode, std::span<const std::byte> 
 std::optional<reply> refuse_setting(mts_opc_t opcode, std::span<const std::byte> request, uint32 status);
 std::optional<reply> refuse_clear(mts_opc_t opcode, std::span<const std::byte> request, uint32 status);
 std::optional<reply> refuse_clear_of_statistics(mts_opc_t opcode, std::span<const std::byte> request, uint32 status);
+std::optional<reply> refuse_end_of_commit(mts_opc_t opcode, std::span<const std::byte> request, uint32 status);
 std::optional<reply> refuse_session_change(mts_opc_t opcode, std::span<const std::byte> request, uint32 status);
 
 }  // namespace host

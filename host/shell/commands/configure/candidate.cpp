@@ -164,11 +164,11 @@ int discard(const invocation& run) {
 }
 
 int confirm_commit(const invocation& run) {
-  if (!run.session.seconds_to_confirm) {
-    run.output.complain("no commit is waiting for confirmation.");
-    return kUsage;
-  }
-  return confirm_commit(run.session, run.output) ? kDone : kUsage;
+  return confirm_commit(run.session, run.output, run.line.number.value_or(kOwnSession));
+}
+
+int abort_commit(const invocation& run) {
+  return abort_commit(run.session, run.output, run.line.number.value_or(kOwnSession));
 }
 
 constexpr display kDiffShown = {kDiffDisplay, {}, "diff", true, false, "differences"};
@@ -180,11 +180,15 @@ constexpr command kCandidateRows[] = {
     {"commit", "Apply the candidate", commit, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
     {"commit confirmed SECONDS", "Apply the candidate; roll back without 'confirm'", commit_confirmed, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
     {"confirm", "Keep a commit that waits for confirmation", confirm_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+    {"confirm session SESSION", "Keep the commit that an ended session left", confirm_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+    {"abort", "Roll back a commit that waits for confirmation", abort_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+    {"abort session SESSION", "Roll back the commit that an ended session left", abort_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
     {"discard", "Discard the changes of the candidate", discard, kSentences, nullptr, kConfigureMode | kInterfaceMode},
 };
 // clang-format on
 
 constexpr word_help kCandidateWords[] = {
+    {"abort", "Roll back a commit that waits for confirmation"},  {"session", "The commit that an ended session left"},
     {"candidate", "Collect settings and commit them together"},   {"commit", "Apply the candidate"},
     {"confirm", "Keep a commit that waits for confirmation"},     {"confirmed", "Roll back without 'confirm'"},
     {"diff", "Differences between the candidate and the switch"}, {"discard", "Discard the changes of the candidate"},
