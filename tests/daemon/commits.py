@@ -1,0 +1,180 @@
+#!/usr/bin/python3
+"""Commits that wait for their confirmation on a shared switch: commits.py PMSH PMSHD SWITCH
+
+The switch keeps them when their shell is gone, rolls them back in time, and lets another shell end them.
+"""
+
+import json
+import os
+import pwd
+import re
+import subprocess
+import sys
+
+import daemon
+from daemon import expect, step
+
+PORT = "ethernet 1/1"
+OTHER_PORT = "ethernet 1/2"
+CLOCK_SHOWN = re.compile(r"[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9:]{8}Z\n")
+
+
+class Shell:
+    """A shell that runs a line when it is written, with its output and its errors together."""
+
+    def __init__(self, pmsh, switch):
+        self.process = subprocess.Popen([pmsh, "--connect", switch.socket], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                        stderr=subprocess.STDOUT, text=True, env={**os.environ, "TZ": "UTC"})
+
+    def run(self, *lines):
+        """What the lines print, up to the sign that the last one has ended."""
+        self.process.stdin.write("".join(line + "\n" for line in (*lines, "show clock")))
+        self.process.stdin.flush()
+        shown = []
+        for line in self.process.stdout:
+            if CLOCK_SHOWN.fullmatch(line):
+                return "".join(shown)
+            shown.append(line)
+        sys.exit(f"the shell ended: {''.join(shown)}")
+
+    def commit(self, port=PORT, seconds=60):
+        """Switches a port off until the commit is rolled back."""
+        shown = self.run("configure candidate", f"interface {port}", "shutdown", f"commit confirmed {seconds}")
+        expect(shown == f"Committed for {port}. Type 'confirm', or it is rolled back in {seconds} seconds.\n", shown)
+        return self
+
+    def kill(self):
+        self.process.kill()
+        self.process.wait()
+        self.process.stdout.close()
+
+    def end(self):
+        out, _ = self.process.communicate()
+        return self.process.returncode, out
+
+
+def is_switched_off(pmsh, switch, port=PORT):
+    code, out, error = daemon.run(pmsh, switch.socket, f"show running-config interface {port}")
+    expect(code == 0, f"{code}: {error}")
+    return "shutdown" in out
+
+
+def left_sessions(pmsh, switch):
+    """The sessions that wait for a confirmation."""
+    code, out, error = daemon.run(pmsh, switch.socket, "show sessions | json")
+    expect(code == 0, f"{code}: {error}")
+    return [it for it in json.loads(out)["sessions"] if it["confirmation_seconds"] is not None]
+
+
+def wait_until_left(pmsh, switch, count=1):
+    """The sessions whose shell has ended, when there are as many."""
+    while True:
+        left = [it for it in left_sessions(pmsh, switch) if it["process"] is None]
+        if len(left) == count:
+            return left
+
+
+def configure(pmsh, switch, *lines, options=()):
+    return daemon.run(pmsh, switch.socket, "configure", *lines, options=options)
+
+
+def check_living_shell(pmsh, switch):
+    step("another shell moves the clock: the commit is rolled back, and its shell reports it with its next line")
+    shell = Shell(pmsh, switch).commit()
+    daemon.run(pmsh, switch.socket, "clock advance 59")
+    expect(is_switched_off(pmsh, switch), "it is rolled back too early")
+    daemon.run(pmsh, switch.socket, "clock advance 1")
+    expect(not is_switched_off(pmsh, switch), "it is not rolled back")
+    shown = shell.run("show diff")
+    late = f"pmsh: the commit was not confirmed in time: it was rolled back for {PORT}.\n"
+    expect(shown == f"{late}{PORT}\n  + shutdown\n", shown)
+    expect(shell.end()[0] == 0, "the shell reports the rollback twice")
+
+    step("a shell that is there ends its commit itself")
+    shell = Shell(pmsh, switch).commit()
+    number = left_sessions(pmsh, switch)[0]["session"]
+    code, _, error = configure(pmsh, switch, f"confirm session {number}")
+    expect((code, error) == (1, f"pmsh: session {number} is still in use: its shell ends its commit.\n"), f"{code}: {error}")
+    code, _, error = configure(pmsh, switch, "confirm")
+    expect((code, error) == (1, "pmsh: no commit is waiting for confirmation.\n"), f"{code}: {error}")
+    expect(shell.run("abort") == f"Rolled back for {PORT}.\n", "it is not aborted")
+    expect(not is_switched_off(pmsh, switch), "it is not rolled back")
+    shell.run("discard", "end")
+    shell.commit()
+    expect(shell.run("confirm") == f"Confirmed for {PORT}.\n", "it is not confirmed")
+    expect(shell.end()[0] == 0 and is_switched_off(pmsh, switch), "it does not stay")
+    configure(pmsh, switch, f"interface {PORT}", "no shutdown")
+
+
+def check_left_commits(pmsh, switch):
+    step("a killed shell leaves its commit")
+    Shell(pmsh, switch).commit().kill()
+    left = wait_until_left(pmsh, switch)[0]
+    expect(is_switched_off(pmsh, switch), "it is rolled back")
+    expect((left["holds"], left["confirmation_seconds"]) == ("commit", 60), f"{left}")
+    expect(left["user"] == pwd.getpwuid(os.getuid()).pw_name, f"{left}")
+    _, out, _ = daemon.run(pmsh, switch.socket, "show sessions | include ended")
+    expect(out.split()[0] == str(left["session"]) and "commit for 60 s" in out, out)
+
+    step("another shell confirms it")
+    code, out, error = configure(pmsh, switch, "confirm")
+    expect((code, out) == (0, f"Confirmed for {PORT}.\n"), f"{code}: {out}{error}")
+    expect(is_switched_off(pmsh, switch) and not left_sessions(pmsh, switch), "it does not stay")
+    configure(pmsh, switch, f"interface {PORT}", "no shutdown")
+
+    step("a shell that ends leaves it as well, and another one rolls it back")
+    code, out = Shell(pmsh, switch).commit().end()
+    still = "pmsh: the commit still waits: 'confirm' in another shell, or it is rolled back in 60 seconds.\n"
+    expect((code, out) == (0, still), f"{code}: {out}")
+    wait_until_left(pmsh, switch)
+    code, out, error = configure(pmsh, switch, "abort")
+    expect((code, out) == (0, f"Rolled back for {PORT}.\n"), f"{code}: {out}{error}")
+    expect(not is_switched_off(pmsh, switch) and not left_sessions(pmsh, switch), "it is not rolled back")
+
+    step("one of several is named by its session")
+    Shell(pmsh, switch).commit().end()
+    Shell(pmsh, switch).commit(OTHER_PORT).end()
+    numbers = [it["session"] for it in wait_until_left(pmsh, switch, 2)]
+    code, _, error = configure(pmsh, switch, "confirm")
+    asked = f"pmsh: the commits of sessions {numbers[0]}, {numbers[1]} are waiting. Type 'confirm session' and one of them.\n"
+    expect((code, error) == (1, asked), f"{code}: {error}")
+    code, out, error = configure(pmsh, switch, f"abort session {numbers[1]}")
+    expect((code, out) == (0, f"Rolled back for {OTHER_PORT}.\n"), f"{code}: {out}{error}")
+    expect(is_switched_off(pmsh, switch) and not is_switched_off(pmsh, switch, OTHER_PORT), "another one is rolled back")
+    code, _, error = configure(pmsh, switch, f"confirm session {numbers[1]}")
+    none = f"pmsh: no commit of session {numbers[1]} is waiting. 'show sessions' lists those that hold one.\n"
+    expect((code, error) == (1, none), f"{code}: {error}")
+
+    step("a dry run ends none")
+    code, _, error = configure(pmsh, switch, "confirm", options=("--dry-run",))
+    expect((code, error) == (1, "pmsh: no commit is waiting for confirmation.\n"), f"{code}: {error}")
+
+    step("the first request after its time finds it rolled back")
+    daemon.run(pmsh, switch.socket, "clock advance 60")
+    expect(not is_switched_off(pmsh, switch) and not left_sessions(pmsh, switch), "it is not rolled back")
+    code, _, error = configure(pmsh, switch, "confirm")
+    expect((code, error) == (1, "pmsh: no commit is waiting for confirmation.\n"), f"{code}: {error}")
+
+
+def check_without_requests(pmsh, pmshd, file):
+    step("a running clock: the switch rolls back although no shell asks")
+    with daemon.Daemon(pmshd, "--switch", file, clock=False) as switch:
+        Shell(pmsh, switch).commit(seconds=1).kill()
+        while f"was not confirmed in time: it was rolled back for {PORT}." not in switch.log():
+            expect(switch.process.poll() is None, "the daemon ended")
+        expect(not is_switched_off(pmsh, switch), "it is not rolled back")
+
+
+def main():
+    pmsh, pmshd, file = sys.argv[1:]
+    with daemon.Daemon(pmshd, "--switch", file) as switch:
+        before = switch.descriptors()
+        check_living_shell(pmsh, switch)
+        check_left_commits(pmsh, switch)
+        while switch.descriptors() > before:
+            expect(switch.is_serving(), "it does not serve")
+    check_without_requests(pmsh, pmshd, file)
+
+
+if __name__ == "__main__":
+    main()
