@@ -9,6 +9,7 @@
 #include "daemon/log.h"
 #include "daemon/options.h"
 #include "service/services.h"
+#include "settings/shared_source.h"
 #include "source/kernel/kernel_source.h"
 #include "source/open/open_switch.h"
 #include "source/replay/capture_folder.h"
@@ -28,6 +29,7 @@ int run(const daemon_options& requested) {
   const opened_switch opened = open_switch(requested);
   if (!opened.warning.empty()) log_line(log_level::warning, opened.warning);
   set_switch_file(opened.file);
+  share_source();
   const std::string name = requested.name.empty() ? the_machine().name : requested.name;
   if (!is_switch_name(name) && requested.socket.empty())
     throw socket_error(fmt::format("the switch has no name for a socket: '{}'. Name it with --name.", name));

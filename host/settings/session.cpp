@@ -69,6 +69,17 @@ std::span<switch_session* const> living_sessions() { return every_session(); }
 
 std::span<switch_session* const> waiting_sessions() { return every_waiting_session(); }
 
+switch_session* holder_of(if_index_t if_index) {
+  const auto& waiting = every_waiting_session();
+  if (waiting.empty()) return nullptr;
+  const switch_session* const own = &the_session();
+  const auto found = std::find_if(waiting.begin(), waiting.end(), [=](const switch_session* it) {
+    const auto held = it->unconfirmed_interfaces();
+    return it == own || std::binary_search(held.begin(), held.end(), if_index);
+  });
+  return found == waiting.end() ? nullptr : *found;
+}
+
 switch_session* find_abandoned_session(uint32 number) {
   const auto& all = every_session();
   const auto found = std::find_if(all.begin(), all.end(), [number](const switch_session* it) {
@@ -214,6 +225,15 @@ changes_made refuse_all(const machine_changes& changes, uint32 status) {
   return refused;
 }
 
+// The changes of interfaces that no commit of another session holds.
+machine_changes free_changes(machine_changes changes) {
+  const auto is_held = [](const auto& it) { return holder_of(it.first) != nullptr; };
+  std::erase_if(changes.changed, is_held);
+  for (auto* const interfaces : {&changes.created, &changes.restored, &changes.deleted})
+    std::erase_if(*interfaces, is_held);
+  return changes;
+}
+
 }  // namespace
 
 commit_result switch_session::commit(std::string_view command, std::optional<uint32> seconds) {
@@ -223,7 +243,7 @@ commit_result switch_session::commit(std::string_view command, std::optional<uin
   commit_result result;
   std::unique_ptr<guardian> keeper;
   if (seconds && !changes.is_empty() && the_source().devices()) {
-    keeper = guardian::start(reversed(changes), result.fault);
+    keeper = guardian::start(reversed(free_changes(changes)), result.fault);
     if (!keeper) return result;
   }
   std::optional<machine> before_commit;

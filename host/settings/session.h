@@ -197,6 +197,10 @@ std::span<switch_session* const> living_sessions();
 // Those with a commit that waits for its confirmation.
 std::span<switch_session* const> waiting_sessions();
 
+// The session whose commit that waits forbids that the_session() changes an interface; null: none does. A session whose
+// own commit waits changes nothing.
+switch_session* holder_of(if_index_t if_index);
+
 // The session with this number, if its process has ended; otherwise null.
 switch_session* find_abandoned_session(uint32 number);
 

@@ -156,6 +156,42 @@ def check_left_commits(pmsh, switch):
     expect((code, error) == (1, "pmsh: no commit is waiting for confirmation.\n"), f"{code}: {error}")
 
 
+def check_held_interfaces(pmsh, switch):
+    step("other shells do not change what a commit holds")
+    user = pwd.getpwuid(os.getuid()).pw_name
+    shell = Shell(pmsh, switch).commit(seconds=20)
+    daemon.run(pmsh, switch.socket, "clock advance 8")
+    held = f"held by {user} on process {shell.process.pid} for 12 s"
+    for lines in ((f"interface {PORT}", "no shutdown"), (f"interface {PORT}", "description other"),
+                  (f"interface {PORT}-2", "switchport mtu 9000")):
+        code, out, error = configure(pmsh, switch, *lines)
+        expect(code == 3 and f": {held}" in out + error, f"{lines}: {code}: {out}{error}")
+        expect(held not in (out + error).replace(held, "", 1), f"it is reported for other ports: {out}{error}")
+    code, out, _ = configure(pmsh, switch, f"interface {PORT}-2", "switchport mtu 9001 | json")
+    document = json.loads(out)
+    results = {it["interface"]: (it["result"], it["reason"]) for it in document["interfaces"]}
+    expect((code, document["exit_code"]) == (3, 3), out)
+    expect(results == {"Ethernet1/1": ("refused", held), "Ethernet1/2": ("applied", None)}, f"{results}")
+
+    step("a candidate may be edited, and its commit is refused for what is held")
+    code, out, error = daemon.run(pmsh, switch.socket, "configure candidate", f"interface {PORT}-2", "switchport mtu 9002", "commit")
+    expect(code == 3 and held in out + error and "Committed for ethernet 1/2." in out, f"{code}: {out}{error}")
+
+    step("it is free after the rollback, the confirmation and the end of a killed shell's commit")
+    free = (f"interface {PORT}", "description free")
+    expect(shell.run("abort") == f"Rolled back for {PORT}.\n", "it is not aborted")
+    expect(configure(pmsh, switch, *free)[0] == 0, "it is held after the rollback")
+    shell.run("discard", "end")
+    shell.commit().run("confirm")
+    expect(configure(pmsh, switch, *free, "no shutdown")[0] == 0, "it is held after the confirmation")
+    shell.run("discard", "end")
+    shell.commit().kill()
+    wait_until_left(pmsh, switch)
+    expect(configure(pmsh, switch, *free)[0] == 3, "it is free while the commit waits")
+    daemon.run(pmsh, switch.socket, "clock advance 60")
+    expect(configure(pmsh, switch, *free)[0] == 0, "it is held after its time")
+
+
 def check_without_requests(pmsh, pmshd, file):
     step("a running clock: the switch rolls back although no shell asks")
     with daemon.Daemon(pmshd, "--switch", file, clock=False) as switch:
@@ -171,6 +207,7 @@ def main():
         before = switch.descriptors()
         check_living_shell(pmsh, switch)
         check_left_commits(pmsh, switch)
+        check_held_interfaces(pmsh, switch)
         while switch.descriptors() > before:
             expect(switch.is_serving(), "it does not serve")
     check_without_requests(pmsh, pmshd, file)
