@@ -8,6 +8,7 @@
 
 #include "base/c_edge.h"
 #include "base/port_status.h"
+#include "settings/change_feed.h"
 #include "switch/clock.h"
 #include "switch/source.h"
 
@@ -304,8 +305,10 @@ std::optional<rollback> switch_session::roll_back() {
   if (!unconfirmed_) return take_overdue_rollback();
   const switch_scope of_switch(*this);
   const std::unique_ptr<unconfirmed_commit> commit = end_waiting();
+  const changes_elsewhere by_keeper(commit->interfaces);
   const std::optional<uint32> refused = commit->keeper ? commit->keeper->roll_back() : std::nullopt;
   no_throw(0, [] { return the_source().refresh(the_machine()), 0; });
+  if (refused) by_keeper.publish();
   rollback done{commit->interfaces, refused ? *refused : take_change_back(the_machine()).refused.size()};
   if (candidate_) candidate_->compare_again();
   return done;

@@ -9,6 +9,7 @@
 
 #include "base/port_status.h"
 #include "base/printable.h"
+#include "settings/change_feed.h"
 #include "settings/session.h"
 #include "switch/if_index_layout.h"
 #include "switch/source.h"
@@ -69,7 +70,10 @@ class shared_source final : public switch_source {
   void complete(interface& port, detail needed) override { of_->complete(port, needed); }
   bool knows_all_fields() const override { return of_->knows_all_fields(); }
   bool update_statistics(interface& port, uint32 now_sec) override { return of_->update_statistics(port, now_sec); }
-  void clear_counters(interface& port, uint32 now_sec) override { of_->clear_counters(port, now_sec); }
+  void clear_counters(interface& port, uint32 now_sec) override {
+    of_->clear_counters(port, now_sec);
+    publish_cleared(port.if_index);
+  }
   bool counts_at_refresh() const override { return of_->counts_at_refresh(); }
   std::optional<double> rate_seconds() const override { return of_->rate_seconds(); }
   std::optional<std::string> baseline_file() const override { return of_->baseline_file(); }
@@ -78,8 +82,10 @@ class shared_source final : public switch_source {
     return of_->check_settings(port, before);
   }
   uint32 apply_settings(interface& port, const port_settings& before) override {
-    const uint32 status = refusal_of_setting(port);
-    return status != 0 ? status : of_->apply_settings(port, before);
+    uint32 status = refusal_of_setting(port);
+    if (status == 0) status = of_->apply_settings(port, before);
+    if (status == 0) publish_settings(port, before);
+    return status;
   }
   bool applies_setting(uint8 type) const override { return of_->applies_setting(type); }
   bool hands_settings_to_members() const override { return of_->hands_settings_to_members(); }
@@ -87,22 +93,29 @@ class shared_source final : public switch_source {
     return of_->allows_sub_interfaces_of_switched_ports();
   }
   uint32 create_interfaces(machine& model, std::span<const if_index_t> interfaces) override {
-    const uint32 status = refusal_of_all(interfaces);
-    return status != 0 ? status : of_->create_interfaces(model, interfaces);
+    uint32 status = refusal_of_all(interfaces);
+    if (status == 0) status = of_->create_interfaces(model, interfaces);
+    if (status == 0) publish_created(interfaces);
+    return status;
   }
   uint32 delete_interfaces(machine& model, std::span<const if_index_t> interfaces) override {
-    const uint32 status = refusal_of_all(interfaces);
-    return status != 0 ? status : of_->delete_interfaces(model, interfaces);
+    if (const uint32 status = refusal_of_all(interfaces); status != 0) return status;
+    const changes_elsewhere made(interfaces);  // some are deleted even if the source refuses the others
+    const uint32 status = of_->delete_interfaces(model, interfaces);
+    made.publish();
+    return status;
   }
   uint32 restore_interface(machine& model, const interface& deleted) override {
-    const uint32 status = refusal_of_all({&deleted.if_index, 1});
-    return status != 0 ? status : of_->restore_interface(model, deleted);
+    uint32 status = refusal_of_all({&deleted.if_index, 1});
+    if (status == 0) status = of_->restore_interface(model, deleted);
+    if (status == 0) publish_created({&deleted.if_index, 1});
+    return status;
   }
   std::unique_ptr<table_reader> open_table(const machine& model, table_id table,
                                            const std::vector<if_index_t>& interfaces) override {
     return of_->open_table(model, table, interfaces);
   }
-  std::unique_ptr<event_reader> open_events() override { return of_->open_events(); }
+  std::unique_ptr<event_reader> open_events() override { return open_change_feed(of_->open_events()); }
   std::optional<std::vector<kernel_device>> devices() const override { return of_->devices(); }
   std::optional<kernel_system> system() const override { return of_->system(); }
   bool may_have_device(std::string_view name) const override { return of_->may_have_device(name); }
