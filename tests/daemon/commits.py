@@ -7,50 +7,21 @@ The switch keeps them when their shell is gone, rolls them back in time, and let
 import json
 import os
 import pwd
-import re
-import subprocess
 import sys
 
 import daemon
-from daemon import expect, step
+from daemon import Shell, expect, step
 
 PORT = "ethernet 1/1"
 OTHER_PORT = "ethernet 1/2"
-CLOCK_SHOWN = re.compile(r"[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9:]{8}Z\n")
 
 
-class Shell:
-    """A shell that runs a line when it is written, with its output and its errors together."""
-
-    def __init__(self, pmsh, switch):
-        self.process = subprocess.Popen([pmsh, "--connect", switch.socket], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        stderr=subprocess.STDOUT, text=True, env={**os.environ, "TZ": "UTC"})
-
-    def run(self, *lines):
-        """What the lines print, up to the sign that the last one has ended."""
-        self.process.stdin.write("".join(line + "\n" for line in (*lines, "show clock")))
-        self.process.stdin.flush()
-        shown = []
-        for line in self.process.stdout:
-            if CLOCK_SHOWN.fullmatch(line):
-                return "".join(shown)
-            shown.append(line)
-        sys.exit(f"the shell ended: {''.join(shown)}")
-
+class Committer(Shell):
     def commit(self, port=PORT, seconds=60):
         """Switches a port off until the commit is rolled back."""
         shown = self.run("configure candidate", f"interface {port}", "shutdown", f"commit confirmed {seconds}")
         expect(shown == f"Committed for {port}. Type 'confirm', or it is rolled back in {seconds} seconds.\n", shown)
         return self
-
-    def kill(self):
-        self.process.kill()
-        self.process.wait()
-        self.process.stdout.close()
-
-    def end(self):
-        out, _ = self.process.communicate()
-        return self.process.returncode, out
 
 
 def is_switched_off(pmsh, switch, port=PORT):
@@ -80,7 +51,7 @@ def configure(pmsh, switch, *lines, options=()):
 
 def check_living_shell(pmsh, switch):
     step("another shell moves the clock: the commit is rolled back, and its shell reports it with its next line")
-    shell = Shell(pmsh, switch).commit()
+    shell = Committer(pmsh, switch).commit()
     daemon.run(pmsh, switch.socket, "clock advance 59")
     expect(is_switched_off(pmsh, switch), "it is rolled back too early")
     daemon.run(pmsh, switch.socket, "clock advance 1")
@@ -91,7 +62,7 @@ def check_living_shell(pmsh, switch):
     expect(shell.end()[0] == 0, "the shell reports the rollback twice")
 
     step("a shell that is there ends its commit itself")
-    shell = Shell(pmsh, switch).commit()
+    shell = Committer(pmsh, switch).commit()
     number = left_sessions(pmsh, switch)[0]["session"]
     code, _, error = configure(pmsh, switch, f"confirm session {number}")
     expect((code, error) == (1, f"pmsh: session {number} is still in use: its shell ends its commit.\n"), f"{code}: {error}")
@@ -108,7 +79,7 @@ def check_living_shell(pmsh, switch):
 
 def check_left_commits(pmsh, switch):
     step("a killed shell leaves its commit")
-    Shell(pmsh, switch).commit().kill()
+    Committer(pmsh, switch).commit().kill()
     left = wait_until_left(pmsh, switch)[0]
     expect(is_switched_off(pmsh, switch), "it is rolled back")
     expect((left["holds"], left["confirmation_seconds"]) == ("commit", 60), f"{left}")
@@ -123,7 +94,7 @@ def check_left_commits(pmsh, switch):
     configure(pmsh, switch, f"interface {PORT}", "no shutdown")
 
     step("a shell that ends leaves it as well, and another one rolls it back")
-    code, out = Shell(pmsh, switch).commit().end()
+    code, out = Committer(pmsh, switch).commit().end()
     still = "pmsh: the commit still waits: 'confirm' in another shell, or it is rolled back in 60 seconds.\n"
     expect((code, out) == (0, still), f"{code}: {out}")
     wait_until_left(pmsh, switch)
@@ -132,8 +103,8 @@ def check_left_commits(pmsh, switch):
     expect(not is_switched_off(pmsh, switch) and not left_sessions(pmsh, switch), "it is not rolled back")
 
     step("one of several is named by its session")
-    Shell(pmsh, switch).commit().end()
-    Shell(pmsh, switch).commit(OTHER_PORT).end()
+    Committer(pmsh, switch).commit().end()
+    Committer(pmsh, switch).commit(OTHER_PORT).end()
     numbers = [it["session"] for it in wait_until_left(pmsh, switch, 2)]
     code, _, error = configure(pmsh, switch, "confirm")
     asked = f"pmsh: the commits of sessions {numbers[0]}, {numbers[1]} are waiting. Type 'confirm session' and one of them.\n"
@@ -159,7 +130,7 @@ def check_left_commits(pmsh, switch):
 def check_held_interfaces(pmsh, switch):
     step("other shells do not change what a commit holds")
     user = pwd.getpwuid(os.getuid()).pw_name
-    shell = Shell(pmsh, switch).commit(seconds=20)
+    shell = Committer(pmsh, switch).commit(seconds=20)
     daemon.run(pmsh, switch.socket, "clock advance 8")
     held = f"held by {user} on process {shell.process.pid} for 12 s"
     for lines in ((f"interface {PORT}", "no shutdown"), (f"interface {PORT}", "description other"),
@@ -195,7 +166,7 @@ def check_held_interfaces(pmsh, switch):
 def check_without_requests(pmsh, pmshd, file):
     step("a running clock: the switch rolls back although no shell asks")
     with daemon.Daemon(pmshd, "--switch", file, clock=False) as switch:
-        Shell(pmsh, switch).commit(seconds=1).kill()
+        Committer(pmsh, switch).commit(seconds=1).kill()
         while f"was not confirmed in time: it was rolled back for {PORT}." not in switch.log():
             expect(switch.process.poll() is None, "the daemon ended")
         expect(not is_switched_off(pmsh, switch), "it is not rolled back")

@@ -7,36 +7,15 @@ Two shells follow their events, changes of one shell are seen by the other, and 
 import json
 import os
 import shutil
-import signal
 import subprocess
 import sys
 
 import daemon
-from daemon import expect, step
+from daemon import Watch, expect, step
 
 
 def run(*command):
     return subprocess.run(command, capture_output=True, text=True, check=False)
-
-
-class Watch:
-    """A running "watch events": its titles have been read, so events come."""
-
-    def __init__(self, pmsh, switch):
-        self.process = subprocess.Popen([pmsh, "--connect", switch.socket, "-c", "watch events"], stdout=subprocess.PIPE,
-                                        stderr=subprocess.PIPE, text=True)
-        expect("Kind" in self.process.stdout.readline(), "there are no titles")
-
-    def read_until(self, text):
-        for line in self.process.stdout:
-            if text in line:
-                return line
-        sys.exit(f"'{text}' does not come: {self.process.stderr.read()}")
-
-    def interrupt(self):
-        self.process.send_signal(signal.SIGINT)
-        self.process.communicate()
-        return self.process.returncode
 
 
 def mtu_of(space, device):
