@@ -169,6 +169,7 @@ switch_session::~switch_session() {
 void switch_session::abandon() {
   end_candidate();
   end_dry_run();
+  view_.end();
   noted.clear();
   kept_.clear();
   is_abandoned_ = true;
@@ -304,6 +305,7 @@ std::optional<std::vector<if_index_t>> switch_session::confirm(std::optional<rol
 std::optional<rollback> switch_session::roll_back() {
   if (!unconfirmed_) return take_overdue_rollback();
   const switch_scope of_switch(*this);
+  keep_views(nullptr);
   const std::unique_ptr<unconfirmed_commit> commit = end_waiting();
   const changes_elsewhere by_keeper(commit->interfaces);
   const std::optional<uint32> refused = commit->keeper ? commit->keeper->roll_back() : std::nullopt;

@@ -15,6 +15,7 @@
 #include "platform/types.h"
 #include "settings/candidate.h"
 #include "settings/change_journal.h"
+#include "settings/command_view.h"
 #include "settings/guardian.h"
 #include "settings/machine_changes.h"
 #include "settings/trial.h"
@@ -86,6 +87,9 @@ class switch_session {
   // All, until others are set.
   const session_rights& rights() const { return rights_; }
   void set_rights(const session_rights& rights) { rights_ = rights; }
+
+  // The switch as its running command sees it.
+  command_view& view() { return view_; }
 
   // ---- Dry run: until its end, requests are for a copy of the machine. A second one within it has no effect.
 
@@ -178,6 +182,7 @@ class switch_session {
   bool is_of_client_ = false;
   bool is_abandoned_ = false;
   session_rights rights_;
+  command_view view_;
   change_journal journal_;
   std::optional<trial_state> dry_run_;
   std::unique_ptr<candidate> candidate_;
