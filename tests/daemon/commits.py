@@ -11,6 +11,7 @@ import sys
 
 import daemon
 from daemon import Shell, expect, step
+from killed_daemon import Cutter
 
 PORT = "ethernet 1/1"
 OTHER_PORT = "ethernet 1/2"
@@ -35,6 +36,12 @@ def left_sessions(pmsh, switch):
     code, out, error = daemon.run(pmsh, switch.socket, "show sessions | json")
     expect(code == 0, f"{code}: {error}")
     return [it for it in json.loads(out)["sessions"] if it["confirmation_seconds"] is not None]
+
+
+def other_sessions(pmsh, switch):
+    code, out, error = daemon.run(pmsh, switch.socket, "show sessions | json")
+    expect(code == 0, f"{code}: {error}")
+    return json.loads(out)["sessions"][:-1]
 
 
 def wait_until_left(pmsh, switch, count=1):
@@ -163,6 +170,31 @@ def check_held_interfaces(pmsh, switch):
     expect(configure(pmsh, switch, *free)[0] == 0, "it is held after its time")
 
 
+def check_killed_at_each_packet(pmsh, switch):
+    step("a shell whose connection ends after each of its packets leaves its commit or nothing")
+    before = switch.descriptors()
+    cutter = Cutter(switch.socket, os.path.join(switch.folder, "cut.sock"))
+    num_left = 0
+    for count in range(1, 10000):
+        cutter.left = count
+        code, _, error = daemon.run(pmsh, cutter.path, "configure candidate", f"interface {PORT}", "shutdown", "commit confirmed 60")
+        while any(it["process"] is not None for it in other_sessions(pmsh, switch)):
+            pass
+        left = len(other_sessions(pmsh, switch))
+        expect(left == is_switched_off(pmsh, switch), f"cut after {count} packets: {left} sessions are left")
+        if left:
+            num_left += 1
+            expect(configure(pmsh, switch, f"interface {PORT}", "description held")[0] == 3, f"cut after {count} packets: it is free")
+            expect(configure(pmsh, switch, "abort")[0] == 0, f"cut after {count} packets: it is not aborted")
+        free = configure(pmsh, switch, f"interface {PORT}", f"description {count}")
+        expect(free[0] == 0 and not is_switched_off(pmsh, switch), f"cut after {count} packets: it is held: {free}")
+        if code == 0:
+            break
+    expect(num_left > 1 and count > 20, f"{num_left} of {count} are left")
+    while switch.descriptors() > before:
+        expect(switch.is_serving(), "it does not serve")
+
+
 def check_without_requests(pmsh, pmshd, file):
     step("a running clock: the switch rolls back although no shell asks")
     with daemon.Daemon(pmshd, "--switch", file, clock=False) as switch:
@@ -179,6 +211,7 @@ def main():
         check_living_shell(pmsh, switch)
         check_left_commits(pmsh, switch)
         check_held_interfaces(pmsh, switch)
+        check_killed_at_each_packet(pmsh, switch)
         while switch.descriptors() > before:
             expect(switch.is_serving(), "it does not serve")
     check_without_requests(pmsh, pmshd, file)
