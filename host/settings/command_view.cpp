@@ -27,6 +27,9 @@ void forget_released_copies() {
 
 }  // namespace
 
+// The list of views lives longer than that of the session of the process.
+command_view::command_view() { begun_views(); }
+
 void command_view::begin() {
   kept_.reset();
   if (!std::exchange(has_begun_, true)) begun_views().push_back(this);

@@ -14,7 +14,7 @@ constexpr std::size_t kMostKeptInterfaces = 20'000;
 
 class command_view {
  public:
-  command_view() = default;
+  command_view();
   ~command_view() { end(); }
   command_view(const command_view&) = delete;
   command_view& operator=(const command_view&) = delete;

@@ -48,13 +48,18 @@ def check_commits(space, pmsh, switch):
     expect(code == 0 and out.startswith("Confirmed for "), f"{code}: {out}{error}")
     expect(mtu_of(space, "left") == 1400, "it does not stay")
 
-    step("another shell rolls it back")
+    step("another shell rolls it back, and the setting is an event of the session that made the commit")
+    watch = Watch(pmsh, switch)
     commit_mtu(pmsh, switch, port, 1300, 3600)
     while switch.log().count("has ended: its commit waits") < 2:
         expect(switch.is_serving(), "it does not serve")
     code, out, error = daemon.run(pmsh, switch.socket, "configure", "abort")
     expect(code == 0 and out.startswith("Rolled back for "), f"{code}: {out}{error}")
     expect(mtu_of(space, "left") == 1400, "it stays")
+    for change in ("1400 -> 1300", "1300 -> 1400"):
+        line = watch.read_until(f"switchport mtu: {change} by ")
+        expect("  setting    " in line and "(left)" in line, line)
+    watch.interrupt()
 
     step("the switch rolls it back although no shell asks")
     commit_mtu(pmsh, switch, port, 1300, 1)
