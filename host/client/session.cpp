@@ -179,6 +179,7 @@ std::optional<answered_commit> session_commit(std::string_view command, std::opt
       [](field_reader& from) {
         answered_commit answer{read_made(from), {}};
         answer.fault = from.text();
+        answer.session = from.u32();
         return answer;
       });
 }

@@ -36,7 +36,7 @@ enum { SAP_SESSION = 201 };
 //                                                                         it may cut the link, it is deleted, it is
 //                                                                         created; commands before and after
 // SESSION_OPC_COMMIT                text of the command, flag: to be      changes made, text: why nothing could be
-//                                   confirmed, u32 in these seconds       committed
+//                                   confirmed, u32 in these seconds       committed, u32 number of the session
 // SESSION_OPC_CONFIRM               u32 session, 0: the own one           u8 commit_end, its interfaces, u32 number
 //                                                                         that refused the rollback that came before
 // SESSION_OPC_ROLL_BACK             u32 session, 0: the own one           flag: a commit waited, its interfaces, u32

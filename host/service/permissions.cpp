@@ -109,7 +109,9 @@ std::optional<reply> refuse_session_change(mts_opc_t opcode, std::span<const std
       to.u32(it);
       to.u32(status);
     }
-    if (opcode == SESSION_OPC_COMMIT) to.text({});  // no other fault
+    if (opcode != SESSION_OPC_COMMIT) return;
+    to.text({});  // no other fault
+    to.u32(the_session().number());
   });
 }
 

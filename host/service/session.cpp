@@ -266,6 +266,7 @@ reply commit_changes(field_reader& request) {
   return answer_fields([&](field_writer& to) {
     write_made(to, result.made);
     to.text(result.fault);
+    to.u32(the_session().number());
   });
 }
 

@@ -11,7 +11,7 @@ import sys
 
 import daemon
 from daemon import Shell, expect, step
-from killed_daemon import Cutter
+from killed_daemon import Cutter, Terminal
 
 PORT = "ethernet 1/1"
 OTHER_PORT = "ethernet 1/2"
@@ -195,10 +195,43 @@ def check_killed_at_each_packet(pmsh, switch):
         expect(switch.is_serving(), "it does not serve")
 
 
+def check_reconnection(pmsh, switch):
+    step("a shell that lost its connection names the session in which its commit waits")
+    prompt = "# "
+    cutter = Cutter(switch.socket, os.path.join(switch.folder, "lost.sock"))
+    cutter.left = sys.maxsize
+    shell = Terminal([pmsh, "--connect", cutter.path], {**os.environ, "TERM": "dumb", "XDG_STATE_HOME": switch.folder})
+    shell.read_until(prompt)
+    for line in ("configure candidate", f"interface {PORT}", "shutdown", "commit confirmed 60"):
+        shell.type(line)
+        shell.read_until(prompt)
+    cutter.left = 1
+    shell.type("show clock")
+    expect("was lost." in shell.read_until(prompt), "the connection is not lost")
+    number = wait_until_left(pmsh, switch)[0]["session"]
+    cutter.left = sys.maxsize
+    shell.type("show clock")
+    shown = " ".join(shell.read_until(prompt).split())
+    waits = f"The commit waits in session {number}: type 'confirm session {number}', or it is rolled back in 60 seconds."
+    expect(waits in shown and "Gone with the earlier one: the candidate." in shown, shown)
+    shell.type(f"confirm session {number}")
+    expect(f"Confirmed for {PORT}." in shell.read_until(prompt), "it is not confirmed")
+    shell.type("end")
+    shell.read_until(prompt)
+    shell.type("exit")
+    expect(os.waitstatus_to_exitcode(os.waitpid(shell.process, 0)[1]) in (0, 2), "the shell failed")
+    expect(is_switched_off(pmsh, switch), "it does not stay")
+    configure(pmsh, switch, f"interface {PORT}", "no shutdown")
+
+
 def check_without_requests(pmsh, pmshd, file):
     step("a running clock: the switch rolls back although no shell asks")
     with daemon.Daemon(pmshd, "--switch", file, clock=False) as switch:
-        Committer(pmsh, switch).commit(seconds=1).kill()
+        shell = Shell(pmsh, switch)
+        shell.process.stdin.write(f"configure candidate\ninterface {PORT}\nshutdown\ncommit confirmed 1\n")
+        shell.process.stdin.flush()
+        expect("Committed" in shell.process.stdout.readline(), "it is not committed")
+        shell.kill()
         while f"was not confirmed in time: it was rolled back for {PORT}." not in switch.log():
             expect(switch.process.poll() is None, "the daemon ended")
         expect(not is_switched_off(pmsh, switch), "it is not rolled back")
@@ -211,6 +244,7 @@ def main():
         check_living_shell(pmsh, switch)
         check_left_commits(pmsh, switch)
         check_held_interfaces(pmsh, switch)
+        check_reconnection(pmsh, switch)
         check_killed_at_each_packet(pmsh, switch)
         while switch.descriptors() > before:
             expect(switch.is_serving(), "it does not serve")

@@ -95,7 +95,8 @@ std::optional<std::vector<candidate_change>> session_candidate_changes(bool with
 
 struct answered_commit {
   answered_changes made;
-  std::string fault;  // why nothing could be committed; empty: it was
+  std::string fault;   // why nothing could be committed; empty: it was
+  uint32 session = 0;  // its number
 };
 
 // Commits the candidate; with `seconds` the commit waits that long for its confirmation. Nothing without an answer.

@@ -1,7 +1,6 @@
 #include "shell/session/connection.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <memory>
@@ -43,19 +42,19 @@ int choose_user(const std::string& name, shell& session) {
   return kUsage;
 }
 
-// The session in which the switch keeps the commit of this process; nothing when it does not.
-std::optional<listed_session> find_kept_commit() {
+// The session in which the switch keeps the commit of the lost connection; nothing when it does not.
+std::optional<listed_session> find_kept_commit(uint32 committed_in) {
   const auto sessions = session_list();
   if (!sessions) return std::nullopt;
-  const auto found = std::find_if(sessions->begin(), sessions->end(), [](const listed_session& it) {
-    return it.has_ended && it.seconds_to_confirm && it.process == static_cast<uint32>(getpid());
+  const auto found = std::find_if(sessions->begin(), sessions->end(), [=](const listed_session& it) {
+    return it.number == committed_in && it.has_ended && it.seconds_to_confirm;
   });
   return found == sessions->end() ? std::nullopt : std::optional(*found);
 }
 
 // What the switch kept for the session until its connection was lost.
 void report_lost_state(const shell& session) {
-  const auto kept = session.seconds_to_confirm ? find_kept_commit() : std::nullopt;
+  const auto kept = session.seconds_to_confirm ? find_kept_commit(session.committed_in) : std::nullopt;
   if (kept)
     print_error(
         fmt::format("the connection was made again. The commit waits in session {}: type 'confirm session {}', "

@@ -128,6 +128,7 @@ int commit_changes(const invocation& run, std::optional<uint32> seconds) {
   if (!answer->made.applied.empty()) {
     run.output.text(text_of_commit(answer->made, seconds));
     run.session.seconds_to_confirm = seconds;
+    run.session.committed_in = answer->session;
   }
   std::vector<pm_port_cfg_status_t> refused = answer->made.refused;
   const int code = report_refusals(run, "commit", refused);
