@@ -75,6 +75,9 @@ enum {
   SESSION_OPC_LEAVE = 19,
 };
 
+// The longest time that a commit may wait for its confirmation, and hold its interfaces: others are rejected.
+constexpr uint32 kLongestConfirmationSec = 86'400;
+
 // What became of a commit that was to be confirmed. Another session's commit can be ended when its process has ended.
 enum class commit_end : uint8 { none_waits, kept, rolled_back };
 

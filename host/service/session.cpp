@@ -260,7 +260,7 @@ reply commit_changes(field_reader& request) {
   const std::string_view command = request.text();
   const bool is_to_be_confirmed = request.flag();
   const uint32 seconds = request.u32();
-  if (!request.is_complete()) return reject();
+  if (!request.is_complete() || seconds > kLongestConfirmationSec) return reject();
   const commit_result result =
       the_session().commit(command, is_to_be_confirmed ? std::optional(seconds) : std::nullopt);
   return answer_fields([&](field_writer& to) {

@@ -349,6 +349,12 @@ TEST_F(LeftCommits, OfAUserAreEndedByThatUserWithoutTheRightToChange) {
   EXPECT_EQ(own->done.end, commit_end::kept);
 }
 
+TEST_F(SessionRequests, ACommitDoesNotWaitForEver) {
+  ASSERT_TRUE(session_candidate(candidate_step::begin));
+  EXPECT_FALSE(session_commit("commit confirmed 86401", 86'401U));
+  EXPECT_EQ(noted_failures().size(), 1U);
+}
+
 TEST_F(LeftCommits, AreOnePerSession) {
   const session_scope of_other(*other_);
   ASSERT_TRUE(session_candidate(candidate_step::enter));

@@ -94,8 +94,6 @@ int show_diff(const invocation& run) {
   return kDone;
 }
 
-constexpr uint32 kLongestConfirmation = 86'400;  // seconds
-
 std::vector<if_index_t> interfaces_of(const std::vector<candidate_change>& changes) {
   std::vector<if_index_t> interfaces;
   for (const candidate_change& it : changes) interfaces.push_back(it.if_index);
@@ -149,8 +147,8 @@ int commit_candidate(const invocation& run, std::optional<uint32> seconds) {
 int commit(const invocation& run) { return commit_candidate(run, std::nullopt); }
 
 int commit_confirmed(const invocation& run) {
-  if (*run.line.number <= kLongestConfirmation) return commit_candidate(run, run.line.number);
-  run.output.complain(fmt::format("'commit confirmed' takes 1 to {} seconds.", kLongestConfirmation));
+  if (*run.line.number <= kLongestConfirmationSec) return commit_candidate(run, run.line.number);
+  run.output.complain(fmt::format("'commit confirmed' takes 1 to {} seconds.", kLongestConfirmationSec));
   return kUsage;
 }
 
