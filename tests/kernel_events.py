@@ -162,9 +162,9 @@ def check_lines(space):
         space.ip(f"link set {line}")
     lines = list(watch.lines())
     faults = []
-    if any(line[21:29].strip() != "link" or not line[31:].split("  ")[0].endswith(" (left)") for line in lines):
+    if any(line[21:30].strip() != "link" or not line[32:].split("  ")[0].endswith(" (left)") for line in lines):
         faults.append(f"lines of left: {lines}")
-    changes = [line[57:] for line in lines]
+    changes = [line[58:] for line in lines]
     if (len(changes), changes[0], changes[-1]) != (3, "mtu: 1500 -> 1300", "admin_state: down -> up"):
         faults.append(f"changes of left: {changes}")
     code, errors = watch.process.wait(), watch.process.stderr.read()

@@ -16,10 +16,14 @@ inline bool is_missing_right(uint32 status) { return status == kPortStatusNoRigh
 // 65,535 texts are kept; further ones get PM_ERR_GENERAL.
 uint32 status_of_text(const std::string& text);
 
+// The same for a text that soon changes, such as one with a time: its status is valid until 4,096 further ones were
+// made.
+uint32 status_of_passing_text(const std::string& text);
+
 // Whether a number may be such a status, of any process.
 bool is_status_of_text(uint32 status);
 
-// Its text, owned here for the life of the process; null for any other number.
+// Its text, owned here as long as the status is valid; null for any other number.
 const char* text_of_port_status(uint32 status);
 
 }  // namespace host

@@ -1,5 +1,8 @@
 #include "messages/calls/session.h"
 
+#include <utility>
+
+#include "base/port_status.h"
 #include "client/request.h"
 
 namespace host {
@@ -50,6 +53,22 @@ std::optional<answered_rollback> read_rollback(field_reader& from) {
   done.interfaces = from.numbers();
   done.num_refused = from.u32();
   return is_done ? std::optional(std::move(done)) : std::nullopt;
+}
+
+template <typename Read>
+auto end_commit(mts_opc_t opcode, uint32 session, Read read)
+    -> std::optional<end_of_commit<decltype(read(std::declval<field_reader&>()))>> {
+  std::vector<std::byte> request;
+  field_writer(request).u32(session);
+  const fields_answer answer(answered_by_errors(session_call(opcode)), request);
+  if (answer.error() == static_cast<syserr_t>(kPortStatusLookOnly)) return {{.is_refused = true}};
+  note_reported(session_call(opcode), answer.error());
+  if (answer.error() != 0) return std::nullopt;
+  field_reader fields = answer.fields();
+  auto done = read(fields);
+  if (fields.is_complete()) return {{.is_refused = false, .done = std::move(done)}};
+  answer.note_damage();
+  return std::nullopt;
 }
 
 }  // namespace
@@ -157,23 +176,34 @@ std::optional<answered_commit> session_commit(std::string_view command, std::opt
       [](field_reader& from) {
         answered_commit answer{read_made(from), {}};
         answer.fault = from.text();
+        answer.session = from.u32();
         return answer;
       });
 }
 
-std::optional<answered_confirmation> session_confirm() {
-  return ask_session(SESSION_OPC_CONFIRM, [](field_reader& from) {
+std::optional<end_of_commit<answered_confirmation>> session_confirm(uint32 session) {
+  return end_commit(SESSION_OPC_CONFIRM, session, [](field_reader& from) {
     answered_confirmation answer;
-    answer.is_kept = from.flag();
+    answer.end = static_cast<commit_end>(from.u8());
     answer.interfaces = from.numbers();
     answer.num_refused = from.u32();
     return answer;
   });
 }
 
-std::optional<answered_rollback> session_roll_back() {
-  const auto done = ask_session(SESSION_OPC_ROLL_BACK, read_rollback);
-  return done ? *done : std::nullopt;
+std::optional<end_of_commit<std::optional<answered_rollback>>> session_roll_back(uint32 session) {
+  return end_commit(SESSION_OPC_ROLL_BACK, session, read_rollback);
+}
+
+std::optional<left_commit> session_leave() {
+  return ask_session(SESSION_OPC_LEAVE, [](field_reader& from) {
+    left_commit left;
+    const bool is_kept = from.flag();
+    const uint32 seconds = from.u32();
+    if (is_kept) left.kept_seconds = seconds;
+    left.rolled_back = read_rollback(from);
+    return left;
+  });
 }
 
 std::optional<std::string> session_running_config(std::span<const if_index_t> interfaces, bool is_whole) {
@@ -198,12 +228,13 @@ std::optional<std::vector<command_list>> session_commands(std::span<const if_ind
 
 std::optional<std::vector<listed_session>> session_list() {
   return ask_session(SESSION_OPC_SESSIONS, [](field_reader& from) {
-    std::vector<listed_session> sessions(from.count(6 * sizeof(be32) + 3));
+    std::vector<listed_session> sessions(from.count(6 * sizeof(be32) + 4));
     for (listed_session& it : sessions) {
       it.number = from.u32();
       it.is_own = from.flag();
       it.user = from.text();
       it.process = from.u32();
+      it.has_ended = from.flag();
       it.terminal = from.text();
       it.since_sec = from.u32();
       it.has_candidate = from.flag();

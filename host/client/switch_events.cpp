@@ -38,12 +38,14 @@ std::vector<int> event_query::descriptors() const { return transport_descriptors
 bool event_query::read() {
   rows_.clear();
   has_lost_ = has_more_ = false;
+  num_lost_changes_ = 0;
   const auto is_taken = ask_fields(to_events(SWITCH_OPC_READ_EVENTS), request_for(cursor_),
                                    [this](field_reader& fields) { return take(fields); });
   if (is_taken && !*is_taken) transport_note_damaged(SAP_SWITCH);
   if (is_taken && *is_taken && reason_.empty()) return true;
   rows_.clear();
   has_lost_ = has_more_ = false;
+  num_lost_changes_ = 0;
   state_ = events_state::failed;
   return false;
 }
@@ -52,6 +54,7 @@ bool event_query::read() {
 bool event_query::take(field_reader& fields) {
   reason_ = fields.text();
   has_lost_ = fields.flag();
+  num_lost_changes_ = fields.u32();
   has_more_ = fields.flag();
   const auto texts = fields.texts<std::string_view>();
   bytes_.clear();

@@ -14,6 +14,7 @@
 #include <new>
 #include <utility>
 
+#include "base/c_edge.h"
 #include "daemon/frame_log.h"
 #include "daemon/log.h"
 #include "daemon/metrics/request_times.h"
@@ -75,14 +76,15 @@ session_owner owner_of_socket(int descriptor) {
   return {name_of_user(peer.uid), peer.uid, static_cast<uint32>(peer.pid), {}, static_cast<uint32>(clock_now())};
 }
 
-client::client(sd_event* loop, int descriptor, uint64 number, std::function<welcome()> describe,
+client::client(sd_event* loop, int descriptor, uint64 number, kept_commits& commits, std::function<welcome()> describe,
                std::function<void(client&)> on_end)
     : loop_(loop),
       descriptor_(descriptor),
       number_(number),
+      commits_(commits),
       describe_(std::move(describe)),
       on_end_(std::move(on_end)) {
-  session_.set_owner(owner_of_socket(descriptor));
+  session_->set_owner(owner_of_socket(descriptor));
   sd_event_source* made = nullptr;
   check_event(sd_event_add_io(loop_, &made, descriptor_, EPOLLIN, handle_io, this), "watch a connection");
   io_.reset(made);
@@ -93,6 +95,7 @@ client::~client() {
   io_.reset();
   more_.reset();
   close(descriptor_);
+  no_throw(0, [this] { return commits_.take(std::move(session_)), 0; });
 }
 
 // Runs what an event causes. A client that ended is destroyed here, last.
@@ -136,8 +139,8 @@ int client::handle_more(sd_event_source*, void* self) noexcept {
 void client::end(const std::string& reason) {
   flush();
   if (std::exchange(has_ended_, true)) return;
-  const session_owner& owner = session_.owner();
-  log_line(log_level::warning, fmt::format("shell {} (user {}, process {}) is ended: {}.", session_.number(),
+  const session_owner& owner = session_->owner();
+  log_line(log_level::warning, fmt::format("shell {} (user {}, process {}) is ended: {}.", session_->number(),
                                            shown_name(owner), owner.process, reason));
   const std::string sentence = fmt::format("the switch ended the connection: {}.", reason);
   // If the socket has no room, the shell finds only its end.
@@ -219,9 +222,9 @@ void client::greet(std::span<const std::byte> payload) {
                     "pmsh and pmshd",
                     own->version, answer.program_version, kProtocolVersion));
   is_greeted_ = true;
-  session_owner owner = session_.owner();
+  session_owner owner = session_->owner();
   owner.terminal = name_of_terminal(own->terminal);
-  session_.set_owner(std::move(owner));
+  session_->set_owner(std::move(owner));
   send(head_of(frame_kind::welcome), encode(answer));
 }
 
@@ -229,11 +232,13 @@ void client::serve(const frame_message& request) {
   const service* const asked = find_service(request.to);
   if (asked == nullptr)
     return end(fmt::format("no service has access point {} at node 0x{:x}", request.to.sap, request.to.node));
+  commits_.settle();
   reply said;
   {
-    const session_scope scope(session_);
+    const session_scope scope(*session_);
     said = call_service(*asked, request);
   }
+  commits_.settle();
   if (said.is_unknown) return end(fmt::format("the service '{}' has no opcode {}", asked->name, request.opcode));
   if (said.what == reply::kind::silence) return;
   const bool is_too_long = said.payload.size() > kMaxMessageBytes;
@@ -255,7 +260,7 @@ void client::follow(const frame_message& request) {
   if (followed_.contains(request.token)) return;
   std::vector<int> descriptors;
   {
-    const session_scope scope(session_);
+    const session_scope scope(*session_);
     descriptors = asked->descriptors(request.token);
   }
   std::vector<event_source>& watched = followed_[request.token];

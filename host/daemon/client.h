@@ -7,12 +7,14 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "daemon/event_source.h"
+#include "daemon/kept_commits.h"
 #include "settings/session.h"
 #include "transport/frame.h"
 #include "transport/hello.h"
@@ -27,15 +29,15 @@ session_owner owner_of_socket(int descriptor);
 class client {
  public:
   // `number` is for the log. `on_end` is called once, last: it destroys the client. `describe` returns what the daemon
-  // reports of the switch.
-  client(sd_event* loop, int descriptor, uint64 number, std::function<welcome()> describe,
+  // reports of the switch. `commits`, which outlives the client, keeps its commit that waits.
+  client(sd_event* loop, int descriptor, uint64 number, kept_commits& commits, std::function<welcome()> describe,
          std::function<void(client&)> on_end);
   ~client();
   client(const client&) = delete;
   client& operator=(const client&) = delete;
 
   uint64 number() const { return number_; }
-  void set_rights(const session_rights& rights) { session_.set_rights(rights); }
+  void set_rights(const session_rights& rights) { session_->set_rights(rights); }
 
   // Sends one sentence and ends; it is logged, too.
   void end(const std::string& reason);
@@ -61,9 +63,10 @@ class client {
   sd_event* loop_;
   int descriptor_;
   uint64 number_;
+  kept_commits& commits_;
   std::function<welcome()> describe_;
   std::function<void(client&)> on_end_;
-  switch_session session_;
+  std::unique_ptr<switch_session> session_ = std::make_unique<switch_session>();
   event_source io_, more_;
   std::map<uint32, std::vector<event_source>> followed_;  // by cursor: what becomes readable
   bool is_greeted_ = false;

@@ -54,6 +54,7 @@ daemon::daemon(int listening, std::string switch_name, std::string program_versi
   check_event(sd_event_new(&made), "make an event loop");
   loop_.reset(made);
   check_event(sd_event_set_watchdog(loop_.get(), 1), "watch the event loop");
+  commits_.emplace(loop_.get());
 
   sd_event_source* source = nullptr;
   check_event(sd_event_add_io(loop_.get(), &source, listening, EPOLLIN, handle_connection, this), "accept shells");
@@ -128,7 +129,7 @@ void daemon::add_client(int descriptor) {
   std::unique_ptr<client> added;
   try {
     added = std::make_unique<client>(
-        loop_.get(), descriptor, number, [this] { return describe(); },
+        loop_.get(), descriptor, number, *commits_, [this] { return describe(); },
         [this](client& ended) { clients_.erase(ended.number()); });
   } catch (...) {
     close(descriptor);

@@ -10,6 +10,7 @@
 
 #include "daemon/client.h"
 #include "daemon/event_source.h"
+#include "daemon/kept_commits.h"
 #include "daemon/metrics_server.h"
 
 namespace host {
@@ -45,6 +46,7 @@ class daemon {
   event_source signals_[2];
   bool is_short_of_descriptors_ = false;
   uint64 last_number_ = 0;
+  std::optional<kept_commits> commits_;
   std::map<uint64, std::unique_ptr<client>> clients_;
   std::unique_ptr<metrics_server> metrics_;
 };

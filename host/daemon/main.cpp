@@ -13,6 +13,7 @@
 #include "daemon/log.h"
 #include "daemon/options.h"
 #include "service/services.h"
+#include "settings/shared_source.h"
 #include "source/chassis/chassis_source.h"
 #include "source/kernel/kernel_source.h"
 #include "source/open/open_switch.h"
@@ -74,6 +75,7 @@ int run(const daemon_options& requested) {
     throw socket_error(fmt::format("the switch has no name for a socket: '{}'. Name it with --name.", name));
   const listening_socket listening(name, requested.socket, group);
   if (is_simulated && !requested.is_stateless) continue_switch(name, started_sec, opened.file, requested);
+  share_source();
   if (!requested.capture.empty()) begin_frame_capture(requested.capture);
   daemon serving(listening.descriptor(), name, PMCLI_VERSION, group);
   if (!requested.metrics.empty()) {

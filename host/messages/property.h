@@ -372,7 +372,9 @@ enum class property : uint16 {
   change,
   old_value,
   new_value,
-  last = new_value,
+  event_user,
+  event_terminal,
+  last = event_terminal,
 };
 
 inline constexpr uint16 kNumProperties = static_cast<uint16>(property::last) + 1;

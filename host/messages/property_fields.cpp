@@ -372,10 +372,12 @@ constexpr field kFields[] = {
 
     // Events.
     {property::event_time, "event_time", time, "", "Time", "When the shell received the event, in UTC"},
-    {property::event_kind, "event_kind", text, "", "Kind", "What the event is about: link, address, neighbor or module"},
-    {property::change, "change", text, "", "Change", "added, removed, or the name of what changed, such as mtu or oper_state"},
+    {property::event_kind, "event_kind", text, "", "Kind", "What the event is about: link, address, neighbor or module; setting, counters or interface: a change by a session"},
+    {property::change, "change", text, "", "Change", "added, removed, created, deleted, cleared, or the name of what changed, such as mtu or oper_state"},
     {property::old_value, "old_value", text, "", "Old value", "Value before the change; null when there was none"},
     {property::new_value, "new_value", text, "", "New value", "Value after the change; null when there is none"},
+    {property::event_user, "event_user", text, "", "By", "User of the session that made the change; null when no session did"},
+    {property::event_terminal, "event_terminal", text, "", "On", "Terminal of that session; null when it has none"},
 };
 // clang-format on
 

@@ -36,22 +36,23 @@ enum { SAP_SESSION = 201 };
 //                                                                         it may cut the link, it is deleted, it is
 //                                                                         created; commands before and after
 // SESSION_OPC_COMMIT                text of the command, flag: to be      changes made, text: why nothing could be
-//                                   confirmed, u32 in these seconds       committed
-// SESSION_OPC_CONFIRM               nothing                               flag: it is kept, its interfaces, u32 number
-// that
-//                                                                         refused the rollback that came before
-// SESSION_OPC_ROLL_BACK             nothing                               flag: a commit waited, its interfaces, u32
-// number
-//                                                                         that refused
+//                                   confirmed, u32 in these seconds       committed, u32 number of the session
+// SESSION_OPC_CONFIRM               u32 session, 0: the own one           u8 commit_end, its interfaces, u32 number
+//                                                                         that refused the rollback that came before
+// SESSION_OPC_ROLL_BACK             u32 session, 0: the own one           flag: a commit waited, its interfaces, u32
+//                                                                         number that refused
+// SESSION_OPC_LEAVE                 nothing: the shell ends               flag: the switch keeps the commit that waits,
+//                                                                         u32 seconds left; if not: as for the request
+//                                                                         before
 // SESSION_OPC_RUNNING_CONFIG        interfaces, flag: the whole switch    text
 // SESSION_OPC_COMMANDS              interfaces                            for each the commands of its settings
 // SESSION_OPC_SAVE_STARTUP          nothing                               nothing
 // SESSION_OPC_STATUS_TEXT           u32 status of a port                  flag: it has a text of its own; text
 // SESSION_OPC_SESSIONS              nothing                               u32 count and for each session of the switch
 //                                                                         u32 number, flag: it asks, text user, u32
-//                                                                         process, text terminal, u32 since, flag: it
-//                                                                         has a candidate, flag: a commit waits, u32
-//                                                                         seconds left
+//                                                                         process, flag: that has ended, text terminal,
+//                                                                         u32 since, flag: it has a candidate, flag: a
+//                                                                         commit waits, u32 seconds left
 enum {
   SESSION_OPC_BEGIN_LINE = 1,
   SESSION_OPC_BEGIN_CHANGES = 2,
@@ -71,7 +72,14 @@ enum {
   SESSION_OPC_SAVE_STARTUP = 16,
   SESSION_OPC_STATUS_TEXT = 17,
   SESSION_OPC_SESSIONS = 18,
+  SESSION_OPC_LEAVE = 19,
 };
+
+// The longest time that a commit may wait for its confirmation, and hold its interfaces: others are rejected.
+constexpr uint32 kLongestConfirmationSec = 86'400;
+
+// What became of a commit that was to be confirmed. Another session's commit can be ended when its process has ended.
+enum class commit_end : uint8 { none_waits, kept, rolled_back };
 
 // What happens to the candidate: it begins and ends; requests are for it from its entering to its leaving; its changes
 // are discarded.

@@ -40,7 +40,8 @@ enum switch_opcode : mts_opc_t {
   SWITCH_OPC_TRAFFIC = 12,       // u32: interface            flag, u64: nanoseconds since 1970; u64: bytes and
                                  //                           packets in, then out, each; u32: cleared, in seconds
   SWITCH_OPC_OPEN_EVENTS = 13,   // nothing                   u8: events_state; u32: cursor; text: why not
-  SWITCH_OPC_READ_EVENTS = 14,   // u32: cursor               text: why not; flag: some were lost; flag: more have
+  SWITCH_OPC_READ_EVENTS = 14,   // u32: cursor               text: why not; flag: some of the source were lost; u32:
+                                 //                           changes by sessions that were lost; flag: more have
                                  //                           come; texts: the values of each (interface_values.h)
   SWITCH_OPC_CLOSE_EVENTS = 15,  // u32: cursor               nothing
   SWITCH_OPC_ADVANCE_CLOCK = 16, // u32: seconds              clock

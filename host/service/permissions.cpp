@@ -15,9 +15,10 @@
 namespace host {
 namespace {
 
-bool may_send(const known_request& request) {
-  switch (request.effect) {
-    case request_effect::none: return true;
+bool may_send(request_effect effect) {
+  switch (effect) {
+    case request_effect::none:
+    case request_effect::session: return true;
     case request_effect::settings: return the_session().rights().may_change || trial::is_running();
     case request_effect::other: return the_session().rights().may_change;
   }
@@ -37,13 +38,28 @@ reply serve_permitted(std::span<const known_request> known, service_function ser
   const auto found =
       std::find_if(known.begin(), known.end(), [opcode](const known_request& it) { return it.opcode == opcode; });
   if (found == known.end()) return reject_opcode();
-  if (!may_send(*found)) {
+  const bool only_reads = found->only_reads != nullptr && found->only_reads(request);
+  const request_effect effect = only_reads ? request_effect::none : found->effect;
+  if (!may_send(effect)) {
     if (std::optional<reply> refused = found->refuse(opcode, request, kPortStatusLookOnly)) return std::move(*refused);
   }
+  if (effect == request_effect::none) {
+    const view_scope as_begun(the_session().view());
+    return serve(opcode, request);
+  }
+  if (changes_others(effect) && !trial::is_running()) keep_views(&the_session().view());
   reply said = serve(opcode, request);
-  if (found->effect == request_effect::none) return said;
   const uint32 status = the_source().store_changes(the_machine());
   return status == 0 ? std::move(said) : found->refuse(opcode, request, status).value_or(reject());
+}
+
+bool changes_others(request_effect effect) {
+  return effect == request_effect::settings || effect == request_effect::other;
+}
+
+bool reads_statistics(std::span<const std::byte> request) {
+  const auto read = read_request<eth_statistics_request>(request);
+  return !read || read->get != 0;  // what cannot be read is rejected
 }
 
 std::optional<reply> refuse_with_error(mts_opc_t, std::span<const std::byte>, uint32 status) {
@@ -78,10 +94,12 @@ std::optional<reply> refuse_clear(mts_opc_t, std::span<const std::byte> request,
   return answer;
 }
 
-std::optional<reply> refuse_clear_of_statistics(mts_opc_t, std::span<const std::byte> request, uint32 status) {
-  const auto read = read_request<eth_statistics_request>(request);
-  if (!read || read->get != 0) return std::nullopt;
-  return answer_error(static_cast<syserr_t>(status));
+// A user ends the commits that the own sessions left.
+std::optional<reply> refuse_end_of_commit(mts_opc_t opcode, std::span<const std::byte> request, uint32 status) {
+  field_reader fields(request);
+  switch_session* const of = find_abandoned_session(fields.u32());
+  if (of != nullptr && of->owner().user == the_session().owner().user) return std::nullopt;
+  return refuse_with_error(opcode, request, status);
 }
 
 std::optional<reply> refuse_session_change(mts_opc_t opcode, std::span<const std::byte>, uint32 status) {
@@ -93,7 +111,9 @@ std::optional<reply> refuse_session_change(mts_opc_t opcode, std::span<const std
       to.u32(it);
       to.u32(status);
     }
-    if (opcode == SESSION_OPC_COMMIT) to.text({});  // no other fault
+    if (opcode != SESSION_OPC_COMMIT) return;
+    to.text({});  // no other fault
+    to.u32(the_session().number());
   });
 }
 

@@ -26,6 +26,7 @@ namespace {
 
 // ---- The requests of each service: those that it does not list are rejected.
 
+constexpr auto kSession = request_effect::session;
 constexpr auto kSettings = request_effect::settings;
 constexpr auto kOther = request_effect::other;
 
@@ -34,8 +35,8 @@ constexpr known_request kOfPortManager[] = {
     {PM_OPC_TRANSCEIVER},
     {PM_OPC_LISTING},
     {PM_OPC_TRACKED_PORTS},
-    {PM_OPC_ETH_STATISTICS, kOther, refuse_clear_of_statistics},
-    {PM_OPC_CHANNEL_STATISTICS, kOther, refuse_clear_of_statistics},
+    {PM_OPC_ETH_STATISTICS, kOther, refuse_with_error, reads_statistics},
+    {PM_OPC_CHANNEL_STATISTICS, kOther, refuse_with_error, reads_statistics},
     {PM_OPC_INTERFACE_COUNTERS},
     {PM_OPC_STARTUP_LISTING},
     {PM_OPC_CLEAR_COUNTERS, kOther, refuse_clear},
@@ -80,30 +81,31 @@ constexpr known_request kOfTables[] = {{TABLES_OPC_BEGIN}, {TABLES_OPC_GO_ON}, {
 
 // What begins and ends in the session alone changes nothing for others. Only who may commit has a commit to confirm.
 constexpr known_request kOfSession[] = {
-    {SESSION_OPC_BEGIN_LINE},
-    {SESSION_OPC_BEGIN_CHANGES},
-    {SESSION_OPC_STEP},
-    {SESSION_OPC_CHANGED_PORTS},
+    {SESSION_OPC_BEGIN_LINE, kSession},
+    {SESSION_OPC_BEGIN_CHANGES, kSession},
+    {SESSION_OPC_STEP, kSession},
+    {SESSION_OPC_CHANGED_PORTS, kSession},
     {SESSION_OPC_UNDO, kSettings, refuse_session_change},
-    {SESSION_OPC_NOTE_PORTS},
-    {SESSION_OPC_PORT_RESULTS},
-    {SESSION_OPC_DRY_RUN},
-    {SESSION_OPC_CANDIDATE},
-    {SESSION_OPC_CANDIDATE_CHANGES},
+    {SESSION_OPC_NOTE_PORTS, kSession},
+    {SESSION_OPC_PORT_RESULTS, kSession},
+    {SESSION_OPC_DRY_RUN, kSession},
+    {SESSION_OPC_CANDIDATE, kSession},
+    {SESSION_OPC_CANDIDATE_CHANGES, kSession},
     {SESSION_OPC_COMMIT, kSettings, refuse_session_change},
-    {SESSION_OPC_CONFIRM, kSettings, refuse_with_error},
-    {SESSION_OPC_ROLL_BACK, kSettings, refuse_with_error},
-    {SESSION_OPC_RUNNING_CONFIG},
-    {SESSION_OPC_COMMANDS},
+    {SESSION_OPC_CONFIRM, kSettings, refuse_end_of_commit},
+    {SESSION_OPC_ROLL_BACK, kSettings, refuse_end_of_commit},
+    {SESSION_OPC_LEAVE, kSettings, refuse_with_error},
+    {SESSION_OPC_RUNNING_CONFIG, kSession},
+    {SESSION_OPC_COMMANDS, kSession},
     {SESSION_OPC_SAVE_STARTUP, kSettings, refuse_with_error},
-    {SESSION_OPC_STATUS_TEXT},
-    {SESSION_OPC_SESSIONS},
+    {SESSION_OPC_STATUS_TEXT, kSession},
+    {SESSION_OPC_SESSIONS, kSession},
 };
 constexpr known_request kOfSwitch[] = {
     {SWITCH_OPC_INTERFACES},
     {SWITCH_OPC_EXIST},
     {SWITCH_OPC_TOWARDS},
-    {SWITCH_OPC_REFRESH},
+    {SWITCH_OPC_REFRESH, kSession},
     {SWITCH_OPC_FACTS},
     {SWITCH_OPC_RATE_TIME},
     {SWITCH_OPC_USER},
@@ -112,9 +114,9 @@ constexpr known_request kOfSwitch[] = {
     {SWITCH_OPC_DEVICES},
     {SWITCH_OPC_BASELINES, kOther, refuse_with_error},
     {SWITCH_OPC_TRAFFIC},
-    {SWITCH_OPC_OPEN_EVENTS},
-    {SWITCH_OPC_READ_EVENTS},
-    {SWITCH_OPC_CLOSE_EVENTS},
+    {SWITCH_OPC_OPEN_EVENTS, kSession},
+    {SWITCH_OPC_READ_EVENTS, kSession},
+    {SWITCH_OPC_CLOSE_EVENTS, kSession},
     {SWITCH_OPC_ADVANCE_CLOCK, kOther, refuse_with_error},
 };
 constexpr known_request kOfLineCard[] = {{MTS_OPC_PORT_MISC_INFO}};

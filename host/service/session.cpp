@@ -48,7 +48,8 @@ std::string itself(if_index_t if_index) { return "interface " + range_text({&if_
 // ---- Lines
 
 reply begin_line(field_reader&) {
-  const std::optional<rollback> rolled_back = the_session().end_overdue_commit();
+  the_session().end_overdue_commit();
+  const std::optional<rollback> rolled_back = the_session().take_overdue_rollback();
   const std::optional<uint32> seconds = the_session().seconds_to_confirm();
   return answer_fields([&](field_writer& to) {
     write_rollback(to, rolled_back);
@@ -259,30 +260,54 @@ reply commit_changes(field_reader& request) {
   const std::string_view command = request.text();
   const bool is_to_be_confirmed = request.flag();
   const uint32 seconds = request.u32();
-  if (!request.is_complete()) return reject();
+  if (!request.is_complete() || seconds > kLongestConfirmationSec) return reject();
   const commit_result result =
       the_session().commit(command, is_to_be_confirmed ? std::optional(seconds) : std::nullopt);
   return answer_fields([&](field_writer& to) {
     write_made(to, result.made);
     to.text(result.fault);
+    to.u32(the_session().number());
   });
 }
 
-reply confirm(field_reader&) {
-  if (const uint32 status = the_source().store_confirmation(the_machine(), the_session().number()); status != 0)
-    return answer_error(static_cast<syserr_t>(status));
+// The session whose commit a request ends; null when it is not that of the request and its process has not ended.
+switch_session* session_to_end(uint32 number) { return number == 0 ? &the_session() : find_abandoned_session(number); }
+
+reply confirm(field_reader& request) {
+  const uint32 number = request.u32();
+  if (!request.is_complete()) return reject();
+  switch_session* const of = session_to_end(number);
+  if (of != nullptr)
+    if (const uint32 status = the_source().store_confirmation(the_machine(), of->number()); status != 0)
+      return answer_error(static_cast<syserr_t>(status));
   std::optional<rollback> rolled_back;
-  const auto kept = the_session().confirm(rolled_back);
+  const auto kept = of != nullptr ? of->confirm(rolled_back) : std::nullopt;
+  const commit_end end = kept ? commit_end::kept : rolled_back ? commit_end::rolled_back : commit_end::none_waits;
   return answer_fields([&](field_writer& to) {
-    to.flag(kept.has_value());
+    to.u8(static_cast<uint8>(end));
     write_interfaces(to, kept ? *kept : rolled_back ? rolled_back->interfaces : std::vector<if_index_t>());
     to.u32(rolled_back ? static_cast<uint32>(rolled_back->num_refused) : 0);
   });
 }
 
-reply roll_back(field_reader&) {
-  const std::optional<rollback> done = the_session().roll_back();
+reply roll_back(field_reader& request) {
+  const uint32 number = request.u32();
+  if (!request.is_complete()) return reject();
+  switch_session* const of = session_to_end(number);
+  const std::optional<rollback> done = of != nullptr ? of->roll_back() : std::nullopt;
   return answer_fields([&](field_writer& to) { write_rollback(to, done); });
+}
+
+// The switch of a shell of the same process ends with it.
+reply leave(field_reader&) {
+  const std::optional<uint32> seconds =
+      the_session().is_of_client() ? the_session().seconds_to_confirm() : std::nullopt;
+  const std::optional<rollback> done = seconds ? std::nullopt : the_session().roll_back();
+  return answer_fields([&](field_writer& to) {
+    to.flag(seconds.has_value());
+    to.u32(seconds.value_or(0));
+    write_rollback(to, done);
+  });
 }
 
 // ---- Settings as commands
@@ -332,6 +357,7 @@ void write_session(field_writer& to, switch_session& it) {
   to.flag(&it == &the_session());
   to.text(shown_name(owner));
   to.u32(owner.process);
+  to.flag(it.is_abandoned());
   to.text(owner.terminal);
   to.u32(owner.since_sec);
   to.flag(it.has_candidate());
@@ -367,8 +393,9 @@ constexpr session_request kSessionRequests[] = {
     {SESSION_OPC_CANDIDATE, false, step_candidate},
     {SESSION_OPC_CANDIDATE_CHANGES, false, answer_candidate_changes},
     {SESSION_OPC_COMMIT, false, commit_changes},
-    {SESSION_OPC_CONFIRM, true, confirm},
-    {SESSION_OPC_ROLL_BACK, true, roll_back},
+    {SESSION_OPC_CONFIRM, false, confirm},
+    {SESSION_OPC_ROLL_BACK, false, roll_back},
+    {SESSION_OPC_LEAVE, true, leave},
     {SESSION_OPC_RUNNING_CONFIG, false, answer_running_config},
     {SESSION_OPC_COMMANDS, false, answer_commands},
     {SESSION_OPC_SAVE_STARTUP, true, save_startup},

@@ -31,6 +31,9 @@ constexpr std::string_view word_of(event_kind kind) {
     case event_kind::address: return "address";
     case event_kind::neighbor: return "neighbor";
     case event_kind::module: return "module";
+    case event_kind::setting: return "setting";
+    case event_kind::counters: return "counters";
+    case event_kind::interface: return "interface";
   }
   return {};
 }
@@ -66,6 +69,8 @@ std::vector<std::byte> values_of(const switch_event& event) {
   to.text(property::change, event.change);
   to.text(property::old_value, text_of_value(event.old_value));
   to.text(property::new_value, text_of_value(event.new_value));
+  to.text(property::event_user, event.user);
+  to.text(property::event_terminal, event.terminal);
   return bytes;
 }
 
@@ -107,6 +112,7 @@ reply answer_no_events(std::string_view reason) {
   return answer_fields([&](field_writer& to) {
     to.text(reason);
     to.flag(false);
+    to.u32(0);
     to.flag(false);
     to.texts(std::vector<std::string_view>());
   });
@@ -144,11 +150,13 @@ reply answer_events(field_reader& request) {
   if (!request.is_complete() || found == all_open_events().end()) return reject();
   open_events& events = found->second;
   bool has_lost = false;
+  uint32 num_lost_changes = 0;
   if (events.next == events.waiting.size()) {
     events.waiting.clear();
     events.next = 0;
     try {
       has_lost = !events.reader->read(events.waiting);
+      num_lost_changes = events.reader->num_lost_changes();
     } catch (const std::runtime_error& why) {
       return answer_no_events(why.what());
     }
@@ -157,6 +165,7 @@ reply answer_events(field_reader& request) {
   return answer_fields([&](field_writer& to) {
     to.text({});
     to.flag(has_lost);
+    to.u32(num_lost_changes);
     to.flag(events.next != events.waiting.size());
     to.texts(texts);
   });

@@ -59,6 +59,8 @@ reply refresh_switch(field_reader& request) {
     return answer_refresh(why.what());
   }
   refreshed_at_sec = clock_now_exactly();
+  // Devices change by themselves, and their values are read while they are shown.
+  if (the_source().knows_all_fields()) the_session().view().begin();
   return answer_refresh({});
 }
 

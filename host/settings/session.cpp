@@ -3,9 +3,12 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "base/c_edge.h"
+#include "base/port_status.h"
+#include "settings/change_feed.h"
 #include "switch/clock.h"
 #include "switch/source.h"
 
@@ -15,12 +18,21 @@ namespace {
 // Null: that of the process.
 switch_session* running_session = nullptr;
 
+// Null: it was not asked for, or has ended.
+switch_session* process_session = nullptr;
+
 switch_session& session_of_process() {
   static switch_session session;
+  process_session = &session;
   return session;
 }
 
 std::vector<switch_session*>& every_session() {
+  static std::vector<switch_session*> all;
+  return all;
+}
+
+std::vector<switch_session*>& every_waiting_session() {
   static std::vector<switch_session*> all;
   return all;
 }
@@ -56,8 +68,37 @@ std::string name_of_terminal(std::string_view device) {
 
 std::span<switch_session* const> living_sessions() { return every_session(); }
 
+std::span<switch_session* const> waiting_sessions() { return every_waiting_session(); }
+
+switch_session* holder_of(if_index_t if_index) {
+  const auto& waiting = every_waiting_session();
+  if (waiting.empty()) return nullptr;
+  const switch_session* const own = &the_session();
+  const auto found = std::find_if(waiting.begin(), waiting.end(), [=](const switch_session* it) {
+    const auto held = it->unconfirmed_interfaces();
+    return it == own || std::binary_search(held.begin(), held.end(), if_index);
+  });
+  return found == waiting.end() ? nullptr : *found;
+}
+
+switch_session* find_abandoned_session(uint32 number) {
+  const auto& all = every_session();
+  const auto found = std::find_if(all.begin(), all.end(), [number](const switch_session* it) {
+    return it->number() == number && it->is_abandoned();
+  });
+  return found == all.end() ? nullptr : *found;
+}
+
+std::optional<uint32> earliest_deadline() {
+  std::optional<uint32> earliest;
+  for (const switch_session* const it : every_waiting_session())
+    if (const uint32 deadline = it->deadline_sec(); !earliest || deadline < *earliest) earliest = deadline;
+  return earliest;
+}
+
 switch_session::switch_session() : number_(next_number()), since_sec_(static_cast<uint32>(clock_now())) {
   every_session().push_back(this);
+  every_waiting_session();  // lives longer than the session of the process
 }
 
 const session_owner& switch_session::owner() {
@@ -94,14 +135,44 @@ void switch_session::leave() {
   swap_journal(journal_);
 }
 
-switch_session::~switch_session() {
-  if (unconfirmed_) {
-    no_throw(0, [this] {
-      const session_scope own(*this);
-      return roll_back(), 0;
-    });
+// While it lives, requests are of a session, and for the switch itself: no dry run and no candidate takes them.
+class switch_session::switch_scope {
+ public:
+  explicit switch_scope(switch_session& of)
+      : of_(of),
+        suspended_(running_session != nullptr ? running_session : process_session),
+        outer_(std::exchange(running_session, &of)) {
+    if (suspended_ != nullptr) suspended_->leave();
+    swap_journal(of_.journal_);
   }
+  ~switch_scope() {
+    swap_journal(of_.journal_);
+    if (suspended_ != nullptr) suspended_->enter();
+    running_session = outer_;
+  }
+  switch_scope(const switch_scope&) = delete;
+  switch_scope& operator=(const switch_scope&) = delete;
+
+ private:
+  switch_session& of_;
+  switch_session* suspended_;
+  switch_session* outer_;
+};
+
+switch_session::~switch_session() {
+  if (unconfirmed_) no_throw(0, [this] { return roll_back(), 0; });
+  if (unconfirmed_) end_waiting();
+  if (process_session == this) process_session = nullptr;
   std::erase(every_session(), this);
+}
+
+void switch_session::abandon() {
+  end_candidate();
+  end_dry_run();
+  view_.end();
+  noted.clear();
+  kept_.clear();
+  is_abandoned_ = true;
 }
 
 void switch_session::begin_dry_run() {
@@ -148,13 +219,33 @@ void switch_session::discard_candidate() {
   if (candidate_) candidate_->begin_again();
 }
 
+namespace {
+
+changes_made refuse_all(const machine_changes& changes, uint32 status) {
+  changes_made refused;
+  for (const if_index_t it : changes.ports()) refused.refused.push_back({it, status});
+  return refused;
+}
+
+// The changes of interfaces that no commit of another session holds.
+machine_changes free_changes(machine_changes changes) {
+  const auto is_held = [](const auto& it) { return holder_of(it.first) != nullptr; };
+  std::erase_if(changes.changed, is_held);
+  for (auto* const interfaces : {&changes.created, &changes.restored, &changes.deleted})
+    std::erase_if(*interfaces, is_held);
+  return changes;
+}
+
+}  // namespace
+
 commit_result switch_session::commit(std::string_view command, std::optional<uint32> seconds) {
   if (!candidate_) return {};
   const machine_changes changes = candidate_->changes();
+  if (unconfirmed_) return {refuse_all(changes, status_of_text("a commit of this session waits for 'confirm'")), {}};
   commit_result result;
   std::unique_ptr<guardian> keeper;
   if (seconds && !changes.is_empty() && the_source().devices()) {
-    keeper = guardian::start(reversed(changes), result.fault);
+    keeper = guardian::start(reversed(free_changes(changes)), result.fault);
     if (!keeper) return result;
   }
   std::optional<machine> before_commit;
@@ -166,12 +257,21 @@ commit_result switch_session::commit(std::string_view command, std::optional<uin
   if (status != 0) refuse_all(result.made, status);
   if (seconds && !result.made.applied.empty()) {
     if (keeper) keeper->begin(*seconds);
-    unconfirmed_ = std::make_unique<unconfirmed_commit>(
-        unconfirmed_commit{result.made.applied, static_cast<uint32>(clock_now()) + *seconds, std::move(keeper)});
+    begin_waiting({result.made.applied, static_cast<uint32>(clock_now()) + *seconds, std::move(keeper)});
   }
   candidate_->begin_again(changes, result.made);
   if (unconfirmed_ && before_commit) candidate_->keep_before_commit(std::move(*before_commit));
   return result;
+}
+
+void switch_session::begin_waiting(unconfirmed_commit commit) {
+  every_waiting_session().push_back(this);
+  unconfirmed_ = std::make_unique<unconfirmed_commit>(std::move(commit));
+}
+
+std::unique_ptr<switch_session::unconfirmed_commit> switch_session::end_waiting() {
+  std::erase(every_waiting_session(), this);
+  return std::exchange(unconfirmed_, nullptr);
 }
 
 std::optional<uint32> switch_session::seconds_to_confirm() const {
@@ -180,27 +280,40 @@ std::optional<uint32> switch_session::seconds_to_confirm() const {
   return unconfirmed_->deadline_sec > now ? unconfirmed_->deadline_sec - now : 0;
 }
 
-std::optional<rollback> switch_session::end_overdue_commit() {
-  if (!unconfirmed_) return std::nullopt;
+std::span<const if_index_t> switch_session::unconfirmed_interfaces() const {
+  return unconfirmed_ ? std::span<const if_index_t>(unconfirmed_->interfaces) : std::span<const if_index_t>();
+}
+
+bool switch_session::end_overdue_commit() {
+  if (!unconfirmed_) return false;
   const bool is_over = seconds_to_confirm() == 0U;
-  return is_over || (unconfirmed_->keeper && unconfirmed_->keeper->has_ended()) ? roll_back() : std::nullopt;
+  if (!is_over && !(unconfirmed_->keeper && unconfirmed_->keeper->has_ended())) return false;
+  overdue_rollback_ = roll_back();
+  return true;
 }
 
 std::optional<std::vector<if_index_t>> switch_session::confirm(std::optional<rollback>& rolled_back) {
-  if (!unconfirmed_) return std::nullopt;
+  if (!unconfirmed_) {
+    rolled_back = take_overdue_rollback();
+    return std::nullopt;
+  }
   if (unconfirmed_->keeper && !unconfirmed_->keeper->confirm()) {
     rolled_back = roll_back();
     return std::nullopt;
   }
-  return std::exchange(unconfirmed_, nullptr)->interfaces;
+  return end_waiting()->interfaces;
 }
 
-// The guardian does it, or the journal when there is none.
+// The guardian does it, or the journal when there is none. Devices that cannot be read now are read by later requests.
 std::optional<rollback> switch_session::roll_back() {
-  if (!unconfirmed_) return std::nullopt;
-  const std::unique_ptr<unconfirmed_commit> commit = std::exchange(unconfirmed_, nullptr);
+  if (!unconfirmed_) return take_overdue_rollback();
+  const switch_scope of_switch(*this);
+  keep_views(nullptr);
+  const std::unique_ptr<unconfirmed_commit> commit = end_waiting();
+  const changes_elsewhere by_keeper(commit->interfaces);
   const std::optional<uint32> refused = commit->keeper ? commit->keeper->roll_back() : std::nullopt;
-  the_source().refresh(the_machine());
+  no_throw(0, [] { return the_source().refresh(the_machine()), 0; });
+  if (refused) by_keeper.publish();
   rollback done{commit->interfaces, refused ? *refused : roll_back_change(the_machine(), number_).refused.size()};
   if (candidate_) candidate_->compare_again();
   return done;

@@ -15,6 +15,7 @@
 #include "platform/types.h"
 #include "settings/candidate.h"
 #include "settings/change_journal.h"
+#include "settings/command_view.h"
 #include "settings/guardian.h"
 #include "settings/machine_changes.h"
 #include "settings/trial.h"
@@ -65,7 +66,7 @@ class switch_session {
   // Of this process, until another owner is set.
   switch_session();
 
-  // Rolls back a commit that was not confirmed.
+  // Rolls back a commit that waits for its confirmation.
   ~switch_session();
   switch_session(const switch_session&) = delete;
   switch_session& operator=(const switch_session&) = delete;
@@ -76,12 +77,19 @@ class switch_session {
   const session_owner& owner();
   void set_owner(session_owner owner);
 
-  // Whether another process has it.
+  // Whether another process has it, or had it.
   bool is_of_client() const { return is_of_client_; }
+
+  // The process that had it has ended, and with it all but a commit that waits for its confirmation.
+  void abandon();
+  bool is_abandoned() const { return is_abandoned_; }
 
   // All, until others are set.
   const session_rights& rights() const { return rights_; }
   void set_rights(const session_rights& rights) { rights_ = rights; }
+
+  // The switch as its running command sees it.
+  command_view& view() { return view_; }
 
   // ---- Dry run: until its end, requests are for a copy of the machine. A second one within it has no effect.
 
@@ -116,14 +124,23 @@ class switch_session {
   // The seconds left; nothing when none waits.
   std::optional<uint32> seconds_to_confirm() const;
 
-  // Rolls back a commit whose time is over.
-  std::optional<rollback> end_overdue_commit();
+  // When they are over, by the clock of the switch. Only while a commit waits.
+  uint32 deadline_sec() const { return unconfirmed_->deadline_sec; }
+
+  // Its interfaces, sorted; none when none waits.
+  std::span<const if_index_t> unconfirmed_interfaces() const;
+
+  // Rolls back a commit whose time is over, and keeps what was done. False when there is none.
+  bool end_overdue_commit();
+
+  // What end_overdue_commit() did since the last call.
+  std::optional<rollback> take_overdue_rollback() { return std::exchange(overdue_rollback_, std::nullopt); }
 
   // Keeps the commit that waits, and returns its interfaces. Nothing when its time was over: `rolled_back` has what was
   // done then.
   std::optional<std::vector<if_index_t>> confirm(std::optional<rollback>& rolled_back);
 
-  // Rolls back the commit that waits.
+  // Rolls back the commit that waits. Returns what is done; nothing when none waited.
   std::optional<rollback> roll_back();
 
   // ---- What services keep for this session
@@ -143,9 +160,10 @@ class switch_session {
 
  private:
   friend class session_scope;
+  class switch_scope;
 
   struct unconfirmed_commit {
-    std::vector<if_index_t> interfaces;     // that it changed
+    std::vector<if_index_t> interfaces;     // that it changed, sorted
     uint32 deadline_sec = 0;                // by the clock of the switch
     std::unique_ptr<guardian> keeper = {};  // of the kernel's devices; null: their state ends with the process
   };
@@ -154,17 +172,23 @@ class switch_session {
   void enter();
   void leave();
 
+  void begin_waiting(unconfirmed_commit commit);
+  std::unique_ptr<unconfirmed_commit> end_waiting();
+
   std::map<std::type_index, std::shared_ptr<void>> kept_;
   uint32 number_;
   uint32 since_sec_;
   std::optional<session_owner> owner_;  // none: this process, which was not asked for yet
   bool is_of_client_ = false;
+  bool is_abandoned_ = false;
   session_rights rights_;
+  command_view view_;
   change_journal journal_;
   std::optional<trial_state> dry_run_;
   std::unique_ptr<candidate> candidate_;
   bool is_for_candidate_ = false;
   std::unique_ptr<unconfirmed_commit> unconfirmed_;
+  std::optional<rollback> overdue_rollback_;
   std::optional<trial> in_dry_run_;
   std::optional<trial> in_candidate_;
 };
@@ -174,6 +198,19 @@ switch_session& the_session();
 
 // Every session, the oldest first.
 std::span<switch_session* const> living_sessions();
+
+// Those with a commit that waits for its confirmation.
+std::span<switch_session* const> waiting_sessions();
+
+// The session whose commit that waits forbids that the_session() changes an interface; null: none does. A session whose
+// own commit waits changes nothing.
+switch_session* holder_of(if_index_t if_index);
+
+// The session with this number, if its process has ended; otherwise null.
+switch_session* find_abandoned_session(uint32 number);
+
+// When the time of the first commit that waits is over, by the clock of the switch.
+std::optional<uint32> earliest_deadline();
 
 // While it lives, requests are those of a session: services use its state. The end of the scope restores the previous
 // one.

@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import re
 import signal
 import socket
 import struct
@@ -17,6 +18,7 @@ LOCAL_NODE = 0xFE000000
 PORT_MANAGER = 179
 PORT_CONFIG = 301  # an opcode of the port manager; it rejects a request without a range
 PACKET = 1024 * 1024
+CLOCK_SHOWN = re.compile(r"[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9:]{8}Z\n")
 
 
 def frame(kind, payload=b"", token=0, node=0, sap=0, opcode=0, flags=0, size=None):
@@ -120,6 +122,54 @@ def run(shell, target, *commands, options=(), environment=None):
     done = subprocess.run([shell, "--connect", target, *options, *lines], stdin=subprocess.DEVNULL, capture_output=True,
                           text=True, env={**os.environ, "TZ": "UTC", **(environment or {})}, check=False)
     return done.returncode, done.stdout, done.stderr
+
+
+class Shell:
+    """A shell that runs a line when it is written, with its output and its errors together."""
+
+    def __init__(self, shell, switch):
+        self.process = subprocess.Popen([shell, "--connect", switch.socket], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                        stderr=subprocess.STDOUT, text=True, env={**os.environ, "TZ": "UTC"})
+
+    def run(self, *lines):
+        """What the lines print, up to the sign that the last one has ended."""
+        self.process.stdin.write("".join(line + "\n" for line in (*lines, "show clock")))
+        self.process.stdin.flush()
+        shown = []
+        for line in self.process.stdout:
+            if CLOCK_SHOWN.fullmatch(line):
+                return "".join(shown)
+            shown.append(line)
+        sys.exit(f"the shell ended: {''.join(shown)}")
+
+    def kill(self):
+        self.process.kill()
+        self.process.wait()
+        self.process.stdout.close()
+
+    def end(self):
+        out, _ = self.process.communicate()
+        return self.process.returncode, out
+
+
+class Watch:
+    """A running "watch events": its titles have been read, so events come."""
+
+    def __init__(self, pmsh, switch, command="watch events"):
+        self.process = subprocess.Popen([pmsh, "--connect", switch.socket, "-c", command], stdout=subprocess.PIPE,
+                                        stderr=subprocess.PIPE, text=True, env={**os.environ, "TZ": "UTC"})
+        expect("Kind" in self.process.stdout.readline(), "there are no titles")
+
+    def read_until(self, text):
+        for line in self.process.stdout:
+            if text in line:
+                return line
+        sys.exit(f"'{text}' does not come: {self.process.stderr.read()}")
+
+    def interrupt(self):
+        self.process.send_signal(signal.SIGINT)
+        self.process.communicate()
+        return self.process.returncode
 
 
 def step(name):

@@ -1,41 +1,71 @@
 #!/usr/bin/python3
 """The devices of a network namespace behind a daemon: kernel_switch.py PMSH PMSHD
 
-Two shells follow their events, changes of one shell are seen by the other, and cursors of killed shells are released.
+Two shells follow their events, changes of one shell are seen by the other, and cursors of killed shells are released. Commits outlive their shells.
 """
 
+import json
 import os
 import shutil
-import signal
 import subprocess
 import sys
 
 import daemon
-from daemon import expect, step
+from daemon import Watch, expect, step
 
 
 def run(*command):
     return subprocess.run(command, capture_output=True, text=True, check=False)
 
 
-class Watch:
-    """A running "watch events": its titles have been read, so events come."""
+def mtu_of(space, device):
+    return json.loads(run("ip", "-n", space, "-j", "link", "show", device).stdout)[0]["mtu"]
 
-    def __init__(self, pmsh, switch):
-        self.process = subprocess.Popen([pmsh, "--connect", switch.socket, "-c", "watch events"], stdout=subprocess.PIPE,
-                                        stderr=subprocess.PIPE, text=True)
-        expect("Kind" in self.process.stdout.readline(), "there are no titles")
 
-    def read_until(self, text):
-        for line in self.process.stdout:
-            if text in line:
-                return line
-        sys.exit(f"'{text}' does not come: {self.process.stderr.read()}")
+def port_of(pmsh, switch, device):
+    devices = json.loads(daemon.run(pmsh, switch.socket, "show kernel-map | json")[1])["devices"]
+    return next(it["interface"] for it in devices if it["device"] == device)
 
-    def interrupt(self):
-        self.process.send_signal(signal.SIGINT)
-        self.process.communicate()
-        return self.process.returncode
+
+def commit_mtu(pmsh, switch, port, mtu, seconds):
+    """Leaves a commit: its shell is killed when the commit is made."""
+    shell = subprocess.Popen([pmsh, "--connect", switch.socket], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+    shell.stdin.write(f"configure candidate\ninterface {port}\nswitchport mtu {mtu}\ncommit confirmed {seconds}\n")
+    shell.stdin.flush()
+    expect("Committed" in shell.stdout.readline(), "it is not committed")
+    shell.kill()
+    shell.communicate()
+
+
+def check_commits(space, pmsh, switch):
+    step("a commit to the devices outlives its shell, and another shell confirms it")
+    port = port_of(pmsh, switch, "left")
+    commit_mtu(pmsh, switch, port, 1400, 3600)
+    while "has ended: its commit waits" not in switch.log():
+        expect(switch.is_serving(), "it does not serve")
+    expect(mtu_of(space, "left") == 1400, "it is rolled back")
+    code, out, error = daemon.run(pmsh, switch.socket, "configure", "confirm")
+    expect(code == 0 and out.startswith("Confirmed for "), f"{code}: {out}{error}")
+    expect(mtu_of(space, "left") == 1400, "it does not stay")
+
+    step("another shell rolls it back, and the setting is an event of the session that made the commit")
+    watch = Watch(pmsh, switch)
+    commit_mtu(pmsh, switch, port, 1300, 3600)
+    while switch.log().count("has ended: its commit waits") < 2:
+        expect(switch.is_serving(), "it does not serve")
+    code, out, error = daemon.run(pmsh, switch.socket, "configure", "abort")
+    expect(code == 0 and out.startswith("Rolled back for "), f"{code}: {out}{error}")
+    expect(mtu_of(space, "left") == 1400, "it stays")
+    for change in ("1400 -> 1300", "1300 -> 1400"):
+        line = watch.read_until(f"switchport mtu: {change} by ")
+        expect("  setting    " in line and "(left)" in line, line)
+    watch.interrupt()
+
+    step("the switch rolls it back although no shell asks")
+    commit_mtu(pmsh, switch, port, 1300, 1)
+    while "was not confirmed in time" not in switch.log():
+        expect(switch.process.poll() is None, "the daemon ended")
+    expect(mtu_of(space, "left") == 1400, "it stays")
 
 
 def check(space, pmsh, pmshd):
@@ -67,10 +97,19 @@ def check(space, pmsh, pmshd):
         while switch.descriptors() > before:
             expect(switch.is_serving(), "it does not serve")
 
+        check_commits(space, pmsh, switch)
+        while switch.descriptors() > before:
+            expect(switch.is_serving(), "it does not serve")
+
+        step("a killed daemon rolls a commit back: its guardian does")
+        commit_mtu(pmsh, switch, port_of(pmsh, switch, "left"), 1300, 3600)
+
         step("a daemon that is killed ends the watch with one sentence")
         last = Watch(pmsh, switch)
         switch.kill()
         _, errors = last.process.communicate()
+        while mtu_of(space, "left") != 1400:
+            pass
         expect(last.process.returncode == 2 and errors.count("was lost.") == 1, f"{last.process.returncode}: {errors}")
 
 

@@ -170,7 +170,8 @@ def check_watch(checker, switch):
 
 
 ARGUMENTS = {"RANGE": "ethernet 1/1", "MODULE": "2", "VLANS": "10-20", "PORT": "0", "SECONDS": "5", "BYTES": "2112", "MAC": "0200.0000.0009",
-             "COUNT": "3", "VLAN": "10", "CHANNEL": "1", "CHANGES": "1", "LINES": "0", "WORD": "counters", "TEXT": "some words", "FILE": "saved"}
+             "COUNT": "3", "VLAN": "10", "CHANNEL": "1", "CHANGES": "1", "LINES": "0", "WORD": "counters", "TEXT": "some words", "FILE": "saved",
+             "SESSION": "7"}
 
 
 def lines_of_session(pmsh):
@@ -183,7 +184,7 @@ def lines_of_session(pmsh):
         if words[0] in ("watch", "do", "configure", "end", "exit", "quit"):
             continue
         kind = settings if display == "settings" and words[0] != "undo" else general
-        if words[0] in ("interface", "confirm", "discard") or words[:2] == ["no", "interface"]:
+        if words[0] in ("abort", "interface", "confirm", "discard") or words[:2] == ["no", "interface"]:
             kind = configuring
         kind.extend((line, display) for line in lines)
     yield from general

@@ -95,21 +95,38 @@ std::optional<std::vector<candidate_change>> session_candidate_changes(bool with
 
 struct answered_commit {
   answered_changes made;
-  std::string fault;  // why nothing could be committed; empty: it was
+  std::string fault;   // why nothing could be committed; empty: it was
+  uint32 session = 0;  // its number
 };
 
 // Commits the candidate; with `seconds` the commit waits that long for its confirmation. Nothing without an answer.
 std::optional<answered_commit> session_commit(std::string_view command, std::optional<uint32> seconds);
 
-struct answered_confirmation {
-  bool is_kept = false;
-  std::vector<if_index_t> interfaces;
-  uint32 num_refused = 0;  // of the rollback, when the commit is not kept
-};
-std::optional<answered_confirmation> session_confirm();
+constexpr uint32 kOwnSession = 0;  // in the place of a session's number
 
-// Rolls back the commit that waits; nothing when none did.
-std::optional<answered_rollback> session_roll_back();
+struct answered_confirmation {
+  commit_end end = commit_end::none_waits;
+  std::vector<if_index_t> interfaces;
+  uint32 num_refused = 0;  // of the rollback
+};
+
+// What came of ending the commit of a session. A user without the right to end it is refused, which is no failure.
+template <typename Done>
+struct end_of_commit {
+  bool is_refused = false;
+  Done done = {};
+};
+std::optional<end_of_commit<answered_confirmation>> session_confirm(uint32 session = kOwnSession);
+
+// Rolls back the commit that waits; `done` is empty when none did.
+std::optional<end_of_commit<std::optional<answered_rollback>>> session_roll_back(uint32 session = kOwnSession);
+
+// The shell ends, and with it its commit that waits, unless the switch keeps that.
+struct left_commit {
+  std::optional<uint32> kept_seconds;  // in which it is to be confirmed
+  std::optional<answered_rollback> rolled_back;
+};
+std::optional<left_commit> session_leave();
 
 // ---- Settings as commands
 
@@ -129,8 +146,9 @@ struct listed_session {
   bool is_own = false;
   std::string user;  // a number when the user has no name
   uint32 process = 0;
-  std::string terminal;  // empty: none
-  uint32 since_sec = 0;  // since 1970
+  bool has_ended = false;  // the process; a commit that waits is left
+  std::string terminal;    // empty: none
+  uint32 since_sec = 0;    // since 1970
   bool has_candidate = false;
   std::optional<uint32> seconds_to_confirm;  // of a commit that waits
 

@@ -38,8 +38,11 @@ class event_query {
   // They live until the next call.
   std::span<const row> rows() const { return rows_; }
 
-  // Whether events were lost before these: what differs now is among them.
+  // Whether events of the source were lost before these: what differs now is among them.
   bool has_lost() const { return has_lost_; }
+
+  // How many changes by sessions were lost before these.
+  uint32 num_lost_changes() const { return num_lost_changes_; }
 
   // Whether more have come.
   bool has_more() const { return has_more_; }
@@ -53,6 +56,7 @@ class event_query {
   std::vector<std::byte> bytes_;
   std::vector<row> rows_;
   bool has_lost_ = false;
+  uint32 num_lost_changes_ = 0;
   bool has_more_ = false;
 };
 

@@ -33,6 +33,7 @@ inline constexpr number_argument kNumberArguments[] = {
     {"VLAN", 1, 4094, "Number of a VLAN"},
     {"CHANNEL", 1, kMaxChannel, "Number of a port-channel"},
     {"CHANGES", 1, 20'000, "How many changes"},
+    {"SESSION", 1, 4'000'000'000, "Number of a session"},
     {"EVENTS", 1, 1'000'000, "How many events"},
     {"LINES", 0, 512, "Lines of a screen (0: no stops)"},
 };

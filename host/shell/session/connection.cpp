@@ -2,11 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "messages/calls/session.h"
 #include "messages/calls/switch_facts.h"
 #include "shell/output/document/account.h"
 #include "shell/output/terminal/print_error.h"
@@ -39,12 +42,28 @@ int choose_user(const std::string& name, shell& session) {
   return kUsage;
 }
 
+// The session in which the switch keeps the commit of the lost connection; nothing when it does not.
+std::optional<listed_session> find_kept_commit(uint32 committed_in) {
+  const auto sessions = session_list();
+  if (!sessions) return std::nullopt;
+  const auto found = std::find_if(sessions->begin(), sessions->end(), [=](const listed_session& it) {
+    return it.number == committed_in && it.has_ended && it.seconds_to_confirm;
+  });
+  return found == sessions->end() ? std::nullopt : std::optional(*found);
+}
+
 // What the switch kept for the session until its connection was lost.
 void report_lost_state(const shell& session) {
+  const auto kept = session.seconds_to_confirm ? find_kept_commit(session.committed_in) : std::nullopt;
+  if (kept)
+    print_error(
+        fmt::format("the connection was made again. The commit waits in session {}: type 'confirm session {}', "
+                    "or it is rolled back in {} seconds.",
+                    kept->number, kept->number, *kept->seconds_to_confirm));
   std::vector<std::string_view> lost;
   if (session.edited) lost.push_back("the candidate");
   if (session.trying && !session.trying->is_of_whole_session()) lost.push_back("the dry run");
-  if (session.seconds_to_confirm) lost.push_back("the commit that waited for 'confirm'");
+  if (session.seconds_to_confirm && !kept) lost.push_back("the commit that waited for 'confirm'");
   if (!lost.empty())
     print_error(fmt::format("the connection was made again. Gone with the earlier one: {}.", fmt::join(lost, ", ")));
 }

@@ -49,6 +49,7 @@ struct shell {
   std::optional<begun_candidate> edited;     // none: settings change the switch
   bool is_on_candidate = false;              // the running command is for the candidate
   std::optional<uint32> seconds_to_confirm;  // when the line began; none: no commit waits for its confirmation
+  uint32 committed_in = 0;                   // the number that the switch gave to the session of that commit
 
   // Whether what the running command changes remains without effect on the switch.
   bool is_trial() const { return trying || is_on_candidate; }

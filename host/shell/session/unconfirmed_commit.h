@@ -11,10 +11,15 @@ struct shell;
 // To be called before a line runs: a commit whose time is over is rolled back, with a message.
 void check_confirmation(shell& session);
 
-// Keeps the commit that waits, with a message. False, after an error, when its time was over and it was rolled back.
-bool confirm_commit(shell& session, command_output& output);
+// Keeps the commit of this session, or else the one that a shell has left behind in the session with this number;
+// kOwnSession is any. Returns the exit code.
+int confirm_commit(shell& session, command_output& output, uint32 number);
 
-// The session ends: rolls back an unconfirmed commit, with a message. Returns the exit code.
+// Rolls it back.
+int abort_commit(shell& session, command_output& output, uint32 number);
+
+// The session ends: a commit that waits is rolled back, unless the switch keeps it, with a message. Returns the exit
+// code.
 int end_unconfirmed_commit(shell& session);
 
 // True, after an error, when a commit waits for its confirmation: nothing else may be changed meanwhile.

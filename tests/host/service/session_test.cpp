@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 
 #include "base/port_status.h"
 #include "host/switch/small_machine.h"
@@ -189,9 +190,11 @@ TEST_F(SessionRequests, AConfirmedCommitStays) {
   ASSERT_TRUE(session_commit("commit confirmed 60", 60U));
   const auto answer = session_confirm();
   ASSERT_TRUE(answer);
-  EXPECT_TRUE(answer->is_kept);
-  EXPECT_EQ(answer->interfaces, (std::vector<if_index_t>{index()}));
-  EXPECT_FALSE(session_roll_back());
+  EXPECT_EQ(answer->done.end, commit_end::kept);
+  EXPECT_EQ(answer->done.interfaces, (std::vector<if_index_t>{index()}));
+  const auto late = session_roll_back();
+  ASSERT_TRUE(late);
+  EXPECT_FALSE(late->done);
   EXPECT_EQ(port().settings.description, "lab");
 }
 
@@ -208,6 +211,162 @@ TEST_F(SessionRequests, TheEndOfASessionRollsBackItsCommit) {
     EXPECT_EQ(port().settings.description, "lab");
   }
   EXPECT_EQ(port().settings.description, at_first);
+}
+
+// ---- Commits that outlive their shells
+
+class LeftCommits : public SessionRequests {
+ protected:
+  // A session of another process, whose commit waits for 60 seconds.
+  std::unique_ptr<switch_session> commit_for_a_minute() {
+    auto made = std::make_unique<switch_session>();
+    made->set_owner({"ann", 1001, 4711, "pts/3", 1'000'000'000});
+    const session_scope of_other(*made);
+    EXPECT_TRUE(session_candidate(candidate_step::begin));
+    EXPECT_TRUE(session_candidate(candidate_step::enter));
+    describe("lab");
+    EXPECT_TRUE(session_candidate(candidate_step::leave));
+    EXPECT_TRUE(session_commit("commit confirmed 60", 60U));
+    return made;
+  }
+
+  const stopped_clock clock_{1'000'000'000};
+  const std::string at_first_ = port().settings.description;
+  const std::unique_ptr<switch_session> other_ = commit_for_a_minute();
+};
+
+TEST_F(LeftCommits, AreRolledBackOutsideOfTheRequestsOfTheirSession) {
+  EXPECT_EQ(earliest_deadline(), 1'000'000'060U);
+  clock_advance(59);
+  EXPECT_FALSE(other_->end_overdue_commit());
+  clock_advance(1);
+  EXPECT_TRUE(other_->end_overdue_commit());
+  EXPECT_EQ(port().settings.description, at_first_);
+  EXPECT_TRUE(waiting_sessions().empty());
+  EXPECT_EQ(session_last_steps(1)->num_steps, 0U) << "the journal of the running session";
+
+  const session_scope of_other(*other_);
+  const auto begun = session_begin_line();
+  ASSERT_TRUE(begun && begun->rolled_back);
+  EXPECT_EQ(begun->rolled_back->interfaces, (std::vector<if_index_t>{index()}));
+  EXPECT_FALSE(session_begin_line()->rolled_back) << "it is reported once";
+}
+
+TEST_F(LeftCommits, AreRolledBackOnTheSwitchWhileTheirSessionIsInItsCandidate) {
+  {
+    const session_scope of_other(*other_);
+    ASSERT_TRUE(session_candidate(candidate_step::enter));
+  }
+  clock_advance(60);
+  ASSERT_TRUE(session_dry_run(true));
+  EXPECT_TRUE(other_->end_overdue_commit());
+  ASSERT_TRUE(session_dry_run(false));
+  EXPECT_EQ(port().settings.description, at_first_);
+  const session_scope of_other(*other_);
+  EXPECT_EQ(port().settings.description, "lab") << "the candidate has its changes again";
+  ASSERT_TRUE(session_candidate(candidate_step::leave));
+}
+
+TEST_F(LeftCommits, AConfirmationThatComesTooLateReportsTheRollback) {
+  clock_advance(60);
+  ASSERT_TRUE(other_->end_overdue_commit());
+  const session_scope of_other(*other_);
+  const auto answer = session_confirm();
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->done.end, commit_end::rolled_back);
+  EXPECT_EQ(answer->done.interfaces, (std::vector<if_index_t>{index()}));
+}
+
+TEST_F(LeftCommits, WaitWhenTheirShellLeaves) {
+  {
+    const session_scope of_other(*other_);
+    const auto left = session_leave();
+    ASSERT_TRUE(left);
+    EXPECT_EQ(left->kept_seconds, 60U);
+    EXPECT_FALSE(left->rolled_back);
+  }
+  EXPECT_EQ(port().settings.description, "lab");
+}
+
+TEST_F(LeftCommits, OfTheOwnProcessEndWithIt) {
+  ASSERT_TRUE(session_candidate(candidate_step::begin));
+  ASSERT_TRUE(session_candidate(candidate_step::enter));
+  the_machine().find(names_.second_port)->settings.description = "hall";
+  ASSERT_TRUE(session_candidate(candidate_step::leave));
+  ASSERT_TRUE(session_commit("commit confirmed 60", 60U));
+  const auto left = session_leave();
+  ASSERT_TRUE(left && left->rolled_back);
+  EXPECT_FALSE(left->kept_seconds);
+  EXPECT_EQ(left->rolled_back->interfaces, (std::vector<if_index_t>{names_.second_port}));
+}
+
+TEST_F(LeftCommits, AreListedWithoutTheirProcess) {
+  other_->begin_candidate();
+  other_->abandon();
+  const auto sessions = session_list();
+  ASSERT_TRUE(sessions);
+  const listed_session& left = sessions->back();
+  EXPECT_TRUE(left.has_ended);
+  EXPECT_FALSE(left.has_candidate);
+  EXPECT_EQ(left.seconds_to_confirm, 60U);
+}
+
+TEST_F(LeftCommits, AreEndedByAnotherSession) {
+  const auto early = session_confirm(other_->number());
+  ASSERT_TRUE(early);
+  EXPECT_EQ(early->done.end, commit_end::none_waits) << "its shell has not ended";
+  other_->abandon();
+  const auto answer = session_confirm(other_->number());
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->done.end, commit_end::kept);
+  EXPECT_EQ(answer->done.interfaces, (std::vector<if_index_t>{index()}));
+  EXPECT_EQ(port().settings.description, "lab");
+  EXPECT_TRUE(waiting_sessions().empty());
+}
+
+TEST_F(LeftCommits, AreRolledBackByAnotherSession) {
+  EXPECT_FALSE(session_roll_back(other_->number())->done) << "its shell has not ended";
+  other_->abandon();
+  const auto answer = session_roll_back(other_->number());
+  ASSERT_TRUE(answer && answer->done);
+  EXPECT_EQ(answer->done->interfaces, (std::vector<if_index_t>{index()}));
+  EXPECT_EQ(port().settings.description, at_first_);
+}
+
+TEST_F(LeftCommits, OfAUserAreEndedByThatUserWithoutTheRightToChange) {
+  other_->abandon();
+  session_.set_rights({.may_change = false});
+  session_.set_owner({"bob", 1002, 4712, "pts/4", 1'000'000'000});
+  const auto of_another = session_confirm(other_->number());
+  ASSERT_TRUE(of_another);
+  EXPECT_TRUE(of_another->is_refused);
+  EXPECT_TRUE(session_roll_back(other_->number())->is_refused);
+  EXPECT_EQ(port().settings.description, "lab");
+  EXPECT_TRUE(noted_failures().empty());
+  session_.set_owner({"ann", 1001, 4713, "pts/4", 1'000'000'000});
+  const auto own = session_confirm(other_->number());
+  ASSERT_TRUE(own);
+  EXPECT_EQ(own->done.end, commit_end::kept);
+}
+
+TEST_F(SessionRequests, ACommitDoesNotWaitForEver) {
+  ASSERT_TRUE(session_candidate(candidate_step::begin));
+  EXPECT_FALSE(session_commit("commit confirmed 86401", 86'401U));
+  EXPECT_EQ(noted_failures().size(), 1U);
+}
+
+TEST_F(LeftCommits, AreOnePerSession) {
+  const session_scope of_other(*other_);
+  ASSERT_TRUE(session_candidate(candidate_step::enter));
+  port().settings.description = "hall";
+  ASSERT_TRUE(session_candidate(candidate_step::leave));
+  const auto second = session_commit("commit", std::nullopt);
+  ASSERT_TRUE(second);
+  EXPECT_TRUE(second->made.applied.empty());
+  ASSERT_EQ(second->made.refused.size(), 1U);
+  EXPECT_STREQ(syserr2str(static_cast<syserr_t>(uint32{second->made.refused[0].status})),
+               "a commit of this session waits for 'confirm'");
+  EXPECT_EQ(port().settings.description, "lab");
 }
 
 TEST_F(SessionRequests, TheSettingsOfAPortAreCommands) {
@@ -262,8 +421,9 @@ constexpr sent_request kSentRequests[] = {
        to.flag(false);
        to.u32(0);
      }},
-    {"confirm", SESSION_OPC_CONFIRM, [](field_writer&) {}},
-    {"roll back", SESSION_OPC_ROLL_BACK, [](field_writer&) {}},
+    {"confirm", SESSION_OPC_CONFIRM, [](field_writer& to) { to.u32(0); }},
+    {"roll back", SESSION_OPC_ROLL_BACK, [](field_writer& to) { to.u32(0); }},
+    {"leave", SESSION_OPC_LEAVE, [](field_writer&) {}},
     {"running config", SESSION_OPC_RUNNING_CONFIG,
      [](field_writer& to) {
        to.numbers({});
@@ -291,7 +451,7 @@ TEST_F(SessionRequests, ThatAreCutOrTooLongAreRejected) {
 
 TEST_F(SessionRequests, ThatDoNotExistAreRejected) {
   EXPECT_EQ(serve_session(0, {}).what, reply::kind::reject);
-  EXPECT_EQ(serve_session(SESSION_OPC_SESSIONS + 1, {}).what, reply::kind::reject);
+  EXPECT_EQ(serve_session(SESSION_OPC_LEAVE + 1, {}).what, reply::kind::reject);
   std::vector<std::byte> unknown_step = {std::byte{9}};
   EXPECT_EQ(serve_session(SESSION_OPC_CANDIDATE, unknown_step).what, reply::kind::reject);
 }
@@ -334,9 +494,9 @@ TEST_F(SessionRequests, EverySessionIsListed) {
   ASSERT_TRUE(sessions);
   ASSERT_EQ(sessions->size(), others + 2);
   EXPECT_EQ((*sessions)[others],
-            (listed_session{session_.number(), true, "ann", 4711, "pts/3", 1799999990, false, std::nullopt}));
+            (listed_session{session_.number(), true, "ann", 4711, false, "pts/3", 1799999990, false, std::nullopt}));
   EXPECT_EQ((*sessions)[others + 1],
-            (listed_session{second.number(), false, "1002", 4712, "", 1800000000, true, std::nullopt}));
+            (listed_session{second.number(), false, "1002", 4712, false, "", 1800000000, true, std::nullopt}));
 }
 
 TEST_F(SessionRequests, TheListShowsTheCommitThatWaits) {

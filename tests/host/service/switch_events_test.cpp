@@ -111,6 +111,7 @@ TEST_F(SwitchEvents, AnEventIsARowOfValues) {
   EXPECT_EQ(text_in(row, property::change), "mtu");
   EXPECT_EQ(text_in(row, property::old_value), "1500");
   EXPECT_EQ(text_in(row, property::new_value), "9000");
+  EXPECT_EQ(text_in(row, property::event_user), "none");
   EXPECT_EQ(find_value(row, property::ip_address), nullptr);
   EXPECT_EQ(find_value(row, property::mac), nullptr);
   EXPECT_FALSE(events.has_lost());

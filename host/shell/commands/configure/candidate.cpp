@@ -94,8 +94,6 @@ int show_diff(const invocation& run) {
   return kDone;
 }
 
-constexpr uint32 kLongestConfirmation = 86'400;  // seconds
-
 std::vector<if_index_t> interfaces_of(const std::vector<candidate_change>& changes) {
   std::vector<if_index_t> interfaces;
   for (const candidate_change& it : changes) interfaces.push_back(it.if_index);
@@ -128,6 +126,7 @@ int commit_changes(const invocation& run, std::optional<uint32> seconds) {
   if (!answer->made.applied.empty()) {
     run.output.text(text_of_commit(answer->made, seconds));
     run.session.seconds_to_confirm = seconds;
+    run.session.committed_in = answer->session;
   }
   std::vector<pm_port_cfg_status_t> refused = answer->made.refused;
   const int code = report_refusals(run, "commit", refused);
@@ -148,8 +147,8 @@ int commit_candidate(const invocation& run, std::optional<uint32> seconds) {
 int commit(const invocation& run) { return commit_candidate(run, std::nullopt); }
 
 int commit_confirmed(const invocation& run) {
-  if (*run.line.number <= kLongestConfirmation) return commit_candidate(run, run.line.number);
-  run.output.complain(fmt::format("'commit confirmed' takes 1 to {} seconds.", kLongestConfirmation));
+  if (*run.line.number <= kLongestConfirmationSec) return commit_candidate(run, run.line.number);
+  run.output.complain(fmt::format("'commit confirmed' takes 1 to {} seconds.", kLongestConfirmationSec));
   return kUsage;
 }
 
@@ -164,11 +163,11 @@ int discard(const invocation& run) {
 }
 
 int confirm_commit(const invocation& run) {
-  if (!run.session.seconds_to_confirm) {
-    run.output.complain("no commit is waiting for confirmation.");
-    return kUsage;
-  }
-  return confirm_commit(run.session, run.output) ? kDone : kUsage;
+  return confirm_commit(run.session, run.output, run.line.number.value_or(kOwnSession));
+}
+
+int abort_commit(const invocation& run) {
+  return abort_commit(run.session, run.output, run.line.number.value_or(kOwnSession));
 }
 
 constexpr display kDiffShown = {kDiffDisplay, {}, "diff", true, false, "differences"};
@@ -180,11 +179,15 @@ constexpr command kCandidateRows[] = {
     {"commit", "Apply the candidate", commit, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
     {"commit confirmed SECONDS", "Apply the candidate; roll back without 'confirm'", commit_confirmed, kSettingShown, nullptr, kConfigureMode | kInterfaceMode},
     {"confirm", "Keep a commit that waits for confirmation", confirm_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+    {"confirm session SESSION", "Keep the commit that an ended session left", confirm_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+    {"abort", "Roll back a commit that waits for confirmation", abort_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
+    {"abort session SESSION", "Roll back the commit that an ended session left", abort_commit, kSentences, nullptr, kConfigureMode | kInterfaceMode},
     {"discard", "Discard the changes of the candidate", discard, kSentences, nullptr, kConfigureMode | kInterfaceMode},
 };
 // clang-format on
 
 constexpr word_help kCandidateWords[] = {
+    {"abort", "Roll back a commit that waits for confirmation"},  {"session", "The commit that an ended session left"},
     {"candidate", "Collect settings and commit them together"},   {"commit", "Apply the candidate"},
     {"confirm", "Keep a commit that waits for confirmation"},     {"confirmed", "Roll back without 'confirm'"},
     {"diff", "Differences between the candidate and the switch"}, {"discard", "Discard the changes of the candidate"},

@@ -33,7 +33,7 @@ void record_session(command_output& output, const listed_session& it) {
   bind_number(kTagSession, it.number);
   output.bind_text(kTagSessionUser, it.user);
   output.bind_text(kTagSessionTerminal, it.terminal);
-  bind_number(kTagSessionProcess, it.process);
+  if (!it.has_ended) bind_number(kTagSessionProcess, it.process);
   output.bind_text(kTagSessionSince, utc_text(it.since_sec));
   output.bind_text(kTagSessionHolds, held(it, false));
   if (it.seconds_to_confirm) bind_number(kTagSessionSeconds, *it.seconds_to_confirm);
@@ -47,7 +47,7 @@ std::vector<std::string> cells_of(const listed_session& it) {
   return {fmt::format("{}{}", it.number, it.is_own ? "*" : ""),
           user,
           terminal,
-          std::to_string(it.process),
+          it.has_ended ? "ended" : std::to_string(it.process),
           utc_text(it.since_sec),
           held(it, true)};
 }

@@ -1,4 +1,4 @@
-// "watch events": changes of the switch, as its source publishes them.
+// "watch events": changes of the switch, as its source publishes them and its sessions make them.
 #include <fmt/format.h>
 #include <poll.h>
 #include <unistd.h>
@@ -43,16 +43,25 @@ std::string address_of(const shown_row& event) {
   return fmt::format("{}/{}", address, event.text(property::prefix_length_bits));
 }
 
-// "mtu: 1500 -> 9000", "192.0.2.9 added: reachable, 0200.0000.0009", "192.0.2.1/24 removed"
+// " by ann on pts/3"; nothing for an event that no session made.
+std::string maker_of(const shown_row& event) {
+  const std::string user = event.text(property::event_user), terminal = event.text(property::event_terminal);
+  if (user.empty()) return {};
+  return terminal.empty() ? fmt::format(" by {}", user) : fmt::format(" by {} on {}", user, terminal);
+}
+
+// "mtu: 1500 -> 9000", "192.0.2.9 added: reachable, 0200.0000.0009", "192.0.2.1/24 removed", "created"
 std::string change_of(const shown_row& event) {
   std::string text;
   if (event.find(property::ip_address) != nullptr) text = address_of(event) + " ";
   const std::string change = event.text(property::change);
   text += change;
   const std::string before = event.text(property::old_value), now = event.text(property::new_value);
+  const std::string kind = event.text(property::event_kind);
+  if (kind == "counters" || kind == "interface") return text;
   const bool is_whole = change == "added" || change == "removed";
   if (!is_whole) return fmt::format("{}: {} -> {}", text, before.empty() ? "--" : before, now.empty() ? "--" : now);
-  if (event.text(property::event_kind) == "address") return text;  // the value is the address
+  if (kind == "address") return text;  // the value is the address
   std::string value = before.empty() ? now : before;
   const std::string mac = event.text(property::mac);
   if (!mac.empty()) value += (value.empty() ? "" : ", ") + mac;
@@ -60,7 +69,7 @@ std::string change_of(const shown_row& event) {
 }
 
 std::string line_of(std::string_view time, std::string_view kind, std::string_view subject, std::string_view change) {
-  return fmt::format("{:<19}  {:<8}  {:<24}  {}", time, kind, subject, change);
+  return fmt::format("{:<19}  {:<9}  {:<24}  {}", time, kind, subject, change);
 }
 
 // ---- The stream -----------------------------------------------------------------------------------------------------
@@ -176,7 +185,11 @@ class event_stream {
       if (end == stream_end::reader_gone) return kDone;
       const int code = refuse([&](command_output& output) { return events.read() ? kDone : fail(output, events); });
       if (code != kDone) return was_interrupted() ? int{kInterrupted} : code;
-      if (events.has_lost()) report_loss();
+      if (events.has_lost())
+        report_loss("the kernel published more than could be read: events were lost. What differs follows.");
+      if (events.num_lost_changes() != 0)
+        report_loss(fmt::format("{} changes by sessions came faster than they were read: they were lost.",
+                                events.num_lost_changes()));
       for (const event_query::row& it : events.rows()) {
         if (!shown_.shows(shown_row(it))) continue;
         show(it);
@@ -185,12 +198,10 @@ class event_stream {
     }
   }
 
-  void report_loss() {
-    constexpr std::string_view kLost =
-        "the kernel published more than could be read: events were lost. What differs follows.";
+  void report_loss(std::string_view what) {
     std::string text;
     with_output(text, [&](command_output& output) {
-      output.complain(kLost);
+      output.complain(what);
       return kDone;
     });
     if (usual_.structured) take_document(std::move(text));
@@ -201,7 +212,8 @@ class event_stream {
       const shown_row row(event);
       const interface_value* const at = row.find(property::event_time);
       const std::string time = at == nullptr ? std::string() : local_text(static_cast<std::time_t>(at->number()));
-      return take_line(line_of(time, row.text(property::event_kind), subject_of(row), change_of(row)), line_role::row);
+      return take_line(line_of(time, row.text(property::event_kind), subject_of(row), change_of(row) + maker_of(row)),
+                       line_role::row);
     }
     std::string text;
     with_output(text, [&](command_output& output) {
@@ -261,7 +273,7 @@ int watch_events(shell& session, const command_line& line, const output_settings
 
 // clang-format off
 constexpr command kEventRows[] = {
-    {"watch events", "Changes of links, addresses and neighbors as they come", nullptr, kEventsShown, nullptr, kEveryMode, command_effect::none, watch_events},
+    {"watch events", "Changes by the kernel and by sessions as they come", nullptr, kEventsShown, nullptr, kEveryMode, command_effect::none, watch_events},
     {"watch events count EVENTS", "The same, up to a number of events", nullptr, kEventsShown, nullptr, kEveryMode, command_effect::none, watch_events},
     {"watch events interface RANGE", "Changes of a range", nullptr, kEventsShown, nullptr, kEveryMode, command_effect::none, watch_events},
     {"watch events interface RANGE count EVENTS", "The same, up to a number of events", nullptr, kEventsShown, nullptr, kEveryMode, command_effect::none, watch_events},

@@ -816,6 +816,8 @@ constexpr untagged kUntagged[] = {
     {property::change, kEventsDisplay},
     {property::old_value, kEventsDisplay},
     {property::new_value, kEventsDisplay},
+    {property::event_user, kEventsDisplay},
+    {property::event_terminal, kEventsDisplay},
 };
 
 constexpr bool every_tag_is_one_field() {

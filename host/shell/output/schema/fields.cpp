@@ -66,7 +66,7 @@ constexpr field kFields[] = {
     // A session with the switch.
     {property::none, "session", integer, "", "Session", "Number of the session, counted from 1 since the switch was started"},
     {property::none, "terminal", text, "", "Terminal", "Terminal of the session; null when it has none"},
-    {property::none, "process", integer, "", "Process", "Number of the process that uses the session"},
+    {property::none, "process", integer, "", "Process", "Number of the process that uses the session; null when it has ended and its commit waits"},
     {property::none, "since", time, "", "Since", "When the session began, in UTC"},
     {property::none, "holds", text, "", "Holds", "What the session holds: \"candidate\", \"commit\" for one that waits, or both with a comma; null for nothing"},
     {property::none, "confirmation_seconds", integer, "s", "Seconds to confirm", "Time until the commit that waits is rolled back; null when none waits"},
