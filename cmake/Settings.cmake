@@ -17,7 +17,7 @@ add_compile_options(-ffp-contract=off)
 
 # Files that are compiled together share the headers that they include. The names in their unnamed namespaces must differ.
 set(CMAKE_UNITY_BUILD ${PMCLI_UNITY})
-set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 16)
 
 # What our own targets promise; headers of other projects are exempt as system headers.
 set(PMCLI_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow)

@@ -287,7 +287,8 @@ def read_directory(directory, pattern, report):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("-j", dest="jobs", type=int, default=len(os.sched_getaffinity(0)), help="threads; default: cores")
+    parser.add_argument("-j", dest="jobs", type=int, default=len(os.sched_getaffinity(0)) + 1,
+                        help="threads; default: one more than cores, for tests that wait")
     parser.add_argument("-k", dest="pattern", default="", help="only tests whose name contains PATTERN")
     parser.add_argument("--slowest", metavar="N", type=int, default=0, help="list the N tests and steps that took longest")
     parser.add_argument("directories", nargs="+", type=pathlib.Path)

@@ -99,6 +99,11 @@ uint32 error_in(const reply& said) {
   return static_cast<uint32>(int32{head.status});
 }
 
+// The request for the commit of the session itself.
+request_bytes own_commit() {
+  return fields_of([](field_writer& to) { to.u32(0); });
+}
+
 // What the file describes; read once for each file.
 const machine& as_in_file(const std::string& name) {
   static std::map<std::string, machine> known;
@@ -608,7 +613,7 @@ TEST_F(StoredCommits, StayWhenTheyWereConfirmed) {
   EXPECT_EQ(commit(session, "confirmed", 60).applied.size(), 3U);
   {
     const session_scope scope(session);
-    EXPECT_EQ(error_in(ask("session", SESSION_OPC_CONFIRM, {})), 0U);
+    EXPECT_EQ(error_in(ask("session", SESSION_OPC_CONFIRM, own_commit())), 0U);
   }
   restart_after_kill();
   expect_descriptions("confirmed", "confirmed");
@@ -620,9 +625,9 @@ TEST_F(StoredCommits, AConfirmationThatCannotBeStoredIsRefused) {
   EXPECT_EQ(commit(session, "waits", 60).applied.size(), 3U);
   const session_scope scope(session);
   the_failing_calls().fail(1, ENOSPC);
-  EXPECT_TRUE(is_status_of_text(error_in(ask("session", SESSION_OPC_CONFIRM, {}))));
+  EXPECT_TRUE(is_status_of_text(error_in(ask("session", SESSION_OPC_CONFIRM, own_commit()))));
   EXPECT_TRUE(session.seconds_to_confirm()) << "it waits on";
-  EXPECT_EQ(error_in(ask("session", SESSION_OPC_CONFIRM, {})), 0U);
+  EXPECT_EQ(error_in(ask("session", SESSION_OPC_CONFIRM, own_commit())), 0U);
   EXPECT_FALSE(session.seconds_to_confirm());
 }
 
