@@ -1,21 +1,29 @@
 #!/usr/bin/python3
-"""A connection that ends after each of its packets: killed_daemon.py PMSH PMSHD SWITCH
+"""A connection that ends after each of its packets: killed_daemon.py PMSH PMSHD SWITCH RELEASED_PMSH RELEASED_PMSHD
 
 The shell reports it once, with exit code 2, and a document stays one document. A shell at a terminal connects again with
 its next line.
 """
 
+import itertools
 import json
 import os
+import pathlib
 import pty
+import re
 import select
 import socket
 import subprocess
 import sys
 import threading
+from concurrent.futures import ThreadPoolExecutor
 
 import daemon
 from daemon import PACKET, expect, step
+
+sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "session"))
+import documents as every_document  # noqa: E402 pylint: disable=wrong-import-position
+import lost_services  # noqa: E402 pylint: disable=wrong-import-position
 
 LOST = "was lost."
 
@@ -51,15 +59,14 @@ class Cutter:
 
 
 def cut_at_each_packet(pmsh, cutter, command):
-    """Returns how many packets the command needs. The shell begins with requests of its own, before the document."""
+    """Returns how many packets the command needs, and how many of the cuts left a document."""
     documents = 0
     for count in range(1, 10000):
         cutter.left = count
         code, out, error = daemon.run(pmsh, cutter.path, command)
-        if code == 0:
-            expect(error == "", f"it is done and reports {error}")
-            expect(documents > count / 3 or not command.endswith("json"), f"only {documents} documents")
-            return count
+        if LOST not in error:
+            expect(code != 0 or error == "", f"it is done and reports {error}")
+            return count, documents
         where = f"{command}, cut after {count} packets:"
         expect(code == 2, f"{where} it exits with {code}: {error}")
         expect(error.count(LOST) == 1 and len(error.splitlines()) == 1, f"{where} standard error is {error}")
@@ -86,6 +93,57 @@ class Terminal:
     def type(self, line):
         os.write(self.descriptor, line.encode() + b"\r")
         self.read_until(line)
+
+
+def lines_of_settings(pmsh):
+    """Each setting of an interface once."""
+    for syntax, display in every_document.syntaxes(pmsh):
+        line = re.sub(r"\[[^\]]*\] ?", "", syntax).strip()
+        if display == "settings" and not line.startswith("undo"):
+            yield re.sub(r"\b[A-Z]+\b", lambda it: every_document.ARGUMENTS.get(it[0], it[0]), line)
+
+
+def cut_setting(pmsh, cutter, line):
+    """The sentence comes once for each command; without its mode, which needs the switch, a command says so."""
+    commands = ("configure", "interface ethernet 1/1", line)
+    for count in range(1, 10000):
+        cutter.left = count
+        code, _, error = daemon.run(pmsh, cutter.path, *commands, options=("--yes",))
+        if LOST not in error:
+            return
+        expect(code == 2, f"{line}, cut after {count} packets: it exits with {code}: {error}")
+        lost = [it for it in error.splitlines() if it.endswith(LOST)]
+        others = [it for it in error.splitlines() if it not in lost and " Type '" not in it]
+        expect(1 <= len(lost) <= len(commands) and len(set(lost)) == 1 and not others,
+               f"{line}, cut after {count} packets: standard error is {error}")
+    sys.exit(f"{line} is never done")
+
+
+def show_commands(pmsh):
+    """Every show command over all interfaces, as a document where it has one."""
+    lines = list(lost_services.commands_of(pmsh))
+    return [it for it in lines if f"{it} | json" not in lines and lost_services.ARGUMENTS["RANGE"] not in it]
+
+
+def check_every_command(pmsh, pmshd, file):
+    """Each worker has a connection of its own that is cut."""
+    numbers, own = itertools.count(), threading.local()
+
+    def cutter_of_worker(switch):
+        if not hasattr(own, "cutter"):
+            own.cutter = Cutter(switch.socket, os.path.join(switch.folder, f"cut{next(numbers)}.sock"))
+        return own.cutter
+
+    with daemon.Daemon(pmshd, "--switch", file) as switch, ThreadPoolExecutor(2 * os.cpu_count()) as pool:
+        before = switch.descriptors()
+        for what, lines, cut in (("show command", show_commands(pmsh), cut_at_each_packet),
+                                 ("setting", list(lines_of_settings(pmsh)), cut_setting)):
+            step(f"killed at each packet of every {what}")
+            expect(len(lines) > 30, f"only {len(lines)}: {lines}")
+            for _ in pool.map(lambda line, cut=cut: cut(pmsh, cutter_of_worker(switch), line), lines):
+                pass
+        while switch.descriptors() > before:
+            expect(switch.is_serving(), "it does not serve")
 
 
 def check_reconnection(pmsh, pmshd, file):
@@ -143,19 +201,25 @@ def check_stopped_daemon(pmsh, switch):
 
 
 def main():
-    pmsh, pmshd, file = sys.argv[1:]
+    pmsh, pmshd, file, released_pmsh, released_pmshd = sys.argv[1:]
     with daemon.Daemon(pmshd, "--switch", file) as switch:
         cutter = Cutter(switch.socket, os.path.join(switch.folder, "cut.sock"))
         for command in ("show interface ethernet 1/1", "show interface ethernet 1/1-2 brief | json",
                         "show interface ethernet 1/1 transceiver details | json"):
             step(f"killed at each packet of {command}")
-            count = cut_at_each_packet(pmsh, cutter, command)
+            count, documents = cut_at_each_packet(pmsh, cutter, command)
             expect(count > 5, f"only {count} packets")
+            # The shell begins with requests of its own, before the document.
+            expect(documents > count / 3 or not command.endswith("json"), f"only {documents} documents")
         check_several_commands(pmsh, cutter, command, count)
         check_stopped_daemon(pmsh, switch)
         check_no_switch(pmsh, switch.folder)
         expect(" is ended: " not in switch.log(), f"shells were ended: {switch.log()}")
     check_reconnection(pmsh, pmshd, file)
+    if os.path.exists(released_pmshd):
+        check_every_command(released_pmsh, released_pmshd, file)
+    else:
+        print(f"skipped: every command: {released_pmshd} is not built", flush=True)
 
 
 if __name__ == "__main__":

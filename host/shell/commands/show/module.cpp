@@ -9,6 +9,7 @@
 #include "shell/commands/group.h"
 #include "shell/commands/show/library_display.h"
 #include "shell/output/schema/schema.h"
+#include "transport/failures.h"
 
 namespace host {
 namespace {
@@ -57,7 +58,9 @@ int bind_module_resources(const invocation& run, uint32 module) {
 int show_module_resources(const invocation& run) {
   if (const int checked = check_module(run); checked != kDone) return checked;
   const uint32 module = *run.line.number;
+  const std::size_t num_failures = noted_failures().size();
   if (pdb_is_module_tamber(module * 256 + 2) == 0) {
+    if (noted_failures().size() != num_failures) return kServiceFailed;  // it is not known
     run.output.complain(
         fmt::format("module {}: 'show module resources' does not apply to this kind of module.", module));
     return kSomeInterfacesFailed;
