@@ -26,16 +26,30 @@ uint32 forecast::interface_of(std::span<const std::byte> payload) const {
   return 0;
 }
 
-void forecast::begin(std::span<const uint32> interfaces) {
-  places_.clear();
-  interfaces_.clear();
-  patterns_.clear();
+void forecast::begin(std::string_view display, std::span<const uint32> interfaces) {
+  end();
   if (interfaces.size() < 2) return;
+  display_ = display;
+  if (const auto earlier = learned_.find(display); earlier != learned_.end()) patterns_ = std::move(earlier->second);
+  for (pattern& it : patterns_) it.since = it.until = it.num_used = 0;
   for (const uint32 it : interfaces) {
     const auto of = static_cast<kind>(it >> 26);
     std::vector<uint32>& same = interfaces_[of];
     if (places_.try_emplace(it, place{of, same.size()}).second) same.push_back(it);
   }
+}
+
+// Patterns that the display hardly needed are learned again.
+void forecast::end() {
+  if (places_.empty()) return;
+  std::erase_if(patterns_, [this](const pattern& it) {
+    const auto known = interfaces_.find(it.of);
+    return known != interfaces_.end() && !it.is_usual(std::min(it.until, known->second.size()));
+  });
+  learned_[display_] = std::move(patterns_);
+  patterns_.clear();
+  places_.clear();
+  interfaces_.clear();
 }
 
 forecast::found_pattern forecast::take_apart(const mts_addr_t& to, mts_opc_t opcode,

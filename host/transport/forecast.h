@@ -3,7 +3,11 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <map>
 #include <span>
+#include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -20,8 +24,10 @@ struct foreseen_request {
 
 class forecast {
  public:
-  // The next requests are about these interfaces, in about this order. What was learned before is forgotten.
-  void begin(std::span<const uint32> interfaces);
+  // The next requests are those of a display, about these interfaces, in about this order. What an earlier one of this
+  // name has learned is used again.
+  void begin(std::string_view display, std::span<const uint32> interfaces);
+  void end();
 
   // Whether the next requests are about interfaces.
   bool is_on() const { return !places_.empty(); }
@@ -69,6 +75,8 @@ class forecast {
   std::unordered_map<uint32, place> places_;
   std::unordered_map<kind, std::vector<uint32>> interfaces_;
   std::vector<pattern> patterns_;
+  std::string display_;
+  std::map<std::string, std::vector<pattern>, std::less<>> learned_;  // by display
 };
 
 }  // namespace host

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <optional>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "platform/mts.h"
@@ -36,8 +37,9 @@ class request_path {
   // Descriptors on which a client waits for more under a cursor of a service.
   virtual std::vector<int> descriptors(const service& asked, uint32 cursor) = 0;
 
-  // The next requests are about these interfaces, in about this order: some may be sent ahead.
-  virtual void announce(std::span<const uint32>) {}
+  // The next requests are those of a display, about these interfaces, in about this order: some may be sent ahead. No
+  // interfaces: the display has ended.
+  virtual void announce(std::string_view, std::span<const uint32>) {}
 
   // Makes a connection again that was lost.
   virtual void renew() {}

@@ -247,9 +247,9 @@ void socket_path::send_ahead(std::span<const foreseen_request> requests) {
   send();
 }
 
-void socket_path::announce(std::span<const uint32> interfaces) {
+void socket_path::announce(std::string_view display, std::span<const uint32> interfaces) {
   drop_ahead();
-  forecast_.begin(interfaces);
+  forecast_.begin(display, interfaces);
 }
 
 // Answers that still come are not expected.

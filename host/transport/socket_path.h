@@ -34,7 +34,7 @@ class socket_path final : public request_path {
   int32 finish(mts_rr_token_t token, uint32 seconds, reply& answer) override;
   void forget(mts_rr_token_t token) override;
   std::vector<int> descriptors(const service& asked, uint32 cursor) override;
-  void announce(std::span<const uint32> interfaces) override;
+  void announce(std::string_view display, std::span<const uint32> interfaces) override;
   void renew() override;
 
  private:

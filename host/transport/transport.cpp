@@ -277,11 +277,11 @@ void transport_use(request_path* path) { the_transport.path = path == nullptr ? 
 
 void transport_renew() { the_transport.path->renew(); }
 
-announced_interfaces::announced_interfaces(std::span<const uint32> interfaces) {
-  the_transport.path->announce(interfaces);
+announced_interfaces::announced_interfaces(std::string_view display, std::span<const uint32> interfaces) {
+  the_transport.path->announce(display, interfaces);
 }
 
-announced_interfaces::~announced_interfaces() { the_transport.path->announce({}); }
+announced_interfaces::~announced_interfaces() { the_transport.path->announce({}, {}); }
 
 std::vector<std::byte> transport_take_buffer() {
   std::vector<std::byte> taken = std::exchange(the_transport.spare, {});

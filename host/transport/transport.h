@@ -89,11 +89,11 @@ void transport_limit_waits(uint32 seconds);
 // Makes a connection to the switch again that was lost.
 void transport_renew();
 
-// While it lives, requests that change nothing are about these interfaces, in about this order: on a socket many are
-// sent at once. The outer one of several has no effect meanwhile.
+// While it lives, requests that change nothing are those of a display, about these interfaces, in about this order: on
+// a socket many are sent at once. One within another ends it.
 class announced_interfaces {
  public:
-  explicit announced_interfaces(std::span<const uint32> interfaces);
+  announced_interfaces(std::string_view display, std::span<const uint32> interfaces);
   ~announced_interfaces();
   announced_interfaces(const announced_interfaces&) = delete;
   announced_interfaces& operator=(const announced_interfaces&) = delete;

@@ -55,7 +55,7 @@ counted of_opcode(const std::vector<foreseen_request>& ahead, mts_opc_t opcode) 
 
 class Forecast : public testing::Test {
  protected:
-  Forecast() { forecast_.begin(hundred(kPorts)); }
+  Forecast() { forecast_.begin("brief", hundred(kPorts)); }
 
   std::vector<foreseen_request> note(mts_opc_t opcode, uint32 if_index) {
     return forecast_.note_new(kService, opcode, payload_of_words({if_index}));
@@ -108,7 +108,7 @@ TEST_F(Forecast, EachTypeOfInterfaceIsLearnedByItself) {
   std::vector<uint32> both = hundred(kPorts);
   const std::vector<uint32> channels = hundred(kChannels);
   both.insert(both.end(), channels.begin(), channels.end());
-  forecast_.begin(both);
+  forecast_.begin("brief", both);
   note(1, kPorts);
 
   EXPECT_TRUE(note(1, kChannels).empty());
@@ -132,9 +132,39 @@ TEST_F(Forecast, OtherRequestsAreNotForeseen) {
   EXPECT_TRUE(forecast_.note_new(kService, 2, longer).empty());
 }
 
+TEST_F(Forecast, ADisplayIsRememberedByItsName) {
+  note(1, kPorts);
+  note(2, kPorts);
+  note(1, kPorts + 1);
+  use(2, kPorts + 1);
+  for (uint32 at = 2; at < 64; ++at)
+    for (const mts_opc_t opcode : {1U, 2U}) use(opcode, kPorts + at);
+
+  forecast_.begin("status", hundred(kPorts));
+  EXPECT_TRUE(note(1, kPorts).empty());
+  forecast_.begin("brief", hundred(kPorts));
+  const auto ahead = note(1, kPorts);
+
+  EXPECT_EQ(of_opcode(ahead, 1), (counted{63, kPorts + 1, kPorts + 63}));
+  EXPECT_EQ(of_opcode(ahead, 2), (counted{64, kPorts, kPorts + 63}));
+}
+
+TEST_F(Forecast, WhatADisplayHardlyNeededIsNotRemembered) {
+  note(1, kPorts);
+  note(2, kPorts);
+  note(1, kPorts + 1);
+  for (uint32 at = 2; at < 64; ++at) use(1, kPorts + at);
+
+  forecast_.begin("brief", hundred(kPorts));
+  const auto ahead = note(1, kPorts);
+
+  EXPECT_EQ(of_opcode(ahead, 1).number, 63u);
+  EXPECT_EQ(of_opcode(ahead, 2).number, 0u);
+}
+
 TEST_F(Forecast, OneInterfaceHasNoNext) {
   const uint32 one = kPorts;
-  forecast_.begin({&one, 1});
+  forecast_.begin("brief", {&one, 1});
   EXPECT_FALSE(forecast_.is_on());
   note(1, kPorts);
   EXPECT_TRUE(note(1, kPorts + 1).empty());

@@ -127,8 +127,16 @@ void show_one(const showing& view, if_index_t if_index, tally& count) {
   count.failed += output.end_interface();
 }
 
+// A command without its arguments.
+std::string words_of(const command& what) {
+  std::string words;
+  for (const syntax_word& word : std::span(what.syntax.words).first(what.syntax.num_words))
+    if (word.kind == syntax_kind::literal) words.append(words.empty() ? "" : " ").append(word.text);
+  return words;
+}
+
 void show_all(const showing& view, const std::vector<if_index_t>& interfaces, tally& count) {
-  const announced_interfaces announced(interfaces);
+  const announced_interfaces announced(words_of(*view.run.line.what), interfaces);
   for (const headed_group& group : group_by_header(view, interfaces)) {
     if (group.header != nullptr && !view.run.output.is_structured()) show_header(view, group);
     for (const if_index_t if_index : group.interfaces) {
@@ -136,14 +144,6 @@ void show_all(const showing& view, const std::vector<if_index_t>& interfaces, ta
       show_one(view, if_index, count);
     }
   }
-}
-
-// A command without its arguments.
-std::string words_of(const command& what) {
-  std::string words;
-  for (const syntax_word& word : std::span(what.syntax.words).first(what.syntax.num_words))
-    if (word.kind == syntax_kind::literal) words.append(words.empty() ? "" : " ").append(word.text);
-  return words;
 }
 
 // Removes the interfaces to which the display does not apply. Those that the user named are errors; returns how many.

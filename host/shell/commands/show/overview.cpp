@@ -236,7 +236,7 @@ int show_overview(const invocation& run) {
   if (!chosen.complaint.empty()) run.output.complain(chosen.complaint);
   if (chosen.code != kDone) return chosen.code;
 
-  const announced_interfaces announced(chosen.interfaces);
+  const announced_interfaces announced("overview", chosen.interfaces);
   overview made;
   std::size_t without_values = 0;
   for (const if_index_t if_index : chosen.interfaces) {

@@ -120,7 +120,7 @@ int show_panel(const invocation& run) {
   const selection chosen = select_ports(parameters);
   if (chosen.code != kDone) return chosen.code;
 
-  const announced_interfaces announced(chosen.interfaces);
+  const announced_interfaces announced("panel", chosen.interfaces);
   command_output& output = run.output;
   std::vector<front_panel> fronts;
   std::size_t failed = 0;
