@@ -9,7 +9,7 @@
 #include <span>
 #include <vector>
 
-#include "base/crc32.h"
+#include "base/crc.h"
 #include "transport/failures.h"
 #include "transport/recorded_path.h"
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstring>
 
-#include "store/checksum.h"
+#include "base/crc.h"
 
 namespace host {
 namespace {
@@ -14,7 +14,7 @@ using octets = std::span<const std::byte>;
 uint64 checksum_of(const record_head_t& head, octets payload) {
   const octets bytes = std::as_bytes(std::span(&head, 1));
   constexpr std::size_t kFrom = offsetof(record_head_t, size), kTo = offsetof(record_head_t, checksum);
-  return checksum(payload, checksum(bytes.subspan(kFrom, kTo - kFrom)));
+  return crc64_of(payload, crc64_of(bytes.subspan(kFrom, kTo - kFrom)));
 }
 
 // A record at the front of some bytes, or what is wrong with it.

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "base/crc.h"
 #include "messages/fields.h"
-#include "store/checksum.h"
 #include "store/record.h"
 
 namespace host {
@@ -89,7 +89,7 @@ uint64 fingerprint_of(const machine& of) {
     to.u32(it.capabilities.mtu.lowest);
     to.u32(it.capabilities.mtu.highest);
   }
-  return checksum(bytes);
+  return crc64_of(bytes);
 }
 
 std::vector<std::byte> encode(const switch_identity& identity) {

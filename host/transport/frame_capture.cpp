@@ -10,7 +10,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "base/crc32.h"
+#include "base/crc.h"
 #include "base/replace_file.h"
 #include "base/text.h"
 #include "base/write_all.h"

@@ -1,5 +1,5 @@
-// The checksum of captures.
-#include "base/crc32.h"
+// Cyclic redundancy checks of the known text.
+#include "base/crc.h"
 
 #include <gtest/gtest.h>
 
