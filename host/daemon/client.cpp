@@ -137,14 +137,15 @@ int client::handle_more(sd_event_source*, void* self) noexcept {
 }
 
 void client::end(const std::string& reason) {
+  if (has_ended_) return;
   flush();
-  if (std::exchange(has_ended_, true)) return;
+  const bool is_gone = std::exchange(has_ended_, true);
   const session_owner& owner = session_->owner();
   log_line(log_level::warning, fmt::format("shell {} (user {}, process {}) is ended: {}.", session_->number(),
                                            shown_name(owner), owner.process, reason));
   const std::string sentence = fmt::format("the switch ended the connection: {}.", reason);
   // If the socket has no room, the shell finds only its end.
-  if (queued_.empty())
+  if (!is_gone && queued_.empty())
     send_frames(head_of(frame_kind::refusal), std::as_bytes(std::span(sentence)), [this](auto head, auto payload) {
       capture_frame(frame_sender::daemon, number_, head, payload);
       std::vector<std::byte> packet(head.begin(), head.end());

@@ -19,8 +19,9 @@ uint32 word_at(std::span<const std::byte> payload, std::size_t at) {
 
 }  // namespace
 
+bool forecast::is_short(std::span<const std::byte> payload) { return payload.size() <= kLongestForeseenBytes; }
+
 uint32 forecast::interface_of(std::span<const std::byte> payload) const {
-  if (payload.size() > kLongestForeseenBytes) return 0;
   for (std::size_t at = 0; at + sizeof(be32) <= payload.size(); ++at)
     if (const uint32 word = word_at(payload, at); places_.contains(word)) return word;
   return 0;
@@ -52,20 +53,16 @@ void forecast::end() {
   interfaces_.clear();
 }
 
-forecast::found_pattern forecast::take_apart(const mts_addr_t& to, mts_opc_t opcode,
-                                             std::span<const std::byte> payload) const {
-  found_pattern found{.what = {.request = {to, opcode, {}}, .offsets = {}}};
-  const uint32 if_index = interface_of(payload);
-  if (if_index == 0) return found;
-  found.where = places_.at(if_index);
-  found.what.of = found.where.of;
+forecast::pattern forecast::pattern_of(uint32 if_index, const mts_addr_t& to, mts_opc_t opcode,
+                                       std::span<const std::byte> payload) const {
+  pattern found{
+      .request = {to, opcode, {payload.begin(), payload.end()}}, .offsets = {}, .of = places_.at(if_index).of};
   for (std::size_t at = 0; at + sizeof(be32) <= payload.size();) {
     const bool is_it = word_at(payload, at) == if_index;
-    if (is_it) found.what.offsets.push_back(at);
+    if (is_it) found.offsets.push_back(at);
     at += is_it ? sizeof(be32) : 1;
   }
-  found.what.request.payload.assign(payload.begin(), payload.end());
-  for (const std::size_t at : found.what.offsets) std::memset(found.what.request.payload.data() + at, 0, sizeof(be32));
+  for (const std::size_t at : found.offsets) std::memset(found.request.payload.data() + at, 0, sizeof(be32));
   return found;
 }
 
@@ -93,18 +90,17 @@ void forecast::foresee(pattern& what, std::size_t until, std::vector<foreseen_re
 
 // The requests for the first interface of a kind are learned. The first one for the next interface has them all
 // foreseen; a request that only some interfaces need is foreseen as far as the others are.
-std::vector<foreseen_request> forecast::note_new(const mts_addr_t& to, mts_opc_t opcode,
+std::vector<foreseen_request> forecast::note_new(uint32 if_index, const mts_addr_t& to, mts_opc_t opcode,
                                                  std::span<const std::byte> payload) {
   std::vector<foreseen_request> ahead;
-  found_pattern found = take_apart(to, opcode, payload);
-  if (found.what.offsets.empty()) return ahead;
-  const auto [of, at] = found.where;
-  pattern* known = find(found.what);
+  pattern found = pattern_of(if_index, to, opcode, payload);
+  const auto [of, at] = places_.at(if_index);
+  pattern* const known = find(found);
   if (known == nullptr) {
     std::size_t until = 0;
     for (const pattern& it : patterns_)
       if (it.of == of && it.is_usual(at)) until = std::max(until, it.until);
-    pattern& learned = patterns_.emplace_back(std::move(found.what));
+    pattern& learned = patterns_.emplace_back(std::move(found));
     learned.since = learned.until = at + 1;
     foresee(learned, until, ahead);
     return ahead;
@@ -120,14 +116,13 @@ std::vector<foreseen_request> forecast::note_new(const mts_addr_t& to, mts_opc_t
 }
 
 // The next ones are foreseen while half of these are left, so that their answers are there in time.
-std::vector<foreseen_request> forecast::note_foreseen(const mts_addr_t& to, mts_opc_t opcode,
+std::vector<foreseen_request> forecast::note_foreseen(uint32 if_index, const mts_addr_t& to, mts_opc_t opcode,
                                                       std::span<const std::byte> payload) {
   std::vector<foreseen_request> ahead;
-  const found_pattern found = take_apart(to, opcode, payload);
-  pattern* const used = found.what.offsets.empty() ? nullptr : find(found.what);
+  pattern* const used = find(pattern_of(if_index, to, opcode, payload));
   if (used == nullptr) return ahead;
   ++used->num_used;
-  const auto [of, at] = found.where;
+  const auto [of, at] = places_.at(if_index);
   if (used->until > at + kInterfacesAhead / 2) return ahead;
   for (pattern& it : patterns_)
     if (it.of == of && it.is_usual(at) && it.until > at) foresee(it, end_of(of, at + kInterfacesAhead / 2), ahead);

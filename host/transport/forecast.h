@@ -32,12 +32,17 @@ class forecast {
   // Whether the next requests are about interfaces.
   bool is_on() const { return !places_.empty(); }
 
-  // The interface that a request is about; 0: none of them.
+  // Whether a request is short enough to be foreseen.
+  static bool is_short(std::span<const std::byte> payload);
+
+  // The interface that a short request is about; 0: none of them.
   uint32 interface_of(std::span<const std::byte> payload) const;
 
-  // A request that was not foreseen, or that was. Both return requests to send ahead, none of them a second time.
-  std::vector<foreseen_request> note_new(const mts_addr_t& to, mts_opc_t opcode, std::span<const std::byte> payload);
-  std::vector<foreseen_request> note_foreseen(const mts_addr_t& to, mts_opc_t opcode,
+  // A request about an interface that was not foreseen, or that was. Both return requests to send ahead, none of them a
+  // second time.
+  std::vector<foreseen_request> note_new(uint32 if_index, const mts_addr_t& to, mts_opc_t opcode,
+                                         std::span<const std::byte> payload);
+  std::vector<foreseen_request> note_foreseen(uint32 if_index, const mts_addr_t& to, mts_opc_t opcode,
                                               std::span<const std::byte> payload);
 
  private:
@@ -61,13 +66,7 @@ class forecast {
     std::size_t at;  // among those of its kind
   };
 
-  // A pattern with the interface that was in its place; no offsets: the request has none of the interfaces.
-  struct found_pattern {
-    pattern what;
-    place where{};
-  };
-
-  found_pattern take_apart(const mts_addr_t& to, mts_opc_t opcode, std::span<const std::byte> payload) const;
+  pattern pattern_of(uint32 if_index, const mts_addr_t& to, mts_opc_t opcode, std::span<const std::byte> payload) const;
   pattern* find(const pattern& what);
   void foresee(pattern& what, std::size_t until, std::vector<foreseen_request>& ahead);
   std::size_t end_of(kind of, std::size_t at) const;

@@ -161,7 +161,8 @@ int32 socket_path::fail_disconnected() {
 
 int32 socket_path::begin(const sent_request& request, std::optional<reply>& answer) {
   const mts_addr_t to{request.node, request.asked.sap};
-  const bool is_foreseeable = forecast_.is_on() && request.asked.may_be_asked_ahead;
+  const bool is_foreseeable =
+      forecast_.is_on() && request.asked.may_be_asked_ahead && forecast::is_short(request.payload);
   asked_request asked{request.token, 0, {}};
   bool was_foreseen = false;
   if (is_foreseeable) {
@@ -183,10 +184,11 @@ int32 socket_path::begin(const sent_request& request, std::optional<reply>& answ
     if (const int error = send_request(request, asked.frame_token); error != 0) return error;
     expected_[asked.frame_token];
   }
+  const uint32 about = asked.about;
   asked_.push_back(std::move(asked));
-  if (is_foreseeable && is_connected())
-    send_ahead(was_foreseen ? forecast_.note_foreseen(to, request.opcode, request.payload)
-                            : forecast_.note_new(to, request.opcode, request.payload));
+  if (about != 0 && is_connected())
+    send_ahead(was_foreseen ? forecast_.note_foreseen(about, to, request.opcode, request.payload)
+                            : forecast_.note_new(about, to, request.opcode, request.payload));
   return 0;
 }
 

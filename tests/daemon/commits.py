@@ -11,7 +11,7 @@ import sys
 
 import daemon
 from daemon import Shell, expect, step
-from killed_daemon import Cutter, Terminal
+from connections import Cutter, Terminal
 
 PORT = "ethernet 1/1"
 OTHER_PORT = "ethernet 1/2"

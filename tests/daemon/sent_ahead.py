@@ -10,7 +10,7 @@ import sys
 
 import daemon
 from daemon import expect, step
-from killed_daemon import Cutter
+from connections import Cutter
 
 PORTS = 512
 PLENTY = 1_000_000  # packets

@@ -16,7 +16,7 @@ import tempfile
 
 import daemon
 from daemon import CLOCK, expect, step
-from killed_daemon import Terminal
+from connections import Terminal
 
 NAME = "lab"
 PORT = ("configure", "interface ethernet 1/1")

@@ -15,6 +15,7 @@
 #include "source/chassis/hardware_address.h"
 #include "source/chassis/module_image.h"
 #include "source/chassis/place_interfaces.h"
+#include "source/yaml/yaml_file_error.h"
 #include "switch/interface_range.h"
 #include "switch/operation.h"
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <tuple>
 
+#include "source/yaml/yaml_file_error.h"
+
 namespace host {
 namespace {
 

@@ -13,7 +13,6 @@
 #include <utility>
 
 #include "source/yaml/yaml_file_error.h"
-#include "source/yaml/yaml_value.h"
 
 namespace host {
 namespace {
@@ -177,6 +176,10 @@ class tree_builder {
 uint32 first_line(event_reader& events) { return line_of(events.next().start_mark); }
 
 }  // namespace
+
+void fail_at(const std::string& path, uint32 line, const std::string& reason) {
+  throw yaml_file_error(fmt::format("{}:{}: {}", path, line, reason));
+}
 
 const yaml_node* yaml_node::find(std::string_view key) const {
   const auto found = std::find_if(entries.begin(), entries.end(), [key](const yaml_entry& it) {

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
+
+#include "platform/types.h"
 
 namespace host {
 
@@ -9,5 +12,8 @@ namespace host {
 struct yaml_file_error : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
+
+// Throws it for a line.
+[[noreturn]] void fail_at(const std::string& path, uint32 line, const std::string& reason);
 
 }  // namespace host

@@ -91,10 +91,6 @@ void yaml_value::fail_with_value(const std::string& reason) const {
   fail(fmt::format("{} '{}' {}", name_, text(), reason));
 }
 
-void fail_at(const std::string& path, uint32 line, const std::string& reason) {
-  throw yaml_file_error(fmt::format("{}:{}: {}", path, line, reason));
-}
-
 void require_map(const yaml_value& value) {
   if (!value.is_map())
     value.fail(fmt::format("'{}' needs keys with values, not {}", value.name(), type_of(value.node())));

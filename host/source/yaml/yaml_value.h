@@ -71,8 +71,6 @@ struct key_rule {
   void (*read)(const yaml_value& value, Target& target);
 };
 
-[[noreturn]] void fail_at(const std::string& path, uint32 line, const std::string& reason);
-
 void require_map(const yaml_value& value);
 [[noreturn]] void fail_for_unknown_key(const yaml_value& key, std::string_view owner,
                                        const std::vector<std::string_view>& known);

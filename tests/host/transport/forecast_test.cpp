@@ -57,11 +57,15 @@ class Forecast : public testing::Test {
  protected:
   Forecast() { forecast_.begin("brief", hundred(kPorts)); }
 
+  std::vector<foreseen_request> note_bytes(mts_opc_t opcode, std::span<const std::byte> payload) {
+    const uint32 if_index = forecast_.interface_of(payload);
+    return if_index == 0 ? std::vector<foreseen_request>() : forecast_.note_new(if_index, kService, opcode, payload);
+  }
   std::vector<foreseen_request> note(mts_opc_t opcode, uint32 if_index) {
-    return forecast_.note_new(kService, opcode, payload_of_words({if_index}));
+    return note_bytes(opcode, payload_of_words({if_index}));
   }
   std::vector<foreseen_request> use(mts_opc_t opcode, uint32 if_index) {
-    return forecast_.note_foreseen(kService, opcode, payload_of_words({if_index}));
+    return forecast_.note_foreseen(if_index, kService, opcode, payload_of_words({if_index}));
   }
 
   forecast forecast_;
@@ -116,20 +120,18 @@ TEST_F(Forecast, EachTypeOfInterfaceIsLearnedByItself) {
 }
 
 TEST_F(Forecast, AnInterfaceIsReplacedWhereverItIs) {
-  forecast_.note_new(kService, 1, payload_of_words({7, kPorts, kPorts, 9}));
-  const auto ahead = forecast_.note_new(kService, 1, payload_of_words({7, kPorts + 1, kPorts + 1, 9}));
+  note_bytes(1, payload_of_words({7, kPorts, kPorts, 9}));
+  const auto ahead = note_bytes(1, payload_of_words({7, kPorts + 1, kPorts + 1, 9}));
   ASSERT_FALSE(ahead.empty());
   EXPECT_EQ(ahead.front().payload, payload_of_words({7, kPorts + 2, kPorts + 2, 9}));
 }
 
-TEST_F(Forecast, OtherRequestsAreNotForeseen) {
-  note(1, 5);
-  EXPECT_TRUE(note(1, 6).empty());
-  std::vector<std::byte> longer = payload_of_words({kPorts});
-  longer.resize(257);
-  forecast_.note_new(kService, 2, longer);
-  longer[3] = std::byte{1};
-  EXPECT_TRUE(forecast_.note_new(kService, 2, longer).empty());
+TEST_F(Forecast, OnlyShortRequestsAboutTheInterfacesAreForeseen) {
+  EXPECT_EQ(forecast_.interface_of(payload_of_words({7, kPorts + 3})), kPorts + 3);
+  EXPECT_EQ(forecast_.interface_of(payload_of_words({5})), 0u);
+  EXPECT_EQ(forecast_.interface_of({}), 0u);
+  EXPECT_TRUE(forecast::is_short(std::vector<std::byte>(256)));
+  EXPECT_FALSE(forecast::is_short(std::vector<std::byte>(257)));
 }
 
 TEST_F(Forecast, ADisplayIsRememberedByItsName) {
